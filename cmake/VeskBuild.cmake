@@ -1,0 +1,58 @@
+# How everything here is compiled, and where the results lie in the build folder.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/archive)
+set(VESK_PLUGIN_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/vesk/plugins)
+set(VESK_PLUGIN_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/vesk/plugins)
+
+# Installed programs and plug-ins find the SDK beside themselves.
+set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+
+find_program(VESK_CCACHE ccache)
+if(VESK_CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${VESK_CCACHE})
+endif()
+
+# The flags of the project's own code; a program built against the installed SDK does not inherit them.
+add_library(vesk_build INTERFACE)
+target_compile_options(vesk_build INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    -fno-omit-frame-pointer
+    # Log records name files from the project's root on, wherever it was built.
+    -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
+target_compile_definitions(vesk_build INTERFACE
+    QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
+    QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS)
+target_include_directories(vesk_build INTERFACE ${CMAKE_SOURCE_DIR}/src)
+target_link_options(vesk_build INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+if(VESK_SANITIZERS)
+    add_compile_options(-fsanitize=${VESK_SANITIZERS} -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${VESK_SANITIZERS})
+else()
+    target_link_options(vesk_build INTERFACE -Wl,--no-undefined)
+endif()
+if(VESK_BUILD_FUZZERS)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+# vesk_test(NAME SOURCES... [LIBRARIES ...]): one GoogleTest program whose cases CTest runs one by one.
+function(vesk_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+    add_executable(${name} ${arg_SOURCES})
+    target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
+    target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+endfunction()

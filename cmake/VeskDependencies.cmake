@@ -1,0 +1,21 @@
+# The libraries this project stands on; docs/libraries.md says why each is here.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
+find_package(CLI11 REQUIRED)
+pkg_check_modules(log4cplus REQUIRED IMPORTED_TARGET log4cplus)
+pkg_check_modules(libcurl REQUIRED IMPORTED_TARGET libcurl)
+pkg_check_modules(libsoup REQUIRED IMPORTED_TARGET libsoup-3.0)
+pkg_check_modules(yamlcpp REQUIRED IMPORTED_TARGET yaml-cpp)
+find_package(simdjson REQUIRED)
+find_package(nlohmann_json REQUIRED)
+
+if(VESK_BUILD_TESTS)
+    find_package(GTest REQUIRED)
+    find_package(OpenSSL REQUIRED)
+    include(GoogleTest)
+endif()
+if(VESK_BUILD_BENCHMARKS)
+    find_package(benchmark REQUIRED)
+endif()

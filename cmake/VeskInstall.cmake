@@ -1,0 +1,21 @@
+# The SDK as others build against it: library, headers, CMake package (Vesk::Core) and pkg-config file.
+
+include(CMakePackageConfigHelpers)
+
+install(TARGETS vesk_core EXPORT VeskCoreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/api DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vesk
+    FILES_MATCHING PATTERN "*.h"
+    PATTERN "HttpCache.h" EXCLUDE
+    PATTERN "HttpClientEngine.h" EXCLUDE)
+install(EXPORT VeskCoreTargets NAMESPACE Vesk:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
+
+configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/VeskCoreConfig.cmake.in
+    ${CMAKE_BINARY_DIR}/VeskCoreConfig.cmake
+    INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
+    COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/VeskCoreConfig.cmake ${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
+
+configure_file(${CMAKE_SOURCE_DIR}/cmake/vesk-core.pc.in ${CMAKE_BINARY_DIR}/vesk-core.pc @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/vesk-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
