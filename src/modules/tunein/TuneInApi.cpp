@@ -1,0 +1,21 @@
+#include "modules/tunein/TuneInApi.h"
+
+#include "modules/tunein/TuneInSettings.h"
+
+VeskUrl TuneInApi::url(const QString &path)
+{
+    return VeskUrl(QStringLiteral("http://opml.radiotime.com") + path);
+}
+
+void TuneInApi::addDevice(VeskUrl &url, const TuneInSettings &settings)
+{
+    if (!settings.partnerId().isEmpty())
+        url.addQueryItem(QStringLiteral("partnerId"), settings.partnerId());
+    if (!settings.serial().isEmpty())
+        url.addQueryItem(QStringLiteral("serial"), settings.serial());
+}
+
+CMError TuneInApi::error(const char *text)
+{
+    return CMError(TrString("TuneIn", text));
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "api/nodes/CMActivateNode.h"
+#include "api/nodes/CMListRowsNode.h"
+
+class CMTuneInWorker;
+class TuneInSettings;
+class VeskUrl;
+
+/// The entry of a context menu that adds an item to TuneIn's favorites or removes it. Asking for
+/// its title asks TuneIn which of the two it is, and that is what activating it then does. Which
+/// item is meant comes with the path's parameters. Worker's thread only, which every exchange
+/// blocks.
+class TuneInAddRemovePresetsNode : public CMActivateNode {
+    Q_OBJECT
+
+public:
+    static TuneInAddRemovePresetsNode *create(CMTuneInWorker *worker, const CMPath &path);
+    ~TuneInAddRemovePresetsNode() override;
+
+    /// Whether the station or show \a id is a favorite of this device's account. False when TuneIn
+    /// cannot tell.
+    bool isPreset(const QString &id);
+    QVariant getRoleData(const QString &role, const Params &params) override;
+
+public Q_SLOTS:
+    void on_node_invoke(const CMSetDataRequest &request);
+
+private:
+    TuneInAddRemovePresetsNode(CMTuneInWorker *worker, const CMPath &path);
+
+    VeskUrl presetUrl(const QString &id) const;
+    void announceChange(const QString &guideId);
+
+    CMTuneInWorker *m_tiWorker;
+    const TuneInSettings *m_settings;
+    /// "add" or "remove": what the last title said.
+    QString m_command;
+};
+
+/// The context menu of what plays: favorites, choice of stream where \a addTuneBrowse says so, and
+/// the problem report where the settings do. Its rows take the parameters by which it is opened.
+class TuneInPlayerContextNode : public CMListRowsNode {
+public:
+    static TuneInPlayerContextNode *create(
+        CMTuneInWorker *tiWorker, const CMPath &path, bool addTuneBrowse);
+    ~TuneInPlayerContextNode() override;
+
+private:
+    TuneInPlayerContextNode(CMTuneInWorker *worker, const CMPath &path, bool addTuneBrowse);
+
+    CMTuneInWorker *m_tiWorker;
+    const TuneInSettings *m_settings;
+};
+
+/// The context menu of a row in the browser: favorites.
+class TuneInBrowserContextNode : public CMListRowsNode {
+public:
+    static TuneInBrowserContextNode *create(CMTuneInWorker *tiWorker, const CMPath &path);
+    ~TuneInBrowserContextNode() override;
+
+private:
+    TuneInBrowserContextNode(CMTuneInWorker *worker, const CMPath &path);
+
+    CMTuneInWorker *m_tiWorker;
+    const TuneInSettings *m_settings;
+};
