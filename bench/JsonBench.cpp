@@ -1,0 +1,35 @@
+#include "api/tunein/VeskTuneInResponse.h"
+#include "api/web/VeskJson.h"
+#include "bench/Answers.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QJsonDocument>
+
+namespace {
+
+constexpr int stations = 2000;
+
+void jsonFloor(benchmark::State &state)
+{
+    const QByteArray data = stationsAnswer(stations);
+    for (auto _ : state)
+        benchmark::DoNotOptimize(QJsonDocument::fromJson(data).toVariant());
+    state.counters["bytes"] = data.size();
+}
+
+void jsonToModel(benchmark::State &state)
+{
+    const QByteArray data = stationsAnswer(stations);
+    for (auto _ : state) {
+        VeskError error;
+        const VeskTuneInResponse response(VeskJson::parse(data, error).toHash());
+        if (response.body().size() != stations)
+            state.SkipWithError("the answer was not read");
+    }
+}
+
+BENCHMARK(jsonFloor)->Unit(benchmark::kMillisecond);
+BENCHMARK(jsonToModel)->Unit(benchmark::kMillisecond);
+
+} // namespace

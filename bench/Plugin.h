@@ -1,0 +1,41 @@
+#pragma once
+
+#include "api/nodes/CMRootWorker.h"
+#include "api/nodes/CMValuesWorker.h"
+#include "modules/tunein/cb_tunein.h"
+#include "tests/support/ScriptedServer.h"
+#include "tests/support/WorkerThread.h"
+
+#include <memory>
+
+/// What a plug-in needs around it, beside it a server in its directory's place.
+class Surroundings {
+public:
+    Surroundings();
+    ~Surroundings();
+
+    /// "http://127.0.0.1:PORT/Browse.ashx"
+    QByteArray rootUrl() const;
+
+private:
+    ScriptedServer m_server;
+    CMRootWorker m_root;
+    CMValuesWorker m_values;
+};
+
+/// A plug-in on its thread, with its network up.
+class Plugin {
+public:
+    Plugin();
+
+    CMTuneInWorker *worker() const { return static_cast<CMTuneInWorker *>(m_thread->object()); }
+    /// Runs \a function on the worker's thread and waits for it.
+    void call(const std::function<void()> &function) { m_thread->call(function); }
+
+private:
+    Surroundings m_surroundings;
+    std::unique_ptr<WorkerThread> m_thread;
+
+public:
+    const Surroundings &surroundings() const { return m_surroundings; }
+};

@@ -1,0 +1,98 @@
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+
+#include <log4cplus/initializer.h>
+#include <log4cplus/logger.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+/// Keeps what is measured beside printing it, so that figures can be set against their floors.
+class Collector : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const std::string name = run.run_name.function_name
+                + (run.run_name.args.empty() ? "" : "/" + run.run_name.args);
+            times[name].push_back(run.GetAdjustedRealTime());
+            for (const auto &counter : run.counters)
+                times[name + ":" + counter.first].push_back(counter.second.value);
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    double median(const std::string &name) const
+    {
+        const auto it = times.find(name);
+        if (it == times.end())
+            return 0;
+        std::vector<double> values = it->second;
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
+    }
+
+private:
+    std::map<std::string, std::vector<double>> times;
+};
+
+struct Ratio {
+    const char *what;
+    const char *measured;
+    const char *floor;
+    double limit;
+};
+
+constexpr Ratio ratios[] = {
+    {"JSON of 2,000 stations into the model", "jsonToModel", "jsonFloor", 0.45},
+    {"that model into rows with the page's roles", "rows/2000", "jsonFloor", 1.0},
+    {"a row at 10,000 rows, beside 100", "rows/10000:us_per_row", "rows/100:us_per_row", 1.2},
+    {"blocking GET of the root menu, p50", "getThroughClient:p50_us", "getFloor:p50_us", 2.2},
+    {"getRows of the root through CMRoot(), p50", "getRowsOfRoot:p50_us", "getFloor:p50_us", 4.0},
+};
+
+void printRatios(const Collector &collector)
+{
+    std::printf("\n%-48s %12s %12s %8s %8s\n", "what", "measured", "floor", "ratio", "at most");
+    for (const Ratio &ratio : ratios) {
+        const double measured = collector.median(ratio.measured);
+        const double floor = collector.median(ratio.floor);
+        if (measured > 0 && floor > 0)
+            std::printf("%-48s %12.3f %12.3f %8.2f %8.2f\n", ratio.what, measured, floor,
+                measured / floor, ratio.limit);
+    }
+    const double create = collector.median("createWorker:p50_us");
+    const double thread = collector.median("emptyThread:p50_us");
+    if (create > 0 && thread > 0)
+        std::printf("%-48s %12.1f %12.1f %+7.2fms %6.2fms\n", "worker_create, p50 in us", create,
+            thread, (create - thread) / 1000, 3.0);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    log4cplus::Initializer logging;
+    log4cplus::Logger::getRoot().setLogLevel(log4cplus::INFO_LOG_LEVEL);
+    QCoreApplication application(argc, argv);
+    std::vector<char *> arguments(argv, argv + argc);
+    // Pairs are measured in turns, so that what else the machine does meets both.
+    std::string repetitions = "--benchmark_repetitions=5";
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    arguments.insert(arguments.begin() + 1, interleaving.data());
+    arguments.insert(arguments.begin() + 1, repetitions.data());
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    Collector collector;
+    benchmark::RunSpecifiedBenchmarks(&collector);
+    printRatios(collector);
+    return 0;
+}
