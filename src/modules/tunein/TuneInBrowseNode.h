@@ -42,6 +42,11 @@ public:
     QVariantList parseData(
         const CMGetRowsRequest &request, const QByteArray &data, VeskUrl url, QString navigation);
 
+    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. Lists children
+    /// below their heading as long as \a maxLevel, one less for each level, is not below 0.
+    QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
+        VeskUrl url, QString navigation, int maxLevel);
+
 private:
     TuneInBrowseNode(CMTuneInWorker *worker, const CMPath &path);
 
@@ -58,8 +63,6 @@ private:
     void addCommonItems(VeskUrl &url) const;
 
     // An answer becomes rows.
-    QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
-        VeskUrl url, QString navigation, int maxLevel);
     bool navigate(VeskList<VeskTuneInBodyElement> &elements, const QString &navigation) const;
     void appendElement(const Screen &screen, const Item &item, QVariantList &rows);
     QVariantList textRow(const Screen &screen, const Item &item) const;

@@ -1,0 +1,91 @@
+#include "api/core/Language.h"
+
+#include "api/core/vesk.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QMutex>
+#include <QPointer>
+#include <QRegularExpression>
+#include <QThread>
+#include <QTranslator>
+
+#include <memory>
+
+namespace {
+
+struct State {
+    QMutex mutex;
+    /// Guarded by the mutex.
+    QString current = QStringLiteral("en");
+    /// Main thread only. Belongs to the application object.
+    QPointer<QTranslator> translator;
+};
+
+State &state()
+{
+    static State theState;
+    return theState;
+}
+
+/// \a language and what is left of it when its last parts are dropped one by one (RFC 4647, section
+/// 3.4). Empty when it is no language tag: it becomes part of a file name.
+QStringList lookupTags(const QString &language)
+{
+    static const QRegularExpression tag(
+        QStringLiteral("\\A[A-Za-z]{2,8}([-_][A-Za-z0-9]{1,8}){0,8}\\z"));
+    QStringList tags;
+    if (!tag.match(language).hasMatch())
+        return tags;
+    const QStringList parts
+        = QString(language).replace(QLatin1Char('_'), QLatin1Char('-')).split(QLatin1Char('-'));
+    for (int count = parts.size(); count > 0; --count)
+        tags.append(parts.mid(0, count).join(QLatin1Char('-')));
+    return tags;
+}
+
+std::unique_ptr<QTranslator> loadCatalogue(const QStringList &tags, const QStringList &folders)
+{
+    auto translator = std::make_unique<QTranslator>();
+    for (const QString &folder : folders) {
+        for (const QString &tag : tags) {
+            const QString file = QStringLiteral("vesk_") + tag + QStringLiteral(".qm");
+            if (QDir(folder).exists(file) && translator->load(QDir(folder).filePath(file)))
+                return translator;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+bool Language::setCurrent(const QString &language, const QStringList &folders)
+{
+    QCoreApplication *const application = QCoreApplication::instance();
+    VESK_ASSERT(application && QThread::currentThread() == application->thread());
+
+    const QStringList tags = lookupTags(language);
+    std::unique_ptr<QTranslator> next = loadCatalogue(tags, folders);
+    const bool isEnglish
+        = !tags.isEmpty() && tags.last().compare(QLatin1String("en"), Qt::CaseInsensitive) == 0;
+    const bool ok = next || isEnglish;
+
+    // First in, then out: a text that is read meanwhile is in the old or in the new language.
+    QTranslator *const former = state().translator;
+    if (next) {
+        next->setParent(application);
+        QCoreApplication::installTranslator(next.get());
+    }
+    state().translator = next.release();
+    delete former;
+
+    const QMutexLocker lock(&state().mutex);
+    state().current = language;
+    return ok;
+}
+
+QString Language::current()
+{
+    const QMutexLocker lock(&state().mutex);
+    return state().current;
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "api/core/export.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QVariant>
+
+#include <log4cplus/logger.h>
+
+#include <ostream>
+#include <sstream>
+
+/// \file
+/// Logging through log4cplus. A record carries the source path after "src/" without extension, the
+/// line and the function. A line whose level is switched off costs one test: no text is built.
+/// Loggers are thread-safe; each source file keeps one:
+///
+///     VESK_LOGGER("CB_TuneIn")
+///     ...
+///     VESK_DEBUG("parsing data: size: " << data.size());
+
+/// Defines this source file's logger object; files that share a name share the logger.
+#define VESK_LOGGER(name)                                                                          \
+    namespace {                                                                                    \
+    const log4cplus::Logger &veskLogger()                                                          \
+    {                                                                                              \
+        static const log4cplus::Logger logger                                                      \
+            = log4cplus::Logger::getInstance(LOG4CPLUS_TEXT(name));                                \
+        return logger;                                                                             \
+    }                                                                                              \
+    }
+
+#define VESK_LOG(level, text)                                                                      \
+    do {                                                                                           \
+        if (veskLogger().isEnabledFor(level)) {                                                    \
+            std::ostringstream veskLogText;                                                        \
+            veskLogText << text;                                                                   \
+            veskWriteLog(                                                                          \
+                veskLogger(), level, veskLogText.str(), __FILE__, __LINE__, __PRETTY_FUNCTION__);  \
+        }                                                                                          \
+    } while (false)
+
+#define VESK_TRACE(text) VESK_LOG(log4cplus::TRACE_LOG_LEVEL, text)
+#define VESK_DEBUG(text) VESK_LOG(log4cplus::DEBUG_LOG_LEVEL, text)
+#define VESK_INFO(text) VESK_LOG(log4cplus::INFO_LOG_LEVEL, text)
+#define VESK_WARN(text) VESK_LOG(log4cplus::WARN_LOG_LEVEL, text)
+#define VESK_ERROR(text) VESK_LOG(log4cplus::ERROR_LOG_LEVEL, text)
+#define VESK_FATAL(text) VESK_LOG(log4cplus::FATAL_LOG_LEVEL, text)
+
+/// Hands one record to \a logger. \a file is a compiler's __FILE__.
+VESK_API void veskWriteLog(const log4cplus::Logger &logger, log4cplus::LogLevel level,
+    const std::string &text, const char *file, int line, const char *function);
+
+/// "src/modules/tunein/cb_tunein.cpp" becomes "modules/tunein/cb_tunein".
+VESK_API std::string veskLogSourceName(const char *file);
+
+/// The text that stands for a function in the log: its \a signature as it is given. \a loggerName
+/// names the logger the text is meant for.
+VESK_API QString dbglog_scopedFunction(const char *signature, const char *loggerName);
+
+/// Texts are written as UTF-8; control characters as "\n" or "\x1b", so that no text can pass for a
+/// record of its own. A container prints its content, a hash in the order of its keys; passwords
+/// and session ids inside hashes print as "***".
+VESK_API std::ostream &operator<<(std::ostream &out, const QString &text);
+VESK_API std::ostream &operator<<(std::ostream &out, const QByteArray &bytes);
+VESK_API std::ostream &operator<<(std::ostream &out, const QVariant &value);
+VESK_API std::ostream &operator<<(std::ostream &out, const QVariantHash &hash);
+/// "QMap(" then "(key, value)" for each entry in key order, then ")".
+VESK_API std::ostream &operator<<(std::ostream &out, const QMap<QString, QString> &map);
+
+/// What a value of some other type prints when a QVariant holds it: for that type, register a
+/// converter (QMetaType::registerConverter) to this.
+struct VeskLogText {
+    std::string text;
+};
+Q_DECLARE_METATYPE(VeskLogText)
+
+/// Whether a hash entry or query item of this name is a secret that must not reach a log.
+VESK_API bool veskIsSecretKey(const QString &key);

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "api/core/export.h"
+
+#include <QString>
+
+/// \file
+/// Percent-encoding (RFC 3986, section 2.1), driven by a table because every row of a screen holds
+/// several encoded paths.
+
+/// Percent-encodes \a text as UTF-8 but for RFC 3986's unreserved characters and those in \a keep
+/// (ASCII).
+VESK_API QString veskPercentEncode(const QString &text, const char *keep = "");
+/// Appends the same to \a out.
+VESK_API void veskAppendPercentEncoded(QString &out, const QString &text, const char *keep = "");
+/// Undoes it. Sets \a ok (where given) to false, and returns an empty text, when an escape is
+/// damaged or the bytes are no UTF-8.
+VESK_API QString veskPercentDecode(const QString &text, bool *ok = nullptr);

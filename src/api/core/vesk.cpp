@@ -1,0 +1,104 @@
+#include "api/core/vesk.h"
+
+#include "api/core/log.h"
+
+#include <QThread>
+
+#include <log4cplus/appender.h>
+
+#include <pthread.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <mutex>
+
+VESK_LOGGER("Vesk")
+
+namespace {
+
+bool hasAppender(log4cplus::Logger logger)
+{
+    return !logger.getAllAppenders().empty()
+        || !log4cplus::Logger::getRoot().getAllAppenders().empty();
+}
+
+/// Blocks all but the first thread whose assertion fails, so that none aborts while the first one's
+/// record is being written. False when logging the record made another assertion fail.
+bool enterFailure()
+{
+    static thread_local bool failing = false;
+    static std::mutex *const first = new std::mutex;
+    if (failing)
+        return false;
+    failing = true;
+    first->lock();
+    return true;
+}
+
+bool isQueued(const QObject *sender, const QObject *receiver, Qt::ConnectionType type)
+{
+    const int kind = type & ~Qt::UniqueConnection;
+    return kind == Qt::QueuedConnection
+        || (kind == Qt::AutoConnection && sender->thread() != receiver->thread());
+}
+
+/// Whether the signal's parameter can be copied into an event.
+bool isRegistered(const QObject *sender, const QMetaMethod &signal, int index)
+{
+    int type = signal.parameterType(index);
+    if (type == QMetaType::UnknownType) {
+        // A type that is declared but was never used yet is registered by the class's own
+        // meta-object.
+        void *arguments[] = {&type, &index};
+        QMetaObject::metacall(const_cast<QObject *>(sender),
+            QMetaObject::RegisterMethodArgumentMetaType, signal.methodIndex(), arguments);
+    }
+    return type > QMetaType::UnknownType;
+}
+
+} // namespace
+
+void veskAssertionFailed(const char *condition, const char *file, int line)
+{
+    if (enterFailure()) {
+        const std::string text = std::string("Assertion failed: ") + condition + ", file " + file
+            + ", line " + std::to_string(line);
+        if (hasAppender(veskLogger()))
+            veskWriteLog(veskLogger(), log4cplus::FATAL_LOG_LEVEL, text, file, line, "");
+        else
+            fprintf(stderr, "%s\n", text.c_str());
+        log4cplus::Logger::shutdown();
+    }
+    std::abort();
+}
+
+void veskSetThreadName(const QString &name)
+{
+    constexpr int MaxBytes = 15;
+    QByteArray bytes = name.toUtf8();
+    if (bytes.size() > MaxBytes) {
+        int size = MaxBytes;
+        while (size > 0 && (static_cast<unsigned char>(bytes.at(size)) & 0xC0) == 0x80)
+            --size;
+        bytes.truncate(size);
+    }
+    pthread_setname_np(pthread_self(), bytes.constData());
+}
+
+bool verifyConnectionSignalParameters(const QObject *sender, const QMetaMethod &signal,
+    const QObject *receiver, Qt::ConnectionType type)
+{
+    if (!isQueued(sender, receiver, type))
+        return true;
+    bool ok = true;
+    const QList<QByteArray> names = signal.parameterTypes();
+    for (int i = 0; i < names.size(); ++i) {
+        if (names.at(i).endsWith('*') || isRegistered(sender, signal, i))
+            continue;
+        VESK_ERROR("Cannot queue signal " << sender->metaObject()->className()
+                                          << "::" << signal.methodSignature() << ": parameter type "
+                                          << names.at(i) << " is no registered meta-type");
+        ok = false;
+    }
+    return ok;
+}

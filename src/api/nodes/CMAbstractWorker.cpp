@@ -1,0 +1,28 @@
+#include "api/nodes/CMAbstractWorker.h"
+
+#include "api/values/VeskRoles.h"
+
+namespace {
+
+constexpr unsigned long getValueMilliseconds = 30000;
+
+}
+
+CMAbstractWorker::~CMAbstractWorker() = default;
+
+void CMAbstractWorker::connectChange(const CMPath &) { }
+
+void CMAbstractWorker::disconnectChange(const CMPath &) { }
+
+void CMAbstractWorker::languageChanged() { }
+
+QVariant CMAbstractWorker::getValue(const CMPath &path)
+{
+    const auto answer = std::make_shared<CMReplyData<QVariant>>();
+    // Nothing of the request may stay here: an answer that nobody gives must end with its error.
+    request(CMGetDataRequest(path, {VeskRoles::Value()}, CMReply<QVariant>(answer)));
+    if (!answer->waitForFinished(getValueMilliseconds) || !answer->error().isEmpty())
+        return QVariant();
+    const QVariantList values = answer->value().toList();
+    return values.isEmpty() ? QVariant() : values.first();
+}

@@ -1,0 +1,82 @@
+#include "api/nodes/CMNode.h"
+
+#include "api/core/vesk.h"
+#include "api/nodes/CMNodes.h"
+
+CMNode::CMNode(const CMPath &path, QObject *parent)
+    : QObject(parent)
+    , m_path(path)
+{
+}
+
+CMNode::~CMNode()
+{
+    if (m_nodes)
+        m_nodes->remove(this);
+}
+
+void CMNode::setNodes(CMNodes *nodes)
+{
+    VESK_ASSERT(nodes && !m_nodes);
+    m_nodes = nodes;
+    nodes->add(this);
+}
+
+CMSubscribe *CMNode::subscribe() const
+{
+    return m_nodes ? m_nodes->subscribe() : nullptr;
+}
+
+void CMNode::ask(const CMRequest &request) const
+{
+    if (m_nodes)
+        m_nodes->request(request);
+    else
+        request.reply().setError(CMNoNodeError());
+}
+
+QMutex *CMNode::mutex()
+{
+    return &m_mutex;
+}
+
+bool CMNode::request(const CMRequest &request)
+{
+    switch (request.kind()) {
+    case CMRequest::GetData:
+        return getDataRequest(CMGetDataRequest(request));
+    case CMRequest::GetRows:
+        return getRowsRequest(CMGetRowsRequest(request));
+    case CMRequest::MatchRow:
+        return matchRowRequest(CMMatchRowRequest(request));
+    case CMRequest::SetData:
+        return setDataRequest(CMSetDataRequest(request));
+    case CMRequest::None:
+        break;
+    }
+    return false;
+}
+
+bool CMNode::getDataRequest(const CMGetDataRequest &)
+{
+    return false;
+}
+
+bool CMNode::getRowsRequest(const CMGetRowsRequest &)
+{
+    return false;
+}
+
+bool CMNode::matchRowRequest(const CMMatchRowRequest &)
+{
+    return false;
+}
+
+bool CMNode::setDataRequest(const CMSetDataRequest &)
+{
+    return false;
+}
+
+void CMNode::rowsPathAdd(const CMPath &) { }
+
+void CMNode::rowsPathRemove(const CMPath &) { }

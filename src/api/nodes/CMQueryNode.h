@@ -1,0 +1,24 @@
+#pragma once
+
+#include "api/nodes/CMUINode.h"
+
+/// A row in which the user types a text: the screen at queryPath(), with the text as parameter
+/// query(), shows what it finds.
+class VESK_API CMQueryNode : public CMUINode
+{
+    Q_OBJECT
+
+public:
+    static CMQueryNode *create(CMNodes *nodes, const CMPath &path);
+
+    void setQuery(const QString &key) { m_query = key; }
+    void setQueryPath(const CMPath &path) { m_queryPath = path; }
+
+    QVariant getRoleData(const QString &role, const Params &params) override;
+
+private:
+    explicit CMQueryNode(const CMPath &path);
+
+    QString m_query;
+    CMPath m_queryPath;
+};

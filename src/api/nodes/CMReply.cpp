@@ -1,0 +1,104 @@
+#include "api/nodes/CMReply.h"
+
+#include "api/nodes/CMContextCall.h"
+
+#include <QDeadlineTimer>
+
+#include <algorithm>
+#include <limits>
+
+CMError CMUnansweredError()
+{
+    CMError error(TrString("CMReply", "The request was not answered."));
+    error.insert(CMError::Name(), CMError::UnansweredName());
+    return error;
+}
+
+CMReplyAbstractData::~CMReplyAbstractData()
+{
+    for (const std::shared_ptr<CMContextCall> &watcher : m_watchers)
+        watcher->close();
+}
+
+bool CMReplyAbstractData::isFinished() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_finished;
+}
+
+bool CMReplyAbstractData::waitForFinished(unsigned long milliseconds) const
+{
+    constexpr auto longest = static_cast<unsigned long>(std::numeric_limits<qint64>::max());
+    QDeadlineTimer deadline(QDeadlineTimer::Forever);
+    if (milliseconds != ULONG_MAX)
+        deadline.setRemainingTime(static_cast<qint64>(std::min(milliseconds, longest)));
+
+    const QMutexLocker lock(&m_mutex);
+    while (!m_finished) {
+        if (!m_condition.wait(&m_mutex, deadline))
+            break;
+    }
+    return m_finished;
+}
+
+CMError CMReplyAbstractData::error() const
+{
+    const QMutexLocker lock(&m_mutex);
+    return m_error;
+}
+
+void CMReplyAbstractData::setError(const CMError &error)
+{
+    finish([this, &error] { m_error = error; });
+}
+
+void CMReplyAbstractData::setFinished()
+{
+    finish([] { });
+}
+
+void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> function)
+{
+    if (context->thread() == QThread::currentThread() && isFinished()) {
+        function();
+        return;
+    }
+    const auto watcher
+        = CMContextCall::create(context, CMContextCall::Once, std::move(function));
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (!m_finished) {
+            m_watchers.push_back(watcher);
+            return;
+        }
+    }
+    watcher->trigger();
+}
+
+void CMReplyAbstractData::finish(const std::function<void()> &store)
+{
+    std::vector<std::shared_ptr<CMContextCall>> watchers;
+    {
+        const QMutexLocker lock(&m_mutex);
+        if (m_finished)
+            return;
+        store();
+        m_finished = true;
+        watchers.swap(m_watchers);
+        m_condition.wakeAll();
+    }
+    // Whoever waited may have let go of this by now: nothing of it is touched any more.
+    for (const std::shared_ptr<CMContextCall> &watcher : watchers)
+        watcher->trigger();
+}
+
+CMReplyPromise::CMReplyPromise(std::shared_ptr<CMReplyAbstractData> data)
+    : m_data(std::move(data))
+{
+}
+
+CMReplyPromise::~CMReplyPromise()
+{
+    if (!m_data->isFinished())
+        m_data->setError(CMUnansweredError());
+}

@@ -1,0 +1,365 @@
+#include "api/nodes/CMRootWorker.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "api/nodes/CMCallGate.h"
+#include "api/nodes/CMContextCall.h"
+
+#include <QHash>
+
+#include <algorithm>
+#include <atomic>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <shared_mutex>
+#include <vector>
+
+VESK_LOGGER("Nodes")
+
+namespace {
+
+std::atomic<CMRootWorker *> theRoot {nullptr};
+
+using GatePtr = std::shared_ptr<CMCallGate>;
+
+/// Whether \a change says nothing more after \a before, both of the same path. A number of rows that
+/// come or go does.
+bool isRepeated(const CMChange &before, const CMChange &change)
+{
+    return change.kind == before.kind && change.first == before.first
+        && change.last == before.last && change.kind != CMSubscribe::RowsChangeInserted()
+        && change.kind != CMSubscribe::RowsChangeRemoved();
+}
+
+}
+
+/// Its call drains what is pending, on the context's thread.
+struct CMSubscription::Entry {
+    void deliver(CMChange change)
+    {
+        change.path = path;
+        {
+            const std::lock_guard<std::mutex> lock(mutex);
+            if (!pending.empty() && isRepeated(pending.back(), change))
+                return;
+            pending.push_back(std::move(change));
+        }
+        call->trigger();
+    }
+
+    void drain()
+    {
+        std::deque<CMChange> changes;
+        {
+            const std::lock_guard<std::mutex> lock(mutex);
+            changes.swap(pending);
+        }
+        for (const CMChange &change : changes) {
+            if (!call->isOpen())
+                return;
+            changed(change);
+        }
+    }
+
+    CMPath path;
+    std::function<void(const CMChange &)> changed;
+    std::weak_ptr<CMRootWorkerPrivate> root;
+    std::shared_ptr<CMContextCall> call;
+
+    std::mutex mutex;
+    /// Guarded by mutex.
+    std::deque<CMChange> pending;
+};
+
+class CMRootWorkerPrivate
+{
+public:
+    using Entry = CMSubscription::Entry;
+
+    /// The path's subscribers, and the worker that was last told that there are some.
+    struct Subscribed {
+        std::vector<std::shared_ptr<Entry>> entries;
+        GatePtr connected;
+    };
+
+    GatePtr route(const CMPath &path) const;
+    /// Expects routesMutex to be held for writing.
+    GatePtr gateOf(CMAbstractWorker *worker);
+    void addEntry(const std::shared_ptr<Entry> &entry);
+    void removeEntry(const std::shared_ptr<Entry> &entry);
+    void announce(const CMPath &path, bool tellSubscribers);
+    void announceMoved();
+
+    mutable std::shared_mutex routesMutex;
+    /// Guarded by routesMutex.
+    QHash<CMAbstractWorker *, GatePtr> gates;
+    QHash<QString, GatePtr> byPrefix;
+    QHash<QString, QHash<QString, GatePtr>> foreign; ///< by prefix, then base
+
+    /// Taken before routesMutex, never after it.
+    std::mutex subscribedMutex;
+    /// Guarded by subscribedMutex.
+    std::map<CMPath, Subscribed> subscribed;
+
+    /// Held while workers are told of subscribers, so that they are told in the order of events.
+    /// Recursive: a worker that is told may itself subscribe.
+    std::recursive_mutex announceMutex;
+};
+
+GatePtr CMRootWorkerPrivate::route(const CMPath &path) const
+{
+    const std::shared_lock<std::shared_mutex> lock(routesMutex);
+    const auto bases = foreign.constFind(path.prefix());
+    if (bases != foreign.constEnd()) {
+        QString base = path.base();
+        while (true) {
+            const auto found = bases->constFind(base);
+            if (found != bases->constEnd())
+                return *found;
+            const int slash = base.lastIndexOf(QLatin1Char('/'));
+            if (slash <= 0)
+                break;
+            base.truncate(slash);
+        }
+    }
+    return byPrefix.value(path.prefix());
+}
+
+GatePtr CMRootWorkerPrivate::gateOf(CMAbstractWorker *worker)
+{
+    GatePtr &gate = gates[worker];
+    if (!gate)
+        gate = std::make_shared<CMCallGate>(worker);
+    return gate;
+}
+
+void CMRootWorkerPrivate::addEntry(const std::shared_ptr<Entry> &entry)
+{
+    {
+        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        subscribed[entry->path].entries.push_back(entry);
+    }
+    announce(entry->path, false);
+}
+
+void CMRootWorkerPrivate::removeEntry(const std::shared_ptr<Entry> &entry)
+{
+    {
+        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        std::vector<std::shared_ptr<Entry>> &entries = subscribed[entry->path].entries;
+        entries.erase(std::remove(entries.begin(), entries.end(), entry), entries.end());
+    }
+    announce(entry->path, false);
+}
+
+/// Brings what workers know of the subscribers of \a path up to date.
+void CMRootWorkerPrivate::announce(const CMPath &path, bool tellSubscribers)
+{
+    const std::lock_guard<std::recursive_mutex> announcing(announceMutex);
+    GatePtr before;
+    GatePtr now;
+    std::vector<std::shared_ptr<Entry>> entries;
+    {
+        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        const auto found = subscribed.find(path);
+        if (found == subscribed.end())
+            return;
+        before = found->second.connected;
+        now = found->second.entries.empty() ? nullptr : route(path);
+        found->second.connected = now;
+        if (found->second.entries.empty())
+            subscribed.erase(found);
+        else
+            entries = found->second.entries;
+    }
+    if (before == now)
+        return;
+    if (const CMCallGate::Visit visit(before); visit)
+        visit->disconnectChange(path);
+    if (const CMCallGate::Visit visit(now); visit) {
+        visit->connectChange(path);
+        if (tellSubscribers) {
+            for (const std::shared_ptr<Entry> &entry : entries)
+                entry->deliver({path, CMSubscribe::RowsChangeReset(), -1, -1});
+        }
+    }
+}
+
+/// Announces every path whose worker is another than the one that was told.
+void CMRootWorkerPrivate::announceMoved()
+{
+    std::vector<CMPath> moved;
+    {
+        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        for (const auto &[path, state] : subscribed) {
+            if (state.connected != route(path))
+                moved.push_back(path);
+        }
+    }
+    for (const CMPath &path : moved)
+        announce(path, true);
+}
+
+CMSubscription::CMSubscription(std::shared_ptr<Entry> entry)
+    : m_entry(std::move(entry))
+{
+}
+
+CMSubscription::~CMSubscription()
+{
+    VESK_ASSERT(!m_entry->call->isElsewhere());
+    m_entry->call->close();
+    if (const std::shared_ptr<CMRootWorkerPrivate> root = m_entry->root.lock())
+        root->removeEntry(m_entry);
+}
+
+CMRootWorker::CMRootWorker(QObject *parent)
+    : CMAbstractWorker(parent)
+    , d(std::make_shared<CMRootWorkerPrivate>())
+{
+    CMRootWorker *none = nullptr;
+    VESK_ASSERT(theRoot.compare_exchange_strong(none, this));
+}
+
+CMRootWorker::~CMRootWorker()
+{
+    theRoot = nullptr;
+}
+
+CMRootWorker *CMRoot()
+{
+    return theRoot;
+}
+
+bool CMRootWorker::addWorker(const QString &prefix, CMAbstractWorker *worker)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        if (d->byPrefix.contains(prefix)) {
+            VESK_ERROR("There is already a worker for the prefix '" << prefix << "'");
+            return false;
+        }
+        d->byPrefix.insert(prefix, d->gateOf(worker));
+    }
+    d->announceMoved();
+    return true;
+}
+
+void CMRootWorker::removeWorker(CMAbstractWorker *worker)
+{
+    GatePtr gate;
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        gate = d->gates.take(worker);
+        if (!gate)
+            return;
+        const auto forget = [&gate](QHash<QString, GatePtr> &routes) {
+            for (auto it = routes.begin(); it != routes.end();)
+                it = *it == gate ? routes.erase(it) : std::next(it);
+        };
+        forget(d->byPrefix);
+        for (QHash<QString, GatePtr> &bases : d->foreign)
+            forget(bases);
+    }
+    gate->close();
+    d->announceMoved();
+}
+
+void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        GatePtr &route = d->foreign[path.prefix()][path.base()];
+        if (route) {
+            VESK_ERROR("There is already a worker for the path '" << path << "'");
+            return;
+        }
+        route = d->gateOf(worker);
+    }
+    d->announceMoved();
+}
+
+void CMRootWorker::removeForeignPath(const CMPath &path, CMAbstractWorker *worker)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const auto bases = d->foreign.find(path.prefix());
+        if (bases == d->foreign.end())
+            return;
+        const auto route = bases->find(path.base());
+        if (route == bases->end() || (*route)->worker() != worker)
+            return;
+        bases->erase(route);
+    }
+    d->announceMoved();
+}
+
+QStringList CMRootWorker::prefixes() const
+{
+    const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+    QStringList prefixes = d->byPrefix.keys();
+    prefixes.sort();
+    return prefixes;
+}
+
+void CMRootWorker::request(CMRequest request)
+{
+    if (const CMCallGate::Visit visit(d->route(request.path())); visit)
+        visit->request(std::move(request));
+    else
+        request.reply().setError(CMNoNodeError());
+}
+
+std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
+    const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed)
+{
+    const auto entry = std::make_shared<CMSubscription::Entry>();
+    entry->path = path;
+    entry->changed = std::move(changed);
+    entry->root = d;
+    entry->call = CMContextCall::create(
+        context, CMContextCall::EachTime, [entry] { entry->drain(); });
+    d->addEntry(entry);
+    return std::unique_ptr<CMSubscription>(new CMSubscription(entry));
+}
+
+void CMRootWorker::notifyChanged(const CMChange &change)
+{
+    std::vector<std::shared_ptr<CMSubscription::Entry>> concerned;
+    {
+        const std::lock_guard<std::mutex> lock(d->subscribedMutex);
+        const auto found = d->subscribed.find(change.path);
+        if (found != d->subscribed.end())
+            concerned = found->second.entries;
+    }
+    for (const std::shared_ptr<CMSubscription::Entry> &entry : concerned)
+        entry->deliver(change);
+}
+
+void CMRootWorker::notifyChangedStartingWith(const CMChange &change)
+{
+    std::vector<std::shared_ptr<CMSubscription::Entry>> concerned;
+    {
+        const std::lock_guard<std::mutex> lock(d->subscribedMutex);
+        for (const auto &[path, state] : d->subscribed) {
+            if (path.startsWith(change.path))
+                concerned.insert(concerned.end(), state.entries.begin(), state.entries.end());
+        }
+    }
+    for (const std::shared_ptr<CMSubscription::Entry> &entry : concerned)
+        entry->deliver(change);
+}
+
+void CMRootWorker::notifyLanguageChanged()
+{
+    QList<GatePtr> gates;
+    {
+        const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+        gates = d->gates.values();
+    }
+    for (const GatePtr &gate : gates) {
+        if (const CMCallGate::Visit visit(gate); visit)
+            visit->languageChanged();
+    }
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "api/nodes/CMAbstractWorker.h"
+#include "api/nodes/CMSubscribe.h"
+
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class CMRootWorkerPrivate;
+
+/// One subscription; ends when it is destroyed. Destroy it on the thread of its context.
+class VESK_API CMSubscription
+{
+public:
+    CMSubscription(const CMSubscription &) = delete;
+    CMSubscription &operator=(const CMSubscription &) = delete;
+    ~CMSubscription();
+
+private:
+    friend class CMRootWorker;
+    friend class CMRootWorkerPrivate;
+    struct Entry;
+    explicit CMSubscription(std::shared_ptr<Entry> entry);
+    std::shared_ptr<Entry> m_entry;
+};
+
+/// Where all workers meet: routes each request by its path's prefix to the worker of that name, or,
+/// for a foreign path that a worker serves, to that worker; brings changes to their subscribers. One
+/// per process, made by the host before any worker and destroyed after the last. All calls from any
+/// thread.
+///
+/// The worker that serves a subscribed path is told of the first subscriber (connectChange) and of
+/// the last one's leaving. When it comes later than the subscribers, it is told then, and they are
+/// told to read everything again (CMSubscribe::RowsChangeReset).
+class VESK_API CMRootWorker : public CMAbstractWorker
+{
+    Q_OBJECT
+
+public:
+    explicit CMRootWorker(QObject *parent = nullptr);
+    ~CMRootWorker() override;
+
+    /// Routes requests for \a prefix to \a worker. Returns false, and logs, when the prefix is taken.
+    bool addWorker(const QString &prefix, CMAbstractWorker *worker);
+    /// Forgets every route to \a worker; when it returns, no other thread is calling the worker.
+    void removeWorker(CMAbstractWorker *worker);
+    /// Routes \a path and what lies below it to \a worker, whoever has its prefix; parameters do not
+    /// matter. A path that is taken is logged and stays as it is.
+    void addForeignPath(const CMPath &path, CMAbstractWorker *worker);
+    void removeForeignPath(const CMPath &path, CMAbstractWorker *worker);
+    QStringList prefixes() const;
+
+    /// Answers at once with an error when no worker is there for the request's path.
+    void request(CMRequest request) override;
+
+    /// Calls \a changed on \a context's thread for every change that concerns \a path, until the
+    /// subscription or the context is destroyed. A change that only repeats the one before, while
+    /// that one still waits, is left out. \a context must be alive during this call and stay on its
+    /// thread.
+    std::unique_ptr<CMSubscription> subscribe(
+        const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed);
+    /// Tells the subscribers of exactly the change's path.
+    void notifyChanged(const CMChange &change);
+    /// Tells the subscribers of every path that starts with the change's, each with its own path.
+    void notifyChangedStartingWith(const CMChange &change);
+    /// Tells every worker that the UI language changed.
+    void notifyLanguageChanged();
+
+private:
+    friend class CMSubscription;
+    const std::shared_ptr<CMRootWorkerPrivate> d;
+};
+
+/// The process's root worker; null before the first and after the last.
+VESK_API CMRootWorker *CMRoot();

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "api/nodes/CMRootWorker.h"
+#include "api/values/VeskValue.h"
+
+#include <QObject>
+
+#include <memory>
+
+/// Follows one value: changed() brings its present value once the event loop runs, and every later
+/// one. Lives on the thread that creates it, which needs an event loop. A value that nobody holds
+/// brings nothing until somebody does.
+class VESK_API CMValueItem : public QObject
+{
+    Q_OBJECT
+
+public:
+    CMValueItem(const CMPath &path, QObject *parent);
+    ~CMValueItem() override;
+
+Q_SIGNALS:
+    void changed(const VeskValue &newValue);
+
+private:
+    void read();
+    void take(const QVariant &answered);
+
+    const CMPath m_path;
+    std::unique_ptr<CMSubscription> m_subscription;
+    VeskValue m_last;
+    bool m_reading = false;
+    bool m_readAgain = false;
+};

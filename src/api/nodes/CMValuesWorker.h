@@ -1,0 +1,71 @@
+#pragma once
+
+#include "api/core/TrString.h"
+#include "api/nodes/CMAbstractWorker.h"
+#include "api/values/VeskValue.h"
+
+#include <QHash>
+
+#include <mutex>
+
+/// The values of one or more prefixes: settings and states that a host defines and everybody reads,
+/// follows and, where they are writable, writes. Answers on the thread that asks, so reading a value
+/// never waits. All calls from any thread. Register it at the root, and remove it there before it is
+/// destroyed.
+///
+/// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" (a TrString) and
+/// "path"; parameters of the path do not matter. A change is told to the subscribers of its path.
+class VESK_API CMValuesWorker : public CMAbstractWorker
+{
+    Q_OBJECT
+
+public:
+    enum Access { ReadOnly, Writable };
+
+    explicit CMValuesWorker(QObject *parent = nullptr);
+    ~CMValuesWorker() override;
+
+    /// Defines the value at \a path, which must not be defined yet. The type of \a value is its type
+    /// for good.
+    void define(const CMPath &path, const VeskValue &value, Access access = ReadOnly,
+        const TrString &title = TrString());
+    /// Sets a value that was defined, from inside the host: access does not matter, but a pinned
+    /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a wrong type.
+    bool setValue(const CMPath &path, const VeskValue &value);
+    /// Keeps the value as it is, whoever sets it.
+    void pin(const CMPath &path);
+    /// Empty for an unknown path.
+    VeskValue value(const CMPath &path) const;
+    QList<CMPath> paths() const;
+
+    /// A plain value as a VeskValue of \a type: "true" or true for a bool, and so on. An empty value
+    /// when it cannot be read as one.
+    static VeskValue fromPlain(const QVariant &plain, VeskValueType::Enum type);
+
+    void request(CMRequest request) override;
+    void languageChanged() override;
+
+Q_SIGNALS:
+    /// A value changed, from whichever thread changed it. \a byRequest tells a request of a client
+    /// from the host's own call. Of changes on several threads at a time the later may be told
+    /// first: value() has the present one.
+    void valueChanged(const CMPath &path, const VeskValue &value, bool byRequest);
+
+private:
+    enum class Outcome { Done, Unknown, Refused, WrongType };
+    struct Entry {
+        VeskValue value;
+        Access access = ReadOnly;
+        TrString title;
+        bool pinned = false;
+    };
+
+    bool isDefined(const CMPath &path) const;
+    Outcome change(const CMPath &path, const VeskValue &value, bool byRequest);
+    void getData(const CMGetDataRequest &request) const;
+    void setData(const CMSetDataRequest &request);
+
+    mutable std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    QHash<CMPath, Entry> m_entries;
+};

@@ -1,0 +1,258 @@
+#include "api/nodes/CMWorker.h"
+
+#include "api/core/log.h"
+#include "api/core/percent.h"
+#include "api/core/vesk.h"
+#include "api/nodes/CMRootWorker.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QThread>
+
+#include <deque>
+#include <mutex>
+#include <utility>
+
+VESK_LOGGER("Nodes")
+
+namespace {
+
+/// How much one wake-up may take from the inbox before the timers and sockets of the thread get
+/// their turn: a single request may block the thread for long.
+constexpr int batchSize = 16;
+constexpr qint64 batchMilliseconds = 5;
+
+}
+
+/// What the root knows of a worker, in its place: other threads reach only this object, which is
+/// whole before the worker is registered and until after it was removed, while the worker itself may
+/// still be, or no more be, of its derived class.
+class CMWorkerInbox : public CMAbstractWorker
+{
+public:
+    explicit CMWorkerInbox(CMWorker *worker)
+        : m_worker(worker)
+        , m_thread(QThread::currentThread())
+    {
+    }
+
+    void request(CMRequest request) override
+    {
+        if (isOwnThread() && isOpen())
+            call([&] { m_worker->deliver(request); });
+        else
+            push({Item::Request, std::move(request), CMPath()});
+    }
+    void connectChange(const CMPath &path) override { push({Item::Connect, CMRequest(), path}); }
+    void disconnectChange(const CMPath &path) override
+    {
+        push({Item::Disconnect, CMRequest(), path});
+    }
+    void languageChanged() override { push({Item::Language, CMRequest(), CMPath()}); }
+
+    /// Takes nothing in any more and lets go of what waits.
+    void close()
+    {
+        std::deque<Item> waiting; // let go outside the lock
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_open = false;
+        waiting.swap(m_items);
+    }
+
+    int size() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return static_cast<int>(m_items.size());
+    }
+    bool isOwnThread() const { return QThread::currentThread() == m_thread; }
+    bool isHandling() const { return m_depth > 0; }
+
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::User)
+            return CMAbstractWorker::event(event);
+        takeBatch();
+        return true;
+    }
+
+private:
+    struct Item {
+        enum What { Request, Connect, Disconnect, Language } what;
+        CMRequest request;
+        CMPath path;
+    };
+
+    bool isOpen() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_open;
+    }
+
+    void push(Item item)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_open)
+            return;
+        m_items.push_back(std::move(item));
+        wakeUp();
+    }
+
+    /// Expects the lock to be held.
+    void wakeUp()
+    {
+        if (m_wokenUp)
+            return;
+        m_wokenUp = true;
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+    void takeBatch()
+    {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_wokenUp = false;
+        for (int taken = 0; !m_items.empty(); ++taken) {
+            if (taken == batchSize || elapsed.hasExpired(batchMilliseconds)) {
+                wakeUp();
+                return;
+            }
+            {
+                const Item item = std::move(m_items.front());
+                m_items.pop_front();
+                lock.unlock();
+                call([&] { handle(item); });
+            }
+            lock.lock();
+        }
+    }
+
+    void handle(const Item &item)
+    {
+        switch (item.what) {
+        case Item::Request:
+            m_worker->deliver(item.request);
+            break;
+        case Item::Connect:
+            m_worker->handleConnectChange(item.path);
+            break;
+        case Item::Disconnect:
+            m_worker->handleDisconnectChange(item.path);
+            break;
+        case Item::Language:
+            m_worker->handleLanguageChanged();
+            break;
+        }
+    }
+
+    template <class Function> void call(Function function)
+    {
+        ++m_depth;
+        function();
+        --m_depth;
+    }
+
+    CMWorker *const m_worker;
+    QThread *const m_thread;
+    /// How many handlers are running, one inside another. Own thread only.
+    int m_depth = 0;
+
+    mutable std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    bool m_open = true;
+    bool m_wokenUp = false;
+    std::deque<Item> m_items;
+};
+
+CMWorker::CMWorker(const QVariantHash &config, const QString &name)
+    : m_config(config)
+    , m_name(name)
+    , m_inbox(std::make_unique<CMWorkerInbox>(this))
+{
+    if (CMRootWorker *root = CMRoot())
+        root->addWorker(m_name, m_inbox.get());
+}
+
+CMWorker::~CMWorker()
+{
+    stop();
+}
+
+void CMWorker::stop()
+{
+    VESK_ASSERT(m_inbox->isOwnThread());
+    VESK_ASSERT(!m_inbox->isHandling());
+    if (CMRootWorker *root = CMRoot())
+        root->removeWorker(m_inbox.get());
+    m_inbox->close();
+}
+
+CMPath CMWorker::addPrefix(const QString &relativePath) const
+{
+    return CMPath::fromEncoded(veskPercentEncode(m_name) + QLatin1Char(':') + relativePath);
+}
+
+void CMWorker::request(CMRequest request)
+{
+    m_inbox->request(std::move(request));
+}
+
+void CMWorker::connectChange(const CMPath &path)
+{
+    m_inbox->connectChange(path);
+}
+
+void CMWorker::disconnectChange(const CMPath &path)
+{
+    m_inbox->disconnectChange(path);
+}
+
+void CMWorker::languageChanged()
+{
+    m_inbox->languageChanged();
+}
+
+void CMWorker::addForeignPath(const CMPath &path)
+{
+    if (CMRootWorker *root = CMRoot())
+        root->addForeignPath(path, m_inbox.get());
+}
+
+void CMWorker::removeForeignPath(const CMPath &path)
+{
+    if (CMRootWorker *root = CMRoot())
+        root->removeForeignPath(path, m_inbox.get());
+}
+
+void CMWorker::ping(const CMSetDataRequest &request)
+{
+    request.reply().setValue(request.value());
+}
+
+void CMWorker::trace()
+{
+    VESK_DEBUG("Worker '" << m_name << "': " << m_inbox->size() << " waiting");
+}
+
+void CMWorker::handleLanguageChanged() { }
+
+void CMWorker::deliver(const CMRequest &request)
+{
+    if (request.kind() == CMRequest::SetData && request.path().prefix() == m_name
+        && request.path().base().isEmpty()) {
+        const CMSetDataRequest setData(request);
+        if (setData.role() == CMPingRole()) {
+            ping(setData);
+            return;
+        }
+    }
+    if (!handleRequest(request))
+        request.reply().setError(CMNoNodeError());
+}
+
+const QString &CMPingRole()
+{
+    static const QString role = QStringLiteral("ping");
+    return role;
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "api/nodes/CMAbstractWorker.h"
+
+#include <QVariantHash>
+
+#include <memory>
+
+class CMWorkerInbox;
+
+/// A worker with a name, which is the prefix of its paths, and a thread of its own: the one that
+/// created it. Requests from other threads wait in its inbox until that thread's event loop takes
+/// them, one after another; a request from its own thread is handled at once. Those still waiting
+/// when it goes away are answered with an error.
+///
+/// Registers itself at the root for as long as it lives. Create and destroy it on its thread; never
+/// destroy it while it handles a request.
+class VESK_API CMWorker : public CMAbstractWorker
+{
+    Q_OBJECT
+
+public:
+    CMWorker(const QVariantHash &config, const QString &name);
+    ~CMWorker() override;
+
+    const QString &name() const { return m_name; }
+    const QVariantHash &config() const { return m_config; }
+    /// The path under this worker's root for \a relativePath, in its text form without prefix:
+    /// "browse/uri/Search.ashx?query=aa1".
+    CMPath addPrefix(const QString &relativePath) const;
+
+    void request(CMRequest request) override;
+    void connectChange(const CMPath &path) override;
+    void disconnectChange(const CMPath &path) override;
+    void languageChanged() override;
+
+    /// Has the root route \a path, which has another worker's prefix, to this worker as well; gives
+    /// it back. Worker's thread.
+    void addForeignPath(const CMPath &path);
+    void removeForeignPath(const CMPath &path);
+
+    /// Answers a sign-of-life request: the value it came with. Worker's thread.
+    virtual void ping(const CMSetDataRequest &request);
+    /// Writes what the worker is doing to the log, at DEBUG. Worker's thread.
+    virtual void trace();
+
+protected:
+    /// Answers on the worker's thread; false when the request is not for this worker.
+    virtual bool handleRequest(const CMRequest &request) = 0;
+    /// From the event loop of the worker's thread.
+    virtual void handleConnectChange(const CMPath &path) = 0;
+    virtual void handleDisconnectChange(const CMPath &path) = 0;
+    virtual void handleLanguageChanged();
+    /// Leaves the root and empties the inbox: what waits is answered with an error. For destructors
+    /// of derived classes whose members must not be asked any more.
+    void stop();
+
+private:
+    friend class CMWorkerInbox;
+    void deliver(const CMRequest &request);
+
+    const QVariantHash m_config;
+    const QString m_name;
+    std::unique_ptr<CMWorkerInbox> m_inbox;
+};
+
+/// Role of the set-data request to a worker's root that ping() answers.
+VESK_API const QString &CMPingRole();

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "api/core/export.h"
+
+#include <QString>
+
+/// \file
+/// Identifiers of the icons that hosts have for TuneIn's categories, "icon:tunein/music" and so on.
+
+VESK_API const QString &VeskTuneInMyPresetsIcon();
+VESK_API const QString &VeskTuneInLocalRadioIcon();
+VESK_API const QString &VeskTuneInMusicIcon();
+VESK_API const QString &VeskTuneInTalkIcon();
+VESK_API const QString &VeskTuneInSportsIcon();
+VESK_API const QString &VeskTuneInByLocationIcon();
+VESK_API const QString &VeskTuneInByLanguageIcon();
+VESK_API const QString &VeskTuneInPodcastsIcon();

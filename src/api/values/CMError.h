@@ -1,0 +1,32 @@
+#pragma once
+
+#include "api/core/TrString.h"
+#include "api/values/VeskHash.h"
+
+/// Why a request failed, in words for the user: a name for programs, a translatable message and a
+/// translatable title. An empty error means success.
+class VESK_API CMError : public VeskHash {
+public:
+    using VeskHash::VeskHash;
+    CMError() = default;
+    CMError(const QString &name, const TrString &message, const TrString &title);
+    /// An error with the default name and title.
+    explicit CMError(const TrString &message);
+
+    /// Keys of the entries.
+    static const QString &Name();
+    static const QString &Message();
+    static const QString &Title();
+
+    static const QString &DefaultName();
+    static const QString &DefaultTitle();
+    /// Names of the errors that requests themselves end with.
+    static const QString &NoNodeName();
+    static const QString &UnansweredName();
+
+    QString name() const;
+    TrString message() const;
+    TrString title() const;
+};
+
+Q_DECLARE_METATYPE(CMError)

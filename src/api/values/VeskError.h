@@ -1,0 +1,14 @@
+#pragma once
+
+#include "api/values/VeskHash.h"
+
+/// Why data could not be read: "message" and "offset" (bytes from the start). Empty when it could.
+class VESK_API VeskError : public VeskHash {
+public:
+    using VeskHash::VeskHash;
+    VeskError() = default;
+    VeskError(const QString &message, int offset);
+
+    QString message() const;
+    int offset() const;
+};

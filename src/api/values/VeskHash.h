@@ -1,0 +1,87 @@
+#pragma once
+
+#include "api/core/export.h"
+#include "api/core/log.h"
+
+#include <QMetaType>
+#include <QString>
+#include <QVariant>
+
+/// Defines a function \a name() that gives a hash key, made once.
+#define VESK_KEY(name, text)                                                                       \
+    const QString &name()                                                                          \
+    {                                                                                              \
+        static const QString key = QStringLiteral(text);                                           \
+        return key;                                                                                \
+    }
+
+/// A hash of named values; the base of every structured value that crosses a request. Copying is
+/// cheap (shared), any thread may read its own copy. Typed classes add accessors and no data, so
+/// each can be made from a plain hash and read back from one; a missing or mistyped entry reads as
+/// the accessor's empty value.
+class VESK_API VeskHash {
+public:
+    VeskHash() = default;
+    VeskHash(const QVariantHash &hash)
+        : m_hash(hash)
+    {
+    }
+    VeskHash(QVariantHash &&hash) noexcept
+        : m_hash(std::move(hash))
+    {
+    }
+
+    bool isEmpty() const { return m_hash.isEmpty(); }
+    int size() const { return m_hash.size(); }
+    bool contains(const QString &key) const { return m_hash.contains(key); }
+    QVariant value(const QString &key) const { return m_hash.value(key); }
+    QVariant operator[](const QString &key) const { return m_hash.value(key); }
+    void insert(const QString &key, const QVariant &value) { m_hash.insert(key, value); }
+    void remove(const QString &key) { m_hash.remove(key); }
+    void reserve(int size) { m_hash.reserve(size); }
+
+    const QVariantHash &toHash() const { return m_hash; }
+    operator QVariant() const { return m_hash; }
+
+    bool operator==(const VeskHash &other) const { return m_hash == other.m_hash; }
+    bool operator!=(const VeskHash &other) const { return m_hash != other.m_hash; }
+
+protected:
+    /// The entry, or null: unlike value() this copies nothing.
+    const QVariant *find(const QString &key) const
+    {
+        const auto it = m_hash.constFind(key);
+        return it == m_hash.constEnd() ? nullptr : &it.value();
+    }
+    /// The entry as text: strings as they are, numbers and booleans as their text, all else empty.
+    QString text(const QString &key) const;
+    /// The entry as a number, which may be written as a text; \a otherwise when it is none, or not
+    /// a whole one, or does not fit.
+    int number(const QString &key, int otherwise = 0) const;
+    bool flag(const QString &key) const;
+    QVariantHash hash(const QString &key) const;
+    /// A hash reads as a list of one.
+    QVariantList list(const QString &key) const;
+
+private:
+    QVariantHash m_hash;
+};
+
+Q_DECLARE_TYPEINFO(VeskHash, Q_MOVABLE_TYPE);
+Q_DECLARE_METATYPE(VeskHash)
+
+/// Registers the meta-type T, a VeskHash: a QVariant that holds one compares by content and
+/// converts to a plain hash and back. Once per type.
+template <class T>
+bool veskRegisterHashType(const char *name)
+{
+    qRegisterMetaType<T>(name);
+    return QMetaType::registerEqualsComparator<T>()
+        && QMetaType::registerConverter<T, QVariantHash>(
+            [](const T &value) { return value.toHash(); })
+        && QMetaType::registerConverter<QVariantHash, T>(
+            [](const QVariantHash &hash) { return T(hash); });
+}
+
+/// Prints "{key: value, ...}" in key order; passwords and session ids print as "***".
+VESK_API std::ostream &operator<<(std::ostream &out, const VeskHash &hash);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QVariantList>
+
+/// A list of hash-backed values of type T over a QVariantList, which it can be made from and read
+/// back as. Elements are made on access; one that is no hash reads as an empty T.
+template <class T>
+class VeskList {
+public:
+    VeskList() = default;
+    VeskList(const QVariantList &list)
+        : m_list(list)
+    {
+    }
+
+    bool isEmpty() const { return m_list.isEmpty(); }
+    int size() const { return m_list.size(); }
+    T at(int index) const { return T(m_list.at(index).toHash()); }
+    T first() const { return at(0); }
+    /// Whether \a matches holds for one of the elements.
+    template <class Predicate>
+    bool contains(Predicate matches) const
+    {
+        for (const QVariant &entry : m_list) {
+            if (matches(T(entry.toHash())))
+                return true;
+        }
+        return false;
+    }
+    void append(const T &value) { m_list.append(QVariant(value.toHash())); }
+    void insert(int index, const T &value) { m_list.insert(index, QVariant(value.toHash())); }
+
+    const QVariantList &toList() const { return m_list; }
+    operator QVariant() const { return m_list; }
+
+private:
+    QVariantList m_list;
+};

@@ -1,0 +1,166 @@
+#include "api/values/VeskRoles.h"
+
+VESK_KEY(VeskRoles::Title, "title")
+VESK_KEY(VeskRoles::Description, "description")
+VESK_KEY(VeskRoles::Icon, "icon")
+VESK_KEY(VeskRoles::Type, "type")
+VESK_KEY(VeskRoles::AudioType, "audioType")
+VESK_KEY(VeskRoles::Path, "path")
+VESK_KEY(VeskRoles::Context, "context")
+VESK_KEY(VeskRoles::MediaData, "mediaData")
+VESK_KEY(VeskRoles::Id, "id")
+VESK_KEY(VeskRoles::Preferred, "preferred")
+VESK_KEY(VeskRoles::Value, "value")
+VESK_KEY(VeskRoles::PrePlay, "prePlay")
+VESK_KEY(VeskRoles::Activate, "activate")
+VESK_KEY(VeskRoles::Cancel, "cancel")
+VESK_KEY(VeskRoles::Search, "search")
+VESK_KEY(VeskRoles::Activity, "activity")
+VESK_KEY(VeskRoles::ContainerType, "containerType")
+VESK_KEY(VeskRoles::Playable, "playable")
+VESK_KEY(VeskRoles::Disabled, "disabled")
+VESK_KEY(VeskRoles::Query, "query")
+VESK_KEY(VeskRoles::QueryPath, "queryPath")
+
+const QStringList &VeskRoles::all()
+{
+    static const QStringList names = {Title(), Description(), Icon(), Type(), AudioType(), Path(),
+        Context(), MediaData(), Id(), Preferred(), Value(), PrePlay(), Activate(), Cancel(),
+        Search(), Activity(), ContainerType(), Playable(), Disabled(), Query(), QueryPath()};
+    return names;
+}
+
+TrString VeskRoles::title() const
+{
+    return TrString::fromVariant(value(Title()));
+}
+
+TrString VeskRoles::description() const
+{
+    return TrString::fromVariant(value(Description()));
+}
+
+QString VeskRoles::icon() const
+{
+    return text(Icon());
+}
+
+int VeskRoles::type() const
+{
+    return number(Type());
+}
+
+int VeskRoles::audioType() const
+{
+    return number(AudioType());
+}
+
+CMPath VeskRoles::path() const
+{
+    return CMPath::fromVariant(value(Path()));
+}
+
+VeskRoles VeskRoles::context() const
+{
+    return hash(Context());
+}
+
+VeskMediaData VeskRoles::mediaData() const
+{
+    return hash(MediaData());
+}
+
+QString VeskRoles::id() const
+{
+    return text(Id());
+}
+
+bool VeskRoles::preferred() const
+{
+    return flag(Preferred());
+}
+
+int VeskRoles::containerType() const
+{
+    return number(ContainerType());
+}
+
+QString VeskRoles::query() const
+{
+    return text(Query());
+}
+
+CMPath VeskRoles::queryPath() const
+{
+    return CMPath::fromVariant(value(QueryPath()));
+}
+
+void VeskRoles::setTitle(const TrString &title)
+{
+    insert(Title(), title);
+}
+
+void VeskRoles::setDescription(const TrString &description)
+{
+    insert(Description(), description);
+}
+
+void VeskRoles::setIcon(const QString &icon)
+{
+    insert(Icon(), icon);
+}
+
+void VeskRoles::setType(int type)
+{
+    insert(Type(), type);
+}
+
+void VeskRoles::setAudioType(int type)
+{
+    insert(AudioType(), type);
+}
+
+void VeskRoles::setPath(const CMPath &path)
+{
+    insert(Path(), path.toEncoded());
+}
+
+void VeskRoles::setContext(const VeskHash &context)
+{
+    insert(Context(), context);
+}
+
+void VeskRoles::setMediaData(const VeskMediaData &mediaData)
+{
+    insert(MediaData(), mediaData);
+}
+
+void VeskRoles::setId(const QString &id)
+{
+    insert(Id(), id);
+}
+
+void VeskRoles::setPreferred(bool preferred)
+{
+    insert(Preferred(), preferred);
+}
+
+void VeskRoles::setContainerType(VeskRolesContainerType type)
+{
+    insert(ContainerType(), int(type));
+}
+
+void VeskRoles::setQuery(const QString &key)
+{
+    insert(Query(), key);
+}
+
+void VeskRoles::setQueryPath(const CMPath &path)
+{
+    insert(QueryPath(), path.toEncoded());
+}
+
+const QStringList &CMAllRoles()
+{
+    return VeskRoles::all();
+}

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "api/core/TrString.h"
+#include "api/values/CMPath.h"
+#include "api/values/VeskHash.h"
+#include "api/values/VeskMediaData.h"
+
+#include <QStringList>
+
+/// What a row is. The codes travel in values.
+struct VeskRolesType {
+    enum Enum {
+        none = 0,
+        container = 1,
+        header = 2,
+        audio = 3,
+        value = 4,
+        query = 5,
+        activate = 6
+    };
+    static int Container() { return container; }
+    static int Header() { return header; }
+    static int Audio() { return audio; }
+    static int Value() { return value; }
+    static int Query() { return query; }
+    static int Activate() { return activate; }
+};
+
+/// What kind of audio a row offers.
+struct VeskRolesAudioType {
+    enum Enum { none = 0, audio = 1, audioBroadcast = 2 };
+    static int None() { return none; }
+    static int Audio() { return audio; }
+    static int AudioBroadcast() { return audioBroadcast; }
+};
+
+/// What a container is for.
+enum class VeskRolesContainerType { List = 0, ContextMenu = 100, SearchList = 101 };
+
+/// Everything that is shown of, or done with, one row or screen, by role name. Static members give
+/// the names; accessors of the same name with a small first letter read and write the values.
+/// A path is kept in its text form.
+class VESK_API VeskRoles : public VeskHash {
+public:
+    using VeskHash::VeskHash;
+    VeskRoles() = default;
+    VeskRoles(const VeskHash &hash)
+        : VeskHash(hash)
+    {
+    }
+
+    static const QString &Title();
+    static const QString &Description();
+    static const QString &Icon();
+    static const QString &Type();
+    static const QString &AudioType();
+    static const QString &Path();
+    static const QString &Context();
+    static const QString &MediaData();
+    static const QString &Id();
+    static const QString &Preferred();
+    static const QString &Value();
+    static const QString &PrePlay();
+    static const QString &Activate();
+    static const QString &Cancel();
+    static const QString &Search();
+    static const QString &Activity();
+    static const QString &ContainerType();
+    static const QString &Playable();
+    static const QString &Disabled();
+    static const QString &Query();
+    static const QString &QueryPath();
+    /// Every role name above, in that order.
+    static const QStringList &all();
+
+    TrString title() const;
+    TrString description() const;
+    QString icon() const;
+    int type() const;
+    int audioType() const;
+    CMPath path() const;
+    VeskRoles context() const;
+    VeskMediaData mediaData() const;
+    QString id() const;
+    bool preferred() const;
+    int containerType() const;
+    QString query() const;
+    CMPath queryPath() const;
+
+    void setTitle(const TrString &title);
+    void setDescription(const TrString &description);
+    void setIcon(const QString &icon);
+    void setType(int type);
+    void setAudioType(int type);
+    void setPath(const CMPath &path);
+    void setContext(const VeskHash &context);
+    void setMediaData(const VeskMediaData &mediaData);
+    void setId(const QString &id);
+    void setPreferred(bool preferred);
+    void setContainerType(VeskRolesContainerType type);
+    void setQuery(const QString &key);
+    void setQueryPath(const CMPath &path);
+};
+
+/// Stands for "every role that there is" where a list of role names is asked for.
+VESK_API const QStringList &CMAllRoles();

@@ -1,0 +1,41 @@
+#include "api/values/VeskRowsRoles.h"
+
+namespace {
+
+namespace keys {
+VESK_KEY(rowsCount, "rowsCount")
+VESK_KEY(rows, "rows")
+VESK_KEY(roles, "roles")
+} // namespace keys
+
+} // namespace
+
+int VeskRowsRoles::rowsCount() const
+{
+    return number(keys::rowsCount());
+}
+
+QVariantList VeskRowsRoles::rows() const
+{
+    return value(keys::rows()).toList();
+}
+
+VeskRoles VeskRowsRoles::roles() const
+{
+    return hash(keys::roles());
+}
+
+void VeskRowsRoles::setRowsCount(int count)
+{
+    insert(keys::rowsCount(), count);
+}
+
+void VeskRowsRoles::setRows(const QVariantList &rows)
+{
+    insert(keys::rows(), rows);
+}
+
+void VeskRowsRoles::setRoles(const VeskRoles &roles)
+{
+    insert(keys::roles(), roles);
+}

@@ -1,0 +1,372 @@
+#include "api/web/VeskUrl.h"
+
+#include "api/core/log.h"
+#include "api/core/percent.h"
+
+#include <ostream>
+
+namespace {
+
+/// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
+constexpr char pathCharacters[] = "!$&'()*+,;=:@/";
+
+bool isPlain(ushort c)
+{
+    return c > 0x20 && c < 0x7F;
+}
+
+/// No early end: nearly every URL is plain, and this way the loop is a vector loop.
+bool isPlain(const QString &url)
+{
+    unsigned odd = 0;
+    for (const QChar c : url)
+        odd |= !isPlain(c.unicode());
+    return odd == 0;
+}
+
+QString plainOf(const QString &url)
+{
+    // Every visible character stands, "%" too: escapes are not encoded again.
+    return veskPercentEncode(url, "!\"#$%&'()*+,/:;<=>?@[\\]^`{|}");
+}
+
+bool isLetter(ushort c)
+{
+    return (c | 0x20) >= 'a' && (c | 0x20) <= 'z';
+}
+
+bool isSchemeCharacter(ushort c)
+{
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+}
+
+/// The size of the scheme that \a url starts with, 0 when it starts with none.
+int schemeSizeOf(const QString &url)
+{
+    if (url.isEmpty() || !isLetter(url.at(0).unicode()))
+        return 0;
+    int i = 1;
+    while (i < url.size() && isSchemeCharacter(url.at(i).unicode()))
+        ++i;
+    return i < url.size() && url.at(i) == QLatin1Char(':') ? i : 0;
+}
+
+int hexValue(ushort c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c |= 0x20;
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
+QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const ushort c = text.at(i).unicode();
+        if (c == '%' && i + 2 < text.size()) {
+            const int high = hexValue(text.at(i + 1).unicode());
+            const int low = hexValue(text.at(i + 2).unicode());
+            if (high >= 0 && low >= 0) {
+                bytes.append(static_cast<char>(high * 16 + low));
+                i += 2;
+                continue;
+            }
+        }
+        bytes.append(c == '+' && plusIsBlank ? ' ' : static_cast<char>(c));
+    }
+    return QString::fromUtf8(bytes);
+}
+
+bool needsDecoding(const QStringRef &text, bool plusIsBlank)
+{
+    for (const QChar c : text) {
+        if (c == QLatin1Char('%') || (c == QLatin1Char('+') && plusIsBlank))
+            return true;
+    }
+    return false;
+}
+
+QString decoded(const QStringRef &text, bool plusIsBlank)
+{
+    return needsDecoding(text, plusIsBlank) ? decodedSlowly(text, plusIsBlank) : text.toString();
+}
+
+void appendItem(QString &out, const QString &key, const QString &value)
+{
+    veskAppendPercentEncoded(out, key);
+    out += QLatin1Char('=');
+    veskAppendPercentEncoded(out, value);
+}
+
+/// "key=value&..." with the values of secrets hidden.
+QString withoutSecrets(const QStringRef &items)
+{
+    QString shown;
+    shown.reserve(items.size());
+    const char *separator = "";
+    for (const QStringRef &item : items.split(QLatin1Char('&'))) {
+        shown += QLatin1String(separator);
+        separator = "&";
+        const int equals = item.indexOf(QLatin1Char('='));
+        if (equals >= 0 && veskIsSecretKey(decoded(item.left(equals), true)))
+            shown += item.left(equals + 1) + QLatin1String("***");
+        else
+            shown += item;
+    }
+    return shown;
+}
+
+} // namespace
+
+VeskUrl::VeskUrl(const QString &url)
+    : m_url(isPlain(url) ? url : plainOf(url))
+{
+    findParts();
+}
+
+VeskUrl VeskUrl::fromEncoded(const QByteArray &url)
+{
+    static constexpr char digits[] = "0123456789ABCDEF";
+    QString text;
+    text.reserve(url.size());
+    for (const char c : url) {
+        const auto byte = static_cast<uchar>(c);
+        if (isPlain(byte)) {
+            text += QLatin1Char(c);
+        } else {
+            text += QLatin1Char('%');
+            text += QLatin1Char(digits[byte >> 4]);
+            text += QLatin1Char(digits[byte & 15]);
+        }
+    }
+    return VeskUrl(text);
+}
+
+void VeskUrl::findParts()
+{
+    const QChar *const text = m_url.constData();
+    const int size = m_url.size();
+    m_schemeSize = schemeSizeOf(m_url);
+    m_authority = m_query = m_fragment = -1;
+    int i = m_schemeSize > 0 ? m_schemeSize + 1 : 0;
+    if (i + 1 < size && text[i] == QLatin1Char('/') && text[i + 1] == QLatin1Char('/')) {
+        i += 2;
+        m_authority = i;
+        while (i < size && text[i] != QLatin1Char('/') && text[i] != QLatin1Char('?')
+            && text[i] != QLatin1Char('#'))
+            ++i;
+    }
+    m_path = i;
+    while (i < size && text[i] != QLatin1Char('?') && text[i] != QLatin1Char('#'))
+        ++i;
+    if (i < size && text[i] == QLatin1Char('?')) {
+        m_query = ++i;
+        while (i < size && text[i] != QLatin1Char('#'))
+            ++i;
+    }
+    if (i < size)
+        m_fragment = i + 1;
+}
+
+int VeskUrl::pathEnd() const
+{
+    return m_query >= 0 ? m_query - 1 : queryEnd();
+}
+
+int VeskUrl::queryEnd() const
+{
+    return m_fragment >= 0 ? m_fragment - 1 : m_url.size();
+}
+
+void VeskUrl::setScheme(const QString &scheme)
+{
+    const int rest = m_schemeSize > 0 ? m_schemeSize + 1 : 0;
+    if (scheme.isEmpty()) {
+        m_url.remove(0, rest);
+        // What was a path must not read as a scheme now.
+        if (const int colon = schemeSizeOf(m_url))
+            m_url.replace(colon, 1, QLatin1String("%3A"));
+        findParts();
+    } else if (schemeSizeOf(scheme + QLatin1Char(':')) == scheme.size()) {
+        m_url.replace(0, rest, scheme + QLatin1Char(':'));
+        findParts();
+    }
+}
+
+QString VeskUrl::authority() const
+{
+    return m_authority < 0 ? QString() : m_url.mid(m_authority, authorityEnd() - m_authority);
+}
+
+QString VeskUrl::host() const
+{
+    QString host = authority();
+    host.remove(0, host.lastIndexOf(QLatin1Char('@')) + 1);
+    if (host.startsWith(QLatin1Char('['))) {
+        const int bracket = host.indexOf(QLatin1Char(']'));
+        return bracket < 0 ? host.mid(1) : host.mid(1, bracket - 1);
+    }
+    const int colon = host.indexOf(QLatin1Char(':'));
+    return colon < 0 ? host : host.left(colon);
+}
+
+QString VeskUrl::path() const
+{
+    return decoded(m_url.midRef(m_path, pathEnd() - m_path), false);
+}
+
+void VeskUrl::setPath(const QString &path)
+{
+    replacePath(veskPercentEncode(path, pathCharacters));
+}
+
+/// Keeps apart what a reader would take for another part: a path of "//x" for an authority, one of
+/// "x:y" for a scheme.
+void VeskUrl::replacePath(const QString &encodedPath)
+{
+    QString path = encodedPath;
+    if (m_authority >= 0) {
+        if (!path.isEmpty() && !path.startsWith(QLatin1Char('/')))
+            path.prepend(QLatin1Char('/'));
+    } else if (path.startsWith(QLatin1String("//"))) {
+        path.replace(1, 1, QLatin1String("%2F"));
+    } else if (m_schemeSize == 0 && schemeSizeOf(path) > 0) {
+        path.replace(schemeSizeOf(path), 1, QLatin1String("%3A"));
+    }
+    m_url.replace(m_path, pathEnd() - m_path, path);
+    findParts();
+}
+
+/// Steps \a position, at first m_query, to the next item; false behind the last.
+bool VeskUrl::nextItem(int &position, Item &item) const
+{
+    const QChar *const text = m_url.constData();
+    const int end = queryEnd();
+    while (position < end && text[position] == QLatin1Char('&'))
+        ++position;
+    if (m_query < 0 || position >= end)
+        return false;
+    item.begin = position;
+    item.equals = -1;
+    for (; position < end && text[position] != QLatin1Char('&'); ++position) {
+        if (item.equals < 0 && text[position] == QLatin1Char('='))
+            item.equals = position;
+    }
+    item.end = position;
+    if (item.equals < 0)
+        item.equals = item.end;
+    return true;
+}
+
+bool VeskUrl::findItem(const QString &key, Item &item) const
+{
+    for (int position = m_query; nextItem(position, item);) {
+        const QStringRef itemKey = m_url.midRef(item.begin, item.equals - item.begin);
+        if (needsDecoding(itemKey, true) ? decodedSlowly(itemKey, true) == key : itemKey == key)
+            return true;
+    }
+    return false;
+}
+
+QString VeskUrl::valueOf(const Item &item) const
+{
+    if (item.equals == item.end)
+        return {};
+    return decoded(m_url.midRef(item.equals + 1, item.end - item.equals - 1), true);
+}
+
+VeskUrl::QueryItems VeskUrl::queryItems() const
+{
+    QueryItems items;
+    Item item;
+    for (int position = m_query; nextItem(position, item);) {
+        items.append(
+            {decoded(m_url.midRef(item.begin, item.equals - item.begin), true), valueOf(item)});
+    }
+    return items;
+}
+
+void VeskUrl::setQueryItems(const QueryItems &items)
+{
+    QString query;
+    for (const auto &item : items) {
+        query += query.isEmpty() ? QLatin1Char('?') : QLatin1Char('&');
+        appendItem(query, item.first, item.second);
+    }
+    m_url.replace(pathEnd(), queryEnd() - pathEnd(), query);
+    findParts();
+}
+
+void VeskUrl::addQueryItem(const QString &key, const QString &value)
+{
+    const int end = queryEnd();
+    QString fragment;
+    if (m_fragment >= 0) {
+        fragment = m_url.mid(end);
+        m_url.truncate(end);
+    }
+    if (m_query < 0) {
+        m_url += QLatin1Char('?');
+        m_query = m_url.size();
+    } else if (end > m_query && m_url.at(end - 1) != QLatin1Char('&')) {
+        m_url += QLatin1Char('&');
+    }
+    appendItem(m_url, key, value);
+    if (m_fragment >= 0) {
+        m_fragment = m_url.size() + 1;
+        m_url += fragment;
+    }
+}
+
+bool VeskUrl::hasQueryItem(const QString &key) const
+{
+    Item item;
+    return findItem(key, item);
+}
+
+QString VeskUrl::queryItemValue(const QString &key) const
+{
+    Item item;
+    return findItem(key, item) ? valueOf(item) : QString();
+}
+
+void VeskUrl::removeQueryItem(const QString &key)
+{
+    Item item;
+    if (!findItem(key, item))
+        return;
+    // The delimiter before goes too; the first item takes the one behind it, the only one the "?".
+    const bool first = item.begin == m_query;
+    const bool last = item.end == queryEnd();
+    const int begin = first && !last ? item.begin : item.begin - 1;
+    const int end = first && !last ? item.end + 1 : item.end;
+    m_url.remove(begin, end - begin);
+    findParts();
+}
+
+QString VeskUrl::toDisplayString() const
+{
+    QString shown;
+    if (m_authority < 0) {
+        shown = m_url.left(m_path);
+    } else {
+        const int at = m_url.lastIndexOf(QLatin1Char('@'), authorityEnd() - 1);
+        shown = m_url.left(m_authority);
+        if (at >= m_authority)
+            shown += QLatin1String("***");
+        shown += m_url.midRef(qMax(at, m_authority), authorityEnd() - qMax(at, m_authority));
+    }
+    shown += m_url.midRef(m_path, pathEnd() - m_path);
+    if (m_query >= 0)
+        shown += QLatin1Char('?') + withoutSecrets(m_url.midRef(m_query, queryEnd() - m_query));
+    if (m_fragment >= 0)
+        shown += QLatin1Char('#') + withoutSecrets(m_url.midRef(m_fragment));
+    return shown;
+}
+
+std::ostream &operator<<(std::ostream &out, const VeskUrl &url)
+{
+    return out << url.toDisplayString();
+}

@@ -1,0 +1,75 @@
+/// Writes one answer to a connection by hand, in the way that a fault wants. The server hands the connection over to
+/// it; destroying it drops the connection. Lives on the server's thread.
+#pragma once
+
+#include "directory/Faults.h"
+
+#include <functional>
+#include <gio/gio.h>
+#include <string>
+
+namespace directory {
+
+class RawDelivery {
+public:
+    /// A connection that is held open is dropped after this time.
+    static constexpr int maxHoldSeconds = 600;
+
+    /// Takes over the reference to `stream`, which a tappedStream made. `done` is called at most once and may
+    /// destroy this object.
+    RawDelivery(GIOStream *stream, const Answer &answer, const Delivery &delivery, bool withBody,
+        std::function<void()> done);
+    ~RawDelivery();
+    RawDelivery(const RawDelivery &) = delete;
+    RawDelivery &operator=(const RawDelivery &) = delete;
+
+    void start();
+
+private:
+    using Step = void (RawDelivery::*)();
+    /// A source that calls a member function when it fires, and never after stop().
+    class Watch {
+    public:
+        Watch() = default;
+        ~Watch() { stop(); }
+        Watch(const Watch &) = delete;
+        Watch &operator=(const Watch &) = delete;
+        /// Fires once.
+        void onTime(unsigned milliseconds, RawDelivery *owner, Step step);
+        /// Fires again and again; takes over the reference to the source.
+        void onStream(GSource *source, RawDelivery *owner, Step step);
+        void stop();
+
+    private:
+        struct Call {
+            RawDelivery *owner;
+            Step step;
+        };
+        void attach(GSource *source, GSourceFunc function, RawDelivery *owner, Step step);
+
+        GSource *m_source = nullptr;
+    };
+
+    void begin();
+    void write();
+    void watchForHangup();
+    void readOn();
+    void end();
+    void finish();
+    /// How many bytes may have left by now.
+    std::size_t allowed() const;
+
+    GIOStream *m_stream;
+    std::string m_bytes;
+    std::size_t m_head; ///< length of the status line and the headers
+    std::size_t m_sent = 0;
+    std::size_t m_total = 0; ///< what is to be sent of m_bytes
+    Delivery m_delivery;
+    std::function<void()> m_done;
+    std::int64_t m_started = 0; ///< when the first byte was due, in microseconds
+    Watch m_timer;
+    Watch m_output;
+    Watch m_input;
+};
+
+} // namespace directory

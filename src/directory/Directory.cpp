@@ -1,0 +1,47 @@
+#include "directory/Directory.h"
+
+#include "directory/Endpoints.h"
+#include "directory/Pictures.h"
+#include "directory/Streams.h"
+
+namespace directory {
+
+Directory::Directory(Catalog catalog, Clock clock)
+    : m_catalog(std::move(catalog))
+    , m_search(m_catalog)
+    , m_clock(std::move(clock))
+{
+}
+
+Answer Directory::handle(const ApiRequest &request)
+{
+    const std::string &path = request.path;
+    if (request.method != "GET" && request.method != "HEAD" && request.method != "POST")
+        return textAnswer(405, "Only GET, HEAD and POST are known here.");
+    if (path.rfind("/stream/", 0) == 0)
+        return streamAnswer(request);
+    if (path.rfind("/logo/", 0) == 0)
+        return logoPicture(path);
+    if (path.rfind("/service/Audio/", 0) == 0)
+        return placeholderAudio(path);
+
+    const Context context(request, m_catalog, m_members, m_clock());
+    const std::string page = lowered(path);
+    if (page == "/" || page == "/browse.ashx")
+        return browse(context);
+    if (page == "/search.ashx")
+        return m_search.answer(context);
+    if (page == "/tune.ashx")
+        return tune(context);
+    if (page == "/describe.ashx")
+        return describe(context);
+    if (page == "/report.ashx")
+        return report(context);
+    if (page == "/preset.ashx")
+        return preset(context);
+    if (page == "/account.ashx")
+        return account(context);
+    return textAnswer(404, "There is nothing here.");
+}
+
+} // namespace directory

@@ -1,0 +1,15 @@
+/// The pages of the web API. Each takes a request's context and always gives an answer.
+#pragma once
+
+#include "directory/Context.h"
+
+namespace directory {
+
+Answer browse(const Context &context);
+Answer describe(const Context &context);
+Answer report(const Context &context);
+Answer preset(const Context &context);
+Answer account(const Context &context);
+Answer tune(const Context &context);
+
+} // namespace directory

@@ -1,0 +1,268 @@
+#include "directory/Faults.h"
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+
+namespace directory {
+
+namespace {
+
+constexpr char hopFolder[] = "/_hops/";
+
+struct Kind {
+    const char *name;
+    FaultKind kind;
+    enum Argument { None, Number, Text } argument;
+    int low;
+    int high;
+};
+
+constexpr Kind kinds[] = {
+    {"http-status", FaultKind::HttpStatus, Kind::Number, 200, 599},
+    {"head-fault", FaultKind::HeadFault, Kind::Text, 0, 0},
+    {"empty", FaultKind::Empty, Kind::None, 0, 0},
+    {"truncated", FaultKind::Truncated, Kind::Number, 0, Faults::maxBody},
+    {"cut", FaultKind::Cut, Kind::Number, 0, Faults::maxBody},
+    {"malformed", FaultKind::Malformed, Kind::None, 0, 0},
+    {"oversized", FaultKind::Oversized, Kind::Number, 1, Faults::maxBody},
+    {"slow-headers", FaultKind::SlowHeaders, Kind::Number, 0, 3600},
+    {"stall", FaultKind::Stall, Kind::None, 0, 0},
+    {"reset", FaultKind::Reset, Kind::None, 0, 0},
+    {"trickle", FaultKind::Trickle, Kind::Number, 1, 100000000},
+    {"redirect-chain", FaultKind::RedirectChain, Kind::Number, 1, 100},
+    {"redirect-loop", FaultKind::RedirectLoop, Kind::None, 0, 0},
+    {"body", FaultKind::Body, Kind::Text, 0, 0},
+};
+
+/// Cuts "*3" off the end; -1 when there is none, 0 when it is no count.
+int takeCount(std::string &text)
+{
+    const std::size_t star = text.rfind('*');
+    if (star == std::string::npos
+        || text.find_first_not_of("0123456789", star + 1) != std::string::npos
+        || star + 1 == text.size())
+        return -1;
+    const int count = parseNumber(std::string_view(text).substr(star + 1));
+    text.erase(star);
+    return std::max(count, 0);
+}
+
+bool matches(const Fault &fault, const std::string &path)
+{
+    if (fault.path.empty())
+        return true;
+    if (fault.path.front() == '/')
+        return lowered(path).rfind(lowered(fault.path), 0) == 0;
+    const std::string page = path == "/" ? "/Browse.ashx" : path;
+    return equalIgnoringCase(page, '/' + fault.path);
+}
+
+Answer htmlPage(int status)
+{
+    Answer answer;
+    answer.status = status;
+    answer.contentType = "text/html; charset=utf-8";
+    const std::string number = std::to_string(status);
+    answer.body = "<!DOCTYPE html>\n<html><head><title>" + number + "</title></head>\n<body><h1>"
+        + number + "</h1><p>The request was not answered.</p></body></html>\n";
+    return answer;
+}
+
+Answer headFault(const std::string &argument)
+{
+    std::istringstream parts(argument);
+    std::string status;
+    std::string code;
+    std::string text;
+    std::getline(parts, status, ',');
+    std::getline(parts, code, ',');
+    std::getline(parts, text);
+    return failure(status, text, code);
+}
+
+Answer padded(Answer answer, std::size_t size)
+{
+    constexpr std::string_view opening = ",\"padding\":\"";
+    constexpr std::string_view closing = "\"}";
+    if (answer.body.empty() || answer.body.back() != '}')
+        answer = success({});
+    answer.body.pop_back();
+    answer.body += opening;
+    if (answer.body.size() + closing.size() < size)
+        answer.body.append(size - answer.body.size() - closing.size(), 'x');
+    answer.body += closing;
+    return answer;
+}
+
+Answer fileBody(const std::string &file)
+{
+    std::ifstream in(file, std::ios::binary | std::ios::ate);
+    const auto size = in ? static_cast<std::streamoff>(in.tellg()) : -1;
+    if (size < 0 || size > Faults::maxBody)
+        return textAnswer(500, "The fault's file cannot be read.");
+    Answer answer;
+    answer.body.resize(static_cast<std::size_t>(size));
+    in.seekg(0);
+    in.read(answer.body.data(), size);
+    return in ? answer : textAnswer(500, "The fault's file cannot be read.");
+}
+
+Answer sound200(std::string body)
+{
+    Answer answer;
+    answer.body = std::move(body);
+    return answer;
+}
+
+FaultyAnswer slowed(Answer answer, const Fault &fault)
+{
+    Delivery delivery;
+    if (fault.kind == FaultKind::Truncated)
+        delivery.bodyBytes = static_cast<std::size_t>(fault.number);
+    if (fault.kind == FaultKind::SlowHeaders)
+        delivery.delaySeconds = fault.number;
+    if (fault.kind == FaultKind::Trickle)
+        delivery.bytesPerSecond = fault.number;
+    if (fault.kind == FaultKind::Stall) {
+        delivery.bodyBytes = answer.body.size() / 2;
+        delivery.end = Delivery::End::Hold;
+    }
+    return {std::move(answer), delivery};
+}
+
+} // namespace
+
+std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
+{
+    Fault fault;
+    fault.text = text;
+    fault.remaining = takeCount(fault.text);
+    const std::size_t colon = fault.text.find(':');
+    std::string name = fault.text.substr(0, colon);
+    if (colon != std::string::npos)
+        fault.argument = fault.text.substr(colon + 1);
+    const std::size_t at = name.find('@');
+    if (at != std::string::npos) {
+        fault.path = name.substr(at + 1);
+        name.erase(at);
+    }
+    const auto *kind = std::find_if(std::begin(kinds), std::end(kinds),
+        [&name](const Kind &each) { return name == each.name; });
+    if (kind == std::end(kinds)) {
+        error = "there is no fault \"" + name + '"';
+        return std::nullopt;
+    }
+    fault.kind = kind->kind;
+    if (kind->argument == Kind::Number)
+        fault.number = parseNumber(fault.argument);
+    const bool fits = kind->argument == Kind::None ? fault.argument.empty()
+        : kind->argument == Kind::Text
+        ? !fault.argument.empty()
+        : fault.number >= kind->low && fault.number <= kind->high;
+    if (!fits || fault.remaining == 0 || (at != std::string::npos && fault.path.empty())) {
+        error = "the fault \"" + text + "\" has a wrong argument, path or count";
+        return std::nullopt;
+    }
+    return fault;
+}
+
+bool Faults::add(Fault fault)
+{
+    if (m_faults.size() >= maxFaults)
+        return false;
+    m_faults.push_back(std::move(fault));
+    return true;
+}
+
+std::vector<std::string> Faults::texts() const
+{
+    std::vector<std::string> list;
+    for (const Fault &fault : m_faults)
+        list.push_back(
+            fault.remaining < 0 ? fault.text : fault.text + '*' + std::to_string(fault.remaining));
+    return list;
+}
+
+std::optional<Fault> Faults::take(const std::string &path)
+{
+    const auto found = std::find_if(m_faults.begin(), m_faults.end(),
+        [&path](const Fault &fault) { return matches(fault, path); });
+    if (found == m_faults.end())
+        return std::nullopt;
+    const Fault taken = *found;
+    if (found->remaining > 0 && --found->remaining == 0)
+        m_faults.erase(found);
+    return taken;
+}
+
+FaultyAnswer spoil(
+    const Fault &fault, const std::string &target, const std::function<Answer()> &sound)
+{
+    switch (fault.kind) {
+    case FaultKind::HttpStatus:
+        return {htmlPage(fault.number), std::nullopt};
+    case FaultKind::HeadFault:
+        return {headFault(fault.argument), std::nullopt};
+    case FaultKind::Empty:
+        return {sound200({}), std::nullopt};
+    case FaultKind::Cut: {
+        Answer answer = sound();
+        answer.body.resize(std::min(answer.body.size(), static_cast<std::size_t>(fault.number)));
+        return {std::move(answer), std::nullopt};
+    }
+    case FaultKind::Malformed:
+        return {sound200("{\"head\": {\"status\": \"200\"}, \"body\": [ {\"element\": outline, }"),
+            std::nullopt};
+    case FaultKind::Oversized:
+        return {padded(sound(), static_cast<std::size_t>(fault.number)), std::nullopt};
+    case FaultKind::Truncated:
+    case FaultKind::SlowHeaders:
+    case FaultKind::Stall:
+    case FaultKind::Trickle:
+        return slowed(sound(), fault);
+    case FaultKind::Reset: {
+        Delivery delivery;
+        delivery.end = Delivery::End::Reset;
+        return {Answer(), delivery};
+    }
+    case FaultKind::RedirectChain:
+        return {
+            redirection(hopFolder + std::to_string(fault.number - 1) + target), std::nullopt};
+    case FaultKind::RedirectLoop:
+        return {redirection(std::string(hopFolder) + "loop" + target), std::nullopt};
+    case FaultKind::Body:
+        return {fileBody(fault.argument), std::nullopt};
+    }
+    return {textAnswer(500, "This fault is unknown."), std::nullopt};
+}
+
+std::optional<Hop> hopOf(const std::string &target)
+{
+    const std::size_t start = sizeof hopFolder - 1;
+    const std::size_t end = target.find('/', start);
+    if (target.rfind(hopFolder, 0) != 0 || end == std::string::npos)
+        return std::nullopt;
+    const std::string count = target.substr(start, end - start);
+    Hop hop;
+    hop.target = target.substr(end);
+    if (count == "loop") {
+        hop.location = target;
+        return hop;
+    }
+    const int left = parseNumber(count);
+    if (left < 0)
+        return std::nullopt;
+    if (left > 0)
+        hop.location = hopFolder + std::to_string(left - 1) + hop.target;
+    return hop;
+}
+
+Answer redirection(const std::string &location)
+{
+    Answer answer = textAnswer(302, "It is elsewhere.");
+    answer.headers.emplace_back("Location", location);
+    return answer;
+}
+
+} // namespace directory

@@ -1,0 +1,86 @@
+/// Faults on demand: what the server does wrong when told to, so that clients can be tried against it.
+/// A fault is written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The server's thread owns them.
+#pragma once
+
+#include "directory/Api.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace directory {
+
+enum class FaultKind {
+    HttpStatus,
+    HeadFault,
+    Empty,
+    Truncated,
+    Cut,
+    Malformed,
+    Oversized,
+    SlowHeaders,
+    Stall,
+    Reset,
+    Trickle,
+    RedirectChain,
+    RedirectLoop,
+    Body,
+};
+
+struct Fault {
+    FaultKind kind = FaultKind::Empty;
+    std::string text; ///< as it was written, without the count
+    std::string path; ///< empty: every path; "/x": all paths that begin so; else a page's name
+    std::string argument;
+    int number = 0; ///< the argument of the kinds that take one
+    int remaining = -1; ///< requests still to come; -1 without end
+};
+
+/// How an answer's bytes leave, when they do not leave as they should.
+struct Delivery {
+    enum class End { Close, Reset, Hold };
+    int delaySeconds = 0; ///< before the first byte
+    std::optional<std::size_t> bodyBytes; ///< this much of the body only
+    int bytesPerSecond = 0; ///< of the body; 0 without limit
+    End end = End::Close;
+};
+
+struct FaultyAnswer {
+    Answer answer;
+    std::optional<Delivery> delivery; ///< none: a sound HTTP exchange
+};
+
+class Faults {
+public:
+    static constexpr std::size_t maxFaults = 100;
+    static constexpr int maxBody = 256 * 1024 * 1024;
+
+    /// None when the text is no fault; `error` then says why, in one line.
+    static std::optional<Fault> parse(const std::string &text, std::string &error);
+
+    /// False when there are too many.
+    bool add(Fault fault);
+    void clear() { m_faults.clear(); }
+    std::vector<std::string> texts() const;
+    /// The first fault for the path; its count goes down by one, and at zero it is gone.
+    std::optional<Fault> take(const std::string &path);
+
+private:
+    std::vector<Fault> m_faults;
+};
+
+/// The answer that the fault makes of a request. `sound` gives the right one; it is called only by faults that spoil
+/// an answer, not by those that replace it. `target` is the request's, for redirections.
+FaultyAnswer spoil(
+    const Fault &fault, const std::string &target, const std::function<Answer()> &sound);
+
+/// What follows "/_hops/" leads on: to the target itself at 0, to the next hop above, to itself at "loop".
+/// None when it is no hop.
+struct Hop {
+    std::string target; ///< to be answered now, when `location` is empty
+    std::string location; ///< to be redirected to
+};
+std::optional<Hop> hopOf(const std::string &target);
+Answer redirection(const std::string &location);
+
+} // namespace directory

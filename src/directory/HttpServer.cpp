@@ -1,0 +1,220 @@
+#include "directory/HttpServer.h"
+
+#include "directory/FaultControl.h"
+#include "directory/RequestScanner.h"
+#include "directory/TappedStream.h"
+
+namespace directory {
+
+namespace {
+
+constexpr char bodyKey[] = "vesk-request-body";
+constexpr char secureKey[] = "vesk-secure";
+
+/// What has arrived of a request's body; beyond the bound only its being too long is kept.
+struct RequestBody {
+    std::string bytes;
+    bool tooLong = false;
+};
+
+bool isControl(std::string_view target)
+{
+    constexpr std::string_view path = faultControlPath;
+    return target.substr(0, path.size()) == path
+        && (target.size() == path.size() || target[path.size()] == '?');
+}
+
+std::string targetOf(SoupServerMessage *message)
+{
+    GUri *uri = soup_server_message_get_uri(message);
+    const char *query = g_uri_get_query(uri);
+    return g_uri_get_path(uri) + (query ? '?' + std::string(query) : std::string());
+}
+
+ApiRequest requestOf(SoupServerMessage *message, const std::string &target, const std::string &body)
+{
+    ApiRequest request;
+    request.method = soup_server_message_get_method(message);
+    const std::size_t question = std::min(target.find('?'), target.size());
+    request.path = percentDecoded(target.substr(0, question), false);
+    request.query = Query::parse(std::string_view(target).substr(std::min(question + 1, target.size())));
+    SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
+    if (const char *host = soup_message_headers_get_one(headers, "Host"))
+        request.host = host;
+    const char *type = soup_message_headers_get_content_type(headers, nullptr);
+    if (type && equalIgnoringCase(type, "application/x-www-form-urlencoded"))
+        request.query.merge(Query::parse(body));
+    request.secure = g_object_get_data(
+                         G_OBJECT(soup_server_message_get_remote_address(message)), secureKey)
+        != nullptr;
+    return request;
+}
+
+void send(SoupServerMessage *message, const Answer &answer)
+{
+    soup_server_message_set_status(message, static_cast<guint>(answer.status), nullptr);
+    SoupMessageHeaders *headers = soup_server_message_get_response_headers(message);
+    for (const auto &header : answer.headers)
+        soup_message_headers_append(headers, header.first.c_str(), header.second.c_str());
+    soup_server_message_set_response(message, answer.contentType.c_str(), SOUP_MEMORY_COPY,
+        answer.body.data(), answer.body.size());
+}
+
+/// The library only hangs up on a head that is too long for it; this client gets an answer first.
+void refuseHead(GIOStream *stream, GSocket *socket)
+{
+    static constexpr std::string_view answer
+        = "HTTP/1.1 431 Request Header Fields Too Large\r\nContent-Length: 0\r\n"
+          "Connection: close\r\n\r\n";
+    auto *output = G_POLLABLE_OUTPUT_STREAM(g_io_stream_get_output_stream(stream));
+    g_pollable_output_stream_write_nonblocking(
+        output, answer.data(), answer.size(), nullptr, nullptr);
+    g_socket_shutdown(socket, TRUE, TRUE, nullptr);
+}
+
+} // namespace
+
+HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log)
+    : m_directory(directory)
+    , m_faults(faults)
+    , m_log(log)
+    , m_server(soup_server_new(nullptr, nullptr))
+{
+    g_signal_connect(m_server, "request-started", G_CALLBACK(onStarted), this);
+    soup_server_add_handler(m_server, nullptr, onRequest, this, nullptr);
+}
+
+HttpServer::~HttpServer()
+{
+    m_listeners.clear();
+    m_deliveries.clear();
+    soup_server_disconnect(m_server);
+    g_object_unref(m_server);
+}
+
+std::string HttpServer::listen(const std::string &address) { return listenWith(address, nullptr); }
+
+std::string HttpServer::listenTls(
+    const std::string &address, const std::string &certificate, const std::string &key)
+{
+    GTlsCertificate *loaded = loadCertificate(certificate, key);
+    const std::unique_ptr<GTlsCertificate, decltype(&g_object_unref)> owner(
+        loaded, g_object_unref);
+    return listenWith(address, loaded);
+}
+
+std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *certificate)
+{
+    const bool secure = certificate != nullptr;
+    m_listeners.push_back(std::make_unique<Listener>(address, certificate,
+        [this, secure](GIOStream *stream, GSocketConnection *connection) {
+            accept(stream, connection, secure);
+        }));
+    return m_listeners.back()->hostAndPort();
+}
+
+void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool secure)
+{
+    const auto scanner = std::make_shared<RequestScanner>(
+        [log = m_log](std::string_view method, std::string_view target) {
+            if (log && !isControl(target))
+                log->write(method, target);
+        });
+    // The tap is a part of the stream, so the stream and its socket are there whenever it is called.
+    GSocket *socket = g_socket_connection_get_socket(connection);
+    GIOStream *tapped
+        = tappedStream(stream, socket, [scanner, stream, socket](std::string_view bytes) {
+              const bool lostBefore = scanner->lost();
+              scanner->feed(bytes);
+              if (scanner->lost() && !lostBefore)
+                  refuseHead(stream, socket);
+          });
+    GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
+    GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);
+    if (local && remote) {
+        // Each connection has an address object of its own: the way to tell later how a message came.
+        g_object_set_data(G_OBJECT(remote), secureKey, secure ? this : nullptr);
+        soup_server_accept_iostream(m_server, tapped, local, remote, nullptr);
+    }
+    g_clear_object(&local);
+    g_clear_object(&remote);
+    g_object_unref(tapped);
+}
+
+void HttpServer::onStarted(SoupServer *, SoupServerMessage *message, gpointer)
+{
+    auto *body = new RequestBody;
+    g_object_set_data_full(G_OBJECT(message), bodyKey, body,
+        [](gpointer data) { delete static_cast<RequestBody *>(data); });
+    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    g_signal_connect(message, "got-chunk", G_CALLBACK(onChunk), body);
+}
+
+void HttpServer::onChunk(SoupServerMessage *message, GBytes *chunk, gpointer data)
+{
+    auto *body = static_cast<RequestBody *>(data);
+    if (body->tooLong)
+        return;
+    gsize size = 0;
+    const auto *bytes = static_cast<const char *>(g_bytes_get_data(chunk, &size));
+    if (body->bytes.size() + size <= maxRequestBody) {
+        body->bytes.append(bytes, size);
+        return;
+    }
+    body->tooLong = true;
+    body->bytes.clear();
+    // The rest is read and dropped, and the connection ends with the answer.
+    soup_message_headers_replace(
+        soup_server_message_get_response_headers(message), "Connection", "close");
+}
+
+void HttpServer::onRequest(
+    SoupServer *, SoupServerMessage *message, const char *, GHashTable *, gpointer self)
+{
+    static_cast<HttpServer *>(self)->serve(message);
+}
+
+void HttpServer::serve(SoupServerMessage *message)
+{
+    const auto *body
+        = static_cast<RequestBody *>(g_object_get_data(G_OBJECT(message), bodyKey));
+    const std::string target = targetOf(message);
+    if (body->tooLong)
+        return send(message, textAnswer(413, "The request's body is too long."));
+    if (target.size() > maxTarget)
+        return send(message, textAnswer(414, "The request's target is too long."));
+    const ApiRequest request = requestOf(message, target, body->bytes);
+    if (isControl(target))
+        return send(message, controlFaults(m_faults, request.method, body->bytes));
+    FaultyAnswer answer = answerFor(request, target);
+    if (answer.delivery)
+        deliver(message, std::move(answer.answer), *answer.delivery);
+    else
+        send(message, answer.answer);
+}
+
+FaultyAnswer HttpServer::answerFor(const ApiRequest &request, const std::string &target)
+{
+    if (const std::optional<Hop> hop = hopOf(target)) {
+        if (!hop->location.empty())
+            return {redirection(hop->location), std::nullopt};
+        ApiRequest landed = request;
+        landed.path = percentDecoded(hop->target.substr(0, hop->target.find('?')), false);
+        return {m_directory.handle(landed), std::nullopt};
+    }
+    const auto sound = [this, &request] { return m_directory.handle(request); };
+    const std::optional<Fault> fault = m_faults.take(request.path);
+    return fault ? spoil(*fault, target, sound) : FaultyAnswer {sound(), std::nullopt};
+}
+
+void HttpServer::deliver(SoupServerMessage *message, Answer answer, const Delivery &delivery)
+{
+    const bool withBody = soup_server_message_get_method(message) != SOUP_METHOD_HEAD;
+    GIOStream *stream = soup_server_message_steal_connection(message);
+    const auto place = m_deliveries.emplace(m_deliveries.end());
+    *place = std::make_unique<RawDelivery>(
+        stream, answer, delivery, withBody, [this, place] { m_deliveries.erase(place); });
+    (*place)->start();
+}
+
+} // namespace directory

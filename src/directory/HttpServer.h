@@ -1,0 +1,53 @@
+/// The server around a Directory: connections, request bodies, the request log and faults. Lives on one thread, whose
+/// default main context must run; everything it is given must outlive it.
+#pragma once
+
+#include "directory/Delivery.h"
+#include "directory/Directory.h"
+#include "directory/Listener.h"
+#include "directory/RequestLog.h"
+
+#include <libsoup/soup.h>
+#include <list>
+#include <memory>
+#include <vector>
+
+namespace directory {
+
+class HttpServer {
+public:
+    static constexpr std::size_t maxRequestBody = 64 * 1024;
+    static constexpr std::size_t maxTarget = 8 * 1024;
+
+    /// The log may be null.
+    HttpServer(Directory &directory, Faults &faults, RequestLog *log);
+    ~HttpServer();
+    HttpServer(const HttpServer &) = delete;
+    HttpServer &operator=(const HttpServer &) = delete;
+
+    /// Return "127.0.0.1:8080". Throw std::runtime_error.
+    std::string listen(const std::string &address);
+    std::string listenTls(
+        const std::string &address, const std::string &certificate, const std::string &key);
+
+private:
+    static void onRequest(SoupServer *, SoupServerMessage *message, const char *path,
+        GHashTable *query, gpointer self);
+    static void onStarted(SoupServer *, SoupServerMessage *message, gpointer self);
+    static void onChunk(SoupServerMessage *message, GBytes *chunk, gpointer body);
+
+    std::string listenWith(const std::string &address, GTlsCertificate *certificate);
+    void serve(SoupServerMessage *message);
+    void accept(GIOStream *stream, GSocketConnection *connection, bool secure);
+    FaultyAnswer answerFor(const ApiRequest &request, const std::string &target);
+    void deliver(SoupServerMessage *message, Answer answer, const Delivery &delivery);
+
+    Directory &m_directory;
+    Faults &m_faults;
+    RequestLog *m_log;
+    SoupServer *m_server;
+    std::vector<std::unique_ptr<Listener>> m_listeners;
+    std::list<std::unique_ptr<RawDelivery>> m_deliveries;
+};
+
+} // namespace directory

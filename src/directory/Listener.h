@@ -1,0 +1,48 @@
+/// Accepts connections at one address, in clear or over TLS, and hands them on. It bounds how many are open at a time:
+/// one too many is closed at once. Lives on the thread whose main context was the default when it was made.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <gio/gio.h>
+#include <memory>
+#include <string>
+
+namespace directory {
+
+class Listener {
+public:
+    static constexpr int maxConnections = 256;
+    /// A connection on which nothing arrives for so long is closed.
+    static constexpr unsigned idleSeconds = 60;
+
+    /// The stream speaks TLS already when it should; the socket is the one below it.
+    using Accept = std::function<void(GIOStream *stream, GSocketConnection *connection)>;
+
+    /// "127.0.0.1:8080", "[::1]:0"; port 0 picks a free one. Without a certificate it speaks plain HTTP.
+    /// Throws std::runtime_error when that does not work.
+    Listener(const std::string &address, GTlsCertificate *certificate, Accept accept);
+    ~Listener();
+    Listener(const Listener &) = delete;
+    Listener &operator=(const Listener &) = delete;
+
+    std::uint16_t port() const { return m_port; }
+    /// "127.0.0.1:8080", fit for a URL on this machine.
+    std::string hostAndPort() const;
+
+private:
+    void accepted(GSocketConnection *connection);
+
+    GSocketService *m_service;
+    GTlsCertificate *m_certificate;
+    Accept m_accept;
+    std::string m_host;
+    std::uint16_t m_port = 0;
+    /// Outlives the listener as long as a connection does.
+    std::shared_ptr<int> m_open = std::make_shared<int>(0);
+};
+
+/// Throws std::runtime_error when the files hold no certificate and key.
+GTlsCertificate *loadCertificate(const std::string &certificate, const std::string &key);
+
+} // namespace directory

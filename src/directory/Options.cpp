@@ -1,0 +1,65 @@
+#include "directory/Options.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <stdexcept>
+
+namespace directory {
+
+namespace {
+
+std::string firstLine(const std::string &text) { return text.substr(0, text.find('\n')); }
+
+} // namespace
+
+Options parseOptions(int count, const char *const *arguments)
+{
+    Options options;
+    std::vector<std::string> faults;
+    CLI::App app("A local server that speaks the TuneIn web API.", "tunein-directory");
+    app.add_option("--listen", options.listen, "where to serve HTTP; port 0 picks a free one")
+        ->type_name("ADDRESS:PORT");
+    auto *tls = app.add_option("--tls-listen", options.tlsListen, "where to serve HTTPS as well")
+                    ->type_name("ADDRESS:PORT");
+    auto *certificate = app.add_option("--cert", options.certificate, "the certificate, PEM")
+                            ->type_name("FILE");
+    auto *key = app.add_option("--key", options.key, "its key, PEM")->type_name("FILE");
+    tls->needs(certificate)->needs(key);
+    certificate->needs(tls);
+    key->needs(tls);
+    app.add_option("--data", options.data, "what the directory offers, YAML")->type_name("FILE");
+    app.add_option("--request-log", options.requestLog, "append a line per request")
+        ->type_name("FILE");
+    app.add_option("--fault", faults, "do something wrong; may be given several times")
+        ->type_name("NAME[@PATH][:ARGUMENT][*COUNT]")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->expected(1)
+        ->take_all();
+    try {
+        app.parse(count, arguments);
+    } catch (const CLI::CallForHelp &) {
+        options.help = app.help();
+        return options;
+    } catch (const CLI::ParseError &error) {
+        throw std::invalid_argument(firstLine(error.what()));
+    }
+    for (const std::string &text : faults) {
+        std::string error;
+        std::optional<Fault> fault = Faults::parse(text, error);
+        if (!fault)
+            throw std::invalid_argument(error);
+        options.faults.push_back(std::move(*fault));
+    }
+    if (options.faults.size() > Faults::maxFaults)
+        throw std::invalid_argument("there are too many faults");
+    return options;
+}
+
+std::string defaultDataFile()
+{
+    std::error_code error;
+    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+    return (program.parent_path().parent_path() / "share/vesk/directory.yaml").string();
+}
+
+} // namespace directory

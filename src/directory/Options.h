@@ -1,0 +1,27 @@
+/// The command line of tunein-directory.
+#pragma once
+
+#include "directory/Faults.h"
+
+#include <string>
+#include <vector>
+
+namespace directory {
+
+struct Options {
+    std::string listen = "127.0.0.1:8074";
+    std::string tlsListen;
+    std::string certificate;
+    std::string key;
+    std::string data; ///< empty: beside the program
+    std::string requestLog;
+    std::vector<Fault> faults;
+    std::string help; ///< not empty: to be printed instead of serving
+};
+
+/// Throws std::invalid_argument with one line that says what is wrong.
+Options parseOptions(int count, const char *const *arguments);
+/// ../share/vesk/directory.yaml beside the running program.
+std::string defaultDataFile();
+
+} // namespace directory

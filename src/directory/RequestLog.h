@@ -1,0 +1,28 @@
+/// One line per request, METHOD SP TARGET, as it came, written at once. Passwords are the exception: their values
+/// become "***".
+#pragma once
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace directory {
+
+/// The target with the value of every "password" item replaced, the rest byte for byte.
+std::string withoutPasswords(std::string_view target);
+
+class RequestLog {
+public:
+    /// Appends to the file. Throws std::runtime_error when it cannot be opened.
+    explicit RequestLog(const std::string &file);
+    void write(std::string_view method, std::string_view target);
+
+private:
+    struct Close {
+        void operator()(std::FILE *file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Close> m_file;
+};
+
+} // namespace directory

@@ -1,0 +1,80 @@
+#include "directory/CatalogLoader.h"
+#include "directory/HttpServer.h"
+#include "directory/Options.h"
+
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <glib-unix.h>
+#include <stdexcept>
+
+namespace {
+
+using namespace directory;
+
+constexpr int badArguments = 2;
+
+int complain(const std::string &message)
+{
+    std::fprintf(stderr, "tunein-directory: %s\n", message.c_str());
+    return badArguments;
+}
+
+gboolean quit(gpointer loop)
+{
+    g_main_loop_quit(static_cast<GMainLoop *>(loop));
+    return G_SOURCE_CONTINUE;
+}
+
+void serve(const Options &options, Catalog catalog)
+{
+    Directory directory(
+        std::move(catalog), [] { return static_cast<std::int64_t>(std::time(nullptr)); });
+    Faults faults;
+    for (const Fault &fault : options.faults)
+        faults.add(fault);
+    std::unique_ptr<RequestLog> log;
+    if (!options.requestLog.empty())
+        log = std::make_unique<RequestLog>(options.requestLog);
+    HttpServer server(directory, faults, log.get());
+
+    const std::unique_ptr<GMainLoop, decltype(&g_main_loop_unref)> loop(
+        g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
+    g_unix_signal_add(SIGTERM, quit, loop.get());
+    g_unix_signal_add(SIGINT, quit, loop.get());
+
+    const std::string address = server.listen(options.listen);
+    if (!options.tlsListen.empty()) {
+        const std::string secure
+            = server.listenTls(options.tlsListen, options.certificate, options.key);
+        std::fprintf(stderr, "tunein-directory: TLS at https://%s/\n", secure.c_str());
+    }
+    std::printf("tunein-directory: ready at http://%s/\n", address.c_str());
+    std::fflush(stdout);
+    g_main_loop_run(loop.get());
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        const Options options = parseOptions(argc, argv);
+        if (!options.help.empty()) {
+            std::fputs(options.help.c_str(), stdout);
+            return 0;
+        }
+        const std::string file = options.data.empty() ? defaultDataFile() : options.data;
+        Catalog catalog;
+        try {
+            catalog = loadCatalog(file);
+        } catch (const DataError &error) {
+            const std::string line = error.line() > 0 ? ':' + std::to_string(error.line()) : "";
+            return complain(file + line + ": " + error.what());
+        }
+        serve(options, std::move(catalog));
+        return 0;
+    } catch (const std::exception &error) {
+        return complain(error.what());
+    }
+}

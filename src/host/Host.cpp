@@ -1,0 +1,195 @@
+#include "host/Host.h"
+
+#include "api/core/Language.h"
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "api/nodes/CMRootWorker.h"
+#include "api/nodes/CMValuesWorker.h"
+#include "api/values/VeskValuePaths.h"
+#include "api/web/HttpClient.h"
+#include "host/HostFolders.h"
+#include "host/HostValues.h"
+#include "host/NetworkMonitor.h"
+#include "host/Plugin.h"
+#include "host/ServicesWorker.h"
+#include "host/SettingsStore.h"
+#include "host/rpc/RpcMethods.h"
+
+#include <QTimer>
+
+VESK_LOGGER("Host")
+
+Host::Host(const HostOptions &options, QObject *parent)
+    : QObject(parent)
+    , m_options(options)
+    , m_root(std::make_unique<CMRootWorker>())
+    , m_values(std::make_unique<CMValuesWorker>())
+{
+}
+
+Host::~Host()
+{
+    // Nobody asks any more when the workers go.
+    m_http.reset();
+    m_methods.reset();
+    m_rpc.reset();
+    m_plugins.clear();
+    m_services.reset();
+    m_language.reset();
+    m_network.reset();
+    m_settings.reset();
+    m_root->removeWorker(m_values.get());
+}
+
+void Host::start()
+{
+    setUpValues();
+    setUpNetwork();
+    setUpLanguage();
+    m_services = std::make_unique<ServicesWorker>();
+    HttpClient::setConnectTo(m_options.connectTo);
+    setUpPlugins();
+}
+
+void Host::setUpValues()
+{
+    defineHostValues(m_values.get());
+    for (const auto &entry : m_options.pinned) {
+        m_values->setValue(entry.first, entry.second);
+        m_values->pin(entry.first);
+    }
+    for (const QString &prefix : hostValuePrefixes())
+        m_root->addWorker(prefix, m_values.get());
+
+    const QString folder = m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder()
+                                                           : m_options.stateFolder;
+    if (folder.isEmpty())
+        VESK_WARN("There is no folder for settings: changes last until the host ends.");
+    m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
+    m_settings->load();
+}
+
+void Host::setUpNetwork()
+{
+    m_network = std::make_unique<NetworkMonitor>();
+    const auto follow = [this](bool connected) {
+        m_values->setValue(VeskNetworkStateConnected(), VeskValue::fromBool(connected));
+    };
+    connect(m_network.get(), &NetworkMonitor::connectedChanged, this, follow);
+    follow(m_network->isConnected());
+    m_values->setValue(
+        VeskNetworkStateEthernetMAC(), VeskValue::fromString(NetworkMonitor::ethernetMac()));
+    if (!m_values->value(VeskNetworkStateConnected()).bool_())
+        VESK_WARN("There is no network connection yet.");
+}
+
+void Host::setUpLanguage()
+{
+    const auto apply = [] {
+        CMAbstractWorker *root = CMRoot();
+        const QString language
+            = VeskValue(root->getValue(VeskUILanguagePath()).toHash()).string_();
+        if (!Language::setCurrent(language, HostFolders::translations()))
+            VESK_INFO("There are no texts in the language " << language << ".");
+    };
+    apply();
+    m_language = m_root->subscribe(VeskUILanguagePath(), this, [this, apply](const CMChange &) {
+        apply();
+        m_root->notifyLanguageChanged();
+    });
+}
+
+void Host::setUpPlugins()
+{
+    QVector<PluginOptions> plugins = m_options.plugins;
+    if (plugins.isEmpty()) {
+        for (const QString &file : HostFolders::installedPlugins())
+            plugins.append({file, {}});
+    }
+    if (plugins.isEmpty())
+        VESK_WARN("There are no plug-ins.");
+
+    for (const PluginOptions &options : plugins) {
+        const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
+        m_plugins.push_back(std::make_unique<Plugin>(options.file, config));
+        veskConnect(m_plugins.back().get(), &Plugin::loadFinished, this, &Host::pluginLoaded);
+    }
+    m_loading = static_cast<int>(m_plugins.size());
+    for (const auto &plugin : m_plugins)
+        plugin->load();
+    if (m_loading == 0)
+        QMetaObject::invokeMethod(this, [this] { listen(); }, Qt::QueuedConnection);
+}
+
+void Host::pluginLoaded()
+{
+    if (--m_loading > 0 || m_stopping)
+        return;
+    listServices();
+    listen();
+}
+
+void Host::listServices()
+{
+    QList<CMPath> roots;
+    for (const auto &plugin : m_plugins) {
+        if (!plugin->root().isEmpty() && roots.contains(plugin->root()))
+            plugin->reject(QStringLiteral("another plug-in serves the same paths"));
+        if (plugin->root().isEmpty()) {
+            m_services->addFailed(plugin->file(), plugin->error());
+            continue;
+        }
+        roots.append(plugin->root());
+        m_services->addService(plugin->root());
+    }
+}
+
+void Host::listen()
+{
+    if (m_stopping)
+        return;
+    m_rpc = std::make_unique<JsonRpcDispatcher>();
+    m_methods = std::make_unique<RpcMethods>(m_rpc.get());
+    m_http = std::make_unique<HttpServer>(m_rpc.get());
+    QString error;
+    if (!m_http->listen(m_options.listen, error)) {
+        Q_EMIT failed(error);
+        return;
+    }
+    VESK_INFO("ready at " << m_http->url());
+    Q_EMIT ready(m_http->url());
+}
+
+void Host::stop()
+{
+    if (m_stopping)
+        return;
+    m_stopping = true;
+    VESK_INFO("stopping");
+    if (m_http)
+        m_http->close();
+    // A plug-in that waits for an answer from its service waits no longer.
+    HttpClient::shutDownAll();
+    for (const auto &plugin : m_plugins) {
+        connect(plugin.get(), &Plugin::unloaded, this, &Host::finishStop);
+        plugin->unload();
+    }
+    QTimer::singleShot(UnloadTimeout, this, [this] {
+        if (!m_stopped) {
+            VESK_ERROR("A plug-in does not end; leaving it behind.");
+            m_stopped = true;
+            Q_EMIT stopped(false);
+        }
+    });
+    QMetaObject::invokeMethod(this, &Host::finishStop, Qt::QueuedConnection);
+}
+
+void Host::finishStop()
+{
+    const auto runs = [](const std::unique_ptr<Plugin> &plugin) { return plugin->isRunning(); };
+    if (m_stopped || std::any_of(m_plugins.begin(), m_plugins.end(), runs))
+        return;
+    m_stopped = true;
+    m_settings->flush();
+    Q_EMIT stopped(true);
+}

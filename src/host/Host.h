@@ -1,0 +1,73 @@
+#pragma once
+
+#include "host/HostOptions.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class CMRootWorker;
+class CMSubscription;
+class CMValuesWorker;
+class HttpServer;
+class JsonRpcDispatcher;
+class NetworkMonitor;
+class Plugin;
+class RpcMethods;
+class ServicesWorker;
+class SettingsStore;
+
+/// The whole host: the root worker, the value tree with what is kept of it, the network state, the
+/// plug-ins and the server for clients. One per process, on the main thread, with its event loop.
+class Host : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// How long plug-ins may take to end, in milliseconds.
+    static constexpr int UnloadTimeout = 15000;
+
+    explicit Host(const HostOptions &options, QObject *parent = nullptr);
+    ~Host() override;
+
+    /// Brings everything up; ready() or failed() tells the outcome. A plug-in that cannot be loaded
+    /// does not keep the host from getting ready.
+    void start();
+    /// Brings everything down; stopped() tells when. May be called at any time after start().
+    void stop();
+
+Q_SIGNALS:
+    void ready(const QString &url);
+    void failed(const QString &reason);
+    /// \a complete is false when a plug-in did not end in time: its thread still runs, so that the
+    /// process must not take anything apart any more.
+    void stopped(bool complete);
+
+private:
+    void setUpValues();
+    void setUpNetwork();
+    void setUpLanguage();
+    void setUpPlugins();
+    void pluginLoaded();
+    void listServices();
+    void listen();
+    void finishStop();
+
+    const HostOptions m_options;
+    bool m_stopping = false;
+    bool m_stopped = false;
+    int m_loading = 0;
+
+    // In the order in which they need each other.
+    std::unique_ptr<CMRootWorker> m_root;
+    std::unique_ptr<CMValuesWorker> m_values;
+    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<NetworkMonitor> m_network;
+    std::unique_ptr<CMSubscription> m_language;
+    std::unique_ptr<ServicesWorker> m_services;
+    std::vector<std::unique_ptr<Plugin>> m_plugins;
+    std::unique_ptr<JsonRpcDispatcher> m_rpc;
+    std::unique_ptr<RpcMethods> m_methods;
+    std::unique_ptr<HttpServer> m_http;
+};

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Where things lie beside the program, in a build folder and when installed. Pure look-ups.
+namespace HostFolders {
+/// Every plug-in of the folders that belong to this program, by name.
+QStringList installedPlugins();
+/// Folders with translation catalogues.
+QStringList translations();
+}

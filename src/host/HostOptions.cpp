@@ -1,0 +1,88 @@
+#include "host/HostOptions.h"
+
+#include "api/nodes/CMValuesWorker.h"
+#include "host/HostValues.h"
+
+#include <QFileInfo>
+#include <QRegularExpression>
+
+QString PluginOptions::effectiveServiceId() const
+{
+    if (!serviceId.isEmpty())
+        return serviceId;
+    const QString name = QFileInfo(file).baseName();
+    const QString prefix = QStringLiteral("libvesk_cb_");
+    return name.startsWith(prefix) ? name.mid(prefix.size()) : name;
+}
+
+QString HostOption::addPlugin(HostOptions &options, const QString &file, const QString &serviceId)
+{
+    if (file.isEmpty())
+        return QStringLiteral("a plug-in's file is missing");
+    options.plugins.append({file, serviceId});
+    return {};
+}
+
+QString HostOption::setListen(HostOptions &options, const QString &address)
+{
+    const QRegularExpression form(QStringLiteral("^(?:\\[([^\\[\\]]*)\\]|([^:]*)):(\\d{1,5})$"));
+    const QRegularExpressionMatch match = form.match(address);
+    const int port = match.captured(3).toInt();
+    if (!match.hasMatch() || port > 65535)
+        return QStringLiteral("\"%1\" is no ADDRESS:PORT").arg(address);
+    const QString name = match.captured(1) + match.captured(2);
+    const QStringList loopback {
+        QStringLiteral("127.0.0.1"), QStringLiteral("localhost"), QStringLiteral("::1")};
+    if (!loopback.contains(name)) {
+        return QStringLiteral("\"%1\" is not 127.0.0.1, localhost or [::1]: everybody in the "
+                              "network could use this host")
+            .arg(name);
+    }
+    options.listen = {name, static_cast<quint16>(port)};
+    return {};
+}
+
+QString HostOption::addPinned(HostOptions &options, const QString &path, const QVariant &value)
+{
+    const CMPath valuePath = CMPath::fromEncoded(path);
+    const HostValueDefinition *definition = findHostValue(valuePath);
+    if (!definition)
+        return QStringLiteral("there is no value \"%1\"").arg(path);
+    const VeskValue read = CMValuesWorker::fromPlain(value, definition->initial.type());
+    if (read.isEmpty())
+        return QStringLiteral("\"%1\" is no value for %2").arg(value.toString(), path);
+    options.pinned.append({valuePath, read});
+    return {};
+}
+
+QString HostOption::addConnectTo(HostOptions &options, const QString &entry)
+{
+    // As curl's option of that name: host and port, where they are given, go elsewhere.
+    const QRegularExpression form(
+        QStringLiteral("^(?:[^:\\[\\]]*|\\[[0-9a-fA-F:.]+\\]):\\d{0,5}"
+                       ":(?:[^:\\[\\]]*|\\[[0-9a-fA-F:.]+\\]):\\d{0,5}$"));
+    if (!form.match(entry).hasMatch())
+        return QStringLiteral("\"%1\" is no HOST:PORT:ADDRESS:PORT").arg(entry);
+    options.connectTo.append(entry);
+    return {};
+}
+
+QString HostOption::setAudio(HostOptions &options, const QString &audio)
+{
+    const QString wav = QStringLiteral("wav:");
+    const bool isFile = audio.startsWith(wav) && audio.size() > wav.size();
+    if (!isFile && audio != QLatin1String("auto") && audio != QLatin1String("null"))
+        return QStringLiteral("\"%1\" is not auto, null or wav:FILE").arg(audio);
+    options.audio = audio;
+    return {};
+}
+
+QString HostOption::setLogLevel(HostOptions &options, const QString &level)
+{
+    const QStringList levels {QStringLiteral("trace"), QStringLiteral("debug"),
+        QStringLiteral("info"), QStringLiteral("warn"), QStringLiteral("error")};
+    if (!levels.contains(level))
+        return QStringLiteral("\"%1\" is not %2").arg(level, levels.join(QStringLiteral(", ")));
+    options.logLevel = level;
+    return {};
+}

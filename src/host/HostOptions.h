@@ -1,0 +1,48 @@
+#pragma once
+
+#include "api/values/CMPath.h"
+#include "api/values/VeskValue.h"
+#include "host/rpc/HttpServer.h"
+
+#include <QPair>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/// One plug-in to load.
+struct PluginOptions {
+    QString file;
+    /// Under which the host knows the plug-in's service; empty: after the file's name.
+    QString serviceId;
+
+    /// serviceId, or NAME of "libvesk_cb_NAME.so", or a file's name without its ending.
+    QString effectiveServiceId() const;
+};
+
+/// What a start of the host was asked for, by command line and configuration file. docs/host.md
+/// describes both.
+struct HostOptions {
+    /// When nobody names a plug-in: all of the folder beside the program.
+    QVector<PluginOptions> plugins;
+    ListenAddress listen;
+    /// Values that are set at start and stay as they are; the last one of a path counts.
+    QVector<QPair<CMPath, VeskValue>> pinned;
+    QStringList connectTo;
+    QString caFile;
+    QString audio = QStringLiteral("auto");
+    /// Empty: the default one.
+    QString stateFolder;
+    QString logLevel = QStringLiteral("info");
+    /// Empty: standard error.
+    QString logFile;
+};
+
+/// One option's text into \a options; each returns what is wrong with it, empty when nothing is.
+namespace HostOption {
+QString addPlugin(HostOptions &options, const QString &file, const QString &serviceId);
+QString setListen(HostOptions &options, const QString &address);
+QString addPinned(HostOptions &options, const QString &path, const QVariant &value);
+QString addConnectTo(HostOptions &options, const QString &entry);
+QString setAudio(HostOptions &options, const QString &audio);
+QString setLogLevel(HostOptions &options, const QString &level);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "api/core/TrString.h"
+#include "api/nodes/CMValuesWorker.h"
+#include "api/values/CMPath.h"
+#include "api/values/VeskValue.h"
+
+#include <QVector>
+
+/// \file
+/// The settings and states that this host offers to its plug-ins and clients. Pure functions, any
+/// thread.
+
+/// One value of the tree as it is before anything was read or set. The writable ones are kept.
+struct HostValueDefinition {
+    CMPath path;
+    VeskValue initial;
+    CMValuesWorker::Access access;
+    TrString title;
+};
+
+const QVector<HostValueDefinition> &hostValueDefinitions();
+/// The definition at \a path; null when there is none.
+const HostValueDefinition *findHostValue(const CMPath &path);
+
+/// The prefixes of these values.
+const QStringList &hostValuePrefixes();
+/// Defines all of them.
+void defineHostValues(CMValuesWorker *values);
+
+/// The bare value: a bool, a number, a string.
+QVariant plainValue(const VeskValue &value);

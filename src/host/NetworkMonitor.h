@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+struct _GNetworkMonitor;
+
+/// Follows whether the machine has a network beyond itself, as GLib's network monitor sees it: a
+/// default route. Main thread, in the GLib main loop that Qt runs there.
+class NetworkMonitor : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NetworkMonitor(QObject *parent = nullptr);
+    ~NetworkMonitor() override;
+
+    bool isConnected() const;
+
+    /// The address of the first wired network adapter among the interfaces in \a folder, as the
+    /// kernel shows them: "00:1a:2b:3c:4d:5e". Empty when there is none.
+    static QString ethernetMac(const QString &folder = QStringLiteral("/sys/class/net"));
+
+Q_SIGNALS:
+    void connectedChanged(bool connected);
+
+private:
+    _GNetworkMonitor *const m_monitor;
+};

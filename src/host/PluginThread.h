@@ -1,0 +1,33 @@
+#pragma once
+
+#include "api/nodes/CMNodesWorker.h"
+
+#include <QString>
+#include <QThread>
+#include <QVariantHash>
+
+/// The thread of one plug-in: loads the library, creates the worker, runs its event loop, and deletes
+/// the worker as the last thing that it does, because a plug-in may end the event loop of the thread
+/// it is deleted on.
+class PluginThread : public QThread
+{
+    Q_OBJECT
+
+public:
+    PluginThread(const QString &file, const QVariantHash &config);
+    /// Must have ended.
+    ~PluginThread() override;
+
+Q_SIGNALS:
+    /// The worker is there, with its root, or \a error tells why not. Once; from the thread.
+    void loaded(const CMPath &root, const QString &error);
+
+protected:
+    void run() override;
+
+private:
+    std::unique_ptr<CMNodesWorker> createWorker(QString &error);
+
+    const QString m_file;
+    QVariantHash m_config;
+};

@@ -1,0 +1,27 @@
+#include "host/TerminationSignals.h"
+
+#include <csignal>
+#include <glib-unix.h>
+
+namespace {
+
+gboolean signalCame(gpointer data)
+{
+    Q_EMIT static_cast<TerminationSignals *>(data)->requested();
+    return G_SOURCE_CONTINUE;
+}
+
+} // namespace
+
+TerminationSignals::TerminationSignals(QObject *parent)
+    : QObject(parent)
+    , m_sources {g_unix_signal_add(SIGTERM, &signalCame, this),
+          g_unix_signal_add(SIGINT, &signalCame, this)}
+{
+}
+
+TerminationSignals::~TerminationSignals()
+{
+    for (const unsigned source : m_sources)
+        g_source_remove(source);
+}

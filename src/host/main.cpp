@@ -1,0 +1,79 @@
+#include "api/web/HttpClient.h"
+#include "host/Host.h"
+#include "host/HostCommandLine.h"
+#include "host/Logging.h"
+#include "host/TerminationSignals.h"
+
+#include <QCoreApplication>
+
+#include <log4cplus/initializer.h>
+
+#include <csignal>
+#include <iostream>
+#include <unistd.h>
+
+namespace {
+
+enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
+
+/// One line, whatever the text holds.
+int complain(int status, const QString &text)
+{
+    std::cerr << "vesk-host: " << text.simplified().toStdString() << std::endl;
+    return status;
+}
+
+int run(const HostOptions &options)
+{
+    Host host(options);
+    TerminationSignals signals;
+    int status = Success;
+    QObject::connect(&host, &Host::ready, [](const QString &url) {
+        std::cout << "vesk-host: ready at " << url.toStdString() << std::endl;
+    });
+    QObject::connect(&host, &Host::failed, [&](const QString &reason) {
+        status = complain(Failure, reason);
+        host.stop();
+    });
+    QObject::connect(&signals, &TerminationSignals::requested, &host, &Host::stop);
+    QObject::connect(&host, &Host::stopped, [&](bool complete) {
+        if (!complete)
+            ::_exit(Failure);
+        QCoreApplication::exit(status);
+    });
+    host.start();
+    QCoreApplication::exec();
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
+    qunsetenv("QT_NO_GLIB");
+    std::signal(SIGPIPE, SIG_IGN);
+    const log4cplus::Initializer logging;
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("vesk-host"));
+
+    QStringList arguments;
+    for (int index = 1; index < argc; ++index)
+        arguments.append(QString::fromUtf8(argv[index]));
+    const HostCommandLine commandLine = parseHostCommandLine(arguments);
+    if (!commandLine.run) {
+        if (commandLine.status != Success)
+            return complain(BadUsage, commandLine.text);
+        std::cout << commandLine.text.toStdString() << std::flush;
+        return Success;
+    }
+    const HostOptions &options = commandLine.options;
+    const QString complaint = setUpLogging(options.logLevel, options.logFile);
+    if (!complaint.isEmpty())
+        return complain(BadUsage, QStringLiteral("--log-file: ") + complaint);
+    if (!options.caFile.isEmpty() && !HttpClient::setCaFile(options.caFile)) {
+        return complain(BadUsage,
+            QStringLiteral("--ca-file: there is no certificate in %1").arg(options.caFile));
+    }
+    return run(options);
+}

@@ -1,0 +1,346 @@
+#include "host/rpc/HttpServer.h"
+
+#include "api/core/log.h"
+#include "host/rpc/HttpConnections.h"
+#include "host/rpc/HttpRules.h"
+#include "host/rpc/JsonRpcDispatcher.h"
+#include "host/rpc/WebSocketSession.h"
+
+#include <QPointer>
+
+#include <libsoup/soup.h>
+
+VESK_LOGGER("Host.Rpc")
+
+namespace {
+
+/// Connections beyond the limit that still get to hear why; more are shut down at once.
+constexpr int RefusedConnections = 16;
+
+constexpr char Page[] = "The content browser's page is not installed.\n";
+
+/// What belongs to one request beside libsoup's message, which owns it.
+struct RequestState {
+    QByteArray body;
+    bool isTooLarge = false;
+    bool isFinished = false;
+};
+
+RequestState *stateOf(SoupServerMessage *message)
+{
+    return static_cast<RequestState *>(g_object_get_data(G_OBJECT(message), "vesk"));
+}
+
+/// Keeps a message for an answer that comes later.
+class MessageRef
+{
+public:
+    explicit MessageRef(SoupServerMessage *message)
+        : m_message(SOUP_SERVER_MESSAGE(g_object_ref(message)))
+    {
+    }
+    MessageRef(const MessageRef &other)
+        : MessageRef(other.m_message)
+    {
+    }
+    MessageRef &operator=(const MessageRef &) = delete;
+    ~MessageRef() { g_object_unref(m_message); }
+
+    SoupServerMessage *get() const { return m_message; }
+
+private:
+    SoupServerMessage *const m_message;
+};
+
+/// All headers of that name, joined by commas: two of a kind match nothing.
+QByteArray header(SoupServerMessage *message, const char *name)
+{
+    return soup_message_headers_get_list(soup_server_message_get_request_headers(message), name);
+}
+
+/// What a path offers, by its method.
+struct Route {
+    const char *path;
+    const char *allow;
+};
+
+constexpr Route Routes[] = {{"/", "GET, HEAD"}, {"/jsonrpc", "POST"}, {"/ws", "GET"}};
+
+const Route *findRoute(const char *path)
+{
+    for (const Route &route : Routes) {
+        if (qstrcmp(route.path, path) == 0)
+            return &route;
+    }
+    return nullptr;
+}
+
+bool allows(const Route &route, const QByteArray &method)
+{
+    return QByteArray(route.allow).replace(", ", ",").split(',').contains(method);
+}
+
+} // namespace
+
+class HttpServerPrivate
+{
+public:
+    HttpServer *q = nullptr;
+    JsonRpcDispatcher *dispatcher = nullptr;
+    HttpServerLimits limits;
+    SoupServer *server = nullptr;
+    HttpConnections connections;
+    QString address;
+    quint16 port = 0;
+
+    /// What libsoup calls; \a data is this.
+    static void requestStarted(SoupServer *, SoupServerMessage *message, gpointer data);
+    static void early(SoupServer *, SoupServerMessage *message, const char *path, GHashTable *,
+        gpointer data);
+    static void gotChunk(SoupServerMessage *message, GBytes *chunk, gpointer data);
+    static void gotBody(
+        SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data);
+    static void upgraded(SoupServerMessage *message, gpointer data);
+
+    /// Whether the request's head was refused.
+    bool refuse(SoupServerMessage *message, const char *path);
+    void handleRpc(SoupServerMessage *message);
+    void upgrade(SoupServerMessage *message);
+    void respond(SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body);
+    void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
+};
+
+void HttpServerPrivate::requestStarted(SoupServer *, SoupServerMessage *message, gpointer data)
+{
+    auto *self = static_cast<HttpServerPrivate *>(data);
+    g_object_set_data_full(G_OBJECT(message), "vesk", new RequestState,
+        [](gpointer state) { delete static_cast<RequestState *>(state); });
+    soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    g_signal_connect(message, "got-chunk", G_CALLBACK(&gotChunk), data);
+    const auto finished = +[](SoupServerMessage *ended, gpointer) {
+        stateOf(ended)->isFinished = true;
+    };
+    g_signal_connect(message, "finished", G_CALLBACK(finished), nullptr);
+
+    GSocket *socket = soup_server_message_get_socket(message);
+    if (!socket)
+        return;
+    self->connections.limit(socket, self->limits.readTimeout);
+    if (self->connections.count() > self->limits.connections + RefusedConnections)
+        HttpConnections::shutDown(socket);
+}
+
+void HttpServerPrivate::early(
+    SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data)
+{
+    auto *self = static_cast<HttpServerPrivate *>(data);
+    if (self->refuse(message, path))
+        stateOf(message)->isTooLarge = true; // what still comes of its body is not kept
+}
+
+bool HttpServerPrivate::refuse(SoupServerMessage *message, const char *path)
+{
+    const auto refusedWith = [&](unsigned code, const QByteArray &reason) {
+        refuseWith(message, code, reason);
+        return true;
+    };
+    SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
+    const QByteArray method = soup_server_message_get_method(message);
+    const QByteArray host = header(message, "Host");
+    const QByteArray origin = header(message, "Origin");
+
+    if (connections.count() > limits.connections)
+        return refusedWith(SOUP_STATUS_SERVICE_UNAVAILABLE, "too many connections");
+    if (!isLoopbackHost(host, port))
+        return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong host");
+    if (!origin.isNull() && !isSameOrigin(origin, host))
+        return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong origin");
+    const Route *route = findRoute(path);
+    if (!route)
+        return refusedWith(SOUP_STATUS_NOT_FOUND, "there is nothing here");
+    if (!allows(*route, method)) {
+        soup_message_headers_replace(
+            soup_server_message_get_response_headers(message), "Allow", route->allow);
+        return refusedWith(SOUP_STATUS_METHOD_NOT_ALLOWED, "wrong method");
+    }
+    if (method == "POST" && !isJsonContentType(header(message, "Content-Type")))
+        return refusedWith(SOUP_STATUS_UNSUPPORTED_MEDIA_TYPE, "application/json is needed");
+    if (soup_message_headers_get_encoding(headers) == SOUP_ENCODING_CONTENT_LENGTH
+        && soup_message_headers_get_content_length(headers) > limits.bodySize)
+        return refusedWith(SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, "the body is too large");
+    return false;
+}
+
+void HttpServerPrivate::gotChunk(SoupServerMessage *message, GBytes *chunk, gpointer data)
+{
+    auto *self = static_cast<HttpServerPrivate *>(data);
+    RequestState *state = stateOf(message);
+    if (state->isTooLarge)
+        return;
+    gsize size = 0;
+    const void *bytes = g_bytes_get_data(chunk, &size);
+    if (size > static_cast<gsize>(self->limits.bodySize - state->body.size())) {
+        state->isTooLarge = true;
+        state->body.clear();
+        return;
+    }
+    state->body.append(static_cast<const char *>(bytes), static_cast<int>(size));
+}
+
+void HttpServerPrivate::gotBody(
+    SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data)
+{
+    auto *self = static_cast<HttpServerPrivate *>(data);
+    if (stateOf(message)->isTooLarge) {
+        self->refuseWith(
+            message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, "the body is too large");
+    } else if (qstrcmp(path, "/jsonrpc") == 0) {
+        self->handleRpc(message);
+    } else if (qstrcmp(path, "/ws") == 0) {
+        self->upgrade(message);
+    } else {
+        self->respond(message, SOUP_STATUS_OK, "text/plain; charset=utf-8", Page);
+    }
+}
+
+void HttpServerPrivate::handleRpc(SoupServerMessage *message)
+{
+    GSocket *socket = soup_server_message_get_socket(message);
+    if (socket)
+        connections.limit(socket, 0);
+    // Paused until the answer is there, which may be at once.
+    soup_server_message_pause(message);
+    const QPointer<HttpServer> guard(q);
+    dispatcher->handle(stateOf(message)->body, nullptr,
+        [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
+            if (!guard || stateOf(keep.get())->isFinished)
+                return;
+            if (answer.isEmpty())
+                respond(keep.get(), SOUP_STATUS_NO_CONTENT, nullptr, {});
+            else
+                respond(keep.get(), SOUP_STATUS_OK, "application/json", answer);
+            soup_server_message_unpause(keep.get());
+        });
+}
+
+void HttpServerPrivate::upgrade(SoupServerMessage *message)
+{
+    if (soup_websocket_server_process_handshake(message, nullptr, nullptr, nullptr, nullptr))
+        g_signal_connect(message, "wrote-informational", G_CALLBACK(&upgraded), this);
+    else
+        refuseWith(message, SOUP_STATUS_BAD_REQUEST, "this is for WebSockets");
+}
+
+void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
+{
+    auto *self = static_cast<HttpServerPrivate *>(data);
+    const MessageRef keep(message);
+    if (GSocket *socket = soup_server_message_get_socket(message))
+        self->connections.limit(socket, 0);
+    GIOStream *stream = soup_server_message_steal_connection(message);
+    new WebSocketSession(stream, self->dispatcher, self->q);
+    g_object_unref(stream);
+}
+
+void HttpServerPrivate::respond(
+    SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body)
+{
+    SoupMessageHeaders *headers = soup_server_message_get_response_headers(message);
+    soup_message_headers_replace(headers, "Content-Security-Policy", "default-src 'self'");
+    soup_message_headers_replace(headers, "X-Content-Type-Options", "nosniff");
+    soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
+    soup_message_headers_replace(headers, "Cache-Control", "no-store");
+    soup_server_message_set_status(message, code, nullptr);
+    if (type) {
+        soup_server_message_set_response(message, type, SOUP_MEMORY_COPY, body.constData(),
+            static_cast<gsize>(body.size()));
+    }
+    if (GSocket *socket = soup_server_message_get_socket(message))
+        connections.limit(socket, limits.writeTimeout);
+}
+
+void HttpServerPrivate::refuseWith(
+    SoupServerMessage *message, unsigned code, const QByteArray &reason)
+{
+    VESK_WARN("request refused with " << code << ": " << reason);
+    soup_message_headers_replace(
+        soup_server_message_get_response_headers(message), "Connection", "close");
+    respond(message, code, "text/plain; charset=utf-8", reason + "\n");
+}
+
+HttpServer::HttpServer(
+    JsonRpcDispatcher *dispatcher, const HttpServerLimits &limits, QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<HttpServerPrivate>())
+{
+    d->q = this;
+    d->dispatcher = dispatcher;
+    d->limits = limits;
+    d->server = soup_server_new(nullptr, nullptr);
+    g_signal_connect(
+        d->server, "request-started", G_CALLBACK(&HttpServerPrivate::requestStarted), d.get());
+    soup_server_add_early_handler(
+        d->server, nullptr, &HttpServerPrivate::early, d.get(), nullptr);
+    soup_server_add_handler(d->server, nullptr, &HttpServerPrivate::gotBody, d.get(), nullptr);
+}
+
+HttpServer::~HttpServer()
+{
+    qDeleteAll(findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly));
+    soup_server_disconnect(d->server);
+    g_object_unref(d->server);
+}
+
+bool HttpServer::listen(const ListenAddress &address, QString &error)
+{
+    const QByteArray name = address.address == QLatin1String("localhost")
+        ? QByteArrayLiteral("127.0.0.1")
+        : address.address.toUtf8();
+    GSocketAddress *socketAddress
+        = g_inet_socket_address_new_from_string(name.constData(), address.port);
+    if (!socketAddress) {
+        error = QStringLiteral("%1 is no address").arg(address.address);
+        return false;
+    }
+    GError *failure = nullptr;
+    const bool listens = soup_server_listen(
+        d->server, socketAddress, static_cast<SoupServerListenOptions>(0), &failure);
+    g_object_unref(socketAddress);
+    if (!listens) {
+        error = QString::fromUtf8(failure->message);
+        g_error_free(failure);
+        return false;
+    }
+    GSList *uris = soup_server_get_uris(d->server);
+    d->port = static_cast<quint16>(g_uri_get_port(static_cast<GUri *>(uris->data)));
+    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(&g_uri_unref));
+    d->address = QString::fromUtf8(name);
+    return true;
+}
+
+quint16 HttpServer::port() const
+{
+    return d->port;
+}
+
+QString HttpServer::url() const
+{
+    const bool isIpv6 = d->address.contains(QLatin1Char(':'));
+    return QStringLiteral("http://%1:%2/")
+        .arg(isIpv6 ? QStringLiteral("[%1]").arg(d->address) : d->address,
+            QString::number(d->port));
+}
+
+int HttpServer::connections() const
+{
+    return d->connections.count();
+}
+
+void HttpServer::close()
+{
+    const auto sessions
+        = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
+    for (WebSocketSession *session : sessions)
+        session->close(SOUP_WEBSOCKET_CLOSE_GOING_AWAY);
+    soup_server_disconnect(d->server);
+}

@@ -1,0 +1,50 @@
+#include "host/rpc/JsonRpcDispatcher.h"
+
+#include "api/core/vesk.h"
+#include "host/rpc/JsonRpcExchange.h"
+
+JsonRpcCall::JsonRpcCall(
+    JsonRpcExchange *exchange, int index, const QVariantHash &params, JsonRpcPeer *peer)
+    : m_exchange(exchange)
+    , m_index(index)
+    , m_params(params)
+    , m_peer(peer)
+{
+}
+
+JsonRpcCall::~JsonRpcCall()
+{
+    fail({JsonRpcError::InternalError, QStringLiteral("The request was not answered."), {}});
+}
+
+void JsonRpcCall::finish(const QVariant &result)
+{
+    if (m_exchange)
+        m_exchange->finish(m_index, result);
+}
+
+void JsonRpcCall::fail(const JsonRpcError &error)
+{
+    if (m_exchange)
+        m_exchange->fail(m_index, error);
+}
+
+JsonRpcDispatcher::JsonRpcDispatcher(QObject *parent)
+    : QObject(parent)
+{
+}
+
+JsonRpcDispatcher::~JsonRpcDispatcher() = default;
+
+void JsonRpcDispatcher::addMethod(const QString &name, JsonRpcMethod method)
+{
+    VESK_ASSERT(method);
+    VESK_ASSERT(!m_methods.contains(name));
+    m_methods.insert(name, std::move(method));
+}
+
+void JsonRpcDispatcher::handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered)
+{
+    auto *exchange = new JsonRpcExchange(this, peer, std::move(answered), parseJsonRpc(message));
+    exchange->start();
+}

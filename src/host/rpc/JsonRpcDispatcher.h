@@ -1,0 +1,87 @@
+#pragma once
+
+#include "host/rpc/JsonRpc.h"
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <memory>
+
+class JsonRpcExchange;
+
+/// A client with a connection that stays, so that it can be told of things later. Lives on the
+/// dispatcher's thread; everything that concerns only this client ends when it is destroyed.
+class JsonRpcPeer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Most calls of one peer that wait for their answers.
+    static constexpr int MaxRunning = 64;
+
+    using QObject::QObject;
+
+    virtual void notify(const QString &method, const QVariant &params) = 0;
+
+private:
+    friend class JsonRpcExchange;
+    int m_running = 0;
+};
+
+/// One call that is being carried out. Is answered once: with a result, with an error, with an
+/// internal error when the last one who holds it lets go, or with a time-out; what comes later is
+/// dropped. Dispatcher's thread only.
+class JsonRpcCall
+{
+public:
+    JsonRpcCall(JsonRpcExchange *exchange, int index, const QVariantHash &params, JsonRpcPeer *peer);
+    JsonRpcCall(const JsonRpcCall &) = delete;
+    JsonRpcCall &operator=(const JsonRpcCall &) = delete;
+    ~JsonRpcCall();
+
+    const QVariantHash &params() const { return m_params; }
+    /// Null when the client has no lasting connection, or has gone.
+    JsonRpcPeer *peer() const { return m_peer; }
+
+    void finish(const QVariant &result);
+    void fail(const JsonRpcError &error);
+
+private:
+    const QPointer<JsonRpcExchange> m_exchange;
+    const int m_index;
+    const QVariantHash m_params;
+    const QPointer<JsonRpcPeer> m_peer;
+};
+
+using JsonRpcCallPtr = std::shared_ptr<JsonRpcCall>;
+using JsonRpcMethod = std::function<void(const JsonRpcCallPtr &)>;
+
+/// Carries out JSON-RPC messages by a table of methods: bytes in, bytes out, no sockets. Lives on
+/// one thread. A method may answer at once or later; a message is answered when all of its calls
+/// are, those that took longer than the deadline with an error.
+class JsonRpcDispatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    using Answered = std::function<void(const QByteArray &)>;
+
+    explicit JsonRpcDispatcher(QObject *parent = nullptr);
+    ~JsonRpcDispatcher() override;
+
+    void addMethod(const QString &name, JsonRpcMethod method);
+    /// 60 seconds unless it is set.
+    void setDeadline(int milliseconds) { m_deadlineMs = milliseconds; }
+    int deadline() const { return m_deadlineMs; }
+
+    /// Calls \a answered exactly once, maybe before this returns, with what to send back: nothing
+    /// when the message held only notifications. Not called any more once this is destroyed.
+    void handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered);
+
+private:
+    friend class JsonRpcExchange;
+    QHash<QString, JsonRpcMethod> m_methods;
+    int m_deadlineMs = 60000;
+};

@@ -1,0 +1,98 @@
+#include "host/rpc/JsonRpcExchange.h"
+
+#include "api/core/vesk.h"
+#include "api/web/VeskJson.h"
+
+JsonRpcExchange::JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *peer,
+    JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message)
+    : QObject(dispatcher)
+    , m_dispatcher(dispatcher)
+    , m_peer(peer)
+    , m_message(message)
+    , m_answered(std::move(answered))
+    , m_slots(message.requests.size())
+    , m_open(message.requests.size())
+{
+    m_deadline.setSingleShot(true);
+    veskConnect(&m_deadline, &QTimer::timeout, this, &JsonRpcExchange::timeOut);
+}
+
+void JsonRpcExchange::start()
+{
+    for (int index = 0; index < m_message.requests.size(); ++index)
+        begin(index);
+    if (m_open > 0)
+        m_deadline.start(m_dispatcher->deadline());
+}
+
+void JsonRpcExchange::begin(int index)
+{
+    const JsonRpcRequest &request = m_message.requests.at(index);
+    if (request.isInvalid)
+        return fail(index, request.error);
+    const JsonRpcMethod method = m_dispatcher->m_methods.value(request.method);
+    if (!method) {
+        return fail(index,
+            {JsonRpcError::MethodNotFound, QStringLiteral("There is no method of this name."), {}});
+    }
+    if (m_peer) {
+        if (m_peer->m_running >= JsonRpcPeer::MaxRunning) {
+            return fail(index,
+                {JsonRpcError::TooManyRequests,
+                    QStringLiteral("Too many requests are waiting for their answers."), {}});
+        }
+        ++m_peer->m_running;
+        m_slots[index].counted = true;
+    }
+    method(std::make_shared<JsonRpcCall>(this, index, request.params, m_peer));
+}
+
+void JsonRpcExchange::complete(int index, const QVariantHash &answer)
+{
+    Slot &slot = m_slots[index];
+    if (slot.done)
+        return;
+    slot.done = true;
+    slot.answer = answer;
+    if (slot.counted && m_peer)
+        --m_peer->m_running;
+    --m_open;
+    answerWhenDone();
+}
+
+void JsonRpcExchange::finish(int index, const QVariant &result)
+{
+    complete(index, jsonRpcResult(m_message.requests.at(index).id, result));
+}
+
+void JsonRpcExchange::fail(int index, const JsonRpcError &error)
+{
+    complete(index, jsonRpcFailure(m_message.requests.at(index).id, error));
+}
+
+void JsonRpcExchange::timeOut()
+{
+    // The last answer hands everything out but leaves this object in place until the event loop runs.
+    for (int index = 0; index < m_slots.size(); ++index) {
+        fail(index, {JsonRpcError::TimedOut, QStringLiteral("The request timed out."), {}});
+    }
+}
+
+void JsonRpcExchange::answerWhenDone()
+{
+    if (m_open > 0)
+        return;
+    m_deadline.stop();
+    deleteLater();
+
+    QVariantList answers;
+    for (int index = 0; index < m_slots.size(); ++index) {
+        if (!m_message.requests.at(index).isNotification)
+            answers.append(QVariant(m_slots.at(index).answer));
+    }
+    QByteArray bytes;
+    if (!answers.isEmpty())
+        bytes = VeskJson::write(m_message.isBatch ? QVariant(answers) : answers.first());
+    const JsonRpcDispatcher::Answered answered = std::move(m_answered);
+    answered(bytes);
+}

@@ -1,0 +1,159 @@
+#include "host/rpc/RpcMethods.h"
+
+#include "api/values/VeskRowsRoles.h"
+#include "host/rpc/RpcParams.h"
+
+namespace {
+
+QVariant rowsResult(const QVariant &value)
+{
+    const VeskRowsRoles rows(value.toHash());
+    return QVariantHash {{QStringLiteral("rowsCount"), rows.rowsCount()},
+        {QStringLiteral("rows"), rows.rows()},
+        {QStringLiteral("roles"), rows.roles().toHash()}};
+}
+
+QVariant changeParams(const CMChange &change)
+{
+    return QVariantHash {{QStringLiteral("path"), change.path.toEncoded()},
+        {QStringLiteral("kind"), change.kind}, {QStringLiteral("first"), change.first},
+        {QStringLiteral("last"), change.last}};
+}
+
+} // namespace
+
+RpcMethods::RpcMethods(JsonRpcDispatcher *dispatcher, QObject *parent)
+    : QObject(parent)
+{
+    const auto add = [&](const QString &name, void (RpcMethods::*method)(const JsonRpcCallPtr &)) {
+        dispatcher->addMethod(
+            name, [this, method](const JsonRpcCallPtr &call) { (this->*method)(call); });
+    };
+    add(QStringLiteral("getRows"), &RpcMethods::getRows);
+    add(QStringLiteral("getData"), &RpcMethods::getData);
+    add(QStringLiteral("setData"), &RpcMethods::setData);
+    add(QStringLiteral("subscribe"), &RpcMethods::subscribe);
+    add(QStringLiteral("unsubscribe"), &RpcMethods::unsubscribe);
+}
+
+RpcMethods::~RpcMethods() = default;
+
+JsonRpcError RpcMethods::toRpcError(const CMError &error)
+{
+    const int code = error.name() == CMError::NoNodeName() ? JsonRpcError::NoNode
+                                                           : JsonRpcError::RequestFailed;
+    return {code, error.message().toString(),
+        {{QStringLiteral("name"), error.name()}, {QStringLiteral("title"), error.title()}}};
+}
+
+void RpcMethods::getRows(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath path = params.path();
+    const QStringList roles = params.roles();
+    int first = 0;
+    int last = 0;
+    params.range(first, last);
+    if (params.failed())
+        return call->fail(params.error());
+    ask(
+        call,
+        [&](const CMReply<QVariant> &reply) {
+            return CMGetRowsRequest(path, roles, first, last, reply);
+        },
+        rowsResult);
+}
+
+void RpcMethods::getData(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath path = params.path();
+    const QStringList roles = params.roles();
+    if (params.failed())
+        return call->fail(params.error());
+    ask(
+        call,
+        [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
+        [](const QVariant &value) {
+            return QVariantHash {{QStringLiteral("values"), value.toList()}};
+        });
+}
+
+void RpcMethods::setData(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath path = params.path();
+    const QString role = params.role();
+    const QVariant value = params.value();
+    if (params.failed())
+        return call->fail(params.error());
+    ask(
+        call,
+        [&](const CMReply<QVariant> &reply) { return CMSetDataRequest(path, role, value, reply); },
+        [](const QVariant &answer) {
+            return QVariantHash {{QStringLiteral("value"), answer}};
+        });
+}
+
+void RpcMethods::ask(
+    const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult)
+{
+    const auto data = std::make_shared<CMReplyData<QVariant>>();
+    data->whenFinished(this, [data, call, makeResult = std::move(makeResult)] {
+        const CMError error = data->error();
+        if (error.isEmpty())
+            call->finish(makeResult(data->value()));
+        else
+            call->fail(toRpcError(error));
+    });
+    CMRoot()->request(makeRequest(CMReply<QVariant>(data)));
+}
+
+void RpcMethods::subscribe(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath path = params.path();
+    JsonRpcPeer *peer = call->peer();
+    if (!peer) {
+        return call->fail({JsonRpcError::MethodNotFound,
+            QStringLiteral("Subscriptions need a WebSocket connection."), {}});
+    }
+    if (params.failed())
+        return call->fail(params.error());
+
+    Subscriptions &subscriptions = subscriptionsOf(peer);
+    if (subscriptions.find(path) == subscriptions.end()) {
+        if (static_cast<int>(subscriptions.size()) >= MaxSubscriptions) {
+            return call->fail({JsonRpcError::TooManyRequests,
+                QStringLiteral("At most %1 paths can be subscribed to.").arg(MaxSubscriptions),
+                {}});
+        }
+        subscriptions.emplace(path, CMRoot()->subscribe(path, peer, [peer](const CMChange &change) {
+            peer->notify(QStringLiteral("changed"), changeParams(change));
+        }));
+    }
+    call->finish(QVariantHash());
+}
+
+void RpcMethods::unsubscribe(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath path = params.path();
+    if (!call->peer()) {
+        return call->fail({JsonRpcError::MethodNotFound,
+            QStringLiteral("Subscriptions need a WebSocket connection."), {}});
+    }
+    if (params.failed())
+        return call->fail(params.error());
+    subscriptionsOf(call->peer()).erase(path);
+    call->finish(QVariantHash());
+}
+
+RpcMethods::Subscriptions &RpcMethods::subscriptionsOf(JsonRpcPeer *peer)
+{
+    const auto it = m_subscriptions.find(peer);
+    if (it != m_subscriptions.end())
+        return it->second;
+    connect(peer, &QObject::destroyed, this, [this, peer] { m_subscriptions.erase(peer); });
+    return m_subscriptions[peer];
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "api/nodes/CMRequest.h"
+#include "api/nodes/CMRootWorker.h"
+#include "host/rpc/JsonRpcDispatcher.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+
+/// The methods by which clients browse: getRows, getData, setData, subscribe, unsubscribe. Each
+/// becomes a request to the root worker. Lives on the dispatcher's thread. docs/rpc.md is their
+/// description for clients.
+class RpcMethods : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Most paths that one client may be subscribed to.
+    static constexpr int MaxSubscriptions = 256;
+
+    explicit RpcMethods(JsonRpcDispatcher *dispatcher, QObject *parent = nullptr);
+    ~RpcMethods() override;
+
+    /// \a error as clients are told of it.
+    static JsonRpcError toRpcError(const CMError &error);
+
+private:
+    using Subscriptions = std::map<CMPath, std::unique_ptr<CMSubscription>>;
+    using MakeRequest = std::function<CMRequest(const CMReply<QVariant> &)>;
+    using MakeResult = std::function<QVariant(const QVariant &)>;
+
+    void getRows(const JsonRpcCallPtr &call);
+    void getData(const JsonRpcCallPtr &call);
+    void setData(const JsonRpcCallPtr &call);
+    void subscribe(const JsonRpcCallPtr &call);
+    void unsubscribe(const JsonRpcCallPtr &call);
+
+    void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
+    Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
+
+    std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
+};

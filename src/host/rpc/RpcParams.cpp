@@ -1,0 +1,95 @@
+#include "host/rpc/RpcParams.h"
+
+#include "api/values/VeskRoles.h"
+
+#include <limits>
+
+RpcParams::RpcParams(const QVariantHash &params)
+    : m_params(params)
+{
+}
+
+JsonRpcError RpcParams::error() const
+{
+    return {JsonRpcError::InvalidParams, m_error, {}};
+}
+
+CMPath RpcParams::path()
+{
+    const QVariant value = m_params.value(QStringLiteral("path"));
+    const CMPath path = value.userType() == QMetaType::QString
+        ? CMPath::fromEncoded(value.toString())
+        : CMPath();
+    if (path.isEmpty())
+        fail(QStringLiteral("\"path\" is the text form of a path."));
+    return path;
+}
+
+QStringList RpcParams::roles()
+{
+    const QVariant value = m_params.value(QStringLiteral("roles"));
+    if (value.isNull())
+        return VeskRoles::all();
+    const QString complaint = QStringLiteral("\"roles\" is a list of at most %1 role names.");
+    const QVariantList list = value.toList();
+    if (value.userType() != QMetaType::QVariantList || list.size() > MaxRoles) {
+        fail(complaint.arg(MaxRoles));
+        return {};
+    }
+    QStringList roles;
+    for (const QVariant &role : list) {
+        if (role.userType() != QMetaType::QString || role.toString().size() > MaxRoleLength)
+            fail(complaint.arg(MaxRoles));
+        roles.append(role.toString());
+    }
+    return roles;
+}
+
+QString RpcParams::role()
+{
+    const QVariant value = m_params.value(QStringLiteral("role"));
+    const QString role = value.userType() == QMetaType::QString ? value.toString() : QString();
+    if (role.isEmpty() || role.size() > MaxRoleLength)
+        fail(QStringLiteral("\"role\" is the name of a role."));
+    return role;
+}
+
+void RpcParams::range(int &first, int &last)
+{
+    first = 0;
+    index(QStringLiteral("first"), first);
+    last = first > std::numeric_limits<int>::max() - DefaultRows ? first : first + DefaultRows - 1;
+    if (!index(QStringLiteral("last"), last))
+        return;
+    if (last < first)
+        fail(QStringLiteral("\"last\" is not before \"first\"."));
+    else if (last - first >= MaxRows)
+        fail(QStringLiteral("At most %1 rows are answered at once.").arg(MaxRows));
+}
+
+QVariant RpcParams::value()
+{
+    if (!m_params.contains(QStringLiteral("value")))
+        fail(QStringLiteral("\"value\" is missing."));
+    return m_params.value(QStringLiteral("value"));
+}
+
+bool RpcParams::index(const QString &name, int &value)
+{
+    const QVariant given = m_params.value(name);
+    if (given.isNull())
+        return false;
+    const qlonglong number = given.userType() == QMetaType::LongLong ? given.toLongLong() : -1;
+    if (number < 0 || number > std::numeric_limits<int>::max()) {
+        fail(QStringLiteral("\"%1\" is a whole number from 0 on.").arg(name));
+        return false;
+    }
+    value = static_cast<int>(number);
+    return true;
+}
+
+void RpcParams::fail(const QString &error)
+{
+    if (m_error.isEmpty())
+        m_error = error;
+}

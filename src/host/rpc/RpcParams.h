@@ -1,0 +1,42 @@
+#pragma once
+
+#include "api/values/CMPath.h"
+#include "host/rpc/JsonRpc.h"
+
+#include <QStringList>
+
+/// Reads the parameters of one call. The first parameter that is missing or of the wrong type is
+/// kept as the error; reading goes on with empty values. A parameter that is null counts as missing.
+class RpcParams
+{
+public:
+    /// Most role names, and most characters of one, that a request may name.
+    static constexpr int MaxRoles = 100;
+    static constexpr int MaxRoleLength = 100;
+    /// Rows in one answer, and what is answered when no range is asked for.
+    static constexpr int MaxRows = 10000;
+    static constexpr int DefaultRows = 100;
+
+    explicit RpcParams(const QVariantHash &params);
+
+    bool failed() const { return !m_error.isEmpty(); }
+    JsonRpcError error() const;
+
+    /// "path" as a path that addresses something.
+    CMPath path();
+    /// "roles": every role when it is missing.
+    QStringList roles();
+    /// "role".
+    QString role();
+    /// "first" and "last", from 0, inclusive.
+    void range(int &first, int &last);
+    /// "value": anything, but it must be there.
+    QVariant value();
+
+private:
+    void fail(const QString &error);
+    bool index(const QString &name, int &value);
+
+    const QVariantHash m_params;
+    QString m_error;
+};

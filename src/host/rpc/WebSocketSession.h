@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/rpc/JsonRpcDispatcher.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+
+struct _GIOStream;
+struct _SoupWebsocketConnection;
+
+/// A client at the other end of a WebSocket: each text message is a JSON-RPC message. Main thread.
+/// Deletes itself when the connection is closed, by whichever side. Drops a client that does not
+/// read what it is sent, that sends what is no text, or that never finishes a message.
+class WebSocketSession : public JsonRpcPeer
+{
+    Q_OBJECT
+
+public:
+    /// Longest message that is taken.
+    static constexpr int MaxMessage = 64 * 1024;
+    /// Bytes on their way to a client that reads slowly or not at all.
+    static constexpr quint64 MaxBacklog = 4 * 1024 * 1024;
+    /// Bytes that come beside whole messages: unfinished ones, pings, the frames of fragments. A
+    /// client has this many to spend, and gets back so many a second.
+    static constexpr quint64 MaxExtra = 1024 * 1024;
+    static constexpr quint64 ExtraPerSecond = 100;
+
+    /// Takes over \a stream, on which the handshake is complete.
+    WebSocketSession(_GIOStream *stream, JsonRpcDispatcher *dispatcher, QObject *parent);
+    ~WebSocketSession() override;
+
+    void notify(const QString &method, const QVariant &params) override;
+    /// Says good-bye with a close code (RFC 6455, section 7.4); the client answers, or is dropped.
+    void close(unsigned short code);
+
+private:
+    struct Handlers;
+
+    void receive(const QByteArray &message);
+    /// More may be read: a frame of \a payload bytes was taken for what it is.
+    void allow(quint64 payload);
+    void send(const QByteArray &message);
+    /// Ends the connection without another word.
+    void drop(const char *reason);
+    void ended();
+
+    JsonRpcDispatcher *const m_dispatcher;
+    _GIOStream *const m_stream;
+    _SoupWebsocketConnection *m_connection = nullptr;
+    QElapsedTimer m_sinceAllowed;
+    /// Framed bytes that were handed to the connection.
+    quint64 m_queued = 0;
+    bool m_ended = false;
+};

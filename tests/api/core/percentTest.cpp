@@ -1,0 +1,236 @@
+#include "api/core/percent.h"
+
+#include <gtest/gtest.h>
+
+#include <QUrl>
+
+#include <random>
+#include <string>
+
+namespace {
+
+QString decode(const QString &text)
+{
+    bool ok = false;
+    const QString decoded = veskPercentDecode(text, &ok);
+    EXPECT_TRUE(ok) << text.toStdString();
+    return decoded;
+}
+
+/// Any Unicode text, with the characters that matter to paths and URLs more often than others.
+QString randomText(std::mt19937 &random)
+{
+    static const QString favoured = QStringLiteral(":/?&=+%#. ~-_\"\\aZ0");
+    QString text;
+    const auto length = random() % 40;
+    for (unsigned i = 0; i < length; ++i) {
+        uint c = random() % 0x110000;
+        switch (random() % 4) {
+        case 0:
+            text += favoured.at(int(random() % uint(favoured.size())));
+            continue;
+        case 1:
+            c %= 0x80;
+            break;
+        case 2:
+            c %= 0x3000;
+            break;
+        default:
+            break;
+        }
+        if (!QChar::isSurrogate(c))
+            text += QString::fromUcs4(&c, 1);
+    }
+    return text;
+}
+
+} // namespace
+
+TEST(PercentEncode, leavesUnreservedCharactersAlone)
+{
+    const QString unreserved
+        = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~");
+    const QString encoded = veskPercentEncode(unreserved);
+    EXPECT_EQ(encoded, unreserved);
+    EXPECT_EQ(encoded.constData(), unreserved.constData()) << "a text that stays shall be shared";
+}
+
+TEST(PercentEncode, writesEveryOtherAsciiCharacterAsUppercaseEscape)
+{
+    for (ushort c = 0; c < 0x80; ++c) {
+        const QString text(1, QChar(c));
+        const bool unreserved = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z')
+            || (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '_' || c == '~';
+        const QString expected = unreserved ? text
+                                            : QLatin1Char('%')
+                + QString::number(c, 16).rightJustified(2, QLatin1Char('0')).toUpper();
+        EXPECT_EQ(veskPercentEncode(text), expected) << c;
+    }
+}
+
+TEST(PercentEncode, keepsTheCharactersThatItIsToldTo)
+{
+    const QString text = QStringLiteral("a/b?c\u00e9");
+    EXPECT_EQ(veskPercentEncode(text, "/"), QStringLiteral("a/b%3Fc%C3%A9"));
+    EXPECT_EQ(veskPercentEncode(text, "/?"), QStringLiteral("a/b?c%C3%A9"));
+    EXPECT_EQ(veskPercentEncode(text), QStringLiteral("a%2Fb%3Fc%C3%A9"));
+}
+
+TEST(PercentEncode, encodesNulEvenWhenCharactersAreKept)
+{
+    EXPECT_EQ(veskPercentEncode(QString(1, QChar(0)), "/"), QStringLiteral("%00"));
+}
+
+TEST(PercentEncode, encodesAllLengthsOfUtf8)
+{
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\u007f")), QStringLiteral("%7F"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\u0080")), QStringLiteral("%C2%80"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\u07ff")), QStringLiteral("%DF%BF"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\u0800")), QStringLiteral("%E0%A0%80"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\uffff")), QStringLiteral("%EF%BF%BF"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\U00010000")), QStringLiteral("%F0%90%80%80"));
+    EXPECT_EQ(veskPercentEncode(QStringLiteral("\U0010ffff")), QStringLiteral("%F4%8F%BF%BF"));
+}
+
+TEST(PercentEncode, writesALoneSurrogateAsReplacementCharacter)
+{
+    const QChar high(0xD83D);
+    const QChar low(0xDE00);
+    EXPECT_EQ(veskPercentEncode(QString(high)), QStringLiteral("%EF%BF%BD"));
+    EXPECT_EQ(veskPercentEncode(QString(low)), QStringLiteral("%EF%BF%BD"));
+    EXPECT_EQ(veskPercentEncode(QString(low) + high), QStringLiteral("%EF%BF%BD%EF%BF%BD"));
+    EXPECT_EQ(veskPercentEncode(QString(high) + QLatin1Char('a')), QStringLiteral("%EF%BF%BDa"));
+    EXPECT_EQ(
+        veskPercentEncode(QString(high) + high + low), QStringLiteral("%EF%BF%BD%F0%9F%98%80"));
+}
+
+TEST(PercentEncode, keepsSurrogatePairsTogetherInLongTexts)
+{
+    // Whatever size the pieces have in which a long text is encoded, some pair lies across their
+    // end.
+    for (int before = 0; before < 3; ++before) {
+        const QString text
+            = QString(before, QLatin1Char(' ')) + QStringLiteral("\U0001F600").repeated(2000);
+        const QString expected = QStringLiteral("%20").repeated(before)
+            + QStringLiteral("%F0%9F%98%80").repeated(2000);
+        EXPECT_TRUE(veskPercentEncode(text) == expected) << before;
+    }
+}
+
+TEST(PercentEncode, agreesWithQUrlOnAnyUnicodeText)
+{
+    std::mt19937 random(1);
+    for (int i = 0; i < 20000; ++i) {
+        const QString text = randomText(random);
+        ASSERT_EQ(veskPercentEncode(text).toLatin1(), QUrl::toPercentEncoding(text));
+        ASSERT_EQ(veskPercentEncode(text, "/").toLatin1(), QUrl::toPercentEncoding(text, "/"));
+    }
+}
+
+TEST(PercentEncode, appendsToWhatIsThere)
+{
+    QString out = QStringLiteral("a b");
+    veskAppendPercentEncoded(out, QStringLiteral("c d"));
+    EXPECT_EQ(out, QStringLiteral("a bc%20d"));
+    veskAppendPercentEncoded(out, QStringLiteral("/e"), "/");
+    EXPECT_EQ(out, QStringLiteral("a bc%20d/e"));
+    veskAppendPercentEncoded(out, QString());
+    EXPECT_EQ(out, QStringLiteral("a bc%20d/e"));
+}
+
+TEST(PercentEncode, appendsATextToItself)
+{
+    QString text = QStringLiteral("a b");
+    veskAppendPercentEncoded(text, text);
+    EXPECT_EQ(text, QStringLiteral("a ba%20b"));
+}
+
+TEST(PercentDecode, undoesEncodingOfAnyUnicodeText)
+{
+    std::mt19937 random(2);
+    for (int i = 0; i < 20000; ++i) {
+        const QString text = randomText(random);
+        ASSERT_EQ(decode(veskPercentEncode(text)), text);
+    }
+}
+
+TEST(PercentDecode, readsHexDigitsOfEitherCase)
+{
+    EXPECT_EQ(decode(QStringLiteral("%c3%A9%C3%a9")), QStringLiteral("\u00e9\u00e9"));
+}
+
+TEST(PercentDecode, leavesAPlusAPlus)
+{
+    EXPECT_EQ(decode(QStringLiteral("a+b%2Bc")), QStringLiteral("a+b+c"));
+}
+
+TEST(PercentDecode, readsCharactersThatAreNotEncodedAsTheyAre)
+{
+    EXPECT_EQ(
+        decode(QStringLiteral("\u00e9 %41 \U0001F600")), QStringLiteral("\u00e9 A \U0001F600"));
+}
+
+TEST(PercentDecode, decodesOnceOnly)
+{
+    EXPECT_EQ(decode(QStringLiteral("%2541")), QStringLiteral("%41"));
+}
+
+TEST(PercentDecode, readsNul)
+{
+    EXPECT_EQ(decode(QStringLiteral("a%00b")), QString::fromLatin1("a\0b", 3));
+}
+
+class DamagedEscape : public testing::TestWithParam<const char *> { };
+
+TEST_P(DamagedEscape, isRefused)
+{
+    bool ok = true;
+    EXPECT_EQ(veskPercentDecode(QString::fromUtf8(GetParam()), &ok), QString());
+    EXPECT_FALSE(ok);
+}
+
+INSTANTIATE_TEST_SUITE_P(PercentDecode, DamagedEscape,
+    testing::Values("%", "a%", "%4", "a%4", "%%", "%%41", "%G1", "%1G", "%-1", "%+1", "% 1", "%0x",
+        "%4\xc3\xa9",
+        // a continuation byte alone, one too few, an escape or a character in between
+        "%80", "%BF", "%C3", "%C3a", "%C3%", "%C3%A", "%C3%41", "%E2%82", "%E2%82x", "%F0%9F%98",
+        // overlong forms, surrogates, beyond Unicode, bytes that UTF-8 has no use for
+        "%C0%80", "%C1%BF", "%E0%80%80", "%E0%9F%BF", "%F0%80%80%80", "%F0%8F%BF%BF", "%ED%A0%80",
+        "%ED%BF%BF", "%F4%90%80%80", "%F5%80%80%80", "%F8%88%80%80%80", "%FE", "%FF"));
+
+TEST(PercentDecode, refusesLoneSurrogates)
+{
+    for (const QString &text : {QString(QChar(0xD800)), QString(QChar(0xDC00)),
+             QChar(0xD800) + QStringLiteral("%41"), QStringLiteral("%41") + QChar(0xDC00),
+             QStringLiteral("%41") + QChar(0xD800) + QLatin1Char('a')}) {
+        bool ok = true;
+        EXPECT_TRUE(veskPercentDecode(text, &ok).isEmpty());
+        EXPECT_FALSE(ok);
+    }
+}
+
+TEST(PercentDecode, survivesWithoutAPlaceForItsVerdict)
+{
+    EXPECT_EQ(veskPercentDecode(QStringLiteral("%")), QString());
+    EXPECT_EQ(veskPercentDecode(QStringLiteral("%41")), QStringLiteral("A"));
+}
+
+TEST(PercentDecode, readsOrRefusesAnyNoise)
+{
+    std::mt19937 random(3);
+    const QString alphabet = QStringLiteral("%%%%0123456789ABCDEFabcdefGx\u00e9 +");
+    int refused = 0;
+    for (int i = 0; i < 20000; ++i) {
+        QString text;
+        for (unsigned n = random() % 12; n > 0; --n)
+            text += alphabet.at(int(random() % uint(alphabet.size())));
+        bool ok = false;
+        const QString decoded = veskPercentDecode(text, &ok);
+        if (ok) {
+            ASSERT_EQ(decode(veskPercentEncode(decoded)), decoded);
+        } else {
+            ++refused;
+        }
+    }
+    EXPECT_GT(refused, 1000);
+}

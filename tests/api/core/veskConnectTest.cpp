@@ -1,0 +1,138 @@
+#include "api/core/vesk.h"
+
+#include "tests/support/LogCapture.h"
+#include "tests/support/WorkerThread.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace {
+
+struct Unregistered { };
+
+struct Declared { };
+
+} // namespace
+Q_DECLARE_METATYPE(Declared)
+
+class Talker : public QObject {
+    Q_OBJECT
+
+Q_SIGNALS:
+    void plain(int number, const QString &text);
+    void pointer(Unregistered *value);
+    void unregistered(int number, const Unregistered &value);
+    void declared(const Declared &value);
+};
+
+class Listener : public QObject {
+    Q_OBJECT
+
+public:
+    void onPlain(int number, const QString &) { sum += number; }
+    std::atomic<int> sum {0};
+};
+
+namespace {
+
+bool verify(const QObject &sender, void (Talker::*signal)(const Declared &),
+    const QObject &receiver, Qt::ConnectionType type)
+{
+    return verifyConnectionSignalParameters(
+        &sender, QMetaMethod::fromSignal(signal), &receiver, type);
+}
+
+const QMetaMethod unregisteredSignal = QMetaMethod::fromSignal(&Talker::unregistered);
+
+} // namespace
+
+class ConnectionParameters : public testing::Test {
+protected:
+    WorkerThread thread {[] { return new Listener; }};
+    Talker talker;
+    Listener here;
+    LogCapture log {"Vesk"};
+
+    const QObject &there() const { return *thread.object(); }
+    bool check(const QMetaMethod &signal, const QObject &receiver, Qt::ConnectionType type)
+    {
+        return verifyConnectionSignalParameters(&talker, signal, &receiver, type);
+    }
+};
+
+TEST_F(ConnectionParameters, areFineWhenRegistered)
+{
+    const QMetaMethod plain = QMetaMethod::fromSignal(&Talker::plain);
+    EXPECT_TRUE(check(plain, there(), Qt::AutoConnection));
+    EXPECT_TRUE(check(plain, there(), Qt::QueuedConnection));
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST_F(ConnectionParameters, areFineWhenPointers)
+{
+    EXPECT_TRUE(check(QMetaMethod::fromSignal(&Talker::pointer), there(), Qt::QueuedConnection));
+}
+
+TEST_F(ConnectionParameters, areFineWhenDeclaredThoughNeverUsedBefore)
+{
+    EXPECT_TRUE(verify(talker, &Talker::declared, there(), Qt::QueuedConnection));
+}
+
+TEST_F(ConnectionParameters, mustBeRegisteredToCrossThreads)
+{
+    EXPECT_FALSE(check(unregisteredSignal, there(), Qt::AutoConnection));
+    EXPECT_EQ(log.lines(),
+        QStringList(
+            QStringLiteral("ERROR Cannot queue signal Talker::unregistered(int,Unregistered): "
+                           "parameter type Unregistered is no registered meta-type")));
+}
+
+TEST_F(ConnectionParameters, mustBeRegisteredToBeQueuedOnOneThread)
+{
+    EXPECT_FALSE(check(unregisteredSignal, here, Qt::QueuedConnection));
+    EXPECT_FALSE(check(
+        unregisteredSignal, here, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection)));
+}
+
+TEST_F(ConnectionParameters, mayBeAnythingInACallThatIsNotQueued)
+{
+    EXPECT_TRUE(check(unregisteredSignal, here, Qt::AutoConnection));
+    EXPECT_TRUE(check(unregisteredSignal, there(), Qt::DirectConnection));
+    EXPECT_TRUE(check(unregisteredSignal, there(), Qt::BlockingQueuedConnection));
+    EXPECT_TRUE(log.lines().isEmpty());
+}
+
+TEST(VeskConnect, connects)
+{
+    Talker talker;
+    Listener listener;
+    const QMetaObject::Connection connection
+        = veskConnect(&talker, &Talker::plain, &listener, &Listener::onPlain);
+    EXPECT_TRUE(connection);
+    Q_EMIT talker.plain(3, QString());
+    EXPECT_EQ(listener.sum, 3);
+}
+
+TEST(VeskConnect, connectsAcrossThreads)
+{
+    WorkerThread thread([] { return new Listener; });
+    auto *const listener = static_cast<Listener *>(thread.object());
+    Talker talker;
+    veskConnect(&talker, &Talker::plain, listener, &Listener::onPlain);
+    Q_EMIT talker.plain(4, QString());
+    EXPECT_TRUE(spinUntil([listener] { return listener->sum == 4; }));
+}
+
+TEST(VeskConnectDeathTest, stopsTheProcessWhenItCannotConnect)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    Talker talker;
+    Listener listener;
+    const Qt::ConnectionType once = Qt::ConnectionType(Qt::AutoConnection | Qt::UniqueConnection);
+    veskConnect(&talker, &Talker::plain, &listener, &Listener::onPlain, once);
+    EXPECT_DEATH(veskConnect(&talker, &Talker::plain, &listener, &Listener::onPlain, once),
+        "Assertion failed: connection");
+}
+
+#include "veskConnectTest.moc"

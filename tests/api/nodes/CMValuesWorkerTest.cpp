@@ -1,0 +1,251 @@
+#include "api/nodes/CMValuesWorker.h"
+
+#include "api/values/VeskTuneInAccount.h"
+#include "tests/api/nodes/TestNodes.h"
+
+#include <QCoreApplication>
+
+#include <atomic>
+#include <limits>
+#include <thread>
+
+namespace {
+
+const QString valueRole = VeskRoles::Value();
+
+class Values : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        root.addWorker(QStringLiteral("V"), &values);
+        values.define(path("V:bool"), VeskValue::fromBool(false), CMValuesWorker::Writable);
+        values.define(path("V:int"), VeskValue::fromInt(1), CMValuesWorker::Writable);
+        values.define(path("V:text"), VeskValue::fromString(QStringLiteral("a")),
+            CMValuesWorker::Writable, text("Text"));
+        values.define(path("V:fixed"), VeskValue::fromString(QStringLiteral("f")));
+        QObject::connect(&values, &CMValuesWorker::valueChanged, &values,
+            [this](const CMPath &changed, const VeskValue &, bool byRequest) {
+                told.append(changed.toEncoded()
+                    + (byRequest ? QStringLiteral(" by request") : QString()));
+            });
+    }
+    void TearDown() override { root.removeWorker(&values); }
+
+    Answer set(const char *to, const QVariant &value)
+    {
+        return setData(root, path(to), valueRole, value);
+    }
+
+    CMRootWorker root;
+    CMValuesWorker values;
+    QStringList told;
+};
+
+TEST_F(Values, AnswersAtOnceOnTheThreadThatAsks)
+{
+    const Answer answer = getData(root, path("V:text"), {valueRole});
+    ASSERT_TRUE(answer.isThere());
+    EXPECT_EQ(VeskValue(VeskHash(answer.list().value(0).toHash())).string_(),
+        QStringLiteral("a"));
+    std::thread([this] {
+        EXPECT_EQ(VeskValue(VeskHash(root.getValue(path("V:int")).toHash())).int_(), 1);
+    }).join();
+}
+
+TEST_F(Values, AnswersTheRolesOfAValue)
+{
+    const Answer answer = getData(root, path("V:text?p=1"),
+        {VeskRoles::Path(), VeskRoles::Type(), VeskRoles::Title(), VeskRoles::Icon()});
+    EXPECT_EQ(answer.list().value(0), QVariant(QStringLiteral("V:text?p=1")));
+    EXPECT_EQ(answer.list().value(1), QVariant(4));
+    EXPECT_EQ(TrString::fromVariant(answer.list().value(2)), text("Text"));
+    EXPECT_FALSE(answer.list().value(3).isValid());
+    EXPECT_EQ(getData(root, path("V:text"), CMAllRoles()).list().size(), VeskRoles::all().size());
+    EXPECT_TRUE(
+        getData(root, path("V:bool"), {VeskRoles::Title()}).list().value(0).isNull());
+}
+
+TEST_F(Values, HasNothingElsewhereAndNoRows)
+{
+    for (const char *elsewhere : {"V:", "V:gone", "V:text/x"})
+        EXPECT_EQ(getData(root, path(elsewhere), {valueRole}).errorName(), CMError::NoNodeName());
+    EXPECT_EQ(setData(root, path("V:gone"), valueRole, 1).errorName(), CMError::NoNodeName());
+    EXPECT_EQ(getRows(root, path("V:text"), {valueRole}, 0, 9).errorText(),
+        QStringLiteral("A value has no rows."));
+    EXPECT_TRUE(matchRow(root, path("V:text"), valueRole, 1).isError());
+}
+
+TEST_F(Values, AreChangedByARequestWithAValueOrAPlainOne)
+{
+    const Answer hash = set("V:text", VeskValue::fromString(QStringLiteral("b")));
+    EXPECT_EQ(VeskValue(VeskHash(hash.value().toHash())).string_(), QStringLiteral("b"));
+    EXPECT_EQ(values.value(path("V:text")).string_(), QStringLiteral("b"));
+
+    const Answer plain = set("V:bool", true);
+    EXPECT_TRUE(VeskValue(VeskHash(plain.value().toHash())).bool_());
+    EXPECT_TRUE(values.value(path("V:bool")).bool_());
+    set("V:int?p=1", 5.0);
+    EXPECT_EQ(values.value(path("V:int")).int_(), 5);
+    EXPECT_EQ(told,
+        (QStringList {QStringLiteral("V:text by request"), QStringLiteral("V:bool by request"),
+            QStringLiteral("V:int by request")}));
+}
+
+TEST_F(Values, AreNotChangedByARequestThatMayNot)
+{
+    const Answer fixed = set("V:fixed", QStringLiteral("x"));
+    EXPECT_EQ(fixed.errorText(), QStringLiteral("The value cannot be changed."));
+    values.pin(path("V:text"));
+    EXPECT_TRUE(set("V:text", QStringLiteral("x")).isError());
+    EXPECT_TRUE(setData(root, path("V:int"), VeskRoles::Title(), 3).isError());
+    EXPECT_EQ(values.value(path("V:fixed")).string_(), QStringLiteral("f"));
+    EXPECT_EQ(values.value(path("V:text")).string_(), QStringLiteral("a"));
+    EXPECT_EQ(values.value(path("V:int")).int_(), 1);
+    EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(Values, AreNotChangedByAWrongType)
+{
+    VeskValue odd;
+    odd.insert(QStringLiteral("type"), static_cast<int>(VeskValueType::string_));
+    odd.insert(QStringLiteral("string_"), QVariantList {1});
+    const std::vector<std::pair<const char *, QVariant>> wrong {
+        {"V:bool", QStringLiteral("yes")},
+        {"V:bool", 2},
+        {"V:bool", VeskValue::fromString(QStringLiteral("true"))},
+        {"V:int", QStringLiteral("five")},
+        {"V:int", 1.5},
+        {"V:int", 4e9},
+        {"V:int", true},
+        {"V:int", std::numeric_limits<double>::quiet_NaN()},
+        {"V:text", QVariant()},
+        {"V:text", QVariantList {1}},
+        {"V:text", QVariantHash {{QStringLiteral("a"), 1}}},
+        {"V:text", VeskValue::fromInt(1)},
+        {"V:text", odd},
+        {"V:text", QVariantHash {{QStringLiteral("type"), 4}}},
+    };
+    for (const auto &[to, value] : wrong) {
+        const Answer answer = set(to, value);
+        EXPECT_EQ(answer.errorText(), QStringLiteral("The value is not of the right type."))
+            << to << " " << value.typeName();
+    }
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_FALSE(values.value(path("V:bool")).bool_());
+    EXPECT_EQ(values.value(path("V:int")).int_(), 1);
+    EXPECT_EQ(values.value(path("V:text")).string_(), QStringLiteral("a"));
+}
+
+TEST_F(Values, AreSetByTheHostWhateverTheirAccess)
+{
+    EXPECT_TRUE(values.setValue(path("V:fixed"), VeskValue::fromString(QStringLiteral("g"))));
+    EXPECT_EQ(told, QStringList {QStringLiteral("V:fixed")});
+    EXPECT_FALSE(values.setValue(path("V:fixed"), VeskValue::fromInt(1)));
+    EXPECT_FALSE(values.setValue(path("V:gone"), VeskValue::fromInt(1)));
+    values.pin(path("V:fixed"));
+    EXPECT_FALSE(values.setValue(path("V:fixed"), VeskValue::fromString(QStringLiteral("h"))));
+    EXPECT_EQ(values.value(path("V:fixed")).string_(), QStringLiteral("g"));
+}
+
+TEST_F(Values, TellTheirSubscribersOnlyOfChanges)
+{
+    QObject context;
+    QStringList heard;
+    const auto note = [&](const CMChange &change) {
+        EXPECT_EQ(change.kind, CMSubscribe::ValueChanged());
+        heard.append(change.path.toEncoded());
+    };
+    const auto plain = root.subscribe(path("V:text"), &context, note);
+    const auto copied = root.subscribe(path("V:text?sid=1"), &context, note);
+    const auto other = root.subscribe(path("V:int"), &context, note);
+    EXPECT_FALSE(set("V:text", QStringLiteral("a")).isError());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(heard.isEmpty());
+    EXPECT_TRUE(told.isEmpty());
+    set("V:text", QStringLiteral("b"));
+    QCoreApplication::processEvents();
+    heard.sort();
+    EXPECT_EQ(heard, (QStringList {QStringLiteral("V:text"), QStringLiteral("V:text?sid=1")}));
+}
+
+TEST_F(Values, AreReadAgainInAnotherLanguageWhenTheyHaveATitle)
+{
+    QObject context;
+    QStringList heard;
+    const auto note = [&](const CMChange &change) { heard.append(change.path.toEncoded()); };
+    const auto titled = root.subscribe(path("V:text"), &context, note);
+    const auto plain = root.subscribe(path("V:int"), &context, note);
+    root.notifyLanguageChanged();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(heard, QStringList {QStringLiteral("V:text")});
+}
+
+TEST_F(Values, ListTheirPaths)
+{
+    EXPECT_EQ(values.paths().size(), 4);
+    EXPECT_TRUE(values.paths().contains(path("V:text")));
+    EXPECT_TRUE(values.value(path("V:gone")).isEmpty());
+}
+
+TEST_F(Values, TakeChangesOfManyThreadsAtOnce)
+{
+    QObject::disconnect(&values, nullptr, &values, nullptr);
+    std::atomic<int> changes {0};
+    QObject::connect(&values, &CMValuesWorker::valueChanged, &values,
+        [&](const CMPath &, const VeskValue &, bool) { ++changes; }, Qt::DirectConnection);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([this, i] {
+            for (int n = 0; n < 250; ++n) {
+                ASSERT_TRUE(set("V:int", 10 + i * 250 + n).isThere());
+                ASSERT_TRUE(root.getValue(path("V:int")).isValid());
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join();
+    EXPECT_EQ(changes, 1000);
+}
+
+TEST(ValuesFromPlain, ReadsWhatIsMeantAsTheType)
+{
+    const auto read = &CMValuesWorker::fromPlain;
+    for (const QVariant &yes : {QVariant(true), QVariant(QStringLiteral("true")), QVariant(1),
+             QVariant(QStringLiteral("1"))})
+        EXPECT_EQ(read(yes, VeskValueType::bool_), VeskValue::fromBool(true));
+    EXPECT_EQ(read(QStringLiteral("false"), VeskValueType::bool_), VeskValue::fromBool(false));
+    EXPECT_EQ(read(QStringLiteral("-7"), VeskValueType::int_), VeskValue::fromInt(-7));
+    EXPECT_EQ(read(QVariant(7.0), VeskValueType::int_), VeskValue::fromInt(7));
+    EXPECT_EQ(read(QStringLiteral("1.5"), VeskValueType::double_).double_(), 1.5);
+    EXPECT_EQ(read(QVariant(128), VeskValueType::string_),
+        VeskValue::fromString(QStringLiteral("128")));
+    EXPECT_EQ(read(QString(), VeskValueType::string_), VeskValue::fromString(QString()));
+
+    VeskTuneInAccount account;
+    account.setUserName(QStringLiteral("me"));
+    EXPECT_EQ(read(account, VeskValueType::tuneInAccount).tuneInAccount().userName(),
+        QStringLiteral("me"));
+    QVariantMap map;
+    map.insert(QStringLiteral("userName"), QStringLiteral("me"));
+    EXPECT_EQ(read(map, VeskValueType::tuneInAccount).tuneInAccount().userName(),
+        QStringLiteral("me"));
+    EXPECT_TRUE(read(QStringLiteral("x"), VeskValueType::tuneInAccount).isEmpty());
+    EXPECT_TRUE(read(true, VeskValueType::none).isEmpty());
+    EXPECT_TRUE(read(QVariant(std::numeric_limits<double>::infinity()), VeskValueType::double_)
+                    .isEmpty());
+}
+
+TEST(ValuesDeathTest, AreDefinedOnce)
+{
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_DEATH(
+        {
+            CMValuesWorker values;
+            values.define(path("V:x"), VeskValue::fromInt(1));
+            values.define(path("V:x"), VeskValue::fromInt(2));
+        },
+        "");
+}
+
+}

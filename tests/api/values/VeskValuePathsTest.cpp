@@ -1,0 +1,14 @@
+#include "api/values/VeskValuePaths.h"
+
+#include <gtest/gtest.h>
+
+TEST(VeskValuePaths, areFixed)
+{
+    EXPECT_EQ(VeskChildElementsInSingleListPath().toEncoded(),
+        QStringLiteral("settings:browser/childElementsInSingleList"));
+    EXPECT_EQ(VeskUILanguagePath().toEncoded(), QStringLiteral("settings:ui/language"));
+    EXPECT_EQ(VeskSystemMemberIdPath().toEncoded(), QStringLiteral("system:memberId"));
+    EXPECT_EQ(VeskNetworkStateEthernetMAC().toEncoded(), QStringLiteral("network:ethernet/mac"));
+    EXPECT_EQ(VeskNetworkStateConnected().toEncoded(), QStringLiteral("network:connected"));
+    EXPECT_EQ(VeskService_Id(), QStringLiteral("serviceId"));
+}

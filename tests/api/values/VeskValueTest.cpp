@@ -1,0 +1,148 @@
+#include "api/values/VeskValue.h"
+
+#include "api/values/VeskTuneInAccount.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+VeskValue value(const QVariantHash &hash)
+{
+    return VeskValue(VeskHash(hash));
+}
+
+const QString typeKey = QStringLiteral("type");
+
+} // namespace
+
+TEST(VeskValueType, hasFixedCodesAndNames)
+{
+    EXPECT_EQ(int(VeskValueType::bool_), 1);
+    EXPECT_EQ(int(VeskValueType::string_), 4);
+    EXPECT_EQ(int(VeskValueType::tuneInAccount), 115);
+    for (const auto type : {VeskValueType::bool_, VeskValueType::int_, VeskValueType::double_,
+             VeskValueType::string_, VeskValueType::hash, VeskValueType::tuneInAccount}) {
+        EXPECT_FALSE(VeskValueType::toString(type).isEmpty());
+        EXPECT_EQ(VeskValueType::fromString(VeskValueType::toString(type)), type);
+    }
+    EXPECT_EQ(VeskValueType::toString(VeskValueType::string_), QStringLiteral("string_"));
+    EXPECT_EQ(
+        VeskValueType::toString(VeskValueType::tuneInAccount), QStringLiteral("tuneInAccount"));
+    EXPECT_EQ(VeskValueType::toString(VeskValueType::none), QString());
+    EXPECT_EQ(VeskValueType::toString(VeskValueType::Enum(99)), QString());
+    EXPECT_EQ(VeskValueType::fromString(QString()), VeskValueType::none);
+    EXPECT_EQ(VeskValueType::fromString(QStringLiteral("String_")), VeskValueType::none);
+}
+
+TEST(VeskValue, isOfNoTypeWhenEmpty)
+{
+    const VeskValue empty;
+    EXPECT_EQ(empty.type(), VeskValueType::none);
+    EXPECT_FALSE(empty.bool_());
+    EXPECT_EQ(empty.int_(), 0);
+    EXPECT_EQ(empty.double_(), 0.0);
+    EXPECT_EQ(empty.string_(), QString());
+    EXPECT_TRUE(empty.tuneInAccount().isEmpty());
+}
+
+TEST(VeskValue, keepsTheValueUnderItsTypesName)
+{
+    EXPECT_EQ(VeskValue::fromString(QStringLiteral("abc")).toHash(),
+        QVariantHash({{typeKey, 4}, {QStringLiteral("string_"), QStringLiteral("abc")}}));
+    EXPECT_EQ(VeskValue::fromBool(true).toHash(),
+        QVariantHash({{typeKey, 1}, {QStringLiteral("bool_"), true}}));
+    EXPECT_EQ(
+        VeskValue::fromInt(7).toHash(), QVariantHash({{typeKey, 2}, {QStringLiteral("int_"), 7}}));
+}
+
+TEST(VeskValue, readsOnlyAsItsOwnType)
+{
+    const VeskValue string = VeskValue::fromString(QStringLiteral("1"));
+    EXPECT_EQ(string.string_(), QStringLiteral("1"));
+    EXPECT_FALSE(string.bool_());
+    EXPECT_EQ(string.int_(), 0);
+    EXPECT_EQ(string.double_(), 0.0);
+    EXPECT_TRUE(VeskValue::fromBool(true).bool_());
+    EXPECT_EQ(VeskValue::fromBool(true).int_(), 0);
+    EXPECT_EQ(VeskValue::fromInt(7).int_(), 7);
+    EXPECT_EQ(VeskValue::fromInt(7).string_(), QString());
+    VeskValue real;
+    real.setDouble(1.5);
+    EXPECT_EQ(real.double_(), 1.5);
+    EXPECT_EQ(real.type(), VeskValueType::double_);
+    EXPECT_EQ(real.int_(), 0);
+}
+
+TEST(VeskValue, holdsOneValueAtATime)
+{
+    VeskValue value = VeskValue::fromString(QStringLiteral("abc"));
+    value.setBool(true);
+    EXPECT_EQ(value, VeskValue::fromBool(true));
+    value.setInt(2);
+    EXPECT_EQ(value, VeskValue::fromInt(2));
+}
+
+TEST(VeskValue, holdsAnAccount)
+{
+    VeskTuneInAccount account;
+    account.setUserName(QStringLiteral("me"));
+    VeskValue value;
+    value.setTuneInAccount(account);
+    EXPECT_EQ(value.type(), VeskValueType::tuneInAccount);
+    EXPECT_EQ(value.tuneInAccount(), account);
+    const QVariant variant = value;
+    EXPECT_EQ(
+        VeskValue(VeskHash(variant.toHash())).tuneInAccount().userName(), QStringLiteral("me"));
+}
+
+TEST(VeskValue, readsItsTypeFromACodeOrAName)
+{
+    const QString abc = QStringLiteral("abc");
+    for (const QVariant &type : {QVariant(4), QVariant(qlonglong(4)), QVariant(4.0),
+             QVariant(QStringLiteral("4")), QVariant(QStringLiteral("string_"))}) {
+        const VeskValue read = value({{typeKey, type}, {QStringLiteral("string_"), abc}});
+        EXPECT_EQ(read.type(), VeskValueType::string_);
+        EXPECT_EQ(read.string_(), abc);
+    }
+}
+
+TEST(VeskValue, isOfNoTypeWhenTheTypeIsUnknown)
+{
+    for (const QVariant &type : {QVariant(0), QVariant(99), QVariant(QStringLiteral("text")),
+             QVariant(1e300), QVariant(QVariantHash()), QVariant()}) {
+        const VeskValue read
+            = value({{typeKey, type}, {QStringLiteral("string_"), QStringLiteral("abc")}});
+        EXPECT_EQ(read.type(), VeskValueType::none);
+        EXPECT_EQ(read.string_(), QString());
+    }
+}
+
+TEST(VeskValue, isOfTheTypeUnderWhoseNameAValueStandsWhenNoTypeIsGiven)
+{
+    const VeskValue string = value({{QStringLiteral("string_"), QStringLiteral("abc")}});
+    EXPECT_EQ(string.type(), VeskValueType::string_);
+    EXPECT_EQ(string.string_(), QStringLiteral("abc"));
+    const VeskValue account = value({{QStringLiteral("tuneInAccount"),
+        QVariantHash {{QStringLiteral("userName"), QStringLiteral("me")}}}});
+    EXPECT_EQ(account.tuneInAccount().userName(), QStringLiteral("me"));
+    EXPECT_EQ(value({{QStringLiteral("other"), 1}}).type(), VeskValueType::none);
+}
+
+TEST(VeskValue, readsMistypedContentAsEmpty)
+{
+    EXPECT_EQ(value({{QStringLiteral("string_"), QVariantList {1}}}).string_(), QString());
+    EXPECT_FALSE(value({{QStringLiteral("bool_"), QVariantHash()}}).bool_());
+    EXPECT_EQ(value({{QStringLiteral("int_"), 1e300}}).int_(), 0);
+    EXPECT_EQ(value({{QStringLiteral("double_"), QStringLiteral("x")}}).double_(), 0.0);
+    EXPECT_TRUE(value({{QStringLiteral("tuneInAccount"), 1}}).tuneInAccount().isEmpty());
+}
+
+TEST(VeskValue, survivesAVariantOfItsOwnType)
+{
+    const VeskValue seven = VeskValue::fromInt(7);
+    const QVariant variant = QVariant::fromValue(seven);
+    EXPECT_EQ(variant.value<VeskValue>(), seven);
+    EXPECT_EQ(variant.toHash(), seven.toHash());
+    EXPECT_EQ(variant, QVariant::fromValue(VeskValue::fromInt(7)));
+    EXPECT_NE(variant, QVariant::fromValue(VeskValue::fromInt(8)));
+}

@@ -1,0 +1,175 @@
+#include "tests/api/web/HttpFixture.h"
+
+namespace {
+
+class HttpClientFaultTest : public testing::Test
+{
+protected:
+    /// How a request to a server that always answers so ends. The client must work on after it.
+    HttpClientResult resultOf(
+        const ScriptedServer::Response &response, const HttpClientOptions &options = {})
+    {
+        const ScriptedServer server([&response](const ScriptedServer::Request &request) {
+            return request.target == "/good" ? answerWith("good") : response;
+        });
+        const HttpClientResult result = fetch(client, urlOf(server, "/"), options);
+        EXPECT_EQ(fetch(client, urlOf(server, "/good")).data(), "good");
+        if (result.status() != HttpClientStatus::Success)
+            EXPECT_TRUE(result.data().isEmpty());
+        return result;
+    }
+    HttpClientStatus statusOf(
+        const ScriptedServer::Response &response, const HttpClientOptions &options = {})
+    {
+        return resultOf(response, options).status();
+    }
+
+    static ScriptedServer::Response ending(ScriptedServer::End end, int sendBytes = 0)
+    {
+        ScriptedServer::Response response = answerWith(QByteArray(100000, 'x'));
+        response.end = end;
+        response.sendBytes = sendBytes;
+        return response;
+    }
+
+    HttpClient client { nullptr, HttpClient::Default, true };
+};
+
+using End = ScriptedServer::End;
+
+} // namespace
+
+TEST_F(HttpClientFaultTest, aNameWithoutAnAddress)
+{
+    // Longer than a label may be: no name server need be asked.
+    const VeskUrl url(QStringLiteral("http://%1.example/").arg(QString(64, QLatin1Char('x'))));
+    const HttpClientResult result = fetch(client, url);
+    EXPECT_EQ(result.status(), HttpClientStatus::ResolveFailed);
+    EXPECT_EQ(result.code(), 0);
+    EXPECT_EQ(result.url(), url);
+}
+
+TEST_F(HttpClientFaultTest, aPortThatNobodyListensAt)
+{
+    VeskUrl url;
+    {
+        const ScriptedServer server(always(answerWith("x")));
+        url = urlOf(server, "/");
+    }
+    EXPECT_EQ(fetch(client, url).status(), HttpClientStatus::ConnectFailed);
+    EXPECT_EQ(send(client, url, "x").status(), HttpClientStatus::ConnectFailed);
+}
+
+TEST_F(HttpClientFaultTest, aServerThatNeverAnswers)
+{
+    EXPECT_EQ(statusOf(ending(End::StallBeforeHead), withTimeout(100)), HttpClientStatus::TimedOut);
+}
+
+TEST_F(HttpClientFaultTest, aServerThatStopsAnswering)
+{
+    const HttpClientResult result = resultOf(ending(End::Stall, 50000), withTimeout(100));
+    EXPECT_EQ(result.status(), HttpClientStatus::TimedOut);
+    EXPECT_EQ(result.code(), 200);
+}
+
+TEST_F(HttpClientFaultTest, timeoutsOfDifferentLengthsEndInTheirOrder)
+{
+    const ScriptedServer server(always(ending(End::StallBeforeHead)));
+    QList<int> ended;
+    for (const int timeout : { 300, 100, 200 })
+        client.get(urlOf(server, "/"), withTimeout(timeout),
+            [&ended, timeout](const HttpClientResult &result) {
+                EXPECT_EQ(result.status(), HttpClientStatus::TimedOut);
+                ended.append(timeout);
+            });
+    fetch(client, urlOf(server, "/"), withTimeout(400));
+    EXPECT_EQ(ended, (QList<int> { 100, 200, 300 }));
+}
+
+TEST_F(HttpClientFaultTest, aZeroTimeoutSetsNone)
+{
+    EXPECT_EQ(statusOf(answerWith("x"), withTimeout(0)), HttpClientStatus::Success);
+    EXPECT_EQ(statusOf(answerWith("x"), withTimeout(-5)), HttpClientStatus::Success);
+}
+
+TEST_F(HttpClientFaultTest, aConnectionThatIsReset)
+{
+    EXPECT_EQ(statusOf(ending(End::ResetBeforeHead)), HttpClientStatus::ConnectionLost);
+    EXPECT_EQ(statusOf(ending(End::Reset, 0)), HttpClientStatus::ConnectionLost);
+    EXPECT_EQ(statusOf(ending(End::Reset, 5000)), HttpClientStatus::ConnectionLost);
+}
+
+TEST_F(HttpClientFaultTest, aBodyCutShortOfItsLength)
+{
+    EXPECT_EQ(statusOf(ending(End::Truncate, 0)), HttpClientStatus::ConnectionLost);
+    EXPECT_EQ(statusOf(ending(End::Truncate, 99999)), HttpClientStatus::ConnectionLost);
+}
+
+TEST_F(HttpClientFaultTest, aChunkedBodyCutShort)
+{
+    const QByteArray head = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
+    EXPECT_EQ(statusOf(rawAnswer(head)), HttpClientStatus::ConnectionLost);
+    EXPECT_EQ(statusOf(rawAnswer(head + "5\r\nab")), HttpClientStatus::ConnectionLost);
+    EXPECT_EQ(statusOf(rawAnswer(head + "2\r\nab\r\n")), HttpClientStatus::ConnectionLost);
+}
+
+TEST_F(HttpClientFaultTest, aServerThatClosesWithoutAWord)
+{
+    EXPECT_EQ(statusOf(rawAnswer("")), HttpClientStatus::ConnectionLost);
+}
+
+TEST_F(HttpClientFaultTest, anAnswerThatIsNoHttp)
+{
+    for (const char *garbage : { "junk", "SSH-2.0-OpenSSH_9.2\r\n", "ICY 200 OK\r\n\r\nx",
+             "HTTP/1.1 abc\r\n\r\n", "HTTP/9.9 200 OK\r\n\r\n",
+             "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n",
+             "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
+             "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n No Header\r\n\x01\x02\r\n\r\nx" })
+        EXPECT_NE(statusOf(rawAnswer(garbage)), HttpClientStatus::Success) << garbage;
+    EXPECT_EQ(statusOf(rawAnswer("junk that goes on")), HttpClientStatus::ProtocolError);
+    EXPECT_EQ(statusOf(rawAnswer(QByteArray(1000000, 'j'))), HttpClientStatus::ProtocolError);
+    EXPECT_EQ(
+        statusOf(rawAnswer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n")),
+        HttpClientStatus::ProtocolError);
+}
+
+TEST_F(HttpClientFaultTest, aBodyThatCannotBeDecoded)
+{
+    for (const char *encoding : { "gzip", "deflate" }) {
+        EXPECT_EQ(statusOf(answerWith(QByteArray(1000, 'x'), { { "Content-Encoding", encoding } })),
+            HttpClientStatus::ProtocolError)
+            << encoding;
+    }
+    EXPECT_EQ(statusOf(answerWith("x", { { "Content-Encoding", "unheard-of" } })),
+        HttpClientStatus::ProtocolError);
+}
+
+TEST_F(HttpClientFaultTest, headsWithoutEnd)
+{
+    QByteArray head = "HTTP/1.1 200 OK\r\n";
+    while (head.size() < 1000000)
+        head += "X-More: " + QByteArray(1000, 'x') + "\r\n";
+    EXPECT_EQ(statusOf(rawAnswer(head + "\r\n")), HttpClientStatus::ProtocolError);
+
+    QByteArray interim;
+    while (interim.size() < 1000000)
+        interim += "HTTP/1.1 103 Early Hints\r\nX: " + QByteArray(1000, 'x') + "\r\n\r\n";
+    EXPECT_EQ(statusOf(rawAnswer(interim)), HttpClientStatus::ProtocolError);
+
+    QByteArray trailers = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n0\r\n";
+    while (trailers.size() < 1000000)
+        trailers += "X: " + QByteArray(1000, 'x') + "\r\n";
+    EXPECT_EQ(statusOf(rawAnswer(trailers + "\r\n")), HttpClientStatus::ProtocolError);
+
+    EXPECT_EQ(statusOf(rawAnswer("HTTP/1.1 200 OK\r\nX: " + QByteArray(1000000, 'x') + "\r\n\r\n")),
+        HttpClientStatus::ProtocolError);
+}
+
+TEST_F(HttpClientFaultTest, aServerThatGoesAwayBetweenTwoRequests)
+{
+    auto server = std::make_unique<ScriptedServer>(always(answerWith("x")));
+    const VeskUrl url = urlOf(*server, "/");
+    EXPECT_EQ(fetch(client, url).status(), HttpClientStatus::Success);
+    server.reset();
+    EXPECT_EQ(fetch(client, url).status(), HttpClientStatus::ConnectFailed);
+}

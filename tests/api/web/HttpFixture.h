@@ -1,0 +1,61 @@
+#pragma once
+
+#include "api/web/HttpClient.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+/// Runs the calling thread's event loop until one exchange has ended. \a start gets the function to
+/// complete. Fails the test when it does not end within ten seconds, ends within \a start, or twice.
+HttpClientResult waitForExchange(const std::function<void(HttpClient::Function)> &start);
+
+HttpClientResult fetch(
+    HttpClient &client, const VeskUrl &url, const HttpClientOptions &options = {});
+HttpClientResult send(HttpClient &client, const VeskUrl &url, const QByteArray &body);
+
+HttpClientOptions withTimeout(int milliseconds);
+HttpClientOptions withLimit(int bytes);
+
+/// An answer of code 200.
+ScriptedServer::Response answerWith(
+    const QByteArray &body, const ScriptedServer::Headers &headers = {});
+ScriptedServer::Response redirectTo(const QByteArray &location, int code = 302);
+/// All that the server sends, status line included; then it closes.
+ScriptedServer::Response rawAnswer(const QByteArray &bytes);
+/// A handler that always answers so.
+ScriptedServer::Handler always(const ScriptedServer::Response &response);
+
+/// "http://127.0.0.1:PORT" and \a rest.
+VeskUrl urlOf(const ScriptedServer &server, const char *rest);
+
+/// \a data as Content-Encoding "gzip" and "deflate" carry it.
+QByteArray gzip(const QByteArray &data);
+QByteArray deflate(const QByteArray &data);
+
+/// A certificate authority of its own, in files that go with it.
+class TestAuthority
+{
+public:
+    struct Certificate {
+        QByteArray certificateFile;
+        QByteArray keyFile;
+    };
+
+    explicit TestAuthority(const char *name);
+    ~TestAuthority();
+
+    /// The authority's own certificate, PEM.
+    QString file() const;
+    /// A folder that holds it under its hashed name, as OpenSSL looks it up.
+    QByteArray hashedFolder() const;
+    /// Good for \a host from now on, or, with \a expired, until an hour ago.
+    Certificate issue(const char *host, bool expired = false);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};

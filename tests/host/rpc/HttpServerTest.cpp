@@ -1,0 +1,333 @@
+#include "host/rpc/HttpServer.h"
+
+#include "host/rpc/JsonRpcDispatcher.h"
+#include "tests/host/rpc/RawClient.h"
+
+#include <gmock/gmock.h>
+
+#include <vector>
+
+namespace {
+
+const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
+const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
+
+class HttpServerTest : public testing::Test
+{
+protected:
+    HttpServerTest() { startServer({}); }
+
+    void startServer(const HttpServerLimits &limits)
+    {
+        m_server.reset();
+        m_rpc = std::make_unique<JsonRpcDispatcher>();
+        m_rpc->addMethod(QStringLiteral("echo"),
+            [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
+        m_rpc->addMethod(QStringLiteral("keep"),
+            [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
+        m_server = std::make_unique<HttpServer>(m_rpc.get(), limits);
+        QString error;
+        ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error))
+            << error.toStdString();
+    }
+
+    quint16 port() const { return m_server->port(); }
+
+    QByteArray exchange(const QByteArray &request)
+    {
+        return inBackground([&] { return RawClient::exchange(port(), request); });
+    }
+
+    QByteArray get(const QByteArray &target, const QByteArray &headers = {})
+    {
+        return exchange(RawClient::request("GET", target, port(), headers));
+    }
+
+    QByteArray post(const QByteArray &body) { return exchange(RawClient::rpc(port(), body)); }
+
+    QByteArray postWith(const QByteArray &headers)
+    {
+        return exchange(RawClient::request("POST", "/jsonrpc", port(), headers, Echo));
+    }
+
+    QList<JsonRpcCallPtr> m_kept;
+    std::unique_ptr<JsonRpcDispatcher> m_rpc;
+    std::unique_ptr<HttpServer> m_server;
+};
+
+TEST_F(HttpServerTest, SaysWhereItListens)
+{
+    EXPECT_NE(port(), 0);
+    EXPECT_EQ(m_server->url(), QStringLiteral("http://127.0.0.1:%1/").arg(port()));
+}
+
+TEST_F(HttpServerTest, RefusesToListenWhereSomebodyElseDoes)
+{
+    HttpServer other(m_rpc.get());
+    QString error;
+    EXPECT_FALSE(other.listen({QStringLiteral("127.0.0.1"), port()}, error));
+    EXPECT_FALSE(error.isEmpty());
+}
+
+TEST_F(HttpServerTest, AnswersJsonRpc)
+{
+    const QByteArray response = post(Echo);
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(headerOf(response, "Content-Type"), "application/json");
+    EXPECT_EQ(bodyOf(response), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, AnswersWithoutContentWhenThereIsNothingToSay)
+{
+    EXPECT_EQ(statusOf(post(R"({"jsonrpc":"2.0","method":"echo"})")), 204);
+}
+
+TEST_F(HttpServerTest, AnswersAnEmptyBodyWithAParseError)
+{
+    const QByteArray response = exchange(RawClient::request(
+        "POST", "/jsonrpc", port(), "Content-Type: application/json\r\nContent-Length: 0\r\n"));
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_THAT(bodyOf(response).toStdString(), testing::HasSubstr("-32700"));
+}
+
+TEST_F(HttpServerTest, KeepsAConnectionForMoreRequests)
+{
+    const auto bodies = inBackground([this] {
+        RawClient client(port());
+        QList<QByteArray> all;
+        for (int i = 0; i < 3; ++i) {
+            client.send(RawClient::rpc(port(), Echo));
+            all.append(bodyOf(client.readResponse()));
+        }
+        return all;
+    });
+    EXPECT_EQ(bodies, (QList<QByteArray> {EchoAnswer, EchoAnswer, EchoAnswer}));
+}
+
+TEST_F(HttpServerTest, AnswersOneWhileAnotherStillWaits)
+{
+    const auto waiting = std::async(std::launch::async, [this] {
+        return RawClient::exchange(
+            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+    m_kept.first()->finish(5);
+    ASSERT_TRUE(spinUntil([&] {
+        return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    }));
+    EXPECT_EQ(bodyOf(const_cast<std::future<QByteArray> &>(waiting).get()),
+        R"({"id":9,"jsonrpc":"2.0","result":5})");
+}
+
+TEST_F(HttpServerTest, DropsTheAnswerForAClientThatHasGone)
+{
+    inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+        return 0;
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_kept.first()->finish(5);
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
+{
+    const auto waiting = std::async(std::launch::async, [this] {
+        return RawClient::exchange(
+            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_server.reset();
+    m_kept.first()->finish(5);
+    ASSERT_TRUE(spinUntil([&] {
+        return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    }));
+}
+
+TEST_F(HttpServerTest, RefusesAForeignHostName)
+{
+    const QByteArray head = "POST /jsonrpc HTTP/1.1\r\nContent-Type: application/json\r\n"
+                            "Content-Length: "
+        + QByteArray::number(Echo.size()) + "\r\n";
+    for (const QByteArray &host : {QByteArray("Host: evil.example\r\n"),
+             QByteArray("Host: evil.example:" + QByteArray::number(port()) + "\r\n"),
+             QByteArray("Host: localhost\r\nHost: localhost\r\n"),
+             QByteArray("Host: 127.0.0.1:1\r\n")}) {
+        EXPECT_EQ(statusOf(exchange(head + host + "\r\n" + Echo)), 403) << host.toStdString();
+    }
+    for (const QByteArray &host : {QByteArray("Host: localhost\r\n"), QByteArray("Host: [::1]\r\n"),
+             QByteArray("Host: LOCALHOST:" + QByteArray::number(port()) + "\r\n")}) {
+        EXPECT_EQ(statusOf(exchange(head + host + "\r\n" + Echo)), 200) << host.toStdString();
+    }
+}
+
+TEST_F(HttpServerTest, RefusesARequestWithoutHost)
+{
+    const QByteArray response = exchange("GET / HTTP/1.0\r\n\r\n");
+    EXPECT_THAT(statusOf(response), testing::AnyOf(400, 403));
+}
+
+TEST_F(HttpServerTest, RefusesAPageFromElsewhere)
+{
+    const QByteArray type = "Content-Type: application/json\r\n";
+    const QByteArray own = "http://127.0.0.1:" + QByteArray::number(port());
+    EXPECT_EQ(statusOf(postWith(type + "Origin: " + own + "\r\n")), 200);
+    for (const QByteArray &origin : {QByteArray("http://evil.example"), QByteArray("null"),
+             QByteArray(), QByteArray("https" + own.mid(4)), QByteArray("http://127.0.0.1")}) {
+        EXPECT_EQ(statusOf(postWith(type + "Origin: " + origin + "\r\n")), 403)
+            << origin.toStdString();
+    }
+    EXPECT_EQ(statusOf(get("/", "Origin: http://evil.example\r\n")), 403);
+}
+
+TEST_F(HttpServerTest, TakesNothingButJson)
+{
+    EXPECT_EQ(statusOf(postWith("")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: text/plain\r\n")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: application/x-www-form-urlencoded\r\n")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: application/json; charset=utf-8\r\n")), 200);
+}
+
+TEST_F(HttpServerTest, GetChangesNothing)
+{
+    const QByteArray response = get("/jsonrpc?method=echo");
+    EXPECT_EQ(statusOf(response), 405);
+    EXPECT_EQ(headerOf(response, "Allow"), "POST");
+    for (const QByteArray &method : {"PUT", "DELETE", "OPTIONS", "PATCH"}) {
+        EXPECT_EQ(statusOf(exchange(RawClient::request(method, "/jsonrpc", port()))), 405)
+            << method.toStdString();
+    }
+    EXPECT_EQ(statusOf(exchange(RawClient::request("POST", "/", port(),
+                  "Content-Type: application/json\r\n", Echo))),
+        405);
+}
+
+TEST_F(HttpServerTest, ServesAPageAtItsRootAndNothingElse)
+{
+    const QByteArray response = get("/");
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(bodyOf(response), "The content browser's page is not installed.\n");
+    for (const QByteArray &target : {"/index.html", "//", "/..", "/jsonrpc/", "/jsonrpc/x", "/ws/"})
+        EXPECT_EQ(statusOf(get(target)), 404) << target.toStdString();
+}
+
+TEST_F(HttpServerTest, AnswersHeadWithoutABody)
+{
+    const QByteArray response = inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::request("HEAD", "/", port(), "Connection: close\r\n"));
+        return client.readAll();
+    });
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(bodyOf(response), "");
+}
+
+TEST_F(HttpServerTest, EveryAnswerCarriesTheHeadersThatGuardAPage)
+{
+    for (const QByteArray &response : {get("/"), get("/nothing"), post(Echo)}) {
+        EXPECT_EQ(headerOf(response, "Content-Security-Policy"), "default-src 'self'");
+        EXPECT_EQ(headerOf(response, "X-Content-Type-Options"), "nosniff");
+        EXPECT_EQ(headerOf(response, "Referrer-Policy"), "no-referrer");
+        EXPECT_EQ(headerOf(response, "Access-Control-Allow-Origin"), "");
+    }
+}
+
+TEST_F(HttpServerTest, TakesABodyOfAtMostSixtyFourKibibytes)
+{
+    const auto padded = [](int size) {
+        QByteArray body = Echo;
+        return body.append(QByteArray(size - body.size(), ' '));
+    };
+    EXPECT_EQ(statusOf(post(padded(65536))), 200);
+    EXPECT_EQ(statusOf(post(padded(65537))), 413);
+    EXPECT_EQ(statusOf(post(padded(1000000))), 413);
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, BoundsABodyThatComesInChunks)
+{
+    const auto chunked = [this](int chunks) {
+        QByteArray body;
+        for (int i = 0; i < chunks; ++i)
+            body += "1000\r\n" + QByteArray(4096, ' ') + "\r\n";
+        return RawClient::request("POST", "/jsonrpc", port(),
+                   "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n")
+            + body + "0\r\n\r\n";
+    };
+    EXPECT_EQ(statusOf(exchange(chunked(16))), 200);
+    EXPECT_EQ(statusOf(exchange(chunked(17))), 413);
+}
+
+TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotFinishItsRequest)
+{
+    HttpServerLimits limits;
+    limits.readTimeout = 50;
+    startServer(limits);
+    for (const QByteArray &part : {QByteArray(), QByteArray("POST /jsonrpc HT"),
+             RawClient::rpc(port(), Echo).chopped(1)}) {
+        const QByteArray received = inBackground([&] {
+            RawClient client(port());
+            client.send(part);
+            return client.readAll();
+        });
+        EXPECT_EQ(received, "") << part.toStdString();
+    }
+}
+
+TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotTakeItsAnswer)
+{
+    HttpServerLimits limits;
+    limits.writeTimeout = 50;
+    startServer(limits);
+    m_rpc->addMethod(QStringLiteral("much"), [](const JsonRpcCallPtr &call) {
+        call->finish(QString(32 * 1024 * 1024, QLatin1Char('x')));
+    });
+    const auto client = std::make_unique<RawClient>(port());
+    client->send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":1,"method":"much"})"));
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 1; }));
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+}
+
+TEST_F(HttpServerTest, RefusesMoreConnectionsThanItsLimit)
+{
+    HttpServerLimits limits;
+    limits.connections = 3;
+    startServer(limits);
+    const auto statuses = inBackground([this] {
+        std::vector<std::unique_ptr<RawClient>> clients;
+        QList<int> all;
+        for (int i = 0; i < 4; ++i) {
+            clients.push_back(std::make_unique<RawClient>(port()));
+            clients.back()->send(RawClient::rpc(port(), Echo));
+            all.append(statusOf(clients.back()->readResponse()));
+        }
+        return all;
+    });
+    EXPECT_EQ(statuses, (QList<int> {200, 200, 200, 503}));
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+    EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
+}
+
+TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
+{
+    for (const QByteArray &bytes : {QByteArray("\r\n\r\n"), QByteArray(200000, 'A'),
+             QByteArray("GET\r\n\r\n"), QByteArray("POST /jsonrpc HTTP/9.9\r\n\r\n"),
+             QByteArray("\0\0\0\0\r\n\r\n", 8),
+             QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: -5\r\n\r\n"),
+             QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: 99999999999999999999\r\n\r\n"),
+             QByteArray("GET /%00 HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+             QByteArray("GET http://evil.example/ HTTP/1.1\r\nHost: evil.example\r\n\r\n")}) {
+        const QByteArray response = inBackground([&] {
+            RawClient client(port());
+            client.send(bytes);
+            client.finishSending();
+            return client.readAll();
+        });
+        EXPECT_NE(statusOf(response), 200) << bytes.left(40).toStdString();
+    }
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+} // namespace

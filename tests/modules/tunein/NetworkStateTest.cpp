@@ -1,0 +1,106 @@
+#include "tests/modules/tunein/TuneInFixture.h"
+
+#include "api/values/VeskValuePaths.h"
+
+#include <atomic>
+#include <thread>
+
+using testing::ElementsAre;
+
+namespace {
+
+const QString Enter = "TRACE Enter void "
+                      "CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue&): "_s;
+
+class NetworkStateTest : public TuneInFixture
+{
+protected:
+    void deliver(const VeskValue &value)
+    {
+        onWorker([&] {
+            ASSERT_TRUE(QMetaObject::invokeMethod(worker(), "on_networkStateConnectedItem_changed",
+                Qt::DirectConnection, Q_ARG(VeskValue, value)));
+        });
+    }
+};
+
+} // namespace
+
+TEST_F(NetworkStateTest, reachesTheWorkerFromTheHostsValue)
+{
+    start();
+    EXPECT_TRUE(worker()->networkStateConnected());
+    setNetwork(false);
+    EXPECT_FALSE(worker()->networkStateConnected());
+    setNetwork(true);
+    EXPECT_TRUE(worker()->networkStateConnected());
+    EXPECT_THAT(m_log.lines().filter("on_networkStateConnectedItem_changed"_s),
+        ElementsAre(Enter + "1"_s, Enter + "0"_s, Enter + "1"_s));
+    EXPECT_THAT(m_log.lines("DEBUG"_s).filter("Network is"_s),
+        ElementsAre("Network is up."_s, "Network is down."_s, "Network is up."_s));
+}
+
+TEST_F(NetworkStateTest, isDownWhenItBeginsDown)
+{
+    set(VeskNetworkStateConnected(), false);
+    start();
+    EXPECT_FALSE(worker()->networkStateConnected());
+    EXPECT_TRUE(m_log.contains("DEBUG Network is down."_s));
+}
+
+TEST_F(NetworkStateTest, isLoggedWithEachChange)
+{
+    start();
+    m_log.clear();
+    deliver(VeskValue::fromBool(false));
+    deliver(VeskValue::fromBool(true));
+    EXPECT_THAT(m_log.lines(),
+        ElementsAre(Enter + "0"_s, "DEBUG Network is down."_s, Enter + "1"_s,
+            "DEBUG Network is up."_s));
+    EXPECT_TRUE(worker()->networkStateConnected());
+}
+
+TEST_F(NetworkStateTest, readsAValueOfAnotherTypeAsDown)
+{
+    start();
+    deliver(VeskValue::fromString("true"_s));
+    EXPECT_FALSE(worker()->networkStateConnected());
+    deliver(VeskValue());
+    EXPECT_FALSE(worker()->networkStateConnected());
+}
+
+TEST_F(NetworkStateTest, isDownAtOnceOnTheWorkersThreadBeforeAnyValueCame)
+{
+    bool connected = true;
+    WorkerThread thread([&connected]() -> QObject * {
+        auto *worker = new CMTuneInWorker(defaultConfig());
+        connected = worker->networkStateConnected();
+        return worker;
+    });
+    EXPECT_FALSE(connected);
+    // The value comes with the event loop: then it is up there, too.
+    auto *created = static_cast<CMTuneInWorker *>(thread.object());
+    EXPECT_TRUE(created->networkStateConnected());
+    thread.call([&] { connected = created->networkStateConnected(); });
+    EXPECT_TRUE(connected);
+}
+
+TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsUntilTheFirstValueCame)
+{
+    std::atomic<bool> connected { false };
+    std::atomic<bool> asking { false };
+    std::thread asker;
+    WorkerThread thread([&]() -> QObject * {
+        auto *worker = new CMTuneInWorker(defaultConfig());
+        // The value, which is true, cannot come before this function returns.
+        asker = std::thread([&, worker] {
+            asking = true;
+            connected = worker->networkStateConnected();
+        });
+        while (!asking)
+            std::this_thread::yield();
+        return worker;
+    });
+    asker.join();
+    EXPECT_TRUE(connected);
+}

@@ -1,0 +1,368 @@
+#include "tests/modules/tunein/PlaybackFixture.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+class PlaybackStateTest : public PlaybackFixture
+{
+protected:
+    PlaybackStateTest() { start(); }
+};
+
+const char SkippedZero[] = "Skipped reporting duration, zero listening duration.";
+const char SkippedNoGuideId[] = "Skipped reporting duration, station without a guideID.";
+
+} // namespace
+
+TEST_F(PlaybackStateTest, reportsAPlayOfNinetyPausedTenAndThirtySecondsAsOneOf120)
+{
+    play(Playing);
+    FakeClock::advance(90000);
+    play(Paused);
+    FakeClock::advance(10000);
+    play(Playing);
+    FakeClock::advance(30000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 120, true) }));
+    EXPECT_FALSE(timerIsActive());
+}
+
+TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
+{
+    play(Playing);
+    FakeClock::advance(60000);
+    play(Paused);
+    FakeClock::advance(300000);
+    m_log.clear();
+    fireTimer();
+    EXPECT_THAT(m_log.lines("INFO"_s), Contains("Sending duration report after 5 minutes ..."_s));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 60, false) }));
+
+    m_log.clear();
+    play(Stopped);
+    EXPECT_THAT(m_log.lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
+    EXPECT_EQ(durationReports().size(), 1);
+}
+
+TEST_F(PlaybackStateTest, reportsOnlyWhatWasHeardAfterTheResumeOnceThePauseWasReported)
+{
+    play(Playing);
+    FakeClock::advance(60000);
+    play(Paused);
+    fireTimer();
+    play(Playing);
+    FakeClock::advance(7000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>({ durationReport("s1", 60, false), durationReport("s1", 7, true) }));
+}
+
+TEST_F(PlaybackStateTest, runsTheTimerOfFiveMinutesDuringAPauseOnly)
+{
+    EXPECT_FALSE(timerIsActive());
+    play(Playing);
+    EXPECT_FALSE(timerIsActive());
+    play(Paused);
+    onWorker([this] {
+        EXPECT_TRUE(timer()->isActive());
+        EXPECT_EQ(timer()->interval(), 300000);
+        EXPECT_FALSE(timer()->isSingleShot());
+    });
+    play(Playing);
+    EXPECT_FALSE(timerIsActive());
+    play(Paused);
+    EXPECT_TRUE(timerIsActive());
+    play(Stopped);
+    EXPECT_FALSE(timerIsActive());
+}
+
+TEST_F(PlaybackStateTest, stopsTheTimerWithItsFirstExpiry)
+{
+    play(Playing);
+    play(Paused);
+    m_log.clear();
+    fireTimer();
+    EXPECT_FALSE(timerIsActive());
+    EXPECT_EQ(m_log.lines().constFirst(),
+        "TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s);
+}
+
+TEST_F(PlaybackStateTest, warnsOfATimerThatExpiresOutsideAPause)
+{
+    play(Playing);
+    FakeClock::advance(5000);
+    m_log.clear();
+    fireTimer();
+    EXPECT_THAT(m_log.lines(),
+        ElementsAre("TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s,
+            "WARN Not sending duration report, not in paused state (timer should be already "
+            "stopped)."_s));
+    EXPECT_THAT(durationReports(), IsEmpty());
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 5, true) }));
+}
+
+TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
+{
+    play(Playing);
+    play(Paused);
+    m_log.clear();
+    fireTimer();
+    EXPECT_THAT(m_log.lines("INFO"_s), ElementsAre(QLatin1String(SkippedZero)));
+    play(Stopped);
+
+    play(Playing, 2, QString(), "http://stream.example/live"_s, QString());
+    FakeClock::advance(5000);
+    play(Paused);
+    m_log.clear();
+    fireTimer();
+    EXPECT_THAT(m_log.lines("INFO"_s), ElementsAre(QLatin1String(SkippedNoGuideId)));
+    EXPECT_THAT(durationReports(), IsEmpty());
+}
+
+TEST_F(PlaybackStateTest, logsEachTransitionOnce)
+{
+    for (const VeskPlayLogicState::Enum state : { Playing, Playing, Paused, Paused, Playing, Stopped, Stopped }) {
+        play(state);
+        FakeClock::advance(1000);
+    }
+    EXPECT_THAT(m_log.lines("INFO"_s).filter("TuneIn playback"_s),
+        ElementsAre("TuneIn playback started."_s, "TuneIn playback paused."_s,
+            "TuneIn playback started."_s, "TuneIn playback stopped."_s));
+    EXPECT_THAT(m_log.lines("TRACE"_s), Contains("Performing duration report"_s).Times(1));
+}
+
+TEST_F(PlaybackStateTest, logsEachRequest)
+{
+    play(Playing, 7);
+    play(Stopped, 7, "broken"_s);
+    EXPECT_TRUE(m_log.contains(
+        "TRACE previous state: stopped, new state: playing, playId: {id: 7}, error:"_s));
+    EXPECT_TRUE(m_log.contains(
+        "TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:broken"_s));
+}
+
+TEST_F(PlaybackStateTest, changesNothingWhenTheSameStateComesTwice)
+{
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Paused);
+    FakeClock::advance(10000);
+    play(Paused);
+    play(Stopped);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 20, true) }));
+    EXPECT_EQ(streamReports().size(), 1);
+}
+
+TEST_F(PlaybackStateTest, keepsTheIntervalRunningAcrossAReconnect)
+{
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Transitioning);
+    FakeClock::advance(5000);
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 25, true) }));
+    EXPECT_THAT(m_log.lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
+}
+
+TEST_F(PlaybackStateTest, startsEachPlayAtZero)
+{
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Stopped);
+    FakeClock::advance(1000000);
+    play(Playing);
+    FakeClock::advance(3000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>({ durationReport("s1", 10, true), durationReport("s1", 3, true) }));
+}
+
+TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
+{
+    play(Playing);
+    FakeClock::advance(1999);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 1, true) }));
+    play(Playing);
+    FakeClock::advance(999);
+    m_log.clear();
+    play(Stopped);
+    EXPECT_THAT(m_log.lines("INFO"_s), Contains(QLatin1String(SkippedZero)));
+}
+
+TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
+{
+    play(Playing);
+    play(Stopped);
+    FakeClock::advance(1000);
+    play(Paused);
+    const qint64 seconds = FakeClock::monotonic() / 1000;
+    FakeClock::advance(1000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", seconds, true) }));
+}
+
+TEST_F(PlaybackStateTest, countsTheWholeClockForAStopThatFollowsNoPlaying)
+{
+    play(Playing);
+    play(Stopped);
+    FakeClock::advance(1000);
+    play(Transitioning);
+    play(Stopped);
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>({ durationReport("s1", FakeClock::monotonic() / 1000, true) }));
+}
+
+TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
+{
+    play(Transitioning, 1);
+    EXPECT_THAT(streamReports(), IsEmpty());
+    play(Playing, 1);
+    play(Playing, 1);
+    play(Paused, 1);
+    play(Playing, 1);
+    EXPECT_EQ(streamReports(), QList<QByteArray>({ streamReport("s1") }));
+    play(Stopped, 1);
+    play(Playing, 2);
+    EXPECT_EQ(streamReports().size(), 2);
+}
+
+TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInWhateverState)
+{
+    play(Stopped, 1, "broken"_s);
+    play(Stopped, 1, "broken"_s);
+    play(Stopped, 1, "broken again"_s);
+    EXPECT_EQ(streamReports(), QList<QByteArray>({ streamReport("s1", "broken") }));
+    play(Transitioning, 2, "broken"_s);
+    EXPECT_EQ(streamReports().size(), 2);
+}
+
+TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
+{
+    play(Playing, 1);
+    play(Stopped, 1, "lost"_s);
+    play(Stopped, 1, "lost"_s);
+    play(Playing, 1);
+    play(Playing, 1);
+    EXPECT_EQ(streamReports(),
+        QList<QByteArray>({ streamReport("s1"), streamReport("s1", "lost"), streamReport("s1") }));
+}
+
+TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutAddress)
+{
+    play(Playing, 1, QString(), QString());
+    play(Playing, 1, "broken"_s, QString());
+    post(Playing, 1, QString(), VeskRoles());
+    EXPECT_THAT(server().requestLines(), IsEmpty());
+}
+
+TEST_F(PlaybackStateTest, keepsThePlayWhenATrackWithoutAddressComesBetween)
+{
+    play(Playing, 1);
+    play(Playing, 2, QString(), QString());
+    play(Playing, 1);
+    EXPECT_EQ(streamReports().size(), 1);
+}
+
+TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
+{
+    play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
+    FakeClock::advance(5000);
+    m_log.clear();
+    play(Stopped, 1, QString(), "http://stream.example/live"_s, QString());
+    EXPECT_THAT(m_log.lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedNoGuideId)));
+    ASSERT_EQ(streamReports().size(), 1);
+    EXPECT_THAT(streamReports().constFirst().toStdString(), Not(testing::HasSubstr("?c=stream&id=")));
+    EXPECT_THAT(durationReports(), IsEmpty());
+}
+
+TEST_F(PlaybackStateTest, prefersTheMessageOfZeroDuration)
+{
+    play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
+    m_log.clear();
+    play(Stopped);
+    EXPECT_THAT(m_log.lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
+}
+
+TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenTheStopComesWithANewPlay)
+{
+    play(Playing, 1, QString(), "http://stream.example/one"_s, "s1"_s);
+    FakeClock::advance(4000);
+    play(Stopped, 2, QString(), "http://stream.example/two"_s, "s2"_s);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 4, true) }));
+}
+
+TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
+{
+    play(Playing, 1);
+    play(Stopped, 1);
+    // A new play whose first request reports nothing: the guide id is gone.
+    play(Transitioning, 2, QString(), "http://stream.example/two"_s, "s2"_s);
+    FakeClock::advance(1000);
+    m_log.clear();
+    play(Stopped, 2, QString(), "http://stream.example/two"_s, "s2"_s);
+    EXPECT_THAT(m_log.lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
+}
+
+TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)
+{
+    play(Transitioning, 1);
+    const QByteArray firstSeen = QByteArray::number(FakeClock::epochSeconds());
+    FakeClock::advance(5000);
+    play(Playing, 1);
+    FakeClock::advance(5000);
+    play(Stopped, 1);
+    ASSERT_EQ(streamReports().size(), 1);
+    EXPECT_TRUE(streamReports().constFirst().contains("&listenId=" + firstSeen + "&"));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 5, true, firstSeen) }));
+}
+
+TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail)
+{
+    closeServer();
+    for (const VeskPlayLogicState::Enum state : { Playing, Paused, Playing, Stopped, Transitioning }) {
+        FakeClock::advance(2000);
+        const Answer answer = play(state);
+        EXPECT_TRUE(answer.error.isEmpty());
+        EXPECT_TRUE(answer.value.isNull());
+    }
+    openServer();
+}
+
+TEST_F(PlaybackStateTest, survivesWhateverIsPosted)
+{
+    const QString target = VeskTuneInStateChangePath().toEncoded();
+    for (const QVariant &value : { QVariant(), QVariant(7), QVariant("text"_s),
+             QVariant(QVariantList { 1, 2 }), QVariant(QVariantHash { { "state"_s, "playing"_s } }),
+             QVariant(QVariantHash { { "state"_s, -5 }, { "playId"_s, 3 }, { "trackRoles"_s, 1 } }),
+             QVariant(QVariantHash { { "state"_s, 99 }, { "error"_s, QVariantList { 1 } } }) }) {
+        const Answer answer = setData(target, VeskRoles::Activate(), value);
+        EXPECT_TRUE(answer.error.isEmpty());
+        EXPECT_TRUE(answer.value.isNull());
+    }
+    play(Playing);
+    EXPECT_EQ(streamReports().size(), 1);
+}
+
+TEST_F(PlaybackStateTest, sendsNothingWhileTheNetworkIsDown)
+{
+    setNetwork(false);
+    play(Playing);
+    FakeClock::advance(3000);
+    play(Stopped);
+    EXPECT_THAT(server().requestLines(), IsEmpty());
+    EXPECT_THAT(m_log.lines("ERROR"_s), Contains("Network is down!"_s).Times(2));
+}

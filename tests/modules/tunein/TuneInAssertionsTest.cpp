@@ -1,0 +1,107 @@
+#include "api/nodes/CMRequest.h"
+#include "modules/tunein/TuneInBrowseNode.h"
+#include "modules/tunein/TuneInContextNode.h"
+#include "modules/tunein/TuneInRequest.h"
+#include "tests/modules/tunein/TuneInFixture.h"
+
+using testing::HasSubstr;
+
+namespace {
+
+/// What a broken precondition leaves behind: the literal condition.
+std::string assertion(const std::string &condition)
+{
+    return "Assertion failed: " + condition + ", file ";
+}
+
+/// Each statement runs in a process of its own.
+class TuneInAssertionTest : public TuneInFixture
+{
+protected:
+    TuneInAssertionTest()
+    {
+        testing::GTEST_FLAG(death_test_style) = "threadsafe";
+        start();
+    }
+
+    CMGetRowsRequest rowsRequest(const QString &text)
+    {
+        return CMGetRowsRequest(CMPath::fromEncoded(text), { "title"_s }, 0, 9,
+            CMReply<QVariant>(std::make_shared<CMReplyData<QVariant>>()));
+    }
+
+    void showScreen(const QByteArray &elements, const QString &shown)
+    {
+        answerAll(screen(elements));
+        rows(shown, { "title"_s });
+    }
+};
+
+#define EXPECT_ASSERTION(statement, condition)                                                     \
+    EXPECT_DEATH(statement, HasSubstr(assertion(condition)))
+
+} // namespace
+
+TEST_F(TuneInAssertionTest, stopsARequestWithoutWorker)
+{
+    EXPECT_ASSERTION(TuneInRequest(nullptr), "tiWorker != NULL");
+}
+
+TEST_F(TuneInAssertionTest, stopsNodesWithoutWorker)
+{
+    EXPECT_ASSERTION(TuneInBrowseNode::create(nullptr, path("TuneIn:x"_s)), "tiWorker");
+    EXPECT_ASSERTION(TuneInPlayerContextNode::create(nullptr, path("TuneIn:x"_s), true), "tiWorker");
+    EXPECT_ASSERTION(TuneInBrowserContextNode::create(nullptr, path("TuneIn:x"_s)), "tiWorker");
+    EXPECT_ASSERTION(TuneInAddRemovePresetsNode::create(nullptr, path("TuneIn:x"_s)), "worker");
+}
+
+TEST_F(TuneInAssertionTest, stopsAnExchangeOfAnUnknownType)
+{
+    VeskTuneInResponse response;
+    EXPECT_ASSERTION(onWorker([&] {
+        TuneInRequest(worker()).request(VeskUrl("http://opml.radiotime.com/x"_s),
+            static_cast<TuneInRequest::RequestType>(2), response);
+    }),
+        "0");
+}
+
+TEST_F(TuneInAssertionTest, stopsAStreamReportAboutNothing)
+{
+    EXPECT_ASSERTION(onWorker([&] { worker()->sendAutomaticStreamReport({}, {}, "broken"_s); }),
+        "!guideId.isEmpty() || !streamUrl.isEmpty()");
+}
+
+TEST_F(TuneInAssertionTest, stopsADurationReportAboutNothing)
+{
+    EXPECT_ASSERTION(onWorker([&] { worker()->sendDurationReport({}, 10, true); }), "!guideId.isEmpty()");
+}
+
+TEST_F(TuneInAssertionTest, stopsAScreenThatIsNotBelowBrowse)
+{
+    TuneInBrowseNode *node = browseNode();
+    EXPECT_ASSERTION(onWorker([&] { node->getRowsRequest(rowsRequest("TuneIn:other/browse"_s)); }),
+        "requestPath.base().startsWith(\"browse\")");
+}
+
+TEST_F(TuneInAssertionTest, stopsASeparatorWhoseKeyCannotBeNavigated)
+{
+    const char condition[] = "!element.key().contains(QRegExp(\"[_~]\"))";
+    for (const char *key : { "a_b", "~1", "_" }) {
+        const QByteArray element = QByteArray(R"({"element":"outline","text":"A","key":")") + key + R"("})";
+        EXPECT_ASSERTION(showScreen(element, "TuneIn:browse/uri/x"_s), condition);
+    }
+}
+
+TEST_F(TuneInAssertionTest, stopsTheChoiceOfAStreamWithoutItsItem)
+{
+    const QByteArray stream = R"({"element":"outline","type":"audio","text":"A","URL":"http://h/x"})";
+    EXPECT_ASSERTION(showScreen(stream, "TuneIn:browse?veskTuneInMethod=tune&c=ebrowse&guideId=s1"_s),
+        "!veskMatchingPath.isEmpty()");
+}
+
+TEST_F(TuneInAssertionTest, stopsAPresetWithoutGuideId)
+{
+    const QString entry = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse"_s;
+    EXPECT_ASSERTION(data(entry, { "title"_s }), "!guideId.isEmpty()");
+    EXPECT_ASSERTION(setData(entry, VeskRoles::Activate(), {}), "!guideId.isEmpty()");
+}

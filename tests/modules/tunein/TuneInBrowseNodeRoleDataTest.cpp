@@ -1,0 +1,91 @@
+#include "tests/modules/tunein/TuneInFixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class TuneInBrowseRolesTest : public TuneInFixture
+{
+protected:
+    TuneInBrowseRolesTest()
+    {
+        start();
+        m_log.clear();
+    }
+
+    TrString title(const QString &params)
+    {
+        return TrString::fromVariant(role("TuneIn:browse"_s + params, "title"_s));
+    }
+
+    /// Everything but the browse node's own answer is the same without parameters.
+    QVariant plain(const QString &name) { return role("TuneIn:browse?x=y"_s, name); }
+};
+
+} // namespace
+
+TEST_F(TuneInBrowseRolesTest, titleAScreenByItsDisplayNameBeforeAll)
+{
+    EXPECT_EQ(title("?veskDisplayName=Music"_s).toString(), "Music"_s);
+    EXPECT_EQ(title("?veskDisplayName=Music&veskTuneInMethod=tune"_s).toString(), "Music"_s);
+    EXPECT_EQ(title("/uri/Browse.ashx?c=x&veskDisplayName=Rock%20%26%20Pop"_s).toString(), "Rock & Pop"_s);
+}
+
+TEST_F(TuneInBrowseRolesTest, titleAMethodsScreen)
+{
+    EXPECT_EQ(title("?veskTuneInMethod=tune"_s).sourceText(), "Choose stream"_s);
+    EXPECT_EQ(title("?veskTuneInMethod=search&query=x"_s).sourceText(), "Search Stations, Shows, Songs, or Artists"_s);
+    EXPECT_EQ(title("?veskTuneInMethod=wizard"_s).sourceText(), "Report a problem"_s);
+    EXPECT_TRUE(title("?veskTuneInMethod=tune"_s).isTranslatable());
+    EXPECT_THAT(m_log.lines("ERROR"_s), IsEmpty());
+}
+
+TEST_F(TuneInBrowseRolesTest, titleAnUnknownMethodByItsName)
+{
+    EXPECT_EQ(title("?veskTuneInMethod=dance"_s).toString(), "TuneIn-dance"_s);
+    ASSERT_EQ(m_log.lines("ERROR"_s).size(), 1);
+    EXPECT_TRUE(m_log.lines("ERROR"_s).constFirst().startsWith("getRoleData: unknown method: 'dance"_s));
+}
+
+TEST_F(TuneInBrowseRolesTest, titleTheRest)
+{
+    EXPECT_EQ(title(QString()).sourceText(), "TuneIn"_s);
+    EXPECT_EQ(title("/uri/Browse.ashx?c=music"_s).sourceText(), "TuneIn"_s);
+    EXPECT_EQ(title("?veskDisplayName=&veskTuneInMethod="_s).sourceText(), "TuneIn"_s);
+}
+
+TEST_F(TuneInBrowseRolesTest, offerToEndTheChoiceOfAStream)
+{
+    const VeskRoles cancel(VeskHash(role("TuneIn:browse?veskTuneInMethod=tune"_s, "cancel"_s).toHash()));
+    EXPECT_EQ(cancel.title(), TrString("TuneIn"_s, "Done"_s, "Tune cancel title"_s));
+    EXPECT_EQ(cancel.size(), 1);
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=search"_s, "cancel"_s), plain("cancel"_s));
+    EXPECT_EQ(role("TuneIn:browse"_s, "cancel"_s), plain("cancel"_s));
+}
+
+TEST_F(TuneInBrowseRolesTest, offerTheSearchAtTheRootOnly)
+{
+    const VeskRoles search(VeskHash(role("TuneIn:browse"_s, "search"_s).toHash()));
+    EXPECT_EQ(search.path(), path("TuneIn:searches"_s));
+    EXPECT_EQ(search.containerType(), 101);
+    EXPECT_EQ(search.title().sourceText(), "Station, Show, Song, or Artist"_s);
+    EXPECT_EQ(search.mediaData().metaData().serviceID(), "tunein"_s);
+    EXPECT_TRUE(plain("search"_s).isNull());
+}
+
+TEST_F(TuneInBrowseRolesTest, showActivityWhileAStreamIsChosen)
+{
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "activity"_s), QVariant(true));
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=search"_s, "activity"_s), plain("activity"_s));
+    EXPECT_NE(plain("activity"_s), QVariant(true));
+}
+
+TEST_F(TuneInBrowseRolesTest, leaveOtherRolesToTheContainer)
+{
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "type"_s).toInt(), VeskRolesType::Container());
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "path"_s).toString(), "TuneIn:browse?veskTuneInMethod=tune"_s);
+    EXPECT_EQ(VeskMediaData(role("TuneIn:browse?a=b"_s, "mediaData"_s).toHash()).metaData().serviceID(), "tunein"_s);
+    EXPECT_TRUE(role("TuneIn:browse"_s, "nothingKnown"_s).isNull());
+    expectRequests({});
+}

@@ -1,0 +1,387 @@
+#include "modules/tunein/TuneInHttpClient.h"
+
+#include "modules/tunein/NewQThread.h"
+#include "tests/modules/tunein/TuneInHost.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/WorkerThread.h"
+
+#include <QDir>
+#include <QFile>
+#include <QPointer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <future>
+
+using testing::Contains;
+using testing::ElementsAre;
+
+namespace {
+
+const char Signature[]
+    = "CMError TuneInHttpClient::request(const VeskUrl&, QByteArray*, TuneInHttpClient::Type)";
+
+VeskUrl api(const QString &target)
+{
+    return VeskUrl("http://opml.radiotime.com"_s + target);
+}
+
+/// The names of this process's threads.
+QStringList threadNames()
+{
+    QStringList names;
+    const QStringList tasks = QDir("/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &task : tasks) {
+        QFile file("/proc/self/task/"_s + task + "/comm"_s);
+        if (file.open(QIODevice::ReadOnly))
+            names.append(QString::fromUtf8(file.readAll().trimmed()));
+    }
+    return names;
+}
+
+/// A client, made and deleted by a thread of its own as a worker does.
+class TuneInHttpClientTest : public testing::Test, protected TuneInHost
+{
+protected:
+    TuneInHttpClientTest()
+        : m_thread(std::make_unique<WorkerThread>(
+            [] { return createInNewQThread<TuneInHttpClient>("TuneInHttp"_s); }))
+    {
+    }
+
+    TuneInHttpClient &client() { return *static_cast<TuneInHttpClient *>(m_thread->object()); }
+
+    /// Hands an exchange to the client's thread as request() does.
+    void queue(const VeskUrl &url, int type, int index)
+    {
+        ASSERT_TRUE(QMetaObject::invokeMethod(&client(), "on_request", Qt::QueuedConnection,
+            Q_ARG(VeskUrl, url), Q_ARG(int, type), Q_ARG(int, index)));
+    }
+
+    static QString completion(const QString &url, HttpClientStatus status, int code)
+    {
+        return "TRACE Enter TuneInHttpClient::on_request(VeskUrl, int, int)::<lambda(const Result&)>: "_s
+            + url + " "_s + printed(status) + " "_s + QString::number(code);
+    }
+
+    void expectConnectError(const QString &target)
+    {
+        QByteArray out("untouched");
+        const CMError error = client().get(api(target), &out);
+        EXPECT_EQ(error.name(), CMError::DefaultName());
+        EXPECT_EQ(error.message(), TrString(trExtractContext(Signature), "Failed to connect to TuneIn"_s));
+        EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
+        EXPECT_EQ(error.size(), 3);
+        EXPECT_EQ(out, QByteArray("untouched"));
+    }
+
+    /// After a failure the client serves the next one.
+    void expectAlive()
+    {
+        answerAll(QByteArray("alive"));
+        QByteArray out;
+        EXPECT_TRUE(client().get(api("/alive"_s), &out).isEmpty());
+        EXPECT_EQ(out, QByteArray("alive"));
+    }
+
+    LogCapture m_log { "CB_TuneIn" };
+    std::unique_ptr<WorkerThread> m_thread;
+};
+
+ScriptedServer::Response ending(ScriptedServer::End end, const QByteArray &body, int sendBytes = 0)
+{
+    ScriptedServer::Response response;
+    response.body = body;
+    response.end = end;
+    response.sendBytes = sendBytes;
+    return response;
+}
+
+} // namespace
+
+TEST_F(TuneInHttpClientTest, livesOnAThreadNamedTuneInHttp)
+{
+    EXPECT_THAT(threadNames(), Contains("TuneInHttp"_s).Times(1));
+    EXPECT_NE(client().thread(), QThread::currentThread());
+    EXPECT_NE(client().thread(), m_thread.get());
+    EXPECT_TRUE(client().thread()->isRunning());
+    EXPECT_EQ(client().parent(), nullptr);
+}
+
+TEST_F(TuneInHttpClientTest, endsItsThreadWhenItIsDeleted)
+{
+    const QPointer<QThread> thread(client().thread());
+    m_thread.reset();
+    EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
+    EXPECT_TRUE(spinUntil([] { return !threadNames().contains("TuneInHttp"_s); }));
+}
+
+TEST_F(TuneInHttpClientTest, hasOneInvokableSlotAndNothingElse)
+{
+    const QMetaObject *meta = client().metaObject();
+    EXPECT_STREQ(meta->className(), "TuneInHttpClient");
+    ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 1);
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodSignature(), QByteArray("on_request(VeskUrl,int,int)"));
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodType(), QMetaMethod::Slot);
+}
+
+TEST_F(TuneInHttpClientTest, ownsTheHostsClientAsItsChild)
+{
+    EXPECT_EQ(client().findChildren<HttpClient *>().size(), 1);
+}
+
+TEST_F(TuneInHttpClientTest, returnsTheBodyOfAGet)
+{
+    answerAll(QByteArray("the body"));
+    QByteArray out;
+    EXPECT_TRUE(client().get(api("/Browse.ashx?c=music&render=json"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("the body"));
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music&render=json"));
+}
+
+TEST_F(TuneInHttpClientTest, postsWithAnEmptyBody)
+{
+    answerAll(QByteArray("posted"));
+    QByteArray out;
+    EXPECT_TRUE(client().post(api("/Report.ashx?c=time"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("posted"));
+    EXPECT_THAT(server().requestLines(), ElementsAre("POST /Report.ashx?c=time"));
+    EXPECT_EQ(server().requests().constFirst().body, QByteArray());
+}
+
+TEST_F(TuneInHttpClientTest, choosesTheMethodByTheType)
+{
+    EXPECT_TRUE(client().request(api("/a"_s), nullptr, TuneInHttpClient::Get).isEmpty());
+    EXPECT_TRUE(client().request(api("/b"_s), nullptr, TuneInHttpClient::Post).isEmpty());
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "POST /b"));
+    EXPECT_EQ(int(TuneInHttpClient::Get), 0);
+    EXPECT_EQ(int(TuneInHttpClient::Post), 1);
+}
+
+TEST_F(TuneInHttpClientTest, logsTheRequestAndItsCompletion)
+{
+    client().get(api("/Browse.ashx"_s), nullptr);
+    EXPECT_THAT(m_log.lines("TRACE"_s),
+        ElementsAre("Enter "_s + QLatin1String(Signature) + ": http://opml.radiotime.com/Browse.ashx"_s,
+            completion("http://opml.radiotime.com/Browse.ashx"_s, HttpClientStatus::Success, 200).mid(6)));
+}
+
+TEST_F(TuneInHttpClientTest, takesAnAnswerOfAnyHttpCode)
+{
+    ScriptedServer::Response response;
+    response.code = 403;
+    response.body = "<html>no</html>";
+    answerAll(response);
+    QByteArray out;
+    EXPECT_TRUE(client().get(api("/x"_s), &out).isEmpty());
+    EXPECT_EQ(out, response.body);
+    EXPECT_TRUE(m_log.contains(completion("http://opml.radiotime.com/x"_s, HttpClientStatus::Success, 403)));
+}
+
+TEST_F(TuneInHttpClientTest, takesAnEmptyBodyForSuccess)
+{
+    answerAll(QByteArray());
+    QByteArray out("before");
+    EXPECT_TRUE(client().get(api("/x"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray());
+}
+
+TEST_F(TuneInHttpClientTest, doesWithoutAnOutputBuffer)
+{
+    answerAll(QByteArray("ignored"));
+    EXPECT_TRUE(client().get(api("/x"_s), nullptr).isEmpty());
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
+{
+    // A result that is already stored under an index is what the request of that index collects.
+    answer("/planted0", QByteArray("zero"));
+    answer("/planted1", QByteArray("one"));
+    queue(api("/planted0"_s), TuneInHttpClient::Get, 0);
+    queue(api("/planted1"_s), TuneInHttpClient::Get, 1);
+    ASSERT_TRUE(spinUntil([this] {
+        return m_log.contains(completion("http://opml.radiotime.com/planted0"_s, HttpClientStatus::Success, 200))
+            && m_log.contains(completion("http://opml.radiotime.com/planted1"_s, HttpClientStatus::Success, 200));
+    }));
+
+    QByteArray out;
+    EXPECT_TRUE(client().get(api("/first"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("zero"));
+    EXPECT_TRUE(client().get(api("/second"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("one"));
+}
+
+TEST_F(TuneInHttpClientTest, givesEachCallerItsOwnBodyWhenAnswersComeInReverse)
+{
+    std::promise<void> fastDone;
+    std::shared_future<void> mayAnswer(fastDone.get_future());
+    server().setHandler([mayAnswer](const ScriptedServer::Request &request) {
+        ScriptedServer::Response response;
+        if (request.path() == "/slow")
+            mayAnswer.wait();
+        response.body = request.path();
+        return response;
+    });
+
+    auto slow = std::async(std::launch::async, [this] {
+        QByteArray out;
+        const CMError error = client().get(api("/slow"_s), &out);
+        return error.isEmpty() ? out : QByteArray("error");
+    });
+    ASSERT_TRUE(server().waitForRequests(1));
+    QByteArray fast;
+    EXPECT_TRUE(client().get(api("/fast"_s), &fast).isEmpty());
+    EXPECT_EQ(fast, QByteArray("/fast"));
+    fastDone.set_value();
+    EXPECT_EQ(slow.get(), QByteArray("/slow"));
+}
+
+TEST_F(TuneInHttpClientTest, servesManyThreadsAtOnce)
+{
+    server().setHandler([](const ScriptedServer::Request &request) {
+        ScriptedServer::Response response;
+        response.body = request.target;
+        return response;
+    });
+    std::vector<std::future<int>> callers;
+    for (int caller = 0; caller < 8; ++caller) {
+        callers.push_back(std::async(std::launch::async, [this, caller] {
+            int right = 0;
+            for (int i = 0; i < 25; ++i) {
+                const QString target = QStringLiteral("/%1?i=%2").arg(caller).arg(i);
+                QByteArray out;
+                if (client().get(api(target), &out).isEmpty() && out == target.toLatin1())
+                    ++right;
+            }
+            return right;
+        }));
+    }
+    for (std::future<int> &caller : callers)
+        EXPECT_EQ(caller.get(), 25);
+}
+
+TEST_F(TuneInHttpClientTest, startsNothingForAnUnknownType)
+{
+    queue(api("/unknown"_s), 2, 1000);
+    queue(api("/unknown"_s), -1, 1001);
+    expectAlive();
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /alive"));
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenNobodyListens)
+{
+    closeServer();
+    expectConnectError("/x"_s);
+    openServer();
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsReset)
+{
+    for (const ScriptedServer::Response &response : { ending(ScriptedServer::End::ResetBeforeHead, {}),
+             ending(ScriptedServer::End::Reset, QByteArray(1000, 'x'), 10) }) {
+        answerAll(response);
+        expectConnectError("/x"_s);
+    }
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenTheBodyEndsEarly)
+{
+    answerAll(ending(ScriptedServer::End::Truncate, QByteArray(1000, 'x'), 999));
+    expectConnectError("/x"_s);
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenWhatComesIsNotHttp)
+{
+    answerAll(ending(ScriptedServer::End::Raw, "220 mail.example ESMTP\r\n"));
+    expectConnectError("/x"_s);
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenRedirectsGoInACircle)
+{
+    ScriptedServer::Response response;
+    response.code = 302;
+    response.headers.append({ "Location", "http://opml.radiotime.com/circle" });
+    answerAll(response);
+    expectConnectError("/circle"_s);
+    EXPECT_LE(server().requests().size(), 6);
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, followsARedirect)
+{
+    ScriptedServer::Response response;
+    response.code = 302;
+    response.headers.append({ "Location", "http://opml.radiotime.com/there?a=b" });
+    answer("/here", response);
+    answer("/there", QByteArray("arrived"));
+    QByteArray out;
+    EXPECT_TRUE(client().get(api("/here"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("arrived"));
+}
+
+TEST_F(TuneInHttpClientTest, takesABodyOfExactlyTheLimit)
+{
+    answerAll(QByteArray(1000000, 'x'));
+    QByteArray out;
+    EXPECT_TRUE(client().get(api("/x"_s), &out).isEmpty());
+    EXPECT_EQ(out.size(), 1000000);
+}
+
+TEST_F(TuneInHttpClientTest, failsForABodyOverTheLimit)
+{
+    answerAll(QByteArray(1000001, 'x'));
+    expectConnectError("/x"_s);
+    EXPECT_TRUE(m_log.contains(completion("http://opml.radiotime.com/x"_s, HttpClientStatus::TooLarge, 200)));
+    answerAll(QByteArray(10000000, 'x'));
+    expectConnectError("/x"_s);
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsForAUrlThatIsNone)
+{
+    QByteArray out("untouched");
+    EXPECT_FALSE(client().get(VeskUrl(), &out).isEmpty());
+    EXPECT_FALSE(client().get(VeskUrl("file:///etc/passwd"_s), &out).isEmpty());
+    EXPECT_EQ(out, QByteArray("untouched"));
+    expectAlive();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenTheHostShutsDownWhileTheServerStalls)
+{
+    answerAll(ending(ScriptedServer::End::Stall, QByteArray(1000, 'x'), 10));
+    auto caller = std::async(std::launch::async, [this] { expectConnectError("/stall"_s); });
+    ASSERT_TRUE(server().waitForRequests(1));
+    HttpClient::shutDownAll();
+    caller.get();
+}
+
+TEST_F(TuneInHttpClientTest, failsWhenAStallingServerGoesAway)
+{
+    answerAll(ending(ScriptedServer::End::StallBeforeHead, {}));
+    auto caller = std::async(std::launch::async, [this] { expectConnectError("/stall"_s); });
+    ASSERT_TRUE(server().waitForRequests(1));
+    closeServer();
+    caller.get();
+}
+
+TEST_F(TuneInHttpClientTest, canBeDeletedWithAnExchangeUnderWay)
+{
+    answerAll(ending(ScriptedServer::End::StallBeforeHead, {}));
+    queue(api("/stall"_s), TuneInHttpClient::Get, 500);
+    ASSERT_TRUE(server().waitForRequests(1));
+    const QPointer<QThread> thread(client().thread());
+    m_thread.reset();
+    EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
+}
+
+TEST_F(TuneInHttpClientTest, keepsNoSecretOfAUrlInItsLog)
+{
+    client().get(api("/Account.ashx?c=auth&username=me&password=sesame"_s), nullptr);
+    EXPECT_FALSE(m_log.lines().join("\n"_s).contains("sesame"_s));
+}

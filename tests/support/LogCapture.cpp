@@ -1,0 +1,114 @@
+#include "tests/support/LogCapture.h"
+
+#include <log4cplus/appender.h>
+#include <log4cplus/logger.h>
+#include <log4cplus/loglevel.h>
+#include <log4cplus/spi/loggingevent.h>
+
+#include <mutex>
+#include <vector>
+
+namespace {
+
+struct Record {
+    QString level;
+    QString text;
+    QString source;
+};
+
+} // namespace
+
+class LogCapture::Appender : public log4cplus::Appender {
+public:
+    ~Appender() override { destructorImpl(); }
+
+    void close() override { closed = true; }
+
+    std::vector<Record> records() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_records;
+    }
+
+    void clear()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_records.clear();
+    }
+
+protected:
+    void append(const log4cplus::spi::InternalLoggingEvent &event) override
+    {
+        const std::string &level = log4cplus::getLogLevelManager().toString(event.getLogLevel());
+        const Record record {QString::fromStdString(level),
+            QString::fromStdString(event.getMessage()),
+            QString::fromStdString(event.getFile() + ':' + event.getFunction())};
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_records.push_back(record);
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    std::vector<Record> m_records;
+};
+
+struct LogCapture::Private {
+    log4cplus::Logger logger;
+    log4cplus::LogLevel formerLevel;
+    Appender *appender;
+    log4cplus::SharedAppenderPtr owner;
+};
+
+LogCapture::LogCapture(const char *loggerName)
+    : d(new Private)
+{
+    d->logger = log4cplus::Logger::getInstance(loggerName);
+    d->formerLevel = d->logger.getLogLevel();
+    d->appender = new Appender;
+    d->owner = log4cplus::SharedAppenderPtr(d->appender);
+    d->logger.addAppender(d->owner);
+    d->logger.setLogLevel(log4cplus::ALL_LOG_LEVEL);
+}
+
+LogCapture::~LogCapture()
+{
+    d->logger.setLogLevel(d->formerLevel);
+    d->logger.removeAppender(d->owner);
+}
+
+QStringList LogCapture::lines() const
+{
+    QStringList lines;
+    for (const Record &record : d->appender->records())
+        lines.append(record.level + QLatin1Char(' ') + record.text);
+    return lines;
+}
+
+bool LogCapture::contains(const QString &line) const
+{
+    return lines().contains(line);
+}
+
+QStringList LogCapture::lines(const QString &level) const
+{
+    QStringList lines;
+    for (const Record &record : d->appender->records()) {
+        if (record.level == level)
+            lines.append(record.text);
+    }
+    return lines;
+}
+
+QStringList LogCapture::sources() const
+{
+    QStringList sources;
+    for (const Record &record : d->appender->records())
+        sources.append(record.source);
+    return sources;
+}
+
+void LogCapture::clear()
+{
+    d->appender->clear();
+}

@@ -1,0 +1,124 @@
+#include "tests/support/WorkerThread.h"
+
+#include "api/core/vesk.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <future>
+#include <mutex>
+
+/// The functions that wait to run on the thread. They are handed over under a std::mutex, the
+/// posted event only wakes the loop: ThreadSanitizer cannot see into Qt's own locks.
+class WorkerThread::Inbox : public QObject {
+public:
+    /// False when the thread takes no more.
+    bool post(std::packaged_task<void()> task)
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closed)
+            return false;
+        m_tasks.push_back(std::move(task));
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+        return true;
+    }
+
+    /// Kept once the thread has nothing more to do but to end.
+    std::promise<void> ended;
+
+    /// Drops what has not run; whoever waits for it gets an exception.
+    void close()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_closed = true;
+        m_tasks.clear();
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        for (std::packaged_task<void()> task = take(); task.valid(); task = take())
+            task();
+        return true;
+    }
+
+private:
+    std::packaged_task<void()> take()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_tasks.empty())
+            return {};
+        std::packaged_task<void()> task = std::move(m_tasks.front());
+        m_tasks.pop_front();
+        return task;
+    }
+
+    std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    std::deque<std::packaged_task<void()>> m_tasks;
+    bool m_closed = false;
+};
+
+WorkerThread::WorkerThread(std::function<QObject *()> create)
+    : m_create(std::move(create))
+    , m_inbox(new Inbox)
+{
+    m_inbox->moveToThread(this);
+    start();
+    call([this] { m_object = m_create(); });
+}
+
+WorkerThread::~WorkerThread()
+{
+    quit();
+    m_inbox->ended.get_future().wait();
+    wait();
+}
+
+void WorkerThread::call(const std::function<void()> &function)
+{
+    if (QThread::currentThread() == this) {
+        function();
+        return;
+    }
+    std::packaged_task<void()> task(function);
+    std::future<void> done = task.get_future();
+    const bool posted = m_inbox->post(std::move(task));
+    VESK_ASSERT(posted);
+    done.get();
+}
+
+void WorkerThread::run()
+{
+    exec();
+    m_inbox->close();
+    delete m_object;
+    m_inbox->ended.set_value();
+}
+
+bool spinUntil(const std::function<bool()> &condition, int milliseconds)
+{
+    if (condition())
+        return true;
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
+    bool holds = false;
+    QEventLoop loop;
+    // The condition may come true by another thread's doing, without an event here.
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &loop, [&] {
+        holds = condition();
+        if (holds || Clock::now() >= deadline)
+            loop.quit();
+    });
+    look.start(1);
+    loop.exec();
+    return holds;
+}

@@ -1,0 +1,14 @@
+#include <QCoreApplication>
+
+#include <gmock/gmock.h>
+#include <log4cplus/initializer.h>
+
+/// Test programs run with an application object, which Qt's threads and timers expect, and with
+/// logging initialised.
+int main(int argc, char **argv)
+{
+    log4cplus::Initializer logging;
+    testing::InitGoogleMock(&argc, argv);
+    QCoreApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
