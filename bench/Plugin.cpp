@@ -10,7 +10,7 @@ namespace {
 ScriptedServer::Response serve(const ScriptedServer::Request &request)
 {
     ScriptedServer::Response response;
-    response.headers.append({"Content-Type", "application/json; charset=utf-8"});
+    response.headers = {{"Content-Type", "application/json; charset=utf-8"}};
     response.body = request.path() == "/Describe.ashx" ? genresAnswer() : rootAnswer();
     return response;
 }

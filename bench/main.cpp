@@ -13,7 +13,8 @@
 
 namespace {
 
-/// Keeps what is measured beside printing it, so that figures can be set against their floors.
+/// Keeps what is measured beside printing it, so that figures can be set against their floors: CPU
+/// time of what only computes, medians of what waits.
 class Collector : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
@@ -23,7 +24,7 @@ public:
                 continue;
             const std::string name = run.run_name.function_name
                 + (run.run_name.args.empty() ? "" : "/" + run.run_name.args);
-            times[name].push_back(run.GetAdjustedRealTime());
+            times[name].push_back(run.GetAdjustedCPUTime());
             for (const auto &counter : run.counters)
                 times[name + ":" + counter.first].push_back(counter.second.value);
         }

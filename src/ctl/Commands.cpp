@@ -31,8 +31,7 @@ bool saysNotLinked(const RpcAnswer &answer)
 
 } // namespace
 
-Commands::Commands(
-    const CtlOptions &options, bool colours, std::ostream &out, std::ostream &errors)
+Commands::Commands(const CtlOptions &options, bool colours, std::ostream &out, std::ostream &errors)
     : m_options(options)
     , m_style(colours)
     , m_out(out)
@@ -188,11 +187,10 @@ CtlStatus Commands::printScreenAsJson(const CMPath &path)
 {
     QVariantHash whole;
     QVariantList rows;
-    const CtlStatus status
-        = fetchRows(pathParams(path), [&](int, const QVariantHash &answer) {
-              whole = answer;
-              rows += VeskRowsRoles(answer).rows();
-          });
+    const CtlStatus status = fetchRows(pathParams(path), [&](int, const QVariantHash &answer) {
+        whole = answer;
+        rows += VeskRowsRoles(answer).rows();
+    });
     if (status == CtlStatus::Success) {
         whole.insert(QStringLiteral("rows"), rows);
         printJson(whole);

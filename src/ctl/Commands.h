@@ -19,8 +19,7 @@ enum class CtlStatus : int {
 
 /// Carries out the commands: asks the host, prints what it answers to \a out and what went wrong to
 /// \a errors. One call, one thread.
-class Commands
-{
+class Commands {
 public:
     Commands(const CtlOptions &options, bool colours, std::ostream &out, std::ostream &errors);
 

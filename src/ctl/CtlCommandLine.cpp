@@ -96,7 +96,8 @@ QString setRange(CtlOptions &options, const Arguments &arguments)
     return {};
 }
 
-QString apply(const Arguments &arguments, const Commands &commands, bool hasPath, CtlOptions &options)
+QString apply(
+    const Arguments &arguments, const Commands &commands, bool hasPath, CtlOptions &options)
 {
     options.json = arguments.json;
     options.text = text(arguments.text);

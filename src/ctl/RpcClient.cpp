@@ -45,9 +45,9 @@ RpcClient::RpcClient(const QString &host)
 
 RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
 {
-    const QByteArray body = VeskJson::write(QVariantHash {
-        {QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), 1},
-        {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
+    const QByteArray body = VeskJson::write(
+        QVariantHash {{QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), 1},
+            {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
     QByteArray answer;
     const QString failure = post(body, answer);
     if (!failure.isEmpty())

@@ -21,8 +21,7 @@ struct RpcAnswer {
 };
 
 /// Calls a host's methods over HTTP; each call waits for its answer. One thread at a time.
-class RpcClient
-{
+class RpcClient {
 public:
     /// Longest answer that is taken, in bytes.
     static constexpr int MaxAnswer = 64 * 1024 * 1024;

@@ -61,9 +61,8 @@ QString titleOf(const VeskRoles &row)
 
 const QStringList &rowLineRoles()
 {
-    static const QStringList roles {VeskRoles::Type(), VeskRoles::Title(),
-        VeskRoles::Description(), VeskRoles::Path(), VeskRoles::Query(), VeskRoles::QueryPath(),
-        VeskRoles::Value()};
+    static const QStringList roles {VeskRoles::Type(), VeskRoles::Title(), VeskRoles::Description(),
+        VeskRoles::Path(), VeskRoles::Query(), VeskRoles::QueryPath(), VeskRoles::Value()};
     return roles;
 }
 

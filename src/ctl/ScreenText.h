@@ -10,8 +10,8 @@
 
 /// The roles from which rowLine() makes a line, in the order in which it expects them.
 const QStringList &rowLineRoles();
-/// One line for the row at \a index: number, mark of its kind, title, description, and the path that
-/// opens it, quoted for a shell where needed.
+/// One line for the row at \a index: number, mark of its kind, title, description, and the path
+/// that opens it, quoted for a shell where needed.
 std::string rowLine(int index, const QVariantList &values, const TerminalStyle &style);
 
 /// A value without its type; a hash or list as JSON; nothing for null.

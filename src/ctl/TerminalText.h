@@ -15,8 +15,7 @@ QString printableText(const QString &text);
 QByteArray printableJson(const QByteArray &json);
 
 /// Colours for a terminal, or none.
-class TerminalStyle
-{
+class TerminalStyle {
 public:
     explicit TerminalStyle(bool colours)
         : m_colours(colours)

@@ -73,8 +73,8 @@ Answer joinOrDrop(const Context &context, bool join)
     if (!account)
         return failure("403", "Invalid user name or password");
     const std::string serial = context.param("serial");
-    return done(join ? context.members().join(*account, serial)
-                     : context.members().drop(*account, serial));
+    return done(
+        join ? context.members().join(*account, serial) : context.members().drop(*account, serial));
 }
 
 Answer query(const Context &context)
@@ -138,8 +138,7 @@ Answer accountOf(const Context &context)
         return remind(context);
     if (c == "reset")
         return reset(context);
-    return c == "claim" ? claim(context)
-                        : failure("404", "Invalid method", "api.methodNotFound");
+    return c == "claim" ? claim(context) : failure("404", "Invalid method", "api.methodNotFound");
 }
 
 } // namespace

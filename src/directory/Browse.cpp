@@ -9,7 +9,10 @@ namespace {
 /// A category that nobody fills: languages without stations lead to it.
 constexpr char emptyCategory[] = "c424724";
 
-Answer wrongId() { return failure("400", "Invalid ID for browse", "request.idInvalid"); }
+Answer wrongId()
+{
+    return failure("400", "Invalid ID for browse", "request.idInvalid");
+}
 
 Answer browseId(const Context &context, const std::string &id)
 {
@@ -68,8 +71,7 @@ Answer browseCategory(const Context &context, const std::string &c)
         return regionPage(context, *context.catalog().region("r0"));
     if (c == "schedule" || c == "playlist" || c == "topics")
         return browseItem(context, c);
-    return c.substr(0, 5) == "index" ? rootMenu(context)
-                                     : failure("400", "Invalid root category");
+    return c.substr(0, 5) == "index" ? rootMenu(context) : failure("400", "Invalid root category");
 }
 
 } // namespace

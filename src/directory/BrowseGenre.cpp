@@ -28,8 +28,7 @@ Json showSection(const Context &context, const Scope &scope)
     if (!rows.empty()) {
         Query recent = scope.address;
         recent.add("filter", "p:topic");
-        rows.push_back(
-            linkRow(context.word("recentEpisodes"), context.api("Browse.ashx", recent)));
+        rows.push_back(linkRow(context.word("recentEpisodes"), context.api("Browse.ashx", recent)));
     }
     return section(context.word("shows"), "shows", std::move(rows));
 }
@@ -45,8 +44,8 @@ Json relatedSection(const Context &context, const Scope &scope)
     rows.push_back(link("popular", "popular", {{"filter", "s:popular"}}));
     if (scope.genres.size() > 1) {
         for (const std::string &id : scope.genres)
-            rows.push_back(linkRow(context.catalog().genreName(id),
-                context.api("Browse.ashx", {{"id", id}}), id));
+            rows.push_back(linkRow(
+                context.catalog().genreName(id), context.api("Browse.ashx", {{"id", id}}), id));
     }
     rows.push_back(link("location", "pivotLocation", {{"pivot", "country"}, {"filter", "s"}}));
     rows.push_back(link("byName", "pivotName", {{"pivot", "name"}, {"filter", "s"}}));
@@ -57,10 +56,10 @@ Answer sections(const Context &context, const Scope &scope)
 {
     Json body = Json::array();
     const auto stations = stationsOf(context, scope, {});
-    for (Json each : {localSection(context, scope),
-             section(context.word("stations"), "stations",
-                 stationPage(context, scope, stations, 0)),
-             showSection(context, scope)}) {
+    for (Json each :
+        {localSection(context, scope),
+            section(context.word("stations"), "stations", stationPage(context, scope, stations, 0)),
+            showSection(context, scope)}) {
         if (!each["children"].empty())
             body.push_back(std::move(each));
     }

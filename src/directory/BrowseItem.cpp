@@ -108,8 +108,7 @@ Answer stationSchedule(const Context &context, const Station &station)
     const std::int64_t today = (context.now() + offset) / secondsPerDay;
     const std::int64_t first = dayOf(context.param("start"), today);
     // A week at most: the days come from the client.
-    const std::int64_t last
-        = std::clamp(dayOf(context.param("stop"), first), first, first + 6);
+    const std::int64_t last = std::clamp(dayOf(context.param("stop"), first), first, first + 6);
     Json rows = Json::array();
     for (std::int64_t day = first; day <= last; ++day) {
         for (const Broadcast &broadcast : context.schedule(station, day)) {
@@ -139,8 +138,8 @@ Answer stationPlaylist(const Context &context, const Station &station)
         const Playing playing = then.playing(station);
         if (playing.artistId.empty())
             continue;
-        Json row = linkRow(playing.song, context.api("Browse.ashx", {{"id", playing.artistId}}),
-            playing.artistId);
+        Json row = linkRow(
+            playing.song, context.api("Browse.ashx", {{"id", playing.artistId}}), playing.artistId);
         row["subtext"] = playing.artist;
         row["start"] = isoTime(at + context.utcOffset(station));
         row["tz"] = timeZone(context, station);

@@ -35,13 +35,13 @@ Answer topicMenu(const Context &context, const std::string &menu)
     Json rows = Json::array();
     for (const Category &category : context.catalog().categories) {
         if (category.menu == menu)
-            rows.push_back(linkRow(category.name,
-                context.api("Browse.ashx", {{"id", category.id}}), category.id));
+            rows.push_back(linkRow(
+                category.name, context.api("Browse.ashx", {{"id", category.id}}), category.id));
     }
     for (const Genre &genre : context.catalog().genres) {
         if (genre.menu == menu && genre.listed)
-            rows.push_back(linkRow(
-                genre.name, context.api("Browse.ashx", {{"id", genre.id}}), genre.id));
+            rows.push_back(
+                linkRow(genre.name, context.api("Browse.ashx", {{"id", genre.id}}), genre.id));
     }
     return success(context.word(menu.c_str()), orNothing(context, std::move(rows)));
 }
@@ -53,11 +53,10 @@ Answer languageMenu(const Context &context)
         spoken.insert(station.language);
     Json rows = Json::array();
     for (const Language &language : context.catalog().languages) {
-        Query query = spoken.count(language.id) != 0 ? Query {{"c", "lang"}}
-                                                     : Query {{"id", "c424724"}};
+        Query query
+            = spoken.count(language.id) != 0 ? Query {{"c", "lang"}} : Query {{"id", "c424724"}};
         query.add("filter", language.id);
-        rows.push_back(
-            linkRow(language.name, context.api("Browse.ashx", query), language.id));
+        rows.push_back(linkRow(language.name, context.api("Browse.ashx", query), language.id));
     }
     return success(context.word("language"), orNothing(context, std::move(rows)));
 }

@@ -10,7 +10,7 @@ const T *Catalog::look(std::string_view id, List list, const std::vector<T> &ite
 {
     const auto found = m_index.find(std::string(id));
     return found != m_index.end() && found->second.list == list ? &items[found->second.index]
-                                                                 : nullptr;
+                                                                : nullptr;
 }
 
 template <typename T>
@@ -33,7 +33,10 @@ void Catalog::buildIndex()
     enter(List::Artist, artists);
 }
 
-const Genre *Catalog::genre(std::string_view id) const { return look(id, List::Genre, genres); }
+const Genre *Catalog::genre(std::string_view id) const
+{
+    return look(id, List::Genre, genres);
+}
 const Category *Catalog::category(std::string_view id) const
 {
     return look(id, List::Category, categories);
@@ -42,14 +45,26 @@ const Language *Catalog::language(std::string_view id) const
 {
     return look(id, List::Language, languages);
 }
-const Region *Catalog::region(std::string_view id) const { return look(id, List::Region, regions); }
+const Region *Catalog::region(std::string_view id) const
+{
+    return look(id, List::Region, regions);
+}
 const Station *Catalog::station(std::string_view id) const
 {
     return look(id, List::Station, stations);
 }
-const Show *Catalog::show(std::string_view id) const { return look(id, List::Show, shows); }
-const Topic *Catalog::topic(std::string_view id) const { return look(id, List::Topic, topics); }
-const Artist *Catalog::artist(std::string_view id) const { return look(id, List::Artist, artists); }
+const Show *Catalog::show(std::string_view id) const
+{
+    return look(id, List::Show, shows);
+}
+const Topic *Catalog::topic(std::string_view id) const
+{
+    return look(id, List::Topic, topics);
+}
+const Artist *Catalog::artist(std::string_view id) const
+{
+    return look(id, List::Artist, artists);
+}
 
 const Region *Catalog::above(std::string_view id, Region::Kind kind) const
 {

@@ -1,5 +1,6 @@
 /// What the directory knows: stations, shows, artists and the trees that lead to them.
-/// Filled once by CatalogLoader and immutable afterwards, so any thread may read it. Guide ids are whole
+/// Filled once by CatalogLoader and immutable afterwards, so any thread may read it. Guide ids are
+/// whole
 /// ("s20001"); the find functions answer null for an id that nobody has.
 #pragma once
 
@@ -75,7 +76,8 @@ struct Station {
     std::string slogan;
     std::string callSign;
     std::string description;
-    std::string availability; ///< empty, or the placeholder it plays: georestricted, restricted, nostream
+    std::string
+        availability; ///< empty, or the placeholder it plays: georestricted, restricted, nostream
     std::vector<std::string> playing;
     std::vector<Stream> streams;
 };
@@ -161,7 +163,16 @@ struct Catalog {
     void buildIndex();
 
 private:
-    enum class List : std::uint8_t { Genre, Category, Language, Region, Station, Show, Topic, Artist };
+    enum class List : std::uint8_t {
+        Genre,
+        Category,
+        Language,
+        Region,
+        Station,
+        Show,
+        Topic,
+        Artist
+    };
     struct Place {
         List list;
         std::size_t index;

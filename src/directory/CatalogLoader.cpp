@@ -163,8 +163,7 @@ void Loader::language(const YAML::Node &node)
     m_catalog.languages.push_back(std::move(language));
 }
 
-std::size_t Loader::addRegion(
-    const YamlEntry &entry, Region::Kind kind, const std::string &parent)
+std::size_t Loader::addRegion(const YamlEntry &entry, Region::Kind kind, const std::string &parent)
 {
     Region region;
     region.id = entry.id("id", "r");
@@ -309,7 +308,8 @@ void Loader::topics(const YamlEntry &entry, Show &show)
         const YamlEntry item(node, "topic", {"id", "title", "minutes", "date"});
         Topic topic;
         char number[8];
-        std::snprintf(number, sizeof number, "%02u", static_cast<unsigned>(show.topics.size() + 1) % 100);
+        std::snprintf(
+            number, sizeof number, "%02u", static_cast<unsigned>(show.topics.size() + 1) % 100);
         topic.id = item.has("id") ? item.id("id", "t") : 't' + show.id.substr(1) + number;
         topic.show = show.id;
         topic.title = item.text("title");
@@ -386,7 +386,8 @@ void Loader::streamSample(const YAML::Node &node)
     sample.text = entry.text("text");
     sample.stream = stream(entry.child("stream"));
     sample.file = entry.text("file");
-    if (sample.file.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-.") != std::string::npos)
+    if (sample.file.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-.")
+        != std::string::npos)
         entry.fail("\"file\" must be small letters, digits, dots and dashes");
     m_catalog.streamSamples.push_back(std::move(sample));
 }

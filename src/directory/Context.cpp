@@ -16,19 +16,18 @@ constexpr const char *repeatedParams[]
 
 bool plausibleHost(const std::string &host)
 {
-    return !host.empty() && host.size() <= 255
-        && std::all_of(host.begin(), host.end(), [](char c) {
-               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
-                   || c == '.' || c == '-' || c == ':' || c == '[' || c == ']' || c == '_';
-           });
+    return !host.empty() && host.size() <= 255 && std::all_of(host.begin(), host.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')
+            || c == '.' || c == '-' || c == ':' || c == '[' || c == ']' || c == '_';
+    });
 }
 
 std::string baseAddress(const ApiRequest &request)
 {
     if (!plausibleHost(request.host))
         return "http://127.0.0.1";
-    // The API's own links are http even in answers over TLS. A host that names a port is this server itself,
-    // though, and that port speaks TLS.
+    // The API's own links are http even in answers over TLS. A host that names a port is this
+    // server itself, though, and that port speaks TLS.
     const bool namesPort = request.host.find(':') != std::string::npos;
     return (request.secure && namesPort ? "https://" : "http://") + request.host;
 }
@@ -45,7 +44,10 @@ bool readPosition(const std::string &text, Position &position)
         && std::abs(position.longitude) <= 180;
 }
 
-std::int64_t floorDiv(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0 ? 1 : 0); }
+std::int64_t floorDiv(std::int64_t a, std::int64_t b)
+{
+    return a / b - (a % b < 0 ? 1 : 0);
+}
 
 } // namespace
 
@@ -116,7 +118,10 @@ std::string Context::api(const char *page, Query query) const
     return std::string("http://opml.radiotime.com/") + page + '?' + query.encoded();
 }
 
-std::string Context::here(const std::string &path) const { return m_base + path; }
+std::string Context::here(const std::string &path) const
+{
+    return m_base + path;
+}
 
 std::string Context::logo(const std::string &guideId) const
 {

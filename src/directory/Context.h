@@ -1,6 +1,6 @@
-/// One request together with everything an endpoint needs to answer it: the data, the member, the time, and the rules
-/// that all answers share (what a listener can play, which parameters links repeat, the words of the menus).
-/// Lives for one request, on the server's thread.
+/// One request together with everything an endpoint needs to answer it: the data, the member, the
+/// time, and the rules that all answers share (what a listener can play, which parameters links
+/// repeat, the words of the menus). Lives for one request, on the server's thread.
 #pragma once
 
 #include "directory/Api.h"
@@ -76,7 +76,8 @@ private:
     std::set<std::string> m_formats;
 };
 
-/// The same number for the same text on every machine: decides what needs to differ but not to change.
+/// The same number for the same text on every machine: decides what needs to differ but not to
+/// change.
 std::uint32_t stableNumber(const std::string &text);
 /// "mp3", "m3u8", "pls": how an address of the stream ends.
 std::string streamExtension(const Stream &stream);

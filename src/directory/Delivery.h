@@ -1,5 +1,5 @@
-/// Writes one answer to a connection by hand, in the way that a fault wants. The server hands the connection over to
-/// it; destroying it drops the connection. Lives on the server's thread.
+/// Writes one answer to a connection by hand, in the way that a fault wants. The server hands the
+/// connection over to it; destroying it drops the connection. Lives on the server's thread.
 #pragma once
 
 #include "directory/Faults.h"
@@ -15,8 +15,8 @@ public:
     /// A connection that is held open is dropped after this time.
     static constexpr int maxHoldSeconds = 600;
 
-    /// Takes over the reference to `stream`, which a tappedStream made. `done` is called at most once and may
-    /// destroy this object.
+    /// Takes over the reference to `stream`, which a tappedStream made. `done` is called at most
+    /// once and may destroy this object.
     RawDelivery(GIOStream *stream, const Answer &answer, const Delivery &delivery, bool withBody,
         std::function<void()> done);
     ~RawDelivery();

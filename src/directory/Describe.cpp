@@ -38,8 +38,8 @@ Answer formatList()
         const char *code;
         const char *name;
     };
-    static constexpr Format formats[] = {{"aac", "AAC"}, {"am", "AM"}, {"dab", "DAB"},
-        {"fm", "FM"}, {"hd", "HD Radio"}, {"html", "HTML"}, {"mp3", "MP3"}, {"ogg", "Ogg Vorbis"},
+    static constexpr Format formats[] = {{"aac", "AAC"}, {"am", "AM"}, {"dab", "DAB"}, {"fm", "FM"},
+        {"hd", "HD Radio"}, {"html", "HTML"}, {"mp3", "MP3"}, {"ogg", "Ogg Vorbis"},
         {"qt", "QuickTime"}, {"real", "Real"}, {"flash", "Flash"}, {"sat", "Satellite"},
         {"wma", "Windows Media"}, {"wmpro", "Windows Media Professional"},
         {"wmvideo", "Windows Media Video"}, {"wmvoice", "Windows Media Voice"}};
@@ -67,7 +67,10 @@ std::string decimals(double value)
     return text;
 }
 
-Json orNull(const std::string &text) { return text.empty() ? Json() : Json(text); }
+Json orNull(const std::string &text)
+{
+    return text.empty() ? Json() : Json(text);
+}
 
 Json stationObject(const Context &context, const Station &station)
 {
@@ -86,21 +89,18 @@ Json stationObject(const Context &context, const Station &station)
         {"frequency", station.frequency}, {"band", station.band},
         {"url", "http://www.example.org/" + station.id}, {"report_url", ""},
         {"detail_url", "http://www.example.org/" + station.id},
-        {"is_preset", context.isPreset(station.id)},
-        {"is_available", station.availability.empty()}, {"is_music", music},
-        {"has_song", !playing.song.empty()}, {"has_schedule", scheduled}, {"has_topics", false},
-        {"twitter_id", ""}, {"logo", context.logo(station.id)},
+        {"is_preset", context.isPreset(station.id)}, {"is_available", station.availability.empty()},
+        {"is_music", music}, {"has_song", !playing.song.empty()}, {"has_schedule", scheduled},
+        {"has_topics", false}, {"twitter_id", ""}, {"logo", context.logo(station.id)},
         {"location", placeOf(context, station)}, {"current_song", orNull(playing.song)},
-        {"current_artist", orNull(playing.artist)},
-        {"current_artist_id", orNull(playing.artistId)}, {"current_album", nullptr},
-        {"current_artist_art", nullptr}, {"current_album_art", nullptr},
+        {"current_artist", orNull(playing.artist)}, {"current_artist_id", orNull(playing.artistId)},
+        {"current_album", nullptr}, {"current_artist_art", nullptr}, {"current_album_art", nullptr},
         {"description", station.description.empty() ? station.slogan : station.description},
         {"email", ""}, {"phone", ""}, {"mailing_address", ""},
         {"language", catalog.languageName(station.language)}, {"genre_id", station.genre},
         {"genre_name", genre->name}, {"region_id", city->id},
         {"country_region_id", parseNumber(country->id.substr(1))},
-        {"latlon",
-            decimals(city->position.latitude) + ',' + decimals(city->position.longitude)},
+        {"latlon", decimals(city->position.latitude) + ',' + decimals(city->position.longitude)},
         {"tz", country->timeZone}, {"tz_offset", std::to_string(country->utcOffsetMinutes)},
         {"publish_song", music}, {"tunein_url", "http://tunein.com/station/?StationId=" + digits},
         {"is_family_content", false}, {"is_mature_content", false}, {"is_event", false},
@@ -132,9 +132,8 @@ Json showObject(const Context &context, const Show &show)
         {"twitter_share", false}, {"ad_eligible", false},
         {"tunein_url", "http://tunein.com/program/?ProgramId=" + show.id.substr(1)},
         {"is_family_content", false}, {"is_mature_content", false},
-        {"content_classification", "talk"}, {"echoed_count", nullptr},
-        {"favorited_count", nullptr}, {"is_favorited", nullptr}, {"is_favoritable", nullptr},
-        {"has_profile", "true"}};
+        {"content_classification", "talk"}, {"echoed_count", nullptr}, {"favorited_count", nullptr},
+        {"is_favorited", nullptr}, {"is_favoritable", nullptr}, {"has_profile", "true"}};
 }
 
 Json topicObject(const Context &context, const Topic &topic)
@@ -142,9 +141,9 @@ Json topicObject(const Context &context, const Topic &topic)
     const Show *show = context.catalog().show(topic.show);
     return {{"element", "topic"}, {"guide_id", topic.id}, {"title", topic.title},
         {"description", show->description}, {"hosts", show->hosts},
-        {"url", context.here("/stream/" + topic.id + "/1.mp3")},
-        {"logo", context.logo(show->id)}, {"is_available", true}, {"stream_type", "download"},
-        {"media_type", "mp3"}, {"show_id", show->id}, {"show_title", show->title}};
+        {"url", context.here("/stream/" + topic.id + "/1.mp3")}, {"logo", context.logo(show->id)},
+        {"is_available", true}, {"stream_type", "download"}, {"media_type", "mp3"},
+        {"show_id", show->id}, {"show_title", show->title}};
 }
 
 Answer nowPlaying(const Context &context, const Station &station)

@@ -1,5 +1,5 @@
-/// The web API as one function from requests to answers: the data, the members and the pages together, without a
-/// server around them. Not safe for several threads, because members change.
+/// The web API as one function from requests to answers: the data, the members and the pages
+/// together, without a server around them. Not safe for several threads, because members change.
 #pragma once
 
 #include "directory/Catalog.h"

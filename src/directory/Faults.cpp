@@ -157,9 +157,8 @@ std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
     if (kind->argument == Kind::Number)
         fault.number = parseNumber(fault.argument);
     const bool fits = kind->argument == Kind::None ? fault.argument.empty()
-        : kind->argument == Kind::Text
-        ? !fault.argument.empty()
-        : fault.number >= kind->low && fault.number <= kind->high;
+        : kind->argument == Kind::Text             ? !fault.argument.empty()
+                                       : fault.number >= kind->low && fault.number <= kind->high;
     if (!fits || fault.remaining == 0 || (at != std::string::npos && fault.path.empty())) {
         error = "the fault \"" + text + "\" has a wrong argument, path or count";
         return std::nullopt;
@@ -227,8 +226,7 @@ FaultyAnswer spoil(
         return {Answer(), delivery};
     }
     case FaultKind::RedirectChain:
-        return {
-            redirection(hopFolder + std::to_string(fault.number - 1) + target), std::nullopt};
+        return {redirection(hopFolder + std::to_string(fault.number - 1) + target), std::nullopt};
     case FaultKind::RedirectLoop:
         return {redirection(std::string(hopFolder) + "loop" + target), std::nullopt};
     case FaultKind::Body:

@@ -1,5 +1,6 @@
-/// Faults on demand: what the server does wrong when told to, so that clients can be tried against it.
-/// A fault is written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The server's thread owns them.
+/// Faults on demand: what the server does wrong when told to, so that clients can be tried against
+/// it. A fault is written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The
+/// server's thread owns them.
 #pragma once
 
 #include "directory/Api.h"
@@ -69,13 +70,14 @@ private:
     std::vector<Fault> m_faults;
 };
 
-/// The answer that the fault makes of a request. `sound` gives the right one; it is called only by faults that spoil
-/// an answer, not by those that replace it. `target` is the request's, for redirections.
+/// The answer that the fault makes of a request. `sound` gives the right one; it is called only by
+/// faults that spoil an answer, not by those that replace it. `target` is the request's, for
+/// redirections.
 FaultyAnswer spoil(
     const Fault &fault, const std::string &target, const std::function<Answer()> &sound);
 
-/// What follows "/_hops/" leads on: to the target itself at 0, to the next hop above, to itself at "loop".
-/// None when it is no hop.
+/// What follows "/_hops/" leads on: to the target itself at 0, to the next hop above, to itself at
+/// "loop". None when it is no hop.
 struct Hop {
     std::string target; ///< to be answered now, when `location` is empty
     std::string location; ///< to be redirected to

@@ -4,6 +4,10 @@
 #include "directory/RequestScanner.h"
 #include "directory/TappedStream.h"
 
+#include <stdexcept>
+#include <sys/socket.h>
+#include <unistd.h>
+
 namespace directory {
 
 namespace {
@@ -37,15 +41,16 @@ ApiRequest requestOf(SoupServerMessage *message, const std::string &target, cons
     request.method = soup_server_message_get_method(message);
     const std::size_t question = std::min(target.find('?'), target.size());
     request.path = percentDecoded(target.substr(0, question), false);
-    request.query = Query::parse(std::string_view(target).substr(std::min(question + 1, target.size())));
+    request.query
+        = Query::parse(std::string_view(target).substr(std::min(question + 1, target.size())));
     SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
     if (const char *host = soup_message_headers_get_one(headers, "Host"))
         request.host = host;
     const char *type = soup_message_headers_get_content_type(headers, nullptr);
     if (type && equalIgnoringCase(type, "application/x-www-form-urlencoded"))
         request.query.merge(Query::parse(body));
-    request.secure = g_object_get_data(
-                         G_OBJECT(soup_server_message_get_remote_address(message)), secureKey)
+    request.secure
+        = g_object_get_data(G_OBJECT(soup_server_message_get_remote_address(message)), secureKey)
         != nullptr;
     return request;
 }
@@ -72,6 +77,28 @@ void refuseHead(GIOStream *stream, GSocket *socket)
     g_socket_shutdown(socket, TRUE, TRUE, nullptr);
 }
 
+/// The library keeps a connection for a further request only while it has a listener of its own.
+/// This one is half of a pair of sockets whose other half is silent: nobody can connect to it.
+/// Returns that other half, to be closed later.
+int addSilentListener(SoupServer *server)
+{
+    int pair[2] = {-1, -1};
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pair) != 0)
+        throw std::runtime_error("no sockets are left");
+    GError *error = nullptr;
+    GSocket *socket = g_socket_new_from_fd(pair[0], &error);
+    const bool added = socket
+        && soup_server_listen_socket(
+            server, socket, static_cast<SoupServerListenOptions>(0), &error);
+    g_clear_object(&socket);
+    g_clear_error(&error);
+    if (!added) {
+        close(pair[1]);
+        throw std::runtime_error("the HTTP library accepts no listener");
+    }
+    return pair[1];
+}
+
 } // namespace
 
 HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log)
@@ -79,6 +106,7 @@ HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log)
     , m_faults(faults)
     , m_log(log)
     , m_server(soup_server_new(nullptr, nullptr))
+    , m_silence(addSilentListener(m_server))
 {
     g_signal_connect(m_server, "request-started", G_CALLBACK(onStarted), this);
     soup_server_add_handler(m_server, nullptr, onRequest, this, nullptr);
@@ -90,24 +118,27 @@ HttpServer::~HttpServer()
     m_deliveries.clear();
     soup_server_disconnect(m_server);
     g_object_unref(m_server);
+    close(m_silence);
 }
 
-std::string HttpServer::listen(const std::string &address) { return listenWith(address, nullptr); }
+std::string HttpServer::listen(const std::string &address)
+{
+    return listenWith(address, nullptr);
+}
 
 std::string HttpServer::listenTls(
     const std::string &address, const std::string &certificate, const std::string &key)
 {
     GTlsCertificate *loaded = loadCertificate(certificate, key);
-    const std::unique_ptr<GTlsCertificate, decltype(&g_object_unref)> owner(
-        loaded, g_object_unref);
+    const std::unique_ptr<GTlsCertificate, decltype(&g_object_unref)> owner(loaded, g_object_unref);
     return listenWith(address, loaded);
 }
 
 std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *certificate)
 {
     const bool secure = certificate != nullptr;
-    m_listeners.push_back(std::make_unique<Listener>(address, certificate,
-        [this, secure](GIOStream *stream, GSocketConnection *connection) {
+    m_listeners.push_back(std::make_unique<Listener>(
+        address, certificate, [this, secure](GIOStream *stream, GSocketConnection *connection) {
             accept(stream, connection, secure);
         }));
     return m_listeners.back()->hostAndPort();
@@ -120,7 +151,8 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
             if (log && !isControl(target))
                 log->write(method, target);
         });
-    // The tap is a part of the stream, so the stream and its socket are there whenever it is called.
+    // The tap is a part of the stream, so the stream and its socket are there whenever it is
+    // called.
     GSocket *socket = g_socket_connection_get_socket(connection);
     GIOStream *tapped
         = tappedStream(stream, socket, [scanner, stream, socket](std::string_view bytes) {
@@ -132,7 +164,8 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
     GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
     GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);
     if (local && remote) {
-        // Each connection has an address object of its own: the way to tell later how a message came.
+        // Each connection has an address object of its own: the way to tell later how a message
+        // came.
         g_object_set_data(G_OBJECT(remote), secureKey, secure ? this : nullptr);
         soup_server_accept_iostream(m_server, tapped, local, remote, nullptr);
     }
@@ -176,8 +209,7 @@ void HttpServer::onRequest(
 
 void HttpServer::serve(SoupServerMessage *message)
 {
-    const auto *body
-        = static_cast<RequestBody *>(g_object_get_data(G_OBJECT(message), bodyKey));
+    const auto *body = static_cast<RequestBody *>(g_object_get_data(G_OBJECT(message), bodyKey));
     const std::string target = targetOf(message);
     if (body->tooLong)
         return send(message, textAnswer(413, "The request's body is too long."));

@@ -1,5 +1,5 @@
-/// The server around a Directory: connections, request bodies, the request log and faults. Lives on one thread, whose
-/// default main context must run; everything it is given must outlive it.
+/// The server around a Directory: connections, request bodies, the request log and faults. Lives on
+/// one thread, whose default main context must run; everything it is given must outlive it.
 #pragma once
 
 #include "directory/Delivery.h"
@@ -46,6 +46,7 @@ private:
     Faults &m_faults;
     RequestLog *m_log;
     SoupServer *m_server;
+    int m_silence; ///< keeps the library's own listener quiet
     std::vector<std::unique_ptr<Listener>> m_listeners;
     std::list<std::unique_ptr<RawDelivery>> m_deliveries;
 };

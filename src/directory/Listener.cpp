@@ -2,6 +2,9 @@
 
 #include "directory/Query.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+
 #include <stdexcept>
 
 namespace directory {
@@ -78,8 +81,8 @@ Listener::Listener(const std::string &address, GTlsCertificate *certificate, Acc
     if (m_certificate)
         g_object_ref(m_certificate);
     g_signal_connect(m_service, "incoming",
-        G_CALLBACK(+[](GSocketService *, GSocketConnection *connection, GObject *, gpointer self)
-                       -> gboolean {
+        G_CALLBACK(+[](GSocketService *, GSocketConnection *connection, GObject *,
+                        gpointer self) -> gboolean {
             static_cast<Listener *>(self)->accepted(connection);
             return TRUE;
         }),
@@ -116,7 +119,11 @@ void Listener::accepted(GSocketConnection *connection)
             delete open;
         },
         new std::shared_ptr<int>(m_open));
-    g_socket_set_timeout(g_socket_connection_get_socket(connection), idleSeconds);
+    GSocket *socket = g_socket_connection_get_socket(connection);
+    g_socket_set_timeout(socket, idleSeconds);
+    // Head and body are written one after the other; without this the second would wait for an
+    // acknowledgement.
+    g_socket_set_option(socket, IPPROTO_TCP, TCP_NODELAY, 1, nullptr);
     if (!m_certificate) {
         m_accept(G_IO_STREAM(connection), connection);
         return;

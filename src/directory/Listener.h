@@ -1,5 +1,6 @@
-/// Accepts connections at one address, in clear or over TLS, and hands them on. It bounds how many are open at a time:
-/// one too many is closed at once. Lives on the thread whose main context was the default when it was made.
+/// Accepts connections at one address, in clear or over TLS, and hands them on. It bounds how many
+/// are open at a time: one too many is closed at once. Lives on the thread whose main context was
+/// the default when it was made.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +20,8 @@ public:
     /// The stream speaks TLS already when it should; the socket is the one below it.
     using Accept = std::function<void(GIOStream *stream, GSocketConnection *connection)>;
 
-    /// "127.0.0.1:8080", "[::1]:0"; port 0 picks a free one. Without a certificate it speaks plain HTTP.
-    /// Throws std::runtime_error when that does not work.
+    /// "127.0.0.1:8080", "[::1]:0"; port 0 picks a free one. Without a certificate it speaks plain
+    /// HTTP. Throws std::runtime_error when that does not work.
     Listener(const std::string &address, GTlsCertificate *certificate, Accept accept);
     ~Listener();
     Listener(const Listener &) = delete;

@@ -76,8 +76,8 @@ Json letterRows(const Context &context, const Scope &scope)
         ++letters[initialOf(station->name)];
     Json rows = Json::array();
     for (const auto &letter : letters) {
-        rows.push_back(linkRow(letter.first,
-            context.api("Browse.ashx", withFilter(scope, "s:~" + letter.first))));
+        rows.push_back(linkRow(
+            letter.first, context.api("Browse.ashx", withFilter(scope, "s:~" + letter.first))));
     }
     return rows;
 }
@@ -173,8 +173,7 @@ std::vector<const Show *> showsOf(const Context &context, const Scope &scope)
         const bool placed = !scope.region.empty() || !scope.language.empty();
         if (placed
             && (!station
-                || (!scope.region.empty()
-                    && !context.catalog().within(station->city, scope.region))
+                || (!scope.region.empty() && !context.catalog().within(station->city, scope.region))
                 || (!scope.language.empty() && station->language != scope.language)))
             continue;
         shows.push_back(&show);
@@ -194,8 +193,7 @@ Json stationPage(const Context &context, const Scope &scope,
     Json rows = page(stations, offset, size,
         [&context](const Station &station) { return stationRow(context, station); });
     if (stations.size() > offset && stations.size() - offset > size)
-        rows.push_back(
-            cursor(context, scope, "moreStations", "nextStations", "s", offset + size));
+        rows.push_back(cursor(context, scope, "moreStations", "nextStations", "s", offset + size));
     return rows;
 }
 
@@ -251,8 +249,8 @@ Answer listScreen(const Context &context, const Scope &scope)
         Query byName = scope.address;
         byName.add("pivot", "name");
         byName.add("filter", "s");
-        rows.push_back(linkRow(
-            context.word("byName"), context.api("Browse.ashx", byName), {}, "pivotName"));
+        rows.push_back(
+            linkRow(context.word("byName"), context.api("Browse.ashx", byName), {}, "pivotName"));
     }
     const std::string title
         = offset > 0 ? context.word("moreStations") + " - " + scope.title : scope.title;

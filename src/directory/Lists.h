@@ -1,5 +1,5 @@
-/// Lists of stations and shows: what a place in the directory and a filter select, their pages, and the pivots that
-/// split them.
+/// Lists of stations and shows: what a place in the directory and a filter select, their pages, and
+/// the pivots that split them.
 #pragma once
 
 #include "directory/Rows.h"
@@ -9,8 +9,8 @@
 
 namespace directory {
 
-/// The "filter" parameter: parts joined by ":" in any order. Parts that mean nothing are ignored, so a wrong filter
-/// gives the unfiltered list, as the web API does.
+/// The "filter" parameter: parts joined by ":" in any order. Parts that mean nothing are ignored,
+/// so a wrong filter gives the unfiltered list, as the web API does.
 struct Filter {
     bool stations = false;
     bool shows = false;

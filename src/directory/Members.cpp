@@ -23,10 +23,9 @@ std::string randomText(std::size_t length)
 
 bool plainName(const std::string &name)
 {
-    return !name.empty() && name.size() <= 12
-        && std::all_of(name.begin(), name.end(), [](char c) {
-               return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-           });
+    return !name.empty() && name.size() <= 12 && std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+    });
 }
 
 bool plausibleEmail(const std::string &email)
@@ -34,8 +33,8 @@ bool plausibleEmail(const std::string &email)
     const std::size_t at = email.find('@');
     const std::size_t dot = email.rfind('.');
     return at != std::string::npos && at > 0 && email.find('@', at + 1) == std::string::npos
-        && dot != std::string::npos && dot > at + 1 && dot + 1 < email.size()
-        && email.size() <= 254 && email.find_first_of(" \t\r\n") == std::string::npos;
+        && dot != std::string::npos && dot > at + 1 && dot + 1 < email.size() && email.size() <= 254
+        && email.find_first_of(" \t\r\n") == std::string::npos;
 }
 
 } // namespace
@@ -189,7 +188,10 @@ std::string Members::create(const NewAccount &wanted)
     return {};
 }
 
-void Members::remove(const std::string &userName) { m_accounts.erase(lowered(userName)); }
+void Members::remove(const std::string &userName)
+{
+    m_accounts.erase(lowered(userName));
+}
 
 Members::Device *Members::device(const std::string &serial)
 {

@@ -1,5 +1,5 @@
-/// Who uses the directory: accounts, devices and their presets. All of it is in memory and bounded; a new start
-/// forgets it. Not safe for several threads: the server's thread owns it.
+/// Who uses the directory: accounts, devices and their presets. All of it is in memory and bounded;
+/// a new start forgets it. Not safe for several threads: the server's thread owns it.
 #pragma once
 
 #include <cstdint>

@@ -8,7 +8,10 @@ namespace directory {
 
 namespace {
 
-std::string firstLine(const std::string &text) { return text.substr(0, text.find('\n')); }
+std::string firstLine(const std::string &text)
+{
+    return text.substr(0, text.find('\n'));
+}
 
 } // namespace
 
@@ -21,8 +24,8 @@ Options parseOptions(int count, const char *const *arguments)
         ->type_name("ADDRESS:PORT");
     auto *tls = app.add_option("--tls-listen", options.tlsListen, "where to serve HTTPS as well")
                     ->type_name("ADDRESS:PORT");
-    auto *certificate = app.add_option("--cert", options.certificate, "the certificate, PEM")
-                            ->type_name("FILE");
+    auto *certificate
+        = app.add_option("--cert", options.certificate, "the certificate, PEM")->type_name("FILE");
     auto *key = app.add_option("--key", options.key, "its key, PEM")->type_name("FILE");
     tls->needs(certificate)->needs(key);
     certificate->needs(tls);

@@ -58,7 +58,8 @@ std::string deflated(const std::string &bytes)
     return out;
 }
 
-/// A pattern that mirrors at its middle, in one colour on a light ground, as one byte of palette index per pixel.
+/// A pattern that mirrors at its middle, in one colour on a light ground, as one byte of palette
+/// index per pixel.
 std::string patternPixels(std::uint32_t seed, int size)
 {
     std::string pixels;
@@ -103,11 +104,19 @@ int takeSize(std::string &name)
 {
     int size = 145;
     switch (name.empty() ? '\0' : name.back()) {
-    case 't': size = 75; break;
-    case 'q': break;
-    case 'd': size = 300; break;
-    case 'g': size = 600; break;
-    default: return size;
+    case 't':
+        size = 75;
+        break;
+    case 'q':
+        break;
+    case 'd':
+        size = 300;
+        break;
+    case 'g':
+        size = 600;
+        break;
+    default:
+        return size;
     }
     name.pop_back();
     return size;
@@ -115,12 +124,13 @@ int takeSize(std::string &name)
 
 bool plainName(const std::string &name)
 {
-    return !name.empty() && name.size() <= 20
-        && std::all_of(name.begin(), name.end(),
-            [](char c) { return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9'); });
+    return !name.empty() && name.size() <= 20 && std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
+    });
 }
 
-/// MPEG-2 layer III, 24 kbit/s, 22.05 kHz, mono. A frame whose side information is zero decodes to silence.
+/// MPEG-2 layer III, 24 kbit/s, 22.05 kHz, mono. A frame whose side information is zero decodes to
+/// silence.
 std::string silence(int frames)
 {
     constexpr std::size_t frameSize = 78;
@@ -141,8 +151,7 @@ Answer logoPicture(const std::string &path)
     if (path.size() <= folder.size() + extension.size()
         || path.compare(path.size() - extension.size(), extension.size(), extension) != 0)
         return textAnswer(404, "There is no such picture.");
-    std::string name
-        = path.substr(folder.size(), path.size() - folder.size() - extension.size());
+    std::string name = path.substr(folder.size(), path.size() - folder.size() - extension.size());
     const int size = takeSize(name);
     if (!plainName(name))
         return textAnswer(404, "There is no such picture.");

@@ -9,8 +9,14 @@ namespace {
 
 constexpr std::size_t maxAddress = 2000;
 
-Answer invalidId() { return failure("400", "Invalid ID", "request.idInvalid"); }
-Answer invalidFolder() { return failure("400", "Invalid folder", "request.idInvalid"); }
+Answer invalidId()
+{
+    return failure("400", "Invalid ID", "request.idInvalid");
+}
+Answer invalidFolder()
+{
+    return failure("400", "Invalid folder", "request.idInvalid");
+}
 
 bool known(const Catalog &catalog, const std::string &id)
 {
@@ -88,8 +94,7 @@ Answer change(const Context &context, Library &library)
 Answer presetOf(const Context &context)
 {
     const std::string userName = context.param("username");
-    if (!userName.empty()
-        && !context.members().authenticate(userName, context.param("password")))
+    if (!userName.empty() && !context.members().authenticate(userName, context.param("password")))
         return failure("403", "Forbidden");
     Library *library = context.members().change(userName, context.param("serial"));
     if (!library)

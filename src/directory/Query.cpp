@@ -17,7 +17,10 @@ int hexValue(char c)
     return -1;
 }
 
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+char lower(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 
 bool standsInQuery(char c)
 {
@@ -69,9 +72,9 @@ std::string lowered(std::string_view text)
 
 bool equalIgnoringCase(std::string_view a, std::string_view b)
 {
-    return a.size() == b.size()
-        && std::equal(a.begin(), a.end(), b.begin(),
-            [](char x, char y) { return lower(x) == lower(y); });
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
+        return lower(x) == lower(y);
+    });
 }
 
 std::vector<std::string> split(std::string_view text, char separator)
@@ -122,7 +125,10 @@ const QueryItem *Query::find(std::string_view name) const
     return found != m_items.end() ? &*found : nullptr;
 }
 
-bool Query::has(std::string_view name) const { return find(name) != nullptr; }
+bool Query::has(std::string_view name) const
+{
+    return find(name) != nullptr;
+}
 
 std::string Query::value(std::string_view name) const
 {

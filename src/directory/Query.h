@@ -1,5 +1,6 @@
 /// The query of a request or of an answer's link: decoded pairs in their order.
-/// A value; parsing never fails, because what clients send is theirs: a bad escape stands for itself.
+/// A value; parsing never fails, because what clients send is theirs: a bad escape stands for
+/// itself.
 #pragma once
 
 #include <string>

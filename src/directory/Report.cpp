@@ -23,14 +23,13 @@ Answer wizard(const Context &context)
         const char *step;
         const char *text;
     };
-    static constexpr Question questions[] = {{"silent", "There is no sound"},
-        {"stutters", "It stops again and again"}, {"wrong", "This is another station"},
-        {"details", "Its name, logo or genre is wrong"}};
+    static constexpr Question questions[]
+        = {{"silent", "There is no sound"}, {"stutters", "It stops again and again"},
+            {"wrong", "This is another station"}, {"details", "Its name, logo or genre is wrong"}};
     Json rows = Json::array();
     for (const Question &question : questions)
         rows.push_back(linkRow(question.text,
-            context.api(
-                "Report.ashx", {{"c", "wizard"}, {"id", id}, {"step", question.step}})));
+            context.api("Report.ashx", {{"c", "wizard"}, {"id", id}, {"step", question.step}})));
     return success("What is wrong?", std::move(rows));
 }
 

@@ -1,5 +1,5 @@
-/// One line per request, METHOD SP TARGET, as it came, written at once. Passwords are the exception: their values
-/// become "***".
+/// One line per request, METHOD SP TARGET, as it came, written at once. Passwords are the
+/// exception: their values become "***".
 #pragma once
 
 #include <cstdio>

@@ -29,12 +29,21 @@ void RequestScanner::feed(std::string_view bytes)
 {
     while (!bytes.empty() && m_state != State::Lost) {
         switch (m_state) {
-        case State::Head: takeHead(bytes); break;
+        case State::Head:
+            takeHead(bytes);
+            break;
         case State::Body:
-        case State::Chunk: takeBody(bytes); break;
-        case State::ChunkSize: takeChunkSize(bytes); break;
-        case State::Trailer: takeTrailer(bytes); break;
-        case State::Lost: break;
+        case State::Chunk:
+            takeBody(bytes);
+            break;
+        case State::ChunkSize:
+            takeChunkSize(bytes);
+            break;
+        case State::Trailer:
+            takeTrailer(bytes);
+            break;
+        case State::Lost:
+            break;
         }
     }
 }
@@ -81,7 +90,7 @@ void RequestScanner::headDone()
             continue;
         const std::string value(trimmed(header.substr(colon + 1)));
         if (equalIgnoringCase(header.substr(0, colon), "Content-Length"))
-            m_left = std::strtoull(value.c_str(), nullptr, 10);
+            m_left = static_cast<std::uint64_t>(std::max(0, parseNumber(value)));
         if (equalIgnoringCase(header.substr(0, colon), "Transfer-Encoding"))
             chunked = lowered(value).find("chunked") != std::string::npos;
     }
@@ -125,7 +134,8 @@ bool RequestScanner::takeLine(std::string_view &bytes, std::string &line)
 void RequestScanner::takeChunkSize(std::string_view &bytes)
 {
     std::string line;
-    if (!takeLine(bytes, line) || line.empty()) // the line end behind a chunk reads as an empty line
+    if (!takeLine(bytes, line)
+        || line.empty()) // the line end behind a chunk reads as an empty line
         return;
     m_left = std::strtoull(line.c_str(), nullptr, 16);
     m_state = m_left > 0 ? State::Chunk : State::Trailer;

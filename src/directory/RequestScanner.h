@@ -1,5 +1,6 @@
-/// Follows the bytes that a client sends on one connection and tells the request lines in them, exactly as they came:
-/// the HTTP library normalises targets before it shows them. It judges nothing; that is the library's task.
+/// Follows the bytes that a client sends on one connection and tells the request lines in them,
+/// exactly as they came: the HTTP library normalises targets before it shows them. It judges
+/// nothing; that is the library's task.
 #pragma once
 
 #include <cstdint>

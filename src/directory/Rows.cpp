@@ -84,7 +84,8 @@ Json linkRow(const std::string &text, const std::string &url, const std::string 
 
 Json section(const std::string &text, const std::string &key, Json children)
 {
-    return {{"element", "outline"}, {"text", text}, {"key", key}, {"children", std::move(children)}};
+    return {
+        {"element", "outline"}, {"text", text}, {"key", key}, {"children", std::move(children)}};
 }
 
 std::string placeOf(const Context &context, const Station &station)
@@ -107,9 +108,8 @@ Json stationRow(
 
     Query link {{"id", station.id}};
     link.merge(extra);
-    Json row = {{"element", "outline"}, {"type", "audio"},
-        {"text", label(context, station, text)}, {"URL", context.api("Tune.ashx", link)},
-        {"bitrate", std::to_string(stream->bitrate)},
+    Json row = {{"element", "outline"}, {"type", "audio"}, {"text", label(context, station, text)},
+        {"URL", context.api("Tune.ashx", link)}, {"bitrate", std::to_string(stream->bitrate)},
         {"reliability", std::to_string(stream->reliability)}, {"guide_id", station.id}};
     if (!playing.text.empty() || !station.slogan.empty())
         row["subtext"] = playing.text.empty() ? station.slogan : playing.text;
@@ -117,8 +117,8 @@ Json stationRow(
     row["formats"] = formatsOf(context, station);
     if (!playing.text.empty()) {
         row["playing"] = playing.text;
-        row["playing_image"] = context.logo(
-            playing.artistId.empty() ? station.id : playing.artistId);
+        row["playing_image"]
+            = context.logo(playing.artistId.empty() ? station.id : playing.artistId);
     }
     if (onAir.show)
         row["show_id"] = onAir.show->id;

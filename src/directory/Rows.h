@@ -18,7 +18,8 @@ Json linkRow(const std::string &text, const std::string &url, const std::string 
 /// A heading with rows below it. Keys hold neither "_" nor "~": clients join them with these.
 Json section(const std::string &text, const std::string &key, Json children);
 
-/// A station to play, or its "unavailable" row when the listener cannot play it. `extra` goes into the link.
+/// A station to play, or its "unavailable" row when the listener cannot play it. `extra` goes into
+/// the link.
 Json stationRow(const Context &context, const Station &station,
     StationText text = StationText::Place, const Query &extra = {});
 Json showRow(const Context &context, const Show &show);

@@ -40,9 +40,8 @@ Json streamSamples(const Context &context)
     for (const Sample &sample : context.catalog().streamSamples) {
         rows.push_back({{"element", "outline"}, {"type", "audio"}, {"text", sample.text},
             {"URL", context.here("/stream/sample/" + sample.file)},
-            {"bitrate", std::to_string(sample.stream.bitrate)},
-            {"media_type", sample.stream.codec}, {"item", "station"},
-            {"image", context.logo("s2")}});
+            {"bitrate", std::to_string(sample.stream.bitrate)}, {"media_type", sample.stream.codec},
+            {"item", "station"}, {"image", context.logo("s2")}});
     }
     return rows;
 }
@@ -72,9 +71,8 @@ Search::Search(const Catalog &catalog)
         const Region *city = catalog.region(station.city);
         const Region *country = catalog.above(station.city, Region::Kind::Country);
         m_stations.push_back({wordsOf(station.name),
-            wordsOf(catalog.genreName(station.genre) + ' ' + station.slogan + ' '
-                + station.callSign + ' ' + (city ? city->name : "") + ' '
-                + (country ? country->name : ""))});
+            wordsOf(catalog.genreName(station.genre) + ' ' + station.slogan + ' ' + station.callSign
+                + ' ' + (city ? city->name : "") + ' ' + (country ? country->name : ""))});
     }
     for (const Show &show : catalog.shows)
         m_shows.push_back({wordsOf(show.title),
@@ -141,8 +139,7 @@ Json Search::found(const Context &context, const Words &terms) const
     if (rows.size() > maxRows)
         rows.erase(rows.begin() + maxRows, rows.end());
     if (!unavailable.empty())
-        rows.push_back(
-            section(context.word("notPlayable"), "unavailable", std::move(unavailable)));
+        rows.push_back(section(context.word("notPlayable"), "unavailable", std::move(unavailable)));
     return rows;
 }
 

@@ -1,5 +1,6 @@
-/// Search.ashx: stations, shows and artists by the beginnings of their words, without regard to case and accents.
-/// The index is built once from the catalog, which must outlive it; reading it is safe from any thread.
+/// Search.ashx: stations, shows and artists by the beginnings of their words, without regard to
+/// case and accents. The index is built once from the catalog, which must outlive it; reading it is
+/// safe from any thread.
 #pragma once
 
 #include "directory/Context.h"

@@ -27,8 +27,14 @@ G_DEFINE_TYPE_WITH_CODE(TapInput, tap_input, G_TYPE_FILTER_INPUT_STREAM,
     G_IMPLEMENT_INTERFACE(G_TYPE_POLLABLE_INPUT_STREAM, tap_input_pollable_init))
 G_DEFINE_TYPE(TapStream, tap_stream, G_TYPE_IO_STREAM)
 
-TapInput *asInput(gpointer object) { return static_cast<TapInput *>(object); }
-TapStream *asStream(gpointer object) { return static_cast<TapStream *>(object); }
+TapInput *asInput(gpointer object)
+{
+    return static_cast<TapInput *>(object);
+}
+TapStream *asStream(gpointer object)
+{
+    return static_cast<TapStream *>(object);
+}
 
 GInputStream *baseOf(gpointer input)
 {
@@ -38,7 +44,8 @@ GInputStream *baseOf(gpointer input)
 gssize shown(gpointer input, const void *buffer, gssize count)
 {
     if (count > 0)
-        (*asInput(input)->tap)({static_cast<const char *>(buffer), static_cast<std::size_t>(count)});
+        (*asInput(input)->tap)(
+            {static_cast<const char *>(buffer), static_cast<std::size_t>(count)});
     return count;
 }
 
@@ -49,8 +56,7 @@ gssize readBlocking(
         input, buffer, g_input_stream_read(baseOf(input), buffer, count, cancellable, error));
 }
 
-gssize readNonblocking(
-    GPollableInputStream *input, void *buffer, gsize count, GError **error)
+gssize readNonblocking(GPollableInputStream *input, void *buffer, gsize count, GError **error)
 {
     return shown(input, buffer,
         g_pollable_input_stream_read_nonblocking(
@@ -111,8 +117,7 @@ void disposeStream(GObject *object)
 
 gboolean closeStream(GIOStream *stream, GCancellable *cancellable, GError **error)
 {
-    return !asStream(stream)->base
-        || g_io_stream_close(asStream(stream)->base, cancellable, error);
+    return !asStream(stream)->base || g_io_stream_close(asStream(stream)->base, cancellable, error);
 }
 
 void tap_stream_class_init(TapStreamClass *type)

@@ -9,10 +9,11 @@ namespace directory {
 
 using Tap = std::function<void(std::string_view bytes)>;
 
-/// Takes its own references. `socket` is the one at the bottom of `base`. The result belongs to the caller.
+/// Takes its own references. `socket` is the one at the bottom of `base`. The result belongs to the
+/// caller.
 GIOStream *tappedStream(GIOStream *base, GSocket *socket, Tap tap);
-/// The socket of a stream made by tappedStream, or of a wrapper that has one as its "base-iostream"; null for any other
-/// stream.
+/// The socket of a stream made by tappedStream, or of a wrapper that has one as its
+/// "base-iostream"; null for any other stream.
 GSocket *socketOf(GIOStream *stream);
 
 } // namespace directory

@@ -7,8 +7,14 @@ namespace directory {
 
 namespace {
 
-Answer unknownMethod() { return failure("404", "Invalid method", "api.methodNotFound"); }
-Answer unknownId() { return failure("400", "Invalid ID", "request.idInvalid"); }
+Answer unknownMethod()
+{
+    return failure("404", "Invalid method", "api.methodNotFound");
+}
+Answer unknownId()
+{
+    return failure("400", "Invalid ID", "request.idInvalid");
+}
 
 /// The id of a station's n-th stream: "e" with the station's digits and one more.
 std::string streamId(const Station &station, std::size_t index)
@@ -40,8 +46,8 @@ Json audioItem(const std::string &url, const Stream &stream, const std::string &
     Json item = {{"element", "audio"}, {"url", url}, {"reliability", stream.reliability},
         {"bitrate", stream.bitrate}, {"media_type", stream.codec}, {"position", 0},
         {"player_width", 0}, {"player_height", 0}, {"is_hls_advanced", "false"},
-        {"live_seek_stream", "false"}, {"guide_id", id},
-        {"is_ad_clipped_content_enabled", "false"}, {"is_direct", stream.playlist.empty()}};
+        {"live_seek_stream", "false"}, {"guide_id", id}, {"is_ad_clipped_content_enabled", "false"},
+        {"is_direct", stream.playlist.empty()}};
     if (!stream.playlist.empty())
         item["playlist_type"] = stream.playlist;
     return item;
@@ -65,8 +71,8 @@ Json stationStreams(const Context &context, const Station &station)
     }
     for (std::size_t i = 0; i < station.streams.size(); ++i) {
         if (context.accepts(station.streams[i].codec))
-            items.push_back(audioItem(context.streamAddress(station, i), station.streams[i],
-                streamId(station, i)));
+            items.push_back(audioItem(
+                context.streamAddress(station, i), station.streams[i], streamId(station, i)));
     }
     return items;
 }
@@ -89,7 +95,8 @@ Json showStreams(const Context &context, const Show &show)
     return topicStream(context, *context.catalog().topic(show.topics.front()));
 }
 
-/// The items of an id; null for a kind of id that cannot be played, an empty list for an id that nobody has.
+/// The items of an id; null for a kind of id that cannot be played, an empty list for an id that
+/// nobody has.
 Json resolve(const Context &context, const std::string &id)
 {
     const Catalog &catalog = context.catalog();
@@ -104,8 +111,8 @@ Json resolve(const Context &context, const std::string &id)
         const Station &station = *instance.station;
         if (!station.availability.empty())
             return Json::array({placeholderItem(context, station.availability, id)});
-        return Json::array({audioItem(context.streamAddress(station, instance.index),
-            station.streams[instance.index], id)});
+        return Json::array({audioItem(
+            context.streamAddress(station, instance.index), station.streams[instance.index], id)});
     }
     const bool playableKind
         = id.size() > 1 && std::string("stpe").find(id.front()) != std::string::npos;
@@ -148,8 +155,7 @@ Answer streamPicker(const Context &context)
             continue;
         const std::string id = streamId(*station, i);
         rows.push_back({{"element", "outline"}, {"type", "audio"},
-            {"text",
-                station->name + " - " + std::to_string(stream.bitrate) + "k " + stream.codec},
+            {"text", station->name + " - " + std::to_string(stream.bitrate) + "k " + stream.codec},
             {"URL", context.api("Tune.ashx", {{"id", id}, {"sid", station->id}})},
             {"bitrate", std::to_string(stream.bitrate)},
             {"reliability", std::to_string(stream.reliability)}, {"media_type", stream.codec},

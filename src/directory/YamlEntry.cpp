@@ -21,14 +21,20 @@ YamlEntry::YamlEntry(
     }
 }
 
-int YamlEntry::line() const { return m_node.Mark().line + 1; }
+int YamlEntry::line() const
+{
+    return m_node.Mark().line + 1;
+}
 
 void YamlEntry::fail(const std::string &message) const
 {
     throw DataError(line(), m_kind + ": " + message);
 }
 
-bool YamlEntry::has(const char *key) const { return m_node[key].IsDefined(); }
+bool YamlEntry::has(const char *key) const
+{
+    return m_node[key].IsDefined();
+}
 
 YAML::Node YamlEntry::child(const char *key) const
 {
@@ -112,8 +118,7 @@ std::vector<std::string> YamlEntry::texts(const char *key) const
     return values;
 }
 
-void YamlEntry::eachOf(
-    const char *key, const std::function<void(const YAML::Node &)> &visit) const
+void YamlEntry::eachOf(const char *key, const std::function<void(const YAML::Node &)> &visit) const
 {
     const YAML::Node list = child(key);
     if (!list.IsSequence())

@@ -1,5 +1,5 @@
-/// Reads one mapping of a YAML file strictly: wrong types, missing or unknown keys and long texts are reported with
-/// the line. Lives only while the file is loaded; throws DataError.
+/// Reads one mapping of a YAML file strictly: wrong types, missing or unknown keys and long texts
+/// are reported with the line. Lives only while the file is loaded; throws DataError.
 #pragma once
 
 #include <yaml-cpp/yaml.h>

@@ -61,8 +61,8 @@ void Host::setUpValues()
     for (const QString &prefix : hostValuePrefixes())
         m_root->addWorker(prefix, m_values.get());
 
-    const QString folder = m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder()
-                                                           : m_options.stateFolder;
+    const QString folder
+        = m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder() : m_options.stateFolder;
     if (folder.isEmpty())
         VESK_WARN("There is no folder for settings: changes last until the host ends.");
     m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
@@ -87,8 +87,7 @@ void Host::setUpLanguage()
 {
     const auto apply = [] {
         CMAbstractWorker *root = CMRoot();
-        const QString language
-            = VeskValue(root->getValue(VeskUILanguagePath()).toHash()).string_();
+        const QString language = VeskValue(root->getValue(VeskUILanguagePath()).toHash()).string_();
         if (!Language::setCurrent(language, HostFolders::translations()))
             VESK_INFO("There are no texts in the language " << language << ".");
     };
@@ -118,7 +117,8 @@ void Host::setUpPlugins()
     for (const auto &plugin : m_plugins)
         plugin->load();
     if (m_loading == 0)
-        QMetaObject::invokeMethod(this, [this] { listen(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { listen(); }, Qt::QueuedConnection);
 }
 
 void Host::pluginLoaded()

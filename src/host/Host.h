@@ -20,8 +20,7 @@ class SettingsStore;
 
 /// The whole host: the root worker, the value tree with what is kept of it, the network state, the
 /// plug-ins and the server for clients. One per process, on the main thread, with its event loop.
-class Host : public QObject
-{
+class Host : public QObject {
     Q_OBJECT
 
 public:

@@ -12,6 +12,7 @@ struct HostCommandLine {
     QString text;
 };
 
-/// Reads the arguments after the program's name, and the configuration file that they name. What the
-/// command line says wins; values and connections that both name are those of both. Never throws.
+/// Reads the arguments after the program's name, and the configuration file that they name. What
+/// the command line says wins; values and connections that both name are those of both. Never
+/// throws.
 HostCommandLine parseHostCommandLine(const QStringList &arguments);

@@ -14,8 +14,7 @@ namespace {
 constexpr qint64 MaxSize = 1024 * 1024;
 
 /// Reads the members of one file.
-class Reader
-{
+class Reader {
 public:
     Reader(const QString &file, HostOptions &options)
         : m_folder(QFileInfo(file).absolutePath())
@@ -72,9 +71,8 @@ private:
     QString plugins(const QVariant &value)
     {
         return each(value, [this](const QVariant &entry) {
-            const QVariantHash plugin = isText(entry)
-                ? QVariantHash {{QStringLiteral("file"), entry}}
-                : entry.toHash();
+            const QVariantHash plugin
+                = isText(entry) ? QVariantHash {{QStringLiteral("file"), entry}} : entry.toHash();
             QString name;
             const QString complaint = file(plugin.value(QStringLiteral("file")), name);
             if (!complaint.isEmpty())

@@ -5,6 +5,6 @@
 struct HostOptions;
 
 /// Reads a configuration file (JSON; its form is described in docs/host.md) into \a options. Files
-/// that it names are relative to its own folder. Returns what is wrong, empty when nothing is; a name
-/// that is not known is wrong, so that a misspelt one is noticed.
+/// that it names are relative to its own folder. Returns what is wrong, empty when nothing is; a
+/// name that is not known is wrong, so that a misspelt one is noticed.
 QString readHostConfigFile(const QString &file, HostOptions &options);

@@ -16,13 +16,12 @@ QString besideProgram(const QString &folder)
 QStringList HostFolders::installedPlugins()
 {
     // A build folder's layout, then the distribution's own library folder.
-    const QStringList folders {QStringLiteral("lib/vesk/plugins"),
-        QStringLiteral(VESK_PLUGIN_INSTALL_DIR)};
+    const QStringList folders {
+        QStringLiteral("lib/vesk/plugins"), QStringLiteral(VESK_PLUGIN_INSTALL_DIR)};
     for (const QString &folder : folders) {
         const QDir dir(besideProgram(folder));
         QStringList files;
-        const QStringList names
-            = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
+        const QStringList names = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
         for (const QString &name : names)
             files.append(dir.absoluteFilePath(name));
         if (!files.isEmpty())

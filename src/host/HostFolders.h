@@ -9,4 +9,4 @@ namespace HostFolders {
 QStringList installedPlugins();
 /// Folders with translation catalogues.
 QStringList translations();
-}
+} // namespace HostFolders

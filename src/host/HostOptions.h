@@ -45,4 +45,4 @@ QString addPinned(HostOptions &options, const QString &path, const QVariant &val
 QString addConnectTo(HostOptions &options, const QString &entry);
 QString setAudio(HostOptions &options, const QString &audio);
 QString setLogLevel(HostOptions &options, const QString &level);
-}
+} // namespace HostOption

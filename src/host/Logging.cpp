@@ -53,16 +53,15 @@ QString setUpLogging(const QString &level, const QString &file)
         QFile probe(file);
         if (!probe.open(QIODevice::Append))
             return QStringLiteral("%1: %2").arg(file, probe.errorString());
-        appender = new log4cplus::FileAppender(QFile::encodeName(file).toStdString(),
-            std::ios_base::app, true);
+        appender = new log4cplus::FileAppender(
+            QFile::encodeName(file).toStdString(), std::ios_base::app, true);
     }
     appender->setLayout(std::make_unique<log4cplus::PatternLayout>(Pattern));
 
     log4cplus::Logger root = log4cplus::Logger::getRoot();
     root.removeAllAppenders();
     root.addAppender(appender);
-    root.setLogLevel(
-        log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
+    root.setLogLevel(log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
     qInstallMessageHandler(logQtMessage);
     return {};
 }

@@ -3,7 +3,7 @@
 #include <QString>
 
 /// Sets up log4cplus for the process: records of \a level ("trace" to "error") and above go to
-/// \a file, or to standard error when it is empty, with time, level, logger, source:line, thread and
-/// message. Qt's own messages go the same way, under the logger "Qt". Main thread, before anything
-/// logs. Returns what is wrong, empty when nothing is.
+/// \a file, or to standard error when it is empty, with time, level, logger, source:line, thread
+/// and message. Qt's own messages go the same way, under the logger "Qt". Main thread, before
+/// anything logs. Returns what is wrong, empty when nothing is.
 QString setUpLogging(const QString &level, const QString &file);

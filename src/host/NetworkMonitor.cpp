@@ -55,8 +55,7 @@ bool NetworkMonitor::isConnected() const
 QString NetworkMonitor::ethernetMac(const QString &folder)
 {
     static const QRegularExpression form(QStringLiteral("^([0-9a-f]{2}:){5}[0-9a-f]{2}\\z"));
-    const QStringList names
-        = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    const QStringList names = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     for (const QString &name : names) {
         const QString interface = folder + QLatin1Char('/') + name;
         if (!isWiredAdapter(interface))

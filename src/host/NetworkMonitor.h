@@ -7,8 +7,7 @@ struct _GNetworkMonitor;
 
 /// Follows whether the machine has a network beyond itself, as GLib's network monitor sees it: a
 /// default route. Main thread, in the GLib main loop that Qt runs there.
-class NetworkMonitor : public QObject
-{
+class NetworkMonitor : public QObject {
     Q_OBJECT
 
 public:

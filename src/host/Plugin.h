@@ -15,8 +15,7 @@ class PluginThread;
 ///
 /// A library offers `extern "C" void *worker_create(const char *name, void *config)`: config points
 /// to a QVariantHash, the answer is a CMNodesWorker as it came from `new`, or null.
-class Plugin : public QObject
-{
+class Plugin : public QObject {
     Q_OBJECT
 
 public:
@@ -26,8 +25,8 @@ public:
 
     /// Starts loading, once; loadFinished() tells the outcome.
     void load();
-    /// Ends the worker and its thread; unloaded() tells when that is done, at once when nothing runs.
-    /// A worker that is busy is ended when it is done.
+    /// Ends the worker and its thread; unloaded() tells when that is done, at once when nothing
+    /// runs. A worker that is busy is ended when it is done.
     void unload();
 
     /// Unloads a plug-in that is loaded but cannot be used.

@@ -6,11 +6,10 @@
 #include <QThread>
 #include <QVariantHash>
 
-/// The thread of one plug-in: loads the library, creates the worker, runs its event loop, and deletes
-/// the worker as the last thing that it does, because a plug-in may end the event loop of the thread
-/// it is deleted on.
-class PluginThread : public QThread
-{
+/// The thread of one plug-in: loads the library, creates the worker, runs its event loop, and
+/// deletes the worker as the last thing that it does, because a plug-in may end the event loop of
+/// the thread it is deleted on.
+class PluginThread : public QThread {
     Q_OBJECT
 
 public:

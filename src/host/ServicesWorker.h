@@ -6,8 +6,7 @@ class CMListRowsNode;
 
 /// The host's own worker, with the prefix "host": `host:services` is the screen from which clients
 /// find what there is, one row per plug-in. `host:` leads there. Main thread.
-class ServicesWorker : public CMNodesWorker
-{
+class ServicesWorker : public CMNodesWorker {
     Q_OBJECT
 
 public:

@@ -5,8 +5,8 @@
 
 /// What is kept from one run of the host to the next.
 struct KeptSettings {
-    /// By the text form of their paths; plain values. Those of paths that this version does not know
-    /// are carried along.
+    /// By the text form of their paths; plain values. Those of paths that this version does not
+    /// know are carried along.
     QVariantHash values;
     /// Tells this device from all others; empty until there is one.
     QString memberId;
@@ -14,8 +14,7 @@ struct KeptSettings {
 
 /// The file "settings.json" in the state folder. Written whole or not at all; a file that cannot be
 /// understood is kept aside as "settings.json.damaged". Not thread-safe.
-class SettingsFile
-{
+class SettingsFile {
 public:
     /// A longer file is taken for damaged.
     static constexpr qint64 MaxSize = 1024 * 1024;

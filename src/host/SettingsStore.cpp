@@ -60,8 +60,7 @@ void SettingsStore::applyKept()
             VESK_WARN("A setting that is kept is not known here: " << path);
             continue;
         }
-        const VeskValue value
-            = CMValuesWorker::fromPlain(it.value(), definition->initial.type());
+        const VeskValue value = CMValuesWorker::fromPlain(it.value(), definition->initial.type());
         if (value.isEmpty())
             VESK_WARN("A setting that is kept has no fitting value: " << path);
         else if (!m_values->setValue(path, value))
@@ -95,7 +94,8 @@ void SettingsStore::changed()
 {
     // Changes that come together are written together.
     if (!m_dirty)
-        QMetaObject::invokeMethod(this, [this] { flush(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            this, [this] { flush(); }, Qt::QueuedConnection);
     m_dirty = true;
 }
 

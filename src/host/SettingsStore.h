@@ -9,8 +9,7 @@
 /// thread, with an event loop; values may change on any. What cannot be written now is written with
 /// the next change; the running values do not depend on it. A value that is pinned is neither set
 /// from what was kept nor written.
-class SettingsStore : public QObject
-{
+class SettingsStore : public QObject {
     Q_OBJECT
 
 public:

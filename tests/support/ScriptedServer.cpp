@@ -148,6 +148,9 @@ bool readRequest(
     while ((end = buffer.indexOf("\r\n\r\n")) < 0) {
         if (buffer.size() > MaxHeadBytes || !connection.receive(buffer))
             return false;
+        // A client that speaks TLS to a plain server shall not wait for an answer.
+        if (buffer.at(0) < 'A' || buffer.at(0) > 'Z')
+            return false;
     }
     QByteArray version;
     if (!parseHead(buffer.left(end), request, version))

@@ -1,69 +1,84 @@
 #include "api/core/percent.h"
 
-#include <QVarLengthArray>
-
+#include <algorithm>
 #include <cstring>
 
 namespace {
 
-/// Which ASCII characters stand as they are.
-struct KeptTable {
-    bool kept[128] = {};
+constexpr char digits[] = "0123456789ABCDEF";
 
-    constexpr KeptTable()
-    {
-        for (char16_t c = 'a'; c <= 'z'; ++c)
-            kept[c] = true;
-        for (char16_t c = 'A'; c <= 'Z'; ++c)
-            kept[c] = true;
-        for (char16_t c = '0'; c <= '9'; ++c)
-            kept[c] = true;
-        kept[int('-')] = kept[int('.')] = kept[int('_')] = kept[int('~')] = true;
-    }
-};
-
-constexpr KeptTable unreserved;
-
-class Kept {
+/// What each ASCII character becomes. Looking it up takes no decision, which matters: whether a
+/// character is to be encoded is what no processor can foresee.
+class Table {
 public:
-    explicit Kept(const char *more)
-        : m_kept(unreserved.kept)
+    constexpr explicit Table(const char *more)
     {
-        if (!*more)
-            return;
-        memcpy(m_own, unreserved.kept, sizeof m_own);
-        for (; *more; ++more) {
-            if (const auto c = static_cast<unsigned char>(*more); c < 128)
-                m_own[c] = true;
-        }
-        m_kept = m_own;
+        for (int c = 0; c < 128; ++c)
+            m_entries[c] = {
+                {'%', static_cast<ushort>(digits[c >> 4]), static_cast<ushort>(digits[c & 15])}, 3};
+        keep("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~");
+        keep(more);
     }
-    Kept(const Kept &) = delete;
-    Kept &operator=(const Kept &) = delete;
 
-    bool operator()(ushort c) const { return c < 128 && m_kept[c]; }
+    /// Makes these characters stand as they are, too.
+    constexpr void keep(const char *characters)
+    {
+        for (const char *c = characters; *c; ++c) {
+            if (*c > 0)
+                m_entries[int(*c)] = {{static_cast<ushort>(*c)}, 1};
+        }
+    }
+
+    /// Writes what \a c becomes to \a out, where there is room for four characters.
+    ushort *write(ushort *out, ushort c) const
+    {
+        memcpy(out, &m_entries[c], 4 * sizeof(ushort));
+        return out + m_entries[c].length;
+    }
+
+    bool stands(ushort c) const { return c < 128 && m_entries[c].length == 1; }
 
 private:
-    const bool *m_kept;
-    bool m_own[128];
+    struct Entry {
+        ushort text[3] = {};
+        ushort length = 0;
+    };
+
+    Entry m_entries[128] = {};
 };
+
+constexpr Table unreservedTable("");
+constexpr Table slashTable("/");
+
+/// Calls \a function with the table for \a keep.
+template <class Function>
+auto withTable(const char *keep, Function function)
+{
+    if (!*keep)
+        return function(unreservedTable);
+    if (keep[0] == '/' && !keep[1])
+        return function(slashTable);
+    Table table(unreservedTable);
+    table.keep(keep);
+    return function(table);
+}
 
 /// The most that one UTF-16 unit grows to: three bytes of UTF-8, three characters each.
 constexpr int MaxGrowth = 9;
+/// Long texts are encoded piece by piece, so that no buffer of nine times their size is needed.
+constexpr int PieceSize = 128;
 
 ushort *writeEscape(ushort *out, unsigned byte)
 {
-    static constexpr char digits[] = "0123456789ABCDEF";
     *out++ = '%';
     *out++ = static_cast<ushort>(digits[byte >> 4]);
     *out++ = static_cast<ushort>(digits[byte & 15]);
     return out;
 }
 
+/// For characters beyond ASCII.
 ushort *writeCodePoint(ushort *out, uint c)
 {
-    if (c < 0x80)
-        return writeEscape(out, c);
     if (c < 0x800) {
         out = writeEscape(out, 0xC0 | c >> 6);
         return writeEscape(out, 0x80 | (c & 0x3F));
@@ -79,52 +94,20 @@ ushort *writeCodePoint(ushort *out, uint c)
 }
 
 /// Encodes [in, end) to \a out, which has room for MaxGrowth times as much.
-ushort *encode(ushort *out, const ushort *in, const ushort *end, const Kept &kept)
+ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &table)
 {
     while (in != end) {
         const ushort c = *in++;
-        if (kept(c)) {
-            *out++ = c;
-        } else if (!QChar::isSurrogate(c)) {
+        if (c < 128)
+            out = table.write(out, c);
+        else if (!QChar::isSurrogate(c))
             out = writeCodePoint(out, c);
-        } else if (QChar::isHighSurrogate(c) && in != end && QChar::isLowSurrogate(*in)) {
+        else if (QChar::isHighSurrogate(c) && in != end && QChar::isLowSurrogate(*in))
             out = writeCodePoint(out, QChar::surrogateToUcs4(c, *in++));
-        } else {
+        else
             out = writeCodePoint(out, QChar::ReplacementCharacter);
-        }
     }
     return out;
-}
-
-/// The first character of \a text that does not stand as it is; its size when there is none.
-int firstToEncode(const QString &text, const Kept &kept)
-{
-    const ushort *const units = text.utf16();
-    const int size = text.size();
-    int i = 0;
-    while (i < size && kept(units[i]))
-        ++i;
-    return i;
-}
-
-/// Appends what is left of \a text from \a first on.
-void appendEncoded(QString &out, const QString &text, int first, const Kept &kept)
-{
-    // Piece by piece, so that a long text needs no buffer of nine times its size.
-    constexpr int PieceSize = 256;
-    const ushort *in = text.utf16();
-    const ushort *const end = in + text.size();
-    out.append(reinterpret_cast<const QChar *>(in), first);
-    in += first;
-    ushort buffer[PieceSize * MaxGrowth];
-    while (in != end) {
-        const ushort *pieceEnd = end - in > PieceSize ? in + PieceSize : end;
-        if (pieceEnd != end && QChar::isHighSurrogate(pieceEnd[-1]))
-            --pieceEnd;
-        const ushort *const written = encode(buffer, in, pieceEnd, kept);
-        out.append(reinterpret_cast<const QChar *>(buffer), int(written - buffer));
-        in = pieceEnd;
-    }
 }
 
 int hexValue(ushort c)
@@ -227,44 +210,56 @@ private:
 
 QString veskPercentEncode(const QString &text, const char *keep)
 {
-    const Kept kept(keep);
-    const int first = firstToEncode(text, kept);
-    if (first == text.size())
+    const bool stands = withTable(keep, [&text](const Table &table) {
+        const ushort *const in = text.utf16();
+        return std::all_of(in, in + text.size(), [&table](ushort c) { return table.stands(c); });
+    });
+    if (stands)
         return text;
-    QString out;
-    appendEncoded(out, text, first, kept);
-    return out;
+    VeskPercentBuffer buffer;
+    buffer.append(text, keep);
+    return buffer.toString();
 }
 
 void veskAppendPercentEncoded(QString &out, const QString &text, const char *keep)
 {
-    if (&out == &text) {
-        out += veskPercentEncode(text, keep);
-        return;
-    }
-    const Kept kept(keep);
-    const int first = firstToEncode(text, kept);
-    if (first == text.size())
-        out += text;
-    else
-        appendEncoded(out, text, first, kept);
+    out += veskPercentEncode(text, keep);
 }
 
-QString veskPercentDecode(const QString &text, bool *ok)
+void VeskPercentBuffer::append(const QString &text, const char *keep)
 {
-    if (ok)
-        *ok = true;
-    if (!text.contains(QLatin1Char('%')) && text.isValidUtf16())
-        return text;
-    QString out(text.size(), Qt::Uninitialized);
+    withTable(keep, [this, &text](const Table &table) {
+        const ushort *in = text.utf16();
+        const ushort *const end = in + text.size();
+        while (in != end) {
+            const ushort *pieceEnd = end - in > PieceSize ? in + PieceSize : end;
+            if (pieceEnd != end && QChar::isHighSurrogate(pieceEnd[-1]))
+                --pieceEnd;
+            const int size = m_text.size();
+            m_text.resize(size + int(pieceEnd - in) * MaxGrowth);
+            const ushort *const written = encode(m_text.data() + size, in, pieceEnd, table);
+            m_text.resize(int(written - m_text.data()));
+            in = pieceEnd;
+        }
+    });
+}
+
+QString VeskPercentBuffer::toString() const
+{
+    return QString(reinterpret_cast<const QChar *>(m_text.data()), m_text.size());
+}
+
+QString veskPercentDecode(QStringView text, bool *ok)
+{
+    const auto *const in = reinterpret_cast<const ushort *>(text.utf16());
+    const ushort *const inEnd = in + text.size();
+    QString out(int(text.size()), Qt::Uninitialized);
     auto *const begin = reinterpret_cast<ushort *>(out.data());
-    const ushort *const in = text.utf16();
-    const ushort *const end = Decoder(in, in + text.size()).run(begin);
-    if (!end) {
-        if (ok)
-            *ok = false;
+    const ushort *const end = Decoder(in, inEnd).run(begin);
+    if (ok)
+        *ok = end;
+    if (!end)
         return QString();
-    }
     out.truncate(int(end - begin));
     return out;
 }

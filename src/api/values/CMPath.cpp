@@ -4,7 +4,7 @@
 #include "api/core/percent.h"
 
 #include <QHash>
-#include <QStringList>
+#include <QStringView>
 
 #include <algorithm>
 #include <ostream>
@@ -27,65 +27,76 @@ constexpr int MaxEncodedSize = 64 * 1024;
 }();
 
 /// Where the prefix of \a text ends, -1 when it has none.
-int prefixEnd(const QString &text)
+int prefixEnd(QStringView text)
 {
-    const int colon = text.indexOf(QLatin1Char(':'));
-    for (int i = 0; i < colon; ++i) {
-        const QChar c = text.at(i);
-        if (c == QLatin1Char('/') || c == QLatin1Char('?') || c == QLatin1Char('&')
-            || c == QLatin1Char('='))
+    for (int i = 0; i < text.size(); ++i) {
+        switch (text.at(i).unicode()) {
+        case ':':
+            return i > 0 ? i : -1;
+        case '/':
+        case '?':
+        case '&':
+        case '=':
             return -1;
+        default:
+            break;
+        }
     }
-    return colon > 0 ? colon : -1;
+    return -1;
 }
 
-bool readParam(const QString &entry, CMPath::Params &params)
+/// Adds a parameter, false when its key is there already. Quick when keys come in their order.
+bool insertNew(CMPath::Params &params, const QString &key, const QString &value)
 {
-    const int equals = entry.indexOf(QLatin1Char('='));
+    if (!params.isEmpty() && !(params.lastKey() < key) && params.contains(key))
+        return false;
+    params.insert(params.cend(), key, value);
+    return true;
+}
+
+bool readParam(QStringView entry, CMPath::Params &params)
+{
+    const auto equals = entry.indexOf(QLatin1Char('='));
     if (equals < 0)
         return false;
     bool keyOk = false;
     bool valueOk = false;
     const QString key = veskPercentDecode(entry.left(equals), &keyOk);
     const QString value = veskPercentDecode(entry.mid(equals + 1), &valueOk);
-    if (!keyOk || !valueOk || params.contains(key))
-        return false;
-    params.insert(key, value);
-    return true;
+    return keyOk && valueOk && insertNew(params, key, value);
 }
 
-bool readParams(const QString &text, CMPath::Params &params)
+bool readParams(QStringView text, CMPath::Params &params)
 {
-    const QStringList entries = text.split(QLatin1Char('&'));
-    return std::all_of(entries.begin(), entries.end(),
-        [&params](const QString &entry) { return readParam(entry, params); });
+    for (;;) {
+        const auto end = text.indexOf(QLatin1Char('&'));
+        if (!readParam(end < 0 ? text : text.left(end), params))
+            return false;
+        if (end < 0)
+            return true;
+        text = text.mid(end + 1);
+    }
 }
 
 /// The text form of a path that is not empty; with \a masked, "***" in place of secrets.
 QString encode(const CMPath &path, bool masked)
 {
-    int size = path.prefix().size() + path.base().size() + 2;
-    for (auto it = path.params().begin(); it != path.params().end(); ++it)
-        size += it.key().size() + it.value().size() + 2;
-
-    QString out;
-    // A bit more than the plain text, so that a few escapes do not make it grow again.
-    out.reserve(size + size / 4);
-    veskAppendPercentEncoded(out, path.prefix());
-    out += QLatin1Char(':');
-    veskAppendPercentEncoded(out, path.base(), "/");
-    QLatin1Char separator('?');
+    VeskPercentBuffer out;
+    out.append(path.prefix());
+    out.append(':');
+    out.append(path.base(), "/");
+    char separator = '?';
     for (auto it = path.params().begin(); it != path.params().end(); ++it) {
-        out += separator;
-        separator = QLatin1Char('&');
-        veskAppendPercentEncoded(out, it.key());
-        out += QLatin1Char('=');
+        out.append(separator);
+        separator = '&';
+        out.append(it.key());
+        out.append('=');
         if (masked && veskIsSecretKey(it.key()))
-            out += QLatin1String("***");
+            out.append(QStringLiteral("***"), "*");
         else
-            veskAppendPercentEncoded(out, it.value());
+            out.append(it.value());
     }
-    return out;
+    return out.toString();
 }
 
 } // namespace
@@ -99,24 +110,25 @@ CMPath::CMPath(const QString &prefix, const QString &base, const Params &params)
     m_params = params;
 }
 
-CMPath CMPath::fromEncoded(const QString &text)
+CMPath CMPath::fromEncoded(const QString &encoded)
 {
+    const QStringView text(encoded);
     if (text.size() > MaxEncodedSize)
         return CMPath();
     const int colon = prefixEnd(text);
     if (colon < 0)
         return CMPath();
 
+    const QStringView rest = text.mid(colon + 1);
+    const auto question = rest.indexOf(QLatin1Char('?'));
     bool prefixOk = false;
     bool baseOk = false;
-    const int question = text.indexOf(QLatin1Char('?'), colon);
-    const int baseEnd = question < 0 ? text.size() : question;
     CMPath path;
     path.m_prefix = veskPercentDecode(text.left(colon), &prefixOk);
-    path.m_base = veskPercentDecode(text.mid(colon + 1, baseEnd - colon - 1), &baseOk);
+    path.m_base = veskPercentDecode(question < 0 ? rest : rest.left(question), &baseOk);
     if (!prefixOk || !baseOk)
         return CMPath();
-    if (question >= 0 && !readParams(text.mid(question + 1), path.m_params))
+    if (question >= 0 && !readParams(rest.mid(question + 1), path.m_params))
         return CMPath();
     return path;
 }

@@ -29,7 +29,7 @@ public:
     /// Reads the text form. Damaged percent-encoding, a missing prefix, an entry without "=", a key
     /// that comes twice or a text over 64 Ki characters give the empty path. Characters that should
     /// have been encoded but divide nothing where they stand are read as they are; "+" is a plus.
-    static CMPath fromEncoded(const QString &text);
+    static CMPath fromEncoded(const QString &encoded);
     /// The path held by \a value, as itself or in its text form.
     static CMPath fromVariant(const QVariant &value);
     /// The text form; empty for the empty path.

@@ -95,9 +95,9 @@ QString decoded(const QStringRef &text, bool plusIsBlank)
 
 void appendItem(QString &out, const QString &key, const QString &value)
 {
-    veskAppendPercentEncoded(out, key);
+    out += veskPercentEncode(key);
     out += QLatin1Char('=');
-    veskAppendPercentEncoded(out, value);
+    out += veskPercentEncode(value);
 }
 
 /// "key=value&..." with the values of secrets hidden.

@@ -8,8 +8,7 @@ class QTimer;
 
 /// The open connections of a server, with a time limit for each: one that does not move on in time
 /// is shut down. Follows a socket from when it is first seen until it is gone, whoever owns it.
-class HttpConnections : public QObject
-{
+class HttpConnections : public QObject {
     Q_OBJECT
 
 public:

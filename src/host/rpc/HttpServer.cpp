@@ -32,8 +32,7 @@ RequestState *stateOf(SoupServerMessage *message)
 }
 
 /// Keeps a message for an answer that comes later.
-class MessageRef
-{
+class MessageRef {
 public:
     explicit MessageRef(SoupServerMessage *message)
         : m_message(SOUP_SERVER_MESSAGE(g_object_ref(message)))
@@ -82,8 +81,7 @@ bool allows(const Route &route, const QByteArray &method)
 
 } // namespace
 
-class HttpServerPrivate
-{
+class HttpServerPrivate {
 public:
     HttpServer *q = nullptr;
     JsonRpcDispatcher *dispatcher = nullptr;
@@ -95,8 +93,8 @@ public:
 
     /// What libsoup calls; \a data is this.
     static void requestStarted(SoupServer *, SoupServerMessage *message, gpointer data);
-    static void early(SoupServer *, SoupServerMessage *message, const char *path, GHashTable *,
-        gpointer data);
+    static void early(
+        SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data);
     static void gotChunk(SoupServerMessage *message, GBytes *chunk, gpointer data);
     static void gotBody(
         SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data);
@@ -106,7 +104,8 @@ public:
     bool refuse(SoupServerMessage *message, const char *path);
     void handleRpc(SoupServerMessage *message);
     void upgrade(SoupServerMessage *message);
-    void respond(SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body);
+    void respond(
+        SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body);
     void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
 };
 
@@ -117,9 +116,8 @@ void HttpServerPrivate::requestStarted(SoupServer *, SoupServerMessage *message,
         [](gpointer state) { delete static_cast<RequestState *>(state); });
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
     g_signal_connect(message, "got-chunk", G_CALLBACK(&gotChunk), data);
-    const auto finished = +[](SoupServerMessage *ended, gpointer) {
-        stateOf(ended)->isFinished = true;
-    };
+    const auto finished
+        = +[](SoupServerMessage *ended, gpointer) { stateOf(ended)->isFinished = true; };
     g_signal_connect(message, "finished", G_CALLBACK(finished), nullptr);
 
     GSocket *socket = soup_server_message_get_socket(message);
@@ -192,8 +190,7 @@ void HttpServerPrivate::gotBody(
 {
     auto *self = static_cast<HttpServerPrivate *>(data);
     if (stateOf(message)->isTooLarge) {
-        self->refuseWith(
-            message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, "the body is too large");
+        self->refuseWith(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, "the body is too large");
     } else if (qstrcmp(path, "/jsonrpc") == 0) {
         self->handleRpc(message);
     } else if (qstrcmp(path, "/ws") == 0) {
@@ -252,8 +249,8 @@ void HttpServerPrivate::respond(
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
     soup_server_message_set_status(message, code, nullptr);
     if (type) {
-        soup_server_message_set_response(message, type, SOUP_MEMORY_COPY, body.constData(),
-            static_cast<gsize>(body.size()));
+        soup_server_message_set_response(
+            message, type, SOUP_MEMORY_COPY, body.constData(), static_cast<gsize>(body.size()));
     }
     if (GSocket *socket = soup_server_message_get_socket(message))
         connections.limit(socket, limits.writeTimeout);
@@ -279,8 +276,7 @@ HttpServer::HttpServer(
     d->server = soup_server_new(nullptr, nullptr);
     g_signal_connect(
         d->server, "request-started", G_CALLBACK(&HttpServerPrivate::requestStarted), d.get());
-    soup_server_add_early_handler(
-        d->server, nullptr, &HttpServerPrivate::early, d.get(), nullptr);
+    soup_server_add_early_handler(d->server, nullptr, &HttpServerPrivate::early, d.get(), nullptr);
     soup_server_add_handler(d->server, nullptr, &HttpServerPrivate::gotBody, d.get(), nullptr);
 }
 
@@ -327,8 +323,8 @@ QString HttpServer::url() const
 {
     const bool isIpv6 = d->address.contains(QLatin1Char(':'));
     return QStringLiteral("http://%1:%2/")
-        .arg(isIpv6 ? QStringLiteral("[%1]").arg(d->address) : d->address,
-            QString::number(d->port));
+        .arg(
+            isIpv6 ? QStringLiteral("[%1]").arg(d->address) : d->address, QString::number(d->port));
 }
 
 int HttpServer::connections() const
@@ -338,8 +334,7 @@ int HttpServer::connections() const
 
 void HttpServer::close()
 {
-    const auto sessions
-        = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
+    const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
     for (WebSocketSession *session : sessions)
         session->close(SOUP_WEBSOCKET_CLOSE_GOING_AWAY);
     soup_server_disconnect(d->server);

@@ -26,11 +26,10 @@ struct HttpServerLimits {
 
 class HttpServerPrivate;
 
-/// The host's HTTP side: JSON-RPC by POST at /jsonrpc and over WebSockets at /ws, for clients on this
-/// machine. Lives on the main thread, in the GLib main loop that Qt runs there. What it takes and
-/// refuses is described in docs/rpc.md.
-class HttpServer : public QObject
-{
+/// The host's HTTP side: JSON-RPC by POST at /jsonrpc and over WebSockets at /ws, for clients on
+/// this machine. Lives on the main thread, in the GLib main loop that Qt runs there. What it takes
+/// and refuses is described in docs/rpc.md.
+class HttpServer : public QObject {
     Q_OBJECT
 
 public:

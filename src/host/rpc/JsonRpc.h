@@ -54,7 +54,8 @@ struct JsonRpcMessage {
     bool isBatch = false;
 };
 
-/// Never fails: what cannot be read becomes one invalid request. A message has at least one request.
+/// Never fails: what cannot be read becomes one invalid request. A message has at least one
+/// request.
 JsonRpcMessage parseJsonRpc(const QByteArray &bytes);
 
 QVariantHash jsonRpcResult(const QVariant &id, const QVariant &result);

@@ -13,8 +13,7 @@ class JsonRpcExchange;
 
 /// A client with a connection that stays, so that it can be told of things later. Lives on the
 /// dispatcher's thread; everything that concerns only this client ends when it is destroyed.
-class JsonRpcPeer : public QObject
-{
+class JsonRpcPeer : public QObject {
     Q_OBJECT
 
 public:
@@ -33,10 +32,10 @@ private:
 /// One call that is being carried out. Is answered once: with a result, with an error, with an
 /// internal error when the last one who holds it lets go, or with a time-out; what comes later is
 /// dropped. Dispatcher's thread only.
-class JsonRpcCall
-{
+class JsonRpcCall {
 public:
-    JsonRpcCall(JsonRpcExchange *exchange, int index, const QVariantHash &params, JsonRpcPeer *peer);
+    JsonRpcCall(
+        JsonRpcExchange *exchange, int index, const QVariantHash &params, JsonRpcPeer *peer);
     JsonRpcCall(const JsonRpcCall &) = delete;
     JsonRpcCall &operator=(const JsonRpcCall &) = delete;
     ~JsonRpcCall();
@@ -61,8 +60,7 @@ using JsonRpcMethod = std::function<void(const JsonRpcCallPtr &)>;
 /// Carries out JSON-RPC messages by a table of methods: bytes in, bytes out, no sockets. Lives on
 /// one thread. A method may answer at once or later; a message is answered when all of its calls
 /// are, those that took longer than the deadline with an error.
-class JsonRpcDispatcher : public QObject
-{
+class JsonRpcDispatcher : public QObject {
     Q_OBJECT
 
 public:

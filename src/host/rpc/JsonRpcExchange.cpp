@@ -72,7 +72,8 @@ void JsonRpcExchange::fail(int index, const JsonRpcError &error)
 
 void JsonRpcExchange::timeOut()
 {
-    // The last answer hands everything out but leaves this object in place until the event loop runs.
+    // The last answer hands everything out but leaves this object in place until the event loop
+    // runs.
     for (int index = 0; index < m_slots.size(); ++index) {
         fail(index, {JsonRpcError::TimedOut, QStringLiteral("The request timed out."), {}});
     }

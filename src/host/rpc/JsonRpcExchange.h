@@ -6,8 +6,7 @@
 
 /// One message under way: collects the answers of its calls, in their order, and hands them out
 /// together. Belongs to the dispatcher and deletes itself when it is done.
-class JsonRpcExchange : public QObject
-{
+class JsonRpcExchange : public QObject {
     Q_OBJECT
 
 public:

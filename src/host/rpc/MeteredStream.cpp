@@ -26,7 +26,8 @@ G_DEFINE_TYPE_WITH_CODE(MeteredInput, metered_input, G_TYPE_FILTER_INPUT_STREAM,
 G_DEFINE_TYPE_WITH_CODE(MeteredOutput, metered_output, G_TYPE_FILTER_OUTPUT_STREAM,
     G_IMPLEMENT_INTERFACE(G_TYPE_POLLABLE_OUTPUT_STREAM, pollableOutputInit))
 
-template <class T> T *self(gpointer stream)
+template <class T>
+T *self(gpointer stream)
 {
     return static_cast<T *>(stream);
 }
@@ -77,15 +78,13 @@ void metered_input_init(MeteredInput *) { }
 
 void metered_input_class_init(MeteredInputClass *type)
 {
-    G_INPUT_STREAM_CLASS(type)->read_fn
-        = [](GInputStream *stream, void *buffer, gsize size, GCancellable *cancellable,
-              GError **error) {
-              GInputStream *base
-                  = g_filter_input_stream_get_base_stream(G_FILTER_INPUT_STREAM(stream));
-              return readAllowed(stream, size, error, [&](gsize allowed) {
-                  return g_input_stream_read(base, buffer, allowed, cancellable, error);
-              });
-          };
+    G_INPUT_STREAM_CLASS(type)->read_fn = [](GInputStream *stream, void *buffer, gsize size,
+                                              GCancellable *cancellable, GError **error) {
+        GInputStream *base = g_filter_input_stream_get_base_stream(G_FILTER_INPUT_STREAM(stream));
+        return readAllowed(stream, size, error, [&](gsize allowed) {
+            return g_input_stream_read(base, buffer, allowed, cancellable, error);
+        });
+    };
 }
 
 void pollableInputInit(gpointer interface, gpointer)
@@ -114,14 +113,13 @@ void metered_output_init(MeteredOutput *) { }
 
 void metered_output_class_init(MeteredOutputClass *type)
 {
-    G_OUTPUT_STREAM_CLASS(type)->write_fn
-        = [](GOutputStream *stream, const void *buffer, gsize size, GCancellable *cancellable,
-              GError **error) {
-              GOutputStream *base
-                  = g_filter_output_stream_get_base_stream(G_FILTER_OUTPUT_STREAM(stream));
-              return countWritten(
-                  stream, g_output_stream_write(base, buffer, size, cancellable, error));
-          };
+    G_OUTPUT_STREAM_CLASS(type)->write_fn = [](GOutputStream *stream, const void *buffer,
+                                                gsize size, GCancellable *cancellable,
+                                                GError **error) {
+        GOutputStream *base
+            = g_filter_output_stream_get_base_stream(G_FILTER_OUTPUT_STREAM(stream));
+        return countWritten(stream, g_output_stream_write(base, buffer, size, cancellable, error));
+    };
 }
 
 void pollableOutputInit(gpointer interface, gpointer)

@@ -9,8 +9,7 @@ QVariant rowsResult(const QVariant &value)
 {
     const VeskRowsRoles rows(value.toHash());
     return QVariantHash {{QStringLiteral("rowsCount"), rows.rowsCount()},
-        {QStringLiteral("rows"), rows.rows()},
-        {QStringLiteral("roles"), rows.roles().toHash()}};
+        {QStringLiteral("rows"), rows.rows()}, {QStringLiteral("roles"), rows.roles().toHash()}};
 }
 
 QVariant changeParams(const CMChange &change)
@@ -72,8 +71,7 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
     if (params.failed())
         return call->fail(params.error());
     ask(
-        call,
-        [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
+        call, [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
         [](const QVariant &value) {
             return QVariantHash {{QStringLiteral("values"), value.toList()}};
         });

@@ -11,8 +11,7 @@
 /// The methods by which clients browse: getRows, getData, setData, subscribe, unsubscribe. Each
 /// becomes a request to the root worker. Lives on the dispatcher's thread. docs/rpc.md is their
 /// description for clients.
-class RpcMethods : public QObject
-{
+class RpcMethods : public QObject {
     Q_OBJECT
 
 public:

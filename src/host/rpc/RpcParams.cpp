@@ -17,9 +17,8 @@ JsonRpcError RpcParams::error() const
 CMPath RpcParams::path()
 {
     const QVariant value = m_params.value(QStringLiteral("path"));
-    const CMPath path = value.userType() == QMetaType::QString
-        ? CMPath::fromEncoded(value.toString())
-        : CMPath();
+    const CMPath path
+        = value.userType() == QMetaType::QString ? CMPath::fromEncoded(value.toString()) : CMPath();
     if (path.isEmpty())
         fail(QStringLiteral("\"path\" is the text form of a path."));
     return path;

@@ -6,9 +6,9 @@
 #include <QStringList>
 
 /// Reads the parameters of one call. The first parameter that is missing or of the wrong type is
-/// kept as the error; reading goes on with empty values. A parameter that is null counts as missing.
-class RpcParams
-{
+/// kept as the error; reading goes on with empty values. A parameter that is null counts as
+/// missing.
+class RpcParams {
 public:
     /// Most role names, and most characters of one, that a request may name.
     static constexpr int MaxRoles = 100;

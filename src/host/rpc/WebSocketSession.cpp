@@ -60,7 +60,8 @@ WebSocketSession::WebSocketSession(
     , m_stream(meteredStreamNew(stream))
 {
     meteredStreamSetReadAllowance(m_stream, MaxExtra);
-    GUri *uri = g_uri_parse("ws://localhost/ws", static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
+    GUri *uri
+        = g_uri_parse("ws://localhost/ws", static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
     m_connection = soup_websocket_connection_new(
         m_stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
     g_uri_unref(uri);
@@ -114,8 +115,7 @@ void WebSocketSession::allow(quint64 payload)
 
 void WebSocketSession::send(const QByteArray &message)
 {
-    if (m_ended
-        || soup_websocket_connection_get_state(m_connection) != SOUP_WEBSOCKET_STATE_OPEN)
+    if (m_ended || soup_websocket_connection_get_state(m_connection) != SOUP_WEBSOCKET_STATE_OPEN)
         return;
     m_queued += framedSize(static_cast<quint64>(message.size()));
     const quint64 written = meteredStreamBytesWritten(m_stream);

@@ -11,8 +11,7 @@ struct _SoupWebsocketConnection;
 /// A client at the other end of a WebSocket: each text message is a JSON-RPC message. Main thread.
 /// Deletes itself when the connection is closed, by whichever side. Drops a client that does not
 /// read what it is sent, that sends what is no text, or that never finishes a message.
-class WebSocketSession : public JsonRpcPeer
-{
+class WebSocketSession : public JsonRpcPeer {
     Q_OBJECT
 
 public:

@@ -104,8 +104,8 @@ enum class TuneInBrowseNode::RowRole {
 
 /// What all rows of one list have in common.
 struct TuneInBrowseNode::Screen {
-    Screen(const CMGetRowsRequest &rowsRequest, const VeskUrl &screenUrl,
-        const QString &screenNavigation, int screenMaxLevel);
+    Screen(const CMTuneInWorker &worker, const CMGetRowsRequest &rowsRequest,
+        const VeskUrl &screenUrl, const QString &screenNavigation, int screenMaxLevel);
 
     /// A row with \a value(role) for each requested role.
     template <class Function>
@@ -127,11 +127,15 @@ struct TuneInBrowseNode::Screen {
     const bool streamChoice;
     /// The test search whose rows name streams themselves.
     const bool directStream;
+    /// Media data of rows that only lead somewhere.
+    const VeskMediaData serviceMediaData;
+    /// What the meta data of all audio rows begins with.
+    VeskMetaData audioMetaData;
     QVector<RowRole> roles;
 };
 
-TuneInBrowseNode::Screen::Screen(const CMGetRowsRequest &rowsRequest, const VeskUrl &screenUrl,
-    const QString &screenNavigation, int screenMaxLevel)
+TuneInBrowseNode::Screen::Screen(const CMTuneInWorker &worker, const CMGetRowsRequest &rowsRequest,
+    const VeskUrl &screenUrl, const QString &screenNavigation, int screenMaxLevel)
     : request(rowsRequest)
     , url(screenUrl)
     , navigation(screenNavigation)
@@ -142,7 +146,13 @@ TuneInBrowseNode::Screen::Screen(const CMGetRowsRequest &rowsRequest, const Vesk
           && request.path().param(Param::c()) == QLatin1String("ebrowse"))
     , directStream(request.path().base() == QLatin1String("browse/uri/Search.ashx")
           && request.path().param(Param::query()) == QLatin1String("aa2"))
+    , serviceMediaData(worker.serviceMediaData())
 {
+    constexpr int metaDataEntries = 8;
+    audioMetaData.reserve(metaDataEntries);
+    audioMetaData.setServiceID(worker.settings().serviceId());
+    audioMetaData.setPlaybackStateChangePath(VeskTuneInStateChangePath());
+    audioMetaData.setAlternativeStreams(true);
     static const QHash<QString, RowRole> known {
         {VeskRoles::Title(), RowRole::Title},
         {VeskRoles::Description(), RowRole::Description},
@@ -228,8 +238,8 @@ bool TuneInBrowseNode::getRowsRequest(const CMGetRowsRequest &request)
     // Wide enough for any two indices; a range that ends before it starts has no rows.
     const qint64 requestedCount = qMax(qint64(0), qint64(request.last()) - request.first() + 1);
     if (requestedCount < rows.length()) {
-        VESK_TRACE("Truncating: requestedCount: " << requestedCount
-                                                  << "' rows.length: " << rows.length());
+        VESK_TRACE(
+            "Truncating: requestedCount: " << requestedCount << "' rows.length: " << rows.length());
         rows.erase(rows.begin() + static_cast<int>(requestedCount), rows.end());
     }
     VeskRowsRoles answer;
@@ -410,7 +420,7 @@ QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
     if (!navigation.isEmpty() && !navigate(elements, navigation))
         return {};
 
-    const Screen screen(request, url, navigation, maxLevel);
+    const Screen screen(*m_tiWorker, request, url, navigation, maxLevel);
     const auto isPresets = [](const VeskTuneInBodyElement &element) {
         return element.key() == QLatin1String("presets");
     };
@@ -502,7 +512,7 @@ QVariantList TuneInBrowseNode::textRow(const Screen &screen, const Item &item) c
     return screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return Language::ntr(element.text());
+            return element.text();
         case RowRole::Id:
             if (!element.guideId().isEmpty())
                 return QStringLiteral("id=") + element.guideId();
@@ -522,7 +532,7 @@ QVariantList TuneInBrowseNode::linkRow(const Screen &screen, const Item &item) c
     return screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return Language::ntr(element.text());
+            return element.text();
         case RowRole::Type:
             return VeskRolesType::Container();
         case RowRole::Path:
@@ -535,7 +545,7 @@ QVariantList TuneInBrowseNode::linkRow(const Screen &screen, const Item &item) c
             return browserContextRoles(item, item.sid, matchPath.toEncoded());
         }
         case RowRole::MediaData:
-            return m_tiWorker->serviceMediaData();
+            return screen.serviceMediaData;
         case RowRole::Icon: {
             const QString icon = m_categoryIcons.value(element.key());
             if (!icon.isEmpty())
@@ -568,11 +578,11 @@ void TuneInBrowseNode::appendSeparator(const Screen &screen, const Item &item, Q
     rows.append(QVariant(screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return Language::ntr(element.text());
+            return element.text();
         case RowRole::Type:
             return asFolder ? VeskRolesType::Container() : VeskRolesType::Header();
         case RowRole::MediaData:
-            return m_tiWorker->serviceMediaData();
+            return screen.serviceMediaData;
         case RowRole::Path:
             return asFolder ? tuneInUrlToCBPath(screen.url, navigation, QString()).toEncoded()
                             : QVariant();
@@ -621,10 +631,9 @@ QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
     QVariantList row = screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return Language::ntr(
-                screen.streamChoice ? opened.param(Param::veskTitle()) : element.text());
+            return screen.streamChoice ? opened.param(Param::veskTitle()) : element.text();
         case RowRole::Description:
-            return Language::ntr(screen.streamChoice ? element.text() : element.subtext());
+            return screen.streamChoice ? element.text() : element.subtext();
         case RowRole::Icon:
             return element.image();
         case RowRole::Type:
@@ -643,7 +652,7 @@ QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
                 return QVariant();
             return browserContextRoles(item, item.sid, encodedMatchPath);
         case RowRole::MediaData:
-            return audioMediaData(screen, item, matchPath, encodedMatchPath);
+            return audioMediaData(screen, item, encodedMatchPath);
         default:
             return QVariant();
         }
@@ -652,8 +661,8 @@ QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
     return row;
 }
 
-VeskMediaData TuneInBrowseNode::audioMediaData(const Screen &screen, const Item &item,
-    const CMPath &matchPath, const QString &encodedMatchPath)
+VeskMediaData TuneInBrowseNode::audioMediaData(
+    const Screen &screen, const Item &item, const QString &encodedMatchPath)
 {
     const VeskTuneInBodyElement &element = item.element;
     const CMPath &opened = screen.request.path();
@@ -676,15 +685,12 @@ VeskMediaData TuneInBrowseNode::audioMediaData(const Screen &screen, const Item 
     context.addParam(Param::veskIcon(), icon);
 
     VeskRoles matching;
-    matching.setPath(matchPath);
+    matching.insert(VeskRoles::Path(), encodedMatchPath);
     VeskList<VeskRoles> matchingRoles;
     matchingRoles.append(matching);
 
-    VeskMetaData metaData;
-    metaData.reserve(8);
-    metaData.setServiceID(m_settings->serviceId());
+    VeskMetaData metaData = screen.audioMetaData;
     metaData.setGenre(getGenreName(element.genreId()));
-    metaData.setPlaybackStateChangePath(VeskTuneInStateChangePath());
     metaData.setMatchingMediaRoles(matchingRoles);
     metaData.setContentPlayContextPath(context);
     if (screen.streamChoice) {
@@ -701,7 +707,6 @@ VeskMediaData TuneInBrowseNode::audioMediaData(const Screen &screen, const Item 
         metaData.setPrePlayPath(prePlay);
     }
     metaData.setLive(element.item() == QLatin1String("station"));
-    metaData.setAlternativeStreams(true);
 
     VeskResource resource;
     if (screen.directStream) {

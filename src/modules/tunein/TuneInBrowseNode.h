@@ -42,8 +42,9 @@ public:
     QVariantList parseData(
         const CMGetRowsRequest &request, const QByteArray &data, VeskUrl url, QString navigation);
 
-    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. Lists children
-    /// below their heading as long as \a maxLevel, one less for each level, is not below 0.
+    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. Lists
+    /// children below their heading as long as \a maxLevel, one less for each level, is not below
+    /// 0.
     QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
         VeskUrl url, QString navigation, int maxLevel);
 
@@ -69,8 +70,8 @@ private:
     QVariantList linkRow(const Screen &screen, const Item &item) const;
     void appendSeparator(const Screen &screen, const Item &item, QVariantList &rows);
     QVariantList audioRow(const Screen &screen, const Item &item);
-    VeskMediaData audioMediaData(const Screen &screen, const Item &item, const CMPath &matchPath,
-        const QString &encodedMatchPath);
+    VeskMediaData audioMediaData(
+        const Screen &screen, const Item &item, const QString &encodedMatchPath);
     VeskHash browserContextRoles(
         const Item &item, const QString &sid, const QString &encodedMatchPath) const;
 

@@ -146,10 +146,13 @@ TEST(CMWorker, AHandlerMayAnswerLater)
 {
     std::vector<CMReply<QVariant>> kept;
     const auto thread = echoThread([&](const CMRequest &request) {
+        if (request.path().base() == QStringLiteral("next"))
+            return false;
         kept.push_back(request.reply());
         return true;
     });
     const Answer answer = getData(workerOf(thread), path("Echo:x"), valueRole);
+    ASSERT_TRUE(getData(workerOf(thread), path("Echo:next"), valueRole).wait());
     thread->call([&] { EXPECT_EQ(kept.size(), 1U); });
     EXPECT_FALSE(answer.isThere());
     kept.front().setValue(9);

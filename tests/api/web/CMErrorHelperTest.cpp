@@ -7,7 +7,8 @@
 TEST(CMErrorHelperTest, namesTheCurlCodeAndTheService)
 {
     const CMError error = CMErrorHelper::create(CURLE_COULDNT_CONNECT,
-        VeskUrl(QStringLiteral("http://opml.radiotime.com/Tune.ashx?id=s1")), QStringLiteral("TuneIn"));
+        VeskUrl(QStringLiteral("http://opml.radiotime.com/Tune.ashx?id=s1")),
+        QStringLiteral("TuneIn"));
     EXPECT_EQ(error.name(), CMError::DefaultName() + QStringLiteral(":curl-7"));
     EXPECT_EQ(error.value(QStringLiteral("curlCode")).toInt(), 7);
     EXPECT_EQ(error.message().toString(), QStringLiteral("Could not connect to TuneIn."));

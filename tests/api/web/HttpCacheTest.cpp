@@ -4,8 +4,7 @@
 
 namespace {
 
-class HttpCacheTest : public testing::Test
-{
+class HttpCacheTest : public testing::Test {
 protected:
     HttpCacheTest() { cache.setSize(100000); }
 
@@ -41,7 +40,7 @@ protected:
     }
 
     qint64 now = 5000;
-    HttpCache cache { [this] { return now; } };
+    HttpCache cache {[this] { return now; }};
 };
 
 } // namespace
@@ -75,9 +74,9 @@ TEST_F(HttpCacheTest, readsCacheControlAsServersWriteIt)
 
 TEST_F(HttpCacheTest, keepsNothingWithoutAnExplicitTime)
 {
-    for (const char *value : { "", "public", "max-age", "max-age=", "max-age=x", "max-age=-1",
+    for (const char *value : {"", "public", "max-age", "max-age=", "max-age=x", "max-age=-1",
              "max-age=1.5", "max-age=0", "no-store, max-age=60", "No-Store", "no-cache, max-age=60",
-             "no-cache=\"Set-Cookie\", max-age=60", "max-age=60, x=\"no-store" }) {
+             "no-cache=\"Set-Cookie\", max-age=60", "max-age=60, x=\"no-store"}) {
         store(cacheControl(value));
         EXPECT_FALSE(cache.find("u")) << value;
     }
@@ -102,7 +101,7 @@ TEST_F(HttpCacheTest, takesExpiresMinusDateWithoutLookingAtTheDevicesDate)
 
 TEST_F(HttpCacheTest, takesAnUnreadableExpiresForThePast)
 {
-    for (const char *expires : { "0", "-1", "", "soon", "Thu, 01 Jan 1998 09:00:00 GMT" }) {
+    for (const char *expires : {"0", "-1", "", "soon", "Thu, 01 Jan 1998 09:00:00 GMT"}) {
         HttpCacheHeaders headers;
         headers.date = "Thu, 01 Jan 1998 10:00:00 GMT";
         headers.expires = expires;
@@ -140,7 +139,7 @@ TEST_F(HttpCacheTest, keepsOnlyWhatVariesByEncodingAlone)
     headers.vary = "accept-encoding, Accept-Encoding";
     store(headers);
     EXPECT_TRUE(isFresh());
-    for (const char *vary : { "*", "Cookie", "Accept-Encoding, Accept-Language" }) {
+    for (const char *vary : {"*", "Cookie", "Accept-Encoding, Accept-Language"}) {
         headers.vary = vary;
         store(headers);
         EXPECT_FALSE(cache.find("u")) << vary;
@@ -228,12 +227,12 @@ TEST_F(HttpCacheTest, keepsTheAnswersUsedLast)
 {
     const QByteArray body(10000, 'x');
     cache.setSize(35000);
-    for (const char *url : { "a", "b", "c" })
+    for (const char *url : {"a", "b", "c"})
         cache.store(url, cacheControl("max-age=60"), body, now);
     EXPECT_TRUE(cache.find("a"));
     cache.store("d", cacheControl("max-age=60"), body, now);
     EXPECT_FALSE(cache.find("b"));
-    for (const char *url : { "a", "c", "d" })
+    for (const char *url : {"a", "c", "d"})
         EXPECT_TRUE(cache.find(url)) << url;
     EXPECT_LE(cache.usedBytes(), 35000);
 }

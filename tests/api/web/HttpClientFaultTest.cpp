@@ -2,8 +2,7 @@
 
 namespace {
 
-class HttpClientFaultTest : public testing::Test
-{
+class HttpClientFaultTest : public testing::Test {
 protected:
     /// How a request to a server that always answers so ends. The client must work on after it.
     HttpClientResult resultOf(
@@ -14,8 +13,7 @@ protected:
         });
         const HttpClientResult result = fetch(client, urlOf(server, "/"), options);
         EXPECT_EQ(fetch(client, urlOf(server, "/good")).data(), "good");
-        if (result.status() != HttpClientStatus::Success)
-            EXPECT_TRUE(result.data().isEmpty());
+        EXPECT_EQ(result.data().isEmpty(), result.status() != HttpClientStatus::Success);
         return result;
     }
     HttpClientStatus statusOf(
@@ -32,7 +30,7 @@ protected:
         return response;
     }
 
-    HttpClient client { nullptr, HttpClient::Default, true };
+    HttpClient client {nullptr, HttpClient::Default, true};
 };
 
 using End = ScriptedServer::End;
@@ -76,14 +74,14 @@ TEST_F(HttpClientFaultTest, timeoutsOfDifferentLengthsEndInTheirOrder)
 {
     const ScriptedServer server(always(ending(End::StallBeforeHead)));
     QList<int> ended;
-    for (const int timeout : { 300, 100, 200 })
+    for (const int timeout : {300, 100, 200})
         client.get(urlOf(server, "/"), withTimeout(timeout),
             [&ended, timeout](const HttpClientResult &result) {
                 EXPECT_EQ(result.status(), HttpClientStatus::TimedOut);
                 ended.append(timeout);
             });
     fetch(client, urlOf(server, "/"), withTimeout(400));
-    EXPECT_EQ(ended, (QList<int> { 100, 200, 300 }));
+    EXPECT_EQ(ended, (QList<int> {100, 200, 300}));
 }
 
 TEST_F(HttpClientFaultTest, aZeroTimeoutSetsNone)
@@ -120,27 +118,26 @@ TEST_F(HttpClientFaultTest, aServerThatClosesWithoutAWord)
 
 TEST_F(HttpClientFaultTest, anAnswerThatIsNoHttp)
 {
-    for (const char *garbage : { "junk", "SSH-2.0-OpenSSH_9.2\r\n", "ICY 200 OK\r\n\r\nx",
+    for (const char *garbage : {"junk", "SSH-2.0-OpenSSH_9.2\r\n", "ICY 200 OK\r\n\r\nx",
              "HTTP/1.1 abc\r\n\r\n", "HTTP/9.9 200 OK\r\n\r\n",
              "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n",
              "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
-             "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n No Header\r\n\x01\x02\r\n\r\nx" })
+             "HTTP/1.1 200 OK\r\nContent-Length: 9\r\n No Header\r\n\x01\x02\r\n\r\nx"})
         EXPECT_NE(statusOf(rawAnswer(garbage)), HttpClientStatus::Success) << garbage;
     EXPECT_EQ(statusOf(rawAnswer("junk that goes on")), HttpClientStatus::ProtocolError);
     EXPECT_EQ(statusOf(rawAnswer(QByteArray(1000000, 'j'))), HttpClientStatus::ProtocolError);
-    EXPECT_EQ(
-        statusOf(rawAnswer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n")),
+    EXPECT_EQ(statusOf(rawAnswer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n")),
         HttpClientStatus::ProtocolError);
 }
 
 TEST_F(HttpClientFaultTest, aBodyThatCannotBeDecoded)
 {
-    for (const char *encoding : { "gzip", "deflate" }) {
-        EXPECT_EQ(statusOf(answerWith(QByteArray(1000, 'x'), { { "Content-Encoding", encoding } })),
+    for (const char *encoding : {"gzip", "deflate"}) {
+        EXPECT_EQ(statusOf(answerWith(QByteArray(1000, 'x'), {{"Content-Encoding", encoding}})),
             HttpClientStatus::ProtocolError)
             << encoding;
     }
-    EXPECT_EQ(statusOf(answerWith("x", { { "Content-Encoding", "unheard-of" } })),
+    EXPECT_EQ(statusOf(answerWith("x", {{"Content-Encoding", "unheard-of"}})),
         HttpClientStatus::ProtocolError);
 }
 

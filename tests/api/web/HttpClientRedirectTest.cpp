@@ -6,8 +6,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class HttpClientRedirectTest : public testing::Test
-{
+class HttpClientRedirectTest : public testing::Test {
 protected:
     /// Redirects "/N" to "/N-1" and answers "/0".
     static ScriptedServer::Response countDown(const ScriptedServer::Request &request)
@@ -16,7 +15,7 @@ protected:
         return left > 0 ? redirectTo("/" + QByteArray::number(left - 1)) : answerWith("arrived");
     }
 
-    HttpClient client { nullptr, HttpClient::Default, true };
+    HttpClient client {nullptr, HttpClient::Default, true};
 };
 
 } // namespace
@@ -53,8 +52,8 @@ TEST_F(HttpClientRedirectTest, followsToAnotherServer)
 
 TEST_F(HttpClientRedirectTest, doesNotLeaveHttp)
 {
-    for (const char *location : { "file:///etc/passwd", "ftp://127.0.0.1/", "FILE:///etc/passwd",
-             "gopher://127.0.0.1:1/_x", "javascript:1", "mailto:a@b", "  ftp://127.0.0.1/" }) {
+    for (const char *location : {"file:///etc/passwd", "ftp://127.0.0.1/", "FILE:///etc/passwd",
+             "gopher://127.0.0.1:1/_x", "javascript:1", "mailto:a@b", "  ftp://127.0.0.1/"}) {
         const ScriptedServer server(always(redirectTo(location)));
         const HttpClientResult result = fetch(client, urlOf(server, "/"));
         EXPECT_EQ(result.status(), HttpClientStatus::TooManyRedirects) << location;
@@ -65,13 +64,12 @@ TEST_F(HttpClientRedirectTest, doesNotLeaveHttp)
 
 TEST_F(HttpClientRedirectTest, aLocationWithoutASchemeIsRelative)
 {
-    for (const char *location : { "/arrived?x=ftp://h/", "arrived#ftp:x",
-             "?ftp://x", "./a:b", "//%s/arrived" }) {
+    for (const char *location :
+        {"/arrived?x=ftp://h/", "arrived#ftp:x", "?ftp://x", "./a:b", "//%s/arrived"}) {
         ScriptedServer server([location](const ScriptedServer::Request &request) {
             if (request.target != "/start")
                 return answerWith("arrived");
-            return redirectTo(
-                QByteArray(location).replace("%s", request.header("Host")));
+            return redirectTo(QByteArray(location).replace("%s", request.header("Host")));
         });
         EXPECT_EQ(fetch(client, urlOf(server, "/start")).data(), "arrived") << location;
     }
@@ -96,7 +94,7 @@ TEST_F(HttpClientRedirectTest, theTargetsFailureIsTheResult)
 
 TEST_F(HttpClientRedirectTest, aLocationOfAnAnswerThatIsNoRedirectMeansNothing)
 {
-    ScriptedServer::Response response = answerWith("made", { { "Location", "ftp://h/x" } });
+    ScriptedServer::Response response = answerWith("made", {{"Location", "ftp://h/x"}});
     response.code = 201;
     const ScriptedServer server(always(response));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "made");
@@ -112,8 +110,7 @@ TEST_F(HttpClientRedirectTest, theLimitIsForTheLastBodyOnly)
         return response;
     });
     EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(10)).data(), "0123456789");
-    EXPECT_EQ(
-        fetch(client, urlOf(server, "/"), withLimit(9)).status(), HttpClientStatus::TooLarge);
+    EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(9)).status(), HttpClientStatus::TooLarge);
 }
 
 TEST_F(HttpClientRedirectTest, theTimeoutIsForTheWholeWay)
@@ -138,8 +135,8 @@ TEST_F(HttpClientRedirectTest, aPostGoesOnAsTheCodeSays)
     });
     EXPECT_EQ(send(client, urlOf(server, "/303"), "a=1").data(), "");
     EXPECT_EQ(send(client, urlOf(server, "/307"), "a=1").data(), "a=1");
-    EXPECT_THAT(server.requestLines(),
-        ElementsAre("POST /303", "GET /end", "POST /307", "POST /end"));
+    EXPECT_THAT(
+        server.requestLines(), ElementsAre("POST /303", "GET /end", "POST /307", "POST /end"));
     server.clearRequests();
     EXPECT_EQ(fetch(client, urlOf(server, "/end")).status(), HttpClientStatus::Success);
     EXPECT_THAT(server.requestLines(), ElementsAre("GET /end"));

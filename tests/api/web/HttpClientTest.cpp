@@ -1,6 +1,8 @@
 #include "tests/api/web/HttpFixture.h"
 #include "tests/support/WorkerThread.h"
 
+#include <QSet>
+
 #include <gmock/gmock.h>
 
 #include <sstream>
@@ -10,10 +12,9 @@ using testing::StartsWith;
 
 namespace {
 
-class HttpClientTest : public testing::Test
-{
+class HttpClientTest : public testing::Test {
 protected:
-    HttpClient client { nullptr, HttpClient::Default, true };
+    HttpClient client {nullptr, HttpClient::Default, true};
 };
 
 ScriptedServer::Response echo(const ScriptedServer::Request &request)
@@ -37,7 +38,7 @@ TEST_F(HttpClientTest, handsOutTheBodyTheCodeAndTheUrl)
 
 TEST_F(HttpClientTest, anyHttpCodeIsASuccess)
 {
-    for (const int code : { 201, 400, 403, 404, 500, 503, 304 }) {
+    for (const int code : {201, 400, 403, 404, 500, 503, 304}) {
         ScriptedServer::Response response = answerWith(code == 304 ? "" : "fault");
         response.code = code;
         const ScriptedServer server(always(response));
@@ -56,8 +57,8 @@ TEST_F(HttpClientTest, readsABodyThatEndsWithTheConnection)
 
 TEST_F(HttpClientTest, readsAChunkedBody)
 {
-    const ScriptedServer server(always(answerWith(
-        "3\r\nabc\r\n2;x=y\r\nde\r\n0\r\n\r\n", { { "Transfer-Encoding", "chunked" } })));
+    const ScriptedServer server(always(
+        answerWith("3\r\nabc\r\n2;x=y\r\nde\r\n0\r\n\r\n", {{"Transfer-Encoding", "chunked"}})));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "abcde");
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "abcde");
     EXPECT_EQ(server.connections(), 1);
@@ -80,8 +81,8 @@ TEST_F(HttpClientTest, decodesCompressedAnswers)
     const QByteArray body(100000, 'x');
     const ScriptedServer server([&body](const ScriptedServer::Request &request) {
         if (request.target == "/gzip")
-            return answerWith(gzip(body), { { "Content-Encoding", "gzip" } });
-        return answerWith(deflate(body), { { "Content-Encoding", "deflate" } });
+            return answerWith(gzip(body), {{"Content-Encoding", "gzip"}});
+        return answerWith(deflate(body), {{"Content-Encoding", "deflate"}});
     });
     EXPECT_EQ(fetch(client, urlOf(server, "/gzip")).data(), body);
     EXPECT_EQ(fetch(client, urlOf(server, "/deflate")).data(), body);
@@ -160,7 +161,7 @@ TEST_F(HttpClientTest, givesEachOfManyItsOwnAnswer)
     }
     EXPECT_TRUE(answers.isEmpty());
     EXPECT_TRUE(spinUntil([&answers] { return answers.size() >= count; }));
-    EXPECT_EQ(answers.toSet().size(), count);
+    EXPECT_EQ(QSet<QByteArray>(answers.begin(), answers.end()).size(), count);
     EXPECT_EQ(answers.size(), count);
 }
 
@@ -190,7 +191,7 @@ TEST_F(HttpClientTest, countsAnUnannouncedBodyWhileItComes)
     QByteArray endless;
     for (int i = 0; i < 1000; ++i)
         endless += "3E8\r\n" + QByteArray(1000, 'x') + "\r\n";
-    ScriptedServer::Response response = answerWith(endless, { { "Transfer-Encoding", "chunked" } });
+    ScriptedServer::Response response = answerWith(endless, {{"Transfer-Encoding", "chunked"}});
     response.end = ScriptedServer::End::Stall;
     response.sendBytes = endless.size();
     const ScriptedServer server(always(response));
@@ -202,9 +203,9 @@ TEST_F(HttpClientTest, countsDecodedBytes)
 {
     const QByteArray bomb = deflate(QByteArray(50000000, 0));
     ASSERT_LT(bomb.size(), 100000);
-    const ScriptedServer server(always(answerWith(bomb, { { "Content-Encoding", "deflate" } })));
-    EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(1000000)).status(),
-        HttpClientStatus::TooLarge);
+    const ScriptedServer server(always(answerWith(bomb, {{"Content-Encoding", "deflate"}})));
+    EXPECT_EQ(
+        fetch(client, urlOf(server, "/"), withLimit(1000000)).status(), HttpClientStatus::TooLarge);
 
     // What is larger only on the way is let through.
     QByteArray noise;
@@ -212,7 +213,7 @@ TEST_F(HttpClientTest, countsDecodedBytes)
         noise.append(static_cast<char>(i >> 24));
     const QByteArray grown = deflate(noise);
     ASSERT_GT(grown.size(), noise.size());
-    const ScriptedServer other(always(answerWith(grown, { { "Content-Encoding", "deflate" } })));
+    const ScriptedServer other(always(answerWith(grown, {{"Content-Encoding", "deflate"}})));
     EXPECT_EQ(fetch(client, urlOf(other, "/"), withLimit(1000)).data(), noise);
 }
 
@@ -230,17 +231,17 @@ TEST_F(HttpClientTest, noControlCharacterReachesTheRequestLine)
     const ScriptedServer server(&echo);
     const QString url = urlOf(server, "/").toString();
     fetch(client, VeskUrl(url + QStringLiteral("a b\r\nX-Injected: 1\r\n\r\n\t\x7f")));
-    EXPECT_THAT(server.requestLines(),
-        ElementsAre("GET /a%20b%0D%0AX-Injected:%201%0D%0A%0D%0A%09%7F"));
+    EXPECT_THAT(
+        server.requestLines(), ElementsAre("GET /a%20b%0D%0AX-Injected:%201%0D%0A%0D%0A%09%7F"));
     EXPECT_TRUE(server.requests().first().header("X-Injected").isNull());
 }
 
 TEST_F(HttpClientTest, refusesWhatIsNoHttpUrl)
 {
-    for (const char *bad : { "", "/Browse.ashx", "//127.0.0.1/", "ftp://127.0.0.1/", "http:",
-             "file:///etc/passwd", "http://", "http:///x", "http://:80/", "https:127.0.0.1",
-             "httpx://127.0.0.1/", "http://127.0.0.1:99999/", "http://127.0.0.1:x/",
-             "http://a%0d%0ab/", "http://a%00b/", "http://[::1/" }) {
+    for (const char *bad : {"", "/Browse.ashx", "//127.0.0.1/", "ftp://127.0.0.1/",
+             "http:", "file:///etc/passwd", "http://", "http:///x", "http://:80/",
+             "https:127.0.0.1", "httpx://127.0.0.1/", "http://127.0.0.1:99999/",
+             "http://127.0.0.1:x/", "http://a%0d%0ab/", "http://a%00b/", "http://[::1/"}) {
         const HttpClientResult result = fetch(client, VeskUrl(QString::fromLatin1(bad)));
         EXPECT_EQ(result.status(), HttpClientStatus::InvalidRequest) << bad;
         EXPECT_EQ(result.code(), 0);
@@ -253,7 +254,7 @@ TEST_F(HttpClientTest, refusesWhatIsNoHttpUrl)
 TEST_F(HttpClientTest, connectsElsewhereForANameThatItWasTold)
 {
     const ScriptedServer server(&echo);
-    HttpClient::setConnectTo({ QString::fromLatin1(server.connectTo("opml.example.invalid")) });
+    HttpClient::setConnectTo({QString::fromLatin1(server.connectTo("opml.example.invalid"))});
     const VeskUrl url(QStringLiteral("http://opml.example.invalid/Browse.ashx"));
     EXPECT_EQ(fetch(client, url).data(), "GET /Browse.ashx ");
     EXPECT_EQ(server.requests().first().header("Host"), "opml.example.invalid");
@@ -270,9 +271,9 @@ TEST_F(HttpClientTest, aDifferentTargetOfANameGetsAConnectionOfItsOwn)
     const ScriptedServer first(always(answerWith("first")));
     const ScriptedServer second(always(answerWith("second")));
     const VeskUrl url(QStringLiteral("http://opml.example.invalid/"));
-    HttpClient::setConnectTo({ QString::fromLatin1(first.connectTo("opml.example.invalid")) });
+    HttpClient::setConnectTo({QString::fromLatin1(first.connectTo("opml.example.invalid"))});
     EXPECT_EQ(fetch(client, url).data(), "first");
-    HttpClient::setConnectTo({ QString::fromLatin1(second.connectTo("opml.example.invalid")) });
+    HttpClient::setConnectTo({QString::fromLatin1(second.connectTo("opml.example.invalid"))});
     EXPECT_EQ(fetch(client, url).data(), "second");
     HttpClient::setConnectTo({});
 }

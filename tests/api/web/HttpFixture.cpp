@@ -30,7 +30,7 @@ HttpClientResult waitForExchange(const std::function<void(HttpClient::Function)>
         state->loop.quit();
     });
     state->started = true;
-    QTimer::singleShot(10000, &state->loop, &QEventLoop::quit);
+    QTimer::singleShot(20000, &state->loop, &QEventLoop::quit);
     if (state->calls == 0)
         state->loop.exec();
     EXPECT_EQ(state->calls, 1);
@@ -74,7 +74,7 @@ ScriptedServer::Response answerWith(const QByteArray &body, const ScriptedServer
 
 ScriptedServer::Response redirectTo(const QByteArray &location, int code)
 {
-    ScriptedServer::Response response = answerWith("moved", { { "Location", location } });
+    ScriptedServer::Response response = answerWith("moved", {{"Location", location}});
     response.code = code;
     return response;
 }
@@ -150,8 +150,8 @@ void addExtension(X509 *certificate, X509 *issuer, int nid, const char *value)
 }
 
 /// A certificate for \a name over \a key, issued by \a issuer, or by itself where that is null.
-X509Certificate makeCertificate(const char *name, EVP_PKEY *key, X509 *issuer, EVP_PKEY *issuerKey,
-    bool expired)
+X509Certificate makeCertificate(
+    const char *name, EVP_PKEY *key, X509 *issuer, EVP_PKEY *issuerKey, bool expired)
 {
     static int serial = 1;
     constexpr long hour = 3600;
@@ -186,7 +186,7 @@ void writeFile(const QString &path, const Write &write)
 
 struct TestAuthority::Private {
     QTemporaryDir folder;
-    Key key { EVP_EC_gen("P-256") };
+    Key key {EVP_EC_gen("P-256")};
     X509Certificate certificate;
     int issued = 0;
 };
@@ -227,5 +227,5 @@ TestAuthority::Certificate TestAuthority::issue(const char *host, bool expired)
     writeFile(keyFile, [&](FILE *out) {
         return PEM_write_PrivateKey(out, key.get(), nullptr, nullptr, 0, nullptr, nullptr);
     });
-    return { certificateFile.toLocal8Bit(), keyFile.toLocal8Bit() };
+    return {certificateFile.toLocal8Bit(), keyFile.toLocal8Bit()};
 }

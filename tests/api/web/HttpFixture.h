@@ -10,7 +10,8 @@
 #include <functional>
 
 /// Runs the calling thread's event loop until one exchange has ended. \a start gets the function to
-/// complete. Fails the test when it does not end within ten seconds, ends within \a start, or twice.
+/// complete. Fails the test when it does not end within twenty seconds, ends within \a start, or
+/// twice.
 HttpClientResult waitForExchange(const std::function<void(HttpClient::Function)> &start);
 
 HttpClientResult fetch(
@@ -37,8 +38,7 @@ QByteArray gzip(const QByteArray &data);
 QByteArray deflate(const QByteArray &data);
 
 /// A certificate authority of its own, in files that go with it.
-class TestAuthority
-{
+class TestAuthority {
 public:
     struct Certificate {
         QByteArray certificateFile;

@@ -110,8 +110,8 @@ void expectSameAsQt(const QByteArray &json)
     ASSERT_EQ(error.isEmpty(), qtError.error == QJsonParseError::NoError)
         << json.left(200).toStdString();
     if (error.isEmpty()) {
-        EXPECT_EQ(dump(value),
-            document.isArray() ? dumpQt(document.array()) : dumpQt(document.object()))
+        EXPECT_EQ(
+            dump(value), document.isArray() ? dumpQt(document.array()) : dumpQt(document.object()))
             << json.left(200).toStdString();
     }
 }
@@ -120,8 +120,9 @@ QByteArray element(int number)
 {
     const QByteArray id = "s" + QByteArray::number(10000 + number);
     return "{ \"element\" : \"outline\",\n\"type\":\"audio\", \"text\":\"Example Folk \xE2\x99\xAB "
-        + QByteArray::number(number) + " (Dublin)\", \"URL\":\"http://opml.radiotime.com/Tune.ashx?id="
-        + id + "\", \"bitrate\":\"128\",\"reliability\":97, \"guide_id\":\"" + id
+        + QByteArray::number(number)
+        + " (Dublin)\", \"URL\":\"http://opml.radiotime.com/Tune.ashx?id=" + id
+        + "\", \"bitrate\":\"128\",\"reliability\":97, \"guide_id\":\"" + id
         + "\", \"subtext\":\"Singer \\u2013 \\\"Song\\\"\\r\\n\", \"is_direct\":true,"
           "\"position\":-0.5, \"current_album\":null, \"preset_id\":\""
         + id + "\", \"children\":[ ] }";
@@ -169,7 +170,7 @@ TEST(VeskJsonTest, survivesAnyByteInAnyPlace)
 {
     const QByteArray whole = answer(1);
     for (int at = 0; at < whole.size(); ++at) {
-        for (const char byte : { '\0', '"', '\\', '{', ']', ',', ':', '0', '\xFF', '\xC3', '\n' }) {
+        for (const char byte : {'\0', '"', '\\', '{', ']', ',', ':', '0', '\xFF', '\xC3', '\n'}) {
             QByteArray damaged = whole;
             damaged[at] = byte;
             expectSameAsQt(damaged);
@@ -192,10 +193,10 @@ TEST(VeskJsonTest, tellsWhereItStopped)
 
 TEST(VeskJsonTest, rejectsWhatIsNoJson)
 {
-    for (const char *json : { "", " ", "#STATUS: 400", "<opml version=\"1\"/>", "{", "}", "[1 2]",
+    for (const char *json : {"", " ", "#STATUS: 400", "<opml version=\"1\"/>", "{", "}", "[1 2]",
              "{\"a\" 1}", "{a:1}", "{'a':1}", "[01]", "[1.]", "[.5]", "[+1]", "[1e]", "[tru]",
              "[nul]", "[NaN]", "[Infinity]", "[1],", "{} {}", "[\"\\u12\"]", "[\"a]", "\"a", "-",
-             "[1e999]", "//x\n[]", "[1,]", "{\"a\":1,}" })
+             "[1e999]", "//x\n[]", "[1,]", "{\"a\":1,}"})
         EXPECT_TRUE(isRejected(json)) << json;
 }
 
@@ -215,14 +216,15 @@ TEST(VeskJsonTest, readsNumbersAsWholeWhereTheyFit)
         "[i0,i0,i1,i-1,i1,i1000,i-25,d0.5,d0.001,]");
     EXPECT_EQ(dump(parsed("[9223372036854775807,-9223372036854775808]")),
         "[i9223372036854775807,i-9223372036854775808,]");
-    for (const char *json : { "[9223372036854775808]", "[-9223372036854775809]",
-             "[18446744073709551615]", "[18446744073709551616]", "[1e19]",
-             "[123456789012345678901234567890]" }) {
+    for (const char *json :
+        {"[9223372036854775808]", "[-9223372036854775809]", "[18446744073709551615]",
+            "[18446744073709551616]", "[1e19]", "[123456789012345678901234567890]"}) {
         const QVariant number = parsed(json).toList().first();
         EXPECT_EQ(number.type(), QVariant::Double) << json;
         EXPECT_EQ(number.toDouble(), QByteArray(json).mid(1).chopped(1).toDouble()) << json;
     }
-    const QVariantList extremes = parsed("[1.7976931348623157e308,5e-324,1e-400,4.9e-324]").toList();
+    const QVariantList extremes
+        = parsed("[1.7976931348623157e308,5e-324,1e-400,4.9e-324]").toList();
     EXPECT_EQ(extremes.at(0).toDouble(), std::numeric_limits<double>::max());
     EXPECT_EQ(extremes.at(1).toDouble(), std::numeric_limits<double>::denorm_min());
     EXPECT_EQ(extremes.at(2).toDouble(), 0.0);
@@ -243,7 +245,7 @@ TEST(VeskJsonTest, readsTextsOfAnyLengthAndContent)
     for (int size = 0; size < 130; ++size) {
         const QString plain(size, QLatin1Char('x'));
         const QString mixed = QString(size, QChar(0xE4)) + QStringLiteral("x\U0001F3B5");
-        for (const QString &text : { plain, mixed, plain + QLatin1Char('y') }) {
+        for (const QString &text : {plain, mixed, plain + QLatin1Char('y')}) {
             const QByteArray json = "[\"" + text.toUtf8() + "\",\"" + text.toUtf8() + "\",{\""
                 + text.toUtf8() + "\":\"" + text.toUtf8() + "\"}]";
             const QVariantList list = parsed(json).toList();
@@ -289,8 +291,8 @@ TEST(VeskJsonTest, readsWhatServersInTheFieldSend)
 
 TEST(VeskJsonTest, rejectsInvalidUtf8)
 {
-    for (const char *bytes : { "\xFF", "\x80", "\xC3", "\xC3(", "\xC0\xAF", "\xE0\x80\xAF",
-             "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF0\x9F\x8E", "\xF8\x88\x80\x80\x80" }) {
+    for (const char *bytes : {"\xFF", "\x80", "\xC3", "\xC3(", "\xC0\xAF", "\xE0\x80\xAF",
+             "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF0\x9F\x8E", "\xF8\x88\x80\x80\x80"}) {
         EXPECT_TRUE(isRejected("[\"" + QByteArray(bytes) + "\"]"));
         EXPECT_TRUE(isRejected("{\"" + QByteArray(bytes) + "\":1}"));
         EXPECT_TRUE(isRejected("[\"\\q" + QByteArray(bytes) + "\"]"));
@@ -308,7 +310,7 @@ TEST(VeskJsonTest, readsNullCharactersInTexts)
 TEST(VeskJsonTest, bothWaysOfReadingEndAtTheSameDepth)
 {
     // A raw control character is for QJsonDocument alone to read.
-    for (const QByteArray inner : { "", "\"\t\"" }) {
+    for (const QByteArray inner : {"", "\"\t\""}) {
         parsed(nested(VeskJson::MaxDepth, inner));
         EXPECT_TRUE(isRejected(nested(VeskJson::MaxDepth + 1, inner)));
     }
@@ -324,7 +326,7 @@ TEST(VeskJsonTest, bothWaysOfReadingEndAtTheSameDepth)
 
 TEST(VeskJsonTest, rejectsNestingWithoutRunningOutOfStack)
 {
-    for (const int depth : { 1000, 100000, 3000000 }) {
+    for (const int depth : {1000, 100000, 3000000}) {
         EXPECT_TRUE(isRejected(nested(depth)));
         EXPECT_TRUE(isRejected(nested(depth, "\"\t\"")));
         EXPECT_TRUE(isRejected(QByteArray(depth, '[')));
@@ -357,7 +359,8 @@ TEST(VeskJsonTest, readsTenMegabytes)
 
 TEST(VeskJsonTest, readsBytesThatAreNoStringOfTheirOwn)
 {
-    const char bytes[] = "[1,2]xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx";
+    const char bytes[]
+        = "[1,2]xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx";
     EXPECT_EQ(dump(parsed(QByteArray::fromRawData(bytes, 5))), "[i1,i2,]");
     QByteArray roomy = "[3]";
     roomy.reserve(1000);
@@ -366,11 +369,12 @@ TEST(VeskJsonTest, readsBytesThatAreNoStringOfTheirOwn)
 
 TEST(VeskJsonTest, readsAsQtDoes)
 {
-    for (const QByteArray json : { "[0.1,1.5e300,-1e-300,100000000000000000000,1e18,1e19,-1e18]",
+    for (const QByteArray json : {"[0.1,1.5e300,-1e-300,100000000000000000000,1e18,1e19,-1e18]",
              "[4503599627370497.5,9007199254740993,9007199254740993.0,0.30000000000000004]",
-             "[123456789.0e-9,1E5,1e+5,1E-0,0e0,0.0,-0.0,-0e1]", "[\"\\/\\b\\f\\u0041\\uD83C\\uDFB5\"]",
-             "{\"\":{\"\":[]}}", "[[],{},[[]],[{}],null,true,false]", "\t\r\n [ 1 , 2 ] \r\n",
-             "[\"\\ud83c\\u0041\"]", "[\"\\udfb5x\"]", "[1e-5,12345678901234567]" })
+             "[123456789.0e-9,1E5,1e+5,1E-0,0e0,0.0,-0.0,-0e1]",
+             "[\"\\/\\b\\f\\u0041\\uD83C\\uDFB5\"]", "{\"\":{\"\":[]}}",
+             "[[],{},[[]],[{}],null,true,false]", "\t\r\n [ 1 , 2 ] \r\n", "[\"\\ud83c\\u0041\"]",
+             "[\"\\udfb5x\"]", "[1e-5,12345678901234567]"})
         expectSameAsQt(json);
     expectSameAsQt(answer(50));
 }
@@ -378,8 +382,7 @@ TEST(VeskJsonTest, readsAsQtDoes)
 namespace {
 
 /// Documents and near-documents, the same on every run.
-class RandomJson
-{
+class RandomJson {
 public:
     explicit RandomJson(unsigned seed)
         : m_random(seed)
@@ -428,13 +431,14 @@ private:
     QByteArray space() { return QByteArray(pick(3), " \n\t"[pick(3)]); }
     QByteArray number()
     {
-        return QByteArray::number((int(m_random()) - 1e9) / (1 + pick(1000)), "fge"[pick(3)], pick(18));
+        return QByteArray::number(
+            (int(m_random()) - 1e9) / (1 + pick(1000)), "fge"[pick(3)], pick(18));
     }
     QByteArray text()
     {
         static const QByteArray pieces[]
-            = { "a", "outline", "\\n", "\\u00e4", "\xC3\xA4", "\xF0\x9F\x8E\xB5", "\\\"", "\\\\", "/",
-                  " ", "guide_id", "\\uD83C\\uDFB5", "\t", "\\x", "\\uD83C" };
+            = {"a", "outline", "\\n", "\\u00e4", "\xC3\xA4", "\xF0\x9F\x8E\xB5", "\\\"", "\\\\",
+                "/", " ", "guide_id", "\\uD83C\\uDFB5", "\t", "\\x", "\\uD83C"};
         QByteArray json = "\"";
         // The last three are for QJsonDocument: in one document of a few.
         for (int i = pick(5); i > 0; --i)

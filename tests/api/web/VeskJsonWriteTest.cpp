@@ -39,8 +39,8 @@ TEST(VeskJsonWriteTest, writesEveryPlainType)
     EXPECT_EQ(written(QStringLiteral("text")), "\"text\"");
     EXPECT_EQ(written(QByteArray("b\xC3\xA4")), "\"b\xC3\xA4\"");
     EXPECT_EQ(written(QChar(0xE4)), "\"\xC3\xA4\"");
-    EXPECT_EQ(written(QVariantList { 1, QVariant(), QStringLiteral("x") }), "[1,null,\"x\"]");
-    EXPECT_EQ(written(QStringList { QStringLiteral("a"), QStringLiteral("b") }), "[\"a\",\"b\"]");
+    EXPECT_EQ(written(QVariantList {1, QVariant(), QStringLiteral("x")}), "[1,null,\"x\"]");
+    EXPECT_EQ(written(QStringList {QStringLiteral("a"), QStringLiteral("b")}), "[\"a\",\"b\"]");
     EXPECT_EQ(written(QVariantList()), "[]");
     EXPECT_EQ(written(QVariantHash()), "{}");
     EXPECT_EQ(written(QVariantMap()), "{}");
@@ -53,8 +53,8 @@ TEST(VeskJsonWriteTest, writesRealNumbersShortAndExact)
     EXPECT_EQ(written(5.0), "5");
     EXPECT_EQ(written(-0.5), "-0.5");
     EXPECT_EQ(written(0.1f), "0.1");
-    for (const double value : { 1e300, 5e-324, 1.0 / 3, 123456789.123456789, -1e21,
-             std::numeric_limits<double>::max() }) {
+    for (const double value :
+        {1e300, 5e-324, 1.0 / 3, 123456789.123456789, -1e21, std::numeric_limits<double>::max()}) {
         const QJsonDocument document = QJsonDocument::fromJson("[" + VeskJson::write(value) + "]");
         EXPECT_EQ(document.toVariant().toList().value(0).toDouble(), value);
     }
@@ -74,7 +74,7 @@ TEST(VeskJsonWriteTest, writesHashesInAscendingOrderOfTheirKeys)
 {
     QVariantHash hash;
     QVariantMap map;
-    for (const char *key : { "b", "a", "ab", "", "B", "\xC3\xA4" }) {
+    for (const char *key : {"b", "a", "ab", "", "B", "\xC3\xA4"}) {
         hash.insert(QString::fromUtf8(key), 1);
         map.insert(QString::fromUtf8(key), 1);
     }
@@ -95,7 +95,7 @@ TEST(VeskJsonWriteTest, writesTheSystemsOwnTypes)
     EXPECT_EQ(written(TrString("TuneIn", "My \"Favorites\"")), "\"My \\\"Favorites\\\"\"");
     EXPECT_EQ(written(Language::ntr(QStringLiteral("Folk"))), "\"Folk\"");
     const CMPath path(QStringLiteral("TuneIn"), QStringLiteral("browse"),
-        { { QStringLiteral("c"), QStringLiteral("a b") } });
+        {{QStringLiteral("c"), QStringLiteral("a b")}});
     EXPECT_EQ(written(QVariant::fromValue(path)), "\"TuneIn:browse?c=a%20b\"");
     EXPECT_EQ(written(QVariant::fromValue(CMPath())), "\"\"");
     EXPECT_EQ(written(QVariant::fromValue(VeskUrl(QStringLiteral("http://h/a b")))),
@@ -105,7 +105,8 @@ TEST(VeskJsonWriteTest, writesTheSystemsOwnTypes)
     EXPECT_EQ(written(QVariant::fromValue(hash)), "{\"k\":\"TuneIn:browse?c=a%20b\"}");
     EXPECT_EQ(written(hash), "{\"k\":\"TuneIn:browse?c=a%20b\"}");
     const CMError error(QStringLiteral("n"), TrString("c", "m"), TrString("c", "t"));
-    EXPECT_EQ(written(QVariant::fromValue(error)), "{\"message\":\"m\",\"name\":\"n\",\"title\":\"t\"}");
+    EXPECT_EQ(
+        written(QVariant::fromValue(error)), "{\"message\":\"m\",\"name\":\"n\",\"title\":\"t\"}");
 }
 
 TEST(VeskJsonWriteTest, escapesWhatMustBeEscapedAndNothingElse)
@@ -114,16 +115,20 @@ TEST(VeskJsonWriteTest, escapesWhatMustBeEscapedAndNothingElse)
     for (ushort c = 0; c < 0x80; ++c)
         text += QChar(c);
     EXPECT_EQ(written(text),
-        "\"\\u0000\\u0001\\u0002\\u0003\\u0004\\u0005\\u0006\\u0007\\b\\t\\n\\u000b\\f\\r\\u000e\\u000f"
-        "\\u0010\\u0011\\u0012\\u0013\\u0014\\u0015\\u0016\\u0017\\u0018\\u0019\\u001a\\u001b\\u001c"
-        "\\u001d\\u001e\\u001f !\\\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\\\]^_`"
+        "\"\\u0000\\u0001\\u0002\\u0003\\u0004\\u0005\\u0006\\u0007\\b\\t\\n\\u000b\\f\\r\\u000e\\u"
+        "000f"
+        "\\u0010\\u0011\\u0012\\u0013\\u0014\\u0015\\u0016\\u0017\\u0018\\u0019\\u001a\\u001b\\u001"
+        "c"
+        "\\u001d\\u001e\\u001f "
+        "!\\\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\\\]^_`"
         "abcdefghijklmnopqrstuvwxyz{|}~\x7f\"");
 }
 
 TEST(VeskJsonWriteTest, writesUtf8WithHalfSurrogatePairsReplaced)
 {
-    EXPECT_EQ(written(QString::fromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
-                                        "\xF4\x8F\xBF\xBF")),
+    EXPECT_EQ(
+        written(QString::fromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
+                                  "\xF4\x8F\xBF\xBF")),
         "\"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF\"");
     const QString high(1, QChar(0xD83C));
     const QString low(1, QChar(0xDFB5));
@@ -146,10 +151,11 @@ TEST(VeskJsonWriteTest, writesLongTextsWhole)
 
 TEST(VeskJsonWriteTest, readsBackWhatItWrote)
 {
-    QVariantHash inner { { QStringLiteral("text"), QStringLiteral("a\"\\\n\u00e4") },
-        { QStringLiteral("number"), qlonglong(1) << 60 }, { QStringLiteral("real"), 0.25 },
-        { QStringLiteral("none"), QVariant() }, { QStringLiteral("flag"), true } };
-    const QVariantHash value { { QStringLiteral("rows"), QVariantList { inner, QVariantList(), inner } } };
+    QVariantHash inner {{QStringLiteral("text"), QStringLiteral("a\"\\\n\u00e4")},
+        {QStringLiteral("number"), qlonglong(1) << 60}, {QStringLiteral("real"), 0.25},
+        {QStringLiteral("none"), QVariant()}, {QStringLiteral("flag"), true}};
+    const QVariantHash value {
+        {QStringLiteral("rows"), QVariantList {inner, QVariantList(), inner}}};
     VeskError error;
     EXPECT_EQ(VeskJson::parse(VeskJson::write(value), error), QVariant(value));
     EXPECT_TRUE(error.isEmpty());
@@ -159,8 +165,8 @@ TEST(VeskJsonWriteTest, writesNullBelowTheDepthThatItReads)
 {
     QVariant value = 1;
     for (int i = 0; i < VeskJson::MaxDepth + 10; ++i)
-        value = i % 2 ? QVariant(QVariantList { value })
-                      : QVariant(QVariantHash { { QStringLiteral("a"), value } });
+        value = i % 2 ? QVariant(QVariantList {value})
+                      : QVariant(QVariantHash {{QStringLiteral("a"), value}});
     VeskError error;
     const QByteArray json = VeskJson::write(value);
     EXPECT_TRUE(VeskJson::parse(json, error).isValid());

@@ -31,12 +31,13 @@ using Items = VeskUrl::QueryItems;
 
 TEST(VeskUrlTest, takesAUrlApart)
 {
-    const VeskUrl value = url("http://user@opml.radiotime.com:81/Browse.ashx?c=music&id=g%2079#top");
+    const VeskUrl value
+        = url("http://user@opml.radiotime.com:81/Browse.ashx?c=music&id=g%2079#top");
     EXPECT_EQ(value.scheme(), text("http"));
     EXPECT_EQ(value.authority(), text("user@opml.radiotime.com:81"));
     EXPECT_EQ(value.host(), text("opml.radiotime.com"));
     EXPECT_EQ(value.path(), text("/Browse.ashx"));
-    EXPECT_EQ(value.queryItems(), (Items { { text("c"), text("music") }, { text("id"), text("g 79") } }));
+    EXPECT_EQ(value.queryItems(), (Items {{text("c"), text("music")}, {text("id"), text("g 79")}}));
     EXPECT_FALSE(value.isEmpty());
     EXPECT_TRUE(VeskUrl().isEmpty());
     EXPECT_TRUE(VeskUrl(QString()).isEmpty());
@@ -44,12 +45,12 @@ TEST(VeskUrlTest, takesAUrlApart)
 
 TEST(VeskUrlTest, writesUnchangedPartsByteForByte)
 {
-    for (const char *same : { "http://opml.radiotime.com/Tune.ashx?id=s1&sid=p2&filter=s:~A",
-             "HTTP://Host.Example:8000/;stream.mp3", "http://h/a/../b/./c//d?x=1&&y&=z&", "http://h?",
-             "http://h/?#", "http://h#a?b#c", "http://h/%zz%4?%=%1&%41=%c3%28", "//h/p", "/p?q", "?q",
-             "#f", "p", "mms://h/x", "http:p", "http://[::1]:80/", "http://a@b@c/",
-             "http://h/{a}|b\\^`\"<>?{QUERY}=[x]|", "1http://x", "http//x", ":", "http:", "http://",
-             "data:text/plain,hello", "" }) {
+    for (const char *same : {"http://opml.radiotime.com/Tune.ashx?id=s1&sid=p2&filter=s:~A",
+             "HTTP://Host.Example:8000/;stream.mp3", "http://h/a/../b/./c//d?x=1&&y&=z&",
+             "http://h?", "http://h/?#", "http://h#a?b#c", "http://h/%zz%4?%=%1&%41=%c3%28",
+             "//h/p", "/p?q", "?q", "#f", "p", "mms://h/x", "http:p", "http://[::1]:80/",
+             "http://a@b@c/", "http://h/{a}|b\\^`\"<>?{QUERY}=[x]|", "1http://x", "http//x", ":",
+             "http:", "http://", "data:text/plain,hello", ""}) {
         EXPECT_EQ(url(same).toString(), text(same));
         EXPECT_EQ(url(same).toEncoded(), QByteArray(same));
         EXPECT_EQ(VeskUrl::fromEncoded(same).toString(), text(same));
@@ -97,7 +98,7 @@ TEST(VeskUrlTest, changesTheSchemeAlone)
     value.setScheme(text("https"));
     EXPECT_EQ(value.toString(), text("https://h/p?q=%zz#f"));
     EXPECT_EQ(value.path(), text("/p"));
-    for (const char *none : { "1x", "ht tp", "http:", "a/b", "ä" })
+    for (const char *none : {"1x", "ht tp", "http:", "a/b", "ä"})
         value.setScheme(text(none));
     EXPECT_EQ(value.toString(), text("https://h/p?q=%zz#f"));
     value.setScheme(QString());
@@ -119,7 +120,7 @@ TEST(VeskUrlTest, encodesAndDecodesThePath)
     VeskUrl value = url("http://opml.radiotime.com");
     value.setPath(text("/Browse.ashx"));
     EXPECT_EQ(value.toString(), text("http://opml.radiotime.com/Browse.ashx"));
-    for (const char *path : { "/a b/ü?#%41+&;=:@", "/", "", "/%", "//x", "/a//b/.." }) {
+    for (const char *path : {"/a b/ü?#%41+&;=:@", "/", "", "/%", "//x", "/a//b/.."}) {
         value.setPath(text(path));
         EXPECT_EQ(value.path(), text(path));
         EXPECT_EQ(VeskUrl(value.toString()).path(), text(path)) << path;
@@ -134,7 +135,7 @@ TEST(VeskUrlTest, encodesAndDecodesThePath)
 
 TEST(VeskUrlTest, aPathStaysAPathWhateverItLooksLike)
 {
-    for (const char *path : { "//host/x", "a:b", "http://x", "?q", "#f", "//", "a:b:c" }) {
+    for (const char *path : {"//host/x", "a:b", "http://x", "?q", "#f", "//", "a:b:c"}) {
         VeskUrl value = url("?q=1");
         value.setPath(text(path));
         EXPECT_EQ(value.path(), text(path));
@@ -148,12 +149,12 @@ TEST(VeskUrlTest, aPathStaysAPathWhateverItLooksLike)
 TEST(VeskUrlTest, readsQueryItemsLeniently)
 {
     EXPECT_EQ(url("?a=1&b&=c&&d==e=&%61=%zz+%2B&a=2").queryItems(),
-        (Items { { text("a"), text("1") }, { text("b"), QString() }, { QString(), text("c") },
-            { text("d"), text("=e=") }, { text("a"), text("%zz +") }, { text("a"), text("2") } }));
+        (Items {{text("a"), text("1")}, {text("b"), QString()}, {QString(), text("c")},
+            {text("d"), text("=e=")}, {text("a"), text("%zz +")}, {text("a"), text("2")}}));
     EXPECT_EQ(url("http://h/").queryItems(), Items());
     EXPECT_EQ(url("http://h/?").queryItems(), Items());
     EXPECT_EQ(url("http://h/?&&#a=1").queryItems(), Items());
-    EXPECT_EQ(url("?a+b=c+d").queryItems(), (Items { { text("a b"), text("c d") } }));
+    EXPECT_EQ(url("?a+b=c+d").queryItems(), (Items {{text("a b"), text("c d")}}));
 }
 
 TEST(VeskUrlTest, looksItemsUpByTheirDecodedKey)
@@ -174,10 +175,9 @@ TEST(VeskUrlTest, encodesItemsThatAreAdded)
     VeskUrl value = url("http://h/p#f");
     value.addQueryItem(text("q"), text("a b+c&d=e#f%41ä~"));
     value.addQueryItem(text("k&="), QString());
-    EXPECT_EQ(value.toString(),
-        text("http://h/p?q=a%20b%2Bc%26d%3De%23f%2541%C3%A4~&k%26%3D=#f"));
+    EXPECT_EQ(value.toString(), text("http://h/p?q=a%20b%2Bc%26d%3De%23f%2541%C3%A4~&k%26%3D=#f"));
     EXPECT_EQ(value.queryItems(),
-        (Items { { text("q"), text("a b+c&d=e#f%41ä~") }, { text("k&="), QString() } }));
+        (Items {{text("q"), text("a b+c&d=e#f%41ä~")}, {text("k&="), QString()}}));
     EXPECT_EQ(VeskUrl(value.toString()).queryItems(), value.queryItems());
 }
 
@@ -201,12 +201,12 @@ TEST(VeskUrlTest, addsBehindWhateverQueryThereIs)
 TEST(VeskUrlTest, replacesTheWholeQuery)
 {
     VeskUrl value = url("http://h/p?a=1&b=2#f");
-    value.setQueryItems({ { text("x"), text("1 2") }, { text("x"), text("3") } });
+    value.setQueryItems({{text("x"), text("1 2")}, {text("x"), text("3")}});
     EXPECT_EQ(value.toString(), text("http://h/p?x=1%202&x=3#f"));
     value.setQueryItems({});
     EXPECT_EQ(value.toString(), text("http://h/p#f"));
-    value.setQueryItems({ { QString(), QString() } });
-    EXPECT_EQ(value.queryItems(), (Items { { QString(), QString() } }));
+    value.setQueryItems({{QString(), QString()}});
+    EXPECT_EQ(value.queryItems(), (Items {{QString(), QString()}}));
 }
 
 TEST(VeskUrlTest, removesTheFirstItemOfAKey)
@@ -241,8 +241,8 @@ TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
         "https://h/Account.ashx?c=auth&username=me&password=***&Session=***#f");
     EXPECT_EQ(shown(url("http://u:secret@h:80/p?a=b")), "http://***@h:80/p?a=b");
     EXPECT_EQ(shown(url("http://u:s@x@h/")), "http://***@h/");
-    EXPECT_EQ(shown(url("http://h/?pass%77ord=secret&&password")),
-        "http://h/?pass%77ord=***&&password");
+    EXPECT_EQ(
+        shown(url("http://h/?pass%77ord=secret&&password")), "http://h/?pass%77ord=***&&password");
     EXPECT_EQ(shown(url("http://h/#password=secret")), "http://h/#password=***");
     EXPECT_EQ(shown(url("http://h/a@b?c@d")), "http://h/a@b?c@d");
     EXPECT_EQ(shown(url("?")), "?");

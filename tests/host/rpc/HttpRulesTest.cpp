@@ -13,9 +13,10 @@ TEST(HttpRulesTest, TakesTheNamesOfThisMachineWithItsPortOrWithout)
 
 TEST(HttpRulesTest, RefusesEveryOtherHost)
 {
-    for (const char *host : {"", "example.org", "example.org:8765", "127.0.0.1:80", "127.0.0.2",
-             "localhost.example.org", "127.0.0.1.example.org:8765", "::1", "[::1]:1", "0.0.0.0:8765",
-             "127.0.0.1:8765, 127.0.0.1:8765", "localhost:", "127.0.0.1:08765", "user@localhost"})
+    for (const char *host :
+        {"", "example.org", "example.org:8765", "127.0.0.1:80", "127.0.0.2",
+            "localhost.example.org", "127.0.0.1.example.org:8765", "::1", "[::1]:1", "0.0.0.0:8765",
+            "127.0.0.1:8765, 127.0.0.1:8765", "localhost:", "127.0.0.1:08765", "user@localhost"})
         EXPECT_FALSE(isLoopbackHost(host, 8765)) << host;
 }
 

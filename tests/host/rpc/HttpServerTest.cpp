@@ -12,8 +12,7 @@ namespace {
 const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
 const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
 
-class HttpServerTest : public testing::Test
-{
+class HttpServerTest : public testing::Test {
 protected:
     HttpServerTest() { startServer({}); }
 
@@ -23,8 +22,8 @@ protected:
         m_rpc = std::make_unique<JsonRpcDispatcher>();
         m_rpc->addMethod(QStringLiteral("echo"),
             [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
-        m_rpc->addMethod(QStringLiteral("keep"),
-            [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
+        m_rpc->addMethod(
+            QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
         m_server = std::make_unique<HttpServer>(m_rpc.get(), limits);
         QString error;
         ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error))
@@ -113,9 +112,8 @@ TEST_F(HttpServerTest, AnswersOneWhileAnotherStillWaits)
     ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
     EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
     m_kept.first()->finish(5);
-    ASSERT_TRUE(spinUntil([&] {
-        return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-    }));
+    ASSERT_TRUE(spinUntil(
+        [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
     EXPECT_EQ(bodyOf(const_cast<std::future<QByteArray> &>(waiting).get()),
         R"({"id":9,"jsonrpc":"2.0","result":5})");
 }
@@ -141,9 +139,8 @@ TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
     ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
     m_server.reset();
     m_kept.first()->finish(5);
-    ASSERT_TRUE(spinUntil([&] {
-        return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
-    }));
+    ASSERT_TRUE(spinUntil(
+        [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
 }
 
 TEST_F(HttpServerTest, RefusesAForeignHostName)
@@ -199,8 +196,8 @@ TEST_F(HttpServerTest, GetChangesNothing)
         EXPECT_EQ(statusOf(exchange(RawClient::request(method, "/jsonrpc", port()))), 405)
             << method.toStdString();
     }
-    EXPECT_EQ(statusOf(exchange(RawClient::request("POST", "/", port(),
-                  "Content-Type: application/json\r\n", Echo))),
+    EXPECT_EQ(statusOf(exchange(RawClient::request(
+                  "POST", "/", port(), "Content-Type: application/json\r\n", Echo))),
         405);
 }
 
@@ -265,8 +262,8 @@ TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotFinishItsRequest)
     HttpServerLimits limits;
     limits.readTimeout = 50;
     startServer(limits);
-    for (const QByteArray &part : {QByteArray(), QByteArray("POST /jsonrpc HT"),
-             RawClient::rpc(port(), Echo).chopped(1)}) {
+    for (const QByteArray &part :
+        {QByteArray(), QByteArray("POST /jsonrpc HT"), RawClient::rpc(port(), Echo).chopped(1)}) {
         const QByteArray received = inBackground([&] {
             RawClient client(port());
             client.send(part);
@@ -312,13 +309,13 @@ TEST_F(HttpServerTest, RefusesMoreConnectionsThanItsLimit)
 
 TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
 {
-    for (const QByteArray &bytes : {QByteArray("\r\n\r\n"), QByteArray(200000, 'A'),
-             QByteArray("GET\r\n\r\n"), QByteArray("POST /jsonrpc HTTP/9.9\r\n\r\n"),
-             QByteArray("\0\0\0\0\r\n\r\n", 8),
-             QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: -5\r\n\r\n"),
-             QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: 99999999999999999999\r\n\r\n"),
-             QByteArray("GET /%00 HTTP/1.1\r\nHost: localhost\r\n\r\n"),
-             QByteArray("GET http://evil.example/ HTTP/1.1\r\nHost: evil.example\r\n\r\n")}) {
+    for (const QByteArray &bytes :
+        {QByteArray("\r\n\r\n"), QByteArray(200000, 'A'), QByteArray("GET\r\n\r\n"),
+            QByteArray("POST /jsonrpc HTTP/9.9\r\n\r\n"), QByteArray("\0\0\0\0\r\n\r\n", 8),
+            QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: -5\r\n\r\n"),
+            QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: 99999999999999999999\r\n\r\n"),
+            QByteArray("GET /%00 HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+            QByteArray("GET http://evil.example/ HTTP/1.1\r\nHost: evil.example\r\n\r\n")}) {
         const QByteArray response = inBackground([&] {
             RawClient client(port());
             client.send(bytes);

@@ -7,16 +7,14 @@
 
 namespace {
 
-class Peer : public JsonRpcPeer
-{
+class Peer : public JsonRpcPeer {
 public:
     void notify(const QString &, const QVariant &) override { }
 };
 
 /// A dispatcher with the methods echo (answers with its parameters), fail, keep (answers when the
 /// test does) and forget (lets go of the call).
-class JsonRpcDispatcherTest : public testing::Test
-{
+class JsonRpcDispatcherTest : public testing::Test {
 protected:
     JsonRpcDispatcherTest()
     {
@@ -27,7 +25,7 @@ protected:
         });
         m_dispatcher.addMethod(
             QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
-        m_dispatcher.addMethod(QStringLiteral("forget"), [](const JsonRpcCallPtr &) { });
+        m_dispatcher.addMethod(QStringLiteral("forget"), [](const JsonRpcCallPtr &) {});
     }
 
     void send(const QByteArray &message, JsonRpcPeer *peer = nullptr)
@@ -129,7 +127,8 @@ TEST_F(JsonRpcDispatcherTest, EndsWhatTakesTooLongWithATimeOut)
     send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"echo"}])");
     ASSERT_TRUE(spinUntil([&] { return !m_answers.isEmpty(); }));
     EXPECT_THAT(m_answers.first().toStdString(), testing::HasSubstr("-32002"));
-    EXPECT_THAT(m_answers.first().toStdString(), testing::HasSubstr(R"("id":2,"jsonrpc":"2.0","result")"));
+    EXPECT_THAT(
+        m_answers.first().toStdString(), testing::HasSubstr(R"("id":2,"jsonrpc":"2.0","result")"));
     m_kept.first()->finish(1);
     EXPECT_EQ(m_answers.size(), 1);
 }
@@ -165,8 +164,7 @@ TEST(JsonRpcDispatcherLifeTest, ACallMayOutliveItsDispatcher)
 {
     auto dispatcher = std::make_unique<JsonRpcDispatcher>();
     JsonRpcCallPtr kept;
-    dispatcher->addMethod(
-        QStringLiteral("keep"), [&](const JsonRpcCallPtr &call) { kept = call; });
+    dispatcher->addMethod(QStringLiteral("keep"), [&](const JsonRpcCallPtr &call) { kept = call; });
     bool answered = false;
     dispatcher->handle(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", nullptr,
         [&](const QByteArray &) { answered = true; });

@@ -43,9 +43,7 @@ struct BadMessage {
     QVariant id;
 };
 
-class JsonRpcBadMessageTest : public testing::TestWithParam<BadMessage>
-{
-};
+class JsonRpcBadMessageTest : public testing::TestWithParam<BadMessage> { };
 
 TEST_P(JsonRpcBadMessageTest, IsOneInvalidRequest)
 {
@@ -88,8 +86,8 @@ TEST(JsonRpcTest, NestingWithoutEndIsNoJson)
 
 TEST(JsonRpcTest, ReadsEachRequestOfABatchForItself)
 {
-    const JsonRpcMessage message
-        = parseJsonRpc(R"([1,{"jsonrpc":"2.0","id":1,"method":"a"},{"jsonrpc":"2.0","method":"b"}])");
+    const JsonRpcMessage message = parseJsonRpc(
+        R"([1,{"jsonrpc":"2.0","id":1,"method":"a"},{"jsonrpc":"2.0","method":"b"}])");
     EXPECT_TRUE(message.isBatch);
     ASSERT_EQ(message.requests.size(), 3);
     EXPECT_TRUE(message.requests.at(0).isInvalid);

@@ -10,8 +10,7 @@
 
 /// A client that sends exactly the bytes that a test wants: a blocking socket to a loopback port,
 /// which gives up after ten seconds. For threads other than the server's.
-class RawClient
-{
+class RawClient {
 public:
     explicit RawClient(quint16 port);
     ~RawClient();
@@ -50,7 +49,8 @@ QByteArray headerOf(const QByteArray &response, const QByteArray &name);
 QByteArray bodyOf(const QByteArray &response);
 
 /// Runs \a function on a thread of its own while the calling thread's event loop runs.
-template <class Function> auto inBackground(Function function)
+template <class Function>
+auto inBackground(Function function)
 {
     auto result = std::async(std::launch::async, function);
     const bool ended = spinUntil(

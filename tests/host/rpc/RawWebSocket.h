@@ -3,8 +3,7 @@
 #include "tests/host/rpc/RawClient.h"
 
 /// A WebSocket client that sends exactly the frames that a test wants (RFC 6455).
-class RawWebSocket
-{
+class RawWebSocket {
 public:
     enum Opcode { Continuation = 0, Text = 1, Binary = 2, Close = 8, Ping = 9, Pong = 10 };
 

@@ -61,9 +61,9 @@ TEST(RpcParamsTest, RefusesRolesThatAreNoListOfNames)
     QVariantList many;
     for (int i = 0; i < 101; ++i)
         many.append(QStringLiteral("title"));
-    for (const QVariant &value : {QVariant(QStringLiteral("title")), QVariant(1LL),
-             QVariant(QVariantList {1LL}), QVariant(many),
-             QVariant(QVariantList {QString(101, QLatin1Char('a'))})}) {
+    for (const QVariant &value :
+        {QVariant(QStringLiteral("title")), QVariant(1LL), QVariant(QVariantList {1LL}),
+            QVariant(many), QVariant(QVariantList {QString(101, QLatin1Char('a'))})}) {
         RpcParams reader(params("roles", value));
         reader.roles();
         EXPECT_TRUE(reader.failed());
@@ -104,8 +104,8 @@ TEST(RpcParamsTest, AValueMayBeNullButMustBeThere)
 TEST(RpcParamsTest, ARoleIsAName)
 {
     EXPECT_EQ(RpcParams(params("role", QStringLiteral("value"))).role(), QStringLiteral("value"));
-    for (const QVariant &value :
-        {QVariant(), QVariant(1LL), QVariant(QString()), QVariant(QString(101, QLatin1Char('x')))}) {
+    for (const QVariant &value : {QVariant(), QVariant(1LL), QVariant(QString()),
+             QVariant(QString(101, QLatin1Char('x')))}) {
         RpcParams reader(params("role", value));
         reader.role();
         EXPECT_TRUE(reader.failed());

@@ -10,15 +10,14 @@ namespace {
 const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
 const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
 
-class WebSocketSessionTest : public testing::Test
-{
+class WebSocketSessionTest : public testing::Test {
 protected:
     WebSocketSessionTest()
     {
         m_rpc.addMethod(QStringLiteral("echo"),
             [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
-        m_rpc.addMethod(QStringLiteral("keep"),
-            [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
+        m_rpc.addMethod(
+            QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
         m_rpc.addMethod(QStringLiteral("tellMe"), [](const JsonRpcCallPtr &call) {
             call->peer()->notify(QStringLiteral("told"), QVariantHash());
             call->finish({});

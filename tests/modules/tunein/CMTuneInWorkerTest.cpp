@@ -20,8 +20,7 @@ const QByteArray OneStation = screen(
     R"({"element":"outline","type":"audio","text":"Example FM","guide_id":"s1","item":"station",)"
     R"("URL":"http://opml.radiotime.com/Tune.ashx?id=s1"})");
 
-class CMTuneInWorkerTest : public TuneInFixture
-{
+class CMTuneInWorkerTest : public TuneInFixture {
 protected:
     VeskMetaData metaData(const QString &path)
     {
@@ -30,8 +29,8 @@ protected:
 
     void expectTitle(const QString &path, const char *title)
     {
-        EXPECT_EQ(TrString::fromVariant(role(path, "title"_s)),
-            TrString(Context, QLatin1String(title)))
+        EXPECT_EQ(
+            TrString::fromVariant(role(path, "title"_s)), TrString(Context, QLatin1String(title)))
             << path.toStdString();
     }
 
@@ -52,9 +51,10 @@ protected:
 TEST_F(CMTuneInWorkerTest, isCreatedByTheEntryWithANameForTheLogOnly)
 {
     start();
-    EXPECT_TRUE(m_log.contains("TRACE Enter void* worker_create(const char*, void*): name: TuneIn"_s));
-    EXPECT_TRUE(m_log.contains(
-        "TRACE Enter CMTuneInWorker::CMTuneInWorker(const QVariantHash&): "_s));
+    EXPECT_TRUE(
+        log().contains("TRACE Enter void* worker_create(const char*, void*): name: TuneIn"_s));
+    EXPECT_TRUE(
+        log().contains("TRACE Enter CMTuneInWorker::CMTuneInWorker(const QVariantHash&): "_s));
     EXPECT_EQ(worker()->name(), "TuneIn"_s);
 }
 
@@ -64,15 +64,16 @@ TEST_F(CMTuneInWorkerTest, isCreatedWithoutAName)
         QVariantHash config = defaultConfig();
         return static_cast<CMTuneInWorker *>(worker_create(nullptr, &config));
     });
-    EXPECT_TRUE(m_log.contains("TRACE Enter void* worker_create(const char*, void*): name: "_s));
+    EXPECT_TRUE(log().contains("TRACE Enter void* worker_create(const char*, void*): name: "_s));
     EXPECT_EQ(static_cast<CMTuneInWorker *>(thread.object())->name(), "TuneIn"_s);
 }
 
 TEST_F(CMTuneInWorkerTest, logsTheEntryBeforeTheConstructorBeforeTheSettings)
 {
     start();
-    QStringList lines = m_log.lines();
-    const int entry = lines.indexOf("TRACE Enter void* worker_create(const char*, void*): name: TuneIn"_s);
+    QStringList lines = log().lines();
+    const int entry
+        = lines.indexOf("TRACE Enter void* worker_create(const char*, void*): name: TuneIn"_s);
     const int constructor
         = lines.indexOf("TRACE Enter CMTuneInWorker::CMTuneInWorker(const QVariantHash&): "_s);
     const int settings = lines.indexOf("DEBUG Configuration: Partner ID: 'partner', SN: 'ABC', "
@@ -115,20 +116,20 @@ TEST_F(CMTuneInWorkerTest, hasAnIdleTimerAndFollowsOneValue)
 TEST_F(CMTuneInWorkerTest, registersItsNodesInOrder)
 {
     start();
-    const QStringList expected { "TuneIn:"_s, "TuneIn:browse"_s, "TuneIn:player_context"_s,
+    const QStringList expected {"TuneIn:"_s, "TuneIn:browse"_s, "TuneIn:player_context"_s,
         "TuneIn:player_context_show_episode"_s, "TuneIn:browser_context"_s, "TuneIn:searches"_s,
-        "TuneIn:search/search"_s, "TuneIn:testing"_s };
+        "TuneIn:search/search"_s, "TuneIn:testing"_s};
     QStringList found;
     for (const QString &node : nodePaths()) {
         if (expected.contains(node))
             found.append(node);
     }
     EXPECT_EQ(found, expected);
-    for (const char *node : { "TuneIn:testing_/aa1", "TuneIn:testing_/aa2",
-             "TuneIn:testing/unreliableStreams", "TuneIn:testing_/list_of_genres",
-             "TuneIn:testing_/searches", "player:tunein/stateChange",
-             "TuneIn:player_context/presets", "TuneIn:player_context_show_episode/presets",
-             "TuneIn:browser_context/presets" })
+    for (const char *node :
+        {"TuneIn:testing_/aa1", "TuneIn:testing_/aa2", "TuneIn:testing/unreliableStreams",
+            "TuneIn:testing_/list_of_genres", "TuneIn:testing_/searches",
+            "player:tunein/stateChange", "TuneIn:player_context/presets",
+            "TuneIn:player_context_show_episode/presets", "TuneIn:browser_context/presets"})
         EXPECT_TRUE(nodePaths().contains(QLatin1String(node))) << node;
 }
 
@@ -161,9 +162,10 @@ TEST_F(CMTuneInWorkerTest, titlesItsNodes)
 TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
 {
     start();
-    for (const char *node : { "TuneIn:browse", "TuneIn:player_context",
-             "TuneIn:player_context_show_episode", "TuneIn:browser_context", "TuneIn:searches",
-             "TuneIn:testing", "TuneIn:testing/unreliableStreams", "TuneIn:browser_context/presets" }) {
+    for (const char *node :
+        {"TuneIn:browse", "TuneIn:player_context", "TuneIn:player_context_show_episode",
+            "TuneIn:browser_context", "TuneIn:searches", "TuneIn:testing",
+            "TuneIn:testing/unreliableStreams", "TuneIn:browser_context/presets"}) {
         const VeskMetaData meta = metaData(QLatin1String(node));
         EXPECT_EQ(meta.serviceID(), "tunein"_s) << node;
         EXPECT_EQ(meta.size(), 1) << node;
@@ -174,8 +176,8 @@ TEST_F(CMTuneInWorkerTest, putsAnEmptyServiceIdThereWhenTheConfigurationHasNone)
 {
     start(QVariantHash());
     EXPECT_EQ(worker()->settings().serviceId(), QString());
-    for (const char *node : { "TuneIn:browse", "TuneIn:player_context", "TuneIn:searches",
-             "TuneIn:testing", "TuneIn:testing/unreliableStreams" }) {
+    for (const char *node : {"TuneIn:browse", "TuneIn:player_context", "TuneIn:searches",
+             "TuneIn:testing", "TuneIn:testing/unreliableStreams"}) {
         const VeskMetaData meta = metaData(QLatin1String(node));
         EXPECT_TRUE(meta.contains("serviceID"_s)) << node;
         EXPECT_EQ(meta.serviceID(), QString()) << node;
@@ -184,7 +186,7 @@ TEST_F(CMTuneInWorkerTest, putsAnEmptyServiceIdThereWhenTheConfigurationHasNone)
 
 TEST_F(CMTuneInWorkerTest, readsTheServiceIdAsText)
 {
-    start({ { VeskService_Id(), 42 } });
+    start({{VeskService_Id(), 42}});
     EXPECT_EQ(worker()->settings().serviceId(), "42"_s);
 }
 
@@ -192,10 +194,10 @@ TEST_F(CMTuneInWorkerTest, showsTheRowsOfBrowseAtItsRoot)
 {
     answer("/Browse.ashx", OneStation);
     start();
-    const QStringList roles { "title"_s, "type"_s, "path"_s, "mediaData"_s };
+    const QStringList roles {"title"_s, "type"_s, "path"_s, "mediaData"_s};
     const RowsAnswer root = rows("TuneIn:"_s, roles);
     EXPECT_TRUE(root.error.isEmpty());
-    EXPECT_EQ(root.texts(), QStringList({ "My Favorites"_s, "Example FM"_s }));
+    EXPECT_EQ(root.texts(), QStringList({"My Favorites"_s, "Example FM"_s}));
     EXPECT_EQ(root.rows, rows("TuneIn:browse"_s, roles).rows);
     EXPECT_EQ(server().requestLines().constFirst(), "GET /Browse.ashx?" + CommonItems);
 }
@@ -203,7 +205,8 @@ TEST_F(CMTuneInWorkerTest, showsTheRowsOfBrowseAtItsRoot)
 TEST_F(CMTuneInWorkerTest, offersOneSearch)
 {
     start();
-    const RowsAnswer searches = rows("TuneIn:searches"_s, { "title"_s, "path"_s, "query"_s, "queryPath"_s, "type"_s });
+    const RowsAnswer searches
+        = rows("TuneIn:searches"_s, {"title"_s, "path"_s, "query"_s, "queryPath"_s, "type"_s});
     ASSERT_EQ(searches.count, 1);
     ASSERT_EQ(searches.rows.size(), 1);
     EXPECT_EQ(searches.texts(), QStringList("Search Stations, Shows, Songs, or Artists"_s));
@@ -218,7 +221,7 @@ TEST_F(CMTuneInWorkerTest, offersOneSearch)
 TEST_F(CMTuneInWorkerTest, offersTheSameSearchInTheTestTree)
 {
     start();
-    const QStringList roles { "title"_s, "path"_s, "query"_s, "queryPath"_s };
+    const QStringList roles {"title"_s, "path"_s, "query"_s, "queryPath"_s};
     const RowsAnswer test = rows("TuneIn:testing_/searches"_s, roles);
     EXPECT_EQ(test.count, 1);
     EXPECT_EQ(test.rows, rows("TuneIn:searches"_s, roles).rows);
@@ -227,16 +230,16 @@ TEST_F(CMTuneInWorkerTest, offersTheSameSearchInTheTestTree)
 TEST_F(CMTuneInWorkerTest, listsTheTestTreeInOrder)
 {
     start();
-    const RowsAnswer testing = rows("TuneIn:testing"_s, { "title"_s, "path"_s });
+    const RowsAnswer testing = rows("TuneIn:testing"_s, {"title"_s, "path"_s});
     ASSERT_EQ(testing.count, 7);
     EXPECT_EQ(testing.texts(0).mid(0, 5),
-        QStringList({ "Browse in various languages"_s, "Different stream types"_s,
-            "Unreliable streams"_s, "List of all genres"_s, "Search"_s }));
+        QStringList({"Browse in various languages"_s, "Different stream types"_s,
+            "Unreliable streams"_s, "List of all genres"_s, "Search"_s}));
     EXPECT_EQ(testing.texts(1),
-        QStringList({ "TuneIn:testing_/aa1"_s, "TuneIn:testing_/aa2"_s,
+        QStringList({"TuneIn:testing_/aa1"_s, "TuneIn:testing_/aa2"_s,
             "TuneIn:testing/unreliableStreams"_s, "TuneIn:testing_/list_of_genres"_s,
             "TuneIn:testing_/searches"_s, VeskTuneInEnabledFixItWizardPath().toEncoded(),
-            VeskChildElementsInSingleListPath().toEncoded() }));
+            VeskChildElementsInSingleListPath().toEncoded()}));
 }
 
 TEST_F(CMTuneInWorkerTest, leadsFromTheTestTreeToItsTargets)
@@ -246,16 +249,15 @@ TEST_F(CMTuneInWorkerTest, leadsFromTheTestTreeToItsTargets)
     EXPECT_EQ(rows("TuneIn:testing_/aa1"_s).texts(), QStringList("Example FM"_s));
     EXPECT_EQ(rows("TuneIn:testing_/aa2"_s).texts(), QStringList("Example FM"_s));
     EXPECT_EQ(rows("TuneIn:testing_/list_of_genres"_s).texts(), QStringList("Example FM"_s));
-    expectRequests({ "GET /Search.ashx?query=aa1&" + CommonItems,
-        "GET /Search.ashx?query=aa2&" + CommonItems,
-        "GET /Describe.ashx?c=genres&" + CommonItems });
+    expectRequests({"GET /Search.ashx?query=aa1&" + CommonItems,
+        "GET /Search.ashx?query=aa2&" + CommonItems, "GET /Describe.ashx?c=genres&" + CommonItems});
 }
 
 TEST_F(CMTuneInWorkerTest, listsSixteenUnreliableStreams)
 {
     start();
-    const RowsAnswer streams = rows("TuneIn:testing/unreliableStreams"_s,
-        { "title"_s, "type"_s, "audioType"_s, "mediaData"_s });
+    const RowsAnswer streams = rows(
+        "TuneIn:testing/unreliableStreams"_s, {"title"_s, "type"_s, "audioType"_s, "mediaData"_s});
     ASSERT_EQ(streams.count, 16);
     ASSERT_EQ(streams.rows.size(), 16);
     QSet<QString> addresses;
@@ -296,7 +298,7 @@ TEST_F(CMTuneInWorkerTest, answersForUnknownPathsWithAnError)
 {
     start();
     EXPECT_FALSE(rows("TuneIn:nothing/here"_s).error.isEmpty());
-    EXPECT_FALSE(data("TuneIn:search"_s, { "title"_s }).error.isEmpty());
+    EXPECT_FALSE(data("TuneIn:search"_s, {"title"_s}).error.isEmpty());
     EXPECT_FALSE(rows("TuneIn:testing_"_s).error.isEmpty());
 }
 
@@ -308,7 +310,7 @@ TEST_F(CMTuneInWorkerTest, readsItsSettingsOnce)
     set(VeskTuneInSupportedStreamsPath(), "ogg"_s);
     set(VeskSystemMemberIdPath(), "XYZ"_s);
     rows("TuneIn:browse"_s);
-    expectRequests({ "GET /Browse.ashx?" + CommonItems });
+    expectRequests({"GET /Browse.ashx?" + CommonItems});
 }
 
 TEST_F(CMTuneInWorkerTest, isForgottenByTheRootWhenItIsDeleted)
@@ -328,5 +330,5 @@ TEST_F(CMTuneInWorkerTest, canBeCreatedAgainAfterItsDeletion)
     start();
     stop();
     start();
-    EXPECT_EQ(rows("TuneIn:browse"_s).texts(), QStringList({ "My Favorites"_s, "Example FM"_s }));
+    EXPECT_EQ(rows("TuneIn:browse"_s).texts(), QStringList({"My Favorites"_s, "Example FM"_s}));
 }

@@ -12,8 +12,7 @@ namespace {
 const QString Enter = "TRACE Enter void "
                       "CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue&): "_s;
 
-class NetworkStateTest : public TuneInFixture
-{
+class NetworkStateTest : public TuneInFixture {
 protected:
     void deliver(const VeskValue &value)
     {
@@ -34,9 +33,9 @@ TEST_F(NetworkStateTest, reachesTheWorkerFromTheHostsValue)
     EXPECT_FALSE(worker()->networkStateConnected());
     setNetwork(true);
     EXPECT_TRUE(worker()->networkStateConnected());
-    EXPECT_THAT(m_log.lines().filter("on_networkStateConnectedItem_changed"_s),
+    EXPECT_THAT(log().lines().filter("on_networkStateConnectedItem_changed"_s),
         ElementsAre(Enter + "1"_s, Enter + "0"_s, Enter + "1"_s));
-    EXPECT_THAT(m_log.lines("DEBUG"_s).filter("Network is"_s),
+    EXPECT_THAT(log().lines("DEBUG"_s).filter("Network is"_s),
         ElementsAre("Network is up."_s, "Network is down."_s, "Network is up."_s));
 }
 
@@ -45,18 +44,18 @@ TEST_F(NetworkStateTest, isDownWhenItBeginsDown)
     set(VeskNetworkStateConnected(), false);
     start();
     EXPECT_FALSE(worker()->networkStateConnected());
-    EXPECT_TRUE(m_log.contains("DEBUG Network is down."_s));
+    EXPECT_TRUE(log().contains("DEBUG Network is down."_s));
 }
 
 TEST_F(NetworkStateTest, isLoggedWithEachChange)
 {
     start();
-    m_log.clear();
+    log().clear();
     deliver(VeskValue::fromBool(false));
     deliver(VeskValue::fromBool(true));
-    EXPECT_THAT(m_log.lines(),
-        ElementsAre(Enter + "0"_s, "DEBUG Network is down."_s, Enter + "1"_s,
-            "DEBUG Network is up."_s));
+    EXPECT_THAT(log().lines(),
+        ElementsAre(
+            Enter + "0"_s, "DEBUG Network is down."_s, Enter + "1"_s, "DEBUG Network is up."_s));
     EXPECT_TRUE(worker()->networkStateConnected());
 }
 
@@ -87,8 +86,8 @@ TEST_F(NetworkStateTest, isDownAtOnceOnTheWorkersThreadBeforeAnyValueCame)
 
 TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsUntilTheFirstValueCame)
 {
-    std::atomic<bool> connected { false };
-    std::atomic<bool> asking { false };
+    std::atomic<bool> connected {false};
+    std::atomic<bool> asking {false};
     std::thread asker;
     WorkerThread thread([&]() -> QObject * {
         auto *worker = new CMTuneInWorker(defaultConfig());

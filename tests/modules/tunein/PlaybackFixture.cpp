@@ -19,7 +19,7 @@ Answer PlaybackFixture::play(VeskPlayLogicState::Enum state, int playId, const Q
     CMPath shown = path("TuneIn:browse/uri/Tune.ashx"_s);
     if (!guideId.isEmpty())
         shown.addParam("veskMatchingPath"_s,
-            path("TuneIn:browse"_s, { { "veskGuideId"_s, guideId } }).toEncoded());
+            path("TuneIn:browse"_s, {{"veskGuideId"_s, guideId}}).toEncoded());
     track.setPath(shown);
     return post(state, playId, error, track);
 }
@@ -29,7 +29,7 @@ Answer PlaybackFixture::post(
 {
     VeskPlayLogicData data;
     data.setState(state);
-    data.setPlayId(QVariantHash { { "id"_s, playId } });
+    data.setPlayId(QVariantHash {{"id"_s, playId}});
     data.setError(error);
     data.setTrackRoles(track);
     return setData(VeskTuneInStateChangePath().toEncoded(), VeskRoles::Activate(), data.toHash());

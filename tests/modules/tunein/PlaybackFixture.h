@@ -5,8 +5,7 @@
 
 /// Plays for the worker what the host's player does: posts states, and sorts the reports that the
 /// server received.
-class PlaybackFixture : public TuneInFixture
-{
+class PlaybackFixture : public TuneInFixture {
 protected:
     static constexpr VeskPlayLogicState::Enum Stopped = VeskPlayLogicState::stopped;
     static constexpr VeskPlayLogicState::Enum Transitioning = VeskPlayLogicState::transitioning;
@@ -18,8 +17,8 @@ protected:
     /// Posts a state of a track whose rows matched the item \a guideId, and waits for the answer.
     Answer play(VeskPlayLogicState::Enum state, int playId = 1, const QString &error = QString(),
         const QString &uri = "http://stream.example/live"_s, const QString &guideId = "s1"_s);
-    Answer post(VeskPlayLogicState::Enum state, int playId, const QString &error,
-        const VeskRoles &track);
+    Answer post(
+        VeskPlayLogicState::Enum state, int playId, const QString &error, const VeskRoles &track);
 
     /// On the worker's thread.
     QTimer *timer() const;

@@ -7,8 +7,7 @@ using testing::Not;
 
 namespace {
 
-class PlaybackStateTest : public PlaybackFixture
-{
+class PlaybackStateTest : public PlaybackFixture {
 protected:
     PlaybackStateTest() { start(); }
 };
@@ -27,7 +26,7 @@ TEST_F(PlaybackStateTest, reportsAPlayOfNinetyPausedTenAndThirtySecondsAsOneOf12
     play(Playing);
     FakeClock::advance(30000);
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 120, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 120, true)}));
     EXPECT_FALSE(timerIsActive());
 }
 
@@ -37,14 +36,14 @@ TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
     FakeClock::advance(60000);
     play(Paused);
     FakeClock::advance(300000);
-    m_log.clear();
+    log().clear();
     fireTimer();
-    EXPECT_THAT(m_log.lines("INFO"_s), Contains("Sending duration report after 5 minutes ..."_s));
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 60, false) }));
+    EXPECT_THAT(log().lines("INFO"_s), Contains("Sending duration report after 5 minutes ..."_s));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 60, false)}));
 
-    m_log.clear();
+    log().clear();
     play(Stopped);
-    EXPECT_THAT(m_log.lines("INFO"_s),
+    EXPECT_THAT(log().lines("INFO"_s),
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
     EXPECT_EQ(durationReports().size(), 1);
 }
@@ -59,7 +58,7 @@ TEST_F(PlaybackStateTest, reportsOnlyWhatWasHeardAfterTheResumeOnceThePauseWasRe
     FakeClock::advance(7000);
     play(Stopped);
     EXPECT_EQ(durationReports(),
-        QList<QByteArray>({ durationReport("s1", 60, false), durationReport("s1", 7, true) }));
+        QList<QByteArray>({durationReport("s1", 60, false), durationReport("s1", 7, true)}));
 }
 
 TEST_F(PlaybackStateTest, runsTheTimerOfFiveMinutesDuringAPauseOnly)
@@ -85,10 +84,10 @@ TEST_F(PlaybackStateTest, stopsTheTimerWithItsFirstExpiry)
 {
     play(Playing);
     play(Paused);
-    m_log.clear();
+    log().clear();
     fireTimer();
     EXPECT_FALSE(timerIsActive());
-    EXPECT_EQ(m_log.lines().constFirst(),
+    EXPECT_EQ(log().lines().constFirst(),
         "TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s);
 }
 
@@ -96,54 +95,55 @@ TEST_F(PlaybackStateTest, warnsOfATimerThatExpiresOutsideAPause)
 {
     play(Playing);
     FakeClock::advance(5000);
-    m_log.clear();
+    log().clear();
     fireTimer();
-    EXPECT_THAT(m_log.lines(),
+    EXPECT_THAT(log().lines(),
         ElementsAre("TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s,
             "WARN Not sending duration report, not in paused state (timer should be already "
             "stopped)."_s));
     EXPECT_THAT(durationReports(), IsEmpty());
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 5, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 5, true)}));
 }
 
 TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
 {
     play(Playing);
     play(Paused);
-    m_log.clear();
+    log().clear();
     fireTimer();
-    EXPECT_THAT(m_log.lines("INFO"_s), ElementsAre(QLatin1String(SkippedZero)));
+    EXPECT_THAT(log().lines("INFO"_s), ElementsAre(QLatin1String(SkippedZero)));
     play(Stopped);
 
     play(Playing, 2, QString(), "http://stream.example/live"_s, QString());
     FakeClock::advance(5000);
     play(Paused);
-    m_log.clear();
+    log().clear();
     fireTimer();
-    EXPECT_THAT(m_log.lines("INFO"_s), ElementsAre(QLatin1String(SkippedNoGuideId)));
+    EXPECT_THAT(log().lines("INFO"_s), ElementsAre(QLatin1String(SkippedNoGuideId)));
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
 TEST_F(PlaybackStateTest, logsEachTransitionOnce)
 {
-    for (const VeskPlayLogicState::Enum state : { Playing, Playing, Paused, Paused, Playing, Stopped, Stopped }) {
+    for (const VeskPlayLogicState::Enum state :
+        {Playing, Playing, Paused, Paused, Playing, Stopped, Stopped}) {
         play(state);
         FakeClock::advance(1000);
     }
-    EXPECT_THAT(m_log.lines("INFO"_s).filter("TuneIn playback"_s),
+    EXPECT_THAT(log().lines("INFO"_s).filter("TuneIn playback"_s),
         ElementsAre("TuneIn playback started."_s, "TuneIn playback paused."_s,
             "TuneIn playback started."_s, "TuneIn playback stopped."_s));
-    EXPECT_THAT(m_log.lines("TRACE"_s), Contains("Performing duration report"_s).Times(1));
+    EXPECT_THAT(log().lines("TRACE"_s), Contains("Performing duration report"_s).Times(1));
 }
 
 TEST_F(PlaybackStateTest, logsEachRequest)
 {
     play(Playing, 7);
     play(Stopped, 7, "broken"_s);
-    EXPECT_TRUE(m_log.contains(
+    EXPECT_TRUE(log().contains(
         "TRACE previous state: stopped, new state: playing, playId: {id: 7}, error:"_s));
-    EXPECT_TRUE(m_log.contains(
+    EXPECT_TRUE(log().contains(
         "TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:broken"_s));
 }
 
@@ -158,7 +158,7 @@ TEST_F(PlaybackStateTest, changesNothingWhenTheSameStateComesTwice)
     play(Paused);
     play(Stopped);
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 20, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 20, true)}));
     EXPECT_EQ(streamReports().size(), 1);
 }
 
@@ -171,8 +171,8 @@ TEST_F(PlaybackStateTest, keepsTheIntervalRunningAcrossAReconnect)
     play(Playing);
     FakeClock::advance(10000);
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 25, true) }));
-    EXPECT_THAT(m_log.lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 25, true)}));
+    EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
 }
 
 TEST_F(PlaybackStateTest, startsEachPlayAtZero)
@@ -185,7 +185,7 @@ TEST_F(PlaybackStateTest, startsEachPlayAtZero)
     FakeClock::advance(3000);
     play(Stopped);
     EXPECT_EQ(durationReports(),
-        QList<QByteArray>({ durationReport("s1", 10, true), durationReport("s1", 3, true) }));
+        QList<QByteArray>({durationReport("s1", 10, true), durationReport("s1", 3, true)}));
 }
 
 TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
@@ -193,12 +193,12 @@ TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
     play(Playing);
     FakeClock::advance(1999);
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 1, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 1, true)}));
     play(Playing);
     FakeClock::advance(999);
-    m_log.clear();
+    log().clear();
     play(Stopped);
-    EXPECT_THAT(m_log.lines("INFO"_s), Contains(QLatin1String(SkippedZero)));
+    EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedZero)));
 }
 
 TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
@@ -210,7 +210,7 @@ TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
     const qint64 seconds = FakeClock::monotonic() / 1000;
     FakeClock::advance(1000);
     play(Stopped);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", seconds, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", seconds, true)}));
 }
 
 TEST_F(PlaybackStateTest, countsTheWholeClockForAStopThatFollowsNoPlaying)
@@ -221,7 +221,7 @@ TEST_F(PlaybackStateTest, countsTheWholeClockForAStopThatFollowsNoPlaying)
     play(Transitioning);
     play(Stopped);
     EXPECT_EQ(durationReports(),
-        QList<QByteArray>({ durationReport("s1", FakeClock::monotonic() / 1000, true) }));
+        QList<QByteArray>({durationReport("s1", FakeClock::monotonic() / 1000, true)}));
 }
 
 TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
@@ -232,7 +232,7 @@ TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
     play(Playing, 1);
     play(Paused, 1);
     play(Playing, 1);
-    EXPECT_EQ(streamReports(), QList<QByteArray>({ streamReport("s1") }));
+    EXPECT_EQ(streamReports(), QList<QByteArray>({streamReport("s1")}));
     play(Stopped, 1);
     play(Playing, 2);
     EXPECT_EQ(streamReports().size(), 2);
@@ -243,7 +243,7 @@ TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInWhateverState)
     play(Stopped, 1, "broken"_s);
     play(Stopped, 1, "broken"_s);
     play(Stopped, 1, "broken again"_s);
-    EXPECT_EQ(streamReports(), QList<QByteArray>({ streamReport("s1", "broken") }));
+    EXPECT_EQ(streamReports(), QList<QByteArray>({streamReport("s1", "broken")}));
     play(Transitioning, 2, "broken"_s);
     EXPECT_EQ(streamReports().size(), 2);
 }
@@ -256,7 +256,7 @@ TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
     play(Playing, 1);
     play(Playing, 1);
     EXPECT_EQ(streamReports(),
-        QList<QByteArray>({ streamReport("s1"), streamReport("s1", "lost"), streamReport("s1") }));
+        QList<QByteArray>({streamReport("s1"), streamReport("s1", "lost"), streamReport("s1")}));
 }
 
 TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutAddress)
@@ -279,21 +279,22 @@ TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
     FakeClock::advance(5000);
-    m_log.clear();
+    log().clear();
     play(Stopped, 1, QString(), "http://stream.example/live"_s, QString());
-    EXPECT_THAT(m_log.lines("INFO"_s),
+    EXPECT_THAT(log().lines("INFO"_s),
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedNoGuideId)));
     ASSERT_EQ(streamReports().size(), 1);
-    EXPECT_THAT(streamReports().constFirst().toStdString(), Not(testing::HasSubstr("?c=stream&id=")));
+    EXPECT_THAT(
+        streamReports().constFirst().toStdString(), Not(testing::HasSubstr("?c=stream&id=")));
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
 TEST_F(PlaybackStateTest, prefersTheMessageOfZeroDuration)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
-    m_log.clear();
+    log().clear();
     play(Stopped);
-    EXPECT_THAT(m_log.lines("INFO"_s),
+    EXPECT_THAT(log().lines("INFO"_s),
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
 }
 
@@ -302,7 +303,7 @@ TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenTheStopComesWithANew
     play(Playing, 1, QString(), "http://stream.example/one"_s, "s1"_s);
     FakeClock::advance(4000);
     play(Stopped, 2, QString(), "http://stream.example/two"_s, "s2"_s);
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 4, true) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 4, true)}));
 }
 
 TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
@@ -312,9 +313,9 @@ TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
     // A new play whose first request reports nothing: the guide id is gone.
     play(Transitioning, 2, QString(), "http://stream.example/two"_s, "s2"_s);
     FakeClock::advance(1000);
-    m_log.clear();
+    log().clear();
     play(Stopped, 2, QString(), "http://stream.example/two"_s, "s2"_s);
-    EXPECT_THAT(m_log.lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
+    EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
 }
 
 TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)
@@ -327,13 +328,14 @@ TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)
     play(Stopped, 1);
     ASSERT_EQ(streamReports().size(), 1);
     EXPECT_TRUE(streamReports().constFirst().contains("&listenId=" + firstSeen + "&"));
-    EXPECT_EQ(durationReports(), QList<QByteArray>({ durationReport("s1", 5, true, firstSeen) }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 5, true, firstSeen)}));
 }
 
 TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail)
 {
     closeServer();
-    for (const VeskPlayLogicState::Enum state : { Playing, Paused, Playing, Stopped, Transitioning }) {
+    for (const VeskPlayLogicState::Enum state :
+        {Playing, Paused, Playing, Stopped, Transitioning}) {
         FakeClock::advance(2000);
         const Answer answer = play(state);
         EXPECT_TRUE(answer.error.isEmpty());
@@ -345,10 +347,10 @@ TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail
 TEST_F(PlaybackStateTest, survivesWhateverIsPosted)
 {
     const QString target = VeskTuneInStateChangePath().toEncoded();
-    for (const QVariant &value : { QVariant(), QVariant(7), QVariant("text"_s),
-             QVariant(QVariantList { 1, 2 }), QVariant(QVariantHash { { "state"_s, "playing"_s } }),
-             QVariant(QVariantHash { { "state"_s, -5 }, { "playId"_s, 3 }, { "trackRoles"_s, 1 } }),
-             QVariant(QVariantHash { { "state"_s, 99 }, { "error"_s, QVariantList { 1 } } }) }) {
+    for (const QVariant &value : {QVariant(), QVariant(7), QVariant("text"_s),
+             QVariant(QVariantList {1, 2}), QVariant(QVariantHash {{"state"_s, "playing"_s}}),
+             QVariant(QVariantHash {{"state"_s, -5}, {"playId"_s, 3}, {"trackRoles"_s, 1}}),
+             QVariant(QVariantHash {{"state"_s, 99}, {"error"_s, QVariantList {1}}})}) {
         const Answer answer = setData(target, VeskRoles::Activate(), value);
         EXPECT_TRUE(answer.error.isEmpty());
         EXPECT_TRUE(answer.value.isNull());
@@ -364,5 +366,5 @@ TEST_F(PlaybackStateTest, sendsNothingWhileTheNetworkIsDown)
     FakeClock::advance(3000);
     play(Stopped);
     EXPECT_THAT(server().requestLines(), IsEmpty());
-    EXPECT_THAT(m_log.lines("ERROR"_s), Contains("Network is down!"_s).Times(2));
+    EXPECT_THAT(log().lines("ERROR"_s), Contains("Network is down!"_s).Times(2));
 }

@@ -13,7 +13,9 @@ struct ProcessUsage {
     static ProcessUsage now()
     {
         const auto count = [](const char *folder) {
-            return QDir(QLatin1String(folder)).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+            return QDir(QLatin1String(folder))
+                .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+                .size();
         };
         ProcessUsage usage;
         usage.threads = count("/proc/self/task");

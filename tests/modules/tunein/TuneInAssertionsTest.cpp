@@ -15,8 +15,7 @@ std::string assertion(const std::string &condition)
 }
 
 /// Each statement runs in a process of its own.
-class TuneInAssertionTest : public TuneInFixture
-{
+class TuneInAssertionTest : public TuneInFixture {
 protected:
     TuneInAssertionTest()
     {
@@ -26,14 +25,14 @@ protected:
 
     CMGetRowsRequest rowsRequest(const QString &text)
     {
-        return CMGetRowsRequest(CMPath::fromEncoded(text), { "title"_s }, 0, 9,
+        return CMGetRowsRequest(CMPath::fromEncoded(text), {"title"_s}, 0, 9,
             CMReply<QVariant>(std::make_shared<CMReplyData<QVariant>>()));
     }
 
     void showScreen(const QByteArray &elements, const QString &shown)
     {
         answerAll(screen(elements));
-        rows(shown, { "title"_s });
+        rows(shown, {"title"_s});
     }
 };
 
@@ -50,7 +49,8 @@ TEST_F(TuneInAssertionTest, stopsARequestWithoutWorker)
 TEST_F(TuneInAssertionTest, stopsNodesWithoutWorker)
 {
     EXPECT_ASSERTION(TuneInBrowseNode::create(nullptr, path("TuneIn:x"_s)), "tiWorker");
-    EXPECT_ASSERTION(TuneInPlayerContextNode::create(nullptr, path("TuneIn:x"_s), true), "tiWorker");
+    EXPECT_ASSERTION(
+        TuneInPlayerContextNode::create(nullptr, path("TuneIn:x"_s), true), "tiWorker");
     EXPECT_ASSERTION(TuneInBrowserContextNode::create(nullptr, path("TuneIn:x"_s)), "tiWorker");
     EXPECT_ASSERTION(TuneInAddRemovePresetsNode::create(nullptr, path("TuneIn:x"_s)), "worker");
 }
@@ -73,7 +73,8 @@ TEST_F(TuneInAssertionTest, stopsAStreamReportAboutNothing)
 
 TEST_F(TuneInAssertionTest, stopsADurationReportAboutNothing)
 {
-    EXPECT_ASSERTION(onWorker([&] { worker()->sendDurationReport({}, 10, true); }), "!guideId.isEmpty()");
+    EXPECT_ASSERTION(
+        onWorker([&] { worker()->sendDurationReport({}, 10, true); }), "!guideId.isEmpty()");
 }
 
 TEST_F(TuneInAssertionTest, stopsAScreenThatIsNotBelowBrowse)
@@ -86,22 +87,25 @@ TEST_F(TuneInAssertionTest, stopsAScreenThatIsNotBelowBrowse)
 TEST_F(TuneInAssertionTest, stopsASeparatorWhoseKeyCannotBeNavigated)
 {
     const char condition[] = "!element.key().contains(QRegExp(\"[_~]\"))";
-    for (const char *key : { "a_b", "~1", "_" }) {
-        const QByteArray element = QByteArray(R"({"element":"outline","text":"A","key":")") + key + R"("})";
+    for (const char *key : {"a_b", "~1", "_"}) {
+        const QByteArray element
+            = QByteArray(R"({"element":"outline","text":"A","key":")") + key + R"("})";
         EXPECT_ASSERTION(showScreen(element, "TuneIn:browse/uri/x"_s), condition);
     }
 }
 
 TEST_F(TuneInAssertionTest, stopsTheChoiceOfAStreamWithoutItsItem)
 {
-    const QByteArray stream = R"({"element":"outline","type":"audio","text":"A","URL":"http://h/x"})";
-    EXPECT_ASSERTION(showScreen(stream, "TuneIn:browse?veskTuneInMethod=tune&c=ebrowse&guideId=s1"_s),
+    const QByteArray stream
+        = R"({"element":"outline","type":"audio","text":"A","URL":"http://h/x"})";
+    EXPECT_ASSERTION(
+        showScreen(stream, "TuneIn:browse?veskTuneInMethod=tune&c=ebrowse&guideId=s1"_s),
         "!veskMatchingPath.isEmpty()");
 }
 
 TEST_F(TuneInAssertionTest, stopsAPresetWithoutGuideId)
 {
     const QString entry = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse"_s;
-    EXPECT_ASSERTION(data(entry, { "title"_s }), "!guideId.isEmpty()");
+    EXPECT_ASSERTION(data(entry, {"title"_s}), "!guideId.isEmpty()");
     EXPECT_ASSERTION(setData(entry, VeskRoles::Activate(), {}), "!guideId.isEmpty()");
 }

@@ -5,13 +5,12 @@ using testing::IsEmpty;
 
 namespace {
 
-class TuneInBrowseRolesTest : public TuneInFixture
-{
+class TuneInBrowseRolesTest : public TuneInFixture {
 protected:
     TuneInBrowseRolesTest()
     {
         start();
-        m_log.clear();
+        log().clear();
     }
 
     TrString title(const QString &params)
@@ -29,23 +28,26 @@ TEST_F(TuneInBrowseRolesTest, titleAScreenByItsDisplayNameBeforeAll)
 {
     EXPECT_EQ(title("?veskDisplayName=Music"_s).toString(), "Music"_s);
     EXPECT_EQ(title("?veskDisplayName=Music&veskTuneInMethod=tune"_s).toString(), "Music"_s);
-    EXPECT_EQ(title("/uri/Browse.ashx?c=x&veskDisplayName=Rock%20%26%20Pop"_s).toString(), "Rock & Pop"_s);
+    EXPECT_EQ(title("/uri/Browse.ashx?c=x&veskDisplayName=Rock%20%26%20Pop"_s).toString(),
+        "Rock & Pop"_s);
 }
 
 TEST_F(TuneInBrowseRolesTest, titleAMethodsScreen)
 {
     EXPECT_EQ(title("?veskTuneInMethod=tune"_s).sourceText(), "Choose stream"_s);
-    EXPECT_EQ(title("?veskTuneInMethod=search&query=x"_s).sourceText(), "Search Stations, Shows, Songs, or Artists"_s);
+    EXPECT_EQ(title("?veskTuneInMethod=search&query=x"_s).sourceText(),
+        "Search Stations, Shows, Songs, or Artists"_s);
     EXPECT_EQ(title("?veskTuneInMethod=wizard"_s).sourceText(), "Report a problem"_s);
     EXPECT_TRUE(title("?veskTuneInMethod=tune"_s).isTranslatable());
-    EXPECT_THAT(m_log.lines("ERROR"_s), IsEmpty());
+    EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
 TEST_F(TuneInBrowseRolesTest, titleAnUnknownMethodByItsName)
 {
     EXPECT_EQ(title("?veskTuneInMethod=dance"_s).toString(), "TuneIn-dance"_s);
-    ASSERT_EQ(m_log.lines("ERROR"_s).size(), 1);
-    EXPECT_TRUE(m_log.lines("ERROR"_s).constFirst().startsWith("getRoleData: unknown method: 'dance"_s));
+    ASSERT_EQ(log().lines("ERROR"_s).size(), 1);
+    EXPECT_TRUE(
+        log().lines("ERROR"_s).constFirst().startsWith("getRoleData: unknown method: 'dance"_s));
 }
 
 TEST_F(TuneInBrowseRolesTest, titleTheRest)
@@ -57,7 +59,8 @@ TEST_F(TuneInBrowseRolesTest, titleTheRest)
 
 TEST_F(TuneInBrowseRolesTest, offerToEndTheChoiceOfAStream)
 {
-    const VeskRoles cancel(VeskHash(role("TuneIn:browse?veskTuneInMethod=tune"_s, "cancel"_s).toHash()));
+    const VeskRoles cancel(
+        VeskHash(role("TuneIn:browse?veskTuneInMethod=tune"_s, "cancel"_s).toHash()));
     EXPECT_EQ(cancel.title(), TrString("TuneIn"_s, "Done"_s, "Tune cancel title"_s));
     EXPECT_EQ(cancel.size(), 1);
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=search"_s, "cancel"_s), plain("cancel"_s));
@@ -83,9 +86,13 @@ TEST_F(TuneInBrowseRolesTest, showActivityWhileAStreamIsChosen)
 
 TEST_F(TuneInBrowseRolesTest, leaveOtherRolesToTheContainer)
 {
-    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "type"_s).toInt(), VeskRolesType::Container());
-    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "path"_s).toString(), "TuneIn:browse?veskTuneInMethod=tune"_s);
-    EXPECT_EQ(VeskMediaData(role("TuneIn:browse?a=b"_s, "mediaData"_s).toHash()).metaData().serviceID(), "tunein"_s);
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "type"_s).toInt(),
+        VeskRolesType::Container());
+    EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "path"_s).toString(),
+        "TuneIn:browse?veskTuneInMethod=tune"_s);
+    EXPECT_EQ(
+        VeskMediaData(role("TuneIn:browse?a=b"_s, "mediaData"_s).toHash()).metaData().serviceID(),
+        "tunein"_s);
     EXPECT_TRUE(role("TuneIn:browse"_s, "nothingKnown"_s).isNull());
     expectRequests({});
 }

@@ -4,6 +4,7 @@
 #include "tests/modules/tunein/TuneInFixture.h"
 
 #include <QCoreApplication>
+#include <QMetaMethod>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -11,7 +12,8 @@ using testing::IsEmpty;
 
 namespace {
 
-const char TitleSignature[] = "virtual QVariant TuneInAddRemovePresetsNode::getRoleData(const QString&, const Params&)";
+const char TitleSignature[]
+    = "virtual QVariant TuneInAddRemovePresetsNode::getRoleData(const QString&, const Params&)";
 const QByteArray Done = R"({"head":{"status":"200"},"body":[]})";
 
 QByteArray station(const QByteArray &isPreset)
@@ -20,36 +22,42 @@ QByteArray station(const QByteArray &isPreset)
 }
 
 /// The entry that a menu shows for an item.
-QString entry(const QString &guideId, const QString &sid = QString(), const QString &menu = "browser_context"_s)
+QString entry(const QString &guideId, const QString &sid = QString(),
+    const QString &menu = "browser_context"_s)
 {
-    QMap<QString, QString> params { { "veskMatchingPath"_s, path("TuneIn:browse"_s, { { "veskGuideId"_s, guideId } }).toEncoded() } };
+    QMap<QString, QString> params {
+        {"veskMatchingPath"_s, path("TuneIn:browse"_s, {{"veskGuideId"_s, guideId}}).toEncoded()}};
     if (!sid.isEmpty())
         params.insert("sid"_s, sid);
     return path("TuneIn:"_s + menu + "/presets"_s, params).toEncoded();
 }
 
-class TuneInPresetsTest : public TuneInFixture
-{
+class TuneInPresetsTest : public TuneInFixture {
 protected:
     TuneInPresetsTest()
     {
         answer("/Describe.ashx", station("false"));
         answer("/Preset.ashx", Done);
         start();
-        m_log.clear();
+        log().clear();
     }
 
-    QString title(const QString &entry) { return TrString::fromVariant(role(entry, "title"_s)).sourceText(); }
+    QString title(const QString &entry)
+    {
+        return TrString::fromVariant(role(entry, "title"_s)).sourceText();
+    }
     Answer invoke(const QString &entry) { return setData(entry, VeskRoles::Activate(), {}); }
 
     void expectDescribed(const QByteArray &id)
     {
-        expectRequests({ "GET /Describe.ashx?id=" + id + "&render=json&partnerId=partner&serial=ABC" });
+        expectRequests(
+            {"GET /Describe.ashx?id=" + id + "&render=json&partnerId=partner&serial=ABC"});
     }
 
     void expectChanged(const QByteArray &command, const QByteArray &id)
     {
-        expectRequests({ "GET /Preset.ashx?c=" + command + "&render=json&partnerId=partner&serial=ABC&id=" + id });
+        expectRequests({"GET /Preset.ashx?c=" + command
+            + "&render=json&partnerId=partner&serial=ABC&id=" + id});
     }
 
     bool isPreset(const QString &id)
@@ -65,27 +73,26 @@ protected:
     }
 };
 
-class TuneInMenusTest : public TuneInFixture
-{
+class TuneInMenusTest : public TuneInFixture {
 protected:
     TuneInMenusTest() { answer("/Describe.ashx", station("false")); }
 
-    QStringList paths(const QString &menu)
-    {
-        return rows("TuneIn:"_s + menu, { "path"_s }).texts();
-    }
+    QStringList paths(const QString &menu) { return rows("TuneIn:"_s + menu, {"path"_s}).texts(); }
 };
 
-/// Keeps the changes of some paths, in the order in which they come.
-class Changes
-{
+/// Keeps the resets of some paths, in the order in which they come. A menu passes other changes on,
+/// those of its rows.
+class Changes {
 public:
     void follow(const QString &path)
     {
-        m_subscriptions.push_back(CMRoot()->subscribe(CMPath::fromEncoded(path), &m_context, [this](const CMChange &change) {
-            m_seen.append(change.path.toEncoded() + ' ' + change.kind + ' ' + QString::number(change.first) + ' '
-                + QString::number(change.last));
-        }));
+        m_subscriptions.push_back(CMRoot()->subscribe(
+            CMPath::fromEncoded(path), &m_context, [this](const CMChange &change) {
+                if (change.kind != CMSubscribe::RowsChangeReset())
+                    return;
+                m_seen.append(change.path.toEncoded() + " "_s + QString::number(change.first)
+                    + " "_s + QString::number(change.last));
+            }));
     }
 
     /// All that was announced before now.
@@ -120,11 +127,12 @@ TEST_F(TuneInPresetsTest, offerToRemoveAnItemThatIsOne)
 
 TEST_F(TuneInPresetsTest, areKnownByTheExactTextTrue)
 {
-    for (const char *yes : { "true", "\"true\"" }) {
+    for (const char *yes : {"true", "\"true\""}) {
         answer("/Describe.ashx", station(yes));
         EXPECT_EQ(title(entry("s1"_s)), "Remove from TuneIn Favorites"_s) << yes;
     }
-    for (const char *no : { "\"True\"", "\"TRUE\"", "\"1\"", "1", "\"\"", "null", "[]", "false", "\"true \"" }) {
+    for (const char *no :
+        {"\"True\"", "\"TRUE\"", "\"1\"", "1", "\"\"", "null", "[]", "false", "\"true \""}) {
         answer("/Describe.ashx", station(no));
         EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s) << no;
     }
@@ -134,20 +142,25 @@ TEST_F(TuneInPresetsTest, areStationsAndShows)
 {
     answer("/Describe.ashx", screen(R"({"element":"show","is_preset":"true"})"));
     EXPECT_EQ(title(entry("p1"_s)), "Remove from TuneIn Favorites"_s);
-    EXPECT_THAT(m_log.lines("ERROR"_s), IsEmpty());
-    for (const char *element : { "link", "category", "Station", "", "topic" }) {
-        m_log.clear();
-        answer("/Describe.ashx", screen(QByteArray(R"({"element":")") + element + R"(","is_preset":"true"})"));
+    EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
+    for (const char *element : {"link", "category", "Station", "", "topic"}) {
+        log().clear();
+        answer("/Describe.ashx",
+            screen(QByteArray(R"({"element":")") + element + R"(","is_preset":"true"})"));
         EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s) << element;
-        EXPECT_THAT(m_log.lines("ERROR"_s), ElementsAre("TuneInAddRemovePresetsNode::isPreset: Invalid response!"_s));
+        EXPECT_THAT(log().lines("ERROR"_s),
+            ElementsAre("TuneInAddRemovePresetsNode::isPreset: Invalid response!"_s));
     }
 }
 
 TEST_F(TuneInPresetsTest, areJudgedByTheFirstElementOnly)
 {
-    answer("/Describe.ashx", screen(R"({"element":"station","is_preset":"false"},{"element":"station","is_preset":"true"})"));
+    answer("/Describe.ashx",
+        screen(
+            R"({"element":"station","is_preset":"false"},{"element":"station","is_preset":"true"})"));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
-    answer("/Describe.ashx", screen(R"({"element":"link"},{"element":"station","is_preset":"true"})"));
+    answer(
+        "/Describe.ashx", screen(R"({"element":"link"},{"element":"station","is_preset":"true"})"));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
 }
 
@@ -155,12 +168,13 @@ TEST_F(TuneInPresetsTest, areNoneWhenTheCheckFails)
 {
     answer("/Describe.ashx", screen({}));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
-    EXPECT_THAT(m_log.lines("ERROR"_s), ElementsAre("TuneInAddRemovePresetsNode::isPreset: Invalid response!"_s));
+    EXPECT_THAT(log().lines("ERROR"_s),
+        ElementsAre("TuneInAddRemovePresetsNode::isPreset: Invalid response!"_s));
 
-    m_log.clear();
+    log().clear();
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
-    const QString line = m_log.lines("ERROR"_s).last();
+    const QString line = log().lines("ERROR"_s).last();
     EXPECT_TRUE(line.startsWith("CMTuneInWorker: reporting status: failed: error: '"_s));
     EXPECT_TRUE(line.endsWith("'"_s));
 
@@ -175,10 +189,10 @@ TEST_F(TuneInPresetsTest, checkNothingForAnEmptyId)
 {
     EXPECT_FALSE(isPreset(QString()));
     expectRequests({});
-    EXPECT_THAT(m_log.lines("ERROR"_s), IsEmpty());
-    EXPECT_TRUE(m_log.contains("TRACE id: "_s));
+    EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
+    EXPECT_TRUE(log().contains("TRACE id: "_s));
     isPreset("s7"_s);
-    EXPECT_TRUE(m_log.contains("TRACE id: s7"_s));
+    EXPECT_TRUE(log().contains("TRACE id: s7"_s));
     expectDescribed("s7");
 }
 
@@ -211,14 +225,15 @@ TEST_F(TuneInPresetsTest, areOfTheItemItselfOtherwise)
 TEST_F(TuneInPresetsTest, cannotBeNamedWithoutAMatchingPath)
 {
     EXPECT_EQ(title("TuneIn:browser_context/presets?sid=s1"_s), "Error"_s);
-    EXPECT_THAT(m_log.lines("WARN"_s), ElementsAre("Query not including 'veskMatchingPath'"_s));
+    EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Query not including 'veskMatchingPath'"_s));
     expectRequests({});
 }
 
 TEST_F(TuneInPresetsTest, logTheQueryForTheirTitle)
 {
     title(entry("s1"_s, "s2"_s));
-    EXPECT_TRUE(m_log.contains("TRACE role: 'title' items: QMap((sid, s2)(veskMatchingPath, TuneIn:browse?veskGuideId=s1))"_s));
+    EXPECT_TRUE(log().contains(
+        "TRACE role: 'title' items: QMap((sid, s2)(veskMatchingPath, TuneIn:browse?veskGuideId=s1))"_s));
 }
 
 TEST_F(TuneInPresetsTest, askNothingForOtherRoles)
@@ -232,15 +247,17 @@ TEST_F(TuneInPresetsTest, areAddedAndRemovedByActivation)
 {
     title(entry("s1"_s));
     server().clearRequests();
-    m_log.clear();
+    log().clear();
     const Answer added = invoke(entry("s1"_s));
     EXPECT_TRUE(added.error.isEmpty());
     EXPECT_TRUE(added.value.isNull());
     expectChanged("add", "s1");
-    EXPECT_THAT(m_log.lines("DEBUG"_s),
-        Contains("TuneInAddRemovePresetsNode::on_node_invoke: path: 'TuneIn:browse?veskGuideId=s1', guideID: s1, sid: , command: add"_s));
-    EXPECT_THAT(m_log.lines("DEBUG"_s), Contains("TuneInAddRemovePresetsNode::on_node_invoke: add: OK"_s));
-    EXPECT_THAT(m_log.lines("INFO"_s), ElementsAre("Updating nodes with presets in it ..."_s));
+    EXPECT_THAT(log().lines("DEBUG"_s),
+        Contains(
+            "TuneInAddRemovePresetsNode::on_node_invoke: path: 'TuneIn:browse?veskGuideId=s1', guideID: s1, sid: , command: add"_s));
+    EXPECT_THAT(
+        log().lines("DEBUG"_s), Contains("TuneInAddRemovePresetsNode::on_node_invoke: add: OK"_s));
+    EXPECT_THAT(log().lines("INFO"_s), ElementsAre("Updating nodes with presets in it ..."_s));
 
     answer("/Describe.ashx", station("true"));
     title(entry("s1"_s));
@@ -274,7 +291,7 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedBeforeATitle)
 {
     const Answer answer = invoke(entry("s1"_s));
     EXPECT_EQ(answer.error.name(), CMError::UnansweredName());
-    EXPECT_THAT(m_log.lines("WARN"_s), ElementsAre("Invalid command: ''"_s));
+    EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Invalid command: ''"_s));
     expectRequests({});
 }
 
@@ -282,10 +299,10 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedWithoutAMatchingPath)
 {
     title(entry("s1"_s));
     server().clearRequests();
-    m_log.clear();
+    log().clear();
     const Answer answer = invoke("TuneIn:browser_context/presets?sid=s1"_s);
     EXPECT_EQ(answer.error.name(), CMError::UnansweredName());
-    EXPECT_THAT(m_log.lines("WARN"_s), ElementsAre("Query not including 'veskMatchingPath'"_s));
+    EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Query not including 'veskMatchingPath'"_s));
     expectRequests({});
 }
 
@@ -296,10 +313,11 @@ TEST_F(TuneInPresetsTest, passTheErrorOfTheRequestOn)
     const Answer forbidden = invoke(entry("s1"_s));
     EXPECT_EQ(forbidden.errorText(), "Access forbidden."_s);
     EXPECT_EQ(forbidden.error.name(), CMError::DefaultName() + ":0"_s);
-    const QString line = m_log.lines("ERROR"_s).last();
-    EXPECT_TRUE(line.startsWith("TuneInAddRemovePresetsNode::on_node_invoke: %1: failed, error: '"_s));
+    const QString line = log().lines("ERROR"_s).last();
+    EXPECT_TRUE(
+        line.startsWith("TuneInAddRemovePresetsNode::on_node_invoke: %1: failed, error: '"_s));
     EXPECT_TRUE(line.endsWith("'"_s));
-    EXPECT_THAT(m_log.lines("INFO"_s), IsEmpty());
+    EXPECT_THAT(log().lines("INFO"_s), IsEmpty());
 
     closeServer();
     EXPECT_EQ(invoke(entry("s1"_s)).errorText(), "Invalid data received."_s);
@@ -312,15 +330,17 @@ TEST_F(TuneInPresetsTest, tellThreeScreensOfAChangeTheListFirst)
     changes.follow("TuneIn:browser_context?guideId=s1&more=x"_s);
     changes.follow("TuneIn:player_context?guideId=s1"_s);
     changes.follow("TuneIn:browse/uri/Browse.ashx?c=presets&veskDisplayName=Mine"_s);
-    for (const char *other : { "TuneIn:browse", "TuneIn:browse/uri/Browse.ashx?c=music", "TuneIn:player_context?guideId=s2",
-             "TuneIn:player_context", "TuneIn:player_context_show_episode?guideId=s1", "TuneIn:browser_context" })
+    for (const char *other : {"TuneIn:browse", "TuneIn:browse/uri/Browse.ashx?c=music",
+             "TuneIn:player_context?guideId=s2", "TuneIn:player_context",
+             "TuneIn:player_context_show_episode?guideId=s1", "TuneIn:browser_context"})
         changes.follow(QLatin1String(other));
     title(entry("s1"_s));
     EXPECT_TRUE(invoke(entry("s1"_s)).error.isEmpty());
-    const QString reset = " "_s + CMSubscribe::RowsChangeReset() + " -1 -1"_s;
+    const QString reset = " -1 -1"_s;
     EXPECT_THAT(changes.seen(),
         ElementsAre("TuneIn:browse/uri/Browse.ashx?c=presets&veskDisplayName=Mine"_s + reset,
-            "TuneIn:player_context?guideId=s1"_s + reset, "TuneIn:browser_context?guideId=s1&more=x"_s + reset));
+            "TuneIn:player_context?guideId=s1"_s + reset,
+            "TuneIn:browser_context?guideId=s1&more=x"_s + reset));
 }
 
 TEST_F(TuneInPresetsTest, tellOfATopicByItsOwnGuideId)
@@ -362,7 +382,8 @@ TEST_F(TuneInPresetsTest, leaveOutAnEmptyPartnerId)
     start();
     title(entry("s1"_s));
     invoke(entry("s1"_s));
-    expectRequests({ "GET /Describe.ashx?id=s1&render=json&serial=ABC", "GET /Preset.ashx?c=add&render=json&serial=ABC&id=s1" });
+    expectRequests({"GET /Describe.ashx?id=s1&render=json&serial=ABC",
+        "GET /Preset.ashx?c=add&render=json&serial=ABC&id=s1"});
 }
 
 TEST_F(TuneInPresetsTest, haveOneSlot)
@@ -370,7 +391,8 @@ TEST_F(TuneInPresetsTest, haveOneSlot)
     const QMetaObject &meta = TuneInAddRemovePresetsNode::staticMetaObject;
     EXPECT_STREQ(meta.className(), "TuneInAddRemovePresetsNode");
     ASSERT_EQ(meta.methodCount() - meta.methodOffset(), 1);
-    EXPECT_EQ(meta.method(meta.methodOffset()).methodSignature(), QByteArray("on_node_invoke(CMSetDataRequest)"));
+    EXPECT_EQ(meta.method(meta.methodOffset()).methodSignature(),
+        QByteArray("on_node_invoke(CMSetDataRequest)"));
     EXPECT_NE(QMetaType::type("CMSetDataRequest"), int(QMetaType::UnknownType));
 }
 
@@ -379,10 +401,15 @@ TEST_F(TuneInMenusTest, havePresetsAndStreamsWithoutTheWizard)
     start();
     const QString match = "?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
     EXPECT_EQ(paths("player_context"_s + match),
-        QStringList({ "TuneIn:player_context/presets"_s + match,
-            path("TuneIn:browse"_s, { { "veskTuneInMethod"_s, "tune"_s }, { "c"_s, "ebrowse"_s }, { "veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s } }).toEncoded() }));
-    EXPECT_EQ(paths("player_context_show_episode"_s + match), QStringList("TuneIn:player_context_show_episode/presets"_s + match));
-    EXPECT_EQ(paths("browser_context"_s + match), QStringList("TuneIn:browser_context/presets"_s + match));
+        QStringList({"TuneIn:player_context/presets"_s + match,
+            path("TuneIn:browse"_s,
+                {{"veskTuneInMethod"_s, "tune"_s}, {"c"_s, "ebrowse"_s},
+                    {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s}})
+                .toEncoded()}));
+    EXPECT_EQ(paths("player_context_show_episode"_s + match),
+        QStringList("TuneIn:player_context_show_episode/presets"_s + match));
+    EXPECT_EQ(paths("browser_context"_s + match),
+        QStringList("TuneIn:browser_context/presets"_s + match));
 }
 
 TEST_F(TuneInMenusTest, haveTheWizardWhenItIsEnabled)
@@ -390,10 +417,14 @@ TEST_F(TuneInMenusTest, haveTheWizardWhenItIsEnabled)
     set(VeskTuneInEnabledFixItWizardPath(), true);
     start();
     const QString match = "?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
-    const QString wizard = path("TuneIn:browse"_s, { { "veskTuneInMethod"_s, "wizard"_s }, { "veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s } }).toEncoded();
+    const QString wizard = path("TuneIn:browse"_s,
+        {{"veskTuneInMethod"_s, "wizard"_s},
+            {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s}})
+                               .toEncoded();
     ASSERT_EQ(paths("player_context"_s + match).size(), 3);
     EXPECT_EQ(paths("player_context"_s + match).at(2), wizard);
-    EXPECT_EQ(paths("player_context_show_episode"_s + match), QStringList({ "TuneIn:player_context_show_episode/presets"_s + match, wizard }));
+    EXPECT_EQ(paths("player_context_show_episode"_s + match),
+        QStringList({"TuneIn:player_context_show_episode/presets"_s + match, wizard}));
     EXPECT_EQ(paths("browser_context"_s + match).size(), 1);
 }
 
@@ -411,25 +442,34 @@ TEST_F(TuneInMenusTest, titleTheirRowsForTheItemTheyAreOpenedOn)
     set(VeskTuneInEnabledFixItWizardPath(), true);
     start();
     const QString opened = path("TuneIn:player_context"_s,
-        { { "guideId"_s, "s1"_s }, { "sid"_s, "s2"_s }, { "veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s },
-            { "veskTitle"_s, "Example FM"_s } })
+        {{"guideId"_s, "s1"_s}, {"sid"_s, "s2"_s},
+            {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s},
+            {"veskTitle"_s, "Example FM"_s}})
                                .toEncoded();
-    const RowsAnswer menu = rows(opened, { "title"_s, "path"_s, "type"_s });
-    EXPECT_EQ(menu.texts(), QStringList({ "Add to TuneIn Favorites"_s, "Choose stream"_s, "Report a problem"_s }));
+    const RowsAnswer menu = rows(opened, {"title"_s, "path"_s, "type"_s});
+    EXPECT_EQ(menu.texts(),
+        QStringList({"Add to TuneIn Favorites"_s, "Choose stream"_s, "Report a problem"_s}));
     const CMPath choice = CMPath::fromEncoded(menu.rows.at(1).at(1).toString());
     EXPECT_EQ(choice.params(),
-        (QMap<QString, QString> { { "veskTuneInMethod"_s, "tune"_s }, { "c"_s, "ebrowse"_s }, { "guideId"_s, "s1"_s }, { "sid"_s, "s2"_s },
-            { "veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s }, { "veskTitle"_s, "Example FM"_s } }));
+        (QMap<QString, QString> {{"veskTuneInMethod"_s, "tune"_s}, {"c"_s, "ebrowse"_s},
+            {"guideId"_s, "s1"_s}, {"sid"_s, "s2"_s},
+            {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s},
+            {"veskTitle"_s, "Example FM"_s}}));
 }
 
 TEST_F(TuneInMenusTest, areContextMenusOfTheService)
 {
     start();
-    for (const char *menu : { "TuneIn:player_context", "TuneIn:player_context_show_episode", "TuneIn:browser_context" }) {
+    for (const char *menu :
+        {"TuneIn:player_context", "TuneIn:player_context_show_episode", "TuneIn:browser_context"}) {
         EXPECT_EQ(role(QLatin1String(menu), "containerType"_s).toInt(), 100) << menu;
-        EXPECT_EQ(VeskMediaData(role(QLatin1String(menu), "mediaData"_s).toHash()).metaData().serviceID(), "tunein"_s) << menu;
+        EXPECT_EQ(
+            VeskMediaData(role(QLatin1String(menu), "mediaData"_s).toHash()).metaData().serviceID(),
+            "tunein"_s)
+            << menu;
     }
-    EXPECT_TRUE(m_log.contains("DEBUG TuneInPlayerContextNode: path: TuneIn:player_context"_s));
-    EXPECT_TRUE(m_log.contains("DEBUG TuneInPlayerContextNode: path: TuneIn:player_context_show_episode"_s));
-    EXPECT_TRUE(m_log.contains("DEBUG TuneInBrowserContextNode: path: TuneIn:browser_context"_s));
+    EXPECT_TRUE(log().contains("DEBUG TuneInPlayerContextNode: path: TuneIn:player_context"_s));
+    EXPECT_TRUE(log().contains(
+        "DEBUG TuneInPlayerContextNode: path: TuneIn:player_context_show_episode"_s));
+    EXPECT_TRUE(log().contains("DEBUG TuneInBrowserContextNode: path: TuneIn:browser_context"_s));
 }

@@ -18,24 +18,25 @@ struct Fault {
 };
 
 const Fault Faults[] = {
-    { "validation.email", 1, "The given email address is of invalid form (empty or incorrect)." },
-    { "validation.password", 2, "The given password is of invalid form (empty or incorrect)." },
-    { "validation.location", 3, "The given postalCode or city/country combination is invalid." },
-    { "validation.userNameExists", 4, "The requested account name is already taken." },
-    { "validation.emailExists", 5, "The requested email is already registered." },
-    { "validation.error", 6, "A validation error occurred." },
-    { "validation.deviceNotAssociated", 7, "No associated account" },
-    { "validation.deviceExists", 8, "Account already associated." },
+    {"validation.email", 1, "The given email address is of invalid form (empty or incorrect)."},
+    {"validation.password", 2, "The given password is of invalid form (empty or incorrect)."},
+    {"validation.location", 3, "The given postalCode or city/country combination is invalid."},
+    {"validation.userNameExists", 4, "The requested account name is already taken."},
+    {"validation.emailExists", 5, "The requested email is already registered."},
+    {"validation.error", 6, "A validation error occurred."},
+    {"validation.deviceNotAssociated", 7, "No associated account"},
+    {"validation.deviceExists", 8, "Account already associated."},
 };
 
-const VeskTuneInAccountOperation::Enum Operations[] = { VeskTuneInAccountOperation::none,
+const VeskTuneInAccountOperation::Enum Operations[] = {VeskTuneInAccountOperation::none,
     VeskTuneInAccountOperation::auth, VeskTuneInAccountOperation::create,
     VeskTuneInAccountOperation::join, VeskTuneInAccountOperation::drop,
     VeskTuneInAccountOperation::query, VeskTuneInAccountOperation::remind,
-    VeskTuneInAccountOperation::reset, VeskTuneInAccountOperation::claim };
+    VeskTuneInAccountOperation::reset, VeskTuneInAccountOperation::claim};
 
-const char ToErrorSignature[] = "static CMError TuneInRequest::tuneInErrorToCMError(const QString&, "
-                                "const QString&, VeskTuneInAccountOperation::Enum)";
+const char ToErrorSignature[]
+    = "static CMError TuneInRequest::tuneInErrorToCMError(const QString&, "
+      "const QString&, VeskTuneInAccountOperation::Enum)";
 
 QString message(const QString &faultCode, const QString &status,
     VeskTuneInAccountOperation::Enum operation = VeskTuneInAccountOperation::none)
@@ -43,32 +44,32 @@ QString message(const QString &faultCode, const QString &status,
     return TuneInRequest::tuneInErrorToCMError(faultCode, status, operation).message().sourceText();
 }
 
-class TuneInFaultTest : public testing::TestWithParam<Fault>
-{
-};
+class TuneInFaultTest : public testing::TestWithParam<Fault> { };
 
 } // namespace
 
 TEST_P(TuneInFaultTest, hasItsNumber)
 {
-    EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(QLatin1String(GetParam().code))), GetParam().number);
+    EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(QLatin1String(GetParam().code))),
+        GetParam().number);
 }
 
 TEST_P(TuneInFaultTest, isKnownWithUnderscoresToo)
 {
-    const QString code = QString(QLatin1String(GetParam().code)).replace(QLatin1Char('.'), QLatin1Char('_'));
+    const QString code
+        = QString(QLatin1String(GetParam().code)).replace(QLatin1Char('.'), QLatin1Char('_'));
     EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(code)), GetParam().number);
 }
 
 TEST_P(TuneInFaultTest, hasItsMessageWhateverTheStatusAndOperation)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
-        for (const char *status : { "", "400", "403", "200" }) {
+        for (const char *status : {"", "400", "403", "200"}) {
             const CMError error = TuneInRequest::tuneInErrorToCMError(
                 QLatin1String(GetParam().code), QLatin1String(status), operation);
             EXPECT_EQ(error.message(), TrString("TuneIn", GetParam().message));
-            EXPECT_EQ(error.name(),
-                CMError::DefaultName() + ":"_s + QString::number(GetParam().number));
+            EXPECT_EQ(
+                error.name(), CMError::DefaultName() + ":"_s + QString::number(GetParam().number));
             EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
             EXPECT_EQ(error.size(), 3);
         }
@@ -76,14 +77,14 @@ TEST_P(TuneInFaultTest, hasItsMessageWhateverTheStatusAndOperation)
 }
 
 INSTANTIATE_TEST_SUITE_P(OfAccounts, TuneInFaultTest, testing::ValuesIn(Faults),
-    [](const testing::TestParamInfo<Fault> &info) {
-        return std::string(info.param.code + sizeof "validation." - 1);
+    [](const testing::TestParamInfo<Fault> &fault) {
+        return std::string(fault.param.code + sizeof "validation." - 1);
     });
 
 TEST(TuneInFaultCodeTest, isZeroWhenEmptyOrUnknown)
 {
-    for (const char *code : { "", "request.idInvalid", "api.methodNotFound", "id", "validation",
-             "validation.", "Validation.Email", "validation.email ", "none", "1" })
+    for (const char *code : {"", "request.idInvalid", "api.methodNotFound", "id", "validation",
+             "validation.", "Validation.Email", "validation.email ", "none", "1"})
         EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(QLatin1String(code))), 0) << code;
 }
 
@@ -99,8 +100,8 @@ TEST(TuneInFaultCodeTest, isLogged)
 
 TEST(TuneInErrorTest, isAFailedLoginForA403OfJoinWithoutFaultCode)
 {
-    const CMError error = TuneInRequest::tuneInErrorToCMError(
-        QString(), "403"_s, VeskTuneInAccountOperation::join);
+    const CMError error
+        = TuneInRequest::tuneInErrorToCMError(QString(), "403"_s, VeskTuneInAccountOperation::join);
     EXPECT_EQ(error.message(),
         TrString("TuneIn", "Login failed. Please enter a valid username and password."));
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":0"_s);
@@ -109,8 +110,9 @@ TEST(TuneInErrorTest, isAFailedLoginForA403OfJoinWithoutFaultCode)
 TEST(TuneInErrorTest, isForbiddenForA403OfEveryOtherOperationWithoutFaultCode)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
-        if (operation != VeskTuneInAccountOperation::join)
-            EXPECT_EQ(message(QString(), "403"_s, operation), "Access forbidden."_s);
+        if (operation == VeskTuneInAccountOperation::join)
+            continue;
+        EXPECT_EQ(message(QString(), "403"_s, operation), "Access forbidden."_s);
     }
     EXPECT_EQ(TuneInRequest::tuneInErrorToCMError(QString(), "403"_s).message(),
         TrString("TuneIn", "Access forbidden."));
@@ -135,7 +137,7 @@ TEST(TuneInErrorTest, isAFailedRequestForAnUnknownFaultCodeEvenWith403)
 
 TEST(TuneInErrorTest, isAFailedRequestForEveryOtherStatus)
 {
-    for (const char *status : { "", "400", "401", "500", "403 ", " 403", "4030" }) {
+    for (const char *status : {"", "400", "401", "500", "403 ", " 403", "4030"}) {
         LogCapture log("CB_TuneIn");
         EXPECT_EQ(message(QString(), QLatin1String(status)), "TuneIn request failed."_s) << status;
         EXPECT_THAT(log.lines("ERROR"_s),

@@ -11,8 +11,8 @@ const QByteArray CommonItems
 
 namespace {
 
-std::atomic<qint64> monotonicMs { 0 };
-std::atomic<qint64> epochMs { 1700000000789 };
+std::atomic<qint64> monotonicMs {0};
+std::atomic<qint64> epochMs {1700000000789};
 
 } // namespace
 
@@ -53,7 +53,7 @@ TuneInFixture::~TuneInFixture() = default;
 
 QVariantHash TuneInFixture::defaultConfig()
 {
-    return { { VeskService_Id(), "tunein"_s } };
+    return {{VeskService_Id(), "tunein"_s}};
 }
 
 void TuneInFixture::start(const QVariantHash &config)
@@ -83,6 +83,13 @@ TuneInBrowseNode *TuneInFixture::browseNode() const
         result = dynamic_cast<TuneInBrowseNode *>(worker()->nodes()->find(path("TuneIn:browse"_s)));
     });
     return result;
+}
+
+LogCapture &TuneInFixture::log()
+{
+    if (m_thread)
+        m_thread->call([] {});
+    return m_log;
 }
 
 void TuneInFixture::setNetwork(bool connected)

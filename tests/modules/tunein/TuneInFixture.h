@@ -23,8 +23,7 @@ struct FakeClock {
 
 /// The plug-in's worker in its host. Nothing runs until start(), so that a test can set values and
 /// answers first.
-class TuneInFixture : public testing::Test, protected TuneInHost
-{
+class TuneInFixture : public testing::Test, protected TuneInHost {
 protected:
     TuneInFixture();
     ~TuneInFixture() override;
@@ -44,9 +43,11 @@ protected:
     /// Expects exactly these requests since the last call.
     void expectRequests(const QList<QByteArray> &lines);
 
-    LogCapture m_log { "CB_TuneIn" };
+    /// What was logged so far. Waits for what the worker does after it has answered.
+    LogCapture &log();
 
 private:
+    LogCapture m_log {"CB_TuneIn"};
     std::unique_ptr<WorkerThread> m_thread;
 };
 

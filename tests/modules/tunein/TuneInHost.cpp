@@ -16,7 +16,8 @@ constexpr unsigned long Deadline = 60000;
 using ReplyData = std::shared_ptr<CMReplyData<QVariant>>;
 
 /// Sends what \a make makes of a reply and waits for the answer.
-template <class Make> Answer ask(const Make &make)
+template <class Make>
+Answer ask(const Make &make)
 {
     const auto data = std::make_shared<CMReplyData<QVariant>>();
     CMRoot()->request(make(CMReply<QVariant>(data)));
@@ -159,11 +160,10 @@ void TuneInHost::openServer()
     const std::shared_ptr<Script> script = m_script;
     m_server = std::make_unique<ScriptedServer>(
         [script](const ScriptedServer::Request &request) { return script->find(request); });
-    HttpClient::setConnectTo({ QString::fromLatin1(m_server->connectTo("opml.radiotime.com")) });
+    HttpClient::setConnectTo({QString::fromLatin1(m_server->connectTo("opml.radiotime.com"))});
 }
 
-RowsAnswer TuneInHost::rows(
-    const QString &path, const QStringList &roles, int first, int last)
+RowsAnswer TuneInHost::rows(const QString &path, const QStringList &roles, int first, int last)
 {
     RowsAnswer result;
     static_cast<Answer &>(result) = ask([&](const CMReply<QVariant> &reply) {
@@ -187,7 +187,7 @@ Answer TuneInHost::data(const QString &path, const QStringList &roles)
 
 QVariant TuneInHost::role(const QString &path, const QString &role)
 {
-    const Answer answer = data(path, { role });
+    const Answer answer = data(path, {role});
     EXPECT_TRUE(answer.error.isEmpty()) << path.toStdString() << ": " << answer.error;
     return answer.value.toList().value(0);
 }

@@ -45,14 +45,13 @@ struct RowsAnswer : Answer {
     QStringList texts(int column = 0) const;
 };
 
-/// The host's side of the plug-in, on the calling thread: a root, the values that the plug-in reads,
-/// all settable, and a local server in place of the web API. Knows the plug-in only through requests.
-class TuneInHost
-{
+/// The host's side of the plug-in, on the calling thread: a root, the values that the plug-in
+/// reads, all settable, and a local server in place of the web API. Knows the plug-in only through
+/// requests.
+class TuneInHost {
 public:
     /// The values are served for \a prefixes; the rest of the tree is empty.
-    explicit TuneInHost(const QStringList &prefixes
-        = { "settings"_s, "system"_s, "network"_s });
+    explicit TuneInHost(const QStringList &prefixes = {"settings"_s, "system"_s, "network"_s});
     ~TuneInHost();
 
     void set(const CMPath &path, const QString &text);
@@ -69,8 +68,8 @@ public:
     void closeServer();
     void openServer();
 
-    static RowsAnswer rows(const QString &path, const QStringList &roles = { "title"_s },
-        int first = 0, int last = 99);
+    static RowsAnswer rows(
+        const QString &path, const QStringList &roles = {"title"_s}, int first = 0, int last = 99);
     static Answer data(const QString &path, const QStringList &roles);
     /// The value of one role.
     static QVariant role(const QString &path, const QString &role);
@@ -90,7 +89,8 @@ QByteArray screen(const QByteArray &elements);
 /// A path from its text form, with parameters added.
 CMPath path(const QString &text, const QMap<QString, QString> &params = {});
 /// What a value prints into a log record.
-template <class T> QString printed(const T &value)
+template <class T>
+QString printed(const T &value)
 {
     std::ostringstream out;
     out << value;

@@ -15,7 +15,7 @@ namespace {
 const QString Screen = "TuneIn:browse/uri/Browse.ashx?c=x"_s;
 
 /// A category page as the web API sends it.
-const QByteArray Realistic = R"({ "head": { "title": "Folk", "status": "200" },
+const QByteArray Realistic = R"json({ "head": { "title": "Folk", "status": "200" },
   "body": [
    { "element":"outline","text":"Stations","key":"stations","children":[
      { "element":"outline","type":"audio","text":"Example Folk (Dublin, Ireland)",
@@ -30,10 +30,9 @@ const QByteArray Realistic = R"({ "head": { "title": "Folk", "status": "200" },
      "subtext":"Two hosts and a fiddle…","item":"show","image":"http://cdn-profiles.tunein.com/p33333.jpg" },
    { "element":"outline","type":"audio","text":"Episode 12","URL":"http://opml.radiotime.com/Tune.ashx?id=t7&sid=p3",
      "guide_id":"t7","item":"topic","topic_duration":"4283" },
-   { "element":"outline","type":"text","text":"No more","guide_id":"g79","is_default":"true" } ] })";
+   { "element":"outline","type":"text","text":"No more","guide_id":"g79","is_default":"true" } ] })json";
 
-class TuneInHostileAnswersTest : public TuneInFixture
-{
+class TuneInHostileAnswersTest : public TuneInFixture {
 protected:
     TuneInHostileAnswersTest()
     {
@@ -65,9 +64,9 @@ protected:
 
     void expectAlive()
     {
-        EXPECT_EQ(show(Realistic, { "title"_s }).texts(),
-            QStringList({ "Stations"_s, "Example Folk (Dublin, Ireland)"_s, "More Stations"_s, "Folk Hour"_s,
-                "Episode 12"_s, "No more"_s }));
+        EXPECT_EQ(show(Realistic, {"title"_s}).texts(),
+            QStringList({"Stations"_s, "Example Folk (Dublin, Ireland)"_s, "More Stations"_s,
+                "Folk Hour"_s, "Episode 12"_s, "No more"_s}));
     }
 
     void expectConnectError(ScriptedServer::End end, int sendBytes = 0)
@@ -93,8 +92,10 @@ QJsonObject object(const QByteArray &text)
 
 const QList<QJsonValue> &oddValues()
 {
-    static const QList<QJsonValue> values { 7, -1.5, 1e300, true, false, QJsonValue::Null, QJsonArray(),
-        QJsonArray { 1, "x", QJsonObject() }, QJsonObject(), QJsonObject { { "element"_s, "outline"_s } }, QString(), "x"_s };
+    static const QList<QJsonValue> values {QJsonValue(7), QJsonValue(-1.5), QJsonValue(1e300),
+        QJsonValue(true), QJsonValue(false), QJsonValue(QJsonValue::Null), QJsonArray(),
+        QJsonArray {QJsonValue(1), "x"_s, QJsonObject()}, QJsonObject(),
+        QJsonObject {{"element"_s, "outline"_s}}, QJsonValue(QString()), QJsonValue("x"_s)};
     return values;
 }
 
@@ -178,21 +179,25 @@ TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveWholeRowsOrNone)
 TEST_F(TuneInHostileAnswersTest, ofWrongTypesReadAsWhatTheyCanBe)
 {
     const QByteArray element = R"({"element":"outline","type":"text","text":"x"})";
-    EXPECT_EQ(show(R"({"head":{"status":200},"body":)" + element + "}", { "title"_s }).texts(), QStringList("x"_s));
-    for (const char *body : { "\"x\"", "7", "true", "null", "[]" })
-        EXPECT_EQ(show(QByteArray(R"({"head":{"status":"200"},"body":)") + body + "}").count, 0) << body;
+    EXPECT_EQ(show(R"({"head":{"status":200},"body":)" + element + "}", {"title"_s}).texts(),
+        QStringList("x"_s));
+    for (const char *body : {"\"x\"", "7", "true", "null", "[]"})
+        EXPECT_EQ(show(QByteArray(R"({"head":{"status":"200"},"body":)") + body + "}").count, 0)
+            << body;
     EXPECT_EQ(show(R"({"head":{"status":"200"}})").count, 0);
     EXPECT_EQ(show(screen(R"(1,"x",null,[],true,)" + element)).count, 6);
-    for (const char *answer : { "[]", "null", "7", "\"x\"", "[{\"head\":{\"status\":\"200\"}}]" })
+    for (const char *answer : {"[]", "null", "7", "\"x\"", "[{\"head\":{\"status\":\"200\"}}]"})
         EXPECT_EQ(show(answer).count, 0) << answer;
 }
 
 TEST_F(TuneInHostileAnswersTest, ofOddStreamsDoNotStopPrePlay)
 {
-    const QByteArray tune = R"({"head":{"status":"200"},"body":[{"element":"audio","url":"http://h/x.mp3","reliability":99,)"
-                            R"("bitrate":128,"media_type":"mp3","playlist_type":"m3u","is_direct":true}]})";
+    const QByteArray tune
+        = R"({"head":{"status":"200"},"body":[{"element":"audio","url":"http://h/x.mp3","reliability":99,)"
+          R"("bitrate":128,"media_type":"mp3","playlist_type":"m3u","is_direct":true}]})";
     const QString step = path("TuneIn:browse"_s,
-        { { "veskPrePlayCmd"_s, "fetchAvailableStreams"_s }, { "veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s } })
+        {{"veskPrePlayCmd"_s, "fetchAvailableStreams"_s},
+            {"veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s}})
                              .toEncoded();
     forEachOddity(object(tune), [&](const QJsonObject &odd) {
         SCOPED_TRACE(json(odd).toStdString());
@@ -210,24 +215,29 @@ TEST_F(TuneInHostileAnswersTest, ofOddStreamsDoNotStopPrePlay)
 
 TEST_F(TuneInHostileAnswersTest, ofOddDescriptionsDoNotStopPresets)
 {
-    const QString entry = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
-    forEachOddity(object(R"({"head":{"status":"200"},"body":[{"element":"station","is_preset":"true"}]})"), [&](const QJsonObject &odd) {
-        SCOPED_TRACE(json(odd).toStdString());
-        answerAll(json(odd));
-        const QString title = TrString::fromVariant(role(entry, "title"_s)).sourceText();
-        EXPECT_TRUE(title == "Add to TuneIn Favorites"_s || title == "Remove from TuneIn Favorites"_s);
-    });
+    const QString entry
+        = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
+    forEachOddity(
+        object(R"({"head":{"status":"200"},"body":[{"element":"station","is_preset":"true"}]})"),
+        [&](const QJsonObject &odd) {
+            SCOPED_TRACE(json(odd).toStdString());
+            answerAll(json(odd));
+            const QString title = TrString::fromVariant(role(entry, "title"_s)).sourceText();
+            EXPECT_TRUE(
+                title == "Add to TuneIn Favorites"_s || title == "Remove from TuneIn Favorites"_s);
+        });
 }
 
 TEST_F(TuneInHostileAnswersTest, ofTenThousandElementsAreShownPageByPage)
 {
     QByteArray elements;
     for (int i = 0; i < 10000; ++i)
-        elements += (i ? "," : "") + (R"({"element":"outline","type":"text","text":"t)" + QByteArray::number(i)) + R"("})";
-    const RowsAnswer first = show(screen(elements), { "title"_s });
+        elements += (i ? "," : "")
+            + (R"({"element":"outline","type":"text","text":"t)" + QByteArray::number(i)) + R"("})";
+    const RowsAnswer first = show(screen(elements), {"title"_s});
     EXPECT_EQ(first.count, 10000);
     EXPECT_EQ(first.rows.size(), 100);
-    EXPECT_EQ(rows(Screen, { "title"_s }, 9990, 9999).texts().last(), "t9999"_s);
+    EXPECT_EQ(rows(Screen, {"title"_s}, 9990, 9999).texts().last(), "t9999"_s);
 }
 
 TEST_F(TuneInHostileAnswersTest, thatNestAThousandDeepAreInvalid)
@@ -236,7 +246,7 @@ TEST_F(TuneInHostileAnswersTest, thatNestAThousandDeepAreInvalid)
     for (int level = 0; level < 500; ++level)
         nested = R"({"element":"outline","children":[)" + nested + "]}";
     expectError(show(screen(nested)), "Invalid data returned.");
-    for (const char *brackets : { "[", "{\"a\":", "[[[{\"b\":[" })
+    for (const char *brackets : {"[", "{\"a\":", "[[[{\"b\":["})
         expectError(show(QByteArray(brackets).repeated(100000)), "Invalid data returned.");
     expectAlive();
 }
@@ -247,10 +257,15 @@ TEST_F(TuneInHostileAnswersTest, thatNestDeepCanBeNavigated)
     QByteArray nested = R"({"element":"outline","type":"text","text":"deep"})";
     for (int level = 0; level < depth; ++level)
         nested = R"({"element":"outline","text":"l","children":[)" + nested + "]}";
-    EXPECT_EQ(show(screen(nested), { "title"_s }).count, 3);
+    EXPECT_EQ(show(screen(nested), {"title"_s}).count, 3);
     const QString navigation = "~0_"_s.repeated(depth - 1) + "~0"_s;
-    EXPECT_EQ(rows(path(Screen, { { "veskNavigation"_s, navigation } }).toEncoded(), { "title"_s }).texts(), QStringList("deep"_s));
-    EXPECT_EQ(rows(path(Screen, { { "veskNavigation"_s, navigation + navigation } }).toEncoded(), { "title"_s }).count, 0);
+    EXPECT_EQ(
+        rows(path(Screen, {{"veskNavigation"_s, navigation}}).toEncoded(), {"title"_s}).texts(),
+        QStringList("deep"_s));
+    EXPECT_EQ(
+        rows(path(Screen, {{"veskNavigation"_s, navigation + navigation}}).toEncoded(), {"title"_s})
+            .count,
+        0);
 }
 
 TEST_F(TuneInHostileAnswersTest, withLongNavigationAreEmpty)
@@ -258,7 +273,7 @@ TEST_F(TuneInHostileAnswersTest, withLongNavigationAreEmpty)
     const QString navigation = "_"_s.repeated(20000);
     const RowsAnswer answer = [&] {
         answerAll(Realistic);
-        return rows(path(Screen, { { "veskNavigation"_s, navigation } }).toEncoded(), { "title"_s });
+        return rows(path(Screen, {{"veskNavigation"_s, navigation}}).toEncoded(), {"title"_s});
     }();
     EXPECT_TRUE(answer.error.isEmpty());
     EXPECT_EQ(answer.count, 0);
@@ -267,8 +282,10 @@ TEST_F(TuneInHostileAnswersTest, withLongNavigationAreEmpty)
 
 TEST_F(TuneInHostileAnswersTest, withInvalidUtf8AreInvalidOrReadable)
 {
-    for (const char *bytes : { "\xff", "\xc0\x80", "\xed\xa0\x80", "\xf5\x80\x80\x80", "\xe2\x82", "a\x80z" }) {
-        const RowsAnswer answer = show(screen(R"({"element":"outline","type":"text","text":")" + QByteArray(bytes) + R"("})"));
+    for (const char *bytes :
+        {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xf5\x80\x80\x80", "\xe2\x82", "a\x80z"}) {
+        const RowsAnswer answer = show(
+            screen(R"({"element":"outline","type":"text","text":")" + QByteArray(bytes) + R"("})"));
         if (answer.error.isEmpty())
             EXPECT_EQ(answer.count, 1);
         else
@@ -279,9 +296,10 @@ TEST_F(TuneInHostileAnswersTest, withInvalidUtf8AreInvalidOrReadable)
 
 TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
 {
-    const RowsAnswer answer = show(screen(R"({"element":"outline","type":"link","text":"a\u0000b\u0007\n\u202e\ud83d\ude00",)"
-                                          R"("URL":"http://opml.radiotime.com/Browse.ashx?c=\u0001\u0000&d=\r\nHost: evil"})"),
-        { "title"_s, "path"_s });
+    const RowsAnswer answer = show(
+        screen(R"({"element":"outline","type":"link","text":"a\u0000b\u0007\n\u202e\ud83d\ude00",)"
+               R"("URL":"http://opml.radiotime.com/Browse.ashx?c=\u0001\u0000&d=\r\nHost: evil"})"),
+        {"title"_s, "path"_s});
     ASSERT_EQ(answer.rows.size(), 1);
     const QString title = QStringLiteral("a") + QChar(0) + "b\u0007\n\u202e\U0001f600"_s;
     EXPECT_EQ(answer.texts().constFirst(), title);
@@ -290,7 +308,7 @@ TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
 
     // The next request's line cannot be broken by what the address held.
     server().clearRequests();
-    EXPECT_EQ(rows(next.toEncoded(), { "title"_s }).roles.title().toString(), title);
+    EXPECT_EQ(rows(next.toEncoded(), {"title"_s}).roles.title().toString(), title);
     ASSERT_EQ(server().requests().size(), 1);
     EXPECT_EQ(server().requests().constFirst().header("Host"), QByteArray("opml.radiotime.com"));
     EXPECT_TRUE(server().requests().constFirst().query().contains("d=%0D%0AHost%3A%20evil"));
@@ -298,7 +316,9 @@ TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
 
 TEST_F(TuneInHostileAnswersTest, withLoneSurrogatesDoNotStopTheWorker)
 {
-    const RowsAnswer answer = show(screen(R"({"element":"outline","type":"link","text":"\ud800","URL":"http://h/?a=\udfff"})"), { "title"_s, "path"_s });
+    const RowsAnswer answer = show(
+        screen(R"({"element":"outline","type":"link","text":"\ud800","URL":"http://h/?a=\udfff"})"),
+        {"title"_s, "path"_s});
     if (answer.error.isEmpty()) {
         EXPECT_EQ(answer.count, 1);
         rows(answer.rows.constFirst().at(1).toString());
@@ -311,8 +331,9 @@ TEST_F(TuneInHostileAnswersTest, withLoneSurrogatesDoNotStopTheWorker)
 TEST_F(TuneInHostileAnswersTest, withLongTextsAreShown)
 {
     const QByteArray longText(300000, 'x');
-    const RowsAnswer answer = show(screen(R"({"element":"outline","type":"audio","text":")" + longText
-        + R"(","guide_id":")" + longText + R"(","URL":"http://h/)" + longText + R"("})"));
+    const RowsAnswer answer
+        = show(screen(R"({"element":"outline","type":"audio","text":")" + longText
+            + R"(","guide_id":")" + longText + R"(","URL":"http://h/)" + longText + R"("})"));
     expectWholeRows(answer);
     expectAlive();
 }
@@ -329,8 +350,10 @@ TEST_F(TuneInHostileAnswersTest, thatAreForbiddenPagesAreInvalid)
 
 TEST_F(TuneInHostileAnswersTest, thatAreNoHttpAreNotTaken)
 {
-    for (const char *bytes : { "", "\r\n\r\n", "HTTP/1.1\r\n\r\n", "SSH-2.0-OpenSSH\r\n", "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
-             "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n", "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc" }) {
+    for (const char *bytes : {"", "\r\n\r\n", "HTTP/1.1\r\n\r\n", "SSH-2.0-OpenSSH\r\n",
+             "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
+             "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nzz\r\n",
+             "HTTP/1.1 200 OK\r\nContent-Encoding: gzip\r\nContent-Length: 3\r\n\r\nabc"}) {
         ScriptedServer::Response response;
         response.end = ScriptedServer::End::Raw;
         response.body = bytes;
@@ -344,7 +367,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreNotTaken)
 {
     ScriptedServer::Response response;
     response.code = 302;
-    response.headers.append({ "Location", "/Browse.ashx?c=x" });
+    response.headers.append(qMakePair(QByteArray("Location"), QByteArray("/Browse.ashx?c=x")));
     answerAll(response);
     server().clearRequests();
     expectError(rows(Screen), "Failed to connect to TuneIn");
@@ -356,7 +379,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreNotTaken)
 {
     ScriptedServer::Response response;
     response.code = 302;
-    response.headers.append({ "Location", "file:///etc/passwd" });
+    response.headers.append(qMakePair(QByteArray("Location"), QByteArray("file:///etc/passwd")));
     answerAll(response);
     expectError(rows(Screen), "Failed to connect to TuneIn");
     expectAlive();

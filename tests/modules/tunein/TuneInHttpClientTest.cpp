@@ -31,7 +31,8 @@ VeskUrl api(const QString &target)
 QStringList threadNames()
 {
     QStringList names;
-    const QStringList tasks = QDir("/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    const QStringList tasks
+        = QDir("/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QString &task : tasks) {
         QFile file("/proc/self/task/"_s + task + "/comm"_s);
         if (file.open(QIODevice::ReadOnly))
@@ -41,8 +42,7 @@ QStringList threadNames()
 }
 
 /// A client, made and deleted by a thread of its own as a worker does.
-class TuneInHttpClientTest : public testing::Test, protected TuneInHost
-{
+class TuneInHttpClientTest : public testing::Test, protected TuneInHost {
 protected:
     TuneInHttpClientTest()
         : m_thread(std::make_unique<WorkerThread>(
@@ -70,7 +70,8 @@ protected:
         QByteArray out("untouched");
         const CMError error = client().get(api(target), &out);
         EXPECT_EQ(error.name(), CMError::DefaultName());
-        EXPECT_EQ(error.message(), TrString(trExtractContext(Signature), "Failed to connect to TuneIn"_s));
+        EXPECT_EQ(error.message(),
+            TrString(trExtractContext(Signature), "Failed to connect to TuneIn"_s));
         EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
         EXPECT_EQ(error.size(), 3);
         EXPECT_EQ(out, QByteArray("untouched"));
@@ -85,7 +86,7 @@ protected:
         EXPECT_EQ(out, QByteArray("alive"));
     }
 
-    LogCapture m_log { "CB_TuneIn" };
+    LogCapture m_log {"CB_TuneIn"};
     std::unique_ptr<WorkerThread> m_thread;
 };
 
@@ -122,7 +123,8 @@ TEST_F(TuneInHttpClientTest, hasOneInvokableSlotAndNothingElse)
     const QMetaObject *meta = client().metaObject();
     EXPECT_STREQ(meta->className(), "TuneInHttpClient");
     ASSERT_EQ(meta->methodCount() - meta->methodOffset(), 1);
-    EXPECT_EQ(meta->method(meta->methodOffset()).methodSignature(), QByteArray("on_request(VeskUrl,int,int)"));
+    EXPECT_EQ(meta->method(meta->methodOffset()).methodSignature(),
+        QByteArray("on_request(VeskUrl,int,int)"));
     EXPECT_EQ(meta->method(meta->methodOffset()).methodType(), QMetaMethod::Slot);
 }
 
@@ -163,8 +165,10 @@ TEST_F(TuneInHttpClientTest, logsTheRequestAndItsCompletion)
 {
     client().get(api("/Browse.ashx"_s), nullptr);
     EXPECT_THAT(m_log.lines("TRACE"_s),
-        ElementsAre("Enter "_s + QLatin1String(Signature) + ": http://opml.radiotime.com/Browse.ashx"_s,
-            completion("http://opml.radiotime.com/Browse.ashx"_s, HttpClientStatus::Success, 200).mid(6)));
+        ElementsAre(
+            "Enter "_s + QLatin1String(Signature) + ": http://opml.radiotime.com/Browse.ashx"_s,
+            completion("http://opml.radiotime.com/Browse.ashx"_s, HttpClientStatus::Success, 200)
+                .mid(6)));
 }
 
 TEST_F(TuneInHttpClientTest, takesAnAnswerOfAnyHttpCode)
@@ -176,7 +180,8 @@ TEST_F(TuneInHttpClientTest, takesAnAnswerOfAnyHttpCode)
     QByteArray out;
     EXPECT_TRUE(client().get(api("/x"_s), &out).isEmpty());
     EXPECT_EQ(out, response.body);
-    EXPECT_TRUE(m_log.contains(completion("http://opml.radiotime.com/x"_s, HttpClientStatus::Success, 403)));
+    EXPECT_TRUE(m_log.contains(
+        completion("http://opml.radiotime.com/x"_s, HttpClientStatus::Success, 403)));
 }
 
 TEST_F(TuneInHttpClientTest, takesAnEmptyBodyForSuccess)
@@ -202,8 +207,10 @@ TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
     queue(api("/planted0"_s), TuneInHttpClient::Get, 0);
     queue(api("/planted1"_s), TuneInHttpClient::Get, 1);
     ASSERT_TRUE(spinUntil([this] {
-        return m_log.contains(completion("http://opml.radiotime.com/planted0"_s, HttpClientStatus::Success, 200))
-            && m_log.contains(completion("http://opml.radiotime.com/planted1"_s, HttpClientStatus::Success, 200));
+        return m_log.contains(completion(
+                   "http://opml.radiotime.com/planted0"_s, HttpClientStatus::Success, 200))
+            && m_log.contains(
+                completion("http://opml.radiotime.com/planted1"_s, HttpClientStatus::Success, 200));
     }));
 
     QByteArray out;
@@ -280,8 +287,9 @@ TEST_F(TuneInHttpClientTest, failsWhenNobodyListens)
 
 TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsReset)
 {
-    for (const ScriptedServer::Response &response : { ending(ScriptedServer::End::ResetBeforeHead, {}),
-             ending(ScriptedServer::End::Reset, QByteArray(1000, 'x'), 10) }) {
+    for (const ScriptedServer::Response &response :
+        {ending(ScriptedServer::End::ResetBeforeHead, {}),
+            ending(ScriptedServer::End::Reset, QByteArray(1000, 'x'), 10)}) {
         answerAll(response);
         expectConnectError("/x"_s);
     }
@@ -306,7 +314,8 @@ TEST_F(TuneInHttpClientTest, failsWhenRedirectsGoInACircle)
 {
     ScriptedServer::Response response;
     response.code = 302;
-    response.headers.append({ "Location", "http://opml.radiotime.com/circle" });
+    response.headers.append(
+        qMakePair(QByteArray("Location"), QByteArray("http://opml.radiotime.com/circle")));
     answerAll(response);
     expectConnectError("/circle"_s);
     EXPECT_LE(server().requests().size(), 6);
@@ -317,7 +326,8 @@ TEST_F(TuneInHttpClientTest, followsARedirect)
 {
     ScriptedServer::Response response;
     response.code = 302;
-    response.headers.append({ "Location", "http://opml.radiotime.com/there?a=b" });
+    response.headers.append(
+        qMakePair(QByteArray("Location"), QByteArray("http://opml.radiotime.com/there?a=b")));
     answer("/here", response);
     answer("/there", QByteArray("arrived"));
     QByteArray out;
@@ -337,7 +347,8 @@ TEST_F(TuneInHttpClientTest, failsForABodyOverTheLimit)
 {
     answerAll(QByteArray(1000001, 'x'));
     expectConnectError("/x"_s);
-    EXPECT_TRUE(m_log.contains(completion("http://opml.radiotime.com/x"_s, HttpClientStatus::TooLarge, 200)));
+    EXPECT_TRUE(m_log.contains(
+        completion("http://opml.radiotime.com/x"_s, HttpClientStatus::TooLarge, 200)));
     answerAll(QByteArray(10000000, 'x'));
     expectConnectError("/x"_s);
     expectAlive();

@@ -13,8 +13,7 @@ const QByteArray ThreeStreams = screen(
     R"({"element":"audio","url":"http://stream.example/high.mp3","bitrate":320,"playlist_type":"m3u"},)"
     R"({"element":"audio","url":"http://stream.example/mid.mp3","bitrate":128})");
 
-class TuneInPrePlayTest : public TuneInFixture
-{
+class TuneInPrePlayTest : public TuneInFixture {
 protected:
     TuneInPrePlayTest()
     {
@@ -38,7 +37,7 @@ protected:
         m_row.setPath(path("TuneIn:browse?veskGuideId=s1"_s));
         m_row.setMediaData(media);
         start();
-        m_log.clear();
+        log().clear();
     }
 
     Answer prePlay(const QMap<QString, QString> &params) { return prePlay(params, m_row.toHash()); }
@@ -50,7 +49,8 @@ protected:
 
     Answer fetch(const QString &playPath = "http://opml.radiotime.com/Tune.ashx?id=s1"_s)
     {
-        return prePlay({ { "veskPrePlayCmd"_s, "fetchAvailableStreams"_s }, { "veskPlayPath"_s, playPath } });
+        return prePlay(
+            {{"veskPrePlayCmd"_s, "fetchAvailableStreams"_s}, {"veskPlayPath"_s, playPath}});
     }
 
     void expectError(const Answer &answer, const char *message)
@@ -75,7 +75,7 @@ TEST_F(TuneInPrePlayTest, takesTheFirstStreamWhateverItsBitRate)
     ASSERT_EQ(media.resources().size(), 1);
     EXPECT_EQ(media.activeResource().uri(), "http://stream.example/low.mp3?a=%20b"_s);
     EXPECT_EQ(media.activeResource().bitRate(), 32000);
-    EXPECT_THAT(m_log.lines("DEBUG"_s),
+    EXPECT_THAT(log().lines("DEBUG"_s),
         Contains("Selected first available stream: url: http://stream.example/low.mp3?a=%20b"_s));
 }
 
@@ -90,7 +90,8 @@ TEST_F(TuneInPrePlayTest, takesAStreamWithoutPlaylistTypeForUnknownAudioWithoutA
 
 TEST_F(TuneInPrePlayTest, takesAStreamWithPlaylistTypeForAPlaylist)
 {
-    answer("/Tune.ashx", screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
+    answer("/Tune.ashx",
+        screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
     const VeskMediaData media = VeskRoles(VeskHash(fetch().value.toHash())).mediaData();
     EXPECT_EQ(media.activeResource().mimeType(), MimeTypes::Audio::m3u());
     EXPECT_TRUE(media.metaData().alternativeStreams());
@@ -113,16 +114,18 @@ TEST_F(TuneInPrePlayTest, pointsTheRowAtItsStreamAndKeepsWhereItCameFrom)
 {
     answer("/Tune.ashx", ThreeStreams);
     EXPECT_EQ(VeskRoles(VeskHash(fetch().value.toHash())).path(),
-        path("TuneIn:browse/uri/low.mp3"_s, { { "a"_s, " b"_s }, { "veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s } }));
+        path("TuneIn:browse/uri/low.mp3"_s,
+            {{"a"_s, " b"_s}, {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s}}));
 }
 
 TEST_F(TuneInPrePlayTest, startsAResourceForARowWithoutOne)
 {
     answer("/Tune.ashx", ThreeStreams);
-    const VeskRoles roles(VeskHash(prePlay({ { "veskPrePlayCmd"_s, "fetchAvailableStreams"_s },
-                                                { "veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s } },
-        QVariantHash())
-                                       .value.toHash()));
+    const VeskRoles roles(
+        VeskHash(prePlay({{"veskPrePlayCmd"_s, "fetchAvailableStreams"_s},
+                             {"veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s}},
+            QVariantHash())
+                     .value.toHash()));
     ASSERT_EQ(roles.mediaData().resources().size(), 1);
     EXPECT_EQ(roles.mediaData().activeResource().uri(), "http://stream.example/low.mp3?a=%20b"_s);
 }
@@ -132,22 +135,26 @@ TEST_F(TuneInPrePlayTest, addsTheCommonItemsThatThePlayPathLacks)
     answer("/Tune.ashx", ThreeStreams);
     fetch("http://opml.radiotime.com/Tune.ashx?id=s1"_s);
     fetch("http://opml.radiotime.com/Tune.ashx?id=s1&render=xml&serial=S&partnerId="_s);
-    expectRequests({ "GET /Tune.ashx?id=s1&render=json&partnerId=partner&serial=ABC",
-        "GET /Tune.ashx?id=s1&render=xml&serial=S&partnerId=" });
+    expectRequests({"GET /Tune.ashx?id=s1&render=json&partnerId=partner&serial=ABC",
+        "GET /Tune.ashx?id=s1&render=xml&serial=S&partnerId="});
 }
 
 TEST_F(TuneInPrePlayTest, failsWithoutAPlayPath)
 {
     expectError(fetch(QString()), "Empty play path");
-    EXPECT_THAT(m_log.lines("ERROR"_s), ElementsAre("Play path is empty!"_s));
+    EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Play path is empty!"_s));
     expectRequests({});
 }
 
 TEST_F(TuneInPrePlayTest, passesTheErrorOfTheRequestOn)
 {
-    answer("/Tune.ashx", QByteArray(R"({"head":{"status":"404","fault":"Invalid method"},"body":[]})"));
+    answer("/Tune.ashx",
+        QByteArray(R"({"head":{"status":"404","fault":"Invalid method"},"body":[]})"));
     expectError(fetch(), "TuneIn request failed.");
-    EXPECT_THAT(m_log.lines("ERROR"_s).filter("TuneInBrowseNode::setDataRequest: failed to get available streams: failed: error: '"_s), SizeIs(1));
+    EXPECT_THAT(
+        log().lines("ERROR"_s).filter(
+            "TuneInBrowseNode::setDataRequest: failed to get available streams: failed: error: '"_s),
+        SizeIs(1));
 
     closeServer();
     expectError(fetch(), "Invalid data received.");
@@ -162,13 +169,14 @@ TEST_F(TuneInPrePlayTest, failsWhenThereAreNoStreams)
     const Answer answer = fetch();
     EXPECT_EQ(answer.error.message(), TrString("TuneIn", "No available streams."));
     EXPECT_EQ(answer.error.name(), CMError::DefaultName());
-    EXPECT_FALSE(m_log.lines("ERROR"_s).isEmpty());
+    EXPECT_FALSE(log().lines("ERROR"_s).isEmpty());
 }
 
 TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
 {
-    const Answer answer = prePlay({ { "veskPrePlayCmd"_s, "updateVeskRoles"_s }, { "veskTitle"_s, "Example & FM"_s },
-        { "veskDescription"_s, "Rock it"_s }, { "veskIcon"_s, "http://i/x.png"_s } });
+    const Answer answer
+        = prePlay({{"veskPrePlayCmd"_s, "updateVeskRoles"_s}, {"veskTitle"_s, "Example & FM"_s},
+            {"veskDescription"_s, "Rock it"_s}, {"veskIcon"_s, "http://i/x.png"_s}});
     ASSERT_TRUE(answer.error.isEmpty());
     const VeskRoles roles(VeskHash(answer.value.toHash()));
     EXPECT_EQ(roles.title().toString(), "Example & FM"_s);
@@ -181,17 +189,19 @@ TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
 
 TEST_F(TuneInPrePlayTest, logsTheCommandAndTheRoles)
 {
-    prePlay({ { "veskPrePlayCmd"_s, "updateVeskRoles"_s } });
-    EXPECT_TRUE(m_log.contains("TRACE veskPrePlayCmd: 'updateVeskRoles' request path: 'TuneIn:browse?veskPrePlayCmd=updateVeskRoles'"_s));
-    EXPECT_THAT(m_log.lines("TRACE"_s).filter("Previous VeskRoles:"_s), SizeIs(1));
-    EXPECT_THAT(m_log.lines("TRACE"_s).filter("New VeskRoles:"_s), SizeIs(1));
+    prePlay({{"veskPrePlayCmd"_s, "updateVeskRoles"_s}});
+    EXPECT_TRUE(log().contains(
+        "TRACE veskPrePlayCmd: 'updateVeskRoles' request path: 'TuneIn:browse?veskPrePlayCmd=updateVeskRoles'"_s));
+    EXPECT_THAT(log().lines("TRACE"_s).filter("Previous VeskRoles:"_s), SizeIs(1));
+    EXPECT_THAT(log().lines("TRACE"_s).filter("New VeskRoles:"_s), SizeIs(1));
 }
 
 TEST_F(TuneInPrePlayTest, failsForAnUnknownCommand)
 {
-    expectError(prePlay({ { "veskPrePlayCmd"_s, "dance"_s } }), "Invalid pre-play command");
-    ASSERT_THAT(m_log.lines("ERROR"_s), SizeIs(1));
-    EXPECT_TRUE(m_log.lines("ERROR"_s).constFirst().startsWith("Not implemented pre-play command: 'dance"_s));
+    expectError(prePlay({{"veskPrePlayCmd"_s, "dance"_s}}), "Invalid pre-play command");
+    ASSERT_THAT(log().lines("ERROR"_s), SizeIs(1));
+    EXPECT_TRUE(log().lines("ERROR"_s).constFirst().startsWith(
+        "Not implemented pre-play command: 'dance"_s));
     expectError(prePlay({}), "Invalid pre-play command");
 }
 
@@ -199,29 +209,35 @@ TEST_F(TuneInPrePlayTest, leavesOtherRolesToTheBase)
 {
     const Answer answer = setData("TuneIn:browse"_s, "title"_s, "x"_s);
     EXPECT_FALSE(answer.error.isEmpty());
-    EXPECT_THAT(m_log.lines("TRACE"_s).filter("veskPrePlayCmd"_s), IsEmpty());
+    EXPECT_THAT(log().lines("TRACE"_s).filter("veskPrePlayCmd"_s), IsEmpty());
 }
 
 TEST_F(TuneInPrePlayTest, survivesRolesThatAreNone)
 {
     answer("/Tune.ashx", ThreeStreams);
-    for (const QVariant &value : { QVariant(), QVariant(3), QVariant("x"_s), QVariant(QVariantList { 1 }),
-             QVariant(QVariantHash { { "mediaData"_s, "x"_s }, { "path"_s, 7 } }),
-             QVariant(QVariantHash { { "mediaData"_s, QVariantHash { { "metaData"_s, 1 }, { "resources"_s, "x"_s } } } }),
-             QVariant(QVariantHash { { "mediaData"_s, QVariantHash { { "resources"_s, QVariantList { 1, "x"_s } } } } }) }) {
-        const Answer answer = prePlay({ { "veskPrePlayCmd"_s, "fetchAvailableStreams"_s },
-                                          { "veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s } },
-            value);
+    for (const QVariant &value :
+        {QVariant(), QVariant(3), QVariant("x"_s), QVariant(QVariantList {1}),
+            QVariant(QVariantHash {{"mediaData"_s, "x"_s}, {"path"_s, 7}}),
+            QVariant(QVariantHash {
+                {"mediaData"_s, QVariantHash {{"metaData"_s, 1}, {"resources"_s, "x"_s}}}}),
+            QVariant(QVariantHash {
+                {"mediaData"_s, QVariantHash {{"resources"_s, QVariantList {1, "x"_s}}}}})}) {
+        const Answer answer
+            = prePlay({{"veskPrePlayCmd"_s, "fetchAvailableStreams"_s},
+                          {"veskPlayPath"_s, "http://opml.radiotime.com/Tune.ashx?id=s1"_s}},
+                value);
         EXPECT_TRUE(answer.error.isEmpty());
-        EXPECT_EQ(VeskRoles(VeskHash(answer.value.toHash())).mediaData().activeResource().bitRate(), 32000);
+        EXPECT_EQ(VeskRoles(VeskHash(answer.value.toHash())).mediaData().activeResource().bitRate(),
+            32000);
     }
 }
 
 TEST_F(TuneInPrePlayTest, survivesStreamsOfOddShapes)
 {
-    for (const char *stream : { "{}", "1", "null", "[]", "\"http://h/x\"", R"({"url":7,"bitrate":"x"})",
-             R"({"url":"http://h/x","bitrate":"2147483647"})", R"({"url":"http://h/x","bitrate":99999999999999999999})",
-             R"({"url":"\u0000\u0001","bitrate":-5})" }) {
+    for (const char *stream : {"{}", "1", "null", "[]", "\"http://h/x\"",
+             R"({"url":7,"bitrate":"x"})", R"({"url":"http://h/x","bitrate":"2147483647"})",
+             R"({"url":"http://h/x","bitrate":99999999999999999999})",
+             R"({"url":"\u0000\u0001","bitrate":-5})"}) {
         answer("/Tune.ashx", screen(stream));
         EXPECT_TRUE(fetch().error.isEmpty()) << stream;
     }
@@ -229,22 +245,26 @@ TEST_F(TuneInPrePlayTest, survivesStreamsOfOddShapes)
 
 TEST_F(TuneInPrePlayTest, survivesPlayPathsThatAreNone)
 {
-    for (const char *playPath : { "x", "://", "http://", "file:///etc/passwd", "%", "http://opml.radiotime.com:99999/" })
+    for (const char *playPath :
+        {"x", "://", "http://", "file:///etc/passwd", "%", "http://opml.radiotime.com:99999/"})
         EXPECT_FALSE(fetch(QLatin1String(playPath)).error.isEmpty()) << playPath;
 }
 
 TEST_F(TuneInPrePlayTest, playsWhatTheRowSays)
 {
     answer("/Tune.ashx", ThreeStreams);
-    answer("/Browse.ashx", screen(R"({"element":"outline","type":"audio","text":"A","guide_id":"s9","item":"station",)"
-                                  R"("URL":"http://opml.radiotime.com/Tune.ashx?id=s9&filter=a%2Bb"})"));
-    const RowsAnswer answer = rows("TuneIn:browse/uri/Browse.ashx"_s, { "mediaData"_s, "path"_s });
+    answer("/Browse.ashx",
+        screen(R"({"element":"outline","type":"audio","text":"A","guide_id":"s9","item":"station",)"
+               R"("URL":"http://opml.radiotime.com/Tune.ashx?id=s9&filter=a%2Bb"})"));
+    const RowsAnswer answer = rows("TuneIn:browse/uri/Browse.ashx"_s, {"mediaData"_s, "path"_s});
     ASSERT_EQ(answer.rows.size(), 1);
-    const QVariantHash row { { "mediaData"_s, answer.rows.at(0).at(0) }, { "path"_s, answer.rows.at(0).at(1) } };
+    const QVariantHash row {
+        {"mediaData"_s, answer.rows.at(0).at(0)}, {"path"_s, answer.rows.at(0).at(1)}};
     const CMPath step = VeskMediaData(row.value("mediaData"_s).toHash()).metaData().prePlayPath();
     server().clearRequests();
     const Answer played = setData(step.toEncoded(), VeskRoles::PrePlay(), row);
     ASSERT_TRUE(played.error.isEmpty());
-    expectRequests({ "GET /Tune.ashx?id=s9&filter=a%2Bb&render=json&partnerId=partner&serial=ABC" });
-    EXPECT_EQ(VeskRoles(VeskHash(played.value.toHash())).path().param("veskMatchingPath"_s), "TuneIn:browse?veskGuideId=s9"_s);
+    expectRequests({"GET /Tune.ashx?id=s9&filter=a%2Bb&render=json&partnerId=partner&serial=ABC"});
+    EXPECT_EQ(VeskRoles(VeskHash(played.value.toHash())).path().param("veskMatchingPath"_s),
+        "TuneIn:browse?veskGuideId=s9"_s);
 }

@@ -17,15 +17,14 @@ VeskUrl api(const QString &target)
     return VeskUrl("http://opml.radiotime.com"_s + target);
 }
 
-class TuneInRequestTest : public TuneInFixture
-{
+class TuneInRequestTest : public TuneInFixture {
 protected:
     TuneInRequestTest()
     {
         m_response.insert("before"_s, true);
         m_before = m_response;
         start();
-        m_log.clear();
+        log().clear();
     }
 
     /// One exchange on the worker's thread, where nodes make theirs.
@@ -72,7 +71,7 @@ TEST_F(TuneInRequestTest, addsNothingToTheUrlAndChoosesTheMethod)
     answerAll(Good);
     request("/a?x=1"_s, TuneInRequest::Get);
     request("/b?y=2"_s, TuneInRequest::Post);
-    expectRequests({ "GET /a?x=1", "POST /b?y=2" });
+    expectRequests({"GET /a?x=1", "POST /b?y=2"});
     EXPECT_EQ(int(TuneInRequest::Get), 0);
     EXPECT_EQ(int(TuneInRequest::Post), 1);
 }
@@ -81,25 +80,25 @@ TEST_F(TuneInRequestTest, logsEachStepOfASuccess)
 {
     answerAll(Good);
     request("/a"_s);
-    const QStringList lines = m_log.lines();
+    const QStringList lines = log().lines();
     ASSERT_THAT(lines, Not(IsEmpty()));
     EXPECT_EQ(lines.first(), "TRACE Enter TuneInRequest::request:"_s);
-    EXPECT_THAT(m_log.lines("DEBUG"_s),
+    EXPECT_THAT(log().lines("DEBUG"_s),
         ElementsAre("parsing data: size: "_s + QString::number(Good.size()),
             "Data successfully parsed."_s));
-    EXPECT_THAT(m_log.lines("ERROR"_s), IsEmpty());
+    EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
 TEST_F(TuneInRequestTest, sendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
-    m_log.clear();
+    log().clear();
     const CMError error = request("/a"_s);
     EXPECT_EQ(error, CMErrorHelper::create(CURLE_COULDNT_CONNECT, api("/a"_s), "TuneIn"_s));
     EXPECT_TRUE(error.name().contains("7"_s));
     expectUntouched();
     expectRequests({});
-    EXPECT_THAT(m_log.lines(),
+    EXPECT_THAT(log().lines(),
         ElementsAre("TRACE Enter TuneInRequest::request:"_s, "ERROR Network is down!"_s));
 }
 
@@ -107,14 +106,14 @@ TEST_F(TuneInRequestTest, reportsAnUnreachableServerAsInvalidData)
 {
     closeServer();
     expectStandardError(request("/a"_s), "Invalid data received.");
-    EXPECT_THAT(m_log.lines("ERROR"_s),
-        ElementsAre("TuneInRequest::parseData: Received empty data!"_s));
+    EXPECT_THAT(
+        log().lines("ERROR"_s), ElementsAre("TuneInRequest::parseData: Received empty data!"_s));
 }
 
 TEST_F(TuneInRequestTest, reportsAnEmptyBody)
 {
     expectStandardError(parse({}), "Invalid data received.");
-    EXPECT_THAT(m_log.lines(),
+    EXPECT_THAT(log().lines(),
         ElementsAre("DEBUG parsing data: size: 0"_s,
             "ERROR TuneInRequest::parseData: Received empty data!"_s));
 }
@@ -125,7 +124,7 @@ TEST_F(TuneInRequestTest, reportsJsonThatDoesNotParse)
     VeskError parseError;
     VeskJson::parse(broken, parseError);
     expectStandardError(parse(broken), "Invalid data returned.");
-    EXPECT_THAT(m_log.lines(),
+    EXPECT_THAT(log().lines(),
         ElementsAre("DEBUG parsing data: size: 24"_s,
             "ERROR Failed to parse data, error: "_s + printed(parseError)));
 }
@@ -136,7 +135,7 @@ TEST_F(TuneInRequestTest, runsTheFaultPathForAnEmptyObject)
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":0"_s);
     EXPECT_EQ(error.message(), TrString("TuneIn", "TuneIn request failed."));
     expectUntouched();
-    EXPECT_THAT(m_log.lines("ERROR"_s),
+    EXPECT_THAT(log().lines("ERROR"_s),
         ElementsAre("TuneIn request failed: code: , message: ''"_s,
             "tuneInErrorToCMError: fault code: '', http status: ''"_s));
 }
@@ -147,16 +146,16 @@ TEST_F(TuneInRequestTest, turnsAFaultIntoItsErrorAndLogsIt)
         R"({"head":{"status":"400","fault":"Bad mail","fault_code":"validation.email"},"body":[]})");
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":1"_s);
     expectUntouched();
-    EXPECT_THAT(m_log.lines("ERROR"_s),
+    EXPECT_THAT(log().lines("ERROR"_s),
         ElementsAre("TuneIn request failed: code: validation.email, message: 'Bad mail'"_s));
-    EXPECT_THAT(m_log.lines("DEBUG"_s),
+    EXPECT_THAT(log().lines("DEBUG"_s),
         ElementsAre("parsing data: size: 86"_s, "Data successfully parsed."_s,
             "TuneInRequest::parseData: error: "_s + printed(error)));
 }
 
 TEST_F(TuneInRequestTest, acceptsNoStatusButTheExactText200)
 {
-    for (const char *status : { " 200", "200 ", "0200", "200.0", "201", "OK", "", "２００" }) {
+    for (const char *status : {" 200", "200 ", "0200", "200.0", "201", "OK", "", "２００"}) {
         m_response = m_before;
         const QByteArray data = QByteArray(R"({"head":{"status":")") + status + R"("},"body":[]})";
         EXPECT_FALSE(parse(data).isEmpty()) << status;
@@ -169,10 +168,10 @@ TEST_F(TuneInRequestTest, acceptsNoStatusButTheExactText200)
 TEST_F(TuneInRequestTest, knowsTheAccountOperationByTheQuery)
 {
     for (const char *operation :
-        { "auth", "create", "join", "drop", "query", "remind", "reset", "claim" }) {
-        m_log.clear();
+        {"auth", "create", "join", "drop", "query", "remind", "reset", "claim"}) {
+        log().clear();
         request("/Account.ashx?c="_s + QLatin1String(operation));
-        EXPECT_TRUE(m_log.contains("TRACE Account operation: "_s + QLatin1String(operation)));
+        EXPECT_TRUE(log().contains("TRACE Account operation: "_s + QLatin1String(operation)));
     }
 }
 
@@ -180,22 +179,22 @@ TEST_F(TuneInRequestTest, warnsOfAnAccountCallWithoutOperationAndGoesOn)
 {
     answerAll(Good);
     EXPECT_TRUE(request("/Account.ashx?serial=1"_s).isEmpty());
-    EXPECT_THAT(m_log.lines("WARN"_s), ElementsAre("Unknown account operation."_s));
-    expectRequests({ "GET /Account.ashx?serial=1" });
+    EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Unknown account operation."_s));
+    expectRequests({"GET /Account.ashx?serial=1"});
 }
 
 TEST_F(TuneInRequestTest, takesAnAccountCallByTheEndOfItsPathWithCase)
 {
-    for (const char *target : { "/account.ashx?c=join", "/Account.ashx/x?c=join",
-             "/Preset.ashx?c=join&x=Account.ashx" }) {
-        m_log.clear();
+    for (const char *target :
+        {"/account.ashx?c=join", "/Account.ashx/x?c=join", "/Preset.ashx?c=join&x=Account.ashx"}) {
+        log().clear();
         request(QLatin1String(target));
-        EXPECT_EQ(m_log.lines("TRACE"_s).filter("Account operation"_s).size(), 0) << target;
-        EXPECT_THAT(m_log.lines("WARN"_s), IsEmpty());
+        EXPECT_EQ(log().lines("TRACE"_s).filter("Account operation"_s).size(), 0) << target;
+        EXPECT_THAT(log().lines("WARN"_s), IsEmpty());
     }
-    m_log.clear();
+    log().clear();
     request("/some/MyAccount.ashx?c=join"_s);
-    EXPECT_TRUE(m_log.contains("TRACE Account operation: join"_s));
+    EXPECT_TRUE(log().contains("TRACE Account operation: join"_s));
 }
 
 TEST_F(TuneInRequestTest, forgetsTheAccountOperationWithTheNextRequest)
@@ -204,15 +203,15 @@ TEST_F(TuneInRequestTest, forgetsTheAccountOperationWithTheNextRequest)
     QStringList messages;
     onWorker([&] {
         TuneInRequest request(worker());
-        for (const char *target : { "/Account.ashx?c=join", "/Browse.ashx", "/Account.ashx?c=join",
-                 "/Account.ashx", "/Account.ashx?c=auth" })
+        for (const char *target : {"/Account.ashx?c=join", "/Browse.ashx", "/Account.ashx?c=join",
+                 "/Account.ashx", "/Account.ashx?c=auth"})
             messages += request.request(api(QLatin1String(target)), TuneInRequest::Post, m_response)
                             .message()
                             .toString();
     });
     const QString login = "Login failed. Please enter a valid username and password."_s;
     const QString forbidden = "Access forbidden."_s;
-    EXPECT_EQ(messages, QStringList({ login, forbidden, login, forbidden, forbidden }));
+    EXPECT_EQ(messages, QStringList({login, forbidden, login, forbidden, forbidden}));
 }
 
 TEST_F(TuneInRequestTest, judgesAnHtmlPageAsInvalidData)
@@ -226,9 +225,10 @@ TEST_F(TuneInRequestTest, judgesAnHtmlPageAsInvalidData)
 
 TEST_F(TuneInRequestTest, survivesAnswersOfOddShapes)
 {
-    for (const char *body : { "[]", "null", "1", "\"200\"", "true", R"({"head":[]})", R"({"head":"200"})",
-             R"({"head":{"status":["200"]}})", R"({"head":{"status":{"status":"200"}}})",
-             R"({"head":{"status":null}})", R"([{"head":{"status":"200"}}])" }) {
+    for (const char *body :
+        {"[]", "null", "1", "\"200\"", "true", R"({"head":[]})", R"({"head":"200"})",
+            R"({"head":{"status":["200"]}})", R"({"head":{"status":{"status":"200"}}})",
+            R"({"head":{"status":null}})", R"([{"head":{"status":"200"}}])"}) {
         m_response = m_before;
         EXPECT_FALSE(parse(body).isEmpty()) << body;
         expectUntouched();

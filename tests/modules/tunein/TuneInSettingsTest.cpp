@@ -17,16 +17,14 @@ namespace {
 
 const QString TooLong = "0123456789abcdef0123456789abcdef01234567"_s;
 
-class TuneInSettingsTest : public testing::Test, protected TuneInHost
-{
+class TuneInSettingsTest : public testing::Test, protected TuneInHost {
 protected:
-    LogCapture m_log { "CB_TuneIn" };
+    LogCapture m_log {"CB_TuneIn"};
     TuneInSettings m_settings;
 };
 
 /// Counts what it is asked for and has nothing.
-class CountingWorker : public CMAbstractWorker
-{
+class CountingWorker : public CMAbstractWorker {
 public:
     void request(CMRequest request) override
     {
@@ -34,7 +32,7 @@ public:
         request.reply().setError(CMError(TrString("test", "nothing here")));
     }
 
-    std::atomic<int> asked { 0 };
+    std::atomic<int> asked {0};
 };
 
 } // namespace
@@ -99,7 +97,7 @@ TEST_F(TuneInSettingsTest, judgesAMacByItsLengthAlone)
 TEST_F(TuneInSettingsTest, replacesAnInvalidMacByZeros)
 {
     set(VeskSystemMemberIdPath(), QString());
-    for (const QString &mac : { "001A2B3C4D5E"_s, QString(), "00:1A:2B:3C:4D:5E:"_s }) {
+    for (const QString &mac : {"001A2B3C4D5E"_s, QString(), "00:1A:2B:3C:4D:5E:"_s}) {
         set(VeskNetworkStateEthernetMAC(), mac);
         m_log.clear();
         m_settings.load();
@@ -127,8 +125,7 @@ TEST_F(TuneInSettingsTest, cutsASerialOf33CharactersAndKeepsOneOf32)
     set(VeskSystemMemberIdPath(), TooLong.left(33));
     m_settings.load();
     EXPECT_EQ(m_settings.serial(), TooLong.left(32));
-    EXPECT_THAT(m_log.lines("WARN"_s),
-        ElementsAre("Truncated serial number to 32 characters!"_s));
+    EXPECT_THAT(m_log.lines("WARN"_s), ElementsAre("Truncated serial number to 32 characters!"_s));
 
     m_log.clear();
     set(VeskSystemMemberIdPath(), TooLong.left(32));
@@ -159,7 +156,7 @@ TEST_F(TuneInSettingsTest, keepsPlaceholdersInsideValuesAsTheyAre)
 
 TEST(TuneInSettingsOfABareHostTest, areEmptyButForTheSerial)
 {
-    TuneInHost host { QStringList() };
+    TuneInHost host {QStringList()};
     LogCapture log("CB_TuneIn");
     TuneInSettings settings;
     EXPECT_TRUE(settings.load());
@@ -179,7 +176,7 @@ TEST(TuneInSettingsOfABareHostTest, areEmptyButForTheSerial)
 
 TEST(TuneInSettingsOfABareHostTest, readTheMacOnlyWithoutAMemberId)
 {
-    TuneInHost host({ "settings"_s, "system"_s });
+    TuneInHost host({"settings"_s, "system"_s});
     CountingWorker network;
     CMRoot()->addWorker("network"_s, &network);
     TuneInSettings settings;

@@ -18,7 +18,8 @@ TEST(TuneInTimeoutTest, endsAnExchangeThatIsNeverAnsweredAfterThirtySeconds)
     QElapsedTimer elapsed;
     elapsed.start();
     QByteArray out("untouched");
-    const CMError error = static_cast<TuneInHttpClient *>(thread.object())->get(VeskUrl("http://opml.radiotime.com/x"_s), &out);
+    const CMError error = static_cast<TuneInHttpClient *>(thread.object())
+                              ->get(VeskUrl("http://opml.radiotime.com/x"_s), &out);
     EXPECT_EQ(error.message().sourceText(), "Failed to connect to TuneIn"_s);
     EXPECT_EQ(out, QByteArray("untouched"));
     EXPECT_GE(elapsed.elapsed(), 29900);

@@ -1,0 +1,58 @@
+#include "tests/api/web/HttpFixture.h"
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+
+TEST(ScriptedServerTest, recordsWhatItWasAsked)
+{
+    ScriptedServer server(always(answerWith("x")));
+    HttpClient client(nullptr, HttpClient::Default, true);
+    fetch(client, urlOf(server, "/Tune.ashx?id=s1"));
+    send(client, urlOf(server, "/Account.ashx"), "a=1");
+    EXPECT_TRUE(server.waitForRequests(2));
+    EXPECT_THAT(server.requestLines(), ElementsAre("GET /Tune.ashx?id=s1", "POST /Account.ashx"));
+    const ScriptedServer::Request first = server.requests().first();
+    EXPECT_EQ(first.path(), "/Tune.ashx");
+    EXPECT_EQ(first.query(), "id=s1");
+    EXPECT_FALSE(first.header("hOST").isNull());
+    EXPECT_TRUE(first.header("X-None").isNull());
+    const ScriptedServer::Request second = server.requests().last();
+    EXPECT_EQ(second.body, "a=1");
+    EXPECT_EQ(second.path(), "/Account.ashx");
+    EXPECT_EQ(second.query(), "");
+    server.clearRequests();
+    EXPECT_TRUE(server.requests().isEmpty());
+    EXPECT_FALSE(server.waitForRequests(1, 1));
+}
+
+TEST(ScriptedServerTest, namesItsPlaceAsCurlTakesIt)
+{
+    const ScriptedServer server(always(answerWith("x")));
+    EXPECT_EQ(server.connectTo("h"), "h:80:127.0.0.1:" + QByteArray::number(server.port()));
+}
+
+TEST(ScriptedServerTest, endsWhatStallsWhenItIsDestroyed)
+{
+    ScriptedServer::Response response = answerWith("x");
+    response.end = ScriptedServer::End::Stall;
+    auto server = std::make_unique<ScriptedServer>(always(response));
+    HttpClient client(nullptr, HttpClient::Default, true);
+    const HttpClientResult result = waitForExchange([&](HttpClient::Function done) {
+        client.get(urlOf(*server, "/"), HttpClientOptions(), std::move(done));
+        client.get(urlOf(*server, "/end"), withTimeout(1),
+            [&server](const HttpClientResult &) { server.reset(); });
+    });
+    EXPECT_EQ(result.status(), HttpClientStatus::ConnectionLost);
+}
+
+TEST(ScriptedServerTest, goesOnServingWithManyConnections)
+{
+    ScriptedServer::Response response = answerWith("x");
+    response.end = ScriptedServer::End::Close;
+    const ScriptedServer server(always(response));
+    HttpClient client(nullptr, HttpClient::Default, true);
+    for (int i = 0; i < 300; ++i)
+        { const auto r = fetch(client, urlOf(server, "/")); ASSERT_EQ(r.data(), "x") << i << " " << int(r.status()); }
+    EXPECT_EQ(server.connections(), 300);
+}

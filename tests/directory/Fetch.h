@@ -1,0 +1,28 @@
+/// One HTTP exchange for tests, over libcurl, with everything bounded.
+#pragma once
+
+#include <curl/curl.h>
+#include <string>
+
+namespace directory::test {
+
+struct FetchOptions {
+    std::string method = "GET";
+    std::string body; ///< sent when not empty
+    std::string header; ///< one more header line
+    std::string caFile;
+    long timeoutMilliseconds = 10000;
+    long redirects = 0;
+};
+
+struct Fetched {
+    CURLcode code = CURLE_OK;
+    long status = 0;
+    std::string body;
+    std::string headers;
+    double seconds = 0;
+};
+
+Fetched fetch(const std::string &url, const FetchOptions &options = {});
+
+} // namespace directory::test

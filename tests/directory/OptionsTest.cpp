@@ -1,0 +1,52 @@
+#include "directory/Options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using namespace directory;
+
+namespace {
+
+Options parsed(std::vector<const char *> arguments)
+{
+    arguments.insert(arguments.begin(), "tunein-directory");
+    return parseOptions(static_cast<int>(arguments.size()), arguments.data());
+}
+
+TEST(Options, ReadsAllOfThem)
+{
+    const Options options = parsed({"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert",
+        "c.pem", "--key", "k.pem", "--data", "d.yaml", "--request-log", "r.log", "--fault", "stall",
+        "--fault", "http-status@Browse.ashx:403*3"});
+    EXPECT_EQ(options.listen, "127.0.0.1:0");
+    EXPECT_EQ(options.tlsListen, "[::1]:0");
+    EXPECT_EQ(options.certificate, "c.pem");
+    EXPECT_EQ(options.key, "k.pem");
+    EXPECT_EQ(options.data, "d.yaml");
+    EXPECT_EQ(options.requestLog, "r.log");
+    ASSERT_EQ(options.faults.size(), 2u);
+    EXPECT_EQ(options.faults[1].number, 403);
+}
+
+TEST(Options, MistakesAreOneLine)
+{
+    const std::vector<std::vector<const char *>> mistakes {{"--nonsense"}, {"positional"},
+        {"--listen"}, {"--tls-listen", "127.0.0.1:0"}, {"--cert", "c.pem"}, {"--fault", "nonsense"},
+        {"--fault"}};
+    for (const auto &arguments : mistakes) {
+        try {
+            parsed(arguments);
+            ADD_FAILURE() << arguments[0];
+        } catch (const std::invalid_argument &error) {
+            EXPECT_THAT(error.what(), testing::Not(testing::HasSubstr("\n")));
+            EXPECT_STRNE(error.what(), "");
+        }
+    }
+}
+
+TEST(Options, HelpIsNoMistake)
+{
+    EXPECT_NE(parsed({"--help"}).help.find("--fault"), std::string::npos);
+}
+
+} // namespace

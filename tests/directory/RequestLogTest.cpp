@@ -1,0 +1,46 @@
+#include "directory/RequestLog.h"
+
+#include <cstdio>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <stdexcept>
+
+using namespace directory;
+
+namespace {
+
+TEST(RequestLog, KeepsTargetsByteForByte)
+{
+    for (const char *target : {"/", "/Browse.ashx", "/x?", "/x?&&a", "/x?a=%7e%C3&b=+&c", "*",
+             "/x?a=1&", "/x?passwordx=1&xpassword=2&pass=3"})
+        EXPECT_EQ(withoutPasswords(target), target);
+}
+
+TEST(RequestLog, HidesPasswordsHoweverTheyAreWritten)
+{
+    EXPECT_EQ(withoutPasswords("/Account.ashx?c=auth&password=s%26x&serial=S"),
+        "/Account.ashx?c=auth&password=***&serial=S");
+    EXPECT_EQ(withoutPasswords("/x?PassWord=a"), "/x?PassWord=***");
+    EXPECT_EQ(withoutPasswords("/x?%70assword=a&password="), "/x?%70assword=***&password=***");
+    EXPECT_EQ(withoutPasswords("/x?password=a=b"), "/x?password=***");
+}
+
+TEST(RequestLog, AppendsALinePerRequestAtOnce)
+{
+    const std::string file = testing::TempDir() + "request-log-test.log";
+    std::ofstream(file) << "before\n";
+    RequestLog log(file);
+    log.write("GET", "/Browse.ashx?c=music");
+    std::stringstream text;
+    text << std::ifstream(file).rdbuf();
+    EXPECT_EQ(text.str(), "before\nGET /Browse.ashx?c=music\n");
+    std::remove(file.c_str());
+}
+
+TEST(RequestLog, SaysThatItCannotBeOpened)
+{
+    EXPECT_THROW(RequestLog("/nonexistent/folder/log"), std::runtime_error);
+}
+
+} // namespace

@@ -1,0 +1,173 @@
+#include "host/HostCommandLine.h"
+
+#include "api/tunein/VeskTuneInPaths.h"
+#include "api/values/VeskValuePaths.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+HostCommandLine parse(const QStringList &arguments)
+{
+    return parseHostCommandLine(arguments);
+}
+
+QStringList words(const char *line)
+{
+    return QString::fromUtf8(line).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+TEST(HostCommandLineTest, HasDefaults)
+{
+    const HostCommandLine line = parse({});
+    ASSERT_TRUE(line.run);
+    EXPECT_EQ(line.options.listen.address, QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(line.options.listen.port, 8765);
+    EXPECT_EQ(line.options.audio, QStringLiteral("auto"));
+    EXPECT_EQ(line.options.logLevel, QStringLiteral("info"));
+    EXPECT_TRUE(line.options.plugins.isEmpty());
+}
+
+TEST(HostCommandLineTest, ReadsEveryOption)
+{
+    const HostCommandLine line = parse(
+        words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
+              "--set settings:tunein/partnerId=a=b --set network:connected=true "
+              "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
+              "--ca-file ca.pem --audio wav:out.wav --state-dir s --log-level trace --log-file l"));
+    ASSERT_TRUE(line.run) << line.text.toStdString();
+    const HostOptions &options = line.options;
+    ASSERT_EQ(options.plugins.size(), 2);
+    EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("tunein"));
+    EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("b"));
+    EXPECT_EQ(options.listen.address, QStringLiteral("::1"));
+    EXPECT_EQ(options.listen.port, 0);
+    ASSERT_EQ(options.pinned.size(), 2);
+    EXPECT_EQ(options.pinned.at(0).first, VeskTuneInPartnerIdPath());
+    EXPECT_EQ(options.pinned.at(0).second.string_(), QStringLiteral("a=b"));
+    EXPECT_TRUE(options.pinned.at(1).second.bool_());
+    EXPECT_EQ(options.connectTo.size(), 2);
+    EXPECT_EQ(options.caFile, QStringLiteral("ca.pem"));
+    EXPECT_EQ(options.audio, QStringLiteral("wav:out.wav"));
+    EXPECT_EQ(options.stateFolder, QStringLiteral("s"));
+    EXPECT_EQ(options.logLevel, QStringLiteral("trace"));
+    EXPECT_EQ(options.logFile, QStringLiteral("l"));
+}
+
+TEST(HostCommandLineTest, AnEmptyTextIsAValueToo)
+{
+    const HostCommandLine line
+        = parse({QStringLiteral("--set"), QStringLiteral("settings:tunein/supportedStreams=")});
+    ASSERT_TRUE(line.run);
+    EXPECT_EQ(line.options.pinned.first().second.type(), VeskValueType::string_);
+}
+
+class BadCommandLineTest : public testing::TestWithParam<const char *> { };
+
+TEST_P(BadCommandLineTest, EndsWithStatusTwoAndAReason)
+{
+    const HostCommandLine line = parse(words(GetParam()));
+    EXPECT_FALSE(line.run);
+    EXPECT_EQ(line.status, 2);
+    EXPECT_FALSE(line.text.isEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
+    testing::Values("extra", "--unknown", "--plugin", "--listen", "--listen 8765",
+        "--listen 127.0.0.1", "--listen 127.0.0.1:", "--listen 127.0.0.1:x",
+        "--listen 127.0.0.1:65536", "--listen 127.0.0.1:-1", "--listen 0.0.0.0:8765",
+        "--listen 192.168.1.1:80", "--listen [::]:80", "--listen ::1:80", "--listen :80",
+        "--listen example.org:80", "--listen 127.0.0.1:1 --listen 127.0.0.1:2",
+        "--set settings:tunein/partnerId", "--set nothing=1", "--set settings:nothing=1",
+        "--set settings:tunein/enabledFixItWizard=maybe", "--set =x", "--set network:connected=",
+        "--connect-to a", "--connect-to a:1:b", "--connect-to a:1:b:2:3", "--connect-to a:x:b:1",
+        "--audio loud", "--audio wav:", "--log-level verbose", "--log-level INFO",
+        "--config /nonexistent/file", "--plugin a.so b.so"));
+
+TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
+{
+    for (const char *option : {"--listen", "--audio", "--plugin", "--config", "--state-dir",
+             "--log-level", "--log-file", "--ca-file", "--set", "--connect-to"})
+        EXPECT_EQ(parse({QString::fromLatin1(option), QString()}).status, 2) << option;
+}
+
+TEST(HostCommandLineTest, HelpIsNoFailure)
+{
+    const HostCommandLine line = parse({QStringLiteral("--help")});
+    EXPECT_FALSE(line.run);
+    EXPECT_EQ(line.status, 0);
+    EXPECT_TRUE(line.text.contains(QStringLiteral("--connect-to")));
+}
+
+class HostConfigFileTest : public testing::Test {
+protected:
+    HostCommandLine parseWith(const QByteArray &content, const char *more = "")
+    {
+        QFile file(m_folder.filePath(QStringLiteral("host.json")));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(content);
+        file.close();
+        return parse(QStringList {QStringLiteral("--config"), file.fileName()} + words(more));
+    }
+
+    QTemporaryDir m_folder;
+};
+
+const char WholeConfig[] = R"({
+    "plugins": ["p/libvesk_cb_a.so", {"file": "/b.so", "serviceId": "bee"}],
+    "listen": "localhost:1234",
+    "values": {"settings:tunein/partnerId": "file", "network:connected": true},
+    "connectTo": ["a:80:b:81"],
+    "audio": "null", "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "caFile": "ca"
+})";
+
+TEST_F(HostConfigFileTest, GivesTheSameOptions)
+{
+    const HostCommandLine line = parseWith(WholeConfig);
+    ASSERT_TRUE(line.run) << line.text.toStdString();
+    const HostOptions &options = line.options;
+    ASSERT_EQ(options.plugins.size(), 2);
+    EXPECT_EQ(options.plugins.at(0).file, m_folder.filePath(QStringLiteral("p/libvesk_cb_a.so")));
+    EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("a"));
+    EXPECT_EQ(options.plugins.at(1).file, QStringLiteral("/b.so"));
+    EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("bee"));
+    EXPECT_EQ(options.listen.port, 1234);
+    EXPECT_EQ(options.pinned.size(), 2);
+    EXPECT_EQ(options.connectTo, QStringList {QStringLiteral("a:80:b:81")});
+    EXPECT_EQ(options.audio, QStringLiteral("null"));
+    EXPECT_EQ(options.stateFolder, m_folder.filePath(QStringLiteral("state")));
+    EXPECT_EQ(options.logLevel, QStringLiteral("warn"));
+    EXPECT_EQ(options.logFile, QStringLiteral("/log"));
+    EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
+}
+
+TEST_F(HostConfigFileTest, TheCommandLineWins)
+{
+    const HostCommandLine line = parseWith(WholeConfig,
+        "--plugin c.so --listen 127.0.0.1:5 --set settings:tunein/partnerId=line --audio auto");
+    ASSERT_TRUE(line.run);
+    ASSERT_EQ(line.options.plugins.size(), 1);
+    EXPECT_EQ(line.options.plugins.first().file, QStringLiteral("c.so"));
+    EXPECT_EQ(line.options.listen.port, 5);
+    EXPECT_EQ(line.options.audio, QStringLiteral("auto"));
+    EXPECT_EQ(line.options.pinned.last().second.string_(), QStringLiteral("line"));
+    EXPECT_EQ(line.options.pinned.size(), 3) << "the other value of the file still counts";
+}
+
+TEST_F(HostConfigFileTest, WhatItSaysWrongIsBadUsage)
+{
+    for (const char *content : {"", "[]", "{", "{\"listen\": 5}", "{\"listne\": \"localhost:1\"}",
+             "{\"plugins\": \"a.so\"}", "{\"plugins\": [5]}", "{\"plugins\": [{}]}",
+             "{\"values\": []}", "{\"values\": {\"settings:nothing\": 1}}",
+             "{\"values\": {\"network:connected\": \"perhaps\"}}", "{\"connectTo\": [\"a\"]}",
+             "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}"}) {
+        const HostCommandLine line = parseWith(content);
+        EXPECT_FALSE(line.run) << content;
+        EXPECT_EQ(line.status, 2) << content;
+    }
+}
+
+} // namespace

@@ -1,0 +1,276 @@
+#include "tests/host/HostProcess.h"
+
+#include "ctl/RpcClient.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <future>
+
+namespace {
+
+QString plugin(const char *name)
+{
+    return QStringLiteral(TEST_PLUGINS "/libvesk_cb_%1.so").arg(QLatin1String(name));
+}
+
+QStringList plugins(std::initializer_list<const char *> names)
+{
+    QStringList arguments;
+    for (const char *name : names)
+        arguments += {QStringLiteral("--plugin"), plugin(name)};
+    return arguments;
+}
+
+std::unique_ptr<HostProcess> start(const QStringList &arguments)
+{
+    return std::make_unique<HostProcess>(QStringLiteral(HOST_PROGRAM), arguments);
+}
+
+QVariantHash rows(const QString &url, const char *path, const QStringList &roles)
+{
+    return RpcClient(url)
+        .call(QStringLiteral("getRows"),
+            {{QStringLiteral("path"), QLatin1String(path)}, {QStringLiteral("roles"), roles}})
+        .result.toHash();
+}
+
+QVariant value(const QString &url, const char *path)
+{
+    const QVariantHash result
+        = RpcClient(url)
+              .call(QStringLiteral("getData"),
+                  {{QStringLiteral("path"), QLatin1String(path)},
+                      {QStringLiteral("roles"), QStringList {QStringLiteral("value")}}})
+              .result.toHash();
+    return result.value(QStringLiteral("values")).toList().value(0);
+}
+
+TEST(HostProcessTest, SaysThatItIsReadyInOneLineAndEndsCleanly)
+{
+    for (const int number : {SIGTERM, SIGINT}) {
+        const auto host = start(plugins({"good"}));
+        ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+        EXPECT_THAT(host->output().toStdString(),
+            testing::MatchesRegex("vesk-host: ready at http://127\\.0\\.0\\.1:[0-9]+/\n"));
+        host->signal(number);
+        EXPECT_EQ(host->waitForEnd(), 0) << host->errors().toStdString();
+        EXPECT_EQ(host->output().count('\n'), 1);
+    }
+}
+
+TEST(HostProcessTest, ServesItsPlugIns)
+{
+    const auto host = start(plugins({"good"}));
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const QVariantHash services
+        = rows(host->url(), "host:", {QStringLiteral("title"), QStringLiteral("path")});
+    EXPECT_EQ(services.value(QStringLiteral("rows")).toList(),
+        (QVariantList {
+            QVariant(QVariantList {QStringLiteral("Good plug-in"), QStringLiteral("Good:")})}));
+    const QVariantHash screen = rows(host->url(), "Good:", {QStringLiteral("id")});
+    EXPECT_EQ(screen.value(QStringLiteral("rows")).toList(),
+        (QVariantList {QVariant(QVariantList {QStringLiteral("good")})}))
+        << "the service id comes from the file's name";
+}
+
+TEST(HostProcessTest, GoesOnWithoutPlugInsThatCannotBeLoaded)
+{
+    const auto host
+        = start(plugins({"null", "good", "noentry", "missing", "throwing", "good_too"}));
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const QVariantHash services = rows(host->url(), "host:services",
+        {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("description")});
+    const QVariantList list = services.value(QStringLiteral("rows")).toList();
+    ASSERT_EQ(list.size(), 6);
+    EXPECT_EQ(list.at(1).toList().at(0), QStringLiteral("Good:"));
+    for (const int failed : {0, 2, 3, 4, 5}) {
+        EXPECT_TRUE(list.at(failed).toList().at(0).isNull()) << failed;
+        EXPECT_THAT(list.at(failed).toList().at(1).toString().toStdString(),
+            testing::HasSubstr("could not be loaded"));
+        EXPECT_FALSE(list.at(failed).toList().at(2).toString().isEmpty()) << failed;
+    }
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+}
+
+TEST(HostProcessTest, KeepsSettingsFromOneRunToTheNext)
+{
+    const QTemporaryDir folder;
+    const QStringList arguments
+        = plugins({"good"}) + QStringList {QStringLiteral("--state-dir"), folder.path()};
+    QVariant memberId;
+    {
+        const auto host = start(arguments);
+        ASSERT_TRUE(host->isReady());
+        memberId = value(host->url(), "system:memberId");
+        const RpcAnswer answer
+            = RpcClient(host->url())
+                  .call(QStringLiteral("setData"),
+                      {{QStringLiteral("path"), QStringLiteral("settings:tunein/partnerId")},
+                          {QStringLiteral("role"), QStringLiteral("value")},
+                          {QStringLiteral("value"), QStringLiteral("abc")}});
+        EXPECT_EQ(answer.kind, RpcAnswer::Result) << answer.message.toStdString();
+        host->terminate();
+        ASSERT_EQ(host->waitForEnd(), 0);
+    }
+    const auto host = start(arguments);
+    EXPECT_EQ(
+        value(host->url(), "settings:tunein/partnerId").toHash().value(QStringLiteral("string_")),
+        QStringLiteral("abc"));
+    EXPECT_EQ(value(host->url(), "system:memberId"), memberId);
+}
+
+TEST(HostProcessTest, AValueThatIsSetAtStartStaysAsItIs)
+{
+    const auto host = start(plugins({"good"})
+        + QStringList {QStringLiteral("--set"), QStringLiteral("network:connected=true"),
+            QStringLiteral("--set"), QStringLiteral("settings:tunein/partnerId=pinned")});
+    ASSERT_TRUE(host->isReady());
+    EXPECT_EQ(
+        value(host->url(), "network:connected").toHash().value(QStringLiteral("bool_")), true);
+    const RpcAnswer answer
+        = RpcClient(host->url())
+              .call(QStringLiteral("setData"),
+                  {{QStringLiteral("path"), QStringLiteral("settings:tunein/partnerId")},
+                      {QStringLiteral("role"), QStringLiteral("value")},
+                      {QStringLiteral("value"), QStringLiteral("other")}});
+    EXPECT_EQ(answer.kind, RpcAnswer::Error);
+    EXPECT_EQ(
+        value(host->url(), "settings:tunein/partnerId").toHash().value(QStringLiteral("string_")),
+        QStringLiteral("pinned"));
+    QFile kept(host->stateFolder() + QStringLiteral("/vesk/settings.json"));
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_FALSE(kept.readAll().contains("pinned"));
+}
+
+TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
+{
+    ScriptedServer service([](const ScriptedServer::Request &) {
+        ScriptedServer::Response response;
+        response.end = ScriptedServer::End::StallBeforeHead;
+        return response;
+    });
+    const auto host = start(plugins({"busy", "good"})
+        + QStringList {QStringLiteral("--set"),
+            QStringLiteral("settings:tunein/browseIndexUrl=http://127.0.0.1:%1/")
+                .arg(service.port())});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const auto asking = std::async(std::launch::async, [url = host->url()] {
+        return RpcClient(url).call(
+            QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}});
+    });
+    ASSERT_TRUE(service.waitForRequests(1));
+
+    QElapsedTimer elapsed;
+    elapsed.start();
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0) << host->errors().toStdString();
+    EXPECT_LT(elapsed.elapsed(), 10000) << "the exchange itself would last 30 seconds";
+}
+
+TEST(HostProcessTest, OneServiceThatWaitsDoesNotHoldUpAnother)
+{
+    ScriptedServer service([](const ScriptedServer::Request &) {
+        ScriptedServer::Response response;
+        response.end = ScriptedServer::End::StallBeforeHead;
+        return response;
+    });
+    const auto host = start(plugins({"busy", "good"})
+        + QStringList {QStringLiteral("--set"),
+            QStringLiteral("settings:tunein/browseIndexUrl=http://127.0.0.1:%1/")
+                .arg(service.port())});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const auto asking = std::async(std::launch::async, [url = host->url()] {
+        return RpcClient(url).call(
+            QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}});
+    });
+    ASSERT_TRUE(service.waitForRequests(1));
+    EXPECT_EQ(rows(host->url(), "Good:", {}).value(QStringLiteral("rowsCount")), 1);
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+}
+
+TEST(HostProcessTest, ConnectsElsewhereForANameWhenItIsTold)
+{
+    ScriptedServer service([](const ScriptedServer::Request &) {
+        return ScriptedServer::Response {200, "here", {}, ScriptedServer::End::Complete, 0};
+    });
+    const auto host = start(plugins({"busy"})
+        + QStringList {QStringLiteral("--set"),
+            QStringLiteral("settings:tunein/browseIndexUrl=http://far.example/x"),
+            QStringLiteral("--connect-to"), QString::fromLatin1(service.connectTo("far.example"))});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const QVariantHash result
+        = RpcClient(host->url())
+              .call(QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}})
+              .result.toHash();
+    EXPECT_EQ(result.value(QStringLiteral("values")).toList(), QVariantList {0});
+    EXPECT_EQ(service.requests().value(0).header("Host"), "far.example");
+}
+
+TEST(HostProcessTest, BadUsageIsStatusTwoAndOneLine)
+{
+    for (const QStringList &arguments :
+        {QStringList {QStringLiteral("--listen"), QStringLiteral("0.0.0.0:1")},
+            QStringList {QStringLiteral("--nonsense")},
+            QStringList {QStringLiteral("--set"), QStringLiteral("settings:nothing=1")},
+            QStringList {QStringLiteral("--ca-file"), QStringLiteral("/nonexistent")},
+            QStringList {QStringLiteral("--log-file"), QStringLiteral("/nonexistent/log")},
+            QStringList {QStringLiteral("--config"), QStringLiteral("/nonexistent")}}) {
+        const auto host = start(arguments);
+        EXPECT_FALSE(host->isReady());
+        EXPECT_EQ(host->waitForEnd(), 2) << arguments.first().toStdString();
+        EXPECT_EQ(host->output(), "");
+        EXPECT_THAT(host->errors().toStdString(), testing::MatchesRegex("vesk-host: [^\n]+\n"));
+    }
+}
+
+TEST(HostProcessTest, FailsWhenItsPortIsTaken)
+{
+    const auto first = start(plugins({"good"}));
+    ASSERT_TRUE(first->isReady());
+    const QString address = first->url().mid(7).chopped(1);
+    const auto second
+        = start(plugins({"good"}) + QStringList {QStringLiteral("--listen"), address});
+    EXPECT_FALSE(second->isReady());
+    EXPECT_EQ(second->waitForEnd(), 1);
+    EXPECT_EQ(second->output(), "");
+}
+
+TEST(HostProcessTest, LogsToAFileWhenItIsTold)
+{
+    const QTemporaryDir folder;
+    const QString log = folder.filePath(QStringLiteral("host.log"));
+    const auto host = start(plugins({"good"})
+        + QStringList {QStringLiteral("--log-file"), log, QStringLiteral("--log-level"),
+            QStringLiteral("debug")});
+    ASSERT_TRUE(host->isReady());
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_EQ(host->errors(), "");
+    QFile file(log);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_THAT(file.readAll().toStdString(), testing::HasSubstr("serves Good:"));
+}
+
+TEST(HostProcessTest, ReadsAConfigurationFile)
+{
+    const QTemporaryDir folder;
+    QFile config(folder.filePath(QStringLiteral("host.json")));
+    ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+    config.write("{\"plugins\": [{\"file\": \"" + plugin("good").toUtf8()
+        + "\", \"serviceId\": \"named\"}], \"listen\": \"127.0.0.1:0\"}");
+    config.close();
+    const auto host = start({QStringLiteral("--config"), config.fileName()});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    EXPECT_EQ(
+        rows(host->url(), "Good:", {QStringLiteral("id")}).value(QStringLiteral("rows")).toList(),
+        (QVariantList {QVariant(QVariantList {QStringLiteral("named")})}));
+}
+
+} // namespace

@@ -1,0 +1,8 @@
+#include <QtGlobal>
+
+#include <stdexcept>
+
+extern "C" Q_DECL_EXPORT void *worker_create(const char *, void *)
+{
+    throw std::runtime_error("no licence");
+}

@@ -1,0 +1,257 @@
+#include "host/rpc/RpcMethods.h"
+
+#include "api/core/Language.h"
+#include "api/nodes/CMListRowsNode.h"
+#include "api/nodes/CMNodesWorker.h"
+#include "api/nodes/CMValuesWorker.h"
+#include "api/web/VeskJson.h"
+#include "tests/support/WorkerThread.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+class Peer : public JsonRpcPeer {
+public:
+    void notify(const QString &method, const QVariant &params) override
+    {
+        notifications.append(jsonRpcNotification(method, params));
+    }
+
+    QList<QByteArray> notifications;
+};
+
+CMPath path(const char *text)
+{
+    return CMPath::fromEncoded(QString::fromLatin1(text));
+}
+
+/// A node that fails every request.
+class FailingNode : public CMNode {
+public:
+    using CMNode::CMNode;
+
+    bool getDataRequest(const CMGetDataRequest &request) override
+    {
+        request.reply().setError(CMError(QStringLiteral("err:7"),
+            TrString("Test", "No associated account"), TrString("Test", "Sorry")));
+        return true;
+    }
+    bool getRowsRequest(const CMGetRowsRequest &) override { return false; }
+};
+
+/// A values worker ("settings") and a nodes worker ("Test") with a list of two rows at "list".
+class RpcMethodsTest : public testing::Test {
+protected:
+    RpcMethodsTest()
+        : m_worker({}, QStringLiteral("Test"))
+    {
+        m_values.define(path("settings:name"), VeskValue::fromString(QStringLiteral("old")),
+            CMValuesWorker::Writable, TrString("Test", "Name"));
+        m_values.define(path("settings:fixed"), VeskValue::fromBool(true));
+        m_root.addWorker(QStringLiteral("settings"), &m_values);
+
+        CMListRowsNode *list
+            = CMListRowsNode::create(m_worker.nodes(), m_worker.addPrefix(QStringLiteral("list")));
+        list->setTitle(TrString("Test", "A list"));
+        VeskRoles row;
+        row.setTitle(Language::ntr(QStringLiteral("A \"row\"")));
+        row.setType(VeskRolesType::Audio());
+        row.setPath(m_worker.addPrefix(QStringLiteral("x?a=b c")));
+        list->rowsAppend(row);
+        list->rowsAppend(path("settings:name"));
+        (new FailingNode(m_worker.addPrefix(QStringLiteral("failing"))))
+            ->setNodes(m_worker.nodes());
+    }
+    ~RpcMethodsTest() override { m_root.removeWorker(&m_values); }
+
+    QVariantHash ask(
+        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+    {
+        QByteArray answer;
+        bool answered = false;
+        m_rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"" + method
+                + "\",\"params\":" + params + "}",
+            peer, [&](const QByteArray &bytes) {
+                answer = bytes;
+                answered = true;
+            });
+        EXPECT_TRUE(spinUntil([&] { return answered; }));
+        VeskError error;
+        return VeskJson::parse(answer, error).toHash();
+    }
+
+    QByteArray resultOf(
+        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+    {
+        return VeskJson::write(ask(method, params, peer).value(QStringLiteral("result")));
+    }
+
+    QVariantHash errorOf(
+        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+    {
+        return ask(method, params, peer).value(QStringLiteral("error")).toHash();
+    }
+
+    int codeOf(const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+    {
+        return errorOf(method, params, peer).value(QStringLiteral("code")).toInt();
+    }
+
+    CMRootWorker m_root;
+    CMValuesWorker m_values;
+    CMNodesWorker m_worker;
+    JsonRpcDispatcher m_rpc;
+    RpcMethods m_methods {&m_rpc};
+};
+
+TEST_F(RpcMethodsTest, GetRowsAnswersRowsInTheOrderOfTheRoles)
+{
+    const QVariantHash answer
+        = ask("getRows", R"({"path":"Test:list","roles":["path","title","icon"]})")
+              .value(QStringLiteral("result"))
+              .toHash();
+    EXPECT_EQ(answer.value(QStringLiteral("rowsCount")), 2);
+    EXPECT_EQ(VeskJson::write(answer.value(QStringLiteral("rows"))),
+        R"([["Test:x?a=b%20c","A \"row\"",null],["settings:name","Name",null]])");
+    EXPECT_EQ(answer.value(QStringLiteral("roles")).toHash().value(QStringLiteral("title")),
+        QStringLiteral("A list"));
+}
+
+TEST_F(RpcMethodsTest, GetRowsAnswersTheRangeThatIsAskedFor)
+{
+    EXPECT_THAT(resultOf("getRows", R"({"path":"Test:list","roles":["title"],"first":1,"last":1})")
+                    .toStdString(),
+        testing::HasSubstr(R"("rows":[["Name"]],"rowsCount":2)"));
+    EXPECT_THAT(
+        resultOf("getRows", R"({"path":"Test:list","roles":["title"],"first":5})").toStdString(),
+        testing::HasSubstr(R"("rows":[],"rowsCount":2)"));
+}
+
+TEST_F(RpcMethodsTest, GetRowsWithoutRolesAnswersAllOfThem)
+{
+    const QVariantList rows = ask("getRows", R"({"path":"Test:list"})")
+                                  .value(QStringLiteral("result"))
+                                  .toHash()
+                                  .value(QStringLiteral("rows"))
+                                  .toList();
+    ASSERT_EQ(rows.size(), 2);
+    EXPECT_EQ(rows.first().toList().size(), VeskRoles::all().size());
+    EXPECT_EQ(rows.first().toList().value(VeskRoles::all().indexOf(VeskRoles::Type())), 3);
+}
+
+TEST_F(RpcMethodsTest, GetDataAnswersInTheOrderOfTheRoles)
+{
+    EXPECT_EQ(
+        resultOf("getData", R"({"path":"settings:name","roles":["title","value","nothing"]})"),
+        R"({"values":["Name",{"string_":"old","type":4},null]})");
+}
+
+TEST_F(RpcMethodsTest, SetDataChangesAValue)
+{
+    resultOf("setData", R"({"path":"settings:name","role":"value","value":"new"})");
+    EXPECT_EQ(m_values.value(path("settings:name")).string_(), QStringLiteral("new"));
+}
+
+TEST_F(RpcMethodsTest, SetDataTellsWhatCannotBeChanged)
+{
+    EXPECT_EQ(
+        codeOf("setData", R"({"path":"settings:fixed","role":"value","value":false})"), -32000);
+    EXPECT_TRUE(m_values.value(path("settings:fixed")).bool_());
+}
+
+TEST_F(RpcMethodsTest, APathWithoutNodeHasACodeOfItsOwn)
+{
+    for (const char *missing : {"Test:nothing", "Other:list", "settings:nothing"}) {
+        const QByteArray params = QByteArray("{\"path\":\"") + missing + "\"}";
+        EXPECT_EQ(codeOf("getRows", params), -32001) << missing;
+        EXPECT_EQ(codeOf("getData", params), -32001) << missing;
+    }
+}
+
+TEST_F(RpcMethodsTest, AnErrorIsToldWithMessageNameAndTitle)
+{
+    const QVariantHash error = errorOf("getData", R"({"path":"Test:failing"})");
+    EXPECT_EQ(VeskJson::write(error),
+        R"({"code":-32000,"data":{"name":"err:7","title":"Sorry"},"message":"No associated account"})");
+}
+
+TEST_F(RpcMethodsTest, ARequestThatItsNodeDoesNotTakeIsAnsweredWithAnError)
+{
+    EXPECT_NE(codeOf("getRows", R"({"path":"Test:failing"})"), 0);
+}
+
+TEST_F(RpcMethodsTest, RefusesBadParameters)
+{
+    for (const char *method : {"getRows", "getData", "setData"}) {
+        for (const char *params : {"{}", R"({"path":1})", R"({"path":""})",
+                 R"({"path":"Test:%zz","role":"value","value":1})",
+                 R"({"path":"Test:list","roles":"title","role":5,"value":1})"})
+            EXPECT_EQ(codeOf(method, params), -32602) << method << params;
+    }
+    EXPECT_EQ(codeOf("getRows", R"({"path":"Test:list","first":-1})"), -32602);
+    EXPECT_EQ(codeOf("setData", R"({"path":"settings:name","role":"value"})"), -32602);
+}
+
+TEST_F(RpcMethodsTest, ASubscriberIsToldOfChangesUntilItUnsubscribes)
+{
+    Peer peer;
+    EXPECT_EQ(resultOf("subscribe", R"({"path":"settings:name"})", &peer), "{}");
+    m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("a")));
+    ASSERT_TRUE(spinUntil([&] { return peer.notifications.size() == 1; }));
+    EXPECT_EQ(peer.notifications.first(),
+        R"({"jsonrpc":"2.0","method":"changed","params":{"first":-1,"kind":"valueChanged","last":-1,"path":"settings:name"}})");
+
+    EXPECT_EQ(resultOf("unsubscribe", R"({"path":"settings:name"})", &peer), "{}");
+    EXPECT_EQ(resultOf("subscribe", R"({"path":"settings:fixed"})", &peer), "{}");
+    m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("b")));
+    m_values.setValue(path("settings:fixed"), VeskValue::fromBool(false));
+    ASSERT_TRUE(spinUntil([&] { return peer.notifications.size() == 2; }));
+    EXPECT_THAT(peer.notifications.last().toStdString(), testing::HasSubstr("settings:fixed"));
+}
+
+TEST_F(RpcMethodsTest, SubscribingTwiceIsSubscribingOnce)
+{
+    Peer peer;
+    resultOf("subscribe", R"({"path":"settings:name"})", &peer);
+    resultOf("subscribe", R"({"path":"settings:name"})", &peer);
+    resultOf("subscribe", R"({"path":"settings:fixed"})", &peer);
+    m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("a")));
+    m_values.setValue(path("settings:fixed"), VeskValue::fromBool(false));
+    ASSERT_TRUE(spinUntil([&] {
+        return !peer.notifications.isEmpty() && peer.notifications.last().contains("fixed");
+    }));
+    EXPECT_EQ(peer.notifications.size(), 2);
+}
+
+TEST_F(RpcMethodsTest, SubscriptionsNeedALastingConnection)
+{
+    EXPECT_EQ(codeOf("subscribe", R"({"path":"settings:name"})"), -32601);
+    EXPECT_EQ(codeOf("unsubscribe", R"({"path":"settings:name"})"), -32601);
+}
+
+TEST_F(RpcMethodsTest, OnePeerHasAtMost256Subscriptions)
+{
+    Peer peer;
+    for (int i = 0; i < 256; ++i) {
+        const QByteArray params = "{\"path\":\"Test:list?n=" + QByteArray::number(i) + "\"}";
+        EXPECT_EQ(resultOf("subscribe", params, &peer), "{}");
+    }
+    EXPECT_EQ(codeOf("subscribe", R"({"path":"Test:list?n=x"})", &peer), -32003);
+    resultOf("unsubscribe", R"({"path":"Test:list?n=0"})", &peer);
+    EXPECT_EQ(resultOf("subscribe", R"({"path":"Test:list?n=x"})", &peer), "{}");
+}
+
+TEST_F(RpcMethodsTest, ChangesAfterAPeerHasGoneGoNowhere)
+{
+    {
+        Peer peer;
+        resultOf("subscribe", R"({"path":"settings:name"})", &peer);
+        m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("a")));
+    }
+    m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("b")));
+    EXPECT_EQ(resultOf("getData", R"({"path":"settings:name","roles":["title"]})"),
+        R"({"values":["Name"]})");
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+#include "modules/tunein/NewQThread.h"
+
+#include "tests/modules/tunein/TuneInHost.h"
+#include "tests/support/WorkerThread.h"
+
+#include <QPointer>
+
+#include <gtest/gtest.h>
+
+#include <pthread.h>
+
+#include <array>
+#include <future>
+
+namespace {
+
+/// Remembers where it was built.
+class Probe : public QObject {
+public:
+    Probe()
+        : builtOn(QThread::currentThread())
+    {
+        std::array<char, 16> buffer {};
+        pthread_getname_np(pthread_self(), buffer.data(), buffer.size());
+        threadName = QString::fromLatin1(buffer.data());
+    }
+
+    QThread *builtOn;
+    QString threadName;
+};
+
+/// Deletes \a probe on its thread, which then ends.
+void end(Probe *probe)
+{
+    const QPointer<QThread> thread(probe->thread());
+    QMetaObject::invokeMethod(probe, [probe] {
+        delete probe;
+        QThread::currentThread()->exit();
+    });
+    EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
+}
+
+} // namespace
+
+TEST(NewQThreadTest, buildsItsObjectOnANewThreadOfTheGivenName)
+{
+    Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
+    ASSERT_NE(probe, nullptr);
+    EXPECT_NE(probe->builtOn, QThread::currentThread());
+    EXPECT_EQ(probe->builtOn, probe->thread());
+    EXPECT_EQ(probe->threadName, "ProbeThread"_s);
+    end(probe);
+}
+
+TEST(NewQThreadTest, runsAnEventLoopForItsObject)
+{
+    Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
+    std::promise<QThread *> ranOn;
+    QMetaObject::invokeMethod(probe, [&] { ranOn.set_value(QThread::currentThread()); });
+    EXPECT_EQ(ranOn.get_future().get(), probe->thread());
+    end(probe);
+}
+
+TEST(NewQThreadTest, startsAThreadForEachObject)
+{
+    Probe *first = createInNewQThread<Probe>("ProbeThread"_s);
+    Probe *second = createInNewQThread<Probe>("ProbeThread"_s);
+    EXPECT_NE(first->thread(), second->thread());
+    end(first);
+    end(second);
+}
+
+TEST(NewQThreadTest, deletesItselfEvenWhenTheCallersEventLoopNeverRunsAgain)
+{
+    QPointer<QThread> thread;
+    std::thread caller([&thread] {
+        Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
+        thread = probe->thread();
+        QMetaObject::invokeMethod(probe, [probe] {
+            delete probe;
+            QThread::currentThread()->exit();
+        });
+        joinNewQThread(thread);
+        EXPECT_TRUE(thread.isNull());
+    });
+    caller.join();
+}
