@@ -57,9 +57,9 @@ SettingsFile::SettingsFile(const QString &folder)
 
 KeptSettings SettingsFile::read()
 {
-    QFile file(m_file);
-    if (m_file.isEmpty() || !file.exists())
+    if (m_file.isEmpty() || !QFile::exists(m_file))
         return {};
+    QFile file(m_file);
     QVariant content;
     VeskError error;
     if (file.open(QIODevice::ReadOnly)) {

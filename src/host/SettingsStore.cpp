@@ -92,15 +92,17 @@ void SettingsStore::valueChanged(const CMPath &path, const VeskValue &value)
 
 void SettingsStore::changed()
 {
+    m_dirty = true;
     // Changes that come together are written together.
-    if (!m_dirty)
+    if (!m_scheduled)
         QMetaObject::invokeMethod(
             this, [this] { flush(); }, Qt::QueuedConnection);
-    m_dirty = true;
+    m_scheduled = true;
 }
 
 bool SettingsStore::flush()
 {
+    m_scheduled = false;
     if (!m_dirty)
         return true;
     m_dirty = !m_file.write(m_kept);

@@ -31,5 +31,6 @@ private:
     SettingsFile m_file;
     CMValuesWorker *const m_values;
     KeptSettings m_kept;
-    bool m_dirty = false;
+    bool m_dirty = false; ///< something is not written yet
+    bool m_scheduled = false; ///< and will be once the event loop runs
 };

@@ -7,8 +7,7 @@
 
 /// Keeps the log records that are written while it lives, of one logger and at every level, for
 /// tests that compare texts. Any thread may log.
-class LogCapture
-{
+class LogCapture {
 public:
     explicit LogCapture(const char *loggerName);
     ~LogCapture();

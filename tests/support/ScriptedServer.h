@@ -10,8 +10,7 @@
 /// An HTTP/1.1 server on a free loopback port, for tests: each request is recorded and answered by
 /// the handler, which runs on the server's threads, one per connection. Connections are kept alive.
 /// Destroying the server closes everything, also what stalls.
-class ScriptedServer
-{
+class ScriptedServer {
 public:
     using Headers = QList<QPair<QByteArray, QByteArray>>;
 

@@ -30,7 +30,10 @@ struct VESK_API TrArg {
 };
 
 VESK_API bool operator==(const TrArg &a, const TrArg &b);
-inline bool operator!=(const TrArg &a, const TrArg &b) { return !(a == b); }
+inline bool operator!=(const TrArg &a, const TrArg &b)
+{
+    return !(a == b);
+}
 VESK_API QDataStream &operator<<(QDataStream &out, const TrArg &argument);
 VESK_API QDataStream &operator>>(QDataStream &in, TrArg &argument);
 

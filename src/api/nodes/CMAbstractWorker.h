@@ -9,8 +9,7 @@
 /// Something that answers requests for the paths of a prefix. What the root worker calls here, it
 /// calls from any thread, and at any time from its registration there to its removal; the call must
 /// return soon and must not wait for another thread.
-class VESK_API CMAbstractWorker : public QObject
-{
+class VESK_API CMAbstractWorker : public QObject {
     Q_OBJECT
 
 public:
@@ -25,8 +24,8 @@ public:
     /// The UI language changed: what depends on it is to be read again. Any thread.
     virtual void languageChanged();
 
-    /// The value at \a path as a VeskValue's hash, or a null variant when there is none. Any thread;
-    /// waits for the answer, at most 30 seconds, so the thread that would have to give it must not
-    /// ask: this worker's own thread is answered directly.
+    /// The value at \a path as a VeskValue's hash, or a null variant when there is none. Any
+    /// thread; waits for the answer, at most 30 seconds, so the thread that would have to give it
+    /// must not ask: this worker's own thread is answered directly.
     QVariant getValue(const CMPath &path);
 };

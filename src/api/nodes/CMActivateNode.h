@@ -6,8 +6,7 @@
 
 /// A row that does something when it is activated: a set-data request for the role "activate" is
 /// handed to the function that setInvoke bound, which must complete its reply.
-class VESK_API CMActivateNode : public CMUINode
-{
+class VESK_API CMActivateNode : public CMUINode {
     Q_OBJECT
 
 public:

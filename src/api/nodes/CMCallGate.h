@@ -9,10 +9,9 @@
 #include <utility>
 #include <vector>
 
-/// Through which other threads call a worker: it knows who is inside, and once closed it lets nobody
-/// in. Any thread.
-class CMCallGate
-{
+/// Through which other threads call a worker: it knows who is inside, and once closed it lets
+/// nobody in. Any thread.
+class CMCallGate {
 public:
     explicit CMCallGate(CMAbstractWorker *worker)
         : m_worker(worker)
@@ -31,8 +30,7 @@ public:
     }
 
     /// A call into the worker; null when there is no gate or it is closed.
-    class Visit
-    {
+    class Visit {
     public:
         explicit Visit(std::shared_ptr<CMCallGate> gate)
             : m_gate(std::move(gate))

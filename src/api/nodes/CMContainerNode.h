@@ -3,8 +3,7 @@
 #include "api/nodes/CMUINode.h"
 
 /// A node that opens into a screen of rows. Worker's thread only.
-class VESK_API CMContainerNode : public CMUINode
-{
+class VESK_API CMContainerNode : public CMUINode {
     Q_OBJECT
 
 public:

@@ -10,15 +10,14 @@
 #include <mutex>
 #include <utility>
 
-/// A function that is called on the thread of a context object, through its event loop: once for all
-/// triggers that come before the loop takes them, and never after the context was destroyed or the
-/// call was closed. The function is let go as soon as it can no longer be called.
+/// A function that is called on the thread of a context object, through its event loop: once for
+/// all triggers that come before the loop takes them, and never after the context was destroyed or
+/// the call was closed. The function is let go as soon as it can no longer be called.
 ///
 /// The context must be alive while create runs and must stay on its thread. It may be destroyed
 /// there at any time, while others trigger. Whoever creates a call closes it, unless it is for Once
 /// and is triggered.
-class CMContextCall
-{
+class CMContextCall {
 public:
     using Function = std::function<void()>;
     enum Times { Once, EachTime };
@@ -86,8 +85,7 @@ private:
     }
 
     /// Lives on the context's thread and keeps the call alive for as long as it is open.
-    class Receiver : public QObject
-    {
+    class Receiver : public QObject {
     public:
         explicit Receiver(std::shared_ptr<CMContextCall> call)
             : m_call(std::move(call))

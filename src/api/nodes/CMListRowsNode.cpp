@@ -43,12 +43,11 @@ bool isSame(const QVariant &a, const QVariant &b)
     return a == b;
 }
 
-}
+} // namespace
 
 /// The rows of one answer while they come in; hands them on when the last one is there and nobody
 /// is left who could ask for more.
-class CMListRowsNode::Collector
-{
+class CMListRowsNode::Collector {
 public:
     Collector(int count, Collected collected)
         : m_collected(std::move(collected))
@@ -109,8 +108,7 @@ void CMListRowsNode::append(Row row)
     for (const auto &subscribed : m_subscriptions) {
         follow(subscribed.first, index);
         if (CMSubscribe *subscribers = subscribe())
-            subscribers->changed(
-                subscribed.first, CMSubscribe::RowsChangeInserted(), index, index);
+            subscribers->changed(subscribed.first, CMSubscribe::RowsChangeInserted(), index, index);
     }
 }
 
@@ -118,9 +116,9 @@ CMPath CMListRowsNode::rowPath(const CMPath &row, const CMPath &opened) const
 {
     CMPath path = row;
     if (m_copyPathParams) {
-        for (auto it = opened.params().begin(); it != opened.params().end(); ++it) {
-            if (!path.hasParam(it.key()))
-                path.addParam(it.key(), it.value());
+        for (const auto &param : opened.paramList()) {
+            if (!path.hasParam(param.first))
+                path.addParam(param.first, param.second);
         }
     }
     return path;
@@ -156,9 +154,8 @@ bool CMListRowsNode::matchRowRequest(const CMMatchRowRequest &request)
     const QVariant wanted = request.value();
     collect(request.path(), {request.role()}, 0, static_cast<int>(m_rows.size()) - 1,
         [reply, wanted](const QVariantList &rows) {
-            const auto match = std::find_if(rows.begin(), rows.end(), [&](const QVariant &row) {
-                return isSame(row.toList().value(0), wanted);
-            });
+            const auto match = std::find_if(rows.begin(), rows.end(),
+                [&](const QVariant &row) { return isSame(row.toList().value(0), wanted); });
             reply.setValue(match == rows.end() ? -1 : static_cast<int>(match - rows.begin()));
         });
     return true;
@@ -166,8 +163,8 @@ bool CMListRowsNode::matchRowRequest(const CMMatchRowRequest &request)
 
 /// Gathers rows \a first to \a last, each a list of the values of \a roles; none when \a last is
 /// less than \a first.
-void CMListRowsNode::collect(const CMPath &opened, const QStringList &roles, int first, int last,
-    Collected collected)
+void CMListRowsNode::collect(
+    const CMPath &opened, const QStringList &roles, int first, int last, Collected collected)
 {
     const auto collector
         = std::make_shared<Collector>(std::max(0, last - first + 1), std::move(collected));

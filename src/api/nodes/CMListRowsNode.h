@@ -10,16 +10,16 @@
 
 class CMSubscription;
 
-/// A container whose rows are a fixed list: roles given as they are, or paths of other nodes (of any
-/// worker) that are asked for their roles each time. A row whose node fails is a row of nulls but for
-/// its path. The answer comes when all rows have answered; the worker's thread does not wait for it.
+/// A container whose rows are a fixed list: roles given as they are, or paths of other nodes (of
+/// any worker) that are asked for their roles each time. A row whose node fails is a row of nulls
+/// but for its path. The answer comes when all rows have answered; the worker's thread does not
+/// wait for it.
 ///
 /// While someone is subscribed to the list, a change of a row path's value, or its reset, is passed
 /// on as a change of that row. What happens to the rows of a row's own screen is none.
 ///
 /// Worker's thread only.
-class VESK_API CMListRowsNode : public CMContainerNode
-{
+class VESK_API CMListRowsNode : public CMContainerNode {
     Q_OBJECT
 
 public:
@@ -47,8 +47,8 @@ private:
 
     CMPath rowPath(const CMPath &row, const CMPath &opened) const;
     void append(Row row);
-    void collect(const CMPath &opened, const QStringList &roles, int first, int last,
-        Collected collected);
+    void collect(
+        const CMPath &opened, const QStringList &roles, int first, int last, Collected collected);
     void follow(const CMPath &opened, int row);
 
     std::vector<Row> m_rows;

@@ -8,14 +8,13 @@
 
 class CMNodes;
 
-/// What answers at one path of a worker, and at the paths below it unless setServesBelow(false) says
-/// otherwise. Lives on the worker's thread and is called there only. Create it, then hand it to the
-/// worker's registry with setNodes, which owns it from then on.
+/// What answers at one path of a worker, and at the paths below it unless setServesBelow(false)
+/// says otherwise. Lives on the worker's thread and is called there only. Create it, then hand it
+/// to the worker's registry with setNodes, which owns it from then on.
 ///
 /// A handler returns whether it took the request; the outcome goes into the request's reply, now or
 /// later. A request that is not taken, or whose reply is let go unanswered, ends with an error.
-class VESK_API CMNode : public QObject
-{
+class VESK_API CMNode : public QObject {
     Q_OBJECT
 
 public:

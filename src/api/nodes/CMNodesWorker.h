@@ -6,8 +6,7 @@
 /// A worker whose answers are given by nodes: each request goes to the node at its path. A request
 /// for a path without a node, or one that its node does not take, is answered with an error. Owns
 /// its nodes; they live on its thread and go with it.
-class VESK_API CMNodesWorker : public CMWorker
-{
+class VESK_API CMNodesWorker : public CMWorker {
     Q_OBJECT
 
 public:

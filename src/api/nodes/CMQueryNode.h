@@ -4,8 +4,7 @@
 
 /// A row in which the user types a text: the screen at queryPath(), with the text as parameter
 /// query(), shows what it finds.
-class VESK_API CMQueryNode : public CMUINode
-{
+class VESK_API CMQueryNode : public CMUINode {
     Q_OBJECT
 
 public:

@@ -7,13 +7,12 @@
 
 class CMSubscription;
 
-/// A container that shows the rows of another path, of any worker. Roles that it has no value for are
-/// the target's, except for its path. When the target fails, it answers with what it has of its own,
-/// or with the target's error when that is nothing. Redirects in a circle end with an error.
+/// A container that shows the rows of another path, of any worker. Roles that it has no value for
+/// are the target's, except for its path. When the target fails, it answers with what it has of its
+/// own, or with the target's error when that is nothing. Redirects in a circle end with an error.
 ///
 /// While someone is subscribed to it, changes of the target are passed on. Worker's thread only.
-class VESK_API CMRedirectRowsNode : public CMContainerNode
-{
+class VESK_API CMRedirectRowsNode : public CMContainerNode {
     Q_OBJECT
 
 public:

@@ -7,6 +7,59 @@
 #include <algorithm>
 #include <limits>
 
+#if defined(__SANITIZE_THREAD__) || QT_HAS_FEATURE(thread_sanitizer)
+#define VESK_THREAD_SANITIZER
+#include <sanitizer/tsan_interface.h>
+#endif
+
+namespace {
+
+/// Holds a mutex. Qt's libraries are not built for ThreadSanitizer, which therefore must be told
+/// what their mutex orders.
+class Lock {
+public:
+    explicit Lock(QMutex *mutex)
+        : m_mutex(mutex)
+    {
+        m_mutex->lock();
+        acquired();
+    }
+    Lock(const Lock &) = delete;
+    Lock &operator=(const Lock &) = delete;
+    ~Lock()
+    {
+        releases();
+        m_mutex->unlock();
+    }
+
+    bool wait(QWaitCondition *condition, const QDeadlineTimer &deadline)
+    {
+        releases();
+        const bool woken = condition->wait(m_mutex, deadline);
+        acquired();
+        return woken;
+    }
+
+private:
+#if defined(VESK_THREAD_SANITIZER)
+    void acquired()
+    {
+        __tsan_acquire(m_mutex);
+    }
+    void releases()
+    {
+        __tsan_release(m_mutex);
+    }
+#else
+    void acquired() { }
+    void releases() { }
+#endif
+
+    QMutex *const m_mutex;
+};
+
+} // namespace
+
 CMError CMUnansweredError()
 {
     CMError error(TrString("CMReply", "The request was not answered."));
@@ -22,7 +75,7 @@ CMReplyAbstractData::~CMReplyAbstractData()
 
 bool CMReplyAbstractData::isFinished() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const Lock lock(&m_mutex);
     return m_finished;
 }
 
@@ -33,9 +86,9 @@ bool CMReplyAbstractData::waitForFinished(unsigned long milliseconds) const
     if (milliseconds != ULONG_MAX)
         deadline.setRemainingTime(static_cast<qint64>(std::min(milliseconds, longest)));
 
-    const QMutexLocker lock(&m_mutex);
+    Lock lock(&m_mutex);
     while (!m_finished) {
-        if (!m_condition.wait(&m_mutex, deadline))
+        if (!lock.wait(&m_condition, deadline))
             break;
     }
     return m_finished;
@@ -43,7 +96,7 @@ bool CMReplyAbstractData::waitForFinished(unsigned long milliseconds) const
 
 CMError CMReplyAbstractData::error() const
 {
-    const QMutexLocker lock(&m_mutex);
+    const Lock lock(&m_mutex);
     return m_error;
 }
 
@@ -54,7 +107,7 @@ void CMReplyAbstractData::setError(const CMError &error)
 
 void CMReplyAbstractData::setFinished()
 {
-    finish([] { });
+    finish([] {});
 }
 
 void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> function)
@@ -63,10 +116,9 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
         function();
         return;
     }
-    const auto watcher
-        = CMContextCall::create(context, CMContextCall::Once, std::move(function));
+    const auto watcher = CMContextCall::create(context, CMContextCall::Once, std::move(function));
     {
-        const QMutexLocker lock(&m_mutex);
+        const Lock lock(&m_mutex);
         if (!m_finished) {
             m_watchers.push_back(watcher);
             return;
@@ -79,7 +131,7 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
 {
     std::vector<std::shared_ptr<CMContextCall>> watchers;
     {
-        const QMutexLocker lock(&m_mutex);
+        const Lock lock(&m_mutex);
         if (m_finished)
             return;
         store();
@@ -90,6 +142,12 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
     // Whoever waited may have let go of this by now: nothing of it is touched any more.
     for (const std::shared_ptr<CMContextCall> &watcher : watchers)
         watcher->trigger();
+}
+
+void CMReplyAbstractData::read(const std::function<void()> &load) const
+{
+    const Lock lock(&m_mutex);
+    load();
 }
 
 CMReplyPromise::CMReplyPromise(std::shared_ptr<CMReplyAbstractData> data)

@@ -19,12 +19,12 @@ class CMContextCall;
 /// What an answer ends with when nobody gave one.
 VESK_API CMError CMUnansweredError();
 
-/// The shared state of one answer: unfinished, then once and for all a value or an error. Any thread
-/// may wait for it, ask for it, or complete it; whoever completes it second changes nothing.
+/// The shared state of one answer: unfinished, then once and for all a value or an error. Any
+/// thread may wait for it, ask for it, or complete it; whoever completes it second changes nothing.
 ///
-/// The one who asks keeps the data; the one who answers gets it wrapped in a CMReply or CMVoidReply.
-class VESK_API CMReplyAbstractData
-{
+/// The one who asks keeps the data; the one who answers gets it wrapped in a CMReply or
+/// CMVoidReply.
+class VESK_API CMReplyAbstractData {
 public:
     CMReplyAbstractData() = default;
     CMReplyAbstractData(const CMReplyAbstractData &) = delete;
@@ -43,18 +43,20 @@ public:
     /// Completes the answer with no more to say than that it succeeded.
     void setFinished();
 
-    /// Calls \a function once the answer is there: through the event loop of \a context's thread, or
-    /// not at all when \a context is gone by then. At once when it is there and this is that thread.
-    /// \a context must be alive during the call and stay on its thread; it may go at any time after.
+    /// Calls \a function once the answer is there: through the event loop of \a context's thread,
+    /// or not at all when \a context is gone by then. At once when it is there and this is that
+    /// thread. \a context must be alive during the call and stay on its thread; it may go at any
+    /// time after.
     void whenFinished(QObject *context, std::function<void()> function);
 
 protected:
     /// Completes the answer after \a store ran under the mutex; does nothing when it is complete.
     void finish(const std::function<void()> &store);
-
-    mutable QMutex m_mutex;
+    /// Runs \a load under the mutex.
+    void read(const std::function<void()> &load) const;
 
 private:
+    mutable QMutex m_mutex;
     mutable QWaitCondition m_condition;
     /// Guarded by m_mutex.
     bool m_finished = false;
@@ -63,15 +65,16 @@ private:
 };
 
 /// An answer that carries a T.
-template <class T> class CMReplyData : public CMReplyAbstractData
-{
+template <class T>
+class CMReplyData : public CMReplyAbstractData {
 public:
     /// Waits without limit, then returns a copy of the value; a default one after an error.
     virtual T value() const
     {
         waitForFinished();
-        QMutexLocker lock(&m_mutex);
-        return m_value;
+        T copy {};
+        read([this, &copy] { copy = m_value; });
+        return copy;
     }
     /// Completes the answer.
     virtual void setValue(const QVariant &value)
@@ -80,18 +83,18 @@ public:
     }
 
 private:
-    T m_value;
+    T m_value {};
 };
 
-template <> inline void CMReplyData<QVariant>::setValue(const QVariant &value)
+template <>
+inline void CMReplyData<QVariant>::setValue(const QVariant &value)
 {
     finish([this, &value] { m_value = value; });
 }
 
 /// Keeps the promise that every answer is given: when the last one who could still answer lets go,
 /// the answer ends with an error.
-class VESK_API CMReplyPromise
-{
+class VESK_API CMReplyPromise {
 public:
     explicit CMReplyPromise(std::shared_ptr<CMReplyAbstractData> data);
     CMReplyPromise(const CMReplyPromise &) = delete;
@@ -105,10 +108,10 @@ private:
 };
 
 /// The answering side of a CMReplyData<T>; copies share one answer. Null for a request that wants
-/// none. Keep a copy to answer later; letting go of the last copy answers with an error, so make one
-/// from a CMReplyData and copy that one.
-template <class T> class CMReply
-{
+/// none. Keep a copy to answer later; letting go of the last copy answers with an error, so make
+/// one from a CMReplyData and copy that one.
+template <class T>
+class CMReply {
 public:
     CMReply() = default;
     explicit CMReply(std::shared_ptr<CMReplyData<T>> data)
@@ -141,8 +144,7 @@ private:
 };
 
 /// The answering side of an answer of which only success or failure matters. Does not own the data.
-class VESK_API CMVoidReply
-{
+class VESK_API CMVoidReply {
 public:
     explicit CMVoidReply(CMReplyAbstractData *data)
         : m_data(data)

@@ -9,7 +9,7 @@ CMError redirectedTooOftenError()
     return CMError(TrString("CMRequest", "The request was redirected too often."));
 }
 
-}
+} // namespace
 
 CMError CMNoNodeError()
 {
@@ -94,8 +94,8 @@ CMRequest CMGetDataRequest::redirectedTo(
     return redirected;
 }
 
-CMSetDataRequest::CMSetDataRequest(const CMPath &path, const QString &role, const QVariant &value,
-    const CMReply<QVariant> &reply)
+CMSetDataRequest::CMSetDataRequest(
+    const CMPath &path, const QString &role, const QVariant &value, const CMReply<QVariant> &reply)
     : CMRequest(SetData, path, reply)
 {
     d->role = role;
@@ -107,8 +107,8 @@ CMSetDataRequest::CMSetDataRequest(const CMRequest &request)
 {
 }
 
-CMMatchRowRequest::CMMatchRowRequest(const CMPath &path, const QString &role,
-    const QVariant &value, const CMReply<QVariant> &reply)
+CMMatchRowRequest::CMMatchRowRequest(
+    const CMPath &path, const QString &role, const QVariant &value, const CMReply<QVariant> &reply)
     : CMRequest(MatchRow, path, reply)
 {
     d->role = role;

@@ -14,8 +14,7 @@ VESK_API CMError CMNoNodeError();
 
 /// One question to the node at a path, with the place for its answer. A value: copies share the
 /// answer, nothing in it points into a worker. The typed requests below add what each kind asks.
-class VESK_API CMRequest
-{
+class VESK_API CMRequest {
 public:
     enum Kind { None, GetRows, GetData, SetData, MatchRow };
     /// More redirects than this end a request with an error.
@@ -57,8 +56,7 @@ protected:
 
 /// Asks for rows \a first to \a last (both counted from 0, inclusive) of a screen, each with the
 /// values of \a roles. The answer's value is a VeskRowsRoles.
-class VESK_API CMGetRowsRequest : public CMRequest
-{
+class VESK_API CMGetRowsRequest : public CMRequest {
 public:
     CMGetRowsRequest(const CMPath &path, const QStringList &roles, int first, int last,
         const CMReply<QVariant> &reply);
@@ -69,17 +67,17 @@ public:
     int last() const { return d->last; }
 };
 
-/// Asks for the values of \a roles of one node. The answer's value is a QVariantList in their order.
-class VESK_API CMGetDataRequest : public CMRequest
-{
+/// Asks for the values of \a roles of one node. The answer's value is a QVariantList in their
+/// order.
+class VESK_API CMGetDataRequest : public CMRequest {
 public:
-    CMGetDataRequest(
-        const CMPath &path, const QStringList &roles, const CMReply<QVariant> &reply);
+    CMGetDataRequest(const CMPath &path, const QStringList &roles, const CMReply<QVariant> &reply);
     explicit CMGetDataRequest(const CMRequest &request);
 
     const QStringList &roles() const { return d->roles; }
-    /// A question about other \a roles to another \a path, asked in order to answer this one; counts
-    /// as a redirect of it. An empty request, \a reply ended with an error, when there were too many.
+    /// A question about other \a roles to another \a path, asked in order to answer this one;
+    /// counts as a redirect of it. An empty request, \a reply ended with an error, when there were
+    /// too many.
     CMRequest redirectedTo(
         const CMPath &path, const QStringList &roles, const CMReply<QVariant> &reply) const;
     using CMRequest::redirectedTo;
@@ -87,8 +85,7 @@ public:
 
 /// Writes one role of a node: a value, an activation, a step before playing. The answer's value is
 /// what the node makes of it, often null.
-class VESK_API CMSetDataRequest : public CMRequest
-{
+class VESK_API CMSetDataRequest : public CMRequest {
 public:
     /// For the meta-type system only.
     CMSetDataRequest() = default;
@@ -102,8 +99,7 @@ public:
 
 /// Asks which row of a screen has the given \a value for \a role. The answer's value is the row's
 /// index, -1 when there is none.
-class VESK_API CMMatchRowRequest : public CMRequest
-{
+class VESK_API CMMatchRowRequest : public CMRequest {
 public:
     CMMatchRowRequest(const CMPath &path, const QString &role, const QVariant &value,
         const CMReply<QVariant> &reply);

@@ -23,16 +23,16 @@ std::atomic<CMRootWorker *> theRoot {nullptr};
 
 using GatePtr = std::shared_ptr<CMCallGate>;
 
-/// Whether \a change says nothing more after \a before, both of the same path. A number of rows that
-/// come or go does.
+/// Whether \a change says nothing more after \a before, both of the same path. A number of rows
+/// that come or go does.
 bool isRepeated(const CMChange &before, const CMChange &change)
 {
-    return change.kind == before.kind && change.first == before.first
-        && change.last == before.last && change.kind != CMSubscribe::RowsChangeInserted()
+    return change.kind == before.kind && change.first == before.first && change.last == before.last
+        && change.kind != CMSubscribe::RowsChangeInserted()
         && change.kind != CMSubscribe::RowsChangeRemoved();
 }
 
-}
+} // namespace
 
 /// Its call drains what is pending, on the context's thread.
 struct CMSubscription::Entry {
@@ -72,8 +72,7 @@ struct CMSubscription::Entry {
     std::deque<CMChange> pending;
 };
 
-class CMRootWorkerPrivate
-{
+class CMRootWorkerPrivate {
 public:
     using Entry = CMSubscription::Entry;
 
@@ -318,8 +317,8 @@ std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
     entry->path = path;
     entry->changed = std::move(changed);
     entry->root = d;
-    entry->call = CMContextCall::create(
-        context, CMContextCall::EachTime, [entry] { entry->drain(); });
+    entry->call
+        = CMContextCall::create(context, CMContextCall::EachTime, [entry] { entry->drain(); });
     d->addEntry(entry);
     return std::unique_ptr<CMSubscription>(new CMSubscription(entry));
 }

@@ -11,8 +11,7 @@
 class CMRootWorkerPrivate;
 
 /// One subscription; ends when it is destroyed. Destroy it on the thread of its context.
-class VESK_API CMSubscription
-{
+class VESK_API CMSubscription {
 public:
     CMSubscription(const CMSubscription &) = delete;
     CMSubscription &operator=(const CMSubscription &) = delete;
@@ -27,27 +26,27 @@ private:
 };
 
 /// Where all workers meet: routes each request by its path's prefix to the worker of that name, or,
-/// for a foreign path that a worker serves, to that worker; brings changes to their subscribers. One
-/// per process, made by the host before any worker and destroyed after the last. All calls from any
-/// thread.
+/// for a foreign path that a worker serves, to that worker; brings changes to their subscribers.
+/// One per process, made by the host before any worker and destroyed after the last. All calls from
+/// any thread.
 ///
 /// The worker that serves a subscribed path is told of the first subscriber (connectChange) and of
 /// the last one's leaving. When it comes later than the subscribers, it is told then, and they are
 /// told to read everything again (CMSubscribe::RowsChangeReset).
-class VESK_API CMRootWorker : public CMAbstractWorker
-{
+class VESK_API CMRootWorker : public CMAbstractWorker {
     Q_OBJECT
 
 public:
     explicit CMRootWorker(QObject *parent = nullptr);
     ~CMRootWorker() override;
 
-    /// Routes requests for \a prefix to \a worker. Returns false, and logs, when the prefix is taken.
+    /// Routes requests for \a prefix to \a worker. Returns false, and logs, when the prefix is
+    /// taken.
     bool addWorker(const QString &prefix, CMAbstractWorker *worker);
     /// Forgets every route to \a worker; when it returns, no other thread is calling the worker.
     void removeWorker(CMAbstractWorker *worker);
-    /// Routes \a path and what lies below it to \a worker, whoever has its prefix; parameters do not
-    /// matter. A path that is taken is logged and stays as it is.
+    /// Routes \a path and what lies below it to \a worker, whoever has its prefix; parameters do
+    /// not matter. A path that is taken is logged and stays as it is.
     void addForeignPath(const CMPath &path, CMAbstractWorker *worker);
     void removeForeignPath(const CMPath &path, CMAbstractWorker *worker);
     QStringList prefixes() const;

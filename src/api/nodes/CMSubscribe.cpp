@@ -38,8 +38,7 @@ void CMSubscribe::changed(const CMPath &path, const QString &kind, int first, in
         root->notifyChanged({path, kind, first, last});
 }
 
-void CMSubscribe::changedStartingWith(
-    const CMPath &path, const QString &kind, int first, int last)
+void CMSubscribe::changedStartingWith(const CMPath &path, const QString &kind, int first, int last)
 {
     if (CMRootWorker *root = CMRoot())
         root->notifyChangedStartingWith({path, kind, first, last});

@@ -21,8 +21,7 @@ struct CMChange {
 
 /// Through which a worker's nodes tell the subscribers of their paths what changed. Any thread; the
 /// subscribers are called on theirs.
-class VESK_API CMSubscribe
-{
+class VESK_API CMSubscribe {
 public:
     static const QString &RowsChangeReset();
     static const QString &RowsChangeInserted();

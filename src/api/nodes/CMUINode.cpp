@@ -61,9 +61,8 @@ bool CMUINode::getDataRequest(const CMGetDataRequest &request)
     QVariantList values;
     values.reserve(names.size());
     for (const QString &role : names) {
-        values.append(role == VeskRoles::Path()
-                ? QVariant(request.path().toEncoded())
-                : getRoleData(role, request.path().params()));
+        values.append(role == VeskRoles::Path() ? QVariant(request.path().toEncoded())
+                                                : getRoleData(role, request.path().params()));
     }
     request.reply().setValue(values);
     return true;

@@ -6,8 +6,7 @@
 #include "api/values/VeskRoles.h"
 
 /// A node that is shown: it answers data requests with a value per role. Worker's thread only.
-class VESK_API CMUINode : public CMNode
-{
+class VESK_API CMUINode : public CMNode {
     Q_OBJECT
 
 public:
@@ -21,10 +20,11 @@ public:
     /// A node that is shown but cannot be used now. Tells subscribers.
     virtual void setDisabled(bool disabled);
 
-    /// The value of \a role for this node opened with \a params; null for a role it does not answer.
+    /// The value of \a role for this node opened with \a params; null for a role it does not
+    /// answer.
     virtual QVariant getRoleData(const QString &role, const Params &params);
-    /// All of \a roles (CMAllRoles(): every role) that this node answers, opened with \a params; with
-    /// "path", the node's path with \a params added, in any case.
+    /// All of \a roles (CMAllRoles(): every role) that this node answers, opened with \a params;
+    /// with "path", the node's path with \a params added, in any case.
     VeskRoles getDataRoles(const QStringList &roles, const Params &params);
 
     bool getDataRequest(const CMGetDataRequest &request) override;

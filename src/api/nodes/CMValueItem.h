@@ -10,8 +10,7 @@
 /// Follows one value: changed() brings its present value once the event loop runs, and every later
 /// one. Lives on the thread that creates it, which needs an event loop. A value that nobody holds
 /// brings nothing until somebody does.
-class VESK_API CMValueItem : public QObject
-{
+class VESK_API CMValueItem : public QObject {
     Q_OBJECT
 
 public:

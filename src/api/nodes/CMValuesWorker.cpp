@@ -125,7 +125,8 @@ VeskValue hashFrom(const QVariant &plain, VeskValueType::Enum type)
     return VeskHash(std::move(value));
 }
 
-/// What a client sent as the new value, a VeskValue or a plain one; empty when it is none of \a type.
+/// What a client sent as the new value, a VeskValue or a plain one; empty when it is none of \a
+/// type.
 VeskValue sentValue(const QVariant &sent, VeskValueType::Enum type)
 {
     const QVariantHash hash = hashOf(sent);
@@ -137,7 +138,7 @@ VeskValue sentValue(const QVariant &sent, VeskValueType::Enum type)
     return CMValuesWorker::fromPlain(sent, type);
 }
 
-}
+} // namespace
 
 CMValuesWorker::CMValuesWorker(QObject *parent)
     : CMAbstractWorker(parent)
@@ -273,8 +274,7 @@ void CMValuesWorker::getData(const CMGetDataRequest &request) const
     roles.setPath(request.path());
 
     QVariantList values;
-    for (const QString &role :
-        request.roles() == CMAllRoles() ? VeskRoles::all() : request.roles())
+    for (const QString &role : request.roles() == CMAllRoles() ? VeskRoles::all() : request.roles())
         values.append(roles.value(role));
     request.reply().setValue(values);
 }

@@ -9,14 +9,13 @@
 #include <mutex>
 
 /// The values of one or more prefixes: settings and states that a host defines and everybody reads,
-/// follows and, where they are writable, writes. Answers on the thread that asks, so reading a value
-/// never waits. All calls from any thread. Register it at the root, and remove it there before it is
-/// destroyed.
+/// follows and, where they are writable, writes. Answers on the thread that asks, so reading a
+/// value never waits. All calls from any thread. Register it at the root, and remove it there
+/// before it is destroyed.
 ///
 /// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" (a TrString) and
 /// "path"; parameters of the path do not matter. A change is told to the subscribers of its path.
-class VESK_API CMValuesWorker : public CMAbstractWorker
-{
+class VESK_API CMValuesWorker : public CMAbstractWorker {
     Q_OBJECT
 
 public:
@@ -25,12 +24,13 @@ public:
     explicit CMValuesWorker(QObject *parent = nullptr);
     ~CMValuesWorker() override;
 
-    /// Defines the value at \a path, which must not be defined yet. The type of \a value is its type
-    /// for good.
+    /// Defines the value at \a path, which must not be defined yet. The type of \a value is its
+    /// type for good.
     void define(const CMPath &path, const VeskValue &value, Access access = ReadOnly,
         const TrString &title = TrString());
     /// Sets a value that was defined, from inside the host: access does not matter, but a pinned
-    /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a wrong type.
+    /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a
+    /// wrong type.
     bool setValue(const CMPath &path, const VeskValue &value);
     /// Keeps the value as it is, whoever sets it.
     void pin(const CMPath &path);
@@ -38,8 +38,8 @@ public:
     VeskValue value(const CMPath &path) const;
     QList<CMPath> paths() const;
 
-    /// A plain value as a VeskValue of \a type: "true" or true for a bool, and so on. An empty value
-    /// when it cannot be read as one.
+    /// A plain value as a VeskValue of \a type: "true" or true for a bool, and so on. An empty
+    /// value when it cannot be read as one.
     static VeskValue fromPlain(const QVariant &plain, VeskValueType::Enum type);
 
     void request(CMRequest request) override;

@@ -23,13 +23,12 @@ namespace {
 constexpr int batchSize = 16;
 constexpr qint64 batchMilliseconds = 5;
 
-}
+} // namespace
 
 /// What the root knows of a worker, in its place: other threads reach only this object, which is
-/// whole before the worker is registered and until after it was removed, while the worker itself may
-/// still be, or no more be, of its derived class.
-class CMWorkerInbox : public CMAbstractWorker
-{
+/// whole before the worker is registered and until after it was removed, while the worker itself
+/// may still be, or no more be, of its derived class.
+class CMWorkerInbox : public CMAbstractWorker {
 public:
     explicit CMWorkerInbox(CMWorker *worker)
         : m_worker(worker)
@@ -146,7 +145,8 @@ private:
         }
     }
 
-    template <class Function> void call(Function function)
+    template <class Function>
+    void call(Function function)
     {
         ++m_depth;
         function();

@@ -15,8 +15,7 @@ class CMWorkerInbox;
 ///
 /// Registers itself at the root for as long as it lives. Create and destroy it on its thread; never
 /// destroy it while it handles a request.
-class VESK_API CMWorker : public CMAbstractWorker
-{
+class VESK_API CMWorker : public CMAbstractWorker {
     Q_OBJECT
 
 public:

@@ -45,16 +45,30 @@ int prefixEnd(QStringView text)
     return -1;
 }
 
-/// Adds a parameter, false when its key is there already. Quick when keys come in their order.
-bool insertNew(CMPath::Params &params, const QString &key, const QString &value)
+/// Where the parameter \a key is, or would be.
+template <class List>
+auto lowerBound(List &params, const QString &key)
 {
-    if (!params.isEmpty() && !(params.lastKey() < key) && params.contains(key))
+    const auto isBefore = [](const QPair<QString, QString> &param, const QString &name) {
+        return param.first < name;
+    };
+    // Parameters mostly come in their order.
+    if (params.isEmpty() || params.last().first < key)
+        return params.end();
+    return std::lower_bound(params.begin(), params.end(), key, isBefore);
+}
+
+/// Adds a parameter, false when its key is there already.
+bool insertNew(CMPath::ParamList &params, const QString &key, const QString &value)
+{
+    const auto it = lowerBound(params, key);
+    if (it != params.end() && it->first == key)
         return false;
-    params.insert(params.cend(), key, value);
+    params.insert(it, {key, value});
     return true;
 }
 
-bool readParam(QStringView entry, CMPath::Params &params)
+bool readParam(QStringView entry, CMPath::ParamList &params)
 {
     const auto equals = entry.indexOf(QLatin1Char('='));
     if (equals < 0)
@@ -66,7 +80,7 @@ bool readParam(QStringView entry, CMPath::Params &params)
     return keyOk && valueOk && insertNew(params, key, value);
 }
 
-bool readParams(QStringView text, CMPath::Params &params)
+bool readParams(QStringView text, CMPath::ParamList &params)
 {
     for (;;) {
         const auto end = text.indexOf(QLatin1Char('&'));
@@ -86,15 +100,15 @@ QString encode(const CMPath &path, bool masked)
     out.append(':');
     out.append(path.base(), "/");
     char separator = '?';
-    for (auto it = path.params().begin(); it != path.params().end(); ++it) {
+    for (const auto &param : path.paramList()) {
         out.append(separator);
         separator = '&';
-        out.append(it.key());
+        out.append(param.first);
         out.append('=');
-        if (masked && veskIsSecretKey(it.key()))
+        if (masked && veskIsSecretKey(param.first))
             out.append(QStringLiteral("***"), "*");
         else
-            out.append(it.value());
+            out.append(param.second);
     }
     return out.toString();
 }
@@ -107,7 +121,9 @@ CMPath::CMPath(const QString &prefix, const QString &base, const Params &params)
         return;
     m_prefix = prefix;
     m_base = base;
-    m_params = params;
+    m_params.reserve(params.size());
+    for (auto it = params.begin(); it != params.end(); ++it)
+        m_params.append({it.key(), it.value()});
 }
 
 CMPath CMPath::fromEncoded(const QString &encoded)
@@ -145,6 +161,44 @@ QString CMPath::toEncoded() const
     return isEmpty() ? QString() : encode(*this, false);
 }
 
+CMPath::Params CMPath::params() const
+{
+    Params params;
+    for (const auto &param : m_params)
+        params.insert(params.cend(), param.first, param.second);
+    return params;
+}
+
+bool CMPath::hasParam(const QString &key) const
+{
+    const auto it = lowerBound(m_params, key);
+    return it != m_params.end() && it->first == key;
+}
+
+QString CMPath::param(const QString &key) const
+{
+    const auto it = lowerBound(m_params, key);
+    return it != m_params.end() && it->first == key ? it->second : QString();
+}
+
+void CMPath::addParam(const QString &key, const QString &value)
+{
+    if (isEmpty())
+        return;
+    const auto it = lowerBound(m_params, key);
+    if (it != m_params.end() && it->first == key)
+        it->second = value;
+    else
+        m_params.insert(it, {key, value});
+}
+
+void CMPath::removeParam(const QString &key)
+{
+    const auto it = lowerBound(m_params, key);
+    if (it != m_params.end() && it->first == key)
+        m_params.erase(it);
+}
+
 bool CMPath::equals(const CMPath &other, int mode) const
 {
     return m_prefix == other.m_prefix && m_base == other.m_base
@@ -159,11 +213,8 @@ bool CMPath::startsWith(const CMPath &start) const
     const bool below = size == 0 || m_base.size() == size || m_base.at(size) == QLatin1Char('/')
         || start.m_base.endsWith(QLatin1Char('/'));
     return below
-        && std::all_of(start.m_params.keyValueBegin(), start.m_params.keyValueEnd(),
-            [this](const std::pair<QString, QString> &param) {
-                const auto it = m_params.constFind(param.first);
-                return it != m_params.constEnd() && it.value() == param.second;
-            });
+        && std::includes(
+            m_params.begin(), m_params.end(), start.m_params.begin(), start.m_params.end());
 }
 
 bool CMPath::operator<(const CMPath &other) const
@@ -172,22 +223,25 @@ bool CMPath::operator<(const CMPath &other) const
         return order < 0;
     if (const int order = m_base.compare(other.m_base))
         return order < 0;
-    return std::lexicographical_compare(m_params.keyValueBegin(), m_params.keyValueEnd(),
-        other.m_params.keyValueBegin(), other.m_params.keyValueEnd());
+    return m_params < other.m_params;
 }
 
 CMPath operator+(const CMPath &path, const QString &text)
 {
-    return CMPath(path.prefix(), path.base() + text, path.params());
+    if (path.isEmpty())
+        return path;
+    CMPath longer(path);
+    longer.m_base += text;
+    return longer;
 }
 
 uint qHash(const CMPath &path, uint seed)
 {
     seed = qHash(path.prefix(), seed);
     seed = qHash(path.base(), seed);
-    for (auto it = path.params().begin(); it != path.params().end(); ++it) {
-        seed = qHash(it.key(), seed);
-        seed = qHash(it.value(), seed);
+    for (const auto &param : path.paramList()) {
+        seed = qHash(param.first, seed);
+        seed = qHash(param.second, seed);
     }
     return seed;
 }

@@ -4,10 +4,17 @@
 
 #include <QMap>
 #include <QMetaType>
+#include <QPair>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 #include <iosfwd>
+
+class CMPath;
+
+/// The path with \a text appended to its base; the empty path stays as it is.
+VESK_API CMPath operator+(const CMPath &path, const QString &text);
 
 /// A worker's address of one screen, row or value: a prefix that names the worker, a base below it
 /// and string parameters. A value: copy freely, safe to read from any thread.
@@ -20,6 +27,8 @@ class VESK_API CMPath {
 public:
     enum CompareMode { Whole = 0, IgnoreParams = 1 };
     using Params = QMap<QString, QString>;
+    /// Keys and values, in ascending order of the keys.
+    using ParamList = QVector<QPair<QString, QString>>;
 
     /// The empty path, which addresses nothing.
     CMPath() = default;
@@ -39,18 +48,16 @@ public:
     const QString &prefix() const { return m_prefix; }
     /// The address below the worker, without its prefix: "browse/uri/Browse.ashx".
     const QString &base() const { return m_base; }
-    const Params &params() const { return m_params; }
+    /// A copy; to go through the parameters, take paramList().
+    Params params() const;
+    const ParamList &paramList() const { return m_params; }
     bool hasParams() const { return !m_params.isEmpty(); }
-    bool hasParam(const QString &key) const { return m_params.contains(key); }
+    bool hasParam(const QString &key) const;
     /// The parameter's value, empty when there is none.
-    QString param(const QString &key) const { return m_params.value(key); }
+    QString param(const QString &key) const;
     /// Sets a parameter, replacing one of the same key. The empty path stays as it is.
-    void addParam(const QString &key, const QString &value)
-    {
-        if (!isEmpty())
-            m_params.insert(key, value);
-    }
-    void removeParam(const QString &key) { m_params.remove(key); }
+    void addParam(const QString &key, const QString &value);
+    void removeParam(const QString &key);
 
     bool equals(const CMPath &other, int mode = Whole) const;
     /// Whether this path lies at or below \a start: the same prefix, a base that equals or
@@ -63,15 +70,17 @@ public:
     bool operator<(const CMPath &other) const;
 
 private:
+    friend VESK_API CMPath operator+(const CMPath &path, const QString &text);
+
     QString m_prefix;
     QString m_base;
-    Params m_params;
+    /// A sorted list, not a map: paths have few parameters, and every row of a screen makes
+    /// several.
+    ParamList m_params;
 };
 
 Q_DECLARE_METATYPE(CMPath)
 
-/// The path with \a text appended to its base; the empty path stays as it is.
-VESK_API CMPath operator+(const CMPath &path, const QString &text);
 VESK_API uint qHash(const CMPath &path, uint seed = 0);
 /// Prints the text form; parameters that are secrets print as "***".
 VESK_API std::ostream &operator<<(std::ostream &out, const CMPath &path);

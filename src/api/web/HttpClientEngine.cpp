@@ -147,6 +147,7 @@ public:
     QElapsedTimer clock;
 
 private:
+    void setUp();
     static std::size_t onHead(char *data, std::size_t, std::size_t size, void *self);
     static std::size_t onBody(char *data, std::size_t, std::size_t size, void *self);
     bool takeHeadLine(std::string_view line);
@@ -155,6 +156,7 @@ private:
     bool fail(HttpClientStatus why);
     void setHeaders();
 
+    const HttpClient::HttpVersion m_version;
     const bool m_followRedirects;
     std::shared_ptr<const HttpSettings> m_settings;
     curl_slist *m_headers = nullptr;
@@ -168,9 +170,16 @@ private:
 };
 
 HttpTransfer::HttpTransfer(HttpClient::HttpVersion version, bool followRedirects)
-    : m_followRedirects(followRedirects)
+    : m_version(version)
+    , m_followRedirects(followRedirects)
 {
     VESK_ASSERT(easy);
+    setUp();
+}
+
+/// The options that are the same for every exchange.
+void HttpTransfer::setUp()
+{
     const auto set = [this](CURLoption option, auto value) {
         VESK_ASSERT(curl_easy_setopt(easy, option, value) == CURLE_OK);
     };
@@ -180,7 +189,8 @@ HttpTransfer::HttpTransfer(HttpClient::HttpVersion version, bool followRedirects
     set(CURLOPT_HEADERDATA, static_cast<void *>(this));
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
     set(CURLOPT_WRITEDATA, static_cast<void *>(this));
-    set(CURLOPT_BUFFERSIZE, ReceiveBufferBytes);
+    // A wish: a handle that still has its buffer refuses another size.
+    curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, ReceiveBufferBytes);
     set(CURLOPT_NOSIGNAL, 1L);
     // A name server that does not answer must not hold up this thread when a time-out ends the
     // wait.
@@ -189,10 +199,11 @@ HttpTransfer::HttpTransfer(HttpClient::HttpVersion version, bool followRedirects
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_HTTP_VERSION,
-        version == HttpClient::Http1 ? long(CURL_HTTP_VERSION_1_1) : long(CURL_HTTP_VERSION_2TLS));
+        m_version == HttpClient::Http1 ? long(CURL_HTTP_VERSION_1_1)
+                                       : long(CURL_HTTP_VERSION_2TLS));
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_REDIR_PROTOCOLS_STR, "http,https");
-    set(CURLOPT_FOLLOWLOCATION, followRedirects ? 1L : 0L);
+    set(CURLOPT_FOLLOWLOCATION, m_followRedirects ? 1L : 0L);
     set(CURLOPT_MAXREDIRS, MaxRedirects);
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
@@ -226,15 +237,13 @@ void HttpTransfer::prepare(const HttpClientOptions &options)
     }
     setHeaders();
 
-    const auto settings = HttpSettings::current();
-    if (settings == m_settings)
-        return;
-    m_settings = settings;
-    curl_easy_setopt(easy, CURLOPT_CONNECT_TO, settings->connectTo);
-    curl_blob certificates {const_cast<char *>(settings->certificates.constData()),
-        std::size_t(settings->certificates.size()), CURL_BLOB_NOCOPY};
-    const bool hasCertificates = !settings->certificates.isEmpty();
-    curl_easy_setopt(easy, CURLOPT_CAINFO_BLOB, hasCertificates ? &certificates : nullptr);
+    m_settings = HttpSettings::current();
+    curl_easy_setopt(easy, CURLOPT_CONNECT_TO, m_settings->connectTo);
+    if (!m_settings->certificates.isEmpty()) {
+        curl_blob certificates {const_cast<char *>(m_settings->certificates.constData()),
+            std::size_t(m_settings->certificates.size()), CURL_BLOB_NOCOPY};
+        curl_easy_setopt(easy, CURLOPT_CAINFO_BLOB, &certificates);
+    }
 }
 
 void HttpTransfer::setHeaders()
@@ -365,6 +374,11 @@ HttpCacheHeaders HttpTransfer::cacheHeaders() const
 
 void HttpTransfer::clear()
 {
+    // libcurl counts the kept connections that turned out dead per handle, and gives up an exchange
+    // at the fifth, however many went well in between: only a reset starts the count anew.
+    curl_easy_reset(easy);
+    setUp();
+    m_settings.reset();
     url = VeskUrl();
     cacheKey = QByteArray();
     isPost = false;
@@ -643,11 +657,13 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     curl_multi_remove_handle(m_multi, transfer.easy);
     const auto it = std::find_if(m_active.begin(), m_active.end(),
         [&transfer](const auto &active) { return active.get() == &transfer; });
-    transfer.clear();
-    if (m_idle.size() < MaxIdle)
+    // A handle of a failed exchange may be left in any state.
+    if (curlCode == CURLE_OK && m_idle.size() < MaxIdle) {
+        transfer.clear();
         m_idle.splice(m_idle.end(), m_active, it);
-    else
+    } else {
         m_active.erase(it);
+    }
 }
 
 void HttpClientEngine::useCache(HttpTransfer &transfer, HttpClientStatus status, int code)

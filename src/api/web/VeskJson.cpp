@@ -99,7 +99,29 @@ QVariant numberVariant(double value)
 /// Turns one parsed answer into variants. Values are built where they stay.
 class VariantBuilder {
 public:
-    void build(QVariant &out, const dom::element &element)
+    /// False when the answer is nested too deeply.
+    bool build(QVariant &out, const dom::element &root)
+    {
+        add(out, root);
+        return !m_tooDeep;
+    }
+
+private:
+    /// simdjson's own limit does not count an empty list or object at the bottom.
+    struct Level {
+        explicit Level(VariantBuilder &builder)
+            : depth(builder.m_depth)
+        {
+            if (++depth > VeskJson::MaxDepth)
+                builder.m_tooDeep = true;
+        }
+        ~Level() { --depth; }
+        Q_DISABLE_COPY(Level)
+
+        int &depth;
+    };
+
+    void add(QVariant &out, const dom::element &element)
     {
         switch (element.type()) {
         case dom::element_type::OBJECT:
@@ -129,29 +151,36 @@ public:
         }
     }
 
-private:
     void buildObject(QVariant &out, const dom::object &object)
     {
+        const Level level(*this);
+        if (m_tooDeep)
+            return;
         QVariantHash hash;
         hash.reserve(static_cast<int>(object.size()));
         for (const dom::key_value_pair member : object)
-            build(hash[m_keys[member.key]], member.value);
+            add(hash[m_keys[member.key]], member.value);
         out = QVariant(hash);
     }
 
     void buildArray(QVariant &out, const dom::array &array)
     {
+        const Level level(*this);
+        if (m_tooDeep)
+            return;
         QVariantList list;
         list.reserve(static_cast<int>(array.size()));
         for (const dom::element element : array) {
             list.append(QVariant());
-            build(list.last(), element);
+            add(list.last(), element);
         }
         out = QVariant(list);
     }
 
     SharedTexts<7, 64> m_keys;
     SharedTexts<9, 24> m_values;
+    int m_depth = 0;
+    bool m_tooDeep = false;
 };
 
 /// Where \a data is nested deeper than MaxDepth, or -1. Holds for all that QJsonDocument accepts.
@@ -171,6 +200,11 @@ int tooDeepAt(const QByteArray &data)
             --depth;
     }
     return -1;
+}
+
+QString tooDeep()
+{
+    return QStringLiteral("nested too deeply");
 }
 
 QVariant fromQt(const QJsonValue &value)
@@ -218,7 +252,7 @@ QVariant failure(const QString &message, int offset, VeskError &error, unsigned 
 QVariant parseLeniently(const QByteArray &data, VeskError &error, unsigned int *position)
 {
     if (const int offset = tooDeepAt(data); offset >= 0)
-        return failure(QStringLiteral("nested too deeply"), offset, error, position);
+        return failure(tooDeep(), offset, error, position);
     QJsonParseError qtError;
     const QJsonDocument document = QJsonDocument::fromJson(data, &qtError);
     if (qtError.error != QJsonParseError::NoError)
@@ -511,8 +545,10 @@ QVariant VeskJson::parse(const QByteArray &data, VeskError &error, unsigned int 
         return parseLeniently(data, error, position);
     }
     QVariant result;
-    VariantBuilder().build(result, root);
+    const bool built = VariantBuilder().build(result, root);
     parser.shrink();
+    if (!built)
+        return failure(tooDeep(), tooDeepAt(data), error, position);
     error = VeskError();
     return result;
 }

@@ -65,7 +65,9 @@ WebSocketSession::WebSocketSession(
     m_connection = soup_websocket_connection_new(
         m_stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
     g_uri_unref(uri);
-    soup_websocket_connection_set_max_incoming_payload_size(m_connection, MaxMessage);
+    // A message that is somewhat too long is read all the same: closing on unread bytes would reset
+    // the connection and take the reason with it.
+    soup_websocket_connection_set_max_incoming_payload_size(m_connection, MaxExtra);
     soup_websocket_connection_set_keepalive_interval(m_connection, KeepAliveSeconds);
     g_signal_connect(m_connection, "message", G_CALLBACK(&Handlers::message), this);
     g_signal_connect(m_connection, "pong", G_CALLBACK(&Handlers::pong), this);

@@ -129,6 +129,8 @@ struct TuneInBrowseNode::Screen {
     const bool directStream;
     /// Media data of rows that only lead somewhere.
     const VeskMediaData serviceMediaData;
+    /// What the context menus of all rows have in common.
+    const VeskRoles menuRoles;
     /// What the meta data of all audio rows begins with.
     VeskMetaData audioMetaData;
     QVector<RowRole> roles;
@@ -147,6 +149,7 @@ TuneInBrowseNode::Screen::Screen(const CMTuneInWorker &worker, const CMGetRowsRe
     , directStream(request.path().base() == QLatin1String("browse/uri/Search.ashx")
           && request.path().param(Param::query()) == QLatin1String("aa2"))
     , serviceMediaData(worker.serviceMediaData())
+    , menuRoles(worker.browserContextNode()->getDataRoles(CMAllRoles(), {}))
 {
     constexpr int metaDataEntries = 8;
     audioMetaData.reserve(metaDataEntries);
@@ -271,10 +274,9 @@ void TuneInBrowseNode::setUriForm(const CMPath &path, QString rest, VeskUrl &url
 {
     url.setPath(rest.remove(QStringLiteral("/uri")));
     VeskUrl::QueryItems items;
-    const CMPath::Params &params = path.params();
-    for (auto it = params.constBegin(); it != params.constEnd(); ++it) {
-        if (!it.key().startsWith(QLatin1String("vesk")))
-            items.append({it.key(), it.value()});
+    for (const auto &param : path.paramList()) {
+        if (!param.first.startsWith(QLatin1String("vesk")))
+            items.append(param);
     }
     if (!items.isEmpty())
         url.setQueryItems(items);
@@ -542,7 +544,7 @@ QVariantList TuneInBrowseNode::linkRow(const Screen &screen, const Item &item) c
                 return QVariant();
             CMPath matchPath = path();
             matchPath.addParam(Param::veskGuideId(), element.guideId());
-            return browserContextRoles(item, item.sid, matchPath.toEncoded());
+            return browserContextRoles(screen, item, matchPath.toEncoded());
         }
         case RowRole::MediaData:
             return screen.serviceMediaData;
@@ -650,7 +652,7 @@ QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
         case RowRole::Context:
             if (screen.streamChoice || screen.directStream || item.showOrTopic)
                 return QVariant();
-            return browserContextRoles(item, item.sid, encodedMatchPath);
+            return browserContextRoles(screen, item, encodedMatchPath);
         case RowRole::MediaData:
             return audioMediaData(screen, item, encodedMatchPath);
         default:
@@ -727,15 +729,19 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
     return mediaData;
 }
 
+/// The menu's roles, opened for the item. Only their path depends on the item, so the rest is asked
+/// for once a screen.
 VeskHash TuneInBrowseNode::browserContextRoles(
-    const Item &item, const QString &sid, const QString &encodedMatchPath) const
+    const Screen &screen, const Item &item, const QString &encodedMatchPath) const
 {
-    Params params;
-    params.insert(Param::guideId(), item.element.guideId());
-    if (!sid.isEmpty())
-        params.insert(Param::sid(), sid);
-    params.insert(Param::veskMatchingPath(), encodedMatchPath);
-    return m_tiWorker->browserContextNode()->getDataRoles(CMAllRoles(), params);
+    CMPath menu = m_tiWorker->browserContextNode()->path();
+    menu.addParam(Param::guideId(), item.element.guideId());
+    if (!item.sid.isEmpty())
+        menu.addParam(Param::sid(), item.sid);
+    menu.addParam(Param::veskMatchingPath(), encodedMatchPath);
+    VeskRoles roles = screen.menuRoles;
+    roles.setPath(menu);
+    return roles;
 }
 
 QVariant TuneInBrowseNode::getRoleData(const QString &role, const Params &params)

@@ -73,7 +73,7 @@ private:
     VeskMediaData audioMediaData(
         const Screen &screen, const Item &item, const QString &encodedMatchPath);
     VeskHash browserContextRoles(
-        const Item &item, const QString &sid, const QString &encodedMatchPath) const;
+        const Screen &screen, const Item &item, const QString &encodedMatchPath) const;
 
     // Before playing.
     bool fetchAvailableStreams(const CMSetDataRequest &request, VeskRoles &roles);

@@ -145,6 +145,18 @@ TEST(PercentEncode, appendsATextToItself)
     EXPECT_EQ(text, QStringLiteral("a ba%20b"));
 }
 
+TEST(PercentBuffer, joinsEncodedPartsAndPlainCharacters)
+{
+    VeskPercentBuffer buffer;
+    EXPECT_EQ(buffer.toString(), QString());
+    buffer.append(QStringLiteral("a b"));
+    buffer.append('?');
+    buffer.append(QStringLiteral("/\u00e9"), "/");
+    buffer.append(QString(3000, QLatin1Char('=')));
+    EXPECT_EQ(
+        buffer.toString(), QStringLiteral("a%20b?/%C3%A9") + QStringLiteral("%3D").repeated(3000));
+}
+
 TEST(PercentDecode, undoesEncodingOfAnyUnicodeText)
 {
     std::mt19937 random(2);

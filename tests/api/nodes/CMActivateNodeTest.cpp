@@ -7,8 +7,7 @@
 namespace {
 
 /// Answers activations with its own value; a handler that does nothing lets them go.
-class Receiver : public QObject
-{
+class Receiver : public QObject {
 public:
     explicit Receiver(int answerWith)
         : value(answerWith)
@@ -42,11 +41,9 @@ TEST(CMActivateNode, HandsActivationsToWhatIsBound)
     Receiver first(1);
     Receiver second(2);
     node->setInvoke(&first, &Receiver::on_invoke, Qt::DirectConnection);
-    EXPECT_EQ(setData(worker, path("W:x"), VeskRoles::Activate(), 7).list(),
-        (QVariantList {1, 7}));
+    EXPECT_EQ(setData(worker, path("W:x"), VeskRoles::Activate(), 7).list(), (QVariantList {1, 7}));
     node->setInvoke(&second, &Receiver::on_invoke, Qt::DirectConnection);
-    EXPECT_EQ(setData(worker, path("W:x"), VeskRoles::Activate(), 7).list(),
-        (QVariantList {2, 7}));
+    EXPECT_EQ(setData(worker, path("W:x"), VeskRoles::Activate(), 7).list(), (QVariantList {2, 7}));
     EXPECT_EQ(first.threads.size(), 1U);
 }
 
@@ -56,8 +53,8 @@ TEST(CMActivateNode, RefusesOtherRoles)
     CMActivateNode *node = CMActivateNode::create(worker.nodes(), path("W:x"));
     Receiver receiver(1);
     node->setInvoke(&receiver, &Receiver::on_invoke, Qt::DirectConnection);
-    EXPECT_EQ(setData(worker, path("W:x"), VeskRoles::Value(), 7).errorName(),
-        CMError::UnansweredName());
+    EXPECT_EQ(
+        setData(worker, path("W:x"), VeskRoles::Value(), 7).errorName(), CMError::UnansweredName());
     EXPECT_TRUE(receiver.threads.empty());
 }
 
@@ -93,9 +90,7 @@ TEST(CMActivateNode, QueuesActivationsToTheReceiversThread)
         ASSERT_TRUE(answers[static_cast<std::size_t>(i)].wait());
         EXPECT_EQ(answers[static_cast<std::size_t>(i)].list(), (QVariantList {1, i}));
     }
-    thread.call([&] {
-        EXPECT_EQ(receiver->threads, std::vector<QThread *>(20, &thread));
-    });
+    thread.call([&] { EXPECT_EQ(receiver->threads, std::vector<QThread *>(20, &thread)); });
 }
 
 TEST(CMActivateNode, AQueuedActivationWhoseReceiverGoesEndsWithAnError)
@@ -111,4 +106,4 @@ TEST(CMActivateNode, AQueuedActivationWhoseReceiverGoesEndsWithAnError)
     EXPECT_EQ(answer.errorName(), CMError::UnansweredName());
 }
 
-}
+} // namespace

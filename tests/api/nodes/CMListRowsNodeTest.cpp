@@ -53,8 +53,8 @@ TEST(CMListRowsNode, AnswersRowsOfBothKindsInTheirOrder)
     const Answer answer = getRows(worker, path("W:list?p=1"), titleAndPath, 0, 99);
     ASSERT_TRUE(answer.isThere()) << "own rows need no event loop";
     EXPECT_EQ(answer.rows().rowsCount(), 2);
-    EXPECT_EQ(titles(answer.rows()),
-        (QStringList {QStringLiteral("given"), QStringLiteral("asked")}));
+    EXPECT_EQ(
+        titles(answer.rows()), (QStringList {QStringLiteral("given"), QStringLiteral("asked")}));
     EXPECT_EQ(paths(answer.rows()), (QStringList {QString(), QStringLiteral("W:a")}));
     EXPECT_EQ(answer.rows().roles().title(), text("List"));
     EXPECT_EQ(answer.rows().roles().path(), path("W:list?p=1"));
@@ -68,8 +68,8 @@ TEST(CMListRowsNode, AnswersAllRolesInTheirOrder)
     const Answer answer = getRows(worker, path("W:list"), CMAllRoles(), 0, 0);
     const QVariantList row = answer.rows().rows().value(0).toList();
     ASSERT_EQ(row.size(), VeskRoles::all().size());
-    EXPECT_EQ(TrString::fromVariant(row.at(VeskRoles::all().indexOf(VeskRoles::Title()))),
-        text("r0"));
+    EXPECT_EQ(
+        TrString::fromVariant(row.at(VeskRoles::all().indexOf(VeskRoles::Title()))), text("r0"));
 }
 
 struct Range {
@@ -133,8 +133,7 @@ TEST(CMListRowsNode, ShowsARowThatFailsAsNullsButForItsPath)
     list->rowsAppend(path("W:gone"));
     list->rowsAppend(path("W:refuses"));
     list->rowsAppend(path("W:odd"));
-    ScriptNode::create(
-        worker.nodes(), path("W:refuses"), [](const CMRequest &) { return false; });
+    ScriptNode::create(worker.nodes(), path("W:refuses"), [](const CMRequest &) { return false; });
     ScriptNode::create(worker.nodes(), path("W:odd"), [](const CMRequest &request) {
         request.reply().setValue(QStringLiteral("no list"));
         return true;
@@ -157,8 +156,7 @@ TEST(CMListRowsNode, AsksRowsOfAnotherWorkerWithoutWaiting)
     ScriptThread other(QStringLiteral("Other"), [&](ScriptWorker &self) {
         ScriptNode::create(self.nodes(), path("Other:slow"), [&](const CMRequest &request) {
             EXPECT_TRUE(released.wait());
-            request.reply().setValue(
-                QVariantList {text("slow"), request.path().toEncoded()});
+            request.reply().setValue(QVariantList {text("slow"), request.path().toEncoded()});
             return true;
         });
         ScriptNode::create(self.nodes(), path("Other:title"))->setTitle(text("other"));
@@ -249,17 +247,15 @@ TEST(CMListRowsNode, FindsTheRowWithAValue)
     EXPECT_EQ(match(VeskRoles::Icon(), QStringLiteral("none")), QVariant(-1));
 }
 
-class ListSubscription : public testing::Test
-{
+class ListSubscription : public testing::Test {
 protected:
     std::unique_ptr<CMSubscription> subscribe(const char *to)
     {
-        auto subscription
-            = root.subscribe(path(to), &context, [this](const CMChange &change) {
-                  told.append(QStringLiteral("%1 %2 %3")
-                                  .arg(change.path.toEncoded(), change.kind)
-                                  .arg(change.first));
-              });
+        auto subscription = root.subscribe(path(to), &context, [this](const CMChange &change) {
+            told.append(QStringLiteral("%1 %2 %3")
+                            .arg(change.path.toEncoded(), change.kind)
+                            .arg(change.first));
+        });
         // Behind what the worker was told.
         EXPECT_TRUE(getData(root, path("W:list"), {}).wait());
         return subscription;
@@ -270,15 +266,14 @@ protected:
     QStringList told;
     CMListRowsNode *list = nullptr;
     ScriptNode *row = nullptr;
-    ScriptThread other {QStringLiteral("Other"), [this](ScriptWorker &self) {
-        row = ScriptNode::create(self.nodes(), path("Other:x"));
-    }};
+    ScriptThread other {QStringLiteral("Other"),
+        [this](ScriptWorker &self) { row = ScriptNode::create(self.nodes(), path("Other:x")); }};
     ScriptThread thread {QStringLiteral("W"), [this](ScriptWorker &self) {
-        list = CMListRowsNode::create(self.nodes(), path("W:list"));
-        list->setCopyPathParams(true);
-        list->rowsAppend(titled("given"));
-        list->rowsAppend(path("Other:x"));
-    }};
+                             list = CMListRowsNode::create(self.nodes(), path("W:list"));
+                             list->setCopyPathParams(true);
+                             list->rowsAppend(titled("given"));
+                             list->rowsAppend(path("Other:x"));
+                         }};
 };
 
 TEST_F(ListSubscription, PassesChangesOfARowOn)
@@ -353,4 +348,4 @@ TEST_F(ListSubscription, ListsInACircleDoNotTellOneAnotherForEver)
     EXPECT_EQ(told, QStringList {QStringLiteral("W:list rowsChanged 2")});
 }
 
-}
+} // namespace

@@ -99,9 +99,7 @@ struct Unanswered {
     ScriptNode::Handler handler;
 };
 
-class UnansweredRequest : public testing::TestWithParam<int>
-{
-};
+class UnansweredRequest : public testing::TestWithParam<int> { };
 
 TEST_P(UnansweredRequest, OfEachKindEndsWithAnError)
 {
@@ -116,7 +114,8 @@ TEST_P(UnansweredRequest, OfEachKindEndsWithAnError)
             }},
         {"not of the base class's kinds",
             [](const CMRequest &request) {
-                return request.kind() == CMRequest::GetData ? false : CMNode(CMPath()).request(request);
+                return request.kind() == CMRequest::GetData ? false
+                                                            : CMNode(CMPath()).request(request);
             }},
     };
     for (const Unanswered &sort : sorts) {
@@ -205,9 +204,8 @@ TEST(CMNodes, AreToldOfTheFirstAndTheLastSubscriberOfAPathTheyServe)
 {
     CMRootWorker root;
     ScriptNode *node = nullptr;
-    ScriptThread thread(QStringLiteral("W"), [&](ScriptWorker &self) {
-        node = ScriptNode::create(self.nodes(), path("W:browse"));
-    });
+    ScriptThread thread(QStringLiteral("W"),
+        [&](ScriptWorker &self) { node = ScriptNode::create(self.nodes(), path("W:browse")); });
     QObject context;
     auto one = root.subscribe(path("W:browse/x?p=1"), &context, [](const CMChange &) {});
     auto two = root.subscribe(path("W:browse/x?p=1"), &context, [](const CMChange &) {});
@@ -230,13 +228,11 @@ TEST(CMNodes, ANodeThatComesLaterIsToldOfItsSubscribers)
 {
     CMRootWorker root;
     QObject context;
-    const auto subscription
-        = root.subscribe(path("W:browse/x"), &context, [](const CMChange &) {});
+    const auto subscription = root.subscribe(path("W:browse/x"), &context, [](const CMChange &) {});
     ScriptThread thread(QStringLiteral("W"));
     getData(root, path("W:"), {}).wait();
     thread.call([&] {
-        const ScriptNode *node
-            = ScriptNode::create(thread.worker().nodes(), path("W:browse"));
+        const ScriptNode *node = ScriptNode::create(thread.worker().nodes(), path("W:browse"));
         EXPECT_EQ(node->added, std::vector<CMPath> {path("W:browse/x")});
     });
 }
@@ -257,4 +253,4 @@ TEST(CMNodes, PassTheLanguagesChangeToTheirShownNodes)
     EXPECT_EQ(kind, CMSubscribe::ValueChanged());
 }
 
-}
+} // namespace

@@ -75,8 +75,8 @@ TEST(CMRedirectRowsNode, DoesNotAskTheTargetForWhatItHasItself)
     });
     CMRedirectRowsNode::create(worker.nodes(), path("W:x"), path("W:target"))
         ->setTitle(text("own"));
-    const Answer answer = getData(
-        worker, path("W:x"), {VeskRoles::Title(), VeskRoles::Path(), VeskRoles::Type()});
+    const Answer answer
+        = getData(worker, path("W:x"), {VeskRoles::Title(), VeskRoles::Path(), VeskRoles::Type()});
     ASSERT_TRUE(answer.isThere());
     EXPECT_EQ(answer.list().value(2), QVariant(1));
     EXPECT_EQ(asked, 0);
@@ -91,8 +91,8 @@ TEST(CMRedirectRowsNode, AnswersAllRoles)
     ASSERT_EQ(values.size(), VeskRoles::all().size());
     EXPECT_EQ(values.at(VeskRoles::all().indexOf(VeskRoles::Icon())),
         QVariant(QStringLiteral("target icon")));
-    EXPECT_EQ(values.at(VeskRoles::all().indexOf(VeskRoles::Path())),
-        QVariant(QStringLiteral("W:x")));
+    EXPECT_EQ(
+        values.at(VeskRoles::all().indexOf(VeskRoles::Path())), QVariant(QStringLiteral("W:x")));
 }
 
 TEST(CMRedirectRowsNode, KeepsItsOwnValuesWhenTheTargetFails)
@@ -122,12 +122,11 @@ TEST(CMRedirectRowsNode, EndsACircleWithAnError)
         CMRedirectRowsNode::create(self.nodes(), path("B:x"), path("A:x"));
     });
     for (const char *start : {"A:x", "B:x", "A:self"}) {
-        for (const Answer &answer : {getRows(root, path(start), roles, 0, 9),
-                 getData(root, path(start), roles),
-                 matchRow(root, path(start), VeskRoles::Title(), 1)}) {
+        for (const Answer &answer :
+            {getRows(root, path(start), roles, 0, 9), getData(root, path(start), roles),
+                matchRow(root, path(start), VeskRoles::Title(), 1)}) {
             ASSERT_TRUE(answer.wait());
-            EXPECT_EQ(answer.errorText(),
-                QStringLiteral("The request was redirected too often."));
+            EXPECT_EQ(answer.errorText(), QStringLiteral("The request was redirected too often."));
         }
     }
 }
@@ -136,9 +135,7 @@ TEST(CMRedirectRowsNode, FollowsAsManyRedirectsAsAreAllowed)
 {
     ScriptWorker worker(QStringLiteral("W"));
     buildTarget(worker, "W:0");
-    const auto at = [](int i) {
-        return CMPath(QStringLiteral("W"), QString::number(i));
-    };
+    const auto at = [](int i) { return CMPath(QStringLiteral("W"), QString::number(i)); };
     for (int i = 1; i <= CMRequest::MaxHops + 1; ++i)
         CMRedirectRowsNode::create(worker.nodes(), at(i), at(i - 1));
     EXPECT_EQ(getRows(worker, at(CMRequest::MaxHops), roles, 0, 9).rows().rowsCount(), 1);
@@ -184,8 +181,8 @@ TEST(CMRedirectRowsNode, RedirectsInACircleStopTellingOneAnother)
     for (int i = 0; i < 2; ++i)
         getData(root, path("W:b"), roles).wait();
     CMSubscribe().changed(path("W:b"), CMSubscribe::RowsChangeInserted(), 0, 0);
-    ASSERT_TRUE(spinUntil(
-        [&] { return !told.empty() && told.back().hops >= CMRequest::MaxHops - 1; }));
+    ASSERT_TRUE(
+        spinUntil([&] { return !told.empty() && told.back().hops >= CMRequest::MaxHops - 1; }));
     // Time for more than the allowed turns.
     for (int i = 0; i < 2 * CMRequest::MaxHops; ++i) {
         ASSERT_TRUE(getData(root, path("W:b"), roles).wait());
@@ -227,4 +224,4 @@ TEST(CMRequestDeathTest, CannotBeReadAsAnotherKind)
         testing::KilledBySignal(SIGABRT), "");
 }
 
-}
+} // namespace

@@ -308,11 +308,10 @@ TEST(CMSubscription, IsNeverToldAfterItsEndWhileOthersTell)
         const int before = heard;
         home.call([&] {
             context = std::make_unique<QObject>();
-            subscription = root.subscribe(path("A:x/y"), context.get(),
-                [&](const CMChange &) {
-                    ++heard;
-                    toldLate = toldLate || ended;
-                });
+            subscription = root.subscribe(path("A:x/y"), context.get(), [&](const CMChange &) {
+                ++heard;
+                toldLate = toldLate || ended;
+            });
         });
         while (heard == before)
             std::this_thread::yield();

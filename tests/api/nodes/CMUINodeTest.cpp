@@ -83,8 +83,7 @@ TEST(CMUINode, GathersItsRolesWithoutNulls)
     node.setIcon(QStringLiteral("icon"));
     node.setTitle(text("Title"));
     const CMUINode::Params params {{QStringLiteral("p"), QStringLiteral("2")}};
-    const VeskRoles some
-        = node.getDataRoles({VeskRoles::Icon(), VeskRoles::Description()}, params);
+    const VeskRoles some = node.getDataRoles({VeskRoles::Icon(), VeskRoles::Description()}, params);
     EXPECT_EQ(some.toHash(),
         (QVariantHash {{VeskRoles::Icon(), QStringLiteral("icon")},
             {VeskRoles::Path(), QStringLiteral("W:x?own=1&p=2")}}));
@@ -139,8 +138,7 @@ TEST(CMContainerNode, AnswersItsTypeAndWhatItIsFor)
     node.setContainerType(VeskRolesContainerType::ContextMenu);
     node.setPlayable(true);
     node.setIcon(QStringLiteral("i"));
-    EXPECT_EQ(ask(node, path("W:x"), roles),
-        (QVariantList {1, 100, true, QStringLiteral("i")}));
+    EXPECT_EQ(ask(node, path("W:x"), roles), (QVariantList {1, 100, true, QStringLiteral("i")}));
     EXPECT_TRUE(node.servesBelow());
 }
 
@@ -152,8 +150,8 @@ TEST(CMContainerNode, HasItsScreensReadAgainInAnotherLanguage)
     node->setNodes(worker.nodes());
     QObject context;
     QStringList told;
-    const auto subscription = root.subscribe(path("W:x/y?p=1"), &context,
-        [&](const CMChange &change) { told.append(change.kind); });
+    const auto subscription = root.subscribe(
+        path("W:x/y?p=1"), &context, [&](const CMChange &change) { told.append(change.kind); });
     root.notifyLanguageChanged();
     EXPECT_TRUE(spinUntil([&] { return !told.isEmpty(); }));
     EXPECT_EQ(told, QStringList {CMSubscribe::RowsChangeReset()});
@@ -169,9 +167,9 @@ TEST(CMQueryNode, AnswersWhereAndHowToAsk)
     node->setQuery(QStringLiteral("query"));
     node->setQueryPath(path("W:browse?veskTuneInMethod=search"));
     EXPECT_EQ(ask(*node, path("W:search"), roles).mid(0, 3),
-        (QVariantList {5, QStringLiteral("query"),
-            QStringLiteral("W:browse?veskTuneInMethod=search")}));
+        (QVariantList {
+            5, QStringLiteral("query"), QStringLiteral("W:browse?veskTuneInMethod=search")}));
     EXPECT_FALSE(node->servesBelow());
 }
 
-}
+} // namespace

@@ -7,8 +7,7 @@
 
 namespace {
 
-class ValueItem : public testing::Test
-{
+class ValueItem : public testing::Test {
 protected:
     std::unique_ptr<CMValueItem> follow(const char *to)
     {
@@ -108,11 +107,9 @@ TEST_F(ValueItem, ReadsAgainWhenTheValueChangesWhileItReads)
     CMSubscribe().changed(path("W:x"), CMSubscribe::ValueChanged(), -1, -1);
     QCoreApplication::processEvents();
     EXPECT_EQ(asked.size(), 1U);
-    asked[0].reply().setValue(
-        QVariantList {VeskValue::fromString(QStringLiteral("old"))});
+    asked[0].reply().setValue(QVariantList {VeskValue::fromString(QStringLiteral("old"))});
     ASSERT_TRUE(spinUntil([&] { return asked.size() == 2; }));
-    asked[1].reply().setValue(
-        QVariantList {VeskValue::fromString(QStringLiteral("new"))});
+    asked[1].reply().setValue(QVariantList {VeskValue::fromString(QStringLiteral("new"))});
     EXPECT_TRUE(sees(strings({"old", "new"})));
 }
 
@@ -155,4 +152,4 @@ TEST(CMValueItem, BringsNothingWithoutARoot)
     QCoreApplication::processEvents();
 }
 
-}
+} // namespace

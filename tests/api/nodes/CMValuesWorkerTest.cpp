@@ -14,8 +14,7 @@ namespace {
 
 const QString valueRole = VeskRoles::Value();
 
-class Values : public testing::Test
-{
+class Values : public testing::Test {
 protected:
     void SetUp() override
     {
@@ -27,8 +26,8 @@ protected:
         values.define(path("V:fixed"), VeskValue::fromString(QStringLiteral("f")));
         QObject::connect(&values, &CMValuesWorker::valueChanged, &values,
             [this](const CMPath &changed, const VeskValue &, bool byRequest) {
-                told.append(changed.toEncoded()
-                    + (byRequest ? QStringLiteral(" by request") : QString()));
+                told.append(
+                    changed.toEncoded() + (byRequest ? QStringLiteral(" by request") : QString()));
             });
     }
     void TearDown() override { root.removeWorker(&values); }
@@ -47,8 +46,7 @@ TEST_F(Values, AnswersAtOnceOnTheThreadThatAsks)
 {
     const Answer answer = getData(root, path("V:text"), {valueRole});
     ASSERT_TRUE(answer.isThere());
-    EXPECT_EQ(VeskValue(VeskHash(answer.list().value(0).toHash())).string_(),
-        QStringLiteral("a"));
+    EXPECT_EQ(VeskValue(VeskHash(answer.list().value(0).toHash())).string_(), QStringLiteral("a"));
     std::thread([this] {
         EXPECT_EQ(VeskValue(VeskHash(root.getValue(path("V:int")).toHash())).int_(), 1);
     }).join();
@@ -63,8 +61,7 @@ TEST_F(Values, AnswersTheRolesOfAValue)
     EXPECT_EQ(TrString::fromVariant(answer.list().value(2)), text("Text"));
     EXPECT_FALSE(answer.list().value(3).isValid());
     EXPECT_EQ(getData(root, path("V:text"), CMAllRoles()).list().size(), VeskRoles::all().size());
-    EXPECT_TRUE(
-        getData(root, path("V:bool"), {VeskRoles::Title()}).list().value(0).isNull());
+    EXPECT_TRUE(getData(root, path("V:bool"), {VeskRoles::Title()}).list().value(0).isNull());
 }
 
 TEST_F(Values, HasNothingElsewhereAndNoRows)
@@ -193,7 +190,8 @@ TEST_F(Values, TakeChangesOfManyThreadsAtOnce)
 {
     QObject::disconnect(&values, nullptr, &values, nullptr);
     std::atomic<int> changes {0};
-    QObject::connect(&values, &CMValuesWorker::valueChanged, &values,
+    QObject::connect(
+        &values, &CMValuesWorker::valueChanged, &values,
         [&](const CMPath &, const VeskValue &, bool) { ++changes; }, Qt::DirectConnection);
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
@@ -219,8 +217,8 @@ TEST(ValuesFromPlain, ReadsWhatIsMeantAsTheType)
     EXPECT_EQ(read(QStringLiteral("-7"), VeskValueType::int_), VeskValue::fromInt(-7));
     EXPECT_EQ(read(QVariant(7.0), VeskValueType::int_), VeskValue::fromInt(7));
     EXPECT_EQ(read(QStringLiteral("1.5"), VeskValueType::double_).double_(), 1.5);
-    EXPECT_EQ(read(QVariant(128), VeskValueType::string_),
-        VeskValue::fromString(QStringLiteral("128")));
+    EXPECT_EQ(
+        read(QVariant(128), VeskValueType::string_), VeskValue::fromString(QStringLiteral("128")));
     EXPECT_EQ(read(QString(), VeskValueType::string_), VeskValue::fromString(QString()));
 
     VeskTuneInAccount account;
@@ -229,12 +227,12 @@ TEST(ValuesFromPlain, ReadsWhatIsMeantAsTheType)
         QStringLiteral("me"));
     QVariantMap map;
     map.insert(QStringLiteral("userName"), QStringLiteral("me"));
-    EXPECT_EQ(read(map, VeskValueType::tuneInAccount).tuneInAccount().userName(),
-        QStringLiteral("me"));
+    EXPECT_EQ(
+        read(map, VeskValueType::tuneInAccount).tuneInAccount().userName(), QStringLiteral("me"));
     EXPECT_TRUE(read(QStringLiteral("x"), VeskValueType::tuneInAccount).isEmpty());
     EXPECT_TRUE(read(true, VeskValueType::none).isEmpty());
-    EXPECT_TRUE(read(QVariant(std::numeric_limits<double>::infinity()), VeskValueType::double_)
-                    .isEmpty());
+    EXPECT_TRUE(
+        read(QVariant(std::numeric_limits<double>::infinity()), VeskValueType::double_).isEmpty());
 }
 
 TEST(ValuesDeathTest, AreDefinedOnce)
@@ -249,4 +247,4 @@ TEST(ValuesDeathTest, AreDefinedOnce)
         testing::KilledBySignal(SIGABRT), "");
 }
 
-}
+} // namespace

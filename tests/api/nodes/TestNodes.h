@@ -31,8 +31,7 @@ inline TrString text(const char *sourceText)
 }
 
 /// An answer as the one who asked sees it.
-class Answer
-{
+class Answer {
 public:
     bool isThere() const { return m_data->isFinished(); }
     bool wait() const { return m_data->waitForFinished(patience); }
@@ -87,8 +86,7 @@ inline Answer matchRow(
 }
 
 /// A node that does what it is told.
-class ScriptNode : public CMUINode
-{
+class ScriptNode : public CMUINode {
 public:
     using Handler = std::function<bool(const CMRequest &)>;
 
@@ -122,8 +120,7 @@ private:
 };
 
 /// A worker whose nodes the test makes.
-class ScriptWorker : public CMNodesWorker
-{
+class ScriptWorker : public CMNodesWorker {
 public:
     using Build = std::function<void(ScriptWorker &)>;
 
@@ -138,8 +135,7 @@ public:
 };
 
 /// A ScriptWorker on a thread of its own.
-class ScriptThread : public WorkerThread
-{
+class ScriptThread : public WorkerThread {
 public:
     explicit ScriptThread(const QString &name, const ScriptWorker::Build &build = nullptr)
         : WorkerThread([name, build] { return new ScriptWorker(name, build); })
@@ -150,8 +146,7 @@ public:
 };
 
 /// Opens once; whoever waits for it goes on then.
-class Gate
-{
+class Gate {
 public:
     void open() { m_promise.set_value(); }
     bool wait() const
@@ -163,4 +158,3 @@ private:
     std::promise<void> m_promise;
     std::shared_future<void> m_future = m_promise.get_future().share();
 };
-

@@ -42,9 +42,9 @@ protected:
         return m_answers.value(0);
     }
 
-    JsonRpcDispatcher m_dispatcher;
     QList<JsonRpcCallPtr> m_kept;
     QList<QByteArray> m_answers;
+    JsonRpcDispatcher m_dispatcher; // goes first: calls that are still kept answer nobody
 };
 
 TEST_F(JsonRpcDispatcherTest, AnswersACallWithItsIdAndResult)

@@ -4,11 +4,14 @@
 #include <QFile>
 #include <QStringList>
 
-/// What this process holds at the moment, as the kernel counts it.
+#include <malloc.h>
+
+/// What this process holds at the moment: as the kernel counts it, and as malloc does.
 struct ProcessUsage {
     int threads = 0;
     int descriptors = 0;
     qint64 residentBytes = 0;
+    qint64 allocatedBytes = 0;
 
     static ProcessUsage now()
     {
@@ -23,6 +26,8 @@ struct ProcessUsage {
         QFile pages(QStringLiteral("/proc/self/statm"));
         if (pages.open(QIODevice::ReadOnly))
             usage.residentBytes = pages.readAll().split(' ').value(1).toLongLong() * 4096;
+        const struct mallinfo2 heap = mallinfo2();
+        usage.allocatedBytes = static_cast<qint64>(heap.uordblks + heap.hblkhd);
         return usage;
     }
 };

@@ -1,0 +1,48 @@
+#include "api/values/CMPath.h"
+#include "fuzz/fuzzing.h"
+
+#include <QByteArray>
+#include <QList>
+
+#include <sstream>
+
+// A path's text form, which web pages and links hand in, and the way there and back.
+
+namespace {
+
+void requireRoundTrip(const CMPath &path)
+{
+    const QString text = path.toEncoded();
+    const CMPath again = CMPath::fromEncoded(text);
+    FUZZ_REQUIRE(again == path);
+    FUZZ_REQUIRE(again.toEncoded() == text);
+    FUZZ_REQUIRE(path.startsWith(again));
+    std::ostringstream out;
+    out << path;
+    FUZZ_REQUIRE(!out.str().empty());
+}
+
+/// The input's pieces as prefix, base and parameters.
+CMPath pathOf(const QByteArray &bytes)
+{
+    const QList<QByteArray> pieces = bytes.split('\n');
+    CMPath path(QString::fromUtf8(pieces.value(0)), QString::fromUtf8(pieces.value(1)));
+    for (int i = 2; i + 1 < pieces.size(); i += 2)
+        path.addParam(QString::fromUtf8(pieces.at(i)), QString::fromUtf8(pieces.at(i + 1)));
+    return path;
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const CMPath read = CMPath::fromEncoded(QString::fromUtf8(bytes));
+    if (!read.isEmpty())
+        requireRoundTrip(read);
+    // Longer ones may have no text form that is read again.
+    const CMPath made = pathOf(bytes);
+    if (!made.isEmpty() && size < 4096)
+        requireRoundTrip(made);
+    return 0;
+}
