@@ -13,8 +13,9 @@ public:
     static TrString ntr(const QString &text);
 
     /// Makes \a language (a BCP 47 tag, "de" or "de-DE") current, from the catalogue in the first
-    /// of \a folders that has one for the tag or for its language alone. English needs no
-    /// catalogue. Returns false, with the source texts current, when there is none.
+    /// of \a folders that has one for the tag, or for what is left of it when its last parts are
+    /// dropped one by one. English needs no catalogue. Returns false, with the source texts
+    /// current, when there is none.
     static bool setCurrent(const QString &language, const QStringList &folders);
 
     /// The tag that setCurrent was last given; "en" at start.

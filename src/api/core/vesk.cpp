@@ -42,20 +42,6 @@ bool isQueued(const QObject *sender, const QObject *receiver, Qt::ConnectionType
         || (kind == Qt::AutoConnection && sender->thread() != receiver->thread());
 }
 
-/// Whether the signal's parameter can be copied into an event.
-bool isRegistered(const QObject *sender, const QMetaMethod &signal, int index)
-{
-    int type = signal.parameterType(index);
-    if (type == QMetaType::UnknownType) {
-        // A type that is declared but was never used yet is registered by the class's own
-        // meta-object.
-        void *arguments[] = {&type, &index};
-        QMetaObject::metacall(const_cast<QObject *>(sender),
-            QMetaObject::RegisterMethodArgumentMetaType, signal.methodIndex(), arguments);
-    }
-    return type > QMetaType::UnknownType;
-}
-
 } // namespace
 
 void veskAssertionFailed(const char *condition, const char *file, int line)
@@ -93,7 +79,7 @@ bool verifyConnectionSignalParameters(const QObject *sender, const QMetaMethod &
     bool ok = true;
     const QList<QByteArray> names = signal.parameterTypes();
     for (int i = 0; i < names.size(); ++i) {
-        if (names.at(i).endsWith('*') || isRegistered(sender, signal, i))
+        if (names.at(i).endsWith('*') || signal.parameterType(i) != QMetaType::UnknownType)
             continue;
         VESK_ERROR("Cannot queue signal " << sender->metaObject()->className()
                                           << "::" << signal.methodSignature() << ": parameter type "

@@ -25,9 +25,9 @@
 /// Names the calling operating-system thread, cut to the 15 bytes that Linux keeps.
 VESK_API void veskSetThreadName(const QString &name);
 
-/// Tells whether a connection's arguments can cross threads: when sender and receiver live on
-/// different threads and the call will be queued, every parameter of \a signal that is no pointer
-/// must be a registered meta-type. A parameter that is not is logged.
+/// Tells whether a connection's arguments can be queued: when the call will be (a queued
+/// connection, or an automatic one between objects on different threads), every parameter of \a
+/// signal that is no pointer must be a registered meta-type. A parameter that is not is logged.
 VESK_API bool verifyConnectionSignalParameters(const QObject *sender, const QMetaMethod &signal,
     const QObject *receiver, Qt::ConnectionType type);
 

@@ -1,17 +1,24 @@
 #include "api/nodes/CMContainerNode.h"
 
+#include "api/nodes/CMRoleTable.h"
+
 QVariant CMContainerNode::getRoleData(const QString &role, const Params &params)
 {
-    if (role == VeskRoles::Type())
+    enum { Type, ContainerType, Playable };
+    static const CMRoleTable roles {
+        VeskRoles::Type(), VeskRoles::ContainerType(), VeskRoles::Playable()};
+    switch (roles.find(role)) {
+    case Type:
         return VeskRolesType::Container();
-    if (role == VeskRoles::ContainerType()) {
+    case ContainerType:
         return m_containerType == VeskRolesContainerType::List
             ? QVariant()
             : QVariant(static_cast<int>(m_containerType));
-    }
-    if (role == VeskRoles::Playable())
+    case Playable:
         return m_playable ? QVariant(true) : QVariant();
-    return CMUINode::getRoleData(role, params);
+    default:
+        return CMUINode::getRoleData(role, params);
+    }
 }
 
 void CMContainerNode::languageChanged()

@@ -37,10 +37,10 @@ bool CMRedirectRowsNode::getDataRequest(const CMGetDataRequest &request)
     QStringList missing;
     QList<int> places;
     bool anyOwn = false;
+    const Params params = request.path().params();
     for (const QString &role : named(request.roles())) {
         const bool isPath = role == VeskRoles::Path();
-        values.append(isPath ? QVariant(request.path().toEncoded())
-                             : getRoleData(role, request.path().params()));
+        values.append(isPath ? QVariant(request.path().toEncoded()) : getRoleData(role, params));
         if (values.last().isNull()) {
             missing.append(role);
             places.append(values.size() - 1);

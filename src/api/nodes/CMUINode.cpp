@@ -1,5 +1,9 @@
 #include "api/nodes/CMUINode.h"
 
+#include "api/nodes/CMRoleTable.h"
+
+#include <algorithm>
+
 void CMUINode::setDisabled(bool disabled)
 {
     if (m_disabled == disabled)
@@ -11,19 +15,25 @@ void CMUINode::setDisabled(bool disabled)
 
 QVariant CMUINode::getRoleData(const QString &role, const Params &params)
 {
-    if (role == VeskRoles::Title())
+    enum { Title, Description, Icon, MediaData, Disabled, Path };
+    static const CMRoleTable roles {VeskRoles::Title(), VeskRoles::Description(), VeskRoles::Icon(),
+        VeskRoles::MediaData(), VeskRoles::Disabled(), VeskRoles::Path()};
+    switch (roles.find(role)) {
+    case Title:
         return m_title.isEmpty() ? QVariant() : QVariant(m_title);
-    if (role == VeskRoles::Description())
+    case Description:
         return m_description.isEmpty() ? QVariant() : QVariant(m_description);
-    if (role == VeskRoles::Icon())
+    case Icon:
         return m_icon.isEmpty() ? QVariant() : QVariant(m_icon);
-    if (role == VeskRoles::MediaData())
+    case MediaData:
         return m_mediaData.isEmpty() ? QVariant() : QVariant(m_mediaData);
-    if (role == VeskRoles::Disabled())
+    case Disabled:
         return m_disabled ? QVariant(true) : QVariant();
-    if (role == VeskRoles::Path())
+    case Path:
         return opened(params).toEncoded();
-    return QVariant();
+    default:
+        return QVariant();
+    }
 }
 
 CMPath CMUINode::opened(const Params &params) const
@@ -43,7 +53,7 @@ VeskRoles CMUINode::getDataRoles(const QStringList &roles, const Params &params)
 {
     const QStringList &names = named(roles);
     QVariantHash values;
-    values.reserve(names.size() + 1);
+    values.reserve(std::min(names.size() + 1, 8)); // few nodes answer more
     for (const QString &role : names) {
         if (role == VeskRoles::Path())
             continue;
@@ -58,11 +68,12 @@ VeskRoles CMUINode::getDataRoles(const QStringList &roles, const Params &params)
 bool CMUINode::getDataRequest(const CMGetDataRequest &request)
 {
     const QStringList &names = named(request.roles());
+    const Params params = request.path().params();
     QVariantList values;
     values.reserve(names.size());
     for (const QString &role : names) {
-        values.append(role == VeskRoles::Path() ? QVariant(request.path().toEncoded())
-                                                : getRoleData(role, request.path().params()));
+        const bool isPath = role == VeskRoles::Path();
+        values.append(isPath ? QVariant(request.path().toEncoded()) : getRoleData(role, params));
     }
     request.reply().setValue(values);
     return true;

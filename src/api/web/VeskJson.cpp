@@ -4,19 +4,18 @@
 #include "api/values/CMPath.h"
 #include "api/web/VeskUrl.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QStringList>
 #include <QVarLengthArray>
 
 #include <simdjson.h>
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
-#include <limits>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -39,8 +38,11 @@ bool isAscii(const char *bytes, std::size_t size)
 QString makeText(std::string_view view)
 {
     const int size = static_cast<int>(view.size());
-    return isAscii(view.data(), view.size()) ? QString::fromLatin1(view.data(), size)
-                                             : QString::fromUtf8(view.data(), size);
+    if (isAscii(view.data(), view.size()))
+        return QString::fromLatin1(view.data(), size);
+    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
+    const QString text = QString::fromUtf8(view.data(), size);
+    return view.substr(0, 3) == "\xEF\xBB\xBF" ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
 /// The texts of one answer that came last, so that those that come again and again (keys,
@@ -183,103 +185,320 @@ private:
     bool m_tooDeep = false;
 };
 
-/// Where \a data is nested deeper than MaxDepth, or -1. Holds for all that QJsonDocument accepts.
-int tooDeepAt(const QByteArray &data)
+/// The offset of the first byte that is no part of UTF-8, or -1.
+int invalidUtf8At(const QByteArray &data)
 {
-    int depth = 0;
-    bool inString = false;
-    for (int i = 0; i < data.size(); ++i) {
-        const char c = data.at(i);
-        if (c == '"')
-            inString = !inString;
-        else if (inString)
-            i += c == '\\';
-        else if ((c == '[' || c == '{') && ++depth > VeskJson::MaxDepth)
+    for (int i = 0; i < data.size();) {
+        const auto lead = static_cast<uchar>(data.at(i));
+        const int more = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || i + more >= data.size())
             return i;
-        else if (c == ']' || c == '}')
-            --depth;
+        uint codePoint = more == 0 ? lead : lead & (0x3Fu >> more);
+        for (int k = 1; k <= more; ++k) {
+            const auto next = static_cast<uchar>(data.at(i + k));
+            if ((next & 0xC0) != 0x80)
+                return i;
+            codePoint = codePoint << 6 | (next & 0x3F);
+        }
+        static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
+        if (codePoint < least[more] || codePoint > QChar::LastValidCodePoint
+            || QChar::isSurrogate(codePoint))
+            return i;
+        i += more + 1;
     }
     return -1;
 }
 
-QString tooDeep()
-{
-    return QStringLiteral("nested too deeply");
-}
+/// Makes JSON as simdjson reads it of what servers in the field send and QJsonDocument reads:
+/// control characters and unknown escapes within strings, half surrogate pairs, whole numbers of
+/// any length, a byte order mark. Finds where that fails, as simdjson does not tell. QJsonDocument
+/// itself is no help here: it leaks what an object holds under the first of two equal keys.
+class Repair {
+public:
+    explicit Repair(const QByteArray &data)
+        : m_data(data)
+    {
+        m_out.reserve(static_cast<std::size_t>(data.size()) + 64);
+    }
 
-QVariant fromQt(const QJsonValue &value)
-{
-    switch (value.type()) {
-    case QJsonValue::Object: {
-        const QJsonObject object = value.toObject();
-        QVariantHash hash;
-        hash.reserve(object.size());
-        for (auto it = object.begin(); it != object.end(); ++it)
-            hash.insert(it.key(), fromQt(it.value()));
-        return hash;
+    bool run()
+    {
+        if (m_data.startsWith("\xEF\xBB\xBF"))
+            m_at = 3;
+        for (;;) {
+            while (isBlank(peek()) && m_at < m_data.size())
+                ++m_at;
+            if (m_expected == Expected::End && m_at == m_data.size())
+                return true;
+            if (!step(peek()))
+                return false;
+        }
     }
-    case QJsonValue::Array: {
-        const QJsonArray array = value.toArray();
-        QVariantList list;
-        list.reserve(array.size());
-        for (const QJsonValue &element : array)
-            list.append(fromQt(element));
-        return list;
-    }
-    case QJsonValue::Double: {
-        const QVariant number = value.toVariant();
-        return number.type() == QVariant::Double ? numberVariant(number.toDouble()) : number;
-    }
-    case QJsonValue::String:
-    case QJsonValue::Bool:
-        return value.toVariant();
-    default:
-        return QVariant();
-    }
-}
 
-QVariant failure(const QString &message, int offset, VeskError &error, unsigned int *position)
+    const std::string &text() const { return m_out; }
+    const char *message() const
+    {
+        return m_message            ? m_message
+            : m_at >= m_data.size() ? "unexpected end"
+                                    : "unexpected character";
+    }
+    int offset() const { return m_at; }
+
+private:
+    enum class Expected { Value, ValueOrEnd, Key, KeyOrEnd, Colon, CommaOrEnd, End };
+
+    static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
+    /// NUL behind the end, where it is no part of JSON.
+    char peek(int ahead = 0) const
+    {
+        return m_at + ahead < m_data.size() ? m_data.at(m_at + ahead) : '\0';
+    }
+    void copy(int count)
+    {
+        m_out.append(m_data.constData() + m_at, static_cast<std::size_t>(count));
+        m_at += count;
+    }
+    bool fail(const char *message)
+    {
+        m_message = message;
+        return false;
+    }
+
+    bool step(char c)
+    {
+        switch (m_expected) {
+        case Expected::ValueOrEnd:
+            return c == ']' ? close() : readValue(c);
+        case Expected::Value:
+            return readValue(c);
+        case Expected::KeyOrEnd:
+            return c == '}' ? close() : readKey(c);
+        case Expected::Key:
+            return readKey(c);
+        case Expected::Colon:
+            m_expected = Expected::Value;
+            return c == ':' && (copy(1), true);
+        case Expected::CommaOrEnd:
+            if (c == m_open[m_depth - 1] + 2) // "]" and "}" come two after "[" and "{".
+                return close();
+            m_expected = m_open[m_depth - 1] == '[' ? Expected::Value : Expected::Key;
+            return c == ',' && (copy(1), true);
+        default:
+            return false;
+        }
+    }
+
+    bool open(char c)
+    {
+        if (m_depth == VeskJson::MaxDepth)
+            return fail("nested too deeply");
+        m_open[m_depth++] = c;
+        m_expected = c == '[' ? Expected::ValueOrEnd : Expected::KeyOrEnd;
+        copy(1);
+        return true;
+    }
+
+    bool close()
+    {
+        --m_depth;
+        copy(1);
+        return valueRead();
+    }
+
+    bool valueRead()
+    {
+        m_expected = m_depth > 0 ? Expected::CommaOrEnd : Expected::End;
+        return true;
+    }
+
+    bool readKey(char c)
+    {
+        m_expected = Expected::Colon;
+        return c == '"' && readString();
+    }
+
+    bool readValue(char c)
+    {
+        if (c == '[' || c == '{')
+            return open(c);
+        if (c == '"')
+            return readString() && valueRead();
+        if (c == '-' || c == '.' || isDigit(c))
+            return readNumber() && valueRead();
+        for (const std::string_view literal : {"true", "false", "null"}) {
+            if (m_data.mid(m_at, int(literal.size())) == literal.data()) {
+                copy(int(literal.size()));
+                return valueRead();
+            }
+        }
+        return false;
+    }
+
+    bool readString()
+    {
+        copy(1);
+        while (m_at < m_data.size()) {
+            const char c = peek();
+            if (c == '"') {
+                copy(1);
+                return true;
+            }
+            if (c != '\\')
+                copyCharacter();
+            else if (!readEscape())
+                return false;
+        }
+        return false;
+    }
+
+    void copyCharacter()
+    {
+        static constexpr char digits[] = "0123456789abcdef";
+        const auto c = static_cast<uchar>(peek());
+        if (c >= 0x20)
+            return copy(1);
+        ++m_at;
+        m_out += "\\u00";
+        m_out += digits[c >> 4];
+        m_out += digits[c & 15];
+    }
+
+    bool readEscape()
+    {
+        const char c = peek(1);
+        if (c == 'u')
+            return readUnicodeEscape();
+        if (m_at + 1 < m_data.size()
+            && std::string_view("\"\\/bfnrt").find(c) != std::string_view::npos) {
+            copy(2);
+            return true;
+        }
+        ++m_at;
+        if (m_at == m_data.size() || static_cast<uchar>(c) >= 0x80)
+            return false;
+        copyCharacter();
+        return true;
+    }
+
+    /// The unit that the escape \a ahead stands for, -1 when there is none.
+    int unitAt(int ahead) const
+    {
+        if (peek(ahead) != '\\' || peek(ahead + 1) != 'u')
+            return -1;
+        bool ok = false;
+        const QByteArray digits = m_data.mid(m_at + ahead + 2, 4);
+        for (const char c : digits) {
+            if (!std::isxdigit(static_cast<uchar>(c)))
+                return -1;
+        }
+        const int unit = digits.toInt(&ok, 16);
+        return ok && digits.size() == 4 ? unit : -1;
+    }
+
+    bool readUnicodeEscape()
+    {
+        constexpr int size = 6;
+        const int unit = unitAt(0);
+        if (unit < 0)
+            return false;
+        const int next = QChar::isHighSurrogate(uint(unit)) ? unitAt(size) : -1;
+        if (next >= 0 && QChar::isLowSurrogate(uint(next))) {
+            copy(2 * size);
+        } else if (QChar::isSurrogate(uint(unit))) {
+            m_out += "\\ufffd";
+            m_at += size;
+        } else {
+            copy(size);
+        }
+        return true;
+    }
+
+    int digitsAt(int ahead) const
+    {
+        int count = 0;
+        while (isDigit(peek(ahead + count)))
+            ++count;
+        return count;
+    }
+
+    /// "1." and ".5" pass, with a zero added.
+    bool readNumber()
+    {
+        const int sign = peek() == '-' ? 1 : 0;
+        const int whole = digitsAt(sign);
+        const int point = sign + whole;
+        const int fraction = peek(point) == '.' ? digitsAt(point + 1) : -1;
+        const int power = point + 1 + fraction;
+        int size = power;
+        bool good = whole + qMax(fraction, 0) > 0 && (whole < 2 || peek(sign) != '0');
+        if ((peek(power) | 0x20) == 'e') {
+            size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
+            const int digits = digitsAt(size);
+            good = good && digits > 0;
+            size += digits;
+        }
+        if (!good)
+            return false;
+        const QByteArray number = m_data.mid(m_at, size);
+        if (std::isinf(number.toDouble()))
+            return fail("number out of range");
+        m_out += whole > 0 ? number.left(point).constData() : sign ? "-0" : "0";
+        if (fraction >= 0)
+            m_out += fraction > 0 ? number.mid(point, 1 + fraction).constData() : ".0";
+        m_out += number.mid(power).constData();
+        bool fits = true;
+        if (fraction < 0 && size == power)
+            number.toLongLong(&fits);
+        m_out += fits ? "" : "e0";
+        m_at += size;
+        return true;
+    }
+
+    const QByteArray &m_data;
+    std::string m_out;
+    const char *m_message = nullptr;
+    int m_at = 0;
+    Expected m_expected = Expected::Value;
+    int m_depth = 0;
+    char m_open[VeskJson::MaxDepth];
+};
+
+QVariant failure(const char *message, int offset, VeskError &error, unsigned int *position)
 {
-    error = VeskError(message, offset);
+    error = VeskError(QString::fromLatin1(message), offset);
     if (position)
         *position = static_cast<unsigned int>(offset);
     return QVariant();
 }
 
-/// What simdjson rejects may still be what devices and servers in the field send: control
-/// characters within strings, unknown escapes, half surrogate pairs, a byte order mark.
-/// QJsonDocument reads those, and tells where it cannot.
-QVariant parseLeniently(const QByteArray &data, VeskError &error, unsigned int *position)
-{
-    if (const int offset = tooDeepAt(data); offset >= 0)
-        return failure(tooDeep(), offset, error, position);
-    QJsonParseError qtError;
-    const QJsonDocument document = QJsonDocument::fromJson(data, &qtError);
-    if (qtError.error != QJsonParseError::NoError)
-        return failure(
-            qtError.errorString(), qBound(0, qtError.offset, data.size()), error, position);
-    error = VeskError();
-    return document.isArray() ? fromQt(document.array()) : fromQt(document.object());
-}
-
 /// Parses with memory that each thread keeps, as long as it is not much.
 class ThreadParser {
 public:
-    simdjson::simdjson_result<dom::element> parse(const QByteArray &data)
+    /// Gives much memory back when a parse is over.
+    struct Shrinker {
+        explicit Shrinker(ThreadParser &toShrink)
+            : parser(toShrink)
+        {
+        }
+        ~Shrinker()
+        {
+            if (parser.m_parser.capacity() > KeptParserBytes * 5 / 4)
+                parser.m_parser = dom::parser();
+        }
+        Q_DISABLE_COPY(Shrinker)
+
+        ThreadParser &parser;
+    };
+
+    simdjson::simdjson_result<dom::element> parse(const char *data, std::size_t size)
     {
-        const auto size = static_cast<std::size_t>(data.size());
         if (size > m_parser.capacity() || m_parser.capacity() == 0) {
             const std::size_t capacity = std::max(LeastParserBytes, size + size / 4);
             if (const auto error = m_parser.allocate(capacity, VeskJson::MaxDepth + 1))
                 return error;
         }
-        return m_parser.parse(data.constData(), size);
-    }
-
-    void shrink()
-    {
-        if (m_parser.capacity() > KeptParserBytes * 5 / 4)
-            m_parser = dom::parser();
+        return m_parser.parse(data, size);
     }
 
 private:
@@ -539,18 +758,24 @@ private:
 QVariant VeskJson::parse(const QByteArray &data, VeskError &error, unsigned int *position)
 {
     static thread_local ThreadParser parser;
-    dom::element root;
-    if (parser.parse(data).get(root) != simdjson::SUCCESS) {
-        parser.shrink();
-        return parseLeniently(data, error, position);
-    }
-    QVariant result;
-    const bool built = VariantBuilder().build(result, root);
-    parser.shrink();
-    if (!built)
-        return failure(tooDeep(), tooDeepAt(data), error, position);
+    const ThreadParser::Shrinker shrinker(parser);
     error = VeskError();
-    return result;
+    QVariant result;
+    dom::element root;
+    if (parser.parse(data.constData(), std::size_t(data.size())).get(root) == simdjson::SUCCESS
+        && VariantBuilder().build(result, root))
+        return result;
+
+    if (const int offset = invalidUtf8At(data); offset >= 0)
+        return failure("invalid UTF-8", offset, error, position);
+    Repair repair(data);
+    if (!repair.run())
+        return failure(repair.message(), repair.offset(), error, position);
+    const std::string &text = repair.text();
+    if (parser.parse(text.data(), text.size()).get(root) == simdjson::SUCCESS
+        && VariantBuilder().build(result, root))
+        return result;
+    return failure("not readable", 0, error, position);
 }
 
 QByteArray VeskJson::write(const QVariant &value)

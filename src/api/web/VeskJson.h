@@ -14,10 +14,11 @@ public:
 
     /// Reads \a data: objects become QVariantHash (of two equal keys the last wins), arrays
     /// QVariantList, strings QString, numbers qlonglong where they are whole and fit, else double,
-    /// booleans bool, null a null variant. Beyond the RFC a byte order mark is accepted, and within
-    /// strings control characters, unknown escapes and half surrogate pairs. On failure returns a
-    /// null variant and fills \a error; \a position, where given, receives the offset of the first
-    /// byte that could not be read. \a error is cleared on success.
+    /// booleans bool, null a null variant. Beyond the RFC a byte order mark is accepted, a decimal
+    /// point at either end of a number, and within strings control characters, unknown escapes
+    /// (which stand for their character) and half surrogate pairs (which become U+FFFD). On failure
+    /// returns a null variant and fills \a error; \a position, where given, receives the offset of
+    /// the first byte that could not be read. \a error is cleared on success.
     static QVariant parse(
         const QByteArray &data, VeskError &error, unsigned int *position = nullptr);
 

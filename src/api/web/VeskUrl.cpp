@@ -76,7 +76,9 @@ QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
         }
         bytes.append(c == '+' && plusIsBlank ? ' ' : static_cast<char>(c));
     }
-    return QString::fromUtf8(bytes);
+    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
+    const QString decoded = QString::fromUtf8(bytes);
+    return bytes.startsWith("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + decoded : decoded;
 }
 
 bool needsDecoding(const QStringRef &text, bool plusIsBlank)

@@ -1,53 +1,145 @@
 #include "host/rpc/HttpConnections.h"
 
 #include "api/core/log.h"
-
-#include <QTimer>
+#include "api/core/vesk.h"
+#include "host/rpc/MeteredStream.h"
 
 #include <gio/gio.h>
+#include <gio/gnetworking.h>
 
 VESK_LOGGER("Host.Rpc")
 
-/// Called by GLib when a socket goes.
-struct HttpConnections::Gone {
-    static void call(gpointer data, GObject *socket)
+namespace {
+
+constexpr char Key[] = "vesk-connection";
+
+} // namespace
+
+/// Called by GLib when nobody references a connection's stream any more.
+struct HttpConnection::Gone {
+    static void call(gpointer data, GObject *)
+    {
+        auto *self = static_cast<HttpConnection *>(data);
+        self->m_stream = nullptr;
+        self->m_connection = nullptr;
+        delete self;
+    }
+};
+
+HttpConnection::HttpConnection(GIOStream *stream, GSocketConnection *connection,
+    GSocketAddress *local, GSocketAddress *remote, QObject *parent)
+    : QObject(parent)
+    , m_stream(stream)
+    , m_connection(connection)
+    , m_local(local)
+    , m_remote(remote)
+{
+    g_object_weak_ref(G_OBJECT(m_stream), &Gone::call, this);
+    g_object_set_data(G_OBJECT(m_remote), Key, this);
+    m_limit.setSingleShot(true);
+    veskConnect(&m_limit, &QTimer::timeout, this, &HttpConnection::shutDown);
+}
+
+HttpConnection::~HttpConnection()
+{
+    g_object_set_data(G_OBJECT(m_remote), Key, nullptr);
+    g_object_unref(m_local);
+    g_object_unref(m_remote);
+    if (m_stream)
+        g_object_weak_unref(G_OBJECT(m_stream), &Gone::call, this);
+}
+
+HttpConnection *HttpConnection::ofRemoteAddress(GSocketAddress *address)
+{
+    return address ? static_cast<HttpConnection *>(g_object_get_data(G_OBJECT(address), Key))
+                   : nullptr;
+}
+
+void HttpConnection::limit(int milliseconds)
+{
+    if (milliseconds > 0)
+        m_limit.start(milliseconds);
+    else
+        m_limit.stop();
+}
+
+void HttpConnection::shutDown()
+{
+    VESK_DEBUG("connection shut down");
+    g_socket_shutdown(g_socket_connection_get_socket(m_connection), TRUE, TRUE, nullptr);
+}
+
+/// Called by GLib for each connection.
+struct HttpConnections::Incoming {
+    static gboolean call(GSocketService *, GSocketConnection *connection, GObject *, gpointer data)
     {
         auto *self = static_cast<HttpConnections *>(data);
-        // Its address is all that is left of the socket.
-        delete self->m_timers.take(reinterpret_cast<GSocket *>(socket));
+        GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
+        GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);
+        if (!local || !remote) { // gone already
+            g_clear_object(&local);
+            g_clear_object(&remote);
+            return TRUE;
+        }
+        g_socket_set_option(
+            g_socket_connection_get_socket(connection), IPPROTO_TCP, TCP_NODELAY, TRUE, nullptr);
+        GIOStream *stream = meteredStreamNew(G_IO_STREAM(connection));
+        self->m_accepted(new HttpConnection(stream, connection, local, remote, self));
+        g_object_unref(stream);
+        return TRUE;
     }
 };
 
 HttpConnections::HttpConnections(QObject *parent)
     : QObject(parent)
+    , m_service(g_socket_service_new())
 {
+    g_signal_connect(m_service, "incoming", G_CALLBACK(&Incoming::call), this);
 }
 
 HttpConnections::~HttpConnections()
 {
-    for (auto it = m_timers.constBegin(); it != m_timers.constEnd(); ++it)
-        g_object_weak_unref(G_OBJECT(it.key()), &Gone::call, this);
+    close();
+    // Whoever still references a stream does not keep its client waiting.
+    const auto open = findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly);
+    for (HttpConnection *connection : open)
+        connection->shutDown();
+    g_signal_handlers_disconnect_by_data(m_service, this);
+    g_object_unref(m_service);
 }
 
-void HttpConnections::limit(GSocket *socket, int milliseconds)
+bool HttpConnections::listen(const QString &address, quint16 port, QString &error,
+    std::function<void(HttpConnection *)> accepted)
 {
-    QTimer *&timer = m_timers[socket];
-    if (!timer) {
-        timer = new QTimer(this);
-        timer->setSingleShot(true);
-        connect(timer, &QTimer::timeout, this, [socket] {
-            VESK_DEBUG("connection closed: nothing came or went for too long");
-            shutDown(socket);
-        });
-        g_object_weak_ref(G_OBJECT(socket), &Gone::call, this);
+    m_accepted = std::move(accepted);
+    GSocketAddress *wanted
+        = g_inet_socket_address_new_from_string(address.toUtf8().constData(), port);
+    if (!wanted) {
+        error = QStringLiteral("%1 is no address").arg(address);
+        return false;
     }
-    if (milliseconds > 0)
-        timer->start(milliseconds);
-    else
-        timer->stop();
+    GSocketAddress *effective = nullptr;
+    GError *failure = nullptr;
+    const bool listens = g_socket_listener_add_address(G_SOCKET_LISTENER(m_service), wanted,
+        G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr, &effective, &failure);
+    g_object_unref(wanted);
+    if (!listens) {
+        error = QString::fromUtf8(failure->message);
+        g_error_free(failure);
+        return false;
+    }
+    m_port = g_inet_socket_address_get_port(G_INET_SOCKET_ADDRESS(effective));
+    g_object_unref(effective);
+    return true;
 }
 
-void HttpConnections::shutDown(GSocket *socket)
+void HttpConnections::close()
 {
-    g_socket_shutdown(socket, TRUE, TRUE, nullptr);
+    g_socket_service_stop(m_service);
+    g_socket_listener_close(G_SOCKET_LISTENER(m_service));
+}
+
+int HttpConnections::count() const
+{
+    return findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly).size();
 }

@@ -21,6 +21,7 @@ constexpr char Page[] = "The content browser's page is not installed.\n";
 
 /// What belongs to one request beside libsoup's message, which owns it.
 struct RequestState {
+    QPointer<HttpConnection> connection;
     QByteArray body;
     bool isTooLarge = false;
     bool isFinished = false;
@@ -89,7 +90,6 @@ public:
     SoupServer *server = nullptr;
     HttpConnections connections;
     QString address;
-    quint16 port = 0;
 
     /// What libsoup calls; \a data is this.
     static void requestStarted(SoupServer *, SoupServerMessage *message, gpointer data);
@@ -100,6 +100,8 @@ public:
         SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data);
     static void upgraded(SoupServerMessage *message, gpointer data);
 
+    void accept(HttpConnection *connection);
+    static void limit(SoupServerMessage *message, int milliseconds);
     /// Whether the request's head was refused.
     bool refuse(SoupServerMessage *message, const char *path);
     void handleRpc(SoupServerMessage *message);
@@ -109,23 +111,37 @@ public:
     void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
 };
 
+void HttpServerPrivate::accept(HttpConnection *connection)
+{
+    if (connections.count() > limits.connections + RefusedConnections)
+        return;
+    connection->limit(limits.readTimeout);
+    GError *error = nullptr;
+    if (!soup_server_accept_iostream(server, connection->stream(), connection->localAddress(),
+            connection->remoteAddress(), &error)) {
+        VESK_WARN("connection not accepted: " << error->message);
+        g_error_free(error);
+    }
+}
+
 void HttpServerPrivate::requestStarted(SoupServer *, SoupServerMessage *message, gpointer data)
 {
-    auto *self = static_cast<HttpServerPrivate *>(data);
-    g_object_set_data_full(G_OBJECT(message), "vesk", new RequestState,
-        [](gpointer state) { delete static_cast<RequestState *>(state); });
+    auto *state = new RequestState;
+    state->connection
+        = HttpConnection::ofRemoteAddress(soup_server_message_get_remote_address(message));
+    g_object_set_data_full(G_OBJECT(message), "vesk", state,
+        [](gpointer owned) { delete static_cast<RequestState *>(owned); });
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
     g_signal_connect(message, "got-chunk", G_CALLBACK(&gotChunk), data);
     const auto finished
         = +[](SoupServerMessage *ended, gpointer) { stateOf(ended)->isFinished = true; };
     g_signal_connect(message, "finished", G_CALLBACK(finished), nullptr);
+}
 
-    GSocket *socket = soup_server_message_get_socket(message);
-    if (!socket)
-        return;
-    self->connections.limit(socket, self->limits.readTimeout);
-    if (self->connections.count() > self->limits.connections + RefusedConnections)
-        HttpConnections::shutDown(socket);
+void HttpServerPrivate::limit(SoupServerMessage *message, int milliseconds)
+{
+    if (HttpConnection *connection = stateOf(message)->connection)
+        connection->limit(milliseconds);
 }
 
 void HttpServerPrivate::early(
@@ -149,7 +165,7 @@ bool HttpServerPrivate::refuse(SoupServerMessage *message, const char *path)
 
     if (connections.count() > limits.connections)
         return refusedWith(SOUP_STATUS_SERVICE_UNAVAILABLE, "too many connections");
-    if (!isLoopbackHost(host, port))
+    if (!isLoopbackHost(host, connections.port()))
         return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong host");
     if (!origin.isNull() && !isSameOrigin(origin, host))
         return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong origin");
@@ -202,9 +218,7 @@ void HttpServerPrivate::gotBody(
 
 void HttpServerPrivate::handleRpc(SoupServerMessage *message)
 {
-    GSocket *socket = soup_server_message_get_socket(message);
-    if (socket)
-        connections.limit(socket, 0);
+    limit(message, 0);
     // Paused until the answer is there, which may be at once.
     soup_server_message_pause(message);
     const QPointer<HttpServer> guard(q);
@@ -232,10 +246,12 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
 {
     auto *self = static_cast<HttpServerPrivate *>(data);
     const MessageRef keep(message);
-    if (GSocket *socket = soup_server_message_get_socket(message))
-        self->connections.limit(socket, 0);
     GIOStream *stream = soup_server_message_steal_connection(message);
-    new WebSocketSession(stream, self->dispatcher, self->q);
+    HttpConnection *connection = stateOf(message)->connection;
+    if (connection) {
+        connection->limit(0);
+        new WebSocketSession(stream, connection->stream(), self->dispatcher, self->q);
+    }
     g_object_unref(stream);
 }
 
@@ -247,21 +263,19 @@ void HttpServerPrivate::respond(
     soup_message_headers_replace(headers, "X-Content-Type-Options", "nosniff");
     soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
+    soup_message_headers_replace(headers, "Connection", "close");
     soup_server_message_set_status(message, code, nullptr);
     if (type) {
         soup_server_message_set_response(
             message, type, SOUP_MEMORY_COPY, body.constData(), static_cast<gsize>(body.size()));
     }
-    if (GSocket *socket = soup_server_message_get_socket(message))
-        connections.limit(socket, limits.writeTimeout);
+    limit(message, limits.writeTimeout);
 }
 
 void HttpServerPrivate::refuseWith(
     SoupServerMessage *message, unsigned code, const QByteArray &reason)
 {
     VESK_WARN("request refused with " << code << ": " << reason);
-    soup_message_headers_replace(
-        soup_server_message_get_response_headers(message), "Connection", "close");
     respond(message, code, "text/plain; charset=utf-8", reason + "\n");
 }
 
@@ -289,42 +303,22 @@ HttpServer::~HttpServer()
 
 bool HttpServer::listen(const ListenAddress &address, QString &error)
 {
-    const QByteArray name = address.address == QLatin1String("localhost")
-        ? QByteArrayLiteral("127.0.0.1")
-        : address.address.toUtf8();
-    GSocketAddress *socketAddress
-        = g_inet_socket_address_new_from_string(name.constData(), address.port);
-    if (!socketAddress) {
-        error = QStringLiteral("%1 is no address").arg(address.address);
-        return false;
-    }
-    GError *failure = nullptr;
-    const bool listens = soup_server_listen(
-        d->server, socketAddress, static_cast<SoupServerListenOptions>(0), &failure);
-    g_object_unref(socketAddress);
-    if (!listens) {
-        error = QString::fromUtf8(failure->message);
-        g_error_free(failure);
-        return false;
-    }
-    GSList *uris = soup_server_get_uris(d->server);
-    d->port = static_cast<quint16>(g_uri_get_port(static_cast<GUri *>(uris->data)));
-    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(&g_uri_unref));
-    d->address = QString::fromUtf8(name);
-    return true;
+    d->address = address.address == QLatin1String("localhost") ? QStringLiteral("127.0.0.1")
+                                                               : address.address;
+    return d->connections.listen(d->address, address.port, error,
+        [this](HttpConnection *connection) { d->accept(connection); });
 }
 
 quint16 HttpServer::port() const
 {
-    return d->port;
+    return d->connections.port();
 }
 
 QString HttpServer::url() const
 {
     const bool isIpv6 = d->address.contains(QLatin1Char(':'));
     return QStringLiteral("http://%1:%2/")
-        .arg(
-            isIpv6 ? QStringLiteral("[%1]").arg(d->address) : d->address, QString::number(d->port));
+        .arg(isIpv6 ? QStringLiteral("[%1]").arg(d->address) : d->address, QString::number(port()));
 }
 
 int HttpServer::connections() const
@@ -337,5 +331,6 @@ void HttpServer::close()
     const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
     for (WebSocketSession *session : sessions)
         session->close(SOUP_WEBSOCKET_CLOSE_GOING_AWAY);
+    d->connections.close();
     soup_server_disconnect(d->server);
 }

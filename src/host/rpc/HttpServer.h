@@ -18,7 +18,7 @@ struct ListenAddress {
 struct HttpServerLimits {
     int connections = 64;
     int bodySize = 64 * 1024;
-    /// For a whole request to come, counted from the end of the one before it.
+    /// For a whole request to come.
     int readTimeout = 30000;
     /// For a whole answer to be taken.
     int writeTimeout = 30000;

@@ -48,14 +48,15 @@ GPollableOutputStream *baseOf(GPollableOutputStream *stream)
 template <class Read>
 gssize readAllowed(gpointer stream, gsize size, GError **error, const Read &read)
 {
-    guint64 &allowance = self<MeteredInput>(stream)->allowance;
-    if (allowance == 0) {
+    auto *input = self<MeteredInput>(stream);
+    if (input->allowance == 0) {
         g_set_error_literal(error, G_IO_ERROR, G_IO_ERROR_MESSAGE_TOO_LARGE, "too much was sent");
         return -1;
     }
-    const gssize bytes = read(static_cast<gsize>(MIN(static_cast<guint64>(size), allowance)));
+    const gssize bytes
+        = read(static_cast<gsize>(MIN(static_cast<guint64>(size), input->allowance)));
     if (bytes > 0)
-        allowance -= static_cast<guint64>(bytes);
+        input->allowance -= static_cast<guint64>(bytes);
     return bytes;
 }
 
@@ -74,7 +75,10 @@ GSource *sourceOver(GObject *stream, GSource *base, GCancellable *cancellable)
     return source;
 }
 
-void metered_input_init(MeteredInput *) { }
+void metered_input_init(MeteredInput *input)
+{
+    input->allowance = G_MAXUINT64;
+}
 
 void metered_input_class_init(MeteredInputClass *type)
 {

@@ -3,12 +3,12 @@
 #include <gio/gio.h>
 
 /// \file
-/// A GIOStream over another one that counts what is written and bounds what is read. libsoup's
+/// A GIOStream over another one that counts what passes and bounds what is read. libsoup's
 /// WebSocket connection neither tells how much it still has to send nor bounds a message that comes
 /// in fragments; both follow from the bytes that really pass.
 
 /// A pollable stream over \a base, which it references and closes when it goes; the two sides of
-/// \a base must be pollable. At first nothing can be read.
+/// \a base must be pollable. At first anything may be read.
 GIOStream *meteredStreamNew(GIOStream *base);
 guint64 meteredStreamBytesWritten(GIOStream *stream);
 /// Bytes that may still be read; after them reading fails.

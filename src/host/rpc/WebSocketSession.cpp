@@ -54,16 +54,17 @@ struct WebSocketSession::Handlers {
 };
 
 WebSocketSession::WebSocketSession(
-    GIOStream *stream, JsonRpcDispatcher *dispatcher, QObject *parent)
+    GIOStream *stream, GIOStream *metered, JsonRpcDispatcher *dispatcher, QObject *parent)
     : JsonRpcPeer(parent)
     , m_dispatcher(dispatcher)
-    , m_stream(meteredStreamNew(stream))
+    , m_metered(G_IO_STREAM(g_object_ref(metered)))
+    , m_queued(meteredStreamBytesWritten(metered))
 {
-    meteredStreamSetReadAllowance(m_stream, MaxExtra);
+    meteredStreamSetReadAllowance(m_metered, MaxExtra);
     GUri *uri
         = g_uri_parse("ws://localhost/ws", static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
     m_connection = soup_websocket_connection_new(
-        m_stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
+        stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
     g_uri_unref(uri);
     // A message that is somewhat too long is read all the same: closing on unread bytes would reset
     // the connection and take the reason with it.
@@ -81,7 +82,7 @@ WebSocketSession::~WebSocketSession()
 {
     g_signal_handlers_disconnect_by_data(m_connection, this);
     g_object_unref(m_connection);
-    g_object_unref(m_stream);
+    g_object_unref(m_metered);
 }
 
 void WebSocketSession::notify(const QString &method, const QVariant &params)
@@ -110,9 +111,9 @@ void WebSocketSession::receive(const QByteArray &message)
 void WebSocketSession::allow(quint64 payload)
 {
     const auto elapsed = static_cast<quint64>(m_sinceAllowed.restart());
-    const quint64 allowance = meteredStreamReadAllowance(m_stream) + framedSize(payload) + MaskSize
+    const quint64 allowance = meteredStreamReadAllowance(m_metered) + framedSize(payload) + MaskSize
         + elapsed * ExtraPerSecond / 1000;
-    meteredStreamSetReadAllowance(m_stream, qMin(allowance, MaxExtra));
+    meteredStreamSetReadAllowance(m_metered, qMin(allowance, MaxExtra));
 }
 
 void WebSocketSession::send(const QByteArray &message)
@@ -120,7 +121,7 @@ void WebSocketSession::send(const QByteArray &message)
     if (m_ended || soup_websocket_connection_get_state(m_connection) != SOUP_WEBSOCKET_STATE_OPEN)
         return;
     m_queued += framedSize(static_cast<quint64>(message.size()));
-    const quint64 written = meteredStreamBytesWritten(m_stream);
+    const quint64 written = meteredStreamBytesWritten(m_metered);
     if (m_queued > written + MaxBacklog)
         return drop("the client does not read what it is sent");
     GBytes *bytes = g_bytes_new(message.constData(), static_cast<gsize>(message.size()));

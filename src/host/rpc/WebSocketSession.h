@@ -24,8 +24,10 @@ public:
     static constexpr quint64 MaxExtra = 1024 * 1024;
     static constexpr quint64 ExtraPerSecond = 100;
 
-    /// Takes over \a stream, on which the handshake is complete.
-    WebSocketSession(_GIOStream *stream, JsonRpcDispatcher *dispatcher, QObject *parent);
+    /// Takes over \a stream, on which the handshake is complete. What passes is counted by
+    /// \a metered, a metered stream that lies below it.
+    WebSocketSession(
+        _GIOStream *stream, _GIOStream *metered, JsonRpcDispatcher *dispatcher, QObject *parent);
     ~WebSocketSession() override;
 
     void notify(const QString &method, const QVariant &params) override;
@@ -44,10 +46,10 @@ private:
     void ended();
 
     JsonRpcDispatcher *const m_dispatcher;
-    _GIOStream *const m_stream;
+    _GIOStream *const m_metered;
     _SoupWebsocketConnection *m_connection = nullptr;
     QElapsedTimer m_sinceAllowed;
-    /// Framed bytes that were handed to the connection.
+    /// Framed bytes that were handed to the connection, and what went before them.
     quint64 m_queued = 0;
     bool m_ended = false;
 };

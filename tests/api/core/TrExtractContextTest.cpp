@@ -5,12 +5,23 @@
 
 #include <QMap>
 
+#include <cctype>
+#include <ostream>
+
 namespace {
 
 struct Case {
     const char *signature;
     const char *context;
 };
+
+/// For the test's name, which takes no brackets.
+std::ostream &operator<<(std::ostream &out, const Case &value)
+{
+    for (const char *c = value.context; *c; ++c)
+        out << (isalnum(static_cast<unsigned char>(*c)) ? *c : '_');
+    return out;
+}
 
 class Signature : public testing::TestWithParam<Case> { };
 

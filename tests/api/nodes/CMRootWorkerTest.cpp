@@ -182,7 +182,7 @@ TEST(CMRootWorker, RoutesWhileWorkersComeAndGo)
             }
         });
     }
-    for (int round = 0; round < 500; ++round) {
+    for (int round = 0; round < 150; ++round) {
         const auto worker = std::make_unique<InlineWorker>("w");
         root.addForeignPath(path("A:x"), worker.get());
         root.addWorker(QStringLiteral("A"), worker.get());

@@ -242,7 +242,7 @@ TEST(CMWorker, OneThousandRequestsToAWorkerThatGoesAwayAreAllAnswered)
 TEST(CMWorker, MayBeDeletedByAFunctionOfItsEventLoopWhileOthersAsk)
 {
     CMRootWorker root;
-    for (int round = 0; round < 100; ++round) {
+    for (int round = 0; round < 25; ++round) {
         auto thread = std::make_unique<WorkerThread>([] { return new QObject; });
         CMWorker *worker = nullptr;
         thread->call([&] { worker = new EchoWorker(QStringLiteral("Echo")); });
@@ -281,6 +281,8 @@ TEST(CMWorker, AStoppedWorkerTakesNothingMore)
     });
     EXPECT_EQ(
         getData(thread.worker(), path("Echo:x"), valueRole).errorName(), CMError::UnansweredName());
+    // ThreadSanitizer does not see that the thread's end comes after the request.
+    thread.call([] {});
 }
 
 TEST(CMWorker, GivesTimersTheirTurnBetweenRequests)

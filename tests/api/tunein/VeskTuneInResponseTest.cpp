@@ -16,6 +16,11 @@ struct Accessor {
     QString (VeskTuneInBodyElement::*read)() const;
 };
 
+std::ostream &operator<<(std::ostream &out, const Accessor &accessor)
+{
+    return out << accessor.key;
+}
+
 using Element = VeskTuneInBodyElement;
 
 class ElementEntry : public testing::TestWithParam<Accessor> {

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <random>
 #include <sstream>
+#include <string>
 #include <vector>
 
 namespace {
@@ -228,11 +229,11 @@ TEST(CMPathDecode, takesCharactersThatDivideNothingAsTheyAre)
         path("a:b=c&d", {{QStringLiteral("e"), QStringLiteral("f=g?h:i/j")}}));
 }
 
-class NoPath : public testing::TestWithParam<const char *> { };
+class NoPath : public testing::TestWithParam<std::string> { };
 
 TEST_P(NoPath, decodesToTheEmptyPath)
 {
-    EXPECT_EQ(decoded(QString::fromUtf8(GetParam())), CMPath());
+    EXPECT_EQ(decoded(QString::fromStdString(GetParam())), CMPath());
 }
 
 INSTANTIATE_TEST_SUITE_P(CMPathDecode, NoPath,

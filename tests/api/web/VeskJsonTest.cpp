@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
 #include <string>
 
@@ -35,22 +36,37 @@ testing::AssertionResult isRejected(const QByteArray &json)
     return testing::AssertionSuccess();
 }
 
+/// UTF-8 with half surrogate pairs replaced.
+std::string quoted(const QString &text)
+{
+    const QVector<uint> codePoints = text.toUcs4();
+    QString whole;
+    for (const uint c : codePoints)
+        whole += QChar::isSurrogate(c) ? QString(QChar::ReplacementCharacter)
+                                       : QString::fromUcs4(&c, 1);
+    return '"' + whole.toStdString() + '"';
+}
+
+std::string joined(const std::map<std::string, std::string> &members)
+{
+    std::string text = "{";
+    for (const auto &member : members)
+        text += member.first + ':' + member.second + ',';
+    return text + '}';
+}
+
 /// Every value with its exact type, objects in key order.
 std::string dump(const QVariant &value)
 {
-    const auto quoted = [](const QString &text) { return '"' + text.toStdString() + '"'; };
     switch (value.userType()) {
     case QMetaType::UnknownType:
         return "null";
     case QMetaType::QVariantHash: {
-        QVariantMap sorted;
+        std::map<std::string, std::string> sorted;
         const QVariantHash hash = value.toHash();
         for (auto it = hash.begin(); it != hash.end(); ++it)
-            sorted.insert(it.key(), it.value());
-        std::string text = "{";
-        for (auto it = sorted.begin(); it != sorted.end(); ++it)
-            text += quoted(it.key()) + ':' + dump(it.value()) + ',';
-        return text + '}';
+            sorted[quoted(it.key())] = dump(it.value());
+        return joined(sorted);
     }
     case QMetaType::QVariantList: {
         std::string text = "[";
@@ -75,14 +91,13 @@ std::string dump(const QVariant &value)
 /// The same of QJsonDocument's own view.
 std::string dumpQt(const QJsonValue &value)
 {
-    const auto quoted = [](const QString &text) { return '"' + text.toStdString() + '"'; };
     switch (value.type()) {
     case QJsonValue::Object: {
-        std::string text = "{";
+        std::map<std::string, std::string> sorted;
         const QJsonObject object = value.toObject();
         for (auto it = object.begin(); it != object.end(); ++it)
-            text += quoted(it.key()) + ':' + dumpQt(it.value()) + ',';
-        return text + '}';
+            sorted[quoted(it.key())] = dumpQt(it.value());
+        return joined(sorted);
     }
     case QJsonValue::Array: {
         std::string text = "[";
@@ -173,30 +188,54 @@ TEST(VeskJsonTest, survivesAnyByteInAnyPlace)
         for (const char byte : {'\0', '"', '\\', '{', ']', ',', ':', '0', '\xFF', '\xC3', '\n'}) {
             QByteArray damaged = whole;
             damaged[at] = byte;
-            expectSameAsQt(damaged);
+            // QJsonDocument takes a stray byte for Latin-1 there.
+            if (at > 0 && whole.at(at - 1) == '\\' && static_cast<uchar>(byte) >= 0x80)
+                EXPECT_TRUE(isRejected(damaged));
+            else
+                expectSameAsQt(damaged);
         }
     }
 }
 
-TEST(VeskJsonTest, tellsWhereItStopped)
+TEST(VeskJsonTest, tellsWhereAndWhyItStopped)
 {
-    VeskError error;
-    unsigned int position = 0;
-    EXPECT_FALSE(VeskJson::parse("{\"a\": 1, \"b\": x}", error, &position).isValid());
-    EXPECT_FALSE(error.message().isEmpty());
-    EXPECT_GE(position, 14u);
-    EXPECT_LE(position, 16u);
-    EXPECT_EQ(error.offset(), int(position));
-    EXPECT_FALSE(VeskJson::parse("[1,]", error).isValid());
-    EXPECT_FALSE(error.isEmpty());
+    const struct {
+        const char *json;
+        int offset;
+        const char *message;
+    } cases[] = {
+        {"", 0, "unexpected end"},
+        {"{\"a\": 1, \"b\": x}", 14, "unexpected character"},
+        {"[1,]", 3, "unexpected character"},
+        {"{\"a\":1,}", 7, "unexpected character"},
+        {"[1] x", 4, "unexpected character"},
+        {"[1 2]", 3, "unexpected character"},
+        {"[1}", 2, "unexpected character"},
+        {"{\"a\":1]", 6, "unexpected character"},
+        {"[\"ab", 4, "unexpected end"},
+        {"[[1, 2", 6, "unexpected end"},
+        {"[\"\\u12x4\"]", 2, "unexpected character"},
+        {"[\"\\\xC3\xA4\"]", 3, "unexpected character"},
+        {"[0, 1e400]", 4, "number out of range"},
+        {"[\"a\xC3\"]", 3, "invalid UTF-8"},
+        {"#STATUS: 400", 0, "unexpected character"},
+    };
+    for (const auto &expected : cases) {
+        VeskError error;
+        unsigned int position = 0;
+        EXPECT_FALSE(VeskJson::parse(expected.json, error, &position).isValid());
+        EXPECT_EQ(error.message().toStdString(), expected.message) << expected.json;
+        EXPECT_EQ(int(position), expected.offset) << expected.json;
+        EXPECT_EQ(error.offset(), expected.offset);
+    }
 }
 
 TEST(VeskJsonTest, rejectsWhatIsNoJson)
 {
     for (const char *json : {"", " ", "#STATUS: 400", "<opml version=\"1\"/>", "{", "}", "[1 2]",
-             "{\"a\" 1}", "{a:1}", "{'a':1}", "[01]", "[+1]", "[1e]", "[tru]", "[nul]", "[NaN]",
-             "[Infinity]", "[1],", "{} {}", "[\"\\u12\"]", "[\"a]", "\"a", "-", "[1e999]",
-             "//x\n[]", "[1,]", "{\"a\":1,}"})
+             "{\"a\" 1}", "{a:1}", "{'a':1}", "[01]", "[-]", "[.]", "[-.]", "[.e1]", "[1.e]",
+             "[00]", "[+1]", "[1e]", "[tru]", "[nul]", "[NaN]", "[Infinity]", "[1],", "{} {}",
+             "[\"\\u12\"]", "[\"a]", "\"a", "-", "[1e999]", "//x\n[]", "[1,]", "{\"a\":1,}"})
         EXPECT_TRUE(isRejected(json)) << json;
 }
 
@@ -234,7 +273,7 @@ TEST(VeskJsonTest, readsNumbersAsWholeWhereTheyFit)
 TEST(VeskJsonTest, theLastOfEqualKeysWins)
 {
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":2,\"a\":[3]}")), "{\"a\":[i3,],\"b\":i2,}");
-    // The same where QJsonDocument reads: \q is no escape that simdjson knows.
+    // The same where the text needs repair: \q is no escape of the RFC.
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":\"\\q\",\"a\":[3]}")), "{\"a\":[i3,],\"b\":\"q\",}");
 }
 
@@ -253,6 +292,17 @@ TEST(VeskJsonTest, readsTextsOfAnyLengthAndContent)
             EXPECT_EQ(list.at(1).toString(), text);
             EXPECT_EQ(list.at(2).toHash().value(text).toString(), text);
         }
+    }
+}
+
+TEST(VeskJsonTest, keepsAByteOrderMarkWithinATextOnly)
+{
+    const QString mark(QChar(QChar::ByteOrderMark));
+    for (const char *json :
+        {"[\"\xEF\xBB\xBFx\",\"\xEF\xBB\xBF\"]", "\xEF\xBB\xBF[\"\xEF\xBB\xBFx\",\"\\uFEFF\"]"}) {
+        const QVariantList list = parsed(json).toList();
+        EXPECT_EQ(list.value(0).toString(), mark + QLatin1Char('x'));
+        EXPECT_EQ(list.value(1).toString(), mark);
     }
 }
 
@@ -281,9 +331,10 @@ TEST(VeskJsonTest, readsWhatServersInTheFieldSend)
     EXPECT_EQ(dump(parsed("[\"a\tb\nc\x01\"]")), "[\"a\tb\nc\x01\",]");
     EXPECT_EQ(dump(parsed("[\"a\\qb\\'\"]")), "[\"aqb'\",]");
     EXPECT_EQ(dump(parsed("\xEF\xBB\xBF[1]")), "[i1,]");
-    const QString half = parsed("[\"\\uD83C\"]").toList().first().toString();
-    ASSERT_EQ(half.size(), 1);
-    EXPECT_EQ(half.at(0), QChar(0xD83C));
+    EXPECT_EQ(dump(parsed("[\"\\uD83C\",\"\\uDFB5x\",\"\\uD83C\\uD83C\\uDFB5\",\"\\uD83C\\n\"]")),
+        "[\"\xEF\xBF\xBD\",\"\xEF\xBF\xBDx\",\"\xEF\xBF\xBD\xF0\x9F\x8E\xB5\",\"\xEF\xBF\xBD\n\","
+        "]");
+    EXPECT_EQ(dump(parsed("\"\t\"")), "\"\t\"");
     EXPECT_EQ(dump(parsed("[\"\\q\",null,1.0,9223372036854775808,true,{\"a\":{}}]")),
         "[\"q\",null,i1,d9.2233720368547758e+18,true,{\"a\":{},},]");
 }
@@ -308,7 +359,7 @@ TEST(VeskJsonTest, readsNullCharactersInTexts)
 
 TEST(VeskJsonTest, bothWaysOfReadingEndAtTheSameDepth)
 {
-    // A raw control character is for QJsonDocument alone to read.
+    // A raw control character makes the text one that is repaired first.
     for (const QByteArray inner : {"", "\"\t\""}) {
         parsed(nested(VeskJson::MaxDepth, inner));
         EXPECT_TRUE(isRejected(nested(VeskJson::MaxDepth + 1, inner)));
@@ -371,9 +422,10 @@ TEST(VeskJsonTest, readsAsQtDoes)
     for (const QByteArray json : {"[0.1,1.5e300,-1e-300,100000000000000000000,1e18,1e19,-1e18]",
              "[4503599627370497.5,9007199254740993,9007199254740993.0,0.30000000000000004]",
              "[123456789.0e-9,1E5,1e+5,1E-0,0e0,0.0,-0.0,-0e1]",
-             "[\"\\/\\b\\f\\u0041\\uD83C\\uDFB5\"]", "{\"\":{\"\":[]}}", "[1.]", "[.5]",
-             "[-9223372036854775809]", "[[],{},[[]],[{}],null,true,false]", "\t\r\n [ 1 , 2 ] \r\n",
-             "[\"\\ud83c\\u0041\"]", "[\"\\udfb5x\"]", "[1e-5,12345678901234567]"})
+             "[\"\\/\\b\\f\\u0041\\uD83C\\uDFB5\"]", "{\"\":{\"\":[]}}",
+             "[1.,.5,-.5,-1.,1.e2,.5e-1,-0.,0.0]", "[-9223372036854775809]",
+             "[[],{},[[]],[{}],null,true,false]", "\t\r\n [ 1 , 2 ] \r\n", "[\"\\ud83c\\u0041\"]",
+             "[\"\\udfb5x\"]", "[1e-5,12345678901234567]"})
         expectSameAsQt(json);
     expectSameAsQt(answer(50));
 }
@@ -413,7 +465,7 @@ public:
     {
         QByteArray json = "{";
         for (int i = pick(6); i > 0; --i)
-            json += text() + space() + ":" + value(depth - 1) + (i > 1 ? "," : "");
+            json += key(i) + space() + ":" + value(depth - 1) + (i > 1 ? "," : "");
         return json + space() + "}";
     }
 
@@ -427,6 +479,8 @@ public:
 
 private:
     int pick(int count) { return int(m_random() % unsigned(count)); }
+    /// Never the same twice: QJsonDocument leaks what the first of two equal keys holds.
+    QByteArray key(int number) { return text().chopped(1) + QByteArray::number(number) + '"'; }
     QByteArray space() { return QByteArray(pick(3), " \n\t"[pick(3)]); }
     QByteArray number()
     {
@@ -439,7 +493,7 @@ private:
             = {"a", "outline", "\\n", "\\u00e4", "\xC3\xA4", "\xF0\x9F\x8E\xB5", "\\\"", "\\\\",
                 "/", " ", "guide_id", "\\uD83C\\uDFB5", "\t", "\\x", "\\uD83C"};
         QByteArray json = "\"";
-        // The last three are for QJsonDocument: in one document of a few.
+        // The last three are beyond the RFC: in one document of a few.
         for (int i = pick(5); i > 0; --i)
             json += pieces[pick(pick(40) == 0 ? 15 : 12)];
         return json + "\"";

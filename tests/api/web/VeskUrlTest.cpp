@@ -131,6 +131,7 @@ TEST(VeskUrlTest, encodesAndDecodesThePath)
     EXPECT_EQ(url("http://h/a+b%2Bc").path(), text("/a+b+c"));
     EXPECT_EQ(url("http://h/%41%zz%4").path(), text("/A%zz%4"));
     EXPECT_EQ(url("http://h/%FFx").path(), text("/\xEF\xBF\xBDx"));
+    EXPECT_EQ(url("%EF%BB%BFx").path(), QChar(QChar::ByteOrderMark) + text("x"));
 }
 
 TEST(VeskUrlTest, aPathStaysAPathWhateverItLooksLike)

@@ -89,18 +89,25 @@ TEST_F(HttpServerTest, AnswersAnEmptyBodyWithAParseError)
     EXPECT_THAT(bodyOf(response).toStdString(), testing::HasSubstr("-32700"));
 }
 
-TEST_F(HttpServerTest, KeepsAConnectionForMoreRequests)
+TEST_F(HttpServerTest, EndsAConnectionAfterItsAnswer)
 {
-    const auto bodies = inBackground([this] {
+    const QByteArray received = inBackground([this] {
         RawClient client(port());
-        QList<QByteArray> all;
-        for (int i = 0; i < 3; ++i) {
-            client.send(RawClient::rpc(port(), Echo));
-            all.append(bodyOf(client.readResponse()));
-        }
-        return all;
+        client.send(RawClient::rpc(port(), Echo));
+        return client.readAll();
     });
-    EXPECT_EQ(bodies, (QList<QByteArray> {EchoAnswer, EchoAnswer, EchoAnswer}));
+    EXPECT_EQ(headerOf(received, "Connection"), "close");
+    EXPECT_EQ(bodyOf(received), EchoAnswer);
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+}
+
+TEST_F(HttpServerTest, ForgetsAClientThatLeavesBeforeItsAnswer)
+{
+    const QByteArray whole = RawClient::rpc(port(), Echo);
+    for (const int size : {0, 1, 40, whole.size() - 1, whole.size()}) {
+        inBackground([&] { return RawClient(port()).send(whole.left(size)); });
+        EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; })) << size;
+    }
 }
 
 TEST_F(HttpServerTest, AnswersOneWhileAnotherStillWaits)
@@ -292,19 +299,30 @@ TEST_F(HttpServerTest, RefusesMoreConnectionsThanItsLimit)
     HttpServerLimits limits;
     limits.connections = 3;
     startServer(limits);
-    const auto statuses = inBackground([this] {
-        std::vector<std::unique_ptr<RawClient>> clients;
-        QList<int> all;
-        for (int i = 0; i < 4; ++i) {
-            clients.push_back(std::make_unique<RawClient>(port()));
-            clients.back()->send(RawClient::rpc(port(), Echo));
-            all.append(statusOf(clients.back()->readResponse()));
-        }
-        return all;
-    });
-    EXPECT_EQ(statuses, (QList<int> {200, 200, 200, 503}));
+    std::vector<std::unique_ptr<RawClient>> idle;
+    for (int i = 0; i < 3; ++i)
+        idle.push_back(std::make_unique<RawClient>(port()));
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 3; }));
+    const QByteArray response = post(Echo);
+    EXPECT_EQ(statusOf(response), 503);
+    idle.clear();
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
     EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
+}
+
+TEST_F(HttpServerTest, ShutsDownConnectionsFarBeyondItsLimitAtOnce)
+{
+    HttpServerLimits limits;
+    limits.connections = 3;
+    startServer(limits);
+    std::vector<std::unique_ptr<RawClient>> clients;
+    const QByteArray received = inBackground([&] {
+        for (int i = 0; i < 60; ++i)
+            clients.push_back(std::make_unique<RawClient>(port()));
+        return clients.back()->readAll();
+    });
+    EXPECT_EQ(received, "");
+    EXPECT_LE(m_server->connections(), 3 + 16);
 }
 
 TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)

@@ -255,8 +255,10 @@ TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
     play(Stopped, 1, "lost"_s);
     play(Playing, 1);
     play(Playing, 1);
+    play(Stopped, 1, "lost"_s);
     EXPECT_EQ(streamReports(),
-        QList<QByteArray>({streamReport("s1"), streamReport("s1", "lost"), streamReport("s1")}));
+        QList<QByteArray>({streamReport("s1"), streamReport("s1", "lost"), streamReport("s1"),
+            streamReport("s1", "lost")}));
 }
 
 TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutAddress)

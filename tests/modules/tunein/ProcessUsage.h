@@ -5,6 +5,16 @@
 #include <QStringList>
 
 #include <malloc.h>
+#include <unistd.h>
+
+/// Defined where a sanitizer has memory of its own, so that what is held says nothing.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define VESK_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define VESK_SANITIZED 1
+#endif
+#endif
 
 /// What this process holds at the moment: as the kernel counts it, and as malloc does.
 struct ProcessUsage {
@@ -25,7 +35,8 @@ struct ProcessUsage {
         usage.descriptors = count("/proc/self/fd");
         QFile pages(QStringLiteral("/proc/self/statm"));
         if (pages.open(QIODevice::ReadOnly))
-            usage.residentBytes = pages.readAll().split(' ').value(1).toLongLong() * 4096;
+            usage.residentBytes
+                = pages.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
         const struct mallinfo2 heap = mallinfo2();
         usage.allocatedBytes = static_cast<qint64>(heap.uordblks + heap.hblkhd);
         return usage;

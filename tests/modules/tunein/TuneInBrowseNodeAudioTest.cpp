@@ -234,6 +234,16 @@ TEST_F(TuneInAudioRowTest, fetchesGenreNamesOnceWithItsFirstGenre)
     EXPECT_THAT(server().requestLines(), Not(Contains(GenresRequest)));
 }
 
+TEST_F(TuneInAudioRowTest, sendsAnEmptyPartnerIdForGenreNames)
+{
+    stop();
+    set(VeskTuneInPartnerIdPath(), QString());
+    start();
+    row(Station);
+    EXPECT_THAT(server().requestLines(),
+        Contains("GET /Describe.ashx?c=genres&partnerId=&serial=ABC&render=json"));
+}
+
 TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesWithoutAGenre)
 {
     EXPECT_EQ(row(Episode).mediaData().metaData().genre(), QString());

@@ -1,11 +1,8 @@
-#include "api/nodes/CMContainerNode.h"
 #include "api/tunein/VeskTuneInIcons.h"
-#include "api/values/VeskValuePaths.h"
 #include "api/web/VeskJson.h"
-#include "tests/modules/tunein/TuneInFixture.h"
+#include "tests/modules/tunein/RowsFixture.h"
 
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -13,67 +10,9 @@ namespace {
 
 const QByteArray Link = R"({"element":"outline","type":"link","text":"Music","key":"music",)"
                         R"("URL":"http://opml.radiotime.com/Browse.ashx?c=music"})";
-const QByteArray Presets
-    = R"({"element":"outline","type":"link","text":"Favorites","key":"presets",)"
-      R"("URL":"http://opml.radiotime.com/Browse.ashx?c=presets"})";
-
-QByteArray text(const QByteArray &name)
-{
-    return R"({"element":"outline","type":"text","text":")" + name + R"("})";
-}
-
-/// A separator around \a children; without a key when it is empty.
-QByteArray section(const QByteArray &name, const QByteArray &key, const QByteArray &children)
-{
-    return R"({"element":"outline","text":")" + name + R"(",)"
-        + (key.isEmpty() ? QByteArray() : R"("key":")" + key + R"(",)") + R"("children":[)"
-        + children + "]}";
-}
-
-const QString Screen = "TuneIn:browse/uri/Browse.ashx?c=x"_s;
-
-class TuneInRowsTest : public TuneInFixture {
-protected:
-    /// The rows of a screen whose answer holds these elements.
-    RowsAnswer show(const QByteArray &elements, const QStringList &roles = {"title"_s},
-        const QString &path = Screen)
-    {
-        answer("/Browse.ashx", screen(elements));
-        if (!m_started)
-            start();
-        m_started = true;
-        log().clear();
-        server().clearRequests();
-        return rows(path, roles);
-    }
-
-    QStringList titles(const QByteArray &elements, const QString &path = Screen)
-    {
-        const RowsAnswer answer = show(elements, {"title"_s}, path);
-        EXPECT_TRUE(answer.error.isEmpty());
-        return answer.texts();
-    }
-
-    void singleList() { set(VeskChildElementsInSingleListPath(), true); }
-
-    /// Screen's own URL as a path: what its folders open again.
-    static CMPath folder(const QString &navigation)
-    {
-        return path("TuneIn:browse/uri/Browse.ashx"_s,
-            {{"c"_s, "x"_s}, {"render"_s, "json"_s}, {"formats"_s, "mp3,aac"_s},
-                {"partnerId"_s, "partner"_s}, {"serial"_s, "ABC"_s}, {"locale"_s, "en"_s},
-                {"veskNavigation"_s, navigation}});
-    }
-
-private:
-    bool m_started = false;
-};
 
 using TuneInRowsTextTest = TuneInRowsTest;
 using TuneInRowsLinkTest = TuneInRowsTest;
-using TuneInRowsSeparatorTest = TuneInRowsTest;
-using TuneInRowsNavigationTest = TuneInRowsTest;
-using TuneInRowsFavoritesTest = TuneInRowsTest;
 
 } // namespace
 
@@ -81,7 +20,7 @@ TEST_F(TuneInRowsTest, reportAnEmptyBody)
 {
     answerAll(QByteArray());
     start();
-    const RowsAnswer answer = rows(Screen);
+    const RowsAnswer answer = rows(screenPath());
     EXPECT_EQ(answer.error.message(), TrString("TuneIn", "Invalid response."));
     EXPECT_EQ(answer.error.name(), CMError::DefaultName());
     EXPECT_EQ(answer.error.title().toString(), CMError::DefaultTitle());
@@ -94,7 +33,7 @@ TEST_F(TuneInRowsTest, reportJsonThatDoesNotParse)
     const QByteArray broken = R"({"head":)";
     answerAll(broken);
     start();
-    const RowsAnswer answer = rows(Screen);
+    const RowsAnswer answer = rows(screenPath());
     EXPECT_EQ(answer.error.message(), TrString("TuneIn", "Invalid data returned."));
     EXPECT_EQ(answer.error.name(), CMError::DefaultName());
     EXPECT_TRUE(answer.value.isNull());
@@ -112,7 +51,7 @@ TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOfTuneIn)
         + text("never shown") + "]}");
     start();
     log().clear();
-    const RowsAnswer answer = rows(Screen);
+    const RowsAnswer answer = rows(screenPath());
     EXPECT_TRUE(answer.error.isEmpty());
     EXPECT_EQ(answer.count, 0);
     EXPECT_THAT(answer.rows, IsEmpty());
@@ -129,7 +68,7 @@ TEST_F(TuneInRowsTest, areNoneForAStatusThatIsNotExactly200)
         answerAll(QByteArray(R"({"head":)") + head + R"(,"body":[)" + text("x") + "]}");
         if (!CMRoot()->prefixes().contains("TuneIn"_s))
             start();
-        const RowsAnswer answer = rows(Screen);
+        const RowsAnswer answer = rows(screenPath());
         EXPECT_TRUE(answer.error.isEmpty()) << head;
         EXPECT_EQ(answer.count, 0) << head;
     }
@@ -330,7 +269,7 @@ TEST_F(TuneInRowsLinkTest, toTheSettingsPageAreLeftOut)
           R"("URL":"http://opml.radiotime.com/Settings.aspx?x=y"})";
     EXPECT_EQ(titles(settings + "," + text("after")), QStringList("after"_s));
     EXPECT_THAT(log().lines("DEBUG"_s), Contains("Omitting the last root menu item: Settings"_s));
-    EXPECT_EQ(titles(Presets + "," + settings, "TuneIn:browse"_s), QStringList("Favorites"_s));
+    EXPECT_EQ(titles(presets() + "," + settings, "TuneIn:browse"_s), QStringList("Favorites"_s));
 }
 
 TEST_F(TuneInRowsLinkTest, withTheSettingsKeyAndAnotherUrlStay)
@@ -346,198 +285,4 @@ TEST_F(TuneInRowsLinkTest, mayHaveAnyKey)
 {
     EXPECT_EQ(titles(R"({"element":"outline","type":"link","key":"a_b~c","text":"Odd"})"),
         QStringList("Odd"_s));
-}
-
-TEST_F(TuneInRowsSeparatorTest, areFoldersWithoutASingleList)
-{
-    const RowsAnswer answer
-        = show(section("Stations", "stations", text("a")) + "," + section("Shows", "", text("b")),
-            {"title"_s, "type"_s, "path"_s, "mediaData"_s, "context"_s, "icon"_s});
-    ASSERT_EQ(answer.count, 2);
-    EXPECT_EQ(answer.texts(), QStringList({"Stations"_s, "Shows"_s}));
-    const QVariantList row = answer.rows.at(0);
-    EXPECT_EQ(row.at(1).toInt(), VeskRolesType::Container());
-    EXPECT_EQ(CMPath::fromEncoded(row.at(2).toString()), folder("stations"_s));
-    EXPECT_EQ(VeskMediaData(row.at(3).toHash()).metaData().serviceID(), "tunein"_s);
-    EXPECT_TRUE(row.at(4).isNull());
-    EXPECT_TRUE(row.at(5).isNull());
-    EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(1).at(2).toString()), folder("~1"_s));
-    EXPECT_THAT(log().lines("DEBUG"_s), Contains("item 0: 'Stations' SEPARATOR (START)"_s));
-    EXPECT_THAT(log().lines("TRACE"_s),
-        Contains("Added child element as folder 'Stations', navigation: 'stations'"_s));
-    EXPECT_THAT(log().lines().filter("SEPARATOR (END)"_s), IsEmpty());
-}
-
-TEST_F(TuneInRowsSeparatorTest, openTheirChildrenAsFolders)
-{
-    const QByteArray elements = section("Stations", "stations", text("a") + "," + text("b")) + ","
-        + section("Shows", "", text("c"));
-    EXPECT_EQ(titles(elements, folder("stations"_s).toEncoded()), QStringList({"a"_s, "b"_s}));
-    EXPECT_EQ(titles(elements, folder("~1"_s).toEncoded()), QStringList("c"_s));
-}
-
-TEST_F(TuneInRowsSeparatorTest, areHeadersFollowedByTheirChildrenInASingleList)
-{
-    singleList();
-    const RowsAnswer answer = show(section("Stations", "stations", text("a") + "," + text("b"))
-            + "," + section("Shows", "", text("c")) + "," + text("d"),
-        {"title"_s, "type"_s, "mediaData"_s, "path"_s});
-    EXPECT_EQ(answer.texts(), QStringList({"Stations"_s, "a"_s, "b"_s, "Shows"_s, "c"_s, "d"_s}));
-    EXPECT_EQ(answer.count, 6);
-    EXPECT_EQ(answer.rows.at(0).at(1).toInt(), VeskRolesType::Header());
-    EXPECT_EQ(VeskMediaData(answer.rows.at(0).at(2).toHash()).metaData().serviceID(), "tunein"_s);
-    EXPECT_TRUE(answer.rows.at(0).at(3).isNull());
-    EXPECT_THAT(log().lines("TRACE"_s),
-        Contains("Adding 2 child element(s) following separator 'Stations'"_s));
-    EXPECT_THAT(log().lines("DEBUG"_s), Contains("item 0: 'Stations' SEPARATOR (END)"_s));
-    EXPECT_THAT(log().lines("TRACE"_s).filter("navigation: '', maxLevel: 0, url: '"_s).size(), 2);
-}
-
-TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelow)
-{
-    singleList();
-    const RowsAnswer answer = show(
-        section("One", "one",
-            section("Two", "two", section("Three", "three", text("deep")) + "," + text("x"))),
-        {"title"_s, "type"_s, "path"_s});
-    EXPECT_EQ(answer.texts(), QStringList({"One"_s, "Two"_s, "Three"_s, "x"_s}));
-    EXPECT_EQ(answer.texts(1), QStringList({"2"_s, "2"_s, "1"_s, QString()}));
-    EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(2).at(2).toString()), folder("three"_s));
-}
-
-TEST_F(TuneInRowsSeparatorTest, joinNavigationWithASemicolonThatLeadsNowhere)
-{
-    const QByteArray elements = section("One", "one",
-        section("Two", "two", text("deep")) + "," + section("Three", "", text("deep")));
-    const RowsAnswer answer = show(elements, {"title"_s, "path"_s}, folder("one"_s).toEncoded());
-    EXPECT_EQ(answer.texts(), QStringList({"Two"_s, "Three"_s}));
-    EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(0).at(1).toString()), folder("one;two"_s));
-    EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(1).at(1).toString()), folder("one;~1"_s));
-
-    EXPECT_THAT(titles(elements, folder("one;two"_s).toEncoded()), IsEmpty());
-    EXPECT_THAT(
-        log().lines("ERROR"_s), ElementsAre("Invalid navigation: key 'one;two' not found"_s));
-}
-
-TEST_F(TuneInRowsSeparatorTest, areLookedUpAgainWithTheSameNavigationInASingleList)
-{
-    singleList();
-    const QByteArray elements = section("One", "one",
-        section("Two", "two", section("Three", "one", text("again"))) + ","
-            + section("Four", "four", text("lost")));
-    EXPECT_EQ(
-        titles(elements, folder("one"_s).toEncoded()), QStringList({"Two"_s, "again"_s, "Four"_s}));
-    EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Invalid navigation: key 'one' not found"_s));
-}
-
-TEST_F(TuneInRowsSeparatorTest, withoutChildrenAreLoneHeadersInASingleList)
-{
-    singleList();
-    EXPECT_EQ(titles(R"({"element":"outline","text":"Empty","key":"e"},)" + text("x")),
-        QStringList({"Empty"_s, "x"_s}));
-}
-
-TEST_F(TuneInRowsNavigationTest, takesAnIndexOrAKey)
-{
-    const QByteArray elements = text("0") + "," + text("1") + ","
-        + section("C", "music", section("D", "", text("d")) + "," + text("e"));
-    EXPECT_EQ(titles(elements, folder("~2"_s).toEncoded()), QStringList({"D"_s, "e"_s}));
-    EXPECT_THAT(log().lines("DEBUG"_s), Contains("Looking for key '~2'"_s));
-    EXPECT_THAT(log().lines("DEBUG"_s), Contains("key '~2' found at 2"_s));
-    EXPECT_EQ(titles(elements, folder("music_~0"_s).toEncoded()), QStringList("d"_s));
-    EXPECT_EQ(titles(elements, folder("~2_~0"_s).toEncoded()), QStringList("d"_s));
-    EXPECT_EQ(titles(elements, folder("~02"_s).toEncoded()), QStringList({"D"_s, "e"_s}));
-}
-
-TEST_F(TuneInRowsNavigationTest, takesTheFirstMatch)
-{
-    EXPECT_EQ(titles(section("A", "k", text("first")) + "," + section("B", "k", text("second")),
-                  folder("k"_s).toEncoded()),
-        QStringList("first"_s));
-}
-
-TEST_F(TuneInRowsNavigationTest, thatLeadsNowhereIsAnEmptyScreen)
-{
-    const QByteArray elements
-        = section("A", "a", text("x")) + "," + section("B", "b", text("y")) + "," + text("z");
-    for (const char *key : {"~9", "~3", "music", "A", "~", "~-1", "~1x", "x~1",
-             "~99999999999999999999", "~4294967296", "~18446744073709551616"}) {
-        EXPECT_THAT(titles(elements, folder(QLatin1String(key)).toEncoded()), IsEmpty()) << key;
-        EXPECT_THAT(log().lines("ERROR"_s),
-            ElementsAre("Invalid navigation: key '"_s + QLatin1String(key) + "' not found"_s));
-    }
-}
-
-TEST_F(TuneInRowsNavigationTest, keepsItsEmptyParts)
-{
-    const QByteArray elements = section("A", "a", text("x"));
-    for (const char *navigation : {"_a", "_", "a_"}) {
-        EXPECT_THAT(titles(elements, folder(QLatin1String(navigation)).toEncoded()), IsEmpty())
-            << navigation;
-        EXPECT_THAT(log().lines("DEBUG"_s), Contains("Looking for key ''"_s));
-    }
-    // An element without a key is what an empty part finds.
-    EXPECT_EQ(titles(section("A", "", section("B", "b", text("x"))), folder("_b"_s).toEncoded()),
-        QStringList("x"_s));
-}
-
-TEST_F(TuneInRowsNavigationTest, intoAnElementWithoutChildrenIsAnEmptyScreen)
-{
-    EXPECT_THAT(titles(text("x"), folder("~0"_s).toEncoded()), IsEmpty());
-    EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
-}
-
-TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
-{
-    const RowsAnswer answer
-        = show(Link, {"title"_s, "path"_s, "type"_s, "icon"_s}, "TuneIn:browse"_s);
-    EXPECT_EQ(answer.texts(), QStringList({"My Favorites"_s, "Music"_s}));
-    EXPECT_EQ(answer.count, 2);
-    const QVariantList row = answer.rows.at(0);
-    EXPECT_EQ(CMPath::fromEncoded(row.at(1).toString()),
-        path("TuneIn:browse/uri/Browse.ashx"_s,
-            {{"c"_s, "presets"_s}, {"veskDisplayName"_s, "My Favorites"_s}}));
-    EXPECT_EQ(row.at(2).toInt(), VeskRolesType::Container());
-    EXPECT_EQ(row.at(3).toString(), VeskTuneInMyPresetsIcon());
-    EXPECT_THAT(log().lines("INFO"_s),
-        ElementsAre(
-            "Browsing root and there is no folder 'My Presets' in it, so adding it at the first position ..."_s));
-}
-
-TEST_F(TuneInRowsFavoritesTest, areNotAddedWhereTheyAre)
-{
-    EXPECT_EQ(
-        titles(Link + "," + Presets, "TuneIn:browse"_s), QStringList({"Music"_s, "Favorites"_s}));
-    EXPECT_THAT(log().lines("INFO"_s), IsEmpty());
-}
-
-TEST_F(TuneInRowsFavoritesTest, areNotAddedToAnEmptyRoot)
-{
-    EXPECT_THAT(titles({}, "TuneIn:browse"_s), IsEmpty());
-}
-
-TEST_F(TuneInRowsFavoritesTest, areNotAddedElsewhere)
-{
-    EXPECT_EQ(titles(Link, "TuneIn:browse/uri/Browse.ashx"_s), QStringList("Music"_s));
-    EXPECT_EQ(titles(Link, Screen), QStringList("Music"_s));
-}
-
-TEST_F(TuneInRowsFavoritesTest, countAmongTheIndicesOfTheRootScreen)
-{
-    const RowsAnswer answer
-        = show(section("A", "", text("x")), {"title"_s, "path"_s}, "TuneIn:browse"_s);
-    ASSERT_EQ(answer.texts(), QStringList({"My Favorites"_s, "A"_s}));
-    EXPECT_EQ(
-        CMPath::fromEncoded(answer.rows.at(1).at(1).toString()).param("veskNavigation"_s), "~1"_s);
-}
-
-TEST_F(TuneInRowsFavoritesTest, areAddedToTheSectionsOfARootInASingleListToo)
-{
-    singleList();
-    EXPECT_EQ(
-        titles(Presets + "," + section("A", "a", text("x")) + "," + section("B", "b", Presets),
-            "TuneIn:browse"_s),
-        QStringList({"Favorites"_s, "A"_s, "My Favorites"_s, "x"_s, "B"_s, "Favorites"_s}));
-    EXPECT_EQ(titles(section("Empty", "e", {}), "TuneIn:browse"_s),
-        QStringList({"My Favorites"_s, "Empty"_s}));
 }

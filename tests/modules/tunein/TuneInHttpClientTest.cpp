@@ -1,6 +1,7 @@
 #include "modules/tunein/TuneInHttpClient.h"
 
 #include "modules/tunein/NewQThread.h"
+#include "tests/modules/tunein/ProcessUsage.h"
 #include "tests/modules/tunein/TuneInHost.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/WorkerThread.h"
@@ -198,6 +199,22 @@ TEST_F(TuneInHttpClientTest, doesWithoutAnOutputBuffer)
     EXPECT_TRUE(client().get(api("/x"_s), nullptr).isEmpty());
     expectAlive();
 }
+
+#ifndef VESK_SANITIZED
+TEST_F(TuneInHttpClientTest, keepsNoResultThatWasCollected)
+{
+    constexpr int BodySize = 100000;
+    constexpr int Count = 300;
+    answerAll(QByteArray(BodySize, 'x'));
+    client().get(api("/x"_s), nullptr);
+    const qint64 before = ProcessUsage::now().allocatedBytes;
+    for (int i = 0; i < Count; ++i) {
+        QByteArray out;
+        client().get(api("/x"_s), i % 2 ? &out : nullptr);
+    }
+    EXPECT_LT(ProcessUsage::now().allocatedBytes - before, BodySize * Count / 10);
+}
+#endif
 
 TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
 {

@@ -1,3 +1,4 @@
+#include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/MimeTypes.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
@@ -137,6 +138,16 @@ TEST_F(TuneInPrePlayTest, addsTheCommonItemsThatThePlayPathLacks)
     fetch("http://opml.radiotime.com/Tune.ashx?id=s1&render=xml&serial=S&partnerId="_s);
     expectRequests({"GET /Tune.ashx?id=s1&render=json&partnerId=partner&serial=ABC",
         "GET /Tune.ashx?id=s1&render=xml&serial=S&partnerId="});
+}
+
+TEST_F(TuneInPrePlayTest, leavesOutAnEmptyPartnerId)
+{
+    stop();
+    set(VeskTuneInPartnerIdPath(), QString());
+    start();
+    answer("/Tune.ashx", ThreeStreams);
+    fetch();
+    expectRequests({"GET /Tune.ashx?id=s1&render=json&serial=ABC"});
 }
 
 TEST_F(TuneInPrePlayTest, failsWithoutAPlayPath)

@@ -7,14 +7,6 @@
 #include <future>
 #include <malloc.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define VESK_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define VESK_SANITIZED 1
-#endif
-#endif
-
 namespace {
 
 constexpr int WarmUpRounds = 10;
