@@ -110,9 +110,10 @@ TEST_F(BrowseSystem, TheTestTreeOpens)
     for (const QVariant &row : rows) {
         const QVariantList values = row.toList();
         EXPECT_FALSE(values.value(0).toString().isEmpty());
-        if (values.value(2).toInt() == 1)
+        if (values.value(2).toInt() == 1) {
             EXPECT_FALSE(s_product->rows(values.value(1).toString(), titleAndPath).isEmpty())
                 << values.value(1).toString().toStdString();
+        }
     }
 }
 

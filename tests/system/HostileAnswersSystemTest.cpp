@@ -71,9 +71,7 @@ TEST_P(HostileAnswers, EndInTheOutcomeThatTheUserIsToldAndTheNextRequestIsServed
 }
 
 INSTANTIATE_TEST_SUITE_P(Directory, HostileAnswers, testing::ValuesIn(misbehaviours),
-    [](const testing::TestParamInfo<Misbehaviour> &info) { return info.param.name; });
-
-class HostileRequests : public testing::Test { };
+    [](const testing::TestParamInfo<Misbehaviour> &instance) { return instance.param.name; });
 
 TEST(HostileRequests, EndInAnErrorOfTheProtocolAndTheNextRequestIsServed)
 {
