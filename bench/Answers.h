@@ -7,6 +7,9 @@
 
 /// A list of \a count stations with 14 entries each, about 500 bytes a station.
 QByteArray stationsAnswer(int count);
+/// A list of \a count stations that say no more than they must: 10,000 of them just fit into the
+/// 1,000,000 bytes that the plug-in reads.
+QByteArray shortStationsAnswer(int count);
 /// The root menu.
 QByteArray rootAnswer();
 /// The list of genres that the stations name.

@@ -297,7 +297,7 @@ TEST(VeskJsonTest, readsTextsOfAnyLengthAndContent)
 
 TEST(VeskJsonTest, keepsAByteOrderMarkWithinATextOnly)
 {
-    const QString mark(QChar(QChar::ByteOrderMark));
+    const QString mark = QChar(QChar::ByteOrderMark);
     for (const char *json :
         {"[\"\xEF\xBB\xBFx\",\"\xEF\xBB\xBF\"]", "\xEF\xBB\xBF[\"\xEF\xBB\xBFx\",\"\\uFEFF\"]"}) {
         const QVariantList list = parsed(json).toList();
