@@ -9,6 +9,8 @@ int main(int argc, char **argv)
 {
     log4cplus::Initializer logging;
     testing::InitGoogleMock(&argc, argv);
+    // log4cplus has threads of its own, which a plain fork would leave behind.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
     QCoreApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

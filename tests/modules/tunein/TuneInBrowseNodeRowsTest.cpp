@@ -245,7 +245,7 @@ TEST_F(TuneInRowsLinkTest, ofShowsWithoutGuideIdHaveNoContextMenu)
 
 TEST_F(TuneInRowsLinkTest, ofShowsOnTheRootScreenAreLikeOthers)
 {
-    const RowsAnswer answer = show(Presets
+    const RowsAnswer answer = show(presets()
             + R"(,{"element":"outline","type":"link","guide_id":"p1","item":"show",)"
               R"("image":"i","URL":"http://x/?sid=s1"})",
         {"icon"_s, "context"_s}, "TuneIn:browse"_s);
