@@ -89,6 +89,7 @@ public:
     HttpServerLimits limits;
     SoupServer *server = nullptr;
     HttpConnections connections;
+    bool isClosed = false;
     QString address;
 
     /// What libsoup calls; \a data is this.
@@ -224,7 +225,8 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
     const QPointer<HttpServer> guard(q);
     dispatcher->handle(stateOf(message)->body, nullptr,
         [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
-            if (!guard || stateOf(keep.get())->isFinished)
+            // A message whose connection went may not be resumed; close() ends all without a signal.
+            if (!guard || isClosed || stateOf(keep.get())->isFinished)
                 return;
             if (answer.isEmpty())
                 respond(keep.get(), SOUP_STATUS_NO_CONTENT, nullptr, {});
@@ -331,6 +333,7 @@ void HttpServer::close()
     const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
     for (WebSocketSession *session : sessions)
         session->close(SOUP_WEBSOCKET_CLOSE_GOING_AWAY);
+    d->isClosed = true;
     d->connections.close();
     soup_server_disconnect(d->server);
 }

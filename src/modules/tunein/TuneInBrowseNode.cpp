@@ -23,6 +23,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 
 VESK_LOGGER("CB_TuneIn")
 
@@ -78,6 +79,14 @@ bool isRootScreen(const CMPath &path)
 void failWith(const CMGetRowsRequest &request, const char *message)
 {
     request.reply().setError(TuneInApi::error(message));
+}
+
+/// From the directory's kbit/s. What is no rate, or none that can be, is 0: not known.
+int bitsPerSecond(const QString &kilobits)
+{
+    constexpr int perKilobit = 1000;
+    const int rate = kilobits.toInt();
+    return rate > 0 && rate <= std::numeric_limits<int>::max() / perKilobit ? rate * perKilobit : 0;
 }
 
 TrString nodeText(const char *text)
@@ -716,7 +725,7 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
     } else {
         const QString bitrate = element.bitrate();
         if (!bitrate.isEmpty())
-            resource.setBitRate(bitrate.toInt() * 1000);
+            resource.setBitRate(bitsPerSecond(bitrate));
         resource.setMimeType(MimeTypes::Audio::m3u());
     }
     resource.setUri(item.url.toString());
@@ -853,7 +862,7 @@ bool TuneInBrowseNode::fetchAvailableStreams(const CMSetDataRequest &request, Ve
     VeskMetaData metaData = mediaData.metaData();
     VeskResource resource = mediaData.activeResource();
     resource.setUri(streamUrl.toString());
-    resource.setBitRate(stream.bitrate().toInt() * 1000);
+    resource.setBitRate(bitsPerSecond(stream.bitrate()));
     if (stream.playlist_type().isEmpty()) {
         resource.setMimeType(MimeTypes::Audio::unknown());
         metaData.setAlternativeStreams(false);
