@@ -207,9 +207,10 @@ bool CMPath::equals(const CMPath &other, int mode) const
 
 bool CMPath::startsWith(const CMPath &start) const
 {
-    if (m_prefix != start.m_prefix || !m_base.startsWith(start.m_base))
-        return false;
+    // Not QString::startsWith, to which a null base is no beginning of an empty one.
     const int size = start.m_base.size();
+    if (m_prefix != start.m_prefix || m_base.leftRef(size) != start.m_base)
+        return false;
     const bool below = size == 0 || m_base.size() == size || m_base.at(size) == QLatin1Char('/')
         || start.m_base.endsWith(QLatin1Char('/'));
     return below

@@ -317,6 +317,8 @@ TEST(CMPathStartsWith, putsEverythingBelowTheRoot)
 {
     EXPECT_TRUE(path("browse").startsWith(path("")));
     EXPECT_TRUE(path("").startsWith(path("")));
+    const CMPath nullBase(QStringLiteral("TuneIn"), QString());
+    EXPECT_TRUE(nullBase.startsWith(CMPath::fromEncoded(QStringLiteral("TuneIn:"))));
     EXPECT_FALSE(path("browse").startsWith(CMPath(QStringLiteral("settings"), QString())));
 }
 
