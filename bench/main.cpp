@@ -5,6 +5,8 @@
 #include <log4cplus/initializer.h>
 #include <log4cplus/logger.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <map>
@@ -82,6 +84,7 @@ void printRatios(const Collector &collector)
 
 int main(int argc, char **argv)
 {
+    mallopt(M_MXFAST, 0); // as the host does
     log4cplus::Initializer logging;
     log4cplus::Logger::getRoot().setLogLevel(log4cplus::INFO_LOG_LEVEL);
     QCoreApplication application(argc, argv);

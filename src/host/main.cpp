@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -50,6 +51,10 @@ int run(const HostOptions &options)
 
 int main(int argc, char **argv)
 {
+    // Rows are many small blocks that are let go together. Merging them as they are freed keeps a
+    // row of a long screen as cheap as one of a short screen; fastbins would merge them over and
+    // over.
+    mallopt(M_MXFAST, 0);
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");
     std::signal(SIGPIPE, SIG_IGN);

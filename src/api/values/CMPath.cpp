@@ -13,6 +13,8 @@
 namespace {
 
 constexpr int MaxEncodedSize = 64 * 1024;
+/// Room for as many parameters as most paths have, so that adding them one by one moves none.
+constexpr int UsualParams = 8;
 
 [[maybe_unused]] const bool registered = [] {
     qRegisterMetaType<CMPath>("CMPath");
@@ -185,6 +187,8 @@ void CMPath::addParam(const QString &key, const QString &value)
 {
     if (isEmpty())
         return;
+    if (m_params.capacity() == 0)
+        m_params.reserve(UsualParams);
     const auto it = lowerBound(m_params, key);
     if (it != m_params.end() && it->first == key)
         it->second = value;

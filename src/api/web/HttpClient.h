@@ -80,7 +80,9 @@ class HttpClientEngine;
 /// functions may be called from any thread.
 ///
 /// Each request's function is called exactly once, on that thread, never from within get() or
-/// post(). Destroying the client first calls it for every exchange under way, with Cancelled.
+/// post(). It may start further exchanges and may destroy the client. Destroying the client first
+/// calls it for every exchange that it was not yet called for, with Cancelled; what such a call
+/// starts is cancelled as well.
 class VESK_API HttpClient : public QObject {
     Q_OBJECT
 
@@ -105,8 +107,10 @@ public:
     /// they are: entries as curl's option of that name takes them, "HOST:PORT:ADDRESS:PORT". For
     /// the whole process and every exchange that starts later.
     static void setConnectTo(const QStringList &entries);
-    /// A PEM file with one more certificate authority to trust. For the whole process and every
-    /// exchange that starts later. Returns false when the file holds no certificate.
+    /// A PEM file with one more certificate authority to trust, beside the system's (the folder
+    /// that SSL_CERT_DIR names, /etc/ssl/certs without it); an empty name takes it back. For the
+    /// whole process and every exchange that starts later. Returns false, and changes nothing, when
+    /// the file holds no certificate.
     static bool setCaFile(const QString &file);
     /// Ends every exchange of every client that now exists with Cancelled, and all later ones of
     /// those clients at once: for a host that shuts down while a plug-in still waits for an answer.

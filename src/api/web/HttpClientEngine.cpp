@@ -443,6 +443,7 @@ bool HttpClientEngine::refuse(const VeskUrl &url, HttpClient::Function &done)
         status = HttpClientStatus::InvalidRequest;
     else
         return false;
+    VESK_DEBUG(url << ": " << status << ", not sent");
     finish(std::move(done), HttpClientResult(url, status, 0, {}));
     postDelivery();
     return true;

@@ -65,7 +65,7 @@ TEST_F(HttpClientFaultTest, aServerThatNeverAnswers)
 
 TEST_F(HttpClientFaultTest, aServerThatStopsAnswering)
 {
-    const HttpClientResult result = resultOf(ending(End::Stall, 50000), withTimeout(100));
+    const HttpClientResult result = resultOf(ending(End::Stall, 50000), withTimeout(1000));
     EXPECT_EQ(result.status(), HttpClientStatus::TimedOut);
     EXPECT_EQ(result.code(), 200);
 }
