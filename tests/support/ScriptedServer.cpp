@@ -235,7 +235,10 @@ int listenOnLoopback(quint16 &port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     socklen_t size = sizeof address;
     auto *generic = reinterpret_cast<sockaddr *>(&address);
-    if (listener < 0 || bind(listener, generic, size) != 0 || listen(listener, 128) != 0
+    // Ports whose connections of a minute ago still linger are free for this.
+    const int on = 1;
+    if (listener < 0 || setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on) != 0
+        || bind(listener, generic, size) != 0 || listen(listener, 128) != 0
         || getsockname(listener, generic, &size) != 0)
         fail("no port to listen on");
     port = ntohs(address.sin_port);

@@ -225,7 +225,8 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
     const QPointer<HttpServer> guard(q);
     dispatcher->handle(stateOf(message)->body, nullptr,
         [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
-            // A message whose connection went may not be resumed; close() ends all without a signal.
+            // A message whose connection went may not be resumed; close() ends all without a
+            // signal.
             if (!guard || isClosed || stateOf(keep.get())->isFinished)
                 return;
             if (answer.isEmpty())

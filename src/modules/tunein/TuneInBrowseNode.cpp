@@ -122,8 +122,11 @@ struct TuneInBrowseNode::Screen {
     {
         QVariantList values;
         values.reserve(roles.size());
+        for (int i = 0; i < roles.size(); ++i)
+            values.append(QVariant());
+        auto out = values.begin();
         for (const RowRole role : roles)
-            values.append(value(role));
+            *out++ = value(role);
         return values;
     }
 
@@ -188,6 +191,9 @@ struct TuneInBrowseNode::Item {
     const VeskUrl url;
     const bool showOrTopic;
     const QString sid;
+    const QString kind; ///< "station", "show", "topic" or none
+    const QString text;
+    const QString guideId;
 };
 
 TuneInBrowseNode *TuneInBrowseNode::create(CMTuneInWorker *tiWorker, const CMPath &path)
@@ -461,7 +467,10 @@ QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
                 VESK_WARN("Browsing category with show item in it, but without 'sid' attribute "
                           "set.");
         }
-        appendElement(screen, Item {element, i, elementUrl, showOrTopic, sid}, rows);
+        appendElement(screen,
+            Item {
+                element, i, elementUrl, showOrTopic, sid, kind, element.text(), element.guideId()},
+            rows);
     }
     return rows;
 }
@@ -523,10 +532,10 @@ QVariantList TuneInBrowseNode::textRow(const Screen &screen, const Item &item) c
     return screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return element.text();
+            return item.text;
         case RowRole::Id:
-            if (!element.guideId().isEmpty())
-                return QStringLiteral("id=") + element.guideId();
+            if (!item.guideId.isEmpty())
+                return QStringLiteral("id=") + item.guideId;
             return element.key().isEmpty() ? QString() : QStringLiteral("c=") + element.key();
         case RowRole::Preferred:
             return element.isDefault() == QLatin1String("true");
@@ -543,16 +552,16 @@ QVariantList TuneInBrowseNode::linkRow(const Screen &screen, const Item &item) c
     return screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return element.text();
+            return item.text;
         case RowRole::Type:
             return VeskRolesType::Container();
         case RowRole::Path:
-            return tuneInUrlToCBPath(item.url, QString(), element.text()).toEncoded();
+            return tuneInUrlToCBPath(item.url, QString(), item.text).toEncoded();
         case RowRole::Context: {
-            if (!showContext || element.guideId().isEmpty())
+            if (!showContext || item.guideId.isEmpty())
                 return QVariant();
             CMPath matchPath = path();
-            matchPath.addParam(Param::veskGuideId(), element.guideId());
+            matchPath.addParam(Param::veskGuideId(), item.guideId);
             return browserContextRoles(screen, item, matchPath.toEncoded());
         }
         case RowRole::MediaData:
@@ -573,7 +582,7 @@ QVariantList TuneInBrowseNode::linkRow(const Screen &screen, const Item &item) c
 void TuneInBrowseNode::appendSeparator(const Screen &screen, const Item &item, QVariantList &rows)
 {
     const VeskTuneInBodyElement &element = item.element;
-    VESK_DEBUG("item " << item.index << ": '" << element.text() << "' SEPARATOR (START)");
+    VESK_DEBUG("item " << item.index << ": '" << item.text << "' SEPARATOR (START)");
     const auto isPartOfNavigation
         = [](QChar c) { return c == QLatin1Char('_') || c == QLatin1Char('~'); };
     const QString elementKey = element.key();
@@ -589,7 +598,7 @@ void TuneInBrowseNode::appendSeparator(const Screen &screen, const Item &item, Q
     rows.append(QVariant(screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return element.text();
+            return item.text;
         case RowRole::Type:
             return asFolder ? VeskRolesType::Container() : VeskRolesType::Header();
         case RowRole::MediaData:
@@ -602,24 +611,24 @@ void TuneInBrowseNode::appendSeparator(const Screen &screen, const Item &item, Q
         }
     })));
     if (asFolder) {
-        VESK_TRACE("Added child element as folder '" << element.text() << "', navigation: '"
+        VESK_TRACE("Added child element as folder '" << item.text << "', navigation: '"
                                                      << navigation << "'");
         return;
     }
     const VeskList<VeskTuneInBodyElement> children = element.children();
     VESK_TRACE("Adding " << children.size() << " child element(s) following separator '"
-                         << element.text() << "'");
+                         << item.text << "'");
     rows += fillRows(screen.request, children, screen.url, screen.navigation, screen.maxLevel - 1);
-    VESK_DEBUG("item " << item.index << ": '" << element.text() << "' SEPARATOR (END)");
+    VESK_DEBUG("item " << item.index << ": '" << item.text << "' SEPARATOR (END)");
 }
 
 QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
 {
     const VeskTuneInBodyElement &element = item.element;
     const CMPath &opened = screen.request.path();
-    const QString kind = element.item();
+    const QString &kind = item.kind;
     const bool onDemand = kind == QLatin1String("topic");
-    VESK_DEBUG("item " << item.index << ": '" << element.text() << "' (audio - "
+    VESK_DEBUG("item " << item.index << ": '" << item.text << "' (audio - "
                        << (onDemand ? "On demand" : "Broadcast") << " item: '" << kind << "')");
     VESK_TRACE("element: " << element);
     VESK_TRACE("parent URL: " << opened);
@@ -635,16 +644,16 @@ QVariantList TuneInBrowseNode::audioRow(const Screen &screen, const Item &item)
         if (screen.directStream)
             matchPath.addParam(Param::veskDirectStream(), QString::number(item.index));
         else
-            matchPath.addParam(Param::veskGuideId(), element.guideId());
+            matchPath.addParam(Param::veskGuideId(), item.guideId);
     }
     const QString encodedMatchPath = matchPath.toEncoded();
 
     QVariantList row = screen.row([&](RowRole role) -> QVariant {
         switch (role) {
         case RowRole::Title:
-            return screen.streamChoice ? opened.param(Param::veskTitle()) : element.text();
+            return screen.streamChoice ? opened.param(Param::veskTitle()) : item.text;
         case RowRole::Description:
-            return screen.streamChoice ? element.text() : element.subtext();
+            return screen.streamChoice ? item.text : element.subtext();
         case RowRole::Icon:
             return element.image();
         case RowRole::Type:
@@ -677,14 +686,14 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
 {
     const VeskTuneInBodyElement &element = item.element;
     const CMPath &opened = screen.request.path();
-    const QString title = screen.streamChoice ? opened.param(Param::veskTitle()) : element.text();
+    const QString title = screen.streamChoice ? opened.param(Param::veskTitle()) : item.text;
     const QString description
         = screen.streamChoice ? opened.param(Param::veskDescription()) : element.subtext();
     const QString icon = screen.streamChoice ? opened.param(Param::veskIcon()) : element.image();
 
     CMPath context = item.showOrTopic ? m_tiWorker->playerContextShowEpisodeNode()->path()
                                       : m_tiWorker->playerContextNode()->path();
-    context.addParam(Param::guideId(), element.guideId());
+    context.addParam(Param::guideId(), item.guideId);
     const QString stationId = element.stationId();
     if (!stationId.isEmpty())
         context.addParam(Param::stationId(), stationId);
@@ -717,7 +726,7 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
         prePlay.addParam(Param::veskPlayPath(), item.url.toString());
         metaData.setPrePlayPath(prePlay);
     }
-    metaData.setLive(element.item() == QLatin1String("station"));
+    metaData.setLive(item.kind == QLatin1String("station"));
 
     VeskResource resource;
     if (screen.directStream) {
@@ -744,7 +753,7 @@ VeskHash TuneInBrowseNode::browserContextRoles(
     const Screen &screen, const Item &item, const QString &encodedMatchPath) const
 {
     CMPath menu = m_tiWorker->browserContextNode()->path();
-    menu.addParam(Param::guideId(), item.element.guideId());
+    menu.addParam(Param::guideId(), item.guideId);
     if (!item.sid.isEmpty())
         menu.addParam(Param::sid(), item.sid);
     menu.addParam(Param::veskMatchingPath(), encodedMatchPath);
