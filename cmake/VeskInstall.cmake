@@ -5,6 +5,9 @@ include(CMakePackageConfigHelpers)
 install(TARGETS vesk_core EXPORT VeskCoreTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/api DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/vesk
     FILES_MATCHING PATTERN "*.h"
+    PATTERN "CMCallGate.h" EXCLUDE
+    PATTERN "CMContextCall.h" EXCLUDE
+    PATTERN "CMRoleTable.h" EXCLUDE
     PATTERN "HttpCache.h" EXCLUDE
     PATTERN "HttpClientEngine.h" EXCLUDE)
 install(EXPORT VeskCoreTargets NAMESPACE Vesk:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
