@@ -1,46 +1,18 @@
 #include "api/web/HttpClient.h"
 
 #include "api/web/HttpClientEngine.h"
+#include "api/web/HttpSettings.h"
 
 #include <QFile>
 
 #include <algorithm>
 #include <limits>
-#include <mutex>
 #include <ostream>
 
 namespace {
 
 /// Certificate files are a few kilobytes; the system's whole collection is 200.
 constexpr qint64 MaxCaFileBytes = 4 * 1024 * 1024;
-
-/// Never destroyed: a thread may start an exchange while the process ends.
-struct SharedSettings {
-    std::mutex mutex;
-    /// Guarded by mutex.
-    std::shared_ptr<const HttpSettings> settings = std::make_shared<HttpSettings>();
-};
-
-SharedSettings &sharedSettings()
-{
-    static auto &shared = *new SharedSettings;
-    return shared;
-}
-
-/// Replaces the settings by a copy that \a change has worked on.
-template <class Change>
-void changeSettings(const Change &change)
-{
-    SharedSettings &shared = sharedSettings();
-    const std::lock_guard<std::mutex> lock(shared.mutex);
-    const HttpSettings &before = *shared.settings;
-    auto changed = std::make_shared<HttpSettings>();
-    for (const curl_slist *entry = before.connectTo; entry; entry = entry->next)
-        changed->connectTo = curl_slist_append(changed->connectTo, entry->data);
-    changed->certificates = before.certificates;
-    change(*changed);
-    shared.settings = changed;
-}
 
 /// Whether \a der is one ASN.1 sequence and nothing else, as every certificate is.
 bool isSequence(const QByteArray &der)
@@ -80,13 +52,6 @@ QByteArray certificatesIn(const QByteArray &pem)
 }
 
 } // namespace
-
-std::shared_ptr<const HttpSettings> HttpSettings::current()
-{
-    SharedSettings &shared = sharedSettings();
-    const std::lock_guard<std::mutex> lock(shared.mutex);
-    return shared.settings;
-}
 
 std::ostream &operator<<(std::ostream &out, HttpClientStatus status)
 {
@@ -129,12 +94,7 @@ void HttpClient::post(
 
 void HttpClient::setConnectTo(const QStringList &entries)
 {
-    changeSettings([&entries](HttpSettings &changed) {
-        curl_slist_free_all(changed.connectTo);
-        changed.connectTo = nullptr;
-        for (const QString &entry : entries)
-            changed.connectTo = curl_slist_append(changed.connectTo, entry.toUtf8().constData());
-    });
+    HttpSettings::setConnectTo(entries);
 }
 
 bool HttpClient::setCaFile(const QString &file)
@@ -148,7 +108,7 @@ bool HttpClient::setCaFile(const QString &file)
         if (certificates.isEmpty())
             return false;
     }
-    changeSettings([&certificates](HttpSettings &changed) { changed.certificates = certificates; });
+    HttpSettings::setCertificates(certificates);
     return true;
 }
 

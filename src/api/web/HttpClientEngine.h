@@ -18,20 +18,6 @@
 class HttpTransfer;
 class QSocketNotifier;
 
-/// What HttpClient's static functions set, for the whole process. Immutable: each exchange holds on
-/// to the settings it started with.
-struct HttpSettings {
-    HttpSettings() = default;
-    ~HttpSettings() { curl_slist_free_all(connectTo); }
-    Q_DISABLE_COPY(HttpSettings)
-
-    static std::shared_ptr<const HttpSettings> current();
-
-    curl_slist *connectTo = nullptr;
-    /// PEM; empty when there is none.
-    QByteArray certificates;
-};
-
 /// The exchanges of one HttpClient: libcurl's multi interface, driven by the event loop of the
 /// engine's thread, and the cache. It and its client live on one thread and are destroyed there;
 /// shutDownAll() alone may be called from any. libcurl is loaded by the first exchange, so that

@@ -1,6 +1,7 @@
 #include "tests/api/web/HttpFixture.h"
 
 #include <QFile>
+#include <QTemporaryDir>
 
 namespace {
 
@@ -18,9 +19,10 @@ protected:
         HttpClient::setCaFile(QString());
     }
 
-    ScriptedServer serverFor(TestAuthority &issuer, const char *host, bool expired = false)
+    ScriptedServer serverFor(TestAuthority &issuer, const char *host,
+        TestAuthority::Validity validity = TestAuthority::Now)
     {
-        const TestAuthority::Certificate files = issuer.issue(host, expired);
+        const TestAuthority::Certificate files = issuer.issue(host, validity);
         return ScriptedServer(always(answerWith("secure")), files.certificateFile, files.keyFile);
     }
 
@@ -74,10 +76,60 @@ TEST_F(HttpClientTlsTest, refusesACertificateForAnotherHost)
 
 TEST_F(HttpClientTlsTest, refusesAnExpiredCertificate)
 {
-    const ScriptedServer server = serverFor(authority, "opml.example.invalid", true);
+    const ScriptedServer server = serverFor(authority, "opml.example.invalid", TestAuthority::Past);
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
     EXPECT_EQ(ask(server).status(), HttpClientStatus::TlsFailed);
     EXPECT_TRUE(server.requests().isEmpty());
+}
+
+TEST_F(HttpClientTlsTest, refusesACertificateThatIsNotGoodYet)
+{
+    const ScriptedServer server
+        = serverFor(authority, "opml.example.invalid", TestAuthority::Future);
+    ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
+    EXPECT_EQ(ask(server).status(), HttpClientStatus::TlsFailed);
+    EXPECT_TRUE(server.requests().isEmpty());
+}
+
+TEST_F(HttpClientTlsTest, sendsNothingOfAPostToAServerThatItDoesNotTrust)
+{
+    TestAuthority unknown("Unknown Authority");
+    TestAuthority namesake("Test Authority");
+    const char *const host = "opml.example.invalid";
+    const struct {
+        const char *name;
+        ScriptedServer server;
+    } servers[] = {
+        {"unknown authority", serverFor(unknown, host)},
+        {"authority of the same name", serverFor(namesake, host)},
+        {"other host", serverFor(authority, "example.invalid")},
+        {"host below it", serverFor(authority, "a.opml.example.invalid")},
+        {"expired", serverFor(authority, host, TestAuthority::Past)},
+        {"not good yet", serverFor(authority, host, TestAuthority::Future)},
+    };
+    ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
+    const VeskUrl url(
+        QStringLiteral("https://opml.example.invalid/Account.ashx?username=me&password=sesame"));
+    for (const auto &[name, server] : servers) {
+        HttpClient::setConnectTo({QString::fromLatin1(server.connectTo(host))});
+        HttpClient client(nullptr, HttpClient::Default, true);
+        for (const char *body : {"", "password=sesame"}) {
+            const HttpClientResult result = send(client, url, body);
+            EXPECT_EQ(result.status(), HttpClientStatus::TlsFailed) << name;
+            EXPECT_EQ(result.code(), 0) << name;
+            EXPECT_TRUE(result.data().isEmpty()) << name;
+        }
+        EXPECT_GT(server.connections(), 0) << name;
+        EXPECT_TRUE(server.requests().isEmpty()) << name;
+    }
+
+    // The same request reaches a server that is trusted.
+    const ScriptedServer good = serverFor(authority, host);
+    HttpClient::setConnectTo({QString::fromLatin1(good.connectTo(host))});
+    HttpClient client(nullptr, HttpClient::Default, true);
+    EXPECT_EQ(send(client, url, QByteArray()).data(), "secure");
+    EXPECT_EQ(good.requestLines(),
+        QList<QByteArray> {"POST /Account.ashx?username=me&password=sesame"});
 }
 
 TEST_F(HttpClientTlsTest, trustsTheSystemsAuthoritiesAndTheGivenOne)

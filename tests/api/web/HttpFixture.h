@@ -2,8 +2,7 @@
 
 #include "api/web/HttpClient.h"
 #include "tests/support/ScriptedServer.h"
-
-#include <QTemporaryDir>
+#include "tests/support/TestAuthority.h"
 
 #include <gtest/gtest.h>
 
@@ -36,26 +35,3 @@ VeskUrl urlOf(const ScriptedServer &server, const char *rest);
 /// \a data as Content-Encoding "gzip" and "deflate" carry it.
 QByteArray gzip(const QByteArray &data);
 QByteArray deflate(const QByteArray &data);
-
-/// A certificate authority of its own, in files that go with it.
-class TestAuthority {
-public:
-    struct Certificate {
-        QByteArray certificateFile;
-        QByteArray keyFile;
-    };
-
-    explicit TestAuthority(const char *name);
-    ~TestAuthority();
-
-    /// The authority's own certificate, PEM.
-    QString file() const;
-    /// A folder that holds it under its hashed name, as OpenSSL looks it up.
-    QByteArray hashedFolder() const;
-    /// Good for \a host from now on, or, with \a expired, until an hour ago.
-    Certificate issue(const char *host, bool expired = false);
-
-private:
-    struct Private;
-    std::unique_ptr<Private> d;
-};

@@ -19,7 +19,6 @@ class TuneInAssertionTest : public TuneInFixture {
 protected:
     TuneInAssertionTest()
     {
-        testing::GTEST_FLAG(death_test_style) = "threadsafe";
         start();
     }
 

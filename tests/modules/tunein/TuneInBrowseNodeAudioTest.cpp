@@ -383,7 +383,6 @@ TEST_F(TuneInAudioRowTest, keepsTextsWithPlaceholdersAndEscapesApart)
 TEST_F(TuneInAudioRowTest, asksForGenreNamesInTheFirstTenSecondsOfTheClockInVain)
 {
     // In a process of its own, in which nobody has asked for genres yet.
-    testing::GTEST_FLAG(death_test_style) = "threadsafe";
     EXPECT_EXIT(
         {
             FakeClock::setMonotonic(9999);

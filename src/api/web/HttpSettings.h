@@ -1,0 +1,54 @@
+#pragma once
+
+#include "api/core/export.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+#include <cstddef>
+#include <curl/curl.h>
+#include <memory>
+#include <string_view>
+
+/// What HttpClient's static functions set, for the whole process. Immutable: each exchange holds on
+/// to the settings it started with, and to this as long as its handle is in use. Any thread.
+struct VESK_API HttpSettings {
+    HttpSettings() = default;
+    ~HttpSettings() { curl_slist_free_all(connectTo); }
+    Q_DISABLE_COPY(HttpSettings)
+
+    static std::shared_ptr<const HttpSettings> current();
+    static void setConnectTo(const QStringList &entries);
+    static void setCertificates(const QByteArray &pem);
+
+    void applyTo(CURL *easy) const;
+
+    curl_slist *connectTo = nullptr;
+    /// PEM; empty when there is none.
+    QByteArray certificates;
+};
+
+/// What every exchange of the system has in common: who asks, http and https only, at most five
+/// redirects, verified certificates from the folder that SSL_CERT_DIR names (/etc/ssl/certs without
+/// it).
+VESK_API void setUpHttpHandle(CURL *easy);
+
+/// Reads the heads of one exchange as libcurl follows redirects: a redirect must not leave http and
+/// https, nor take to plain http what was asked for over TLS; the heads have a bound.
+class VESK_API HttpRedirectRule {
+public:
+    /// All heads of one exchange together: redirects, interim answers and trailers included.
+    static constexpr std::size_t MaxHeadBytes = 256 * 1024;
+    enum Verdict { Fine, ForbiddenRedirect, TooLong };
+
+    /// At the start of each exchange.
+    void start(bool isHttps);
+    Verdict takeLine(std::string_view line);
+
+private:
+    bool mayFollow(std::string_view location);
+
+    std::size_t m_bytes = 0;
+    bool m_isRedirect = false;
+    bool m_isHttps = false;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+/// A certificate authority of its own, in files that go with it.
+class TestAuthority {
+public:
+    /// Now: from two days ago. Past: until an hour ago. Future: from an hour from now.
+    enum Validity { Now, Past, Future };
+    struct Certificate {
+        QByteArray certificateFile;
+        QByteArray keyFile;
+    };
+
+    explicit TestAuthority(const char *name);
+    ~TestAuthority();
+
+    /// The authority's own certificate, PEM.
+    QString file() const;
+    /// A folder that holds it under its hashed name, as OpenSSL looks it up.
+    QByteArray hashedFolder() const;
+    /// Good for \a host, at the time that \a validity says.
+    Certificate issue(const char *host, Validity validity = Now);
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
