@@ -56,6 +56,22 @@
         <translation>Ungültige Daten erhalten.</translation>
     </message>
     <message>
+        <source>Invalid password or user name.</source>
+        <translation>Ungültiges Passwort oder ungültiger Benutzername.</translation>
+    </message>
+    <message>
+        <source>Unknown method</source>
+        <translation>Unbekannte Methode</translation>
+    </message>
+    <message>
+        <source>Invalid value type.</source>
+        <translation>Ungültiger Wertetyp.</translation>
+    </message>
+    <message>
+        <source>Invalid response!</source>
+        <translation>Ungültige Antwort!</translation>
+    </message>
+    <message>
         <source>Invalid response.</source>
         <translation>Ungültige Antwort.</translation>
     </message>

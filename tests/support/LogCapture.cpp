@@ -63,7 +63,8 @@ struct LogCapture::Private {
 LogCapture::LogCapture(const char *loggerName)
     : d(new Private)
 {
-    d->logger = log4cplus::Logger::getInstance(loggerName);
+    d->logger
+        = *loggerName ? log4cplus::Logger::getInstance(loggerName) : log4cplus::Logger::getRoot();
     d->formerLevel = d->logger.getLogLevel();
     d->appender = new Appender;
     d->owner = log4cplus::SharedAppenderPtr(d->appender);

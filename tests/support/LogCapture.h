@@ -5,8 +5,8 @@
 
 #include <memory>
 
-/// Keeps the log records that are written while it lives, of one logger and at every level, for
-/// tests that compare texts. Any thread may log.
+/// Keeps the log records that are written while it lives, of one logger (with an empty name, of all
+/// of them) and at every level, for tests that compare texts. Any thread may log.
 class LogCapture {
 public:
     explicit LogCapture(const char *loggerName);

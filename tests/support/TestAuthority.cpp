@@ -41,8 +41,8 @@ void addExtension(X509 *certificate, X509 *issuer, int nid, const char *value)
 }
 
 /// A certificate for \a name over \a key, issued by \a issuer, or by itself where that is null.
-X509Certificate makeCertificate(
-    const char *name, EVP_PKEY *key, X509 *issuer, EVP_PKEY *issuerKey, TestAuthority::Validity validity)
+X509Certificate makeCertificate(const char *name, EVP_PKEY *key, X509 *issuer, EVP_PKEY *issuerKey,
+    TestAuthority::Validity validity)
 {
     static int serial = 1;
     constexpr long hour = 3600;
@@ -50,8 +50,7 @@ X509Certificate makeCertificate(
     X509 *const x = certificate.get();
     require(x && X509_set_version(x, 2) == 1, "certificate");
     ASN1_INTEGER_set(X509_get_serialNumber(x), ++serial);
-    X509_gmtime_adj(
-        X509_getm_notBefore(x), validity == TestAuthority::Future ? hour : -48 * hour);
+    X509_gmtime_adj(X509_getm_notBefore(x), validity == TestAuthority::Future ? hour : -48 * hour);
     X509_gmtime_adj(X509_getm_notAfter(x), validity == TestAuthority::Past ? -hour : 48 * hour);
     X509_set_pubkey(x, key);
     X509_NAME_add_entry_by_txt(X509_get_subject_name(x), "CN", MBSTRING_ASC,

@@ -7,6 +7,11 @@ VeskUrl TuneInApi::url(const QString &path)
     return VeskUrl(QStringLiteral("http://opml.radiotime.com") + path);
 }
 
+VeskUrl TuneInApi::secureUrl(const QString &path)
+{
+    return VeskUrl(QStringLiteral("https://opml.radiotime.com") + path);
+}
+
 void TuneInApi::addDevice(VeskUrl &url, const TuneInSettings &settings)
 {
     if (!settings.partnerId().isEmpty())

@@ -12,9 +12,10 @@ class TuneInSettings;
 
 namespace TuneInApi {
 
-/// The URL of \a path, which may hold a query, at the API over plain HTTP. Account calls go to the
-/// HTTPS form instead.
+/// The URL of \a path, which may hold a query, at the API over plain HTTP.
 VeskUrl url(const QString &path);
+/// The same over HTTPS: for account calls, which carry credentials.
+VeskUrl secureUrl(const QString &path);
 
 /// Adds "partnerId" and "serial", each only if it is not empty.
 void addDevice(VeskUrl &url, const TuneInSettings &settings);

@@ -13,6 +13,7 @@
 #include "api/values/MimeTypes.h"
 #include "api/values/VeskValuePaths.h"
 #include "modules/tunein/NewQThread.h"
+#include "modules/tunein/TuneInAccount.h"
 #include "modules/tunein/TuneInApi.h"
 #include "modules/tunein/TuneInBrowseNode.h"
 #include "modules/tunein/TuneInClock.h"
@@ -123,6 +124,7 @@ void CMTuneInWorker::createTree()
     m_browserContextNode
         = TuneInBrowserContextNode::create(this, addPrefix(QStringLiteral("browser_context")));
     createSearchNodes();
+    TuneInAccountNode::create(this, addPrefix(QStringLiteral("account")));
     createTestTree();
 }
 

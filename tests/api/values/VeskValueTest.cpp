@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 namespace {
 
 VeskValue value(const QVariantHash &hash)
@@ -93,6 +95,26 @@ TEST(VeskValue, holdsAnAccount)
     const QVariant variant = value;
     EXPECT_EQ(
         VeskValue(VeskHash(variant.toHash())).tuneInAccount().userName(), QStringLiteral("me"));
+}
+
+TEST(VeskValue, printsAnAccountWithoutItsSecrets)
+{
+    VeskTuneInAccount account;
+    account.setUserName(QStringLiteral("me"));
+    account.setPassword(QStringLiteral("hidden"));
+    account.setSessionId(QStringLiteral("hidden"));
+    VeskValue value;
+    value.setTuneInAccount(account);
+    const std::string text
+        = "{tuneInAccount: {password: ***, sessionId: ***, userName: me}, type: 115}";
+    std::ostringstream out;
+    out << value;
+    EXPECT_EQ(out.str(), text);
+    for (const QVariant &variant : {QVariant(value), QVariant::fromValue(value)}) {
+        std::ostringstream variantOut;
+        variantOut << variant;
+        EXPECT_EQ(variantOut.str(), text);
+    }
 }
 
 TEST(VeskValue, readsItsTypeFromACodeOrAName)

@@ -128,8 +128,8 @@ TEST_F(HttpClientTlsTest, sendsNothingOfAPostToAServerThatItDoesNotTrust)
     HttpClient::setConnectTo({QString::fromLatin1(good.connectTo(host))});
     HttpClient client(nullptr, HttpClient::Default, true);
     EXPECT_EQ(send(client, url, QByteArray()).data(), "secure");
-    EXPECT_EQ(good.requestLines(),
-        QList<QByteArray> {"POST /Account.ashx?username=me&password=sesame"});
+    EXPECT_EQ(
+        good.requestLines(), QList<QByteArray> {"POST /Account.ashx?username=me&password=sesame"});
 }
 
 TEST_F(HttpClientTlsTest, trustsTheSystemsAuthoritiesAndTheGivenOne)

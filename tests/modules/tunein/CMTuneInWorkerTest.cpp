@@ -118,7 +118,7 @@ TEST_F(CMTuneInWorkerTest, registersItsNodesInOrder)
     start();
     const QStringList expected {"TuneIn:"_s, "TuneIn:browse"_s, "TuneIn:player_context"_s,
         "TuneIn:player_context_show_episode"_s, "TuneIn:browser_context"_s, "TuneIn:searches"_s,
-        "TuneIn:search/search"_s, "TuneIn:testing"_s};
+        "TuneIn:search/search"_s, "TuneIn:account"_s, "TuneIn:testing"_s};
     QStringList found;
     for (const QString &node : nodePaths()) {
         if (expected.contains(node))

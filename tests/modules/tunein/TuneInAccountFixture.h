@@ -1,0 +1,55 @@
+#pragma once
+
+#include "api/values/VeskTuneInAccount.h"
+#include "modules/tunein/TuneInAccount.h"
+#include "tests/modules/tunein/TuneInFixture.h"
+#include "tests/support/TestAuthority.h"
+
+/// The plug-in with a second server, over TLS, where it makes its account calls. What it asks there
+/// is answered with answerAccount(); the plain server must stay out of it.
+class TuneInAccountFixture : public TuneInFixture {
+protected:
+    TuneInAccountFixture();
+    ~TuneInAccountFixture() override;
+
+    ScriptedServer &accountServer() { return *m_accountServer; }
+    /// Account calls go to a server with a certificate for \a host, good at the time that \a
+    /// validity says, of the authority that the plug-in's host trusts, or of another one.
+    void openAccountServer(const char *host = "opml.radiotime.com",
+        TestAuthority::Validity validity = TestAuthority::Now, bool trusted = true);
+    void closeAccountServer();
+    void answerAccount(const QByteArray &body);
+    void answerAccount(const ScriptedServer::Response &response);
+    /// Expects exactly these requests since the last call, none of them over plain HTTP, and all
+    /// without a body.
+    void expectAccountRequests(const QList<QByteArray> &lines);
+
+    /// Each is sent through the host's root, as a host does.
+    static Answer read(const QStringList &roles = {VeskRoles::Value()});
+    static Answer write(const VeskTuneInAccount &account);
+
+    TuneInAccountNode *node() const;
+    /// What processResponse() makes of \a answer, called on the worker's thread.
+    Answer process(VeskTuneInAccountOperation::Enum operation, const QByteArray &answer);
+
+private:
+    TestAuthority m_authority {"Trusted Authority"};
+    TestAuthority m_otherAuthority {"Other Authority"};
+    std::unique_ptr<ScriptedServer> m_accountServer;
+    ScriptedServer::Response m_response;
+};
+
+/// The eight operations, in the order of their codes.
+extern const QList<VeskTuneInAccountOperation::Enum> AllOperations;
+
+/// An account that asks for \a operation, with every input filled in.
+VeskTuneInAccount filledAccount(VeskTuneInAccountOperation::Enum operation);
+/// The account in an answer's value.
+VeskTuneInAccount accountOf(const Answer &answer);
+/// The account in the first of an answer's values.
+VeskTuneInAccount firstAccountOf(const Answer &answer);
+/// A whole answer of the web API that says that a call failed.
+QByteArray fault(const char *status, const char *faultCode = "", const char *text = "");
+
+/// What TuneIn answers when something changed.
+extern const QByteArray Done;

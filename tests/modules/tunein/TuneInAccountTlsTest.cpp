@@ -1,0 +1,79 @@
+#include "tests/modules/tunein/TuneInAccountFixture.h"
+
+#include "api/web/HttpClient.h"
+
+namespace {
+
+using Operation = VeskTuneInAccountOperation;
+
+class TuneInAccountTlsTest : public TuneInAccountFixture {
+protected:
+    TuneInAccountTlsTest() { start(); }
+
+    /// Expects that both a read and a write fail and that the account server heard of neither.
+    void expectNothingSent()
+    {
+        EXPECT_EQ(read().errorText(), "Invalid data received."_s);
+        EXPECT_EQ(write(filledAccount(Operation::auth)).errorText(), "Invalid data received."_s);
+        EXPECT_GT(accountServer().connections(), 0);
+        expectAccountRequests({});
+    }
+};
+
+} // namespace
+
+TEST_F(TuneInAccountTlsTest, tellsNothingToAServerOfAnUnknownAuthority)
+{
+    openAccountServer("opml.radiotime.com", TestAuthority::Now, false);
+    expectNothingSent();
+}
+
+TEST_F(TuneInAccountTlsTest, tellsNothingToAServerOfAnotherHost)
+{
+    openAccountServer("opml.example.org");
+    expectNothingSent();
+}
+
+TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWhoseCertificateHasExpired)
+{
+    openAccountServer("opml.radiotime.com", TestAuthority::Past);
+    expectNothingSent();
+}
+
+TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWhoseCertificateIsNotGoodYet)
+{
+    openAccountServer("opml.radiotime.com", TestAuthority::Future);
+    expectNothingSent();
+}
+
+TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWithoutTls)
+{
+    HttpClient::setConnectTo(
+        {"opml.radiotime.com:443:127.0.0.1:"_s + QString::number(server().port())});
+    EXPECT_EQ(read().errorText(), "Invalid data received."_s);
+    EXPECT_EQ(write(filledAccount(Operation::auth)).errorText(), "Invalid data received."_s);
+    EXPECT_GT(server().connections(), 0);
+    expectRequests({});
+}
+
+TEST_F(TuneInAccountTlsTest, followsNoRedirectToPlainHttp)
+{
+    for (const int code : {301, 302, 303, 307, 308}) {
+        ScriptedServer::Response response;
+        response.code = code;
+        response.headers
+            = {{"Location", "http://opml.radiotime.com/Account.ashx?username=me&password=sesame"}};
+        answerAccount(response);
+        EXPECT_EQ(write(filledAccount(Operation::auth)).errorText(), "Invalid data received."_s);
+        expectAccountRequests({"POST /Account.ashx?render=json&partnerId=partner&c=auth&"
+                               "username=me&password=sesame"});
+    }
+}
+
+TEST_F(TuneInAccountTlsTest, goesOnWhenTheServerIsTrustedAgain)
+{
+    openAccountServer("opml.radiotime.com", TestAuthority::Past);
+    EXPECT_FALSE(write(filledAccount(Operation::drop)).error.isEmpty());
+    openAccountServer();
+    EXPECT_EQ(accountOf(write(filledAccount(Operation::drop))).operation(), Operation::drop);
+}
