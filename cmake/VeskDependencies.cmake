@@ -7,6 +7,8 @@ find_package(CLI11 REQUIRED)
 pkg_check_modules(log4cplus REQUIRED IMPORTED_TARGET log4cplus)
 pkg_check_modules(libcurl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(libsoup REQUIRED IMPORTED_TARGET libsoup-3.0)
+pkg_check_modules(gstreamer REQUIRED IMPORTED_TARGET
+    gstreamer-1.0 gstreamer-app-1.0 gstreamer-audio-1.0)
 pkg_check_modules(yamlcpp REQUIRED IMPORTED_TARGET yaml-cpp)
 find_package(simdjson REQUIRED)
 find_package(nlohmann_json REQUIRED)

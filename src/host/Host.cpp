@@ -13,6 +13,9 @@
 #include "host/Plugin.h"
 #include "host/ServicesWorker.h"
 #include "host/SettingsStore.h"
+#include "host/player/PlayLogic.h"
+#include "host/player/StreamPlayer.h"
+#include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
 
 #include <QTimer>
@@ -31,9 +34,13 @@ Host::~Host()
 {
     // Nobody asks any more when the workers go.
     m_http.reset();
+    m_playerMethods.reset();
     m_methods.reset();
     m_rpc.reset();
     m_plugins.clear();
+    PlayLogicInterface::setPlayerInstance(nullptr);
+    m_playLogic.reset();
+    m_streamPlayer.reset();
     m_services.reset();
     m_language.reset();
     m_network.reset();
@@ -48,6 +55,7 @@ void Host::start()
     setUpLanguage();
     m_services = std::make_unique<ServicesWorker>();
     HttpClient::setConnectTo(m_options.connectTo);
+    setUpPlayer();
     setUpPlugins();
 }
 
@@ -96,6 +104,18 @@ void Host::setUpLanguage()
         apply();
         m_root->notifyLanguageChanged();
     });
+}
+
+void Host::setUpPlayer()
+{
+    m_streamPlayer = std::make_unique<StreamPlayer>(m_options.audio);
+    m_playLogic = std::make_unique<PlayLogic>(m_streamPlayer.get());
+    PlayLogicInterface::setPlayerInstance(m_playLogic.get());
+    connect(m_network.get(), &NetworkMonitor::connectedChanged, m_streamPlayer.get(),
+        [player = m_streamPlayer.get()](bool connected) {
+            if (connected)
+                player->networkIsBack();
+        });
 }
 
 void Host::setUpPlugins()
@@ -150,7 +170,11 @@ void Host::listen()
         return;
     m_rpc = std::make_unique<JsonRpcDispatcher>();
     m_methods = std::make_unique<RpcMethods>(m_rpc.get());
+    m_playerMethods = std::make_unique<PlayerMethods>(m_rpc.get(), m_playLogic.get());
     m_http = std::make_unique<HttpServer>(m_rpc.get());
+    connect(m_playerMethods.get(), &PlayerMethods::changed, m_http.get(),
+        [http = m_http.get()](
+            const QVariant &state) { http->notifyAll(QStringLiteral("player.changed"), state); });
     QString error;
     if (!m_http->listen(m_options.listen, error)) {
         Q_EMIT failed(error);
@@ -168,6 +192,23 @@ void Host::stop()
     VESK_INFO("stopping");
     if (m_http)
         m_http->close();
+    // What played is reported before the plug-ins go.
+    if (m_playLogic) {
+        m_playLogic->stop();
+        if (m_playLogic->hasUnansweredPosts()) {
+            veskConnect(m_playLogic.get(), &PlayLogic::postsAnswered, this, &Host::unloadPlugins);
+            QTimer::singleShot(ReportTimeout, this, &Host::unloadPlugins);
+            return;
+        }
+    }
+    unloadPlugins();
+}
+
+void Host::unloadPlugins()
+{
+    if (m_unloading)
+        return;
+    m_unloading = true;
     // A plug-in that waits for an answer from its service waits no longer.
     HttpClient::shutDownAll();
     for (const auto &plugin : m_plugins) {

@@ -13,19 +13,25 @@ class CMValuesWorker;
 class HttpServer;
 class JsonRpcDispatcher;
 class NetworkMonitor;
+class PlayLogic;
+class PlayerMethods;
 class Plugin;
 class RpcMethods;
 class ServicesWorker;
 class SettingsStore;
+class StreamPlayer;
 
 /// The whole host: the root worker, the value tree with what is kept of it, the network state, the
-/// plug-ins and the server for clients. One per process, on the main thread, with its event loop.
+/// player, the plug-ins and the server for clients. One per process, on the main thread, with its
+/// event loop.
 class Host : public QObject {
     Q_OBJECT
 
 public:
     /// How long plug-ins may take to end, in milliseconds.
     static constexpr int UnloadTimeout = 15000;
+    /// How long plug-ins may take to report what played last.
+    static constexpr int ReportTimeout = 3000;
 
     explicit Host(const HostOptions &options, QObject *parent = nullptr);
     ~Host() override;
@@ -47,14 +53,17 @@ private:
     void setUpValues();
     void setUpNetwork();
     void setUpLanguage();
+    void setUpPlayer();
     void setUpPlugins();
     void pluginLoaded();
     void listServices();
     void listen();
+    void unloadPlugins();
     void finishStop();
 
     const HostOptions m_options;
     bool m_stopping = false;
+    bool m_unloading = false;
     bool m_stopped = false;
     int m_loading = 0;
 
@@ -65,8 +74,11 @@ private:
     std::unique_ptr<NetworkMonitor> m_network;
     std::unique_ptr<CMSubscription> m_language;
     std::unique_ptr<ServicesWorker> m_services;
+    std::unique_ptr<StreamPlayer> m_streamPlayer;
+    std::unique_ptr<PlayLogic> m_playLogic;
     std::vector<std::unique_ptr<Plugin>> m_plugins;
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<RpcMethods> m_methods;
+    std::unique_ptr<PlayerMethods> m_playerMethods;
     std::unique_ptr<HttpServer> m_http;
 };

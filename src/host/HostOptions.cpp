@@ -69,11 +69,11 @@ QString HostOption::addConnectTo(HostOptions &options, const QString &entry)
 
 QString HostOption::setAudio(HostOptions &options, const QString &audio)
 {
-    const QString wav = QStringLiteral("wav:");
-    const bool isFile = audio.startsWith(wav) && audio.size() > wav.size();
-    if (!isFile && audio != QLatin1String("auto") && audio != QLatin1String("null"))
+    bool ok = false;
+    const AudioOutputSpec spec = AudioOutputSpec::parse(audio, ok);
+    if (!ok)
         return QStringLiteral("\"%1\" is not auto, null or wav:FILE").arg(audio);
-    options.audio = audio;
+    options.audio = spec;
     return {};
 }
 

@@ -2,6 +2,7 @@
 
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
+#include "host/player/AudioOutputSpec.h"
 #include "host/rpc/HttpServer.h"
 
 #include <QPair>
@@ -29,7 +30,7 @@ struct HostOptions {
     QVector<QPair<CMPath, VeskValue>> pinned;
     QStringList connectTo;
     QString caFile;
-    QString audio = QStringLiteral("auto");
+    AudioOutputSpec audio;
     /// Empty: the default one.
     QString stateFolder;
     QString logLevel = QStringLiteral("info");

@@ -2,17 +2,11 @@
 
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskValuePaths.h"
+#include "host/player/StreamFormats.h"
 
 #include <QStringList>
 
 namespace {
-
-/// The formats that the player decodes.
-const QString &playableFormats()
-{
-    static const QString formats = QStringLiteral("mp3,aac,ogg");
-    return formats;
-}
 
 TrString title(const char *text)
 {
@@ -28,7 +22,7 @@ const QVector<HostValueDefinition> &hostValueDefinitions()
             title(QT_TRANSLATE_NOOP("Host", "TuneIn partner id"))},
         {VeskTuneInBrowseIndexUrlPath(), VeskValue::fromString(QString()), CMValuesWorker::Writable,
             title(QT_TRANSLATE_NOOP("Host", "Address of the TuneIn start page"))},
-        {VeskTuneInSupportedStreamsPath(), VeskValue::fromString(playableFormats()),
+        {VeskTuneInSupportedStreamsPath(), VeskValue::fromString(decodableFormats()),
             CMValuesWorker::Writable,
             title(QT_TRANSLATE_NOOP("Host", "Stream formats to ask TuneIn for"))},
         {VeskTuneInEnabledFixItWizardPath(), VeskValue::fromBool(true), CMValuesWorker::Writable,

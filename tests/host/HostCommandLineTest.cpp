@@ -26,7 +26,7 @@ TEST(HostCommandLineTest, HasDefaults)
     ASSERT_TRUE(line.run);
     EXPECT_EQ(line.options.listen.address, QStringLiteral("127.0.0.1"));
     EXPECT_EQ(line.options.listen.port, 8765);
-    EXPECT_EQ(line.options.audio, QStringLiteral("auto"));
+    EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line.options.logLevel, QStringLiteral("info"));
     EXPECT_TRUE(line.options.plugins.isEmpty());
 }
@@ -51,7 +51,8 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     EXPECT_TRUE(options.pinned.at(1).second.bool_());
     EXPECT_EQ(options.connectTo.size(), 2);
     EXPECT_EQ(options.caFile, QStringLiteral("ca.pem"));
-    EXPECT_EQ(options.audio, QStringLiteral("wav:out.wav"));
+    EXPECT_EQ(options.audio.kind, AudioOutputSpec::Wav);
+    EXPECT_EQ(options.audio.file, QStringLiteral("out.wav"));
     EXPECT_EQ(options.stateFolder, QStringLiteral("s"));
     EXPECT_EQ(options.logLevel, QStringLiteral("trace"));
     EXPECT_EQ(options.logFile, QStringLiteral("l"));
@@ -137,7 +138,7 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.listen.port, 1234);
     EXPECT_EQ(options.pinned.size(), 2);
     EXPECT_EQ(options.connectTo, QStringList {QStringLiteral("a:80:b:81")});
-    EXPECT_EQ(options.audio, QStringLiteral("null"));
+    EXPECT_EQ(options.audio.kind, AudioOutputSpec::Null);
     EXPECT_EQ(options.stateFolder, m_folder.filePath(QStringLiteral("state")));
     EXPECT_EQ(options.logLevel, QStringLiteral("warn"));
     EXPECT_EQ(options.logFile, QStringLiteral("/log"));
@@ -152,7 +153,7 @@ TEST_F(HostConfigFileTest, TheCommandLineWins)
     ASSERT_EQ(line.options.plugins.size(), 1);
     EXPECT_EQ(line.options.plugins.first().file, QStringLiteral("c.so"));
     EXPECT_EQ(line.options.listen.port, 5);
-    EXPECT_EQ(line.options.audio, QStringLiteral("auto"));
+    EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line.options.pinned.last().second.string_(), QStringLiteral("line"));
     EXPECT_EQ(line.options.pinned.size(), 3) << "the other value of the file still counts";
 }

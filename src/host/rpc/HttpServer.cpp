@@ -329,6 +329,13 @@ int HttpServer::connections() const
     return d->connections.count();
 }
 
+void HttpServer::notifyAll(const QString &method, const QVariant &params)
+{
+    const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
+    for (WebSocketSession *session : sessions)
+        session->notify(method, params);
+}
+
 void HttpServer::close()
 {
     const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 #include <memory>
 
@@ -46,6 +47,8 @@ public:
     QString url() const;
     /// How many are open, WebSockets included.
     int connections() const;
+    /// To every client with a WebSocket.
+    void notifyAll(const QString &method, const QVariant &params);
     /// Takes no more connections and says good-bye on the WebSockets.
     void close();
 

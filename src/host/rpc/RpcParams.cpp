@@ -16,12 +16,30 @@ JsonRpcError RpcParams::error() const
 
 CMPath RpcParams::path()
 {
-    const QVariant value = m_params.value(QStringLiteral("path"));
+    return path(QStringLiteral("path"));
+}
+
+CMPath RpcParams::screen()
+{
+    return path(QStringLiteral("screen"));
+}
+
+CMPath RpcParams::path(const QString &name)
+{
+    const QVariant value = m_params.value(name);
     const CMPath path
         = value.userType() == QMetaType::QString ? CMPath::fromEncoded(value.toString()) : CMPath();
     if (path.isEmpty())
-        fail(QStringLiteral("\"path\" is the text form of a path."));
+        fail(QStringLiteral("\"%1\" is the text form of a path.").arg(name));
     return path;
+}
+
+int RpcParams::row()
+{
+    int row = -1;
+    if (!index(QStringLiteral("row"), row))
+        fail(QStringLiteral("\"row\" is a whole number from 0 on."));
+    return row;
 }
 
 QStringList RpcParams::roles()

@@ -24,6 +24,9 @@ public:
 
     /// "path" as a path that addresses something.
     CMPath path();
+    /// "screen" as a path that addresses something, and "row", from 0.
+    CMPath screen();
+    int row();
     /// "roles": every role when it is missing.
     QStringList roles();
     /// "role".
@@ -35,6 +38,7 @@ public:
 
 private:
     void fail(const QString &error);
+    CMPath path(const QString &name);
     bool index(const QString &name, int &value);
 
     const QVariantHash m_params;

@@ -1,0 +1,14 @@
+#pragma once
+
+/// Decoded audio: 32-bit floating-point samples, channels interleaved.
+struct AudioFormat {
+    int rate = 0; ///< frames per second; 0 while it is not known
+    int channels = 0;
+
+    bool isKnown() const { return rate > 0 && channels > 0; }
+    bool operator==(const AudioFormat &other) const
+    {
+        return rate == other.rate && channels == other.channels;
+    }
+    bool operator!=(const AudioFormat &other) const { return !(*this == other); }
+};

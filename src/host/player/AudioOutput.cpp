@@ -1,0 +1,444 @@
+#include "host/player/AudioOutput.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "host/player/GstHandles.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <deque>
+#include <gst/app/gstappsrc.h>
+#include <gst/audio/audio.h>
+
+VESK_LOGGER("Player")
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr int WatchMs = 50;
+/// Audio that is on its way through the pipeline.
+constexpr Milliseconds InPipeline {400};
+/// How long a file may take to be completed.
+constexpr Milliseconds CloseTime {2000};
+
+GstClockTime toGst(Milliseconds time)
+{
+    return static_cast<GstClockTime>(time.count()) * GST_MSECOND;
+}
+
+} // namespace
+
+/// appsrc ! audioconvert ! audioresample ! (the sink). Audio waits in a queue of our own, so that
+/// it can be thrown away, and goes into the pipeline shortly before it is due. Buffers follow each
+/// other in time; after a lack of audio they go on at the time that the pipeline has reached.
+class AudioOutput::Pipeline {
+public:
+    Pipeline(AudioOutput &output, const AudioOutputSpec &spec);
+    ~Pipeline();
+
+    bool write(const AudioFormat &format, GstBuffer *audio);
+    void finish();
+    void flush();
+    void refuse(bool refuse);
+    void setRunning(bool running);
+    void close();
+    AudioFormat format() const;
+    /// What was written and not heard yet.
+    Milliseconds ahead() const;
+    bool isBroken() const { return m_broken; }
+
+private:
+    GstElement *add(const char *factory);
+    GstElement *addSink(const AudioOutputSpec &spec);
+    void setFormat(const AudioFormat &format);
+    GstClockTime now() const;
+    GstClockTime aheadInPipeline() const;
+    void feed();
+    void push(GstBuffer *audio);
+    void clear();
+    void completeFile();
+    static void onHungry(GstAppSrc *, guint, gpointer self);
+    static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
+    void tell(GstMessage *message);
+
+    AudioOutput &m_output;
+    GstPtr<GstElement> m_pipeline;
+    GstElement *m_source = nullptr;
+    GstElement *m_encoder = nullptr; ///< of a file; null without
+    std::atomic<bool> m_broken {false};
+
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    /// Guarded by m_mutex.
+    AudioFormat m_format;
+    std::deque<GstBuffer *> m_waiting;
+    GstClockTime m_waitingTime = 0;
+    GstClockTime m_end = 0; ///< running time at which what is in the pipeline ends
+    bool m_refuse = false;
+    bool m_closed = false;
+    bool m_finishing = false;
+    bool m_endReached = false;
+};
+
+AudioOutput::Pipeline::Pipeline(AudioOutput &output, const AudioOutputSpec &spec)
+    : m_output(output)
+{
+    startGStreamer();
+    m_pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
+    m_source = add("appsrc");
+    g_object_set(
+        m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_TIME, nullptr);
+    gst_app_src_set_max_bytes(GST_APP_SRC(m_source), 0);
+    GstAppSrcCallbacks callbacks {};
+    callbacks.need_data = &Pipeline::onHungry;
+    gst_app_src_set_callbacks(GST_APP_SRC(m_source), &callbacks, this, nullptr);
+    GstElement *convert = add("audioconvert");
+    GstElement *resample = add("audioresample");
+    VESK_ASSERT(gst_element_link_many(m_source, convert, resample, nullptr));
+    VESK_ASSERT(gst_element_link(resample, addSink(spec)));
+    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), &Pipeline::onMessage, this, nullptr);
+    gst_element_set_state(m_pipeline.get(), GST_STATE_PAUSED);
+}
+
+AudioOutput::Pipeline::~Pipeline()
+{
+    close();
+    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
+}
+
+GstElement *AudioOutput::Pipeline::add(const char *factory)
+{
+    GstElement *element = gst_element_factory_make(factory, nullptr);
+    VESK_ASSERT(element);
+    gst_bin_add(GST_BIN(m_pipeline.get()), element);
+    return element;
+}
+
+/// The first element of what comes after the conversion.
+GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
+{
+    switch (spec.kind) {
+    case AudioOutputSpec::Auto:
+        return add("autoaudiosink");
+    case AudioOutputSpec::Null: {
+        GstElement *sink = add("fakesink");
+        g_object_set(sink, "sync", TRUE, nullptr);
+        return sink;
+    }
+    case AudioOutputSpec::Wav:
+        break;
+    }
+    GstElement *filter = add("capsfilter");
+    GstElement *pace = add("clocksync");
+    m_encoder = add("wavenc");
+    GstElement *sink = add("filesink");
+    const GstPtr<GstCaps> caps(
+        gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", nullptr));
+    g_object_set(filter, "caps", caps.get(), nullptr);
+    g_object_set(
+        sink, "async", FALSE, "sync", FALSE, "location", spec.file.toUtf8().constData(), nullptr);
+    VESK_ASSERT(gst_element_link_many(filter, pace, m_encoder, sink, nullptr));
+    return filter;
+}
+
+void AudioOutput::Pipeline::setFormat(const AudioFormat &format)
+{
+    const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
+        GST_AUDIO_NE(F32), "layout", G_TYPE_STRING, "interleaved", "rate", G_TYPE_INT, format.rate,
+        "channels", G_TYPE_INT, format.channels, nullptr));
+    if (format.channels > 2) {
+        gst_caps_set_simple(caps.get(), "channel-mask", GST_TYPE_BITMASK,
+            gst_audio_channel_get_fallback_mask(format.channels), nullptr);
+    }
+    gst_app_src_set_caps(GST_APP_SRC(m_source), caps.get());
+    m_format = format;
+}
+
+bool AudioOutput::Pipeline::write(const AudioFormat &format, GstBuffer *audio)
+{
+    audio = gst_buffer_make_writable(audio);
+    const gsize frames
+        = gst_buffer_get_size(audio) / (sizeof(float) * static_cast<std::size_t>(format.channels));
+    GST_BUFFER_DURATION(audio) = gst_util_uint64_scale_int(frames, GST_SECOND, format.rate);
+
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_format.isKnown())
+        setFormat(format);
+    const auto mayWrite = [this] { return !m_closed && !m_refuse && !m_broken; };
+    while (mayWrite() && aheadInPipeline() + m_waitingTime > toGst(Ahead))
+        m_changed.wait_for(lock, Milliseconds(WatchMs));
+    if (!mayWrite() || format != m_format) {
+        gst_buffer_unref(audio);
+        return false;
+    }
+    m_waiting.push_back(audio);
+    m_waitingTime += GST_BUFFER_DURATION(audio);
+    feed();
+    return true;
+}
+
+/// Brings what is due next into the pipeline.
+void AudioOutput::Pipeline::feed()
+{
+    while (!m_waiting.empty() && aheadInPipeline() < toGst(InPipeline)) {
+        GstBuffer *audio = m_waiting.front();
+        m_waiting.pop_front();
+        m_waitingTime -= GST_BUFFER_DURATION(audio);
+        push(audio);
+    }
+    if (m_finishing && m_waiting.empty())
+        gst_app_src_end_of_stream(GST_APP_SRC(m_source));
+}
+
+void AudioOutput::Pipeline::push(GstBuffer *audio)
+{
+    const GstClockTime reached = now();
+    const bool isLate = m_end < reached;
+    m_end = std::max(m_end, reached);
+    GST_BUFFER_PTS(audio) = m_end;
+    GST_BUFFER_DTS(audio) = GST_CLOCK_TIME_NONE;
+    GST_BUFFER_OFFSET(audio) = GST_BUFFER_OFFSET_NONE;
+    GST_BUFFER_OFFSET_END(audio) = GST_BUFFER_OFFSET_NONE;
+    if (isLate)
+        GST_BUFFER_FLAG_SET(audio, GST_BUFFER_FLAG_DISCONT);
+    else
+        GST_BUFFER_FLAG_UNSET(audio, GST_BUFFER_FLAG_DISCONT);
+    m_end += GST_BUFFER_DURATION(audio);
+    gst_app_src_push_buffer(GST_APP_SRC(m_source), audio);
+}
+
+void AudioOutput::Pipeline::onHungry(GstAppSrc *, guint, gpointer self)
+{
+    auto *pipeline = static_cast<Pipeline *>(self);
+    const std::lock_guard<std::mutex> lock(pipeline->m_mutex);
+    pipeline->feed();
+}
+
+GstClockTime AudioOutput::Pipeline::now() const
+{
+    const GstClockTime time = gst_element_get_current_running_time(m_pipeline.get());
+    return time == GST_CLOCK_TIME_NONE ? 0 : time;
+}
+
+GstClockTime AudioOutput::Pipeline::aheadInPipeline() const
+{
+    const GstClockTime reached = now();
+    return m_end > reached ? m_end - reached : 0;
+}
+
+void AudioOutput::Pipeline::finish()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_finishing = true;
+    feed();
+}
+
+void AudioOutput::Pipeline::flush()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    clear();
+}
+
+void AudioOutput::Pipeline::clear()
+{
+    for (GstBuffer *audio : m_waiting)
+        gst_buffer_unref(audio);
+    m_waiting.clear();
+    m_waitingTime = 0;
+}
+
+void AudioOutput::Pipeline::refuse(bool refuse)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_refuse = refuse;
+    }
+    m_changed.notify_all();
+}
+
+void AudioOutput::Pipeline::setRunning(bool running)
+{
+    gst_element_set_state(m_pipeline.get(), running ? GST_STATE_PLAYING : GST_STATE_PAUSED);
+}
+
+void AudioOutput::Pipeline::close()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closed)
+            return;
+        m_closed = true;
+    }
+    m_changed.notify_all();
+    if (m_encoder && format().isKnown() && !m_broken)
+        completeFile();
+    gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    clear();
+}
+
+/// The encoder corrects the file's head at the end of its stream. What still waits before the
+/// encoder, and was not heard, does not become part of the file.
+void AudioOutput::Pipeline::completeFile()
+{
+    const GstPtr<GstPad> pad(gst_element_get_static_pad(m_encoder, "sink"));
+    gst_pad_send_event(pad.get(), gst_event_new_eos());
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait_for(lock, CloseTime, [this] { return m_endReached || m_broken; });
+}
+
+AudioFormat AudioOutput::Pipeline::format() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_format;
+}
+
+Milliseconds AudioOutput::Pipeline::ahead() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return Milliseconds((aheadInPipeline() + m_waitingTime) / GST_MSECOND);
+}
+
+GstBusSyncReply AudioOutput::Pipeline::onMessage(GstBus *, GstMessage *message, gpointer self)
+{
+    static_cast<Pipeline *>(self)->tell(message);
+    gst_message_unref(message);
+    return GST_BUS_DROP;
+}
+
+void AudioOutput::Pipeline::tell(GstMessage *message)
+{
+    AudioOutput *output = &m_output;
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING) {
+        // Without a sound device the automatic output plays silently.
+        VESK_WARN("sound output: " << gstErrorText(message));
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+        const QString reason = gstErrorText(message);
+        VESK_ERROR("sound output: " << reason);
+        m_broken = true;
+        m_changed.notify_all();
+        QMetaObject::invokeMethod(
+            output, [output, reason] { Q_EMIT output->failed(reason); }, Qt::QueuedConnection);
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_endReached = true;
+        }
+        m_changed.notify_all();
+        QMetaObject::invokeMethod(
+            output,
+            [output] {
+                output->setAudible(false);
+                Q_EMIT output->drained();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+AudioOutput::AudioOutput(const AudioOutputSpec &spec, QObject *parent)
+    : QObject(parent)
+    , m_spec(spec)
+    , m_pipeline(std::make_unique<Pipeline>(*this, spec))
+    , m_silentSince(Clock::now().time_since_epoch().count())
+{
+    connect(&m_watch, &QTimer::timeout, this, &AudioOutput::watch);
+    m_watch.start(WatchMs);
+}
+
+AudioOutput::~AudioOutput()
+{
+    m_pipeline->close();
+}
+
+bool AudioOutput::write(const AudioFormat &format, void *audio)
+{
+    return m_pipeline->write(format, static_cast<GstBuffer *>(audio));
+}
+
+void AudioOutput::finish()
+{
+    m_finished = true;
+    m_pipeline->finish();
+    watch();
+}
+
+AudioFormat AudioOutput::format() const
+{
+    return m_pipeline->format();
+}
+
+void AudioOutput::pause()
+{
+    m_paused = true;
+    m_running = false;
+    m_pipeline->setRunning(false);
+    m_silentSince = 0;
+    setAudible(false);
+}
+
+void AudioOutput::resume()
+{
+    m_paused = false;
+    m_silentSince = Clock::now().time_since_epoch().count();
+    watch();
+}
+
+void AudioOutput::flush()
+{
+    m_pipeline->flush();
+}
+
+void AudioOutput::refuse(bool refuse)
+{
+    m_pipeline->refuse(refuse);
+}
+
+void AudioOutput::close()
+{
+    m_watch.stop();
+    m_pipeline->close();
+    setAudible(false);
+}
+
+Milliseconds AudioOutput::silence() const
+{
+    const Clock::rep since = m_silentSince;
+    if (since == 0)
+        return Milliseconds(0);
+    return std::chrono::duration_cast<Milliseconds>(
+        Clock::now() - Clock::time_point(Clock::duration(since)));
+}
+
+/// Begins when there is enough to go on for a while; stops when there is nothing left.
+void AudioOutput::watch()
+{
+    if (m_paused || m_pipeline->isBroken())
+        return;
+    const Milliseconds ahead = m_pipeline->ahead();
+    if (!m_running) {
+        const Milliseconds needed = m_wasAudible ? Restart : Start;
+        if (ahead < needed && !(m_finished && m_pipeline->format().isKnown()))
+            return;
+        m_running = true;
+        m_pipeline->setRunning(true);
+        setAudible(true);
+    } else if (ahead.count() == 0 && !m_finished) {
+        m_running = false;
+        m_pipeline->setRunning(false);
+        setAudible(false);
+    }
+}
+
+void AudioOutput::setAudible(bool audible)
+{
+    if (audible == m_audible)
+        return;
+    m_audible = audible;
+    if (audible)
+        m_wasAudible = true;
+    m_silentSince = audible || m_paused ? 0 : Clock::now().time_since_epoch().count();
+    Q_EMIT audibleChanged(audible);
+}

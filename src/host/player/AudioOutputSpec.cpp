@@ -1,0 +1,17 @@
+#include "host/player/AudioOutputSpec.h"
+
+AudioOutputSpec AudioOutputSpec::parse(const QString &text, bool &ok)
+{
+    AudioOutputSpec spec;
+    const QString wav = QStringLiteral("wav:");
+    ok = true;
+    if (text == QLatin1String("null")) {
+        spec.kind = Null;
+    } else if (text.startsWith(wav) && text.size() > wav.size()) {
+        spec.kind = Wav;
+        spec.file = text.mid(wav.size());
+    } else {
+        ok = text == QLatin1String("auto");
+    }
+    return spec;
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+/// Where a play is heard: "auto" (the machine's sound output), "null" (nowhere, in real time) or
+/// "wav:FILE" (a file, in real time, written anew by each play).
+struct AudioOutputSpec {
+    enum Kind { Auto, Null, Wav };
+    Kind kind = Auto;
+    QString file;
+
+    /// Reads the text form; \a ok says whether it is one.
+    static AudioOutputSpec parse(const QString &text, bool &ok);
+};

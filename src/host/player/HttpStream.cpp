@@ -1,0 +1,257 @@
+#include "host/player/HttpStream.h"
+
+#include "api/core/vesk.h"
+#include "api/web/HttpSettings.h"
+
+#include <algorithm>
+#include <curl/curl.h>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::milliseconds;
+
+constexpr int PollMs = 100;
+constexpr long ReceiveBufferBytes = 16 * 1024;
+/// More audio between two titles than any server sends.
+constexpr int MaxIcyInterval = 16 * 1024 * 1024;
+
+TrString problem(const char *text, const QVector<TrArg> &arguments = {})
+{
+    return TrString(QStringLiteral("Player"), QString::fromLatin1(text), QString(), -1, arguments);
+}
+
+TrString problemOf(CURLcode code, const char *message)
+{
+    switch (code) {
+    case CURLE_COULDNT_RESOLVE_HOST:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server has no address."));
+    case CURLE_COULDNT_CONNECT:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server cannot be reached."));
+    case CURLE_OPERATION_TIMEDOUT:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not answer."));
+    case CURLE_PEER_FAILED_VERIFICATION:
+    case CURLE_SSL_CONNECT_ERROR:
+        return problem(QT_TRANSLATE_NOOP("Player", "There is no safe connection to the stream."));
+    case CURLE_TOO_MANY_REDIRECTS:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address."));
+    case CURLE_RECV_ERROR:
+    case CURLE_GOT_NOTHING:
+    case CURLE_PARTIAL_FILE:
+        return problem(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost."));
+    default:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
+            {TrArg(QString::fromLatin1(message))});
+    }
+}
+
+} // namespace
+
+HttpStreamReceiver::~HttpStreamReceiver() = default;
+
+/// One request and its libcurl handle.
+class HttpStreamExchange {
+public:
+    HttpStreamExchange(const HttpStream::Request &request, HttpStreamReceiver &receiver);
+    ~HttpStreamExchange();
+    Q_DISABLE_COPY(HttpStreamExchange)
+
+    CURL *easy() const { return m_easy; }
+    bool refused() const { return m_refused; }
+    bool hasBegun() const { return m_begun; }
+    Clock::time_point lastByte() const { return m_lastByte; }
+    bool goOn();
+    HttpStreamResult result(CURLcode code);
+
+private:
+    static std::size_t onHead(char *data, std::size_t, std::size_t size, void *self);
+    static std::size_t onBody(char *data, std::size_t, std::size_t size, void *self);
+    bool takeHeadLine(std::string_view line);
+    bool begin();
+    HttpStreamHead head() const;
+    QByteArray header(const char *name) const;
+
+    CURL *const m_easy = curl_easy_init();
+    const std::shared_ptr<const HttpSettings> m_settings = HttpSettings::current();
+    curl_slist *m_headers = nullptr;
+    curl_slist *m_aliases = nullptr;
+    HttpStreamReceiver &m_receiver;
+    HttpRedirectRule m_redirects;
+    bool m_begun = false;
+    bool m_refused = false;
+    bool m_forbidden = false;
+    Clock::time_point m_lastByte = Clock::now();
+    char m_message[CURL_ERROR_SIZE] = {};
+};
+
+HttpStreamExchange::HttpStreamExchange(
+    const HttpStream::Request &request, HttpStreamReceiver &receiver)
+    : m_receiver(receiver)
+{
+    VESK_ASSERT(m_easy);
+    setUpHttpHandle(m_easy);
+    m_settings->applyTo(m_easy);
+    m_redirects.start(request.url.scheme() == QLatin1String("https"));
+    m_headers = curl_slist_append(m_headers, "Icy-MetaData: 1");
+    m_aliases = curl_slist_append(m_aliases, "ICY 200 OK");
+    const auto set = [this](CURLoption option, auto value) {
+        VESK_ASSERT(curl_easy_setopt(m_easy, option, value) == CURLE_OK);
+    };
+    set(CURLOPT_ERRORBUFFER, m_message);
+    set(CURLOPT_HEADERFUNCTION, &HttpStreamExchange::onHead);
+    set(CURLOPT_HEADERDATA, static_cast<void *>(this));
+    set(CURLOPT_WRITEFUNCTION, &HttpStreamExchange::onBody);
+    set(CURLOPT_WRITEDATA, static_cast<void *>(this));
+    set(CURLOPT_BUFFERSIZE, ReceiveBufferBytes);
+    set(CURLOPT_FOLLOWLOCATION, 1L);
+    set(CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1));
+    set(CURLOPT_HTTPHEADER, m_headers);
+    set(CURLOPT_HTTP200ALIASES, m_aliases);
+    set(CURLOPT_TCP_KEEPALIVE, 1L);
+    set(CURLOPT_RESUME_FROM_LARGE, curl_off_t(request.offset));
+    curl_easy_setopt(m_easy, CURLOPT_URL, request.url.toEncoded().constData());
+}
+
+HttpStreamExchange::~HttpStreamExchange()
+{
+    curl_easy_cleanup(m_easy);
+    curl_slist_free_all(m_headers);
+    curl_slist_free_all(m_aliases);
+}
+
+std::size_t HttpStreamExchange::onHead(char *data, std::size_t, std::size_t size, void *self)
+{
+    return static_cast<HttpStreamExchange *>(self)->takeHeadLine({data, size}) ? size : 0;
+}
+
+bool HttpStreamExchange::takeHeadLine(std::string_view line)
+{
+    m_lastByte = Clock::now();
+    m_forbidden = m_redirects.takeLine(line) != HttpRedirectRule::Fine;
+    return !m_forbidden;
+}
+
+std::size_t HttpStreamExchange::onBody(char *data, std::size_t, std::size_t size, void *self)
+{
+    auto *exchange = static_cast<HttpStreamExchange *>(self);
+    if (!exchange->begin() || !exchange->m_receiver.take(data, size)) {
+        exchange->m_refused = true;
+        return CURL_WRITEFUNC_ERROR;
+    }
+    exchange->m_lastByte = Clock::now();
+    return size;
+}
+
+/// Tells the receiver of the head before the first byte. libcurl keeps the bodies of redirects to
+/// itself.
+bool HttpStreamExchange::begin()
+{
+    if (m_begun)
+        return true;
+    m_begun = true;
+    return m_receiver.begin(head());
+}
+
+QByteArray HttpStreamExchange::header(const char *name) const
+{
+    curl_header *found = nullptr;
+    const bool has = curl_easy_header(m_easy, name, 0, CURLH_HEADER, -1, &found) == CURLHE_OK;
+    return has ? QByteArray(found->value) : QByteArray();
+}
+
+HttpStreamHead HttpStreamExchange::head() const
+{
+    HttpStreamHead head;
+    long code = 0;
+    curl_easy_getinfo(m_easy, CURLINFO_RESPONSE_CODE, &code);
+    head.code = static_cast<int>(code);
+    const char *url = nullptr;
+    curl_easy_getinfo(m_easy, CURLINFO_EFFECTIVE_URL, &url);
+    head.url = QUrl::fromEncoded(url);
+    curl_off_t length = -1;
+    curl_easy_getinfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+    head.length = length;
+    if (head.code == 206) {
+        // "bytes 1000-1999/2000"
+        const QByteArray range = header("Content-Range").simplified();
+        head.offset = range.mid(range.indexOf(' ') + 1).split('-').first().toLongLong();
+    }
+    const int interval = header("icy-metaint").toInt();
+    head.icyInterval = interval > 0 && interval <= MaxIcyInterval ? interval : 0;
+    const int kilobits = header("icy-br").split(',').first().toInt();
+    head.icyBitRate = kilobits > 0 && kilobits < 100000 ? kilobits * 1000 : 0;
+    curl_off_t seconds = 0;
+    curl_easy_getinfo(m_easy, CURLINFO_RETRY_AFTER, &seconds);
+    head.retryAfter = std::chrono::seconds(std::clamp<curl_off_t>(seconds, 0, 3600));
+    return head;
+}
+
+bool HttpStreamExchange::goOn()
+{
+    m_refused = m_refused || !m_receiver.goOn();
+    return !m_refused;
+}
+
+HttpStreamResult HttpStreamExchange::result(CURLcode code)
+{
+    if (m_refused)
+        return {HttpStreamResult::Refused, {}};
+    if (m_forbidden)
+        return {HttpStreamResult::Failed, problemOf(CURLE_TOO_MANY_REDIRECTS, m_message)};
+    if (code != CURLE_OK)
+        return {HttpStreamResult::Failed, problemOf(code, m_message)};
+    // An answer without a body still has a head to tell of.
+    if (!begin())
+        return {HttpStreamResult::Refused, {}};
+    const bool measured
+        = head().length >= 0 || header("Transfer-Encoding").toLower().contains("chunked");
+    return {measured ? HttpStreamResult::Complete : HttpStreamResult::Closed, {}};
+}
+
+HttpStream::HttpStream(const Times &times)
+    : m_times(times)
+    , m_multi(curl_multi_init())
+{
+    VESK_ASSERT(m_multi);
+}
+
+HttpStream::~HttpStream()
+{
+    curl_multi_cleanup(m_multi);
+}
+
+HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &receiver)
+{
+    HttpStreamExchange exchange(request, receiver);
+    curl_multi_add_handle(m_multi, exchange.easy());
+    const HttpStreamResult result = drive(exchange);
+    curl_multi_remove_handle(m_multi, exchange.easy());
+    return result;
+}
+
+HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange)
+{
+    const auto start = Clock::now();
+    for (;;) {
+        int running = 0;
+        curl_multi_perform(m_multi, &running);
+        if (m_interrupted)
+            return {HttpStreamResult::Interrupted, {}};
+        int left = 0;
+        if (const CURLMsg *message = curl_multi_info_read(m_multi, &left))
+            return exchange.result(message->data.result);
+        if (!exchange.goOn())
+            return exchange.result(CURLE_ABORTED_BY_CALLBACK);
+        const auto now = Clock::now();
+        if (exchange.hasBegun() ? now - exchange.lastByte() > m_times.silence
+                                : now - start > m_times.connect)
+            return exchange.result(CURLE_OPERATION_TIMEDOUT);
+        curl_multi_poll(m_multi, nullptr, 0, PollMs, nullptr);
+    }
+}
+
+void HttpStream::interrupt()
+{
+    m_interrupted = true;
+    curl_multi_wakeup(m_multi);
+}

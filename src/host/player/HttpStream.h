@@ -1,0 +1,84 @@
+#pragma once
+
+#include "api/core/TrString.h"
+
+#include <QByteArray>
+#include <QUrl>
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <memory>
+
+class HttpStreamExchange;
+
+/// What a server says before the first byte of a stream.
+struct HttpStreamHead {
+    int code = 0;
+    QUrl url; ///< after redirects
+    qint64 length = -1; ///< of the body; -1 when it is not known
+    qint64 offset = 0; ///< where in the resource the body begins
+    int icyInterval = 0; ///< audio bytes between two titles; 0 without titles
+    int icyBitRate = 0; ///< bit/s; 0 when it is not said
+    std::chrono::milliseconds retryAfter {0};
+};
+
+/// Takes what an HttpStream receives, on the thread that called get(). Each function returns false
+/// to end the exchange.
+class HttpStreamReceiver {
+public:
+    virtual ~HttpStreamReceiver();
+
+    /// Once, before the first take(); of a redirect only the last head counts.
+    virtual bool begin(const HttpStreamHead &head) = 0;
+    /// May block for as long as it likes; that counts as no silence of the server.
+    virtual bool take(const char *data, std::size_t size) = 0;
+    /// At least four times a second, also while nothing comes.
+    virtual bool goOn() = 0;
+};
+
+/// How an exchange ended.
+struct HttpStreamResult {
+    enum Kind {
+        Complete, ///< The server said that this was all.
+        Closed, ///< The connection was closed where nothing else tells the end.
+        Refused, ///< A receiver's function returned false.
+        Interrupted, ///< By interrupt().
+        Failed, ///< `problem` tells why.
+    };
+    Kind kind = Failed;
+    TrString problem;
+};
+
+/// Receives streams over HTTP, one at a time, by libcurl: keeps connections for the next request,
+/// follows at most five redirects within http and https, never from https to http, verifies
+/// certificates, understands the "ICY 200 OK" of old servers. Lives on one thread, which get()
+/// blocks; interrupt() may be called from any thread.
+class HttpStream {
+public:
+    struct Times {
+        std::chrono::milliseconds connect {10000}; ///< until the head is there
+        std::chrono::milliseconds silence {5000}; ///< the longest without a byte
+    };
+    struct Request {
+        QUrl url;
+        qint64 offset = 0; ///< the first byte wanted
+    };
+
+    explicit HttpStream(const Times &times);
+    ~HttpStream();
+    HttpStream(const HttpStream &) = delete;
+    HttpStream &operator=(const HttpStream &) = delete;
+
+    HttpStreamResult get(const Request &request, HttpStreamReceiver &receiver);
+    /// Ends the exchange that runs and every later one at once, until resume().
+    void interrupt();
+    void resume() { m_interrupted = false; }
+
+private:
+    HttpStreamResult drive(HttpStreamExchange &exchange);
+
+    const Times m_times;
+    void *m_multi; ///< libcurl's
+    std::atomic<bool> m_interrupted {false};
+};

@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QString>
+
+/// The formats that this machine can decode, as TuneIn names them, comma-separated: of "mp3",
+/// "aac", "ogg", "opus", "flac" and "hls" those for which GStreamer has what they need. Any thread.
+QString decodableFormats();

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "host/player/HttpStream.h"
+#include "host/player/IcyStream.h"
+#include "host/player/Playlist.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <optional>
+
+class StreamConsumer;
+
+/// Why an answer with such a code is no stream; empty when it may be one.
+TrString streamProblem(int httpCode);
+/// "Player" texts: \a text as QT_TRANSLATE_NOOP("Player", ...) marks it.
+TrString playerText(const char *text);
+
+/// Takes a whole short answer.
+class TextReceiver : public HttpStreamReceiver {
+public:
+    TextReceiver(int limit, std::function<bool()> goOn);
+
+    bool begin(const HttpStreamHead &head) override;
+    bool take(const char *data, std::size_t size) override;
+    bool goOn() override { return m_goOn(); }
+
+    const HttpStreamHead &head() const { return m_head; }
+    const QByteArray &text() const { return m_text; }
+
+private:
+    const int m_limit;
+    const std::function<bool()> m_goOn;
+    HttpStreamHead m_head;
+    QByteArray m_text;
+};
+
+/// Finds out what an address answers with: hands audio to the consumer as it comes, without the
+/// titles between, and keeps the text of a playlist. For one address; a file that broke off is gone
+/// on with by further requests.
+class AudioReceiver : public HttpStreamReceiver {
+public:
+    AudioReceiver(StreamConsumer &consumer, std::function<bool()> goOn);
+
+    bool begin(const HttpStreamHead &head) override;
+    bool take(const char *data, std::size_t size) override;
+    bool goOn() override { return m_goOn(); }
+
+    /// Judges what came so far as all that there is.
+    void complete();
+    StreamContent content() const { return m_content; }
+    const QByteArray &text() const { return m_text; }
+    const HttpStreamHead &head() const { return m_head; }
+    /// Bytes of the body that are done with.
+    qint64 received() const { return m_received; }
+    /// Why this is nothing to play; empty when nothing is wrong.
+    const TrString &problem() const { return m_problem; }
+    /// Trying again will not help.
+    bool isHopeless() const { return m_hopeless; }
+
+private:
+    bool takeBody(const char *data, std::size_t size);
+    bool decide(bool complete);
+    bool takeAudio(const char *data, std::size_t size);
+    bool refuse(const TrString &problem);
+
+    StreamConsumer &m_consumer;
+    const std::function<bool()> m_goOn;
+    HttpStreamHead m_head;
+    StreamContent m_content = StreamContent::Undecided;
+    QByteArray m_text; ///< what came before it was decided; the playlist
+    std::optional<IcyStream> m_icy;
+    qint64 m_received = 0;
+    qint64 m_skip = 0; ///< bytes to come that were received before
+    TrString m_problem;
+    bool m_hopeless = false;
+};

@@ -1,0 +1,95 @@
+#include "host/player/StreamSupply.h"
+
+#include "api/core/vesk.h"
+#include "host/player/AudioOutput.h"
+
+StreamSupply::StreamSupply(
+    const StreamSource &source, AudioOutput &output, const StreamReader::Times &times)
+    : m_output(output)
+    , m_reader(source, *this, times)
+{
+    veskConnect(&m_reader, &StreamReader::ended, this, &StreamSupply::ended);
+    veskConnect(&m_reader, &StreamReader::gaveUp, this, &StreamSupply::gaveUp);
+}
+
+StreamSupply::~StreamSupply()
+{
+    m_reader.stop();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stopped = true;
+        if (m_decoder)
+            m_decoder->abort();
+    }
+    m_reader.wait();
+}
+
+void StreamSupply::beginAudio()
+{
+    if (m_decoder && m_decoder->isUsable())
+        m_decoder->finish();
+    // The old one is taken down without the lock: its threads may be waiting for the output.
+    std::unique_ptr<StreamDecoder> old;
+    auto decoder = std::make_unique<StreamDecoder>(m_output.format(), decoderCallbacks());
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        old = std::move(m_decoder);
+        m_decoder = std::move(decoder);
+        if (m_stopped)
+            m_decoder->abort();
+    }
+}
+
+StreamDecoderCallbacks StreamSupply::decoderCallbacks()
+{
+    StreamDecoderCallbacks callbacks;
+    callbacks.takeAudio
+        = [this](const AudioFormat &format, void *audio) { return m_output.write(format, audio); };
+    callbacks.takeTitle = [this](const QString &title) { takeTitle(title); };
+    callbacks.takeBitRate = [this](int bitRate) { takeBitRate(bitRate); };
+    return callbacks;
+}
+
+bool StreamSupply::takeAudio(const char *data, std::size_t size)
+{
+    return m_decoder->push(data, size);
+}
+
+void StreamSupply::endAudio()
+{
+    if (m_decoder)
+        m_decoder->finish();
+}
+
+void StreamSupply::takeTitle(const QString &title)
+{
+    // Through this object's queue, so that nothing comes once it is gone.
+    QMetaObject::invokeMethod(
+        this, [this, title] { Q_EMIT titleChanged(title); }, Qt::QueuedConnection);
+}
+
+void StreamSupply::takeBitRate(int bitRate)
+{
+    QMetaObject::invokeMethod(
+        this, [this, bitRate] { Q_EMIT bitRateChanged(bitRate); }, Qt::QueuedConnection);
+}
+
+bool StreamSupply::isUsable() const
+{
+    return !m_decoder || m_decoder->isUsable();
+}
+
+std::chrono::milliseconds StreamSupply::decoded() const
+{
+    return m_decoder ? m_decoder->decoded() : std::chrono::milliseconds(0);
+}
+
+std::chrono::milliseconds StreamSupply::silence() const
+{
+    return m_output.silence();
+}
+
+bool StreamSupply::wasHeard() const
+{
+    return m_output.wasAudible();
+}

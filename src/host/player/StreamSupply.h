@@ -1,0 +1,53 @@
+#pragma once
+
+#include "host/player/StreamConsumer.h"
+#include "host/player/StreamDecoder.h"
+#include "host/player/StreamReader.h"
+
+#include <QObject>
+
+#include <memory>
+#include <mutex>
+
+class AudioOutput;
+
+/// Brings one source's audio to an output: a reader and, one after the other, decoders. Made and
+/// destroyed on the main thread; the output must outlive it and, when this is destroyed, refuse to
+/// be written to. Signals come on the main thread.
+class StreamSupply : public QObject, private StreamConsumer {
+    Q_OBJECT
+
+public:
+    StreamSupply(const StreamSource &source, AudioOutput &output, const StreamReader::Times &times);
+    /// Stops and waits.
+    ~StreamSupply() override;
+
+    void start() { m_reader.start(); }
+    void tryNow() { m_reader.tryNow(); }
+
+Q_SIGNALS:
+    void titleChanged(const QString &title);
+    void bitRateChanged(int bitRate);
+    /// Everything is in the output.
+    void ended();
+    void gaveUp(const TrString &problem);
+
+private:
+    void beginAudio() override;
+    bool takeAudio(const char *data, std::size_t size) override;
+    void endAudio() override;
+    void takeTitle(const QString &title) override;
+    void takeBitRate(int bitRate) override;
+    bool isUsable() const override;
+    std::chrono::milliseconds decoded() const override;
+    std::chrono::milliseconds silence() const override;
+    bool wasHeard() const override;
+    StreamDecoderCallbacks decoderCallbacks();
+
+    AudioOutput &m_output;
+    std::mutex m_mutex;
+    /// Guarded by m_mutex for whoever is not the reader's thread, which alone changes them.
+    std::unique_ptr<StreamDecoder> m_decoder;
+    bool m_stopped = false;
+    StreamReader m_reader;
+};

@@ -1,0 +1,61 @@
+#include "host/rpc/PlayerMethods.h"
+
+#include "api/core/vesk.h"
+#include "host/player/PlayLogic.h"
+#include "host/rpc/RpcMethods.h"
+#include "host/rpc/RpcParams.h"
+
+PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent)
+    : QObject(parent)
+    , m_logic(logic)
+{
+    const auto add = [&](const char *name, CMError (PlayLogic::*action)()) {
+        dispatcher->addMethod(
+            QString::fromLatin1(name), [logic, action](const JsonRpcCallPtr &call) {
+                const CMError error = (logic->*action)();
+                if (error.isEmpty())
+                    call->finish(QVariantHash());
+                else
+                    call->fail(RpcMethods::toRpcError(error));
+            });
+    };
+    add("player.pause", &PlayLogic::pause);
+    add("player.resume", &PlayLogic::resume);
+    add("player.stop", &PlayLogic::stop);
+    dispatcher->addMethod(
+        QStringLiteral("player.play"), [this](const JsonRpcCallPtr &call) { play(call); });
+    dispatcher->addMethod(QStringLiteral("player.state"),
+        [logic](const JsonRpcCallPtr &call) { call->finish(logic->state()); });
+    veskConnect(logic, &PlayLogic::changed, this, &PlayerMethods::announce);
+}
+
+PlayerMethods::~PlayerMethods() = default;
+
+void PlayerMethods::play(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const CMPath screen = params.screen();
+    const int row = params.row();
+    if (params.failed())
+        return call->fail(params.error());
+    m_logic->play(screen, row, [call](const CMError &error, const VeskHash &playId) {
+        if (error.isEmpty())
+            call->finish(QVariantHash {{QStringLiteral("playId"), playId}});
+        else
+            call->fail(RpcMethods::toRpcError(error));
+    });
+}
+
+void PlayerMethods::announce()
+{
+    if (m_announced)
+        return;
+    m_announced = true;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_announced = false;
+            Q_EMIT changed(m_logic->state());
+        },
+        Qt::QueuedConnection);
+}
