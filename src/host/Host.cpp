@@ -17,6 +17,8 @@
 #include "host/player/StreamPlayer.h"
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
+#include "host/web/Artwork.h"
+#include "host/web/WebFiles.h"
 
 #include <QTimer>
 
@@ -34,6 +36,7 @@ Host::~Host()
 {
     // Nobody asks any more when the workers go.
     m_http.reset();
+    m_artwork.reset();
     m_playerMethods.reset();
     m_methods.reset();
     m_rpc.reset();
@@ -54,6 +57,7 @@ void Host::start()
     setUpNetwork();
     setUpLanguage();
     m_services = std::make_unique<ServicesWorker>();
+    listSettings();
     HttpClient::setConnectTo(m_options.connectTo);
     setUpPlayer();
     setUpPlugins();
@@ -164,6 +168,30 @@ void Host::listServices()
     }
 }
 
+void Host::listSettings()
+{
+    m_services->addSetting(VeskUILanguagePath());
+    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+        if (definition.access == CMValuesWorker::Writable
+            && definition.path != VeskUILanguagePath())
+            m_services->addSetting(definition.path);
+    }
+}
+
+void Host::setUpPage()
+{
+    m_page = std::make_unique<WebFiles>(HostFolders::webPage());
+    if (m_page->isEmpty())
+        VESK_WARN("The content browser's page is not installed.");
+    m_artwork = std::make_unique<Artwork>();
+    const auto remember
+        = [artwork = m_artwork.get()](const QString &icon) { artwork->remember(icon); };
+    m_methods->setIconSeen(remember);
+    m_playerMethods->setIconSeen(remember);
+    m_http->addResource(m_page.get());
+    m_http->addResource(m_artwork.get());
+}
+
 void Host::listen()
 {
     if (m_stopping)
@@ -172,6 +200,7 @@ void Host::listen()
     m_methods = std::make_unique<RpcMethods>(m_rpc.get());
     m_playerMethods = std::make_unique<PlayerMethods>(m_rpc.get(), m_playLogic.get());
     m_http = std::make_unique<HttpServer>(m_rpc.get());
+    setUpPage();
     connect(m_playerMethods.get(), &PlayerMethods::changed, m_http.get(),
         [http = m_http.get()](
             const QVariant &state) { http->notifyAll(QStringLiteral("player.changed"), state); });

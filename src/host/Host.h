@@ -7,6 +7,7 @@
 #include <memory>
 #include <vector>
 
+class Artwork;
 class CMRootWorker;
 class CMSubscription;
 class CMValuesWorker;
@@ -20,6 +21,7 @@ class RpcMethods;
 class ServicesWorker;
 class SettingsStore;
 class StreamPlayer;
+class WebFiles;
 
 /// The whole host: the root worker, the value tree with what is kept of it, the network state, the
 /// player, the plug-ins and the server for clients. One per process, on the main thread, with its
@@ -57,6 +59,8 @@ private:
     void setUpPlugins();
     void pluginLoaded();
     void listServices();
+    void listSettings();
+    void setUpPage();
     void listen();
     void unloadPlugins();
     void finishStop();
@@ -80,5 +84,7 @@ private:
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<RpcMethods> m_methods;
     std::unique_ptr<PlayerMethods> m_playerMethods;
+    std::unique_ptr<WebFiles> m_page;
+    std::unique_ptr<Artwork> m_artwork;
     std::unique_ptr<HttpServer> m_http;
 };

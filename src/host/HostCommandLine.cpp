@@ -1,10 +1,10 @@
 #include "host/HostCommandLine.h"
 
+#include "cli/CommandLine.h"
 #include "host/HostConfigFile.h"
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <optional>
 
 namespace {
@@ -114,17 +114,8 @@ HostCommandLine parseHostCommandLine(const QStringList &arguments)
         "vesk-host");
     Arguments read;
     addOptions(app, read);
-    std::vector<std::string> reversed;
-    for (const QString &argument : arguments)
-        reversed.push_back(argument.toStdString());
-    std::reverse(reversed.begin(), reversed.end());
-    try {
-        app.parse(reversed);
-    } catch (const CLI::CallForHelp &) {
-        return ended(0, text(app.help()));
-    } catch (const CLI::ParseError &error) {
-        return ended(2, text(error.what()));
-    }
+    if (const auto end = readCommandLine(app, arguments))
+        return ended(end->status, end->text);
 
     HostCommandLine result;
     QString complaint;

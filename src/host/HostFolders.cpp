@@ -34,3 +34,9 @@ QStringList HostFolders::translations()
 {
     return {besideProgram(QStringLiteral("share/vesk/translations"))};
 }
+
+QString HostFolders::webPage()
+{
+    const QString folder = besideProgram(QStringLiteral("share/vesk/web"));
+    return QDir(folder).exists() ? folder : QString();
+}

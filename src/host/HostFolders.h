@@ -9,4 +9,6 @@ namespace HostFolders {
 QStringList installedPlugins();
 /// Folders with translation catalogues.
 QStringList translations();
+/// The folder with the content browser's page; empty when it is not installed.
+QString webPage();
 } // namespace HostFolders

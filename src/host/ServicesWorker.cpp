@@ -10,14 +10,21 @@
 ServicesWorker::ServicesWorker()
     : CMNodesWorker({}, QStringLiteral("host"))
     , m_services(CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("services"))))
+    , m_settings(CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("settings"))))
 {
     m_services->setTitle(TrString("Host", QT_TRANSLATE_NOOP("Host", "Services")));
+    m_settings->setTitle(TrString("Host", QT_TRANSLATE_NOOP("Host", "Settings")));
     CMRedirectRowsNode::create(nodes(), addPrefix(QString()), m_services->path());
 }
 
 void ServicesWorker::addService(const CMPath &root)
 {
     m_services->rowsAppend(root);
+}
+
+void ServicesWorker::addSetting(const CMPath &path)
+{
+    m_settings->rowsAppend(path);
 }
 
 void ServicesWorker::addFailed(const QString &file, const QString &reason)

@@ -1,4 +1,5 @@
 #include "api/web/HttpClient.h"
+#include "cli/CommandLine.h"
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
 #include "host/Logging.h"
@@ -62,10 +63,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-host"));
 
-    QStringList arguments;
-    for (int index = 1; index < argc; ++index)
-        arguments.append(QString::fromUtf8(argv[index]));
-    const HostCommandLine commandLine = parseHostCommandLine(arguments);
+    const HostCommandLine commandLine = parseHostCommandLine(commandLineArguments(argc, argv));
     if (!commandLine.run) {
         if (commandLine.status != Success)
             return complain(BadUsage, commandLine.text);

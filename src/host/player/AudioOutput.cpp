@@ -284,6 +284,8 @@ void AudioOutput::Pipeline::close()
 /// encoder, and was not heard, does not become part of the file.
 void AudioOutput::Pipeline::completeFile()
 {
+    // A file that is paused takes no end.
+    setRunning(true);
     const GstPtr<GstPad> pad(gst_element_get_static_pad(m_encoder, "sink"));
     gst_pad_send_event(pad.get(), gst_event_new_eos());
     std::unique_lock<std::mutex> lock(m_mutex);

@@ -6,8 +6,10 @@
 
 namespace {
 
-/// The random part, as a share of the wait.
+/// The random part, as a share of the wait. The longest wait has one too.
 constexpr double Jitter = 0.5;
+constexpr BackOff::Milliseconds LongestBase {
+    static_cast<int>(BackOff::Longest.count() / (1 + Jitter))};
 
 } // namespace
 
@@ -22,6 +24,6 @@ BackOff::Milliseconds BackOff::next(Milliseconds asked)
 {
     const double factor = 1 + Jitter * m_random();
     const auto wait = std::chrono::duration_cast<Milliseconds>(m_base * factor);
-    m_base = std::min(2 * m_base, Longest);
-    return std::max(std::min(wait, Longest), std::min(asked, LongestAsked));
+    m_base = std::min(2 * m_base, LongestBase);
+    return std::max(wait, std::min(asked, LongestAsked));
 }

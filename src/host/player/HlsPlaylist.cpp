@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <optional>
 
 namespace {
 
@@ -13,6 +15,8 @@ constexpr Milliseconds ShortestTarget {1000};
 constexpr Milliseconds LongestTarget {60000};
 /// What audio alone needs at most; what is above carries pictures.
 constexpr int AudioBandwidth = 400000;
+/// Far above what a server counts to, and far enough below what would overflow.
+constexpr qint64 LargestNumber = Q_INT64_C(1) << 53;
 /// Segments before the end of a stream that goes on, as RFC 8216, 6.3.3 wants it.
 constexpr int SegmentsFromEnd = 3;
 
@@ -25,6 +29,22 @@ Milliseconds seconds(const QByteArray &text)
         LongestTarget);
 }
 
+/// Up to the comma before a title, or the blank before what some lists add.
+QByteArray firstWord(const QByteArray &text)
+{
+    return text.split(',').first().simplified().split(' ').first();
+}
+
+/// bit/s; 0 when there is no number.
+int bandwidth(const QByteArray &text)
+{
+    const bool isNumber = !text.isEmpty()
+        && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    return ok ? std::max(value, 0) : isNumber ? std::numeric_limits<int>::max() : 0;
+}
+
 /// The value of \a name in an attribute list (RFC 8216, 4.2), without quotes; empty when it is not
 /// there.
 QByteArray attribute(const QByteArray &list, const QByteArray &name)
@@ -34,15 +54,17 @@ QByteArray attribute(const QByteArray &list, const QByteArray &name)
         const int equals = list.indexOf('=', position);
         if (equals < 0)
             return {};
-        const QByteArray key = list.mid(position, equals - position).trimmed();
-        const bool quoted = equals + 1 < list.size() && list.at(equals + 1) == '"';
-        const int begin = quoted ? equals + 2 : equals + 1;
+        const QByteArray before = list.mid(position, equals - position);
+        int begin = equals + 1;
+        while (begin < list.size() && list.at(begin) == ' ')
+            ++begin;
+        const bool quoted = begin < list.size() && list.at(begin) == '"';
+        begin += quoted ? 1 : 0;
         int end = list.indexOf(quoted ? '"' : ',', begin);
         end = end < 0 ? list.size() : end;
-        if (key == name)
-            return list.mid(begin, end - begin);
-        const int comma = quoted ? list.indexOf(',', end) : end;
-        position = comma < 0 ? list.size() : comma + 1;
+        if (before.mid(before.lastIndexOf(',') + 1).trimmed() == name)
+            return list.mid(begin, end - begin).trimmed();
+        position = end + 1;
     }
     return {};
 }
@@ -50,9 +72,10 @@ QByteArray attribute(const QByteArray &list, const QByteArray &name)
 /// Reads line by line; what a tag says counts for the address that follows it.
 class Reader {
 public:
-    explicit Reader(const QUrl &base)
+    Reader(const QUrl &base, bool ended)
         : m_base(base)
     {
+        m_playlist.ended = ended;
     }
 
     void takeLine(const QByteArray &line)
@@ -63,67 +86,99 @@ public:
             takeAddress(line);
     }
 
-    HlsPlaylist playlist;
+    HlsPlaylist takePlaylist()
+    {
+        bound();
+        if (m_playlist.targetDuration == Milliseconds::zero())
+            m_playlist.targetDuration = longestDuration();
+        return std::move(m_playlist);
+    }
 
 private:
+    /// Of a stream that goes on, the newest segments are those to play.
+    void bound()
+    {
+        const int excess = m_playlist.segments.size() - HlsPlaylist::MaxSegments;
+        if (excess > 0)
+            m_playlist.segments.remove(m_playlist.ended ? HlsPlaylist::MaxSegments : 0, excess);
+    }
+
+    Milliseconds longestDuration() const
+    {
+        Milliseconds longest = ShortestTarget;
+        for (const HlsSegment &segment : m_playlist.segments)
+            longest = std::max(longest, segment.duration);
+        return longest;
+    }
+
     void takeTag(const QByteArray &line)
     {
         const int colon = line.indexOf(':');
         const QByteArray tag = line.left(colon < 0 ? line.size() : colon);
         const QByteArray value = colon < 0 ? QByteArray() : line.mid(colon + 1);
         if (tag == "#EXTINF")
-            m_duration = seconds(value.left(value.indexOf(',')));
+            m_duration = seconds(firstWord(value));
         else if (tag == "#EXT-X-TARGETDURATION")
-            playlist.targetDuration = std::max(seconds(value), ShortestTarget);
-        else if (tag == "#EXT-X-MEDIA-SEQUENCE")
-            m_number = std::max<qint64>(0, value.toLongLong());
+            m_playlist.targetDuration = std::max(seconds(value), ShortestTarget);
+        else if (tag == "#EXT-X-MEDIA-SEQUENCE" && m_playlist.segments.isEmpty())
+            m_number = qBound<qint64>(0, value.toLongLong(), LargestNumber);
         else if (tag == "#EXT-X-DISCONTINUITY")
             m_discontinuity = true;
-        else if (tag == "#EXT-X-ENDLIST")
-            playlist.ended = true;
         else if (tag == "#EXT-X-KEY")
-            playlist.encrypted |= attribute(value, "METHOD") != "NONE";
+            m_needsKey = attribute(value, "METHOD") != "NONE";
         else if (tag == "#EXT-X-MAP")
-            m_map = resolved(attribute(value, "URI"));
+            m_map = playlistAddress(attribute(value, "URI"), m_base);
+        else if (tag == "#EXT-X-BYTERANGE")
+            m_isPiece = true;
         else if (tag == "#EXT-X-STREAM-INF")
-            m_bandwidth = std::max(1, attribute(value, "BANDWIDTH").toInt());
+            m_bandwidth = bandwidth(attribute(value, "BANDWIDTH"));
     }
 
     void takeAddress(const QByteArray &line)
     {
-        const QUrl url = resolved(line);
-        const bool isVariant = m_bandwidth > 0;
-        if (isVariant && !url.isEmpty() && playlist.variants.size() < HlsPlaylist::MaxVariants)
-            playlist.variants.append({url, m_bandwidth});
-        m_bandwidth = 0;
-        if (isVariant)
-            return;
-        if (!url.isEmpty() && playlist.segments.size() < HlsPlaylist::MaxSegments) {
-            playlist.segments.append({url, m_number, m_duration, m_discontinuity, m_map});
-            m_discontinuity = false;
-        }
-        if (m_number < std::numeric_limits<qint64>::max())
-            ++m_number;
-        m_duration = Milliseconds(0);
+        const QUrl url = playlistAddress(line, m_base);
+        if (m_bandwidth)
+            takeVariant({url, *m_bandwidth});
+        else
+            takeSegment({url, m_number++, m_duration, m_discontinuity, m_map});
     }
 
-    QUrl resolved(const QByteArray &address) const
+    void takeVariant(const HlsVariant &variant)
     {
-        if (address.isEmpty())
-            return {};
-        const QUrl url = m_base.resolved(QUrl::fromEncoded(address, QUrl::TolerantMode));
-        const QString scheme = url.scheme();
-        const bool usable = url.isValid() && !url.host().isEmpty()
-            && (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
-        return usable ? url : QUrl();
+        m_bandwidth.reset();
+        if (!variant.url.isEmpty() && m_playlist.variants.size() < HlsPlaylist::MaxVariants)
+            m_playlist.variants.append(variant);
+    }
+
+    void takeSegment(HlsSegment segment)
+    {
+        const bool isPiece = m_isPiece;
+        m_duration = Milliseconds(0);
+        m_isPiece = false;
+        if (segment.url.isEmpty())
+            return;
+        m_discontinuity = false;
+        m_playlist.encrypted |= m_needsKey;
+        QVector<HlsSegment> &segments = m_playlist.segments;
+        // The pieces of a file are heard as the one file that they are.
+        if (isPiece && !segments.isEmpty() && segments.last().url == segment.url)
+            return;
+        if (isPiece && segment.map == segment.url)
+            segment.map = {};
+        segments.append(segment);
+        if (segments.size() >= 2 * HlsPlaylist::MaxSegments)
+            bound();
     }
 
     const QUrl m_base;
     qint64 m_number = 0;
     Milliseconds m_duration {0};
     bool m_discontinuity = false;
+    bool m_isPiece = false;
+    bool m_needsKey = false;
     QUrl m_map;
-    int m_bandwidth = 0;
+    std::optional<int> m_bandwidth;
+    HlsPlaylist m_playlist;
 };
 
 } // namespace
@@ -150,12 +205,9 @@ int HlsPlaylist::firstSegment() const
 
 HlsPlaylist parseHlsPlaylist(const QByteArray &text, const QUrl &base)
 {
-    Reader reader(base);
-    const QList<QByteArray> lines = text.left(PlaylistLimits::MaxBytes).split('\n');
-    for (const QByteArray &line : lines) {
-        const QByteArray trimmed = line.trimmed();
-        if (!trimmed.isEmpty())
-            reader.takeLine(trimmed);
-    }
-    return std::move(reader.playlist);
+    const QList<QByteArray> lines = playlistLines(text);
+    Reader reader(base, lines.contains("#EXT-X-ENDLIST"));
+    for (const QByteArray &line : lines)
+        reader.takeLine(line);
+    return reader.takePlaylist();
 }

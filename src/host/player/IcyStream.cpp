@@ -8,13 +8,48 @@ namespace {
 
 constexpr int LengthUnit = 16;
 
+bool isNameCharacter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_'
+        || c == '-';
+}
+
+/// Whether the metadata ends at \a position or the next value begins there ("StreamUrl='").
+bool isBetweenValues(const QByteArray &metadata, int position)
+{
+    while (position < metadata.size() && metadata.at(position) == ' ')
+        ++position;
+    if (position == metadata.size())
+        return true;
+    const int name = position;
+    while (position < metadata.size() && isNameCharacter(metadata.at(position)))
+        ++position;
+    return position > name && metadata.mid(position, 2) == "='";
+}
+
+/// Where the value that begins at \a from ends. Apostrophes in it are not escaped, so that not even
+/// one before a semicolon need be the end.
+int endOfValue(const QByteArray &metadata, int from)
+{
+    int last = -1;
+    for (int to = metadata.indexOf("';", from); to >= 0; to = metadata.indexOf("';", to + 1)) {
+        if (isBetweenValues(metadata, to + 2))
+            return to;
+        last = to;
+    }
+    if (last < 0 && metadata.endsWith('\''))
+        last = metadata.size() - 1;
+    // Some servers cut a long title and all that follows it off.
+    return last < from ? metadata.size() : last;
+}
+
 } // namespace
 
 bool IcyStream::feed(
     const char *data, std::size_t size, const TakeAudio &takeAudio, const TakeTitle &takeTitle)
 {
     if (m_interval <= 0)
-        return takeAudio(data, size);
+        return size == 0 || takeAudio(data, size);
     const auto interval = static_cast<std::size_t>(m_interval);
     while (size > 0) {
         if (m_missing < 0 && m_audioBefore < interval) {
@@ -61,9 +96,7 @@ QString icyTitle(const QByteArray &metadata)
     if (begin < 0)
         return {};
     const int from = begin + key.size();
-    // An apostrophe inside a title is not escaped: only one before a semicolon ends it.
-    int to = metadata.indexOf("';", from);
-    if (to < 0)
-        to = metadata.lastIndexOf('\'');
-    return to < from ? QString() : streamText(metadata.mid(from, to - from));
+    const int padding = metadata.indexOf('\0', from);
+    const QByteArray filled = padding < 0 ? metadata : metadata.left(padding);
+    return streamText(filled.mid(from, endOfValue(filled, from) - from));
 }

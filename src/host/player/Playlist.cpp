@@ -1,6 +1,6 @@
 #include "host/player/Playlist.h"
 
-#include <QRegularExpression>
+#include "host/player/PlaylistMarkup.h"
 
 #include <algorithm>
 
@@ -12,7 +12,8 @@ constexpr int MaxAddress = 8 * 1024;
 
 bool isText(const QByteArray &bytes)
 {
-    return std::all_of(bytes.begin(), bytes.end(), [](char character) {
+    // The first byte of the frames of MP3 and AAC; no text begins with it.
+    return !bytes.startsWith('\xFF') && std::all_of(bytes.begin(), bytes.end(), [](char character) {
         const auto byte = static_cast<unsigned char>(character);
         return byte >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r' || byte == '\f';
     });
@@ -21,23 +22,6 @@ bool isText(const QByteArray &bytes)
 QByteArray withoutByteOrderMark(const QByteArray &text)
 {
     return text.startsWith("\xEF\xBB\xBF") ? text.mid(3) : text;
-}
-
-/// The lines that are neither empty nor comments, without blanks around them.
-QList<QByteArray> linesOf(const QByteArray &text)
-{
-    QList<QByteArray> lines;
-    int begin = 0;
-    while (begin < text.size()) {
-        int end = begin;
-        while (end < text.size() && text.at(end) != '\n' && text.at(end) != '\r')
-            ++end;
-        const QByteArray line = text.mid(begin, end - begin).trimmed();
-        if (!line.isEmpty() && line.size() <= MaxAddress)
-            lines.append(line);
-        begin = end + 1;
-    }
-    return lines;
 }
 
 /// The value of a line "File1=...", in whatever case and with whatever blanks; of pls files and of
@@ -57,28 +41,47 @@ QByteArray numberedValue(const QByteArray &line)
     return {};
 }
 
+/// An address that is no UTF-8 is sent back byte for byte.
+QByteArray withBytesEncoded(const QByteArray &address)
+{
+    if (QString::fromUtf8(address).toUtf8() == address)
+        return address;
+    QByteArray encoded;
+    for (const char c : address)
+        encoded += static_cast<unsigned char>(c) < 0x80 ? QByteArray(1, c)
+                                                        : '%' + QByteArray(1, c).toHex().toUpper();
+    return encoded;
+}
+
 bool isHttpAddress(const QByteArray &line)
 {
     const QByteArray begin = line.left(8).toLower();
     return begin.startsWith("http://") || begin.startsWith("https://");
 }
 
-StreamContent kindOfMarkup(const QByteArray &lowered)
+StreamContent kindOfMarkup(const QByteArray &begin)
 {
-    if (lowered.contains("<asx"))
-        return StreamContent::Asx;
-    if (lowered.contains("<playlist"))
-        return StreamContent::Xspf;
-    if (lowered.contains("<html") || lowered.contains("<!doctype html") || lowered.contains("<head")
-        || lowered.contains("<body"))
+    if (begin.toLower().contains("<!doctype html"))
         return StreamContent::WebPage;
+    PlaylistMarkup markup(begin);
+    while (markup.toNextTag()) {
+        const QByteArray &name = markup.name();
+        if (name == "asx")
+            return StreamContent::Asx;
+        if (name == "playlist")
+            return StreamContent::Xspf;
+        if (name == "html" || name == "head" || name == "body")
+            return StreamContent::WebPage;
+    }
     return StreamContent::Text;
 }
 
+/// Of a text whose first line, comments left aside, is \a line.
 StreamContent kindOfLine(const QByteArray &line)
 {
     const QByteArray lowered = line.toLower();
-    if (lowered == "[playlist]" || lowered == "[reference]" || !numberedValue(line).isNull())
+    if (lowered == "[playlist]" || lowered == "[reference]" || lowered.startsWith("numberofentries")
+        || !numberedValue(line).isNull())
         return StreamContent::Pls;
     if (isHttpAddress(line))
         return StreamContent::M3u;
@@ -87,65 +90,51 @@ StreamContent kindOfLine(const QByteArray &line)
 
 StreamContent kindOfText(const QByteArray &text)
 {
-    const QList<QByteArray> lines = linesOf(text);
+    const QList<QByteArray> lines = playlistLines(text);
     if (lines.isEmpty())
         return StreamContent::Text;
     if (lines.first().startsWith('<'))
-        return kindOfMarkup(text.toLower());
-    const bool extended = lines.first().startsWith("#EXTM3U");
-    for (const QByteArray &line : lines) {
-        if (line.startsWith("#EXT-X-"))
-            return StreamContent::Hls;
-        if (line.startsWith('#'))
-            continue;
-        return extended ? StreamContent::M3u : kindOfLine(line);
-    }
-    return extended ? StreamContent::M3u : StreamContent::Text;
-}
-
-/// Entities of XML and numeric ones; what is none stands for itself.
-QByteArray withoutEntities(const QByteArray &text)
-{
-    static const QList<QPair<QByteArray, QByteArray>> entities {{"&lt;", "<"}, {"&gt;", ">"},
-        {"&quot;", "\""}, {"&apos;", "'"}, {"&#38;", "&"}, {"&#x26;", "&"}, {"&amp;", "&"}};
-    QByteArray plain = text;
-    for (const auto &entity : entities)
-        plain.replace(entity.first, entity.second);
-    return plain;
-}
-
-/// The addresses in attributes or elements, as \a pattern's first group finds them. Files of these
-/// kinds are often no well-formed XML.
-QList<QByteArray> found(const QByteArray &text, const QRegularExpression &pattern)
-{
-    QList<QByteArray> addresses;
-    auto matches = pattern.globalMatch(QString::fromLatin1(text));
-    while (matches.hasNext() && addresses.size() < PlaylistLimits::MaxEntries) {
-        const QByteArray address = matches.next().captured(1).trimmed().toLatin1();
-        if (address.size() <= MaxAddress)
-            addresses.append(withoutEntities(address));
-    }
-    return addresses;
+        return kindOfMarkup(text);
+    const auto isLiveStreaming = [](const QByteArray &line) { return line.startsWith("#EXT-X-"); };
+    if (std::any_of(lines.begin(), lines.end(), isLiveStreaming))
+        return StreamContent::Hls;
+    if (lines.first().toUpper().startsWith("#EXTM3U"))
+        return StreamContent::M3u;
+    const auto first = std::find_if(
+        lines.begin(), lines.end(), [](const QByteArray &line) { return !line.startsWith('#'); });
+    return first == lines.end() ? StreamContent::Text : kindOfLine(*first);
 }
 
 QList<QByteArray> addressesOfAsx(const QByteArray &text)
 {
-    static const QRegularExpression reference(
-        QStringLiteral("<\\s*(?:entry)?ref\\b[^>]{0,1000}?\\bhref\\s*=\\s*[\"']([^\"'>]*)[\"']"),
-        QRegularExpression::CaseInsensitiveOption);
-    return found(text, reference);
+    QList<QByteArray> addresses;
+    PlaylistMarkup markup(text);
+    while (markup.toNextTag()) {
+        if (markup.name() == "ref" || markup.name() == "entryref")
+            addresses.append(markup.href());
+    }
+    return addresses;
 }
 
 QList<QByteArray> addressesOfXspf(const QByteArray &text)
 {
-    static const QRegularExpression location(QStringLiteral("<location>([^<]*)</location>"));
-    return found(text, location);
+    QList<QByteArray> addresses;
+    PlaylistMarkup markup(text);
+    // The playlist as a whole has a location of its own.
+    bool inTrack = false;
+    while (markup.toNextTag()) {
+        if (markup.name() == "track")
+            inTrack = !markup.isClosing();
+        else if (inTrack && markup.name() == "location" && !markup.isClosing())
+            addresses.append(markup.content());
+    }
+    return addresses;
 }
 
 QList<QByteArray> addressesOfPls(const QByteArray &text)
 {
     QList<QByteArray> addresses;
-    const QList<QByteArray> lines = linesOf(text);
+    const QList<QByteArray> lines = playlistLines(text);
     for (const QByteArray &line : lines) {
         const QByteArray value = numberedValue(line);
         if (!value.isEmpty())
@@ -156,7 +145,7 @@ QList<QByteArray> addressesOfPls(const QByteArray &text)
 
 QList<QByteArray> addressesOfM3u(const QByteArray &text)
 {
-    QList<QByteArray> addresses = linesOf(text);
+    QList<QByteArray> addresses = playlistLines(text);
     addresses.erase(std::remove_if(addresses.begin(), addresses.end(),
                         [](const QByteArray &line) { return line.startsWith('#'); }),
         addresses.end());
@@ -181,6 +170,25 @@ QList<QByteArray> addressesOf(const QByteArray &text, StreamContent content)
 
 } // namespace
 
+QList<QByteArray> playlistLines(const QByteArray &text)
+{
+    // The last line is not whole where the text was cut.
+    const bool cut = text.size() >= PlaylistLimits::MaxBytes;
+    const QByteArray bounded = withoutByteOrderMark(text.left(PlaylistLimits::MaxBytes));
+    QList<QByteArray> lines;
+    int begin = 0;
+    while (begin < bounded.size()) {
+        int end = begin;
+        while (end < bounded.size() && bounded.at(end) != '\n' && bounded.at(end) != '\r')
+            ++end;
+        const QByteArray line = bounded.mid(begin, end - begin).trimmed();
+        if (!line.isEmpty() && !(cut && end == bounded.size()))
+            lines.append(line);
+        begin = end + 1;
+    }
+    return lines;
+}
+
 StreamContent sniffStream(const QByteArray &begin, bool complete)
 {
     const QByteArray bytes = withoutByteOrderMark(begin.left(SniffBytes));
@@ -197,18 +205,26 @@ bool isPlaylist(StreamContent content)
         || content == StreamContent::Asx || content == StreamContent::Xspf;
 }
 
+QUrl playlistAddress(const QByteArray &address, const QUrl &base)
+{
+    if (address.isEmpty() || address.size() > MaxAddress)
+        return {};
+    const QUrl url = base.resolved(QUrl::fromEncoded(withBytesEncoded(address)));
+    const QString scheme = url.scheme();
+    const bool usable = url.isValid() && !url.host().isEmpty()
+        && (scheme == QLatin1String("http") || scheme == QLatin1String("https"));
+    return usable ? url : QUrl();
+}
+
 QList<QUrl> parsePlaylist(const QByteArray &text, StreamContent content, const QUrl &base)
 {
-    const QByteArray bounded = withoutByteOrderMark(text.left(PlaylistLimits::MaxBytes));
     QList<QUrl> urls;
-    const QList<QByteArray> addresses = addressesOf(bounded, content);
+    const QList<QByteArray> addresses = addressesOf(text.left(PlaylistLimits::MaxBytes), content);
     for (const QByteArray &address : addresses) {
         if (urls.size() >= PlaylistLimits::MaxEntries)
             break;
-        const QUrl url = base.resolved(QUrl::fromEncoded(address, QUrl::TolerantMode));
-        const QString scheme = url.scheme();
-        if (url.isValid() && !url.host().isEmpty()
-            && (scheme == QLatin1String("http") || scheme == QLatin1String("https")))
+        const QUrl url = playlistAddress(address, base);
+        if (!url.isEmpty())
             urls.append(url);
     }
     return urls;

@@ -30,12 +30,18 @@ struct PlaylistLimits {
     static constexpr int MaxDepth = 5;
 };
 
+/// The lines that are not empty, ended in any system's way, without blanks around them; from the
+/// first MaxBytes, less what these cut in two.
+QList<QByteArray> playlistLines(const QByteArray &text);
 /// Judges the first bytes of an answer; \a complete when they are all. Decides at the latest at 1
 /// KiB.
 StreamContent sniffStream(const QByteArray &begin, bool complete);
 /// Whether the content is one that parsePlaylist reads.
 bool isPlaylist(StreamContent content);
 
+/// An address in a playlist, resolved against the playlist's own; empty when that is no http or
+/// https address, or longer than any that is in use.
+QUrl playlistAddress(const QByteArray &address, const QUrl &base);
 /// The addresses in a playlist, in order, resolved against the playlist's own; at most MaxEntries,
 /// from the first MaxBytes. What is no http or https address is left out.
 QList<QUrl> parsePlaylist(const QByteArray &text, StreamContent content, const QUrl &base);

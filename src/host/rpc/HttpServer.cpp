@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "host/rpc/HttpConnections.h"
+#include "host/rpc/HttpResource.h"
 #include "host/rpc/HttpRules.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 #include "host/rpc/WebSocketSession.h"
@@ -66,18 +67,9 @@ struct Route {
 
 constexpr Route Routes[] = {{"/", "GET, HEAD"}, {"/jsonrpc", "POST"}, {"/ws", "GET"}};
 
-const Route *findRoute(const char *path)
+bool allows(const char *methods, const QByteArray &method)
 {
-    for (const Route &route : Routes) {
-        if (qstrcmp(route.path, path) == 0)
-            return &route;
-    }
-    return nullptr;
-}
-
-bool allows(const Route &route, const QByteArray &method)
-{
-    return QByteArray(route.allow).replace(", ", ",").split(',').contains(method);
+    return QByteArray(methods).replace(", ", ",").split(',').contains(method);
 }
 
 } // namespace
@@ -89,6 +81,7 @@ public:
     HttpServerLimits limits;
     SoupServer *server = nullptr;
     HttpConnections connections;
+    QVector<HttpResource *> resources;
     bool isClosed = false;
     QString address;
 
@@ -105,10 +98,15 @@ public:
     static void limit(SoupServerMessage *message, int milliseconds);
     /// Whether the request's head was refused.
     bool refuse(SoupServerMessage *message, const char *path);
+    HttpResource *resourceAt(const char *path) const;
+    /// The methods that \a path takes; null when there is nothing at it.
+    const char *methodsAt(const char *path) const;
     void handleRpc(SoupServerMessage *message);
+    void read(HttpResource *resource, SoupServerMessage *message, const char *path);
     void upgrade(SoupServerMessage *message);
-    void respond(
-        SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body);
+    /// Whether \a message can still be answered, now that its answer came later.
+    bool isOpen(SoupServerMessage *message) const;
+    void respond(SoupServerMessage *message, const HttpAnswer &answer);
     void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
 };
 
@@ -170,12 +168,12 @@ bool HttpServerPrivate::refuse(SoupServerMessage *message, const char *path)
         return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong host");
     if (!origin.isNull() && !isSameOrigin(origin, host))
         return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong origin");
-    const Route *route = findRoute(path);
-    if (!route)
+    const char *methods = methodsAt(path);
+    if (!methods)
         return refusedWith(SOUP_STATUS_NOT_FOUND, "there is nothing here");
-    if (!allows(*route, method)) {
+    if (!allows(methods, method)) {
         soup_message_headers_replace(
-            soup_server_message_get_response_headers(message), "Allow", route->allow);
+            soup_server_message_get_response_headers(message), "Allow", methods);
         return refusedWith(SOUP_STATUS_METHOD_NOT_ALLOWED, "wrong method");
     }
     if (method == "POST" && !isJsonContentType(header(message, "Content-Type")))
@@ -212,9 +210,35 @@ void HttpServerPrivate::gotBody(
         self->handleRpc(message);
     } else if (qstrcmp(path, "/ws") == 0) {
         self->upgrade(message);
+    } else if (HttpResource *resource = self->resourceAt(path)) {
+        self->read(resource, message, path);
     } else {
-        self->respond(message, SOUP_STATUS_OK, "text/plain; charset=utf-8", Page);
+        self->respond(message, {SOUP_STATUS_OK, "text/plain; charset=utf-8", Page, {}});
     }
+}
+
+HttpResource *HttpServerPrivate::resourceAt(const char *path) const
+{
+    for (HttpResource *resource : resources) {
+        if (resource->owns(path))
+            return resource;
+    }
+    return nullptr;
+}
+
+const char *HttpServerPrivate::methodsAt(const char *path) const
+{
+    for (const Route &route : Routes) {
+        if (qstrcmp(route.path, path) == 0)
+            return route.allow;
+    }
+    return resourceAt(path) ? "GET, HEAD" : nullptr;
+}
+
+bool HttpServerPrivate::isOpen(SoupServerMessage *message) const
+{
+    // A message whose connection went may not be resumed; close() ends all without a signal.
+    return !isClosed && !stateOf(message)->isFinished;
 }
 
 void HttpServerPrivate::handleRpc(SoupServerMessage *message)
@@ -225,16 +249,29 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
     const QPointer<HttpServer> guard(q);
     dispatcher->handle(stateOf(message)->body, nullptr,
         [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
-            // A message whose connection went may not be resumed; close() ends all without a
-            // signal.
-            if (!guard || isClosed || stateOf(keep.get())->isFinished)
+            if (!guard || !isOpen(keep.get()))
                 return;
             if (answer.isEmpty())
-                respond(keep.get(), SOUP_STATUS_NO_CONTENT, nullptr, {});
+                respond(keep.get(), {SOUP_STATUS_NO_CONTENT, {}, {}, {}});
             else
-                respond(keep.get(), SOUP_STATUS_OK, "application/json", answer);
+                respond(keep.get(), {SOUP_STATUS_OK, "application/json", answer, {}});
             soup_server_message_unpause(keep.get());
         });
+}
+
+void HttpServerPrivate::read(HttpResource *resource, SoupServerMessage *message, const char *path)
+{
+    limit(message, 0);
+    soup_server_message_pause(message);
+    const QPointer<HttpServer> guard(q);
+    const HttpQuery query {path, header(message, "Host"), header(message, "Accept-Encoding"),
+        header(message, "If-None-Match")};
+    resource->get(query, [this, guard, keep = MessageRef(message)](const HttpAnswer &answer) {
+        if (!guard || !isOpen(keep.get()))
+            return;
+        respond(keep.get(), answer);
+        soup_server_message_unpause(keep.get());
+    });
 }
 
 void HttpServerPrivate::upgrade(SoupServerMessage *message)
@@ -258,8 +295,7 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
     g_object_unref(stream);
 }
 
-void HttpServerPrivate::respond(
-    SoupServerMessage *message, unsigned code, const char *type, const QByteArray &body)
+void HttpServerPrivate::respond(SoupServerMessage *message, const HttpAnswer &answer)
 {
     SoupMessageHeaders *headers = soup_server_message_get_response_headers(message);
     soup_message_headers_replace(headers, "Content-Security-Policy", "default-src 'self'");
@@ -267,10 +303,12 @@ void HttpServerPrivate::respond(
     soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
     soup_message_headers_replace(headers, "Connection", "close");
-    soup_server_message_set_status(message, code, nullptr);
-    if (type) {
-        soup_server_message_set_response(
-            message, type, SOUP_MEMORY_COPY, body.constData(), static_cast<gsize>(body.size()));
+    for (const auto &entry : answer.headers)
+        soup_message_headers_replace(headers, entry.first.constData(), entry.second.constData());
+    soup_server_message_set_status(message, answer.code, nullptr);
+    if (!answer.type.isNull()) {
+        soup_server_message_set_response(message, answer.type.constData(), SOUP_MEMORY_COPY,
+            answer.body.constData(), static_cast<gsize>(answer.body.size()));
     }
     limit(message, limits.writeTimeout);
 }
@@ -279,7 +317,7 @@ void HttpServerPrivate::refuseWith(
     SoupServerMessage *message, unsigned code, const QByteArray &reason)
 {
     VESK_WARN("request refused with " << code << ": " << reason);
-    respond(message, code, "text/plain; charset=utf-8", reason + "\n");
+    respond(message, {code, "text/plain; charset=utf-8", reason + "\n", {}});
 }
 
 HttpServer::HttpServer(
@@ -302,6 +340,11 @@ HttpServer::~HttpServer()
     qDeleteAll(findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly));
     soup_server_disconnect(d->server);
     g_object_unref(d->server);
+}
+
+void HttpServer::addResource(HttpResource *resource)
+{
+    d->resources.append(resource);
 }
 
 bool HttpServer::listen(const ListenAddress &address, QString &error)

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class HttpResource;
 class JsonRpcDispatcher;
 
 /// Where the host listens; a loopback address.
@@ -27,9 +28,9 @@ struct HttpServerLimits {
 
 class HttpServerPrivate;
 
-/// The host's HTTP side: JSON-RPC by POST at /jsonrpc and over WebSockets at /ws, for clients on
-/// this machine. Lives on the main thread, in the GLib main loop that Qt runs there. What it takes
-/// and refuses is described in docs/rpc.md.
+/// The host's HTTP side: JSON-RPC by POST at /jsonrpc and over WebSockets at /ws, and resources to
+/// read, for clients on this machine. Lives on the main thread, in the GLib main loop that Qt runs
+/// there. What it takes and refuses is described in docs/rpc.md.
 class HttpServer : public QObject {
     Q_OBJECT
 
@@ -39,6 +40,8 @@ public:
     /// Closes what is open.
     ~HttpServer() override;
 
+    /// Offers \a resource, which must outlive the server, before what the server has of its own.
+    void addResource(HttpResource *resource);
     /// Port 0 picks a free one. Returns false, with the reason in \a error, when that fails.
     bool listen(const ListenAddress &address, QString &error);
     /// The port that was picked.

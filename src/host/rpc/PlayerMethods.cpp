@@ -25,7 +25,7 @@ PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QO
     dispatcher->addMethod(
         QStringLiteral("player.play"), [this](const JsonRpcCallPtr &call) { play(call); });
     dispatcher->addMethod(QStringLiteral("player.state"),
-        [logic](const JsonRpcCallPtr &call) { call->finish(logic->state()); });
+        [this](const JsonRpcCallPtr &call) { call->finish(state()); });
     veskConnect(logic, &PlayLogic::changed, this, &PlayerMethods::announce);
 }
 
@@ -55,7 +55,15 @@ void PlayerMethods::announce()
         this,
         [this] {
             m_announced = false;
-            Q_EMIT changed(m_logic->state());
+            Q_EMIT changed(state());
         },
         Qt::QueuedConnection);
+}
+
+QVariant PlayerMethods::state() const
+{
+    const QVariantHash state = m_logic->state();
+    if (m_iconSeen)
+        m_iconSeen(state.value(QStringLiteral("icon")).toString());
+    return state;
 }

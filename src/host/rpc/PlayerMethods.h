@@ -4,6 +4,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 class HttpServer;
 class PlayLogic;
 
@@ -14,8 +16,13 @@ class PlayerMethods : public QObject {
     Q_OBJECT
 
 public:
+    /// Is told of the icon in each state that clients are told of.
+    using IconSeen = std::function<void(const QString &icon)>;
+
     PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent = nullptr);
     ~PlayerMethods() override;
+
+    void setIconSeen(IconSeen seen) { m_iconSeen = std::move(seen); }
 
 Q_SIGNALS:
     /// The new state, to be told to everybody. Changes that come together are told once.
@@ -24,7 +31,9 @@ Q_SIGNALS:
 private:
     void play(const JsonRpcCallPtr &call);
     void announce();
+    QVariant state() const;
 
     PlayLogic *const m_logic;
+    IconSeen m_iconSeen;
     bool m_announced = false;
 };

@@ -1,16 +1,10 @@
 #include "host/rpc/RpcMethods.h"
 
+#include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
 #include "host/rpc/RpcParams.h"
 
 namespace {
-
-QVariant rowsResult(const QVariant &value)
-{
-    const VeskRowsRoles rows(value.toHash());
-    return QVariantHash {{QStringLiteral("rowsCount"), rows.rowsCount()},
-        {QStringLiteral("rows"), rows.rows()}, {QStringLiteral("roles"), rows.roles().toHash()}};
-}
 
 QVariant changeParams(const CMChange &change)
 {
@@ -45,6 +39,32 @@ JsonRpcError RpcMethods::toRpcError(const CMError &error)
         {{QStringLiteral("name"), error.name()}, {QStringLiteral("title"), error.title()}}};
 }
 
+void RpcMethods::seeIcon(const QVariant &icon) const
+{
+    if (m_iconSeen && icon.userType() == QMetaType::QString)
+        m_iconSeen(icon.toString());
+}
+
+QVariant RpcMethods::rowsResult(const QVariant &value, int iconRole) const
+{
+    const VeskRowsRoles answer(value.toHash());
+    const QVariantList rows = answer.rows();
+    if (iconRole >= 0) {
+        for (const QVariant &row : rows)
+            seeIcon(row.toList().value(iconRole));
+    }
+    seeIcon(answer.roles().value(VeskRoles::Icon()));
+    return QVariantHash {{QStringLiteral("rowsCount"), answer.rowsCount()},
+        {QStringLiteral("rows"), rows}, {QStringLiteral("roles"), answer.roles().toHash()}};
+}
+
+QVariant RpcMethods::dataResult(const QVariant &value, int iconRole) const
+{
+    const QVariantList values = value.toList();
+    seeIcon(values.value(iconRole));
+    return QVariantHash {{QStringLiteral("values"), values}};
+}
+
 void RpcMethods::getRows(const JsonRpcCallPtr &call)
 {
     RpcParams params(call->params());
@@ -60,7 +80,8 @@ void RpcMethods::getRows(const JsonRpcCallPtr &call)
         [&](const CMReply<QVariant> &reply) {
             return CMGetRowsRequest(path, roles, first, last, reply);
         },
-        rowsResult);
+        [this, iconRole = roles.indexOf(VeskRoles::Icon())](
+            const QVariant &value) { return rowsResult(value, iconRole); });
 }
 
 void RpcMethods::getData(const JsonRpcCallPtr &call)
@@ -72,9 +93,8 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
         return call->fail(params.error());
     ask(
         call, [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
-        [](const QVariant &value) {
-            return QVariantHash {{QStringLiteral("values"), value.toList()}};
-        });
+        [this, iconRole = roles.indexOf(VeskRoles::Icon())](
+            const QVariant &value) { return dataResult(value, iconRole); });
 }
 
 void RpcMethods::setData(const JsonRpcCallPtr &call)

@@ -18,8 +18,13 @@ public:
     /// Most paths that one client may be subscribed to.
     static constexpr int MaxSubscriptions = 256;
 
+    /// Is told of each icon that clients are told of.
+    using IconSeen = std::function<void(const QString &icon)>;
+
     explicit RpcMethods(JsonRpcDispatcher *dispatcher, QObject *parent = nullptr);
     ~RpcMethods() override;
+
+    void setIconSeen(IconSeen seen) { m_iconSeen = std::move(seen); }
 
     /// \a error as clients are told of it.
     static JsonRpcError toRpcError(const CMError &error);
@@ -37,6 +42,10 @@ private:
 
     void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
     Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
+    QVariant rowsResult(const QVariant &value, int iconRole) const;
+    QVariant dataResult(const QVariant &value, int iconRole) const;
+    void seeIcon(const QVariant &icon) const;
 
+    IconSeen m_iconSeen;
     std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
 };

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QPair>
+#include <QVector>
+
+#include <functional>
+
+/// A request to read something. Header values are as they came, empty when there is none.
+struct HttpQuery {
+    QByteArray path; ///< decoded, begins with "/"
+    QByteArray host;
+    QByteArray acceptEncoding;
+    QByteArray ifNoneMatch;
+};
+
+struct HttpAnswer {
+    unsigned code = 200;
+    /// The Content-Type; null sends no body.
+    QByteArray type;
+    QByteArray body;
+    /// In place of the server's own headers of these names.
+    QVector<QPair<QByteArray, QByteArray>> headers;
+};
+
+/// Something that the HTTP server offers for reading, by GET and HEAD. Main thread.
+class HttpResource {
+public:
+    using Answered = std::function<void(const HttpAnswer &)>;
+
+    HttpResource() = default;
+    HttpResource(const HttpResource &) = delete;
+    HttpResource &operator=(const HttpResource &) = delete;
+    virtual ~HttpResource() = default;
+
+    /// Whether \a path is one of this resource's.
+    virtual bool owns(const QByteArray &path) const = 0;
+    /// Calls \a answered once, maybe before this returns, or never when this is destroyed first.
+    virtual void get(const HttpQuery &query, Answered answered) = 0;
+};

@@ -1,0 +1,78 @@
+#include "host/web/Artwork.h"
+
+#include "api/core/log.h"
+#include "host/web/ImageType.h"
+
+VESK_LOGGER("Host.Web")
+
+namespace {
+
+constexpr char Prefix[] = "/artwork/";
+constexpr unsigned long CacheBytes = 16 * 1024 * 1024;
+
+HttpAnswer failure(unsigned code, const QByteArray &reason)
+{
+    return {code, "text/plain; charset=utf-8", reason + "\n", {}};
+}
+
+HttpAnswer picture(const HttpClientResult &result)
+{
+    if (result.status() != HttpClientStatus::Success || result.code() != 200)
+        return failure(502, "the picture cannot be fetched");
+    const QByteArray type = imageTypeOf(result.data());
+    if (type.isEmpty())
+        return failure(502, "this is no picture");
+    return {200, type, result.data(),
+        {{"Cache-Control", "private, max-age=86400"},
+            {"Content-Security-Policy", "default-src 'none'; sandbox"},
+            {"Cross-Origin-Resource-Policy", "same-origin"}}};
+}
+
+} // namespace
+
+Artwork::Artwork()
+    : m_client(std::make_unique<HttpClient>(nullptr, HttpClient::Default, true))
+{
+    m_client->setCacheSize(CacheBytes);
+}
+
+Artwork::~Artwork()
+{
+    // The client calls for each exchange that it cancels; nobody waits any more.
+    m_waiting.clear();
+    m_client.reset();
+}
+
+bool Artwork::owns(const QByteArray &path) const
+{
+    return path.startsWith(Prefix);
+}
+
+void Artwork::get(const HttpQuery &query, Answered answered)
+{
+    const QByteArray url = m_urls.find(query.path.mid(static_cast<int>(sizeof Prefix) - 1));
+    if (url.isEmpty())
+        return answered(failure(404, "no service named this picture"));
+    if (m_waiting.contains(url)) {
+        m_waiting[url].append(std::move(answered));
+        return;
+    }
+    if (m_waiting.size() >= MaxRunning)
+        return answered(failure(503, "too many pictures at a time"));
+    m_waiting.insert(url, {std::move(answered)});
+    HttpClientOptions options;
+    options.setTimeoutMs(TimeoutMs);
+    options.setReadSizeLimit(MaxBytes);
+    m_client->get(VeskUrl(QString::fromUtf8(url)), options,
+        [this, url](const HttpClientResult &result) { fetched(url, result); });
+}
+
+void Artwork::fetched(const QByteArray &url, const HttpClientResult &result)
+{
+    const HttpAnswer answer = picture(result);
+    if (answer.code != 200)
+        VESK_DEBUG("no picture at " << result.url() << ": " << result.status());
+    const QVector<Answered> waiting = m_waiting.take(url);
+    for (const Answered &answered : waiting)
+        answered(answer);
+}

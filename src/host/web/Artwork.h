@@ -1,0 +1,35 @@
+#pragma once
+
+#include "api/web/HttpClient.h"
+#include "host/rpc/HttpResource.h"
+#include "host/web/ArtworkUrls.h"
+
+#include <QHash>
+#include <QVector>
+
+/// Pictures of rows at /artwork/DIGEST, so that the page reaches nothing but its own host: fetches
+/// the addresses that services named, and hands out what is a picture by its content. Main thread.
+class Artwork : public HttpResource {
+public:
+    static constexpr int MaxBytes = 2 * 1024 * 1024;
+    static constexpr int TimeoutMs = 15000;
+    /// Pictures that are being fetched at a time.
+    static constexpr int MaxRunning = 64;
+
+    Artwork();
+    ~Artwork() override;
+
+    /// A service answered with \a url for an icon.
+    void remember(const QString &url) { m_urls.remember(url); }
+
+    bool owns(const QByteArray &path) const override;
+    void get(const HttpQuery &query, Answered answered) override;
+
+private:
+    void fetched(const QByteArray &url, const HttpClientResult &result);
+
+    ArtworkUrls m_urls;
+    /// Who waits for which address.
+    QHash<QByteArray, QVector<Answered>> m_waiting;
+    std::unique_ptr<HttpClient> m_client;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <list>
+
+/// The addresses of pictures that services named lately, by the SHA-256 of the address in UTF-8.
+/// What is not in here is not fetched, whoever asks. Holds the most recent ones. Main thread.
+class ArtworkUrls {
+public:
+    static constexpr int DefaultCapacity = 20000;
+    /// In bytes; longer addresses are not kept.
+    static constexpr int MaxLength = 2048;
+
+    explicit ArtworkUrls(int capacity = DefaultCapacity);
+
+    /// Keeps \a url if it is one of http or https.
+    void remember(const QString &url);
+    /// The address with that digest, in hexadecimal; empty when there is none.
+    QByteArray find(const QByteArray &hexDigest) const;
+    int size() const { return m_byDigest.size(); }
+
+private:
+    struct Entry {
+        QByteArray digest;
+        QByteArray url;
+    };
+    using Entries = std::list<Entry>;
+
+    const int m_capacity;
+    Entries m_entries; ///< the latest first
+    QHash<QByteArray, Entries::iterator> m_byDigest;
+};
