@@ -164,7 +164,7 @@ private:
         if (isPiece && !segments.isEmpty() && segments.last().url == segment.url)
             return;
         if (isPiece && segment.map == segment.url)
-            segment.map = {};
+            segment.map.clear();
         segments.append(segment);
         if (segments.size() >= 2 * HlsPlaylist::MaxSegments)
             bound();

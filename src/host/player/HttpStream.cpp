@@ -108,7 +108,9 @@ HttpStreamExchange::HttpStreamExchange(
     set(CURLOPT_HTTPHEADER, m_headers);
     set(CURLOPT_HTTP200ALIASES, m_aliases);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
-    set(CURLOPT_RESUME_FROM_LARGE, curl_off_t(request.offset));
+    // Not libcurl's resuming, which refuses servers that do not know ranges.
+    if (request.offset > 0)
+        set(CURLOPT_RANGE, (QByteArray::number(request.offset) + '-').constData());
     curl_easy_setopt(m_easy, CURLOPT_URL, request.url.toEncoded().constData());
 }
 

@@ -17,6 +17,8 @@ public:
     virtual bool takeAudio(const char *data, std::size_t size) = 0;
     /// That was all: returns when everything is decoded.
     virtual void endAudio() = 0;
+    /// What was taken since beginAudio() is of no use: throws it away, so that isUsable() holds.
+    virtual void forgetAudio() = 0;
     /// A new title on the air.
     virtual void takeTitle(const QString &title) = 0;
     /// What the server says of the bit rate, in bit/s.

@@ -65,7 +65,6 @@ private:
     std::condition_variable m_changed;
     /// Guarded by m_mutex.
     bool m_ended = false;
-    bool m_linked = false;
     QString m_title;
 };
 

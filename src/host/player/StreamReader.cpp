@@ -99,6 +99,8 @@ StreamOutcome StreamReader::playAddress(const QUrl &url, int depth)
         return {StreamOutcome::Ended, {}};
     VESK_DEBUG("opening " << url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery));
     m_opened = Clock::now();
+    if (!m_consumer.isUsable())
+        m_consumer.forgetAudio();
     AudioReceiver receiver(m_consumer, [this] { return goOn(); });
     HttpStreamResult result = m_http.get({url}, receiver);
     if (result.kind == HttpStreamResult::Complete || result.kind == HttpStreamResult::Closed)
@@ -157,8 +159,9 @@ StreamOutcome StreamReader::playAudio(AudioReceiver &receiver, HttpStreamResult 
 {
     StreamOutcome outcome = judge(receiver, result);
     const auto isBrokenFile = [&] {
-        return outcome.kind == StreamOutcome::Broken && receiver.content() == StreamContent::Audio
-            && receiver.head().length > 0 && m_consumer.isUsable() && m_consumer.wasHeard();
+        return !m_source.live && outcome.kind == StreamOutcome::Broken
+            && receiver.content() == StreamContent::Audio && receiver.head().length > 0
+            && m_consumer.isUsable() && m_consumer.wasHeard();
     };
     const QUrl url = receiver.head().url;
     while (isBrokenFile()) {

@@ -28,16 +28,21 @@ void StreamSupply::beginAudio()
 {
     if (m_decoder && m_decoder->isUsable())
         m_decoder->finish();
-    // The old one is taken down without the lock: its threads may be waiting for the output.
-    std::unique_ptr<StreamDecoder> old;
-    auto decoder = std::make_unique<StreamDecoder>(m_output.format(), decoderCallbacks());
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        old = std::move(m_decoder);
-        m_decoder = std::move(decoder);
-        if (m_stopped)
-            m_decoder->abort();
-    }
+    replaceDecoder(std::make_unique<StreamDecoder>(m_output.format(), decoderCallbacks()));
+}
+
+void StreamSupply::forgetAudio()
+{
+    replaceDecoder(nullptr);
+}
+
+/// The old one is taken down without the lock: its threads may be waiting for the output.
+void StreamSupply::replaceDecoder(std::unique_ptr<StreamDecoder> decoder)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_decoder.swap(decoder);
+    if (m_stopped && m_decoder)
+        m_decoder->abort();
 }
 
 StreamDecoderCallbacks StreamSupply::decoderCallbacks()

@@ -36,6 +36,7 @@ private:
     void beginAudio() override;
     bool takeAudio(const char *data, std::size_t size) override;
     void endAudio() override;
+    void forgetAudio() override;
     void takeTitle(const QString &title) override;
     void takeBitRate(int bitRate) override;
     bool isUsable() const override;
@@ -43,6 +44,7 @@ private:
     std::chrono::milliseconds silence() const override;
     bool wasHeard() const override;
     StreamDecoderCallbacks decoderCallbacks();
+    void replaceDecoder(std::unique_ptr<StreamDecoder> decoder);
 
     AudioOutput &m_output;
     std::mutex m_mutex;

@@ -1,0 +1,43 @@
+#include "host/player/AudioOutputSpec.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+AudioOutputSpec parsed(const char *text)
+{
+    bool ok = false;
+    const AudioOutputSpec spec = AudioOutputSpec::parse(QString::fromUtf8(text), ok);
+    EXPECT_TRUE(ok) << text;
+    return spec;
+}
+
+} // namespace
+
+TEST(AudioOutputSpecTest, ReadsTheThreeForms)
+{
+    EXPECT_EQ(parsed("auto").kind, AudioOutputSpec::Auto);
+    EXPECT_EQ(parsed("null").kind, AudioOutputSpec::Null);
+    EXPECT_EQ(parsed("wav:out.wav").kind, AudioOutputSpec::Wav);
+    EXPECT_TRUE(parsed("auto").file.isEmpty());
+    EXPECT_TRUE(parsed("null").file.isEmpty());
+}
+
+TEST(AudioOutputSpecTest, TakesTheFilesNameAsItIs)
+{
+    for (const char *name : {"out.wav", "/tmp/a b.wav", "C:/x.wav", "wav:", " a ", "ä.wav"}) {
+        const QString file = QString::fromUtf8(name);
+        EXPECT_EQ(parsed(("wav:" + file.toUtf8()).constData()).file, file);
+    }
+}
+
+TEST(AudioOutputSpecTest, RefusesEverythingElse)
+{
+    for (const char *text : {"", "wav", "wav:", "AUTO", "auto ", " null", "auto:x",
+             "null:", "pulse", "WAV:out.wav", "file:out.wav", "out.wav"}) {
+        bool ok = true;
+        const AudioOutputSpec spec = AudioOutputSpec::parse(QString::fromUtf8(text), ok);
+        EXPECT_FALSE(ok) << text;
+        EXPECT_TRUE(spec.file.isEmpty()) << text;
+    }
+}

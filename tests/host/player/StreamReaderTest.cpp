@@ -1,0 +1,609 @@
+#include "host/player/StreamReader.h"
+
+#include "api/web/HttpClient.h"
+#include "host/player/StreamConsumer.h"
+#include "tests/support/ScriptedServer.h"
+#include "tests/support/WorkerThread.h"
+
+#include <QElapsedTimer>
+
+#include <gmock/gmock.h>
+#include <mutex>
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+using Response = ScriptedServer::Response;
+using End = ScriptedServer::End;
+
+/// Bytes that no sniffer takes for text.
+QByteArray audio(int size, char fill = '\x01')
+{
+    return QByteArray("\xFF\xFB\x90\x00", 4) + QByteArray(size - 4, fill);
+}
+
+/// A stream without an announced end, closed after the bytes.
+Response endless(const QByteArray &bytes, const QByteArray &headers = {})
+{
+    Response response;
+    response.body = "HTTP/1.0 200 OK\r\nContent-Type: audio/mpeg\r\n" + headers + "\r\n" + bytes;
+    response.end = End::Raw;
+    return response;
+}
+
+Response file(const QByteArray &bytes)
+{
+    return {200, bytes, {}, End::Complete, 0};
+}
+
+/// Takes everything; a thousand bytes count as a second of audio, and any audio as heard.
+class FakeConsumer : public StreamConsumer {
+public:
+    void beginAudio() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_begins.append(m_bytes.size());
+        m_sinceBegin = 0;
+    }
+    bool takeAudio(const char *data, std::size_t size) override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_bytes.append(data, static_cast<int>(size));
+        m_sinceBegin += static_cast<int>(size);
+        m_heard = true;
+        return true;
+    }
+    void endAudio() override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ++m_ends;
+    }
+    void forgetAudio() override { usable = true; }
+    void takeTitle(const QString &title) override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_titles.append(title);
+    }
+    void takeBitRate(int bitRate) override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_bitRate = bitRate;
+    }
+    bool isUsable() const override { return usable; }
+    Milliseconds decoded() const override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return Milliseconds(m_sinceBegin);
+    }
+    Milliseconds silence() const override { return silent; }
+    bool wasHeard() const override
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_heard;
+    }
+
+    QByteArray bytes() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_bytes;
+    }
+    QStringList titles() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_titles;
+    }
+    int begins() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_begins.size();
+    }
+    int ends() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_ends;
+    }
+    int bitRate() const
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_bitRate;
+    }
+
+    std::atomic<bool> usable {true};
+    std::atomic<Milliseconds> silent {Milliseconds(0)};
+
+private:
+    mutable std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    QByteArray m_bytes;
+    QList<int> m_begins;
+    QStringList m_titles;
+    int m_ends = 0;
+    int m_sinceBegin = 0;
+    int m_bitRate = 0;
+    bool m_heard = false;
+};
+
+class StreamReaderTest : public testing::Test {
+protected:
+    StreamReaderTest()
+        : server([this](const ScriptedServer::Request &request) { return answer(request); })
+    {
+        times.http.silence = Milliseconds(500);
+        times.http.connect = Milliseconds(1000);
+        times.giveUp = Milliseconds(1500);
+        times.lastTry = Milliseconds(300);
+    }
+    ~StreamReaderTest() override { reader.reset(); }
+
+    Response answer(const ScriptedServer::Request &request)
+    {
+        const auto found = answers.find(request.path());
+        return found == answers.end() ? Response {404, "no", {}, End::Complete, 0}
+                                      : found->second(request);
+    }
+    void serve(const QByteArray &path, const Response &response)
+    {
+        answers[path] = [response](const ScriptedServer::Request &) { return response; };
+    }
+    QByteArray address(const QByteArray &path) const
+    {
+        return "http://127.0.0.1:" + QByteArray::number(server.port()) + path;
+    }
+    void play(const QByteArray &path, bool live = true)
+    {
+        reader = std::make_unique<StreamReader>(
+            StreamSource {QUrl::fromEncoded(address(path)), live}, consumer, times);
+        QObject::connect(reader.get(), &StreamReader::ended, [this] { ended = true; });
+        QObject::connect(reader.get(), &StreamReader::gaveUp, reader.get(),
+            [this](const TrString &why) { problem = why.toString(); });
+        reader->start();
+    }
+    bool waitForEnd()
+    {
+        return spinUntil([this] { return ended || !problem.isEmpty(); });
+    }
+    bool waitForBytes(int count)
+    {
+        return spinUntil([this, count] { return consumer.bytes().size() >= count; });
+    }
+
+    std::map<QByteArray, std::function<Response(const ScriptedServer::Request &)>> answers;
+    ScriptedServer server;
+    StreamReader::Times times;
+    FakeConsumer consumer;
+    std::unique_ptr<StreamReader> reader;
+    std::atomic<bool> ended {false};
+    QString problem;
+};
+
+TEST_F(StreamReaderTest, aFileEndsWhenAllOfItWasTaken)
+{
+    serve("/a.mp3", file(audio(5000)));
+    play("/a.mp3", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(consumer.bytes(), audio(5000));
+    EXPECT_EQ(consumer.begins(), 1);
+    EXPECT_EQ(consumer.ends(), 1);
+    EXPECT_EQ(server.requestLines().size(), 1);
+}
+
+TEST_F(StreamReaderTest, oneConnectionServesForFindingOutAndForPlaying)
+{
+    serve("/live", endless(audio(50000)));
+    play("/live");
+    ASSERT_TRUE(waitForBytes(50000));
+    EXPECT_EQ(server.requests().first().header("Icy-MetaData"), "1");
+    EXPECT_TRUE(consumer.bytes().startsWith(audio(50000)));
+    EXPECT_EQ(consumer.begins(), 1);
+}
+
+TEST_F(StreamReaderTest, aStationThatEndsIsJoinedAnewAfterHalfASecond)
+{
+    serve("/live", endless(audio(3000)));
+    play("/live");
+    QElapsedTimer clock;
+    ASSERT_TRUE(waitForBytes(3000));
+    clock.start();
+    ASSERT_TRUE(waitForBytes(6000));
+    EXPECT_GE(clock.elapsed(), 450);
+    EXPECT_LE(clock.elapsed(), 1500);
+    EXPECT_EQ(consumer.begins(), 2);
+    EXPECT_FALSE(ended);
+}
+
+TEST_F(StreamReaderTest, neverGivesUpWhatWasHeardOnce)
+{
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        return ++count == 1 ? endless(audio(3000)) : Response {500, "", {}, End::Complete, 0};
+    };
+    play("/live");
+    ASSERT_TRUE(waitForBytes(3000));
+    // Longer than after which it gives up what was never heard.
+    EXPECT_FALSE(spinUntil([this] { return !problem.isEmpty(); }, 2500));
+    EXPECT_GE(server.requestLines().size(), 2);
+}
+
+TEST_F(StreamReaderTest, givesUpWhatIsNeverThereAndSaysWhy)
+{
+    play("/nothing");
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The stream's server refused it (code 404)."));
+    EXPECT_GE(clock.elapsed(), 1400);
+    EXPECT_LE(clock.elapsed(), 4000);
+    // More than one try, the last of them shortly before.
+    EXPECT_GE(server.requestLines().size(), 3);
+}
+
+TEST_F(StreamReaderTest, comesBackAfterThreeTimesServiceUnavailable)
+{
+    times.giveUp = Milliseconds(20000);
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        return ++count <= 3 ? Response {503, "busy", {}, End::Complete, 0} : endless(audio(3000));
+    };
+    play("/live");
+    ASSERT_TRUE(waitForBytes(3000));
+    EXPECT_TRUE(problem.isEmpty());
+}
+
+TEST_F(StreamReaderTest, heedsWhenTheServerSaysToComeBackLater)
+{
+    times.giveUp = Milliseconds(20000);
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        return ++count == 1 ? Response {503, "busy", {{"Retry-After", "2"}}, End::Complete, 0}
+                            : endless(audio(3000));
+    };
+    QElapsedTimer clock;
+    clock.start();
+    play("/live");
+    ASSERT_TRUE(waitForBytes(3000));
+    EXPECT_GE(clock.elapsed(), 2000);
+    EXPECT_LE(clock.elapsed(), 5000);
+}
+
+TEST_F(StreamReaderTest, triesAtOnceWhenTheNetworkIsBack)
+{
+    times.giveUp = Milliseconds(60000);
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        return ++count == 1 ? Response {503, "", {{"Retry-After", "30"}}, End::Complete, 0}
+                            : endless(audio(3000));
+    };
+    play("/live");
+    ASSERT_TRUE(server.waitForRequests(1));
+    QElapsedTimer clock;
+    clock.start();
+    // It may not have begun to wait yet: ask until it tries.
+    ASSERT_TRUE(spinUntil([this] {
+        reader->tryNow();
+        return consumer.bytes().size() >= 3000;
+    }));
+    EXPECT_LT(clock.elapsed(), 5000);
+}
+
+TEST_F(StreamReaderTest, noticesAStreamThatStalls)
+{
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        ++count;
+        return Response {200, audio(100000), {}, End::Stall, 2000};
+    };
+    play("/live");
+    ASSERT_TRUE(waitForBytes(2000));
+    EXPECT_TRUE(server.waitForRequests(2, 5000));
+}
+
+TEST_F(StreamReaderTest, noticesAConnectionThatIsReset)
+{
+    int count = 0;
+    answers["/live"] = [&count](const ScriptedServer::Request &) {
+        return ++count == 1 ? Response {200, audio(100000), {}, End::Reset, 2000}
+                            : endless(audio(3000, '\x02'));
+    };
+    play("/live");
+    ASSERT_TRUE(
+        spinUntil([this] { return consumer.bytes().endsWith(audio(3000, '\x02').right(9)); }));
+}
+
+TEST_F(StreamReaderTest, leavesAConnectionOnWhichNothingIsHeard)
+{
+    times.silence = Milliseconds(300);
+    times.http.silence = Milliseconds(10000);
+    serve("/live", {200, audio(100000), {}, End::Stall, 2000});
+    play("/live");
+    ASSERT_TRUE(waitForBytes(2000));
+    consumer.silent = Milliseconds(10000);
+    EXPECT_TRUE(server.waitForRequests(2, 5000));
+}
+
+TEST_F(StreamReaderTest, leavesWhatCannotBeDecoded)
+{
+    serve("/live", {200, audio(100000), {}, End::Stall, 2000});
+    times.http.silence = Milliseconds(10000);
+    play("/live");
+    ASSERT_TRUE(waitForBytes(2000));
+    consumer.usable = false;
+    EXPECT_TRUE(server.waitForRequests(2, 5000));
+}
+
+TEST_F(StreamReaderTest, goesOnWithABrokenFileWhereItBroke)
+{
+    QByteArray whole = audio(20000);
+    for (int i = 4; i < whole.size(); ++i)
+        whole[i] = static_cast<char>(i % 251);
+    answers["/a.mp3"] = [whole](const ScriptedServer::Request &request) {
+        const QByteArray range = request.header("Range");
+        if (range.isEmpty())
+            return Response {200, whole, {}, End::Truncate, 7000};
+        const int from = range.mid(range.indexOf('=') + 1).split('-').first().toInt();
+        return Response {206, whole.mid(from),
+            {{"Content-Range", "bytes " + QByteArray::number(from) + "-19999/20000"}},
+            End::Complete, 0};
+    };
+    play("/a.mp3", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(consumer.bytes(), whole);
+    EXPECT_EQ(consumer.begins(), 1);
+}
+
+TEST_F(StreamReaderTest, skipsWhatItHasWhenTheServerKnowsNoRanges)
+{
+    QByteArray whole = audio(20000);
+    for (int i = 4; i < whole.size(); ++i)
+        whole[i] = static_cast<char>(i % 251);
+    int count = 0;
+    answers["/a.mp3"] = [whole, &count](const ScriptedServer::Request &) {
+        return ++count == 1 ? Response {200, whole, {}, End::Truncate, 7000} : file(whole);
+    };
+    play("/a.mp3", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(consumer.bytes(), whole);
+    EXPECT_EQ(consumer.begins(), 1);
+}
+
+TEST_F(StreamReaderTest, takesTitlesOutOfTheStream)
+{
+    const QByteArray metadata = QByteArray("StreamTitle='Ann - One';").leftJustified(32, '\0');
+    const QByteArray body = audio(1000) + '\x02' + metadata + QByteArray(1000, '\x01') + '\0'
+        + QByteArray(500, '\x01');
+    serve("/live", endless(body, "icy-metaint: 1000\r\nicy-br: 128\r\n"));
+    play("/live");
+    ASSERT_TRUE(waitForBytes(2500));
+    EXPECT_EQ(consumer.bytes().left(2500), audio(2500));
+    EXPECT_EQ(consumer.titles().value(0), QStringLiteral("Ann - One"));
+    EXPECT_EQ(consumer.bitRate(), 128000);
+}
+
+TEST_F(StreamReaderTest, understandsTheFirstLineOfOldServers)
+{
+    Response response;
+    response.body = "ICY 200 OK\r\nicy-name: Old\r\n\r\n" + audio(3000);
+    response.end = End::Raw;
+    serve("/live", response);
+    play("/live");
+    ASSERT_TRUE(waitForBytes(3000));
+}
+
+TEST_F(StreamReaderTest, triesTheEntriesOfAPlaylistInOrder)
+{
+    serve("/list.m3u",
+        file("#EXTM3U\n" + address("/dead") + "\n" + address("/live") + "\n" + address("/other")
+            + "\n"));
+    serve("/live", endless(audio(3000)));
+    play("/list.m3u");
+    ASSERT_TRUE(waitForBytes(3000));
+    const QList<QByteArray> expected {"GET /list.m3u", "GET /dead", "GET /live"};
+    EXPECT_EQ(server.requestLines().mid(0, 3), expected);
+    EXPECT_FALSE(server.requestLines().contains("GET /other"));
+}
+
+TEST_F(StreamReaderTest, staysWithTheEntryThatWasHeard)
+{
+    serve("/list.m3u", file(address("/dead") + "\n" + address("/live") + "\n"));
+    serve("/live", endless(audio(3000)));
+    play("/list.m3u");
+    ASSERT_TRUE(waitForBytes(6000));
+    EXPECT_EQ(server.requestLines().count("GET /list.m3u"), 1);
+    EXPECT_EQ(server.requestLines().count("GET /dead"), 1);
+}
+
+TEST_F(StreamReaderTest, takesAnotherEntryWhenTheOneThatWasHeardIsGone)
+{
+    int count = 0;
+    serve("/list.m3u", file(address("/first") + "\n" + address("/second") + "\n"));
+    answers["/first"] = [&count](const ScriptedServer::Request &) {
+        return ++count == 1 ? endless(audio(3000)) : Response {404, "", {}, End::Complete, 0};
+    };
+    serve("/second", endless(audio(3000, '\x02')));
+    play("/list.m3u");
+    ASSERT_TRUE(spinUntil([this] { return consumer.bytes().contains('\x02'); }));
+}
+
+TEST_F(StreamReaderTest, playsWhatComesBeforeTheStationOnceAndThenTheStation)
+{
+    serve("/list.m3u", file(address("/preroll.mp3") + "\n" + address("/live") + "\n"));
+    serve("/preroll.mp3", file(audio(2000, '\x03')));
+    serve("/live", endless(audio(3000)));
+    play("/list.m3u");
+    ASSERT_TRUE(waitForBytes(2000 + 3000 + 3000));
+    EXPECT_EQ(server.requestLines().count("GET /preroll.mp3"), 1);
+    EXPECT_GE(server.requestLines().count("GET /live"), 2);
+    EXPECT_EQ(consumer.bytes().left(2000), audio(2000, '\x03'));
+    EXPECT_FALSE(ended);
+}
+
+TEST_F(StreamReaderTest, unwrapsPlaylistsFiveDeepAndNoDeeper)
+{
+    for (int i = 1; i <= 6; ++i) {
+        serve("/" + QByteArray::number(i),
+            file("[playlist]\nFile1=" + address("/" + QByteArray::number(i + 1)) + "\n"));
+    }
+    serve("/7", endless(audio(3000)));
+    serve("/live", endless(audio(3000)));
+    play("/1");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The playlists never lead to a stream."));
+    play("/2");
+    ASSERT_TRUE(waitForBytes(3000));
+}
+
+TEST_F(StreamReaderTest, aPlaylistThatIncludesItselfIsLeftAfterFiveTimes)
+{
+    times.giveUp = Milliseconds(700);
+    serve("/loop", file(address("/loop") + "\n"));
+    play("/loop");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The playlists never lead to a stream."));
+}
+
+TEST_F(StreamReaderTest, aPlaylistByNameThatIsAStreamIsPlayed)
+{
+    serve("/live.m3u", endless(audio(5000), "Content-Type: audio/x-mpegurl\r\n"));
+    play("/live.m3u");
+    ASSERT_TRUE(waitForBytes(5000));
+}
+
+TEST_F(StreamReaderTest, aLoginPageIsNoAudio)
+{
+    serve("/live", file("<!DOCTYPE html><html><body>Please log in</body></html>"));
+    play("/live");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("There is a web page in place of the stream."));
+    EXPECT_EQ(consumer.begins(), 0);
+}
+
+TEST_F(StreamReaderTest, spokenExcusesAreErrorsAndNotAudio)
+{
+    const QList<QPair<QByteArray, QString>> excuses {
+        {"notcompatible", QStringLiteral("This device cannot play the station's streams.")},
+        {"nostream", QStringLiteral("The station has no stream at the moment.")},
+        {"georestricted", QStringLiteral("The station cannot be heard in your country.")},
+        {"restricted", QStringLiteral("The station may not be played here.")}};
+    for (const auto &excuse : excuses) {
+        const QByteArray path = "/service/Audio/" + excuse.first + ".enUS.mp3";
+        serve(path, file(audio(3000)));
+        serve("/station", {302, "", {{"Location", path}}, End::Complete, 0});
+        for (const QByteArray &start : {path, QByteArray("/station")}) {
+            problem.clear();
+            QElapsedTimer clock;
+            clock.start();
+            play(start);
+            ASSERT_TRUE(waitForEnd());
+            EXPECT_EQ(problem, excuse.second);
+            EXPECT_LT(clock.elapsed(), 1000);
+        }
+    }
+    EXPECT_EQ(consumer.begins(), 0);
+}
+
+TEST_F(StreamReaderTest, followsFiveRedirectsAndNoMore)
+{
+    for (int i = 1; i <= 6; ++i) {
+        serve("/" + QByteArray::number(i),
+            {302, "", {{"Location", "/" + QByteArray::number(i + 1)}}, End::Complete, 0});
+    }
+    serve("/7", endless(audio(3000)));
+    play("/1");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The stream leads from address to address."));
+    play("/2");
+    ASSERT_TRUE(waitForBytes(3000));
+}
+
+TEST_F(StreamReaderTest, readsNoFilesForAServer)
+{
+    serve("/live", {302, "", {{"Location", "file:///etc/passwd"}}, End::Complete, 0});
+    play("/live");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_FALSE(problem.isEmpty());
+    EXPECT_TRUE(consumer.bytes().isEmpty());
+}
+
+TEST_F(StreamReaderTest, nobodyListeningIsAProblemInWords)
+{
+    reader = std::make_unique<StreamReader>(
+        StreamSource {QUrl(QStringLiteral("http://127.0.0.1:1/")), true}, consumer, times);
+    QObject::connect(reader.get(), &StreamReader::gaveUp, reader.get(),
+        [this](const TrString &why) { problem = why.toString(); });
+    reader->start();
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The stream's server cannot be reached."));
+}
+
+TEST_F(StreamReaderTest, stopsAtOnceWhateverItWaitsFor)
+{
+    times.giveUp = Milliseconds(60000);
+    times.http.connect = Milliseconds(60000);
+    times.http.silence = Milliseconds(60000);
+    serve("/head", {200, "", {}, End::StallBeforeHead, 0});
+    serve("/body", {200, audio(100000), {}, End::Stall, 2000});
+    serve("/busy", {503, "", {{"Retry-After", "60"}}, End::Complete, 0});
+    for (const char *path : {"/head", "/body", "/busy"}) {
+        const int before = server.requestLines().size();
+        play(path);
+        ASSERT_TRUE(server.waitForRequests(before + 1));
+        QElapsedTimer clock;
+        clock.start();
+        reader.reset();
+        EXPECT_LT(clock.elapsed(), 1000) << path;
+    }
+    EXPECT_FALSE(ended);
+    EXPECT_TRUE(problem.isEmpty());
+}
+
+TEST_F(StreamReaderTest, playsLiveSegmentsInOrderWithoutGapOrRepeat)
+{
+    std::atomic<int> loads {0};
+    answers["/live.m3u8"] = [&loads](const ScriptedServer::Request &) {
+        const int first = loads++;
+        QByteArray text = "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXT-X-MEDIA-SEQUENCE:"
+            + QByteArray::number(first) + "\n";
+        for (int i = first; i < first + 5; ++i)
+            text += "#EXTINF:1.0,\nsegment" + QByteArray::number(i) + ".aac\n";
+        return file(text);
+    };
+    for (int i = 0; i < 20; ++i)
+        serve("/segment" + QByteArray::number(i) + ".aac", file(audio(1000, char('A' + i))));
+    play("/live.m3u8");
+    ASSERT_TRUE(waitForBytes(6000));
+    reader.reset();
+    // Three segments before the end of the first list, then each new one.
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(consumer.bytes().at(i * 1000 + 500), char('A' + 2 + i)) << i;
+    EXPECT_EQ(consumer.begins(), 1);
+}
+
+TEST_F(StreamReaderTest, takesTheBestVariantThatAudioNeeds)
+{
+    serve("/master.m3u8",
+        file("#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=64000\nlow.m3u8\n"
+             "#EXT-X-STREAM-INF:BANDWIDTH=128000\nhigh.m3u8\n"
+             "#EXT-X-STREAM-INF:BANDWIDTH=3000000\nvideo.m3u8\n"));
+    serve("/high.m3u8",
+        file("#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\na.aac\n#EXTINF:1,\nb.aac\n"
+             "#EXT-X-ENDLIST\n"));
+    serve("/a.aac", file(audio(1000, 'a')));
+    serve("/b.aac", file(audio(1000, 'b')));
+    play("/master.m3u8", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(ended);
+    EXPECT_EQ(consumer.bytes(), audio(1000, 'a') + audio(1000, 'b'));
+}
+
+TEST_F(StreamReaderTest, anEncryptedStreamIsAProblemInWords)
+{
+    serve("/live.m3u8",
+        file("#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXT-X-KEY:METHOD=AES-128,URI=\"key\"\n"
+             "#EXTINF:1,\na.aac\n"));
+    play("/live.m3u8");
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(problem, QStringLiteral("The stream is encrypted."));
+}
+
+} // namespace
