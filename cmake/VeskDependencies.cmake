@@ -9,6 +9,7 @@ pkg_check_modules(libcurl REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(libsoup REQUIRED IMPORTED_TARGET libsoup-3.0)
 pkg_check_modules(gstreamer REQUIRED IMPORTED_TARGET
     gstreamer-1.0 gstreamer-app-1.0 gstreamer-audio-1.0)
+pkg_check_modules(giounix REQUIRED IMPORTED_TARGET gio-unix-2.0)
 pkg_check_modules(yamlcpp REQUIRED IMPORTED_TARGET yaml-cpp)
 find_package(simdjson REQUIRED)
 find_package(nlohmann_json REQUIRED)

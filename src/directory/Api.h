@@ -1,6 +1,7 @@
 /// The requests and answers of the web API, free of any server: what endpoints take and give.
 #pragma once
 
+#include "directory/Audio.h"
 #include "directory/Query.h"
 
 #include <cstdint>
@@ -24,6 +25,8 @@ struct ApiRequest {
     Query query; ///< the target's items, then those of a form body
     std::string host; ///< as the client named it; may be anything
     bool secure = false;
+    std::string range; ///< the header's value
+    bool wantsTitles = false; ///< "Icy-MetaData: 1"
 };
 
 struct Answer {
@@ -31,6 +34,7 @@ struct Answer {
     std::string contentType = "application/json; charset=utf-8";
     std::string body;
     std::vector<std::pair<std::string, std::string>> headers;
+    Audio audio; ///< instead of a body
 };
 
 /// A successful answer; an empty title is left out of the head.

@@ -61,8 +61,10 @@ struct Region {
 struct Stream {
     std::string codec; ///< mp3, aac, ogg, opus, flac, hls, wma, flash
     int bitrate = 0; ///< kbit/s
-    std::string playlist; ///< m3u, pls, asx or xspf when the address leads to a playlist
+    std::string playlist; ///< m3u, m3u8, pls, asx or xspf when the address leads to a playlist
     int reliability = 99;
+    std::string trick; ///< what is odd about it; docs/directory.md lists them
+    int depth = 1; ///< of nested playlists
 };
 
 struct Station {
@@ -128,6 +130,7 @@ struct Catalog {
     std::size_t pageSize = 25;
     std::size_t showsPerPage = 6;
     std::string homeCity;
+    int songSeconds = 240;
 
     std::vector<Genre> genres;
     std::vector<Category> categories;

@@ -6,7 +6,10 @@ namespace {
 
 const std::set<std::string> knownCodecs {
     "mp3", "aac", "ogg", "opus", "flac", "hls", "wma", "flash"};
-const std::set<std::string> knownPlaylists {"", "m3u", "pls", "asx", "xspf"};
+const std::set<std::string> knownPlaylists {"", "m3u", "m3u8", "pls", "asx", "xspf"};
+const std::set<std::string> knownTricks {"", "missing", "refused"};
+const std::set<std::string> knownPlaylistTricks {"", "loop", "dead-first", "preroll", "endless",
+    "mislabelled", "huge", "many", "html", "missing", "refused"};
 const std::set<std::string> knownMenus {"music", "talk", "sports"};
 
 } // namespace
@@ -52,7 +55,8 @@ void CatalogReader::texts(const YamlEntry &root)
 
 Stream CatalogReader::stream(const YAML::Node &node)
 {
-    const YamlEntry entry(node, "stream", {"codec", "bitrate", "playlist", "reliability"});
+    const YamlEntry entry(
+        node, "stream", {"codec", "bitrate", "playlist", "reliability", "trick", "depth"});
     Stream stream;
     stream.codec = entry.text("codec");
     stream.bitrate = entry.number("bitrate", 8, 10000);
@@ -62,6 +66,10 @@ Stream CatalogReader::stream(const YAML::Node &node)
         entry.fail("unknown codec " + stream.codec);
     if (knownPlaylists.count(stream.playlist) == 0)
         entry.fail("unknown playlist " + stream.playlist);
+    stream.trick = entry.text("trick", "");
+    stream.depth = entry.number("depth", 1, 20, 1);
+    if ((stream.playlist.empty() ? knownTricks : knownPlaylistTricks).count(stream.trick) == 0)
+        entry.fail("unknown trick " + stream.trick);
     return stream;
 }
 

@@ -9,7 +9,8 @@ namespace directory {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 24 * 3600;
-constexpr int secondsPerSong = 240;
+/// Nobody listens at this port of anybody's machine.
+constexpr char deadAddress[] = "http://127.0.0.1:1";
 
 constexpr const char *repeatedParams[]
     = {"formats", "partnerId", "username", "serial", "locale", "latlon", "filter"};
@@ -59,13 +60,16 @@ std::uint32_t stableNumber(const std::string &text)
     return hash ^ (hash >> 15);
 }
 
+std::string codecExtension(const std::string &codec)
+{
+    if (codec == "hls")
+        return "m3u8";
+    return codec == "flash" ? "flv" : codec;
+}
+
 std::string streamExtension(const Stream &stream)
 {
-    if (!stream.playlist.empty())
-        return stream.playlist;
-    if (stream.codec == "hls")
-        return "m3u8";
-    return stream.codec == "flash" ? "flv" : stream.codec;
+    return stream.playlist.empty() ? codecExtension(stream.codec) : stream.playlist;
 }
 
 std::string isoTime(std::int64_t seconds)
@@ -135,8 +139,10 @@ std::string Context::placeholder(const std::string &name) const
 
 std::string Context::streamAddress(const Station &station, std::size_t index) const
 {
-    return here("/stream/" + station.id + '/' + std::to_string(index + 1) + '.'
-        + streamExtension(station.streams[index]));
+    const Stream &stream = station.streams[index];
+    const std::string path
+        = "/stream/" + station.id + '/' + std::to_string(index + 1) + '.' + streamExtension(stream);
+    return stream.trick == "refused" ? deadAddress + path : here(path);
 }
 
 bool Context::accepts(const std::string &codec) const
@@ -176,24 +182,23 @@ const Region *Context::city() const
     return m_catalog.region(m_catalog.homeCity);
 }
 
-Playing Context::playing(const Station &station) const
+Playing playingAt(const Catalog &catalog, const Station &station, std::int64_t when)
 {
     Playing playing;
-    const std::size_t turn
-        = static_cast<std::size_t>(m_now / secondsPerSong) + stableNumber(station.id);
+    const std::size_t turn = static_cast<std::size_t>(when) + stableNumber(station.id);
     if (!station.playing.empty()) {
         playing.text = station.playing[turn % station.playing.size()];
         const std::size_t dash = playing.text.find(" - ");
         playing.artist = playing.text.substr(0, dash);
         playing.song = dash == std::string::npos ? std::string() : playing.text.substr(dash + 3);
-        for (const Artist &artist : m_catalog.artists) {
+        for (const Artist &artist : catalog.artists) {
             if (artist.name == playing.artist)
                 playing.artistId = artist.id;
         }
         return playing;
     }
     std::vector<const Artist *> artists;
-    for (const Artist &artist : m_catalog.artists) {
+    for (const Artist &artist : catalog.artists) {
         if (artist.genre == station.genre)
             artists.push_back(&artist);
     }

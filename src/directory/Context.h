@@ -19,6 +19,9 @@ struct Playing {
     std::string artistId;
 };
 
+/// In its n-th turn, counted from the epoch.
+Playing playingAt(const Catalog &catalog, const Station &station, std::int64_t turn);
+
 /// A show's broadcast: when it began or begins, in seconds since the epoch.
 struct Broadcast {
     const Show *show = nullptr;
@@ -59,7 +62,10 @@ public:
     /// Where the listener is: as the request says, or the data file's home.
     const Region *city() const;
 
-    Playing playing(const Station &station) const;
+    Playing playing(const Station &station) const
+    {
+        return playingAt(m_catalog, station, m_now / m_catalog.songSeconds);
+    }
     std::int64_t utcOffset(const Station &station) const;
     /// What is on at that second; its show is null when nothing is.
     Broadcast onAir(const Station &station, std::int64_t at) const;
@@ -79,7 +85,9 @@ private:
 /// The same number for the same text on every machine: decides what needs to differ but not to
 /// change.
 std::uint32_t stableNumber(const std::string &text);
-/// "mp3", "m3u8", "pls": how an address of the stream ends.
+/// "mp3", "m3u8" (hls), "flv" (flash)
+std::string codecExtension(const std::string &codec);
+/// As codecExtension, or "pls" if that leads to a playlist: how an address of the stream ends.
 std::string streamExtension(const Stream &stream);
 /// "2026-03-16T06:00:00"
 std::string isoTime(std::int64_t seconds);

@@ -3,12 +3,15 @@
 #pragma once
 
 #include "directory/Faults.h"
+#include "directory/Wire.h"
 
 #include <functional>
-#include <gio/gio.h>
 #include <string>
 
 namespace directory {
+
+/// Status line and headers, ready for those that tell how long the body is.
+std::string headOf(const Answer &answer);
 
 class RawDelivery {
 public:
@@ -19,47 +22,19 @@ public:
     /// once and may destroy this object.
     RawDelivery(GIOStream *stream, const Answer &answer, const Delivery &delivery, bool withBody,
         std::function<void()> done);
-    ~RawDelivery();
     RawDelivery(const RawDelivery &) = delete;
     RawDelivery &operator=(const RawDelivery &) = delete;
 
     void start();
 
 private:
-    using Step = void (RawDelivery::*)();
-    /// A source that calls a member function when it fires, and never after stop().
-    class Watch {
-    public:
-        Watch() = default;
-        ~Watch() { stop(); }
-        Watch(const Watch &) = delete;
-        Watch &operator=(const Watch &) = delete;
-        /// Fires once.
-        void onTime(unsigned milliseconds, RawDelivery *owner, Step step);
-        /// Fires again and again; takes over the reference to the source.
-        void onStream(GSource *source, RawDelivery *owner, Step step);
-        void stop();
-
-    private:
-        struct Call {
-            RawDelivery *owner;
-            Step step;
-        };
-        void attach(GSource *source, GSourceFunc function, RawDelivery *owner, Step step);
-
-        GSource *m_source = nullptr;
-    };
-
     void begin();
     void write();
-    void watchForHangup();
-    void readOn();
     void end();
     void finish();
     /// How many bytes may have left by now.
     std::size_t allowed() const;
 
-    GIOStream *m_stream;
     std::string m_bytes;
     std::size_t m_head; ///< length of the status line and the headers
     std::size_t m_sent = 0;
@@ -68,8 +43,7 @@ private:
     std::function<void()> m_done;
     std::int64_t m_started = 0; ///< when the first byte was due, in microseconds
     Watch m_timer;
-    Watch m_output;
-    Watch m_input;
+    Wire m_wire;
 };
 
 } // namespace directory

@@ -2,7 +2,6 @@
 
 #include "directory/Endpoints.h"
 #include "directory/Pictures.h"
-#include "directory/Streams.h"
 
 namespace directory {
 
@@ -10,6 +9,7 @@ Directory::Directory(Catalog catalog, Clock clock)
     : m_catalog(std::move(catalog))
     , m_search(m_catalog)
     , m_clock(std::move(clock))
+    , m_streams(m_catalog)
 {
 }
 
@@ -18,14 +18,16 @@ Answer Directory::handle(const ApiRequest &request)
     const std::string &path = request.path;
     if (request.method != "GET" && request.method != "HEAD" && request.method != "POST")
         return textAnswer(405, "Only GET, HEAD and POST are known here.");
-    if (path.rfind("/stream/", 0) == 0)
-        return streamAnswer(request);
     if (path.rfind("/logo/", 0) == 0)
         return logoPicture(path);
     if (path.rfind("/service/Audio/", 0) == 0)
         return placeholderAudio(path);
 
     const Context context(request, m_catalog, m_members, m_clock());
+    if (path.rfind("/stream/", 0) == 0)
+        return m_streams.answer(context);
+    if (path == melodyPath)
+        return m_streams.melodies(context);
     const std::string page = lowered(path);
     if (page == "/" || page == "/browse.ashx")
         return browse(context);
@@ -41,6 +43,12 @@ Answer Directory::handle(const ApiRequest &request)
         return preset(context);
     if (page == "/account.ashx")
         return account(context);
+    if (page == "/config.ashx")
+        return config(context);
+    if (page == "/mydevice")
+        return claimPage(context);
+    if (page == "/mydevice.css")
+        return claimStyle();
     return textAnswer(404, "There is nothing here.");
 }
 

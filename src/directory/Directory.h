@@ -5,6 +5,7 @@
 #include "directory/Catalog.h"
 #include "directory/Members.h"
 #include "directory/Search.h"
+#include "directory/Streams.h"
 
 namespace directory {
 
@@ -22,6 +23,7 @@ private:
     const Catalog m_catalog;
     const Search m_search;
     const Clock m_clock;
+    Streams m_streams;
     Members m_members;
 };
 

@@ -11,5 +11,9 @@ Answer report(const Context &context);
 Answer preset(const Context &context);
 Answer account(const Context &context);
 Answer tune(const Context &context);
+Answer config(const Context &context);
+/// Where a person links a device to an account: /mydevice, and its style sheet.
+Answer claimPage(const Context &context);
+Answer claimStyle();
 
 } // namespace directory

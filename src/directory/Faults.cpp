@@ -13,7 +13,7 @@ constexpr char hopFolder[] = "/_hops/";
 struct Kind {
     const char *name;
     FaultKind kind;
-    enum Argument { None, Number, Text } argument;
+    enum Argument { None, Number, Numbers, Text } argument;
     int low;
     int high;
 };
@@ -33,6 +33,13 @@ constexpr Kind kinds[] = {
     {"redirect-chain", FaultKind::RedirectChain, Kind::Number, 1, 100},
     {"redirect-loop", FaultKind::RedirectLoop, Kind::None, 0, 0},
     {"body", FaultKind::Body, Kind::Text, 0, 0},
+    {"retry-after", FaultKind::RetryAfter, Kind::Number, 0, 3600},
+    {"login-page", FaultKind::LoginPage, Kind::None, 0, 0},
+    {"down", FaultKind::Down, Kind::Number, 1, 3600},
+    {"stream-close", FaultKind::StreamClose, Kind::Number, 0, 3600},
+    {"stream-reset", FaultKind::StreamReset, Kind::Number, 0, 3600},
+    {"stream-stall", FaultKind::StreamStall, Kind::Number, 0, 3600},
+    {"stream-garbage", FaultKind::StreamGarbage, Kind::Numbers, 0, 3600},
 };
 
 /// Cuts "*3" off the end; -1 when there is none, 0 when it is no count.
@@ -46,6 +53,39 @@ int takeCount(std::string &text)
     const int count = parseNumber(std::string_view(text).substr(star + 1));
     text.erase(star);
     return std::max(count, 0);
+}
+
+bool expired(const Fault &fault)
+{
+    return fault.kind == FaultKind::Down && fault.until <= std::chrono::steady_clock::now();
+}
+
+std::optional<Disturbance::Kind> disturbanceOf(FaultKind kind)
+{
+    switch (kind) {
+    case FaultKind::StreamClose:
+        return Disturbance::Kind::Close;
+    case FaultKind::StreamReset:
+        return Disturbance::Kind::Reset;
+    case FaultKind::StreamStall:
+        return Disturbance::Kind::Stall;
+    case FaultKind::StreamGarbage:
+        return Disturbance::Kind::Garbage;
+    default:
+        return std::nullopt;
+    }
+}
+
+/// Reads "3" or "3,500" into the fault.
+void readNumbers(Fault &fault)
+{
+    const std::size_t comma = fault.argument.find(',');
+    fault.number = parseNumber(fault.argument.substr(0, comma));
+    if (comma == std::string::npos)
+        return;
+    fault.bytes = parseNumber(fault.argument.substr(comma + 1));
+    if (fault.bytes <= 0)
+        fault.number = -1;
 }
 
 bool matches(const Fault &fault, const std::string &path)
@@ -66,6 +106,18 @@ Answer htmlPage(int status)
     const std::string number = std::to_string(status);
     answer.body = "<!DOCTYPE html>\n<html><head><title>" + number + "</title></head>\n<body><h1>"
         + number + "</h1><p>The request was not answered.</p></body></html>\n";
+    return answer;
+}
+
+/// What a hotel's network answers whatever one asks for.
+Answer loginPage()
+{
+    Answer answer;
+    answer.contentType = "text/html; charset=utf-8";
+    answer.body
+        = "<!DOCTYPE html>\n<html><head><title>Welcome</title></head>\n<body><h1>Welcome</h1>"
+          "<form method=\"post\" action=\"/login\"><p>Room <input name=\"room\"> "
+          "<button>Go online</button></p></form></body></html>\n";
     return answer;
 }
 
@@ -118,7 +170,7 @@ Answer sound200(std::string body)
 FaultyAnswer slowed(Answer answer, const Fault &fault)
 {
     Delivery delivery;
-    if (fault.kind == FaultKind::Truncated)
+    if (fault.kind == FaultKind::Truncated || fault.kind == FaultKind::Cut)
         delivery.bodyBytes = static_cast<std::size_t>(fault.number);
     if (fault.kind == FaultKind::SlowHeaders)
         delivery.delaySeconds = fault.number;
@@ -156,6 +208,8 @@ std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
     fault.kind = kind->kind;
     if (kind->argument == Kind::Number)
         fault.number = parseNumber(fault.argument);
+    if (kind->argument == Kind::Numbers)
+        readNumbers(fault);
     const bool fits = kind->argument == Kind::None ? fault.argument.empty()
         : kind->argument == Kind::Text             ? !fault.argument.empty()
                                        : fault.number >= kind->low && fault.number <= kind->high;
@@ -169,7 +223,10 @@ std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
 bool Faults::add(Fault fault)
 {
     if (m_faults.size() >= maxFaults)
+        m_faults.erase(std::remove_if(m_faults.begin(), m_faults.end(), expired), m_faults.end());
+    if (m_faults.size() >= maxFaults)
         return false;
+    fault.until = std::chrono::steady_clock::now() + std::chrono::seconds(fault.number);
     m_faults.push_back(std::move(fault));
     return true;
 }
@@ -177,22 +234,55 @@ bool Faults::add(Fault fault)
 std::vector<std::string> Faults::texts() const
 {
     std::vector<std::string> list;
-    for (const Fault &fault : m_faults)
-        list.push_back(
-            fault.remaining < 0 ? fault.text : fault.text + '*' + std::to_string(fault.remaining));
+    for (const Fault &fault : m_faults) {
+        if (!expired(fault))
+            list.push_back(fault.remaining < 0
+                    ? fault.text
+                    : fault.text + '*' + std::to_string(fault.remaining));
+    }
     return list;
 }
 
-std::optional<Fault> Faults::take(const std::string &path)
+std::optional<Fault> Faults::takeAt(std::vector<Fault>::iterator found)
 {
-    const auto found = std::find_if(m_faults.begin(), m_faults.end(),
-        [&path](const Fault &fault) { return matches(fault, path); });
     if (found == m_faults.end())
         return std::nullopt;
     const Fault taken = *found;
     if (found->remaining > 0 && --found->remaining == 0)
         m_faults.erase(found);
     return taken;
+}
+
+std::optional<Fault> Faults::take(const std::string &path)
+{
+    return takeAt(std::find_if(m_faults.begin(), m_faults.end(), [&path](const Fault &fault) {
+        return fault.kind != FaultKind::Down && !disturbanceOf(fault.kind) && matches(fault, path);
+    }));
+}
+
+std::optional<Disturbance> Faults::takeDisturbance(const std::string &path, std::size_t skipped)
+{
+    const auto start = m_faults.begin() + static_cast<std::ptrdiff_t>(std::min(skipped, size()));
+    const std::optional<Fault> taken = takeAt(std::find_if(start, m_faults.end(),
+        [&path](const Fault &fault) { return disturbanceOf(fault.kind) && matches(fault, path); }));
+    if (!taken)
+        return std::nullopt;
+    return Disturbance {
+        *disturbanceOf(taken->kind), taken->number, static_cast<std::size_t>(taken->bytes)};
+}
+
+bool Faults::isDown(const std::string &path) const
+{
+    return std::any_of(m_faults.begin(), m_faults.end(), [&path](const Fault &fault) {
+        return fault.kind == FaultKind::Down && !expired(fault) && matches(fault, path);
+    });
+}
+
+bool Faults::isDown() const
+{
+    return std::any_of(m_faults.begin(), m_faults.end(), [](const Fault &fault) {
+        return fault.kind == FaultKind::Down && !expired(fault) && fault.path.empty();
+    });
 }
 
 FaultyAnswer spoil(
@@ -207,6 +297,8 @@ FaultyAnswer spoil(
         return {sound200({}), std::nullopt};
     case FaultKind::Cut: {
         Answer answer = sound();
+        if (answer.audio)
+            return slowed(std::move(answer), fault);
         answer.body.resize(std::min(answer.body.size(), static_cast<std::size_t>(fault.number)));
         return {std::move(answer), std::nullopt};
     }
@@ -231,6 +323,19 @@ FaultyAnswer spoil(
         return {redirection(std::string(hopFolder) + "loop" + target), std::nullopt};
     case FaultKind::Body:
         return {fileBody(fault.argument), std::nullopt};
+    case FaultKind::RetryAfter: {
+        Answer answer = htmlPage(503);
+        answer.headers.emplace_back("Retry-After", fault.argument);
+        return {std::move(answer), std::nullopt};
+    }
+    case FaultKind::LoginPage:
+        return {loginPage(), std::nullopt};
+    case FaultKind::Down:
+    case FaultKind::StreamClose:
+    case FaultKind::StreamReset:
+    case FaultKind::StreamStall:
+    case FaultKind::StreamGarbage:
+        break; // not faults of a request
     }
     return {textAnswer(500, "This fault is unknown."), std::nullopt};
 }

@@ -5,6 +5,7 @@
 
 #include "directory/Api.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -26,6 +27,13 @@ enum class FaultKind {
     RedirectChain,
     RedirectLoop,
     Body,
+    RetryAfter,
+    LoginPage,
+    Down,
+    StreamClose,
+    StreamReset,
+    StreamStall,
+    StreamGarbage,
 };
 
 struct Fault {
@@ -34,7 +42,17 @@ struct Fault {
     std::string path; ///< empty: every path; "/x": all paths that begin so; else a page's name
     std::string argument;
     int number = 0; ///< the argument of the kinds that take one
+    int bytes = 0; ///< a second argument
     int remaining = -1; ///< requests still to come; -1 without end
+    std::chrono::steady_clock::time_point until; ///< of one that ends by itself
+};
+
+/// What happens to a stream while it runs.
+struct Disturbance {
+    enum class Kind { Close, Reset, Stall, Garbage };
+    Kind kind = Kind::Close;
+    int seconds = 0; ///< until it happens
+    std::size_t bytes = 0; ///< of garbage; 0 without end
 };
 
 /// How an answer's bytes leave, when they do not leave as they should.
@@ -44,6 +62,7 @@ struct Delivery {
     std::optional<std::size_t> bodyBytes; ///< this much of the body only
     int bytesPerSecond = 0; ///< of the body; 0 without limit
     End end = End::Close;
+    std::optional<Disturbance> disturbance; ///< streams only
 };
 
 struct FaultyAnswer {
@@ -63,15 +82,24 @@ public:
     bool add(Fault fault);
     void clear() { m_faults.clear(); }
     std::vector<std::string> texts() const;
-    /// The first fault for the path; its count goes down by one, and at zero it is gone.
+    std::size_t size() const { return m_faults.size(); }
+    /// The first fault of a request for the path; its count goes down by one, and at zero it is
+    /// gone.
     std::optional<Fault> take(const std::string &path);
+    /// As take, for what befalls a stream while it runs. Skips the first so many faults.
+    std::optional<Disturbance> takeDisturbance(const std::string &path, std::size_t skipped = 0);
+    /// Whether the server plays dead: at that path, or as a whole. Nothing is counted.
+    bool isDown(const std::string &path) const;
+    bool isDown() const;
 
 private:
+    std::optional<Fault> takeAt(std::vector<Fault>::iterator found);
+
     std::vector<Fault> m_faults;
 };
 
-/// The answer that the fault makes of a request. `sound` gives the right one; it is called only by
-/// faults that spoil an answer, not by those that replace it. `target` is the request's, for
+/// The answer that a fault of a request makes of it. `sound` gives the right one; it is called only
+/// by faults that spoil an answer, not by those that replace it. `target` is the request's, for
 /// redirections.
 FaultyAnswer spoil(
     const Fault &fault, const std::string &target, const std::function<Answer()> &sound);

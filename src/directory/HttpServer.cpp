@@ -1,5 +1,6 @@
 #include "directory/HttpServer.h"
 
+#include "directory/Compression.h"
 #include "directory/FaultControl.h"
 #include "directory/RequestScanner.h"
 #include "directory/TappedStream.h"
@@ -14,6 +15,7 @@ namespace {
 
 constexpr char bodyKey[] = "vesk-request-body";
 constexpr char secureKey[] = "vesk-secure";
+constexpr std::size_t leastCompressed = 1024;
 
 /// What has arrived of a request's body; beyond the bound only its being too long is kept.
 struct RequestBody {
@@ -23,9 +25,8 @@ struct RequestBody {
 
 bool isControl(std::string_view target)
 {
-    constexpr std::string_view path = faultControlPath;
-    return target.substr(0, path.size()) == path
-        && (target.size() == path.size() || target[path.size()] == '?');
+    const std::string_view path = target.substr(0, target.find('?'));
+    return path == faultControlPath || path == melodyPath;
 }
 
 std::string targetOf(SoupServerMessage *message)
@@ -49,10 +50,24 @@ ApiRequest requestOf(SoupServerMessage *message, const std::string &target, cons
     const char *type = soup_message_headers_get_content_type(headers, nullptr);
     if (type && equalIgnoringCase(type, "application/x-www-form-urlencoded"))
         request.query.merge(Query::parse(body));
+    if (const char *range = soup_message_headers_get_one(headers, "Range"))
+        request.range = range;
+    const char *titles = soup_message_headers_get_one(headers, "Icy-MetaData");
+    request.wantsTitles = titles && std::string_view(titles) == "1";
     request.secure
         = g_object_get_data(G_OBJECT(soup_server_message_get_remote_address(message)), secureKey)
         != nullptr;
     return request;
+}
+
+/// Whether the body is text that is worth compressing, and the client takes it so.
+bool compresses(SoupServerMessage *message, const Answer &answer)
+{
+    const bool text = answer.contentType.rfind("application/json", 0) == 0
+        || answer.contentType.rfind("text/", 0) == 0;
+    SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
+    const char *accepted = soup_message_headers_get_list(headers, "Accept-Encoding");
+    return text && answer.body.size() >= leastCompressed && accepted && acceptsGzip(accepted);
 }
 
 void send(SoupServerMessage *message, const Answer &answer)
@@ -61,8 +76,13 @@ void send(SoupServerMessage *message, const Answer &answer)
     SoupMessageHeaders *headers = soup_server_message_get_response_headers(message);
     for (const auto &header : answer.headers)
         soup_message_headers_append(headers, header.first.c_str(), header.second.c_str());
-    soup_server_message_set_response(message, answer.contentType.c_str(), SOUP_MEMORY_COPY,
-        answer.body.data(), answer.body.size());
+    soup_message_headers_append(headers, "Vary", "Accept-Encoding");
+    const bool compress = compresses(message, answer);
+    if (compress)
+        soup_message_headers_append(headers, "Content-Encoding", "gzip");
+    const std::string &body = compress ? compressed(answer.body, Compression::Gzip) : answer.body;
+    soup_server_message_set_response(
+        message, answer.contentType.c_str(), SOUP_MEMORY_COPY, body.data(), body.size());
 }
 
 /// The library only hangs up on a head that is too long for it; this client gets an answer first.
@@ -99,6 +119,20 @@ int addSilentListener(SoupServer *server)
     return pair[1];
 }
 
+Delivery resetting()
+{
+    Delivery delivery;
+    delivery.end = Delivery::End::Reset;
+    return delivery;
+}
+
+void resetAtOnce(GSocket *socket)
+{
+    const linger atOnce {1, 0};
+    setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    g_socket_close(socket, nullptr);
+}
+
 } // namespace
 
 HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log)
@@ -116,6 +150,7 @@ HttpServer::~HttpServer()
 {
     m_listeners.clear();
     m_deliveries.clear();
+    m_streams.clear();
     soup_server_disconnect(m_server);
     g_object_unref(m_server);
     close(m_silence);
@@ -146,6 +181,8 @@ std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *
 
 void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool secure)
 {
+    if (m_faults.isDown())
+        return resetAtOnce(g_socket_connection_get_socket(connection));
     const auto scanner = std::make_shared<RequestScanner>(
         [log = m_log](std::string_view method, std::string_view target) {
             if (log && !isControl(target))
@@ -215,31 +252,53 @@ void HttpServer::serve(SoupServerMessage *message)
         return send(message, textAnswer(413, "The request's body is too long."));
     if (target.size() > maxTarget)
         return send(message, textAnswer(414, "The request's target is too long."));
-    const ApiRequest request = requestOf(message, target, body->bytes);
-    if (isControl(target))
-        return send(message, controlFaults(m_faults, request.method, body->bytes));
-    FaultyAnswer answer = answerFor(request, target);
-    if (answer.delivery)
-        deliver(message, std::move(answer.answer), *answer.delivery);
+    ApiRequest request = requestOf(message, target, body->bytes);
+    if (request.path == faultControlPath)
+        return send(message, changeFaults(request.method, body->bytes));
+    if (request.path == melodyPath)
+        return send(message, m_directory.handle(request));
+    const FaultyAnswer answer = answerFor(request, target);
+    if (answer.answer.audio)
+        play(message, answer.answer, answer.delivery.value_or(Delivery()), request.path);
+    else if (answer.delivery)
+        deliver(message, answer.answer, *answer.delivery);
     else
         send(message, answer.answer);
 }
 
-FaultyAnswer HttpServer::answerFor(const ApiRequest &request, const std::string &target)
+/// A hop's request becomes that of what it leads to.
+FaultyAnswer HttpServer::answerFor(ApiRequest &request, const std::string &target)
 {
-    if (const std::optional<Hop> hop = hopOf(target)) {
-        if (!hop->location.empty())
-            return {redirection(hop->location), std::nullopt};
-        ApiRequest landed = request;
-        landed.path = percentDecoded(hop->target.substr(0, hop->target.find('?')), false);
-        return {m_directory.handle(landed), std::nullopt};
-    }
+    const std::optional<Hop> hop = hopOf(target);
+    if (hop)
+        request.path = percentDecoded(hop->target.substr(0, hop->target.find('?')), false);
+    if (m_faults.isDown(request.path))
+        return {Answer(), resetting()};
+    if (hop && !hop->location.empty())
+        return {redirection(hop->location), std::nullopt};
     const auto sound = [this, &request] { return m_directory.handle(request); };
-    const std::optional<Fault> fault = m_faults.take(request.path);
+    const std::optional<Fault> fault = hop ? std::nullopt : m_faults.take(request.path);
     return fault ? spoil(*fault, target, sound) : FaultyAnswer {sound(), std::nullopt};
 }
 
-void HttpServer::deliver(SoupServerMessage *message, Answer answer, const Delivery &delivery)
+Answer HttpServer::changeFaults(const std::string &method, const std::string &body)
+{
+    const std::size_t before = m_faults.size();
+    Answer answer = controlFaults(m_faults, method, body);
+    if (method != "POST" || answer.status != 200)
+        return answer;
+    // What is new acts on what is running as well.
+    for (auto stream = m_streams.begin(); stream != m_streams.end();) {
+        AudioDelivery &running = **stream++;
+        if (m_faults.isDown(running.path()))
+            running.reset();
+        else if (const auto disturbance = m_faults.takeDisturbance(running.path(), before))
+            running.disturb(*disturbance);
+    }
+    return controlFaults(m_faults, "GET", {});
+}
+
+void HttpServer::deliver(SoupServerMessage *message, const Answer &answer, const Delivery &delivery)
 {
     const bool withBody = soup_server_message_get_method(message) != SOUP_METHOD_HEAD;
     GIOStream *stream = soup_server_message_steal_connection(message);
@@ -247,6 +306,29 @@ void HttpServer::deliver(SoupServerMessage *message, Answer answer, const Delive
     *place = std::make_unique<RawDelivery>(
         stream, answer, delivery, withBody, [this, place] { m_deliveries.erase(place); });
     (*place)->start();
+}
+
+void HttpServer::play(
+    SoupServerMessage *message, const Answer &answer, Delivery delivery, const std::string &path)
+{
+    if (m_streams.size() >= maxStreams) {
+        Answer full = textAnswer(503, "Too many listen already.");
+        full.headers.emplace_back("Retry-After", "5");
+        return send(message, full);
+    }
+    if (soup_server_message_get_method(message) == SOUP_METHOD_HEAD)
+        delivery.bodyBytes = 0;
+    else if (!delivery.disturbance)
+        delivery.disturbance = m_faults.takeDisturbance(path);
+    GIOStream *stream = soup_server_message_steal_connection(message);
+    const auto place = m_streams.emplace(m_streams.end());
+    try {
+        *place = std::make_unique<AudioDelivery>(
+            stream, answer, delivery, path, [this, place] { m_streams.erase(place); });
+        (*place)->start();
+    } catch (const std::runtime_error &) {
+        m_streams.erase(place); // no encoder: the client sees the connection close
+    }
 }
 
 } // namespace directory

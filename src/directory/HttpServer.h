@@ -2,6 +2,7 @@
 /// one thread, whose default main context must run; everything it is given must outlive it.
 #pragma once
 
+#include "directory/AudioDelivery.h"
 #include "directory/Delivery.h"
 #include "directory/Directory.h"
 #include "directory/Listener.h"
@@ -18,6 +19,8 @@ class HttpServer {
 public:
     static constexpr std::size_t maxRequestBody = 64 * 1024;
     static constexpr std::size_t maxTarget = 8 * 1024;
+    /// Streams that run at a time.
+    static constexpr std::size_t maxStreams = 64;
 
     /// The log may be null.
     HttpServer(Directory &directory, Faults &faults, RequestLog *log);
@@ -39,8 +42,11 @@ private:
     std::string listenWith(const std::string &address, GTlsCertificate *certificate);
     void serve(SoupServerMessage *message);
     void accept(GIOStream *stream, GSocketConnection *connection, bool secure);
-    FaultyAnswer answerFor(const ApiRequest &request, const std::string &target);
-    void deliver(SoupServerMessage *message, Answer answer, const Delivery &delivery);
+    FaultyAnswer answerFor(ApiRequest &request, const std::string &target);
+    Answer changeFaults(const std::string &method, const std::string &body);
+    void deliver(SoupServerMessage *message, const Answer &answer, const Delivery &delivery);
+    void play(SoupServerMessage *message, const Answer &answer, Delivery delivery,
+        const std::string &path);
 
     Directory &m_directory;
     Faults &m_faults;
@@ -49,6 +55,7 @@ private:
     int m_silence; ///< keeps the library's own listener quiet
     std::vector<std::unique_ptr<Listener>> m_listeners;
     std::list<std::unique_ptr<RawDelivery>> m_deliveries;
+    std::list<std::unique_ptr<AudioDelivery>> m_streams;
 };
 
 } // namespace directory

@@ -242,4 +242,19 @@ std::string Members::claimCode(const std::string &serial)
     return claiming->claimCode;
 }
 
+std::string Members::claimed(const std::string &code) const
+{
+    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&code](const auto &each) {
+        return !code.empty() && equalIgnoringCase(each.second.claimCode, code);
+    });
+    return found != m_devices.end() ? found->first : std::string();
+}
+
+void Members::forgetClaimCode(const std::string &serial)
+{
+    const auto found = m_devices.find(serial);
+    if (found != m_devices.end())
+        found->second.claimCode.clear();
+}
+
 } // namespace directory

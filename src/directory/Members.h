@@ -96,6 +96,9 @@ public:
     std::string drop(const Account &account, const std::string &serial);
     /// The device's claim code, made at its first use; empty when there is no room for the device.
     std::string claimCode(const std::string &serial);
+    /// The serial of the device with that code, read without case; empty when there is none.
+    std::string claimed(const std::string &code) const;
+    void forgetClaimCode(const std::string &serial);
 
 private:
     struct Device {

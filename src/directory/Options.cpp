@@ -33,6 +33,9 @@ Options parseOptions(int count, const char *const *arguments)
     app.add_option("--data", options.data, "what the directory offers, YAML")->type_name("FILE");
     app.add_option("--request-log", options.requestLog, "append a line per request")
         ->type_name("FILE");
+    app.add_option("--title-seconds", options.titleSeconds, "how long a song lasts, and its title")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 86400));
     app.add_option("--fault", faults, "do something wrong; may be given several times")
         ->type_name("NAME[@PATH][:ARGUMENT][*COUNT]")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)

@@ -15,6 +15,7 @@ struct Options {
     std::string key;
     std::string data; ///< empty: beside the program
     std::string requestLog;
+    int titleSeconds = 0; ///< how long a song lasts; 0: as the data file says
     std::vector<Fault> faults;
     std::string help; ///< not empty: to be printed instead of serving
 };

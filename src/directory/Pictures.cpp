@@ -1,10 +1,10 @@
 #include "directory/Pictures.h"
 
+#include "directory/Compression.h"
 #include "directory/Context.h"
 
 #include <algorithm>
 #include <array>
-#include <gio/gio.h>
 
 namespace directory {
 
@@ -35,27 +35,6 @@ void appendChunk(std::string &png, const std::string &type, const std::string &d
     const std::string covered = type + data;
     png += covered;
     append32(png, crc32(covered));
-}
-
-std::string deflated(const std::string &bytes)
-{
-    GZlibCompressor *compressor = g_zlib_compressor_new(G_ZLIB_COMPRESSOR_FORMAT_ZLIB, 9);
-    std::string out;
-    std::size_t at = 0;
-    GConverterResult result = G_CONVERTER_CONVERTED;
-    std::array<char, 4096> buffer;
-    while (result != G_CONVERTER_FINISHED) {
-        gsize read = 0;
-        gsize written = 0;
-        result = g_converter_convert(G_CONVERTER(compressor), bytes.data() + at, bytes.size() - at,
-            buffer.data(), buffer.size(), G_CONVERTER_INPUT_AT_END, &read, &written, nullptr);
-        if (result == G_CONVERTER_ERROR)
-            break;
-        at += read;
-        out.append(buffer.data(), written);
-    }
-    g_object_unref(compressor);
-    return out;
 }
 
 /// A pattern that mirrors at its middle, in one colour on a light ground, as one byte of palette
@@ -94,7 +73,7 @@ std::string patternPng(const std::string &name, int size)
     std::string png = "\x89PNG\r\n\x1A\n";
     appendChunk(png, "IHDR", header);
     appendChunk(png, "PLTE", palette);
-    appendChunk(png, "IDAT", deflated(patternPixels(seed, size)));
+    appendChunk(png, "IDAT", compressed(patternPixels(seed, size), Compression::Zlib));
     appendChunk(png, "IEND", {});
     return png;
 }

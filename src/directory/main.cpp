@@ -72,6 +72,8 @@ int main(int argc, char **argv)
             const std::string line = error.line() > 0 ? ':' + std::to_string(error.line()) : "";
             return complain(file + line + ": " + error.what());
         }
+        if (options.titleSeconds > 0)
+            catalog.songSeconds = options.titleSeconds;
         serve(options, std::move(catalog));
         return 0;
     } catch (const std::exception &error) {

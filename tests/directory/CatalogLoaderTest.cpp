@@ -73,8 +73,10 @@ TEST(ShippedData, HoldsEnoughToBrowse)
 TEST(ShippedData, GivesStationsSeveralStreamsUnlessTheyAreTheExceptions)
 {
     std::size_t few = 0;
-    for (const Station &station : shippedCatalog().stations)
-        few += station.streams.size() < 3 ? 1 : 0;
+    for (const Station &station : shippedCatalog().stations) {
+        const bool forTrying = station.name.rfind("Trial ", 0) == 0;
+        few += !forTrying && station.streams.size() < 3 ? 1 : 0;
+    }
     EXPECT_EQ(few, 1u);
 }
 
@@ -118,6 +120,11 @@ TEST(CatalogLoader, NamesTheLineOfAMistake)
     expectMistake(smallFile(std::string(goodStation) + "    frequency: [1]\n"), 29, "frequency");
     expectMistake(
         smallFile(std::string(goodStation) + "    streams: nowhere\n"), 25, "\"nowhere\"");
+    const std::string streams = std::string(goodStation) + "    streams: ";
+    expectMistake(
+        smallFile(streams + "[{codec: mp3, bitrate: 64, trick: loop}]\n"), 29, "trick loop");
+    expectMistake(smallFile(streams + "[{codec: mp3, bitrate: 64, playlist: m3u, depth: 21}]\n"),
+        29, "depth");
     expectMistake(smallFile("  - just a text\n"), 25, "mapping");
     expectMistake(smallFile("  - id: 17\n"), 25, "\"id\"");
     expectMistake(smallFile("  - id: s1\n  broken: [\n"), 26, "");

@@ -51,7 +51,9 @@ TEST(Faults, RefusesWhatIsNoFault)
 {
     for (const char *text : {"", "nonsense", "http-status", "http-status:", "http-status:99",
              "http-status:600", "http-status:4o3", "stall:5", "empty@:", "empty@", "empty*0",
-             "trickle:0", "redirect-chain:101", "oversized:999999999", "body", "head-fault"})
+             "trickle:0", "redirect-chain:101", "stream-close", "stream-garbage:x",
+             "stream-garbage:1,0", "stream-garbage:1,x", "down:0", "retry-after:soon",
+             "login-page:1", "oversized:999999999", "body", "head-fault"})
         EXPECT_FALSE(accepted(text)) << text;
 }
 
@@ -161,6 +163,43 @@ TEST(Faults, ARedirectLoopLeadsToItself)
     const std::string location
         = spoil(parsed("redirect-loop"), "/x", soundAnswer).answer.headers[0].second;
     EXPECT_EQ(hopOf(location)->location, location);
+}
+
+TEST(Faults, OfStreamsAreTakenOnlyByStreams)
+{
+    Faults faults;
+    faults.add(parsed("stream-garbage@/stream/:3,500*1"));
+    faults.add(parsed("stream-reset:1"));
+    EXPECT_FALSE(faults.take("/stream/s1/1.mp3").has_value());
+    EXPECT_EQ(faults.takeDisturbance("/other")->kind, Disturbance::Kind::Reset);
+    const std::optional<Disturbance> first = faults.takeDisturbance("/stream/s1/1.mp3");
+    EXPECT_EQ(first->kind, Disturbance::Kind::Garbage);
+    EXPECT_EQ(first->seconds, 3);
+    EXPECT_EQ(first->bytes, 500u);
+    EXPECT_EQ(faults.takeDisturbance("/stream/s1/1.mp3")->kind, Disturbance::Kind::Reset);
+    EXPECT_FALSE(faults.takeDisturbance("/stream/s1/1.mp3", 1).has_value());
+}
+
+TEST(Faults, DownIsLimitedToItsPathAndCountsNothing)
+{
+    Faults faults;
+    faults.add(parsed("down@/stream/:60"));
+    EXPECT_TRUE(faults.isDown("/stream/s1/1.mp3"));
+    EXPECT_FALSE(faults.isDown("/Browse.ashx"));
+    EXPECT_FALSE(faults.isDown());
+    EXPECT_FALSE(faults.take("/stream/s1/1.mp3").has_value());
+    faults.add(parsed("down:60"));
+    EXPECT_TRUE(faults.isDown());
+    EXPECT_TRUE(faults.isDown("/Browse.ashx"));
+}
+
+TEST(Faults, ALoginPageIsASuccessThatIsNoJson)
+{
+    const FaultyAnswer answer = spoiled("login-page");
+    EXPECT_EQ(answer.answer.status, 200);
+    EXPECT_EQ(answer.answer.contentType, "text/html; charset=utf-8");
+    EXPECT_EQ(spoiled("retry-after:30").answer.headers,
+        (decltype(Answer::headers) {{"Retry-After", "30"}}));
 }
 
 TEST(Faults, OtherTargetsAreNoHops)

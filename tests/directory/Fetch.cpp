@@ -48,6 +48,8 @@ Fetched fetch(const std::string &url, const FetchOptions &options)
     }
     if (options.method != "GET" && options.method != "HEAD")
         curl_easy_setopt(easy.get(), CURLOPT_CUSTOMREQUEST, options.method.c_str());
+    if (!options.encoding.empty())
+        curl_easy_setopt(easy.get(), CURLOPT_ACCEPT_ENCODING, options.encoding.c_str());
     if (!options.caFile.empty())
         curl_easy_setopt(easy.get(), CURLOPT_CAINFO, options.caFile.c_str());
     curl_easy_setopt(easy.get(), CURLOPT_FOLLOWLOCATION, options.redirects > 0 ? 1L : 0L);

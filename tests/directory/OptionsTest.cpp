@@ -17,13 +17,14 @@ TEST(Options, ReadsAllOfThem)
 {
     const Options options = parsed({"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert",
         "c.pem", "--key", "k.pem", "--data", "d.yaml", "--request-log", "r.log", "--fault", "stall",
-        "--fault", "http-status@Browse.ashx:403*3"});
+        "--fault", "http-status@Browse.ashx:403*3", "--title-seconds", "7"});
     EXPECT_EQ(options.listen, "127.0.0.1:0");
     EXPECT_EQ(options.tlsListen, "[::1]:0");
     EXPECT_EQ(options.certificate, "c.pem");
     EXPECT_EQ(options.key, "k.pem");
     EXPECT_EQ(options.data, "d.yaml");
     EXPECT_EQ(options.requestLog, "r.log");
+    EXPECT_EQ(options.titleSeconds, 7);
     ASSERT_EQ(options.faults.size(), 2u);
     EXPECT_EQ(options.faults[1].number, 403);
 }
@@ -32,7 +33,7 @@ TEST(Options, MistakesAreOneLine)
 {
     const std::vector<std::vector<const char *>> mistakes {{"--nonsense"}, {"positional"},
         {"--listen"}, {"--tls-listen", "127.0.0.1:0"}, {"--cert", "c.pem"}, {"--fault", "nonsense"},
-        {"--fault"}};
+        {"--fault"}, {"--title-seconds", "0"}};
     for (const auto &arguments : mistakes) {
         try {
             parsed(arguments);

@@ -21,6 +21,7 @@ ApiRequest requestFor(const std::string &target, const std::string &method = "GE
 class DirectoryTest : public testing::Test {
 protected:
     Answer answer(const std::string &target, const std::string &method = "GET");
+    Answer ask(const ApiRequest &request) { return m_directory.handle(request); }
     /// The parsed answer; fails the test when it is no JSON.
     Json json(const std::string &target, const std::string &method = "GET");
     Json body(const std::string &target) { return json(target)["body"]; }

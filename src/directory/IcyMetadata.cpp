@@ -1,0 +1,32 @@
+#include "directory/IcyMetadata.h"
+
+namespace directory {
+
+std::string IcyMetadata::block(const std::string &title)
+{
+    constexpr std::string_view opening = "StreamTitle='";
+    constexpr std::string_view closing = "';";
+    std::string text(opening);
+    text += title.substr(0, maxBlock - opening.size() - closing.size());
+    text += closing;
+    const std::size_t units = (text.size() + 15) / 16;
+    text.resize(units * 16, '\0');
+    return static_cast<char>(units) + text;
+}
+
+std::string IcyMetadata::woven(std::string_view audio)
+{
+    std::string out;
+    while (audio.size() >= m_left) {
+        out += audio.substr(0, m_left);
+        audio.remove_prefix(m_left);
+        m_left = interval;
+        const std::string title = m_title();
+        out += title == m_last ? std::string(1, '\0') : block(title);
+        m_last = title;
+    }
+    m_left -= audio.size();
+    return out.append(audio);
+}
+
+} // namespace directory

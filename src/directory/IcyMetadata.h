@@ -1,0 +1,33 @@
+/// Weaves titles into a stream as SHOUTcast servers do: after every so many bytes of audio a length
+/// byte, in units of 16, and that much text.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace directory {
+
+class IcyMetadata {
+public:
+    static constexpr std::size_t interval = 16000;
+    /// What a length byte can say.
+    static constexpr std::size_t maxBlock = 255 * 16;
+
+    /// `title` is asked once for each block; a title that has not changed is not sent again.
+    explicit IcyMetadata(std::function<std::string()> title)
+        : m_title(std::move(title))
+    {
+    }
+
+    std::string woven(std::string_view audio);
+    /// A block with its length byte; longer titles are cut.
+    static std::string block(const std::string &title);
+
+private:
+    std::function<std::string()> m_title;
+    std::string m_last;
+    std::size_t m_left = interval;
+};
+
+} // namespace directory

@@ -1,0 +1,80 @@
+#include "directory/Melody.h"
+
+#include "directory/Context.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace directory {
+
+namespace {
+
+constexpr double pi = 3.14159265358979;
+constexpr double lowestNote = 261.63; // C4
+constexpr int octaves = 3;
+constexpr std::array<int, 5> pentatonic {0, 2, 4, 7, 9};
+/// Semitones between the streams of a station: no multiple of it up to eight lies in the scale.
+constexpr double transposition = 1.35;
+constexpr double fadeSeconds = 0.01;
+/// Without a divisor of the number of melodies, so neighbours differ much and none are alike.
+constexpr std::uint32_t stride = 12347;
+
+std::uint32_t numberOf(const std::string &guideId)
+{
+    const int number = guideId.empty() ? -1 : parseNumber(std::string_view(guideId).substr(1));
+    return number >= 0 ? static_cast<std::uint32_t>(number) : stableNumber(guideId);
+}
+
+/// The n-th way to choose four of the scale's notes, in order and without repetition.
+std::array<int, Melody::noteCount> chosenNotes(std::uint32_t n)
+{
+    std::vector<int> left;
+    for (int octave = 0; octave < octaves; ++octave) {
+        for (const int semitone : pentatonic)
+            left.push_back(12 * octave + semitone);
+    }
+    std::array<int, Melody::noteCount> chosen {};
+    for (int &note : chosen) {
+        const auto at = static_cast<std::ptrdiff_t>(n % left.size());
+        n /= static_cast<std::uint32_t>(left.size());
+        note = left[static_cast<std::size_t>(at)];
+        left.erase(left.begin() + at);
+    }
+    return chosen;
+}
+
+double fade(double second)
+{
+    const double edge = std::min({second, Melody::noteSeconds - second, fadeSeconds});
+    return 0.5 - 0.5 * std::cos(pi * edge / fadeSeconds);
+}
+
+} // namespace
+
+Melody::Melody(const std::string &guideId, std::size_t stream)
+{
+    constexpr std::uint32_t melodies = 15 * 14 * 13 * 12;
+    const std::array<int, noteCount> chosen
+        = chosenNotes(numberOf(guideId) % melodies * stride % melodies);
+    for (std::size_t i = 0; i < noteCount; ++i) {
+        const double semitones = chosen[i] + transposition * static_cast<double>(stream);
+        m_notes[i] = std::round(lowestNote * std::pow(2, semitones / 12) * 10) / 10;
+    }
+}
+
+std::vector<std::int16_t> Melody::samples(
+    std::uint64_t first, std::size_t frames, unsigned rate, unsigned channels) const
+{
+    const std::uint64_t perNote = rate / 2;
+    std::vector<std::int16_t> out;
+    out.reserve(frames * channels);
+    for (std::uint64_t frame = first; frame < first + frames; ++frame) {
+        const double second = static_cast<double>(frame % perNote) / rate;
+        const double note = m_notes[frame / perNote % noteCount];
+        const double value = loudness * fade(second) * std::sin(2 * pi * note * second);
+        out.insert(out.end(), channels, static_cast<std::int16_t>(std::lround(value * 32767)));
+    }
+    return out;
+}
+
+} // namespace directory

@@ -1,0 +1,33 @@
+/// A timer or a stream's source in the main context that calls something when it fires, and never
+/// after stop(). Lives on the thread whose default main context runs it; what it calls may destroy
+/// it.
+#pragma once
+
+#include <functional>
+#include <gio/gio.h>
+
+namespace directory {
+
+class Watch {
+public:
+    using Call = std::function<void()>;
+
+    Watch() = default;
+    ~Watch() { stop(); }
+    Watch(const Watch &) = delete;
+    Watch &operator=(const Watch &) = delete;
+
+    /// Fires once.
+    void onTime(unsigned milliseconds, Call call);
+    /// Fires again and again; takes over the reference to the source.
+    void onStream(GSource *source, Call call);
+    void stop();
+    bool running() const { return m_source != nullptr; }
+
+private:
+    void attach(GSource *source, GSourceFunc function, Call call);
+
+    GSource *m_source = nullptr;
+};
+
+} // namespace directory

@@ -1,0 +1,52 @@
+#include "directory/IcyMetadata.h"
+
+#include <gtest/gtest.h>
+
+using namespace directory;
+
+namespace {
+
+constexpr std::size_t interval = IcyMetadata::interval;
+
+TEST(IcyMetadata, WeavesABlockInAfterEachInterval)
+{
+    std::string title = "It's - Öl";
+    IcyMetadata metadata([&title] { return title; });
+    EXPECT_EQ(metadata.woven(std::string(interval - 1, 'a')), std::string(interval - 1, 'a'));
+    const std::string block = metadata.woven("ab");
+    EXPECT_EQ(
+        block, "a\x02" + std::string("StreamTitle='It's - Öl';") + std::string(7, '\0') + 'b');
+}
+
+TEST(IcyMetadata, SaysATitleOnceUntilItChanges)
+{
+    std::string title = "one";
+    IcyMetadata metadata([&title] { return title; });
+    const std::string first = metadata.woven(std::string(3 * interval, 'a'));
+    EXPECT_EQ(first.size(), 3 * interval + 1 + 32 + 1 + 1);
+    EXPECT_EQ(first.substr(first.size() - 1), std::string(1, '\0'));
+    title = "two";
+    EXPECT_EQ(
+        metadata.woven(std::string(interval, 'a')).substr(interval), IcyMetadata::block("two"));
+}
+
+TEST(IcyMetadata, DoesNotCareHowTheAudioComesInPieces)
+{
+    const auto title = [] { return std::string("title"); };
+    IcyMetadata whole(title);
+    IcyMetadata pieces(title);
+    std::string woven;
+    for (int i = 0; i < 100; ++i)
+        woven += pieces.woven(std::string(777, 'a'));
+    EXPECT_EQ(woven, whole.woven(std::string(77700, 'a')));
+}
+
+TEST(IcyMetadata, CutsTitlesThatNoLengthByteCanTell)
+{
+    const std::string block = IcyMetadata::block(std::string(10000, 'x'));
+    EXPECT_EQ(block.size(), 1 + IcyMetadata::maxBlock);
+    EXPECT_EQ(block[0], '\xFF');
+    EXPECT_EQ(block.substr(block.size() - 2), "';");
+}
+
+} // namespace

@@ -1,0 +1,218 @@
+#include "tests/support/Ear.h"
+#include "tests/directory/Fetch.h"
+#include "tests/directory/RunningServer.h"
+#include "tests/directory/StreamClient.h"
+
+#include "directory/Api.h"
+
+#include <chrono>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <thread>
+
+using namespace directory;
+using namespace directory::test;
+using namespace ear;
+using End = StreamClient::End;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr char mp3[] = "/stream/s29001/1.mp3";
+constexpr char aac[] = "/stream/s29001/2.aac";
+/// Less than the burst, so it is there at once.
+constexpr std::size_t some = 40000;
+
+class StreamFaults : public testing::Test {
+protected:
+    std::string faults() const { return fetch(m_server.url("/_faults")).body; }
+    std::vector<double> notes() const
+    {
+        return Json::parse(fetch(m_server.url("/_tunes?id=s29001")).body)["streams"][0]["notes"];
+    }
+    int port() const { return m_server.port(); }
+
+    RunningServer m_server;
+};
+
+TEST_F(StreamFaults, EndARunningStreamOnDemand)
+{
+    for (const auto &[fault, end] : {std::pair<std::string, End> {"stream-close", End::Closed},
+             std::pair<std::string, End> {"stream-reset", End::Reset}}) {
+        StreamClient hit(port(), mp3);
+        StreamClient spared(port(), aac);
+        ASSERT_TRUE(hit.readBytes(some));
+        ASSERT_TRUE(spared.readBytes(some));
+        m_server.fail(fault + "@" + mp3 + ":0*1");
+        EXPECT_EQ(hit.readToEnd(), end) << fault;
+        EXPECT_EQ(faults(), "{\"faults\":[]}\n");
+        // It befell that one stream, neither others nor the next one.
+        StreamClient next(port(), mp3);
+        EXPECT_TRUE(next.readBytes(some));
+        EXPECT_TRUE(spared.readBytes(some + 10000));
+    }
+}
+
+TEST_F(StreamFaults, EndAStreamAfterATime)
+{
+    m_server.fail(std::string("stream-close@") + mp3 + ":1*1");
+    const auto start = std::chrono::steady_clock::now();
+    StreamClient client(port(), mp3);
+    EXPECT_EQ(client.readToEnd(), End::Closed);
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(taken.count(), 1.0);
+    EXPECT_LT(taken.count(), 4.0);
+    EXPECT_GT(client.body().size(), some);
+}
+
+TEST_F(StreamFaults, EndAStreamAfterSomeBytes)
+{
+    for (const char *fault : {"truncated", "cut"}) {
+        m_server.fail(std::string(fault) + "@/stream/:12345*1");
+        StreamClient client(port(), mp3);
+        EXPECT_EQ(client.readToEnd(), End::Closed);
+        EXPECT_EQ(client.body().size(), 12345u) << fault;
+    }
+}
+
+TEST_F(StreamFaults, StallAStreamButKeepTheConnection)
+{
+    StreamClient client(port(), mp3);
+    ASSERT_TRUE(client.readBytes(some));
+    m_server.fail("stream-stall:0*1");
+    client.readFor(300); // what was under way
+    const std::size_t size = client.body().size();
+    client.readFor(1000);
+    EXPECT_EQ(client.body().size(), size);
+    EXPECT_EQ(client.end(), End::Open);
+}
+
+TEST_F(StreamFaults, StallAStreamFromItsStart)
+{
+    m_server.fail("stall@/stream/*1");
+    StreamClient client(port(), mp3);
+    client.readFor(700);
+    EXPECT_EQ(client.end(), End::Open);
+    EXPECT_EQ(client.status(), 200);
+    EXPECT_EQ(client.body(), "");
+}
+
+TEST_F(StreamFaults, TrickleAStream)
+{
+    m_server.fail("trickle@/stream/:4000");
+    StreamClient client(port(), mp3);
+    client.readFor(1500);
+    EXPECT_GT(client.body().size(), 3000u);
+    EXPECT_LT(client.body().size(), 9000u);
+}
+
+TEST_F(StreamFaults, SpoilAStreamFromItsStart)
+{
+    m_server.fail("stream-garbage@/stream/:0*1");
+    StreamClient client(port(), mp3);
+    ASSERT_TRUE(client.readBytes(some));
+    EXPECT_FALSE(isPartOf(decoded(client.body()).notes(), notes(), 1));
+}
+
+TEST_F(StreamFaults, SpoilSomeBytesOfAStream)
+{
+    m_server.fail("stream-garbage@/stream/:0,8000*1");
+    StreamClient client(port(), mp3);
+    ASSERT_TRUE(client.readBytes(60000));
+    const std::string rest = client.body().substr(8000);
+    EXPECT_TRUE(isPartOf(decoded(rest).notes(), notes(), 5));
+    StreamClient sound(port(), mp3);
+    ASSERT_TRUE(sound.readBytes(60000));
+    EXPECT_NE(sound.body().substr(0, 8000), client.body().substr(0, 8000));
+    EXPECT_EQ(sound.body().substr(8000, 50000), client.body().substr(8000, 50000));
+}
+
+TEST_F(StreamFaults, RefuseAStreamAFewTimes)
+{
+    m_server.fail("http-status@/stream/:503*2");
+    for (const int status : {503, 503, 200}) {
+        StreamClient client(port(), mp3);
+        client.readBytes(1);
+        EXPECT_EQ(client.status(), status);
+    }
+    m_server.fail("retry-after@/stream/:7*1");
+    StreamClient client(port(), mp3);
+    client.readToEnd();
+    EXPECT_EQ(client.status(), 503);
+    EXPECT_EQ(client.header("retry-after"), "7");
+}
+
+TEST_F(StreamFaults, LeadAStreamThroughRedirections)
+{
+    for (const long hops : {5, 6}) {
+        m_server.fail("redirect-chain@/stream/:" + std::to_string(hops) + "*1");
+        FetchOptions options;
+        options.timeoutMilliseconds = 1500;
+        options.redirects = hops;
+        const Fetched answer = fetch(m_server.url(mp3), options);
+        EXPECT_EQ(answer.code, CURLE_OPERATION_TIMEDOUT);
+        EXPECT_EQ(answer.status, 200);
+        EXPECT_TRUE(isPartOf(decoded(answer.body).notes(), notes(), 5));
+        m_server.fail("redirect-chain@/stream/:" + std::to_string(hops) + "*1");
+        options.redirects = hops - 1;
+        EXPECT_EQ(fetch(m_server.url(mp3), options).code, CURLE_TOO_MANY_REDIRECTS);
+    }
+}
+
+TEST_F(StreamFaults, FindAStreamBehindRedirectionsByItsOwnPath)
+{
+    m_server.fail("redirect-chain@/stream/:2*1");
+    StreamClient client(port(), "/_hops/0" + std::string(mp3));
+    ASSERT_TRUE(client.readBytes(some));
+    m_server.fail(std::string("stream-close@") + mp3 + ":0*1");
+    EXPECT_EQ(client.readToEnd(), End::Closed);
+}
+
+TEST_F(StreamFaults, PutALoginPageInFrontOfAStream)
+{
+    m_server.fail("login-page@/stream/*1");
+    const Fetched answer = fetch(m_server.url(mp3));
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_THAT(answer.headers, HasSubstr("Content-Type: text/html"));
+    EXPECT_THAT(answer.body, HasSubstr("<form"));
+}
+
+TEST_F(StreamFaults, TakeTheStreamsDownForATime)
+{
+    StreamClient running(port(), mp3);
+    ASSERT_TRUE(running.readBytes(some));
+    m_server.fail("down@/stream/:1");
+    EXPECT_EQ(running.readToEnd(), End::Reset);
+    StreamClient refused(port(), mp3);
+    EXPECT_EQ(refused.readToEnd(), End::Reset);
+    EXPECT_EQ(refused.status(), 0);
+    EXPECT_EQ(fetch(m_server.url("/Browse.ashx")).status, 200);
+    EXPECT_EQ(faults(), "{\"faults\":[\"down@/stream/:1\"]}\n");
+    int status = 0;
+    for (int i = 0; i < 300 && status == 0; ++i) {
+        StreamClient again(port(), mp3);
+        again.readBytes(1);
+        status = again.status();
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_EQ(status, 200);
+    EXPECT_EQ(faults(), "{\"faults\":[]}\n");
+}
+
+TEST_F(StreamFaults, TakeTheWholeServerDownForATime)
+{
+    const auto start = std::chrono::steady_clock::now();
+    m_server.fail("down:1");
+    // The reset may come before the request is sent or after it.
+    const auto reset = testing::AnyOf(CURLE_COULDNT_CONNECT, CURLE_SEND_ERROR, CURLE_RECV_ERROR);
+    EXPECT_THAT(fetch(m_server.url("/Browse.ashx")).code, reset);
+    EXPECT_THAT(fetch(m_server.url("/_faults")).code, reset);
+    int attempts = 0;
+    while (fetch(m_server.url("/_faults")).code != CURLE_OK && attempts++ < 300)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    EXPECT_GE(taken.count(), 0.9);
+    EXPECT_LT(attempts, 300);
+}
+
+} // namespace
