@@ -1,68 +1,28 @@
 #include "ctl/CtlCommandLine.h"
 
 #include "api/web/VeskUrl.h"
+#include "cli/CommandLine.h"
+#include "ctl/CtlArguments.h"
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
-
 namespace {
 
-struct Arguments {
-    std::string host;
-    bool json = false;
-    std::string path;
-    std::string text;
-    std::vector<std::string> roles;
-    int first = 0;
-    int last = -1;
-    int limit = -1;
-};
-
-struct Commands {
-    CLI::App *ls;
-    CLI::App *search;
-    CLI::App *get;
-    CLI::App *set;
-};
-
-void addRange(CLI::App *command, Arguments &into)
-{
-    const CLI::Range count(0, 1000000000);
-    command->add_option("--first", into.first, "The first row to show, from 0")->check(count);
-    CLI::Option *last
-        = command->add_option("--last", into.last, "The last row to show")->check(count);
-    command->add_option("--limit", into.limit, "How many rows to show")
-        ->check(CLI::Range(1, 1000000000))
-        ->excludes(last);
-}
-
-Commands addCommands(CLI::App &app, Arguments &into)
+void addEverything(CLI::App &app, CtlArguments &into)
 {
     app.add_option("--host", into.host, "Where the host is (http://127.0.0.1:8765/)")
         ->type_name("URL");
     app.add_flag("--json", into.json, "Print answers as JSON");
+    app.add_option("--in", into.service, "The service; without it, the only one that there is")
+        ->type_name("PATH");
     app.require_subcommand(1);
     app.fallthrough();
-
-    Commands commands {};
-    commands.ls = app.add_subcommand("ls", "Show a screen");
-    commands.ls->add_option("PATH", into.path, "The screen; without it, what there is");
-    addRange(commands.ls, into);
-
-    commands.search = app.add_subcommand("search", "Search and show what is found");
-    commands.search->add_option("TEXT", into.text, "What to search for")->required();
-    commands.search->add_option("--in", into.path, "The service to search")->type_name("PATH");
-    addRange(commands.search, into);
-
-    commands.get = app.add_subcommand("get", "Print a value");
-    commands.get->add_option("PATH", into.path, "The value, row or screen")->required();
-    commands.get->add_option("ROLE", into.roles, "What of it (value)");
-
-    commands.set = app.add_subcommand("set", "Change a value");
-    commands.set->add_option("PATH", into.path, "The value")->required();
-    commands.set->add_option("VALUE", into.text, "What it shall be")->required();
-    return commands;
+    app.footer("A PLACE is a path, row numbers from the first screen on (3/0/12), \"favorites\",\n"
+               "row numbers from there on (favorites/0), or what is found (search:TEXT).");
+    addScreenCommands(app, into);
+    addPlayerCommands(app, into);
+    addMenuCommands(app, into);
+    addAccountCommands(app, into);
 }
 
 QString text(const std::string &argument)
@@ -81,13 +41,19 @@ QString setHost(CtlOptions &options, const QString &host)
     return {};
 }
 
-QString setPath(CtlOptions &options, const QString &path)
+QString setService(CtlOptions &options, const QString &service)
 {
-    options.path = CMPath::fromEncoded(path);
-    return options.path.isEmpty() ? QStringLiteral("\"%1\" is no path").arg(path) : QString();
+    options.service = CMPath::fromEncoded(service);
+    return options.service.isEmpty() ? QStringLiteral("\"%1\" is no path").arg(service) : QString();
 }
 
-QString setRange(CtlOptions &options, const Arguments &arguments)
+QString setPlace(CtlOptions &options, const QString &place)
+{
+    return CtlPlace::parse(place, options.place) ? QString()
+                                                 : QStringLiteral("\"%1\" is no place").arg(place);
+}
+
+QString setRange(CtlOptions &options, const CtlArguments &arguments)
 {
     options.first = arguments.first;
     options.last = arguments.limit > 0 ? arguments.first + arguments.limit - 1 : arguments.last;
@@ -96,23 +62,50 @@ QString setRange(CtlOptions &options, const Arguments &arguments)
     return {};
 }
 
-QString apply(
-    const Arguments &arguments, const Commands &commands, bool hasPath, CtlOptions &options)
+void setRoles(CtlOptions &options, const CtlArguments &arguments)
 {
-    options.json = arguments.json;
-    options.text = text(arguments.text);
     for (const std::string &role : arguments.roles)
         options.roles.append(text(role));
     if (options.roles.isEmpty())
         options.roles.append(QStringLiteral("value"));
-    options.command = commands.search->parsed() ? CtlOptions::Search
-        : commands.get->parsed()                ? CtlOptions::Get
-        : commands.set->parsed()                ? CtlOptions::Set
-                                                : CtlOptions::Ls;
-    const QString complaint = setRange(options, arguments);
-    if (!complaint.isEmpty() || !hasPath)
-        return complaint;
-    return setPath(options, text(arguments.path));
+}
+
+void setAccount(CtlOptions &options, const CtlArguments &arguments)
+{
+    options.account.setOperation(arguments.operation);
+    options.account.setUserName(text(arguments.userName));
+    options.account.setEmail(text(arguments.email));
+    options.account.setPostalCode(text(arguments.postalCode));
+    options.account.setCity(text(arguments.city));
+    options.account.setCountryId(text(arguments.countryId));
+}
+
+QString apply(const CLI::App &app, const CtlArguments &arguments, CtlOptions &options)
+{
+    options.json = arguments.json;
+    options.command = arguments.command;
+    options.row = arguments.row;
+    options.choice = arguments.choice;
+    options.watch = arguments.watch;
+    options.text = text(arguments.text);
+    setRoles(options, arguments);
+    setAccount(options, arguments);
+    QString complaint = setRange(options, arguments);
+    if (complaint.isEmpty() && app.count("--in") > 0)
+        complaint = setService(options, text(arguments.service));
+    const CLI::App *command = app.get_subcommands().front();
+    if (!command->get_subcommands().empty())
+        command = command->get_subcommands().front();
+    const CLI::Option *place = command->get_option_no_throw("PLACE");
+    if (complaint.isEmpty() && place && place->count() > 0)
+        complaint = setPlace(options, text(arguments.place));
+    if (options.command == CtlOptions::Favorites)
+        options.place.start = CtlPlace::Favorites;
+    if (options.command == CtlOptions::Search) {
+        options.place.start = CtlPlace::Search;
+        options.place.text = options.text;
+    }
+    return complaint;
 }
 
 CtlCommandLine ended(int status, const QString &output)
@@ -125,34 +118,30 @@ CtlCommandLine ended(int status, const QString &output)
 
 } // namespace
 
+CLI::App *addCommand(CLI::App &app, const char *name, const char *description,
+    CtlOptions::Command command, CtlArguments &into)
+{
+    CLI::App *added = app.add_subcommand(name, description);
+    added->callback([&into, command] { into.command = command; });
+    return added;
+}
+
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost)
 {
-    CLI::App app("Browses what a vesk-host offers.", "veskctl");
-    Arguments read;
-    const Commands commands = addCommands(app, read);
-    std::vector<std::string> reversed;
-    for (const QString &argument : arguments)
-        reversed.push_back(argument.toStdString());
-    std::reverse(reversed.begin(), reversed.end());
-    try {
-        app.parse(reversed);
-    } catch (const CLI::CallForHelp &) {
-        return ended(0, text(app.help()));
-    } catch (const CLI::ParseError &error) {
-        return ended(2, text(error.what()));
-    }
+    CLI::App app("Browses and plays what a vesk-host offers.", "veskctl");
+    CtlArguments read;
+    addEverything(app, read);
+    if (const auto end = readCommandLine(app, arguments))
+        return ended(end->status, end->text);
 
     CtlCommandLine result;
-    const bool hasPath = commands.ls->count("PATH") + commands.search->count("--in")
-            + commands.get->count("PATH") + commands.set->count("PATH")
-        > 0;
     QString complaint;
     if (app.count("--host") > 0)
         complaint = setHost(result.options, text(read.host));
     else if (!environmentHost.isEmpty())
         complaint = setHost(result.options, environmentHost);
     if (complaint.isEmpty())
-        complaint = apply(read, commands, hasPath, result.options);
+        complaint = apply(app, read, result.options);
     if (!complaint.isEmpty())
         return ended(2, complaint);
     result.run = true;

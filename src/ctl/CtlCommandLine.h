@@ -1,28 +1,6 @@
 #pragma once
 
-#include "api/values/CMPath.h"
-
-#include <QString>
-#include <QStringList>
-
-/// What one call of veskctl is to do.
-struct CtlOptions {
-    enum Command { Ls, Search, Get, Set };
-
-    /// Ends with "/".
-    QString host = QStringLiteral("http://127.0.0.1:8765/");
-    bool json = false;
-    Command command = Ls;
-    /// Ls, Get, Set: the path. Search: where to search. Empty: where the host leads.
-    CMPath path;
-    /// Search: what for. Set: the value.
-    QString text;
-    /// Get.
-    QStringList roles;
-    /// Ls, Search: the range of rows, inclusive; -1: to the end.
-    int first = 0;
-    int last = -1;
-};
+#include "ctl/CtlOptions.h"
 
 /// What a command line asks for: a command, or to print something and end.
 struct CtlCommandLine {

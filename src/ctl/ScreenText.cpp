@@ -1,7 +1,6 @@
 #include "ctl/ScreenText.h"
 
 #include "api/values/CMPath.h"
-#include "api/values/VeskRoles.h"
 #include "api/values/VeskValue.h"
 #include "api/web/VeskJson.h"
 
@@ -59,6 +58,14 @@ QString titleOf(const VeskRoles &row)
 
 } // namespace
 
+VeskRoles namedRoles(const QStringList &roles, const QVariantList &values)
+{
+    VeskRoles row;
+    for (int role = 0; role < roles.size() && role < values.size(); ++role)
+        row.insert(roles.at(role), values.at(role));
+    return row;
+}
+
 const QStringList &rowLineRoles()
 {
     static const QStringList roles {VeskRoles::Type(), VeskRoles::Title(), VeskRoles::Description(),
@@ -68,10 +75,7 @@ const QStringList &rowLineRoles()
 
 std::string rowLine(int index, const QVariantList &values, const TerminalStyle &style)
 {
-    VeskRoles row;
-    for (int role = 0; role < rowLineRoles().size() && role < values.size(); ++role)
-        row.insert(rowLineRoles().at(role), values.at(role));
-
+    const VeskRoles row = namedRoles(rowLineRoles(), values);
     const QString number = QString::number(index).rightJustified(IndexWidth);
     std::string line = style.dim(number) + " " + markOf(row.type()).toStdString() + " "
         + printableText(titleOf(row)).toStdString();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/values/VeskRoles.h"
 #include "ctl/TerminalText.h"
 
 #include <QStringList>
@@ -7,6 +8,9 @@
 
 /// \file
 /// Screens and values as lines of text. Everything is made printable. Pure functions, any thread.
+
+/// A row's \a values under the names of the \a roles that were asked for.
+VeskRoles namedRoles(const QStringList &roles, const QVariantList &values);
 
 /// The roles from which rowLine() makes a line, in the order in which it expects them.
 const QStringList &rowLineRoles();

@@ -1,3 +1,4 @@
+#include "cli/CommandLine.h"
 #include "ctl/Commands.h"
 #include "ctl/CtlCommandLine.h"
 
@@ -9,21 +10,19 @@
 int main(int argc, char **argv)
 {
     const log4cplus::Initializer logging;
-    QStringList arguments;
-    for (int index = 1; index < argc; ++index)
-        arguments.append(QString::fromUtf8(argv[index]));
-
     const CtlCommandLine commandLine
-        = parseCtlCommandLine(arguments, qEnvironmentVariable("VESK_HOST"));
+        = parseCtlCommandLine(commandLineArguments(argc, argv), qEnvironmentVariable("VESK_HOST"));
     if (!commandLine.run) {
         std::ostream &stream = commandLine.status == 0 ? std::cout : std::cerr;
         stream << (commandLine.status == 0 ? "" : "veskctl: ") << commandLine.text.toStdString()
                << (commandLine.text.endsWith(QLatin1Char('\n')) ? "" : "\n") << std::flush;
         return commandLine.status;
     }
-    const bool colours = ::isatty(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
-    Commands commands(commandLine.options, colours, std::cout, std::cerr);
-    const CtlStatus status = commands.run();
+    CtlTerminal terminal {std::cout, std::cerr};
+    terminal.colours = ::isatty(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
+    terminal.input = STDIN_FILENO;
+    terminal.output = STDOUT_FILENO;
+    const CtlStatus status = runCommand(commandLine.options, terminal);
     std::cout.flush();
     return static_cast<int>(status);
 }

@@ -1,7 +1,7 @@
 #include "ctl/ScreenText.h"
 
-#include "api/values/VeskRoles.h"
 #include "api/values/VeskValue.h"
+#include "tests/ctl/FakeHost.h"
 
 #include <gmock/gmock.h>
 
@@ -13,15 +13,6 @@ std::string line(const VeskRoles &row)
     for (const QString &role : rowLineRoles())
         values.append(row[role]);
     return rowLine(3, values, TerminalStyle(false));
-}
-
-VeskRoles row(int type, const char *title, const char *path)
-{
-    VeskRoles roles;
-    roles.setType(type);
-    roles.insert(VeskRoles::Title(), QString::fromUtf8(title));
-    roles.insert(VeskRoles::Path(), QString::fromUtf8(path));
-    return roles;
 }
 
 TEST(ScreenTextTest, ARowIsNumberMarkTitleDescriptionAndPath)

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <csignal>
+
 namespace {
 
 struct Outcome {
@@ -15,13 +17,19 @@ struct Outcome {
 /// The program itself, against a host as its users start it.
 class VeskctlTest : public testing::Test {
 protected:
-    Outcome run(const QStringList &arguments, const QString &url = QString())
+    void start(QProcess &process, const QString &program, const QStringList &arguments,
+        const QString &url = QString())
     {
-        QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VESK_HOST"), url.isEmpty() ? m_host.url() : url);
         process.setProcessEnvironment(environment);
-        process.start(QStringLiteral(VESKCTL_PROGRAM), arguments);
+        process.start(program, arguments);
+    }
+
+    Outcome run(const QStringList &arguments, const QString &url = QString())
+    {
+        QProcess process;
+        start(process, QStringLiteral(VESKCTL_PROGRAM), arguments, url);
         EXPECT_TRUE(process.waitForFinished(60000));
         return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
@@ -61,6 +69,72 @@ TEST_F(VeskctlTest, ReadsAndChangesSettings)
     EXPECT_EQ(run(words("get settings:tunein/enabledFixItWizard")).out, "false\n");
     EXPECT_EQ(run(words("set settings:tunein/enabledFixItWizard perhaps")).status, 1);
     EXPECT_EQ(run(words("set system:memberId mine")).status, 1);
+}
+
+QByteArray nextLine(QProcess &process)
+{
+    while (!process.canReadLine() && process.waitForReadyRead(20000)) { }
+    return process.readLine();
+}
+
+TEST_F(VeskctlTest, WatchesThePlayerUntilItIsInterrupted)
+{
+    for (const int signal : {SIGINT, SIGTERM}) {
+        QProcess watch;
+        start(watch, QStringLiteral(VESKCTL_PROGRAM), words("status --watch --json"));
+        EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
+        EXPECT_EQ(run(words("stop")).status, 0);
+        EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
+        ::kill(static_cast<pid_t>(watch.processId()), signal);
+        EXPECT_TRUE(watch.waitForFinished(20000));
+        EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(watch.exitCode(), 0);
+        EXPECT_EQ(watch.readAllStandardError(), QByteArray());
+    }
+}
+
+TEST_F(VeskctlTest, WatchesOnWhenTheHostIsBack)
+{
+    QProcess watch;
+    start(watch, QStringLiteral(VESKCTL_PROGRAM), words("status --watch --json"));
+    EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
+    m_host.terminate();
+    EXPECT_EQ(m_host.waitForEnd(), 0);
+    const QString listen = m_host.url().mid(7).chopped(1);
+    const HostProcess again(QStringLiteral(HOST_PROGRAM),
+        {QStringLiteral("--listen"), listen, QStringLiteral("--plugin"),
+            QStringLiteral(TEST_PLUGINS "/libvesk_cb_good.so")});
+    ASSERT_TRUE(again.isReady());
+    EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
+    EXPECT_EQ(
+        watch.readAllStandardError(), "veskctl: the host is gone; waiting until it is back\n");
+    watch.terminate();
+    EXPECT_TRUE(watch.waitForFinished(20000));
+    EXPECT_EQ(watch.exitCode(), 0);
+}
+
+TEST_F(VeskctlTest, EndsAWatchWhenNobodyReadsIt)
+{
+    QProcess shell;
+    start(shell, QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"),
+            QStringLiteral("{ '" VESKCTL_PROGRAM "' status --watch; echo \"status $?\" >&2; }"
+                           " | head -n 1")});
+    EXPECT_TRUE(shell.waitForFinished(60000));
+    EXPECT_EQ(shell.readAllStandardOutput(), "stopped\n");
+    EXPECT_EQ(shell.readAllStandardError(), "status 0\n");
+}
+
+TEST_F(VeskctlTest, TellsThePlayersErrors)
+{
+    EXPECT_EQ(run(words("status")).out, "stopped\n");
+    EXPECT_EQ(run(words("stop")).status, 0);
+    const Outcome play = run(words("play / 0"));
+    EXPECT_EQ(play.status, 1);
+    EXPECT_THAT(play.errors, testing::HasSubstr("nothing to play"));
+    EXPECT_EQ(run(words("pause")).status, 1);
+    EXPECT_EQ(run(words("menu")).status, 1);
+    EXPECT_EQ(run(words("favorites")).status, 1);
 }
 
 TEST_F(VeskctlTest, TellsFailuresApartByItsStatus)

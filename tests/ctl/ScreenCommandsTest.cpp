@@ -1,93 +1,11 @@
-#include "ctl/Commands.h"
-
 #include "api/web/VeskJson.h"
-#include "tests/support/ScriptedServer.h"
+#include "tests/ctl/FakeHost.h"
 
 #include <gmock/gmock.h>
 
-#include <mutex>
-#include <sstream>
-
 namespace {
 
-using Results = QHash<QString, QByteArray>;
-
-/// A host of which only the answers are there: "method path" and, for rows, "first" name them.
-class FakeHost {
-public:
-    explicit FakeHost(const Results &results)
-        : m_results(results)
-        , m_server([this](const ScriptedServer::Request &request) { return answer(request); })
-    {
-    }
-
-    QString url() const { return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.port()); }
-
-    /// What was asked, in the form of the answers' names.
-    QStringList asked() const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_asked;
-    }
-    QVariantHash lastParams() const
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        return m_lastParams;
-    }
-
-private:
-    ScriptedServer::Response answer(const ScriptedServer::Request &request)
-    {
-        VeskError error;
-        const QVariantHash call = VeskJson::parse(request.body, error).toHash();
-        const QVariantHash params = call.value(QStringLiteral("params")).toHash();
-        QString name = call.value(QStringLiteral("method")).toString() + QLatin1Char(' ')
-            + params.value(QStringLiteral("path")).toString();
-        if (params.value(QStringLiteral("first")).toInt() > 0)
-            name += QLatin1Char(' ') + params.value(QStringLiteral("first")).toString();
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_asked.append(name);
-        m_lastParams = params;
-        const QByteArray good = "{\"jsonrpc\":\"2.0\",\"id\":1,";
-        if (request.method != "POST" || request.target != "/jsonrpc"
-            || request.header("Content-Type") != "application/json")
-            return {400, "bad request", {}, ScriptedServer::End::Complete, 0};
-        return {200,
-            good
-                + m_results.value(name, "\"error\":{\"code\":-32001,\"message\":\"nothing there\"}")
-                + "}",
-            {}, ScriptedServer::End::Complete, 0};
-    }
-
-    const Results m_results;
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    QStringList m_asked;
-    QVariantHash m_lastParams;
-    ScriptedServer m_server;
-};
-
-struct Outcome {
-    int status;
-    std::string out;
-    std::string errors;
-};
-
-Outcome run(const QString &url, const QStringList &arguments)
-{
-    const CtlCommandLine line = parseCtlCommandLine(arguments, url);
-    EXPECT_TRUE(line.run) << line.text.toStdString();
-    std::ostringstream out;
-    std::ostringstream errors;
-    Commands commands(line.options, false, out, errors);
-    const auto status = static_cast<int>(commands.run());
-    return {status, out.str(), errors.str()};
-}
-
-QStringList words(const char *text)
-{
-    return QString::fromUtf8(text).split(QLatin1Char(' '));
-}
+using Results = FakeHost::Results;
 
 const QByteArray OneService
     = R"("result":{"rowsCount":1,"rows":[["Good:"]],"roles":{"title":"Services"}})";
@@ -97,7 +15,7 @@ const QByteArray GoodScreen = R"("result":{"rowsCount":2,"roles":{"title":"Good"
     [1,"Music",null,"Good:music",null,null,null],
     [3,"Jazz","Now","Good:jazz?id=1&x=2",null,null,null]]})";
 
-TEST(CommandsTest, LsShowsAScreen)
+TEST(ScreenCommandsTest, LsShowsAScreen)
 {
     FakeHost host({{QStringLiteral("getRows Good:x"), GoodScreen}});
     const Outcome outcome = run(host.url(), words("ls Good:x"));
@@ -106,14 +24,14 @@ TEST(CommandsTest, LsShowsAScreen)
         "Good\n   0 > Music  Good:music\n   1 \u266a Jazz  Now  'Good:jazz?id=1&x=2'\n");
 }
 
-TEST(CommandsTest, LsWithoutAPathOpensTheOnlyService)
+TEST(ScreenCommandsTest, LsWithoutAPathOpensTheOnlyService)
 {
     FakeHost host({{QStringLiteral("getRows host:services"), OneService},
         {QStringLiteral("getRows Good:"), GoodScreen}});
     EXPECT_THAT(run(host.url(), words("ls")).out, testing::StartsWith("Good\n"));
 }
 
-TEST(CommandsTest, LsWithoutAPathListsTheServicesWhenThereAreMore)
+TEST(ScreenCommandsTest, LsWithoutAPathListsTheServicesWhenThereAreMore)
 {
     FakeHost host({{QStringLiteral("getRows host:services"),
         R"("result":{"rowsCount":2,"rows":[["A:"],["B:"]],"roles":{"title":"Services"}})"}});
@@ -131,7 +49,7 @@ QByteArray page(int first, int count, int rowsCount)
         + rows.join(',') + "],\"roles\":{\"title\":\"Long\"}}";
 }
 
-TEST(CommandsTest, LsFetchesLongScreensInParts)
+TEST(ScreenCommandsTest, LsFetchesLongScreensInParts)
 {
     FakeHost host({{QStringLiteral("getRows a:b"), page(0, 100, 250)},
         {QStringLiteral("getRows a:b 100"), page(100, 100, 250)},
@@ -142,7 +60,7 @@ TEST(CommandsTest, LsFetchesLongScreensInParts)
     EXPECT_EQ(host.asked().size(), 3);
 }
 
-TEST(CommandsTest, LsShowsTheRangeThatIsAskedFor)
+TEST(ScreenCommandsTest, LsShowsTheRangeThatIsAskedFor)
 {
     FakeHost host({{QStringLiteral("getRows a:b 10"), page(10, 3, 250)}});
     EXPECT_EQ(run(host.url(), words("ls a:b --first 10 --limit 3")).out,
@@ -150,7 +68,7 @@ TEST(CommandsTest, LsShowsTheRangeThatIsAskedFor)
     EXPECT_EQ(host.lastParams().value(QStringLiteral("last")), 12);
 }
 
-TEST(CommandsTest, LsEndsWhereAHostPromisesRowsThatItDoesNotHave)
+TEST(ScreenCommandsTest, LsEndsWhereAHostPromisesRowsThatItDoesNotHave)
 {
     FakeHost host({{QStringLiteral("getRows a:b"), page(0, 100, 1000000)},
         {QStringLiteral("getRows a:b 100"), page(100, 0, 1000000)}});
@@ -158,7 +76,7 @@ TEST(CommandsTest, LsEndsWhereAHostPromisesRowsThatItDoesNotHave)
     EXPECT_EQ(host.asked().size(), 2);
 }
 
-TEST(CommandsTest, LsAsJsonIsOneAnswerWithAllRows)
+TEST(ScreenCommandsTest, LsAsJsonIsOneAnswerWithAllRows)
 {
     FakeHost host({{QStringLiteral("getRows a:b"), page(0, 100, 101)},
         {QStringLiteral("getRows a:b 100"), page(100, 1, 101)}});
@@ -178,7 +96,7 @@ const Results Searchable {
     {QStringLiteral("getRows Good:found?m=1&q=miles%20d%26"), GoodScreen},
 };
 
-TEST(CommandsTest, SearchGoesWhereTheServiceSaysThatItSearches)
+TEST(ScreenCommandsTest, SearchGoesWhereTheServiceSaysThatItSearches)
 {
     FakeHost host(Searchable);
     const Outcome outcome = run(host.url(), {QStringLiteral("search"), QStringLiteral("miles d&")});
@@ -186,7 +104,14 @@ TEST(CommandsTest, SearchGoesWhereTheServiceSaysThatItSearches)
     EXPECT_THAT(outcome.out, testing::StartsWith("Good\n   0 > Music"));
 }
 
-TEST(CommandsTest, SearchWantsToKnowWhereWhenThereAreMoreServices)
+TEST(ScreenCommandsTest, WhatIsFoundIsAPlaceToo)
+{
+    FakeHost host(Searchable);
+    EXPECT_EQ(run(host.url(), {QStringLiteral("ls"), QStringLiteral("search:miles d&")}).out,
+        run(host.url(), {QStringLiteral("search"), QStringLiteral("miles d&")}).out);
+}
+
+TEST(ScreenCommandsTest, SearchWantsToKnowWhereWhenThereAreMoreServices)
 {
     FakeHost host({{QStringLiteral("getRows host:services"),
         R"("result":{"rowsCount":2,"rows":[["A:"],["B:"]],"roles":{}})"}});
@@ -195,7 +120,7 @@ TEST(CommandsTest, SearchWantsToKnowWhereWhenThereAreMoreServices)
     EXPECT_THAT(outcome.errors, testing::HasSubstr("--in"));
 }
 
-TEST(CommandsTest, SearchTellsWhenAServiceHasNone)
+TEST(ScreenCommandsTest, SearchTellsWhenAServiceHasNone)
 {
     FakeHost noRole({{QStringLiteral("getData a:"), R"("result":{"values":[null]})"}});
     EXPECT_EQ(run(noRole.url(), words("search x --in a:")).status, 1);
@@ -205,7 +130,7 @@ TEST(CommandsTest, SearchTellsWhenAServiceHasNone)
     EXPECT_EQ(run(noQuery.url(), words("search x --in a:")).status, 1);
 }
 
-TEST(CommandsTest, GetPrintsPlainValues)
+TEST(ScreenCommandsTest, GetPrintsPlainValues)
 {
     FakeHost host({{QStringLiteral("getData a:b"),
         R"("result":{"values":[{"type":4,"string_":"text"},true,null]})"}});
@@ -215,7 +140,7 @@ TEST(CommandsTest, GetPrintsPlainValues)
         "{\"values\":[{\"string_\":\"text\",\"type\":4},true,null]}\n");
 }
 
-TEST(CommandsTest, SetSendsTheValue)
+TEST(ScreenCommandsTest, SetSendsTheValue)
 {
     FakeHost host({{QStringLiteral("setData a:b"), R"("result":{"value":null})"}});
     const Outcome outcome = run(host.url(), words("set a:b true"));
@@ -225,7 +150,64 @@ TEST(CommandsTest, SetSendsTheValue)
     EXPECT_EQ(host.lastParams().value(QStringLiteral("value")), QStringLiteral("true"));
 }
 
-TEST(CommandsTest, AnErrorOfThePlugInIsStatusOne)
+/// A service with folders in folders, and favorites under a name of its own.
+void furnish(FakeHost &host)
+{
+    host.setScreen(QStringLiteral("host:services"), {row(1, "Good", "Good:")});
+    host.setScreen(QStringLiteral("Good:"),
+        {row(2, "Heading", ""), row(1, "Lieblinge", "Good:list?c=presets&x=1"),
+            row(1, "Music", "Good:music")});
+    host.setScreen(
+        QStringLiteral("Good:music"), {row(3, "Hits", "a:1"), row(1, "Jazz", "Good:jazz")});
+    host.setScreen(QStringLiteral("Good:jazz"), {row(3, "Blue", "a:2")});
+    host.setScreen(QStringLiteral("Good:list?c=presets&x=1"), {row(1, "Folder", "Good:folder")});
+    host.setScreen(QStringLiteral("Good:folder"), {row(3, "Mine", "a:3")});
+}
+
+TEST(ScreenCommandsTest, PlacesCountRowsFromTheFirstScreenOn)
+{
+    FakeHost host;
+    furnish(host);
+    EXPECT_EQ(run(host.url(), words("ls 2/1")).out, "   0 \u266a Blue  a:2\n");
+    EXPECT_EQ(run(host.url(), words("ls /2/1/")).out, "   0 \u266a Blue  a:2\n");
+    EXPECT_EQ(run(host.url(), words("ls /")).out, run(host.url(), words("ls")).out);
+    EXPECT_EQ(run(host.url(), words("--in Good:music ls 1")).out, "   0 \u266a Blue  a:2\n");
+    host.setResult(QStringLiteral("getData a:2"), R"("result":{"values":["it"]})");
+    EXPECT_EQ(run(host.url(), words("get 2/1/0 title")).out, "it\n");
+}
+
+TEST(ScreenCommandsTest, APlaceThatIsNotThereIsAFailure)
+{
+    FakeHost host;
+    furnish(host);
+    const Outcome beyond = run(host.url(), words("ls 2/7"));
+    EXPECT_EQ(beyond.status, 1);
+    EXPECT_EQ(beyond.errors, "veskctl: there is no row 7\n");
+    const Outcome heading = run(host.url(), words("ls 0/1"));
+    EXPECT_EQ(heading.status, 1);
+    EXPECT_EQ(heading.errors, "veskctl: row 0 leads nowhere\n");
+    EXPECT_EQ(run(host.url(), words("set 0/1 x")).status, 1);
+    EXPECT_EQ(host.timesAsked(QStringLiteral("setData")), 0);
+}
+
+TEST(ScreenCommandsTest, FavoritesAreFoundWhateverTheyAreCalled)
+{
+    FakeHost host;
+    furnish(host);
+    EXPECT_EQ(run(host.url(), words("favorites")).out, "   0 > Folder  Good:folder\n");
+    EXPECT_EQ(run(host.url(), words("ls favorites/0")).out, "   0 \u266a Mine  a:3\n");
+}
+
+TEST(ScreenCommandsTest, AServiceWithoutFavoritesSaysSo)
+{
+    FakeHost host;
+    host.setScreen(QStringLiteral("a:"), {row(1, "Music", "a:b?c=music")});
+    const Outcome outcome = run(host.url(), words("favorites --in a:"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "veskctl: this service has no favorites\n");
+}
+
+TEST(ScreenCommandsTest, AnErrorOfThePlugInIsStatusOne)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("error":{"code":-32000,"message":"No\u001b luck","data":{"name":"e:3","title":"Sorry"}})"}});
@@ -236,7 +218,7 @@ TEST(CommandsTest, AnErrorOfThePlugInIsStatusOne)
     EXPECT_EQ(run(host.url(), words("get c:d")).errors, "veskctl: nothing there\n");
 }
 
-TEST(CommandsTest, ADeviceWithoutAccountIsNoFailure)
+TEST(ScreenCommandsTest, ADeviceWithoutAccountIsNoFailure)
 {
     FakeHost host({{QStringLiteral("getData a:account"),
         R"("error":{"code":-32000,"message":"No account","data":{"name":"err:7","title":"T"}})"}});
@@ -246,7 +228,7 @@ TEST(CommandsTest, ADeviceWithoutAccountIsNoFailure)
     EXPECT_EQ(run(host.url(), words("get a:account --json")).status, 1);
 }
 
-TEST(CommandsTest, ControlCharactersNeverReachTheTerminal)
+TEST(ScreenCommandsTest, ControlCharactersNeverReachTheTerminal)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
                        R"("result":{"rowsCount":1,"roles":{"title":"T\u001b]0;x\u0007"},
@@ -260,11 +242,11 @@ TEST(CommandsTest, ControlCharactersNeverReachTheTerminal)
     }
 }
 
-TEST(CommandsTest, NobodyThereIsStatusThree)
+TEST(ScreenCommandsTest, NobodyThereIsStatusThree)
 {
     QString url;
     {
-        const FakeHost gone({});
+        const FakeHost gone;
         url = gone.url();
     }
     const Outcome outcome = run(url, words("ls"));
@@ -272,7 +254,7 @@ TEST(CommandsTest, NobodyThereIsStatusThree)
     EXPECT_THAT(outcome.errors, testing::HasSubstr(url.toStdString()));
 }
 
-TEST(CommandsTest, SomebodyElseThereIsStatusThree)
+TEST(ScreenCommandsTest, SomebodyElseThereIsStatusThree)
 {
     using End = ScriptedServer::End;
     const QList<ScriptedServer::Response> answers {
