@@ -100,13 +100,16 @@ void Host::setUpLanguage()
     const auto apply = [] {
         CMAbstractWorker *root = CMRoot();
         const QString language = VeskValue(root->getValue(VeskUILanguagePath()).toHash()).string_();
-        if (!Language::setCurrent(language, HostFolders::translations()))
+        const bool isNew = language != Language::current();
+        if (isNew && !Language::setCurrent(language, HostFolders::translations()))
             VESK_INFO("There are no texts in the language " << language << ".");
+        return isNew;
     };
     apply();
     m_language = m_root->subscribe(VeskUILanguagePath(), this, [this, apply](const CMChange &) {
-        apply();
-        m_root->notifyLanguageChanged();
+        // The setting itself is told of as well, for its title: that is no new language.
+        if (apply())
+            m_root->notifyLanguageChanged();
     });
 }
 

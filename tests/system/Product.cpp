@@ -2,9 +2,12 @@
 
 #include "api/web/VeskJson.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
+#include <QThread>
 #include <QUrl>
 
+#include <csignal>
 #include <curl/curl.h>
 
 namespace {
@@ -25,6 +28,18 @@ QString readyAddress(QProcess &process)
     }
     const QString line = QString::fromUtf8(process.readLine()).trimmed();
     return line.section(QStringLiteral(" ready at "), 1);
+}
+
+/// The address in the line with which the directory says that TLS is up, which comes before the
+/// other.
+QString secureAddress(QProcess &directory)
+{
+    const QString mark = QStringLiteral(" TLS at https://");
+    QString said;
+    do {
+        said += QString::fromUtf8(directory.readAllStandardError());
+    } while (!said.endsWith(QLatin1Char('\n')) && directory.waitForReadyRead(patienceMs));
+    return said.section(mark, 1).section(QLatin1Char('/'), 0, 0);
 }
 
 size_t append(char *data, size_t size, size_t count, void *body)
@@ -55,10 +70,11 @@ QByteArray exchange(
 
 } // namespace
 
-Outcome runProgram(const QString &name, const QStringList &arguments)
+Outcome runProgram(const QString &name, const QStringList &arguments, const QByteArray &input)
 {
     QProcess process;
     process.start(QStringLiteral(VESK_BIN_DIR "/") + name, arguments);
+    process.write(input);
     process.closeWriteChannel();
     Outcome outcome;
     if (process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit)
@@ -68,14 +84,26 @@ Outcome runProgram(const QString &name, const QStringList &arguments)
     return outcome;
 }
 
-Product::Product(const QStringList &hostArguments)
+Product::Product(const QStringList &hostArguments, const DirectoryTls &tls)
     : m_hostArguments(hostArguments)
 {
-    m_directory.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_directory.start(program("tunein-directory"),
-        {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"), QStringLiteral("--request-log"),
-            m_folder.filePath(QStringLiteral("requests"))});
+    const bool secure = !tls.certificateFile.isEmpty();
+    QStringList arguments {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
+        QStringLiteral("--request-log"), m_folder.filePath(QStringLiteral("requests"))};
+    if (secure) {
+        arguments += {QStringLiteral("--tls-listen"), QStringLiteral("127.0.0.1:0"),
+            QStringLiteral("--cert"), QString::fromLocal8Bit(tls.certificateFile),
+            QStringLiteral("--key"), QString::fromLocal8Bit(tls.keyFile)};
+    } else {
+        m_directory.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    }
+    m_directory.start(program("tunein-directory"), arguments);
     m_directoryAddress = readyAddress(m_directory).section(QLatin1Char('/'), 2, 2);
+    if (secure) {
+        m_hostArguments += {QStringLiteral("--ca-file"), tls.authorityFile,
+            QStringLiteral("--connect-to"),
+            QStringLiteral("opml.radiotime.com:443:") + secureAddress(m_directory)};
+    }
     startHost();
 }
 
@@ -90,6 +118,21 @@ Product::~Product()
 QString Product::stateDir() const
 {
     return m_folder.filePath(QStringLiteral("state"));
+}
+
+quint16 Product::hostPort() const
+{
+    return static_cast<quint16>(QUrl(m_hostUrl).port());
+}
+
+QString Product::serial() const
+{
+    const QVariantHash answer = rpc(QStringLiteral("getData"),
+        {{QStringLiteral("path"), QStringLiteral("system:memberId")},
+            {QStringLiteral("roles"), QStringList {QStringLiteral("value")}}});
+    const QVariantHash result = answer.value(QStringLiteral("result")).toHash();
+    const QVariant value = result.value(QStringLiteral("values")).toList().value(0);
+    return value.toHash().value(QStringLiteral("string_")).toString();
 }
 
 bool Product::startHost()
@@ -125,10 +168,21 @@ int Product::stopHost()
     return m_host.exitCode();
 }
 
-Outcome Product::ctl(const QStringList &arguments) const
+void Product::killHost() const
 {
-    return runProgram(
-        QStringLiteral("veskctl"), QStringList {QStringLiteral("--host"), m_hostUrl} + arguments);
+    ::kill(static_cast<pid_t>(m_host.processId()), SIGKILL);
+}
+
+void Product::waitForHostsEnd()
+{
+    m_host.waitForFinished(patienceMs);
+    m_hostUrl.clear();
+}
+
+Outcome Product::ctl(const QStringList &arguments, const QByteArray &input) const
+{
+    return runProgram(QStringLiteral("veskctl"),
+        QStringList {QStringLiteral("--host"), m_hostUrl} + arguments, input);
 }
 
 QByteArray Product::post(const QByteArray &body) const
@@ -172,6 +226,40 @@ void Product::clearFaults() const
 {
     exchange(QStringLiteral("http://") + m_directoryAddress + QStringLiteral("/_faults"), "DELETE",
         QByteArray(), "Content-Type: text/plain");
+}
+
+QVariantHash Product::directory(const QString &target) const
+{
+    VeskError error;
+    return VeskJson::parse(exchange(QStringLiteral("http://") + m_directoryAddress + target, "GET",
+                               QByteArray(), "Accept: application/json"),
+        error)
+        .toHash();
+}
+
+QByteArray Product::submitToDirectory(const QString &target, const QByteArray &form) const
+{
+    return exchange(QStringLiteral("http://") + m_directoryAddress + target, "POST", form,
+        "Content-Type: application/x-www-form-urlencoded");
+}
+
+bool Product::waitForRequests(const QString &text, int count, int milliseconds) const
+{
+    const QDeadlineTimer deadline(milliseconds);
+    while (requestLog().filter(text).size() < count) {
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(20);
+    }
+    return true;
+}
+
+QStringList Product::newRequests()
+{
+    const QStringList all = requestLog();
+    const QStringList fresh = all.mid(m_requestsSeen);
+    m_requestsSeen = all.size();
+    return fresh;
 }
 
 QStringList Product::requestLog() const

@@ -16,22 +16,33 @@ struct Outcome {
     QString err;
 };
 
+/// What the local directory needs to be reached over TLS as well.
+struct DirectoryTls {
+    QByteArray certificateFile;
+    QByteArray keyFile;
+    QString authorityFile; ///< whom the host is to trust
+};
+
 /// The local directory and a host that is connected to it, each a process of its own on a free
 /// port.
 class Product {
 public:
-    /// \a hostArguments are added to the host's.
-    explicit Product(const QStringList &hostArguments = {});
+    /// \a hostArguments are added to the host's. With \a tls the host reaches the directory over TLS
+    /// too.
+    explicit Product(const QStringList &hostArguments = {}, const DirectoryTls &tls = {});
     ~Product();
 
     bool isUp() const { return !m_hostUrl.isEmpty(); }
     QString hostUrl() const { return m_hostUrl; }
+    quint16 hostPort() const;
+    /// The host's id of this device, which it is known by at the directory.
+    QString serial() const;
     QString directoryAddress() const { return m_directoryAddress; }
     QString stateDir() const;
     QProcess &host() { return m_host; }
 
-    /// Runs veskctl against the host.
-    Outcome ctl(const QStringList &arguments) const;
+    /// Runs veskctl against the host; it reads \a input.
+    Outcome ctl(const QStringList &arguments, const QByteArray &input = {}) const;
     /// One JSON-RPC call; the whole answer.
     QVariantHash rpc(const QString &method, const QVariantHash &params) const;
     /// Posts \a body to the host's JSON-RPC as it is; the body of the answer.
@@ -42,11 +53,23 @@ public:
     /// Makes the directory misbehave as \a fault says, or behave again.
     void setFault(const QByteArray &fault) const;
     void clearFaults() const;
+    /// What the directory answers with at \a target, read as JSON.
+    QVariantHash directory(const QString &target) const;
+    /// Sends the directory a form, as a browser does; the page that answers.
+    QByteArray submitToDirectory(const QString &target, const QByteArray &form) const;
     /// "METHOD TARGET" of each request that the directory got.
     QStringList requestLog() const;
+    /// Those since the last call.
+    QStringList newRequests();
+    /// Waits until \a count of them hold \a text; false after \a milliseconds.
+    bool waitForRequests(const QString &text, int count, int milliseconds = 20000) const;
 
     /// Ends the host as its manager would; its exit code.
     int stopHost();
+    /// Ends it without a word, as a power failure would. Any thread.
+    void killHost() const;
+    /// Waits until a host that was killed is gone.
+    void waitForHostsEnd();
     /// Starts it again, with the same state. Returns whether it is up.
     bool startHost();
 
@@ -57,7 +80,9 @@ private:
     QProcess m_host;
     QString m_directoryAddress;
     QString m_hostUrl;
+    int m_requestsSeen = 0;
 };
 
 /// Runs a program of the build to its end.
-Outcome runProgram(const QString &name, const QStringList &arguments);
+Outcome runProgram(
+    const QString &name, const QStringList &arguments, const QByteArray &input = {});

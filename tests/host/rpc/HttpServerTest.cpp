@@ -1,7 +1,7 @@
 #include "host/rpc/HttpServer.h"
 
 #include "host/rpc/JsonRpcDispatcher.h"
-#include "tests/host/rpc/RawClient.h"
+#include "tests/support/RawClient.h"
 
 #include <gmock/gmock.h>
 

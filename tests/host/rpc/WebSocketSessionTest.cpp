@@ -1,7 +1,7 @@
 #include "host/rpc/WebSocketSession.h"
 
 #include "host/rpc/HttpServer.h"
-#include "tests/host/rpc/RawWebSocket.h"
+#include "tests/support/RawWebSocket.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/host/rpc/RawClient.h"
+#include "tests/support/RawClient.h"
 
 /// A WebSocket client that sends exactly the frames that a test wants (RFC 6455).
 class RawWebSocket {

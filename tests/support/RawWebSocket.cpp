@@ -1,4 +1,4 @@
-#include "tests/host/rpc/RawWebSocket.h"
+#include "tests/support/RawWebSocket.h"
 
 #include <QtEndian>
 

@@ -1,4 +1,4 @@
-#include "tests/host/rpc/RawClient.h"
+#include "tests/support/RawClient.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>

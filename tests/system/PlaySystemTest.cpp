@@ -1,0 +1,341 @@
+#include "tests/support/Ear.h"
+#include "tests/system/Product.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+constexpr int PollMs = 25;
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+/// What the player said it did, over some time.
+struct Watched {
+    int longestBreakMs = 0; ///< while it was not playing
+    int lastState = -1;
+    QString error;
+};
+
+class PlaySystem : public testing::Test {
+protected:
+    PlaySystem()
+        : wav(folder.filePath(text("out.wav")))
+        , product({text("--audio"), text("wav:") + wav})
+    {
+    }
+    void SetUp() override { ASSERT_TRUE(product.isUp()); }
+
+    /// Plays the first station that a search finds.
+    QVariantHash play(const QString &search, int row = 0)
+    {
+        return product.rpc(text("player.play"),
+            {{text("screen"), text("TuneIn:browse/uri/Search.ashx?query=") + search},
+                {text("row"), row}});
+    }
+    QVariantHash state()
+    {
+        return product.rpc(text("player.state"), {}).value(text("result")).toHash();
+    }
+    bool waitForState(int wanted, int milliseconds = 20000)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        while (state().value(text("state")).toInt() != wanted) {
+            if (clock.elapsed() > milliseconds)
+                return false;
+            QThread::msleep(PollMs);
+        }
+        return true;
+    }
+    void command(const char *method)
+    {
+        EXPECT_FALSE(product.rpc(text(method), {}).contains(text("error"))) << method;
+    }
+    Watched watch(int milliseconds)
+    {
+        Watched watched;
+        QElapsedTimer clock;
+        clock.start();
+        qint64 lastPlaying = 0;
+        while (clock.elapsed() < milliseconds) {
+            const QVariantHash now = state();
+            watched.lastState = now.value(text("state")).toInt();
+            watched.error = now.value(text("error")).toString();
+            if (watched.lastState == 2)
+                lastPlaying = clock.elapsed();
+            watched.longestBreakMs
+                = qMax(watched.longestBreakMs, static_cast<int>(clock.elapsed() - lastPlaying));
+            QThread::msleep(PollMs);
+        }
+        return watched;
+    }
+    ear::Sound heard() const
+    {
+        QFile file(wav);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return ear::decoded(file.readAll().toStdString());
+    }
+    /// What the n-th stream of a station sounds like.
+    std::vector<double> melody(const QString &id, int stream = 0)
+    {
+        const QVariantList streams
+            = product.directory(text("/_tunes?id=") + id).value(text("streams")).toList();
+        std::vector<double> notes;
+        const QVariantList values = streams.value(stream).toHash().value(text("notes")).toList();
+        for (const QVariant &note : values)
+            notes.push_back(note.toDouble());
+        return notes;
+    }
+    QStringList requests(const char *page) const { return product.requestLog().filter(text(page)); }
+
+    QTemporaryDir folder;
+    const QString wav;
+    Product product;
+};
+
+TEST_F(PlaySystem, aStationFromTheListSoundsLikeItself)
+{
+    const Outcome found = product.ctl({text("search"), text("trial 01")});
+    ASSERT_TRUE(found.out.contains(text("Trial 01 Every Codec"))) << found.out.toStdString();
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(5);
+    EXPECT_EQ(state().value(text("title")).toString(),
+        text("Trial 01 Every Codec (Dunedin, New Zealand)"));
+    EXPECT_FALSE(state().value(text("streamTitle")).toString().isEmpty());
+    EXPECT_EQ(state().value(text("bitrate")).toInt(), 128000);
+    command("player.stop");
+    const ear::Sound sound = heard();
+    EXPECT_NEAR(sound.seconds(), 5, 1.5);
+    EXPECT_TRUE(ear::isPartOf(sound.notes(), melody(text("s29001")), 6));
+    EXPECT_FALSE(ear::isPartOf(sound.notes(), melody(text("s29002")), 6));
+    EXPECT_FALSE(ear::isPartOf(sound.notes(), melody(text("s29001"), 1), 6));
+}
+
+/// Each station with an odd way to its stream, and what is heard of it in the end.
+TEST_F(PlaySystem, stationsBehindPlaylistsAreHeard)
+{
+    for (const char *number : {"02", "07", "09", "10", "12", "14", "15"}) {
+        play(text("trial%20") + text(number));
+        EXPECT_TRUE(waitForState(2)) << number;
+        command("player.stop");
+    }
+}
+
+TEST_F(PlaySystem, theWordBeforeTheStationIsFollowedByTheStation)
+{
+    play(text("trial%2008"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(9);
+    command("player.stop");
+    ear::Sound sound = heard();
+    sound.samples.erase(sound.samples.begin(), sound.samples.begin() + 5 * sound.rate);
+    EXPECT_TRUE(ear::isPartOf(sound.notes(), melody(text("s29008")), 6));
+    EXPECT_EQ(state().value(text("state")).toInt(), 0);
+}
+
+TEST_F(PlaySystem, reportsWhatWasHeardAndForHowLong)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::msleep(2500);
+    command("player.pause");
+    ASSERT_TRUE(waitForState(3));
+    command("player.resume");
+    ASSERT_TRUE(waitForState(2));
+    QThread::msleep(1500);
+    command("player.stop");
+    ASSERT_TRUE(product.waitForRequests(text("Report.ashx"), 2));
+
+    const QStringList reports = requests("Report.ashx");
+    const QString device = text("&render=json&partnerId=test&serial=[0-9a-f]{32}$");
+    EXPECT_THAT(reports.value(0).toStdString(),
+        testing::MatchesRegex(
+            (text("^GET /Report\\.ashx\\?c=stream&id=s29001&streamUrl=http%3A%2F%2Fopml\\.radiotime"
+                  "\\.com%2Fstream%2Fs29001%2F1\\.mp3&listenId=[0-9]{10}")
+                + device)
+                .toStdString()));
+    EXPECT_THAT(reports.value(1).toStdString(),
+        testing::MatchesRegex((text("^POST /Report\\.ashx\\?c=time&id=s29001&duration=[45]"
+                                    "&listenId=[0-9]{10}&trigger=stop")
+            + device)
+                                  .toStdString()));
+    // The pause left the station, the resume joined it anew: a file of both.
+    EXPECT_EQ(requests("/stream/").size(), 2);
+    EXPECT_NEAR(heard().seconds(), 4.5, 1.5);
+}
+
+TEST_F(PlaySystem, aStationThatCannotBePlayedIsReportedOnceAsAnError)
+{
+    play(text("trial%2013"));
+    ASSERT_TRUE(product.waitForRequests(text("Report.ashx"), 1, 45000));
+    ASSERT_TRUE(waitForState(0));
+    EXPECT_EQ(state().value(text("error")).toString(),
+        text("There is a web page in place of the stream."));
+    const QStringList reports = requests("Report.ashx");
+    EXPECT_EQ(reports.size(), 1);
+    EXPECT_THAT(reports.value(0).toStdString(),
+        testing::HasSubstr("&error=404&message=There%20is%20a%20web%20page%20in%20place%20of%20the"
+                           "%20stream.&render=json"));
+}
+
+TEST_F(PlaySystem, eachPlayIsReportedAsOneOfItsOwn)
+{
+    for (int i = 0; i < 2; ++i) {
+        play(text("trial%2001"));
+        ASSERT_TRUE(waitForState(2));
+        QThread::msleep(1200);
+    }
+    command("player.stop");
+    ASSERT_TRUE(product.waitForRequests(text("Report.ashx"), 4));
+    const QStringList reports = requests("Report.ashx");
+    QStringList kinds;
+    for (const QString &report : reports)
+        kinds.append(report.section(QLatin1Char('='), 1, 1).section(QLatin1Char('&'), 0, 0));
+    EXPECT_EQ(kinds, (QStringList {text("stream"), text("time"), text("stream"), text("time")}));
+    const QString listenId = text("listenId=");
+    EXPECT_NE(
+        reports.at(0).section(listenId, 1).left(10), reports.at(2).section(listenId, 1).left(10));
+}
+
+TEST_F(PlaySystem, spokenExcusesAreErrors)
+{
+    QFile answer(folder.filePath(text("excuse.json")));
+    ASSERT_TRUE(answer.open(QIODevice::WriteOnly));
+    answer.write("{\"head\":{\"status\":\"200\"},\"body\":[{\"element\":\"audio\",\"url\":"
+                 "\"http://opml.radiotime.com/service/Audio/notcompatible.enUS.mp3\"}]}");
+    answer.close();
+    product.setFault("body@Tune.ashx:" + answer.fileName().toUtf8());
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(0));
+    EXPECT_EQ(state().value(text("error")).toString(),
+        text("This device cannot play the station's streams."));
+}
+
+// What today's players do not survive; each without a user.
+
+TEST_F(PlaySystem, aStreamThatIsClosedGoesOnWithoutSilence)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(2);
+    product.setFault("stream-close@/stream/:0*1");
+    const Watched watched = watch(6000);
+    EXPECT_LE(watched.longestBreakMs, 1000);
+    EXPECT_EQ(watched.lastState, 2);
+    EXPECT_EQ(requests("/stream/").size(), 2);
+    command("player.stop");
+    EXPECT_TRUE(ear::isPartOf(heard().notes(), melody(text("s29001")), 4));
+}
+
+TEST_F(PlaySystem, aStreamThatIsResetGoesOnWithoutSilence)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(2);
+    product.setFault("stream-reset@/stream/:0*1");
+    const Watched watched = watch(6000);
+    EXPECT_LE(watched.longestBreakMs, 1000);
+    EXPECT_EQ(watched.lastState, 2);
+    EXPECT_EQ(requests("/stream/").size(), 2);
+}
+
+TEST_F(PlaySystem, aStreamThatStallsIsNoticedWithinTenSecondsAndComesBack)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(2);
+    product.setFault("stream-stall@/stream/:0*1");
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(product.waitForRequests(text("/stream/"), 2, 10000));
+    EXPECT_LE(clock.elapsed(), 10000);
+    ASSERT_TRUE(waitForState(2));
+    EXPECT_EQ(watch(3000).lastState, 2);
+}
+
+TEST_F(PlaySystem, aStreamThatIsRefusedThreeTimesComesBack)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    product.setFault("http-status@/stream/:503*3");
+    product.setFault("stream-close@/stream/:0*1");
+    ASSERT_TRUE(product.waitForRequests(text("/stream/"), 5, 30000));
+    ASSERT_TRUE(waitForState(2));
+    EXPECT_EQ(watch(2000).lastState, 2);
+}
+
+TEST_F(PlaySystem, aServerThatIsAwayForTwentySecondsComesBack)
+{
+    play(text("trial%2001"));
+    ASSERT_TRUE(waitForState(2));
+    QThread::sleep(1);
+    product.setFault("down:20");
+    ASSERT_TRUE(waitForState(1, 15000));
+    ASSERT_TRUE(waitForState(2, 60000));
+    const Watched watched = watch(2000);
+    EXPECT_EQ(watched.lastState, 2);
+    EXPECT_EQ(watched.error, QString());
+}
+
+/// Threads, descriptors and resident kilobytes of a process.
+struct Footprint {
+    int threads = 0;
+    int descriptors = 0;
+    int kilobytes = 0;
+};
+
+Footprint footprint(qint64 pid)
+{
+    const QString folder = QStringLiteral("/proc/%1/").arg(pid);
+    Footprint footprint;
+    footprint.descriptors = QDir(folder + text("fd"))
+                                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+                                .size();
+    QFile status(folder + text("status"));
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("Threads:"))
+            footprint.threads = line.mid(8).trimmed().toInt();
+        else if (line.startsWith("VmRSS:"))
+            footprint.kilobytes = line.mid(6).trimmed().split(' ').first().toInt();
+    }
+    return footprint;
+}
+
+TEST_F(PlaySystem, fiveHundredSwitchesLeaveNothingBehind)
+{
+    const auto switchTo = [this](int station) {
+        play(QStringLiteral("trial%20%1").arg(station % 2 ? text("01") : text("15")));
+        ASSERT_TRUE(waitForState(2));
+    };
+    const auto settled = [this] {
+        command("player.stop");
+        EXPECT_TRUE(waitForState(0));
+        return footprint(product.host().processId());
+    };
+    for (int i = 0; i < 100; ++i)
+        switchTo(i);
+    const Footprint before = settled();
+    for (int i = 0; i < 500; ++i)
+        switchTo(i);
+    const Footprint after = settled();
+    RecordProperty("kilobytesBefore", before.kilobytes);
+    RecordProperty("kilobytesAfter", after.kilobytes);
+    EXPECT_LE(after.threads, before.threads);
+    EXPECT_LE(after.descriptors, before.descriptors);
+    // A leak of a kilobyte a switch would show.
+    EXPECT_LE(after.kilobytes, before.kilobytes + 500);
+    std::cout << before.kilobytes << " kB before, " << after.kilobytes << " kB after\n";
+}
+
+} // namespace
