@@ -138,8 +138,10 @@ GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
     const GstPtr<GstCaps> caps(
         gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", nullptr));
     g_object_set(filter, "caps", caps.get(), nullptr);
-    g_object_set(
-        sink, "async", FALSE, "sync", FALSE, "location", spec.file.toUtf8().constData(), nullptr);
+    // Unbuffered, so that the file shows at once what has been heard.
+    constexpr int unbuffered = 2;
+    g_object_set(sink, "async", FALSE, "sync", FALSE, "buffer-mode", unbuffered, "location",
+        spec.file.toUtf8().constData(), nullptr);
     VESK_ASSERT(gst_element_link_many(filter, pace, m_encoder, sink, nullptr));
     return filter;
 }
@@ -357,7 +359,19 @@ AudioOutput::~AudioOutput()
 
 bool AudioOutput::write(const AudioFormat &format, void *audio)
 {
-    return m_pipeline->write(format, static_cast<GstBuffer *>(audio));
+    if (!m_pipeline->write(format, static_cast<GstBuffer *>(audio)))
+        return false;
+    // Nothing is heard before there is enough: no need to wait for the next look at it.
+    if (!m_running && !m_lookPosted.exchange(true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                m_lookPosted = false;
+                watch();
+            },
+            Qt::QueuedConnection);
+    }
+    return true;
 }
 
 void AudioOutput::finish()

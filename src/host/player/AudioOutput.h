@@ -70,7 +70,8 @@ private:
     QTimer m_watch;
     bool m_paused = false;
     bool m_finished = false;
-    bool m_running = false; ///< The pipeline plays.
+    std::atomic<bool> m_running {false}; ///< The pipeline plays.
+    std::atomic<bool> m_lookPosted {false};
     std::atomic<bool> m_audible {false};
     std::atomic<bool> m_wasAudible {false};
     std::atomic<Clock::rep> m_silentSince; ///< 0 while it is heard or paused

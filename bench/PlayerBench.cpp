@@ -1,0 +1,147 @@
+/// \file
+/// The player beside GStreamer's own: how long from the wish to play until samples are written, and
+/// what playing costs. Whole processes on the same stream of the local directory, in turns. The
+/// player is asked over JSON-RPC and runs its step before playing first; gst-launch is started,
+/// which is its only way to begin.
+#include "tests/system/Product.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+#include <algorithm>
+#include <cstdio>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int Rounds = 15;
+constexpr int PlaySeconds = 10;
+constexpr qint64 WavHead = 44;
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+/// Milliseconds until samples are in the file.
+double untilSamples(const QString &file, const QElapsedTimer &clock)
+{
+    while (QFileInfo(file).size() <= WavHead) {
+        if (clock.elapsed() > 10000)
+            return -1;
+        QThread::usleep(500);
+    }
+    return static_cast<double>(clock.nsecsElapsed()) / 1e6;
+}
+
+struct Cost {
+    double megabytes = 0;
+    double cpuPercent = 0;
+};
+
+double cpuSeconds(qint64 pid)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = file.readAll().split(')').last().trimmed().split(' ');
+    return (fields.value(11).toDouble() + fields.value(12).toDouble())
+        / static_cast<double>(sysconf(_SC_CLK_TCK));
+}
+
+double residentMegabytes(qint64 pid)
+{
+    QFile file(QStringLiteral("/proc/%1/statm").arg(pid));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toDouble()
+        * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
+}
+
+Cost costOf(qint64 pid)
+{
+    QThread::sleep(2);
+    const double before = cpuSeconds(pid);
+    QThread::sleep(PlaySeconds);
+    return {residentMegabytes(pid), (cpuSeconds(pid) - before) * 100 / PlaySeconds};
+}
+
+void play(const Product &product)
+{
+    product.rpc(text("player.play"),
+        {{text("screen"), text("TuneIn:browse/uri/Search.ashx?query=trial%2001")},
+            {text("row"), 0}});
+}
+
+void startGst(QProcess &gst, const QString &url, const QString &sink)
+{
+    gst.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    gst.start(text("gst-launch-1.0"),
+        {text("-q"), text("playbin"), text("uri=") + url, text("audio-sink=") + sink});
+}
+
+void end(QProcess &process)
+{
+    process.kill();
+    process.waitForFinished();
+}
+
+} // namespace
+
+int main()
+{
+    QTemporaryDir folder;
+    const QString ours = folder.filePath(text("ours.wav"));
+    const QString theirs = folder.filePath(text("theirs.wav"));
+    const Product product({text("--audio"), text("wav:") + ours});
+    if (!product.isUp())
+        return 1;
+    const QString url = text("http://") + product.directoryAddress() + text("/stream/s29001/1.mp3");
+
+    std::vector<double> ourTimes;
+    std::vector<double> theirTimes;
+    for (int i = 0; i < Rounds; ++i) {
+        QFile::remove(ours);
+        QElapsedTimer clock;
+        clock.start();
+        play(product);
+        ourTimes.push_back(untilSamples(ours, clock));
+        product.rpc(text("player.stop"), {});
+
+        QFile::remove(theirs);
+        QProcess gst;
+        clock.start();
+        startGst(gst, url, text("audioconvert ! wavenc ! filesink location=") + theirs);
+        theirTimes.push_back(untilSamples(theirs, clock));
+        end(gst);
+    }
+    std::printf(
+        "| play to first samples, p50 | `gst-launch-1.0 playbin` | %.0f ms | %.0f ms | %.2f |\n",
+        median(ourTimes), median(theirTimes), median(ourTimes) / median(theirTimes));
+
+    Product silent({text("--audio"), text("null")});
+    play(silent);
+    const Cost ourCost = costOf(silent.host().processId());
+    QProcess gst;
+    startGst(gst, url, text("fakesink sync=true"));
+    gst.waitForStarted();
+    const Cost theirCost = costOf(gst.processId());
+    end(gst);
+    std::printf("| resident memory while playing (the whole host) | the same | %.1f MB | %.1f MB | "
+                "%.2f |\n",
+        ourCost.megabytes, theirCost.megabytes, ourCost.megabytes / theirCost.megabytes);
+    std::printf("| CPU while playing mp3 at 128 kbit/s | the same | %.1f %% | %.1f %% | %.2f |\n",
+        ourCost.cpuPercent, theirCost.cpuPercent,
+        theirCost.cpuPercent > 0 ? ourCost.cpuPercent / theirCost.cpuPercent : 0);
+    return 0;
+}
