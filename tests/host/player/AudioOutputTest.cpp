@@ -1,0 +1,199 @@
+#include "host/player/AudioOutput.h"
+
+#include "host/player/GstHandles.h"
+#include "tests/support/Ear.h"
+#include "tests/support/WorkerThread.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <thread>
+
+namespace {
+
+constexpr AudioFormat Format {48000, 2};
+
+/// A tenth of a second of a tone, as a decoder hands it over; \a at counts the tenths.
+GstBuffer *tone(int frequency, int at)
+{
+    constexpr int frames = 4800;
+    GstBuffer *buffer = gst_buffer_new_allocate(nullptr, frames * 2 * sizeof(float), nullptr);
+    GstMapInfo map;
+    gst_buffer_map(buffer, &map, GST_MAP_WRITE);
+    auto *samples = reinterpret_cast<float *>(map.data);
+    for (int i = 0; i < frames; ++i) {
+        const double phase = 2 * M_PI * frequency * (at * frames + i) / Format.rate;
+        samples[2 * i] = samples[2 * i + 1] = static_cast<float>(0.25 * std::sin(phase));
+    }
+    gst_buffer_unmap(buffer, &map);
+    return buffer;
+}
+
+class AudioOutputTest : public testing::Test {
+protected:
+    AudioOutputTest() { startGStreamer(); }
+
+    void open(AudioOutputSpec::Kind kind)
+    {
+        output = std::make_unique<AudioOutput>(AudioOutputSpec {kind, file()});
+        QObject::connect(output.get(), &AudioOutput::audibleChanged,
+            [this](bool audible) { changes.append(audible ? 'a' : 's'); });
+        QObject::connect(output.get(), &AudioOutput::drained, [this] { drained = true; });
+        QObject::connect(output.get(), &AudioOutput::failed, [this] { failed = true; });
+    }
+    QString file() const { return folder.filePath(QStringLiteral("out.wav")); }
+    bool write(int tenths, int frequency = 440)
+    {
+        bool taken = true;
+        for (int i = 0; taken && i < tenths; ++i)
+            taken = output->write(Format, tone(frequency, m_written++));
+        return taken;
+    }
+    ear::Sound heard() const
+    {
+        QFile wav(file());
+        EXPECT_TRUE(wav.open(QIODevice::ReadOnly));
+        return ear::decoded(wav.readAll().toStdString());
+    }
+
+    QTemporaryDir folder;
+    std::unique_ptr<AudioOutput> output;
+    QByteArray changes;
+    bool drained = false;
+    bool failed = false;
+
+private:
+    int m_written = 0;
+};
+
+TEST_F(AudioOutputTest, writesAFileInRealTime)
+{
+    open(AudioOutputSpec::Wav);
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_TRUE(write(20));
+    output->finish();
+    ASSERT_TRUE(spinUntil([this] { return drained; }));
+    EXPECT_GE(clock.elapsed(), 1800);
+    output->close();
+    EXPECT_NEAR(heard().seconds(), 2, 0.05);
+    EXPECT_GT(heard().share(0, 12000, 440), 0.95);
+    EXPECT_EQ(changes, "as");
+}
+
+TEST_F(AudioOutputTest, beginsWhenThereIsEnough)
+{
+    open(AudioOutputSpec::Null);
+    EXPECT_TRUE(write(2));
+    EXPECT_FALSE(spinUntil([this] { return output->isAudible(); }, 300));
+    EXPECT_GT(output->silence().count(), 200);
+    EXPECT_TRUE(write(2));
+    EXPECT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    EXPECT_EQ(output->silence().count(), 0);
+    EXPECT_TRUE(output->wasAudible());
+}
+
+TEST_F(AudioOutputTest, pausesByItselfWhenItRunsDryAndSkipsNothing)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(10));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    ASSERT_TRUE(spinUntil([this] { return !output->isAudible(); }));
+    EXPECT_TRUE(write(5));
+    EXPECT_FALSE(spinUntil([this] { return output->isAudible(); }, 300));
+    EXPECT_TRUE(write(10));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    output->finish();
+    ASSERT_TRUE(spinUntil([this] { return drained; }));
+    output->close();
+    EXPECT_EQ(changes, "asas");
+    EXPECT_NEAR(heard().seconds(), 2.5, 0.05);
+}
+
+TEST_F(AudioOutputTest, aPauseWaitsAndAResumeGoesOn)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(20));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    output->pause();
+    EXPECT_FALSE(output->isAudible());
+    EXPECT_FALSE(spinUntil([this] { return output->isAudible(); }, 500));
+    EXPECT_EQ(output->silence().count(), 0);
+    output->resume();
+    output->finish();
+    ASSERT_TRUE(spinUntil([this] { return drained; }));
+    output->close();
+    EXPECT_NEAR(heard().seconds(), 2, 0.05);
+}
+
+TEST_F(AudioOutputTest, aFileThatIsPausedIsCompletedByClosing)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(30));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    spinUntil([] { return false; }, 500);
+    output->pause();
+    QElapsedTimer clock;
+    clock.start();
+    output->close();
+    EXPECT_LT(clock.elapsed(), 1500);
+    EXPECT_NEAR(heard().seconds(), 0.6, 0.5);
+}
+
+TEST_F(AudioOutputTest, takesTenSecondsAheadAndNoMore)
+{
+    open(AudioOutputSpec::Null);
+    output->pause();
+    std::atomic<int> taken {0};
+    std::thread writer([&] {
+        for (int i = 0; i < 200 && output->write(Format, tone(440, i)); ++i)
+            ++taken;
+    });
+    EXPECT_TRUE(spinUntil([&] { return taken >= 95; }));
+    spinUntil([] { return false; }, 200);
+    EXPECT_LE(taken, 105);
+    QElapsedTimer clock;
+    clock.start();
+    output->refuse(true);
+    writer.join();
+    EXPECT_LT(clock.elapsed(), 1000);
+}
+
+TEST_F(AudioOutputTest, forgetsWhatWasNotHeard)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(50, 440));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    output->pause();
+    output->flush();
+    output->resume();
+    EXPECT_TRUE(write(20, 880));
+    output->finish();
+    ASSERT_TRUE(spinUntil([this] { return drained; }));
+    output->close();
+    const ear::Sound sound = heard();
+    EXPECT_NEAR(sound.seconds(), 2.4, 0.4);
+    EXPECT_GT(sound.share(sound.samples.size() - 12000, 12000, 880), 0.95);
+}
+
+TEST_F(AudioOutputTest, refusesAnotherFormatInTheMiddle)
+{
+    open(AudioOutputSpec::Null);
+    EXPECT_TRUE(write(1));
+    EXPECT_FALSE(output->write({44100, 2}, tone(440, 0)));
+    EXPECT_EQ(output->format(), Format);
+}
+
+TEST_F(AudioOutputTest, aFolderThatIsNotThereIsAFailure)
+{
+    output = std::make_unique<AudioOutput>(
+        AudioOutputSpec {AudioOutputSpec::Wav, folder.filePath(QStringLiteral("no/out.wav"))});
+    QObject::connect(output.get(), &AudioOutput::failed, [this] { failed = true; });
+    EXPECT_TRUE(spinUntil([this] { return failed; }));
+    EXPECT_FALSE(write(200));
+}
+
+} // namespace

@@ -1,0 +1,130 @@
+#include "host/rpc/PlayerMethods.h"
+
+#include "api/core/Language.h"
+#include "api/nodes/CMListRowsNode.h"
+#include "api/nodes/CMNodesWorker.h"
+#include "api/nodes/CMRootWorker.h"
+#include "api/web/VeskJson.h"
+#include "host/player/MediaPlayer.h"
+#include "host/player/PlayLogic.h"
+#include "tests/support/WorkerThread.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+class SilentPlayer : public MediaPlayer {
+public:
+    void play(const StreamSource &) override { }
+    void pause() override { }
+    void resume() override { }
+    void stop() override { }
+    void networkIsBack() override { }
+};
+
+/// A screen "Test:list" with one row of audio.
+class PlayerMethodsTest : public testing::Test {
+protected:
+    PlayerMethodsTest()
+        : worker({}, text("Test"))
+        , logic(&player)
+        , methods(&rpc, &logic)
+    {
+        VeskResource resource;
+        resource.setUri(text("http://stream/"));
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        VeskMediaData media;
+        media.setResources(resources);
+        VeskRoles row;
+        row.setType(VeskRolesType::Audio());
+        row.setTitle(Language::ntr(text("A \"song\"")));
+        row.setMediaData(media);
+        CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")))->rowsAppend(row);
+        QObject::connect(&methods, &PlayerMethods::changed,
+            [this](const QVariant &state) { told.append(state.toHash()); });
+    }
+
+    QVariantHash call(const QByteArray &method, const QByteArray &params = "{}")
+    {
+        QByteArray answer;
+        rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"player." + method
+                + "\",\"params\":" + params + "}",
+            nullptr, [&answer](const QByteArray &bytes) { answer = bytes; });
+        EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
+        VeskError error;
+        return VeskJson::parse(answer, error).toHash();
+    }
+    static int code(const QVariantHash &answer)
+    {
+        return answer.value(text("error")).toHash().value(text("code")).toInt();
+    }
+
+    CMRootWorker root;
+    CMNodesWorker worker;
+    SilentPlayer player;
+    JsonRpcDispatcher rpc;
+    PlayLogic logic;
+    PlayerMethods methods;
+    QList<QVariantHash> told;
+};
+
+TEST_F(PlayerMethodsTest, playAnswersWithTheIdOfThePlay)
+{
+    const QVariantHash result
+        = call("play", R"({"screen":"Test:list","row":0})").value(text("result")).toHash();
+    const QVariantHash state = call("state").value(text("result")).toHash();
+    EXPECT_FALSE(result.value(text("playId")).toHash().isEmpty());
+    EXPECT_EQ(state.value(text("playId")), result.value(text("playId")));
+    EXPECT_EQ(state.value(text("title")).toString(), text("A \"song\""));
+    EXPECT_EQ(state.value(text("state")).toInt(), 1);
+}
+
+TEST_F(PlayerMethodsTest, theStateHasAllItsMembersAlsoWhenNothingPlays)
+{
+    const QVariantHash state = call("state").value(text("result")).toHash();
+    QStringList names = state.keys();
+    names.sort();
+    EXPECT_EQ(names.join(QLatin1Char(' ')),
+        text("bitrate contextPath description error icon path playId state streamTitle title uri"));
+    EXPECT_EQ(state.value(text("state")).toInt(), 0);
+    EXPECT_TRUE(state.value(text("playId")).isNull());
+}
+
+TEST_F(PlayerMethodsTest, badParametersAreTold)
+{
+    for (const char *params : {"{}", R"({"screen":"Test:list"})", R"({"row":0})",
+             R"({"screen":"Test:list","row":-1})", R"({"screen":"Test:list","row":"0"})",
+             R"({"screen":"no path","row":0})", R"({"screen":7,"row":0})"})
+        EXPECT_EQ(code(call("play", params)), JsonRpcError::InvalidParams) << params;
+}
+
+TEST_F(PlayerMethodsTest, whatCannotBeDoneIsAnError)
+{
+    EXPECT_EQ(code(call("pause")), JsonRpcError::RequestFailed);
+    EXPECT_EQ(code(call("resume")), JsonRpcError::RequestFailed);
+    EXPECT_EQ(call("stop").value(text("result")).toHash(), QVariantHash());
+    EXPECT_EQ(code(call("play", R"({"screen":"Test:list","row":5})")), JsonRpcError::RequestFailed);
+    EXPECT_EQ(code(call("play", R"({"screen":"Nobody:x","row":5})")), JsonRpcError::NoNode);
+}
+
+TEST_F(PlayerMethodsTest, changesAreToldOnceWithTheWholeState)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    told.clear();
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.titleChanged(text("On the air"));
+    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(told.first().value(text("state")).toInt(), 2);
+    EXPECT_EQ(told.first().value(text("streamTitle")).toString(), text("On the air"));
+    EXPECT_EQ(told.first(), logic.state());
+}
+
+} // namespace
