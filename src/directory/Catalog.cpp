@@ -33,6 +33,11 @@ void Catalog::buildIndex()
     enter(List::Artist, artists);
 }
 
+std::string streamId(const Station &station, std::size_t index)
+{
+    return 'e' + station.id.substr(1) + std::to_string(index + 1);
+}
+
 const Genre *Catalog::genre(std::string_view id) const
 {
     return look(id, List::Genre, genres);
@@ -52,6 +57,19 @@ const Region *Catalog::region(std::string_view id) const
 const Station *Catalog::station(std::string_view id) const
 {
     return look(id, List::Station, stations);
+}
+StreamInstance Catalog::stream(std::string_view id) const
+{
+    StreamInstance found;
+    if (id.size() < 3 || id.front() != 'e' || id.back() < '1' || id.back() > '9')
+        return found;
+    const Station *owner = station('s' + std::string(id.substr(1, id.size() - 2)));
+    const auto index = static_cast<std::size_t>(id.back() - '1');
+    if (owner && index < owner->streams.size()) {
+        found.station = owner;
+        found.index = index;
+    }
+    return found;
 }
 const Show *Catalog::show(std::string_view id) const
 {

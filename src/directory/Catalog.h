@@ -126,6 +126,14 @@ struct Sample {
     std::string file;
 };
 
+/// One of a station's streams; none without a station.
+struct StreamInstance {
+    const Station *station = nullptr;
+    std::size_t index = 0;
+};
+/// The id of a station's n-th stream: "e" with the station's digits and one more.
+std::string streamId(const Station &station, std::size_t index);
+
 struct Catalog {
     std::size_t pageSize = 25;
     std::size_t showsPerPage = 6;
@@ -150,6 +158,8 @@ struct Catalog {
     const Language *language(std::string_view id) const;
     const Region *region(std::string_view id) const;
     const Station *station(std::string_view id) const;
+    /// Streams have the ids that streamId() gives.
+    StreamInstance stream(std::string_view id) const;
     const Show *show(std::string_view id) const;
     const Topic *topic(std::string_view id) const;
     const Artist *artist(std::string_view id) const;

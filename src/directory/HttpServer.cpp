@@ -191,13 +191,17 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
     // The tap is a part of the stream, so the stream and its socket are there whenever it is
     // called.
     GSocket *socket = g_socket_connection_get_socket(connection);
-    GIOStream *tapped
-        = tappedStream(stream, socket, [scanner, stream, socket](std::string_view bytes) {
-              const bool lostBefore = scanner->lost();
-              scanner->feed(bytes);
-              if (scanner->lost() && !lostBefore)
-                  refuseHead(stream, socket);
-          });
+    Tap tap;
+    tap.read = [scanner, stream, socket](std::string_view bytes) {
+        const bool lostBefore = scanner->lost();
+        scanner->feed(bytes);
+        if (scanner->lost() && !lostBefore)
+            refuseHead(stream, socket);
+    };
+    // The library forgets to close a connection that ends between two requests; one that ends in a
+    // request's head it closes.
+    tap.breaksOff = [scanner] { return scanner->isBetweenRequests(); };
+    GIOStream *tapped = tappedStream(stream, socket, std::move(tap));
     GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
     GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);
     if (local && remote) {

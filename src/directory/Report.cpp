@@ -12,7 +12,8 @@ Answer wizard(const Context &context)
 {
     const std::string id = context.param("id");
     const Catalog &catalog = context.catalog();
-    if (!catalog.station(id) && !catalog.show(id) && !catalog.topic(id))
+    if (!catalog.station(id) && !catalog.show(id) && !catalog.topic(id)
+        && !catalog.stream(id).station)
         return failure("400", "Invalid ID", "request.idInvalid");
     if (!context.param("step").empty()) {
         Json thanks = textRow("Thank you. We will look into it.");

@@ -22,6 +22,9 @@ public:
     /// Whether something was longer than maxHead; then nothing more is reported.
     bool lost() const { return m_state == State::Lost; }
 
+    /// Whether nothing has come of a next request.
+    bool isBetweenRequests() const { return m_state == State::Head && m_buffer.empty(); }
+
 private:
     enum class State { Head, Body, ChunkSize, Chunk, Trailer, Lost };
 

@@ -7,6 +7,7 @@ namespace {
 struct TapInput {
     GFilterInputStream parent;
     Tap *tap;
+    bool brokenOff;
 };
 struct TapInputClass {
     GFilterInputStreamClass parent;
@@ -44,7 +45,7 @@ GInputStream *baseOf(gpointer input)
 gssize shown(gpointer input, const void *buffer, gssize count)
 {
     if (count > 0)
-        (*asInput(input)->tap)(
+        asInput(input)->tap->read(
             {static_cast<const char *>(buffer), static_cast<std::size_t>(count)});
     return count;
 }
@@ -58,9 +59,22 @@ gssize readBlocking(
 
 gssize readNonblocking(GPollableInputStream *input, void *buffer, gsize count, GError **error)
 {
-    return shown(input, buffer,
+    if (asInput(input)->brokenOff)
+        return 0;
+    GError *failure = nullptr;
+    const gssize got = shown(input, buffer,
         g_pollable_input_stream_read_nonblocking(
-            G_POLLABLE_INPUT_STREAM(baseOf(input)), buffer, count, nullptr, error));
+            G_POLLABLE_INPUT_STREAM(baseOf(input)), buffer, count, nullptr, &failure));
+    const bool waits = failure && g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_WOULD_BLOCK);
+    if (got <= 0 && !waits && count > 0 && asInput(input)->tap->breaksOff()) {
+        g_clear_error(&failure);
+        asInput(input)->brokenOff = true;
+        *static_cast<char *>(buffer) = ' ';
+        return 1;
+    }
+    if (failure)
+        g_propagate_error(error, failure);
+    return got;
 }
 
 gboolean canPoll(GPollableInputStream *input)

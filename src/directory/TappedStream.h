@@ -7,7 +7,12 @@
 
 namespace directory {
 
-using Tap = std::function<void(std::string_view bytes)>;
+struct Tap {
+    std::function<void(std::string_view bytes)> read;
+    /// Asked where the base ends or fails: whether the reader is to see a request that breaks off
+    /// after one blank, in place of nothing more.
+    std::function<bool()> breaksOff;
+};
 
 /// Takes its own references. `socket` is the one at the bottom of `base`. The result belongs to the
 /// caller.

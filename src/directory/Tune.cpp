@@ -16,31 +16,6 @@ Answer unknownId()
     return failure("400", "Invalid ID", "request.idInvalid");
 }
 
-/// The id of a station's n-th stream: "e" with the station's digits and one more.
-std::string streamId(const Station &station, std::size_t index)
-{
-    return 'e' + station.id.substr(1) + std::to_string(index + 1);
-}
-
-struct StreamInstance {
-    const Station *station = nullptr;
-    std::size_t index = 0;
-};
-
-StreamInstance streamOf(const Catalog &catalog, const std::string &id)
-{
-    StreamInstance found;
-    if (id.size() < 3 || id.front() != 'e' || id.back() < '1' || id.back() > '9')
-        return found;
-    const Station *station = catalog.station('s' + id.substr(1, id.size() - 2));
-    const auto index = static_cast<std::size_t>(id.back() - '1');
-    if (station && index < station->streams.size()) {
-        found.station = station;
-        found.index = index;
-    }
-    return found;
-}
-
 Json audioItem(const std::string &url, const Stream &stream, const std::string &id)
 {
     Json item = {{"element", "audio"}, {"url", url}, {"reliability", stream.reliability},
@@ -106,7 +81,7 @@ Json resolve(const Context &context, const std::string &id)
         return topicStream(context, *topic);
     if (const Show *show = catalog.show(id))
         return showStreams(context, *show);
-    const StreamInstance instance = streamOf(catalog, id);
+    const StreamInstance instance = catalog.stream(id);
     if (instance.station) {
         const Station &station = *instance.station;
         if (!station.availability.empty())
@@ -159,7 +134,7 @@ Answer streamPicker(const Context &context)
             {"URL", context.api("Tune.ashx", {{"id", id}, {"sid", station->id}})},
             {"bitrate", std::to_string(stream.bitrate)},
             {"reliability", std::to_string(stream.reliability)}, {"media_type", stream.codec},
-            {"guide_id", id}, {"item", "station"}});
+            {"guide_id", id}, {"station_id", station->id}, {"item", "station"}});
     }
     return success(station->name, orNothing(context, std::move(rows)));
 }

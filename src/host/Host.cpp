@@ -66,10 +66,11 @@ void Host::start()
 void Host::setUpValues()
 {
     defineHostValues(m_values.get());
-    for (const auto &entry : m_options.pinned) {
+    // A pinned value stays as it is, so all of them are there before the first is pinned.
+    for (const auto &entry : m_options.pinned)
         m_values->setValue(entry.first, entry.second);
+    for (const auto &entry : m_options.pinned)
         m_values->pin(entry.first);
-    }
     for (const QString &prefix : hostValuePrefixes())
         m_root->addWorker(prefix, m_values.get());
 

@@ -223,6 +223,16 @@ TEST(HttpServer, BoundsItsConnections)
     EXPECT_THAT(next.all(), HasSubstr("200 OK"));
 }
 
+TEST(HttpServer, LetsConnectionsGoThatTheClientCloses)
+{
+    const RunningServer server;
+    for (int i = 0; i < 2 * Listener::maxConnections; ++i) {
+        const RawConnection connection(server.port());
+        connection.send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
+        ASSERT_THAT(connection.answer(), HasSubstr("200 OK")) << i;
+    }
+}
+
 TEST(HttpServer, LogsEachRequestAsItCameBeforeItIsAnswered)
 {
     const std::string file = testing::TempDir() + "directory-server-test.log";

@@ -37,7 +37,10 @@ TEST_F(Report, TheWizardAsksAndThenStops)
         ASSERT_EQ(last.size(), 1u);
         EXPECT_EQ(last[0]["nav"], "stop");
     }
+    const std::string stream = 'e' + id.substr(1) + '1';
+    EXPECT_EQ(body("/Report.ashx?c=wizard&id=" + stream).size(), questions.size());
     EXPECT_EQ(faultCodeOf(json("/Report.ashx?c=wizard&id=s0")), "request.idInvalid");
+    EXPECT_EQ(faultCodeOf(json("/Report.ashx?c=wizard&id=" + stream + '9')), "request.idInvalid");
 }
 
 TEST_F(Report, FeedbackNeedsAText)

@@ -105,6 +105,8 @@ TEST_F(Tune, OffersTheStreamsOfAStationToChooseFrom)
     EXPECT_EQ(rows[1]["bitrate"], "64");
     const std::string id = 'e' + station.id.substr(1) + '2';
     EXPECT_EQ(targetOf(rows[1]), "/Tune.ashx?id=" + id + "&sid=" + station.id + "&formats=mp3,aac");
+    EXPECT_EQ(rows[1]["guide_id"], id);
+    EXPECT_EQ(rows[1]["station_id"], station.id); // whose streams there are to choose from
 }
 
 TEST_F(Tune, ShowsTheContentsOfAShowOnTheAir)

@@ -129,6 +129,7 @@ TEST(HostProcessTest, AValueThatIsSetAtStartStaysAsItIs)
 {
     const auto host = start(plugins({"good"})
         + QStringList {QStringLiteral("--set"), QStringLiteral("network:connected=true"),
+            QStringLiteral("--set"), QStringLiteral("settings:tunein/partnerId=overridden"),
             QStringLiteral("--set"), QStringLiteral("settings:tunein/partnerId=pinned")});
     ASSERT_TRUE(host->isReady());
     EXPECT_EQ(

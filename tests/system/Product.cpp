@@ -36,6 +36,7 @@ QString secureAddress(QProcess &directory)
 {
     const QString mark = QStringLiteral(" TLS at https://");
     QString said;
+    directory.setReadChannel(QProcess::StandardError);
     do {
         said += QString::fromUtf8(directory.readAllStandardError());
     } while (!said.endsWith(QLatin1Char('\n')) && directory.waitForReadyRead(patienceMs));
@@ -100,9 +101,9 @@ Product::Product(const QStringList &hostArguments, const DirectoryTls &tls)
     m_directory.start(program("tunein-directory"), arguments);
     m_directoryAddress = readyAddress(m_directory).section(QLatin1Char('/'), 2, 2);
     if (secure) {
-        m_hostArguments += {QStringLiteral("--ca-file"), tls.authorityFile,
-            QStringLiteral("--connect-to"),
-            QStringLiteral("opml.radiotime.com:443:") + secureAddress(m_directory)};
+        m_hostArguments
+            += {QStringLiteral("--ca-file"), tls.authorityFile, QStringLiteral("--connect-to"),
+                QStringLiteral("opml.radiotime.com:443:") + secureAddress(m_directory)};
     }
     startHost();
 }
@@ -150,9 +151,9 @@ bool Product::startHost()
         QStringLiteral("settings:tunein/partnerId=test"),
         QStringLiteral("--state-dir"),
         stateDir(),
-        QStringLiteral("--log-level"),
-        QStringLiteral("error"),
     };
+    if (!m_hostArguments.contains(QStringLiteral("--log-level")))
+        arguments += {QStringLiteral("--log-level"), QStringLiteral("error")};
     m_host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_host.start(program("vesk-host"), arguments + m_hostArguments);
     m_hostUrl = readyAddress(m_host);

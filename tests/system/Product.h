@@ -27,8 +27,8 @@ struct DirectoryTls {
 /// port.
 class Product {
 public:
-    /// \a hostArguments are added to the host's. With \a tls the host reaches the directory over TLS
-    /// too.
+    /// \a hostArguments are added to the host's. With \a tls the host reaches the directory over
+    /// TLS too.
     explicit Product(const QStringList &hostArguments = {}, const DirectoryTls &tls = {});
     ~Product();
 
@@ -84,5 +84,4 @@ private:
 };
 
 /// Runs a program of the build to its end.
-Outcome runProgram(
-    const QString &name, const QStringList &arguments, const QByteArray &input = {});
+Outcome runProgram(const QString &name, const QStringList &arguments, const QByteArray &input = {});

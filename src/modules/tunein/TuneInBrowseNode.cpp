@@ -693,16 +693,17 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
 
     CMPath context = item.showOrTopic ? m_tiWorker->playerContextShowEpisodeNode()->path()
                                       : m_tiWorker->playerContextNode()->path();
+    // In the order in which a path keeps them: each is then put at the end.
     context.addParam(Param::guideId(), item.guideId);
+    if (!item.sid.isEmpty())
+        context.addParam(Param::sid(), item.sid);
     const QString stationId = element.stationId();
     if (!stationId.isEmpty())
         context.addParam(Param::stationId(), stationId);
-    if (!item.sid.isEmpty())
-        context.addParam(Param::sid(), item.sid);
-    context.addParam(Param::veskMatchingPath(), encodedMatchPath);
-    context.addParam(Param::veskTitle(), title);
     context.addParam(Param::veskDescription(), description);
     context.addParam(Param::veskIcon(), icon);
+    context.addParam(Param::veskMatchingPath(), encodedMatchPath);
+    context.addParam(Param::veskTitle(), title);
 
     VeskRoles matching;
     matching.insert(VeskRoles::Path(), encodedMatchPath);
@@ -722,8 +723,8 @@ VeskMediaData TuneInBrowseNode::audioMediaData(
         metaData.setPrePlayPath(prePlay);
     } else if (!screen.directStream) {
         CMPath prePlay = path();
-        prePlay.addParam(Param::veskPrePlayCmd(), QStringLiteral("fetchAvailableStreams"));
         prePlay.addParam(Param::veskPlayPath(), item.url.toString());
+        prePlay.addParam(Param::veskPrePlayCmd(), QStringLiteral("fetchAvailableStreams"));
         metaData.setPrePlayPath(prePlay);
     }
     metaData.setLive(item.kind == QLatin1String("station"));

@@ -1,16 +1,43 @@
 #include "host/rpc/HttpServer.h"
 
+#include "host/rpc/HttpResource.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 #include "tests/support/RawClient.h"
 
+#include <QTimer>
+
 #include <gmock/gmock.h>
 
+#include <utility>
 #include <vector>
 
 namespace {
 
 const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
 const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
+
+/// A resource at /letter.
+class Letter : public HttpResource {
+public:
+    bool owns(const QByteArray &path) const override { return path == "/letter"; }
+    void get(const HttpQuery &query, Answered answered) override
+    {
+        if (isKept) {
+            kept = std::move(answered);
+            return;
+        }
+        const HttpAnswer answer {200, "text/plain", "for " + query.path + ", " + query.ifNoneMatch,
+            {{"Cache-Control", "private"}}};
+        if (isLate)
+            QTimer::singleShot(0, [answer, answered] { answered(answer); });
+        else
+            answered(answer);
+    }
+
+    bool isLate = false;
+    bool isKept = false;
+    Answered kept;
+};
 
 class HttpServerTest : public testing::Test {
 protected:
@@ -50,6 +77,7 @@ protected:
     }
 
     QList<JsonRpcCallPtr> m_kept;
+    Letter m_letter;
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<HttpServer> m_server;
 };
@@ -215,6 +243,47 @@ TEST_F(HttpServerTest, ServesAPageAtItsRootAndNothingElse)
     EXPECT_EQ(bodyOf(response), "The content browser's page is not installed.\n");
     for (const char *target : {"/index.html", "//", "/jsonrpc/", "/jsonrpc/x", "/ws/"})
         EXPECT_EQ(statusOf(get(target)), 404) << target;
+}
+
+TEST_F(HttpServerTest, OffersResourcesForReadingOnly)
+{
+    m_server->addResource(&m_letter);
+    const QByteArray response = get("/letter?a=b", "If-None-Match: \"x\"\r\n");
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(headerOf(response, "Content-Type"), "text/plain");
+    EXPECT_EQ(headerOf(response, "Cache-Control"), "private");
+    EXPECT_EQ(headerOf(response, "X-Content-Type-Options"), "nosniff");
+    EXPECT_EQ(bodyOf(response), "for /letter, \"x\"");
+    for (const char *method : {"POST", "PUT", "DELETE"}) {
+        const QByteArray refused = exchange(RawClient::request(
+            method, "/letter", port(), "Content-Type: application/json\r\n", Echo));
+        EXPECT_EQ(statusOf(refused), 405) << method;
+        EXPECT_EQ(headerOf(refused, "Allow"), "GET, HEAD");
+    }
+    EXPECT_EQ(statusOf(get("/letter/")), 404);
+    EXPECT_EQ(statusOf(get("/letter", "Origin: http://evil.example\r\n")), 403);
+    EXPECT_EQ(statusOf(exchange("GET /letter HTTP/1.1\r\nHost: evil.example\r\n\r\n")), 403);
+}
+
+TEST_F(HttpServerTest, WaitsForAResourceThatAnswersLater)
+{
+    m_letter.isLate = true;
+    m_server->addResource(&m_letter);
+    EXPECT_EQ(bodyOf(get("/letter")), "for /letter, ");
+}
+
+TEST_F(HttpServerTest, OutlivesAClientThatDoesNotWaitForAResource)
+{
+    m_letter.isKept = true;
+    m_server->addResource(&m_letter);
+    inBackground([this] {
+        RawClient client(port());
+        return client.send(RawClient::request("GET", "/letter", port()));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_letter.kept != nullptr; }));
+    std::exchange(m_letter.kept, nullptr)({200, "text/plain", "too late", {}});
+    EXPECT_EQ(statusOf(get("/")), 200);
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
 }
 
 TEST_F(HttpServerTest, AnswersHeadWithoutABody)

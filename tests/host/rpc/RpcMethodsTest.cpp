@@ -118,6 +118,27 @@ TEST_F(RpcMethodsTest, GetRowsAnswersRowsInTheOrderOfTheRoles)
         QStringLiteral("A list"));
 }
 
+TEST_F(RpcMethodsTest, TellsOfTheIconsThatItAnswersWith)
+{
+    CMListRowsNode *list
+        = CMListRowsNode::create(m_worker.nodes(), m_worker.addPrefix(QStringLiteral("icons")));
+    list->setIcon(QStringLiteral("http://e/list"));
+    VeskRoles row;
+    row.setIcon(QStringLiteral("http://e/row"));
+    list->rowsAppend(row);
+    list->rowsAppend(VeskRoles());
+    QStringList seen;
+    m_methods.setIconSeen([&](const QString &icon) { seen.append(icon); });
+
+    ask("getRows", R"({"path":"Test:icons","roles":["title"]})");
+    EXPECT_EQ(seen.filter(QStringLiteral("row")), QStringList());
+    ask("getRows", R"({"path":"Test:icons","roles":["title","icon"]})");
+    EXPECT_TRUE(seen.contains(QStringLiteral("http://e/row")));
+    seen.clear();
+    ask("getData", R"({"path":"Test:icons","roles":["title","icon"]})");
+    EXPECT_EQ(seen, QStringList {QStringLiteral("http://e/list")});
+}
+
 TEST_F(RpcMethodsTest, GetRowsAnswersTheRangeThatIsAskedFor)
 {
     EXPECT_THAT(resultOf("getRows", R"({"path":"Test:list","roles":["title"],"first":1,"last":1})")

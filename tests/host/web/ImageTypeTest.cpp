@@ -1,0 +1,24 @@
+#include "host/web/ImageType.h"
+
+#include <gmock/gmock.h>
+
+namespace {
+
+TEST(ImageTypeTest, KnowsPicturesByTheirFirstBytes)
+{
+    EXPECT_EQ(imageTypeOf(QByteArray("\x89PNG\r\n\x1a\n....")), "image/png");
+    EXPECT_EQ(imageTypeOf(QByteArray("\xff\xd8\xff\xe0....")), "image/jpeg");
+    EXPECT_EQ(imageTypeOf("GIF87a...."), "image/gif");
+    EXPECT_EQ(imageTypeOf("GIF89a...."), "image/gif");
+    EXPECT_EQ(imageTypeOf(QByteArray("RIFF\0\0\0\0WEBPVP8 ", 16)), "image/webp");
+}
+
+TEST(ImageTypeTest, TakesNothingElseForAPicture)
+{
+    for (const char *text : {"", "\x89PNG", "\xff\xd8", "GIF88a", "RIFF....WAVE",
+             "<svg xmlns='http://www.w3.org/2000/svg'/>", "<?xml version='1.0'?><svg/>",
+             "<!DOCTYPE html><html></html>", " \x89PNG\r\n\x1a\n", "BM......"})
+        EXPECT_EQ(imageTypeOf(text), "") << text;
+}
+
+} // namespace
