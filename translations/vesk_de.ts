@@ -197,4 +197,434 @@
         <translation>Die Verbindung zu TuneIn schlug fehl</translation>
     </message>
 </context>
+<context>
+    <name>Host</name>
+    <message>
+        <source>%1 could not be loaded</source>
+        <translation>%1 konnte nicht geladen werden</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Dienste</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Sprache</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>TuneIn-Partnerkennung</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Adresse der TuneIn-Startseite</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Stream-Formate, um die TuneIn gebeten wird</translation>
+    </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Anbieten, stumme Sender zu melden</translation>
+    </message>
+    <message>
+        <source>Show the parts of a screen in one list</source>
+        <translation>Die Teile einer Ansicht in einer Liste zeigen</translation>
+    </message>
+    <message>
+        <source>Id of this device</source>
+        <translation>Kennung dieses Geräts</translation>
+    </message>
+    <message>
+        <source>Address of the network adapter</source>
+        <translation>Adresse des Netzwerkadapters</translation>
+    </message>
+    <message>
+        <source>Connected to the network</source>
+        <translation>Mit dem Netzwerk verbunden</translation>
+    </message>
+</context>
+<context>
+    <name>Player</name>
+    <message>
+        <source>There is no such row.</source>
+        <translation>Diese Zeile gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There is nothing to play in this row.</source>
+        <translation>In dieser Zeile gibt es nichts abzuspielen.</translation>
+    </message>
+    <message>
+        <source>Something else was played in the meantime.</source>
+        <translation>Inzwischen wurde etwas anderes abgespielt.</translation>
+    </message>
+    <message>
+        <source>Nothing is playing.</source>
+        <translation>Es läuft nichts.</translation>
+    </message>
+    <message>
+        <source>Nothing is paused.</source>
+        <translation>Nichts ist angehalten.</translation>
+    </message>
+    <message>
+        <source>There is nothing to hear on the stream.</source>
+        <translation>Auf dem Stream ist nichts zu hören.</translation>
+    </message>
+    <message>
+        <source>The playlists never lead to a stream.</source>
+        <translation>Die Wiedergabelisten führen zu keinem Stream.</translation>
+    </message>
+    <message>
+        <source>The stream is encrypted.</source>
+        <translation>Der Stream ist verschlüsselt.</translation>
+    </message>
+    <message>
+        <source>The stream's server ended it.</source>
+        <translation>Der Server hat den Stream beendet.</translation>
+    </message>
+    <message>
+        <source>There is no audio at the stream's address.</source>
+        <translation>An der Adresse des Streams gibt es keinen Ton.</translation>
+    </message>
+    <message>
+        <source>There is no stream in the playlist.</source>
+        <translation>In der Wiedergabeliste steht kein Stream.</translation>
+    </message>
+    <message>
+        <source>The sound output does not work.</source>
+        <translation>Die Tonausgabe funktioniert nicht.</translation>
+    </message>
+    <message>
+        <source>This device cannot play the station's streams.</source>
+        <translation>Dieses Gerät kann die Streams des Senders nicht abspielen.</translation>
+    </message>
+    <message>
+        <source>The station has no stream at the moment.</source>
+        <translation>Der Sender hat im Moment keinen Stream.</translation>
+    </message>
+    <message>
+        <source>The station cannot be heard in your country.</source>
+        <translation>Der Sender ist in Ihrem Land nicht zu hören.</translation>
+    </message>
+    <message>
+        <source>The station may not be played here.</source>
+        <translation>Der Sender darf hier nicht abgespielt werden.</translation>
+    </message>
+    <message>
+        <source>The stream's server refused it (code %1).</source>
+        <translation>Der Server hat den Stream verweigert (Code %1).</translation>
+    </message>
+    <message>
+        <source>The stream's server sent another part of the file.</source>
+        <translation>Der Server hat einen anderen Teil der Datei gesendet.</translation>
+    </message>
+    <message>
+        <source>There is a web page in place of the stream.</source>
+        <translation>Statt des Streams kam eine Webseite.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be decoded.</source>
+        <translation>Der Stream kann nicht dekodiert werden.</translation>
+    </message>
+    <message>
+        <source>The stream's server has no address.</source>
+        <translation>Der Server des Streams hat keine Adresse.</translation>
+    </message>
+    <message>
+        <source>The stream's server cannot be reached.</source>
+        <translation>Der Server des Streams ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not answer.</source>
+        <translation>Der Server des Streams antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>There is no safe connection to the stream.</source>
+        <translation>Es gibt keine sichere Verbindung zum Stream.</translation>
+    </message>
+    <message>
+        <source>The stream leads from address to address.</source>
+        <translation>Der Stream führt von Adresse zu Adresse.</translation>
+    </message>
+    <message>
+        <source>The connection to the stream was lost.</source>
+        <translation>Die Verbindung zum Stream ist abgerissen.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be received (%1).</source>
+        <translation>Der Stream kann nicht empfangen werden (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>CMErrorHelper</name>
+    <message>
+        <source>The address of %1 was not found.</source>
+        <translation>Die Adresse von %1 wurde nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1.</source>
+        <translation>Keine Verbindung zu %1.</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time.</source>
+        <translation>%1 hat nicht rechtzeitig geantwortet.</translation>
+    </message>
+    <message>
+        <source>No secure connection to %1 could be made.</source>
+        <translation>Zu %1 kam keine sichere Verbindung zustande.</translation>
+    </message>
+    <message>
+        <source>The exchange with %1 failed.</source>
+        <translation>Der Austausch mit %1 schlug fehl.</translation>
+    </message>
+</context>
+<context>
+    <name>CMError</name>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>CMListRowsNode</name>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>Der Bereich der Zeilen ist ungültig.</translation>
+    </message>
+</context>
+<context>
+    <name>CMReply</name>
+    <message>
+        <source>The request was not answered.</source>
+        <translation>Die Anfrage wurde nicht beantwortet.</translation>
+    </message>
+</context>
+<context>
+    <name>CMRequest</name>
+    <message>
+        <source>The request was redirected too often.</source>
+        <translation>Die Anfrage wurde zu oft weitergeleitet.</translation>
+    </message>
+    <message>
+        <source>There is nothing at this address.</source>
+        <translation>Unter dieser Adresse gibt es nichts.</translation>
+    </message>
+</context>
+<context>
+    <name>CMValuesWorker</name>
+    <message>
+        <source>The value cannot be changed.</source>
+        <translation>Der Wert kann nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>The value is not of the right type.</source>
+        <translation>Der Wert hat den falschen Typ.</translation>
+    </message>
+    <message>
+        <source>A value has no rows.</source>
+        <translation>Ein Wert hat keine Zeilen.</translation>
+    </message>
+</context>
+<context>
+    <name>Web</name>
+    <message>
+        <source>%1 account</source>
+        <translation>%1-Konto</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>%1: done</source>
+        <translation>%1: erledigt</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Code: %1</source>
+        <translation>Code: %1</translation>
+    </message>
+    <message>
+        <source>Connecting …</source>
+        <translation>Verbinden …</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Vor</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Link with a code</source>
+        <translation>Mit einem Code verknüpfen</translation>
+    </message>
+    <message>
+        <source>Linked to %1</source>
+        <translation>Verknüpft mit %1</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Wird geladen</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>More for %1</source>
+        <translation>Mehr zu %1</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
+    </message>
+    <message>
+        <source>Player</source>
+        <translation>Player</translation>
+    </message>
+    <message>
+        <source>Playing</source>
+        <translation>Läuft</translation>
+    </message>
+    <message>
+        <source>Preferred</source>
+        <translation>Bevorzugt</translation>
+    </message>
+    <message>
+        <source>Reconnecting …</source>
+        <translation>Neu verbinden …</translation>
+    </message>
+    <message>
+        <source>Results for “%1”</source>
+        <translation>Ergebnisse für „%1“</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Dienste</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Sign in with a password …</source>
+        <translation>Mit Passwort anmelden …</translation>
+    </message>
+    <message>
+        <source>Skip to the content</source>
+        <translation>Zum Inhalt springen</translation>
+    </message>
+    <message>
+        <source>Something went wrong.</source>
+        <translation>Etwas ist schiefgegangen.</translation>
+    </message>
+    <message>
+        <source>Start page</source>
+        <translation>Startseite</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Gestoppt</translation>
+    </message>
+    <message>
+        <source>The connection to the host is lost. Trying again …</source>
+        <translation>Die Verbindung zum Host ist abgerissen. Neuer Versuch …</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Hier ist nichts.</translation>
+    </message>
+    <message>
+        <source>This device is not linked to a %1 account.</source>
+        <translation>Dieses Gerät ist mit keinem %1-Konto verknüpft.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Unlink</source>
+        <translation>Verknüpfung lösen</translation>
+    </message>
+    <message>
+        <source>Unlink …</source>
+        <translation>Verknüpfung lösen …</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Ohne Titel</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Benutzername</translation>
+    </message>
+    <message>
+        <source>Waiting for the code to be entered …</source>
+        <translation>Warten, bis der Code eingegeben wird …</translation>
+    </message>
+    <message>
+        <source>Where to search</source>
+        <translation>Wo gesucht wird</translation>
+    </message>
+    <message>
+        <source>You are here</source>
+        <translation>Sie sind hier</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries</source>
+        <translation>
+            <numerusform>%n Eintrag</numerusform>
+            <numerusform>%n Einträge</numerusform>
+        </translation>
+    </message>
+</context>
 </TS>

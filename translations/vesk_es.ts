@@ -1,0 +1,630 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es" sourcelanguage="en">
+<context>
+    <name>TuneIn</name>
+    <message>
+        <source>The given email address is of invalid form (empty or incorrect).</source>
+        <translation>La dirección de correo no es válida (vacía o incorrecta).</translation>
+    </message>
+    <message>
+        <source>The given password is of invalid form (empty or incorrect).</source>
+        <translation>La contraseña no es válida (vacía o incorrecta).</translation>
+    </message>
+    <message>
+        <source>The given postalCode or city/country combination is invalid.</source>
+        <translation>El código postal o la combinación de ciudad y país no es válida.</translation>
+    </message>
+    <message>
+        <source>The requested account name is already taken.</source>
+        <translation>Ese nombre de cuenta ya está en uso.</translation>
+    </message>
+    <message>
+        <source>The requested email is already registered.</source>
+        <translation>Esa dirección de correo ya está registrada.</translation>
+    </message>
+    <message>
+        <source>A validation error occurred.</source>
+        <translation>Se ha producido un error de validación.</translation>
+    </message>
+    <message>
+        <source>No associated account</source>
+        <translation>Ninguna cuenta vinculada</translation>
+    </message>
+    <message>
+        <source>Account already associated.</source>
+        <translation>La cuenta ya está vinculada.</translation>
+    </message>
+    <message>
+        <source>Login failed. Please enter a valid username and password.</source>
+        <translation>No se pudo iniciar sesión. Introduzca un nombre de usuario y una contraseña válidos.</translation>
+    </message>
+    <message>
+        <source>Access forbidden.</source>
+        <translation>Acceso denegado.</translation>
+    </message>
+    <message>
+        <source>TuneIn request failed.</source>
+        <translation>La solicitud a TuneIn ha fallado.</translation>
+    </message>
+    <message>
+        <source>Invalid data received.</source>
+        <translation>Se han recibido datos no válidos.</translation>
+    </message>
+    <message>
+        <source>Invalid data returned.</source>
+        <translation>Se han devuelto datos no válidos.</translation>
+    </message>
+    <message>
+        <source>Invalid password or user name.</source>
+        <translation>Contraseña o nombre de usuario no válidos.</translation>
+    </message>
+    <message>
+        <source>Unknown method</source>
+        <translation>Método desconocido</translation>
+    </message>
+    <message>
+        <source>Invalid value type.</source>
+        <translation>Tipo de valor no válido.</translation>
+    </message>
+    <message>
+        <source>Invalid response!</source>
+        <translation>¡Respuesta no válida!</translation>
+    </message>
+    <message>
+        <source>Invalid response.</source>
+        <translation>Respuesta no válida.</translation>
+    </message>
+    <message>
+        <source>Missing guideId parameter</source>
+        <translation>Falta el parámetro guideId</translation>
+    </message>
+    <message>
+        <source>Missing query parameter</source>
+        <translation>Falta el parámetro query</translation>
+    </message>
+    <message>
+        <source>Unsupported method!</source>
+        <translation>¡Método no admitido!</translation>
+    </message>
+    <message>
+        <source>Unspecified method!</source>
+        <translation>¡No se ha indicado ningún método!</translation>
+    </message>
+    <message>
+        <source>My Favorites</source>
+        <translation>Mis favoritos</translation>
+    </message>
+    <message>
+        <source>Empty play path</source>
+        <translation>Ruta de reproducción vacía</translation>
+    </message>
+    <message>
+        <source>No available streams.</source>
+        <translation>No hay emisiones disponibles.</translation>
+    </message>
+    <message>
+        <source>Invalid pre-play command</source>
+        <translation>Orden previa a la reproducción no válida</translation>
+    </message>
+    <message>
+        <source>Failed to add station to presets (%1).</source>
+        <translation>No se pudo añadir la emisora a los favoritos (%1).</translation>
+    </message>
+    <message>
+        <source>Failed to remove station from presets (%1).</source>
+        <translation>No se pudo quitar la emisora de los favoritos (%1).</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <comment>Tune cancel title</comment>
+        <translation>Listo</translation>
+    </message>
+</context>
+<context>
+    <name>CMTuneInWorker::CMTuneInWorker(const QVariantHash&amp;)</name>
+    <message>
+        <source>TuneIn</source>
+        <translation>TuneIn</translation>
+    </message>
+    <message>
+        <source>Station, Show, Song, or Artist</source>
+        <translation>Emisora, programa, canción o artista</translation>
+    </message>
+    <message>
+        <source>Search Stations, Shows, Songs, or Artists</source>
+        <translation>Buscar emisoras, programas, canciones o artistas</translation>
+    </message>
+    <message>
+        <source>TuneIn testing</source>
+        <translation>Pruebas de TuneIn</translation>
+    </message>
+    <message>
+        <source>Browse in various languages</source>
+        <translation>Explorar en varios idiomas</translation>
+    </message>
+    <message>
+        <source>Different stream types</source>
+        <translation>Distintos tipos de emisión</translation>
+    </message>
+    <message>
+        <source>Unreliable streams</source>
+        <translation>Emisiones poco fiables</translation>
+    </message>
+    <message>
+        <source>List of all genres</source>
+        <translation>Lista de todos los géneros</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Búsqueda</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInBrowseNode::getRoleData(const QString&amp;, const Params&amp;)</name>
+    <message>
+        <source>Choose stream</source>
+        <translation>Elegir emisión</translation>
+    </message>
+    <message>
+        <source>Search Stations, Shows, Songs, or Artists</source>
+        <translation>Buscar emisoras, programas, canciones o artistas</translation>
+    </message>
+    <message>
+        <source>Report a problem</source>
+        <translation>Informar de un problema</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInAddRemovePresetsNode::getRoleData(const QString&amp;, const Params&amp;)</name>
+    <message>
+        <source>Add to TuneIn Favorites</source>
+        <translation>Añadir a los favoritos de TuneIn</translation>
+    </message>
+    <message>
+        <source>Remove from TuneIn Favorites</source>
+        <translation>Quitar de los favoritos de TuneIn</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInHttpClient::request(const VeskUrl&amp;, QByteArray*, TuneInHttpClient::Type)</name>
+    <message>
+        <source>Failed to connect to TuneIn</source>
+        <translation>No se pudo conectar con TuneIn</translation>
+    </message>
+</context>
+<context>
+    <name>Host</name>
+    <message>
+        <source>%1 could not be loaded</source>
+        <translation>No se pudo cargar %1</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Servicios</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Idioma</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>Identificador de socio de TuneIn</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Dirección de la página de inicio de TuneIn</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Formatos de emisión que se piden a TuneIn</translation>
+    </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Ofrecer informar de emisoras que no suenan</translation>
+    </message>
+    <message>
+        <source>Show the parts of a screen in one list</source>
+        <translation>Mostrar las partes de una pantalla en una lista</translation>
+    </message>
+    <message>
+        <source>Id of this device</source>
+        <translation>Identificador de este dispositivo</translation>
+    </message>
+    <message>
+        <source>Address of the network adapter</source>
+        <translation>Dirección del adaptador de red</translation>
+    </message>
+    <message>
+        <source>Connected to the network</source>
+        <translation>Conectado a la red</translation>
+    </message>
+</context>
+<context>
+    <name>Player</name>
+    <message>
+        <source>There is no such row.</source>
+        <translation>Esa fila no existe.</translation>
+    </message>
+    <message>
+        <source>There is nothing to play in this row.</source>
+        <translation>No hay nada que reproducir en esta fila.</translation>
+    </message>
+    <message>
+        <source>Something else was played in the meantime.</source>
+        <translation>Mientras tanto se ha reproducido otra cosa.</translation>
+    </message>
+    <message>
+        <source>Nothing is playing.</source>
+        <translation>No se está reproduciendo nada.</translation>
+    </message>
+    <message>
+        <source>Nothing is paused.</source>
+        <translation>No hay nada en pausa.</translation>
+    </message>
+    <message>
+        <source>There is nothing to hear on the stream.</source>
+        <translation>No se oye nada en la emisión.</translation>
+    </message>
+    <message>
+        <source>The playlists never lead to a stream.</source>
+        <translation>Las listas de reproducción no llevan a ninguna emisión.</translation>
+    </message>
+    <message>
+        <source>The stream is encrypted.</source>
+        <translation>La emisión está cifrada.</translation>
+    </message>
+    <message>
+        <source>The stream's server ended it.</source>
+        <translation>El servidor ha terminado la emisión.</translation>
+    </message>
+    <message>
+        <source>There is no audio at the stream's address.</source>
+        <translation>No hay audio en la dirección de la emisión.</translation>
+    </message>
+    <message>
+        <source>There is no stream in the playlist.</source>
+        <translation>No hay ninguna emisión en la lista de reproducción.</translation>
+    </message>
+    <message>
+        <source>The sound output does not work.</source>
+        <translation>La salida de sonido no funciona.</translation>
+    </message>
+    <message>
+        <source>This device cannot play the station's streams.</source>
+        <translation>Este dispositivo no puede reproducir las emisiones de la emisora.</translation>
+    </message>
+    <message>
+        <source>The station has no stream at the moment.</source>
+        <translation>La emisora no emite en este momento.</translation>
+    </message>
+    <message>
+        <source>The station cannot be heard in your country.</source>
+        <translation>La emisora no se puede escuchar en su país.</translation>
+    </message>
+    <message>
+        <source>The station may not be played here.</source>
+        <translation>La emisora no se puede reproducir aquí.</translation>
+    </message>
+    <message>
+        <source>The stream's server refused it (code %1).</source>
+        <translation>El servidor ha rechazado la emisión (código %1).</translation>
+    </message>
+    <message>
+        <source>The stream's server sent another part of the file.</source>
+        <translation>El servidor ha enviado otra parte del archivo.</translation>
+    </message>
+    <message>
+        <source>There is a web page in place of the stream.</source>
+        <translation>Hay una página web en lugar de la emisión.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be decoded.</source>
+        <translation>La emisión no se puede descodificar.</translation>
+    </message>
+    <message>
+        <source>The stream's server has no address.</source>
+        <translation>El servidor de la emisión no tiene dirección.</translation>
+    </message>
+    <message>
+        <source>The stream's server cannot be reached.</source>
+        <translation>No se puede contactar con el servidor de la emisión.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not answer.</source>
+        <translation>El servidor de la emisión no responde.</translation>
+    </message>
+    <message>
+        <source>There is no safe connection to the stream.</source>
+        <translation>No hay una conexión segura con la emisión.</translation>
+    </message>
+    <message>
+        <source>The stream leads from address to address.</source>
+        <translation>La emisión lleva de una dirección a otra.</translation>
+    </message>
+    <message>
+        <source>The connection to the stream was lost.</source>
+        <translation>Se ha perdido la conexión con la emisión.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be received (%1).</source>
+        <translation>No se puede recibir la emisión (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>CMErrorHelper</name>
+    <message>
+        <source>The address of %1 was not found.</source>
+        <translation>No se ha encontrado la dirección de %1.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1.</source>
+        <translation>No se pudo conectar con %1.</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time.</source>
+        <translation>%1 no ha respondido a tiempo.</translation>
+    </message>
+    <message>
+        <source>No secure connection to %1 could be made.</source>
+        <translation>No se pudo establecer una conexión segura con %1.</translation>
+    </message>
+    <message>
+        <source>The exchange with %1 failed.</source>
+        <translation>El intercambio con %1 ha fallado.</translation>
+    </message>
+</context>
+<context>
+    <name>CMError</name>
+    <message>
+        <source>Error</source>
+        <translation>Error</translation>
+    </message>
+</context>
+<context>
+    <name>CMListRowsNode</name>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>El intervalo de filas no es válido.</translation>
+    </message>
+</context>
+<context>
+    <name>CMReply</name>
+    <message>
+        <source>The request was not answered.</source>
+        <translation>La solicitud no ha recibido respuesta.</translation>
+    </message>
+</context>
+<context>
+    <name>CMRequest</name>
+    <message>
+        <source>The request was redirected too often.</source>
+        <translation>La solicitud se ha redirigido demasiadas veces.</translation>
+    </message>
+    <message>
+        <source>There is nothing at this address.</source>
+        <translation>No hay nada en esta dirección.</translation>
+    </message>
+</context>
+<context>
+    <name>CMValuesWorker</name>
+    <message>
+        <source>The value cannot be changed.</source>
+        <translation>El valor no se puede cambiar.</translation>
+    </message>
+    <message>
+        <source>The value is not of the right type.</source>
+        <translation>El valor no es del tipo correcto.</translation>
+    </message>
+    <message>
+        <source>A value has no rows.</source>
+        <translation>Un valor no tiene filas.</translation>
+    </message>
+</context>
+<context>
+    <name>Web</name>
+    <message>
+        <source>%1 account</source>
+        <translation>Cuenta de %1</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>%1: done</source>
+        <translation>%1: hecho</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Atrás</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>Code: %1</source>
+        <translation>Código: %1</translation>
+    </message>
+    <message>
+        <source>Connecting …</source>
+        <translation>Conectando…</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Adelante</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Historial</translation>
+    </message>
+    <message>
+        <source>Link with a code</source>
+        <translation>Vincular con un código</translation>
+    </message>
+    <message>
+        <source>Linked to %1</source>
+        <translation>Vinculado a %1</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Cargando</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menú</translation>
+    </message>
+    <message>
+        <source>More for %1</source>
+        <translation>Más sobre %1</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Sin conexión</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>En pausa</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Reproducir</translation>
+    </message>
+    <message>
+        <source>Player</source>
+        <translation>Reproductor</translation>
+    </message>
+    <message>
+        <source>Playing</source>
+        <translation>Reproduciendo</translation>
+    </message>
+    <message>
+        <source>Preferred</source>
+        <translation>Preferido</translation>
+    </message>
+    <message>
+        <source>Reconnecting …</source>
+        <translation>Reconectando…</translation>
+    </message>
+    <message>
+        <source>Results for “%1”</source>
+        <translation>Resultados de «%1»</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Buscar</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Servicios</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Sign in with a password …</source>
+        <translation>Iniciar sesión con contraseña…</translation>
+    </message>
+    <message>
+        <source>Skip to the content</source>
+        <translation>Ir al contenido</translation>
+    </message>
+    <message>
+        <source>Something went wrong.</source>
+        <translation>Algo ha salido mal.</translation>
+    </message>
+    <message>
+        <source>Start page</source>
+        <translation>Página de inicio</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Detener</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Detenido</translation>
+    </message>
+    <message>
+        <source>The connection to the host is lost. Trying again …</source>
+        <translation>Se ha perdido la conexión con el host. Reintentando…</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Aquí no hay nada.</translation>
+    </message>
+    <message>
+        <source>This device is not linked to a %1 account.</source>
+        <translation>Este dispositivo no está vinculado a ninguna cuenta de %1.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Reintentar</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>No disponible</translation>
+    </message>
+    <message>
+        <source>Unlink</source>
+        <translation>Desvincular</translation>
+    </message>
+    <message>
+        <source>Unlink …</source>
+        <translation>Desvincular…</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Sin título</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Nombre de usuario</translation>
+    </message>
+    <message>
+        <source>Waiting for the code to be entered …</source>
+        <translation>A la espera de que se introduzca el código…</translation>
+    </message>
+    <message>
+        <source>Where to search</source>
+        <translation>Dónde buscar</translation>
+    </message>
+    <message>
+        <source>You are here</source>
+        <translation>Usted está aquí</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries</source>
+        <translation>
+            <numerusform>%n entrada</numerusform>
+            <numerusform>%n entradas</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

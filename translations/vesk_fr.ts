@@ -1,0 +1,630 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>TuneIn</name>
+    <message>
+        <source>The given email address is of invalid form (empty or incorrect).</source>
+        <translation>L’adresse e-mail n’est pas valide (vide ou incorrecte).</translation>
+    </message>
+    <message>
+        <source>The given password is of invalid form (empty or incorrect).</source>
+        <translation>Le mot de passe n’est pas valide (vide ou incorrect).</translation>
+    </message>
+    <message>
+        <source>The given postalCode or city/country combination is invalid.</source>
+        <translation>Le code postal ou la combinaison ville et pays n’est pas valide.</translation>
+    </message>
+    <message>
+        <source>The requested account name is already taken.</source>
+        <translation>Ce nom de compte est déjà pris.</translation>
+    </message>
+    <message>
+        <source>The requested email is already registered.</source>
+        <translation>Cette adresse e-mail est déjà enregistrée.</translation>
+    </message>
+    <message>
+        <source>A validation error occurred.</source>
+        <translation>Une erreur de validation s’est produite.</translation>
+    </message>
+    <message>
+        <source>No associated account</source>
+        <translation>Aucun compte associé</translation>
+    </message>
+    <message>
+        <source>Account already associated.</source>
+        <translation>Le compte est déjà associé.</translation>
+    </message>
+    <message>
+        <source>Login failed. Please enter a valid username and password.</source>
+        <translation>La connexion a échoué. Saisissez un nom d’utilisateur et un mot de passe valides.</translation>
+    </message>
+    <message>
+        <source>Access forbidden.</source>
+        <translation>Accès refusé.</translation>
+    </message>
+    <message>
+        <source>TuneIn request failed.</source>
+        <translation>La demande à TuneIn a échoué.</translation>
+    </message>
+    <message>
+        <source>Invalid data received.</source>
+        <translation>Données reçues non valides.</translation>
+    </message>
+    <message>
+        <source>Invalid data returned.</source>
+        <translation>Données renvoyées non valides.</translation>
+    </message>
+    <message>
+        <source>Invalid password or user name.</source>
+        <translation>Mot de passe ou nom d’utilisateur non valide.</translation>
+    </message>
+    <message>
+        <source>Unknown method</source>
+        <translation>Méthode inconnue</translation>
+    </message>
+    <message>
+        <source>Invalid value type.</source>
+        <translation>Type de valeur non valide.</translation>
+    </message>
+    <message>
+        <source>Invalid response!</source>
+        <translation>Réponse non valide !</translation>
+    </message>
+    <message>
+        <source>Invalid response.</source>
+        <translation>Réponse non valide.</translation>
+    </message>
+    <message>
+        <source>Missing guideId parameter</source>
+        <translation>Le paramètre guideId manque</translation>
+    </message>
+    <message>
+        <source>Missing query parameter</source>
+        <translation>Le paramètre query manque</translation>
+    </message>
+    <message>
+        <source>Unsupported method!</source>
+        <translation>Méthode non prise en charge !</translation>
+    </message>
+    <message>
+        <source>Unspecified method!</source>
+        <translation>Aucune méthode indiquée !</translation>
+    </message>
+    <message>
+        <source>My Favorites</source>
+        <translation>Mes favoris</translation>
+    </message>
+    <message>
+        <source>Empty play path</source>
+        <translation>Chemin de lecture vide</translation>
+    </message>
+    <message>
+        <source>No available streams.</source>
+        <translation>Aucun flux disponible.</translation>
+    </message>
+    <message>
+        <source>Invalid pre-play command</source>
+        <translation>Commande préalable à la lecture non valide</translation>
+    </message>
+    <message>
+        <source>Failed to add station to presets (%1).</source>
+        <translation>Impossible d’ajouter la station aux favoris (%1).</translation>
+    </message>
+    <message>
+        <source>Failed to remove station from presets (%1).</source>
+        <translation>Impossible de retirer la station des favoris (%1).</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <comment>Tune cancel title</comment>
+        <translation>Terminé</translation>
+    </message>
+</context>
+<context>
+    <name>CMTuneInWorker::CMTuneInWorker(const QVariantHash&amp;)</name>
+    <message>
+        <source>TuneIn</source>
+        <translation>TuneIn</translation>
+    </message>
+    <message>
+        <source>Station, Show, Song, or Artist</source>
+        <translation>Station, émission, titre ou artiste</translation>
+    </message>
+    <message>
+        <source>Search Stations, Shows, Songs, or Artists</source>
+        <translation>Rechercher des stations, émissions, titres ou artistes</translation>
+    </message>
+    <message>
+        <source>TuneIn testing</source>
+        <translation>Tests TuneIn</translation>
+    </message>
+    <message>
+        <source>Browse in various languages</source>
+        <translation>Parcourir en plusieurs langues</translation>
+    </message>
+    <message>
+        <source>Different stream types</source>
+        <translation>Différents types de flux</translation>
+    </message>
+    <message>
+        <source>Unreliable streams</source>
+        <translation>Flux peu fiables</translation>
+    </message>
+    <message>
+        <source>List of all genres</source>
+        <translation>Liste de tous les genres</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Recherche</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInBrowseNode::getRoleData(const QString&amp;, const Params&amp;)</name>
+    <message>
+        <source>Choose stream</source>
+        <translation>Choisir le flux</translation>
+    </message>
+    <message>
+        <source>Search Stations, Shows, Songs, or Artists</source>
+        <translation>Rechercher des stations, émissions, titres ou artistes</translation>
+    </message>
+    <message>
+        <source>Report a problem</source>
+        <translation>Signaler un problème</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInAddRemovePresetsNode::getRoleData(const QString&amp;, const Params&amp;)</name>
+    <message>
+        <source>Add to TuneIn Favorites</source>
+        <translation>Ajouter aux favoris TuneIn</translation>
+    </message>
+    <message>
+        <source>Remove from TuneIn Favorites</source>
+        <translation>Retirer des favoris TuneIn</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+</context>
+<context>
+    <name>TuneInHttpClient::request(const VeskUrl&amp;, QByteArray*, TuneInHttpClient::Type)</name>
+    <message>
+        <source>Failed to connect to TuneIn</source>
+        <translation>La connexion à TuneIn a échoué</translation>
+    </message>
+</context>
+<context>
+    <name>Host</name>
+    <message>
+        <source>%1 could not be loaded</source>
+        <translation>%1 n’a pas pu être chargé</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Services</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Langue</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>Identifiant de partenaire TuneIn</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Adresse de la page d’accueil TuneIn</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Formats de flux à demander à TuneIn</translation>
+    </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Proposer de signaler les stations muettes</translation>
+    </message>
+    <message>
+        <source>Show the parts of a screen in one list</source>
+        <translation>Afficher les parties d’un écran en une liste</translation>
+    </message>
+    <message>
+        <source>Id of this device</source>
+        <translation>Identifiant de cet appareil</translation>
+    </message>
+    <message>
+        <source>Address of the network adapter</source>
+        <translation>Adresse de la carte réseau</translation>
+    </message>
+    <message>
+        <source>Connected to the network</source>
+        <translation>Connecté au réseau</translation>
+    </message>
+</context>
+<context>
+    <name>Player</name>
+    <message>
+        <source>There is no such row.</source>
+        <translation>Cette ligne n’existe pas.</translation>
+    </message>
+    <message>
+        <source>There is nothing to play in this row.</source>
+        <translation>Il n’y a rien à écouter dans cette ligne.</translation>
+    </message>
+    <message>
+        <source>Something else was played in the meantime.</source>
+        <translation>Autre chose a été lancé entre-temps.</translation>
+    </message>
+    <message>
+        <source>Nothing is playing.</source>
+        <translation>Rien n’est en cours de lecture.</translation>
+    </message>
+    <message>
+        <source>Nothing is paused.</source>
+        <translation>Rien n’est en pause.</translation>
+    </message>
+    <message>
+        <source>There is nothing to hear on the stream.</source>
+        <translation>On n’entend rien sur le flux.</translation>
+    </message>
+    <message>
+        <source>The playlists never lead to a stream.</source>
+        <translation>Les listes de lecture ne mènent à aucun flux.</translation>
+    </message>
+    <message>
+        <source>The stream is encrypted.</source>
+        <translation>Le flux est chiffré.</translation>
+    </message>
+    <message>
+        <source>The stream's server ended it.</source>
+        <translation>Le serveur a mis fin au flux.</translation>
+    </message>
+    <message>
+        <source>There is no audio at the stream's address.</source>
+        <translation>Il n’y a pas de son à l’adresse du flux.</translation>
+    </message>
+    <message>
+        <source>There is no stream in the playlist.</source>
+        <translation>La liste de lecture ne contient aucun flux.</translation>
+    </message>
+    <message>
+        <source>The sound output does not work.</source>
+        <translation>La sortie audio ne fonctionne pas.</translation>
+    </message>
+    <message>
+        <source>This device cannot play the station's streams.</source>
+        <translation>Cet appareil ne peut pas lire les flux de la station.</translation>
+    </message>
+    <message>
+        <source>The station has no stream at the moment.</source>
+        <translation>La station n’a pas de flux pour le moment.</translation>
+    </message>
+    <message>
+        <source>The station cannot be heard in your country.</source>
+        <translation>La station n’est pas disponible dans votre pays.</translation>
+    </message>
+    <message>
+        <source>The station may not be played here.</source>
+        <translation>La station ne peut pas être écoutée ici.</translation>
+    </message>
+    <message>
+        <source>The stream's server refused it (code %1).</source>
+        <translation>Le serveur a refusé le flux (code %1).</translation>
+    </message>
+    <message>
+        <source>The stream's server sent another part of the file.</source>
+        <translation>Le serveur a envoyé une autre partie du fichier.</translation>
+    </message>
+    <message>
+        <source>There is a web page in place of the stream.</source>
+        <translation>Une page web est arrivée à la place du flux.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be decoded.</source>
+        <translation>Le flux ne peut pas être décodé.</translation>
+    </message>
+    <message>
+        <source>The stream's server has no address.</source>
+        <translation>Le serveur du flux n’a pas d’adresse.</translation>
+    </message>
+    <message>
+        <source>The stream's server cannot be reached.</source>
+        <translation>Le serveur du flux est injoignable.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not answer.</source>
+        <translation>Le serveur du flux ne répond pas.</translation>
+    </message>
+    <message>
+        <source>There is no safe connection to the stream.</source>
+        <translation>Il n’y a pas de connexion sûre vers le flux.</translation>
+    </message>
+    <message>
+        <source>The stream leads from address to address.</source>
+        <translation>Le flux mène d’adresse en adresse.</translation>
+    </message>
+    <message>
+        <source>The connection to the stream was lost.</source>
+        <translation>La connexion au flux a été perdue.</translation>
+    </message>
+    <message>
+        <source>The stream cannot be received (%1).</source>
+        <translation>Le flux ne peut pas être reçu (%1).</translation>
+    </message>
+</context>
+<context>
+    <name>CMErrorHelper</name>
+    <message>
+        <source>The address of %1 was not found.</source>
+        <translation>L’adresse de %1 est introuvable.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1.</source>
+        <translation>Impossible de se connecter à %1.</translation>
+    </message>
+    <message>
+        <source>%1 did not answer in time.</source>
+        <translation>%1 n’a pas répondu à temps.</translation>
+    </message>
+    <message>
+        <source>No secure connection to %1 could be made.</source>
+        <translation>Aucune connexion sécurisée à %1 n’a pu être établie.</translation>
+    </message>
+    <message>
+        <source>The exchange with %1 failed.</source>
+        <translation>L’échange avec %1 a échoué.</translation>
+    </message>
+</context>
+<context>
+    <name>CMError</name>
+    <message>
+        <source>Error</source>
+        <translation>Erreur</translation>
+    </message>
+</context>
+<context>
+    <name>CMListRowsNode</name>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>La plage de lignes n’est pas valide.</translation>
+    </message>
+</context>
+<context>
+    <name>CMReply</name>
+    <message>
+        <source>The request was not answered.</source>
+        <translation>La demande est restée sans réponse.</translation>
+    </message>
+</context>
+<context>
+    <name>CMRequest</name>
+    <message>
+        <source>The request was redirected too often.</source>
+        <translation>La demande a été redirigée trop souvent.</translation>
+    </message>
+    <message>
+        <source>There is nothing at this address.</source>
+        <translation>Il n’y a rien à cette adresse.</translation>
+    </message>
+</context>
+<context>
+    <name>CMValuesWorker</name>
+    <message>
+        <source>The value cannot be changed.</source>
+        <translation>La valeur ne peut pas être modifiée.</translation>
+    </message>
+    <message>
+        <source>The value is not of the right type.</source>
+        <translation>La valeur n’est pas du bon type.</translation>
+    </message>
+    <message>
+        <source>A value has no rows.</source>
+        <translation>Une valeur n’a pas de lignes.</translation>
+    </message>
+</context>
+<context>
+    <name>Web</name>
+    <message>
+        <source>%1 account</source>
+        <translation>Compte %1</translation>
+    </message>
+    <message>
+        <source>%1 kbit/s</source>
+        <translation>%1 kbit/s</translation>
+    </message>
+    <message>
+        <source>%1: done</source>
+        <translation>%1 : terminé</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Retour</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Code: %1</source>
+        <translation>Code : %1</translation>
+    </message>
+    <message>
+        <source>Connecting …</source>
+        <translation>Connexion …</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Suivant</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Historique</translation>
+    </message>
+    <message>
+        <source>Link with a code</source>
+        <translation>Associer avec un code</translation>
+    </message>
+    <message>
+        <source>Linked to %1</source>
+        <translation>Associé à %1</translation>
+    </message>
+    <message>
+        <source>Loading</source>
+        <translation>Chargement</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menu</translation>
+    </message>
+    <message>
+        <source>More for %1</source>
+        <translation>Plus pour %1</translation>
+    </message>
+    <message>
+        <source>Not connected</source>
+        <translation>Non connecté</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Paused</source>
+        <translation>En pause</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Lecture</translation>
+    </message>
+    <message>
+        <source>Player</source>
+        <translation>Lecteur</translation>
+    </message>
+    <message>
+        <source>Playing</source>
+        <translation>En cours de lecture</translation>
+    </message>
+    <message>
+        <source>Preferred</source>
+        <translation>Préféré</translation>
+    </message>
+    <message>
+        <source>Reconnecting …</source>
+        <translation>Reconnexion …</translation>
+    </message>
+    <message>
+        <source>Results for “%1”</source>
+        <translation>Résultats pour « %1 »</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Services</source>
+        <translation>Services</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Se connecter</translation>
+    </message>
+    <message>
+        <source>Sign in with a password …</source>
+        <translation>Se connecter avec un mot de passe …</translation>
+    </message>
+    <message>
+        <source>Skip to the content</source>
+        <translation>Aller au contenu</translation>
+    </message>
+    <message>
+        <source>Something went wrong.</source>
+        <translation>Une erreur s’est produite.</translation>
+    </message>
+    <message>
+        <source>Start page</source>
+        <translation>Page d’accueil</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>The connection to the host is lost. Trying again …</source>
+        <translation>La connexion à l’hôte est perdue. Nouvelle tentative …</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Il n’y a rien ici.</translation>
+    </message>
+    <message>
+        <source>This device is not linked to a %1 account.</source>
+        <translation>Cet appareil n’est associé à aucun compte %1.</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>Unavailable</source>
+        <translation>Indisponible</translation>
+    </message>
+    <message>
+        <source>Unlink</source>
+        <translation>Dissocier</translation>
+    </message>
+    <message>
+        <source>Unlink …</source>
+        <translation>Dissocier …</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Sans titre</translation>
+    </message>
+    <message>
+        <source>User name</source>
+        <translation>Nom d’utilisateur</translation>
+    </message>
+    <message>
+        <source>Waiting for the code to be entered …</source>
+        <translation>En attente de la saisie du code …</translation>
+    </message>
+    <message>
+        <source>Where to search</source>
+        <translation>Où rechercher</translation>
+    </message>
+    <message>
+        <source>You are here</source>
+        <translation>Vous êtes ici</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n entries</source>
+        <translation>
+            <numerusform>%n entrée</numerusform>
+            <numerusform>%n entrées</numerusform>
+        </translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,5 @@
+// Made by the build from translations/*.ts.
+declare module "vesk:catalogues" {
+    export type Catalogue = Readonly<Record<string, string | readonly string[]>>;
+    export const catalogues: Readonly<Record<string, () => Promise<{ default: Catalogue }>>>;
+}

@@ -1,0 +1,131 @@
+import { signal } from "@preact/signals";
+
+import { isRecord, RpcError } from "../rpc/Connection";
+import { getData, setData } from "./host";
+import type { Path } from "./path";
+
+/** The SDK's account value: its code, and what can be done with an account. */
+const accountType = 115;
+const Operation = { join: 3, drop: 4, claim: 8 } as const;
+/** The end of an error's name that means "linked to no account". */
+const notLinked = ":7";
+
+const pollTime = 3000;
+
+export type Link =
+    | { is: "unknown" }
+    | { is: "none" } ///< the service has no accounts
+    | { is: "failed"; error: RpcError }
+    | { is: "unlinked" }
+    | { is: "claiming"; code: string; message: string }
+    | { is: "linked"; user: string };
+
+function accountIn(value: unknown): Record<string, unknown> | null {
+    const isAccount = isRecord(value) && value.type === accountType;
+    return isAccount && isRecord(value.tuneInAccount) ? value.tuneInAccount : null;
+}
+
+const text = (value: unknown) => (typeof value === "string" ? value : "");
+
+/** The link between this device and an account of one service, whose root is \a service. */
+export class Account {
+    readonly link = signal<Link>({ is: "unknown" });
+    /** What the last operation failed with. */
+    readonly error = signal<RpcError | null>(null);
+    readonly isBusy = signal(false);
+
+    readonly #path: Path;
+    #poll: ReturnType<typeof setInterval> | undefined;
+
+    constructor(service: Path) {
+        this.#path = service + "account";
+    }
+
+    async read(): Promise<void> {
+        const link = await this.#query();
+        if (link && this.link.value.is !== "claiming")
+            this.link.value = link;
+    }
+
+    /** Asks for a code, and waits until somebody has entered it. */
+    async claim(): Promise<void> {
+        await this.#run({ operation: Operation.claim }, (account) => {
+            this.link.value = {
+                is: "claiming",
+                code: text(account.claimKey),
+                message: text(account.claimMessage),
+            };
+            clearInterval(this.#poll);
+            this.#poll = setInterval(() => void this.#look(), pollTime);
+        });
+    }
+
+    async cancel(): Promise<void> {
+        this.close();
+        this.link.value = { is: "unlinked" };
+        await this.read();
+    }
+
+    join(userName: string, password: string): Promise<void> {
+        return this.#change({ operation: Operation.join, userName, password });
+    }
+
+    drop(userName: string, password: string): Promise<void> {
+        return this.#change({ operation: Operation.drop, userName, password });
+    }
+
+    /** Waits for nothing any more. */
+    close(): void {
+        clearInterval(this.#poll);
+    }
+
+    async #look(): Promise<void> {
+        const link = await this.#query();
+        if (link?.is !== "linked" || this.link.value.is !== "claiming")
+            return;
+        this.close();
+        this.link.value = link;
+    }
+
+    async #query(): Promise<Link | null> {
+        try {
+            const [, value] = await getData(this.#path, ["type", "value"]);
+            const account = accountIn(value);
+            if (!account)
+                return { is: "none" };
+            const user = text(account.userName);
+            return user === "" ? { is: "unlinked" } : { is: "linked", user };
+        } catch (error) {
+            if (!(error instanceof RpcError) || error.code === RpcError.lost)
+                return null;
+            if (error.name.endsWith(notLinked))
+                return { is: "unlinked" };
+            return error.code === RpcError.noNode ? { is: "none" } : { is: "failed", error };
+        }
+    }
+
+    #change(account: Record<string, unknown>): Promise<void> {
+        return this.#run(account, () => {
+            this.close();
+            this.link.value = { is: "unknown" };
+            void this.read();
+        });
+    }
+
+    async #run(
+        account: Record<string, unknown>, done: (result: Record<string, unknown>) => void,
+    ): Promise<void> {
+        this.isBusy.value = true;
+        this.error.value = null;
+        try {
+            const value = { type: accountType, tuneInAccount: account };
+            done(accountIn(await setData(this.#path, "value", value)) ?? {});
+        } catch (error) {
+            if (!(error instanceof RpcError))
+                throw error;
+            this.error.value = error;
+        } finally {
+            this.isBusy.value = false;
+        }
+    }
+}

@@ -1,0 +1,60 @@
+import { Connection, type Params } from "../rpc/Connection";
+import type { Path } from "./path";
+import { readRows, rowRoles, type RowsAnswer } from "./rows";
+
+/** The host that served this page. */
+export const host = new Connection(`ws://${location.host}/ws`);
+
+export async function getRows(
+    path: Path, first: number, last: number, roles: readonly string[] = rowRoles,
+): Promise<RowsAnswer> {
+    return readRows(await host.call("getRows", { path, roles, first, last }), roles);
+}
+
+export async function getData(path: Path, roles: readonly string[]): Promise<unknown[]> {
+    const result = (await host.call("getData", { path, roles })) as { values?: unknown[] };
+    return result.values ?? [];
+}
+
+export async function setData(path: Path, role: string, value: unknown): Promise<unknown> {
+    const result = (await host.call("setData", { path, role, value })) as { value?: unknown };
+    return result.value;
+}
+
+type Changed = () => void;
+const watchers = new Map<Path, Set<Changed>>();
+
+/** Calls back on each change at the path, also after the connection came back. */
+export function watch(path: Path, changed: Changed): () => void {
+    let all = watchers.get(path);
+    if (!all) {
+        all = new Set();
+        watchers.set(path, all);
+        subscribe("subscribe", path);
+    }
+    all.add(changed);
+    return () => {
+        all.delete(changed);
+        if (all.size > 0 || watchers.get(path) !== all)
+            return;
+        watchers.delete(path);
+        subscribe("unsubscribe", path);
+    };
+}
+
+function subscribe(method: string, path: Path): void {
+    // Without a connection there is nothing to subscribe to yet; it is made up for then.
+    host.call(method, { path }).catch(() => {});
+}
+
+host.on("changed", (params: Params) => {
+    for (const changed of [...(watchers.get(String(params.path)) ?? [])])
+        changed();
+});
+
+host.isOpen.subscribe((isOpen) => {
+    if (isOpen) {
+        for (const path of watchers.keys())
+            subscribe("subscribe", path);
+    }
+});

@@ -1,0 +1,60 @@
+import { useEffect, useRef, useState } from "preact/hooks";
+
+import { Icon, shapeNamed, type Shape } from "./icons";
+
+/** After these times a picture that did not come is asked for again: the host may be a new one. */
+const retryTimes = [2000, 10_000];
+const maxKept = 5000;
+const kept = new Map<string, string>();
+
+/** Where the host serves the picture at a URL; only the host ever asks for the URL itself. */
+async function addressOf(url: string): Promise<string> {
+    let address = kept.get(url);
+    if (address === undefined) {
+        const digest = await crypto.subtle.digest("SHA-256", new TextEncoder().encode(url));
+        const hex = Array.from(new Uint8Array(digest), (byte) => byte.toString(16).padStart(2, "0"));
+        address = "/artwork/" + hex.join("");
+        if (kept.size >= maxKept)
+            kept.clear();
+        kept.set(url, address);
+    }
+    return address;
+}
+
+/** A row's picture, or a drawing in its place. Decoration: the title says what it is. */
+export function Artwork({ icon, fallback }: { icon: string; fallback: Shape }) {
+    const isUrl = /^https?:/i.test(icon);
+    const [address, setAddress] = useState(kept.get(icon));
+    const [failed, setFailed] = useState(false);
+    const failures = useRef(0);
+    useEffect(() => {
+        let isCurrent = true;
+        failures.current = 0;
+        setFailed(false);
+        setAddress(kept.get(icon));
+        if (isUrl && kept.get(icon) === undefined) {
+            addressOf(icon).then(
+                (found) => isCurrent && setAddress(found), () => isCurrent && setFailed(true));
+        }
+        return () => {
+            isCurrent = false;
+        };
+    }, [icon]);
+    useEffect(() => {
+        const wait = failed ? retryTimes[failures.current++] : undefined;
+        if (wait === undefined)
+            return;
+        const timer = setTimeout(() => setFailed(false), wait);
+        return () => clearTimeout(timer);
+    }, [failed]);
+    const showsPicture = isUrl && address !== undefined && !failed;
+    return (
+        <span class="artwork">
+            {showsPicture ? (
+                <img src={address} alt="" decoding="async" onError={() => setFailed(true)} />
+            ) : (
+                <Icon shape={shapeNamed(icon) ?? fallback} />
+            )}
+        </span>
+    );
+}

@@ -1,0 +1,53 @@
+import { t } from "../i18n/i18n";
+import { openCrumb, servicesPath, trail, type Crumb } from "../model/navigation";
+import { equalsBut, paramOf } from "../model/path";
+import { homePath, queries, serviceOf, services } from "../model/services";
+
+/** The way here; what lies before the first step of the way is filled in. */
+function crumbs(): Crumb[] {
+    const way = [...trail.value];
+    const first = way[0]!.path;
+    const root = serviceOf(first);
+    if (root && root.path !== first && root.path !== homePath.value)
+        way.unshift({ path: root.path, title: root.title });
+    if (homePath.value !== way[0]!.path && way[0]!.path !== servicesPath)
+        way.unshift({ path: homePath.value, title: "" });
+    return way;
+}
+
+function titleOf(crumb: Crumb): string {
+    for (const query of queries.value) {
+        const text = paramOf(crumb.path, query.key);
+        if (text !== null && equalsBut(query.path, crumb.path, query.key))
+            return t("Results for “%1”", text);
+    }
+    if (crumb.path === servicesPath)
+        return t("Services");
+    const service = services.value?.find((row) => row.path === crumb.path);
+    return service?.title || crumb.title || t("Untitled");
+}
+
+export function Breadcrumbs() {
+    const way = crumbs();
+    if (way.length < 2)
+        return null;
+    return (
+        <nav class="crumbs" aria-label={t("You are here")}>
+            <ol>
+                {way.slice(0, -1).map((crumb, index) => (
+                    <li key={index}>
+                        <a
+                            href={"#" + crumb.path}
+                            onClick={(event) => {
+                                event.preventDefault();
+                                openCrumb(crumb.path, titleOf(crumb));
+                            }}
+                        >
+                            {titleOf(crumb)}
+                        </a>
+                    </li>
+                ))}
+            </ol>
+        </nav>
+    );
+}

@@ -1,0 +1,9 @@
+/** The rows from a little above to a little below what is in sight, `scrolled` pixels into the list. */
+export function rowsInSight(
+    scrolled: number, sight: number, height: number, count: number, spare: number,
+): { first: number; last: number } {
+    const row = (y: number) => Math.floor(y / height);
+    const last = Math.max(0, count - 1);
+    const clamp = (index: number) => Math.max(0, Math.min(last, index));
+    return { first: clamp(row(scrolled) - spare), last: clamp(row(scrolled + sight) + spare) };
+}

@@ -1,0 +1,208 @@
+// The programs and a browser for one test: started on free ports with a folder of their own, and
+// ended with it.
+import { spawn } from "node:child_process";
+import { mkdtemp, readFile, rm } from "node:fs/promises";
+import { tmpdir } from "node:os";
+import { dirname, join, resolve } from "node:path";
+import { fileURLToPath } from "node:url";
+
+import { chromium } from "playwright-core";
+
+const here = dirname(fileURLToPath(import.meta.url));
+
+/** The build folder, whose programs are tested. */
+export const build = resolve(process.env.VESK_BUILD ?? join(here, "../../../build/dev"));
+const readyTime = 30_000;
+
+/** What still runs, so that nothing does once this has ended, however that came. */
+const running = new Set();
+process.on("exit", () => {
+    for (const child of running)
+        child.kill("SIGKILL");
+});
+
+/** Collects what a program prints, and waits for lines of it. */
+class Program {
+    output = "";
+    errors = "";
+    #child;
+    #ended;
+
+    constructor(name, args) {
+        this.#child = spawn(join(build, "bin", name), args, { stdio: ["ignore", "pipe", "pipe"] });
+        running.add(this.#child);
+        this.#child.stdout.on("data", (data) => (this.output += data));
+        this.#child.stderr.on("data", (data) => (this.errors += data));
+        this.#ended = new Promise((done) => {
+            this.#child.on("error", (error) => {
+                this.errors += error.message;
+                done();
+            });
+            this.#child.on("exit", () => {
+                running.delete(this.#child);
+                done();
+            });
+        });
+        this.hasEnded = false;
+        void this.#ended.then(() => (this.hasEnded = true));
+    }
+
+    /** The first group of the pattern, once it was printed. */
+    async printed(pattern, stream = "output") {
+        const end = Date.now() + readyTime;
+        for (;;) {
+            const match = this[stream].match(pattern);
+            if (match)
+                return match[1];
+            if (this.hasEnded || Date.now() > end)
+                throw new Error(`it never said ${pattern}: ${this.errors}`);
+            await new Promise((later) => setTimeout(later, 20));
+        }
+    }
+
+    async end() {
+        this.#child.kill("SIGTERM");
+        const timer = setTimeout(() => this.#child.kill("SIGKILL"), 20_000);
+        await this.#ended;
+        clearTimeout(timer);
+    }
+}
+
+function run(command, args) {
+    return new Promise((done, failed) => {
+        const child = spawn(command, args, { stdio: ["ignore", "ignore", "pipe"] });
+        let errors = "";
+        child.stderr.on("data", (data) => (errors += data));
+        child.on("exit", (code) => (code === 0 ? done() : failed(new Error(errors))));
+    });
+}
+
+/** A certificate for the directory's names, which is its own authority. */
+async function certificate(folder) {
+    const [cert, key] = [join(folder, "cert.pem"), join(folder, "key.pem")];
+    await run("openssl", ["req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256",
+        "-nodes", "-keyout", key, "-out", cert, "-days", "2", "-subj", "/CN=opml.radiotime.com",
+        "-addext", "subjectAltName=DNS:opml.radiotime.com",
+        "-addext", "basicConstraints=critical,CA:TRUE"]);
+    return { cert, key };
+}
+
+/** A directory, a host and what talks to them. */
+export class Product {
+    static async start({ directoryArgs = [], hostArgs = [] } = {}) {
+        const product = new Product();
+        product.folder = await mkdtemp(join(tmpdir(), "vesk-page-"));
+        try {
+            const { cert, key } = await certificate(product.folder);
+            product.requests = join(product.folder, "requests.log");
+            product.directory = new Program("tunein-directory", ["--listen", "127.0.0.1:0",
+                "--tls-listen", "127.0.0.1:0", "--cert", cert, "--key", key,
+                "--request-log", product.requests, ...directoryArgs]);
+            const plain = await product.directory.printed(/ready at http:\/\/([^/]*)\//);
+            const secure = await product.directory.printed(/https:\/\/([^/]*)\//, "errors");
+            product.directoryUrl = `http://${plain}`;
+            product.#hostArgs = [
+                "--plugin", join(build, "lib/vesk/plugins/libvesk_cb_tunein.so"),
+                "--state-dir", join(product.folder, "state"), "--audio", "null", "--ca-file", cert,
+                "--connect-to", `opml.radiotime.com:80:${plain}`,
+                "--connect-to", `opml.radiotime.com:443:${secure}`,
+                "--set", "network:connected=true", "--set", "settings:tunein/partnerId=test",
+                ...hostArgs];
+            await product.startHost();
+        } catch (error) {
+            await product.end();
+            throw error;
+        }
+        return product;
+    }
+
+    #hostArgs = [];
+
+    /** Starts the host, on the port that it had before. */
+    async startHost() {
+        this.host = new Program("vesk-host", ["--listen", `127.0.0.1:${this.port ?? 0}`, ...this.#hostArgs]);
+        this.url = await this.host.printed(/ready at (\S+)/);
+        this.port = new URL(this.url).port;
+    }
+
+    async call(method, params) {
+        const answer = await fetch(this.url + "jsonrpc", {
+            method: "POST",
+            headers: { "Content-Type": "application/json" },
+            body: JSON.stringify({ jsonrpc: "2.0", id: 1, method, params }),
+        });
+        const { result, error } = await answer.json();
+        if (error)
+            throw Object.assign(new Error(error.message), error);
+        return result;
+    }
+
+    async fault(...faults) {
+        const answer = await fetch(this.directoryUrl + "/_faults", { method: "POST", body: JSON.stringify(faults) });
+        if (!answer.ok)
+            throw new Error(await answer.text());
+    }
+
+    async noFaults() {
+        await fetch(this.directoryUrl + "/_faults", { method: "DELETE" });
+    }
+
+    async requestLines() {
+        return (await readFile(this.requests, "utf8")).split("\n").filter((line) => line !== "");
+    }
+
+    async end() {
+        await this.host?.end();
+        await this.directory?.end();
+        await rm(this.folder, { recursive: true, force: true });
+    }
+}
+
+export function launch() {
+    return chromium.launch({
+        executablePath: process.env.VESK_CHROMIUM ?? "/usr/bin/chromium",
+        args: process.getuid() === 0 ? ["--no-sandbox"] : [],
+    });
+}
+
+/** A page that fails the test when it logs an error, or asks for anything that is not the host's. */
+export async function newPage(browser, product, options = {}) {
+    const context = await browser.newContext({
+        viewport: { width: 1280, height: 800 }, reducedMotion: "reduce", locale: "en-US", ...options,
+    });
+    const page = await context.newPage();
+    page.setDefaultTimeout(10_000);
+    page.problems = [];
+    page.on("pageerror", (error) => page.problems.push(error.stack));
+    page.on("console", (message) => {
+        const isExpected = /Failed to load resource|WebSocket connection/.test(message.text());
+        if (message.type() === "error" && !isExpected)
+            page.problems.push(message.text());
+    });
+    page.on("request", (request) => {
+        if (new URL(request.url()).origin !== new URL(product.url).origin)
+            page.problems.push(`asked for ${request.url()}`);
+    });
+    page.on("dialog", (dialog) => {
+        page.problems.push(`a dialog: ${dialog.message()}`);
+        void dialog.dismiss();
+    });
+    return page;
+}
+
+/** Waits for a condition, ten seconds at most. */
+export async function expectEventually(condition, what) {
+    const end = Date.now() + 10_000;
+    while (!(await condition())) {
+        if (Date.now() > end)
+            throw new Error(`there was never ${what}`);
+        await new Promise((later) => setTimeout(later, 50));
+    }
+}
+
+/** Fails with what went wrong in the page, but for what the pattern allows. */
+export function onlyProblemsOf(page, allowed = /$^/) {
+    const problems = page.problems.filter((problem) => !allowed.test(problem));
+    if (problems.length > 0)
+        throw new Error(problems.join("\n"));
+}

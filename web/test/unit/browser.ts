@@ -1,0 +1,14 @@
+// As much of a browser as the models touch when they are loaded.
+const nothing = () => {};
+const store = new Map<string, string>();
+const storage = {
+    getItem: (key: string) => store.get(key) ?? null,
+    setItem: (key: string, value: string) => void store.set(key, value),
+};
+Object.assign(globalThis, {
+    location: { host: "127.0.0.1:1", hash: "" },
+    history: { state: null, pushState: nothing, replaceState: nothing },
+    sessionStorage: storage,
+    localStorage: storage,
+    window: { addEventListener: nothing, scrollTo: nothing, scrollY: 0 },
+});

@@ -1,0 +1,133 @@
+import "./browser";
+
+import assert from "node:assert/strict";
+import { test } from "node:test";
+
+import { readRow, type RowsAnswer } from "../../src/model/rows";
+import { RpcError } from "../../src/rpc/Connection";
+
+const { maxPages, pageSize, Screen } = await import("../../src/model/Screen");
+
+/** Answers when it is told to. */
+class Reader {
+    count = 1000;
+    generation = "a";
+    readonly asked: { first: number; answer(): void; fail(error: RpcError): void }[] = [];
+
+    read = (_path: string, first: number, last: number): Promise<RowsAnswer> =>
+        new Promise((resolve, reject) => {
+            const rows = [];
+            for (let i = first; i <= Math.min(last, this.count - 1); ++i)
+                rows.push(readRow({ title: `${this.generation}${i}` }));
+            const answer = { count: this.count, rows, roles: { title: this.generation } };
+            this.asked.push({ first, answer: () => resolve(answer), fail: reject });
+        });
+
+    /** Answers everything, also what is asked on the way. */
+    async settle(): Promise<void> {
+        while (this.asked.length > 0) {
+            this.asked.shift()!.answer();
+            await turn();
+        }
+    }
+}
+
+const turn = () => new Promise((later) => setImmediate(later));
+
+test("rows come by range, those in sight first", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    await reader.settle();
+    assert.equal(screen.count.value, 1000);
+    assert.equal(screen.title, "a");
+    assert.equal(screen.row(0)!.title, "a0");
+    assert.equal(screen.row(500), undefined);
+    screen.show(500, 520);
+    assert.deepEqual(reader.asked.map(({ first }) => first), [500]);
+    await reader.settle();
+    assert.equal(screen.row(510)!.title, "a510");
+});
+
+test("what was passed by is not asked for", async () => {
+    const reader = new Reader();
+    reader.count = 100 * pageSize;
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    await reader.settle();
+    const firsts: number[] = [];
+    for (let page = 1; page < 90; ++page) {
+        screen.show(page * pageSize, page * pageSize + 10);
+        firsts.push(...reader.asked.map(({ first }) => first));
+    }
+    // Two are under way; the next is the last place, not the ones between.
+    assert.equal(new Set(firsts).size, 2);
+    reader.asked.shift()!.answer();
+    await turn();
+    assert.equal(reader.asked[1]!.first, 89 * pageSize);
+});
+
+test("a bounded number of rows is kept", async () => {
+    const reader = new Reader();
+    reader.count = 1000 * pageSize;
+    const screen = new Screen("A:b", reader.read);
+    for (let page = 0; page < 3 * maxPages; ++page) {
+        screen.show(page * pageSize, page * pageSize + 10);
+        await reader.settle();
+    }
+    assert.equal(screen.keptPages, maxPages);
+    assert.notEqual(screen.row((3 * maxPages - 1) * pageSize), undefined);
+    assert.equal(screen.row(0), undefined);
+});
+
+test("after a change the old rows stand until the new ones are there", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    await reader.settle();
+    reader.generation = "b";
+    reader.count = 3;
+    screen.reload();
+    assert.equal(screen.row(0)!.title, "a0");
+    await reader.settle();
+    assert.equal(screen.row(0)!.title, "b0");
+    assert.equal(screen.count.value, 3);
+    assert.equal(screen.row(5), undefined);
+});
+
+test("an answer from before a change does not win over one from after it", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    reader.generation = "b";
+    reader.count = 2;
+    screen.reload();
+    await reader.settle();
+    assert.equal(screen.row(0)!.title, "b0");
+    assert.equal(screen.count.value, 2);
+});
+
+test("an error is shown until the next try", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    reader.asked.shift()!.fail(new RpcError(-32000, "broken"));
+    await turn();
+    assert.equal(screen.error.value!.message, "broken");
+    assert.equal(reader.asked.length, 0);
+    screen.retry();
+    assert.equal(screen.error.value, null);
+    await reader.settle();
+    assert.equal(screen.count.value, 1000);
+});
+
+test("a lost connection is no error of the screen", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    reader.asked.shift()!.fail(new RpcError(RpcError.lost, ""));
+    await turn();
+    assert.equal(screen.error.value, null);
+    assert.equal(screen.count.value, null);
+    assert.equal(reader.asked.length, 0);
+});
