@@ -50,11 +50,8 @@ void addAccountCommands(CLI::App &app, CtlArguments &into)
     addOperation(*account, "remind", "Have the user name sent", Operation::remind, into)
         ->add_option("EMAIL", into.email, "The account's e-mail address")
         ->required();
-
-    CLI::App *reset
-        = addOperation(*account, "reset", "Have a new password sent", Operation::reset, into);
-    CLI::Option_group *which = reset->add_option_group("which account");
-    which->add_option("--user", into.userName, "Its user name");
-    which->add_option("--email", into.email, "Its e-mail address");
-    which->require_option(1, 2);
+    // TuneIn would take a user name as well, the service's node none without its password.
+    addOperation(*account, "reset", "Have a new password sent", Operation::reset, into)
+        ->add_option("EMAIL", into.email, "The account's e-mail address")
+        ->required();
 }

@@ -112,9 +112,8 @@ TEST_F(AccountCommandsTest, RemindAndResetNeedNoPassword)
     EXPECT_EQ(account("remind j@x").status, 0);
     EXPECT_EQ(sent().operation(), Operation::remind);
     EXPECT_EQ(sent().email(), QStringLiteral("j@x"));
-    EXPECT_EQ(account("reset --user joe --email j@x").status, 0);
+    EXPECT_EQ(account("reset j@x").status, 0);
     EXPECT_EQ(sent().operation(), Operation::reset);
-    EXPECT_EQ(sent().userName(), QStringLiteral("joe"));
     EXPECT_EQ(sent().email(), QStringLiteral("j@x"));
     EXPECT_EQ(sent().password(), QString());
 }
@@ -134,7 +133,7 @@ TEST_F(AccountCommandsTest, FailsWithTheHost)
     m_host.setResult(Write,
         R"("error":{"code":-32000,"message":"Wrong\u001b","data":{"name":"e:1","title":"T"}})");
     for (const char *command :
-        {"claim", "join joe", "drop joe", "create joe --email e", "remind e", "reset --email e"}) {
+        {"claim", "join joe", "drop joe", "create joe --email e", "remind e", "reset e"}) {
         const Outcome outcome = account(command, "secret\n");
         EXPECT_EQ(outcome.status, 1) << command;
         EXPECT_EQ(outcome.out, "") << command;

@@ -107,7 +107,7 @@ TEST(CtlCommandLineTest, ReadsAccountOperations)
         {QStringLiteral("drop joe"), Operation::drop},
         {QStringLiteral("create joe --email e"), Operation::create},
         {QStringLiteral("remind e"), Operation::remind},
-        {QStringLiteral("reset --user joe"), Operation::reset}};
+        {QStringLiteral("reset j@x"), Operation::reset}};
     for (auto it = operations.begin(); it != operations.end(); ++it) {
         const CtlCommandLine line = parse(("account " + it.key().toUtf8()).constData());
         ASSERT_TRUE(line.run) << it.key().toStdString();
