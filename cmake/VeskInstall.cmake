@@ -22,5 +22,6 @@ write_basic_package_version_file(${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
 install(FILES ${CMAKE_BINARY_DIR}/VeskCoreConfig.cmake ${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
 
+file(RELATIVE_PATH VESK_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_SOURCE_DIR}/cmake/vesk-core.pc.in ${CMAKE_BINARY_DIR}/vesk-core.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/vesk-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
