@@ -193,7 +193,7 @@ TEST(HostProcessTest, OneServiceThatWaitsDoesNotHoldUpAnother)
     ASSERT_TRUE(service.waitForRequests(1));
     EXPECT_EQ(rows(host->url(), "Good:", {}).value(QStringLiteral("rowsCount")), 1);
     host->terminate();
-    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_EQ(host->waitForEnd(), 0) << host->errors().toStdString();
 }
 
 TEST(HostProcessTest, ConnectsElsewhereForANameWhenItIsTold)

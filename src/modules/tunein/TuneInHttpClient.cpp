@@ -5,6 +5,7 @@
 
 #include <QMetaObject>
 #include <QMutexLocker>
+#include <QSemaphore>
 #include <QThread>
 
 VESK_LOGGER("CB_TuneIn")
@@ -48,13 +49,17 @@ void TuneInHttpClient::endOwnThread()
     QThread *const ownThread = thread();
     if (ownThread == QThread::currentThread() || !ownThread->isRunning())
         return;
+    // Qt wakes the loop after it has queued the call: the loop must still be there then.
+    QSemaphore queued;
     QMetaObject::invokeMethod(
         m_httpClient,
-        [client = m_httpClient] {
+        [client = m_httpClient, &queued] {
+            queued.acquire();
             delete client;
             QThread::currentThread()->exit(0);
         },
         Qt::QueuedConnection);
+    queued.release();
     joinNewQThread(ownThread);
 }
 
