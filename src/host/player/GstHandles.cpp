@@ -5,11 +5,8 @@
 void startGStreamer()
 {
     static std::once_flag once;
-    std::call_once(once, [] {
-        // Signals and the fork for the list of plug-ins are the program's own business.
-        gst_registry_fork_set_enabled(FALSE);
-        gst_init(nullptr, nullptr);
-    });
+    // The list of plug-ins is made in a process of its own: they are many, and not all are sound.
+    std::call_once(once, [] { gst_init(nullptr, nullptr); });
 }
 
 QString gstErrorText(GstMessage *message)
