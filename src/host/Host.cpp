@@ -1,6 +1,5 @@
 #include "host/Host.h"
 
-#include "api/core/Language.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
@@ -10,15 +9,16 @@
 #include "host/HostFolders.h"
 #include "host/HostValues.h"
 #include "host/NetworkMonitor.h"
-#include "host/Plugin.h"
 #include "host/ServicesWorker.h"
 #include "host/SettingsStore.h"
 #include "host/player/PlayLogic.h"
 #include "host/player/StreamPlayer.h"
+#include "host/plugins/Plugins.h"
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/web/Artwork.h"
 #include "host/web/WebFiles.h"
+#include "runtime/UiLanguage.h"
 
 #include <QTimer>
 
@@ -40,7 +40,7 @@ Host::~Host()
     m_playerMethods.reset();
     m_methods.reset();
     m_rpc.reset();
-    m_plugins.clear();
+    m_plugins.reset();
     PlayLogicInterface::setPlayerInstance(nullptr);
     m_playLogic.reset();
     m_streamPlayer.reset();
@@ -55,7 +55,7 @@ void Host::start()
 {
     setUpValues();
     setUpNetwork();
-    setUpLanguage();
+    m_language = std::make_unique<UiLanguage>(HostFolders::translations());
     m_services = std::make_unique<ServicesWorker>();
     listSettings();
     HttpClient::setConnectTo(m_options.connectTo);
@@ -96,24 +96,6 @@ void Host::setUpNetwork()
         VESK_WARN("There is no network connection yet.");
 }
 
-void Host::setUpLanguage()
-{
-    const auto apply = [] {
-        CMAbstractWorker *root = CMRoot();
-        const QString language = VeskValue(root->getValue(VeskUILanguagePath()).toHash()).string_();
-        const bool isNew = language != Language::current();
-        if (isNew && !Language::setCurrent(language, HostFolders::translations()))
-            VESK_INFO("There are no texts in the language " << language << ".");
-        return isNew;
-    };
-    apply();
-    m_language = m_root->subscribe(VeskUILanguagePath(), this, [this, apply](const CMChange &) {
-        // The setting itself is told of as well, for its title: that is no new language.
-        if (apply())
-            m_root->notifyLanguageChanged();
-    });
-}
-
 void Host::setUpPlayer()
 {
     m_streamPlayer = std::make_unique<StreamPlayer>(m_options.audio);
@@ -128,48 +110,15 @@ void Host::setUpPlayer()
 
 void Host::setUpPlugins()
 {
-    QVector<PluginOptions> plugins = m_options.plugins;
-    if (plugins.isEmpty()) {
-        for (const QString &file : HostFolders::installedPlugins())
-            plugins.append({file, {}});
-    }
-    if (plugins.isEmpty())
-        VESK_WARN("There are no plug-ins.");
-
-    for (const PluginOptions &options : plugins) {
-        const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
-        m_plugins.push_back(std::make_unique<Plugin>(options.file, config));
-        veskConnect(m_plugins.back().get(), &Plugin::loadFinished, this, &Host::pluginLoaded);
-    }
-    m_loading = static_cast<int>(m_plugins.size());
-    for (const auto &plugin : m_plugins)
-        plugin->load();
-    if (m_loading == 0)
-        QMetaObject::invokeMethod(
-            this, [this] { listen(); }, Qt::QueuedConnection);
-}
-
-void Host::pluginLoaded()
-{
-    if (--m_loading > 0 || m_stopping)
-        return;
-    listServices();
-    listen();
-}
-
-void Host::listServices()
-{
-    QList<CMPath> roots;
-    for (const auto &plugin : m_plugins) {
-        if (!plugin->root().isEmpty() && roots.contains(plugin->root()))
-            plugin->reject(QStringLiteral("another plug-in serves the same paths"));
-        if (plugin->root().isEmpty()) {
-            m_services->addFailed(plugin->file(), plugin->error());
-            continue;
-        }
-        roots.append(plugin->root());
-        m_services->addService(plugin->root());
-    }
+    m_plugins = std::make_unique<Plugins>(m_options, m_values.get(), m_playLogic.get());
+    connect(m_plugins.get(), &Plugins::loaded, this, [this] {
+        if (m_stopping)
+            return;
+        m_plugins->listIn(m_services.get());
+        listen();
+    });
+    veskConnect(m_plugins.get(), &Plugins::unloaded, this, &Host::finishStop);
+    m_plugins->load();
 }
 
 void Host::listSettings()
@@ -244,10 +193,6 @@ void Host::unloadPlugins()
     m_unloading = true;
     // A plug-in that waits for an answer from its service waits no longer.
     HttpClient::shutDownAll();
-    for (const auto &plugin : m_plugins) {
-        connect(plugin.get(), &Plugin::unloaded, this, &Host::finishStop);
-        plugin->unload();
-    }
     QTimer::singleShot(UnloadTimeout, this, [this] {
         if (!m_stopped) {
             VESK_ERROR("A plug-in does not end; leaving it behind.");
@@ -255,13 +200,15 @@ void Host::unloadPlugins()
             Q_EMIT stopped(false);
         }
     });
-    QMetaObject::invokeMethod(this, &Host::finishStop, Qt::QueuedConnection);
+    if (m_plugins)
+        m_plugins->unload();
+    else
+        QMetaObject::invokeMethod(this, &Host::finishStop, Qt::QueuedConnection);
 }
 
 void Host::finishStop()
 {
-    const auto runs = [](const std::unique_ptr<Plugin> &plugin) { return plugin->isRunning(); };
-    if (m_stopped || std::any_of(m_plugins.begin(), m_plugins.end(), runs))
+    if (m_stopped)
         return;
     m_stopped = true;
     m_settings->flush();

@@ -5,22 +5,21 @@
 #include <QObject>
 
 #include <memory>
-#include <vector>
 
 class Artwork;
 class CMRootWorker;
-class CMSubscription;
 class CMValuesWorker;
 class HttpServer;
 class JsonRpcDispatcher;
 class NetworkMonitor;
 class PlayLogic;
 class PlayerMethods;
-class Plugin;
+class Plugins;
 class RpcMethods;
 class ServicesWorker;
 class SettingsStore;
 class StreamPlayer;
+class UiLanguage;
 class WebFiles;
 
 /// The whole host: the root worker, the value tree with what is kept of it, the network state, the
@@ -54,11 +53,8 @@ Q_SIGNALS:
 private:
     void setUpValues();
     void setUpNetwork();
-    void setUpLanguage();
     void setUpPlayer();
     void setUpPlugins();
-    void pluginLoaded();
-    void listServices();
     void listSettings();
     void setUpPage();
     void listen();
@@ -69,18 +65,17 @@ private:
     bool m_stopping = false;
     bool m_unloading = false;
     bool m_stopped = false;
-    int m_loading = 0;
 
     // In the order in which they need each other.
     std::unique_ptr<CMRootWorker> m_root;
     std::unique_ptr<CMValuesWorker> m_values;
     std::unique_ptr<SettingsStore> m_settings;
     std::unique_ptr<NetworkMonitor> m_network;
-    std::unique_ptr<CMSubscription> m_language;
+    std::unique_ptr<UiLanguage> m_language;
     std::unique_ptr<ServicesWorker> m_services;
     std::unique_ptr<StreamPlayer> m_streamPlayer;
     std::unique_ptr<PlayLogic> m_playLogic;
-    std::vector<std::unique_ptr<Plugin>> m_plugins;
+    std::unique_ptr<Plugins> m_plugins;
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<RpcMethods> m_methods;
     std::unique_ptr<PlayerMethods> m_playerMethods;

@@ -17,6 +17,8 @@ struct Arguments {
     std::vector<std::string> connectTo;
     std::optional<std::string> caFile;
     std::optional<std::string> audio;
+    bool inProcess = false;
+    std::optional<std::string> restartWait;
     std::optional<std::string> stateFolder;
     std::optional<std::string> logLevel;
     std::optional<std::string> logFile;
@@ -40,6 +42,11 @@ void addOptions(CLI::App &app, Arguments &into)
         ->type_name("FILE");
     app.add_option("--audio", into.audio, "Where sound goes (auto)")
         ->type_name("auto|null|wav:FILE");
+    app.add_flag("--in-process", into.inProcess,
+        "Runs plug-ins in this process, where one that crashes ends the host");
+    app.add_option("--restart-wait", into.restartWait,
+           "The longest wait before a plug-in that crashed is started again (30)")
+        ->type_name("SECONDS");
     app.add_option("--state-dir", into.stateFolder, "Where settings are kept")->type_name("DIR");
     app.add_option("--log-level", into.logLevel, "How much is logged (info)")
         ->type_name("trace|debug|info|warn|error");
@@ -87,6 +94,10 @@ QString apply(const Arguments &arguments, HostOptions &options)
         check("--listen", HostOption::setListen(options, text(*arguments.listen)));
     if (arguments.audio)
         check("--audio", HostOption::setAudio(options, text(*arguments.audio)));
+    if (arguments.inProcess)
+        options.inProcess = true;
+    if (arguments.restartWait)
+        check("--restart-wait", HostOption::setRestartWait(options, text(*arguments.restartWait)));
     if (arguments.logLevel)
         check("--log-level", HostOption::setLogLevel(options, text(*arguments.logLevel)));
     if (arguments.caFile)

@@ -32,6 +32,8 @@ public:
             {QStringLiteral("connectTo"), &Reader::connectTo},
             {QStringLiteral("caFile"), &Reader::caFile},
             {QStringLiteral("audio"), &Reader::audio},
+            {QStringLiteral("inProcess"), &Reader::inProcess},
+            {QStringLiteral("restartWait"), &Reader::restartWait},
             {QStringLiteral("stateFolder"), &Reader::stateFolder},
             {QStringLiteral("logLevel"), &Reader::logLevel},
             {QStringLiteral("logFile"), &Reader::logFile},
@@ -113,6 +115,16 @@ private:
     QString logLevel(const QVariant &value)
     {
         return HostOption::setLogLevel(m_options, value.toString());
+    }
+    QString restartWait(const QVariant &value)
+    {
+        return HostOption::setRestartWait(m_options, value);
+    }
+    QString inProcess(const QVariant &value)
+    {
+        m_options.inProcess = value.toBool();
+        return value.userType() == QMetaType::Bool ? QString()
+                                                   : QStringLiteral("true or false is needed");
     }
     QString caFile(const QVariant &value) { return file(value, m_options.caFile); }
     QString stateFolder(const QVariant &value) { return file(value, m_options.stateFolder); }

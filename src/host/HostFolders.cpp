@@ -30,6 +30,11 @@ QStringList HostFolders::installedPlugins()
     return {};
 }
 
+QString HostFolders::workerProgram()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/vesk-worker");
+}
+
 QStringList HostFolders::translations()
 {
     return {besideProgram(QStringLiteral("share/vesk/translations"))};

@@ -7,6 +7,8 @@
 namespace HostFolders {
 /// Every plug-in of the folders that belong to this program, by name.
 QStringList installedPlugins();
+/// The program that runs one plug-in.
+QString workerProgram();
 /// Folders with translation catalogues.
 QStringList translations();
 /// The folder with the content browser's page; empty when it is not installed.

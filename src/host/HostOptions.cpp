@@ -77,6 +77,17 @@ QString HostOption::setAudio(HostOptions &options, const QString &audio)
     return {};
 }
 
+QString HostOption::setRestartWait(HostOptions &options, const QVariant &seconds)
+{
+    constexpr double Longest = 3600;
+    bool ok = false;
+    const double wait = seconds.toDouble(&ok);
+    if (!ok || !(wait >= 0 && wait <= Longest))
+        return QStringLiteral("\"%1\" is no number of seconds up to 3600").arg(seconds.toString());
+    options.restartWait = std::chrono::milliseconds(qRound64(wait * 1000));
+    return {};
+}
+
 QString HostOption::setLogLevel(HostOptions &options, const QString &level)
 {
     const QStringList levels {QStringLiteral("trace"), QStringLiteral("debug"),

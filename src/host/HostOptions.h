@@ -10,6 +10,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <chrono>
+
 /// One plug-in to load.
 struct PluginOptions {
     QString file;
@@ -31,6 +33,10 @@ struct HostOptions {
     QStringList connectTo;
     QString caFile;
     AudioOutputSpec audio;
+    /// Plug-ins run in this process, not each in one of its own.
+    bool inProcess = false;
+    /// The longest wait before a plug-in's process that ended is started again.
+    std::chrono::milliseconds restartWait = std::chrono::seconds(30);
     /// Empty: the default one.
     QString stateFolder;
     QString logLevel = QStringLiteral("info");
@@ -45,5 +51,6 @@ QString setListen(HostOptions &options, const QString &address);
 QString addPinned(HostOptions &options, const QString &path, const QVariant &value);
 QString addConnectTo(HostOptions &options, const QString &entry);
 QString setAudio(HostOptions &options, const QString &audio);
+QString setRestartWait(HostOptions &options, const QVariant &seconds);
 QString setLogLevel(HostOptions &options, const QString &level);
 } // namespace HostOption

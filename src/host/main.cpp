@@ -2,8 +2,8 @@
 #include "cli/CommandLine.h"
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
-#include "host/Logging.h"
 #include "host/TerminationSignals.h"
+#include "runtime/Logging.h"
 
 #include <QCoreApplication>
 

@@ -1,4 +1,5 @@
-#include "host/Plugin.h"
+#include "host/plugins/InProcessPlugin.h"
+#include "host/plugins/WorkerPlugin.h"
 
 #include "api/nodes/CMRootWorker.h"
 #include "api/nodes/CMValuesWorker.h"
@@ -18,7 +19,9 @@ QString file(const char *plugin)
     return QStringLiteral(TEST_PLUGINS "/libvesk_cb_%1.so").arg(QLatin1String(plugin));
 }
 
-class PluginTest : public testing::Test {
+enum class Arrangement { InProcess, ProcessOfItsOwn };
+
+class PluginTest : public testing::TestWithParam<Arrangement> {
 protected:
     PluginTest()
     {
@@ -26,6 +29,25 @@ protected:
         m_root.addWorker(QStringLiteral("system"), &m_values);
     }
     ~PluginTest() override { m_root.removeWorker(&m_values); }
+
+    std::unique_ptr<Plugin> make(const QString &pluginFile, const QVariantHash &config = {})
+    {
+        if (GetParam() == Arrangement::InProcess)
+            return std::make_unique<InProcessPlugin>(pluginFile, config);
+        WorkerOptions options;
+        options.program = QStringLiteral(WORKER_PROGRAM);
+        options.start = [=] {
+            StartMessage message;
+            message.file = pluginFile;
+            message.config = config;
+            message.logLevel = QStringLiteral("error");
+            message.valuePrefixes = QStringList {QStringLiteral("system")};
+            const CMPath id = VeskSystemMemberIdPath();
+            message.values.append({id, m_values.value(id).toHash(), false, TrString()});
+            return message;
+        };
+        return std::make_unique<WorkerPlugin>(pluginFile, options);
+    }
 
     /// Loads \a plugin, whatever comes of it.
     static bool load(Plugin &plugin)
@@ -38,27 +60,28 @@ protected:
 
     std::string errorOf(const QString &pluginFile)
     {
-        Plugin plugin(pluginFile, {});
-        EXPECT_TRUE(load(plugin));
-        EXPECT_TRUE(plugin.root().isEmpty());
-        EXPECT_TRUE(spinUntil([&] { return !plugin.isRunning(); }));
-        return plugin.error().toStdString();
+        const std::unique_ptr<Plugin> plugin = make(pluginFile);
+        EXPECT_TRUE(load(*plugin));
+        EXPECT_TRUE(plugin->root().isEmpty());
+        EXPECT_TRUE(spinUntil([&] { return !plugin->isRunning(); }));
+        return plugin->error().toStdString();
     }
 
     CMRootWorker m_root;
     CMValuesWorker m_values;
 };
 
-TEST_F(PluginTest, LoadsAWorkerOnAThreadOfItsOwn)
+TEST_P(PluginTest, LoadsAWorkerOnAThreadOfItsOwn)
 {
-    Plugin plugin(file("good"), {{VeskService_Id(), QStringLiteral("goodie")}});
-    ASSERT_TRUE(load(plugin));
-    EXPECT_EQ(plugin.error(), QString());
-    EXPECT_EQ(plugin.root().toEncoded(), QStringLiteral("Good:"));
-    EXPECT_TRUE(plugin.isRunning());
+    const std::unique_ptr<Plugin> plugin
+        = make(file("good"), {{VeskService_Id(), QStringLiteral("goodie")}});
+    ASSERT_TRUE(load(*plugin));
+    EXPECT_EQ(plugin->error(), QString());
+    EXPECT_EQ(plugin->root().toEncoded(), QStringLiteral("Good:"));
+    EXPECT_TRUE(plugin->isRunning());
 
     const auto rows = std::make_shared<CMReplyData<QVariant>>();
-    m_root.request(CMGetRowsRequest(plugin.root(),
+    m_root.request(CMGetRowsRequest(plugin->root(),
         {VeskRoles::Id(), VeskRoles::Description(), VeskRoles::Value()}, 0, 9,
         CMReply<QVariant>(rows)));
     ASSERT_TRUE(spinUntil([&] { return rows->isFinished(); }));
@@ -69,44 +92,44 @@ TEST_F(PluginTest, LoadsAWorkerOnAThreadOfItsOwn)
         << "a value of the host's, read while it was created";
 }
 
-TEST_F(PluginTest, UnloadingTakesItsPathsAway)
+TEST_P(PluginTest, UnloadingTakesItsPathsAway)
 {
-    Plugin plugin(file("good"), {});
-    ASSERT_TRUE(load(plugin));
+    const std::unique_ptr<Plugin> plugin = make(file("good"));
+    ASSERT_TRUE(load(*plugin));
     EXPECT_TRUE(m_root.prefixes().contains(QStringLiteral("Good")));
     bool unloaded = false;
-    QObject::connect(&plugin, &Plugin::unloaded, [&] { unloaded = true; });
-    plugin.unload();
+    QObject::connect(plugin.get(), &Plugin::unloaded, [&] { unloaded = true; });
+    plugin->unload();
     ASSERT_TRUE(spinUntil([&] { return unloaded; }));
-    EXPECT_FALSE(plugin.isRunning());
+    EXPECT_FALSE(plugin->isRunning());
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Good")));
 }
 
-TEST_F(PluginTest, CanBeLoadedAgainAndAgain)
+TEST_P(PluginTest, CanBeLoadedAgainAndAgain)
 {
     for (int i = 0; i < 20; ++i) {
-        Plugin plugin(file("good"), {});
-        ASSERT_TRUE(load(plugin));
-        EXPECT_EQ(plugin.root().toEncoded(), QStringLiteral("Good:"));
+        const std::unique_ptr<Plugin> plugin = make(file("good"));
+        ASSERT_TRUE(load(*plugin));
+        EXPECT_EQ(plugin->root().toEncoded(), QStringLiteral("Good:"));
     }
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Good")));
 }
 
-TEST_F(PluginTest, MayBeUnloadedWhileItLoads)
+TEST_P(PluginTest, MayBeUnloadedWhileItLoads)
 {
-    Plugin plugin(file("good"), {});
-    plugin.load();
-    plugin.unload();
-    EXPECT_TRUE(spinUntil([&] { return !plugin.isRunning(); }));
+    const std::unique_ptr<Plugin> plugin = make(file("good"));
+    plugin->load();
+    plugin->unload();
+    EXPECT_TRUE(spinUntil([&] { return !plugin->isRunning(); }));
 }
 
-TEST_F(PluginTest, MayGoWithoutEverHavingBeenLoaded)
+TEST_P(PluginTest, MayGoWithoutEverHavingBeenLoaded)
 {
-    Plugin plugin(file("good"), {});
-    EXPECT_FALSE(plugin.isRunning());
+    const std::unique_ptr<Plugin> plugin = make(file("good"));
+    EXPECT_FALSE(plugin->isRunning());
 }
 
-TEST_F(PluginTest, TellsWhyAFileCannotBeLoaded)
+TEST_P(PluginTest, TellsWhyAFileCannotBeLoaded)
 {
     EXPECT_THAT(errorOf(file("missing")), testing::HasSubstr("No such file"));
     EXPECT_THAT(errorOf(file("noentry")), testing::HasSubstr("worker_create"));
@@ -120,5 +143,11 @@ TEST_F(PluginTest, TellsWhyAFileCannotBeLoaded)
     noLibrary.close();
     EXPECT_THAT(errorOf(noLibrary.fileName()), testing::Not(testing::IsEmpty()));
 }
+
+INSTANTIATE_TEST_SUITE_P(Arrangements, PluginTest,
+    testing::Values(Arrangement::InProcess, Arrangement::ProcessOfItsOwn),
+    [](const testing::TestParamInfo<Arrangement> &tested) {
+        return tested.param == Arrangement::InProcess ? "inProcess" : "processOfItsOwn";
+    });
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "api/nodes/CMReply.h"
 
+#include "api/core/vesk.h"
 #include "api/nodes/CMContextCall.h"
 
 #include <QDeadlineTimer>
@@ -127,9 +128,23 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
     watcher->trigger();
 }
 
+void CMReplyAbstractData::whenFinished(std::function<void()> function)
+{
+    {
+        const Lock lock(&m_mutex);
+        if (!m_finished) {
+            VESK_ASSERT(!m_follower);
+            m_follower = std::move(function);
+            return;
+        }
+    }
+    function();
+}
+
 void CMReplyAbstractData::finish(const std::function<void()> &store)
 {
     std::vector<std::shared_ptr<CMContextCall>> watchers;
+    std::function<void()> follower;
     {
         const Lock lock(&m_mutex);
         if (m_finished)
@@ -137,11 +152,14 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
         store();
         m_finished = true;
         watchers.swap(m_watchers);
+        follower.swap(m_follower);
         m_condition.wakeAll();
     }
     // Whoever waited may have let go of this by now: nothing of it is touched any more.
     for (const std::shared_ptr<CMContextCall> &watcher : watchers)
         watcher->trigger();
+    if (follower)
+        follower();
 }
 
 void CMReplyAbstractData::read(const std::function<void()> &load) const

@@ -48,6 +48,9 @@ public:
     /// thread. \a context must be alive during the call and stay on its thread; it may go at any
     /// time after.
     void whenFinished(QObject *context, std::function<void()> function);
+    /// Calls \a function once the answer is there: on whichever thread completes it, right after,
+    /// or at once when it is there already. \a function must return soon. One per answer.
+    void whenFinished(std::function<void()> function);
 
 protected:
     /// Completes the answer after \a store ran under the mutex; does nothing when it is complete.
@@ -62,6 +65,7 @@ private:
     bool m_finished = false;
     CMError m_error;
     std::vector<std::shared_ptr<CMContextCall>> m_watchers;
+    std::function<void()> m_follower;
 };
 
 /// An answer that carries a T.

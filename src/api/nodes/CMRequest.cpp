@@ -43,6 +43,15 @@ bool CMRequest::mayRedirect() const
     return d && d->hops < MaxHops;
 }
 
+CMRequest CMRequest::withHops(int hops) const
+{
+    VESK_ASSERT(d && hops >= 0);
+    CMRequest request;
+    request.d = new Data(*d);
+    request.d->hops = hops;
+    return request;
+}
+
 CMRequest CMRequest::redirectedTo(const CMPath &path) const
 {
     if (!mayRedirect()) {

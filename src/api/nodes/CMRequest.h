@@ -28,6 +28,11 @@ public:
     CMReply<QVariant> reply() const { return d ? d->reply : CMReply<QVariant>(); }
     CMReplyData<QVariant> *replyData() const { return reply().data(); }
 
+    /// How often it was redirected before it came here.
+    int hops() const { return d ? d->hops : 0; }
+    /// The same question, redirected \a hops times so far: for one that was sent on in another
+    /// form.
+    CMRequest withHops(int hops) const;
     /// The same question to another path, with the same place for the answer. An empty request, the
     /// question answered with an error, when it was redirected too often.
     CMRequest redirectedTo(const CMPath &path) const;

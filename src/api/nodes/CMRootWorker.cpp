@@ -83,6 +83,8 @@ public:
     };
 
     GatePtr route(const CMPath &path) const;
+    bool isElsewhere(const CMPath &path) const;
+    std::vector<std::shared_ptr<Entry>> entriesOf(const CMPath &path);
     /// Expects routesMutex to be held for writing.
     GatePtr gateOf(CMAbstractWorker *worker);
     void addEntry(const std::shared_ptr<Entry> &entry);
@@ -95,6 +97,7 @@ public:
     QHash<CMAbstractWorker *, GatePtr> gates;
     QHash<QString, GatePtr> byPrefix;
     QHash<QString, QHash<QString, GatePtr>> foreign; ///< by prefix, then base
+    GatePtr byDefault;
 
     /// Taken before routesMutex, never after it.
     std::mutex subscribedMutex;
@@ -122,7 +125,24 @@ GatePtr CMRootWorkerPrivate::route(const CMPath &path) const
             base.truncate(slash);
         }
     }
-    return byPrefix.value(path.prefix());
+    return byPrefix.value(path.prefix(), byDefault);
+}
+
+/// Whether \a path is one of the default worker's.
+bool CMRootWorkerPrivate::isElsewhere(const CMPath &path) const
+{
+    const GatePtr gate = route(path);
+    const std::shared_lock<std::shared_mutex> lock(routesMutex);
+    return gate && gate == byDefault;
+}
+
+std::vector<std::shared_ptr<CMSubscription::Entry>> CMRootWorkerPrivate::entriesOf(
+    const CMPath &path)
+{
+    const std::lock_guard<std::mutex> lock(subscribedMutex);
+    const auto found = subscribed.find(path);
+    return found == subscribed.end() ? std::vector<std::shared_ptr<Entry>>()
+                                     : found->second.entries;
 }
 
 GatePtr CMRootWorkerPrivate::gateOf(CMAbstractWorker *worker)
@@ -241,26 +261,60 @@ bool CMRootWorker::addWorker(const QString &prefix, CMAbstractWorker *worker)
         }
         d->byPrefix.insert(prefix, d->gateOf(worker));
     }
+    Q_EMIT routeAdded(CMPath(prefix, QString()));
     d->announceMoved();
     return true;
+}
+
+void CMRootWorker::setDefaultWorker(CMAbstractWorker *worker)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        d->byDefault = d->gateOf(worker);
+    }
+    d->announceMoved();
+}
+
+void CMRootWorker::removePrefix(const QString &prefix, CMAbstractWorker *worker)
+{
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const auto route = d->byPrefix.find(prefix);
+        if (route == d->byPrefix.end() || (*route)->worker() != worker)
+            return;
+        d->byPrefix.erase(route);
+    }
+    Q_EMIT routeRemoved(CMPath(prefix, QString()));
+    d->announceMoved();
 }
 
 void CMRootWorker::removeWorker(CMAbstractWorker *worker)
 {
     GatePtr gate;
+    QList<CMPath> removed;
     {
         const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
         gate = d->gates.take(worker);
         if (!gate)
             return;
-        const auto forget = [&gate](QHash<QString, GatePtr> &routes) {
-            for (auto it = routes.begin(); it != routes.end();)
-                it = *it == gate ? routes.erase(it) : std::next(it);
+        const auto forget = [&](QHash<QString, GatePtr> &routes, auto pathOf) {
+            for (auto it = routes.begin(); it != routes.end();) {
+                if (*it != gate) {
+                    ++it;
+                    continue;
+                }
+                removed.append(pathOf(it.key()));
+                it = routes.erase(it);
+            }
         };
-        forget(d->byPrefix);
-        for (QHash<QString, GatePtr> &bases : d->foreign)
-            forget(bases);
+        forget(d->byPrefix, [](const QString &prefix) { return CMPath(prefix, QString()); });
+        for (auto it = d->foreign.begin(); it != d->foreign.end(); ++it)
+            forget(*it, [&it](const QString &base) { return CMPath(it.key(), base); });
+        if (d->byDefault == gate)
+            d->byDefault.reset();
     }
+    for (const CMPath &route : qAsConst(removed))
+        Q_EMIT routeRemoved(route);
     gate->close();
     d->announceMoved();
 }
@@ -276,6 +330,7 @@ void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
         }
         route = d->gateOf(worker);
     }
+    Q_EMIT routeAdded(CMPath(path.prefix(), path.base()));
     d->announceMoved();
 }
 
@@ -291,6 +346,7 @@ void CMRootWorker::removeForeignPath(const CMPath &path, CMAbstractWorker *worke
             return;
         bases->erase(route);
     }
+    Q_EMIT routeRemoved(CMPath(path.prefix(), path.base()));
     d->announceMoved();
 }
 
@@ -325,14 +381,14 @@ std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
 
 void CMRootWorker::notifyChanged(const CMChange &change)
 {
-    std::vector<std::shared_ptr<CMSubscription::Entry>> concerned;
-    {
-        const std::lock_guard<std::mutex> lock(d->subscribedMutex);
-        const auto found = d->subscribed.find(change.path);
-        if (found != d->subscribed.end())
-            concerned = found->second.entries;
-    }
-    for (const std::shared_ptr<CMSubscription::Entry> &entry : concerned)
+    passOnChanged(change);
+    if (d->isElsewhere(change.path))
+        Q_EMIT changedElsewhere(change, false);
+}
+
+void CMRootWorker::passOnChanged(const CMChange &change)
+{
+    for (const std::shared_ptr<CMSubscription::Entry> &entry : d->entriesOf(change.path))
         entry->deliver(change);
 }
 
@@ -348,6 +404,8 @@ void CMRootWorker::notifyChangedStartingWith(const CMChange &change)
     }
     for (const std::shared_ptr<CMSubscription::Entry> &entry : concerned)
         entry->deliver(change);
+    if (d->isElsewhere(change.path))
+        Q_EMIT changedElsewhere(change, true);
 }
 
 void CMRootWorker::notifyLanguageChanged()

@@ -27,6 +27,8 @@ private:
 
 /// Where all workers meet: routes each request by its path's prefix to the worker of that name, or,
 /// for a foreign path that a worker serves, to that worker; brings changes to their subscribers.
+/// What nobody serves goes to the default worker, when there is one: in a process that is one of
+/// several, the way to the others.
 /// One per process, made by the host before any worker and destroyed after the last. All calls from
 /// any thread.
 ///
@@ -49,6 +51,10 @@ public:
     /// not matter. A path that is taken is logged and stays as it is.
     void addForeignPath(const CMPath &path, CMAbstractWorker *worker);
     void removeForeignPath(const CMPath &path, CMAbstractWorker *worker);
+    /// Takes \a prefix from \a worker, if it has it.
+    void removePrefix(const QString &prefix, CMAbstractWorker *worker);
+    /// Routes to \a worker whatever no other worker serves, until it is removed.
+    void setDefaultWorker(CMAbstractWorker *worker);
     QStringList prefixes() const;
 
     /// Answers at once with an error when no worker is there for the request's path.
@@ -64,8 +70,19 @@ public:
     void notifyChanged(const CMChange &change);
     /// Tells the subscribers of every path that starts with the change's, each with its own path.
     void notifyChangedStartingWith(const CMChange &change);
+    /// Tells the subscribers in this process alone: the change is known to all others.
+    void passOnChanged(const CMChange &change);
     /// Tells every worker that the UI language changed.
     void notifyLanguageChanged();
+
+Q_SIGNALS:
+    /// A route was made or taken away: the root path of a prefix, or a foreign path. Not for routes
+    /// to the default worker. From the thread that did it.
+    void routeAdded(const CMPath &route);
+    void routeRemoved(const CMPath &route);
+    /// Somebody told of a change that concerns a path of the default worker, whose subscribers are
+    /// elsewhere too. From the thread that told.
+    void changedElsewhere(const CMChange &change, bool startingWith);
 
 private:
     friend class CMSubscription;

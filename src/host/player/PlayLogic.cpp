@@ -98,6 +98,7 @@ void PlayLogic::takeRow(const CMReplyData<QVariant> &reply, const Started &start
     m_playId = newPlayId();
     m_roles = roles;
     m_error = TrString();
+    m_heard = false;
     m_streamTitle.clear();
     m_bitRate = roles.mediaData().activeResource().bitRate();
     VESK_INFO("playing " << m_roles.title());
@@ -141,15 +142,14 @@ void PlayLogic::startPlayer()
 
 CMError PlayLogic::pause()
 {
-    const bool wasHeard = m_posted != VeskPlayLogicState::stopped;
     if (m_state == VeskPlayLogicState::stopped
-        || (m_state == VeskPlayLogicState::transitioning && !wasHeard))
+        || (m_state == VeskPlayLogicState::transitioning && !m_heard))
         return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing."));
     if (m_state == VeskPlayLogicState::paused)
         return {};
     m_player->pause();
     // A pause in the middle of a reconnect, or right after a resume.
-    if (m_posted == VeskPlayLogicState::transitioning)
+    if (m_posted != VeskPlayLogicState::playing)
         post(VeskPlayLogicState::playing);
     setState(VeskPlayLogicState::paused);
     return {};
@@ -218,6 +218,7 @@ void PlayLogic::setState(State state)
     if (state == m_state)
         return;
     m_state = state;
+    m_heard |= state == VeskPlayLogicState::playing;
     VESK_INFO(VeskPlayLogicState::toString(state));
     // The beginning and the end of a break in what was heard, not the wait before the first sound
     // or after a pause.
@@ -236,7 +237,7 @@ void PlayLogic::post(State state, const QString &error)
     data.setPlayId(m_playId);
     data.setError(error);
     data.setTrackRoles(m_roles);
-    const CMPath path = m_roles.mediaData().metaData().playbackStateChangePath();
+    const CMPath path = stateChangePath();
     if (path.isEmpty())
         return;
     ++m_unanswered;
@@ -247,6 +248,19 @@ void PlayLogic::post(State state, const QString &error)
     });
     CMRoot()->request(
         CMSetDataRequest(path, VeskRoles::Activate(), data.toHash(), CMReply<QVariant>(reply)));
+}
+
+CMPath PlayLogic::stateChangePath() const
+{
+    return m_roles.mediaData().metaData().playbackStateChangePath();
+}
+
+void PlayLogic::postAgain()
+{
+    // To one who knows of no playing, a pause or a stop would end a time that never began.
+    m_posted = VeskPlayLogicState::stopped;
+    if (m_state == VeskPlayLogicState::playing)
+        post(VeskPlayLogicState::playing);
 }
 
 void PlayLogic::publish()

@@ -39,6 +39,10 @@ public:
     CMError resume();
     CMError stop();
 
+    /// Where what happens to the present play is posted; empty when nobody wants to know.
+    CMPath stateChangePath() const;
+    /// Whoever is told has begun anew: posts what it has to know.
+    void postAgain();
     /// Whether somebody still works on what was posted; postsAnswered() tells when nobody does.
     bool hasUnansweredPosts() const { return m_unanswered > 0; }
 
@@ -68,7 +72,8 @@ private:
     MediaPlayer *const m_player;
     int m_request = 0; ///< counts play(), so that an earlier one is known when its row comes
     State m_state = VeskPlayLogicState::stopped;
-    State m_posted = VeskPlayLogicState::stopped;
+    State m_posted = VeskPlayLogicState::stopped; ///< what they know to whom it is posted
+    bool m_heard = false; ///< the present play came so far as to be heard
     int m_unanswered = 0;
     VeskHash m_playId; ///< empty while nothing was played
     VeskRoles m_roles;

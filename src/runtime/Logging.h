@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 /// Sets up log4cplus for the process: records of \a level ("trace" to "error") and above go to
@@ -7,3 +8,7 @@
 /// and message. Qt's own messages go the same way, under the logger "Qt". Main thread, before
 /// anything logs. Returns what is wrong, empty when nothing is.
 QString setUpLogging(const QString &level, const QString &file);
+
+/// Brings a line of another process, which it has made a log record already, to where this one's
+/// records go. Any thread, after setUpLogging().
+void logLineOfWorker(const QByteArray &line);

@@ -1,4 +1,4 @@
-#include "host/PluginThread.h"
+#include "runtime/PluginThread.h"
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"

@@ -1,4 +1,4 @@
-#include "host/Logging.h"
+#include "runtime/Logging.h"
 
 #include "api/core/log.h"
 
@@ -14,6 +14,29 @@ VESK_LOGGER("Qt")
 namespace {
 
 constexpr char Pattern[] = "%D{%Y-%m-%d %H:%M:%S.%q} %-5p %c %F:%L [%t] %m%n";
+/// For lines that have all of that already.
+constexpr char LinePattern[] = "%m%n";
+
+log4cplus::Logger linesOfWorkers()
+{
+    static const log4cplus::Logger logger
+        = log4cplus::Logger::getInstance(LOG4CPLUS_TEXT("LinesOfWorkers"));
+    return logger;
+}
+
+/// Two appenders for one file write whole records: each opens it for appending and flushes every
+/// one.
+log4cplus::SharedAppenderPtr makeAppender(const QString &file, const char *pattern)
+{
+    log4cplus::SharedAppenderPtr appender;
+    if (file.isEmpty())
+        appender = new log4cplus::ConsoleAppender(true, true);
+    else
+        appender = new log4cplus::FileAppender(
+            QFile::encodeName(file).toStdString(), std::ios_base::app, true);
+    appender->setLayout(std::make_unique<log4cplus::PatternLayout>(pattern));
+    return appender;
+}
 
 log4cplus::LogLevel logLevelOf(QtMsgType type)
 {
@@ -43,25 +66,27 @@ void logQtMessage(QtMsgType type, const QMessageLogContext &context, const QStri
 
 } // namespace
 
+void logLineOfWorker(const QByteArray &line)
+{
+    linesOfWorkers().forcedLog(log4cplus::INFO_LOG_LEVEL, line.toStdString());
+}
+
 QString setUpLogging(const QString &level, const QString &file)
 {
-    log4cplus::SharedAppenderPtr appender;
-    if (file.isEmpty()) {
-        appender = new log4cplus::ConsoleAppender(true, true);
-    } else {
+    if (!file.isEmpty()) {
         // log4cplus itself complains about a file that it cannot open only when it first writes.
         QFile probe(file);
         if (!probe.open(QIODevice::Append))
             return QStringLiteral("%1: %2").arg(file, probe.errorString());
-        appender = new log4cplus::FileAppender(
-            QFile::encodeName(file).toStdString(), std::ios_base::app, true);
     }
-    appender->setLayout(std::make_unique<log4cplus::PatternLayout>(Pattern));
-
     log4cplus::Logger root = log4cplus::Logger::getRoot();
     root.removeAllAppenders();
-    root.addAppender(appender);
+    root.addAppender(makeAppender(file, Pattern));
     root.setLogLevel(log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
+    log4cplus::Logger lines = linesOfWorkers();
+    lines.setAdditivity(false);
+    lines.removeAllAppenders();
+    lines.addAppender(makeAppender(file, LinePattern));
     qInstallMessageHandler(logQtMessage);
     return {};
 }

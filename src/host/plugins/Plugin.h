@@ -4,14 +4,9 @@
 
 #include <QObject>
 #include <QString>
-#include <QVariantHash>
 
-#include <memory>
-
-class PluginThread;
-
-/// One plug-in: a library, the worker that it makes, and the thread on which that worker lives from
-/// its creation to its end. Used on the main thread, with an event loop.
+/// One plug-in: a library and the worker that it makes, in this process or in one of its own. Used
+/// on the main thread, with an event loop.
 ///
 /// A library offers `extern "C" void *worker_create(const char *name, void *config)`: config points
 /// to a QVariantHash, the answer is a CMNodesWorker as it came from `new`, or null.
@@ -19,21 +14,21 @@ class Plugin : public QObject {
     Q_OBJECT
 
 public:
-    Plugin(const QString &file, const QVariantHash &config, QObject *parent = nullptr);
-    /// Unloads and waits without limit for the thread to end.
+    explicit Plugin(const QString &file, QObject *parent = nullptr);
+    /// Ends what still runs, and waits for it.
     ~Plugin() override;
 
     /// Starts loading, once; loadFinished() tells the outcome.
-    void load();
-    /// Ends the worker and its thread; unloaded() tells when that is done, at once when nothing
-    /// runs. A worker that is busy is ended when it is done.
-    void unload();
+    virtual void load() = 0;
+    /// Ends the worker; unloaded() tells when that is done, at once when nothing runs. A worker
+    /// that is busy is ended when it is done.
+    virtual void unload() = 0;
+    virtual bool isRunning() const = 0;
 
     /// Unloads a plug-in that is loaded but cannot be used.
     void reject(const QString &reason);
 
     const QString &file() const { return m_file; }
-    bool isRunning() const;
     /// The root path of the worker; empty unless it is loaded.
     const CMPath &root() const { return m_root; }
     /// Why it could not be loaded; empty otherwise.
@@ -43,11 +38,11 @@ Q_SIGNALS:
     void loadFinished();
     void unloaded();
 
-private:
-    void threadLoaded(const CMPath &root, const QString &error);
+protected:
+    void finishLoading(const CMPath &root, const QString &error);
 
+private:
     const QString m_file;
-    const std::unique_ptr<PluginThread> m_thread;
     CMPath m_root;
     QString m_error;
 };

@@ -1,0 +1,32 @@
+#include "host/plugins/Plugin.h"
+
+#include "api/core/log.h"
+
+VESK_LOGGER("Host")
+
+Plugin::Plugin(const QString &file, QObject *parent)
+    : QObject(parent)
+    , m_file(file)
+{
+}
+
+Plugin::~Plugin() = default;
+
+void Plugin::reject(const QString &reason)
+{
+    VESK_ERROR("plug-in " << m_file << " is not used: " << reason);
+    m_root = CMPath();
+    m_error = reason;
+    unload();
+}
+
+void Plugin::finishLoading(const CMPath &root, const QString &error)
+{
+    m_root = root;
+    m_error = error;
+    if (error.isEmpty())
+        VESK_INFO("plug-in " << m_file << " serves " << root);
+    else
+        VESK_ERROR("plug-in " << m_file << " cannot be loaded: " << error);
+    Q_EMIT loadFinished();
+}

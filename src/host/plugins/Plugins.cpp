@@ -1,0 +1,153 @@
+#include "host/plugins/Plugins.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "api/nodes/CMValuesWorker.h"
+#include "api/values/VeskValuePaths.h"
+#include "host/HostFolders.h"
+#include "host/HostValues.h"
+#include "host/ServicesWorker.h"
+#include "host/player/PlayLogic.h"
+#include "host/plugins/InProcessPlugin.h"
+#include "host/plugins/WorkerPlugin.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+VESK_LOGGER("Host")
+
+Plugins::Plugins(
+    const HostOptions &options, CMValuesWorker *values, PlayLogic *player, QObject *parent)
+    : QObject(parent)
+    , m_options(options)
+    , m_values(values)
+    , m_player(player)
+{
+    // Directly, so that a value is with the workers before whatever is asked of them next.
+    connect(
+        values, &CMValuesWorker::valueChanged, this,
+        [this](const CMPath &path) { valueChanged(path); }, Qt::DirectConnection);
+    veskConnect(player, &PlayLogic::changed, this, &Plugins::playerChanged);
+}
+
+Plugins::~Plugins()
+{
+    m_values->disconnect(this);
+}
+
+void Plugins::load()
+{
+    QVector<PluginOptions> plugins = m_options.plugins;
+    if (plugins.isEmpty()) {
+        for (const QString &file : HostFolders::installedPlugins())
+            plugins.append({file, {}});
+    }
+    if (plugins.isEmpty())
+        VESK_WARN("There are no plug-ins.");
+
+    for (const PluginOptions &options : qAsConst(plugins)) {
+        m_plugins.push_back(makePlugin(options));
+        Plugin *const plugin = m_plugins.back().get();
+        veskConnect(plugin, &Plugin::loadFinished, this, &Plugins::pluginLoaded);
+        veskConnect(plugin, &Plugin::unloaded, this, &Plugins::pluginUnloaded);
+    }
+    m_loading = static_cast<int>(m_plugins.size());
+    for (const auto &plugin : m_plugins)
+        plugin->load();
+    if (m_loading == 0)
+        QMetaObject::invokeMethod(this, &Plugins::loaded, Qt::QueuedConnection);
+}
+
+std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
+{
+    const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
+    const QString file = QFileInfo(options.file).absoluteFilePath();
+    if (m_options.inProcess)
+        return std::make_unique<InProcessPlugin>(options.file, config);
+    WorkerOptions worker;
+    worker.program = HostFolders::workerProgram();
+    worker.start = [this, file, config] { return startMessage(file, config); };
+    worker.longestWait = m_options.restartWait;
+    auto plugin = std::make_unique<WorkerPlugin>(options.file, worker);
+    m_workers.push_back(plugin.get());
+    connect(plugin.get(), &WorkerPlugin::restarted, m_player, [this, made = plugin.get()] {
+        if (made->serves(m_player->stateChangePath()))
+            m_player->postAgain();
+    });
+    return plugin;
+}
+
+StartMessage Plugins::startMessage(const QString &file, const QVariantHash &config) const
+{
+    StartMessage message;
+    message.file = file;
+    message.config = config;
+    message.logLevel = m_options.logLevel;
+    message.connectTo = m_options.connectTo;
+    message.caFile = m_options.caFile;
+    message.translations = HostFolders::translations();
+    message.valuePrefixes = hostValuePrefixes();
+    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+        message.values.append({definition.path, m_values->value(definition.path).toHash(),
+            definition.access == CMValuesWorker::Writable, definition.title});
+    }
+    message.player = m_player->currentData().toHash();
+    return message;
+}
+
+void Plugins::pluginLoaded()
+{
+    if (--m_loading == 0)
+        Q_EMIT loaded();
+}
+
+void Plugins::listIn(ServicesWorker *services)
+{
+    QList<CMPath> roots;
+    for (const auto &plugin : m_plugins) {
+        if (!plugin->root().isEmpty() && roots.contains(plugin->root()))
+            plugin->reject(QStringLiteral("another plug-in serves the same paths"));
+        if (plugin->root().isEmpty()) {
+            services->addFailed(plugin->file(), plugin->error());
+            continue;
+        }
+        roots.append(plugin->root());
+        services->addService(plugin->root());
+    }
+}
+
+void Plugins::unload()
+{
+    m_unloading = true;
+    for (const auto &plugin : m_plugins)
+        plugin->unload();
+    if (m_plugins.empty())
+        QMetaObject::invokeMethod(this, &Plugins::unloaded, Qt::QueuedConnection);
+}
+
+void Plugins::pluginUnloaded()
+{
+    const auto runs = [](const std::unique_ptr<Plugin> &plugin) { return plugin->isRunning(); };
+    if (m_unloading && std::none_of(m_plugins.begin(), m_plugins.end(), runs))
+        Q_EMIT unloaded();
+}
+
+/// From whichever thread changed it.
+void Plugins::valueChanged(const CMPath &path)
+{
+    const HostValueDefinition *const definition = findHostValue(path);
+    if (!definition)
+        return;
+    const ValueMessage message {path, m_values->value(path).toHash(),
+        definition->access == CMValuesWorker::Writable, definition->title};
+    for (WorkerPlugin *const worker : m_workers)
+        worker->tell(message);
+}
+
+void Plugins::playerChanged()
+{
+    const PlayerMessage message {m_player->currentData().toHash()};
+    for (WorkerPlugin *const worker : m_workers)
+        worker->tell(message);
+}

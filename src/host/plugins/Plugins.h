@@ -1,0 +1,55 @@
+#pragma once
+
+#include "host/HostOptions.h"
+#include "host/plugins/Plugin.h"
+
+#include <QObject>
+
+#include <memory>
+#include <vector>
+
+class CMValuesWorker;
+class PlayLogic;
+class ServicesWorker;
+class WorkerPlugin;
+struct StartMessage;
+
+/// All plug-ins of a host, in its process or each in one of its own, as the options say. Keeps the
+/// processes informed of the values and of what plays. Main thread, with an event loop; \a values
+/// and \a player must outlive it.
+class Plugins : public QObject {
+    Q_OBJECT
+
+public:
+    Plugins(const HostOptions &options, CMValuesWorker *values, PlayLogic *player,
+        QObject *parent = nullptr);
+    ~Plugins() override;
+
+    /// Loads those of the options, without any those that are installed; loaded() tells when each
+    /// of them is loaded or has failed.
+    void load();
+    /// A row for each.
+    void listIn(ServicesWorker *services);
+    /// Ends all of them; unloaded() tells when none runs any more.
+    void unload();
+
+Q_SIGNALS:
+    void loaded();
+    void unloaded();
+
+private:
+    std::unique_ptr<Plugin> makePlugin(const PluginOptions &options);
+    StartMessage startMessage(const QString &file, const QVariantHash &config) const;
+    void pluginLoaded();
+    void pluginUnloaded();
+    void valueChanged(const CMPath &path);
+    void playerChanged();
+
+    const HostOptions m_options;
+    CMValuesWorker *const m_values;
+    PlayLogic *const m_player;
+    int m_loading = 0;
+    bool m_unloading = false;
+    std::vector<std::unique_ptr<Plugin>> m_plugins;
+    std::vector<WorkerPlugin *> m_workers; ///< those of m_plugins that have a process
+};

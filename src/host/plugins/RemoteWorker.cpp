@@ -1,0 +1,182 @@
+#include "host/plugins/RemoteWorker.h"
+
+#include "api/core/vesk.h"
+#include "api/nodes/CMRootWorker.h"
+
+#include <algorithm>
+
+RemoteWorker::RemoteWorker(QObject *parent)
+    : CMAbstractWorker(parent)
+{
+}
+
+RemoteWorker::~RemoteWorker()
+{
+    close();
+    leave();
+}
+
+void RemoteWorker::leave()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        m_routes.clear();
+    }
+    if (CMRootWorker *root = CMRoot())
+        root->removeWorker(this);
+}
+
+CMError RemoteWorker::interruptedError() const
+{
+    QString service;
+    {
+        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        for (const CMPath &route : m_routes) {
+            if (route.base().isEmpty())
+                service = route.prefix();
+        }
+    }
+    CMError error(TrString(QStringLiteral("Host"),
+        QString::fromLatin1(
+            QT_TRANSLATE_NOOP("Host", "The %1 service was interrupted. Please try again.")),
+        QString(), -1, {TrArg(service)}));
+    error.insert(CMError::Name(), QStringLiteral("host:interrupted"));
+    return error;
+}
+
+void RemoteWorker::expectLink()
+{
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    m_state = Starting;
+}
+
+void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    VESK_ASSERT(!m_link && m_state == Starting);
+    m_link = std::move(link);
+}
+
+void RemoteWorker::sendStart(const std::function<StartMessage()> &message)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    m_link->send(message());
+    m_started = true;
+}
+
+void RemoteWorker::open()
+{
+    std::deque<CMRequest> held;
+    {
+        const std::unique_lock<std::shared_mutex> lock(m_mutex);
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        m_state = Up;
+        for (const CMPath &path : m_watched)
+            m_link->watch(path, true);
+        held.swap(m_held);
+    }
+    for (const CMRequest &waiting : held)
+        request(waiting);
+}
+
+void RemoteWorker::close()
+{
+    std::deque<CMRequest> held;
+    std::unique_ptr<NodeLink> former; // let go outside the lock: it waits for its thread
+    {
+        const std::unique_lock<std::shared_mutex> lock(m_mutex);
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        m_state = Down;
+        m_started = false;
+        former = std::move(m_link);
+        held.swap(m_held);
+    }
+    const CMError error = interruptedError();
+    for (const CMRequest &waiting : held)
+        waiting.reply().setError(error);
+}
+
+void RemoteWorker::tellReset()
+{
+    std::set<CMPath> watched;
+    {
+        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        watched = m_watched;
+    }
+    for (const CMPath &path : watched)
+        CMRoot()->notifyChanged({path, CMSubscribe::RowsChangeReset(), -1, -1});
+}
+
+QString RemoteWorker::takeRoute(const RouteMessage &message)
+{
+    const CMPath &route = message.path;
+    if (route.isEmpty())
+        return QStringLiteral("a route to nowhere");
+    {
+        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        const bool isKnown = m_routes.count(route) != 0;
+        if (message.added == isKnown)
+            return {}; // of an earlier process
+        if (message.added && m_routes.size() >= MaxRoutes)
+            return QStringLiteral("more than %1 routes").arg(MaxRoutes);
+        if (message.added)
+            m_routes.insert(route);
+        else
+            m_routes.erase(route);
+    }
+    CMRootWorker *root = CMRoot();
+    const bool isPrefix = route.base().isEmpty();
+    if (message.added && isPrefix)
+        root->addWorker(route.prefix(), this);
+    else if (message.added)
+        root->addForeignPath(route, this);
+    else if (isPrefix)
+        root->removePrefix(route.prefix(), this);
+    else
+        root->removeForeignPath(route, this);
+    return {};
+}
+
+bool RemoteWorker::serves(const CMPath &path) const
+{
+    const std::lock_guard<std::mutex> lock(m_heldMutex);
+    return std::any_of(m_routes.begin(), m_routes.end(),
+        [&path](const CMPath &route) { return path.startsWith(route); });
+}
+
+void RemoteWorker::request(CMRequest request)
+{
+    {
+        const std::shared_lock<std::shared_mutex> lock(m_mutex);
+        if (m_state == Up)
+            return m_link->request(request);
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        if (m_state == Starting && m_held.size() < MaxHeld) {
+            m_held.push_back(std::move(request));
+            return;
+        }
+    }
+    request.reply().setError(interruptedError());
+}
+
+void RemoteWorker::connectChange(const CMPath &path)
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    {
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        m_watched.insert(path);
+    }
+    if (m_state == Up)
+        m_link->watch(path, true);
+}
+
+void RemoteWorker::disconnectChange(const CMPath &path)
+{
+    const std::shared_lock<std::shared_mutex> lock(m_mutex);
+    {
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        m_watched.erase(path);
+    }
+    if (m_state == Up)
+        m_link->watch(path, false);
+}

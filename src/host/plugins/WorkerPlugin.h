@@ -1,0 +1,81 @@
+#pragma once
+
+#include "host/plugins/Plugin.h"
+#include "host/plugins/RemoteWorker.h"
+#include "host/plugins/WorkerProcess.h"
+#include "worker/link/Message.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+/// Where worker processes come from, and how they are looked after.
+struct WorkerOptions {
+    QString program;
+    /// What each new process is told; called on the main thread.
+    std::function<StartMessage()> start;
+    /// The longest wait before another start of a process that ended.
+    std::chrono::milliseconds longestWait = std::chrono::seconds(30);
+    /// A worker that owes answers and gives none for so long is ended.
+    std::chrono::milliseconds patience = std::chrono::seconds(60);
+};
+
+/// A plug-in in a process of its own, which may end at any time: everything it owed is answered
+/// with an error then, and another process is started, at once the first time and later after
+/// growing waits. A process that never came so far as to load the plug-in is not tried again.
+class WorkerPlugin : public Plugin {
+    Q_OBJECT
+
+public:
+    /// How long a process may take to load its plug-in.
+    static constexpr std::chrono::seconds LoadTime {30};
+    /// How long it may take to end by itself.
+    static constexpr std::chrono::seconds EndTime {10};
+    /// One that ran for so long begins anew with an immediate start when it ends.
+    static constexpr std::chrono::seconds StableTime {60};
+
+    WorkerPlugin(const QString &file, const WorkerOptions &options, QObject *parent = nullptr);
+    ~WorkerPlugin() override;
+
+    void load() override;
+    void unload() override;
+    bool isRunning() const override;
+    /// Whether its worker answers what is asked of \a path.
+    bool serves(const CMPath &path) const { return m_remote.serves(path); }
+
+    /// Brings a value or the player's state to the worker. Any thread.
+    void tell(const ValueMessage &message) { m_remote.send(message); }
+    void tell(const PlayerMessage &message) { m_remote.send(message); }
+
+Q_SIGNALS:
+    /// A new process serves the same paths and knows nothing of what the former one was told.
+    void restarted();
+
+private:
+    enum class Phase { Idle, Loading, Running, Waiting, Ending };
+
+    void startProcess();
+    void openLink(int socket);
+    void onHello(int run);
+    void onLoaded(int run, const LoadedMessage &message);
+    void onLinkEnded(int run, const QString &reason);
+    void onProcessFinished(const QString &reason);
+    void giveUp(const QString &error);
+    void endProcess(const QString &why);
+    void look();
+
+    const WorkerOptions m_options;
+    Phase m_phase = Phase::Idle;
+    int m_run = 0; ///< counts processes, so that news of a former one is known
+    int m_failures = 0; ///< ends in a row
+    QString m_why; ///< for which the host ended the process itself
+    QElapsedTimer m_loadedAt;
+    QTimer m_restart;
+    QTimer m_deadline; ///< of loading or ending
+    QTimer m_watch;
+    std::unique_ptr<WorkerProcess> m_process;
+    RemoteWorker m_remote;
+};

@@ -1,0 +1,127 @@
+#include "host/plugins/WorkerProcess.h"
+
+#include "api/core/vesk.h"
+#include "runtime/Logging.h"
+#include "worker/WorkerProgram.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int KillMilliseconds = 5000;
+
+} // namespace
+
+void WorkerProcess::Process::setupChildProcess()
+{
+    // Between fork and exec: system calls only. A terminal's Ctrl-C is for the host alone, which
+    // ends its workers in order.
+    ::setpgid(0, 0);
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::dup2(childSocket, WorkerSocket);
+}
+
+WorkerProcess::WorkerProcess(QObject *parent)
+    : QObject(parent)
+{
+    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setStandardInputFile(QProcess::nullDevice());
+    veskConnect(&m_process, &QProcess::readyReadStandardOutput, this, &WorkerProcess::readOutput);
+    connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+        &WorkerProcess::onFinished);
+}
+
+WorkerProcess::~WorkerProcess()
+{
+    m_process.disconnect(this);
+    m_process.kill();
+    m_process.waitForFinished(KillMilliseconds);
+}
+
+int WorkerProcess::start(const QString &program, const QString &plugin, QString &error)
+{
+    int sockets[2] = {-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0) {
+        error = QString::fromLocal8Bit(std::strerror(errno));
+        return -1;
+    }
+    m_process.childSocket = sockets[1];
+    m_process.start(program, {plugin});
+    const bool started = m_process.waitForStarted();
+    ::close(sockets[1]);
+    if (!started) {
+        ::close(sockets[0]);
+        error = program + QStringLiteral(": ") + m_process.errorString();
+        return -1;
+    }
+    return sockets[0];
+}
+
+void WorkerProcess::kill()
+{
+    m_process.kill();
+}
+
+bool WorkerProcess::isStopped() const
+{
+    siginfo_t info {};
+    const auto id = static_cast<id_t>(m_process.processId());
+    return id != 0 && ::waitid(P_PID, id, &info, WSTOPPED | WNOHANG | WNOWAIT) == 0
+        && info.si_pid != 0;
+}
+
+void WorkerProcess::readOutput()
+{
+    m_partialLine += m_process.readAllStandardOutput();
+    int start = 0;
+    for (int end = 0; (end = m_partialLine.indexOf('\n', start)) >= 0; start = end + 1)
+        printLine(m_partialLine.mid(start, end - start));
+    m_partialLine.remove(0, start);
+    if (m_partialLine.size() > MaxLine)
+        printLine(std::exchange(m_partialLine, {}));
+}
+
+void WorkerProcess::printLine(QByteArray line)
+{
+    line.truncate(MaxLine);
+    for (char &character : line) {
+        const auto code = static_cast<unsigned char>(character);
+        if (code < 0x20 || code == 0x7f)
+            character = '?';
+    }
+    if (line.isEmpty())
+        return;
+    m_lastLine = QString::fromUtf8(line);
+    logLineOfWorker(line);
+}
+
+QString WorkerProcess::ending() const
+{
+    if (m_process.exitStatus() == QProcess::NormalExit)
+        return QStringLiteral("exit status %1").arg(m_process.exitCode());
+    // Qt gives the number of the signal as the exit code.
+    const int signal = m_process.exitCode();
+    return QStringLiteral("signal %1 (%2)")
+        .arg(signal)
+        .arg(QString::fromLocal8Bit(::strsignal(signal)));
+}
+
+void WorkerProcess::onFinished()
+{
+    readOutput();
+    if (!m_partialLine.isEmpty())
+        printLine(std::exchange(m_partialLine, {}));
+    QString reason = ending();
+    // One that ended by itself may have said why.
+    const bool wasKilled
+        = m_process.exitStatus() == QProcess::CrashExit && m_process.exitCode() != SIGABRT;
+    if (!wasKilled && !m_lastLine.isEmpty())
+        reason += QStringLiteral("; its last line: ") + m_lastLine;
+    Q_EMIT finished(reason);
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QProcess>
+#include <QString>
+
+/// One vesk-worker: the process, the socket to it, and what it prints, which goes to the host's log
+/// as it stands. Main thread. The process dies with the thread that started it, and with this
+/// object.
+class WorkerProcess : public QObject {
+    Q_OBJECT
+
+public:
+    /// The longest line that is taken from it.
+    static constexpr int MaxLine = 16 * 1024;
+
+    explicit WorkerProcess(QObject *parent = nullptr);
+    ~WorkerProcess() override;
+
+    /// Starts \a program for \a plugin, whose name is shown to those who list processes. Returns
+    /// the socket to it, for the caller to own, or -1 and \a error.
+    int start(const QString &program, const QString &plugin, QString &error);
+    /// Ends it without a word; finished() tells when it is gone.
+    void kill();
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    /// Whether somebody has stopped it (SIGSTOP), so that it will not answer.
+    bool isStopped() const;
+
+Q_SIGNALS:
+    /// It is gone; \a reason says how in words: "exit status 1", "signal 11 (Segmentation fault)",
+    /// with the last line that it printed if it ended itself.
+    void finished(const QString &reason);
+
+private:
+    /// Gives the new process its end of the socket.
+    class Process : public QProcess {
+    public:
+        int childSocket = -1;
+
+    protected:
+        void setupChildProcess() override;
+    };
+
+    void readOutput();
+    void printLine(QByteArray line);
+    void onFinished();
+    QString ending() const;
+
+    Process m_process;
+    QByteArray m_partialLine;
+    QString m_lastLine;
+};

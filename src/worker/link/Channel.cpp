@@ -1,0 +1,268 @@
+#include "worker/link/Channel.h"
+
+#include "api/core/vesk.h"
+
+#include <QElapsedTimer>
+
+#include <cerrno>
+#include <cstring>
+#include <deque>
+#include <mutex>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int HeadBytes = sizeof(quint32);
+/// Frames are small, but for the rows of long screens.
+constexpr int UsualBytes = 64 * 1024;
+
+bool isTransient(int error)
+{
+    return error == EINTR;
+}
+
+bool wouldBlock(int error)
+{
+    return error == EAGAIN || error == EWOULDBLOCK;
+}
+
+} // namespace
+
+struct Channel::Sender::Data {
+    explicit Data(int socketFd)
+        : socket(socketFd)
+        , wake(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK))
+    {
+    }
+    ~Data()
+    {
+        ::close(socket);
+        ::close(wake);
+    }
+
+    /// Sends what waits, as far as the other side takes it. Expects the mutex to be held.
+    void flush()
+    {
+        while (!waiting.empty() && open) {
+            const QByteArray &first = waiting.front();
+            const ssize_t sent = ::send(socket, first.constData() + sentOfFirst,
+                static_cast<std::size_t>(first.size() - sentOfFirst), MSG_NOSIGNAL | MSG_DONTWAIT);
+            if (sent < 0) {
+                if (isTransient(errno))
+                    continue;
+                if (!wouldBlock(errno))
+                    end();
+                return;
+            }
+            sentOfFirst += static_cast<int>(sent);
+            if (sentOfFirst < first.size())
+                continue;
+            waitingBytes -= first.size();
+            waiting.pop_front();
+            sentOfFirst = 0;
+        }
+    }
+
+    void end()
+    {
+        open = false;
+        waiting.clear();
+        ::shutdown(socket, SHUT_RDWR);
+    }
+
+    void wakeReceiver() const
+    {
+        const quint64 one = 1;
+        [[maybe_unused]] const ssize_t written = ::write(wake, &one, sizeof one);
+    }
+
+    const int socket;
+    const int wake; ///< tells the receiving thread that there is something to send
+    std::mutex mutex;
+    /// Guarded by mutex.
+    bool open = true;
+    std::deque<QByteArray> waiting;
+    int sentOfFirst = 0;
+    qint64 waitingBytes = 0;
+};
+
+Channel::Sender::Sender(int socket)
+    : d(std::make_unique<Data>(socket))
+{
+}
+
+Channel::Sender::~Sender() = default;
+
+bool Channel::Sender::send(const QByteArray &payload)
+{
+    if (payload.size() > MaxPayload)
+        return false;
+    const auto size = static_cast<quint32>(payload.size());
+    QByteArray frame;
+    frame.reserve(HeadBytes + payload.size());
+    frame.append(reinterpret_cast<const char *>(&size), HeadBytes);
+    frame.append(payload);
+
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    if (!d->open)
+        return false;
+    const bool isFirst = d->waiting.empty();
+    d->waiting.push_back(frame);
+    d->waitingBytes += frame.size();
+    if (!isFirst) {
+        if (d->waitingBytes > MaxWaiting)
+            d->end();
+        return d->open;
+    }
+    d->flush();
+    if (!d->waiting.empty())
+        d->wakeReceiver();
+    return d->open;
+}
+
+void Channel::Sender::close()
+{
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    d->end();
+}
+
+Channel::Channel(int socket)
+    : m_sender(std::make_shared<Sender>(socket))
+{
+}
+
+Channel::~Channel()
+{
+    m_sender->close();
+    if (m_thread.joinable()) {
+        VESK_ASSERT(m_thread.get_id() != std::this_thread::get_id());
+        m_thread.join();
+    }
+}
+
+void Channel::start(Handler handler)
+{
+    VESK_ASSERT(!m_thread.joinable());
+    m_handler = std::move(handler);
+    m_thread = std::thread([this] { run(); });
+}
+
+QByteArray Channel::receiveOne(int milliseconds)
+{
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QByteArray payload;
+    const auto take = [&payload](const QByteArray &received) {
+        payload = received;
+        return QStringLiteral("one is enough");
+    };
+    m_handler.take = take;
+    pollfd descriptor {m_sender->d->socket, POLLIN, 0};
+    while (payload.isEmpty() && !elapsed.hasExpired(milliseconds)) {
+        const int left = milliseconds - static_cast<int>(elapsed.elapsed());
+        if (::poll(&descriptor, 1, left) < 0 && !isTransient(errno))
+            break;
+        if (descriptor.revents != 0 && fill() == Progress::Ended)
+            break;
+        if (!takeFrames().isEmpty())
+            break;
+    }
+    return payload;
+}
+
+void Channel::run()
+{
+    veskSetThreadName(QStringLiteral("PluginLink"));
+    const QString reason = receive();
+    m_sender->close();
+    m_handler.ended(reason);
+}
+
+/// Receives until the connection ends; says why it did.
+QString Channel::receive()
+{
+    Sender::Data &sender = *m_sender->d;
+    const QString tooMuch = takeFrames(); // what came along with the first one
+    if (!tooMuch.isEmpty())
+        return tooMuch;
+    while (true) {
+        bool hasToSend = false;
+        {
+            const std::lock_guard<std::mutex> lock(sender.mutex);
+            if (!sender.open)
+                return {};
+            hasToSend = !sender.waiting.empty();
+        }
+        pollfd descriptors[]
+            = {{sender.socket, static_cast<short>(POLLIN | (hasToSend ? POLLOUT : 0)), 0},
+                {sender.wake, POLLIN, 0}};
+        if (::poll(descriptors, 2, -1) < 0 && !isTransient(errno))
+            return QString::fromLocal8Bit(std::strerror(errno));
+        if (descriptors[1].revents != 0) {
+            quint64 count = 0;
+            [[maybe_unused]] const ssize_t taken = ::read(sender.wake, &count, sizeof count);
+        }
+        if (descriptors[0].revents & POLLOUT) {
+            const std::lock_guard<std::mutex> lock(sender.mutex);
+            sender.flush();
+        }
+        if (descriptors[0].revents & (POLLIN | POLLHUP | POLLERR)) {
+            const Progress progress = fill();
+            const QString problem = takeFrames();
+            if (!problem.isEmpty())
+                return problem;
+            if (progress == Progress::Ended)
+                return {};
+        }
+    }
+}
+
+/// Takes what the socket has. A frame that is known to be long gets its whole place at once.
+Channel::Progress Channel::fill()
+{
+    const int had = m_received.size();
+    int wanted = UsualBytes;
+    if (had >= HeadBytes) {
+        quint32 size = 0;
+        std::memcpy(&size, m_received.constData(), HeadBytes);
+        wanted = qMax(wanted, HeadBytes + static_cast<int>(size) - had);
+    }
+    m_received.resize(had + wanted);
+    const ssize_t count = ::recv(m_sender->d->socket, m_received.data() + had,
+        static_cast<std::size_t>(wanted), MSG_DONTWAIT);
+    m_received.resize(had + static_cast<int>(qMax<ssize_t>(count, 0)));
+    if (count > 0)
+        return Progress::Data;
+    return count < 0 && (isTransient(errno) || wouldBlock(errno)) ? Progress::Later
+                                                                  : Progress::Ended;
+}
+
+/// Hands on the frames that are whole; says what is wrong with one.
+QString Channel::takeFrames()
+{
+    int next = 0;
+    QString problem;
+    while (problem.isEmpty() && m_received.size() - next >= HeadBytes) {
+        quint32 size = 0;
+        std::memcpy(&size, m_received.constData() + next, HeadBytes);
+        if (size > static_cast<quint32>(MaxPayload)) {
+            problem = QStringLiteral("a message of %1 bytes").arg(size);
+            break;
+        }
+        if (m_received.size() - next - HeadBytes < static_cast<int>(size))
+            break;
+        const QByteArray payload = QByteArray::fromRawData(
+            m_received.constData() + next + HeadBytes, static_cast<int>(size));
+        next += HeadBytes + static_cast<int>(size);
+        problem = m_handler.take(payload);
+    }
+    // The place of a long frame is not kept for the short ones.
+    if (next == m_received.size() && next > UsualBytes)
+        m_received = QByteArray();
+    else if (next > 0)
+        m_received.remove(0, next);
+    return problem;
+}

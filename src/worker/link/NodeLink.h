@@ -1,0 +1,88 @@
+#pragma once
+
+#include "worker/link/Channel.h"
+#include "worker/link/Message.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+class CMSubscription;
+
+/// One end of the connection between the roots of two processes: brings this process's questions to
+/// the other one and its answers back, and asks this process's root what the other one wants to
+/// know. Made and destroyed on the main thread, whose event loop brings changes that the other side
+/// watches; all else from any thread.
+///
+/// Whatever the other side sends is checked: an answer that nobody asked for, a message that cannot
+/// be read and more than the limits below end the connection.
+class NodeLink {
+public:
+    /// Questions of the other side that are under way at a time.
+    static constexpr int MaxRequests = 1024;
+    /// Paths that the other side watches.
+    static constexpr int MaxWatched = 16 * 1024;
+
+    struct Handler {
+        /// Takes a message that is not about questions and changes; says what is wrong with it. On
+        /// the link's thread.
+        std::function<QString(MessageKind kind, const QByteArray &payload)> take;
+        /// The connection ended, for which \a reason if the other side did not just go; every
+        /// question was answered. On the link's thread.
+        std::function<void(const QString &reason)> ended;
+        /// What questions end with that the other side leaves unanswered.
+        std::function<CMError()> interrupted;
+    };
+
+    explicit NodeLink(std::unique_ptr<Channel> channel);
+    ~NodeLink();
+
+    void start(Handler handler);
+    /// Ends the connection.
+    void close();
+
+    /// Has the other side answer \a request.
+    void request(const CMRequest &request);
+    /// Has the other side tell of changes at \a path, or not any more.
+    void watch(const CMPath &path, bool on);
+    /// Sends any message; false when the connection has ended.
+    template <class Message>
+    bool send(const Message &message)
+    {
+        return m_channel->sender()->send(encode(message));
+    }
+
+    /// For how long the other side has owed answers without giving one; nothing when it owes none.
+    std::chrono::milliseconds silence() const;
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    QString take(const QByteArray &payload);
+    QString takeRequest(const RequestMessage &message);
+    QString takeAnswer(const AnswerMessage &message);
+    QString takeWatch(const WatchMessage &message);
+    static void takeChange(const ChangeMessage &message);
+    void end(const QString &reason);
+
+    std::unique_ptr<Channel> m_channel;
+    Handler m_handler;
+    std::shared_ptr<std::atomic<int>> m_asked; ///< questions of the other side under way
+    /// On whose thread changes are noticed.
+    QObject m_context;
+    /// What the other side watches; the link's thread, and the main thread once that has ended.
+    std::map<CMPath, std::unique_ptr<CMSubscription>> m_watched;
+
+    mutable std::mutex m_mutex;
+    /// Guarded by m_mutex.
+    bool m_open = true;
+    quint64 m_lastId = 0;
+    std::unordered_map<quint64, CMReply<QVariant>> m_unanswered;
+    Clock::time_point m_lastAnswer;
+};
