@@ -5,12 +5,19 @@
 
 namespace directory {
 
-Directory::Directory(Catalog catalog, Clock clock)
+Directory::Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts)
     : m_catalog(std::move(catalog))
     , m_search(m_catalog)
     , m_clock(std::move(clock))
     , m_streams(m_catalog)
+    , m_accounts(std::move(accounts))
+    , m_members(m_accounts ? m_accounts->read() : MembersContent())
 {
+}
+
+Directory::~Directory()
+{
+    keep();
 }
 
 Answer Directory::handle(const ApiRequest &request)
@@ -40,16 +47,29 @@ Answer Directory::handle(const ApiRequest &request)
     if (page == "/report.ashx")
         return report(context);
     if (page == "/preset.ashx")
-        return preset(context);
+        return kept(preset(context));
     if (page == "/account.ashx")
-        return account(context);
+        return kept(account(context));
     if (page == "/config.ashx")
         return config(context);
     if (page == "/mydevice")
-        return claimPage(context);
+        return kept(claimPage(context));
     if (page == "/mydevice.css")
         return claimStyle();
     return textAnswer(404, "There is nothing here.");
+}
+
+Answer Directory::kept(Answer answer)
+{
+    keep();
+    return answer;
+}
+
+void Directory::keep()
+{
+    m_unkept |= m_members.takeChanges();
+    if (m_accounts && m_unkept)
+        m_unkept = !m_accounts->write(m_members.content());
 }
 
 } // namespace directory

@@ -1,8 +1,10 @@
 #include "directory/Members.h"
 
+#include "directory/Password.h"
 #include "directory/Query.h"
 
 #include <algorithm>
+#include <glib.h>
 #include <random>
 
 namespace directory {
@@ -21,6 +23,12 @@ std::string randomText(std::size_t length)
     return text;
 }
 
+/// Other texts would not come back from a file as they were.
+bool plainText(const std::string &text)
+{
+    return g_utf8_validate_len(text.data(), text.size(), nullptr);
+}
+
 bool plainName(const std::string &name)
 {
     return !name.empty() && name.size() <= 12 && std::all_of(name.begin(), name.end(), [](char c) {
@@ -34,87 +42,114 @@ bool plausibleEmail(const std::string &email)
     const std::size_t dot = email.rfind('.');
     return at != std::string::npos && at > 0 && email.find('@', at + 1) == std::string::npos
         && dot != std::string::npos && dot > at + 1 && dot + 1 < email.size() && email.size() <= 254
-        && email.find_first_of(" \t\r\n") == std::string::npos;
+        && email.find_first_of(" \t\r\n") == std::string::npos && plainText(email);
+}
+
+bool plausiblePassword(const std::string &password)
+{
+    return password.size() >= 4 && password.size() <= 12
+        && password.find('\0') == std::string::npos;
 }
 
 } // namespace
 
-Library::Library()
-    : m_folders {{"f1", "General"}}
+Library::Library(LibraryContent content)
+    : m_content(std::move(content))
 {
 }
 
 bool Library::holds(const std::string &id) const
 {
-    return std::any_of(m_presets.begin(), m_presets.end(),
+    return std::any_of(m_content.presets.begin(), m_content.presets.end(),
         [&id](const Preset &preset) { return preset.id == id; });
 }
 
 const Folder *Library::folder(const std::string &id) const
 {
-    const auto found = std::find_if(
-        m_folders.begin(), m_folders.end(), [&id](const Folder &each) { return each.id == id; });
-    return found != m_folders.end() ? &*found : nullptr;
+    const auto found = std::find_if(m_content.folders.begin(), m_content.folders.end(),
+        [&id](const Folder &each) { return each.id == id; });
+    return found != m_content.folders.end() ? &*found : nullptr;
 }
 
 bool Library::add(Preset preset)
 {
     if (preset.folder.empty())
-        preset.folder = m_folders.front().id;
-    if (!folder(preset.folder) || m_presets.size() >= maxPresets)
+        preset.folder = m_content.folders.front().id;
+    if (!folder(preset.folder) || m_content.presets.size() >= maxPresets)
         return false;
     if (!preset.url.empty())
-        preset.id = 'u' + std::to_string(m_nextAddress++);
-    const auto same = std::find_if(m_presets.begin(), m_presets.end(),
+        preset.id = 'u' + std::to_string(m_content.nextAddress++);
+    const auto same = std::find_if(m_content.presets.begin(), m_content.presets.end(),
         [&preset](const Preset &each) { return each.id == preset.id; });
-    if (same != m_presets.end())
+    if (same != m_content.presets.end())
         return true; // pressing the button twice is no mistake
-    m_presets.push_back(std::move(preset));
+    m_content.presets.push_back(std::move(preset));
+    m_changed = true;
     return true;
 }
 
 bool Library::remove(const std::string &id, const std::string &folder)
 {
-    const auto end = std::remove_if(m_presets.begin(), m_presets.end(), [&](const Preset &each) {
-        return each.id == id && (folder.empty() || each.folder == folder);
-    });
-    const bool removed = end != m_presets.end();
-    m_presets.erase(end, m_presets.end());
+    const auto end = std::remove_if(
+        m_content.presets.begin(), m_content.presets.end(), [&](const Preset &each) {
+            return each.id == id && (folder.empty() || each.folder == folder);
+        });
+    const bool removed = end != m_content.presets.end();
+    m_changed |= removed;
+    m_content.presets.erase(end, m_content.presets.end());
     return removed;
 }
 
 bool Library::addFolder(const std::string &name, std::string &id)
 {
-    const bool taken = std::any_of(m_folders.begin(), m_folders.end(),
+    const bool taken = std::any_of(m_content.folders.begin(), m_content.folders.end(),
         [&name](const Folder &each) { return each.name == name; });
-    if (name.empty() || name.size() > 200 || taken || m_folders.size() >= maxFolders)
+    if (name.empty() || name.size() > 200 || taken || m_content.folders.size() >= maxFolders)
         return false;
-    id = 'f' + std::to_string(m_nextFolder++);
-    m_folders.push_back({id, name});
+    id = 'f' + std::to_string(m_content.nextFolder++);
+    m_content.folders.push_back({id, name});
+    m_changed = true;
     return true;
 }
 
 bool Library::renameFolder(const std::string &id, const std::string &name)
 {
-    const auto found = std::find_if(
-        m_folders.begin(), m_folders.end(), [&id](const Folder &each) { return each.id == id; });
-    if (found == m_folders.end() || name.empty() || name.size() > 200)
+    const auto found = std::find_if(m_content.folders.begin(), m_content.folders.end(),
+        [&id](const Folder &each) { return each.id == id; });
+    if (found == m_content.folders.end() || name.empty() || name.size() > 200)
         return false;
     found->name = name;
+    m_changed = true;
     return true;
 }
 
 bool Library::removeFolder(const std::string &id)
 {
-    const auto found = std::find_if(m_folders.begin() + 1, m_folders.end(),
+    const auto found = std::find_if(m_content.folders.begin() + 1, m_content.folders.end(),
         [&id](const Folder &each) { return each.id == id; });
-    if (found == m_folders.end())
+    if (found == m_content.folders.end())
         return false;
-    m_folders.erase(found);
-    m_presets.erase(std::remove_if(m_presets.begin(), m_presets.end(),
-                        [&id](const Preset &each) { return each.folder == id; }),
-        m_presets.end());
+    m_content.folders.erase(found);
+    m_content.presets.erase(std::remove_if(m_content.presets.begin(), m_content.presets.end(),
+                                [&id](const Preset &each) { return each.folder == id; }),
+        m_content.presets.end());
+    m_changed = true;
     return true;
+}
+
+Members::Members(MembersContent content)
+    : m_content(std::move(content))
+{
+}
+
+bool Members::takeChanges()
+{
+    bool changed = std::exchange(m_changed, false);
+    for (auto &each : m_content.accounts)
+        changed |= each.second.library.takeChanges();
+    for (auto &each : m_content.devices)
+        changed |= each.second.library.takeChanges();
+    return changed;
 }
 
 const Library *Members::find(const std::string &userName, const std::string &serial) const
@@ -123,11 +158,11 @@ const Library *Members::find(const std::string &userName, const std::string &ser
         const Account *named = account(userName);
         return named ? &named->library : nullptr;
     }
-    const auto found = m_devices.find(serial);
-    if (found == m_devices.end())
+    const auto found = m_content.devices.find(serial);
+    if (found == m_content.devices.end())
         return nullptr;
-    const auto owner = m_accounts.find(found->second.account);
-    return owner != m_accounts.end() ? &owner->second.library : &found->second.library;
+    const auto owner = m_content.accounts.find(found->second.account);
+    return owner != m_content.accounts.end() ? &owner->second.library : &found->second.library;
 }
 
 Library *Members::change(const std::string &userName, const std::string &serial)
@@ -139,8 +174,8 @@ Library *Members::change(const std::string &userName, const std::string &serial)
 
 const Account *Members::account(const std::string &userName) const
 {
-    const auto found = m_accounts.find(lowered(userName));
-    return found != m_accounts.end() ? &found->second : nullptr;
+    const auto found = m_content.accounts.find(lowered(userName));
+    return found != m_content.accounts.end() ? &found->second : nullptr;
 }
 
 Account *Members::account(const std::string &userName)
@@ -150,15 +185,15 @@ Account *Members::account(const std::string &userName)
 
 const Account *Members::accountByEmail(const std::string &email) const
 {
-    const auto found = std::find_if(m_accounts.begin(), m_accounts.end(),
+    const auto found = std::find_if(m_content.accounts.begin(), m_content.accounts.end(),
         [&email](const auto &each) { return equalIgnoringCase(each.second.email, email); });
-    return found != m_accounts.end() ? &found->second : nullptr;
+    return found != m_content.accounts.end() ? &found->second : nullptr;
 }
 
 Account *Members::authenticate(const std::string &userName, const std::string &password)
 {
     Account *named = account(userName);
-    if (!named || named->password != password)
+    if (!named || !passwordMatches(password, named->passwordHash))
         return nullptr;
     if (named->sessionId.empty())
         named->sessionId = randomText(24);
@@ -169,46 +204,47 @@ std::string Members::create(const NewAccount &wanted)
 {
     if (!plausibleEmail(wanted.email))
         return "validation.email";
-    if (wanted.password.size() < 4 || wanted.password.size() > 12)
+    if (!plausiblePassword(wanted.password))
         return "validation.password";
     if (wanted.postalCode.empty() && (wanted.city.empty() || !wanted.knownCountry))
         return "validation.location";
-    if (!plainName(wanted.userName) || m_accounts.size() >= maxAccounts)
+    if (!plainName(wanted.userName) || m_content.accounts.size() >= maxAccounts)
         return "validation.error";
     if (account(wanted.userName))
         return "validation.userNameExists";
     if (accountByEmail(wanted.email))
         return "validation.emailExists";
     Account made;
-    made.id = std::to_string(m_nextAccount++);
+    made.id = std::to_string(m_content.nextAccount++);
     made.userName = wanted.userName;
-    made.password = wanted.password;
+    made.passwordHash = passwordHash(wanted.password);
     made.email = wanted.email;
-    m_accounts.emplace(lowered(wanted.userName), std::move(made));
+    m_content.accounts.emplace(lowered(wanted.userName), std::move(made));
+    m_changed = true;
     return {};
 }
 
 void Members::remove(const std::string &userName)
 {
-    m_accounts.erase(lowered(userName));
+    m_changed |= m_content.accounts.erase(lowered(userName)) > 0;
 }
 
-Members::Device *Members::device(const std::string &serial)
+Device *Members::device(const std::string &serial)
 {
-    if (serial.empty() || serial.size() > maxSerial)
+    if (serial.empty() || serial.size() > maxSerial || !plainText(serial))
         return nullptr;
-    const auto found = m_devices.find(serial);
-    if (found != m_devices.end())
+    const auto found = m_content.devices.find(serial);
+    if (found != m_content.devices.end())
         return &found->second;
-    if (m_devices.size() >= maxDevices)
+    if (m_content.devices.size() >= maxDevices)
         return nullptr;
-    return &m_devices[serial];
+    return &m_content.devices[serial];
 }
 
 const Account *Members::joined(const std::string &serial) const
 {
-    const auto found = m_devices.find(serial);
-    return found != m_devices.end() && !found->second.account.empty()
+    const auto found = m_content.devices.find(serial);
+    return found != m_content.devices.end() && !found->second.account.empty()
         ? account(found->second.account)
         : nullptr;
 }
@@ -221,6 +257,7 @@ std::string Members::join(Account &account, const std::string &serial)
     if (joined(serial))
         return "validation.deviceExists";
     joining->account = lowered(account.userName);
+    m_changed = true;
     return {};
 }
 
@@ -228,7 +265,8 @@ std::string Members::drop(const Account &account, const std::string &serial)
 {
     if (joined(serial) != &account)
         return "validation.deviceNotAssociated";
-    m_devices[serial].account.clear();
+    m_content.devices[serial].account.clear();
+    m_changed = true;
     return {};
 }
 
@@ -237,24 +275,29 @@ std::string Members::claimCode(const std::string &serial)
     Device *claiming = device(serial);
     if (!claiming)
         return {};
-    if (claiming->claimCode.empty())
+    if (claiming->claimCode.empty()) {
         claiming->claimCode = randomText(6);
+        m_changed = true;
+    }
     return claiming->claimCode;
 }
 
 std::string Members::claimed(const std::string &code) const
 {
-    const auto found = std::find_if(m_devices.begin(), m_devices.end(), [&code](const auto &each) {
-        return !code.empty() && equalIgnoringCase(each.second.claimCode, code);
-    });
-    return found != m_devices.end() ? found->first : std::string();
+    const auto found = std::find_if(
+        m_content.devices.begin(), m_content.devices.end(), [&code](const auto &each) {
+            return !code.empty() && equalIgnoringCase(each.second.claimCode, code);
+        });
+    return found != m_content.devices.end() ? found->first : std::string();
 }
 
 void Members::forgetClaimCode(const std::string &serial)
 {
-    const auto found = m_devices.find(serial);
-    if (found != m_devices.end())
-        found->second.claimCode.clear();
+    const auto found = m_content.devices.find(serial);
+    if (found == m_content.devices.end())
+        return;
+    found->second.claimCode.clear();
+    m_changed = true;
 }
 
 } // namespace directory

@@ -1,10 +1,11 @@
 /// Who uses the directory: accounts, devices and their presets. All of it is in memory and bounded;
-/// a new start forgets it. Not safe for several threads: the server's thread owns it.
+/// the content can be taken out and given to the next start. Not safe for several threads: the
+/// server's thread owns it.
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace directory {
@@ -22,16 +23,25 @@ struct Preset {
     int number = 0;
 };
 
+struct LibraryContent {
+    std::vector<Folder> folders {{"f1", "General"}};
+    std::vector<Preset> presets;
+    int nextFolder = 2;
+    int nextAddress = 1;
+};
+
 /// The presets of one account or of one device without an account.
 class Library {
 public:
     static constexpr std::size_t maxPresets = 200;
     static constexpr std::size_t maxFolders = 50;
 
-    Library();
+    /// The content is taken as it is: it needs a folder, and presets that are in its folders.
+    explicit Library(LibraryContent content = {});
 
-    const std::vector<Folder> &folders() const { return m_folders; }
-    const std::vector<Preset> &presets() const { return m_presets; }
+    const LibraryContent &content() const { return m_content; }
+    const std::vector<Folder> &folders() const { return m_content.folders; }
+    const std::vector<Preset> &presets() const { return m_content.presets; }
     bool holds(const std::string &id) const;
     const Folder *folder(const std::string &id) const;
 
@@ -43,20 +53,33 @@ public:
     /// Its presets go with it. The first folder stays.
     bool removeFolder(const std::string &id);
 
+    /// Whether something has changed since the last call.
+    bool takeChanges() { return std::exchange(m_changed, false); }
+
 private:
-    std::vector<Folder> m_folders;
-    std::vector<Preset> m_presets;
-    int m_nextFolder = 2;
-    int m_nextAddress = 1;
+    LibraryContent m_content;
+    bool m_changed = false;
 };
 
 struct Account {
     std::string id;
     std::string userName;
-    std::string password;
+    std::string passwordHash;
     std::string email;
-    std::string sessionId;
+    std::string sessionId; ///< of this start
     Library library;
+};
+
+struct Device {
+    std::string account; ///< lower-case name; empty while it is not joined
+    std::string claimCode;
+    Library library;
+};
+
+struct MembersContent {
+    std::map<std::string, Account> accounts; ///< by lower-case name
+    std::map<std::string, Device> devices; ///< by serial
+    int nextAccount = 70001;
 };
 
 struct NewAccount {
@@ -73,6 +96,11 @@ public:
     static constexpr std::size_t maxAccounts = 1000;
     static constexpr std::size_t maxDevices = 1000;
     static constexpr std::size_t maxSerial = 128;
+
+    explicit Members(MembersContent content = {});
+    const MembersContent &content() const { return m_content; }
+    /// Whether something worth keeping has changed since the last call.
+    bool takeChanges();
 
     /// The presets of the account, or of the device or its account; null when nobody is meant.
     const Library *find(const std::string &userName, const std::string &serial) const;
@@ -101,16 +129,10 @@ public:
     void forgetClaimCode(const std::string &serial);
 
 private:
-    struct Device {
-        std::string account; ///< lower-case name
-        std::string claimCode;
-        Library library;
-    };
     Device *device(const std::string &serial);
 
-    std::map<std::string, Account> m_accounts; ///< by lower-case name
-    std::map<std::string, Device> m_devices; ///< by serial
-    std::uint64_t m_nextAccount = 70001;
+    MembersContent m_content;
+    bool m_changed = false;
 };
 
 } // namespace directory

@@ -31,6 +31,8 @@ Options parseOptions(int count, const char *const *arguments)
     certificate->needs(tls);
     key->needs(tls);
     app.add_option("--data", options.data, "what the directory offers, YAML")->type_name("FILE");
+    app.add_option("--accounts", options.accounts, "keep accounts and favorites there")
+        ->type_name("FILE");
     app.add_option("--request-log", options.requestLog, "append a line per request")
         ->type_name("FILE");
     app.add_option("--title-seconds", options.titleSeconds, "how long a song lasts, and its title")

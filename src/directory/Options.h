@@ -14,6 +14,7 @@ struct Options {
     std::string certificate;
     std::string key;
     std::string data; ///< empty: beside the program
+    std::string accounts; ///< empty: in memory only
     std::string requestLog;
     int titleSeconds = 0; ///< how long a song lasts; 0: as the data file says
     std::vector<Fault> faults;

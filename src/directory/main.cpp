@@ -28,8 +28,12 @@ gboolean quit(gpointer loop)
 
 void serve(const Options &options, Catalog catalog)
 {
+    std::unique_ptr<AccountsFile> accounts;
+    if (!options.accounts.empty())
+        accounts = std::make_unique<AccountsFile>(options.accounts, complain);
     Directory directory(
-        std::move(catalog), [] { return static_cast<std::int64_t>(std::time(nullptr)); });
+        std::move(catalog), [] { return static_cast<std::int64_t>(std::time(nullptr)); },
+        std::move(accounts));
     Faults faults;
     for (const Fault &fault : options.faults)
         faults.add(fault);

@@ -55,6 +55,9 @@ TEST_F(Account, CreateTellsWhichInputIsWrong)
         "validation.password");
     EXPECT_EQ(code("c=create&username=you&email=a@b.cd&password=1234567890123&postalCode=1"),
         "validation.password");
+    EXPECT_EQ(code("c=create&username=you&email=a@b.cd&password=sesa%00me&postalCode=1"),
+        "validation.password");
+    EXPECT_EQ(code("c=create&username=you&email=a@b.%FF" + good), "validation.email");
     EXPECT_EQ(code("c=create&username=you&email=a@b.cd&password=sesame"), "validation.location");
     EXPECT_EQ(code("c=create&username=you&email=a@b.cd&password=sesame&city=X&countryId=n0"),
         "validation.location");

@@ -15,14 +15,16 @@ Options parsed(std::vector<const char *> arguments)
 
 TEST(Options, ReadsAllOfThem)
 {
-    const Options options = parsed({"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert",
-        "c.pem", "--key", "k.pem", "--data", "d.yaml", "--request-log", "r.log", "--fault", "stall",
-        "--fault", "http-status@Browse.ashx:403*3", "--title-seconds", "7"});
+    const Options options = parsed(
+        {"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert", "c.pem", "--key", "k.pem",
+            "--data", "d.yaml", "--accounts", "a.json", "--request-log", "r.log", "--fault",
+            "stall", "--fault", "http-status@Browse.ashx:403*3", "--title-seconds", "7"});
     EXPECT_EQ(options.listen, "127.0.0.1:0");
     EXPECT_EQ(options.tlsListen, "[::1]:0");
     EXPECT_EQ(options.certificate, "c.pem");
     EXPECT_EQ(options.key, "k.pem");
     EXPECT_EQ(options.data, "d.yaml");
+    EXPECT_EQ(options.accounts, "a.json");
     EXPECT_EQ(options.requestLog, "r.log");
     EXPECT_EQ(options.titleSeconds, 7);
     ASSERT_EQ(options.faults.size(), 2u);
@@ -33,7 +35,7 @@ TEST(Options, MistakesAreOneLine)
 {
     const std::vector<std::vector<const char *>> mistakes {{"--nonsense"}, {"positional"},
         {"--listen"}, {"--tls-listen", "127.0.0.1:0"}, {"--cert", "c.pem"}, {"--fault", "nonsense"},
-        {"--fault"}, {"--title-seconds", "0"}};
+        {"--fault"}, {"--accounts"}, {"--title-seconds", "0"}};
     for (const auto &arguments : mistakes) {
         try {
             parsed(arguments);
@@ -47,7 +49,8 @@ TEST(Options, MistakesAreOneLine)
 
 TEST(Options, HelpIsNoMistake)
 {
-    EXPECT_NE(parsed({"--help"}).help.find("--fault"), std::string::npos);
+    for (const char *option : {"--accounts FILE", "--fault NAME"})
+        EXPECT_THAT(parsed({"--help"}).help, testing::HasSubstr(option));
 }
 
 } // namespace

@@ -1,12 +1,15 @@
 #include "tests/directory/Fetch.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <sstream>
 #include <vector>
 
 using namespace directory::test;
@@ -75,6 +78,55 @@ private:
     std::string m_error;
 };
 
+std::string post(const std::string &url)
+{
+    FetchOptions options;
+    options.method = "POST";
+    return fetch(url, options).body;
+}
+
+std::string contentOf(const std::string &file)
+{
+    std::ostringstream out;
+    out << std::ifstream(file, std::ios::binary).rdbuf();
+    return out.str();
+}
+
+/// A folder for accounts, and the program over a file in it.
+class ProgramWithAccounts : public testing::Test {
+protected:
+    ProgramWithAccounts()
+    {
+        std::string folder = testing::TempDir() + "program-XXXXXX";
+        m_folder = ::mkdtemp(folder.data());
+        m_file = m_folder + "/accounts.json";
+    }
+    ~ProgramWithAccounts() override
+    {
+        m_program.reset();
+        std::filesystem::remove_all(m_folder);
+    }
+
+    void start()
+    {
+        m_program = std::make_unique<Program>(std::vector<const char *> {
+            "--listen", "127.0.0.1:0", "--data", DIRECTORY_DATA, "--accounts", m_file.c_str()});
+        const std::string line = m_program->line();
+        m_url = line.substr(std::min(line.size(), sizeof "tunein-directory: ready at " - 1));
+    }
+    int end(int number)
+    {
+        m_program->signal(number);
+        return m_program->wait();
+    }
+    std::string ask(const std::string &target) { return post(m_url + target); }
+
+    std::string m_folder;
+    std::string m_file;
+    std::string m_url;
+    std::unique_ptr<Program> m_program;
+};
+
 TEST(Program, SaysWhereItIsAndEndsCleanlyOnSignals)
 {
     for (const int number : {SIGTERM, SIGINT}) {
@@ -123,7 +175,7 @@ TEST(Program, EndsWith2AndOneLineOnBadArguments)
 {
     const std::vector<std::vector<const char *>> mistakes {{"--nonsense"}, {"--fault", "nonsense"},
         {"--listen", "nowhere"}, {"--tls-listen", "127.0.0.1:0"}, {"--data", "/nonexistent.yaml"},
-        {"--request-log", "/nonexistent/log"},
+        {"--request-log", "/nonexistent/log"}, {"--accounts", "/nonexistent/accounts"},
         {"--listen", "127.0.0.1:0", "--tls-listen", "127.0.0.1:0", "--cert", "/nonexistent",
             "--key", "/nonexistent"}};
     for (const auto &arguments : mistakes) {
@@ -143,6 +195,51 @@ TEST(Program, NamesTheLineOfAMistakeInItsData)
     EXPECT_EQ(program.wait(), 2);
     EXPECT_THAT(program.error(), HasSubstr(file + ":2: "));
     std::remove(file.c_str());
+}
+
+TEST_F(ProgramWithAccounts, KnowsThemAfterARestart)
+{
+    start();
+    ask("Account.ashx?c=create&username=me&password=sesame&email=me@example.org&postalCode=1"
+        "&serial=S");
+    EXPECT_EQ(end(SIGTERM), 0);
+    start();
+    EXPECT_THAT(ask("Account.ashx?c=query&serial=S"), HasSubstr("\"me\""));
+    ask("Preset.ashx?c=add&id=s29001&username=me&password=sesame");
+    EXPECT_EQ(end(SIGKILL), -1); // what was answered is kept, however it ends
+    start();
+    EXPECT_THAT(ask("Browse.ashx?c=presets&serial=S"), HasSubstr("s29001"));
+    EXPECT_THAT(ask("Account.ashx?c=auth&username=me&password=sesame"), HasSubstr("session_id"));
+    EXPECT_THAT(contentOf(m_file), testing::Not(HasSubstr("sesame")));
+    EXPECT_EQ(end(SIGTERM), 0);
+    EXPECT_EQ(m_program->error(), "");
+}
+
+TEST_F(ProgramWithAccounts, ServesOnWhenTheyCannotBeKept)
+{
+    start();
+    std::filesystem::remove_all(m_folder);
+    for (const char *serial : {"S", "T"}) {
+        const std::string whose = std::string("&serial=") + serial;
+        ask("Preset.ashx?c=add&id=s29001" + whose);
+        EXPECT_THAT(ask("Browse.ashx?c=presets" + whose), HasSubstr("s29001"));
+    }
+    EXPECT_EQ(end(SIGTERM), 0);
+    EXPECT_THAT(m_program->error(),
+        StartsWith("tunein-directory: the accounts cannot be kept in " + m_file + ": "));
+    EXPECT_EQ(m_program->error().find('\n'), m_program->error().size() - 1);
+}
+
+TEST_F(ProgramWithAccounts, EndsWith2WhenTheyCannotBeRead)
+{
+    const std::string text = "{\"version\": 99}\n";
+    std::ofstream(m_file) << text;
+    start();
+    EXPECT_EQ(m_program->wait(), 2);
+    EXPECT_EQ(m_program->out(), "");
+    EXPECT_THAT(m_program->error(), StartsWith("tunein-directory: the accounts in " + m_file));
+    EXPECT_EQ(m_program->error().find('\n'), m_program->error().size() - 1);
+    EXPECT_EQ(contentOf(m_file), text);
 }
 
 } // namespace

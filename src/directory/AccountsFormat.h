@@ -1,0 +1,17 @@
+/// The members as the text of an accounts file, and back. JSON with a version; passwords are in it
+/// as hashes, sessions are not.
+#pragma once
+
+#include "directory/Members.h"
+
+#include <string>
+
+namespace directory {
+
+/// Devices that nothing is known of are left out.
+std::string formatAccounts(const MembersContent &content);
+/// Takes only what could have been written. Throws std::invalid_argument with one line that says
+/// where the mistake is, without repeating anything of the text.
+MembersContent parseAccounts(const std::string &text);
+
+} // namespace directory

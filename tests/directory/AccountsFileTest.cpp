@@ -1,0 +1,465 @@
+#include "tests/directory/TestDirectory.h"
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/stat.h>
+
+using namespace directory;
+using namespace directory::test;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace fs = std::filesystem;
+
+namespace {
+
+struct stat statusOfFile(const std::string &file)
+{
+    struct stat status { };
+    EXPECT_EQ(::stat(file.c_str(), &status), 0) << file;
+    return status;
+}
+
+/// A directory that keeps its members in a file and can be started anew.
+class AccountsFileTest : public testing::Test {
+protected:
+    AccountsFileTest()
+    {
+        std::string folder = testing::TempDir() + "accounts-XXXXXX";
+        m_folder = ::mkdtemp(folder.data());
+        m_file = m_folder + "/accounts.json";
+    }
+    ~AccountsFileTest() override
+    {
+        m_directory.reset();
+        fs::remove_all(m_folder);
+    }
+
+    void start()
+    {
+        m_directory.reset();
+        m_directory = std::make_unique<Directory>(
+            shippedCatalog(), [] { return mondayMorning; },
+            std::make_unique<AccountsFile>(
+                m_file, [this](const std::string &line) { m_complaints.push_back(line); }));
+    }
+    /// What a start says of the file; empty when it takes it.
+    std::string refusal()
+    {
+        try {
+            start();
+        } catch (const std::runtime_error &error) {
+            return error.what();
+        }
+        return {};
+    }
+    Json ask(const std::string &target)
+    {
+        return Json::parse(m_directory->handle(requestFor(target, "POST")).body);
+    }
+    void succeed(const std::string &target) { EXPECT_EQ(statusOf(ask(target)), "200") << target; }
+    void create(const std::string &name, const std::string &rest = {})
+    {
+        succeed("/Account.ashx?c=create&username=" + name + "&password=sesame&email=" + name
+            + "@example.org&postalCode=20095" + rest);
+    }
+    std::vector<std::string> presets(const std::string &whose)
+    {
+        return valuesOf(ask("/Browse.ashx?c=presets&" + whose)["body"], "guide_id");
+    }
+    std::vector<std::string> folders(const std::string &whose)
+    {
+        return valuesOf(ask("/Preset.ashx?c=listFolders&" + whose)["body"], "text");
+    }
+    std::string owner(const std::string &serial)
+    {
+        const Json rows = ask("/Account.ashx?c=query&serial=" + serial)["body"];
+        return rows.empty() ? std::string() : rows[0].value("text", "");
+    }
+
+    std::string text() const
+    {
+        std::ostringstream out;
+        out << std::ifstream(m_file, std::ios::binary).rdbuf();
+        return out.str();
+    }
+    void put(const std::string &text) const { std::ofstream(m_file, std::ios::binary) << text; }
+
+    std::string m_folder;
+    std::string m_file;
+    std::vector<std::string> m_complaints;
+    std::unique_ptr<Directory> m_directory;
+};
+
+TEST_F(AccountsFileTest, AccountsAndJoinedDevicesSurviveARestart)
+{
+    start();
+    create("me", "&serial=S");
+    create("you");
+    succeed("/Account.ashx?c=join&username=you&password=sesame&serial=T");
+    succeed("/Account.ashx?c=drop&username=you&password=sesame&serial=T");
+    const Json before = ask("/Account.ashx?c=auth&username=me&password=sesame")["body"][0];
+    start();
+    EXPECT_EQ(owner("S"), "me");
+    EXPECT_EQ(owner("T"), "");
+    const Json after = ask("/Account.ashx?c=auth&username=ME&password=sesame")["body"][0];
+    EXPECT_EQ(after["account_id"], before["account_id"]);
+    EXPECT_EQ(after["email"], "me@example.org");
+    EXPECT_EQ(statusOf(ask("/Account.ashx?c=auth&username=me&password=Sesame")), "401");
+    EXPECT_EQ(faultCodeOf(ask("/Account.ashx?c=create&username=Me&password=sesame&postalCode=1"
+                              "&email=else@example.org")),
+        "validation.userNameExists");
+    create("third");
+    EXPECT_NE(ask("/Account.ashx?c=auth&username=third&password=sesame")["body"][0]["account_id"],
+        ask("/Account.ashx?c=auth&username=you&password=sesame")["body"][0]["account_id"]);
+}
+
+TEST_F(AccountsFileTest, FavoritesOfAnAccountSurviveARestart)
+{
+    const std::string whose = "username=me&password=sesame";
+    start();
+    create("me", "&serial=S");
+    succeed("/Preset.ashx?c=add&id=s29001&" + whose);
+    succeed("/Preset.ashx?c=add&id=s29002&presetNumber=7&serial=S");
+    succeed("/Preset.ashx?c=add&id=s29003&" + whose);
+    succeed("/Preset.ashx?c=remove&id=s29003&" + whose);
+    start();
+    EXPECT_THAT(presets(whose), ElementsAre("s29001", "s29002"));
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001", "s29002"));
+    EXPECT_EQ(valuesOf(ask("/Browse.ashx?c=presets&serial=S")["body"], "preset_number"),
+        (std::vector<std::string> {"1", "7"}));
+}
+
+TEST_F(AccountsFileTest, FavoritesAndFoldersOfADeviceSurviveARestart)
+{
+    start();
+    succeed("/Preset.ashx?c=addFolder&name=Fr%C3%BCh&serial=D");
+    succeed("/Preset.ashx?c=addFolder&name=gone&serial=D");
+    succeed("/Preset.ashx?c=removeFolder&folderId=f3&serial=D");
+    succeed("/Preset.ashx?c=renameFolder&folderId=f1&name=Home&serial=D");
+    succeed("/Preset.ashx?c=add&id=s29001&folderId=f2&serial=D");
+    succeed("/Preset.ashx?c=add&url=http://radio.example/a&name=Mine&serial=D");
+    start();
+    EXPECT_THAT(folders("serial=D"), ElementsAre("Home", "Fr\xC3\xBCh"));
+    EXPECT_THAT(presets("id=f2&serial=D"), ElementsAre("s29001"));
+    const Json mine = ask("/Browse.ashx?c=presets&id=f1&serial=D")["body"];
+    ASSERT_EQ(mine.size(), 1u);
+    EXPECT_EQ(mine[0].value("text", ""), "Mine");
+    EXPECT_EQ(mine[0].value("URL", ""), "http://radio.example/a");
+    // Numbers that were given are not given again.
+    EXPECT_EQ(ask("/Preset.ashx?c=addFolder&name=new&serial=D")["body"][0]["guide_id"], "f4");
+    succeed("/Preset.ashx?c=add&url=http://radio.example/b&serial=D");
+    EXPECT_THAT(presets("id=f1&serial=D"), ElementsAre("u1", "u2"));
+}
+
+TEST_F(AccountsFileTest, AJoinedDeviceKeepsItsOwnFavoritesForLater)
+{
+    start();
+    succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+    create("me", "&serial=S");
+    start();
+    EXPECT_THAT(presets("serial=S"), Not(testing::Contains("s29001")));
+    succeed("/Account.ashx?c=drop&username=me&password=sesame&serial=S");
+    start();
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
+}
+
+TEST_F(AccountsFileTest, AClaimCodeIsGoodForOneLinkAcrossRestarts)
+{
+    start();
+    create("me");
+    const std::string code = ask("/Account.ashx?c=claim&serial=S")["body"][0]["key"];
+    const auto link = [&] {
+        return m_directory
+            ->handle(requestFor("/mydevice?username=me&password=sesame&code=" + code, "POST"))
+            .status;
+    };
+    start();
+    EXPECT_EQ(link(), 200);
+    start();
+    EXPECT_EQ(owner("S"), "me");
+    EXPECT_EQ(link(), 403);
+}
+
+TEST_F(AccountsFileTest, TheFileHoldsNoPasswordAndNoSessionAndIsTheOwnersAlone)
+{
+    start();
+    create("me");
+    ::chmod(m_file.c_str(), 0644);
+    const auto session = [this] {
+        return std::string(
+            ask("/Account.ashx?c=auth&username=me&password=sesame")["body"][0]["session_id"]);
+    };
+    const std::string first = session();
+    succeed("/Account.ashx?c=join&username=me&password=sesame&serial=S");
+    EXPECT_THAT(text(), HasSubstr("me@example.org"));
+    EXPECT_THAT(text(), Not(HasSubstr("sesame")));
+    EXPECT_THAT(text(), Not(HasSubstr(first)));
+    EXPECT_EQ(statusOfFile(m_file).st_mode & 07777, 0600u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 1) << "something was left over";
+    start();
+    EXPECT_NE(session(), first);
+}
+
+TEST_F(AccountsFileTest, IsWrittenOnlyWhenSomethingHasChanged)
+{
+    start();
+    succeed("/Browse.ashx?c=presets&serial=S");
+    succeed("/Preset.ashx?c=listFolders&serial=S");
+    EXPECT_FALSE(fs::exists(m_file));
+    create("me", "&serial=S");
+    put("seen");
+    ask("/Account.ashx?c=auth&username=me&password=wrong");
+    ask("/Account.ashx?c=join&username=me&password=sesame&serial=S");
+    ask("/Preset.ashx?c=remove&id=s29001&serial=S");
+    ask("/Preset.ashx?c=add&id=nonsense&serial=S");
+    m_directory->handle(requestFor("/mydevice?code=ABCDEF&username=me&password=sesame", "POST"));
+    EXPECT_EQ(text(), "seen");
+    succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+    EXPECT_THAT(text(), HasSubstr("s29001"));
+}
+
+TEST_F(AccountsFileTest, IsWrittenAtEachChange)
+{
+    start();
+    create("me");
+    const std::string code = ask("/Account.ashx?c=claim&serial=C")["body"][0]["key"];
+    const std::string person = "username=me&password=sesame";
+    for (const std::string &target :
+        {"/Account.ashx?c=join&serial=S&" + person, "/Account.ashx?c=drop&serial=S&" + person,
+            "/mydevice?code=" + code + '&' + person, std::string("/Account.ashx?c=claim&serial=D"),
+            "/Preset.ashx?c=add&id=s29001&" + person, "/Preset.ashx?c=remove&id=s29001&" + person,
+            std::string("/Preset.ashx?c=add&id=s29001&serial=D"),
+            std::string("/Preset.ashx?c=remove&id=s29001&serial=D"),
+            std::string("/Preset.ashx?c=addFolder&name=More&serial=D"),
+            std::string("/Preset.ashx?c=renameFolder&name=Less&folderId=f2&serial=D"),
+            std::string("/Preset.ashx?c=removeFolder&folderId=f2&serial=D")}) {
+        put("seen");
+        EXPECT_EQ(m_directory->handle(requestFor(target, "POST")).status, 200) << target;
+        EXPECT_NE(text(), "seen") << target;
+    }
+}
+
+TEST_F(AccountsFileTest, DevicesOfWhichNothingIsKnownAreLeftOut)
+{
+    start();
+    succeed("/Preset.ashx?c=listFolders&serial=IDLE");
+    create("me");
+    EXPECT_EQ(Json::parse(text())["devices"].size(), 0u);
+}
+
+TEST_F(AccountsFileTest, TextsThatAreNoUtf8DoNotSpoilTheFile)
+{
+    start();
+    succeed("/Preset.ashx?c=add&url=http://radio.example/%FF&name=A%FFB&serial=S");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29001&serial=%FF")), "400");
+    EXPECT_EQ(faultCodeOf(ask("/Account.ashx?c=claim&serial=%FE")), "validation.error");
+    const std::string before = ask("/Browse.ashx?c=presets&serial=S").dump();
+    EXPECT_EQ(refusal(), "");
+    EXPECT_EQ(ask("/Browse.ashx?c=presets&serial=S").dump(), before);
+}
+
+class DamagedAccountsFile : public AccountsFileTest {
+protected:
+    void SetUp() override
+    {
+        start();
+        create("me", "&serial=S");
+        succeed("/Preset.ashx?c=addFolder&name=More&serial=S");
+        succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+        succeed("/Preset.ashx?c=add&url=http://radio.example/a&serial=S");
+        m_directory.reset();
+        m_good = Json::parse(text());
+    }
+    /// Expects that the file is refused with these words, and left as it is.
+    void expectRefused(const std::string &bytes, const std::string &words)
+    {
+        put(bytes);
+        const std::string message = refusal();
+        EXPECT_THAT(message, HasSubstr(words)) << bytes.substr(0, 300);
+        EXPECT_THAT(message, HasSubstr(m_file));
+        EXPECT_THAT(message, Not(HasSubstr("\n")));
+        EXPECT_THAT(message, Not(HasSubstr("$y$")));
+        EXPECT_TRUE(text() == bytes);
+    }
+
+    Json m_good;
+};
+
+TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoJson)
+{
+    const std::string good = m_good.dump();
+    expectRefused("", "no JSON, at byte 1");
+    expectRefused(good.substr(0, good.size() / 2), "no JSON, at byte");
+    expectRefused(good + good, "no JSON, at byte");
+    expectRefused("accounts: []", "no JSON, at byte 1");
+    expectRefused("{\"version\": 1e999}", "no JSON");
+    expectRefused("{\"version\": \"\xFF\"}", "no JSON, at byte");
+    expectRefused("[]", "the file: this is no object");
+    expectRefused(std::string(100000, '['), "no JSON, at byte");
+    expectRefused(std::string(100000, '[') + std::string(100000, ']'), "this is no object");
+}
+
+TEST_F(DamagedAccountsFile, IsRefusedWithThePlaceOfAMistake)
+{
+    const std::string account = "/accounts/0";
+    const std::string library = account + "/library";
+    struct Mistake {
+        std::string where;
+        Json value;
+        const char *words;
+    };
+    const std::vector<Mistake> mistakes {
+        {"/version", 2, "the file: its version is unknown"},
+        {"/version", "1", "the file: version is no number"},
+        {"/version", 18446744073709551615u, "version is no number, or out of range"},
+        {"/next_account", 1, "next_account is no number, or out of range"},
+        {"/next_account", 70001, "id is none of an account"},
+        {"/next_account", 1.5, "next_account is no number"},
+        {"/accounts", Json::object(), "the file: accounts is no list"},
+        {"/accounts", nullptr, "the file: accounts is no list"},
+        {"/accounts", Json::array({1}), "accounts 1: this is no object"},
+        {"/accounts", Json::array(), "devices 1: there is no such account"},
+        {"/accounts", Json::array({m_good["accounts"][0], m_good["accounts"][0]}),
+            "accounts 2: user_name is empty, or there twice"},
+        {"/devices", Json::array({m_good["devices"][0], m_good["devices"][0]}),
+            "devices 2: serial is empty, too long, or there twice"},
+        {account + "/id", "70x", "accounts 1: id is none"},
+        {account + "/user_name", "", "user_name is empty"},
+        {account + "/user_name", 7, "user_name is no text"},
+        {account + "/email", std::string(10000, 'a'), "email is no text, or too long"},
+        {account + "/password_hash", "sesame", "password_hash is none"},
+        {account + "/password_hash", "$1$abc$def", "password_hash is none"},
+        {account + "/password_hash", "", "password_hash is none"},
+        {library, 1, "accounts 1, library: this is no object"},
+        {library + "/folders", Json::array(), "there is no folder"},
+        {library + "/folders/1/id", "f1", "folders 2: id is none of a folder, or there twice"},
+        {library + "/folders/1/id", "f9", "folders 2: id is none of a folder"},
+        {library + "/next_folder", 2, "folders 2: id is none of a folder"},
+        {library + "/next_folder", 2147483647, "next_folder is no number, or out of range"},
+        {library + "/next_address", 1, "presets 2: id is none of a preset"},
+        {library + "/presets/0/folder", "f7", "accounts 1, library, presets 1: there is no such"},
+        {library + "/presets/0/number", -1, "number is no number, or out of range"},
+        {library + "/presets/1/id", "s29001", "presets 2: id is none of a preset"},
+        {"/devices/0/serial", "", "serial is empty"},
+        {"/devices/0/serial", std::string(Members::maxSerial + 1, 'x'), "too long"},
+        {"/devices/0/account", "you", "devices 1: there is no such account"},
+        {"/devices/0/claim_code", false, "claim_code is no text"},
+    };
+    for (const Mistake &mistake : mistakes) {
+        Json damaged = m_good;
+        damaged[Json::json_pointer(mistake.where)] = mistake.value;
+        expectRefused(damaged.dump(), mistake.words);
+    }
+    for (const char *key : {"version", "next_account", "accounts", "devices"}) {
+        Json damaged = m_good;
+        damaged.erase(key);
+        expectRefused(damaged.dump(), std::string("the file: ") + key + " is missing");
+    }
+    put(m_good.dump());
+    EXPECT_EQ(refusal(), "");
+}
+
+TEST_F(DamagedAccountsFile, IsRefusedWhenItHoldsMoreThanThereIsRoomFor)
+{
+    Json damaged = m_good;
+    for (std::size_t i = 0; i < Members::maxDevices; ++i)
+        damaged["devices"].push_back(damaged["devices"][0]);
+    expectRefused(damaged.dump(), "devices is no list, or too long");
+    damaged = m_good;
+    Json &presets = damaged["accounts"][0]["library"]["presets"];
+    for (std::size_t i = 0; i < Library::maxPresets; ++i)
+        presets.push_back(presets[0]);
+    expectRefused(damaged.dump(), "presets is no list, or too long");
+}
+
+TEST_F(DamagedAccountsFile, IsRefusedWhenItIsTooLarge)
+{
+    const auto size = AccountsFile::maxSize + 1;
+    fs::resize_file(m_file, size);
+    EXPECT_THAT(refusal(), HasSubstr("the file is too large"));
+    EXPECT_EQ(fs::file_size(m_file), size);
+}
+
+TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoFile)
+{
+    fs::remove(m_file);
+    fs::create_directory(m_file);
+    EXPECT_THAT(refusal(), HasSubstr("no file that can be read"));
+    fs::remove(m_file);
+    ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
+    EXPECT_THAT(refusal(), HasSubstr("no file that can be read"));
+}
+
+TEST_F(AccountsFileTest, NeedsAFolderAtTheStart)
+{
+    m_file = m_folder + "/none/accounts.json";
+    EXPECT_THAT(refusal(), HasSubstr("there is no folder for the file"));
+}
+
+TEST_F(AccountsFileTest, AWriteThatFailsIsToldOnceAndMadeUpFor)
+{
+    start();
+    create("me");
+    const std::string old = text();
+    const std::string away = m_folder + ".away";
+    fs::rename(m_folder, away);
+    create("you");
+    succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
+    ASSERT_EQ(m_complaints.size(), 1u);
+    EXPECT_THAT(m_complaints[0], HasSubstr(m_file));
+    EXPECT_THAT(m_complaints[0], HasSubstr("No such file"));
+    fs::rename(away, m_folder);
+    EXPECT_EQ(text(), old);
+    ask("/Account.ashx?c=query&serial=S");
+    EXPECT_NE(text(), old); // without a further change
+    start();
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
+    succeed("/Account.ashx?c=auth&username=you&password=sesame");
+    EXPECT_EQ(m_complaints.size(), 1u);
+}
+
+TEST_F(AccountsFileTest, WhatCouldNotBeKeptIsTriedOnceMoreAtTheEnd)
+{
+    start();
+    const std::string away = m_folder + ".away";
+    fs::rename(m_folder, away);
+    create("me");
+    fs::rename(away, m_folder);
+    EXPECT_FALSE(fs::exists(m_file));
+    start();
+    succeed("/Account.ashx?c=auth&username=me&password=sesame");
+}
+
+TEST_F(AccountsFileTest, WhatCouldNotBeReadAgainIsNotWritten)
+{
+    LibraryContent many;
+    for (std::size_t i = 0; i < Library::maxPresets; ++i)
+        many.presets.push_back(
+            {'u' + std::to_string(i + 1), std::string(2000, 'u'), std::string(2000, 'n'), "f1", 1});
+    MembersContent content;
+    for (int i = 0; i < 45; ++i)
+        content.devices[std::to_string(i)].library = Library(many);
+    std::vector<std::string> complaints;
+    AccountsFile file(
+        m_file, [&complaints](const std::string &line) { complaints.push_back(line); });
+    put("old");
+    EXPECT_FALSE(file.write(content));
+    EXPECT_THAT(complaints, ElementsAre(HasSubstr("too many")));
+    EXPECT_EQ(text(), "old");
+}
+
+TEST(DirectoryWithoutAnAccountsFile, WritesNothing)
+{
+    Directory directory(shippedCatalog(), [] { return mondayMorning; });
+    EXPECT_EQ(
+        directory.handle(requestFor("/Preset.ashx?c=add&id=s29001&serial=S", "POST")).status, 200);
+}
+
+} // namespace
