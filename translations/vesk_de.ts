@@ -204,6 +204,10 @@
         <translation>%1 konnte nicht geladen werden</translation>
     </message>
     <message>
+        <source>The %1 service was interrupted. Please try again.</source>
+        <translation>Der Dienst %1 wurde unterbrochen. Bitte versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
         <source>Services</source>
         <translation>Dienste</translation>
     </message>
@@ -427,6 +431,13 @@
     <message>
         <source>A value has no rows.</source>
         <translation>Ein Wert hat keine Zeilen.</translation>
+    </message>
+</context>
+<context>
+    <name>NodeLink</name>
+    <message>
+        <source>The answer is too long.</source>
+        <translation>Die Antwort ist zu lang.</translation>
     </message>
 </context>
 <context>

@@ -204,6 +204,10 @@
         <translation>No se pudo cargar %1</translation>
     </message>
     <message>
+        <source>The %1 service was interrupted. Please try again.</source>
+        <translation>El servicio %1 se interrumpió. Vuelva a intentarlo.</translation>
+    </message>
+    <message>
         <source>Services</source>
         <translation>Servicios</translation>
     </message>
@@ -427,6 +431,13 @@
     <message>
         <source>A value has no rows.</source>
         <translation>Un valor no tiene filas.</translation>
+    </message>
+</context>
+<context>
+    <name>NodeLink</name>
+    <message>
+        <source>The answer is too long.</source>
+        <translation>La respuesta es demasiado larga.</translation>
     </message>
 </context>
 <context>

@@ -204,6 +204,10 @@
         <translation>%1 n’a pas pu être chargé</translation>
     </message>
     <message>
+        <source>The %1 service was interrupted. Please try again.</source>
+        <translation>Le service %1 a été interrompu. Veuillez réessayer.</translation>
+    </message>
+    <message>
         <source>Services</source>
         <translation>Services</translation>
     </message>
@@ -427,6 +431,13 @@
     <message>
         <source>A value has no rows.</source>
         <translation>Une valeur n’a pas de lignes.</translation>
+    </message>
+</context>
+<context>
+    <name>NodeLink</name>
+    <message>
+        <source>The answer is too long.</source>
+        <translation>La réponse est trop longue.</translation>
     </message>
 </context>
 <context>

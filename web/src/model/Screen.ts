@@ -11,6 +11,8 @@ export const pageSize = 100;
 export const maxPages = 20;
 const maxRunning = 2;
 const settleTime = 40;
+/** A screen that a service did not survive so often in a row is not asked for again by itself. */
+export const maxInterruptions = 3;
 
 export type GetRows = (path: Path, first: number, last: number) => Promise<RowsAnswer>;
 
@@ -35,6 +37,7 @@ export class Screen {
     #users = 0;
     #leave: (() => void) | null = null;
     #settle: ReturnType<typeof setTimeout> | undefined;
+    #interruptions = 0;
 
     constructor(readonly path: Path, private readonly read: GetRows = getRows) {}
 
@@ -70,6 +73,9 @@ export class Screen {
     /** Something changed; several changes in a row are one. */
     changed(): void {
         clearTimeout(this.#settle);
+        // It may be the very question that ends the service, which serves other screens as well.
+        if (this.#interruptions >= maxInterruptions)
+            return;
         this.#settle = setTimeout(() => this.reload(), settleTime);
     }
 
@@ -81,6 +87,7 @@ export class Screen {
     /** After an error: forgets it and tries again. */
     retry(): void {
         this.error.value = null;
+        this.#interruptions = 0;
         this.reload();
     }
 
@@ -119,6 +126,8 @@ export class Screen {
             this.#take(page, epoch, answer);
         } catch (error) {
             failed = true;
+            if (error instanceof RpcError && error.name === RpcError.interrupted)
+                ++this.#interruptions;
             // A lost connection says so itself, and all is read again when it is back.
             if (error instanceof RpcError && error.code !== RpcError.lost)
                 this.error.value = error;
@@ -138,6 +147,7 @@ export class Screen {
                 this.count.value = answer.count;
                 this.roles.value = answer.roles;
                 this.error.value = null;
+                this.#interruptions = 0;
             }
             this.#forget();
             ++this.version.value;

@@ -5,6 +5,8 @@ export class RpcError extends Error {
     /** There was no answer: the connection went first. */
     static readonly lost = 1;
     static readonly noNode = -32001;
+    /** Name of the error that a service's end gives to what it owed. */
+    static readonly interrupted = "host:interrupted";
 
     constructor(
         readonly code: number,

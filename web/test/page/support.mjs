@@ -107,7 +107,7 @@ export class Product {
                 "--connect-to", `opml.radiotime.com:80:${plain}`,
                 "--connect-to", `opml.radiotime.com:443:${secure}`,
                 "--set", "network:connected=true", "--set", "settings:tunein/partnerId=test",
-                ...hostArgs];
+                ...(process.env.VESK_TEST_IN_PROCESS ? ["--in-process"] : []), ...hostArgs];
             await product.startHost();
         } catch (error) {
             await product.end();

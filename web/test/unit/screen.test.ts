@@ -6,7 +6,7 @@ import { test } from "node:test";
 import { readRow, type RowsAnswer } from "../../src/model/rows";
 import { RpcError } from "../../src/rpc/Connection";
 
-const { maxPages, pageSize, Screen } = await import("../../src/model/Screen");
+const { maxInterruptions, maxPages, pageSize, Screen } = await import("../../src/model/Screen");
 
 /** Answers when it is told to. */
 class Reader {
@@ -130,4 +130,32 @@ test("a lost connection is no error of the screen", async () => {
     assert.equal(screen.error.value, null);
     assert.equal(screen.count.value, null);
     assert.equal(reader.asked.length, 0);
+});
+
+test("a service that came back is asked again, but not for ever for what it does not survive", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    const interrupt = async () => {
+        reader.asked.shift()!.fail(new RpcError(-32000, "interrupted", RpcError.interrupted));
+        await turn();
+    };
+    const settle = () => new Promise((later) => setTimeout(later, 60));
+    screen.reload();
+    for (let i = 1; i < maxInterruptions; ++i) {
+        await interrupt();
+        screen.changed();
+        await settle();
+        assert.equal(reader.asked.length, 1);
+    }
+    await interrupt();
+    screen.changed();
+    await settle();
+    assert.equal(reader.asked.length, 0);
+    assert.equal(screen.error.value!.message, "interrupted");
+    screen.retry();
+    await reader.settle();
+    assert.equal(screen.error.value, null);
+    screen.changed();
+    await settle();
+    assert.equal(reader.asked.length, 1);
 });
