@@ -17,7 +17,7 @@ size_t append(char *data, size_t size, size_t count, void *body)
 
 void getFloor(benchmark::State &state)
 {
-    Plugin plugin;
+    PluginOnThread plugin;
     CURL *curl = curl_easy_init();
     QByteArray body;
     curl_easy_setopt(curl, CURLOPT_URL, plugin.surroundings().rootUrl().constData());
@@ -35,7 +35,7 @@ void getFloor(benchmark::State &state)
 
 void getThroughClient(benchmark::State &state)
 {
-    Plugin plugin;
+    PluginOnThread plugin;
     const VeskUrl url = TuneInApi::url(QStringLiteral("/Browse.ashx"));
     QByteArray body;
     measureLatency(state, [&] { plugin.worker()->httpClient()->get(url, &body); });
@@ -43,22 +43,53 @@ void getThroughClient(benchmark::State &state)
         state.SkipWithError("the answer did not come");
 }
 
-void getRowsOfRoot(benchmark::State &state)
+/// Asks for the rows of a screen, again and again.
+void measureGetRows(benchmark::State &state, const char *path, int expected)
 {
-    Plugin plugin;
-    const CMPath path(QStringLiteral("TuneIn"), QStringLiteral("browse"));
+    const CMPath screen = CMPath::fromEncoded(QLatin1String(path));
     int count = 0;
     measureLatency(state, [&] {
         const auto reply = std::make_shared<CMReplyData<QVariant>>();
-        CMRoot()->request(CMGetRowsRequest(path, pageRoles(), 0, 99, CMReply<QVariant>(reply)));
-        count = VeskRowsRoles(reply->value().toHash()).rowsCount();
+        CMRoot()->request(
+            CMGetRowsRequest(screen, pageRoles(), 0, expected - 1, CMReply<QVariant>(reply)));
+        count = VeskRowsRoles(reply->value().toHash()).rows().size();
     });
-    if (count != 8)
-        state.SkipWithError("the menu did not come");
+    if (count != expected)
+        state.SkipWithError("the rows did not come");
+}
+
+constexpr char Root[] = "TuneIn:browse";
+constexpr char LongScreen[] = "TuneIn:browse/uri/Browse.ashx?id=g1";
+
+void getRowsOfRoot(benchmark::State &state)
+{
+    PluginOnThread plugin;
+    measureGetRows(state, Root, 8);
+}
+
+void getRowsOfRootFromWorker(benchmark::State &state)
+{
+    PluginInProcess plugin;
+    measureGetRows(state, Root, 8);
+}
+
+void getRowsOfLongScreen(benchmark::State &state)
+{
+    PluginOnThread plugin;
+    measureGetRows(state, LongScreen, 1800);
+}
+
+void getRowsOfLongScreenFromWorker(benchmark::State &state)
+{
+    PluginInProcess plugin;
+    measureGetRows(state, LongScreen, 1800);
 }
 
 BENCHMARK(getFloor)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getThroughClient)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfRoot)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(getRowsOfRootFromWorker)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(getRowsOfLongScreen)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(getRowsOfLongScreenFromWorker)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

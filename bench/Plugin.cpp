@@ -7,11 +7,18 @@
 
 namespace {
 
+/// As many stations as fit into the 1,000,000 bytes that the plug-in reads.
+constexpr int LongScreen = 1800;
+
 ScriptedServer::Response serve(const ScriptedServer::Request &request)
 {
+    static const QByteArray longAnswer = stationsAnswer(LongScreen);
     ScriptedServer::Response response;
     response.headers = {{"Content-Type", "application/json; charset=utf-8"}};
-    response.body = request.path() == "/Describe.ashx" ? genresAnswer() : rootAnswer();
+    if (request.path() == "/Describe.ashx")
+        response.body = genresAnswer();
+    else
+        response.body = request.target.contains("id=g1") ? longAnswer : rootAnswer();
     return response;
 }
 
@@ -34,7 +41,7 @@ Surroundings::Surroundings()
         VeskValue::fromString(QStringLiteral("0123456789abcdef0123456789abcdef")));
     m_values.define(VeskNetworkStateEthernetMAC(), VeskValue::fromString(QString()));
     m_values.define(VeskNetworkStateConnected(), VeskValue::fromBool(true));
-    HttpClient::setConnectTo({QString::fromLatin1(m_server.connectTo("opml.radiotime.com"))});
+    HttpClient::setConnectTo({connectTo()});
 }
 
 Surroundings::~Surroundings()
@@ -47,7 +54,7 @@ QByteArray Surroundings::rootUrl() const
     return "http://127.0.0.1:" + QByteArray::number(m_server.port()) + "/Browse.ashx";
 }
 
-Plugin::Plugin()
+PluginOnThread::PluginOnThread()
 {
     m_thread = std::make_unique<WorkerThread>([] {
         QVariantHash config {{VeskService_Id(), QStringLiteral("tunein")}};
@@ -55,4 +62,42 @@ Plugin::Plugin()
     });
     // The state arrives through the worker's event loop; from here the question waits for it.
     worker()->networkStateConnected();
+}
+
+QString Surroundings::connectTo() const
+{
+    return QString::fromLatin1(m_server.connectTo("opml.radiotime.com"));
+}
+
+PluginInProcess::PluginInProcess()
+    : m_plugin(QStringLiteral(VESK_PLUGIN),
+        {QStringLiteral(VESK_WORKER), [this] { return startMessage(); }})
+{
+    bool loaded = false;
+    QObject::connect(&m_plugin, &Plugin::loadFinished, [&loaded] { loaded = true; });
+    m_plugin.load();
+    spinUntil([&loaded] { return loaded; });
+    // The state of the network arrives through the event loop of the worker, which is asked after
+    // it.
+    const CMPath root(QStringLiteral("TuneIn"), QStringLiteral("browse"));
+    spinUntil([&root] {
+        const auto reply = std::make_shared<CMReplyData<QVariant>>();
+        CMRoot()->request(CMGetRowsRequest(root, pageRoles(), 0, 99, CMReply<QVariant>(reply)));
+        reply->waitForFinished();
+        return reply->error().isEmpty();
+    });
+}
+
+StartMessage PluginInProcess::startMessage() const
+{
+    StartMessage message;
+    message.file = QStringLiteral(VESK_PLUGIN);
+    message.config = {{VeskService_Id(), QStringLiteral("tunein")}};
+    message.logLevel = QStringLiteral("info");
+    message.connectTo = QStringList {m_surroundings.connectTo()};
+    message.valuePrefixes = QStringList {
+        QStringLiteral("settings"), QStringLiteral("system"), QStringLiteral("network")};
+    for (const CMPath &path : m_surroundings.values().paths())
+        message.values.append({path, m_surroundings.values().value(path).toHash(), false, {}});
+    return message;
 }

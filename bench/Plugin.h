@@ -2,6 +2,7 @@
 
 #include "api/nodes/CMRootWorker.h"
 #include "api/nodes/CMValuesWorker.h"
+#include "host/plugins/WorkerPlugin.h"
 #include "modules/tunein/cb_tunein.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/WorkerThread.h"
@@ -16,6 +17,9 @@ public:
 
     /// "http://127.0.0.1:PORT/Browse.ashx"
     QByteArray rootUrl() const;
+    /// HOST:PORT:ADDRESS:PORT of the server.
+    QString connectTo() const;
+    const CMValuesWorker &values() const { return m_values; }
 
 private:
     ScriptedServer m_server;
@@ -24,9 +28,9 @@ private:
 };
 
 /// A plug-in on its thread, with its network up.
-class Plugin {
+class PluginOnThread {
 public:
-    Plugin();
+    PluginOnThread();
 
     CMTuneInWorker *worker() const { return static_cast<CMTuneInWorker *>(m_thread->object()); }
     /// Runs \a function on the worker's thread and waits for it.
@@ -38,4 +42,16 @@ private:
 
 public:
     const Surroundings &surroundings() const { return m_surroundings; }
+};
+
+/// A plug-in in a process of its own, with its network up.
+class PluginInProcess {
+public:
+    PluginInProcess();
+
+private:
+    StartMessage startMessage() const;
+
+    Surroundings m_surroundings;
+    WorkerPlugin m_plugin;
 };

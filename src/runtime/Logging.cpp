@@ -9,6 +9,9 @@
 #include <log4cplus/layout.h>
 #include <log4cplus/loglevel.h>
 
+#include <cstdio>
+#include <iostream>
+
 VESK_LOGGER("Qt")
 
 namespace {
@@ -29,9 +32,12 @@ log4cplus::Logger linesOfWorkers()
 log4cplus::SharedAppenderPtr makeAppender(const QString &file, const char *pattern)
 {
     log4cplus::SharedAppenderPtr appender;
-    if (file.isEmpty())
+    if (file.isEmpty()) {
+        // A record is one write, not one for each of its parts.
+        std::cerr.unsetf(std::ios::unitbuf);
+        ::setvbuf(stderr, nullptr, _IOLBF, 0);
         appender = new log4cplus::ConsoleAppender(true, true);
-    else
+    } else
         appender = new log4cplus::FileAppender(
             QFile::encodeName(file).toStdString(), std::ios_base::app, true);
     appender->setLayout(std::make_unique<log4cplus::PatternLayout>(pattern));

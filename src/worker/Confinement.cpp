@@ -116,6 +116,7 @@ constexpr scmp_datum_t NewNamespaces = CLONE_NEWCGROUP | CLONE_NEWIPC | CLONE_NE
 constexpr scmp_datum_t TemporaryFile = O_TMPFILE & ~O_DIRECTORY;
 constexpr scmp_datum_t WritingFlags
     = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND | TemporaryFile;
+constexpr scmp_datum_t TypeOfSocket = ~(SOCK_CLOEXEC | SOCK_NONBLOCK) & 0xffffffff;
 constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
 
 /// Calls that do no harm with whatever arguments.
@@ -134,10 +135,9 @@ constexpr const char *HarmlessCalls[] = {
     // descriptors, and files that Landlock lets it have
     "access", "close", "close_range", "dup", "dup2", "dup3", "epoll_create", "epoll_create1",
     "epoll_ctl", "epoll_pwait", "epoll_pwait2", "epoll_wait", "eventfd", "eventfd2", "faccessat",
-    "faccessat2", "fadvise64", "fcntl", "fstat", "fstatfs", "getcwd", "getdents64", "lseek",
-    "lstat", "newfstatat", "pipe", "pipe2", "poll", "ppoll", "pread64", "preadv", "pselect6",
-    "read", "readlink", "readlinkat", "readv", "select", "stat", "statfs", "statx", "write",
-    "writev",
+    "faccessat2", "fadvise64", "fstat", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
+    "newfstatat", "pipe", "pipe2", "poll", "ppoll", "pread64", "preadv", "pselect6", "read",
+    "readlink", "readlinkat", "readv", "select", "stat", "statfs", "statx", "write", "writev",
     // exchanges
     "bind", "connect", "getpeername", "getsockname", "getsockopt", "recvfrom", "recvmmsg",
     "recvmsg", "sendmmsg", "sendmsg", "sendto", "setsockopt", "shutdown",
@@ -199,7 +199,12 @@ QString confineCalls()
     filter.pretendMissing("openat2");
     for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
         filter.allow("socket", SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(family)));
-    filter.allow("socketpair", SCMP_A0(SCMP_CMP_EQ, AF_UNIX));
+    // Only a stream's end cannot be turned to others' sockets.
+    filter.allow("socketpair", SCMP_A0(SCMP_CMP_EQ, AF_UNIX),
+        SCMP_A1(SCMP_CMP_MASKED_EQ, TypeOfSocket, SOCK_STREAM));
+    // Not F_SETOWN and F_SETSIG, which have the kernel send any signal to any process.
+    for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL})
+        filter.allow("fcntl", SCMP_A1(SCMP_CMP_EQ, static_cast<scmp_datum_t>(command)));
     for (const unsigned long request : {FIONREAD, FIONBIO, FIOCLEX, TCGETS, TIOCGWINSZ})
         filter.allow("ioctl", SCMP_A1(SCMP_CMP_EQ, request));
     const int error = filter.load();

@@ -71,8 +71,14 @@ std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
     worker.longestWait = m_options.restartWait;
     auto plugin = std::make_unique<WorkerPlugin>(options.file, worker);
     m_workers.push_back(plugin.get());
-    connect(plugin.get(), &WorkerPlugin::restarted, m_player, [this, made = plugin.get()] {
-        if (made->serves(m_player->stateChangePath()))
+    const auto isTold
+        = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
+    connect(plugin.get(), &WorkerPlugin::restarting, m_player, [this, isTold] {
+        if (isTold())
+            m_player->forgetPosts();
+    });
+    connect(plugin.get(), &WorkerPlugin::restarted, m_player, [this, isTold] {
+        if (isTold())
             m_player->postAgain();
     });
     return plugin;

@@ -75,10 +75,16 @@ void WorkerPlugin::startProcess()
         giveUp(error);
         return;
     }
-    m_remote.expectLink();
+    expectProcess();
     openLink(socket);
     m_deadline.start(LoadTime);
     m_watch.start();
+}
+
+void WorkerPlugin::expectProcess()
+{
+    Q_EMIT restarting();
+    m_remote.expectLink();
 }
 
 void WorkerPlugin::openLink(int socket)
@@ -91,7 +97,7 @@ void WorkerPlugin::openLink(int socket)
             this, [=] { onLinkEnded(run, reason); }, Qt::QueuedConnection);
     };
     // Everything begins with a greeting, and nothing is taken from one who does not know it.
-    handler.take = [this, run = m_run, hasGreeted = false](
+    handler.take = [this, run = m_run, hasGreeted = false, hasLoaded = false](
                        MessageKind kind, const QByteArray &payload) mutable -> QString {
         if (kind == MessageKind::Hello && !hasGreeted) {
             const auto hello = decode<HelloMessage>(payload);
@@ -107,7 +113,8 @@ void WorkerPlugin::openLink(int socket)
             const auto route = decode<RouteMessage>(payload);
             return route ? m_remote.takeRoute(*route) : QStringLiteral("an unreadable route");
         }
-        if (hasGreeted && kind == MessageKind::Loaded) {
+        if (hasGreeted && kind == MessageKind::Loaded && !hasLoaded) {
+            hasLoaded = true;
             const auto loaded = decode<LoadedMessage>(payload);
             if (!loaded)
                 return QStringLiteral("an unreadable message");
@@ -196,7 +203,7 @@ void WorkerPlugin::onProcessFinished(const QString &reason)
     m_phase = Phase::Waiting;
     // What comes in the meantime is answered by the next process, if that is not too far away.
     if (wait <= ShortWait)
-        m_remote.expectLink();
+        expectProcess();
     if (wait.count() == 0)
         startProcess();
     else
@@ -208,6 +215,7 @@ void WorkerPlugin::giveUp(const QString &error)
     if (!root().isEmpty()) {
         // What started once will start again, when there is memory or a descriptor for it.
         m_phase = Phase::Waiting;
+        m_remote.close();
         m_restart.start(m_options.longestWait);
         VESK_ERROR("the worker of " << file() << " cannot be started: " << error);
         return;

@@ -51,6 +51,8 @@ public:
     void tell(const PlayerMessage &message) { m_remote.send(message); }
 
 Q_SIGNALS:
+    /// What is asked from now on waits for a new process.
+    void restarting();
     /// A new process serves the same paths and knows nothing of what the former one was told.
     void restarted();
 
@@ -58,6 +60,7 @@ private:
     enum class Phase { Idle, Loading, Running, Waiting, Ending };
 
     void startProcess();
+    void expectProcess();
     void openLink(int socket);
     void onHello(int run);
     void onLoaded(int run, const LoadedMessage &message);

@@ -1,7 +1,6 @@
 #include "host/plugins/WorkerProcess.h"
 
 #include "api/core/vesk.h"
-#include "runtime/Logging.h"
 #include "worker/WorkerProgram.h"
 
 #include <cerrno>
@@ -24,15 +23,16 @@ void WorkerProcess::Process::setupChildProcess()
     // ends its workers in order.
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::dup2(childOutput, STDOUT_FILENO);
+    ::dup2(childOutput, STDERR_FILENO);
     ::dup2(childSocket, WorkerSocket);
 }
 
 WorkerProcess::WorkerProcess(QObject *parent)
     : QObject(parent)
 {
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
+    m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setStandardInputFile(QProcess::nullDevice());
-    veskConnect(&m_process, &QProcess::readyReadStandardOutput, this, &WorkerProcess::readOutput);
     connect(&m_process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
         &WorkerProcess::onFinished);
 }
@@ -52,9 +52,11 @@ int WorkerProcess::start(const QString &program, const QString &plugin, QString 
         return -1;
     }
     m_process.childSocket = sockets[1];
+    m_process.childOutput = m_output.writingEnd();
     m_process.start(program, {plugin});
     const bool started = m_process.waitForStarted();
     ::close(sockets[1]);
+    m_output.closeWritingEnd();
     if (!started) {
         ::close(sockets[0]);
         error = program + QStringLiteral(": ") + m_process.errorString();
@@ -76,31 +78,6 @@ bool WorkerProcess::isStopped() const
         && info.si_pid != 0;
 }
 
-void WorkerProcess::readOutput()
-{
-    m_partialLine += m_process.readAllStandardOutput();
-    int start = 0;
-    for (int end = 0; (end = m_partialLine.indexOf('\n', start)) >= 0; start = end + 1)
-        printLine(m_partialLine.mid(start, end - start));
-    m_partialLine.remove(0, start);
-    if (m_partialLine.size() > MaxLine)
-        printLine(std::exchange(m_partialLine, {}));
-}
-
-void WorkerProcess::printLine(QByteArray line)
-{
-    line.truncate(MaxLine);
-    for (char &character : line) {
-        const auto code = static_cast<unsigned char>(character);
-        if (code < 0x20 || code == 0x7f)
-            character = '?';
-    }
-    if (line.isEmpty())
-        return;
-    m_lastLine = QString::fromUtf8(line);
-    logLineOfWorker(line);
-}
-
 QString WorkerProcess::ending() const
 {
     if (m_process.exitStatus() == QProcess::NormalExit)
@@ -114,14 +91,12 @@ QString WorkerProcess::ending() const
 
 void WorkerProcess::onFinished()
 {
-    readOutput();
-    if (!m_partialLine.isEmpty())
-        printLine(std::exchange(m_partialLine, {}));
+    const QString lastLine = m_output.finish();
     QString reason = ending();
     // One that ended by itself may have said why.
     const bool wasKilled
         = m_process.exitStatus() == QProcess::CrashExit && m_process.exitCode() != SIGABRT;
-    if (!wasKilled && !m_lastLine.isEmpty())
-        reason += QStringLiteral("; its last line: ") + m_lastLine;
+    if (!wasKilled && !lastLine.isEmpty())
+        reason += QStringLiteral("; its last line: ") + lastLine;
     Q_EMIT finished(reason);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QByteArray>
+#include "host/plugins/WorkerOutput.h"
+
 #include <QProcess>
 #include <QString>
 
@@ -11,9 +12,6 @@ class WorkerProcess : public QObject {
     Q_OBJECT
 
 public:
-    /// The longest line that is taken from it.
-    static constexpr int MaxLine = 16 * 1024;
-
     explicit WorkerProcess(QObject *parent = nullptr);
     ~WorkerProcess() override;
 
@@ -32,21 +30,19 @@ Q_SIGNALS:
     void finished(const QString &reason);
 
 private:
-    /// Gives the new process its end of the socket.
+    /// Gives the new process its ends.
     class Process : public QProcess {
     public:
         int childSocket = -1;
+        int childOutput = -1;
 
     protected:
         void setupChildProcess() override;
     };
 
-    void readOutput();
-    void printLine(QByteArray line);
     void onFinished();
     QString ending() const;
 
     Process m_process;
-    QByteArray m_partialLine;
-    QString m_lastLine;
+    WorkerOutput m_output;
 };

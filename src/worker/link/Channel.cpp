@@ -87,6 +87,7 @@ struct Channel::Sender::Data {
     std::deque<QByteArray> waiting;
     int sentOfFirst = 0;
     qint64 waitingBytes = 0;
+    QString reason; ///< for which this side ended the connection
 };
 
 Channel::Sender::Sender(int socket)
@@ -113,8 +114,10 @@ bool Channel::Sender::send(const QByteArray &payload)
     d->waiting.push_back(frame);
     d->waitingBytes += frame.size();
     if (!isFirst) {
-        if (d->waitingBytes > MaxWaiting)
+        if (d->waitingBytes > MaxWaiting) {
+            d->reason = QStringLiteral("%1 bytes that it does not take").arg(d->waitingBytes);
             d->end();
+        }
         return d->open;
     }
     d->flush();
@@ -156,7 +159,7 @@ QByteArray Channel::receiveOne(int milliseconds)
     elapsed.start();
     QByteArray payload;
     const auto take = [&payload](const QByteArray &received) {
-        payload = received;
+        payload = QByteArray(received.constData(), received.size()); // it is this channel's place
         return QStringLiteral("one is enough");
     };
     m_handler.take = take;
@@ -176,8 +179,12 @@ QByteArray Channel::receiveOne(int milliseconds)
 void Channel::run()
 {
     veskSetThreadName(QStringLiteral("PluginLink"));
-    const QString reason = receive();
+    QString reason = receive();
     m_sender->close();
+    if (reason.isEmpty()) {
+        const std::lock_guard<std::mutex> lock(m_sender->d->mutex);
+        reason = m_sender->d->reason;
+    }
     m_handler.ended(reason);
 }
 

@@ -202,7 +202,7 @@ bool read(WireReader &reader, ChangeMessage &message)
     message.change.last = static_cast<int>(reader.readInt());
     message.change.hops = static_cast<int>(reader.readInt());
     message.startingWith = reader.readBool();
-    return true;
+    return message.change.hops >= 0;
 }
 
 void write(WireWriter &writer, const RouteMessage &message)
@@ -301,6 +301,8 @@ MessageKind kindOf(const QByteArray &payload)
 template <class Message>
 std::optional<Message> decode(const QByteArray &payload)
 {
+    if (payload.isEmpty())
+        return std::nullopt;
     WireReader reader(payload, 1);
     Message message;
     if (!read(reader, message) || !reader.isAtEnd())

@@ -37,6 +37,7 @@ void sendAnswer(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant>
 
 NodeLink::NodeLink(std::unique_ptr<Channel> channel)
     : m_channel(std::move(channel))
+    , m_sender(m_channel->sender())
     , m_asked(std::make_shared<std::atomic<int>>(0))
 {
 }
@@ -55,7 +56,7 @@ void NodeLink::start(Handler handler)
 
 void NodeLink::close()
 {
-    m_channel->sender()->close();
+    m_sender->close();
 }
 
 void NodeLink::request(const CMRequest &request)
@@ -66,7 +67,7 @@ void NodeLink::request(const CMRequest &request)
         const std::lock_guard<std::mutex> lock(m_mutex);
         open = m_open;
         id = ++m_lastId;
-        if (open && !request.reply().isNull()) {
+        if (open) {
             if (m_unanswered.empty())
                 m_lastAnswer = Clock::now();
             m_unanswered.emplace(id, request.reply());
@@ -79,7 +80,7 @@ void NodeLink::request(const CMRequest &request)
     const QByteArray payload = encode(RequestMessage::of(id, request));
     if (payload.size() <= Channel::MaxPayload) {
         // When this fails the link is ending, which answers the request.
-        m_channel->sender()->send(payload);
+        m_sender->send(payload);
         return;
     }
     {
@@ -135,7 +136,7 @@ QString NodeLink::takeRequest(const RequestMessage &message)
     const auto answer = std::make_shared<CMReplyData<QVariant>>();
     const CMReply<QVariant> reply(answer);
     // The answer keeps this function, and this function must not keep the answer.
-    answer->whenFinished([sender = m_channel->sender(), asked = m_asked, id = message.id,
+    answer->whenFinished([sender = m_sender, asked = m_asked, id = message.id,
                              weak = std::weak_ptr<CMReplyData<QVariant>>(answer)] {
         --*asked;
         if (const auto given = weak.lock())
@@ -171,10 +172,11 @@ QString NodeLink::takeWatch(const WatchMessage &message)
         if (found == m_watched.end())
             return {};
         // A subscription ends where its changes are noticed.
-        const std::shared_ptr<CMSubscription> ended = std::move(found->second);
+        std::shared_ptr<CMSubscription> ended = std::move(found->second);
         m_watched.erase(found);
         QMetaObject::invokeMethod(
-            &m_context, [ended] {}, Qt::QueuedConnection);
+            &m_context, [ended = std::move(ended)]() mutable { ended.reset(); },
+            Qt::QueuedConnection);
         return {};
     }
     if (message.path.isEmpty() || m_watched.count(message.path) != 0)

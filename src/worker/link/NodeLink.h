@@ -55,7 +55,7 @@ public:
     template <class Message>
     bool send(const Message &message)
     {
-        return m_channel->sender()->send(encode(message));
+        return m_sender->send(encode(message));
     }
 
     /// For how long the other side has owed answers without giving one; nothing when it owes none.
@@ -72,6 +72,8 @@ private:
     void end(const QString &reason);
 
     std::unique_ptr<Channel> m_channel;
+    /// The channel's, for its own thread too, which still runs while the channel goes.
+    const std::shared_ptr<Channel::Sender> m_sender;
     Handler m_handler;
     std::shared_ptr<std::atomic<int>> m_asked; ///< questions of the other side under way
     /// On whose thread changes are noticed.

@@ -33,6 +33,8 @@ enum TextKind : quint8 { Name = 0, Plain = 1, WithArguments = 2 };
 
 constexpr int MostBytesOfCount = 10;
 constexpr int CharBytes = sizeof(QChar);
+/// A field of a text is filled up to its width by whoever shows it.
+constexpr qint64 MaxFieldWidth = 1000;
 
 quint64 zigzag(qint64 number)
 {
@@ -51,13 +53,24 @@ WireWriter::WireWriter()
     m_bytes.reserve(512);
 }
 
+/// Place for \a size more bytes.
+char *WireWriter::grow(int size)
+{
+    const int had = m_bytes.size();
+    if (had + size > m_bytes.capacity())
+        m_bytes.reserve(2 * (had + size));
+    m_bytes.resize(had + size);
+    return m_bytes.data() + had;
+}
+
 void WireWriter::writeCount(quint64 count)
 {
-    while (count >= 0x80) {
-        writeByte(static_cast<quint8>(count | 0x80));
-        count >>= 7;
-    }
-    writeByte(static_cast<quint8>(count));
+    char bytes[MostBytesOfCount];
+    int size = 0;
+    for (; count >= 0x80; count >>= 7)
+        bytes[size++] = static_cast<char>(count | 0x80);
+    bytes[size++] = static_cast<char>(count);
+    std::memcpy(grow(size), bytes, static_cast<std::size_t>(size));
 }
 
 void WireWriter::writeInt(qint64 number)
@@ -67,8 +80,21 @@ void WireWriter::writeInt(qint64 number)
 
 void WireWriter::writeText(const QString &text)
 {
-    writeCount(static_cast<quint64>(text.size()));
-    m_bytes.append(reinterpret_cast<const char *>(text.constData()), text.size() * CharBytes);
+    // Most texts are addresses: one byte for each character does, unless one needs two.
+    const auto *const characters = reinterpret_cast<const ushort *>(text.constData());
+    const int size = text.size();
+    ushort all = 0;
+    for (int i = 0; i < size; ++i)
+        all |= characters[i];
+    const bool isNarrow = all < 0x100;
+    writeCount(static_cast<quint64>(size) << 1 | (isNarrow ? 1 : 0));
+    if (!isNarrow) {
+        std::memcpy(grow(size * CharBytes), characters, static_cast<std::size_t>(size) * CharBytes);
+        return;
+    }
+    char *const narrow = grow(size);
+    for (int i = 0; i < size; ++i)
+        narrow[i] = static_cast<char>(characters[i]);
 }
 
 void WireWriter::writeBytes(const QByteArray &bytes)
@@ -119,12 +145,35 @@ void WireWriter::writeHash(const QVariantHash &hash)
 
 void WireWriter::writeKey(const QString &key)
 {
-    const int known = m_keys.value(key);
-    writeCount(static_cast<quint64>(known));
-    if (known > 0)
+    // Most keys are few texts that live as long as the process.
+    const auto address = reinterpret_cast<quintptr>(key.constData());
+    RecentKey &recent = m_recentKeys[(address >> 4) % m_recentKeys.size()];
+    if (recent.address == address && m_temporaries == 0)
+        return writeCount(static_cast<quint64>(recent.number));
+    int &number = m_keys[key];
+    const bool isNew = number == 0;
+    if (isNew)
+        number = m_keys.size();
+    if (m_temporaries == 0)
+        recent = {address, number};
+    writeCount(isNew ? 0 : static_cast<quint64>(number));
+    if (isNew)
+        writeText(key);
+}
+
+void WireWriter::writeSharedText(const QString &text)
+{
+    if (m_temporaries > 0 || text.isDetached() || text.isEmpty()) {
+        writeCount(0);
+        writeText(text);
         return;
-    m_keys.insert(key, m_keys.size() + 1);
-    writeText(key);
+    }
+    int &number = m_texts[text.constData()];
+    if (number > 0)
+        return writeCount(static_cast<quint64>(number) + 1);
+    number = m_texts.size();
+    writeCount(1);
+    writeText(text);
 }
 
 template <class Map>
@@ -160,12 +209,12 @@ void WireWriter::writeVariant(const QVariant &value)
     case QMetaType::Double: {
         const double number = value.toDouble();
         writeTag(Tag::Double);
-        m_bytes.append(reinterpret_cast<const char *>(&number), sizeof number);
+        std::memcpy(grow(sizeof number), &number, sizeof number);
         return;
     }
     case QMetaType::QString:
         writeTag(Tag::Text);
-        return writeText(*static_cast<const QString *>(value.constData()));
+        return writeSharedText(*static_cast<const QString *>(value.constData()));
     case QMetaType::QByteArray:
         writeTag(Tag::Bytes);
         return writeBytes(value.toByteArray());
@@ -198,7 +247,9 @@ void WireWriter::writeVariant(const QVariant &value)
     } else if (QMetaType::hasRegisteredConverterFunction(
                    value.userType(), QMetaType::QVariantHash)) {
         writeTag(Tag::Hash);
+        ++m_temporaries;
         writeEntries(value.value<QVariantHash>());
+        --m_temporaries;
     } else {
         writeTag(Tag::Null);
     }
@@ -255,10 +306,20 @@ int WireReader::readSize(int least)
 
 QString WireReader::readText()
 {
-    const int size = readSize(CharBytes);
-    QString text(size, Qt::Uninitialized);
-    std::memcpy(text.data(), m_next, static_cast<std::size_t>(size) * CharBytes);
-    m_next += size * CharBytes;
+    const quint64 code = readCount();
+    const bool isNarrow = (code & 1) != 0;
+    const quint64 size = code >> 1;
+    if (size > static_cast<quint64>(left() / (isNarrow ? 1 : CharBytes))) {
+        fail();
+        return QString();
+    }
+    const int length = static_cast<int>(size);
+    const char *const characters = m_next;
+    m_next += isNarrow ? length : length * CharBytes;
+    if (isNarrow)
+        return QString::fromLatin1(characters, length);
+    QString text(length, Qt::Uninitialized);
+    std::memcpy(text.data(), characters, static_cast<std::size_t>(length) * CharBytes);
     return text;
 }
 
@@ -301,10 +362,13 @@ TrString WireReader::readTrString()
     const int size = kind == WithArguments ? readSize(3) : 0;
     for (int i = 0; i < size && m_ok; ++i) {
         const QString value = readText();
-        const int width = static_cast<int>(readInt());
-        arguments.append(TrArg(value, width, QChar(static_cast<ushort>(readCount()))));
+        const qint64 width = readInt();
+        if (width < -MaxFieldWidth || width > MaxFieldWidth)
+            fail();
+        arguments.append(
+            TrArg(value, static_cast<int>(width), QChar(static_cast<ushort>(readCount()))));
     }
-    return TrString(context, sourceText, disambiguation, count, arguments);
+    return m_ok ? TrString(context, sourceText, disambiguation, count, arguments) : TrString();
 }
 
 QVariantHash WireReader::readHash()
@@ -324,6 +388,22 @@ QString WireReader::readKey()
         return QString();
     }
     return m_keys.at(static_cast<int>(known) - 1);
+}
+
+QString WireReader::readSharedText()
+{
+    const quint64 code = readCount();
+    if (code == 0)
+        return readText();
+    if (code == 1) {
+        m_texts.append(readText());
+        return m_texts.last();
+    }
+    if (code - 1 > static_cast<quint64>(m_texts.size())) {
+        fail();
+        return QString();
+    }
+    return m_texts.at(static_cast<int>(code) - 2);
 }
 
 bool WireReader::enter()
@@ -400,7 +480,7 @@ QVariant WireReader::readTagged(quint8 tag)
         return number;
     }
     case Tag::Text:
-        return readText();
+        return readSharedText();
     case Tag::Bytes:
         return readBytes();
     case Tag::Texts:

@@ -10,6 +10,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include <array>
+
 /// \file
 /// Values as bytes, for the connection between processes of one machine: tagged, in the machine's
 /// own byte order, every length in front of what it counts. The bytes of a value come from the
@@ -42,12 +44,22 @@ public:
 private:
     void writeTag(quint8 tag) { writeByte(tag); }
     void writeKey(const QString &key);
+    void writeSharedText(const QString &text);
     template <class Map>
     void writeEntries(const Map &map);
+    char *grow(int size);
 
     QByteArray m_bytes;
-    /// Keys come again and again: each is written once, then by its number.
+    /// Keys come again and again: each is written once, then by its number. The same goes for texts
+    /// that are one text in memory, which is where the rows of a screen have them from.
     QHash<QString, int> m_keys;
+    QHash<const QChar *, int> m_texts;
+    struct RecentKey {
+        quintptr address = 0;
+        int number = 0;
+    };
+    std::array<RecentKey, 64> m_recentKeys;
+    int m_temporaries = 0; ///< what is written now is gone afterwards: its address means nothing
 };
 
 /// Reads what a WireWriter wrote, in the same order. After the first thing that cannot be read
@@ -85,6 +97,7 @@ private:
     int readSize(int least);
     bool enter();
     QString readKey();
+    QString readSharedText();
     QVariant readTagged(quint8 tag);
     QVariantList readList();
     template <class Map>
@@ -96,4 +109,5 @@ private:
     int m_depth = 0;
     int m_values = 0;
     QVector<QString> m_keys;
+    QVector<QString> m_texts;
 };

@@ -1,0 +1,71 @@
+#include "bench/Answers.h"
+#include "bench/Latency.h"
+#include "bench/Plugin.h"
+#include "worker/link/Message.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+/// The answer to a request for every row of a screen of a megabyte.
+AnswerMessage longAnswer()
+{
+    PluginOnThread plugin;
+    const auto reply = std::make_shared<CMReplyData<QVariant>>();
+    CMRoot()->request(
+        CMGetRowsRequest(CMPath::fromEncoded(QStringLiteral("TuneIn:browse/uri/Browse.ashx?id=g1")),
+            pageRoles(), 0, 9999, CMReply<QVariant>(reply)));
+    AnswerMessage message;
+    message.id = 1;
+    message.value = reply->value();
+    return message;
+}
+
+void writeLongAnswer(benchmark::State &state)
+{
+    const AnswerMessage answer = longAnswer();
+    int size = 0;
+    for (auto _ : state)
+        size = encode(answer).size();
+    state.counters["bytes"] = size;
+}
+
+void readLongAnswer(benchmark::State &state)
+{
+    const QByteArray payload = encode(longAnswer());
+    for (auto _ : state) {
+        const auto answer = decode<AnswerMessage>(payload);
+        if (!answer)
+            state.SkipWithError("the answer cannot be read");
+    }
+}
+
+/// A question that the worker answers at once, there and back.
+void measurePing(benchmark::State &state)
+{
+    const CMPath root(QStringLiteral("TuneIn"), QString());
+    measureLatency(state, [&root] {
+        const auto reply = std::make_shared<CMReplyData<QVariant>>();
+        CMRoot()->request(CMSetDataRequest(root, CMPingRole(), 1, CMReply<QVariant>(reply)));
+        reply->waitForFinished();
+    });
+}
+
+void ping(benchmark::State &state)
+{
+    PluginOnThread plugin;
+    measurePing(state);
+}
+
+void pingWorker(benchmark::State &state)
+{
+    PluginInProcess plugin;
+    measurePing(state);
+}
+
+BENCHMARK(ping)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(pingWorker)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(writeLongAnswer)->Unit(benchmark::kMillisecond);
+BENCHMARK(readLongAnswer)->Unit(benchmark::kMillisecond);
+
+} // namespace
