@@ -2,7 +2,7 @@
 
 #include "api/core/vesk.h"
 
-#include <QElapsedTimer>
+#include <QDeadlineTimer>
 
 #include <cerrno>
 #include <cstring>
@@ -155,8 +155,7 @@ void Channel::start(Handler handler)
 
 QByteArray Channel::receiveOne(int milliseconds)
 {
-    QElapsedTimer elapsed;
-    elapsed.start();
+    const QDeadlineTimer deadline(milliseconds);
     QByteArray payload;
     const auto take = [&payload](const QByteArray &received) {
         payload = QByteArray(received.constData(), received.size()); // it is this channel's place
@@ -164,8 +163,8 @@ QByteArray Channel::receiveOne(int milliseconds)
     };
     m_handler.take = take;
     pollfd descriptor {m_sender->d->socket, POLLIN, 0};
-    while (payload.isEmpty() && !elapsed.hasExpired(milliseconds)) {
-        const int left = milliseconds - static_cast<int>(elapsed.elapsed());
+    while (payload.isEmpty() && !deadline.hasExpired()) {
+        const auto left = static_cast<int>(deadline.remainingTime());
         if (::poll(&descriptor, 1, left) < 0 && !isTransient(errno))
             break;
         if (descriptor.revents != 0 && fill() == Progress::Ended)
