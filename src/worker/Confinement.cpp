@@ -1,8 +1,10 @@
 #include "worker/Confinement.h"
 
+#include <linux/capability.h>
 #include <linux/landlock.h>
 #include <seccomp.h>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -10,6 +12,7 @@
 #include <memory>
 #include <sched.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -44,6 +47,15 @@ void limitResources()
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
     limit(RLIMIT_DATA, MemoryBytes); // sanitizers map terabytes of it
 #endif
+}
+
+/// What the administrator's account may do beyond what a file's or process's owner may.
+QString dropCapabilities()
+{
+    __user_cap_header_struct header {_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3] = {};
+    return ::syscall(SYS_capset, &header, none) == 0 ? QString()
+                                                     : problem("capabilities are kept", errno);
 }
 
 // Files: Landlock (Linux 5.13 and later). The C library has no wrappers.
@@ -122,7 +134,7 @@ constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
 /// Calls that do no harm with whatever arguments.
 constexpr const char *HarmlessCalls[] = {
     // memory
-    "brk", "madvise", "mmap", "mprotect", "mremap", "munmap",
+    "brk", "madvise", "mprotect", "mremap", "munmap",
     // threads and signals
     "arch_prctl", "exit", "exit_group", "futex", "futex_waitv", "get_robust_list", "getcpu",
     "getpid", "getppid", "gettid", "membarrier", "restart_syscall", "rseq", "rt_sigaction",
@@ -145,6 +157,18 @@ constexpr const char *HarmlessCalls[] = {
     "getegid", "geteuid", "getgid", "getrandom", "getrlimit", "getrusage", "getuid", "sysinfo",
     "uname"};
 
+/// That an argument, counted from 0, is \a value.
+scmp_arg_cmp equals(unsigned argument, scmp_datum_t value)
+{
+    return {argument, SCMP_CMP_EQ, value, 0};
+}
+
+/// That an argument's bits in \a mask are those of \a value.
+scmp_arg_cmp masked(unsigned argument, scmp_datum_t mask, scmp_datum_t value)
+{
+    return {argument, SCMP_CMP_MASKED_EQ, mask, value};
+}
+
 class CallFilter {
 public:
     CallFilter()
@@ -160,9 +184,9 @@ public:
         const int number = ::seccomp_syscall_resolve_name(name);
         if (number == __NR_SCMP_ERROR)
             return; // not on this architecture
-        const scmp_arg_cmp all[sizeof...(conditions) + 1] = {conditions...};
+        const std::array<scmp_arg_cmp, sizeof...(conditions)> all {conditions...};
         ::seccomp_rule_add_array(
-            m_context.get(), SCMP_ACT_ALLOW, number, sizeof...(conditions), all);
+            m_context.get(), SCMP_ACT_ALLOW, number, static_cast<unsigned>(all.size()), all.data());
     }
 
     /// The C library does without when a call is not there at all.
@@ -186,27 +210,30 @@ QString confineCalls()
         return QStringLiteral("system calls are not confined");
     for (const char *call : HarmlessCalls)
         filter.allow(call);
+    // Memory that several could share is what no limit counts.
+    for (const scmp_datum_t flags :
+        {scmp_datum_t(0), scmp_datum_t(MAP_SHARED), scmp_datum_t(MAP_ANONYMOUS)})
+        filter.allow("mmap", masked(3, MAP_SHARED | MAP_ANONYMOUS, flags));
     // Threads, but no processes; clone3 hides what it is for behind a pointer.
     filter.pretendMissing("clone3");
-    filter.allow("clone", SCMP_A0(SCMP_CMP_MASKED_EQ, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
-    filter.allow("tgkill", SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(::getpid())));
+    filter.allow("clone", masked(0, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
+    filter.allow("tgkill", equals(0, static_cast<scmp_datum_t>(::getpid())));
     for (const scmp_datum_t option : {scmp_datum_t(PR_SET_NAME), scmp_datum_t(PR_GET_NAME),
              scmp_datum_t(PR_GET_DUMPABLE), NameOfMemory})
-        filter.allow("prctl", SCMP_A0(SCMP_CMP_EQ, option));
-    filter.allow("prlimit64", SCMP_A2(SCMP_CMP_EQ, 0)); // asking only
-    filter.allow("open", SCMP_A1(SCMP_CMP_MASKED_EQ, WritingFlags, 0));
-    filter.allow("openat", SCMP_A2(SCMP_CMP_MASKED_EQ, WritingFlags, 0));
+        filter.allow("prctl", equals(0, option));
+    filter.allow("prlimit64", equals(2, 0)); // asking only
+    filter.allow("open", masked(1, WritingFlags, 0));
+    filter.allow("openat", masked(2, WritingFlags, 0));
     filter.pretendMissing("openat2");
     for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
-        filter.allow("socket", SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(family)));
+        filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
     // Only a stream's end cannot be turned to others' sockets.
-    filter.allow("socketpair", SCMP_A0(SCMP_CMP_EQ, AF_UNIX),
-        SCMP_A1(SCMP_CMP_MASKED_EQ, TypeOfSocket, SOCK_STREAM));
+    filter.allow("socketpair", equals(0, AF_UNIX), masked(1, TypeOfSocket, SOCK_STREAM));
     // Not F_SETOWN and F_SETSIG, which have the kernel send any signal to any process.
     for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL})
-        filter.allow("fcntl", SCMP_A1(SCMP_CMP_EQ, static_cast<scmp_datum_t>(command)));
+        filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
     for (const unsigned long request : {FIONREAD, FIONBIO, FIOCLEX, TCGETS, TIOCGWINSZ})
-        filter.allow("ioctl", SCMP_A1(SCMP_CMP_EQ, request));
+        filter.allow("ioctl", equals(1, request));
     const int error = filter.load();
     return error == 0 ? QString() : problem("system calls are not confined (seccomp)", error);
 }
@@ -224,6 +251,7 @@ QStringList confineProcess(const QList<QByteArray> &readable)
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0)
         note(problem("new privileges are not ruled out", errno));
     note(confineFiles(readable));
+    note(dropCapabilities());
     note(confineCalls());
     return missing;
 }

@@ -29,15 +29,18 @@ TEST(HostCommandLineTest, HasDefaults)
     EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line.options.logLevel, QStringLiteral("info"));
     EXPECT_TRUE(line.options.plugins.isEmpty());
+    EXPECT_FALSE(line.options.inProcess);
+    EXPECT_EQ(line.options.restartWait, std::chrono::seconds(30));
 }
 
 TEST(HostCommandLineTest, ReadsEveryOption)
 {
-    const HostCommandLine line = parse(
-        words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
-              "--set settings:tunein/partnerId=a=b --set network:connected=true "
-              "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
-              "--ca-file ca.pem --audio wav:out.wav --state-dir s --log-level trace --log-file l"));
+    const HostCommandLine line
+        = parse(words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
+                      "--set settings:tunein/partnerId=a=b --set network:connected=true "
+                      "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
+                      "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
+                      "--state-dir s --log-level trace --log-file l"));
     ASSERT_TRUE(line.run) << line.text.toStdString();
     const HostOptions &options = line.options;
     ASSERT_EQ(options.plugins.size(), 2);
@@ -53,6 +56,8 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     EXPECT_EQ(options.caFile, QStringLiteral("ca.pem"));
     EXPECT_EQ(options.audio.kind, AudioOutputSpec::Wav);
     EXPECT_EQ(options.audio.file, QStringLiteral("out.wav"));
+    EXPECT_TRUE(options.inProcess);
+    EXPECT_EQ(options.restartWait, std::chrono::milliseconds(500));
     EXPECT_EQ(options.stateFolder, QStringLiteral("s"));
     EXPECT_EQ(options.logLevel, QStringLiteral("trace"));
     EXPECT_EQ(options.logFile, QStringLiteral("l"));
@@ -86,7 +91,8 @@ INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
         "--set settings:tunein/enabledFixItWizard=maybe", "--set =x", "--set network:connected=",
         "--connect-to a", "--connect-to a:1:b", "--connect-to a:1:b:2:3", "--connect-to a:x:b:1",
         "--audio loud", "--audio wav:", "--log-level verbose", "--log-level INFO",
-        "--config /nonexistent/file", "--plugin a.so b.so"));
+        "--restart-wait soon", "--restart-wait -1", "--restart-wait nan", "--restart-wait 3601",
+        "--in-process=2", "--config /nonexistent/file", "--plugin a.so b.so"));
 
 TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
 {
@@ -122,7 +128,7 @@ const char WholeConfig[] = R"({
     "listen": "localhost:1234",
     "values": {"settings:tunein/partnerId": "file", "network:connected": true},
     "connectTo": ["a:80:b:81"],
-    "audio": "null", "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "caFile": "ca"
+    "audio": "null", "inProcess": true, "restartWait": 0, "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "caFile": "ca"
 })";
 
 TEST_F(HostConfigFileTest, GivesTheSameOptions)
@@ -140,6 +146,8 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.connectTo, QStringList {QStringLiteral("a:80:b:81")});
     EXPECT_EQ(options.audio.kind, AudioOutputSpec::Null);
     EXPECT_EQ(options.stateFolder, m_folder.filePath(QStringLiteral("state")));
+    EXPECT_TRUE(options.inProcess);
+    EXPECT_EQ(options.restartWait, std::chrono::seconds(0));
     EXPECT_EQ(options.logLevel, QStringLiteral("warn"));
     EXPECT_EQ(options.logFile, QStringLiteral("/log"));
     EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
@@ -164,7 +172,8 @@ TEST_F(HostConfigFileTest, WhatItSaysWrongIsBadUsage)
              "{\"plugins\": \"a.so\"}", "{\"plugins\": [5]}", "{\"plugins\": [{}]}",
              "{\"values\": []}", "{\"values\": {\"settings:nothing\": 1}}",
              "{\"values\": {\"network:connected\": \"perhaps\"}}", "{\"connectTo\": [\"a\"]}",
-             "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}"}) {
+             "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}", "{\"inProcess\": 1}",
+             "{\"restartWait\": -1}", "{\"restartWait\": \"soon\"}"}) {
         const HostCommandLine line = parseWith(content);
         EXPECT_FALSE(line.run) << content;
         EXPECT_EQ(line.status, 2) << content;

@@ -161,11 +161,13 @@ TEST_F(ConfinementTest, GetsNoPrivileges)
     const int process = attempt("pid");
     EXPECT_EQ(statusOf(process, "NoNewPrivs"), "1");
     EXPECT_EQ(statusOf(process, "Seccomp"), "2") << "a filter";
+    for (const char *set : {"CapEff", "CapPrm", "CapInh"})
+        EXPECT_EQ(statusOf(process, set), "0000000000000000") << set;
 }
 
 TEST_F(ConfinementTest, OpensNoSocketsButToTheInternet)
 {
-    for (const char *deed : {"local", "packet", "listen"})
+    for (const char *deed : {"local", "raw", "packet", "listen"})
         EXPECT_EQ(attempt(deed), EPERM) << deed;
 }
 
@@ -194,6 +196,7 @@ TEST_F(ConfinementTest, HasAFairShareOfDescriptors)
 TEST_F(ConfinementTest, HasAFairShareOfMemory)
 {
     EXPECT_EQ(attempt("memory"), ENOMEM);
+    EXPECT_EQ(attempt("sharedmemory"), EPERM) << "which no limit counts";
 }
 #endif
 

@@ -5,6 +5,15 @@
 
 #include <algorithm>
 
+namespace {
+
+QString takenText()
+{
+    return QStringLiteral("another plug-in serves the same paths");
+}
+
+} // namespace
+
 RemoteWorker::RemoteWorker(QObject *parent)
     : CMAbstractWorker(parent)
 {
@@ -112,6 +121,8 @@ QString RemoteWorker::takeRoute(const RouteMessage &message)
     const CMPath &route = message.path;
     if (route.isEmpty())
         return QStringLiteral("a route to nowhere");
+    CMRootWorker *root = CMRoot();
+    const bool isPrefix = route.base().isEmpty();
     {
         const std::lock_guard<std::mutex> lock(m_heldMutex);
         const bool isKnown = m_routes.count(route) != 0;
@@ -119,16 +130,19 @@ QString RemoteWorker::takeRoute(const RouteMessage &message)
             return {}; // of an earlier process
         if (message.added && m_routes.size() >= MaxRoutes)
             return QStringLiteral("more than %1 routes").arg(MaxRoutes);
-        if (message.added)
-            m_routes.insert(route);
-        else
+        if (!message.added) {
             m_routes.erase(route);
+        } else {
+            // A plug-in answers for itself, not for the host or another one.
+            const bool isOwn = m_routes.count(CMPath(route.prefix(), QString())) != 0;
+            if (!isOwn && root->prefixes().contains(route.prefix()))
+                return takenText();
+            m_routes.insert(route);
+        }
     }
-    CMRootWorker *root = CMRoot();
-    const bool isPrefix = route.base().isEmpty();
     if (message.added && isPrefix)
-        root->addWorker(route.prefix(), this);
-    else if (message.added)
+        return root->addWorker(route.prefix(), this) ? QString() : takenText();
+    if (message.added)
         root->addForeignPath(route, this);
     else if (isPrefix)
         root->removePrefix(route.prefix(), this);

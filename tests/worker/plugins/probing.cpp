@@ -88,11 +88,12 @@ int trySignalOfFile()
     return outcome(::fcntl(sockets[0], F_SETOWN, ::getppid()));
 }
 
-int tryMemory()
+/// Memory that is \a kind of mmap's.
+int tryMemory(int kind)
 {
     constexpr std::size_t Bytes = 1024UL * 1024 * 1024;
     void *const memory
-        = ::mmap(nullptr, Bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        = ::mmap(nullptr, Bytes, PROT_READ | PROT_WRITE, kind | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
         return errno;
     ::munmap(memory, Bytes);
@@ -186,9 +187,11 @@ const QMap<QString, Deed> &deeds()
         {QStringLiteral("survive"), call(SYS_prctl, PR_SET_PDEATHSIG, 0, 0, 0, 0)},
         {QStringLiteral("corelimit"), [](auto &) { return raiseLimit(RLIMIT_CORE); }},
         {QStringLiteral("memorylimit"), [](auto &) { return raiseLimit(RLIMIT_DATA); }},
-        {QStringLiteral("memory"), [](auto &) { return tryMemory(); }},
+        {QStringLiteral("memory"), [](auto &) { return tryMemory(MAP_PRIVATE); }},
+        {QStringLiteral("sharedmemory"), [](auto &) { return tryMemory(MAP_SHARED); }},
         // sockets
         {QStringLiteral("local"), call(SYS_socket, AF_UNIX, SOCK_STREAM, 0)},
+        {QStringLiteral("raw"), call(SYS_socket, AF_INET, SOCK_RAW, IPPROTO_ICMP)},
         {QStringLiteral("packet"), call(SYS_socket, AF_PACKET, SOCK_RAW, 0)},
         {QStringLiteral("listen"), [](auto &) { return tryListen(); }},
         {QStringLiteral("datagram"), [](auto &file) { return tryDatagram(file); }},
