@@ -54,8 +54,10 @@ if(VESK_BUILD_FUZZERS)
 endif()
 
 # vesk_test(NAME SOURCES... [LIBRARIES ...]): one GoogleTest program whose cases CTest runs one by one.
+# IN_PROCESS: it starts hosts, so that its cases run a second time with plug-ins in the hosts' own
+# process, but for those that the patterns after NOT_IN_PROCESS name.
 function(vesk_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+    cmake_parse_arguments(arg "IN_PROCESS" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -63,4 +65,10 @@ function(vesk_test name)
         set(arg_TIMEOUT 120)
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+    if(arg_IN_PROCESS)
+        list(JOIN arg_NOT_IN_PROCESS ":" without)
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+            TEST_PREFIX InProcess. TEST_LIST ${name}_IN_PROCESS_TESTS TEST_FILTER "-${without}"
+            PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} ENVIRONMENT VESK_TEST_IN_PROCESS=1)
+    endif()
 endfunction()

@@ -12,6 +12,8 @@ HostProcess::HostProcess(const QString &program, const QStringList &arguments)
     QStringList all = arguments;
     if (!all.contains(QStringLiteral("--listen")))
         all += {QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0")};
+    if (qEnvironmentVariableIsSet("VESK_TEST_IN_PROCESS"))
+        all += QStringLiteral("--in-process");
     m_process.start(program, all);
 
     const QByteArray announcement = "vesk-host: ready at ";

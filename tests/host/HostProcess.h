@@ -6,7 +6,8 @@
 #include <QTemporaryDir>
 
 /// The host as a process of its own, on a free port, with a state folder of its own and nothing of
-/// the test's environment that it would read. Ended, if need be by force, with this object.
+/// the test's environment that it would read. Ended, if need be by force, with this object. With
+/// VESK_TEST_IN_PROCESS in the environment plug-ins run in its process.
 class HostProcess {
 public:
     /// Runs \a program until it says that it is ready, or ends; gives up after 30 seconds.

@@ -1,7 +1,5 @@
-#include "tests/support/Ear.h"
-#include "tests/system/Product.h"
+#include "tests/system/PlayFixture.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QThread>
@@ -10,96 +8,12 @@
 
 namespace {
 
-constexpr int PollMs = 25;
-
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
 }
 
-/// What the player said it did, over some time.
-struct Watched {
-    int longestBreakMs = 0; ///< while it was not playing
-    int lastState = -1;
-    QString error;
-};
-
-class PlaySystem : public testing::Test {
-protected:
-    PlaySystem()
-        : wav(folder.filePath(text("out.wav")))
-        , product({text("--audio"), text("wav:") + wav})
-    {
-    }
-    void SetUp() override { ASSERT_TRUE(product.isUp()); }
-
-    /// Plays the first station that a search finds.
-    QVariantHash play(const QString &search, int row = 0)
-    {
-        return product.rpc(text("player.play"),
-            {{text("screen"), text("TuneIn:browse/uri/Search.ashx?query=") + search},
-                {text("row"), row}});
-    }
-    QVariantHash state()
-    {
-        return product.rpc(text("player.state"), {}).value(text("result")).toHash();
-    }
-    bool waitForState(int wanted, int milliseconds = 20000)
-    {
-        QElapsedTimer clock;
-        clock.start();
-        while (state().value(text("state")).toInt() != wanted) {
-            if (clock.elapsed() > milliseconds)
-                return false;
-            QThread::msleep(PollMs);
-        }
-        return true;
-    }
-    void command(const char *method)
-    {
-        EXPECT_FALSE(product.rpc(text(method), {}).contains(text("error"))) << method;
-    }
-    Watched watch(int milliseconds)
-    {
-        Watched watched;
-        QElapsedTimer clock;
-        clock.start();
-        qint64 lastPlaying = 0;
-        while (clock.elapsed() < milliseconds) {
-            const QVariantHash now = state();
-            watched.lastState = now.value(text("state")).toInt();
-            watched.error = now.value(text("error")).toString();
-            if (watched.lastState == 2)
-                lastPlaying = clock.elapsed();
-            watched.longestBreakMs
-                = qMax(watched.longestBreakMs, static_cast<int>(clock.elapsed() - lastPlaying));
-            QThread::msleep(PollMs);
-        }
-        return watched;
-    }
-    ear::Sound heard() const
-    {
-        QFile file(wav);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return ear::decoded(file.readAll().toStdString());
-    }
-    /// What the n-th stream of a station sounds like.
-    std::vector<double> melody(const QString &id, int stream = 0)
-    {
-        const QVariantList streams
-            = product.directory(text("/_tunes?id=") + id).value(text("streams")).toList();
-        std::vector<double> notes;
-        const QVariantList values = streams.value(stream).toHash().value(text("notes")).toList();
-        for (const QVariant &note : values)
-            notes.push_back(note.toDouble());
-        return notes;
-    }
-    QStringList requests(const char *page) const { return product.requestLog().filter(text(page)); }
-
-    QTemporaryDir folder;
-    const QString wav;
-    Product product;
-};
+class PlaySystem : public PlayFixture { };
 
 TEST_F(PlaySystem, aStationFromTheListSoundsLikeItself)
 {
@@ -259,6 +173,7 @@ TEST_F(PlaySystem, aStreamThatStallsIsNoticedWithinTenSecondsAndComesBack)
     ASSERT_TRUE(product.waitForRequests(text("/stream/"), 2, 10000));
     EXPECT_LE(clock.elapsed(), 10000);
     ASSERT_TRUE(waitForState(2));
+    EXPECT_TRUE(isHeard());
     EXPECT_EQ(watch(3000).lastState, 2);
 }
 
@@ -270,6 +185,7 @@ TEST_F(PlaySystem, aStreamThatIsRefusedThreeTimesComesBack)
     product.setFault("stream-close@/stream/:0*1");
     ASSERT_TRUE(product.waitForRequests(text("/stream/"), 5, 30000));
     ASSERT_TRUE(waitForState(2));
+    EXPECT_TRUE(isHeard());
     EXPECT_EQ(watch(2000).lastState, 2);
 }
 
@@ -281,35 +197,10 @@ TEST_F(PlaySystem, aServerThatIsAwayForTwentySecondsComesBack)
     product.setFault("down:20");
     ASSERT_TRUE(waitForState(1, 15000));
     ASSERT_TRUE(waitForState(2, 60000));
+    EXPECT_TRUE(isHeard());
     const Watched watched = watch(2000);
     EXPECT_EQ(watched.lastState, 2);
     EXPECT_EQ(watched.error, QString());
-}
-
-/// Threads, descriptors and resident kilobytes of a process.
-struct Footprint {
-    int threads = 0;
-    int descriptors = 0;
-    int kilobytes = 0;
-};
-
-Footprint footprint(qint64 pid)
-{
-    const QString folder = QStringLiteral("/proc/%1/").arg(pid);
-    Footprint footprint;
-    footprint.descriptors = QDir(folder + text("fd"))
-                                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
-                                .size();
-    QFile status(folder + text("status"));
-    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
-    const QList<QByteArray> lines = status.readAll().split('\n');
-    for (const QByteArray &line : lines) {
-        if (line.startsWith("Threads:"))
-            footprint.threads = line.mid(8).trimmed().toInt();
-        else if (line.startsWith("VmRSS:"))
-            footprint.kilobytes = line.mid(6).trimmed().split(' ').first().toInt();
-    }
-    return footprint;
 }
 
 TEST_F(PlaySystem, fiveHundredSwitchesLeaveNothingBehind)
@@ -321,7 +212,7 @@ TEST_F(PlaySystem, fiveHundredSwitchesLeaveNothingBehind)
     const auto settled = [this] {
         command("player.stop");
         EXPECT_TRUE(waitForState(0));
-        return footprint(product.host().processId());
+        return Footprint::of(product.host().processId());
     };
     for (int i = 0; i < 100; ++i)
         switchTo(i);

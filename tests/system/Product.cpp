@@ -154,6 +154,8 @@ bool Product::startHost()
     };
     if (!m_hostArguments.contains(QStringLiteral("--log-level")))
         arguments += {QStringLiteral("--log-level"), QStringLiteral("error")};
+    if (qEnvironmentVariableIsSet("VESK_TEST_IN_PROCESS"))
+        arguments += QStringLiteral("--in-process");
     m_host.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     m_host.start(program("vesk-host"), arguments + m_hostArguments);
     m_hostUrl = readyAddress(m_host);

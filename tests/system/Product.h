@@ -24,7 +24,7 @@ struct DirectoryTls {
 };
 
 /// The local directory and a host that is connected to it, each a process of its own on a free
-/// port.
+/// port. With VESK_TEST_IN_PROCESS in the environment the host's plug-ins run in its process.
 class Product {
 public:
     /// \a hostArguments are added to the host's. With \a tls the host reaches the directory over
@@ -39,7 +39,7 @@ public:
     QString serial() const;
     QString directoryAddress() const { return m_directoryAddress; }
     QString stateDir() const;
-    QProcess &host() { return m_host; }
+    const QProcess &host() const { return m_host; }
 
     /// Runs veskctl against the host; it reads \a input.
     Outcome ctl(const QStringList &arguments, const QByteArray &input = {}) const;

@@ -75,6 +75,8 @@ private:
     std::deque<GstBuffer *> m_waiting;
     GstClockTime m_waitingTime = 0;
     GstClockTime m_end = 0; ///< running time at which what is in the pipeline ends
+    bool m_running = false;
+    GstClockTime m_reached = 0; ///< running time at which it was halted
     bool m_refuse = false;
     bool m_closed = false;
     bool m_finishing = false;
@@ -219,10 +221,15 @@ void AudioOutput::Pipeline::onHungry(GstAppSrc *, guint, gpointer self)
     pipeline->feed();
 }
 
+/// The pipeline's own time goes on in a pause, and is the machine's while it is being set going.
 GstClockTime AudioOutput::Pipeline::now() const
 {
+    GstState state = GST_STATE_NULL;
+    gst_element_get_state(m_pipeline.get(), &state, nullptr, 0);
+    if (!m_running || state != GST_STATE_PLAYING)
+        return m_reached;
     const GstClockTime time = gst_element_get_current_running_time(m_pipeline.get());
-    return time == GST_CLOCK_TIME_NONE ? 0 : time;
+    return time == GST_CLOCK_TIME_NONE ? m_reached : time;
 }
 
 GstClockTime AudioOutput::Pipeline::aheadInPipeline() const
@@ -263,7 +270,16 @@ void AudioOutput::Pipeline::refuse(bool refuse)
 
 void AudioOutput::Pipeline::setRunning(bool running)
 {
+    if (!running) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_reached = now();
+        m_running = false;
+    }
     gst_element_set_state(m_pipeline.get(), running ? GST_STATE_PLAYING : GST_STATE_PAUSED);
+    if (running) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_running = true;
+    }
 }
 
 void AudioOutput::Pipeline::close()

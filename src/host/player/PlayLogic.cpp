@@ -149,7 +149,7 @@ CMError PlayLogic::pause()
         return {};
     m_player->pause();
     // A pause in the middle of a reconnect, or right after a resume.
-    if (m_posted != VeskPlayLogicState::playing)
+    if (m_posted != VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::paused)
         post(VeskPlayLogicState::playing);
     setState(VeskPlayLogicState::paused);
     return {};
@@ -255,11 +255,15 @@ CMPath PlayLogic::stateChangePath() const
     return m_roles.mediaData().metaData().playbackStateChangePath();
 }
 
+void PlayLogic::forgetPosts()
+{
+    m_posted = VeskPlayLogicState::stopped;
+}
+
 void PlayLogic::postAgain()
 {
     // To one who knows of no playing, a pause or a stop would end a time that never began.
-    m_posted = VeskPlayLogicState::stopped;
-    if (m_state == VeskPlayLogicState::playing)
+    if (m_state == VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::playing)
         post(VeskPlayLogicState::playing);
 }
 

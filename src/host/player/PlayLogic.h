@@ -41,7 +41,9 @@ public:
 
     /// Where what happens to the present play is posted; empty when nobody wants to know.
     CMPath stateChangePath() const;
-    /// Whoever is told has begun anew: posts what it has to know.
+    /// Whoever was told is gone: what is posted from now on reaches one that knows nothing.
+    void forgetPosts();
+    /// The new one is there: posts what it has to know, unless it was posted to it already.
     void postAgain();
     /// Whether somebody still works on what was posted; postsAnswered() tells when nobody does.
     bool hasUnansweredPosts() const { return m_unanswered > 0; }

@@ -6,6 +6,7 @@
 
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cmath>
@@ -51,6 +52,13 @@ protected:
         for (int i = 0; taken && i < tenths; ++i)
             taken = output->write(Format, tone(frequency, m_written++));
         return taken;
+    }
+    /// Whether a fifth of a second comes to be heard within half a second.
+    bool isHeard() const
+    {
+        constexpr qint64 fifth = Format.rate * Format.channels * qint64(sizeof(qint16)) / 5;
+        const qint64 before = QFileInfo(file()).size();
+        return spinUntil([&] { return QFileInfo(file()).size() >= before + fifth; }, 500);
     }
     ear::Sound heard() const
     {
@@ -111,6 +119,69 @@ TEST_F(AudioOutputTest, pausesByItselfWhenItRunsDryAndSkipsNothing)
     output->close();
     EXPECT_EQ(changes, "asas");
     EXPECT_NEAR(heard().seconds(), 2.5, 0.05);
+}
+
+TEST_F(AudioOutputTest, isHeardAtOnceAfterItRanDry)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(5));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    ASSERT_TRUE(spinUntil([this] { return !output->isAudible(); }));
+    spinUntil([] { return false; }, 1500);
+    EXPECT_TRUE(write(30));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    EXPECT_TRUE(isHeard());
+}
+
+TEST_F(AudioOutputTest, isHeardAtOnceAfterAPauseThatForgets)
+{
+    open(AudioOutputSpec::Wav);
+    EXPECT_TRUE(write(20));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    output->pause();
+    output->flush();
+    spinUntil([] { return false; }, 1500);
+    output->resume();
+    EXPECT_TRUE(write(30));
+    ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
+    // More than what was on its way already.
+    EXPECT_TRUE(isHeard() && isHeard() && isHeard() && isHeard());
+}
+
+TEST_F(AudioOutputTest, takesNothingMoreInAPause)
+{
+    open(AudioOutputSpec::Null);
+    std::atomic<int> taken {0};
+    std::thread writer([&] {
+        for (int i = 0; i < 200 && output->write(Format, tone(440, i)); ++i)
+            ++taken;
+    });
+    EXPECT_TRUE(spinUntil([&] { return output->isAudible() && taken >= 100; }));
+    output->pause();
+    const int before = taken;
+    spinUntil([] { return false; }, 1500);
+    EXPECT_LE(taken, before + 2);
+    output->refuse(true);
+    writer.join();
+}
+
+TEST_F(AudioOutputTest, isHeardHoweverFastTheAudioCame)
+{
+    constexpr int frames = 24;
+    for (int round = 0; round < 10; ++round) {
+        open(AudioOutputSpec::Wav);
+        std::thread writer([&] {
+            const auto piece = [] {
+                return gst_buffer_new_allocate(nullptr, frames * 2 * sizeof(float), nullptr);
+            };
+            while (output->write(Format, piece())) { }
+        });
+        EXPECT_TRUE(spinUntil([this] { return output->isAudible(); }));
+        EXPECT_TRUE(isHeard() && isHeard() && isHeard()) << round;
+        output->close();
+        writer.join();
+        output.reset();
+    }
 }
 
 TEST_F(AudioOutputTest, aPauseWaitsAndAResumeGoesOn)

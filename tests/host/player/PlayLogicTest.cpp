@@ -157,6 +157,11 @@ protected:
     {
         return spinUntil([&] { return player.calls.size() >= calls; });
     }
+    void beginAnew()
+    {
+        logic.forgetPosts();
+        logic.postAgain();
+    }
     /// "2 0:error", in the order in which they were posted.
     QString posts()
     {
@@ -385,6 +390,160 @@ TEST_F(PlayLogicTest, aStopDuringTheStepBeforePlayingCounts)
     EXPECT_FALSE(spinUntil([this] { return !player.calls.isEmpty(); }, 100));
     EXPECT_EQ(state(), Stopped);
     EXPECT_EQ(posts(), QString());
+}
+
+// Whoever begins anew knows nothing of what was posted before.
+
+TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfThePlaying)
+{
+    const QString id = play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    beginAnew();
+    EXPECT_EQ(posts(), text("2 2"));
+    const VeskPlayLogicData again = states->posts.last();
+    EXPECT_EQ(again.playId()[text("id")].toString(), id);
+    EXPECT_EQ(again.trackRoles().path().toEncoded(), text("Test:after"));
+    logic.pause();
+    logic.resume();
+    Q_EMIT player.audibleChanged(true);
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 2 3 2 0"));
+}
+
+TEST_F(PlayLogicTest, aPauseBeforeTheNewBeginningIsTheEndOfAPlaying)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.forgetPosts();
+    logic.pause();
+    EXPECT_EQ(posts(), text("2 2 3"));
+    logic.postAgain();
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 2 3 0"));
+}
+
+TEST_F(PlayLogicTest, whatWasPostedBeforeTheNewBeginningIsNotPostedAgain)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.forgetPosts();
+    logic.pause();
+    logic.resume();
+    Q_EMIT player.audibleChanged(true);
+    logic.postAgain();
+    EXPECT_EQ(posts(), text("2 2 3 2"));
+}
+
+TEST_F(PlayLogicTest, aBreakAfterThePostsBeforeTheNewBeginningIsPosted)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.forgetPosts();
+    Q_EMIT player.audibleChanged(false);
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.audibleChanged(false);
+    logic.postAgain();
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 2 1 0"));
+}
+
+TEST_F(PlayLogicTest, aStopBeforeTheNewBeginningIsNoNews)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.forgetPosts();
+    logic.stop();
+    logic.postAgain();
+    EXPECT_EQ(posts(), text("2"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldWhenItIsOver)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.audibleChanged(false);
+    beginAnew();
+    EXPECT_EQ(posts(), text("2 1"));
+    Q_EMIT player.audibleChanged(true);
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 1 2 0"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldOfThePlayingBeforeAPause)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.audibleChanged(false);
+    beginAnew();
+    EXPECT_TRUE(logic.pause().isEmpty());
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 1 2 3 0"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsNotToldOfAStop)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.audibleChanged(false);
+    beginAnew();
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 1"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsToldWhenItIsOver)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.pause();
+    beginAnew();
+    EXPECT_EQ(posts(), text("2 3"));
+    logic.resume();
+    EXPECT_EQ(posts(), text("2 3"));
+    Q_EMIT player.audibleChanged(true);
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 3 2 0"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsNotToldOfAStop)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.pause();
+    beginAnew();
+    logic.stop();
+    EXPECT_EQ(posts(), text("2 3"));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfAFailureAllTheSame)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    beginAnew();
+    EXPECT_EQ(posts(), QString());
+    Q_EMIT player.gaveUp(TrString("Player", "No."));
+    EXPECT_EQ(posts(), text("0:No."));
+}
+
+TEST_F(PlayLogicTest, whoBeginsAnewWhileNothingPlaysIsToldNothing)
+{
+    beginAnew();
+    EXPECT_EQ(posts(), QString());
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    logic.stop();
+    beginAnew();
+    EXPECT_EQ(posts(), text("2 0"));
 }
 
 TEST_F(PlayLogicTest, everyPlayHasAnIdOfItsOwn)

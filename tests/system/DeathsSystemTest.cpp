@@ -1,0 +1,458 @@
+#include "api/values/CMPath.h"
+#include "api/web/VeskJson.h"
+#include "tests/support/RawWebSocket.h"
+#include "tests/system/PlayFixture.h"
+
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRegularExpression>
+#include <QThread>
+
+#include <gmock/gmock.h>
+
+#include <atomic>
+#include <cmath>
+#include <csignal>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+constexpr char interrupted[] = "The TuneIn service was interrupted. Please try again.";
+constexpr char musicScreen[] = "TuneIn:browse/uri/Browse.ashx?c=music";
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QByteArray contents(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A path that names an item which the directory did not identify.
+QString entryOfNothing()
+{
+    return CMPath(text("TuneIn"), text("browser_context/presets"),
+        {{text("veskMatchingPath"), text("TuneIn:browse")}})
+        .toEncoded();
+}
+
+/// How loud there is nothing to hear: what a decoder leaves of no sound at all.
+constexpr float inaudible = 0.001F;
+
+double longestSilence(const ear::Sound &sound)
+{
+    std::size_t longest = 0;
+    std::size_t length = 0;
+    for (const float sample : sound.samples) {
+        length = std::abs(sample) < inaudible ? length + 1 : 0;
+        longest = std::max(longest, length);
+    }
+    return static_cast<double>(longest) / ear::Sound::rate;
+}
+
+/// Does something again and again on a thread of its own, until it goes.
+class Meanwhile {
+public:
+    explicit Meanwhile(std::function<void()> action)
+        : m_thread([this, action = std::move(action)] {
+            while (!m_stop) {
+                action();
+                QThread::msleep(10);
+            }
+        })
+    {
+    }
+    ~Meanwhile()
+    {
+        m_stop = true;
+        m_thread.join();
+    }
+
+private:
+    std::atomic<bool> m_stop {false};
+    std::thread m_thread;
+};
+
+/// Answers to one who browses, by what they are.
+struct Answers {
+    int withRows = 0;
+    int interruptions = 0;
+    QStringList others;
+    qint64 slowestMs = 0;
+
+    void add(const QVariantHash &answer, qint64 milliseconds)
+    {
+        const QString error
+            = answer.value(text("error")).toHash().value(text("message")).toString();
+        const QVariantHash result = answer.value(text("result")).toHash();
+        if (error == text(interrupted))
+            ++interruptions;
+        else if (error.isEmpty() && !result.value(text("rows")).toList().isEmpty())
+            ++withRows;
+        else
+            others.append(QString::fromUtf8(VeskJson::write(answer)));
+        slowestMs = std::max(slowestMs, milliseconds);
+    }
+};
+
+class DeathsSystem : public PlayFixture {
+protected:
+    /// One way to end the plug-in's process; the log then says \a logged.
+    struct Death {
+        const char *name;
+        std::function<void()> strike;
+        const char *logged;
+    };
+
+    DeathsSystem()
+        : PlayFixture({text("--restart-wait"), text("0.25"), text("--log-level"), text("info"),
+            text("--log-file"), text("%1/log")})
+    {
+    }
+
+    /// The process of the plug-in; 0 while there is none.
+    pid_t worker() const
+    {
+        const QByteArray host = QByteArray::number(product.host().processId());
+        const QList<QByteArray> children
+            = contents(QString::fromLatin1("/proc/" + host + "/task/" + host + "/children"))
+                  .split(' ');
+        for (const QByteArray &child : children) {
+            const QByteArray command = contents(QString::fromLatin1("/proc/" + child + "/cmdline"));
+            if (!child.isEmpty() && command.split('\0').first().endsWith("vesk-worker"))
+                return static_cast<pid_t>(child.toInt());
+        }
+        return 0;
+    }
+    /// The process that comes after \a former; 0 when none does.
+    pid_t nextWorker(pid_t former) const
+    {
+        const QDeadlineTimer deadline(20000);
+        pid_t now = worker();
+        while ((now == 0 || now == former) && !deadline.hasExpired()) {
+            QThread::usleep(500);
+            now = worker();
+        }
+        return now == former ? 0 : now;
+    }
+    bool waitForRows() const
+    {
+        const QDeadlineTimer deadline(20000);
+        while (product.rows(text("TuneIn:"), {text("title")}).isEmpty()) {
+            if (deadline.hasExpired())
+                return false;
+            QThread::msleep(PollMs);
+        }
+        return true;
+    }
+    void signal(int number) const
+    {
+        const pid_t process = worker();
+        ASSERT_GT(process, 0);
+        ::kill(process, number);
+    }
+
+    /// Makes the directory answer the next search with a row, asks for it, and returns it.
+    QVariantHash findOnce(const char *row)
+    {
+        const QString name = folder.filePath(text("found.json"));
+        QFile file(name);
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write("{\"head\":{\"status\":\"200\"},\"body\":[" + QByteArray(row) + "]}");
+        file.close();
+        product.setFault("body@Search.ashx:" + name.toUtf8() + "*1");
+        return product.rpc(text("getRows"),
+            {{text("path"), text("TuneIn:browse/uri/Search.ashx?query=odd")},
+                {text("roles"), QStringList {text("title"), text("context")}}});
+    }
+    static void expectInterruption(const QVariantHash &answer)
+    {
+        EXPECT_EQ(answer.value(text("error")).toHash().value(text("message")).toString(),
+            text(interrupted))
+            << VeskJson::write(answer).constData();
+    }
+    /// Opens the menu of a station that came without an id.
+    void openMenuOfNothing()
+    {
+        const QVariantHash found
+            = findOnce("{\"element\":\"outline\",\"type\":\"audio\",\"text\":\"Nameless\","
+                       "\"URL\":\"http://opml.radiotime.com/Tune.ashx?id=s1\"}");
+        const QVariantList rows = found.value(text("result")).toHash().value(text("rows")).toList();
+        const QVariantHash menu = rows.value(0).toList().value(1).toHash();
+        ASSERT_FALSE(menu.isEmpty()) << VeskJson::write(found).constData();
+        expectInterruption(
+            product.rpc(text("getRows"), {{text("path"), menu.value(text("path"))}}));
+    }
+
+    /// Every way from outside: by the system, by what the directory answers, by what a client asks.
+    std::vector<Death> deaths()
+    {
+        const auto ask = [this](const char *method, const QString &path, QVariantHash params = {}) {
+            params.insert(text("path"), path);
+            expectInterruption(product.rpc(text(method), params));
+        };
+        return {
+            {"killed", [this] { signal(SIGKILL); }, "signal 9 (Killed)"},
+#ifdef __SANITIZE_ADDRESS__
+            // The sanitizer ends the process in its own way.
+            {"segmentation fault", [this] { signal(SIGSEGV); }, "ABORTING"},
+#else
+            {"segmentation fault", [this] { signal(SIGSEGV); }, "signal 11 (Segmentation fault)"},
+#endif
+            {"stopped", [this] { signal(SIGSTOP); }, "somebody stopped it: signal 9 (Killed)"},
+            {"a section's key with an underscore",
+                [this] {
+                    expectInterruption(findOnce("{\"element\":\"outline\",\"text\":\"Section\","
+                                                "\"key\":\"a_b\",\"children\":[]}"));
+                },
+                "!element.key().contains(QRegExp("},
+            {"a station without an id", [this] { openMenuOfNothing(); }, "!guideId.isEmpty()"},
+            {"a choice of streams of nothing",
+                [ask] {
+                    ask("getRows",
+                        text("TuneIn:browse?c=ebrowse&guideId=s29001&veskTuneInMethod=tune"));
+                },
+                "!veskMatchingPath.isEmpty()"},
+            {"the title of a menu of nothing",
+                [ask] {
+                    ask("getData", entryOfNothing(),
+                        {{text("roles"), QStringList {text("title")}}});
+                },
+                "!guideId.isEmpty()"},
+            {"a menu of nothing",
+                [ask] {
+                    ask("setData", entryOfNothing(),
+                        {{text("role"), text("activate")}, {text("value"), QVariant()}});
+                },
+                "!guideId.isEmpty()"},
+        };
+    }
+
+    /// Why the plug-in's processes ended, as the log has it.
+    QStringList endings() const
+    {
+        return QString::fromUtf8(contents(folder.filePath(text("log"))))
+            .split(QLatin1Char('\n'))
+            .filter(QRegularExpression(text("the worker of .* ended: ")));
+    }
+    /// The seconds of each duration report.
+    QList<int> durations() const
+    {
+        QList<int> seconds;
+        for (const QString &report : requests("Report.ashx?c=time"))
+            seconds.append(
+                report.section(text("&duration="), 1).section(QLatin1Char('&'), 0, 0).toInt());
+        return seconds;
+    }
+    bool waitForStreamReports(int count) const
+    {
+        return product.waitForRequests(text("Report.ashx?c=stream"), count);
+    }
+    void startPlaying()
+    {
+        play(text("trial%2001"));
+        ASSERT_TRUE(waitForState(2));
+        clock.start();
+        ASSERT_TRUE(waitForStreamReports(1));
+    }
+    double played() const
+    {
+        return static_cast<double>(clock.elapsed()) / 1000;
+    }
+
+    QElapsedTimer clock; ///< since the station is heard
+};
+
+bool waitForReset(RawWebSocket &socket)
+{
+    for (;;) {
+        const RawWebSocket::Frame frame = socket.receive();
+        if (frame.opcode == RawWebSocket::Ping) {
+            socket.send(RawWebSocket::Pong, frame.payload);
+            continue;
+        }
+        if (frame.opcode != RawWebSocket::Text)
+            return false;
+        if (frame.payload.contains("\"changed\"") && frame.payload.contains("\"rowsReset\""))
+            return true;
+    }
+}
+
+int rounds()
+{
+    bool isNumber = false;
+    const int given = qEnvironmentVariableIntValue("VESK_DEATHS", &isNumber);
+    return isNumber ? given : 8;
+}
+
+TEST_F(DeathsSystem, areNotHeardAndEndInFreshAnswers)
+{
+    startPlaying();
+    const qint64 host = product.host().processId();
+    RawWebSocket socket(product.hostPort());
+    ASSERT_TRUE(socket
+                    .ask("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"subscribe\","
+                         "\"params\":{\"path\":\"TuneIn:browse\"}}")
+                    .contains("\"result\""));
+
+    const std::vector<Death> ways = deaths();
+    Answers answers;
+    QStringList breaks;
+    Footprint before;
+    for (int round = 0; round < rounds(); ++round) {
+        const Death &death = ways[static_cast<std::size_t>(round) % ways.size()];
+        SCOPED_TRACE(death.name);
+        const pid_t former = worker();
+        QElapsedTimer sinceDeath;
+        {
+            const Meanwhile browsing([&] {
+                QElapsedTimer asked;
+                asked.start();
+                const QVariantHash answer = product.rpc(text("getRows"),
+                    {{text("path"), text(musicScreen)},
+                        {text("roles"), QStringList {text("title")}}});
+                answers.add(answer, asked.elapsed());
+            });
+            const Meanwhile watching([&] {
+                const QVariantHash now = state();
+                if (now.value(text("state")).toInt() != 2)
+                    breaks.append(QString::fromUtf8(VeskJson::write(now)));
+            });
+            QThread::msleep(100);
+            sinceDeath.start();
+            death.strike();
+            ASSERT_GT(nextWorker(former), 0);
+            ASSERT_TRUE(waitForRows());
+            const qint64 away = sinceDeath.elapsed();
+            if (round == 0) {
+                RecordProperty("millisecondsAfterTheFirst", static_cast<int>(away));
+                EXPECT_LE(away, 1000);
+            }
+            ASSERT_TRUE(waitForReset(socket));
+        }
+        ASSERT_TRUE(waitForStreamReports(round + 2)) << "the next one is told that it plays";
+        const QStringList logged = endings();
+        ASSERT_EQ(logged.size(), round + 1);
+        EXPECT_THAT(logged.last().toStdString(), testing::HasSubstr(death.logged));
+        if (round == 0)
+            before = Footprint::of(host);
+    }
+    EXPECT_EQ(product.host().processId(), host);
+    EXPECT_EQ(product.host().state(), QProcess::Running);
+    EXPECT_EQ(breaks, QStringList());
+    EXPECT_EQ(answers.others, QStringList());
+    EXPECT_GT(answers.withRows, rounds());
+    RecordProperty("interruptions", answers.interruptions);
+    RecordProperty("slowestAnswerMs", static_cast<int>(answers.slowestMs));
+
+    // Connections take a moment to be gone.
+    Footprint after = Footprint::of(host);
+    for (const QDeadlineTimer deadline(5000); !deadline.hasExpired()
+         && (after.threads > before.threads || after.descriptors > before.descriptors);
+         after = Footprint::of(host))
+        QThread::msleep(PollMs);
+    EXPECT_LE(after.threads, before.threads);
+    EXPECT_LE(after.descriptors, before.descriptors);
+    RecordProperty("kilobytesBefore", before.kilobytes);
+    RecordProperty("kilobytesAfter", after.kilobytes);
+
+    // What is reported at the end is what the last process heard.
+    QElapsedTimer sinceTold;
+    sinceTold.start();
+    QThread::sleep(3);
+    command("player.stop");
+    const double seconds = played();
+    ASSERT_TRUE(product.waitForRequests(text("Report.ashx?c=time"), 1));
+    ASSERT_EQ(durations().size(), 1);
+    EXPECT_NEAR(durations().first(), static_cast<double>(sinceTold.elapsed()) / 1000, 1.5);
+    EXPECT_EQ(requests("Report.ashx?c=stream").size(), rounds() + 1);
+
+    const ear::Sound sound = heard();
+    EXPECT_EQ(sound.error, "");
+    EXPECT_NEAR(sound.seconds(), seconds, 1.5);
+    EXPECT_LT(longestSilence(sound), 0.1);
+    EXPECT_TRUE(ear::isPartOf(sound.notes(), melody(text("s29001")), 6));
+    EXPECT_EQ(requests("/stream/").size(), 1) << "the stream goes on, it is not opened anew";
+}
+
+/// What a listener does while the next process has not loaded the plug-in yet, or just has; and
+/// how many duration reports follow.
+struct Meddling {
+    const char *name;
+    std::vector<const char *> before; ///< the death
+    std::vector<const char *> away;
+    std::vector<const char *> after;
+    int reports;
+};
+
+const Meddling meddlings[] = {
+    {"pause_while_it_is_away", {}, {"player.pause"}, {"player.resume", "player.stop"}, 1},
+    {"pause_and_resume_while_it_is_away", {}, {"player.pause", "player.resume"}, {"player.stop"},
+        1},
+    {"stop_while_it_is_away", {}, {"player.stop"}, {}, 0},
+    {"pause_and_stop_while_it_is_away", {}, {"player.pause", "player.stop"}, {}, 0},
+    {"pause_before", {"player.pause"}, {}, {"player.resume", "player.stop"}, 1},
+    {"pause_before_and_stop", {"player.pause"}, {}, {"player.stop"}, 0},
+    {"pause_right_after", {}, {}, {"player.pause", "player.stop"}, 0},
+    {"stop_right_after", {}, {}, {"player.stop"}, 0},
+};
+
+void PrintTo(const Meddling &meddling, std::ostream *out)
+{
+    *out << meddling.name;
+}
+
+class DeathsSystemReports : public DeathsSystem, public testing::WithParamInterface<Meddling> { };
+
+TEST_P(DeathsSystemReports, neverTellOfMoreThanWasHeard)
+{
+    const Meddling &meddling = GetParam();
+    startPlaying();
+    QThread::msleep(1200);
+    for (const char *each : meddling.before)
+        command(each);
+    const pid_t former = worker();
+    signal(SIGKILL);
+    const pid_t next = nextWorker(former);
+    ASSERT_GT(next, 0);
+    if (!meddling.away.empty()) {
+        // It does not get any further before this is done.
+        ::kill(next, SIGSTOP);
+        for (const char *each : meddling.away)
+            command(each);
+        ::kill(next, SIGCONT);
+    }
+    ASSERT_TRUE(waitForRows());
+    const bool isLong = meddling.reports > 0;
+    for (const char *each : meddling.after) {
+        if (isLong && each == std::string("player.stop")) {
+            EXPECT_TRUE(waitForState(2));
+            QThread::msleep(2200);
+        }
+        command(each);
+    }
+    const double seconds = played();
+    if (isLong) {
+        ASSERT_TRUE(product.waitForRequests(text("Report.ashx?c=time"), meddling.reports));
+    }
+    // Whoever was told to end has reported everything.
+    EXPECT_EQ(product.stopHost(), 0);
+    const QList<int> reported = durations();
+    EXPECT_EQ(reported.size(), meddling.reports);
+    int sum = 0;
+    for (const int each : reported)
+        sum += each;
+    EXPECT_LE(sum, seconds);
+    EXPECT_GE(sum, isLong ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Player, DeathsSystemReports, testing::ValuesIn(meddlings),
+    [](const testing::TestParamInfo<Meddling> &instance) { return instance.param.name; });
+
+} // namespace

@@ -1,0 +1,137 @@
+#include "tests/system/PlayFixture.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+#include <QThread>
+
+namespace {
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QStringList inFolder(QStringList arguments, const QTemporaryDir &folder)
+{
+    return arguments.replaceInStrings(text("%1"), folder.path());
+}
+
+} // namespace
+
+Footprint Footprint::of(qint64 pid)
+{
+    const QString folder = QStringLiteral("/proc/%1/").arg(pid);
+    Footprint footprint;
+    footprint.descriptors = QDir(folder + text("fd"))
+                                .entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)
+                                .size();
+    QFile status(folder + text("status"));
+    EXPECT_TRUE(status.open(QIODevice::ReadOnly));
+    const QList<QByteArray> lines = status.readAll().split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith("Threads:"))
+            footprint.threads = line.mid(8).trimmed().toInt();
+        else if (line.startsWith("VmRSS:"))
+            footprint.kilobytes = line.mid(6).trimmed().split(' ').first().toInt();
+    }
+    return footprint;
+}
+
+PlayFixture::PlayFixture(QStringList hostArguments)
+    : wav(folder.filePath(text("out.wav")))
+    , product(QStringList {text("--audio"), text("wav:") + wav}
+          + inFolder(std::move(hostArguments), folder))
+{
+}
+
+void PlayFixture::SetUp()
+{
+    ASSERT_TRUE(product.isUp());
+}
+
+QVariantHash PlayFixture::play(const QString &search, int row) const
+{
+    return product.rpc(text("player.play"),
+        {{text("screen"), text("TuneIn:browse/uri/Search.ashx?query=") + search},
+            {text("row"), row}});
+}
+
+QVariantHash PlayFixture::state() const
+{
+    return product.rpc(text("player.state"), {}).value(text("result")).toHash();
+}
+
+bool PlayFixture::waitForState(int wanted, int milliseconds) const
+{
+    QElapsedTimer clock;
+    clock.start();
+    while (state().value(text("state")).toInt() != wanted) {
+        if (clock.elapsed() > milliseconds)
+            return false;
+        QThread::msleep(PollMs);
+    }
+    return true;
+}
+
+void PlayFixture::command(const char *method) const
+{
+    EXPECT_FALSE(product.rpc(text(method), {}).contains(text("error"))) << method;
+}
+
+PlayFixture::Watched PlayFixture::watch(int milliseconds) const
+{
+    Watched watched;
+    QElapsedTimer clock;
+    clock.start();
+    qint64 lastPlaying = 0;
+    while (clock.elapsed() < milliseconds) {
+        const QVariantHash now = state();
+        watched.lastState = now.value(text("state")).toInt();
+        watched.error = now.value(text("error")).toString();
+        if (watched.lastState == 2)
+            lastPlaying = clock.elapsed();
+        watched.longestBreakMs
+            = qMax(watched.longestBreakMs, static_cast<int>(clock.elapsed() - lastPlaying));
+        QThread::msleep(PollMs);
+    }
+    return watched;
+}
+
+bool PlayFixture::isHeard() const
+{
+    constexpr qint64 second = 44100 * 2 * sizeof(qint16);
+    const qint64 before = QFileInfo(wav).size();
+    QElapsedTimer clock;
+    clock.start();
+    while (QFileInfo(wav).size() < before + second) {
+        if (clock.elapsed() > 3000)
+            return false;
+        QThread::msleep(PollMs);
+    }
+    return true;
+}
+
+ear::Sound PlayFixture::heard() const
+{
+    QFile file(wav);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return ear::decoded(file.readAll().toStdString());
+}
+
+std::vector<double> PlayFixture::melody(const QString &id, int stream) const
+{
+    const QVariantList streams
+        = product.directory(text("/_tunes?id=") + id).value(text("streams")).toList();
+    std::vector<double> notes;
+    const QVariantList values = streams.value(stream).toHash().value(text("notes")).toList();
+    for (const QVariant &note : values)
+        notes.push_back(note.toDouble());
+    return notes;
+}
+
+QStringList PlayFixture::requests(const char *page) const
+{
+    return product.requestLog().filter(text(page));
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "tests/support/Ear.h"
+#include "tests/system/Product.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+/// Threads, descriptors and resident kilobytes of a process.
+struct Footprint {
+    int threads = 0;
+    int descriptors = 0;
+    int kilobytes = 0;
+
+    static Footprint of(qint64 pid);
+};
+
+/// A product of its own for each test, which plays to a file.
+class PlayFixture : public testing::Test {
+protected:
+    /// What the player said it did, over some time.
+    struct Watched {
+        int longestBreakMs = 0; ///< while it was not playing
+        int lastState = -1;
+        QString error;
+    };
+
+    static constexpr int PollMs = 25;
+
+    /// In the host's arguments "%1" is the test's own folder.
+    explicit PlayFixture(QStringList hostArguments = {});
+    void SetUp() override;
+
+    /// Plays a row of what a search finds.
+    QVariantHash play(const QString &search, int row = 0) const;
+    QVariantHash state() const;
+    bool waitForState(int wanted, int milliseconds = 20000) const;
+    void command(const char *method) const;
+    Watched watch(int milliseconds) const;
+    /// Whether a second of sound comes to be heard within three.
+    bool isHeard() const;
+    /// What is in the file so far.
+    ear::Sound heard() const;
+    /// What the n-th stream of a station sounds like.
+    std::vector<double> melody(const QString &id, int stream = 0) const;
+    QStringList requests(const char *page) const;
+
+    QTemporaryDir folder;
+    const QString wav;
+    Product product;
+};
