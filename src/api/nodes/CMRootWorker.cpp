@@ -34,11 +34,15 @@ bool isRepeated(const CMChange &before, const CMChange &change)
 
 } // namespace
 
-/// Its call drains what is pending, on the context's thread.
+/// Its call drains what is pending, on the context's thread. Without a call it is told directly.
 struct CMSubscription::Entry {
     void deliver(CMChange change)
     {
         change.path = path;
+        if (!call) {
+            changed(change);
+            return;
+        }
         {
             const std::lock_guard<std::mutex> lock(mutex);
             if (!pending.empty() && isRepeated(pending.back(), change))
@@ -227,8 +231,10 @@ CMSubscription::CMSubscription(std::shared_ptr<Entry> entry)
 
 CMSubscription::~CMSubscription()
 {
-    VESK_ASSERT(!m_entry->call->isElsewhere());
-    m_entry->call->close();
+    if (m_entry->call) {
+        VESK_ASSERT(!m_entry->call->isElsewhere());
+        m_entry->call->close();
+    }
     if (const std::shared_ptr<CMRootWorkerPrivate> root = m_entry->root.lock())
         root->removeEntry(m_entry);
 }
@@ -375,6 +381,17 @@ std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
     entry->root = d;
     entry->call
         = CMContextCall::create(context, CMContextCall::EachTime, [entry] { entry->drain(); });
+    d->addEntry(entry);
+    return std::unique_ptr<CMSubscription>(new CMSubscription(entry));
+}
+
+std::unique_ptr<CMSubscription> CMRootWorker::subscribeDirectly(
+    const CMPath &path, std::function<void(const CMChange &)> changed)
+{
+    const auto entry = std::make_shared<CMSubscription::Entry>();
+    entry->path = path;
+    entry->changed = std::move(changed);
+    entry->root = d;
     d->addEntry(entry);
     return std::unique_ptr<CMSubscription>(new CMSubscription(entry));
 }

@@ -10,7 +10,8 @@
 
 class CMRootWorkerPrivate;
 
-/// One subscription; ends when it is destroyed. Destroy it on the thread of its context.
+/// One subscription; ends when it is destroyed. Destroy it on the thread of its context, if it has
+/// one.
 class VESK_API CMSubscription {
 public:
     CMSubscription(const CMSubscription &) = delete;
@@ -66,6 +67,11 @@ public:
     /// thread.
     std::unique_ptr<CMSubscription> subscribe(
         const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed);
+    /// The same, but \a changed is called by whoever tells of the change, on his thread, before he
+    /// goes on. It must return soon, and may still be called once while the subscription ends. The
+    /// subscription may end on any thread.
+    std::unique_ptr<CMSubscription> subscribeDirectly(
+        const CMPath &path, std::function<void(const CMChange &)> changed);
     /// Tells the subscribers of exactly the change's path.
     void notifyChanged(const CMChange &change);
     /// Tells the subscribers of every path that starts with the change's, each with its own path.

@@ -168,24 +168,17 @@ QString NodeLink::takeAnswer(const AnswerMessage &message)
 QString NodeLink::takeWatch(const WatchMessage &message)
 {
     if (!message.on) {
-        const auto found = m_watched.find(message.path);
-        if (found == m_watched.end())
-            return {};
-        // A subscription ends where its changes are noticed.
-        std::shared_ptr<CMSubscription> ended = std::move(found->second);
-        m_watched.erase(found);
-        QMetaObject::invokeMethod(
-            &m_context, [ended = std::move(ended)]() mutable { ended.reset(); },
-            Qt::QueuedConnection);
+        m_watched.erase(message.path);
         return {};
     }
     if (message.path.isEmpty() || m_watched.count(message.path) != 0)
         return {};
     if (m_watched.size() >= MaxWatched)
         return QStringLiteral("more than %1 watched paths").arg(MaxWatched);
-    m_watched.emplace(
-        message.path, CMRoot()->subscribe(message.path, &m_context, [this](const CMChange &change) {
-            send(ChangeMessage {change, false});
+    // Directly: a change is told before the answer to the request that made it.
+    m_watched.emplace(message.path,
+        CMRoot()->subscribeDirectly(message.path, [sender = m_sender](const CMChange &change) {
+            sender->send(encode(ChangeMessage {change, false}));
         }));
     return {};
 }

@@ -3,8 +3,6 @@
 #include "worker/link/Channel.h"
 #include "worker/link/Message.h"
 
-#include <QObject>
-
 #include <atomic>
 #include <chrono>
 #include <functional>
@@ -17,8 +15,10 @@ class CMSubscription;
 
 /// One end of the connection between the roots of two processes: brings this process's questions to
 /// the other one and its answers back, and asks this process's root what the other one wants to
-/// know. Made and destroyed on the main thread, whose event loop brings changes that the other side
-/// watches; all else from any thread.
+/// know. All calls from any thread, but do not destroy it on its own.
+///
+/// What one thread sends arrives in that order: a change is known before the answer of whoever made
+/// it.
 ///
 /// Whatever the other side sends is checked: an answer that nobody asked for, a message that cannot
 /// be read and more than the limits below end the connection.
@@ -76,9 +76,7 @@ private:
     const std::shared_ptr<Channel::Sender> m_sender;
     Handler m_handler;
     std::shared_ptr<std::atomic<int>> m_asked; ///< questions of the other side under way
-    /// On whose thread changes are noticed.
-    QObject m_context;
-    /// What the other side watches; the link's thread, and the main thread once that has ended.
+    /// What the other side watches; the link's thread only, until that has ended.
     std::map<CMPath, std::unique_ptr<CMSubscription>> m_watched;
 
     mutable std::mutex m_mutex;

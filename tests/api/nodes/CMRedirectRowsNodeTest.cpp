@@ -224,4 +224,18 @@ TEST(CMRequestDeathTest, CannotBeReadAsAnotherKind)
         testing::KilledBySignal(SIGABRT), "");
 }
 
+TEST(CMRequest, KeepsCountOfItsHopsWhenItIsSentOnInAnotherForm)
+{
+    const Answer answer;
+    const CMRequest request = CMGetDataRequest(path("A:x"), {VeskRoles::Value()}, answer.reply());
+    EXPECT_EQ(request.hops(), 0);
+    EXPECT_EQ(request.redirectedTo(path("B:x")).hops(), 1);
+    const CMRequest late = request.withHops(CMRequest::MaxHops);
+    EXPECT_EQ(late.hops(), CMRequest::MaxHops);
+    EXPECT_EQ(late.path(), path("A:x"));
+    EXPECT_EQ(request.hops(), 0);
+    EXPECT_EQ(late.redirectedTo(path("B:x")).kind(), CMRequest::None);
+    EXPECT_TRUE(answer.isError());
+}
+
 } // namespace

@@ -261,4 +261,44 @@ TEST(CMReply, AContextMayGoWhileAnotherThreadCompletes)
     EXPECT_LE(told, 500);
 }
 
+TEST(CMReply, CallsItsFollowerOnTheThreadThatCompletesIt)
+{
+    const auto data = std::make_shared<Data>();
+    std::thread::id calledOn;
+    QVariant seen;
+    data->whenFinished([&] {
+        calledOn = std::this_thread::get_id();
+        seen = data->value();
+    });
+    std::thread::id completedOn;
+    std::thread([&] {
+        completedOn = std::this_thread::get_id();
+        data->setValue(7);
+        data->setValue(8);
+    }).join();
+    EXPECT_EQ(calledOn, completedOn);
+    EXPECT_EQ(seen, QVariant(7));
+}
+
+TEST(CMReply, CallsAFollowerAtOnceWhenTheAnswerIsThere)
+{
+    const auto data = std::make_shared<Data>();
+    data->setError(someError());
+    int calls = 0;
+    data->whenFinished([&calls] { ++calls; });
+    EXPECT_EQ(calls, 1);
+}
+
+TEST(CMReply, CallsItsFollowerWhenTheLastWhoCouldAnswerLetsGo)
+{
+    const auto data = std::make_shared<Data>();
+    int calls = 0;
+    data->whenFinished([&calls] { ++calls; });
+    {
+        const CMReply<QVariant> reply(data);
+    }
+    EXPECT_EQ(calls, 1);
+    EXPECT_EQ(data->error().name(), CMError::UnansweredName());
+}
+
 } // namespace

@@ -196,4 +196,55 @@ TEST(CMRootWorker, RoutesWhileWorkersComeAndGo)
         one.join();
 }
 
+TEST(CMRootWorker, RoutesWhatNobodyServesToTheDefaultWorker)
+{
+    CMRootWorker root;
+    InlineWorker a("a");
+    InlineWorker others("others");
+    root.addWorker(QStringLiteral("A"), &a);
+    root.setDefaultWorker(&others);
+    EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("a"));
+    EXPECT_EQ(root.getValue(path("B:x")), QStringLiteral("others"));
+    EXPECT_EQ(root.prefixes(), QStringList {QStringLiteral("A")});
+    root.removeWorker(&others);
+    EXPECT_EQ(getData(root, path("B:x"), valueRole).errorName(), CMError::NoNodeName());
+}
+
+TEST(CMRootWorker, TakesAPrefixFromItsWorkerOnly)
+{
+    CMRootWorker root;
+    InlineWorker a("a");
+    InlineWorker b("b");
+    root.addWorker(QStringLiteral("A"), &a);
+    root.removePrefix(QStringLiteral("A"), &b);
+    EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("a"));
+    root.removePrefix(QStringLiteral("A"), &a);
+    EXPECT_EQ(root.prefixes(), QStringList());
+    EXPECT_TRUE(root.addWorker(QStringLiteral("A"), &b));
+    EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("b"));
+}
+
+TEST(CMRootWorker, TellsOfRoutesThatComeAndGo)
+{
+    CMRootWorker root;
+    QStringList told;
+    QObject::connect(&root, &CMRootWorker::routeAdded,
+        [&told](const CMPath &route) { told.append(QLatin1Char('+') + route.toEncoded()); });
+    QObject::connect(&root, &CMRootWorker::routeRemoved,
+        [&told](const CMPath &route) { told.append(QLatin1Char('-') + route.toEncoded()); });
+    InlineWorker a("a");
+    InlineWorker b("b");
+    root.addWorker(QStringLiteral("A"), &a);
+    root.addWorker(QStringLiteral("A"), &b); // taken
+    root.addForeignPath(path("P:x/y?z=1"), &a);
+    root.setDefaultWorker(&b);
+    EXPECT_EQ(told, (QStringList {QStringLiteral("+A:"), QStringLiteral("+P:x/y")}));
+    told.clear();
+    root.removeForeignPath(path("P:x/y"), &b); // not its route
+    root.removeForeignPath(path("P:x/y"), &a);
+    root.removeWorker(&a);
+    root.removeWorker(&b);
+    EXPECT_EQ(told, (QStringList {QStringLiteral("-P:x/y"), QStringLiteral("-A:")}));
+}
+
 } // namespace

@@ -333,4 +333,55 @@ TEST(CMSubscription, IsNeverToldAfterItsEndWhileOthersTell)
         thread.join();
 }
 
+TEST(CMSubscription, IsToldDirectlyWhenItWantsThat)
+{
+    CMRootWorker root;
+    Told told;
+    std::thread::id toldOn;
+    auto subscription = root.subscribeDirectly(path("A:x"), [&](const CMChange &change) {
+        toldOn = std::this_thread::get_id();
+        told(change);
+    });
+    std::thread::id tellsOn;
+    std::thread([&] {
+        tellsOn = std::this_thread::get_id();
+        root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
+        root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
+        EXPECT_EQ(told.lines().size(), 2) << "none waits, so none is left out";
+        subscription.reset(); // wherever it is told
+        root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
+    }).join();
+    EXPECT_EQ(toldOn, tellsOn);
+    EXPECT_EQ(told.lines(), lines({"A:x valueChanged -1 -1", "A:x valueChanged -1 -1"}));
+}
+
+TEST(CMSubscription, ChangesOfTheDefaultWorkersPathsAreToldElsewhereToo)
+{
+    CMRootWorker root;
+    ListeningWorker own;
+    ListeningWorker others;
+    root.addWorker(QStringLiteral("A"), &own);
+    root.setDefaultWorker(&others);
+    QStringList elsewhere;
+    QObject::connect(&root, &CMRootWorker::changedElsewhere,
+        [&elsewhere](const CMChange &change, bool startingWith) {
+            elsewhere.append(change.path.toEncoded() + QLatin1String(startingWith ? "*" : ""));
+        });
+    Told told;
+    const auto subscription
+        = root.subscribe(path("B:x"), &root, [&told](const CMChange &change) { told(change); });
+    EXPECT_EQ(others.take(), lines({"+B:x"}));
+
+    root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
+    root.notifyChanged({path("B:x"), CMSubscribe::ValueChanged()});
+    root.notifyChangedStartingWith({path("B:"), CMSubscribe::RowsChangeReset()});
+    EXPECT_EQ(elsewhere, lines({"B:x", "B:*"}));
+    EXPECT_EQ(told.take(), lines({"B:x valueChanged -1 -1", "B:x rowsReset -1 -1"}));
+
+    root.passOnChanged({path("B:x"), CMSubscribe::ValueChanged()});
+    EXPECT_EQ(elsewhere.size(), 2) << "it comes from there";
+    EXPECT_EQ(told.take(), lines({"B:x valueChanged -1 -1"}));
+    root.removeWorker(&others);
+}
+
 } // namespace
