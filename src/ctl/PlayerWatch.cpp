@@ -12,7 +12,7 @@ namespace {
 
 constexpr guint RetrySeconds = 1;
 constexpr guint ConnectTimeoutSeconds = 10;
-constexpr guint64 MaxMessage = 4 * 1024 * 1024;
+constexpr guint64 MaxMessage = guint64(4) * 1024 * 1024;
 
 const char StateRequest[] = R"({"jsonrpc":"2.0","id":1,"method":"player.state","params":{}})";
 

@@ -50,7 +50,7 @@ QString openingPath(const VeskRoles &row)
 
 QString titleOf(const VeskRoles &row)
 {
-    const QString title = plainText(row[VeskRoles::Title()]);
+    QString title = plainText(row[VeskRoles::Title()]);
     if (row.type() != VeskRolesType::value)
         return title;
     return QStringLiteral("%1: %2").arg(title, plainText(row[VeskRoles::Value()]));

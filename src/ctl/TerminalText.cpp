@@ -51,7 +51,7 @@ QByteArray printableJson(const QByteArray &json)
 
 std::string TerminalStyle::styled(const char *code, const QString &text) const
 {
-    const std::string plain = text.toStdString();
+    std::string plain = text.toStdString();
     if (!m_colours || plain.empty())
         return plain;
     return std::string("\033[") + code + "m" + plain + "\033[0m";

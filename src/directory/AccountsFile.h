@@ -12,7 +12,7 @@ namespace directory {
 class AccountsFile {
 public:
     /// Files beyond this size are neither read nor written.
-    static constexpr std::size_t maxSize = 32 * 1024 * 1024;
+    static constexpr std::size_t maxSize = std::size_t(32) * 1024 * 1024;
     using Complain = std::function<void(const std::string &)>;
 
     /// `complain` gets one line when writing begins to fail.

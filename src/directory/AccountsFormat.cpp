@@ -12,7 +12,7 @@ namespace {
 
 constexpr int version = 1;
 // No request brings a longer one.
-constexpr std::size_t maxText = 8 * 1024;
+constexpr std::size_t maxText = std::size_t(8) * 1024;
 constexpr int maxNumber = 999999999;
 
 /// One object of the file. Lives while the file is parsed.

@@ -63,7 +63,8 @@ void AudioDelivery::tick()
 bool AudioDelivery::impatient() const
 {
     return m_wire.waitsForRoom()
-        && g_get_monotonic_time() - m_lastProgress > patienceSeconds * microseconds;
+        && static_cast<double>(g_get_monotonic_time() - m_lastProgress)
+        > patienceSeconds * microseconds;
 }
 
 void AudioDelivery::feed()

@@ -15,7 +15,7 @@ class AudioDelivery {
 public:
     static constexpr double burstSeconds = 4;
     /// What waits for the client here at most, and about as much again in the system.
-    static constexpr std::size_t maxWaiting = 64 * 1024;
+    static constexpr std::size_t maxWaiting = std::size_t(64) * 1024;
     /// A client that takes nothing for so long, though there is something for it, is dropped.
     static constexpr double patienceSeconds = 5;
 

@@ -8,7 +8,7 @@ namespace directory {
 
 namespace {
 
-constexpr std::int64_t secondsPerDay = 24 * 3600;
+constexpr std::int64_t secondsPerDay = std::int64_t(24) * 3600;
 constexpr std::size_t maxSimilar = 10;
 constexpr int songsShown = 12;
 constexpr int secondsPerSong = 240;

@@ -9,7 +9,7 @@
 namespace directory {
 
 /// Files beyond this size are refused.
-constexpr std::size_t maxDataFile = 16 * 1024 * 1024;
+constexpr std::size_t maxDataFile = std::size_t(16) * 1024 * 1024;
 
 /// Throws DataError with the line of the first mistake.
 Catalog parseCatalog(const std::string &yaml);

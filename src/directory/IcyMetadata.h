@@ -12,7 +12,7 @@ class IcyMetadata {
 public:
     static constexpr std::size_t interval = 16000;
     /// What a length byte can say.
-    static constexpr std::size_t maxBlock = 255 * 16;
+    static constexpr std::size_t maxBlock = std::size_t(255) * 16;
 
     /// `title` is asked once for each block; a title that has not changed is not sent again.
     explicit IcyMetadata(std::function<std::string()> title)

@@ -35,7 +35,7 @@
     do {                                                                                           \
         if (veskLogger().isEnabledFor(level)) {                                                    \
             std::ostringstream veskLogText;                                                        \
-            veskLogText << text;                                                                   \
+            veskLogText << text; /* NOLINT(bugprone-macro-parentheses): a chain of "<<" */         \
             veskWriteLog(                                                                          \
                 veskLogger(), level, veskLogText.str(), __FILE__, __LINE__, __PRETTY_FUNCTION__);  \
         }                                                                                          \

@@ -39,7 +39,7 @@ QMetaObject::Connection veskConnect(const Sender *sender, Signal senderSignal,
 {
     const QMetaMethod signal = QMetaMethod::fromSignal(senderSignal);
     VESK_ASSERT(verifyConnectionSignalParameters(sender, signal, receiver, type));
-    const QMetaObject::Connection connection
+    QMetaObject::Connection connection
         = QObject::connect(sender, senderSignal, receiver, slot, type);
     VESK_ASSERT(connection);
     return connection;

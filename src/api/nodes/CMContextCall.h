@@ -24,7 +24,7 @@ public:
 
     static std::shared_ptr<CMContextCall> create(QObject *context, Times times, Function function)
     {
-        const std::shared_ptr<CMContextCall> call(new CMContextCall(times, std::move(function)));
+        std::shared_ptr<CMContextCall> call(new CMContextCall(times, std::move(function)));
         auto *receiver = new Receiver(call);
         if (context->thread() != QThread::currentThread())
             receiver->moveToThread(context->thread());

@@ -151,7 +151,7 @@ bool CMListRowsNode::getRowsRequest(const CMGetRowsRequest &request)
 bool CMListRowsNode::matchRowRequest(const CMMatchRowRequest &request)
 {
     const CMReply<QVariant> reply = request.reply();
-    const QVariant wanted = request.value();
+    const QVariant &wanted = request.value();
     collect(request.path(), {request.role()}, 0, static_cast<int>(m_rows.size()) - 1,
         [reply, wanted](const QVariantList &rows) {
             const auto match = std::find_if(rows.begin(), rows.end(),

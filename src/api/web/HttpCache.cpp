@@ -164,7 +164,7 @@ void HttpCache::store(const QByteArray &url, const HttpCacheHeaders &headers,
     QByteArray exact = body;
     if (exact.capacity() > exact.size() + exact.size() / 8)
         exact.squeeze();
-    const qint64 bytes = EntryOverhead + 2 * url.size() + exact.size() + sizeOf(headers);
+    const qint64 bytes = EntryOverhead + 2 * qint64(url.size()) + exact.size() + sizeOf(headers);
     if (bytes > m_size)
         return;
     while (m_used + bytes > m_size)

@@ -12,7 +12,7 @@
 namespace {
 
 /// Certificate files are a few kilobytes; the system's whole collection is 200.
-constexpr qint64 MaxCaFileBytes = 4 * 1024 * 1024;
+constexpr qint64 MaxCaFileBytes = qint64(4) * 1024 * 1024;
 
 /// Whether \a der is one ASN.1 sequence and nothing else, as every certificate is.
 bool isSequence(const QByteArray &der)

@@ -239,7 +239,7 @@ void HttpClientEngine::setDeadline(long milliseconds)
         return;
     m_deadline = m_clock.elapsed() + milliseconds;
     if (!m_timer.isActive() || m_timerEnd > m_deadline) {
-        m_timer.start(static_cast<int>(std::min<long>(milliseconds, 3600 * 1000)), this);
+        m_timer.start(static_cast<int>(std::min<long>(milliseconds, 3600L * 1000)), this);
         m_timerEnd = m_deadline;
     }
 }

@@ -38,7 +38,7 @@ VESK_API void setUpHttpHandle(CURL *easy);
 class VESK_API HttpRedirectRule {
 public:
     /// All heads of one exchange together: redirects, interim answers and trailers included.
-    static constexpr std::size_t MaxHeadBytes = 256 * 1024;
+    static constexpr std::size_t MaxHeadBytes = std::size_t(256) * 1024;
     enum Verdict { Fine, ForbiddenRedirect, TooLong };
 
     /// At the start of each exchange.

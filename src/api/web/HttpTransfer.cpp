@@ -9,8 +9,8 @@ namespace {
 
 constexpr long ConnectTimeoutMs = 10000;
 /// Reserved at most for a body because a Content-Length says so.
-constexpr qint64 MaxReservedBytes = 4 * 1024 * 1024;
-constexpr long ReceiveBufferBytes = 64 * 1024;
+constexpr qint64 MaxReservedBytes = qint64(4) * 1024 * 1024;
+constexpr long ReceiveBufferBytes = 64L * 1024;
 
 HttpClientStatus statusOf(CURLcode code, const char *message)
 {

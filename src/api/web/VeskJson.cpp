@@ -17,8 +17,8 @@ namespace {
 namespace dom = simdjson::dom;
 
 /// Answers up to this size leave their parser to the thread's next one.
-constexpr std::size_t KeptParserBytes = 1024 * 1024;
-constexpr std::size_t LeastParserBytes = 16 * 1024;
+constexpr std::size_t KeptParserBytes = std::size_t(1024) * 1024;
+constexpr std::size_t LeastParserBytes = std::size_t(16) * 1024;
 
 bool isAscii(const char *bytes, std::size_t size)
 {
