@@ -4,6 +4,12 @@
 #include "api/values/VeskValuePaths.h"
 #include "api/web/HttpClient.h"
 #include "bench/Answers.h"
+#include "tests/support/ScriptedServer.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -24,9 +30,22 @@ ScriptedServer::Response serve(const ScriptedServer::Request &request)
 
 } // namespace
 
-Surroundings::Surroundings()
-    : m_server(serve)
+int serveBenchmarks()
 {
+    const ScriptedServer server(serve);
+    std::printf("%d\n", int(server.port()));
+    std::fflush(stdout);
+    char nothing = 0;
+    while (::read(STDIN_FILENO, &nothing, 1) > 0) { }
+    return 0;
+}
+
+Surroundings::Surroundings()
+{
+    m_server.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_server.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--serve")});
+    m_server.waitForReadyRead();
+    m_port = m_server.readLine().trimmed().toInt();
     m_root.addWorker(QStringLiteral("settings"), &m_values);
     m_root.addWorker(QStringLiteral("system"), &m_values);
     m_root.addWorker(QStringLiteral("network"), &m_values);
@@ -47,11 +66,13 @@ Surroundings::Surroundings()
 Surroundings::~Surroundings()
 {
     m_root.removeWorker(&m_values);
+    m_server.closeWriteChannel();
+    m_server.waitForFinished();
 }
 
 QByteArray Surroundings::rootUrl() const
 {
-    return "http://127.0.0.1:" + QByteArray::number(m_server.port()) + "/Browse.ashx";
+    return "http://127.0.0.1:" + QByteArray::number(m_port) + "/Browse.ashx";
 }
 
 PluginOnThread::PluginOnThread()
@@ -66,7 +87,7 @@ PluginOnThread::PluginOnThread()
 
 QString Surroundings::connectTo() const
 {
-    return QString::fromLatin1(m_server.connectTo("opml.radiotime.com"));
+    return QStringLiteral("opml.radiotime.com:80:127.0.0.1:%1").arg(m_port);
 }
 
 PluginInProcess::PluginInProcess()

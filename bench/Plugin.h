@@ -4,12 +4,18 @@
 #include "api/nodes/CMValuesWorker.h"
 #include "host/plugins/WorkerPlugin.h"
 #include "modules/tunein/cb_tunein.h"
-#include "tests/support/ScriptedServer.h"
 #include "tests/support/WorkerThread.h"
+
+#include <QProcess>
 
 #include <memory>
 
-/// What a plug-in needs around it, beside it a server in its directory's place.
+/// Serves what a directory would, says on standard output on which port, and ends with its standard
+/// input. Returns the exit status.
+int serveBenchmarks();
+
+/// What a plug-in needs around it; and, in a process of its own as everywhere else, a server in its
+/// directory's place.
 class Surroundings {
 public:
     Surroundings();
@@ -22,7 +28,8 @@ public:
     const CMValuesWorker &values() const { return m_values; }
 
 private:
-    ScriptedServer m_server;
+    QProcess m_server;
+    int m_port = 0;
     CMRootWorker m_root;
     CMValuesWorker m_values;
 };

@@ -1,3 +1,4 @@
+#include "bench/Plugin.h"
 #include "runtime/Logging.h"
 
 #include <benchmark/benchmark.h>
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <string>
 #include <vector>
@@ -93,6 +95,8 @@ int main(int argc, char **argv)
     log4cplus::Initializer logging;
     setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/null"));
     QCoreApplication application(argc, argv);
+    if (argc == 2 && std::strcmp(argv[1], "--serve") == 0)
+        return serveBenchmarks();
     std::vector<char *> arguments(argv, argv + argc);
     // Pairs are measured in turns, so that what else the machine does meets both.
     std::string repetitions = "--benchmark_repetitions=5";

@@ -418,6 +418,22 @@ TEST(Wire, DepthIsOfWhatLiesInsideOnly)
     EXPECT_EQ(throughWire(flat), QVariant(flat));
 }
 
+TEST(Wire, CountsATextAsOftenAsItComes)
+{
+    const auto repeated = [](qint64 characters) {
+        const QString text(1024 * 1024, QLatin1Char('x'));
+        QVariantList texts;
+        for (qint64 i = 0; i < characters / text.size(); ++i)
+            texts.append(text);
+        WireWriter writer;
+        writer.writeVariant(texts);
+        EXPECT_LT(writer.bytes().size(), 2 * text.size()) << "it is written once";
+        return writer.bytes();
+    };
+    EXPECT_TRUE(isReadable(repeated(WireReader::MaxCharacters)));
+    EXPECT_FALSE(isReadable(repeated(WireReader::MaxCharacters + 1024 * 1024)));
+}
+
 TEST(Wire, RefusesTooManyValues)
 {
     EXPECT_TRUE(isReadable(nulls(WireReader::MaxValues)));

@@ -29,7 +29,10 @@ enum Tag : quint8 {
 };
 
 /// How a translatable text is written: a name is shown as it stands, in every language.
-enum TextKind : quint8 { Name = 0, Plain = 1, WithArguments = 2 };
+enum TextKind : quint8 { Name = 0, Translated = 1, WithArguments = 2 };
+
+/// What comes in front of a text that may be written by its number.
+enum Sharing : quint64 { Plain = 0, New = 1, FirstShared = 2 };
 
 constexpr int MostBytesOfCount = 10;
 constexpr int CharBytes = sizeof(QChar);
@@ -123,7 +126,7 @@ void WireWriter::writeTrString(const TrString &text)
         writeText(text.sourceText());
         return;
     }
-    writeByte(arguments.isEmpty() ? Plain : WithArguments);
+    writeByte(arguments.isEmpty() ? Translated : WithArguments);
     writeKey(text.context());
     writeKey(text.sourceText());
     writeKey(text.disambiguation());
@@ -164,15 +167,15 @@ void WireWriter::writeKey(const QString &key)
 void WireWriter::writeSharedText(const QString &text)
 {
     if (m_temporaries > 0 || text.isDetached() || text.isEmpty()) {
-        writeCount(0);
+        writeCount(Plain);
         writeText(text);
         return;
     }
     int &number = m_texts[text.constData()];
     if (number > 0)
-        return writeCount(static_cast<quint64>(number) + 1);
+        return writeCount(static_cast<quint64>(number) - 1 + FirstShared);
     number = m_texts.size();
-    writeCount(1);
+    writeCount(New);
     writeText(text);
 }
 
@@ -314,6 +317,9 @@ QString WireReader::readText()
         return QString();
     }
     const int length = static_cast<int>(size);
+    spend(0, length);
+    if (!m_ok)
+        return QString();
     const char *const characters = m_next;
     m_next += isNarrow ? length : length * CharBytes;
     if (isNarrow)
@@ -335,8 +341,7 @@ QStringList WireReader::readTexts()
 {
     QStringList texts;
     const int size = readSize(1);
-    if ((m_values += size) > MaxValues)
-        fail();
+    spend(size, 0);
     for (int i = 0; i < size && m_ok; ++i)
         texts.append(readText());
     return texts;
@@ -352,7 +357,7 @@ TrString WireReader::readTrString()
     const quint8 kind = readByte();
     if (kind == Name)
         return Language::ntr(readText());
-    if (kind != Plain && kind != WithArguments)
+    if (kind != Translated && kind != WithArguments)
         fail();
     const QString context = readKey();
     const QString sourceText = readKey();
@@ -387,23 +392,35 @@ QString WireReader::readKey()
         fail();
         return QString();
     }
-    return m_keys.at(static_cast<int>(known) - 1);
+    const QString &key = m_keys.at(static_cast<int>(known) - 1);
+    spend(0, key.size());
+    return key;
 }
 
 QString WireReader::readSharedText()
 {
     const quint64 code = readCount();
-    if (code == 0)
+    if (code == Plain)
         return readText();
-    if (code == 1) {
+    if (code == New) {
         m_texts.append(readText());
         return m_texts.last();
     }
-    if (code - 1 > static_cast<quint64>(m_texts.size())) {
+    if (code - FirstShared >= static_cast<quint64>(m_texts.size())) {
         fail();
         return QString();
     }
-    return m_texts.at(static_cast<int>(code) - 2);
+    const QString &text = m_texts.at(static_cast<int>(code - FirstShared));
+    spend(0, text.size());
+    return text;
+}
+
+void WireReader::spend(qint64 values, qint64 characters)
+{
+    m_values += values;
+    m_characters += characters;
+    if (m_values > MaxValues || m_characters > MaxCharacters)
+        fail();
 }
 
 bool WireReader::enter()
@@ -418,8 +435,7 @@ Map WireReader::readEntries()
 {
     Map map;
     const int size = readSize(2);
-    if ((m_values += size) > MaxValues)
-        fail();
+    spend(size, 0);
     if (enter()) {
         if constexpr (std::is_same_v<Map, QVariantHash>)
             map.reserve(size);
@@ -436,8 +452,7 @@ QVariantList WireReader::readList()
 {
     QVariantList list;
     const int size = readSize(1);
-    if ((m_values += size) > MaxValues)
-        fail();
+    spend(size, 0);
     if (enter()) {
         list.reserve(size);
         for (int i = 0; i < size && m_ok; ++i)

@@ -51,7 +51,7 @@ private:
 
     QByteArray m_bytes;
     /// Keys come again and again: each is written once, then by its number. The same goes for texts
-    /// that are one text in memory, which is where the rows of a screen have them from.
+    /// that are one in memory, as the rows of a screen have them.
     QHash<QString, int> m_keys;
     QHash<const QChar *, int> m_texts;
     struct RecentKey {
@@ -68,8 +68,11 @@ class WireReader {
 public:
     /// Lists and hashes lie at most this deep inside each other.
     static constexpr int MaxDepth = 64;
-    /// And hold at most this many values in all.
+    /// And hold at most this many values, with texts of so many characters, in all. What is written
+    /// once and then by its number counts each time: whoever goes through the values meets it so
+    /// often.
     static constexpr int MaxValues = 2'000'000;
+    static constexpr qint64 MaxCharacters = 64 * 1024 * 1024;
 
     explicit WireReader(const QByteArray &bytes, int from = 0);
 
@@ -96,6 +99,7 @@ private:
     /// A count of things of which each takes at least \a least bytes.
     int readSize(int least);
     bool enter();
+    void spend(qint64 values, qint64 characters);
     QString readKey();
     QString readSharedText();
     QVariant readTagged(quint8 tag);
@@ -107,7 +111,8 @@ private:
     const char *m_end;
     bool m_ok = true;
     int m_depth = 0;
-    int m_values = 0;
+    qint64 m_values = 0;
+    qint64 m_characters = 0;
     QVector<QString> m_keys;
     QVector<QString> m_texts;
 };
