@@ -35,8 +35,9 @@ std::string pls(const std::vector<PlaylistEntry> &entries)
     std::string text = "[playlist]\nNumberOfEntries=" + std::to_string(entries.size()) + '\n';
     for (std::size_t i = 0; i < entries.size(); ++i) {
         const std::string number = std::to_string(i + 1);
-        text += "File" + number + '=' + entries[i].address + "\nTitle" + number + '='
-            + entries[i].title + "\nLength" + number + "=-1\n";
+        text.append("File").append(number).append("=").append(entries[i].address);
+        text.append("\nTitle").append(number).append("=").append(entries[i].title);
+        text.append("\nLength").append(number).append("=-1\n");
     }
     return text + "Version=2\n";
 }

@@ -11,7 +11,7 @@ StreamPlayer::StreamPlayer(const AudioOutputSpec &output, QObject *parent)
 
 StreamPlayer::~StreamPlayer()
 {
-    stop();
+    StreamPlayer::stop();
 }
 
 void StreamPlayer::play(const StreamSource &source)

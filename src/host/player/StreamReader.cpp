@@ -185,6 +185,9 @@ StreamOutcome StreamReader::judge(
     StreamOutcome outcome;
     outcome.retryAfter = receiver.head().retryAfter;
     const bool isAudio = receiver.content() == StreamContent::Audio;
+    // What has no length, and is not live, has ended however its connection did.
+    const bool isWhole
+        = receiver.head().length < 0 ? !m_source.live : result.kind == HttpStreamResult::Complete;
     if (isStopped()) {
         outcome.kind = StreamOutcome::Stopped;
     } else if (receiver.isHopeless()) {
@@ -197,10 +200,7 @@ StreamOutcome StreamReader::judge(
     } else if (result.kind == HttpStreamResult::Refused) {
         outcome.problem
             = playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to hear on the stream."));
-    } else if (isAudio && result.kind == HttpStreamResult::Complete
-        && (receiver.head().length >= 0 || !m_source.live)) {
-        outcome.kind = StreamOutcome::Ended;
-    } else if (isAudio && !m_source.live && receiver.head().length < 0) {
+    } else if (isAudio && isWhole) {
         outcome.kind = StreamOutcome::Ended;
     } else {
         outcome.problem = playerText(QT_TRANSLATE_NOOP("Player", "The stream's server ended it."));

@@ -100,7 +100,7 @@ bool AudioReceiver::begin(const HttpStreamHead &head)
 bool AudioReceiver::take(const char *data, std::size_t size)
 {
     if (m_skip > 0) {
-        const auto skipped = static_cast<std::size_t>(std::min<qint64>(m_skip, size));
+        const auto skipped = static_cast<std::size_t>(std::min(m_skip, static_cast<qint64>(size)));
         m_skip -= static_cast<qint64>(skipped);
         data += skipped;
         size -= skipped;

@@ -36,11 +36,11 @@ JsonRpcDispatcher::JsonRpcDispatcher(QObject *parent)
 
 JsonRpcDispatcher::~JsonRpcDispatcher() = default;
 
-void JsonRpcDispatcher::addMethod(const QString &name, JsonRpcMethod method)
+void JsonRpcDispatcher::addMethod(const QString &name, const JsonRpcMethod &method)
 {
     VESK_ASSERT(method);
     VESK_ASSERT(!m_methods.contains(name));
-    m_methods.insert(name, std::move(method));
+    m_methods.insert(name, method);
 }
 
 void JsonRpcDispatcher::handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered)

@@ -69,7 +69,7 @@ public:
     explicit JsonRpcDispatcher(QObject *parent = nullptr);
     ~JsonRpcDispatcher() override;
 
-    void addMethod(const QString &name, JsonRpcMethod method);
+    void addMethod(const QString &name, const JsonRpcMethod &method);
     /// 60 seconds unless it is set.
     void setDeadline(int milliseconds) { m_deadlineMs = milliseconds; }
     int deadline() const { return m_deadlineMs; }
