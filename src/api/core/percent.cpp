@@ -32,7 +32,7 @@ public:
     /// Writes what \a c becomes to \a out, where there is room for four characters.
     ushort *write(ushort *out, ushort c) const
     {
-        memcpy(out, &m_entries[c], 4 * sizeof(ushort));
+        memcpy(out, &m_entries[c], sizeof(Entry));
         return out + m_entries[c].length;
     }
 
@@ -43,6 +43,7 @@ private:
         ushort text[3] = {};
         ushort length = 0;
     };
+    static_assert(sizeof(Entry) == 4 * sizeof(ushort), "is written whole");
 
     Entry m_entries[128] = {};
 };
@@ -93,20 +94,34 @@ ushort *writeCodePoint(ushort *out, uint c)
     return writeEscape(out, 0x80 | (c & 0x3F));
 }
 
+/// Encodes the character at \a in, which it moves behind it, or behind both halves of a pair.
+ushort *encodeOne(ushort *out, const ushort *&in, const ushort *end, const Table &table)
+{
+    const ushort c = *in++;
+    if (c < 128)
+        return table.write(out, c);
+    if (!QChar::isSurrogate(c))
+        return writeCodePoint(out, c);
+    if (QChar::isHighSurrogate(c) && in != end && QChar::isLowSurrogate(*in))
+        return writeCodePoint(out, QChar::surrogateToUcs4(c, *in++));
+    return writeCodePoint(out, QChar::ReplacementCharacter);
+}
+
 /// Encodes [in, end) to \a out, which has room for MaxGrowth times as much.
 ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &table)
 {
-    while (in != end) {
-        const ushort c = *in++;
-        if (c < 128)
-            out = table.write(out, c);
-        else if (!QChar::isSurrogate(c))
-            out = writeCodePoint(out, c);
-        else if (QChar::isHighSurrogate(c) && in != end && QChar::isLowSurrogate(*in))
-            out = writeCodePoint(out, QChar::surrogateToUcs4(c, *in++));
-        else
-            out = writeCodePoint(out, QChar::ReplacementCharacter);
+    // Nearly everything is ASCII: four characters take one decision.
+    while (end - in >= 4) {
+        if ((in[0] | in[1] | in[2] | in[3]) < 128) {
+            for (int i = 0; i < 4; ++i)
+                out = table.write(out, in[i]);
+            in += 4;
+        } else {
+            out = encodeOne(out, in, end, table);
+        }
     }
+    while (in != end)
+        out = encodeOne(out, in, end, table);
     return out;
 }
 
@@ -226,27 +241,35 @@ void veskAppendPercentEncoded(QString &out, const QString &text, const char *kee
     out += veskPercentEncode(text, keep);
 }
 
-void VeskPercentBuffer::append(const QString &text, const char *keep)
+void VeskPercentBuffer::append(QStringView text, const char *keep)
 {
-    withTable(keep, [this, &text](const Table &table) {
-        const ushort *in = text.utf16();
-        const ushort *const end = in + text.size();
-        while (in != end) {
-            const ushort *pieceEnd = end - in > PieceSize ? in + PieceSize : end;
-            if (pieceEnd != end && QChar::isHighSurrogate(pieceEnd[-1]))
-                --pieceEnd;
-            const int size = m_text.size();
-            m_text.resize(size + int(pieceEnd - in) * MaxGrowth);
-            const ushort *const written = encode(m_text.data() + size, in, pieceEnd, table);
-            m_text.resize(int(written - m_text.data()));
-            in = pieceEnd;
-        }
-    });
+    withTable(keep, [this, text](const Table &table) { appendWith(table, text); });
+}
+
+template <class EncodingTable>
+void VeskPercentBuffer::appendWith(const EncodingTable &table, QStringView text)
+{
+    const auto *in = reinterpret_cast<const ushort *>(text.data());
+    const ushort *const end = in + text.size();
+    while (in != end) {
+        const ushort *pieceEnd = end - in > PieceSize ? in + PieceSize : end;
+        if (pieceEnd != end && QChar::isHighSurrogate(pieceEnd[-1]))
+            --pieceEnd;
+        ushort *const out = room(int(pieceEnd - in) * MaxGrowth);
+        m_size += int(encode(out, in, pieceEnd, table) - out);
+        in = pieceEnd;
+    }
+}
+
+void VeskPercentBuffer::appendEncoded(const QString &text)
+{
+    memcpy(room(text.size()), text.constData(), size_t(text.size()) * sizeof(ushort));
+    m_size += text.size();
 }
 
 QString VeskPercentBuffer::toString() const
 {
-    return QString(reinterpret_cast<const QChar *>(m_text.data()), m_text.size());
+    return QString(reinterpret_cast<const QChar *>(m_text.data()), m_size);
 }
 
 QString veskPercentDecode(QStringView text, bool *ok)

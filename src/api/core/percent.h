@@ -19,14 +19,39 @@ VESK_API void veskAppendPercentEncoded(QString &out, const QString &text, const 
 /// Puts together a text of percent-encoded parts, on the stack as long as it is not very long.
 class VESK_API VeskPercentBuffer {
 public:
+    VeskPercentBuffer()
+        : m_text(UsualSize)
+    {
+    }
+
     /// Appends \a text, percent-encoded as by veskPercentEncode().
-    void append(const QString &text, const char *keep = "");
+    void append(QStringView text, const char *keep = "");
     /// Appends an ASCII character as it is.
-    void append(char c) { m_text.append(static_cast<ushort>(c)); }
+    void append(char c)
+    {
+        *room(1) = static_cast<ushort>(c);
+        ++m_size;
+    }
+    /// Appends a text that is encoded already.
+    void appendEncoded(const QString &text);
     QString toString() const;
 
 private:
-    QVarLengthArray<ushort, 2048> m_text;
+    static constexpr int UsualSize = 2048;
+
+    template <class EncodingTable>
+    void appendWith(const EncodingTable &table, QStringView text);
+    /// Where to write the next \a size characters; m_size is to be moved behind them.
+    ushort *room(int size)
+    {
+        if (m_text.size() - m_size < size)
+            m_text.resize(2 * (m_size + size));
+        return m_text.data() + m_size;
+    }
+
+    /// As large as there is room, so that appending a part does not resize it.
+    QVarLengthArray<ushort, UsualSize> m_text;
+    int m_size = 0;
 };
 
 /// Undoes it. Sets \a ok (where given) to false, and returns an empty text, when an escape is

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QVariant>
 
+#include <utility>
+
 /// Defines a function \a name() that gives a hash key, made once.
 #define VESK_KEY(name, text)                                                                       \
     const QString &name()                                                                          \
@@ -36,7 +38,7 @@ public:
     bool contains(const QString &key) const { return m_hash.contains(key); }
     QVariant value(const QString &key) const { return m_hash.value(key); }
     QVariant operator[](const QString &key) const { return m_hash.value(key); }
-    void insert(const QString &key, const QVariant &value) { m_hash.insert(key, value); }
+    void insert(const QString &key, QVariant value) { m_hash[key] = std::move(value); }
     void remove(const QString &key) { m_hash.remove(key); }
     void reserve(int size) { m_hash.reserve(size); }
 

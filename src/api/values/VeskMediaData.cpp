@@ -106,12 +106,22 @@ void VeskMetaData::setGenre(const QString &genre)
 
 void VeskMetaData::setPrePlayPath(const CMPath &path)
 {
-    insert(keys::prePlayPath(), path.toEncoded());
+    setPrePlayPath(path.toEncoded());
+}
+
+void VeskMetaData::setPrePlayPath(const QString &encodedPath)
+{
+    insert(keys::prePlayPath(), encodedPath);
 }
 
 void VeskMetaData::setContentPlayContextPath(const CMPath &path)
 {
-    insert(keys::contentPlayContextPath(), path.toEncoded());
+    setContentPlayContextPath(path.toEncoded());
+}
+
+void VeskMetaData::setContentPlayContextPath(const QString &encodedPath)
+{
+    insert(keys::contentPlayContextPath(), encodedPath);
 }
 
 void VeskMetaData::setPlaybackStateChangePath(const CMPath &path)

@@ -46,7 +46,9 @@ public:
     void setServiceID(const QString &id);
     void setGenre(const QString &genre);
     void setPrePlayPath(const CMPath &path);
+    void setPrePlayPath(const QString &encodedPath);
     void setContentPlayContextPath(const CMPath &path);
+    void setContentPlayContextPath(const QString &encodedPath);
     void setPlaybackStateChangePath(const CMPath &path);
     void setMatchingMediaRoles(const VeskList<VeskRoles> &roles);
     void setLive(bool live);

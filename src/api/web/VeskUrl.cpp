@@ -161,15 +161,12 @@ void VeskUrl::findParts()
             ++i;
     }
     m_path = i;
-    while (i < size && text[i] != QLatin1Char('?') && text[i] != QLatin1Char('#'))
-        ++i;
-    if (i < size && text[i] == QLatin1Char('?')) {
-        m_query = ++i;
-        while (i < size && text[i] != QLatin1Char('#'))
-            ++i;
-    }
-    if (i < size)
-        m_fragment = i + 1;
+    const int hash = m_url.indexOf(QLatin1Char('#'), i);
+    const int question = m_url.indexOf(QLatin1Char('?'), i);
+    if (question >= 0 && (hash < 0 || question < hash))
+        m_query = question + 1;
+    if (hash >= 0)
+        m_fragment = hash + 1;
 }
 
 int VeskUrl::pathEnd() const

@@ -2,6 +2,8 @@
 
 #include "modules/tunein/TuneInSettings.h"
 
+#include <limits>
+
 VeskUrl TuneInApi::url(const QString &path)
 {
     return VeskUrl(QStringLiteral("http://opml.radiotime.com") + path);
@@ -18,6 +20,13 @@ void TuneInApi::addDevice(VeskUrl &url, const TuneInSettings &settings)
         url.addQueryItem(QStringLiteral("partnerId"), settings.partnerId());
     if (!settings.serial().isEmpty())
         url.addQueryItem(QStringLiteral("serial"), settings.serial());
+}
+
+int TuneInApi::bitsPerSecond(const QString &kilobits)
+{
+    constexpr int perKilobit = 1000;
+    const int rate = kilobits.toInt();
+    return rate > 0 && rate <= std::numeric_limits<int>::max() / perKilobit ? rate * perKilobit : 0;
 }
 
 CMError TuneInApi::error(const char *text)

@@ -20,6 +20,9 @@ VeskUrl secureUrl(const QString &path);
 /// Adds "partnerId" and "serial", each only if it is not empty.
 void addDevice(VeskUrl &url, const TuneInSettings &settings);
 
+/// From the directory's kbit/s. What is no rate, or none that can be, is 0: not known.
+int bitsPerSecond(const QString &kilobits);
+
 /// An error with the default name and title whose message is \a text, in translation context
 /// "TuneIn".
 CMError error(const char *text);

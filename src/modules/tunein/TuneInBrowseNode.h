@@ -7,17 +7,15 @@
 
 #include <QMap>
 #include <QMutex>
-#include <QVector>
 
 class CMTuneInWorker;
 class TuneInSettings;
+struct TuneInItem;
 
 /// TuneIn's whole directory: every screen is a path below this node. A path is turned into a URL of
 /// the web API, the answer into rows, and the URLs in it into paths again.
 ///
-/// Three forms of paths: "browse" is the root menu; "browse/uri" with a URL path and its query
-/// items as parameters is any screen; "browse" with "veskTuneInMethod" ("tune", "search", "wizard")
-/// names a method and its arguments. Parameters that start with "vesk" are never sent.
+/// Paths become URLs in TuneInScreenUrl, elements of an answer rows in TuneInRows.
 ///
 /// Worker's thread only, which every request blocks for its exchange.
 class TuneInBrowseNode : public CMContainerNode {
@@ -48,36 +46,25 @@ public:
     QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
         VeskUrl url, QString navigation, int maxLevel);
 
+    /// The icon of the root menu's entry \a key; empty for another.
+    QString categoryIcon(const QString &key) const { return m_categoryIcons.value(key); }
+    /// Empty when it is not known, also while TuneIn's list of genres, which the first genre asks
+    /// for, cannot be had.
+    QString getGenreName(const QString &genreId);
+
 private:
     TuneInBrowseNode(CMTuneInWorker *worker, const CMPath &path);
 
-    enum class RowRole;
     struct Screen;
-    struct Item;
-
-    // A path becomes a URL. What returns a bool returns false when it has set an error.
-    bool setDirectoryUrl(const CMGetRowsRequest &request, VeskUrl &url) const;
-    void setUriForm(const CMPath &path, QString rest, VeskUrl &url) const;
-    bool setMethodForm(const CMGetRowsRequest &request, VeskUrl &url) const;
-    bool setTuneMethod(const CMGetRowsRequest &request, VeskUrl &url) const;
-    bool setRootForm(const CMGetRowsRequest &request, VeskUrl &url) const;
-    void addCommonItems(VeskUrl &url) const;
 
     // An answer becomes rows.
     bool navigate(VeskList<VeskTuneInBodyElement> &elements, const QString &navigation) const;
-    void appendElement(const Screen &screen, const Item &item, QVariantList &rows);
-    QVariantList textRow(const Screen &screen, const Item &item) const;
-    QVariantList linkRow(const Screen &screen, const Item &item) const;
-    void appendSeparator(const Screen &screen, const Item &item, QVariantList &rows);
-    QVariantList audioRow(const Screen &screen, const Item &item);
-    VeskMediaData audioMediaData(
-        const Screen &screen, const Item &item, const QString &encodedMatchPath);
-    VeskHash browserContextRoles(
-        const Screen &screen, const Item &item, const QString &encodedMatchPath) const;
+    void appendElement(const Screen &screen, const TuneInItem &item, QVariantList &rows);
+    void appendSeparator(const Screen &screen, const TuneInItem &item, QVariantList &rows);
+    void appendAudio(const Screen &screen, const TuneInItem &item, QVariantList &rows);
 
     // Before playing.
     bool fetchAvailableStreams(const CMSetDataRequest &request, VeskRoles &roles);
-    QString getGenreName(const QString &genreId);
 
     const TuneInSettings *m_settings;
     CMTuneInWorker *m_tiWorker;

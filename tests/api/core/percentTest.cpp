@@ -157,6 +157,37 @@ TEST(PercentBuffer, joinsEncodedPartsAndPlainCharacters)
         buffer.toString(), QStringLiteral("a%20b?/%C3%A9") + QStringLiteral("%3D").repeated(3000));
 }
 
+TEST(PercentBuffer, takesEncodedPartsAsTheyAre)
+{
+    VeskPercentBuffer buffer;
+    buffer.appendEncoded(QString());
+    buffer.appendEncoded(QStringLiteral("a%20b"));
+    buffer.append(QStringLiteral("%"));
+    buffer.appendEncoded(QStringLiteral("&c=").repeated(3000));
+    buffer.append('?');
+    EXPECT_EQ(buffer.toString(),
+        QStringLiteral("a%20b%25") + QStringLiteral("&c=").repeated(3000) + QLatin1Char('?'));
+}
+
+TEST(PercentEncode, encodesWhatIsBeyondAsciiAtAnyPlaceAmongAscii)
+{
+    const QString others[] {QStringLiteral("\u00e9"), QStringLiteral("\u20ac"),
+        QStringLiteral("\U0001F600"), QString(QChar(0xD83D)), QString(QChar(0xDE00))};
+    const QString encoded[] {QStringLiteral("%C3%A9"), QStringLiteral("%E2%82%AC"),
+        QStringLiteral("%F0%9F%98%80"), QStringLiteral("%EF%BF%BD"), QStringLiteral("%EF%BF%BD")};
+    for (int before = 0; before < 10; ++before) {
+        for (int behind = 0; behind < 10; ++behind) {
+            for (int i = 0; i < 5; ++i) {
+                const QString text = QString(before, QLatin1Char('a')) + others[i]
+                    + QString(behind, QLatin1Char(' '));
+                ASSERT_EQ(veskPercentEncode(text),
+                    QString(before, QLatin1Char('a')) + encoded[i]
+                        + QStringLiteral("%20").repeated(behind));
+            }
+        }
+    }
+}
+
 TEST(PercentDecode, undoesEncodingOfAnyUnicodeText)
 {
     std::mt19937 random(2);

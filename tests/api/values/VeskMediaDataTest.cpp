@@ -41,6 +41,19 @@ TEST(VeskResource, keepsItsEntriesUnderTheirAccessorsNames)
     EXPECT_EQ(VeskResource().uri(), QString());
 }
 
+TEST(VeskMetaData, takesPathsInTheirTextFormToo)
+{
+    VeskMetaData fromPaths;
+    fromPaths.setPrePlayPath(path);
+    fromPaths.setContentPlayContextPath(path + QStringLiteral("/a"));
+    VeskMetaData fromTexts;
+    fromTexts.setPrePlayPath(path.toEncoded());
+    fromTexts.setContentPlayContextPath((path + QStringLiteral("/a")).toEncoded());
+    EXPECT_EQ(fromTexts, fromPaths);
+    EXPECT_EQ(fromTexts.prePlayPath(), path);
+    EXPECT_EQ(fromTexts.contentPlayContextPath(), path + QStringLiteral("/a"));
+}
+
 TEST(VeskMetaData, keepsItsEntriesUnderTheirAccessorsNames)
 {
     VeskMetaData m;

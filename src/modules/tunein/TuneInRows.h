@@ -1,0 +1,99 @@
+#pragma once
+
+#include "api/nodes/CMRequest.h"
+#include "api/tunein/VeskTuneInResponse.h"
+#include "api/values/CMPathForm.h"
+#include "api/values/VeskMediaData.h"
+#include "api/values/VeskRoles.h"
+#include "api/web/VeskUrl.h"
+
+#include <QVariantList>
+#include <QVector>
+
+class CMTuneInWorker;
+class TuneInBrowseNode;
+
+/// One element of an outline, with what several of its row's values need.
+struct TuneInItem {
+    TuneInItem(VeskTuneInBodyElement itsElement, int itsIndex);
+
+    const VeskTuneInBodyElement element;
+    const int index; ///< among its siblings
+    const QString type;
+    const QString kind; ///< "station", "show", "topic" or none
+    const QString text;
+    const QString guideId;
+    const VeskUrl url;
+    const bool showOrTopic;
+    const QString sid; ///< of a show or topic
+};
+
+/// Makes the rows of one screen: a value for each role that \a request asks for, null for those
+/// that the kind of element does not answer. What all rows of the screen have in common is made
+/// once, here. Worker's thread only; node, worker and request must outlive it.
+class TuneInRows {
+public:
+    TuneInRows(
+        TuneInBrowseNode &node, const CMTuneInWorker &worker, const CMGetRowsRequest &request);
+
+    bool isRoot() const { return m_isRoot; }
+    /// The list of a station's streams, of which one is to be chosen.
+    bool isStreamChoice() const { return m_streamChoice; }
+    /// The test search whose rows name streams themselves.
+    bool isDirectStream() const { return m_directStream; }
+
+    /// Of an element that is of no known kind.
+    QVariantList unknown() const { return m_nulls; }
+    QVariantList text(const TuneInItem &item) const;
+    QVariantList link(const TuneInItem &item) const;
+    /// The heading above the rows of the element's children.
+    QVariantList header(const TuneInItem &item) const;
+    /// What opens the element's children, at \a navigation inside the screen \a url.
+    QVariantList folder(
+        const TuneInItem &item, const VeskUrl &url, const QString &navigation) const;
+    QVariantList audio(const TuneInItem &item) const;
+
+private:
+    enum class Role;
+    struct Playing;
+    /// What the rows of a stream choice, which are streams of one item, take from that item.
+    struct Chosen {
+        QString matchPath;
+        QString title;
+        QString description;
+        QString icon;
+        QString prePlayPath;
+    };
+
+    template <class Function>
+    QVariantList row(Function value) const;
+    Chosen chosen() const;
+    QString matchPath(const TuneInItem &item) const;
+    QString streamPath(const TuneInItem &item) const;
+    VeskHash browserMenu(const TuneInItem &item, const QString &matchPath) const;
+    VeskMediaData mediaData(const TuneInItem &item, const Playing &playing) const;
+    VeskMetaData metaData(const TuneInItem &item, const Playing &playing) const;
+    VeskResource resource(const TuneInItem &item) const;
+
+    TuneInBrowseNode &m_node;
+    const CMPath &m_opened;
+    const bool m_isRoot;
+    const bool m_streamChoice;
+    const bool m_directStream;
+    QVector<Role> m_roles;
+    QVariantList m_nulls;
+
+    /// Media data of rows that only lead somewhere.
+    const VeskMediaData m_serviceMediaData;
+    /// What the meta data of all audio rows begins with.
+    VeskMetaData m_commonMetaData;
+    /// The browser's context menu; only its path depends on the row.
+    const VeskRoles m_browserMenu;
+
+    const CMPathForm m_matchPath;
+    const CMPathForm m_browserMenuPath;
+    const CMPathForm m_playerMenuPath;
+    const CMPathForm m_episodeMenuPath;
+    const CMPathForm m_prePlayPath;
+    const Chosen m_chosen;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "api/web/VeskUrl.h"
+
+#include <QString>
+
+class CMPath;
+class TuneInSettings;
+
+/// \file
+/// Where the web API has the screen that a path of the browser names.
+///
+/// Three forms of paths: "browse" is the root menu; "browse/uri" with a URL path and its query
+/// items as parameters is any screen; "browse" with "veskTuneInMethod" ("tune", "search", "wizard")
+/// names a method and its arguments. Parameters that start with "vesk" are never sent.
+
+namespace TuneInScreenUrl {
+
+/// Why a path names no screen.
+struct Fault {
+    bool isEmpty() const { return !message; }
+
+    QString log;
+    /// For the user, in translation context "TuneIn"; null when there is no fault.
+    const char *message = nullptr;
+};
+
+bool isRoot(const CMPath &path);
+
+/// The URL of the screen \a path, without what every request carries. Sets \a fault when the path
+/// names none.
+VeskUrl ofPath(const CMPath &path, Fault &fault);
+
+/// Adds what every request for a screen carries, each only where \a url has no such item.
+void addCommonItems(VeskUrl &url, const TuneInSettings &settings);
+
+} // namespace TuneInScreenUrl
