@@ -66,6 +66,9 @@ QList<QByteArray> readableFiles(const StartMessage &start)
         QFile::encodeName(QFileInfo(plugin.canonicalFilePath()).absolutePath())};
     for (const QString &folder : start.translations)
         files.append(QFile::encodeName(folder));
+    const QByteArray certificates = qgetenv("SSL_CERT_DIR");
+    if (!certificates.isEmpty())
+        files.append(certificates);
     return files;
 }
 
