@@ -440,8 +440,8 @@ Map WireReader::readEntries()
         if constexpr (std::is_same_v<Map, QVariantHash>)
             map.reserve(size);
         for (int i = 0; i < size && m_ok; ++i) {
-            const QString key = readKey();
-            map.insert(key, readVariant());
+            QVariant &value = map[readKey()];
+            value = readVariant();
         }
     }
     --m_depth;
@@ -455,8 +455,11 @@ QVariantList WireReader::readList()
     spend(size, 0);
     if (enter()) {
         list.reserve(size);
-        for (int i = 0; i < size && m_ok; ++i)
-            list.append(readVariant());
+        for (int i = 0; i < size && m_ok; ++i) {
+            // Moved to where it stays: a copy would count references up and down.
+            list.append(QVariant());
+            list.last() = readVariant();
+        }
     }
     --m_depth;
     return list;
