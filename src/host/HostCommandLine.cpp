@@ -43,7 +43,8 @@ void addOptions(CLI::App &app, Arguments &into)
     app.add_option("--audio", into.audio, "Where sound goes (auto)")
         ->type_name("auto|null|wav:FILE");
     app.add_flag("--in-process", into.inProcess,
-        "Runs plug-ins in this process, where one that crashes ends the host");
+           "Runs plug-ins in this process, where one that crashes ends the host")
+        ->disable_flag_override();
     app.add_option("--restart-wait", into.restartWait,
            "The longest wait before a plug-in that crashed is started again (30)")
         ->type_name("SECONDS");

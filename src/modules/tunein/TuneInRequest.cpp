@@ -67,7 +67,7 @@ const char *statusMessage(
 TuneInRequest::TuneInRequest(CMTuneInWorker *tiWorker)
     : m_tiWorker(tiWorker)
 {
-    VESK_ASSERT(tiWorker != NULL);
+    VESK_ASSERT_TEXT(tiWorker, "tiWorker != NULL");
 }
 
 TuneInRequest::~TuneInRequest() = default;
