@@ -1,13 +1,12 @@
 #include "bench/Plugin.h"
 #include "runtime/Logging.h"
+#include "runtime/Memory.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 
 #include <log4cplus/initializer.h>
-
-#include <malloc.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -91,7 +90,7 @@ void printRatios(const Collector &collector)
 
 int main(int argc, char **argv)
 {
-    mallopt(M_MXFAST, 0); // as the host does
+    setUpMemory();
     log4cplus::Initializer logging;
     setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/null"));
     QCoreApplication application(argc, argv);

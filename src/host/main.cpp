@@ -4,6 +4,7 @@
 #include "host/HostCommandLine.h"
 #include "host/TerminationSignals.h"
 #include "runtime/Logging.h"
+#include "runtime/Memory.h"
 
 #include <QCoreApplication>
 
@@ -11,7 +12,6 @@
 
 #include <csignal>
 #include <iostream>
-#include <malloc.h>
 #include <unistd.h>
 
 namespace {
@@ -52,10 +52,7 @@ int run(const HostOptions &options)
 
 int main(int argc, char **argv)
 {
-    // Rows are many small blocks that are let go together. Merging them as they are freed keeps a
-    // row of a long screen as cheap as one of a short screen; fastbins would merge them over and
-    // over.
-    mallopt(M_MXFAST, 0);
+    setUpMemory();
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");
     std::signal(SIGPIPE, SIG_IGN);

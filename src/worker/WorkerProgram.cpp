@@ -5,6 +5,7 @@
 #include "api/nodes/CMRootWorker.h"
 #include "api/web/HttpClient.h"
 #include "runtime/Logging.h"
+#include "runtime/Memory.h"
 #include "runtime/PluginThread.h"
 #include "runtime/UiLanguage.h"
 #include "worker/Confinement.h"
@@ -23,7 +24,6 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <malloc.h>
 #include <optional>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -198,7 +198,7 @@ int runWorker(int argc, char **argv)
 {
     if (!isSocket(WorkerSocket))
         return complain(BadUsage, "only vesk-host can start this program");
-    mallopt(M_MXFAST, 0); // as the host, which says why
+    setUpMemory();
     std::signal(SIGPIPE, SIG_IGN);
     auto channel = std::make_unique<Channel>(WorkerSocket);
     const std::optional<StartMessage> start = greet(*channel);
