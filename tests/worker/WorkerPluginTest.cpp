@@ -79,6 +79,7 @@ protected:
         QObject::connect(m_plugin.get(), &Plugin::loadFinished, [this] { ++m_loadFinished; });
         QObject::connect(m_plugin.get(), &Plugin::unloaded, [this] { ++m_unloaded; });
         QObject::connect(m_plugin.get(), &WorkerPlugin::restarted, [this] { ++m_restarted; });
+        QObject::connect(m_plugin.get(), &WorkerPlugin::restarting, [this] { ++m_restarting; });
     }
 
     void load(const char *mode)
@@ -152,6 +153,7 @@ protected:
     int m_loadFinished = 0;
     int m_unloaded = 0;
     int m_restarted = 0;
+    int m_restarting = 0;
 };
 
 void WorkerPluginTest::expectRestart(const char *misdeed, const char *reason)
@@ -446,9 +448,11 @@ TEST_F(WorkerPluginTest, QuestionsWaitDuringAShortWait)
     EXPECT_FALSE(m_plugin->isRunning());
     const Answer waiting = ask("Fake:value");
     EXPECT_FALSE(waiting.isThere());
+    EXPECT_EQ(m_restarting, 2) << "once for each process that ended";
     ASSERT_TRUE(waiting.spin());
     EXPECT_EQ(waiting.list().value(1).toInt(), 3);
     EXPECT_EQ(m_restarted, 1);
+    EXPECT_EQ(m_restarting, 2) << "what waits is not to be forgotten";
 }
 
 TEST_F(WorkerPluginTest, OneThatLoadedOnceIsTriedAgainWhenItFails)

@@ -4,6 +4,7 @@
 #include "api/nodes/CMRootWorker.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -53,10 +54,10 @@ CMError RemoteWorker::interruptedError() const
     return error;
 }
 
-void RemoteWorker::expectLink()
+bool RemoteWorker::expectLink()
 {
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
-    m_state = Starting;
+    return std::exchange(m_state, Starting) != Starting;
 }
 
 void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)

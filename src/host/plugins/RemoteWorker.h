@@ -28,8 +28,8 @@ public:
     /// Answers what is left and takes back its routes.
     ~RemoteWorker() override;
 
-    /// A process is on its way: requests wait for it.
-    void expectLink();
+    /// A process is on its way: requests wait for it. Returns whether that is news.
+    bool expectLink();
     /// \a link leads to a process that is starting.
     void setLink(std::unique_ptr<NodeLink> link);
     /// Tells the process what it has to know; later news may follow. \a message is called with news

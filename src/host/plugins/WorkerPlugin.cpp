@@ -83,8 +83,9 @@ void WorkerPlugin::startProcess()
 
 void WorkerPlugin::expectProcess()
 {
-    Q_EMIT restarting();
-    m_remote.expectLink();
+    // What waits already is for the same process.
+    if (m_remote.expectLink())
+        Q_EMIT restarting();
 }
 
 void WorkerPlugin::openLink(int socket)

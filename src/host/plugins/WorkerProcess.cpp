@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -25,7 +26,10 @@ void WorkerProcess::Process::setupChildProcess()
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::dup2(childOutput, STDOUT_FILENO);
     ::dup2(childOutput, STDERR_FILENO);
-    ::dup2(childSocket, WorkerSocket);
+    if (childSocket == WorkerSocket)
+        ::fcntl(WorkerSocket, F_SETFD, 0);
+    else
+        ::dup2(childSocket, WorkerSocket);
 }
 
 WorkerProcess::WorkerProcess(QObject *parent)
