@@ -3,61 +3,14 @@
 #include "api/core/vesk.h"
 #include "api/nodes/CMContextCall.h"
 
-#include <QDeadlineTimer>
-
 #include <algorithm>
-#include <limits>
-
-#if defined(__SANITIZE_THREAD__) || QT_HAS_FEATURE(thread_sanitizer)
-#define VESK_THREAD_SANITIZER
-#include <sanitizer/tsan_interface.h>
-#endif
+#include <chrono>
+#include <utility>
 
 namespace {
 
-/// Holds a mutex. Qt's libraries are not built for ThreadSanitizer, which therefore must be told
-/// what their mutex orders.
-class Lock {
-public:
-    explicit Lock(QMutex *mutex)
-        : m_mutex(mutex)
-    {
-        m_mutex->lock();
-        acquired();
-    }
-    Lock(const Lock &) = delete;
-    Lock &operator=(const Lock &) = delete;
-    ~Lock()
-    {
-        releases();
-        m_mutex->unlock();
-    }
-
-    bool wait(QWaitCondition *condition, const QDeadlineTimer &deadline)
-    {
-        releases();
-        const bool woken = condition->wait(m_mutex, deadline);
-        acquired();
-        return woken;
-    }
-
-private:
-#if defined(VESK_THREAD_SANITIZER)
-    void acquired()
-    {
-        __tsan_acquire(m_mutex);
-    }
-    void releases()
-    {
-        __tsan_release(m_mutex);
-    }
-#else
-    void acquired() { }
-    void releases() { }
-#endif
-
-    QMutex *const m_mutex;
-};
+/// Longer than any device runs, and short enough to be added to the time of day.
+constexpr std::chrono::hours Longest {24 * 365 * 100};
 
 } // namespace
 
@@ -76,28 +29,31 @@ CMReplyAbstractData::~CMReplyAbstractData()
 
 bool CMReplyAbstractData::isFinished() const
 {
-    const Lock lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_finished;
 }
 
 bool CMReplyAbstractData::waitForFinished(unsigned long milliseconds) const
 {
-    constexpr auto longest = static_cast<unsigned long>(std::numeric_limits<qint64>::max());
-    QDeadlineTimer deadline(QDeadlineTimer::Forever);
-    if (milliseconds != ULONG_MAX)
-        deadline.setRemainingTime(static_cast<qint64>(std::min(milliseconds, longest)));
-
-    Lock lock(&m_mutex);
-    while (!m_finished) {
-        if (!lock.wait(&m_condition, deadline))
-            break;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (m_finished)
+        return true;
+    if (!m_condition)
+        m_condition = std::make_shared<std::condition_variable>();
+    const std::shared_ptr<std::condition_variable> condition = m_condition;
+    const auto isFinished = [this] { return m_finished; };
+    if (milliseconds == ULONG_MAX) {
+        condition->wait(lock, isFinished);
+        return true;
     }
-    return m_finished;
+    const auto limit = std::min<std::chrono::milliseconds>(
+        std::chrono::milliseconds(std::min<unsigned long>(milliseconds, LONG_MAX)), Longest);
+    return condition->wait_for(lock, limit, isFinished);
 }
 
 CMError CMReplyAbstractData::error() const
 {
-    const Lock lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     return m_error;
 }
 
@@ -119,7 +75,7 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
     }
     const auto watcher = CMContextCall::create(context, CMContextCall::Once, std::move(function));
     {
-        const Lock lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_finished) {
             m_watchers.push_back(watcher);
             return;
@@ -131,7 +87,7 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
 void CMReplyAbstractData::whenFinished(std::function<void()> function)
 {
     {
-        const Lock lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_finished) {
             VESK_ASSERT(!m_follower);
             m_follower = std::move(function);
@@ -145,17 +101,21 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
 {
     std::vector<std::shared_ptr<CMContextCall>> watchers;
     std::function<void()> follower;
+    std::shared_ptr<std::condition_variable> condition;
     {
-        const Lock lock(&m_mutex);
+        const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_finished)
             return;
         store();
         m_finished = true;
         watchers.swap(m_watchers);
         follower.swap(m_follower);
-        m_condition.wakeAll();
+        condition = m_condition;
     }
-    // Whoever waited may have let go of this by now: nothing of it is touched any more.
+    // Whoever waited may let go of this from here on: nothing of it is touched any more. And he
+    // would only be woken to wait for the mutex, had it been signalled above.
+    if (condition)
+        condition->notify_all();
     for (const std::shared_ptr<CMContextCall> &watcher : watchers)
         watcher->trigger();
     if (follower)
@@ -164,7 +124,7 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
 
 void CMReplyAbstractData::read(const std::function<void()> &load) const
 {
-    const Lock lock(&m_mutex);
+    const std::lock_guard<std::mutex> lock(m_mutex);
     load();
 }
 

@@ -3,14 +3,14 @@
 #include "api/core/export.h"
 #include "api/values/CMError.h"
 
-#include <QMutex>
 #include <QObject>
 #include <QVariant>
-#include <QWaitCondition>
 
 #include <climits>
+#include <condition_variable>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -59,10 +59,12 @@ protected:
     void read(const std::function<void()> &load) const;
 
 private:
-    mutable QMutex m_mutex;
-    mutable QWaitCondition m_condition;
+    mutable std::mutex m_mutex;
     /// Guarded by m_mutex.
     bool m_finished = false;
+    /// There from the first one who waits. It is signalled outside the mutex, when those who
+    /// waited may have let go of this already.
+    mutable std::shared_ptr<std::condition_variable> m_condition;
     CMError m_error;
     std::vector<std::shared_ptr<CMContextCall>> m_watchers;
     std::function<void()> m_follower;
