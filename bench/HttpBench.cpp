@@ -49,10 +49,10 @@ void measureGetRows(benchmark::State &state, const char *path, int expected)
     const CMPath screen = CMPath::fromEncoded(QLatin1String(path));
     int count = 0;
     measureLatency(state, [&] {
-        const auto reply = std::make_shared<CMReplyData<QVariant>>();
-        CMRoot()->request(
-            CMGetRowsRequest(screen, pageRoles(), 0, expected - 1, CMReply<QVariant>(reply)));
-        count = VeskRowsRoles(reply->value().toHash()).rows().size();
+        const QVariant answer = answerTo([&](const CMReply<QVariant> &reply) {
+            return CMGetRowsRequest(screen, pageRoles(), 0, expected - 1, reply);
+        });
+        count = VeskRowsRoles(answer.toHash()).rows().size();
     });
     if (count != expected)
         state.SkipWithError("the rows did not come");

@@ -11,13 +11,13 @@ namespace {
 AnswerMessage longAnswer()
 {
     PluginOnThread plugin;
-    const auto reply = std::make_shared<CMReplyData<QVariant>>();
-    CMRoot()->request(
-        CMGetRowsRequest(CMPath::fromEncoded(QStringLiteral("TuneIn:browse/uri/Browse.ashx?id=g1")),
-            pageRoles(), 0, 9999, CMReply<QVariant>(reply)));
     AnswerMessage message;
     message.id = 1;
-    message.value = reply->value();
+    message.value = answerTo([](const CMReply<QVariant> &reply) {
+        return CMGetRowsRequest(
+            CMPath::fromEncoded(QStringLiteral("TuneIn:browse/uri/Browse.ashx?id=g1")), pageRoles(),
+            0, 9999, reply);
+    });
     return message;
 }
 
@@ -45,9 +45,9 @@ void measurePing(benchmark::State &state)
 {
     const CMPath root(QStringLiteral("TuneIn"), QString());
     measureLatency(state, [&root] {
-        const auto reply = std::make_shared<CMReplyData<QVariant>>();
-        CMRoot()->request(CMSetDataRequest(root, CMPingRole(), 1, CMReply<QVariant>(reply)));
-        reply->waitForFinished();
+        answerTo([&root](const CMReply<QVariant> &reply) {
+            return CMSetDataRequest(root, CMPingRole(), 1, reply);
+        });
     });
 }
 

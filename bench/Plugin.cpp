@@ -7,6 +7,7 @@
 #include "tests/support/ScriptedServer.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include <cstdio>
 #include <unistd.h>
@@ -29,6 +30,16 @@ ScriptedServer::Response serve(const ScriptedServer::Request &request)
 }
 
 } // namespace
+
+QVariant answerTo(const std::function<CMRequest(const CMReply<QVariant> &reply)> &makeRequest)
+{
+    QEventLoop loop;
+    const auto reply = std::make_shared<CMReplyData<QVariant>>();
+    reply->whenFinished(&loop, [&loop] { loop.quit(); });
+    CMRoot()->request(makeRequest(CMReply<QVariant>(reply)));
+    loop.exec();
+    return reply->value();
+}
 
 int serveBenchmarks()
 {
@@ -102,10 +113,10 @@ PluginInProcess::PluginInProcess()
     // it.
     const CMPath root(QStringLiteral("TuneIn"), QStringLiteral("browse"));
     spinUntil([&root] {
-        const auto reply = std::make_shared<CMReplyData<QVariant>>();
-        CMRoot()->request(CMGetRowsRequest(root, pageRoles(), 0, 99, CMReply<QVariant>(reply)));
-        reply->waitForFinished();
-        return reply->error().isEmpty();
+        const QVariant answer = answerTo([&root](const CMReply<QVariant> &reply) {
+            return CMGetRowsRequest(root, pageRoles(), 0, 99, reply);
+        });
+        return answer.isValid();
     });
 }
 

@@ -107,6 +107,17 @@ public:
             [this](const CMPath &root, const QString &error) {
                 m_link.send(LoadedMessage {root, error});
             });
+        // What comes for the plug-in is received on its own thread, while that has nothing to do.
+        QObject::connect(
+            &m_thread, &PluginThread::loaded, &m_thread,
+            [this](const CMPath &, const QString &error) {
+                if (error.isEmpty())
+                    m_receiver = m_link.receiveOnThisLoop();
+            },
+            Qt::DirectConnection);
+        QObject::connect(
+            &m_thread, &QThread::finished, &m_thread, [this] { m_receiver.reset(); },
+            Qt::DirectConnection);
         QObject::connect(&m_thread, &QThread::finished, qApp, [this] {
             // A plug-in that could not be loaded leaves the host to end the process.
             if (m_stopping)
@@ -152,7 +163,7 @@ private:
         m_link.start(std::move(handler));
     }
 
-    /// On the link's thread.
+    /// On whichever thread receives.
     QString take(MessageKind kind, const QByteArray &payload)
     {
         if (kind == MessageKind::Value) {
@@ -188,6 +199,7 @@ private:
     PlayerMirror m_player;
     std::unique_ptr<UiLanguage> m_language;
     PluginThread m_thread;
+    std::unique_ptr<LoopReceiver> m_receiver; ///< m_thread's
     bool m_stopping = false;
     std::atomic<bool> m_done {false};
 };

@@ -2,6 +2,8 @@
 
 #include "api/values/VeskRoles.h"
 
+#include <utility>
+
 namespace {
 
 constexpr unsigned long getValueMilliseconds = 30000;
@@ -9,6 +11,11 @@ constexpr unsigned long getValueMilliseconds = 30000;
 }
 
 CMAbstractWorker::~CMAbstractWorker() = default;
+
+void CMAbstractWorker::post(CMRequest request)
+{
+    this->request(std::move(request));
+}
 
 void CMAbstractWorker::connectChange(const CMPath &) { }
 

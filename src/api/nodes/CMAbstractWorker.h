@@ -18,6 +18,9 @@ public:
 
     /// Takes \a request and returns; its reply is completed now or later. Any thread.
     virtual void request(CMRequest request) = 0;
+    /// The same, but a worker of the calling thread takes it up later, from its event loop, after
+    /// everything that waits there already. Any thread.
+    virtual void post(CMRequest request);
     /// The first subscriber of \a path came, the last one went. Any thread.
     virtual void connectChange(const CMPath &path);
     virtual void disconnectChange(const CMPath &path);

@@ -372,6 +372,14 @@ void CMRootWorker::request(CMRequest request)
         request.reply().setError(CMNoNodeError());
 }
 
+void CMRootWorker::post(CMRequest request)
+{
+    if (const CMCallGate::Visit visit(d->route(request.path())); visit)
+        visit->post(std::move(request));
+    else
+        request.reply().setError(CMNoNodeError());
+}
+
 std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
     const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed)
 {

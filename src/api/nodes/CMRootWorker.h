@@ -60,6 +60,7 @@ public:
 
     /// Answers at once with an error when no worker is there for the request's path.
     void request(CMRequest request) override;
+    void post(CMRequest request) override;
 
     /// Calls \a changed on \a context's thread for every change that concerns \a path, until the
     /// subscription or the context is destroyed. A change that only repeats the one before, while

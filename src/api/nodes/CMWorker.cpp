@@ -41,7 +41,11 @@ public:
         if (isOwnThread() && isOpen())
             call([&] { m_worker->deliver(request); });
         else
-            push({Item::Request, std::move(request), CMPath()});
+            post(std::move(request));
+    }
+    void post(CMRequest request) override
+    {
+        push({Item::Request, std::move(request), CMPath()});
     }
     void connectChange(const CMPath &path) override { push({Item::Connect, CMRequest(), path}); }
     void disconnectChange(const CMPath &path) override
@@ -196,6 +200,11 @@ CMPath CMWorker::addPrefix(const QString &relativePath) const
 void CMWorker::request(CMRequest request)
 {
     m_inbox->request(std::move(request));
+}
+
+void CMWorker::post(CMRequest request)
+{
+    m_inbox->post(std::move(request));
 }
 
 void CMWorker::connectChange(const CMPath &path)

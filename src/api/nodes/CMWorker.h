@@ -29,6 +29,7 @@ public:
     CMPath addPrefix(const QString &relativePath) const;
 
     void request(CMRequest request) override;
+    void post(CMRequest request) override;
     void connectChange(const CMPath &path) override;
     void disconnectChange(const CMPath &path) override;
     void languageChanged() override;

@@ -84,6 +84,7 @@ void RemoteWorker::open()
         for (const CMPath &path : m_watched)
             m_link->watch(path, true);
         held.swap(m_held);
+        m_receiver = m_link->receiveOnThisLoop();
     }
     for (const CMRequest &waiting : held)
         request(waiting);
@@ -93,6 +94,7 @@ void RemoteWorker::close()
 {
     std::deque<CMRequest> held;
     std::unique_ptr<NodeLink> former; // let go outside the lock: it waits for its thread
+    m_receiver.reset();
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
         const std::lock_guard<std::mutex> heldLock(m_heldMutex);

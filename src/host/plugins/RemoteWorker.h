@@ -74,6 +74,8 @@ private:
     bool m_started = false; ///< m_link's process has its StartMessage
     std::unique_ptr<NodeLink> m_link;
 
+    std::unique_ptr<LoopReceiver> m_receiver; ///< main thread; goes before m_link
+
     mutable std::mutex m_heldMutex; ///< taken after m_mutex
     /// Guarded by m_heldMutex.
     std::deque<CMRequest> m_held;

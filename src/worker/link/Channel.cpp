@@ -11,6 +11,7 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
+#include <sys/timerfd.h>
 #include <unistd.h>
 
 namespace {
@@ -71,16 +72,17 @@ struct Channel::Sender::Data {
         open = false;
         waiting.clear();
         ::shutdown(socket, SHUT_RDWR);
+        wakeThread();
     }
 
-    void wakeReceiver() const
+    void wakeThread() const
     {
         const quint64 one = 1;
         [[maybe_unused]] const ssize_t written = ::write(wake, &one, sizeof one);
     }
 
     const int socket;
-    const int wake; ///< tells the receiving thread that there is something to send
+    const int wake; ///< has the channel's thread look again what there is to do
     std::mutex mutex;
     /// Guarded by mutex.
     bool open = true;
@@ -122,7 +124,7 @@ bool Channel::Sender::send(const QByteArray &payload)
     }
     d->flush();
     if (!d->waiting.empty())
-        d->wakeReceiver();
+        d->wakeThread();
     return d->open;
 }
 
@@ -134,6 +136,7 @@ void Channel::Sender::close()
 
 Channel::Channel(int socket)
     : m_sender(std::make_shared<Sender>(socket))
+    , m_timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
 {
 }
 
@@ -144,6 +147,7 @@ Channel::~Channel()
         VESK_ASSERT(m_thread.get_id() != std::this_thread::get_id());
         m_thread.join();
     }
+    ::close(m_timer);
 }
 
 void Channel::start(Handler handler)
@@ -175,11 +179,76 @@ QByteArray Channel::receiveOne(int milliseconds)
     return payload;
 }
 
+int Channel::socket() const
+{
+    return m_sender->d->socket;
+}
+
+void Channel::lend()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_lendMutex);
+        if (std::exchange(m_isTimed, false))
+            setTimer(std::chrono::microseconds(0));
+        if (std::exchange(m_isLent, true))
+            return;
+    }
+    m_sender->d->wakeThread();
+}
+
+void Channel::recall()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_lendMutex);
+        m_isLent = false;
+    }
+    m_sender->d->wakeThread();
+}
+
+void Channel::recallAfter(std::chrono::microseconds time)
+{
+    const std::lock_guard<std::mutex> lock(m_lendMutex);
+    if (!m_isLent || m_isTimed)
+        return;
+    m_isTimed = true;
+    setTimer(time);
+}
+
+/// Zero stops it, and takes back that it ran out.
+void Channel::setTimer(std::chrono::microseconds time) const
+{
+    itimerspec when {};
+    when.it_value.tv_sec = static_cast<time_t>(time.count() / 1'000'000);
+    when.it_value.tv_nsec = static_cast<long>(time.count() % 1'000'000) * 1000;
+    ::timerfd_settime(m_timer, 0, &when, nullptr);
+}
+
+/// The timer may have run out.
+void Channel::takeBack()
+{
+    const std::lock_guard<std::mutex> lock(m_lendMutex);
+    quint64 count = 0;
+    if (!m_isTimed || ::read(m_timer, &count, sizeof count) < 0)
+        return; // it was lent again
+    m_isTimed = false;
+    m_isLent = false;
+}
+
+bool Channel::receiveNow()
+{
+    return receiveSome() && canLend();
+}
+
 void Channel::run()
 {
     veskSetThreadName(QStringLiteral("PluginLink"));
-    QString reason = receive();
+    receive();
     m_sender->close();
+    QString reason;
+    {
+        const std::lock_guard<std::mutex> lock(m_receiving);
+        reason = m_problem;
+    }
     if (reason.isEmpty()) {
         const std::lock_guard<std::mutex> lock(m_sender->d->mutex);
         reason = m_sender->d->reason;
@@ -187,43 +256,67 @@ void Channel::run()
     m_handler.ended(reason);
 }
 
-/// Receives until the connection ends; says why it did.
-QString Channel::receive()
+/// Receives, and sends what waits, until the connection ends.
+void Channel::receive()
 {
     Sender::Data &sender = *m_sender->d;
-    const QString tooMuch = takeFrames(); // what came along with the first one
-    if (!tooMuch.isEmpty())
-        return tooMuch;
+    bool mayHaveSome = true; // what came along with the first one
     while (true) {
+        if (std::exchange(mayHaveSome, false) && !receiveSome())
+            return;
         bool hasToSend = false;
         {
             const std::lock_guard<std::mutex> lock(sender.mutex);
             if (!sender.open)
-                return {};
+                return;
             hasToSend = !sender.waiting.empty();
         }
-        pollfd descriptors[]
-            = {{sender.socket, static_cast<short>(POLLIN | (hasToSend ? POLLOUT : 0)), 0},
-                {sender.wake, POLLIN, 0}};
-        if (::poll(descriptors, 2, -1) < 0 && !isTransient(errno))
-            return QString::fromLocal8Bit(std::strerror(errno));
+        bool isLent = false;
+        {
+            const std::lock_guard<std::mutex> lock(m_lendMutex);
+            isLent = m_isLent;
+        }
+        const int wanted = (isLent ? 0 : POLLIN) | (hasToSend ? POLLOUT : 0);
+        pollfd descriptors[] = {{wanted == 0 ? -1 : sender.socket, static_cast<short>(wanted), 0},
+            {sender.wake, POLLIN, 0}, {m_timer, POLLIN, 0}};
+        if (::poll(descriptors, 3, -1) < 0) {
+            if (isTransient(errno))
+                continue;
+            const std::lock_guard<std::mutex> lock(m_receiving);
+            m_problem = QString::fromLocal8Bit(std::strerror(errno));
+            return;
+        }
         if (descriptors[1].revents != 0) {
             quint64 count = 0;
             [[maybe_unused]] const ssize_t taken = ::read(sender.wake, &count, sizeof count);
         }
+        if (descriptors[2].revents != 0)
+            takeBack();
         if (descriptors[0].revents & POLLOUT) {
             const std::lock_guard<std::mutex> lock(sender.mutex);
             sender.flush();
         }
-        if (descriptors[0].revents & (POLLIN | POLLHUP | POLLERR)) {
-            const Progress progress = fill();
-            const QString problem = takeFrames();
-            if (!problem.isEmpty())
-                return problem;
-            if (progress == Progress::Ended)
-                return {};
-        }
+        mayHaveSome = (descriptors[0].revents & (POLLIN | POLLHUP | POLLERR)) != 0;
     }
+}
+
+/// Takes what the socket has now. Returns false at the end of the connection, which it makes for
+/// what is wrong.
+bool Channel::receiveSome()
+{
+    const std::lock_guard<std::mutex> lock(m_receiving);
+    if (!m_problem.isEmpty())
+        return false;
+    const Progress progress = fill();
+    m_problem = takeFrames();
+    quint32 size = 0;
+    if (m_received.size() >= HeadBytes)
+        std::memcpy(&size, m_received.constData(), HeadBytes);
+    const bool goesOn = progress != Progress::Ended && m_problem.isEmpty();
+    m_isForThread = !goesOn || size > static_cast<quint32>(UsualBytes);
+    if (!goesOn)
+        m_sender->close();
+    return goesOn;
 }
 
 /// Takes what the socket has. A frame that is known to be long gets its whole place at once.

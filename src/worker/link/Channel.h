@@ -3,13 +3,16 @@
 #include <QByteArray>
 #include <QString>
 
+#include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 
 /// Frames over a stream socket: a length of four bytes in the machine's byte order, then so many
-/// bytes of payload. A thread of its own receives them; whoever sends does so on his own thread,
-/// and never waits for the other side.
+/// bytes of payload. A thread of its own receives them, or in its place one that it is lent to;
+/// whoever sends does so on his own thread, and never waits for the other side.
 ///
 /// The sending side outlives the channel for those who still hold it; sending then comes to
 /// nothing.
@@ -40,10 +43,11 @@ public:
     };
 
     struct Handler {
-        /// Takes one payload; says what is wrong with it, which ends the connection, or nothing.
+        /// Takes one payload; says what is wrong with it, which ends the connection, or nothing. On
+        /// whichever thread receives, one at a time.
         std::function<QString(const QByteArray &payload)> take;
         /// The connection ended; \a reason tells why, unless the other side just went. Once;
-        /// nothing comes after it.
+        /// nothing comes after it. On the channel's thread.
         std::function<void(const QString &reason)> ended;
     };
 
@@ -52,7 +56,7 @@ public:
     /// Ends the connection; waits for a handler that is running. Not from a handler.
     ~Channel();
 
-    /// Begins to receive; both functions are called on the channel's thread.
+    /// Begins to receive.
     void start(Handler handler);
     const std::shared_ptr<Sender> &sender() const { return m_sender; }
 
@@ -60,16 +64,52 @@ public:
     /// that fits.
     QByteArray receiveOne(int milliseconds);
 
+    /// \name Another thread in the place of the channel's
+    /// One at a time, after start(); see LoopReceiver.
+    /// @{
+
+    int socket() const;
+    /// Not while a long payload comes, nor after the end.
+    bool canLend() const { return !m_isForThread; }
+    /// From here on what comes is left to receiveNow().
+    void lend();
+    /// The channel's thread receives again: now, or after \a time unless it is lent again by then.
+    void recall();
+    void recallAfter(std::chrono::microseconds time);
+    /// Takes what is there, without waiting. Returns whether there may be more of it later; if not,
+    /// the channel's thread has to do the rest, and is to be given its place back.
+    bool receiveNow();
+
+    /// @}
+
 private:
     enum class Progress { Data, Later, Ended };
 
     void run();
-    QString receive();
+    void receive();
+    bool receiveSome();
     Progress fill();
     QString takeFrames();
+    void takeBack();
+    void setTimer(std::chrono::microseconds time) const;
 
     const std::shared_ptr<Sender> m_sender;
     Handler m_handler;
-    QByteArray m_received;
     std::thread m_thread;
+
+    /// Held while somebody receives.
+    mutable std::mutex m_receiving;
+    /// Guarded by m_receiving.
+    QByteArray m_received;
+    QString m_problem; ///< with what was received
+
+    /// What comes next has to be received by the channel's thread: the rest of a long payload, or
+    /// the end.
+    std::atomic<bool> m_isForThread {false};
+
+    const int m_timer; ///< ends what is lent
+    std::mutex m_lendMutex;
+    /// Guarded by m_lendMutex.
+    bool m_isLent = false;
+    bool m_isTimed = false; ///< m_timer runs
 };

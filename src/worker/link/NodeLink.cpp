@@ -54,6 +54,11 @@ void NodeLink::start(Handler handler)
         [this](const QString &reason) { end(reason); }});
 }
 
+std::unique_ptr<LoopReceiver> NodeLink::receiveOnThisLoop()
+{
+    return LoopReceiver::create(m_channel.get());
+}
+
 void NodeLink::close()
 {
     m_sender->close();
@@ -142,7 +147,8 @@ QString NodeLink::takeRequest(const RequestMessage &message)
         if (const auto given = weak.lock())
             sendAnswer(*sender, id, *given);
     });
-    CMRoot()->request(message.request(reply));
+    // This may be the thread of whoever answers, who takes his time.
+    CMRoot()->post(message.request(reply));
     return {};
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "worker/link/Channel.h"
+#include "worker/link/LoopReceiver.h"
 #include "worker/link/Message.h"
 
 #include <atomic>
@@ -31,7 +32,7 @@ public:
 
     struct Handler {
         /// Takes a message that is not about questions and changes; says what is wrong with it. On
-        /// the link's thread.
+        /// whichever thread receives, one at a time.
         std::function<QString(MessageKind kind, const QByteArray &payload)> take;
         /// The connection ended, for which \a reason if the other side did not just go; every
         /// question was answered. On the link's thread.
@@ -44,6 +45,9 @@ public:
     ~NodeLink();
 
     void start(Handler handler);
+    /// Has the calling thread receive while its event loop waits, until it destroys the receiver,
+    /// which must be before this link goes. May be null, which changes nothing.
+    std::unique_ptr<LoopReceiver> receiveOnThisLoop();
     /// Ends the connection.
     void close();
 
@@ -76,7 +80,7 @@ private:
     const std::shared_ptr<Channel::Sender> m_sender;
     Handler m_handler;
     std::shared_ptr<std::atomic<int>> m_asked; ///< questions of the other side under way
-    /// What the other side watches; the link's thread only, until that has ended.
+    /// What the other side watches; only for whoever receives.
     std::map<CMPath, std::unique_ptr<CMSubscription>> m_watched;
 
     mutable std::mutex m_mutex;
