@@ -12,6 +12,7 @@
 #include <sys/eventfd.h>
 #include <sys/socket.h>
 #include <sys/timerfd.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 namespace {
@@ -48,23 +49,40 @@ struct Channel::Sender::Data {
     void flush()
     {
         while (!waiting.empty() && open) {
-            const QByteArray &first = waiting.front();
-            const ssize_t sent = ::send(socket, first.constData() + sentOfFirst,
-                static_cast<std::size_t>(first.size() - sentOfFirst), MSG_NOSIGNAL | MSG_DONTWAIT);
+            const QByteArray &payload = waiting.front();
+            const int sent = sendRest(payload, sentOfFirst);
             if (sent < 0) {
-                if (isTransient(errno))
-                    continue;
                 if (!wouldBlock(errno))
                     end();
                 return;
             }
-            sentOfFirst += static_cast<int>(sent);
-            if (sentOfFirst < first.size())
+            sentOfFirst += sent;
+            if (sentOfFirst < HeadBytes + payload.size())
                 continue;
-            waitingBytes -= first.size();
+            waitingBytes -= payload.size();
             waiting.pop_front();
             sentOfFirst = 0;
         }
+    }
+
+    /// Sends what a frame has from its byte \a from on; returns how much of it went, or -1.
+    int sendRest(const QByteArray &payload, int from) const
+    {
+        auto head = static_cast<quint32>(payload.size());
+        const int ofHead = qMin(from, HeadBytes);
+        const int ofPayload = from - ofHead;
+        iovec parts[]
+            = {{reinterpret_cast<char *>(&head) + ofHead, static_cast<std::size_t>(HeadBytes - ofHead)},
+                {const_cast<char *>(payload.constData()) + ofPayload,
+                    static_cast<std::size_t>(payload.size() - ofPayload)}};
+        msghdr message {};
+        message.msg_iov = parts;
+        message.msg_iovlen = 2;
+        ssize_t sent = 0;
+        do {
+            sent = ::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+        } while (sent < 0 && isTransient(errno));
+        return static_cast<int>(sent);
     }
 
     void end()
@@ -87,7 +105,7 @@ struct Channel::Sender::Data {
     /// Guarded by mutex.
     bool open = true;
     std::deque<QByteArray> waiting;
-    int sentOfFirst = 0;
+    int sentOfFirst = 0; ///< of its frame
     qint64 waitingBytes = 0;
     QString reason; ///< for which this side ended the connection
 };
@@ -103,18 +121,12 @@ bool Channel::Sender::send(const QByteArray &payload)
 {
     if (payload.size() > MaxPayload)
         return false;
-    const auto size = static_cast<quint32>(payload.size());
-    QByteArray frame;
-    frame.reserve(HeadBytes + payload.size());
-    frame.append(reinterpret_cast<const char *>(&size), HeadBytes);
-    frame.append(payload);
-
     const std::lock_guard<std::mutex> lock(d->mutex);
     if (!d->open)
         return false;
     const bool isFirst = d->waiting.empty();
-    d->waiting.push_back(frame);
-    d->waitingBytes += frame.size();
+    d->waiting.push_back(payload);
+    d->waitingBytes += payload.size();
     if (!isFirst) {
         if (d->waitingBytes > MaxWaiting) {
             d->reason = QStringLiteral("%1 bytes that it does not take").arg(d->waitingBytes);
@@ -138,6 +150,7 @@ Channel::Channel(int socket)
     : m_sender(std::make_shared<Sender>(socket))
     , m_timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
 {
+    m_received.reserve(UsualBytes);
 }
 
 Channel::~Channel()
@@ -184,12 +197,18 @@ int Channel::socket() const
     return m_sender->d->socket;
 }
 
+void Channel::whenCanLend(std::function<void()> function)
+{
+    const std::lock_guard<std::mutex> lock(m_receiving);
+    m_whenCanLend = std::move(function);
+}
+
 void Channel::lend()
 {
     {
         const std::lock_guard<std::mutex> lock(m_lendMutex);
-        if (std::exchange(m_isTimed, false))
-            setTimer(std::chrono::microseconds(0));
+        ++m_lendCount;
+        m_isRecalled = false;
         if (std::exchange(m_isLent, true))
             return;
     }
@@ -205,33 +224,37 @@ void Channel::recall()
     m_sender->d->wakeThread();
 }
 
-void Channel::recallAfter(std::chrono::microseconds time)
+void Channel::recallSoon()
 {
     const std::lock_guard<std::mutex> lock(m_lendMutex);
-    if (!m_isLent || m_isTimed)
-        return;
-    m_isTimed = true;
-    setTimer(time);
+    m_isRecalled = m_isLent;
+    if (m_isRecalled && !m_isTimed)
+        startTimer();
 }
 
-/// Zero stops it, and takes back that it ran out.
-void Channel::setTimer(std::chrono::microseconds time) const
+/// Expects m_lendMutex to be held.
+void Channel::startTimer()
 {
     itimerspec when {};
-    when.it_value.tv_sec = static_cast<time_t>(time.count() / 1'000'000);
-    when.it_value.tv_nsec = static_cast<long>(time.count() % 1'000'000) * 1000;
+    when.it_value.tv_nsec = std::chrono::nanoseconds(BusyTime).count();
     ::timerfd_settime(m_timer, 0, &when, nullptr);
+    m_isTimed = true;
+    m_timedCount = m_lendCount;
 }
 
-/// The timer may have run out.
-void Channel::takeBack()
+void Channel::onTimer()
 {
-    const std::lock_guard<std::mutex> lock(m_lendMutex);
     quint64 count = 0;
-    if (!m_isTimed || ::read(m_timer, &count, sizeof count) < 0)
-        return; // it was lent again
+    if (::read(m_timer, &count, sizeof count) < 0)
+        return;
+    const std::lock_guard<std::mutex> lock(m_lendMutex);
     m_isTimed = false;
-    m_isLent = false;
+    if (!m_isRecalled)
+        return;
+    if (m_timedCount == m_lendCount)
+        m_isLent = false;
+    else
+        startTimer(); // for a later one
 }
 
 bool Channel::receiveNow()
@@ -291,7 +314,7 @@ void Channel::receive()
             [[maybe_unused]] const ssize_t taken = ::read(sender.wake, &count, sizeof count);
         }
         if (descriptors[2].revents != 0)
-            takeBack();
+            onTimer();
         if (descriptors[0].revents & POLLOUT) {
             const std::lock_guard<std::mutex> lock(sender.mutex);
             sender.flush();
@@ -313,7 +336,9 @@ bool Channel::receiveSome()
     if (m_received.size() >= HeadBytes)
         std::memcpy(&size, m_received.constData(), HeadBytes);
     const bool goesOn = progress != Progress::Ended && m_problem.isEmpty();
-    m_isForThread = !goesOn || size > static_cast<quint32>(UsualBytes);
+    const bool isForThread = !goesOn || size > static_cast<quint32>(UsualBytes);
+    if (m_isForThread.exchange(isForThread) && !isForThread && m_whenCanLend)
+        m_whenCanLend();
     if (!goesOn)
         m_sender->close();
     return goesOn;
@@ -359,9 +384,11 @@ QString Channel::takeFrames()
         problem = m_handler.take(payload);
     }
     // The place of a long frame is not kept for the short ones.
-    if (next == m_received.size() && next > UsualBytes)
+    if (next == m_received.size() && next > UsualBytes) {
         m_received = QByteArray();
-    else if (next > 0)
+        m_received.reserve(UsualBytes);
+    } else if (next > 0) {
         m_received.remove(0, next);
+    }
     return problem;
 }

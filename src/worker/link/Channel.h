@@ -20,6 +20,7 @@ class Channel {
 public:
     /// A longer payload is neither sent nor taken.
     static constexpr int MaxPayload = 32 * 1024 * 1024;
+    static constexpr std::chrono::milliseconds BusyTime {3};
     /// What the other side has not taken yet. One that lets this pile up has stopped reading.
     static constexpr qint64 MaxWaiting = 4 * qint64(MaxPayload);
 
@@ -71,11 +72,14 @@ public:
     int socket() const;
     /// Not while a long payload comes, nor after the end.
     bool canLend() const { return !m_isForThread; }
+    /// Has \a function called, on the channel's thread, whenever it can lend again; or nothing.
+    void whenCanLend(std::function<void()> function);
     /// From here on what comes is left to receiveNow().
     void lend();
-    /// The channel's thread receives again: now, or after \a time unless it is lent again by then.
+    /// The channel's thread receives again.
     void recall();
-    void recallAfter(std::chrono::microseconds time);
+    /// It does so unless lend() is called again soon: within BusyTime, or twice that.
+    void recallSoon();
     /// Takes what is there, without waiting. Returns whether there may be more of it later; if not,
     /// the channel's thread has to do the rest, and is to be given its place back.
     bool receiveNow();
@@ -90,8 +94,8 @@ private:
     bool receiveSome();
     Progress fill();
     QString takeFrames();
-    void takeBack();
-    void setTimer(std::chrono::microseconds time) const;
+    void startTimer();
+    void onTimer();
 
     const std::shared_ptr<Sender> m_sender;
     Handler m_handler;
@@ -102,14 +106,20 @@ private:
     /// Guarded by m_receiving.
     QByteArray m_received;
     QString m_problem; ///< with what was received
+    std::function<void()> m_whenCanLend;
 
     /// What comes next has to be received by the channel's thread: the rest of a long payload, or
     /// the end.
     std::atomic<bool> m_isForThread {false};
 
-    const int m_timer; ///< ends what is lent
+    /// Runs out after BusyTime. It is not stopped for what happens in between, which would take
+    /// longer than most of what that is.
+    const int m_timer;
     std::mutex m_lendMutex;
     /// Guarded by m_lendMutex.
     bool m_isLent = false;
-    bool m_isTimed = false; ///< m_timer runs
+    bool m_isRecalled = false; ///< since the last lend(), of which there were so many
+    quint64 m_lendCount = 0;
+    bool m_isTimed = false; ///< m_timer runs, since there were so many
+    quint64 m_timedCount = 0;
 };

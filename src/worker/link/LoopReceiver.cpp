@@ -5,16 +5,8 @@
 #include <QAbstractEventDispatcher>
 
 #include <algorithm>
-#include <chrono>
 #include <glib.h>
 #include <vector>
-
-namespace {
-
-/// An event loop is busy, not just handling what came.
-constexpr std::chrono::milliseconds BusyTime {2};
-
-} // namespace
 
 /// The event loop of a thread, which tells its receivers when it waits.
 class LoopReceiver::Loop {
@@ -43,6 +35,8 @@ public:
         g_main_context_unref(m_context);
     }
 
+    /// Has it look again what it waits for. Any thread.
+    void wake() { g_main_context_wakeup(m_context); }
     void add(LoopReceiver *receiver) { m_receivers.push_back(receiver); }
     void remove(LoopReceiver *receiver)
     {
@@ -93,12 +87,14 @@ LoopReceiver::LoopReceiver(Channel *channel)
     , m_loop(Loop::current())
 {
     QObject::connect(&m_notifier, &QSocketNotifier::activated, &m_notifier, [this] { receive(); });
+    m_channel->whenCanLend([this] { m_loop->wake(); });
     m_loop->add(this);
 }
 
 LoopReceiver::~LoopReceiver()
 {
     m_loop->remove(this);
+    m_channel->whenCanLend(nullptr);
     m_channel->recall();
 }
 
@@ -114,7 +110,7 @@ void LoopReceiver::loopWaits()
 
 void LoopReceiver::loopRuns()
 {
-    m_channel->recallAfter(BusyTime);
+    m_channel->recallSoon();
 }
 
 void LoopReceiver::receive()

@@ -77,6 +77,20 @@ TEST(CMRootWorker, AWorkerMayHaveSeveralPrefixes)
     EXPECT_EQ(getData(root, path("A:x"), valueRole).errorName(), CMError::NoNodeName());
 }
 
+TEST(CMRootWorker, RoutesPostedRequestsAlike)
+{
+    CMRootWorker root;
+    InlineWorker a("a");
+    root.addWorker(QStringLiteral("A"), &a);
+    const auto post = [&root](const char *to) {
+        const auto answer = std::make_shared<CMReplyData<QVariant>>();
+        root.post(CMGetDataRequest(path(to), valueRole, CMReply<QVariant>(answer)));
+        return answer;
+    };
+    EXPECT_EQ(post("A:x")->value().toList(), QVariantList {QStringLiteral("a")});
+    EXPECT_EQ(post("B:x")->error().name(), CMError::NoNodeName());
+}
+
 TEST(CMRootWorker, AnswersWithAnErrorWhereNoWorkerIs)
 {
     CMRootWorker root;

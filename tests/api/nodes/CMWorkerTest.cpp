@@ -125,6 +125,34 @@ TEST(CMWorker, HandlesRequestsOfItsOwnThreadAtOnce)
     });
 }
 
+TEST(CMWorker, HandlesPostedRequestsOfItsOwnThreadAfterWhatWaits)
+{
+    std::vector<int> handled;
+    const auto thread = echoThread([&handled](const CMRequest &request) {
+        handled.push_back(CMSetDataRequest(request).value().toInt());
+        request.reply().setValue(QVariant());
+        return true;
+    });
+    std::vector<std::shared_ptr<CMReplyData<QVariant>>> answers;
+    const auto request = [&answers](int number) {
+        answers.push_back(std::make_shared<CMReplyData<QVariant>>());
+        return CMSetDataRequest(
+            path("Echo:x"), VeskRoles::Value(), number, CMReply<QVariant>(answers.back()));
+    };
+    thread->call([&] {
+        // What another thread asked for, and has to wait for this function's end.
+        std::thread other([&] { workerOf(thread).request(request(1)); });
+        other.join();
+        workerOf(thread).post(request(2));
+        EXPECT_TRUE(handled.empty());
+        workerOf(thread).request(request(3));
+        EXPECT_EQ(handled, std::vector<int> {3});
+    });
+    for (const auto &answer : answers)
+        EXPECT_TRUE(answer->waitForFinished(10000));
+    EXPECT_EQ(handled, (std::vector<int> {3, 1, 2}));
+}
+
 TEST(CMWorker, ARequestThatIsNotForItEndsWithAnError)
 {
     const auto thread = echoThread([](const CMRequest &) { return false; });
