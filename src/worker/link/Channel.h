@@ -118,8 +118,8 @@ private:
     std::mutex m_lendMutex;
     /// Guarded by m_lendMutex.
     bool m_isLent = false;
-    bool m_isRecalled = false; ///< since the last lend(), of which there were so many
-    quint64 m_lendCount = 0;
-    bool m_isTimed = false; ///< m_timer runs, since there were so many
-    quint64 m_timedCount = 0;
+    quint64 m_lendCount = 0; ///< calls of lend()
+    bool m_isRecalled = false; ///< since the last of them
+    bool m_isTimed = false; ///< m_timer runs
+    quint64 m_timedCount = 0; ///< m_lendCount when it was started
 };
