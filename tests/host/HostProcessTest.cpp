@@ -149,22 +149,41 @@ TEST(HostProcessTest, AValueThatIsSetAtStartStaysAsItIs)
     EXPECT_FALSE(kept.readAll().contains("pinned"));
 }
 
-TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
+/// Takes requests and answers none.
+class SilentService : public ScriptedServer {
+public:
+    SilentService()
+        : ScriptedServer([](const Request &) {
+            Response response;
+            response.end = End::StallBeforeHead;
+            return response;
+        })
+    {
+    }
+
+    /// Has the plug-in "busy" ask this one.
+    QStringList setting() const
+    {
+        return {QStringLiteral("--set"),
+            QStringLiteral("settings:tunein/browseIndexUrl=http://127.0.0.1:%1/").arg(port())};
+    }
+};
+
+/// Asks the plug-in "busy", which asks its service.
+auto askBusy(const HostProcess &host)
 {
-    ScriptedServer service([](const ScriptedServer::Request &) {
-        ScriptedServer::Response response;
-        response.end = ScriptedServer::End::StallBeforeHead;
-        return response;
-    });
-    const auto host = start(plugins({"busy", "good"})
-        + QStringList {QStringLiteral("--set"),
-            QStringLiteral("settings:tunein/browseIndexUrl=http://127.0.0.1:%1/")
-                .arg(service.port())});
-    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
-    const auto asking = std::async(std::launch::async, [url = host->url()] {
+    return std::async(std::launch::async, [url = host.url()] {
         return RpcClient(url).call(
             QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}});
     });
+}
+
+TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
+{
+    SilentService service;
+    const auto host = start(plugins({"busy", "good"}) + service.setting());
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const auto asking = askBusy(*host);
     ASSERT_TRUE(service.waitForRequests(1));
 
     QElapsedTimer elapsed;
@@ -176,20 +195,10 @@ TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
 
 TEST(HostProcessTest, OneServiceThatWaitsDoesNotHoldUpAnother)
 {
-    ScriptedServer service([](const ScriptedServer::Request &) {
-        ScriptedServer::Response response;
-        response.end = ScriptedServer::End::StallBeforeHead;
-        return response;
-    });
-    const auto host = start(plugins({"busy", "good"})
-        + QStringList {QStringLiteral("--set"),
-            QStringLiteral("settings:tunein/browseIndexUrl=http://127.0.0.1:%1/")
-                .arg(service.port())});
+    SilentService service;
+    const auto host = start(plugins({"busy", "good"}) + service.setting());
     ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
-    const auto asking = std::async(std::launch::async, [url = host->url()] {
-        return RpcClient(url).call(
-            QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}});
-    });
+    const auto asking = askBusy(*host);
     ASSERT_TRUE(service.waitForRequests(1));
     EXPECT_EQ(rows(host->url(), "Good:", {}).value(QStringLiteral("rowsCount")), 1);
     host->terminate();

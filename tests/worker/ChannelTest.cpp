@@ -16,12 +16,6 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
-QByteArray framed(const QByteArray &payload)
-{
-    const auto size = static_cast<quint32>(payload.size());
-    return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
-}
-
 /// The head of a frame of \a size bytes.
 QByteArray headOf(quint32 size)
 {
@@ -47,16 +41,7 @@ protected:
     }
 
     /// The peer sends exactly these bytes.
-    void write(const QByteArray &bytes) const
-    {
-        int sent = 0;
-        while (sent < bytes.size()) {
-            const ssize_t count = ::send(m_peer, bytes.constData() + sent,
-                static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
-            ASSERT_GT(count, 0);
-            sent += static_cast<int>(count);
-        }
-    }
+    void write(const QByteArray &bytes) const { ASSERT_TRUE(sendAll(m_peer, bytes)); }
 
     /// What the peer receives: so many bytes, fewer at the end of the connection.
     QByteArray read(int size) const

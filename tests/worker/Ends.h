@@ -24,6 +24,27 @@ inline std::pair<int, int> connectedSockets()
     return {sockets[0], sockets[1]};
 }
 
+/// A payload with its length in front.
+inline QByteArray framed(const QByteArray &payload)
+{
+    const auto size = static_cast<quint32>(payload.size());
+    return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
+}
+
+/// Sends exactly these bytes; false when the other side does not take them.
+inline bool sendAll(int socket, const QByteArray &bytes)
+{
+    int sent = 0;
+    while (sent < bytes.size()) {
+        const ssize_t count = ::send(socket, bytes.constData() + sent,
+            static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+        if (count <= 0)
+            return false;
+        sent += static_cast<int>(count);
+    }
+    return true;
+}
+
 /// What a channel hands on, kept for a test. Any thread.
 class Received {
 public:

@@ -78,21 +78,8 @@ protected:
             ::close(std::exchange(m_peer, -1));
     }
 
-    void sendBytes(const QByteArray &bytes) const
-    {
-        int sent = 0;
-        while (sent < bytes.size()) {
-            const ssize_t count = ::send(m_peer, bytes.constData() + sent,
-                static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
-            ASSERT_GT(count, 0);
-            sent += static_cast<int>(count);
-        }
-    }
-    void sendFrame(const QByteArray &payload) const
-    {
-        const auto size = static_cast<quint32>(payload.size());
-        sendBytes(QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload);
-    }
+    void sendBytes(const QByteArray &bytes) const { ASSERT_TRUE(sendAll(m_peer, bytes)); }
+    void sendFrame(const QByteArray &payload) const { sendBytes(framed(payload)); }
 
     /// Who takes a frame that is sent now.
     std::thread::id takerOfNext()
@@ -200,9 +187,7 @@ TEST_F(LoopReceiverTest, AFrameInPiecesIsPutTogetherWhoeverTakesThem)
     ASSERT_TRUE(isSoonTakenByLoop());
     const std::size_t before = m_received.payloads().size();
     const QByteArray payload(200, 'p');
-    const quint32 size = 200;
-    const QByteArray frame
-        = QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
+    const QByteArray frame = framed(payload);
     for (int i = 0; i < frame.size(); ++i) {
         if (i % 50 == 10) // the loop is away for some of them
             m_loop.call([] { std::this_thread::sleep_for(Channel::BusyTime * 3); });
@@ -301,8 +286,7 @@ TEST_F(LoopReceiverTest, OneLoopServesSeveralChannels)
         m_loop.call([&] { receiver = LoopReceiver::create(&other); });
         const auto deadline = steady_clock::now() + Patience;
         for (std::size_t i = 1; !onLoop && steady_clock::now() < deadline; ++i) {
-            const quint32 size = 0;
-            ASSERT_EQ(::send(peer, &size, sizeof size, MSG_NOSIGNAL), ssize_t(sizeof size));
+            ASSERT_TRUE(sendAll(peer, framed("")));
             ASSERT_TRUE(others.waitFor(i));
         }
         EXPECT_TRUE(onLoop);
@@ -325,8 +309,7 @@ TEST(LoopReceiver, LeavesOtherEventLoopsAlone)
         channel.start({[&](const QByteArray &payload) { return received.take(payload); },
             [&](const QString &reason) { received.end(reason); }});
         loop.call([&] { EXPECT_FALSE(LoopReceiver::create(&channel)); });
-        const quint32 size = 0;
-        ASSERT_EQ(::send(peer, &size, sizeof size, MSG_NOSIGNAL), ssize_t(sizeof size));
+        EXPECT_TRUE(sendAll(peer, framed("")));
         EXPECT_TRUE(received.waitFor(1));
     }
     ::close(peer);
