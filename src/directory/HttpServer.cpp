@@ -135,10 +135,12 @@ void resetAtOnce(GSocket *socket)
 
 } // namespace
 
-HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log)
+HttpServer::HttpServer(
+    Directory &directory, Faults &faults, RequestLog *log, unsigned idleSeconds)
     : m_directory(directory)
     , m_faults(faults)
     , m_log(log)
+    , m_idleSeconds(idleSeconds)
     , m_server(soup_server_new(nullptr, nullptr))
     , m_silence(addSilentListener(m_server))
 {
@@ -173,7 +175,8 @@ std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *
 {
     const bool secure = certificate != nullptr;
     m_listeners.push_back(std::make_unique<Listener>(
-        address, certificate, [this, secure](GIOStream *stream, GSocketConnection *connection) {
+        address, certificate, m_idleSeconds,
+        [this, secure](GIOStream *stream, GSocketConnection *connection) {
             accept(stream, connection, secure);
         }));
     return m_listeners.back()->hostAndPort();
@@ -199,8 +202,14 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
             refuseHead(stream, socket);
     };
     // The library forgets to close a connection that ends between two requests; one that ends in a
-    // request's head it closes.
-    tap.breaksOff = [scanner] { return scanner->isBetweenRequests(); };
+    // request's head it closes. It calls that a bad request, which a client whose connection was
+    // just idle is not to take for the answer to his next one.
+    tap.breaksOff = [scanner, socket] {
+        const bool between = scanner->isBetweenRequests();
+        if (between)
+            g_socket_shutdown(socket, TRUE, TRUE, nullptr);
+        return between;
+    };
     GIOStream *tapped = tappedStream(stream, socket, std::move(tap));
     GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
     GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);

@@ -22,8 +22,9 @@ public:
     /// Streams that run at a time.
     static constexpr std::size_t maxStreams = 64;
 
-    /// The log may be null.
-    HttpServer(Directory &directory, Faults &faults, RequestLog *log);
+    /// The log may be null. A connection is closed when nothing arrives for idleSeconds.
+    HttpServer(Directory &directory, Faults &faults, RequestLog *log,
+        unsigned idleSeconds = Listener::usualIdleSeconds);
     ~HttpServer();
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;
@@ -51,6 +52,7 @@ private:
     Directory &m_directory;
     Faults &m_faults;
     RequestLog *m_log;
+    const unsigned m_idleSeconds;
     SoupServer *m_server;
     int m_silence; ///< keeps the library's own listener quiet
     std::vector<std::unique_ptr<Listener>> m_listeners;

@@ -50,9 +50,11 @@ GTlsCertificate *loadCertificate(const std::string &certificate, const std::stri
     return loaded;
 }
 
-Listener::Listener(const std::string &address, GTlsCertificate *certificate, Accept accept)
+Listener::Listener(const std::string &address, GTlsCertificate *certificate, unsigned idleSeconds,
+    Accept accept)
     : m_service(g_socket_service_new())
     , m_certificate(certificate)
+    , m_idleSeconds(idleSeconds)
     , m_accept(std::move(accept))
 {
     const Address wanted = parseAddress(address);
@@ -120,7 +122,7 @@ void Listener::accepted(GSocketConnection *connection)
         },
         new std::shared_ptr<int>(m_open));
     GSocket *socket = g_socket_connection_get_socket(connection);
-    g_socket_set_timeout(socket, idleSeconds);
+    g_socket_set_timeout(socket, m_idleSeconds);
     // Head and body are written one after the other; without this the second would wait for an
     // acknowledgement.
     g_socket_set_option(socket, IPPROTO_TCP, TCP_NODELAY, 1, nullptr);

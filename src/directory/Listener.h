@@ -14,15 +14,16 @@ namespace directory {
 class Listener {
 public:
     static constexpr int maxConnections = 256;
-    /// A connection on which nothing arrives for so long is closed.
-    static constexpr unsigned idleSeconds = 60;
+    static constexpr unsigned usualIdleSeconds = 60;
 
     /// The stream speaks TLS already when it should; the socket is the one below it.
     using Accept = std::function<void(GIOStream *stream, GSocketConnection *connection)>;
 
     /// "127.0.0.1:8080", "[::1]:0"; port 0 picks a free one. Without a certificate it speaks plain
-    /// HTTP. Throws std::runtime_error when that does not work.
-    Listener(const std::string &address, GTlsCertificate *certificate, Accept accept);
+    /// HTTP. A connection on which nothing arrives for idleSeconds fails. Throws std::runtime_error
+    /// when it cannot listen.
+    Listener(const std::string &address, GTlsCertificate *certificate, unsigned idleSeconds,
+        Accept accept);
     ~Listener();
     Listener(const Listener &) = delete;
     Listener &operator=(const Listener &) = delete;
@@ -36,6 +37,7 @@ private:
 
     GSocketService *m_service;
     GTlsCertificate *m_certificate;
+    const unsigned m_idleSeconds;
     Accept m_accept;
     std::string m_host;
     std::uint16_t m_port = 0;

@@ -6,6 +6,7 @@
 #include <arpa/inet.h>
 #include <cstdio>
 #include <fstream>
+#include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <netinet/in.h>
@@ -230,6 +231,49 @@ TEST(HttpServer, LetsConnectionsGoThatTheClientCloses)
         const RawConnection connection(server.port());
         connection.send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
         ASSERT_THAT(connection.answer(), HasSubstr("200 OK")) << i;
+    }
+}
+
+/// What a client gets that asks one thing and then waits for the end of the connection.
+std::string allOfAnIdleConnection(int port, bool secure)
+{
+    GSocketClient *client = g_socket_client_new();
+    g_socket_client_set_timeout(client, 20);
+    GSocketConnection *connection = g_socket_client_connect_to_host(
+        client, "127.0.0.1", static_cast<guint16>(port), nullptr, nullptr);
+    g_object_unref(client);
+    GIOStream *stream = G_IO_STREAM(connection);
+    if (secure) {
+        stream = g_tls_client_connection_new(G_IO_STREAM(connection), nullptr, nullptr);
+        g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(stream), FALSE);
+        const auto trust = +[](GTlsConnection *, GTlsCertificate *, GTlsCertificateFlags,
+                               gpointer) -> gboolean { return TRUE; };
+        g_signal_connect(stream, "accept-certificate", G_CALLBACK(trust), nullptr);
+        g_object_unref(connection);
+    }
+    const std::string request = "GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n";
+    EXPECT_TRUE(g_output_stream_write_all(g_io_stream_get_output_stream(stream), request.data(),
+        request.size(), nullptr, nullptr, nullptr));
+    std::string all;
+    char buffer[4096];
+    gssize count = 0;
+    while ((count = g_input_stream_read(
+                g_io_stream_get_input_stream(stream), buffer, sizeof buffer, nullptr, nullptr))
+        > 0)
+        all.append(buffer, static_cast<std::size_t>(count));
+    EXPECT_EQ(count, 0) << "the connection stayed open, or failed";
+    g_object_unref(stream);
+    return all;
+}
+
+TEST(HttpServer, ClosesAnIdleConnectionWithoutAWord)
+{
+    const RunningServer server({}, 1);
+    for (const bool secure : {false, true}) {
+        const std::string all
+            = allOfAnIdleConnection(secure ? server.securePort() : server.port(), secure);
+        EXPECT_THAT(all, StartsWith("HTTP/1.1 200 OK"));
+        EXPECT_EQ(all.find("HTTP/1.1", 1), std::string::npos) << all;
     }
 }
 

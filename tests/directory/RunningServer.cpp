@@ -13,13 +13,13 @@ public:
     std::promise<void> promise;
 };
 
-RunningServer::RunningServer(std::string requestLog)
+RunningServer::RunningServer(std::string requestLog, unsigned idleSeconds)
     : m_context(g_main_context_new())
     , m_loop(g_main_loop_new(m_context, FALSE))
 {
     Ready ready;
     std::future<void> started = ready.promise.get_future();
-    m_thread = std::thread([this, requestLog, &ready] { run(requestLog, ready); });
+    m_thread = std::thread([&, requestLog] { run(requestLog, idleSeconds, ready); });
     try {
         started.get();
     } catch (...) {
@@ -42,7 +42,7 @@ RunningServer::~RunningServer()
     g_main_context_unref(m_context);
 }
 
-void RunningServer::run(const std::string &requestLog, Ready &ready)
+void RunningServer::run(const std::string &requestLog, unsigned idleSeconds, Ready &ready)
 {
     g_main_context_push_thread_default(m_context);
     try {
@@ -51,7 +51,7 @@ void RunningServer::run(const std::string &requestLog, Ready &ready)
         std::unique_ptr<RequestLog> log;
         if (!requestLog.empty())
             log = std::make_unique<RequestLog>(requestLog);
-        HttpServer server(directory, faults, log.get());
+        HttpServer server(directory, faults, log.get(), idleSeconds);
         m_address = server.listen("127.0.0.1:0");
         m_secureAddress = server.listenTls("127.0.0.1:0", TEST_CERTIFICATE, TEST_KEY);
         ready.promise.set_value();
@@ -67,6 +67,11 @@ void RunningServer::run(const std::string &requestLog, Ready &ready)
 int RunningServer::port() const
 {
     return parseNumber(m_address.substr(m_address.rfind(':') + 1));
+}
+
+int RunningServer::securePort() const
+{
+    return parseNumber(m_secureAddress.substr(m_secureAddress.rfind(':') + 1));
 }
 
 void RunningServer::fail(const std::string &fault) const

@@ -10,7 +10,7 @@ namespace directory::test {
 
 class RunningServer {
 public:
-    explicit RunningServer(std::string requestLog = {});
+    explicit RunningServer(std::string requestLog = {}, unsigned idleSeconds = 60);
     ~RunningServer();
     RunningServer(const RunningServer &) = delete;
     RunningServer &operator=(const RunningServer &) = delete;
@@ -21,11 +21,12 @@ public:
         return "https://" + m_secureAddress + target;
     }
     int port() const;
+    int securePort() const;
     /// Sets a fault over HTTP.
     void fail(const std::string &fault) const;
 
 private:
-    void run(const std::string &requestLog, class Ready &ready);
+    void run(const std::string &requestLog, unsigned idleSeconds, class Ready &ready);
 
     GMainContext *m_context;
     GMainLoop *m_loop;
