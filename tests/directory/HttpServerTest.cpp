@@ -273,7 +273,7 @@ TEST(HttpServer, ClosesAnIdleConnectionWithoutAWord)
         const std::string all
             = allOfAnIdleConnection(secure ? server.securePort() : server.port(), secure);
         EXPECT_THAT(all, StartsWith("HTTP/1.1 200 OK"));
-        EXPECT_EQ(all.find("HTTP/1.1", 1), std::string::npos) << all;
+        EXPECT_EQ(all.find("HTTP/", 1), std::string::npos) << all;
     }
 }
 
