@@ -135,8 +135,7 @@ void resetAtOnce(GSocket *socket)
 
 } // namespace
 
-HttpServer::HttpServer(
-    Directory &directory, Faults &faults, RequestLog *log, unsigned idleSeconds)
+HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log, unsigned idleSeconds)
     : m_directory(directory)
     , m_faults(faults)
     , m_log(log)
@@ -174,8 +173,7 @@ std::string HttpServer::listenTls(
 std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *certificate)
 {
     const bool secure = certificate != nullptr;
-    m_listeners.push_back(std::make_unique<Listener>(
-        address, certificate, m_idleSeconds,
+    m_listeners.push_back(std::make_unique<Listener>(address, certificate, m_idleSeconds,
         [this, secure](GIOStream *stream, GSocketConnection *connection) {
             accept(stream, connection, secure);
         }));

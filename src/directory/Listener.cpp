@@ -50,8 +50,8 @@ GTlsCertificate *loadCertificate(const std::string &certificate, const std::stri
     return loaded;
 }
 
-Listener::Listener(const std::string &address, GTlsCertificate *certificate, unsigned idleSeconds,
-    Accept accept)
+Listener::Listener(
+    const std::string &address, GTlsCertificate *certificate, unsigned idleSeconds, Accept accept)
     : m_service(g_socket_service_new())
     , m_certificate(certificate)
     , m_idleSeconds(idleSeconds)

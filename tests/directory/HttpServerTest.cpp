@@ -247,7 +247,7 @@ std::string allOfAnIdleConnection(int port, bool secure)
         stream = g_tls_client_connection_new(G_IO_STREAM(connection), nullptr, nullptr);
         g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(stream), FALSE);
         const auto trust = +[](GTlsConnection *, GTlsCertificate *, GTlsCertificateFlags,
-                               gpointer) -> gboolean { return TRUE; };
+                                gpointer) -> gboolean { return TRUE; };
         g_signal_connect(stream, "accept-certificate", G_CALLBACK(trust), nullptr);
         g_object_unref(connection);
     }

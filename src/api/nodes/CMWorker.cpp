@@ -43,10 +43,7 @@ public:
         else
             post(std::move(request));
     }
-    void post(CMRequest request) override
-    {
-        push({Item::Request, std::move(request), CMPath()});
-    }
+    void post(CMRequest request) override { push({Item::Request, std::move(request), CMPath()}); }
     void connectChange(const CMPath &path) override { push({Item::Connect, CMRequest(), path}); }
     void disconnectChange(const CMPath &path) override
     {

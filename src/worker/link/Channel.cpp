@@ -71,10 +71,10 @@ struct Channel::Sender::Data {
         auto head = static_cast<quint32>(payload.size());
         const int ofHead = qMin(from, HeadBytes);
         const int ofPayload = from - ofHead;
-        iovec parts[]
-            = {{reinterpret_cast<char *>(&head) + ofHead, static_cast<std::size_t>(HeadBytes - ofHead)},
-                {const_cast<char *>(payload.constData()) + ofPayload,
-                    static_cast<std::size_t>(payload.size() - ofPayload)}};
+        iovec parts[] = {{reinterpret_cast<char *>(&head) + ofHead,
+                             static_cast<std::size_t>(HeadBytes - ofHead)},
+            {const_cast<char *>(payload.constData()) + ofPayload,
+                static_cast<std::size_t>(payload.size() - ofPayload)}};
         msghdr message {};
         message.msg_iov = parts;
         message.msg_iovlen = 2;

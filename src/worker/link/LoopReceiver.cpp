@@ -52,15 +52,13 @@ private:
         if (!loop)
             return g_poll(descriptors, count, timeout);
         const bool waits = timeout != 0;
-        for (LoopReceiver *receiver : loop->m_receivers) {
-            if (waits)
-                receiver->loopWaits();
-        }
+        if (!waits)
+            return loop->m_poll(descriptors, count, timeout);
+        for (LoopReceiver *receiver : loop->m_receivers)
+            receiver->loopWaits();
         const gint ready = loop->m_poll(descriptors, count, timeout);
-        for (LoopReceiver *receiver : loop->m_receivers) {
-            if (waits)
-                receiver->loopRuns();
-        }
+        for (LoopReceiver *receiver : loop->m_receivers)
+            receiver->loopRuns();
         return ready;
     }
 
