@@ -56,6 +56,14 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view start)
         && qstrnicmp(text.data(), start.data(), static_cast<uint>(start.size())) == 0;
 }
 
+/// What libcurl, which follows it, takes the head's status for.
+bool isRedirected(CURL *easy)
+{
+    long code = 0;
+    curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &code);
+    return code / 100 == 3;
+}
+
 } // namespace
 
 std::shared_ptr<const HttpSettings> HttpSettings::current()
@@ -115,31 +123,29 @@ void setUpHttpHandle(CURL *easy)
 void HttpRedirectRule::start(bool isHttps)
 {
     m_bytes = 0;
-    m_isRedirect = false;
+    m_hasLocation = false;
     m_isHttps = isHttps;
 }
 
-HttpRedirectRule::Verdict HttpRedirectRule::takeLine(std::string_view line)
+HttpRedirectRule::Verdict HttpRedirectRule::takeLine(std::string_view line, CURL *easy)
 {
     m_bytes += line.size();
     if (m_bytes > MaxHeadBytes)
         return TooLong;
-    if (startsWithIgnoringCase(line, "HTTP/")) {
-        const auto blank = line.find(' ');
-        m_isRedirect = blank != std::string_view::npos && line.substr(blank + 1, 1) == "3";
-    } else if (m_isRedirect && startsWithIgnoringCase(line, "Location:")) {
-        // Of several, libcurl follows the first.
-        m_isRedirect = false;
+    if (startsWithIgnoringCase(line, "HTTP/"))
+        m_hasLocation = false;
+    else if (!m_hasLocation && startsWithIgnoringCase(line, "Location:") && isRedirected(easy))
         return mayFollow(line.substr(sizeof "Location:" - 1)) ? Fine : ForbiddenRedirect;
-    }
     return Fine;
 }
 
 bool HttpRedirectRule::mayFollow(std::string_view location)
 {
-    const auto begin = location.find_first_not_of(" \t");
+    const auto begin = location.find_first_not_of(" \t\r\n\v\f");
     if (begin == std::string_view::npos)
         return true;
+    // Of several, libcurl follows the first that is not empty.
+    m_hasLocation = true;
     location.remove_prefix(begin);
     const auto colon = location.find(':');
     if (colon == std::string_view::npos || location.find_first_of("/?#") < colon)

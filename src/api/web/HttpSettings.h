@@ -43,12 +43,13 @@ public:
 
     /// At the start of each exchange.
     void start(bool isHttps);
-    Verdict takeLine(std::string_view line);
+    /// Takes a line of a head of \a easy's exchange, in libcurl's callback for it.
+    Verdict takeLine(std::string_view line, CURL *easy);
 
 private:
     bool mayFollow(std::string_view location);
 
     std::size_t m_bytes = 0;
-    bool m_isRedirect = false;
+    bool m_hasLocation = false; ///< in this head
     bool m_isHttps = false;
 };

@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr long ConnectTimeoutMs = 10000;
 /// Reserved at most for a body because a Content-Length says so.
 constexpr qint64 MaxReservedBytes = qint64(4) * 1024 * 1024;
 constexpr long ReceiveBufferBytes = 64L * 1024;
@@ -100,7 +99,6 @@ void HttpTransfer::prepare(const HttpClientOptions &options)
     m_redirects.start(url.scheme().compare(QLatin1String("https"), Qt::CaseInsensitive) == 0);
     const long timeout = std::max(0, options.timeoutMs());
     curl_easy_setopt(easy, CURLOPT_TIMEOUT_MS, timeout);
-    curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT_MS, ConnectTimeoutMs);
     curl_easy_setopt(easy, CURLOPT_URL, url.toEncoded().constData());
     if (isPost) {
         curl_easy_setopt(easy, CURLOPT_POST, 1L);
@@ -141,7 +139,7 @@ std::size_t HttpTransfer::onHead(char *data, std::size_t, std::size_t size, void
 
 bool HttpTransfer::takeHeadLine(std::string_view line)
 {
-    switch (m_redirects.takeLine(line)) {
+    switch (m_redirects.takeLine(line, easy)) {
     case HttpRedirectRule::TooLong:
         return fail(HttpClientStatus::ProtocolError);
     case HttpRedirectRule::ForbiddenRedirect:

@@ -129,7 +129,7 @@ std::size_t HttpStreamExchange::onHead(char *data, std::size_t, std::size_t size
 bool HttpStreamExchange::takeHeadLine(std::string_view line)
 {
     m_lastByte = Clock::now();
-    m_forbidden = m_redirects.takeLine(line) != HttpRedirectRule::Fine;
+    m_forbidden = m_redirects.takeLine(line, m_easy) != HttpRedirectRule::Fine;
     return !m_forbidden;
 }
 

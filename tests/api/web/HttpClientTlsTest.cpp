@@ -244,6 +244,21 @@ TEST_F(HttpClientTlsTest, followsNoRedirectBackToHttp)
     EXPECT_EQ(fetch(client, urlOf(start, "/")).data(), "secure");
 }
 
+TEST_F(HttpClientTlsTest, anEmptyLocationHidesNoOther)
+{
+    const ScriptedServer plain(always(answerWith("plain")));
+    ScriptedServer server = serverFor(authority, "opml.example.invalid");
+    ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
+    for (const char *nothing : {"", " ", " \t "}) {
+        ScriptedServer::Response both = answerWith("");
+        both.code = 302;
+        both.headers = {{"Location", nothing}, {"Location", urlOf(plain, "/").toEncoded()}};
+        server.setHandler(always(both));
+        EXPECT_EQ(ask(server).status(), HttpClientStatus::TooManyRedirects);
+    }
+    EXPECT_EQ(plain.connections(), 0);
+}
+
 TEST_F(HttpClientTlsTest, aSecondLocationDoesNotHideTheFirst)
 {
     const ScriptedServer plain(always(answerWith("plain")));
