@@ -29,7 +29,7 @@ enum class HttpClientStatus : int {
 
 VESK_API std::ostream &operator<<(std::ostream &out, HttpClientStatus status);
 
-/// Bounds of one exchange.
+/// Bounds and habits of one exchange.
 class VESK_API HttpClientOptions {
 public:
     /// For the whole exchange, redirects included; 0 waits for ever.
@@ -38,10 +38,15 @@ public:
     /// Longest decoded body in bytes; 0 sets no limit.
     void setReadSizeLimit(int bytes) { m_readSizeLimit = bytes; }
     int readSizeLimit() const { return m_readSizeLimit; }
+    /// Whether the cache may give or keep the answer, whatever that says of its freshness. Not for
+    /// a GET that changes something at the server, nor for one whose answer others may change.
+    void setUseCache(bool use) { m_useCache = use; }
+    bool useCache() const { return m_useCache; }
 
 private:
     int m_timeoutMs = 30000;
     int m_readSizeLimit = 0;
+    bool m_useCache = true;
 };
 
 /// What an exchange brought.

@@ -116,7 +116,7 @@ void HttpClientEngine::get(
         return;
     QByteArray key;
     std::optional<HttpCache::Entry> kept;
-    if (m_cache.isEnabled()) {
+    if (m_cache.isEnabled() && options.useCache()) {
         key = cacheKeyOf(url);
         kept = m_cache.find(key);
     }

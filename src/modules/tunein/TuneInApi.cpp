@@ -14,6 +14,18 @@ VeskUrl TuneInApi::secureUrl(const QString &path)
     return VeskUrl(QStringLiteral("https://opml.radiotime.com") + path);
 }
 
+bool TuneInApi::isPersonal(const VeskUrl &url)
+{
+    const QString path = url.path();
+    if (path == QLatin1String("/Preset.ashx") || path == QLatin1String("/Report.ashx")
+        || path == QLatin1String("/Account.ashx"))
+        return true;
+    if (path == QLatin1String("/Describe.ashx"))
+        return url.hasQueryItem(QStringLiteral("id"));
+    return path == QLatin1String("/Browse.ashx")
+        && url.queryItemValue(QStringLiteral("c")) == QLatin1String("presets");
+}
+
 void TuneInApi::addDevice(VeskUrl &url, const TuneInSettings &settings)
 {
     if (!settings.partnerId().isEmpty())

@@ -17,6 +17,10 @@ VeskUrl url(const QString &path);
 /// The same over HTTPS: for account calls, which carry credentials.
 VeskUrl secureUrl(const QString &path);
 
+/// Whether the call changes what TuneIn knows of this listener, which much of the API does by GET,
+/// or asks for it: it has to reach TuneIn each time.
+bool isPersonal(const VeskUrl &url);
+
 /// Adds "partnerId" and "serial", each only if it is not empty.
 void addDevice(VeskUrl &url, const TuneInSettings &settings);
 

@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "modules/tunein/NewQThread.h"
+#include "modules/tunein/TuneInApi.h"
 
 #include <QMetaObject>
 #include <QMutexLocker>
@@ -95,6 +96,7 @@ void TuneInHttpClient::on_request(VeskUrl url, int type, int index)
     HttpClientOptions options;
     options.setTimeoutMs(timeoutMs);
     options.setReadSizeLimit(maxBodyBytes);
+    options.setUseCache(!TuneInApi::isPersonal(url));
     const auto done = [this, index](const HttpClientResult &result) { store(index, result); };
     if (type == Get)
         m_httpClient->get(url, options, done);

@@ -57,6 +57,19 @@ TEST_F(HttpClientCacheTest, asksAgainOnlyWhenTheAnswerHasAged)
     EXPECT_EQ(requests(), 2);
 }
 
+TEST_F(HttpClientCacheTest, isLeftAsideByAnExchangeThatMayNotUseIt)
+{
+    answerWithHeaders({{"Cache-Control", "max-age=60"}, {"ETag", "\"e\""}});
+    HttpClientOptions direct;
+    direct.setUseCache(false);
+    EXPECT_TRUE(HttpClientOptions().useCache());
+    EXPECT_EQ(get("/", direct).data(), "1");
+    EXPECT_EQ(get("/").data(), "2") << "the first answer was kept";
+    EXPECT_EQ(get("/", direct).data(), "3") << "the second answer was used";
+    EXPECT_TRUE(server.requests().last().header("If-None-Match").isEmpty());
+    EXPECT_EQ(get("/").data(), "2") << "what was kept before is gone";
+}
+
 TEST_F(HttpClientCacheTest, takesTheFragmentForNoPartOfTheUrlButTheQuery)
 {
     answerWithHeaders({{"Cache-Control", "max-age=60"}});
