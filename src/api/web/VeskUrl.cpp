@@ -9,6 +9,8 @@ namespace {
 
 /// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
 constexpr char pathCharacters[] = "!$&'()*+,;=:@/";
+/// So deep secrets are looked for in addresses inside addresses; what lies deeper is not shown.
+constexpr int MaxNesting = 4;
 
 bool isPlain(ushort c)
 {
@@ -100,24 +102,6 @@ void appendItem(QString &out, const QString &key, const QString &value)
     out += veskPercentEncode(key);
     out += QLatin1Char('=');
     out += veskPercentEncode(value);
-}
-
-/// "key=value&..." with the values of secrets hidden.
-QString withoutSecrets(const QStringRef &items)
-{
-    QString shown;
-    shown.reserve(items.size());
-    const char *separator = "";
-    for (const QStringRef &item : items.split(QLatin1Char('&'))) {
-        shown += QLatin1String(separator);
-        separator = "&";
-        const int equals = item.indexOf(QLatin1Char('='));
-        if (equals >= 0 && veskIsSecretKey(decoded(item.left(equals), true)))
-            shown += item.left(equals + 1) + QLatin1String("***");
-        else
-            shown += item;
-    }
-    return shown;
 }
 
 } // namespace
@@ -347,6 +331,54 @@ void VeskUrl::removeQueryItem(const QString &key)
 
 QString VeskUrl::toDisplayString() const
 {
+    return displayed(MaxNesting);
+}
+
+QString VeskUrl::displayText(const QString &address)
+{
+    const VeskUrl url(address);
+    const QString shown = url.toDisplayString();
+    return shown == url.m_url ? address : shown;
+}
+
+/// "key=value&..." with the values of secrets hidden, also of those inside addresses.
+QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
+{
+    QString shown;
+    shown.reserve(items.size());
+    const char *separator = "";
+    for (const QStringRef &item : items.split(QLatin1Char('&'))) {
+        shown += QLatin1String(separator);
+        separator = "&";
+        const int equals = item.indexOf(QLatin1Char('='));
+        if (equals < 0) {
+            shown += item;
+            continue;
+        }
+        shown += item.left(equals + 1);
+        if (veskIsSecretKey(decoded(item.left(equals), true)))
+            shown += QLatin1String("***");
+        else
+            shown += withoutNestedSecrets(item.mid(equals + 1), nesting);
+    }
+    return shown;
+}
+
+/// The value of an item, which may be an address itself.
+QString VeskUrl::withoutNestedSecrets(const QStringRef &value, int nesting)
+{
+    const QString address = decoded(value, true);
+    if (!address.contains(QLatin1String("://")))
+        return value.toString();
+    if (nesting == 0)
+        return QStringLiteral("***");
+    const VeskUrl url(address);
+    const QString shown = url.displayed(nesting - 1);
+    return shown == url.m_url ? value.toString() : veskPercentEncode(shown, "*");
+}
+
+QString VeskUrl::displayed(int nesting) const
+{
     QString shown;
     if (m_authority < 0) {
         shown = m_url.left(m_path);
@@ -359,9 +391,10 @@ QString VeskUrl::toDisplayString() const
     }
     shown += m_url.midRef(m_path, pathEnd() - m_path);
     if (m_query >= 0)
-        shown += QLatin1Char('?') + withoutSecrets(m_url.midRef(m_query, queryEnd() - m_query));
+        shown += QLatin1Char('?')
+            + withoutSecrets(m_url.midRef(m_query, queryEnd() - m_query), nesting);
     if (m_fragment >= 0)
-        shown += QLatin1Char('#') + withoutSecrets(m_url.midRef(m_fragment));
+        shown += QLatin1Char('#') + withoutSecrets(m_url.midRef(m_fragment), nesting);
     return shown;
 }
 

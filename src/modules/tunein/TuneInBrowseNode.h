@@ -70,5 +70,6 @@ private:
     CMTuneInWorker *m_tiWorker;
     QMutex m_mutex;
     QMap<QString, QString> m_categoryIcons;
+    QVariantList m_reserved; ///< always empty
     QMap<QString, QString> m_genreNames;
 };

@@ -364,11 +364,12 @@ bool CMTuneInWorker::takeReport(VeskPlayLogicState::Enum state, const QString &e
 void CMTuneInWorker::sendAutomaticStreamReport(
     const QString &guideId, const QString &streamUrl, const QString &error)
 {
+    const QString shownUrl = VeskUrl::displayText(streamUrl);
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::sendAutomaticStreamReport(const QString&, const QString&, "
                    "const QString&)",
                    "CB_TuneIn")
-                        << ": guideId: " << guideId << ", streamUrl: '" << streamUrl
+                        << ": guideId: " << guideId << ", streamUrl: '" << shownUrl
                         << "', error: " << (error.isEmpty() ? QStringLiteral("OK") : error));
     VESK_ASSERT(!guideId.isEmpty() || !streamUrl.isEmpty());
 
@@ -382,10 +383,10 @@ void CMTuneInWorker::sendAutomaticStreamReport(
         url.addQueryItem(QStringLiteral("error"), QString::number(404));
         url.addQueryItem(QStringLiteral("message"), error);
         VESK_INFO("CMTuneInWorker::handleStateChange: playback ERROR: id:'"
-            << guideId << "', uri: '" << streamUrl << "', error: '" << error << "'");
+            << guideId << "', uri: '" << shownUrl << "', error: '" << error << "'");
     } else {
         VESK_INFO("CMTuneInWorker::handleStateChange: playback OK: id:'" << guideId << "', uri: '"
-                                                                         << streamUrl << "'");
+                                                                         << shownUrl << "'");
     }
     url.addQueryItem(QStringLiteral("render"), QStringLiteral("json"));
     TuneInApi::addDevice(url, m_settings);

@@ -98,7 +98,7 @@ private:
     VeskPlayLogicState::Enum m_playState = VeskPlayLogicState::stopped;
     qint64 m_playingSince = 0;
     qint64 m_listenedMs = 0;
-    QString m_guideId;
+    QString m_guideId; ///< worker's thread only, whatever stands around it
     bool m_paused = false;
     QTimer m_listeningDurationTimer;
     QMutex m_stateMutex;

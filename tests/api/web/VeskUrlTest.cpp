@@ -250,3 +250,35 @@ TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
     EXPECT_EQ(shown(VeskUrl()), "");
     EXPECT_EQ(url("http://u:p@h/?password=x").toString(), text("http://u:p@h/?password=x"));
 }
+
+TEST(VeskUrlTest, hidesSecretsOfAddressesInside)
+{
+    EXPECT_EQ(
+        shown(url("http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3DS%26b%3D1&id=2")),
+        "http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3D***%26b%3D1&id=2");
+    EXPECT_EQ(shown(url("http://r/?u=http://me:secret@h/")), "http://r/?u=http%3A%2F%2F***%40h%2F");
+    // Inside one that is inside.
+    EXPECT_EQ(
+        shown(
+            url("http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253DS")),
+        "http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253D***");
+    // What has none stays as it stands, to the letter.
+    for (const char *without : {"http://r/?u=http://h/?a=b",
+             "http://r/?u=http%3a%2f%2fh%2f%3Fa%3Db+c", "http://r/?u=a://b&c"})
+        EXPECT_EQ(shown(url(without)), without);
+    // However deep somebody goes.
+    QString deep = text("x://h/?token=SECRET");
+    for (int i = 0; i < 10'000; ++i)
+        deep.prepend(text("x://?u="));
+    EXPECT_FALSE(VeskUrl(deep).toDisplayString().contains(text("SECRET")));
+}
+
+TEST(VeskUrlTest, hidesSecretsOfAnAddressThatIsJustText)
+{
+    EXPECT_EQ(VeskUrl::displayText(text("http://h/a.mp3?token=S&b=1")),
+        text("http://h/a.mp3?token=***&b=1"));
+    EXPECT_EQ(VeskUrl::displayText(text("http://u:p@h/")), text("http://***@h/"));
+    for (const char *without :
+        {"", "no address", "http://h/a b?c=\"d\"", "{uri} http://h/%zz", "http://h/?a=%7e"})
+        EXPECT_EQ(VeskUrl::displayText(text(without)), text(without));
+}
