@@ -269,6 +269,22 @@ TEST_F(TuneInAudioRowTest, waitsTenSecondsAfterGenreNamesThatFailed)
     EXPECT_THAT(server().requestLines(), Contains(GenresRequest).Times(2));
 }
 
+TEST_F(TuneInAudioRowTest, waitsAfterGenreNamesThatFailedForAnotherNodeToo)
+{
+    answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
+    row(Station);
+    EXPECT_THAT(server().requestLines(), Contains(GenresRequest).Times(1));
+
+    stop();
+    start();
+    answer("/Describe.ashx", Genres);
+    log().clear();
+    server().clearRequests();
+    EXPECT_EQ(row(Station).mediaData().metaData().genre(), QString());
+    EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Request failed, try later."_s));
+    expectRequests({"GET /Browse.ashx?c=x&" + CommonItems});
+}
+
 TEST_F(TuneInAudioRowTest, fetchesGenreNamesAgainWhenTheListWasEmpty)
 {
     answer("/Describe.ashx", screen({}));
@@ -332,6 +348,23 @@ TEST_F(TuneInAudioRowTest, takesOtherTuneScreensForNormalOnes)
     EXPECT_EQ(roles.path(), path("TuneIn:browse?veskGuideId=s1"_s));
     EXPECT_EQ(roles.mediaData().metaData().prePlayPath().param("veskPrePlayCmd"_s),
         "fetchAvailableStreams"_s);
+}
+
+TEST_F(TuneInAudioRowTest, takesOnlyTuneScreensOfTheRootForAChoice)
+{
+    // None of these carries the item that a choice is for.
+    for (const char *shown : {"TuneIn:browse/other?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
+             "TuneIn:browse/uri/Tune.ashx?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
+             "TuneIn:browse?veskTuneInMethod=search&c=ebrowse&query=x"}) {
+        const VeskRoles roles = row(Station, QLatin1String(shown));
+        EXPECT_EQ(roles.title().toString(), "Example FM (Rock)"_s) << shown;
+        EXPECT_EQ(roles.path(), path("TuneIn:browse?veskGuideId=s1"_s)) << shown;
+        EXPECT_EQ(roles.mediaData().metaData().prePlayPath().param("veskPrePlayCmd"_s),
+            "fetchAvailableStreams"_s)
+            << shown;
+    }
+    EXPECT_THAT(log().lines("DEBUG"_s),
+        Contains("isAvailableStreamBrowsing: 0, directStreamBrowsing: 0"_s).Times(3));
 }
 
 TEST_F(TuneInAudioRowTest, playsTheStreamsOfTheTestSearchDirectly)

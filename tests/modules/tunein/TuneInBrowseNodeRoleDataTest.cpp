@@ -5,6 +5,9 @@ using testing::IsEmpty;
 
 namespace {
 
+const char RoleSignature[]
+    = "virtual QVariant TuneInBrowseNode::getRoleData(const QString&, const Params&)";
+
 class TuneInBrowseRolesTest : public TuneInFixture {
 protected:
     TuneInBrowseRolesTest()
@@ -34,11 +37,11 @@ TEST_F(TuneInBrowseRolesTest, titleAScreenByItsDisplayNameBeforeAll)
 
 TEST_F(TuneInBrowseRolesTest, titleAMethodsScreen)
 {
-    EXPECT_EQ(title("?veskTuneInMethod=tune"_s).sourceText(), "Choose stream"_s);
-    EXPECT_EQ(title("?veskTuneInMethod=search&query=x"_s).sourceText(),
-        "Search Stations, Shows, Songs, or Artists"_s);
-    EXPECT_EQ(title("?veskTuneInMethod=wizard"_s).sourceText(), "Report a problem"_s);
-    EXPECT_TRUE(title("?veskTuneInMethod=tune"_s).isTranslatable());
+    const QString context = trExtractContext(RoleSignature);
+    EXPECT_EQ(title("?veskTuneInMethod=tune"_s), TrString(context, "Choose stream"_s));
+    EXPECT_EQ(title("?veskTuneInMethod=search&query=x"_s),
+        TrString(context, "Search Stations, Shows, Songs, or Artists"_s));
+    EXPECT_EQ(title("?veskTuneInMethod=wizard"_s), TrString(context, "Report a problem"_s));
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
@@ -75,6 +78,9 @@ TEST_F(TuneInBrowseRolesTest, offerTheSearchAtTheRootOnly)
     EXPECT_EQ(search.title().sourceText(), "Station, Show, Song, or Artist"_s);
     EXPECT_EQ(search.mediaData().metaData().serviceID(), "tunein"_s);
     EXPECT_TRUE(plain("search"_s).isNull());
+    for (const char *screen :
+        {"TuneIn:browse?veskDisplayName=a", "TuneIn:browse/uri/Browse.ashx?c=music"})
+        EXPECT_TRUE(role(QLatin1String(screen), "search"_s).isNull()) << screen;
 }
 
 TEST_F(TuneInBrowseRolesTest, showActivityWhileAStreamIsChosen)

@@ -83,9 +83,11 @@ TEST_F(TuneInRowsTest, logWhatIsParsed)
                 + ", navigation: , URL: http://opml.radiotime.com/Browse.ashx?c=x&"_s
                 + QLatin1String(CommonItems),
             "Data successfully parsed."_s, "item 0: 'x' (text)"_s));
-    EXPECT_THAT(
-        log().lines("TRACE"_s).filter("navigation: '', maxLevel: 1, url: 'http://opml."_s).size(),
-        1);
+    EXPECT_THAT(log().lines("TRACE"_s).filter("maxLevel: "_s),
+        ElementsAre("Enter QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
+                    "VeskList<VeskTuneInBodyElement>, VeskUrl, QString, int): navigation: '', "
+                    "maxLevel: 1, url: 'http://opml.radiotime.com/Browse.ashx?c=x&"_s
+            + QLatin1String(CommonItems) + "'"_s));
 }
 
 TEST_F(TuneInRowsTest, answerTheRolesInTheOrderOfTheRequest)
@@ -107,19 +109,38 @@ TEST_F(TuneInRowsTest, areNullsForAnUnknownElement)
 {
     const RowsAnswer answer = show(R"({"element":"outline","type":"object","text":"a"},)"
                                    R"({"element":"station","type":"link","text":"b"},{},)"
+                                   R"({"element":"audio","type":"audio","text":"d"},)"
+                                   R"({"element":"text","type":"text","text":"e"},)"
             + text("c"),
         {"title"_s, "path"_s, "type"_s});
-    ASSERT_EQ(answer.count, 4);
-    for (int i = 0; i < 3; ++i) {
+    ASSERT_EQ(answer.count, 6);
+    for (int i = 0; i < 5; ++i) {
         ASSERT_EQ(answer.rows.at(i).size(), 3);
         EXPECT_TRUE(answer.rows.at(i).at(0).isNull() && answer.rows.at(i).at(1).isNull()
             && answer.rows.at(i).at(2).isNull());
     }
-    EXPECT_EQ(answer.texts().at(3), "c"_s);
+    EXPECT_EQ(answer.texts().at(5), "c"_s);
     EXPECT_THAT(log().lines("WARN"_s),
         ElementsAre("Browsing: unknown element: 'outline', type: 'object'"_s,
             "Browsing: unknown element: 'station', type: 'link'"_s,
-            "Browsing: unknown element: '', type: ''"_s));
+            "Browsing: unknown element: '', type: ''"_s,
+            "Browsing: unknown element: 'audio', type: 'audio'"_s,
+            "Browsing: unknown element: 'text', type: 'text'"_s));
+}
+
+TEST_F(TuneInRowsTest, warnOfAShowWithoutSidWhateverItsElement)
+{
+    const QString warning
+        = "Browsing category with show item in it, but without 'sid' attribute set."_s;
+    for (const char *kind : {R"("element":"outline")", R"("element":"outline","type":"text")",
+             R"("element":"outline","type":"object")", R"("element":"station","type":"link")"}) {
+        const QByteArray element
+            = QByteArray("{") + kind + R"(,"text":"A","item":"show","URL":"http://h/x?id=p1)";
+        titles(element + R"("})");
+        EXPECT_THAT(log().lines("WARN"_s), Contains(warning).Times(1)) << kind;
+        titles(element + R"(&sid=s1"})");
+        EXPECT_THAT(log().lines("WARN"_s), Contains(warning).Times(0)) << kind;
+    }
 }
 
 TEST_F(TuneInRowsTextTest, carryTheirTextAndNothingElse)
@@ -264,18 +285,23 @@ TEST_F(TuneInRowsLinkTest, preferTheIconOfTheCategoryToTheImage)
 
 TEST_F(TuneInRowsLinkTest, toTheSettingsPageAreLeftOut)
 {
-    const QByteArray settings
-        = R"({"element":"outline","type":"link","key":"settings","text":"Settings",)"
-          R"("URL":"http://opml.radiotime.com/Settings.aspx?x=y"})";
-    EXPECT_EQ(titles(settings + "," + text("after")), QStringList("after"_s));
-    EXPECT_THAT(log().lines("DEBUG"_s), Contains("Omitting the last root menu item: Settings"_s));
-    EXPECT_EQ(titles(presets() + "," + settings, "TuneIn:browse"_s), QStringList("Favorites"_s));
+    for (const char *page : {"/Settings.aspx?x=y", "/x/Settings.aspx", "/Settings.aspx/x"}) {
+        const QByteArray settings
+            = QByteArray(R"({"element":"outline","type":"link","key":"settings",)"
+                         R"("text":"Settings","URL":"http://opml.radiotime.com)")
+            + page + R"("})";
+        EXPECT_EQ(titles(settings + "," + text("after")), QStringList("after"_s)) << page;
+        EXPECT_THAT(
+            log().lines("DEBUG"_s), Contains("Omitting the last root menu item: Settings"_s));
+        EXPECT_EQ(titles(presets() + "," + settings, "TuneIn:browse"_s), QStringList("Favorites"_s))
+            << page;
+    }
 }
 
 TEST_F(TuneInRowsLinkTest, withTheSettingsKeyAndAnotherUrlStay)
 {
     EXPECT_EQ(titles(R"({"element":"outline","type":"link","key":"settings","text":"Settings",)"
-                     R"("URL":"http://opml.radiotime.com/Browse.ashx?c=settings"},)"
+                     R"("URL":"http://opml.radiotime.com/Browse.ashx?c=/Settings.aspx"},)"
                      R"({"element":"outline","type":"link","key":"other","text":"Other",)"
                      R"("URL":"http://opml.radiotime.com/Settings.aspx"})"),
         QStringList({"Settings"_s, "Other"_s}));

@@ -54,10 +54,12 @@ protected:
             {{"veskPrePlayCmd"_s, "fetchAvailableStreams"_s}, {"veskPlayPath"_s, playPath}});
     }
 
-    void expectError(const Answer &answer, const char *message)
+    static void expectError(const Answer &answer, const char *message, const char *nameEnd = "")
     {
-        EXPECT_EQ(answer.errorText(), QLatin1String(message));
-        EXPECT_FALSE(answer.error.name().isEmpty());
+        EXPECT_EQ(answer.error.message(), TrString("TuneIn", message));
+        EXPECT_EQ(answer.error.name(), CMError::DefaultName() + QLatin1String(nameEnd));
+        EXPECT_EQ(answer.error.title().toString(), CMError::DefaultTitle());
+        EXPECT_TRUE(answer.error.title().isTranslatable());
         EXPECT_TRUE(answer.value.isNull());
     }
 
@@ -161,7 +163,7 @@ TEST_F(TuneInPrePlayTest, passesTheErrorOfTheRequestOn)
 {
     answer("/Tune.ashx",
         QByteArray(R"({"head":{"status":"404","fault":"Invalid method"},"body":[]})"));
-    expectError(fetch(), "TuneIn request failed.");
+    expectError(fetch(), "TuneIn request failed.", ":0");
     EXPECT_THAT(
         log().lines("ERROR"_s).filter(
             "TuneInBrowseNode::setDataRequest: failed to get available streams: failed: error: '"_s),
@@ -177,9 +179,7 @@ TEST_F(TuneInPrePlayTest, passesTheErrorOfTheRequestOn)
 TEST_F(TuneInPrePlayTest, failsWhenThereAreNoStreams)
 {
     answer("/Tune.ashx", screen({}));
-    const Answer answer = fetch();
-    EXPECT_EQ(answer.error.message(), TrString("TuneIn", "No available streams."));
-    EXPECT_EQ(answer.error.name(), CMError::DefaultName());
+    expectError(fetch(), "No available streams.");
     EXPECT_FALSE(log().lines("ERROR"_s).isEmpty());
 }
 
@@ -196,6 +196,25 @@ TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
     EXPECT_EQ(roles.mediaData(), m_row.mediaData());
     EXPECT_EQ(roles.path(), m_row.path());
     expectRequests({});
+}
+
+TEST_F(TuneInPrePlayTest, clearsTheTextsThatTheChosenStreamHasNot)
+{
+    VeskRoles row = m_row;
+    row.setDescription(TrString("x", "Rock it"));
+    const QMap<QString, QString> without {{"veskPrePlayCmd"_s, "updateVeskRoles"_s}};
+    QMap<QString, QString> empty = without;
+    for (const char *param : {"veskTitle", "veskDescription", "veskIcon"})
+        empty.insert(QLatin1String(param), QString());
+    for (const auto &params : {without, empty}) {
+        const Answer answer = prePlay(params, row.toHash());
+        ASSERT_TRUE(answer.error.isEmpty());
+        const VeskRoles roles(VeskHash(answer.value.toHash()));
+        EXPECT_EQ(roles.title().toString(), QString());
+        EXPECT_EQ(roles.description().toString(), QString());
+        EXPECT_EQ(roles.icon(), QString());
+        EXPECT_EQ(roles.path(), m_row.path());
+    }
 }
 
 TEST_F(TuneInPrePlayTest, logsTheCommandAndTheRoles)
@@ -278,4 +297,30 @@ TEST_F(TuneInPrePlayTest, playsWhatTheRowSays)
     expectRequests({"GET /Tune.ashx?id=s9&filter=a%2Bb&render=json&partnerId=partner&serial=ABC"});
     EXPECT_EQ(VeskRoles(VeskHash(played.value.toHash())).path().param("veskMatchingPath"_s),
         "TuneIn:browse?veskGuideId=s9"_s);
+}
+
+TEST_F(TuneInPrePlayTest, playsAChosenStreamWithoutTheIconThatItsItemLacks)
+{
+    answer("/Tune.ashx",
+        screen(R"({"element":"outline","type":"audio","text":"128k MP3","guide_id":"e5",)"
+               R"("URL":"http://opml.radiotime.com/Tune.ashx?id=e5","image":"http://i/e5.png"})"));
+    const CMPath choice = path("TuneIn:browse"_s,
+        {{"veskTuneInMethod"_s, "tune"_s}, {"c"_s, "ebrowse"_s}, {"guideId"_s, "s1"_s},
+            {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s},
+            {"veskTitle"_s, "Example FM"_s}, {"veskDescription"_s, "Rock it"_s},
+            {"veskIcon"_s, QString()}});
+    const RowsAnswer answer = rows(choice.toEncoded(), {"mediaData"_s, "icon"_s});
+    ASSERT_EQ(answer.rows.size(), 1);
+    const QVariantHash row {
+        {"mediaData"_s, answer.rows.at(0).at(0)}, {"icon"_s, answer.rows.at(0).at(1)}};
+    EXPECT_EQ(row.value("icon"_s).toString(), "http://i/e5.png"_s);
+    const CMPath step = VeskMediaData(row.value("mediaData"_s).toHash()).metaData().prePlayPath();
+    EXPECT_TRUE(step.hasParam("veskIcon"_s));
+    EXPECT_EQ(step.param("veskIcon"_s), QString());
+
+    const Answer played = setData(step.toEncoded(), VeskRoles::PrePlay(), row);
+    ASSERT_TRUE(played.error.isEmpty());
+    const VeskRoles roles(VeskHash(played.value.toHash()));
+    EXPECT_EQ(roles.title().toString(), "Example FM"_s);
+    EXPECT_EQ(roles.icon(), QString());
 }
