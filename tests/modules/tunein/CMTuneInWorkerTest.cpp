@@ -6,6 +6,7 @@
 #include "modules/tunein/TuneInBrowseNode.h"
 #include "modules/tunein/TuneInContextNode.h"
 #include "modules/tunein/TuneInHttpClient.h"
+#include "tests/modules/tunein/ProcessUsage.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
 #include <QMetaMethod>
@@ -81,6 +82,29 @@ TEST_F(CMTuneInWorkerTest, logsTheEntryBeforeTheConstructorBeforeTheSettings)
     EXPECT_EQ(entry, 0);
     EXPECT_LT(entry, constructor);
     EXPECT_LT(constructor, settings);
+}
+
+TEST_F(CMTuneInWorkerTest, namesTheSourceFileOfEachRecordWithoutExtension)
+{
+    start();
+    const auto sourceOf = [this](const QString &line) {
+        const int record = log().lines().indexOf(line);
+        return log().sources().value(record).section(QLatin1Char(':'), 0, 0);
+    };
+    EXPECT_EQ(sourceOf("TRACE Enter CMTuneInWorker::CMTuneInWorker(const QVariantHash&): "_s),
+        "modules/tunein/cb_tunein"_s);
+    EXPECT_EQ(sourceOf("DEBUG Configuration: Partner ID: 'partner', SN: 'ABC', "
+                       "supported streams: 'mp3,aac'"_s),
+        "modules/tunein/TuneInSettings"_s);
+}
+
+TEST_F(CMTuneInWorkerTest, startsOneThreadNamedTuneInHttp)
+{
+    // The kernel lists a thread for a moment after it was joined: that of another test's worker.
+    const auto threads = [] { return ProcessUsage::threadNames().count("TuneInHttp"_s); };
+    ASSERT_TRUE(spinUntil([&] { return threads() == 0; }));
+    start();
+    EXPECT_EQ(threads(), 1);
 }
 
 TEST_F(CMTuneInWorkerTest, hasExactlyThreePrivateSlotsAndNothingElseOfItsOwn)

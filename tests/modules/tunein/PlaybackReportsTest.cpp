@@ -1,6 +1,7 @@
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskValuePaths.h"
 #include "api/web/CMErrorHelper.h"
+#include "modules/tunein/TuneInApi.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
 using testing::ElementsAre;
@@ -118,6 +119,15 @@ TEST_F(PlaybackReportsTest, leaveOutAnEmptyPartnerId)
         "POST /Report.ashx?c=time&id=s1&duration=1&listenId=0&render=json&serial=ABC"});
 }
 
+/// No host leaves the serial empty, so no report shows it.
+TEST(PlaybackReportsOfNoDeviceTest, leaveOutAnEmptySerial)
+{
+    const QString report = "http://opml.radiotime.com/Report.ashx?c=time"_s;
+    VeskUrl url(report);
+    TuneInApi::addDevice(url, TuneInSettings());
+    EXPECT_EQ(url.toString(), report);
+}
+
 TEST_F(PlaybackReportsTest, logAFaultOfTheAnswerThroughTheRequestsError)
 {
     answer("/Report.ashx", QByteArray(R"({"head":{"status":"400","fault":"bad"},"body":[]})"));
@@ -171,6 +181,19 @@ TEST_F(PlaybackReportsTest, keepPlaceholdersOfTheStreamAsTheyAre)
     expectRequests({"GET /Report.ashx?c=stream&id=%252&streamUrl=http%3A%2F%2Fh%2F%253%2541%252F"
                     "&listenId=0&error=404&message=%251%20%259&render=json&partnerId=partner"
                     "&serial=ABC"});
+}
+
+TEST_F(PlaybackReportsTest, keepTheSecretsOfTheStreamOutOfTheLogOnly)
+{
+    for (const QString &error : {QString(), "no sound"_s}) {
+        server().clearRequests();
+        stream("s1"_s, "http://me:SECRET@h/a?token=SECRET&b=1"_s, error);
+        EXPECT_THAT(server().requestLines().value(0).toStdString(),
+            testing::HasSubstr(
+                "streamUrl=http%3A%2F%2Fme%3ASECRET%40h%2Fa%3Ftoken%3DSECRET%26b%3D1&"));
+        EXPECT_EQ(log().lines().filter("http://***@h/a?token=***&b=1"_s).size(), 2);
+        EXPECT_THAT(log().lines().filter("SECRET"_s), IsEmpty());
+    }
 }
 
 TEST_F(PlaybackReportsTest, keepATextOfSeveralLinesAndScripts)

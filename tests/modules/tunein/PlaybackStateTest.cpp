@@ -91,6 +91,16 @@ TEST_F(PlaybackStateTest, stopsTheTimerWithItsFirstExpiry)
         "TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s);
 }
 
+TEST_F(PlaybackStateTest, reportsOnceWhenTheTimerExpiresByItself)
+{
+    play(Playing);
+    FakeClock::advance(60000);
+    play(Paused);
+    onWorker([this] { timer()->setInterval(0); });
+    EXPECT_TRUE(spinUntil([this] { return !timerIsActive(); }));
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 60, false)}));
+}
+
 TEST_F(PlaybackStateTest, warnsOfATimerThatExpiresOutsideAPause)
 {
     play(Playing);
@@ -124,6 +134,20 @@ TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
+TEST_F(PlaybackStateTest, forgetsTheTimeOfAPauseEvenWhenItsReportWasSkipped)
+{
+    const QString stream = "http://stream.example/live"_s;
+    play(Playing, 1, QString(), stream, QString());
+    FakeClock::advance(5000);
+    play(Paused, 1, QString(), stream, QString());
+    fireTimer();
+    play(Playing, 1, QString(), stream, QString());
+    log().clear();
+    play(Stopped, 1, QString(), stream, QString());
+    EXPECT_THAT(log().lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
+}
+
 TEST_F(PlaybackStateTest, logsEachTransitionOnce)
 {
     for (const VeskPlayLogicState::Enum state :
@@ -145,6 +169,58 @@ TEST_F(PlaybackStateTest, logsEachRequest)
         "TRACE previous state: stopped, new state: playing, playId: {id: 7}, error:"_s));
     EXPECT_TRUE(log().contains(
         "TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:broken"_s));
+}
+
+TEST_F(PlaybackStateTest, logsAStopFromTheRequestToTheOutcomeOfItsReport)
+{
+    play(Playing, 7);
+    FakeClock::advance(5000);
+    const QString listenId = QString::number(FakeClock::epochSeconds() - 5);
+    log().clear();
+    play(Stopped, 7);
+    const QString url = "http://opml.radiotime.com/Report.ashx?c=time&id=s1&duration=5&listenId="_s
+        + listenId + "&trigger=stop&render=json&partnerId=partner&serial=ABC"_s;
+    EXPECT_THAT(log().lines(),
+        ElementsAre("TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:"_s,
+            "INFO TuneIn playback stopped."_s, "TRACE Performing duration report"_s,
+            "TRACE Enter void CMTuneInWorker::sendDurationReport(const QString&, int, bool): "
+            "guideId: s1, duration: 5, stopped: 1"_s,
+            "INFO sendDurationReport: reporting duration: id: s1, time: 5 seconds"_s,
+            "TRACE Enter TuneInRequest::request:"_s,
+            "TRACE Enter CMError TuneInHttpClient::request(const VeskUrl&, QByteArray*, "
+            "TuneInHttpClient::Type): "_s
+                + url,
+            "TRACE Enter TuneInHttpClient::on_request(VeskUrl, int, int)::"
+            "<lambda(const Result&)>: "_s
+                + url + " Success 200"_s,
+            "DEBUG parsing data: size: 35"_s, "DEBUG Data successfully parsed."_s,
+            "DEBUG sendDurationReport: reporting duration: OK"_s));
+}
+
+TEST_F(PlaybackStateTest, logsAStopWithoutReportToTheReason)
+{
+    play(Playing, 7);
+    log().clear();
+    play(Stopped, 7);
+    EXPECT_THAT(log().lines(),
+        ElementsAre("TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:"_s,
+            "INFO TuneIn playback stopped."_s, "TRACE Performing duration report"_s,
+            "INFO "_s + QLatin1String(SkippedZero)));
+}
+
+TEST_F(PlaybackStateTest, recordsAStateThatItDoesNotKnowAndNothingElse)
+{
+    play(Playing);
+    FakeClock::advance(4000);
+    log().clear();
+    play(static_cast<VeskPlayLogicState::Enum>(7));
+    FakeClock::advance(2000);
+    play(Playing);
+    EXPECT_THAT(log().lines(),
+        ElementsAre("TRACE previous state: playing, new state: 7, playId: {id: 1}, error:"_s,
+            "TRACE previous state: 7, new state: playing, playId: {id: 1}, error:"_s));
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 6, true)}));
 }
 
 TEST_F(PlaybackStateTest, changesNothingWhenTheSameStateComesTwice)
@@ -173,6 +249,21 @@ TEST_F(PlaybackStateTest, keepsTheIntervalRunningAcrossAReconnect)
     play(Stopped);
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 25, true)}));
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
+}
+
+TEST_F(PlaybackStateTest, countsNothingWhenAPauseComesAgainAfterAnotherState)
+{
+    play(Playing);
+    FakeClock::advance(10000);
+    play(Paused);
+    FakeClock::advance(20000);
+    play(Transitioning);
+    FakeClock::advance(20000);
+    play(Paused);
+    FakeClock::advance(20000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 10, true)}));
+    EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback paused."_s).Times(1));
 }
 
 TEST_F(PlaybackStateTest, startsEachPlayAtZero)
@@ -318,6 +409,34 @@ TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
     log().clear();
     play(Stopped, 2, QString(), "http://stream.example/two"_s, "s2"_s);
     EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
+}
+
+TEST_F(PlaybackStateTest, forgetsTheGuideIdWithAReportThatHasNone)
+{
+    play(Playing);
+    FakeClock::advance(5000);
+    play(Playing, 1, "lost"_s, "http://stream.example/live"_s, QString());
+    ASSERT_EQ(streamReports().size(), 2);
+    EXPECT_FALSE(streamReports().constLast().contains("&id="));
+    log().clear();
+    play(Stopped);
+    EXPECT_THAT(log().lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedNoGuideId)));
+    EXPECT_THAT(durationReports(), IsEmpty());
+}
+
+TEST_F(PlaybackStateTest, takesTheGuideIdOfTheDurationFromTheReportOfAnErrorToo)
+{
+    play(Playing, 1, "stutters"_s);
+    FakeClock::advance(5000);
+    play(Paused, 1, "stutters"_s);
+    fireTimer();
+    play(Playing, 1, "stutters"_s);
+    FakeClock::advance(3000);
+    play(Stopped, 1, "stutters"_s);
+    EXPECT_EQ(streamReports().size(), 1);
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>({durationReport("s1", 5, false), durationReport("s1", 3, true)}));
 }
 
 TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)

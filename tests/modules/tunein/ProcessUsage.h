@@ -23,6 +23,20 @@ struct ProcessUsage {
     qint64 residentBytes = 0;
     qint64 allocatedBytes = 0;
 
+    /// The names of the threads.
+    static QStringList threadNames()
+    {
+        QStringList names;
+        const QDir tasks(QStringLiteral("/proc/self/task"));
+        const QStringList ids = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        for (const QString &id : ids) {
+            QFile file(tasks.filePath(id + QStringLiteral("/comm")));
+            if (file.open(QIODevice::ReadOnly))
+                names.append(QString::fromUtf8(file.readAll().trimmed()));
+        }
+        return names;
+    }
+
     static ProcessUsage now()
     {
         const auto count = [](const char *folder) {

@@ -70,7 +70,7 @@ TEST_P(TuneInFaultTest, hasItsMessageWhateverTheStatusAndOperation)
             EXPECT_EQ(error.message(), TrString("TuneIn", GetParam().message));
             EXPECT_EQ(
                 error.name(), CMError::DefaultName() + ":"_s + QString::number(GetParam().number));
-            EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
+            EXPECT_EQ(error.title(), TrString("CMError"_s, CMError::DefaultTitle()));
             EXPECT_EQ(error.size(), 3);
         }
     }

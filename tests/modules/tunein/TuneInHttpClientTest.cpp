@@ -6,14 +6,21 @@
 #include "tests/support/LogCapture.h"
 #include "tests/support/WorkerThread.h"
 
-#include <QDir>
-#include <QFile>
+#include <QEventLoop>
 #include <QPointer>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <log4cplus/logger.h>
 
+#include <algorithm>
+#include <arpa/inet.h>
 #include <future>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -28,19 +35,56 @@ VeskUrl api(const QString &target)
     return VeskUrl("http://opml.radiotime.com"_s + target);
 }
 
-/// The names of this process's threads.
-QStringList threadNames()
-{
-    QStringList names;
-    const QStringList tasks
-        = QDir("/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString &task : tasks) {
-        QFile file("/proc/self/task/"_s + task + "/comm"_s);
-        if (file.open(QIODevice::ReadOnly))
-            names.append(QString::fromUtf8(file.readAll().trimmed()));
+/// Listens on a free loopback port for one connection over TLS, takes what the client says first,
+/// where its wishes stand in clear text, and hangs up.
+class HelloListener {
+public:
+    HelloListener()
+        : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        // Nobody connects: the wait ends.
+        const timeval patience {10, 0};
+        setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+        m_address.sin_family = AF_INET;
+        m_address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        auto *generic = reinterpret_cast<sockaddr *>(&m_address);
+        socklen_t size = sizeof m_address;
+        EXPECT_EQ(bind(m_socket, generic, size), 0);
+        EXPECT_EQ(listen(m_socket, 1), 0);
+        EXPECT_EQ(getsockname(m_socket, generic, &size), 0);
     }
-    return names;
-}
+    ~HelloListener() { close(m_socket); }
+    HelloListener(const HelloListener &) = delete;
+    HelloListener &operator=(const HelloListener &) = delete;
+
+    quint16 port() const { return ntohs(m_address.sin_port); }
+
+    /// The first record; empty when nobody came.
+    QByteArray take() const
+    {
+        const int peer = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
+        if (peer < 0)
+            return {};
+        const QByteArray head = receive(peer, 5);
+        const auto byte = [&head](int i) { return int(static_cast<uchar>(head.at(i))); };
+        const QByteArray record
+            = head.size() == 5 ? receive(peer, byte(3) << 8 | byte(4)) : QByteArray();
+        close(peer);
+        return record;
+    }
+
+private:
+    static QByteArray receive(int from, int count)
+    {
+        QByteArray bytes(count, Qt::Uninitialized);
+        const auto received = recv(from, bytes.data(), static_cast<size_t>(count), MSG_WAITALL);
+        bytes.truncate(static_cast<int>(std::max<ssize_t>(received, 0)));
+        return bytes;
+    }
+
+    const int m_socket;
+    sockaddr_in m_address {};
+};
 
 /// A client, made and deleted by a thread of its own as a worker does.
 class TuneInHttpClientTest : public testing::Test, protected TuneInHost {
@@ -73,7 +117,7 @@ protected:
         EXPECT_EQ(error.name(), CMError::DefaultName());
         EXPECT_EQ(error.message(),
             TrString(trExtractContext(Signature), "Failed to connect to TuneIn"_s));
-        EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
+        EXPECT_EQ(error.title(), TrString("CMError"_s, CMError::DefaultTitle()));
         EXPECT_EQ(error.size(), 3);
         EXPECT_EQ(out, QByteArray("untouched"));
     }
@@ -104,7 +148,7 @@ ScriptedServer::Response ending(ScriptedServer::End end, const QByteArray &body,
 
 TEST_F(TuneInHttpClientTest, livesOnAThreadNamedTuneInHttp)
 {
-    EXPECT_THAT(threadNames(), Contains("TuneInHttp"_s).Times(1));
+    EXPECT_THAT(ProcessUsage::threadNames(), Contains("TuneInHttp"_s).Times(1));
     EXPECT_NE(client().thread(), QThread::currentThread());
     EXPECT_NE(client().thread(), m_thread.get());
     EXPECT_TRUE(client().thread()->isRunning());
@@ -116,7 +160,23 @@ TEST_F(TuneInHttpClientTest, endsItsThreadWhenItIsDeleted)
     const QPointer<QThread> thread(client().thread());
     m_thread.reset();
     EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
-    EXPECT_TRUE(spinUntil([] { return !threadNames().contains("TuneInHttp"_s); }));
+    EXPECT_TRUE(spinUntil([] { return !ProcessUsage::threadNames().contains("TuneInHttp"_s); }));
+}
+
+TEST_F(TuneInHttpClientTest, endsTheEventLoopThatItIsDeletedInWithZero)
+{
+    int code = -1;
+    const std::unique_ptr<QThread> thread(QThread::create([&code] {
+        TuneInHttpClient *client = createInNewQThread<TuneInHttpClient>("TuneInHttp"_s);
+        QEventLoop loop;
+        QTimer::singleShot(0, &loop, [client] { delete client; });
+        // Nobody else ends the loop, unless it runs on for ten seconds.
+        QTimer::singleShot(10000, &loop, [&loop] { loop.exit(1); });
+        code = loop.exec();
+    }));
+    thread->start();
+    thread->wait();
+    EXPECT_EQ(code, 0);
 }
 
 TEST_F(TuneInHttpClientTest, hasOneInvokableSlotAndNothingElse)
@@ -141,6 +201,45 @@ TEST_F(TuneInHttpClientTest, returnsTheBodyOfAGet)
     EXPECT_TRUE(client().get(api("/Browse.ashx?c=music&render=json"_s), &out).isEmpty());
     EXPECT_EQ(out, QByteArray("the body"));
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music&render=json"));
+}
+
+TEST_F(TuneInHttpClientTest, keepsAnAnswerForAsLongAsTheServerSays)
+{
+    ScriptedServer::Response response;
+    response.body = "the body";
+    response.headers.append(qMakePair(QByteArray("Cache-Control"), QByteArray("max-age=60")));
+    answerAll(response);
+    for (int i = 0; i < 2; ++i) {
+        QByteArray out;
+        EXPECT_TRUE(client().get(api("/Browse.ashx?c=music"_s), &out).isEmpty());
+        EXPECT_EQ(out, QByteArray("the body"));
+    }
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music"));
+}
+
+TEST_F(TuneInHttpClientTest, keepsAnswersOfAMillionBytesInAll)
+{
+    ScriptedServer::Response response;
+    response.body = QByteArray(490000, 'x');
+    response.headers.append(qMakePair(QByteArray("Cache-Control"), QByteArray("max-age=60")));
+    answerAll(response);
+    for (const char *target : {"/a", "/b", "/a", "/b"})
+        EXPECT_TRUE(client().get(api(QLatin1String(target)), nullptr).isEmpty());
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "GET /b"));
+    // There is no room for a third: what was not used for longest goes.
+    for (const char *target : {"/c", "/b", "/a"})
+        EXPECT_TRUE(client().get(api(QLatin1String(target)), nullptr).isEmpty());
+    EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "GET /b", "GET /c", "GET /a"));
+}
+
+TEST_F(TuneInHttpClientTest, offersHttp2OverTls)
+{
+    const HelloListener listener;
+    HttpClient::setConnectTo(
+        {"opml.radiotime.com:443:127.0.0.1:"_s + QString::number(listener.port())});
+    auto hello = std::async(std::launch::async, [&listener] { return listener.take(); });
+    EXPECT_FALSE(client().get(VeskUrl("https://opml.radiotime.com/x"_s), nullptr).isEmpty());
+    EXPECT_TRUE(hello.get().contains("\x02h2\x08http/1.1"));
 }
 
 TEST_F(TuneInHttpClientTest, postsWithAnEmptyBody)
@@ -213,6 +312,22 @@ TEST_F(TuneInHttpClientTest, keepsNoResultThatWasCollected)
         client().get(api("/x"_s), i % 2 ? &out : nullptr);
     }
     EXPECT_LT(ProcessUsage::now().allocatedBytes - before, BodySize * Count / 10);
+}
+
+TEST_F(TuneInHttpClientTest, keepsNoFailureThatWasCollected)
+{
+    constexpr int Count = 5000;
+    // Nobody looks at the log here, which would keep each record.
+    log4cplus::Logger::getInstance("CB_TuneIn").setLogLevel(log4cplus::OFF_LOG_LEVEL);
+    const auto failOften = [this] {
+        for (int i = 0; i < Count; ++i)
+            EXPECT_FALSE(client().get(VeskUrl(), nullptr).isEmpty());
+    };
+    failOften();
+    const qint64 before = ProcessUsage::now().allocatedBytes;
+    failOften();
+    // The smallest block that malloc gives, lost with each failure, is more than this.
+    EXPECT_LT(ProcessUsage::now().allocatedBytes - before, 16 * Count);
 }
 #endif
 

@@ -44,7 +44,7 @@ protected:
     {
         EXPECT_EQ(error.name(), CMError::DefaultName());
         EXPECT_EQ(error.message(), TrString("TuneIn", message));
-        EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
+        EXPECT_EQ(error.title(), TrString("CMError"_s, CMError::DefaultTitle()));
         EXPECT_EQ(error.size(), 3);
         expectUntouched();
     }
@@ -92,14 +92,18 @@ TEST_F(TuneInRequestTest, logsEachStepOfASuccess)
 TEST_F(TuneInRequestTest, sendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
-    log().clear();
-    const CMError error = request("/a"_s);
-    EXPECT_EQ(error, CMErrorHelper::create(CURLE_COULDNT_CONNECT, api("/a"_s), "TuneIn"_s));
-    EXPECT_TRUE(error.name().contains("7"_s));
-    expectUntouched();
-    expectRequests({});
-    EXPECT_THAT(log().lines(),
-        ElementsAre("TRACE Enter TuneInRequest::request:"_s, "ERROR Network is down!"_s));
+    for (const char *path : {"/a", "/Account.ashx", "/Account.ashx?c=join"}) {
+        const QString target = QLatin1String(path);
+        log().clear();
+        const CMError error = request(target);
+        EXPECT_EQ(error, CMErrorHelper::create(CURLE_COULDNT_CONNECT, api(target), "TuneIn"_s));
+        EXPECT_TRUE(error.name().contains("7"_s));
+        expectUntouched();
+        expectRequests({});
+        EXPECT_THAT(log().lines(),
+            ElementsAre("TRACE Enter TuneInRequest::request:"_s, "ERROR Network is down!"_s))
+            << path;
+    }
 }
 
 TEST_F(TuneInRequestTest, reportsAnUnreachableServerAsInvalidData)
