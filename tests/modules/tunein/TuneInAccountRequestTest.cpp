@@ -221,12 +221,15 @@ TEST_F(TuneInAccountRequestTest, takesNoReadOfAnotherPath)
     for (const char *other : {"TuneIn:account/more", "TuneIn:other", "Other:account", "TuneIn:"}) {
         const auto data = std::make_shared<CMReplyData<QVariant>>();
         const CMReply<QVariant> reply(data);
+        log().clear();
         onWorker([&] {
             EXPECT_FALSE(node()->getDataRequest(CMGetDataRequest(
                 path(QLatin1String(other)), {VeskRoles::Value(), VeskRoles::Type()}, reply)))
                 << other;
         });
         EXPECT_FALSE(data->isFinished()) << other;
+        EXPECT_THAT(log().lines(), ElementsAre("TRACE Enter TuneInAccountNode::getDataRequest:"_s))
+            << other;
     }
     EXPECT_EQ(
         data("TuneIn:account/more"_s, {VeskRoles::Type()}).error.name(), CMError::UnansweredName());
@@ -420,6 +423,15 @@ TEST_F(TuneInAccountRequestTest, takesNoWriteOfAnotherRole)
         });
     }
     expectAccountRequests({});
+}
+
+TEST_F(TuneInAccountRequestTest, judgesAWriteByItsRoleAlone)
+{
+    VeskValue value;
+    value.setTuneInAccount(filledAccount(Operation::drop));
+    const Answer answer = setData("TuneIn:account/more"_s, VeskRoles::Value(), value);
+    EXPECT_EQ(accountOf(answer).operation(), Operation::drop);
+    expectAccountRequests({DropLine});
 }
 
 TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)

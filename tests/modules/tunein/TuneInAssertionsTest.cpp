@@ -17,10 +17,7 @@ std::string assertion(const std::string &condition)
 /// Each statement runs in a process of its own.
 class TuneInAssertionTest : public TuneInFixture {
 protected:
-    TuneInAssertionTest()
-    {
-        start();
-    }
+    TuneInAssertionTest() { start(); }
 
     CMGetRowsRequest rowsRequest(const QString &text)
     {
@@ -105,6 +102,13 @@ TEST_F(TuneInAssertionTest, stopsTheChoiceOfAStreamWithoutItsItem)
 TEST_F(TuneInAssertionTest, stopsAPresetWithoutGuideId)
 {
     const QString entry = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse"_s;
+    EXPECT_ASSERTION(data(entry, {"title"_s}), "!guideId.isEmpty()");
+    EXPECT_ASSERTION(setData(entry, VeskRoles::Activate(), {}), "!guideId.isEmpty()");
+}
+
+TEST_F(TuneInAssertionTest, stopsAPresetWhoseMatchingPathIsEmpty)
+{
+    const QString entry = "TuneIn:browser_context/presets?veskMatchingPath="_s;
     EXPECT_ASSERTION(data(entry, {"title"_s}), "!guideId.isEmpty()");
     EXPECT_ASSERTION(setData(entry, VeskRoles::Activate(), {}), "!guideId.isEmpty()");
 }

@@ -11,6 +11,10 @@ protected:
     }
 
     QStringList paths(const QString &menu) { return rows("TuneIn:"_s + menu, {"path"_s}).texts(); }
+    QString serviceId(const QString &path)
+    {
+        return VeskMediaData(role(path, "mediaData"_s).toHash()).metaData().serviceID();
+    }
 };
 
 } // namespace
@@ -82,10 +86,8 @@ TEST_F(TuneInMenusTest, areContextMenusOfTheService)
     for (const char *menu :
         {"TuneIn:player_context", "TuneIn:player_context_show_episode", "TuneIn:browser_context"}) {
         EXPECT_EQ(role(QLatin1String(menu), "containerType"_s).toInt(), 100) << menu;
-        EXPECT_EQ(
-            VeskMediaData(role(QLatin1String(menu), "mediaData"_s).toHash()).metaData().serviceID(),
-            "tunein"_s)
-            << menu;
+        EXPECT_EQ(serviceId(QLatin1String(menu)), "tunein"_s) << menu;
+        EXPECT_EQ(serviceId(QLatin1String(menu) + "/presets"_s), "tunein"_s) << menu;
     }
     EXPECT_TRUE(log().contains("DEBUG TuneInPlayerContextNode: path: TuneIn:player_context"_s));
     EXPECT_TRUE(log().contains(

@@ -1,6 +1,7 @@
 #include "modules/tunein/TuneInContextNode.h"
 
 #include "api/tunein/VeskTuneInPaths.h"
+#include "modules/tunein/TuneInRequest.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
 #include <QCoreApplication>
@@ -60,14 +61,34 @@ protected:
             + "&render=json&partnerId=partner&serial=ABC&id=" + id});
     }
 
+    /// Worker's thread only.
+    TuneInAddRemovePresetsNode *node() const
+    {
+        return dynamic_cast<TuneInAddRemovePresetsNode *>(
+            worker()->nodes()->find(path("TuneIn:browser_context/presets"_s)));
+    }
+
     bool isPreset(const QString &id)
     {
         bool result = false;
         onWorker([&] {
-            auto *node = dynamic_cast<TuneInAddRemovePresetsNode *>(
-                worker()->nodes()->find(path("TuneIn:browser_context/presets"_s)));
-            ASSERT_NE(node, nullptr);
-            result = node->isPreset(id);
+            ASSERT_NE(node(), nullptr);
+            result = node()->isPreset(id);
+        });
+        return result;
+    }
+
+    /// Activates the node itself, with \a data for the answer. Whether that was there when the
+    /// node's call returned.
+    bool isAnsweredOnReturn(
+        const QString &entry, const std::shared_ptr<CMReplyData<QVariant>> &data)
+    {
+        bool result = false;
+        onWorker([&] {
+            ASSERT_NE(node(), nullptr);
+            EXPECT_TRUE(node()->setDataRequest(CMSetDataRequest(CMPath::fromEncoded(entry),
+                VeskRoles::Activate(), QVariant(), CMReply<QVariant>(data))));
+            result = data->isFinished();
         });
         return result;
     }
@@ -168,8 +189,9 @@ TEST_F(TuneInPresetsTest, areNoneWhenTheCheckFails)
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
     const QString line = log().lines("ERROR"_s).last();
-    EXPECT_TRUE(line.startsWith("CMTuneInWorker: reporting status: failed: error: '"_s));
-    EXPECT_TRUE(line.endsWith("'"_s));
+    EXPECT_EQ(line,
+        "CMTuneInWorker: reporting status: failed: error: '"_s
+            + printed(TuneInRequest::tuneInErrorToCMError(QString(), "500"_s)) + "'"_s);
 
     closeServer();
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
@@ -217,7 +239,8 @@ TEST_F(TuneInPresetsTest, areOfTheItemItselfOtherwise)
 
 TEST_F(TuneInPresetsTest, cannotBeNamedWithoutAMatchingPath)
 {
-    EXPECT_EQ(title("TuneIn:browser_context/presets?sid=s1"_s), "Error"_s);
+    EXPECT_EQ(TrString::fromVariant(role("TuneIn:browser_context/presets?sid=s1"_s, "title"_s)),
+        TrString(trExtractContext(TitleSignature), "Error"_s));
     EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Query not including 'veskMatchingPath'"_s));
     expectRequests({});
 }
@@ -233,6 +256,7 @@ TEST_F(TuneInPresetsTest, askNothingForOtherRoles)
 {
     EXPECT_EQ(role(entry("s1"_s), "type"_s).toInt(), VeskRolesType::Activate());
     EXPECT_EQ(role(entry("s1"_s), "path"_s).toString(), entry("s1"_s));
+    EXPECT_THAT(log().lines(), IsEmpty());
     expectRequests({});
 }
 
@@ -284,6 +308,9 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedBeforeATitle)
 {
     const Answer answer = invoke(entry("s1"_s));
     EXPECT_EQ(answer.error.name(), CMError::UnansweredName());
+    EXPECT_THAT(log().lines("DEBUG"_s),
+        ElementsAre(
+            "TuneInAddRemovePresetsNode::on_node_invoke: path: 'TuneIn:browse?veskGuideId=s1', guideID: s1, sid: , command: "_s));
     EXPECT_THAT(log().lines("WARN"_s), ElementsAre("Invalid command: ''"_s));
     expectRequests({});
 }
@@ -306,10 +333,9 @@ TEST_F(TuneInPresetsTest, passTheErrorOfTheRequestOn)
     const Answer forbidden = invoke(entry("s1"_s));
     EXPECT_EQ(forbidden.errorText(), "Access forbidden."_s);
     EXPECT_EQ(forbidden.error.name(), CMError::DefaultName() + ":0"_s);
-    const QString line = log().lines("ERROR"_s).last();
-    EXPECT_TRUE(
-        line.startsWith("TuneInAddRemovePresetsNode::on_node_invoke: %1: failed, error: '"_s));
-    EXPECT_TRUE(line.endsWith("'"_s));
+    EXPECT_EQ(log().lines("ERROR"_s).last(),
+        "TuneInAddRemovePresetsNode::on_node_invoke: %1: failed, error: '"_s
+            + printed(forbidden.error) + "'"_s);
     EXPECT_THAT(log().lines("INFO"_s), IsEmpty());
 
     closeServer();
@@ -334,6 +360,43 @@ TEST_F(TuneInPresetsTest, tellThreeScreensOfAChangeTheListFirst)
         ElementsAre("TuneIn:browse/uri/Browse.ashx?c=presets&veskDisplayName=Mine"_s + reset,
             "TuneIn:player_context?guideId=s1"_s + reset,
             "TuneIn:browser_context?guideId=s1&more=x"_s + reset));
+}
+
+TEST_F(TuneInPresetsTest, answerOnlyAfterTheyHaveToldAllThree)
+{
+    const auto data = std::make_shared<CMReplyData<QVariant>>();
+    QMap<QString, bool> answeredWhenTold;
+    std::vector<std::unique_ptr<CMSubscription>> subscriptions;
+    for (const char *screen : {"TuneIn:browse/uri/Browse.ashx?c=presets",
+             "TuneIn:player_context?guideId=s1", "TuneIn:browser_context?guideId=s1"}) {
+        subscriptions.push_back(CMRoot()->subscribeDirectly(
+            path(QLatin1String(screen)), [&answeredWhenTold, data](const CMChange &change) {
+                if (change.kind == CMSubscribe::RowsChangeReset())
+                    answeredWhenTold.insert(change.path.toEncoded(), data->isFinished());
+            }));
+    }
+    title(entry("s1"_s));
+    EXPECT_TRUE(isAnsweredOnReturn(entry("s1"_s), data));
+    EXPECT_EQ(answeredWhenTold,
+        (QMap<QString, bool> {{"TuneIn:browse/uri/Browse.ashx?c=presets"_s, false},
+            {"TuneIn:player_context?guideId=s1"_s, false},
+            {"TuneIn:browser_context?guideId=s1"_s, false}}));
+}
+
+TEST_F(TuneInPresetsTest, areDoneWhenTheCallThatActivatesThemReturns)
+{
+    title(entry("s1"_s));
+    server().clearRequests();
+    const auto data = std::make_shared<CMReplyData<QVariant>>();
+    ASSERT_TRUE(isAnsweredOnReturn(entry("s1"_s), data));
+    EXPECT_TRUE(data->error().isEmpty());
+    EXPECT_TRUE(data->value().isNull());
+    expectChanged("add", "s1");
+
+    answer("/Preset.ashx", QByteArray(R"({"head":{"status":"403"},"body":[]})"));
+    const auto refused = std::make_shared<CMReplyData<QVariant>>();
+    ASSERT_TRUE(isAnsweredOnReturn(entry("s1"_s), refused));
+    EXPECT_EQ(refused->error().message().toString(), "Access forbidden."_s);
 }
 
 TEST_F(TuneInPresetsTest, tellOfATopicByItsOwnGuideId)
