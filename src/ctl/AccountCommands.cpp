@@ -50,7 +50,7 @@ CtlStatus AccountCommands::query(const CMPath &path)
 {
     QVariantHash params = pathParams(path);
     params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Value()});
-    return m_session.call(QStringLiteral("getData"), params, [&](const QVariantHash &result) {
+    return m_session.ask(params, [&](const QVariantHash &result) {
         if (m_session.options().json) {
             m_session.printJson(result);
             return CtlStatus::Success;

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A device without an account is no failure: TuneIn says so with fault code 7.
+/// TuneIn says with fault code 7 that a device has no account.
 bool saysNotLinked(const RpcAnswer &answer)
 {
     return answer.name.endsWith(QLatin1String(":7"));
@@ -33,6 +33,20 @@ CtlStatus HostSession::call(const QString &method, const QVariantHash &params, c
     return report(answer);
 }
 
+CtlStatus HostSession::ask(const QVariantHash &params, const Take &take)
+{
+    const RpcAnswer answer = m_client.call(QStringLiteral("getData"), params);
+    if (answer.kind == RpcAnswer::Result)
+        return take(answer.result.toHash());
+    if (!saysNotLinked(answer))
+        return report(answer);
+    if (m_options.json)
+        printJson(answer.error);
+    else
+        printText(QStringLiteral("not linked"));
+    return CtlStatus::Success;
+}
+
 CtlStatus HostSession::act(const QString &method, const QVariantHash &params, const QString &done)
 {
     return call(method, params, [&](const QVariantHash &result) {
@@ -48,10 +62,6 @@ CtlStatus HostSession::report(const RpcAnswer &answer)
 {
     if (answer.kind == RpcAnswer::NoHost)
         return noHost(answer.message);
-    if (saysNotLinked(answer) && !m_options.json) {
-        printText(QStringLiteral("not linked"));
-        return CtlStatus::Success;
-    }
     return fail(CtlStatus::Failed,
         answer.title.isEmpty() ? answer.message
                                : QStringLiteral("%1: %2").arg(answer.title, answer.message));

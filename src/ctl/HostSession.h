@@ -42,6 +42,8 @@ public:
 
     /// Hands the result of a call to \a take, or reports why there is none.
     CtlStatus call(const QString &method, const QVariantHash &params, const Take &take);
+    /// Calls getData. That a device has no account is an answer here, which it prints, no failure.
+    CtlStatus ask(const QVariantHash &params, const Take &take);
     /// Calls the method for what it does; prints the result as JSON, or else \a done, if any.
     CtlStatus act(
         const QString &method, const QVariantHash &params, const QString &done = QString());

@@ -2,6 +2,8 @@
 
 #include "api/values/VeskRowsRoles.h"
 
+#include <algorithm>
+
 namespace {
 
 const CMPath &servicesPath()
@@ -58,10 +60,11 @@ CtlStatus Places::root(CMPath &path)
         return CtlStatus::Success;
     QList<VeskRoles> services;
     const CtlStatus status = m_screens.rows(servicesPath(), {VeskRoles::Path()}, services);
-    path = services.size() == 1 ? services.first().path() : CMPath();
     // A plug-in that could not be loaded is listed without a path.
-    if (path.isEmpty())
-        path = servicesPath();
+    const auto failed = std::remove_if(services.begin(), services.end(),
+        [](const VeskRoles &row) { return row.path().isEmpty(); });
+    services.erase(failed, services.end());
+    path = services.size() == 1 ? services.first().path() : servicesPath();
     return status;
 }
 

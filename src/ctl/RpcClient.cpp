@@ -26,14 +26,14 @@ RpcAnswer readAnswer(const QByteArray &bytes)
     VeskError error;
     const QVariantHash answer = VeskJson::parse(bytes, error).toHash();
     if (answer.value(QStringLiteral("jsonrpc")).toString() != QLatin1String("2.0"))
-        return {RpcAnswer::NoHost, {}, QStringLiteral("what answers is no vesk-host"), {}, {}};
+        return {RpcAnswer::NoHost, {}, QStringLiteral("what answers is no vesk-host"), {}, {}, {}};
     if (!answer.contains(QStringLiteral("error")))
-        return {RpcAnswer::Result, answer.value(QStringLiteral("result")), {}, {}, {}};
+        return {RpcAnswer::Result, answer.value(QStringLiteral("result")), {}, {}, {}, {}};
     const QVariantHash failure = answer.value(QStringLiteral("error")).toHash();
     const QVariantHash data = failure.value(QStringLiteral("data")).toHash();
     return {RpcAnswer::Error, {}, failure.value(QStringLiteral("message")).toString(),
         data.value(QStringLiteral("name")).toString(),
-        data.value(QStringLiteral("title")).toString()};
+        data.value(QStringLiteral("title")).toString(), failure};
 }
 
 } // namespace
@@ -51,7 +51,7 @@ RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
     QByteArray answer;
     const QString failure = post(body, answer);
     if (!failure.isEmpty())
-        return {RpcAnswer::NoHost, {}, failure, {}, {}};
+        return {RpcAnswer::NoHost, {}, failure, {}, {}, {}};
     return readAnswer(answer);
 }
 

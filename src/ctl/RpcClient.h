@@ -18,6 +18,8 @@ struct RpcAnswer {
     /// Error: its name and title, empty where the host gave none.
     QString name;
     QString title;
+    /// Error: the whole of it, as the host gave it.
+    QVariantHash error;
 };
 
 /// Calls a host's methods over HTTP; each call waits for its answer. One thread at a time.

@@ -12,7 +12,7 @@ CtlStatus ScreenCommands::get()
     return atPlace([&](const CMPath &path) {
         QVariantHash params = pathParams(path);
         params.insert(QStringLiteral("roles"), m_session.options().roles);
-        return m_session.call(QStringLiteral("getData"), params, [&](const QVariantHash &result) {
+        return m_session.ask(params, [&](const QVariantHash &result) {
             printValues(result);
             return CtlStatus::Success;
         });

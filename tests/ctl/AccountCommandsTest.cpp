@@ -59,6 +59,11 @@ TEST_F(AccountCommandsTest, StatusTellsThatThereIsNone)
         Read, R"("error":{"code":-32000,"message":"None","data":{"name":"e:7","title":"T"}})");
     EXPECT_EQ(account("status").out, "not linked\n");
     EXPECT_EQ(account("status").status, 0);
+    const Outcome json = account("status --json");
+    EXPECT_EQ(json.status, 0);
+    EXPECT_EQ(json.out,
+        "{\"code\":-32000,\"data\":{\"name\":\"e:7\",\"title\":\"T\"},\"message\":\"None\"}\n");
+    EXPECT_EQ(json.errors, "");
     m_host.setResult(Read,
         R"("result":{"values":[{"type":115,"tuneInAccount":{"operation":5,"userName":""}}]})");
     EXPECT_EQ(account("status").out, "not linked\n");
@@ -138,6 +143,18 @@ TEST_F(AccountCommandsTest, FailsWithTheHost)
         EXPECT_EQ(outcome.status, 1) << command;
         EXPECT_EQ(outcome.out, "") << command;
         EXPECT_EQ(outcome.errors, "veskctl: T: Wrong\ufffd\n") << command;
+    }
+}
+
+TEST_F(AccountCommandsTest, WhatNeedsALinkFailsWithoutOne)
+{
+    m_host.setResult(
+        Write, R"("error":{"code":-32000,"message":"None","data":{"name":"e:7","title":"T"}})");
+    for (const char *command : {"drop joe", "drop joe --json"}) {
+        const Outcome outcome = account(command, "secret\n");
+        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_EQ(outcome.out, "") << command;
+        EXPECT_EQ(outcome.errors, "veskctl: T: None\n") << command;
     }
 }
 

@@ -40,6 +40,21 @@ TEST(ScreenCommandsTest, LsWithoutAPathListsTheServicesWhenThereAreMore)
     EXPECT_THAT(outcome.out, testing::StartsWith("Services\n"));
 }
 
+TEST(ScreenCommandsTest, APlugInThatCouldNotBeLoadedIsNoService)
+{
+    FakeHost host({{QStringLiteral("getRows host:services"),
+                       R"("result":{"rowsCount":2,"rows":[[null],["Good:"]],"roles":{}})"},
+        {QStringLiteral("getRows Good:"), GoodScreen}});
+    EXPECT_THAT(run(host.url(), words("ls")).out, testing::StartsWith("Good\n"));
+    const Outcome found = run(host.url(), words("search x"));
+    EXPECT_EQ(found.status, 1) << "this service offers none";
+    EXPECT_EQ(host.timesAsked(QStringLiteral("getData Good:")), 1);
+    host.setResult(QStringLiteral("getRows host:services"),
+        R"("result":{"rowsCount":1,"rows":[[null]],"roles":{"title":"Services"}})");
+    EXPECT_THAT(run(host.url(), words("ls")).out, testing::StartsWith("Services\n"));
+    EXPECT_EQ(run(host.url(), words("search x")).status, 2);
+}
+
 QByteArray page(int first, int count, int rowsCount)
 {
     QByteArrayList rows;
@@ -225,7 +240,26 @@ TEST(ScreenCommandsTest, ADeviceWithoutAccountIsNoFailure)
     const Outcome outcome = run(host.url(), words("get a:account"));
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.out, "not linked\n");
-    EXPECT_EQ(run(host.url(), words("get a:account --json")).status, 1);
+    const Outcome json = run(host.url(), words("get a:account --json"));
+    EXPECT_EQ(json.status, 0);
+    EXPECT_EQ(json.out,
+        "{\"code\":-32000,\"data\":{\"name\":\"err:7\",\"title\":\"T\"},\"message\":\"No "
+        "account\"}\n");
+    EXPECT_EQ(json.errors, "");
+}
+
+TEST(ScreenCommandsTest, WhatNeedsAnAccountFailsWithoutOne)
+{
+    const QByteArray unlinked
+        = R"("error":{"code":-32000,"message":"No account","data":{"name":"err:7","title":"T"}})";
+    FakeHost host(
+        {{QStringLiteral("getRows a:b"), unlinked}, {QStringLiteral("setData a:b"), unlinked}});
+    for (const char *command : {"ls a:b", "set a:b x", "--json ls a:b", "--json set a:b x"}) {
+        const Outcome outcome = run(host.url(), words(command));
+        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_EQ(outcome.out, "") << command;
+        EXPECT_EQ(outcome.errors, "veskctl: T: No account\n") << command;
+    }
 }
 
 TEST(ScreenCommandsTest, ControlCharactersNeverReachTheTerminal)

@@ -83,8 +83,9 @@ TEST_F(VeskctlTest, WatchesThePlayerUntilItIsInterrupted)
         QProcess watch;
         start(watch, QStringLiteral(VESKCTL_PROGRAM), words("status --watch --json"));
         EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
+        run(words("play Good:songs 0"));
+        EXPECT_TRUE(nextLine(watch).contains("\"title\":\"A song\""));
         EXPECT_EQ(run(words("stop")).status, 0);
-        EXPECT_TRUE(nextLine(watch).contains("\"state\":0"));
         ::kill(static_cast<pid_t>(watch.processId()), signal);
         EXPECT_TRUE(watch.waitForFinished(20000));
         EXPECT_EQ(watch.exitStatus(), QProcess::NormalExit);

@@ -44,6 +44,7 @@ public:
         results->setTitle(TrString("Good", "Found"));
         results->setCopyPathParams(true);
         results->rowsAppend(addPrefix(QStringLiteral("searches")));
+        addSong();
 
         VeskRoles searchRoles;
         searchRoles.setPath(searches);
@@ -57,6 +58,23 @@ public:
         row.insert(VeskRoles::Description(), QThread::currentThread()->objectName());
         row.insert(VeskRoles::Value(), CMRoot()->getValue(VeskSystemMemberIdPath()));
         root->rowsAppend(row);
+    }
+
+private:
+    /// Something to play, which never gets heard.
+    void addSong()
+    {
+        VeskResource resource;
+        resource.setUri(QStringLiteral("http://127.0.0.1:1/"));
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        VeskMediaData media;
+        media.setResources(resources);
+        VeskRoles song;
+        song.setType(VeskRolesType::Audio());
+        song.setTitle(TrString("Good", "A song"));
+        song.setMediaData(media);
+        CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("songs")))->rowsAppend(song);
     }
 };
 
