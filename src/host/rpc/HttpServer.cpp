@@ -276,10 +276,13 @@ void HttpServerPrivate::read(HttpResource *resource, SoupServerMessage *message,
 
 void HttpServerPrivate::upgrade(SoupServerMessage *message)
 {
-    if (soup_websocket_server_process_handshake(message, nullptr, nullptr, nullptr, nullptr))
+    if (soup_websocket_server_process_handshake(message, nullptr, nullptr, nullptr, nullptr)) {
         g_signal_connect(message, "wrote-informational", G_CALLBACK(&upgraded), this);
-    else
-        refuseWith(message, SOUP_STATUS_BAD_REQUEST, "this is for WebSockets");
+        return;
+    }
+    // libsoup has written a page about it.
+    soup_message_body_truncate(soup_server_message_get_response_body(message));
+    refuseWith(message, SOUP_STATUS_BAD_REQUEST, "this is for WebSockets");
 }
 
 void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)

@@ -2,6 +2,8 @@
 
 #include "api/web/VeskJson.h"
 
+#include <cmath>
+
 namespace {
 
 JsonRpcRequest invalidRequest(const QVariant &id, int code, const QString &message)
@@ -22,10 +24,20 @@ bool isJsonType(const QVariant &value, std::initializer_list<int> types)
     return false;
 }
 
+/// Whether it is sent back as it came, although it may have been read as a double.
+bool isKept(double number)
+{
+    constexpr double limit = 9007199254740992.0; // 2^53
+    if (number == std::trunc(number))
+        return std::abs(number) < limit;
+    return QString::number(number, 'g', 15).toDouble() == number;
+}
+
 bool isId(const QVariant &value)
 {
-    return value.isNull()
-        || isJsonType(value, {QMetaType::QString, QMetaType::LongLong, QMetaType::Double});
+    if (isJsonType(value, {QMetaType::LongLong, QMetaType::Double}))
+        return isKept(value.toDouble());
+    return value.isNull() || value.userType() == QMetaType::QString;
 }
 
 JsonRpcRequest readRequest(const QVariant &value)
@@ -44,7 +56,7 @@ JsonRpcRequest readRequest(const QVariant &value)
     };
 
     if (hasId && !isId(id))
-        return invalid(QStringLiteral("\"id\" is a string, a number or null."));
+        return invalid(QStringLiteral("\"id\" is a string, a number that fits, or null."));
     const QVariant version = object.value(QStringLiteral("jsonrpc"));
     if (version.userType() != QMetaType::QString || version.toString() != QLatin1String("2.0"))
         return invalid(QStringLiteral("\"jsonrpc\" is \"2.0\"."));

@@ -8,6 +8,7 @@
 PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent)
     : QObject(parent)
     , m_logic(logic)
+    , m_told(logic->state())
 {
     const auto add = [&](const char *name, CMError (PlayLogic::*action)()) {
         dispatcher->addMethod(
@@ -24,8 +25,12 @@ PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QO
     add("player.stop", &PlayLogic::stop);
     dispatcher->addMethod(
         QStringLiteral("player.play"), [this](const JsonRpcCallPtr &call) { play(call); });
-    dispatcher->addMethod(QStringLiteral("player.state"),
-        [this](const JsonRpcCallPtr &call) { call->finish(state()); });
+    dispatcher->addMethod(QStringLiteral("player.state"), [this](const JsonRpcCallPtr &call) {
+        // Who is told of a change before the others hears of it, too, when it is undone.
+        if (m_announced)
+            m_told.clear();
+        call->finish(state());
+    });
     veskConnect(logic, &PlayLogic::changed, this, &PlayerMethods::announce);
 }
 
@@ -55,7 +60,11 @@ void PlayerMethods::announce()
         this,
         [this] {
             m_announced = false;
-            Q_EMIT changed(state());
+            const QVariant present = state();
+            if (present == m_told)
+                return;
+            m_told = present;
+            Q_EMIT changed(present);
         },
         Qt::QueuedConnection);
 }

@@ -36,4 +36,5 @@ private:
     PlayLogic *const m_logic;
     IconSeen m_iconSeen;
     bool m_announced = false;
+    QVariant m_told; ///< the state that everybody knows
 };

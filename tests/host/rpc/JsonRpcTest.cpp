@@ -1,5 +1,7 @@
 #include "host/rpc/JsonRpc.h"
 
+#include "api/web/VeskJson.h"
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -30,6 +32,17 @@ TEST(JsonRpcTest, TakesTextNumbersAndNullForIds)
     const JsonRpcRequest null = only(R"({"jsonrpc":"2.0","id":null,"method":"m"})");
     EXPECT_FALSE(null.isInvalid);
     EXPECT_FALSE(null.isNotification) << "an id that is null still asks for an answer";
+}
+
+TEST(JsonRpcTest, SendsNumbersBackAsTheyCame)
+{
+    for (const char *id :
+        {"0", "-1", "9007199254740991", "-9007199254740991", "0.1", "-123456.789012345"}) {
+        const JsonRpcRequest request
+            = only(QByteArray(R"({"jsonrpc":"2.0","method":"m","id":)") + id + "}");
+        EXPECT_FALSE(request.isInvalid) << id;
+        EXPECT_EQ(VeskJson::write(request.id), id);
+    }
 }
 
 TEST(JsonRpcTest, TakesACallWithoutIdForANotification)
@@ -67,6 +80,12 @@ INSTANTIATE_TEST_SUITE_P(Messages, JsonRpcBadMessageTest,
         BadMessage {R"({"jsonrpc":"2.0","id":3})", -32600, 3LL},
         BadMessage {R"({"jsonrpc":"2.0","id":3,"method":1})", -32600, 3LL},
         BadMessage {R"({"jsonrpc":"2.0","id":true,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"2.0","id":12345678901234567890,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"2.0","id":-9223372036854775809,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"2.0","id":9007199254740993.0,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"2.0","id":1e300,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"2.0","id":0.12345678901234567,"method":"m"})", -32600, {}},
+        BadMessage {R"({"jsonrpc":"1.0","id":12345678901234567890,"method":"m"})", -32600, {}},
         BadMessage {R"({"jsonrpc":"2.0","id":{"a":1},"method":"m"})", -32600, {}},
         BadMessage {R"({"jsonrpc":"2.0","id":[1],"method":"m"})", -32600, {}},
         BadMessage {R"({"jsonrpc":"2.0","id":3,"method":"m","params":"bar"})", -32600, 3LL},

@@ -9,6 +9,8 @@
 #include "host/player/PlayLogic.h"
 #include "tests/support/WorkerThread.h"
 
+#include <QCoreApplication>
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -124,6 +126,39 @@ TEST_F(PlayerMethodsTest, changesAreToldOnceWithTheWholeState)
     EXPECT_EQ(told.size(), 1);
     EXPECT_EQ(told.first().value(text("state")).toInt(), 2);
     EXPECT_EQ(told.first().value(text("streamTitle")).toString(), text("On the air"));
+    EXPECT_EQ(told.first(), logic.state());
+}
+
+TEST_F(PlayerMethodsTest, whatChangesNothingIsNotTold)
+{
+    call("stop");
+    call("stop");
+    EXPECT_EQ(told.size(), 0);
+    call("play", R"({"screen":"Test:list","row":0})");
+    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    told.clear();
+    call("stop");
+    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    call("stop");
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(PlayerMethodsTest, whoAskedDuringAChangeHearsThatItIsUndone)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    Q_EMIT player.audibleChanged(true);
+    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    QCoreApplication::sendPostedEvents();
+    told.clear();
+    Q_EMIT player.titleChanged(text("On the air"));
+    QByteArray answer;
+    rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", nullptr,
+        [&answer](const QByteArray &bytes) { answer = bytes; });
+    Q_EMIT player.titleChanged({});
+    EXPECT_THAT(answer.toStdString(), testing::HasSubstr("On the air"));
+    QCoreApplication::sendPostedEvents();
+    ASSERT_EQ(told.size(), 1);
     EXPECT_EQ(told.first(), logic.state());
 }
 

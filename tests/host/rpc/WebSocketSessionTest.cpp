@@ -86,6 +86,8 @@ TEST_F(WebSocketSessionTest, RefusesAPlainGet)
     const QByteArray response = inBackground(
         [this] { return RawClient::exchange(port(), RawClient::request("GET", "/ws", port())); });
     EXPECT_EQ(statusOf(response), 400);
+    EXPECT_EQ(headerOf(response, "Content-Type"), "text/plain; charset=utf-8");
+    EXPECT_EQ(bodyOf(response), "this is for WebSockets\n");
 }
 
 TEST_F(WebSocketSessionTest, AnswersAParseErrorAndStaysOpen)
