@@ -119,8 +119,11 @@ Json Search::found(const Context &context, const Words &terms) const
 {
     Json rows = Json::array();
     Json unavailable = Json::array();
+    // Anything else, also several of them, is as good as nothing.
     const std::string types = lowered(context.param("types"));
-    if (types != "show") {
+    const bool onlyStations = types == "station";
+    const bool onlyShows = types == "show";
+    if (!onlyShows) {
         for (const std::size_t i : hits(m_stations, terms)) {
             const Station &station = m_catalog.stations[i];
             Json &list = context.obstacle(station).empty() ? rows : unavailable;
@@ -128,11 +131,11 @@ Json Search::found(const Context &context, const Words &terms) const
                 list.push_back(stationRow(context, station));
         }
     }
-    if (types != "station") {
+    if (!onlyStations) {
         for (const std::size_t i : hits(m_shows, terms))
             rows.push_back(showRow(context, m_catalog.shows[i]));
     }
-    if (types.empty()) {
+    if (!onlyStations && !onlyShows) {
         for (const std::size_t i : hits(m_artists, terms))
             rows.push_back(artistRow(context, m_catalog.artists[i]));
     }

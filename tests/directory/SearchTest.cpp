@@ -63,6 +63,16 @@ TEST_F(SearchPage, LimitsTheKindWhenAskedTo)
         EXPECT_EQ(row["item"], "station");
 }
 
+TEST_F(SearchPage, IgnoresKindsThatItDoesNotKnow)
+{
+    const Json all = json("/Search.ashx?query=jazz")["body"];
+    for (const char *types : {"station,show", "show,station", "artist", "nonsense"}) {
+        const Json rows = json(std::string("/Search.ashx?query=jazz&types=") + types)["body"];
+        EXPECT_EQ(rows.size(), all.size()) << types;
+        EXPECT_FALSE(rowWith(rows, "text", "Artist: Jazz Orchard Five").is_null()) << types;
+    }
+}
+
 TEST_F(SearchPage, SaysThatItFoundNothing)
 {
     EXPECT_EQ(json("/Search.ashx?query=xyzzy")["body"].dump(),
