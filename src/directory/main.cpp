@@ -26,6 +26,16 @@ gboolean quit(gpointer loop)
     return G_SOURCE_CONTINUE;
 }
 
+/// Has SIGTERM and SIGINT wait, or come.
+void maskSignals(int how)
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    ::pthread_sigmask(how, &signals, nullptr);
+}
+
 void serve(const Options &options, Catalog catalog)
 {
     std::unique_ptr<AccountsFile> accounts;
@@ -46,6 +56,7 @@ void serve(const Options &options, Catalog catalog)
         g_main_loop_new(nullptr, FALSE), g_main_loop_unref);
     g_unix_signal_add(SIGTERM, quit, loop.get());
     g_unix_signal_add(SIGINT, quit, loop.get());
+    maskSignals(SIG_UNBLOCK);
 
     const std::string address = server.listen(options.listen);
     if (!options.tlsListen.empty()) {
@@ -62,6 +73,7 @@ void serve(const Options &options, Catalog catalog)
 
 int main(int argc, char **argv)
 {
+    maskSignals(SIG_BLOCK); // they end it as well before it is ready
     try {
         const Options options = parseOptions(argc, argv);
         if (!options.help.empty()) {

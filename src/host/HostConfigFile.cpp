@@ -110,7 +110,10 @@ private:
     }
     QString audio(const QVariant &value)
     {
-        return HostOption::setAudio(m_options, value.toString());
+        const QString complaint = HostOption::setAudio(m_options, value.toString());
+        if (complaint.isEmpty() && m_options.audio.kind == AudioOutputSpec::Wav)
+            m_options.audio.file = QDir(m_folder).absoluteFilePath(m_options.audio.file);
+        return complaint;
     }
     QString logLevel(const QVariant &value)
     {

@@ -11,6 +11,15 @@ gboolean signalCame(gpointer data)
     return G_SOURCE_CONTINUE;
 }
 
+void maskSignals(int how)
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    ::pthread_sigmask(how, &signals, nullptr);
+}
+
 } // namespace
 
 TerminationSignals::TerminationSignals(QObject *parent)
@@ -18,10 +27,16 @@ TerminationSignals::TerminationSignals(QObject *parent)
     , m_sources {g_unix_signal_add(SIGTERM, &signalCame, this),
           g_unix_signal_add(SIGINT, &signalCame, this)}
 {
+    maskSignals(SIG_UNBLOCK);
 }
 
 TerminationSignals::~TerminationSignals()
 {
     for (const unsigned source : m_sources)
         g_source_remove(source);
+}
+
+void TerminationSignals::hold()
+{
+    maskSignals(SIG_BLOCK);
 }

@@ -52,6 +52,7 @@ int run(const HostOptions &options)
 
 int main(int argc, char **argv)
 {
+    TerminationSignals::hold();
     setUpMemory();
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");

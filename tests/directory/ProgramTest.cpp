@@ -1,6 +1,8 @@
 #include "tests/directory/Fetch.h"
+#include "tests/support/HeldFile.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <filesystem>
@@ -10,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <sstream>
+#include <thread>
 #include <vector>
 
 using namespace directory::test;
@@ -139,6 +142,27 @@ TEST(Program, SaysWhereItIsAndEndsCleanlyOnSignals)
         EXPECT_EQ(program.wait(), 0);
         EXPECT_EQ(program.out(), "");
         EXPECT_EQ(program.error(), "");
+    }
+}
+
+TEST(Program, EndsCleanlyOnASignalWhileItStarts)
+{
+    const std::string path = testing::TempDir() + "directory-held-" + std::to_string(::getpid());
+    const std::string text = contentOf(DIRECTORY_DATA);
+    for (const int milliseconds : {0, 1, 5, 20, 60}) {
+        for (const int number : {SIGTERM, SIGINT}) {
+            HeldFile data(path);
+            Program program({"--listen", "127.0.0.1:0", "--data", path.c_str()});
+            ASSERT_TRUE(data.waitForReader());
+            if (milliseconds == 0)
+                program.signal(number);
+            data.give(text);
+            std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+            if (milliseconds > 0)
+                program.signal(number);
+            EXPECT_EQ(program.wait(), 0) << "signal " << number << " after " << milliseconds;
+            EXPECT_EQ(program.error(), "");
+        }
     }
 }
 

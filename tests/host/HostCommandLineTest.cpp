@@ -153,6 +153,15 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
 }
 
+TEST_F(HostConfigFileTest, RecordsBesideItself)
+{
+    EXPECT_EQ(parseWith(R"({"audio": "wav:a/x.wav"})").options.audio.file,
+        m_folder.filePath(QStringLiteral("a/x.wav")));
+    EXPECT_EQ(parseWith(R"({"audio": "wav:/x.wav"})").options.audio.file, QStringLiteral("/x.wav"));
+    EXPECT_EQ(parseWith(R"({"audio": "wav:x.wav"})", "--audio wav:y.wav").options.audio.file,
+        QStringLiteral("y.wav"));
+}
+
 TEST_F(HostConfigFileTest, TheCommandLineWins)
 {
     const HostCommandLine line = parseWith(WholeConfig,

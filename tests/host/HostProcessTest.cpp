@@ -1,6 +1,7 @@
 #include "tests/host/HostProcess.h"
 
 #include "ctl/RpcClient.h"
+#include "tests/support/HeldFile.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <QElapsedTimer>
@@ -8,8 +9,10 @@
 
 #include <gmock/gmock.h>
 
+#include <chrono>
 #include <csignal>
 #include <future>
+#include <thread>
 
 namespace {
 
@@ -63,6 +66,44 @@ TEST(HostProcessTest, SaysThatItIsReadyInOneLineAndEndsCleanly)
     }
 }
 
+/// How a host ends that gets the signal while it reads its configuration, or so long afterwards;
+/// -1 when it is killed.
+int endOfStartingHost(int number, std::chrono::milliseconds after)
+{
+    const QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("host.json"));
+    HeldFile config(file.toStdString());
+    QStringList arguments = plugins({"good"})
+        + QStringList {QStringLiteral("--config"), file, QStringLiteral("--state-dir"),
+            folder.path(), QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0")};
+    if (qEnvironmentVariableIsSet("VESK_TEST_IN_PROCESS"))
+        arguments += QStringLiteral("--in-process");
+    QProcess host;
+    host.start(QStringLiteral(HOST_PROGRAM), arguments);
+    const auto id = static_cast<pid_t>(host.processId());
+    if (!config.waitForReader())
+        return -1;
+    if (after.count() == 0)
+        ::kill(id, number);
+    config.give("{}");
+    std::this_thread::sleep_for(after);
+    if (after.count() > 0)
+        ::kill(id, number);
+    if (!host.waitForFinished(20000) || host.exitStatus() != QProcess::NormalExit)
+        return -1;
+    return host.exitCode();
+}
+
+TEST(HostProcessTest, EndsCleanlyAtASignalWhileItStarts)
+{
+    for (const int milliseconds : {0, 1, 5, 20, 60}) {
+        for (const int number : {SIGTERM, SIGINT}) {
+            EXPECT_EQ(endOfStartingHost(number, std::chrono::milliseconds(milliseconds)), 0)
+                << "signal " << number << " after " << milliseconds << " ms";
+        }
+    }
+}
+
 TEST(HostProcessTest, ServesItsPlugIns)
 {
     const auto host = start(plugins({"good"}));
@@ -87,8 +128,10 @@ TEST(HostProcessTest, GoesOnWithoutPlugInsThatCannotBeLoaded)
         {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("description")});
     const QVariantList list = services.value(QStringLiteral("rows")).toList();
     ASSERT_EQ(list.size(), 6);
-    EXPECT_EQ(list.at(1).toList().at(0), QStringLiteral("Good:"));
-    for (const int failed : {0, 2, 3, 4, 5}) {
+    // Two serve the same paths, which the one has that comes first.
+    const bool isFirst = !list.at(1).toList().at(0).isNull();
+    EXPECT_EQ(list.at(isFirst ? 1 : 5).toList().at(0), QStringLiteral("Good:"));
+    for (const int failed : {0, 2, 3, 4, isFirst ? 5 : 1}) {
         EXPECT_TRUE(list.at(failed).toList().at(0).isNull()) << failed;
         EXPECT_THAT(list.at(failed).toList().at(1).toString().toStdString(),
             testing::HasSubstr("could not be loaded"));

@@ -288,11 +288,7 @@ TEST_F(StreamReaderTest, triesAtOnceWhenTheNetworkIsBack)
 
 TEST_F(StreamReaderTest, noticesAStreamThatStalls)
 {
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
-        ++count;
-        return Response {200, audio(100000), {}, End::Stall, 2000};
-    };
+    serve("/live", {200, audio(100000), {}, End::Stall, 2000});
     play("/live");
     ASSERT_TRUE(waitForBytes(2000));
     EXPECT_TRUE(server.waitForRequests(2, 5000));
