@@ -351,12 +351,7 @@ TEST_F(DeathsSystem, areNotHeardAndEndInFreshAnswers)
     RecordProperty("interruptions", answers.interruptions);
     RecordProperty("slowestAnswerMs", static_cast<int>(answers.slowestMs));
 
-    // Connections take a moment to be gone.
-    Footprint after = Footprint::of(host);
-    for (const QDeadlineTimer deadline(5000); !deadline.hasExpired()
-         && (after.threads > before.threads || after.descriptors > before.descriptors);
-         after = Footprint::of(host))
-        QThread::msleep(PollMs);
+    const Footprint after = Footprint::settled(host, before);
     EXPECT_LE(after.threads, before.threads);
     EXPECT_LE(after.descriptors, before.descriptors);
     RecordProperty("kilobytesBefore", before.kilobytes);

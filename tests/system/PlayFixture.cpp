@@ -1,5 +1,6 @@
 #include "tests/system/PlayFixture.h"
 
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -37,6 +38,19 @@ Footprint Footprint::of(qint64 pid)
             footprint.kilobytes = line.mid(6).trimmed().split(' ').first().toInt();
     }
     return footprint;
+}
+
+Footprint Footprint::settled(qint64 pid, const Footprint &before)
+{
+    constexpr int PollMs = 25;
+    const QDeadlineTimer deadline(5000);
+    Footprint now = of(pid);
+    while (!deadline.hasExpired()
+        && (now.threads > before.threads || now.descriptors > before.descriptors)) {
+        QThread::msleep(PollMs);
+        now = of(pid);
+    }
+    return now;
 }
 
 PlayFixture::PlayFixture(QStringList hostArguments)

@@ -14,6 +14,9 @@ struct Footprint {
     int kilobytes = 0;
 
     static Footprint of(qint64 pid);
+    /// The same once there are no more threads and descriptors than \a before, or after five
+    /// seconds: connections that were closed take a moment to be gone.
+    static Footprint settled(qint64 pid, const Footprint &before);
 };
 
 /// A product of its own for each test, which plays to a file.

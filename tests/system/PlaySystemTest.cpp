@@ -209,17 +209,19 @@ TEST_F(PlaySystem, fiveHundredSwitchesLeaveNothingBehind)
         play(QStringLiteral("trial%20%1").arg(station % 2 ? text("01") : text("15")));
         ASSERT_TRUE(waitForState(2));
     };
-    const auto settled = [this] {
+    const auto stop = [this] {
         command("player.stop");
         EXPECT_TRUE(waitForState(0));
-        return Footprint::of(product.host().processId());
     };
+    const qint64 host = product.host().processId();
     for (int i = 0; i < 100; ++i)
         switchTo(i);
-    const Footprint before = settled();
+    stop();
+    const Footprint before = Footprint::of(host);
     for (int i = 0; i < 500; ++i)
         switchTo(i);
-    const Footprint after = settled();
+    stop();
+    const Footprint after = Footprint::settled(host, before);
     RecordProperty("kilobytesBefore", before.kilobytes);
     RecordProperty("kilobytesAfter", after.kilobytes);
     EXPECT_LE(after.threads, before.threads);
