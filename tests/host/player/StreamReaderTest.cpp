@@ -167,6 +167,7 @@ protected:
         return spinUntil([this, count] { return consumer.bytes().size() >= count; });
     }
 
+    /// Called until the server goes, after the test's own variables: what they count, they hold.
     std::map<QByteArray, std::function<Response(const ScriptedServer::Request &)>> answers;
     ScriptedServer server;
     StreamReader::Times times;
@@ -214,8 +215,7 @@ TEST_F(StreamReaderTest, aStationThatEndsIsJoinedAnewAfterHalfASecond)
 
 TEST_F(StreamReaderTest, neverGivesUpWhatWasHeardOnce)
 {
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
+    answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? endless(audio(3000)) : Response {500, "", {}, End::Complete, 0};
     };
     play("/live");
@@ -241,8 +241,7 @@ TEST_F(StreamReaderTest, givesUpWhatIsNeverThereAndSaysWhy)
 TEST_F(StreamReaderTest, comesBackAfterThreeTimesServiceUnavailable)
 {
     times.giveUp = Milliseconds(20000);
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
+    answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count <= 3 ? Response {503, "busy", {}, End::Complete, 0} : endless(audio(3000));
     };
     play("/live");
@@ -253,8 +252,7 @@ TEST_F(StreamReaderTest, comesBackAfterThreeTimesServiceUnavailable)
 TEST_F(StreamReaderTest, heedsWhenTheServerSaysToComeBackLater)
 {
     times.giveUp = Milliseconds(20000);
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
+    answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? Response {503, "busy", {{"Retry-After", "2"}}, End::Complete, 0}
                             : endless(audio(3000));
     };
@@ -269,8 +267,7 @@ TEST_F(StreamReaderTest, heedsWhenTheServerSaysToComeBackLater)
 TEST_F(StreamReaderTest, triesAtOnceWhenTheNetworkIsBack)
 {
     times.giveUp = Milliseconds(60000);
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
+    answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? Response {503, "", {{"Retry-After", "30"}}, End::Complete, 0}
                             : endless(audio(3000));
     };
@@ -296,8 +293,7 @@ TEST_F(StreamReaderTest, noticesAStreamThatStalls)
 
 TEST_F(StreamReaderTest, noticesAConnectionThatIsReset)
 {
-    int count = 0;
-    answers["/live"] = [&count](const ScriptedServer::Request &) {
+    answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? Response {200, audio(100000), {}, End::Reset, 2000}
                             : endless(audio(3000, '\x02'));
     };
@@ -353,8 +349,7 @@ TEST_F(StreamReaderTest, skipsWhatItHasWhenTheServerKnowsNoRanges)
     QByteArray whole = audio(20000);
     for (int i = 4; i < whole.size(); ++i)
         whole[i] = static_cast<char>(i % 251);
-    int count = 0;
-    answers["/a.mp3"] = [whole, &count](const ScriptedServer::Request &) {
+    answers["/a.mp3"] = [whole, count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? Response {200, whole, {}, End::Truncate, 7000} : file(whole);
     };
     play("/a.mp3", false);
@@ -411,9 +406,8 @@ TEST_F(StreamReaderTest, staysWithTheEntryThatWasHeard)
 
 TEST_F(StreamReaderTest, takesAnotherEntryWhenTheOneThatWasHeardIsGone)
 {
-    int count = 0;
     serve("/list.m3u", file(address("/first") + "\n" + address("/second") + "\n"));
-    answers["/first"] = [&count](const ScriptedServer::Request &) {
+    answers["/first"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? endless(audio(3000)) : Response {404, "", {}, End::Complete, 0};
     };
     serve("/second", endless(audio(3000, '\x02')));
@@ -555,8 +549,7 @@ TEST_F(StreamReaderTest, stopsAtOnceWhateverItWaitsFor)
 
 TEST_F(StreamReaderTest, playsLiveSegmentsInOrderWithoutGapOrRepeat)
 {
-    std::atomic<int> loads {0};
-    answers["/live.m3u8"] = [&loads](const ScriptedServer::Request &) {
+    answers["/live.m3u8"] = [loads = 0](const ScriptedServer::Request &) mutable {
         const int first = loads++;
         QByteArray text = "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXT-X-MEDIA-SEQUENCE:"
             + QByteArray::number(first) + "\n";
