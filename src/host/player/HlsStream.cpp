@@ -32,7 +32,7 @@ public:
     }
     bool take(const char *data, std::size_t size) override
     {
-        return m_consumer.takeAudio(data, size);
+        return m_consumer.feedAudio(data, size, m_goOn);
     }
     bool goOn() override { return m_goOn(); }
 
@@ -102,7 +102,7 @@ StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
         if (outcome.kind != StreamOutcome::Ended)
             return outcome;
         if (playlist.ended) {
-            m_consumer.endAudio();
+            m_consumer.finishAudio(m_goOn);
             return {StreamOutcome::Ended, {}};
         }
         // RFC 8216, 6.3.4: half of the target duration when nothing was new.
@@ -146,9 +146,7 @@ StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
 StreamOutcome HlsStream::playSegment(const HlsSegment &segment)
 {
     if (!m_begun || segment.discontinuity || segment.map != m_map) {
-        if (m_begun)
-            m_consumer.endAudio();
-        m_consumer.beginAudio();
+        m_consumer.startAudio(m_goOn);
         m_begun = true;
         m_map = segment.map;
         if (!m_map.isEmpty()) {

@@ -18,8 +18,6 @@ constexpr std::chrono::milliseconds GoodAudio {1000};
 
 } // namespace
 
-StreamConsumer::~StreamConsumer() = default;
-
 StreamReader::StreamReader(const StreamSource &source, StreamConsumer &consumer, const Times &times)
     : m_source(source)
     , m_consumer(consumer)
@@ -175,7 +173,7 @@ StreamOutcome StreamReader::playAudio(AudioReceiver &receiver, HttpStreamResult 
             m_backOff.reset();
     }
     if (outcome.kind == StreamOutcome::Ended)
-        m_consumer.endAudio();
+        m_consumer.finishAudio([this] { return goOn(); });
     return outcome;
 }
 

@@ -31,8 +31,7 @@ struct StreamSource {
 /// reader is stopped.
 ///
 /// A thread of its own, which starts with start(); one connection at a time. The consumer must
-/// outlive it and is called on the reader's thread; to end a wait in takeAudio(), the consumer
-/// itself must be told.
+/// outlive it and is called on the reader's thread.
 class StreamReader : public QThread {
     Q_OBJECT
 

@@ -131,7 +131,7 @@ bool AudioReceiver::decide(bool complete)
     case StreamContent::Undecided:
         return true;
     case StreamContent::Audio: {
-        m_consumer.beginAudio();
+        m_consumer.startAudio(m_goOn);
         const QByteArray begin = std::move(m_text);
         m_text.clear();
         return takeAudio(begin.constData(), static_cast<std::size_t>(begin.size()));
@@ -155,7 +155,7 @@ void AudioReceiver::complete()
 
 bool AudioReceiver::takeAudio(const char *data, std::size_t size)
 {
-    return m_consumer.takeAudio(data, size)
+    return m_consumer.feedAudio(data, size, m_goOn)
         || refuse(playerText(QT_TRANSLATE_NOOP("Player", "The stream cannot be decoded.")));
 }
 

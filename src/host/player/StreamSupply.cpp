@@ -26,8 +26,6 @@ StreamSupply::~StreamSupply()
 
 void StreamSupply::beginAudio()
 {
-    if (m_decoder && m_decoder->isUsable())
-        m_decoder->finish();
     replaceDecoder(std::make_unique<StreamDecoder>(m_output.format(), decoderCallbacks()));
 }
 
@@ -55,15 +53,16 @@ StreamDecoderCallbacks StreamSupply::decoderCallbacks()
     return callbacks;
 }
 
-bool StreamSupply::takeAudio(const char *data, std::size_t size)
+StreamConsumer::Taken StreamSupply::takeAudio(const char *data, std::size_t size)
 {
-    return m_decoder->push(data, size);
+    return m_decoder->push(data, size) ? Taken::All : Taken::Refused;
 }
 
-void StreamSupply::endAudio()
+bool StreamSupply::endAudio()
 {
     if (m_decoder)
         m_decoder->finish();
+    return true;
 }
 
 void StreamSupply::takeTitle(const QString &title)

@@ -34,8 +34,8 @@ Q_SIGNALS:
 
 private:
     void beginAudio() override;
-    bool takeAudio(const char *data, std::size_t size) override;
-    void endAudio() override;
+    Taken takeAudio(const char *data, std::size_t size) override;
+    bool endAudio() override;
     void forgetAudio() override;
     void takeTitle(const QString &title) override;
     void takeBitRate(int bitRate) override;

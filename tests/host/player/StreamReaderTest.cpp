@@ -45,18 +45,19 @@ public:
         m_begins.append(m_bytes.size());
         m_sinceBegin = 0;
     }
-    bool takeAudio(const char *data, std::size_t size) override
+    Taken takeAudio(const char *data, std::size_t size) override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_bytes.append(data, static_cast<int>(size));
         m_sinceBegin += static_cast<int>(size);
         m_heard = true;
-        return true;
+        return Taken::All;
     }
-    void endAudio() override
+    bool endAudio() override
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         ++m_ends;
+        return true;
     }
     void forgetAudio() override { usable = true; }
     void takeTitle(const QString &title) override

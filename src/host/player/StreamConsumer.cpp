@@ -1,0 +1,25 @@
+#include "host/player/StreamConsumer.h"
+
+StreamConsumer::~StreamConsumer() = default;
+
+void StreamConsumer::startAudio(const GoOn &goOn)
+{
+    if (m_begun && isUsable())
+        finishAudio(goOn);
+    beginAudio();
+    m_begun = true;
+}
+
+bool StreamConsumer::feedAudio(const char *data, std::size_t size, const GoOn &goOn)
+{
+    Taken taken = takeAudio(data, size);
+    while (taken == Taken::None && goOn())
+        taken = takeAudio(data, size);
+    return taken == Taken::All;
+}
+
+void StreamConsumer::finishAudio(const GoOn &goOn)
+{
+    while (!endAudio() && goOn()) { }
+    m_begun = false;
+}
