@@ -2,7 +2,7 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
-#include "host/player/GstHandles.h"
+#include "media/GstHandles.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -334,9 +334,9 @@ void AudioOutput::Pipeline::tell(GstMessage *message)
     AudioOutput *output = &m_output;
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING) {
         // Without a sound device the automatic output plays silently.
-        VESK_WARN("sound output: " << gstErrorText(message));
+        VESK_WARN("sound output: " << QString::fromStdString(gstMessageText(message)));
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
-        const QString reason = gstErrorText(message);
+        const QString reason = QString::fromStdString(gstMessageText(message));
         VESK_ERROR("sound output: " << reason);
         m_broken = true;
         m_changed.notify_all();

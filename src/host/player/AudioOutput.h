@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/player/AudioFormat.h"
 #include "host/player/AudioOutputSpec.h"
+#include "media/AudioFormat.h"
 
 #include <QObject>
 #include <QString>

@@ -2,8 +2,8 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
-#include "host/player/GstHandles.h"
 #include "host/player/StreamText.h"
+#include "media/GstHandles.h"
 
 #include <condition_variable>
 #include <gst/app/gstappsink.h>
@@ -192,7 +192,8 @@ GstBusSyncReply StreamDecoder::Pipeline::onMessage(GstBus *, GstMessage *message
     auto *pipeline = static_cast<Pipeline *>(self);
     switch (GST_MESSAGE_TYPE(message)) {
     case GST_MESSAGE_ERROR:
-        VESK_INFO("the stream cannot be decoded: " << gstErrorText(message));
+        VESK_INFO(
+            "the stream cannot be decoded: " << QString::fromStdString(gstMessageText(message)));
         pipeline->m_decoder.m_failed = true;
         pipeline->end();
         break;

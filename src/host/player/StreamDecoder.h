@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/player/AudioFormat.h"
+#include "media/AudioFormat.h"
 
 #include <QString>
 

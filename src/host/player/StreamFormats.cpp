@@ -1,18 +1,21 @@
 #include "host/player/StreamFormats.h"
 
-#include "host/player/GstHandles.h"
+#include "media/Decoders.h"
+#include "media/GstHandles.h"
 
 #include <QStringList>
 
 namespace {
 
-/// Whether an element of \a kind takes what \a caps describe.
+/// Whether an element of \a kind that may be used takes what \a caps describe.
 bool hasElement(GstElementFactoryListType kind, const char *caps)
 {
     GList *all = gst_element_factory_list_get_elements(kind, GST_RANK_MARGINAL);
     const GstPtr<GstCaps> wanted(gst_caps_from_string(caps));
     GList *fitting = gst_element_factory_list_filter(all, wanted.get(), GST_PAD_SINK, FALSE);
-    const bool found = fitting != nullptr;
+    bool found = false;
+    for (GList *at = fitting; at; at = at->next)
+        found |= isAllowedDecoder(GST_ELEMENT_FACTORY(at->data));
     gst_plugin_feature_list_free(fitting);
     gst_plugin_feature_list_free(all);
     return found;

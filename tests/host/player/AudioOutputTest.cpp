@@ -1,6 +1,6 @@
 #include "host/player/AudioOutput.h"
 
-#include "host/player/GstHandles.h"
+#include "media/GstHandles.h"
 #include "tests/support/Ear.h"
 #include "tests/support/WorkerThread.h"
 

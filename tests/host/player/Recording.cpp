@@ -1,6 +1,6 @@
 #include "tests/host/player/Recording.h"
 
-#include "host/player/GstHandles.h"
+#include "media/GstHandles.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,6 +1,6 @@
 #include "host/player/StreamDecoder.h"
 
-#include "host/player/GstHandles.h"
+#include "media/GstHandles.h"
 #include "tests/host/player/Recording.h"
 
 #include <QList>

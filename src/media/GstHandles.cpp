@@ -1,4 +1,4 @@
-#include "host/player/GstHandles.h"
+#include "media/GstHandles.h"
 
 #include <mutex>
 
@@ -9,14 +9,14 @@ void startGStreamer()
     std::call_once(once, [] { gst_init(nullptr, nullptr); });
 }
 
-QString gstErrorText(GstMessage *message)
+std::string gstMessageText(GstMessage *message)
 {
     GError *error = nullptr;
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING)
         gst_message_parse_warning(message, &error, nullptr);
     else
         gst_message_parse_error(message, &error, nullptr);
-    const QString text = error ? QString::fromUtf8(error->message) : QString();
+    const std::string text = error ? error->message : "";
     g_clear_error(&error);
     return text;
 }

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QString>
-
 #include <gst/gst.h>
 #include <memory>
+#include <string>
 
 /// \file
-/// What the player's two pipelines share: handles that let go by themselves, and the start of the
+/// What all that uses GStreamer shares: handles that let go by themselves, and the start of the
 /// library. Any thread.
 
 /// Starts GStreamer; the first call takes some milliseconds, or some hundred when the list of
@@ -20,9 +19,10 @@ struct GstUnref {
     void operator()(GstBus *bus) const { gst_object_unref(bus); }
     void operator()(GstCaps *caps) const { gst_caps_unref(caps); }
     void operator()(GstSample *sample) const { gst_sample_unref(sample); }
+    void operator()(GstBuffer *buffer) const { gst_buffer_unref(buffer); }
 };
 template <class T>
 using GstPtr = std::unique_ptr<T, GstUnref>;
 
-/// What an error message on a bus says, without the debugging part.
-QString gstErrorText(GstMessage *message);
+/// What an error or a warning on a bus says, in UTF-8, without the debugging part.
+std::string gstMessageText(GstMessage *message);

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <seccomp.h>
+
+#include <array>
+#include <memory>
+#include <string>
+
+/// A list of system calls for seccomp. Build it while the process has one thread; load() holds for
+/// good, for every thread that is started later and for every program that is executed. Without Qt.
+class CallFilter {
+public:
+    /// \a otherwise is what happens to a call that no rule names: SCMP_ACT_ALLOW or
+    /// SCMP_ACT_ERRNO(...).
+    explicit CallFilter(std::uint32_t otherwise);
+
+    /// Whether rules can be added and loaded.
+    explicit operator bool() const { return m_context != nullptr; }
+
+    /// Rules for the call of that name, where this architecture has it: \a conditions must all
+    /// hold.
+    template <class... Conditions>
+    void allow(const char *name, Conditions... conditions)
+    {
+        add(SCMP_ACT_ALLOW, name, conditions...);
+    }
+    /// The call fails with \a error. The C library does without a call that is not there (ENOSYS).
+    template <class... Conditions>
+    void fail(int error, const char *name, Conditions... conditions)
+    {
+        add(SCMP_ACT_ERRNO(static_cast<std::uint32_t>(error)), name, conditions...);
+    }
+
+    /// That an argument, counted from 0, is \a value.
+    static scmp_arg_cmp equals(unsigned argument, scmp_datum_t value)
+    {
+        return {argument, SCMP_CMP_EQ, value, 0};
+    }
+    /// That an argument's bits in \a mask are those of \a value.
+    static scmp_arg_cmp masked(unsigned argument, scmp_datum_t mask, scmp_datum_t value)
+    {
+        return {argument, SCMP_CMP_MASKED_EQ, mask, value};
+    }
+
+    /// Returns what is wrong; empty when the list holds from now on.
+    std::string load();
+
+private:
+    template <class... Conditions>
+    void add(std::uint32_t action, const char *name, Conditions... conditions)
+    {
+        const std::array<scmp_arg_cmp, sizeof...(conditions)> all {conditions...};
+        addRule(action, name, static_cast<unsigned>(all.size()), all.data());
+    }
+    void addRule(
+        std::uint32_t action, const char *name, unsigned count, const scmp_arg_cmp *conditions);
+
+    const std::unique_ptr<void, decltype(&::seccomp_release)> m_context;
+};

@@ -1,0 +1,90 @@
+#include "decoder/DecoderConfinement.h"
+
+#include "confinement/CallFilter.h"
+#include "confinement/Confining.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+/// Of memory that is its own. Ten times what a stream takes, and little beside what a header may
+/// ask for.
+constexpr unsigned long long MemoryBytes = 192ULL * 1024 * 1024;
+constexpr unsigned long long Descriptors = 64;
+
+constexpr scmp_datum_t NewNamespaces = CLONE_NEWCGROUP | CLONE_NEWIPC | CLONE_NEWNET | CLONE_NEWNS
+    | CLONE_NEWPID | CLONE_NEWUSER | CLONE_NEWUTS;
+constexpr scmp_datum_t WritingFlags = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
+constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
+
+constexpr const char *HarmlessCalls[] = {
+    // memory
+    "brk", "madvise", "mmap", "mmap2", "mprotect", "mremap", "munmap",
+    // threads and signals
+    "arch_prctl", "exit", "exit_group", "futex", "futex_time64", "get_robust_list", "getcpu",
+    "getpid", "gettid", "membarrier", "restart_syscall", "rseq", "rt_sigaction", "rt_sigprocmask",
+    "rt_sigreturn", "sched_get_priority_max", "sched_get_priority_min", "sched_getaffinity",
+    "sched_getparam", "sched_getscheduler", "sched_yield", "set_robust_list", "set_tid_address",
+    "sigaltstack",
+    // time
+    "clock_getres", "clock_getres_time64", "clock_gettime", "clock_gettime64", "clock_nanosleep",
+    "clock_nanosleep_time64", "gettimeofday", "nanosleep", "time", "times",
+    // descriptors that are there, and files that Landlock lets it have
+    "_llseek", "access", "close", "dup", "eventfd2", "faccessat", "faccessat2", "fadvise64",
+    "fcntl64", "fstat", "fstat64", "fstatat64", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
+    "newfstatat", "pipe2", "poll", "ppoll", "ppoll_time64", "pread64", "read", "readlink",
+    "readlinkat", "readv", "stat", "statx", "write", "writev",
+    // the host
+    "getsockopt", "recv", "recvfrom", "recvmsg", "send", "sendmsg", "sendto",
+    // the machine
+    "getegid", "geteuid", "getgid", "getrandom", "getrusage", "getuid", "sysinfo", "uname"};
+
+void limitResources()
+{
+    limitResource(RLIMIT_CORE, 0);
+    std::signal(SIGXFSZ, SIG_IGN);
+    limitResource(RLIMIT_FSIZE, 0);
+    limitResource(RLIMIT_NOFILE, Descriptors);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    limitResource(RLIMIT_DATA, MemoryBytes); // sanitizers map terabytes of it
+#endif
+}
+
+void confineCalls()
+{
+    const auto equals = CallFilter::equals;
+    const auto masked = CallFilter::masked;
+    // As on a kernel that does not have the call: libraries try another way, or do without.
+    CallFilter filter(SCMP_ACT_ERRNO(ENOSYS));
+    for (const char *call : HarmlessCalls)
+        filter.allow(call);
+    filter.allow("clone", masked(0, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
+    filter.allow("tgkill", equals(0, static_cast<scmp_datum_t>(::getpid())));
+    for (const scmp_datum_t option : {scmp_datum_t(PR_SET_NAME), scmp_datum_t(PR_GET_NAME),
+             scmp_datum_t(PR_GET_DUMPABLE), NameOfMemory})
+        filter.allow("prctl", equals(0, option));
+    filter.allow("prlimit64", equals(2, 0)); // asking only
+    filter.allow("open", masked(1, WritingFlags, 0));
+    filter.allow("openat", masked(2, WritingFlags, 0));
+    for (const int command : {F_GETFD, F_SETFD, F_GETFL, F_SETFL})
+        filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
+    filter.load();
+}
+
+} // namespace
+
+void confineDecoder()
+{
+    limitResources();
+    forbidNewPrivileges();
+    confineFiles(loaderFiles());
+    dropCapabilities();
+    confineCalls();
+}

@@ -1,0 +1,6 @@
+#include "decoder/DecoderProgram.h"
+
+int main()
+{
+    return runDecoder();
+}
