@@ -31,7 +31,7 @@ public:
     enum class State { Decoding, Ended, Failed };
 
     /// Bytes that one push() should bring at most: what was decoded is known as finely.
-    static constexpr std::size_t Piece = 1024;
+    static constexpr std::size_t Piece = 512;
 
     /// Samples come in \a wanted when that is known, else as the stream's first ones are.
     DecoderPipeline(const DecoderFormat &wanted, Callbacks callbacks);

@@ -11,16 +11,18 @@ using State = DecoderPipeline::State;
 
 /// Bytes without a sample after which a stream that was decoded before has turned into another; or
 /// as many seconds of it, where they are more.
-constexpr std::uint64_t StallBytes = 64 * 1024;
+constexpr std::uint64_t StallBytes = 16 * 1024;
 constexpr std::uint64_t StallSeconds = 3;
 /// A stream that was never decoded may begin with tags and pictures.
 constexpr std::uint64_t MaxBytesBeforeSamples = 16 * 1024 * 1024;
 /// After a restart there are none to be expected.
 constexpr std::uint64_t MaxBytesAfterRestart = 512 * 1024;
-/// What a pipeline took is known to the size of a piece; a frame may have begun in the one before.
+/// Bytes after the last sample of an ended stream that are worth another pipeline: less may be tags.
+constexpr std::uint64_t MinRest = 4096;
+/// What a pipeline took is known to the size of a piece.
+constexpr std::uint64_t Overlap = DecoderPipeline::Piece;
 /// A pipeline that fails again and again must not be given the same bytes for ever.
-constexpr std::uint64_t MinProgress = 4096;
-constexpr std::uint64_t Overlap = 2 * DecoderPipeline::Piece;
+constexpr std::uint64_t MinProgress = 1024;
 
 /// What containers begin with. A pipeline that begins in the middle of one decodes nothing of it.
 constexpr std::array<std::string_view, 3> Beginnings {
@@ -81,13 +83,17 @@ bool DecoderSession::isStalled() const
     const double seconds = static_cast<double>(frames) / m_pipeline->format().rate;
     const auto usual
         = static_cast<std::uint64_t>(static_cast<double>(decoded) / seconds * StallSeconds);
-    return taken - std::min(taken, decoded) > std::max(StallBytes, usual);
+    const std::uint64_t patience = m_finished && m_pipeline->state() == State::Ended
+        ? MinRest // there is nothing to wait for
+        : std::max(StallBytes, usual);
+    return taken - std::min(taken, decoded) > patience;
 }
 
 State DecoderSession::look()
 {
     const State state = m_pipeline->state();
-    if (state == State::Decoding ? !isStalled() : state == State::Ended && m_finished)
+    const bool isAtEnd = state == State::Ended && m_finished;
+    if ((state == State::Decoding || isAtEnd) && !isStalled())
         return state;
     if (m_pipeline->framesDecoded() > 0 && restart())
         return State::Decoding;

@@ -212,5 +212,6 @@ void Host::finishStop()
         return;
     m_stopped = true;
     m_settings->flush();
-    Q_EMIT stopped(true);
+    // What a play wrote to a file is complete then.
+    Q_EMIT stopped(!m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime));
 }

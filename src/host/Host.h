@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <memory>
 
 class Artwork;
@@ -34,6 +35,9 @@ public:
     /// How long plug-ins may take to report what played last.
     static constexpr int ReportTimeout = 3000;
 
+    /// How long the sound output and the last stream may take to close.
+    static constexpr std::chrono::milliseconds PlayEndTime {3000};
+
     explicit Host(const HostOptions &options, QObject *parent = nullptr);
     ~Host() override;
 
@@ -46,8 +50,8 @@ public:
 Q_SIGNALS:
     void ready(const QString &url);
     void failed(const QString &reason);
-    /// \a complete is false when a plug-in did not end in time: its thread still runs, so that the
-    /// process must not take anything apart any more.
+    /// \a complete is false when a plug-in or a play did not end in time: its thread still runs, so
+    /// that the process must not take anything apart any more.
     void stopped(bool complete);
 
 private:

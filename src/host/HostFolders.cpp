@@ -35,6 +35,11 @@ QString HostFolders::workerProgram()
     return QCoreApplication::applicationDirPath() + QStringLiteral("/vesk-worker");
 }
 
+QString HostFolders::decoderProgram()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/vesk-decoder");
+}
+
 QStringList HostFolders::translations()
 {
     return {besideProgram(QStringLiteral("share/vesk/translations"))};

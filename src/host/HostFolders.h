@@ -9,6 +9,8 @@ namespace HostFolders {
 QStringList installedPlugins();
 /// The program that runs one plug-in.
 QString workerProgram();
+/// The program that decodes one stream.
+QString decoderProgram();
 /// Folders with translation catalogues.
 QStringList translations();
 /// The folder with the content browser's page; empty when it is not installed.

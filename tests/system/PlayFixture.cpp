@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QThread>
+#include <QtEndian>
 
 namespace {
 
@@ -127,11 +128,28 @@ bool PlayFixture::isHeard() const
     return true;
 }
 
+/// Whether a WAV file's head says how long the file is.
+static bool isComplete(const QByteArray &wav)
+{
+    constexpr int headSize = 8;
+    return wav.size() > headSize
+        && qFromLittleEndian<quint32>(wav.constData() + 4)
+        == static_cast<quint32>(wav.size() - headSize);
+}
+
 ear::Sound PlayFixture::heard() const
 {
-    QFile file(wav);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return ear::decoded(file.readAll().toStdString());
+    // After a stop the file is completed on the play's own thread.
+    QElapsedTimer clock;
+    clock.start();
+    QByteArray bytes;
+    do {
+        QFile file(wav);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        bytes = file.readAll();
+    } while (!isComplete(bytes) && clock.elapsed() < 3000);
+    EXPECT_TRUE(isComplete(bytes));
+    return ear::decoded(bytes.toStdString());
 }
 
 std::vector<double> PlayFixture::melody(const QString &id, int stream) const

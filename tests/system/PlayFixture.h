@@ -43,7 +43,7 @@ protected:
     Watched watch(int milliseconds) const;
     /// Whether a second of sound comes to be heard within three.
     bool isHeard() const;
-    /// What is in the file so far.
+    /// What is in the file after a stop.
     ear::Sound heard() const;
     /// What the n-th stream of a station sounds like.
     std::vector<double> melody(const QString &id, int stream = 0) const;

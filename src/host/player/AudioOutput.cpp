@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "host/player/StreamReceivers.h"
 #include "media/GstHandles.h"
 
 #include <algorithm>
@@ -16,7 +17,8 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr int WatchMs = 50;
+/// The shortest time between two looks at whether the audio has run out.
+constexpr Milliseconds ShortestWatch {20};
 /// Audio that is on its way through the pipeline.
 constexpr Milliseconds InPipeline {400};
 /// How long a file may take to be completed.
@@ -37,7 +39,7 @@ public:
     Pipeline(AudioOutput &output, const AudioOutputSpec &spec);
     ~Pipeline();
 
-    bool write(const AudioFormat &format, GstBuffer *audio);
+    StreamConsumer::Taken write(const AudioFormat &format, GstPtr<GstBuffer> audio);
     void finish();
     void flush();
     void refuse(bool refuse);
@@ -61,18 +63,20 @@ private:
     static void onHungry(GstAppSrc *, guint, gpointer self);
     static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
     void tell(GstMessage *message);
+    void fail(const char *problem);
 
     AudioOutput &m_output;
     GstPtr<GstElement> m_pipeline;
     GstElement *m_source = nullptr;
     GstElement *m_encoder = nullptr; ///< of a file; null without
+    GstElement *m_automatic = nullptr; ///< which finds a sound device; null without
     std::atomic<bool> m_broken {false};
 
     mutable std::mutex m_mutex;
     std::condition_variable m_changed;
     /// Guarded by m_mutex.
     AudioFormat m_format;
-    std::deque<GstBuffer *> m_waiting;
+    std::deque<GstPtr<GstBuffer>> m_waiting;
     GstClockTime m_waitingTime = 0;
     GstClockTime m_end = 0; ///< running time at which what is in the pipeline ends
     bool m_running = false;
@@ -124,7 +128,7 @@ GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
 {
     switch (spec.kind) {
     case AudioOutputSpec::Auto:
-        return add("autoaudiosink");
+        return m_automatic = add("autoaudiosink");
     case AudioOutputSpec::Null: {
         GstElement *sink = add("fakesink");
         g_object_set(sink, "sync", TRUE, nullptr);
@@ -161,37 +165,43 @@ void AudioOutput::Pipeline::setFormat(const AudioFormat &format)
     m_format = format;
 }
 
-bool AudioOutput::Pipeline::write(const AudioFormat &format, GstBuffer *audio)
+StreamConsumer::Taken AudioOutput::Pipeline::write(
+    const AudioFormat &format, GstPtr<GstBuffer> audio)
 {
-    audio = gst_buffer_make_writable(audio);
-    const gsize frames
-        = gst_buffer_get_size(audio) / (sizeof(float) * static_cast<std::size_t>(format.channels));
-    GST_BUFFER_DURATION(audio) = gst_util_uint64_scale_int(frames, GST_SECOND, format.rate);
-
+    using Taken = StreamConsumer::Taken;
     std::unique_lock<std::mutex> lock(m_mutex);
     if (!m_format.isKnown())
         setFormat(format);
     const auto mayWrite = [this] { return !m_closed && !m_refuse && !m_broken; };
-    while (mayWrite() && aheadInPipeline() + m_waitingTime > toGst(Ahead))
-        m_changed.wait_for(lock, Milliseconds(WatchMs));
-    if (!mayWrite() || format != m_format) {
-        gst_buffer_unref(audio);
-        return false;
+    const auto end = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
+    for (;;) {
+        if (!mayWrite() || format != m_format)
+            return Taken::Refused;
+        const GstClockTime ahead = aheadInPipeline() + m_waitingTime;
+        if (ahead <= toGst(Ahead))
+            break;
+        // Space comes as time goes by; while nothing is played, by a flush.
+        const auto excess = Milliseconds((ahead - toGst(Ahead)) / GST_MSECOND + 1);
+        const auto until
+            = m_running ? std::min(end, std::chrono::steady_clock::now() + excess) : end;
+        m_changed.wait_until(lock, until);
+        if (std::chrono::steady_clock::now() >= end)
+            return Taken::None;
     }
-    m_waiting.push_back(audio);
-    m_waitingTime += GST_BUFFER_DURATION(audio);
+    m_waitingTime += GST_BUFFER_DURATION(audio.get());
+    m_waiting.push_back(std::move(audio));
     feed();
-    return true;
+    return Taken::All;
 }
 
 /// Brings what is due next into the pipeline.
 void AudioOutput::Pipeline::feed()
 {
     while (!m_waiting.empty() && aheadInPipeline() < toGst(InPipeline)) {
-        GstBuffer *audio = m_waiting.front();
+        GstPtr<GstBuffer> audio = std::move(m_waiting.front());
         m_waiting.pop_front();
-        m_waitingTime -= GST_BUFFER_DURATION(audio);
-        push(audio);
+        m_waitingTime -= GST_BUFFER_DURATION(audio.get());
+        push(audio.release());
     }
     if (m_finishing && m_waiting.empty())
         gst_app_src_end_of_stream(GST_APP_SRC(m_source));
@@ -247,14 +257,15 @@ void AudioOutput::Pipeline::finish()
 
 void AudioOutput::Pipeline::flush()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    clear();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        clear();
+    }
+    m_changed.notify_all();
 }
 
 void AudioOutput::Pipeline::clear()
 {
-    for (GstBuffer *audio : m_waiting)
-        gst_buffer_unref(audio);
     m_waiting.clear();
     m_waitingTime = 0;
 }
@@ -333,15 +344,13 @@ void AudioOutput::Pipeline::tell(GstMessage *message)
 {
     AudioOutput *output = &m_output;
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING) {
-        // Without a sound device the automatic output plays silently.
         VESK_WARN("sound output: " << QString::fromStdString(gstMessageText(message)));
+        // The automatic output, which would play silently without a device.
+        if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_automatic))
+            fail(QT_TRANSLATE_NOOP("Player", "There is no sound device."));
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
-        const QString reason = QString::fromStdString(gstMessageText(message));
-        VESK_ERROR("sound output: " << reason);
-        m_broken = true;
-        m_changed.notify_all();
-        QMetaObject::invokeMethod(
-            output, [output, reason] { Q_EMIT output->failed(reason); }, Qt::QueuedConnection);
+        VESK_ERROR("sound output: " << QString::fromStdString(gstMessageText(message)));
+        fail(QT_TRANSLATE_NOOP("Player", "The sound output does not work."));
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
         {
             const std::lock_guard<std::mutex> lock(m_mutex);
@@ -358,6 +367,16 @@ void AudioOutput::Pipeline::tell(GstMessage *message)
     }
 }
 
+void AudioOutput::Pipeline::fail(const char *problem)
+{
+    m_broken = true;
+    m_changed.notify_all();
+    AudioOutput *output = &m_output;
+    QMetaObject::invokeMethod(
+        output, [output, problem] { Q_EMIT output->failed(playerText(problem)); },
+        Qt::QueuedConnection);
+}
+
 AudioOutput::AudioOutput(const AudioOutputSpec &spec, QObject *parent)
     : QObject(parent)
     , m_spec(spec)
@@ -365,7 +384,8 @@ AudioOutput::AudioOutput(const AudioOutputSpec &spec, QObject *parent)
     , m_silentSince(Clock::now().time_since_epoch().count())
 {
     connect(&m_watch, &QTimer::timeout, this, &AudioOutput::watch);
-    m_watch.start(WatchMs);
+    m_watch.setSingleShot(true);
+    m_watch.setTimerType(Qt::PreciseTimer);
 }
 
 AudioOutput::~AudioOutput()
@@ -373,10 +393,15 @@ AudioOutput::~AudioOutput()
     m_pipeline->close();
 }
 
-bool AudioOutput::write(const AudioFormat &format, void *audio)
+StreamConsumer::Taken AudioOutput::write(
+    const AudioFormat &format, const char *samples, std::size_t size)
 {
-    if (!m_pipeline->write(format, static_cast<GstBuffer *>(audio)))
-        return false;
+    GstPtr<GstBuffer> audio(gst_buffer_new_memdup(samples, size));
+    const std::size_t frames = size / (sizeof(float) * static_cast<std::size_t>(format.channels));
+    GST_BUFFER_DURATION(audio.get()) = gst_util_uint64_scale_int(frames, GST_SECOND, format.rate);
+    const StreamConsumer::Taken taken = m_pipeline->write(format, std::move(audio));
+    if (taken != StreamConsumer::Taken::All)
+        return taken;
     // Nothing is heard before there is enough: no need to wait for the next look at it.
     if (!m_running && !m_lookPosted.exchange(true)) {
         QMetaObject::invokeMethod(
@@ -387,7 +412,7 @@ bool AudioOutput::write(const AudioFormat &format, void *audio)
             },
             Qt::QueuedConnection);
     }
-    return true;
+    return taken;
 }
 
 void AudioOutput::finish()
@@ -462,6 +487,14 @@ void AudioOutput::watch()
         m_pipeline->setRunning(false);
         setAudible(false);
     }
+    watchLater();
+}
+
+/// What is ahead now does not run out earlier than that.
+void AudioOutput::watchLater()
+{
+    if (m_running)
+        m_watch.start(std::max(m_pipeline->ahead(), ShortestWatch));
 }
 
 void AudioOutput::setAudible(bool audible)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "api/core/TrString.h"
 #include "host/player/AudioOutputSpec.h"
+#include "host/player/StreamConsumer.h"
 #include "media/AudioFormat.h"
 
 #include <QObject>
@@ -14,7 +16,8 @@
 
 /// Plays the decoded audio of one play in real time: buffers it, pauses by itself when it runs dry
 /// and goes on when there is enough again, so that nothing is skipped and isAudible() tells the
-/// truth. Made and used on the main thread; write() and the questions come from any thread.
+/// truth. Lives on a thread with an event loop that may be held up: opening, starting and closing a
+/// sound device take as long as its driver likes. write() and the questions come from any thread.
 class AudioOutput : public QObject {
     Q_OBJECT
 
@@ -30,9 +33,10 @@ public:
     /// Closes.
     ~AudioOutput() override;
 
-    /// Takes over \a audio, a GstBuffer of frames in \a format, which must be the same for the
-    /// whole play. Waits while there is enough. False once the output is closed or broken.
-    bool write(const AudioFormat &format, void *audio);
+    /// Takes a copy of whole frames in \a format, which must be the same for the whole play: 32-bit
+    /// floating-point samples. Waits for space, for StreamConsumer::MaxWait at most. Refused once
+    /// the output is closed or broken.
+    StreamConsumer::Taken write(const AudioFormat &format, const char *samples, std::size_t size);
     /// There is no more to come: drained() follows when everything was heard.
     void finish();
     /// The format of the first write; unknown before.
@@ -55,14 +59,15 @@ public:
 Q_SIGNALS:
     void audibleChanged(bool audible);
     void drained();
-    /// The sound output does not work.
-    void failed(const QString &reason);
+    /// The sound output does not work; \a problem says so to a listener.
+    void failed(const TrString &problem);
 
 private:
     class Pipeline;
     using Clock = std::chrono::steady_clock;
 
     void watch();
+    void watchLater();
     void setAudible(bool audible);
 
     const AudioOutputSpec m_spec;

@@ -2,183 +2,211 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "decoder/DecoderFrames.h"
+#include "host/player/DecoderProcess.h"
 #include "host/player/StreamText.h"
-#include "media/GstHandles.h"
 
-#include <condition_variable>
-#include <gst/app/gstappsink.h>
-#include <gst/app/gstappsrc.h>
-#include <gst/audio/audio.h>
+#include <array>
+#include <cerrno>
+#include <poll.h>
+#include <sys/socket.h>
 
 VESK_LOGGER("Player")
 
 namespace {
 
-/// Encoded bytes that wait for the decoder.
-constexpr guint64 MaxQueuedBytes = 64 * 1024;
-constexpr guint MaxQueuedBuffers = 4;
-
-/// Whether what cannot be decoded is beside the audio, as in the streams of television stations.
-bool isAboutPictures(GstMessage *message)
-{
-    const GstStructure *structure = gst_message_get_structure(message);
-    GstCaps *caps = nullptr;
-    if (!gst_structure_get(structure, "detail", GST_TYPE_CAPS, &caps, nullptr) || !caps)
-        return false;
-    const GstPtr<GstCaps> detail(caps);
-    const char *name = gst_caps_is_empty(caps) || gst_caps_is_any(caps)
-        ? ""
-        : gst_structure_get_name(gst_caps_get_structure(caps, 0));
-    return g_str_has_prefix(name, "video/") || g_str_has_prefix(name, "image/");
-}
+/// More is no radio.
+constexpr std::uint32_t MaxBitRate = 100 * 1000 * 1000;
 
 } // namespace
 
-/// appsrc ! decodebin ! audioconvert ! audioresample ! appsink
-class StreamDecoder::Pipeline {
-public:
-    Pipeline(StreamDecoder &decoder, const AudioFormat &wanted);
-    ~Pipeline();
+using Taken = StreamConsumer::Taken;
+using Milliseconds = std::chrono::milliseconds;
 
-    bool push(const char *data, std::size_t size);
-    void finish();
-    void abort();
-
-private:
-    GstElement *add(const char *factory);
-    void setFormat(GstElement *sink, const AudioFormat &wanted);
-    static void onPadAdded(GstElement *, GstPad *pad, gpointer self);
-    static GstFlowReturn onSample(GstAppSink *sink, gpointer self);
-    static void onEnd(GstAppSink *sink, gpointer self);
-    static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
-    void link(GstPad *pad);
-    GstFlowReturn take(GstSample *sample);
-    void takeTags(GstMessage *message);
-    void end();
-
-    StreamDecoder &m_decoder;
-    GstPtr<GstElement> m_pipeline;
-    GstElement *m_source = nullptr;
-    GstElement *m_convert = nullptr;
-
-    std::mutex m_mutex;
-    std::condition_variable m_changed;
-    /// Guarded by m_mutex.
-    bool m_ended = false;
-    QString m_title;
-};
-
-StreamDecoder::Pipeline::Pipeline(StreamDecoder &decoder, const AudioFormat &wanted)
-    : m_decoder(decoder)
-    , m_pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))))
+StreamDecoder::StreamDecoder(const AudioFormat &wanted, StreamDecoderCallbacks callbacks,
+    std::unique_ptr<DecoderProcess> process)
+    : m_callbacks(std::move(callbacks))
+    , m_process(process ? std::move(process) : std::make_unique<DecoderProcess>())
 {
-    m_source = add("appsrc");
-    GstElement *decode = add("decodebin");
-    m_convert = add("audioconvert");
-    GstElement *resample = add("audioresample");
-    GstElement *sink = add("appsink");
-
-    g_object_set(m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_BYTES,
-        "block", TRUE, "max-bytes", MaxQueuedBytes, nullptr);
-    g_object_set(sink, "sync", FALSE, "max-buffers", MaxQueuedBuffers, nullptr);
-    setFormat(sink, wanted);
-    GstAppSinkCallbacks callbacks {};
-    callbacks.eos = &Pipeline::onEnd;
-    callbacks.new_sample = &Pipeline::onSample;
-    gst_app_sink_set_callbacks(GST_APP_SINK(sink), &callbacks, this, nullptr);
-    g_signal_connect(decode, "pad-added", G_CALLBACK(&Pipeline::onPadAdded), this);
-
-    VESK_ASSERT(gst_element_link(m_source, decode));
-    VESK_ASSERT(gst_element_link_many(m_convert, resample, sink, nullptr));
-    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
-    gst_bus_set_sync_handler(bus.get(), &Pipeline::onMessage, this, nullptr);
-    gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING);
-}
-
-StreamDecoder::Pipeline::~Pipeline()
-{
-    gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
-    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
-    gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
-}
-
-GstElement *StreamDecoder::Pipeline::add(const char *factory)
-{
-    GstElement *element = gst_element_factory_make(factory, nullptr);
-    // All of them come with GStreamer's base plug-ins, which the program depends on.
-    VESK_ASSERT(element);
-    gst_bin_add(GST_BIN(m_pipeline.get()), element);
-    return element;
-}
-
-void StreamDecoder::Pipeline::setFormat(GstElement *sink, const AudioFormat &wanted)
-{
-    const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
-        GST_AUDIO_NE(F32), "layout", G_TYPE_STRING, "interleaved", nullptr));
+    if (!m_process->isRunning()) {
+        fail(m_process->problem());
+        end();
+        return;
+    }
+    DecoderFormat format;
     if (wanted.isKnown()) {
-        gst_caps_set_simple(caps.get(), "rate", G_TYPE_INT, wanted.rate, "channels", G_TYPE_INT,
-            wanted.channels, nullptr);
-    } else {
-        gst_caps_set_simple(caps.get(), "channels", GST_TYPE_INT_RANGE, 1, 2, nullptr);
+        format.rate = static_cast<std::uint32_t>(wanted.rate);
+        format.channels = static_cast<std::uint32_t>(wanted.channels);
     }
-    gst_app_sink_set_caps(GST_APP_SINK(sink), caps.get());
+    queue(DecoderFrame::Start, &format, sizeof format);
+    m_receiver = std::thread([this] { receive(); });
 }
 
-void StreamDecoder::Pipeline::onPadAdded(GstElement *, GstPad *pad, gpointer self)
+StreamDecoder::~StreamDecoder()
 {
-    static_cast<Pipeline *>(self)->link(pad);
+    abort();
+    if (m_receiver.joinable())
+        m_receiver.join();
 }
 
-/// The first audio of the stream is played; what else is in it, pictures say, goes nowhere.
-void StreamDecoder::Pipeline::link(GstPad *pad)
+void StreamDecoder::abort()
 {
-    GstPtr<GstCaps> caps(gst_pad_get_current_caps(pad));
-    if (!caps)
-        caps.reset(gst_pad_query_caps(pad, nullptr));
-    const char *name = gst_caps_is_empty(caps.get()) || gst_caps_is_any(caps.get())
-        ? ""
-        : gst_structure_get_name(gst_caps_get_structure(caps.get(), 0));
-    const GstPtr<GstPad> input(gst_element_get_static_pad(m_convert, "sink"));
-    if (g_str_has_prefix(name, "audio/x-raw") && !gst_pad_is_linked(input.get())) {
-        if (gst_pad_link(pad, input.get()) == GST_PAD_LINK_OK)
-            return;
+    m_aborted = true;
+    m_process->kill();
+    end();
+}
+
+void StreamDecoder::queue(DecoderFrame kind, const void *payload, std::size_t size)
+{
+    m_unsent.clear();
+    m_sent = 0;
+    appendFrame(m_unsent, kind, payload, size);
+}
+
+/// Sends what is queued. Returns whether all of it went; the process that takes nothing more has
+/// enough, or is gone, which the receiving thread notices.
+bool StreamDecoder::flush(Milliseconds wait)
+{
+    while (m_sent < m_unsent.size()) {
+        const ssize_t count = ::send(m_process->socket(), m_unsent.data() + m_sent,
+            m_unsent.size() - m_sent, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (count > 0) {
+            m_sent += static_cast<std::size_t>(count);
+            continue;
+        }
+        if (errno == EINTR)
+            continue;
+        pollfd ready {m_process->socket(), POLLOUT, 0};
+        if (errno != EAGAIN || wait.count() == 0
+            || ::poll(&ready, 1, static_cast<int>(wait.count())) <= 0)
+            return false;
+        wait = Milliseconds(0);
     }
-    GstElement *nowhere = gst_element_factory_make("fakesink", nullptr);
-    VESK_ASSERT(nowhere);
-    g_object_set(nowhere, "async", FALSE, nullptr);
-    gst_bin_add(GST_BIN(m_pipeline.get()), nowhere);
-    gst_element_sync_state_with_parent(nowhere);
-    const GstPtr<GstPad> end(gst_element_get_static_pad(nowhere, "sink"));
-    gst_pad_link(pad, end.get());
+    return true;
 }
 
-GstFlowReturn StreamDecoder::Pipeline::onSample(GstAppSink *sink, gpointer self)
+Taken StreamDecoder::push(const char *data, std::size_t size)
 {
-    const GstPtr<GstSample> sample(gst_app_sink_pull_sample(sink));
-    return sample ? static_cast<Pipeline *>(self)->take(sample.get()) : GST_FLOW_EOS;
+    if (m_failed || m_aborted)
+        return Taken::Refused;
+    VESK_ASSERT(size <= DecoderLimits::MaxPayload);
+    if (!flush(StreamConsumer::MaxWait))
+        return m_failed || m_aborted ? Taken::Refused : Taken::None;
+    queue(DecoderFrame::Audio, data, size);
+    flush(Milliseconds(0));
+    return Taken::All;
 }
 
-GstFlowReturn StreamDecoder::Pipeline::take(GstSample *sample)
+bool StreamDecoder::finish()
 {
-    GstAudioInfo info;
-    GstBuffer *buffer = gst_sample_get_buffer(sample);
-    if (!buffer || !gst_audio_info_from_caps(&info, gst_sample_get_caps(sample)))
-        return GST_FLOW_ERROR;
-    const auto frames = static_cast<long long>(
-        gst_buffer_get_size(buffer) / static_cast<std::size_t>(GST_AUDIO_INFO_BPF(&info)));
-    const AudioFormat format {GST_AUDIO_INFO_RATE(&info), GST_AUDIO_INFO_CHANNELS(&info)};
-    if (!m_decoder.m_callbacks.takeAudio(format, gst_buffer_ref(buffer)))
-        return GST_FLOW_EOS;
-    m_decoder.m_decodedMs += frames * 1000 / format.rate;
-    return GST_FLOW_OK;
+    if (!m_failed && !m_aborted) {
+        if (!flush(StreamConsumer::MaxWait))
+            return m_failed || m_aborted;
+        if (!m_finishing) {
+            m_finishing = true;
+            queue(DecoderFrame::End, nullptr, 0);
+            flush(Milliseconds(0));
+        }
+    }
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, StreamConsumer::MaxWait, [this] { return m_ended; });
 }
 
-void StreamDecoder::Pipeline::onEnd(GstAppSink *, gpointer self)
+void StreamDecoder::receive()
 {
-    static_cast<Pipeline *>(self)->end();
+    veskSetThreadName(QStringLiteral("StreamDecoder"));
+    std::array<char, 16 * 1024> buffer;
+    FrameReader reader;
+    const auto take
+        = [this](DecoderFrame kind, std::string_view payload) { return takeFrame(kind, payload); };
+    for (;;) {
+        pollfd ready {m_process->socket(), POLLIN, 0};
+        if (::poll(&ready, 1, -1) < 0 && errno == EINTR)
+            continue;
+        const ssize_t count = ::recv(m_process->socket(), buffer.data(), buffer.size(), 0);
+        if (count < 0 && (errno == EINTR || errno == EAGAIN))
+            continue;
+        if (count <= 0)
+            break;
+        if (!reader.feed(buffer.data(), static_cast<std::size_t>(count), take))
+            break;
+    }
+    bool ended = false;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        ended = m_ended;
+    }
+    if (!ended && !m_aborted)
+        fail(QStringLiteral("the decoder's process ended"));
+    end();
 }
 
-void StreamDecoder::Pipeline::end()
+bool StreamDecoder::takeFrame(DecoderFrame kind, std::string_view payload)
+{
+    std::uint32_t bitRate = 0;
+    const auto text
+        = [&] { return streamText(QByteArray(payload.data(), static_cast<int>(payload.size()))); };
+    switch (kind) {
+    case DecoderFrame::Format:
+        return takeFormat(payload);
+    case DecoderFrame::Samples:
+        return takeSamples(payload);
+    case DecoderFrame::Title:
+        m_callbacks.takeTitle(text());
+        return true;
+    case DecoderFrame::BitRate:
+        if (readPayload(payload, bitRate) && bitRate > 0 && bitRate <= MaxBitRate)
+            m_callbacks.takeBitRate(static_cast<int>(bitRate));
+        return true;
+    case DecoderFrame::Failed:
+        fail(text());
+        return false;
+    case DecoderFrame::Ended:
+        end();
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// The process may be out of its mind.
+bool StreamDecoder::takeFormat(std::string_view payload)
+{
+    DecoderFormat format;
+    if (!readPayload(payload, format) || format.rate < DecoderLimits::MinRate
+        || format.rate > DecoderLimits::MaxRate || format.channels < 1 || format.channels > 2)
+        return false;
+    m_format = {static_cast<int>(format.rate), static_cast<int>(format.channels)};
+    m_rate = m_format.rate;
+    return true;
+}
+
+bool StreamDecoder::takeSamples(std::string_view payload)
+{
+    if (!m_format.isKnown())
+        return false;
+    const std::size_t frame = sizeof(float) * static_cast<std::size_t>(m_format.channels);
+    if (payload.empty() || payload.size() % frame != 0)
+        return false;
+    Taken taken = Taken::None;
+    while (taken == Taken::None && !m_aborted)
+        taken = m_callbacks.takeAudio(m_format, payload.data(), payload.size());
+    if (taken != Taken::All) {
+        // The output is closed: the play is over.
+        m_aborted = true;
+        return false;
+    }
+    m_frames += static_cast<long long>(payload.size() / frame);
+    return true;
+}
+
+void StreamDecoder::fail(const QString &reason)
+{
+    VESK_INFO("the stream cannot be decoded: " << reason);
+    m_failed = true;
+}
+
+void StreamDecoder::end()
 {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -187,112 +215,8 @@ void StreamDecoder::Pipeline::end()
     m_changed.notify_all();
 }
 
-GstBusSyncReply StreamDecoder::Pipeline::onMessage(GstBus *, GstMessage *message, gpointer self)
+Milliseconds StreamDecoder::decoded() const
 {
-    auto *pipeline = static_cast<Pipeline *>(self);
-    switch (GST_MESSAGE_TYPE(message)) {
-    case GST_MESSAGE_ERROR:
-        VESK_INFO(
-            "the stream cannot be decoded: " << QString::fromStdString(gstMessageText(message)));
-        pipeline->m_decoder.m_failed = true;
-        pipeline->end();
-        break;
-    case GST_MESSAGE_ELEMENT:
-        // Text and formats that nobody decodes: there is no error, only silence.
-        if (gst_message_has_name(message, "missing-plugin") && !isAboutPictures(message)) {
-            VESK_INFO("the stream's format is none that can be decoded here");
-            pipeline->m_decoder.m_failed = true;
-            pipeline->end();
-        }
-        break;
-    case GST_MESSAGE_TAG:
-        pipeline->takeTags(message);
-        break;
-    default:
-        break;
-    }
-    gst_message_unref(message);
-    return GST_BUS_DROP;
-}
-
-void StreamDecoder::Pipeline::takeTags(GstMessage *message)
-{
-    GstTagList *tags = nullptr;
-    gst_message_parse_tag(message, &tags);
-    guint bitRate = 0;
-    if (gst_tag_list_get_uint(tags, GST_TAG_NOMINAL_BITRATE, &bitRate)
-        || gst_tag_list_get_uint(tags, GST_TAG_BITRATE, &bitRate)) {
-        if (bitRate > 0 && bitRate < G_MAXINT)
-            m_decoder.m_callbacks.takeBitRate(static_cast<int>(bitRate));
-    }
-    const auto text = [tags](const char *tag) {
-        gchar *value = nullptr;
-        gst_tag_list_get_string(tags, tag, &value);
-        const QString read = value ? streamText(QByteArray(value)) : QString();
-        g_free(value);
-        return read;
-    };
-    const QString name = text(GST_TAG_TITLE);
-    const QString artist = text(GST_TAG_ARTIST);
-    gst_tag_list_unref(tags);
-    if (name.isEmpty())
-        return;
-    const QString title = artist.isEmpty() ? name : QStringLiteral("%1 - %2").arg(artist, name);
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (title == m_title)
-            return;
-        m_title = title;
-    }
-    m_decoder.m_callbacks.takeTitle(title);
-}
-
-bool StreamDecoder::Pipeline::push(const char *data, std::size_t size)
-{
-    GstBuffer *buffer = gst_buffer_new_memdup(data, size);
-    return gst_app_src_push_buffer(GST_APP_SRC(m_source), buffer) == GST_FLOW_OK;
-}
-
-void StreamDecoder::Pipeline::finish()
-{
-    gst_app_src_end_of_stream(GST_APP_SRC(m_source));
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait(lock, [this] { return m_ended || m_decoder.m_aborted; });
-}
-
-void StreamDecoder::Pipeline::abort()
-{
-    // Whoever waits in push() is let go; the streaming threads come to rest in the destructor.
-    gst_element_set_state(m_source, GST_STATE_READY);
-    end();
-}
-
-StreamDecoder::StreamDecoder(const AudioFormat &wanted, StreamDecoderCallbacks callbacks)
-    : m_callbacks(std::move(callbacks))
-{
-    startGStreamer();
-    m_pipeline = std::make_unique<Pipeline>(*this, wanted);
-}
-
-StreamDecoder::~StreamDecoder() = default;
-
-bool StreamDecoder::push(const char *data, std::size_t size)
-{
-    return !m_failed && !m_aborted && m_pipeline->push(data, size) && !m_failed;
-}
-
-void StreamDecoder::finish()
-{
-    m_pipeline->finish();
-}
-
-void StreamDecoder::abort()
-{
-    m_aborted = true;
-    m_pipeline->abort();
-}
-
-std::chrono::milliseconds StreamDecoder::decoded() const
-{
-    return std::chrono::milliseconds(m_decodedMs.load());
+    const int rate = m_rate;
+    return Milliseconds(rate > 0 ? m_frames * 1000 / rate : 0);
 }

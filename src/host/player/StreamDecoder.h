@@ -1,42 +1,61 @@
 #pragma once
 
+#include "host/player/StreamConsumer.h"
 #include "media/AudioFormat.h"
 
 #include <QString>
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string_view>
+#include <thread>
+#include <vector>
 
-/// What a decoder learns about its stream beside the audio. Called on a thread of GStreamer.
+class DecoderProcess;
+enum class DecoderFrame : std::uint8_t;
+
+/// What a decoder tells of its stream. Called on the decoder's own thread, until its destructor
+/// returns.
 struct StreamDecoderCallbacks {
-    /// \a audio is a GstBuffer, which the callback takes over. May block; false ends the decoding.
-    std::function<bool(const AudioFormat &format, void *audio)> takeAudio;
+    /// Takes whole frames of \a format, 32-bit floating-point samples; None is asked again at once.
+    /// May wait for StreamConsumer::MaxWait.
+    std::function<StreamConsumer::Taken(
+        const AudioFormat &format, const char *samples, std::size_t size)>
+        takeAudio;
     /// Titles in the stream itself, as Ogg has them.
     std::function<void(const QString &title)> takeTitle;
     /// In bit/s.
     std::function<void(int bitRate)> takeBitRate;
 };
 
-/// Decodes one stream, whose format it finds out by itself: encoded bytes in, audio out, by
-/// GStreamer. push(), finish() and the destructor belong to one thread; abort() and the questions
-/// may come from any.
+/// Decodes one stream, whose format it finds out by itself, in a confined process of its own: bytes
+/// of hostile servers meet codecs there that were written for files one trusts. A decoder that
+/// crashes, hangs or wants too much memory is a stream that cannot be decoded, and nothing worse.
+///
+/// push(), finish() and the destructor belong to one thread; abort() and the questions may come
+/// from any. Nothing waits for longer than StreamConsumer::MaxWait, but the destructor for a
+/// takeAudio() that does.
 class StreamDecoder {
 public:
-    /// Audio comes in \a wanted when that is known, else as the stream has it, with two channels at
-    /// most.
-    StreamDecoder(const AudioFormat &wanted, StreamDecoderCallbacks callbacks);
+    /// Audio comes in \a wanted when that is known, else as the stream begins, with two channels at
+    /// most; whatever the stream turns into, the format stays. A \a process that was started before
+    /// saves the time of its start.
+    StreamDecoder(const AudioFormat &wanted, StreamDecoderCallbacks callbacks,
+        std::unique_ptr<DecoderProcess> process = nullptr);
+    /// Aborts.
     ~StreamDecoder();
     StreamDecoder(const StreamDecoder &) = delete;
     StreamDecoder &operator=(const StreamDecoder &) = delete;
 
-    /// Waits while the decoder has enough. False when it is aborted or cannot use the stream.
-    bool push(const char *data, std::size_t size);
-    /// There is no more to come: waits until all of it is decoded and taken, or abort().
-    void finish();
+    StreamConsumer::Taken push(const char *data, std::size_t size);
+    /// There is no more to come. Returns whether everything is decoded and taken, or never will be;
+    /// to be called again until then.
+    bool finish();
     /// Ends every wait; nothing is decoded any more.
     void abort();
 
@@ -46,11 +65,32 @@ public:
     std::chrono::milliseconds decoded() const;
 
 private:
-    class Pipeline;
+    void queue(DecoderFrame kind, const void *payload, std::size_t size);
+    bool flush(std::chrono::milliseconds wait);
+    void receive();
+    bool takeFrame(DecoderFrame kind, std::string_view payload);
+    bool takeFormat(std::string_view payload);
+    bool takeSamples(std::string_view payload);
+    void fail(const QString &reason);
+    void end();
 
     const StreamDecoderCallbacks m_callbacks;
+    const std::unique_ptr<DecoderProcess> m_process;
     std::atomic<bool> m_failed {false};
     std::atomic<bool> m_aborted {false};
-    std::atomic<long long> m_decodedMs {0};
-    std::unique_ptr<Pipeline> m_pipeline;
+    std::atomic<long long> m_frames {0}; ///< taken
+    std::atomic<int> m_rate {0}; ///< of them
+
+    // The pushing thread's.
+    std::vector<char> m_unsent; ///< one frame at most
+    std::size_t m_sent = 0; ///< of m_unsent
+    bool m_finishing = false; ///< End is on its way
+
+    AudioFormat m_format; ///< the receiving thread's
+
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_ended = false; ///< guarded by m_mutex: no audio will come any more
+
+    std::thread m_receiver;
 };

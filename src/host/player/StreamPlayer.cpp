@@ -1,7 +1,12 @@
 #include "host/player/StreamPlayer.h"
 
-#include "host/player/StreamReceivers.h"
-#include "host/player/StreamSupply.h"
+#include "api/core/log.h"
+#include "host/player/StreamPlay.h"
+
+#include <QDeadlineTimer>
+#include <QTimer>
+
+VESK_LOGGER("Player")
 
 StreamPlayer::StreamPlayer(const AudioOutputSpec &output, QObject *parent)
     : MediaPlayer(parent)
@@ -11,84 +16,100 @@ StreamPlayer::StreamPlayer(const AudioOutputSpec &output, QObject *parent)
 
 StreamPlayer::~StreamPlayer()
 {
-    StreamPlayer::stop();
+    if (waitForEnd(EndTime))
+        return;
+    // A thread that runs must not lose its object.
+    for (std::unique_ptr<PlayThread> &thread : m_ending)
+        static_cast<void>(thread.release());
 }
 
 void StreamPlayer::play(const StreamSource &source)
 {
     stop();
-    m_source = source;
-    m_output = std::make_unique<AudioOutput>(m_spec);
-    connect(m_output.get(), &AudioOutput::audibleChanged, this, &MediaPlayer::audibleChanged);
-    connect(m_output.get(), &AudioOutput::drained, this, &StreamPlayer::finish);
-    connect(m_output.get(), &AudioOutput::failed, this, [this] {
-        giveUp(playerText(QT_TRANSLATE_NOOP("Player", "The sound output does not work.")));
+    const int number = ++m_number;
+    m_step = 0;
+    auto owned = std::make_unique<StreamPlay>(source, m_spec, m_times);
+    StreamPlay *play = owned.get();
+    m_thread = std::make_unique<PlayThread>(std::move(owned), m_lastEnding);
+    m_lastEnding = m_thread->ending();
+
+    // What comes from a play that is over has no meaning any more.
+    connect(play, &StreamPlay::audibleChanged, this, [this, number](bool audible, int step) {
+        if (number == m_number && step == m_step)
+            Q_EMIT audibleChanged(audible);
     });
-    supply();
+    connect(play, &StreamPlay::titleChanged, this, [this, number](const QString &title) {
+        if (number == m_number)
+            Q_EMIT titleChanged(title);
+    });
+    connect(play, &StreamPlay::bitRateChanged, this, [this, number](int bitRate) {
+        if (number == m_number)
+            Q_EMIT bitRateChanged(bitRate);
+    });
+    connect(play, &StreamPlay::ended, this, [this, number] {
+        if (number != m_number)
+            return;
+        stop();
+        Q_EMIT ended();
+    });
+    connect(play, &StreamPlay::gaveUp, this, [this, number](const TrString &problem) {
+        if (number != m_number)
+            return;
+        stop();
+        Q_EMIT gaveUp(problem);
+    });
+    m_thread->start();
 }
 
-void StreamPlayer::supply()
+/// Has \a act called with the present play, on its thread.
+template <class Act>
+void StreamPlayer::tell(Act act)
 {
-    m_supply = std::make_unique<StreamSupply>(m_source, *m_output, m_times);
-    connect(m_supply.get(), &StreamSupply::titleChanged, this, &MediaPlayer::titleChanged);
-    connect(m_supply.get(), &StreamSupply::bitRateChanged, this, &MediaPlayer::bitRateChanged);
-    connect(m_supply.get(), &StreamSupply::ended, m_output.get(), &AudioOutput::finish);
-    connect(m_supply.get(), &StreamSupply::gaveUp, this, &StreamPlayer::giveUp);
-    m_supply->start();
-}
-
-void StreamPlayer::cutSupply()
-{
-    if (!m_supply)
+    if (!m_thread)
         return;
-    m_output->refuse(true);
-    m_supply.reset();
-    m_output->refuse(false);
+    StreamPlay *play = m_thread->play();
+    QMetaObject::invokeMethod(
+        play, [play, act] { act(*play); }, Qt::QueuedConnection);
 }
 
 void StreamPlayer::pause()
 {
-    if (!m_output)
-        return;
-    m_output->pause();
-    if (m_source.live) {
-        cutSupply();
-        m_output->flush();
-    }
+    tell([step = ++m_step](StreamPlay &play) { play.pause(step); });
 }
 
 void StreamPlayer::resume()
 {
-    if (!m_output)
-        return;
-    if (m_source.live && !m_supply)
-        supply();
-    m_output->resume();
+    tell([step = ++m_step](StreamPlay &play) { play.resume(step); });
 }
 
 void StreamPlayer::stop()
 {
-    if (!m_output)
+    if (!m_thread)
         return;
-    disconnect(m_output.get(), nullptr, this, nullptr);
-    cutSupply();
-    m_output.reset();
+    ++m_number;
+    m_thread->quit();
+    m_ending.push_back(std::move(m_thread));
+    connect(m_ending.back().get(), &QThread::finished, this,
+        [this] { m_ending.remove_if([](const auto &thread) { return thread->isFinished(); }); });
+    QTimer::singleShot(EndTime, this, [ending = m_lastEnding] {
+        if (!ending->wait(std::chrono::milliseconds(0)))
+            VESK_ERROR("A play that was stopped does not end; it is left behind.");
+    });
 }
 
 void StreamPlayer::networkIsBack()
 {
-    if (m_supply)
-        m_supply->tryNow();
+    tell([](StreamPlay &play) { play.tryNow(); });
 }
 
-void StreamPlayer::finish()
+bool StreamPlayer::waitForEnd(std::chrono::milliseconds time)
 {
     stop();
-    Q_EMIT ended();
-}
-
-void StreamPlayer::giveUp(const TrString &problem)
-{
-    stop();
-    Q_EMIT gaveUp(problem);
+    const QDeadlineTimer deadline(time);
+    while (!m_ending.empty()) {
+        if (!m_ending.front()->wait(deadline))
+            return false;
+        m_ending.pop_front();
+    }
+    return true;
 }

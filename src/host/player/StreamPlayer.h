@@ -1,19 +1,24 @@
 #pragma once
 
-#include "host/player/AudioOutput.h"
+#include "host/player/AudioOutputSpec.h"
 #include "host/player/MediaPlayer.h"
+#include "host/player/PlayThread.h"
 
+#include <chrono>
+#include <list>
 #include <memory>
 
-class StreamSupply;
-
-/// Plays streams from the network to the machine's sound output, or to what stands in for it.
+/// Plays streams from the network to the machine's sound output, or to what stands in for it: each
+/// play on a thread of its own, so that the main thread waits for no device, server or decoder.
 class StreamPlayer : public MediaPlayer {
     Q_OBJECT
 
 public:
+    /// A play that has not ended so long after it should have is told of in the log.
+    static constexpr std::chrono::milliseconds EndTime {10000};
+
     explicit StreamPlayer(const AudioOutputSpec &output, QObject *parent = nullptr);
-    /// Stops.
+    /// Stops; waitForEnd() should have been called before, where that matters.
     ~StreamPlayer() override;
 
     /// For plays that start later.
@@ -25,15 +30,19 @@ public:
     void stop() override;
     void networkIsBack() override;
 
+    /// Stops, and waits until nothing runs any more: files are complete then. Returns false when
+    /// something still does after \a time; the process must not take anything apart any more then.
+    bool waitForEnd(std::chrono::milliseconds time);
+
 private:
-    void supply();
-    void cutSupply();
-    void finish();
-    void giveUp(const TrString &problem);
+    template <class Act>
+    void tell(Act act);
 
     const AudioOutputSpec m_spec;
     StreamReader::Times m_times;
-    StreamSource m_source;
-    std::unique_ptr<AudioOutput> m_output;
-    std::unique_ptr<StreamSupply> m_supply;
+    int m_number = 0; ///< counts the plays
+    int m_step = 0; ///< counts the pauses and resumes of this one
+    std::unique_ptr<PlayThread> m_thread; ///< of the present play
+    std::list<std::unique_ptr<PlayThread>> m_ending; ///< of those that are over, but may still run
+    std::shared_ptr<PlayThread::Ending> m_lastEnding; ///< of the present play or the last one
 };

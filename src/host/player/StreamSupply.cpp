@@ -2,6 +2,7 @@
 
 #include "api/core/vesk.h"
 #include "host/player/AudioOutput.h"
+#include "host/player/DecoderProcess.h"
 
 StreamSupply::StreamSupply(
     const StreamSource &source, AudioOutput &output, const StreamReader::Times &times)
@@ -10,6 +11,12 @@ StreamSupply::StreamSupply(
 {
     veskConnect(&m_reader, &StreamReader::ended, this, &StreamSupply::ended);
     veskConnect(&m_reader, &StreamReader::gaveUp, this, &StreamSupply::gaveUp);
+}
+
+void StreamSupply::start()
+{
+    m_nextProcess = std::make_unique<DecoderProcess>();
+    m_reader.start();
 }
 
 StreamSupply::~StreamSupply()
@@ -26,7 +33,8 @@ StreamSupply::~StreamSupply()
 
 void StreamSupply::beginAudio()
 {
-    replaceDecoder(std::make_unique<StreamDecoder>(m_output.format(), decoderCallbacks()));
+    replaceDecoder(std::make_unique<StreamDecoder>(
+        m_output.format(), decoderCallbacks(), std::move(m_nextProcess)));
 }
 
 void StreamSupply::forgetAudio()
@@ -34,20 +42,23 @@ void StreamSupply::forgetAudio()
     replaceDecoder(nullptr);
 }
 
-/// The old one is taken down without the lock: its threads may be waiting for the output.
+/// The old one is taken down without the lock: its thread may be waiting for the output.
 void StreamSupply::replaceDecoder(std::unique_ptr<StreamDecoder> decoder)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_decoder.swap(decoder);
-    if (m_stopped && m_decoder)
-        m_decoder->abort();
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_decoder.swap(decoder);
+        if (m_stopped && m_decoder)
+            m_decoder->abort();
+    }
 }
 
 StreamDecoderCallbacks StreamSupply::decoderCallbacks()
 {
     StreamDecoderCallbacks callbacks;
-    callbacks.takeAudio
-        = [this](const AudioFormat &format, void *audio) { return m_output.write(format, audio); };
+    callbacks.takeAudio = [this](const AudioFormat &format, const char *samples, std::size_t size) {
+        return m_output.write(format, samples, size);
+    };
     callbacks.takeTitle = [this](const QString &title) { takeTitle(title); };
     callbacks.takeBitRate = [this](int bitRate) { takeBitRate(bitRate); };
     return callbacks;
@@ -55,14 +66,12 @@ StreamDecoderCallbacks StreamSupply::decoderCallbacks()
 
 StreamConsumer::Taken StreamSupply::takeAudio(const char *data, std::size_t size)
 {
-    return m_decoder->push(data, size) ? Taken::All : Taken::Refused;
+    return m_decoder ? m_decoder->push(data, size) : Taken::Refused;
 }
 
 bool StreamSupply::endAudio()
 {
-    if (m_decoder)
-        m_decoder->finish();
-    return true;
+    return !m_decoder || m_decoder->finish();
 }
 
 void StreamSupply::takeTitle(const QString &title)

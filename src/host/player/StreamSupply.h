@@ -10,10 +10,11 @@
 #include <mutex>
 
 class AudioOutput;
+class DecoderProcess;
 
 /// Brings one source's audio to an output: a reader and, one after the other, decoders. Made and
-/// destroyed on the main thread; the output must outlive it and, when this is destroyed, refuse to
-/// be written to. Signals come on the main thread.
+/// destroyed on the output's thread, which the destructor may hold up; the output must outlive it
+/// and, when this is destroyed, refuse to be written to. Signals come on that thread.
 class StreamSupply : public QObject, private StreamConsumer {
     Q_OBJECT
 
@@ -22,7 +23,7 @@ public:
     /// Stops and waits.
     ~StreamSupply() override;
 
-    void start() { m_reader.start(); }
+    void start();
     void tryNow() { m_reader.tryNow(); }
 
 Q_SIGNALS:
@@ -47,8 +48,10 @@ private:
     void replaceDecoder(std::unique_ptr<StreamDecoder> decoder);
 
     AudioOutput &m_output;
+    /// Started while the stream's server is still to answer; null once it is in use.
+    std::unique_ptr<DecoderProcess> m_nextProcess;
     std::mutex m_mutex;
-    /// Guarded by m_mutex for whoever is not the reader's thread, which alone changes them.
+    // Changed by the reader's thread alone; guarded by m_mutex for the others.
     std::unique_ptr<StreamDecoder> m_decoder;
     bool m_stopped = false;
     StreamReader m_reader;

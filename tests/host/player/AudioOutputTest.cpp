@@ -17,20 +17,19 @@ namespace {
 
 constexpr AudioFormat Format {48000, 2};
 
+using Taken = StreamConsumer::Taken;
+
 /// A tenth of a second of a tone, as a decoder hands it over; \a at counts the tenths.
-GstBuffer *tone(int frequency, int at)
+std::vector<float> tone(int frequency, int at)
 {
     constexpr int frames = 4800;
-    GstBuffer *buffer = gst_buffer_new_allocate(nullptr, frames * 2 * sizeof(float), nullptr);
-    GstMapInfo map;
-    gst_buffer_map(buffer, &map, GST_MAP_WRITE);
-    auto *samples = reinterpret_cast<float *>(map.data);
+    std::vector<float> samples(frames * 2);
     for (int i = 0; i < frames; ++i) {
         const double phase = 2 * M_PI * frequency * (at * frames + i) / Format.rate;
-        samples[2 * i] = samples[2 * i + 1] = static_cast<float>(0.25 * std::sin(phase));
+        samples[static_cast<std::size_t>(2 * i)] = samples[static_cast<std::size_t>(2 * i + 1)]
+            = static_cast<float>(0.25 * std::sin(phase));
     }
-    gst_buffer_unmap(buffer, &map);
-    return buffer;
+    return samples;
 }
 
 class AudioOutputTest : public testing::Test {
@@ -43,15 +42,28 @@ protected:
         QObject::connect(output.get(), &AudioOutput::audibleChanged,
             [this](bool audible) { changes.append(audible ? 'a' : 's'); });
         QObject::connect(output.get(), &AudioOutput::drained, [this] { drained = true; });
-        QObject::connect(output.get(), &AudioOutput::failed, [this] { failed = true; });
+        QObject::connect(output.get(), &AudioOutput::failed, [this](const TrString &problem) {
+            failed = true;
+            complaint = problem.sourceText();
+        });
     }
     QString file() const { return folder.filePath(QStringLiteral("out.wav")); }
     bool write(int tenths, int frequency = 440)
     {
         bool taken = true;
         for (int i = 0; taken && i < tenths; ++i)
-            taken = output->write(Format, tone(frequency, m_written++));
+            taken = write(tone(frequency, m_written++));
         return taken;
+    }
+    /// Waits for space as a decoder does. False when it is refused.
+    bool write(const std::vector<float> &samples) const
+    {
+        Taken taken = Taken::None;
+        while (taken == Taken::None) {
+            taken = output->write(Format, reinterpret_cast<const char *>(samples.data()),
+                samples.size() * sizeof(float));
+        }
+        return taken == Taken::All;
     }
     /// Whether a fifth of a second comes to be heard within half a second.
     bool isHeard() const
@@ -72,6 +84,7 @@ protected:
     QByteArray changes;
     bool drained = false;
     bool failed = false;
+    QString complaint;
 
 private:
     int m_written = 0;
@@ -153,7 +166,7 @@ TEST_F(AudioOutputTest, takesNothingMoreInAPause)
     open(AudioOutputSpec::Null);
     std::atomic<int> taken {0};
     std::thread writer([&] {
-        for (int i = 0; i < 200 && output->write(Format, tone(440, i)); ++i)
+        for (int i = 0; i < 200 && write(tone(440, i)); ++i)
             ++taken;
     });
     EXPECT_TRUE(spinUntil([&] { return output->isAudible() && taken >= 100; }));
@@ -171,10 +184,8 @@ TEST_F(AudioOutputTest, isHeardHoweverFastTheAudioCame)
     for (int round = 0; round < 10; ++round) {
         open(AudioOutputSpec::Wav);
         std::thread writer([&] {
-            const auto piece = [] {
-                return gst_buffer_new_allocate(nullptr, frames * 2 * sizeof(float), nullptr);
-            };
-            while (output->write(Format, piece())) { }
+            const std::vector<float> piece(frames * 2);
+            while (write(piece)) { }
         });
         EXPECT_TRUE(spinUntil([this] { return output->isAudible(); }));
         EXPECT_TRUE(isHeard() && isHeard() && isHeard()) << round;
@@ -220,7 +231,7 @@ TEST_F(AudioOutputTest, takesTenSecondsAheadAndNoMore)
     output->pause();
     std::atomic<int> taken {0};
     std::thread writer([&] {
-        for (int i = 0; i < 200 && output->write(Format, tone(440, i)); ++i)
+        for (int i = 0; i < 200 && write(tone(440, i)); ++i)
             ++taken;
     });
     EXPECT_TRUE(spinUntil([&] { return taken >= 95; }));
@@ -250,11 +261,33 @@ TEST_F(AudioOutputTest, forgetsWhatWasNotHeard)
     EXPECT_GT(sound.share(sound.samples.size() - 12000, 12000, 880), 0.95);
 }
 
+TEST_F(AudioOutputTest, aWriteWithoutSpaceComesBackWithinAQuarterOfASecond)
+{
+    open(AudioOutputSpec::Null);
+    output->pause();
+    EXPECT_TRUE(write(100));
+    const std::vector<float> samples = tone(440, 0);
+    QElapsedTimer clock;
+    clock.start();
+    Taken taken = Taken::All;
+    while (taken == Taken::All) {
+        clock.restart();
+        taken = output->write(
+            Format, reinterpret_cast<const char *>(samples.data()), samples.size() * sizeof(float));
+    }
+    EXPECT_EQ(taken, Taken::None);
+    EXPECT_GE(clock.elapsed(), 200);
+    EXPECT_LT(clock.elapsed(), 1000);
+}
+
 TEST_F(AudioOutputTest, refusesAnotherFormatInTheMiddle)
 {
     open(AudioOutputSpec::Null);
     EXPECT_TRUE(write(1));
-    EXPECT_FALSE(output->write({44100, 2}, tone(440, 0)));
+    const std::vector<float> samples = tone(440, 0);
+    EXPECT_EQ(output->write({44100, 2}, reinterpret_cast<const char *>(samples.data()),
+                  samples.size() * sizeof(float)),
+        Taken::Refused);
     EXPECT_EQ(output->format(), Format);
 }
 

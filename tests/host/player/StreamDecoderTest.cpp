@@ -1,16 +1,20 @@
 #include "host/player/StreamDecoder.h"
 
-#include "media/GstHandles.h"
+#include "host/player/DecoderProcess.h"
 #include "tests/host/player/Recording.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QStringList>
 
-#include <cmath>
+#include <csignal>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <thread>
 
 namespace {
+
+using Taken = StreamConsumer::Taken;
 
 /// Collects what a decoder makes; tells its pitch by counting how often the first channel rises
 /// through zero.
@@ -19,9 +23,9 @@ public:
     StreamDecoderCallbacks callbacks()
     {
         StreamDecoderCallbacks callbacks;
-        callbacks.takeAudio = [this](const AudioFormat &taken, void *audio) {
+        callbacks.takeAudio = [this](const AudioFormat &taken, const char *data, std::size_t size) {
             format = taken;
-            return take(static_cast<GstBuffer *>(audio));
+            return take(data, size);
         };
         callbacks.takeTitle = [this](const QString &title) { titles.append(title); };
         callbacks.takeBitRate = [this](int rate) { bitRate = rate; };
@@ -37,13 +41,12 @@ public:
     std::atomic<bool> refuse {false};
 
 private:
-    bool take(GstBuffer *buffer)
+    Taken take(const char *data, std::size_t size)
     {
-        GstMapInfo map;
-        EXPECT_TRUE(gst_buffer_map(buffer, &map, GST_MAP_READ));
-        const auto *samples = reinterpret_cast<const float *>(map.data);
+        std::vector<float> samples(size / sizeof(float));
+        std::memcpy(samples.data(), data, size);
         const auto channels = static_cast<std::size_t>(format.channels);
-        const std::size_t count = map.size / sizeof(float) / channels;
+        const std::size_t count = samples.size() / channels;
         for (std::size_t i = 0; i < count; ++i) {
             const float now = samples[i * channels];
             // Encoders leave some noise around the silence at the ends.
@@ -55,9 +58,7 @@ private:
             }
         }
         frames += static_cast<long>(count);
-        gst_buffer_unmap(buffer, &map);
-        gst_buffer_unref(buffer);
-        return !refuse;
+        return refuse ? Taken::Refused : Taken::All;
     }
 
     bool m_below = true;
@@ -65,14 +66,27 @@ private:
     int rises = 0;
 };
 
-bool pushAll(StreamDecoder &decoder, const QByteArray &bytes, int piece)
+bool push(StreamDecoder &decoder, const char *data, std::size_t size)
+{
+    Taken taken = Taken::None;
+    while (taken == Taken::None)
+        taken = decoder.push(data, size);
+    return taken == Taken::All;
+}
+
+bool pushAll(StreamDecoder &decoder, const QByteArray &bytes, int piece = 4096)
 {
     for (int at = 0; at < bytes.size(); at += piece) {
         const int size = qMin(piece, bytes.size() - at);
-        if (!decoder.push(bytes.constData() + at, static_cast<std::size_t>(size)))
+        if (!push(decoder, bytes.constData() + at, static_cast<std::size_t>(size)))
             return false;
     }
     return true;
+}
+
+void finish(StreamDecoder &decoder)
+{
+    while (!decoder.finish()) { }
 }
 
 struct Codec {
@@ -86,11 +100,11 @@ TEST_P(StreamDecoderCodecTest, soundsAsItWasRecorded)
 {
     const QByteArray stream = recordedTone(GetParam().encoder, 440, 3);
     ASSERT_FALSE(stream.isEmpty());
-    for (const int piece : {stream.size(), 1000}) {
+    for (const int piece : {16384, 1000}) {
         Listener listener;
         StreamDecoder decoder({}, listener.callbacks());
         EXPECT_TRUE(pushAll(decoder, stream, piece));
-        decoder.finish();
+        finish(decoder);
         EXPECT_TRUE(decoder.isUsable());
         EXPECT_NEAR(listener.seconds(), 3, 0.15);
         EXPECT_NEAR(listener.pitch(), 440, 22);
@@ -106,7 +120,7 @@ INSTANTIATE_TEST_SUITE_P(Codecs, StreamDecoderCodecTest,
             "audio/mpeg,stream-format=adts"},
         Codec {"vorbis", "vorbisenc ! oggmux"}, Codec {"opus", "audioresample ! opusenc ! oggmux"},
         Codec {"flac", "flacenc"}, Codec {"ts", "voaacenc ! aacparse ! mpegtsmux"},
-        Codec {"wav", "wavenc"}),
+        Codec {"mp4", "voaacenc ! aacparse ! mp4mux fragment-duration=500 streamable=true"}),
     [](const auto &codec) { return std::string(codec.param.name); });
 
 TEST(StreamDecoderTest, givesTheFormatThatIsWanted)
@@ -114,7 +128,7 @@ TEST(StreamDecoderTest, givesTheFormatThatIsWanted)
     Listener listener;
     StreamDecoder decoder({48000, 1}, listener.callbacks());
     EXPECT_TRUE(pushAll(decoder, recordedTone("flacenc", 440, 2), 4096));
-    decoder.finish();
+    finish(decoder);
     EXPECT_EQ(listener.format, (AudioFormat {48000, 1}));
     EXPECT_NEAR(listener.seconds(), 2, 0.1);
     EXPECT_NEAR(listener.pitch(), 440, 22);
@@ -126,7 +140,7 @@ TEST(StreamDecoderTest, joinsAStreamInTheMiddleOfAFrame)
     Listener listener;
     StreamDecoder decoder({}, listener.callbacks());
     EXPECT_TRUE(pushAll(decoder, stream.mid(stream.size() / 2 + 77), 4096));
-    decoder.finish();
+    finish(decoder);
     EXPECT_NEAR(listener.seconds(), 2, 0.2);
 }
 
@@ -138,7 +152,7 @@ TEST(StreamDecoderTest, takesTitlesThatAreInTheStream)
         = recordedTone("taginject tags=\"title=One,artist=Ann\" ! vorbisenc ! oggmux", 440, 1);
     ASSERT_FALSE(stream.isEmpty());
     pushAll(decoder, stream, 4096);
-    decoder.finish();
+    finish(decoder);
     EXPECT_TRUE(listener.titles.contains(QStringLiteral("Ann - One")))
         << listener.titles.join(QLatin1Char('|')).toStdString();
 }
@@ -152,35 +166,128 @@ TEST(StreamDecoderTest, whatIsNoAudioIsNotUsable)
         Listener listener;
         StreamDecoder decoder({}, listener.callbacks());
         pushAll(decoder, stream, 4096);
-        decoder.finish();
+        finish(decoder);
         EXPECT_FALSE(decoder.isUsable()) << stream.left(10).toStdString();
         EXPECT_FALSE(listener.format.isKnown());
     }
 }
 
-TEST(StreamDecoderTest, anAbortEndsAWaitForRoom)
+TEST(StreamDecoderTest, whatIsNotOfferedIsNotDecoded)
 {
-    // Nobody takes the audio, so pushing must wait at some time.
-    std::atomic<bool> aborted {false};
+    for (const char *encoder : {"wavenc", "vorbisenc ! matroskamux", "lamemp3enc ! avimux"}) {
+        const QByteArray stream = recordedTone(encoder, 440, 2);
+        ASSERT_FALSE(stream.isEmpty()) << encoder;
+        Listener listener;
+        StreamDecoder decoder({}, listener.callbacks());
+        pushAll(decoder, stream);
+        finish(decoder);
+        EXPECT_FALSE(decoder.isUsable()) << encoder;
+        EXPECT_FALSE(listener.format.isKnown()) << encoder;
+    }
+}
+
+struct Change {
+    const char *name;
+    const char *first;
+    int firstRate;
+    const char *second;
+    int secondRate;
+};
+
+class StreamDecoderChangeTest : public testing::TestWithParam<Change> { };
+
+/// The server goes on with another codec, rate or container in the middle of a connection.
+TEST_P(StreamDecoderChangeTest, goesOnInTheSameFormatAndLosesNothing)
+{
+    const Change &change = GetParam();
+    const QByteArray stream = recordedTone(change.first, 440, 4, change.firstRate)
+        + recordedTone(change.second, 440, 4, change.secondRate);
+    Listener listener;
+    StreamDecoder decoder({}, listener.callbacks());
+    EXPECT_TRUE(pushAll(decoder, stream, 1000));
+    finish(decoder);
+    EXPECT_TRUE(decoder.isUsable());
+    EXPECT_EQ(listener.format, (AudioFormat {change.firstRate, 2}));
+    EXPECT_NEAR(listener.seconds(), 8, 0.4);
+    EXPECT_NEAR(listener.pitch(), 440, 22);
+}
+
+constexpr const char *Adts = "voaacenc ! aacparse ! audio/mpeg,stream-format=adts";
+
+INSTANTIATE_TEST_SUITE_P(Changes, StreamDecoderChangeTest,
+    testing::Values(Change {"aacRate", Adts, 44100, Adts, 32000},
+        Change {"mp3Rate", "lamemp3enc", 44100, "lamemp3enc", 48000},
+        Change {"mp3ToAac", "lamemp3enc", 44100, Adts, 44100},
+        Change {"aacToMp3", Adts, 44100, "lamemp3enc", 48000},
+        Change {"flacToMp3", "flacenc", 44100, "lamemp3enc", 44100},
+        Change {"chainedOgg", "vorbisenc ! oggmux", 44100, "vorbisenc ! oggmux", 48000},
+        Change {"vorbisToOpus", "vorbisenc ! oggmux", 48000, "opusenc ! oggmux", 48000}),
+    [](const auto &change) { return std::string(change.param.name); });
+
+TEST(StreamDecoderTest, aPushWithoutSpaceComesBackWithinAQuarterOfASecond)
+{
+    // The audio is not taken, so there must be no space at some time.
     StreamDecoderCallbacks callbacks = Listener().callbacks();
-    callbacks.takeAudio = [&aborted](const AudioFormat &, void *audio) {
-        gst_buffer_unref(static_cast<GstBuffer *>(audio));
-        while (!aborted)
-            std::this_thread::yield();
-        return false;
+    callbacks.takeAudio = [](const AudioFormat &, const char *, std::size_t) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        return Taken::None;
     };
     callbacks.takeTitle = [](const QString &) {};
     callbacks.takeBitRate = [](int) {};
     StreamDecoder decoder({}, callbacks);
     const QByteArray stream = recordedTone("flacenc", 440, 30);
-    std::thread other([&] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        aborted = true;
-        decoder.abort();
-    });
-    EXPECT_FALSE(pushAll(decoder, stream.repeated(20), 4096));
-    other.join();
-    decoder.finish();
+    QElapsedTimer clock;
+    Taken taken = Taken::All;
+    for (int at = 0; taken == Taken::All; at = (at + 4096) % (stream.size() - 4096)) {
+        clock.restart();
+        taken = decoder.push(stream.constData() + at, 4096);
+    }
+    EXPECT_EQ(taken, Taken::None);
+    EXPECT_GE(clock.elapsed(), 200);
+    EXPECT_LT(clock.elapsed(), 1500);
+    EXPECT_FALSE(decoder.finish());
+
+    clock.restart();
+    decoder.abort();
+    EXPECT_EQ(decoder.push(stream.constData(), 4096), Taken::Refused);
+    EXPECT_TRUE(decoder.finish());
+    EXPECT_LT(clock.elapsed(), 500);
+}
+
+TEST(StreamDecoderTest, aProcessThatDiesIsAStreamThatCannotBeDecoded)
+{
+    Listener listener;
+    auto process = std::make_unique<DecoderProcess>();
+    ASSERT_TRUE(process->isRunning());
+    const pid_t pid = process->pid();
+    StreamDecoder decoder({}, listener.callbacks(), std::move(process));
+    const QByteArray stream = recordedTone("lamemp3enc", 440, 2);
+    EXPECT_TRUE(pushAll(decoder, stream));
+    ::kill(pid, SIGSEGV);
+    finish(decoder);
+    EXPECT_FALSE(decoder.isUsable());
+    EXPECT_EQ(decoder.push(stream.constData(), 100), Taken::Refused);
+}
+
+TEST(StreamDecoderTest, aProcessThatStandsStillHoldsNobodyUp)
+{
+    Listener listener;
+    auto process = std::make_unique<DecoderProcess>();
+    const pid_t pid = process->pid();
+    ::kill(pid, SIGSTOP);
+    QElapsedTimer clock;
+    clock.start();
+    {
+        StreamDecoder decoder({}, listener.callbacks(), std::move(process));
+        const QByteArray stream = recordedTone("lamemp3enc", 440, 20).repeated(10);
+        Taken taken = Taken::All;
+        for (int at = 0; taken == Taken::All && at + 4096 < stream.size(); at += 4096)
+            taken = decoder.push(stream.constData() + at, 4096);
+        EXPECT_EQ(taken, Taken::None);
+        clock.restart();
+    }
+    EXPECT_LT(clock.elapsed(), 1000);
+    EXPECT_EQ(::kill(pid, 0), -1);
 }
 
 } // namespace

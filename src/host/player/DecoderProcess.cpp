@@ -1,0 +1,99 @@
+#include "host/player/DecoderProcess.h"
+
+#include "decoder/DecoderFrames.h"
+#include "host/HostFolders.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/// How the new process begins: alone in its group, so that a terminal's Ctrl-C is for the host,
+/// with no signal blocked, and with no descriptor but its socket.
+class SpawnSettings {
+public:
+    explicit SpawnSettings(int socket)
+    {
+        sigset_t none;
+        sigemptyset(&none);
+        sigset_t ignored;
+        sigemptyset(&ignored);
+        sigaddset(&ignored, SIGPIPE);
+        posix_spawnattr_init(&m_attributes);
+        posix_spawnattr_setpgroup(&m_attributes, 0);
+        posix_spawnattr_setsigmask(&m_attributes, &none);
+        posix_spawnattr_setsigdefault(&m_attributes, &ignored);
+        posix_spawnattr_setflags(
+            &m_attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        posix_spawn_file_actions_init(&m_files);
+        posix_spawn_file_actions_addopen(&m_files, STDIN_FILENO, "/dev/null", O_RDWR, 0);
+        posix_spawn_file_actions_adddup2(&m_files, STDIN_FILENO, STDOUT_FILENO);
+        posix_spawn_file_actions_adddup2(&m_files, STDIN_FILENO, STDERR_FILENO);
+        posix_spawn_file_actions_adddup2(&m_files, socket, DecoderSocket);
+        posix_spawn_file_actions_addclosefrom_np(&m_files, DecoderSocket + 1);
+    }
+    ~SpawnSettings()
+    {
+        posix_spawn_file_actions_destroy(&m_files);
+        posix_spawnattr_destroy(&m_attributes);
+    }
+    Q_DISABLE_COPY(SpawnSettings)
+
+    const posix_spawnattr_t *attributes() const { return &m_attributes; }
+    const posix_spawn_file_actions_t *files() const { return &m_files; }
+
+private:
+    posix_spawnattr_t m_attributes {};
+    posix_spawn_file_actions_t m_files {};
+};
+
+} // namespace
+
+DecoderProcess::DecoderProcess()
+{
+    int sockets[2] = {-1, -1};
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0) {
+        m_problem = QString::fromLocal8Bit(std::strerror(errno));
+        return;
+    }
+    ::fcntl(sockets[0], F_SETFL, O_NONBLOCK);
+    m_socket = sockets[0];
+    QByteArray program = QFile::encodeName(HostFolders::decoderProgram());
+    char *const arguments[] = {program.data(), nullptr};
+    const SpawnSettings settings(sockets[1]);
+    const int error = ::posix_spawn(
+        &m_pid, program.constData(), settings.files(), settings.attributes(), arguments, environ);
+    ::close(sockets[1]);
+    if (error != 0) {
+        m_pid = -1;
+        m_problem = QStringLiteral("%1: %2").arg(
+            HostFolders::decoderProgram(), QString::fromLocal8Bit(std::strerror(error)));
+    }
+}
+
+DecoderProcess::~DecoderProcess()
+{
+    kill();
+    if (m_pid > 0) {
+        while (::waitpid(m_pid, nullptr, 0) < 0 && errno == EINTR) { }
+    }
+    if (m_socket >= 0)
+        ::close(m_socket);
+}
+
+void DecoderProcess::kill()
+{
+    if (m_socket >= 0)
+        ::shutdown(m_socket, SHUT_RDWR);
+    // Not reaped before the destructor, so the number is still this process's.
+    if (m_pid > 0)
+        ::kill(m_pid, SIGKILL);
+}

@@ -1,0 +1,40 @@
+#include "host/player/PlayThread.h"
+
+#include "api/core/vesk.h"
+#include "host/player/StreamPlay.h"
+
+void PlayThread::Ending::set()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_ended = true;
+    }
+    m_changed.notify_all();
+}
+
+bool PlayThread::Ending::wait(std::chrono::milliseconds time)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    return m_changed.wait_for(lock, time, [this] { return m_ended; });
+}
+
+PlayThread::PlayThread(std::unique_ptr<StreamPlay> play, std::shared_ptr<Ending> previous)
+    : m_play(std::move(play))
+    , m_previous(std::move(previous))
+    , m_ending(std::make_shared<Ending>())
+{
+    m_play->moveToThread(this);
+}
+
+PlayThread::~PlayThread() = default;
+
+void PlayThread::run()
+{
+    veskSetThreadName(QStringLiteral("Player"));
+    if (m_previous)
+        m_previous->wait(PatienceWithPrevious);
+    m_play->start();
+    exec();
+    m_play.reset();
+    m_ending->set();
+}

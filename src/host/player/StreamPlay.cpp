@@ -1,0 +1,77 @@
+#include "host/player/StreamPlay.h"
+
+#include "host/player/AudioOutput.h"
+#include "host/player/StreamSupply.h"
+
+StreamPlay::StreamPlay(
+    const StreamSource &source, const AudioOutputSpec &output, const StreamReader::Times &times)
+    : m_source(source)
+    , m_spec(output)
+    , m_times(times)
+{
+}
+
+StreamPlay::~StreamPlay()
+{
+    if (!m_output)
+        return;
+    disconnect(m_output.get(), nullptr, this, nullptr);
+    cutSupply();
+}
+
+void StreamPlay::start()
+{
+    m_output = std::make_unique<AudioOutput>(m_spec);
+    connect(m_output.get(), &AudioOutput::audibleChanged, this,
+        [this](bool audible) { Q_EMIT audibleChanged(audible, m_step); });
+    connect(m_output.get(), &AudioOutput::drained, this, &StreamPlay::ended);
+    connect(m_output.get(), &AudioOutput::failed, this, &StreamPlay::gaveUp);
+    supply();
+}
+
+void StreamPlay::supply()
+{
+    m_supply = std::make_unique<StreamSupply>(m_source, *m_output, m_times);
+    connect(m_supply.get(), &StreamSupply::titleChanged, this, &StreamPlay::titleChanged);
+    connect(m_supply.get(), &StreamSupply::bitRateChanged, this, &StreamPlay::bitRateChanged);
+    connect(m_supply.get(), &StreamSupply::ended, m_output.get(), &AudioOutput::finish);
+    connect(m_supply.get(), &StreamSupply::gaveUp, this, &StreamPlay::gaveUp);
+    m_supply->start();
+}
+
+void StreamPlay::cutSupply()
+{
+    if (!m_supply)
+        return;
+    m_output->refuse(true);
+    m_supply.reset();
+    m_output->refuse(false);
+}
+
+void StreamPlay::pause(int step)
+{
+    m_step = step;
+    if (!m_output)
+        return;
+    m_output->pause();
+    if (m_source.live) {
+        cutSupply();
+        m_output->flush();
+    }
+}
+
+void StreamPlay::resume(int step)
+{
+    m_step = step;
+    if (!m_output)
+        return;
+    if (m_source.live && !m_supply)
+        supply();
+    m_output->resume();
+}
+
+void StreamPlay::tryNow()
+{
+    if (m_supply)
+        m_supply->tryNow();
+}
