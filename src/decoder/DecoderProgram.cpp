@@ -21,6 +21,9 @@
 
 namespace {
 
+/// Between two looks at a stream of which all bytes are there.
+constexpr int LookMs = 200;
+
 enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
 
 bool isSocket(int descriptor)
@@ -88,7 +91,8 @@ public:
             std::array<pollfd, 2> wait {
                 pollfd {DecoderSocket, static_cast<short>(hungry ? POLLIN : 0), 0},
                 pollfd {m_wake, POLLIN, 0}};
-            if (::poll(wait.data(), wait.size(), -1) < 0 && errno != EINTR)
+            const int timeout = m_ended && !m_told ? LookMs : -1;
+            if (::poll(wait.data(), wait.size(), timeout) < 0 && errno != EINTR)
                 return Failure;
             if (wait[1].revents & POLLIN)
                 clearWake();

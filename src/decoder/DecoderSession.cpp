@@ -17,12 +17,16 @@ constexpr std::uint64_t StallSeconds = 3;
 constexpr std::uint64_t MaxBytesBeforeSamples = 16 * 1024 * 1024;
 /// After a restart there are none to be expected.
 constexpr std::uint64_t MaxBytesAfterRestart = 512 * 1024;
-/// Bytes after the last sample of an ended stream that are worth another pipeline: less may be tags.
+/// Bytes after the last sample of an ended stream that are worth another pipeline: less may be
+/// tags.
 constexpr std::uint64_t MinRest = 4096;
 /// What a pipeline took is known to the size of a piece.
 constexpr std::uint64_t Overlap = DecoderPipeline::Piece;
 /// A pipeline that fails again and again must not be given the same bytes for ever.
 constexpr std::uint64_t MinProgress = 1024;
+
+/// Without a sample, once all bytes are there.
+constexpr std::chrono::milliseconds SilenceAfterEnd {1000};
 
 /// What containers begin with. A pipeline that begins in the middle of one decodes nothing of it.
 constexpr std::array<std::string_view, 3> Beginnings {
@@ -68,6 +72,7 @@ void DecoderSession::forgetDecoded()
 void DecoderSession::finish()
 {
     m_finished = true;
+    m_framesSince = std::chrono::steady_clock::now();
     m_pipeline->finish();
 }
 
@@ -89,9 +94,23 @@ bool DecoderSession::isStalled() const
     return taken - std::min(taken, decoded) > patience;
 }
 
+/// Some demuxers that found nothing keep the end of the stream to themselves.
+bool DecoderSession::hasFallenSilent()
+{
+    const auto now = std::chrono::steady_clock::now();
+    const std::uint64_t frames = m_pipeline->framesDecoded();
+    if (frames != m_framesSeen || m_pipeline->isWaiting() || !m_finished) {
+        m_framesSeen = frames;
+        m_framesSince = now;
+    }
+    return m_finished && now - m_framesSince > SilenceAfterEnd;
+}
+
 State DecoderSession::look()
 {
-    const State state = m_pipeline->state();
+    State state = m_pipeline->state();
+    if (hasFallenSilent() && state == State::Decoding)
+        state = State::Ended;
     const bool isAtEnd = state == State::Ended && m_finished;
     if ((state == State::Decoding || isAtEnd) && !isStalled())
         return state;
@@ -124,6 +143,8 @@ bool DecoderSession::restart()
     m_tail.erase(m_tail.begin(), m_tail.begin() + static_cast<std::ptrdiff_t>(begin));
     m_tailBegin = 0;
     m_restarted = true;
+    m_framesSeen = 0;
+    m_framesSince = std::chrono::steady_clock::now();
     m_pipeline.reset();
     m_pipeline = std::make_unique<DecoderPipeline>(m_wanted, m_callbacks);
     push(bytes.data() + begin, bytes.size() - begin);

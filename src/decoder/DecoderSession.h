@@ -3,6 +3,7 @@
 #include "decoder/DecoderFrames.h"
 #include "decoder/DecoderPipeline.h"
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -21,13 +22,15 @@ public:
     bool hasSpace() const { return m_pipeline->hasSpace(); }
     void feed(const char *data, std::size_t size);
     void finish();
-    /// To be called after wake() and feed(): begins anew where that is of use, and tells how it is.
+    /// To be called after wake() and feed(), and after finish() from time to time: begins anew
+    /// where that is of use, and tells how it is.
     DecoderPipeline::State look();
     std::string reason() const { return m_pipeline->reason(); }
 
 private:
     void push(const char *data, std::size_t size);
     bool isStalled() const;
+    bool hasFallenSilent();
     bool restart();
     void forgetDecoded();
 
@@ -38,4 +41,6 @@ private:
     std::uint64_t m_tailBegin = 0; ///< its position among the bytes that m_pipeline got
     bool m_restarted = false;
     bool m_finished = false;
+    std::uint64_t m_framesSeen = 0; ///< by hasFallenSilent()
+    std::chrono::steady_clock::time_point m_framesSince; ///< since when there are so many
 };

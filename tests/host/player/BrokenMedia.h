@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QVector>
+
+#include <random>
+
+/// \file
+/// Streams as encoders make them, and what broken encoders, servers and attackers make of them.
+
+/// Two seconds of a tone in each of the formats that are offered: MP3, AAC in ADTS, in MP4 and in
+/// MPEG-TS, Vorbis and Opus in Ogg, FLAC. Made once.
+const QVector<QByteArray> &soundMedia();
+
+/// ADTS AAC whose frame headers are intact and whose payload is random, or zeros.
+QByteArray scrambledAac(std::mt19937 &random, bool zeros);
+
+/// One of soundMedia() with damage that \a random chooses: bits flipped, pieces zeroed, repeated,
+/// left out or swapped, another stream's bytes in the middle, a cut.
+QByteArray brokenMedia(std::mt19937 &random);
