@@ -303,6 +303,10 @@
         <translation>Die Tonausgabe funktioniert nicht.</translation>
     </message>
     <message>
+        <source>There is no sound device.</source>
+        <translation>Es gibt kein Gerät für die Tonausgabe.</translation>
+    </message>
+    <message>
         <source>This device cannot play the station's streams.</source>
         <translation>Dieses Gerät kann die Streams des Senders nicht abspielen.</translation>
     </message>

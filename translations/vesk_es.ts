@@ -303,6 +303,10 @@
         <translation>La salida de sonido no funciona.</translation>
     </message>
     <message>
+        <source>There is no sound device.</source>
+        <translation>No hay ningún dispositivo de sonido.</translation>
+    </message>
+    <message>
         <source>This device cannot play the station's streams.</source>
         <translation>Este dispositivo no puede reproducir las emisiones de la emisora.</translation>
     </message>

@@ -303,6 +303,10 @@
         <translation>La sortie audio ne fonctionne pas.</translation>
     </message>
     <message>
+        <source>There is no sound device.</source>
+        <translation>Il n'y a pas de périphérique audio.</translation>
+    </message>
+    <message>
         <source>This device cannot play the station's streams.</source>
         <translation>Cet appareil ne peut pas lire les flux de la station.</translation>
     </message>
