@@ -8,6 +8,7 @@ install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/api DESTINATION ${CMAKE_INSTALL_INCLUD
     PATTERN "CMCallGate.h" EXCLUDE
     PATTERN "CMContextCall.h" EXCLUDE
     PATTERN "CMRoleTable.h" EXCLUDE
+    PATTERN "HttpBreaker.h" EXCLUDE
     PATTERN "HttpCache.h" EXCLUDE
     PATTERN "HttpClientEngine.h" EXCLUDE
     PATTERN "HttpSettings.h" EXCLUDE

@@ -8,6 +8,7 @@
 #include "runtime/Memory.h"
 #include "runtime/PluginThread.h"
 #include "runtime/UiLanguage.h"
+#include "worker/Cancellation.h"
 #include "worker/Confinement.h"
 #include "worker/PlayerMirror.h"
 #include "worker/Upstream.h"
@@ -21,6 +22,7 @@
 #include <log4cplus/initializer.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -35,6 +37,7 @@ namespace {
 enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
 
 constexpr int StartMilliseconds = 30000;
+constexpr std::chrono::seconds SignInterval {1};
 
 bool isSocket(int descriptor)
 {
@@ -89,6 +92,8 @@ public:
         m_root.setDefaultWorker(&m_upstream);
         PlayLogicInterface::setPlayerInstance(&m_player);
         startLink();
+        // An exchange that takes long is waiting, not hanging: it has a limit of its own.
+        HttpClient::setActivityListener([this] { tellOfLife(); });
         m_language = std::make_unique<UiLanguage>(start.translations);
         passOnRoutes();
     }
@@ -149,6 +154,15 @@ private:
             Qt::DirectConnection);
     }
 
+    /// Often enough for the host's patience, and not with each short exchange.
+    void tellOfLife()
+    {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        auto last = m_lastSign.load();
+        if (now - last > SignInterval && m_lastSign.compare_exchange_strong(last, now))
+            m_link.send(AliveMessage());
+    }
+
     void startLink()
     {
         NodeLink::Handler handler;
@@ -160,6 +174,9 @@ private:
                 ::_exit(Failure);
         };
         handler.interrupted = [] { return CMUnansweredError(); };
+        handler.cancel = [this](const std::shared_ptr<CMReplyAbstractData> &answer) {
+            m_cancellation.cancel(answer);
+        };
         m_link.start(std::move(handler));
     }
 
@@ -193,6 +210,7 @@ private:
     }
 
     CMRootWorker m_root;
+    Cancellation m_cancellation;
     NodeLink m_link;
     Upstream m_upstream;
     ValuesMirror m_values;
@@ -200,6 +218,7 @@ private:
     std::unique_ptr<UiLanguage> m_language;
     PluginThread m_thread;
     std::unique_ptr<LoopReceiver> m_receiver; ///< m_thread's
+    std::atomic<std::chrono::steady_clock::duration> m_lastSign {};
     bool m_stopping = false;
     std::atomic<bool> m_done {false};
 };

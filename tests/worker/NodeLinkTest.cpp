@@ -203,6 +203,83 @@ TEST_F(NodeLinkTest, BringsQuestionsThereAndAnswersBack)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
+TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
+{
+    const Answer answer = request(path("A:x"));
+    ASSERT_TRUE(spinUntilAsked(1));
+    answer.data()->setError(CMCancelledError());
+    ASSERT_TRUE(spinUntil([&] { return !told<CancelMessage>(MessageKind::Cancel).empty(); }));
+    const quint64 id = asked().front().id;
+    EXPECT_EQ(told<CancelMessage>(MessageKind::Cancel).front().id, id);
+    // The other side answers all the same.
+    AnswerMessage late;
+    late.id = id;
+    tell(late);
+    // One that was answered is not taken back, nor is one that changes something.
+    const Answer second = request(path("A:y"));
+    ASSERT_TRUE(spinUntilAsked(2));
+    late.id = asked().back().id;
+    tell(late);
+    ASSERT_TRUE(second.wait());
+    const Answer change;
+    m_link->request(CMSetDataRequest(path("A:z"), VeskRoles::Value(), 5, change.reply()));
+    ASSERT_TRUE(spinUntilAsked(3));
+    change.data()->setError(CMCancelledError());
+    const Answer last = request(path("A:last"));
+    ASSERT_TRUE(spinUntilAsked(4));
+    EXPECT_EQ(told<CancelMessage>(MessageKind::Cancel).size(), 1U);
+    EXPECT_FALSE(m_ended->hasEnded());
+}
+
+TEST_F(NodeLinkTest, WhatTheOtherSideTakesBackEndsAndIsAnswered)
+{
+    HoldingWorker worker;
+    ASSERT_TRUE(m_root.addWorker(QStringLiteral("H"), &worker));
+    ask(1, path("H:x"));
+    ask(2, path("H:y"));
+    ASSERT_TRUE(spinUntil([&] { return worker.count() == 2; }));
+    CancelMessage cancel;
+    cancel.id = 1;
+    tell(cancel);
+    ASSERT_TRUE(spinUntilAnswered(1));
+    EXPECT_EQ(answered().front().id, 1U);
+    EXPECT_EQ(
+        answered().front().error.message().sourceText(), CMCancelledError().message().sourceText());
+    // The answer that comes later is not sent; one that was sent cannot be taken back.
+    std::vector<CMRequest> requests = worker.take();
+    requests[0].reply().setValue(QVariantList {1});
+    requests[1].reply().setValue(QVariantList {2});
+    ASSERT_TRUE(spinUntilAnswered(2));
+    tell(cancel);
+    cancel.id = 12345;
+    tell(cancel);
+    ask(3, path("H:z"));
+    ASSERT_TRUE(spinUntil([&] { return worker.count() == 1; }));
+    EXPECT_EQ(answered().size(), 2U);
+    EXPECT_FALSE(m_ended->hasEnded());
+    m_root.removeWorker(&worker);
+}
+
+TEST_F(NodeLinkTest, ASignOfLifeIsAsGoodAsAnAnswer)
+{
+    const Answer answer = request(path("A:x"));
+    ASSERT_TRUE(spinUntilAsked(1));
+    ASSERT_TRUE(spinUntil([&] { return m_link->silence() > milliseconds(200); }));
+    tell(AliveMessage());
+    EXPECT_TRUE(spinUntil([&] { return m_link->silence() < milliseconds(100); }));
+    EXPECT_FALSE(answer.isThere());
+}
+
+TEST_F(NodeLinkTest, TwoQuestionsOfOneNumberEndIt)
+{
+    HoldingWorker worker;
+    ASSERT_TRUE(m_root.addWorker(QStringLiteral("H"), &worker));
+    ask(1, path("H:x"));
+    ask(1, path("H:y"));
+    EXPECT_EQ(reason(), "a question with the number of another one");
+    m_root.removeWorker(&worker);
+}
+
 TEST_F(NodeLinkTest, AQuestionThatWantsNoAnswerIsOneToo)
 {
     m_link->request(CMSetDataRequest(path("A:x"), VeskRoles::Value(), 5, {}));

@@ -21,6 +21,11 @@ CMError CMUnansweredError()
     return error;
 }
 
+CMError CMCancelledError()
+{
+    return CMError(TrString("CMReply", "The request was cancelled."));
+}
+
 CMReplyAbstractData::~CMReplyAbstractData()
 {
     for (const std::shared_ptr<CMContextCall> &watcher : m_watchers)
@@ -89,8 +94,7 @@ void CMReplyAbstractData::whenFinished(std::function<void()> function)
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (!m_finished) {
-            VESK_ASSERT(!m_follower);
-            m_follower = std::move(function);
+            m_followers.push_back(std::move(function));
             return;
         }
     }
@@ -100,7 +104,7 @@ void CMReplyAbstractData::whenFinished(std::function<void()> function)
 void CMReplyAbstractData::finish(const std::function<void()> &store)
 {
     std::vector<std::shared_ptr<CMContextCall>> watchers;
-    std::function<void()> follower;
+    std::vector<std::function<void()>> followers;
     std::shared_ptr<std::condition_variable> condition;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -109,7 +113,7 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
         store();
         m_finished = true;
         watchers.swap(m_watchers);
-        follower.swap(m_follower);
+        followers.swap(m_followers);
         condition = m_condition;
     }
     // Whoever waited may let go of this from here on: nothing of it is touched any more. And he
@@ -118,7 +122,7 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
         condition->notify_all();
     for (const std::shared_ptr<CMContextCall> &watcher : watchers)
         watcher->trigger();
-    if (follower)
+    for (const std::function<void()> &follower : followers)
         follower();
 }
 

@@ -18,6 +18,9 @@ class CMContextCall;
 
 /// What an answer ends with when nobody gave one.
 VESK_API CMError CMUnansweredError();
+/// With this the asking side ends an answer that it does not want any more: a request that still
+/// waits is dropped then, and an HTTP exchange that only reads for it is ended.
+VESK_API CMError CMCancelledError();
 
 /// The shared state of one answer: unfinished, then once and for all a value or an error. Any
 /// thread may wait for it, ask for it, or complete it; whoever completes it second changes nothing.
@@ -49,7 +52,7 @@ public:
     /// time after.
     void whenFinished(QObject *context, std::function<void()> function);
     /// Calls \a function once the answer is there: on whichever thread completes it, right after,
-    /// or at once when it is there already. \a function must return soon. One per answer.
+    /// or at once when it is there already. \a function must return soon.
     void whenFinished(std::function<void()> function);
 
 protected:
@@ -67,7 +70,7 @@ private:
     mutable std::shared_ptr<std::condition_variable> m_condition;
     CMError m_error;
     std::vector<std::shared_ptr<CMContextCall>> m_watchers;
-    std::function<void()> m_follower;
+    std::vector<std::function<void()>> m_followers;
 };
 
 /// An answer that carries a T.
@@ -130,6 +133,11 @@ public:
     CMReplyData<T> *data() const
     {
         return m_promise ? static_cast<CMReplyData<T> *>(m_promise->data().get()) : nullptr;
+    }
+    /// To keep the data without the promise to answer; null when this is.
+    std::shared_ptr<CMReplyAbstractData> sharedData() const
+    {
+        return m_promise ? m_promise->data() : nullptr;
     }
     bool isFinished() const { return !isNull() && data()->isFinished(); }
     CMError error() const { return isNull() ? CMError() : data()->error(); }

@@ -10,6 +10,7 @@
 #include <QEvent>
 #include <QThread>
 
+#include <atomic>
 #include <deque>
 #include <mutex>
 #include <utility>
@@ -22,6 +23,28 @@ namespace {
 /// their turn: a single request may block the thread for long.
 constexpr int batchSize = 16;
 constexpr qint64 batchMilliseconds = 5;
+
+std::atomic<CMWorker::HandlingListener *> handlingListener {nullptr};
+
+/// Tells the listener, if there is one.
+class Handling {
+public:
+    explicit Handling(const CMRequest &request)
+        : m_listener(handlingListener)
+    {
+        if (m_listener)
+            m_listener->begin(request.reply().sharedData());
+    }
+    ~Handling()
+    {
+        if (m_listener)
+            m_listener->end();
+    }
+    Q_DISABLE_COPY(Handling)
+
+private:
+    CMWorker::HandlingListener *const m_listener;
+};
 
 } // namespace
 
@@ -243,8 +266,19 @@ void CMWorker::trace()
 
 void CMWorker::handleLanguageChanged() { }
 
+CMWorker::HandlingListener::~HandlingListener() = default;
+
+void CMWorker::setHandlingListener(HandlingListener *listener)
+{
+    handlingListener = listener;
+}
+
 void CMWorker::deliver(const CMRequest &request)
 {
+    // Ended by its asker while it waited.
+    if (request.reply().isFinished())
+        return;
+    const Handling handling(request);
     if (request.kind() == CMRequest::SetData && request.path().prefix() == m_name
         && request.path().base().isEmpty()) {
         const CMSetDataRequest setData(request);

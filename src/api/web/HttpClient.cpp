@@ -112,6 +112,16 @@ bool HttpClient::setCaFile(const QString &file)
     return true;
 }
 
+void HttpClient::abandonReading(bool abandon)
+{
+    HttpClientEngine::abandonReading(abandon);
+}
+
+void HttpClient::setActivityListener(std::function<void()> listener)
+{
+    HttpClientEngine::setActivityListener(std::move(listener));
+}
+
 void HttpClient::shutDownAll()
 {
     HttpClientEngine::shutDownAll();

@@ -121,6 +121,14 @@ public:
     /// those clients at once: for a host that shuts down while a plug-in still waits for an answer.
     static void shutDownAll();
 
+    /// While this is on, exchanges that only read, GETs that may use the cache, end with Cancelled
+    /// at once, those under way and those that are started: what they are for is not wanted any
+    /// more. For every client that now exists.
+    static void abandonReading(bool abandon);
+    /// Is called when an exchange of any client begins and when it ends, on the client's thread;
+    /// must return soon. Set it before there are clients.
+    static void setActivityListener(std::function<void()> listener);
+
 private:
     std::unique_ptr<HttpClientEngine> m_engine;
 };

@@ -27,6 +27,7 @@ constexpr long MaxKeptConnections = 16;
 
 const QEvent::Type deliverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 const QEvent::Type shutDownEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+const QEvent::Type abandonEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 /// The engines that live, for shutDownAll(). Never destroyed: engines may outlive static objects.
 struct Registry {
@@ -39,6 +40,19 @@ Registry &registry()
 {
     static auto &engines = *new Registry;
     return engines;
+}
+
+/// Set before there are engines.
+std::function<void()> &activityListener()
+{
+    static auto &listener = *new std::function<void()>;
+    return listener;
+}
+
+void tellActivity()
+{
+    if (activityListener())
+        activityListener()();
 }
 
 /// The URL as it is sent: without its fragment.
@@ -83,6 +97,21 @@ void HttpClientEngine::shutDownAll()
     }
 }
 
+void HttpClientEngine::abandonReading(bool abandon)
+{
+    const std::lock_guard<std::mutex> lock(registry().mutex);
+    for (HttpClientEngine *engine : registry().engines) {
+        engine->m_abandonReading = abandon;
+        if (abandon)
+            QCoreApplication::postEvent(engine, new QEvent(abandonEvent));
+    }
+}
+
+void HttpClientEngine::setActivityListener(std::function<void()> listener)
+{
+    activityListener() = std::move(listener);
+}
+
 void HttpClientEngine::requireOwnThread() const
 {
     // A client that outlived its thread may be destroyed by whoever has it.
@@ -102,10 +131,16 @@ bool HttpClientEngine::refuse(const VeskUrl &url, HttpClient::Function &done)
         status = HttpClientStatus::InvalidRequest;
     else
         return false;
+    dontSend(url, status, done);
+    return true;
+}
+
+void HttpClientEngine::dontSend(
+    const VeskUrl &url, HttpClientStatus status, HttpClient::Function &done)
+{
     VESK_DEBUG(url << ": " << status << ", not sent");
     finish(std::move(done), HttpClientResult(url, status, 0, {}));
     postDelivery();
-    return true;
 }
 
 void HttpClientEngine::get(
@@ -116,9 +151,14 @@ void HttpClientEngine::get(
         return;
     QByteArray key;
     std::optional<HttpCache::Entry> kept;
-    if (m_cache.isEnabled() && options.useCache()) {
+    if (options.useCache()) {
+        if (m_abandonReading)
+            return dontSend(url, HttpClientStatus::Cancelled, done);
         key = cacheKeyOf(url);
-        kept = m_cache.find(key);
+        if (m_breaker.isOpen(key))
+            return dontSend(url, HttpClientStatus::TimedOut, done);
+        if (m_cache.isEnabled())
+            kept = m_cache.find(key);
     }
     if (kept && kept->fresh) {
         const bool fits
@@ -133,6 +173,7 @@ void HttpClientEngine::get(
     auto transfer = takeTransfer();
     transfer->url = url;
     transfer->function = std::move(done);
+    transfer->onlyReads = options.useCache();
     transfer->cacheKey = key;
     transfer->conditional = std::move(kept);
     start(std::move(transfer), options);
@@ -174,6 +215,7 @@ void HttpClientEngine::start(
     transfer->prepare(options);
     CURL *const easy = transfer->easy;
     m_active.push_back(std::move(transfer));
+    tellActivity();
     VESK_ASSERT(curl_multi_add_handle(m_multi, easy) == CURLM_OK);
     // The request leaves now, not when the event loop comes round again.
     drive(CURL_SOCKET_TIMEOUT, 0);
@@ -297,6 +339,10 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     HttpClientStatus status = transfer.status(curlCode);
     int code = static_cast<int>(transfer.info(CURLINFO_RESPONSE_CODE));
     const char *source = "";
+    if (transfer.onlyReads && status == HttpClientStatus::TimedOut)
+        m_breaker.timedOut(transfer.cacheKey);
+    else if (transfer.onlyReads && status == HttpClientStatus::Success)
+        m_breaker.answered(transfer.cacheKey);
     if (!transfer.cacheKey.isNull() && m_cache.isEnabled())
         useCache(transfer, status, code);
     if (status == HttpClientStatus::Success && code == 304 && transfer.conditional) {
@@ -317,6 +363,7 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     curl_multi_remove_handle(m_multi, transfer.easy);
     const auto it = std::find_if(m_active.begin(), m_active.end(),
         [&transfer](const auto &active) { return active.get() == &transfer; });
+    tellActivity();
     // A handle of a failed exchange may be left in any state.
     if (curlCode == CURLE_OK && m_idle.size() < MaxIdle) {
         transfer.clear();
@@ -381,6 +428,12 @@ bool HttpClientEngine::event(QEvent *event)
         deliver();
         return true;
     }
+    if (event->type() == abandonEvent) {
+        if (m_abandonReading)
+            cancelActive(true);
+        deliver();
+        return true;
+    }
     return QObject::event(event);
 }
 
@@ -390,13 +443,23 @@ void HttpClientEngine::cancelAll()
     for (Finished &finished : m_finished)
         finished.result
             = HttpClientResult(finished.result.url(), HttpClientStatus::Cancelled, 0, QByteArray());
-    for (const auto &transfer : m_active) {
-        curl_multi_remove_handle(m_multi, transfer->easy);
-        VESK_DEBUG((transfer->isPost ? "POST " : "GET ") << transfer->url << ": cancelled");
-        finish(std::move(transfer->function),
-            HttpClientResult(transfer->url, HttpClientStatus::Cancelled, 0, QByteArray()));
+    cancelActive(false);
+}
+
+void HttpClientEngine::cancelActive(bool onlyReading)
+{
+    for (auto it = m_active.begin(); it != m_active.end();) {
+        HttpTransfer &transfer = **it;
+        if (onlyReading && !transfer.onlyReads) {
+            ++it;
+            continue;
+        }
+        curl_multi_remove_handle(m_multi, transfer.easy);
+        VESK_DEBUG((transfer.isPost ? "POST " : "GET ") << transfer.url << ": cancelled");
+        finish(std::move(transfer.function),
+            HttpClientResult(transfer.url, HttpClientStatus::Cancelled, 0, QByteArray()));
+        it = m_active.erase(it);
     }
-    m_active.clear();
 }
 
 void HttpClientEngine::close()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/core/export.h"
+#include "api/web/HttpBreaker.h"
 #include "api/web/HttpCache.h"
 #include "api/web/HttpClient.h"
 
@@ -40,6 +41,8 @@ public:
     /// Ends everything with Cancelled, and from now on all that is started.
     void close();
     static void shutDownAll();
+    static void abandonReading(bool abandon);
+    static void setActivityListener(std::function<void()> listener);
 
 protected:
     bool event(QEvent *event) override;
@@ -58,6 +61,7 @@ private:
 
     void requireOwnThread() const;
     bool refuse(const VeskUrl &url, HttpClient::Function &done);
+    void dontSend(const VeskUrl &url, HttpClientStatus status, HttpClient::Function &done);
     void start(std::unique_ptr<HttpTransfer> transfer, const HttpClientOptions &options);
     std::unique_ptr<HttpTransfer> takeTransfer();
     void loadCurl();
@@ -75,11 +79,14 @@ private:
     void postDelivery();
     void deliver();
     void cancelAll();
+    void cancelActive(bool onlyReading);
 
     const HttpClient::HttpVersion m_version;
     const bool m_followRedirects;
     HttpCache m_cache;
+    HttpBreaker m_breaker;
     std::atomic<bool> m_closed {false};
+    std::atomic<bool> m_abandonReading {false};
 
     CURLM *m_multi = nullptr;
     Transfers m_active;

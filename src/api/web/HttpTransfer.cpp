@@ -226,6 +226,7 @@ void HttpTransfer::clear()
     url = VeskUrl();
     cacheKey = QByteArray();
     isPost = false;
+    onlyReads = false;
     function = nullptr;
     sentBody = QByteArray();
     body = QByteArray();

@@ -34,6 +34,7 @@ public:
     QByteArray cacheKey;
     HttpClient::Function function;
     bool isPost = false;
+    bool onlyReads = false; ///< changes nothing at the server
     QByteArray sentBody;
     QByteArray body;
     /// What the cache holds and asks the server to confirm.

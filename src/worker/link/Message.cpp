@@ -105,6 +105,24 @@ bool read(WireReader &, StopMessage &)
     return true;
 }
 
+void write(WireWriter &, const AliveMessage &) { }
+
+bool read(WireReader &, AliveMessage &)
+{
+    return true;
+}
+
+void write(WireWriter &writer, const CancelMessage &message)
+{
+    writer.writeCount(message.id);
+}
+
+bool read(WireReader &reader, CancelMessage &message)
+{
+    message.id = reader.readCount();
+    return true;
+}
+
 void write(WireWriter &writer, const RequestMessage &message)
 {
     writer.writeCount(message.id);
@@ -328,3 +346,5 @@ VESK_MESSAGE(Change)
 VESK_MESSAGE(Route)
 VESK_MESSAGE(Value)
 VESK_MESSAGE(Player)
+VESK_MESSAGE(Cancel)
+VESK_MESSAGE(Alive)

@@ -19,7 +19,8 @@
 ///
 /// The worker begins with Hello; the host answers with Start; the worker says Loaded once, with the
 /// plug-in's root or why there is none. From then on both ask, answer, watch and tell of changes
-/// alike. The host ends it with Stop, whereupon the worker ends.
+/// alike, and take questions back with Cancel. The host ends it with Stop, whereupon the worker
+/// ends.
 
 enum class MessageKind : quint8 {
     Hello = 1,
@@ -32,13 +33,15 @@ enum class MessageKind : quint8 {
     Change = 8,
     Route = 9,
     Value = 10,
-    Player = 11
+    Player = 11,
+    Cancel = 12,
+    Alive = 13
 };
 
 /// Worker to host, first of all.
 struct HelloMessage {
     static constexpr quint32 TheMagic = 0x564b574b;
-    static constexpr quint32 TheVersion = 1;
+    static constexpr quint32 TheVersion = 2;
 
     quint32 magic = TheMagic;
     quint32 version = TheVersion;
@@ -121,6 +124,14 @@ struct PlayerMessage {
 
 struct StopMessage { };
 
+/// The question of that id needs no answer any more; what is sent is an answer all the same.
+struct CancelMessage {
+    quint64 id = 0;
+};
+
+/// Worker to host: it is waiting for its service within that one's limits, and does not hang.
+struct AliveMessage { };
+
 /// The payload of a frame.
 QByteArray encode(const HelloMessage &message);
 QByteArray encode(const StartMessage &message);
@@ -133,6 +144,8 @@ QByteArray encode(const ChangeMessage &message);
 QByteArray encode(const RouteMessage &message);
 QByteArray encode(const ValueMessage &message);
 QByteArray encode(const PlayerMessage &message);
+QByteArray encode(const CancelMessage &message);
+QByteArray encode(const AliveMessage &message);
 
 /// The kind of a payload; none of MessageKind's when there is no byte at all.
 MessageKind kindOf(const QByteArray &payload);

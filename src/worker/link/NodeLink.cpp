@@ -38,7 +38,8 @@ void sendAnswer(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant>
 NodeLink::NodeLink(std::unique_ptr<Channel> channel)
     : m_channel(std::move(channel))
     , m_sender(m_channel->sender())
-    , m_asked(std::make_shared<std::atomic<int>>(0))
+    , m_asked(std::make_shared<Asked>())
+    , m_unanswered(std::make_shared<Unanswered>())
 {
 }
 
@@ -69,13 +70,13 @@ void NodeLink::request(const CMRequest &request)
     quint64 id = 0;
     bool open = false;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        open = m_open;
-        id = ++m_lastId;
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        open = m_unanswered->open;
+        id = ++m_unanswered->lastId;
         if (open) {
-            if (m_unanswered.empty())
-                m_lastAnswer = Clock::now();
-            m_unanswered.emplace(id, request.reply());
+            if (m_unanswered->replies.empty())
+                m_unanswered->lastSign = Clock::now();
+            m_unanswered->replies.emplace(id, request.reply());
         }
     }
     if (!open) {
@@ -86,13 +87,35 @@ void NodeLink::request(const CMRequest &request)
     if (payload.size() <= Channel::MaxPayload) {
         // When this fails the link is ending, which answers the request.
         m_sender->send(payload);
+        takeBackWhenFinished(id, request);
         return;
     }
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_unanswered.erase(id);
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        m_unanswered->replies.erase(id);
     }
     request.reply().setError(tooLongError());
+}
+
+/// What changes something is not taken back: it may have been done already.
+void NodeLink::takeBackWhenFinished(quint64 id, const CMRequest &request)
+{
+    CMReplyData<QVariant> *const answer = request.reply().data();
+    if (!answer || (request.kind() != CMRequest::GetRows && request.kind() != CMRequest::GetData))
+        return;
+    answer->whenFinished([id, sender = m_sender, weak = std::weak_ptr<Unanswered>(m_unanswered)] {
+        const auto unanswered = weak.lock();
+        if (!unanswered)
+            return;
+        {
+            const std::lock_guard<std::mutex> lock(unanswered->mutex);
+            if (unanswered->replies.count(id) == 0)
+                return; // this is the answer
+        }
+        CancelMessage message;
+        message.id = id;
+        sender->send(encode(message));
+    });
 }
 
 void NodeLink::watch(const CMPath &path, bool on)
@@ -102,10 +125,11 @@ void NodeLink::watch(const CMPath &path, bool on)
 
 std::chrono::milliseconds NodeLink::silence() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_unanswered.empty())
+    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+    if (m_unanswered->replies.empty())
         return std::chrono::milliseconds(0);
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - m_lastAnswer);
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        Clock::now() - m_unanswered->lastSign);
 }
 
 QString NodeLink::take(const QByteArray &payload)
@@ -120,6 +144,13 @@ QString NodeLink::take(const QByteArray &payload)
         return takeAs(decode<RequestMessage>(payload), &NodeLink::takeRequest);
     case MessageKind::Answer:
         return takeAs(decode<AnswerMessage>(payload), &NodeLink::takeAnswer);
+    case MessageKind::Cancel:
+        return takeAs(decode<CancelMessage>(payload), &NodeLink::takeCancel);
+    case MessageKind::Alive: {
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        m_unanswered->lastSign = Clock::now();
+        return {};
+    }
     case MessageKind::Watch:
         return takeAs(decode<WatchMessage>(payload), &NodeLink::takeWatch);
     case MessageKind::Change:
@@ -135,20 +166,45 @@ QString NodeLink::take(const QByteArray &payload)
 
 QString NodeLink::takeRequest(const RequestMessage &message)
 {
-    if (++*m_asked > MaxRequests)
-        return QStringLiteral("more than %1 questions at a time").arg(MaxRequests);
-    // The answer is sent by whoever gives it, which may be after this link has gone.
+    // The answer is sent by the thread that gives it, which may be after this link has gone.
     const auto answer = std::make_shared<CMReplyData<QVariant>>();
     const CMReply<QVariant> reply(answer);
+    {
+        const std::lock_guard<std::mutex> lock(m_asked->mutex);
+        if (m_asked->answers.size() >= MaxRequests)
+            return QStringLiteral("more than %1 questions at a time").arg(MaxRequests);
+        if (!m_asked->answers.emplace(message.id, answer).second)
+            return QStringLiteral("a question with the number of another one");
+    }
     // The answer keeps this function, and this function must not keep the answer.
     answer->whenFinished([sender = m_sender, asked = m_asked, id = message.id,
                              weak = std::weak_ptr<CMReplyData<QVariant>>(answer)] {
-        --*asked;
+        {
+            const std::lock_guard<std::mutex> lock(asked->mutex);
+            asked->answers.erase(id);
+        }
         if (const auto given = weak.lock())
             sendAnswer(*sender, id, *given);
     });
-    // This may be the thread of whoever answers, who takes his time.
+    // This may be the thread that answers, and blocks for it.
     CMRoot()->post(message.request(reply));
+    return {};
+}
+
+QString NodeLink::takeCancel(const CancelMessage &message)
+{
+    std::shared_ptr<CMReplyData<QVariant>> answer;
+    {
+        const std::lock_guard<std::mutex> lock(m_asked->mutex);
+        const auto found = m_asked->answers.find(message.id);
+        if (found != m_asked->answers.end())
+            answer = found->second.lock();
+    }
+    if (!answer)
+        return {}; // its answer is on its way
+    if (m_handler.cancel)
+        m_handler.cancel(answer);
+    answer->setError(CMCancelledError());
     return {};
 }
 
@@ -156,13 +212,13 @@ QString NodeLink::takeAnswer(const AnswerMessage &message)
 {
     CMReply<QVariant> reply;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto found = m_unanswered.find(message.id);
-        if (found == m_unanswered.end())
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        const auto found = m_unanswered->replies.find(message.id);
+        if (found == m_unanswered->replies.end())
             return QStringLiteral("an answer that nobody asked for");
         reply = std::move(found->second);
-        m_unanswered.erase(found);
-        m_lastAnswer = Clock::now();
+        m_unanswered->replies.erase(found);
+        m_unanswered->lastSign = Clock::now();
     }
     if (message.error.isEmpty())
         reply.setValue(message.value);
@@ -201,9 +257,9 @@ void NodeLink::end(const QString &reason)
 {
     std::unordered_map<quint64, CMReply<QVariant>> unanswered;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_open = false;
-        unanswered.swap(m_unanswered);
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        m_unanswered->open = false;
+        unanswered.swap(m_unanswered->replies);
     }
     for (const auto &entry : unanswered)
         entry.second.setError(m_handler.interrupted());

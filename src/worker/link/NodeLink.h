@@ -4,7 +4,6 @@
 #include "worker/link/LoopReceiver.h"
 #include "worker/link/Message.h"
 
-#include <atomic>
 #include <chrono>
 #include <functional>
 #include <map>
@@ -39,6 +38,9 @@ public:
         std::function<void(const QString &reason)> ended;
         /// What questions end with that the other side leaves unanswered.
         std::function<CMError()> interrupted;
+        /// The other side takes a question back, whose \a answer is completed right after. May be
+        /// null. On whichever thread receives.
+        std::function<void(const std::shared_ptr<CMReplyAbstractData> &answer)> cancel;
     };
 
     explicit NodeLink(std::unique_ptr<Channel> channel);
@@ -51,7 +53,8 @@ public:
     /// Ends the connection.
     void close();
 
-    /// Has the other side answer \a request.
+    /// Has the other side answer \a request. A question that only reads is taken back when its
+    /// reply is completed before the answer is there.
     void request(const CMRequest &request);
     /// Has the other side tell of changes at \a path, or not any more.
     void watch(const CMPath &path, bool on);
@@ -62,15 +65,34 @@ public:
         return m_sender->send(encode(message));
     }
 
-    /// For how long the other side has owed answers without giving one; nothing when it owes none.
+    /// For how long the other side has owed answers without giving one or another sign of life;
+    /// nothing when it owes none.
     std::chrono::milliseconds silence() const;
 
 private:
     using Clock = std::chrono::steady_clock;
 
+    /// Questions of the other side that are under way. The answers outlive the link.
+    struct Asked {
+        std::mutex mutex;
+        /// Guarded by mutex.
+        std::unordered_map<quint64, std::weak_ptr<CMReplyData<QVariant>>> answers;
+    };
+    /// Questions to the other side.
+    struct Unanswered {
+        std::mutex mutex;
+        // Guarded by mutex.
+        bool open = true;
+        quint64 lastId = 0;
+        std::unordered_map<quint64, CMReply<QVariant>> replies;
+        Clock::time_point lastSign;
+    };
+
+    void takeBackWhenFinished(quint64 id, const CMRequest &request);
     QString take(const QByteArray &payload);
     QString takeRequest(const RequestMessage &message);
     QString takeAnswer(const AnswerMessage &message);
+    QString takeCancel(const CancelMessage &message);
     QString takeWatch(const WatchMessage &message);
     static void takeChange(const ChangeMessage &message);
     void end(const QString &reason);
@@ -79,14 +101,8 @@ private:
     /// The channel's, for its own thread too, which still runs while the channel goes.
     const std::shared_ptr<Channel::Sender> m_sender;
     Handler m_handler;
-    std::shared_ptr<std::atomic<int>> m_asked; ///< questions of the other side under way
+    const std::shared_ptr<Asked> m_asked;
+    const std::shared_ptr<Unanswered> m_unanswered;
     /// What the other side watches; only for whoever receives.
     std::map<CMPath, std::unique_ptr<CMSubscription>> m_watched;
-
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    bool m_open = true;
-    quint64 m_lastId = 0;
-    std::unordered_map<quint64, CMReply<QVariant>> m_unanswered;
-    Clock::time_point m_lastAnswer;
 };

@@ -288,3 +288,59 @@ TEST_F(HttpClientLifeTest, logsOneLinePerExchangeWithoutSecretsOrBodies)
         EXPECT_FALSE(line.contains(QStringLiteral("secret")));
     }
 }
+
+TEST_F(HttpClientLifeTest, whatOnlyReadsCanBeAbandonedAndWhatChangesSomethingGoesOn)
+{
+    const ScriptedServer server(stalling());
+    HttpClientOptions personal;
+    personal.setUseCache(false);
+    QList<HttpClientStatus> personalEnds;
+    client->get(urlOf(server, "/read"), HttpClientOptions(), noting());
+    client->get(urlOf(server, "/change"), personal,
+        [&](const HttpClientResult &result) { personalEnds.append(result.status()); });
+    client->post(urlOf(server, "/post"), "x", HttpClientOptions(),
+        [&](const HttpClientResult &result) { personalEnds.append(result.status()); });
+    ASSERT_TRUE(spinUntil([&server] { return server.requests().size() == 3; }));
+
+    HttpClient::abandonReading(true);
+    ASSERT_TRUE(spinUntil([this] { return ends.size() == 1; }));
+    EXPECT_EQ(ends, oneCancelled);
+    client->get(urlOf(server, "/later"), HttpClientOptions(), noting());
+    ASSERT_TRUE(spinUntil([this] { return ends.size() == 2; }));
+    EXPECT_EQ(ends.at(1), HttpClientStatus::Cancelled);
+    EXPECT_TRUE(personalEnds.isEmpty());
+
+    HttpClient::abandonReading(false);
+    client->get(urlOf(server, "/wanted"), HttpClientOptions(), noting());
+    EXPECT_TRUE(spinUntil([&server] { return server.requests().size() == 4; }));
+    EXPECT_EQ(server.requestLines().last(), "GET /wanted");
+    client.reset();
+}
+
+TEST_F(HttpClientLifeTest, anAddressThatTimedOutFailsAtOnceTheNextTime)
+{
+    const ScriptedServer server(stalling());
+    EXPECT_EQ(
+        fetch(*client, urlOf(server, "/a"), withTimeout(300)).status(), HttpClientStatus::TimedOut);
+    EXPECT_EQ(fetch(*client, urlOf(server, "/a"), withTimeout(30000)).status(),
+        HttpClientStatus::TimedOut);
+    EXPECT_EQ(server.requests().size(), 1);
+    // Another address, and what may change something, are sent.
+    EXPECT_EQ(
+        fetch(*client, urlOf(server, "/b"), withTimeout(300)).status(), HttpClientStatus::TimedOut);
+    HttpClientOptions personal = withTimeout(300);
+    personal.setUseCache(false);
+    fetch(*client, urlOf(server, "/a"), personal);
+    fetch(*client, urlOf(server, "/a"), personal);
+    EXPECT_EQ(server.requests().size(), 4);
+}
+
+TEST_F(HttpClientLifeTest, tellsWhenExchangesBeginAndEnd)
+{
+    int signs = 0;
+    HttpClient::setActivityListener([&signs] { ++signs; });
+    const ScriptedServer server(always(answerWith("x")));
+    fetch(*client, urlOf(server, "/"));
+    EXPECT_EQ(signs, 2);
+    HttpClient::setActivityListener(nullptr);
+}
