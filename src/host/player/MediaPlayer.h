@@ -30,6 +30,9 @@ Q_SIGNALS:
     void titleChanged(const QString &title);
     /// In bit/s.
     void bitRateChanged(int bitRate);
+    /// What is being done about a fault, in words, while there is nothing to hear; empty once there
+    /// is, and when the play is over.
+    void problemChanged(const TrString &problem);
     /// Everything was heard.
     void ended();
     /// It cannot be played; nothing of it was heard, or the output broke.

@@ -22,6 +22,8 @@ struct StreamSource {
     QUrl url;
     /// A station, which goes on for ever: its end is a break, to be mended by joining it anew.
     bool live = true;
+    /// Something else can be played in its place: given up unheard at its first failure.
+    bool hasAlternatives = false;
 };
 
 /// Keeps one play supplied with audio: unwraps playlists (by content, nested up to five levels),
