@@ -183,19 +183,17 @@ private:
 
 } // namespace
 
-HlsVariant HlsPlaylist::bestVariant() const
+QVector<HlsVariant> HlsPlaylist::orderedVariants() const
 {
-    HlsVariant best;
-    for (const HlsVariant &variant : variants) {
-        const bool fits = variant.bandwidth <= AudioBandwidth;
-        const bool bestFits = best.bandwidth <= AudioBandwidth;
-        const bool better = fits == bestFits && fits ? variant.bandwidth > best.bandwidth
-            : fits == bestFits                       ? variant.bandwidth < best.bandwidth
-                                                     : fits;
-        if (best.url.isEmpty() || better)
-            best = variant;
-    }
-    return best;
+    QVector<HlsVariant> ordered = variants;
+    std::stable_sort(ordered.begin(), ordered.end(), [](const HlsVariant &a, const HlsVariant &b) {
+        const bool aFits = a.bandwidth <= AudioBandwidth;
+        const bool bFits = b.bandwidth <= AudioBandwidth;
+        if (aFits != bFits)
+            return aFits;
+        return aFits ? a.bandwidth > b.bandwidth : a.bandwidth < b.bandwidth;
+    });
+    return ordered;
 }
 
 int HlsPlaylist::firstSegment() const

@@ -35,7 +35,9 @@ struct HlsPlaylist {
 
     bool isMaster() const { return !variants.isEmpty(); }
     /// The variant to play: the best of those that audio needs, the smallest if all are larger.
-    HlsVariant bestVariant() const;
+    HlsVariant bestVariant() const { return orderedVariants().value(0); }
+    /// All of them, the one to play first, then those to play in its place.
+    QVector<HlsVariant> orderedVariants() const;
     /// The first segment to play: of a stream that goes on, one near its end.
     int firstSegment() const;
 };

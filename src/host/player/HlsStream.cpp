@@ -1,7 +1,8 @@
 #include "host/player/HlsStream.h"
 
 #include "host/player/Playlist.h"
-#include "host/player/StreamConsumer.h"
+#include "host/player/StreamFeed.h"
+#include "host/player/StreamProblems.h"
 #include "host/player/StreamReceivers.h"
 
 #include <algorithm>
@@ -10,55 +11,40 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-/// A segment that is not there costs a gap; this many in a row are a broken stream.
+/// A segment that is not there costs a gap; more than these in a row are a broken stream.
 constexpr int MaxMissed = 3;
+/// The same while there is another variant.
+constexpr int MaxMissedOfMany = 1;
 /// A playlist that stays as it is for this many of its segments' durations has broken off.
 constexpr int MaxUnchanged = 4;
+/// Variants that are tried before the stream is given a rest.
+constexpr int MaxVariantsTried = 5;
+/// A server that lags behind another one of the same station by this many segments is waited for.
+constexpr int MaxLag = 5;
+/// A station that is joined anew goes on where it was if that is not longer ago.
+constexpr Milliseconds LongestAgo {30000};
 
-/// Hands a segment's bytes to the consumer.
+/// Hands a segment's bytes to the decoder.
 class SegmentReceiver : public HttpStreamReceiver {
 public:
-    SegmentReceiver(StreamConsumer &consumer, const HlsStream::GoOn &goOn)
-        : m_consumer(consumer)
-        , m_goOn(goOn)
+    explicit SegmentReceiver(StreamFeed &feed)
+        : m_feed(feed)
     {
     }
 
     bool begin(const HttpStreamHead &head) override
     {
-        m_problem = streamProblem(head.code);
-        m_retryAfter = head.retryAfter;
-        return m_problem.isEmpty();
+        m_head = head;
+        return streamRefusal(head).kind == StreamOutcome::Ended;
     }
-    bool take(const char *data, std::size_t size) override
-    {
-        return m_consumer.feedAudio(data, size, m_goOn);
-    }
-    bool goOn() override { return m_goOn(); }
+    bool take(const char *data, std::size_t size) override { return m_feed.take(data, size); }
+    bool goOn() override { return m_feed.goOn(); }
 
-    StreamOutcome outcome(const HttpStreamResult &result) const
-    {
-        if (!m_problem.isEmpty())
-            return {StreamOutcome::Broken, m_problem, m_retryAfter};
-        switch (result.kind) {
-        case HttpStreamResult::Complete:
-        case HttpStreamResult::Closed:
-            return {StreamOutcome::Ended, {}};
-        case HttpStreamResult::Refused:
-        case HttpStreamResult::Interrupted:
-            return {StreamOutcome::Stopped,
-                playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to hear on the stream."))};
-        case HttpStreamResult::Failed:
-            break;
-        }
-        return {StreamOutcome::Broken, result.problem};
-    }
+    const HttpStreamHead &head() const { return m_head; }
 
 private:
-    StreamConsumer &m_consumer;
-    const HlsStream::GoOn &m_goOn;
-    TrString m_problem;
-    Milliseconds m_retryAfter {0};
+    StreamFeed &m_feed;
+    HttpStreamHead m_head;
 };
 
 StreamOutcome broken(const char *text)
@@ -66,29 +52,71 @@ StreamOutcome broken(const char *text)
     return {StreamOutcome::Broken, playerText(text)};
 }
 
+StreamOutcome refused(const char *text)
+{
+    return {StreamOutcome::Refused, playerText(text)};
+}
+
+/// How much there is to hear in \a playlist from the segment of that number on.
+Milliseconds durationFrom(const HlsPlaylist &playlist, qint64 number)
+{
+    Milliseconds sum {0};
+    for (const HlsSegment &segment : playlist.segments)
+        sum += segment.number >= number ? segment.duration : Milliseconds(0);
+    return sum;
+}
+
+/// Of a playlist that has nothing new.
+StreamOutcome nothingNew(const HlsPlaylist &playlist)
+{
+    return playlist.segments.isEmpty()
+        ? broken(QT_TRANSLATE_NOOP("Player", "The stream's playlist is empty."))
+        : endedByServer();
+}
+
 } // namespace
 
-HlsStream::HlsStream(HttpStream &http, StreamConsumer &consumer, Wait wait, GoOn goOn)
+HlsStream::HlsStream(HttpStream &http, StreamFeed &feed, const Manner &manner)
     : m_http(http)
-    , m_consumer(consumer)
-    , m_wait(std::move(wait))
-    , m_goOn(std::move(goOn))
+    , m_feed(feed)
+    , m_manner(manner)
 {
 }
 
-StreamOutcome HlsStream::play(const QUrl &url, const QByteArray &text)
+StreamOutcome HlsStream::play(const QUrl &url, const QByteArray &text, qint64 &next)
 {
+    m_next = next;
     HlsPlaylist playlist = parseHlsPlaylist(text, url);
-    if (!playlist.isMaster())
-        return playMedia(url, std::move(playlist));
-    const QUrl variant = playlist.bestVariant().url;
-    HlsPlaylist media;
-    const StreamOutcome outcome = fetchPlaylist(variant, media);
-    if (outcome.kind != StreamOutcome::Ended)
-        return outcome;
-    if (media.isMaster())
-        return broken(QT_TRANSLATE_NOOP("Player", "The playlists never lead to a stream."));
-    return playMedia(variant, std::move(media));
+    const StreamOutcome outcome = playlist.isMaster() ? playVariants(playlist.orderedVariants())
+                                                      : playMedia(url, std::move(playlist));
+    next = m_next;
+    return outcome;
+}
+
+StreamOutcome HlsStream::playVariants(const QVector<HlsVariant> &variants)
+{
+    const int count = std::min(variants.size(), MaxVariantsTried);
+    StreamOutcome last;
+    for (int i = 0; i < count; ++i) {
+        m_othersFollow = i + 1 < count;
+        if (i > 0 && !m_manner.pace())
+            return {StreamOutcome::Stopped, last.problem};
+        const QUrl url = variants.at(i).url;
+        HlsPlaylist media;
+        last = fetchPlaylist(url, media);
+        if (last.kind == StreamOutcome::Ended) {
+            last = media.isMaster() ? neverAStream() : playMedia(url, std::move(media));
+        }
+        if (last.kind != StreamOutcome::Broken && last.kind != StreamOutcome::Refused)
+            return last;
+        // The next one goes on with what this one lacked.
+        if (m_firstMissed >= 0)
+            m_next = m_firstMissed;
+        m_firstMissed = -1;
+        m_missed = 0;
+        m_begun = false;
+    }
+    return last;
 }
 
 StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
@@ -96,48 +124,72 @@ StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
     Milliseconds unchanged {0};
     for (;;) {
         if (playlist.encrypted)
-            return broken(QT_TRANSLATE_NOOP("Player", "The stream is encrypted."));
+            return refused(QT_TRANSLATE_NOOP("Player", "The stream is encrypted."));
+        if (playlist.ended && playlist.segments.isEmpty())
+            return refused(QT_TRANSLATE_NOOP("Player", "The stream's playlist is empty."));
         const qint64 before = m_next;
         const StreamOutcome outcome = playSegments(playlist);
         if (outcome.kind != StreamOutcome::Ended)
             return outcome;
+        if (playlist.ended && m_manner.live)
+            return nothingNew(playlist);
         if (playlist.ended) {
-            m_consumer.finishAudio(m_goOn);
+            m_feed.finish();
             return {StreamOutcome::Ended, {}};
         }
         // RFC 8216, 6.3.4: half of the target duration when nothing was new.
         const Milliseconds target = std::max(playlist.targetDuration, Milliseconds(1000));
         unchanged = m_next == before ? unchanged + target / 2 : Milliseconds(0);
-        if (unchanged > target * MaxUnchanged)
-            return broken(QT_TRANSLATE_NOOP("Player", "The stream's server ended it."));
-        if (!m_wait(target / 2))
-            return {StreamOutcome::Stopped, {}};
+        if (unchanged > target * MaxUnchanged) {
+            // What was waited for did not come: the numbers have begun anew.
+            if (!playlist.segments.isEmpty() && m_next > playlist.segments.last().number + 1)
+                m_next = -1;
+            return nothingNew(playlist);
+        }
+        if (!m_manner.wait(target / 2))
+            return {StreamOutcome::Stopped, nothingNew(playlist).problem};
         const StreamOutcome fetched = fetchPlaylist(url, playlist);
         if (fetched.kind == StreamOutcome::Stopped)
-            return fetched;
-        if (fetched.kind == StreamOutcome::Broken && ++m_missed > MaxMissed)
+            return {StreamOutcome::Stopped, nothingNew(playlist).problem};
+        if (fetched.kind != StreamOutcome::Ended && isMissedTooOften())
             return fetched;
     }
+}
+
+/// Finds the segment to play next: at the start, and when the server's numbers began anew or ran
+/// away.
+void HlsStream::join(const HlsPlaylist &playlist)
+{
+    const qint64 first = playlist.segments.first().number;
+    const qint64 last = playlist.segments.last().number;
+    const qint64 start = playlist.segments.at(playlist.firstSegment()).number;
+    const bool isElsewhere = m_next < first || m_next > last + 1 + MaxLag;
+    const bool isLate
+        = !m_joined && durationFrom(playlist, m_next) > durationFrom(playlist, start) + LongestAgo;
+    if (isElsewhere || isLate)
+        m_next = start;
+    m_joined = true;
 }
 
 StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
 {
     if (playlist.segments.isEmpty())
         return {StreamOutcome::Ended, {}};
-    const qint64 first = playlist.segments.first().number;
-    const qint64 last = playlist.segments.last().number;
-    // At the start, and when the server's numbers began anew or ran away.
-    if (m_next < 0 || m_next > last + 1 || m_next < first)
-        m_next = playlist.segments.at(playlist.firstSegment()).number;
+    join(playlist);
     for (const HlsSegment &segment : playlist.segments) {
         if (segment.number < m_next)
             continue;
         const StreamOutcome outcome = playSegment(segment);
-        if (outcome.kind == StreamOutcome::Stopped
-            || (outcome.kind == StreamOutcome::Broken && ++m_missed > MaxMissed))
+        if (outcome.kind == StreamOutcome::Stopped)
             return outcome;
-        if (outcome.kind == StreamOutcome::Ended)
+        if (outcome.kind == StreamOutcome::Ended) {
             m_missed = 0;
+            m_firstMissed = -1;
+        } else {
+            m_firstMissed = m_firstMissed < 0 ? segment.number : m_firstMissed;
+            if (isMissedTooOften())
+                return outcome;
+        }
         m_next = segment.number + 1;
     }
     return {StreamOutcome::Ended, {}};
@@ -145,8 +197,10 @@ StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
 
 StreamOutcome HlsStream::playSegment(const HlsSegment &segment)
 {
+    if (m_missed > 0 && !m_manner.pace())
+        return {StreamOutcome::Stopped, {}};
     if (!m_begun || segment.discontinuity || segment.map != m_map) {
-        m_consumer.startAudio(m_goOn);
+        m_feed.start();
         m_begun = true;
         m_map = segment.map;
         if (!m_map.isEmpty()) {
@@ -160,24 +214,55 @@ StreamOutcome HlsStream::playSegment(const HlsSegment &segment)
 
 StreamOutcome HlsStream::fetchAudio(const QUrl &url)
 {
-    SegmentReceiver receiver(m_consumer, m_goOn);
-    return receiver.outcome(m_http.get({url}, receiver));
+    SegmentReceiver receiver(m_feed);
+    const HttpStreamResult result = m_http.get({url, 0, patience()}, receiver);
+    return refusal(result, receiver.head());
 }
 
 /// Leaves \a playlist as it is unless there is a new one.
 StreamOutcome HlsStream::fetchPlaylist(const QUrl &url, HlsPlaylist &playlist)
 {
-    TextReceiver receiver(PlaylistLimits::MaxBytes, m_goOn);
-    const HttpStreamResult result = m_http.get({url}, receiver);
-    if (!m_goOn())
-        return {StreamOutcome::Stopped, {}};
-    if (result.kind == HttpStreamResult::Failed)
-        return {StreamOutcome::Broken, result.problem};
-    const TrString problem = streamProblem(receiver.head().code);
-    if (!problem.isEmpty())
-        return {StreamOutcome::Broken, problem, receiver.head().retryAfter};
+    TextReceiver receiver(PlaylistLimits::MaxBytes, [this] { return m_feed.goOn(); });
+    const HttpStreamResult result = m_http.get({url, 0, patience()}, receiver);
+    // A playlist that is longer than the limit is read as far as that.
+    const bool isCut = result.kind == HttpStreamResult::Refused
+        && receiver.text().size() >= PlaylistLimits::MaxBytes;
+    const StreamOutcome outcome
+        = isCut ? StreamOutcome {StreamOutcome::Ended, {}} : refusal(result, receiver.head());
+    if (outcome.kind != StreamOutcome::Ended)
+        return outcome;
     if (sniffStream(receiver.text(), true) != StreamContent::Hls)
         return broken(QT_TRANSLATE_NOOP("Player", "There is no audio at the stream's address."));
     playlist = parseHlsPlaylist(receiver.text(), receiver.head().url);
     return {StreamOutcome::Ended, {}};
+}
+
+/// Why an answer is of no use; Ended when it is.
+StreamOutcome HlsStream::refusal(const HttpStreamResult &result, const HttpStreamHead &head)
+{
+    if (!m_feed.isUsable()) {
+        m_feed.forget();
+        m_begun = false;
+        return {StreamOutcome::Broken, notDecodable()};
+    }
+    if (result.kind == HttpStreamResult::Failed) {
+        return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
+    }
+    const StreamOutcome answer = streamRefusal(head);
+    const bool isRefusedHere
+        = result.kind == HttpStreamResult::Refused && answer.kind == StreamOutcome::Ended;
+    if (result.kind == HttpStreamResult::Interrupted || isRefusedHere || !m_feed.goOn()) {
+        return {StreamOutcome::Stopped, nothingToHear()};
+    }
+    return answer;
+}
+
+bool HlsStream::isMissedTooOften()
+{
+    return ++m_missed > (m_othersFollow ? MaxMissedOfMany : MaxMissed);
+}
+
+Milliseconds HlsStream::patience() const
+{
+    return m_othersFollow ? m_manner.patience : Milliseconds(0);
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <curl/curl.h>
+#include <optional>
 
 namespace {
 
@@ -21,28 +22,91 @@ TrString problem(const char *text, const QVector<TrArg> &arguments = {})
     return TrString(QStringLiteral("Player"), QString::fromLatin1(text), QString(), -1, arguments);
 }
 
-TrString problemOf(CURLcode code, const char *message)
+/// Where in the answer an exchange is.
+enum class Stage { Waiting, InHead, AfterHead, InBody };
+
+TrString timeoutProblem(Stage stage)
+{
+    switch (stage) {
+    case Stage::InHead:
+        return problem(
+            QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer never ends."));
+    case Stage::AfterHead:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server sends nothing."));
+    case Stage::InBody:
+        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server has stopped sending."));
+    case Stage::Waiting:
+        break;
+    }
+    return problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not answer."));
+}
+
+HttpStreamResult failed(const TrString &problem)
+{
+    return {HttpStreamResult::Failed, problem};
+}
+
+HttpStreamResult failedForGood(const TrString &problem)
+{
+    return {HttpStreamResult::Failed, problem, true};
+}
+
+HttpStreamResult tooLongHead()
+{
+    return failedForGood(problem(
+        QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer is too long.")));
+}
+
+HttpStreamResult failure(CURLcode code, const char *message)
 {
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server has no address."));
+        return failed(problem(QT_TRANSLATE_NOOP("Player", "The stream's server has no address.")));
     case CURLE_COULDNT_CONNECT:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server cannot be reached."));
-    case CURLE_OPERATION_TIMEDOUT:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not answer."));
+        return failed(
+            problem(QT_TRANSLATE_NOOP("Player", "The stream's server cannot be reached.")));
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CONNECT_ERROR:
-        return problem(QT_TRANSLATE_NOOP("Player", "There is no safe connection to the stream."));
+        return failed(
+            problem(QT_TRANSLATE_NOOP("Player", "There is no safe connection to the stream.")));
     case CURLE_TOO_MANY_REDIRECTS:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address."));
+        return failedForGood(
+            problem(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address.")));
+    case CURLE_UNSUPPORTED_PROTOCOL:
+        // Of an http address: an answer without a status line (HTTP/0.9).
+        return failedForGood(
+            problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not speak HTTP.")));
+    // One line alone is longer than libcurl takes.
+    case CURLE_OUT_OF_MEMORY:
+        return tooLongHead();
     case CURLE_RECV_ERROR:
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
-        return problem(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost."));
+        return failed(
+            problem(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost.")));
     default:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
-            {TrArg(QString::fromLatin1(message))});
+        return failed(problem(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
+            {TrArg(QString::fromLatin1(message))}));
     }
+}
+
+/// Of a redirect that must not be followed.
+HttpStreamResult forbiddenRedirect(std::string_view locationLine)
+{
+    const auto value = QByteArray(locationLine.data(), static_cast<int>(locationLine.size()))
+                           .mid(int(qstrlen("Location:")))
+                           .trimmed()
+                           .toLower();
+    return failedForGood(value.startsWith("http:")
+            ? problem(QT_TRANSLATE_NOOP(
+                "Player", "The stream leads from a safe address to one that is not."))
+            : problem(QT_TRANSLATE_NOOP("Player", "The stream leads to what is no web address.")));
+}
+
+bool isWebAddress(const QUrl &url)
+{
+    return url.isValid() && !url.host().isEmpty()
+        && (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
 }
 
 } // namespace
@@ -68,6 +132,7 @@ private:
     static std::size_t onBody(char *data, std::size_t, std::size_t size, void *self);
     bool takeHeadLine(std::string_view line);
     bool begin();
+    Stage stage() const;
     HttpStreamHead head() const;
     QByteArray header(const char *name) const;
 
@@ -79,7 +144,9 @@ private:
     HttpRedirectRule m_redirects;
     bool m_begun = false;
     bool m_refused = false;
-    bool m_forbidden = false;
+    bool m_inHead = false;
+    bool m_afterHead = false;
+    std::optional<HttpStreamResult> m_headFailure;
     Clock::time_point m_lastByte = Clock::now();
     char m_message[CURL_ERROR_SIZE] = {};
 };
@@ -108,6 +175,8 @@ HttpStreamExchange::HttpStreamExchange(
     set(CURLOPT_HTTPHEADER, m_headers);
     set(CURLOPT_HTTP200ALIASES, m_aliases);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
+    // A server that moves is found again; libcurl keeps addresses for a minute otherwise.
+    set(CURLOPT_DNS_CACHE_TIMEOUT, 0L);
     // Not libcurl's resuming, which refuses servers that do not know ranges.
     if (request.offset > 0)
         set(CURLOPT_RANGE, (QByteArray::number(request.offset) + '-').constData());
@@ -129,8 +198,19 @@ std::size_t HttpStreamExchange::onHead(char *data, std::size_t, std::size_t size
 bool HttpStreamExchange::takeHeadLine(std::string_view line)
 {
     m_lastByte = Clock::now();
-    m_forbidden = m_redirects.takeLine(line, m_easy) != HttpRedirectRule::Fine;
-    return !m_forbidden;
+    m_afterHead = line == "\r\n" || line == "\n";
+    m_inHead = !m_afterHead;
+    switch (m_redirects.takeLine(line, m_easy)) {
+    case HttpRedirectRule::Fine:
+        return true;
+    case HttpRedirectRule::ForbiddenRedirect:
+        m_headFailure = forbiddenRedirect(line);
+        break;
+    case HttpRedirectRule::TooLong:
+        m_headFailure = tooLongHead();
+        break;
+    }
+    return false;
 }
 
 std::size_t HttpStreamExchange::onBody(char *data, std::size_t, std::size_t size, void *self)
@@ -152,6 +232,14 @@ bool HttpStreamExchange::begin()
         return true;
     m_begun = true;
     return m_receiver.begin(head());
+}
+
+Stage HttpStreamExchange::stage() const
+{
+    return m_begun    ? Stage::InBody
+        : m_inHead    ? Stage::InHead
+        : m_afterHead ? Stage::AfterHead
+                      : Stage::Waiting;
 }
 
 QByteArray HttpStreamExchange::header(const char *name) const
@@ -198,10 +286,12 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
 {
     if (m_refused)
         return {HttpStreamResult::Refused, {}};
-    if (m_forbidden)
-        return {HttpStreamResult::Failed, problemOf(CURLE_TOO_MANY_REDIRECTS, m_message)};
+    if (m_headFailure)
+        return *m_headFailure;
+    if (code == CURLE_OPERATION_TIMEDOUT)
+        return failed(timeoutProblem(stage()));
     if (code != CURLE_OK)
-        return {HttpStreamResult::Failed, problemOf(code, m_message)};
+        return failure(code, m_message);
     // An answer without a body still has a head to tell of.
     if (!begin())
         return {HttpStreamResult::Refused, {}};
@@ -224,14 +314,24 @@ HttpStream::~HttpStream()
 
 HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &receiver)
 {
+    if (!isWebAddress(request.url)) {
+        return failedForGood(
+            problem(QT_TRANSLATE_NOOP("Player", "The stream's address is no web address.")));
+    }
     HttpStreamExchange exchange(request, receiver);
+    const bool isImpatient = request.patience > Milliseconds::zero();
+    const Milliseconds connect
+        = isImpatient ? std::min(request.patience, m_times.connect) : m_times.connect;
+    // Of a server with several addresses, libcurl leaves each in time for the next.
+    curl_easy_setopt(
+        exchange.easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connect.count()));
     curl_multi_add_handle(m_multi, exchange.easy());
-    const HttpStreamResult result = drive(exchange);
+    const HttpStreamResult result = drive(exchange, connect);
     curl_multi_remove_handle(m_multi, exchange.easy());
     return result;
 }
 
-HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange)
+HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds connect)
 {
     const auto start = Clock::now();
     for (;;) {
@@ -246,7 +346,7 @@ HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange)
             return exchange.result(CURLE_ABORTED_BY_CALLBACK);
         const auto now = Clock::now();
         if (exchange.hasBegun() ? now - exchange.lastByte() > m_times.silence
-                                : now - start > m_times.connect)
+                                : now - start > connect)
             return exchange.result(CURLE_OPERATION_TIMEDOUT);
         curl_multi_poll(m_multi, nullptr, 0, PollMs, nullptr);
     }

@@ -48,21 +48,25 @@ struct HttpStreamResult {
     };
     Kind kind = Failed;
     TrString problem;
+    /// The same request will fail in the same way again.
+    bool isFinal = false;
 };
 
 /// Receives streams over HTTP, one at a time, by libcurl: keeps connections for the next request,
-/// follows at most five redirects within http and https, never from https to http, verifies
-/// certificates, understands the "ICY 200 OK" of old servers. Lives on one thread, which get()
-/// blocks; interrupt() may be called from any thread.
+/// asks for a server's address anew for each connection, follows at most five redirects within http
+/// and https, never from https to http, verifies certificates, understands the "ICY 200 OK" of old
+/// servers. Lives on one thread, which get() blocks; interrupt() may be called from any thread.
 class HttpStream {
 public:
     struct Times {
-        std::chrono::milliseconds connect {10000}; ///< until the head is there
+        std::chrono::milliseconds connect {10000}; ///< until the first byte of the body
         std::chrono::milliseconds silence {5000}; ///< the longest without a byte
     };
     struct Request {
         QUrl url;
         qint64 offset = 0; ///< the first byte wanted
+        /// In place of Times::connect where that is longer; none when it is zero.
+        std::chrono::milliseconds patience {0};
     };
 
     explicit HttpStream(const Times &times);
@@ -76,7 +80,7 @@ public:
     void resume() { m_interrupted = false; }
 
 private:
-    HttpStreamResult drive(HttpStreamExchange &exchange);
+    HttpStreamResult drive(HttpStreamExchange &exchange, std::chrono::milliseconds connect);
 
     const Times m_times;
     void *m_multi; ///< libcurl's

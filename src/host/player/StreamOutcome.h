@@ -9,7 +9,8 @@ struct StreamOutcome {
     enum Kind {
         Ended, ///< All of it was played; there is no more.
         Broken, ///< It cannot be had, or no longer; trying again may help.
-        Hopeless, ///< Trying again will not help.
+        Refused, ///< Trying this address again will not help; another one may.
+        Hopeless, ///< Nothing will help.
         Stopped, ///< By the user, or because time is up.
     };
     Kind kind = Broken;

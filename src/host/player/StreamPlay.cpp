@@ -24,6 +24,7 @@ void StreamPlay::start()
     m_output = std::make_unique<AudioOutput>(m_spec);
     connect(m_output.get(), &AudioOutput::audibleChanged, this,
         [this](bool audible) { Q_EMIT audibleChanged(audible, m_step); });
+    connect(m_output.get(), &AudioOutput::audibleChanged, this, &StreamPlay::showProblem);
     connect(m_output.get(), &AudioOutput::drained, this, &StreamPlay::ended);
     connect(m_output.get(), &AudioOutput::failed, this, &StreamPlay::gaveUp);
     supply();
@@ -36,6 +37,11 @@ void StreamPlay::supply()
     connect(m_supply.get(), &StreamSupply::bitRateChanged, this, &StreamPlay::bitRateChanged);
     connect(m_supply.get(), &StreamSupply::ended, m_output.get(), &AudioOutput::finish);
     connect(m_supply.get(), &StreamSupply::gaveUp, this, &StreamPlay::gaveUp);
+    connect(m_supply.get(), &StreamSupply::fellBehind, this, &StreamPlay::rejoin);
+    connect(m_supply.get(), &StreamSupply::problemChanged, this, [this](const TrString &problem) {
+        m_problem = problem;
+        showProblem();
+    });
     m_supply->start();
 }
 
@@ -46,6 +52,26 @@ void StreamPlay::cutSupply()
     m_output->refuse(true);
     m_supply.reset();
     m_output->refuse(false);
+    m_problem = {};
+    showProblem();
+}
+
+/// As after a pause, but for the pause.
+void StreamPlay::rejoin()
+{
+    cutSupply();
+    m_output->flush();
+    supply();
+}
+
+/// A break that what is kept ahead bridges is none to a listener.
+void StreamPlay::showProblem()
+{
+    const TrString problem = m_output->isAudible() ? TrString() : m_problem;
+    if (problem == m_shown)
+        return;
+    m_shown = problem;
+    Q_EMIT problemChanged(problem);
 }
 
 void StreamPlay::pause(int step)

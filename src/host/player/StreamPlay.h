@@ -35,10 +35,14 @@ Q_SIGNALS:
     void bitRateChanged(int bitRate);
     void ended();
     void gaveUp(const TrString &problem);
+    /// What is being done about a fault, while there is nothing to hear.
+    void problemChanged(const TrString &problem);
 
 private:
     void supply();
     void cutSupply();
+    void rejoin();
+    void showProblem();
 
     const StreamSource m_source;
     const AudioOutputSpec m_spec;
@@ -46,4 +50,6 @@ private:
     int m_step = 0;
     std::unique_ptr<AudioOutput> m_output;
     std::unique_ptr<StreamSupply> m_supply;
+    TrString m_problem; ///< the supply's
+    TrString m_shown; ///< what was told of it
 };

@@ -46,6 +46,10 @@ void StreamPlayer::play(const StreamSource &source)
         if (number == m_number)
             Q_EMIT bitRateChanged(bitRate);
     });
+    connect(play, &StreamPlay::problemChanged, this, [this, number](const TrString &problem) {
+        if (number == m_number)
+            showProblem(problem);
+    });
     connect(play, &StreamPlay::ended, this, [this, number] {
         if (number != m_number)
             return;
@@ -87,6 +91,7 @@ void StreamPlayer::stop()
     if (!m_thread)
         return;
     ++m_number;
+    showProblem({});
     m_thread->quit();
     m_ending.push_back(std::move(m_thread));
     connect(m_ending.back().get(), &QThread::finished, this,
@@ -95,6 +100,14 @@ void StreamPlayer::stop()
         if (!ending->wait(std::chrono::milliseconds(0)))
             VESK_ERROR("A play that was stopped does not end; it is left behind.");
     });
+}
+
+void StreamPlayer::showProblem(const TrString &problem)
+{
+    if (problem == m_problem)
+        return;
+    m_problem = problem;
+    Q_EMIT problemChanged(problem);
 }
 
 void StreamPlayer::networkIsBack()

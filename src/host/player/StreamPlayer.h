@@ -37,10 +37,12 @@ public:
 private:
     template <class Act>
     void tell(Act act);
+    void showProblem(const TrString &problem);
 
     const AudioOutputSpec m_spec;
     StreamReader::Times m_times;
     int m_number = 0; ///< counts the plays
+    TrString m_problem; ///< of the present play
     int m_step = 0; ///< counts the pauses and resumes of this one
     std::unique_ptr<PlayThread> m_thread; ///< of the present play
     std::list<std::unique_ptr<PlayThread>> m_ending; ///< of those that are over, but may still run

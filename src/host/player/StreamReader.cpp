@@ -5,16 +5,23 @@
 #include "host/player/HlsStream.h"
 #include "host/player/Playlist.h"
 #include "host/player/StreamConsumer.h"
+#include "host/player/StreamProblems.h"
 #include "host/player/StreamReceivers.h"
 
 #include <algorithm>
+#include <utility>
 
 VESK_LOGGER("Player")
 
 namespace {
 
-/// A connection that brought this much was good: the next wait is short again.
-constexpr std::chrono::milliseconds GoodAudio {1000};
+/// How long a decoder may take to begin.
+constexpr std::chrono::milliseconds DecoderStart {1000};
+
+bool mayGoOn(StreamOutcome::Kind kind)
+{
+    return kind == StreamOutcome::Broken || kind == StreamOutcome::Refused;
+}
 
 } // namespace
 
@@ -23,6 +30,8 @@ StreamReader::StreamReader(const StreamSource &source, StreamConsumer &consumer,
     , m_consumer(consumer)
     , m_times(times)
     , m_http(times.http)
+    , m_feed(consumer, [this] { return goOn(); })
+    , m_sleep(times.sleep, times.sinceBoot)
 {
     static const int registered = qRegisterMetaType<TrString>("TrString");
     Q_UNUSED(registered)
@@ -36,21 +45,8 @@ StreamReader::~StreamReader()
 
 void StreamReader::stop()
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_stop = true;
-    }
-    m_changed.notify_all();
+    m_wait.stop();
     m_http.interrupt();
-}
-
-void StreamReader::tryNow()
-{
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_tryNow = true;
-    }
-    m_changed.notify_all();
 }
 
 void StreamReader::run()
@@ -58,17 +54,22 @@ void StreamReader::run()
     veskSetThreadName(QStringLiteral("StreamReader"));
     m_start = Clock::now();
     for (;;) {
-        const StreamOutcome outcome = playOnce();
-        if (isStopped())
+        StreamOutcome outcome = playOnce();
+        if (outcome.kind == StreamOutcome::Ended && m_source.live)
+            outcome = rejoin();
+        const bool ended = outcome.kind == StreamOutcome::Ended;
+        const bool again = !ended && !isGivenUp(outcome) && waitBeforeRetry(outcome);
+        if (m_wait.isStopped())
             return;
-        if (outcome.kind == StreamOutcome::Ended) {
-            Q_EMIT ended();
+        if (m_slept) {
+            VESK_INFO("The machine slept; joining the station anew.");
+            Q_EMIT fellBehind();
             return;
         }
-        const bool isHopeless = outcome.kind == StreamOutcome::Hopeless && !m_consumer.wasHeard();
-        const bool again = !isHopeless && waitBeforeRetry(outcome);
-        if (isStopped())
+        if (ended) {
+            Q_EMIT this->ended();
             return;
+        }
         if (!again) {
             VESK_WARN("giving up: " << outcome.problem);
             Q_EMIT gaveUp(outcome.problem);
@@ -80,176 +81,297 @@ void StreamReader::run()
 /// What was heard before comes first, then everything that the source leads to.
 StreamOutcome StreamReader::playOnce()
 {
-    if (!m_current.isEmpty()) {
-        const QUrl current = m_current;
-        m_current.clear();
-        const StreamOutcome outcome = playAddress(current, 0);
-        if (outcome.kind != StreamOutcome::Broken || !m_current.isEmpty()
-            || current == m_source.url)
+    m_tried.clear();
+    ++m_round;
+    if (!m_current.isEmpty() && m_current != m_source.url) {
+        const QUrl current = std::exchange(m_current, {});
+        const StreamOutcome outcome = playAddress(current, 0, true);
+        if (!mayGoOn(outcome.kind) || !m_current.isEmpty() || isOver())
             return outcome;
+        tell(problemWithNextAddress(outcome));
+        if (current == m_lastFinished)
+            m_finished.clear();
     }
-    return playAddress(m_source.url, 0);
+    m_current.clear();
+    return playAddress(m_source.url, 0, m_source.hasAlternatives);
 }
 
-StreamOutcome StreamReader::playAddress(const QUrl &url, int depth)
+/// Each address once in a round; one that leads back to itself leads nowhere.
+StreamOutcome StreamReader::playAddress(const QUrl &url, int depth, bool othersFollow)
 {
     if (m_finished.contains(url))
         return {StreamOutcome::Ended, {}};
-    VESK_DEBUG("opening " << url.toDisplayString(QUrl::RemoveUserInfo | QUrl::RemoveQuery));
+    const auto tried = m_tried.constFind(url);
+    if (tried != m_tried.constEnd())
+        return *tried;
+    m_tried.insert(url, neverAStream());
+    const StreamOutcome outcome = openAddress(url, depth, othersFollow);
+    m_tried.insert(url, outcome);
+    return outcome;
+}
+
+StreamOutcome StreamReader::openAddress(const QUrl &url, int depth, bool othersFollow)
+{
+    if (!pace())
+        return {StreamOutcome::Stopped, nothingToHear()};
+    VESK_DEBUG("opening " << displayedStreamAddress(url));
     m_opened = Clock::now();
-    if (!m_consumer.isUsable())
-        m_consumer.forgetAudio();
-    AudioReceiver receiver(m_consumer, [this] { return goOn(); });
-    HttpStreamResult result = m_http.get({url}, receiver);
+    m_feed.open();
+    AudioReceiver receiver(m_feed);
+    HttpStreamResult result = m_http.get({url, 0, patience(othersFollow)}, receiver);
     if (result.kind == HttpStreamResult::Complete || result.kind == HttpStreamResult::Closed)
         receiver.complete();
 
     if (isPlaylist(receiver.content())) {
-        if (depth >= PlaylistLimits::MaxDepth) {
-            return {StreamOutcome::Broken,
-                playerText(QT_TRANSLATE_NOOP("Player", "The playlists never lead to a stream."))};
-        }
-        return playEntries(
-            parsePlaylist(receiver.text(), receiver.content(), receiver.head().url), depth + 1);
+        if (depth >= PlaylistLimits::MaxDepth)
+            return neverAStream();
+        return playEntries(parsePlaylist(receiver.text(), receiver.content(), receiver.head().url),
+            depth + 1, othersFollow);
     }
-    if (receiver.content() == StreamContent::Hls) {
-        HlsStream stream(
-            m_http, m_consumer, [this](Milliseconds time) { return waitFor(time); },
-            [this] { return goOn(); });
-        const StreamOutcome outcome = stream.play(receiver.head().url, receiver.text());
-        if (outcome.kind == StreamOutcome::Broken && m_consumer.decoded() >= GoodAudio) {
-            m_current = url;
-            m_backOff.reset();
-        }
-        return outcome;
-    }
-    const StreamOutcome outcome = playAudio(receiver, std::move(result));
+    const bool isHls = receiver.content() == StreamContent::Hls;
+    const StreamOutcome outcome
+        = finish(isHls ? playHls(url, receiver) : playAudio(url, receiver, std::move(result)));
     if (outcome.kind == StreamOutcome::Ended) {
         m_finished.insert(url);
-    } else if (receiver.content() == StreamContent::Audio && m_consumer.decoded() >= GoodAudio) {
+        m_lastFinished = url;
+    } else if (wasGood()) {
         m_current = url;
-        m_backOff.reset();
     }
     return outcome;
 }
 
-StreamOutcome StreamReader::playEntries(const QList<QUrl> &entries, int depth)
+StreamOutcome StreamReader::playEntries(const QList<QUrl> &entries, int depth, bool othersFollow)
 {
-    StreamOutcome last {StreamOutcome::Broken,
+    StreamOutcome result {StreamOutcome::Refused,
         playerText(QT_TRANSLATE_NOOP("Player", "There is no stream in the playlist."))};
     bool played = false;
-    for (const QUrl &entry : entries) {
-        last = playAddress(entry, depth);
-        played |= last.kind == StreamOutcome::Ended;
-        const bool next = last.kind == StreamOutcome::Ended
-            || (last.kind == StreamOutcome::Broken && m_current.isEmpty());
-        if (!next || !goOn())
-            return last;
+    bool failed = false;
+    for (int i = 0; i < entries.size(); ++i) {
+        const bool isLast = i + 1 == entries.size();
+        const StreamOutcome outcome = playAddress(entries.at(i), depth, othersFollow || !isLast);
+        if (outcome.kind == StreamOutcome::Ended) {
+            played = true;
+            continue;
+        }
+        if (!mayGoOn(outcome.kind) || !m_current.isEmpty() || isOver())
+            return outcome;
+        // What may be there later says more than what never will.
+        if (!failed || outcome.kind == StreamOutcome::Broken)
+            result = outcome;
+        failed = true;
+        if (!isLast)
+            tell(problemWithNextAddress(outcome));
     }
     // Of several files the ones that cannot be had are left out.
-    if (played && !m_source.live && last.kind == StreamOutcome::Broken)
-        last.kind = StreamOutcome::Ended;
-    return last;
+    if (played && (!failed || !m_source.live))
+        return {StreamOutcome::Ended, {}};
+    return result;
+}
+
+StreamOutcome StreamReader::playHls(const QUrl &url, const AudioReceiver &receiver)
+{
+    if (url != m_hlsUrl)
+        m_hlsNext = -1;
+    m_hlsUrl = url;
+    HlsStream::Manner manner;
+    manner.live = m_source.live;
+    manner.patience = m_times.entry;
+    manner.wait = [this](Milliseconds time) { return waitFor(time); };
+    manner.pace = [this] { return pace(); };
+    return HlsStream(m_http, m_feed, manner).play(receiver.head().url, receiver.text(), m_hlsNext);
 }
 
 /// Goes on with a file whose connection broke, from where it broke, as long as that works.
-StreamOutcome StreamReader::playAudio(AudioReceiver &receiver, HttpStreamResult result)
+StreamOutcome StreamReader::playAudio(
+    const QUrl &url, AudioReceiver &receiver, HttpStreamResult result)
 {
     StreamOutcome outcome = judge(receiver, result);
-    const auto isBrokenFile = [&] {
-        return !m_source.live && outcome.kind == StreamOutcome::Broken
-            && receiver.content() == StreamContent::Audio && receiver.head().length > 0
-            && m_consumer.isUsable() && m_consumer.wasHeard();
-    };
-    const QUrl url = receiver.head().url;
-    while (isBrokenFile()) {
-        const qint64 before = receiver.received();
+    const bool isFile = !m_source.live && receiver.content() == StreamContent::Audio
+        && receiver.head().length > 0;
+    // An address that was led to may hold for a while only: then the way there is gone again.
+    const QUrl found = receiver.head().url;
+    bool viaFound = true;
+    while (isFile && mayGoOn(outcome.kind) && m_feed.isUsable() && m_consumer.wasHeard()) {
         if (!waitBeforeRetry(outcome))
             return {StreamOutcome::Stopped, outcome.problem};
         m_opened = Clock::now();
-        result = m_http.get({url, before}, receiver);
+        m_feed.resume();
+        const qint64 before = receiver.received();
+        result = m_http.get({viaFound ? found : url, before}, receiver);
         outcome = judge(receiver, result);
-        if (receiver.received() > before)
-            m_backOff.reset();
+        viaFound = receiver.received() > before || !viaFound;
+        wasGood();
     }
-    if (outcome.kind == StreamOutcome::Ended)
-        m_consumer.finishAudio([this] { return goOn(); });
     return outcome;
 }
 
 StreamOutcome StreamReader::judge(
     const AudioReceiver &receiver, const HttpStreamResult &result) const
 {
-    StreamOutcome outcome;
-    outcome.retryAfter = receiver.head().retryAfter;
     const bool isAudio = receiver.content() == StreamContent::Audio;
     // What has no length, and is not live, has ended however its connection did.
     const bool isWhole
         = receiver.head().length < 0 ? !m_source.live : result.kind == HttpStreamResult::Complete;
-    if (isStopped()) {
-        outcome.kind = StreamOutcome::Stopped;
-    } else if (receiver.isHopeless()) {
-        outcome.kind = StreamOutcome::Hopeless;
-        outcome.problem = receiver.problem();
-    } else if (!receiver.problem().isEmpty()) {
-        outcome.problem = receiver.problem();
-    } else if (result.kind == HttpStreamResult::Failed) {
-        outcome.problem = result.problem;
-    } else if (result.kind == HttpStreamResult::Refused) {
-        outcome.problem
-            = playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to hear on the stream."));
-    } else if (isAudio && isWhole) {
-        outcome.kind = StreamOutcome::Ended;
-    } else {
-        outcome.problem = playerText(QT_TRANSLATE_NOOP("Player", "The stream's server ended it."));
+    if (m_wait.isStopped())
+        return {StreamOutcome::Stopped, {}};
+    if (receiver.refusal().kind != StreamOutcome::Ended)
+        return receiver.refusal();
+    if (!m_feed.isUsable()) {
+        // What is damaged in a file is there the next time too.
+        const bool isForGood = !m_source.live && m_consumer.wasHeard();
+        return {isForGood ? StreamOutcome::Hopeless : StreamOutcome::Broken, notDecodable()};
     }
+    if (result.kind == HttpStreamResult::Failed)
+        return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
+    if (result.kind == HttpStreamResult::Refused)
+        return {StreamOutcome::Broken, nothingToHear()};
+    if (isAudio && isWhole)
+        return {StreamOutcome::Ended, {}};
+    return endedByServer();
+}
+
+/// Waits for the end of what ended, unless it is a station's and was heard: that is joined anew at
+/// once. What ended without a sound was none.
+StreamOutcome StreamReader::finish(StreamOutcome outcome)
+{
+    if (outcome.kind == StreamOutcome::Ended && !(m_source.live && m_feed.isGood())) {
+        m_feed.finish();
+        const bool wasSilent = m_consumer.decoded() == Milliseconds::zero();
+        if (wasSilent && !isOver())
+            return {StreamOutcome::Refused, notDecodable()};
+    }
+    // What is not heard ends its connection, not the play.
+    if (outcome.kind == StreamOutcome::Stopped && !isOver())
+        outcome.kind = StreamOutcome::Broken;
     return outcome;
+}
+
+/// A station that ended is on the air again, or will be.
+StreamOutcome StreamReader::rejoin()
+{
+    m_finished.remove(m_lastFinished);
+    m_current = m_lastFinished;
+    return endedByServer();
+}
+
+bool StreamReader::isGivenUp(const StreamOutcome &outcome) const
+{
+    const bool isFinal
+        = outcome.kind == StreamOutcome::Hopeless || outcome.kind == StreamOutcome::Refused;
+    if (m_consumer.wasHeard())
+        return outcome.kind == StreamOutcome::Hopeless && !m_source.live;
+    return isFinal || m_source.hasAlternatives;
+}
+
+/// Whether the connection that ended was worth something, once that is known.
+bool StreamReader::wasGood()
+{
+    Milliseconds before = m_consumer.decoded();
+    for (Milliseconds idle {0}; idle < DecoderStart; idle += StreamConsumer::MaxWait) {
+        if (!m_feed.hasStarted() || !m_feed.isUsable() || m_feed.isGood() || isOver())
+            break;
+        waitFor(StreamConsumer::MaxWait);
+        const Milliseconds decoded = m_consumer.decoded();
+        if (decoded > before)
+            idle = Milliseconds(0);
+        before = decoded;
+    }
+    if (m_feed.isGood())
+        recover();
+    return m_feed.isGood();
+}
+
+void StreamReader::recover()
+{
+    m_backOff.reset();
+    m_brokenSince.reset();
+    m_round = 0;
+    tell({});
+}
+
+/// Grows with each round, so that what is slow is not left for ever.
+StreamReader::Milliseconds StreamReader::patience(bool othersFollow) const
+{
+    constexpr int MostDoublings = 8;
+    return othersFollow ? m_times.entry * (1 << qBound(0, m_round - 1, MostDoublings))
+                        : Milliseconds(0);
+}
+
+bool StreamReader::pace()
+{
+    const Milliseconds wait = m_pace.next(Clock::now());
+    return wait == Milliseconds::zero() || (waitFor(wait) && !isOver());
 }
 
 /// Returns false when the play is over: stopped, or nothing heard for too long.
 bool StreamReader::waitBeforeRetry(const StreamOutcome &outcome)
 {
+    if (isOver())
+        return false;
+    if (!m_brokenSince)
+        m_brokenSince = Clock::now();
     Milliseconds wait = m_backOff.next(outcome.retryAfter);
-    if (!m_consumer.wasHeard()) {
+    if (const auto end = deadline()) {
         // The last try is early enough to bring something.
-        const auto left
-            = std::chrono::duration_cast<Milliseconds>(m_start + m_times.giveUp - Clock::now());
+        const auto left = std::chrono::duration_cast<Milliseconds>(*end - Clock::now());
         if (left > m_times.lastTry)
             wait = std::min(wait, left - m_times.lastTry);
     }
     VESK_INFO(outcome.problem << " Trying again in " << wait.count() << " ms.");
-    return waitFor(wait) && !isTimeUp();
+    tell(problemWithRetry(outcome, wait));
+    if (!waitFor(wait) || isOver())
+        return false;
+    tell(problemWithTry(outcome));
+    return true;
 }
 
 bool StreamReader::waitFor(Milliseconds time)
 {
-    const auto end = Clock::now() + time;
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_tryNow = false;
-    while (!m_stop && !m_tryNow && Clock::now() < end) {
-        auto until = end;
-        if (!m_consumer.wasHeard())
-            until = std::min(until, m_start + m_times.giveUp);
-        m_changed.wait_until(lock, until);
-        if (isTimeUp())
-            break;
-    }
-    return !m_stop;
+    m_wait.wait(time, [this] { return isAsleep() || isTimeUp(); });
+    return !m_wait.isStopped() && !isAsleep();
 }
 
-bool StreamReader::goOn() const
+bool StreamReader::goOn()
 {
+    if (m_feed.isGood())
+        recover();
     const auto silence = std::min<Clock::duration>(m_consumer.silence(), Clock::now() - m_opened);
-    return !isStopped() && !isTimeUp() && m_consumer.isUsable() && silence < m_times.silence;
+    return !isAsleep() && !isOver() && m_feed.isUsable() && silence < m_times.silence;
+}
+
+/// Looks, and remembers. A file waits for a listener who comes back.
+bool StreamReader::isAsleep()
+{
+    m_slept = m_slept || (m_source.live && m_sleep.hasSlept());
+    return m_slept;
+}
+
+void StreamReader::tell(const TrString &problem)
+{
+    if (problem == m_told)
+        return;
+    m_told = problem;
+    Q_EMIT problemChanged(problem);
+}
+
+/// When to give up if nothing is heard until then.
+std::optional<StreamReader::Clock::time_point> StreamReader::deadline() const
+{
+    if (!m_consumer.wasHeard())
+        return m_start + m_times.giveUp;
+    // A file waits for a listener who paused.
+    if (!m_source.live && m_brokenSince && m_consumer.silence() > Milliseconds::zero())
+        return *m_brokenSince + m_times.giveUpFile;
+    return {};
 }
 
 bool StreamReader::isTimeUp() const
 {
-    return !m_consumer.wasHeard() && Clock::now() - m_start > m_times.giveUp;
+    const auto end = deadline();
+    return end && Clock::now() > *end;
 }
 
-bool StreamReader::isStopped() const
+bool StreamReader::isOver() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_stop;
+    return m_wait.isStopped() || m_slept || isTimeUp();
 }

@@ -1,18 +1,21 @@
 #pragma once
 
 #include "host/player/BackOff.h"
+#include "host/player/ConnectPace.h"
 #include "host/player/HttpStream.h"
+#include "host/player/SleepWatch.h"
+#include "host/player/StreamFeed.h"
 #include "host/player/StreamOutcome.h"
+#include "host/player/StreamWait.h"
 
-#include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QSet>
 #include <QThread>
 #include <QUrl>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+#include <optional>
 
 class AudioReceiver;
 class StreamConsumer;
@@ -28,9 +31,9 @@ struct StreamSource {
 
 /// Keeps one play supplied with audio: unwraps playlists (by content, nested up to five levels),
 /// tries their entries in order, follows HTTP Live Streaming, and stays on the air: whatever breaks
-/// is tried again, with a growing wait between tries. Gives up, once, only when nothing was heard
-/// in the first half minute, or when there is no hope; what was heard once is tried for until the
-/// reader is stopped.
+/// is tried again, with a growing wait between tries. What was never heard is given up after half a
+/// minute, or at once when all that it leads to is refused for good; a station that was heard is
+/// tried for until the reader is stopped, a file for two minutes.
 ///
 /// A thread of its own, which starts with start(); one connection at a time. The consumer must
 /// outlive it and is called on the reader's thread.
@@ -40,9 +43,14 @@ class StreamReader : public QThread {
 public:
     struct Times {
         HttpStream::Times http;
+        std::chrono::milliseconds entry {
+            4000}; ///< as HttpStream::Times::connect, while others follow
         std::chrono::milliseconds giveUp {30000}; ///< without anything heard
+        std::chrono::milliseconds giveUpFile {120000}; ///< that was heard, since it broke off
         std::chrono::milliseconds silence {10000}; ///< of a connection that brings bytes
         std::chrono::milliseconds lastTry {3000}; ///< before giving up
+        std::chrono::milliseconds sleep {5000}; ///< of the machine; more leaves a station behind
+        SleepWatch::Now sinceBoot; ///< the machine's own when it is empty
     };
 
     StreamReader(const StreamSource &source, StreamConsumer &consumer, const Times &times);
@@ -52,12 +60,17 @@ public:
     /// Any thread; does not wait.
     void stop();
     /// Ends a wait between two tries, because the network is back. Any thread.
-    void tryNow();
+    void tryNow() { m_wait.cutShort(); }
 
 Q_SIGNALS:
     /// Everything was played.
     void ended();
     void gaveUp(const TrString &problem);
+    /// The machine slept: what was received of the station is old. The reader has ended; another
+    /// one joins the station as it is on the air now.
+    void fellBehind();
+    /// What is being done about a fault, in words; empty once a connection brings audio again.
+    void problemChanged(const TrString &problem);
 
 protected:
     void run() override;
@@ -67,15 +80,27 @@ private:
     using Milliseconds = std::chrono::milliseconds;
 
     StreamOutcome playOnce();
-    StreamOutcome playAddress(const QUrl &url, int depth);
-    StreamOutcome playEntries(const QList<QUrl> &entries, int depth);
-    StreamOutcome playAudio(AudioReceiver &receiver, HttpStreamResult result);
+    StreamOutcome playAddress(const QUrl &url, int depth, bool othersFollow);
+    StreamOutcome openAddress(const QUrl &url, int depth, bool othersFollow);
+    StreamOutcome playEntries(const QList<QUrl> &entries, int depth, bool othersFollow);
+    StreamOutcome playHls(const QUrl &url, const AudioReceiver &receiver);
+    StreamOutcome playAudio(const QUrl &url, AudioReceiver &receiver, HttpStreamResult result);
+    StreamOutcome finish(StreamOutcome outcome);
     StreamOutcome judge(const AudioReceiver &receiver, const HttpStreamResult &result) const;
+    StreamOutcome rejoin();
+    bool isGivenUp(const StreamOutcome &outcome) const;
+    bool wasGood();
+    void recover();
+    Milliseconds patience(bool othersFollow) const;
+    bool pace();
     bool waitBeforeRetry(const StreamOutcome &outcome);
     bool waitFor(Milliseconds time);
-    bool goOn() const;
+    bool goOn();
+    void tell(const TrString &problem);
+    std::optional<Clock::time_point> deadline() const;
     bool isTimeUp() const;
-    bool isStopped() const;
+    bool isAsleep();
+    bool isOver() const;
 
     const StreamSource m_source;
     StreamConsumer &m_consumer;
@@ -84,14 +109,21 @@ private:
     Clock::time_point m_start; ///< set by run()
 
     // Reader's thread only.
+    StreamFeed m_feed;
     BackOff m_backOff;
+    ConnectPace m_pace;
+    SleepWatch m_sleep;
+    bool m_slept = false;
+    int m_round = 0; ///< of going through all that the source leads to, since audio came
+    std::optional<Clock::time_point> m_brokenSince; ///< until audio comes again
     Clock::time_point m_opened; ///< when the connection was
     QUrl m_current; ///< what was heard last
     QSet<QUrl> m_finished; ///< what was played to its end
+    QUrl m_lastFinished;
+    QHash<QUrl, StreamOutcome> m_tried; ///< in this round
+    QUrl m_hlsUrl;
+    qint64 m_hlsNext = -1; ///< the segment to go on with there
+    TrString m_told;
 
-    mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    /// Guarded by m_mutex.
-    bool m_stop = false;
-    bool m_tryNow = false;
+    StreamWait m_wait;
 };

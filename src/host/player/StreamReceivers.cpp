@@ -1,6 +1,6 @@
 #include "host/player/StreamReceivers.h"
 
-#include "host/player/StreamConsumer.h"
+#include "host/player/StreamFeed.h"
 
 #include <QRegularExpression>
 
@@ -37,14 +37,24 @@ TrString playerText(const char *text)
     return TrString("Player", text);
 }
 
-TrString streamProblem(int httpCode)
+TrString playerText(const char *text, const QStringList &values)
 {
-    if (httpCode == 200 || httpCode == 206)
-        return {};
-    return TrString(QStringLiteral("Player"),
-        QString::fromLatin1(
-            QT_TRANSLATE_NOOP("Player", "The stream's server refused it (code %1).")),
-        QString(), -1, {TrArg(QString::number(httpCode))});
+    QVector<TrArg> arguments;
+    for (const QString &value : values)
+        arguments.append(TrArg(value));
+    return TrString(QStringLiteral("Player"), QString::fromLatin1(text), QString(), -1, arguments);
+}
+
+StreamOutcome streamRefusal(const HttpStreamHead &head)
+{
+    if (head.code == 200 || head.code == 206)
+        return {StreamOutcome::Ended, {}};
+    const bool isFinal
+        = head.code == 401 || head.code == 404 || head.code == 410 || head.code == 451;
+    return {isFinal ? StreamOutcome::Refused : StreamOutcome::Broken,
+        playerText(QT_TRANSLATE_NOOP("Player", "The stream's server refused it (code %1)."),
+            {QString::number(head.code)}),
+        head.retryAfter};
 }
 
 TextReceiver::TextReceiver(int limit, std::function<bool()> goOn)
@@ -56,7 +66,7 @@ TextReceiver::TextReceiver(int limit, std::function<bool()> goOn)
 bool TextReceiver::begin(const HttpStreamHead &head)
 {
     m_head = head;
-    return streamProblem(head.code).isEmpty();
+    return streamRefusal(head).kind == StreamOutcome::Ended;
 }
 
 bool TextReceiver::take(const char *data, std::size_t size)
@@ -66,34 +76,37 @@ bool TextReceiver::take(const char *data, std::size_t size)
     return m_text.size() < m_limit;
 }
 
-AudioReceiver::AudioReceiver(StreamConsumer &consumer, std::function<bool()> goOn)
-    : m_consumer(consumer)
-    , m_goOn(std::move(goOn))
+AudioReceiver::AudioReceiver(StreamFeed &feed)
+    : m_feed(feed)
 {
+}
+
+bool AudioReceiver::goOn()
+{
+    return m_feed.goOn();
 }
 
 bool AudioReceiver::begin(const HttpStreamHead &head)
 {
     const TrString placeholder = placeholderProblem(head.url);
-    if (!placeholder.isEmpty()) {
-        m_hopeless = true;
-        return refuse(placeholder);
-    }
-    const TrString problem = streamProblem(head.code);
+    if (!placeholder.isEmpty())
+        return refuse(StreamOutcome::Hopeless, placeholder);
     const qint64 wanted = m_received;
     m_head = head;
-    if (!problem.isEmpty())
-        return refuse(problem);
-    m_problem = {};
+    m_refusal = streamRefusal(head);
+    if (m_refusal.kind != StreamOutcome::Ended)
+        return false;
     // A server that does not know ranges begins at the beginning.
-    if (head.offset > wanted)
-        return refuse(playerText(
-            QT_TRANSLATE_NOOP("Player", "The stream's server sent another part of the file.")));
+    if (head.offset > wanted) {
+        return refuse(StreamOutcome::Broken,
+            playerText(
+                QT_TRANSLATE_NOOP("Player", "The stream's server sent another part of the file.")));
+    }
     m_skip = wanted - head.offset;
     if (wanted == 0)
         m_icy.emplace(head.icyInterval);
     if (head.icyBitRate > 0)
-        m_consumer.takeBitRate(head.icyBitRate);
+        m_feed.consumer().takeBitRate(head.icyBitRate);
     return true;
 }
 
@@ -110,7 +123,7 @@ bool AudioReceiver::take(const char *data, std::size_t size)
     m_received += static_cast<qint64>(size);
     return m_icy->feed(
         data, size, [this](const char *audio, std::size_t count) { return takeBody(audio, count); },
-        [this](const QString &title) { m_consumer.takeTitle(title); });
+        [this](const QString &title) { m_feed.consumer().takeTitle(title); });
 }
 
 bool AudioReceiver::takeBody(const char *data, std::size_t size)
@@ -131,16 +144,17 @@ bool AudioReceiver::decide(bool complete)
     case StreamContent::Undecided:
         return true;
     case StreamContent::Audio: {
-        m_consumer.startAudio(m_goOn);
+        m_feed.start();
         const QByteArray begin = std::move(m_text);
         m_text.clear();
         return takeAudio(begin.constData(), static_cast<std::size_t>(begin.size()));
     }
     case StreamContent::WebPage:
-        return refuse(
+        return refuse(StreamOutcome::Refused,
             playerText(QT_TRANSLATE_NOOP("Player", "There is a web page in place of the stream.")));
     case StreamContent::Text:
-        return refuse(
+        // A station that is about to begin answers with nothing.
+        return refuse(m_text.trimmed().isEmpty() ? StreamOutcome::Broken : StreamOutcome::Refused,
             playerText(QT_TRANSLATE_NOOP("Player", "There is no audio at the stream's address.")));
     default:
         return m_text.size() < PlaylistLimits::MaxBytes;
@@ -155,12 +169,11 @@ void AudioReceiver::complete()
 
 bool AudioReceiver::takeAudio(const char *data, std::size_t size)
 {
-    return m_consumer.feedAudio(data, size, m_goOn)
-        || refuse(playerText(QT_TRANSLATE_NOOP("Player", "The stream cannot be decoded.")));
+    return m_feed.take(data, size);
 }
 
-bool AudioReceiver::refuse(const TrString &problem)
+bool AudioReceiver::refuse(StreamOutcome::Kind kind, const TrString &problem)
 {
-    m_problem = problem;
+    m_refusal = {kind, problem};
     return false;
 }

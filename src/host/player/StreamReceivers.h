@@ -3,18 +3,22 @@
 #include "host/player/HttpStream.h"
 #include "host/player/IcyStream.h"
 #include "host/player/Playlist.h"
+#include "host/player/StreamOutcome.h"
 
 #include <QByteArray>
+#include <QStringList>
 
 #include <functional>
 #include <optional>
 
-class StreamConsumer;
+class StreamFeed;
 
-/// Why an answer with such a code is no stream; empty when it may be one.
-TrString streamProblem(int httpCode);
+/// Why an answer with such a head is no stream; Ended when it may be one.
+StreamOutcome streamRefusal(const HttpStreamHead &head);
 /// "Player" texts: \a text as QT_TRANSLATE_NOOP("Player", ...) marks it.
 TrString playerText(const char *text);
+/// The same with a value for each place in it.
+TrString playerText(const char *text, const QStringList &values);
 
 /// Takes a whole short answer.
 class TextReceiver : public HttpStreamReceiver {
@@ -40,11 +44,11 @@ private:
 /// on with by further requests.
 class AudioReceiver : public HttpStreamReceiver {
 public:
-    AudioReceiver(StreamConsumer &consumer, std::function<bool()> goOn);
+    explicit AudioReceiver(StreamFeed &feed);
 
     bool begin(const HttpStreamHead &head) override;
     bool take(const char *data, std::size_t size) override;
-    bool goOn() override { return m_goOn(); }
+    bool goOn() override;
 
     /// Judges what came so far as all that there is.
     void complete();
@@ -53,25 +57,21 @@ public:
     const HttpStreamHead &head() const { return m_head; }
     /// Bytes of the body that are done with.
     qint64 received() const { return m_received; }
-    /// Why this is nothing to play; empty when nothing is wrong.
-    const TrString &problem() const { return m_problem; }
-    /// Trying again will not help.
-    bool isHopeless() const { return m_hopeless; }
+    /// Why this is nothing to play; Ended when nothing is wrong.
+    const StreamOutcome &refusal() const { return m_refusal; }
 
 private:
     bool takeBody(const char *data, std::size_t size);
     bool decide(bool complete);
     bool takeAudio(const char *data, std::size_t size);
-    bool refuse(const TrString &problem);
+    bool refuse(StreamOutcome::Kind kind, const TrString &problem);
 
-    StreamConsumer &m_consumer;
-    const std::function<bool()> m_goOn;
+    StreamFeed &m_feed;
     HttpStreamHead m_head;
     StreamContent m_content = StreamContent::Undecided;
     QByteArray m_text; ///< what came before it was decided; the playlist
     std::optional<IcyStream> m_icy;
     qint64 m_received = 0;
     qint64 m_skip = 0; ///< bytes to come that were received before
-    TrString m_problem;
-    bool m_hopeless = false;
+    StreamOutcome m_refusal {StreamOutcome::Ended, {}};
 };

@@ -11,6 +11,8 @@ StreamSupply::StreamSupply(
 {
     veskConnect(&m_reader, &StreamReader::ended, this, &StreamSupply::ended);
     veskConnect(&m_reader, &StreamReader::gaveUp, this, &StreamSupply::gaveUp);
+    veskConnect(&m_reader, &StreamReader::fellBehind, this, &StreamSupply::fellBehind);
+    veskConnect(&m_reader, &StreamReader::problemChanged, this, &StreamSupply::problemChanged);
 }
 
 void StreamSupply::start()

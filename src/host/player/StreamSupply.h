@@ -32,6 +32,9 @@ Q_SIGNALS:
     /// Everything is in the output.
     void ended();
     void gaveUp(const TrString &problem);
+    /// What was brought is old: another supply joins the station as it is on the air now.
+    void fellBehind();
+    void problemChanged(const TrString &problem);
 
 private:
     void beginAudio() override;

@@ -1,0 +1,12 @@
+#include "host/player/ConnectPace.h"
+
+#include <algorithm>
+
+std::chrono::milliseconds ConnectPace::next(Clock::time_point now)
+{
+    const auto allowance = Interval * (Burst - 1);
+    m_due = std::max(m_due, now - allowance);
+    const auto wait = std::max(m_due - now, Clock::duration::zero());
+    m_due += Interval;
+    return std::chrono::ceil<std::chrono::milliseconds>(wait);
+}

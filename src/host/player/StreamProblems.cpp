@@ -1,0 +1,90 @@
+#include "host/player/StreamProblems.h"
+
+#include "host/player/BackOff.h"
+#include "host/player/StreamReceivers.h"
+
+#include <QSet>
+#include <QUrlQuery>
+
+#include <ratio>
+
+namespace {
+
+/// Names of query items, in lower case, whose values tell of the stream and not of the listener.
+bool isHarmless(const QString &name)
+{
+    static const QSet<QString> harmless {QStringLiteral("bitrate"), QStringLiteral("channel"),
+        QStringLiteral("codec"), QStringLiteral("ext"), QStringLiteral("format"),
+        QStringLiteral("formats"), QStringLiteral("lang"), QStringLiteral("language"),
+        QStringLiteral("mount"), QStringLiteral("quality"), QStringLiteral("rate"),
+        QStringLiteral("render"), QStringLiteral("station"), QStringLiteral("stream"),
+        QStringLiteral("type")};
+    return harmless.contains(name.toLower());
+}
+
+template <class Unit>
+QString roundedUp(std::chrono::milliseconds time)
+{
+    return QString::number(std::chrono::ceil<Unit>(time).count());
+}
+
+} // namespace
+
+TrString nothingToHear()
+{
+    return playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to hear on the stream."));
+}
+
+TrString notDecodable()
+{
+    return playerText(QT_TRANSLATE_NOOP("Player", "The stream cannot be decoded."));
+}
+
+StreamOutcome endedByServer()
+{
+    return {StreamOutcome::Broken,
+        playerText(QT_TRANSLATE_NOOP("Player", "The stream's server ended it."))};
+}
+
+StreamOutcome neverAStream()
+{
+    return {StreamOutcome::Refused,
+        playerText(QT_TRANSLATE_NOOP("Player", "The playlists never lead to a stream."))};
+}
+
+TrString problemWithRetry(const StreamOutcome &outcome, std::chrono::milliseconds wait)
+{
+    const QString problem = outcome.problem.toString();
+    const QString seconds = roundedUp<std::chrono::seconds>(wait);
+    if (outcome.retryAfter > BackOff::LongestAsked) {
+        return playerText(
+            QT_TRANSLATE_NOOP("Player", "%1 It asks for a break of %2 min. Trying again in %3 s."),
+            {problem, roundedUp<std::chrono::minutes>(outcome.retryAfter), seconds});
+    }
+    return playerText(QT_TRANSLATE_NOOP("Player", "%1 Trying again in %2 s."), {problem, seconds});
+}
+
+TrString problemWithTry(const StreamOutcome &outcome)
+{
+    return playerText(
+        QT_TRANSLATE_NOOP("Player", "%1 Trying again."), {outcome.problem.toString()});
+}
+
+TrString problemWithNextAddress(const StreamOutcome &outcome)
+{
+    return playerText(
+        QT_TRANSLATE_NOOP("Player", "%1 Trying the next address."), {outcome.problem.toString()});
+}
+
+QString displayedStreamAddress(const QUrl &url)
+{
+    QUrlQuery shown;
+    const auto items = QUrlQuery(url).queryItems(QUrl::FullyEncoded);
+    for (const auto &item : items)
+        shown.addQueryItem(
+            item.first, isHarmless(item.first) ? item.second : QStringLiteral("***"));
+    QUrl address = url;
+    address.setQuery(url.hasQuery() ? shown.query(QUrl::FullyEncoded) : QString());
+    return address.toDisplayString(
+        QUrl::RemoveUserInfo | QUrl::RemoveFragment | QUrl::FullyEncoded);
+}

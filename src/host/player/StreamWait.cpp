@@ -1,0 +1,50 @@
+#include "host/player/StreamWait.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::chrono::milliseconds Look {500};
+
+} // namespace
+
+void StreamWait::stop()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_stop = true;
+    }
+    m_changed.notify_all();
+}
+
+bool StreamWait::isStopped() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_stop;
+}
+
+void StreamWait::cutShort()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_cutShort = true;
+    }
+    m_changed.notify_all();
+}
+
+void StreamWait::wait(Milliseconds time, const std::function<bool()> &isOver)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + time;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_cutShort = false;
+    while (!m_stop && !m_cutShort && Clock::now() < end) {
+        lock.unlock();
+        const bool over = isOver();
+        lock.lock();
+        if (over)
+            return;
+        m_changed.wait_until(
+            lock, std::min(end, Clock::now() + Look), [this] { return m_stop || m_cutShort; });
+    }
+}
