@@ -1,6 +1,7 @@
 #include "api/web/HttpSettings.h"
 
 #include "api/core/vesk.h"
+#include "api/web/ConnectionGuard.h"
 
 #include <QtGlobal>
 
@@ -104,6 +105,7 @@ void setUpHttpHandle(CURL *easy)
         VESK_ASSERT(curl_easy_setopt(easy, option, value) == CURLE_OK);
     };
     set(CURLOPT_NOSIGNAL, 1L);
+    set(CURLOPT_OPENSOCKETFUNCTION, &openHttpSocket);
     // A name server that does not answer must not hold up this thread when a time-out ends the
     // wait.
     set(CURLOPT_QUICK_EXIT, 1L);
