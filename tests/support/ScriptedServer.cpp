@@ -201,13 +201,13 @@ bool answer(Connection &connection, const ScriptedServer::Request &request,
         return false;
     }
     const bool hasBody = request.method != "HEAD" && response.code != 204 && response.code != 304;
-    const bool whole
-        = response.end == End::Complete || response.end == End::Close || response.end == End::Raw;
-    QByteArray bytes = response.end == End::Raw ? QByteArray() : headText(response);
-    if (hasBody || response.end == End::Raw)
+    const bool raw = response.end == End::Raw || response.end == End::RawStall;
+    const bool whole = response.end == End::Complete || response.end == End::Close || raw;
+    QByteArray bytes = raw ? QByteArray() : headText(response);
+    if (hasBody || raw)
         bytes += whole ? response.body : response.body.left(response.sendBytes);
     const bool sent = connection.send(bytes);
-    if (response.end == End::Stall)
+    if (response.end == End::Stall || response.end == End::RawStall)
         connection.stall();
     else if (response.end == End::Reset)
         connection.resetOnClose();

@@ -36,6 +36,7 @@ public:
         Stall, ///< Nothing more comes once `sendBytes` bytes are sent.
         StallBeforeHead, ///< Not even a status line comes.
         ResetBeforeHead, ///< The connection is reset at once.
+        RawStall, ///< `body` is all that is sent, status line included, then nothing more comes.
         Raw, ///< `body` is all that is sent, status line included, then the connection is closed.
     };
 

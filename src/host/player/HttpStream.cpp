@@ -1,6 +1,7 @@
 #include "host/player/HttpStream.h"
 
 #include "api/core/vesk.h"
+#include "api/web/ConnectionGuard.h"
 #include "api/web/HttpSettings.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@ using Milliseconds = std::chrono::milliseconds;
 
 constexpr int PollMs = 100;
 constexpr long ReceiveBufferBytes = 16 * 1024;
+/// A day; what is longer is not meant.
+constexpr curl_off_t MaxRetryAfterSeconds = 24 * 3600;
 /// More audio between two titles than any server sends.
 constexpr int MaxIcyInterval = 16 * 1024 * 1024;
 
@@ -142,6 +145,7 @@ private:
     curl_slist *m_aliases = nullptr;
     HttpStreamReceiver &m_receiver;
     HttpRedirectRule m_redirects;
+    ConnectionGuard m_guard;
     bool m_begun = false;
     bool m_refused = false;
     bool m_inHead = false;
@@ -157,6 +161,7 @@ HttpStreamExchange::HttpStreamExchange(
 {
     VESK_ASSERT(m_easy);
     setUpHttpHandle(m_easy);
+    m_guard.guard(m_easy);
     m_settings->applyTo(m_easy);
     m_redirects.start(request.url.scheme() == QLatin1String("https"));
     m_headers = curl_slist_append(m_headers, "Icy-MetaData: 1");
@@ -272,7 +277,7 @@ HttpStreamHead HttpStreamExchange::head() const
     head.icyBitRate = kilobits > 0 && kilobits < 100000 ? kilobits * 1000 : 0;
     curl_off_t seconds = 0;
     curl_easy_getinfo(m_easy, CURLINFO_RETRY_AFTER, &seconds);
-    head.retryAfter = std::chrono::seconds(std::clamp<curl_off_t>(seconds, 0, 3600));
+    head.retryAfter = std::chrono::seconds(std::clamp<curl_off_t>(seconds, 0, MaxRetryAfterSeconds));
     return head;
 }
 
@@ -290,6 +295,10 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
         return *m_headFailure;
     if (code == CURLE_OPERATION_TIMEDOUT)
         return failed(timeoutProblem(stage()));
+    if (code == CURLE_COULDNT_CONNECT && m_guard.hasRefused()) {
+        return failedForGood(problem(QT_TRANSLATE_NOOP(
+            "Player", "The stream leads inside the local network, where no station may lead.")));
+    }
     if (code != CURLE_OK)
         return failure(code, m_message);
     // An answer without a body still has a head to tell of.

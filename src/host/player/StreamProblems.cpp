@@ -4,11 +4,13 @@
 #include "host/player/StreamReceivers.h"
 
 #include <QSet>
-#include <QUrlQuery>
+#include <QStringList>
 
-#include <ratio>
+#include <algorithm>
 
 namespace {
+
+const QString Hidden = QStringLiteral("***");
 
 /// Names of query items, in lower case, whose values tell of the stream and not of the listener.
 bool isHarmless(const QString &name)
@@ -78,13 +80,16 @@ TrString problemWithNextAddress(const StreamOutcome &outcome)
 
 QString displayedStreamAddress(const QUrl &url)
 {
-    QUrlQuery shown;
-    const auto items = QUrlQuery(url).queryItems(QUrl::FullyEncoded);
-    for (const auto &item : items)
-        shown.addQueryItem(
-            item.first, isHarmless(item.first) ? item.second : QStringLiteral("***"));
+    QStringList shown;
+    const QStringList items
+        = url.query(QUrl::FullyEncoded).split(QLatin1Char('&'), Qt::SkipEmptyParts);
+    for (const QString &item : items) {
+        const int equals = item.indexOf(QLatin1Char('='));
+        const QString name = item.left(std::max(equals, 0));
+        shown += isHarmless(name) ? item : equals < 0 ? Hidden : name + QLatin1Char('=') + Hidden;
+    }
     QUrl address = url;
-    address.setQuery(url.hasQuery() ? shown.query(QUrl::FullyEncoded) : QString());
+    address.setQuery(shown.isEmpty() ? QString() : shown.join(QLatin1Char('&')));
     return address.toDisplayString(
         QUrl::RemoveUserInfo | QUrl::RemoveFragment | QUrl::FullyEncoded);
 }

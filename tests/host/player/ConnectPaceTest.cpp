@@ -1,0 +1,56 @@
+#include "host/player/ConnectPace.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <vector>
+
+namespace {
+
+using Clock = ConnectPace::Clock;
+using Milliseconds = std::chrono::milliseconds;
+
+/// When connections that are opened as soon as they may are opened, since the first.
+std::vector<Milliseconds> openings(ConnectPace &pace, int count)
+{
+    const Clock::time_point start {std::chrono::hours(1)};
+    Clock::time_point now = start;
+    std::vector<Milliseconds> times;
+    for (int i = 0; i < count; ++i) {
+        now += pace.next(now);
+        times.push_back(std::chrono::duration_cast<Milliseconds>(now - start));
+    }
+    return times;
+}
+
+} // namespace
+
+TEST(ConnectPaceTest, theFirstConnectionsDoNotWait)
+{
+    ConnectPace pace;
+    const auto times = openings(pace, ConnectPace::Burst + 1);
+    EXPECT_EQ(times.at(ConnectPace::Burst - 1), Milliseconds(0));
+    EXPECT_EQ(times.at(ConnectPace::Burst), ConnectPace::Interval);
+}
+
+TEST(ConnectPaceTest, noHalfMinuteSeesMoreThanFortyFive)
+{
+    ConnectPace pace;
+    const auto times = openings(pace, 10000);
+    for (const Milliseconds begin : times) {
+        const auto from = std::lower_bound(times.begin(), times.end(), begin);
+        const auto to = std::lower_bound(times.begin(), times.end(), begin + Milliseconds(30000));
+        ASSERT_LE(to - from, 45);
+    }
+}
+
+TEST(ConnectPaceTest, restsMakeUpForHaste)
+{
+    ConnectPace pace;
+    const Clock::time_point start {std::chrono::hours(1)};
+    for (int i = 0; i < ConnectPace::Burst; ++i)
+        EXPECT_EQ(pace.next(start), Milliseconds(0));
+    const Clock::time_point later = start + std::chrono::hours(10);
+    for (int i = 0; i < ConnectPace::Burst; ++i)
+        EXPECT_EQ(pace.next(later), Milliseconds(0)) << i;
+    EXPECT_EQ(pace.next(later), ConnectPace::Interval);
+}

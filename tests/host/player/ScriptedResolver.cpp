@@ -1,0 +1,85 @@
+#include "tests/host/player/ScriptedResolver.h"
+
+#include <condition_variable>
+#include <dlfcn.h>
+#include <map>
+#include <mutex>
+#include <netdb.h>
+
+namespace {
+
+struct Script {
+    std::mutex mutex;
+    std::condition_variable changed;
+    /// Guarded by mutex.
+    std::map<QByteArray, QByteArray> addresses; ///< empty: hangs
+    std::map<QByteArray, int> questions;
+};
+
+/// Never destroyed: a thread that nobody waits for may still ask.
+Script &script()
+{
+    static auto &instance = *new Script;
+    return instance;
+}
+
+/// The address to look up in place of \a name; empty when there is none.
+QByteArray addressOf(const QByteArray &name)
+{
+    Script &all = script();
+    std::unique_lock<std::mutex> lock(all.mutex);
+    ++all.questions[name];
+    all.changed.notify_all();
+    const auto hangs = [&] {
+        const auto found = all.addresses.find(name);
+        return found != all.addresses.end() && found->second.isEmpty();
+    };
+    all.changed.wait(lock, [&] { return !hangs(); });
+    const auto found = all.addresses.find(name);
+    return found == all.addresses.end() ? QByteArray() : found->second;
+}
+
+} // namespace
+
+/// Found before the C library's by everything in the program, libcurl included.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(
+    const char *name, const char *service, const addrinfo *hints, addrinfo **result)
+{
+    using Function = int (*)(const char *, const char *, const addrinfo *, addrinfo **);
+    static const auto system = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "getaddrinfo"));
+    const QByteArray asked(name);
+    if (!asked.endsWith(".scripted.test"))
+        return system(name, service, hints, result);
+    const QByteArray address = addressOf(asked);
+    if (address.isEmpty())
+        return EAI_NONAME;
+    return system(address.constData(), service, hints, result);
+}
+
+void ScriptedResolver::answer(const QByteArray &name, const QByteArray &address)
+{
+    Script &all = script();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    all.addresses[name] = address;
+    all.changed.notify_all();
+}
+
+void ScriptedResolver::hang(const QByteArray &name)
+{
+    answer(name, {});
+}
+
+void ScriptedResolver::release()
+{
+    Script &all = script();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    all.addresses.clear();
+    all.changed.notify_all();
+}
+
+int ScriptedResolver::questions(const QByteArray &name)
+{
+    Script &all = script();
+    const std::lock_guard<std::mutex> lock(all.mutex);
+    return all.questions[name];
+}
