@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 /// \file
 /// What tests of the stream reader share: a server whose paths a test scripts, a consumer that
@@ -149,6 +150,19 @@ protected:
     void serve(const QByteArray &path, const Response &response)
     {
         answers[path] = [response](const ScriptedServer::Request &) { return response; };
+    }
+    /// Notes when requests for \a path come; the first gets \a first, the others \a then.
+    std::shared_ptr<std::vector<Milliseconds>> serveAndTime(
+        const QByteArray &path, const Response &first, const Response &then)
+    {
+        auto tries = std::make_shared<std::vector<Milliseconds>>();
+        QElapsedTimer clock;
+        clock.start();
+        answers[path] = [tries, first, then, clock](const ScriptedServer::Request &) {
+            tries->push_back(Milliseconds(clock.elapsed()));
+            return tries->size() == 1 ? first : then;
+        };
+        return tries;
     }
     QByteArray address(const QByteArray &path) const
     {
