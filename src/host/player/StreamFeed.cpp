@@ -58,6 +58,6 @@ void StreamFeed::finish()
 
 bool StreamFeed::isGood()
 {
-    m_good = m_good || (m_started && m_brought && m_consumer.decoded() - m_before >= GoodAudio);
+    m_good = m_good || (hasBrought() && m_consumer.decoded() - m_before >= GoodAudio);
     return m_good;
 }

@@ -28,8 +28,8 @@ public:
     bool goOn() const { return m_goOn(); }
     StreamConsumer &consumer() const { return m_consumer; }
 
-    /// Whether the connection brought the beginning of a stream.
-    bool hasStarted() const { return m_started; }
+    /// Whether the connection brought what may be audio.
+    bool hasBrought() const { return m_started && m_brought; }
     /// Not while nothing was brought: what is being decoded then is the last connection's.
     bool isUsable() const { return !m_started || m_consumer.isUsable(); }
     /// Whether the connection brought a second of audio. Bytes are decoded after they were taken.

@@ -268,7 +268,7 @@ bool StreamReader::wasGood()
 {
     Milliseconds before = m_consumer.decoded();
     for (Milliseconds idle {0}; idle < DecoderStart; idle += StreamConsumer::MaxWait) {
-        if (!m_feed.hasStarted() || !m_feed.isUsable() || m_feed.isGood() || isOver())
+        if (!m_feed.hasBrought() || !m_feed.isUsable() || m_feed.isGood() || isOver())
             break;
         waitFor(StreamConsumer::MaxWait);
         const Milliseconds decoded = m_consumer.decoded();
