@@ -366,6 +366,62 @@
         <source>The stream cannot be received (%1).</source>
         <translation>Der Stream kann nicht empfangen werden (%1).</translation>
     </message>
+    <message>
+        <source>%1 Trying again in %2 s.</source>
+        <translation>%1 Neuer Versuch in %2 s.</translation>
+    </message>
+    <message>
+        <source>%1 It asks for a break of %2 min. Trying again in %3 s.</source>
+        <translation>%1 Er bittet um eine Pause von %2 min. Neuer Versuch in %3 s.</translation>
+    </message>
+    <message>
+        <source>%1 Trying again.</source>
+        <translation>%1 Neuer Versuch.</translation>
+    </message>
+    <message>
+        <source>%1 Trying the next address.</source>
+        <translation>%1 Die nächste Adresse wird versucht.</translation>
+    </message>
+    <message>
+        <source>The stream's playlist is empty.</source>
+        <translation>Die Wiedergabeliste des Streams ist leer.</translation>
+    </message>
+    <message>
+        <source>The stream's address is no web address.</source>
+        <translation>Die Adresse des Streams ist keine Webadresse.</translation>
+    </message>
+    <message>
+        <source>The stream leads to what is no web address.</source>
+        <translation>Der Stream führt zu etwas, das keine Webadresse ist.</translation>
+    </message>
+    <message>
+        <source>The stream leads from a safe address to one that is not.</source>
+        <translation>Der Stream führt von einer sicheren Adresse zu einer unsicheren.</translation>
+    </message>
+    <message>
+        <source>The stream leads inside the local network, where no station may lead.</source>
+        <translation>Der Stream führt ins lokale Netz, wohin kein Sender führen darf.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not speak HTTP.</source>
+        <translation>Der Server des Streams spricht kein HTTP.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer is too long.</source>
+        <translation>Der Kopf der Antwort des Servers ist zu lang.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer never ends.</source>
+        <translation>Der Kopf der Antwort des Servers hört nicht auf.</translation>
+    </message>
+    <message>
+        <source>The stream's server sends nothing.</source>
+        <translation>Der Server des Streams sendet nichts.</translation>
+    </message>
+    <message>
+        <source>The stream's server has stopped sending.</source>
+        <translation>Der Server des Streams sendet nicht mehr.</translation>
+    </message>
 </context>
 <context>
     <name>CMErrorHelper</name>

@@ -366,6 +366,62 @@
         <source>The stream cannot be received (%1).</source>
         <translation>No se puede recibir la emisión (%1).</translation>
     </message>
+    <message>
+        <source>%1 Trying again in %2 s.</source>
+        <translation>%1 Nuevo intento en %2 s.</translation>
+    </message>
+    <message>
+        <source>%1 It asks for a break of %2 min. Trying again in %3 s.</source>
+        <translation>%1 Pide una pausa de %2 min. Nuevo intento en %3 s.</translation>
+    </message>
+    <message>
+        <source>%1 Trying again.</source>
+        <translation>%1 Nuevo intento.</translation>
+    </message>
+    <message>
+        <source>%1 Trying the next address.</source>
+        <translation>%1 Se prueba la siguiente dirección.</translation>
+    </message>
+    <message>
+        <source>The stream's playlist is empty.</source>
+        <translation>La lista de reproducción de la emisión está vacía.</translation>
+    </message>
+    <message>
+        <source>The stream's address is no web address.</source>
+        <translation>La dirección de la emisión no es una dirección web.</translation>
+    </message>
+    <message>
+        <source>The stream leads to what is no web address.</source>
+        <translation>La emisión lleva a algo que no es una dirección web.</translation>
+    </message>
+    <message>
+        <source>The stream leads from a safe address to one that is not.</source>
+        <translation>La emisión lleva de una dirección segura a otra que no lo es.</translation>
+    </message>
+    <message>
+        <source>The stream leads inside the local network, where no station may lead.</source>
+        <translation>La emisión lleva a la red local, adonde ninguna emisora puede llevar.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not speak HTTP.</source>
+        <translation>El servidor de la emisión no habla HTTP.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer is too long.</source>
+        <translation>La cabecera de la respuesta del servidor es demasiado larga.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer never ends.</source>
+        <translation>La cabecera de la respuesta del servidor no termina.</translation>
+    </message>
+    <message>
+        <source>The stream's server sends nothing.</source>
+        <translation>El servidor de la emisión no envía nada.</translation>
+    </message>
+    <message>
+        <source>The stream's server has stopped sending.</source>
+        <translation>El servidor de la emisión ha dejado de enviar.</translation>
+    </message>
 </context>
 <context>
     <name>CMErrorHelper</name>

@@ -366,6 +366,62 @@
         <source>The stream cannot be received (%1).</source>
         <translation>Le flux ne peut pas être reçu (%1).</translation>
     </message>
+    <message>
+        <source>%1 Trying again in %2 s.</source>
+        <translation>%1 Nouvel essai dans %2 s.</translation>
+    </message>
+    <message>
+        <source>%1 It asks for a break of %2 min. Trying again in %3 s.</source>
+        <translation>%1 Il demande une pause de %2 min. Nouvel essai dans %3 s.</translation>
+    </message>
+    <message>
+        <source>%1 Trying again.</source>
+        <translation>%1 Nouvel essai.</translation>
+    </message>
+    <message>
+        <source>%1 Trying the next address.</source>
+        <translation>%1 Essai de l'adresse suivante.</translation>
+    </message>
+    <message>
+        <source>The stream's playlist is empty.</source>
+        <translation>La liste de lecture du flux est vide.</translation>
+    </message>
+    <message>
+        <source>The stream's address is no web address.</source>
+        <translation>L'adresse du flux n'est pas une adresse web.</translation>
+    </message>
+    <message>
+        <source>The stream leads to what is no web address.</source>
+        <translation>Le flux mène à ce qui n'est pas une adresse web.</translation>
+    </message>
+    <message>
+        <source>The stream leads from a safe address to one that is not.</source>
+        <translation>Le flux mène d'une adresse sûre à une autre qui ne l'est pas.</translation>
+    </message>
+    <message>
+        <source>The stream leads inside the local network, where no station may lead.</source>
+        <translation>Le flux mène dans le réseau local, où aucune station ne peut mener.</translation>
+    </message>
+    <message>
+        <source>The stream's server does not speak HTTP.</source>
+        <translation>Le serveur du flux ne parle pas HTTP.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer is too long.</source>
+        <translation>L'en-tête de la réponse du serveur est trop long.</translation>
+    </message>
+    <message>
+        <source>The head of the stream's server's answer never ends.</source>
+        <translation>L'en-tête de la réponse du serveur n'a pas de fin.</translation>
+    </message>
+    <message>
+        <source>The stream's server sends nothing.</source>
+        <translation>Le serveur du flux n'envoie rien.</translation>
+    </message>
+    <message>
+        <source>The stream's server has stopped sending.</source>
+        <translation>Le serveur du flux n'envoie plus rien.</translation>
+    </message>
 </context>
 <context>
     <name>CMErrorHelper</name>
