@@ -3,9 +3,28 @@
 #include "api/core/log.h"
 #include "api/core/percent.h"
 
+#include <QSet>
+
 #include <ostream>
 
 namespace {
+
+/// Names under which stations and their networks have listeners prove who they are, beside those of
+/// veskIsSecretKey().
+bool isCredential(const QString &name)
+{
+    static const QSet<QString> credentials {QStringLiteral("accesskey"),
+        QStringLiteral("access_key"), QStringLiteral("accesstoken"), QStringLiteral("access_token"),
+        QStringLiteral("apikey"), QStringLiteral("api_key"), QStringLiteral("authkey"),
+        QStringLiteral("auth_key"), QStringLiteral("authtoken"), QStringLiteral("auth_token"),
+        QStringLiteral("hdnea"), QStringLiteral("hdnts"), QStringLiteral("hmac"),
+        QStringLiteral("jwt"), QStringLiteral("key"), QStringLiteral("pass"),
+        QStringLiteral("passwd"), QStringLiteral("pwd"), QStringLiteral("secret"),
+        QStringLiteral("sid"), QStringLiteral("sig"), QStringLiteral("signature"),
+        QStringLiteral("wmsauthsign"), QStringLiteral("x-amz-credential"),
+        QStringLiteral("x-amz-security-token"), QStringLiteral("x-amz-signature")};
+    return credentials.contains(name.toLower());
+}
 
 /// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
 constexpr char pathCharacters[] = "!$&'()*+,;=:@/";
@@ -356,7 +375,8 @@ QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
             continue;
         }
         shown += item.left(equals + 1);
-        if (veskIsSecretKey(decoded(item.left(equals), true)))
+        const QString name = decoded(item.left(equals), true);
+        if (veskIsSecretKey(name) || isCredential(name))
             shown += QLatin1String("***");
         else
             shown += withoutNestedSecrets(item.mid(equals + 1), nesting);

@@ -245,6 +245,8 @@ TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
     EXPECT_EQ(
         shown(url("http://h/?pass%77ord=secret&&password")), "http://h/?pass%77ord=***&&password");
     EXPECT_EQ(shown(url("http://h/#password=secret")), "http://h/#password=***");
+    EXPECT_EQ(shown(url("http://h/live?accessKey=k3y&bitrate=128&Signature=s&X-Amz-Credential=c")),
+        "http://h/live?accessKey=***&bitrate=128&Signature=***&X-Amz-Credential=***");
     EXPECT_EQ(shown(url("http://h/a@b?c@d")), "http://h/a@b?c@d");
     EXPECT_EQ(shown(url("?")), "?");
     EXPECT_EQ(shown(VeskUrl()), "");
