@@ -1,0 +1,87 @@
+/// Disks and limits that run full, for tests of what is kept. Plain system calls: the tests of
+/// every program use it.
+#pragma once
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <iostream>
+#include <string>
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+/// A file system of its own in memory, 128 KiB large, and gone with this object. Only root may
+/// mount one: without it isMounted() is false, and the reason is printed.
+class SmallDisk {
+public:
+    SmallDisk()
+    {
+        const char *temporary = std::getenv("TMPDIR");
+        m_folder = std::string(temporary ? temporary : "/tmp") + "/small-disk-XXXXXX";
+        if (!::mkdtemp(m_folder.data()))
+            m_folder.clear();
+        m_mounted = ::mount("none", m_folder.c_str(), "tmpfs", 0, "size=128k,mode=700") == 0;
+        if (!m_mounted) {
+            std::cerr << "NOT TESTED ON A FULL DISK: no file system can be mounted here ("
+                      << std::strerror(errno) << "); run this test as root\n";
+        }
+    }
+    ~SmallDisk()
+    {
+        if (m_mounted)
+            ::umount2(m_folder.c_str(), MNT_DETACH);
+        ::rmdir(m_folder.c_str());
+    }
+    SmallDisk(const SmallDisk &) = delete;
+    SmallDisk &operator=(const SmallDisk &) = delete;
+
+    bool isMounted() const { return m_mounted; }
+    const std::string &folder() const { return m_folder; }
+
+    /// Leaves no room for a single byte. Not while somebody else makes room.
+    void fill() const
+    {
+        const int filler = ::open(fillerName().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
+        const std::string block(4096, 'x');
+        while (::write(filler, block.data(), block.size()) > 0) { }
+        ::close(filler);
+    }
+    void makeRoom() const { ::unlink(fillerName().c_str()); }
+    bool setReadOnly(bool readOnly) const
+    {
+        const unsigned long flags = MS_REMOUNT | (readOnly ? MS_RDONLY : 0);
+        return ::mount("none", m_folder.c_str(), "tmpfs", flags, "size=128k") == 0;
+    }
+
+private:
+    std::string fillerName() const { return m_folder + "/filler"; }
+
+    std::string m_folder;
+    bool m_mounted = false;
+};
+
+/// Files beyond a size cannot be written by this process, or by another one, as long as this lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes, pid_t process = 0)
+        : m_process(process)
+    {
+        // What the programs do; otherwise the limit would end the test.
+        if (m_process == 0)
+            std::signal(SIGXFSZ, SIG_IGN);
+        ::prlimit(m_process, RLIMIT_FSIZE, nullptr, &m_before);
+        const rlimit limit {bytes, m_before.rlim_max};
+        ::prlimit(m_process, RLIMIT_FSIZE, &limit, nullptr);
+    }
+    ~FileSizeLimit() { ::prlimit(m_process, RLIMIT_FSIZE, &m_before, nullptr); }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    const pid_t m_process;
+    rlimit m_before {};
+};
