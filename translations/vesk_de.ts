@@ -251,6 +251,22 @@
         <source>Connected to the network</source>
         <translation>Mit dem Netzwerk verbunden</translation>
     </message>
+    <message>
+        <source>Not saved: the disk is full.</source>
+        <translation>Nicht gespeichert: Der Datenträger ist voll.</translation>
+    </message>
+    <message>
+        <source>Not saved: the disk cannot be written. The log says more.</source>
+        <translation>Nicht gespeichert: Auf den Datenträger kann nicht geschrieben werden. Mehr steht im Protokoll.</translation>
+    </message>
+    <message>
+        <source>Not saved: too much is waiting for the disk.</source>
+        <translation>Nicht gespeichert: Zu viel wartet auf den Datenträger.</translation>
+    </message>
+    <message>
+        <source>The text is too long.</source>
+        <translation>Der Text ist zu lang.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

@@ -251,6 +251,22 @@
         <source>Connected to the network</source>
         <translation>Conectado a la red</translation>
     </message>
+    <message>
+        <source>Not saved: the disk is full.</source>
+        <translation>No se ha guardado: el disco está lleno.</translation>
+    </message>
+    <message>
+        <source>Not saved: the disk cannot be written. The log says more.</source>
+        <translation>No se ha guardado: no se puede escribir en el disco. El registro dice más.</translation>
+    </message>
+    <message>
+        <source>Not saved: too much is waiting for the disk.</source>
+        <translation>No se ha guardado: hay demasiado esperando al disco.</translation>
+    </message>
+    <message>
+        <source>The text is too long.</source>
+        <translation>El texto es demasiado largo.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

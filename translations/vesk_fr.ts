@@ -251,6 +251,22 @@
         <source>Connected to the network</source>
         <translation>Connecté au réseau</translation>
     </message>
+    <message>
+        <source>Not saved: the disk is full.</source>
+        <translation>Non enregistré : le disque est plein.</translation>
+    </message>
+    <message>
+        <source>Not saved: the disk cannot be written. The log says more.</source>
+        <translation>Non enregistré : impossible d’écrire sur le disque. Le journal en dit plus.</translation>
+    </message>
+    <message>
+        <source>Not saved: too much is waiting for the disk.</source>
+        <translation>Non enregistré : trop de choses attendent le disque.</translation>
+    </message>
+    <message>
+        <source>The text is too long.</source>
+        <translation>Le texte est trop long.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

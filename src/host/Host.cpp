@@ -53,7 +53,8 @@ Host::~Host()
 
 void Host::start()
 {
-    setUpValues();
+    if (!setUpValues())
+        return;
     setUpNetwork();
     m_language = std::make_unique<UiLanguage>(HostFolders::translations());
     m_services = std::make_unique<ServicesWorker>();
@@ -63,7 +64,7 @@ void Host::start()
     setUpPlugins();
 }
 
-void Host::setUpValues()
+bool Host::setUpValues()
 {
     defineHostValues(m_values.get());
     // A pinned value stays as it is, so all of them are there before the first is pinned.
@@ -79,7 +80,11 @@ void Host::setUpValues()
     if (folder.isEmpty())
         VESK_WARN("There is no folder for settings: changes last until the host ends.");
     m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
-    m_settings->load();
+    QString error;
+    if (m_settings->load(error))
+        return true;
+    Q_EMIT failed(error);
+    return false;
 }
 
 void Host::setUpNetwork()
@@ -211,7 +216,7 @@ void Host::finishStop()
     if (m_stopped)
         return;
     m_stopped = true;
-    m_settings->flush();
+    m_settings->close();
     // What a play wrote to a file is complete then.
     Q_EMIT stopped(!m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime));
 }

@@ -55,7 +55,8 @@ Q_SIGNALS:
     void stopped(bool complete);
 
 private:
-    void setUpValues();
+    /// False when it failed, which was told then.
+    bool setUpValues();
     void setUpNetwork();
     void setUpPlayer();
     void setUpPlugins();

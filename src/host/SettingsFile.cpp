@@ -5,14 +5,14 @@
 
 #include <QDir>
 #include <QFile>
-#include <QSaveFile>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 VESK_LOGGER("Host")
 
 namespace {
+
+using Content = files::KeptFile::Content;
 
 const QString &valuesKey()
 {
@@ -37,81 +37,91 @@ bool isSettings(const QVariant &content)
         && (memberId.isNull() || memberId.userType() == QMetaType::QString);
 }
 
-/// The name of a replaced file is on the disk only once its folder is.
-void syncFolder(const QString &folder)
+/// Returns whether \a bytes could be understood.
+bool parse(const std::string &bytes, KeptSettings &settings)
 {
-    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-    if (descriptor < 0)
-        return;
-    ::fsync(descriptor);
-    ::close(descriptor);
+    VeskError error;
+    const QVariant content = VeskJson::parse(QByteArray::fromStdString(bytes), error);
+    if (!isSettings(content))
+        return false;
+    const QVariantHash members = content.toHash();
+    settings = {members.value(valuesKey()).toHash(), members.value(memberIdKey()).toString()};
+    return true;
 }
 
 } // namespace
 
 SettingsFile::SettingsFile(const QString &folder)
-    : m_folder(folder)
-    , m_file(folder.isEmpty() ? QString() : folder + QStringLiteral("/settings.json"))
+    : m_name(folder.isEmpty() ? QString() : folder + QStringLiteral("/settings.json"))
+    , m_file(QFile::encodeName(m_name).toStdString(), MaxSize)
 {
 }
 
-KeptSettings SettingsFile::read()
+KeptSettings SettingsFile::read(bool &isCurrent)
 {
-    if (m_file.isEmpty() || !QFile::exists(m_file))
+    isCurrent = false;
+    if (m_name.isEmpty())
         return {};
-    QFile file(m_file);
-    QVariant content;
-    VeskError error;
-    if (file.open(QIODevice::ReadOnly)) {
-        const QByteArray bytes = file.read(MaxSize + 1);
-        if (bytes.size() <= MaxSize)
-            content = VeskJson::parse(bytes, error);
+    m_file.removeLeftovers();
+    const Content content = m_file.read();
+    KeptSettings settings;
+    if (content.state == Content::Read && parse(content.bytes, settings)) {
+        isCurrent = true;
+        m_written = QByteArray::fromStdString(content.bytes);
+        return settings;
     }
-    if (!isSettings(content)) {
-        keepAside();
+    if (content.state != Content::Missing) {
+        moveAside(content.state == Content::Damaged ? QString::fromStdString(content.problem)
+                                                    : QStringLiteral("these are no settings"));
+    }
+    return readLastGood();
+}
+
+KeptSettings SettingsFile::readLastGood() const
+{
+    KeptSettings settings;
+    const Content content = m_file.readLastGood();
+    if (content.state == Content::Read && parse(content.bytes, settings)) {
+        VESK_WARN("There are no settings in " << m_name << ", but in its copy from before.");
+        return settings;
+    }
+    if (content.state != Content::Missing)
+        VESK_WARN("The copy of " << m_name << " cannot be read either; starting without settings.");
+    return {};
+}
+
+void SettingsFile::moveAside(const QString &reason)
+{
+    std::string name;
+    const files::Problem problem = m_file.setAside(name);
+    VESK_WARN("The settings in " << m_name << " cannot be read: " << reason
+                                 << (problem ? ". They stay there: " : ". They are now in ")
+                                 << (problem ? problem.text : name) << '.');
+}
+
+files::Problem SettingsFile::write(const KeptSettings &settings)
+{
+    if (m_name.isEmpty())
         return {};
-    }
-    const QVariantHash members = content.toHash();
-    return {members.value(valuesKey()).toHash(), members.value(memberIdKey()).toString()};
-}
-
-void SettingsFile::keepAside()
-{
-    const QString aside = m_file + QStringLiteral(".damaged");
-    QFile::remove(aside);
-    const bool kept = QFile::rename(m_file, aside);
-    VESK_WARN("The settings in " << m_file << " cannot be read; starting without them."
-                                 << (kept ? " The file is kept as " : " It cannot be kept as ")
-                                 << aside);
-}
-
-bool SettingsFile::write(const KeptSettings &settings)
-{
-    if (m_file.isEmpty())
-        return true;
     QVariantHash content {{valuesKey(), settings.values}};
     if (!settings.memberId.isEmpty())
         content.insert(memberIdKey(), settings.memberId);
-    return writeBytes(VeskJson::write(content) + '\n');
+    const QByteArray bytes = VeskJson::write(content) + '\n';
+    const files::Problem problem = m_file.write(bytes.toStdString());
+    if (!problem)
+        m_written = bytes;
+    return problem;
 }
 
-bool SettingsFile::writeBytes(const QByteArray &bytes)
+void SettingsFile::writeLastGood()
 {
-    if (!QDir().mkpath(m_folder)) {
-        VESK_ERROR("The settings cannot be kept: no folder " << m_folder);
-        return false;
-    }
-    // commit() brings the bytes to the disk before it replaces the file.
-    QSaveFile file(m_file);
-    const bool written = file.open(QIODevice::WriteOnly)
-        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
-        && file.write(bytes) == bytes.size() && file.commit();
-    if (!written) {
-        VESK_ERROR("The settings cannot be kept in " << m_file << ": " << file.errorString());
-        return false;
-    }
-    syncFolder(m_folder);
-    return true;
+    const std::string bytes = m_written.toStdString();
+    if (bytes.empty() || m_file.readLastGood().bytes == bytes)
+        return;
+    const files::Problem problem = m_file.writeLastGood(bytes);
+    if (problem && !m_isCopyFailing)
+        VESK_WARN("There is no copy of the settings in " << m_name << ": " << problem.text);
+    m_isCopyFailing = bool(problem);
 }
 
 QString SettingsFile::defaultFolder()

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "files/KeptFile.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QVariantHash>
 
@@ -12,31 +15,42 @@ struct KeptSettings {
     QString memberId;
 };
 
-/// The file "settings.json" in the state folder. Written whole or not at all; a file that cannot be
-/// understood is kept aside as "settings.json.damaged". Not thread-safe.
+inline bool operator==(const KeptSettings &a, const KeptSettings &b)
+{
+    return a.values == b.values && a.memberId == b.memberId;
+}
+
+/// The file "settings.json" in the state folder, and what files::KeptFile keeps beside it. One that
+/// cannot be understood is moved aside, and what it held last is read instead. Not thread-safe.
 class SettingsFile {
 public:
     /// A longer file is taken for damaged.
     static constexpr qint64 MaxSize = 1024 * 1024;
 
-    /// \a folder is made when it is first written to; with an empty one nothing is kept.
+    /// With an empty \a folder nothing is kept. To read and write, hold the folder's lock.
     explicit SettingsFile(const QString &folder);
 
-    /// Empty settings when there is no file, or none that can be understood.
-    KeptSettings read();
-    /// Returns false, and logs why, when that failed; the file is as it was then.
-    bool write(const KeptSettings &settings);
+    /// Empty settings when there are none that can be understood. \a isCurrent tells whether the
+    /// file itself holds what is returned.
+    KeptSettings read(bool &isCurrent);
+    /// What went wrong, in words for the log; the file is as it was then.
+    files::Problem write(const KeptSettings &settings);
+    /// Keeps what the file holds a second time, for the day on which it is damaged. Does nothing
+    /// when that is so already; logs what goes wrong.
+    void writeLastGood();
 
-    QString fileName() const { return m_file; }
+    QString fileName() const { return m_name; }
 
     /// $XDG_STATE_HOME/vesk, else .local/state/vesk in the home folder, else, for root,
     /// /var/lib/vesk. Empty when there is none of them.
     static QString defaultFolder();
 
 private:
-    void keepAside();
-    bool writeBytes(const QByteArray &bytes);
+    KeptSettings readLastGood() const;
+    void moveAside(const QString &reason);
 
-    const QString m_folder;
-    const QString m_file;
+    const QString m_name;
+    files::KeptFile m_file;
+    QByteArray m_written; ///< what the file holds
+    bool m_isCopyFailing = false;
 };

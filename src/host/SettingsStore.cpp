@@ -5,50 +5,84 @@
 #include "api/values/VeskValuePaths.h"
 #include "host/HostValues.h"
 
-#include <QRandomGenerator>
-#include <QRegularExpression>
+#include <QFile>
+
+#include <cerrno>
 
 VESK_LOGGER("Host")
 
 namespace {
 
-bool isMemberId(const QString &text)
+CMError refusal(const char *text)
 {
-    static const QRegularExpression form(QStringLiteral("^[0-9a-f]{32}\\z"));
-    return form.match(text).hasMatch();
+    return CMError(TrString("Host", text));
 }
 
-QString newMemberId()
+CMError errorOf(const files::Problem &problem)
 {
-    QString id;
-    for (int part = 0; part < 2; ++part) {
-        const quint64 bits = QRandomGenerator::system()->generate64();
-        id += QStringLiteral("%1").arg(bits, 16, 16, QLatin1Char('0'));
-    }
-    return id;
+    if (problem.error == ENOSPC || problem.error == EDQUOT)
+        return refusal(QT_TRANSLATE_NOOP("Host", "Not saved: the disk is full."));
+    return refusal(
+        QT_TRANSLATE_NOOP("Host", "Not saved: the disk cannot be written. The log says more."));
+}
+
+std::string nameOf(const QString &file)
+{
+    return QFile::encodeName(file).toStdString();
 }
 
 } // namespace
 
 SettingsStore::SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent)
     : QObject(parent)
-    , m_file(folder)
+    , m_folder(folder)
     , m_values(values)
+    , m_lock(nameOf(folder + QStringLiteral("/lock")))
+    , m_file(folder)
+    , m_memberIdFile(folder)
 {
 }
 
 SettingsStore::~SettingsStore()
 {
-    flush();
+    close();
+    m_values->setKeep(nullptr);
 }
 
-void SettingsStore::load()
+bool SettingsStore::load(QString &error)
 {
-    m_kept = m_file.read();
+    if (!takeFolder(error))
+        return false;
+    bool isCurrent = false;
+    m_kept = m_file.read(isCurrent);
+    m_isUnsure = !isCurrent;
     applyKept();
     ensureMemberId();
-    veskConnect(m_values, &CMValuesWorker::valueChanged, this, &SettingsStore::valueChanged);
-    flush();
+    if (m_isUnsure)
+        tellOfWriting(bringToDisk(m_kept));
+    if (!m_isUnsure)
+        m_file.writeLastGood();
+    m_isOpen = true;
+    m_writer = std::thread([this] { run(); });
+    m_values->setKeep([this](const CMPath &path, const VeskValue &value,
+                          const CMValuesWorker::Kept &kept) { keep(path, value, kept); });
+    return true;
+}
+
+bool SettingsStore::takeFolder(QString &error)
+{
+    if (m_folder.isEmpty())
+        return true;
+    m_obstacle = files::KeptFile::makeFolder(nameOf(m_folder));
+    if (m_obstacle)
+        return true;
+    const files::FileLock::Outcome outcome = m_lock.take();
+    m_obstacle = m_lock.problem();
+    if (outcome != files::FileLock::Outcome::Elsewhere)
+        return true;
+    error = QStringLiteral("the state folder is in use: %1")
+                .arg(QString::fromStdString(m_obstacle.text));
+    return false;
 }
 
 void SettingsStore::applyKept()
@@ -70,41 +104,144 @@ void SettingsStore::applyKept()
 
 void SettingsStore::ensureMemberId()
 {
-    if (!isMemberId(m_kept.memberId)) {
-        m_kept.memberId = newMemberId();
-        m_dirty = true;
+    const QString own = m_memberIdFile.read();
+    const QString amongSettings
+        = MemberIdFile::isMemberId(m_kept.memberId) ? m_kept.memberId : QString();
+    // The file of its own is the one that nothing but the first start has written.
+    if (!own.isEmpty() && !amongSettings.isEmpty() && own != amongSettings) {
+        VESK_WARN(
+            "The member id in " << m_file.fileName() << " is another device's; this one's stays.");
     }
-    m_values->setValue(VeskSystemMemberIdPath(), VeskValue::fromString(m_kept.memberId));
+    QString id = own.isEmpty() ? amongSettings : own;
+    if (id.isEmpty())
+        id = MemberIdFile::make();
+    m_isIdKept = id == own;
+    m_isUnsure |= !m_isIdKept || id != m_kept.memberId;
+    m_kept.memberId = id;
+    m_values->setValue(VeskSystemMemberIdPath(), VeskValue::fromString(id));
 }
 
-void SettingsStore::valueChanged(const CMPath &path, const VeskValue &value)
+void SettingsStore::close()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_isOpen = false;
+    }
+    m_wake.notify_one();
+    if (!m_writer.joinable())
+        return;
+    m_writer.join();
+    deliver();
+    // A write that failed may have got as far as the disk: what was refused must not come back.
+    if (m_isUnsure)
+        tellOfWriting(bringToDisk(m_kept));
+}
+
+void SettingsStore::keep(
+    const CMPath &path, const VeskValue &value, const CMValuesWorker::Kept &kept)
 {
     const HostValueDefinition *definition = findHostValue(path);
-    if (!definition || definition->access != CMValuesWorker::Writable)
-        return;
-    // Only what differs is kept, so that a better default of a later version counts.
-    if (value == definition->initial)
-        m_kept.values.remove(path.toEncoded());
-    else
-        m_kept.values.insert(path.toEncoded(), plainValue(value));
-    changed();
+    if (!definition)
+        return kept(CMError());
+    if (plainValue(value).toString().size() > MaxText)
+        return kept(refusal(QT_TRANSLATE_NOOP("Host", "The text is too long.")));
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_isOpen && m_waiting.size() < MaxWaiting) {
+            m_waiting.push_back({path, value, kept});
+            m_wake.notify_one();
+            return;
+        }
+    }
+    kept(refusal(QT_TRANSLATE_NOOP("Host", "Not saved: too much is waiting for the disk.")));
 }
 
-void SettingsStore::changed()
+void SettingsStore::run()
 {
-    m_dirty = true;
-    // Changes that come together are written together.
-    if (!m_scheduled)
-        QMetaObject::invokeMethod(
-            this, [this] { flush(); }, Qt::QueuedConnection);
-    m_scheduled = true;
+    veskSetThreadName(QStringLiteral("Settings"));
+    std::unique_lock<std::mutex> lock(m_mutex);
+    for (;;) {
+        m_wake.wait(lock, [this] { return !m_isOpen || !m_waiting.empty(); });
+        if (m_waiting.empty())
+            return;
+        Changes changes;
+        changes.swap(m_waiting);
+        lock.unlock();
+        write(std::move(changes));
+        lock.lock();
+    }
 }
 
-bool SettingsStore::flush()
+void SettingsStore::write(Changes changes)
 {
-    m_scheduled = false;
-    if (!m_dirty)
-        return true;
-    m_dirty = !m_file.write(m_kept);
-    return !m_dirty;
+    const KeptSettings wanted = changed(changes);
+    const bool isThere = !m_isUnsure && wanted == m_kept;
+    const files::Problem problem = isThere ? files::Problem() : bringToDisk(wanted);
+    if (!problem)
+        m_kept = wanted;
+    tellOfWriting(problem);
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_written.push_back({std::move(changes), problem ? errorOf(problem) : CMError()});
+    }
+    QMetaObject::invokeMethod(
+        this, [this] { deliver(); }, Qt::QueuedConnection);
+    if (!problem && !isThere)
+        m_file.writeLastGood(); // nobody waits for it
+}
+
+KeptSettings SettingsStore::changed(const Changes &changes) const
+{
+    KeptSettings settings = m_kept;
+    for (const Change &change : changes) {
+        // Only what differs is kept, so that a better default of a later version counts.
+        if (change.value == findHostValue(change.path)->initial)
+            settings.values.remove(change.path.toEncoded());
+        else
+            settings.values.insert(change.path.toEncoded(), plainValue(change.value));
+    }
+    return settings;
+}
+
+files::Problem SettingsStore::bringToDisk(const KeptSettings &settings)
+{
+    if (m_folder.isEmpty()) {
+        m_isUnsure = false;
+        return {};
+    }
+    m_isUnsure = true;
+    // What may lie in a folder that can be had only later was not read, and must not be replaced.
+    if (m_obstacle)
+        return m_obstacle;
+    if (!m_isIdKept) {
+        if (files::Problem problem = m_memberIdFile.write(settings.memberId))
+            return problem;
+        m_isIdKept = true;
+    }
+    if (files::Problem problem = m_file.write(settings))
+        return problem;
+    m_isUnsure = false;
+    return {};
+}
+
+void SettingsStore::tellOfWriting(const files::Problem &problem)
+{
+    if (problem && !m_isFailing)
+        VESK_ERROR("Settings cannot be kept in " << m_folder << ": " << problem.text);
+    else if (!problem && m_isFailing)
+        VESK_INFO("Settings are kept in " << m_folder << " again.");
+    m_isFailing = bool(problem);
+}
+
+void SettingsStore::deliver()
+{
+    std::vector<Written> written;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        written.swap(m_written);
+    }
+    for (const Written &batch : written) {
+        for (const Change &change : batch.changes)
+            change.kept(batch.error);
+    }
 }

@@ -1,36 +1,92 @@
 #pragma once
 
 #include "api/nodes/CMValuesWorker.h"
+#include "files/FileLock.h"
+#include "host/MemberIdFile.h"
 #include "host/SettingsFile.h"
 
 #include <QObject>
 
-/// Keeps the settings that are changed while the host runs, and the device's id. Lives on the main
-/// thread, with an event loop; values may change on any. What cannot be written now is written with
-/// the next change; the running values do not depend on it. A value that is pinned is neither set
-/// from what was kept nor written.
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// Keeps the settings that requests change, and the device's id, in the state folder, which it
+/// holds for this process alone. A change takes effect and is answered once it is on the disk; one
+/// that cannot be brought there is refused, and the value stays as it was.
+///
+/// Lives on the main thread, with an event loop. The disk is a thread's of its own, so that a slow
+/// one holds up nobody but those who change settings; changes that come while it writes are written
+/// together. What the host itself sets, and what is pinned, is not kept.
 class SettingsStore : public QObject {
     Q_OBJECT
 
 public:
+    /// Changes that wait for the disk; one more is refused.
+    static constexpr std::size_t MaxWaiting = 256;
+    /// The longest text that is kept, in characters.
+    static constexpr int MaxText = 64 * 1024;
+
+    /// Without a \a folder changes last until the host ends.
     SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent = nullptr);
-    /// Writes what is not written yet.
+    /// As close().
     ~SettingsStore() override;
 
-    /// Sets the kept values, gives the device its id on its first start, and follows the changes.
-    void load();
-    /// Writes now what is not written yet; false when that failed.
-    bool flush();
+    /// Takes hold of the folder, sets the kept values, gives the device its id on its first start,
+    /// and keeps what changes from then on. Returns false, and why in \a error, when another
+    /// process has the folder. A folder that cannot be written is no reason, but then nothing is
+    /// kept until the next start, and changes are refused.
+    bool load(QString &error);
+    /// Waits until what was asked for is written and answered; later changes are refused.
+    void close();
 
 private:
+    struct Change {
+        CMPath path;
+        VeskValue value;
+        CMValuesWorker::Kept kept;
+    };
+    using Changes = std::vector<Change>;
+    /// Changes and what came of them.
+    struct Written {
+        Changes changes;
+        CMError error;
+    };
+
+    bool takeFolder(QString &error);
     void applyKept();
     void ensureMemberId();
-    void valueChanged(const CMPath &path, const VeskValue &value);
-    void changed();
 
-    SettingsFile m_file;
+    /// On the thread of a request.
+    void keep(const CMPath &path, const VeskValue &value, const CMValuesWorker::Kept &kept);
+    /// The writing thread.
+    void run();
+    void write(Changes changes);
+    KeptSettings changed(const Changes &changes) const;
+    files::Problem bringToDisk(const KeptSettings &settings);
+    void tellOfWriting(const files::Problem &problem);
+    /// Back on the main thread.
+    void deliver();
+
+    const QString m_folder;
     CMValuesWorker *const m_values;
-    KeptSettings m_kept;
-    bool m_dirty = false; ///< something is not written yet
-    bool m_scheduled = false; ///< and will be once the event loop runs
+
+    /// The writing thread's while there is one, else the main thread's.
+    files::FileLock m_lock;
+    files::Problem m_obstacle; ///< why the folder is not held
+    SettingsFile m_file;
+    MemberIdFile m_memberIdFile;
+    KeptSettings m_kept; ///< what is on the disk
+    bool m_isUnsure = true; ///< whether it is: a write has failed since
+    bool m_isIdKept = false;
+    bool m_isFailing = false;
+
+    std::thread m_writer;
+    std::mutex m_mutex;
+    std::condition_variable m_wake;
+    /// Guarded by m_mutex.
+    bool m_isOpen = false;
+    Changes m_waiting;
+    std::vector<Written> m_written;
 };

@@ -1,8 +1,11 @@
 #include "host/SettingsStore.h"
 
 #include "api/tunein/VeskTuneInPaths.h"
+#include "api/values/VeskRoles.h"
 #include "api/values/VeskValuePaths.h"
 #include "host/HostValues.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/SmallDisk.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QDir>
@@ -11,6 +14,7 @@
 
 #include <gmock/gmock.h>
 
+#include <sys/stat.h>
 #include <thread>
 
 namespace {
@@ -38,24 +42,46 @@ protected:
                 values.setValue(VeskTuneInPartnerIdPath(), VeskValue::fromString(pinnedPartner));
                 values.pin(VeskTuneInPartnerIdPath());
             }
-            store.load();
+            QString error;
+            EXPECT_TRUE(store.load(error)) << error.toStdString();
         }
 
         QString partner() const { return values.value(VeskTuneInPartnerIdPath()).string_(); }
         QString memberId() const { return values.value(VeskSystemMemberIdPath()).string_(); }
-        void setPartner(const char *id)
+
+        /// What a client asks for; its answer comes later.
+        std::shared_ptr<CMReplyData<QVariant>> ask(const CMPath &path, const QVariant &value)
         {
-            values.setValue(VeskTuneInPartnerIdPath(), VeskValue::fromString(text(id)));
+            const auto data = std::make_shared<CMReplyData<QVariant>>();
+            values.request(
+                CMSetDataRequest(path, VeskRoles::Value(), value, CMReply<QVariant>(data)));
+            return data;
+        }
+        /// What came of it: empty when it is kept.
+        static std::string outcome(const std::shared_ptr<CMReplyData<QVariant>> &answer)
+        {
+            if (!spinUntil([&] { return answer->isFinished(); }))
+                return "no answer";
+            return answer->error().message().toString().toStdString();
+        }
+        std::string setPartner(const QString &id)
+        {
+            return outcome(ask(VeskTuneInPartnerIdPath(), id));
+        }
+        std::string setPartner(const char *id) { return setPartner(text(id)); }
+        std::string setWizard(bool enabled)
+        {
+            return outcome(ask(VeskTuneInEnabledFixItWizardPath(), enabled));
         }
 
         CMValuesWorker values;
         SettingsStore store;
     };
 
-    void write(const QByteArray &content)
+    void write(const QByteArray &content, const QString &suffix = QString())
     {
         QDir().mkpath(m_folder);
-        QFile file(m_file);
+        QFile file(m_file + suffix);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
     }
@@ -83,27 +109,41 @@ TEST_F(SettingsStoreTest, GivesTheDeviceAnIdOnceAndForAll)
     EXPECT_NE(Run(m_temporary.filePath(QStringLiteral("other"))).memberId(), id);
 }
 
-TEST_F(SettingsStoreTest, KeepsWhatIsChanged)
+TEST_F(SettingsStoreTest, AChangeIsOnTheDiskWhenItIsAnswered)
 {
     {
         Run run(m_folder);
-        run.setPartner("abc");
-        run.values.setValue(VeskTuneInEnabledFixItWizardPath(), VeskValue::fromBool(false));
-        EXPECT_TRUE(spinUntil([&] { return content().contains("abc"); })) << "without an end";
+        EXPECT_EQ(run.setPartner("abc"), "");
+        EXPECT_TRUE(content().contains("abc"));
+        EXPECT_EQ(run.partner(), text("abc"));
+        EXPECT_EQ(run.setWizard(false), "");
     }
     Run run(m_folder);
     EXPECT_EQ(run.partner(), text("abc"));
     EXPECT_FALSE(run.values.value(VeskTuneInEnabledFixItWizardPath()).bool_());
 }
 
+TEST_F(SettingsStoreTest, AChangeTakesEffectOnceItIsKeptAndTheLastOneCounts)
+{
+    Run run(m_folder);
+    std::vector<std::shared_ptr<CMReplyData<QVariant>>> answers;
+    for (int i = 0; i < 100; ++i)
+        answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString::number(i)));
+    // The value that it has until then is as good a wish as any.
+    answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString()));
+    EXPECT_EQ(run.partner(), QString()) << "nothing is delivered without the event loop";
+    for (const auto &answer : answers)
+        EXPECT_EQ(Run::outcome(answer), "");
+    EXPECT_EQ(run.partner(), QString());
+    EXPECT_FALSE(content().contains("partnerId"));
+}
+
 TEST_F(SettingsStoreTest, KeepsOnlyWhatDiffersFromTheDefault)
 {
     Run run(m_folder);
-    run.setPartner("abc");
-    EXPECT_TRUE(run.store.flush());
+    EXPECT_EQ(run.setPartner("abc"), "");
     EXPECT_TRUE(content().contains("tunein/partnerId"));
-    run.setPartner("");
-    EXPECT_TRUE(run.store.flush());
+    EXPECT_EQ(run.setPartner(""), "");
     EXPECT_FALSE(content().contains("tunein/partnerId"));
 }
 
@@ -111,29 +151,31 @@ TEST_F(SettingsStoreTest, DoesNotKeepStates)
 {
     Run run(m_folder);
     run.values.setValue(VeskNetworkStateConnected(), VeskValue::fromBool(true));
-    run.store.flush();
+    EXPECT_EQ(run.setPartner("abc"), "");
     EXPECT_FALSE(content().contains("network"));
 }
 
-TEST_F(SettingsStoreTest, KeepsAChangeThatAnotherThreadMakes)
+TEST_F(SettingsStoreTest, KeepsAChangeThatAnotherThreadAsksFor)
 {
     Run run(m_folder);
-    std::thread([&] { run.setPartner("threaded"); }).join();
-    EXPECT_TRUE(spinUntil([&] { return content().contains("threaded"); }));
+    std::shared_ptr<CMReplyData<QVariant>> answer;
+    std::thread([&] { answer = run.ask(VeskTuneInPartnerIdPath(), text("threaded")); }).join();
+    EXPECT_EQ(Run::outcome(answer), "");
+    EXPECT_TRUE(content().contains("threaded"));
 }
 
 TEST_F(SettingsStoreTest, APinnedValueIsNeitherReplacedNorWritten)
 {
     {
         Run run(m_folder);
-        run.setPartner("kept");
+        EXPECT_EQ(run.setPartner("kept"), "");
     }
     {
         Run run(m_folder, text("pinned"));
         EXPECT_EQ(run.partner(), text("pinned"));
-        run.setPartner("later");
+        EXPECT_EQ(run.setPartner("later"), "The value cannot be changed.");
         EXPECT_EQ(run.partner(), text("pinned"));
-        run.values.setValue(VeskTuneInEnabledFixItWizardPath(), VeskValue::fromBool(false));
+        EXPECT_EQ(run.setWizard(false), "");
     }
     EXPECT_FALSE(content().contains("pinned"));
     EXPECT_EQ(Run(m_folder).partner(), text("kept"));
@@ -147,16 +189,77 @@ TEST_F(SettingsStoreTest, OnlyTheOwnerReadsTheFile)
         QFile::Permissions());
 }
 
-TEST_F(SettingsStoreTest, KeepsADamagedFileAsideAndStartsWithDefaults)
+TEST_F(SettingsStoreTest, TheFolderIsItsOwnersAlone)
 {
-    for (const char *damaged : {"", "{", "[]", "null", "{\"values\":[]}", "{\"memberId\":5}",
-             "{\"values\":{\"settings:tunein/partnerId\":\"ab"}) {
+    Run run(m_folder);
+    struct stat status { };
+    ASSERT_EQ(::stat(QFile::encodeName(m_folder).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700u);
+}
+
+const char *const damagedOnes[] = {"", "{", "[]", "null", "{\"values\":[]}", "{\"memberId\":5}",
+    "{\"values\":{\"settings:tunein/partnerId\":\"ab"};
+
+TEST_F(SettingsStoreTest, MovesADamagedFileAsideAndGoesOnWithItsCopy)
+{
+    QString id;
+    {
+        Run run(m_folder);
+        id = run.memberId();
+        EXPECT_EQ(run.setPartner("abc"), "");
+    }
+    QString suffix = QStringLiteral(".damaged");
+    for (const char *damaged : {"", "{\"values\":{\"settings:tu"}) {
         write(damaged);
         Run run(m_folder);
+        EXPECT_EQ(run.partner(), text("abc")) << damaged;
+        EXPECT_EQ(run.memberId(), id) << damaged;
+        EXPECT_EQ(content(suffix), damaged);
+        EXPECT_TRUE(content().contains("abc")) << "a good one is in its place";
+        suffix = QStringLiteral(".damaged.2");
+    }
+}
+
+TEST_F(SettingsStoreTest, AFileThatIsGoneComesBackFromItsCopy)
+{
+    {
+        Run run(m_folder);
+        EXPECT_EQ(run.setPartner("abc"), "");
+    }
+    QFile::remove(m_file);
+    EXPECT_EQ(Run(m_folder).partner(), text("abc"));
+    EXPECT_TRUE(content().contains("abc"));
+}
+
+TEST_F(SettingsStoreTest, AFileWithoutACopyGetsOneAtTheStart)
+{
+    write(R"({"values":{"settings:tunein/partnerId":"abc"}})");
+    Run(m_folder).partner();
+    write("damaged");
+    EXPECT_EQ(Run(m_folder).partner(), text("abc"));
+}
+
+TEST_F(SettingsStoreTest, StartsWithDefaultsAndItsOwnIdWithoutACopy)
+{
+    const QString id = Run(m_folder).memberId();
+    for (const char *damaged : damagedOnes) {
+        write(damaged);
+        QFile::remove(m_file + QStringLiteral(".last-good"));
+        Run run(m_folder);
         EXPECT_EQ(run.partner(), QString()) << damaged;
-        EXPECT_FALSE(run.memberId().isEmpty()) << damaged;
-        EXPECT_EQ(content(QStringLiteral(".damaged")), damaged);
-        EXPECT_TRUE(content().contains(run.memberId().toLatin1())) << "a good one is in its place";
+        EXPECT_EQ(run.memberId(), id) << damaged;
+        EXPECT_TRUE(content().contains(id.toLatin1()));
+    }
+}
+
+TEST_F(SettingsStoreTest, StartsWithDefaultsWhenTheCopyIsDamagedToo)
+{
+    for (const char *damaged : damagedOnes) {
+        write(damaged);
+        write("{", QStringLiteral(".last-good"));
+        Run run(m_folder);
+        EXPECT_EQ(run.partner(), QString()) << damaged;
+        EXPECT_FALSE(run.memberId().isEmpty());
     }
 }
 
@@ -165,6 +268,79 @@ TEST_F(SettingsStoreTest, TakesAHugeFileForDamaged)
     write(QByteArray(SettingsFile::MaxSize, ' ') + "{}");
     Run run(m_folder);
     EXPECT_FALSE(content(QStringLiteral(".damaged")).isEmpty());
+}
+
+TEST_F(SettingsStoreTest, WhatIsNoFileIsMovedAsideAndNotOpened)
+{
+    QString id;
+    {
+        Run run(m_folder);
+        id = run.memberId();
+        EXPECT_EQ(run.setPartner("abc"), "");
+    }
+    const QByteArray name = QFile::encodeName(m_file);
+    const std::function<void()> obstacles[] = {
+        [&] { ASSERT_EQ(::mkfifo(name.constData(), 0600), 0); },
+        [&] { ASSERT_TRUE(QDir().mkpath(m_file + QStringLiteral("/below"))); },
+        [&] { ASSERT_EQ(::symlink(name.constData(), name.constData()), 0); },
+        [&] { ASSERT_EQ(::symlink("/dev/zero", name.constData()), 0); },
+    };
+    for (const auto &obstacle : obstacles) {
+        QFile::remove(m_file);
+        obstacle();
+        LogCapture log("Host");
+        Run run(m_folder);
+        EXPECT_EQ(run.partner(), text("abc"));
+        EXPECT_EQ(run.memberId(), id);
+        EXPECT_THAT(log.lines(text("WARN")).join(QLatin1Char(32)).toStdString(),
+            testing::HasSubstr("cannot be read"));
+        EXPECT_EQ(run.setPartner("abc"), "");
+        EXPECT_TRUE(content().contains("abc"));
+    }
+}
+
+TEST_F(SettingsStoreTest, TheIdHasAFileOfItsOwnThatIsWrittenOnce)
+{
+    const QString file = m_folder + QStringLiteral("/member-id");
+    const QString id = Run(m_folder).memberId();
+    QFile own(file);
+    ASSERT_TRUE(own.open(QIODevice::ReadOnly));
+    EXPECT_EQ(own.readAll(), id.toLatin1() + '\n');
+    const auto written = [&] {
+        struct stat status { };
+        EXPECT_EQ(::stat(QFile::encodeName(file).constData(), &status), 0);
+        return status.st_ino;
+    };
+    const auto first = written();
+    {
+        Run run(m_folder);
+        EXPECT_EQ(run.setPartner("abc"), "");
+    }
+    EXPECT_EQ(written(), first);
+}
+
+TEST_F(SettingsStoreTest, TheIdsOwnFileCountsWhenTheTwoDiffer)
+{
+    const QString id = Run(m_folder).memberId();
+    const QByteArray other(32, 'a');
+    write("{\"memberId\":\"" + other + "\"}");
+    EXPECT_EQ(Run(m_folder).memberId(), id);
+    EXPECT_TRUE(content().contains(id.toLatin1())) << "and the settings are put right";
+}
+
+TEST_F(SettingsStoreTest, TheIdAmongTheSettingsCountsWhenItsOwnFileIsGoneOrDamaged)
+{
+    const QString id = Run(m_folder).memberId();
+    const QString file = m_folder + QStringLiteral("/member-id");
+    ASSERT_TRUE(QFile::remove(file));
+    EXPECT_EQ(Run(m_folder).memberId(), id);
+    EXPECT_TRUE(QFile::exists(file));
+    ASSERT_TRUE(QFile::resize(file, 10));
+    EXPECT_EQ(Run(m_folder).memberId(), id);
+    EXPECT_TRUE(QFile::exists(file + QStringLiteral(".damaged")));
+    ASSERT_TRUE(QFile::remove(file));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    EXPECT_EQ(Run(m_folder).memberId(), id);
 }
 
 TEST_F(SettingsStoreTest, PassesOverEntriesThatDoNotFitAndCarriesThemAlong)
@@ -177,12 +353,11 @@ TEST_F(SettingsStoreTest, PassesOverEntriesThatDoNotFitAndCarriesThemAlong)
     EXPECT_TRUE(run.values.value(VeskTuneInEnabledFixItWizardPath()).bool_());
     EXPECT_FALSE(run.values.value(VeskNetworkStateConnected()).bool_());
     EXPECT_THAT(run.memberId().toStdString(), testing::MatchesRegex("[0-9a-f]{32}"));
-    run.setPartner("better");
-    run.store.flush();
+    EXPECT_EQ(run.setPartner("better"), "");
     EXPECT_TRUE(content().contains("settings:future"));
 }
 
-TEST_F(SettingsStoreTest, AFailedWriteLosesNothingAndIsMadeUpForByTheNextChange)
+TEST_F(SettingsStoreTest, AFolderThatCannotBeHadRefusesChanges)
 {
     // A file where the folder should be: nobody can write there, not even root.
     QDir().mkpath(QFileInfo(m_folder).path());
@@ -191,38 +366,147 @@ TEST_F(SettingsStoreTest, AFailedWriteLosesNothingAndIsMadeUpForByTheNextChange)
     obstacle.close();
 
     Run run(m_folder);
-    run.setPartner("abc");
-    EXPECT_FALSE(run.store.flush());
-    EXPECT_EQ(run.partner(), text("abc"));
+    EXPECT_FALSE(run.memberId().isEmpty());
+    EXPECT_EQ(run.setPartner("abc"), "Not saved: the disk cannot be written. The log says more.");
+    EXPECT_EQ(run.partner(), QString());
+}
 
-    ASSERT_TRUE(obstacle.remove());
-    run.values.setValue(VeskTuneInEnabledFixItWizardPath(), VeskValue::fromBool(false));
-    EXPECT_TRUE(spinUntil([&] { return content().contains("enabledFixItWizard"); }));
-    EXPECT_TRUE(content().contains("abc"));
+TEST_F(SettingsStoreTest, ARefusedChangeLeavesTheValueAsItWas)
+{
+    Run run(m_folder);
+    ASSERT_EQ(run.setPartner("abc"), "");
+    {
+        const FileSizeLimit limit(20);
+        EXPECT_EQ(
+            run.setPartner("def"), "Not saved: the disk cannot be written. The log says more.");
+        EXPECT_EQ(run.partner(), text("abc"));
+        EXPECT_TRUE(content().contains("abc"));
+    }
+    EXPECT_EQ(run.setPartner("ghi"), "");
+    EXPECT_TRUE(content().contains("ghi"));
+}
+
+TEST_F(SettingsStoreTest, ATextThatIsTooLongIsRefusedAlone)
+{
+    Run run(m_folder);
+    const auto longOne = run.ask(VeskTuneInPartnerIdPath(), QString(70000, QLatin1Char('x')));
+    EXPECT_EQ(run.setWizard(false), "");
+    EXPECT_EQ(Run::outcome(longOne), "The text is too long.");
+}
+
+TEST_F(SettingsStoreTest, WhatWaitsAtTheEndIsKeptAndAnswered)
+{
+    std::shared_ptr<CMReplyData<QVariant>> answer;
+    {
+        Run run(m_folder);
+        answer = run.ask(VeskTuneInPartnerIdPath(), text("last"));
+        run.store.close();
+        EXPECT_TRUE(answer->isFinished());
+        EXPECT_EQ(run.partner(), text("last"));
+        EXPECT_NE(run.setPartner("later"), "");
+        EXPECT_EQ(run.partner(), text("last"));
+    }
+    EXPECT_EQ(answer->error().message().toString(), QString());
+    EXPECT_EQ(Run(m_folder).partner(), text("last"));
 }
 
 TEST_F(SettingsStoreTest, ReplacesTheFileAsAWhole)
 {
     Run run(m_folder);
-    run.setPartner("first");
-    ASSERT_TRUE(run.store.flush());
-    // Who has the old file open goes on reading the old file, not a half-written one.
+    ASSERT_EQ(run.setPartner("first"), "");
+    // A reader that has the old file open goes on with it, not with a half-written one.
     QFile old(m_file);
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
-    run.setPartner("second");
-    ASSERT_TRUE(run.store.flush());
+    ASSERT_EQ(run.setPartner("second"), "");
     EXPECT_TRUE(old.readAll().contains("first"));
     EXPECT_TRUE(content().contains("second"));
-    EXPECT_EQ(QDir(m_folder).entryList(QDir::Files | QDir::Hidden).size(), 1)
+    run.store.close();
+    EXPECT_EQ(QDir(m_folder).entryList(QDir::Files | QDir::Hidden),
+        (QStringList {text("lock"), text("member-id"), text("settings.json"),
+            text("settings.json.last-good")}))
         << "nothing of the writing is left behind";
+}
+
+TEST_F(SettingsStoreTest, LeftoversOfAWriteGoAtTheStart)
+{
+    write("{\"values\":{\"settings:tu", QStringLiteral(".new"));
+    Run run(m_folder);
+    EXPECT_FALSE(QFile::exists(m_file + QStringLiteral(".new")));
+    EXPECT_EQ(run.partner(), QString());
 }
 
 TEST_F(SettingsStoreTest, WorksWithoutAFolder)
 {
     Run run {QString()};
     EXPECT_FALSE(run.memberId().isEmpty());
-    run.setPartner("abc");
-    EXPECT_TRUE(run.store.flush());
+    EXPECT_EQ(run.setPartner("abc"), "");
+    EXPECT_EQ(run.partner(), text("abc"));
+}
+
+/// The state folder on a disk of its own.
+class SettingsOnASmallDisk : public SettingsStoreTest {
+protected:
+    void SetUp() override
+    {
+        if (!m_disk.isMounted())
+            GTEST_SKIP() << "no file system can be mounted";
+        m_state = QString::fromStdString(m_disk.folder()) + QStringLiteral("/state");
+    }
+    SmallDisk m_disk;
+    QString m_state;
+};
+
+TEST_F(SettingsOnASmallDisk, AFullDiskRefusesChangesAndTakesNothing)
+{
+    QString id;
+    {
+        Run run(m_state);
+        id = run.memberId();
+        ASSERT_EQ(run.setPartner("abc"), "");
+        m_disk.fill();
+        EXPECT_EQ(run.setPartner("def"), "Not saved: the disk is full.");
+        EXPECT_EQ(run.partner(), text("abc"));
+    }
+    {
+        Run run(m_state);
+        EXPECT_EQ(run.memberId(), id);
+        EXPECT_EQ(run.partner(), text("abc"));
+        EXPECT_EQ(run.setPartner("ghi"), "Not saved: the disk is full.");
+        m_disk.makeRoom();
+        EXPECT_EQ(run.setPartner("ghi"), "");
+    }
+    Run run(m_state);
+    EXPECT_EQ(run.memberId(), id);
+    EXPECT_EQ(run.partner(), text("ghi"));
+}
+
+TEST_F(SettingsOnASmallDisk, AnIdThatWasGivenOnAFullDiskIsKeptOnceThereIsRoom)
+{
+    m_disk.fill();
+    QString id;
+    {
+        Run run(m_state);
+        id = run.memberId();
+        EXPECT_FALSE(id.isEmpty());
+        m_disk.makeRoom();
+        EXPECT_EQ(run.setPartner("abc"), "");
+    }
+    EXPECT_EQ(Run(m_state).memberId(), id);
+}
+
+TEST_F(SettingsOnASmallDisk, AReadOnlyDiskIsReadAndRefusesChanges)
+{
+    QString id;
+    {
+        Run run(m_state);
+        id = run.memberId();
+        ASSERT_EQ(run.setPartner("abc"), "");
+    }
+    ASSERT_TRUE(m_disk.setReadOnly(true));
+    Run run(m_state);
+    EXPECT_EQ(run.memberId(), id);
+    EXPECT_EQ(run.partner(), text("abc"));
+    EXPECT_EQ(run.setPartner("def"), "Not saved: the disk cannot be written. The log says more.");
     EXPECT_EQ(run.partner(), text("abc"));
 }
 

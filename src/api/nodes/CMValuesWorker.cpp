@@ -215,6 +215,20 @@ QList<CMPath> CMValuesWorker::paths() const
     return m_entries.keys();
 }
 
+void CMValuesWorker::setKeep(Keep keep)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_keep = std::move(keep);
+}
+
+CMValuesWorker::Outcome CMValuesWorker::permission(
+    const Entry &entry, const VeskValue &value, bool byRequest)
+{
+    if (entry.pinned || (byRequest && entry.access != Writable))
+        return Outcome::Refused;
+    return value.type() == entry.value.type() ? Outcome::Done : Outcome::WrongType;
+}
+
 CMValuesWorker::Outcome CMValuesWorker::change(
     const CMPath &path, const VeskValue &value, bool byRequest)
 {
@@ -224,10 +238,9 @@ CMValuesWorker::Outcome CMValuesWorker::change(
         const auto found = m_entries.find(key);
         if (found == m_entries.end())
             return Outcome::Unknown;
-        if (found->pinned || (byRequest && found->access != Writable))
-            return Outcome::Refused;
-        if (value.type() != found->value.type())
-            return Outcome::WrongType;
+        const Outcome permitted = permission(*found, value, byRequest);
+        if (permitted != Outcome::Done)
+            return permitted;
         if (value == found->value)
             return Outcome::Done;
         found->value = value;
@@ -287,20 +300,49 @@ void CMValuesWorker::setData(const CMSetDataRequest &request)
     }
     const VeskValue present = value(request.path());
     const VeskValue sent = sentValue(request.value(), present.type());
-    switch (change(request.path(), sent, true)) {
-    case Outcome::Done:
-        request.reply().setValue(sent);
-        break;
+    Keep keep;
+    Outcome permitted = Outcome::Unknown;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const auto found = m_entries.constFind(keyOf(request.path()));
+        if (found != m_entries.constEnd())
+            permitted = permission(*found, sent, true);
+        keep = m_keep;
+    }
+    if (permitted != Outcome::Done)
+        return request.reply().setError(errorOf(permitted));
+    if (!keep)
+        return write(request, sent);
+    keep(keyOf(request.path()), sent, [this, request, sent](const CMError &error) {
+        if (error.isEmpty())
+            write(request, sent);
+        else
+            request.reply().setError(error);
+    });
+}
+
+void CMValuesWorker::write(const CMSetDataRequest &request, const VeskValue &value)
+{
+    const Outcome outcome = change(request.path(), value, true);
+    if (outcome == Outcome::Done)
+        request.reply().setValue(value);
+    else
+        request.reply().setError(errorOf(outcome));
+}
+
+CMError CMValuesWorker::errorOf(Outcome outcome)
+{
+    switch (outcome) {
     case Outcome::Unknown:
-        request.reply().setError(CMNoNodeError());
-        break;
+        return CMNoNodeError();
     case Outcome::Refused:
-        request.reply().setError(refusedError());
-        break;
+        return refusedError();
     case Outcome::WrongType:
-        request.reply().setError(wrongTypeError());
+        return wrongTypeError();
+    case Outcome::Done:
         break;
     }
+    return CMError();
 }
 
 void CMValuesWorker::languageChanged()

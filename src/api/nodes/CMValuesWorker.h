@@ -6,12 +6,16 @@
 
 #include <QHash>
 
+#include <functional>
 #include <mutex>
 
 /// The values of one or more prefixes: settings and states that a host defines and everybody reads,
 /// follows and, where they are writable, writes. Answers on the thread that asks, so reading a
 /// value never waits. All calls from any thread. Register it at the root, and remove it there
 /// before it is destroyed.
+///
+/// What a request writes takes effect at once, or, when the host keeps its values (setKeep), once
+/// it is kept; only then is the request answered.
 ///
 /// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" (a TrString) and
 /// "path"; parameters of the path do not matter. A change is told to the subscribers of its path.
@@ -34,6 +38,17 @@ public:
     bool setValue(const CMPath &path, const VeskValue &value);
     /// Keeps the value as it is, whoever sets it.
     void pin(const CMPath &path);
+
+    /// Called once, with an empty error when the value is kept, on any thread; not after this is
+    /// destroyed. Letting go of it without a call ends the request with an error.
+    using Kept = std::function<void(const CMError &)>;
+    /// Called on the thread of the request, for a change that is permitted, also when the value is
+    /// that already: an earlier change may still be on its way.
+    using Keep = std::function<void(const CMPath &path, const VeskValue &value, const Kept &kept)>;
+    /// Has what requests write kept before it takes effect. What cannot be kept is refused: the
+    /// value stays, and the request ends with the error. With null nothing is kept any more.
+    void setKeep(Keep keep);
+
     /// Empty for an unknown path.
     VeskValue value(const CMPath &path) const;
     QList<CMPath> paths() const;
@@ -61,11 +76,16 @@ private:
     };
 
     bool isDefined(const CMPath &path) const;
+    /// Whether \a entry may become \a value; under m_mutex.
+    static Outcome permission(const Entry &entry, const VeskValue &value, bool byRequest);
+    static CMError errorOf(Outcome outcome);
     Outcome change(const CMPath &path, const VeskValue &value, bool byRequest);
     void getData(const CMGetDataRequest &request) const;
     void setData(const CMSetDataRequest &request);
+    void write(const CMSetDataRequest &request, const VeskValue &value);
 
     mutable std::mutex m_mutex;
     /// Guarded by m_mutex.
     QHash<CMPath, Entry> m_entries;
+    Keep m_keep;
 };

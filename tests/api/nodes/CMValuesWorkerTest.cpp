@@ -186,6 +186,80 @@ TEST_F(Values, ListTheirPaths)
     EXPECT_TRUE(values.value(path("V:gone")).isEmpty());
 }
 
+/// Values whose changes wait for somebody to keep them.
+class KeptValues : public Values {
+protected:
+    void SetUp() override
+    {
+        Values::SetUp();
+        values.setKeep([this](const CMPath &, const VeskValue &, const CMValuesWorker::Kept &kept) {
+            waiting.push_back(kept);
+        });
+    }
+    QString present() const { return values.value(path("V:text")).string_(); }
+
+    std::vector<CMValuesWorker::Kept> waiting;
+};
+
+TEST_F(KeptValues, ChangeAndAnswerOnceTheyAreKept)
+{
+    const Answer answer = set("V:text", QStringLiteral("b"));
+    ASSERT_EQ(waiting.size(), 1u);
+    EXPECT_FALSE(answer.isThere());
+    EXPECT_EQ(present(), QStringLiteral("a"));
+    EXPECT_EQ(told, QStringList());
+    waiting[0](CMError());
+    EXPECT_TRUE(answer.isThere());
+    EXPECT_FALSE(answer.isError());
+    EXPECT_EQ(present(), QStringLiteral("b"));
+    EXPECT_EQ(told, QStringList {QStringLiteral("V:text by request")});
+}
+
+TEST_F(KeptValues, StayAsTheyWereWhenTheyCannotBeKept)
+{
+    const Answer answer = set("V:text", QStringLiteral("b"));
+    waiting.at(0)(CMError(text("No room.")));
+    EXPECT_EQ(answer.errorText(), QStringLiteral("No room."));
+    EXPECT_EQ(present(), QStringLiteral("a"));
+    EXPECT_EQ(told, QStringList());
+}
+
+TEST_F(KeptValues, AnswerWithAnErrorWhenTheKeeperForgetsThem)
+{
+    const Answer answer = set("V:text", QStringLiteral("b"));
+    waiting.clear();
+    EXPECT_EQ(answer.errorName(), CMError::UnansweredName());
+    EXPECT_EQ(present(), QStringLiteral("a"));
+}
+
+TEST_F(KeptValues, AreAskedForInOrderAlsoWhenOneIsThereAlready)
+{
+    const Answer first = set("V:text", QStringLiteral("b"));
+    const Answer second = set("V:text", QStringLiteral("a"));
+    ASSERT_EQ(waiting.size(), 2u);
+    EXPECT_FALSE(second.isThere());
+    waiting[0](CMError());
+    waiting[1](CMError());
+    EXPECT_EQ(present(), QStringLiteral("a"));
+}
+
+TEST_F(KeptValues, AreNotAskedForWhatIsRefused)
+{
+    values.pin(path("V:int"));
+    EXPECT_TRUE(set("V:int", 7).isError());
+    EXPECT_TRUE(set("V:fixed", QStringLiteral("x")).isError());
+    EXPECT_TRUE(set("V:bool", QStringLiteral("perhaps")).isError());
+    EXPECT_TRUE(set("V:gone", 1).isError());
+    EXPECT_TRUE(waiting.empty());
+}
+
+TEST_F(KeptValues, AreTheHostsOwnToSetAtOnce)
+{
+    EXPECT_TRUE(values.setValue(path("V:text"), VeskValue::fromString(QStringLiteral("b"))));
+    EXPECT_EQ(present(), QStringLiteral("b"));
+    EXPECT_TRUE(waiting.empty());
+}
+
 TEST_F(Values, TakeChangesOfManyThreadsAtOnce)
 {
     QObject::disconnect(&values, nullptr, &values, nullptr);
