@@ -150,4 +150,11 @@ Answer account(const Context &context)
     return answer;
 }
 
+Answer notKept()
+{
+    Answer answer = failure("500", "The change cannot be kept: the disk takes no more");
+    answer.headers.emplace_back("Cache-Control", "no-store");
+    return answer;
+}
+
 } // namespace directory

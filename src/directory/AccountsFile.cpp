@@ -3,88 +3,98 @@
 #include "directory/AccountsFormat.h"
 
 #include <filesystem>
-#include <fstream>
-#include <glib.h>
-#include <stdexcept>
 
 namespace directory {
 
 namespace {
 
 namespace fs = std::filesystem;
+using Content = files::KeptFile::Content;
 
-constexpr int ownerOnly = 0600;
-
-std::string readAll(const std::string &file)
+MembersContent parsed(const Content &content)
 {
-    std::ifstream in(file, std::ios::binary);
-    std::string text;
-    char buffer[65536];
-    while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
-        text.append(buffer, static_cast<std::size_t>(in.gcount()));
-        if (text.size() > AccountsFile::maxSize)
-            throw std::runtime_error("the file is too large");
-    }
-    if (!in.eof())
-        throw std::runtime_error("the file cannot be read");
-    return text;
-}
-
-MembersContent readFrom(const std::string &file)
-{
-    std::error_code error;
-    const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::not_found) {
-        if (!fs::is_directory(fs::absolute(file).parent_path(), error))
-            throw std::runtime_error("there is no folder for the file");
-        return {};
-    }
-    if (status.type() != fs::file_type::regular)
-        throw std::runtime_error("this is no file that can be read");
-    return parseAccounts(readAll(file));
-}
-
-/// What went wrong; empty when nothing did.
-std::string replace(const std::string &file, const std::string &text)
-{
-    if (text.size() > AccountsFile::maxSize)
-        return "they are too many";
-    GError *error = nullptr;
-    g_file_set_contents_full(file.c_str(), text.data(), static_cast<gssize>(text.size()),
-        static_cast<GFileSetContentsFlags>(
-            G_FILE_SET_CONTENTS_CONSISTENT | G_FILE_SET_CONTENTS_DURABLE),
-        ownerOnly, &error);
-    std::string message;
-    if (error)
-        message = error->message;
-    g_clear_error(&error);
-    return message;
+    if (content.state == Content::Missing)
+        throw std::runtime_error("there is none");
+    if (content.state == Content::Damaged)
+        throw std::runtime_error(content.problem);
+    return parseAccounts(content.bytes);
 }
 
 } // namespace
 
 AccountsFile::AccountsFile(std::string file, Complain complain)
-    : m_file(std::move(file))
+    : m_name(std::move(file))
     , m_complain(std::move(complain))
+    , m_lock(m_name + ".lock")
+    , m_file(m_name, maxSize)
 {
+    std::error_code error;
+    if (!fs::is_directory(fs::absolute(m_name).parent_path(), error))
+        throw std::runtime_error(ofAccounts("there is no folder for the file"));
+    switch (m_lock.take()) {
+    case files::FileLock::Outcome::Taken:
+        m_file.removeLeftovers();
+        break;
+    case files::FileLock::Outcome::Elsewhere:
+        throw AccountsInUse(ofAccounts("they are in use: " + m_lock.problem().text));
+    case files::FileLock::Outcome::Failed:
+        tell(m_lock.problem());
+        break;
+    }
 }
 
-MembersContent AccountsFile::read() const
+std::string AccountsFile::ofAccounts(const std::string &what) const
 {
+    return "the accounts in " + m_name + ": " + what;
+}
+
+void AccountsFile::tell(const files::Problem &problem)
+{
+    if (problem && !m_failing)
+        m_complain("the accounts cannot be kept in " + m_name + ": " + problem.text);
+    m_failing = bool(problem);
+}
+
+MembersContent AccountsFile::read()
+{
+    const Content content = m_file.read();
     try {
-        return readFrom(m_file);
+        if (content.state != Content::Missing)
+            return parsed(content);
     } catch (const std::exception &error) {
-        throw std::runtime_error("the accounts in " + m_file + ": " + error.what());
+        return readLastGood(error.what());
     }
+    const bool isNew = m_file.readLastGood().state == Content::Missing;
+    return isNew ? MembersContent() : readLastGood("the file is gone");
+}
+
+MembersContent AccountsFile::readLastGood(const std::string &problem)
+{
+    MembersContent content;
+    try {
+        content = parsed(m_file.readLastGood());
+    } catch (const std::exception &error) {
+        throw std::runtime_error(ofAccounts(problem + "; its copy: " + error.what()));
+    }
+    std::string line = ofAccounts(problem + "; going on with its copy");
+    if (m_file.read().state != Content::Missing) {
+        std::string name;
+        const files::Problem obstacle = m_file.setAside(name);
+        line += obstacle ? "; " + obstacle.text : "; the file is now " + name;
+    }
+    m_complain(line);
+    write(content);
+    return content;
 }
 
 bool AccountsFile::write(const MembersContent &content)
 {
-    const std::string problem = replace(m_file, formatAccounts(content));
-    if (!problem.empty() && !m_failing)
-        m_complain("the accounts cannot be kept in " + m_file + ": " + problem);
-    m_failing = !problem.empty();
-    return !m_failing;
+    const std::string text = formatAccounts(content);
+    const files::Problem problem = m_lock.isHeld() ? m_file.write(text) : m_lock.problem();
+    tell(problem);
+    if (!problem)
+        m_file.writeLastGood(text); // without it a damaged file is as bad as it was before
+    return !problem;
 }
 
 } // namespace directory

@@ -1,13 +1,23 @@
 /// The file in which members outlive a restart. It is small enough to be written as a whole, and
-/// replaced in one step: whoever reads it finds the old state or the new one. Lives on one thread.
+/// replaced in one step, with a copy of what it held last beside it (files::KeptFile). Held for
+/// this process alone as long as this lives. Lives on one thread.
 #pragma once
 
 #include "directory/Members.h"
+#include "files/FileLock.h"
+#include "files/KeptFile.h"
 
 #include <functional>
+#include <stdexcept>
 #include <string>
 
 namespace directory {
+
+/// Another process has the accounts.
+class AccountsInUse : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 class AccountsFile {
 public:
@@ -15,18 +25,27 @@ public:
     static constexpr std::size_t maxSize = std::size_t(32) * 1024 * 1024;
     using Complain = std::function<void(const std::string &)>;
 
-    /// `complain` gets one line when writing begins to fail.
+    /// Takes hold of `file`. Throws AccountsInUse, and std::runtime_error when there is no folder
+    /// for it; both with one line that says so. `complain` gets one line when writing begins to
+    /// fail, and when a damaged file was moved aside.
     AccountsFile(std::string file, Complain complain);
 
-    /// Empty when there is no file yet. Throws std::runtime_error with one line that says what is
-    /// wrong with the file, or with the folder for it.
-    MembersContent read() const;
-    /// Leaves the old file when it returns false. Only the file's owner may read the new one.
+    /// Empty when there is no file yet. What a damaged file held last comes from its copy; without
+    /// one it stays, and this throws std::runtime_error with one line that says what is wrong.
+    MembersContent read();
+    /// Returns false when the content is not on the disk; the file is the old one then, or, when
+    /// the disk failed at the very end, perhaps the new one. Only the file's owner may read it.
     bool write(const MembersContent &content);
 
 private:
-    std::string m_file;
+    MembersContent readLastGood(const std::string &problem);
+    std::string ofAccounts(const std::string &what) const;
+    void tell(const files::Problem &problem);
+
+    std::string m_name;
     Complain m_complain;
+    files::FileLock m_lock;
+    files::KeptFile m_file;
     bool m_failing = false;
 };
 

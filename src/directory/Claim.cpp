@@ -62,6 +62,11 @@ Answer claimPage(const Context &context)
         : page(200, "Enter the code that the device shows, and your account.", form);
 }
 
+Answer claimNotKept()
+{
+    return page(500, "This cannot be saved now: the disk of the server takes no more.", form);
+}
+
 Answer claimStyle()
 {
     Answer answer;

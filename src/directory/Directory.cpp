@@ -17,7 +17,8 @@ Directory::Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile>
 
 Directory::~Directory()
 {
-    keep();
+    if (m_accounts && m_unsure)
+        m_accounts->write(m_members.content());
 }
 
 Answer Directory::handle(const ApiRequest &request)
@@ -47,29 +48,31 @@ Answer Directory::handle(const ApiRequest &request)
     if (page == "/report.ashx")
         return report(context);
     if (page == "/preset.ashx")
-        return kept(preset(context));
+        return kept(context, preset);
     if (page == "/account.ashx")
-        return kept(account(context));
+        return kept(context, account);
     if (page == "/config.ashx")
         return config(context);
     if (page == "/mydevice")
-        return kept(claimPage(context));
+        return kept(context, claimPage);
     if (page == "/mydevice.css")
         return claimStyle();
     return textAnswer(404, "There is nothing here.");
 }
 
-Answer Directory::kept(Answer answer)
+Answer Directory::kept(const Context &context, Answer (*page)(const Context &))
 {
-    keep();
-    return answer;
-}
-
-void Directory::keep()
-{
-    m_unkept |= m_members.takeChanges();
-    if (m_accounts && m_unkept)
-        m_unkept = !m_accounts->write(m_members.content());
+    if (!m_accounts)
+        return page(context);
+    MembersContent before = m_members.content();
+    Answer answer = page(context);
+    if (!m_members.takeChanges())
+        return answer;
+    m_unsure = !m_accounts->write(m_members.content());
+    if (!m_unsure)
+        return answer;
+    m_members = Members(std::move(before));
+    return page == claimPage ? claimNotKept() : notKept();
 }
 
 } // namespace directory

@@ -17,7 +17,7 @@ public:
     /// Without accounts the members are forgotten at the end. Throws std::runtime_error when they
     /// cannot be read.
     Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts = nullptr);
-    /// Tries once more to keep what could not be kept.
+    /// Has the file hold what was answered, if a write that failed could have changed it.
     ~Directory();
     Directory(const Directory &) = delete;
     Directory &operator=(const Directory &) = delete;
@@ -27,9 +27,9 @@ public:
     Answer handle(const ApiRequest &request);
 
 private:
-    /// What the members changed is in their file before the answer goes.
-    Answer kept(Answer answer);
-    void keep();
+    /// The answer of a page that may change members. What it changed is in their file before the
+    /// answer goes; what cannot be kept there is taken back, and the answer is an error.
+    Answer kept(const Context &context, Answer (*page)(const Context &));
 
     const Catalog m_catalog;
     const Search m_search;
@@ -37,7 +37,7 @@ private:
     Streams m_streams;
     const std::unique_ptr<AccountsFile> m_accounts; ///< may be null
     Members m_members;
-    bool m_unkept = false;
+    bool m_unsure = false; ///< whether the file holds the members: a write has failed since
 };
 
 } // namespace directory

@@ -15,5 +15,8 @@ Answer config(const Context &context);
 /// Where a person links a device to an account: /mydevice, and its style sheet.
 Answer claimPage(const Context &context);
 Answer claimStyle();
+/// The answers when what a page changed could not be kept.
+Answer notKept();
+Answer claimNotKept();
 
 } // namespace directory

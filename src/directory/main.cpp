@@ -12,6 +12,7 @@ namespace {
 
 using namespace directory;
 
+constexpr int inUse = 1;
 constexpr int badArguments = 2;
 
 int complain(const std::string &message)
@@ -74,6 +75,7 @@ void serve(const Options &options, Catalog catalog)
 int main(int argc, char **argv)
 {
     maskSignals(SIG_BLOCK); // they end it as well before it is ready
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
     try {
         const Options options = parseOptions(argc, argv);
         if (!options.help.empty()) {
@@ -92,6 +94,9 @@ int main(int argc, char **argv)
             catalog.songSeconds = options.titleSeconds;
         serve(options, std::move(catalog));
         return 0;
+    } catch (const AccountsInUse &error) {
+        complain(error.what());
+        return inUse;
     } catch (const std::exception &error) {
         return complain(error.what());
     }

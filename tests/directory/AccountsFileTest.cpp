@@ -1,9 +1,11 @@
 #include "tests/directory/TestDirectory.h"
+#include "tests/support/SmallDisk.h"
 
 #include <gmock/gmock.h>
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <sys/stat.h>
 
@@ -201,7 +203,9 @@ TEST_F(AccountsFileTest, TheFileHoldsNoPasswordAndNoSessionAndIsTheOwnersAlone)
     EXPECT_THAT(text(), Not(HasSubstr("sesame")));
     EXPECT_THAT(text(), Not(HasSubstr(first)));
     EXPECT_EQ(statusOfFile(m_file).st_mode & 07777, 0600u);
-    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 1) << "something was left over";
+    EXPECT_EQ(statusOfFile(m_file + ".last-good").st_mode & 07777, 0600u);
+    EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 3)
+        << "something is there beside the file, its copy and the lock";
     start();
     EXPECT_NE(session(), first);
 }
@@ -275,6 +279,7 @@ protected:
         succeed("/Preset.ashx?c=add&url=http://radio.example/a&serial=S");
         m_directory.reset();
         m_good = Json::parse(text());
+        fs::remove(m_file + ".last-good");
     }
     /// Expects that the file is refused with these words, and left as it is.
     void expectRefused(const std::string &bytes, const std::string &words)
@@ -294,7 +299,7 @@ protected:
 TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoJson)
 {
     const std::string good = m_good.dump();
-    expectRefused("", "no JSON, at byte 1");
+    expectRefused("", "the file is empty");
     expectRefused(good.substr(0, good.size() / 2), "no JSON, at byte");
     expectRefused(good + good, "no JSON, at byte");
     expectRefused("accounts: []", "no JSON, at byte 1");
@@ -390,10 +395,10 @@ TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoFile)
 {
     fs::remove(m_file);
     fs::create_directory(m_file);
-    EXPECT_THAT(refusal(), HasSubstr("no file that can be read"));
+    EXPECT_THAT(refusal(), HasSubstr("no regular file"));
     fs::remove(m_file);
     ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
-    EXPECT_THAT(refusal(), HasSubstr("no file that can be read"));
+    EXPECT_THAT(refusal(), HasSubstr("no regular file"));
 }
 
 TEST_F(AccountsFileTest, NeedsAFolderAtTheStart)
@@ -402,39 +407,170 @@ TEST_F(AccountsFileTest, NeedsAFolderAtTheStart)
     EXPECT_THAT(refusal(), HasSubstr("there is no folder for the file"));
 }
 
-TEST_F(AccountsFileTest, AWriteThatFailsIsToldOnceAndMadeUpFor)
+TEST_F(DamagedAccountsFile, GivesWayToItsCopy)
+{
+    const std::string good = m_good.dump();
+    const auto replaceBy = [this](const std::function<void()> &other) {
+        return [this, other] {
+            fs::remove(m_file);
+            other();
+        };
+    };
+    const std::function<void()> damages[] = {
+        replaceBy([&] { fs::create_directory(m_file); }),
+        [&] { put(""); },
+        [&] { put(good.substr(0, good.size() / 2)); },
+        [&] { put("{\"version\": 2}"); },
+        [&] { fs::resize_file(m_file, AccountsFile::maxSize + 1); },
+        replaceBy([&] { ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0); }),
+        replaceBy([&] { fs::create_symlink(m_file, m_file); }),
+    };
+    put(good);
+    int number = 0;
+    for (const auto &damage : damages) {
+        SCOPED_TRACE(++number);
+        start();
+        succeed("/Account.ashx?c=claim&serial=" + std::to_string(number));
+        m_directory.reset();
+        damage();
+        m_complaints.clear();
+        start();
+        EXPECT_EQ(owner("S"), "me");
+        ASSERT_EQ(m_complaints.size(), 1u);
+        EXPECT_THAT(m_complaints[0], HasSubstr(m_file + ": "));
+        EXPECT_THAT(m_complaints[0], HasSubstr("going on with its copy; the file is now "));
+        EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(m_file)));
+    }
+    EXPECT_TRUE(fs::exists(m_file + ".damaged.5"));
+}
+
+TEST_F(DamagedAccountsFile, IsRefusedWhenItsCopyIsDamagedToo)
+{
+    put("");
+    std::ofstream(m_file + ".last-good") << "{";
+    EXPECT_THAT(refusal(), HasSubstr("the file is empty; its copy: "));
+    EXPECT_EQ(text(), "");
+}
+
+TEST_F(AccountsFileTest, AFileThatIsGoneComesBackFromItsCopy)
+{
+    start();
+    create("me", "&serial=S");
+    m_directory.reset();
+    fs::remove(m_file);
+    start();
+    EXPECT_EQ(owner("S"), "me");
+    EXPECT_THAT(m_complaints, ElementsAre(HasSubstr("the file is gone")));
+}
+
+TEST_F(AccountsFileTest, WhatAWriteLeftGoesAtTheStart)
+{
+    std::ofstream(m_file + ".new") << "half a wri";
+    start();
+    EXPECT_FALSE(fs::exists(m_file + ".new"));
+}
+
+TEST_F(AccountsFileTest, AChangeThatCannotBeKeptIsRefusedAndTakenBack)
 {
     start();
     create("me");
+    succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+    const std::string session
+        = ask("/Account.ashx?c=auth&username=me&password=sesame")["body"][0]["session_id"];
     const std::string old = text();
     const std::string away = m_folder + ".away";
     fs::rename(m_folder, away);
-    create("you");
-    succeed("/Preset.ashx?c=add&id=s29001&serial=S");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29002&serial=S")), "500");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=addFolder&name=More&serial=S")), "500");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=remove&id=s29001&serial=S")), "500");
+    EXPECT_EQ(statusOf(ask("/Account.ashx?c=create&username=you&password=sesame"
+                           "&email=you@example.org&postalCode=20095")),
+        "500");
+    EXPECT_EQ(statusOf(ask("/Account.ashx?c=join&username=me&password=sesame&serial=S")), "500");
+    EXPECT_EQ(statusOf(ask("/Account.ashx?c=claim&serial=S")), "500");
     EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
-    ASSERT_EQ(m_complaints.size(), 1u);
+    EXPECT_THAT(folders("serial=S"), ElementsAre("General"));
+    EXPECT_EQ(owner("S"), "");
+    EXPECT_EQ(
+        ask("/Account.ashx?c=auth&username=me&password=sesame")["body"][0]["session_id"], session);
+    EXPECT_EQ(statusOf(ask("/Account.ashx?c=auth&username=you&password=sesame")), "401");
+    ASSERT_EQ(m_complaints.size(), 1u) << "once, however often it fails";
     EXPECT_THAT(m_complaints[0], HasSubstr(m_file));
     EXPECT_THAT(m_complaints[0], HasSubstr("No such file"));
+
     fs::rename(away, m_folder);
     EXPECT_EQ(text(), old);
-    ask("/Account.ashx?c=query&serial=S");
-    EXPECT_NE(text(), old); // without a further change
+    succeed("/Preset.ashx?c=add&id=s29002&serial=S");
     start();
-    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
-    succeed("/Account.ashx?c=auth&username=you&password=sesame");
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29001", "s29002"));
     EXPECT_EQ(m_complaints.size(), 1u);
 }
 
-TEST_F(AccountsFileTest, WhatCouldNotBeKeptIsTriedOnceMoreAtTheEnd)
+TEST_F(AccountsFileTest, ALinkThatCannotBeKeptIsToldToThePerson)
 {
     start();
+    create("me");
+    const std::string code = ask("/Account.ashx?c=claim&serial=S")["body"][0]["key"];
+    const ApiRequest linking
+        = requestFor("/mydevice?username=me&password=sesame&code=" + code, "POST");
     const std::string away = m_folder + ".away";
     fs::rename(m_folder, away);
-    create("me");
+    const Answer answer = m_directory->handle(linking);
+    EXPECT_EQ(answer.status, 500);
+    EXPECT_THAT(answer.body, HasSubstr("cannot be saved now"));
     fs::rename(away, m_folder);
-    EXPECT_FALSE(fs::exists(m_file));
+    EXPECT_EQ(owner("S"), "");
+    EXPECT_EQ(m_directory->handle(linking).status, 200) << "the code is still good";
+}
+
+TEST_F(AccountsFileTest, AFullDiskRefusesChangesAndLosesNothing)
+{
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        GTEST_SKIP() << "no file system can be mounted";
+    m_file = disk.folder() + "/accounts.json";
     start();
-    succeed("/Account.ashx?c=auth&username=me&password=sesame");
+    create("me", "&serial=S");
+    disk.fill();
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29001&serial=S")), "500");
+    EXPECT_THAT(presets("serial=S"), Not(testing::Contains("s29001")));
+    start();
+    EXPECT_EQ(owner("S"), "me");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29001&serial=S")), "500");
+    disk.makeRoom();
+    succeed("/Preset.ashx?c=add&id=s29002&serial=S");
+    start();
+    EXPECT_THAT(presets("serial=S"), ElementsAre("s29002"));
+    m_directory.reset();
+}
+
+TEST_F(AccountsFileTest, AFileThatMayNotGrowRefusesChanges)
+{
+    start();
+    create("me", "&serial=S");
+    {
+        const FileSizeLimit limit(100);
+        EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29001&serial=S")), "500");
+    }
+    EXPECT_THAT(presets("serial=S"), Not(testing::Contains("s29001")));
+    start();
+    EXPECT_EQ(owner("S"), "me");
+}
+
+TEST_F(AccountsFileTest, AReadOnlyDiskIsReadAndRefusesChanges)
+{
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        GTEST_SKIP() << "no file system can be mounted";
+    m_file = disk.folder() + "/accounts.json";
+    start();
+    create("me", "&serial=S");
+    m_directory.reset();
+    ASSERT_TRUE(disk.setReadOnly(true));
+    start();
+    EXPECT_EQ(owner("S"), "me");
+    EXPECT_EQ(statusOf(ask("/Preset.ashx?c=add&id=s29001&serial=S")), "500");
+    m_directory.reset();
 }
 
 TEST_F(AccountsFileTest, WhatCouldNotBeReadAgainIsNotWritten)
@@ -451,7 +587,7 @@ TEST_F(AccountsFileTest, WhatCouldNotBeReadAgainIsNotWritten)
         m_file, [&complaints](const std::string &line) { complaints.push_back(line); });
     put("old");
     EXPECT_FALSE(file.write(content));
-    EXPECT_THAT(complaints, ElementsAre(HasSubstr("too many")));
+    EXPECT_THAT(complaints, ElementsAre(HasSubstr("too large")));
     EXPECT_EQ(text(), "old");
 }
 

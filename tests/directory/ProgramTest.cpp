@@ -1,5 +1,6 @@
 #include "tests/directory/Fetch.h"
 #include "tests/support/HeldFile.h"
+#include "tests/support/SmallDisk.h"
 
 #include <algorithm>
 #include <chrono>
@@ -10,7 +11,11 @@
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <iostream>
+#include <map>
 #include <memory>
+#include <optional>
+#include <random>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -53,6 +58,7 @@ public:
             text += byte;
         return text;
     }
+    std::string id() const { return g_subprocess_get_identifier(m_process); }
     void signal(int number) const { g_subprocess_send_signal(m_process, number); }
     /// Its exit status, -1 when it was killed. Fills in what it still had to say.
     int wait()
@@ -245,13 +251,88 @@ TEST_F(ProgramWithAccounts, ServesOnWhenTheyCannotBeKept)
     std::filesystem::remove_all(m_folder);
     for (const char *serial : {"S", "T"}) {
         const std::string whose = std::string("&serial=") + serial;
-        ask("Preset.ashx?c=add&id=s29001" + whose);
-        EXPECT_THAT(ask("Browse.ashx?c=presets" + whose), HasSubstr("s29001"));
+        EXPECT_THAT(ask("Preset.ashx?c=add&id=s29001" + whose), HasSubstr("\"500\""));
+        EXPECT_THAT(ask("Browse.ashx?c=presets" + whose), testing::Not(HasSubstr("s29001")));
     }
     EXPECT_EQ(end(SIGTERM), 0);
     EXPECT_THAT(m_program->error(),
         StartsWith("tunein-directory: the accounts cannot be kept in " + m_file + ": "));
     EXPECT_EQ(m_program->error().find('\n'), m_program->error().size() - 1);
+}
+
+TEST_F(ProgramWithAccounts, EndsWith1WhenAnotherProcessHasThem)
+{
+    start();
+    const auto first = std::move(m_program);
+    start();
+    EXPECT_EQ(m_program->wait(), 1);
+    EXPECT_EQ(m_program->out(), "");
+    EXPECT_EQ(m_program->error(),
+        "tunein-directory: the accounts in " + m_file + ": they are in use: process " + first->id()
+            + " holds " + m_file + ".lock\n");
+    first->signal(SIGKILL);
+    first->wait();
+    start();
+    EXPECT_THAT(ask("Account.ashx?c=query&serial=S"), HasSubstr("head"));
+}
+
+/// The directory killed at random moments while accounts change, the disk full half of the time:
+/// what was answered is there.
+TEST_F(ProgramWithAccounts, LoseNothingThatWasAnsweredHoweverOftenTheyAreKilled)
+{
+    const SmallDisk disk;
+    if (disk.isMounted())
+        m_file = disk.folder() + "/accounts.json";
+    const char *wanted = std::getenv("VESK_DEATHS");
+    const int deaths = wanted ? std::atoi(wanted) : 10;
+    std::mt19937 random(std::random_device {}());
+    const auto below = [&random](int end) { return static_cast<int>(random() % end); };
+    std::map<std::string, bool> confirmed; // whether it is a favorite
+    int refused = 0;
+    int changes = 0;
+    for (int death = 0; death < deaths; ++death) {
+        SCOPED_TRACE(death);
+        start();
+        ASSERT_THAT(m_url, StartsWith("http://"));
+        const std::string presets = ask("Browse.ashx?c=presets&serial=S");
+        for (const auto &[id, isThere] : confirmed)
+            ASSERT_EQ(presets.find('"' + id + '"') != std::string::npos, isThere) << id;
+        std::thread killer([&, milliseconds = 1 + below(40)] {
+            for (int passed = 0; passed < milliseconds; passed += 5) {
+                // Half of the time there is no room.
+                std::optional<FileSizeLimit> limit;
+                const bool isFull = passed / 5 % 2 == 0;
+                if (isFull && disk.isMounted())
+                    disk.fill();
+                else if (isFull)
+                    limit.emplace(10, std::stoi(m_program->id()));
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+                if (disk.isMounted())
+                    disk.makeRoom();
+            }
+            m_program->signal(SIGKILL);
+        });
+        for (bool isUp = true; isUp;) {
+            const std::string id = "s29" + std::to_string(1001 + below(17)).substr(1);
+            const bool isWanted = !confirmed[id];
+            const std::string answer = ask(std::string("Preset.ashx?serial=S&c=")
+                + (isWanted ? "add" : "remove") + "&id=" + id);
+            isUp = !answer.empty();
+            if (!isUp) {
+                confirmed.erase(id); // it may have come to pass
+            } else if (answer.find("\"200\"") != std::string::npos) {
+                confirmed[id] = isWanted;
+                ++changes;
+            } else {
+                ++refused;
+            }
+        }
+        killer.join();
+        m_program->wait();
+    }
+    std::cout << deaths << " deaths, " << changes << " changes, " << refused << " refused\n";
+    EXPECT_GT(changes, 0);
+    EXPECT_GT(refused, 0);
 }
 
 TEST_F(ProgramWithAccounts, EndsWith2WhenTheyCannotBeRead)
