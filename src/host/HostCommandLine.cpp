@@ -22,6 +22,7 @@ struct Arguments {
     std::optional<std::string> stateFolder;
     std::optional<std::string> logLevel;
     std::optional<std::string> logFile;
+    std::optional<std::string> logSize;
 };
 
 void addOptions(CLI::App &app, Arguments &into)
@@ -53,6 +54,8 @@ void addOptions(CLI::App &app, Arguments &into)
         ->type_name("trace|debug|info|warn|error");
     app.add_option("--log-file", into.logFile, "Where the log goes (standard error)")
         ->type_name("FILE");
+    app.add_option("--log-size", into.logSize, "How large the log's file grows (10), 0: any size")
+        ->type_name("MIB");
 }
 
 QString text(const std::string &argument)
@@ -105,6 +108,8 @@ QString apply(const Arguments &arguments, HostOptions &options)
         check("--ca-file", setFile(options.caFile, text(*arguments.caFile)));
     if (arguments.stateFolder)
         check("--state-dir", setFile(options.stateFolder, text(*arguments.stateFolder)));
+    if (arguments.logSize)
+        check("--log-size", HostOption::setLogSize(options, text(*arguments.logSize)));
     if (arguments.logFile)
         check("--log-file", setFile(options.logFile, text(*arguments.logFile)));
     return complaint;
@@ -135,6 +140,8 @@ HostCommandLine parseHostCommandLine(const QStringList &arguments)
         complaint = readHostConfigFile(text(*read.config), result.options);
     if (complaint.isEmpty())
         complaint = apply(read, result.options);
+    if (complaint.isEmpty() && !result.options.audio.problem().isEmpty())
+        complaint = QStringLiteral("--audio: ") + result.options.audio.problem();
     if (!complaint.isEmpty())
         return ended(2, complaint);
     result.run = true;

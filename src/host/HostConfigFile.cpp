@@ -37,6 +37,7 @@ public:
             {QStringLiteral("stateFolder"), &Reader::stateFolder},
             {QStringLiteral("logLevel"), &Reader::logLevel},
             {QStringLiteral("logFile"), &Reader::logFile},
+            {QStringLiteral("logSize"), &Reader::logSize},
         };
         const Member member = members.value(key);
         if (!member)
@@ -119,6 +120,7 @@ private:
     {
         return HostOption::setLogLevel(m_options, value.toString());
     }
+    QString logSize(const QVariant &value) { return HostOption::setLogSize(m_options, value); }
     QString restartWait(const QVariant &value)
     {
         return HostOption::setRestartWait(m_options, value);

@@ -97,3 +97,16 @@ QString HostOption::setLogLevel(HostOptions &options, const QString &level)
     options.logLevel = level;
     return {};
 }
+
+QString HostOption::setLogSize(HostOptions &options, const QVariant &mebibytes)
+{
+    constexpr int Largest = 1024 * 1024;
+    bool ok = false;
+    const double size = mebibytes.toDouble(&ok);
+    if (!ok || !(size >= 0 && size <= Largest)) {
+        return QStringLiteral("\"%1\" is no number of MiB up to %2")
+            .arg(mebibytes.toString(), QString::number(Largest));
+    }
+    options.logSize = qRound64(size * 1024 * 1024);
+    return {};
+}

@@ -42,6 +42,8 @@ struct HostOptions {
     QString logLevel = QStringLiteral("info");
     /// Empty: standard error.
     QString logFile;
+    /// Bytes that the log's file may hold before another one is begun; 0: no limit.
+    qint64 logSize = 10 * 1024 * 1024;
 };
 
 /// One option's text into \a options; each returns what is wrong with it, empty when nothing is.
@@ -53,4 +55,5 @@ QString addConnectTo(HostOptions &options, const QString &entry);
 QString setAudio(HostOptions &options, const QString &audio);
 QString setRestartWait(HostOptions &options, const QVariant &seconds);
 QString setLogLevel(HostOptions &options, const QString &level);
+QString setLogSize(HostOptions &options, const QVariant &mebibytes);
 } // namespace HostOption

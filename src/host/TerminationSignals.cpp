@@ -11,21 +11,29 @@ gboolean signalCame(gpointer data)
     return G_SOURCE_CONTINUE;
 }
 
+gboolean hangUpCame(gpointer data)
+{
+    Q_EMIT static_cast<TerminationSignals *>(data)->hungUp();
+    return G_SOURCE_CONTINUE;
+}
+
 void maskSignals(int how)
 {
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGTERM);
     sigaddset(&signals, SIGINT);
+    sigaddset(&signals, SIGHUP);
     ::pthread_sigmask(how, &signals, nullptr);
 }
 
 } // namespace
 
-TerminationSignals::TerminationSignals(QObject *parent)
+TerminationSignals::TerminationSignals(bool hangUps, QObject *parent)
     : QObject(parent)
     , m_sources {g_unix_signal_add(SIGTERM, &signalCame, this),
           g_unix_signal_add(SIGINT, &signalCame, this)}
+    , m_hangUps(hangUps ? g_unix_signal_add(SIGHUP, &hangUpCame, this) : 0)
 {
     maskSignals(SIG_UNBLOCK);
 }
@@ -34,6 +42,8 @@ TerminationSignals::~TerminationSignals()
 {
     for (const unsigned source : m_sources)
         g_source_remove(source);
+    if (m_hangUps != 0)
+        g_source_remove(m_hangUps);
 }
 
 void TerminationSignals::hold()

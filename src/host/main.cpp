@@ -28,7 +28,7 @@ int complain(int status, const QString &text)
 int run(const HostOptions &options)
 {
     Host host(options);
-    TerminationSignals signals;
+    TerminationSignals signals(!options.logFile.isEmpty());
     int status = Success;
     QObject::connect(&host, &Host::ready, [](const QString &url) {
         std::cout << "vesk-host: ready at " << url.toStdString() << std::endl;
@@ -38,6 +38,7 @@ int run(const HostOptions &options)
         host.stop();
     });
     QObject::connect(&signals, &TerminationSignals::requested, &host, &Host::stop);
+    QObject::connect(&signals, &TerminationSignals::hungUp, &reopenLog);
     QObject::connect(&host, &Host::stopped, [&](bool complete) {
         if (!complete)
             ::_exit(Failure);
@@ -57,6 +58,7 @@ int main(int argc, char **argv)
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
     const log4cplus::Initializer logging;
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-host"));
@@ -69,7 +71,7 @@ int main(int argc, char **argv)
         return Success;
     }
     const HostOptions &options = commandLine.options;
-    const QString complaint = setUpLogging(options.logLevel, options.logFile);
+    const QString complaint = setUpLogging(options.logLevel, options.logFile, options.logSize);
     if (!complaint.isEmpty())
         return complain(BadUsage, QStringLiteral("--log-file: ") + complaint);
     if (!options.caFile.isEmpty() && !HttpClient::setCaFile(options.caFile)) {

@@ -1,11 +1,12 @@
 #include "runtime/Logging.h"
 
 #include "api/core/log.h"
+#include "runtime/LogFile.h"
 
 #include <QFile>
 
+#include <log4cplus/appender.h>
 #include <log4cplus/consoleappender.h>
-#include <log4cplus/fileappender.h>
 #include <log4cplus/layout.h>
 #include <log4cplus/loglevel.h>
 
@@ -27,19 +28,42 @@ log4cplus::Logger linesOfWorkers()
     return logger;
 }
 
-/// Two appenders for one file write whole records: each opens it for appending and flushes every
-/// one.
-log4cplus::SharedAppenderPtr makeAppender(const QString &file, const char *pattern)
+/// The file of this process's log; null while it goes to standard error.
+std::shared_ptr<LogFile> &logFile()
+{
+    static std::shared_ptr<LogFile> file;
+    return file;
+}
+
+/// log4cplus's own appenders for files wait for a FIFO, leave the mode to the umask, and cannot
+/// share one file, which the two layouts here do.
+class LogFileAppender : public log4cplus::Appender {
+public:
+    explicit LogFileAppender(std::shared_ptr<LogFile> file)
+        : m_file(std::move(file))
+    {
+    }
+    ~LogFileAppender() override { destructorImpl(); }
+
+    void close() override { closed = true; }
+
+protected:
+    void append(const log4cplus::spi::InternalLoggingEvent &event) override
+    {
+        m_file->write(formatEvent(event));
+    }
+
+private:
+    const std::shared_ptr<LogFile> m_file;
+};
+
+log4cplus::SharedAppenderPtr makeAppender(const char *pattern)
 {
     log4cplus::SharedAppenderPtr appender;
-    if (file.isEmpty()) {
-        // A record is one write, not one for each of its parts.
-        std::cerr.unsetf(std::ios::unitbuf);
-        ::setvbuf(stderr, nullptr, _IOLBF, 0);
+    if (logFile())
+        appender = new LogFileAppender(logFile());
+    else
         appender = new log4cplus::ConsoleAppender(true, true);
-    } else
-        appender = new log4cplus::FileAppender(
-            QFile::encodeName(file).toStdString(), std::ios_base::app, true);
     appender->setLayout(std::make_unique<log4cplus::PatternLayout>(pattern));
     return appender;
 }
@@ -77,22 +101,36 @@ void logLineOfWorker(const QByteArray &line)
     linesOfWorkers().forcedLog(log4cplus::INFO_LOG_LEVEL, line.toStdString());
 }
 
-QString setUpLogging(const QString &level, const QString &file)
+QString setUpLogging(const QString &level, const QString &file, qint64 maxSize)
 {
-    if (!file.isEmpty()) {
-        // log4cplus itself complains about a file that it cannot open only when it first writes.
-        QFile probe(file);
-        if (!probe.open(QIODevice::Append))
-            return QStringLiteral("%1: %2").arg(file, probe.errorString());
+    logFile().reset();
+    if (file.isEmpty()) {
+        // A record is one write, not one for each of its parts.
+        std::cerr.unsetf(std::ios::unitbuf);
+        ::setvbuf(stderr, nullptr, _IOLBF, 0);
+    } else {
+        const auto made = std::make_shared<LogFile>(
+            QFile::encodeName(file).toStdString(), static_cast<std::uint64_t>(maxSize));
+        if (const files::Problem problem = made->open())
+            return QStringLiteral("%1: %2").arg(file, QString::fromStdString(problem.text));
+        logFile() = made;
     }
     log4cplus::Logger root = log4cplus::Logger::getRoot();
     root.removeAllAppenders();
-    root.addAppender(makeAppender(file, Pattern));
+    root.addAppender(makeAppender(Pattern));
     root.setLogLevel(log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
     log4cplus::Logger lines = linesOfWorkers();
     lines.setAdditivity(false);
     lines.removeAllAppenders();
-    lines.addAppender(makeAppender(file, LinePattern));
+    lines.addAppender(makeAppender(LinePattern));
     qInstallMessageHandler(logQtMessage);
     return {};
+}
+
+void reopenLog()
+{
+    if (!logFile())
+        return;
+    if (const files::Problem problem = logFile()->open())
+        std::cerr << "The log cannot be opened: " << problem.text << std::endl;
 }

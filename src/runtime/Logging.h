@@ -4,10 +4,15 @@
 #include <QString>
 
 /// Sets up log4cplus for the process: records of \a level ("trace" to "error") and above go to
-/// \a file, or to standard error when it is empty, with time, level, logger, source:line, thread
-/// and message. Qt's own messages go the same way, under the logger "Qt". Main thread, before
-/// anything logs. Returns what is wrong, empty when nothing is.
-QString setUpLogging(const QString &level, const QString &file);
+/// \a file (a LogFile of at most \a maxSize bytes; 0: of any size), or to standard error when it is
+/// empty, with time, level, logger, source:line, thread and message. Qt's own messages go the same
+/// way, under the logger "Qt". Main thread, before anything logs. Returns what is wrong, empty when
+/// nothing is.
+QString setUpLogging(const QString &level, const QString &file, qint64 maxSize = 0);
+
+/// Goes on with the file that now has the log's name, for those who rename it. Any thread, after
+/// setUpLogging().
+void reopenLog();
 
 /// Brings a line of another process, which it has made a log record already, to where this one's
 /// records go. Any thread, after setUpLogging().

@@ -314,7 +314,8 @@ TEST_F(ProgramWithAccounts, LoseNothingThatWasAnsweredHoweverOftenTheyAreKilled)
         });
         for (bool isUp = true; isUp;) {
             const std::string id = "s29" + std::to_string(1001 + below(17)).substr(1);
-            const bool isWanted = !confirmed[id];
+            const auto known = confirmed.find(id);
+            const bool isWanted = known == confirmed.end() || !known->second;
             const std::string answer = ask(std::string("Preset.ashx?serial=S&c=")
                 + (isWanted ? "add" : "remove") + "&id=" + id);
             isUp = !answer.empty();

@@ -18,6 +18,7 @@ public:
     /// Ends with "/".
     QString url() const { return m_url; }
     QString stateFolder() const { return m_folder.path(); }
+    pid_t id() const { return static_cast<pid_t>(m_process.processId()); }
     /// Everything on standard output so far.
     QByteArray output() { return m_output += m_process.readAllStandardOutput(); }
     QByteArray errors() { return m_errors += m_process.readAllStandardError(); }

@@ -1,5 +1,9 @@
 #include "host/player/AudioOutputSpec.h"
 
+#include "files/Descriptor.h"
+
+#include <QFile>
+
 AudioOutputSpec AudioOutputSpec::parse(const QString &text, bool &ok)
 {
     AudioOutputSpec spec;
@@ -14,4 +18,13 @@ AudioOutputSpec AudioOutputSpec::parse(const QString &text, bool &ok)
         ok = text == QLatin1String("auto");
     }
     return spec;
+}
+
+QString AudioOutputSpec::problem() const
+{
+    if (kind != Wav)
+        return {};
+    const files::Problem refusal = files::refusalToOpen(QFile::encodeName(file).toStdString());
+    return refusal ? QStringLiteral("%1: %2").arg(file, QString::fromStdString(refusal.text))
+                   : QString();
 }

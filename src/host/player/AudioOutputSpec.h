@@ -11,4 +11,7 @@ struct AudioOutputSpec {
 
     /// Reads the text form; \a ok says whether it is one.
     static AudioOutputSpec parse(const QString &text, bool &ok);
+    /// Why the file must not be written to: what is there is no regular file. Empty when nothing is
+    /// wrong. Opens nothing, so that no FIFO is waited for.
+    QString problem() const;
 };

@@ -5,6 +5,7 @@
 #include "host/rpc/HttpResource.h"
 #include "host/rpc/HttpRules.h"
 #include "host/rpc/JsonRpcDispatcher.h"
+#include "host/rpc/RefusalLog.h"
 #include "host/rpc/WebSocketSession.h"
 
 #include <QPointer>
@@ -84,6 +85,7 @@ public:
     QVector<HttpResource *> resources;
     bool isClosed = false;
     QString address;
+    RefusalLog refusals {[](const QByteArray &line) { VESK_WARN(line); }};
 
     /// What libsoup calls; \a data is this.
     static void requestStarted(SoupServer *, SoupServerMessage *message, gpointer data);
@@ -113,12 +115,12 @@ public:
 void HttpServerPrivate::accept(HttpConnection *connection)
 {
     if (connections.count() > limits.connections + RefusedConnections)
-        return;
+        return refusals.tell("connection shut down: too many connections");
     connection->limit(limits.readTimeout);
     GError *error = nullptr;
     if (!soup_server_accept_iostream(server, connection->stream(), connection->localAddress(),
             connection->remoteAddress(), &error)) {
-        VESK_WARN("connection not accepted: " << error->message);
+        refusals.tell("connection not accepted: " + QByteArray(error->message));
         g_error_free(error);
     }
 }
@@ -319,7 +321,7 @@ void HttpServerPrivate::respond(SoupServerMessage *message, const HttpAnswer &an
 void HttpServerPrivate::refuseWith(
     SoupServerMessage *message, unsigned code, const QByteArray &reason)
 {
-    VESK_WARN("request refused with " << code << ": " << reason);
+    refusals.tell("request refused with " + QByteArray::number(code) + ": " + reason);
     respond(message, {code, "text/plain; charset=utf-8", reason + "\n", {}});
 }
 

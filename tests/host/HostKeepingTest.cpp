@@ -1,0 +1,303 @@
+#include "tests/host/HostProcess.h"
+
+#include "ctl/RpcClient.h"
+#include "tests/support/SmallDisk.h"
+#include "tests/support/WorkerThread.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <iostream>
+#include <optional>
+#include <random>
+#include <sys/stat.h>
+#include <thread>
+
+// What the host keeps on the disk, and what it tells when it cannot.
+
+namespace {
+
+using testing::HasSubstr;
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class HostKeeping : public testing::Test {
+protected:
+    QStringList arguments(const QStringList &more = {}) const
+    {
+        return QStringList {text("--plugin"), text(TEST_PLUGINS "/libvesk_cb_good.so"),
+                   text("--state-dir"), m_state}
+        + more;
+    }
+    std::unique_ptr<HostProcess> start(const QStringList &more = {}) const
+    {
+        return std::make_unique<HostProcess>(text(HOST_PROGRAM), arguments(more));
+    }
+    /// What the host says of a start that fails.
+    static std::string endOf(HostProcess &host, int status)
+    {
+        EXPECT_EQ(host.waitForEnd(), status);
+        EXPECT_EQ(host.output(), QByteArray());
+        return host.errors().toStdString();
+    }
+    static QString value(const HostProcess &host, const char *path)
+    {
+        const RpcAnswer answer
+            = RpcClient(host.url())
+                  .call(text("getData"),
+                      {{text("path"), text(path)}, {text("roles"), QStringList {text("value")}}});
+        const QVariantList values = answer.result.toHash().value(text("values")).toList();
+        return values.value(0).toHash().value(text("string_")).toString();
+    }
+    static RpcAnswer setPartner(const QString &url, const QString &id)
+    {
+        return RpcClient(url).call(text("setData"),
+            {{text("path"), text("settings:tunein/partnerId")}, {text("role"), text("value")},
+                {text("value"), id}});
+    }
+
+    QTemporaryDir m_folder;
+    QString m_state = m_folder.filePath(text("state"));
+};
+
+TEST_F(HostKeeping, ASecondHostSaysWhoHasTheStateFolderAndEnds)
+{
+    const auto first = start();
+    ASSERT_TRUE(first->isReady()) << first->errors().toStdString();
+    const auto second = start();
+    EXPECT_FALSE(second->isReady());
+    EXPECT_THAT(endOf(*second, 1),
+        HasSubstr("vesk-host: the state folder is in use: process " + std::to_string(first->id())
+            + " holds " + (m_state + text("/lock\n")).toStdString()));
+    EXPECT_EQ(setPartner(first->url(), text("abc")).kind, RpcAnswer::Result);
+
+    first->signal(SIGKILL);
+    first->waitForEnd();
+    const auto third = start();
+    EXPECT_TRUE(third->isReady()) << "a killed host holds nothing";
+}
+
+TEST_F(HostKeeping, ARefusedWriteIsAnErrorOfTheRequestAndChangesNothing)
+{
+    const auto host = start();
+    ASSERT_TRUE(host->isReady());
+    ASSERT_EQ(setPartner(host->url(), text("abc")).kind, RpcAnswer::Result);
+    {
+        const FileSizeLimit limit(10, host->id());
+        const RpcAnswer answer = setPartner(host->url(), text("def"));
+        EXPECT_EQ(answer.kind, RpcAnswer::Error);
+        EXPECT_EQ(
+            answer.message, text("Not saved: the disk cannot be written. The log says more."));
+        EXPECT_EQ(value(*host, "settings:tunein/partnerId"), text("abc"));
+    }
+    EXPECT_EQ(setPartner(host->url(), text("ghi")).kind, RpcAnswer::Result);
+    EXPECT_THAT(contentOf(m_state + text("/settings.json")).toStdString(), HasSubstr("\"ghi\""));
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_THAT(host->errors().toStdString(), HasSubstr("Settings cannot be kept in "));
+}
+
+/// The process and all that it started.
+QList<QByteArray> processTree(const QByteArray &process)
+{
+    QList<QByteArray> all {process};
+    for (int i = 0; i < all.size(); ++i) {
+        const QString tasks = QString::fromLatin1("/proc/" + all.at(i) + "/task");
+        for (const QString &task : QDir(tasks).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+            const QByteArray children
+                = contentOf(tasks + QLatin1Char('/') + task + text("/children"));
+            for (const QByteArray &child : children.simplified().split(' ')) {
+                if (!child.isEmpty())
+                    all.append(child);
+            }
+        }
+    }
+    return all;
+}
+
+TEST_F(HostKeeping, AValueOfTheConfigurationFileIsInNoListOfProcesses)
+{
+    const QString name = m_folder.filePath(text("host.json"));
+    QFile config(name);
+    ASSERT_TRUE(config.open(QIODevice::WriteOnly));
+    config.write(R"({"values": {"settings:tunein/partnerId": "S3cret0fM1ne"}})");
+    config.close();
+    const auto host = start({text("--config"), name});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    ASSERT_EQ(value(*host, "settings:tunein/partnerId"), text("S3cret0fM1ne"));
+    const QList<QByteArray> processes = processTree(QByteArray::number(host->id()));
+    EXPECT_GE(processes.size(), qEnvironmentVariableIsSet("VESK_TEST_IN_PROCESS") ? 1 : 2);
+    for (const QByteArray &process : processes) {
+        for (const char *file : {"cmdline", "environ"}) {
+            const QByteArray shown
+                = contentOf(QString::fromLatin1("/proc/" + process + '/' + file));
+            EXPECT_FALSE(shown.isEmpty()) << file;
+            EXPECT_FALSE(shown.contains("S3cret0fM1ne")) << process.constData() << ' ' << file;
+        }
+    }
+}
+
+TEST_F(HostKeeping, TheLogGoesOnInANewFileAfterAHangUp)
+{
+    const QString log = m_folder.filePath(text("log"));
+    const auto host = start({text("--log-file"), log});
+    ASSERT_TRUE(host->isReady());
+    struct stat status { };
+    ASSERT_EQ(::stat(QFile::encodeName(log).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07037, 0u) << "others cannot read it";
+    ASSERT_TRUE(QFile::rename(log, log + text(".old")));
+    host->signal(SIGHUP);
+    EXPECT_TRUE(spinUntil([&] { return QFile::exists(log); }));
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_THAT(contentOf(log + text(".old")).toStdString(), HasSubstr("ready at"));
+    EXPECT_THAT(contentOf(log).toStdString(), HasSubstr("stopping"));
+}
+
+TEST_F(HostKeeping, AHangUpEndsAHostWithoutALogFile)
+{
+    const auto host = start();
+    ASSERT_TRUE(host->isReady());
+    host->signal(SIGHUP);
+    EXPECT_EQ(host->waitForEnd(), -1);
+}
+
+TEST_F(HostKeeping, FifosAreRefusedAtTheStartAndNotWaitedFor)
+{
+    const QString fifo = m_folder.filePath(text("fifo"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+    for (const QStringList &wrong : {QStringList {text("--log-file"), fifo},
+             QStringList {text("--audio"), text("wav:") + fifo}}) {
+        const auto host = start(wrong);
+        const std::string said = endOf(*host, 2);
+        EXPECT_THAT(said, HasSubstr("vesk-host: " + wrong.first().toStdString() + ": "));
+        EXPECT_THAT(said, HasSubstr("no regular file"));
+    }
+}
+
+TEST_F(HostKeeping, AFullDiskForTheLogStopsNothing)
+{
+    const SmallDisk disk;
+    if (!disk.isMounted())
+        GTEST_SKIP() << "no file system can be mounted";
+    const QString log = QString::fromStdString(disk.folder()) + text("/log");
+    const auto host = start({text("--log-file"), log, text("--log-level"), text("trace")});
+    ASSERT_TRUE(host->isReady());
+    disk.fill();
+    for (int i = 0; i < 50; ++i)
+        EXPECT_EQ(setPartner(host->url(), QString::number(i)).kind, RpcAnswer::Result);
+    disk.makeRoom();
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_THAT(contentOf(log).toStdString(), HasSubstr("records are missing here: "));
+}
+
+/// The host killed at random moments while settings change, with a full disk half of the time.
+class HostDeaths : public HostKeeping {
+protected:
+    HostDeaths()
+    {
+        if (m_disk.isMounted())
+            m_state = QString::fromStdString(m_disk.folder()) + text("/state");
+    }
+    int below(int end) { return static_cast<int>(m_random() % static_cast<unsigned>(end)); }
+
+    /// A start that does not come to its end.
+    void dieWhileStarting()
+    {
+        QProcess host;
+        host.start(text(HOST_PROGRAM), arguments({text("--listen"), text("127.0.0.1:0")}));
+        std::this_thread::sleep_for(std::chrono::milliseconds(below(80)));
+        host.kill();
+        host.waitForFinished();
+    }
+    /// Makes room and takes it away until it is time to kill.
+    void killLater(pid_t host, int milliseconds)
+    {
+        for (int passed = 0; passed < milliseconds; passed += 5) {
+            std::optional<FileSizeLimit> limit;
+            const bool isFull = passed / 5 % 2 == 0;
+            if (isFull && m_disk.isMounted())
+                m_disk.fill();
+            else if (isFull)
+                limit.emplace(10, host);
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            if (m_disk.isMounted())
+                m_disk.makeRoom();
+        }
+        ::kill(host, SIGKILL);
+    }
+    /// Changes the setting until the host is gone.
+    void changeUntilDeath(const QString &url)
+    {
+        for (;;) {
+            const QString next = QString::number(++m_counter);
+            const RpcAnswer answer = setPartner(url, next);
+            if (answer.kind == RpcAnswer::NoHost) {
+                m_underWay = next;
+                return;
+            }
+            if (answer.kind == RpcAnswer::Result) {
+                m_confirmed = next;
+                ++m_changes;
+            } else {
+                ++m_refused;
+            }
+        }
+    }
+
+    SmallDisk m_disk;
+    std::mt19937 m_random {std::random_device {}()};
+    int m_counter = 0;
+    int m_changes = 0;
+    int m_refused = 0;
+    QString m_confirmed;
+    QString m_underWay; ///< may have come to pass
+};
+
+TEST_F(HostDeaths, LoseNothingThatWasAnswered)
+{
+    bool isNumber = false;
+    const int given = qEnvironmentVariableIntValue("VESK_DEATHS", &isNumber);
+    const int deaths = isNumber ? given : 10;
+    QString id;
+    for (int death = 0; death < deaths; ++death) {
+        SCOPED_TRACE(death);
+        if (death > 0 && below(8) == 0)
+            dieWhileStarting();
+        const auto host = start();
+        ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+        if (death == 0)
+            id = value(*host, "system:memberId");
+        ASSERT_EQ(value(*host, "system:memberId"), id);
+        const QString kept = value(*host, "settings:tunein/partnerId");
+        ASSERT_TRUE(kept == m_confirmed || kept == m_underWay)
+            << kept.toStdString() << " instead of " << m_confirmed.toStdString();
+        m_confirmed = kept;
+        std::thread killer([&, process = host->id(), milliseconds = below(60)] {
+            killLater(process, milliseconds);
+        });
+        changeUntilDeath(host->url());
+        killer.join();
+        host->waitForEnd();
+        ASSERT_FALSE(QFile::exists(m_state + text("/settings.json.damaged")));
+    }
+    std::cout << deaths << " deaths, " << m_changes << " changes, " << m_refused << " refused\n";
+    EXPECT_GT(m_changes, 0);
+    EXPECT_GT(m_refused, 0);
+}
+
+} // namespace
