@@ -14,8 +14,27 @@
 
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<bool> diskIsStuck {false};
+std::atomic<int> syncs {0};
+
+} // namespace
+
+/// Stands in for the system's, so that a disk can take its time.
+extern "C" int fsync(int descriptor)
+{
+    ++syncs;
+    while (diskIsStuck)
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    return static_cast<int>(::syscall(SYS_fsync, descriptor));
+}
 
 namespace {
 
@@ -136,6 +155,28 @@ TEST_F(SettingsStoreTest, AChangeTakesEffectOnceItIsKeptAndTheLastOneCounts)
         EXPECT_EQ(Run::outcome(answer), "");
     EXPECT_EQ(run.partner(), QString());
     EXPECT_FALSE(content().contains("partnerId"));
+}
+
+TEST_F(SettingsStoreTest, ASlowDiskKeepsWaitingOnlyThoseWhoChangeSettings)
+{
+    Run run(m_folder);
+    const int before = syncs;
+    diskIsStuck = true;
+    std::vector<std::shared_ptr<CMReplyData<QVariant>>> answers;
+    answers.push_back(run.ask(VeskTuneInPartnerIdPath(), text("first")));
+    EXPECT_TRUE(spinUntil([&] { return syncs > before; }));
+    for (int i = 0; i < 50; ++i)
+        answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString::number(i)));
+    EXPECT_FALSE(spinUntil([&] { return answers.front()->isFinished(); }, 50))
+        << "answered before it is on the disk";
+    EXPECT_EQ(run.partner(), QString());
+    diskIsStuck = false;
+    for (const auto &answer : answers)
+        EXPECT_EQ(Run::outcome(answer), "");
+    EXPECT_EQ(run.partner(), text("49"));
+    run.store.close();
+    // Two writes, each of the file and of its copy, each of these with its folder.
+    EXPECT_EQ(syncs - before, 8) << "what waits is written together";
 }
 
 TEST_F(SettingsStoreTest, KeepsOnlyWhatDiffersFromTheDefault)
