@@ -28,6 +28,7 @@ TEST(HostCommandLineTest, HasDefaults)
     EXPECT_EQ(line.options.listen.port, 8765);
     EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line.options.logLevel, QStringLiteral("info"));
+    EXPECT_EQ(line.options.logSize, 10 * 1024 * 1024);
     EXPECT_TRUE(line.options.plugins.isEmpty());
     EXPECT_FALSE(line.options.inProcess);
     EXPECT_EQ(line.options.restartWait, std::chrono::seconds(30));
@@ -40,7 +41,7 @@ TEST(HostCommandLineTest, ReadsEveryOption)
                       "--set settings:tunein/partnerId=a=b --set network:connected=true "
                       "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
                       "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
-                      "--state-dir s --log-level trace --log-file l"));
+                      "--state-dir s --log-level trace --log-file l --log-size 1.5"));
     ASSERT_TRUE(line.run) << line.text.toStdString();
     const HostOptions &options = line.options;
     ASSERT_EQ(options.plugins.size(), 2);
@@ -61,6 +62,7 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     EXPECT_EQ(options.stateFolder, QStringLiteral("s"));
     EXPECT_EQ(options.logLevel, QStringLiteral("trace"));
     EXPECT_EQ(options.logFile, QStringLiteral("l"));
+    EXPECT_EQ(options.logSize, 3 * 512 * 1024);
 }
 
 TEST(HostCommandLineTest, AnEmptyTextIsAValueToo)
@@ -90,14 +92,16 @@ INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
         "--set settings:tunein/partnerId", "--set nothing=1", "--set settings:nothing=1",
         "--set settings:tunein/enabledFixItWizard=maybe", "--set =x", "--set network:connected=",
         "--connect-to a", "--connect-to a:1:b", "--connect-to a:1:b:2:3", "--connect-to a:x:b:1",
-        "--audio loud", "--audio wav:", "--log-level verbose", "--log-level INFO",
-        "--restart-wait soon", "--restart-wait -1", "--restart-wait nan", "--restart-wait 3601",
-        "--in-process=2", "--config /nonexistent/file", "--plugin a.so b.so"));
+        "--audio loud", "--audio wav:", "--audio wav:/dev/null", "--audio wav:/tmp",
+        "--log-size -1", "--log-size much", "--log-size nan", "--log-size 1048577",
+        "--log-level verbose", "--log-level INFO", "--restart-wait soon", "--restart-wait -1",
+        "--restart-wait nan", "--restart-wait 3601", "--in-process=2", "--config /nonexistent/file",
+        "--plugin a.so b.so"));
 
 TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
 {
     for (const char *option : {"--listen", "--audio", "--plugin", "--config", "--state-dir",
-             "--log-level", "--log-file", "--ca-file", "--set", "--connect-to"})
+             "--log-level", "--log-file", "--log-size", "--ca-file", "--set", "--connect-to"})
         EXPECT_EQ(parse({QString::fromLatin1(option), QString()}).status, 2) << option;
 }
 
@@ -128,7 +132,7 @@ const char WholeConfig[] = R"({
     "listen": "localhost:1234",
     "values": {"settings:tunein/partnerId": "file", "network:connected": true},
     "connectTo": ["a:80:b:81"],
-    "audio": "null", "inProcess": true, "restartWait": 0, "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "caFile": "ca"
+    "audio": "null", "inProcess": true, "restartWait": 0, "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "logSize": 0, "caFile": "ca"
 })";
 
 TEST_F(HostConfigFileTest, GivesTheSameOptions)
@@ -150,6 +154,7 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.restartWait, std::chrono::seconds(0));
     EXPECT_EQ(options.logLevel, QStringLiteral("warn"));
     EXPECT_EQ(options.logFile, QStringLiteral("/log"));
+    EXPECT_EQ(options.logSize, 0);
     EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
 }
 
