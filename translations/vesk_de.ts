@@ -200,6 +200,10 @@
 <context>
     <name>Host</name>
     <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Diese Adresse ändert etwas. Sie lässt sich nur aus einer Liste öffnen, die sie anbietet.</translation>
+    </message>
+    <message>
         <source>%1 could not be loaded</source>
         <translation>%1 konnte nicht geladen werden</translation>
     </message>

@@ -200,6 +200,10 @@
 <context>
     <name>Host</name>
     <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Esta dirección cambia algo. Solo se puede abrir desde una lista que la ofrezca.</translation>
+    </message>
+    <message>
         <source>%1 could not be loaded</source>
         <translation>No se pudo cargar %1</translation>
     </message>

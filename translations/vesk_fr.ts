@@ -200,6 +200,10 @@
 <context>
     <name>Host</name>
     <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Cette adresse modifie quelque chose. Elle ne peut être ouverte que depuis une liste qui la propose.</translation>
+    </message>
+    <message>
         <source>%1 could not be loaded</source>
         <translation>%1 n’a pas pu être chargé</translation>
     </message>

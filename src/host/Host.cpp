@@ -14,6 +14,7 @@
 #include "host/player/PlayLogic.h"
 #include "host/player/StreamPlayer.h"
 #include "host/plugins/Plugins.h"
+#include "host/rpc/AddressGate.h"
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/web/Artwork.h"
@@ -40,6 +41,7 @@ Host::~Host()
     m_playerMethods.reset();
     m_methods.reset();
     m_rpc.reset();
+    m_gate.reset();
     m_plugins.reset();
     PlayLogicInterface::setPlayerInstance(nullptr);
     m_playLogic.reset();
@@ -157,6 +159,10 @@ void Host::listen()
     m_rpc = std::make_unique<JsonRpcDispatcher>();
     m_methods = std::make_unique<RpcMethods>(m_rpc.get());
     m_playerMethods = std::make_unique<PlayerMethods>(m_rpc.get(), m_playLogic.get());
+    m_gate = std::make_unique<AddressGate>();
+    m_plugins->declareIn(m_gate.get());
+    m_methods->setGate(m_gate.get());
+    m_playerMethods->setGate(m_gate.get());
     m_http = std::make_unique<HttpServer>(m_rpc.get());
     setUpPage();
     connect(m_playerMethods.get(), &PlayerMethods::changed, m_http.get(),

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <memory>
 
+class AddressGate;
 class Artwork;
 class CMRootWorker;
 class CMValuesWorker;
@@ -81,6 +82,7 @@ private:
     std::unique_ptr<StreamPlayer> m_streamPlayer;
     std::unique_ptr<PlayLogic> m_playLogic;
     std::unique_ptr<Plugins> m_plugins;
+    std::unique_ptr<AddressGate> m_gate;
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<RpcMethods> m_methods;
     std::unique_ptr<PlayerMethods> m_playerMethods;

@@ -311,6 +311,35 @@ TEST(HostProcessTest, LogsToAFileWhenItIsTold)
     EXPECT_THAT(file.readAll().toStdString(), testing::HasSubstr("serves Good:"));
 }
 
+TEST(HostProcessTest, ShowsADescriptorThatCannotBeUsedAndGoesOn)
+{
+    const QTemporaryDir folder;
+    const QString library = folder.filePath(QStringLiteral("libvesk_cb_good.so"));
+    ASSERT_TRUE(QFile::copy(plugin("good"), library));
+    QFile descriptor(folder.filePath(QStringLiteral("libvesk_cb_good.json")));
+    ASSERT_TRUE(descriptor.open(QIODevice::WriteOnly));
+    descriptor.write("{\"format\": 1, \"id\": \"good\", \"chagning\": []}");
+    descriptor.close();
+    const auto host = start({QStringLiteral("--plugin"), library});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const QVariantList services = rows(host->url(), "host:services",
+        {QStringLiteral("title"), QStringLiteral("path"), QStringLiteral("description")})
+                                      .value(QStringLiteral("rows"))
+                                      .toList();
+    ASSERT_EQ(services.size(), 2);
+    EXPECT_EQ(services.at(0).toList().value(1), QStringLiteral("Good:"));
+    EXPECT_EQ(services.at(1).toList().value(0),
+        QStringLiteral("libvesk_cb_good.json could not be loaded"));
+    EXPECT_EQ(services.at(1).toList().value(2), QStringLiteral("there is no \"chagning\""));
+    EXPECT_EQ(
+        rows(host->url(), "Good:", {QStringLiteral("title")}).value(QStringLiteral("rowsCount")),
+        1);
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+    EXPECT_THAT(
+        host->errors().toStdString(), testing::HasSubstr("libvesk_cb_good.json is not used"));
+}
+
 TEST(HostProcessTest, ReadsAConfigurationFile)
 {
     const QTemporaryDir folder;

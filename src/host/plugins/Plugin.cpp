@@ -7,7 +7,11 @@ VESK_LOGGER("Host")
 Plugin::Plugin(const QString &file, QObject *parent)
     : QObject(parent)
     , m_file(file)
+    , m_descriptor(PluginDescriptor::read(PluginDescriptor::fileOf(file), m_descriptorError))
 {
+    if (!m_descriptorError.isEmpty())
+        VESK_ERROR(PluginDescriptor::fileOf(file)
+            << " is not used, so that no address of the plug-in is guarded: " << m_descriptorError);
 }
 
 Plugin::~Plugin() = default;

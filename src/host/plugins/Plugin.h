@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api/values/CMPath.h"
+#include "host/plugins/PluginDescriptor.h"
 
 #include <QObject>
 #include <QString>
@@ -29,6 +30,10 @@ public:
     void reject(const QString &reason);
 
     const QString &file() const { return m_file; }
+    /// What the file beside the library says; empty without one.
+    const PluginDescriptor &descriptor() const { return m_descriptor; }
+    /// Why that file is not used; empty otherwise.
+    const QString &descriptorError() const { return m_descriptorError; }
     /// The root path of the worker; empty unless it is loaded.
     const CMPath &root() const { return m_root; }
     /// Why it could not be loaded; empty otherwise.
@@ -43,6 +48,8 @@ protected:
 
 private:
     const QString m_file;
+    QString m_descriptorError; ///< before the next, which fills it in
+    const PluginDescriptor m_descriptor;
     CMPath m_root;
     QString m_error;
 };

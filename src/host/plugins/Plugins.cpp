@@ -10,6 +10,7 @@
 #include "host/player/PlayLogic.h"
 #include "host/plugins/InProcessPlugin.h"
 #include "host/plugins/WorkerPlugin.h"
+#include "host/rpc/AddressGate.h"
 
 #include <QFileInfo>
 
@@ -120,6 +121,17 @@ void Plugins::listIn(ServicesWorker *services)
         }
         roots.append(plugin->root());
         services->addService(plugin->root());
+        if (!plugin->descriptorError().isEmpty())
+            services->addFailed(
+                PluginDescriptor::fileOf(plugin->file()), plugin->descriptorError());
+    }
+}
+
+void Plugins::declareIn(AddressGate *gate) const
+{
+    for (const auto &plugin : m_plugins) {
+        if (!plugin->root().isEmpty())
+            gate->declare(plugin->root(), plugin->descriptor().changing);
     }
 }
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <vector>
 
+class AddressGate;
 class CMValuesWorker;
 class PlayLogic;
 class ServicesWorker;
@@ -30,6 +31,8 @@ public:
     void load();
     /// A row for each.
     void listIn(ServicesWorker *services);
+    /// What each of them says of its addresses.
+    void declareIn(AddressGate *gate) const;
     /// Ends all of them; unloaded() tells when none runs any more.
     void unload();
 

@@ -2,6 +2,7 @@
 
 #include "api/core/vesk.h"
 #include "host/player/PlayLogic.h"
+#include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/rpc/RpcParams.h"
 
@@ -43,6 +44,8 @@ void PlayerMethods::play(const JsonRpcCallPtr &call)
     const int row = params.row();
     if (params.failed())
         return call->fail(params.error());
+    if (m_gate && !m_gate->mayOpen(screen, call->peer()))
+        return call->fail(AddressGate::refusal());
     m_logic->play(screen, row, [call](const CMError &error, const VeskHash &playId) {
         if (error.isEmpty())
             call->finish(QVariantHash {{QStringLiteral("playId"), playId}});

@@ -6,6 +6,7 @@
 
 #include <functional>
 
+class AddressGate;
 class HttpServer;
 class PlayLogic;
 
@@ -23,6 +24,8 @@ public:
     ~PlayerMethods() override;
 
     void setIconSeen(IconSeen seen) { m_iconSeen = std::move(seen); }
+    /// Which screens clients may play from; without one, all.
+    void setGate(AddressGate *gate) { m_gate = gate; }
 
 Q_SIGNALS:
     /// The new state, to be told to everybody. Changes that come together are told once.
@@ -35,6 +38,7 @@ private:
 
     PlayLogic *const m_logic;
     IconSeen m_iconSeen;
+    AddressGate *m_gate = nullptr;
     bool m_announced = false;
     QVariant m_told; ///< the state that everybody knows
 };

@@ -2,6 +2,7 @@
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
+#include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcParams.h"
 
 namespace {
@@ -75,13 +76,18 @@ void RpcMethods::getRows(const JsonRpcCallPtr &call)
     params.range(first, last);
     if (params.failed())
         return call->fail(params.error());
+    if (refuses(call, path))
+        return;
     ask(
         call,
         [&](const CMReply<QVariant> &reply) {
             return CMGetRowsRequest(path, roles, first, last, reply);
         },
-        [this, iconRole = roles.indexOf(VeskRoles::Icon())](
-            const QVariant &value) { return rowsResult(value, iconRole); });
+        [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
+            if (m_gate)
+                m_gate->offerRows(roles, VeskRowsRoles(value.toHash()).rows(), peer);
+            return rowsResult(value, roles.indexOf(VeskRoles::Icon()));
+        });
 }
 
 void RpcMethods::getData(const JsonRpcCallPtr &call)
@@ -91,10 +97,15 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
     const QStringList roles = params.roles();
     if (params.failed())
         return call->fail(params.error());
+    if (refuses(call, path))
+        return;
     ask(
         call, [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
-        [this, iconRole = roles.indexOf(VeskRoles::Icon())](
-            const QVariant &value) { return dataResult(value, iconRole); });
+        [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
+            if (m_gate)
+                m_gate->offerData(roles, value.toList(), peer);
+            return dataResult(value, roles.indexOf(VeskRoles::Icon()));
+        });
 }
 
 void RpcMethods::setData(const JsonRpcCallPtr &call)
@@ -111,6 +122,14 @@ void RpcMethods::setData(const JsonRpcCallPtr &call)
         [](const QVariant &answer) {
             return QVariantHash {{QStringLiteral("value"), answer}};
         });
+}
+
+bool RpcMethods::refuses(const JsonRpcCallPtr &call, const CMPath &path) const
+{
+    if (!m_gate || m_gate->mayOpen(path, call->peer()))
+        return false;
+    call->fail(AddressGate::refusal());
+    return true;
 }
 
 void RpcMethods::ask(

@@ -8,6 +8,8 @@
 #include <map>
 #include <memory>
 
+class AddressGate;
+
 /// The methods by which clients browse: getRows, getData, setData, subscribe, unsubscribe. Each
 /// becomes a request to the root worker. Lives on the dispatcher's thread. docs/rpc.md is their
 /// description for clients.
@@ -25,6 +27,8 @@ public:
     ~RpcMethods() override;
 
     void setIconSeen(IconSeen seen) { m_iconSeen = std::move(seen); }
+    /// Which addresses clients may open; without one, all.
+    void setGate(AddressGate *gate) { m_gate = gate; }
 
     /// \a error as clients are told of it.
     static JsonRpcError toRpcError(const CMError &error);
@@ -41,11 +45,14 @@ private:
     void unsubscribe(const JsonRpcCallPtr &call);
 
     void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
+    /// Whether the client may not open \a path, and was told so.
+    bool refuses(const JsonRpcCallPtr &call, const CMPath &path) const;
     Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
     QVariant rowsResult(const QVariant &value, int iconRole) const;
     QVariant dataResult(const QVariant &value, int iconRole) const;
     void seeIcon(const QVariant &icon) const;
 
     IconSeen m_iconSeen;
+    AddressGate *m_gate = nullptr;
     std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
 };

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+
+#include <list>
+
+class CMPath;
+
+/// Paths that clients were led to lately: the most recent ones, by their digests. Main thread.
+class OfferedPaths {
+public:
+    static constexpr int DefaultCapacity = 2000;
+
+    explicit OfferedPaths(int capacity = DefaultCapacity);
+
+    void add(const CMPath &path);
+    /// This very path, however it is written.
+    bool contains(const CMPath &path) const;
+    int size() const { return m_byDigest.size(); }
+
+private:
+    using Digests = std::list<QByteArray>;
+
+    int m_capacity;
+    Digests m_digests; ///< the latest first
+    QHash<QByteArray, Digests::iterator> m_byDigest;
+};
