@@ -3,6 +3,7 @@
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
 #include "host/TerminationSignals.h"
+#include "runtime/Descriptors.h"
 #include "runtime/Logging.h"
 #include "runtime/Memory.h"
 
@@ -54,6 +55,8 @@ int run(const HostOptions &options)
 int main(int argc, char **argv)
 {
     TerminationSignals::hold();
+    // What the host itself was started with is not for its own programs.
+    keepDescriptorsFromPrograms(STDERR_FILENO + 1);
     setUpMemory();
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");

@@ -1,6 +1,7 @@
 #include "host/plugins/WorkerProcess.h"
 
 #include "api/core/vesk.h"
+#include "runtime/Descriptors.h"
 #include "worker/WorkerProgram.h"
 
 #include <cerrno>
@@ -30,6 +31,8 @@ void WorkerProcess::Process::setupChildProcess()
         ::fcntl(WorkerSocket, F_SETFD, 0);
     else
         ::dup2(childSocket, WorkerSocket);
+    // Not everything that the host has open was opened close-on-exec: libraries open as well.
+    keepDescriptorsFromPrograms(WorkerSocket + 1);
 }
 
 WorkerProcess::WorkerProcess(QObject *parent)
