@@ -200,16 +200,16 @@
 <context>
     <name>Host</name>
     <message>
-        <source>This address changes something. It can only be opened from a list that offers it.</source>
-        <translation>Diese Adresse ändert etwas. Sie lässt sich nur aus einer Liste öffnen, die sie anbietet.</translation>
-    </message>
-    <message>
         <source>%1 could not be loaded</source>
         <translation>%1 konnte nicht geladen werden</translation>
     </message>
     <message>
         <source>The %1 service was interrupted. Please try again.</source>
         <translation>Der Dienst %1 wurde unterbrochen. Bitte versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Diese Adresse ändert etwas. Sie lässt sich nur aus einer Liste öffnen, die sie anbietet.</translation>
     </message>
     <message>
         <source>Services</source>
@@ -242,6 +242,10 @@
     <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Die Teile einer Ansicht in einer Liste zeigen</translation>
+    </message>
+    <message>
+        <source>Fetch streams and pictures from the home network</source>
+        <translation>Streams und Bilder aus dem Heimnetz holen</translation>
     </message>
     <message>
         <source>Id of this device</source>

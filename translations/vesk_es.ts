@@ -200,16 +200,16 @@
 <context>
     <name>Host</name>
     <message>
-        <source>This address changes something. It can only be opened from a list that offers it.</source>
-        <translation>Esta dirección cambia algo. Solo se puede abrir desde una lista que la ofrezca.</translation>
-    </message>
-    <message>
         <source>%1 could not be loaded</source>
         <translation>No se pudo cargar %1</translation>
     </message>
     <message>
         <source>The %1 service was interrupted. Please try again.</source>
         <translation>El servicio %1 se interrumpió. Vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Esta dirección cambia algo. Solo se puede abrir desde una lista que la ofrezca.</translation>
     </message>
     <message>
         <source>Services</source>
@@ -242,6 +242,10 @@
     <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Mostrar las partes de una pantalla en una lista</translation>
+    </message>
+    <message>
+        <source>Fetch streams and pictures from the home network</source>
+        <translation>Obtener emisiones e imágenes de la red doméstica</translation>
     </message>
     <message>
         <source>Id of this device</source>

@@ -200,16 +200,16 @@
 <context>
     <name>Host</name>
     <message>
-        <source>This address changes something. It can only be opened from a list that offers it.</source>
-        <translation>Cette adresse modifie quelque chose. Elle ne peut être ouverte que depuis une liste qui la propose.</translation>
-    </message>
-    <message>
         <source>%1 could not be loaded</source>
         <translation>%1 n’a pas pu être chargé</translation>
     </message>
     <message>
         <source>The %1 service was interrupted. Please try again.</source>
         <translation>Le service %1 a été interrompu. Veuillez réessayer.</translation>
+    </message>
+    <message>
+        <source>This address changes something. It can only be opened from a list that offers it.</source>
+        <translation>Cette adresse modifie quelque chose. Elle ne peut être ouverte que depuis une liste qui la propose.</translation>
     </message>
     <message>
         <source>Services</source>
@@ -242,6 +242,10 @@
     <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Afficher les parties d’un écran en une liste</translation>
+    </message>
+    <message>
+        <source>Fetch streams and pictures from the home network</source>
+        <translation>Chercher les flux et les images dans le réseau domestique</translation>
     </message>
     <message>
         <source>Id of this device</source>

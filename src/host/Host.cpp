@@ -5,6 +5,7 @@
 #include "api/nodes/CMRootWorker.h"
 #include "api/nodes/CMValuesWorker.h"
 #include "api/values/VeskValuePaths.h"
+#include "api/web/AddressPolicy.h"
 #include "api/web/HttpClient.h"
 #include "host/HostFolders.h"
 #include "host/HostValues.h"
@@ -58,6 +59,7 @@ void Host::start()
     if (!setUpValues())
         return;
     setUpNetwork();
+    setUpAddressPolicy();
     m_language = std::make_unique<UiLanguage>(HostFolders::translations());
     m_services = std::make_unique<ServicesWorker>();
     listSettings();
@@ -101,6 +103,19 @@ void Host::setUpNetwork()
         VeskNetworkStateEthernetMAC(), VeskValue::fromString(NetworkMonitor::ethernetMac()));
     if (!m_values->value(VeskNetworkStateConnected()).bool_())
         VESK_WARN("There is no network connection yet.");
+}
+
+/// Services lead as far inside as they are themselves, or as the listener lets them.
+void Host::setUpAddressPolicy()
+{
+    const AddressReach reach = AddressPolicy::ofConnectTo(m_options.connectTo);
+    const auto follow = [values = m_values.get(), reach](const CMPath &path) {
+        if (path == hostLocalAddressesPath())
+            AddressPolicy::setCurrent(values->value(path).bool_() ? AddressReach::Machine : reach);
+    };
+    // Directly, so that it holds before the one who sets it is answered.
+    connect(m_values.get(), &CMValuesWorker::valueChanged, this, follow, Qt::DirectConnection);
+    follow(hostLocalAddressesPath());
 }
 
 void Host::setUpPlayer()

@@ -59,6 +59,7 @@ private:
     /// False when it failed, which was told then.
     bool setUpValues();
     void setUpNetwork();
+    void setUpAddressPolicy();
     void setUpPlayer();
     void setUpPlugins();
     void listSettings();

@@ -31,6 +31,8 @@ const QVector<HostValueDefinition> &hostValueDefinitions()
             title(QT_TRANSLATE_NOOP("Host", "Show the parts of a screen in one list"))},
         {VeskUILanguagePath(), VeskValue::fromString(QStringLiteral("en-US")),
             CMValuesWorker::Writable, title(QT_TRANSLATE_NOOP("Host", "Language"))},
+        {hostLocalAddressesPath(), VeskValue::fromBool(false), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Fetch streams and pictures from the home network"))},
         {VeskSystemMemberIdPath(), VeskValue::fromString(QString()), CMValuesWorker::ReadOnly,
             title(QT_TRANSLATE_NOOP("Host", "Id of this device"))},
         {VeskNetworkStateEthernetMAC(), VeskValue::fromString(QString()), CMValuesWorker::ReadOnly,
@@ -48,6 +50,12 @@ const HostValueDefinition *findHostValue(const CMPath &path)
             return &definition;
     }
     return nullptr;
+}
+
+const CMPath &hostLocalAddressesPath()
+{
+    static const CMPath path(QStringLiteral("settings"), QStringLiteral("network/localAddresses"));
+    return path;
 }
 
 const QStringList &hostValuePrefixes()

@@ -23,6 +23,9 @@ const QVector<HostValueDefinition> &hostValueDefinitions();
 /// The definition at \a path; null when there is none.
 const HostValueDefinition *findHostValue(const CMPath &path);
 
+/// Whether services may lead the host to addresses in its own network and machine.
+const CMPath &hostLocalAddressesPath();
+
 /// The prefixes of these values.
 const QStringList &hostValuePrefixes();
 /// Defines all of them.

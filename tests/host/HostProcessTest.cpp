@@ -4,6 +4,7 @@
 #include "tests/support/HeldFile.h"
 #include "tests/support/ScriptedServer.h"
 
+#include <QCryptographicHash>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <curl/curl.h>
 #include <future>
 #include <thread>
 
@@ -353,6 +355,82 @@ TEST(HostProcessTest, ReadsAConfigurationFile)
     EXPECT_EQ(
         rows(host->url(), "Good:", {QStringLiteral("id")}).value(QStringLiteral("rows")).toList(),
         (QVariantList {QVariant(QVariantList {QStringLiteral("named")})}));
+}
+
+class HostPictures : public testing::Test {
+protected:
+    /// A host whose only service names the picture, with these arguments; whether it is up.
+    bool start(const QStringList &arguments)
+    {
+        m_picture = QStringLiteral("http://127.0.0.1:%1/a.png").arg(m_server.port());
+        QFile config(m_folder.filePath(QStringLiteral("host.json")));
+        EXPECT_TRUE(config.open(QIODevice::WriteOnly));
+        config.write("{\"plugins\": [{\"file\": \"" + plugin("good").toUtf8()
+            + "\", \"serviceId\": \"" + m_picture.toUtf8() + "\"}]}");
+        config.close();
+        m_host = ::start(QStringList {QStringLiteral("--config"), config.fileName()} + arguments);
+        if (m_host->isReady())
+            rows(m_host->url(), "Good:", {QStringLiteral("icon")});
+        return m_host->isReady();
+    }
+    long fetch()
+    {
+        const QByteArray digest
+            = QCryptographicHash::hash(m_picture.toUtf8(), QCryptographicHash::Sha256).toHex();
+        const QByteArray url = m_host->url().toUtf8() + "artwork/" + digest;
+        CURL *const curl = curl_easy_init();
+        curl_easy_setopt(curl, CURLOPT_URL, url.constData());
+        curl_easy_setopt(
+            curl, CURLOPT_WRITEFUNCTION,
+            +[](char *, std::size_t, std::size_t size, void *) { return size; });
+        EXPECT_EQ(curl_easy_perform(curl), CURLE_OK);
+        long code = 0;
+        curl_easy_getinfo(curl, CURLINFO_RESPONSE_CODE, &code);
+        curl_easy_cleanup(curl);
+        return code;
+    }
+    void allow(bool allowed)
+    {
+        const auto answer
+            = RpcClient(m_host->url())
+                  .call(QStringLiteral("setData"),
+                      {{QStringLiteral("path"), QStringLiteral("settings:network/localAddresses")},
+                          {QStringLiteral("role"), QStringLiteral("value")},
+                          {QStringLiteral("value"), allowed}});
+        EXPECT_TRUE(answer.error.isEmpty());
+    }
+
+    const QTemporaryDir m_folder;
+    QString m_picture;
+    ScriptedServer m_server {[](const ScriptedServer::Request &) {
+        return ScriptedServer::Response {200, "\x89PNG\r\n\x1a\n", {}};
+    }};
+    std::unique_ptr<HostProcess> m_host;
+};
+
+TEST_F(HostPictures, AreNotFetchedFromInsideForAServiceOfTheInternet)
+{
+    ASSERT_TRUE(start({QStringLiteral("--connect-to"), QStringLiteral("a.example:80:1.1.1.1:80")}));
+    EXPECT_EQ(fetch(), 502);
+    EXPECT_EQ(m_server.connections(), 0);
+}
+
+TEST_F(HostPictures, AreFetchedFromInsideWhenTheListenerSaysSo)
+{
+    ASSERT_TRUE(start({}));
+    EXPECT_EQ(fetch(), 502);
+    allow(true);
+    EXPECT_EQ(fetch(), 200);
+    allow(false);
+    m_picture += QLatin1Char('?'); // nobody named it
+    EXPECT_EQ(fetch(), 404);
+}
+
+TEST_F(HostPictures, AreFetchedFromInsideForAServiceInside)
+{
+    ASSERT_TRUE(
+        start({QStringLiteral("--connect-to"), QStringLiteral("a.example:80:127.0.0.1:80")}));
+    EXPECT_EQ(fetch(), 200);
 }
 
 } // namespace

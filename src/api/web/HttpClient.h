@@ -42,11 +42,17 @@ public:
     /// a GET that changes something at the server, nor for one whose answer others may change.
     void setUseCache(bool use) { m_useCache = use; }
     bool useCache() const { return m_useCache; }
+    /// Whether the AddressPolicy of the process holds for the exchange: for addresses that foreign
+    /// answers name. What it refuses is ConnectFailed. A client keeps its connections for exchanges
+    /// of both kinds, so use it for one.
+    void setGuarded(bool guarded) { m_guarded = guarded; }
+    bool isGuarded() const { return m_guarded; }
 
 private:
     int m_timeoutMs = 30000;
     int m_readSizeLimit = 0;
     bool m_useCache = true;
+    bool m_guarded = false;
 };
 
 /// What an exchange brought.

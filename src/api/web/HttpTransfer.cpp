@@ -108,6 +108,8 @@ void HttpTransfer::prepare(const HttpClientOptions &options)
         curl_easy_setopt(easy, CURLOPT_HTTPGET, 1L);
     }
     setHeaders();
+    if (options.isGuarded())
+        m_guard.guard(easy);
 
     m_settings = HttpSettings::current();
     m_settings->applyTo(easy);

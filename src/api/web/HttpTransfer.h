@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/web/ConnectionGuard.h"
 #include "api/web/HttpCache.h"
 #include "api/web/HttpClient.h"
 #include "api/web/HttpSettings.h"
@@ -58,6 +59,7 @@ private:
     curl_slist *m_headers = nullptr;
     int m_sizeLimit = 0;
     HttpRedirectRule m_redirects;
+    ConnectionGuard m_guard;
     /// Why a callback ended the exchange; Success while none did.
     HttpClientStatus m_failure = HttpClientStatus::Success;
     char m_message[CURL_ERROR_SIZE] = {};

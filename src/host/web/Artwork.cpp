@@ -63,6 +63,7 @@ void Artwork::get(const HttpQuery &query, Answered answered)
     HttpClientOptions options;
     options.setTimeoutMs(TimeoutMs);
     options.setReadSizeLimit(MaxBytes);
+    options.setGuarded(true);
     m_client->get(VeskUrl(QString::fromUtf8(url)), options,
         [this, url](const HttpClientResult &result) { fetched(url, result); });
 }

@@ -8,7 +8,8 @@
 #include <QVector>
 
 /// Pictures of rows at /artwork/DIGEST, so that the page reaches nothing but its own host: fetches
-/// the addresses that services named, and hands out what is a picture by its content. Main thread.
+/// the addresses that services named, as far as the AddressPolicy lets them lead, and hands out
+/// what is a picture by its content. Main thread.
 class Artwork : public HttpResource {
 public:
     static constexpr int MaxBytes = 2 * 1024 * 1024;

@@ -55,6 +55,7 @@ public:
         row.setType(VeskRolesType::Header());
         row.setTitle(TrString("Good", "Made by the plug-in"));
         row.insert(VeskRoles::Id(), config.value(VeskService_Id()));
+        row.insert(VeskRoles::Icon(), config.value(VeskService_Id())); // an address in some tests
         row.insert(VeskRoles::Description(), QThread::currentThread()->objectName());
         row.insert(VeskRoles::Value(), CMRoot()->getValue(VeskSystemMemberIdPath()));
         root->rowsAppend(row);

@@ -1,5 +1,6 @@
 #include "host/web/Artwork.h"
 
+#include "api/web/AddressPolicy.h"
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/WorkerThread.h"
 
@@ -68,6 +69,22 @@ TEST_F(ArtworkTest, ServesAPictureThatAServiceNamed)
     EXPECT_EQ(headerOf(answer, "Cache-Control"), "private, max-age=86400");
     EXPECT_EQ(headerOf(answer, "Content-Security-Policy"), "default-src 'none'; sandbox");
     EXPECT_EQ(headerOf(answer, "Cross-Origin-Resource-Policy"), "same-origin");
+}
+
+TEST_F(ArtworkTest, FetchesNothingFromInsideWhereThePolicyForbidsIt)
+{
+    AddressPolicy::setCurrent(AddressReach::Internet);
+    const HttpAnswer answer = askFor("/a.png");
+    AddressPolicy::setCurrent(AddressReach::Machine);
+    EXPECT_EQ(answer.code, 502u);
+    EXPECT_EQ(m_server.connections(), 0);
+}
+
+TEST_F(ArtworkTest, IsNotLedToAnAddressThatIsNeverFetched)
+{
+    m_response = {302, {}, {{"Location", "http://169.254.169.254/latest/a.png"}}};
+    EXPECT_EQ(askFor("/a.png").code, 502u);
+    EXPECT_EQ(m_server.connections(), 1);
 }
 
 TEST_F(ArtworkTest, FetchesNothingThatNoServiceNamed)
