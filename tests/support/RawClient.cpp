@@ -7,7 +7,7 @@
 #include <sys/time.h>
 #include <unistd.h>
 
-RawClient::RawClient(quint16 port)
+RawClient::RawClient(quint16 port, const char *source)
     : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     const timeval patience {10, 0};
@@ -15,6 +15,11 @@ RawClient::RawClient(quint16 port)
     ::setsockopt(m_socket, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience);
     sockaddr_in address {};
     address.sin_family = AF_INET;
+    if (source) {
+        address.sin_addr.s_addr = ::inet_addr(source);
+        if (::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
+            throw std::runtime_error("RawClient: not from this address");
+    }
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)

@@ -12,7 +12,8 @@
 /// which gives up after ten seconds. For threads other than the server's.
 class RawClient {
 public:
-    explicit RawClient(quint16 port);
+    /// From \a source, an IPv4 address of this machine's; null: whichever.
+    explicit RawClient(quint16 port, const char *source = nullptr);
     ~RawClient();
     RawClient(const RawClient &) = delete;
     RawClient &operator=(const RawClient &) = delete;

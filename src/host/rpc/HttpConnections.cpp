@@ -2,8 +2,12 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "host/rpc/JsonRpcDispatcher.h"
 #include "host/rpc/MeteredStream.h"
 
+#include <QHash>
+
+#include <algorithm>
 #include <gio/gio.h>
 #include <gio/gnetworking.h>
 
@@ -12,6 +16,17 @@ VESK_LOGGER("Host.Rpc")
 namespace {
 
 constexpr char Key[] = "vesk-connection";
+
+QByteArray textOf(GSocketAddress *address)
+{
+    if (!G_IS_INET_SOCKET_ADDRESS(address))
+        return {};
+    char *text = g_inet_address_to_string(
+        g_inet_socket_address_get_address(G_INET_SOCKET_ADDRESS(address)));
+    const QByteArray bytes(text);
+    g_free(text);
+    return bytes;
+}
 
 } // namespace
 
@@ -33,9 +48,11 @@ HttpConnection::HttpConnection(GIOStream *stream, GSocketConnection *connection,
     , m_connection(connection)
     , m_local(local)
     , m_remote(remote)
+    , m_peer(textOf(remote))
 {
     g_object_weak_ref(G_OBJECT(m_stream), &Gone::call, this);
     g_object_set_data(G_OBJECT(m_remote), Key, this);
+    m_sinceActive.start();
     m_limit.setSingleShot(true);
     veskConnect(&m_limit, &QTimer::timeout, this, &HttpConnection::shutDown);
 }
@@ -66,7 +83,27 @@ void HttpConnection::limit(int milliseconds)
 void HttpConnection::shutDown()
 {
     VESK_DEBUG("connection shut down");
+    m_isShutDown = true;
     g_socket_shutdown(g_socket_connection_get_socket(m_connection), TRUE, TRUE, nullptr);
+}
+
+void HttpConnection::setAnswering(bool answering)
+{
+    m_isAnswering = answering;
+    touch();
+}
+
+void HttpConnection::setClient(JsonRpcPeer *client)
+{
+    m_isAnswering = false;
+    m_isWebSocket = true;
+    m_client = client;
+    touch();
+}
+
+bool HttpConnection::isIdle() const
+{
+    return !m_isAnswering && !(m_client && m_client->isWaiting());
 }
 
 /// Called by GLib for each connection.
@@ -142,4 +179,41 @@ void HttpConnections::close()
 int HttpConnections::count() const
 {
     return findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly).size();
+}
+
+int HttpConnections::active() const
+{
+    const auto all = findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly);
+    return static_cast<int>(std::count_if(all.begin(), all.end(),
+        [](const HttpConnection *connection) { return !connection->isShutDown(); }));
+}
+
+bool HttpConnections::makeRoom(const HttpConnection *latest)
+{
+    HttpConnection *const connection = leastMissed(latest);
+    if (connection)
+        connection->shutDown();
+    return connection != nullptr;
+}
+
+HttpConnection *HttpConnections::leastMissed(const HttpConnection *latest) const
+{
+    const auto all = findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly);
+    QHash<QByteArray, int> ofPeer;
+    for (const HttpConnection *connection : all)
+        ofPeer[connection->peer()] += connection->isShutDown() ? 0 : 1;
+    // What is compared is how little each is missed, the most important first.
+    const auto missedLess = [&ofPeer](const HttpConnection *a, const HttpConnection *b) {
+        if (const int more = ofPeer.value(a->peer()) - ofPeer.value(b->peer()))
+            return more > 0;
+        return a->isIdle() != b->isIdle() ? a->isIdle() : a->quietMs() > b->quietMs();
+    };
+    HttpConnection *least = nullptr;
+    for (HttpConnection *connection : all) {
+        const bool mayGo = connection != latest && !connection->isShutDown()
+            && (connection->isIdle() || connection->isWebSocket());
+        if (mayGo && (!least || missedLess(connection, least)))
+            least = connection;
+    }
+    return least;
 }

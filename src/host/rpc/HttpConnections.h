@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QByteArray>
+#include <QElapsedTimer>
 #include <QObject>
+#include <QPointer>
 #include <QTimer>
 
 #include <functional>
@@ -9,6 +12,7 @@ struct _GIOStream;
 struct _GSocketAddress;
 struct _GSocketConnection;
 struct _GSocketService;
+class JsonRpcPeer;
 
 /// One accepted connection and its time limit. Lasts as long as somebody references its stream, and
 /// deletes itself with it.
@@ -31,6 +35,21 @@ public:
     /// down.
     void limit(int milliseconds);
     void shutDown();
+    bool isShutDown() const { return m_isShutDown; }
+
+    /// The client's address, without the port.
+    const QByteArray &peer() const { return m_peer; }
+    /// A request of the client is being answered.
+    void setAnswering(bool answering);
+    /// The connection is a WebSocket from now on.
+    void setClient(JsonRpcPeer *client);
+    /// The client said something.
+    void touch() { m_sinceActive.start(); }
+    /// Whether the client waits for nothing here: it has not finished a request, has its answer, or
+    /// is a WebSocket that waits for none and is told of no changes.
+    bool isIdle() const;
+    bool isWebSocket() const { return m_isWebSocket; }
+    qint64 quietMs() const { return m_sinceActive.elapsed(); }
 
 private:
     struct Gone;
@@ -39,7 +58,13 @@ private:
     _GSocketConnection *m_connection; ///< not referenced
     _GSocketAddress *const m_local;
     _GSocketAddress *const m_remote;
+    const QByteArray m_peer;
     QTimer m_limit;
+    QElapsedTimer m_sinceActive;
+    bool m_isShutDown = false;
+    bool m_isAnswering = false;
+    bool m_isWebSocket = false;
+    QPointer<JsonRpcPeer> m_client;
 };
 
 /// Accepts connections on one address. Main thread, in the GLib main loop that Qt runs there.
@@ -58,11 +83,19 @@ public:
     /// Accepts no more; what is open stays.
     void close();
 
-    /// How many are open.
+    /// How many are open, those included that were shut down and are not gone yet.
     int count() const;
+    /// How many are open to stay.
+    int active() const;
+    /// Shuts down the connection that is missed least, other than \a latest: of the client address
+    /// with the most of them, the idle one that has been quiet for longest, or else the WebSocket
+    /// that has. Returns false when there is none.
+    bool makeRoom(const HttpConnection *latest);
 
 private:
     struct Incoming;
+
+    HttpConnection *leastMissed(const HttpConnection *latest) const;
 
     _GSocketService *m_service;
     std::function<void(HttpConnection *)> m_accepted;

@@ -1,6 +1,7 @@
 #include "host/rpc/HttpServer.h"
 
 #include "api/core/log.h"
+#include "api/core/vesk.h"
 #include "host/rpc/HttpConnections.h"
 #include "host/rpc/HttpResource.h"
 #include "host/rpc/HttpRules.h"
@@ -16,7 +17,8 @@ VESK_LOGGER("Host.Rpc")
 
 namespace {
 
-/// Connections beyond the limit that still get to hear why; more are shut down at once.
+/// Connections beyond the limit that still get to hear why, or are on their way out; more are
+/// dropped at once.
 constexpr int RefusedConnections = 16;
 
 constexpr char Page[] = "The content browser's page is not installed.\n";
@@ -98,6 +100,8 @@ public:
 
     void accept(HttpConnection *connection);
     static void limit(SoupServerMessage *message, int milliseconds);
+    /// The request is being answered for as long as it takes, or its answer is on the way.
+    static void setAnswering(SoupServerMessage *message, bool answering);
     /// Whether the request's head was refused.
     bool refuse(SoupServerMessage *message, const char *path);
     HttpResource *resourceAt(const char *path) const;
@@ -116,6 +120,8 @@ void HttpServerPrivate::accept(HttpConnection *connection)
 {
     if (connections.count() > limits.connections + RefusedConnections)
         return refusals.tell("connection shut down: too many connections");
+    if (connections.active() > limits.connections)
+        connections.makeRoom(connection);
     connection->limit(limits.readTimeout);
     GError *error = nullptr;
     if (!soup_server_accept_iostream(server, connection->stream(), connection->localAddress(),
@@ -145,6 +151,12 @@ void HttpServerPrivate::limit(SoupServerMessage *message, int milliseconds)
         connection->limit(milliseconds);
 }
 
+void HttpServerPrivate::setAnswering(SoupServerMessage *message, bool answering)
+{
+    if (HttpConnection *connection = stateOf(message)->connection)
+        connection->setAnswering(answering);
+}
+
 void HttpServerPrivate::early(
     SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data)
 {
@@ -164,7 +176,7 @@ bool HttpServerPrivate::refuse(SoupServerMessage *message, const char *path)
     const QByteArray host = header(message, "Host");
     const QByteArray origin = header(message, "Origin");
 
-    if (connections.count() > limits.connections)
+    if (connections.active() > limits.connections)
         return refusedWith(SOUP_STATUS_SERVICE_UNAVAILABLE, "too many connections");
     if (!isLoopbackHost(host, connections.port()))
         return refusedWith(SOUP_STATUS_FORBIDDEN, "wrong host");
@@ -246,6 +258,7 @@ bool HttpServerPrivate::isOpen(SoupServerMessage *message) const
 void HttpServerPrivate::handleRpc(SoupServerMessage *message)
 {
     limit(message, 0);
+    setAnswering(message, true);
     // Paused until the answer is there, which may be at once.
     soup_server_message_pause(message);
     const QPointer<HttpServer> guard(q);
@@ -264,6 +277,7 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
 void HttpServerPrivate::read(HttpResource *resource, SoupServerMessage *message, const char *path)
 {
     limit(message, 0);
+    setAnswering(message, true);
     soup_server_message_pause(message);
     const QPointer<HttpServer> guard(q);
     const HttpQuery query {path, header(message, "Host"), header(message, "Accept-Encoding"),
@@ -295,7 +309,10 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
     HttpConnection *connection = stateOf(message)->connection;
     if (connection) {
         connection->limit(0);
-        new WebSocketSession(stream, connection->stream(), self->dispatcher, self->q);
+        auto *session
+            = new WebSocketSession(stream, connection->stream(), self->dispatcher, self->q);
+        connection->setClient(session);
+        veskConnect(session, &WebSocketSession::heard, connection, &HttpConnection::touch);
     }
     g_object_unref(stream);
 }
@@ -316,6 +333,7 @@ void HttpServerPrivate::respond(SoupServerMessage *message, const HttpAnswer &an
             answer.body.constData(), static_cast<gsize>(answer.body.size()));
     }
     limit(message, limits.writeTimeout);
+    setAnswering(message, false);
 }
 
 void HttpServerPrivate::refuseWith(

@@ -24,9 +24,14 @@ public:
 
     virtual void notify(const QString &method, const QVariant &params) = 0;
 
+    void setSubscribed(bool subscribed) { m_subscribed = subscribed; }
+    /// Whether it waits for something: for an answer, or to be told of changes.
+    bool isWaiting() const { return m_running > 0 || m_subscribed; }
+
 private:
     friend class JsonRpcExchange;
     int m_running = 0;
+    bool m_subscribed = false;
 };
 
 /// One call that is being carried out. Is answered once: with a result, with an error, with an

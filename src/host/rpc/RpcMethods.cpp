@@ -168,6 +168,7 @@ void RpcMethods::subscribe(const JsonRpcCallPtr &call)
         subscriptions.emplace(path, CMRoot()->subscribe(path, peer, [peer](const CMChange &change) {
             peer->notify(QStringLiteral("changed"), changeParams(change));
         }));
+        peer->setSubscribed(true);
     }
     call->finish(QVariantHash());
 }
@@ -182,7 +183,9 @@ void RpcMethods::unsubscribe(const JsonRpcCallPtr &call)
     }
     if (params.failed())
         return call->fail(params.error());
-    subscriptionsOf(call->peer()).erase(path);
+    Subscriptions &subscriptions = subscriptionsOf(call->peer());
+    subscriptions.erase(path);
+    call->peer()->setSubscribed(!subscriptions.empty());
     call->finish(QVariantHash());
 }
 

@@ -98,6 +98,7 @@ void WebSocketSession::close(unsigned short code)
 
 void WebSocketSession::receive(const QByteArray &message)
 {
+    Q_EMIT heard();
     allow(static_cast<quint64>(message.size()));
     if (message.size() > MaxMessage)
         return close(SOUP_WEBSOCKET_CLOSE_TOO_BIG);

@@ -34,6 +34,10 @@ public:
     /// Says good-bye with a close code (RFC 6455, section 7.4); the client answers, or is dropped.
     void close(unsigned short code);
 
+Q_SIGNALS:
+    /// The client has sent a message.
+    void heard();
+
 private:
     struct Handlers;
 

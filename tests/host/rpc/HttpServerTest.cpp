@@ -2,8 +2,9 @@
 
 #include "host/rpc/HttpResource.h"
 #include "host/rpc/JsonRpcDispatcher.h"
-#include "tests/support/RawClient.h"
+#include "tests/support/RawWebSocket.h"
 
+#include <QElapsedTimer>
 #include <QTimer>
 
 #include <gmock/gmock.h>
@@ -51,6 +52,10 @@ protected:
             [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
         m_rpc->addMethod(
             QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
+        m_rpc->addMethod(QStringLiteral("follow"), [](const JsonRpcCallPtr &call) {
+            call->peer()->setSubscribed(true);
+            call->finish({});
+        });
         m_server = std::make_unique<HttpServer>(m_rpc.get(), limits);
         QString error;
         ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error))
@@ -363,35 +368,166 @@ TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotTakeItsAnswer)
     EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
 }
 
-TEST_F(HttpServerTest, RefusesMoreConnectionsThanItsLimit)
+/// A server with room for three connections.
+class FullHttpServerTest : public HttpServerTest {
+protected:
+    FullHttpServerTest()
+    {
+        HttpServerLimits limits;
+        limits.connections = 3;
+        startServer(limits);
+    }
+
+    static constexpr char Keep[] = R"({"jsonrpc":"2.0","id":1,"method":"keep"})";
+    static constexpr char Follow[] = R"({"jsonrpc":"2.0","id":1,"method":"follow"})";
+
+    /// Opens connections of clients that then say no more, one after the other.
+    template <class Client>
+    std::vector<std::unique_ptr<Client>> open(int count, const QByteArray &message = {})
+    {
+        std::vector<std::unique_ptr<Client>> clients;
+        for (int i = 0; i < count; ++i) {
+            clients.push_back(inBackground([&] {
+                auto client = std::make_unique<Client>(port());
+                say(*client, message);
+                return client;
+            }));
+            // No two are equally quiet.
+            QElapsedTimer clock;
+            clock.start();
+            EXPECT_TRUE(spinUntil([&] { return clock.elapsed() > 2; }));
+        }
+        return clients;
+    }
+    static void say(RawClient &client, const QByteArray &message)
+    {
+        if (!message.isEmpty())
+            client.send(message);
+    }
+    static void say(RawWebSocket &client, const QByteArray &message)
+    {
+        if (!message.isEmpty())
+            client.ask(message);
+    }
+    template <class Client>
+    bool isOpen(Client &client)
+    {
+        return inBackground([&] { return client.ask(Echo); }) == EchoAnswer;
+    }
+};
+
+TEST_F(FullHttpServerTest, ServesANewClientAndLetsTheOldestIdleOneGo)
 {
-    HttpServerLimits limits;
-    limits.connections = 3;
-    startServer(limits);
-    std::vector<std::unique_ptr<RawClient>> idle;
-    for (int i = 0; i < 3; ++i)
-        idle.push_back(std::make_unique<RawClient>(port()));
+    const auto idle = open<RawClient>(3);
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 3; }));
-    const QByteArray response = post(Echo);
-    EXPECT_EQ(statusOf(response), 503);
-    idle.clear();
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return idle[0]->readAll(); }), "");
+    const QByteArray second = inBackground([&] {
+        idle[1]->send(RawClient::rpc(port(), Echo));
+        return idle[1]->readResponse();
+    });
+    EXPECT_EQ(statusOf(second), 200) << "who came later is still there";
+}
+
+TEST_F(FullHttpServerTest, LetsNoneGoThatWaitsForItsAnswer)
+{
+    const auto waiting = open<RawClient>(3, RawClient::rpc(port(), Keep));
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 3; }));
+    EXPECT_EQ(statusOf(post(Echo)), 503);
+    for (const JsonRpcCallPtr &call : qAsConst(m_kept))
+        call->finish(QStringLiteral("late"));
+    for (const auto &client : waiting) {
+        const QByteArray response = inBackground([&] { return client->readResponse(); });
+        EXPECT_EQ(bodyOf(response), R"({"id":1,"jsonrpc":"2.0","result":"late"})");
+    }
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
     EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
 }
 
-TEST_F(HttpServerTest, ShutsDownConnectionsFarBeyondItsLimitAtOnce)
+TEST_F(FullHttpServerTest, AWebSocketThatFollowsSomethingStaysWhereOneIsIdle)
 {
-    HttpServerLimits limits;
-    limits.connections = 3;
-    startServer(limits);
+    const auto follower = open<RawWebSocket>(1, Follow);
+    const auto idle = open<RawWebSocket>(2);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_TRUE(isOpen(*follower[0]));
+    EXPECT_EQ(inBackground([&] { return idle[0]->receive(); }).opcode, -1);
+    EXPECT_TRUE(isOpen(*idle[1]));
+}
+
+TEST_F(FullHttpServerTest, AWebSocketThatWaitsForAnAnswerStays)
+{
+    const auto asking = inBackground([this] {
+        auto socket = std::make_unique<RawWebSocket>(port());
+        socket->send(RawWebSocket::Text, Keep);
+        return socket;
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    const auto idle = open<RawWebSocket>(2);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    m_kept.first()->finish(1);
+    EXPECT_EQ(inBackground([&] { return asking->receive(); }).payload,
+        R"({"id":1,"jsonrpc":"2.0","result":1})");
+}
+
+TEST_F(FullHttpServerTest, WhereAllFollowSomethingTheQuietestGoes)
+{
+    const auto followers = open<RawWebSocket>(3, Follow);
+    ASSERT_TRUE(isOpen(*followers[0]));
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return followers[1]->receive(); }).opcode, -1);
+    EXPECT_TRUE(isOpen(*followers[0]));
+    EXPECT_TRUE(isOpen(*followers[2]));
+}
+
+TEST_F(FullHttpServerTest, TheClientWithTheMostConnectionsGivesOneUp)
+{
+    const auto alone
+        = inBackground([this] { return std::make_unique<RawClient>(port(), "127.0.0.2"); });
+    const auto many = open<RawWebSocket>(2, Follow);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return many[0]->receive(); }).opcode, -1);
+    const QByteArray response = inBackground([&] {
+        alone->send(RawClient::rpc(port(), Echo));
+        return alone->readResponse();
+    });
+    EXPECT_EQ(statusOf(response), 200);
+}
+
+TEST_F(FullHttpServerTest, AFloodIsBoundedAndTheOnesThatCameFirstGo)
+{
     std::vector<std::unique_ptr<RawClient>> clients;
     const QByteArray received = inBackground([&] {
         for (int i = 0; i < 60; ++i)
             clients.push_back(std::make_unique<RawClient>(port()));
-        return clients.back()->readAll();
+        return clients.front()->readAll();
     });
     EXPECT_EQ(received, "");
     EXPECT_LE(m_server->connections(), 3 + 16);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+}
+
+TEST_F(HttpServerTest, AnswersAClickWhileAnotherClientHoldsEveryConnection)
+{
+    const auto page = inBackground([this] {
+        auto socket = std::make_unique<RawWebSocket>(port());
+        socket->ask(R"({"jsonrpc":"2.0","id":1,"method":"follow"})");
+        return socket;
+    });
+    std::vector<std::unique_ptr<RawClient>> held;
+    for (int round = 0; round < 2; ++round) {
+        inBackground([&] {
+            for (int i = 0; i < 64; ++i)
+                held.push_back(std::make_unique<RawClient>(port()));
+            return true;
+        });
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(inBackground([&] { return page->ask(Echo); }), EchoAnswer);
+        EXPECT_EQ(statusOf(post(Echo)), 200);
+        EXPECT_LT(clock.elapsed(), 1000);
+    }
+    EXPECT_LE(m_server->connections(), 64 + 16);
 }
 
 TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
