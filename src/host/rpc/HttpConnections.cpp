@@ -16,6 +16,9 @@ VESK_LOGGER("Host.Rpc")
 namespace {
 
 constexpr char Key[] = "vesk-connection";
+/// Connections that wait to be accepted. With GLib's ten, a client that opens many makes others wait
+/// for the second that their kernel takes to try again.
+constexpr int Backlog = 256;
 
 QByteArray textOf(GSocketAddress *address)
 {
@@ -131,6 +134,7 @@ HttpConnections::HttpConnections(QObject *parent)
     : QObject(parent)
     , m_service(g_socket_service_new())
 {
+    g_socket_listener_set_backlog(G_SOCKET_LISTENER(m_service), Backlog);
     g_signal_connect(m_service, "incoming", G_CALLBACK(&Incoming::call), this);
 }
 
