@@ -19,6 +19,7 @@ struct Arguments {
     std::optional<std::string> audio;
     bool inProcess = false;
     std::optional<std::string> restartWait;
+    std::optional<std::string> watchdog;
     std::optional<std::string> stateFolder;
     std::optional<std::string> logLevel;
     std::optional<std::string> logFile;
@@ -48,6 +49,9 @@ void addOptions(CLI::App &app, Arguments &into)
         ->disable_flag_override();
     app.add_option("--restart-wait", into.restartWait,
            "The longest wait before a plug-in that crashed is started again (30)")
+        ->type_name("SECONDS");
+    app.add_option("--watchdog", into.watchdog,
+           "How long the main loop may stand still before the host aborts, 0 for ever (10)")
         ->type_name("SECONDS");
     app.add_option("--state-dir", into.stateFolder, "Where settings are kept")->type_name("DIR");
     app.add_option("--log-level", into.logLevel, "How much is logged (info)")
@@ -102,6 +106,8 @@ QString apply(const Arguments &arguments, HostOptions &options)
         options.inProcess = true;
     if (arguments.restartWait)
         check("--restart-wait", HostOption::setRestartWait(options, text(*arguments.restartWait)));
+    if (arguments.watchdog)
+        check("--watchdog", HostOption::setWatchdog(options, text(*arguments.watchdog)));
     if (arguments.logLevel)
         check("--log-level", HostOption::setLogLevel(options, text(*arguments.logLevel)));
     if (arguments.caFile)

@@ -34,6 +34,7 @@ public:
             {QStringLiteral("audio"), &Reader::audio},
             {QStringLiteral("inProcess"), &Reader::inProcess},
             {QStringLiteral("restartWait"), &Reader::restartWait},
+            {QStringLiteral("watchdog"), &Reader::watchdog},
             {QStringLiteral("stateFolder"), &Reader::stateFolder},
             {QStringLiteral("logLevel"), &Reader::logLevel},
             {QStringLiteral("logFile"), &Reader::logFile},
@@ -125,6 +126,7 @@ private:
     {
         return HostOption::setRestartWait(m_options, value);
     }
+    QString watchdog(const QVariant &value) { return HostOption::setWatchdog(m_options, value); }
     QString inProcess(const QVariant &value)
     {
         m_options.inProcess = value.toBool();

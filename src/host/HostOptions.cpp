@@ -77,15 +77,29 @@ QString HostOption::setAudio(HostOptions &options, const QString &audio)
     return {};
 }
 
-QString HostOption::setRestartWait(HostOptions &options, const QVariant &seconds)
+namespace {
+
+QString setSeconds(std::chrono::milliseconds &option, const QVariant &seconds)
 {
     constexpr double Longest = 3600;
     bool ok = false;
-    const double wait = seconds.toDouble(&ok);
-    if (!ok || !(wait >= 0 && wait <= Longest))
+    const double number = seconds.toDouble(&ok);
+    if (!ok || !(number >= 0 && number <= Longest))
         return QStringLiteral("\"%1\" is no number of seconds up to 3600").arg(seconds.toString());
-    options.restartWait = std::chrono::milliseconds(qRound64(wait * 1000));
+    option = std::chrono::milliseconds(qRound64(number * 1000));
     return {};
+}
+
+} // namespace
+
+QString HostOption::setRestartWait(HostOptions &options, const QVariant &seconds)
+{
+    return setSeconds(options.restartWait, seconds);
+}
+
+QString HostOption::setWatchdog(HostOptions &options, const QVariant &seconds)
+{
+    return setSeconds(options.watchdog, seconds);
 }
 
 QString HostOption::setLogLevel(HostOptions &options, const QString &level)

@@ -37,6 +37,9 @@ struct HostOptions {
     bool inProcess = false;
     /// The longest wait before a plug-in's process that ended is started again.
     std::chrono::milliseconds restartWait = std::chrono::seconds(30);
+    /// How long the main loop may stand still before the process is ended; 0 for as long as it
+    /// likes.
+    std::chrono::milliseconds watchdog = std::chrono::seconds(10);
     /// Empty: the default one.
     QString stateFolder;
     QString logLevel = QStringLiteral("info");
@@ -54,6 +57,7 @@ QString addPinned(HostOptions &options, const QString &path, const QVariant &val
 QString addConnectTo(HostOptions &options, const QString &entry);
 QString setAudio(HostOptions &options, const QString &audio);
 QString setRestartWait(HostOptions &options, const QVariant &seconds);
+QString setWatchdog(HostOptions &options, const QVariant &seconds);
 QString setLogLevel(HostOptions &options, const QString &level);
 QString setLogSize(HostOptions &options, const QVariant &mebibytes);
 } // namespace HostOption

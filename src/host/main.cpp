@@ -3,6 +3,7 @@
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
 #include "host/TerminationSignals.h"
+#include "host/Watchdog.h"
 #include "runtime/Descriptors.h"
 #include "runtime/Logging.h"
 #include "runtime/Memory.h"
@@ -13,6 +14,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <optional>
 #include <unistd.h>
 
 namespace {
@@ -28,6 +30,9 @@ int complain(int status, const QString &text)
 
 int run(const HostOptions &options)
 {
+    std::optional<Watchdog> watchdog;
+    if (options.watchdog.count() > 0)
+        watchdog.emplace(options.watchdog);
     Host host(options);
     TerminationSignals signals(!options.logFile.isEmpty());
     int status = Success;

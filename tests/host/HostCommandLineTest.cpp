@@ -32,6 +32,7 @@ TEST(HostCommandLineTest, HasDefaults)
     EXPECT_TRUE(line.options.plugins.isEmpty());
     EXPECT_FALSE(line.options.inProcess);
     EXPECT_EQ(line.options.restartWait, std::chrono::seconds(30));
+    EXPECT_EQ(line.options.watchdog, std::chrono::seconds(10));
 }
 
 TEST(HostCommandLineTest, ReadsEveryOption)
@@ -41,6 +42,7 @@ TEST(HostCommandLineTest, ReadsEveryOption)
                       "--set settings:tunein/partnerId=a=b --set network:connected=true "
                       "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
                       "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
+                      "--watchdog 2.5 "
                       "--state-dir s --log-level trace --log-file l --log-size 1.5"));
     ASSERT_TRUE(line.run) << line.text.toStdString();
     const HostOptions &options = line.options;
@@ -59,6 +61,7 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     EXPECT_EQ(options.audio.file, QStringLiteral("out.wav"));
     EXPECT_TRUE(options.inProcess);
     EXPECT_EQ(options.restartWait, std::chrono::milliseconds(500));
+    EXPECT_EQ(options.watchdog, std::chrono::milliseconds(2500));
     EXPECT_EQ(options.stateFolder, QStringLiteral("s"));
     EXPECT_EQ(options.logLevel, QStringLiteral("trace"));
     EXPECT_EQ(options.logFile, QStringLiteral("l"));
@@ -95,8 +98,8 @@ INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
         "--audio loud", "--audio wav:", "--audio wav:/dev/null", "--audio wav:/tmp",
         "--log-size -1", "--log-size much", "--log-size nan", "--log-size 1048577",
         "--log-level verbose", "--log-level INFO", "--restart-wait soon", "--restart-wait -1",
-        "--restart-wait nan", "--restart-wait 3601", "--in-process=2", "--config /nonexistent/file",
-        "--plugin a.so b.so"));
+        "--restart-wait nan", "--restart-wait 3601", "--watchdog soon", "--watchdog -1",
+        "--watchdog 3601", "--in-process=2", "--config /nonexistent/file", "--plugin a.so b.so"));
 
 TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
 {
@@ -132,7 +135,7 @@ const char WholeConfig[] = R"({
     "listen": "localhost:1234",
     "values": {"settings:tunein/partnerId": "file", "network:connected": true},
     "connectTo": ["a:80:b:81"],
-    "audio": "null", "inProcess": true, "restartWait": 0, "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "logSize": 0, "caFile": "ca"
+    "audio": "null", "inProcess": true, "restartWait": 0, "watchdog": 0, "stateFolder": "state", "logLevel": "warn", "logFile": "/log", "logSize": 0, "caFile": "ca"
 })";
 
 TEST_F(HostConfigFileTest, GivesTheSameOptions)
@@ -152,6 +155,7 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.stateFolder, m_folder.filePath(QStringLiteral("state")));
     EXPECT_TRUE(options.inProcess);
     EXPECT_EQ(options.restartWait, std::chrono::seconds(0));
+    EXPECT_EQ(options.watchdog, std::chrono::seconds(0));
     EXPECT_EQ(options.logLevel, QStringLiteral("warn"));
     EXPECT_EQ(options.logFile, QStringLiteral("/log"));
     EXPECT_EQ(options.logSize, 0);

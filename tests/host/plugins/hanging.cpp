@@ -1,0 +1,21 @@
+#include "api/nodes/CMNodesWorker.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <unistd.h>
+
+/// For ever. Exported, so that a stack shows the name.
+extern "C" Q_DECL_EXPORT void standStillForEver()
+{
+    for (;;)
+        ::pause();
+}
+
+// A plug-in that has its process's main thread stand still a moment after it was loaded.
+extern "C" Q_DECL_EXPORT void *worker_create(const char *, void *config)
+{
+    QMetaObject::invokeMethod(
+        qApp, [] { QTimer::singleShot(300, qApp, &standStillForEver); }, Qt::QueuedConnection);
+    return new CMNodesWorker(*static_cast<const QVariantHash *>(config), QStringLiteral("Hanging"));
+}
