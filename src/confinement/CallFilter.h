@@ -4,10 +4,12 @@
 
 #include <array>
 #include <memory>
+#include <set>
 #include <string>
 
-/// A list of system calls for seccomp. Build it while the process has one thread; load() holds for
-/// good, for every thread that is started later and for every program that is executed. Without Qt.
+/// A list of system calls for seccomp. Calls of foreign architectures (of 32-bit programs, say)
+/// fail. Build it while the process has one thread; load() holds for good, for every thread that is
+/// started later and for every program that is executed. Without Qt.
 class CallFilter {
 public:
     /// \a otherwise is what happens to a call that no rule names: SCMP_ACT_ALLOW or
@@ -31,10 +33,22 @@ public:
         add(SCMP_ACT_ERRNO(static_cast<std::uint32_t>(error)), name, conditions...);
     }
 
+    /// Calls of Linux 5.1 and later that no rule named so far, and those that are still to come,
+    /// fail with \a error. They have the same numbers on all architectures.
+    void failNewer(int error);
+
     /// That an argument, counted from 0, is \a value.
     static scmp_arg_cmp equals(unsigned argument, scmp_datum_t value)
     {
         return {argument, SCMP_CMP_EQ, value, 0};
+    }
+    static scmp_arg_cmp isNot(unsigned argument, scmp_datum_t value)
+    {
+        return {argument, SCMP_CMP_NE, value, 0};
+    }
+    static scmp_arg_cmp isAbove(unsigned argument, scmp_datum_t value)
+    {
+        return {argument, SCMP_CMP_GT, value, 0};
     }
     /// That an argument's bits in \a mask are those of \a value.
     static scmp_arg_cmp masked(unsigned argument, scmp_datum_t mask, scmp_datum_t value)
@@ -56,4 +70,5 @@ private:
         std::uint32_t action, const char *name, unsigned count, const scmp_arg_cmp *conditions);
 
     const std::unique_ptr<void, decltype(&::seccomp_release)> m_context;
+    std::set<int> m_named;
 };

@@ -3,9 +3,13 @@
 #include "api/core/log.h"
 #include "runtime/LogFile.h"
 
+#include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
+#include <QThread>
 
 #include <log4cplus/appender.h>
+#include <log4cplus/config.hxx>
 #include <log4cplus/consoleappender.h>
 #include <log4cplus/layout.h>
 #include <log4cplus/loglevel.h>
@@ -95,6 +99,20 @@ void logQtMessage(QtMsgType type, const QMessageLogContext &context, const QStri
 }
 
 } // namespace
+
+bool endLoggingThreads()
+{
+    constexpr int PatienceMs = 2000;
+    log4cplus::deinitialize();
+    // They are gone for log4cplus before they are for the system.
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    QDeadlineTimer patience(PatienceMs);
+    const auto count
+        = [&tasks] { return tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(); };
+    while (count() > 1 && !patience.hasExpired())
+        QThread::yieldCurrentThread();
+    return count() == 1;
+}
 
 void logLineOfWorker(const QByteArray &line)
 {

@@ -3,6 +3,11 @@
 #include <QByteArray>
 #include <QString>
 
+/// Ends the threads that log4cplus starts before main(), for a way of logging that is not used
+/// here: a process that confines itself must have no thread that it does not confine. Before other
+/// threads; returns whether it has one thread now.
+bool endLoggingThreads();
+
 /// Sets up log4cplus for the process: records of \a level ("trace" to "error") and above go to
 /// \a file (a LogFile of at most \a maxSize bytes; 0: of any size), or to standard error when it is
 /// empty, with time, level, logger, source:line, thread and message. Qt's own messages go the same

@@ -230,6 +230,7 @@ int runWorker(int argc, char **argv)
     if (!isSocket(WorkerSocket))
         return complain(BadUsage, "only vesk-host can start this program");
     setUpMemory();
+    const bool isAlone = endLoggingThreads();
     std::signal(SIGPIPE, SIG_IGN);
     auto channel = std::make_unique<Channel>(WorkerSocket);
     const std::optional<StartMessage> start = greet(*channel);
@@ -243,6 +244,8 @@ int runWorker(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-worker"));
     setUpLogging(start->logLevel, QString());
+    if (!isAlone)
+        VESK_WARN("There are threads that are not confined.");
     for (const QString &line : notConfined)
         VESK_INFO(line);
     if (!trusts)

@@ -82,7 +82,7 @@ int endOfStartingHost(int number, std::chrono::milliseconds after)
         arguments += QStringLiteral("--in-process");
     QProcess host;
     host.start(QStringLiteral(HOST_PROGRAM), arguments);
-    const auto id = static_cast<pid_t>(host.processId());
+    const auto id = static_cast<pid_t>(host.id());
     if (!config.waitForReader())
         return -1;
     if (after.count() == 0)

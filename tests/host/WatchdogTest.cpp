@@ -225,11 +225,11 @@ TEST(HostWatchdogTest, IsNotWokenInAnIdleHost)
     ASSERT_TRUE(host.isReady()) << host.errors().toStdString();
     // What is done after the start settles; then nothing wakes the host.
     int before = -1;
-    int after = wakeUps(host.processId());
+    int after = wakeUps(host.id());
     for (int tries = 0; tries < 10 && after != before; ++tries) {
         before = after;
         ::sleep(3);
-        after = wakeUps(host.processId());
+        after = wakeUps(host.id());
     }
     EXPECT_GT(after, 0);
     EXPECT_EQ(after, before) << "in three seconds, fifteen times as long as it would wait to look";

@@ -174,6 +174,12 @@ const QMap<QString, Deed> &deeds()
         {QStringLiteral("pidfd"),
             [](auto &) { return outcome(::syscall(SYS_pidfd_open, ::getppid(), 0)); }},
         {QStringLiteral("signaloffile"), [](auto &) { return trySignalOfFile(); }},
+        // newer than what it was built for
+        {QStringLiteral("clone3"), call(SYS_clone3, nullptr, 0)},
+        {QStringLiteral("openat2"), call(SYS_openat2, AT_FDCWD, "/", nullptr, 0)},
+        {QStringLiteral("landlock"), call(SYS_landlock_create_ruleset, nullptr, 0, 1)},
+        {QStringLiteral("newest"), call(460, 0, 0, 0)},
+        {QStringLiteral("yettocome"), call(600, 0, 0, 0)},
         // privileges
         {QStringLiteral("setuid"),
             [](auto &) { return outcome(::syscall(SYS_setuid, ::getuid())); }},
