@@ -1,7 +1,9 @@
+#include "api/core/log.h"
 #include "api/web/HttpClient.h"
 #include "cli/CommandLine.h"
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
+#include "host/HostConfinement.h"
 #include "host/TerminationSignals.h"
 #include "host/Watchdog.h"
 #include "runtime/Descriptors.h"
@@ -16,6 +18,8 @@
 #include <iostream>
 #include <optional>
 #include <unistd.h>
+
+VESK_LOGGER("Host")
 
 namespace {
 
@@ -63,6 +67,8 @@ int main(int argc, char **argv)
     // What the host itself was started with is not for its own programs.
     keepDescriptorsFromPrograms(STDERR_FILENO + 1);
     setUpMemory();
+    const bool isAlone = endLoggingThreads();
+    const QStringList notConfined = confineHost();
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");
     std::signal(SIGPIPE, SIG_IGN);
@@ -82,6 +88,10 @@ int main(int argc, char **argv)
     const QString complaint = setUpLogging(options.logLevel, options.logFile, options.logSize);
     if (!complaint.isEmpty())
         return complain(BadUsage, QStringLiteral("--log-file: ") + complaint);
+    if (!isAlone)
+        VESK_WARN("There are threads that are not confined.");
+    for (const QString &line : notConfined)
+        VESK_INFO(line);
     if (!options.caFile.isEmpty() && !HttpClient::setCaFile(options.caFile)) {
         return complain(BadUsage,
             QStringLiteral("--ca-file: there is no certificate in %1").arg(options.caFile));

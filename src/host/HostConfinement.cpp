@@ -1,0 +1,84 @@
+#include "host/HostConfinement.h"
+
+#include "confinement/CallFilter.h"
+#include "confinement/Confining.h"
+
+#include <cerrno>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+
+namespace {
+
+/// Refused whatever their arguments are.
+constexpr const char *RefusedCalls[] = {
+// other processes; the leak checker of a sanitized build looks at its own from another process
+#ifndef __SANITIZE_ADDRESS__
+    "ptrace",
+#endif
+    "kcmp", "migrate_pages", "move_pages", "pidfd_getfd", "process_madvise", "process_mrelease",
+    "process_vm_readv", "process_vm_writev",
+    // the kernel
+    "bpf", "create_module", "delete_module", "finit_module", "get_kernel_syms", "init_module",
+    "kexec_file_load", "kexec_load", "lookup_dcookie", "nfsservctl", "perf_event_open",
+    "query_module", "syslog", "userfaultfd",
+    // file systems
+    "chroot", "fanotify_init", "fsconfig", "fsmount", "fsopen", "fspick", "mount", "mount_setattr",
+    "move_mount", "open_by_handle_at", "open_tree", "pivot_root", "quotactl", "quotactl_fd",
+    "swapoff", "swapon", "umount", "umount2",
+    // namespaces
+    "setns", "unshare",
+    // keys of the system and of its users
+    "add_key", "keyctl", "request_key",
+    // the machine
+    "acct", "adjtimex", "clock_adjtime", "clock_adjtime64", "clock_settime", "clock_settime64",
+    "ioperm", "iopl", "reboot", "setdomainname", "sethostname", "settimeofday", "stime", "vhangup",
+    // what old programs had
+    "_sysctl", "modify_ldt", "sysfs", "uselib", "ustat", "vm86", "vm86old"};
+
+/// What libraries try first and do without. io_uring carries out calls that no filter sees; what
+/// clone3 is to make is behind a pointer, where no filter sees it either.
+constexpr const char *MissingCalls[]
+    = {"clone3", "io_uring_enter", "io_uring_register", "io_uring_setup"};
+
+constexpr int Namespaces[] = {CLONE_NEWCGROUP, CLONE_NEWIPC, CLONE_NEWNET, CLONE_NEWNS,
+    CLONE_NEWPID, CLONE_NEWUSER, CLONE_NEWUTS};
+
+/// The kernel looks at the lower half of these arguments only.
+constexpr scmp_datum_t LowerHalf = 0xffffffff;
+/// Asks personality() for what is.
+constexpr scmp_datum_t NoPersonality = 0xffffffff;
+
+std::string refuseCalls()
+{
+    CallFilter filter(SCMP_ACT_ALLOW);
+    for (const char *call : RefusedCalls)
+        filter.fail(EPERM, call);
+    for (const char *call : MissingCalls)
+        filter.fail(ENOSYS, call);
+    for (const int kind : Namespaces) {
+        const auto flag = static_cast<scmp_datum_t>(kind);
+        filter.fail(EPERM, "clone", CallFilter::masked(0, flag, flag));
+    }
+    filter.fail(EPERM, "personality", CallFilter::isNot(0, NoPersonality));
+    // Of the families of sockets those that are for this machine and the internet.
+    filter.fail(EAFNOSUPPORT, "socket", CallFilter::isAbove(0, AF_NETLINK));
+    // Typing in the name of who sits at the terminal.
+    for (const scmp_datum_t request : {scmp_datum_t(TIOCSTI), scmp_datum_t(TIOCLINUX)})
+        filter.fail(EPERM, "ioctl", CallFilter::masked(1, LowerHalf, request));
+    return filter.load();
+}
+
+} // namespace
+
+QStringList confineHost()
+{
+    QStringList missing;
+    limitResource(RLIMIT_CORE, 0);
+    for (const std::string &what : {forbidNewPrivileges(), refuseCalls()}) {
+        if (!what.empty())
+            missing.append(QString::fromStdString(what));
+    }
+    return missing;
+}
