@@ -57,12 +57,12 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view start)
         && qstrnicmp(text.data(), start.data(), static_cast<uint>(start.size())) == 0;
 }
 
-/// What libcurl, which follows it, takes the head's status for.
-bool isRedirected(CURL *easy)
+/// What libcurl, which follows redirects, takes the head's status for.
+long statusOf(CURL *easy)
 {
     long code = 0;
     curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &code);
-    return code / 100 == 3;
+    return code;
 }
 
 } // namespace
@@ -131,12 +131,17 @@ void HttpRedirectRule::start(bool isHttps)
 
 HttpRedirectRule::Verdict HttpRedirectRule::takeLine(std::string_view line, CURL *easy)
 {
+    return takeLine(line, statusOf(easy));
+}
+
+HttpRedirectRule::Verdict HttpRedirectRule::takeLine(std::string_view line, long status)
+{
     m_bytes += line.size();
     if (m_bytes > MaxHeadBytes)
         return TooLong;
     if (startsWithIgnoringCase(line, "HTTP/"))
         m_hasLocation = false;
-    else if (!m_hasLocation && startsWithIgnoringCase(line, "Location:") && isRedirected(easy))
+    else if (!m_hasLocation && startsWithIgnoringCase(line, "Location:") && status / 100 == 3)
         return mayFollow(line.substr(sizeof "Location:" - 1)) ? Fine : ForbiddenRedirect;
     return Fine;
 }

@@ -45,6 +45,8 @@ public:
     void start(bool isHttps);
     /// Takes a line of a head of \a easy's exchange, in libcurl's callback for it.
     Verdict takeLine(std::string_view line, CURL *easy);
+    /// The same for a head with that \a status.
+    Verdict takeLine(std::string_view line, long status);
 
 private:
     bool mayFollow(std::string_view location);

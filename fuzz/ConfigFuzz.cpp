@@ -1,0 +1,88 @@
+#include "fuzz/fuzzing.h"
+#include "host/HostCommandLine.h"
+#include "host/HostValues.h"
+
+#include <QByteArray>
+#include <QStringList>
+
+#include <sys/mman.h>
+#include <unistd.h>
+
+// A configuration file and, after a record separator, a command line with an argument a line: the
+// host starts with options within their bounds, or says what is wrong.
+
+namespace {
+
+constexpr char Separator = 0x1e;
+
+/// A file in memory with the given content.
+class ConfigFile {
+public:
+    ConfigFile()
+        : m_file(::memfd_create("config", MFD_CLOEXEC))
+    {
+    }
+
+    QString name() const { return QStringLiteral("/proc/self/fd/%1").arg(m_file); }
+
+    void write(const QByteArray &content) const
+    {
+        FUZZ_REQUIRE(::ftruncate(m_file, 0) == 0);
+        FUZZ_REQUIRE(
+            ::pwrite(m_file, content.constData(), static_cast<std::size_t>(content.size()), 0)
+            == content.size());
+    }
+
+private:
+    const int m_file;
+};
+
+/// Other files than the one above are not to be read.
+QStringList argumentsIn(const QByteArray &text)
+{
+    QStringList arguments;
+    for (const QByteArray &line : text.split('\n')) {
+        if (!line.contains("config"))
+            arguments.append(QString::fromUtf8(line));
+    }
+    return arguments;
+}
+
+void requireSound(const HostOptions &options)
+{
+    const QString address = options.listen.address;
+    FUZZ_REQUIRE(address == QLatin1String("127.0.0.1") || address == QLatin1String("localhost")
+        || address == QLatin1String("::1"));
+    for (const PluginOptions &plugin : options.plugins)
+        FUZZ_REQUIRE(!plugin.file.isEmpty());
+    for (const auto &entry : options.pinned)
+        FUZZ_REQUIRE(findHostValue(entry.first) && !entry.second.isEmpty());
+    for (const QString &entry : options.connectTo)
+        FUZZ_REQUIRE(entry.count(QLatin1Char(':')) >= 3 && !entry.contains(QLatin1Char('\n')));
+    FUZZ_REQUIRE((options.audio.kind == AudioOutputSpec::Wav) == !options.audio.file.isEmpty());
+    for (const std::chrono::milliseconds time : {options.restartWait, options.watchdog})
+        FUZZ_REQUIRE(time.count() >= 0 && time <= std::chrono::hours(1));
+    FUZZ_REQUIRE(!options.logLevel.isEmpty() && options.logLevel == options.logLevel.toLower());
+}
+
+void start(const QStringList &arguments)
+{
+    const HostCommandLine line = parseHostCommandLine(arguments);
+    if (line.run)
+        return requireSound(line.options);
+    FUZZ_REQUIRE(line.status == 0 || line.status == 2);
+    FUZZ_REQUIRE(!line.text.isEmpty());
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const ConfigFile file;
+    const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const int end = bytes.indexOf(Separator);
+    file.write(bytes.left(end));
+    const QStringList arguments = end < 0 ? QStringList() : argumentsIn(bytes.mid(end + 1));
+    start(QStringList {QStringLiteral("--config"), file.name()} + arguments);
+    return 0;
+}

@@ -1,0 +1,168 @@
+#include "fuzz/fuzzing.h"
+#include "host/rpc/HttpServer.h"
+#include "host/rpc/JsonRpcDispatcher.h"
+
+#include <QByteArray>
+#include <QCoreApplication>
+#include <QElapsedTimer>
+
+#include <log4cplus/initializer.h>
+#include <log4cplus/logger.h>
+
+#include <arpa/inet.h>
+#include <memory>
+#include <sys/socket.h>
+#include <unistd.h>
+
+// Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: the connection
+// ends when the client has no more to say, and nothing is called but by whoever may.
+
+namespace {
+
+/// The first byte of an input says what the rest is.
+enum Kind : char {
+    Http = 'H', ///< what the client sends
+    RawFrames = 'R', ///< what it sends after a WebSocket's handshake
+    Frames = 'W' ///< frames with a separator between them: the first byte, then the payload
+};
+
+constexpr char Separator = 0x1e;
+constexpr char Handshake[]
+    = "GET /ws HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
+      "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n";
+
+/// A frame with a mask of zeros.
+QByteArray framed(const QByteArray &piece)
+{
+    const QByteArray payload = piece.mid(1);
+    QByteArray frame = piece.left(1);
+    if (payload.size() < 126) {
+        frame.append(static_cast<char>(0x80 | payload.size()));
+    } else {
+        frame.append(static_cast<char>(0x80 | 126));
+        frame.append(static_cast<char>(payload.size() >> 8));
+        frame.append(static_cast<char>(payload.size()));
+    }
+    return frame + QByteArray(4, '\0') + payload;
+}
+
+QByteArray wireForm(const QByteArray &input)
+{
+    const QByteArray rest = input.mid(1);
+    if (input.at(0) == Http)
+        return rest;
+    if (input.at(0) == RawFrames)
+        return Handshake + rest;
+    QByteArray bytes = Handshake;
+    for (const QByteArray &piece : rest.split(Separator)) {
+        if (!piece.isEmpty())
+            bytes += framed(piece.left(0xffff));
+    }
+    return bytes;
+}
+
+class Client {
+public:
+    Client(quint16 port, const QByteArray &bytes)
+        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_port = htons(port);
+        FUZZ_REQUIRE(
+            ::connect(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0);
+        FUZZ_REQUIRE(::send(m_socket, bytes.constData(), static_cast<std::size_t>(bytes.size()),
+                         MSG_NOSIGNAL)
+            == bytes.size());
+        ::shutdown(m_socket, SHUT_WR);
+    }
+    ~Client() { ::close(m_socket); }
+    Q_DISABLE_COPY(Client)
+
+    QByteArray receive() const
+    {
+        QByteArray answer;
+        char bytes[4096];
+        for (;;) {
+            const ssize_t size = ::recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT);
+            if (size <= 0)
+                return answer;
+            answer.append(bytes, static_cast<int>(size));
+        }
+    }
+
+private:
+    const int m_socket;
+};
+
+class Host {
+public:
+    Host()
+        : m_application(m_argc, m_argv)
+        , m_server(&m_rpc)
+    {
+        log4cplus::Logger::getRoot().setLogLevel(log4cplus::OFF_LOG_LEVEL);
+        m_rpc.addMethod(QStringLiteral("echo"), [this](const JsonRpcCallPtr &call) {
+            ++m_called;
+            call->finish(QVariant(call->params()));
+        });
+        QString error;
+        FUZZ_REQUIRE(m_server.listen({QStringLiteral("127.0.0.1"), 0}, error));
+    }
+
+    /// What the server says to a client that says \a bytes and no more.
+    QByteArray exchange(const QByteArray &bytes)
+    {
+        constexpr int Patience = 8000;
+        m_called = 0;
+        QByteArray answer;
+        const Client client(m_server.port(), bytes);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        do {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            answer += client.receive();
+        } while (m_server.connections() > 0 && elapsed.elapsed() < Patience);
+        FUZZ_REQUIRE(m_server.connections() == 0);
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return answer + client.receive();
+    }
+
+    int called() const { return m_called; }
+
+private:
+    int m_argc = 1;
+    char m_name[5] = "fuzz";
+    char *m_argv[2] = {m_name, nullptr};
+    log4cplus::Initializer m_logging;
+    QCoreApplication m_application;
+    JsonRpcDispatcher m_rpc;
+    HttpServer m_server;
+    int m_called = 0;
+};
+
+bool namesThisMachine(const QByteArray &request)
+{
+    return request.contains("localhost") || request.contains("127.0.0.1")
+        || request.contains("[::1]");
+}
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    if (size == 0)
+        return 0;
+    static auto &host = *new Host;
+    const QByteArray input(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    const QByteArray answer = host.exchange(wireForm(input));
+    FUZZ_REQUIRE(answer.isEmpty() || answer.startsWith("HTTP/1."));
+    if (input.at(0) != Http)
+        return 0;
+    const QByteArray request = input.toLower();
+    FUZZ_REQUIRE(
+        host.called() == 0 || (request.contains("application/json") && namesThisMachine(request)));
+    FUZZ_REQUIRE(!answer.contains(" 200 ") || namesThisMachine(request));
+    return 0;
+}
