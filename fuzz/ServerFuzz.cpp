@@ -2,9 +2,9 @@
 #include "host/rpc/HttpServer.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 
+#include <QAbstractEventDispatcher>
 #include <QByteArray>
 #include <QCoreApplication>
-#include <QElapsedTimer>
 
 #include <log4cplus/initializer.h>
 #include <log4cplus/logger.h>
@@ -14,8 +14,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-// Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: the connection
-// ends when the client has no more to say, and nothing is called but by whoever may.
+// Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: nothing is called
+// but by a client that may, and a server that goes takes what is still open with it. Accepting and
+// libsoup's part of a connection take most of the time, so that a thousand inputs a second are the
+// most there can be; what clients say in JSON is the rpc target's.
 
 namespace {
 
@@ -100,31 +102,31 @@ class Host {
 public:
     Host()
         : m_application(m_argc, m_argv)
-        , m_server(&m_rpc)
     {
         log4cplus::Logger::getRoot().setLogLevel(log4cplus::OFF_LOG_LEVEL);
         m_rpc.addMethod(QStringLiteral("echo"), [this](const JsonRpcCallPtr &call) {
             ++m_called;
             call->finish(QVariant(call->params()));
         });
-        QString error;
-        FUZZ_REQUIRE(m_server.listen({QStringLiteral("127.0.0.1"), 0}, error));
     }
 
     /// What the server says to a client that says \a bytes and no more.
     QByteArray exchange(const QByteArray &bytes)
     {
-        constexpr int Patience = 8000;
         m_called = 0;
+        if (!m_server)
+            listen();
         QByteArray answer;
-        const Client client(m_server.port(), bytes);
-        QElapsedTimer elapsed;
-        elapsed.start();
-        do {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            answer += client.receive();
-        } while (m_server.connections() > 0 && elapsed.elapsed() < Patience);
-        FUZZ_REQUIRE(m_server.connections() == 0);
+        const Client client(m_server->port(), bytes);
+        for (int quiet = 0; quiet < 2; ++quiet) {
+            while (QAbstractEventDispatcher::instance()->processEvents(QEventLoop::AllEvents)) {
+                answer += client.receive();
+                quiet = 0;
+            }
+        }
+        // A WebSocket that was closed waits for the client's word.
+        if (m_server->connections() > 0)
+            m_server.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return answer + client.receive();
     }
@@ -132,13 +134,20 @@ public:
     int called() const { return m_called; }
 
 private:
+    void listen()
+    {
+        m_server = std::make_unique<HttpServer>(&m_rpc);
+        QString error;
+        FUZZ_REQUIRE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error));
+    }
+
     int m_argc = 1;
     char m_name[5] = "fuzz";
     char *m_argv[2] = {m_name, nullptr};
     log4cplus::Initializer m_logging;
     QCoreApplication m_application;
     JsonRpcDispatcher m_rpc;
-    HttpServer m_server;
+    std::unique_ptr<HttpServer> m_server;
     int m_called = 0;
 };
 
