@@ -15,9 +15,9 @@
 #include <unistd.h>
 
 // Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: nothing is called
-// but by a client that may, and a server that goes takes what is still open with it. Accepting and
-// libsoup's part of a connection take most of the time, so that a thousand inputs a second are the
-// most there can be; what clients say in JSON is the rpc target's.
+// but by a client that may, and a server that goes takes what is still open with it. Some hundred
+// inputs a second: accepting a connection and libsoup's part of it take most of the time. What
+// clients say in JSON is the rpc target's.
 
 namespace {
 
