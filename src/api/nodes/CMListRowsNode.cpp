@@ -209,8 +209,12 @@ void CMListRowsNode::follow(const CMPath &opened, int row)
         return;
     m_subscriptions[opened].push_back(
         root->subscribe(rowPath(*path, opened), this, [this, opened, row](const CMChange &change) {
-            if (change.kind == CMSubscribe::ValueChanged()
-                || change.kind == CMSubscribe::RowsChangeReset())
+            // Those who follow the list were told to read it again with the same words.
+            const bool isTold
+                = change.kind == CMSubscribe::RowsChangeReset() && opened.startsWith(change.start);
+            if (!isTold
+                && (change.kind == CMSubscribe::ValueChanged()
+                    || change.kind == CMSubscribe::RowsChangeReset()))
                 subscribe()->changed(opened, CMSubscribe::RowsChangeChanged(), row, row);
         }));
 }

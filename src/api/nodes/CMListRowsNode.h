@@ -16,7 +16,8 @@ class CMSubscription;
 /// wait for it.
 ///
 /// While someone is subscribed to the list, a change of a row path's value, or its reset, is passed
-/// on as a change of that row. What happens to the rows of a row's own screen is none.
+/// on as a change of that row, unless the reset was told of everything from the list or above it
+/// on. What happens to the rows of a row's own screen is none.
 ///
 /// Worker's thread only.
 class VESK_API CMListRowsNode : public CMContainerNode {

@@ -28,7 +28,7 @@ using GatePtr = std::shared_ptr<CMCallGate>;
 bool isRepeated(const CMChange &before, const CMChange &change)
 {
     return change.kind == before.kind && change.first == before.first && change.last == before.last
-        && change.kind != CMSubscribe::RowsChangeInserted()
+        && change.start == before.start && change.kind != CMSubscribe::RowsChangeInserted()
         && change.kind != CMSubscribe::RowsChangeRemoved();
 }
 
@@ -38,6 +38,7 @@ bool isRepeated(const CMChange &before, const CMChange &change)
 struct CMSubscription::Entry {
     void deliver(CMChange change)
     {
+        change.start = change.path;
         change.path = path;
         if (!call) {
             changed(change);

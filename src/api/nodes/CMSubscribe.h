@@ -17,6 +17,9 @@ struct CMChange {
     int last = -1;
     /// Over how many nodes that pass on the changes of others it came.
     int hops = 0;
+    /// Where it was told to begin: "path", or above it when everything from there on was told.
+    /// Known in the process that tells.
+    CMPath start {};
 };
 
 /// Through which a worker's nodes tell the subscribers of their paths what changed. Any thread; the

@@ -298,6 +298,31 @@ TEST_F(ListSubscription, DoesNotTakeTheRowsOfARowsScreenForTheRow)
     EXPECT_EQ(told, QStringList {QStringLiteral("W:list rowsChanged 1")});
 }
 
+TEST_F(ListSubscription, IsSilentAboutARowThatWasResetTogetherWithTheList)
+{
+    thread.call([&] {
+        CMNode *below = ScriptNode::create(thread.worker().nodes(), path("W:list/row"));
+        list->rowsAppend(below->path());
+    });
+    const auto subscription = subscribe("W:list?p=1&q=2");
+    CMSubscribe().changedStartingWith(path("W:list?p=1"), CMSubscribe::RowsChangeReset(), -1, -1);
+    EXPECT_TRUE(spinUntil([&] { return !told.isEmpty(); }));
+    // Of the row alone, and of what begins beside the list, it tells.
+    const auto tellsNext = [&](const char *news) {
+        const int before = told.size();
+        EXPECT_TRUE(spinUntil([&] { return told.size() > before; }));
+        EXPECT_EQ(told.last(), QLatin1String(news));
+    };
+    CMSubscribe().changed(path("W:list/row?p=1&q=2"), CMSubscribe::RowsChangeReset(), -1, -1);
+    tellsNext("W:list?p=1&q=2 rowsChanged 2");
+    CMSubscribe().changedStartingWith(path("W:list/row"), CMSubscribe::RowsChangeReset(), -1, -1);
+    tellsNext("W:list?p=1&q=2 rowsChanged 2");
+    CMSubscribe().changedStartingWith(path("Other:"), CMSubscribe::RowsChangeReset(), -1, -1);
+    tellsNext("W:list?p=1&q=2 rowsChanged 1");
+    EXPECT_EQ(told.size(), 4);
+    EXPECT_EQ(told.first(), QStringLiteral("W:list?p=1&q=2 rowsReset -1"));
+}
+
 TEST_F(ListSubscription, FollowsItsRowsOnlyWhileSomeoneFollowsIt)
 {
     auto subscription = subscribe("W:list");
