@@ -351,6 +351,9 @@ TEST_F(AccountSystem, whatCannotWorkIsNotSent)
     EXPECT_EQ(refused(QVariantHash {{text("type"), 115}}), "VeskError: Unknown method");
     EXPECT_EQ(
         refused(QVariantHash {{text("string_"), text("claim")}}), "VeskError: Invalid value type.");
+    const QVariantHash untyped {
+        {text("tuneInAccount"), QVariantHash {{text("operation"), text("query")}}}};
+    EXPECT_EQ(refused(untyped), "VeskError: Invalid value type.");
     EXPECT_THAT(refused(QVariant(), "title"), HasSubstr("VeskError"));
     EXPECT_THAT(requests(), IsEmpty());
 }

@@ -77,13 +77,6 @@ VeskValue VeskValue::fromString(const QString &value)
 
 VeskValueType::Enum VeskValue::type() const
 {
-    if (!contains(typeKey())) {
-        for (const TypeName &entry : typeNames()) {
-            if (contains(entry.name))
-                return entry.type;
-        }
-        return VeskValueType::none;
-    }
     const int code = number(typeKey());
     for (const TypeName &entry : typeNames()) {
         if (entry.type == code)

@@ -24,7 +24,7 @@ struct VeskValueType {
 
 /// One setting or state of the value tree: a type, and the value under the type's name. Hash
 /// entries: "type" (a code; a type's name is read as well) and one of "bool_", "int_", "string_",
-/// ...
+/// ... Without "type" it is of none: what stands under a type's name is not taken at its word.
 class VESK_API VeskValue : public VeskHash {
 public:
     using VeskHash::VeskHash;
