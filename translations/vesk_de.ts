@@ -291,6 +291,18 @@
         <translation>Inzwischen wurde etwas anderes abgespielt.</translation>
     </message>
     <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Dieser Eintrag steht nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>This cannot be played.</source>
+        <translation>Das lässt sich nicht abspielen.</translation>
+    </message>
+    <message>
+        <source>Trying another stream ...</source>
+        <translation>Ein anderer Stream wird versucht ...</translation>
+    </message>
+    <message>
         <source>Nothing is playing.</source>
         <translation>Es läuft nichts.</translation>
     </message>

@@ -291,6 +291,18 @@
         <translation>Mientras tanto se ha reproducido otra cosa.</translation>
     </message>
     <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Esta entrada ya no está en la lista.</translation>
+    </message>
+    <message>
+        <source>This cannot be played.</source>
+        <translation>Esto no se puede reproducir.</translation>
+    </message>
+    <message>
+        <source>Trying another stream ...</source>
+        <translation>Probando otra emisión ...</translation>
+    </message>
+    <message>
         <source>Nothing is playing.</source>
         <translation>No se está reproduciendo nada.</translation>
     </message>

@@ -291,6 +291,18 @@
         <translation>Autre chose a été lancé entre-temps.</translation>
     </message>
     <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Cet élément n’est plus dans la liste.</translation>
+    </message>
+    <message>
+        <source>This cannot be played.</source>
+        <translation>La lecture est impossible.</translation>
+    </message>
+    <message>
+        <source>Trying another stream ...</source>
+        <translation>Essai d’un autre flux ...</translation>
+    </message>
+    <message>
         <source>Nothing is playing.</source>
         <translation>Rien n’est en cours de lecture.</translation>
     </message>

@@ -12,6 +12,7 @@
 #include "host/NetworkMonitor.h"
 #include "host/ServicesWorker.h"
 #include "host/SettingsStore.h"
+#include "host/player/ChosenStreams.h"
 #include "host/player/PlayLogic.h"
 #include "host/player/StreamPlayer.h"
 #include "host/plugins/Plugins.h"
@@ -46,6 +47,7 @@ Host::~Host()
     m_plugins.reset();
     PlayLogicInterface::setPlayerInstance(nullptr);
     m_playLogic.reset();
+    m_chosenStreams.reset();
     m_streamPlayer.reset();
     m_services.reset();
     m_language.reset();
@@ -79,8 +81,7 @@ bool Host::setUpValues()
     for (const QString &prefix : hostValuePrefixes())
         m_root->addWorker(prefix, m_values.get());
 
-    const QString folder
-        = m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder() : m_options.stateFolder;
+    const QString folder = stateFolder();
     if (folder.isEmpty())
         VESK_WARN("There is no folder for settings: changes last until the host ends.");
     m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
@@ -89,6 +90,11 @@ bool Host::setUpValues()
         return true;
     Q_EMIT failed(error);
     return false;
+}
+
+QString Host::stateFolder() const
+{
+    return m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder() : m_options.stateFolder;
 }
 
 void Host::setUpNetwork()
@@ -121,7 +127,9 @@ void Host::setUpAddressPolicy()
 void Host::setUpPlayer()
 {
     m_streamPlayer = std::make_unique<StreamPlayer>(m_options.audio);
+    m_chosenStreams = std::make_unique<ChosenStreams>(stateFolder());
     m_playLogic = std::make_unique<PlayLogic>(m_streamPlayer.get());
+    m_playLogic->setChosenStreams(m_chosenStreams.get());
     PlayLogicInterface::setPlayerInstance(m_playLogic.get());
     connect(m_network.get(), &NetworkMonitor::connectedChanged, m_streamPlayer.get(),
         [player = m_streamPlayer.get()](bool connected) {

@@ -10,6 +10,7 @@
 class AddressGate;
 class Artwork;
 class CMRootWorker;
+class ChosenStreams;
 class CMValuesWorker;
 class HttpServer;
 class JsonRpcDispatcher;
@@ -60,6 +61,7 @@ private:
     bool setUpValues();
     void setUpNetwork();
     void setUpAddressPolicy();
+    QString stateFolder() const;
     void setUpPlayer();
     void setUpPlugins();
     void listSettings();
@@ -81,6 +83,7 @@ private:
     std::unique_ptr<UiLanguage> m_language;
     std::unique_ptr<ServicesWorker> m_services;
     std::unique_ptr<StreamPlayer> m_streamPlayer;
+    std::unique_ptr<ChosenStreams> m_chosenStreams;
     std::unique_ptr<PlayLogic> m_playLogic;
     std::unique_ptr<Plugins> m_plugins;
     std::unique_ptr<AddressGate> m_gate;

@@ -209,6 +209,16 @@ QString TrString::toString() const
     return d->arguments.isEmpty() ? text : fill(text, d->arguments);
 }
 
+QString TrString::toSourceString() const
+{
+    if (isEmpty() || !d->translatable)
+        return sourceText();
+    QString text = d->sourceText;
+    if (d->count >= 0)
+        text.replace(QLatin1String("%n"), QString::number(d->count));
+    return d->arguments.isEmpty() ? text : fill(text, d->arguments);
+}
+
 bool TrString::operator==(const TrString &other) const
 {
     if (d == other.d)

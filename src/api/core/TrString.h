@@ -68,6 +68,9 @@ public:
 
     /// The text in the current UI language, the source text where there is no translation.
     QString toString() const;
+    /// The source text with its places filled, whatever the UI language is: for services and logs
+    /// that compare texts.
+    QString toSourceString() const;
     operator QVariant() const { return QVariant::fromValue(*this); }
 
     bool operator==(const TrString &other) const;

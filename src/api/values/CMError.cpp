@@ -25,6 +25,7 @@ VESK_KEY(CMError::DefaultName, "VeskError")
 VESK_KEY(CMError::DefaultTitle, "Error")
 VESK_KEY(CMError::NoNodeName, "VeskError:no-node")
 VESK_KEY(CMError::UnansweredName, "VeskError:unanswered")
+VESK_KEY(CMError::TooLongName, "VeskError:too-long")
 
 QString CMError::name() const
 {

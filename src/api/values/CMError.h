@@ -23,6 +23,7 @@ public:
     /// Names of the errors that requests themselves end with.
     static const QString &NoNodeName();
     static const QString &UnansweredName();
+    static const QString &TooLongName();
 
     QString name() const;
     TrString message() const;

@@ -3,7 +3,7 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
-#include "api/values/VeskRowsRoles.h"
+#include "host/player/ChosenStreams.h"
 #include "host/player/MediaPlayer.h"
 #include "host/player/StreamReceivers.h"
 
@@ -25,22 +25,27 @@ CMError playerError(const char *text)
     return CMError(playerText(text));
 }
 
-/// The roles of the first row of an answer to a request for all of them.
-VeskRoles rolesOfRow(const VeskRowsRoles &rows)
-{
-    VeskRoles roles;
-    const QVariantList values = rows.rows().value(0).toList();
-    for (int i = 0; i < values.size() && i < VeskRoles::all().size(); ++i) {
-        if (!values.at(i).isNull())
-            roles.insert(VeskRoles::all().at(i), values.at(i));
-    }
-    return roles;
-}
-
 bool isPlayable(const VeskRoles &roles)
 {
     return roles.type() == VeskRolesType::Audio()
         && !roles.mediaData().activeResource().uri().isEmpty();
+}
+
+/// Why a row that is listed cannot be played, in its own words where it has some; empty when
+/// nothing speaks against it.
+TrString refusalOf(const VeskRoles &row)
+{
+    const QString uri = row.mediaData().activeResource().uri();
+    const TrString refusal = excuseProblem(QUrl::fromEncoded(uri.toUtf8()));
+    return refusal.isEmpty() || row.description().isEmpty() ? refusal : row.description();
+}
+
+VeskRoles withoutResources(VeskRoles roles)
+{
+    VeskMediaData media = roles.mediaData();
+    media.setResources({});
+    roles.setMediaData(media);
+    return roles;
 }
 
 } // namespace
@@ -50,8 +55,13 @@ PlayLogic::PlayLogic(MediaPlayer *player, QObject *parent)
     , m_player(player)
 {
     veskConnect(player, &MediaPlayer::audibleChanged, this, &PlayLogic::onAudible);
-    veskConnect(player, &MediaPlayer::ended, this, &PlayLogic::onEnded);
+    veskConnect(player, &MediaPlayer::ended, this, &PlayLogic::end);
+    veskConnect(player, &MediaPlayer::problemChanged, this, &PlayLogic::onProblem);
     veskConnect(player, &MediaPlayer::gaveUp, this, &PlayLogic::onGaveUp);
+    veskConnect(player, &MediaPlayer::outputFailed, this, &PlayLogic::fail);
+    veskConnect(&m_trials, &StreamTrials::next, this, &PlayLogic::tryStream);
+    veskConnect(&m_trials, &StreamTrials::exhausted, this, &PlayLogic::onExhausted);
+    veskConnect(&m_trials, &StreamTrials::goingOnChanged, this, &PlayLogic::publish);
     connect(player, &MediaPlayer::titleChanged, this, [this](const QString &title) {
         m_streamTitle = title;
         publish();
@@ -66,75 +76,100 @@ PlayLogic::PlayLogic(MediaPlayer *player, QObject *parent)
 
 PlayLogic::~PlayLogic() = default;
 
-void PlayLogic::play(const CMPath &screen, int row, Started started)
+void PlayLogic::play(const RowAddress &address, Started started)
 {
     const int request = ++m_request;
-    const auto reply = std::make_shared<CMReplyData<QVariant>>();
-    reply->whenFinished(this, [this, request, reply, started = std::move(started)] {
-        if (request != m_request) {
-            return started(playerError(QT_TRANSLATE_NOOP(
-                               "Player", "Something else was played in the meantime.")),
-                {});
-        }
-        takeRow(*reply, started);
-    });
-    CMRoot()->request(
-        CMGetRowsRequest(screen, VeskRoles::all(), row, row, CMReply<QVariant>(reply)));
+    auto *search = new RowSearch(this);
+    search->start(address,
+        [this, search, request, started = std::move(started)](
+            const CMError &error, const VeskRoles &row) {
+            search->deleteLater();
+            if (request != m_request) {
+                return started(playerError(QT_TRANSLATE_NOOP(
+                                   "Player", "Something else was played in the meantime.")),
+                    {});
+            }
+            takeRow(error, row, started);
+        });
 }
 
-void PlayLogic::takeRow(const CMReplyData<QVariant> &reply, const Started &started)
+void PlayLogic::takeRow(const CMError &error, const VeskRoles &row, const Started &started)
 {
-    if (!reply.error().isEmpty())
-        return started(reply.error(), {});
-    const VeskRowsRoles rows(reply.value().toHash());
-    const VeskRoles roles = rolesOfRow(rows);
-    if (rows.rows().isEmpty())
-        return started(playerError(QT_TRANSLATE_NOOP("Player", "There is no such row.")), {});
-    if (!isPlayable(roles)) {
+    if (!error.isEmpty())
+        return started(error, {});
+    if (!isPlayable(row)) {
         return started(
             playerError(QT_TRANSLATE_NOOP("Player", "There is nothing to play in this row.")), {});
     }
     end();
     m_playId = newPlayId();
-    m_roles = roles;
+    m_row = row;
+    m_roles = row;
+    m_firstRoles = {};
     m_error = TrString();
+    m_failure = TrString();
     m_heard = false;
     m_streamTitle.clear();
-    m_bitRate = roles.mediaData().activeResource().bitRate();
+    m_bitRate = row.mediaData().activeResource().bitRate();
     VESK_INFO("playing " << m_roles.title());
     setState(VeskPlayLogicState::transitioning);
     started({}, m_playId);
-    prePlay(m_playId);
+    if (const TrString refusal = refusalOf(row); !refusal.isEmpty())
+        return fail(refusal);
+    m_trials.begin(row, m_chosen ? m_chosen->streamOf(StreamChoice::itemOf(row)) : CMPath());
+}
+
+/// In place of the stream that was tried before.
+void PlayLogic::tryStream(const VeskRoles &stream)
+{
+    if (m_started)
+        m_player->stop();
+    m_started = false;
+    m_playerProblem = TrString();
+    m_stream = stream;
+    publish();
+    prePlay(stream);
 }
 
 /// Lets the one whose row it is find the stream, when the row wants that.
-void PlayLogic::prePlay(const VeskHash &playId)
+void PlayLogic::prePlay(const VeskRoles &stream)
 {
-    const CMPath path = m_roles.mediaData().metaData().prePlayPath();
+    const int step = ++m_step;
+    const CMPath path = stream.mediaData().metaData().prePlayPath();
     if (path.isEmpty())
-        return startPlayer();
+        return startPlayer(stream);
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
-    reply->whenFinished(this, [this, playId, reply] {
-        if (playId != m_playId || m_state != VeskPlayLogicState::transitioning)
+    reply->whenFinished(this, [this, step, reply] {
+        if (step != m_step || m_state != VeskPlayLogicState::transitioning)
             return;
-        if (!reply->error().isEmpty())
-            return fail(reply->error().message());
-        m_roles = VeskRoles(reply->value().toHash());
-        if (!isPlayable(m_roles)) {
-            return fail(
-                playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to play in this row.")));
+        const VeskRoles roles(reply->value().toHash());
+        TrString refusal = reply->error().message();
+        if (reply->error().isEmpty() && !isPlayable(roles)) {
+            refusal
+                = playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to play in this row."));
         }
-        startPlayer();
+        if (reply->error().isEmpty() && refusal.isEmpty())
+            startPlayer(roles);
+        else if (m_firstRoles.isEmpty() && m_stream.path() == m_row.path())
+            fail(refusal); // what knows of no stream knows of no others
+        else
+            onGaveUp(refusal);
     });
     CMRoot()->request(
-        CMSetDataRequest(path, VeskRoles::PrePlay(), m_roles.toHash(), CMReply<QVariant>(reply)));
+        CMSetDataRequest(path, VeskRoles::PrePlay(), stream.toHash(), CMReply<QVariant>(reply)));
 }
 
-void PlayLogic::startPlayer()
+void PlayLogic::startPlayer(const VeskRoles &stream)
 {
+    m_roles = stream;
+    if (m_firstRoles.isEmpty())
+        m_firstRoles = stream;
+    m_started = true;
+    m_trials.noteStarted(stream);
     const VeskMediaData media = m_roles.mediaData();
     const VeskResource resource = media.activeResource();
     m_bitRate = resource.bitRate();
+    m_streamTitle.clear();
     publish();
     m_player->play(
         {QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode), media.metaData().live()});
@@ -147,11 +182,14 @@ CMError PlayLogic::pause()
         return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing."));
     if (m_state == VeskPlayLogicState::paused)
         return {};
-    m_player->pause();
     // A pause in the middle of a reconnect, or right after a resume.
     if (m_posted != VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::paused)
         post(VeskPlayLogicState::playing);
+    // Before the player knows, which then says that there is nothing to hear.
     setState(VeskPlayLogicState::paused);
+    m_trials.pause();
+    m_playerProblem = TrString();
+    m_player->pause();
     return {};
 }
 
@@ -162,6 +200,11 @@ CMError PlayLogic::resume()
     if (m_state != VeskPlayLogicState::paused)
         return {};
     setState(VeskPlayLogicState::transitioning);
+    m_trials.resume();
+    if (!m_started) {
+        tryStream(m_stream);
+        return {};
+    }
     m_player->resume();
     return {};
 }
@@ -177,7 +220,11 @@ CMError PlayLogic::stop()
 
 void PlayLogic::end()
 {
+    m_trials.end();
+    ++m_step;
     m_player->stop();
+    m_started = false;
+    m_playerProblem = TrString();
     if (m_state != VeskPlayLogicState::stopped)
         setState(VeskPlayLogicState::stopped);
     m_streamTitle.clear();
@@ -185,31 +232,62 @@ void PlayLogic::end()
 
 void PlayLogic::onAudible(bool audible)
 {
-    if (audible)
-        setState(VeskPlayLogicState::playing);
-    else if (m_state == VeskPlayLogicState::playing)
-        setState(VeskPlayLogicState::transitioning);
+    // Said late, of what is paused or stopped by now.
+    if (m_state != VeskPlayLogicState::transitioning && m_state != VeskPlayLogicState::playing)
+        return;
+    m_trials.noteAudible(audible);
+    if (!audible)
+        return setState(VeskPlayLogicState::transitioning);
+    m_playerProblem = TrString();
+    const bool isFirst = !m_heard;
+    setState(VeskPlayLogicState::playing);
+    if (isFirst && m_chosen && StreamChoice::isStream(m_row))
+        m_chosen->remember(StreamChoice::itemOf(m_row), m_row.path());
 }
 
-void PlayLogic::onEnded()
+void PlayLogic::onProblem(const TrString &problem)
 {
-    end();
+    if (m_state != VeskPlayLogicState::transitioning && m_state != VeskPlayLogicState::playing)
+        return;
+    m_playerProblem = problem;
+    if (!problem.isEmpty())
+        m_trials.noteTrouble();
+    publish();
 }
 
 void PlayLogic::onGaveUp(const TrString &problem)
 {
-    fail(problem);
+    m_started = false;
+    m_playerProblem = TrString();
+    // What is told in the end is about the stream that was to be played.
+    if (m_failure.isEmpty() || m_roles.path() == m_firstRoles.path())
+        m_failure = problem;
+    if (m_state == VeskPlayLogicState::playing)
+        setState(VeskPlayLogicState::transitioning);
+    VESK_WARN("a stream of " << m_roles.title() << " cannot be played: " << problem);
+    m_trials.noteFailure();
+}
+
+void PlayLogic::onExhausted()
+{
+    if (!m_firstRoles.isEmpty())
+        m_roles = m_firstRoles;
+    fail(m_failure);
 }
 
 void PlayLogic::fail(const TrString &problem)
 {
     VESK_WARN("cannot play " << m_roles.title() << ": " << problem);
+    m_trials.end();
+    ++m_step;
     m_player->stop();
-    m_error = problem;
+    m_error = problem.isEmpty() ? playerText(QT_TRANSLATE_NOOP("Player", "This cannot be played."))
+                                : problem;
+    m_playerProblem = TrString();
     m_streamTitle.clear();
     m_state = VeskPlayLogicState::stopped;
-    post(VeskPlayLogicState::stopped,
-        problem.sourceText().isEmpty() ? QStringLiteral("error") : problem.toString());
+    post(VeskPlayLogicState::stopped, m_error.toSourceString());
+    m_started = false;
     publish();
 }
 
@@ -236,7 +314,7 @@ void PlayLogic::post(State state, const QString &error)
     data.setState(state);
     data.setPlayId(m_playId);
     data.setError(error);
-    data.setTrackRoles(m_roles);
+    data.setTrackRoles(m_firstRoles.isEmpty() ? withoutResources(m_roles) : m_roles);
     const CMPath path = stateChangePath();
     if (path.isEmpty())
         return;
@@ -285,6 +363,14 @@ VeskPlayLogicData PlayLogic::currentData() const
     return m_data;
 }
 
+/// What is being done about a fault.
+TrString PlayLogic::problem() const
+{
+    const bool isMending = m_state == VeskPlayLogicState::transitioning && m_trials.isGoingOn();
+    return isMending ? playerText(QT_TRANSLATE_NOOP("Player", "Trying another stream ..."))
+                     : m_playerProblem;
+}
+
 QVariantHash PlayLogic::state() const
 {
     const VeskMediaData media = m_roles.mediaData();
@@ -301,5 +387,6 @@ QVariantHash PlayLogic::state() const
         {QStringLiteral("path"), roles.path().toEncoded()},
         {QStringLiteral("contextPath"),
             roles.mediaData().metaData().contentPlayContextPath().toEncoded()},
-        {QStringLiteral("error"), m_error.toString()}};
+        {QStringLiteral("error"), m_error.toString()},
+        {QStringLiteral("problem"), problem().toString()}};
 }

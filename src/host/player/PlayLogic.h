@@ -4,6 +4,8 @@
 #include "api/player/PlayLogicInterface.h"
 #include "api/values/CMError.h"
 #include "api/values/CMPath.h"
+#include "host/player/RowSearch.h"
+#include "host/player/StreamTrials.h"
 
 #include <QObject>
 #include <QVariantHash>
@@ -12,15 +14,19 @@
 #include <memory>
 #include <mutex>
 
+class ChosenStreams;
 class MediaPlayer;
 
 /// What plays, why, and who is told: fetches the row that is to be played, runs the step before
-/// playing that the row names, hands its first resource to the player, and posts what happens to
-/// the row's state-change path. Knows nothing of streams. Main thread, but for currentData().
+/// playing that the row names, hands its first resource to the player, goes on to the row's other
+/// streams when that is not heard, and posts what happens to the row's state-change path. Knows
+/// nothing of how streams are played. Main thread, but for currentData().
 ///
 /// What is posted begins with "playing", or with "stopped" and an error when a play never got that
-/// far. An error comes with "stopped" in one post; between two plays that were heard there is
-/// always a "stopped"; a "paused" always follows a "playing".
+/// far, however many streams were tried. An error comes with "stopped" in one post, in the words of
+/// the source; when the step before playing failed it comes without resources, because there was no
+/// stream. Between two plays that were heard there is always a "stopped"; a "paused" always follows
+/// a "playing".
 class PlayLogic : public QObject, public PlayLogicInterface {
     Q_OBJECT
 
@@ -32,8 +38,13 @@ public:
     explicit PlayLogic(MediaPlayer *player, QObject *parent = nullptr);
     ~PlayLogic() override;
 
-    /// Plays \a row of \a screen in place of what plays. Another play() meanwhile wins.
-    void play(const CMPath &screen, int row, Started started);
+    /// Which streams were chosen by hand; must outlive it. Without them nothing is remembered.
+    void setChosenStreams(ChosenStreams *chosen) { m_chosen = chosen; }
+    void setTimes(const StreamTrials::Times &times) { m_trials.setTimes(times); }
+
+    /// Plays a row in place of what plays, which goes on when there is no such row. Another play()
+    /// meanwhile wins.
+    void play(const RowAddress &address, Started started);
     /// Each returns why it cannot be done; an empty error when it is done, or was done already.
     CMError pause();
     CMError resume();
@@ -59,26 +70,38 @@ Q_SIGNALS:
 private:
     using State = VeskPlayLogicState::Enum;
 
-    void takeRow(const CMReplyData<QVariant> &reply, const Started &started);
-    void prePlay(const VeskHash &playId);
-    void startPlayer();
+    void takeRow(const CMError &error, const VeskRoles &row, const Started &started);
+    void tryStream(const VeskRoles &stream);
+    void prePlay(const VeskRoles &stream);
+    void startPlayer(const VeskRoles &stream);
     void onAudible(bool audible);
-    void onEnded();
+    void onProblem(const TrString &problem);
     void onGaveUp(const TrString &problem);
+    void onExhausted();
     void fail(const TrString &problem);
+    TrString problem() const;
     void end();
     void setState(State state);
     void post(State state, const QString &error = {});
     void publish();
 
     MediaPlayer *const m_player;
+    ChosenStreams *m_chosen = nullptr;
+    StreamTrials m_trials;
     int m_request = 0; ///< counts play(), so that an earlier one is known when its row comes
     State m_state = VeskPlayLogicState::stopped;
     State m_posted = VeskPlayLogicState::stopped; ///< what they know to whom it is posted
     bool m_heard = false; ///< the present play came so far as to be heard
     int m_unanswered = 0;
     VeskHash m_playId; ///< empty while nothing was played
-    VeskRoles m_roles;
+    VeskRoles m_row; ///< as it was in the list
+    VeskRoles m_stream; ///< the row of the stream that is tried: the same, or one of its streams
+    VeskRoles m_roles; ///< what the step before playing made of it
+    VeskRoles m_firstRoles; ///< those of the first stream, once it is known
+    int m_step = 0; ///< counts the steps before playing, so that a former one's answer is known
+    bool m_started = false; ///< the player has the stream
+    TrString m_playerProblem;
+    TrString m_failure; ///< why a stream cannot be played, the first if it is that one
     TrString m_error;
     QString m_streamTitle;
     int m_bitRate = 0;

@@ -26,7 +26,7 @@ void StreamPlay::start()
         [this](bool audible) { Q_EMIT audibleChanged(audible, m_step); });
     connect(m_output.get(), &AudioOutput::audibleChanged, this, &StreamPlay::showProblem);
     connect(m_output.get(), &AudioOutput::drained, this, &StreamPlay::ended);
-    connect(m_output.get(), &AudioOutput::failed, this, &StreamPlay::gaveUp);
+    connect(m_output.get(), &AudioOutput::failed, this, &StreamPlay::outputFailed);
     supply();
 }
 

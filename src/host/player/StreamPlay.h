@@ -37,6 +37,7 @@ Q_SIGNALS:
     void gaveUp(const TrString &problem);
     /// What is being done about a fault, while there is nothing to hear.
     void problemChanged(const TrString &problem);
+    void outputFailed(const TrString &problem);
 
 private:
     void supply();

@@ -62,6 +62,12 @@ void StreamPlayer::play(const StreamSource &source)
         stop();
         Q_EMIT gaveUp(problem);
     });
+    connect(play, &StreamPlay::outputFailed, this, [this, number](const TrString &problem) {
+        if (number != m_number)
+            return;
+        stop();
+        Q_EMIT outputFailed(problem);
+    });
     m_thread->start();
 }
 

@@ -6,11 +6,8 @@
 
 #include <algorithm>
 
-namespace {
-
-/// TuneIn answers with a spoken message where a station cannot be played. Empty for other
-/// addresses.
-TrString placeholderProblem(const QUrl &url)
+/// TuneIn answers with a spoken message where a station cannot be played.
+TrString excuseProblem(const QUrl &url)
 {
     static const QRegularExpression placeholder(
         QStringLiteral(
@@ -29,8 +26,6 @@ TrString placeholderProblem(const QUrl &url)
         return playerText(QT_TRANSLATE_NOOP("Player", "The station may not be played here."));
     return {};
 }
-
-} // namespace
 
 TrString playerText(const char *text)
 {
@@ -88,7 +83,7 @@ bool AudioReceiver::goOn()
 
 bool AudioReceiver::begin(const HttpStreamHead &head)
 {
-    const TrString placeholder = placeholderProblem(head.url);
+    const TrString placeholder = excuseProblem(head.url);
     if (!placeholder.isEmpty())
         return refuse(StreamOutcome::Hopeless, placeholder);
     const qint64 wanted = m_received;

@@ -13,6 +13,9 @@
 
 class StreamFeed;
 
+/// Why there is nothing to play at an address where a service keeps a spoken excuse; empty for
+/// others.
+TrString excuseProblem(const QUrl &url);
 /// Why an answer with such a head is no stream; Ended when it may be one.
 StreamOutcome streamRefusal(const HttpStreamHead &head);
 /// "Player" texts: \a text as QT_TRANSLATE_NOOP("Player", ...) marks it.

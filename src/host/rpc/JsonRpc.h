@@ -25,6 +25,8 @@ struct JsonRpcError {
         TimedOut = -32002,
         /// The client has too many calls that wait for their answers.
         TooManyRequests = -32003,
+        /// The row that was to be played is in the screen no more.
+        RowGone = -32004,
         /// The address changes something, and no list offered it.
         NotOffered = -32005,
     };

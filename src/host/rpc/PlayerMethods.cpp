@@ -2,6 +2,7 @@
 
 #include "api/core/vesk.h"
 #include "host/player/PlayLogic.h"
+#include "host/player/RowSearch.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/rpc/RpcParams.h"
@@ -42,15 +43,18 @@ void PlayerMethods::play(const JsonRpcCallPtr &call)
     RpcParams params(call->params());
     const CMPath screen = params.screen();
     const int row = params.row();
+    const CMPath rowPath = params.rowPath();
     if (params.failed())
         return call->fail(params.error());
     if (m_gate && !m_gate->mayOpen(screen, call->peer()))
         return call->fail(AddressGate::refusal());
-    m_logic->play(screen, row, [call](const CMError &error, const VeskHash &playId) {
+    m_logic->play({screen, row, rowPath}, [call](const CMError &error, const VeskHash &playId) {
         if (error.isEmpty())
-            call->finish(QVariantHash {{QStringLiteral("playId"), playId}});
-        else
-            call->fail(RpcMethods::toRpcError(error));
+            return call->finish(QVariantHash {{QStringLiteral("playId"), playId}});
+        JsonRpcError failure = RpcMethods::toRpcError(error);
+        if (error.name() == RowSearch::goneName())
+            failure.code = JsonRpcError::RowGone;
+        call->fail(failure);
     });
 }
 

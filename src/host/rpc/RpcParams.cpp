@@ -42,6 +42,11 @@ int RpcParams::row()
     return row;
 }
 
+CMPath RpcParams::rowPath()
+{
+    return m_params.value(QStringLiteral("path")).isNull() ? CMPath() : path();
+}
+
 QStringList RpcParams::roles()
 {
     const QVariant value = m_params.value(QStringLiteral("roles"));
@@ -82,6 +87,14 @@ void RpcParams::range(int &first, int &last)
         fail(QStringLiteral("\"last\" is not before \"first\"."));
     else if (last - first >= MaxRows)
         fail(QStringLiteral("At most %1 rows are answered at once.").arg(MaxRows));
+}
+
+bool RpcParams::refresh()
+{
+    const QVariant value = m_params.value(QStringLiteral("refresh"));
+    if (!value.isNull() && value.userType() != QMetaType::Bool)
+        fail(QStringLiteral("\"refresh\" is true or false."));
+    return value.toBool();
 }
 
 QVariant RpcParams::value()

@@ -27,12 +27,16 @@ public:
     /// "screen" as a path that addresses something, and "row", from 0.
     CMPath screen();
     int row();
+    /// "path" as a row has it; empty when it is missing.
+    CMPath rowPath();
     /// "roles": every role when it is missing.
     QStringList roles();
     /// "role".
     QString role();
     /// "first" and "last", from 0, inclusive.
     void range(int &first, int &last);
+    /// "refresh": whether to read anew; false when it is missing.
+    bool refresh();
     /// "value": anything, but it must be there.
     QVariant value();
 

@@ -7,7 +7,9 @@ namespace {
 
 CMError tooLongError()
 {
-    return CMError(TrString("NodeLink", "The answer is too long."));
+    CMError error(TrString("NodeLink", "The answer is too long."));
+    error.insert(CMError::Name(), CMError::TooLongName());
+    return error;
 }
 
 QString unreadable(MessageKind kind)

@@ -1,189 +1,10 @@
-#include "host/player/PlayLogic.h"
+#include "tests/host/player/PlayLogicFixture.h"
 
-#include "api/core/Language.h"
-#include "api/nodes/CMActivateNode.h"
-#include "api/nodes/CMListRowsNode.h"
-#include "api/nodes/CMNodesWorker.h"
-#include "api/nodes/CMRootWorker.h"
-#include "host/player/MediaPlayer.h"
-#include "tests/support/WorkerThread.h"
-
+#include <QCoreApplication>
 #include <QSet>
-
-#include <gmock/gmock.h>
+#include <QTranslator>
 
 namespace {
-
-constexpr auto Stopped = VeskPlayLogicState::stopped;
-constexpr auto Transitioning = VeskPlayLogicState::transitioning;
-constexpr auto Playing = VeskPlayLogicState::playing;
-constexpr auto Paused = VeskPlayLogicState::paused;
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
-/// Does as it is told by the test.
-class FakePlayer : public MediaPlayer {
-public:
-    void play(const StreamSource &source) override
-    {
-        calls.append(QStringLiteral("play ") + source.url.toString()
-            + (source.live ? QStringLiteral(" live") : QString()));
-    }
-    void pause() override { calls.append(QStringLiteral("pause")); }
-    void resume() override { calls.append(QStringLiteral("resume")); }
-    void stop() override { }
-    void networkIsBack() override { }
-
-    QStringList calls;
-};
-
-/// Answers the step before playing with the roles it got, led to another address; or with an error,
-/// or not until it is told.
-class PrePlayNode : public CMNode {
-public:
-    using CMNode::CMNode;
-
-    bool setDataRequest(const CMSetDataRequest &request) override
-    {
-        EXPECT_EQ(request.role(), VeskRoles::PrePlay());
-        held.append(request);
-        if (!hold)
-            answer();
-        return true;
-    }
-    void answer()
-    {
-        const CMSetDataRequest request = held.takeFirst();
-        if (!error.isEmpty())
-            return request.reply().setError(error);
-        VeskRoles roles(request.value().toHash());
-        VeskMediaData media = roles.mediaData();
-        VeskResource resource = media.activeResource();
-        resource.setUri(text("http://stream/after"));
-        VeskList<VeskResource> resources;
-        resources.append(resource);
-        media.setResources(resources);
-        roles.setMediaData(media);
-        roles.setPath(CMPath::fromEncoded(text("Test:after")));
-        request.reply().setValue(roles.toHash());
-    }
-
-    bool hold = false;
-    CMError error;
-    QList<CMSetDataRequest> held;
-};
-
-/// Keeps what is posted to it.
-class StateNode : public CMNode {
-public:
-    using CMNode::CMNode;
-
-    bool setDataRequest(const CMSetDataRequest &request) override
-    {
-        EXPECT_EQ(request.role(), VeskRoles::Activate());
-        posts.append(VeskPlayLogicData(request.value().toHash()));
-        request.reply().setValue({});
-        return true;
-    }
-
-    QList<VeskPlayLogicData> posts;
-};
-
-/// A screen "Test:list": 0 a station with a step before playing, 1 a file without one, 2 a folder,
-/// 3 audio without an address.
-class PlayLogicTest : public testing::Test {
-protected:
-    PlayLogicTest()
-        : worker({}, text("Test"))
-        , logic(&player)
-    {
-        prePlay = new PrePlayNode(worker.addPrefix(text("prePlay")));
-        prePlay->setNodes(worker.nodes());
-        states = new StateNode(worker.addPrefix(text("states")));
-        states->setNodes(worker.nodes());
-        CMListRowsNode *list
-            = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")));
-        list->rowsAppend(row("Station", "http://stream/before", true));
-        list->rowsAppend(row("File", "http://stream/file", false));
-        VeskRoles folder;
-        folder.setType(VeskRolesType::Container());
-        folder.setTitle(Language::ntr(text("Folder")));
-        list->rowsAppend(folder);
-        list->rowsAppend(row("Nothing", "", false));
-        QObject::connect(&logic, &PlayLogic::changed, [this] { ++changes; });
-    }
-
-    VeskRoles row(const char *title, const char *uri, bool station)
-    {
-        VeskMetaData meta;
-        meta.setLive(station);
-        meta.setPlaybackStateChangePath(worker.addPrefix(text("states")));
-        meta.setContentPlayContextPath(worker.addPrefix(text("menu?guideId=s1")));
-        if (station)
-            meta.setPrePlayPath(worker.addPrefix(text("prePlay")));
-        VeskResource resource;
-        resource.setUri(text(uri));
-        resource.setBitRate(128000);
-        VeskList<VeskResource> resources;
-        resources.append(resource);
-        VeskMediaData media;
-        media.setMetaData(meta);
-        media.setResources(resources);
-        VeskRoles roles;
-        roles.setTitle(Language::ntr(text(title)));
-        roles.setDescription(Language::ntr(text("Words")));
-        roles.setIcon(text("http://icon/"));
-        roles.setType(VeskRolesType::Audio());
-        roles.setPath(worker.addPrefix(text("row")));
-        roles.setMediaData(media);
-        return roles;
-    }
-
-    /// Plays a row and waits for the answer; its id, or the error's message.
-    QString play(int index)
-    {
-        QString answer;
-        logic.play(worker.addPrefix(text("list")), index,
-            [&answer](const CMError &error, const VeskHash &id) {
-                answer = error.isEmpty() ? id[text("id")].toString() : error.message().toString();
-            });
-        EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
-        return answer;
-    }
-    bool waitForPlayer(int calls)
-    {
-        return spinUntil([&] { return player.calls.size() >= calls; });
-    }
-    void beginAnew()
-    {
-        logic.forgetPosts();
-        logic.postAgain();
-    }
-    /// "2 0:error", in the order in which they were posted.
-    QString posts()
-    {
-        EXPECT_TRUE(spinUntil([this] { return !logic.hasUnansweredPosts(); }));
-        QStringList list;
-        for (const VeskPlayLogicData &post : states->posts) {
-            list.append(QString::number(post.state())
-                + (post.error().isEmpty() ? QString() : QLatin1Char(':') + post.error()));
-        }
-        return list.join(QLatin1Char(' '));
-    }
-    int state() const { return logic.state().value(text("state")).toInt(); }
-    QString shown(const char *name) const { return logic.state().value(text(name)).toString(); }
-
-    CMRootWorker root;
-    CMNodesWorker worker;
-    FakePlayer player;
-    PlayLogic logic;
-    PrePlayNode *prePlay;
-    StateNode *states;
-    int changes = 0;
-};
 
 TEST_F(PlayLogicTest, runsTheStepBeforePlayingAndPlaysWhatItLeadsTo)
 {
@@ -265,6 +86,27 @@ TEST_F(PlayLogicTest, pausesAndResumesAndStops)
     EXPECT_EQ(player.calls.mid(1), (QStringList {text("pause"), text("resume")}));
 }
 
+/// Whichever of the two is said first.
+TEST_F(PlayLogicTest, whatThePlayerSaysLateOfAPauseCountsForNothing)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_TRUE(logic.pause().isEmpty());
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_EQ(state(), Paused);
+    Q_EMIT player.audibleChanged(false);
+    EXPECT_EQ(state(), Paused);
+    EXPECT_EQ(posts(), text("2 3"));
+    EXPECT_TRUE(logic.resume().isEmpty());
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_EQ(posts(), text("2 3 2"));
+    EXPECT_TRUE(logic.stop().isEmpty());
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_EQ(state(), Stopped);
+    EXPECT_EQ(posts(), text("2 3 2 0"));
+}
+
 TEST_F(PlayLogicTest, aPauseAlwaysFollowsPlaying)
 {
     play(0);
@@ -321,6 +163,58 @@ TEST_F(PlayLogicTest, anErrorComesWithTheStopAndWithNothingBefore)
     EXPECT_EQ(posts(), text("0:No."));
 }
 
+TEST_F(PlayLogicTest, whatIsPostedIsInTheWordsOfTheSource)
+{
+    class Shouting : public QTranslator {
+    public:
+        QString translate(const char *, const char *source, const char *, int) const override
+        {
+            return QString::fromUtf8(source).toUpper();
+        }
+        bool isEmpty() const override { return false; }
+    } shouting;
+    QCoreApplication::installTranslator(&shouting);
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.gaveUp(
+        TrString(text("Player"), text("Refused (code %1)."), QString(), -1, {TrArg(text("404"))}));
+    EXPECT_EQ(posts(), text("0:Refused (code 404)."));
+    EXPECT_EQ(shown("error"), text("REFUSED (CODE 404)."));
+    QCoreApplication::removeTranslator(&shouting);
+}
+
+TEST_F(PlayLogicTest, theOutputsFailureIsAnErrorAlsoOfWhatWasHeard)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.outputFailed(TrString("Player", "No device."));
+    EXPECT_EQ(posts(), text("2 0:No device."));
+    EXPECT_EQ(state(), Stopped);
+}
+
+TEST_F(PlayLogicTest, whatIsDoneAboutAFaultIsShownUntilThereIsSound)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.problemChanged(TrString("Player", "Trying again in 8 s."));
+    EXPECT_EQ(shown("problem"), text("Trying again in 8 s."));
+    EXPECT_EQ(shown("error"), QString());
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_EQ(shown("problem"), QString());
+    Q_EMIT player.audibleChanged(false);
+    Q_EMIT player.problemChanged(TrString("Player", "Trying again in 1 s."));
+    EXPECT_EQ(shown("problem"), text("Trying again in 1 s."));
+    logic.pause();
+    EXPECT_EQ(shown("problem"), QString());
+    logic.resume();
+    Q_EMIT player.problemChanged(TrString("Player", "Trying again in 2 s."));
+    EXPECT_EQ(shown("problem"), text("Trying again in 2 s."));
+    logic.stop();
+    EXPECT_EQ(shown("problem"), QString());
+    EXPECT_EQ(posts(), text("2 1 2 3 0"));
+}
+
 TEST_F(PlayLogicTest, theEndOfAFileIsAStop)
 {
     play(1);
@@ -337,7 +231,22 @@ TEST_F(PlayLogicTest, aStepThatFailsIsAnError)
     play(0);
     ASSERT_TRUE(spinUntil([this] { return state() == Stopped; }));
     EXPECT_EQ(shown("error"), text("No available streams."));
+    EXPECT_TRUE(player.calls.isEmpty());
+    // There was no stream, so none is named: what the row has is the call that looks for one.
     EXPECT_EQ(posts(), text("0:No available streams."));
+    const VeskRoles told = states->posts.first().trackRoles();
+    EXPECT_EQ(told.mediaData().resources().size(), 0);
+    EXPECT_EQ(told.title().toString(), text("Station"));
+}
+
+TEST_F(PlayLogicTest, aRowThatIsListedAsUnavailableSaysWhyInItsOwnWords)
+{
+    play(4);
+    EXPECT_EQ(state(), Stopped);
+    EXPECT_EQ(shown("error"), text("Words"));
+    EXPECT_EQ(posts(), text("0:Words"));
+    EXPECT_EQ(states->posts.first().trackRoles().mediaData().resources().size(), 0);
+    EXPECT_TRUE(prePlay->held.isEmpty());
     EXPECT_TRUE(player.calls.isEmpty());
 }
 
@@ -345,9 +254,9 @@ TEST_F(PlayLogicTest, rowsThatCannotBePlayedAreRefused)
 {
     EXPECT_EQ(play(2), text("There is nothing to play in this row."));
     EXPECT_EQ(play(3), text("There is nothing to play in this row."));
-    EXPECT_EQ(play(4), text("There is no such row."));
+    EXPECT_EQ(play(5), text("There is no such row."));
     QString answer;
-    logic.play(CMPath::fromEncoded(text("Nobody:x")), 0,
+    logic.play({CMPath::fromEncoded(text("Nobody:x")), 0},
         [&answer](const CMError &error, const VeskHash &) { answer = error.name(); });
     ASSERT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
     EXPECT_EQ(answer, CMError::NoNodeName());
@@ -370,8 +279,8 @@ TEST_F(PlayLogicTest, ofTwoPlaysAtOnceTheLaterWins)
     const auto note = [&answers](const CMError &error, const VeskHash &) {
         answers.append(error.isEmpty() ? text("plays") : error.message().toString());
     };
-    logic.play(worker.addPrefix(text("list")), 0, note);
-    logic.play(worker.addPrefix(text("list")), 1, note);
+    logic.play({worker.addPrefix(text("list")), 0}, note);
+    logic.play({worker.addPrefix(text("list")), 1}, note);
     ASSERT_TRUE(spinUntil([&] { return answers.size() == 2; }));
     EXPECT_THAT(answers,
         testing::UnorderedElementsAre(

@@ -47,6 +47,7 @@ protected:
         row.setType(VeskRolesType::Audio());
         row.setTitle(Language::ntr(text("A \"song\"")));
         row.setMediaData(media);
+        row.setPath(worker.addPrefix(text("song?id=1")));
         CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")))->rowsAppend(row);
         QObject::connect(&methods, &PlayerMethods::changed,
             [this](const QVariant &state) { told.append(state.toHash()); });
@@ -87,22 +88,45 @@ TEST_F(PlayerMethodsTest, playAnswersWithTheIdOfThePlay)
     EXPECT_EQ(state.value(text("state")).toInt(), 1);
 }
 
+TEST_F(PlayerMethodsTest, aRowIsPlayedByItsPathWhereverItStands)
+{
+    const QVariantHash answer
+        = call("play", R"({"screen":"Test:list","row":7,"path":"Test:song?id=1"})");
+    EXPECT_FALSE(answer.value(text("result")).toHash().value(text("playId")).toHash().isEmpty());
+}
+
+TEST_F(PlayerMethodsTest, aRowThatIsGoneIsToldAndWhatPlayedGoesOn)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    Q_EMIT player.audibleChanged(true);
+    const QVariantHash before = logic.state();
+    const QVariantHash answer
+        = call("play", R"({"screen":"Test:list","row":0,"path":"Test:song?id=2"})");
+    EXPECT_EQ(code(answer), -32004);
+    EXPECT_EQ(answer.value(text("error")).toHash().value(text("message")).toString(),
+        text("This entry is no longer in the list."));
+    EXPECT_EQ(logic.state(), before);
+}
+
 TEST_F(PlayerMethodsTest, theStateHasAllItsMembersAlsoWhenNothingPlays)
 {
     const QVariantHash state = call("state").value(text("result")).toHash();
     QStringList names = state.keys();
     names.sort();
     EXPECT_EQ(names.join(QLatin1Char(' ')),
-        text("bitrate contextPath description error icon path playId state streamTitle title uri"));
+        text("bitrate contextPath description error icon path playId problem state streamTitle "
+             "title uri"));
     EXPECT_EQ(state.value(text("state")).toInt(), 0);
     EXPECT_TRUE(state.value(text("playId")).isNull());
 }
 
 TEST_F(PlayerMethodsTest, badParametersAreTold)
 {
-    for (const char *params : {"{}", R"({"screen":"Test:list"})", R"({"row":0})",
-             R"({"screen":"Test:list","row":-1})", R"({"screen":"Test:list","row":"0"})",
-             R"({"screen":"no path","row":0})", R"({"screen":7,"row":0})"})
+    for (const char *params :
+        {"{}", R"({"screen":"Test:list"})", R"({"row":0})", R"({"screen":"Test:list","row":-1})",
+            R"({"screen":"Test:list","row":"0"})", R"({"screen":"Test:list","row":0,"path":""})",
+            R"({"screen":"Test:list","row":0,"path":5})", R"({"screen":"no path","row":0})",
+            R"({"screen":7,"row":0})"})
         EXPECT_EQ(code(call("play", params)), JsonRpcError::InvalidParams) << params;
 }
 

@@ -1,0 +1,116 @@
+#include "host/player/RowSearch.h"
+
+#include "api/nodes/CMRootWorker.h"
+#include "host/player/StreamReceivers.h"
+
+#include <cstdlib>
+#include <memory>
+
+namespace {
+
+CMError goneError()
+{
+    CMError error(playerText(QT_TRANSLATE_NOOP("Player", "This entry is no longer in the list.")));
+    error.insert(CMError::Name(), RowSearch::goneName());
+    return error;
+}
+
+CMError noRowError()
+{
+    return CMError(playerText(QT_TRANSLATE_NOOP("Player", "There is no such row.")));
+}
+
+/// The roles of a row that was asked for all of them.
+VeskRoles rolesOf(const QVariant &row)
+{
+    VeskRoles roles;
+    const QVariantList values = row.toList();
+    for (int i = 0; i < values.size() && i < VeskRoles::all().size(); ++i) {
+        if (!values.at(i).isNull())
+            roles.insert(VeskRoles::all().at(i), values.at(i));
+    }
+    return roles;
+}
+
+/// The index of the row with \a path that stands nearest to \a wanted; -1 when none has it.
+int nearest(const QVariantList &rows, const CMPath &path, int wanted)
+{
+    const int role = VeskRoles::all().indexOf(VeskRoles::Path());
+    int found = -1;
+    for (int i = 0; i < rows.size(); ++i) {
+        const bool nearer = found < 0 || std::abs(i - wanted) < std::abs(found - wanted);
+        if (nearer && CMPath::fromVariant(rows.at(i).toList().value(role)) == path)
+            found = i;
+    }
+    return found;
+}
+
+} // namespace
+
+RowSearch::RowSearch(QObject *parent)
+    : QObject(parent)
+{
+}
+
+RowSearch::~RowSearch() = default;
+
+const QString &RowSearch::goneName()
+{
+    static const QString name = QStringLiteral("player:rowGone");
+    return name;
+}
+
+void RowSearch::start(const RowAddress &address, Found found)
+{
+    m_address = address;
+    m_found = std::move(found);
+    if (address.path.isEmpty())
+        return ask(address.row, address.row);
+    const qint64 last = qint64(address.row) + Neighbours;
+    ask(qMax(0, address.row - Neighbours), static_cast<int>(qMin<qint64>(last, INT_MAX)));
+}
+
+void RowSearch::ask(int first, int last)
+{
+    const auto reply = std::make_shared<CMReplyData<QVariant>>();
+    reply->whenFinished(this, [this, reply, first, last] {
+        take(reply->error(), VeskRowsRoles(reply->value().toHash()), first, last);
+    });
+    CMRoot()->request(CMGetRowsRequest(
+        m_address.screen, VeskRoles::all(), first, last, CMReply<QVariant>(reply)));
+}
+
+void RowSearch::take(const CMError &error, const VeskRowsRoles &rows, int first, int last)
+{
+    if (error.name() == CMError::TooLongName() && last - first >= RangeRows) {
+        m_rangeRows = RangeRows;
+        return ask(first, first + RangeRows - 1);
+    }
+    if (!error.isEmpty())
+        return finish(error);
+    const QVariantList list = rows.rows();
+    if (m_address.path.isEmpty())
+        return list.isEmpty() ? finish(noRowError()) : finish({}, rolesOf(list.first()));
+    const int found = nearest(list, m_address.path, m_address.row - first);
+    if (found >= 0)
+        return finish({}, rolesOf(list.at(found)));
+    if (!m_whole && first == 0 && list.size() >= rows.rowsCount())
+        return finish(goneError());
+    askForMore(rows, last);
+}
+
+void RowSearch::askForMore(const VeskRowsRoles &rows, int last)
+{
+    const int first = m_whole ? last + 1 : 0;
+    m_whole = true;
+    if (first >= qMin(rows.rowsCount(), MaxRows))
+        return finish(goneError());
+    ask(first, qMin(first + m_rangeRows, MaxRows) - 1);
+}
+
+void RowSearch::finish(const CMError &error, const VeskRoles &row)
+{
+    // The search may be destroyed by who is told.
+    const Found found = std::move(m_found);
+    found(error, row);
+}

@@ -1,0 +1,195 @@
+#pragma once
+
+#include "api/core/Language.h"
+#include "api/nodes/CMActivateNode.h"
+#include "api/nodes/CMListRowsNode.h"
+#include "api/nodes/CMNodesWorker.h"
+#include "api/nodes/CMRootWorker.h"
+#include "host/player/MediaPlayer.h"
+#include "host/player/PlayLogic.h"
+#include "tests/support/WorkerThread.h"
+
+#include <gmock/gmock.h>
+
+inline constexpr auto Stopped = VeskPlayLogicState::stopped;
+inline constexpr auto Transitioning = VeskPlayLogicState::transitioning;
+inline constexpr auto Playing = VeskPlayLogicState::playing;
+inline constexpr auto Paused = VeskPlayLogicState::paused;
+
+inline QString text(const char *latin1)
+{
+    return QString::fromLatin1(latin1);
+}
+
+/// Does as it is told by the test. As the real one, it says that nothing is to be heard while it is
+/// being paused, and nothing of what was stopped.
+class FakePlayer : public MediaPlayer {
+public:
+    FakePlayer()
+    {
+        connect(this, &MediaPlayer::audibleChanged, this, [this](bool now) { audible = now; });
+    }
+    void play(const StreamSource &source) override
+    {
+        calls.append(QStringLiteral("play ") + source.url.toString()
+            + (source.live ? QStringLiteral(" live") : QString()));
+    }
+    void pause() override
+    {
+        calls.append(QStringLiteral("pause"));
+        if (audible)
+            Q_EMIT audibleChanged(false);
+    }
+    void resume() override { calls.append(QStringLiteral("resume")); }
+    void stop() override { audible = false; }
+    void networkIsBack() override { }
+
+    QStringList calls;
+    bool audible = false;
+};
+
+/// Answers the step before playing with the roles it got, led to another address; or with an error,
+/// or not until it is told.
+class PrePlayNode : public CMNode {
+public:
+    using CMNode::CMNode;
+
+    bool setDataRequest(const CMSetDataRequest &request) override
+    {
+        EXPECT_EQ(request.role(), VeskRoles::PrePlay());
+        held.append(request);
+        if (!hold)
+            answer();
+        return true;
+    }
+    void answer()
+    {
+        const CMSetDataRequest request = held.takeFirst();
+        if (!error.isEmpty())
+            return request.reply().setError(error);
+        VeskRoles roles(request.value().toHash());
+        VeskMediaData media = roles.mediaData();
+        VeskResource resource = media.activeResource();
+        resource.setUri(text("http://stream/after"));
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        media.setResources(resources);
+        roles.setMediaData(media);
+        roles.setPath(CMPath::fromEncoded(text("Test:after")));
+        request.reply().setValue(roles.toHash());
+    }
+
+    bool hold = false;
+    CMError error;
+    QList<CMSetDataRequest> held;
+};
+
+/// Keeps what is posted to it.
+class StateNode : public CMNode {
+public:
+    using CMNode::CMNode;
+
+    bool setDataRequest(const CMSetDataRequest &request) override
+    {
+        EXPECT_EQ(request.role(), VeskRoles::Activate());
+        posts.append(VeskPlayLogicData(request.value().toHash()));
+        request.reply().setValue({});
+        return true;
+    }
+
+    QList<VeskPlayLogicData> posts;
+};
+
+/// A screen "Test:list": 0 a station with a step before playing, 1 a file without one, 2 a folder,
+/// 3 audio without an address, 4 a station that is not available.
+class PlayLogicTest : public testing::Test {
+protected:
+    PlayLogicTest()
+        : worker({}, text("Test"))
+        , logic(&player)
+    {
+        prePlay = new PrePlayNode(worker.addPrefix(text("prePlay")));
+        prePlay->setNodes(worker.nodes());
+        states = new StateNode(worker.addPrefix(text("states")));
+        states->setNodes(worker.nodes());
+        CMListRowsNode *list
+            = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")));
+        list->rowsAppend(row("Station", "http://stream/before", true));
+        list->rowsAppend(row("File", "http://stream/file", false));
+        VeskRoles folder;
+        folder.setType(VeskRolesType::Container());
+        folder.setTitle(Language::ntr(text("Folder")));
+        list->rowsAppend(folder);
+        list->rowsAppend(row("Nothing", "", false));
+        list->rowsAppend(row("Station", "http://e/service/Audio/restricted.enUS.mp3", true));
+        QObject::connect(&logic, &PlayLogic::changed, [this] { ++changes; });
+    }
+
+    VeskRoles row(const char *title, const char *uri, bool station)
+    {
+        VeskMetaData meta;
+        meta.setLive(station);
+        meta.setPlaybackStateChangePath(worker.addPrefix(text("states")));
+        meta.setContentPlayContextPath(worker.addPrefix(text("menu?guideId=s1")));
+        if (station)
+            meta.setPrePlayPath(worker.addPrefix(text("prePlay")));
+        VeskResource resource;
+        resource.setUri(text(uri));
+        resource.setBitRate(128000);
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        VeskMediaData media;
+        media.setMetaData(meta);
+        media.setResources(resources);
+        VeskRoles roles;
+        roles.setTitle(Language::ntr(text(title)));
+        roles.setDescription(Language::ntr(text("Words")));
+        roles.setIcon(text("http://icon/"));
+        roles.setType(VeskRolesType::Audio());
+        roles.setPath(worker.addPrefix(text("row")));
+        roles.setMediaData(media);
+        return roles;
+    }
+
+    /// Plays a row and waits for the answer; its id, or the error's message.
+    QString play(int index, const char *list = "list")
+    {
+        QString answer;
+        logic.play({worker.addPrefix(text(list)), index},
+            [&answer](const CMError &error, const VeskHash &id) {
+                answer = error.isEmpty() ? id[text("id")].toString() : error.message().toString();
+            });
+        EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
+        return answer;
+    }
+    bool waitForPlayer(int calls)
+    {
+        return spinUntil([&] { return player.calls.size() >= calls; });
+    }
+    void beginAnew()
+    {
+        logic.forgetPosts();
+        logic.postAgain();
+    }
+    /// "2 0:error", in the order in which they were posted.
+    QString posts()
+    {
+        EXPECT_TRUE(spinUntil([this] { return !logic.hasUnansweredPosts(); }));
+        QStringList list;
+        for (const VeskPlayLogicData &post : states->posts) {
+            list.append(QString::number(post.state())
+                + (post.error().isEmpty() ? QString() : QLatin1Char(':') + post.error()));
+        }
+        return list.join(QLatin1Char(' '));
+    }
+    int state() const { return logic.state().value(text("state")).toInt(); }
+    QString shown(const char *name) const { return logic.state().value(text(name)).toString(); }
+
+    CMRootWorker root;
+    CMNodesWorker worker;
+    FakePlayer player;
+    PlayLogic logic;
+    PrePlayNode *prePlay;
+    StateNode *states;
+    int changes = 0;
+};
