@@ -181,6 +181,8 @@ void Host::listen()
         return;
     m_rpc = std::make_unique<JsonRpcDispatcher>();
     m_methods = std::make_unique<RpcMethods>(m_rpc.get());
+    connect(m_values.get(), &CMValuesWorker::valueChanged, m_methods.get(),
+        [methods = m_methods.get()] { methods->forgetScreens(); });
     m_playerMethods = std::make_unique<PlayerMethods>(m_rpc.get(), m_playLogic.get());
     m_gate = std::make_unique<AddressGate>();
     m_plugins->declareIn(m_gate.get());

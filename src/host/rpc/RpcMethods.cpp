@@ -46,9 +46,8 @@ void RpcMethods::seeIcon(const QVariant &icon) const
         m_iconSeen(icon.toString());
 }
 
-QVariant RpcMethods::rowsResult(const QVariant &value, int iconRole) const
+QVariant RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) const
 {
-    const VeskRowsRoles answer(value.toHash());
     const QVariantList rows = answer.rows();
     if (iconRole >= 0) {
         for (const QVariant &row : rows)
@@ -69,24 +68,22 @@ QVariant RpcMethods::dataResult(const QVariant &value, int iconRole) const
 void RpcMethods::getRows(const JsonRpcCallPtr &call)
 {
     RpcParams params(call->params());
-    const CMPath path = params.path();
-    const QStringList roles = params.roles();
-    int first = 0;
-    int last = 0;
-    params.range(first, last);
+    Range range;
+    range.path = params.path();
+    range.roles = params.roles();
+    range.refresh = params.refresh();
+    params.range(range.first, range.last);
     if (params.failed())
         return call->fail(params.error());
-    if (refuses(call, path))
+    if (refuses(call, range.path))
         return;
-    ask(
-        call,
-        [&](const CMReply<QVariant> &reply) {
-            return CMGetRowsRequest(path, roles, first, last, reply);
-        },
-        [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
+    m_screens.rows(call->peer(), range,
+        [this, call, roles = range.roles](const CMError &error, const VeskRowsRoles &rows) {
+            if (!error.isEmpty())
+                return call->fail(toRpcError(error));
             if (m_gate)
-                m_gate->offerRows(roles, VeskRowsRoles(value.toHash()).rows(), peer);
-            return rowsResult(value, roles.indexOf(VeskRoles::Icon()));
+                m_gate->offerRows(roles, rows.rows(), call->peer());
+            call->finish(rowsResult(rows, roles.indexOf(VeskRoles::Icon())));
         });
 }
 
@@ -119,7 +116,8 @@ void RpcMethods::setData(const JsonRpcCallPtr &call)
     ask(
         call,
         [&](const CMReply<QVariant> &reply) { return CMSetDataRequest(path, role, value, reply); },
-        [](const QVariant &answer) {
+        [this, prefix = path.prefix()](const QVariant &answer) {
+            m_screens.forgetService(prefix);
             return QVariantHash {{QStringLiteral("value"), answer}};
         });
 }

@@ -3,6 +3,7 @@
 #include "api/nodes/CMRequest.h"
 #include "api/nodes/CMRootWorker.h"
 #include "host/rpc/JsonRpcDispatcher.h"
+#include "host/rpc/ScreenSnapshots.h"
 
 #include <functional>
 #include <map>
@@ -30,6 +31,9 @@ public:
     /// Which addresses clients may open; without one, all.
     void setGate(AddressGate *gate) { m_gate = gate; }
 
+    /// A value changed by which services answer otherwise: what was read of them before is no more.
+    void forgetScreens() { m_screens.forgetAll(); }
+
     /// \a error as clients are told of it.
     static JsonRpcError toRpcError(const CMError &error);
 
@@ -37,6 +41,7 @@ private:
     using Subscriptions = std::map<CMPath, std::unique_ptr<CMSubscription>>;
     using MakeRequest = std::function<CMRequest(const CMReply<QVariant> &)>;
     using MakeResult = std::function<QVariant(const QVariant &)>;
+    using Range = ScreenSnapshots::Range;
 
     void getRows(const JsonRpcCallPtr &call);
     void getData(const JsonRpcCallPtr &call);
@@ -48,11 +53,12 @@ private:
     /// Whether the client may not open \a path, and was told so.
     bool refuses(const JsonRpcCallPtr &call, const CMPath &path) const;
     Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
-    QVariant rowsResult(const QVariant &value, int iconRole) const;
+    QVariant rowsResult(const VeskRowsRoles &answer, int iconRole) const;
     QVariant dataResult(const QVariant &value, int iconRole) const;
     void seeIcon(const QVariant &icon) const;
 
     IconSeen m_iconSeen;
     AddressGate *m_gate = nullptr;
     std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
+    ScreenSnapshots m_screens;
 };

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "api/nodes/CMReply.h"
+#include "api/nodes/CMRootWorker.h"
+#include "api/values/VeskRowsRoles.h"
+#include "host/rpc/JsonRpcDispatcher.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <vector>
+
+/// Makes one list of the ranges in which a client reads a screen: all rows are fetched at once, and
+/// what the client did not ask for yet is kept for it. A range from row 0 on begins anew, and so
+/// does one after a change: of the screen, as its service tells it, of a value of the host, or by
+/// what a client wrote to the service. Each connection has screens of its own; clients without one
+/// share theirs. A single row is no range: it is fetched alone, unless its screen is there.
+/// Dispatcher's thread.
+class ScreenSnapshots : public QObject {
+    Q_OBJECT
+
+public:
+    /// Rows that are kept of a screen; those beyond are fetched as they are asked for.
+    static constexpr int MaxRows = 10000;
+    /// Screens that are kept for one connection, and for all clients without one.
+    static constexpr int MaxScreens = 4;
+    /// Of memory for all of them, as far as that can be told.
+    static constexpr qint64 MaxBytes = 64 * 1024 * 1024;
+
+    struct Lifetimes {
+        int connected = 60000; ///< milliseconds after the last range
+        int unconnected = 5000; ///< the same for a client without a connection
+    };
+
+    /// What a client asks for.
+    struct Range {
+        CMPath path;
+        QStringList roles;
+        int first = 0;
+        int last = 0;
+        bool refresh = false; ///< begins anew in any case
+    };
+
+    /// Called once, unless this is destroyed before.
+    using Answered = std::function<void(const CMError &error, const VeskRowsRoles &rows)>;
+
+    explicit ScreenSnapshots(QObject *parent = nullptr);
+    ~ScreenSnapshots() override;
+
+    void setLifetimes(const Lifetimes &lifetimes) { m_lifetimes = lifetimes; }
+
+    /// \a peer is null for a client without a connection.
+    void rows(JsonRpcPeer *peer, const Range &range, Answered answered);
+
+    /// From now on everything is fetched anew.
+    void forgetAll();
+    /// The same for the screens of the service that answers for \a prefix.
+    void forgetService(const QString &prefix);
+
+    /// Screens that are kept, and what they take.
+    int count() const;
+    qint64 bytes() const;
+
+private:
+    struct Screen;
+    using ScreenPtr = std::shared_ptr<Screen>;
+
+    ScreenPtr find(JsonRpcPeer *peer, const Range &range) const;
+    ScreenPtr begin(JsonRpcPeer *peer, const Range &range);
+    void fetch(const ScreenPtr &screen);
+    void take(const ScreenPtr &screen, const CMError &error, const VeskRowsRoles &rows);
+    void keep(const ScreenPtr &screen, const VeskRowsRoles &rows);
+    void askDirectly(const Range &range, const Answered &answered);
+    void forget(const std::function<bool(const Screen &)> &which);
+    void makeRoomBeside(const ScreenPtr &latest);
+    void follow(JsonRpcPeer *peer);
+    void sweep();
+
+    Lifetimes m_lifetimes;
+    /// The one that was used last is the last. Those whose rows are on their way stay until they
+    /// are there, to answer who waits for them.
+    std::list<ScreenPtr> m_screens;
+    std::vector<JsonRpcPeer *> m_peers; ///< whose end is waited for
+    QTimer m_sweep;
+};
