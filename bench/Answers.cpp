@@ -54,13 +54,13 @@ QByteArray stationsAnswer(int count)
     return answer("Stations", body);
 }
 
-QByteArray shortStationsAnswer(int count)
+QByteArray shortStationsAnswer(int count, const QByteArray &name)
 {
     QList<QByteArray> body;
     for (int i = 0; i < count; ++i) {
         const QByteArray id = "s" + QByteArray::number(i);
         body.append("{" + entry("element", "outline") + "," + entry("type", "audio") + ","
-            + entry("text", "Radio " + id) + "," + entry("URL", "/Tune.ashx?id=" + id) + "}");
+            + entry("text", name + " " + id) + "," + entry("URL", "/Tune.ashx?id=" + id) + "}");
     }
     return answer("Stations", body);
 }

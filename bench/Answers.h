@@ -8,8 +8,8 @@
 /// A list of \a count stations with 14 entries each, about 500 bytes a station.
 QByteArray stationsAnswer(int count);
 /// A list of \a count stations that say no more than they must: 10,000 of them just fit into the
-/// 1,000,000 bytes that the plug-in reads.
-QByteArray shortStationsAnswer(int count);
+/// 1,000,000 bytes that the plug-in reads. Their names begin with \a name.
+QByteArray shortStationsAnswer(int count, const QByteArray &name = "Radio");
 /// The root menu.
 QByteArray rootAnswer();
 /// The list of genres that the stations name.

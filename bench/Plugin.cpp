@@ -6,6 +6,7 @@
 #include "bench/Answers.h"
 #include "tests/support/ScriptedServer.h"
 
+#include <QAtomicInt>
 #include <QCoreApplication>
 #include <QEventLoop>
 
@@ -16,14 +17,19 @@ namespace {
 
 /// As many stations as fit into the 1,000,000 bytes that the plug-in reads.
 constexpr int LongScreen = 1800;
+/// And of those that say no more than they must.
+constexpr int LongestScreen = 10000;
 
 ScriptedServer::Response serve(const ScriptedServer::Request &request)
 {
+    static QAtomicInt exchanges;
     static const QByteArray longAnswer = stationsAnswer(LongScreen);
     ScriptedServer::Response response;
     response.headers = {{"Content-Type", "application/json; charset=utf-8"}};
     if (request.path() == "/Describe.ashx")
         response.body = genresAnswer();
+    else if (request.target.contains("id=g2"))
+        response.body = shortStationsAnswer(LongestScreen, QByteArray::number(++exchanges));
     else
         response.body = request.target.contains("id=g1") ? longAnswer : rootAnswer();
     return response;

@@ -67,6 +67,8 @@ constexpr Ratio ratios[] = {
         "getRowsOfRoot:p50_us", 1.3},
     {"getRows of a 1 MB screen from a worker process", "getRowsOfLongScreenFromWorker:p50_us",
         "getRowsOfLongScreen:p50_us", 1.5},
+    {"10,000 rows by pages of 100, beside all at once", "readScreenByPages:p50_us",
+        "readScreenAtOnce:p50_us", 1.3},
 };
 
 void printRatios(const Collector &collector)

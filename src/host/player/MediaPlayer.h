@@ -35,9 +35,6 @@ Q_SIGNALS:
     void problemChanged(const TrString &problem);
     /// Everything was heard.
     void ended();
-    /// What is being done about a fault, while there is nothing to hear; empty when sound is there
-    /// again.
-    void problemChanged(const TrString &problem);
     /// It cannot be played, and was not heard.
     void gaveUp(const TrString &problem);
     /// Nothing can be played: the output broke.

@@ -69,6 +69,8 @@ protected:
             player.get(), &MediaPlayer::audibleChanged, [this](bool now) { audible = now; });
         QObject::connect(player.get(), &MediaPlayer::gaveUp,
             [this](const TrString &why) { problem = why.sourceText(); });
+        QObject::connect(player.get(), &MediaPlayer::outputFailed,
+            [this](const TrString &why) { outputProblem = why.sourceText(); });
     }
     void play(const char *path)
     {
@@ -96,6 +98,7 @@ protected:
     std::unique_ptr<StreamPlayer> player;
     bool audible = false;
     QString problem;
+    QString outputProblem;
 };
 
 /// What once held the main thread up for good: headers of AAC without its sound.
@@ -144,6 +147,15 @@ TEST_F(StreamPlayerTest, anOutputThatHangsIsLeftBehindAndTold)
     const int reader = ::open(fifo.constData(), O_RDONLY | O_NONBLOCK);
     EXPECT_TRUE(player->waitForEnd(std::chrono::seconds(10)));
     ::close(reader);
+}
+
+TEST_F(StreamPlayerTest, anOutputThatFailsIsNoFaultOfTheStream)
+{
+    const QTemporaryDir folder;
+    open({AudioOutputSpec::Wav, folder.filePath(QStringLiteral("nowhere/out.wav"))});
+    play("/good");
+    EXPECT_TRUE(spinUntil([this] { return !outputProblem.isEmpty(); }));
+    EXPECT_EQ(problem, QString());
 }
 
 TEST_F(StreamPlayerTest, theNextPlayWaitsForTheFileOfTheOneBefore)
