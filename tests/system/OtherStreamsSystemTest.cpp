@@ -126,7 +126,7 @@ TEST_F(OtherStreamsSystem, whatIsReportedIsEnglish)
             {text("value"), text("de-DE")}});
     play(text("trial%2013"));
     ASSERT_TRUE(product.waitForRequests(text("Report.ashx"), 1, 45000));
-    EXPECT_EQ(member("error"), text("Statt des Streams kommt eine Webseite."));
+    EXPECT_EQ(member("error"), text("Statt des Streams kam eine Webseite."));
     EXPECT_THAT(requests("Report.ashx").first().toStdString(),
         HasSubstr("&message=There%20is%20a%20web%20page%20in%20place%20of%20the%20stream."));
 }

@@ -2,6 +2,10 @@
 
 #include "api/nodes/CMRootWorker.h"
 
+#include <QHash>
+#include <QSet>
+
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -22,6 +26,25 @@ QList<VeskRoles> rowsOf(const QVariant &answer, const QStringList &roles)
     return rows;
 }
 
+/// The parameters in which the paths of \a streams differ.
+QSet<QString> tellingParams(const QList<VeskRoles> &streams)
+{
+    QHash<QString, QSet<QString>> values;
+    QHash<QString, int> counts;
+    for (const VeskRoles &stream : streams) {
+        for (const auto &param : stream.path().paramList()) {
+            values[param.first].insert(param.second);
+            ++counts[param.first];
+        }
+    }
+    QSet<QString> telling;
+    for (auto it = values.begin(); it != values.end(); ++it) {
+        if (it->size() > 1 || counts.value(it.key()) < streams.size())
+            telling.insert(it.key());
+    }
+    return telling;
+}
+
 } // namespace
 
 bool StreamChoice::mayHave(const VeskRoles &row)
@@ -40,6 +63,27 @@ bool StreamChoice::isStream(const VeskRoles &row)
 {
     const CMPath item = itemOf(row);
     return !item.isEmpty() && !row.path().isEmpty() && item != row.path();
+}
+
+int StreamChoice::indexOf(const QList<VeskRoles> &streams, const CMPath &path)
+{
+    const QSet<QString> telling = tellingParams(streams);
+    int found = -1;
+    for (int i = 0; i < streams.size(); ++i) {
+        const CMPath each = streams.at(i).path();
+        if (each == path)
+            return i;
+        const bool isLike = each.equals(path, CMPath::IgnoreParams)
+            && std::all_of(telling.begin(), telling.end(), [&](const QString &key) {
+                   return each.hasParam(key) == path.hasParam(key)
+                       && each.param(key) == path.param(key);
+               });
+        if (isLike && found >= 0)
+            return -1;
+        if (isLike)
+            found = i;
+    }
+    return found;
 }
 
 void StreamChoice::find(const VeskRoles &row, Found found)

@@ -34,6 +34,9 @@ public:
     static CMPath itemOf(const VeskRoles &row);
     /// Whether \a row is one of a station's streams rather than the station.
     static bool isStream(const VeskRoles &row);
+    /// Which of \a streams has \a path, or one that differs from it in nothing by which they differ
+    /// from each other, such as the language; -1 when there is not exactly one.
+    static int indexOf(const QList<VeskRoles> &streams, const CMPath &path);
 
 private:
     using Answered = std::function<void(const QList<VeskRoles> &rows)>;

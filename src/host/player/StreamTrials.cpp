@@ -41,9 +41,8 @@ void StreamTrials::begin(const VeskRoles &row, const CMPath &preferred)
     m_choice.find(row, [this, preferred](const QList<VeskRoles> &streams) {
         m_streams = streams;
         m_known = !streams.isEmpty();
-        const auto found = std::find_if(streams.begin(), streams.end(),
-            [&preferred](const VeskRoles &stream) { return stream.path() == preferred; });
-        const VeskRoles first = found == streams.end() ? m_row : *found;
+        const int found = StreamChoice::indexOf(streams, preferred);
+        const VeskRoles first = found < 0 ? m_row : streams.at(found);
         m_current = first;
         m_queue = others();
         tryNext(first, false);
