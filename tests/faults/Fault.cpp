@@ -1,0 +1,49 @@
+#include "tests/faults/Fault.h"
+
+Expected sounds()
+{
+    return {};
+}
+
+Expected told(const char *words)
+{
+    Expected expected;
+    expected.ending = Ending::Told;
+    expected.words = words;
+    return expected;
+}
+
+Expected Expected::within(double seconds) const
+{
+    Expected changed = *this;
+    (ending == Ending::Sound ? changed.toSound : changed.told) = seconds;
+    return changed;
+}
+
+Expected Expected::silentFor(double seconds) const
+{
+    Expected changed = *this;
+    changed.silence = seconds;
+    return changed;
+}
+
+Expected Expected::noticedIn(double seconds) const
+{
+    Expected changed = *this;
+    changed.noticed = seconds;
+    return changed;
+}
+
+Expected Expected::saying(const char *expression) const
+{
+    Expected changed = *this;
+    changed.words = expression;
+    return changed;
+}
+
+Expected Expected::connecting(int most) const
+{
+    Expected changed = *this;
+    changed.connects = most;
+    return changed;
+}

@@ -1,0 +1,379 @@
+#include "tests/faults/StreamingServer.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <atomic>
+#include <cerrno>
+#include <list>
+#include <mutex>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/eventfd.h>
+#include <sys/socket.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+constexpr int MaxHeadBytes = 64 * 1024;
+constexpr double TickSeconds = 0.05;
+
+double secondsSince(Clock::time_point time)
+{
+    return std::chrono::duration<double>(Clock::now() - time).count();
+}
+
+int listenOnLoopback(quint16 &port)
+{
+    const int listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address {};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto *generic = reinterpret_cast<sockaddr *>(&address);
+    if (listener < 0 || bind(listener, generic, size) != 0 || listen(listener, 256) != 0
+        || getsockname(listener, generic, &size) != 0)
+        throw std::runtime_error("StreamingServer: no port to listen on");
+    port = ntohs(address.sin_port);
+    return listener;
+}
+
+} // namespace
+
+Line::~Line() = default;
+
+struct StreamingServer::Private {
+    class Connection;
+
+    explicit Private(Pages all)
+        : pages(std::move(all))
+        , listener(listenOnLoopback(port))
+        , stop(eventfd(0, EFD_CLOEXEC))
+    {
+        acceptor = std::thread([this] { acceptAll(); });
+    }
+    ~Private();
+
+    void acceptAll();
+    void serve(int socket);
+    const Script *scriptFor(const QByteArray &path);
+
+    // Fixed after construction.
+    const Pages pages;
+    quint16 port = 0;
+    const int listener;
+    const int stop; ///< readable once the server ends
+    std::thread acceptor;
+    std::atomic<bool> isAway {false};
+
+    mutable std::mutex mutex;
+    // Guarded by mutex.
+    std::vector<Arrival> arrivals;
+    std::vector<Clock::time_point> faults;
+    std::map<QByteArray, std::size_t> counts;
+    std::list<std::thread> threads;
+};
+
+class StreamingServer::Private::Connection : public Line {
+public:
+    Connection(Private &server, int socket)
+        : m_server(server)
+        , m_socket(socket)
+    {
+        const int on = 1;
+        setsockopt(m_socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    }
+    ~Connection() override { ::close(m_socket); }
+
+    bool send(const QByteArray &bytes) override
+    {
+        for (int sent = 0; sent < bytes.size();) {
+            if (!ready(POLLOUT, -1))
+                return false;
+            const auto count = ::send(m_socket, bytes.constData() + sent,
+                static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL | MSG_DONTWAIT);
+            if (count < 0 && errno != EAGAIN)
+                return false;
+            sent += static_cast<int>(std::max<ssize_t>(count, 0));
+        }
+        return true;
+    }
+
+    bool wait(double seconds) override
+    {
+        const auto until = Clock::now() + std::chrono::duration<double>(seconds);
+        do {
+            const std::chrono::duration<double, std::milli> left = until - Clock::now();
+            if (!ready(0, std::clamp(static_cast<int>(left.count()) + 1, 0, 50)))
+                return false;
+        } while (Clock::now() < until);
+        return true;
+    }
+
+    void close() override
+    {
+        shutdown(m_socket, SHUT_WR);
+        // Until the other side has taken what was sent.
+        char bytes[4096];
+        while (ready(POLLIN, 2000) && recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT) > 0) { }
+    }
+
+    void reset() override
+    {
+        const linger now {1, 0};
+        setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &now, sizeof now);
+    }
+
+    double age() const override
+    {
+        const std::lock_guard<std::mutex> lock(m_server.mutex);
+        return m_server.arrivals.empty() ? 0 : secondsSince(m_server.arrivals.front().at);
+    }
+
+    void markFault() override
+    {
+        const std::lock_guard<std::mutex> lock(m_server.mutex);
+        m_server.faults.push_back(Clock::now());
+    }
+
+    /// The path of the request; empty when none comes.
+    QByteArray readPath()
+    {
+        QByteArray request;
+        while (!request.contains("\r\n\r\n")) {
+            char bytes[4096];
+            if (request.size() > MaxHeadBytes || !ready(POLLIN, 10000))
+                return {};
+            const auto count = recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT);
+            if (count <= 0)
+                return {};
+            request.append(bytes, static_cast<int>(count));
+        }
+        return request.split(' ').value(1).split('?').first();
+    }
+
+private:
+    /// Waits for \a events, or for so many milliseconds when there are none.
+    bool ready(short events, int milliseconds)
+    {
+        pollfd waits[]
+            = {{m_socket, static_cast<short>(events | POLLRDHUP), 0}, {m_server.stop, POLLIN, 0}};
+        // A server that is away lets go of everything.
+        const Clock::time_point begin = Clock::now();
+        for (;;) {
+            const int count = poll(waits, 2, milliseconds < 0 ? 100 : std::min(milliseconds, 100));
+            if (count < 0 && errno != EINTR)
+                return false;
+            if (m_server.isAway) {
+                reset();
+                return false;
+            }
+            if (waits[1].revents || (waits[0].revents & (POLLERR | POLLHUP | POLLRDHUP)))
+                return false;
+            if (count > 0)
+                return true;
+            if (milliseconds >= 0 && secondsSince(begin) * 1000 >= milliseconds)
+                return events == 0;
+        }
+    }
+
+    Private &m_server;
+    const int m_socket;
+};
+
+StreamingServer::Private::~Private()
+{
+    eventfd_write(stop, 1);
+    acceptor.join();
+    for (std::thread &thread : threads)
+        thread.join();
+    ::close(stop);
+    ::close(listener);
+}
+
+void StreamingServer::Private::acceptAll()
+{
+    for (;;) {
+        pollfd waits[] = {{listener, POLLIN, 0}, {stop, POLLIN, 0}};
+        if (poll(waits, 2, -1) < 0 && errno != EINTR)
+            return;
+        if (waits[1].revents)
+            return;
+        const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+        if (socket < 0)
+            continue;
+        const std::lock_guard<std::mutex> lock(mutex);
+        threads.emplace_back([this, socket] { serve(socket); });
+    }
+}
+
+const Script *StreamingServer::Private::scriptFor(const QByteArray &path)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    arrivals.push_back({path, Clock::now()});
+    const auto page = pages.find(path);
+    if (page == pages.end())
+        return nullptr;
+    const std::size_t number = counts[path]++;
+    return &page->second[std::min(number, page->second.size() - 1)];
+}
+
+void StreamingServer::Private::serve(int socket)
+{
+    Connection connection(*this, socket);
+    if (isAway)
+        return connection.reset();
+    const QByteArray path = connection.readPath();
+    if (path.isEmpty())
+        return;
+    static const Script missing {script::answer(404)};
+    const Script *script = scriptFor(path);
+    for (const Step &step : script ? *script : missing) {
+        if (!step(connection))
+            return;
+    }
+    connection.close();
+}
+
+StreamingServer::StreamingServer(Pages pages)
+    : d(std::make_unique<Private>(std::move(pages)))
+{
+}
+
+StreamingServer::~StreamingServer() = default;
+
+quint16 StreamingServer::port() const
+{
+    return d->port;
+}
+
+std::vector<StreamingServer::Arrival> StreamingServer::arrivals() const
+{
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    return d->arrivals;
+}
+
+std::vector<Clock::time_point> StreamingServer::faults() const
+{
+    const std::lock_guard<std::mutex> lock(d->mutex);
+    return d->faults;
+}
+
+void StreamingServer::goAway()
+{
+    d->isAway = true;
+}
+
+void StreamingServer::comeBack()
+{
+    d->isAway = false;
+}
+
+namespace script {
+
+Step send(const QByteArray &bytes)
+{
+    return [bytes](Line &line) { return line.send(bytes); };
+}
+
+Step head(const char *type, const QByteArray &more)
+{
+    return send("HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Type: " + QByteArray(type) + "\r\n"
+        + more + "\r\n");
+}
+
+Step answer(int code, const QByteArray &body, const char *type, const QByteArray &more)
+{
+    return send("HTTP/1.1 " + QByteArray::number(code) + " Scripted\r\nConnection: close\r\n"
+        + "Content-Type: " + type + "\r\nContent-Length: " + QByteArray::number(body.size())
+        + "\r\n" + more + "\r\n" + body);
+}
+
+Step answer(const std::function<QByteArray(double age)> &body, const char *type)
+{
+    return [body, type = QByteArray(type)](
+               Line &line) { return answer(200, body(line.age()), type.constData())(line); };
+}
+
+Step live(const Media &media, double seconds, double ahead)
+{
+    return [media, seconds, ahead](Line &line) {
+        const Clock::time_point begin = Clock::now();
+        for (qint64 sent = 0; seconds == 0 || secondsSince(begin) < seconds;) {
+            const double due = (secondsSince(begin) + ahead) * media.bytesPerSecond();
+            while (sent < static_cast<qint64>(due)) {
+                const auto at = static_cast<int>(sent % media.bytes.size());
+                const QByteArray piece
+                    = media.bytes.mid(at, static_cast<int>(due - static_cast<double>(sent)));
+                if (!line.send(piece))
+                    return false;
+                sent += piece.size();
+            }
+            if (!line.wait(TickSeconds))
+                return false;
+        }
+        return true;
+    };
+}
+
+Step liveWithTitles(const Media &media, int interval, const QByteArray &title)
+{
+    const int blocks = (title.size() + 15) / 16;
+    const QByteArray block = static_cast<char>(blocks) + title.leftJustified(16 * blocks, '\0');
+    Media mixed;
+    // A whole number of rounds, so that the intervals go on where the bytes begin anew.
+    for (int at = 0; at + interval <= media.bytes.size(); at += interval)
+        mixed.bytes += media.bytes.mid(at, interval) + block;
+    mixed.seconds = (media.bytes.size() / interval) * interval / media.bytesPerSecond();
+    return live(mixed);
+}
+
+Step flood(const QByteArray &piece, double bytesPerSecond, qint64 most)
+{
+    return [piece, bytesPerSecond, most](Line &line) {
+        const Clock::time_point begin = Clock::now();
+        for (qint64 sent = 0; sent < most; sent += piece.size()) {
+            if (!line.send(piece))
+                return false;
+            const double early = static_cast<double>(sent) / bytesPerSecond - secondsSince(begin);
+            if (early > 0 && !line.wait(early))
+                return false;
+        }
+        return line.wait(600);
+    };
+}
+
+Step pause(double seconds)
+{
+    return [seconds](Line &line) { return line.wait(seconds); };
+}
+
+Step stall()
+{
+    return [](Line &line) {
+        line.markFault();
+        return line.wait(600);
+    };
+}
+
+Step reset()
+{
+    return [](Line &line) {
+        line.markFault();
+        line.reset();
+        return false;
+    };
+}
+
+Step close()
+{
+    return [](Line &line) {
+        line.markFault();
+        line.close();
+        return false;
+    };
+}
+
+} // namespace script

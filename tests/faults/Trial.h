@@ -1,0 +1,86 @@
+#pragma once
+
+#include "tests/faults/Fault.h"
+#include "tests/faults/Watch.h"
+#include "tests/system/Product.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Where a fault is played out: a host of its own with the local directory and the servers of the
+/// fault's site. On the thread of its trial.
+class Stage {
+public:
+    Stage(const Site &site, const QString &folder);
+    ~Stage();
+
+    bool isUp() const { return m_product.isUp(); }
+    const Product &product() const { return m_product; }
+    StreamingServer &server() { return m_server; }
+    const QString &wav() const { return m_wav; }
+    qint64 pid() const { return m_product.host().processId(); }
+
+    /// Plays what the site offers, or another address of its server.
+    void play(const Site &site, const HostLink &link) const;
+    void play(const QByteArray &url, bool live, const HostLink &link) const;
+
+    /// Makes the directory misbehave.
+    void setFault(const QByteArray &fault);
+    void clearFaults() { m_product.clearFaults(); }
+    /// Sends the host's children whose command line holds \a name a signal; to all without one.
+    void signalChildren(int number, const QByteArray &name = {});
+    /// From here on something is wrong that must be noticed.
+    void markFault() { m_faults.push_back(Clock::now()); }
+
+    /// Connections to the servers, those of the directory's streams included, and when something
+    /// was done wrong, in their order.
+    std::vector<Clock::time_point> arrivals() const;
+    std::vector<Clock::time_point> faults() const;
+    bool wasAskedFor(const std::vector<QByteArray> &paths) const;
+    /// Looks for new requests in the directory's log.
+    void look();
+    /// Ends the host; what is wrong with how it ended.
+    std::string end();
+    /// Ends a host that does not answer any more.
+    void kill();
+
+private:
+    QStringList arguments(const QString &folder) const;
+
+    const QString m_wav;
+    StreamingServer m_server;
+    StreamingServer m_moved;
+    std::unique_ptr<class SafeServer> m_safe;
+    Product m_product;
+    std::vector<Clock::time_point> m_faults;
+    std::vector<Clock::time_point> m_streamRequests;
+};
+
+/// What was measured, in seconds; -1 where there is nothing to measure.
+struct Figures {
+    double toSound = -1;
+    double silence = -1; ///< the longest after the first sound
+    double falsePlaying = 0; ///< the longest "playing" without samples
+    double noticed = -1; ///< the longest from a fault to the next connection or word
+    double stopped = -1; ///< until the play was over
+    double slowestAnswer = 0;
+    double megabytes = 0;
+    int connects = 0;
+    bool soundsAtEnd = false;
+    std::vector<std::string> told; ///< errors and problems, in their order
+};
+
+struct Result {
+    const Fault *fault = nullptr;
+    Figures figures;
+    std::vector<std::string> failures; ///< what was expected and is not so
+
+    bool passed() const { return failures.empty(); }
+};
+
+/// Plays a fault out and judges what came of it. Whatever the fault, the host must answer within
+/// two seconds, say "playing" for at most three without samples, take no more than 300 MB with its
+/// children, then stop, play a healthy stream within five seconds, and end in order. \a folder is
+/// kept by the caller: the host's log and what was heard are in it.
+Result playOut(const Fault &fault, const QString &folder);
