@@ -58,7 +58,7 @@ std::vector<Fault> answerFaults()
             [] {
                 return Site {{{"/", {refusal(503), refusal(503), refusal(503), healthy()}}}};
             }},
-        {"503 three times after a break", sounds().silentFor(5), 25,
+        {"503 three times after a break", sounds().silentFor(9), 30,
             [] {
                 return Site {{{"/",
                     {{head(), live(media::mp3(), 6), close()}, refusal(503), refusal(503),

@@ -51,11 +51,10 @@ std::vector<Fault> connectionFaults()
                 site.url = "http://refused.test/";
                 return site;
             }},
-        // A label of more than 63 letters, which no name server is asked for.
         {"no such name", told("has no address"), 40,
             [] {
                 Site site;
-                site.url = "http://" + QByteArray(64, 'a') + ".test/";
+                site.url = "http://nameless.test/";
                 return site;
             }},
         {"reset at the start, each time", told("lost|reached|answer"), 40,
@@ -141,6 +140,12 @@ std::vector<Fault> connectionFaults()
                 Site site {{{"/",
                     {{head("audio/mpeg", length), send(episode.left(6 * 16000)), reset()},
                         {head("audio/mpeg", length), send(episode)}}}}};
+                site.live = false;
+                return site;
+            }},
+        {"an episode of five bytes", told("."), 40,
+            [] {
+                Site site {{{"/", {{answer(200, media::mp3().bytes.left(5), "audio/mpeg")}}}}};
                 site.live = false;
                 return site;
             }},

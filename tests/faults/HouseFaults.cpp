@@ -42,7 +42,7 @@ std::vector<Fault> houseFaults()
 {
     return {
         {"directory and streams are down for 20 seconds", sounds().silentFor(36), 70,
-            [] { return directory({streamFault(8, "down:20")}); }},
+            [] { return directory({otherFault(8, "down:20")}); }},
         {"the directory's pages stall while a station plays", sounds().silentFor(0.5), 20,
             [] {
                 return directory(
@@ -54,7 +54,7 @@ std::vector<Fault> houseFaults()
             [] { return directory({streamFault(8, "stream-stall@/stream/:0*1")}); }},
         {"the directory sends garbage in a stream", sounds().silentFor(2), 20,
             [] { return directory({otherFault(8, "stream-garbage@/stream/:0,20000*1")}); }},
-        {"a stream is refused three times", sounds().silentFor(5), 25,
+        {"a stream is refused three times", sounds().silentFor(9), 30,
             [] {
                 return directory({streamFault(
                     8, "[\"http-status@/stream/:503*3\", \"stream-close@/stream/:0*1\"]")});
@@ -69,7 +69,10 @@ std::vector<Fault> houseFaults()
         {"plug-ins' processes are killed while a station plays", sounds().silentFor(0.5), 15,
             [] { return directory({signalTo("vesk-worker", SIGKILL, 6)}); }, true},
         {"plug-ins' processes are stopped while a station plays", sounds().silentFor(0.5), 15,
-            [] { return directory({signalTo("vesk-worker", SIGSTOP, 6)}); }},
+            [] {
+                return directory(
+                    {signalTo("vesk-worker", SIGSTOP, 6), signalTo("vesk-worker", SIGCONT, 12)});
+            }},
         {"all of the host's processes are killed while a station plays", sounds(), 18,
             [] { return directory({signalTo({}, SIGKILL, 8)}); }, true},
         {"all of the host's processes are killed every five seconds", sounds().silentFor(1.5), 35,

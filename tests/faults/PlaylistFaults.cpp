@@ -91,8 +91,8 @@ std::vector<Fault> playlistFaults()
             }},
         {"a playlist with files and other protocols before the stream", sounds().within(3), 8,
             [] {
-                return listing("#EXTM3U\nfile:///etc/passwd\nudp://239.0.0.1:5000\n/etc/passwd"
-                               "\x01\nrtsp://radio.test/x\nhttp://radio.test/good\n");
+                return listing("#EXTM3U\nfile:///etc/passwd\nudp://239.0.0.1:5000\n"
+                               "rtsp://radio.test/x\nhttp://radio.test/good\n");
             }},
         {"a playlist with nothing but files", told("no stream|no longer|404"), 40,
             [] { return listing("#EXTM3U\nfile:///etc/passwd\nfile:///etc/hostname\n"); }},

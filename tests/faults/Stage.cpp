@@ -49,28 +49,33 @@ private:
         m_certificate.certificateFile, m_certificate.keyFile};
 };
 
-Stage::Stage(const Site &site, const QString &folder)
+Stage::Stage(const Site &site, const QString &folder, const QStringList &more)
     : m_wav(folder + text("/out.wav"))
     , m_server(withHealthyStream(site.pages))
     , m_moved(site.moved)
     , m_safe(site.safe ? std::make_unique<SafeServer>() : nullptr)
-    , m_product(arguments(folder))
+    , m_product(arguments(folder, more))
 {
 }
 
 Stage::~Stage() = default;
 
-QStringList Stage::arguments(const QString &folder) const
+QStringList Stage::arguments(const QString &folder, const QStringList &more) const
 {
     QStringList all {text("--plugin"), text(STREAMS_PLUGIN), text("--audio"), text("wav:") + m_wav,
-        text("--log-level"), text("debug"), text("--log-file"), folder + text("/host.log"),
-        text("--connect-to"), connectTo("radio.test", "80", m_server.port()), text("--connect-to"),
+        text("--log-file"), folder + text("/host.log"), text("--connect-to"),
+        connectTo("radio.test", "80", m_server.port()), text("--connect-to"),
         connectTo("moved.test", "80", m_moved.port()),
         // Nothing listens on the first port.
-        text("--connect-to"), connectTo("refused.test", "80", 1)};
+        text("--connect-to"), connectTo("refused.test", "80", 1),
+        // A label of more than 63 letters, which no name server is asked for.
+        text("--connect-to"),
+        text("nameless.test:80:") + QString(64, QLatin1Char('a')) + text(".test:80")};
     if (m_safe)
         all += m_safe->arguments();
-    return all;
+    if (!more.contains(text("--log-level")))
+        all += {text("--log-level"), text("debug")};
+    return all + more;
 }
 
 void Stage::play(const Site &site, const HostLink &link) const

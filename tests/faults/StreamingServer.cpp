@@ -56,7 +56,13 @@ struct StreamingServer::Private {
     }
     ~Private();
 
+    struct Peer {
+        std::thread thread;
+        bool finished = false;
+    };
+
     void acceptAll();
+    void joinFinished();
     void serve(int socket);
     const Script *scriptFor(const QByteArray &path);
 
@@ -73,7 +79,7 @@ struct StreamingServer::Private {
     std::vector<Arrival> arrivals;
     std::vector<Clock::time_point> faults;
     std::map<QByteArray, std::size_t> counts;
-    std::list<std::thread> threads;
+    std::list<Peer> peers;
 };
 
 class StreamingServer::Private::Connection : public Line {
@@ -187,8 +193,8 @@ StreamingServer::Private::~Private()
 {
     eventfd_write(stop, 1);
     acceptor.join();
-    for (std::thread &thread : threads)
-        thread.join();
+    for (Peer &peer : peers)
+        peer.thread.join();
     ::close(stop);
     ::close(listener);
 }
@@ -204,9 +210,31 @@ void StreamingServer::Private::acceptAll()
         const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (socket < 0)
             continue;
+        joinFinished();
         const std::lock_guard<std::mutex> lock(mutex);
-        threads.emplace_back([this, socket] { serve(socket); });
+        Peer &peer = peers.emplace_back();
+        peer.thread = std::thread([this, socket, &peer] {
+            serve(socket);
+            const std::lock_guard<std::mutex> end(mutex);
+            peer.finished = true;
+        });
     }
+}
+
+/// Only the acceptor adds and removes peers, so none can vanish under it.
+void StreamingServer::Private::joinFinished()
+{
+    std::list<Peer> done;
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        for (auto it = peers.begin(); it != peers.end();) {
+            const auto here = it++;
+            if (here->finished)
+                done.splice(done.end(), peers, here);
+        }
+    }
+    for (Peer &peer : done)
+        peer.thread.join();
 }
 
 const Script *StreamingServer::Private::scriptFor(const QByteArray &path)
@@ -223,8 +251,10 @@ const Script *StreamingServer::Private::scriptFor(const QByteArray &path)
 void StreamingServer::Private::serve(int socket)
 {
     Connection connection(*this, socket);
-    if (isAway)
+    if (isAway) {
+        scriptFor({});
         return connection.reset();
+    }
     const QByteArray path = connection.readPath();
     if (path.isEmpty())
         return;

@@ -41,7 +41,7 @@ using Pages = std::map<QByteArray, std::vector<Script>>;
 class StreamingServer {
 public:
     struct Arrival {
-        QByteArray path;
+        QByteArray path; ///< empty while the server is away
         Clock::time_point at;
     };
 

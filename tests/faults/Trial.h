@@ -12,7 +12,8 @@
 /// fault's site. On the thread of its trial.
 class Stage {
 public:
-    Stage(const Site &site, const QString &folder);
+    /// \a folder gets the host's log and what was heard; \a more are added to its arguments.
+    Stage(const Site &site, const QString &folder, const QStringList &more = {});
     ~Stage();
 
     bool isUp() const { return m_product.isUp(); }
@@ -46,7 +47,7 @@ public:
     void kill();
 
 private:
-    QStringList arguments(const QString &folder) const;
+    QStringList arguments(const QString &folder, const QStringList &more) const;
 
     const QString m_wav;
     StreamingServer m_server;

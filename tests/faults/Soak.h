@@ -1,0 +1,70 @@
+#pragma once
+
+#include "tests/faults/Footprint.h"
+#include "tests/faults/Trial.h"
+
+#include <cstdio>
+#include <random>
+#include <vector>
+
+/// A long run of one host: stations are switched and paused, streams and the directory go wrong,
+/// processes are killed, clients come and go. Every half minute everything stops for a moment, and
+/// what the host takes of the machine is written down: only such moments can be compared.
+class Soak {
+public:
+    struct Counts {
+        int switches = 0;
+        int badStreams = 0;
+        int pauses = 0;
+        int faults = 0; ///< of the directory and its streams
+        int deaths = 0; ///< of processes that the host had started
+        int clients = 0;
+        int checks = 0; ///< of a healthy station
+        int notHeard = 0; ///< within eight seconds
+        int slowAnswers = 0; ///< of more than two seconds, or none
+        double slowestAnswer = 0;
+    };
+    struct Sample {
+        double seconds;
+        bool quiet; ///< nothing plays
+        Footprint footprint;
+    };
+
+    /// Does the same for the same \a seed, as far as time allows. Writes samples to \a csv as they
+    /// come.
+    Soak(const QString &folder, unsigned seed, std::FILE *csv);
+
+    bool isUp() const { return m_stage.isUp(); }
+    /// Returns sooner when the host is gone.
+    void run(double seconds);
+    /// The host's end; what was wrong with it.
+    std::string end() { return m_stage.end(); }
+
+    const Counts &counts() const { return m_counts; }
+    const std::vector<Sample> &samples() const { return m_samples; }
+
+private:
+    using Deed = void (Soak::*)();
+
+    void switchStation();
+    void playBadStream();
+    void pauseAndResume();
+    void disturbDirectory();
+    void killProcess();
+    void churnClients();
+    void checkHealthy();
+    void sample();
+    void listen(double least, double most);
+    QVariantHash ask(const char *method, const QVariantHash &params = {});
+    template <class List>
+    const auto &oneOf(const List &list);
+    double elapsed() const;
+
+    Stage m_stage;
+    const HostLink m_link;
+    std::mt19937 m_random;
+    std::FILE *const m_csv;
+    const Clock::time_point m_begin = Clock::now();
+    Counts m_counts;
+    std::vector<Sample> m_samples;
+};
