@@ -15,6 +15,8 @@ namespace {
 constexpr double SampleEvery = 30;
 constexpr double SlowAnswer = 2;
 constexpr long PatienceMs = 10000;
+/// A host that leaves so many questions unanswered is dead.
+constexpr int MostUnanswered = 3;
 constexpr double ToSound = 8;
 /// What was closed is gone after this.
 constexpr std::chrono::milliseconds Settling {2000};
@@ -95,7 +97,7 @@ void Soak::run(double length)
         &Soak::pauseAndResume, &Soak::disturbDirectory, &Soak::disturbDirectory, &Soak::killProcess,
         &Soak::churnClients, &Soak::churnClients};
     double nextSample = 0;
-    while (elapsed() < length && m_stage.product().host().state() == QProcess::Running) {
+    while (elapsed() < length && !isDead()) {
         if (elapsed() >= nextSample) {
             checkHealthy();
             sample();
@@ -106,6 +108,20 @@ void Soak::run(double length)
     sample();
 }
 
+bool Soak::isDead() const
+{
+    return m_unanswered >= MostUnanswered
+        || !QFileInfo::exists(QStringLiteral("/proc/%1/exe").arg(m_stage.pid()));
+}
+
+std::string Soak::end()
+{
+    if (!isDead())
+        return m_stage.end();
+    m_stage.kill();
+    return "the host does not answer";
+}
+
 QVariantHash Soak::ask(const char *method, const QVariantHash &params)
 {
     const Clock::time_point asked = Clock::now();
@@ -114,6 +130,7 @@ QVariantHash Soak::ask(const char *method, const QVariantHash &params)
     m_counts.slowestAnswer = std::max(m_counts.slowestAnswer, took);
     if (took > SlowAnswer || answer.isEmpty())
         ++m_counts.slowAnswers;
+    m_unanswered = answer.isEmpty() ? m_unanswered + 1 : 0;
     return answer;
 }
 

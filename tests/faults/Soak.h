@@ -35,10 +35,10 @@ public:
     Soak(const QString &folder, unsigned seed, std::FILE *csv);
 
     bool isUp() const { return m_stage.isUp(); }
-    /// Returns sooner when the host is gone.
+    /// Returns sooner when the host is gone, or has stopped answering.
     void run(double seconds);
     /// The host's end; what was wrong with it.
-    std::string end() { return m_stage.end(); }
+    std::string end();
 
     const Counts &counts() const { return m_counts; }
     const std::vector<Sample> &samples() const { return m_samples; }
@@ -59,6 +59,7 @@ private:
     template <class List>
     const auto &oneOf(const List &list);
     double elapsed() const;
+    bool isDead() const;
 
     Stage m_stage;
     const HostLink m_link;
@@ -66,5 +67,6 @@ private:
     std::FILE *const m_csv;
     const Clock::time_point m_begin = Clock::now();
     Counts m_counts;
+    int m_unanswered = 0; ///< one after the other
     std::vector<Sample> m_samples;
 };

@@ -58,6 +58,13 @@ public:
         print(name, before, after, (after - before) / (hours / 2), after - before <= most);
     }
 
+    /// For information: it changes with what else runs on the machine.
+    void tell(const char *name, const Figure &figure) const
+    {
+        std::printf("| %s | %.0f | %.0f | | |\n", name, median(part(m_samples, 0.25, 0.5, figure)),
+            median(part(m_samples, 0.75, 1, figure)));
+    }
+
     void require(const char *name, double measured, bool isFine)
     {
         std::printf("| %s | | %g | | %s |\n", name, measured, isFine ? "yes" : "**no**");
@@ -89,14 +96,16 @@ int judge(const Soak &soak, const std::string &wrongEnd)
     Verdict verdict(soak.samples());
     verdict.compare(
         "host: resident KB", [](const Footprint &f) { return f.hostKilobytes; }, true);
-    verdict.compare(
-        "host: its share, KB", [](const Footprint &f) { return f.hostShare; }, true);
+    verdict.tell("host: its share, KB", [](const Footprint &f) { return f.hostShare; });
     verdict.compare(
         "host: descriptors", [](const Footprint &f) { return f.hostDescriptors; }, false);
     verdict.compare(
         "host: threads", [](const Footprint &f) { return f.hostThreads; }, false);
     verdict.compare(
         "its processes", [](const Footprint &f) { return f.children; }, false);
+    verdict.compare(
+        "their resident KB", [](const Footprint &f) { return f.childrenKilobytes; }, true);
+    verdict.tell("their share, KB", [](const Footprint &f) { return f.childrenShare; });
     verdict.compare(
         "their descriptors", [](const Footprint &f) { return f.childrenDescriptors; }, false);
     verdict.compare(
