@@ -14,7 +14,7 @@ class Stage;
 enum class Ending {
     Sound, ///< It is heard at the end of the watch.
     Told, ///< It ends with an error, in words.
-    SoundOrTold, ///< Either: what can be made of it depends on the decoder.
+    SoundOrTold, ///< Any of these and of Trying: what can be made of it depends on the decoder.
     Ended, ///< It ends, and that is no error.
     Trying, ///< It says what is wrong, in words, and goes on trying.
 };

@@ -187,7 +187,8 @@ private:
         const bool said = wasSaid(m_figures.told, m_expected.words);
         switch (m_expected.ending) {
         case Ending::SoundOrTold:
-            if (sounds)
+            // What was heard once is not given up.
+            if (sounds || (!over && m_figures.toSound >= 0 && said))
                 return;
             [[fallthrough]];
         case Ending::Told:
