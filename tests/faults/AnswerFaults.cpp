@@ -69,23 +69,12 @@ std::vector<Fault> answerFaults()
                 return Site {{{"/", {refusal(503, "Retry-After: 2\r\n"), healthy()}}}};
             },
             true},
-        {"404 for ever after a break",
-            [] {
-                Expected expected = told("Trying again|Trying another");
-                expected.ending = Ending::Trying;
-                return expected;
-            }(),
-            30,
+        {"404 for ever after a break", triesOn("Trying again|Trying another"), 30,
             [] {
                 return Site {{{"/", {{head(), live(media::mp3(), 6), close()}, refusal(404)}}}};
             }},
         {"503 with Retry-After of an hour after a break",
-            [] {
-                Expected expected = told("Trying again|busy|minutes|later");
-                expected.ending = Ending::Trying;
-                return expected;
-            }(),
-            25,
+            triesOn("Trying again|busy|minutes|later"), 25,
             [] {
                 return Site {{{"/",
                     {{head(), live(media::mp3(), 6), close()},

@@ -11,13 +11,6 @@ Site always(const Script &script)
     return {{{"/", {script}}}};
 }
 
-Expected soundsOrTold()
-{
-    Expected expected = told(".");
-    expected.ending = Ending::SoundOrTold;
-    return expected;
-}
-
 /// One kind of audio, and after some seconds another in the same connection.
 Site turningInto(const Media &first, const Media &second)
 {

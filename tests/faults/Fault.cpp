@@ -13,6 +13,21 @@ Expected told(const char *words)
     return expected;
 }
 
+Expected soundsOrTold()
+{
+    Expected expected;
+    expected.ending = Ending::SoundOrTold;
+    return expected;
+}
+
+Expected triesOn(const char *words)
+{
+    Expected expected;
+    expected.ending = Ending::Trying;
+    expected.words = words;
+    return expected;
+}
+
 Expected Expected::within(double seconds) const
 {
     Expected changed = *this;
@@ -31,13 +46,6 @@ Expected Expected::noticedIn(double seconds) const
 {
     Expected changed = *this;
     changed.noticed = seconds;
-    return changed;
-}
-
-Expected Expected::saying(const char *expression) const
-{
-    Expected changed = *this;
-    changed.words = expression;
     return changed;
 }
 

@@ -35,12 +35,13 @@ struct Expected {
     Expected within(double seconds) const;
     Expected silentFor(double seconds) const;
     Expected noticedIn(double seconds) const;
-    Expected saying(const char *expression) const;
     Expected connecting(int most) const;
 };
 
 Expected sounds();
 Expected told(const char *words);
+Expected soundsOrTold();
+Expected triesOn(const char *words);
 
 /// Something that is done at a moment of the watch.
 struct Action {

@@ -1,5 +1,5 @@
 #include "tests/faults/Fault.h"
-#include "tests/faults/Trial.h"
+#include "tests/faults/Stage.h"
 
 #include <csignal>
 

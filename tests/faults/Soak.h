@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tests/faults/Footprint.h"
-#include "tests/faults/Trial.h"
+#include "tests/faults/Stage.h"
 
 #include <cstdio>
 #include <random>

@@ -1,4 +1,5 @@
-#include "tests/faults/Trial.h"
+#include "tests/faults/Stage.h"
+
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TestAuthority.h"
 

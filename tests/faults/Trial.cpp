@@ -1,5 +1,7 @@
 #include "tests/faults/Trial.h"
 
+#include "tests/faults/Stage.h"
+
 #include <QRegularExpression>
 
 #include <algorithm>
