@@ -543,6 +543,14 @@
         <translation>%1-Konto</translation>
     </message>
     <message>
+        <source>%1 is a favorite now</source>
+        <translation>%1 ist jetzt ein Favorit</translation>
+    </message>
+    <message>
+        <source>%1 is no favorite any more</source>
+        <translation>%1 ist kein Favorit mehr</translation>
+    </message>
+    <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
     </message>
@@ -551,12 +559,24 @@
         <translation>%1: erledigt</translation>
     </message>
     <message>
+        <source>Appearance</source>
+        <translation>Darstellung</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Zurück</translation>
     </message>
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Check now</source>
+        <translation>Jetzt nachsehen</translation>
     </message>
     <message>
         <source>Close</source>
@@ -571,12 +591,48 @@
         <translation>Verbinden …</translation>
     </message>
     <message>
+        <source>Dark</source>
+        <translation>Dunkel</translation>
+    </message>
+    <message>
+        <source>Details of %1</source>
+        <translation>Einzelheiten zu %1</translation>
+    </message>
+    <message>
+        <source>Favorite</source>
+        <translation>Favorit</translation>
+    </message>
+    <message>
+        <source>Fixed when the host was started.</source>
+        <translation>Beim Start des Hosts festgelegt.</translation>
+    </message>
+    <message>
         <source>Forward</source>
         <translation>Vor</translation>
     </message>
     <message>
+        <source>From the search field to the results</source>
+        <translation>Vom Suchfeld zu den Ergebnissen</translation>
+    </message>
+    <message>
         <source>History</source>
         <translation>Verlauf</translation>
+    </message>
+    <message>
+        <source>Kept in this browser.</source>
+        <translation>Gilt nur für diesen Browser.</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Hell</translation>
+    </message>
+    <message>
+        <source>Like the system</source>
+        <translation>Wie das System</translation>
     </message>
     <message>
         <source>Link with a code</source>
@@ -599,8 +655,24 @@
         <translation>Mehr zu %1</translation>
     </message>
     <message>
+        <source>Move in a list or a menu</source>
+        <translation>In Listen und Menüs bewegen</translation>
+    </message>
+    <message>
         <source>Not connected</source>
         <translation>Nicht verbunden</translation>
+    </message>
+    <message>
+        <source>Not opened</source>
+        <translation>Nicht geöffnet</translation>
+    </message>
+    <message>
+        <source>One menu up, or clear the search</source>
+        <translation>Ein Menü zurück oder die Suche leeren</translation>
+    </message>
+    <message>
+        <source>Open or play the entry</source>
+        <translation>Den Eintrag öffnen oder abspielen</translation>
     </message>
     <message>
         <source>Password</source>
@@ -609,6 +681,10 @@
     <message>
         <source>Pause</source>
         <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Pause what plays, or go on</source>
+        <translation>Anhalten oder weiterhören</translation>
     </message>
     <message>
         <source>Paused</source>
@@ -631,6 +707,10 @@
         <translation>Bevorzugt</translation>
     </message>
     <message>
+        <source>QR code of the page where the code is entered</source>
+        <translation>QR-Code der Seite, auf der der Code eingegeben wird</translation>
+    </message>
+    <message>
         <source>Reconnecting …</source>
         <translation>Neu verbinden …</translation>
     </message>
@@ -651,6 +731,10 @@
         <translation>Einstellungen</translation>
     </message>
     <message>
+        <source>Show these keys</source>
+        <translation>Diese Tasten anzeigen</translation>
+    </message>
+    <message>
         <source>Sign in</source>
         <translation>Anmelden</translation>
     </message>
@@ -667,6 +751,10 @@
         <translation>Etwas ist schiefgegangen.</translation>
     </message>
     <message>
+        <source>Space</source>
+        <translation>Leertaste</translation>
+    </message>
+    <message>
         <source>Start page</source>
         <translation>Startseite</translation>
     </message>
@@ -679,8 +767,20 @@
         <translation>Gestoppt</translation>
     </message>
     <message>
+        <source>That entry is no longer in the list, which is read again.</source>
+        <translation>Dieser Eintrag ist nicht mehr in der Liste; sie wird neu gelesen.</translation>
+    </message>
+    <message>
         <source>The connection to the host is lost. Trying again …</source>
         <translation>Die Verbindung zum Host ist abgerissen. Neuer Versuch …</translation>
+    </message>
+    <message>
+        <source>The service takes long to answer.</source>
+        <translation>Der Dienst braucht lange für seine Antwort.</translation>
+    </message>
+    <message>
+        <source>There is no connection to the host, so nothing happens.</source>
+        <translation>Es besteht keine Verbindung zum Host, deshalb geschieht nichts.</translation>
     </message>
     <message>
         <source>There is nothing here.</source>
@@ -691,12 +791,32 @@
         <translation>Dieses Gerät ist mit keinem %1-Konto verknüpft.</translation>
     </message>
     <message>
+        <source>This is shown once the host can be reached again.</source>
+        <translation>Das erscheint, sobald der Host wieder erreichbar ist.</translation>
+    </message>
+    <message>
+        <source>This link would change something, so it was not opened.</source>
+        <translation>Dieser Link würde etwas ändern, deshalb wurde er nicht geöffnet.</translation>
+    </message>
+    <message>
+        <source>This page</source>
+        <translation>Diese Seite</translation>
+    </message>
+    <message>
+        <source>To the first or the last entry</source>
+        <translation>Zum ersten oder letzten Eintrag</translation>
+    </message>
+    <message>
         <source>Try again</source>
         <translation>Erneut versuchen</translation>
     </message>
     <message>
         <source>Unavailable</source>
         <translation>Nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
     </message>
     <message>
         <source>Unlink</source>
@@ -719,8 +839,20 @@
         <translation>Warten, bis der Code eingegeben wird …</translation>
     </message>
     <message>
+        <source>What can be done with the keyboard alone.</source>
+        <translation>Was mit der Tastatur allein geht.</translation>
+    </message>
+    <message>
+        <source>What changes something is only done from a list or a menu that offers it.</source>
+        <translation>Was etwas ändert, geschieht nur aus einer Liste oder einem Menü heraus, die es anbieten.</translation>
+    </message>
+    <message>
         <source>Where to search</source>
         <translation>Wo gesucht wird</translation>
+    </message>
+    <message>
+        <source>While it is linked, the favorites are those of the account. The ones that this device has now stay with it and are back after unlinking.</source>
+        <translation>Solange es verknüpft ist, gelten die Favoriten des Kontos. Die jetzigen Favoriten des Geräts bleiben bei ihm und sind nach dem Trennen wieder da.</translation>
     </message>
     <message>
         <source>You are here</source>

@@ -543,6 +543,14 @@
         <translation>Cuenta de %1</translation>
     </message>
     <message>
+        <source>%1 is a favorite now</source>
+        <translation>%1 ya está en favoritos</translation>
+    </message>
+    <message>
+        <source>%1 is no favorite any more</source>
+        <translation>%1 ya no está en favoritos</translation>
+    </message>
+    <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
     </message>
@@ -551,12 +559,24 @@
         <translation>%1: hecho</translation>
     </message>
     <message>
+        <source>Appearance</source>
+        <translation>Apariencia</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Atrás</translation>
     </message>
     <message>
         <source>Cancel</source>
         <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Cancelado.</translation>
+    </message>
+    <message>
+        <source>Check now</source>
+        <translation>Comprobar ahora</translation>
     </message>
     <message>
         <source>Close</source>
@@ -571,12 +591,48 @@
         <translation>Conectando…</translation>
     </message>
     <message>
+        <source>Dark</source>
+        <translation>Oscuro</translation>
+    </message>
+    <message>
+        <source>Details of %1</source>
+        <translation>Detalles de %1</translation>
+    </message>
+    <message>
+        <source>Favorite</source>
+        <translation>Favorito</translation>
+    </message>
+    <message>
+        <source>Fixed when the host was started.</source>
+        <translation>Fijado al iniciar el host.</translation>
+    </message>
+    <message>
         <source>Forward</source>
         <translation>Adelante</translation>
     </message>
     <message>
+        <source>From the search field to the results</source>
+        <translation>Del campo de búsqueda a los resultados</translation>
+    </message>
+    <message>
         <source>History</source>
         <translation>Historial</translation>
+    </message>
+    <message>
+        <source>Kept in this browser.</source>
+        <translation>Se guarda en este navegador.</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Teclas</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Claro</translation>
+    </message>
+    <message>
+        <source>Like the system</source>
+        <translation>Como el sistema</translation>
     </message>
     <message>
         <source>Link with a code</source>
@@ -599,8 +655,24 @@
         <translation>Más sobre %1</translation>
     </message>
     <message>
+        <source>Move in a list or a menu</source>
+        <translation>Moverse en una lista o un menú</translation>
+    </message>
+    <message>
         <source>Not connected</source>
         <translation>Sin conexión</translation>
+    </message>
+    <message>
+        <source>Not opened</source>
+        <translation>No abierto</translation>
+    </message>
+    <message>
+        <source>One menu up, or clear the search</source>
+        <translation>Subir un menú o vaciar la búsqueda</translation>
+    </message>
+    <message>
+        <source>Open or play the entry</source>
+        <translation>Abrir o reproducir la entrada</translation>
     </message>
     <message>
         <source>Password</source>
@@ -609,6 +681,10 @@
     <message>
         <source>Pause</source>
         <translation>Pausa</translation>
+    </message>
+    <message>
+        <source>Pause what plays, or go on</source>
+        <translation>Pausar o continuar</translation>
     </message>
     <message>
         <source>Paused</source>
@@ -631,6 +707,10 @@
         <translation>Preferido</translation>
     </message>
     <message>
+        <source>QR code of the page where the code is entered</source>
+        <translation>Código QR de la página donde se introduce el código</translation>
+    </message>
+    <message>
         <source>Reconnecting …</source>
         <translation>Reconectando…</translation>
     </message>
@@ -651,6 +731,10 @@
         <translation>Ajustes</translation>
     </message>
     <message>
+        <source>Show these keys</source>
+        <translation>Mostrar estas teclas</translation>
+    </message>
+    <message>
         <source>Sign in</source>
         <translation>Iniciar sesión</translation>
     </message>
@@ -667,6 +751,10 @@
         <translation>Algo ha salido mal.</translation>
     </message>
     <message>
+        <source>Space</source>
+        <translation>Espacio</translation>
+    </message>
+    <message>
         <source>Start page</source>
         <translation>Página de inicio</translation>
     </message>
@@ -679,8 +767,20 @@
         <translation>Detenido</translation>
     </message>
     <message>
+        <source>That entry is no longer in the list, which is read again.</source>
+        <translation>Esa entrada ya no está en la lista, que se vuelve a leer.</translation>
+    </message>
+    <message>
         <source>The connection to the host is lost. Trying again …</source>
         <translation>Se ha perdido la conexión con el host. Reintentando…</translation>
+    </message>
+    <message>
+        <source>The service takes long to answer.</source>
+        <translation>El servicio tarda en responder.</translation>
+    </message>
+    <message>
+        <source>There is no connection to the host, so nothing happens.</source>
+        <translation>No hay conexión con el host, por eso no ocurre nada.</translation>
     </message>
     <message>
         <source>There is nothing here.</source>
@@ -691,12 +791,32 @@
         <translation>Este dispositivo no está vinculado a ninguna cuenta de %1.</translation>
     </message>
     <message>
+        <source>This is shown once the host can be reached again.</source>
+        <translation>Esto aparecerá cuando se pueda volver a contactar con el host.</translation>
+    </message>
+    <message>
+        <source>This link would change something, so it was not opened.</source>
+        <translation>Este enlace cambiaría algo, por eso no se ha abierto.</translation>
+    </message>
+    <message>
+        <source>This page</source>
+        <translation>Esta página</translation>
+    </message>
+    <message>
+        <source>To the first or the last entry</source>
+        <translation>A la primera o la última entrada</translation>
+    </message>
+    <message>
         <source>Try again</source>
         <translation>Reintentar</translation>
     </message>
     <message>
         <source>Unavailable</source>
         <translation>No disponible</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Deshacer</translation>
     </message>
     <message>
         <source>Unlink</source>
@@ -719,8 +839,20 @@
         <translation>A la espera de que se introduzca el código…</translation>
     </message>
     <message>
+        <source>What can be done with the keyboard alone.</source>
+        <translation>Lo que se puede hacer solo con el teclado.</translation>
+    </message>
+    <message>
+        <source>What changes something is only done from a list or a menu that offers it.</source>
+        <translation>Lo que cambia algo solo se hace desde una lista o un menú que lo ofrece.</translation>
+    </message>
+    <message>
         <source>Where to search</source>
         <translation>Dónde buscar</translation>
+    </message>
+    <message>
+        <source>While it is linked, the favorites are those of the account. The ones that this device has now stay with it and are back after unlinking.</source>
+        <translation>Mientras esté vinculado, los favoritos son los de la cuenta. Los que este dispositivo tiene ahora se conservan y vuelven al desvincularlo.</translation>
     </message>
     <message>
         <source>You are here</source>

@@ -543,6 +543,14 @@
         <translation>Compte %1</translation>
     </message>
     <message>
+        <source>%1 is a favorite now</source>
+        <translation>%1 fait maintenant partie des favoris</translation>
+    </message>
+    <message>
+        <source>%1 is no favorite any more</source>
+        <translation>%1 ne fait plus partie des favoris</translation>
+    </message>
+    <message>
         <source>%1 kbit/s</source>
         <translation>%1 kbit/s</translation>
     </message>
@@ -551,12 +559,24 @@
         <translation>%1 : terminé</translation>
     </message>
     <message>
+        <source>Appearance</source>
+        <translation>Apparence</translation>
+    </message>
+    <message>
         <source>Back</source>
         <translation>Retour</translation>
     </message>
     <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Cancelled.</source>
+        <translation>Annulé.</translation>
+    </message>
+    <message>
+        <source>Check now</source>
+        <translation>Vérifier maintenant</translation>
     </message>
     <message>
         <source>Close</source>
@@ -571,12 +591,48 @@
         <translation>Connexion …</translation>
     </message>
     <message>
+        <source>Dark</source>
+        <translation>Sombre</translation>
+    </message>
+    <message>
+        <source>Details of %1</source>
+        <translation>Détails de %1</translation>
+    </message>
+    <message>
+        <source>Favorite</source>
+        <translation>Favori</translation>
+    </message>
+    <message>
+        <source>Fixed when the host was started.</source>
+        <translation>Fixé au démarrage de l’hôte.</translation>
+    </message>
+    <message>
         <source>Forward</source>
         <translation>Suivant</translation>
     </message>
     <message>
+        <source>From the search field to the results</source>
+        <translation>Du champ de recherche aux résultats</translation>
+    </message>
+    <message>
         <source>History</source>
         <translation>Historique</translation>
+    </message>
+    <message>
+        <source>Kept in this browser.</source>
+        <translation>Conservé dans ce navigateur.</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Touches</translation>
+    </message>
+    <message>
+        <source>Light</source>
+        <translation>Clair</translation>
+    </message>
+    <message>
+        <source>Like the system</source>
+        <translation>Comme le système</translation>
     </message>
     <message>
         <source>Link with a code</source>
@@ -599,8 +655,24 @@
         <translation>Plus pour %1</translation>
     </message>
     <message>
+        <source>Move in a list or a menu</source>
+        <translation>Se déplacer dans une liste ou un menu</translation>
+    </message>
+    <message>
         <source>Not connected</source>
         <translation>Non connecté</translation>
+    </message>
+    <message>
+        <source>Not opened</source>
+        <translation>Pas ouvert</translation>
+    </message>
+    <message>
+        <source>One menu up, or clear the search</source>
+        <translation>Remonter d’un menu ou vider la recherche</translation>
+    </message>
+    <message>
+        <source>Open or play the entry</source>
+        <translation>Ouvrir ou écouter l’entrée</translation>
     </message>
     <message>
         <source>Password</source>
@@ -609,6 +681,10 @@
     <message>
         <source>Pause</source>
         <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Pause what plays, or go on</source>
+        <translation>Mettre en pause ou reprendre</translation>
     </message>
     <message>
         <source>Paused</source>
@@ -631,6 +707,10 @@
         <translation>Préféré</translation>
     </message>
     <message>
+        <source>QR code of the page where the code is entered</source>
+        <translation>Code QR de la page où saisir le code</translation>
+    </message>
+    <message>
         <source>Reconnecting …</source>
         <translation>Reconnexion …</translation>
     </message>
@@ -651,6 +731,10 @@
         <translation>Réglages</translation>
     </message>
     <message>
+        <source>Show these keys</source>
+        <translation>Afficher ces touches</translation>
+    </message>
+    <message>
         <source>Sign in</source>
         <translation>Se connecter</translation>
     </message>
@@ -667,6 +751,10 @@
         <translation>Une erreur s’est produite.</translation>
     </message>
     <message>
+        <source>Space</source>
+        <translation>Espace</translation>
+    </message>
+    <message>
         <source>Start page</source>
         <translation>Page d’accueil</translation>
     </message>
@@ -679,8 +767,20 @@
         <translation>Arrêté</translation>
     </message>
     <message>
+        <source>That entry is no longer in the list, which is read again.</source>
+        <translation>Cette entrée n’est plus dans la liste, qui est relue.</translation>
+    </message>
+    <message>
         <source>The connection to the host is lost. Trying again …</source>
         <translation>La connexion à l’hôte est perdue. Nouvelle tentative …</translation>
+    </message>
+    <message>
+        <source>The service takes long to answer.</source>
+        <translation>Le service met longtemps à répondre.</translation>
+    </message>
+    <message>
+        <source>There is no connection to the host, so nothing happens.</source>
+        <translation>Il n’y a pas de connexion avec l’hôte, donc rien ne se passe.</translation>
     </message>
     <message>
         <source>There is nothing here.</source>
@@ -691,12 +791,32 @@
         <translation>Cet appareil n’est associé à aucun compte %1.</translation>
     </message>
     <message>
+        <source>This is shown once the host can be reached again.</source>
+        <translation>Ceci s’affichera dès que l’hôte répondra de nouveau.</translation>
+    </message>
+    <message>
+        <source>This link would change something, so it was not opened.</source>
+        <translation>Ce lien modifierait quelque chose ; il n’a donc pas été ouvert.</translation>
+    </message>
+    <message>
+        <source>This page</source>
+        <translation>Cette page</translation>
+    </message>
+    <message>
+        <source>To the first or the last entry</source>
+        <translation>À la première ou à la dernière entrée</translation>
+    </message>
+    <message>
         <source>Try again</source>
         <translation>Réessayer</translation>
     </message>
     <message>
         <source>Unavailable</source>
         <translation>Indisponible</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Annuler</translation>
     </message>
     <message>
         <source>Unlink</source>
@@ -719,8 +839,20 @@
         <translation>En attente de la saisie du code …</translation>
     </message>
     <message>
+        <source>What can be done with the keyboard alone.</source>
+        <translation>Ce que l’on peut faire au clavier seul.</translation>
+    </message>
+    <message>
+        <source>What changes something is only done from a list or a menu that offers it.</source>
+        <translation>Ce qui modifie quelque chose ne se fait que depuis une liste ou un menu qui le propose.</translation>
+    </message>
+    <message>
         <source>Where to search</source>
         <translation>Où rechercher</translation>
+    </message>
+    <message>
+        <source>While it is linked, the favorites are those of the account. The ones that this device has now stay with it and are back after unlinking.</source>
+        <translation>Tant qu’il est lié, les favoris sont ceux du compte. Ceux que cet appareil a maintenant lui restent et reviennent une fois la liaison supprimée.</translation>
     </message>
     <message>
         <source>You are here</source>

@@ -12,9 +12,9 @@ export function bestLanguage(tag: string, known: readonly string[]): string | nu
     return null;
 }
 
-/** Puts the arguments in the places of %1, %2, ... and of %n. */
+/** Puts the arguments in the places of %1, %2, ... and of %n. An ellipsis never begins a line. */
 export function fill(text: string, args: readonly (string | number)[], count?: number): string {
-    return text.replace(/%(\d|n)/g, (place, which: string) => {
+    return text.replace(/ …/g, "\u00a0…").replace(/%(\d|n)/g, (place, which: string) => {
         const arg = which === "n" ? count : args[Number(which) - 1];
         return arg === undefined ? place : String(arg);
     });

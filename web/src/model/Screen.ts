@@ -2,8 +2,9 @@ import { batch, signal } from "@preact/signals";
 
 import { RpcError } from "../rpc/Connection";
 import { getRows, host, watch } from "./host";
+import type { Shape } from "./layout";
 import type { Path } from "./path";
-import type { Roles, Row, RowsAnswer } from "./rows";
+import { RowType, type Roles, type Row, type RowsAnswer } from "./rows";
 
 /** Rows that are asked for together. */
 export const pageSize = 100;
@@ -13,6 +14,11 @@ const maxRunning = 2;
 const settleTime = 40;
 /** A screen that a service did not survive so often in a row is not asked for again by itself. */
 export const maxInterruptions = 3;
+
+/** An answer that takes longer is said to do so. */
+export const patience = 3000;
+/** After an error a screen that is shown is read again by itself, later each time. */
+export const healTimes = [5000, 10_000, 20_000, 30_000];
 
 export type GetRows = (path: Path, first: number, last: number) => Promise<RowsAnswer>;
 
@@ -26,18 +32,29 @@ export class Screen {
     /** Null until the first answer. */
     readonly count = signal<number | null>(null);
     readonly error = signal<RpcError | null>(null);
+    /** An answer takes long. */
+    readonly isSlow = signal(false);
+    /** The reader did not want to wait for the answer any more. */
+    readonly isCancelled = signal(false);
     /** Counts what came; who shows rows depends on it. */
     readonly version = signal(0);
 
     readonly #pages = new Map<number, { rows: readonly Row[]; epoch: number }>();
     readonly #running = new Set<number>();
     #epoch = 0;
+    /** The last epoch whose answers are not wanted. */
+    #cancelled = -1;
     #first = 0;
     #last = pageSize - 1;
     #users = 0;
     #leave: (() => void) | null = null;
     #settle: ReturnType<typeof setTimeout> | undefined;
     #interruptions = 0;
+    #heal: ReturnType<typeof setTimeout> | undefined;
+    #healed = 0;
+    #patience: ReturnType<typeof setTimeout> | undefined;
+    /** How rows stand that do not stand as most do, also of pages that are not kept any more. */
+    readonly #shapes = new Map<number, Shape>();
 
     constructor(readonly path: Path, private readonly read: GetRows = getRows) {}
 
@@ -48,6 +65,10 @@ export class Screen {
 
     row(index: number): Row | undefined {
         return this.#pages.get(Math.floor(index / pageSize))?.rows[index % pageSize];
+    }
+
+    get shapes(): ReadonlyMap<number, Shape> {
+        return this.#shapes;
     }
 
     get keptPages(): number {
@@ -66,6 +87,10 @@ export class Screen {
         if (--this.#users > 0)
             return;
         clearTimeout(this.#settle);
+        clearTimeout(this.#heal);
+        clearTimeout(this.#patience);
+        this.#patience = undefined;
+        this.isSlow.value = false;
         this.#leave?.();
         this.#leave = null;
     }
@@ -80,14 +105,25 @@ export class Screen {
     }
 
     reload(): void {
+        clearTimeout(this.#heal);
         ++this.#epoch;
+        this.isCancelled.value = false;
         this.#fetch();
+    }
+
+    /** Waits for no answer any more; what comes late is not taken. */
+    cancel(): void {
+        this.#cancelled = this.#epoch++;
+        this.#running.clear();
+        this.#waitOn();
+        this.isCancelled.value = true;
     }
 
     /** After an error: forgets it and tries again. */
     retry(): void {
         this.error.value = null;
         this.#interruptions = 0;
+        this.#healed = 0;
         this.reload();
     }
 
@@ -109,13 +145,38 @@ export class Screen {
     }
 
     #fetch(): void {
+        if (this.isCancelled.peek())
+            return;
         while (this.#running.size < maxRunning) {
             const page = this.#missing();
             if (page === undefined)
                 return;
             this.#running.add(page);
             void this.#fetchPage(page, this.#epoch);
+            this.#waitOn();
         }
+    }
+
+    /** While something is asked for that is in sight, patience is limited. */
+    #waitOn(): void {
+        const waits = this.#users > 0 && [...this.#running].some((page) => !this.#pages.has(page));
+        if (!waits) {
+            clearTimeout(this.#patience);
+            this.#patience = undefined;
+            this.isSlow.value = false;
+        } else {
+            this.#patience ??= setTimeout(() => (this.isSlow.value = true), patience);
+        }
+    }
+
+    /** What went wrong may be over soon; what cannot work is not tried again. */
+    #healLater(error: RpcError): void {
+        const isFinal = error.code === RpcError.noNode || error.code === RpcError.notOffered;
+        if (this.#users === 0 || isFinal || this.#interruptions >= maxInterruptions)
+            return;
+        const wait = healTimes[Math.min(this.#healed++, healTimes.length - 1)]!;
+        clearTimeout(this.#heal);
+        this.#heal = setTimeout(() => this.reload(), wait);
     }
 
     async #fetchPage(page: number, epoch: number): Promise<void> {
@@ -123,27 +184,41 @@ export class Screen {
         let failed = false;
         try {
             const answer = await this.read(this.path, first, first + pageSize - 1);
-            this.#take(page, epoch, answer);
+            if (this.#isWanted(page, epoch))
+                this.#take(page, epoch, answer);
         } catch (error) {
             failed = true;
+            if (!this.#isWanted(page, epoch))
+                return;
             if (error instanceof RpcError && error.name === RpcError.interrupted)
                 ++this.#interruptions;
             // A lost connection says so itself, and all is read again when it is back.
-            if (error instanceof RpcError && error.code !== RpcError.lost)
-                this.error.value = error;
-            else if (!(error instanceof RpcError))
+            if (!(error instanceof RpcError))
                 throw error;
+            if (error.code !== RpcError.lost) {
+                this.error.value = error;
+                this.#healLater(error);
+            }
         } finally {
-            this.#running.delete(page);
+            if (this.#isWanted(page, epoch))
+                this.#running.delete(page);
+            this.#waitOn();
         }
         if (!failed || epoch !== this.#epoch)
             this.#fetch();
     }
 
+    /** An answer from before cancel() is for nobody. */
+    #isWanted(page: number, epoch: number): boolean {
+        return epoch > this.#cancelled && this.#running.has(page);
+    }
+
     #take(page: number, epoch: number, answer: RowsAnswer): void {
         batch(() => {
             this.#pages.set(page, { rows: answer.rows, epoch });
+            this.#shape(page, answer.rows);
             if (epoch === this.#epoch) {
+                this.#healed = 0;
                 this.count.value = answer.count;
                 this.roles.value = answer.roles;
                 this.error.value = null;
@@ -152,6 +227,17 @@ export class Screen {
             this.#forget();
             ++this.version.value;
         });
+    }
+
+    #shape(page: number, rows: readonly Row[]): void {
+        for (let i = 0; i < pageSize; ++i) {
+            const row = rows[i];
+            const shape = row ? shapeOf(row) : "cell";
+            if (shape === "cell")
+                this.#shapes.delete(page * pageSize + i);
+            else
+                this.#shapes.set(page * pageSize + i, shape);
+        }
     }
 
     #forget(): void {
@@ -163,6 +249,14 @@ export class Screen {
                 this.#pages.delete(page);
         }
     }
+}
+
+/** Folders, stations and what can be run stand beside each other; a row without any role is none. */
+function shapeOf(row: Row): Shape {
+    if (row.isEmpty)
+        return "none";
+    const isCell = row.type === RowType.container || row.type === RowType.audio || row.type === RowType.activate;
+    return isCell ? "cell" : "line";
 }
 
 /** Screens that were shown lately, so that the way back is short. */

@@ -1,6 +1,7 @@
 import { signal } from "@preact/signals";
 
 import { isRecord, RpcError } from "../rpc/Connection";
+import { claimLife, keepClaim, keptClaim, lookDelay, type Claim } from "./claim";
 import { getData, setData } from "./host";
 import type { Path } from "./path";
 
@@ -9,8 +10,6 @@ const accountType = 115;
 const Operation = { join: 3, drop: 4, claim: 8 } as const;
 /** The end of an error's name that means "linked to no account". */
 const notLinked = ":7";
-
-const pollTime = 3000;
 
 export type Link =
     | { is: "unknown" }
@@ -35,10 +34,18 @@ export class Account {
     readonly isBusy = signal(false);
 
     readonly #path: Path;
-    #poll: ReturnType<typeof setInterval> | undefined;
+    #poll: ReturnType<typeof setTimeout> | undefined;
+    #looks = 0;
 
-    constructor(service: Path) {
+    constructor(private readonly service: Path) {
         this.#path = service + "account";
+    }
+
+    /** Begins where this tab was before a reload. */
+    resume(): void {
+        const claim = keptClaim(this.service);
+        if (claim)
+            this.#wait(claim);
     }
 
     async read(): Promise<void> {
@@ -50,18 +57,32 @@ export class Account {
     /** Asks for a code, and waits until somebody has entered it. */
     async claim(): Promise<void> {
         await this.#run({ operation: Operation.claim }, (account) => {
-            this.link.value = {
-                is: "claiming",
+            this.#looks = 0;
+            this.#wait({
                 code: text(account.claimKey),
                 message: text(account.claimMessage),
-            };
-            clearInterval(this.#poll);
-            this.#poll = setInterval(() => void this.#look(), pollTime);
+                since: Date.now(),
+            });
         });
     }
 
-    async cancel(): Promise<void> {
+    #wait(claim: Claim): void {
+        keepClaim(this.service, claim);
+        this.link.value = { is: "claiming", code: claim.code, message: claim.message };
         this.close();
+        document.addEventListener("visibilitychange", this.#lookNow);
+        window.addEventListener("focus", this.#lookNow);
+        this.#poll = setTimeout(() => void this.look(), lookDelay(this.#looks));
+    }
+
+    /** Who comes back to this page may have entered the code meanwhile. */
+    readonly #lookNow = () => {
+        if (document.visibilityState === "visible")
+            void this.look();
+    };
+
+    async cancel(): Promise<void> {
+        this.#forget();
         this.link.value = { is: "unlinked" };
         await this.read();
     }
@@ -76,15 +97,31 @@ export class Account {
 
     /** Waits for nothing any more. */
     close(): void {
-        clearInterval(this.#poll);
+        clearTimeout(this.#poll);
+        document.removeEventListener("visibilitychange", this.#lookNow);
+        window.removeEventListener("focus", this.#lookNow);
     }
 
-    async #look(): Promise<void> {
-        const link = await this.#query();
-        if (link?.is !== "linked" || this.link.value.is !== "claiming")
-            return;
+    #forget(): void {
         this.close();
-        this.link.value = link;
+        keepClaim(this.service, null);
+    }
+
+    /** Looks whether the code was entered; the next look comes by itself as long as it may be. */
+    async look(): Promise<void> {
+        clearTimeout(this.#poll);
+        const link = document.visibilityState === "visible" ? await this.#query() : null;
+        if (this.link.value.is !== "claiming")
+            return;
+        if (link?.is === "linked") {
+            this.#forget();
+            this.link.value = link;
+            return;
+        }
+        const claim = keptClaim(this.service);
+        clearTimeout(this.#poll);
+        if (claim && Date.now() - claim.since < claimLife)
+            this.#poll = setTimeout(() => void this.look(), lookDelay(++this.#looks));
     }
 
     async #query(): Promise<Link | null> {
@@ -106,7 +143,7 @@ export class Account {
 
     #change(account: Record<string, unknown>): Promise<void> {
         return this.#run(account, () => {
-            this.close();
+            this.#forget();
             this.link.value = { is: "unknown" };
             void this.read();
         });

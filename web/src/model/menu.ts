@@ -1,24 +1,67 @@
-import { signal } from "@preact/signals";
+import { effect, signal } from "@preact/signals";
 
 import { RpcError } from "../rpc/Connection";
 import { getRows, setData } from "./host";
+import { openSheets, popSheets, pushSheet } from "./navigation";
 import type { Path } from "./path";
 import type { Row } from "./rows";
-import { announce } from "./notices";
 
-/** The menu that is open: screens one above the other, the last one shown. */
-export const menu = signal<{ title: string; path: Path }[] | null>(null);
+/** What is shown above the screen: a menu, which is a screen itself, or one of the page's own. */
+export type Sheet =
+    | { readonly kind: "menu"; readonly path: Path; readonly title: string }
+    | { readonly kind: "playing" }
+    | { readonly kind: "keys" };
+
+/** The open sheets, one above the other, the last one shown. */
+export const sheets = signal<readonly Sheet[]>([]);
+
+export function openSheet(sheet: Sheet): void {
+    sheets.value = [...sheets.value, sheet];
+    pushSheet();
+}
 
 export function openMenu(path: Path, title: string): void {
-    menu.value = [{ path, title }];
+    openSheet({ kind: "menu", path, title });
 }
 
-export function deeper(path: Path, title: string): void {
-    menu.value = [...(menu.value ?? []), { path, title }];
+/** One level up; the first one closes. */
+export function closeSheet(): void {
+    leaveSheets(1);
 }
 
-export function closeMenu(): void {
-    menu.value = null;
+export function closeSheets(): void {
+    leaveSheets(sheets.peek().length);
+}
+
+function leaveSheets(count: number): void {
+    if (count === 0)
+        return;
+    sheets.value = sheets.peek().slice(0, -count);
+    popSheets(count);
+}
+
+// The browser's own Back closes sheets, too; its Forward leads to none that is closed.
+effect(() => {
+    const count = openSheets.value;
+    const open = sheets.peek();
+    if (count < open.length)
+        sheets.value = open.slice(0, count);
+    else if (count > open.length)
+        popSheets(count - open.length);
+});
+
+/** Menus that their service did not survive: they are not offered again. */
+export const deadMenus = signal<ReadonlySet<Path>>(new Set());
+const maxDead = 200;
+
+export function buryMenu(path: Path): void {
+    if (deadMenus.peek().size < maxDead)
+        deadMenus.value = new Set([...deadMenus.peek(), path]);
+}
+
+/** A menu is that of an item: one whose parameter for an id is empty is that of nothing. */
+export function isMenu(path: Path): boolean {
+    return path !== "" && !/[?&]\w*id=(&|$)/i.test(path) && !deadMenus.value.has(path);
 }
 
 /**
@@ -30,7 +73,6 @@ export async function activate(screen: Path, index: number, row: Row): Promise<b
     if (rows[0]?.path !== row.path || rows[0].title !== row.title)
         return false;
     await setData(row.path, "activate", true);
-    announce({ kind: "done", text: row.title });
     return true;
 }
 

@@ -19,6 +19,8 @@ interface Entry {
     readonly scroll: number;
     /** The row that was opened from here, -1 for none. */
     readonly row: number;
+    /** How many sheets are open above the screen; each is an entry of its own, so that Back closes it. */
+    readonly sheets?: number;
 }
 
 /** The address holds the path behind "#", as it is: it has no character that may not be there. */
@@ -66,21 +68,65 @@ function become(next: Entry, how: Arrival): void {
 
 /** Keeps where the reader is, for the way back. */
 export function remember(row?: number): void {
-    const here = { ...entry.peek(), scroll: window.scrollY };
+    const here = { ...entry.peek(), scroll: window.scrollY, sheets: sheetsHere() };
     if (row !== undefined)
         Object.assign(here, { row });
     history.replaceState(here, "");
 }
 
+function sheetsHere(): number {
+    return isEntry(history.state) ? history.state.sheets ?? 0 : 0;
+}
+
+/** How many sheets are open according to the history, whichever way it was moved. */
+export const openSheets = signal(0);
+
+export function pushSheet(): void {
+    remember();
+    const here = entry.peek();
+    history.pushState({ ...here, scroll: window.scrollY, sheets: sheetsHere() + 1 }, "");
+    lastIndex = here.index;
+    become({ ...here }, arrival.peek());
+    openSheets.value = sheetsHere();
+}
+
+/** Goes back so many sheets, or as many as there are. */
+export function popSheets(count: number): void {
+    const steps = Math.min(count, sheetsHere());
+    if (steps > 0)
+        history.go(-steps);
+}
+
+let afterSheets: (() => void) | null = null;
+
+/** The step, once no sheet is open any more: it would be the way back to one that is closed. */
+function withoutSheets(step: () => void): void {
+    const count = sheetsHere();
+    if (count === 0)
+        return step();
+    afterSheets = step;
+    history.go(-count);
+}
+
 export function open(path: Path, title: string, row = -1): void {
-    remember(row);
-    go(path, [...entry.peek().trail, { path, title }]);
+    withoutSheets(() => {
+        remember(row);
+        go(path, [...entry.peek().trail, { path, title }]);
+    });
 }
 
 /** As open(), for somebody who types: focus stays where it is. */
 export function openQuietly(path: Path, title: string): void {
     remember();
     go(path, [...entry.peek().trail, { path, title }], "start");
+}
+
+/** Back to the screen before this one, which may be the only one there is: then to \a home. */
+export function leave(home: Path): void {
+    if (entry.peek().trail.length > 1 && entry.peek().index > 0)
+        back();
+    else
+        replace(home, "");
 }
 
 /** Opens one of the crumbs, which takes the later ones away. */
@@ -122,7 +168,7 @@ export function forward(): void {
 }
 
 history.scrollRestoration = "manual";
-become(entry.peek(), "start");
+become({ ...entry.peek(), sheets: 0 }, "start");
 history.replaceState(entry.peek(), "");
 let settled: ReturnType<typeof setTimeout> | undefined;
 window.addEventListener("scroll", () => {
@@ -132,6 +178,13 @@ window.addEventListener("scroll", () => {
 window.addEventListener("popstate", () => {
     clearTimeout(settled);
     const next = entryHere();
+    openSheets.value = next.sheets ?? 0;
+    const step = afterSheets;
+    afterSheets = null;
+    // Only a sheet was opened or closed: the screen is as it was.
+    const isSame = next.trail[next.trail.length - 1]!.path === current.peek();
+    if (isSame && next.index === entry.peek().index)
+        return step?.();
     // An address that was typed has no state of this page's yet.
     const isNew = !isEntry(history.state);
     if (isNew) {

@@ -49,6 +49,15 @@ export function paramOf(path: Path, key: string): string | null {
     return null;
 }
 
+/** All parameters, by key and value. */
+export function paramsOf(path: Path): [string, string][] {
+    const [, query = ""] = split(path);
+    return query.split("&").filter((item) => item.includes("=")).map((item) => {
+        const at = item.indexOf("=");
+        return [decode(item.slice(0, at)), decode(item.slice(at + 1))];
+    });
+}
+
 /** Whether both are the same but for one parameter. */
 export function equalsBut(a: Path, b: Path, key: string): boolean {
     return withParam(a, key, "") === withParam(b, key, "");

@@ -2,8 +2,10 @@ import { computed, signal } from "@preact/signals";
 
 import { isRecord, RpcError } from "../rpc/Connection";
 import { host } from "./host";
+import { announce } from "./notices";
 import { paramOf, type Path } from "./path";
 import type { Row } from "./rows";
+import { patience, shown } from "./Screen";
 
 export const PlayState = { stopped: 0, transitioning: 1, playing: 2, paused: 3 } as const;
 
@@ -19,6 +21,9 @@ export interface Player {
     readonly path: Path;
     readonly contextPath: Path;
     readonly error: string;
+    /** What is being done about a fault, in words; empty while all is well. */
+    readonly problem: string;
+    readonly codec: string;
     /** What plays was heard already, and is to be heard again. */
     readonly isReconnecting: boolean;
 }
@@ -34,6 +39,8 @@ export const silence: Player = {
     path: "",
     contextPath: "",
     error: "",
+    problem: "",
+    codec: "",
     isReconnecting: false,
 };
 
@@ -56,6 +63,8 @@ export function nextPlayer(before: Player, told: unknown): Player {
         path: text("path"),
         contextPath: text("contextPath"),
         error: text("error"),
+        problem: text("problem"),
+        codec: text("codec"),
         isReconnecting:
             state === PlayState.transitioning && playId === before.playId && wasHeard,
     };
@@ -77,28 +86,71 @@ export function isPlayed(now: Player, row: Row): boolean {
     return row.path === now.path || row.path === paramOf(now.path, matchingPath);
 }
 
-/** A row that is asked for but not yet confirmed, and why it was not played. */
-export const asked = signal<{ screen: Path; row: number } | null>(null);
-export const failure = signal<RpcError | null>(null);
-let last: { screen: Path; row: number } | null = null;
+/** A row of a screen, as the reader saw it. */
+export interface Asked {
+    readonly screen: Path;
+    readonly row: number;
+    /** Which row that is, wherever it stands by now; empty when it has no path of its own. */
+    readonly path: Path;
+}
 
-async function ask(method: string, params: Record<string, unknown> = {}): Promise<void> {
+/** A row that is asked for but not yet confirmed, and why it was not played. */
+export const asked = signal<Asked | null>(null);
+export const failure = signal<RpcError | null>(null);
+/** The answer takes long. */
+export const isAskSlow = signal(false);
+let last: Asked | null = null;
+let slowness: ReturnType<typeof setTimeout> | undefined;
+
+async function ask(method: string, params: Record<string, unknown> = {}): Promise<RpcError | null> {
     failure.value = null;
     try {
         await host.call(method, params);
+        return null;
     } catch (error) {
-        if (error instanceof RpcError && error.code !== RpcError.lost)
+        if (!(error instanceof RpcError))
+            throw error;
+        if (error.code !== RpcError.lost)
             failure.value = error;
+        else if (host.isOpen.value === false)
+            announce({ kind: "lost", text: "" });
+        return error;
     }
 }
 
-export async function play(screen: Path, row: number): Promise<void> {
-    const now = { screen, row };
+export async function play(screen: Path, row: number, path: Path): Promise<void> {
+    const now = { screen, row, path };
     last = now;
     asked.value = now;
-    await ask("player.play", now);
-    if (asked.value === now)
-        asked.value = null;
+    clearTimeout(slowness);
+    isAskSlow.value = false;
+    slowness = setTimeout(() => (isAskSlow.value = asked.value === now), patience);
+    const error = await ask("player.play", path === "" ? { screen, row } : { ...now });
+    if (asked.value === now) {
+        forget();
+    } else if (!error && asked.value === null && last === null) {
+        // Nobody waits for it any more.
+        await stop();
+    }
+    if (error?.code === RpcError.notInList) {
+        announce({ kind: "stale", text: "" });
+        for (const each of shown) {
+            if (each.path === screen)
+                each.changed();
+        }
+    }
+}
+
+function forget(): void {
+    clearTimeout(slowness);
+    isAskSlow.value = false;
+    asked.value = null;
+}
+
+/** Does not play what was asked for, should it still come. */
+export function cancelPlay(): void {
+    last = null;
+    forget();
 }
 
 /** Whether this page knows how to play again what it played last. */
@@ -106,12 +158,21 @@ export const canRepeat = () => last !== null;
 
 export function repeat(): void {
     if (last)
-        void play(last.screen, last.row);
+        void play(last.screen, last.row, last.path);
 }
 
 export const pause = () => ask("player.pause");
 export const resume = () => ask("player.resume");
 export const stop = () => ask("player.stop");
+
+/** Pauses what plays, goes on with what is paused. */
+export function toggle(): void {
+    const { state } = player.peek();
+    if (state === PlayState.paused)
+        void resume();
+    else if (state === PlayState.playing)
+        void pause();
+}
 
 async function refresh(): Promise<void> {
     try {

@@ -32,6 +32,10 @@ export interface Row {
     readonly searchPath: Path;
     readonly disabled: boolean;
     readonly preferred: boolean;
+    /** The host keeps the value as it is. */
+    readonly pinned: boolean;
+    /** The service answered no role that could be shown. */
+    readonly isEmpty: boolean;
 }
 
 /** The roles that a list's rows are asked for. */
@@ -47,6 +51,7 @@ export const rowRoles = [
     "queryPath",
     "disabled",
     "preferred",
+    "pinned",
 ] as const;
 
 export type Roles = Readonly<Record<string, unknown>>;
@@ -71,7 +76,7 @@ function pathIn(roles: unknown): Path {
 }
 
 export function readRow(roles: Roles): Row {
-    return {
+    const row = {
         title: text(roles.title),
         description: text(roles.description),
         icon: text(roles.icon),
@@ -84,7 +89,11 @@ export function readRow(roles: Roles): Row {
         searchPath: pathIn(roles.search),
         disabled: roles.disabled === true,
         preferred: roles.preferred === true,
+        pinned: roles.pinned === true || (isRecord(roles.value) && roles.value.pinned === true),
     };
+    const isEmpty = row.type === RowType.text && row.value === null
+        && row.title + row.description + row.icon + row.path + row.contextPath + row.query === "";
+    return { ...row, isEmpty };
 }
 
 /** An answer to getRows. */

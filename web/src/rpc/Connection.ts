@@ -5,6 +5,10 @@ export class RpcError extends Error {
     /** There was no answer: the connection went first. */
     static readonly lost = 1;
     static readonly noNode = -32001;
+    /** The row that was to be played is not in the list any more. */
+    static readonly notInList = -32004;
+    /** The address changes something, and no list offered it. */
+    static readonly notOffered = -32005;
     /** Name of the error that a service's end gives to what it owed. */
     static readonly interrupted = "host:interrupted";
 

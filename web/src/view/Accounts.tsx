@@ -2,10 +2,13 @@ import { useEffect, useMemo, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import { Account, type Link } from "../model/accounts";
+import { addressIn } from "../model/claim";
 import { services } from "../model/services";
 import { host } from "../model/host";
 import type { Row } from "../model/rows";
 import { Icon } from "./icons";
+import { QrCode } from "./QrCode";
+import { errorText } from "./words";
 
 /** The accounts that this device is linked to, for the services that have such a thing. */
 export function Accounts() {
@@ -25,7 +28,10 @@ function AccountPanel({ service }: { service: Row }) {
         if (isOpen)
             void account.read();
     }, [account, isOpen]);
-    useEffect(() => () => account.close(), [account]);
+    useEffect(() => {
+        account.resume();
+        return () => account.close();
+    }, [account]);
     const link = account.link.value;
     if (link.is === "none" || link.is === "unknown")
         return null;
@@ -33,7 +39,7 @@ function AccountPanel({ service }: { service: Row }) {
         <section class="card account" aria-label={t("%1 account", service.title)}>
             <h2>{t("%1 account", service.title)}</h2>
             <div aria-live="polite"><Status account={account} link={link} service={service.title} /></div>
-            {account.error.value && <p class="bad" role="alert">{account.error.value.message}</p>}
+            {account.error.value && <p class="bad" role="alert" dir="auto">{errorText(account.error.value)}</p>}
             <Actions account={account} link={link} />
         </section>
     );
@@ -44,26 +50,48 @@ function Status({ account, link, service }: { account: Account; link: Link; serv
         case "failed":
             return (
                 <p class="bad">
-                    {link.error.message || t("Something went wrong.")}{" "}
+                    {errorText(link.error)}{" "}
                     <button type="button" class="quiet" onClick={() => void account.read()}>{t("Try again")}</button>
                 </p>
             );
         case "linked":
             return <p class="good"><Icon shape="link" /> {t("Linked to %1", link.user)}</p>;
         case "claiming":
+            return <Claim account={account} message={link.message} code={link.code} />;
+        default:
             return (
                 <>
-                    {link.message && <p>{link.message}</p>}
-                    <p class="code">
-                        <span class="unseen">{t("Code: %1", [...link.code].join(" "))}</span>
-                        <span aria-hidden="true">{link.code}</span>
+                    <p>{t("This device is not linked to a %1 account.", service)}</p>
+                    <p class="quiet-text">
+                        {t("While it is linked, the favorites are those of the account. The ones that this device has now stay with it and are back after unlinking.")}
                     </p>
-                    <p class="quiet-text">{t("Waiting for the code to be entered …")}</p>
                 </>
             );
-        default:
-            return <p>{t("This device is not linked to a %1 account.", service)}</p>;
     }
+}
+
+/** The code, and where it is to be entered: on another device, or by a camera. */
+function Claim({ account, message, code }: { account: Account; message: string; code: string }) {
+    const address = addressIn(message);
+    return (
+        <div class="claim">
+            <div class="words">
+                {message && <p dir="auto">{message}</p>}
+                <p class="code">
+                    <span class="unseen">{t("Code: %1", [...code].join(" "))}</span>
+                    <span aria-hidden="true">{code}</span>
+                </p>
+                {address && (
+                    <p><a class="address" href={address} target="_blank" rel="noopener noreferrer">{address}</a></p>
+                )}
+                <p class="quiet-text">
+                    {t("Waiting for the code to be entered …")}{" "}
+                    <button type="button" class="quiet" onClick={() => void account.look()}>{t("Check now")}</button>
+                </p>
+            </div>
+            {address && <QrCode text={address} label={t("QR code of the page where the code is entered")} />}
+        </div>
+    );
 }
 
 function Actions({ account, link }: { account: Account; link: Link }) {

@@ -1,30 +1,45 @@
 import { useSignalEffect } from "@preact/signals";
+import { useEffect } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
+import { host } from "../model/host";
 import { current } from "../model/navigation";
-import { isShown, player } from "../model/player";
+import { failure, isAskSlow, isShown, player } from "../model/player";
 import { Breadcrumbs } from "./Breadcrumbs";
 import { Header } from "./Header";
-import { MenuDialog } from "./MenuDialog";
-import { ConnectionNotice, NoticeBar, Spoken } from "./Notices";
+import { listenToKeys } from "./keys";
+import { NoticeBar, Spoken } from "./Notices";
 import { PlayerBar } from "./PlayerBar";
-import { ScreenView } from "./ScreenView";
+import { screenTitle, ScreenView } from "./ScreenView";
+import { Sheets } from "./Sheets";
 
 function skip(event: Event): void {
     event.preventDefault();
     document.querySelector("h1")?.focus();
 }
 
+/** What plays, and where one is. */
+function documentTitle(): string {
+    const { state, title } = player.value;
+    const heard = state > 0 && title !== "" ? [`${state === 3 ? "⏸" : "▶"} ${title}`] : [];
+    return [...heard, ...(screenTitle.value === "" ? [] : [screenTitle.value]), "Vesk"].join(" – ");
+}
+
 export function App() {
     useSignalEffect(() => {
-        document.documentElement.classList.toggle("has-player", isShown.value);
-        document.documentElement.dataset.state = String(player.value.state);
+        const root = document.documentElement;
+        root.classList.toggle("has-player", isShown.value || failure.value !== null || isAskSlow.value);
+        root.classList.toggle("is-lost", host.isOpen.value === false);
+        root.dataset.state = String(player.value.state);
     });
+    useSignalEffect(() => {
+        document.title = documentTitle();
+    });
+    useEffect(listenToKeys, []);
     return (
         <>
             <a class="skip" href="#content" onClick={skip}>{t("Skip to the content")}</a>
             <Header />
-            <ConnectionNotice />
             <main id="content">
                 <Breadcrumbs />
                 <ScreenView key={current.value} path={current.value} />
@@ -32,7 +47,7 @@ export function App() {
             <PlayerBar />
             <NoticeBar />
             <Spoken />
-            <MenuDialog />
+            <Sheets />
         </>
     );
 }

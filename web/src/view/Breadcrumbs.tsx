@@ -38,6 +38,7 @@ export function Breadcrumbs() {
                     <li key={index}>
                         <a
                             href={"#" + crumb.path}
+                            dir="auto"
                             onClick={(event) => {
                                 event.preventDefault();
                                 openCrumb(crumb.path, titleOf(crumb));

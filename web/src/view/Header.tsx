@@ -2,12 +2,14 @@ import { useEffect, useRef, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import {
-    back, canGoBack, canGoForward, current, forward, open, openCrumb, openQuietly, replace,
+    back, canGoBack, canGoForward, current, forward, leave, open, openCrumb, openQuietly, replace,
     settingsPath,
 } from "../model/navigation";
 import { prefixOf, withParam } from "../model/path";
 import { activeQuery, homePath, queries, type Query } from "../model/services";
+import { focusFirstRow } from "./focus";
 import { Icon } from "./icons";
+import { ConnectionNotice } from "./Notices";
 
 const typingPause = 350;
 const shortest = 2;
@@ -23,27 +25,19 @@ function SearchField() {
     const [text, setText] = useState(active?.text ?? "");
     const [chosen, setChosen] = useState(-1);
     const timer = useRef<ReturnType<typeof setTimeout> | undefined>(undefined);
-    const field = useRef<HTMLInputElement>(null);
+    /** The results that what stands in the field has led to. */
+    const results = useRef<string | null>(null);
     const all = queries.value;
     const query = all[chosen] ?? active?.query ?? defaultQuery();
 
-    // The address wins over what stands in the field, unless somebody types in it.
+    // The screen wins over what stands in the field, unless it came from there.
     useEffect(() => {
-        if (document.activeElement !== field.current)
-            setText(active?.text ?? "");
-    }, [active?.text]);
-    useEffect(() => {
-        const focus = (event: KeyboardEvent) => {
-            const target = event.target as Element;
-            if (event.key !== "/" || event.ctrlKey || event.metaKey || event.altKey
-                || target.closest("input, textarea, select, dialog"))
-                return;
-            event.preventDefault();
-            field.current?.select();
-        };
-        document.addEventListener("keydown", focus);
-        return () => document.removeEventListener("keydown", focus);
-    }, []);
+        if (results.current === current.value)
+            return;
+        results.current = null;
+        clearTimeout(timer.current);
+        setText(active?.text ?? "");
+    }, [current.value, active?.text]);
 
     const search = (wanted: string, where: Query | undefined) => {
         clearTimeout(timer.current);
@@ -51,6 +45,7 @@ function SearchField() {
         if (!where || trimmed === "")
             return;
         const path = withParam(where.path, where.key, trimmed);
+        results.current = path;
         if (path === current.peek())
             return;
         if (activeQuery.peek())
@@ -63,6 +58,8 @@ function SearchField() {
         clearTimeout(timer.current);
         if (wanted.trim().length >= shortest)
             timer.current = setTimeout(() => search(wanted, query), typingPause);
+        else if (wanted.trim() === "" && activeQuery.peek())
+            leave(homePath.peek());
     };
     if (!query)
         return <div class="search" />;
@@ -77,7 +74,6 @@ function SearchField() {
             >
                 <Icon shape="search" />
                 <input
-                    ref={field}
                     type="search"
                     enterkeyhint="search"
                     autocomplete="off"
@@ -85,11 +81,17 @@ function SearchField() {
                     maxLength={200}
                     aria-label={query.title || t("Search")}
                     placeholder={query.title || t("Search")}
+                    dir="auto"
                     value={text}
                     onInput={(event) => typed(event.currentTarget.value)}
                     onKeyDown={(event) => {
-                        if (event.key === "Escape")
+                        if (event.key === "Escape") {
+                            event.preventDefault();
                             typed("");
+                        } else if (event.key === "ArrowDown") {
+                            event.preventDefault();
+                            focusFirstRow();
+                        }
                     }}
                 />
                 {all.length > 1 && (
@@ -112,43 +114,57 @@ function SearchField() {
     );
 }
 
+/** Stays where it is when there is no step to take: a button that is disabled would lose the focus. */
+function Step({ shape, label, can, step }: { shape: "back" | "forward"; label: string; can: boolean; step(): void }) {
+    return (
+        <button
+            type="button"
+            class={`round ${shape}`}
+            aria-disabled={!can}
+            onClick={() => can && step()}
+            aria-label={label}
+        >
+            <Icon shape={shape} />
+        </button>
+    );
+}
+
 export function Header() {
     return (
         <header>
-            <nav class="steps" aria-label={t("History")}>
-                <button type="button" class="round" disabled={!canGoBack.value} onClick={back} aria-label={t("Back")}>
-                    <Icon shape="back" />
-                </button>
-                <button type="button" class="round forward" disabled={!canGoForward.value} onClick={forward} aria-label={t("Forward")}>
-                    <Icon shape="forward" />
-                </button>
-            </nav>
-            <a
-                class="brand"
-                href={"#" + homePath.value}
-                aria-label={`Vesk – ${t("Start page")}`}
-                onClick={(event) => {
-                    event.preventDefault();
-                    openCrumb(homePath.value, "");
-                }}
-            >
-                <Icon shape="radio" />
-                <span>Vesk</span>
-            </a>
-            <SearchField />
-            <a
-                class="round"
-                href={"#" + settingsPath}
-                aria-label={t("Settings")}
-                aria-current={current.value === settingsPath ? "page" : undefined}
-                onClick={(event) => {
-                    event.preventDefault();
-                    if (current.value !== settingsPath)
-                        open(settingsPath, t("Settings"));
-                }}
-            >
-                <Icon shape="settings" />
-            </a>
+            <div class="bar">
+                <nav class="steps" aria-label={t("History")}>
+                    <Step shape="back" label={t("Back")} can={canGoBack.value} step={back} />
+                    <Step shape="forward" label={t("Forward")} can={canGoForward.value} step={forward} />
+                </nav>
+                <a
+                    class="brand"
+                    href={"#" + homePath.value}
+                    aria-label={`Vesk – ${t("Start page")}`}
+                    onClick={(event) => {
+                        event.preventDefault();
+                        openCrumb(homePath.value, "");
+                    }}
+                >
+                    <Icon shape="radio" />
+                    <span>Vesk</span>
+                </a>
+                <SearchField />
+                <a
+                    class="round"
+                    href={"#" + settingsPath}
+                    aria-label={t("Settings")}
+                    aria-current={current.value === settingsPath ? "page" : undefined}
+                    onClick={(event) => {
+                        event.preventDefault();
+                        if (current.value !== settingsPath)
+                            open(settingsPath, t("Settings"));
+                    }}
+                >
+                    <Icon shape="settings" />
+                </a>
+            </div>
+            <ConnectionNotice />
         </header>
     );
 }

@@ -1,8 +1,8 @@
-import { useEffect, useState } from "preact/hooks";
+import { useEffect, useRef, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import { host } from "../model/host";
-import { notice } from "../model/notices";
+import { dismiss, notice, type Notice } from "../model/notices";
 import { player, PlayState } from "../model/player";
 import { Icon } from "./icons";
 import { stateText } from "./PlayerBar";
@@ -32,14 +32,43 @@ export function ConnectionNotice() {
     );
 }
 
+function noticeText({ kind, text }: Notice): string {
+    switch (kind) {
+        case "done":
+            return t("%1: done", text);
+        case "added":
+            return t("%1 is a favorite now", text);
+        case "removed":
+            return t("%1 is no favorite any more", text);
+        case "lost":
+            return t("There is no connection to the host, so nothing happens.");
+        case "stale":
+            return t("That entry is no longer in the list, which is read again.");
+        default:
+            return text || t("Something went wrong.");
+    }
+}
+
 export function NoticeBar() {
     const now = notice.value;
+    const isGood = now !== null && ["done", "added", "removed"].includes(now.kind);
     return (
         <div class="notice" role="status">
             {now && (
-                <p class={now.kind}>
-                    <Icon shape={now.kind === "done" ? "check" : "alert"} />
-                    <span>{now.kind === "done" ? t("%1: done", now.text) : now.text}</span>
+                <p class={isGood ? "done" : "failed"}>
+                    <Icon shape={isGood ? "check" : "alert"} />
+                    <span dir="auto">{noticeText(now)}</span>
+                    {now.undo && (
+                        <button
+                            type="button"
+                            onClick={() => {
+                                dismiss();
+                                now.undo?.();
+                            }}
+                        >
+                            {t("Undo")}
+                        </button>
+                    )}
                 </p>
             )}
         </div>
@@ -50,9 +79,11 @@ export function NoticeBar() {
 export function Spoken() {
     const now = player.value;
     const isSilent = now.state === PlayState.stopped && now.error === "";
-    return (
-        <div class="unseen" role="status">
-            {!isSilent && `${now.title}: ${stateText(now)}`}
-        </div>
-    );
+    const text = isSilent ? "" : `${now.title}: ${stateText(now)}`;
+    // Seconds that are counted down are not read out one by one.
+    const said = useRef("");
+    const plain = (words: string) => words.replace(/\d+/g, "");
+    if (plain(said.current) !== plain(text))
+        said.current = text;
+    return <div class="unseen" role="status">{said.current}</div>;
 }

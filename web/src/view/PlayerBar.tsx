@@ -1,10 +1,12 @@
 import { t } from "../i18n/i18n";
 import { host } from "../model/host";
-import { openMenu } from "../model/menu";
+import { isMenu, openMenu, openSheet } from "../model/menu";
 import {
-    canRepeat, failure, isShown, pause, player, PlayState, repeat, resume, stop, type Player,
+    cancelPlay, canRepeat, failure, isAskSlow, isShown, pause, player, PlayState, repeat, resume, stop,
+    type Player,
 } from "../model/player";
 import { Artwork } from "./Artwork";
+import { Heart } from "./Heart";
 import { Icon } from "./icons";
 
 export function stateText(now: Player): string {
@@ -12,6 +14,8 @@ export function stateText(now: Player): string {
         return t("Not connected");
     if (now.error !== "")
         return now.error;
+    if (now.problem !== "")
+        return now.problem;
     switch (now.state) {
         case PlayState.transitioning:
             return now.isReconnecting ? t("Reconnecting …") : t("Connecting …");
@@ -22,6 +26,12 @@ export function stateText(now: Player): string {
         default:
             return t("Stopped");
     }
+}
+
+/** What is heard, in figures; empty while nothing is. */
+export function streamText(now: Player): string {
+    const rate = now.bitRate > 0 ? t("%1 kbit/s", Math.round(now.bitRate / 1000)) : "";
+    return [now.codec, rate].filter((text) => text !== "").join(" · ");
 }
 
 function MainButton({ now }: { now: Player }) {
@@ -44,7 +54,7 @@ function MainButton({ now }: { now: Player }) {
         <button
             type="button"
             class={now.state === PlayState.transitioning ? "main waiting" : "main"}
-            onClick={pause}
+            onClick={() => !isWaiting && void pause()}
             aria-disabled={isWaiting}
             aria-label={t("Pause")}
         >
@@ -53,38 +63,93 @@ function MainButton({ now }: { now: Player }) {
     );
 }
 
-export function PlayerBar() {
-    const now = player.value;
-    const failed = failure.value;
-    if (!isShown.value && !failed)
-        return null;
-    const onAir = now.streamTitle || now.description;
-    const rate = now.bitRate > 0 ? t("%1 kbit/s", Math.round(now.bitRate / 1000)) : "";
+/** What can be done with what plays. */
+export function Controls({ now }: { now: Player }) {
     return (
-        <section class={host.isOpen.value ? "player" : "player stale"} aria-label={t("Player")}>
-            <Artwork icon={now.icon} fallback="radio" />
-            <div class="what">
-                <p class="title" title={now.title}>{now.title || t("Player")}</p>
-                {onAir && <p class="on-air" title={onAir}>{onAir}</p>}
-                <p class={now.error || failed ? "state bad" : "state"}>
-                    {failed ? failed.message : stateText(now)}
-                    {rate && now.state === PlayState.playing && host.isOpen.value && <span class="rate"> · {rate}</span>}
-                </p>
-            </div>
+        <>
+            <MainButton now={now} />
+            <button
+                type="button"
+                class="round stop"
+                aria-label={now.state === PlayState.stopped ? t("Close") : t("Stop")}
+                onClick={stop}
+            >
+                <Icon shape={now.state === PlayState.stopped ? "close" : "stop"} />
+            </button>
+            <Heart menu={now.contextPath} title={now.title} />
+        </>
+    );
+}
+
+/** The line about how it does: what went wrong comes before what goes well. */
+export function StateLine({ now }: { now: Player }) {
+    const failed = failure.value;
+    const isBad = now.error !== "" || failed !== null;
+    const figures = now.state === PlayState.playing && now.problem === "" && host.isOpen.value ? streamText(now) : "";
+    return (
+        <span class={isBad ? "state bad" : "state"} dir="auto">
+            {failed ? failed.message : stateText(now)}
+            {!failed && figures && <span class="rate"> · {figures}</span>}
+        </span>
+    );
+}
+
+/** Nothing plays yet: what was asked for takes long, or did not come to be. */
+function Asking() {
+    return (
+        <section class="player" aria-label={t("Player")}>
+            <p class="what" role="status">
+                {failure.value?.message || t("The service takes long to answer.")}
+            </p>
             <div class="controls">
-                <MainButton now={now} />
+                {failure.value && canRepeat() && (
+                    <button type="button" class="main" onClick={repeat} aria-label={t("Try again")}>
+                        <Icon shape="play" />
+                    </button>
+                )}
                 <button
                     type="button"
-                    class="round stop"
-                    aria-label={now.state === PlayState.stopped ? t("Close") : t("Stop")}
-                    onClick={stop}
+                    class="round"
+                    aria-label={failure.value ? t("Close") : t("Cancel")}
+                    onClick={() => {
+                        cancelPlay();
+                        failure.value = null;
+                    }}
                 >
-                    <Icon shape={now.state === PlayState.stopped ? "close" : "stop"} />
+                    <Icon shape="close" />
                 </button>
-                {now.contextPath && (
+            </div>
+        </section>
+    );
+}
+
+export function PlayerBar() {
+    const now = player.value;
+    if (!isShown.value)
+        return failure.value || isAskSlow.value ? <Asking /> : null;
+    const onAir = now.streamTitle || now.description;
+    return (
+        <section class={host.isOpen.value ? "player" : "player stale"} aria-label={t("Player")}>
+            <button
+                type="button"
+                class="details"
+                aria-haspopup="dialog"
+                aria-label={t("Details of %1", now.title || t("Player"))}
+                onClick={() => openSheet({ kind: "playing" })}
+            >
+                <Artwork icon={now.icon} fallback="radio" />
+                <span class="what">
+                    <span class="title" dir="auto">{now.title || t("Player")}</span>
+                    {onAir && <span class="on-air" dir="auto">{onAir}</span>}
+                    <StateLine now={now} />
+                </span>
+            </button>
+            <div class="controls">
+                <Controls now={now} />
+                {isMenu(now.contextPath) && (
                     <button
                         type="button"
-                        class="round"
+                        class="round menu"
                         aria-haspopup="dialog"
                         aria-label={t("More for %1", now.title)}
                         onClick={() => openMenu(now.contextPath, now.title)}

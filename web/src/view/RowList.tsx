@@ -1,5 +1,6 @@
-import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
+import { useEffect, useLayoutEffect, useMemo, useRef, useState } from "preact/hooks";
 
+import { Layout } from "../model/layout";
 import type { Screen } from "../model/Screen";
 import { RowView } from "./RowView";
 import { rowsInSight } from "./window";
@@ -13,25 +14,44 @@ function rowHeight(): number {
     return parseFloat(style.fontSize) * parseFloat(style.getPropertyValue("--row-rem"));
 }
 
-const steps: Readonly<Record<string, number>> = {
-    ArrowDown: 1, ArrowUp: -1, PageDown: 8, PageUp: -8, Home: -Infinity, End: Infinity,
+const wide = matchMedia("(min-width: 87.5rem)");
+
+const steps: Readonly<Record<string, (layout: Layout, from: number) => number>> = {
+    ArrowDown: (layout, from) => layout.moved(from, 1),
+    ArrowUp: (layout, from) => layout.moved(from, -1),
+    ArrowRight: (layout, from) => layout.stepped(from, 1),
+    ArrowLeft: (layout, from) => layout.stepped(from, -1),
+    PageDown: (layout, from) => layout.moved(from, 8),
+    PageUp: (layout, from) => layout.moved(from, -8),
+    Home: (layout) => layout.firstIn(0),
+    End: (layout) => layout.stepped(layout.count, -1),
 };
+
+function styleOf(layout: Layout, index: number, height: number) {
+    const { line, column } = layout.place(index);
+    return {
+        width: `${layout.isLine(index) ? 100 : 100 / layout.columns}%`,
+        transform: `translate(${column * 100}%, ${line * height}px)`,
+    };
+}
 
 const mainOf = (index: number) => `[data-row="${index}"] [data-main]`;
 
 /**
- * The rows of a screen in the page's own scrolling. Only those in sight are elements; one of them is
- * in the tab order, and the arrow keys move to others.
+ * The rows of a screen in the page's own scrolling, side by side where there is room. Only those in
+ * sight are elements; one of them is in the tab order, and the arrow keys move to others.
  */
 export function RowList({ screen, start, label }: { screen: Screen; start: number; label: string }) {
     const list = useRef<HTMLUListElement>(null);
     const count = screen.count.value ?? 0;
-    screen.version.value;
+    const version = screen.version.value;
+    const [columns, setColumns] = useState(wide.matches ? 2 : 1);
+    const layout = useMemo(() => new Layout(count, columns, screen.shapes), [screen, count, columns, version]);
     const [height, setHeight] = useState(rowHeight);
     const [sight, setSight] = useState({ first: 0, last: 15 });
     const [active, setActive] = useState(Math.max(0, start));
     const focusNext = useRef(start >= 0);
-    const here = Math.min(active, count - 1);
+    const here = layout.isHidden(active) ? layout.stepped(active, 1) : Math.min(active, count - 1);
 
     useLayoutEffect(() => {
         let frame = 0;
@@ -39,7 +59,8 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
             frame = 0;
             const size = rowHeight();
             const top = list.current?.getBoundingClientRect().top ?? 0;
-            const next = rowsInSight(-top, window.innerHeight, size, count, spare);
+            const lines = rowsInSight(-top, window.innerHeight, size, layout.lines, spare);
+            const next = { first: layout.firstIn(lines.first), last: layout.firstIn(lines.last + 1) - 1 };
             setHeight(size);
             setSight((old) => (old.first === next.first && old.last === next.last ? old : next));
         };
@@ -49,12 +70,15 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
         look();
         window.addEventListener("scroll", later, { passive: true });
         window.addEventListener("resize", later);
+        const widen = () => setColumns(wide.matches ? 2 : 1);
+        wide.addEventListener("change", widen);
         return () => {
+            wide.removeEventListener("change", widen);
             cancelAnimationFrame(frame);
             window.removeEventListener("scroll", later);
             window.removeEventListener("resize", later);
         };
-    }, [count]);
+    }, [layout]);
     useEffect(() => screen.show(sight.first, sight.last), [screen, sight]);
     useEffect(() => {
         if (!focusNext.current)
@@ -70,13 +94,13 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
         const step = steps[event.key];
         const target = event.target as Element;
         if (step === undefined || event.ctrlKey || event.altKey || event.metaKey
-            || target.matches("input, select"))
+            || (columns === 1 && /Left|Right/.test(event.key)) || target.matches("input, select"))
             return;
         event.preventDefault();
         // The row in focus, not the one last drawn as such: keys come faster than drawing.
         const from = Number(target.closest<HTMLElement>("[data-row]")?.dataset.row ?? here);
-        const next = Math.max(0, Math.min(count - 1, from + step));
-        const top = (list.current?.getBoundingClientRect().top ?? 0) + next * height;
+        const next = Math.max(0, Math.min(count - 1, step(layout, from)));
+        const top = (list.current?.getBoundingClientRect().top ?? 0) + layout.place(next).line * height;
         const upper = 140;
         const lower = window.innerHeight - 160;
         if (top < upper)
@@ -91,27 +115,29 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
     };
 
     const indices = new Set<number>();
-    for (let index = sight.first; index <= Math.min(sight.last, count - 1); ++index)
-        indices.add(index);
+    for (let index = sight.first; index <= Math.min(sight.last, count - 1); ++index) {
+        if (!layout.isHidden(index))
+            indices.add(index);
+    }
     // What has the focus stays, wherever the reader scrolls.
     if (here >= 0)
         indices.add(here);
     return (
         <ul
             ref={list}
-            class="rows"
+            class={columns > 1 ? "rows columns" : "rows"}
             role="list"
             aria-label={label}
-            style={{ height: `${count * height}px` }}
+            style={{ height: `${layout.lines * height}px` }}
             onKeyDown={move}
         >
             {[...indices].sort((a, b) => a - b).map((index) => (
                 <li
                     key={index}
                     data-row={index}
-                    aria-setsize={count}
-                    aria-posinset={index + 1}
-                    style={{ transform: `translateY(${index * height}px)` }}
+                    aria-setsize={layout.shown}
+                    aria-posinset={layout.position(index) + 1}
+                    style={styleOf(layout, index, height)}
                     onFocusCapture={() => setActive(index)}
                 >
                     <RowView

@@ -1,9 +1,11 @@
-import { useState } from "preact/hooks";
+import { useEffect, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
-import { activate, asRpcError, closeMenu, deeper, menu, openMenu } from "../model/menu";
+import { changesFavorites, isFavorite, toldFavorite } from "../model/favorites";
+import { activate, asRpcError, closeSheets, isMenu, openMenu, sheets } from "../model/menu";
 import { announce } from "../model/notices";
 import { open } from "../model/navigation";
+import { patience } from "../model/Screen";
 import { withParam } from "../model/path";
 import { asked, isPlayed, play, player, PlayState } from "../model/player";
 import { RowType, type Row } from "../model/rows";
@@ -11,6 +13,7 @@ import type { Screen } from "../model/Screen";
 import { Artwork } from "./Artwork";
 import { Icon, type Shape } from "./icons";
 import { ValueControl } from "./ValueControl";
+import { errorText } from "./words";
 
 interface Props {
     screen: Screen;
@@ -23,8 +26,8 @@ interface Props {
 function Texts({ row }: { row: Row }) {
     return (
         <span class="texts">
-            <span class="title">{row.title || row.description || t("Untitled")}</span>
-            {row.title && row.description && <span class="description">{row.description}</span>}
+            <span class="title" dir="auto">{row.title || row.description || t("Untitled")}</span>
+            {row.title && row.description && <span class="description" dir="auto">{row.description}</span>}
         </span>
     );
 }
@@ -40,7 +43,7 @@ export function RowView(props: Props) {
     const { row, isActive, inMenu } = props;
     if (!row)
         return <div class="row skeleton"><span class="artwork" /><span class="lines"><i /><i /></span></div>;
-    const more = row.contextPath !== "" && !inMenu;
+    const more = isMenu(row.contextPath) && !inMenu;
     return (
         <div class={more ? "row has-more" : "row"}>
             <Body {...props} row={row} />
@@ -94,7 +97,7 @@ function Container({ row, index, isActive, inMenu }: Props & { row: Row }) {
                     return;
                 event.preventDefault();
                 if (inMenu)
-                    deeper(row.path, row.title);
+                    openMenu(row.path, row.title);
                 else
                     open(row.path, row.title, index);
             }}
@@ -107,7 +110,7 @@ function Container({ row, index, isActive, inMenu }: Props & { row: Row }) {
 }
 
 function Header({ row, isActive }: Props & { row: Row }) {
-    return <h2 class="body header" data-main tabIndex={isActive ? 0 : -1}>{row.title}</h2>;
+    return <h2 class="body header" data-main tabIndex={isActive ? 0 : -1} dir="auto">{row.title}</h2>;
 }
 
 /** How what plays here does, for the eye and the ear. */
@@ -133,14 +136,16 @@ function Audio({ row, screen, index, isActive, inMenu }: Props & { row: Row }) {
             tabIndex={isActive ? 0 : -1}
             aria-current={mark ? "true" : undefined}
             onClick={() => {
-                void play(screen.path, index);
+                void play(screen.path, index, row.path);
                 if (inMenu)
-                    closeMenu();
+                    closeSheets();
             }}
         >
             <Artwork icon={row.icon} fallback="radio" />
             <Texts row={row} />
-            {mark ? (
+            {mark === "paused" ? (
+                <span class="mark" aria-hidden="true"><Icon shape="pause" /></span>
+            ) : mark ? (
                 <span class={`mark ${mark}`} aria-hidden="true"><i /><i /><i /></span>
             ) : (
                 <span class="hint"><Icon shape="play" /></span>
@@ -189,20 +194,39 @@ function QueryForm({ row, index, isActive }: Props & { row: Row }) {
     );
 }
 
+/** What the menu is about. */
+function itemTitle(): string {
+    const open = sheets.peek();
+    const top = open[open.length - 1];
+    return top?.kind === "menu" ? top.title : player.peek().title;
+}
+
 function Activate({ row, screen, index, isActive, inMenu }: Props & { row: Row }) {
     const [isBusy, setBusy] = useState(false);
+    const [isSlow, setSlow] = useState(false);
+    useEffect(() => {
+        setSlow(false);
+        const timer = isBusy ? setTimeout(() => setSlow(true), patience) : undefined;
+        return () => clearTimeout(timer);
+    }, [isBusy]);
+    const was = changesFavorites(row) ? isFavorite(screen.path) : null;
     const run = async () => {
         if (isBusy)
             return;
         setBusy(true);
+        const title = itemTitle();
         try {
             const isDone = await activate(screen.path, index, row);
             if (!isDone)
-                screen.reload();
-            else if (inMenu && menu.peek())
-                closeMenu();
+                return screen.reload();
+            if (inMenu)
+                closeSheets();
+            if (was === null)
+                announce({ kind: "done", text: row.title });
+            else
+                await toldFavorite(screen.path, title, !was);
         } catch (error) {
-            announce({ kind: "failed", text: asRpcError(error).message || t("Something went wrong.") });
+            announce({ kind: "failed", text: errorText(asRpcError(error)) });
         } finally {
             setBusy(false);
         }
@@ -216,7 +240,8 @@ function Activate({ row, screen, index, isActive, inMenu }: Props & { row: Row }
             tabIndex={isActive ? 0 : -1}
             onClick={() => void run()}
         >
-            <Texts row={row} />
+            {was !== null && <span class={was ? "heart on" : "heart"}><Icon shape={was ? "hearted" : "heart"} /></span>}
+            <Texts row={isSlow ? { ...row, description: t("The service takes long to answer.") } : row} />
         </button>
     );
 }

@@ -1,14 +1,24 @@
+import { signal } from "@preact/signals";
 import { useEffect, useLayoutEffect, useMemo, useRef } from "preact/hooks";
 
 import { t, tn } from "../i18n/i18n";
+import { host } from "../model/host";
+import { Layout } from "../model/layout";
 import { arrival, restore, settingsPath, trail } from "../model/navigation";
 import type { Path } from "../model/path";
 import { RowType } from "../model/rows";
 import { Screen, screenAt, shown } from "../model/Screen";
 import { activeQuery, homePath, serviceOf } from "../model/services";
+import { RpcError } from "../rpc/Connection";
 import { Accounts } from "./Accounts";
+import { FlowList, isFlow } from "./FlowList";
 import { Icon } from "./icons";
+import { PageSettings } from "./PageSettings";
+import { Problem, Slow } from "./Problem";
 import { RowList } from "./RowList";
+
+/** The title of the screen that is shown; empty until it is known. */
+export const screenTitle = signal("");
 
 /** Shows a screen as long as it is mounted. */
 export function useScreen(path: Path): Screen {
@@ -24,28 +34,25 @@ export function useScreen(path: Path): Screen {
     return screen;
 }
 
-export function Problem({ screen }: { screen: Screen }) {
-    const error = screen.error.value;
-    if (!error)
-        return null;
-    return (
-        <div class="blank" role="alert">
-            <Icon shape="alert" />
-            <p>{error.message || t("Something went wrong.")}</p>
-            <button type="button" class="filled" onClick={() => screen.retry()}>{t("Try again")}</button>
-        </div>
-    );
-}
-
 /** A screen whose only row is a text says that there is nothing. */
-function emptyText(screen: Screen): string | null {
-    if (screen.count.value === 0)
-        return t("There is nothing here.");
+function emptyText(screen: Screen, rows: number): string | null {
+    if (rows === 0)
+        return screen.error.value ? null : t("There is nothing here.");
     const only = screen.count.value === 1 ? screen.row(0) : undefined;
     return only && only.type === RowType.text && only.icon === "" && only.path === "" ? only.title : null;
 }
 
-export function Skeleton({ rows = 8 }: { rows?: number }) {
+/** Rows that are on their way, or why they are not. */
+export function Skeleton({ screen, rows = 8 }: { screen: Screen; rows?: number }) {
+    if (screen.isCancelled.value)
+        return null;
+    if (host.isOpen.value === false) {
+        return (
+            <div class="blank">
+                <Icon shape="alert" /><p>{t("This is shown once the host can be reached again.")}</p>
+            </div>
+        );
+    }
     return (
         <div class="rows skeleton" role="status" aria-label={t("Loading")}>
             {Array.from({ length: rows }, (_, index) => (
@@ -55,15 +62,18 @@ export function Skeleton({ rows = 8 }: { rows?: number }) {
     );
 }
 
+/** Empty while nobody knows. */
 function titleOf(screen: Screen): string {
     const searched = activeQuery.value;
     if (searched)
         return t("Results for “%1”", searched.text);
+    if (screen.error.value?.code === RpcError.notOffered)
+        return t("Not opened");
     const crumbs = trail.value;
     const known = screen.title || crumbs[crumbs.length - 1]!.title;
     if (known !== "" || screen.count.value !== null)
         return known || serviceOf(screen.path)?.title || t("Untitled");
-    return screen.error.value?.title || "…";
+    return screen.error.value ? screen.error.value.title || t("Untitled") : "";
 }
 
 export function ScreenView({ path }: { path: Path }) {
@@ -71,14 +81,15 @@ export function ScreenView({ path }: { path: Path }) {
     const heading = useRef<HTMLHeadingElement>(null);
     screen.version.value;
     const count = screen.count.value;
+    const rows = count === null ? 0 : new Layout(count, 1, screen.shapes).shown;
     const title = titleOf(screen);
-    const empty = emptyText(screen);
-    const isCounted = count !== null && count > 0 && empty === null
-        && path !== homePath.value && path !== settingsPath;
+    const empty = count === null ? null : emptyText(screen, rows);
+    const isSettings = path === settingsPath;
+    const isCounted = rows > 0 && empty === null && path !== homePath.value && !isFlow(screen);
     const { scroll, row } = restore.value;
 
     useEffect(() => {
-        document.title = `${title} – Vesk`;
+        screenTitle.value = title;
     }, [title]);
     useEffect(() => {
         if (arrival.value === "forward")
@@ -93,20 +104,24 @@ export function ScreenView({ path }: { path: Path }) {
     return (
         <>
             <div class="heading">
-                <h1 ref={heading} tabIndex={-1}>{title}</h1>
+                <h1 ref={heading} tabIndex={-1} dir="auto">
+                    {title || <span class="pending"><span class="unseen">{t("Loading")}</span></span>}
+                </h1>
                 <p class="count" role="status">
-                    {isCounted && tn("%n entry", "%n entries", count ?? 0)}
+                    {isCounted && tn("%n entry", "%n entries", rows)}
                 </p>
             </div>
-            {path === settingsPath && <Accounts />}
+            {isSettings && <Accounts />}
             <Problem screen={screen} />
-            {count === null && !screen.error.value && <Skeleton />}
+            <Slow screen={screen} />
+            {count === null && !screen.error.value && <Skeleton screen={screen} />}
             {empty !== null && (
-                <div class="blank"><Icon shape="radio" /><p>{empty}</p></div>
+                <div class="blank"><Icon shape="radio" /><p dir="auto">{empty}</p></div>
             )}
-            {count !== null && count > 0 && empty === null && (
-                <RowList screen={screen} start={arrival.value === "back" ? row : -1} label={title} />
-            )}
+            {rows > 0 && empty === null && (isFlow(screen)
+                ? <FlowList screen={screen} label={title} />
+                : <RowList screen={screen} start={arrival.value === "back" ? row : -1} label={title} />)}
+            {isSettings && <PageSettings />}
         </>
     );
 }

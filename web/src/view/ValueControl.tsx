@@ -4,9 +4,9 @@ import { fullTag, languageName, languagePath, languages, t } from "../i18n/i18n"
 import { bestLanguage } from "../i18n/plural";
 import { setData } from "../model/host";
 import { asRpcError } from "../model/menu";
-import { announce } from "../model/notices";
 import type { Row } from "../model/rows";
 import type { Screen } from "../model/Screen";
+import { errorText } from "./words";
 
 interface Props {
     screen: Screen;
@@ -17,34 +17,43 @@ interface Props {
 /** A value and what changes it, by the value's type. */
 export function ValueControl({ screen, row, isActive }: Props) {
     const id = useId();
+    const [problem, setProblem] = useState("");
     const write = async (value: unknown) => {
+        setProblem("");
         try {
             await setData(row.path, "value", value);
+            screen.changed();
+            return true;
         } catch (error) {
-            announce({ kind: "failed", text: asRpcError(error).message || t("Something went wrong.") });
+            setProblem(errorText(asRpcError(error)));
+            return false;
         }
-        screen.changed();
     };
     const common = { id, "data-main": true, tabIndex: isActive ? 0 : -1 };
+    const [about, wrong] = [`${id}-about`, `${id}-wrong`];
     return (
         <div class="body value">
-            <label class="texts" for={id}>
-                <span class="title">{row.title || t("Untitled")}</span>
-                {row.description && <span class="description">{row.description}</span>}
-            </label>
-            <Control row={row} common={common} write={write} />
+            <div class="texts">
+                <label class="title" for={id} dir="auto">{row.title || t("Untitled")}</label>
+                {row.description && <span class="description" id={about} dir="auto">{row.description}</span>}
+                {row.pinned && <span class="description">{t("Fixed when the host was started.")}</span>}
+                <span class="description bad" id={wrong} role="alert" dir="auto">{problem}</span>
+            </div>
+            <Control row={row} common={{ ...common, "aria-describedby": `${about} ${wrong}` }} write={write} />
         </div>
     );
 }
 
 interface ControlProps {
     row: Row;
-    common: { id: string; tabIndex: number };
-    write(value: unknown): Promise<void>;
+    common: { id: string; tabIndex: number; "aria-describedby": string };
+    /** False when the value was refused. */
+    write(value: unknown): Promise<boolean>;
 }
 
 function Control({ row, common, write }: ControlProps) {
     const value = row.value;
+    const isFixed = row.pinned;
     if (value?.type === "bool") {
         return (
             <input
@@ -53,7 +62,11 @@ function Control({ row, common, write }: ControlProps) {
                 type="checkbox"
                 role="switch"
                 checked={value.value}
-                onChange={(event) => void write(event.currentTarget.checked)}
+                disabled={isFixed}
+                onChange={async ({ currentTarget }) => {
+                    if (!(await write(currentTarget.checked)))
+                        currentTarget.checked = value.value;
+                }}
             />
         );
     }
@@ -62,7 +75,11 @@ function Control({ row, common, write }: ControlProps) {
             <select
                 {...common}
                 value={bestLanguage(value.value, languages) ?? ""}
-                onChange={(event) => void write(fullTag(event.currentTarget.value))}
+                disabled={isFixed}
+                onChange={async ({ currentTarget }) => {
+                    if (!(await write(fullTag(currentTarget.value))))
+                        currentTarget.value = bestLanguage(value.value, languages) ?? "";
+                }}
             >
                 {languages.map((tag) => (
                     <option key={tag} value={tag} lang={tag}>{languageName(tag)}</option>
@@ -81,9 +98,9 @@ function TextField({ row, common, write }: ControlProps) {
     const [text, setText] = useState(String(known));
     useEffect(() => setText(String(known)), [known]);
     const isNumber = typeof known === "number";
-    const save = () => {
-        if (text !== String(known))
-            void write(isNumber ? Number(text) : text);
+    const save = async () => {
+        if (text !== String(known) && !(await write(isNumber ? Number(text) : text)))
+            setText(String(known));
     };
     return (
         <input
@@ -93,12 +110,14 @@ function TextField({ row, common, write }: ControlProps) {
             inputmode={isNumber ? "decimal" : "text"}
             autocomplete="off"
             spellcheck={false}
+            dir="auto"
+            readOnly={row.pinned}
             value={text}
             onInput={(event) => setText(event.currentTarget.value)}
-            onBlur={save}
+            onBlur={() => void save()}
             onKeyDown={(event) => {
                 if (event.key === "Enter")
-                    save();
+                    void save();
                 if (event.key === "Escape")
                     setText(String(known));
             }}

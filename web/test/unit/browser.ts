@@ -4,6 +4,7 @@ const store = new Map<string, string>();
 const storage = {
     getItem: (key: string) => store.get(key) ?? null,
     setItem: (key: string, value: string) => void store.set(key, value),
+    removeItem: (key: string) => void store.delete(key),
 };
 Object.assign(globalThis, {
     location: { host: "127.0.0.1:1", hash: "" },

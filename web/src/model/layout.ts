@@ -1,0 +1,118 @@
+/** How a row stands among others: in a cell of its line, alone in a line, or not at all. */
+export type Shape = "cell" | "line" | "none";
+
+interface Place {
+    readonly line: number;
+    readonly column: number;
+}
+
+/** From the row \a index on, rows follow one another cell by cell, the first at its place. */
+interface Run extends Place {
+    readonly index: number;
+}
+
+/**
+ * Where each row of a list stands, and which stand in a line. Rows are cells in so many columns, but
+ * for those that are told: what is not known yet is taken for a cell. A pure value.
+ */
+export class Layout {
+    readonly lines: number;
+    /** Rows that are shown. */
+    readonly shown: number;
+    readonly #runs: Run[] = [{ index: 0, line: 0, column: 0 }];
+    readonly #shapes: ReadonlyMap<number, Shape>;
+    readonly #hidden: number[];
+
+    constructor(readonly count: number, readonly columns: number, shapes: ReadonlyMap<number, Shape> = new Map()) {
+        this.#shapes = shapes;
+        const special = [...shapes]
+            .filter(([index, shape]) => shape !== "cell" && index < count)
+            .sort(([a], [b]) => a - b);
+        this.#hidden = special.filter(([, shape]) => shape === "none").map(([index]) => index);
+        for (const [index, shape] of special) {
+            const { line, column } = this.#cell(index);
+            if (shape === "none")
+                this.#runs.push({ index: index + 1, line, column });
+            else
+                this.#runs.push(
+                    { index, line: column > 0 ? line + 1 : line, column: 0 },
+                    { index: index + 1, line: column > 0 ? line + 2 : line + 1, column: 0 });
+        }
+        const end = this.#cell(count);
+        this.lines = end.column > 0 ? end.line + 1 : end.line;
+        this.shown = count - this.#hidden.length;
+    }
+
+    isHidden(index: number): boolean {
+        return this.#shapes.get(index) === "none";
+    }
+
+    isLine(index: number): boolean {
+        return this.columns === 1 || this.#shapes.get(index) === "line";
+    }
+
+    place(index: number): Place {
+        return this.#cell(index);
+    }
+
+    /** How many rows are shown before this one. */
+    position(index: number): number {
+        return index - lowerBound(this.#hidden, (hidden) => hidden < index);
+    }
+
+    /** The first row that is shown in the line or, where none is, after it; `count` for none. */
+    firstIn(line: number): number {
+        if (line >= this.lines)
+            return this.count;
+        // The last run that begins at or before the line's start.
+        const after = lowerBound(this.#runs, (run) => run.line < line || (run.line === line && run.column === 0));
+        const run = this.#runs[Math.max(0, after - 1)]!;
+        let index = run.index + Math.max(0, (line - run.line) * this.columns - run.column);
+        while (index < this.count && (this.isHidden(index) || this.place(index).line < line))
+            ++index;
+        return Math.min(index, this.count);
+    }
+
+    /** The row `lines` below (above) another one, in its column as far as there is one. */
+    moved(index: number, lines: number): number {
+        const { line, column } = this.place(index);
+        const to = Math.max(0, Math.min(this.lines - 1, line + lines));
+        const first = this.firstIn(to);
+        let found = first;
+        for (let next = first + 1; next < this.count && this.place(next).line === to; ++next) {
+            if (!this.isHidden(next) && this.place(next).column <= column)
+                found = next;
+        }
+        return Math.min(found, this.count - 1);
+    }
+
+    /** The next (previous) row that is shown; the same where there is none. */
+    stepped(index: number, step: 1 | -1): number {
+        for (let next = index + step; next >= 0 && next < this.count; next += step) {
+            if (!this.isHidden(next))
+                return next;
+        }
+        return index;
+    }
+
+    #cell(index: number): Place {
+        const after = lowerBound(this.#runs, (run) => run.index <= index);
+        const run = this.#runs[Math.max(0, after - 1)]!;
+        const cell = run.column + index - run.index;
+        return { line: run.line + Math.floor(cell / this.columns), column: cell % this.columns };
+    }
+}
+
+/** How many elements from the start on fulfil the condition, after which none does. */
+function lowerBound<T>(list: readonly T[], fulfils: (element: T) => boolean): number {
+    let low = 0;
+    let high = list.length;
+    while (low < high) {
+        const middle = (low + high) >> 1;
+        if (fulfils(list[middle]!))
+            low = middle + 1;
+        else
+            high = middle;
+    }
+    return low;
+}

@@ -1,0 +1,25 @@
+import { t } from "../i18n/i18n";
+
+/** The keys that the page knows. */
+export function KeysSheet() {
+    const keys: [string[], string][] = [
+        [["/"], t("Search")],
+        [["↓"], t("From the search field to the results")],
+        [["↑", "↓"], t("Move in a list or a menu")],
+        [["Home", "End"], t("To the first or the last entry")],
+        [["Enter"], t("Open or play the entry")],
+        [[t("Space")], t("Pause what plays, or go on")],
+        [["Esc"], t("One menu up, or clear the search")],
+        [["?"], t("Show these keys")],
+    ];
+    return (
+        <dl class="keys">
+            {keys.map(([names, text]) => (
+                <div key={text}>
+                    <dt>{names.map((name) => <kbd key={name}>{name}</kbd>)}</dt>
+                    <dd>{text}</dd>
+                </div>
+            ))}
+        </dl>
+    );
+}

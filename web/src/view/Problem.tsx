@@ -1,0 +1,67 @@
+import { t } from "../i18n/i18n";
+import { openCrumb } from "../model/navigation";
+import type { Screen } from "../model/Screen";
+import { homePath } from "../model/services";
+import { RpcError } from "../rpc/Connection";
+import { Icon } from "./icons";
+import { errorText } from "./words";
+
+/** Why there are no rows, or why they are not the newest: then above them, where it moves none. */
+export function Problem({ screen }: { screen: Screen }) {
+    const error = screen.error.value;
+    if (!error)
+        return null;
+    if (error.code === RpcError.notOffered)
+        return <Refused />;
+    const again = (
+        <button type="button" class="filled" onClick={() => screen.retry()}>{t("Try again")}</button>
+    );
+    if ((screen.count.value ?? 0) > 0) {
+        return (
+            <div class="over" role="alert">
+                <div class="bubble"><Icon shape="alert" /><p dir="auto">{errorText(error)}</p>{again}</div>
+            </div>
+        );
+    }
+    return (
+        <div class="blank" role="alert">
+            <Icon shape="alert" />
+            <p dir="auto">{errorText(error)}</p>
+            {again}
+        </div>
+    );
+}
+
+/** An address from elsewhere that would have changed something. */
+function Refused() {
+    return (
+        <div class="blank" role="alert">
+            <Icon shape="alert" />
+            <p>{t("This link would change something, so it was not opened.")}</p>
+            <p>{t("What changes something is only done from a list or a menu that offers it.")}</p>
+            <button type="button" class="filled" onClick={() => openCrumb(homePath.value, "")}>{t("Start page")}</button>
+        </div>
+    );
+}
+
+/** The service takes its time; nobody has to wait for it. */
+export function Slow({ screen }: { screen: Screen }) {
+    if (screen.isCancelled.value) {
+        return (
+            <div class="note" role="status">
+                <p>{t("Cancelled.")}</p>
+                <button type="button" onClick={() => screen.retry()}>{t("Try again")}</button>
+            </div>
+        );
+    }
+    return (
+        <div class="note" role="status">
+            {screen.isSlow.value && (
+                <>
+                    <p>{t("The service takes long to answer.")}</p>
+                    <button type="button" onClick={() => screen.cancel()}>{t("Cancel")}</button>
+                </>
+            )}
+        </div>
+    );
+}

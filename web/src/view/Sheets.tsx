@@ -1,0 +1,87 @@
+import { useEffect, useRef } from "preact/hooks";
+
+import { t } from "../i18n/i18n";
+import { closeSheet, closeSheets, sheets, type Sheet } from "../model/menu";
+import { player } from "../model/player";
+import { moveAmong } from "./focus";
+import { Icon } from "./icons";
+import { KeysSheet } from "./KeysSheet";
+import { MenuSheet } from "./MenuSheet";
+import { PlayingSheet } from "./PlayingSheet";
+
+function titleOf(sheet: Sheet): string {
+    switch (sheet.kind) {
+        case "menu":
+            return sheet.title || t("Menu");
+        case "playing":
+            return player.value.title || t("Player");
+        default:
+            return t("Keys");
+    }
+}
+
+function Content({ sheet }: { sheet: Sheet }) {
+    switch (sheet.kind) {
+        case "menu":
+            return <MenuSheet path={sheet.path} />;
+        case "playing":
+            return <PlayingSheet />;
+        default:
+            return <KeysSheet />;
+    }
+}
+
+const keyOf = (sheet: Sheet) => (sheet.kind === "menu" ? sheet.path : sheet.kind);
+
+/** The dialog with the sheet that is uppermost. */
+export function Sheets() {
+    const dialog = useRef<HTMLDialogElement>(null);
+    const heading = useRef<HTMLHeadingElement>(null);
+    const open = sheets.value;
+    const top = open[open.length - 1];
+    const isOpen = top !== undefined;
+    useEffect(() => {
+        if (isOpen && !dialog.current?.open)
+            dialog.current?.showModal();
+        else if (!isOpen && dialog.current?.open)
+            dialog.current.close();
+    }, [isOpen]);
+    useEffect(() => {
+        if (isOpen)
+            heading.current?.focus();
+    }, [isOpen, open.length]);
+    return (
+        <dialog
+            ref={dialog}
+            aria-labelledby="sheet-title"
+            onCancel={(event) => {
+                // Escape leaves one sheet, not all.
+                event.preventDefault();
+                closeSheet();
+            }}
+            onClose={closeSheets}
+            onClick={(event) => {
+                if (event.target === dialog.current)
+                    closeSheets();
+            }}
+            onKeyDown={(event) => moveAmong(event.currentTarget, event)}
+        >
+            {top && (
+                <div class={`sheet ${top.kind}`}>
+                    <div class="sheet-head">
+                        {open.length > 1 && (
+                            <button type="button" class="round" aria-label={t("Back")} onClick={closeSheet}>
+                                <Icon shape="back" />
+                            </button>
+                        )}
+                        <h2 id="sheet-title" ref={heading} tabIndex={-1} dir="auto">{titleOf(top)}</h2>
+                        <button type="button" class="round" aria-label={t("Close")} onClick={closeSheets}>
+                            <Icon shape="close" />
+                        </button>
+                    </div>
+                    <Content key={keyOf(top)} sheet={top} />
+                </div>
+            )}
+        </dialog>
+    );
+}

@@ -1,0 +1,38 @@
+import { openSheet, sheets } from "../model/menu";
+import { player, PlayState, toggle } from "../model/player";
+
+/** Where keys have a meaning of their own. */
+const fields = "input, textarea, select";
+/** What the space bar operates. */
+const operated = "button, a[href], summary, " + fields;
+
+function key(event: KeyboardEvent): void {
+    if (event.ctrlKey || event.metaKey || event.altKey || event.defaultPrevented)
+        return;
+    const target = event.target as Element;
+    if (event.key === "/" && !target.closest(`${fields}, dialog`)) {
+        event.preventDefault();
+        document.querySelector<HTMLInputElement>("header input[type=search]")?.select();
+    } else if (event.key === "?" && !target.closest(fields)) {
+        event.preventDefault();
+        if (sheets.peek().every((sheet) => sheet.kind !== "keys"))
+            openSheet({ kind: "keys" });
+    } else if (event.key === " " && (isPlayedRow(target) || !target.closest(operated))) {
+        const { state } = player.peek();
+        if (state !== PlayState.playing && state !== PlayState.paused)
+            return;
+        event.preventDefault();
+        if (!event.repeat)
+            toggle();
+    }
+}
+
+/** The row of what plays: to start that anew is what nobody wants. */
+function isPlayedRow(target: Element): boolean {
+    return target.matches("button.audio[aria-current=true]");
+}
+
+export function listenToKeys(): () => void {
+    document.addEventListener("keydown", key);
+    return () => document.removeEventListener("keydown", key);
+}

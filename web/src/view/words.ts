@@ -1,0 +1,9 @@
+import { t } from "../i18n/i18n";
+import { RpcError } from "../rpc/Connection";
+
+/** What went wrong, for the reader. */
+export function errorText(error: RpcError): string {
+    if (error.code === RpcError.lost)
+        return t("There is no connection to the host, so nothing happens.");
+    return error.message || t("Something went wrong.");
+}
