@@ -248,6 +248,10 @@
         <translation>Streams und Bilder aus dem Heimnetz holen</translation>
     </message>
     <message>
+        <source>For stations and pictures on a server at home. Otherwise a service on the internet cannot lead this device to addresses in the house.</source>
+        <translation>Für Sender und Bilder auf einem Server zu Hause. Sonst kann ein Dienst im Internet dieses Gerät nicht zu Adressen im Haus führen.</translation>
+    </message>
+    <message>
         <source>Id of this device</source>
         <translation>Kennung dieses Geräts</translation>
     </message>
@@ -274,6 +278,42 @@
     <message>
         <source>The text is too long.</source>
         <translation>Der Text ist zu lang.</translation>
+    </message>
+    <message>
+        <source>Of everything that is shown, and of the lists that services answer with.</source>
+        <translation>Von allem, was angezeigt wird, und der Listen, mit denen Dienste antworten.</translation>
+    </message>
+    <message>
+        <source>Otherwise each part is a folder of its own, which is opened first.</source>
+        <translation>Sonst ist jeder Teil ein eigener Ordner, der erst geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>Im Menü des laufenden Senders steht dann ein Eintrag, der das Problem meldet.</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>Daran erkennt TuneIn den Hersteller dieses Geräts. Ohne sie antwortet es womöglich nicht.</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Bleibt das Feld leer, ist es die von TuneIn.</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Durch Kommas getrennt. Sender werden nur in diesen Formaten angeboten.</translation>
+    </message>
+    <message>
+        <source>Advanced settings</source>
+        <translation>Erweiterte Einstellungen</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>Browsing</source>
+        <translation>Blättern</translation>
     </message>
 </context>
 <context>

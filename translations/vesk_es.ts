@@ -248,6 +248,10 @@
         <translation>Obtener emisiones e imágenes de la red doméstica</translation>
     </message>
     <message>
+        <source>For stations and pictures on a server at home. Otherwise a service on the internet cannot lead this device to addresses in the house.</source>
+        <translation>Para emisoras e imágenes en un servidor de casa. De lo contrario, un servicio de Internet no puede llevar este dispositivo a direcciones de la casa.</translation>
+    </message>
+    <message>
         <source>Id of this device</source>
         <translation>Identificador de este dispositivo</translation>
     </message>
@@ -274,6 +278,42 @@
     <message>
         <source>The text is too long.</source>
         <translation>El texto es demasiado largo.</translation>
+    </message>
+    <message>
+        <source>Of everything that is shown, and of the lists that services answer with.</source>
+        <translation>De todo lo que se muestra y de las listas con que responden los servicios.</translation>
+    </message>
+    <message>
+        <source>Otherwise each part is a folder of its own, which is opened first.</source>
+        <translation>Si no, cada parte es una carpeta propia que primero hay que abrir.</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>El menú de lo que suena tiene entonces una entrada que informa del problema.</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>Por él conoce TuneIn al fabricante de este dispositivo. Sin él puede negarse a responder.</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Si se deja vacía, es la propia de TuneIn.</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Separados por comas. Las emisoras se ofrecen solo en estos formatos.</translation>
+    </message>
+    <message>
+        <source>Advanced settings</source>
+        <translation>Ajustes avanzados</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>General</translation>
+    </message>
+    <message>
+        <source>Browsing</source>
+        <translation>Navegación</translation>
     </message>
 </context>
 <context>

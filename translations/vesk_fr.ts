@@ -248,6 +248,10 @@
         <translation>Chercher les flux et les images dans le réseau domestique</translation>
     </message>
     <message>
+        <source>For stations and pictures on a server at home. Otherwise a service on the internet cannot lead this device to addresses in the house.</source>
+        <translation>Pour des stations et des images sur un serveur à la maison. Sinon, un service sur Internet ne peut pas mener cet appareil à des adresses de la maison.</translation>
+    </message>
+    <message>
         <source>Id of this device</source>
         <translation>Identifiant de cet appareil</translation>
     </message>
@@ -274,6 +278,42 @@
     <message>
         <source>The text is too long.</source>
         <translation>Le texte est trop long.</translation>
+    </message>
+    <message>
+        <source>Of everything that is shown, and of the lists that services answer with.</source>
+        <translation>De tout ce qui s’affiche, et des listes que renvoient les services.</translation>
+    </message>
+    <message>
+        <source>Otherwise each part is a folder of its own, which is opened first.</source>
+        <translation>Sinon, chaque partie est un dossier à part, qu’il faut d’abord ouvrir.</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>Le menu de la station en cours a alors une entrée qui signale le problème.</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>C’est ainsi que TuneIn connaît le fabricant de cet appareil. Sans lui, il peut refuser de répondre.</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Laissée vide, c’est celle de TuneIn.</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Séparés par des virgules. Les stations ne sont proposées que dans ces formats.</translation>
+    </message>
+    <message>
+        <source>Advanced settings</source>
+        <translation>Réglages avancés</translation>
+    </message>
+    <message>
+        <source>General</source>
+        <translation>Général</translation>
+    </message>
+    <message>
+        <source>Browsing</source>
+        <translation>Navigation</translation>
     </message>
 </context>
 <context>

@@ -153,12 +153,11 @@ void Host::setUpPlugins()
 
 void Host::listSettings()
 {
-    m_services->addSetting(VeskUILanguagePath());
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
-        if (definition.access == CMValuesWorker::Writable
-            && definition.path != VeskUILanguagePath())
-            m_services->addSetting(definition.path);
-    }
+    m_services->addSettings(TrString("Host", QT_TRANSLATE_NOOP("Host", "General")),
+        hostValuesIn(HostValueGroup::General));
+    m_services->addSettings(TrString("Host", QT_TRANSLATE_NOOP("Host", "Browsing")),
+        hostValuesIn(HostValueGroup::Browsing));
+    m_services->addAdvancedSettings(hostValuesIn(HostValueGroup::Advanced));
 }
 
 void Host::setUpPage()

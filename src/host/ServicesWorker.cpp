@@ -11,9 +11,11 @@ ServicesWorker::ServicesWorker()
     : CMNodesWorker({}, QStringLiteral("host"))
     , m_services(CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("services"))))
     , m_settings(CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("settings"))))
+    , m_advanced(CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("settings/advanced"))))
 {
     m_services->setTitle(TrString("Host", QT_TRANSLATE_NOOP("Host", "Services")));
     m_settings->setTitle(TrString("Host", QT_TRANSLATE_NOOP("Host", "Settings")));
+    m_advanced->setTitle(TrString("Host", QT_TRANSLATE_NOOP("Host", "Advanced settings")));
     CMRedirectRowsNode::create(nodes(), addPrefix(QString()), m_services->path());
 }
 
@@ -22,9 +24,21 @@ void ServicesWorker::addService(const CMPath &root)
     m_services->rowsAppend(root);
 }
 
-void ServicesWorker::addSetting(const CMPath &path)
+void ServicesWorker::addSettings(const TrString &heading, const QList<CMPath> &paths)
 {
-    m_settings->rowsAppend(path);
+    VeskRoles row;
+    row.setType(VeskRolesType::Header());
+    row.setTitle(heading);
+    m_settings->rowsAppend(row);
+    for (const CMPath &path : paths)
+        m_settings->rowsAppend(path);
+}
+
+void ServicesWorker::addAdvancedSettings(const QList<CMPath> &paths)
+{
+    for (const CMPath &path : paths)
+        m_advanced->rowsAppend(path);
+    m_settings->rowsAppend(m_advanced->path());
 }
 
 void ServicesWorker::addFailed(const QString &file, const QString &reason)

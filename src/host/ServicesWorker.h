@@ -1,12 +1,14 @@
 #pragma once
 
+#include "api/core/TrString.h"
 #include "api/nodes/CMNodesWorker.h"
 
 class CMListRowsNode;
 
 /// The host's own worker, with the prefix "host": `host:services` is the screen from which clients
 /// find what there is, one row per plug-in; `host:` leads there. `host:settings` has one row per
-/// setting of the host. Main thread.
+/// setting that a listener may want to change, under headings; `host:settings/advanced`, to which
+/// its last row leads, has the others. Main thread.
 class ServicesWorker : public CMNodesWorker {
     Q_OBJECT
 
@@ -15,12 +17,15 @@ public:
 
     /// A row that opens the plug-in's root.
     void addService(const CMPath &root);
-    /// A row for the value at \a path.
-    void addSetting(const CMPath &path);
+    /// A heading, a row for each of the values, to `host:settings`.
+    void addSettings(const TrString &heading, const QList<CMPath> &paths);
+    /// A row for each of the values to `host:settings/advanced`, and the one that leads there.
+    void addAdvancedSettings(const QList<CMPath> &paths);
     /// A row that tells that \a file is no service, and why.
     void addFailed(const QString &file, const QString &reason);
 
 private:
     CMListRowsNode *m_services;
     CMListRowsNode *m_settings;
+    CMListRowsNode *m_advanced;
 };

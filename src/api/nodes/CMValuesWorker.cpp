@@ -184,6 +184,14 @@ void CMValuesWorker::define(
     CMSubscribe().changedStartingWith(key, CMSubscribe::ValueChanged(), -1, -1);
 }
 
+void CMValuesWorker::describe(const CMPath &path, const TrString &description)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_entries.find(keyOf(path));
+    VESK_ASSERT(found != m_entries.end());
+    found->description = description;
+}
+
 bool CMValuesWorker::setValue(const CMPath &path, const VeskValue &value)
 {
     return change(path, value, false) == Outcome::Done;
@@ -284,6 +292,10 @@ void CMValuesWorker::getData(const CMGetDataRequest &request) const
     roles.insert(VeskRoles::Type(), VeskRolesType::Value());
     if (!entry.title.isEmpty())
         roles.setTitle(entry.title);
+    if (!entry.description.isEmpty())
+        roles.setDescription(entry.description);
+    if (entry.pinned)
+        roles.insert(QStringLiteral("pinned"), true);
     roles.setPath(request.path());
 
     QVariantList values;

@@ -17,8 +17,9 @@
 /// What a request writes takes effect at once, or, when the host keeps its values (setKeep), once
 /// it is kept; only then is the request answered.
 ///
-/// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" (a TrString) and
-/// "path"; parameters of the path do not matter. A change is told to the subscribers of its path.
+/// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" and "description"
+/// (TrStrings), "path", and "pinned" for a value that stays as it is; parameters of the path do not
+/// matter. A change is told to the subscribers of its path.
 class VESK_API CMValuesWorker : public CMAbstractWorker {
     Q_OBJECT
 
@@ -32,6 +33,8 @@ public:
     /// type for good.
     void define(const CMPath &path, const VeskValue &value, Access access = ReadOnly,
         const TrString &title = TrString());
+    /// What the value at \a path, which was defined, is good for; its role "description".
+    void describe(const CMPath &path, const TrString &description);
     /// Sets a value that was defined, from inside the host: access does not matter, but a pinned
     /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a
     /// wrong type.
@@ -72,6 +75,7 @@ private:
         VeskValue value;
         Access access = ReadOnly;
         TrString title;
+        TrString description;
         bool pinned = false;
     };
 

@@ -90,6 +90,20 @@ TEST_F(Values, AreChangedByARequestWithAValueOrAPlainOne)
             QStringLiteral("V:int by request")}));
 }
 
+TEST_F(Values, SayWhatTheyAreGoodForAndThatTheyArePinned)
+{
+    const QStringList roles {VeskRoles::Description(), QStringLiteral("pinned")};
+    const Answer before = getData(root, path("V:text"), roles);
+    EXPECT_FALSE(before.list().value(0).isValid());
+    EXPECT_FALSE(before.list().value(1).isValid());
+    values.describe(path("V:text"), text("For nothing"));
+    values.pin(path("V:text"));
+    const Answer after = getData(root, path("V:text"), roles);
+    EXPECT_EQ(TrString::fromVariant(after.list().value(0)), text("For nothing"));
+    EXPECT_EQ(after.list().value(1), QVariant(true));
+    EXPECT_FALSE(getData(root, path("V:bool"), roles).list().value(1).isValid());
+}
+
 TEST_F(Values, AreNotChangedByARequestThatMayNot)
 {
     const Answer fixed = set("V:fixed", QStringLiteral("x"));

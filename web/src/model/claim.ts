@@ -41,14 +41,20 @@ export function keptClaim(service: Path, now = Date.now()): Claim | null {
     return { code: claim.code, message: claim.message, since: claim.since };
 }
 
-/** The page that an instruction names, where the code is entered; null when it names none. */
-export function addressIn(message: string): string | null {
+/** A page that an instruction names: how it is written, and its address. */
+export interface Named {
+    readonly text: string;
+    readonly href: string;
+}
+
+/** The page where the code is entered; null when the instruction names none. */
+export function pageIn(message: string): Named | null {
     const found = /(https?:\/\/)?((?:[a-z0-9-]+\.)+[a-z]{2,}|\d+\.\d+\.\d+\.\d+)(:\d+)?\/[^\s<>"“”]*/i.exec(message);
     if (!found)
         return null;
     const text = found[0].replace(/[.,;:!?)\]]+$/, "");
     try {
-        return new URL(found[1] ? text : "https://" + text).href;
+        return { text, href: new URL(found[1] ? text : "https://" + text).href };
     } catch {
         return null;
     }

@@ -188,8 +188,12 @@ window.addEventListener("popstate", () => {
     // An address that was typed has no state of this page's yet.
     const isNew = !isEntry(history.state);
     if (isNew) {
-        lastIndex = next.index;
+        // Typed, or from a page elsewhere: what lists offered to this page does not count for it. The
+        // host keeps that by connection, so the page begins anew.
+        sessionStorage.setItem(indexKey, String(next.index));
         history.replaceState(next, "");
+        location.reload();
+        return;
     }
-    become(next, isNew ? "forward" : "back");
+    become(next, "back");
 });

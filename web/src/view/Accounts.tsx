@@ -2,7 +2,7 @@ import { useEffect, useMemo, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import { Account, type Link } from "../model/accounts";
-import { addressIn } from "../model/claim";
+import { pageIn } from "../model/claim";
 import { services } from "../model/services";
 import { host } from "../model/host";
 import type { Row } from "../model/rows";
@@ -72,24 +72,28 @@ function Status({ account, link, service }: { account: Account; link: Link; serv
 
 /** The code, and where it is to be entered: on another device, or by a camera. */
 function Claim({ account, message, code }: { account: Account; message: string; code: string }) {
-    const address = addressIn(message);
+    const page = pageIn(message);
+    const [before = "", ...after] = page ? message.split(page.text) : [message];
     return (
         <div class="claim">
             <div class="words">
-                {message && <p dir="auto">{message}</p>}
+                {message && (
+                    <p dir="auto">
+                        {before}
+                        {page && <a href={page.href} target="_blank" rel="noopener noreferrer">{page.text}</a>}
+                        {after.join(page?.text)}
+                    </p>
+                )}
                 <p class="code">
                     <span class="unseen">{t("Code: %1", [...code].join(" "))}</span>
                     <span aria-hidden="true">{code}</span>
                 </p>
-                {address && (
-                    <p><a class="address" href={address} target="_blank" rel="noopener noreferrer">{address}</a></p>
-                )}
                 <p class="quiet-text">
                     {t("Waiting for the code to be entered …")}{" "}
                     <button type="button" class="quiet" onClick={() => void account.look()}>{t("Check now")}</button>
                 </p>
             </div>
-            {address && <QrCode text={address} label={t("QR code of the page where the code is entered")} />}
+            {page && <QrCode text={page.href} label={t("QR code of the page where the code is entered")} />}
         </div>
     );
 }

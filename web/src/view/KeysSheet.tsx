@@ -13,7 +13,7 @@ export function KeysSheet() {
         [["?"], t("Show these keys")],
     ];
     return (
-        <dl class="keys">
+        <dl class="key-list">
             {keys.map(([names, text]) => (
                 <div key={text}>
                     <dt>{names.map((name) => <kbd key={name}>{name}</kbd>)}</dt>

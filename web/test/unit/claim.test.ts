@@ -3,20 +3,20 @@ import "./browser";
 import assert from "node:assert/strict";
 import { test } from "node:test";
 
-const { addressIn, claimLife, keepClaim, keptClaim, lookDelay } = await import("../../src/model/claim");
+const { claimLife, keepClaim, keptClaim, lookDelay, pageIn } = await import("../../src/model/claim");
 
 test("the page to go to is found in the instruction", () => {
     assert.equal(
-        addressIn("Go to http://opml.radiotime.com/mydevice and enter the code M7WYP9"),
+        pageIn("Go to http://opml.radiotime.com/mydevice and enter the code M7WYP9")!.href,
         "http://opml.radiotime.com/mydevice");
-    assert.equal(addressIn("Visit tunein.com/mydevice."), "https://tunein.com/mydevice");
-    assert.equal(addressIn("(see https://x.example/a?b=c)"), "https://x.example/a?b=c");
-    assert.equal(addressIn("http://127.0.0.1:8080/mydevice, please"), "http://127.0.0.1:8080/mydevice");
+    assert.deepEqual(pageIn("Visit tunein.com/mydevice."), { text: "tunein.com/mydevice", href: "https://tunein.com/mydevice" });
+    assert.equal(pageIn("(see https://x.example/a?b=c)")!.href, "https://x.example/a?b=c");
+    assert.equal(pageIn("http://127.0.0.1:8080/mydevice, please")!.href, "http://127.0.0.1:8080/mydevice");
 });
 
 test("nothing but a page of the web is an address", () => {
     for (const text of ["", "Enter M7WYP9", "javascript:alert(1)", "data:text/html,x", "file:///etc/passwd", "1/2", "a.b"])
-        assert.equal(addressIn(text), null, text);
+        assert.equal(pageIn(text), null, text);
 });
 
 test("a code is kept until it is forgotten or too old", () => {
