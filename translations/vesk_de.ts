@@ -635,8 +635,8 @@
         <translation>Dunkel</translation>
     </message>
     <message>
-        <source>Details of %1</source>
-        <translation>Einzelheiten zu %1</translation>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
     </message>
     <message>
         <source>Favorite</source>

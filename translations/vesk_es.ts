@@ -635,8 +635,8 @@
         <translation>Oscuro</translation>
     </message>
     <message>
-        <source>Details of %1</source>
-        <translation>Detalles de %1</translation>
+        <source>Details</source>
+        <translation>Detalles</translation>
     </message>
     <message>
         <source>Favorite</source>

@@ -635,8 +635,8 @@
         <translation>Sombre</translation>
     </message>
     <message>
-        <source>Details of %1</source>
-        <translation>Détails de %1</translation>
+        <source>Details</source>
+        <translation>Détails</translation>
     </message>
     <message>
         <source>Favorite</source>

@@ -6,19 +6,41 @@ namespace directory {
 
 namespace {
 
-constexpr char style[] = "body { font-family: sans-serif; max-width: 24rem; margin: 3rem auto; }\n"
-                         "label { display: block; margin: 1rem 0; }\n"
-                         "input { display: block; width: 100%; font-size: 1.2rem; }\n"
-                         "button { font-size: 1.2rem; }\n";
+/// Made for the telephone that the code is typed on: one column, fields for thumbs, its own
+/// colours.
+constexpr char style[] = R"(:root { color-scheme: light dark; font: 100%/1.45 system-ui, sans-serif;
+    --bg: #f4f5f2; --card: #ffffff; --text: #16201d; --muted: #56625d; --edge: #7b857f;
+    --accent: #0b6e63; --on-accent: #ffffff; }
+@media (prefers-color-scheme: dark) { :root { --bg: #0e1315; --card: #161d20; --text: #ecf1ef;
+    --muted: #9fadaa; --edge: #75848a; --accent: #63d4c3; --on-accent: #06211d; } }
+* { box-sizing: border-box; }
+body { margin: 0; padding: max(1rem, env(safe-area-inset-top)) 1rem 2rem; background: var(--bg);
+    color: var(--text); }
+main { max-width: 26rem; margin: 0 auto; padding: 1.25rem; border-radius: 1.1rem;
+    background: var(--card); }
+h1 { margin: 0 0 .3rem; font-size: 1.5rem; line-height: 1.2; }
+p { margin: 0 0 1rem; color: var(--muted); overflow-wrap: anywhere; }
+p.wrong { color: var(--text); font-weight: 600; }
+label { display: block; margin: 1rem 0; font-weight: 600; }
+input { display: block; width: 100%; height: 3rem; margin-top: .3rem; padding: 0 .9rem;
+    border: 1px solid var(--edge); border-radius: .7rem; background: var(--bg); color: inherit;
+    font: inherit; font-size: 1.1rem; font-weight: 400; }
+input[name=code] { font: 700 1.6rem/1 ui-monospace, monospace; letter-spacing: .2em;
+    text-transform: uppercase; }
+button { width: 100%; min-height: 3rem; margin-top: .4rem; border: 0; border-radius: 1.5rem;
+    background: var(--accent); color: var(--on-accent); font: inherit; font-size: 1.1rem;
+    font-weight: 700; }
+:focus-visible { outline: 3px solid var(--accent); outline-offset: 2px; }
+)";
 
 constexpr char form[]
     = "<form method=\"post\" action=\"/mydevice\">\n"
       "<label>Code on the device <input name=\"code\" maxlength=\"6\" autocomplete=\"off\" "
-      "required></label>\n"
+      "autocapitalize=\"characters\" spellcheck=\"false\" enterkeyhint=\"next\" required></label>\n"
       "<label>User name <input name=\"username\" maxlength=\"12\" autocomplete=\"username\" "
-      "required></label>\n"
+      "autocapitalize=\"none\" spellcheck=\"false\" enterkeyhint=\"next\" required></label>\n"
       "<label>Password <input name=\"password\" type=\"password\" maxlength=\"12\" "
-      "autocomplete=\"current-password\" required></label>\n"
+      "autocomplete=\"current-password\" enterkeyhint=\"go\" required></label>\n"
       "<button>Link the device</button>\n</form>\n";
 
 Answer page(int status, const std::string &message, std::string_view rest)
@@ -27,9 +49,11 @@ Answer page(int status, const std::string &message, std::string_view rest)
     answer.status = status;
     answer.contentType = "text/html; charset=utf-8";
     answer.body = "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\">"
+                  "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
                   "<title>Link a device</title><link rel=\"stylesheet\" href=\"/mydevice.css\">"
-                  "</head>\n<body>\n<h1>Link a device</h1>\n<p>"
-        + message + "</p>\n" + std::string(rest) + "</body></html>\n";
+                  "</head>\n<body>\n<main>\n<h1>Link a device</h1>\n"
+        + std::string(status >= 400 ? "<p class=\"wrong\" role=\"alert\">" : "<p>") + message
+        + "</p>\n" + std::string(rest) + "</main>\n</body></html>\n";
     answer.headers = {{"Cache-Control", "no-store"},
         {"Content-Security-Policy",
             "default-src 'none'; style-src 'self'; form-action 'self'; base-uri 'none'; "
@@ -50,7 +74,8 @@ Answer link(const Context &context)
     if (!members.join(*account, serial).empty())
         return page(409, "This device is linked to an account already.", form);
     members.forgetClaimCode(serial);
-    return page(200, "The device is linked to " + account->userName + '.', {});
+    return page(
+        200, "The device is linked to " + account->userName + ". You can close this page.", {});
 }
 
 } // namespace

@@ -39,6 +39,7 @@ TEST_F(ClaimPage, IsAPlainFormThatMayDoLittle)
     EXPECT_EQ(page.status, 200);
     EXPECT_EQ(page.contentType, "text/html; charset=utf-8");
     EXPECT_THAT(page.body, HasSubstr("<form method=\"post\" action=\"/mydevice\">"));
+    EXPECT_THAT(page.body, HasSubstr("<meta name=\"viewport\" content=\"width=device-width"));
     EXPECT_THAT(page.body, Not(HasSubstr("<script")));
     EXPECT_THAT(page.headers, Contains(Pair("Cache-Control", "no-store")));
     EXPECT_THAT(page.headers, Contains(Pair("X-Content-Type-Options", "nosniff")));

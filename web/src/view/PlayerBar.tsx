@@ -134,7 +134,6 @@ export function PlayerBar() {
                 type="button"
                 class="details"
                 aria-haspopup="dialog"
-                aria-label={t("Details of %1", now.title || t("Player"))}
                 onClick={() => openSheet({ kind: "playing" })}
             >
                 <Artwork icon={now.icon} fallback="radio" />
@@ -142,6 +141,7 @@ export function PlayerBar() {
                     <span class="title" dir="auto">{now.title || t("Player")}</span>
                     {onAir && <span class="on-air" dir="auto">{onAir}</span>}
                     <StateLine now={now} />
+                    <span class="unseen">{t("Details")}</span>
                 </span>
             </button>
             <div class="controls">

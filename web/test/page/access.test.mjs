@@ -63,7 +63,7 @@ const screens = {
     },
     "the player's menu with the streams": async (page) => {
         await page.keyboard.press("Escape");
-        await page.getByRole("region", { name: "Player" }).getByRole("button", { name: /^More/ }).click();
+        await page.getByRole("region", { name: "Player" }).locator("button.details").click();
         await page.getByRole("link", { name: "Choose stream" }).click();
         await page.getByRole("dialog").locator("button.audio").first().waitFor();
     },

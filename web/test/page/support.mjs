@@ -206,3 +206,32 @@ export function onlyProblemsOf(page, allowed = /$^/) {
     if (problems.length > 0)
         throw new Error(problems.join("\n"));
 }
+
+/**
+ * Stands between the page and its host. `call` sees each call and may answer it in the host's place,
+ * when it returns true, now or later, or let it pass then; `answered` may change an answer. After that
+ * `page.tell` sends the page a notification.
+ */
+export async function between(page, { call = () => false, answered = () => {} }) {
+    await page.routeWebSocket(/\/ws$/, (socket) => {
+        const server = socket.connectToServer();
+        const calls = new Map();
+        page.tell = (message) => socket.send(JSON.stringify({ jsonrpc: "2.0", ...message }));
+        socket.onMessage((text) => {
+            const message = JSON.parse(text);
+            calls.set(message.id, message);
+            const answer = (rest) => socket.send(JSON.stringify({ jsonrpc: "2.0", id: message.id, ...rest }));
+            if (!call(message, answer, () => server.send(text)))
+                server.send(text);
+        });
+        server.onMessage((text) => {
+            const message = JSON.parse(text);
+            const asked = calls.get(message.id);
+            if (asked) {
+                calls.delete(message.id);
+                answered(asked, message);
+            }
+            socket.send(JSON.stringify(message));
+        });
+    });
+}
