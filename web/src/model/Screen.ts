@@ -4,7 +4,7 @@ import { RpcError } from "../rpc/Connection";
 import { getRows, host, watch } from "./host";
 import type { Shape } from "./layout";
 import type { Path } from "./path";
-import { RowType, type Roles, type Row, type RowsAnswer } from "./rows";
+import { rowRoles, RowType, type Roles, type Row, type RowsAnswer } from "./rows";
 
 /** Rows that are asked for together. */
 export const pageSize = 100;
@@ -20,7 +20,10 @@ export const patience = 3000;
 /** After an error a screen that is shown is read again by itself, later each time. */
 export const healTimes = [5000, 10_000, 20_000, 30_000];
 
-export type GetRows = (path: Path, first: number, last: number) => Promise<RowsAnswer>;
+/** `anew` means that a list which the host has kept is too old. */
+export type GetRows = (path: Path, first: number, last: number, anew: boolean) => Promise<RowsAnswer>;
+
+const readRange: GetRows = (path, first, last, anew) => getRows(path, first, last, rowRoles, anew);
 
 /**
  * One screen: its own roles, its length, and the rows that were looked at. Rows come by range, the
@@ -44,6 +47,8 @@ export class Screen {
     #epoch = 0;
     /** The last epoch whose answers are not wanted. */
     #cancelled = -1;
+    /** The next range is read from the service, the others come with it. */
+    #isOld = true;
     #first = 0;
     #last = pageSize - 1;
     #users = 0;
@@ -56,7 +61,7 @@ export class Screen {
     /** How rows stand that do not stand as most do, also of pages that are not kept any more. */
     readonly #shapes = new Map<number, Shape>();
 
-    constructor(readonly path: Path, private readonly read: GetRows = getRows) {}
+    constructor(readonly path: Path, private readonly read: GetRows = readRange) {}
 
     get title(): string {
         const title = this.roles.value.title;
@@ -107,6 +112,7 @@ export class Screen {
     reload(): void {
         clearTimeout(this.#heal);
         ++this.#epoch;
+        this.#isOld = true;
         this.isCancelled.value = false;
         this.#fetch();
     }
@@ -183,7 +189,9 @@ export class Screen {
         const first = page * pageSize;
         let failed = false;
         try {
-            const answer = await this.read(this.path, first, first + pageSize - 1);
+            const isOld = this.#isOld;
+            this.#isOld = false;
+            const answer = await this.read(this.path, first, first + pageSize - 1, isOld);
             if (this.#isWanted(page, epoch))
                 this.#take(page, epoch, answer);
         } catch (error) {

@@ -1,6 +1,6 @@
 import { signal } from "@preact/signals";
 
-import { getRows, setData, watch } from "./host";
+import { getRows, host, setData, watch } from "./host";
 import { announce } from "./notices";
 import { paramsOf, type Path } from "./path";
 import { RowType, type Row } from "./rows";
@@ -13,6 +13,7 @@ const lastWord = (text: string) => text.split("?", 1)[0]!.replace(/^.*[/:]/, "")
 /** Favorites that are looked through for their ids, and the folders among them. */
 const maxRows = 500;
 const maxFolders = 20;
+const retryTime = 30_000;
 
 /** Whether the row of a menu makes its item a favorite, or no favorite any more. */
 export function changesFavorites(row: Row): boolean {
@@ -30,8 +31,17 @@ class Favorites {
     readonly ids = signal<ReadonlySet<string> | null>(null);
     #path: Path | null = null;
     #run = 0;
+    #later: ReturnType<typeof setTimeout> | undefined;
 
     constructor(private readonly service: Path) {}
+
+    /** Reads them by and by: a service that does not answer is asked again later. */
+    refresh(): void {
+        clearTimeout(this.#later);
+        this.read().catch(() => {
+            this.#later = setTimeout(() => this.refresh(), retryTime);
+        });
+    }
 
     /** Reads them, and follows their changes from the first time on. */
     async read(): Promise<ReadonlySet<string> | null> {
@@ -40,7 +50,7 @@ class Favorites {
             const { rows } = await getRows(this.service, 0, 99, ["icon", "path"]);
             const path = rows.find((row) => words.includes(lastWord(row.icon)))?.path ?? "";
             if (this.#path === null && path !== "")
-                watch(path, () => void this.read().catch(() => {}));
+                watch(path, () => this.refresh());
             this.#path = path;
         }
         if (this.#path === "")
@@ -80,7 +90,7 @@ function favoritesFor(menu: Path): Favorites | null {
     if (!favorites) {
         favorites = new Favorites(service);
         known.set(service, favorites);
-        void favorites.read().catch(() => {});
+        favorites.refresh();
     }
     return favorites;
 }
@@ -124,8 +134,8 @@ function tellFavorite(menu: Path, title: string, is: boolean | null, wanted: boo
     });
 }
 
-/** After a new connection what was read may be old. */
-export function refreshFavorites(): void {
-    for (const favorites of known.values())
-        void favorites.read().catch(() => {});
-}
+// What was read over another connection may be old.
+host.isOpen.subscribe((isOpen) => {
+    if (isOpen)
+        known.forEach((favorites) => favorites.refresh());
+});

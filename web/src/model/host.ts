@@ -6,9 +6,10 @@ import { readRows, rowRoles, type RowsAnswer } from "./rows";
 export const host = new Connection(`ws://${location.host}/ws`);
 
 export async function getRows(
-    path: Path, first: number, last: number, roles: readonly string[] = rowRoles,
+    path: Path, first: number, last: number, roles: readonly string[] = rowRoles, refresh = false,
 ): Promise<RowsAnswer> {
-    return readRows(await host.call("getRows", { path, roles, first, last }), roles);
+    const params = { path, roles, first, last };
+    return readRows(await host.call("getRows", refresh ? { ...params, refresh } : params), roles);
 }
 
 export async function getData(path: Path, roles: readonly string[]): Promise<unknown[]> {

@@ -68,7 +68,10 @@ const screens = {
         await page.getByRole("dialog").locator("button.audio").first().waitFor();
     },
     "search results": async (page) => {
+        // The streams are two levels deep.
         await page.keyboard.press("Escape");
+        await page.keyboard.press("Escape");
+        await page.getByRole("dialog").waitFor({ state: "hidden" });
         await page.getByRole("searchbox").fill("jazz");
         await page.getByRole("heading", { name: "Results for “jazz”" }).waitFor();
         await page.locator("button.audio").first().waitFor();
@@ -90,7 +93,13 @@ const screens = {
         await page.getByRole("button", { name: "Link with a code" }).click();
         await page.locator(".code").waitFor();
     },
+    "the page's keys": async (page) => {
+        await page.keyboard.press("?");
+        await page.getByRole("dialog").getByText("Pause what plays").waitFor();
+    },
     "settings with a password": async (page) => {
+        await page.keyboard.press("Escape");
+        await page.getByRole("dialog").waitFor({ state: "hidden" });
         await page.getByRole("button", { name: "Cancel" }).click();
         await page.getByRole("button", { name: /password/ }).click();
         await page.getByLabel("Password").waitFor();

@@ -36,3 +36,16 @@ test("a value is known by its type", () => {
     assert.deepEqual(readValue({ type: 115, tuneInAccount: {} }), { type: "other" });
     assert.equal(readValue("x"), null);
 });
+
+test("a row without any role is empty, and one with a role that shows is not", () => {
+    assert.ok(readRow({ title: null, type: null, path: null, preferred: false }).isEmpty);
+    assert.ok(!readRow({ title: "A" }).isEmpty);
+    assert.ok(!readRow({ type: RowType.header }).isEmpty);
+    assert.ok(!readRow({ path: "A:b" }).isEmpty);
+});
+
+test("a value is pinned when its row says so, or the value itself", () => {
+    assert.ok(readRow({ pinned: true }).pinned);
+    assert.ok(readRow({ value: { type: 1, bool_: true, pinned: true } }).pinned);
+    assert.ok(!readRow({ pinned: "yes", value: { type: 1, bool_: true } }).pinned);
+});

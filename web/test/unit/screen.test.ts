@@ -5,22 +5,23 @@ import { test } from "node:test";
 
 import { readRow, type RowsAnswer } from "../../src/model/rows";
 import { RpcError } from "../../src/rpc/Connection";
+import { Clock } from "./clock";
 
-const { maxInterruptions, maxPages, pageSize, Screen } = await import("../../src/model/Screen");
+const { healTimes, maxInterruptions, maxPages, pageSize, Screen } = await import("../../src/model/Screen");
 
 /** Answers when it is told to. */
 class Reader {
     count = 1000;
     generation = "a";
-    readonly asked: { first: number; answer(): void; fail(error: RpcError): void }[] = [];
+    readonly asked: { first: number; anew: boolean; answer(): void; fail(error: RpcError): void }[] = [];
 
-    read = (_path: string, first: number, last: number): Promise<RowsAnswer> =>
+    read = (_path: string, first: number, last: number, anew: boolean): Promise<RowsAnswer> =>
         new Promise((resolve, reject) => {
             const rows = [];
             for (let i = first; i <= Math.min(last, this.count - 1); ++i)
                 rows.push(readRow({ title: `${this.generation}${i}` }));
             const answer = { count: this.count, rows, roles: { title: this.generation } };
-            this.asked.push({ first, answer: () => resolve(answer), fail: reject });
+            this.asked.push({ first, anew, answer: () => resolve(answer), fail: reject });
         });
 
     /** Answers everything, also what is asked on the way. */
@@ -158,4 +159,89 @@ test("a service that came back is asked again, but not for ever for what it does
     screen.changed();
     await settle();
     assert.equal(reader.asked.length, 1);
+});
+
+test("what is read again comes from the service, the ranges after it with it", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    assert.equal(reader.asked[0]!.anew, true);
+    await reader.settle();
+    screen.show(150, 350);
+    assert.deepEqual(reader.asked.map(({ first, anew }) => [first, anew]), [[100, false], [200, false]]);
+    await reader.settle();
+    screen.reload();
+    assert.deepEqual(reader.asked.map(({ first, anew }) => [first, anew]), [[100, true], [200, false]]);
+    await reader.settle();
+});
+
+test("nobody has to wait for an answer that takes long", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.reload();
+    screen.cancel();
+    assert.equal(screen.isCancelled.value, true);
+    reader.asked.shift()!.answer();
+    await turn();
+    assert.equal(screen.count.value, null);
+    assert.equal(reader.asked.length, 0);
+    screen.retry();
+    assert.equal(screen.isCancelled.value, false);
+    await reader.settle();
+    assert.equal(screen.count.value, 1000);
+});
+
+test("an error heals by itself while the screen is shown, later each time", async (context) => {
+    const clock = new Clock(context);
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    const fail = async (code: number) => {
+        reader.asked.shift()!.fail(new RpcError(code, "broken"));
+        await turn();
+    };
+    screen.enter();
+    await fail(-32000);
+    for (const wait of [...healTimes, healTimes[healTimes.length - 1]!]) {
+        clock.tick(wait - 1);
+        assert.equal(reader.asked.length, 0);
+        clock.tick(1);
+        assert.equal(reader.asked.length, 1);
+        assert.equal(screen.error.value!.message, "broken");
+        await fail(-32000);
+    }
+    clock.tick(30_000);
+    reader.asked.shift()!.answer();
+    await turn();
+    assert.equal(screen.error.value, null);
+    // What cannot work is not tried again, and what is not shown neither.
+    for (const code of [RpcError.noNode, RpcError.notOffered]) {
+        screen.reload();
+        await fail(code);
+        clock.tick(100_000);
+        assert.equal(reader.asked.length, 0);
+    }
+    screen.reload();
+    await fail(-32000);
+    screen.leave();
+    clock.tick(100_000);
+    assert.equal(reader.asked.length, 0);
+});
+
+test("patience ends after three seconds, and begins anew with the next answer", async (context) => {
+    const clock = new Clock(context);
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.enter();
+    clock.tick(2999);
+    assert.equal(screen.isSlow.value, false);
+    clock.tick(1);
+    assert.equal(screen.isSlow.value, true);
+    reader.asked.shift()!.answer();
+    await turn();
+    assert.equal(screen.isSlow.value, false);
+    // Rows that stand are read again without a word.
+    screen.reload();
+    clock.tick(10_000);
+    assert.equal(screen.isSlow.value, false);
+    screen.leave();
 });
