@@ -3,6 +3,7 @@ import { useEffect } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import { host } from "../model/host";
+import { sheets } from "../model/menu";
 import { current } from "../model/navigation";
 import { failure, isAskSlow, isShown, player } from "../model/player";
 import { Breadcrumbs } from "./Breadcrumbs";
@@ -45,7 +46,7 @@ export function App() {
                 <ScreenView key={current.value} path={current.value} />
             </main>
             <PlayerBar />
-            <NoticeBar />
+            {sheets.value.length === 0 && <NoticeBar />}
             <Spoken />
             <Sheets />
         </>

@@ -7,6 +7,7 @@ import { moveAmong } from "./focus";
 import { Icon } from "./icons";
 import { KeysSheet } from "./KeysSheet";
 import { MenuSheet } from "./MenuSheet";
+import { NoticeBar } from "./Notices";
 import { PlayingSheet } from "./PlayingSheet";
 
 function titleOf(sheet: Sheet): string {
@@ -82,6 +83,8 @@ export function Sheets() {
                     <Content key={keyOf(top)} sheet={top} />
                 </div>
             )}
+            {/* What is outside a modal dialog can neither be read out nor operated. */}
+            {top && <NoticeBar />}
         </dialog>
     );
 }

@@ -115,6 +115,16 @@ test("a heart shows what is a favorite, changes it, and takes it back", async ()
     assert.notEqual(await focusTag(page), "BODY");
     const favorites = await product.call("getRows", { path: "TuneIn:browse/uri/Browse.ashx?c=presets" });
     assert.ok(!JSON.stringify(favorites.rows).includes(title));
+    // The same above the page, in the details.
+    await player(page).locator("button.details").click();
+    const inDetails = dialog(page).getByRole("button", { name: "Favorite" });
+    await inDetails.click();
+    await dialog(page).getByText(`${title} is a favorite now`).waitFor();
+    await dialog(page).getByRole("button", { name: "Undo" }).click();
+    await dialog(page).getByText(`${title} is no favorite any more`).waitFor();
+    assert.equal(await inDetails.getAttribute("aria-pressed"), "false");
+    await page.keyboard.press("Escape");
+    await dialog(page).waitFor({ state: "hidden" });
     // What is changed elsewhere is shown, too.
     const other = await newPage(browser, product);
     await other.goto(product.url);
