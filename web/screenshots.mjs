@@ -6,9 +6,9 @@ import { fileURLToPath } from "node:url";
 import { launch, newPage, Product } from "./test/page/support.mjs";
 
 const folder = join(dirname(fileURLToPath(import.meta.url)), "../docs/images");
-const desktop = { viewport: { width: 1280, height: 800 } };
-const tablet = { viewport: { width: 768, height: 1024 }, colorScheme: "dark" };
-const phone = { viewport: { width: 375, height: 667 }, isMobile: true, hasTouch: true };
+const desktop = { viewport: { width: 1440, height: 900 } };
+const tablet = { viewport: { width: 1024, height: 768 }, colorScheme: "dark" };
+const phone = { viewport: { width: 390, height: 844 }, isMobile: true, hasTouch: true };
 
 async function play(page, url, row) {
     await page.goto(`${url}#TuneIn:`);
@@ -28,13 +28,13 @@ const pictures = {
     }],
     "page-phone": [phone, async (page, url) => {
         await play(page, url, 1);
-        await page.getByRole("region", { name: "Player" }).getByRole("button", { name: /^More/ }).click();
+        await page.getByRole("region", { name: "Player" }).locator("button.details").click();
         await page.getByRole("dialog").getByRole("link", { name: "Choose stream" }).waitFor();
     }],
     "page-phone-dark": [{ ...phone, colorScheme: "dark" }, async (page, url) => {
         await page.goto(`${url}#host:settings`);
         await page.getByRole("button", { name: "Link with a code" }).click();
-        await page.locator(".code").waitFor();
+        await page.locator(".qr").waitFor();
     }],
 };
 

@@ -50,18 +50,21 @@ effect(() => {
         popSheets(count - open.length);
 });
 
-/** Menus that their service did not survive: they are not offered again. */
-export const deadMenus = signal<ReadonlySet<Path>>(new Set());
-const maxDead = 200;
+/** How often a service was interrupted over a menu. Twice is no chance: it is not offered again. */
+const interrupted = signal<ReadonlyMap<Path, number>>(new Map());
+const maxInterruptions = 2;
+const maxKnown = 200;
 
-export function buryMenu(path: Path): void {
-    if (deadMenus.peek().size < maxDead)
-        deadMenus.value = new Set([...deadMenus.peek(), path]);
+export function blameMenu(path: Path): void {
+    const known = interrupted.peek();
+    if (known.size < maxKnown || known.has(path))
+        interrupted.value = new Map(known).set(path, (known.get(path) ?? 0) + 1);
 }
 
 /** A menu is that of an item: one whose parameter for an id is empty is that of nothing. */
 export function isMenu(path: Path): boolean {
-    return path !== "" && !/[?&]\w*id=(&|$)/i.test(path) && !deadMenus.value.has(path);
+    return path !== "" && !/[?&]\w*id=(&|$)/i.test(path)
+        && (interrupted.value.get(path) ?? 0) < maxInterruptions;
 }
 
 /**

@@ -1,7 +1,7 @@
 import { useEffect } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
-import { buryMenu, closeSheets } from "../model/menu";
+import { blameMenu, closeSheets } from "../model/menu";
 import type { Path } from "../model/path";
 import { readRow, type Row } from "../model/rows";
 import type { Screen } from "../model/Screen";
@@ -32,7 +32,7 @@ export function MenuSheet({ path, isShown = everyRow }: { path: Path; isShown?(r
     useEffect(() => screen.show(0, maxRows - 1), [screen]);
     useEffect(() => {
         if (error?.name === RpcError.interrupted)
-            buryMenu(path);
+            blameMenu(path);
     }, [error, path]);
     const leave = readRow(isRecord(screen.roles.value.cancel) ? screen.roles.value.cancel : {}).title;
     const rows = rowsOf(screen, isShown);

@@ -5,7 +5,7 @@ import { test } from "node:test";
 
 import { readRow, RowType } from "../../src/model/rows";
 
-const { buryMenu, isMenu } = await import("../../src/model/menu");
+const { blameMenu, isMenu } = await import("../../src/model/menu");
 const { changesFavorites, idsOf } = await import("../../src/model/favorites");
 
 test("a menu of nothing is none", () => {
@@ -15,9 +15,10 @@ test("a menu of nothing is none", () => {
     assert.ok(!isMenu("X:menu?a=1&guideId=&b=2"));
 });
 
-test("a menu that its service did not survive is offered no more", () => {
+test("a menu that its service does not survive is offered no more", () => {
+    blameMenu("X:menu?id=7");
     assert.ok(isMenu("X:menu?id=7"));
-    buryMenu("X:menu?id=7");
+    blameMenu("X:menu?id=7");
     assert.ok(!isMenu("X:menu?id=7"));
     assert.ok(isMenu("X:menu?id=8"));
 });
