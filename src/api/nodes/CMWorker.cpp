@@ -275,8 +275,8 @@ void CMWorker::setHandlingListener(HandlingListener *listener)
 
 void CMWorker::deliver(const CMRequest &request)
 {
-    // Ended by its asker while it waited.
-    if (request.reply().isFinished())
+    // Ended by its asker while it waited. What changes something is done all the same.
+    if (request.kind() != CMRequest::SetData && request.reply().isFinished())
         return;
     const Handling handling(request);
     if (request.kind() == CMRequest::SetData && request.path().prefix() == m_name

@@ -16,8 +16,8 @@ VESK_LOGGER("Host.Rpc")
 namespace {
 
 constexpr char Key[] = "vesk-connection";
-/// Connections that wait to be accepted. With GLib's ten, a client that opens many makes others wait
-/// for the second that their kernel takes to try again.
+/// Connections that wait to be accepted. With GLib's ten, a client that opens many makes others
+/// wait for the second that their kernel takes to try again.
 constexpr int Backlog = 256;
 
 QByteArray textOf(GSocketAddress *address)

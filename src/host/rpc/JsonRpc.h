@@ -29,6 +29,8 @@ struct JsonRpcError {
         RowGone = -32004,
         /// The address changes something, and no list offered it.
         NotOffered = -32005,
+        /// The client took the request back.
+        Cancelled = -32006,
     };
 
     int code = InternalError;

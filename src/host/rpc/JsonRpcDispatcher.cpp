@@ -29,12 +29,37 @@ void JsonRpcCall::fail(const JsonRpcError &error)
         m_exchange->fail(m_index, error);
 }
 
+void JsonRpcCall::whenAbandoned(std::function<void()> function)
+{
+    if (m_exchange)
+        m_exchange->whenAbandoned(m_index, std::move(function));
+}
+
 JsonRpcDispatcher::JsonRpcDispatcher(QObject *parent)
     : QObject(parent)
 {
+    addMethod(QStringLiteral("cancel"), [this](const JsonRpcCallPtr &call) { cancel(call); });
 }
 
 JsonRpcDispatcher::~JsonRpcDispatcher() = default;
+
+void JsonRpcDispatcher::cancel(const JsonRpcCallPtr &call)
+{
+    const QVariant id = call->params().value(QStringLiteral("id"));
+    if (id.isNull()) {
+        return call->fail(
+            {JsonRpcError::InvalidParams, QStringLiteral("The parameter \"id\" is missing."), {}});
+    }
+    if (JsonRpcPeer *peer = call->peer()) {
+        const auto exchanges
+            = findChildren<JsonRpcExchange *>(QString(), Qt::FindDirectChildrenOnly);
+        for (JsonRpcExchange *exchange : exchanges) {
+            if (exchange->peer() == peer)
+                exchange->cancel(id);
+        }
+    }
+    call->finish(QVariantHash());
+}
 
 void JsonRpcDispatcher::addMethod(const QString &name, const JsonRpcMethod &method)
 {

@@ -51,6 +51,9 @@ public:
 
     void finish(const QVariant &result);
     void fail(const JsonRpcError &error);
+    /// Calls \a function when nobody waits for the answer any more: the client has gone or took the
+    /// request back, or it took too long. At most once, and not once it is answered.
+    void whenAbandoned(std::function<void()> function);
 
 private:
     const QPointer<JsonRpcExchange> m_exchange;
@@ -64,7 +67,9 @@ using JsonRpcMethod = std::function<void(const JsonRpcCallPtr &)>;
 
 /// Carries out JSON-RPC messages by a table of methods: bytes in, bytes out, no sockets. Lives on
 /// one thread. A method may answer at once or later; a message is answered when all of its calls
-/// are, those that took longer than the deadline with an error.
+/// are, those that took longer than the deadline with an error. One method is its own: "cancel",
+/// by which a client with a lasting connection takes the request with the "id" in the parameters
+/// back, which is answered with an error then.
 class JsonRpcDispatcher : public QObject {
     Q_OBJECT
 
@@ -85,6 +90,8 @@ public:
 
 private:
     friend class JsonRpcExchange;
+    void cancel(const JsonRpcCallPtr &call);
+
     QHash<QString, JsonRpcMethod> m_methods;
     int m_deadlineMs = 60000;
 };

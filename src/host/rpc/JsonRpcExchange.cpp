@@ -3,6 +3,15 @@
 #include "api/core/vesk.h"
 #include "api/web/VeskJson.h"
 
+namespace {
+
+JsonRpcError cancelledError()
+{
+    return {JsonRpcError::Cancelled, QStringLiteral("The request was cancelled."), {}};
+}
+
+} // namespace
+
 JsonRpcExchange::JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *peer,
     JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message)
     : QObject(dispatcher)
@@ -14,7 +23,12 @@ JsonRpcExchange::JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *pee
     , m_open(message.requests.size())
 {
     m_deadline.setSingleShot(true);
-    veskConnect(&m_deadline, &QTimer::timeout, this, &JsonRpcExchange::timeOut);
+    connect(&m_deadline, &QTimer::timeout, this, [this] {
+        abandonAll({JsonRpcError::TimedOut, QStringLiteral("The request timed out."), {}});
+    });
+    if (peer) {
+        connect(peer, &QObject::destroyed, this, [this] { abandonAll(cancelledError()); });
+    }
 }
 
 void JsonRpcExchange::start()
@@ -53,6 +67,7 @@ void JsonRpcExchange::complete(int index, const QVariantHash &answer)
     if (slot.done)
         return;
     slot.done = true;
+    slot.abandoned = nullptr;
     slot.answer = answer;
     if (slot.counted && m_peer)
         --m_peer->m_running;
@@ -70,13 +85,36 @@ void JsonRpcExchange::fail(int index, const JsonRpcError &error)
     complete(index, jsonRpcFailure(m_message.requests.at(index).id, error));
 }
 
-void JsonRpcExchange::timeOut()
+void JsonRpcExchange::whenAbandoned(int index, std::function<void()> function)
 {
-    // The last answer hands everything out but leaves this object in place until the event loop
-    // runs.
+    Slot &slot = m_slots[index];
+    if (!slot.done)
+        slot.abandoned = std::move(function);
+}
+
+void JsonRpcExchange::cancel(const QVariant &id)
+{
     for (int index = 0; index < m_slots.size(); ++index) {
-        fail(index, {JsonRpcError::TimedOut, QStringLiteral("The request timed out."), {}});
+        const JsonRpcRequest &request = m_message.requests.at(index);
+        if (!request.isNotification && request.id == id)
+            abandon(index, cancelledError());
     }
+}
+
+void JsonRpcExchange::abandon(int index, const JsonRpcError &error)
+{
+    const std::function<void()> abandoned = std::move(m_slots[index].abandoned);
+    m_slots[index].abandoned = nullptr;
+    fail(index, error);
+    if (abandoned)
+        abandoned();
+}
+
+/// The last answer hands everything out but leaves this object in place until the event loop runs.
+void JsonRpcExchange::abandonAll(const JsonRpcError &error)
+{
+    for (int index = 0; index < m_slots.size(); ++index)
+        abandon(index, error);
 }
 
 void JsonRpcExchange::answerWhenDone()

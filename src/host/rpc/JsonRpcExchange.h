@@ -18,16 +18,23 @@ public:
     void complete(int index, const QVariantHash &answer);
     void finish(int index, const QVariant &result);
     void fail(int index, const JsonRpcError &error);
+    void whenAbandoned(int index, std::function<void()> function);
+
+    JsonRpcPeer *peer() const { return m_peer; }
+    /// Abandons the call with that id, if it is under way.
+    void cancel(const QVariant &id);
 
 private:
     struct Slot {
         QVariantHash answer;
         bool done = false;
         bool counted = false; ///< among the peer's running calls
+        std::function<void()> abandoned;
     };
 
     void begin(int index);
-    void timeOut();
+    void abandon(int index, const JsonRpcError &error);
+    void abandonAll(const JsonRpcError &error);
     void answerWhenDone();
 
     JsonRpcDispatcher *const m_dispatcher;

@@ -77,7 +77,7 @@ void RpcMethods::getRows(const JsonRpcCallPtr &call)
         return call->fail(params.error());
     if (refuses(call, range.path))
         return;
-    m_screens.rows(call->peer(), range,
+    const auto abandon = m_screens.rows(call->peer(), range,
         [this, call, roles = range.roles](const CMError &error, const VeskRowsRoles &rows) {
             if (!error.isEmpty())
                 return call->fail(toRpcError(error));
@@ -85,6 +85,7 @@ void RpcMethods::getRows(const JsonRpcCallPtr &call)
                 m_gate->offerRows(roles, rows.rows(), call->peer());
             call->finish(rowsResult(rows, roles.indexOf(VeskRoles::Icon())));
         });
+    call->whenAbandoned(abandon);
 }
 
 void RpcMethods::getData(const JsonRpcCallPtr &call)
@@ -141,7 +142,11 @@ void RpcMethods::ask(
         else
             call->fail(toRpcError(error));
     });
-    CMRoot()->request(makeRequest(CMReply<QVariant>(data)));
+    const CMRequest request = makeRequest(CMReply<QVariant>(data));
+    // What changes something is done, whether its client still waits or not.
+    if (request.kind() != CMRequest::SetData)
+        call->whenAbandoned([data] { data->setError(CMCancelledError()); });
+    CMRoot()->request(request);
 }
 
 void RpcMethods::subscribe(const JsonRpcCallPtr &call)

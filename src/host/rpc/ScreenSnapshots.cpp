@@ -2,6 +2,8 @@
 
 #include "api/core/vesk.h"
 
+#include <QPointer>
+
 #include <algorithm>
 #include <atomic>
 
@@ -56,6 +58,7 @@ VeskRowsRoles rangeOf(const VeskRowsRoles &screen, int first, int last)
 
 struct ScreenSnapshots::Screen {
     struct Waiter {
+        int number = 0;
         Range range;
         Answered answered;
     };
@@ -74,6 +77,7 @@ struct ScreenSnapshots::Screen {
     /// Set by who tells of a change, before he goes on.
     const std::shared_ptr<std::atomic<bool>> changed = std::make_shared<std::atomic<bool>>(false);
     std::vector<Waiter> waiters; ///< until the rows are there
+    std::shared_ptr<CMReplyData<QVariant>> reply; ///< the same
     bool fetched = false;
     bool stale = false;
     VeskRowsRoles rows;
@@ -102,7 +106,8 @@ qint64 ScreenSnapshots::bytes() const
     return sum;
 }
 
-void ScreenSnapshots::rows(JsonRpcPeer *peer, const Range &range, Answered answered)
+ScreenSnapshots::Abandon ScreenSnapshots::rows(
+    JsonRpcPeer *peer, const Range &range, Answered answered)
 {
     sweep();
     ScreenPtr screen = range.first == 0 || range.refresh ? nullptr : find(peer, range);
@@ -112,13 +117,40 @@ void ScreenSnapshots::rows(JsonRpcPeer *peer, const Range &range, Answered answe
         screen->used.start();
         m_screens.remove(screen);
         m_screens.push_back(screen);
-        return answered({}, rangeOf(screen->rows, range.first, range.last));
+        answered({}, rangeOf(screen->rows, range.first, range.last));
+        return {};
     }
     if (screen)
-        return screen->waiters.push_back({range, std::move(answered)});
+        return wait(screen, range, std::move(answered));
     screen = begin(peer, range);
-    screen->waiters.push_back({range, std::move(answered)});
+    Abandon abandon = wait(screen, range, std::move(answered));
     fetch(screen);
+    return abandon;
+}
+
+ScreenSnapshots::Abandon ScreenSnapshots::wait(
+    const ScreenPtr &screen, const Range &range, Answered answered)
+{
+    const int number = ++m_lastWaiter;
+    screen->waiters.push_back({number, range, std::move(answered)});
+    return [this, number, weak = std::weak_ptr<Screen>(screen), alive = QPointer(this)] {
+        const ScreenPtr waited = weak.lock();
+        if (alive && waited)
+            abandon(waited, number);
+    };
+}
+
+void ScreenSnapshots::abandon(const ScreenPtr &screen, int waiter)
+{
+    auto &waiters = screen->waiters;
+    waiters.erase(std::remove_if(waiters.begin(), waiters.end(),
+                      [waiter](const Screen::Waiter &each) { return each.number == waiter; }),
+        waiters.end());
+    if (!waiters.empty() || screen->fetched)
+        return;
+    screen->stale = true;
+    if (screen->reply)
+        screen->reply->setError(CMCancelledError());
 }
 
 ScreenSnapshots::ScreenPtr ScreenSnapshots::find(JsonRpcPeer *peer, const Range &range) const
@@ -149,6 +181,7 @@ void ScreenSnapshots::fetch(const ScreenPtr &screen)
         screen->path, [changed = screen->changed](const CMChange &) { *changed = true; });
     const std::weak_ptr<Screen> weak = screen;
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
+    screen->reply = reply;
     reply->whenFinished(this, [this, weak, reply] {
         if (const ScreenPtr fetched = weak.lock())
             take(fetched, reply->error(), VeskRowsRoles(reply->value().toHash()));
@@ -160,6 +193,7 @@ void ScreenSnapshots::fetch(const ScreenPtr &screen)
 void ScreenSnapshots::take(const ScreenPtr &screen, const CMError &error, const VeskRowsRoles &rows)
 {
     screen->fetched = true;
+    screen->reply.reset();
     const std::vector<Screen::Waiter> waiters = std::move(screen->waiters);
     int asked = 0;
     for (const Screen::Waiter &waiter : waiters)
@@ -190,13 +224,17 @@ void ScreenSnapshots::keep(const ScreenPtr &screen, const VeskRowsRoles &rows)
     makeRoomBeside(screen);
 }
 
-void ScreenSnapshots::askDirectly(const Range &range, const Answered &answered)
+ScreenSnapshots::Abandon ScreenSnapshots::askDirectly(const Range &range, const Answered &answered)
 {
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
     reply->whenFinished(this,
         [reply, answered] { answered(reply->error(), VeskRowsRoles(reply->value().toHash())); });
     CMRoot()->request(CMGetRowsRequest(
         range.path, range.roles, range.first, range.last, CMReply<QVariant>(reply)));
+    return [weak = std::weak_ptr<CMReplyData<QVariant>>(reply)] {
+        if (const auto unfinished = weak.lock())
+            unfinished->setError(CMCancelledError());
+    };
 }
 
 void ScreenSnapshots::forgetAll()

@@ -52,8 +52,12 @@ public:
 
     void setLifetimes(const Lifetimes &lifetimes) { m_lifetimes = lifetimes; }
 
+    /// Takes a question back: \a answered is not called any more, and a fetch for which nobody
+    /// waits ends. Harmless once it was called.
+    using Abandon = std::function<void()>;
+
     /// \a peer is null for a client without a connection.
-    void rows(JsonRpcPeer *peer, const Range &range, Answered answered);
+    Abandon rows(JsonRpcPeer *peer, const Range &range, Answered answered);
 
     /// From now on everything is fetched anew.
     void forgetAll();
@@ -73,7 +77,9 @@ private:
     void fetch(const ScreenPtr &screen);
     void take(const ScreenPtr &screen, const CMError &error, const VeskRowsRoles &rows);
     void keep(const ScreenPtr &screen, const VeskRowsRoles &rows);
-    void askDirectly(const Range &range, const Answered &answered);
+    Abandon wait(const ScreenPtr &screen, const Range &range, Answered answered);
+    void abandon(const ScreenPtr &screen, int waiter);
+    Abandon askDirectly(const Range &range, const Answered &answered);
     void forget(const std::function<bool(const Screen &)> &which);
     void makeRoomBeside(const ScreenPtr &latest);
     void follow(JsonRpcPeer *peer);
@@ -84,5 +90,6 @@ private:
     /// are there, to answer who waits for them.
     std::list<ScreenPtr> m_screens;
     std::vector<JsonRpcPeer *> m_peers; ///< whose end is waited for
+    int m_lastWaiter = 0;
     QTimer m_sweep;
 };
