@@ -25,8 +25,8 @@ MembersContent parsed(const Content &content)
 AccountsFile::AccountsFile(std::string file, Complain complain)
     : m_name(std::move(file))
     , m_complain(std::move(complain))
-    , m_lock(m_name + ".lock")
     , m_file(m_name, maxSize)
+    , m_lock(m_file.name() + ".lock")
 {
     std::error_code error;
     if (!fs::is_directory(fs::absolute(m_name).parent_path(), error))
@@ -59,8 +59,12 @@ MembersContent AccountsFile::read()
 {
     const Content content = m_file.read();
     try {
-        if (content.state != Content::Missing)
-            return parsed(content);
+        if (content.state != Content::Missing) {
+            MembersContent members = parsed(content);
+            if (m_lock.isHeld() && m_file.readLastGood().bytes != content.bytes)
+                m_file.writeLastGood(content.bytes);
+            return members;
+        }
     } catch (const std::exception &error) {
         return readLastGood(error.what());
     }

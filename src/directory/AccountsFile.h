@@ -44,8 +44,8 @@ private:
 
     std::string m_name;
     Complain m_complain;
-    files::FileLock m_lock;
     files::KeptFile m_file;
+    files::FileLock m_lock;
     bool m_failing = false;
 };
 

@@ -246,7 +246,8 @@ void Host::finishStop()
     if (m_stopped)
         return;
     m_stopped = true;
-    m_settings->close();
+    const bool isKept = m_settings->close();
     // What a play wrote to a file is complete then.
-    Q_EMIT stopped(!m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime));
+    const bool hasPlayed = !m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime);
+    Q_EMIT stopped(isKept && hasPlayed);
 }

@@ -52,8 +52,8 @@ public:
 Q_SIGNALS:
     void ready(const QString &url);
     void failed(const QString &reason);
-    /// \a complete is false when a plug-in or a play did not end in time: its thread still runs, so
-    /// that the process must not take anything apart any more.
+    /// \a complete is false when a plug-in, a play or the disk did not end in time: its thread
+    /// still runs, so that the process must not take anything apart any more.
     void stopped(bool complete);
 
 private:

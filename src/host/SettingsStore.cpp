@@ -45,7 +45,8 @@ SettingsStore::SettingsStore(const QString &folder, CMValuesWorker *values, QObj
 
 SettingsStore::~SettingsStore()
 {
-    close();
+    if (!close())
+        m_writer.join();
     m_values->setKeep(nullptr);
 }
 
@@ -121,20 +122,27 @@ void SettingsStore::ensureMemberId()
     m_values->setValue(VeskSystemMemberIdPath(), VeskValue::fromString(id));
 }
 
-void SettingsStore::close()
+bool SettingsStore::close()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        std::unique_lock<std::mutex> lock(m_mutex);
         m_isOpen = false;
+        m_wake.notify_all();
+        const bool hasEnded
+            = m_wake.wait_for(lock, EndTime, [this] { return m_hasEnded || !m_writer.joinable(); });
+        if (!hasEnded) {
+            VESK_ERROR("The disk with " << m_folder << " does not answer.");
+            return false;
+        }
     }
-    m_wake.notify_one();
     if (!m_writer.joinable())
-        return;
+        return true;
     m_writer.join();
     deliver();
     // A write that failed may have got as far as the disk: what was refused must not come back.
     if (m_isUnsure)
         tellOfWriting(bringToDisk(m_kept));
+    return true;
 }
 
 void SettingsStore::keep(
@@ -149,7 +157,7 @@ void SettingsStore::keep(
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_isOpen && m_waiting.size() < MaxWaiting) {
             m_waiting.push_back({path, value, kept});
-            m_wake.notify_one();
+            m_wake.notify_all();
             return;
         }
     }
@@ -163,13 +171,15 @@ void SettingsStore::run()
     for (;;) {
         m_wake.wait(lock, [this] { return !m_isOpen || !m_waiting.empty(); });
         if (m_waiting.empty())
-            return;
+            break;
         Changes changes;
         changes.swap(m_waiting);
         lock.unlock();
         write(std::move(changes));
         lock.lock();
     }
+    m_hasEnded = true;
+    m_wake.notify_all();
 }
 
 void SettingsStore::write(Changes changes)

@@ -7,6 +7,7 @@
 
 #include <QObject>
 
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>
@@ -25,12 +26,14 @@ class SettingsStore : public QObject {
 public:
     /// Changes that wait for the disk; one more is refused.
     static constexpr std::size_t MaxWaiting = 256;
+    /// How long the end waits for the disk.
+    static constexpr std::chrono::seconds EndTime {10};
     /// The longest text that is kept, in characters.
     static constexpr int MaxText = 64 * 1024;
 
     /// Without a \a folder changes last until the host ends.
     SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent = nullptr);
-    /// As close().
+    /// As close(), but waits as long as it takes.
     ~SettingsStore() override;
 
     /// Takes hold of the folder, sets the kept values, gives the device its id on its first start,
@@ -38,8 +41,9 @@ public:
     /// process has the folder. A folder that cannot be written is no reason, but then nothing is
     /// kept until the next start, and changes are refused.
     bool load(QString &error);
-    /// Waits until what was asked for is written and answered; later changes are refused.
-    void close();
+    /// Waits until what was asked for is written and answered; later changes are refused. Returns
+    /// false when the disk does not come to an end with it.
+    bool close();
 
 private:
     struct Change {
@@ -87,6 +91,7 @@ private:
     std::condition_variable m_wake;
     /// Guarded by m_mutex.
     bool m_isOpen = false;
+    bool m_hasEnded = false; ///< the writing thread, but for its last step
     Changes m_waiting;
     std::vector<Written> m_written;
 };
