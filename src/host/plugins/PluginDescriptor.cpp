@@ -102,11 +102,13 @@ public:
 private:
     static constexpr int MaxShown = 40;
 
+    /// Null for what is no text; an empty one is not.
     static QString textOf(const QVariant &value)
     {
-        const bool isText = value.userType() == QMetaType::QString
-            && value.toString().size() <= PluginDescriptor::MaxText;
-        return isText ? QLatin1String("") + value.toString() : QString();
+        const QString text = value.toString();
+        if (value.userType() != QMetaType::QString || text.size() > PluginDescriptor::MaxText)
+            return {};
+        return text.isNull() ? QStringLiteral("") : text;
     }
 
     const QVariantHash m_members;
