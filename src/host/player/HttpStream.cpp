@@ -136,6 +136,7 @@ private:
     bool takeHeadLine(std::string_view line);
     bool begin();
     Stage stage() const;
+    bool isRedirect() const;
     HttpStreamHead head() const;
     QByteArray header(const char *name) const;
 
@@ -203,8 +204,10 @@ std::size_t HttpStreamExchange::onHead(char *data, std::size_t, std::size_t size
 bool HttpStreamExchange::takeHeadLine(std::string_view line)
 {
     m_lastByte = Clock::now();
-    m_afterHead = line == "\r\n" || line == "\n";
-    m_inHead = !m_afterHead;
+    const bool isEnd = line == "\r\n" || line == "\n";
+    // After a redirect another server is to answer.
+    m_afterHead = isEnd && !isRedirect();
+    m_inHead = !isEnd;
     switch (m_redirects.takeLine(line, m_easy)) {
     case HttpRedirectRule::Fine:
         return true;
@@ -247,6 +250,13 @@ Stage HttpStreamExchange::stage() const
                       : Stage::Waiting;
 }
 
+bool HttpStreamExchange::isRedirect() const
+{
+    long code = 0;
+    curl_easy_getinfo(m_easy, CURLINFO_RESPONSE_CODE, &code);
+    return code / 100 == 3;
+}
+
 QByteArray HttpStreamExchange::header(const char *name) const
 {
     curl_header *found = nullptr;
@@ -277,7 +287,8 @@ HttpStreamHead HttpStreamExchange::head() const
     head.icyBitRate = kilobits > 0 && kilobits < 100000 ? kilobits * 1000 : 0;
     curl_off_t seconds = 0;
     curl_easy_getinfo(m_easy, CURLINFO_RETRY_AFTER, &seconds);
-    head.retryAfter = std::chrono::seconds(std::clamp<curl_off_t>(seconds, 0, MaxRetryAfterSeconds));
+    head.retryAfter
+        = std::chrono::seconds(std::clamp<curl_off_t>(seconds, 0, MaxRetryAfterSeconds));
     return head;
 }
 

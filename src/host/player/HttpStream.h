@@ -55,7 +55,8 @@ struct HttpStreamResult {
 /// Receives streams over HTTP, one at a time, by libcurl: keeps connections for the next request,
 /// asks for a server's address anew for each connection, follows at most five redirects within http
 /// and https, never from https to http, connects to no address that the AddressPolicy forbids,
-/// verifies certificates, understands the "ICY 200 OK" of old servers. Lives on one thread, which get() blocks; interrupt() may be called from any thread.
+/// verifies certificates, understands the "ICY 200 OK" of old servers. Lives on one thread, which
+/// get() blocks; interrupt() may be called from any thread.
 class HttpStream {
 public:
     struct Times {

@@ -175,7 +175,7 @@ StreamOutcome StreamReader::playHls(const QUrl &url, const AudioReceiver &receiv
     m_hlsUrl = url;
     HlsStream::Manner manner;
     manner.live = m_source.live;
-    manner.patience = m_times.entry;
+    manner.patience = patience(true);
     manner.wait = [this](Milliseconds time) { return waitFor(time); };
     manner.pace = [this] { return pace(); };
     return HlsStream(m_http, m_feed, manner).play(receiver.head().url, receiver.text(), m_hlsNext);
@@ -185,7 +185,7 @@ StreamOutcome StreamReader::playHls(const QUrl &url, const AudioReceiver &receiv
 StreamOutcome StreamReader::playAudio(
     const QUrl &url, AudioReceiver &receiver, HttpStreamResult result)
 {
-    StreamOutcome outcome = judge(receiver, result);
+    StreamOutcome outcome = receiver.judge(result, m_source.live);
     const bool isFile = !m_source.live && receiver.content() == StreamContent::Audio
         && receiver.head().length > 0;
     // An address that was led to may hold for a while only: then the way there is gone again.
@@ -198,36 +198,11 @@ StreamOutcome StreamReader::playAudio(
         m_feed.resume();
         const qint64 before = receiver.received();
         result = m_http.get({viaFound ? found : url, before}, receiver);
-        outcome = judge(receiver, result);
+        outcome = receiver.judge(result, m_source.live);
         viaFound = receiver.received() > before || !viaFound;
         wasGood();
     }
     return outcome;
-}
-
-StreamOutcome StreamReader::judge(
-    const AudioReceiver &receiver, const HttpStreamResult &result) const
-{
-    const bool isAudio = receiver.content() == StreamContent::Audio;
-    // What has no length, and is not live, has ended however its connection did.
-    const bool isWhole
-        = receiver.head().length < 0 ? !m_source.live : result.kind == HttpStreamResult::Complete;
-    if (m_wait.isStopped())
-        return {StreamOutcome::Stopped, {}};
-    if (receiver.refusal().kind != StreamOutcome::Ended)
-        return receiver.refusal();
-    if (!m_feed.isUsable()) {
-        // What is damaged in a file is there the next time too.
-        const bool isForGood = !m_source.live && m_consumer.wasHeard();
-        return {isForGood ? StreamOutcome::Hopeless : StreamOutcome::Broken, notDecodable()};
-    }
-    if (result.kind == HttpStreamResult::Failed)
-        return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
-    if (result.kind == HttpStreamResult::Refused)
-        return {StreamOutcome::Broken, nothingToHear()};
-    if (isAudio && isWhole)
-        return {StreamOutcome::Ended, {}};
-    return endedByServer();
 }
 
 /// Waits for the end of what ended, unless it is a station's and was heard: that is joined anew at
@@ -236,7 +211,7 @@ StreamOutcome StreamReader::finish(StreamOutcome outcome)
 {
     if (outcome.kind == StreamOutcome::Ended && !(m_source.live && m_feed.isGood())) {
         m_feed.finish();
-        const bool wasSilent = m_consumer.decoded() == Milliseconds::zero();
+        const bool wasSilent = !m_feed.isGood() && m_consumer.decoded() == Milliseconds::zero();
         if (wasSilent && !isOver())
             return {StreamOutcome::Refused, notDecodable()};
     }

@@ -86,7 +86,6 @@ private:
     StreamOutcome playHls(const QUrl &url, const AudioReceiver &receiver);
     StreamOutcome playAudio(const QUrl &url, AudioReceiver &receiver, HttpStreamResult result);
     StreamOutcome finish(StreamOutcome outcome);
-    StreamOutcome judge(const AudioReceiver &receiver, const HttpStreamResult &result) const;
     StreamOutcome rejoin();
     bool isGivenUp(const StreamOutcome &outcome) const;
     bool wasGood();

@@ -1,6 +1,7 @@
 #include "host/player/StreamReceivers.h"
 
 #include "host/player/StreamFeed.h"
+#include "host/player/StreamProblems.h"
 
 #include <QRegularExpression>
 
@@ -160,6 +161,28 @@ void AudioReceiver::complete()
 {
     if (m_content == StreamContent::Undecided)
         decide(true);
+}
+
+StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) const
+{
+    if (result.kind == HttpStreamResult::Interrupted)
+        return {StreamOutcome::Stopped, nothingToHear()};
+    if (m_refusal.kind != StreamOutcome::Ended)
+        return m_refusal;
+    if (!m_feed.isUsable()) {
+        // What is damaged in a file is there the next time too.
+        const bool isForGood = !live && m_feed.consumer().wasHeard();
+        return {isForGood ? StreamOutcome::Hopeless : StreamOutcome::Broken, notDecodable()};
+    }
+    if (result.kind == HttpStreamResult::Failed)
+        return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
+    if (result.kind == HttpStreamResult::Refused)
+        return {StreamOutcome::Broken, nothingToHear()};
+    // What has no length, and is not live, has ended however its connection did.
+    const bool isWhole = m_head.length < 0 ? !live : result.kind == HttpStreamResult::Complete;
+    if (m_content == StreamContent::Audio && isWhole)
+        return {StreamOutcome::Ended, {}};
+    return endedByServer();
 }
 
 bool AudioReceiver::takeAudio(const char *data, std::size_t size)

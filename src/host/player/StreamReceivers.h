@@ -55,13 +55,13 @@ public:
 
     /// Judges what came so far as all that there is.
     void complete();
+    /// What has become of an exchange that brought audio, or nothing.
+    StreamOutcome judge(const HttpStreamResult &result, bool live) const;
     StreamContent content() const { return m_content; }
     const QByteArray &text() const { return m_text; }
     const HttpStreamHead &head() const { return m_head; }
     /// Bytes of the body that are done with.
     qint64 received() const { return m_received; }
-    /// Why this is nothing to play; Ended when nothing is wrong.
-    const StreamOutcome &refusal() const { return m_refusal; }
 
 private:
     bool takeBody(const char *data, std::size_t size);
@@ -76,5 +76,6 @@ private:
     std::optional<IcyStream> m_icy;
     qint64 m_received = 0;
     qint64 m_skip = 0; ///< bytes to come that were received before
+    /// Why this is nothing to play; Ended when nothing is wrong.
     StreamOutcome m_refusal {StreamOutcome::Ended, {}};
 };

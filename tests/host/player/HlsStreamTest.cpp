@@ -91,6 +91,19 @@ TEST_F(HlsStreamTest, waitsGrowWhileAllVariantsAreDead)
     EXPECT_EQ(consumer.bytes(), segments(0, 3));
 }
 
+TEST_F(HlsStreamTest, aFileWhoseLastPieceIsSilentHasEnded)
+{
+    serve("/a.m3u8",
+        file("#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\ns0.aac\n#EXT-X-DISCONTINUITY\n"
+             "#EXTINF:1,\nsilent.aac\n#EXT-X-ENDLIST\n"));
+    serveSegments(1);
+    serve("/silent.aac", file(QByteArray(1000, '\0')));
+    play("/a.m3u8", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_TRUE(ended);
+    EXPECT_TRUE(problem.isEmpty());
+}
+
 TEST_F(HlsStreamTest, aStationThatEndsIsJoinedAnewAndRepeatsNothing)
 {
     answers["/live.m3u8"] = [count = 0](const Request &) mutable {

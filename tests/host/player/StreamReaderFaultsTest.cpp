@@ -382,6 +382,14 @@ TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
     }
 }
 
+TEST_F(StreamReaderFaultsTest, aServerBehindARedirectThatSaysNothingDoesNotAnswer)
+{
+    times.http.connect = Milliseconds(400);
+    serve("/live", {302, "", {{"Location", "/silent"}}, End::Complete, 0});
+    serve("/silent", stall());
+    EXPECT_EQ(problemOf("/live"), QStringLiteral("The stream's server does not answer."));
+}
+
 TEST_F(StreamReaderFaultsTest, aStreamThatStallsHasWordsOfItsOwn)
 {
     serve("/live", {200, audio(100000), {}, End::Stall, 3000});
