@@ -252,7 +252,8 @@ StreamOutcome HlsStream::refusal(const HttpStreamResult &result, const HttpStrea
     const bool isRefusedHere
         = result.kind == HttpStreamResult::Refused && answer.kind == StreamOutcome::Ended;
     if (result.kind == HttpStreamResult::Interrupted || isRefusedHere || !m_feed.goOn()) {
-        return {StreamOutcome::Stopped, nothingToHear()};
+        return {
+            StreamOutcome::Stopped, result.problem.isEmpty() ? nothingToHear() : result.problem};
     }
     return answer;
 }

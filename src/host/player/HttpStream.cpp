@@ -301,7 +301,7 @@ bool HttpStreamExchange::goOn()
 HttpStreamResult HttpStreamExchange::result(CURLcode code)
 {
     if (m_refused)
-        return {HttpStreamResult::Refused, {}};
+        return {HttpStreamResult::Refused, m_begun ? TrString() : timeoutProblem(stage())};
     if (m_headFailure)
         return *m_headFailure;
     if (code == CURLE_OPERATION_TIMEDOUT)

@@ -42,7 +42,9 @@ struct HttpStreamResult {
     enum Kind {
         Complete, ///< The server said that this was all.
         Closed, ///< The connection was closed where nothing else tells the end.
-        Refused, ///< A receiver's function returned false.
+        /// A receiver's function returned false; `problem` tells what it had waited for, if that
+        /// was the first byte.
+        Refused,
         Interrupted, ///< By interrupt().
         Failed, ///< `problem` tells why.
     };

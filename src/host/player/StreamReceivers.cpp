@@ -177,7 +177,7 @@ StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) co
     if (result.kind == HttpStreamResult::Failed)
         return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
     if (result.kind == HttpStreamResult::Refused)
-        return {StreamOutcome::Broken, nothingToHear()};
+        return {StreamOutcome::Broken, result.problem.isEmpty() ? nothingToHear() : result.problem};
     // What has no length, and is not live, has ended however its connection did.
     const bool isWhole = m_head.length < 0 ? !live : result.kind == HttpStreamResult::Complete;
     if (m_content == StreamContent::Audio && isWhole)

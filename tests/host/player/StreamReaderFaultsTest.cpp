@@ -382,6 +382,14 @@ TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
     }
 }
 
+TEST_F(StreamReaderFaultsTest, theLastTryIsCutOffButNotItsReason)
+{
+    times.http.connect = Milliseconds(60000);
+    times.giveUp = Milliseconds(500);
+    serve("/silent", stall());
+    EXPECT_EQ(problemOf("/silent"), QStringLiteral("The stream's server does not answer."));
+}
+
 TEST_F(StreamReaderFaultsTest, aServerBehindARedirectThatSaysNothingDoesNotAnswer)
 {
     times.http.connect = Milliseconds(400);
