@@ -29,7 +29,7 @@ export function PageSettings() {
                         </select>
                     </div>
                 </div>
-                <div class="row">
+                <div class="row for-keyboard">
                     <div class="body value">
                         <span class="texts">
                             <span class="title">{t("Keys")}</span>

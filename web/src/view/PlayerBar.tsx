@@ -87,7 +87,7 @@ export function StateLine({ now }: { now: Player }) {
     const isBad = now.error !== "" || failed !== null;
     const figures = now.state === PlayState.playing && now.problem === "" && host.isOpen.value ? streamText(now) : "";
     return (
-        <span class={isBad ? "state bad" : "state"} dir="auto">
+        <span class={isBad ? "state bad" : now.problem ? "state problem" : "state"} dir="auto">
             {failed ? failed.message : stateText(now)}
             {!failed && figures && <span class="rate"> · {figures}</span>}
         </span>
@@ -127,7 +127,8 @@ export function PlayerBar() {
     const now = player.value;
     if (!isShown.value)
         return failure.value || isAskSlow.value ? <Asking /> : null;
-    const onAir = now.streamTitle || now.description;
+    // What is wrong needs the room that nothing is heard for.
+    const onAir = now.problem || now.error ? "" : now.streamTitle || now.description;
     return (
         <section class={host.isOpen.value ? "player" : "player stale"} aria-label={t("Player")}>
             <button
