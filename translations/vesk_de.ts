@@ -577,6 +577,193 @@
     </message>
 </context>
 <context>
+    <name>Ctl</name>
+    <message>
+        <source>"%1" is no place: that is a path, row numbers (3/0), favorites, or search:TEXT</source>
+        <translation>"%1" ist kein Ort: das ist ein Pfad, Zeilennummern (3/0), favorites oder search:TEXT</translation>
+    </message>
+    <message>
+        <source>row %1 leads nowhere</source>
+        <translation>Zeile %1 führt nirgendwohin</translation>
+    </message>
+    <message>
+        <source>no row with "%1" was shown lately; show the list that has it</source>
+        <translation>in letzter Zeit wurde keine Zeile mit "%1" gezeigt; zeige die Liste, in der sie steht</translation>
+    </message>
+    <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Dieser Eintrag steht nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>This is the list now:</source>
+        <translation>So sieht die Liste jetzt aus:</translation>
+    </message>
+    <message>
+        <source>there is not one service but several or none: name one with --in</source>
+        <translation>es gibt nicht einen Dienst, sondern mehrere oder keinen: nenne einen mit --in</translation>
+    </message>
+    <message>
+        <source>this service has no favorites</source>
+        <translation>dieser Dienst hat keine Favoriten</translation>
+    </message>
+    <message>
+        <source>this service offers no search</source>
+        <translation>dieser Dienst bietet keine Suche</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>verbindet</translation>
+    </message>
+    <message>
+        <source>playing</source>
+        <translation>läuft</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>pausiert</translation>
+    </message>
+    <message>
+        <source>error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+    <message>
+        <source>the host is gone</source>
+        <translation>der Host ist weg</translation>
+    </message>
+    <message>
+        <source>it was stopped, or something else played, before it was heard</source>
+        <translation>bevor es zu hören war, wurde es angehalten oder etwas anderes abgespielt</translation>
+    </message>
+    <message>
+        <source>there is no row %1</source>
+        <translation>es gibt keine Zeile %1</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Hier ist nichts.</translation>
+    </message>
+    <message>
+        <source>done: %1</source>
+        <translation>erledigt: %1</translation>
+    </message>
+    <message>
+        <source>row %1 is nothing to choose</source>
+        <translation>Zeile %1 kann man nicht wählen</translation>
+    </message>
+    <message>
+        <source>there are no streams to choose from</source>
+        <translation>es gibt keine Streams zur Auswahl</translation>
+    </message>
+    <message>
+        <source>that did not work: the menu offers "%1" now</source>
+        <translation>das hat nicht geklappt: das Menü bietet jetzt "%1"</translation>
+    </message>
+    <message>
+        <source>the menu has no entry for favorites</source>
+        <translation>das Menü hat keinen Eintrag für Favoriten</translation>
+    </message>
+    <message>
+        <source>%1: a favorite now</source>
+        <translation>%1: jetzt ein Favorit</translation>
+    </message>
+    <message>
+        <source>%1: a favorite already</source>
+        <translation>%1: schon ein Favorit</translation>
+    </message>
+    <message>
+        <source>%1: no favorite any more</source>
+        <translation>%1: kein Favorit mehr</translation>
+    </message>
+    <message>
+        <source>%1: no favorite</source>
+        <translation>%1: kein Favorit</translation>
+    </message>
+    <message>
+        <source>"%1" is a list, or a row that was not shown lately</source>
+        <translation>"%1" ist eine Liste oder eine Zeile, die in letzter Zeit nicht gezeigt wurde</translation>
+    </message>
+    <message>
+        <source>row %1 has no menu</source>
+        <translation>Zeile %1 hat kein Menü</translation>
+    </message>
+    <message>
+        <source>nothing plays, or what plays has no menu</source>
+        <translation>es läuft nichts, oder was läuft, hat kein Menü</translation>
+    </message>
+    <message>
+        <source>--last is before --first</source>
+        <translation>--last liegt vor --first</translation>
+    </message>
+    <message>
+        <source>search for what?</source>
+        <translation>wonach soll gesucht werden?</translation>
+    </message>
+    <message>
+        <source>not linked</source>
+        <translation>nicht verknüpft</translation>
+    </message>
+    <message>
+        <source>there is nothing to play</source>
+        <translation>es gibt nichts abzuspielen</translation>
+    </message>
+    <message>
+        <source>the best hit for "%1": %2</source>
+        <translation>der beste Treffer für "%1": %2</translation>
+    </message>
+    <message>
+        <source>the host is gone; waiting until it is back</source>
+        <translation>der Host ist weg; es wird gewartet, bis er wieder da ist</translation>
+    </message>
+    <message>
+        <source>Password: </source>
+        <translation>Passwort: </translation>
+    </message>
+    <message>
+        <source>Once more: </source>
+        <translation>Noch einmal: </translation>
+    </message>
+    <message>
+        <source>these are two different passwords</source>
+        <translation>das sind zwei verschiedene Passwörter</translation>
+    </message>
+    <message>
+        <source>a password is needed</source>
+        <translation>ein Passwort wird gebraucht</translation>
+    </message>
+    <message>
+        <source>the password is too long</source>
+        <translation>das Passwort ist zu lang</translation>
+    </message>
+    <message>
+        <source>%1: made</source>
+        <translation>%1: angelegt</translation>
+    </message>
+    <message>
+        <source>%1: linked</source>
+        <translation>%1: verknüpft</translation>
+    </message>
+    <message>
+        <source>%1: not linked any more</source>
+        <translation>%1: nicht mehr verknüpft</translation>
+    </message>
+    <message>
+        <source>asked for; it comes by e-mail</source>
+        <translation>angefordert; es kommt per E-Mail</translation>
+    </message>
+    <message>
+        <source>The service is slow; waiting for its answer.</source>
+        <translation>Der Dienst ist langsam; es wird auf seine Antwort gewartet.</translation>
+    </message>
+    <message>
+        <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
+        <translation>kein Host unter %1: %2. Starte einen mit "vesk-host", oder sage mit --host oder VESK_HOST, wo er ist.</translation>
+    </message>
+</context>
+<context>
     <name>Web</name>
     <message>
         <source>%1 account</source>

@@ -577,6 +577,193 @@
     </message>
 </context>
 <context>
+    <name>Ctl</name>
+    <message>
+        <source>"%1" is no place: that is a path, row numbers (3/0), favorites, or search:TEXT</source>
+        <translation>"%1" no es un lugar: eso es una ruta, números de fila (3/0), favorites o search:TEXT</translation>
+    </message>
+    <message>
+        <source>row %1 leads nowhere</source>
+        <translation>la fila %1 no lleva a ninguna parte</translation>
+    </message>
+    <message>
+        <source>no row with "%1" was shown lately; show the list that has it</source>
+        <translation>no se mostró hace poco ninguna fila con "%1"; muestra la lista que la contiene</translation>
+    </message>
+    <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Esta entrada ya no está en la lista.</translation>
+    </message>
+    <message>
+        <source>This is the list now:</source>
+        <translation>Esta es la lista ahora:</translation>
+    </message>
+    <message>
+        <source>there is not one service but several or none: name one with --in</source>
+        <translation>no hay un servicio, sino varios o ninguno: nombra uno con --in</translation>
+    </message>
+    <message>
+        <source>this service has no favorites</source>
+        <translation>este servicio no tiene favoritos</translation>
+    </message>
+    <message>
+        <source>this service offers no search</source>
+        <translation>este servicio no ofrece búsqueda</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>detenido</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>conectando</translation>
+    </message>
+    <message>
+        <source>playing</source>
+        <translation>suena</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>en pausa</translation>
+    </message>
+    <message>
+        <source>error: %1</source>
+        <translation>error: %1</translation>
+    </message>
+    <message>
+        <source>the host is gone</source>
+        <translation>el host ya no está</translation>
+    </message>
+    <message>
+        <source>it was stopped, or something else played, before it was heard</source>
+        <translation>antes de oírse, se detuvo o se reprodujo otra cosa</translation>
+    </message>
+    <message>
+        <source>there is no row %1</source>
+        <translation>no hay ninguna fila %1</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Aquí no hay nada.</translation>
+    </message>
+    <message>
+        <source>done: %1</source>
+        <translation>hecho: %1</translation>
+    </message>
+    <message>
+        <source>row %1 is nothing to choose</source>
+        <translation>la fila %1 no se puede elegir</translation>
+    </message>
+    <message>
+        <source>there are no streams to choose from</source>
+        <translation>no hay flujos para elegir</translation>
+    </message>
+    <message>
+        <source>that did not work: the menu offers "%1" now</source>
+        <translation>eso no funcionó: el menú ofrece ahora "%1"</translation>
+    </message>
+    <message>
+        <source>the menu has no entry for favorites</source>
+        <translation>el menú no tiene entrada para favoritos</translation>
+    </message>
+    <message>
+        <source>%1: a favorite now</source>
+        <translation>%1: ahora es un favorito</translation>
+    </message>
+    <message>
+        <source>%1: a favorite already</source>
+        <translation>%1: ya era un favorito</translation>
+    </message>
+    <message>
+        <source>%1: no favorite any more</source>
+        <translation>%1: ya no es un favorito</translation>
+    </message>
+    <message>
+        <source>%1: no favorite</source>
+        <translation>%1: no es un favorito</translation>
+    </message>
+    <message>
+        <source>"%1" is a list, or a row that was not shown lately</source>
+        <translation>"%1" es una lista, o una fila que no se mostró hace poco</translation>
+    </message>
+    <message>
+        <source>row %1 has no menu</source>
+        <translation>la fila %1 no tiene menú</translation>
+    </message>
+    <message>
+        <source>nothing plays, or what plays has no menu</source>
+        <translation>no suena nada, o lo que suena no tiene menú</translation>
+    </message>
+    <message>
+        <source>--last is before --first</source>
+        <translation>--last está antes de --first</translation>
+    </message>
+    <message>
+        <source>search for what?</source>
+        <translation>¿qué hay que buscar?</translation>
+    </message>
+    <message>
+        <source>not linked</source>
+        <translation>no vinculado</translation>
+    </message>
+    <message>
+        <source>there is nothing to play</source>
+        <translation>no hay nada que reproducir</translation>
+    </message>
+    <message>
+        <source>the best hit for "%1": %2</source>
+        <translation>el mejor resultado para "%1": %2</translation>
+    </message>
+    <message>
+        <source>the host is gone; waiting until it is back</source>
+        <translation>el host ya no está; esperando a que vuelva</translation>
+    </message>
+    <message>
+        <source>Password: </source>
+        <translation>Contraseña: </translation>
+    </message>
+    <message>
+        <source>Once more: </source>
+        <translation>Otra vez: </translation>
+    </message>
+    <message>
+        <source>these are two different passwords</source>
+        <translation>son dos contraseñas distintas</translation>
+    </message>
+    <message>
+        <source>a password is needed</source>
+        <translation>hace falta una contraseña</translation>
+    </message>
+    <message>
+        <source>the password is too long</source>
+        <translation>la contraseña es demasiado larga</translation>
+    </message>
+    <message>
+        <source>%1: made</source>
+        <translation>%1: creada</translation>
+    </message>
+    <message>
+        <source>%1: linked</source>
+        <translation>%1: vinculada</translation>
+    </message>
+    <message>
+        <source>%1: not linked any more</source>
+        <translation>%1: ya no está vinculada</translation>
+    </message>
+    <message>
+        <source>asked for; it comes by e-mail</source>
+        <translation>pedido; llega por correo electrónico</translation>
+    </message>
+    <message>
+        <source>The service is slow; waiting for its answer.</source>
+        <translation>El servicio es lento; esperando su respuesta.</translation>
+    </message>
+    <message>
+        <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
+        <translation>no hay host en %1: %2. Inicia uno con "vesk-host", o di con --host o VESK_HOST dónde está.</translation>
+    </message>
+</context>
+<context>
     <name>Web</name>
     <message>
         <source>%1 account</source>

@@ -577,6 +577,193 @@
     </message>
 </context>
 <context>
+    <name>Ctl</name>
+    <message>
+        <source>"%1" is no place: that is a path, row numbers (3/0), favorites, or search:TEXT</source>
+        <translation>« %1 » n'est pas un emplacement : c'est un chemin, des numéros de ligne (3/0), favorites ou search:TEXT</translation>
+    </message>
+    <message>
+        <source>row %1 leads nowhere</source>
+        <translation>la ligne %1 ne mène nulle part</translation>
+    </message>
+    <message>
+        <source>no row with "%1" was shown lately; show the list that has it</source>
+        <translation>aucune ligne avec « %1 » n'a été affichée récemment ; affichez la liste qui la contient</translation>
+    </message>
+    <message>
+        <source>This entry is no longer in the list.</source>
+        <translation>Cette entrée n'est plus dans la liste.</translation>
+    </message>
+    <message>
+        <source>This is the list now:</source>
+        <translation>Voici la liste maintenant :</translation>
+    </message>
+    <message>
+        <source>there is not one service but several or none: name one with --in</source>
+        <translation>il n'y a pas un service, mais plusieurs ou aucun : nommez-en un avec --in</translation>
+    </message>
+    <message>
+        <source>this service has no favorites</source>
+        <translation>ce service n'a pas de favoris</translation>
+    </message>
+    <message>
+        <source>this service offers no search</source>
+        <translation>ce service n'offre pas de recherche</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>arrêté</translation>
+    </message>
+    <message>
+        <source>connecting</source>
+        <translation>connexion</translation>
+    </message>
+    <message>
+        <source>playing</source>
+        <translation>lecture</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>en pause</translation>
+    </message>
+    <message>
+        <source>error: %1</source>
+        <translation>erreur : %1</translation>
+    </message>
+    <message>
+        <source>the host is gone</source>
+        <translation>l'hôte n'est plus là</translation>
+    </message>
+    <message>
+        <source>it was stopped, or something else played, before it was heard</source>
+        <translation>avant d'être entendu, cela a été arrêté ou autre chose a été lu</translation>
+    </message>
+    <message>
+        <source>there is no row %1</source>
+        <translation>il n'y a pas de ligne %1</translation>
+    </message>
+    <message>
+        <source>There is nothing here.</source>
+        <translation>Il n'y a rien ici.</translation>
+    </message>
+    <message>
+        <source>done: %1</source>
+        <translation>fait : %1</translation>
+    </message>
+    <message>
+        <source>row %1 is nothing to choose</source>
+        <translation>la ligne %1 ne peut pas être choisie</translation>
+    </message>
+    <message>
+        <source>there are no streams to choose from</source>
+        <translation>il n'y a pas de flux au choix</translation>
+    </message>
+    <message>
+        <source>that did not work: the menu offers "%1" now</source>
+        <translation>cela n'a pas marché : le menu propose maintenant « %1 »</translation>
+    </message>
+    <message>
+        <source>the menu has no entry for favorites</source>
+        <translation>le menu n'a pas d'entrée pour les favoris</translation>
+    </message>
+    <message>
+        <source>%1: a favorite now</source>
+        <translation>%1 : maintenant un favori</translation>
+    </message>
+    <message>
+        <source>%1: a favorite already</source>
+        <translation>%1 : déjà un favori</translation>
+    </message>
+    <message>
+        <source>%1: no favorite any more</source>
+        <translation>%1 : n'est plus un favori</translation>
+    </message>
+    <message>
+        <source>%1: no favorite</source>
+        <translation>%1 : n'est pas un favori</translation>
+    </message>
+    <message>
+        <source>"%1" is a list, or a row that was not shown lately</source>
+        <translation>« %1 » est une liste, ou une ligne qui n'a pas été affichée récemment</translation>
+    </message>
+    <message>
+        <source>row %1 has no menu</source>
+        <translation>la ligne %1 n'a pas de menu</translation>
+    </message>
+    <message>
+        <source>nothing plays, or what plays has no menu</source>
+        <translation>rien n'est en lecture, ou ce qui l'est n'a pas de menu</translation>
+    </message>
+    <message>
+        <source>--last is before --first</source>
+        <translation>--last vient avant --first</translation>
+    </message>
+    <message>
+        <source>search for what?</source>
+        <translation>chercher quoi ?</translation>
+    </message>
+    <message>
+        <source>not linked</source>
+        <translation>non lié</translation>
+    </message>
+    <message>
+        <source>there is nothing to play</source>
+        <translation>il n'y a rien à lire</translation>
+    </message>
+    <message>
+        <source>the best hit for "%1": %2</source>
+        <translation>le meilleur résultat pour « %1 » : %2</translation>
+    </message>
+    <message>
+        <source>the host is gone; waiting until it is back</source>
+        <translation>l'hôte n'est plus là ; on attend son retour</translation>
+    </message>
+    <message>
+        <source>Password: </source>
+        <translation>Mot de passe : </translation>
+    </message>
+    <message>
+        <source>Once more: </source>
+        <translation>Encore une fois : </translation>
+    </message>
+    <message>
+        <source>these are two different passwords</source>
+        <translation>ce sont deux mots de passe différents</translation>
+    </message>
+    <message>
+        <source>a password is needed</source>
+        <translation>il faut un mot de passe</translation>
+    </message>
+    <message>
+        <source>the password is too long</source>
+        <translation>le mot de passe est trop long</translation>
+    </message>
+    <message>
+        <source>%1: made</source>
+        <translation>%1 : créé</translation>
+    </message>
+    <message>
+        <source>%1: linked</source>
+        <translation>%1 : lié</translation>
+    </message>
+    <message>
+        <source>%1: not linked any more</source>
+        <translation>%1 : n'est plus lié</translation>
+    </message>
+    <message>
+        <source>asked for; it comes by e-mail</source>
+        <translation>demandé ; cela vient par courriel</translation>
+    </message>
+    <message>
+        <source>The service is slow; waiting for its answer.</source>
+        <translation>Le service est lent ; on attend sa réponse.</translation>
+    </message>
+    <message>
+        <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
+        <translation>pas d'hôte à %1 : %2. Démarrez-en un avec « vesk-host », ou dites où il est avec --host ou VESK_HOST.</translation>
+    </message>
+</context>
+<context>
     <name>Web</name>
     <message>
         <source>%1 account</source>

@@ -12,6 +12,8 @@ std::optional<CommandLineEnd> readCommandLine(CLI::App &app, const QStringList &
     std::reverse(reversed.begin(), reversed.end());
     try {
         app.parse(reversed);
+    } catch (const CLI::CallForVersion &version) {
+        return CommandLineEnd {0, QString::fromStdString(version.what())};
     } catch (const CLI::CallForHelp &) {
         return CommandLineEnd {0, QString::fromStdString(app.help())};
     } catch (const CLI::ParseError &error) {

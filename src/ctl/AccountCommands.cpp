@@ -1,15 +1,47 @@
-#include "ctl/AccountCommands.h"
+#include "ctl/Commands.h"
+#include "ctl/PasswordInput.h"
+#include "ctl/Places.h"
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskTuneInAccount.h"
 #include "api/values/VeskValue.h"
-#include "ctl/PasswordInput.h"
+
+#include <CLI/CLI.hpp>
 
 #include <unistd.h>
 
 namespace {
 
 using Operation = VeskTuneInAccountOperation;
+
+/// What goes with an operation, but the password.
+struct AccountArguments {
+    std::string userName;
+    std::string email;
+    std::string postalCode;
+    std::string city;
+    std::string countryId;
+};
+
+/// The link between this device and a service's account.
+class Account {
+public:
+    explicit Account(HostSession &session)
+        : m_session(session)
+    {
+    }
+
+    CtlStatus run(VeskTuneInAccount account);
+
+private:
+    CtlStatus query(const CMPath &path);
+    CtlStatus write(const CMPath &path, const VeskTuneInAccount &account);
+    CtlStatus askPassword(VeskTuneInAccount &account);
+    CtlStatus tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &result);
+    CtlStatus tellLink(const QString &userName);
+
+    HostSession &m_session;
+};
 
 bool needsPassword(Operation::Enum operation)
 {
@@ -26,16 +58,13 @@ QString spaced(const QString &code)
     return characters.join(QLatin1Char(' '));
 }
 
-} // namespace
-
-CtlStatus AccountCommands::run()
+CtlStatus Account::run(VeskTuneInAccount account)
 {
     CMPath service;
-    const CtlStatus status = m_places.service(service);
+    const CtlStatus status = Places(m_session).service(service);
     if (status != CtlStatus::Success)
         return status;
     const CMPath path(service.prefix(), QStringLiteral("account"));
-    VeskTuneInAccount account = m_session.options().account;
     if (account.operation() == Operation::query)
         return query(path);
     if (needsPassword(account.operation())) {
@@ -46,35 +75,41 @@ CtlStatus AccountCommands::run()
     return write(path, account);
 }
 
-CtlStatus AccountCommands::query(const CMPath &path)
+CtlStatus Account::query(const CMPath &path)
 {
     QVariantHash params = pathParams(path);
     params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Value()});
-    return m_session.ask(params, [&](const QVariantHash &result) {
-        if (m_session.options().json) {
-            m_session.printJson(result);
-            return CtlStatus::Success;
-        }
-        const QVariantList values = result.value(QStringLiteral("values")).toList();
-        const QString name = VeskValue(values.value(0).toHash()).tuneInAccount().userName();
-        m_session.printText(name.isEmpty() ? QStringLiteral("not linked") : name);
-        return CtlStatus::Success;
-    });
+    const RpcAnswer answer = m_session.answer(QStringLiteral("getData"), params);
+    // To have no account is an answer here.
+    if (isNotLinked(answer))
+        return tellLink({});
+    if (answer.kind != RpcAnswer::Result)
+        return m_session.report(answer);
+    const QVariantList values = answer.result.toHash().value(QStringLiteral("values")).toList();
+    return tellLink(VeskValue(values.value(0).toHash()).tuneInAccount().userName());
 }
 
-CtlStatus AccountCommands::askPassword(VeskTuneInAccount &account)
+CtlStatus Account::tellLink(const QString &userName)
+{
+    QVariantHash json {{QStringLiteral("linked"), !userName.isEmpty()}};
+    if (userName.isEmpty())
+        return m_session.tell(ctlText("not linked"), json);
+    json.insert(QStringLiteral("userName"), userName);
+    return m_session.tell(userName, json);
+}
+
+CtlStatus Account::askPassword(VeskTuneInAccount &account)
 {
     const CtlTerminal &terminal = m_session.terminal();
     QString password;
     QString problem
-        = readPassword(terminal.input, terminal.errors, QStringLiteral("Password: "), password);
+        = readPassword(terminal.input, terminal.errors, ctlText("Password: "), password);
     // A slip of the finger would lock its owner out of the new account.
     if (problem.isEmpty() && account.operation() == Operation::create && ::isatty(terminal.input)) {
         QString again;
-        problem
-            = readPassword(terminal.input, terminal.errors, QStringLiteral("Once more: "), again);
+        problem = readPassword(terminal.input, terminal.errors, ctlText("Once more: "), again);
         if (problem.isEmpty() && again != password)
-            problem = QStringLiteral("these are two different passwords");
+            problem = ctlText("these are two different passwords");
     }
     if (!problem.isEmpty())
         return m_session.fail(CtlStatus::BadUsage, problem);
@@ -82,7 +117,7 @@ CtlStatus AccountCommands::askPassword(VeskTuneInAccount &account)
     return CtlStatus::Success;
 }
 
-CtlStatus AccountCommands::write(const CMPath &path, VeskTuneInAccount account)
+CtlStatus Account::write(const CMPath &path, const VeskTuneInAccount &account)
 {
     VeskValue value;
     value.setTuneInAccount(account);
@@ -90,31 +125,95 @@ CtlStatus AccountCommands::write(const CMPath &path, VeskTuneInAccount account)
     params.insert(QStringLiteral("role"), VeskRoles::Value());
     params.insert(QStringLiteral("value"), value.toHash());
     return m_session.call(QStringLiteral("setData"), params, [&](const QVariantHash &result) {
-        if (m_session.options().json)
-            m_session.printJson(result);
-        else
-            tell(
-                account, VeskValue(result.value(QStringLiteral("value")).toHash()).tuneInAccount());
-        return CtlStatus::Success;
+        return tell(
+            account, VeskValue(result.value(QStringLiteral("value")).toHash()).tuneInAccount());
     });
 }
 
-void AccountCommands::tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &result)
+CtlStatus Account::tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &result)
 {
-    std::ostream &out = m_session.terminal().out;
+    const QString user = sent.userName();
+    const QVariantHash linked {{QStringLiteral("userName"), user},
+        {QStringLiteral("linked"), sent.operation() == Operation::join}};
     switch (sent.operation()) {
     case Operation::claim:
-        m_session.printText(result.claimMessage());
-        out << "\n    " << m_session.style().bold(printableText(spaced(result.claimKey())))
-            << "\n\n";
-        return;
+        if (!m_session.options().json) {
+            m_session.printText(result.claimMessage());
+            m_session.terminal().out
+                << "\n    " << m_session.style().bold(printableText(spaced(result.claimKey())))
+                << "\n\n";
+            return CtlStatus::Success;
+        }
+        m_session.printJson(QVariantHash {{QStringLiteral("claimKey"), result.claimKey()},
+            {QStringLiteral("claimMessage"), result.claimMessage()}});
+        return CtlStatus::Success;
     case Operation::create:
-        return m_session.printText(QStringLiteral("%1: made").arg(sent.userName()));
+        return m_session.tell(ctlText("%1: made").arg(user), {{QStringLiteral("userName"), user}});
     case Operation::join:
-        return m_session.printText(QStringLiteral("%1: linked").arg(sent.userName()));
+        return m_session.tell(ctlText("%1: linked").arg(user), linked);
     case Operation::drop:
-        return m_session.printText(QStringLiteral("%1: not linked any more").arg(sent.userName()));
+        return m_session.tell(ctlText("%1: not linked any more").arg(user), linked);
     default:
-        return m_session.printText(QStringLiteral("asked for; it comes by e-mail"));
+        return m_session.tell(
+            ctlText("asked for; it comes by e-mail"), {{QStringLiteral("email"), sent.email()}});
     }
+}
+
+CLI::App *addOperation(CLI::App &account, Commands &commands, const char *name,
+    const char *description, Operation::Enum operation,
+    const std::shared_ptr<AccountArguments> &arguments)
+{
+    return commands.add(account, name, description, [operation, arguments](HostSession &session) {
+        VeskTuneInAccount sent;
+        sent.setOperation(operation);
+        sent.setUserName(QString::fromStdString(arguments->userName));
+        sent.setEmail(QString::fromStdString(arguments->email));
+        sent.setPostalCode(QString::fromStdString(arguments->postalCode));
+        sent.setCity(QString::fromStdString(arguments->city));
+        sent.setCountryId(QString::fromStdString(arguments->countryId));
+        return Account(session).run(sent);
+    });
+}
+
+void addUser(CLI::App *command, AccountArguments &into)
+{
+    command->add_option("USER", into.userName, "The account's user name")->required();
+}
+
+void addEmail(CLI::App *command, AccountArguments &into)
+{
+    command->add_option("EMAIL", into.email, "The account's e-mail address")->required();
+}
+
+void addNewAccount(CLI::App *create, AccountArguments &into)
+{
+    addUser(create, into);
+    create->add_option("--email", into.email, "Its e-mail address")->required();
+    CLI::Option *postalCode
+        = create->add_option("--postal-code", into.postalCode, "Where you live");
+    CLI::Option *city = create->add_option("--city", into.city, "Where you live");
+    CLI::Option *country = create->add_option("--country-id", into.countryId, "The city's country");
+    postalCode->excludes(city)->excludes(country);
+    city->needs(country);
+    country->needs(city);
+}
+
+} // namespace
+
+void addAccountCommands(CLI::App &app, Commands &commands)
+{
+    CLI::App *account = app.add_subcommand("account", "Link this device to an account");
+    account->require_subcommand(1);
+    const auto arguments = std::make_shared<AccountArguments>();
+    const auto add = [&](const char *name, const char *description, Operation::Enum operation) {
+        return addOperation(*account, commands, name, description, operation, arguments);
+    };
+    add("status", "Tell the account of this device", Operation::query);
+    add("claim", "Get a code to link this device with", Operation::claim);
+    addUser(add("join", "Link this device", Operation::join), *arguments);
+    addUser(add("drop", "Undo the link", Operation::drop), *arguments);
+    addNewAccount(add("create", "Make an account", Operation::create), *arguments);
+    addEmail(add("remind", "Have the user name sent", Operation::remind), *arguments);
+    // A service may take a user name as well, but then only with its password.
+    addEmail(add("reset", "Have a new password sent", Operation::reset), *arguments);
 }

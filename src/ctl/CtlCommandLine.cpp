@@ -2,148 +2,127 @@
 
 #include "api/web/VeskUrl.h"
 #include "cli/CommandLine.h"
-#include "ctl/CtlArguments.h"
+#include "ctl/UnknownWords.h"
 
 #include <CLI/CLI.hpp>
 
 namespace {
 
-void addEverything(CLI::App &app, CtlArguments &into)
+constexpr char Help[]
+    = "A PLACE is what lists show and take: the number of a row of what this terminal\n"
+      "was shown last (3, or 3/0/12 for rows behind it), the same from the first list\n"
+      "on (/3/0/12), favorites or favorites/2, search:WORDS or search:WORDS/2, a row's\n"
+      "path (ls -l) or its id.\n"
+      "\n"
+      "Examples:\n"
+      "  veskctl ls                     what there is\n"
+      "  veskctl search smooth jazz     then: veskctl play 2\n"
+      "  veskctl play hafenlicht jazz   the best hit of a search\n"
+      "  veskctl favorite add           what plays\n"
+      "  veskctl status --watch\n"
+      "\n"
+      "VESK_HOST in the environment says where the host is when --host does not.";
+
+struct Globals {
+    std::string host;
+    bool json = false;
+    std::string service;
+};
+
+void addEverything(CLI::App &app, Globals &into, Commands &commands)
 {
-    app.add_option("--host", into.host, "Where the host is (http://127.0.0.1:8765/)")
-        ->type_name("URL");
-    app.add_flag("--json", into.json, "Print answers as JSON");
+    app.set_version_flag("--version", "veskctl " VESK_VERSION);
+    app.add_option("--host", into.host, "Where the host is (127.0.0.1:8765)")->type_name("ADDRESS");
+    app.add_flag("--json", into.json, "Print JSON, errors as well");
     app.add_option("--in", into.service, "The service; without it, the only one that there is")
         ->type_name("PATH");
     app.require_subcommand(1);
     app.fallthrough();
-    app.footer("A PLACE is a path, row numbers from the first screen on (3/0/12), \"favorites\",\n"
-               "row numbers from there on (favorites/0), or what is found (search:TEXT).");
-    addScreenCommands(app, into);
-    addPlayerCommands(app, into);
-    addMenuCommands(app, into);
-    addAccountCommands(app, into);
+    app.footer(Help);
+    addScreenCommands(app, commands);
+    addPlayerCommands(app, commands);
+    addMenuCommands(app, commands);
+    addFavoriteCommands(app, commands);
+    addAccountCommands(app, commands);
 }
 
-QString text(const std::string &argument)
-{
-    return QString::fromStdString(argument);
-}
-
+/// Returns what is wrong with it; empty when it is the host's address.
 QString setHost(CtlOptions &options, const QString &host)
 {
-    const VeskUrl url(host);
+    const QString address
+        = host.contains(QLatin1String("://")) ? host : QStringLiteral("http://") + host;
+    const VeskUrl url(address);
     const bool isHttp
         = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
-    if (!isHttp || url.host().isEmpty())
-        return QStringLiteral("\"%1\" is no http address").arg(host);
-    options.host = host.endsWith(QLatin1Char('/')) ? host : host + QLatin1Char('/');
+    if (!isHttp || url.host().isEmpty() || host.contains(QLatin1Char(' ')))
+        return QStringLiteral("\"%1\" is no address of a host (127.0.0.1:8765)").arg(host);
+    options.host = address.endsWith(QLatin1Char('/')) ? address : address + QLatin1Char('/');
     return {};
 }
 
-QString setService(CtlOptions &options, const QString &service)
+QString apply(const CLI::App &app, const Globals &globals, const QString &environmentHost,
+    CtlOptions &options)
 {
-    options.service = CMPath::fromEncoded(service);
-    return options.service.isEmpty() ? QStringLiteral("\"%1\" is no path").arg(service) : QString();
-}
-
-QString setPlace(CtlOptions &options, const QString &place)
-{
-    return CtlPlace::parse(place, options.place) ? QString()
-                                                 : QStringLiteral("\"%1\" is no place").arg(place);
-}
-
-QString setRange(CtlOptions &options, const CtlArguments &arguments)
-{
-    options.first = arguments.first;
-    options.last = arguments.limit > 0 ? arguments.first + arguments.limit - 1 : arguments.last;
-    if (options.last >= 0 && options.last < options.first)
-        return QStringLiteral("--last is before --first");
-    return {};
-}
-
-void setRoles(CtlOptions &options, const CtlArguments &arguments)
-{
-    for (const std::string &role : arguments.roles)
-        options.roles.append(text(role));
-    if (options.roles.isEmpty())
-        options.roles.append(QStringLiteral("value"));
-}
-
-void setAccount(CtlOptions &options, const CtlArguments &arguments)
-{
-    options.account.setOperation(arguments.operation);
-    options.account.setUserName(text(arguments.userName));
-    options.account.setEmail(text(arguments.email));
-    options.account.setPostalCode(text(arguments.postalCode));
-    options.account.setCity(text(arguments.city));
-    options.account.setCountryId(text(arguments.countryId));
-}
-
-QString apply(const CLI::App &app, const CtlArguments &arguments, CtlOptions &options)
-{
-    options.json = arguments.json;
-    options.command = arguments.command;
-    options.row = arguments.row;
-    options.choice = arguments.choice;
-    options.watch = arguments.watch;
-    options.text = text(arguments.text);
-    setRoles(options, arguments);
-    setAccount(options, arguments);
-    QString complaint = setRange(options, arguments);
-    if (complaint.isEmpty() && app.count("--in") > 0)
-        complaint = setService(options, text(arguments.service));
-    const CLI::App *command = app.get_subcommands().front();
-    if (!command->get_subcommands().empty())
-        command = command->get_subcommands().front();
-    const CLI::Option *place = command->get_option_no_throw("PLACE");
-    if (complaint.isEmpty() && place && place->count() > 0)
-        complaint = setPlace(options, text(arguments.place));
-    if (options.command == CtlOptions::Favorites)
-        options.place.start = CtlPlace::Favorites;
-    if (options.command == CtlOptions::Search) {
-        options.place.start = CtlPlace::Search;
-        options.place.text = options.text;
+    options.json = globals.json;
+    if (app.count("--in") > 0) {
+        const QString service = QString::fromStdString(globals.service);
+        options.service = CMPath::fromEncoded(service);
+        if (options.service.isEmpty())
+            return QStringLiteral("\"%1\" is no path").arg(service);
     }
-    return complaint;
+    if (app.count("--host") > 0)
+        return setHost(options, QString::fromStdString(globals.host));
+    return environmentHost.isEmpty() ? QString() : setHost(options, environmentHost);
 }
 
-CtlCommandLine ended(int status, const QString &output)
+CtlCommandLine ended(int status, const QString &output, const QStringList &arguments)
 {
     CtlCommandLine result;
     result.status = status;
     result.text = output;
+    // Also where the command line could not be read to its end.
+    result.options.json = arguments.contains(QLatin1String("--json"));
     return result;
 }
 
 } // namespace
 
-CLI::App *addCommand(CLI::App &app, const char *name, const char *description,
-    CtlOptions::Command command, CtlArguments &into)
+CLI::App *Commands::add(CLI::App &parent, const char *name, const char *description, Run run)
 {
-    CLI::App *added = app.add_subcommand(name, description);
-    added->callback([&into, command] { into.command = command; });
-    return added;
+    CLI::App *command = parent.add_subcommand(name, description);
+    command->callback([this, run = std::move(run)] { m_chosen = run; });
+    return command;
+}
+
+void addPlace(CLI::App *command, std::vector<std::string> &words, const char *description)
+{
+    command->add_option("PLACE", words, description);
+}
+
+QStringList toTexts(const std::vector<std::string> &words)
+{
+    QStringList texts;
+    for (const std::string &word : words)
+        texts.append(QString::fromStdString(word));
+    return texts;
 }
 
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost)
 {
     CLI::App app("Browses and plays what a vesk-host offers.", "veskctl");
-    CtlArguments read;
-    addEverything(app, read);
+    Globals globals;
+    Commands commands;
+    addEverything(app, globals, commands);
+    const QString unknown = complainOfUnknownWord(app, arguments);
+    if (!unknown.isEmpty())
+        return ended(2, unknown, arguments);
     if (const auto end = readCommandLine(app, arguments))
-        return ended(end->status, end->text);
+        return ended(end->status, end->text, arguments);
 
     CtlCommandLine result;
-    QString complaint;
-    if (app.count("--host") > 0)
-        complaint = setHost(result.options, text(read.host));
-    else if (!environmentHost.isEmpty())
-        complaint = setHost(result.options, environmentHost);
-    if (complaint.isEmpty())
-        complaint = apply(app, read, result.options);
+    const QString complaint = apply(app, globals, environmentHost, result.options);
     if (!complaint.isEmpty())
-        return ended(2, complaint);
-    result.run = true;
+        return ended(2, complaint, arguments);
+    result.run = commands.chosen();
     return result;
 }

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "ctl/Commands.h"
 #include "ctl/CtlOptions.h"
 
 /// What a command line asks for: a command, or to print something and end.
 struct CtlCommandLine {
-    bool run = false;
+    /// The command; none when it is not to run.
+    Commands::Run run;
     CtlOptions options;
     /// When it does not run: the exit status (0 after a text that was asked for, 2 for bad usage)
     /// and the text.

@@ -3,22 +3,41 @@
 #include "api/values/CMPath.h"
 
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
-/// A screen, row or value as users name it, short enough to type: a path in its text form (it has a
-/// ":"), "search:TEXT" for what is found, or row numbers from a start on: "3/0/12" counts from the
-/// screen that `ls` shows, "favorites/0" from the favorites. "/" is the start itself. A value.
+/// A screen, row or value as users name it, short enough to type. A value.
+///
+/// | text | |
+/// |---|---|
+/// | `3/0/12` | row 12 of row 0 of row 3 of what this terminal was shown last |
+/// | `/`, `/3/0/12` | the first screen, and the same from there on |
+/// | `favorites`, `favorites/0` | the favorites, and a row of them |
+/// | `search:TEXT`, `search:TEXT/0` | what is found, and a row of it |
+/// | `PREFIX:...`, `PREFIX:...#0` | a path as rows have it, and a row of that screen |
+/// | `s20105` | the row that was shown lately and whose path has this as a parameter |
 struct CtlPlace {
-    enum Start { Root, Favorites, Search, Path };
+    enum Start { Shown, Root, Favorites, Search, Path, Id };
 
     Start start = Root;
     /// Path.
     CMPath path;
-    /// Search: what for.
+    /// Search: what for; Id: the id.
     QString text;
-    /// Root, Favorites: the rows to open, one in the other.
+    /// The rows to open, one in the other.
     QVector<int> rows;
 
     /// Reads \a place; false when it is none of these.
     static bool parse(const QString &place, CtlPlace &result);
+    /// Reads the words of a command line: a place, whose texts need no quotes, or a place and the
+    /// number of a row.
+    static bool parse(const QStringList &words, CtlPlace &result);
+
+    static CtlPlace of(const CMPath &path);
+    static CtlPlace found(const QString &text);
+    static CtlPlace favorites();
+    /// The place of one of its rows.
+    CtlPlace row(int index) const;
+    /// The text form, which parse() reads.
+    QString toText() const;
 };

@@ -1,8 +1,44 @@
-#include "ctl/FavoriteCommands.h"
+#include "ctl/Commands.h"
+#include "ctl/Menus.h"
 
 #include "api/values/VeskMediaData.h"
 
+#include <CLI/CLI.hpp>
+
 namespace {
+
+/// Makes rows favorites, or no favorites any more, through the entry that their menus have for it.
+///
+/// One entry does both, and only its title, in the user's language, says which: what the favorites
+/// themselves have as title is the one that removes.
+class Favorites {
+public:
+    explicit Favorites(HostSession &session)
+        : m_session(session)
+        , m_screens(session)
+        , m_places(session)
+    {
+    }
+
+    CtlStatus change(const QStringList &words, bool add);
+
+private:
+    struct Entry {
+        QString title;
+        CMPath path;
+    };
+
+    CtlStatus toggle(bool add, const Menu &item, const Entry &entry, QString removing);
+    CtlStatus findEntry(const CMPath &menu, Entry &entry);
+    /// The title of the entry that removes; empty while there is no favorite.
+    CtlStatus findRemoving(QString &title);
+    CtlStatus findFavorite(const CMPath &screen, CMPath &menu, QList<CMPath> &folders);
+    CtlStatus tell(const Menu &item, bool isFavorite, bool changed);
+
+    HostSession &m_session;
+    Screens m_screens;
+    Places m_places;
+};
 
 /// A show, or a station. A favorite that is nothing but an address is not known to the directory,
 /// and its menu therefore always offers to add it.
@@ -12,19 +48,17 @@ bool isTelling(const VeskRoles &row)
         || (row.type() == VeskRolesType::audio && row.mediaData().metaData().live());
 }
 
-} // namespace
-
-CtlStatus FavoriteCommands::change(bool add)
+CtlStatus Favorites::change(const QStringList &words, bool add)
 {
-    Item item;
+    Menu item;
     QString removing;
     Entry entry;
-    CtlStatus status = m_menus.ofRow(item.menu, item.title);
+    CtlStatus status = Menus(m_session).find(words, item);
     if (status == CtlStatus::Success)
         status = findRemoving(removing);
     // Last of all: the entry does what its title said last, for whichever row that was.
     if (status == CtlStatus::Success)
-        status = findEntry(item.menu, entry);
+        status = findEntry(item.path, entry);
     if (status != CtlStatus::Success)
         return status;
     const bool isFavorite = !removing.isEmpty() && entry.title == removing;
@@ -33,7 +67,7 @@ CtlStatus FavoriteCommands::change(bool add)
     return toggle(add, item, entry, removing);
 }
 
-CtlStatus FavoriteCommands::toggle(bool add, const Item &item, const Entry &entry, QString removing)
+CtlStatus Favorites::toggle(bool add, const Menu &item, const Entry &entry, QString removing)
 {
     CtlStatus status = m_session.call(QStringLiteral("setData"), activation(entry.path),
         [](const QVariantHash &) { return CtlStatus::Success; });
@@ -41,17 +75,17 @@ CtlStatus FavoriteCommands::toggle(bool add, const Item &item, const Entry &entr
         status = findRemoving(removing);
     Entry now;
     if (status == CtlStatus::Success)
-        status = findEntry(item.menu, now);
+        status = findEntry(item.path, now);
     if (status != CtlStatus::Success)
         return status;
     if ((now.title == removing) != add) {
         return m_session.fail(CtlStatus::Failed,
-            QStringLiteral("that did not work: the menu offers \"%1\" now").arg(now.title));
+            ctlText("that did not work: the menu offers \"%1\" now").arg(now.title));
     }
     return tell(item, add, true);
 }
 
-CtlStatus FavoriteCommands::findEntry(const CMPath &menu, Entry &entry)
+CtlStatus Favorites::findEntry(const CMPath &menu, Entry &entry)
 {
     QList<VeskRoles> rows;
     const CtlStatus status
@@ -64,17 +98,15 @@ CtlStatus FavoriteCommands::findEntry(const CMPath &menu, Entry &entry)
             return status;
         }
     }
-    return m_session.fail(CtlStatus::Failed, QStringLiteral("the menu has no entry for favorites"));
+    return m_session.fail(CtlStatus::Failed, ctlText("the menu has no entry for favorites"));
 }
 
-CtlStatus FavoriteCommands::findRemoving(QString &title)
+CtlStatus Favorites::findRemoving(QString &title)
 {
-    CMPath screen;
-    CtlPlace favorites;
-    favorites.start = CtlPlace::Favorites;
-    CtlStatus status = m_places.resolve(favorites, screen);
+    Spot favorites;
+    CtlStatus status = m_places.resolve(CtlPlace::favorites(), favorites);
     CMPath menu;
-    QList<CMPath> folders {screen};
+    QList<CMPath> folders {favorites.path};
     QList<CMPath> deeper;
     for (int i = 0; i < folders.size() && menu.isEmpty() && status == CtlStatus::Success; ++i) {
         status = findFavorite(folders.at(i), menu, deeper);
@@ -91,7 +123,7 @@ CtlStatus FavoriteCommands::findRemoving(QString &title)
 }
 
 /// The menu of the first favorite of \a screen, and the folders in it.
-CtlStatus FavoriteCommands::findFavorite(const CMPath &screen, CMPath &menu, QList<CMPath> &folders)
+CtlStatus Favorites::findFavorite(const CMPath &screen, CMPath &menu, QList<CMPath> &folders)
 {
     QList<VeskRoles> rows;
     const CtlStatus status = m_screens.rows(
@@ -106,15 +138,30 @@ CtlStatus FavoriteCommands::findFavorite(const CMPath &screen, CMPath &menu, QLi
     return status;
 }
 
-CtlStatus FavoriteCommands::tell(const Item &item, bool isFavorite, bool changed)
+CtlStatus Favorites::tell(const Menu &item, bool isFavorite, bool changed)
 {
-    if (m_session.options().json) {
-        m_session.printJson(QVariantHash {{QStringLiteral("title"), item.title},
-            {QStringLiteral("favorite"), isFavorite}, {QStringLiteral("changed"), changed}});
-        return CtlStatus::Success;
-    }
-    const char *what = isFavorite ? (changed ? "a favorite now" : "a favorite already")
-                                  : (changed ? "no favorite any more" : "no favorite");
-    m_session.printText(QStringLiteral("%1: %2").arg(item.title, QLatin1String(what)));
-    return CtlStatus::Success;
+    const QString now = changed ? ctlText("%1: a favorite now") : ctlText("%1: a favorite already");
+    const QString never
+        = changed ? ctlText("%1: no favorite any more") : ctlText("%1: no favorite");
+    return m_session.tell((isFavorite ? now : never).arg(item.title),
+        {{QStringLiteral("title"), item.title}, {QStringLiteral("favorite"), isFavorite},
+            {QStringLiteral("changed"), changed}});
+}
+
+} // namespace
+
+void addFavoriteCommands(CLI::App &app, Commands &commands)
+{
+    CLI::App *favorite = app.add_subcommand("favorite", "Change the favorites");
+    favorite->require_subcommand(1);
+    const auto addChange = [&](const char *name, const char *description, bool add) {
+        const auto words = std::make_shared<std::vector<std::string>>();
+        addPlace(commands.add(*favorite, name, description,
+                     [words, add](HostSession &session) {
+                         return Favorites(session).change(toTexts(*words), add);
+                     }),
+            *words, "The row; without it, what plays");
+    };
+    addChange("add", "Make it a favorite", true);
+    addChange("remove", "Make it no favorite any more", false);
 }

@@ -1,20 +1,38 @@
 #include "ctl/HostSession.h"
 
+#include "api/core/Language.h"
+#include "api/values/VeskRoles.h"
+#include "api/values/VeskValue.h"
+#include "api/values/VeskValuePaths.h"
 #include "api/web/VeskJson.h"
 
-namespace {
+#include <QCoreApplication>
 
-/// TuneIn says with fault code 7 that a device has no account.
-bool saysNotLinked(const RpcAnswer &answer)
+QString ctlText(const char *source)
 {
-    return answer.name.endsWith(QLatin1String(":7"));
+    return QCoreApplication::translate("Ctl", source);
 }
-
-} // namespace
 
 QVariantHash pathParams(const CMPath &path)
 {
     return {{QStringLiteral("path"), path.toEncoded()}};
+}
+
+bool isNotLinked(const RpcAnswer &answer)
+{
+    return answer.kind == RpcAnswer::Error && answer.name.endsWith(QLatin1String(":7"));
+}
+
+QVariantHash errorJson(const QString &message, int code, const QString &name, const QString &title)
+{
+    QVariantHash error {{QStringLiteral("message"), message}};
+    if (code != 0)
+        error.insert(QStringLiteral("code"), code);
+    if (!name.isEmpty())
+        error.insert(QStringLiteral("name"), name);
+    if (!title.isEmpty())
+        error.insert(QStringLiteral("title"), title);
+    return {{QStringLiteral("error"), error}};
 }
 
 HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
@@ -22,60 +40,73 @@ HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
     , m_terminal(terminal)
     , m_style(terminal.colours)
     , m_client(options.host)
+    , m_shown(terminal.memory, terminal.name, options.host)
 {
+    m_client.setSlow([this, told = false]() mutable {
+        if (!told)
+            note(ctlText("The service is slow; waiting for its answer."));
+        told = true;
+    });
+}
+
+/// Its texts and ours stand side by side.
+void HostSession::speakTheHostsLanguage()
+{
+    m_begun = true;
+    QVariantHash params = pathParams(VeskUILanguagePath());
+    params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Value()});
+    const QVariantHash result = m_client.call(QStringLiteral("getData"), params).result.toHash();
+    const QVariantList values = result.value(QStringLiteral("values")).toList();
+    const QString language = VeskValue(values.value(0).toHash()).string_();
+    if (!language.isEmpty())
+        Language::setCurrent(language, m_terminal.catalogues);
+}
+
+RpcAnswer HostSession::answer(const QString &method, const QVariantHash &params)
+{
+    if (!m_begun)
+        speakTheHostsLanguage();
+    return m_client.call(method, params);
 }
 
 CtlStatus HostSession::call(const QString &method, const QVariantHash &params, const Take &take)
 {
-    const RpcAnswer answer = m_client.call(method, params);
-    if (answer.kind == RpcAnswer::Result)
-        return take(answer.result.toHash());
-    return report(answer);
-}
-
-CtlStatus HostSession::ask(const QVariantHash &params, const Take &take)
-{
-    const RpcAnswer answer = m_client.call(QStringLiteral("getData"), params);
-    if (answer.kind == RpcAnswer::Result)
-        return take(answer.result.toHash());
-    if (!saysNotLinked(answer))
-        return report(answer);
-    if (m_options.json)
-        printJson(answer.error);
-    else
-        printText(QStringLiteral("not linked"));
-    return CtlStatus::Success;
-}
-
-CtlStatus HostSession::act(const QString &method, const QVariantHash &params, const QString &done)
-{
-    return call(method, params, [&](const QVariantHash &result) {
-        if (m_options.json)
-            printJson(result);
-        else if (!done.isEmpty())
-            printText(done);
-        return CtlStatus::Success;
-    });
+    const RpcAnswer got = answer(method, params);
+    return got.kind == RpcAnswer::Result ? take(got.result.toHash()) : report(got);
 }
 
 CtlStatus HostSession::report(const RpcAnswer &answer)
 {
-    if (answer.kind == RpcAnswer::NoHost)
-        return noHost(answer.message);
+    if (answer.kind == RpcAnswer::NoHost) {
+        return fail(CtlStatus::NoHost,
+            ctlText("no host at %1: %2. Start one with \"vesk-host\", or say with --host or "
+                    "VESK_HOST where it is.")
+                .arg(m_options.host, answer.message));
+    }
+    if (m_options.json) {
+        printJson(errorJson(answer.message, answer.code, answer.name, answer.title));
+        return CtlStatus::Failed;
+    }
+    // Some say all there is to say by themselves.
+    const bool isWhole = answer.title.isEmpty() || answer.code == RpcAnswer::EntryGone
+        || answer.code == RpcAnswer::NotOffered;
     return fail(CtlStatus::Failed,
-        answer.title.isEmpty() ? answer.message
-                               : QStringLiteral("%1: %2").arg(answer.title, answer.message));
+        isWhole ? answer.message : QStringLiteral("%1: %2").arg(answer.title, answer.message));
 }
 
 CtlStatus HostSession::fail(CtlStatus status, const QString &message)
 {
-    m_terminal.errors << "veskctl: " << printableText(message).toStdString() << '\n';
+    if (m_options.json)
+        printJson(errorJson(message));
+    else
+        note(message);
     return status;
 }
 
-CtlStatus HostSession::noHost(const QString &why)
+void HostSession::note(const QString &message)
 {
-    return fail(CtlStatus::NoHost, QStringLiteral("no host at %1: %2").arg(m_options.host, why));
+    m_terminal.out.flush();
+    m_terminal.errors << "veskctl: " << printableText(message).toStdString() << std::endl;
 }
 
 void HostSession::printJson(const QVariant &value)
@@ -86,4 +117,13 @@ void HostSession::printJson(const QVariant &value)
 void HostSession::printText(const QString &text)
 {
     m_terminal.out << printableText(text).toStdString() << '\n';
+}
+
+CtlStatus HostSession::tell(const QString &text, const QVariantHash &json)
+{
+    if (m_options.json)
+        printJson(json);
+    else
+        printText(text);
+    return CtlStatus::Success;
 }

@@ -1,64 +1,75 @@
-#include "ctl/MenuCommands.h"
+#include "ctl/Commands.h"
+#include "ctl/Menus.h"
+#include "ctl/Player.h"
 
-#include "ctl/PlayerCommands.h"
+#include <CLI/CLI.hpp>
 
-CtlStatus MenuCommands::menu()
+namespace {
+
+struct MenuArguments {
+    std::vector<std::string> words;
+    int choice = -1;
+    bool paths = false;
+    bool wait = false;
+};
+
+/// Does what the entry is for.
+CtlStatus choose(HostSession &session, const CMPath &menu, const MenuArguments &arguments)
 {
-    const CtlOptions &options = m_session.options();
-    CMPath menu;
-    QString title;
-    const CtlStatus status = options.row < 0 ? m_menus.ofPlayer(menu) : m_menus.ofRow(menu, title);
-    if (status != CtlStatus::Success)
-        return status;
-    return options.choice < 0 ? m_screens.show(menu) : choose(menu, options.choice);
-}
-
-CtlStatus MenuCommands::choose(const CMPath &menu, int entry)
-{
+    Screens screens(session);
     // What an entry does can depend on what its title said last, so the title comes first.
     VeskRoles row;
-    const CtlStatus status = m_screens.row(
-        menu, entry, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()}, row);
+    const CtlStatus status = screens.row(
+        menu, arguments.choice, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()}, row);
     if (status != CtlStatus::Success)
         return status;
+    const QString title = row[VeskRoles::Title()].toString();
     switch (row.type()) {
     case VeskRolesType::activate:
-        return m_session.act(QStringLiteral("setData"), activation(row.path()),
-            QStringLiteral("done: %1").arg(row[VeskRoles::Title()].toString()));
+        return session.call(
+            QStringLiteral("setData"), activation(row.path()), [&](const QVariantHash &result) {
+                return session.tell(ctlText("done: %1").arg(title), result);
+            });
     case VeskRolesType::container:
-        return m_screens.show(row.path());
+        return screens.show(row.path(), CtlPlace::of(row.path()), {{}, arguments.paths, false});
     case VeskRolesType::audio:
-        return PlayerCommands(m_session).play(menu, entry);
+        return Player(session).play(
+            {CtlPlace::of(menu), menu, arguments.choice, row.path(), row.type()}, arguments.wait);
     default:
-        return m_session.fail(
-            CtlStatus::Failed, QStringLiteral("row %1 is nothing to choose").arg(entry));
+        return session.fail(CtlStatus::Failed,
+            ctlText("row %1 is nothing to choose").arg(QString::number(arguments.choice)));
     }
 }
 
-CtlStatus MenuCommands::streams()
+CtlStatus showOrChoose(HostSession &session, const CMPath &screen, bool streamsOfPlayer,
+    const MenuArguments &arguments)
 {
-    CMPath screen;
-    const CtlStatus status = findStreams(screen);
-    if (status != CtlStatus::Success)
-        return status;
-    const int row = m_session.options().row;
-    return row < 0 ? m_screens.show(screen) : PlayerCommands(m_session).play(screen, row);
+    if (arguments.choice >= 0)
+        return choose(session, screen, arguments);
+    return Screens(session).show(
+        screen, CtlPlace::of(screen), {{}, arguments.paths, streamsOfPlayer});
 }
 
-/// The first screen behind the player's menu that begins with something to play.
-CtlStatus MenuCommands::findStreams(CMPath &screen)
+CtlStatus menu(HostSession &session, const MenuArguments &arguments)
 {
-    CMPath menu;
+    Menu menu;
+    const CtlStatus status = Menus(session).find(toTexts(arguments.words), menu);
+    return status == CtlStatus::Success ? showOrChoose(session, menu.path, false, arguments)
+                                        : status;
+}
+
+/// The first screen behind a menu that begins with something to play.
+CtlStatus findStreams(HostSession &session, const CMPath &menu, CMPath &screen)
+{
+    Screens screens(session);
     QList<VeskRoles> entries;
-    CtlStatus status = m_menus.ofPlayer(menu);
-    if (status == CtlStatus::Success)
-        status = m_screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()}, entries);
-    for (const VeskRoles &entry : entries) {
+    CtlStatus status = screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()}, entries);
+    for (const VeskRoles &entry : qAsConst(entries)) {
         screen = entry.path();
         if (entry.type() != VeskRolesType::container || screen.isEmpty())
             continue;
         QList<VeskRoles> rows;
-        status = m_screens.rows(screen, {VeskRoles::Type()}, rows);
+        status = screens.rows(screen, {VeskRoles::Type()}, rows);
         if (status != CtlStatus::Success)
             return status;
         if (!rows.isEmpty() && rows.first().type() == VeskRolesType::audio)
@@ -66,5 +77,42 @@ CtlStatus MenuCommands::findStreams(CMPath &screen)
     }
     if (status != CtlStatus::Success)
         return status;
-    return m_session.fail(CtlStatus::Failed, QStringLiteral("there are no streams to choose from"));
+    return session.fail(CtlStatus::Failed, ctlText("there are no streams to choose from"));
+}
+
+CtlStatus streams(HostSession &session, const MenuArguments &arguments)
+{
+    Menu menu;
+    CMPath screen;
+    CtlStatus status = Menus(session).findPlaying(toTexts(arguments.words), menu);
+    if (status == CtlStatus::Success)
+        status = findStreams(session, menu.path, screen);
+    if (status != CtlStatus::Success)
+        return status;
+    return showOrChoose(session, screen, arguments.words.empty(), arguments);
+}
+
+void addArguments(CLI::App *command, const char *choice, MenuArguments &into)
+{
+    addPlace(command, into.words, "The row; without it, what plays");
+    command->add_option("--choose", into.choice, choice)
+        ->type_name("N")
+        ->check(CLI::Range(0, 1000000000));
+    command->add_flag("-l,--long", into.paths, "With the rows' paths");
+    command->add_flag("--wait", into.wait, "End when it is heard, where the choice plays");
+}
+
+} // namespace
+
+void addMenuCommands(CLI::App &app, Commands &commands)
+{
+    const auto ofMenu = std::make_shared<MenuArguments>();
+    addArguments(commands.add(app, "menu", "Show the menu of a row, or of what plays",
+                     [ofMenu](HostSession &session) { return menu(session, *ofMenu); }),
+        "Run, open or play an entry of the menu", *ofMenu);
+
+    const auto ofStreams = std::make_shared<MenuArguments>();
+    addArguments(commands.add(app, "streams", "Show the streams of a row, or of what plays",
+                     [ofStreams](HostSession &session) { return streams(session, *ofStreams); }),
+        "Play one of them", *ofStreams);
 }

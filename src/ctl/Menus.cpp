@@ -2,6 +2,15 @@
 
 #include "api/values/VeskMediaData.h"
 
+namespace {
+
+CMPath playingMenuOf(const VeskRoles &row)
+{
+    return row.mediaData().metaData().contentPlayContextPath();
+}
+
+} // namespace
+
 const QStringList &menuRoles()
 {
     static const QStringList roles {VeskRoles::Context(), VeskRoles::MediaData()};
@@ -12,7 +21,7 @@ CMPath menuOf(const VeskRoles &row)
 {
     const CMPath menu = row.context().path();
     // Some rows have a menu only where they play; it is as good.
-    return menu.isEmpty() ? row.mediaData().metaData().contentPlayContextPath() : menu;
+    return menu.isEmpty() ? playingMenuOf(row) : menu;
 }
 
 QVariantHash activation(const CMPath &entry)
@@ -23,32 +32,45 @@ QVariantHash activation(const CMPath &entry)
     return params;
 }
 
-CtlStatus Menus::ofRow(CMPath &menu, QString &title)
+CtlStatus Menus::find(const QStringList &words, Menu &menu)
 {
-    const CtlOptions &options = m_session.options();
-    CMPath screen;
+    return words.isEmpty() ? ofPlayer(menu) : ofRow(words, &menuOf, menu);
+}
+
+CtlStatus Menus::findPlaying(const QStringList &words, Menu &menu)
+{
+    return words.isEmpty() ? ofPlayer(menu) : ofRow(words, &playingMenuOf, menu);
+}
+
+CtlStatus Menus::ofRow(const QStringList &words, MenuOf menuOf, Menu &menu)
+{
+    Places places(m_session);
+    Spot spot;
     VeskRoles row;
-    CtlStatus status = m_places.resolve(options.place, screen);
-    if (status == CtlStatus::Success) {
-        status = m_screens.row(
-            screen, options.row, QStringList {VeskRoles::Title()} + menuRoles(), row);
+    CtlStatus status = places.resolve(words, spot);
+    if (status == CtlStatus::Success && !spot.isRow()) {
+        return m_session.fail(CtlStatus::Failed,
+            ctlText("\"%1\" is a list, or a row that was not shown lately")
+                .arg(spot.place.toText()));
     }
-    menu = menuOf(row);
-    title = row[VeskRoles::Title()].toString();
-    if (status == CtlStatus::Success && menu.isEmpty()) {
+    if (status == CtlStatus::Success)
+        status = places.row(spot, QStringList {VeskRoles::Title()} + menuRoles(), row);
+    menu = {menuOf(row), row[VeskRoles::Title()].toString()};
+    if (status == CtlStatus::Success && menu.path.isEmpty()) {
         return m_session.fail(
-            CtlStatus::Failed, QStringLiteral("row %1 has no menu").arg(options.row));
+            CtlStatus::Failed, ctlText("row %1 has no menu").arg(QString::number(spot.row)));
     }
     return status;
 }
 
-CtlStatus Menus::ofPlayer(CMPath &menu)
+CtlStatus Menus::ofPlayer(Menu &menu)
 {
     return m_session.call(QStringLiteral("player.state"), {}, [&](const QVariantHash &state) {
-        menu = CMPath::fromVariant(state.value(QStringLiteral("contextPath")));
-        if (menu.isEmpty()) {
+        menu = {CMPath::fromVariant(state.value(QStringLiteral("contextPath"))),
+            state.value(QStringLiteral("title")).toString()};
+        if (menu.path.isEmpty()) {
             return m_session.fail(
-                CtlStatus::Failed, QStringLiteral("nothing plays, or what plays has no menu"));
+                CtlStatus::Failed, ctlText("nothing plays, or what plays has no menu"));
         }
         return CtlStatus::Success;
     });

@@ -2,25 +2,33 @@
 
 #include "ctl/Places.h"
 
-/// The context menus of rows and of what plays. One thread; the session must outlive it.
+/// The context menu of something, and what that is called.
+struct Menu {
+    CMPath path;
+    QString title;
+};
+
+/// The menus of rows and of what plays. One thread; the session must outlive it.
 class Menus {
 public:
     explicit Menus(HostSession &session)
         : m_session(session)
-        , m_screens(session)
-        , m_places(session)
     {
     }
 
-    /// The menu of the row that the options name, and the row's title. It and ofPlayer() fail when
+    /// The menu of the row that \a words name, or of what plays when there are none. A failure when
     /// there is no menu.
-    CtlStatus ofRow(CMPath &menu, QString &title);
-    CtlStatus ofPlayer(CMPath &menu);
+    CtlStatus find(const QStringList &words, Menu &menu);
+    /// The same for the menu that it has while it plays, which leads to its streams.
+    CtlStatus findPlaying(const QStringList &words, Menu &menu);
 
 private:
+    using MenuOf = CMPath (*)(const VeskRoles &row);
+
+    CtlStatus ofRow(const QStringList &words, MenuOf menuOf, Menu &menu);
+    CtlStatus ofPlayer(Menu &menu);
+
     HostSession &m_session;
-    Screens m_screens;
-    Places m_places;
 };
 
 /// The roles that tell a row's menu, and the menu; empty when it has none.

@@ -1,5 +1,7 @@
 #include "ctl/PasswordInput.h"
 
+#include "ctl/HostSession.h"
+
 #include <QByteArray>
 
 #include <array>
@@ -142,9 +144,9 @@ QString readPassword(int input, std::ostream &prompts, const QString &prompt, QS
     if (line.endsWith('\r'))
         line.chop(1);
     if (!some || line.isEmpty())
-        return QStringLiteral("a password is needed");
+        return ctlText("a password is needed");
     if (line.size() > MaxBytes)
-        return QStringLiteral("the password is too long");
+        return ctlText("the password is too long");
     password = QString::fromUtf8(line);
     line.fill('\0');
     return {};

@@ -1,20 +1,13 @@
 #include "ctl/PlayerWatch.h"
 
-#include "api/web/VeskJson.h"
-
 #include <csignal>
 #include <glib-unix.h>
-#include <libsoup/soup.h>
 
 #include <vector>
 
 namespace {
 
 constexpr guint RetrySeconds = 1;
-constexpr guint ConnectTimeoutSeconds = 10;
-constexpr guint64 MaxMessage = guint64(4) * 1024 * 1024;
-
-const char StateRequest[] = R"({"jsonrpc":"2.0","id":1,"method":"player.state","params":{}})";
 
 /// A write to a pipe that nobody reads fails instead of ending the process.
 class BrokenPipes {
@@ -36,196 +29,113 @@ private:
 
 } // namespace
 
-struct PlayerWatch::Private {
-    Private(const QString &host, Show showState, std::function<void()> tellLost)
-        : url(host.toUtf8() + "ws")
-        , show(std::move(showState))
-        , lost(std::move(tellLost))
-        , cancellable(g_cancellable_new())
-        , session(soup_session_new())
+/// What ends a watch from outside; sources of the main context.
+struct PlayerWatch::Sources {
+    explicit Sources(PlayerWatch *watch, int output)
     {
-        soup_session_set_proxy_resolver(session, nullptr);
-        soup_session_set_timeout(session, ConnectTimeoutSeconds);
+        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+            signals.push_back(g_unix_signal_add(signal, &Sources::signalCame, watch));
+        if (output >= 0) {
+            reader = g_unix_fd_add(output, static_cast<GIOCondition>(G_IO_ERR | G_IO_HUP),
+                &Sources::readerGone, watch);
+        }
     }
-
-    ~Private()
+    ~Sources()
     {
-        for (const guint source : signalSources)
+        for (const guint source : signals)
             g_source_remove(source);
-        for (const guint source : {reader, retry}) {
-            if (source)
-                g_source_remove(source);
-        }
-        g_cancellable_cancel(cancellable);
-        while (connecting)
-            g_main_context_iteration(nullptr, TRUE);
-        disconnect();
-        g_object_unref(session);
-        g_object_unref(cancellable);
+        if (reader)
+            g_source_remove(reader);
     }
 
-    Private(const Private &) = delete;
-    Private &operator=(const Private &) = delete;
-
-    void connect()
-    {
-        SoupMessage *message = soup_message_new(SOUP_METHOD_GET, url.constData());
-        if (!message)
-            return end(NoHost, QStringLiteral("that is no address"));
-        connecting = true;
-        soup_session_websocket_connect_async(session, message, nullptr, nullptr, G_PRIORITY_DEFAULT,
-            cancellable, &Private::connected, this);
-        g_object_unref(message);
-    }
-
-    void disconnect()
-    {
-        if (!connection)
-            return;
-        g_signal_handlers_disconnect_by_data(connection, this);
-        if (soup_websocket_connection_get_state(connection) == SOUP_WEBSOCKET_STATE_OPEN)
-            soup_websocket_connection_close(connection, SOUP_WEBSOCKET_CLOSE_NORMAL, nullptr);
-        g_clear_object(&connection);
-    }
-
-    void end(End how, const QString &why = {})
-    {
-        result = how;
-        problem = why;
-        ended = true;
-    }
-
-    /// The host ended, or there is none yet.
-    void retryLater(const QString &why)
-    {
-        disconnect();
-        if (!wasThere)
-            return end(NoHost, why);
-        if (isThere)
-            lost();
-        isThere = false;
-        retry = g_timeout_add_seconds(RetrySeconds, &Private::retryNow, this);
-    }
-
-    void receive(const QByteArray &bytes)
-    {
-        VeskError error;
-        const QVariantHash message = VeskJson::parse(bytes, error).toHash();
-        const QString method = message.value(QStringLiteral("method")).toString();
-        if (method == QLatin1String("player.changed"))
-            return take(message.value(QStringLiteral("params")).toHash());
-        if (message.value(QStringLiteral("id")).toInt() != 1)
-            return;
-        if (message.contains(QStringLiteral("result")))
-            return take(message.value(QStringLiteral("result")).toHash());
-        const QVariantHash failure = message.value(QStringLiteral("error")).toHash();
-        end(Refused, failure.value(QStringLiteral("message")).toString());
-    }
-
-    void take(const QVariantHash &state)
-    {
-        wasThere = true;
-        isThere = true;
-        if (!show(state))
-            end(Ended);
-    }
-
-    static void connected(GObject *session, GAsyncResult *result, gpointer data)
-    {
-        auto *self = static_cast<Private *>(data);
-        self->connecting = false;
-        GError *error = nullptr;
-        self->connection
-            = soup_session_websocket_connect_finish(SOUP_SESSION(session), result, &error);
-        if (!self->connection) {
-            const QString why = QString::fromUtf8(error->message);
-            const bool cancelled = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_CANCELLED);
-            g_error_free(error);
-            if (!cancelled)
-                self->retryLater(why);
-            return;
-        }
-        soup_websocket_connection_set_max_incoming_payload_size(self->connection, MaxMessage);
-        g_signal_connect(self->connection, "message", G_CALLBACK(&Private::message), data);
-        g_signal_connect(self->connection, "closed", G_CALLBACK(&Private::closed), data);
-        soup_websocket_connection_send_text(self->connection, StateRequest);
-    }
-
-    static void message(
-        SoupWebsocketConnection *, SoupWebsocketDataType type, GBytes *message, gpointer data)
-    {
-        if (type != SOUP_WEBSOCKET_DATA_TEXT)
-            return;
-        gsize size = 0;
-        const void *bytes = g_bytes_get_data(message, &size);
-        static_cast<Private *>(data)->receive(
-            QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)));
-    }
-
-    static void closed(SoupWebsocketConnection *, gpointer data)
-    {
-        static_cast<Private *>(data)->retryLater(QStringLiteral("what answers is no vesk-host"));
-    }
-
-    static gboolean retryNow(gpointer data)
-    {
-        auto *self = static_cast<Private *>(data);
-        self->retry = 0;
-        self->connect();
-        return G_SOURCE_REMOVE;
-    }
+    Sources(const Sources &) = delete;
+    Sources &operator=(const Sources &) = delete;
 
     static gboolean signalCame(gpointer data)
     {
-        static_cast<Private *>(data)->end(Ended);
+        static_cast<PlayerWatch *>(data)->end();
         return G_SOURCE_CONTINUE;
     }
 
     static gboolean readerGone(gint, GIOCondition, gpointer data)
     {
-        auto *self = static_cast<Private *>(data);
-        self->reader = 0;
-        self->end(Ended);
+        auto *watch = static_cast<PlayerWatch *>(data);
+        watch->m_sources->reader = 0;
+        watch->end();
         return G_SOURCE_REMOVE;
     }
 
-    const QByteArray url;
-    const Show show;
-    const std::function<void()> lost;
-    GCancellable *const cancellable;
-    SoupSession *const session;
-    SoupWebsocketConnection *connection = nullptr;
-    bool connecting = false;
-    /// Sources of the main context; 0 for none.
-    guint retry = 0;
+    static gboolean retryNow(gpointer data)
+    {
+        *static_cast<bool *>(data) = true;
+        return G_SOURCE_REMOVE;
+    }
+
+    std::vector<guint> signals;
+    /// 0 for none.
     guint reader = 0;
-    std::vector<guint> signalSources;
-    bool wasThere = false;
-    bool isThere = false;
-    bool ended = false;
-    End result = Ended;
-    QString problem;
 };
 
-PlayerWatch::PlayerWatch(const QString &host, int output, Show show, std::function<void()> lost)
-    : d(std::make_unique<Private>(host, std::move(show), std::move(lost)))
+PlayerWatch::PlayerWatch(HostSession &session, Show show)
+    : m_session(session)
+    , m_show(std::move(show))
+    , m_sources(std::make_unique<Sources>(this, session.terminal().output))
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-        d->signalSources.push_back(g_unix_signal_add(signal, &Private::signalCame, d.get()));
-    if (output >= 0) {
-        d->reader = g_unix_fd_add(
-            output, static_cast<GIOCondition>(G_IO_ERR | G_IO_HUP), &Private::readerGone, d.get());
-    }
+    m_session.client().setNotified([this](const QString &method, const QVariantHash &params) {
+        if (method == QLatin1String("player.changed"))
+            take(params);
+    });
 }
 
-PlayerWatch::~PlayerWatch() = default;
+PlayerWatch::~PlayerWatch()
+{
+    m_session.client().setNotified({});
+}
 
-PlayerWatch::End PlayerWatch::run(QString &problem)
+CtlStatus PlayerWatch::run()
 {
     const BrokenPipes broken;
-    d->connect();
-    while (!d->ended)
+    bool wasThere = false;
+    bool isThere = false;
+    while (!m_ended) {
+        const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"), {});
+        if (m_ended)
+            break;
+        if (answer.kind == RpcAnswer::Error || (answer.kind == RpcAnswer::NoHost && !wasThere))
+            return m_session.report(answer);
+        if (answer.kind == RpcAnswer::Result) {
+            wasThere = true;
+            isThere = true;
+            take(answer.result.toHash());
+            m_session.client().waitUntil([this] { return m_ended; });
+        }
+        if (!m_ended && isThere)
+            m_session.note(ctlText("the host is gone; waiting until it is back"));
+        isThere = false;
+        waitToRetry();
+    }
+    return CtlStatus::Success;
+}
+
+void PlayerWatch::take(const QVariantHash &state)
+{
+    if (!m_ended && !m_show(state))
+        end();
+}
+
+void PlayerWatch::end()
+{
+    m_ended = true;
+    // Whatever it waits for.
+    m_session.client().close();
+}
+
+void PlayerWatch::waitToRetry()
+{
+    bool now = false;
+    const guint timer = g_timeout_add_seconds(RetrySeconds, &Sources::retryNow, &now);
+    while (!now && !m_ended)
         g_main_context_iteration(nullptr, TRUE);
-    problem = d->problem;
-    return d->result;
+    if (!now)
+        g_source_remove(timer);
 }

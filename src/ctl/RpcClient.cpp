@@ -2,81 +2,280 @@
 
 #include "api/web/VeskJson.h"
 
-#include <curl/curl.h>
+#include <libsoup/soup.h>
 
-#include <memory>
+#include <deque>
+#include <optional>
+#include <vector>
 
 namespace {
 
-constexpr long ConnectTimeoutMs = 5000;
+constexpr guint ConnectTimeoutSeconds = 5;
 /// Longer than the host itself takes before it gives a call up.
-constexpr long AnswerTimeoutMs = 90000;
+constexpr guint AnswerTimeoutMs = 90000;
+/// Notifications that wait to be handed on; more than that are not looked at.
+constexpr size_t MaxNews = 1000;
 
-size_t append(char *bytes, size_t size, size_t count, void *into)
+QString noHost()
 {
-    auto *answer = static_cast<QByteArray *>(into);
-    if (size * count > static_cast<size_t>(RpcClient::MaxAnswer - answer->size()))
-        return 0;
-    answer->append(bytes, static_cast<int>(size * count));
-    return size * count;
+    return QStringLiteral("what answers is no vesk-host");
 }
 
-RpcAnswer readAnswer(const QByteArray &bytes)
+RpcAnswer failed(const QString &why)
 {
-    VeskError error;
-    const QVariantHash answer = VeskJson::parse(bytes, error).toHash();
-    if (answer.value(QStringLiteral("jsonrpc")).toString() != QLatin1String("2.0"))
-        return {RpcAnswer::NoHost, {}, QStringLiteral("what answers is no vesk-host"), {}, {}, {}};
-    if (!answer.contains(QStringLiteral("error")))
-        return {RpcAnswer::Result, answer.value(QStringLiteral("result")), {}, {}, {}, {}};
-    const QVariantHash failure = answer.value(QStringLiteral("error")).toHash();
+    RpcAnswer answer;
+    answer.message = why;
+    return answer;
+}
+
+RpcAnswer readAnswer(const QVariantHash &message)
+{
+    RpcAnswer answer;
+    if (!message.contains(QStringLiteral("error"))) {
+        answer.kind = RpcAnswer::Result;
+        answer.result = message.value(QStringLiteral("result"));
+        return answer;
+    }
+    const QVariantHash failure = message.value(QStringLiteral("error")).toHash();
     const QVariantHash data = failure.value(QStringLiteral("data")).toHash();
-    return {RpcAnswer::Error, {}, failure.value(QStringLiteral("message")).toString(),
-        data.value(QStringLiteral("name")).toString(),
-        data.value(QStringLiteral("title")).toString(), failure};
+    answer.kind = RpcAnswer::Error;
+    answer.message = failure.value(QStringLiteral("message")).toString();
+    answer.code = failure.value(QStringLiteral("code")).toInt();
+    answer.name = data.value(QStringLiteral("name")).toString();
+    answer.title = data.value(QStringLiteral("title")).toString();
+    return answer;
 }
+
+/// An action that is due once, unless it is dropped before.
+class Timer {
+public:
+    Timer(GMainContext *context, guint milliseconds, std::function<void()> action)
+        : m_action(std::move(action))
+        , m_source(g_timeout_source_new(milliseconds))
+    {
+        g_source_set_callback(m_source, &Timer::fire, this, nullptr);
+        g_source_attach(m_source, context);
+    }
+    ~Timer()
+    {
+        g_source_destroy(m_source);
+        g_source_unref(m_source);
+    }
+
+    Timer(const Timer &) = delete;
+    Timer &operator=(const Timer &) = delete;
+
+private:
+    static gboolean fire(gpointer data)
+    {
+        static_cast<Timer *>(data)->m_action();
+        return G_SOURCE_REMOVE;
+    }
+
+    const std::function<void()> m_action;
+    GSource *const m_source;
+};
 
 } // namespace
 
+struct RpcClient::Private {
+    explicit Private(const QString &host)
+        : url(host.toUtf8() + "ws")
+        , context(g_main_context_ref_thread_default())
+        , session(soup_session_new())
+        , cancellable(g_cancellable_new())
+    {
+        soup_session_set_proxy_resolver(session, nullptr);
+        soup_session_set_timeout(session, ConnectTimeoutSeconds);
+    }
+
+    ~Private()
+    {
+        disconnect();
+        freeLeft();
+        g_object_unref(cancellable);
+        g_object_unref(session);
+        g_main_context_unref(context);
+    }
+
+    Private(const Private &) = delete;
+    Private &operator=(const Private &) = delete;
+
+    /// Returns why there is no connection; empty when there is one.
+    QString connect()
+    {
+        freeLeft();
+        SoupMessage *message = soup_message_new(SOUP_METHOD_GET, url.constData());
+        if (!message)
+            return QStringLiteral("that is no address");
+        connecting = true;
+        problem.clear();
+        g_cancellable_reset(cancellable);
+        soup_session_websocket_connect_async(session, message, nullptr, nullptr, G_PRIORITY_DEFAULT,
+            cancellable, &Private::connected, this);
+        while (connecting)
+            g_main_context_iteration(context, TRUE);
+        const guint status = soup_message_get_status(message);
+        g_object_unref(message);
+        if (!connection && status >= 200)
+            return QStringLiteral("%1 (HTTP code %2)").arg(noHost(), QString::number(status));
+        return problem;
+    }
+
+    void disconnect()
+    {
+        if (!connection)
+            return;
+        g_signal_handlers_disconnect_by_data(connection, this);
+        if (soup_websocket_connection_get_state(connection) == SOUP_WEBSOCKET_STATE_OPEN)
+            soup_websocket_connection_close(connection, SOUP_WEBSOCKET_CLOSE_NORMAL, nullptr);
+        // A callback of this very connection may be on the stack.
+        left.push_back(connection);
+        connection = nullptr;
+    }
+
+    void freeLeft()
+    {
+        for (SoupWebsocketConnection *old : left)
+            g_object_unref(old);
+        left.clear();
+    }
+
+    void fail(const QString &why)
+    {
+        disconnect();
+        problem = why;
+    }
+
+    void receive(const QByteArray &bytes)
+    {
+        VeskError error;
+        const QVariantHash message = VeskJson::parse(bytes, error).toHash();
+        if (message.value(QStringLiteral("jsonrpc")).toString() != QLatin1String("2.0"))
+            return fail(noHost());
+        const QString method = message.value(QStringLiteral("method")).toString();
+        if (!method.isEmpty()) {
+            if (news.size() < MaxNews)
+                news.push_back({method, message.value(QStringLiteral("params")).toHash()});
+        } else if (message.value(QStringLiteral("id")).toInt() == awaited) {
+            answer = readAnswer(message);
+        }
+    }
+
+    static void connected(GObject *session, GAsyncResult *result, gpointer data)
+    {
+        auto *self = static_cast<Private *>(data);
+        self->connecting = false;
+        GError *error = nullptr;
+        self->connection
+            = soup_session_websocket_connect_finish(SOUP_SESSION(session), result, &error);
+        if (!self->connection) {
+            self->problem = QString::fromUtf8(error->message);
+            g_error_free(error);
+            return;
+        }
+        soup_websocket_connection_set_max_incoming_payload_size(self->connection, MaxAnswer);
+        g_signal_connect(self->connection, "message", G_CALLBACK(&Private::message), data);
+        g_signal_connect(self->connection, "closed", G_CALLBACK(&Private::closed), data);
+    }
+
+    static void message(
+        SoupWebsocketConnection *, SoupWebsocketDataType type, GBytes *message, gpointer data)
+    {
+        auto *self = static_cast<Private *>(data);
+        if (type != SOUP_WEBSOCKET_DATA_TEXT)
+            return self->fail(noHost());
+        gsize size = 0;
+        const void *bytes = g_bytes_get_data(message, &size);
+        self->receive(QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)));
+    }
+
+    static void closed(SoupWebsocketConnection *, gpointer data)
+    {
+        static_cast<Private *>(data)->fail(QStringLiteral("the connection was closed"));
+    }
+
+    const QByteArray url;
+    GMainContext *const context;
+    SoupSession *const session;
+    GCancellable *const cancellable;
+    SoupWebsocketConnection *connection = nullptr;
+    /// Those before, until no callback can use them.
+    std::vector<SoupWebsocketConnection *> left;
+    bool connecting = false;
+    /// Why there is no connection.
+    QString problem;
+    int awaited = 0;
+    std::optional<RpcAnswer> answer;
+    struct News {
+        QString method;
+        QVariantHash params;
+    };
+    /// What was told and not handed on yet, in the order in which it came.
+    std::deque<News> news;
+    std::function<void()> slow;
+    Notified notified;
+};
+
 RpcClient::RpcClient(const QString &host)
-    : m_url(host.toUtf8() + "jsonrpc")
+    : d(std::make_unique<Private>(host))
 {
+}
+
+RpcClient::~RpcClient() = default;
+
+void RpcClient::setSlow(std::function<void()> slow)
+{
+    d->slow = std::move(slow);
+}
+
+void RpcClient::setNotified(Notified notified)
+{
+    d->notified = std::move(notified);
 }
 
 RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
 {
-    const QByteArray body = VeskJson::write(
-        QVariantHash {{QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), 1},
-            {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
-    QByteArray answer;
-    const QString failure = post(body, answer);
-    if (!failure.isEmpty())
-        return {RpcAnswer::NoHost, {}, failure, {}, {}, {}};
-    return readAnswer(answer);
+    const QString problem = d->connection ? QString() : d->connect();
+    if (!problem.isEmpty())
+        return failed(problem);
+    const QByteArray request = VeskJson::write(QVariantHash {
+        {QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), ++d->awaited},
+        {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
+    d->answer.reset();
+    d->news.clear();
+    soup_websocket_connection_send_text(d->connection, request.constData());
+    const Timer slow(d->context, SlowMs, [this] {
+        if (d->slow)
+            d->slow();
+    });
+    const Timer tooLate(
+        d->context, AnswerTimeoutMs, [this] { d->fail(QStringLiteral("it does not answer")); });
+    // What is told behind the answer is newer: it waits for waitUntil().
+    while (!d->answer && d->connection)
+        g_main_context_iteration(d->context, TRUE);
+    return d->answer ? *d->answer : failed(d->problem);
 }
 
-QString RpcClient::post(const QByteArray &body, QByteArray &answer)
+bool RpcClient::waitUntil(const std::function<bool()> &done)
 {
-    const std::unique_ptr<CURL, decltype(&curl_easy_cleanup)> curl(
-        curl_easy_init(), &curl_easy_cleanup);
-    const std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)> headers(
-        curl_slist_append(nullptr, "Content-Type: application/json"), &curl_slist_free_all);
-    curl_easy_setopt(curl.get(), CURLOPT_URL, m_url.constData());
-    curl_easy_setopt(curl.get(), CURLOPT_PROTOCOLS_STR, "http,https");
-    curl_easy_setopt(curl.get(), CURLOPT_NOPROXY, "*");
-    curl_easy_setopt(curl.get(), CURLOPT_NOSIGNAL, 1L);
-    curl_easy_setopt(curl.get(), CURLOPT_CONNECTTIMEOUT_MS, ConnectTimeoutMs);
-    curl_easy_setopt(curl.get(), CURLOPT_TIMEOUT_MS, AnswerTimeoutMs);
-    curl_easy_setopt(curl.get(), CURLOPT_HTTPHEADER, headers.get());
-    curl_easy_setopt(curl.get(), CURLOPT_POSTFIELDS, body.constData());
-    curl_easy_setopt(curl.get(), CURLOPT_POSTFIELDSIZE, static_cast<long>(body.size()));
-    curl_easy_setopt(curl.get(), CURLOPT_WRITEFUNCTION, &append);
-    curl_easy_setopt(curl.get(), CURLOPT_WRITEDATA, &answer);
+    while (!done()) {
+        if (!d->news.empty()) {
+            const Private::News first = d->news.front();
+            d->news.pop_front();
+            if (d->notified)
+                d->notified(first.method, first.params);
+        } else if (d->connection) {
+            g_main_context_iteration(d->context, TRUE);
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
 
-    const CURLcode code = curl_easy_perform(curl.get());
-    if (code != CURLE_OK)
-        return QString::fromUtf8(curl_easy_strerror(code));
-    long status = 0;
-    curl_easy_getinfo(curl.get(), CURLINFO_RESPONSE_CODE, &status);
-    return status == 200 ? QString() : QStringLiteral("it answers with HTTP code %1").arg(status);
+void RpcClient::close()
+{
+    g_cancellable_cancel(d->cancellable);
+    d->fail(QStringLiteral("the connection was closed"));
 }

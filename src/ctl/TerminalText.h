@@ -13,6 +13,21 @@
 QString printableText(const QString &text);
 /// JSON with such characters escaped; says the same.
 QByteArray printableJson(const QByteArray &json);
+/// \a text as one word of a command line, in quotes where a shell would read more into it.
+QString shellWord(const QString &text);
+
+/// How many columns a terminal takes for \a text: two for wide characters, none for those that
+/// combine with the one before.
+int textWidth(const QString &text);
+/// \a text in at most \a width columns: of a longer one the middle is left out, and never half of
+/// what is seen as one character.
+QString elided(const QString &text, int width);
+/// \a text with blanks behind it, \a width columns wide; as it is when it is wider.
+QString padded(const QString &text, int width);
+
+/// The width of the terminal \a output, in columns: what COLUMNS says, else the terminal itself,
+/// else 80; 0 when it is no terminal.
+int terminalWidth(int output);
 
 /// Colours for a terminal, or none.
 class TerminalStyle {

@@ -1,28 +1,49 @@
 #include "cli/CommandLine.h"
-#include "ctl/Commands.h"
 #include "ctl/CtlCommandLine.h"
+#include "ctl/ShownLists.h"
+
+#include <QCoreApplication>
 
 #include <log4cplus/initializer.h>
 
 #include <iostream>
 #include <unistd.h>
 
+namespace {
+
+int end(const CtlCommandLine &commandLine, const CtlTerminal &terminal)
+{
+    if (commandLine.status == 0) {
+        terminal.out << commandLine.text.toStdString()
+                     << (commandLine.text.endsWith(QLatin1Char('\n')) ? "" : "\n") << std::flush;
+        return commandLine.status;
+    }
+    HostSession(commandLine.options, terminal).fail(CtlStatus::BadUsage, commandLine.text);
+    return commandLine.status;
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
     const log4cplus::Initializer logging;
+    const QStringList arguments = commandLineArguments(argc, argv);
+    const QCoreApplication application(argc, argv);
     const CtlCommandLine commandLine
-        = parseCtlCommandLine(commandLineArguments(argc, argv), qEnvironmentVariable("VESK_HOST"));
-    if (!commandLine.run) {
-        std::ostream &stream = commandLine.status == 0 ? std::cout : std::cerr;
-        stream << (commandLine.status == 0 ? "" : "veskctl: ") << commandLine.text.toStdString()
-               << (commandLine.text.endsWith(QLatin1Char('\n')) ? "" : "\n") << std::flush;
-        return commandLine.status;
-    }
+        = parseCtlCommandLine(arguments, qEnvironmentVariable("VESK_HOST"));
     CtlTerminal terminal {std::cout, std::cerr};
+    terminal.width = terminalWidth(STDOUT_FILENO);
     terminal.colours = ::isatty(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
     terminal.input = STDIN_FILENO;
     terminal.output = STDOUT_FILENO;
-    const CtlStatus status = runCommand(commandLine.options, terminal);
+    terminal.memory = shownListsFolder();
+    terminal.name = terminalName();
+    terminal.catalogues = QStringList {
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vesk/translations")};
+    if (!commandLine.run)
+        return end(commandLine, terminal);
+    HostSession session(commandLine.options, terminal);
+    const CtlStatus status = commandLine.run(session);
     std::cout.flush();
     return static_cast<int>(status);
 }

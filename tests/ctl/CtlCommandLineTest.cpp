@@ -1,8 +1,11 @@
 #include "ctl/CtlCommandLine.h"
+#include "ctl/UnknownWords.h"
 
 #include <gmock/gmock.h>
 
 namespace {
+
+using testing::HasSubstr;
 
 CtlCommandLine parse(const char *line, const char *environmentHost = "")
 {
@@ -10,118 +13,25 @@ CtlCommandLine parse(const char *line, const char *environmentHost = "")
         QString::fromUtf8(environmentHost));
 }
 
-TEST(CtlCommandLineTest, ReadsLs)
+std::string complaint(const char *line)
 {
-    const CtlCommandLine line = parse("ls TuneIn:browse?c=music --first 10 --last 20");
-    ASSERT_TRUE(line.run) << line.text.toStdString();
-    EXPECT_EQ(line.options.command, CtlOptions::Ls);
-    EXPECT_EQ(line.options.place.path.toEncoded(), QStringLiteral("TuneIn:browse?c=music"));
-    EXPECT_EQ(line.options.first, 10);
-    EXPECT_EQ(line.options.last, 20);
-    EXPECT_EQ(line.options.host, QStringLiteral("http://127.0.0.1:8765/"));
-    EXPECT_FALSE(line.options.json);
+    const CtlCommandLine read = parse(line);
+    EXPECT_FALSE(read.run) << line;
+    EXPECT_EQ(read.status, 2) << line;
+    return read.text.toStdString();
 }
 
-TEST(CtlCommandLineTest, APathMayBeLeftToTheHost)
+TEST(CtlCommandLineTest, ReadsWhatHoldsForEveryCommand)
 {
-    EXPECT_EQ(parse("ls").options.place.start, CtlPlace::Root);
-    EXPECT_TRUE(parse("search jazz").options.service.isEmpty());
-    EXPECT_EQ(parse("ls").options.last, -1);
-}
-
-TEST(CtlCommandLineTest, ALimitCountsFromTheFirstRow)
-{
-    EXPECT_EQ(parse("ls --limit 5").options.last, 4);
-    EXPECT_EQ(parse("ls --first 10 --limit 5").options.last, 14);
-}
-
-TEST(CtlCommandLineTest, ReadsSearchGetAndSet)
-{
+    const CtlCommandLine plain = parse("ls");
+    ASSERT_TRUE(plain.run) << plain.text.toStdString();
+    EXPECT_EQ(plain.options.host, QStringLiteral("http://127.0.0.1:8765/"));
+    EXPECT_FALSE(plain.options.json);
+    EXPECT_TRUE(plain.options.service.isEmpty());
     const CtlCommandLine search = parse("search jazz --in TuneIn: --json");
-    ASSERT_TRUE(search.run);
-    EXPECT_EQ(search.options.command, CtlOptions::Search);
-    EXPECT_EQ(search.options.text, QStringLiteral("jazz"));
     EXPECT_EQ(search.options.service.toEncoded(), QStringLiteral("TuneIn:"));
     EXPECT_TRUE(search.options.json);
-
-    EXPECT_EQ(parse("get a:b").options.roles, QStringList {QStringLiteral("value")});
-    EXPECT_EQ(parse("get a:b title icon").options.roles,
-        (QStringList {QStringLiteral("title"), QStringLiteral("icon")}));
-
-    const CtlCommandLine set = parse("set a:b xyz");
-    EXPECT_EQ(set.options.command, CtlOptions::Set);
-    EXPECT_EQ(set.options.text, QStringLiteral("xyz"));
-}
-
-TEST(CtlCommandLineTest, ReadsPlaces)
-{
-    EXPECT_EQ(parse("ls /").options.place.start, CtlPlace::Root);
-    EXPECT_EQ(parse("ls 3/0/12").options.place.rows, (QVector<int> {3, 0, 12}));
-    const CtlPlace favorites = parse("ls favorites/2").options.place;
-    EXPECT_EQ(favorites.start, CtlPlace::Favorites);
-    EXPECT_EQ(favorites.rows, QVector<int> {2});
-    const CtlPlace found = parse("ls search:a:1/2").options.place;
-    EXPECT_EQ(found.start, CtlPlace::Search);
-    EXPECT_EQ(found.text, QStringLiteral("a:1/2"));
-    EXPECT_EQ(parse("ls a:1/2").options.place.start, CtlPlace::Path);
-}
-
-TEST(CtlCommandLineTest, ReadsThePlayersCommands)
-{
-    const CtlCommandLine play = parse("play 3/0 12");
-    ASSERT_TRUE(play.run) << play.text.toStdString();
-    EXPECT_EQ(play.options.command, CtlOptions::Play);
-    EXPECT_EQ(play.options.place.rows, (QVector<int> {3, 0}));
-    EXPECT_EQ(play.options.row, 12);
-    EXPECT_EQ(parse("pause").options.command, CtlOptions::Pause);
-    EXPECT_EQ(parse("resume").options.command, CtlOptions::Resume);
-    EXPECT_EQ(parse("stop").options.command, CtlOptions::Stop);
-    EXPECT_EQ(parse("status").options.command, CtlOptions::Status);
-    EXPECT_FALSE(parse("status").options.watch);
-    EXPECT_TRUE(parse("status --watch").options.watch);
-    EXPECT_EQ(parse("streams").options.row, -1);
-    EXPECT_EQ(parse("streams 2").options.row, 2);
-}
-
-TEST(CtlCommandLineTest, ReadsMenusAndFavorites)
-{
-    EXPECT_EQ(parse("menu").options.command, CtlOptions::Menu);
-    EXPECT_EQ(parse("menu").options.row, -1);
-    EXPECT_EQ(parse("menu").options.choice, -1);
-    EXPECT_EQ(parse("menu --choose 0").options.choice, 0);
-    EXPECT_EQ(parse("menu a:b 4 --choose 1").options.row, 4);
-    EXPECT_EQ(parse("favorites").options.place.start, CtlPlace::Favorites);
-    EXPECT_EQ(parse("favorite add a:b 0").options.command, CtlOptions::FavoriteAdd);
-    const CtlCommandLine remove = parse("favorite remove favorites 5 --json");
-    EXPECT_EQ(remove.options.command, CtlOptions::FavoriteRemove);
-    EXPECT_EQ(remove.options.place.start, CtlPlace::Favorites);
-    EXPECT_EQ(remove.options.row, 5);
-    EXPECT_TRUE(remove.options.json);
-}
-
-TEST(CtlCommandLineTest, ReadsAccountOperations)
-{
-    using Operation = VeskTuneInAccountOperation;
-    const QHash<QString, Operation::Enum> operations {{QStringLiteral("status"), Operation::query},
-        {QStringLiteral("claim"), Operation::claim}, {QStringLiteral("join joe"), Operation::join},
-        {QStringLiteral("drop joe"), Operation::drop},
-        {QStringLiteral("create joe --email e"), Operation::create},
-        {QStringLiteral("remind e"), Operation::remind},
-        {QStringLiteral("reset j@x"), Operation::reset}};
-    for (auto it = operations.begin(); it != operations.end(); ++it) {
-        const CtlCommandLine line = parse(("account " + it.key().toUtf8()).constData());
-        ASSERT_TRUE(line.run) << it.key().toStdString();
-        EXPECT_EQ(line.options.command, CtlOptions::Account);
-        EXPECT_EQ(line.options.account.operation(), it.value()) << it.key().toStdString();
-    }
-    const VeskTuneInAccount create
-        = parse("account create joe --email e --city c --country-id 7").options.account;
-    EXPECT_EQ(create.userName(), QStringLiteral("joe"));
-    EXPECT_EQ(create.email(), QStringLiteral("e"));
-    EXPECT_EQ(create.city(), QStringLiteral("c"));
-    EXPECT_EQ(create.countryId(), QStringLiteral("7"));
-    EXPECT_EQ(parse("account create j --email e --postal-code p").options.account.postalCode(),
-        QStringLiteral("p"));
+    EXPECT_TRUE(parse("favorite --json add a:b 0").options.json);
 }
 
 TEST(CtlCommandLineTest, TheHostComesFromTheCommandLineThenTheEnvironment)
@@ -129,40 +39,86 @@ TEST(CtlCommandLineTest, TheHostComesFromTheCommandLineThenTheEnvironment)
     EXPECT_EQ(parse("ls", "http://a:1").options.host, QStringLiteral("http://a:1/"));
     EXPECT_EQ(
         parse("--host http://b:2/ ls", "http://a:1").options.host, QStringLiteral("http://b:2/"));
-    EXPECT_EQ(parse("ls --host http://b:2").options.host, QStringLiteral("http://b:2/"));
+    EXPECT_EQ(parse("ls --host=http://b:2").options.host, QStringLiteral("http://b:2/"));
+}
+
+TEST(CtlCommandLineTest, AHostNeedsNoScheme)
+{
+    EXPECT_EQ(
+        parse("ls --host 127.0.0.1:8765").options.host, QStringLiteral("http://127.0.0.1:8765/"));
+    EXPECT_EQ(parse("ls --host localhost").options.host, QStringLiteral("http://localhost/"));
+    EXPECT_EQ(parse("ls --host [::1]:1").options.host, QStringLiteral("http://[::1]:1/"));
+    EXPECT_EQ(parse("ls", "127.0.0.1:1").options.host, QStringLiteral("http://127.0.0.1:1/"));
+    EXPECT_EQ(parse("ls --host https://a").options.host, QStringLiteral("https://a/"));
+}
+
+TEST(CtlCommandLineTest, NamesAnUnknownWordAndTheNearestCommand)
+{
+    EXPECT_EQ(complaint("serach jazz"), "\"serach\" is no command; did you mean \"search\"?");
+    EXPECT_EQ(complaint("--host h:1 plya 3"), "\"plya\" is no command; did you mean \"play\"?");
+    EXPECT_EQ(complaint("favorite ad 3"), "\"ad\" is no command; did you mean \"add\"?");
+    EXPECT_EQ(complaint("account stats"), "\"stats\" is no command; did you mean \"status\"?");
+    EXPECT_EQ(complaint("ls --limt 3"), "\"--limt\" is no option; did you mean \"--limit\"?");
+    EXPECT_EQ(complaint("search a --jsno"), "\"--jsno\" is no option; did you mean \"--json\"?");
+    EXPECT_THAT(complaint("dance"), HasSubstr("\"dance\" is no command; there are: ls, search,"));
+    EXPECT_THAT(complaint("ls --colour"), HasSubstr("\"--colour\" is no option; there are:"));
+}
+
+TEST(CtlCommandLineTest, TheNearestIsNear)
+{
+    const QStringList known {
+        QStringLiteral("ls"), QStringLiteral("play"), QStringLiteral("favorites")};
+    EXPECT_EQ(nearest(QStringLiteral("fav"), known), QStringLiteral("favorites"));
+    EXPECT_EQ(nearest(QStringLiteral("PLAY"), known), QStringLiteral("play"));
+    EXPECT_EQ(nearest(QStringLiteral("sl"), known), QStringLiteral("ls"));
+    EXPECT_EQ(nearest(QStringLiteral("x"), known), QString());
+    EXPECT_EQ(nearest(QStringLiteral("quite else"), known), QString());
+    EXPECT_EQ(nearest(QString(100000, QLatin1Char('x')), known), QString());
 }
 
 class BadCtlCommandLineTest : public testing::TestWithParam<const char *> { };
 
 TEST_P(BadCtlCommandLineTest, EndsWithStatusTwoAndAReason)
 {
-    const CtlCommandLine line = parse(GetParam());
-    EXPECT_FALSE(line.run);
-    EXPECT_EQ(line.status, 2);
-    EXPECT_FALSE(line.text.isEmpty());
+    EXPECT_FALSE(complaint(GetParam()).empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, BadCtlCommandLineTest,
-    testing::Values("", "dance", "ls a:b c:d", "ls nopath", "ls a:%zz", "ls --first -1",
-        "ls --first x", "ls --first 5 --last 4", "ls --limit 0", "ls --limit 1 --last 1", "search",
-        "search a b", "search a --in nopath", "get", "get nopath", "set", "set a:b", "set a:b c d",
-        "--host ls", "--host nonsense ls", "--host ftp://a/ ls", "--host http:/// ls",
-        "ls --unknown", "ls 1/x", "ls 1/-2", "ls +1", "ls 99999999999", "ls favorites2",
-        "ls search:", "play", "play a:b", "play a:b -1", "play a:b x", "play nopath 1", "pause a:b",
-        "status a", "streams x", "menu a:b", "menu --choose x", "favorite", "favorite add",
-        "favorite add a:b", "favorite toggle a:b 1", "account", "account forget", "account join",
+    testing::Values("", "dance", "ls --first -1", "ls --first x", "ls --limit 0",
+        "ls --limit 1 --last 1", "search", "search a --in nopath", "get", "set", "set a:b",
+        "set a:b c d", "--host ls", "--host ftp://a/ ls", "--host http:/// ls", "ls --unknown",
+        "play", "play a:b -1", "pause a:b", "status a", "menu --choose x", "menu --choose -1",
+        "favorite", "favorite toggle a:b 1", "account", "account forget", "account join",
         "account join joe secret", "account join joe --password secret",
         "account drop joe --password secret", "account create joe --email e --password secret",
         "account create joe", "account create joe --email e --city c",
         "account create joe --email e --postal-code p --city c --country-id 1", "account remind",
         "account reset", "account status joe", "--in nopath ls"));
 
+TEST(CtlCommandLineTest, BadUsageIsToldAsWanted)
+{
+    EXPECT_TRUE(parse("--json dance").options.json);
+    EXPECT_TRUE(parse("ls --limit x --json").options.json);
+}
+
 TEST(CtlCommandLineTest, HelpIsNoFailure)
 {
-    const CtlCommandLine line = parse("--help");
-    EXPECT_FALSE(line.run);
-    EXPECT_EQ(line.status, 0);
-    EXPECT_TRUE(line.text.contains(QStringLiteral("search")));
+    for (const char *line : {"--help", "play --help", "account create --help"}) {
+        const CtlCommandLine help = parse(line);
+        EXPECT_FALSE(help.run);
+        EXPECT_EQ(help.status, 0);
+        EXPECT_THAT(help.text.toStdString(), HasSubstr("VESK_HOST"));
+        EXPECT_THAT(help.text.toStdString(), HasSubstr("veskctl search smooth jazz"));
+    }
+    EXPECT_THAT(parse("--help").text.toStdString(), HasSubstr("streams"));
+}
+
+TEST(CtlCommandLineTest, TellsItsVersion)
+{
+    const CtlCommandLine version = parse("--version");
+    EXPECT_FALSE(version.run);
+    EXPECT_EQ(version.status, 0);
+    EXPECT_THAT(version.text.toStdString(), testing::MatchesRegex("veskctl [0-9]+\\.[0-9]+.*"));
 }
 
 } // namespace

@@ -1,79 +1,182 @@
 #include "tests/ctl/FakeHost.h"
 
+#include "api/core/Language.h"
 #include "api/web/VeskJson.h"
-#include "ctl/Commands.h"
 #include "ctl/CtlCommandLine.h"
 
 #include <gtest/gtest.h>
+#include <libsoup/soup.h>
 
+#include <set>
 #include <sstream>
 #include <unistd.h>
+#include <vector>
+
+namespace {
+
+const QString LanguageCall = QStringLiteral("getData settings:ui/language");
+
+QString nameOf(const QString &method, const QVariantHash &params)
+{
+    QString name = method;
+    if (params.contains(QStringLiteral("path")) && !params.contains(QStringLiteral("screen")))
+        name += QLatin1Char(' ') + params.value(QStringLiteral("path")).toString();
+    if (params.value(QStringLiteral("first")).toInt() > 0)
+        name += QLatin1Char(' ') + params.value(QStringLiteral("first")).toString();
+    return name;
+}
+
+} // namespace
+
+struct FakeHost::Server {
+    /// An answer that waits for its time.
+    struct Late {
+        Server *server;
+        SoupWebsocketConnection *connection;
+        QByteArray answer;
+        guint source;
+    };
+
+    explicit Server(FakeHost *owner)
+        : host(owner)
+        , server(soup_server_new(nullptr, nullptr))
+    {
+        soup_server_add_websocket_handler(
+            server, "/ws", nullptr, nullptr, &Server::opened, this, nullptr);
+        EXPECT_TRUE(soup_server_listen_local(server, 0, SOUP_SERVER_LISTEN_IPV4_ONLY, nullptr));
+    }
+
+    ~Server()
+    {
+        for (Late *answer : late) {
+            g_source_remove(answer->source);
+            delete answer;
+        }
+        for (SoupWebsocketConnection *connection : open) {
+            g_signal_handlers_disconnect_by_data(connection, this);
+            g_object_unref(connection);
+        }
+        soup_server_disconnect(server);
+        g_object_unref(server);
+    }
+
+    Server(const Server &) = delete;
+    Server &operator=(const Server &) = delete;
+
+    static void opened(SoupServer *, SoupServerMessage *, const char *,
+        SoupWebsocketConnection *connection, gpointer data)
+    {
+        auto *self = static_cast<Server *>(data);
+        self->open.push_back(SOUP_WEBSOCKET_CONNECTION(g_object_ref(connection)));
+        g_signal_connect(connection, "message", G_CALLBACK(&Server::message), data);
+    }
+
+    static void message(
+        SoupWebsocketConnection *connection, SoupWebsocketDataType, GBytes *message, gpointer data)
+    {
+        auto *self = static_cast<Server *>(data);
+        gsize size = 0;
+        const void *bytes = g_bytes_get_data(message, &size);
+        QString call;
+        const QByteArray answer = self->host->answer(
+            QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)), call);
+        if (self->host->m_closing.value(call) > 0) {
+            --self->host->m_closing[call];
+            return soup_websocket_connection_close(
+                connection, SOUP_WEBSOCKET_CLOSE_GOING_AWAY, nullptr);
+        }
+        const unsigned delay = self->host->m_delays.value(call);
+        if (delay > 0) {
+            auto *later = new Late {self, connection, answer, 0};
+            later->source = g_timeout_add(delay, &Server::sendLate, later);
+            self->late.insert(later);
+            return;
+        }
+        soup_websocket_connection_send_text(connection, answer.constData());
+        const QList<QByteArray> news = self->host->m_notifications.value(call);
+        for (const QByteArray &text : news)
+            soup_websocket_connection_send_text(connection, text.constData());
+    }
+
+    static gboolean sendLate(gpointer data)
+    {
+        auto *late = static_cast<Late *>(data);
+        soup_websocket_connection_send_text(late->connection, late->answer.constData());
+        late->server->late.erase(late);
+        delete late;
+        return G_SOURCE_REMOVE;
+    }
+
+    FakeHost *const host;
+    SoupServer *const server;
+    std::vector<SoupWebsocketConnection *> open;
+    std::set<Late *> late;
+};
 
 FakeHost::FakeHost(const Results &results)
     : m_results(results)
-    , m_server([this](const ScriptedServer::Request &request) { return answer(request); })
+    , m_server(std::make_unique<Server>(this))
 {
 }
 
+FakeHost::~FakeHost() = default;
+
 QString FakeHost::url() const
 {
-    return QStringLiteral("http://127.0.0.1:%1/").arg(m_server.port());
+    GSList *uris = soup_server_get_uris(m_server->server);
+    const int port = g_uri_get_port(static_cast<GUri *>(uris->data));
+    g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(&g_uri_unref));
+    return QStringLiteral("http://127.0.0.1:%1/").arg(port);
+}
+
+int FakeHost::connections() const
+{
+    return static_cast<int>(m_server->open.size());
 }
 
 void FakeHost::setResult(const QString &call, const QByteArray &result)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
     m_results.insert(call, result);
 }
 
 void FakeHost::setScreen(const QString &path, const QList<VeskRoles> &rows)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
     m_screens.insert(path, rows);
 }
 
-QStringList FakeHost::asked() const
+void FakeHost::setDelay(const QString &call, unsigned milliseconds)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_asked;
+    m_delays.insert(call, milliseconds);
 }
 
-QVariantHash FakeHost::lastParams() const
+void FakeHost::setNotifications(const QString &call, const QList<QByteArray> &messages)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_lastParams;
+    m_notifications.insert(call, messages);
 }
 
-QVariantHash FakeHost::paramsOf(const QString &method) const
+void FakeHost::setClosing(const QString &call, int times)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_paramsOf.value(method);
+    m_closing.insert(call, times);
 }
 
 void FakeHost::prepare(const QString &, const QVariantHash &) { }
 
-ScriptedServer::Response FakeHost::answer(const ScriptedServer::Request &request)
+QByteArray FakeHost::answer(const QByteArray &message, QString &call)
 {
     VeskError error;
-    const QVariantHash call = VeskJson::parse(request.body, error).toHash();
-    const QVariantHash params = call.value(QStringLiteral("params")).toHash();
-    const QString method = call.value(QStringLiteral("method")).toString();
-    QString name = method;
-    if (params.contains(QStringLiteral("path")))
-        name += QLatin1Char(' ') + params.value(QStringLiteral("path")).toString();
-    if (params.value(QStringLiteral("first")).toInt() > 0)
-        name += QLatin1Char(' ') + params.value(QStringLiteral("first")).toString();
-
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    m_asked.append(name);
-    m_lastParams = params;
-    m_paramsOf.insert(method, params);
-    if (request.method != "POST" || request.target != "/jsonrpc"
-        || request.header("Content-Type") != "application/json")
-        return {400, "bad request", {}, ScriptedServer::End::Complete, 0};
+    const QVariantHash request = VeskJson::parse(message, error).toHash();
+    EXPECT_EQ(request.value(QStringLiteral("jsonrpc")), QStringLiteral("2.0"));
+    const QVariantHash params = request.value(QStringLiteral("params")).toHash();
+    const QString method = request.value(QStringLiteral("method")).toString();
+    call = nameOf(method, params);
+    if (call != LanguageCall) {
+        m_asked.append(call);
+        m_lastParams = params;
+        m_paramsOf.insert(method, params);
+    }
     prepare(method, params);
-    return {200, "{\"jsonrpc\":\"2.0\",\"id\":1," + resultFor(name, method, params) + "}", {},
-        ScriptedServer::End::Complete, 0};
+    return "{\"jsonrpc\":\"2.0\",\"id\":" + request.value(QStringLiteral("id")).toByteArray() + ","
+        + resultFor(call, method, params) + "}";
 }
 
 QByteArray FakeHost::resultFor(
@@ -100,26 +203,37 @@ QByteArray FakeHost::resultFor(
             {QStringLiteral("rows"), rows}, {QStringLiteral("roles"), QVariantHash()}});
 }
 
-Outcome run(const QString &url, const QStringList &arguments, const QByteArray &input)
+Outcome run(const QString &url, const QStringList &arguments, const Surroundings &around)
 {
     const CtlCommandLine line = parseCtlCommandLine(arguments, url);
-    EXPECT_TRUE(line.run) << line.text.toStdString();
+    if (!line.run)
+        return {line.status, std::string(), line.text.toStdString()};
     std::ostringstream out;
     std::ostringstream errors;
     int pipe[2] = {-1, -1};
     EXPECT_EQ(::pipe(pipe), 0);
-    EXPECT_EQ(::write(pipe[1], input.constData(), static_cast<size_t>(input.size())), input.size());
+    EXPECT_EQ(::write(pipe[1], around.input.constData(), static_cast<size_t>(around.input.size())),
+        around.input.size());
     ::close(pipe[1]);
     CtlTerminal terminal {out, errors};
     terminal.input = pipe[0];
-    const auto status = static_cast<int>(runCommand(line.options, terminal));
+    terminal.width = around.width;
+    terminal.memory = around.memory;
+    terminal.name = around.terminal;
+    terminal.catalogues = around.catalogues;
+    CtlStatus status = CtlStatus::Success;
+    {
+        HostSession session(line.options, terminal);
+        status = line.run(session);
+    }
     ::close(pipe[0]);
-    return {status, out.str(), errors.str()};
+    Language::setCurrent(QStringLiteral("en"), {});
+    return {static_cast<int>(status), out.str(), errors.str()};
 }
 
 QStringList words(const char *text)
 {
-    return QString::fromUtf8(text).split(QLatin1Char(' '));
+    return QString::fromUtf8(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 VeskRoles row(int type, const char *title, const char *path)

@@ -1,52 +1,66 @@
 #pragma once
 
 #include "api/values/VeskRoles.h"
-#include "tests/support/ScriptedServer.h"
 
 #include <QHash>
 #include <QStringList>
 
-#include <mutex>
+#include <functional>
+#include <memory>
 #include <string>
 
-/// A host of which only the answers are there: what a call is answered with is a result (or error)
-/// in JSON, by "method path" and, for rows, "first"; or a screen of rows, by its path. All other
-/// calls fail.
+/// A host of which only the answers are there, on a WebSocket in the main loop that veskctl runs
+/// while it waits: what a call is answered with is a result (or error) in JSON, by "method path"
+/// and, for rows, "first"; or a screen of rows, by its path. All other calls fail. Main thread.
 class FakeHost {
 public:
     using Results = QHash<QString, QByteArray>;
 
     explicit FakeHost(const Results &results = {});
-    virtual ~FakeHost() = default;
+    virtual ~FakeHost();
+
+    FakeHost(const FakeHost &) = delete;
+    FakeHost &operator=(const FakeHost &) = delete;
 
     QString url() const;
     void setResult(const QString &call, const QByteArray &result);
     /// Rows of which each request gets the roles that it asks for.
     void setScreen(const QString &path, const QList<VeskRoles> &rows);
+    /// The call is answered later.
+    void setDelay(const QString &call, unsigned milliseconds);
+    /// What the host says by itself, right after it answered the call.
+    void setNotifications(const QString &call, const QList<QByteArray> &messages);
+    /// The connection is closed in place of an answer, \a times times.
+    void setClosing(const QString &call, int times);
 
-    /// What was asked, in the form of the results' names.
-    QStringList asked() const;
-    int timesAsked(const QString &call) const { return asked().count(call); }
-    QVariantHash lastParams() const;
-    QVariantHash paramsOf(const QString &method) const;
+    /// What was asked, in the form of the results' names, but for the language.
+    QStringList asked() const { return m_asked; }
+    int timesAsked(const QString &call) const { return m_asked.count(call); }
+    QVariantHash lastParams() const { return m_lastParams; }
+    QVariantHash paramsOf(const QString &method) const { return m_paramsOf.value(method); }
+    int connections() const;
 
 protected:
-    /// Called for each call before it is answered, one at a time.
+    /// Called for each call before it is answered.
     virtual void prepare(const QString &method, const QVariantHash &params);
-    /// For prepare().
+
     QHash<QString, QList<VeskRoles>> m_screens;
     Results m_results;
 
 private:
-    ScriptedServer::Response answer(const ScriptedServer::Request &request);
+    struct Server;
+
+    /// One message's answer; \a call is its name.
+    QByteArray answer(const QByteArray &message, QString &call);
     QByteArray resultFor(const QString &call, const QString &method, const QVariantHash &params);
 
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex, as are the answers.
     QStringList m_asked;
     QVariantHash m_lastParams;
     QHash<QString, QVariantHash> m_paramsOf;
-    ScriptedServer m_server;
+    QHash<QString, unsigned> m_delays;
+    QHash<QString, QList<QByteArray>> m_notifications;
+    QHash<QString, int> m_closing;
+    const std::unique_ptr<Server> m_server;
 };
 
 /// How one run of veskctl ended.
@@ -56,8 +70,20 @@ struct Outcome {
     std::string errors;
 };
 
-/// Runs the commands in this process; \a input is what a password prompt reads.
-Outcome run(const QString &url, const QStringList &arguments, const QByteArray &input = {});
+/// What a run finds around it.
+struct Surroundings {
+    /// What a password prompt reads.
+    QByteArray input = {};
+    /// The terminal's width; 0: there is none.
+    int width = 0;
+    /// Where the lists that were shown are remembered, and the terminal's name.
+    QString memory = {};
+    QString terminal = {};
+    QStringList catalogues = {};
+};
+
+/// Runs the commands in this process.
+Outcome run(const QString &url, const QStringList &arguments, const Surroundings &around = {});
 QStringList words(const char *text);
 
 /// A row of that type.

@@ -176,6 +176,19 @@ TEST(FavoriteCommandsTest, FailsWithTheHost)
     EXPECT_EQ(host.timesAsked(FavoritesHost::activation("3")), 0);
 }
 
+TEST(FavoriteCommandsTest, IsAboutWhatPlaysWhenNoRowIsNamed)
+{
+    FavoritesHost host;
+    host.setResult(QStringLiteral("player.state"),
+        R"("result":{"state":2,"title":"One","contextPath":"Good:menu?id=1"})");
+    EXPECT_EQ(run(host.url(), words("favorite add")).out, "One: a favorite now\n");
+    EXPECT_EQ(host.favorites, QSet<QString> {QStringLiteral("1")});
+    EXPECT_EQ(run(host.url(), words("favorite remove")).out, "One: no favorite any more\n");
+    host.setResult(QStringLiteral("player.state"), R"("result":{"state":0,"contextPath":""})");
+    EXPECT_EQ(run(host.url(), words("favorite add")).errors,
+        "veskctl: nothing plays, or what plays has no menu\n");
+}
+
 TEST(FavoriteCommandsTest, NeedsARowWithAMenuThatHasTheEntry)
 {
     FavoritesHost host;

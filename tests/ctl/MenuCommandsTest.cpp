@@ -43,11 +43,18 @@ public:
     }
 };
 
+Outcome runOnTerminal(const MenuHost &host, const char *line)
+{
+    return run(host.url(), words(line), {{}, 80, {}, {}, {}});
+}
+
 TEST(MenuCommandsTest, ARowsMenuIsItsContextOrThatOfItsPlaying)
 {
     MenuHost host;
-    EXPECT_EQ(run(host.url(), words("menu a: 1")).out, "   0 ! Run  a:run\n");
-    EXPECT_THAT(run(host.url(), words("menu a: 2")).out, testing::HasSubstr("1 > Why  a:why\n"));
+    EXPECT_EQ(runOnTerminal(host, "menu a: 1").out, "   0 ! Run\n");
+    EXPECT_EQ(runOnTerminal(host, "menu a:#1 -l").out, "   0 ! Run\n       a:run\n");
+    EXPECT_EQ(run(host.url(), words("menu a:#1")).out, "a:own#0\taction\tRun\t\t\n");
+    EXPECT_THAT(runOnTerminal(host, "menu a: 2").out, testing::HasSubstr("1 > Why\n"));
     EXPECT_EQ(run(host.url(), words("menu a: 0")).errors, "veskctl: row 0 has no menu\n");
     EXPECT_EQ(run(host.url(), words("menu a: 0")).status, 1);
     EXPECT_EQ(run(host.url(), words("menu a: 9")).errors, "veskctl: there is no row 9\n");
@@ -56,12 +63,12 @@ TEST(MenuCommandsTest, ARowsMenuIsItsContextOrThatOfItsPlaying)
 TEST(MenuCommandsTest, ThePlayersMenuNeedsSomethingThatPlays)
 {
     MenuHost host;
-    const Outcome menu = run(host.url(), words("menu"));
+    const Outcome menu = runOnTerminal(host, "menu");
     EXPECT_EQ(menu.status, 0) << menu.errors;
-    EXPECT_THAT(menu.out, testing::StartsWith("   0 ! Add\ufffd  a:add\n   1 > Why  a:why\n"));
+    EXPECT_THAT(menu.out, testing::StartsWith("   0 ! Add\ufffd\n   1 > Why\n"));
     EXPECT_THAT(run(host.url(), words("menu --json")).out, testing::HasSubstr("\"rowsCount\":5"));
     host.stopPlaying();
-    for (const char *command : {"menu", "menu --choose 0", "streams", "streams 1"}) {
+    for (const char *command : {"menu", "menu --choose 0", "streams", "streams --choose 1"}) {
         const Outcome outcome = run(host.url(), words(command));
         EXPECT_EQ(outcome.status, 1);
         EXPECT_THAT(outcome.errors, testing::StartsWith("veskctl: nothing plays"));
@@ -99,7 +106,7 @@ TEST(MenuCommandsTest, AnEntryThatFailsIsAFailure)
 TEST(MenuCommandsTest, AnEntryIsOpenedOrPlayedAsItsKindWants)
 {
     MenuHost host;
-    EXPECT_EQ(run(host.url(), words("menu --choose 1")).out, "   0 > Because  a:because\n");
+    EXPECT_EQ(run(host.url(), words("menu --choose 1")).out, "a:why#0\tfolder\tBecause\t\t\n");
     EXPECT_EQ(run(host.url(), words("menu a: 2 --choose 3")).out, "playing  It\n");
     EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("screen")), QStringLiteral("a:menu"));
     EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("row")), 3);
@@ -110,11 +117,53 @@ TEST(MenuCommandsTest, AnEntryIsOpenedOrPlayedAsItsKindWants)
 TEST(MenuCommandsTest, StreamsAreTheFirstScreenOfThePlayersMenuThatPlays)
 {
     MenuHost host;
-    EXPECT_EQ(
-        run(host.url(), words("streams")).out, "   0 \u266a Fast  a:s1\n   1 \u266a Slow  a:s2\n");
-    EXPECT_EQ(run(host.url(), words("streams 1")).out, "playing  It\n");
+    EXPECT_EQ(runOnTerminal(host, "streams").out, "   0 \u266a Fast\n   1 \u266a Slow\n");
+    EXPECT_EQ(run(host.url(), words("streams --choose 1")).out, "playing  It\n");
+    EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("path")), QStringLiteral("a:s2"));
     EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("screen")), QStringLiteral("a:streams"));
     EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("row")), 1);
+}
+
+TEST(MenuCommandsTest, StreamsAreThoseOfARowWhereOneIsNamed)
+{
+    MenuHost host;
+    host.stopPlaying();
+    EXPECT_EQ(runOnTerminal(host, "streams a: 2").out, "   0 \u266a Fast\n   1 \u266a Slow\n");
+    EXPECT_EQ(run(host.url(), words("streams a: 2 --choose 0")).status, 0);
+    EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("path")), QStringLiteral("a:s1"));
+    EXPECT_EQ(run(host.url(), words("streams a: 1")).errors, "veskctl: row 1 has no menu\n");
+    EXPECT_THAT(run(host.url(), words("streams a:b")).errors,
+        testing::HasSubstr("\"a:b\" is a list, or a row that was not shown lately"));
+}
+
+TEST(MenuCommandsTest, TheStreamThatPlaysIsMarked)
+{
+    MenuHost host;
+    VeskRoles fast = row(3, "Fast", "a:s1");
+    VeskRoles slow = row(3, "Slow", "a:s2");
+    const auto setBitRate = [](VeskRoles &roles, int bitRate) {
+        VeskResource resource;
+        resource.setBitRate(bitRate);
+        VeskMediaData mediaData;
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        mediaData.setResources(resources);
+        roles.setMediaData(mediaData);
+    };
+    setBitRate(fast, 320000);
+    setBitRate(slow, 64000);
+    host.setScreen(QStringLiteral("a:streams"), {fast, slow});
+    const auto play = [&](const char *path, int bitRate) {
+        host.setResult(QStringLiteral("player.state"),
+            R"("result":{"state":2,"contextPath":"a:menu","path":")" + QByteArray(path)
+                + R"(","bitrate":)" + QByteArray::number(bitRate) + "}");
+    };
+    play("a:s2", 320000);
+    EXPECT_EQ(runOnTerminal(host, "streams").out, "   0 \u266a Fast\n   1 \u25b6 Slow\n");
+    play("a:other", 320000);
+    EXPECT_EQ(runOnTerminal(host, "streams").out, "   0 \u25b6 Fast\n   1 \u266a Slow\n");
+    EXPECT_EQ(runOnTerminal(host, "streams a: 2").out, "   0 \u266a Fast\n   1 \u266a Slow\n")
+        << "another station's";
 }
 
 TEST(MenuCommandsTest, StreamsTellsWhenThereIsNoChoice)

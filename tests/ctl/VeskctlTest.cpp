@@ -1,6 +1,7 @@
 #include "tests/host/HostProcess.h"
 
 #include <QProcess>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -22,6 +23,7 @@ protected:
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("VESK_HOST"), url.isEmpty() ? m_host.url() : url);
+        environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_memory.path());
         process.setProcessEnvironment(environment);
         process.start(program, arguments);
     }
@@ -35,6 +37,7 @@ protected:
             process.readAllStandardError().toStdString()};
     }
 
+    const QTemporaryDir m_memory;
     HostProcess m_host {QStringLiteral(HOST_PROGRAM),
         {QStringLiteral("--plugin"), QStringLiteral(TEST_PLUGINS "/libvesk_cb_good.so")}};
 };
@@ -49,14 +52,14 @@ TEST_F(VeskctlTest, BrowsesTheOnlyService)
     ASSERT_TRUE(m_host.isReady()) << m_host.errors().toStdString();
     const Outcome outcome = run(words("ls"));
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_THAT(outcome.out, testing::StartsWith("Good plug-in\n   0 # Made by the plug-in"));
+    EXPECT_THAT(outcome.out, testing::StartsWith("/0\theading\tMade by the plug-in\t"));
 }
 
 TEST_F(VeskctlTest, Searches)
 {
-    const Outcome outcome = run({QStringLiteral("search"), QStringLiteral("two words")});
+    const Outcome outcome = run(words("search two words -l"));
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
-    EXPECT_THAT(outcome.out, testing::StartsWith("Found\n"));
+    EXPECT_THAT(outcome.out, testing::StartsWith("search:two words/0\t"));
     EXPECT_THAT(outcome.out, testing::HasSubstr("q=two%20words"));
 }
 

@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <glib.h>
+
 #include <chrono>
 #include <csignal>
 #include <curl/curl.h>
@@ -218,8 +220,13 @@ public:
 auto askBusy(const HostProcess &host)
 {
     return std::async(std::launch::async, [url = host.url()] {
-        return RpcClient(url).call(
+        GMainContext *context = g_main_context_new();
+        g_main_context_push_thread_default(context);
+        const RpcAnswer answer = RpcClient(url).call(
             QStringLiteral("getData"), {{QStringLiteral("path"), QStringLiteral("Busy:")}});
+        g_main_context_pop_thread_default(context);
+        g_main_context_unref(context);
+        return answer;
     });
 }
 
