@@ -32,7 +32,8 @@ QSet<QString> tellingParams(const QList<VeskRoles> &streams)
     QHash<QString, QSet<QString>> values;
     QHash<QString, int> counts;
     for (const VeskRoles &stream : streams) {
-        for (const auto &param : stream.path().paramList()) {
+        const CMPath path = stream.path();
+        for (const auto &param : path.paramList()) {
             values[param.first].insert(param.second);
             ++counts[param.first];
         }

@@ -9,7 +9,7 @@ VESK_LOGGER("Player")
 
 namespace {
 
-constexpr int LongestRestDoublings = 4;
+constexpr int LongestDoublings = 4;
 
 int bitRateOf(const VeskRoles &stream)
 {
@@ -142,7 +142,7 @@ void StreamTrials::look()
     m_looking = true;
     m_choice.find(m_row, [this](const QList<VeskRoles> &streams) {
         m_looking = false;
-        m_known = true;
+        m_known = !streams.isEmpty();
         m_streams = streams;
         m_queue = others();
         if (m_leaving)
@@ -175,9 +175,11 @@ void StreamTrials::goOn()
         return tryLastChance();
     m_leaving = false;
     if (m_failed)
-        Q_EMIT exhausted();
-    else
-        Q_EMIT goingOnChanged();
+        return Q_EMIT exhausted();
+    // What keeps the station away may keep its list of streams away as well.
+    if (m_heard && !m_known)
+        m_timer.start(m_times.lost << qMin(m_round++, LongestDoublings));
+    Q_EMIT goingOnChanged();
 }
 
 /// The one that was left first, for as long as the player tries; when it is the only one, it goes
@@ -214,7 +216,7 @@ void StreamTrials::restBeforeNextRound()
     m_queue = others();
     m_queue.prepend(m_row);
     m_resting = true;
-    m_timer.start(m_times.rest << qMin(m_round++, LongestRestDoublings));
+    m_timer.start(m_times.rest << qMin(m_round++, LongestDoublings));
 }
 
 /// The streams beside the present one, best first. The service lists those that the device can

@@ -10,7 +10,7 @@
 /// chosen, by hand or by the service; when that is not heard, the others, best first; and when none
 /// is, the one that was left without having failed once more, for as long as the player tries. A
 /// station that was heard is tried for, through all of its streams, until it ends. Asks for the
-/// streams no more than once a play. Main thread.
+/// streams no more often than it must: a service may count that. Main thread.
 class StreamTrials : public QObject {
     Q_OBJECT
 

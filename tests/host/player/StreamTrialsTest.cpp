@@ -288,6 +288,20 @@ TEST_F(StreamTrialsTest, aStationThatIsLostIsLookedForInAllItsStreams)
     EXPECT_EQ(choice->asked, 1);
 }
 
+TEST_F(StreamTrialsTest, aListThatWasAwayWithTheStationIsAskedForAgain)
+{
+    const QList<VeskRoles> streams = choice->rows;
+    choice->rows.clear();
+    begin();
+    sound(true);
+    sound(false);
+    ASSERT_TRUE(spinUntil([this] { return choice->asked == 2; }));
+    EXPECT_EQ(tried(), text("after"));
+    choice->rows = streams;
+    EXPECT_TRUE(triesInTheEnd("after c"));
+    EXPECT_EQ(posts(), text("2 1"));
+}
+
 TEST_F(StreamTrialsTest, aShortBreakIsLeftToThePlayer)
 {
     begin();
