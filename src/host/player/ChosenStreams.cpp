@@ -3,10 +3,7 @@
 #include "api/core/log.h"
 #include "api/web/VeskJson.h"
 
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <algorithm>
 
@@ -36,9 +33,11 @@ const QString &streamKey()
 
 ChosenStreams::ChosenStreams(const QString &folder)
     : m_folder(folder)
-    , m_file(folder.isEmpty() ? QString() : folder + QStringLiteral("/streams.json"))
+    , m_name(folder.isEmpty() ? QString() : folder + QStringLiteral("/streams.json"))
+    , m_file(QFile::encodeName(m_name).toStdString(), MaxSize)
 {
-    read();
+    if (!m_name.isEmpty())
+        read();
 }
 
 CMPath ChosenStreams::streamOf(const CMPath &station) const
@@ -58,42 +57,49 @@ void ChosenStreams::remember(const CMPath &station, const CMPath &stream)
         m_choices.end());
     m_choices.prepend(choice);
     m_choices = m_choices.mid(0, MaxStations);
-    if (!m_file.isEmpty() && !write())
-        VESK_WARN("The chosen streams cannot be kept in " << m_file);
+    if (m_name.isEmpty())
+        return;
+    if (const files::Problem problem = write())
+        VESK_WARN("The chosen streams cannot be kept in " << m_name << ": " << problem.text);
 }
 
 void ChosenStreams::read()
 {
-    QFile file(m_file);
-    // What is no regular file could block, or never end.
-    if (m_file.isEmpty() || !QFileInfo(m_file).isFile() || !file.open(QIODevice::ReadOnly))
+    m_file.removeLeftovers();
+    const files::KeptFile::Content content = m_file.read();
+    if (content.state == files::KeptFile::Content::Missing)
         return;
-    const QByteArray bytes = file.read(MaxSize + 1);
     VeskError error;
-    const QVariant content = bytes.size() > MaxSize ? QVariant() : VeskJson::parse(bytes, error);
-    const QVariantList choices = content.toHash().value(choicesKey()).toList();
-    for (const QVariant &entry : choices) {
+    const QVariant choices = VeskJson::parse(QByteArray::fromStdString(content.bytes), error)
+                                 .toHash()
+                                 .value(choicesKey());
+    if (choices.userType() != QMetaType::QVariantList) {
+        std::string aside;
+        const files::Problem problem = m_file.setAside(aside);
+        VESK_WARN("The chosen streams in " << m_name << " cannot be read"
+                                           << (problem ? "." : "; the file is now " + aside));
+        return;
+    }
+    const QVariantList list = choices.toList();
+    for (const QVariant &entry : list) {
         const QVariantHash choice = entry.toHash();
         const CMPath station = CMPath::fromVariant(choice.value(stationKey()));
         const CMPath stream = CMPath::fromVariant(choice.value(streamKey()));
         if (m_choices.size() < MaxStations && !station.isEmpty() && !stream.isEmpty())
             m_choices.append({station, stream});
     }
-    if (choices.isEmpty())
-        VESK_WARN("There are no chosen streams in " << m_file);
 }
 
-bool ChosenStreams::write() const
+files::Problem ChosenStreams::write()
 {
     QVariantList choices;
-    for (const Choice &choice : m_choices) {
+    for (const Choice &choice : qAsConst(m_choices)) {
         choices.append(QVariantHash {
             {stationKey(), choice.first.toEncoded()}, {streamKey(), choice.second.toEncoded()}});
     }
     const QByteArray bytes = VeskJson::write(QVariantHash {{choicesKey(), choices}}) + '\n';
-    QSaveFile file(m_file);
-    // commit() alone does not see that a full disk took nothing.
-    return QDir().mkpath(m_folder) && file.open(QIODevice::WriteOnly)
-        && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)
-        && file.write(bytes) == bytes.size() && file.flush() && file.commit();
+    if (const files::Problem problem
+        = files::KeptFile::makeFolder(QFile::encodeName(m_folder).toStdString()))
+        return problem;
+    return m_file.write(bytes.toStdString());
 }

@@ -65,7 +65,7 @@ TEST_F(ChosenStreamsTest, ofAFileThatCannotBeReadAreNone)
     ASSERT_TRUE(folder.isValid());
     const QByteArray contents[] = {"", "{", "[]", "{\"chosenStreams\":1}",
         "{\"chosenStreams\":[1,{\"station\":\"x\"},{\"station\":\"%\",\"stream\":\"A:b\"}]}",
-        QByteArray(ChosenStreams::MaxSize + 1, ' ')};
+        QByteArray(int(ChosenStreams::MaxSize) + 1, ' ')};
     for (const QByteArray &content : contents) {
         QFile file(folder.filePath(QStringLiteral("streams.json")));
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
