@@ -73,6 +73,47 @@ TEST_F(JsonRpcDispatcherTest, AnswersAnUnknownMethod)
         testing::HasSubstr("-32601"));
 }
 
+TEST_F(JsonRpcDispatcherTest, ACallThatIsTakenBackIsAnsweredAndItsMethodIsTold)
+{
+    Peer peer;
+    Peer other;
+    send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"keep"}])",
+        &peer);
+    send(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", &other);
+    ASSERT_EQ(m_kept.size(), 3);
+    QByteArray abandoned;
+    for (int i = 0; i < m_kept.size(); ++i)
+        m_kept.at(i)->whenAbandoned([&abandoned, i] { abandoned += static_cast<char>('0' + i); });
+
+    send(R"({"jsonrpc":"2.0","method":"cancel","params":{"id":1}})", &peer);
+    EXPECT_EQ(abandoned, "0");
+    m_kept.at(1)->finish(2);
+    ASSERT_EQ(m_answers.size(), 2); // of the notification, nothing, and of the two calls
+    EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32006"));
+    EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("\"result\":2"));
+    // What is answered, and what is not under way, is not taken back.
+    send(R"({"jsonrpc":"2.0","id":9,"method":"cancel","params":{"id":2}})", &peer);
+    EXPECT_EQ(abandoned, "0");
+    send(R"({"jsonrpc":"2.0","id":9,"method":"cancel"})", &peer);
+    EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32602"));
+}
+
+TEST_F(JsonRpcDispatcherTest, AMethodIsToldOfAClientThatWentAndOfATimeOut)
+{
+    QByteArray abandoned;
+    {
+        Peer peer;
+        send(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", &peer);
+        m_kept.at(0)->whenAbandoned([&abandoned] { abandoned += 'g'; });
+    }
+    EXPECT_EQ(abandoned, "g");
+    m_dispatcher.setDeadline(50);
+    send(R"({"jsonrpc":"2.0","id":1,"method":"keep"})");
+    m_kept.at(1)->whenAbandoned([&abandoned] { abandoned += 't'; });
+    EXPECT_TRUE(spinUntil([&abandoned] { return abandoned == "gt"; }));
+    EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32002"));
+}
+
 TEST_F(JsonRpcDispatcherTest, AnswersACallThatItsMethodForgot)
 {
     EXPECT_THAT(answerTo(R"({"jsonrpc":"2.0","id":1,"method":"forget"})").toStdString(),

@@ -21,9 +21,11 @@ export const patience = 3000;
 export const healTimes = [5000, 10_000, 20_000, 30_000];
 
 /** `anew` means that a list which the host has kept is too old. */
-export type GetRows = (path: Path, first: number, last: number, anew: boolean) => Promise<RowsAnswer>;
+export type GetRows = (
+    path: Path, first: number, last: number, anew: boolean, signal: AbortSignal,
+) => Promise<RowsAnswer>;
 
-const readRange: GetRows = (path, first, last, anew) => getRows(path, first, last, rowRoles, anew);
+const readRange: GetRows = (path, first, last, anew, signal) => getRows(path, first, last, rowRoles, anew, signal);
 
 /**
  * One screen: its own roles, its length, and the rows that were looked at. Rows come by range, the
@@ -49,6 +51,8 @@ export class Screen {
     #cancelled = -1;
     /** The next range is read from the service, the others come with it. */
     #isOld = true;
+    /** Takes back what is asked for. */
+    #aborter = new AbortController();
     #first = 0;
     #last = pageSize - 1;
     #users = 0;
@@ -96,6 +100,7 @@ export class Screen {
         clearTimeout(this.#patience);
         this.#patience = undefined;
         this.isSlow.value = false;
+        this.#abandon();
         this.#leave?.();
         this.#leave = null;
     }
@@ -119,10 +124,17 @@ export class Screen {
 
     /** Waits for no answer any more; what comes late is not taken. */
     cancel(): void {
-        this.#cancelled = this.#epoch++;
-        this.#running.clear();
+        this.#abandon();
         this.#waitOn();
         this.isCancelled.value = true;
+    }
+
+    /** The service need not go on with what is not looked at any more. */
+    #abandon(): void {
+        this.#cancelled = this.#epoch++;
+        this.#running.clear();
+        this.#aborter.abort();
+        this.#aborter = new AbortController();
     }
 
     /** After an error: forgets it and tries again. */
@@ -191,7 +203,7 @@ export class Screen {
         try {
             const isOld = this.#isOld;
             this.#isOld = false;
-            const answer = await this.read(this.path, first, first + pageSize - 1, isOld);
+            const answer = await this.read(this.path, first, first + pageSize - 1, isOld, this.#aborter.signal);
             if (this.#isWanted(page, epoch))
                 this.#take(page, epoch, answer);
         } catch (error) {

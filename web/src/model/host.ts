@@ -7,9 +7,10 @@ export const host = new Connection(`ws://${location.host}/ws`);
 
 export async function getRows(
     path: Path, first: number, last: number, roles: readonly string[] = rowRoles, refresh = false,
+    signal?: AbortSignal,
 ): Promise<RowsAnswer> {
     const params = { path, roles, first, last };
-    return readRows(await host.call("getRows", refresh ? { ...params, refresh } : params), roles);
+    return readRows(await host.call("getRows", refresh ? { ...params, refresh } : params, signal), roles);
 }
 
 export async function getData(path: Path, roles: readonly string[]): Promise<unknown[]> {

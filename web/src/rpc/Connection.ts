@@ -9,6 +9,8 @@ export class RpcError extends Error {
     static readonly notInList = -32004;
     /** The address changes something, and no list offered it. */
     static readonly notOffered = -32005;
+    /** The caller took the request back. */
+    static readonly cancelled = -32006;
     /** Name of the error that a service's end gives to what it owed. */
     static readonly interrupted = "host:interrupted";
 
@@ -82,12 +84,14 @@ export class Connection {
         this.#heard.set(method, all.add(heard));
     }
 
-    call(method: string, params: Params = {}): Promise<unknown> {
+    /** With a signal that is aborted the request is taken back, so that the host ends what it does for it. */
+    call(method: string, params: Params = {}, signal?: AbortSignal): Promise<unknown> {
         const socket = this.#socket;
         if (socket === null || socket.readyState !== WebSocket.OPEN)
             return Promise.reject(new RpcError(RpcError.lost, ""));
         const id = ++this.#id;
         return new Promise((resolve, reject) => {
+            signal?.addEventListener("abort", () => this.#cancel(id), { once: true });
             const timer = setTimeout(() => {
                 if (this.#waiting.delete(id))
                     reject(new RpcError(RpcError.lost, ""));
@@ -104,6 +108,15 @@ export class Connection {
             });
             socket.send(JSON.stringify({ jsonrpc: "2.0", id, method, params }));
         });
+    }
+
+    #cancel(id: number): void {
+        const waiting = this.#waiting.get(id);
+        if (!waiting)
+            return;
+        this.#waiting.delete(id);
+        waiting.reject(new RpcError(RpcError.cancelled, ""));
+        this.#socket?.send(JSON.stringify({ jsonrpc: "2.0", method: "cancel", params: { id } }));
     }
 
     #receive(data: unknown): void {

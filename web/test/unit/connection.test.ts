@@ -64,6 +64,20 @@ test("an error is handed on with what it is for", async () => {
         error.code === -32000 && error.message === "no" && error.name === "err:7" && error.title === "T");
 });
 
+test("a request that is not wanted any more is taken back", async () => {
+    const [connection, socket] = opened();
+    const aborter = new AbortController();
+    const call = connection.call("a", {}, aborter.signal);
+    const other = connection.call("b", {}, aborter.signal);
+    socket.receive({ id: 2, result: "two" });
+    await other;
+    aborter.abort();
+    await assert.rejects(call, (error: RpcError) => error.code === RpcError.cancelled);
+    assert.deepEqual(socket.sent.slice(2), [{ jsonrpc: "2.0", method: "cancel", params: { id: 1 } }]);
+    // The host's late word is for nobody.
+    socket.receive({ id: 1, error: { code: -32006, message: "The request was cancelled." } });
+});
+
 test("notifications reach those who listen", () => {
     const [connection, socket] = opened();
     const heard: unknown[] = [];

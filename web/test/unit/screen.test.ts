@@ -15,8 +15,11 @@ class Reader {
     generation = "a";
     readonly asked: { first: number; anew: boolean; answer(): void; fail(error: RpcError): void }[] = [];
 
-    read = (_path: string, first: number, last: number, anew: boolean): Promise<RowsAnswer> =>
+    aborted = 0;
+
+    read = (_path: string, first: number, last: number, anew: boolean, signal: AbortSignal): Promise<RowsAnswer> =>
         new Promise((resolve, reject) => {
+            signal.addEventListener("abort", () => ++this.aborted);
             const rows = [];
             for (let i = first; i <= Math.min(last, this.count - 1); ++i)
                 rows.push(readRow({ title: `${this.generation}${i}` }));
@@ -243,5 +246,21 @@ test("patience ends after three seconds, and begins anew with the next answer", 
     screen.reload();
     clock.tick(10_000);
     assert.equal(screen.isSlow.value, false);
+    screen.leave();
+});
+
+test("a screen that is left takes its questions back and asks anew when it is entered again", async () => {
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.enter();
+    assert.equal(reader.asked.length, 1);
+    screen.leave();
+    assert.equal(reader.aborted, 1);
+    reader.asked.shift()!.answer();
+    await turn();
+    assert.equal(screen.count.value, null);
+    screen.enter();
+    await reader.settle();
+    assert.equal(screen.count.value, 1000);
     screen.leave();
 });

@@ -1,0 +1,87 @@
+/// \file
+/// A directory that answers slowly or not at all, and a listener who does not wait for it.
+#include "tests/support/RawWebSocket.h"
+#include "tests/system/PlayFixture.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+#include <gmock/gmock.h>
+
+namespace {
+
+QString text(const char *utf8)
+{
+    return QString::fromUtf8(utf8);
+}
+
+class StalledDirectorySystem : public PlayFixture {
+protected:
+    /// The processes that the host has started.
+    QByteArray children() const
+    {
+        const QString pid = QString::number(product.host().processId());
+        QFile file(QStringLiteral("/proc/%1/task/%1/children").arg(pid));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+};
+
+/// Each row of a search wants the name of its genre, and each asking takes half a minute.
+TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
+{
+    const QByteArray worker = children();
+    product.setFault("stall@Describe.ashx");
+    QElapsedTimer clock;
+    clock.start();
+    const Outcome first = product.ctl({text("play"), text("search:jazz"), text("3")});
+    EXPECT_EQ(first.code, 0) << first.err.toStdString();
+    ASSERT_TRUE(waitForState(2));
+    EXPECT_LE(clock.elapsed(), 35000);
+
+    clock.restart();
+    const Outcome second = product.ctl({text("play"), text("search:jazz"), text("2")});
+    EXPECT_EQ(second.code, 0) << second.err.toStdString();
+    ASSERT_TRUE(waitForState(2));
+    EXPECT_LE(clock.elapsed(), 2000);
+    command("player.stop");
+    EXPECT_TRUE(children().startsWith(worker.trimmed())) << "the plug-in's process was replaced";
+}
+
+/// Opening another screen, by the page's way: the first one is taken back.
+TEST_F(StalledDirectorySystem, aScreenThatWasLeftHoldsNoOtherUp)
+{
+    product.setFault("slow-headers@Browse.ashx:12");
+    RawWebSocket socket(product.hostPort());
+    ASSERT_TRUE(socket.send(RawWebSocket::Text,
+        R"({"jsonrpc":"2.0","id":1,"method":"getRows","params":{"path":"TuneIn:browse/uri/Browse.ashx?c=music"}})"));
+    ASSERT_TRUE(product.waitForRequests(text("c=music"), 1));
+    QElapsedTimer clock;
+    clock.start();
+    ASSERT_TRUE(socket.send(
+        RawWebSocket::Text, R"({"jsonrpc":"2.0","method":"cancel","params":{"id":1}})"));
+    EXPECT_THAT(socket.receive().payload.toStdString(), testing::HasSubstr("-32006"));
+    const QByteArray other = socket.ask(
+        R"({"jsonrpc":"2.0","id":2,"method":"getRows","params":{"path":"TuneIn:browse/uri/Search.ashx?query=jazz"}})");
+    EXPECT_THAT(other.left(200).toStdString(), testing::HasSubstr("\"id\":2"));
+    EXPECT_THAT(other.toStdString(), testing::HasSubstr("rowsCount"));
+    EXPECT_LE(clock.elapsed(), 500);
+}
+
+/// The same for a client that is gone.
+TEST_F(StalledDirectorySystem, aClientThatWentHoldsNoOtherUp)
+{
+    product.setFault("slow-headers@Browse.ashx:12");
+    {
+        RawWebSocket socket(product.hostPort());
+        ASSERT_TRUE(socket.send(RawWebSocket::Text,
+            R"({"jsonrpc":"2.0","id":1,"method":"getRows","params":{"path":"TuneIn:browse/uri/Browse.ashx?c=music"}})"));
+        ASSERT_TRUE(product.waitForRequests(text("c=music"), 1));
+    }
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_FALSE(
+        product.rows(text("TuneIn:browse/uri/Search.ashx?query=jazz"), {text("title")}).isEmpty());
+    EXPECT_LE(clock.elapsed(), 500);
+}
+
+} // namespace
