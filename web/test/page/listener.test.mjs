@@ -36,7 +36,13 @@ async function openLocal(options) {
 }
 
 async function listen(page, index) {
+    const title = await stations(page).nth(index).locator(".title").textContent();
     await stations(page).nth(index).click();
+    // What played before may be shown as playing for a moment.
+    await expectEventually(async () => {
+        const now = await product.call("player.state");
+        return now.state === 2 && now.title === title;
+    }, "the station that was clicked");
     await player(page).getByText("Playing").waitFor();
 }
 
