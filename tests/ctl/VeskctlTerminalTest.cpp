@@ -33,7 +33,8 @@ TEST_F(VeskctlTerminalTest, ListsFillTheTerminalAndNoMore)
 {
     const Shown wide = show(QStringLiteral("@ ls host:settings"), 80);
     EXPECT_EQ(wide.status, 0);
-    EXPECT_THAT(wide.text, StartsWith("Settings\n   0 = Language: en-US\n"));
+    EXPECT_THAT(wide.text, StartsWith("Settings\n   0 "));
+    EXPECT_THAT(wide.text, HasSubstr("= Language: en-US"));
     const Shown narrow = show(QStringLiteral("@ ls host:settings"), 40);
     EXPECT_THAT(narrow.text, HasSubstr("\u2026"));
     for (const auto &[text, columns] : {std::pair(wide.text, 80), std::pair(narrow.text, 40)}) {
@@ -55,7 +56,8 @@ TEST_F(VeskctlTerminalTest, ColumnsSaysMoreThanTheTerminal)
 TEST_F(VeskctlTerminalTest, WhatIsPipedIsWholeAndInFields)
 {
     const Shown piped = show(QStringLiteral("@ ls host:settings | cat"), 40);
-    EXPECT_THAT(piped.text, StartsWith("host:settings#0\tvalue\tLanguage\ten-US\t\n"));
+    EXPECT_THAT(piped.text, StartsWith("host:settings#0\t"));
+    EXPECT_THAT(piped.text, HasSubstr("\tvalue\tLanguage\ten-US\t\n"));
     EXPECT_THAT(piped.text, Not(HasSubstr("\u2026")));
 }
 
