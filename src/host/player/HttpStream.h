@@ -62,7 +62,7 @@ struct HttpStreamResult {
 class HttpStream {
 public:
     struct Times {
-        std::chrono::milliseconds connect {10000}; ///< until the first byte of the body
+        std::chrono::milliseconds connect {8000}; ///< until the first byte of the body
         std::chrono::milliseconds silence {5000}; ///< the longest without a byte
     };
     struct Request {
