@@ -539,6 +539,10 @@
 <context>
     <name>CMReply</name>
     <message>
+        <source>The request was cancelled.</source>
+        <translation>Die Anfrage wurde abgebrochen.</translation>
+    </message>
+    <message>
         <source>The request was not answered.</source>
         <translation>Die Anfrage wurde nicht beantwortet.</translation>
     </message>

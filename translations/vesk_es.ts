@@ -539,6 +539,10 @@
 <context>
     <name>CMReply</name>
     <message>
+        <source>The request was cancelled.</source>
+        <translation>La solicitud se ha cancelado.</translation>
+    </message>
+    <message>
         <source>The request was not answered.</source>
         <translation>La solicitud no ha recibido respuesta.</translation>
     </message>

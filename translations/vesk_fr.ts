@@ -539,6 +539,10 @@
 <context>
     <name>CMReply</name>
     <message>
+        <source>The request was cancelled.</source>
+        <translation>La demande a été annulée.</translation>
+    </message>
+    <message>
         <source>The request was not answered.</source>
         <translation>La demande est restée sans réponse.</translation>
     </message>
