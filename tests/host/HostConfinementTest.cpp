@@ -237,7 +237,7 @@ TEST(HostConfinementTest, HoldsForAllThreadsOfTheHost)
         {QStringLiteral("--plugin"), QStringLiteral(TEST_PLUGINS "/libvesk_cb_good.so"),
             QStringLiteral("--audio"), QStringLiteral("null")});
     ASSERT_TRUE(host.isReady()) << host.errors().toStdString();
-    const QString folder = QStringLiteral("/proc/%1/").arg(host.processId());
+    const QString folder = QStringLiteral("/proc/%1/").arg(host.id());
     const QDir tasks(folder + QStringLiteral("task"));
     const QStringList threads = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     EXPECT_GT(threads.size(), 1);

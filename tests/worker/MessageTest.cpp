@@ -76,7 +76,8 @@ QList<QByteArray> examples()
         encode(LoadedMessage {path("A:"), QStringLiteral("error")}), encode(StopMessage()),
         encode(answer()), encode(WatchMessage {path("A:x"), true}), encode(change()),
         encode(RouteMessage {path("A:"), true}), encode(value()),
-        encode(PlayerMessage {{{QStringLiteral("k"), 1}}})};
+        encode(PlayerMessage {{{QStringLiteral("k"), 1}}}), encode(CancelMessage {7}),
+        encode(AliveMessage())};
     for (const CMRequest::Kind kind : AllRequests)
         payloads.append(encode(request(kind)));
     return payloads;
@@ -108,6 +109,10 @@ bool isReadable(const QByteArray &payload)
         return decode<ValueMessage>(payload).has_value();
     case MessageKind::Player:
         return decode<PlayerMessage>(payload).has_value();
+    case MessageKind::Cancel:
+        return decode<CancelMessage>(payload).has_value();
+    case MessageKind::Alive:
+        return decode<AliveMessage>(payload).has_value();
     }
     return false;
 }
