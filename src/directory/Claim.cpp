@@ -20,7 +20,7 @@ main { max-width: 26rem; margin: 0 auto; padding: 1.25rem; border-radius: 1.1rem
     background: var(--card); }
 h1 { margin: 0 0 .3rem; font-size: 1.5rem; line-height: 1.2; }
 p { margin: 0 0 1rem; color: var(--muted); overflow-wrap: anywhere; }
-p.wrong { color: var(--text); font-weight: 600; }
+p.refused { color: var(--text); font-weight: 600; }
 label { display: block; margin: 1rem 0; font-weight: 600; }
 input { display: block; width: 100%; height: 3rem; margin-top: .3rem; padding: 0 .9rem;
     border: 1px solid var(--edge); border-radius: .7rem; background: var(--bg); color: inherit;
@@ -52,7 +52,7 @@ Answer page(int status, const std::string &message, std::string_view rest)
                   "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">"
                   "<title>Link a device</title><link rel=\"stylesheet\" href=\"/mydevice.css\">"
                   "</head>\n<body>\n<main>\n<h1>Link a device</h1>\n"
-        + std::string(status >= 400 ? "<p class=\"wrong\" role=\"alert\">" : "<p>") + message
+        + std::string(status >= 400 ? "<p class=\"refused\" role=\"alert\">" : "<p>") + message
         + "</p>\n" + std::string(rest) + "</main>\n</body></html>\n";
     answer.headers = {{"Cache-Control", "no-store"},
         {"Content-Security-Policy",
