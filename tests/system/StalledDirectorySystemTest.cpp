@@ -15,6 +15,9 @@ QString text(const char *utf8)
     return QString::fromUtf8(utf8);
 }
 
+/// Far below what the directory takes, and far above what a busy machine does.
+constexpr int NotWaiting = 6000;
+
 class StalledDirectorySystem : public PlayFixture {
 protected:
     /// The processes that the host has started.
@@ -36,13 +39,13 @@ TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
     const Outcome first = product.ctl({text("play"), text("search:jazz"), text("3")});
     EXPECT_EQ(first.code, 0) << first.err.toStdString();
     ASSERT_TRUE(waitForState(2));
-    EXPECT_LE(clock.elapsed(), 35000);
+    EXPECT_LE(clock.elapsed(), 30000 + NotWaiting);
 
     clock.restart();
     const Outcome second = product.ctl({text("play"), text("search:jazz"), text("2")});
     EXPECT_EQ(second.code, 0) << second.err.toStdString();
     ASSERT_TRUE(waitForState(2));
-    EXPECT_LE(clock.elapsed(), 2000);
+    EXPECT_LE(clock.elapsed(), NotWaiting);
     command("player.stop");
     EXPECT_TRUE(children().startsWith(worker.trimmed())) << "the plug-in's process was replaced";
 }
@@ -64,7 +67,7 @@ TEST_F(StalledDirectorySystem, aScreenThatWasLeftHoldsNoOtherUp)
         R"({"jsonrpc":"2.0","id":2,"method":"getRows","params":{"path":"TuneIn:browse/uri/Search.ashx?query=jazz"}})");
     EXPECT_THAT(other.left(200).toStdString(), testing::HasSubstr("\"id\":2"));
     EXPECT_THAT(other.toStdString(), testing::HasSubstr("rowsCount"));
-    EXPECT_LE(clock.elapsed(), 500);
+    EXPECT_LE(clock.elapsed(), NotWaiting);
 }
 
 /// The same for a client that is gone.
@@ -81,7 +84,7 @@ TEST_F(StalledDirectorySystem, aClientThatWentHoldsNoOtherUp)
     clock.start();
     EXPECT_FALSE(
         product.rows(text("TuneIn:browse/uri/Search.ashx?query=jazz"), {text("title")}).isEmpty());
-    EXPECT_LE(clock.elapsed(), 500);
+    EXPECT_LE(clock.elapsed(), NotWaiting);
 }
 
 } // namespace
