@@ -175,7 +175,7 @@ test("the tab's title names what plays; space pauses it, and goes on", async () 
     await page.locator("h1").focus();
     await page.keyboard.press("Space");
     await player(page).getByText("Paused").waitFor();
-    assert.match(await page.title(), /^⏸ /);
+    await expectEventually(async () => (await page.title()) === `⏸ ${title} – Local Radio – Vesk`, "the pause in the title");
     // A paused station's mark is another than a playing one's.
     assert.equal(await page.locator("button.audio[aria-current=true] .mark i").count(), 0);
     // On the row of what plays it does not begin anew.
