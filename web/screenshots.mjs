@@ -44,6 +44,8 @@ const browser = await launch();
 try {
     for (const [name, [options, steps]] of Object.entries(pictures)) {
         const page = await newPage(browser, product, options);
+        // Each begins in silence, so that what is said to play is what was clicked.
+        await product.call("player.stop");
         await steps(page, product.url);
         await page.waitForFunction(() => [...document.images].every((image) => image.complete));
         await page.evaluate(() => document.activeElement.blur());
