@@ -66,6 +66,10 @@ void readAny(const QByteArray &payload)
         return read<ValueMessage>(payload);
     case MessageKind::Player:
         return read<PlayerMessage>(payload);
+    case MessageKind::Cancel:
+        return read<CancelMessage>(payload);
+    case MessageKind::Alive:
+        return read<AliveMessage>(payload);
     }
 }
 
