@@ -75,13 +75,13 @@ TEST_F(JsonRpcDispatcherTest, AnswersAnUnknownMethod)
 
 TEST_F(JsonRpcDispatcherTest, ACallThatIsTakenBackIsAnsweredAndItsMethodIsTold)
 {
+    QByteArray abandoned; // outlives the clients, whose end is told
     Peer peer;
     Peer other;
     send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"keep"}])",
         &peer);
     send(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", &other);
     ASSERT_EQ(m_kept.size(), 3);
-    QByteArray abandoned;
     for (int i = 0; i < m_kept.size(); ++i)
         m_kept.at(i)->whenAbandoned([&abandoned, i] { abandoned += static_cast<char>('0' + i); });
 

@@ -201,12 +201,12 @@ TEST_F(ScreenSnapshotsTest, eachConnectionHasItsOwnAndThoseWithoutOneShare)
 
 TEST_F(ScreenSnapshotsTest, endWithTheirConnection)
 {
+    QString answer;
     {
         Peer passing;
         read(0, 99, &passing);
         EXPECT_EQ(screens.count(), 1);
         list->hold = true;
-        QString answer;
         ask(range(0, 99), &passing, &answer);
         ASSERT_TRUE(spinUntil([this] { return !list->held.isEmpty(); }));
     }
@@ -280,7 +280,7 @@ TEST_F(ScreenSnapshotsTest, goWithAValueAndWithWhatIsWrittenToTheService)
 
 TEST_F(ScreenSnapshotsTest, goSomeTimeAfterTheirLastUse)
 {
-    screens.setLifetimes({60000, 30});
+    screens.setLifetimes({60000, 2000});
     read(0, 99, nullptr);
     read(0, 99, &peer);
     EXPECT_EQ(screens.count(), 2);
