@@ -439,6 +439,7 @@ TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)
     const QVariant values[] = {QVariant(), "drop"_s, 115, QVariantList {115}, QVariantHash(),
         VeskValue::fromString("drop"_s), VeskValue::fromInt(4),
         QVariantHash {{"type"_s, 4}, {"tuneInAccount"_s, filledAccount(Operation::drop)}},
+        QVariantHash {{"tuneInAccount"_s, filledAccount(Operation::drop)}},
         QVariantHash {{"operation"_s, 4}}};
     for (const QVariant &value : values) {
         log().clear();
@@ -449,16 +450,16 @@ TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, takesAnAccountWrittenInAnyForm)
+TEST_F(TuneInAccountRequestTest, takesAnAccountWhoseTypeIsWrittenInAnyForm)
 {
     const QVariantHash account {
         {"operation"_s, "drop"_s}, {"userName"_s, "me"_s}, {"password"_s, "sesame"_s}};
     VeskValue own;
     own.setTuneInAccount(VeskTuneInAccount(VeskHash(account)));
-    for (const QVariant &value : {QVariant(QVariantHash {{"tuneInAccount"_s, account}}),
-             QVariant(QVariantHash {{"type"_s, "tuneInAccount"_s}, {"tuneInAccount"_s, account}}),
-             QVariant(QVariantHash {{"type"_s, 115}, {"tuneInAccount"_s, account}}),
-             QVariant::fromValue(own)}) {
+    for (const QVariant &value :
+        {QVariant(QVariantHash {{"type"_s, "tuneInAccount"_s}, {"tuneInAccount"_s, account}}),
+            QVariant(QVariantHash {{"type"_s, 115}, {"tuneInAccount"_s, account}}),
+            QVariant::fromValue(own)}) {
         EXPECT_EQ(accountOf(setData("TuneIn:account"_s, VeskRoles::Value(), value)).operation(),
             Operation::drop);
         expectAccountRequests({DropLine});
