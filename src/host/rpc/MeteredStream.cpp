@@ -75,6 +75,21 @@ GSource *sourceOver(GObject *stream, GSource *base, GCancellable *cancellable)
     return source;
 }
 
+/// Closing does nothing here, so it needs no thread. GIO would take one, which might let go of the
+/// stream last; but what is told of the stream's end belongs to the main thread.
+void closeAtOnce(
+    gpointer stream, GCancellable *cancellable, GAsyncReadyCallback callback, gpointer data)
+{
+    GTask *task = g_task_new(stream, cancellable, callback, data);
+    g_task_return_boolean(task, TRUE);
+    g_object_unref(task);
+}
+
+gboolean isClosed(GAsyncResult *result, GError **error)
+{
+    return g_task_propagate_boolean(G_TASK(result), error);
+}
+
 void metered_input_init(MeteredInput *input)
 {
     input->allowance = G_MAXUINT64;
@@ -82,6 +97,13 @@ void metered_input_init(MeteredInput *input)
 
 void metered_input_class_init(MeteredInputClass *type)
 {
+    G_INPUT_STREAM_CLASS(type)->close_async
+        = [](GInputStream *stream, int, GCancellable *cancellable, GAsyncReadyCallback callback,
+              gpointer data) { closeAtOnce(stream, cancellable, callback, data); };
+    G_INPUT_STREAM_CLASS(type)->close_finish
+        = [](GInputStream *, GAsyncResult *result, GError **error) {
+              return isClosed(result, error);
+          };
     G_INPUT_STREAM_CLASS(type)->read_fn = [](GInputStream *stream, void *buffer, gsize size,
                                               GCancellable *cancellable, GError **error) {
         GInputStream *base = g_filter_input_stream_get_base_stream(G_FILTER_INPUT_STREAM(stream));
@@ -117,6 +139,13 @@ void metered_output_init(MeteredOutput *) { }
 
 void metered_output_class_init(MeteredOutputClass *type)
 {
+    G_OUTPUT_STREAM_CLASS(type)->close_async
+        = [](GOutputStream *stream, int, GCancellable *cancellable, GAsyncReadyCallback callback,
+              gpointer data) { closeAtOnce(stream, cancellable, callback, data); };
+    G_OUTPUT_STREAM_CLASS(type)->close_finish
+        = [](GOutputStream *, GAsyncResult *result, GError **error) {
+              return isClosed(result, error);
+          };
     G_OUTPUT_STREAM_CLASS(type)->write_fn = [](GOutputStream *stream, const void *buffer,
                                                 gsize size, GCancellable *cancellable,
                                                 GError **error) {
