@@ -513,8 +513,8 @@ TEST_F(AccountSecrets, stayWhereTheyBelong)
 
 TEST_F(AccountSecrets, aTextAsAccountIsNotEvenPartOfItsError)
 {
-    EXPECT_EQ(resultOf(write(QVariantHash {{text("tuneInAccount"), text(password)}}), {}).summary(),
-        "VeskError: Unknown method");
+    const QVariantHash value {{text("type"), 115}, {text("tuneInAccount"), text(password)}};
+    EXPECT_EQ(resultOf(write(value), {}).summary(), "VeskError: Unknown method");
     ASSERT_EQ(product.stopHost(), 0);
     EXPECT_FALSE(contents(folder.path()).contains(password));
     EXPECT_FALSE(errors.contains(password));

@@ -47,7 +47,7 @@ QVariantHash join(const Product &product)
         {text("userName"), text("quokka")}, {text("password"), text("Zwiebel77xy")}};
     return product.rpc(text("setData"),
         {{text("path"), text("TuneIn:account")}, {text("role"), text("value")},
-            {text("value"), QVariantHash {{text("tuneInAccount"), account}}}});
+            {text("value"), QVariantHash {{text("type"), 115}, {text("tuneInAccount"), account}}}});
 }
 
 QVariantHash status(const Product &product)
