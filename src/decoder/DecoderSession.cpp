@@ -13,6 +13,8 @@ using State = DecoderPipeline::State;
 /// as many seconds of it, where they are more.
 constexpr std::uint64_t StallBytes = 16 * 1024;
 constexpr std::uint64_t StallSeconds = 3;
+/// So many are enough where a container's beginning is among them.
+constexpr std::uint64_t BeginningBytes = 8 * 1024;
 /// A stream that was never decoded may begin with tags and pictures.
 constexpr std::uint64_t MaxBytesBeforeSamples = 16 * 1024 * 1024;
 /// After a restart there are none to be expected.
@@ -76,6 +78,15 @@ void DecoderSession::finish()
     m_pipeline->finish();
 }
 
+/// Whether a container begins in what is not decoded yet.
+bool DecoderSession::hasBeginning() const
+{
+    return std::any_of(Beginnings.begin(), Beginnings.end(), [this](std::string_view beginning) {
+        return std::search(m_tail.begin(), m_tail.end(), beginning.begin(), beginning.end())
+            != m_tail.end();
+    });
+}
+
 bool DecoderSession::isStalled() const
 {
     if (m_pipeline->isWaiting())
@@ -91,7 +102,8 @@ bool DecoderSession::isStalled() const
     const std::uint64_t patience = m_finished && m_pipeline->state() == State::Ended
         ? MinRest // there is nothing to wait for
         : std::max(StallBytes, usual);
-    return taken - std::min(taken, decoded) > patience;
+    const std::uint64_t silent = taken - std::min(taken, decoded);
+    return silent > patience || (silent > BeginningBytes && hasBeginning());
 }
 
 /// Some demuxers that found nothing keep the end of the stream to themselves.

@@ -29,6 +29,7 @@ public:
 
 private:
     void push(const char *data, std::size_t size);
+    bool hasBeginning() const;
     bool isStalled() const;
     bool hasFallenSilent();
     bool restart();
