@@ -19,6 +19,13 @@ constexpr std::uint64_t BeginningBytes = 8 * 1024;
 constexpr std::uint64_t MaxBytesBeforeSamples = 16 * 1024 * 1024;
 /// After a restart there are none to be expected.
 constexpr std::uint64_t MaxBytesAfterRestart = 512 * 1024;
+/// The last frames of the codec before may make a new pipeline take what follows for more of it. So
+/// it is given up when it has all bytes that were there and some more and decodes none, and the
+/// next one begins a few frames later. The last of these attempts waits for a codec that needs
+/// more bytes.
+constexpr std::uint64_t AttemptBytes = 4 * 1024;
+constexpr std::uint64_t AttemptStep = 2 * 1024;
+constexpr int MaxAttempts = 12;
 /// Bytes after the last sample of an ended stream that are worth another pipeline: less may be
 /// tags.
 constexpr std::uint64_t MinRest = 4096;
@@ -66,9 +73,13 @@ void DecoderSession::forgetDecoded()
         keepFrom = std::max(keepFrom, end - MaxBytesAfterRestart);
     if (keepFrom <= m_tailBegin)
         return;
-    const auto count = static_cast<std::ptrdiff_t>(keepFrom - m_tailBegin);
-    m_tail.erase(m_tail.begin(), m_tail.begin() + count);
-    m_tailBegin = keepFrom;
+    dropTail(keepFrom - m_tailBegin);
+}
+
+void DecoderSession::dropTail(std::uint64_t count)
+{
+    m_tail.erase(m_tail.begin(), m_tail.begin() + static_cast<std::ptrdiff_t>(count));
+    m_tailBegin += count;
 }
 
 void DecoderSession::finish()
@@ -87,6 +98,15 @@ bool DecoderSession::hasBeginning() const
     });
 }
 
+std::uint64_t DecoderSession::patienceBeforeSamples() const
+{
+    if (m_attempt == 0)
+        return MaxBytesBeforeSamples;
+    if (m_attempt == MaxAttempts || m_beginsContainer)
+        return MaxBytesAfterRestart;
+    return m_finished && m_pipeline->state() == State::Ended ? MinRest : m_beginSize + AttemptBytes;
+}
+
 bool DecoderSession::isStalled() const
 {
     if (m_pipeline->isWaiting())
@@ -95,7 +115,7 @@ bool DecoderSession::isStalled() const
     const std::uint64_t decoded = m_pipeline->bytesToLastSample();
     const std::uint64_t taken = m_pipeline->bytesTaken();
     if (frames == 0)
-        return taken > (m_restarted ? MaxBytesAfterRestart : MaxBytesBeforeSamples);
+        return taken > patienceBeforeSamples();
     const double seconds = static_cast<double>(frames) / m_pipeline->format().rate;
     const auto usual
         = static_cast<std::uint64_t>(static_cast<double>(decoded) / seconds * StallSeconds);
@@ -126,11 +146,12 @@ State DecoderSession::look()
     const bool isAtEnd = state == State::Ended && m_finished;
     if ((state == State::Decoding || isAtEnd) && !isStalled())
         return state;
-    if (m_pipeline->framesDecoded() > 0 && restart())
+    const bool wasDecoding = m_pipeline->framesDecoded() > 0;
+    const bool mayRestart = wasDecoding || (m_attempt > 0 && m_attempt < MaxAttempts);
+    if (mayRestart && restart())
         return State::Decoding;
     // What follows the end of a file, tags say, need not be audio.
-    return m_finished && (m_restarted || m_pipeline->framesDecoded() > 0) ? State::Ended
-                                                                          : State::Failed;
+    return m_finished && (m_attempt > 0 || wasDecoding) ? State::Ended : State::Failed;
 }
 
 /// With what came since the last sample, from the beginning of a container on where there is one.
@@ -138,28 +159,32 @@ State DecoderSession::look()
 bool DecoderSession::restart()
 {
     forgetDecoded();
-    if (m_tailBegin + m_tail.size() < MinProgress)
+    const bool wasDecoding = m_pipeline->framesDecoded() > 0;
+    const std::uint64_t wanted = wasDecoding ? MinProgress : AttemptStep;
+    if (m_tailBegin + m_tail.size() < wanted)
         return false;
-    if (m_tailBegin < MinProgress) {
-        const auto count = static_cast<std::ptrdiff_t>(MinProgress - m_tailBegin);
-        m_tail.erase(m_tail.begin(), m_tail.begin() + count);
-    }
-    m_wanted = m_pipeline->format();
-    const std::vector<char> tail(m_tail.begin(), m_tail.end());
+    if (m_tailBegin < wanted)
+        dropTail(wanted - m_tailBegin);
+    std::vector<char> tail(m_tail.begin(), m_tail.end());
     const std::string_view bytes(tail.data(), tail.size());
     std::size_t begin = bytes.size();
     for (const std::string_view &beginning : Beginnings)
         begin = std::min(begin, bytes.find(beginning));
-    if (begin == bytes.size())
-        begin = 0;
-    m_tail.erase(m_tail.begin(), m_tail.begin() + static_cast<std::ptrdiff_t>(begin));
+    m_beginsContainer = begin < bytes.size();
+    if (m_beginsContainer) {
+        dropTail(begin);
+        tail.erase(tail.begin(), tail.begin() + static_cast<std::ptrdiff_t>(begin));
+    }
+    if (wasDecoding)
+        m_wanted = m_pipeline->format();
+    m_attempt = wasDecoding ? 1 : m_attempt + 1;
     m_tailBegin = 0;
-    m_restarted = true;
+    m_beginSize = tail.size();
     m_framesSeen = 0;
     m_framesSince = std::chrono::steady_clock::now();
     m_pipeline.reset();
     m_pipeline = std::make_unique<DecoderPipeline>(m_wanted, m_callbacks);
-    push(bytes.data() + begin, bytes.size() - begin);
+    push(tail.data(), tail.size());
     if (m_finished)
         m_pipeline->finish();
     return true;

@@ -30,17 +30,21 @@ public:
 private:
     void push(const char *data, std::size_t size);
     bool hasBeginning() const;
+    std::uint64_t patienceBeforeSamples() const;
     bool isStalled() const;
     bool hasFallenSilent();
     bool restart();
     void forgetDecoded();
+    void dropTail(std::uint64_t count);
 
     DecoderFormat m_wanted;
     const DecoderPipeline::Callbacks m_callbacks;
     std::unique_ptr<DecoderPipeline> m_pipeline;
     std::deque<char> m_tail; ///< pushed to m_pipeline and perhaps not decoded
     std::uint64_t m_tailBegin = 0; ///< its position among the bytes that m_pipeline got
-    bool m_restarted = false;
+    int m_attempt = 0; ///< pipelines since the last one that decoded anything; 0: it is the first
+    std::size_t m_beginSize = 0; ///< bytes that m_pipeline began with
+    bool m_beginsContainer = false; ///< with them
     bool m_finished = false;
     std::uint64_t m_framesSeen = 0; ///< by hasFallenSilent()
     std::chrono::steady_clock::time_point m_framesSince; ///< since when there are so many

@@ -206,14 +206,14 @@ StreamOutcome StreamReader::playAudio(
 }
 
 /// Waits for the end of what ended, unless it is a station's and was heard: that is joined anew at
-/// once. What ended without a sound was none.
+/// once. A file that ended without a sound is none; a station may have been about to begin.
 StreamOutcome StreamReader::finish(StreamOutcome outcome)
 {
     if (outcome.kind == StreamOutcome::Ended && !(m_source.live && m_feed.isGood())) {
         m_feed.finish();
         const bool wasSilent = !m_feed.isGood() && m_consumer.decoded() == Milliseconds::zero();
         if (wasSilent && !isOver())
-            return {StreamOutcome::Refused, notDecodable()};
+            return {m_source.live ? StreamOutcome::Broken : StreamOutcome::Refused, notDecodable()};
     }
     // What is not heard ends its connection, not the play.
     if (outcome.kind == StreamOutcome::Stopped && !isOver())

@@ -2,6 +2,7 @@
 
 #include "host/player/DecoderProcess.h"
 #include "tests/host/player/Recording.h"
+#include "tests/support/WorkerThread.h"
 
 #include <QElapsedTimer>
 #include <QList>
@@ -37,6 +38,7 @@ public:
 
     AudioFormat format;
     QStringList titles;
+    std::atomic<long> frames {0};
     std::atomic<int> bitRate {0};
     std::atomic<bool> refuse {false};
 
@@ -62,7 +64,6 @@ private:
     }
 
     bool m_below = true;
-    long frames = 0;
     int rises = 0;
 };
 
@@ -223,6 +224,25 @@ INSTANTIATE_TEST_SUITE_P(Changes, StreamDecoderChangeTest,
         Change {"chainedOgg", "vorbisenc ! oggmux", 44100, "vorbisenc ! oggmux", 48000},
         Change {"vorbisToOpus", "vorbisenc ! oggmux", 48000, "opusenc ! oggmux", 48000}),
     [](const auto &change) { return std::string(change.param.name); });
+
+/// What is left of the last frame may look like the beginning of more of the same.
+TEST(StreamDecoderTest, goesOnWhereverTheCodecBeforeWasCutOff)
+{
+    const QByteArray aac = recordedTone(
+        "voaacenc bitrate=96000 ! audio/mpeg,mpegversion=4,stream-format=adts", 440, 5, 48000);
+    const QByteArray mp3 = recordedTone("lamemp3enc target=bitrate cbr=true bitrate=128", 440, 12);
+    for (int cut = aac.size() * 3 / 5; cut < aac.size() * 3 / 5 + 400; cut += 37) {
+        Listener listener;
+        StreamDecoder decoder({}, listener.callbacks());
+        const QByteArray stream = aac.left(cut) + mp3;
+        // As a station sends it: what came is decoded before more comes.
+        for (int at = 0; at < stream.size(); at += 1600) {
+            EXPECT_TRUE(pushAll(decoder, stream.mid(at, 1600)));
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        EXPECT_TRUE(spinUntil([&] { return listener.frames > 13 * 48000; }, 3000)) << cut;
+    }
+}
 
 TEST(StreamDecoderTest, aPushWithoutSpaceComesBackWithinAQuarterOfASecond)
 {

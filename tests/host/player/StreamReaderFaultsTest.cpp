@@ -152,6 +152,14 @@ TEST_F(StreamReaderFaultsTest, aFileOfWhichNothingCanBeDecodedHasNotEnded)
     EXPECT_EQ(problem, QStringLiteral("The stream cannot be decoded."));
 }
 
+TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerEndsWithoutASoundIsTriedAgain)
+{
+    serveOnce("/live", file(QByteArray(5, '\0')), endless(audio(3000)));
+    play("/live");
+    EXPECT_TRUE(waitForBytes(3000));
+    EXPECT_FALSE(ended);
+}
+
 TEST_F(StreamReaderFaultsTest, whatIsDecodedLateCountsForItsConnection)
 {
     serveList("/list.m3u", {"/dead", "/live"});
