@@ -858,6 +858,18 @@
         <translation>Tasten</translation>
     </message>
     <message>
+        <source>Licenses</source>
+        <translation>Lizenzen</translation>
+    </message>
+    <message>
+        <source>Of the libraries that are part of this page.</source>
+        <translation>Der Bibliotheken, die Teil dieser Seite sind.</translation>
+    </message>
+    <message>
+        <source>Show the licenses</source>
+        <translation>Lizenzen anzeigen</translation>
+    </message>
+    <message>
         <source>Light</source>
         <translation>Hell</translation>
     </message>

@@ -858,6 +858,18 @@
         <translation>Teclas</translation>
     </message>
     <message>
+        <source>Licenses</source>
+        <translation>Licencias</translation>
+    </message>
+    <message>
+        <source>Of the libraries that are part of this page.</source>
+        <translation>De las bibliotecas que forman parte de esta página.</translation>
+    </message>
+    <message>
+        <source>Show the licenses</source>
+        <translation>Mostrar las licencias</translation>
+    </message>
+    <message>
         <source>Light</source>
         <translation>Claro</translation>
     </message>

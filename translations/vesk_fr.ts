@@ -858,6 +858,18 @@
         <translation>Touches</translation>
     </message>
     <message>
+        <source>Licenses</source>
+        <translation>Licences</translation>
+    </message>
+    <message>
+        <source>Of the libraries that are part of this page.</source>
+        <translation>Des bibliothèques qui font partie de cette page.</translation>
+    </message>
+    <message>
+        <source>Show the licenses</source>
+        <translation>Afficher les licences</translation>
+    </message>
+    <message>
         <source>Light</source>
         <translation>Clair</translation>
     </message>

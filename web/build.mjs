@@ -6,6 +6,7 @@ import { fileURLToPath } from "node:url";
 import { gzipSync } from "node:zlib";
 
 import { cataloguesPlugin } from "./catalogues.mjs";
+import { notices } from "./notices.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const at = process.argv.indexOf("--out");
@@ -32,6 +33,7 @@ async function finish(result) {
     const page = await readFile(join(here, "public/index.html"), "utf8");
     await write("index.html",
         page.replace("MAIN_CSS", "/" + entry(".css")).replace("MAIN_JS", "/" + entry(".js")));
+    await write("notices.txt", await notices(Object.keys(result.metafile.inputs)));
     for (const file of await readdir(join(here, "public"))) {
         if (file !== "index.html")
             await write(file, await readFile(join(here, "public", file)));
@@ -50,7 +52,8 @@ const options = {
     jsx: "automatic",
     jsxImportSource: "preact",
     minify: true,
-    legalComments: "none",
+    legalComments: "none", // they are in notices.txt
+    metafile: true,
     logLevel: "warning",
     write: false,
     plugins: [

@@ -21,6 +21,7 @@ constexpr Type Types[] = {
     {".html", "text/html; charset=utf-8"},
     {".js", "text/javascript; charset=utf-8"},
     {".css", "text/css; charset=utf-8"},
+    {".txt", "text/plain; charset=utf-8"},
     {".svg", "image/svg+xml"},
     {".png", "image/png"},
     {".webmanifest", "application/manifest+json"},

@@ -75,9 +75,11 @@ TEST_F(WebFilesTest, NamesTypesAndKeepsWhatHasItsHashInItsName)
     writePage();
     write(QStringLiteral("assets/main-1.css"), "style");
     write(QStringLiteral("favicon.svg"), "<svg/>");
+    write(QStringLiteral("notices.txt"), "licenses");
     EXPECT_EQ(get("/assets/main-1.js").type, "text/javascript; charset=utf-8");
     EXPECT_EQ(get("/assets/main-1.css").type, "text/css; charset=utf-8");
     EXPECT_EQ(get("/favicon.svg").type, "image/svg+xml");
+    EXPECT_EQ(get("/notices.txt").type, "text/plain; charset=utf-8");
     EXPECT_EQ(
         headerOf(get("/assets/main-1.js"), "Cache-Control"), "public, max-age=31536000, immutable");
     EXPECT_EQ(headerOf(get("/favicon.svg"), "Cache-Control"), "no-cache");

@@ -40,6 +40,15 @@ export function PageSettings() {
                         </button>
                     </div>
                 </div>
+                <div class="row">
+                    <div class="body value">
+                        <span class="texts">
+                            <span class="title">{t("Licenses")}</span>
+                            <span class="description">{t("Of the libraries that are part of this page.")}</span>
+                        </span>
+                        <a class="plain-button" href="/notices.txt" target="_blank" rel="noopener">{t("Show the licenses")}</a>
+                    </div>
+                </div>
             </div>
         </section>
     );

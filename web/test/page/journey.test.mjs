@@ -1,5 +1,6 @@
 // A first visit: what somebody does who has never seen the page.
 import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
 import { after, before, test } from "node:test";
 
 import { expectEventually, launch, newPage, onlyProblemsOf, Product } from "./support.mjs";
@@ -256,4 +257,16 @@ test("survives a restart of the host", async () => {
 
 test("logged no error and asked nobody but the host", () => {
     onlyProblemsOf(page);
+});
+
+test("shows the licenses of the libraries that are part of it", async () => {
+    const dependencies = Object.keys(JSON.parse(
+        await readFile(new URL("../../package.json", import.meta.url), "utf8")).dependencies);
+    const text = await (await fetch(new URL("/notices.txt", product.url))).text();
+    for (const name of dependencies)
+        assert.match(text, new RegExp(`^${name} \\d.* \\(.+\\)\n\n[^]*?Copyright`, "m"), name);
+    await page.goto(product.url);
+    await page.getByRole("link", { name: "Settings" }).click();
+    const link = page.getByRole("link", { name: "Show the licenses" });
+    assert.equal(await link.getAttribute("href"), "/notices.txt");
 });
