@@ -120,7 +120,7 @@ TEST_F(WebFilesTest, SaysWhenNothingHasChanged)
 TEST_F(WebFilesTest, OwnsTheFilesOfItsFolderAndNoOtherPath)
 {
     writePage();
-    write(QStringLiteral("notes.txt"), "of no type that is served");
+    write(QStringLiteral("notes.bak"), "of no type that is served");
     write(QStringLiteral(".hidden.js"), "hidden");
     QFile::link(QStringLiteral("/etc/hostname"), m_folder.filePath(QStringLiteral("linked.js")));
     const WebFiles files(m_folder.path());
@@ -128,7 +128,7 @@ TEST_F(WebFilesTest, OwnsTheFilesOfItsFolderAndNoOtherPath)
     EXPECT_TRUE(files.owns("/index.html"));
     EXPECT_TRUE(files.owns("/assets/main-1.js"));
     for (const char *path : {"", "//", "/assets", "/assets/", "/assets/main-1.js.gz",
-             "/assets/../index.html", "/../secret.js", "/./index.html", "/INDEX.HTML", "/notes.txt",
+             "/assets/../index.html", "/../secret.js", "/./index.html", "/INDEX.HTML", "/notes.bak",
              "/.hidden.js", "/linked.js", "/index.html/"})
         EXPECT_FALSE(files.owns(path)) << path;
 }
