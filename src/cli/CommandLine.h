@@ -3,14 +3,21 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
+#include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 /// \file
-/// Command lines as all programs here read them. Pure functions, any thread.
+/// Command lines as all programs here read them. On one thread; what is read into has to outlive
+/// the reading. CLI11 stays behind this header: a source that includes it takes ten seconds to
+/// compile.
 
 /// Why a program ends before it begins: the exit status (0 after a text that was asked for, 2 for
 /// bad usage) and the text.
@@ -19,9 +26,95 @@ struct CommandLineEnd {
     QString text;
 };
 
-/// Reads \a arguments, without the program's name, into what \a app is bound to. Nothing when the
-/// program is to go on. Never throws.
-std::optional<CommandLineEnd> readCommandLine(CLI::App &app, const QStringList &arguments);
+/// An option, a flag or an argument of a command. A handle: copy freely while the CommandLine
+/// lives.
+class CommandOption {
+public:
+    explicit CommandOption(CLI::Option *option)
+        : m_option(option)
+    {
+    }
+
+    CommandOption &required();
+    /// How the help names its value.
+    CommandOption &valueName(const char *name);
+    CommandOption &between(int least, int most);
+    CommandOption &between(double least, double most);
+    /// One value each time it is named.
+    CommandOption &oneAtATime();
+    /// A flag that takes no "=false".
+    CommandOption &plain();
+    CommandOption &excludes(const CommandOption &other);
+    CommandOption &needs(const CommandOption &other);
+
+    /// Whether it was on the command line.
+    bool isGiven() const;
+
+private:
+    CLI::Option *m_option;
+};
+
+/// A command with its options, arguments and commands below it. A handle as well.
+///
+/// Names are those of CLI11: "-l,--long", or "PLACE" for an argument.
+class Command {
+public:
+    explicit Command(CLI::App *app)
+        : m_app(app)
+    {
+    }
+
+    Command add(const char *name, const char *description);
+    CommandOption addOption(const char *names, std::string &into, const char *description);
+    CommandOption addOption(
+        const char *names, std::optional<std::string> &into, const char *description);
+    CommandOption addOption(
+        const char *names, std::vector<std::string> &into, const char *description);
+    CommandOption addOption(const char *names, int &into, const char *description);
+    CommandOption addOption(const char *names, unsigned &into, const char *description);
+    CommandOption addOption(const char *names, double &into, const char *description);
+    CommandOption addFlag(const char *names, bool &into, const char *description);
+
+    /// One of the commands below has to be named.
+    void requireCommand();
+    /// \a chosen is called when it was named, once all is read.
+    void onChosen(std::function<void()> chosen);
+
+    /// The commands below it.
+    QStringList commands() const;
+    std::optional<Command> command(const QString &name) const;
+    /// The long options of this command and of those above it.
+    QStringList options() const;
+    /// Whether the option \a name of this command, or of one above, takes a value; nothing when
+    /// there is none of that name.
+    std::optional<bool> takesValue(const QString &name) const;
+
+protected:
+    CLI::App *m_app;
+};
+
+/// What a program takes on its command line.
+class CommandLine : public Command {
+public:
+    CommandLine(const char *description, const char *program = "");
+    ~CommandLine();
+    CommandLine(const CommandLine &) = delete;
+    CommandLine &operator=(const CommandLine &) = delete;
+
+    /// What --version prints.
+    void setVersion(const char *version);
+    /// What the help ends with.
+    void setFooter(const char *footer);
+    /// Its options may stand behind a command as well.
+    void allowOptionsAnywhere();
+
+    /// Reads \a arguments, without the program's name. Nothing when the program is to go on. Never
+    /// throws.
+    std::optional<CommandLineEnd> read(const QStringList &arguments);
+
+private:
+    std::unique_ptr<CLI::App> m_owned;
+};
 
 /// The arguments of main() after the program's name.
 QStringList commandLineArguments(int argc, char **argv);

@@ -6,8 +6,8 @@
 #include "api/values/VeskTuneInAccount.h"
 #include "api/values/VeskValue.h"
 
-#include <CLI/CLI.hpp>
-
+#include <memory>
+#include <string>
 #include <unistd.h>
 
 namespace {
@@ -159,9 +159,8 @@ CtlStatus Account::tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &
     }
 }
 
-CLI::App *addOperation(CLI::App &account, Commands &commands, const char *name,
-    const char *description, Operation::Enum operation,
-    const std::shared_ptr<AccountArguments> &arguments)
+Command addOperation(Command account, Commands &commands, const char *name, const char *description,
+    Operation::Enum operation, const std::shared_ptr<AccountArguments> &arguments)
 {
     return commands.add(account, name, description, [operation, arguments](HostSession &session) {
         VeskTuneInAccount sent;
@@ -175,38 +174,37 @@ CLI::App *addOperation(CLI::App &account, Commands &commands, const char *name,
     });
 }
 
-void addUser(CLI::App *command, AccountArguments &into)
+void addUser(Command command, AccountArguments &into)
 {
-    command->add_option("USER", into.userName, "The account's user name")->required();
+    command.addOption("USER", into.userName, "The account's user name").required();
 }
 
-void addEmail(CLI::App *command, AccountArguments &into)
+void addEmail(Command command, AccountArguments &into)
 {
-    command->add_option("EMAIL", into.email, "The account's e-mail address")->required();
+    command.addOption("EMAIL", into.email, "The account's e-mail address").required();
 }
 
-void addNewAccount(CLI::App *create, AccountArguments &into)
+void addNewAccount(Command create, AccountArguments &into)
 {
     addUser(create, into);
-    create->add_option("--email", into.email, "Its e-mail address")->required();
-    CLI::Option *postalCode
-        = create->add_option("--postal-code", into.postalCode, "Where you live");
-    CLI::Option *city = create->add_option("--city", into.city, "Where you live");
-    CLI::Option *country = create->add_option("--country-id", into.countryId, "The city's country");
-    postalCode->excludes(city)->excludes(country);
-    city->needs(country);
-    country->needs(city);
+    create.addOption("--email", into.email, "Its e-mail address").required();
+    CommandOption postalCode = create.addOption("--postal-code", into.postalCode, "Where you live");
+    CommandOption city = create.addOption("--city", into.city, "Where you live");
+    CommandOption country = create.addOption("--country-id", into.countryId, "The city's country");
+    postalCode.excludes(city).excludes(country);
+    city.needs(country);
+    country.needs(city);
 }
 
 } // namespace
 
-void addAccountCommands(CLI::App &app, Commands &commands)
+void addAccountCommands(Command app, Commands &commands)
 {
-    CLI::App *account = app.add_subcommand("account", "Link this device to an account");
-    account->require_subcommand(1);
+    Command account = app.add("account", "Link this device to an account");
+    account.requireCommand();
     const auto arguments = std::make_shared<AccountArguments>();
     const auto add = [&](const char *name, const char *description, Operation::Enum operation) {
-        return addOperation(*account, commands, name, description, operation, arguments);
+        return addOperation(account, commands, name, description, operation, arguments);
     };
     add("status", "Tell the account of this device", Operation::query);
     add("claim", "Get a code to link this device with", Operation::claim);

@@ -1,10 +1,11 @@
 #include "ctl/CtlCommandLine.h"
 
 #include "api/web/VeskUrl.h"
-#include "cli/CommandLine.h"
 #include "ctl/UnknownWords.h"
 
-#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -24,21 +25,21 @@ constexpr char Help[]
       "VESK_HOST in the environment says where the host is when --host does not.";
 
 struct Globals {
-    std::string host;
+    std::optional<std::string> host;
     bool json = false;
-    std::string service;
+    std::optional<std::string> service;
 };
 
-void addEverything(CLI::App &app, Globals &into, Commands &commands)
+void addEverything(CommandLine &app, Globals &into, Commands &commands)
 {
-    app.set_version_flag("--version", "veskctl " VESK_VERSION);
-    app.add_option("--host", into.host, "Where the host is (127.0.0.1:8765)")->type_name("ADDRESS");
-    app.add_flag("--json", into.json, "Print JSON, errors as well");
-    app.add_option("--in", into.service, "The service; without it, the only one that there is")
-        ->type_name("PATH");
-    app.require_subcommand(1);
-    app.fallthrough();
-    app.footer(Help);
+    app.setVersion("veskctl " VESK_VERSION);
+    app.addOption("--host", into.host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
+    app.addFlag("--json", into.json, "Print JSON, errors as well");
+    app.addOption("--in", into.service, "The service; without it, the only one that there is")
+        .valueName("PATH");
+    app.requireCommand();
+    app.allowOptionsAnywhere();
+    app.setFooter(Help);
     addScreenCommands(app, commands);
     addPlayerCommands(app, commands);
     addMenuCommands(app, commands);
@@ -60,18 +61,17 @@ QString setHost(CtlOptions &options, const QString &host)
     return {};
 }
 
-QString apply(const CLI::App &app, const Globals &globals, const QString &environmentHost,
-    CtlOptions &options)
+QString apply(const Globals &globals, const QString &environmentHost, CtlOptions &options)
 {
     options.json = globals.json;
-    if (app.count("--in") > 0) {
-        const QString service = QString::fromStdString(globals.service);
+    if (globals.service) {
+        const QString service = QString::fromStdString(*globals.service);
         options.service = CMPath::fromEncoded(service);
         if (options.service.isEmpty())
             return QStringLiteral("\"%1\" is no path").arg(service);
     }
-    if (app.count("--host") > 0)
-        return setHost(options, QString::fromStdString(globals.host));
+    if (globals.host)
+        return setHost(options, QString::fromStdString(*globals.host));
     return environmentHost.isEmpty() ? QString() : setHost(options, environmentHost);
 }
 
@@ -87,16 +87,16 @@ CtlCommandLine ended(int status, const QString &output, const QStringList &argum
 
 } // namespace
 
-CLI::App *Commands::add(CLI::App &parent, const char *name, const char *description, Run run)
+Command Commands::add(Command parent, const char *name, const char *description, Run run)
 {
-    CLI::App *command = parent.add_subcommand(name, description);
-    command->callback([this, run = std::move(run)] { m_chosen = run; });
+    Command command = parent.add(name, description);
+    command.onChosen([this, run = std::move(run)] { m_chosen = run; });
     return command;
 }
 
-void addPlace(CLI::App *command, std::vector<std::string> &words, const char *description)
+void addPlace(Command command, std::vector<std::string> &words, const char *description)
 {
-    command->add_option("PLACE", words, description);
+    command.addOption("PLACE", words, description);
 }
 
 QStringList toTexts(const std::vector<std::string> &words)
@@ -109,18 +109,18 @@ QStringList toTexts(const std::vector<std::string> &words)
 
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost)
 {
-    CLI::App app("Browses and plays what a vesk-host offers.", "veskctl");
+    CommandLine app("Browses and plays what a vesk-host offers.", "veskctl");
     Globals globals;
     Commands commands;
     addEverything(app, globals, commands);
     const QString unknown = complainOfUnknownWord(app, arguments);
     if (!unknown.isEmpty())
         return ended(2, unknown, arguments);
-    if (const auto end = readCommandLine(app, arguments))
+    if (const auto end = app.read(arguments))
         return ended(end->status, end->text, arguments);
 
     CtlCommandLine result;
-    const QString complaint = apply(app, globals, environmentHost, result.options);
+    const QString complaint = apply(globals, environmentHost, result.options);
     if (!complaint.isEmpty())
         return ended(2, complaint, arguments);
     result.run = commands.chosen();

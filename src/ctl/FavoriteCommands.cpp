@@ -3,7 +3,9 @@
 
 #include "api/values/VeskMediaData.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -150,13 +152,13 @@ CtlStatus Favorites::tell(const Menu &item, bool isFavorite, bool changed)
 
 } // namespace
 
-void addFavoriteCommands(CLI::App &app, Commands &commands)
+void addFavoriteCommands(Command app, Commands &commands)
 {
-    CLI::App *favorite = app.add_subcommand("favorite", "Change the favorites");
-    favorite->require_subcommand(1);
+    Command favorite = app.add("favorite", "Change the favorites");
+    favorite.requireCommand();
     const auto addChange = [&](const char *name, const char *description, bool add) {
         const auto words = std::make_shared<std::vector<std::string>>();
-        addPlace(commands.add(*favorite, name, description,
+        addPlace(commands.add(favorite, name, description,
                      [words, add](HostSession &session) {
                          return Favorites(session).change(toTexts(*words), add);
                      }),

@@ -2,7 +2,9 @@
 #include "ctl/Menus.h"
 #include "ctl/Player.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -92,19 +94,17 @@ CtlStatus streams(HostSession &session, const MenuArguments &arguments)
     return showOrChoose(session, screen, arguments.words.empty(), arguments);
 }
 
-void addArguments(CLI::App *command, const char *choice, MenuArguments &into)
+void addArguments(Command command, const char *choice, MenuArguments &into)
 {
     addPlace(command, into.words, "The row; without it, what plays");
-    command->add_option("--choose", into.choice, choice)
-        ->type_name("N")
-        ->check(CLI::Range(0, 1000000000));
-    command->add_flag("-l,--long", into.paths, "With the rows' paths");
-    command->add_flag("--wait", into.wait, "End when it is heard, where the choice plays");
+    command.addOption("--choose", into.choice, choice).valueName("N").between(0, 1000000000);
+    command.addFlag("-l,--long", into.paths, "With the rows' paths");
+    command.addFlag("--wait", into.wait, "End when it is heard, where the choice plays");
 }
 
 } // namespace
 
-void addMenuCommands(CLI::App &app, Commands &commands)
+void addMenuCommands(Command app, Commands &commands)
 {
     const auto ofMenu = std::make_shared<MenuArguments>();
     addArguments(commands.add(app, "menu", "Show the menu of a row, or of what plays",

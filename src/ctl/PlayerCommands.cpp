@@ -2,7 +2,9 @@
 #include "ctl/Player.h"
 #include "ctl/RowText.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -151,14 +153,14 @@ CtlStatus play(HostSession &session, const PlayArguments &arguments)
 
 } // namespace
 
-void addPlayerCommands(CLI::App &app, Commands &commands)
+void addPlayerCommands(Command app, Commands &commands)
 {
     const auto played = std::make_shared<PlayArguments>();
-    CLI::App *playIt = commands.add(app, "play", "Play a row, or the best hit of a search",
+    Command playIt = commands.add(app, "play", "Play a row, or the best hit of a search",
         [played](HostSession &session) { return play(session, *played); });
-    playIt->add_option("PLACE", played->words, "The row or list; or a name, which is searched for")
-        ->required();
-    playIt->add_flag("--wait", played->wait, "End when it is heard, or cannot be");
+    playIt.addOption("PLACE", played->words, "The row or list; or a name, which is searched for")
+        .required();
+    playIt.addFlag("--wait", played->wait, "End when it is heard, or cannot be");
 
     const auto addAction = [&](const char *name, const char *description) {
         commands.add(app, name, description, [name](HostSession &session) {
@@ -176,5 +178,5 @@ void addPlayerCommands(CLI::App &app, Commands &commands)
                 Player player(session);
                 return *watch ? player.watch() : player.status();
             })
-        ->add_flag("--watch", *watch, "Go on with every change");
+        .addFlag("--watch", *watch, "Go on with every change");
 }

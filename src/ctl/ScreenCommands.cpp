@@ -2,7 +2,9 @@
 #include "ctl/Places.h"
 #include "ctl/RowText.h"
 
-#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -19,16 +21,16 @@ struct ValueArguments {
     std::string value;
 };
 
-void addList(CLI::App *command, ListArguments &into)
+void addList(Command command, ListArguments &into)
 {
-    const CLI::Range count(0, 1000000000);
-    command->add_flag("-l,--long", into.paths, "With the rows' paths");
-    command->add_option("--first", into.range.first, "The first row to show, from 0")->check(count);
-    CLI::Option *last
-        = command->add_option("--last", into.range.last, "The last row to show")->check(count);
-    command->add_option("--limit", into.limit, "How many rows to show")
-        ->check(CLI::Range(1, 1000000000))
-        ->excludes(last);
+    command.addFlag("-l,--long", into.paths, "With the rows' paths");
+    command.addOption("--first", into.range.first, "The first row to show, from 0")
+        .between(0, 1000000000);
+    CommandOption last = command.addOption("--last", into.range.last, "The last row to show")
+                             .between(0, 1000000000);
+    command.addOption("--limit", into.limit, "How many rows to show")
+        .between(1, 1000000000)
+        .excludes(last);
 }
 
 CtlStatus readForm(HostSession &session, const ListArguments &arguments, ListForm &form)
@@ -148,18 +150,18 @@ CtlStatus set(HostSession &session, const ValueArguments &arguments)
 
 } // namespace
 
-void addScreenCommands(CLI::App &app, Commands &commands)
+void addScreenCommands(Command app, Commands &commands)
 {
     const auto lists = std::make_shared<ListArguments>();
-    CLI::App *ls = commands.add(
+    Command ls = commands.add(
         app, "ls", "Show a list", [lists](HostSession &session) { return list(session, *lists); });
     addPlace(ls, lists->words, "The list; without it, what there is");
     addList(ls, *lists);
 
     const auto searched = std::make_shared<ListArguments>();
-    CLI::App *find = commands.add(app, "search", "Search and show what is found",
+    Command find = commands.add(app, "search", "Search and show what is found",
         [searched](HostSession &session) { return search(session, *searched); });
-    find->add_option("WORD", searched->words, "What to search for")->required();
+    find.addOption("WORD", searched->words, "What to search for").required();
     addList(find, *searched);
 
     const auto marked = std::make_shared<ListArguments>();
@@ -170,14 +172,14 @@ void addScreenCommands(CLI::App &app, Commands &commands)
         *marked);
 
     const auto read = std::make_shared<ValueArguments>();
-    CLI::App *getValue = commands.add(
+    Command getValue = commands.add(
         app, "get", "Print a value", [read](HostSession &session) { return get(session, *read); });
-    getValue->add_option("PLACE", read->place, "The value, row or list")->required();
-    getValue->add_option("ROLE", read->roles, "What of it (value)");
+    getValue.addOption("PLACE", read->place, "The value, row or list").required();
+    getValue.addOption("ROLE", read->roles, "What of it (value)");
 
     const auto written = std::make_shared<ValueArguments>();
-    CLI::App *setValue = commands.add(app, "set", "Change a value",
+    Command setValue = commands.add(app, "set", "Change a value",
         [written](HostSession &session) { return set(session, *written); });
-    setValue->add_option("PLACE", written->place, "The value")->required();
-    setValue->add_option("VALUE", written->value, "What it shall be")->required();
+    setValue.addOption("PLACE", written->place, "The value").required();
+    setValue.addOption("VALUE", written->value, "What it shall be").required();
 }

@@ -1,10 +1,9 @@
 #include "ctl/UnknownWords.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QVector>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
@@ -27,45 +26,6 @@ int distance(const QString &a, const QString &b)
         }
     }
     return rows[a.size()][b.size()];
-}
-
-QStringList commandsOf(const CLI::App &app)
-{
-    QStringList names;
-    for (const CLI::App *command : app.get_subcommands([](const CLI::App *) { return true; }))
-        names.append(QString::fromStdString(command->get_name()));
-    return names;
-}
-
-QStringList optionsOf(const CLI::App *app)
-{
-    QStringList names;
-    for (; app; app = app->get_parent()) {
-        for (const CLI::Option *option : app->get_options()) {
-            for (const std::string &name : option->get_lnames())
-                names.append(QStringLiteral("--") + QString::fromStdString(name));
-        }
-    }
-    return names;
-}
-
-/// Also one that belongs to a command above.
-const CLI::Option *optionOf(const CLI::App *app, const QString &name)
-{
-    for (; app; app = app->get_parent()) {
-        if (const CLI::Option *option = app->get_option_no_throw(name.toStdString()))
-            return option;
-    }
-    return nullptr;
-}
-
-const CLI::App *commandOf(const CLI::App &app, const QString &name)
-{
-    for (const CLI::App *command : app.get_subcommands([](const CLI::App *) { return true; })) {
-        if (command->get_name() == name.toStdString())
-            return command;
-    }
-    return nullptr;
 }
 
 QString complaint(const QString &word, const char *kind, const QStringList &known)
@@ -99,30 +59,29 @@ QString nearest(const QString &word, const QStringList &candidates)
     return best;
 }
 
-QString complainOfUnknownWord(const CLI::App &app, const QStringList &arguments)
+QString complainOfUnknownWord(const Command &program, const QStringList &arguments)
 {
-    const CLI::App *at = &app;
+    Command at = program;
     for (int i = 0; i < arguments.size(); ++i) {
         const QString &word = arguments.at(i);
         if (word == QLatin1String("--"))
             break;
         if (word.startsWith(QLatin1Char('-')) && word.size() > 1) {
             const QString name = word.section(QLatin1Char('='), 0, 0);
-            const CLI::Option *option = optionOf(at, name);
-            if (!option)
-                return complaint(name, "option", optionsOf(at));
-            const bool hasValue = option->get_items_expected_max() > 0;
-            if (hasValue && !word.contains(QLatin1Char('=')))
+            const std::optional<bool> hasValue = at.takesValue(name);
+            if (!hasValue)
+                return complaint(name, "option", at.options());
+            if (*hasValue && !word.contains(QLatin1Char('=')))
                 ++i;
             continue;
         }
-        const QStringList names = commandsOf(*at);
+        const QStringList names = at.commands();
         if (names.isEmpty())
             continue;
-        const CLI::App *command = commandOf(*at, word);
+        const std::optional<Command> command = at.command(word);
         if (!command)
             return complaint(word, "command", names);
-        at = command;
+        at = *command;
     }
     return {};
 }

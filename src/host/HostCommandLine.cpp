@@ -3,9 +3,9 @@
 #include "cli/CommandLine.h"
 #include "host/HostConfigFile.h"
 
-#include <CLI/CLI.hpp>
-
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -26,40 +26,37 @@ struct Arguments {
     std::optional<std::string> logSize;
 };
 
-void addOptions(CLI::App &app, Arguments &into)
+void addOptions(CommandLine &app, Arguments &into)
 {
-    app.add_option("--config", into.config, "A file with these options")->type_name("FILE");
-    app.add_option("--plugin", into.plugins, "A plug-in to load")
-        ->type_name("FILE.so")
-        ->allow_extra_args(false);
-    app.add_option("--listen", into.listen, "Where to serve clients (127.0.0.1:8765)")
-        ->type_name("ADDRESS:PORT");
-    app.add_option("--set", into.values, "Sets a value and keeps it as it is")
-        ->type_name("PATH=VALUE")
-        ->allow_extra_args(false);
-    app.add_option("--connect-to", into.connectTo, "Connects elsewhere for HOST:PORT")
-        ->type_name("HOST:PORT:ADDRESS:PORT")
-        ->allow_extra_args(false);
-    app.add_option("--ca-file", into.caFile, "One more certificate authority to trust")
-        ->type_name("FILE");
-    app.add_option("--audio", into.audio, "Where sound goes (auto)")
-        ->type_name("auto|null|wav:FILE");
-    app.add_flag("--in-process", into.inProcess,
+    app.addOption("--config", into.config, "A file with these options").valueName("FILE");
+    app.addOption("--plugin", into.plugins, "A plug-in to load").valueName("FILE.so").oneAtATime();
+    app.addOption("--listen", into.listen, "Where to serve clients (127.0.0.1:8765)")
+        .valueName("ADDRESS:PORT");
+    app.addOption("--set", into.values, "Sets a value and keeps it as it is")
+        .valueName("PATH=VALUE")
+        .oneAtATime();
+    app.addOption("--connect-to", into.connectTo, "Connects elsewhere for HOST:PORT")
+        .valueName("HOST:PORT:ADDRESS:PORT")
+        .oneAtATime();
+    app.addOption("--ca-file", into.caFile, "One more certificate authority to trust")
+        .valueName("FILE");
+    app.addOption("--audio", into.audio, "Where sound goes (auto)").valueName("auto|null|wav:FILE");
+    app.addFlag("--in-process", into.inProcess,
            "Runs plug-ins in this process, where one that crashes ends the host")
-        ->disable_flag_override();
-    app.add_option("--restart-wait", into.restartWait,
+        .plain();
+    app.addOption("--restart-wait", into.restartWait,
            "The longest wait before a plug-in that crashed is started again (30)")
-        ->type_name("SECONDS");
-    app.add_option("--watchdog", into.watchdog,
+        .valueName("SECONDS");
+    app.addOption("--watchdog", into.watchdog,
            "How long the main loop may stand still before the host aborts, 0 for ever (10)")
-        ->type_name("SECONDS");
-    app.add_option("--state-dir", into.stateFolder, "Where settings are kept")->type_name("DIR");
-    app.add_option("--log-level", into.logLevel, "How much is logged (info)")
-        ->type_name("trace|debug|info|warn|error");
-    app.add_option("--log-file", into.logFile, "Where the log goes (standard error)")
-        ->type_name("FILE");
-    app.add_option("--log-size", into.logSize, "How large the log's file grows (10), 0: any size")
-        ->type_name("MIB");
+        .valueName("SECONDS");
+    app.addOption("--state-dir", into.stateFolder, "Where settings are kept").valueName("DIR");
+    app.addOption("--log-level", into.logLevel, "How much is logged (info)")
+        .valueName("trace|debug|info|warn|error");
+    app.addOption("--log-file", into.logFile, "Where the log goes (standard error)")
+        .valueName("FILE");
+    app.addOption("--log-size", into.logSize, "How large the log's file grows (10), 0: any size")
+        .valueName("MIB");
 }
 
 QString text(const std::string &argument)
@@ -133,11 +130,12 @@ HostCommandLine ended(int status, const QString &output)
 
 HostCommandLine parseHostCommandLine(const QStringList &arguments)
 {
-    CLI::App app("Plays internet radio through plug-ins; browse it with a web browser or veskctl.",
+    CommandLine app(
+        "Plays internet radio through plug-ins; browse it with a web browser or veskctl.",
         "vesk-host");
     Arguments read;
     addOptions(app, read);
-    if (const auto end = readCommandLine(app, arguments))
+    if (const auto end = app.read(arguments))
         return ended(end->status, end->text);
 
     HostCommandLine result;

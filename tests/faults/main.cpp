@@ -4,7 +4,6 @@
 #include "cli/CommandLine.h"
 #include "tests/faults/Report.h"
 
-#include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
@@ -15,6 +14,8 @@
 #include <cstdio>
 #include <curl/curl.h>
 #include <mutex>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -72,13 +73,14 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     curl_global_init(CURL_GLOBAL_DEFAULT);
     Options options;
-    CLI::App app("Plays streams, servers and processes that go wrong, and tells what came of it.");
-    app.add_flag("--quick", options.quick, "only those of the short form");
-    app.add_flag("--list", options.list, "only their names");
-    app.add_option("--jobs", options.jobs, "how many side by side")->check(CLI::Range(1, 32));
-    app.add_option("--only", options.only, "only those whose names fit this regular expression");
-    app.add_option("--keep", options.keep, "a folder for logs and recordings");
-    if (const auto end = readCommandLine(app, commandLineArguments(argc, argv))) {
+    CommandLine app(
+        "Plays streams, servers and processes that go wrong, and tells what came of it.");
+    app.addFlag("--quick", options.quick, "only those of the short form");
+    app.addFlag("--list", options.list, "only their names");
+    app.addOption("--jobs", options.jobs, "how many side by side").between(1, 32);
+    app.addOption("--only", options.only, "only those whose names fit this regular expression");
+    app.addOption("--keep", options.keep, "a folder for logs and recordings");
+    if (const auto end = app.read(commandLineArguments(argc, argv))) {
         std::fprintf(end->status == 0 ? stdout : stderr, "%s\n", qPrintable(end->text));
         return end->status;
     }

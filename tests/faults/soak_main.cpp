@@ -4,13 +4,14 @@
 #include "cli/CommandLine.h"
 #include "tests/faults/Soak.h"
 
-#include <CLI/CLI.hpp>
 #include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <curl/curl.h>
 #include <functional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -128,12 +129,12 @@ int main(int argc, char **argv)
     unsigned seed = 1;
     std::string csvName = "soak.csv";
     std::string keep;
-    CLI::App app("Runs a host for a long time, with everything that goes wrong.");
-    app.add_option("minutes", minutes, "how long")->check(CLI::Range(0.5, 1440.0));
-    app.add_option("--seed", seed, "what is done in which order");
-    app.add_option("--csv", csvName, "where the samples are written");
-    app.add_option("--keep", keep, "a folder for the host's log");
-    if (const auto end = readCommandLine(app, commandLineArguments(argc, argv))) {
+    CommandLine app("Runs a host for a long time, with everything that goes wrong.");
+    app.addOption("minutes", minutes, "how long").between(0.5, 1440.0);
+    app.addOption("--seed", seed, "what is done in which order");
+    app.addOption("--csv", csvName, "where the samples are written");
+    app.addOption("--keep", keep, "a folder for the host's log");
+    if (const auto end = app.read(commandLineArguments(argc, argv))) {
         std::fprintf(end->status == 0 ? stdout : stderr, "%s\n", qPrintable(end->text));
         return end->status;
     }
