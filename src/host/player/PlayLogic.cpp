@@ -40,6 +40,15 @@ TrString refusalOf(const VeskRoles &row)
     return refusal.isEmpty() || row.description().isEmpty() ? refusal : row.description();
 }
 
+/// A row that is played as it is says by its kind alone that it is a broadcast.
+bool isStation(const VeskRoles &roles)
+{
+    const VeskMetaData meta = roles.mediaData().metaData();
+    return meta.live()
+        || (meta.prePlayPath().isEmpty()
+            && roles.audioType() == VeskRolesAudioType::AudioBroadcast());
+}
+
 VeskRoles withoutResources(VeskRoles roles)
 {
     VeskMediaData media = roles.mediaData();
@@ -166,13 +175,12 @@ void PlayLogic::startPlayer(const VeskRoles &stream)
         m_firstRoles = stream;
     m_started = true;
     m_trials.noteStarted(stream);
-    const VeskMediaData media = m_roles.mediaData();
-    const VeskResource resource = media.activeResource();
+    const VeskResource resource = m_roles.mediaData().activeResource();
     m_bitRate = resource.bitRate();
     m_streamTitle.clear();
     publish();
     m_player->play(
-        {QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode), media.metaData().live()});
+        {QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode), isStation(m_roles)});
 }
 
 CMError PlayLogic::pause()

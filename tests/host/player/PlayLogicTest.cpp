@@ -22,6 +22,18 @@ TEST_F(PlayLogicTest, playsARowWithoutSuchAStepAsItIs)
     EXPECT_EQ(player.calls, QStringList {text("play http://stream/file")});
 }
 
+TEST_F(PlayLogicTest, aBroadcastThatIsPlayedAsItIsIsAStation)
+{
+    CMListRowsNode *list
+        = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("broadcasts")));
+    VeskRoles broadcast = row("Broadcast", "http://stream/broadcast", false);
+    broadcast.setAudioType(VeskRolesAudioType::AudioBroadcast());
+    list->rowsAppend(broadcast);
+    play(0, "broadcasts");
+    ASSERT_TRUE(waitForPlayer(1));
+    EXPECT_EQ(player.calls, QStringList {text("play http://stream/broadcast live")});
+}
+
 TEST_F(PlayLogicTest, showsWhatPlays)
 {
     const QString id = play(0);
