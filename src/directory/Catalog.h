@@ -126,6 +126,15 @@ struct Sample {
     std::string file;
 };
 
+/// A server of one station that this one stands in for: clients are told to connect here for it,
+/// and go on naming it.
+struct OtherServer {
+    std::string host; ///< as clients name it: "nine.example.org:8100"
+    std::string path; ///< where its stream is
+    std::string fault; ///< what befalls each request for it, as /_faults takes it
+    Station station; ///< in no list, with one stream
+};
+
 /// One of a station's streams; none without a station.
 struct StreamInstance {
     const Station *station = nullptr;
@@ -150,6 +159,7 @@ struct Catalog {
     std::vector<Artist> artists;
     std::vector<Sample> languageSamples;
     std::vector<Sample> streamSamples;
+    std::vector<OtherServer> otherServers;
     /// Texts by language code ("de"), then by key; "en" is complete.
     std::map<std::string, std::map<std::string, std::string>> texts;
 

@@ -187,7 +187,7 @@ Catalog CatalogReader::load(const YAML::Node &node)
 {
     const YamlEntry root(node, "data file",
         {"page", "home", "stream_sets", "texts", "genres", "categories", "languages", "regions",
-            "stations", "shows", "artists", "language_samples", "stream_samples"});
+            "stations", "shows", "artists", "language_samples", "stream_samples", "other_servers"});
     const YamlEntry page(root.child("page"), "page", {"stations", "shows"});
     m_catalog.pageSize = static_cast<std::size_t>(page.number("stations", 1, 1000));
     m_catalog.showsPerPage = static_cast<std::size_t>(page.number("shows", 1, 1000));
@@ -213,6 +213,8 @@ Catalog CatalogReader::load(const YAML::Node &node)
     each("artists", &CatalogReader::artist);
     each("language_samples", &CatalogReader::languageSample);
     each("stream_samples", &CatalogReader::streamSample);
+    if (root.has("other_servers"))
+        each("other_servers", &CatalogReader::otherServer);
     m_catalog.homeCity = named(root, "city", root.text("home"), m_cities);
     m_catalog.buildIndex();
     return std::move(m_catalog);

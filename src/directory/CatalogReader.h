@@ -44,6 +44,7 @@ private:
     void artist(const YAML::Node &node);
     void languageSample(const YAML::Node &node);
     void streamSample(const YAML::Node &node);
+    void otherServer(const YAML::Node &node);
 
     Catalog m_catalog;
     std::set<std::string> m_ids;

@@ -1,5 +1,6 @@
 #include "directory/CatalogReader.h"
 
+#include "directory/Faults.h"
 #include "directory/Query.h"
 
 #include <cstdio>
@@ -180,6 +181,38 @@ void CatalogReader::streamSample(const YAML::Node &node)
         != std::string::npos)
         entry.fail("\"file\" must be small letters, digits, dots and dashes");
     m_catalog.streamSamples.push_back(std::move(sample));
+}
+
+void CatalogReader::otherServer(const YAML::Node &node)
+{
+    const YamlEntry entry(
+        node, "other server", {"id", "host", "path", "name", "genre", "stream", "fault"});
+    OtherServer server;
+    server.host = entry.text("host");
+    const std::size_t colon = server.host.find(':');
+    if (colon == std::string::npos || parseNumber(server.host.substr(colon + 1)) < 1
+        || server.host.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789.-:")
+            != std::string::npos)
+        entry.fail("\"host\" must be a name in small letters, and a port");
+    for (const OtherServer &other : m_catalog.otherServers) {
+        if (other.host == server.host)
+            entry.fail("the host " + server.host + " is there twice");
+    }
+    server.path = entry.text("path", "/");
+    if (server.path.front() != '/')
+        entry.fail("\"path\" must begin with a slash");
+    server.fault = entry.text("fault");
+    std::string error;
+    if (!Faults::parse(server.fault, error))
+        entry.fail(error);
+    server.station.id = entry.id("id", "s");
+    claim(entry, server.station.id);
+    server.station.name = entry.text("name");
+    server.station.genre = named(entry, "genre", entry.text("genre"), m_genres);
+    server.station.streams.push_back(stream(entry.child("stream")));
+    m_catalog.otherServers.push_back(std::move(server));
+    if (m_catalog.otherServers.size() > Faults::maxFaults)
+        entry.fail("there are too many other servers");
 }
 
 } // namespace directory

@@ -119,6 +119,21 @@ int addSilentListener(SoupServer *server)
     return pair[1];
 }
 
+/// What the other servers do wrong, each at its own stream.
+Faults faultsOf(const std::vector<OtherServer> &servers)
+{
+    Faults faults;
+    for (const OtherServer &server : servers) {
+        std::string error;
+        std::optional<Fault> fault = Faults::parse(server.fault, error);
+        if (!fault)
+            continue; // the reader of the data file lets none of these through
+        fault->path = "/stream/" + server.station.id + '/';
+        faults.add(std::move(*fault));
+    }
+    return faults;
+}
+
 Delivery resetting()
 {
     Delivery delivery;
@@ -138,6 +153,7 @@ void resetAtOnce(GSocket *socket)
 HttpServer::HttpServer(Directory &directory, Faults &faults, RequestLog *log, unsigned idleSeconds)
     : m_directory(directory)
     , m_faults(faults)
+    , m_othersFaults(faultsOf(directory.catalog().otherServers))
     , m_log(log)
     , m_idleSeconds(idleSeconds)
     , m_server(soup_server_new(nullptr, nullptr))
@@ -283,12 +299,17 @@ FaultyAnswer HttpServer::answerFor(ApiRequest &request, const std::string &targe
     const std::optional<Hop> hop = hopOf(target);
     if (hop)
         request.path = percentDecoded(hop->target.substr(0, hop->target.find('?')), false);
+    request.path = pathHere(m_directory.catalog(), request.host, request.path);
     if (m_faults.isDown(request.path))
         return {Answer(), resetting()};
     if (hop && !hop->location.empty())
         return {redirection(hop->location), std::nullopt};
     const auto sound = [this, &request] { return m_directory.handle(request); };
-    const std::optional<Fault> fault = hop ? std::nullopt : m_faults.take(request.path);
+    std::optional<Fault> fault;
+    if (!hop)
+        fault = m_faults.take(request.path);
+    if (!hop && !fault)
+        fault = m_othersFaults.take(request.path);
     return fault ? spoil(*fault, target, sound) : FaultyAnswer {sound(), std::nullopt};
 }
 
@@ -307,6 +328,12 @@ Answer HttpServer::changeFaults(const std::string &method, const std::string &bo
             running.disturb(*disturbance);
     }
     return controlFaults(m_faults, "GET", {});
+}
+
+std::optional<Disturbance> HttpServer::disturbanceAt(const std::string &path)
+{
+    const std::optional<Disturbance> disturbance = m_faults.takeDisturbance(path);
+    return disturbance ? disturbance : m_othersFaults.takeDisturbance(path);
 }
 
 void HttpServer::deliver(SoupServerMessage *message, const Answer &answer, const Delivery &delivery)
@@ -330,7 +357,7 @@ void HttpServer::play(
     if (soup_server_message_get_method(message) == SOUP_METHOD_HEAD)
         delivery.bodyBytes = 0;
     else if (!delivery.disturbance)
-        delivery.disturbance = m_faults.takeDisturbance(path);
+        delivery.disturbance = disturbanceAt(path);
     GIOStream *stream = soup_server_message_steal_connection(message);
     const auto place = m_streams.emplace(m_streams.end());
     try {

@@ -44,6 +44,7 @@ private:
     void serve(SoupServerMessage *message);
     void accept(GIOStream *stream, GSocketConnection *connection, bool secure);
     FaultyAnswer answerFor(ApiRequest &request, const std::string &target);
+    std::optional<Disturbance> disturbanceAt(const std::string &path);
     Answer changeFaults(const std::string &method, const std::string &body);
     void deliver(SoupServerMessage *message, const Answer &answer, const Delivery &delivery);
     void play(SoupServerMessage *message, const Answer &answer, Delivery delivery,
@@ -51,6 +52,7 @@ private:
 
     Directory &m_directory;
     Faults &m_faults;
+    Faults m_othersFaults; ///< of the servers that this one stands in for
     RequestLog *m_log;
     const unsigned m_idleSeconds;
     SoupServer *m_server;

@@ -38,6 +38,8 @@ Options parseOptions(int count, const char *const *arguments)
     app.add_option("--title-seconds", options.titleSeconds, "how long a song lasts, and its title")
         ->type_name("SECONDS")
         ->check(CLI::Range(1, 86400));
+    app.add_flag("--list-hosts", options.listsHosts,
+        "print the hosts of other servers that it stands in for, and end");
     app.add_option("--fault", faults, "do something wrong; may be given several times")
         ->type_name("NAME[@PATH][:ARGUMENT][*COUNT]")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)

@@ -18,6 +18,7 @@ struct Options {
     std::string requestLog;
     int titleSeconds = 0; ///< how long a song lasts; 0: as the data file says
     std::vector<Fault> faults;
+    bool listsHosts = false; ///< to print the other servers' hosts instead of serving
     std::string help; ///< not empty: to be printed instead of serving
 };
 

@@ -134,6 +134,18 @@ Json melodyOf(const Melody &melody, const std::string &path, const std::string &
 
 } // namespace
 
+std::string pathHere(const Catalog &catalog, const std::string &host, const std::string &path)
+{
+    // The port that a scheme has by itself goes unsaid.
+    const std::string named = host.find(':') == std::string::npos ? host + ":80" : host;
+    for (const OtherServer &server : catalog.otherServers) {
+        if (path == server.path && equalIgnoringCase(named, server.host))
+            return "/stream/" + server.station.id + "/1."
+                + streamExtension(server.station.streams.front());
+    }
+    return path;
+}
+
 Streams::Streams(const Catalog &catalog)
     : m_catalog(catalog)
 {
@@ -145,7 +157,13 @@ Streams::Streams(const Catalog &catalog)
 
 const Station *Streams::stationOf(const std::string &id) const
 {
-    return id == m_samples.id ? &m_samples : m_catalog.station(id);
+    if (id == m_samples.id)
+        return &m_samples;
+    for (const OtherServer &server : m_catalog.otherServers) {
+        if (server.station.id == id)
+            return &server.station;
+    }
+    return m_catalog.station(id);
 }
 
 std::optional<Streams::Place> Streams::placeOf(

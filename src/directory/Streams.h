@@ -14,6 +14,10 @@ namespace directory {
 
 constexpr char melodyPath[] = "/_tunes";
 
+/// The path here of what `host` has at `path`: the same, unless it is one of the other servers that
+/// this one stands in for.
+std::string pathHere(const Catalog &catalog, const std::string &host, const std::string &path);
+
 class Streams {
 public:
     explicit Streams(const Catalog &catalog);

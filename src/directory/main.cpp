@@ -90,6 +90,11 @@ int main(int argc, char **argv)
             const std::string line = error.line() > 0 ? ':' + std::to_string(error.line()) : "";
             return complain(file + line + ": " + error.what());
         }
+        if (options.listsHosts) {
+            for (const OtherServer &server : catalog.otherServers)
+                std::printf("%s\n", server.host.c_str());
+            return 0;
+        }
         if (options.titleSeconds > 0)
             catalog.songSeconds = options.titleSeconds;
         serve(options, std::move(catalog));

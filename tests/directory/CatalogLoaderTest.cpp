@@ -154,6 +154,31 @@ TEST(CatalogLoader, RefusesValuesOutOfBounds)
         smallFile(std::string(goodStation) + "    slogan: " + tooLong + '\n'), 29, "too long");
 }
 
+TEST(CatalogLoader, ReadsOtherServers)
+{
+    const auto file = [](const std::string &host, const std::string &rest) {
+        return smallFile(goodStation)
+            + "other_servers:\n"
+              "  - {id: s2, host: \"a.example.org:80\", name: A, genre: Folk, fault: reset,\n"
+              "     stream: {codec: mp3, bitrate: 128}}\n"
+              "  - {id: s3, host: \""
+            + host + "\", name: B, genre: Folk, stream: {codec: aac, bitrate: 64}, " + rest + "}\n";
+    };
+    const Catalog catalog = parseCatalog(file("b.example.org:81", "path: /b.aac, fault: stall"));
+    ASSERT_EQ(catalog.otherServers.size(), 2u);
+    EXPECT_EQ(catalog.otherServers[0].path, "/");
+    EXPECT_EQ(catalog.otherServers[1].path, "/b.aac");
+    EXPECT_EQ(catalog.otherServers[1].station.name, "B");
+    EXPECT_EQ(catalog.stations.size(), 1u);
+
+    expectMistake(file("a.example.org:80", "fault: stall"), 33, "twice");
+    expectMistake(file("b.example.org", "fault: stall"), 33, "host");
+    expectMistake(file("b.example.org:x", "fault: stall"), 33, "host");
+    expectMistake(file("b.example.org:81", "fault: nonsense"), 33, "nonsense");
+    expectMistake(file("b.example.org:81", "fault: stall, path: b"), 33, "path");
+    expectMistake(file("b.example.org:81", "path: /b"), 33, "fault");
+}
+
 TEST(CatalogLoader, SaysThatAFileIsNotThere)
 {
     try {

@@ -15,10 +15,10 @@ Options parsed(std::vector<const char *> arguments)
 
 TEST(Options, ReadsAllOfThem)
 {
-    const Options options = parsed(
-        {"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert", "c.pem", "--key", "k.pem",
-            "--data", "d.yaml", "--accounts", "a.json", "--request-log", "r.log", "--fault",
-            "stall", "--fault", "http-status@Browse.ashx:403*3", "--title-seconds", "7"});
+    const Options options = parsed({"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert",
+        "c.pem", "--key", "k.pem", "--data", "d.yaml", "--accounts", "a.json", "--request-log",
+        "r.log", "--fault", "stall", "--fault", "http-status@Browse.ashx:403*3", "--title-seconds",
+        "7", "--list-hosts"});
     EXPECT_EQ(options.listen, "127.0.0.1:0");
     EXPECT_EQ(options.tlsListen, "[::1]:0");
     EXPECT_EQ(options.certificate, "c.pem");
@@ -27,6 +27,7 @@ TEST(Options, ReadsAllOfThem)
     EXPECT_EQ(options.accounts, "a.json");
     EXPECT_EQ(options.requestLog, "r.log");
     EXPECT_EQ(options.titleSeconds, 7);
+    EXPECT_TRUE(options.listsHosts);
     ASSERT_EQ(options.faults.size(), 2u);
     EXPECT_EQ(options.faults[1].number, 403);
 }

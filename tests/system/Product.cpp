@@ -100,6 +100,7 @@ Product::Product(const QStringList &hostArguments, const DirectoryTls &tls)
     }
     m_directory.start(program("tunein-directory"), arguments);
     m_directoryAddress = readyAddress(m_directory).section(QLatin1Char('/'), 2, 2);
+    m_hostArguments.replaceInStrings(QStringLiteral("%directory"), m_directoryAddress);
     if (secure) {
         m_hostArguments
             += {QStringLiteral("--ca-file"), tls.authorityFile, QStringLiteral("--connect-to"),

@@ -27,8 +27,8 @@ struct DirectoryTls {
 /// port. With VESK_TEST_IN_PROCESS in the environment the host's plug-ins run in its process.
 class Product {
 public:
-    /// \a hostArguments are added to the host's. With \a tls the host reaches the directory over
-    /// TLS too.
+    /// \a hostArguments are added to the host's; "%directory" in them is the directory's address.
+    /// With \a tls the host reaches the directory over TLS too.
     explicit Product(const QStringList &hostArguments = {}, const DirectoryTls &tls = {});
     ~Product();
 
