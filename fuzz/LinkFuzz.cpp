@@ -70,6 +70,8 @@ void readAny(const QByteArray &payload)
         return read<CancelMessage>(payload);
     case MessageKind::Alive:
         return read<AliveMessage>(payload);
+    case MessageKind::Kept:
+        return read<KeptMessage>(payload);
     }
 }
 

@@ -13,6 +13,9 @@ VESK_LOGGER("Host")
 
 namespace {
 
+/// Threads that start threads that start threads.
+constexpr int MostGenerations = 8;
+
 using WorkerCreate = void *(*)(const char *name, void *config);
 
 QString loaderError()
@@ -51,6 +54,25 @@ PluginThread::~PluginThread()
     VESK_ASSERT(!isRunning());
 }
 
+PluginThread *PluginThread::homeOf(QThread *thread)
+{
+    // A thread's object lives on the thread that made it; the main thread's on the main thread.
+    for (int generations = 0; thread && generations < MostGenerations; ++generations) {
+        if (auto *home = qobject_cast<PluginThread *>(thread))
+            return home;
+        thread = thread->thread();
+    }
+    return nullptr;
+}
+
+void PluginThread::whenIdle(QObject *context, std::function<void()> done)
+{
+    const auto answer = std::make_shared<CMReplyData<QVariant>>();
+    answer->whenFinished(context, std::move(done));
+    m_worker->post(CMSetDataRequest(
+        m_worker->addPrefix(QString()), CMPingRole(), QVariant(), CMReply<QVariant>(answer)));
+}
+
 std::unique_ptr<CMNodesWorker> PluginThread::createWorker(QString &error)
 {
     const WorkerCreate workerCreate = loadLibrary(m_file, error);
@@ -76,6 +98,7 @@ void PluginThread::run()
     veskSetThreadName(objectName());
     QString error;
     std::unique_ptr<CMNodesWorker> worker = createWorker(error);
+    m_worker = worker.get();
     Q_EMIT loaded(worker ? worker->addPrefix(QString()) : CMPath(), error);
     if (!worker)
         return;

@@ -6,12 +6,12 @@
 
 Cancellation::Cancellation()
 {
-    CMWorker::setHandlingListener(this);
+    CMWorker::addHandlingListener(this);
 }
 
 Cancellation::~Cancellation()
 {
-    CMWorker::setHandlingListener(nullptr);
+    CMWorker::removeHandlingListener(this);
 }
 
 void Cancellation::cancel(const std::shared_ptr<CMReplyAbstractData> &reply)

@@ -7,6 +7,7 @@
 #include "runtime/Logging.h"
 #include "runtime/Memory.h"
 #include "runtime/PluginThread.h"
+#include "runtime/PluginWatch.h"
 #include "runtime/UiLanguage.h"
 #include "worker/Cancellation.h"
 #include "worker/Confinement.h"
@@ -82,6 +83,10 @@ public:
         : m_link(std::move(channel))
         , m_upstream(&m_link)
         , m_values([this](const CMRequest &request) { m_upstream.request(request); })
+        , m_watch(&m_values,
+              [this](PluginThread *, const CMPath &setting, const VeskValue &value, bool keeps) {
+                  m_link.send(KeptMessage {setting, value.toHash(), keeps});
+              })
         , m_player(VeskPlayLogicData(start.player))
         , m_thread(start.file, start.config)
     {
@@ -184,8 +189,10 @@ private:
     QString take(MessageKind kind, const QByteArray &payload)
     {
         if (kind == MessageKind::Value) {
-            if (const auto value = decode<ValueMessage>(payload))
+            if (const auto value = decode<ValueMessage>(payload)) {
                 m_values.take(*value);
+                m_watch.settingChanged(value->path);
+            }
         } else if (kind == MessageKind::Player) {
             if (const auto player = decode<PlayerMessage>(payload))
                 m_player.take(VeskPlayLogicData(player->data));
@@ -214,6 +221,7 @@ private:
     NodeLink m_link;
     Upstream m_upstream;
     ValuesMirror m_values;
+    PluginWatch m_watch;
     PlayerMirror m_player;
     std::unique_ptr<UiLanguage> m_language;
     PluginThread m_thread;

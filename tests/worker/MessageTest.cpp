@@ -1,5 +1,7 @@
 #include "worker/link/Message.h"
 
+#include "api/values/VeskValue.h"
+
 #include "worker/link/Wire.h"
 
 #include <gmock/gmock.h>
@@ -77,7 +79,7 @@ QList<QByteArray> examples()
         encode(answer()), encode(WatchMessage {path("A:x"), true}), encode(change()),
         encode(RouteMessage {path("A:"), true}), encode(value()),
         encode(PlayerMessage {{{QStringLiteral("k"), 1}}}), encode(CancelMessage {7}),
-        encode(AliveMessage())};
+        encode(AliveMessage()), encode(KeptMessage {path("settings:a"), {}, true})};
     for (const CMRequest::Kind kind : AllRequests)
         payloads.append(encode(request(kind)));
     return payloads;
@@ -113,6 +115,8 @@ bool isReadable(const QByteArray &payload)
         return decode<CancelMessage>(payload).has_value();
     case MessageKind::Alive:
         return decode<AliveMessage>(payload).has_value();
+    case MessageKind::Kept:
+        return decode<KeptMessage>(payload).has_value();
     }
     return false;
 }
@@ -134,6 +138,19 @@ TEST(Message, HelloSurvives)
     EXPECT_EQ(read->magic, 17U);
     EXPECT_EQ(read->version, 18U);
     EXPECT_EQ(decode<HelloMessage>(encode(HelloMessage()))->magic, HelloMessage::TheMagic);
+}
+
+TEST(Message, KeptSurvives)
+{
+    const VeskValue kept = VeskValue::fromString(QStringLiteral("abc"));
+    const QByteArray payload = encode(KeptMessage {path("settings:a/b"), kept.toHash(), true});
+    EXPECT_EQ(kindOf(payload), MessageKind::Kept);
+    const auto read = decode<KeptMessage>(payload);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->setting, path("settings:a/b"));
+    EXPECT_EQ(read->value, kept.toHash());
+    EXPECT_TRUE(read->keeps);
+    EXPECT_FALSE(decode<KeptMessage>(encode(KeptMessage()))->keeps);
 }
 
 TEST(Message, StartSurvives)

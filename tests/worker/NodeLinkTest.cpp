@@ -231,6 +231,38 @@ TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
+TEST_F(NodeLinkTest, WhatIsUnansweredCanBeAskedOfAnotherOne)
+{
+    const Answer moved = request(path("A:moved"));
+    const Answer stays = request(path("A:stays"));
+    const Answer unwanted = request(path("A:unwanted"));
+    const Answer change;
+    m_link->request(CMSetDataRequest(path("A:x"), VeskRoles::Value(), 5, change.reply()));
+    ASSERT_TRUE(spinUntilAsked(4));
+    unwanted.data()->setError(CMCancelledError());
+    EXPECT_EQ(m_link->unanswered().size(), 3U);
+
+    const std::vector<CMRequest> taken
+        = m_link->takeBack([](const CMRequest &each) { return each.path() != path("A:stays"); });
+    ASSERT_EQ(taken.size(), 1U) << "neither what changes something nor what nobody waits for";
+    EXPECT_EQ(taken[0].path(), path("A:moved"));
+    EXPECT_EQ(m_link->unanswered().size(), 2U);
+    EXPECT_FALSE(moved.isThere());
+    // The other side answers all the same, which is of no account.
+    AnswerMessage late;
+    late.id = asked().front().id;
+    late.value = QVariantList {1};
+    tell(late);
+    late.id = asked()[1].id;
+    tell(late);
+    ASSERT_TRUE(stays.wait());
+    EXPECT_FALSE(moved.isThere());
+    taken[0].reply().setValue(QVariantList {2});
+    EXPECT_EQ(moved.list().value(0), 2);
+    EXPECT_EQ(m_link->unanswered().size(), 1U);
+    EXPECT_FALSE(m_ended->hasEnded());
+}
+
 TEST_F(NodeLinkTest, WhatTheOtherSideTakesBackEndsAndIsAnswered)
 {
     HoldingWorker worker;

@@ -96,6 +96,18 @@ protected:
         ASSERT_EQ(m_plugin->root(), path("Fake:"));
     }
 
+    /// Loads one that has read the setting "a", which was 1.
+    void loadKeeping()
+    {
+        loadGood();
+        ASSERT_TRUE(ask("Fake:kept").spin());
+        QCoreApplication::processEvents();
+    }
+    void change(int value = 2)
+    {
+        m_plugin->readSettings().noteChanged(path("settings:a"), VeskValue::fromInt(value));
+    }
+
     /// Loads a plug-in that is not tried again; why it is not.
     std::string whyNot(const char *mode)
     {
@@ -514,6 +526,102 @@ TEST_F(WorkerPluginTest, WaitsForAProgramThatIsGone)
     ASSERT_TRUE(QFile::link(QStringLiteral(FAKE_WORKER), m_options.program));
     ASSERT_TRUE(spinUntil([this] { return m_restarted == 1; }));
     process();
+}
+
+// Replacing for the sake of a setting.
+
+TEST_F(WorkerPluginTest, RestartsOneThatSaysItKeepsWhatIsNoSetting)
+{
+    expectRestart("Fake:keptodd", "an unreadable setting");
+}
+
+TEST_F(WorkerPluginTest, IsReplacedQuietlyWhenASettingChangesThatItKeeps)
+{
+    loadKeeping();
+    const pid_t former = process();
+    QObject context;
+    int resets = 0;
+    const auto subscription = m_root.subscribe(path("Fake:list"), &context,
+        [&](const CMChange &change) { resets += change.kind == CMSubscribe::RowsChangeReset(); });
+    const Answer pending = ask("Fake:silent");
+    const Answer ask1 = ask("Fake:value");
+    ASSERT_TRUE(ask1.spin());
+    change();
+    const Answer waiting = ask("Fake:value");
+    ASSERT_TRUE(waiting.spin());
+    EXPECT_NE(waiting.list().value(0).toInt(), former);
+    EXPECT_EQ(waiting.list().value(1).toInt(), 2);
+    EXPECT_TRUE(isGone(former));
+    EXPECT_FALSE(pending.isThere()) << "it is asked of the new process, which is silent as well";
+    ASSERT_TRUE(spinUntil([&] { return resets == 1 && m_restarted == 1; }));
+    EXPECT_EQ(m_restarting, 1);
+    EXPECT_FALSE(logged().contains(QStringLiteral("ended:")));
+
+    // It is no failure that makes the next one wait.
+    const Answer crash = ask("Fake:crash");
+    expectInterrupted(crash);
+    EXPECT_TRUE(spinUntilLogged("starting again in 0 ms"));
+}
+
+TEST_F(WorkerPluginTest, FinishesWhatChangesSomethingBeforeItIsReplaced)
+{
+    loadKeeping();
+    const Answer writing = setData(m_root, path("Fake:later"), VeskRoles::Value(), 1);
+    change();
+    ASSERT_TRUE(spinUntil([this] { return m_restarting == 1; }));
+    const Answer waiting = ask("Fake:value");
+    spinUntil([] { return false; }, 300);
+    EXPECT_FALSE(waiting.isThere() || writing.isThere());
+    EXPECT_EQ(runs(), 1);
+    m_plugin->tell(ValueMessage {path("S:a"), {}, false, TrString()});
+    ASSERT_TRUE(waiting.spin() && writing.spin());
+    EXPECT_EQ(writing.value().toInt(), 1) << "by the former one";
+    EXPECT_EQ(waiting.list().value(1).toInt(), 2);
+}
+
+TEST_F(WorkerPluginTest, OneThatDiesWhileItFinishesIsReplacedAllTheSame)
+{
+    loadKeeping();
+    const pid_t former = process();
+    const Answer writing = setData(m_root, path("Fake:later"), VeskRoles::Value(), 1);
+    change();
+    ASSERT_TRUE(spinUntil([this] { return m_restarting == 1; }));
+    const Answer waiting = ask("Fake:value");
+    ASSERT_EQ(::kill(former, SIGKILL), 0);
+    expectInterrupted(writing);
+    ASSERT_TRUE(waiting.spin());
+    EXPECT_EQ(waiting.list().value(1).toInt(), 2);
+    EXPECT_EQ(m_restarting, 1);
+}
+
+TEST_F(WorkerPluginTest, UnloadingEndsOneThatFinishes)
+{
+    loadKeeping();
+    const Answer writing = setData(m_root, path("Fake:later"), VeskRoles::Value(), 1);
+    change();
+    ASSERT_TRUE(spinUntil([this] { return m_restarting == 1; }));
+    const Answer waiting = ask("Fake:value");
+    m_plugin->unload();
+    ASSERT_TRUE(spinUntil([this] { return m_unloaded == 1; }));
+    EXPECT_TRUE(waiting.isError());
+    EXPECT_TRUE(writing.isError());
+    EXPECT_EQ(runs(), 1);
+    EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Fake")));
+}
+
+TEST_F(WorkerPluginTest, AChangeThatIsTakenBackReplacesNothing)
+{
+    loadKeeping();
+    const pid_t former = process();
+    change(2);
+    const Answer waiting = ask("Fake:value");
+    EXPECT_FALSE(waiting.isThere());
+    change(1);
+    ASSERT_TRUE(waiting.spin());
+    EXPECT_EQ(waiting.list().value(0).toInt(), former);
+    spinUntil([] { return false; }, 500);
+    EXPECT_EQ(process(), former);
+    EXPECT_EQ(m_restarting, 0);
 }
 
 // Unloading.

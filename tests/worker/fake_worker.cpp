@@ -1,3 +1,4 @@
+#include "api/values/VeskValue.h"
 #include "worker/WorkerProgram.h"
 #include "worker/link/Message.h"
 
@@ -14,6 +15,7 @@
 #include <map>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 // A worker program that does what no worker should. How it begins, the name of its plug-in's file
 // tells; later on, the path that it is asked for. What it must know of its earlier runs lies beside
@@ -118,6 +120,8 @@ public:
                 break;
             case MessageKind::Value:
                 m_told = decode<ValueMessage>(payload)->value;
+                if (m_later)
+                    answer(std::exchange(m_later, 0), m_run);
                 break;
             default:
                 break;
@@ -220,6 +224,10 @@ private:
             ask(message);
         else if (is("print"))
             print(message.id);
+        else if (is("kept"))
+            keep(message.id);
+        else if (is("later"))
+            m_later = message.id; // when it is told of a value
         else
             misbehave(message.id, base.toLatin1());
     }
@@ -241,6 +249,8 @@ private:
             send(encode(HelloMessage()));
         else if (how == "loaded")
             send(encode(LoadedMessage {path(""), QString()}));
+        else if (how == "keptodd")
+            send(encode(KeptMessage {path("own"), {}, true}));
         else if (how == "nowhere")
             send(encode(RouteMessage()));
         else if (how == "crash")
@@ -298,6 +308,14 @@ private:
             send(encode(WatchMessage {CMPath(QStringLiteral("Flood"), QString::number(i)), true}));
     }
 
+    /// Says that it keeps the setting "a", which is 1.
+    static void keep(quint64 id)
+    {
+        const CMPath setting(QStringLiteral("settings"), QStringLiteral("a"));
+        send(encode(KeptMessage {setting, VeskValue::fromInt(1).toHash(), true}));
+        answer(id, QVariantList {1});
+    }
+
     void print(quint64 id) const
     {
         const std::string line(50'000, 'l');
@@ -340,6 +358,7 @@ private:
     QSet<QString> m_watched;
     QVariantHash m_told;
     quint64 m_lastId = 0;
+    quint64 m_later = 0; ///< a question
     std::map<quint64, quint64> m_passedOn; ///< by the id that the host knows
 };
 

@@ -207,8 +207,9 @@ void CMListRowsNode::follow(const CMPath &opened, int row)
     CMRootWorker *root = CMRoot();
     if (!path || !root)
         return;
-    m_subscriptions[opened].push_back(
-        root->subscribe(rowPath(*path, opened), this, [this, opened, row](const CMChange &change) {
+    m_subscriptions[opened].push_back(root->subscribe(
+        rowPath(*path, opened), this,
+        [this, opened, row](const CMChange &change) {
             // Those who follow the list were told to read it again with the same words.
             const bool isTold
                 = change.kind == CMSubscribe::RowsChangeReset() && opened.startsWith(change.start);
@@ -216,5 +217,6 @@ void CMListRowsNode::follow(const CMPath &opened, int row)
                 && (change.kind == CMSubscribe::ValueChanged()
                     || change.kind == CMSubscribe::RowsChangeReset()))
                 subscribe()->changed(opened, CMSubscribe::RowsChangeChanged(), row, row);
-        }));
+        },
+        CMRootWorker::ForOthers));
 }

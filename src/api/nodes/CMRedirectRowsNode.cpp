@@ -75,11 +75,14 @@ void CMRedirectRowsNode::rowsPathAdd(const CMPath &path)
     CMRootWorker *root = CMRoot();
     if (!root)
         return;
-    m_subscriptions[path] = root->subscribe(m_target, this, [path](const CMChange &change) {
-        if (change.hops < CMRequest::MaxHops)
-            CMRoot()->notifyChanged(
-                {path, change.kind, change.first, change.last, change.hops + 1});
-    });
+    m_subscriptions[path] = root->subscribe(
+        m_target, this,
+        [path](const CMChange &change) {
+            if (change.hops < CMRequest::MaxHops)
+                CMRoot()->notifyChanged(
+                    {path, change.kind, change.first, change.last, change.hops + 1});
+        },
+        CMRootWorker::ForOthers);
 }
 
 void CMRedirectRowsNode::rowsPathRemove(const CMPath &path)

@@ -6,6 +6,7 @@
 #include "api/nodes/CMContextCall.h"
 
 #include <QHash>
+#include <QThread>
 
 #include <algorithm>
 #include <atomic>
@@ -71,6 +72,8 @@ struct CMSubscription::Entry {
     std::function<void(const CMChange &)> changed;
     std::weak_ptr<CMRootWorkerPrivate> root;
     std::shared_ptr<CMContextCall> call;
+    const QThread *thread = nullptr; ///< for comparing only
+    CMRootWorker::Purpose purpose = CMRootWorker::ForItself;
 
     std::mutex mutex;
     /// Guarded by mutex.
@@ -87,7 +90,18 @@ public:
         GatePtr connected;
     };
 
+    /// Requests that wait for a worker to be replaced.
+    struct Held {
+        /// Guarded by routesMutex.
+        QList<CMPath> foreign;
+        /// Guarded by heldMutex.
+        std::deque<CMRequest> requests;
+    };
+
     GatePtr route(const CMPath &path) const;
+    bool keepBack(const CMRequest &request);
+    /// Expects routesMutex to be held.
+    std::shared_ptr<Held> holderOf(const CMPath &path) const;
     bool isElsewhere(const CMPath &path) const;
     std::vector<std::shared_ptr<Entry>> entriesOf(const CMPath &path);
     /// Expects routesMutex to be held for writing.
@@ -103,6 +117,9 @@ public:
     QHash<QString, GatePtr> byPrefix;
     QHash<QString, QHash<QString, GatePtr>> foreign; ///< by prefix, then base
     GatePtr byDefault;
+    QHash<QString, std::shared_ptr<Held>> held; ///< by prefix
+
+    std::mutex heldMutex; ///< taken after routesMutex
 
     /// Taken before routesMutex, never after it.
     std::mutex subscribedMutex;
@@ -131,6 +148,42 @@ GatePtr CMRootWorkerPrivate::route(const CMPath &path) const
         }
     }
     return byPrefix.value(path.prefix(), byDefault);
+}
+
+std::shared_ptr<CMRootWorkerPrivate::Held> CMRootWorkerPrivate::holderOf(const CMPath &path) const
+{
+    const auto own = held.constFind(path.prefix());
+    if (own != held.constEnd())
+        return *own;
+    for (const auto &holder : held) {
+        const auto isBelow = [&path](const CMPath &route) { return path.startsWith(route); };
+        if (std::any_of(holder->foreign.begin(), holder->foreign.end(), isBelow))
+            return holder;
+    }
+    return nullptr;
+}
+
+/// Whether the request waits now, or was refused because too many do.
+bool CMRootWorkerPrivate::keepBack(const CMRequest &request)
+{
+    {
+        const std::shared_lock<std::shared_mutex> lock(routesMutex);
+        if (held.isEmpty())
+            return false;
+        const std::shared_ptr<Held> holder = holderOf(request.path());
+        if (!holder)
+            return false;
+        const GatePtr served = byPrefix.value(request.path().prefix());
+        if (served && served->worker()->thread() == QThread::currentThread())
+            return false;
+        const std::lock_guard<std::mutex> heldLock(heldMutex);
+        if (holder->requests.size() < CMRootWorker::MaxHeld) {
+            holder->requests.push_back(request);
+            return true;
+        }
+    }
+    request.reply().setError(CMUnansweredError());
+    return true;
 }
 
 /// Whether \a path is one of the default worker's.
@@ -365,8 +418,50 @@ QStringList CMRootWorker::prefixes() const
     return prefixes;
 }
 
+bool CMRootWorker::isServedBy(const CMPath &path, const QString &prefix) const
+{
+    const GatePtr serving = d->route(path);
+    const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+    return serving && serving == d->byPrefix.value(prefix);
+}
+
+void CMRootWorker::hold(const QString &prefix, Hold what)
+{
+    const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+    std::shared_ptr<CMRootWorkerPrivate::Held> &held = d->held[prefix];
+    if (!held)
+        held = std::make_shared<CMRootWorkerPrivate::Held>();
+    const GatePtr gate = d->byPrefix.value(prefix);
+    if (what == Prefix || !gate)
+        return;
+    held->foreign.clear();
+    for (auto bases = d->foreign.constBegin(); bases != d->foreign.constEnd(); ++bases) {
+        for (auto route = bases->constBegin(); route != bases->constEnd(); ++route) {
+            if (*route == gate)
+                held->foreign.append(CMPath(bases.key(), route.key()));
+        }
+    }
+}
+
+void CMRootWorker::release(const QString &prefix)
+{
+    std::deque<CMRequest> waiting;
+    {
+        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const std::shared_ptr<CMRootWorkerPrivate::Held> held = d->held.take(prefix);
+        if (!held)
+            return;
+        const std::lock_guard<std::mutex> heldLock(d->heldMutex);
+        waiting.swap(held->requests);
+    }
+    for (const CMRequest &request : waiting)
+        post(request);
+}
+
 void CMRootWorker::request(CMRequest request)
 {
+    if (d->keepBack(request))
+        return;
     if (const CMCallGate::Visit visit(d->route(request.path())); visit)
         visit->request(std::move(request));
     else
@@ -375,19 +470,23 @@ void CMRootWorker::request(CMRequest request)
 
 void CMRootWorker::post(CMRequest request)
 {
+    if (d->keepBack(request))
+        return;
     if (const CMCallGate::Visit visit(d->route(request.path())); visit)
         visit->post(std::move(request));
     else
         request.reply().setError(CMNoNodeError());
 }
 
-std::unique_ptr<CMSubscription> CMRootWorker::subscribe(
-    const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed)
+std::unique_ptr<CMSubscription> CMRootWorker::subscribe(const CMPath &path, QObject *context,
+    std::function<void(const CMChange &)> changed, Purpose purpose)
 {
     const auto entry = std::make_shared<CMSubscription::Entry>();
     entry->path = path;
     entry->changed = std::move(changed);
     entry->root = d;
+    entry->thread = context->thread();
+    entry->purpose = purpose;
     entry->call
         = CMContextCall::create(context, CMContextCall::EachTime, [entry] { entry->drain(); });
     d->addEntry(entry);
@@ -401,8 +500,17 @@ std::unique_ptr<CMSubscription> CMRootWorker::subscribeDirectly(
     entry->path = path;
     entry->changed = std::move(changed);
     entry->root = d;
+    entry->thread = QThread::currentThread();
     d->addEntry(entry);
     return std::unique_ptr<CMSubscription>(new CMSubscription(entry));
+}
+
+bool CMRootWorker::isSubscribed(const CMPath &path, const QThread *thread) const
+{
+    const auto entries = d->entriesOf(path);
+    return std::any_of(entries.begin(), entries.end(), [thread](const auto &entry) {
+        return entry->purpose == ForItself && entry->thread == thread;
+    });
 }
 
 void CMRootWorker::notifyChanged(const CMChange &change)

@@ -9,6 +9,7 @@
 #include <memory>
 
 class CMRootWorkerPrivate;
+class QThread;
 
 /// One subscription; ends when it is destroyed. Destroy it on the thread of its context, if it has
 /// one.
@@ -57,22 +58,41 @@ public:
     /// Routes to \a worker whatever no other worker serves, until it is removed.
     void setDefaultWorker(CMAbstractWorker *worker);
     QStringList prefixes() const;
+    /// Whether the worker with \a prefix is the one that serves \a path.
+    bool isServedBy(const CMPath &path, const QString &prefix) const;
+
+    /// What hold() keeps back of a worker's requests.
+    enum Hold { Prefix, PrefixAndForeignPaths };
+    /// Keeps requests for \a prefix back, and for the foreign paths of the worker that has it if \a
+    /// what says so, until release(): its worker is about to be replaced. The worker's own thread
+    /// is served all the same. At most MaxHeld requests wait, more are answered with an error.
+    /// Another call may extend it.
+    void hold(const QString &prefix, Hold what);
+    /// Brings what was kept back, in its order, to whichever worker serves it by now.
+    void release(const QString &prefix);
+    static constexpr int MaxHeld = 256;
 
     /// Answers at once with an error when no worker is there for the request's path.
     void request(CMRequest request) override;
     void post(CMRequest request) override;
 
+    /// Whether a subscriber acts on the changes, or only passes them on to those who asked for
+    /// them.
+    enum Purpose { ForItself, ForOthers };
     /// Calls \a changed on \a context's thread for every change that concerns \a path, until the
     /// subscription or the context is destroyed. A change that only repeats the one before, while
     /// that one still waits, is left out. \a context must be alive during this call and stay on its
     /// thread.
-    std::unique_ptr<CMSubscription> subscribe(
-        const CMPath &path, QObject *context, std::function<void(const CMChange &)> changed);
+    std::unique_ptr<CMSubscription> subscribe(const CMPath &path, QObject *context,
+        std::function<void(const CMChange &)> changed, Purpose purpose = ForItself);
     /// The same, but \a changed is called by whoever tells of the change, on his thread, before he
     /// goes on. It must return soon, and may still be called once while the subscription ends. The
     /// subscription may end on any thread.
     std::unique_ptr<CMSubscription> subscribeDirectly(
         const CMPath &path, std::function<void(const CMChange &)> changed);
+    /// Whether somebody on \a thread is subscribed to \a path ForItself: the thread of the context,
+    /// or, where there is none, the one that subscribed.
+    bool isSubscribed(const CMPath &path, const QThread *thread) const;
     /// Tells the subscribers of exactly the change's path.
     void notifyChanged(const CMChange &change);
     /// Tells the subscribers of every path that starts with the change's, each with its own path.

@@ -192,6 +192,14 @@ void CMValuesWorker::describe(const CMPath &path, const TrString &description)
     found->description = description;
 }
 
+void CMValuesWorker::setCheck(const CMPath &path, Check check)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto found = m_entries.find(keyOf(path));
+    VESK_ASSERT(found != m_entries.end());
+    found->check = std::move(check);
+}
+
 bool CMValuesWorker::setValue(const CMPath &path, const VeskValue &value)
 {
     return change(path, value, false) == Outcome::Done;
@@ -280,7 +288,7 @@ void CMValuesWorker::request(CMRequest request)
     }
 }
 
-void CMValuesWorker::getData(const CMGetDataRequest &request) const
+void CMValuesWorker::getData(const CMGetDataRequest &request)
 {
     Entry entry;
     {
@@ -299,8 +307,14 @@ void CMValuesWorker::getData(const CMGetDataRequest &request) const
     roles.setPath(request.path());
 
     QVariantList values;
-    for (const QString &role : request.roles() == CMAllRoles() ? VeskRoles::all() : request.roles())
+    bool isRead = false;
+    for (const QString &role :
+        request.roles() == CMAllRoles() ? VeskRoles::all() : request.roles()) {
         values.append(roles.value(role));
+        isRead |= role == VeskRoles::Value();
+    }
+    if (isRead)
+        Q_EMIT valueRead(keyOf(request.path()), entry.value);
     request.reply().setValue(values);
 }
 
@@ -313,13 +327,21 @@ void CMValuesWorker::setData(const CMSetDataRequest &request)
     const VeskValue present = value(request.path());
     const VeskValue sent = sentValue(request.value(), present.type());
     Keep keep;
+    Check check;
     Outcome permitted = Outcome::Unknown;
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         const auto found = m_entries.constFind(keyOf(request.path()));
-        if (found != m_entries.constEnd())
+        if (found != m_entries.constEnd()) {
             permitted = permission(*found, sent, true);
+            check = found->check;
+        }
         keep = m_keep;
+    }
+    if (check && (permitted == Outcome::Done || permitted == Outcome::WrongType)) {
+        const CMError wrong = check(request.value(), sent);
+        if (!wrong.isEmpty())
+            return request.reply().setError(wrong);
     }
     if (permitted != Outcome::Done)
         return request.reply().setError(errorOf(permitted));

@@ -39,6 +39,12 @@ public:
     /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a
     /// wrong type.
     bool setValue(const CMPath &path, const VeskValue &value);
+    /// What is wrong with a value that a request wants to set: what was sent, and the value it was
+    /// read as, empty when it is not of the type. An empty error when nothing is. Pure.
+    using Check = std::function<CMError(const QVariant &sent, const VeskValue &value)>;
+    /// Has requests to the value at \a path, which was defined, set only what passes \a check; any
+    /// value of its type passes without one.
+    void setCheck(const CMPath &path, Check check);
     /// Keeps the value as it is, whoever sets it.
     void pin(const CMPath &path);
 
@@ -68,6 +74,8 @@ Q_SIGNALS:
     /// from the host's own call. Of changes on several threads at a time the later may be told
     /// first: value() has the present one.
     void valueChanged(const CMPath &path, const VeskValue &value, bool byRequest);
+    /// A request read a value. From the thread that asked.
+    void valueRead(const CMPath &path, const VeskValue &value);
 
 private:
     enum class Outcome { Done, Unknown, Refused, WrongType };
@@ -76,6 +84,7 @@ private:
         Access access = ReadOnly;
         TrString title;
         TrString description;
+        Check check;
         bool pinned = false;
     };
 
@@ -84,7 +93,7 @@ private:
     static Outcome permission(const Entry &entry, const VeskValue &value, bool byRequest);
     static CMError errorOf(Outcome outcome);
     Outcome change(const CMPath &path, const VeskValue &value, bool byRequest);
-    void getData(const CMGetDataRequest &request) const;
+    void getData(const CMGetDataRequest &request);
     void setData(const CMSetDataRequest &request);
     void write(const CMSetDataRequest &request, const VeskValue &value);
 

@@ -10,10 +10,12 @@
 #include <QEvent>
 #include <QThread>
 
-#include <atomic>
+#include <algorithm>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <utility>
+#include <vector>
 
 VESK_LOGGER("Nodes")
 
@@ -24,26 +26,52 @@ namespace {
 constexpr int batchSize = 16;
 constexpr qint64 batchMilliseconds = 5;
 
-std::atomic<CMWorker::HandlingListener *> handlingListener {nullptr};
+using Listeners = std::vector<CMWorker::HandlingListener *>;
 
-/// Tells the listener, if there is one.
+/// A list is never changed once it is here.
+struct HandlingListeners {
+    std::mutex mutex;
+    /// Guarded by mutex.
+    std::shared_ptr<const Listeners> listeners = std::make_shared<const Listeners>();
+
+    std::shared_ptr<const Listeners> present()
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return listeners;
+    }
+    void change(const std::function<void(Listeners &)> &change)
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        auto changed = std::make_shared<Listeners>(*listeners);
+        change(*changed);
+        listeners = std::move(changed);
+    }
+};
+
+HandlingListeners &handlingListeners()
+{
+    static auto &listeners = *new HandlingListeners;
+    return listeners;
+}
+
+/// Tells the listeners.
 class Handling {
 public:
     explicit Handling(const CMRequest &request)
-        : m_listener(handlingListener)
+        : m_listeners(handlingListeners().present())
     {
-        if (m_listener)
-            m_listener->begin(request.reply().sharedData());
+        for (CMWorker::HandlingListener *listener : *m_listeners)
+            listener->begin(request.reply().sharedData());
     }
     ~Handling()
     {
-        if (m_listener)
-            m_listener->end();
+        for (CMWorker::HandlingListener *listener : *m_listeners)
+            listener->end();
     }
     Q_DISABLE_COPY(Handling)
 
 private:
-    CMWorker::HandlingListener *const m_listener;
+    const std::shared_ptr<const Listeners> m_listeners;
 };
 
 } // namespace
@@ -268,9 +296,16 @@ void CMWorker::handleLanguageChanged() { }
 
 CMWorker::HandlingListener::~HandlingListener() = default;
 
-void CMWorker::setHandlingListener(HandlingListener *listener)
+void CMWorker::addHandlingListener(HandlingListener *listener)
 {
-    handlingListener = listener;
+    handlingListeners().change([listener](Listeners &listeners) { listeners.push_back(listener); });
+}
+
+void CMWorker::removeHandlingListener(HandlingListener *listener)
+{
+    handlingListeners().change([listener](Listeners &listeners) {
+        listeners.erase(std::remove(listeners.begin(), listeners.end(), listener), listeners.end());
+    });
 }
 
 void CMWorker::deliver(const CMRequest &request)

@@ -41,15 +41,16 @@ public:
 
     /// Is told of each request of this process's workers as it is taken up (with its reply's data,
     /// null when it wants no reply) and when the worker is done with it, on the worker's thread;
-    /// one inside another where a handler asks its own worker. Set it before there are workers;
-    /// null takes it away. For a process that has one worker.
+    /// one inside another where a handler asks its own worker. A listener that is added is told of
+    /// what is taken up from then on; it must stay until what it was told of is done.
     class HandlingListener {
     public:
         virtual ~HandlingListener();
         virtual void begin(const std::shared_ptr<CMReplyAbstractData> &reply) = 0;
         virtual void end() = 0;
     };
-    static void setHandlingListener(HandlingListener *listener);
+    static void addHandlingListener(HandlingListener *listener);
+    static void removeHandlingListener(HandlingListener *listener);
 
     /// Answers a sign-of-life request: the value it came with. Worker's thread.
     virtual void ping(const CMSetDataRequest &request);

@@ -1,29 +1,70 @@
 #include "host/plugins/InProcessPlugin.h"
 
+#include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "api/nodes/CMRootWorker.h"
 #include "runtime/PluginThread.h"
+#include "runtime/PluginWatch.h"
 
-InProcessPlugin::InProcessPlugin(const QString &file, const QVariantHash &config, QObject *parent)
+VESK_LOGGER("Host")
+
+InProcessPlugin::InProcessPlugin(
+    const QString &file, const QVariantHash &config, PluginWatch *watch, QObject *parent)
     : Plugin(file, parent)
-    , m_thread(std::make_unique<PluginThread>(file, config))
+    , m_config(config)
+    , m_watch(watch)
 {
-    connect(m_thread.get(), &PluginThread::loaded, this, &InProcessPlugin::finishLoading);
-    veskConnect(m_thread.get(), &QThread::finished, this, &Plugin::unloaded);
 }
 
 InProcessPlugin::~InProcessPlugin()
 {
+    if (!m_thread)
+        return;
     m_thread->quit();
     m_thread->wait();
+    if (m_watch)
+        m_watch->forget(m_thread.get());
 }
 
 void InProcessPlugin::load()
 {
+    m_phase = Phase::Loading;
+    startThread();
+}
+
+void InProcessPlugin::startThread()
+{
+    m_thread = std::make_unique<PluginThread>(file(), m_config);
+    connect(m_thread.get(), &PluginThread::loaded, this, &InProcessPlugin::onLoaded);
+    veskConnect(m_thread.get(), &QThread::finished, this, &InProcessPlugin::onFinished);
+    readSettings().begin();
     m_thread->start();
+}
+
+void InProcessPlugin::onLoaded(const CMPath &root, const QString &error)
+{
+    const bool isFirst = m_phase == Phase::Loading;
+    if (m_phase == Phase::Loading || m_phase == Phase::Renewing)
+        m_phase = error.isEmpty() ? Phase::Running : Phase::Idle;
+    if (isFirst)
+        return finishLoading(root, error);
+    if (error.isEmpty())
+        VESK_INFO("plug-in " << file() << " serves " << root << " again");
+    else
+        VESK_ERROR("plug-in " << file() << " cannot be loaded again: " << error);
+    if (readSettings().isOutdated())
+        return; // the next one answers
+    releaseRequests();
+    if (error.isEmpty())
+        Q_EMIT restarted();
 }
 
 void InProcessPlugin::unload()
 {
+    const bool wasRenewing = m_phase == Phase::Renewing;
+    m_phase = Phase::Ending;
+    if (wasRenewing)
+        releaseRequests();
     if (!isRunning()) {
         Q_EMIT unloaded();
         return;
@@ -32,7 +73,51 @@ void InProcessPlugin::unload()
     m_thread->quit();
 }
 
+void InProcessPlugin::onFinished()
+{
+    if (m_phase != Phase::Renewing) {
+        Q_EMIT unloaded();
+        return;
+    }
+    m_thread->wait();
+    if (m_watch)
+        m_watch->forget(m_thread.get());
+    m_thread.release()->deleteLater(); // whose signal this is
+    startThread();
+}
+
 bool InProcessPlugin::isRunning() const
 {
-    return m_thread->isRunning();
+    return m_thread && m_thread->isRunning();
+}
+
+bool InProcessPlugin::serves(const CMPath &path) const
+{
+    return !root().isEmpty() && CMRoot()->isServedBy(path, root().prefix());
+}
+
+void InProcessPlugin::holdRequests()
+{
+    if (m_phase == Phase::Running)
+        CMRoot()->hold(root().prefix(), CMRootWorker::Prefix);
+}
+
+void InProcessPlugin::releaseRequests()
+{
+    if (!root().isEmpty())
+        CMRoot()->release(root().prefix());
+}
+
+void InProcessPlugin::renew()
+{
+    if (m_phase != Phase::Running)
+        return readSettings().settleAgain();
+    VESK_INFO("plug-in " << file() << " is loaded again: a setting that it has read has changed");
+    m_phase = Phase::Renewing;
+    Q_EMIT restarting();
+    CMRoot()->hold(root().prefix(), CMRootWorker::PrefixAndForeignPaths);
+    m_thread->whenIdle(this, [this] {
+        if (m_phase == Phase::Renewing)
+            m_thread->quit();
+    });
 }

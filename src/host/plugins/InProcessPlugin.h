@@ -7,21 +7,42 @@
 #include <memory>
 
 class PluginThread;
+class PluginWatch;
 
 /// A plug-in in this process, on a thread of its own: for tests and for debugging, because what
-/// ends it ends the host.
+/// ends it ends the host. When it is started anew, all that it was asked for before is done first,
+/// however long that takes.
 class InProcessPlugin : public Plugin {
     Q_OBJECT
 
 public:
-    InProcessPlugin(const QString &file, const QVariantHash &config, QObject *parent = nullptr);
+    /// \a watch, which may be null, must outlive it.
+    InProcessPlugin(const QString &file, const QVariantHash &config, PluginWatch *watch = nullptr,
+        QObject *parent = nullptr);
     /// Waits without limit for the thread to end.
     ~InProcessPlugin() override;
 
     void load() override;
     void unload() override;
     bool isRunning() const override;
+    bool serves(const CMPath &path) const override;
+    /// Whether \a thread is the plug-in's present one.
+    bool isOn(const PluginThread *thread) const { return m_thread.get() == thread; }
+
+protected:
+    void holdRequests() override;
+    void releaseRequests() override;
+    void renew() override;
 
 private:
-    const std::unique_ptr<PluginThread> m_thread;
+    enum class Phase { Idle, Loading, Running, Renewing, Ending };
+
+    void startThread();
+    void onLoaded(const CMPath &root, const QString &error);
+    void onFinished();
+
+    const QVariantHash m_config;
+    PluginWatch *const m_watch;
+    Phase m_phase = Phase::Idle;
+    std::unique_ptr<PluginThread> m_thread;
 };

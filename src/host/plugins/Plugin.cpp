@@ -1,6 +1,7 @@
 #include "host/plugins/Plugin.h"
 
 #include "api/core/log.h"
+#include "api/core/vesk.h"
 
 VESK_LOGGER("Host")
 
@@ -9,6 +10,9 @@ Plugin::Plugin(const QString &file, QObject *parent)
     , m_file(file)
     , m_descriptor(PluginDescriptor::read(PluginDescriptor::fileOf(file), m_descriptorError))
 {
+    veskConnect(&m_readSettings, &ReadSettings::outdated, this, &Plugin::holdRequests);
+    veskConnect(&m_readSettings, &ReadSettings::upToDate, this, &Plugin::releaseRequests);
+    veskConnect(&m_readSettings, &ReadSettings::settled, this, &Plugin::renew);
     if (!m_descriptorError.isEmpty())
         VESK_ERROR(PluginDescriptor::fileOf(file)
             << " is not used, so that no address of the plug-in is guarded: " << m_descriptorError);

@@ -2,6 +2,7 @@
 
 #include "api/values/CMPath.h"
 #include "host/plugins/PluginDescriptor.h"
+#include "host/plugins/ReadSettings.h"
 
 #include <QObject>
 #include <QString>
@@ -11,6 +12,10 @@
 ///
 /// A library offers `extern "C" void *worker_create(const char *name, void *config)`: config points
 /// to a QVariantHash, the answer is a CMNodesWorker as it came from `new`, or null.
+///
+/// When a setting changes that the plug-in has read for keeps (ReadSettings), it is started anew,
+/// once the settings have settled. From the change on its paths are asked of the new one: requests
+/// wait for it. What is under way is answered first, or, if it only reads, by the new one.
 class Plugin : public QObject {
     Q_OBJECT
 
@@ -25,6 +30,11 @@ public:
     /// that is busy is ended when it is done.
     virtual void unload() = 0;
     virtual bool isRunning() const = 0;
+    /// Whether its worker answers what is asked of \a path.
+    virtual bool serves(const CMPath &path) const = 0;
+
+    /// The settings that it has read, as far as they are known.
+    ReadSettings &readSettings() { return m_readSettings; }
 
     /// Unloads a plug-in that is loaded but cannot be used.
     void reject(const QString &reason);
@@ -42,8 +52,18 @@ public:
 Q_SIGNALS:
     void loadFinished();
     void unloaded();
+    /// What is asked from now on waits for a new worker.
+    void restarting();
+    /// A new worker serves the same paths and knows nothing of what the former one was told.
+    void restarted();
 
 protected:
+    /// Has requests for the plug-in's own paths wait.
+    virtual void holdRequests() = 0;
+    /// Lets the worker have them after all.
+    virtual void releaseRequests() = 0;
+    /// Replaces the worker, if it runs.
+    virtual void renew() = 0;
     void finishLoading(const CMPath &root, const QString &error);
 
 private:
@@ -52,4 +72,5 @@ private:
     const PluginDescriptor m_descriptor;
     CMPath m_root;
     QString m_error;
+    ReadSettings m_readSettings;
 };

@@ -11,8 +11,10 @@
 #include "host/plugins/InProcessPlugin.h"
 #include "host/plugins/WorkerPlugin.h"
 #include "host/rpc/AddressGate.h"
+#include "runtime/PluginWatch.h"
 
 #include <QFileInfo>
+#include <QThread>
 
 #include <algorithm>
 
@@ -30,6 +32,14 @@ Plugins::Plugins(
         values, &CMValuesWorker::valueChanged, this,
         [this](const CMPath &path) { valueChanged(path); }, Qt::DirectConnection);
     veskConnect(player, &PlayLogic::changed, this, &Plugins::playerChanged);
+    if (!options.inProcess)
+        return;
+    m_watch = std::make_unique<PluginWatch>(values,
+        [this](
+            const PluginThread *thread, const CMPath &setting, const VeskValue &value, bool keeps) {
+            QMetaObject::invokeMethod(
+                this, [=] { takeReading(thread, setting, value, keeps); }, Qt::QueuedConnection);
+        });
 }
 
 Plugins::~Plugins()
@@ -63,25 +73,39 @@ void Plugins::load()
 std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
 {
     const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
+    std::unique_ptr<Plugin> plugin = m_options.inProcess ? makeInProcessPlugin(options, config)
+                                                         : makeWorkerPlugin(options, config);
+    const auto isTold
+        = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
+    connect(plugin.get(), &Plugin::restarting, m_player, [this, isTold] {
+        if (isTold())
+            m_player->forgetPosts();
+    });
+    connect(plugin.get(), &Plugin::restarted, m_player, [this, isTold] {
+        if (isTold())
+            m_player->postAgain();
+    });
+    return plugin;
+}
+
+std::unique_ptr<Plugin> Plugins::makeInProcessPlugin(
+    const PluginOptions &options, const QVariantHash &config)
+{
+    auto plugin = std::make_unique<InProcessPlugin>(options.file, config, m_watch.get());
+    m_inProcess.push_back(plugin.get());
+    return plugin;
+}
+
+std::unique_ptr<Plugin> Plugins::makeWorkerPlugin(
+    const PluginOptions &options, const QVariantHash &config)
+{
     const QString file = QFileInfo(options.file).absoluteFilePath();
-    if (m_options.inProcess)
-        return std::make_unique<InProcessPlugin>(options.file, config);
     WorkerOptions worker;
     worker.program = HostFolders::workerProgram();
     worker.start = [this, file, config] { return startMessage(file, config); };
     worker.longestWait = m_options.restartWait;
     auto plugin = std::make_unique<WorkerPlugin>(options.file, worker);
     m_workers.push_back(plugin.get());
-    const auto isTold
-        = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
-    connect(plugin.get(), &WorkerPlugin::restarting, m_player, [this, isTold] {
-        if (isTold())
-            m_player->forgetPosts();
-    });
-    connect(plugin.get(), &WorkerPlugin::restarted, m_player, [this, isTold] {
-        if (isTold())
-            m_player->postAgain();
-    });
     return plugin;
 }
 
@@ -161,6 +185,35 @@ void Plugins::valueChanged(const CMPath &path)
         definition->access == CMValuesWorker::Writable, definition->title};
     for (WorkerPlugin *const worker : m_workers)
         worker->tell(message);
+    if (!PluginWatch::isSetting(path))
+        return;
+    if (QThread::currentThread() == thread())
+        settingChanged(path);
+    else
+        QMetaObject::invokeMethod(
+            this, [this, path] { settingChanged(path); }, Qt::QueuedConnection);
+}
+
+/// At once where it can be, so that what is asked next waits.
+void Plugins::settingChanged(const CMPath &path)
+{
+    for (const auto &plugin : m_plugins)
+        plugin->readSettings().noteChanged(path, m_values->value(path));
+    if (m_watch)
+        m_watch->settingChanged(path);
+}
+
+void Plugins::takeReading(
+    const PluginThread *thread, const CMPath &setting, const VeskValue &value, bool keeps)
+{
+    for (InProcessPlugin *const plugin : m_inProcess) {
+        if (!plugin->isOn(thread))
+            continue;
+        if (keeps)
+            plugin->readSettings().noteKept(setting, value);
+        else
+            plugin->readSettings().noteFollowed(setting);
+    }
 }
 
 void Plugins::playerChanged()

@@ -10,13 +10,17 @@
 
 class AddressGate;
 class CMValuesWorker;
+class InProcessPlugin;
 class PlayLogic;
+class PluginThread;
+class PluginWatch;
 class ServicesWorker;
 class WorkerPlugin;
 struct StartMessage;
 
 /// All plug-ins of a host, in its process or each in one of its own, as the options say. Keeps the
-/// processes informed of the values and of what plays. Main thread, with an event loop; \a values
+/// processes informed of the values and of what plays, and the plug-ins of the settings that they
+/// have read. Main thread, with an event loop; \a values
 /// and \a player must outlive it.
 class Plugins : public QObject {
     Q_OBJECT
@@ -46,6 +50,13 @@ private:
     void pluginLoaded();
     void pluginUnloaded();
     void valueChanged(const CMPath &path);
+    void settingChanged(const CMPath &path);
+    void takeReading(
+        const PluginThread *thread, const CMPath &setting, const VeskValue &value, bool keeps);
+    std::unique_ptr<Plugin> makeWorkerPlugin(
+        const PluginOptions &options, const QVariantHash &config);
+    std::unique_ptr<Plugin> makeInProcessPlugin(
+        const PluginOptions &options, const QVariantHash &config);
     void playerChanged();
 
     const HostOptions m_options;
@@ -53,6 +64,8 @@ private:
     PlayLogic *const m_player;
     int m_loading = 0;
     bool m_unloading = false;
+    std::unique_ptr<PluginWatch> m_watch; ///< null unless plug-ins run in this process
     std::vector<std::unique_ptr<Plugin>> m_plugins;
     std::vector<WorkerPlugin *> m_workers; ///< those of m_plugins that have a process
+    std::vector<InProcessPlugin *> m_inProcess; ///< those that have none
 };

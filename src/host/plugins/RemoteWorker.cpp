@@ -64,7 +64,10 @@ void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)
 {
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     VESK_ASSERT(!m_link && m_state == Starting);
+    m_heldPrefix = QString();
     m_link = std::move(link);
+    const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+    m_isReplaced = false;
 }
 
 void RemoteWorker::sendStart(const std::function<StartMessage()> &message)
@@ -88,6 +91,53 @@ void RemoteWorker::open()
     }
     for (const CMRequest &waiting : held)
         request(waiting);
+}
+
+void RemoteWorker::hold(const QString &prefix)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    m_heldPrefix = prefix;
+}
+
+void RemoteWorker::release()
+{
+    std::deque<CMRequest> held;
+    {
+        const std::unique_lock<std::shared_mutex> lock(m_mutex);
+        m_heldPrefix = QString();
+        if (m_state != Up)
+            return;
+        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        held.swap(m_held);
+    }
+    for (const CMRequest &waiting : held)
+        request(waiting);
+}
+
+std::vector<CMRequest> RemoteWorker::beginReplacing(
+    const std::function<bool(const CMRequest &)> &movable)
+{
+    const std::unique_lock<std::shared_mutex> lock(m_mutex);
+    m_state = Starting;
+    m_heldPrefix = QString();
+    if (!m_link)
+        return {};
+    std::vector<CMRequest> moved = m_link->takeBack(movable);
+    const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+    m_held.insert(m_held.begin(), moved.begin(), moved.end());
+    m_isReplaced = true;
+    return m_link->unanswered();
+}
+
+void RemoteWorker::endReplacing()
+{
+    std::unique_ptr<NodeLink> former; // let go outside the lock: it waits for its thread
+    m_receiver.reset();
+    {
+        const std::unique_lock<std::shared_mutex> lock(m_mutex);
+        m_started = false;
+        former = std::move(m_link);
+    }
 }
 
 void RemoteWorker::close()
@@ -129,8 +179,8 @@ QString RemoteWorker::takeRoute(const RouteMessage &message)
     {
         const std::lock_guard<std::mutex> lock(m_heldMutex);
         const bool isKnown = m_routes.count(route) != 0;
-        if (message.added == isKnown)
-            return {}; // of an earlier process
+        if (message.added == isKnown || m_isReplaced)
+            return {}; // of an earlier process, or the next one's
         if (message.added && m_routes.size() >= MaxRoutes)
             return QStringLiteral("more than %1 routes").arg(MaxRoutes);
         if (!message.added) {
@@ -165,10 +215,11 @@ void RemoteWorker::request(CMRequest request)
 {
     {
         const std::shared_lock<std::shared_mutex> lock(m_mutex);
-        if (m_state == Up)
+        const bool isHeld = !m_heldPrefix.isNull() && request.path().prefix() == m_heldPrefix;
+        if (m_state == Up && !isHeld)
             return m_link->request(request);
         const std::lock_guard<std::mutex> heldLock(m_heldMutex);
-        if (m_state == Starting && m_held.size() < MaxHeld) {
+        if (m_state != Down && m_held.size() < MaxHeld) {
             m_held.push_back(std::move(request));
             return;
         }

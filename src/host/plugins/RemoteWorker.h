@@ -9,6 +9,7 @@
 #include <mutex>
 #include <set>
 #include <shared_mutex>
+#include <vector>
 
 /// What the host's root knows of a worker in another process: passes on what it is asked, for as
 /// long as there is a connection. Its routes stay when the process ends. While the next one starts,
@@ -37,6 +38,14 @@ public:
     void sendStart(const std::function<StartMessage()> &message);
     /// The process has loaded its plug-in: it gets what waits.
     void open();
+    /// Has requests for \a prefix wait although there is a process; lets it have them after all.
+    void hold(const QString &prefix);
+    void release();
+    /// The process is to be replaced: requests wait for the next one, also those that it still owes
+    /// an answer to, which only read and which \a movable is true for. Returns the others.
+    std::vector<CMRequest> beginReplacing(const std::function<bool(const CMRequest &)> &movable);
+    /// The process that is replaced is gone: what it owes is answered with an error.
+    void endReplacing();
     /// The process is gone, or is to be: what it owes and what waits is answered with an error.
     void close();
     /// Takes back every route of the worker.
@@ -71,6 +80,7 @@ private:
     mutable std::shared_mutex m_mutex;
     /// Guarded by m_mutex: shared for using the link, alone for changing it.
     State m_state = Starting;
+    QString m_heldPrefix; ///< null when none is
     bool m_started = false; ///< m_link's process has its StartMessage
     std::unique_ptr<NodeLink> m_link;
 
@@ -81,4 +91,5 @@ private:
     std::deque<CMRequest> m_held;
     std::set<CMPath> m_watched;
     std::set<CMPath> m_routes;
+    bool m_isReplaced = false; ///< what m_link's process still says of its routes is of no account
 };

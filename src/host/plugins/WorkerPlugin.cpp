@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "runtime/PluginWatch.h"
 
 VESK_LOGGER("Host")
 
@@ -36,10 +37,7 @@ WorkerPlugin::WorkerPlugin(const QString &file, const WorkerOptions &options, QO
     m_watch.setInterval(LookInterval);
     m_watch.setTimerType(Qt::VeryCoarseTimer);
     connect(&m_restart, &QTimer::timeout, this, &WorkerPlugin::startProcess);
-    connect(&m_deadline, &QTimer::timeout, this, [this] {
-        endProcess(m_phase == Phase::Ending ? QStringLiteral("it does not end")
-                                            : QStringLiteral("it does not load its plug-in"));
-    });
+    veskConnect(&m_deadline, &QTimer::timeout, this, &WorkerPlugin::onDeadline);
     connect(&m_watch, &QTimer::timeout, this, &WorkerPlugin::look);
 }
 
@@ -79,6 +77,18 @@ void WorkerPlugin::startProcess()
     openLink(socket);
     m_deadline.start(LoadTime);
     m_watch.start();
+}
+
+void WorkerPlugin::onDeadline()
+{
+    if (isReplaced()) {
+        VESK_WARN("the worker of " << file() << " does not end; it is ended");
+        m_phase = Phase::Leaving;
+        m_process->kill();
+        return;
+    }
+    endProcess(m_phase == Phase::Ending ? QStringLiteral("it does not end")
+                                        : QStringLiteral("it does not load its plug-in"));
 }
 
 void WorkerPlugin::expectProcess()
@@ -123,6 +133,8 @@ void WorkerPlugin::openLink(int socket)
                 this, [=] { onLoaded(run, *loaded); }, Qt::QueuedConnection);
             return {};
         }
+        if (hasGreeted && kind == MessageKind::Kept)
+            return takeKept(payload, run);
         return QStringLiteral("a message of kind %1 out of place").arg(static_cast<int>(kind));
     };
     NodeLink *const started = link.get();
@@ -130,10 +142,33 @@ void WorkerPlugin::openLink(int socket)
     started->start(std::move(handler));
 }
 
+/// On whichever thread receives.
+QString WorkerPlugin::takeKept(const QByteArray &payload, int run)
+{
+    const auto kept = decode<KeptMessage>(payload);
+    if (!kept || !PluginWatch::isSetting(kept->setting))
+        return QStringLiteral("an unreadable setting");
+    QMetaObject::invokeMethod(
+        this,
+        [=] {
+            if (run != m_run)
+                return;
+            if (kept->keeps)
+                readSettings().noteKept(kept->setting, VeskValue(VeskHash(kept->value)));
+            else
+                readSettings().noteFollowed(kept->setting);
+        },
+        Qt::QueuedConnection);
+    return {};
+}
+
 void WorkerPlugin::onHello(int run)
 {
-    if (run == m_run && m_phase == Phase::Loading && m_remote.link())
-        m_remote.sendStart(m_options.start);
+    if (run != m_run || m_phase != Phase::Loading || !m_remote.link())
+        return;
+    readSettings().begin();
+    m_remote.release();
+    m_remote.sendStart(m_options.start);
 }
 
 void WorkerPlugin::onLoaded(int run, const LoadedMessage &message)
@@ -165,8 +200,53 @@ void WorkerPlugin::onLoaded(int run, const LoadedMessage &message)
 void WorkerPlugin::onLinkEnded(int run, const QString &reason)
 {
     // A process that crashes takes the connection along; why it ended, its status tells.
-    if (run == m_run && m_process && m_phase != Phase::Ending)
+    if (run != m_run || !m_process || m_phase == Phase::Ending)
+        return;
+    if (isReplaced())
+        m_process->kill();
+    else
         endProcess(m_why.isEmpty() ? reason : m_why);
+}
+
+void WorkerPlugin::holdRequests()
+{
+    m_remote.hold(root().prefix());
+}
+
+void WorkerPlugin::releaseRequests()
+{
+    m_remote.release();
+}
+
+void WorkerPlugin::renew()
+{
+    if (m_phase == Phase::Loading)
+        readSettings().settleAgain();
+    if (m_phase != Phase::Running)
+        return; // the next process is told the settings as they are then
+    VESK_INFO("the worker of " << file() << " is replaced: a setting that it has read has changed");
+    m_phase = Phase::Finishing;
+    Q_EMIT restarting();
+    const auto onlyShows = [this](const CMRequest &request) {
+        return !changesSomething(descriptor().changing, root(), request.path());
+    };
+    for (const CMRequest &request : m_remote.beginReplacing(onlyShows)) {
+        request.replyData()->whenFinished(this, [this, run = m_run] {
+            if (run == m_run)
+                leaveWhenFinished();
+        });
+    }
+    m_deadline.start(AnswerTime);
+    leaveWhenFinished();
+}
+
+void WorkerPlugin::leaveWhenFinished()
+{
+    if (m_phase != Phase::Finishing || !m_remote.link() || !m_remote.link()->unanswered().empty())
+        return;
+    m_phase = Phase::Leaving;
+    m_deadline.start(EndTime);
+    m_remote.send(StopMessage());
 }
 
 /// Ends a process that is no use any more.
@@ -182,8 +262,13 @@ void WorkerPlugin::onProcessFinished(const QString &reason)
 {
     m_deadline.stop();
     m_watch.stop();
-    m_remote.close();
+    if (isReplaced())
+        m_remote.endReplacing();
+    else
+        m_remote.close();
     m_process.release()->deleteLater(); // whose signal this is
+    if (isReplaced())
+        return startProcess();
     if (m_phase == Phase::Ending || m_phase == Phase::Idle) {
         m_phase = Phase::Idle;
         m_remote.leave();
@@ -236,9 +321,12 @@ void WorkerPlugin::unload()
         Q_EMIT unloaded();
         return;
     }
-    const bool wasRunning = m_phase == Phase::Running;
+    const bool wasRunning = m_phase == Phase::Running || m_phase == Phase::Finishing;
+    const bool isLeaving = m_phase == Phase::Leaving;
     m_phase = Phase::Ending;
     m_deadline.start(EndTime);
+    if (isLeaving)
+        return;
     if (wasRunning)
         m_remote.send(StopMessage());
     else

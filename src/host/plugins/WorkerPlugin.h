@@ -25,7 +25,9 @@ struct WorkerOptions {
 
 /// A plug-in in a process of its own, which may end at any time: everything it owed is answered
 /// with an error then, and another process is started, at once the first time and later after
-/// growing waits. A process that never came so far as to load the plug-in is not tried again.
+/// growing waits. A process that never came so far as to load the plug-in is not tried again. One
+/// that is replaced for the sake of a setting goes quietly: it is no failure, and waits for
+/// nothing.
 class WorkerPlugin : public Plugin {
     Q_OBJECT
 
@@ -34,6 +36,9 @@ public:
     static constexpr std::chrono::seconds LoadTime {30};
     /// How long it may take to end by itself.
     static constexpr std::chrono::seconds EndTime {10};
+    /// How long one that is replaced may take for what it cannot leave to the next one: longer than
+    /// its service may take.
+    static constexpr std::chrono::seconds AnswerTime {35};
     /// One that ran for so long begins anew with an immediate start when it ends.
     static constexpr std::chrono::seconds StableTime {60};
 
@@ -43,21 +48,20 @@ public:
     void load() override;
     void unload() override;
     bool isRunning() const override;
-    /// Whether its worker answers what is asked of \a path.
-    bool serves(const CMPath &path) const { return m_remote.serves(path); }
+    bool serves(const CMPath &path) const override { return m_remote.serves(path); }
 
     /// Brings a value or the player's state to the worker. Any thread.
     void tell(const ValueMessage &message) { m_remote.send(message); }
     void tell(const PlayerMessage &message) { m_remote.send(message); }
 
-Q_SIGNALS:
-    /// What is asked from now on waits for a new process.
-    void restarting();
-    /// A new process serves the same paths and knows nothing of what the former one was told.
-    void restarted();
+protected:
+    void holdRequests() override;
+    void releaseRequests() override;
+    void renew() override;
 
 private:
-    enum class Phase { Idle, Loading, Running, Waiting, Ending };
+    /// A process that is replaced finishes what it has begun, and then leaves.
+    enum class Phase { Idle, Loading, Running, Waiting, Finishing, Leaving, Ending };
 
     void startProcess();
     void expectProcess();
@@ -66,6 +70,10 @@ private:
     void onLoaded(int run, const LoadedMessage &message);
     void onLinkEnded(int run, const QString &reason);
     void onProcessFinished(const QString &reason);
+    QString takeKept(const QByteArray &payload, int run);
+    void leaveWhenFinished();
+    void onDeadline();
+    bool isReplaced() const { return m_phase == Phase::Finishing || m_phase == Phase::Leaving; }
     void giveUp(const QString &error);
     void endProcess(const QString &why);
     void look();

@@ -112,6 +112,21 @@ bool read(WireReader &, AliveMessage &)
     return true;
 }
 
+void write(WireWriter &writer, const KeptMessage &message)
+{
+    writer.writePath(message.setting);
+    writer.writeHash(message.value);
+    writer.writeBool(message.keeps);
+}
+
+bool read(WireReader &reader, KeptMessage &message)
+{
+    message.setting = reader.readPath();
+    message.value = reader.readHash();
+    message.keeps = reader.readBool();
+    return true;
+}
+
 void write(WireWriter &writer, const CancelMessage &message)
 {
     writer.writeCount(message.id);
@@ -348,3 +363,4 @@ VESK_MESSAGE(Value)
 VESK_MESSAGE(Player)
 VESK_MESSAGE(Cancel)
 VESK_MESSAGE(Alive)
+VESK_MESSAGE(Kept)

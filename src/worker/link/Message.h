@@ -19,8 +19,9 @@
 ///
 /// The worker begins with Hello; the host answers with Start; the worker says Loaded once, with the
 /// plug-in's root or why there is none. From then on both ask, answer, watch and tell of changes
-/// alike, and take questions back with Cancel. The host ends it with Stop, whereupon the worker
-/// ends.
+/// alike, and take questions back with Cancel, and the worker says with Kept which settings the
+/// plug-in has read, those from before Loaded before that. The host ends it with Stop, whereupon
+/// the worker ends.
 
 enum class MessageKind : quint8 {
     Hello = 1,
@@ -35,13 +36,14 @@ enum class MessageKind : quint8 {
     Value = 10,
     Player = 11,
     Cancel = 12,
-    Alive = 13
+    Alive = 13,
+    Kept = 14
 };
 
 /// Worker to host, first of all.
 struct HelloMessage {
     static constexpr quint32 TheMagic = 0x564b574b;
-    static constexpr quint32 TheVersion = 2;
+    static constexpr quint32 TheVersion = 3;
 
     quint32 magic = TheMagic;
     quint32 version = TheVersion;
@@ -132,6 +134,14 @@ struct CancelMessage {
 /// Worker to host: it is waiting for its service within that one's limits, and does not hang.
 struct AliveMessage { };
 
+/// Worker to host: the plug-in has read a setting, and keeps the value for as long as it lives; or
+/// it follows the setting by itself after all.
+struct KeptMessage {
+    CMPath setting;
+    QVariantHash value;
+    bool keeps = false;
+};
+
 /// The payload of a frame.
 QByteArray encode(const HelloMessage &message);
 QByteArray encode(const StartMessage &message);
@@ -146,6 +156,7 @@ QByteArray encode(const ValueMessage &message);
 QByteArray encode(const PlayerMessage &message);
 QByteArray encode(const CancelMessage &message);
 QByteArray encode(const AliveMessage &message);
+QByteArray encode(const KeptMessage &message);
 
 /// The kind of a payload; none of MessageKind's when there is no byte at all.
 MessageKind kindOf(const QByteArray &payload);

@@ -3,6 +3,8 @@
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
 
+#include <utility>
+
 namespace {
 
 CMError tooLongError()
@@ -10,6 +12,11 @@ CMError tooLongError()
     CMError error(TrString("NodeLink", "The answer is too long."));
     error.insert(CMError::Name(), CMError::TooLongName());
     return error;
+}
+
+bool onlyReads(const CMRequest &request)
+{
+    return request.kind() == CMRequest::GetRows || request.kind() == CMRequest::GetData;
 }
 
 QString unreadable(MessageKind kind)
@@ -76,9 +83,9 @@ void NodeLink::request(const CMRequest &request)
         open = m_unanswered->open;
         id = ++m_unanswered->lastId;
         if (open) {
-            if (m_unanswered->replies.empty())
+            if (m_unanswered->requests.empty())
                 m_unanswered->lastSign = Clock::now();
-            m_unanswered->replies.emplace(id, request.reply());
+            m_unanswered->requests.emplace(id, request);
         }
     }
     if (!open) {
@@ -94,7 +101,7 @@ void NodeLink::request(const CMRequest &request)
     }
     {
         const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        m_unanswered->replies.erase(id);
+        m_unanswered->requests.erase(id);
     }
     request.reply().setError(tooLongError());
 }
@@ -103,7 +110,7 @@ void NodeLink::request(const CMRequest &request)
 void NodeLink::takeBackWhenFinished(quint64 id, const CMRequest &request)
 {
     CMReplyData<QVariant> *const answer = request.reply().data();
-    if (!answer || (request.kind() != CMRequest::GetRows && request.kind() != CMRequest::GetData))
+    if (!answer || !onlyReads(request))
         return;
     answer->whenFinished([id, sender = m_sender, weak = std::weak_ptr<Unanswered>(m_unanswered)] {
         const auto unanswered = weak.lock();
@@ -111,7 +118,7 @@ void NodeLink::takeBackWhenFinished(quint64 id, const CMRequest &request)
             return;
         {
             const std::lock_guard<std::mutex> lock(unanswered->mutex);
-            if (unanswered->replies.count(id) == 0)
+            if (unanswered->requests.count(id) == 0)
                 return; // this is the answer
         }
         CancelMessage message;
@@ -128,10 +135,41 @@ void NodeLink::watch(const CMPath &path, bool on)
 std::chrono::milliseconds NodeLink::silence() const
 {
     const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-    if (m_unanswered->replies.empty())
+    if (m_unanswered->requests.empty())
         return std::chrono::milliseconds(0);
     return std::chrono::duration_cast<std::chrono::milliseconds>(
         Clock::now() - m_unanswered->lastSign);
+}
+
+std::vector<CMRequest> NodeLink::unanswered() const
+{
+    std::vector<CMRequest> requests;
+    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+    for (const auto &entry : m_unanswered->requests) {
+        const CMReply<QVariant> reply = entry.second.reply();
+        if (!reply.isNull() && !reply.isFinished())
+            requests.push_back(entry.second);
+    }
+    return requests;
+}
+
+std::vector<CMRequest> NodeLink::takeBack(const std::function<bool(const CMRequest &)> &which)
+{
+    std::map<quint64, CMRequest> taken; // in the order in which they were asked
+    {
+        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+        for (auto &entry : m_unanswered->requests) {
+            if (onlyReads(entry.second) && which(entry.second))
+                taken.emplace(entry.first, std::exchange(entry.second, CMRequest()));
+        }
+    }
+    std::vector<CMRequest> requests;
+    for (const auto &entry : taken) {
+        m_sender->send(encode(CancelMessage {entry.first}));
+        if (!entry.second.reply().isFinished())
+            requests.push_back(entry.second);
+    }
+    return requests;
 }
 
 QString NodeLink::take(const QByteArray &payload)
@@ -215,11 +253,11 @@ QString NodeLink::takeAnswer(const AnswerMessage &message)
     CMReply<QVariant> reply;
     {
         const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        const auto found = m_unanswered->replies.find(message.id);
-        if (found == m_unanswered->replies.end())
+        const auto found = m_unanswered->requests.find(message.id);
+        if (found == m_unanswered->requests.end())
             return QStringLiteral("an answer that nobody asked for");
-        reply = std::move(found->second);
-        m_unanswered->replies.erase(found);
+        reply = found->second.reply();
+        m_unanswered->requests.erase(found);
         m_unanswered->lastSign = Clock::now();
     }
     if (message.error.isEmpty())
@@ -257,13 +295,13 @@ void NodeLink::takeChange(const ChangeMessage &message)
 
 void NodeLink::end(const QString &reason)
 {
-    std::unordered_map<quint64, CMReply<QVariant>> unanswered;
+    std::unordered_map<quint64, CMRequest> unanswered;
     {
         const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
         m_unanswered->open = false;
-        unanswered.swap(m_unanswered->replies);
+        unanswered.swap(m_unanswered->requests);
     }
     for (const auto &entry : unanswered)
-        entry.second.setError(m_handler.interrupted());
+        entry.second.reply().setError(m_handler.interrupted());
     m_handler.ended(reason);
 }

@@ -10,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <vector>
 
 class CMSubscription;
 
@@ -56,6 +57,12 @@ public:
     /// Has the other side answer \a request. A question that only reads is taken back when its
     /// reply is completed before the answer is there.
     void request(const CMRequest &request);
+    /// The questions that the other side still owes answers to, but for those that are not waited
+    /// for any more.
+    std::vector<CMRequest> unanswered() const;
+    /// Takes those of them back that \a which is true for and that only read, for the caller to
+    /// have answered by another one.
+    std::vector<CMRequest> takeBack(const std::function<bool(const CMRequest &)> &which);
     /// Has the other side tell of changes at \a path, or not any more.
     void watch(const CMPath &path, bool on);
     /// Sends any message; false when the connection has ended.
@@ -84,7 +91,8 @@ private:
         // Guarded by mutex.
         bool open = true;
         quint64 lastId = 0;
-        std::unordered_map<quint64, CMReply<QVariant>> replies;
+        /// One that was taken back is empty until its answer comes.
+        std::unordered_map<quint64, CMRequest> requests;
         Clock::time_point lastSign;
     };
 

@@ -3,9 +3,13 @@
 #include "tests/api/nodes/TestNodes.h"
 #include "tests/support/LogCapture.h"
 
+#include <QThread>
+
 #include <atomic>
 #include <csignal>
+#include <memory>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -259,6 +263,107 @@ TEST(CMRootWorker, TellsOfRoutesThatComeAndGo)
     root.removeWorker(&a);
     root.removeWorker(&b);
     EXPECT_EQ(told, (QStringList {QStringLiteral("-P:x/y"), QStringLiteral("-A:")}));
+}
+
+/// An InlineWorker whose thread is not the test's, so that holding back concerns the test.
+class ElsewhereWorker : public InlineWorker {
+public:
+    explicit ElsewhereWorker(const char *name)
+        : InlineWorker(name)
+    {
+        moveToThread(&m_thread);
+    }
+
+private:
+    QThread m_thread;
+};
+
+TEST(CMRootWorker, HoldsRequestsUntilTheirWorkerIsReplaced)
+{
+    CMRootWorker root;
+    auto former = std::make_unique<ElsewhereWorker>("former");
+    ElsewhereWorker other("other");
+    root.addWorker(QStringLiteral("A"), former.get());
+    root.addWorker(QStringLiteral("B"), &other);
+    root.addForeignPath(path("P:x"), former.get());
+    root.addForeignPath(path("P:y"), &other);
+    root.hold(QStringLiteral("A"), CMRootWorker::Prefix);
+    const Answer first = getData(root, path("A:1"), valueRole);
+    EXPECT_FALSE(first.isThere());
+    EXPECT_EQ(root.getValue(path("P:x")), QStringLiteral("former"));
+    root.hold(QStringLiteral("A"), CMRootWorker::PrefixAndForeignPaths);
+    const Answer foreign = getData(root, path("P:x/1"), valueRole);
+    root.removeWorker(former.get());
+    former.reset();
+    const Answer orphan = getData(root, path("A:2"), valueRole);
+    EXPECT_FALSE(foreign.isThere() || orphan.isThere());
+    EXPECT_EQ(root.getValue(path("B:1")), QStringLiteral("other"));
+    EXPECT_EQ(root.getValue(path("P:y")), QStringLiteral("other"));
+
+    ElsewhereWorker next("next");
+    root.addWorker(QStringLiteral("A"), &next);
+    root.addForeignPath(path("P:x"), &next);
+    EXPECT_FALSE(first.isThere());
+    root.release(QStringLiteral("A"));
+    for (const Answer &answer : {first, foreign, orphan})
+        EXPECT_EQ(answer.list().value(0), QStringLiteral("next"));
+    EXPECT_EQ(root.getValue(path("A:3")), QStringLiteral("next"));
+    root.release(QStringLiteral("A")); // harmless
+}
+
+TEST(CMRootWorker, HoldsNoMoreRequestsThanItMay)
+{
+    CMRootWorker root;
+    root.hold(QStringLiteral("A"), CMRootWorker::Prefix);
+    std::vector<Answer> answers;
+    for (int i = 0; i <= CMRootWorker::MaxHeld; ++i)
+        answers.push_back(getData(root, path("A:x"), valueRole));
+    EXPECT_FALSE(answers[CMRootWorker::MaxHeld - 1].isThere());
+    EXPECT_EQ(answers[CMRootWorker::MaxHeld].errorName(), CMError::UnansweredName());
+    root.release(QStringLiteral("A"));
+    EXPECT_EQ(answers[0].errorName(), CMError::NoNodeName()) << "nobody serves it by now";
+}
+
+TEST(CMRootWorker, AHeldWorkersOwnThreadIsServed)
+{
+    CMRootWorker root;
+    InlineWorker own("own"); // of this thread
+    root.addWorker(QStringLiteral("A"), &own);
+    root.hold(QStringLiteral("A"), CMRootWorker::Prefix);
+    EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("own"));
+}
+
+TEST(CMRootWorker, KnowsWhoIsSubscribedForItself)
+{
+    CMRootWorker root;
+    QThread other;
+    QObject context;
+    const QThread *const here = QThread::currentThread();
+    EXPECT_FALSE(root.isSubscribed(path("A:x"), here));
+    const auto ignore = [](const CMChange &) {};
+    {
+        const auto passing = root.subscribe(path("A:x"), &context, ignore, CMRootWorker::ForOthers);
+        EXPECT_FALSE(root.isSubscribed(path("A:x"), here));
+        const auto acting = root.subscribe(path("A:x"), &context, ignore);
+        EXPECT_TRUE(root.isSubscribed(path("A:x"), here));
+        EXPECT_FALSE(root.isSubscribed(path("A:y"), here));
+        EXPECT_FALSE(root.isSubscribed(path("A:x"), &other));
+    }
+    EXPECT_FALSE(root.isSubscribed(path("A:x"), here));
+    const auto direct = root.subscribeDirectly(path("A:x"), ignore);
+    EXPECT_TRUE(root.isSubscribed(path("A:x"), here));
+}
+
+TEST(CMRootWorker, KnowsWhichPathsAWorkerServesBesideItsPrefix)
+{
+    CMRootWorker root;
+    InlineWorker a("a");
+    root.addWorker(QStringLiteral("A"), &a);
+    root.addForeignPath(path("P:x"), &a);
+    EXPECT_TRUE(root.isServedBy(path("A:x"), QStringLiteral("A")));
+    EXPECT_TRUE(root.isServedBy(path("P:x/y"), QStringLiteral("A")));
+    EXPECT_FALSE(root.isServedBy(path("P:z"), QStringLiteral("A")));
+    EXPECT_FALSE(root.isServedBy(path("P:z"), QStringLiteral("P")));
 }
 
 } // namespace

@@ -149,6 +149,39 @@ TEST_F(Values, AreNotChangedByAWrongType)
     EXPECT_EQ(values.value(path("V:text")).string_(), QStringLiteral("a"));
 }
 
+TEST_F(Values, AreSetByRequestsToWhatPassesTheirCheckOnly)
+{
+    values.setCheck(path("V:int"), [](const QVariant &sent, const VeskValue &value) {
+        if (value.isEmpty())
+            return CMError(TrString("Test", "no number: " + sent.toByteArray()));
+        return value.int_() < 10 ? CMError() : CMError(text("less than 10"));
+    });
+    EXPECT_EQ(set("V:int", 10).errorText(), QStringLiteral("less than 10"));
+    EXPECT_EQ(set("V:int", QStringLiteral("many")).errorText(), QStringLiteral("no number: many"));
+    EXPECT_EQ(values.value(path("V:int")).int_(), 1);
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_FALSE(set("V:int", 9).isError());
+    EXPECT_TRUE(values.setValue(path("V:int"), VeskValue::fromInt(11))) << "the host knows";
+    values.pin(path("V:int"));
+    EXPECT_EQ(set("V:int", 12).errorText(), QStringLiteral("The value cannot be changed."));
+}
+
+TEST_F(Values, TellWhatRequestsRead)
+{
+    QStringList read;
+    QObject::connect(
+        &values, &CMValuesWorker::valueRead, [&](const CMPath &of, const VeskValue &value) {
+            read.append(of.toEncoded() + QLatin1Char('=') + value.string_());
+        });
+    root.getValue(path("V:text?p=1"));
+    getData(root, path("V:text"), {VeskRoles::Title()});
+    getData(root, path("V:gone"), {valueRole});
+    values.value(path("V:text"));
+    EXPECT_EQ(read, QStringList(QStringLiteral("V:text=a")));
+    getData(root, path("V:fixed"), CMAllRoles());
+    EXPECT_EQ(read.value(1), QStringLiteral("V:fixed=f"));
+}
+
 TEST_F(Values, AreSetByTheHostWhateverTheirAccess)
 {
     EXPECT_TRUE(values.setValue(path("V:fixed"), VeskValue::fromString(QStringLiteral("g"))));

@@ -1,0 +1,90 @@
+#include "api/nodes/CMListRowsNode.h"
+#include "api/nodes/CMNodesWorker.h"
+#include "api/nodes/CMRootWorker.h"
+#include "api/nodes/CMUINode.h"
+#include "api/nodes/CMValueItem.h"
+#include "api/tunein/VeskTuneInPaths.h"
+#include "api/values/VeskValuePaths.h"
+
+#include <QThread>
+#include <QUuid>
+
+#include <cstdlib>
+
+// A plug-in that reads settings in every way there is: one for keeps, one with each request, and
+// one that it follows.
+namespace {
+
+VeskValue settingAt(const CMPath &path)
+{
+    return VeskValue(VeskHash(CMRoot()->getValue(path).toHash()));
+}
+
+/// Answers with what a function says, after as many milliseconds as its parameter "ms" says.
+class SayingNode : public CMUINode {
+public:
+    using Say = std::function<QVariant()>;
+
+    SayingNode(const CMPath &path, Say say)
+        : CMUINode(path)
+        , m_say(std::move(say))
+    {
+    }
+
+    bool getDataRequest(const CMGetDataRequest &request) override
+    {
+        QThread::msleep(request.path().param(QStringLiteral("ms")).toULong());
+        request.reply().setValue(QVariantList {m_say()});
+        return true;
+    }
+
+    bool setDataRequest(const CMSetDataRequest &request) override
+    {
+        QThread::msleep(request.path().param(QStringLiteral("ms")).toULong());
+        request.reply().setValue(m_say());
+        return true;
+    }
+
+private:
+    const Say m_say;
+};
+
+class ReadingWorker : public CMNodesWorker {
+public:
+    explicit ReadingWorker(const QVariantHash &config)
+        : CMNodesWorker(config, QStringLiteral("Reading"))
+        , m_kept(settingAt(VeskTuneInPartnerIdPath()).string_())
+        , m_followed(settingAt(VeskTuneInEnabledFixItWizardPath()).bool_())
+    {
+        if (m_kept == QLatin1String("fatal"))
+            std::abort();
+        connect(new CMValueItem(VeskTuneInEnabledFixItWizardPath(), this), &CMValueItem::changed,
+            this, [this](const VeskValue &value) { m_followed = value.bool_(); });
+        auto *root = CMListRowsNode::create(nodes(), addPrefix(QString()));
+        root->setTitle(TrString("Reading", "Reading"));
+        // A list that shows the setting, and so passes its changes on.
+        root->rowsAppend(VeskTuneInPartnerIdPath());
+        root->rowsAppend(VeskTuneInEnabledFixItWizardPath());
+        add("instance", [this] { return m_instance; });
+        add("kept", [this] { return m_kept; });
+        add("followed", [this] { return m_followed; });
+        add("fresh", [] { return settingAt(VeskTuneInBrowseIndexUrlPath()).string_(); });
+    }
+
+private:
+    void add(const char *path, SayingNode::Say say)
+    {
+        (new SayingNode(addPrefix(QString::fromLatin1(path)), std::move(say)))->setNodes(nodes());
+    }
+
+    const QString m_instance = QUuid::createUuid().toString();
+    const QString m_kept;
+    bool m_followed;
+};
+
+} // namespace
+
+extern "C" Q_DECL_EXPORT void *worker_create(const char *, void *config)
+{
+    return new ReadingWorker(*static_cast<const QVariantHash *>(config));
+}
