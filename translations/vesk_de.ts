@@ -276,10 +276,6 @@
         <translation>Nicht gespeichert: Zu viel wartet auf den Datenträger.</translation>
     </message>
     <message>
-        <source>The text is too long.</source>
-        <translation>Der Text ist zu lang.</translation>
-    </message>
-    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>Von allem, was angezeigt wird, und der Listen, mit denen Dienste antworten.</translation>
     </message>
@@ -314,6 +310,38 @@
     <message>
         <source>Browsing</source>
         <translation>Blättern</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; cannot be &quot;%2&quot;: it is %3.</source>
+        <translation>Die Einstellung „%1“ kann nicht „%2“ sein: Möglich ist %3.</translation>
+    </message>
+    <message>
+        <source>a language tag, such as &quot;de-DE&quot; or &quot;en&quot;</source>
+        <translation>ein Sprachkürzel wie „de-DE“ oder „en“</translation>
+    </message>
+    <message>
+        <source>formats separated by commas, without blanks, out of: %1; or empty</source>
+        <translation>eine Liste von Formaten mit Kommas ohne Leerzeichen dazwischen, aus: %1; oder nichts</translation>
+    </message>
+    <message>
+        <source>an address that begins with http:// or https://, or empty</source>
+        <translation>eine Adresse, die mit http:// oder https:// beginnt, oder nichts</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>wahr oder falsch (true, false)</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>eine ganze Zahl</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>eine Zahl</translation>
+    </message>
+    <message>
+        <source>a text of one line and at most %1 characters</source>
+        <translation>ein Text aus einer Zeile mit höchstens %1 Zeichen</translation>
     </message>
 </context>
 <context>

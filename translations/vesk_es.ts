@@ -276,10 +276,6 @@
         <translation>No se ha guardado: hay demasiado esperando al disco.</translation>
     </message>
     <message>
-        <source>The text is too long.</source>
-        <translation>El texto es demasiado largo.</translation>
-    </message>
-    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>De todo lo que se muestra y de las listas con que responden los servicios.</translation>
     </message>
@@ -314,6 +310,38 @@
     <message>
         <source>Browsing</source>
         <translation>Navegación</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; cannot be &quot;%2&quot;: it is %3.</source>
+        <translation>El ajuste «%1» no puede ser «%2»: debe ser %3.</translation>
+    </message>
+    <message>
+        <source>a language tag, such as &quot;de-DE&quot; or &quot;en&quot;</source>
+        <translation>un código de idioma como «de-DE» o «en»</translation>
+    </message>
+    <message>
+        <source>formats separated by commas, without blanks, out of: %1; or empty</source>
+        <translation>una lista de formatos separados por comas, sin espacios, de entre: %1; o nada</translation>
+    </message>
+    <message>
+        <source>an address that begins with http:// or https://, or empty</source>
+        <translation>una dirección que empiece por http:// o https://, o nada</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>verdadero o falso (true, false)</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>un número entero</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>un número</translation>
+    </message>
+    <message>
+        <source>a text of one line and at most %1 characters</source>
+        <translation>un texto de una línea y de %1 caracteres como máximo</translation>
     </message>
 </context>
 <context>

@@ -276,10 +276,6 @@
         <translation>Non enregistré : trop de choses attendent le disque.</translation>
     </message>
     <message>
-        <source>The text is too long.</source>
-        <translation>Le texte est trop long.</translation>
-    </message>
-    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>De tout ce qui s’affiche, et des listes que renvoient les services.</translation>
     </message>
@@ -314,6 +310,38 @@
     <message>
         <source>Browsing</source>
         <translation>Navigation</translation>
+    </message>
+    <message>
+        <source>The setting &quot;%1&quot; cannot be &quot;%2&quot;: it is %3.</source>
+        <translation>Le réglage « %1 » ne peut pas être « %2 » : il faut %3.</translation>
+    </message>
+    <message>
+        <source>a language tag, such as &quot;de-DE&quot; or &quot;en&quot;</source>
+        <translation>un code de langue comme « de-DE » ou « en »</translation>
+    </message>
+    <message>
+        <source>formats separated by commas, without blanks, out of: %1; or empty</source>
+        <translation>une liste de formats séparés par des virgules, sans espaces, parmi : %1 ; ou rien</translation>
+    </message>
+    <message>
+        <source>an address that begins with http:// or https://, or empty</source>
+        <translation>une adresse qui commence par http:// ou https://, ou rien</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>vrai ou faux (true, false)</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>un nombre entier</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>un nombre</translation>
+    </message>
+    <message>
+        <source>a text of one line and at most %1 characters</source>
+        <translation>un texte d’une ligne et d’au plus %1 caractères</translation>
     </message>
 </context>
 <context>

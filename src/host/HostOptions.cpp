@@ -49,8 +49,9 @@ QString HostOption::addPinned(HostOptions &options, const QString &path, const Q
     if (!definition)
         return QStringLiteral("there is no value \"%1\"").arg(path);
     const VeskValue read = CMValuesWorker::fromPlain(value, definition->initial.type());
-    if (read.isEmpty())
-        return QStringLiteral("\"%1\" is no value for %2").arg(value.toString(), path);
+    const CMError wrong = checkHostValue(*definition, value, read);
+    if (!wrong.isEmpty())
+        return QStringLiteral("%1: %2").arg(path, wrong.message().toString());
     options.pinned.append({valuePath, read});
     return {};
 }

@@ -96,8 +96,9 @@ void SettingsStore::applyKept()
             continue;
         }
         const VeskValue value = CMValuesWorker::fromPlain(it.value(), definition->initial.type());
-        if (value.isEmpty())
-            VESK_WARN("A setting that is kept has no fitting value: " << path);
+        const CMError wrong = checkHostValue(*definition, it.value(), value);
+        if (!wrong.isEmpty())
+            VESK_WARN("A setting that is kept is not used. " << wrong.message());
         else if (!m_values->setValue(path, value))
             VESK_INFO("A setting that is kept is overruled at start: " << path);
     }
@@ -151,8 +152,6 @@ void SettingsStore::keep(
     const HostValueDefinition *definition = findHostValue(path);
     if (!definition)
         return kept(CMError());
-    if (plainValue(value).toString().size() > MaxText)
-        return kept(refusal(QT_TRANSLATE_NOOP("Host", "The text is too long.")));
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_isOpen && m_waiting.size() < MaxWaiting) {

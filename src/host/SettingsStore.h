@@ -28,8 +28,6 @@ public:
     static constexpr std::size_t MaxWaiting = 256;
     /// How long the end waits for the disk.
     static constexpr std::chrono::seconds EndTime {10};
-    /// The longest text that is kept, in characters.
-    static constexpr int MaxText = 64 * 1024;
 
     /// Without a \a folder changes last until the host ends.
     SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent = nullptr);

@@ -72,6 +72,12 @@ TEST_F(VeskctlTest, ReadsAndChangesSettings)
     EXPECT_EQ(run(words("get settings:tunein/enabledFixItWizard")).out, "false\n");
     EXPECT_EQ(run(words("set settings:tunein/enabledFixItWizard perhaps")).status, 1);
     EXPECT_EQ(run(words("set system:memberId mine")).status, 1);
+    const Outcome refused = run(words("set settings:ui/language klingon"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.errors,
+        "veskctl: The setting \"Language\" cannot be \"klingon\": it is a language tag, such as "
+        "\"de-DE\" or \"en\".\n");
+    EXPECT_EQ(run(words("get settings:ui/language")).out, "en-US\n");
 }
 
 QByteArray nextLine(QProcess &process)

@@ -93,13 +93,25 @@ INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
         "--listen 192.168.1.1:80", "--listen [::]:80", "--listen ::1:80", "--listen :80",
         "--listen example.org:80", "--listen 127.0.0.1:1 --listen 127.0.0.1:2",
         "--set settings:tunein/partnerId", "--set nothing=1", "--set settings:nothing=1",
-        "--set settings:tunein/enabledFixItWizard=maybe", "--set =x", "--set network:connected=",
+        "--set settings:tunein/enabledFixItWizard=maybe", "--set settings:ui/language=klingon",
+        "--set settings:ui/language=", "--set settings:tunein/supportedStreams=mp3,mp5",
+        "--set settings:tunein/browseIndexUrl=somewhere", "--set =x", "--set network:connected=",
         "--connect-to a", "--connect-to a:1:b", "--connect-to a:1:b:2:3", "--connect-to a:x:b:1",
         "--audio loud", "--audio wav:", "--audio wav:/dev/null", "--audio wav:/tmp",
         "--log-size -1", "--log-size much", "--log-size nan", "--log-size 1048577",
         "--log-level verbose", "--log-level INFO", "--restart-wait soon", "--restart-wait -1",
         "--restart-wait nan", "--restart-wait 3601", "--watchdog soon", "--watchdog -1",
         "--watchdog 3601", "--in-process=2", "--config /nonexistent/file", "--plugin a.so b.so"));
+
+TEST(HostCommandLineTest, AValueThatASettingDoesNotTakeIsToldWithWhatItTakes)
+{
+    const HostCommandLine line
+        = parse({QStringLiteral("--set"), QStringLiteral("settings:ui/language=xx")});
+    EXPECT_EQ(line.text,
+        QStringLiteral(
+            "--set: settings:ui/language: The setting \"Language\" cannot be \"xx\": it is "
+            "a language tag, such as \"de-DE\" or \"en\"."));
+}
 
 TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
 {
@@ -189,9 +201,11 @@ TEST_F(HostConfigFileTest, WhatItSaysWrongIsBadUsage)
     for (const char *content : {"", "[]", "{", "{\"listen\": 5}", "{\"listne\": \"localhost:1\"}",
              "{\"plugins\": \"a.so\"}", "{\"plugins\": [5]}", "{\"plugins\": [{}]}",
              "{\"values\": []}", "{\"values\": {\"settings:nothing\": 1}}",
-             "{\"values\": {\"network:connected\": \"perhaps\"}}", "{\"connectTo\": [\"a\"]}",
-             "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}", "{\"inProcess\": 1}",
-             "{\"restartWait\": -1}", "{\"restartWait\": \"soon\"}"}) {
+             "{\"values\": {\"network:connected\": \"perhaps\"}}",
+             "{\"values\": {\"settings:ui/language\": \"klingon\"}}",
+             "{\"values\": {\"settings:tunein/supportedStreams\": [\"mp3\"]}}",
+             "{\"connectTo\": [\"a\"]}", "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}",
+             "{\"inProcess\": 1}", "{\"restartWait\": -1}", "{\"restartWait\": \"soon\"}"}) {
         const HostCommandLine line = parseWith(content);
         EXPECT_FALSE(line.run) << content;
         EXPECT_EQ(line.status, 2) << content;

@@ -432,7 +432,8 @@ TEST_F(SettingsStoreTest, ATextThatIsTooLongIsRefusedAlone)
     Run run(m_folder);
     const auto longOne = run.ask(VeskTuneInPartnerIdPath(), QString(70000, QLatin1Char('x')));
     EXPECT_EQ(run.setWizard(false), "");
-    EXPECT_EQ(Run::outcome(longOne), "The text is too long.");
+    EXPECT_THAT(Run::outcome(longOne), testing::HasSubstr("at most 2000 characters"));
+    EXPECT_EQ(run.partner(), QString());
 }
 
 TEST_F(SettingsStoreTest, WhatWaitsAtTheEndIsKeptAndAnswered)

@@ -5,7 +5,7 @@ import { writeFile } from "node:fs/promises";
 import { join } from "node:path";
 import { after, before, test } from "node:test";
 
-import { expectEventually, launch, newPage, onlyProblemsOf, Product } from "./support.mjs";
+import { between, expectEventually, launch, newPage, onlyProblemsOf, Product } from "./support.mjs";
 
 const strings = [
     "<img src=x onerror=\"window.pwned=1\">",
@@ -132,11 +132,15 @@ test("a document is no picture, and no address of a page's choice is fetched", a
 
 test("a hostile language catalogue key or setting does not break the texts", async () => {
     const page = await newPage(browser, product);
-    await product.call("setData", { path: "settings:ui/language", role: "value", value: "__proto__" });
+    await between(page, {
+        answered: ({ method, params }, { result }) => {
+            if (method === "getData" && params.path === "settings:ui/language")
+                result.values = result.values.map((value) => (value?.string_ ? { ...value, string_: "__proto__" } : value));
+        },
+    });
     await page.goto(`${product.url}#host:settings`);
     await page.getByRole("heading", { level: 1, name: "Settings" }).waitFor();
     await expectEventually(async () => (await page.locator(".rows li").count()) > 3, "the settings");
-    await product.call("setData", { path: "settings:ui/language", role: "value", value: "en-US" });
     onlyProblemsOf(page);
     await page.context().close();
 });

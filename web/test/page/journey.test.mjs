@@ -228,10 +228,34 @@ test("a change of language is told of, and then all is quiet", async () => {
     await other.context().close();
 });
 
+test("a value that is refused leaves the field, with the reason beside it", async () => {
+    await page.goto(`${product.url}#host:settings/advanced`);
+    const field = page.getByRole("textbox", { name: "Stream formats to ask TuneIn for" });
+    const known = await field.inputValue();
+    const refusal = page.getByRole("alert").filter({ hasText: "cannot be “mp3,mp5”".replace(/[“”]/g, '"') });
+    for (const leave of ["Enter", "Tab"]) {
+        await field.fill("mp3,mp5");
+        await field.press(leave);
+        await refusal.waitFor();
+        assert.match(await refusal.textContent(), /^The setting "Stream formats to ask TuneIn for" cannot be/);
+        assert.equal(await field.inputValue(), known);
+    }
+    const { values } = await product.call("getData", { path: "settings:tunein/supportedStreams", roles: ["value"] });
+    assert.equal(values[0].string_, known);
+    // What is taken takes the reason away.
+    await field.fill("mp3");
+    await field.press("Enter");
+    await refusal.waitFor({ state: "detached" });
+    await expectEventually(async () => (await field.inputValue()) === "mp3", "the new value");
+    await field.fill(known);
+    await field.press("Enter");
+});
+
 test("switches a setting, which another page shows", async () => {
     const other = await newPage(browser, product);
     await other.goto(`${product.url}#host:settings`);
     const name = "Show the parts of a screen in one list";
+    await page.goto(`${product.url}#host:settings`);
     const wasOn = await page.getByRole("switch", { name }).isChecked();
     await page.getByRole("switch", { name }).click();
     await expectEventually(
