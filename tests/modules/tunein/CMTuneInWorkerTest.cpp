@@ -1,4 +1,4 @@
-#include "api/nodes/CMNode.h"
+#include "api/nodes/CMUINode.h"
 #include "api/nodes/CMValueItem.h"
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/MimeTypes.h"
@@ -33,6 +33,18 @@ protected:
         EXPECT_EQ(
             TrString::fromVariant(role(path, "title"_s)), TrString(Context, QLatin1String(title)))
             << path.toStdString();
+    }
+
+    /// What the node at \a path answers by itself, even when it leads to another.
+    QVariant own(const QString &path, const QString &role)
+    {
+        QVariant value;
+        onWorker([&] {
+            auto *node = dynamic_cast<CMUINode *>(worker()->nodes()->find(::path(path)));
+            ASSERT_NE(node, nullptr) << path.toStdString();
+            value = node->getRoleData(role, {});
+        });
+        return value;
     }
 
     QStringList nodePaths()
@@ -183,6 +195,15 @@ TEST_F(CMTuneInWorkerTest, titlesItsNodes)
     expectTitle("TuneIn:testing_/searches"_s, "Search");
 }
 
+TEST_F(CMTuneInWorkerTest, titlesNeitherItsRootNorItsMenusNorTheAccount)
+{
+    start();
+    for (const char *node : {"TuneIn:", "TuneIn:player_context",
+             "TuneIn:player_context_show_episode", "TuneIn:browser_context"})
+        EXPECT_TRUE(own(QLatin1String(node), "title"_s).isNull()) << node;
+    EXPECT_TRUE(role("TuneIn:account"_s, "title"_s).isNull());
+}
+
 TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
 {
     start();
@@ -194,6 +215,15 @@ TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
         EXPECT_EQ(meta.serviceID(), "tunein"_s) << node;
         EXPECT_EQ(meta.size(), 1) << node;
     }
+}
+
+TEST_F(CMTuneInWorkerTest, givesNoMediaDataToNodesThatOnlyLeadToOthersNorToTheAccount)
+{
+    start();
+    for (const char *node : {"TuneIn:", "TuneIn:search/search", "TuneIn:testing_/aa1",
+             "TuneIn:testing_/aa2", "TuneIn:testing_/list_of_genres", "TuneIn:testing_/searches"})
+        EXPECT_TRUE(own(QLatin1String(node), "mediaData"_s).isNull()) << node;
+    EXPECT_TRUE(role("TuneIn:account"_s, "mediaData"_s).isNull());
 }
 
 TEST_F(CMTuneInWorkerTest, putsAnEmptyServiceIdThereWhenTheConfigurationHasNone)

@@ -2,7 +2,10 @@
 
 #include "api/values/VeskValuePaths.h"
 
+#include <QThread>
+
 #include <atomic>
+#include <chrono>
 #include <thread>
 
 using testing::ElementsAre;
@@ -11,6 +14,10 @@ namespace {
 
 const QString Enter = "TRACE Enter void "
                       "CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue&): "_s;
+
+/// While it is set, sleeping moves the tests' clock and takes no time.
+std::atomic<bool> hurry {false};
+std::atomic<int> sleeps {0};
 
 class NetworkStateTest : public TuneInFixture {
 protected:
@@ -24,6 +31,17 @@ protected:
 };
 
 } // namespace
+
+/// Stands in for Qt's in this program, so that hours of polling pass in a moment.
+void QThread::msleep(unsigned long milliseconds)
+{
+    if (hurry) {
+        FakeClock::advance(static_cast<qint64>(milliseconds));
+        ++sleeps;
+    } else {
+        std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    }
+}
 
 TEST_F(NetworkStateTest, reachesTheWorkerFromTheHostsValue)
 {
@@ -101,5 +119,32 @@ TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsUntilTheFirstValueCame)
         return worker;
     });
     asker.join();
+    EXPECT_TRUE(connected);
+}
+
+TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsHoweverLongTheFirstValueTakes)
+{
+    constexpr int HourOfPolls = 3600 * 100;
+    bool connected = false;
+    std::atomic<bool> answered {false};
+    std::thread asker;
+    sleeps = 0;
+    hurry = true;
+    WorkerThread thread([&]() -> QObject * {
+        auto *worker = new CMTuneInWorker(defaultConfig());
+        asker = std::thread([&, worker] {
+            connected = worker->networkStateConnected();
+            answered = true;
+        });
+        // The value, which is true, cannot come before this function returns.
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        while (sleeps < HourOfPolls && !answered && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::yield();
+        EXPECT_FALSE(answered);
+        EXPECT_GE(sleeps, HourOfPolls);
+        return worker;
+    });
+    asker.join();
+    hurry = false;
     EXPECT_TRUE(connected);
 }

@@ -30,6 +30,18 @@ TEST_F(PlaybackStateTest, reportsAPlayOfNinetyPausedTenAndThirtySecondsAsOneOf12
     EXPECT_FALSE(timerIsActive());
 }
 
+TEST_F(PlaybackStateTest, addsUpWhatWasHeardBetweenSeveralPauses)
+{
+    for (const int seconds : {10, 20, 40}) {
+        play(Playing);
+        FakeClock::advance(seconds * 1000);
+        play(Paused);
+        FakeClock::advance(5000);
+    }
+    play(Stopped);
+    EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 70, true)}));
+}
+
 TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
 {
     play(Playing);
@@ -304,6 +316,22 @@ TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", seconds, true)}));
 }
 
+TEST_F(PlaybackStateTest, pausesAnewAfterAStopOutOfAPause)
+{
+    play(Playing);
+    FakeClock::advance(4000);
+    play(Paused);
+    play(Stopped);
+    play(Paused);
+    EXPECT_TRUE(timerIsActive());
+    const qint64 seconds = FakeClock::monotonic() / 1000;
+    FakeClock::advance(1000);
+    play(Stopped);
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>({durationReport("s1", 4, true), durationReport("s1", seconds, true)}));
+    EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback paused."_s).Times(2));
+}
+
 TEST_F(PlaybackStateTest, countsTheWholeClockForAStopThatFollowsNoPlaying)
 {
     play(Playing);
@@ -382,6 +410,40 @@ TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
+TEST_F(PlaybackStateTest, takesTheGuideIdFromNowhereButTheMatchingPath)
+{
+    const CMPath item = path("TuneIn:browse?veskGuideId=s1"_s);
+    VeskRoles matching;
+    matching.setPath(item);
+    VeskList<VeskRoles> matchingRoles;
+    matchingRoles.append(matching);
+    VeskMetaData meta;
+    meta.setMatchingMediaRoles(matchingRoles);
+    meta.setContentPlayContextPath(path("TuneIn:player_context"_s,
+        {{"guideId"_s, "s1"_s}, {"veskMatchingPath"_s, item.toEncoded()}}));
+    VeskResource resource;
+    resource.setUri("http://stream.example/live"_s);
+    VeskList<VeskResource> resources;
+    resources.append(resource);
+    VeskMediaData media;
+    media.setMetaData(meta);
+    media.setResources(resources);
+    VeskRoles track;
+    track.setMediaData(media);
+    // The row of the item itself, as the browse node shows it.
+    track.setPath(item);
+
+    post(Playing, 1, QString(), track);
+    ASSERT_EQ(streamReports().size(), 1);
+    EXPECT_FALSE(streamReports().constFirst().contains("&id="));
+    FakeClock::advance(5000);
+    log().clear();
+    post(Stopped, 1, QString(), track);
+    EXPECT_THAT(log().lines("INFO"_s),
+        ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedNoGuideId)));
+    EXPECT_THAT(durationReports(), IsEmpty());
+}
+
 TEST_F(PlaybackStateTest, prefersTheMessageOfZeroDuration)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
@@ -450,6 +512,23 @@ TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)
     ASSERT_EQ(streamReports().size(), 1);
     EXPECT_TRUE(streamReports().constFirst().contains("&listenId=" + firstSeen + "&"));
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 5, true, firstSeen)}));
+}
+
+TEST_F(PlaybackStateTest, givesEachPlayAListenIdOfItsOwn)
+{
+    play(Playing, 1);
+    FakeClock::advance(60000);
+    play(Stopped, 1);
+    FakeClock::advance(60000);
+    const QByteArray listenId = QByteArray::number(FakeClock::epochSeconds());
+    play(Playing, 2);
+    FakeClock::advance(5000);
+    play(Stopped, 2);
+    ASSERT_EQ(streamReports().size(), 2);
+    EXPECT_TRUE(streamReports().constLast().contains("&listenId=" + listenId + "&"));
+    EXPECT_EQ(durationReports(),
+        QList<QByteArray>(
+            {durationReport("s1", 60, true), durationReport("s1", 5, true, listenId)}));
 }
 
 TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail)
