@@ -1,5 +1,6 @@
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/MimeTypes.h"
+#include "api/values/VeskValuePaths.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
 using testing::Contains;
@@ -55,6 +56,28 @@ protected:
                 roles.insert(names.at(i), answer.rows.constFirst().value(i));
         }
         return roles;
+    }
+
+    /// What a station carries on whatever screen it is shown.
+    static void expectStation(const VeskMetaData &meta, const QString &serviceId = "tunein"_s)
+    {
+        EXPECT_EQ(meta.serviceID(), serviceId);
+        EXPECT_EQ(meta.genre(), "Rock"_s);
+        EXPECT_EQ(meta.playbackStateChangePath(), VeskTuneInStateChangePath());
+        EXPECT_TRUE(meta.live());
+        EXPECT_TRUE(meta.alternativeStreams());
+    }
+
+    /// What an episode carries on whatever screen it is shown.
+    static void expectEpisode(const VeskMetaData &meta)
+    {
+        EXPECT_EQ(meta.serviceID(), "tunein"_s);
+        EXPECT_TRUE(meta.contains("live"_s));
+        EXPECT_FALSE(meta.live());
+        EXPECT_TRUE(meta.alternativeStreams());
+        EXPECT_EQ(meta.contentPlayContextPath().base(), "player_context_show_episode"_s);
+        EXPECT_EQ(meta.contentPlayContextPath().param("guideId"_s), "t7"_s);
+        EXPECT_EQ(meta.contentPlayContextPath().param("sid"_s), "p3"_s);
     }
 
     static QString changed(const QByteArray &element, const char *from, const char *to)
@@ -338,6 +361,26 @@ TEST_F(TuneInAudioRowTest, offersTheChoiceOfAStationsStreams)
         "http://opml.radiotime.com/Tune.ashx?id=e5&sid=s1"_s);
 }
 
+TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheChoiceOfItsStreamsToo)
+{
+    const VeskRoles roles
+        = row(changed(Station, R"("item")", R"("station_id":"456","item")").toUtf8(), ChoiceScreen);
+    EXPECT_TRUE(roles.value("context"_s).isNull());
+    EXPECT_EQ(roles.audioType(), VeskRolesAudioType::AudioBroadcast());
+    const VeskMetaData meta = roles.mediaData().metaData();
+    expectStation(meta);
+    EXPECT_EQ(meta.contentPlayContextPath(),
+        path("TuneIn:player_context"_s,
+            {{"guideId"_s, "s1"_s}, {"stationId"_s, "456"_s},
+                {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s},
+                {"veskTitle"_s, "Example FM"_s}, {"veskDescription"_s, "Rock it"_s},
+                {"veskIcon"_s, "http://i/s1.png"_s}}));
+
+    const VeskRoles episode = row(Episode, ChoiceScreen);
+    EXPECT_TRUE(episode.value("context"_s).isNull());
+    expectEpisode(episode.mediaData().metaData());
+}
+
 TEST_F(TuneInAudioRowTest, takesOtherTuneScreensForNormalOnes)
 {
     const QString shown = path("TuneIn:browse"_s,
@@ -386,6 +429,26 @@ TEST_F(TuneInAudioRowTest, playsTheStreamsOfTheTestSearchDirectly)
     EXPECT_EQ(media.activeResource().uri(), "http://opml.radiotime.com/Tune.ashx?id=s1"_s);
 }
 
+TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheTestSearchToo)
+{
+    const QString shown = "TuneIn:browse/uri/Search.ashx?query=aa2"_s;
+    const VeskMetaData meta
+        = row(changed(Station, R"("item")", R"("station_id":"456","item")").toUtf8(), shown)
+              .mediaData()
+              .metaData();
+    expectStation(meta);
+    EXPECT_EQ(meta.contentPlayContextPath(),
+        path("TuneIn:player_context"_s,
+            {{"guideId"_s, "s1"_s}, {"stationId"_s, "456"_s},
+                {"veskMatchingPath"_s, "TuneIn:browse?veskDirectStream=0"_s},
+                {"veskTitle"_s, "Example FM (Rock)"_s}, {"veskDescription"_s, "Rock it"_s},
+                {"veskIcon"_s, "http://i/s1.png"_s}}));
+
+    const VeskRoles episode = row(Episode, shown);
+    EXPECT_TRUE(episode.value("context"_s).isNull());
+    expectEpisode(episode.mediaData().metaData());
+}
+
 TEST_F(TuneInAudioRowTest, countsDirectStreamsByTheirIndex)
 {
     answer("/Search.ashx",
@@ -402,6 +465,43 @@ TEST_F(TuneInAudioRowTest, playsOtherSearchesNormally)
              "TuneIn:browse?veskTuneInMethod=search&query=aa2"})
         EXPECT_EQ(row(Station, QLatin1String(shown)).path(), path("TuneIn:browse?veskGuideId=s1"_s))
             << shown;
+}
+
+TEST_F(TuneInAudioRowTest, showsTheResultsOfASearchAsElsewhere)
+{
+    const VeskRoles station = row(Station);
+    const VeskRoles episode = row(Episode);
+    for (const char *shown : {"TuneIn:browse?veskTuneInMethod=search&query=x",
+             "TuneIn:browse/uri/Search.ashx?query=x", "TuneIn:browse/uri/Search.ashx?query=aa1"}) {
+        const VeskRoles found = row(Station, QLatin1String(shown));
+        EXPECT_EQ(found, station) << shown;
+        EXPECT_EQ(found.context().path().base(), "browser_context"_s) << shown;
+        expectStation(found.mediaData().metaData());
+        EXPECT_EQ(found.mediaData().metaData().contentPlayContextPath().base(), "player_context"_s)
+            << shown;
+
+        const VeskRoles foundEpisode = row(Episode, QLatin1String(shown));
+        EXPECT_EQ(foundEpisode, episode) << shown;
+        EXPECT_TRUE(foundEpisode.value("context"_s).isNull()) << shown;
+        expectEpisode(foundEpisode.mediaData().metaData());
+    }
+}
+
+TEST_F(TuneInAudioRowTest, carriesTheServiceIdOfTheConfigurationOnEveryScreen)
+{
+    stop();
+    start({{VeskService_Id(), "radio-2"_s}});
+    for (const QString &shown :
+        {Screen, ChoiceScreen, "TuneIn:browse"_s, "TuneIn:browse/uri/Search.ashx?query=aa2"_s,
+            "TuneIn:browse?veskTuneInMethod=search&query=x"_s}) {
+        // On the root screen the favorites come first.
+        answerAll(screen(Station));
+        answer("/Describe.ashx", Genres);
+        const RowsAnswer answer = rows(shown, {"mediaData"_s});
+        ASSERT_FALSE(answer.rows.isEmpty()) << shown.toStdString();
+        expectStation(
+            VeskMediaData(answer.rows.constLast().at(0).toHash()).metaData(), "radio-2"_s);
+    }
 }
 
 TEST_F(TuneInAudioRowTest, keepsTextsWithPlaceholdersAndEscapesApart)

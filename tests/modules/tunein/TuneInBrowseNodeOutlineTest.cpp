@@ -1,6 +1,9 @@
 #include "api/tunein/VeskTuneInIcons.h"
 #include "tests/modules/tunein/RowsFixture.h"
 
+#include <QCoreApplication>
+#include <QTranslator>
+
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -17,6 +20,19 @@ QByteArray section(const QByteArray &name, const QByteArray &key, const QByteArr
         + (key.isEmpty() ? QByteArray() : R"("key":")" + key + R"(",)") + R"("children":[)"
         + children + "]}";
 }
+
+/// Translates every text into itself with its context before it, while it lives.
+class ContextTranslator : public QTranslator {
+public:
+    ContextTranslator() { QCoreApplication::installTranslator(this); }
+    ~ContextTranslator() override { QCoreApplication::removeTranslator(this); }
+
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *sourceText, const char *, int) const override
+    {
+        return QLatin1String(context) + "|"_s + QLatin1String(sourceText);
+    }
+};
 
 using TuneInRowsSeparatorTest = TuneInRowsTest;
 using TuneInRowsNavigationTest = TuneInRowsTest;
@@ -163,6 +179,30 @@ TEST_F(TuneInRowsNavigationTest, intoAnElementWithoutChildrenIsAnEmptyScreen)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
+TEST_F(TuneInRowsNavigationTest, leadsIntoTheScreenOfAMethodToo)
+{
+    const QByteArray elements = section("Stations", "stations", text("a") + "," + text("b")) + ","
+        + section("Shows", "", text("c"));
+    answer("/Search.ashx", screen(elements));
+    answer("/Tune.ashx", screen(elements));
+    start();
+    const CMPath search
+        = path("TuneIn:browse"_s, {{"veskTuneInMethod"_s, "search"_s}, {"query"_s, "x"_s}});
+    const auto opened = [](CMPath screenPath, const QString &navigation) {
+        screenPath.addParam("veskNavigation"_s, navigation);
+        return rows(screenPath.toEncoded()).texts();
+    };
+    EXPECT_EQ(opened(search, "stations"_s), QStringList({"a"_s, "b"_s}));
+    EXPECT_EQ(opened(search, "~1"_s), QStringList("c"_s));
+    EXPECT_THAT(opened(search, "~2"_s), IsEmpty());
+    EXPECT_EQ(
+        opened(path("TuneIn:browse"_s, {{"veskTuneInMethod"_s, "tune"_s}, {"guideId"_s, "p1"_s}}),
+            "stations"_s),
+        QStringList({"a"_s, "b"_s}));
+    const QByteArray found = "GET /Search.ashx?query=x&" + CommonItems;
+    expectRequests({found, found, found, "GET /Tune.ashx?id=p1&" + CommonItems});
+}
+
 TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
 {
     const RowsAnswer answer
@@ -178,6 +218,15 @@ TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
     EXPECT_THAT(log().lines("INFO"_s),
         ElementsAre(
             "Browsing root and there is no folder 'My Presets' in it, so adding it at the first position ..."_s));
+}
+
+TEST_F(TuneInRowsFavoritesTest, areCalledInTheLanguageOfTheUser)
+{
+    const ContextTranslator translator;
+    const RowsAnswer answer = show(Link, {"title"_s, "path"_s}, "TuneIn:browse"_s);
+    EXPECT_EQ(answer.texts(), QStringList({"TuneIn|My Favorites"_s, "Music"_s}));
+    EXPECT_EQ(CMPath::fromEncoded(answer.texts(1).value(0)).param("veskDisplayName"_s),
+        "TuneIn|My Favorites"_s);
 }
 
 TEST_F(TuneInRowsFavoritesTest, areNotAddedWhereTheyAre)

@@ -62,6 +62,24 @@ TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOfTuneIn)
                  "const QString&): faultCode: 'request.idInvalid'"_s));
 }
 
+TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOnTheRootScreenToo)
+{
+    answerAll(QByteArray(R"({"head":{"status":"403","fault":"No partner"},"body":[)")
+        + text("never shown") + "]}");
+    start();
+    for (const char *root : {"TuneIn:browse", "TuneIn:"}) {
+        log().clear();
+        const RowsAnswer answer = rows(QLatin1String(root));
+        EXPECT_TRUE(answer.error.isEmpty()) << root;
+        EXPECT_FALSE(answer.value.isNull()) << root;
+        EXPECT_EQ(answer.count, 0) << root;
+        EXPECT_THAT(answer.rows, IsEmpty()) << root;
+        EXPECT_EQ(answer.roles.path(), path("TuneIn:browse"_s)) << root;
+        EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Browsing failed, fault: \"No partner"_s));
+        EXPECT_THAT(log().lines("INFO"_s), IsEmpty()) << root;
+    }
+}
+
 TEST_F(TuneInRowsTest, areNoneForAStatusThatIsNotExactly200)
 {
     for (const char *head : {R"({"status":"200 "})", R"({})", "null", "[]", R"({"status":null})"}) {

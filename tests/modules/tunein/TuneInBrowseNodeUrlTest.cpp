@@ -249,6 +249,17 @@ TEST_F(TuneInBrowseScreenTest, takesAMethodBelowTheRootToo)
         "GET /Search.ashx?query=x&" + CommonItems);
 }
 
+TEST_F(TuneInBrowseScreenTest, prefersAUriToAMethod)
+{
+    EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=search&query=jazz"_s),
+        "GET /Browse.ashx?c=music&query=jazz&" + CommonItems);
+    // What would be a fault of a method is none here.
+    EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=tune"_s),
+        "GET /Browse.ashx?c=music&" + CommonItems);
+    EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=dance"_s),
+        "GET /Browse.ashx?c=music&" + CommonItems);
+}
+
 TEST_F(TuneInBrowseScreenTest, passesTheClientsErrorOn)
 {
     closeServer();
@@ -320,6 +331,16 @@ TEST_F(TuneInBrowseScreenTest, describesItself)
     EXPECT_EQ(rows("TuneIn:browse"_s, {"title"_s}).roles.title().sourceText(), "TuneIn"_s);
 }
 
+TEST_F(TuneInBrowseScreenTest, describesItselfInTheRolesThatAreAskedForOnly)
+{
+    const QString opened = "TuneIn:browse/uri/Browse.ashx?c=music&veskDisplayName=Music"_s;
+    const QVariantHash shown {{"path"_s, opened}};
+    EXPECT_EQ(rows(opened, {"preferred"_s}).roles.toHash(), shown);
+    const VeskRoles roles = rows(opened, {"type"_s}).roles;
+    EXPECT_EQ(roles.type(), VeskRolesType::Container());
+    EXPECT_EQ(roles.size(), 2);
+}
+
 TEST_F(TuneInBrowseScreenTest, logsItsRequest)
 {
     rows("TuneIn:browse/uri/x?a=b"_s, {"title"_s}, 2, 7);
@@ -346,6 +367,12 @@ TEST_F(TuneInBrowseScreenTest, dropsSchemeAndHostOfAUrl)
     EXPECT_EQ(toPath("https://user:pw@other.example:8080/live?x=1#part"_s),
         path("TuneIn:browse/uri/live?x=1"_s));
     EXPECT_EQ(toPath(QString()).base(), "browse/uri"_s);
+}
+
+TEST_F(TuneInBrowseScreenTest, keepsTheLastOfSeveralItemsOfOneKey)
+{
+    EXPECT_EQ(toPath("http://opml.radiotime.com/Browse.ashx?id=1&c=a&id=2&%69d=3&C=b"_s),
+        path("TuneIn:browse/uri/Browse.ashx?c=a&id=3&C=b"_s));
 }
 
 TEST_F(TuneInBrowseScreenTest, leadsBackFromAPathToItsUrl)
