@@ -176,6 +176,12 @@ TEST_F(TuneInPresetsTest, areJudgedByTheFirstElementOnly)
     answer(
         "/Describe.ashx", screen(R"({"element":"link"},{"element":"station","is_preset":"true"})"));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
+    for (const char *second :
+        {R"({"element":"station","is_preset":"false"})", R"({"element":"link"})", "{}", "1"}) {
+        answer("/Describe.ashx",
+            screen(QByteArray(R"({"element":"station","is_preset":"true"},)") + second));
+        EXPECT_EQ(title(entry("s1"_s)), "Remove from TuneIn Favorites"_s) << second;
+    }
 }
 
 TEST_F(TuneInPresetsTest, areNoneWhenTheCheckFails)
@@ -292,6 +298,18 @@ TEST_F(TuneInPresetsTest, sendTheSameCommandTwiceWithoutATitleBetween)
     expectChanged("add", "s1");
     invoke(entry("s1"_s));
     expectChanged("add", "s1");
+}
+
+TEST_F(TuneInPresetsTest, areRemovedTwiceWithoutATitleBetween)
+{
+    answer("/Describe.ashx", station("true"));
+    title(entry("s1"_s));
+    server().clearRequests();
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(invoke(entry("s1"_s)).error.isEmpty());
+        expectChanged("remove", "s1");
+    }
+    EXPECT_THAT(log().lines("WARN"_s), IsEmpty());
 }
 
 TEST_F(TuneInPresetsTest, keepTheCommandWhenATitleCannotBeGiven)

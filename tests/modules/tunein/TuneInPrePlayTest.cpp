@@ -41,6 +41,20 @@ protected:
         log().clear();
     }
 
+    /// Has \a change change the row's meta data and its one resource.
+    void changeRow(const std::function<void(VeskMetaData &, VeskResource &)> &change)
+    {
+        VeskMediaData media = m_row.mediaData();
+        VeskMetaData meta = media.metaData();
+        VeskResource resource = media.activeResource();
+        change(meta, resource);
+        VeskList<VeskResource> resources;
+        resources.append(resource);
+        media.setMetaData(meta);
+        media.setResources(resources);
+        m_row.setMediaData(media);
+    }
+
     Answer prePlay(const QMap<QString, QString> &params) { return prePlay(params, m_row.toHash()); }
 
     Answer prePlay(const QMap<QString, QString> &params, const QVariant &value)
@@ -99,6 +113,34 @@ TEST_F(TuneInPrePlayTest, takesAStreamWithPlaylistTypeForAPlaylist)
     EXPECT_EQ(media.activeResource().mimeType(), MimeTypes::Audio::m3u());
     EXPECT_TRUE(media.metaData().alternativeStreams());
     EXPECT_EQ(media.activeResource().bitRate(), 0);
+}
+
+TEST_F(TuneInPrePlayTest, leavesTheAlternativesOfAPlaylistAsTheRowHadThem)
+{
+    answer("/Tune.ashx",
+        screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
+    const auto meta
+        = [this] { return VeskRoles(VeskHash(fetch().value.toHash())).mediaData().metaData(); };
+    changeRow([](VeskMetaData &row, VeskResource &) { row.setAlternativeStreams(false); });
+    EXPECT_FALSE(meta().alternativeStreams());
+    changeRow([](VeskMetaData &row, VeskResource &) { row.remove("alternativeStreams"_s); });
+    EXPECT_FALSE(meta().contains("alternativeStreams"_s));
+}
+
+TEST_F(TuneInPrePlayTest, forgetsTheBitRateOfTheRowWhenTheFirstStreamHasNone)
+{
+    changeRow([](VeskMetaData &, VeskResource &row) { row.setBitRate(128000); });
+    for (const char *first : {R"({"element":"audio","url":"http://h/first"})",
+             R"({"element":"audio","url":"http://h/first","bitrate":""})"}) {
+        answer("/Tune.ashx",
+            screen(first
+                + QByteArray(R"(,{"element":"audio","url":"http://h/second","bitrate":320})")));
+        const VeskResource resource
+            = VeskRoles(VeskHash(fetch().value.toHash())).mediaData().activeResource();
+        EXPECT_EQ(resource.uri(), "http://h/first"_s);
+        EXPECT_TRUE(resource.contains("bitRate"_s));
+        EXPECT_EQ(resource.bitRate(), 0);
+    }
 }
 
 TEST_F(TuneInPrePlayTest, keepsWhatElseTheRowCarried)
