@@ -31,6 +31,7 @@ class Listener : public QObject {
 
 public:
     void onPlain(int number, const QString &) { sum += number; }
+    void onUnregistered(int number, const Unregistered &) { sum += number; }
     std::atomic<int> sum {0};
 };
 
@@ -133,6 +134,17 @@ TEST(VeskConnectDeathTest, stopsTheProcessWhenItCannotConnect)
     veskConnect(&talker, &Talker::plain, &listener, &Listener::onPlain, once);
     EXPECT_DEATH(veskConnect(&talker, &Talker::plain, &listener, &Listener::onPlain, once),
         "Assertion failed: connection");
+}
+
+TEST(VeskConnectDeathTest, stopsTheProcessWhenAParameterCannotCrossThreads)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    Talker talker;
+    QThread elsewhere;
+    Listener listener;
+    listener.moveToThread(&elsewhere);
+    EXPECT_DEATH(veskConnect(&talker, &Talker::unregistered, &listener, &Listener::onUnregistered),
+        "Assertion failed: verifyConnectionSignalParameters\\(sender, signal, receiver, type\\)");
 }
 
 #include "veskConnectTest.moc"

@@ -10,6 +10,7 @@
 #include <pthread.h>
 
 #include <array>
+#include <functional>
 #include <future>
 
 namespace {
@@ -27,6 +28,12 @@ public:
 
     QThread *builtOn;
     QString threadName;
+};
+
+/// A thread that was given nothing to build.
+class ThreadOfNothing : public NewQThread<Probe> {
+public:
+    using NewQThread<Probe>::run;
 };
 
 /// Deletes \a probe on its thread, which then ends.
@@ -68,6 +75,14 @@ TEST(NewQThreadTest, startsAThreadForEachObject)
     EXPECT_NE(first->thread(), second->thread());
     end(first);
     end(second);
+}
+
+TEST(NewQThreadTest, throwsWhenItHasNothingToBuild)
+{
+    ThreadOfNothing thread;
+    // So that an event loop, if it came to one, would end at once.
+    thread.exit();
+    EXPECT_THROW(thread.run(), std::bad_function_call);
 }
 
 TEST(NewQThreadTest, deletesItselfEvenWhenTheCallersEventLoopNeverRunsAgain)

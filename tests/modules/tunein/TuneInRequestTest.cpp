@@ -17,6 +17,27 @@ VeskUrl api(const QString &target)
     return VeskUrl("http://opml.radiotime.com"_s + target);
 }
 
+/// A request that sends nothing and notes what is done with it.
+class SilentRequest : public TuneInRequest {
+public:
+    SilentRequest(CMTuneInWorker *worker, QStringList &calls)
+        : TuneInRequest(worker)
+        , m_calls(calls)
+    {
+    }
+
+    ~SilentRequest() override { m_calls.append("end"_s); }
+
+    CMError request(const VeskUrl &url, RequestType, VeskTuneInResponse &) override
+    {
+        m_calls.append(url.path());
+        return CMError();
+    }
+
+private:
+    QStringList &m_calls;
+};
+
 class TuneInRequestTest : public TuneInFixture {
 protected:
     TuneInRequestTest()
@@ -179,6 +200,20 @@ TEST_F(TuneInRequestTest, knowsTheAccountOperationByTheQuery)
     }
 }
 
+TEST_F(TuneInRequestTest, takesAnUnknownAccountOperationForNone)
+{
+    answerAll(QByteArray(R"({"head":{"status":"403"},"body":[]})"));
+    for (const char *operation : {"dance", "Join", "3"}) {
+        log().clear();
+        EXPECT_EQ(request("/Account.ashx?c="_s + QLatin1String(operation)).message(),
+            TrString("TuneIn", "Access forbidden."));
+        EXPECT_THAT(log().lines("TRACE"_s).filter("Account operation"_s),
+            ElementsAre("Account operation: none"_s))
+            << operation;
+        EXPECT_THAT(log().lines("WARN"_s), IsEmpty()) << operation;
+    }
+}
+
 TEST_F(TuneInRequestTest, warnsOfAnAccountCallWithoutOperationAndGoesOn)
 {
     answerAll(Good);
@@ -216,6 +251,18 @@ TEST_F(TuneInRequestTest, forgetsTheAccountOperationWithTheNextRequest)
     const QString login = "Login failed. Please enter a valid username and password."_s;
     const QString forbidden = "Access forbidden."_s;
     EXPECT_EQ(messages, QStringList({login, forbidden, login, forbidden, forbidden}));
+}
+
+TEST_F(TuneInRequestTest, leavesTheExchangeAndItsEndToAClassOfItsKind)
+{
+    QStringList calls;
+    std::unique_ptr<TuneInRequest> request = std::make_unique<SilentRequest>(worker(), calls);
+    EXPECT_TRUE(request->request(api("/a"_s), TuneInRequest::Get, m_response).isEmpty());
+    EXPECT_EQ(calls, QStringList("/a"_s));
+    request.reset();
+    EXPECT_EQ(calls, QStringList({"/a"_s, "end"_s}));
+    expectUntouched();
+    expectRequests({});
 }
 
 TEST_F(TuneInRequestTest, judgesAnHtmlPageAsInvalidData)
