@@ -55,12 +55,18 @@ endif()
 
 # vesk_test(NAME SOURCES... [LIBRARIES ...]): one GoogleTest program whose cases CTest runs one by one.
 # IN_PROCESS: it starts hosts, so that its cases run a second time with plug-ins in the hosts' own
-# process, but for those that the patterns after NOT_IN_PROCESS name.
+# process, but for those that the patterns after NOT_IN_PROCESS name. PLAIN: without Qt.
 function(vesk_test name)
-    cmake_parse_arguments(arg "IN_PROCESS" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
+    cmake_parse_arguments(arg "IN_PROCESS;PLAIN" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+    if(arg_PLAIN)
+        set_target_properties(${name} PROPERTIES AUTOMOC OFF)
+        vesk_precompiled(${name} plain_test)
+    else()
+        vesk_precompiled(${name} qt_test)
+    endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
     endif()
