@@ -1,0 +1,317 @@
+#include "host/player/AudioPipeline.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "host/player/StreamReceivers.h"
+
+#include <algorithm>
+#include <gst/app/gstappsrc.h>
+#include <gst/audio/audio.h>
+
+VESK_LOGGER("Player")
+
+namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+/// Audio that is on its way through the pipeline.
+constexpr Milliseconds InPipeline {400};
+/// How long a file may take to be completed.
+constexpr Milliseconds CloseTime {2000};
+
+GstClockTime toGst(Milliseconds time)
+{
+    return static_cast<GstClockTime>(time.count()) * GST_MSECOND;
+}
+
+} // namespace
+
+AudioOutput::Pipeline::Pipeline(AudioOutput &output, const AudioOutputSpec &spec)
+    : m_output(output)
+{
+    startGStreamer();
+    m_pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
+    m_source = add("appsrc");
+    g_object_set(
+        m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_TIME, nullptr);
+    gst_app_src_set_max_bytes(GST_APP_SRC(m_source), 0);
+    GstAppSrcCallbacks callbacks {};
+    callbacks.need_data = &Pipeline::onHungry;
+    gst_app_src_set_callbacks(GST_APP_SRC(m_source), &callbacks, this, nullptr);
+    GstElement *convert = add("audioconvert");
+    GstElement *resample = add("audioresample");
+    VESK_ASSERT(gst_element_link_many(m_source, convert, resample, nullptr));
+    VESK_ASSERT(gst_element_link(resample, addSink(spec)));
+    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), &Pipeline::onMessage, this, nullptr);
+    gst_element_set_state(m_pipeline.get(), GST_STATE_PAUSED);
+}
+
+AudioOutput::Pipeline::~Pipeline()
+{
+    close();
+    const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
+}
+
+GstElement *AudioOutput::Pipeline::add(const char *factory)
+{
+    GstElement *element = gst_element_factory_make(factory, nullptr);
+    VESK_ASSERT(element);
+    gst_bin_add(GST_BIN(m_pipeline.get()), element);
+    return element;
+}
+
+/// The first element of what comes after the conversion.
+GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
+{
+    switch (spec.kind) {
+    case AudioOutputSpec::Auto:
+        return m_automatic = add("autoaudiosink");
+    case AudioOutputSpec::Null: {
+        GstElement *sink = add("fakesink");
+        g_object_set(sink, "sync", TRUE, nullptr);
+        return sink;
+    }
+    case AudioOutputSpec::Wav:
+        break;
+    }
+    GstElement *filter = add("capsfilter");
+    GstElement *pace = add("clocksync");
+    m_encoder = add("wavenc");
+    GstElement *sink = add("filesink");
+    const GstPtr<GstCaps> caps(
+        gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", nullptr));
+    g_object_set(filter, "caps", caps.get(), nullptr);
+    // Unbuffered, so that the file shows at once what has been heard.
+    constexpr int unbuffered = 2;
+    g_object_set(sink, "async", FALSE, "sync", FALSE, "buffer-mode", unbuffered, "location",
+        spec.file.toUtf8().constData(), nullptr);
+    VESK_ASSERT(gst_element_link_many(filter, pace, m_encoder, sink, nullptr));
+    return filter;
+}
+
+void AudioOutput::Pipeline::setFormat(const AudioFormat &format)
+{
+    const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
+        GST_AUDIO_NE(F32), "layout", G_TYPE_STRING, "interleaved", "rate", G_TYPE_INT, format.rate,
+        "channels", G_TYPE_INT, format.channels, nullptr));
+    if (format.channels > 2) {
+        gst_caps_set_simple(caps.get(), "channel-mask", GST_TYPE_BITMASK,
+            gst_audio_channel_get_fallback_mask(format.channels), nullptr);
+    }
+    gst_app_src_set_caps(GST_APP_SRC(m_source), caps.get());
+    m_format = format;
+}
+
+StreamConsumer::Taken AudioOutput::Pipeline::write(
+    const AudioFormat &format, GstPtr<GstBuffer> audio)
+{
+    using Taken = StreamConsumer::Taken;
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (!m_format.isKnown())
+        setFormat(format);
+    const auto mayWrite = [this] { return !m_closed && !m_refuse && !m_broken; };
+    const auto end = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
+    for (;;) {
+        if (!mayWrite() || format != m_format)
+            return Taken::Refused;
+        const GstClockTime ahead = aheadInPipeline() + m_waitingTime;
+        if (ahead <= toGst(Ahead))
+            break;
+        // Space comes as time goes by; while nothing is played, by a flush.
+        const auto excess = Milliseconds((ahead - toGst(Ahead)) / GST_MSECOND + 1);
+        const auto until
+            = m_running ? std::min(end, std::chrono::steady_clock::now() + excess) : end;
+        m_changed.wait_until(lock, until);
+        if (std::chrono::steady_clock::now() >= end)
+            return Taken::None;
+    }
+    m_waitingTime += GST_BUFFER_DURATION(audio.get());
+    m_waiting.push_back(std::move(audio));
+    feed();
+    return Taken::All;
+}
+
+/// Brings what is due next into the pipeline.
+void AudioOutput::Pipeline::feed()
+{
+    while (!m_waiting.empty() && aheadInPipeline() < toGst(InPipeline)) {
+        GstPtr<GstBuffer> audio = std::move(m_waiting.front());
+        m_waiting.pop_front();
+        m_waitingTime -= GST_BUFFER_DURATION(audio.get());
+        push(audio.release());
+    }
+    if (m_finishing && m_waiting.empty())
+        gst_app_src_end_of_stream(GST_APP_SRC(m_source));
+}
+
+void AudioOutput::Pipeline::push(GstBuffer *audio)
+{
+    const GstClockTime reached = now();
+    const bool isLate = m_end < reached;
+    m_end = std::max(m_end, reached);
+    GST_BUFFER_PTS(audio) = m_end;
+    GST_BUFFER_DTS(audio) = GST_CLOCK_TIME_NONE;
+    GST_BUFFER_OFFSET(audio) = GST_BUFFER_OFFSET_NONE;
+    GST_BUFFER_OFFSET_END(audio) = GST_BUFFER_OFFSET_NONE;
+    if (isLate)
+        GST_BUFFER_FLAG_SET(audio, GST_BUFFER_FLAG_DISCONT);
+    else
+        GST_BUFFER_FLAG_UNSET(audio, GST_BUFFER_FLAG_DISCONT);
+    m_end += GST_BUFFER_DURATION(audio);
+    gst_app_src_push_buffer(GST_APP_SRC(m_source), audio);
+}
+
+void AudioOutput::Pipeline::onHungry(GstAppSrc *, guint, gpointer self)
+{
+    auto *pipeline = static_cast<Pipeline *>(self);
+    const std::lock_guard<std::mutex> lock(pipeline->m_mutex);
+    pipeline->feed();
+}
+
+/// The pipeline's own time goes on in a pause, and is the machine's while it is being set going.
+GstClockTime AudioOutput::Pipeline::now() const
+{
+    GstState state = GST_STATE_NULL;
+    gst_element_get_state(m_pipeline.get(), &state, nullptr, 0);
+    if (!m_running || state != GST_STATE_PLAYING)
+        return m_reached;
+    const GstClockTime time = gst_element_get_current_running_time(m_pipeline.get());
+    return time == GST_CLOCK_TIME_NONE ? m_reached : time;
+}
+
+GstClockTime AudioOutput::Pipeline::aheadInPipeline() const
+{
+    const GstClockTime reached = now();
+    return m_end > reached ? m_end - reached : 0;
+}
+
+void AudioOutput::Pipeline::finish()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_finishing = true;
+    feed();
+}
+
+void AudioOutput::Pipeline::flush()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        clear();
+    }
+    m_changed.notify_all();
+}
+
+void AudioOutput::Pipeline::clear()
+{
+    m_waiting.clear();
+    m_waitingTime = 0;
+}
+
+void AudioOutput::Pipeline::refuse(bool refuse)
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_refuse = refuse;
+    }
+    m_changed.notify_all();
+}
+
+void AudioOutput::Pipeline::setRunning(bool running)
+{
+    if (!running) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_reached = now();
+        m_running = false;
+    }
+    gst_element_set_state(m_pipeline.get(), running ? GST_STATE_PLAYING : GST_STATE_PAUSED);
+    if (running) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_running = true;
+    }
+}
+
+void AudioOutput::Pipeline::close()
+{
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_closed)
+            return;
+        m_closed = true;
+    }
+    m_changed.notify_all();
+    if (m_encoder && format().isKnown() && !m_broken)
+        completeFile();
+    gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    clear();
+}
+
+/// The encoder corrects the file's head at the end of its stream. What still waits before the
+/// encoder, and was not heard, does not become part of the file.
+void AudioOutput::Pipeline::completeFile()
+{
+    // A file that is paused takes no end.
+    setRunning(true);
+    const GstPtr<GstPad> pad(gst_element_get_static_pad(m_encoder, "sink"));
+    gst_pad_send_event(pad.get(), gst_event_new_eos());
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_changed.wait_for(lock, CloseTime, [this] { return m_endReached || m_broken; });
+}
+
+AudioFormat AudioOutput::Pipeline::format() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_format;
+}
+
+Milliseconds AudioOutput::Pipeline::ahead() const
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return Milliseconds((aheadInPipeline() + m_waitingTime) / GST_MSECOND);
+}
+
+GstBusSyncReply AudioOutput::Pipeline::onMessage(GstBus *, GstMessage *message, gpointer self)
+{
+    static_cast<Pipeline *>(self)->tell(message);
+    gst_message_unref(message);
+    return GST_BUS_DROP;
+}
+
+void AudioOutput::Pipeline::tell(GstMessage *message)
+{
+    AudioOutput *output = &m_output;
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING) {
+        VESK_WARN("sound output: " << QString::fromStdString(gstMessageText(message)));
+        // The automatic output, which would play silently without a device.
+        if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_automatic))
+            fail(QT_TRANSLATE_NOOP("Player", "There is no sound device."));
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+        VESK_ERROR("sound output: " << QString::fromStdString(gstMessageText(message)));
+        fail(QT_TRANSLATE_NOOP("Player", "The sound output does not work."));
+    } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
+        {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_endReached = true;
+        }
+        m_changed.notify_all();
+        QMetaObject::invokeMethod(
+            output,
+            [output] {
+                output->setAudible(false);
+                Q_EMIT output->drained();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+void AudioOutput::Pipeline::fail(const char *problem)
+{
+    m_broken = true;
+    m_changed.notify_all();
+    AudioOutput *output = &m_output;
+    QMetaObject::invokeMethod(
+        output, [output, problem] { Q_EMIT output->failed(playerText(problem)); },
+        Qt::QueuedConnection);
+}
