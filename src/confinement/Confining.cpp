@@ -1,6 +1,7 @@
 #include "confinement/Confining.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstring>
 #include <fcntl.h>
@@ -66,6 +67,19 @@ void limitResource(int resource, unsigned long long most)
 {
     const rlimit limits {most, most};
     ::setrlimit(static_cast<__rlimit_resource_t>(resource), &limits);
+}
+
+void limitResources(unsigned long long memoryBytes, unsigned long long descriptors)
+{
+    limitResource(RLIMIT_CORE, 0);
+    std::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit is an error of its own
+    limitResource(RLIMIT_FSIZE, 0);
+    limitResource(RLIMIT_NOFILE, descriptors);
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+    limitResource(RLIMIT_DATA, memoryBytes);
+#else
+    static_cast<void>(memoryBytes);
+#endif
 }
 
 std::string confineFiles(const std::vector<std::string> &readable)

@@ -14,6 +14,9 @@ std::string forbidNewPrivileges();
 std::string dropCapabilities();
 /// Lowers one of setrlimit's limits.
 void limitResource(int resource, unsigned long long most);
+/// What a process that works for another one gets: so much memory of its own, so many descriptors,
+/// no core files and no files that grow. Sanitizers, which map terabytes, get the memory.
+void limitResources(unsigned long long memoryBytes, unsigned long long descriptors);
 /// Landlock (Linux 5.13 and later): of all files only those at and below \a readable can be opened,
 /// for reading and executing.
 std::string confineFiles(const std::vector<std::string> &readable);

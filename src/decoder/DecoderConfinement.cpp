@@ -4,12 +4,10 @@
 #include "confinement/Confining.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -46,17 +44,6 @@ constexpr const char *HarmlessCalls[] = {
     // the machine
     "getegid", "geteuid", "getgid", "getrandom", "getrusage", "getuid", "sysinfo", "uname"};
 
-void limitResources()
-{
-    limitResource(RLIMIT_CORE, 0);
-    std::signal(SIGXFSZ, SIG_IGN);
-    limitResource(RLIMIT_FSIZE, 0);
-    limitResource(RLIMIT_NOFILE, Descriptors);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    limitResource(RLIMIT_DATA, MemoryBytes); // sanitizers map terabytes of it
-#endif
-}
-
 void confineCalls()
 {
     const auto equals = CallFilter::equals;
@@ -82,7 +69,7 @@ void confineCalls()
 
 void confineDecoder()
 {
-    limitResources();
+    limitResources(MemoryBytes, Descriptors);
     forbidNewPrivileges();
     confineFiles(loaderFiles());
     dropCapabilities();

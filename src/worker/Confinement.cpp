@@ -4,13 +4,11 @@
 #include "confinement/Confining.h"
 
 #include <cerrno>
-#include <csignal>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -19,19 +17,8 @@
 namespace {
 
 /// What a plug-in may use of memory that is its own: screens of the largest answers take a tenth.
-constexpr rlim_t MemoryBytes = 512UL * 1024 * 1024;
-constexpr rlim_t Descriptors = 256;
-
-void limitResources()
-{
-    limitResource(RLIMIT_CORE, 0);
-    std::signal(SIGXFSZ, SIG_IGN);
-    limitResource(RLIMIT_FSIZE, 0);
-    limitResource(RLIMIT_NOFILE, Descriptors);
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-    limitResource(RLIMIT_DATA, MemoryBytes); // sanitizers map terabytes of it
-#endif
-}
+constexpr unsigned long long MemoryBytes = 512ULL * 1024 * 1024;
+constexpr unsigned long long Descriptors = 256;
 
 /// What name look-ups, certificates and the log's dates need, beside what the loader does.
 const QList<QByteArray> &alwaysReadable()
@@ -133,7 +120,7 @@ QStringList confineProcess(const QList<QByteArray> &readable)
         if (!what.empty())
             missing.append(QString::fromStdString(what));
     };
-    limitResources();
+    limitResources(MemoryBytes, Descriptors);
     note(forbidNewPrivileges());
     note(confineFiles(readableFiles(readable)));
     note(dropCapabilities());
