@@ -11,6 +11,8 @@
 #include <QEvent>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
 
 #include <gmock/gmock.h>
 
@@ -422,6 +424,42 @@ TEST_F(WorkerPluginTest, LeavesOneAloneThatOwesNothing)
     ASSERT_EQ(::kill(former, SIGCONT), 0);
     EXPECT_EQ(process(), former);
     EXPECT_EQ(runs(), 1);
+}
+
+/// Counts the timers that expire on the calling thread.
+class TimerCount : public QObject {
+public:
+    TimerCount() { QCoreApplication::instance()->installEventFilter(this); }
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *receiver, QEvent *event) override
+    {
+        count += event->type() == QEvent::Timer && qobject_cast<QTimer *>(receiver) ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_F(WorkerPluginTest, WakesTheHostOnlyWhileItOwesAnswers)
+{
+    loadGood();
+    process();
+    const auto turn = [](milliseconds time) {
+        QElapsedTimer elapsed;
+        elapsed.start();
+        while (!elapsed.hasExpired(time.count())) {
+            QCoreApplication::processEvents();
+            QThread::msleep(5);
+        }
+    };
+    turn(milliseconds(1500)); // the look after the answer
+    TimerCount idle;
+    turn(milliseconds(2500));
+    EXPECT_EQ(idle.count, 0);
+    // It is watched again as soon as it owes something.
+    const Answer owed = ask("Fake:silent");
+    turn(milliseconds(2500));
+    EXPECT_GE(idle.count, 1);
 }
 
 // Restarting.

@@ -76,7 +76,6 @@ void WorkerPlugin::startProcess()
     expectProcess();
     openLink(socket);
     m_deadline.start(LoadTime);
-    m_watch.start();
 }
 
 void WorkerPlugin::onDeadline()
@@ -107,6 +106,7 @@ void WorkerPlugin::openLink(int socket)
         QMetaObject::invokeMethod(
             this, [=] { onLinkEnded(run, reason); }, Qt::QueuedConnection);
     };
+    handler.asked = [this] { watchWhileItOwes(); };
     // Everything begins with a greeting, and nothing is taken from one who does not know it.
     handler.take = [this, run = m_run, hasGreeted = false, hasLoaded = false](
                        MessageKind kind, const QByteArray &payload) mutable -> QString {
@@ -262,6 +262,7 @@ void WorkerPlugin::onProcessFinished(const QString &reason)
 {
     m_deadline.stop();
     m_watch.stop();
+    m_isWatched = false;
     if (isReplaced())
         m_remote.endReplacing();
     else
@@ -333,11 +334,23 @@ void WorkerPlugin::unload()
         endProcess(QStringLiteral("not needed any more"));
 }
 
+/// Any thread.
+void WorkerPlugin::watchWhileItOwes()
+{
+    if (m_isWatched.exchange(true))
+        return;
+    QMetaObject::invokeMethod(
+        this, [this] { m_watch.start(); }, Qt::QueuedConnection);
+}
+
 /// Ends a worker that somebody stopped, or that hangs, once somebody waits for it.
 void WorkerPlugin::look()
 {
-    if (m_phase != Phase::Running || !m_remote.link())
-        return;
+    // A question that comes from now on starts the watch anew.
+    m_isWatched = false;
+    if (m_phase != Phase::Running || !m_remote.link() || !m_remote.link()->isOwedAnswers())
+        return m_watch.stop();
+    m_isWatched = true;
     const milliseconds silence = m_remote.link()->silence();
     if (silence >= m_options.patience)
         endProcess(QStringLiteral("no answer within %1 s").arg(silence.count() / 1000));

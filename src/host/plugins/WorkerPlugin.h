@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -76,6 +77,7 @@ private:
     bool isReplaced() const { return m_phase == Phase::Finishing || m_phase == Phase::Leaving; }
     void giveUp(const QString &error);
     void endProcess(const QString &why);
+    void watchWhileItOwes();
     void look();
 
     const WorkerOptions m_options;
@@ -86,7 +88,8 @@ private:
     QElapsedTimer m_loadedAt;
     QTimer m_restart;
     QTimer m_deadline; ///< of loading or ending
-    QTimer m_watch;
+    QTimer m_watch; ///< while the process owes answers, and for a moment after
+    std::atomic<bool> m_isWatched {false};
     std::unique_ptr<WorkerProcess> m_process;
     RemoteWorker m_remote;
 };

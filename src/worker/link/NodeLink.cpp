@@ -92,6 +92,8 @@ void NodeLink::request(const CMRequest &request)
         request.reply().setError(m_handler.interrupted());
         return;
     }
+    if (m_handler.asked)
+        m_handler.asked();
     const QByteArray payload = encode(RequestMessage::of(id, request));
     if (payload.size() <= Channel::MaxPayload) {
         // When this fails the link is ending, which answers the request.
@@ -170,6 +172,12 @@ std::vector<CMRequest> NodeLink::takeBack(const std::function<bool(const CMReque
             requests.push_back(entry.second);
     }
     return requests;
+}
+
+bool NodeLink::isOwedAnswers() const
+{
+    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
+    return !m_unanswered->requests.empty();
 }
 
 QString NodeLink::take(const QByteArray &payload)

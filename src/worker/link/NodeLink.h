@@ -42,6 +42,8 @@ public:
         /// The other side takes a question back, whose \a answer is completed right after. May be
         /// null. On whichever thread receives.
         std::function<void(const std::shared_ptr<CMReplyAbstractData> &answer)> cancel;
+        /// The other side owes an answer. May be null. On the thread that asks, with each question.
+        std::function<void()> asked;
     };
 
     explicit NodeLink(std::unique_ptr<Channel> channel);
@@ -75,6 +77,7 @@ public:
     /// For how long the other side has owed answers without giving one or another sign of life;
     /// nothing when it owes none.
     std::chrono::milliseconds silence() const;
+    bool isOwedAnswers() const;
 
 private:
     using Clock = std::chrono::steady_clock;
