@@ -2,7 +2,11 @@
 
 #include "directory/Query.h"
 
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace directory {
 
@@ -28,17 +32,25 @@ std::string withoutPasswords(std::string_view target)
 }
 
 RequestLog::RequestLog(const std::string &file)
-    : m_file(std::fopen(file.c_str(), "ae"))
 {
-    if (!m_file)
-        throw std::runtime_error("the request log " + file + " cannot be opened");
+    constexpr mode_t mode = 0666; // less what the umask takes
+    const files::Problem problem
+        = files::openRegular(file, O_WRONLY | O_APPEND | O_CREAT, mode, m_file);
+    if (problem)
+        throw std::runtime_error("the request log " + file + ": " + problem.text);
 }
 
 void RequestLog::write(std::string_view method, std::string_view target)
 {
     const std::string line = std::string(method) + ' ' + withoutPasswords(target) + '\n';
-    std::fwrite(line.data(), 1, line.size(), m_file.get());
-    std::fflush(m_file.get());
+    // What a full disk does not take is missing; the request is answered all the same.
+    std::string_view rest = line;
+    while (!rest.empty()) {
+        const ssize_t count = ::write(m_file.number(), rest.data(), rest.size());
+        if (count < 0 && errno != EINTR)
+            return;
+        rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
 }
 
 } // namespace directory

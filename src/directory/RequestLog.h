@@ -2,8 +2,8 @@
 /// exception: their values become "***".
 #pragma once
 
-#include <cstdio>
-#include <memory>
+#include "files/Descriptor.h"
+
 #include <string>
 #include <string_view>
 
@@ -14,15 +14,13 @@ std::string withoutPasswords(std::string_view target);
 
 class RequestLog {
 public:
-    /// Appends to the file. Throws std::runtime_error when it cannot be opened.
+    /// Appends to the file. Throws std::runtime_error when it cannot be opened, or is no regular
+    /// file: a FIFO without a reader is not waited for.
     explicit RequestLog(const std::string &file);
     void write(std::string_view method, std::string_view target);
 
 private:
-    struct Close {
-        void operator()(std::FILE *file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Close> m_file;
+    files::Descriptor m_file;
 };
 
 } // namespace directory

@@ -1,10 +1,15 @@
 #include "directory/RequestLog.h"
 
+#include <chrono>
 #include <cstdio>
+#include <fcntl.h>
 #include <fstream>
+#include <future>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace directory;
 
@@ -41,6 +46,27 @@ TEST(RequestLog, AppendsALinePerRequestAtOnce)
 TEST(RequestLog, SaysThatItCannotBeOpened)
 {
     EXPECT_THROW(RequestLog("/nonexistent/folder/log"), std::runtime_error);
+}
+
+TEST(RequestLog, WaitsForNoReaderOfAFifo)
+{
+    const std::string file = testing::TempDir() + "request-log-test.fifo";
+    std::remove(file.c_str());
+    ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+    auto opened = std::async(std::launch::async, [&file]() -> std::string {
+        try {
+            const RequestLog log(file);
+        } catch (const std::runtime_error &error) {
+            return error.what();
+        }
+        return "it was opened";
+    });
+    const bool isOver = opened.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
+    EXPECT_TRUE(isOver);
+    if (!isOver) // a reader lets it go
+        ::close(::open(file.c_str(), O_RDONLY | O_NONBLOCK));
+    EXPECT_EQ(opened.get(), "the request log " + file + ": this is no regular file");
+    std::remove(file.c_str());
 }
 
 } // namespace
