@@ -67,7 +67,7 @@ PlayLogic::PlayLogic(MediaPlayer *player, QObject *parent)
     veskConnect(player, &MediaPlayer::ended, this, &PlayLogic::end);
     veskConnect(player, &MediaPlayer::problemChanged, this, &PlayLogic::onProblem);
     veskConnect(player, &MediaPlayer::gaveUp, this, &PlayLogic::onGaveUp);
-    veskConnect(player, &MediaPlayer::outputFailed, this, &PlayLogic::fail);
+    veskConnect(player, &MediaPlayer::outputFailed, this, &PlayLogic::onOutputFailed);
     veskConnect(&m_trials, &StreamTrials::next, this, &PlayLogic::tryStream);
     veskConnect(&m_trials, &StreamTrials::exhausted, this, &PlayLogic::onExhausted);
     veskConnect(&m_trials, &StreamTrials::goingOnChanged, this, &PlayLogic::publish);
@@ -283,7 +283,24 @@ void PlayLogic::onExhausted()
     fail(m_failure);
 }
 
+/// The stream is not at fault: whoever measures it is told of an end like any other, of what had
+/// begun.
+void PlayLogic::onOutputFailed(const TrString &problem)
+{
+    stopWith(problem);
+    if (m_posted != VeskPlayLogicState::stopped)
+        post(VeskPlayLogicState::stopped);
+    publish();
+}
+
 void PlayLogic::fail(const TrString &problem)
+{
+    stopWith(problem);
+    post(VeskPlayLogicState::stopped, m_error.toSourceString());
+    publish();
+}
+
+void PlayLogic::stopWith(const TrString &problem)
 {
     VESK_WARN("cannot play " << m_roles.title() << ": " << problem);
     m_trials.end();
@@ -294,9 +311,7 @@ void PlayLogic::fail(const TrString &problem)
     m_playerProblem = TrString();
     m_streamTitle.clear();
     m_state = VeskPlayLogicState::stopped;
-    post(VeskPlayLogicState::stopped, m_error.toSourceString());
     m_started = false;
-    publish();
 }
 
 void PlayLogic::setState(State state)

@@ -25,8 +25,9 @@ class MediaPlayer;
 /// What is posted begins with "playing", or with "stopped" and an error when a play never got that
 /// far, however many streams were tried. An error comes with "stopped" in one post, in the words of
 /// the source; when the step before playing failed it comes without resources, because there was no
-/// stream. Between two plays that were heard there is always a "stopped"; a "paused" always follows
-/// a "playing".
+/// stream. When the sound output breaks, the stream is not at fault: nothing is posted but the end
+/// of what was heard. Between two plays that were heard there is always a "stopped"; a "paused"
+/// always follows a "playing".
 class PlayLogic : public QObject, public PlayLogicInterface {
     Q_OBJECT
 
@@ -78,7 +79,9 @@ private:
     void onProblem(const TrString &problem);
     void onGaveUp(const TrString &problem);
     void onExhausted();
+    void onOutputFailed(const TrString &problem);
     void fail(const TrString &problem);
+    void stopWith(const TrString &problem);
     TrString problem() const;
     void end();
     void setState(State state);

@@ -195,14 +195,31 @@ TEST_F(PlayLogicTest, whatIsPostedIsInTheWordsOfTheSource)
     QCoreApplication::removeTranslator(&shouting);
 }
 
-TEST_F(PlayLogicTest, theOutputsFailureIsAnErrorAlsoOfWhatWasHeard)
+TEST_F(PlayLogicTest, theOutputsFailureIsNoFaultOfWhatWasHeard)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
     Q_EMIT player.audibleChanged(true);
     Q_EMIT player.outputFailed(TrString("Player", "No device."));
-    EXPECT_EQ(posts(), text("2 0:No device."));
+    EXPECT_EQ(posts(), text("2 0"));
     EXPECT_EQ(state(), Stopped);
+    EXPECT_EQ(shown("error"), text("No device."));
+    // What plays next has nothing to do with it.
+    play(0);
+    ASSERT_TRUE(waitForPlayer(2));
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_EQ(posts(), text("2 0 2"));
+    EXPECT_EQ(shown("error"), QString());
+}
+
+TEST_F(PlayLogicTest, theOutputsFailureBeforeASoundIsNotPosted)
+{
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    Q_EMIT player.outputFailed(TrString("Player", "No device."));
+    EXPECT_EQ(posts(), QString());
+    EXPECT_EQ(state(), Stopped);
+    EXPECT_EQ(shown("error"), text("No device."));
 }
 
 TEST_F(PlayLogicTest, whatIsDoneAboutAFaultIsShownUntilThereIsSound)
