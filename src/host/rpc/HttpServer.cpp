@@ -309,8 +309,8 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
     HttpConnection *connection = stateOf(message)->connection;
     if (connection) {
         connection->limit(0);
-        auto *session
-            = new WebSocketSession(stream, connection->stream(), self->dispatcher, self->q);
+        auto *session = new WebSocketSession(
+            stream, connection->stream(), self->dispatcher, self->refusals, self->q);
         connection->setClient(session);
         veskConnect(session, &WebSocketSession::heard, connection, &HttpConnection::touch);
     }

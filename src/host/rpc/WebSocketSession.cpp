@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "host/rpc/MeteredStream.h"
+#include "host/rpc/RefusalLog.h"
 
 #include <QPointer>
 
@@ -42,9 +43,10 @@ struct WebSocketSession::Handlers {
         static_cast<WebSocketSession *>(data)->allow(g_bytes_get_size(message));
     }
 
-    static void error(SoupWebsocketConnection *, GError *error, gpointer)
+    static void error(SoupWebsocketConnection *, GError *error, gpointer data)
     {
-        VESK_WARN("WebSocket: " << error->message);
+        static_cast<WebSocketSession *>(data)->m_refusals.tell(
+            "WebSocket: " + QByteArray(error->message));
     }
 
     static void closed(SoupWebsocketConnection *, gpointer data)
@@ -53,10 +55,11 @@ struct WebSocketSession::Handlers {
     }
 };
 
-WebSocketSession::WebSocketSession(
-    GIOStream *stream, GIOStream *metered, JsonRpcDispatcher *dispatcher, QObject *parent)
+WebSocketSession::WebSocketSession(GIOStream *stream, GIOStream *metered,
+    JsonRpcDispatcher *dispatcher, RefusalLog &refusals, QObject *parent)
     : JsonRpcPeer(parent)
     , m_dispatcher(dispatcher)
+    , m_refusals(refusals)
     , m_metered(G_IO_STREAM(g_object_ref(metered)))
     , m_queued(meteredStreamBytesWritten(metered))
 {
@@ -132,7 +135,7 @@ void WebSocketSession::send(const QByteArray &message)
 
 void WebSocketSession::drop(const char *reason)
 {
-    VESK_WARN("WebSocket dropped: " << reason);
+    m_refusals.tell("WebSocket dropped: " + QByteArray(reason));
     ended();
 }
 

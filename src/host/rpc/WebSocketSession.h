@@ -7,6 +7,7 @@
 
 struct _GIOStream;
 struct _SoupWebsocketConnection;
+class RefusalLog;
 
 /// A client at the other end of a WebSocket: each text message is a JSON-RPC message. Main thread.
 /// Deletes itself when the connection is closed, by whichever side. Drops a client that does not
@@ -25,9 +26,10 @@ public:
     static constexpr quint64 ExtraPerSecond = 100;
 
     /// Takes over \a stream, on which the handshake is complete. What passes is counted by
-    /// \a metered, a metered stream that lies below it.
-    WebSocketSession(
-        _GIOStream *stream, _GIOStream *metered, JsonRpcDispatcher *dispatcher, QObject *parent);
+    /// \a metered, a metered stream that lies below it. \a refusals, which must outlive the
+    /// session, hears why it ends a connection.
+    WebSocketSession(_GIOStream *stream, _GIOStream *metered, JsonRpcDispatcher *dispatcher,
+        RefusalLog &refusals, QObject *parent);
     ~WebSocketSession() override;
 
     void notify(const QString &method, const QVariant &params) override;
@@ -50,6 +52,7 @@ private:
     void ended();
 
     JsonRpcDispatcher *const m_dispatcher;
+    RefusalLog &m_refusals;
     _GIOStream *const m_metered;
     _SoupWebsocketConnection *m_connection = nullptr;
     QElapsedTimer m_sinceAllowed;

@@ -1,7 +1,10 @@
 #include "host/rpc/WebSocketSession.h"
 
 #include "host/rpc/HttpServer.h"
+#include "tests/support/LogCapture.h"
 #include "tests/support/RawWebSocket.h"
+
+#include <QElapsedTimer>
 
 #include <gmock/gmock.h>
 
@@ -141,6 +144,26 @@ TEST_F(WebSocketSessionTest, DropsAClientThatNeverFinishesAMessage)
     });
     EXPECT_TRUE(dropped);
     EXPECT_TRUE(becomesEmpty());
+}
+
+TEST_F(WebSocketSessionTest, TellsOfDroppedClientsOnceASecond)
+{
+    constexpr int Clients = 20;
+    const LogCapture log("Host.Rpc");
+    QElapsedTimer clock;
+    clock.start();
+    inBackground([this] {
+        for (int i = 0; i < Clients; ++i) {
+            RawWebSocket socket(port());
+            socket.send(RawWebSocket::Text, "[", false);
+            while (socket.send(RawWebSocket::Continuation, QByteArray(32768, ' '), false)) { }
+        }
+        return 0;
+    });
+    EXPECT_TRUE(becomesEmpty());
+    const auto seconds = static_cast<int>(clock.elapsed() / 1000);
+    EXPECT_GE(log.lines(QStringLiteral("WARN")).size(), 1);
+    EXPECT_LE(log.lines(QStringLiteral("WARN")).size(), qMin(1 + seconds, Clients - 1));
 }
 
 TEST_F(WebSocketSessionTest, DropsAClientThatOnlySendsPings)
