@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <gio/gio.h>
 #include <gio/gnetworking.h>
+#include <glib-unix.h>
+#include <poll.h>
 
 VESK_LOGGER("Host.Rpc")
 
@@ -44,6 +46,29 @@ struct HttpConnection::Gone {
     }
 };
 
+/// Called by GLib when the client has closed its side, or the connection has broken.
+struct HttpConnection::End {
+    static gboolean call(gint, GIOCondition conditions, gpointer data)
+    {
+        auto *self = static_cast<HttpConnection *>(data);
+        if (conditions & (G_IO_ERR | G_IO_HUP)) {
+            self->stopWatching();
+            Q_EMIT self->hungUp();
+            return G_SOURCE_REMOVE;
+        }
+        // What is sent to a client that has gone comes back as an error.
+        if (self->m_knowsInterim) {
+            g_socket_send(g_socket_connection_get_socket(self->m_connection), Interim,
+                sizeof Interim - 1, nullptr, nullptr);
+        }
+        self->watch(0);
+        return G_SOURCE_REMOVE;
+    }
+
+    /// An interim answer (RFC 9110, section 15.2), which a client must expect at any time.
+    static constexpr char Interim[] = "HTTP/1.1 102 Processing\r\n\r\n";
+};
+
 HttpConnection::HttpConnection(GIOStream *stream, GSocketConnection *connection,
     GSocketAddress *local, GSocketAddress *remote, QObject *parent)
     : QObject(parent)
@@ -62,6 +87,7 @@ HttpConnection::HttpConnection(GIOStream *stream, GSocketConnection *connection,
 
 HttpConnection::~HttpConnection()
 {
+    stopWatching();
     g_object_set_data(G_OBJECT(m_remote), Key, nullptr);
     g_object_unref(m_local);
     g_object_unref(m_remote);
@@ -93,7 +119,34 @@ void HttpConnection::shutDown()
 void HttpConnection::setAnswering(bool answering)
 {
     m_isAnswering = answering;
+    if (!answering)
+        stopWatching();
     touch();
+}
+
+void HttpConnection::watchForEnd(bool knowsInterim)
+{
+    m_knowsInterim = knowsInterim;
+    watch(POLLRDHUP);
+}
+
+/// For errors, and \a conditions of poll(2) beside; GLib hands on those that it has no name for.
+void HttpConnection::watch(int conditions)
+{
+    stopWatching();
+    m_end = g_unix_fd_source_new(g_socket_get_fd(g_socket_connection_get_socket(m_connection)),
+        static_cast<GIOCondition>(conditions | G_IO_ERR | G_IO_HUP));
+    g_source_set_callback(m_end, G_SOURCE_FUNC(&End::call), this, nullptr);
+    g_source_attach(m_end, g_main_context_get_thread_default());
+}
+
+void HttpConnection::stopWatching()
+{
+    if (!m_end)
+        return;
+    g_source_destroy(m_end);
+    g_source_unref(m_end);
+    m_end = nullptr;
 }
 
 void HttpConnection::setClient(JsonRpcPeer *client)

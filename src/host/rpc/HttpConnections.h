@@ -12,6 +12,7 @@ struct _GIOStream;
 struct _GSocketAddress;
 struct _GSocketConnection;
 struct _GSocketService;
+struct _GSource;
 class JsonRpcPeer;
 
 /// One accepted connection and its time limit. Lasts as long as somebody references its stream, and
@@ -41,6 +42,10 @@ public:
     const QByteArray &peer() const { return m_peer; }
     /// A request of the client is being answered.
     void setAnswering(bool answering);
+    /// While a request is being answered: emits hungUp() once the client has gone. One that only
+    /// sends no more looks the same until something is sent to it; it gets an interim answer, if
+    /// \a knowsInterim (HTTP/1.1 and later).
+    void watchForEnd(bool knowsInterim);
     /// The connection is a WebSocket from now on.
     void setClient(JsonRpcPeer *client);
     /// The client said something.
@@ -51,8 +56,15 @@ public:
     bool isWebSocket() const { return m_isWebSocket; }
     qint64 quietMs() const { return m_sinceActive.elapsed(); }
 
+Q_SIGNALS:
+    void hungUp();
+
 private:
     struct Gone;
+    struct End;
+
+    void watch(int conditions);
+    void stopWatching();
 
     _GIOStream *m_stream; ///< not referenced
     _GSocketConnection *m_connection; ///< not referenced
@@ -63,6 +75,8 @@ private:
     QElapsedTimer m_sinceActive;
     bool m_isShutDown = false;
     bool m_isAnswering = false;
+    bool m_knowsInterim = false;
+    _GSource *m_end = nullptr; ///< while the client is watched
     bool m_isWebSocket = false;
     QPointer<JsonRpcPeer> m_client;
 };

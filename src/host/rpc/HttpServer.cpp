@@ -108,6 +108,7 @@ public:
     /// The methods that \a path takes; null when there is nothing at it.
     const char *methodsAt(const char *path) const;
     void handleRpc(SoupServerMessage *message);
+    static QObject *watchClient(SoupServerMessage *message);
     void read(HttpResource *resource, SoupServerMessage *message, const char *path);
     void upgrade(SoupServerMessage *message);
     /// Whether \a message can still be answered, now that its answer came later.
@@ -261,8 +262,10 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
     setAnswering(message, true);
     // Paused until the answer is there, which may be at once.
     soup_server_message_pause(message);
+    QObject *client = watchClient(message);
     const QPointer<HttpServer> guard(q);
-    dispatcher->handle(stateOf(message)->body, nullptr,
+    dispatcher->handle(
+        stateOf(message)->body, nullptr,
         [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
             if (!guard || !isOpen(keep.get()))
                 return;
@@ -271,7 +274,20 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
             else
                 respond(keep.get(), {SOUP_STATUS_OK, "application/json", answer, {}});
             soup_server_message_unpause(keep.get());
-        });
+        },
+        client);
+}
+
+/// The client as long as it is there and waits for the answer.
+QObject *HttpServerPrivate::watchClient(SoupServerMessage *message)
+{
+    HttpConnection *connection = stateOf(message)->connection;
+    if (!connection)
+        return nullptr;
+    auto *client = new QObject(connection);
+    veskConnect(connection, &HttpConnection::hungUp, client, &QObject::deleteLater);
+    connection->watchForEnd(soup_server_message_get_http_version(message) != SOUP_HTTP_1_0);
+    return client;
 }
 
 void HttpServerPrivate::read(HttpResource *resource, SoupServerMessage *message, const char *path)

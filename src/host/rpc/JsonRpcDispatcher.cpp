@@ -68,8 +68,10 @@ void JsonRpcDispatcher::addMethod(const QString &name, const JsonRpcMethod &meth
     m_methods.insert(name, method);
 }
 
-void JsonRpcDispatcher::handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered)
+void JsonRpcDispatcher::handle(
+    const QByteArray &message, JsonRpcPeer *peer, Answered answered, const QObject *client)
 {
-    auto *exchange = new JsonRpcExchange(this, peer, std::move(answered), parseJsonRpc(message));
+    auto *exchange
+        = new JsonRpcExchange(this, peer, std::move(answered), parseJsonRpc(message), client);
     exchange->start();
 }

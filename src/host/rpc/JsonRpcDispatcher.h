@@ -85,8 +85,10 @@ public:
     int deadline() const { return m_deadlineMs; }
 
     /// Calls \a answered exactly once, maybe before this returns, with what to send back: nothing
-    /// when the message held only notifications. Not called any more once this is destroyed.
-    void handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered);
+    /// when the message held only notifications. Not called any more once this is destroyed. When
+    /// \a client is destroyed before, all calls are abandoned; a peer is its own client.
+    void handle(const QByteArray &message, JsonRpcPeer *peer, Answered answered,
+        const QObject *client = nullptr);
 
 private:
     friend class JsonRpcExchange;

@@ -13,7 +13,7 @@ JsonRpcError cancelledError()
 } // namespace
 
 JsonRpcExchange::JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *peer,
-    JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message)
+    JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message, const QObject *client)
     : QObject(dispatcher)
     , m_dispatcher(dispatcher)
     , m_peer(peer)
@@ -26,9 +26,8 @@ JsonRpcExchange::JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *pee
     connect(&m_deadline, &QTimer::timeout, this, [this] {
         abandonAll({JsonRpcError::TimedOut, QStringLiteral("The request timed out."), {}});
     });
-    if (peer) {
-        connect(peer, &QObject::destroyed, this, [this] { abandonAll(cancelledError()); });
-    }
+    if (const QObject *gone = peer ? peer : client)
+        connect(gone, &QObject::destroyed, this, [this] { abandonAll(cancelledError()); });
 }
 
 void JsonRpcExchange::start()

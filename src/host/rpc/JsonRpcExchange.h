@@ -11,7 +11,7 @@ class JsonRpcExchange : public QObject {
 
 public:
     JsonRpcExchange(JsonRpcDispatcher *dispatcher, JsonRpcPeer *peer,
-        JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message);
+        JsonRpcDispatcher::Answered answered, const JsonRpcMessage &message, const QObject *client);
 
     void start();
     /// Completes the call at \a index; does nothing when it is complete.

@@ -170,6 +170,49 @@ TEST_F(HttpServerTest, DropsTheAnswerForAClientThatHasGone)
     EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
 }
 
+TEST_F(HttpServerTest, AbandonsTheCallsOfAClientThatHangsUp)
+{
+    const QByteArray request
+        = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+    for (const QByteArray &more : {QByteArray(), QByteArray("GET / HTTP/1.1\r\n")}) {
+        bool abandoned = false;
+        auto client = inBackground([&] { return std::make_unique<RawClient>(port()); });
+        inBackground([&] { return client->send(request + more); });
+        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+        const JsonRpcCallPtr call = m_kept.takeFirst();
+        call->whenAbandoned([&] { abandoned = true; });
+        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 200)) << "it still waits";
+        client.reset();
+        EXPECT_TRUE(spinUntil([&] { return abandoned; })) << more.toStdString();
+        EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+    }
+}
+
+TEST_F(HttpServerTest, AnswersAClientThatOnlySendsNoMore)
+{
+    for (const bool isOld : {false, true}) {
+        QByteArray request = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+        if (isOld)
+            request.replace("HTTP/1.1", "HTTP/1.0");
+        auto answer = std::async(std::launch::async, [&] {
+            RawClient client(port());
+            client.send(request);
+            client.finishSending();
+            return client.readAll();
+        });
+        bool abandoned = false;
+        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+        m_kept.first()->whenAbandoned([&] { abandoned = true; });
+        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 300));
+        m_kept.takeFirst()->finish(5);
+        ASSERT_TRUE(spinUntil(
+            [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+        const QByteArray received = answer.get();
+        EXPECT_TRUE(received.endsWith(R"({"id":9,"jsonrpc":"2.0","result":5})"));
+        EXPECT_EQ(received.contains("HTTP/1.1 102 "), !isOld);
+    }
+}
+
 TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
 {
     const auto waiting = std::async(std::launch::async, [this] {
