@@ -60,7 +60,8 @@ HttpStreamResult tooLongHead()
         QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer is too long.")));
 }
 
-HttpStreamResult failure(CURLcode code, const char *message)
+/// libcurl's own words for the code: what it says of the exchange may quote what was received.
+HttpStreamResult failure(CURLcode code)
 {
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
@@ -89,7 +90,7 @@ HttpStreamResult failure(CURLcode code, const char *message)
             problem(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost.")));
     default:
         return failed(problem(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
-            {TrArg(QString::fromLatin1(message))}));
+            {TrArg(QString::fromLatin1(curl_easy_strerror(code)))}));
     }
 }
 
@@ -153,7 +154,6 @@ private:
     bool m_afterHead = false;
     std::optional<HttpStreamResult> m_headFailure;
     Clock::time_point m_lastByte = Clock::now();
-    char m_message[CURL_ERROR_SIZE] = {};
 };
 
 HttpStreamExchange::HttpStreamExchange(
@@ -170,7 +170,6 @@ HttpStreamExchange::HttpStreamExchange(
     const auto set = [this](CURLoption option, auto value) {
         VESK_ASSERT(curl_easy_setopt(m_easy, option, value) == CURLE_OK);
     };
-    set(CURLOPT_ERRORBUFFER, m_message);
     set(CURLOPT_HEADERFUNCTION, &HttpStreamExchange::onHead);
     set(CURLOPT_HEADERDATA, static_cast<void *>(this));
     set(CURLOPT_WRITEFUNCTION, &HttpStreamExchange::onBody);
@@ -311,7 +310,7 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
             "Player", "The stream leads inside the local network, where no station may lead.")));
     }
     if (code != CURLE_OK)
-        return failure(code, m_message);
+        return failure(code);
     // An answer without a body still has a head to tell of.
     if (!begin())
         return {HttpStreamResult::Refused, {}};
