@@ -1,6 +1,7 @@
 #include "api/core/log.h"
 
 #include "api/core/TrString.h"
+#include "api/core/secrets.h"
 
 #include <QLocale>
 #include <QMap>
@@ -86,7 +87,7 @@ void writeList(std::ostream &out, const List &list)
     out << '[';
     const char *separator = "";
     for (const auto &value : list) {
-        out << separator << value;
+        out << separator << QVariant(value);
         separator = ", ";
     }
     out << ']';
@@ -155,7 +156,7 @@ std::ostream &operator<<(std::ostream &out, const QVariant &value)
     case QMetaType::Nullptr:
         return out << "null";
     case QMetaType::QString:
-        return out << *static_cast<const QString *>(value.constData());
+        return out << veskTextWithoutSecrets(*static_cast<const QString *>(value.constData()));
     case QMetaType::QByteArray:
         return out << *static_cast<const QByteArray *>(value.constData());
     case QMetaType::Double:
@@ -195,19 +196,8 @@ std::ostream &operator<<(std::ostream &out, const QMap<QString, QString> &map)
         if (veskIsSecretKey(it.key()))
             out << "***";
         else
-            out << it.value();
+            out << veskTextWithoutSecrets(it.value());
         out << ')';
     }
     return out << ')';
-}
-
-bool veskIsSecretKey(const QString &key)
-{
-    static const QLatin1String names[] = {QLatin1String("password"), QLatin1String("session"),
-        QLatin1String("sessionid"), QLatin1String("session_id"), QLatin1String("token")};
-    for (const QLatin1String &name : names) {
-        if (key.size() == name.size() && key.compare(name, Qt::CaseInsensitive) == 0)
-            return true;
-    }
-    return false;
 }

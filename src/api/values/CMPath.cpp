@@ -2,6 +2,7 @@
 
 #include "api/core/log.h"
 #include "api/core/percent.h"
+#include "api/core/secrets.h"
 
 #include <QHash>
 #include <QStringView>
@@ -107,10 +108,9 @@ QString encode(const CMPath &path, bool masked)
         separator = '&';
         out.append(param.first);
         out.append('=');
-        if (masked && veskIsSecretKey(param.first))
-            out.append(QStringLiteral("***"), "*");
-        else
-            out.append(param.second);
+        const QString value
+            = masked ? veskShownParameter(path.base(), param.first, param.second) : param.second;
+        out.append(value, value == param.second ? "" : "*");
     }
     return out.toString();
 }
