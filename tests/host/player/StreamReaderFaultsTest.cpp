@@ -382,6 +382,9 @@ TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
             "The stream leads to what is no web address."},
         {"loop", {302, "", {{"Location", "/fault"}}, End::Complete, 0},
             "The stream leads from address to address."},
+        // In libcurl's words for the code, not in those that it has for this exchange.
+        {"no length", {0, "HTTP/1.1 200 OK\r\nContent-Length: k3y\r\n\r\n", {}, End::Raw, 0},
+            "The stream cannot be received (Weird server reply)."},
         {"reset", {200, "", {}, End::ResetBeforeHead, 0}, "The connection to the stream was lost."},
     };
     for (const auto &fault : faults) {
