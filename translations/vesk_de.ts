@@ -343,6 +343,42 @@
         <source>a text of one line and at most %1 characters</source>
         <translation>ein Text aus einer Zeile mit höchstens %1 Zeichen</translation>
     </message>
+    <message>
+        <source>The %1 service cannot be reached. Please try again later.</source>
+        <translation>Der Dienst %1 ist nicht zu erreichen. Bitte versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The %1 service does not answer. Please try again later.</source>
+        <translation>Der Dienst %1 antwortet nicht. Bitte versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the %1 service.</source>
+        <translation>Es gibt keine sichere Verbindung zum Dienst %1.</translation>
+    </message>
+    <message>
+        <source>The answer of the %1 service did not come whole. Please try again later.</source>
+        <translation>Die Antwort des Dienstes %1 kam nicht vollständig an. Bitte versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>What came is no answer of the %1 service. It may be out of order, or this network may want a login first.</source>
+        <translation>Was kam, ist keine Antwort des Dienstes %1. Vielleicht ist er gestört, oder dieses Netz verlangt zuerst eine Anmeldung.</translation>
+    </message>
+    <message>
+        <source>The %1 service is out of order (%2). Please try again later.</source>
+        <translation>Der Dienst %1 ist gestört (%2). Bitte versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>The %1 service cannot answer this (%2).</source>
+        <translation>Der Dienst %1 kann das nicht beantworten (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2).</source>
+        <translation>Der Dienst %1 weist dieses Gerät ab (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
+        <translation>Der Dienst %1 weist dieses Gerät ab (%2). Prüfen Sie die Einstellung „%3“.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

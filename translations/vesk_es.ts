@@ -343,6 +343,42 @@
         <source>a text of one line and at most %1 characters</source>
         <translation>un texto de una línea y de %1 caracteres como máximo</translation>
     </message>
+    <message>
+        <source>The %1 service cannot be reached. Please try again later.</source>
+        <translation>No se puede acceder al servicio %1. Inténtelo más tarde.</translation>
+    </message>
+    <message>
+        <source>The %1 service does not answer. Please try again later.</source>
+        <translation>El servicio %1 no responde. Inténtelo más tarde.</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the %1 service.</source>
+        <translation>No hay una conexión segura con el servicio %1.</translation>
+    </message>
+    <message>
+        <source>The answer of the %1 service did not come whole. Please try again later.</source>
+        <translation>La respuesta del servicio %1 no llegó completa. Inténtelo más tarde.</translation>
+    </message>
+    <message>
+        <source>What came is no answer of the %1 service. It may be out of order, or this network may want a login first.</source>
+        <translation>Lo que llegó no es una respuesta del servicio %1. Puede que esté averiado o que esta red pida antes iniciar sesión.</translation>
+    </message>
+    <message>
+        <source>The %1 service is out of order (%2). Please try again later.</source>
+        <translation>El servicio %1 está averiado (%2). Inténtelo más tarde.</translation>
+    </message>
+    <message>
+        <source>The %1 service cannot answer this (%2).</source>
+        <translation>El servicio %1 no puede responder a esto (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2).</source>
+        <translation>El servicio %1 rechaza este dispositivo (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
+        <translation>El servicio %1 rechaza este dispositivo (%2). Compruebe el ajuste «%3».</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

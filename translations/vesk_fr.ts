@@ -343,6 +343,42 @@
         <source>a text of one line and at most %1 characters</source>
         <translation>un texte d’une ligne et d’au plus %1 caractères</translation>
     </message>
+    <message>
+        <source>The %1 service cannot be reached. Please try again later.</source>
+        <translation>Le service %1 est injoignable. Veuillez réessayer plus tard.</translation>
+    </message>
+    <message>
+        <source>The %1 service does not answer. Please try again later.</source>
+        <translation>Le service %1 ne répond pas. Veuillez réessayer plus tard.</translation>
+    </message>
+    <message>
+        <source>There is no secure connection to the %1 service.</source>
+        <translation>Il n’y a pas de connexion sécurisée au service %1.</translation>
+    </message>
+    <message>
+        <source>The answer of the %1 service did not come whole. Please try again later.</source>
+        <translation>La réponse du service %1 n’est pas arrivée entière. Veuillez réessayer plus tard.</translation>
+    </message>
+    <message>
+        <source>What came is no answer of the %1 service. It may be out of order, or this network may want a login first.</source>
+        <translation>Ce qui est arrivé n’est pas une réponse du service %1. Il est peut-être en panne, ou ce réseau demande d’abord une connexion.</translation>
+    </message>
+    <message>
+        <source>The %1 service is out of order (%2). Please try again later.</source>
+        <translation>Le service %1 est en panne (%2). Veuillez réessayer plus tard.</translation>
+    </message>
+    <message>
+        <source>The %1 service cannot answer this (%2).</source>
+        <translation>Le service %1 ne peut pas répondre à cela (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2).</source>
+        <translation>Le service %1 refuse cet appareil (%2).</translation>
+    </message>
+    <message>
+        <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
+        <translation>Le service %1 refuse cet appareil (%2). Vérifiez le réglage « %3 ».</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>

@@ -23,7 +23,8 @@ bool isNotLinked(const RpcAnswer &answer)
     return answer.kind == RpcAnswer::Error && answer.name.endsWith(QLatin1String(":7"));
 }
 
-QVariantHash errorJson(const QString &message, int code, const QString &name, const QString &title)
+QVariantHash errorJson(const QString &message, int code, const QString &name, const QString &title,
+    const QString &problem)
 {
     QVariantHash error {{QStringLiteral("message"), message}};
     if (code != 0)
@@ -32,6 +33,8 @@ QVariantHash errorJson(const QString &message, int code, const QString &name, co
         error.insert(QStringLiteral("name"), name);
     if (!title.isEmpty())
         error.insert(QStringLiteral("title"), title);
+    if (!problem.isEmpty())
+        error.insert(QStringLiteral("problem"), problem);
     return {{QStringLiteral("error"), error}};
 }
 
@@ -66,7 +69,16 @@ RpcAnswer HostSession::answer(const QString &method, const QVariantHash &params)
 {
     if (!m_begun)
         speakTheHostsLanguage();
-    return m_client.call(method, params);
+    RpcAnswer answer = m_client.call(method, params);
+    // A list without rows because they could not be had is no list.
+    const QString problem = method == QLatin1String("getRows")
+        ? answer.result.toHash().value(QStringLiteral("problem")).toString()
+        : QString();
+    if (answer.kind == RpcAnswer::Result && !problem.isEmpty()) {
+        answer.kind = RpcAnswer::Error;
+        answer.message = answer.problem = problem;
+    }
+    return answer;
 }
 
 CtlStatus HostSession::call(const QString &method, const QVariantHash &params, const Take &take)
@@ -84,9 +96,12 @@ CtlStatus HostSession::report(const RpcAnswer &answer)
                 .arg(m_options.host, answer.message));
     }
     if (m_options.json) {
-        printJson(errorJson(answer.message, answer.code, answer.name, answer.title));
+        printJson(
+            errorJson(answer.message, answer.code, answer.name, answer.title, answer.problem));
         return CtlStatus::Failed;
     }
+    if (!answer.problem.isEmpty())
+        return fail(CtlStatus::Failed, answer.problem);
     // Some say all there is to say by themselves.
     const bool isWhole = answer.title.isEmpty() || answer.code == RpcAnswer::EntryGone
         || answer.code == RpcAnswer::NotOffered;

@@ -87,7 +87,7 @@ private:
 /// Whether a service says that this device is linked to no account.
 bool isNotLinked(const RpcAnswer &answer);
 /// An error as `--json` prints it.
-QVariantHash errorJson(
-    const QString &message, int code = 0, const QString &name = {}, const QString &title = {});
+QVariantHash errorJson(const QString &message, int code = 0, const QString &name = {},
+    const QString &title = {}, const QString &problem = {});
 /// The parameters of a call about \a path.
 QVariantHash pathParams(const CMPath &path);

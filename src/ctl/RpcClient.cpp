@@ -43,6 +43,7 @@ RpcAnswer readAnswer(const QVariantHash &message)
     answer.code = failure.value(QStringLiteral("code")).toInt();
     answer.name = data.value(QStringLiteral("name")).toString();
     answer.title = data.value(QStringLiteral("title")).toString();
+    answer.problem = data.value(QStringLiteral("problem")).toString();
     return answer;
 }
 

@@ -27,6 +27,8 @@ struct RpcAnswer {
     int code = 0;
     QString name;
     QString title;
+    /// What the host says of the service that could not answer; empty where that is not the reason.
+    QString problem;
 };
 
 /// Calls a host's methods over one WebSocket, opened by the first call; each call waits for its

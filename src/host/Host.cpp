@@ -10,6 +10,7 @@
 #include "host/HostFolders.h"
 #include "host/HostValues.h"
 #include "host/NetworkMonitor.h"
+#include "host/ServiceFaults.h"
 #include "host/ServicesWorker.h"
 #include "host/SettingsStore.h"
 #include "host/player/ChosenStreams.h"
@@ -44,6 +45,9 @@ Host::~Host()
     m_methods.reset();
     m_rpc.reset();
     m_gate.reset();
+    if (m_playLogic)
+        m_playLogic->setFaultWords({});
+    m_faults.reset();
     m_plugins.reset();
     PlayLogicInterface::setPlayerInstance(nullptr);
     m_playLogic.reset();
@@ -186,6 +190,13 @@ void Host::listen()
     m_gate = std::make_unique<AddressGate>();
     m_plugins->declareIn(m_gate.get());
     m_methods->setGate(m_gate.get());
+    m_faults = std::make_unique<ServiceFaults>();
+    m_plugins->declareIn(m_faults.get());
+    m_playLogic->setFaultWords(
+        [faults = m_faults.get()](const CMPath &path, const VeskServiceFault &fault) {
+            return faults->words(path, fault);
+        });
+    m_methods->setServiceFaults(m_faults.get());
     m_playerMethods->setGate(m_gate.get());
     m_http = std::make_unique<HttpServer>(m_rpc.get());
     setUpPage();

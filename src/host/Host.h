@@ -19,6 +19,7 @@ class PlayLogic;
 class PlayerMethods;
 class Plugins;
 class RpcMethods;
+class ServiceFaults;
 class ServicesWorker;
 class SettingsStore;
 class StreamPlayer;
@@ -87,6 +88,7 @@ private:
     std::unique_ptr<PlayLogic> m_playLogic;
     std::unique_ptr<Plugins> m_plugins;
     std::unique_ptr<AddressGate> m_gate;
+    std::unique_ptr<ServiceFaults> m_faults;
     std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<RpcMethods> m_methods;
     std::unique_ptr<PlayerMethods> m_playerMethods;

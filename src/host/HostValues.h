@@ -45,7 +45,7 @@ const QVector<HostValueDefinition> &hostValueDefinitions();
 /// The definition at \a path; null when there is none.
 const HostValueDefinition *findHostValue(const CMPath &path);
 
-/// What is wrong with a value that somebody wants to give to \a definition: \a given, and what it
+/// What is wrong with a value that is to be given to \a definition: \a given, and what it
 /// was read as, empty when it is not of the type. In words that name the setting and what it takes;
 /// empty when nothing is.
 CMError checkHostValue(

@@ -13,12 +13,15 @@ PluginWatch::PluginWatch(CMValuesWorker *values, Reading reading)
 {
     m_connection = QObject::connect(values, &CMValuesWorker::valueRead,
         [this](const CMPath &path, const VeskValue &value) { valueRead(path, value); });
+    HttpClient::setExchangeListener(
+        [this](const HttpClientResult &exchange) { exchangeEnded(exchange); });
     CMWorker::addHandlingListener(this);
 }
 
 PluginWatch::~PluginWatch()
 {
     CMWorker::removeHandlingListener(this);
+    HttpClient::setExchangeListener(nullptr);
     QObject::disconnect(m_connection);
 }
 
@@ -31,7 +34,7 @@ void PluginWatch::begin(const std::shared_ptr<CMReplyAbstractData> &reply)
 {
     if (const PluginThread *plugin = PluginThread::homeOf(QThread::currentThread())) {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_inHand[plugin].push_back(reply);
+        m_inHand[plugin].push_back({reply});
     }
 }
 
@@ -43,10 +46,35 @@ void PluginWatch::end()
     const auto inHand = m_inHand.find(plugin);
     if (inHand == m_inHand.end())
         return;
-    done = std::move(inHand->second.back());
+    done = std::move(inHand->second.back().reply);
     inHand->second.pop_back();
     if (inHand->second.empty())
         m_inHand.erase(inHand);
+}
+
+void PluginWatch::exchangeEnded(const HttpClientResult &exchange)
+{
+    const bool hasFailed = ::hasFailed(exchange);
+    const PluginThread *plugin = PluginThread::homeOf(QThread::currentThread());
+    if (!plugin || (!hasFailed && exchange.status() != HttpClientStatus::Success))
+        return;
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const auto inHand = m_inHand.find(plugin);
+    if (inHand == m_inHand.end())
+        return;
+    for (InHand &each : inHand->second) {
+        if (!each.reply || (each.hasFailed && !hasFailed))
+            continue;
+        each.hasFailed = hasFailed;
+        each.reply->setServiceFault(
+            [exchange, form = m_answerForms[plugin]] { return serviceFaultOf(exchange, form); });
+    }
+}
+
+void PluginWatch::setAnswerForm(const PluginThread *plugin, const ServiceAnswerForm &form)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_answerForms[plugin] = form;
 }
 
 void PluginWatch::valueRead(const CMPath &path, const VeskValue &value)
@@ -95,6 +123,7 @@ void PluginWatch::settingChanged(const CMPath &setting)
 void PluginWatch::forget(PluginThread *plugin)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
+    m_answerForms.erase(plugin);
     for (auto it = m_kept.begin(); it != m_kept.end();)
         it = it->first.second == plugin ? m_kept.erase(it) : std::next(it);
 }

@@ -3,6 +3,7 @@
 #include "api/nodes/CMWorker.h"
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
+#include "api/web/ServiceAnswers.h"
 
 #include <functional>
 #include <map>
@@ -18,7 +19,11 @@ class PluginThread;
 /// for that request, and is read again for the next one; what it is subscribed to it follows by
 /// itself.
 ///
-/// Made before the plug-ins and destroyed after them. Any thread.
+/// It also sees how the exchanges end that a plug-in has with its service while it has a request in
+/// hand, and notes at the request's answer what was wrong with them: the last one that failed for
+/// certain, or else the last one.
+///
+/// Made before the plug-ins and destroyed after them; one per process. Any thread.
 class PluginWatch : public CMWorker::HandlingListener {
 public:
     /// The plug-in of that thread \a keeps the value of a setting as it has read it, or, later,
@@ -34,6 +39,8 @@ public:
     /// Whether \a path is that of a setting: of a value that a person changes.
     static bool isSetting(const CMPath &path);
 
+    /// How the service of the plug-in on that thread answers. Before the thread is started.
+    void setAnswerForm(const PluginThread *plugin, const ServiceAnswerForm &form);
     /// To be called when a setting has changed.
     void settingChanged(const CMPath &setting);
     /// The plug-in of that thread is gone.
@@ -43,6 +50,12 @@ public:
     void end() override;
 
 private:
+    struct InHand {
+        std::shared_ptr<CMReplyAbstractData> reply;
+        bool hasFailed = false; ///< an exchange, for certain
+    };
+
+    void exchangeEnded(const HttpClientResult &exchange);
     void valueRead(const CMPath &path, const VeskValue &value);
     static bool follows(const PluginThread *plugin, const CMPath &path);
 
@@ -52,6 +65,7 @@ private:
 
     std::mutex m_mutex;
     /// Guarded by m_mutex. The answers that plug-ins are at, each for the one before it.
-    std::map<const PluginThread *, std::vector<std::shared_ptr<CMReplyAbstractData>>> m_inHand;
+    std::map<const PluginThread *, std::vector<InHand>> m_inHand;
+    std::map<const PluginThread *, ServiceAnswerForm> m_answerForms;
     std::map<std::pair<CMPath, PluginThread *>, VeskValue> m_kept;
 };

@@ -90,6 +90,7 @@ public:
         , m_player(VeskPlayLogicData(start.player))
         , m_thread(start.file, start.config)
     {
+        m_watch.setAnswerForm(&m_thread, start.answerForm);
         for (const ValueMessage &value : start.values)
             m_values.take(value);
         for (const QString &prefix : start.valuePrefixes)

@@ -64,6 +64,36 @@ TEST(ScreenCommandsTest, AnEmptyListSaysSo)
     EXPECT_EQ(run(host.url(), words("ls a:b")).out, "");
 }
 
+TEST(ScreenCommandsTest, AListThatCouldNotBeHadIsAFailure)
+{
+    FakeHost host({{QStringLiteral("getRows a:b"),
+        R"("result":{"rowsCount":0,"rows":[],"roles":{"title":"T"},"problem":"It is down."})"}});
+    for (const char *command : {"ls a:b", "play a:b", "ls a:b#0"}) {
+        const Outcome outcome = runOnTerminal(host.url(), words(command));
+        EXPECT_EQ(outcome.status, 1) << command;
+        EXPECT_EQ(outcome.out, "") << command;
+        EXPECT_EQ(outcome.errors, "veskctl: It is down.\n") << command;
+    }
+    const Outcome json = run(host.url(), words("--json ls a:b"));
+    EXPECT_EQ(json.status, 1);
+    EXPECT_EQ(json.errors, "");
+    EXPECT_EQ(json.out,
+        R"({"error":{"message":"It is down.","problem":"It is down."}})"
+        "\n");
+}
+
+TEST(ScreenCommandsTest, WhatTheHostKnowsOfAServiceIsToldInPlaceOfTheError)
+{
+    FakeHost host({{QStringLiteral("getRows a:b"),
+        R"("error":{"code":-32000,"message":"Invalid.","data":{"name":"n","title":"Error","problem":"It is down."}})"}});
+    const Outcome outcome = run(host.url(), words("ls a:b"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "veskctl: It is down.\n");
+    EXPECT_THAT(run(host.url(), words("--json ls a:b")).out,
+        testing::AllOf(testing::HasSubstr(R"("message":"Invalid.")"),
+            testing::HasSubstr(R"("problem":"It is down.")")));
+}
+
 TEST(ScreenCommandsTest, LsWithoutAPathOpensTheOnlyService)
 {
     FakeHost host({{QStringLiteral("getRows host:services"), OneService},

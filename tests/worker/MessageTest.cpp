@@ -55,6 +55,8 @@ StartMessage start()
     message.valuePrefixes = QStringList {QStringLiteral("settings"), QStringLiteral("system")};
     message.values = {value(), value()};
     message.player = {{QStringLiteral("title"), TrString("Player", "Now")}};
+    message.answerForm
+        = {{QStringLiteral("head"), QStringLiteral("status")}, {QStringLiteral("200")}};
     return message;
 }
 
@@ -138,6 +140,17 @@ TEST(Message, HelloSurvives)
     EXPECT_EQ(read->magic, 17U);
     EXPECT_EQ(read->version, 18U);
     EXPECT_EQ(decode<HelloMessage>(encode(HelloMessage()))->magic, HelloMessage::TheMagic);
+}
+
+TEST(Message, AFaultSurvivesWithItsAnswer)
+{
+    AnswerMessage message = answer();
+    message.fault = {VeskServiceFault::Reported, -7};
+    const auto read = decode<AnswerMessage>(encode(message));
+    ASSERT_TRUE(read);
+    EXPECT_TRUE(read->fault == message.fault);
+    message.fault.kind = static_cast<VeskServiceFault::Kind>(VeskServiceFault::Reported + 1);
+    EXPECT_FALSE(decode<AnswerMessage>(encode(message))) << "there is no such kind";
 }
 
 TEST(Message, KeptSurvives)

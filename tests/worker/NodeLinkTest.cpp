@@ -203,6 +203,41 @@ TEST_F(NodeLinkTest, BringsQuestionsThereAndAnswersBack)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
+TEST_F(NodeLinkTest, BringsTheFaultOfAServiceWithAnAnswerThatDoesNotExplainItself)
+{
+    const Answer error = request(path("A:e"));
+    const Answer value = request(path("A:x"));
+    ASSERT_TRUE(spinUntilAsked(2));
+    AnswerMessage message;
+    message.id = asked()[0].id;
+    message.error = CMNoNodeError();
+    message.fault = {VeskServiceFault::HttpStatus, 403};
+    tell(message);
+    tell(AnswerMessage {asked()[1].id, QVariantList {7}, {}, {}});
+    ASSERT_TRUE(error.wait() && value.wait());
+    EXPECT_TRUE(error.data()->serviceFault() == message.fault);
+    EXPECT_TRUE(value.data()->serviceFault().isEmpty());
+
+    // And the other way.
+    HoldingWorker holding;
+    m_root.addWorker(QStringLiteral("Held"), &holding);
+    ask(1, path("Held:a"));
+    ask(2, path("Held:b"));
+    ASSERT_TRUE(spinUntil([&] { return holding.count() == 2; }));
+    const VeskServiceFault late {VeskServiceFault::TimedOut, 0};
+    for (const CMRequest &each : holding.take()) {
+        each.replyData()->setServiceFault([late] { return late; });
+        if (each.path() == path("Held:a"))
+            each.reply().setError(CMNoNodeError());
+        else
+            each.reply().setValue(QVariantList {1});
+    }
+    ASSERT_TRUE(spinUntilAnswered(2));
+    for (const AnswerMessage &each : answered())
+        EXPECT_TRUE(each.fault == (each.id == 1 ? late : VeskServiceFault())) << each.id;
+    m_root.removeWorker(&holding);
+}
+
 TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
 {
     const Answer answer = request(path("A:x"));
@@ -244,7 +279,7 @@ TEST_F(NodeLinkTest, WhatIsUnansweredCanBeAskedOfAnotherOne)
 
     const std::vector<CMRequest> taken
         = m_link->takeBack([](const CMRequest &each) { return each.path() != path("A:stays"); });
-    ASSERT_EQ(taken.size(), 1U) << "neither what changes something nor what nobody waits for";
+    ASSERT_EQ(taken.size(), 1U) << "neither what changes something nor what is not wanted any more";
     EXPECT_EQ(taken[0].path(), path("A:moved"));
     EXPECT_EQ(m_link->unanswered().size(), 2U);
     EXPECT_FALSE(moved.isThere());

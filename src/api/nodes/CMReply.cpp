@@ -2,6 +2,7 @@
 
 #include "api/core/vesk.h"
 #include "api/nodes/CMContextCall.h"
+#include "api/values/VeskRowsRoles.h"
 
 #include <algorithm>
 #include <chrono>
@@ -72,6 +73,23 @@ void CMReplyAbstractData::setFinished()
     finish([] {});
 }
 
+void CMReplyAbstractData::setServiceFault(FindServiceFault find)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_finished)
+        m_findServiceFault.swap(find);
+}
+
+VeskServiceFault CMReplyAbstractData::serviceFault() const
+{
+    FindServiceFault find;
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        find = m_findServiceFault;
+    }
+    return find ? find() : VeskServiceFault();
+}
+
 void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> function)
 {
     if (context->thread() == QThread::currentThread() && isFinished()) {
@@ -130,6 +148,15 @@ void CMReplyAbstractData::read(const std::function<void()> &load) const
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     load();
+}
+
+VeskServiceFault CMUnexplainedFault(const CMReplyData<QVariant> &answer)
+{
+    if (!answer.isFinished())
+        return {};
+    const bool isUnexplained = !answer.error().isEmpty()
+        || VeskRowsRoles(VeskHash(answer.value().toHash())).isWithoutRows();
+    return isUnexplained ? answer.serviceFault() : VeskServiceFault();
 }
 
 CMReplyPromise::CMReplyPromise(std::shared_ptr<CMReplyAbstractData> data)

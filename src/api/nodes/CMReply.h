@@ -2,6 +2,7 @@
 
 #include "api/core/export.h"
 #include "api/values/CMError.h"
+#include "api/values/VeskServiceFault.h"
 
 #include <QObject>
 #include <QVariant>
@@ -46,6 +47,14 @@ public:
     /// Completes the answer with no more to say than that it succeeded.
     void setFinished();
 
+    /// What went wrong between the one who answers and a service that was asked for the answer,
+    /// which may have to say nothing of it: \a find is called when that is asked for, on any
+    /// thread. The last one counts that was given before the answer was there.
+    using FindServiceFault = std::function<VeskServiceFault()>;
+    void setServiceFault(FindServiceFault find);
+    /// Empty when nothing is known.
+    VeskServiceFault serviceFault() const;
+
     /// Calls \a function once the answer is there: through the event loop of \a context's thread,
     /// or not at all when \a context is gone by then. At once when it is there and this is that
     /// thread. \a context must be alive during the call and stay on its thread; it may go at any
@@ -69,6 +78,7 @@ private:
     /// waited may have let go of this already.
     mutable std::shared_ptr<std::condition_variable> m_condition;
     CMError m_error;
+    FindServiceFault m_findServiceFault;
     std::vector<std::shared_ptr<CMContextCall>> m_watchers;
     std::vector<std::function<void()>> m_followers;
 };
@@ -100,6 +110,10 @@ inline void CMReplyData<QVariant>::setValue(const QVariant &value)
 {
     finish([this, &value] { m_value = value; });
 }
+
+/// The fault of a service that explains what an answer does not: why it is an error, or a screen
+/// without rows. Empty for every other answer.
+VESK_API VeskServiceFault CMUnexplainedFault(const CMReplyData<QVariant> &answer);
 
 /// Keeps the promise that every answer is given: when the last one who could still answer lets go,
 /// the answer ends with an error.

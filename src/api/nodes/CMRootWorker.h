@@ -90,7 +90,7 @@ public:
     /// subscription may end on any thread.
     std::unique_ptr<CMSubscription> subscribeDirectly(
         const CMPath &path, std::function<void(const CMChange &)> changed);
-    /// Whether somebody on \a thread is subscribed to \a path ForItself: the thread of the context,
+    /// Whether there is a subscriber on \a thread to \a path ForItself: the thread of the context,
     /// or, where there is none, the one that subscribed.
     bool isSubscribed(const CMPath &path, const QThread *thread) const;
     /// Tells the subscribers of exactly the change's path.

@@ -15,6 +15,12 @@ int VeskRowsRoles::rowsCount() const
     return number(keys::rowsCount());
 }
 
+bool VeskRowsRoles::isWithoutRows() const
+{
+    const QVariant *const count = find(keys::rowsCount());
+    return count && count->toInt() == 0;
+}
+
 QVariantList VeskRowsRoles::rows() const
 {
     return value(keys::rows()).toList();

@@ -16,6 +16,8 @@ public:
     }
 
     int rowsCount() const;
+    /// Whether this is an answer, and the screen has no rows.
+    bool isWithoutRows() const;
     QVariantList rows() const;
     VeskRoles roles() const;
 

@@ -122,6 +122,11 @@ void HttpClient::setActivityListener(std::function<void()> listener)
     HttpClientEngine::setActivityListener(std::move(listener));
 }
 
+void HttpClient::setExchangeListener(ExchangeListener listener)
+{
+    HttpClientEngine::setExchangeListener(std::move(listener));
+}
+
 void HttpClient::shutDownAll()
 {
     HttpClientEngine::shutDownAll();

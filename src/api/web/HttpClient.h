@@ -134,6 +134,10 @@ public:
     /// Is called when an exchange of any client begins and when it ends, on the client's thread;
     /// must return soon. Set it before there are clients.
     static void setActivityListener(std::function<void()> listener);
+    /// Is told of each exchange that has ended, on the client's thread, before the one who asked
+    /// for it; must return soon. Set it before there are clients.
+    using ExchangeListener = std::function<void(const HttpClientResult &)>;
+    static void setExchangeListener(ExchangeListener listener);
 
 private:
     std::unique_ptr<HttpClientEngine> m_engine;

@@ -49,6 +49,13 @@ std::function<void()> &activityListener()
     return listener;
 }
 
+/// The same.
+HttpClient::ExchangeListener &exchangeListener()
+{
+    static auto &listener = *new HttpClient::ExchangeListener;
+    return listener;
+}
+
 void tellActivity()
 {
     if (activityListener())
@@ -110,6 +117,11 @@ void HttpClientEngine::abandonReading(bool abandon)
 void HttpClientEngine::setActivityListener(std::function<void()> listener)
 {
     activityListener() = std::move(listener);
+}
+
+void HttpClientEngine::setExchangeListener(HttpClient::ExchangeListener listener)
+{
+    exchangeListener() = std::move(listener);
 }
 
 void HttpClientEngine::requireOwnThread() const
@@ -409,6 +421,8 @@ void HttpClientEngine::deliver()
     for (std::size_t count = m_finished.size(); count > 0 && self && !m_finished.empty(); --count) {
         const Finished finished = std::move(m_finished.front());
         m_finished.pop_front();
+        if (exchangeListener())
+            exchangeListener()(finished.result);
         if (finished.function)
             finished.function(finished.result);
     }

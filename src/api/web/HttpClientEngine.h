@@ -43,6 +43,7 @@ public:
     static void shutDownAll();
     static void abandonReading(bool abandon);
     static void setActivityListener(std::function<void()> listener);
+    static void setExchangeListener(HttpClient::ExchangeListener listener);
 
 protected:
     bool event(QEvent *event) override;

@@ -88,7 +88,7 @@ PlayLogic::~PlayLogic() = default;
 void PlayLogic::play(const RowAddress &address, Started started)
 {
     const int request = ++m_request;
-    auto *search = new RowSearch(this);
+    auto *search = new RowSearch(m_faultWords, this);
     search->start(address,
         [this, search, request, started = std::move(started)](
             const CMError &error, const VeskRoles &row) {
@@ -148,11 +148,14 @@ void PlayLogic::prePlay(const VeskRoles &stream)
     if (path.isEmpty())
         return startPlayer(stream);
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
-    reply->whenFinished(this, [this, step, reply] {
+    reply->whenFinished(this, [this, step, path, reply] {
         if (step != m_step || m_state != VeskPlayLogicState::transitioning)
             return;
         const VeskRoles roles(reply->value().toHash());
         TrString refusal = reply->error().message();
+        const VeskServiceFault fault = CMUnexplainedFault(*reply);
+        if (m_faultWords && fault.isBareRefusal())
+            refusal = m_faultWords(path, fault);
         if (reply->error().isEmpty() && !isPlayable(roles)) {
             refusal
                 = playerText(QT_TRANSLATE_NOOP("Player", "There is nothing to play in this row."));

@@ -41,6 +41,8 @@ public:
 
     /// Which streams were chosen by hand; must outlive it. Without them nothing is remembered.
     void setChosenStreams(ChosenStreams *chosen) { m_chosen = chosen; }
+    /// What is said of a service that could not answer; without it, what its plug-in says.
+    void setFaultWords(RowSearch::FaultWords words) { m_faultWords = std::move(words); }
     void setTimes(const StreamTrials::Times &times) { m_trials.setTimes(times); }
 
     /// Plays a row in place of what plays, which goes on when there is no such row. Another play()
@@ -90,6 +92,7 @@ private:
 
     MediaPlayer *const m_player;
     ChosenStreams *m_chosen = nullptr;
+    RowSearch::FaultWords m_faultWords;
     StreamTrials m_trials;
     int m_request = 0; ///< counts play(), so that an earlier one is known when its row comes
     State m_state = VeskPlayLogicState::stopped;

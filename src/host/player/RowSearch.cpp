@@ -47,8 +47,9 @@ int nearest(const QVariantList &rows, const CMPath &path, int wanted)
 
 } // namespace
 
-RowSearch::RowSearch(QObject *parent)
+RowSearch::RowSearch(FaultWords words, QObject *parent)
     : QObject(parent)
+    , m_words(std::move(words))
 {
 }
 
@@ -74,10 +75,19 @@ void RowSearch::ask(int first, int last)
 {
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
     reply->whenFinished(this, [this, reply, first, last] {
-        take(reply->error(), VeskRowsRoles(reply->value().toHash()), first, last);
+        take(errorOf(*reply), VeskRowsRoles(reply->value().toHash()), first, last);
     });
     CMRoot()->request(CMGetRowsRequest(
         m_address.screen, VeskRoles::all(), first, last, CMReply<QVariant>(reply)));
+}
+
+/// A screen without rows is no error, unless they could not be had.
+CMError RowSearch::errorOf(const CMReplyData<QVariant> &answer) const
+{
+    const CMError error = answer.error();
+    const VeskServiceFault fault = CMUnexplainedFault(answer);
+    const bool isUntold = error.isEmpty() ? !fault.isEmpty() : fault.isBareRefusal();
+    return isUntold && m_words ? CMError(m_words(m_address.screen, fault)) : error;
 }
 
 void RowSearch::take(const CMError &error, const VeskRowsRoles &rows, int first, int last)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "api/nodes/CMReply.h"
 #include "api/values/CMError.h"
 #include "api/values/CMPath.h"
 #include "api/values/VeskRoles.h"
@@ -35,7 +36,11 @@ public:
     /// Called once, unless the search is destroyed before.
     using Found = std::function<void(const CMError &error, const VeskRoles &row)>;
 
-    explicit RowSearch(QObject *parent = nullptr);
+    /// What a fault of the service that serves a path is in words.
+    using FaultWords = std::function<TrString(const CMPath &, const VeskServiceFault &)>;
+
+    /// Without \a words a screen that could not be had is one without rows.
+    explicit RowSearch(FaultWords words = {}, QObject *parent = nullptr);
     ~RowSearch() override;
 
     void start(const RowAddress &address, Found found);
@@ -45,10 +50,12 @@ public:
 
 private:
     void ask(int first, int last);
+    CMError errorOf(const CMReplyData<QVariant> &answer) const;
     void take(const CMError &error, const VeskRowsRoles &rows, int first, int last);
     void askForMore(const VeskRowsRoles &rows, int last);
     void finish(const CMError &error, const VeskRoles &row = {});
 
+    const FaultWords m_words;
     RowAddress m_address;
     Found m_found;
     bool m_whole = false; ///< what stands around was looked at

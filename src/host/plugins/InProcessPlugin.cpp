@@ -38,6 +38,8 @@ void InProcessPlugin::startThread()
     connect(m_thread.get(), &PluginThread::loaded, this, &InProcessPlugin::onLoaded);
     veskConnect(m_thread.get(), &QThread::finished, this, &InProcessPlugin::onFinished);
     readSettings().begin();
+    if (m_watch)
+        m_watch->setAnswerForm(m_thread.get(), descriptor().answers);
     m_thread->start();
 }
 

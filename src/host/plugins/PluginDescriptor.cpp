@@ -134,6 +134,17 @@ ChangingAddresses readChanging(const QVariant &value, QString &error)
     return changing;
 }
 
+ServiceAnswerForm readAnswers(const QVariant &value, QString &error)
+{
+    MemberReader reader(value, QStringLiteral("answers"), error);
+    reader.knowsOnly({QStringLiteral("status"), QStringLiteral("good")});
+    const ServiceAnswerForm form {
+        reader.texts(QStringLiteral("status")), reader.texts(QStringLiteral("good"))};
+    if (form.status.isEmpty() || form.good.isEmpty())
+        reader.fail(QStringLiteral("\"status\" or \"good\" is missing"));
+    return form;
+}
+
 /// No escapes, dot segments, empty segments or letters that a server may take for others.
 bool isPlain(const QString &text)
 {
@@ -215,7 +226,8 @@ PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &err
         return {};
     }
     MemberReader reader(value, QString(), error);
-    reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing")});
+    reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
+        QStringLiteral("deviceSetting"), QStringLiteral("answers")});
     const QVariant format = reader.value(QStringLiteral("format"));
     if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
         reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
@@ -225,6 +237,14 @@ PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &err
         reader.fail(QStringLiteral("\"id\" is no word"));
     for (const QVariant &entry : reader.list(QStringLiteral("changing")))
         descriptor.changing.append(readChanging(entry, error));
+    if (reader.has(QStringLiteral("deviceSetting"))) {
+        descriptor.deviceSetting
+            = CMPath::fromEncoded(reader.text(QStringLiteral("deviceSetting")));
+        if (descriptor.deviceSetting.isEmpty())
+            reader.fail(QStringLiteral("\"deviceSetting\" is no path"));
+    }
+    if (reader.has(QStringLiteral("answers")))
+        descriptor.answers = readAnswers(reader.value(QStringLiteral("answers")), error);
     return error.isEmpty() ? descriptor : PluginDescriptor();
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "api/values/CMPath.h"
+#include "api/web/ServiceAnswers.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -30,6 +33,9 @@ struct PluginDescriptor {
 
     QString id;
     QVector<ChangingAddresses> changing;
+    /// The setting by which the service knows the device; empty when there is none.
+    CMPath deviceSetting;
+    ServiceAnswerForm answers;
 
     /// Of \a json; empty, with what is wrong in \a error, when it cannot be used. A pure function.
     static PluginDescriptor fromJson(const QByteArray &json, QString &error);
@@ -39,8 +45,6 @@ struct PluginDescriptor {
     /// only.
     static PluginDescriptor read(const QString &file, QString &error);
 };
-
-class CMPath;
 
 /// Whether opening \a path changes or reports something, by what the plug-in at \a root declares.
 /// A pure function.

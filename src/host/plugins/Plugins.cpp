@@ -6,6 +6,7 @@
 #include "api/values/VeskValuePaths.h"
 #include "host/HostFolders.h"
 #include "host/HostValues.h"
+#include "host/ServiceFaults.h"
 #include "host/ServicesWorker.h"
 #include "host/player/PlayLogic.h"
 #include "host/plugins/InProcessPlugin.h"
@@ -156,6 +157,14 @@ void Plugins::declareIn(AddressGate *gate) const
     for (const auto &plugin : m_plugins) {
         if (!plugin->root().isEmpty())
             gate->declare(plugin->root(), plugin->descriptor().changing);
+    }
+}
+
+void Plugins::declareIn(ServiceFaults *faults) const
+{
+    for (const auto &plugin : m_plugins) {
+        if (!plugin->root().isEmpty())
+            faults->declare(plugin->root(), plugin->descriptor().deviceSetting);
     }
 }
 

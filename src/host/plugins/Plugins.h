@@ -14,6 +14,7 @@ class InProcessPlugin;
 class PlayLogic;
 class PluginThread;
 class PluginWatch;
+class ServiceFaults;
 class ServicesWorker;
 class WorkerPlugin;
 struct StartMessage;
@@ -37,6 +38,8 @@ public:
     void listIn(ServicesWorker *services);
     /// What each of them says of its addresses.
     void declareIn(AddressGate *gate) const;
+    /// What each of them says of its service.
+    void declareIn(ServiceFaults *faults) const;
     /// Ends all of them; unloaded() tells when none runs any more.
     void unload();
 

@@ -168,7 +168,11 @@ void WorkerPlugin::onHello(int run)
         return;
     readSettings().begin();
     m_remote.release();
-    m_remote.sendStart(m_options.start);
+    m_remote.sendStart([this] {
+        StartMessage start = m_options.start();
+        start.answerForm = descriptor().answers;
+        return start;
+    });
 }
 
 void WorkerPlugin::onLoaded(int run, const LoadedMessage &message)

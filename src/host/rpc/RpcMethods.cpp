@@ -2,8 +2,11 @@
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
+#include "host/ServiceFaults.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcParams.h"
+
+#include <utility>
 
 namespace {
 
@@ -40,13 +43,29 @@ JsonRpcError RpcMethods::toRpcError(const CMError &error)
         {{QStringLiteral("name"), error.name()}, {QStringLiteral("title"), error.title()}}};
 }
 
+JsonRpcError RpcMethods::explained(
+    const CMError &error, const CMPath &path, const VeskServiceFault &fault) const
+{
+    JsonRpcError told = toRpcError(error);
+    // What the service reports in its answer is the plug-in's to tell.
+    if (!m_faults || fault.isEmpty() || fault.kind == VeskServiceFault::Reported)
+        return told;
+    const QString words = m_faults->words(path, fault).toString();
+    // This one the listener can mend, once it is told.
+    if (fault.isBareRefusal())
+        told.data.insert(QStringLiteral("serviceMessage"), std::exchange(told.message, words));
+    else
+        told.data.insert(QStringLiteral("problem"), words);
+    return told;
+}
+
 void RpcMethods::seeIcon(const QVariant &icon) const
 {
     if (m_iconSeen && icon.userType() == QMetaType::QString)
         m_iconSeen(icon.toString());
 }
 
-QVariant RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) const
+QVariantHash RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) const
 {
     const QVariantList rows = answer.rows();
     if (iconRole >= 0) {
@@ -54,8 +73,8 @@ QVariant RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) const
             seeIcon(row.toList().value(iconRole));
     }
     seeIcon(answer.roles().value(VeskRoles::Icon()));
-    return QVariantHash {{QStringLiteral("rowsCount"), answer.rowsCount()},
-        {QStringLiteral("rows"), rows}, {QStringLiteral("roles"), answer.roles().toHash()}};
+    return {{QStringLiteral("rowsCount"), answer.rowsCount()}, {QStringLiteral("rows"), rows},
+        {QStringLiteral("roles"), answer.roles().toHash()}};
 }
 
 QVariant RpcMethods::dataResult(const QVariant &value, int iconRole) const
@@ -78,12 +97,18 @@ void RpcMethods::getRows(const JsonRpcCallPtr &call)
     if (refuses(call, range.path))
         return;
     const auto abandon = m_screens.rows(call->peer(), range,
-        [this, call, roles = range.roles](const CMError &error, const VeskRowsRoles &rows) {
-            if (!error.isEmpty())
-                return call->fail(toRpcError(error));
+        [this, call, path = range.path, roles = range.roles](
+            const ScreenSnapshots::Answer &answer) {
+            if (!answer.error.isEmpty())
+                return call->fail(explained(answer.error, path, answer.fault));
             if (m_gate)
-                m_gate->offerRows(roles, rows.rows(), call->peer());
-            call->finish(rowsResult(rows, roles.indexOf(VeskRoles::Icon())));
+                m_gate->offerRows(roles, answer.rows.rows(), call->peer());
+            QVariantHash result = rowsResult(answer.rows, roles.indexOf(VeskRoles::Icon()));
+            if (m_faults && !answer.fault.isEmpty()) {
+                result.insert(
+                    QStringLiteral("problem"), m_faults->words(path, answer.fault).toString());
+            }
+            call->finish(result);
         });
     call->whenAbandoned(abandon);
 }
@@ -135,14 +160,15 @@ void RpcMethods::ask(
     const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult)
 {
     const auto data = std::make_shared<CMReplyData<QVariant>>();
-    data->whenFinished(this, [data, call, makeResult = std::move(makeResult)] {
-        const CMError error = data->error();
-        if (error.isEmpty())
-            call->finish(makeResult(data->value()));
-        else
-            call->fail(toRpcError(error));
-    });
     const CMRequest request = makeRequest(CMReply<QVariant>(data));
+    data->whenFinished(
+        this, [this, data, call, path = request.path(), makeResult = std::move(makeResult)] {
+            const CMError error = data->error();
+            if (error.isEmpty())
+                call->finish(makeResult(data->value()));
+            else
+                call->fail(explained(error, path, CMUnexplainedFault(*data)));
+        });
     // What changes something is done, whether its client still waits or not.
     if (request.kind() != CMRequest::SetData)
         call->whenAbandoned([data] { data->setError(CMCancelledError()); });

@@ -10,6 +10,7 @@
 #include <memory>
 
 class AddressGate;
+class ServiceFaults;
 
 /// The methods by which clients browse: getRows, getData, setData, subscribe, unsubscribe. Each
 /// becomes a request to the root worker. Lives on the dispatcher's thread. docs/rpc.md is their
@@ -34,6 +35,9 @@ public:
     /// A value changed by which services answer otherwise: what was read of them before is no more.
     void forgetScreens() { m_screens.forgetAll(); }
 
+    /// What clients are told of the faults of services; without it, nothing.
+    void setServiceFaults(const ServiceFaults *faults) { m_faults = faults; }
+
     /// \a error as clients are told of it.
     static JsonRpcError toRpcError(const CMError &error);
 
@@ -49,16 +53,20 @@ private:
     void subscribe(const JsonRpcCallPtr &call);
     void unsubscribe(const JsonRpcCallPtr &call);
 
+    /// The error that \a path was answered with, for which there may be a fault of its service.
+    JsonRpcError explained(
+        const CMError &error, const CMPath &path, const VeskServiceFault &fault) const;
     void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
     /// Whether the client may not open \a path, and was told so.
     bool refuses(const JsonRpcCallPtr &call, const CMPath &path) const;
     Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
-    QVariant rowsResult(const VeskRowsRoles &answer, int iconRole) const;
+    QVariantHash rowsResult(const VeskRowsRoles &answer, int iconRole) const;
     QVariant dataResult(const QVariant &value, int iconRole) const;
     void seeIcon(const QVariant &icon) const;
 
     IconSeen m_iconSeen;
     AddressGate *m_gate = nullptr;
+    const ServiceFaults *m_faults = nullptr;
     std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
     ScreenSnapshots m_screens;
 };

@@ -54,6 +54,11 @@ VeskRowsRoles rangeOf(const VeskRowsRoles &screen, int first, int last)
     return range;
 }
 
+ScreenSnapshots::Answer answerOf(const CMReplyData<QVariant> &reply)
+{
+    return {reply.error(), VeskRowsRoles(reply.value().toHash()), CMUnexplainedFault(reply)};
+}
+
 } // namespace
 
 struct ScreenSnapshots::Screen {
@@ -117,7 +122,7 @@ ScreenSnapshots::Abandon ScreenSnapshots::rows(
         screen->used.start();
         m_screens.remove(screen);
         m_screens.push_back(screen);
-        answered({}, rangeOf(screen->rows, range.first, range.last));
+        answered({{}, rangeOf(screen->rows, range.first, range.last)});
         return {};
     }
     if (screen)
@@ -184,14 +189,16 @@ void ScreenSnapshots::fetch(const ScreenPtr &screen)
     screen->reply = reply;
     reply->whenFinished(this, [this, weak, reply] {
         if (const ScreenPtr fetched = weak.lock())
-            take(fetched, reply->error(), VeskRowsRoles(reply->value().toHash()));
+            take(fetched, answerOf(*reply));
     });
     CMRoot()->request(
         CMGetRowsRequest(screen->path, screen->roles, 0, MaxRows - 1, CMReply<QVariant>(reply)));
 }
 
-void ScreenSnapshots::take(const ScreenPtr &screen, const CMError &error, const VeskRowsRoles &rows)
+void ScreenSnapshots::take(const ScreenPtr &screen, const Answer &answer)
 {
+    const CMError &error = answer.error;
+    const VeskRowsRoles &rows = answer.rows;
     screen->fetched = true;
     screen->reply.reset();
     const std::vector<Screen::Waiter> waiters = std::move(screen->waiters);
@@ -208,9 +215,10 @@ void ScreenSnapshots::take(const ScreenPtr &screen, const CMError &error, const 
         if (error.name() == CMError::TooLongName())
             askDirectly(waiter.range, waiter.answered);
         else if (!error.isEmpty())
-            waiter.answered(error, {});
+            waiter.answered(answer);
         else
-            waiter.answered({}, rangeOf(rows, waiter.range.first, waiter.range.last));
+            waiter.answered(
+                {{}, rangeOf(rows, waiter.range.first, waiter.range.last), answer.fault});
     }
 }
 
@@ -227,8 +235,7 @@ void ScreenSnapshots::keep(const ScreenPtr &screen, const VeskRowsRoles &rows)
 ScreenSnapshots::Abandon ScreenSnapshots::askDirectly(const Range &range, const Answered &answered)
 {
     const auto reply = std::make_shared<CMReplyData<QVariant>>();
-    reply->whenFinished(this,
-        [reply, answered] { answered(reply->error(), VeskRowsRoles(reply->value().toHash())); });
+    reply->whenFinished(this, [reply, answered] { answered(answerOf(*reply)); });
     CMRoot()->request(CMGetRowsRequest(
         range.path, range.roles, range.first, range.last, CMReply<QVariant>(reply)));
     return [weak = std::weak_ptr<CMReplyData<QVariant>>(reply)] {

@@ -44,8 +44,14 @@ public:
         bool refresh = false; ///< begins anew in any case
     };
 
+    struct Answer {
+        CMError error;
+        VeskRowsRoles rows;
+        /// Why there is an error, or no row at all.
+        VeskServiceFault fault {};
+    };
     /// Called once, unless this is destroyed before.
-    using Answered = std::function<void(const CMError &error, const VeskRowsRoles &rows)>;
+    using Answered = std::function<void(const Answer &answer)>;
 
     explicit ScreenSnapshots(QObject *parent = nullptr);
     ~ScreenSnapshots() override;
@@ -75,7 +81,7 @@ private:
     ScreenPtr find(JsonRpcPeer *peer, const Range &range) const;
     ScreenPtr begin(JsonRpcPeer *peer, const Range &range);
     void fetch(const ScreenPtr &screen);
-    void take(const ScreenPtr &screen, const CMError &error, const VeskRowsRoles &rows);
+    void take(const ScreenPtr &screen, const Answer &answer);
     void keep(const ScreenPtr &screen, const VeskRowsRoles &rows);
     Abandon wait(const ScreenPtr &screen, const Range &range, Answered answered);
     void abandon(const ScreenPtr &screen, int waiter);

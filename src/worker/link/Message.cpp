@@ -63,6 +63,8 @@ void write(WireWriter &writer, const StartMessage &message)
     for (const ValueMessage &value : message.values)
         write(writer, value);
     writer.writeHash(message.player);
+    writer.writeTexts(message.answerForm.status);
+    writer.writeTexts(message.answerForm.good);
 }
 
 bool read(WireReader &reader, StartMessage &message)
@@ -82,6 +84,8 @@ bool read(WireReader &reader, StartMessage &message)
         read(reader, message.values.last());
     }
     message.player = reader.readHash();
+    message.answerForm.status = reader.readTexts();
+    message.answerForm.good = reader.readTexts();
     return true;
 }
 
@@ -194,6 +198,8 @@ void write(WireWriter &writer, const AnswerMessage &message)
     writer.writeCount(message.id);
     writer.writeHash(message.error.toHash());
     writer.writeVariant(message.value);
+    writer.writeByte(static_cast<quint8>(message.fault.kind));
+    writer.writeInt(message.fault.code);
 }
 
 bool read(WireReader &reader, AnswerMessage &message)
@@ -201,7 +207,10 @@ bool read(WireReader &reader, AnswerMessage &message)
     message.id = reader.readCount();
     message.error = CMError(reader.readHash());
     message.value = reader.readVariant();
-    return true;
+    const quint8 kind = reader.readByte();
+    message.fault.kind = static_cast<VeskServiceFault::Kind>(kind);
+    message.fault.code = static_cast<int>(reader.readInt());
+    return kind <= VeskServiceFault::Reported;
 }
 
 void write(WireWriter &writer, const WatchMessage &message)

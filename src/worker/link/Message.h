@@ -5,6 +5,8 @@
 #include "api/nodes/CMSubscribe.h"
 #include "api/values/CMError.h"
 #include "api/values/CMPath.h"
+#include "api/values/VeskServiceFault.h"
+#include "api/web/ServiceAnswers.h"
 
 #include <QByteArray>
 #include <QString>
@@ -68,6 +70,7 @@ struct StartMessage {
     QStringList valuePrefixes;
     QVector<ValueMessage> values;
     QVariantHash player;
+    ServiceAnswerForm answerForm;
 };
 
 /// Worker to host.
@@ -93,11 +96,13 @@ struct RequestMessage {
     CMRequest request(const CMReply<QVariant> &reply) const;
 };
 
-/// The answer to the question of that id: a value or an error.
+/// The answer to the question of that id: a value or an error, and what a service that was asked
+/// for it has to do with that.
 struct AnswerMessage {
     quint64 id = 0;
     QVariant value;
     CMError error;
+    VeskServiceFault fault;
 };
 
 /// Asks to be told of changes at a path, or not any more.

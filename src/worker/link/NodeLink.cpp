@@ -32,6 +32,7 @@ void sendAnswer(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant>
     message.error = answer.error();
     if (message.error.isEmpty())
         message.value = answer.value();
+    message.fault = CMUnexplainedFault(answer);
     const QByteArray payload = encode(message);
     if (payload.size() <= Channel::MaxPayload) {
         sender.send(payload);
@@ -268,6 +269,8 @@ QString NodeLink::takeAnswer(const AnswerMessage &message)
         m_unanswered->requests.erase(found);
         m_unanswered->lastSign = Clock::now();
     }
+    if (!reply.isNull() && !message.fault.isEmpty())
+        reply.data()->setServiceFault([fault = message.fault] { return fault; });
     if (message.error.isEmpty())
         reply.setValue(message.value);
     else

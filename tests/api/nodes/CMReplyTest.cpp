@@ -1,5 +1,7 @@
 #include "api/nodes/CMReply.h"
 
+#include "api/values/VeskRowsRoles.h"
+
 #include "tests/api/nodes/TestNodes.h"
 
 #include <QCoreApplication>
@@ -299,6 +301,44 @@ TEST(CMReply, CallsItsFollowerWhenTheLastWhoCouldAnswerLetsGo)
     }
     EXPECT_EQ(calls, 1);
     EXPECT_EQ(data->error().name(), CMError::UnansweredName());
+}
+
+TEST(CMReply, TellsOfTheFaultOfAServiceThatWasToldBeforeTheAnswer)
+{
+    const VeskServiceFault first {VeskServiceFault::TimedOut, 0};
+    const VeskServiceFault second {VeskServiceFault::HttpStatus, 503};
+    Data data;
+    EXPECT_TRUE(data.serviceFault().isEmpty());
+    int asked = 0;
+    data.setServiceFault([&] { return ++asked, first; });
+    data.setServiceFault([&] { return ++asked, second; });
+    EXPECT_EQ(asked, 0);
+    EXPECT_TRUE(data.serviceFault() == second);
+    data.setError(someError());
+    data.setServiceFault([&] { return first; });
+    EXPECT_TRUE(data.serviceFault() == second);
+    EXPECT_EQ(asked, 2);
+}
+
+TEST(CMReply, AFaultExplainsErrorsAndScreensWithoutRowsOnly)
+{
+    const VeskServiceFault fault {VeskServiceFault::HttpStatus, 503};
+    const auto explained = [&fault](const std::function<void(Data &)> &complete) {
+        Data data;
+        data.setServiceFault([&fault] { return fault; });
+        complete(data);
+        return CMUnexplainedFault(data) == fault;
+    };
+    VeskRowsRoles screen;
+    screen.setRowsCount(0);
+    EXPECT_TRUE(explained([](Data &data) { data.setError(someError()); }));
+    EXPECT_TRUE(explained([&](Data &data) { data.setValue(screen); }));
+    EXPECT_TRUE(explained([&](Data &data) { data.setValue(screen.toHash()); }));
+    screen.setRowsCount(1);
+    EXPECT_FALSE(explained([&](Data &data) { data.setValue(screen); }));
+    EXPECT_FALSE(explained([](Data &data) { data.setValue(QVariantList {1}); }));
+    EXPECT_FALSE(explained([](Data &data) { data.setValue(QVariant()); }));
+    EXPECT_FALSE(explained([](Data &) {})) << "nothing is answered yet";
 }
 
 } // namespace

@@ -321,7 +321,7 @@ TEST(CMRootWorker, HoldsNoMoreRequestsThanItMay)
     EXPECT_FALSE(answers[CMRootWorker::MaxHeld - 1].isThere());
     EXPECT_EQ(answers[CMRootWorker::MaxHeld].errorName(), CMError::UnansweredName());
     root.release(QStringLiteral("A"));
-    EXPECT_EQ(answers[0].errorName(), CMError::NoNodeName()) << "nobody serves it by now";
+    EXPECT_EQ(answers[0].errorName(), CMError::NoNodeName()) << "it is not served any more";
 }
 
 TEST(CMRootWorker, AHeldWorkersOwnThreadIsServed)

@@ -344,3 +344,27 @@ TEST_F(HttpClientLifeTest, tellsWhenExchangesBeginAndEnd)
     EXPECT_EQ(signs, 2);
     HttpClient::setActivityListener(nullptr);
 }
+
+TEST_F(HttpClientLifeTest, tellsHowExchangesEndedBeforeTheirFunctions)
+{
+    std::vector<std::pair<HttpClientStatus, int>> told;
+    bool wasFirst = true;
+    HttpClient::setExchangeListener([&told](const HttpClientResult &result) {
+        told.emplace_back(result.status(), result.code());
+    });
+    const ScriptedServer server(always(answerWith("x")));
+    bool done = false;
+    client->get(urlOf(server, "/"), {}, [&](const HttpClientResult &) {
+        wasFirst = told.size() == 1;
+        done = true;
+    });
+    EXPECT_TRUE(told.empty());
+    ASSERT_TRUE(spinUntil([&] { return done; }));
+    EXPECT_TRUE(wasFirst);
+    fetch(*client, VeskUrl(QStringLiteral("nonsense:")));
+    HttpClient::setExchangeListener(nullptr);
+    fetch(*client, urlOf(server, "/"));
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[0], std::make_pair(HttpClientStatus::Success, 200));
+    EXPECT_EQ(told[1], std::make_pair(HttpClientStatus::InvalidRequest, 0));
+}

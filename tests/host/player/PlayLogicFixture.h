@@ -65,6 +65,7 @@ public:
     void answer()
     {
         const CMSetDataRequest request = held.takeFirst();
+        request.replyData()->setServiceFault([fault = fault] { return fault; });
         if (!error.isEmpty())
             return request.reply().setError(error);
         VeskRoles roles(request.value().toHash());
@@ -81,6 +82,7 @@ public:
 
     bool hold = false;
     CMError error;
+    VeskServiceFault fault;
     QList<CMSetDataRequest> held;
 };
 

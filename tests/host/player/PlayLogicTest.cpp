@@ -268,6 +268,22 @@ TEST_F(PlayLogicTest, aStepThatFailsIsAnError)
     EXPECT_EQ(told.title().toString(), text("Station"));
 }
 
+TEST_F(PlayLogicTest, aStepThatTheServiceRefusesSaysSo)
+{
+    logic.setFaultWords([](const CMPath &path, const VeskServiceFault &fault) {
+        return TrString(
+            text("Test"), QStringLiteral("%1 refuses (%2)").arg(path.prefix()).arg(fault.code));
+    });
+    prePlay->error = CMError(TrString("Test", "Invalid data."));
+    prePlay->fault = {VeskServiceFault::HttpStatus, 403};
+    play(0);
+    ASSERT_TRUE(spinUntil([this] { return state() == Stopped; }));
+    EXPECT_EQ(shown("error"), text("Test refuses (403)"));
+    prePlay->fault = {VeskServiceFault::HttpStatus, 500};
+    play(0);
+    ASSERT_TRUE(spinUntil([this] { return shown("error") == text("Invalid data."); }));
+}
+
 TEST_F(PlayLogicTest, aRowThatIsListedAsUnavailableSaysWhyInItsOwnWords)
 {
     play(4);

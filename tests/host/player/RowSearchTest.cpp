@@ -164,4 +164,53 @@ TEST_F(RowSearchTest, passesOnWhyTheListIsNotToBeHad)
     EXPECT_EQ(answer, CMError::NoNodeName());
 }
 
+/// Has no rows, because its service is gone.
+class GoneNode : public CMContainerNode {
+public:
+    using CMContainerNode::CMContainerNode;
+
+    bool getRowsRequest(const CMGetRowsRequest &request) override
+    {
+        request.replyData()->setServiceFault([fault = fault] { return fault; });
+        if (isError) {
+            request.reply().setError(CMError(TrString("Test", "Invalid.")));
+        } else {
+            VeskRowsRoles screen;
+            screen.setRowsCount(0);
+            request.reply().setValue(screen);
+        }
+        return true;
+    }
+
+    VeskServiceFault fault {VeskServiceFault::TimedOut, 0};
+    bool isError = false;
+};
+
+TEST_F(RowSearchTest, saysThatTheServiceIsGoneNotTheRow)
+{
+    auto *gone = new GoneNode(worker.addPrefix(text("gone")));
+    gone->setNodes(worker.nodes());
+    const auto find = [&](const RowSearch::FaultWords &words) {
+        QString answer;
+        RowSearch search(words);
+        search.start(
+            {gone->path(), 3, rowPath(3)}, [&answer](const CMError &error, const VeskRoles &) {
+                answer = error.name() == RowSearch::goneName() ? text("gone")
+                                                               : error.message().toString();
+            });
+        EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
+        return answer;
+    };
+    const auto words = [&](const CMPath &path, const VeskServiceFault &fault) {
+        EXPECT_EQ(path, gone->path());
+        return TrString(text("Test"), QString::number(fault.kind));
+    };
+    EXPECT_EQ(find({}), text("gone"));
+    EXPECT_EQ(find(words), QString::number(VeskServiceFault::TimedOut));
+    gone->isError = true;
+    EXPECT_EQ(find(words), text("Invalid."));
+    gone->fault = {VeskServiceFault::HttpStatus, 403};
+    EXPECT_EQ(find(words), QString::number(VeskServiceFault::HttpStatus));
+}
+
 } // namespace

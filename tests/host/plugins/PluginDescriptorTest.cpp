@@ -56,6 +56,23 @@ TEST(PluginDescriptorTest, readsAWholeFile)
     EXPECT_EQ(descriptor.changing.at(2).base, QString());
 }
 
+TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
+{
+    QString error;
+    const PluginDescriptor descriptor = PluginDescriptor::fromJson(
+        R"({"format": 1, "id": "radio", "deviceSetting": "settings:radio/key",
+            "answers": {"status": ["head", "status"], "good": ["200", "ok"]}})",
+        error);
+    EXPECT_EQ(error, QString());
+    EXPECT_EQ(descriptor.deviceSetting.toEncoded(), QStringLiteral("settings:radio/key"));
+    EXPECT_EQ(
+        descriptor.answers.status, QStringList({QStringLiteral("head"), QStringLiteral("status")}));
+    EXPECT_EQ(descriptor.answers.good, QStringList({QStringLiteral("200"), QStringLiteral("ok")}));
+    const PluginDescriptor without = PluginDescriptor::fromJson(Whole, error);
+    EXPECT_TRUE(without.deviceSetting.isEmpty());
+    EXPECT_FALSE(without.answers.isKnown());
+}
+
 TEST(PluginDescriptorTest, tellsWhatIsWrong)
 {
     const QByteArray longText(PluginDescriptor::MaxText + 1, 'a');
@@ -73,6 +90,17 @@ TEST(PluginDescriptorTest, tellsWhatIsWrong)
         {R"({"format": "1", "id": "a"})", "\"format\" is not 1"},
         {R"({"format": 1})", "\"id\" is no word"},
         {R"({"format": 1, "id": ""})", "\"id\" is no word"},
+        {R"({"format": 1, "id": "a", "deviceSetting": 5})", "\"deviceSetting\" is no text"},
+        {R"({"format": 1, "id": "a", "deviceSetting": "key"})", "\"deviceSetting\" is no path"},
+        {R"({"format": 1, "id": "a", "answers": []})", "answers: an object is needed"},
+        {R"({"format": 1, "id": "a", "answers": {}})",
+            "answers: \"status\" or \"good\" is missing"},
+        {R"({"format": 1, "id": "a", "answers": {"status": ["a"]}})",
+            "answers: \"status\" or \"good\" is missing"},
+        {R"({"format": 1, "id": "a", "answers": {"status": "a", "good": ["b"]}})",
+            "answers: \"status\" is no list of at most 100"},
+        {R"({"format": 1, "id": "a", "answers": {"state": ["a"]}})",
+            "answers: there is no \"state\""},
         {R"({"format": 1, "id": 5})", "\"id\" is no text"},
         {R"({"format": 1, "id": "../a"})", "\"id\" is no word"},
         {"{\"format\": 1, \"id\": \"" + longText + "\"}", "\"id\" is no text"},

@@ -4,7 +4,9 @@
 #include "api/nodes/CMListRowsNode.h"
 #include "api/nodes/CMNodesWorker.h"
 #include "api/nodes/CMValuesWorker.h"
+#include "api/values/VeskRowsRoles.h"
 #include "api/web/VeskJson.h"
+#include "host/ServiceFaults.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gmock/gmock.h>
@@ -38,6 +40,37 @@ public:
         return true;
     }
     bool getRowsRequest(const CMGetRowsRequest &) override { return false; }
+};
+
+/// A screen without rows, or an error, with a fault of its service.
+class FaultyNode : public CMNode {
+public:
+    using CMNode::CMNode;
+
+    bool getRowsRequest(const CMGetRowsRequest &request) override
+    {
+        tell(request);
+        VeskRowsRoles screen;
+        screen.setRowsCount(count);
+        screen.setRows(count > 0 ? QVariantList {QVariant(QVariantList {1})} : QVariantList());
+        request.reply().setValue(screen);
+        return true;
+    }
+    bool getDataRequest(const CMGetDataRequest &request) override
+    {
+        tell(request);
+        request.reply().setError(CMError(TrString("Test", "Invalid data.")));
+        return true;
+    }
+
+    VeskServiceFault fault;
+    int count = 0;
+
+private:
+    void tell(const CMRequest &request) const
+    {
+        request.replyData()->setServiceFault([fault = fault] { return fault; });
+    }
 };
 
 /// A values worker ("settings") and a nodes worker ("Test") with a list of two rows at "list".
@@ -229,6 +262,54 @@ TEST_F(RpcMethodsTest, ASubscriberIsToldOfChangesUntilItUnsubscribes)
     m_values.setValue(path("settings:fixed"), VeskValue::fromBool(false));
     ASSERT_TRUE(spinUntil([&] { return peer.notifications.size() == 2; }));
     EXPECT_THAT(peer.notifications.last().toStdString(), testing::HasSubstr("settings:fixed"));
+}
+
+TEST_F(RpcMethodsTest, AScreenThatCouldNotBeHadIsToldFromAnEmptyOne)
+{
+    const auto node = new FaultyNode(m_worker.addPrefix(QStringLiteral("faulty")));
+    node->setNodes(m_worker.nodes());
+    ServiceFaults faults;
+    m_methods.setServiceFaults(&faults);
+    const auto problem = [this](const char *params) {
+        const QVariantHash result = ask("getRows", params).value(QStringLiteral("result")).toHash();
+        EXPECT_TRUE(result.contains(QStringLiteral("rows")));
+        return result.value(QStringLiteral("problem")).toString().toStdString();
+    };
+    node->fault = {VeskServiceFault::Reported, 500};
+    const char *words = "The Test service is out of order (500). Please try again later.";
+    EXPECT_EQ(problem(R"({"path":"Test:faulty"})"), words);
+    EXPECT_EQ(problem(R"({"path":"Test:faulty","first":0,"last":0})"), words);
+    node->count = 1;
+    EXPECT_EQ(problem(R"({"path":"Test:faulty"})"), "");
+    node->count = 0;
+    node->fault = {};
+    EXPECT_EQ(resultOf("getRows", R"({"path":"Test:faulty"})"),
+        R"({"roles":{},"rows":[],"rowsCount":0})");
+}
+
+TEST_F(RpcMethodsTest, AnErrorForAFaultOfTheServiceSaysSo)
+{
+    const auto node = new FaultyNode(m_worker.addPrefix(QStringLiteral("faulty")));
+    node->setNodes(m_worker.nodes());
+    const char *params = R"({"path":"Test:faulty"})";
+    node->fault = {VeskServiceFault::TimedOut, 0};
+    EXPECT_EQ(VeskJson::write(errorOf("getData", params)),
+        R"({"code":-32000,"data":{"name":"VeskError","title":"Error"},"message":"Invalid data."})");
+    ServiceFaults faults;
+    m_methods.setServiceFaults(&faults);
+    EXPECT_EQ(VeskJson::write(errorOf("getData", params)),
+        R"({"code":-32000,"data":{"name":"VeskError",)"
+        R"("problem":"The Test service does not answer. Please try again later.",)"
+        R"("title":"Error"},"message":"Invalid data."})");
+    // What the listener can mend comes first.
+    node->fault = {VeskServiceFault::HttpStatus, 403};
+    EXPECT_EQ(VeskJson::write(errorOf("getData", params)),
+        R"({"code":-32000,"data":{"name":"VeskError","serviceMessage":"Invalid data.",)"
+        R"("title":"Error"},"message":"The Test service refuses this device (HTTP 403)."})");
+    // The service's own words are in the message.
+    node->fault = {VeskServiceFault::Reported, 403};
+    EXPECT_EQ(errorOf("getData", params).value(QStringLiteral("message")),
+        QStringLiteral("Invalid data."));
 }
 
 TEST_F(RpcMethodsTest, SubscribingTwiceIsSubscribingOnce)

@@ -100,12 +100,12 @@ protected:
     }
     void ask(const ScreenSnapshots::Range &range, JsonRpcPeer *client, QString *answer)
     {
-        screens.rows(client, range, [answer](const CMError &error, const VeskRowsRoles &rows) {
-            const QVariantList got = rows.rows();
-            if (!error.isEmpty())
-                *answer = error.message().toString();
+        screens.rows(client, range, [answer](const ScreenSnapshots::Answer &given) {
+            const QVariantList got = given.rows.rows();
+            if (!given.error.isEmpty())
+                *answer = given.error.message().toString();
             else if (got.isEmpty())
-                *answer = QStringLiteral("none of %1").arg(rows.rowsCount());
+                *answer = QStringLiteral("none of %1").arg(given.rows.rowsCount());
             else
                 *answer = got.first().toList().value(0).toString() + QStringLiteral(", ")
                     + got.last().toList().value(0).toString();

@@ -1,4 +1,4 @@
-import { Connection, type Params } from "../rpc/Connection";
+import { Connection, RpcError, type Params } from "../rpc/Connection";
 import type { Path } from "./path";
 import { readRows, rowRoles, type RowsAnswer } from "./rows";
 
@@ -10,7 +10,11 @@ export async function getRows(
     signal?: AbortSignal,
 ): Promise<RowsAnswer> {
     const params = { path, roles, first, last };
-    return readRows(await host.call("getRows", refresh ? { ...params, refresh } : params, signal), roles);
+    const answer = readRows(await host.call("getRows", refresh ? { ...params, refresh } : params, signal), roles);
+    // There are no rows because they could not be had: that is no empty list.
+    if (answer.problem !== "")
+        throw new RpcError(RpcError.failed, answer.problem);
+    return answer;
 }
 
 export async function getData(path: Path, roles: readonly string[]): Promise<unknown[]> {

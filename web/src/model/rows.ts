@@ -101,6 +101,8 @@ export interface RowsAnswer {
     readonly count: number;
     readonly rows: readonly Row[];
     readonly roles: Roles;
+    /** Why the service could not be asked for rows; empty when it answered. */
+    readonly problem: string;
 }
 
 export function readRows(result: unknown, names: readonly string[]): RowsAnswer {
@@ -111,5 +113,7 @@ export function readRows(result: unknown, names: readonly string[]): RowsAnswer 
         return readRow(Object.fromEntries(names.map((name, i) => [name, values[i]])));
     });
     const count = typeof answer.rowsCount === "number" ? answer.rowsCount : rows.length;
-    return { count: Math.max(0, count), rows, roles: isRecord(answer.roles) ? answer.roles : {} };
+    return {
+        count: Math.max(0, count), rows, roles: isRecord(answer.roles) ? answer.roles : {}, problem: text(answer.problem),
+    };
 }

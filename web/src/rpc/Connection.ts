@@ -4,6 +4,8 @@ import { signal } from "@preact/signals";
 export class RpcError extends Error {
     /** There was no answer: the connection went first. */
     static readonly lost = 1;
+    /** The service answered with an error, or could not answer. */
+    static readonly failed = -32000;
     static readonly noNode = -32001;
     /** The row that was to be played is not in the list any more. */
     static readonly notInList = -32004;
@@ -136,8 +138,9 @@ export class Connection {
         if (!isRecord(message.error))
             return waiting.resolve(message.result);
         const { code, message: text, data: details } = message.error;
-        const { name, title } = isRecord(details) ? details : { name: "", title: "" };
-        waiting.reject(new RpcError(Number(code), textOf(text), textOf(name), textOf(title)));
+        const { name, title, problem } = isRecord(details) ? details : { name: "", title: "", problem: "" };
+        // What the host knows of the service says more than what the service's plug-in made of it.
+        waiting.reject(new RpcError(Number(code), textOf(problem) || textOf(text), textOf(name), textOf(title)));
     }
 
     #closed(socket: WebSocket): void {

@@ -153,6 +153,49 @@ test("an error heals by itself once the service answers again", async () => {
     await page.context().close();
 });
 
+test("a list that could not be had is no empty list", async () => {
+    const page = await newPage(browser, product);
+    await product.fault("head-fault@Browse.ashx:503");
+    await page.goto(`${product.url}#TuneIn:browse/uri/Browse.ashx?c=sports`);
+    const alert = page.getByRole("alert");
+    await alert.getByText("The TuneIn service is out of order (503). Please try again later.").waitFor();
+    assert.equal(await page.getByText("There is nothing here.").count(), 0);
+    await product.noFaults();
+    await alert.getByRole("button", { name: "Try again" }).click();
+    await page.locator(".rows li .title").first().waitFor();
+    assert.equal(await alert.count(), 0);
+    const rows = await page.locator(".rows li .title").count();
+    await product.fault("head-fault@Browse.ashx:403");
+    await page.reload();
+    await alert.getByText('refuses this device (403). Check the setting "TuneIn partner id".').waitFor();
+    await product.noFaults();
+    await alert.getByRole("button", { name: "Try again" }).click();
+    await expectEventually(async () => (await page.locator(".rows li .title").count()) === rows, "the rows");
+    onlyProblemsOf(page);
+    await page.context().close();
+});
+
+test("a device that the service refuses is told of the setting to look at", async () => {
+    const page = await newPage(browser, product);
+    await product.fault("http-status@Browse.ashx:403");
+    await page.goto(`${product.url}#TuneIn:browse/uri/Browse.ashx?c=podcast`);
+    await page.getByRole("alert")
+        .getByText('The TuneIn service refuses this device (HTTP 403). Check the setting "TuneIn partner id".').waitFor();
+    await product.noFaults();
+    await page.getByRole("button", { name: "Try again" }).click();
+    await page.locator(".rows li .title").first().waitFor();
+    onlyProblemsOf(page);
+    await page.context().close();
+});
+
+test("a list that is empty says so", async () => {
+    const page = await newPage(browser, product);
+    await page.goto(`${product.url}#TuneIn:browse/uri/Browse.ashx?c=music&veskNavigation=gone`);
+    await page.getByText("There is nothing here.").waitFor();
+    assert.equal(await page.getByRole("alert").count(), 0);
+    await page.context().close();
+});
+
 test("an error above rows that stand moves none of them", async () => {
     let fails = false;
     const page = await openLocal({

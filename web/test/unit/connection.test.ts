@@ -64,6 +64,13 @@ test("an error is handed on with what it is for", async () => {
         error.code === -32000 && error.message === "no" && error.name === "err:7" && error.title === "T");
 });
 
+test("what the host knows of a service is told in place of the service's error", async () => {
+    const [connection, socket] = opened();
+    const call = connection.call("a");
+    socket.receive({ id: 1, error: { code: -32000, message: "no", data: { name: "n", problem: "It is down." } } });
+    await assert.rejects(call, (error: RpcError) => error.message === "It is down." && error.name === "n");
+});
+
 test("a request that is not wanted any more is taken back", async () => {
     const [connection, socket] = opened();
     const aborter = new AbortController();

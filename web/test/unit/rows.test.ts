@@ -25,8 +25,13 @@ test("what is of the wrong type is as good as missing", () => {
 
 test("an answer that is none has no rows", () => {
     for (const nonsense of [null, 5, "x", [], { rows: "x", rowsCount: "9", roles: [] }])
-        assert.deepEqual(readRows(nonsense, ["title"]), { count: 0, rows: [], roles: {} });
+        assert.deepEqual(readRows(nonsense, ["title"]), { count: 0, rows: [], roles: {}, problem: "" });
     assert.equal(readRows({ rows: [null, 5], rowsCount: -3 }, ["title"]).count, 0);
+});
+
+test("a list that could not be had says why", () => {
+    assert.equal(readRows({ rows: [], rowsCount: 0, problem: "It is down." }, []).problem, "It is down.");
+    assert.equal(readRows({ rows: [], rowsCount: 0, problem: 5 }, []).problem, "");
 });
 
 test("a value is known by its type", () => {

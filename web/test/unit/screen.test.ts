@@ -23,7 +23,7 @@ class Reader {
             const rows = [];
             for (let i = first; i <= Math.min(last, this.count - 1); ++i)
                 rows.push(readRow({ title: `${this.generation}${i}` }));
-            const answer = { count: this.count, rows, roles: { title: this.generation } };
+            const answer = { count: this.count, rows, roles: { title: this.generation }, problem: "" };
             this.asked.push({ first, anew, answer: () => resolve(answer), fail: reject });
         });
 

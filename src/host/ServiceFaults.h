@@ -1,0 +1,30 @@
+#pragma once
+
+#include "api/core/TrString.h"
+#include "api/values/CMPath.h"
+#include "api/values/VeskServiceFault.h"
+
+#include <vector>
+
+/// What users are told of the faults of services, in the host's own words: a plug-in may have to
+/// say something else, or nothing. Main thread.
+class ServiceFaults {
+public:
+    /// There is a service, whose paths lie below \a root, and which knows the device by the value
+    /// of \a deviceSetting, if that is not empty.
+    void declare(const CMPath &root, const CMPath &deviceSetting);
+
+    /// What is wrong with the service that serves \a path, and what can be done about it; empty for
+    /// no fault.
+    TrString words(const CMPath &path, const VeskServiceFault &fault) const;
+
+private:
+    struct Service {
+        CMPath root;
+        CMPath deviceSetting;
+    };
+
+    TrString refusal(const Service &service, const QString &status) const;
+
+    std::vector<Service> m_services;
+};
