@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// The idle host in both arrangements, plug-in in a process of its own and in the host's: how long
 /// it takes to be ready, and what memory it holds, beside a Qt program that does nothing. Whole

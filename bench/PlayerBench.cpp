@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// The player beside GStreamer's own: how long from the wish to play until samples are written, and
 /// what playing costs. Whole processes on the same stream of the local directory, in turns. The

@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
+
 # How everything here is compiled, and where the results lie in the build folder.
 
 set(CMAKE_CXX_STANDARD 17)

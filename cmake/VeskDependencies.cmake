@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
+
 # The libraries this project stands on; docs/libraries.md says why each is here.
 
 find_package(PkgConfig REQUIRED)

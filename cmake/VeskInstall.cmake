@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
+
 # The SDK as others build against it: library, headers, CMake package (Vesk::Core) and pkg-config file.
 
 include(CMakePackageConfigHelpers)

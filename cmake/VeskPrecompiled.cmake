@@ -1,3 +1,6 @@
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
+
 # With VESK_PCH, the headers of libraries that most sources include are compiled once, ahead of them. No
 # source may count on that: each includes what it uses, and the builds without VESK_PCH, such as dev and
 # clang, fail where one does not.

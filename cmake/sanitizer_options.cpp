@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Part of every program of a build with the address sanitizer: keeps the leak checker from seeing
 // leaks where there are none.
 //

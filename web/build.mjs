@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Bundles the page into a folder: node build.mjs [--out FOLDER] [--watch]
 import { build, context } from "esbuild";
 import { mkdir, readFile, readdir, rm, writeFile } from "node:fs/promises";

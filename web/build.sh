@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
 # Fetches the page's libraries, if they are not there, and bundles the page into the folder $1.
 # Without a registry to fetch from there is no page, which is no failure of the build.
 set -eu

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Reads Qt's translation files (translations/vesk_LANGUAGE.ts), which hold the page's texts beside
 // those of the programs.
 import { readFile, readdir } from "node:fs/promises";

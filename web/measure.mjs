@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Prints what a first and a second visit cost beside the bare request for the rows:
 // VESK_BUILD=../build/release node measure.mjs
 import { launch, newPage, Product } from "./test/page/support.mjs";

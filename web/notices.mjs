@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The licences of the libraries that are part of the bundle, as they ask for.
 import { readFile } from "node:fs/promises";
 import { dirname, join } from "node:path";

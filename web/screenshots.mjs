@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Draws the pictures in docs/images: VESK_BUILD=../build/release node screenshots.mjs
 import { mkdir } from "node:fs/promises";
 import { dirname, join } from "node:path";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 /// The program vesk-decoder: takes a stream's bytes from the socket DecoderSocket and answers with

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The file in which members outlive a restart. It is small enough to be written as a whole, and
 /// replaced in one step, with a copy of what it held last beside it (files::KeptFile). Held for
 /// this process alone as long as this lives. Lives on one thread.

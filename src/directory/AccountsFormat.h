@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The members as the text of an accounts file, and back. JSON with a version; passwords are in it
 /// as hashes, sessions are not.
 #pragma once

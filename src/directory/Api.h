@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The requests and answers of the web API, free of any server: what endpoints take and give.
 #pragma once
 

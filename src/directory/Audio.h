@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Audio that is too long to lie in an answer: it is made, or copied, while it is sent.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Sends an answer whose body is audio: what is live in real time after a burst, what is a file as
 /// fast as the client takes it. It holds little for a client that does not read, and drops it after
 /// a while. The server hands the connection over to it; destroying it drops the connection. Lives

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The screens of Browse.ashx by what they show; Browse.cpp decides which one a request means.
 #pragma once
 

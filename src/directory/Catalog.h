@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// What the directory knows: stations, shows, artists and the trees that lead to them.
 /// Filled once by CatalogLoader and immutable afterwards, so any thread may read it. Guide ids are
 /// whole

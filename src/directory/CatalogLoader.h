@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Reads the data file into a Catalog. The file's own head explains its format.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Builds a Catalog from the root of the data file's YAML. Used by CatalogLoader alone; one object
 /// reads one file, and throws DataError with the line of the first mistake.
 #pragma once

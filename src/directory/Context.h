@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// One request together with everything an endpoint needs to answer it: the data, the member, the
 /// time, and the rules that all answers share (what a listener can play, which parameters links
 /// repeat, the words of the menus). Lives for one request, on the server's thread.

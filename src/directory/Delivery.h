@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Writes one answer to a connection by hand, in the way that a fault wants. The server hands the
 /// connection over to it; destroying it drops the connection. Lives on the server's thread.
 #pragma once

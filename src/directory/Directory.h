@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The web API as one function from requests to answers: the data, the members and the pages
 /// together, without a server around them. Not safe for several threads, because members change.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Turns samples into a codec's bytes. The only place that knows GStreamer: one pipeline for each
 /// object, on a thread of its own. An object lives on the thread that made it, and calls back there
 /// through that thread's default main context.

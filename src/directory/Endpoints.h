@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The pages of the web API. Each takes a request's context and always gives an answer.
 #pragma once
 

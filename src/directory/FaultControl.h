@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// /_faults: lists (GET), adds (POST) and clears (DELETE) the faults of a running server.
 #pragma once
 

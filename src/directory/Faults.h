@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Faults on demand: what the server does wrong when told to, so that clients can be tried against
 /// it. A fault is written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The
 /// server's thread owns them.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// HTTP live streaming (RFC 8216) without a memory: what is in which segment follows from the clock
 /// alone, so every client sees the same window move. Times are milliseconds since the epoch.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The server around a Directory: connections, request bodies, the request log and faults. Lives on
 /// one thread, whose default main context must run; everything it is given must outlive it.
 #pragma once

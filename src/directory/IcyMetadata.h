@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Weaves titles into a stream as SHOUTcast servers do: after every so many bytes of audio a length
 /// byte, in units of 16, and that much text.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Accepts connections at one address, in clear or over TLS, and hands them on. It bounds how many
 /// are open at a time: one too many is closed at once. Lives on the thread whose main context was
 /// the default when it was made.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Lists of stations and shows: what a place in the directory and a filter select, their pages, and
 /// the pivots that split them.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Who uses the directory: accounts, devices and their presets. All of it is in memory and bounded;
 /// the content can be taken out and given to the next start. Not safe for several threads: the
 /// server's thread owns it.

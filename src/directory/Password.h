@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// What is kept of a password: a salted hash that is slow on purpose, in the notation of crypt(3).
 /// Any thread.
 #pragma once

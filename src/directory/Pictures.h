@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The pictures and the short audio file that answers point at. All of them are made from their
 /// names, so the same name gives the same bytes.
 #pragma once

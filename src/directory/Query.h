@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The query of a request or of an answer's link: decoded pairs in their order.
 /// A value; parsing never fails, because what clients send is theirs: a bad escape stands for
 /// itself.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// One line per request, METHOD SP TARGET, as it came, written at once. Passwords are the
 /// exception: their values become "***".
 #pragma once

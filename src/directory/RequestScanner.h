@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Follows the bytes that a client sends on one connection and tells the request lines in them,
 /// exactly as they came: the HTTP library normalises targets before it shows them. It judges
 /// nothing; that is the library's task.

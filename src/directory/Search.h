@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Search.ashx: stations, shows and artists by the beginnings of their words, without regard to
 /// case and accents. The index is built once from the catalog, which must outlive it; reading it is
 /// safe from any thread.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// What lies at /stream/: the stations' audio and playlists, and the episodes of shows. Lives on
 /// the server's thread. Endless audio is only described here; short pieces are encoded, which takes
 /// a moment, and kept for a while.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A stream that passes everything on to another one and shows what is read from it to an observer.
 #pragma once
 

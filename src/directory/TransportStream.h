@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Packs AAC frames into an MPEG transport stream (ISO 13818-1), for the segments of HLS. Segments
 /// are made apart from each other and still continue one another: times follow from the frames'
 /// numbers, and each segment uses up whole rounds of the continuity counters.

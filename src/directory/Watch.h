@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A timer or a stream's source in the main context that calls something when it fires, and never
 /// after stop(). Lives on the thread whose default main context runs it; what it calls may destroy
 /// it.

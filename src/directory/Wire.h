@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A connection that was taken from the HTTP library, to be written to by hand. It tells when the
 /// client hangs up, and closes with the object. Lives on the server's thread.
 #pragma once

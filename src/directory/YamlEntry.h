@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Reads one mapping of a YAML file strictly: wrong types, missing or unknown keys and long texts
 /// are reported with the line. Lives only while the file is loaded; throws DataError.
 #pragma once

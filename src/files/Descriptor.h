@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// An open file that is closed with this object, and the only ways in which files are opened here:
 /// closed on exec, and only what is a regular file, so that no FIFO or device is waited for.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// The right to write what is kept beside a lock file, held by one process at a time. The system
 /// knows who holds it and lets go of it when that process ends, however it ends; the file itself
 /// says nothing and stays. Two of these in one process do not exclude each other. Lives on one

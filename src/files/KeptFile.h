@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A small file that outlives the program: settings, an id, accounts. Each write replaces it as a
 /// whole or leaves it as it was, and has reached the disk when it says so. Beside the file lie
 ///

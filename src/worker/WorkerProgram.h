@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #pragma once
 
 /// The descriptor at which a worker process finds its socket to the host.

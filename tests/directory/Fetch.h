@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// One HTTP exchange for tests, over libcurl, with everything bounded.
 #pragma once
 

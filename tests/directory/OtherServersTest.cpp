@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "tests/directory/Fetch.h"
 #include "tests/directory/RunningServer.h"
 #include "tests/directory/StreamClient.h"

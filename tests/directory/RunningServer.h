@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// An HttpServer on a thread of its own, at a free port of this machine, for as long as the object
 /// lives.
 #pragma once

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A listener for tests: one connection that asks for a stream and takes what comes, as slowly as
 /// the test wants. Everything it waits for is bounded.
 #pragma once

@@ -1,7 +1,10 @@
-#include "tests/support/Ear.h"
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "tests/directory/Fetch.h"
 #include "tests/directory/RunningServer.h"
 #include "tests/directory/StreamClient.h"
+#include "tests/support/Ear.h"
 
 #include "directory/AudioDelivery.h"
 #include "directory/HttpServer.h"

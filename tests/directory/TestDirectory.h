@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// A Directory over the shipped data file with a clock that stands still, and short ways to ask it.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// Plays faults out, several side by side, and prints the table of what was measured; the exit
 /// status is 0 when all goals are reached.

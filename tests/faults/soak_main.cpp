@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// A long run of one host, its figures, and the verdict: the exit status is 0 when the host stayed,
 /// answered, played, and took no more in the end than in the beginning.

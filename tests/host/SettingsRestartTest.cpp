@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// Plug-ins that have read a setting, and what becomes of them when it changes.
 #include "tests/host/HostProcess.h"

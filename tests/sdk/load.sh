@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The Vesk authors
+# SPDX-License-Identifier: Apache-2.0
 # load.sh HOST VESKCTL PLUGIN: the host loads the plug-in, and veskctl sees its row.
 set -eu
 folder=$(mktemp -d)

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Listens to encoded audio: decodes it with GStreamer and tells which notes are to be heard.
 #pragma once
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// Disks and limits that run full, for tests of what is kept. Plain system calls: the tests of
 /// every program use it.
 #pragma once

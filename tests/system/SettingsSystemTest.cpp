@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// A setting that the plug-in reads once, and a listener who changes it while he listens.
 #include "tests/system/PlayFixture.h"

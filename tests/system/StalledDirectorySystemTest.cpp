@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// A directory that answers slowly or not at all, and a listener who does not wait for it.
 #include "tests/support/RawWebSocket.h"

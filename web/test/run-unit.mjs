@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Bundles the unit tests with what they test, and runs them.
 import { build } from "esbuild";
 import { mkdtemp, readdir, rm } from "node:fs/promises";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /// \file
 /// Decoders of broken streams, ended at any moment: none keeps its caller waiting, and none leaves
 /// a process behind. VESK_SEEDS says how many of them there are, 1,000 by itself.

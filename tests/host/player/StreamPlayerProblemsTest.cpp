@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "host/player/StreamPlayer.h"
 #include "tests/host/player/BrokenMedia.h"
 #include "tests/support/ScriptedServer.h"

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 #include "api/values/VeskValuePaths.h"
 #include "tests/modules/tunein/ProcessUsage.h"
 #include "tests/modules/tunein/TuneInHost.h"

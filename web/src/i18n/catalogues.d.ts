@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Made by the build from translations/*.ts.
 declare module "vesk:catalogues" {
     export type Catalogue = Readonly<Record<string, string | readonly string[]>>;

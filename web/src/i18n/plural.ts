@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /** Which of a text's forms fits a number, as Qt's catalogues order them. */
 export function pluralForm(language: string, count: number): number {
     return (language === "fr" ? count > 1 : count !== 1) ? 1 : 0;

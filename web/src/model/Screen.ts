@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import { batch, signal } from "@preact/signals";
 
 import { RpcError } from "../rpc/Connection";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import { Connection, RpcError, type Params } from "../rpc/Connection";
 import type { Path } from "./path";
 import { readRows, rowRoles, type RowsAnswer } from "./rows";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /** How a row stands among others: in a cell of its line, alone in a line, or not at all. */
 export type Shape = "cell" | "line" | "none";
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 /** A path in its text form, `prefix:base?key=value&key=value`; docs/rpc.md. */
 export type Path = string;
 

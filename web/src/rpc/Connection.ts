@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import { signal } from "@preact/signals";
 
 /** What the host answered in place of a result, or why there is no answer. */

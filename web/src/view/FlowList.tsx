@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import type { Screen } from "../model/Screen";
 import { RowType } from "../model/rows";
 import { moveAmong } from "./focus";

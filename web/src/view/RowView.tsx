@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import { useEffect, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";

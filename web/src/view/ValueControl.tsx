@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import { useEffect, useId, useState } from "preact/hooks";
 
 import { fullTag, languageName, languagePath, languages, t } from "../i18n/i18n";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 const operable = "[data-main][tabindex='0'], button:not([disabled]), a[href], input, select";
 
 /** Where to go on when what had the focus is gone: near it, or at the screen's title. */

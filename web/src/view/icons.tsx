@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import type { ComponentChildren } from "preact";
 
 /** Drawn on a grid of 24, in the text's colour. */

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The page for everybody: by keyboard alone, by a checker's rules, on a small screen.
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Runs the page's tests one file after the other: they share the machine. Arguments name some.
 import { spawnSync } from "node:child_process";
 import { dirname, join } from "node:path";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // Pages of another origin, which a listener's browser may show beside this one: whatever they try, no
 // favorite is changed and nothing is reported.
 import assert from "node:assert/strict";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A directory that means harm: whatever it answers is text, and stays in its place.
 import assert from "node:assert/strict";
 import { createHash } from "node:crypto";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // A first visit: what somebody does who has never seen the page.
 import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What a listener does all day: menus, favorites, search, keys, on every size of screen.
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // More than one service, of which the page knows nothing beforehand.
 import assert from "node:assert/strict";
 import { join } from "node:path";

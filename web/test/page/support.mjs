@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // The programs and a browser for one test: started on free ports with a folder of their own, and
 // ended with it.
 import { spawn } from "node:child_process";

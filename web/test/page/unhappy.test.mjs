@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // What goes wrong between the page, its host and a service: nothing that is shown is a lie.
 import assert from "node:assert/strict";
 import { after, before, test } from "node:test";

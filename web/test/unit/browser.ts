@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 // As much of a browser as the models touch when they are loaded.
 const nothing = () => {};
 const store = new Map<string, string>();

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
 import type { TestContext } from "node:test";
 
 /** Time that passes when it is told to, for a test's own timers. */
