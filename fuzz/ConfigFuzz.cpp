@@ -3,7 +3,7 @@
 
 #include "fuzz/fuzzing.h"
 #include "host/HostCommandLine.h"
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 
 #include <QByteArray>
 #include <QStringList>

@@ -4,7 +4,7 @@
 #include "host/HostOptions.h"
 
 #include "api/nodes/CMValuesWorker.h"
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

@@ -4,7 +4,7 @@
 #include "host/player/DecoderProcess.h"
 
 #include "decoder/DecoderFrames.h"
-#include "host/HostFolders.h"
+#include "runtime/HostFolders.h"
 
 #include <QFile>
 

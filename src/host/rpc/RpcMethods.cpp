@@ -5,7 +5,7 @@
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
-#include "host/ServiceFaults.h"
+#include "host/plugins/ServiceFaults.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcParams.h"
 

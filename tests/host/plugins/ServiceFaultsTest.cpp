@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/ServiceFaults.h"
+#include "host/plugins/ServiceFaults.h"
 
 #include "api/tunein/VeskTuneInPaths.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/MemberIdFile.h"
+#include "host/settings/MemberIdFile.h"
 
 #include "api/core/log.h"
 

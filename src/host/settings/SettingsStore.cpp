@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/SettingsStore.h"
+#include "host/settings/SettingsStore.h"
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/values/VeskValuePaths.h"
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 
 #include <QFile>
 

@@ -5,8 +5,8 @@
 
 #include "api/nodes/CMValuesWorker.h"
 #include "files/FileLock.h"
-#include "host/MemberIdFile.h"
-#include "host/SettingsFile.h"
+#include "host/settings/MemberIdFile.h"
+#include "host/settings/SettingsFile.h"
 
 #include <QObject>
 

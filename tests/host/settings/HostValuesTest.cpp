@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskRoles.h"

@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/SettingsStore.h"
+#include "host/settings/SettingsStore.h"
 
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskValuePaths.h"
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SmallDisk.h"
 #include "tests/support/WorkerThread.h"

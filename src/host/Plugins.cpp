@@ -1,20 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/plugins/Plugins.h"
+#include "host/Plugins.h"
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMValuesWorker.h"
 #include "api/values/VeskValuePaths.h"
-#include "host/HostFolders.h"
-#include "host/HostValues.h"
-#include "host/ServiceFaults.h"
 #include "host/ServicesWorker.h"
 #include "host/player/PlayLogic.h"
 #include "host/plugins/InProcessPlugin.h"
+#include "host/plugins/ServiceFaults.h"
 #include "host/plugins/WorkerPlugin.h"
 #include "host/rpc/AddressGate.h"
+#include "host/settings/HostValues.h"
+#include "runtime/HostFolders.h"
 #include "runtime/PluginWatch.h"
 
 #include <QFileInfo>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/ServiceFaults.h"
+#include "host/plugins/ServiceFaults.h"
 
-#include "host/HostValues.h"
+#include "host/settings/HostValues.h"
 
 #include <algorithm>
 
