@@ -59,8 +59,11 @@ endif()
 # vesk_test(NAME SOURCES... [LIBRARIES ...]): one GoogleTest program whose cases CTest runs one by one.
 # IN_PROCESS: it starts hosts, so that its cases run a second time with plug-ins in the hosts' own
 # process, but for those that the patterns after NOT_IN_PROCESS name. PLAIN: without Qt.
+# WAITS: most of their time its cases wait, for streams, time limits or programs; they get the label
+# "waits", so that more of them can run side by side than the machine has cores. COST: how long its
+# longest cases take, in seconds; CTest begins with those.
 function(vesk_test name)
-    cmake_parse_arguments(arg "IN_PROCESS;PLAIN" "TIMEOUT" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
+    cmake_parse_arguments(arg "IN_PROCESS;PLAIN;WAITS" "TIMEOUT;COST" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -72,6 +75,12 @@ function(vesk_test name)
     endif()
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 120)
+    endif()
+    if(arg_WAITS)
+        list(APPEND arg_PROPERTIES LABELS waits)
+    endif()
+    if(arg_COST)
+        list(APPEND arg_PROPERTIES COST ${arg_COST})
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
     if(arg_IN_PROCESS)
