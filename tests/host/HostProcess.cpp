@@ -44,6 +44,13 @@ void HostProcess::signal(int number)
     ::kill(static_cast<pid_t>(m_process.processId()), number);
 }
 
+QByteArray HostProcess::newErrors()
+{
+    m_process.setReadChannel(QProcess::StandardError);
+    m_process.waitForReadyRead(1);
+    return errors();
+}
+
 int HostProcess::waitForEnd(int milliseconds)
 {
     if (m_process.state() != QProcess::NotRunning && !m_process.waitForFinished(milliseconds))

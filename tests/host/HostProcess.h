@@ -26,6 +26,9 @@ public:
     QByteArray output() { return m_output += m_process.readAllStandardOutput(); }
     QByteArray errors() { return m_errors += m_process.readAllStandardError(); }
 
+    /// errors(), with what has been written by now though no event loop runs.
+    QByteArray newErrors();
+
     void terminate() { m_process.terminate(); }
     void signal(int number);
     /// Waits for the end and returns the exit status; -1 when it does not end in time or crashes.

@@ -55,6 +55,17 @@ protected:
         return result.value(QStringLiteral("values")).toList().value(0).toString().toStdString();
     }
 
+    /// Asks until the answer is \a wanted, or for so long; the last answer.
+    std::string getUntil(const char *path, const char *wanted, int milliseconds)
+    {
+        QElapsedTimer clock;
+        clock.start();
+        std::string answer;
+        while ((answer = get(path)) != wanted && clock.elapsed() < milliseconds)
+            wait(50);
+        return answer;
+    }
+
     /// Asks on another connection, from another thread.
     std::future<std::string> getMeanwhile(const char *path)
     {
@@ -220,6 +231,31 @@ TEST_F(SettingsRestart, AChangeDuringARestartCountsToo)
     }
 }
 
+TEST_F(SettingsRestart, APlugInThatCannotBeLoadedWithASettingIsWithAnother)
+{
+    get("Reading:kept");
+    ASSERT_EQ(set(PartnerId, QStringLiteral("wrong")).kind, RpcAnswer::Result);
+    EXPECT_THAT(get("Reading:kept"), HasSubstr("error: "));
+    ASSERT_EQ(set(PartnerId, QStringLiteral("right")).kind, RpcAnswer::Result);
+    EXPECT_EQ(getUntil("Reading:kept", "right", 3000), "right");
+    ASSERT_EQ(set(PartnerId, QStringLiteral("other")).kind, RpcAnswer::Result);
+    EXPECT_EQ(get("Reading:kept"), "other");
+}
+
+TEST_F(SettingsRestart, AChangeThatIsTakenBackDuringARestartLeavesNothingHeld)
+{
+    get("Reading:kept");
+    for (int milliseconds = 270; milliseconds < 400; milliseconds += 15) {
+        ASSERT_EQ(set(PartnerId, QStringLiteral("a")).kind, RpcAnswer::Result);
+        wait(milliseconds);
+        ASSERT_EQ(set(PartnerId, QStringLiteral("b")).kind, RpcAnswer::Result);
+        ASSERT_EQ(set(PartnerId, QStringLiteral("a")).kind, RpcAnswer::Result);
+        EXPECT_EQ(get("Reading:kept"), "a") << milliseconds;
+        ASSERT_EQ(set(PartnerId, QString()).kind, RpcAnswer::Result);
+        EXPECT_EQ(get("Reading:kept"), "") << milliseconds;
+    }
+}
+
 TEST_F(SettingsRestart, TheHostEndsCleanlyInTheMiddleOfIt)
 {
     for (int milliseconds : {0, 250, 310, 340}) {
@@ -242,12 +278,23 @@ TEST_F(SettingsRestartDeath, APlugInThatDiesOfItComesBackWithTheNextChange)
     ASSERT_EQ(set(PartnerId, QStringLiteral("fatal")).kind, RpcAnswer::Result);
     EXPECT_EQ(get("Reading:kept"), "error: The Reading service was interrupted. Please try again.");
     ASSERT_EQ(set(PartnerId, QStringLiteral("fine")).kind, RpcAnswer::Result);
+    EXPECT_EQ(getUntil("Reading:kept", "fine", 20000), "fine");
+}
+
+TEST_F(SettingsRestartDeath, AChangeEndsTheWaitForAnotherTry)
+{
+    get("Reading:kept");
+    ASSERT_EQ(set(PartnerId, QStringLiteral("fatal")).kind, RpcAnswer::Result);
     QElapsedTimer clock;
     clock.start();
-    std::string answer;
-    while ((answer = get("Reading:kept")) != "fine" && clock.elapsed() < 20000)
+    std::string log;
+    while (log.find("starting again in 8000 ms") == std::string::npos && clock.elapsed() < 60000) {
         wait(50);
-    EXPECT_EQ(answer, "fine");
+        log = m_host.newErrors().toStdString();
+    }
+    ASSERT_THAT(log, HasSubstr("starting again in 8000 ms"));
+    ASSERT_EQ(set(PartnerId, QStringLiteral("fine")).kind, RpcAnswer::Result);
+    EXPECT_EQ(getUntil("Reading:kept", "fine", 4000), "fine");
 }
 
 } // namespace

@@ -122,6 +122,8 @@ public:
     GatePtr byDefault;
     QHash<QString, std::shared_ptr<Held>> held; ///< by prefix
 
+    std::atomic<bool> holds {false}; ///< whether there is one in held
+
     std::mutex heldMutex; ///< taken after routesMutex
 
     /// Taken before routesMutex, never after it.
@@ -169,10 +171,10 @@ std::shared_ptr<CMRootWorkerPrivate::Held> CMRootWorkerPrivate::holderOf(const C
 /// Whether the request waits now, or was refused because too many do.
 bool CMRootWorkerPrivate::keepBack(const CMRequest &request)
 {
+    if (!holds)
+        return false;
     {
         const std::shared_lock<std::shared_mutex> lock(routesMutex);
-        if (held.isEmpty())
-            return false;
         const std::shared_ptr<Held> holder = holderOf(request.path());
         if (!holder)
             return false;
@@ -434,6 +436,7 @@ void CMRootWorker::hold(const QString &prefix, Hold what)
     std::shared_ptr<CMRootWorkerPrivate::Held> &held = d->held[prefix];
     if (!held)
         held = std::make_shared<CMRootWorkerPrivate::Held>();
+    d->holds = true;
     const GatePtr gate = d->byPrefix.value(prefix);
     if (what == Prefix || !gate)
         return;
@@ -454,6 +457,7 @@ void CMRootWorker::release(const QString &prefix)
         const std::shared_ptr<CMRootWorkerPrivate::Held> held = d->held.take(prefix);
         if (!held)
             return;
+        d->holds = !d->held.isEmpty();
         const std::lock_guard<std::mutex> heldLock(d->heldMutex);
         waiting.swap(held->requests);
     }

@@ -46,30 +46,40 @@ void InProcessPlugin::startThread()
     m_thread->start();
 }
 
+void InProcessPlugin::replaceThread()
+{
+    m_thread->wait();
+    if (m_watch)
+        m_watch->forget(m_thread.get());
+    m_thread.release()->deleteLater(); // it may be its signal that led here
+    startThread();
+}
+
 void InProcessPlugin::onLoaded(const CMPath &root, const QString &error)
 {
-    const bool isFirst = m_phase == Phase::Loading;
-    if (m_phase == Phase::Loading || m_phase == Phase::Renewing)
+    if (m_phase == Phase::Loading) {
         m_phase = error.isEmpty() ? Phase::Running : Phase::Idle;
-    if (isFirst)
         return finishLoading(root, error);
+    }
+    if (m_phase != Phase::Renewing)
+        return;
+    m_phase = error.isEmpty() ? Phase::Running : Phase::Failed;
     if (error.isEmpty())
         VESK_INFO("plug-in " << file() << " serves " << root << " again");
     else
         VESK_ERROR("plug-in " << file() << " cannot be loaded again: " << error);
     if (readSettings().isOutdated())
         return; // the next one answers
-    releaseRequests();
+    CMRoot()->release(this->root().prefix());
     if (error.isEmpty())
         Q_EMIT restarted();
 }
 
 void InProcessPlugin::unload()
 {
-    const bool wasRenewing = m_phase == Phase::Renewing;
     m_phase = Phase::Ending;
-    if (wasRenewing)
-        releaseRequests();
+    if (!root().isEmpty())
+        CMRoot()->release(root().prefix());
     if (!isRunning()) {
         Q_EMIT unloaded();
         return;
@@ -80,15 +90,10 @@ void InProcessPlugin::unload()
 
 void InProcessPlugin::onFinished()
 {
-    if (m_phase != Phase::Renewing) {
+    if (m_phase == Phase::Renewing)
+        replaceThread();
+    else if (m_phase != Phase::Failed)
         Q_EMIT unloaded();
-        return;
-    }
-    m_thread->wait();
-    if (m_watch)
-        m_watch->forget(m_thread.get());
-    m_thread.release()->deleteLater(); // whose signal this is
-    startThread();
 }
 
 bool InProcessPlugin::isRunning() const
@@ -109,18 +114,22 @@ void InProcessPlugin::holdRequests()
 
 void InProcessPlugin::releaseRequests()
 {
-    if (!root().isEmpty())
+    // While it is loaded they wait for that.
+    if (m_phase == Phase::Running)
         CMRoot()->release(root().prefix());
 }
 
 void InProcessPlugin::renew()
 {
-    if (m_phase != Phase::Running)
+    const bool hasFailed = m_phase == Phase::Failed;
+    if (m_phase != Phase::Running && !hasFailed)
         return readSettings().settleAgain();
     VESK_INFO("plug-in " << file() << " is loaded again: a setting that it has read has changed");
     m_phase = Phase::Renewing;
     Q_EMIT restarting();
     CMRoot()->hold(root().prefix(), CMRootWorker::PrefixAndForeignPaths);
+    if (hasFailed)
+        return replaceThread();
     m_thread->whenIdle(this, [this] {
         if (m_phase == Phase::Renewing)
             m_thread->quit();

@@ -38,9 +38,11 @@ protected:
     void renew() override;
 
 private:
-    enum class Phase { Idle, Loading, Running, Renewing, Ending };
+    /// One that failed was loaded once, and could not be loaded again.
+    enum class Phase { Idle, Loading, Running, Renewing, Failed, Ending };
 
     void startThread();
+    void replaceThread();
     void onLoaded(const CMPath &root, const QString &error);
     void onFinished();
 

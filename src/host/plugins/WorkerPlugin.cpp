@@ -228,7 +228,12 @@ void WorkerPlugin::releaseRequests()
 void WorkerPlugin::renew()
 {
     if (m_phase == Phase::Loading)
-        readSettings().settleAgain();
+        return readSettings().settleAgain();
+    if (m_phase == Phase::Waiting) {
+        // What made the former one fail may be what has changed.
+        m_restart.stop();
+        return startProcess();
+    }
     if (m_phase != Phase::Running)
         return; // the next process is told the settings as they are then
     VESK_INFO("the worker of " << file() << " is replaced: a setting that it has read has changed");

@@ -13,6 +13,7 @@
 #include <QUuid>
 
 #include <cstdlib>
+#include <stdexcept>
 
 // A plug-in that reads settings in every way there is: one for keeps, one with each request, and
 // one that it follows.
@@ -61,6 +62,8 @@ public:
     {
         if (m_kept == QLatin1String("fatal"))
             std::abort();
+        if (m_kept == QLatin1String("wrong"))
+            throw std::runtime_error("a wrong id");
         connect(new CMValueItem(VeskTuneInEnabledFixItWizardPath(), this), &CMValueItem::changed,
             this, [this](const VeskValue &value) { m_followed = value.bool_(); });
         auto *root = CMListRowsNode::create(nodes(), addPrefix(QString()));
