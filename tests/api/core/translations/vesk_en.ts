@@ -1,6 +1,3 @@
-// SPDX-FileCopyrightText: 2026 The Vesk authors
-// SPDX-License-Identifier: Apache-2.0
-
 <?xml version="1.0" encoding="utf-8"?>
 <!DOCTYPE TS>
 <TS version="2.1" language="en_US" sourcelanguage="en">
