@@ -9,6 +9,7 @@ cd "$(dirname "$0")"
 
 # Several build folders share the libraries, and may be built at the same time.
 export NPM
+# shellcheck disable=SC2016 # the inner shell expands it
 if ! "$FLOCK" package-lock.json sh -c '
     [ node_modules/.package-lock.json -nt package-lock.json ] || "$NPM" ci >/dev/null'; then
     echo "The page's libraries cannot be fetched with npm: vesk-host is built without its page." >&2
