@@ -24,8 +24,7 @@ struct StartMessage;
 
 /// All plug-ins of a host, in its process or each in one of its own, as the options say. Keeps the
 /// processes informed of the values and of what plays, and the plug-ins of the settings that they
-/// have read. Main thread, with an event loop; \a values
-/// and \a player must outlive it.
+/// have read. Main thread, with an event loop; \a values and \a player must outlive it.
 class Plugins : public QObject {
     Q_OBJECT
 

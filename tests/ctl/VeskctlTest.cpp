@@ -78,8 +78,8 @@ TEST_F(VeskctlTest, ReadsAndChangesSettings)
     const Outcome refused = run(words("set settings:ui/language klingon"));
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(refused.errors,
-        "veskctl: The setting \"Language\" cannot be \"klingon\": it is a language tag, such as "
-        "\"de-DE\" or \"en\".\n");
+        "veskctl: Error: The setting \"Language\" cannot be \"klingon\": it is a language tag, "
+        "such as \"de-DE\" or \"en\".\n");
     EXPECT_EQ(run(words("get settings:ui/language")).out, "en-US\n");
 }
 

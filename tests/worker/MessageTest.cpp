@@ -4,7 +4,6 @@
 #include "worker/link/Message.h"
 
 #include "api/values/VeskValue.h"
-
 #include "worker/link/Wire.h"
 
 #include <gmock/gmock.h>
