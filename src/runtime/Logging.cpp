@@ -5,7 +5,6 @@
 
 #include "api/core/log.h"
 #include "runtime/LogFile.h"
-#include "runtime/RepeatedErrors.h"
 
 #include <QDeadlineTimer>
 #include <QDir>
@@ -17,8 +16,6 @@
 #include <log4cplus/consoleappender.h>
 #include <log4cplus/layout.h>
 #include <log4cplus/loglevel.h>
-#include <log4cplus/spi/filter.h>
-#include <log4cplus/spi/loggingevent.h>
 
 #include <cstdio>
 #include <iostream>
@@ -76,18 +73,6 @@ log4cplus::SharedAppenderPtr makeAppender(const char *pattern)
         appender = new log4cplus::ConsoleAppender(true, true);
     appender->setLayout(std::make_unique<log4cplus::PatternLayout>(pattern));
     return appender;
-}
-
-/// Keeps errors back that were told lately.
-log4cplus::spi::FilterResult withoutRepeatedErrors(
-    const log4cplus::spi::InternalLoggingEvent &event)
-{
-    static RepeatedErrors errors;
-    const bool isNews = event.getLogLevel() != log4cplus::ERROR_LOG_LEVEL
-        || errors.isNews(
-            event.getFile() + ':' + std::to_string(event.getLine()) + ' ' + event.getMessage(),
-            RepeatedErrors::Clock::now());
-    return isNews ? log4cplus::spi::NEUTRAL : log4cplus::spi::DENY;
 }
 
 log4cplus::LogLevel logLevelOf(QtMsgType type)
@@ -161,16 +146,6 @@ QString setUpLogging(const QString &level, const QString &file, qint64 maxSize)
     lines.addAppender(makeAppender(LinePattern));
     qInstallMessageHandler(logQtMessage);
     return {};
-}
-
-void leaveOutRepeatedErrors()
-{
-    log4cplus::Logger root = log4cplus::Logger::getRoot();
-    // With its steps in the log as well, each error has its place among them.
-    if (root.getLogLevel() < log4cplus::INFO_LOG_LEVEL)
-        return;
-    for (const log4cplus::SharedAppenderPtr &appender : root.getAllAppenders())
-        appender->addFilter(withoutRepeatedErrors);
 }
 
 void reopenLog()

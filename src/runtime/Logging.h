@@ -18,11 +18,6 @@ bool endLoggingThreads();
 /// nothing is.
 QString setUpLogging(const QString &level, const QString &file, qint64 maxSize = 0);
 
-/// From now on an error that was told in the last ten minutes is left out, unless the level is
-/// below "info". For plug-ins, which tell of a lasting state each time that someone asks for it.
-/// After setUpLogging().
-void leaveOutRepeatedErrors();
-
 /// Goes on with the file that now has the log's name, for those who rename it. Any thread, after
 /// setUpLogging().
 void reopenLog();

@@ -256,7 +256,6 @@ int runWorker(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-worker"));
     setUpLogging(start->logLevel, QString());
-    leaveOutRepeatedErrors();
     if (!isAlone)
         VESK_WARN("There are threads that are not confined.");
     for (const QString &line : notConfined)

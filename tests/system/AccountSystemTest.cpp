@@ -361,26 +361,6 @@ TEST_F(AccountSystem, whatCannotWorkIsNotSent)
     EXPECT_THAT(requests(), IsEmpty());
 }
 
-/// With a log as large as users have it.
-class AccountLog : public AccountSystem {
-protected:
-    AccountLog()
-        : AccountSystem({text("--log-level"), text("info"), text("--log-file"), text("%1/log")})
-    {
-    }
-};
-
-TEST_F(AccountLog, hasOneLineOfADeviceThatIsNotLinkedHoweverOftenItIsAskedFor)
-{
-    call("claim");
-    for (int i = 0; i < 5; ++i)
-        EXPECT_THAT(status().name.toStdString(), testing::EndsWith(":7"));
-    ASSERT_EQ(product.stopHost(), 0);
-    QFile log(folder.filePath(text("log")));
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_EQ(log.readAll().count("validation.deviceNotAssociated"), 1);
-}
-
 TEST_F(AccountSystem, aClaimCodeIsEnteredElsewhere)
 {
     ASSERT_EQ(create().summary(), "done");
