@@ -4,7 +4,6 @@
 #include "api/core/log.h"
 
 #include "api/core/TrString.h"
-#include "api/core/secrets.h"
 
 #include <QLocale>
 #include <QMap>
@@ -90,7 +89,7 @@ void writeList(std::ostream &out, const List &list)
     out << '[';
     const char *separator = "";
     for (const auto &value : list) {
-        out << separator << QVariant(value);
+        out << separator << value;
         separator = ", ";
     }
     out << ']';
@@ -159,7 +158,7 @@ std::ostream &operator<<(std::ostream &out, const QVariant &value)
     case QMetaType::Nullptr:
         return out << "null";
     case QMetaType::QString:
-        return out << veskTextWithoutSecrets(*static_cast<const QString *>(value.constData()));
+        return out << *static_cast<const QString *>(value.constData());
     case QMetaType::QByteArray:
         return out << *static_cast<const QByteArray *>(value.constData());
     case QMetaType::Double:
@@ -199,8 +198,19 @@ std::ostream &operator<<(std::ostream &out, const QMap<QString, QString> &map)
         if (veskIsSecretKey(it.key()))
             out << "***";
         else
-            out << veskTextWithoutSecrets(it.value());
+            out << it.value();
         out << ')';
     }
     return out << ')';
+}
+
+bool veskIsSecretKey(const QString &key)
+{
+    static const QLatin1String names[] = {QLatin1String("password"), QLatin1String("session"),
+        QLatin1String("sessionid"), QLatin1String("session_id"), QLatin1String("token")};
+    for (const QLatin1String &name : names) {
+        if (key.size() == name.size() && key.compare(name, Qt::CaseInsensitive) == 0)
+            return true;
+    }
+    return false;
 }

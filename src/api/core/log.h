@@ -64,7 +64,7 @@ VESK_API QString dbglog_scopedFunction(const char *signature, const char *logger
 
 /// Texts are written as UTF-8; control characters as "\n" or "\x1b", so that no text can pass for a
 /// record of its own. A container prints its content, a hash in the order of its keys; passwords
-/// and session ids inside hashes print as "***", addresses as veskWithoutSecrets() shows them.
+/// and session ids inside hashes print as "***".
 VESK_API std::ostream &operator<<(std::ostream &out, const QString &text);
 VESK_API std::ostream &operator<<(std::ostream &out, const QByteArray &bytes);
 VESK_API std::ostream &operator<<(std::ostream &out, const QVariant &value);
@@ -78,3 +78,6 @@ struct VeskLogText {
     std::string text;
 };
 Q_DECLARE_METATYPE(VeskLogText)
+
+/// Whether a hash entry or query item of this name is a secret that must not reach a log.
+VESK_API bool veskIsSecretKey(const QString &key);

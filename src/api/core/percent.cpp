@@ -3,8 +3,6 @@
 
 #include "api/core/percent.h"
 
-#include <QByteArray>
-
 #include <algorithm>
 #include <cstring>
 
@@ -226,37 +224,6 @@ private:
     const ushort *const m_end;
 };
 
-QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
-{
-    QByteArray bytes;
-    bytes.reserve(text.size());
-    for (int i = 0; i < text.size(); ++i) {
-        const ushort c = text.at(i).unicode();
-        if (c == '%' && i + 2 < text.size()) {
-            const int high = hexValue(text.at(i + 1).unicode());
-            const int low = hexValue(text.at(i + 2).unicode());
-            if (high >= 0 && low >= 0) {
-                bytes.append(static_cast<char>(high * 16 + low));
-                i += 2;
-                continue;
-            }
-        }
-        bytes.append(c == '+' && plusIsBlank ? ' ' : static_cast<char>(c));
-    }
-    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
-    const QString decoded = QString::fromUtf8(bytes);
-    return bytes.startsWith("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + decoded : decoded;
-}
-
-bool needsDecoding(const QStringRef &text, bool plusIsBlank)
-{
-    for (const QChar c : text) {
-        if (c == QLatin1Char('%') || (c == QLatin1Char('+') && plusIsBlank))
-            return true;
-    }
-    return false;
-}
-
 } // namespace
 
 QString veskPercentEncode(const QString &text, const char *keep)
@@ -321,9 +288,4 @@ QString veskPercentDecode(QStringView text, bool *ok)
         return QString();
     out.truncate(int(end - begin));
     return out;
-}
-
-QString veskPercentDecodeLeniently(const QStringRef &text, bool plusIsBlank)
-{
-    return needsDecoding(text, plusIsBlank) ? decodedSlowly(text, plusIsBlank) : text.toString();
 }

@@ -60,6 +60,3 @@ private:
 /// Undoes it. Sets \a ok (where given) to false, and returns an empty text, when an escape is
 /// damaged or the bytes are no UTF-8.
 VESK_API QString veskPercentDecode(QStringView text, bool *ok = nullptr);
-/// The same for what others wrote: a damaged escape stands for itself, bytes that are no UTF-8 read
-/// as U+FFFD. With \a plusIsBlank "+" reads as a blank, as in a query.
-VESK_API QString veskPercentDecodeLeniently(const QStringRef &text, bool plusIsBlank);

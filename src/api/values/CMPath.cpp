@@ -5,7 +5,6 @@
 
 #include "api/core/log.h"
 #include "api/core/percent.h"
-#include "api/core/secrets.h"
 
 #include <QHash>
 #include <QStringView>
@@ -111,9 +110,10 @@ QString encode(const CMPath &path, bool masked)
         separator = '&';
         out.append(param.first);
         out.append('=');
-        const QString value
-            = masked ? veskShownParameter(path.base(), param.first, param.second) : param.second;
-        out.append(value, value == param.second ? "" : "*");
+        if (masked && veskIsSecretKey(param.first))
+            out.append(QStringLiteral("***"), "*");
+        else
+            out.append(param.second);
     }
     return out.toString();
 }

@@ -85,5 +85,5 @@ private:
 Q_DECLARE_METATYPE(CMPath)
 
 VESK_API uint qHash(const CMPath &path, uint seed = 0);
-/// Prints the text form; of the parameters only what is known to hold no secrets.
+/// Prints the text form; parameters that are secrets print as "***".
 VESK_API std::ostream &operator<<(std::ostream &out, const CMPath &path);

@@ -5,14 +5,34 @@
 
 #include "api/core/log.h"
 #include "api/core/percent.h"
-#include "api/core/secrets.h"
+
+#include <QSet>
 
 #include <ostream>
 
 namespace {
 
+/// Names under which stations and their networks have listeners prove who they are, beside those of
+/// veskIsSecretKey().
+bool isCredential(const QString &name)
+{
+    static const QSet<QString> credentials {QStringLiteral("accesskey"),
+        QStringLiteral("access_key"), QStringLiteral("accesstoken"), QStringLiteral("access_token"),
+        QStringLiteral("apikey"), QStringLiteral("api_key"), QStringLiteral("authkey"),
+        QStringLiteral("auth_key"), QStringLiteral("authtoken"), QStringLiteral("auth_token"),
+        QStringLiteral("hdnea"), QStringLiteral("hdnts"), QStringLiteral("hmac"),
+        QStringLiteral("jwt"), QStringLiteral("key"), QStringLiteral("pass"),
+        QStringLiteral("passwd"), QStringLiteral("pwd"), QStringLiteral("secret"),
+        QStringLiteral("sid"), QStringLiteral("sig"), QStringLiteral("signature"),
+        QStringLiteral("wmsauthsign"), QStringLiteral("x-amz-credential"),
+        QStringLiteral("x-amz-security-token"), QStringLiteral("x-amz-signature")};
+    return credentials.contains(name.toLower());
+}
+
 /// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
 constexpr char pathCharacters[] = "!$&'()*+,;=:@/";
+/// So deep secrets are looked for in addresses inside addresses; what lies deeper is not shown.
+constexpr int MaxNesting = 4;
 
 bool isPlain(ushort c)
 {
@@ -53,6 +73,50 @@ int schemeSizeOf(const QString &url)
     while (i < url.size() && isSchemeCharacter(url.at(i).unicode()))
         ++i;
     return i < url.size() && url.at(i) == QLatin1Char(':') ? i : 0;
+}
+
+int hexValue(ushort c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c |= 0x20;
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
+QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const ushort c = text.at(i).unicode();
+        if (c == '%' && i + 2 < text.size()) {
+            const int high = hexValue(text.at(i + 1).unicode());
+            const int low = hexValue(text.at(i + 2).unicode());
+            if (high >= 0 && low >= 0) {
+                bytes.append(static_cast<char>(high * 16 + low));
+                i += 2;
+                continue;
+            }
+        }
+        bytes.append(c == '+' && plusIsBlank ? ' ' : static_cast<char>(c));
+    }
+    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
+    const QString decoded = QString::fromUtf8(bytes);
+    return bytes.startsWith("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + decoded : decoded;
+}
+
+bool needsDecoding(const QStringRef &text, bool plusIsBlank)
+{
+    for (const QChar c : text) {
+        if (c == QLatin1Char('%') || (c == QLatin1Char('+') && plusIsBlank))
+            return true;
+    }
+    return false;
+}
+
+QString decoded(const QStringRef &text, bool plusIsBlank)
+{
+    return needsDecoding(text, plusIsBlank) ? decodedSlowly(text, plusIsBlank) : text.toString();
 }
 
 void appendItem(QString &out, const QString &key, const QString &value)
@@ -155,7 +219,7 @@ QString VeskUrl::host() const
 
 QString VeskUrl::path() const
 {
-    return veskPercentDecodeLeniently(m_url.midRef(m_path, pathEnd() - m_path), false);
+    return decoded(m_url.midRef(m_path, pathEnd() - m_path), false);
 }
 
 void VeskUrl::setPath(const QString &path)
@@ -205,9 +269,7 @@ bool VeskUrl::findItem(const QString &key, Item &item) const
 {
     for (int position = m_query; nextItem(position, item);) {
         const QStringRef itemKey = m_url.midRef(item.begin, item.equals - item.begin);
-        const bool isEncoded
-            = itemKey.contains(QLatin1Char('%')) || itemKey.contains(QLatin1Char('+'));
-        if (isEncoded ? veskPercentDecodeLeniently(itemKey, true) == key : itemKey == key)
+        if (needsDecoding(itemKey, true) ? decodedSlowly(itemKey, true) == key : itemKey == key)
             return true;
     }
     return false;
@@ -217,8 +279,7 @@ QString VeskUrl::valueOf(const Item &item) const
 {
     if (item.equals == item.end)
         return {};
-    return veskPercentDecodeLeniently(
-        m_url.midRef(item.equals + 1, item.end - item.equals - 1), true);
+    return decoded(m_url.midRef(item.equals + 1, item.end - item.equals - 1), true);
 }
 
 VeskUrl::QueryItems VeskUrl::queryItems() const
@@ -227,8 +288,7 @@ VeskUrl::QueryItems VeskUrl::queryItems() const
     Item item;
     for (int position = m_query; nextItem(position, item);) {
         items.append(
-            {veskPercentDecodeLeniently(m_url.midRef(item.begin, item.equals - item.begin), true),
-                valueOf(item)});
+            {decoded(m_url.midRef(item.begin, item.equals - item.begin), true), valueOf(item)});
     }
     return items;
 }
@@ -293,7 +353,72 @@ void VeskUrl::removeQueryItem(const QString &key)
 
 QString VeskUrl::toDisplayString() const
 {
-    return veskWithoutSecrets(m_url);
+    return displayed(MaxNesting);
+}
+
+QString VeskUrl::displayText(const QString &address)
+{
+    const VeskUrl url(address);
+    const QString shown = url.toDisplayString();
+    return shown == url.m_url ? address : shown;
+}
+
+/// "key=value&..." with the values of secrets hidden, also of those inside addresses.
+QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
+{
+    QString shown;
+    shown.reserve(items.size());
+    const char *separator = "";
+    for (const QStringRef &item : items.split(QLatin1Char('&'))) {
+        shown += QLatin1String(separator);
+        separator = "&";
+        const int equals = item.indexOf(QLatin1Char('='));
+        if (equals < 0) {
+            shown += item;
+            continue;
+        }
+        shown += item.left(equals + 1);
+        const QString name = decoded(item.left(equals), true);
+        if (veskIsSecretKey(name) || isCredential(name))
+            shown += QLatin1String("***");
+        else
+            shown += withoutNestedSecrets(item.mid(equals + 1), nesting);
+    }
+    return shown;
+}
+
+/// The value of an item, which may be an address itself.
+QString VeskUrl::withoutNestedSecrets(const QStringRef &value, int nesting)
+{
+    const QString address = decoded(value, true);
+    if (!address.contains(QLatin1String("://")))
+        return value.toString();
+    if (nesting == 0)
+        return QStringLiteral("***");
+    const VeskUrl url(address);
+    const QString shown = url.displayed(nesting - 1);
+    return shown == url.m_url ? value.toString() : veskPercentEncode(shown, "*");
+}
+
+QString VeskUrl::displayed(int nesting) const
+{
+    QString shown;
+    if (m_authority < 0) {
+        shown = m_url.left(m_path);
+    } else {
+        const int at = m_url.lastIndexOf(QLatin1Char('@'), authorityEnd() - 1);
+        shown = m_url.left(m_authority);
+        if (at >= m_authority)
+            shown += QLatin1String("***");
+        shown += m_url.midRef(qMax(at, m_authority), authorityEnd() - qMax(at, m_authority));
+    }
+    shown += m_url.midRef(m_path, pathEnd() - m_path);
+    if (m_query >= 0)
+        shown += QLatin1Char('?')
+            + withoutSecrets(m_url.midRef(m_query, queryEnd() - m_query), nesting);
+    if (m_fragment >= 0)
+        shown += QLatin1Char('#') + withoutSecrets(m_url.midRef(m_fragment), nesting);
+    return shown;
 }
 
 std::ostream &operator<<(std::ostream &out, const VeskUrl &url)

@@ -59,8 +59,10 @@ public:
     /// The whole URL, percent-encoded: plain ASCII without blanks and control characters.
     QString toString() const { return m_url; }
     QByteArray toEncoded() const { return m_url.toLatin1(); }
-    /// toString() as a log may have it, see veskWithoutSecrets().
+    /// toString() with passwords, session ids and user information as "***".
     QString toDisplayString() const;
+    /// The same for an address that is just a text; one without secrets stays as it is.
+    static QString displayText(const QString &address);
 
     bool operator==(const VeskUrl &other) const { return m_url == other.m_url; }
     bool operator!=(const VeskUrl &other) const { return !(*this == other); }
@@ -73,6 +75,9 @@ private:
         int end;
     };
 
+    QString displayed(int nesting) const;
+    static QString withoutSecrets(const QStringRef &items, int nesting);
+    static QString withoutNestedSecrets(const QStringRef &value, int nesting);
     void findParts();
     int authorityEnd() const { return m_path; }
     int pathEnd() const;

@@ -6,9 +6,26 @@
 #include "host/player/BackOff.h"
 #include "host/player/StreamReceivers.h"
 
+#include <QSet>
+#include <QStringList>
+
 #include <algorithm>
 
 namespace {
+
+const QString Hidden = QStringLiteral("***");
+
+/// Names of query items, in lower case, whose values tell of the stream and not of the listener.
+bool isHarmless(const QString &name)
+{
+    static const QSet<QString> harmless {QStringLiteral("bitrate"), QStringLiteral("channel"),
+        QStringLiteral("codec"), QStringLiteral("ext"), QStringLiteral("format"),
+        QStringLiteral("formats"), QStringLiteral("lang"), QStringLiteral("language"),
+        QStringLiteral("mount"), QStringLiteral("quality"), QStringLiteral("rate"),
+        QStringLiteral("render"), QStringLiteral("station"), QStringLiteral("stream"),
+        QStringLiteral("type")};
+    return harmless.contains(name.toLower());
+}
 
 template <class Unit>
 QString roundedUp(std::chrono::milliseconds time)
@@ -62,4 +79,20 @@ TrString problemWithNextAddress(const StreamOutcome &outcome)
 {
     return playerText(
         QT_TRANSLATE_NOOP("Player", "%1 Trying the next address."), {outcome.problem.toString()});
+}
+
+QString displayedStreamAddress(const QUrl &url)
+{
+    QStringList shown;
+    const QStringList items
+        = url.query(QUrl::FullyEncoded).split(QLatin1Char('&'), Qt::SkipEmptyParts);
+    for (const QString &item : items) {
+        const int equals = item.indexOf(QLatin1Char('='));
+        const QString name = item.left(std::max(equals, 0));
+        shown += isHarmless(name) ? item : equals < 0 ? Hidden : name + QLatin1Char('=') + Hidden;
+    }
+    QUrl address = url;
+    address.setQuery(shown.isEmpty() ? QString() : shown.join(QLatin1Char('&')));
+    return address.toDisplayString(
+        QUrl::RemoveUserInfo | QUrl::RemoveFragment | QUrl::FullyEncoded);
 }

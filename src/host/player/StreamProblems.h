@@ -6,6 +6,7 @@
 #include "host/player/StreamOutcome.h"
 
 #include <QString>
+#include <QUrl>
 
 #include <chrono>
 
@@ -24,3 +25,7 @@ TrString problemWithRetry(const StreamOutcome &outcome, std::chrono::millisecond
 TrString problemWithTry(const StreamOutcome &outcome);
 /// What went wrong, and that another address of the station comes next.
 TrString problemWithNextAddress(const StreamOutcome &outcome);
+
+/// A stream's address as the log may have it: of its query only what is known to be harmless, for
+/// the rest are keys and names of listeners as often as not; no user, no password.
+QString displayedStreamAddress(const QUrl &url);

@@ -4,7 +4,6 @@
 #include "host/player/StreamReader.h"
 
 #include "api/core/log.h"
-#include "api/core/secrets.h"
 #include "api/core/vesk.h"
 #include "host/player/HlsStream.h"
 #include "host/player/Playlist.h"
@@ -118,7 +117,7 @@ StreamOutcome StreamReader::openAddress(const QUrl &url, int depth, bool othersF
 {
     if (!pace())
         return {StreamOutcome::Stopped, nothingToHear()};
-    VESK_DEBUG("opening " << veskWithoutSecrets(QString::fromLatin1(url.toEncoded())));
+    VESK_DEBUG("opening " << displayedStreamAddress(url));
     m_opened = Clock::now();
     m_feed.open();
     AudioReceiver receiver(m_feed);

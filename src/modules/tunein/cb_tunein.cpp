@@ -5,7 +5,6 @@
 
 #include "api/core/Language.h"
 #include "api/core/log.h"
-#include "api/core/secrets.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMActivateNode.h"
 #include "api/nodes/CMListRowsNode.h"
@@ -368,7 +367,7 @@ bool CMTuneInWorker::takeReport(VeskPlayLogicState::Enum state, const QString &e
 void CMTuneInWorker::sendAutomaticStreamReport(
     const QString &guideId, const QString &streamUrl, const QString &error)
 {
-    const QString shownUrl = veskWithoutSecrets(streamUrl);
+    const QString shownUrl = VeskUrl::displayText(streamUrl);
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::sendAutomaticStreamReport(const QString&, const QString&, "
                    "const QString&)",

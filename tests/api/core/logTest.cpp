@@ -228,20 +228,6 @@ TEST(LogPrint, hidesSecretsAtEveryDepth)
         "{PASSWORD: ***}");
 }
 
-TEST(LogPrint, hidesSecretsOfAddresses)
-{
-    const QString address
-        = QStringLiteral("http://me:hidden@h/a?listener=hidden&bitrate=64#hidden");
-    const std::string expected = "http://***@h/a?listener=***&bitrate=64#***";
-    EXPECT_EQ(print(QVariant(address)), expected);
-    EXPECT_EQ(print(hash({{QStringLiteral("uri"), address}})), "{uri: " + expected + "}");
-    EXPECT_EQ(print(QVariant(QStringList {address})), "[" + expected + "]");
-    EXPECT_EQ(print(QMap<QString, QString> {{QStringLiteral("veskIcon"), address}}),
-        "QMap((veskIcon, " + expected + "))");
-    // What has blanks is a text.
-    EXPECT_EQ(print(QVariant(QStringLiteral("Note: who? a=b"))), "Note: who? a=b");
-}
-
 TEST(LogPrint, escapesKeysToo)
 {
     EXPECT_EQ(print(hash({{QStringLiteral("a\nb"), 1}})), "{a\\nb: 1}");
@@ -264,4 +250,14 @@ TEST(LogPrint, writesTypesThatItDoesNotKnow)
         [](const Printable &) { return VeskLogText {"printed"}; });
     ASSERT_TRUE(registered);
     EXPECT_EQ(print(QVariant::fromValue(Printable())), "printed");
+}
+
+TEST(LogSecretKey, isRecognisedInAnyCase)
+{
+    for (const char *key : {"password", "Password", "PASSWORD", "session", "sessionId", "SessionID",
+             "session_id", "SESSION_ID", "token", "Token"})
+        EXPECT_TRUE(veskIsSecretKey(QString::fromLatin1(key))) << key;
+    for (const char *key : {"", "pass", "passwords", "xpassword", "userName", "sessions", "id",
+             "listenId", "tokens", "key"})
+        EXPECT_FALSE(veskIsSecretKey(QString::fromLatin1(key))) << key;
 }

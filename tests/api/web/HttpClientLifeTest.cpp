@@ -282,7 +282,7 @@ TEST_F(HttpClientLifeTest, logsOneLinePerExchangeWithoutSecretsOrBodies)
     ASSERT_EQ(lines.size(), 2);
     const QString base = urlOf(server, "").toString();
     EXPECT_TRUE(lines.at(0).startsWith(QStringLiteral("DEBUG GET ") + base
-        + QStringLiteral("/Account.ashx?c=auth&username=***&password=***: Success, code 200, "
+        + QStringLiteral("/Account.ashx?c=auth&username=me&password=***: Success, code 200, "
                          "15 bytes in ")))
         << lines.at(0).toStdString();
     EXPECT_TRUE(lines.at(1).startsWith(QStringLiteral("DEBUG POST ") + base));

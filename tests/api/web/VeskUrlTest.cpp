@@ -241,8 +241,49 @@ TEST(VeskUrlTest, comparesByText)
 
 TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
 {
-    EXPECT_EQ(shown(url("https://u:p@h/Account.ashx?c=auth&username=me&password=p%20w#f")),
-        "https://***@h/Account.ashx?c=auth&username=***&password=***#***");
+    EXPECT_EQ(shown(url("https://h/Account.ashx?c=auth&username=me&password=p%20w&Session=x#f")),
+        "https://h/Account.ashx?c=auth&username=me&password=***&Session=***#f");
+    EXPECT_EQ(shown(url("http://u:secret@h:80/p?a=b")), "http://***@h:80/p?a=b");
+    EXPECT_EQ(shown(url("http://u:s@x@h/")), "http://***@h/");
+    EXPECT_EQ(
+        shown(url("http://h/?pass%77ord=secret&&password")), "http://h/?pass%77ord=***&&password");
+    EXPECT_EQ(shown(url("http://h/#password=secret")), "http://h/#password=***");
+    EXPECT_EQ(shown(url("http://h/live?accessKey=k3y&bitrate=128&Signature=s&X-Amz-Credential=c")),
+        "http://h/live?accessKey=***&bitrate=128&Signature=***&X-Amz-Credential=***");
+    EXPECT_EQ(shown(url("http://h/a@b?c@d")), "http://h/a@b?c@d");
+    EXPECT_EQ(shown(url("?")), "?");
     EXPECT_EQ(shown(VeskUrl()), "");
     EXPECT_EQ(url("http://u:p@h/?password=x").toString(), text("http://u:p@h/?password=x"));
+}
+
+TEST(VeskUrlTest, hidesSecretsOfAddressesInside)
+{
+    EXPECT_EQ(
+        shown(url("http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3DS%26b%3D1&id=2")),
+        "http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3D***%26b%3D1&id=2");
+    EXPECT_EQ(shown(url("http://r/?u=http://me:secret@h/")), "http://r/?u=http%3A%2F%2F***%40h%2F");
+    // Inside one that is inside.
+    EXPECT_EQ(
+        shown(
+            url("http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253DS")),
+        "http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253D***");
+    // What has none stays as it stands, to the letter.
+    for (const char *without : {"http://r/?u=http://h/?a=b",
+             "http://r/?u=http%3a%2f%2fh%2f%3Fa%3Db+c", "http://r/?u=a://b&c"})
+        EXPECT_EQ(shown(url(without)), without);
+    // However deep somebody goes.
+    QString deep = text("x://h/?token=SECRET");
+    for (int i = 0; i < 10'000; ++i)
+        deep.prepend(text("x://?u="));
+    EXPECT_FALSE(VeskUrl(deep).toDisplayString().contains(text("SECRET")));
+}
+
+TEST(VeskUrlTest, hidesSecretsOfAnAddressThatIsJustText)
+{
+    EXPECT_EQ(VeskUrl::displayText(text("http://h/a.mp3?token=S&b=1")),
+        text("http://h/a.mp3?token=***&b=1"));
+    EXPECT_EQ(VeskUrl::displayText(text("http://u:p@h/")), text("http://***@h/"));
+    for (const char *without :
+        {"", "no address", "http://h/a b?c=\"d\"", "{uri} http://h/%zz", "http://h/?a=%7e"})
+        EXPECT_EQ(VeskUrl::displayText(text(without)), text(without));
 }

@@ -190,10 +190,11 @@ TEST_F(PlaybackStateTest, logsAStopFromTheRequestToTheOutcomeOfItsReport)
 {
     play(Playing, 7);
     FakeClock::advance(5000);
+    const QString listenId = QString::number(FakeClock::epochSeconds() - 5);
     log().clear();
     play(Stopped, 7);
-    const QString url = "http://opml.radiotime.com/Report.ashx?c=time&id=s1&duration=5&listenId=***"
-                        "&trigger=stop&render=json&partnerId=***&serial=***"_s;
+    const QString url = "http://opml.radiotime.com/Report.ashx?c=time&id=s1&duration=5&listenId="_s
+        + listenId + "&trigger=stop&render=json&partnerId=partner&serial=ABC"_s;
     EXPECT_THAT(log().lines(),
         ElementsAre("TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:"_s,
             "INFO TuneIn playback stopped."_s, "TRACE Performing duration report"_s,

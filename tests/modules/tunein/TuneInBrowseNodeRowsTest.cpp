@@ -98,18 +98,17 @@ TEST_F(TuneInRowsTest, areNoneForAStatusThatIsNotExactly200)
 TEST_F(TuneInRowsTest, logWhatIsParsed)
 {
     const QByteArray body = screen(text("x"));
-    const QString shown = "http://opml.radiotime.com/Browse.ashx?c=x&render=json"
-                          "&formats=mp3%2Caac&partnerId=***&serial=***&locale=en"_s;
     show(text("x"));
     EXPECT_THAT(log().lines("DEBUG"_s),
         ElementsAre("parsing data: size: "_s + QString::number(body.size())
-                + ", navigation: , URL: "_s + shown,
+                + ", navigation: , URL: http://opml.radiotime.com/Browse.ashx?c=x&"_s
+                + QLatin1String(CommonItems),
             "Data successfully parsed."_s, "item 0: 'x' (text)"_s));
     EXPECT_THAT(log().lines("TRACE"_s).filter("maxLevel: "_s),
         ElementsAre("Enter QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
                     "VeskList<VeskTuneInBodyElement>, VeskUrl, QString, int): navigation: '', "
-                    "maxLevel: 1, url: '"_s
-            + shown + "'"_s));
+                    "maxLevel: 1, url: 'http://opml.radiotime.com/Browse.ashx?c=x&"_s
+            + QLatin1String(CommonItems) + "'"_s));
 }
 
 TEST_F(TuneInRowsTest, answerTheRolesInTheOrderOfTheRequest)

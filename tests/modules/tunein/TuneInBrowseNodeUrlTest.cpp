@@ -349,7 +349,7 @@ TEST_F(TuneInBrowseScreenTest, logsItsRequest)
     rows("TuneIn:browse/uri/x?a=b"_s, {"title"_s}, 2, 7);
     EXPECT_THAT(log().lines("TRACE"_s),
         Contains("TuneInBrowseNode::getRowsRequest: range: 2-7, path: \"TuneIn:browse\" "
-                 "requestPath: \"TuneIn:browse/uri/x?a=***\""_s));
+                 "requestPath: \"TuneIn:browse/uri/x?a=b\""_s));
 }
 
 TEST_F(TuneInBrowseScreenTest, makesPathsOfUrls)
