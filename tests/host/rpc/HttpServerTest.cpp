@@ -12,6 +12,7 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -214,6 +215,26 @@ TEST_F(HttpServerTest, AnswersAClientThatOnlySendsNoMore)
         EXPECT_TRUE(received.endsWith(R"({"id":9,"jsonrpc":"2.0","result":5})"));
         EXPECT_EQ(received.contains("HTTP/1.1 102 "), !isOld);
     }
+}
+
+TEST_F(HttpServerTest, SendsNothingBetweenTheBytesOfAnAnswer)
+{
+    // More than the system takes at once, so that it is still being written.
+    const QString result(16 * 1024 * 1024, QLatin1Char('x'));
+    auto answer = std::async(std::launch::async, [&] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+        const QByteArray begin = client.read(result.size() / 2);
+        client.finishSending();
+        return begin + client.readAll();
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_kept.takeFirst()->finish(result);
+    ASSERT_TRUE(spinUntil(
+        [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    const QByteArray body = bodyOf(answer.get());
+    EXPECT_FALSE(body.contains("HTTP/1.1"));
+    EXPECT_TRUE(body == R"({"id":9,"jsonrpc":"2.0","result":")" + result.toLatin1() + "\"}");
 }
 
 TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
