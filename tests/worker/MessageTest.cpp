@@ -24,6 +24,7 @@ RequestMessage request(CMRequest::Kind kind)
     message.kind = kind;
     message.path = path("TuneIn:browse?id=s1");
     message.hops = 3;
+    message.poll = true;
     if (kind == CMRequest::GetRows || kind == CMRequest::GetData)
         message.roles = QStringList {QStringLiteral("title"), QStringLiteral("path")};
     if (kind == CMRequest::GetRows) {
@@ -218,6 +219,7 @@ TEST(Message, RequestsSurvive)
         EXPECT_EQ(read->kind, kind);
         EXPECT_EQ(read->path, written.path);
         EXPECT_EQ(read->hops, written.hops);
+        EXPECT_EQ(read->poll, written.poll);
         EXPECT_EQ(read->roles, written.roles);
         EXPECT_EQ(read->first, written.first);
         EXPECT_EQ(read->last, written.last);
@@ -246,13 +248,15 @@ TEST(Message, RequestsAreReadAsTheQuestionsTheyWere)
     EXPECT_EQ(rows.first(), 3);
     EXPECT_EQ(rows.last(), 8);
     EXPECT_EQ(rows.hops(), 2);
+    EXPECT_FALSE(rows.isPoll());
     EXPECT_EQ(rows.replyData(), data.get());
 
     const CMGetDataRequest getData(
-        sent(CMGetDataRequest(to, roles, reply).withHops(1)).request(reply));
+        sent(CMGetDataRequest(to, roles, reply).withHops(1).asPoll()).request(reply));
     EXPECT_EQ(getData.path(), to);
     EXPECT_EQ(getData.roles(), roles);
     EXPECT_EQ(getData.hops(), 1);
+    EXPECT_TRUE(getData.isPoll());
     EXPECT_EQ(getData.replyData(), data.get());
 
     const CMSetDataRequest setData(

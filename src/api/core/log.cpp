@@ -111,11 +111,28 @@ void writeOther(std::ostream &out, const QVariant &value)
         out << '<' << value.typeName() << '>';
 }
 
+thread_local int expectedErrors = 0;
+
 } // namespace
+
+VeskExpectedErrors::VeskExpectedErrors()
+{
+    ++expectedErrors;
+}
+
+VeskExpectedErrors::~VeskExpectedErrors()
+{
+    --expectedErrors;
+}
 
 void veskWriteLog(const log4cplus::Logger &logger, log4cplus::LogLevel level,
     const std::string &text, const char *file, int line, const char *function)
 {
+    if (level == log4cplus::ERROR_LOG_LEVEL && expectedErrors > 0) {
+        level = log4cplus::DEBUG_LOG_LEVEL;
+        if (!logger.isEnabledFor(level))
+            return;
+    }
     logger.forcedLog(level, text, veskLogSourceName(file).c_str(), line, function);
 }
 

@@ -55,6 +55,15 @@
 VESK_API void veskWriteLog(const log4cplus::Logger &logger, log4cplus::LogLevel level,
     const std::string &text, const char *file, int line, const char *function);
 
+/// While one lives, errors that its thread logs are expected: they are in the log at DEBUG. Scopes
+/// may be nested.
+class VESK_API VeskExpectedErrors {
+public:
+    VeskExpectedErrors();
+    ~VeskExpectedErrors();
+    Q_DISABLE_COPY(VeskExpectedErrors)
+};
+
 /// "src/modules/tunein/cb_tunein.cpp" becomes "modules/tunein/cb_tunein".
 VESK_API std::string veskLogSourceName(const char *file);
 

@@ -55,6 +55,15 @@ CMRequest CMRequest::withHops(int hops) const
     return request;
 }
 
+CMRequest CMRequest::asPoll() const
+{
+    VESK_ASSERT(d);
+    CMRequest request;
+    request.d = new Data(*d);
+    request.d->poll = true;
+    return request;
+}
+
 CMRequest CMRequest::redirectedTo(const CMPath &path) const
 {
     if (!mayRedirect()) {
@@ -103,6 +112,7 @@ CMRequest CMGetDataRequest::redirectedTo(
     }
     CMGetDataRequest redirected(path, roles, reply);
     redirected.d->hops = d->hops + 1;
+    redirected.d->poll = d->poll;
     return redirected;
 }
 

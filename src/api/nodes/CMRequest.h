@@ -36,6 +36,11 @@ public:
     /// The same question, redirected \a hops times so far: for one that was sent on in another
     /// form.
     CMRequest withHops(int hops) const;
+    /// Whether it is asked again and again until the answer is another one. That it fails is then
+    /// expected: errors that a plug-in logs while it answers are in the log at DEBUG.
+    bool isPoll() const { return d && d->poll; }
+    /// The same question, as one of such a series.
+    CMRequest asPoll() const;
     /// The same question to another path, with the same place for the answer. An empty request, the
     /// question answered with an error, when it was redirected too often.
     CMRequest redirectedTo(const CMPath &path) const;
@@ -51,6 +56,7 @@ protected:
         QString role; ///< SetData, MatchRow
         QVariant value; ///< SetData, MatchRow
         int hops = 0;
+        bool poll = false;
     };
 
     CMRequest(Kind kind, const CMPath &path, const CMReply<QVariant> &reply);

@@ -17,6 +17,7 @@
 #include <deque>
 #include <functional>
 #include <mutex>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -57,12 +58,14 @@ HandlingListeners &handlingListeners()
     return listeners;
 }
 
-/// Tells the listeners.
+/// Tells the listeners, and how the errors of a poll are logged.
 class Handling {
 public:
     explicit Handling(const CMRequest &request)
         : m_listeners(handlingListeners().present())
     {
+        if (request.isPoll())
+            m_expectedErrors.emplace();
         for (CMWorker::HandlingListener *listener : *m_listeners)
             listener->begin(request.reply().sharedData());
     }
@@ -75,6 +78,7 @@ public:
 
 private:
     const std::shared_ptr<const Listeners> m_listeners;
+    std::optional<VeskExpectedErrors> m_expectedErrors;
 };
 
 } // namespace

@@ -121,12 +121,17 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
     RpcParams params(call->params());
     const CMPath path = params.path();
     const QStringList roles = params.roles();
+    const bool poll = params.poll();
     if (params.failed())
         return call->fail(params.error());
     if (refuses(call, path))
         return;
     ask(
-        call, [&](const CMReply<QVariant> &reply) { return CMGetDataRequest(path, roles, reply); },
+        call,
+        [&](const CMReply<QVariant> &reply) {
+            const CMGetDataRequest request(path, roles, reply);
+            return poll ? request.asPoll() : request;
+        },
         [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
             if (m_gate)
                 m_gate->offerData(roles, value.toList(), peer);

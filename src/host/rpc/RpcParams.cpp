@@ -94,9 +94,19 @@ void RpcParams::range(int &first, int &last)
 
 bool RpcParams::refresh()
 {
-    const QVariant value = m_params.value(QStringLiteral("refresh"));
+    return flag(QStringLiteral("refresh"));
+}
+
+bool RpcParams::poll()
+{
+    return flag(QStringLiteral("poll"));
+}
+
+bool RpcParams::flag(const QString &name)
+{
+    const QVariant value = m_params.value(name);
     if (!value.isNull() && value.userType() != QMetaType::Bool)
-        fail(QStringLiteral("\"refresh\" is true or false."));
+        fail(QStringLiteral("\"%1\" is true or false.").arg(name));
     return value.toBool();
 }
 

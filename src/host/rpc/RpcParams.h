@@ -40,12 +40,15 @@ public:
     void range(int &first, int &last);
     /// "refresh": whether to read anew; false when it is missing.
     bool refresh();
+    /// "poll": whether the client asks this again and again; false when it is missing.
+    bool poll();
     /// "value": anything, but it must be there.
     QVariant value();
 
 private:
     void fail(const QString &error);
     CMPath path(const QString &name);
+    bool flag(const QString &name);
     bool index(const QString &name, int &value);
 
     const QVariantHash m_params;

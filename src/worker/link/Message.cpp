@@ -151,6 +151,7 @@ void write(WireWriter &writer, const RequestMessage &message)
     writer.writeByte(static_cast<quint8>(message.kind));
     writer.writePath(message.path);
     writer.writeInt(message.hops);
+    writer.writeBool(message.poll);
     switch (message.kind) {
     case CMRequest::GetRows:
         writer.writeTexts(message.roles);
@@ -176,6 +177,7 @@ bool read(WireReader &reader, RequestMessage &message)
     message.kind = readKind(reader);
     message.path = reader.readPath();
     message.hops = static_cast<int>(reader.readInt());
+    message.poll = reader.readBool();
     switch (message.kind) {
     case CMRequest::GetRows:
         message.roles = reader.readTexts();
@@ -292,6 +294,7 @@ RequestMessage RequestMessage::of(quint64 id, const CMRequest &request)
     message.kind = request.kind();
     message.path = request.path();
     message.hops = request.hops();
+    message.poll = request.isPoll();
     switch (request.kind()) {
     case CMRequest::GetRows: {
         const CMGetRowsRequest getRows(request);
@@ -323,19 +326,25 @@ RequestMessage RequestMessage::of(quint64 id, const CMRequest &request)
 
 CMRequest RequestMessage::request(const CMReply<QVariant> &reply) const
 {
+    CMRequest request;
     switch (kind) {
     case CMRequest::GetRows:
-        return CMGetRowsRequest(path, roles, first, last, reply).withHops(hops);
-    case CMRequest::GetData:
-        return CMGetDataRequest(path, roles, reply).withHops(hops);
-    case CMRequest::SetData:
-        return CMSetDataRequest(path, role, value, reply).withHops(hops);
-    case CMRequest::MatchRow:
-        return CMMatchRowRequest(path, role, value, reply).withHops(hops);
-    case CMRequest::None:
+        request = CMGetRowsRequest(path, roles, first, last, reply);
         break;
+    case CMRequest::GetData:
+        request = CMGetDataRequest(path, roles, reply);
+        break;
+    case CMRequest::SetData:
+        request = CMSetDataRequest(path, role, value, reply);
+        break;
+    case CMRequest::MatchRow:
+        request = CMMatchRowRequest(path, role, value, reply);
+        break;
+    case CMRequest::None:
+        return request;
     }
-    return CMRequest();
+    request = request.withHops(hops);
+    return poll ? request.asPoll() : request;
 }
 
 MessageKind kindOf(const QByteArray &payload)

@@ -48,7 +48,7 @@ enum class MessageKind : quint8 {
 /// Worker to host, first of all.
 struct HelloMessage {
     static constexpr quint32 TheMagic = 0x564b574b;
-    static constexpr quint32 TheVersion = 3;
+    static constexpr quint32 TheVersion = 4;
 
     quint32 magic = TheMagic;
     quint32 version = TheVersion;
@@ -88,6 +88,7 @@ struct RequestMessage {
     CMRequest::Kind kind = CMRequest::None;
     CMPath path;
     int hops = 0;
+    bool poll = false;
     QStringList roles;
     int first = 0;
     int last = 0;

@@ -58,6 +58,40 @@ TEST(Log, writesLevelAndText)
                 QStringLiteral("WARN d"), QStringLiteral("ERROR e"), QStringLiteral("FATAL f")}));
 }
 
+TEST(Log, expectedErrorsAreDebug)
+{
+    LogCapture capture("Test");
+    {
+        const VeskExpectedErrors outer;
+        {
+            const VeskExpectedErrors inner;
+            VESK_ERROR("a");
+        }
+        VESK_ERROR("b");
+        VESK_WARN("c");
+        std::thread([] { VESK_ERROR("d"); }).join();
+    }
+    VESK_ERROR("e");
+    EXPECT_EQ(capture.lines(),
+        QStringList({QStringLiteral("DEBUG a"), QStringLiteral("DEBUG b"), QStringLiteral("WARN c"),
+            QStringLiteral("ERROR d"), QStringLiteral("ERROR e")}));
+}
+
+TEST(Log, expectedErrorsAreNotWrittenWhereDebugIsOff)
+{
+    LogCapture capture("Test");
+    log4cplus::Logger logger = veskLogger();
+    const log4cplus::LogLevel level = logger.getLogLevel();
+    logger.setLogLevel(log4cplus::INFO_LOG_LEVEL);
+    {
+        const VeskExpectedErrors expected;
+        VESK_ERROR("a");
+    }
+    VESK_ERROR("b");
+    logger.setLogLevel(level);
+    EXPECT_EQ(capture.lines(), QStringList({QStringLiteral("ERROR b")}));
+}
+
 TEST(Log, tellsWhereItComesFrom)
 {
     LogCapture capture("Test");

@@ -247,6 +247,7 @@ TEST_F(RpcMethodsTest, RefusesBadParameters)
             EXPECT_EQ(codeOf(method, params), -32602) << method << params;
     }
     EXPECT_EQ(codeOf("getRows", R"({"path":"Test:list","first":-1})"), -32602);
+    EXPECT_EQ(codeOf("getData", R"({"path":"Test:list","poll":1})"), -32602);
     EXPECT_EQ(codeOf("setData", R"({"path":"settings:name","role":"value"})"), -32602);
 }
 

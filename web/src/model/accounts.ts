@@ -113,7 +113,7 @@ export class Account {
     /** Looks whether the code was entered; the next look comes by itself as long as it may be. */
     async look(): Promise<void> {
         clearTimeout(this.#poll);
-        const link = document.visibilityState === "visible" ? await this.#query() : null;
+        const link = document.visibilityState === "visible" ? await this.#query(true) : null;
         if (this.link.value.is !== "claiming")
             return;
         if (link?.is === "linked") {
@@ -127,9 +127,9 @@ export class Account {
             this.#poll = setTimeout(() => void this.look(), lookDelay(++this.#looks));
     }
 
-    async #query(): Promise<Link | null> {
+    async #query(poll = false): Promise<Link | null> {
         try {
-            const [, value] = await getData(this.#path, ["type", "value"]);
+            const [, value] = await getData(this.#path, ["type", "value"], poll);
             const account = accountIn(value);
             if (!account)
                 return { is: "none" };

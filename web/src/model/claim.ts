@@ -14,7 +14,7 @@ export interface Claim {
 
 /** After this time nobody enters a code any more. */
 export const claimLife = 15 * 60_000;
-/** Milliseconds between two looks whether it was entered: each is logged as refused by the service. */
+/** Milliseconds between two looks whether it was entered. */
 const lookTimes = [5000, 5000, 10_000, 15_000, 30_000];
 
 export function lookDelay(looks: number): number {

@@ -20,8 +20,9 @@ export async function getRows(
     return answer;
 }
 
-export async function getData(path: Path, roles: readonly string[]): Promise<unknown[]> {
-    const result = (await host.call("getData", { path, roles })) as { values?: unknown[] };
+/** A poll asks again and again until the answer is another one: errors meanwhile are expected. */
+export async function getData(path: Path, roles: readonly string[], poll = false): Promise<unknown[]> {
+    const result = (await host.call("getData", poll ? { path, roles, poll } : { path, roles })) as { values?: unknown[] };
     return result.values ?? [];
 }
 
