@@ -129,7 +129,7 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
     ask(
         call,
         [&](const CMReply<QVariant> &reply) {
-            const CMGetDataRequest request(path, roles, reply);
+            const CMRequest request = CMGetDataRequest(path, roles, reply);
             return poll ? request.asPoll() : request;
         },
         [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
