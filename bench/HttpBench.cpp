@@ -70,7 +70,7 @@ void getRowsOfRoot(benchmark::State &state)
     measureGetRows(state, Root, 8);
 }
 
-void getRowsOfRootFromWorker(benchmark::State &state)
+void getRowsOfRootFromPluginProcess(benchmark::State &state)
 {
     PluginInProcess plugin;
     measureGetRows(state, Root, 8);
@@ -82,7 +82,7 @@ void getRowsOfLongScreen(benchmark::State &state)
     measureGetRows(state, LongScreen, 1800);
 }
 
-void getRowsOfLongScreenFromWorker(benchmark::State &state)
+void getRowsOfLongScreenFromPluginProcess(benchmark::State &state)
 {
     PluginInProcess plugin;
     measureGetRows(state, LongScreen, 1800);
@@ -91,8 +91,8 @@ void getRowsOfLongScreenFromWorker(benchmark::State &state)
 BENCHMARK(getFloor)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getThroughClient)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfRoot)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK(getRowsOfRootFromWorker)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(getRowsOfRootFromPluginProcess)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfLongScreen)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(getRowsOfLongScreenFromWorker)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(getRowsOfLongScreenFromPluginProcess)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "bench/Answers.h"
 #include "bench/Latency.h"
 #include "bench/Plugin.h"
-#include "worker/link/Message.h"
+#include "plugin/link/Message.h"
 
 #include <benchmark/benchmark.h>
 

@@ -5,8 +5,8 @@
 
 #include "api/nodes/CMRootWorker.h"
 #include "api/nodes/CMValuesWorker.h"
-#include "host/plugins/WorkerPlugin.h"
 #include "modules/tunein/cb_tunein.h"
+#include "plugin/supervision/SupervisedPlugin.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QProcess>
@@ -68,5 +68,5 @@ private:
     StartMessage startMessage() const;
 
     Surroundings m_surroundings;
-    WorkerPlugin m_plugin;
+    SupervisedPlugin m_plugin;
 };

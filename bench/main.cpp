@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "bench/Plugin.h"
-#include "runtime/Logging.h"
-#include "runtime/Memory.h"
+#include "plugin/runtime/Logging.h"
+#include "plugin/runtime/Memory.h"
 
 #include <benchmark/benchmark.h>
 
@@ -66,10 +66,10 @@ constexpr Ratio ratios[] = {
         1.2},
     {"blocking GET of the root menu, p50", "getThroughClient:p50_us", "getFloor:p50_us", 2.2},
     {"getRows of the root through CMRoot(), p50", "getRowsOfRoot:p50_us", "getFloor:p50_us", 4.0},
-    {"getRows of the root from a worker process, p50", "getRowsOfRootFromWorker:p50_us",
+    {"getRows of the root from a worker process, p50", "getRowsOfRootFromPluginProcess:p50_us",
         "getRowsOfRoot:p50_us", 1.3},
-    {"getRows of a 1 MB screen from a worker process", "getRowsOfLongScreenFromWorker:p50_us",
-        "getRowsOfLongScreen:p50_us", 1.5},
+    {"getRows of a 1 MB screen from a worker process",
+        "getRowsOfLongScreenFromPluginProcess:p50_us", "getRowsOfLongScreen:p50_us", 1.5},
     {"10,000 rows by pages of 100, beside all at once", "readScreenByPages:p50_us",
         "readScreenAtOnce:p50_us", 1.3},
 };

@@ -11,13 +11,8 @@ install(DIRECTORY ${CMAKE_SOURCE_DIR}/src/api DESTINATION ${CMAKE_INSTALL_INCLUD
     PATTERN "CMCallGate.h" EXCLUDE
     PATTERN "CMContextCall.h" EXCLUDE
     PATTERN "CMRoleTable.h" EXCLUDE
-    PATTERN "HttpBreaker.h" EXCLUDE
-    PATTERN "HttpCache.h" EXCLUDE
-    PATTERN "HttpClientEngine.h" EXCLUDE
     PATTERN "HttpSettings.h" EXCLUDE
-    PATTERN "HttpTransfer.h" EXCLUDE
-    PATTERN "JsonRepair.h" EXCLUDE
-    PATTERN "JsonWriter.h" EXCLUDE)
+    PATTERN "private" EXCLUDE)
 install(EXPORT VeskCoreTargets NAMESPACE Vesk:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
 
 configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/VeskCoreConfig.cmake.in

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "fuzz/fuzzing.h"
-#include "host/plugins/PluginDescriptor.h"
+#include "plugin/supervision/PluginDescriptor.h"
 #include "tests/modules/tunein/SentPage.h"
 
 #include <cstdlib>

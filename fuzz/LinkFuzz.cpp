@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "fuzz/fuzzing.h"
-#include "worker/link/Message.h"
+#include "plugin/link/Message.h"
 
 #include <QByteArray>
 

@@ -7,7 +7,7 @@
 #include "api/values/VeskRoles.h"
 #include "api/web/VeskJson.h"
 #include "fuzz/fuzzing.h"
-#include "host/rpc/HttpRules.h"
+#include "host/http/HttpRules.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 #include "host/rpc/RpcMethods.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "fuzz/fuzzing.h"
-#include "host/rpc/HttpServer.h"
+#include "host/http/HttpServer.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 
 #include <QAbstractEventDispatcher>

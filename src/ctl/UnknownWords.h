@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 #include "ctl/CtlCommandLine.h"
 #include "ctl/ShownLists.h"
 

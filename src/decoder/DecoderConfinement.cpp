@@ -3,8 +3,8 @@
 
 #include "decoder/DecoderConfinement.h"
 
-#include "confinement/CallFilter.h"
-#include "confinement/Confining.h"
+#include "base/confinement/CallFilter.h"
+#include "base/confinement/Confining.h"
 
 #include <cerrno>
 #include <fcntl.h>

@@ -6,9 +6,9 @@
 /// this process alone as long as this lives. Lives on one thread.
 #pragma once
 
+#include "base/files/FileLock.h"
+#include "base/files/KeptFile.h"
 #include "directory/Members.h"
-#include "files/FileLock.h"
-#include "files/KeptFile.h"
 
 #include <functional>
 #include <stdexcept>

@@ -5,7 +5,7 @@
 /// exception: their values become "***".
 #pragma once
 
-#include "files/Descriptor.h"
+#include "base/files/Descriptor.h"
 
 #include <string>
 #include <string_view>

@@ -16,16 +16,16 @@
 #include "host/player/ChosenStreams.h"
 #include "host/player/PlayLogic.h"
 #include "host/player/StreamPlayer.h"
-#include "host/plugins/ServiceFaults.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
+#include "host/rpc/ServiceFaults.h"
 #include "host/settings/HostValues.h"
 #include "host/settings/SettingsStore.h"
 #include "host/web/Artwork.h"
 #include "host/web/WebFiles.h"
-#include "runtime/HostFolders.h"
-#include "runtime/UiLanguage.h"
+#include "plugin/runtime/HostFolders.h"
+#include "plugin/runtime/UiLanguage.h"
 
 #include <QTimer>
 

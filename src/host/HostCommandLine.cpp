@@ -3,7 +3,7 @@
 
 #include "host/HostCommandLine.h"
 
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 #include "host/HostConfigFile.h"
 
 #include <optional>

@@ -5,8 +5,8 @@
 
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
+#include "host/http/HttpServer.h"
 #include "host/player/AudioOutputSpec.h"
-#include "host/rpc/HttpServer.h"
 
 #include <QPair>
 #include <QString>

@@ -9,13 +9,13 @@
 #include "api/values/VeskValuePaths.h"
 #include "host/ServicesWorker.h"
 #include "host/player/PlayLogic.h"
-#include "host/plugins/InProcessPlugin.h"
-#include "host/plugins/ServiceFaults.h"
-#include "host/plugins/WorkerPlugin.h"
 #include "host/rpc/AddressGate.h"
+#include "host/rpc/ServiceFaults.h"
 #include "host/settings/HostValues.h"
-#include "runtime/HostFolders.h"
-#include "runtime/PluginWatch.h"
+#include "plugin/runtime/HostFolders.h"
+#include "plugin/runtime/PluginWatch.h"
+#include "plugin/supervision/InProcessPlugin.h"
+#include "plugin/supervision/SupervisedPlugin.h"
 
 #include <QFileInfo>
 #include <QThread>
@@ -78,7 +78,7 @@ std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
 {
     const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
     std::unique_ptr<Plugin> plugin = m_options.inProcess ? makeInProcessPlugin(options, config)
-                                                         : makeWorkerPlugin(options, config);
+                                                         : makeSupervisedPlugin(options, config);
     const auto isTold
         = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
     connect(plugin.get(), &Plugin::restarting, m_player, [this, isTold] {
@@ -100,15 +100,15 @@ std::unique_ptr<Plugin> Plugins::makeInProcessPlugin(
     return plugin;
 }
 
-std::unique_ptr<Plugin> Plugins::makeWorkerPlugin(
+std::unique_ptr<Plugin> Plugins::makeSupervisedPlugin(
     const PluginOptions &options, const QVariantHash &config)
 {
     const QString file = QFileInfo(options.file).absoluteFilePath();
-    WorkerOptions worker;
-    worker.program = HostFolders::workerProgram();
+    PluginProcessOptions worker;
+    worker.program = HostFolders::pluginProgram();
     worker.start = [this, file, config] { return startMessage(file, config); };
     worker.longestWait = m_options.restartWait;
-    auto plugin = std::make_unique<WorkerPlugin>(options.file, worker);
+    auto plugin = std::make_unique<SupervisedPlugin>(options.file, worker);
     m_workers.push_back(plugin.get());
     return plugin;
 }
@@ -195,7 +195,7 @@ void Plugins::valueChanged(const CMPath &path)
         return;
     const ValueMessage message {path, m_values->value(path).toHash(),
         definition->access == CMValuesWorker::Writable, definition->title};
-    for (WorkerPlugin *const worker : m_workers)
+    for (SupervisedPlugin *const worker : m_workers)
         worker->tell(message);
     if (!PluginWatch::isSetting(path))
         return;
@@ -231,6 +231,6 @@ void Plugins::takeReading(
 void Plugins::playerChanged()
 {
     const PlayerMessage message {m_player->currentData().toHash()};
-    for (WorkerPlugin *const worker : m_workers)
+    for (SupervisedPlugin *const worker : m_workers)
         worker->tell(message);
 }

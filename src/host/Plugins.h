@@ -4,7 +4,7 @@
 #pragma once
 
 #include "host/HostOptions.h"
-#include "host/plugins/Plugin.h"
+#include "plugin/supervision/Plugin.h"
 
 #include <QObject>
 
@@ -19,7 +19,7 @@ class PluginThread;
 class PluginWatch;
 class ServiceFaults;
 class ServicesWorker;
-class WorkerPlugin;
+class SupervisedPlugin;
 struct StartMessage;
 
 /// All plug-ins of a host, in its process or each in one of its own, as the options say. Keeps the
@@ -58,7 +58,7 @@ private:
     void settingChanged(const CMPath &path);
     void takeReading(
         const PluginThread *thread, const CMPath &setting, const VeskValue &value, bool keeps);
-    std::unique_ptr<Plugin> makeWorkerPlugin(
+    std::unique_ptr<Plugin> makeSupervisedPlugin(
         const PluginOptions &options, const QVariantHash &config);
     std::unique_ptr<Plugin> makeInProcessPlugin(
         const PluginOptions &options, const QVariantHash &config);
@@ -71,6 +71,6 @@ private:
     bool m_unloading = false;
     std::unique_ptr<PluginWatch> m_watch; ///< null unless plug-ins run in this process
     std::vector<std::unique_ptr<Plugin>> m_plugins;
-    std::vector<WorkerPlugin *> m_workers; ///< those of m_plugins that have a process
+    std::vector<SupervisedPlugin *> m_workers; ///< those of m_plugins that have a process
     std::vector<InProcessPlugin *> m_inProcess; ///< those that have none
 };

@@ -3,15 +3,15 @@
 
 #include "api/core/log.h"
 #include "api/web/HttpClient.h"
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
 #include "host/HostConfinement.h"
 #include "host/TerminationSignals.h"
 #include "host/Watchdog.h"
-#include "runtime/Descriptors.h"
-#include "runtime/Logging.h"
-#include "runtime/Memory.h"
+#include "plugin/runtime/Descriptors.h"
+#include "plugin/runtime/Logging.h"
+#include "plugin/runtime/Memory.h"
 
 #include <QCoreApplication>
 

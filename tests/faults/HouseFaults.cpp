@@ -70,11 +70,11 @@ std::vector<Fault> houseFaults()
             [] { return directory({}, "trial%2017"); }},
         {"a playlist without end", sounds(), 12, [] { return directory({}, "trial%2009"); }},
         {"plug-ins' processes are killed while a station plays", sounds().silentFor(0.5), 15,
-            [] { return directory({signalTo("vesk-worker", SIGKILL, 6)}); }, true},
+            [] { return directory({signalTo("vesk-plugin", SIGKILL, 6)}); }, true},
         {"plug-ins' processes are stopped while a station plays", sounds().silentFor(0.5), 15,
             [] {
                 return directory(
-                    {signalTo("vesk-worker", SIGSTOP, 6), signalTo("vesk-worker", SIGCONT, 12)});
+                    {signalTo("vesk-plugin", SIGSTOP, 6), signalTo("vesk-plugin", SIGCONT, 12)});
             }},
         {"all of the host's processes are killed while a station plays", sounds(), 18,
             [] { return directory({signalTo({}, SIGKILL, 8)}); }, true},

@@ -4,7 +4,7 @@
 /// \file
 /// Plays faults out, several side by side, and prints the table of what was measured; the exit
 /// status is 0 when all goals are reached.
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 #include "tests/faults/Report.h"
 
 #include <QCoreApplication>

@@ -4,7 +4,7 @@
 /// \file
 /// A long run of one host, its figures, and the verdict: the exit status is 0 when the host stayed,
 /// answered, played, and took no more in the end than in the beginning.
-#include "cli/CommandLine.h"
+#include "base/cli/CommandLine.h"
 #include "tests/faults/Soak.h"
 
 #include <QCoreApplication>

@@ -3,8 +3,8 @@
 
 #include "host/HostConfinement.h"
 
-#include "confinement/CallFilter.h"
-#include "confinement/Confining.h"
+#include "base/confinement/CallFilter.h"
+#include "base/confinement/Confining.h"
 #include "tests/host/HostProcess.h"
 
 #include <QDir>

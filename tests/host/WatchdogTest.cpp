@@ -3,7 +3,7 @@
 
 #include "host/Watchdog.h"
 
-#include "runtime/Logging.h"
+#include "plugin/runtime/Logging.h"
 #include "tests/host/HostProcess.h"
 
 #include <QCoreApplication>

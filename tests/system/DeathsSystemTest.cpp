@@ -128,7 +128,7 @@ protected:
                   .split(' ');
         for (const QByteArray &child : children) {
             const QByteArray command = contents(QString::fromLatin1("/proc/" + child + "/cmdline"));
-            if (!child.isEmpty() && command.split('\0').first().endsWith("vesk-worker"))
+            if (!child.isEmpty() && command.split('\0').first().endsWith("vesk-plugin"))
                 return static_cast<pid_t>(child.toInt());
         }
         return 0;

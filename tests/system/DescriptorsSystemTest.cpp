@@ -79,7 +79,7 @@ protected:
     qint64 worker() const
     {
         for (const qint64 child : childrenOf(host())) {
-            if (nameOf(child) == "vesk-worker")
+            if (nameOf(child) == "vesk-plugin")
                 return child;
         }
         return 0;

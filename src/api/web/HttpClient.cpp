@@ -3,8 +3,8 @@
 
 #include "api/web/HttpClient.h"
 
-#include "api/web/HttpClientEngine.h"
 #include "api/web/HttpSettings.h"
+#include "api/web/private/HttpClientEngine.h"
 
 #include <QFile>
 

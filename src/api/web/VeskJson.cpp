@@ -3,8 +3,8 @@
 
 #include "api/web/VeskJson.h"
 
-#include "api/web/JsonRepair.h"
-#include "api/web/JsonWriter.h"
+#include "api/web/private/JsonRepair.h"
+#include "api/web/private/JsonWriter.h"
 
 #include <simdjson.h>
 

@@ -3,7 +3,7 @@
 
 #include "host/player/AudioOutputSpec.h"
 
-#include "files/Descriptor.h"
+#include "base/files/Descriptor.h"
 
 #include <QFile>
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "api/values/CMPath.h"
-#include "files/KeptFile.h"
+#include "base/files/KeptFile.h"
 
 #include <QList>
 #include <QPair>

@@ -4,7 +4,7 @@
 #include "host/player/DecoderProcess.h"
 
 #include "decoder/DecoderFrames.h"
-#include "runtime/HostFolders.h"
+#include "plugin/runtime/HostFolders.h"
 
 #include <QFile>
 

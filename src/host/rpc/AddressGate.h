@@ -4,9 +4,9 @@
 #pragma once
 
 #include "api/values/CMPath.h"
-#include "host/plugins/PluginDescriptor.h"
 #include "host/rpc/JsonRpcDispatcher.h"
 #include "host/rpc/OfferedPaths.h"
+#include "plugin/supervision/PluginDescriptor.h"
 
 #include <QObject>
 #include <QStringList>

@@ -5,9 +5,9 @@
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
-#include "host/plugins/ServiceFaults.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcParams.h"
+#include "host/rpc/ServiceFaults.h"
 
 #include <utility>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "files/KeptFile.h"
+#include "base/files/KeptFile.h"
 
 #include <QString>
 

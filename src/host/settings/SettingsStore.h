@@ -4,7 +4,7 @@
 #pragma once
 
 #include "api/nodes/CMValuesWorker.h"
-#include "files/FileLock.h"
+#include "base/files/FileLock.h"
 #include "host/settings/MemberIdFile.h"
 #include "host/settings/SettingsFile.h"
 

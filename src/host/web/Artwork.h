@@ -4,7 +4,7 @@
 #pragma once
 
 #include "api/web/HttpClient.h"
-#include "host/rpc/HttpResource.h"
+#include "host/http/HttpResource.h"
 #include "host/web/ArtworkUrls.h"
 
 #include <QHash>

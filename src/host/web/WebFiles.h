@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/rpc/HttpResource.h"
+#include "host/http/HttpResource.h"
 
 #include <QHash>
 #include <QString>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "api/web/HttpCache.h"
+#include "api/web/private/HttpCache.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "api/web/HttpClientEngine.h"
+#include "api/web/private/HttpClientEngine.h"
 #include "tests/api/web/HttpFixture.h"
 #include "tests/support/WorkerThread.h"
 

@@ -9,7 +9,7 @@
 #include "api/nodes/CMValuesWorker.h"
 #include "api/values/VeskRowsRoles.h"
 #include "api/web/VeskJson.h"
-#include "host/plugins/ServiceFaults.h"
+#include "host/rpc/ServiceFaults.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gmock/gmock.h>

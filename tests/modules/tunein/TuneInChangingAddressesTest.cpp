@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "host/plugins/PluginDescriptor.h"
+#include "plugin/supervision/PluginDescriptor.h"
 #include "tests/modules/tunein/SentPage.h"
 
 #include <gtest/gtest.h>

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "api/core/export.h"
+#include "api/web/HttpClient.h"
+#include "api/web/private/HttpBreaker.h"
+#include "api/web/private/HttpCache.h"
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QHash>
+#include <QObject>
+
+#include <atomic>
+#include <curl/curl.h>
+#include <deque>
+#include <list>
+#include <memory>
+
+class HttpTransfer;
+class QSocketNotifier;
+
+/// The exchanges of one HttpClient: libcurl's multi interface, driven by the event loop of the
+/// engine's thread, and the cache. It and its client live on one thread and are destroyed there;
+/// shutDownAll() alone may be called from any. libcurl is loaded by the first exchange, so that
+/// making an engine costs next to nothing.
+///
+/// libcurl calls back only to report sockets, time-outs and bytes, while drive() runs; requests'
+/// functions are called afterwards, when nothing of libcurl is on the stack, so that they may start
+/// further exchanges or destroy the client.
+class VESK_API HttpClientEngine : public QObject {
+public:
+    HttpClientEngine(QObject *parent, HttpClient::HttpVersion version, bool followRedirects,
+        HttpCache::Clock cacheClock = {});
+    /// Call close() before.
+    ~HttpClientEngine() override;
+
+    void setCacheSize(qint64 bytes) { m_cache.setSize(bytes); }
+    void get(const VeskUrl &url, const HttpClientOptions &options, HttpClient::Function done);
+    void post(const VeskUrl &url, const QByteArray &body, const HttpClientOptions &options,
+        HttpClient::Function done);
+    /// Ends everything with Cancelled, and from now on all that is started.
+    void close();
+    static void shutDownAll();
+    static void abandonReading(bool abandon);
+    static void setActivityListener(std::function<void()> listener);
+    static void setExchangeListener(HttpClient::ExchangeListener listener);
+
+protected:
+    bool event(QEvent *event) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    struct Finished {
+        HttpClient::Function function;
+        HttpClientResult result;
+    };
+    struct Watch {
+        QSocketNotifier *read = nullptr;
+        QSocketNotifier *write = nullptr;
+    };
+    using Transfers = std::list<std::unique_ptr<HttpTransfer>>;
+
+    void requireOwnThread() const;
+    bool refuse(const VeskUrl &url, HttpClient::Function &done);
+    void dontSend(const VeskUrl &url, HttpClientStatus status, HttpClient::Function &done);
+    void start(std::unique_ptr<HttpTransfer> transfer, const HttpClientOptions &options);
+    std::unique_ptr<HttpTransfer> takeTransfer();
+    void loadCurl();
+
+    static int onSocketWanted(CURL *easy, curl_socket_t socket, int what, void *self, void *);
+    static int onTimeoutWanted(CURLM *multi, long milliseconds, void *self);
+    void watch(QSocketNotifier *&notifier, int socket, bool forWriting, bool wanted);
+    void setDeadline(long milliseconds);
+
+    void drive(curl_socket_t socket, int mask);
+    void collect();
+    void finish(HttpTransfer &transfer, CURLcode code);
+    void useCache(HttpTransfer &transfer, HttpClientStatus status, int code);
+    void finish(HttpClient::Function &&function, HttpClientResult &&result);
+    void postDelivery();
+    void deliver();
+    void cancelAll();
+    void cancelActive(bool onlyReading);
+
+    const HttpClient::HttpVersion m_version;
+    const bool m_followRedirects;
+    HttpCache m_cache;
+    HttpBreaker m_breaker;
+    std::atomic<bool> m_closed {false};
+    std::atomic<bool> m_abandonReading {false};
+
+    CURLM *m_multi = nullptr;
+    Transfers m_active;
+    /// Their handles keep memory for the next exchange; at most MaxIdle.
+    Transfers m_idle;
+    QHash<int, Watch> m_watches;
+
+    QElapsedTimer m_clock;
+    QBasicTimer m_timer;
+    /// When libcurl wants to be called, on m_clock; -1 for never. The timer may run out earlier and
+    /// is then started anew: most time-outs are taken back long before, and timers cost more than
+    /// that.
+    qint64 m_deadline = -1;
+    qint64 m_timerEnd = 0;
+    bool m_runNow = false;
+
+    std::deque<Finished> m_finished;
+    bool m_deliveryPosted = false;
+};

@@ -1,0 +1,303 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "api/web/private/JsonRepair.h"
+
+#include "api/web/VeskJson.h"
+
+#include <QChar>
+
+#include <cctype>
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+/// Goes through a text once, copying what is good and replacing what is not.
+class Repair {
+public:
+    explicit Repair(const QByteArray &data)
+        : m_data(data)
+    {
+        m_out.reserve(static_cast<std::size_t>(data.size()) + 64);
+    }
+
+    bool run()
+    {
+        if (m_data.startsWith("\xEF\xBB\xBF"))
+            m_at = 3;
+        for (;;) {
+            while (isBlank(peek()) && m_at < m_data.size())
+                ++m_at;
+            if (m_expected == Expected::End && m_at == m_data.size())
+                return true;
+            if (!step(peek()))
+                return false;
+        }
+    }
+
+    std::string take() { return std::move(m_out); }
+    const char *message() const
+    {
+        return m_message            ? m_message
+            : m_at >= m_data.size() ? "unexpected end"
+                                    : "unexpected character";
+    }
+    int offset() const { return m_at; }
+
+private:
+    enum class Expected { Value, ValueOrEnd, Key, KeyOrEnd, Colon, CommaOrEnd, End };
+
+    static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
+    static bool isDigit(char c) { return c >= '0' && c <= '9'; }
+    /// NUL behind the end, where it is no part of JSON.
+    char peek(int ahead = 0) const
+    {
+        return m_at + ahead < m_data.size() ? m_data.at(m_at + ahead) : '\0';
+    }
+    void copy(int count)
+    {
+        m_out.append(m_data.constData() + m_at, static_cast<std::size_t>(count));
+        m_at += count;
+    }
+    bool fail(const char *message)
+    {
+        m_message = message;
+        return false;
+    }
+
+    bool step(char c)
+    {
+        switch (m_expected) {
+        case Expected::ValueOrEnd:
+            return c == ']' ? close() : readValue(c);
+        case Expected::Value:
+            return readValue(c);
+        case Expected::KeyOrEnd:
+            return c == '}' ? close() : readKey(c);
+        case Expected::Key:
+            return readKey(c);
+        case Expected::Colon:
+            m_expected = Expected::Value;
+            return c == ':' && (copy(1), true);
+        case Expected::CommaOrEnd:
+            if (c == m_open[m_depth - 1] + 2) // "]" and "}" come two after "[" and "{".
+                return close();
+            m_expected = m_open[m_depth - 1] == '[' ? Expected::Value : Expected::Key;
+            return c == ',' && (copy(1), true);
+        default:
+            return false;
+        }
+    }
+
+    bool open(char c)
+    {
+        if (m_depth == VeskJson::MaxDepth)
+            return fail("nested too deeply");
+        m_open[m_depth++] = c;
+        m_expected = c == '[' ? Expected::ValueOrEnd : Expected::KeyOrEnd;
+        copy(1);
+        return true;
+    }
+
+    bool close()
+    {
+        --m_depth;
+        copy(1);
+        return valueRead();
+    }
+
+    bool valueRead()
+    {
+        m_expected = m_depth > 0 ? Expected::CommaOrEnd : Expected::End;
+        return true;
+    }
+
+    bool readKey(char c)
+    {
+        m_expected = Expected::Colon;
+        return c == '"' && readString();
+    }
+
+    bool readValue(char c)
+    {
+        if (c == '[' || c == '{')
+            return open(c);
+        if (c == '"')
+            return readString() && valueRead();
+        if (c == '-' || c == '.' || isDigit(c))
+            return readNumber() && valueRead();
+        for (const std::string_view literal : {"true", "false", "null"}) {
+            if (m_data.mid(m_at, int(literal.size())) == literal.data()) {
+                copy(int(literal.size()));
+                return valueRead();
+            }
+        }
+        return false;
+    }
+
+    bool readString()
+    {
+        copy(1);
+        while (m_at < m_data.size()) {
+            const char c = peek();
+            if (c == '"') {
+                copy(1);
+                return true;
+            }
+            if (c != '\\')
+                copyCharacter();
+            else if (!readEscape())
+                return false;
+        }
+        return false;
+    }
+
+    void copyCharacter()
+    {
+        static constexpr char digits[] = "0123456789abcdef";
+        const auto c = static_cast<uchar>(peek());
+        if (c >= 0x20)
+            return copy(1);
+        ++m_at;
+        m_out += "\\u00";
+        m_out += digits[c >> 4];
+        m_out += digits[c & 15];
+    }
+
+    bool readEscape()
+    {
+        const char c = peek(1);
+        if (c == 'u')
+            return readUnicodeEscape();
+        if (m_at + 1 < m_data.size()
+            && std::string_view("\"\\/bfnrt").find(c) != std::string_view::npos) {
+            copy(2);
+            return true;
+        }
+        ++m_at;
+        if (m_at == m_data.size() || static_cast<uchar>(c) >= 0x80)
+            return false;
+        copyCharacter();
+        return true;
+    }
+
+    /// The unit that the escape \a ahead stands for, -1 when there is none.
+    int unitAt(int ahead) const
+    {
+        if (peek(ahead) != '\\' || peek(ahead + 1) != 'u')
+            return -1;
+        bool ok = false;
+        const QByteArray digits = m_data.mid(m_at + ahead + 2, 4);
+        for (const char c : digits) {
+            if (!std::isxdigit(static_cast<uchar>(c)))
+                return -1;
+        }
+        const int unit = digits.toInt(&ok, 16);
+        return ok && digits.size() == 4 ? unit : -1;
+    }
+
+    bool readUnicodeEscape()
+    {
+        constexpr int size = 6;
+        const int unit = unitAt(0);
+        if (unit < 0)
+            return false;
+        const int next = QChar::isHighSurrogate(uint(unit)) ? unitAt(size) : -1;
+        if (next >= 0 && QChar::isLowSurrogate(uint(next))) {
+            copy(2 * size);
+        } else if (QChar::isSurrogate(uint(unit))) {
+            m_out += "\\ufffd";
+            m_at += size;
+        } else {
+            copy(size);
+        }
+        return true;
+    }
+
+    int digitsAt(int ahead) const
+    {
+        int count = 0;
+        while (isDigit(peek(ahead + count)))
+            ++count;
+        return count;
+    }
+
+    /// "1." and ".5" pass, with a zero added.
+    bool readNumber()
+    {
+        const int sign = peek() == '-' ? 1 : 0;
+        const int whole = digitsAt(sign);
+        const int point = sign + whole;
+        const int fraction = peek(point) == '.' ? digitsAt(point + 1) : -1;
+        const int power = point + 1 + fraction;
+        int size = power;
+        bool good = whole + qMax(fraction, 0) > 0 && (whole < 2 || peek(sign) != '0');
+        if ((peek(power) | 0x20) == 'e') {
+            size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
+            const int digits = digitsAt(size);
+            good = good && digits > 0;
+            size += digits;
+        }
+        if (!good)
+            return false;
+        const QByteArray number = m_data.mid(m_at, size);
+        if (std::isinf(number.toDouble()))
+            return fail("number out of range");
+        m_out += whole > 0 ? number.left(point).constData() : sign ? "-0" : "0";
+        if (fraction >= 0)
+            m_out += fraction > 0 ? number.mid(point, 1 + fraction).constData() : ".0";
+        m_out += number.mid(power).constData();
+        bool fits = true;
+        if (fraction < 0 && size == power)
+            number.toLongLong(&fits);
+        m_out += fits ? "" : "e0";
+        m_at += size;
+        return true;
+    }
+
+    const QByteArray &m_data;
+    std::string m_out;
+    const char *m_message = nullptr;
+    int m_at = 0;
+    Expected m_expected = Expected::Value;
+    int m_depth = 0;
+    char m_open[VeskJson::MaxDepth];
+};
+
+} // namespace
+
+int invalidUtf8At(const QByteArray &data)
+{
+    for (int i = 0; i < data.size();) {
+        const auto lead = static_cast<uchar>(data.at(i));
+        const int more = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || i + more >= data.size())
+            return i;
+        uint codePoint = more == 0 ? lead : lead & (0x3Fu >> more);
+        for (int k = 1; k <= more; ++k) {
+            const auto next = static_cast<uchar>(data.at(i + k));
+            if ((next & 0xC0) != 0x80)
+                return i;
+            codePoint = codePoint << 6 | (next & 0x3F);
+        }
+        static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
+        if (codePoint < least[more] || codePoint > QChar::LastValidCodePoint
+            || QChar::isSurrogate(codePoint))
+            return i;
+        i += more + 1;
+    }
+    return -1;
+}
+
+RepairedJson repairJson(const QByteArray &data)
+{
+    Repair repair(data);
+    RepairedJson repaired;
+    if (!repair.run()) {
+        repaired.message = repair.message();
+        repaired.offset = repair.offset();
+    }
+    repaired.text = repair.take();
+    return repaired;
+}

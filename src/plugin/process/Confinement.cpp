@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/process/Confinement.h"
+
+#include "base/confinement/CallFilter.h"
+#include "base/confinement/Confining.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+/// What a plug-in may use of memory that is its own: screens of the largest answers take a tenth.
+constexpr unsigned long long MemoryBytes = 512ULL * 1024 * 1024;
+constexpr unsigned long long Descriptors = 256;
+
+/// What name look-ups, certificates and the log's dates need, beside what the loader does.
+const QList<QByteArray> &alwaysReadable()
+{
+    static const QList<QByteArray> files {"/etc/hosts", "/etc/resolv.conf", "/etc/nsswitch.conf",
+        "/etc/host.conf", "/etc/gai.conf", "/etc/services", "/run/systemd/resolve", // names
+        "/etc/ssl", "/etc/pki", "/usr/share/ca-certificates",
+        "/usr/local/share/ca-certificates", // certificates
+        "/etc/localtime", "/usr/share/zoneinfo"};
+    return files;
+}
+
+std::vector<std::string> readableFiles(const QList<QByteArray> &readable)
+{
+    std::vector<std::string> files = loaderFiles();
+    for (const QByteArray &file : alwaysReadable() + readable)
+        files.push_back(file.toStdString());
+    return files;
+}
+
+// System calls: seccomp.
+
+constexpr scmp_datum_t NewNamespaces = CLONE_NEWCGROUP | CLONE_NEWIPC | CLONE_NEWNET | CLONE_NEWNS
+    | CLONE_NEWPID | CLONE_NEWUSER | CLONE_NEWUTS;
+constexpr scmp_datum_t TemporaryFile = O_TMPFILE & ~O_DIRECTORY;
+constexpr scmp_datum_t WritingFlags
+    = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND | TemporaryFile;
+constexpr scmp_datum_t TypeOfSocket = ~(SOCK_CLOEXEC | SOCK_NONBLOCK) & 0xffffffff;
+constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
+
+/// Calls that do no harm with whatever arguments.
+constexpr const char *HarmlessCalls[] = {
+    // memory
+    "brk", "madvise", "mprotect", "mremap", "munmap",
+    // threads and signals
+    "arch_prctl", "exit", "exit_group", "futex", "futex_waitv", "get_robust_list", "getcpu",
+    "getpid", "getppid", "gettid", "membarrier", "restart_syscall", "rseq", "rt_sigaction",
+    "rt_sigpending", "rt_sigprocmask", "rt_sigreturn", "rt_sigsuspend", "rt_sigtimedwait",
+    "sched_get_priority_max", "sched_get_priority_min", "sched_getaffinity", "sched_getparam",
+    "sched_getscheduler", "sched_yield", "set_robust_list", "set_tid_address", "sigaltstack",
+    // time
+    "clock_getres", "clock_gettime", "clock_nanosleep", "gettimeofday", "nanosleep", "time",
+    "timerfd_create", "timerfd_gettime", "timerfd_settime", "times",
+    // descriptors, and files that Landlock lets it have
+    "access", "close", "close_range", "dup", "dup2", "dup3", "epoll_create", "epoll_create1",
+    "epoll_ctl", "epoll_pwait", "epoll_pwait2", "epoll_wait", "eventfd", "eventfd2", "faccessat",
+    "faccessat2", "fadvise64", "fstat", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
+    "newfstatat", "pipe", "pipe2", "poll", "ppoll", "pread64", "preadv", "pselect6", "read",
+    "readlink", "readlinkat", "readv", "select", "stat", "statfs", "statx", "write", "writev",
+    // exchanges
+    "bind", "connect", "getpeername", "getsockname", "getsockopt", "recvfrom", "recvmmsg",
+    "recvmsg", "sendmmsg", "sendmsg", "sendto", "setsockopt", "shutdown",
+    // the machine
+    "getegid", "geteuid", "getgid", "getrandom", "getrlimit", "getrusage", "getuid", "sysinfo",
+    "uname"};
+
+std::string confineCalls()
+{
+    const auto equals = CallFilter::equals;
+    const auto masked = CallFilter::masked;
+    CallFilter filter(SCMP_ACT_ERRNO(EPERM));
+    for (const char *call : HarmlessCalls)
+        filter.allow(call);
+    // Memory that several could share is what no limit counts.
+    for (const scmp_datum_t flags :
+        {scmp_datum_t(0), scmp_datum_t(MAP_SHARED), scmp_datum_t(MAP_ANONYMOUS)})
+        filter.allow("mmap", masked(3, MAP_SHARED | MAP_ANONYMOUS, flags));
+    // Threads, but no processes; clone3 hides what it is for behind a pointer.
+    filter.fail(ENOSYS, "clone3");
+    filter.allow("clone", masked(0, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
+    filter.allow("tgkill", equals(0, static_cast<scmp_datum_t>(::getpid())));
+    for (const scmp_datum_t option : {scmp_datum_t(PR_SET_NAME), scmp_datum_t(PR_GET_NAME),
+             scmp_datum_t(PR_GET_DUMPABLE), NameOfMemory})
+        filter.allow("prctl", equals(0, option));
+    filter.allow("prlimit64", equals(2, 0)); // asking only
+    filter.allow("open", masked(1, WritingFlags, 0));
+    filter.allow("openat", masked(2, WritingFlags, 0));
+    filter.fail(ENOSYS, "openat2");
+    for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
+        filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
+    // Only a stream's end cannot be turned to others' sockets.
+    filter.allow("socketpair", equals(0, AF_UNIX), masked(1, TypeOfSocket, SOCK_STREAM));
+    // Not F_SETOWN and F_SETSIG, which have the kernel send any signal to any process.
+    for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL})
+        filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
+    for (const unsigned long request : {FIONREAD, FIONBIO, FIOCLEX, TCGETS, TIOCGWINSZ})
+        filter.allow("ioctl", equals(1, request));
+    // What the next C library tries first, and does without on a kernel that does not have it.
+    filter.failNewer(ENOSYS);
+    return filter.load();
+}
+
+} // namespace
+
+QStringList confineProcess(const QList<QByteArray> &readable)
+{
+    QStringList missing;
+    const auto note = [&missing](const std::string &what) {
+        if (!what.empty())
+            missing.append(QString::fromStdString(what));
+    };
+    limitResources(MemoryBytes, Descriptors);
+    note(forbidNewPrivileges());
+    note(confineFiles(readableFiles(readable)));
+    note(dropCapabilities());
+    note(confineCalls());
+    return missing;
+}

@@ -1,0 +1,272 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/process/PluginProgram.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+#include "api/nodes/CMRootWorker.h"
+#include "api/web/HttpClient.h"
+#include "plugin/link/NodeLink.h"
+#include "plugin/process/Cancellation.h"
+#include "plugin/process/Confinement.h"
+#include "plugin/process/PlayerMirror.h"
+#include "plugin/process/Upstream.h"
+#include "plugin/process/ValuesMirror.h"
+#include "plugin/runtime/Logging.h"
+#include "plugin/runtime/Memory.h"
+#include "plugin/runtime/PluginThread.h"
+#include "plugin/runtime/PluginWatch.h"
+#include "plugin/runtime/UiLanguage.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+#include <log4cplus/initializer.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <optional>
+#include <sys/socket.h>
+#include <unistd.h>
+
+VESK_LOGGER("Worker")
+
+namespace {
+
+enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
+
+constexpr int StartMilliseconds = 30000;
+constexpr std::chrono::seconds SignInterval {1};
+
+bool isSocket(int descriptor)
+{
+    int type = 0;
+    socklen_t size = sizeof type;
+    return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM;
+}
+
+int complain(int status, const char *text)
+{
+    std::fprintf(stderr, "vesk-plugin: %s\n", text);
+    return status;
+}
+
+std::optional<StartMessage> greet(Channel &channel)
+{
+    channel.sender()->send(encode(HelloMessage()));
+    const QByteArray payload = channel.receiveOne(StartMilliseconds);
+    if (kindOf(payload) != MessageKind::Start)
+        return std::nullopt;
+    return decode<StartMessage>(payload);
+}
+
+/// The files that this plug-in's process reads, beside those that any does.
+QList<QByteArray> readableFiles(const StartMessage &start)
+{
+    const QFileInfo plugin(start.file);
+    QList<QByteArray> files {QFile::encodeName(plugin.absolutePath()),
+        QFile::encodeName(QFileInfo(plugin.canonicalFilePath()).absolutePath())};
+    for (const QString &folder : start.translations)
+        files.append(QFile::encodeName(folder));
+    const QByteArray certificates = qgetenv("SSL_CERT_DIR");
+    if (!certificates.isEmpty())
+        files.append(certificates);
+    return files;
+}
+
+/// The worker's side of everything, once it was told what to do. Main thread.
+class Worker {
+public:
+    Worker(std::unique_ptr<Channel> channel, const StartMessage &start)
+        : m_link(std::move(channel))
+        , m_upstream(&m_link)
+        , m_values([this](const CMRequest &request) { m_upstream.request(request); })
+        , m_watch(&m_values,
+              [this](PluginThread *, const CMPath &setting, const VeskValue &value, bool keeps) {
+                  m_link.send(KeptMessage {setting, value.toHash(), keeps});
+              })
+        , m_player(VeskPlayLogicData(start.player))
+        , m_thread(start.file, start.config)
+    {
+        m_watch.setAnswerForm(&m_thread, start.answerForm);
+        for (const ValueMessage &value : start.values)
+            m_values.take(value);
+        for (const QString &prefix : start.valuePrefixes)
+            m_root.addWorker(prefix, &m_values);
+        m_root.setDefaultWorker(&m_upstream);
+        PlayLogicInterface::setPlayerInstance(&m_player);
+        startLink();
+        // An exchange that takes long is waiting, not hanging: it has a limit of its own.
+        HttpClient::setActivityListener([this] { tellOfLife(); });
+        m_language = std::make_unique<UiLanguage>(start.translations);
+        passOnRoutes();
+    }
+
+    ~Worker()
+    {
+        PlayLogicInterface::setPlayerInstance(nullptr);
+        m_language.reset();
+        m_root.removeWorker(&m_values);
+        m_root.removeWorker(&m_upstream);
+    }
+
+    void run()
+    {
+        QObject::connect(&m_thread, &PluginThread::loaded, qApp,
+            [this](const CMPath &root, const QString &error) {
+                m_link.send(LoadedMessage {root, error});
+            });
+        // What comes for the plug-in is received on its own thread, while that has nothing to do.
+        QObject::connect(
+            &m_thread, &PluginThread::loaded, &m_thread,
+            [this](const CMPath &, const QString &error) {
+                if (error.isEmpty())
+                    m_receiver = m_link.receiveOnThisLoop();
+            },
+            Qt::DirectConnection);
+        QObject::connect(
+            &m_thread, &QThread::finished, &m_thread, [this] { m_receiver.reset(); },
+            Qt::DirectConnection);
+        QObject::connect(&m_thread, &QThread::finished, qApp, [this] {
+            // A plug-in that could not be loaded leaves the host to end the process.
+            if (m_stopping)
+                QCoreApplication::exit(Success);
+        });
+        m_thread.start();
+        QCoreApplication::exec();
+        m_thread.wait();
+        m_done = true;
+    }
+
+private:
+    void passOnRoutes()
+    {
+        const auto passOn = [this](const CMPath &route, bool added) {
+            m_link.send(RouteMessage {route, added});
+        };
+        QObject::connect(
+            &m_root, &CMRootWorker::routeAdded, &m_root,
+            [passOn](const CMPath &route) { passOn(route, true); }, Qt::DirectConnection);
+        QObject::connect(
+            &m_root, &CMRootWorker::routeRemoved, &m_root,
+            [passOn](const CMPath &route) { passOn(route, false); }, Qt::DirectConnection);
+        QObject::connect(
+            &m_root, &CMRootWorker::changedElsewhere, &m_root,
+            [this](const CMChange &change, bool startingWith) {
+                m_link.send(ChangeMessage {change, startingWith});
+            },
+            Qt::DirectConnection);
+    }
+
+    /// Often enough for the host's patience, and not with each short exchange.
+    void tellOfLife()
+    {
+        const auto now = std::chrono::steady_clock::now().time_since_epoch();
+        auto last = m_lastSign.load();
+        if (now - last > SignInterval && m_lastSign.compare_exchange_strong(last, now))
+            m_link.send(AliveMessage());
+    }
+
+    void startLink()
+    {
+        NodeLink::Handler handler;
+        handler.take
+            = [this](MessageKind kind, const QByteArray &payload) { return take(kind, payload); };
+        // Nothing that could still be done is of use to anybody.
+        handler.ended = [this](const QString &) {
+            if (!m_done)
+                ::_exit(Failure);
+        };
+        handler.interrupted = [] { return CMUnansweredError(); };
+        handler.cancel = [this](const std::shared_ptr<CMReplyAbstractData> &answer) {
+            m_cancellation.cancel(answer);
+        };
+        m_link.start(std::move(handler));
+    }
+
+    /// On whichever thread receives.
+    QString take(MessageKind kind, const QByteArray &payload)
+    {
+        if (kind == MessageKind::Value) {
+            if (const auto value = decode<ValueMessage>(payload)) {
+                m_values.take(*value);
+                m_watch.settingChanged(value->path);
+            }
+        } else if (kind == MessageKind::Player) {
+            if (const auto player = decode<PlayerMessage>(payload))
+                m_player.take(VeskPlayLogicData(player->data));
+        } else if (kind == MessageKind::Stop) {
+            QMetaObject::invokeMethod(
+                qApp, [this] { stop(); }, Qt::QueuedConnection);
+        } else {
+            return QStringLiteral("an unknown message");
+        }
+        return {};
+    }
+
+    void stop()
+    {
+        m_stopping = true;
+        // A plug-in that waits for an answer from its service waits no longer.
+        HttpClient::shutDownAll();
+        if (m_thread.isRunning())
+            m_thread.quit();
+        else
+            QCoreApplication::exit(Success);
+    }
+
+    CMRootWorker m_root;
+    Cancellation m_cancellation;
+    NodeLink m_link;
+    Upstream m_upstream;
+    ValuesMirror m_values;
+    PluginWatch m_watch;
+    PlayerMirror m_player;
+    std::unique_ptr<UiLanguage> m_language;
+    PluginThread m_thread;
+    std::unique_ptr<LoopReceiver> m_receiver; ///< m_thread's
+    std::atomic<std::chrono::steady_clock::duration> m_lastSign {};
+    bool m_stopping = false;
+    std::atomic<bool> m_done {false};
+};
+
+} // namespace
+
+int runPlugin(int argc, char **argv)
+{
+    if (!isSocket(PluginSocket))
+        return complain(BadUsage, "only vesk-host can start this program");
+    setUpMemory();
+    const bool isAlone = endLoggingThreads();
+    std::signal(SIGPIPE, SIG_IGN);
+    auto channel = std::make_unique<Channel>(PluginSocket);
+    const std::optional<StartMessage> start = greet(*channel);
+    if (!start)
+        return complain(Failure, "the host did not say what to do");
+    const bool trusts = start->caFile.isEmpty() || HttpClient::setCaFile(start->caFile);
+    // From here on nothing that comes from outside meets more rights than it needs.
+    const QStringList notConfined = confineProcess(readableFiles(*start));
+
+    const log4cplus::Initializer logging;
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("vesk-plugin"));
+    setUpLogging(start->logLevel, QString());
+    if (!isAlone)
+        VESK_WARN("There are threads that are not confined.");
+    for (const QString &line : notConfined)
+        VESK_INFO(line);
+    if (!trusts)
+        VESK_ERROR("There is no certificate in " << start->caFile);
+    HttpClient::setConnectTo(start->connectTo);
+    {
+        Worker worker(std::move(channel), *start);
+        worker.run();
+    }
+    // What libraries do at the end of a process may need rights that this one has no more.
+    std::_Exit(Success);
+}

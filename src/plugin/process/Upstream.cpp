@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/process/Upstream.h"
+
+#include "plugin/link/NodeLink.h"
+
+Upstream::Upstream(NodeLink *link, QObject *parent)
+    : CMAbstractWorker(parent)
+    , m_link(link)
+{
+}
+
+void Upstream::request(CMRequest request)
+{
+    // Counts as a redirect: a path that each of two processes takes for the other's must not go to
+    // and fro for ever.
+    const CMRequest upward = request.redirectedTo(request.path());
+    if (upward.kind() != CMRequest::None)
+        m_link->request(upward);
+}
+
+void Upstream::connectChange(const CMPath &path)
+{
+    m_link->watch(path, true);
+}
+
+void Upstream::disconnectChange(const CMPath &path)
+{
+    m_link->watch(path, false);
+}

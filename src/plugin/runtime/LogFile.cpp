@@ -1,0 +1,104 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/runtime/LogFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr mode_t Mode = 0640;
+constexpr std::chrono::seconds TryAgain {1};
+
+} // namespace
+
+LogFile::LogFile(std::string file, std::uint64_t maxSize)
+    : m_file(std::move(file))
+    , m_maxSize(maxSize)
+{
+}
+
+files::Problem LogFile::open()
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return openIt();
+}
+
+files::Problem LogFile::openIt()
+{
+    m_nextTry = Clock::now() + TryAgain;
+    files::Descriptor opened;
+    files::Problem problem
+        = files::openRegular(m_file, O_WRONLY | O_APPEND | O_CREAT, Mode, opened);
+    if (problem)
+        m_reason = problem.text;
+    m_descriptor = std::move(opened);
+    return problem;
+}
+
+void LogFile::write(std::string_view record)
+{
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_descriptor.isOpen() && Clock::now() >= m_nextTry)
+        openIt();
+    if (m_maxSize > 0 && m_descriptor.isOpen()) {
+        const std::uint64_t before = size();
+        if (before > 0 && before + record.size() > m_maxSize)
+            rotate();
+    }
+    if (m_lost > 0)
+        tellOfLost();
+    if (m_lost > 0 || !append(record))
+        ++m_lost;
+}
+
+void LogFile::rotate()
+{
+    // A link to the file stays one.
+    const std::unique_ptr<char, decltype(&std::free)> real(
+        ::realpath(m_file.c_str(), nullptr), &std::free);
+    const std::string from = real ? real.get() : m_file;
+    if (::rename(from.c_str(), (from + ".1").c_str()) == 0)
+        openIt();
+    else if (::ftruncate(m_descriptor.number(), 0) != 0) // in a folder that one may not change
+        m_descriptor = files::Descriptor();
+}
+
+std::uint64_t LogFile::size() const
+{
+    struct stat status { };
+    const bool isKnown = ::fstat(m_descriptor.number(), &status) == 0;
+    return isKnown ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+bool LogFile::append(std::string_view text)
+{
+    if (!m_descriptor.isOpen())
+        return false;
+    ssize_t count = -1;
+    do
+        count = ::write(m_descriptor.number(), text.data(), text.size());
+    while (count < 0 && errno == EINTR);
+    if (count == static_cast<ssize_t>(text.size()))
+        return true;
+    m_isTorn |= count > 0;
+    m_reason = files::Problem::ofSystem("it cannot be written").text;
+    return false;
+}
+
+void LogFile::tellOfLost()
+{
+    if (m_isTorn && !append("\n"))
+        return;
+    m_isTorn = false;
+    const std::string line
+        = std::to_string(m_lost) + " records are missing here: " + m_reason + '\n';
+    if (append(line))
+        m_lost = 0;
+}

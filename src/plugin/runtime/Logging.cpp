@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/runtime/Logging.h"
+
+#include "api/core/log.h"
+#include "plugin/runtime/LogFile.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+#include <log4cplus/appender.h>
+#include <log4cplus/config.hxx>
+#include <log4cplus/consoleappender.h>
+#include <log4cplus/layout.h>
+#include <log4cplus/loglevel.h>
+
+#include <cstdio>
+#include <iostream>
+
+VESK_LOGGER("Qt")
+
+namespace {
+
+constexpr char Pattern[] = "%D{%Y-%m-%d %H:%M:%S.%q} %-5p %c %F:%L [%t] %m%n";
+/// For lines that have all of that already.
+constexpr char LinePattern[] = "%m%n";
+
+log4cplus::Logger linesOfPlugins()
+{
+    static const log4cplus::Logger logger
+        = log4cplus::Logger::getInstance(LOG4CPLUS_TEXT("LinesOfPlugins"));
+    return logger;
+}
+
+/// The file of this process's log; null while it goes to standard error.
+std::shared_ptr<LogFile> &logFile()
+{
+    static std::shared_ptr<LogFile> file;
+    return file;
+}
+
+/// log4cplus's own appenders for files wait for a FIFO, leave the mode to the umask, and cannot
+/// share one file, which the two layouts here do.
+class LogFileAppender : public log4cplus::Appender {
+public:
+    explicit LogFileAppender(std::shared_ptr<LogFile> file)
+        : m_file(std::move(file))
+    {
+    }
+    ~LogFileAppender() override { destructorImpl(); }
+
+    void close() override { closed = true; }
+
+protected:
+    void append(const log4cplus::spi::InternalLoggingEvent &event) override
+    {
+        m_file->write(formatEvent(event));
+    }
+
+private:
+    const std::shared_ptr<LogFile> m_file;
+};
+
+log4cplus::SharedAppenderPtr makeAppender(const char *pattern)
+{
+    log4cplus::SharedAppenderPtr appender;
+    if (logFile())
+        appender = new LogFileAppender(logFile());
+    else
+        appender = new log4cplus::ConsoleAppender(true, true);
+    appender->setLayout(std::make_unique<log4cplus::PatternLayout>(pattern));
+    return appender;
+}
+
+log4cplus::LogLevel logLevelOf(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return log4cplus::DEBUG_LOG_LEVEL;
+    case QtInfoMsg:
+        return log4cplus::INFO_LOG_LEVEL;
+    case QtWarningMsg:
+        return log4cplus::WARN_LOG_LEVEL;
+    case QtCriticalMsg:
+        return log4cplus::ERROR_LOG_LEVEL;
+    case QtFatalMsg:
+        break;
+    }
+    return log4cplus::FATAL_LOG_LEVEL; // after which Qt itself aborts
+}
+
+void logQtMessage(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    const log4cplus::LogLevel level = logLevelOf(type);
+    if (!veskLogger().isEnabledFor(level))
+        return;
+    veskWriteLog(veskLogger(), level, message.toStdString(), context.file ? context.file : "",
+        context.line, context.function ? context.function : "");
+}
+
+} // namespace
+
+bool endLoggingThreads()
+{
+    constexpr int PatienceMs = 2000;
+    log4cplus::deinitialize();
+    // They are gone for log4cplus before they are for the system.
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    QDeadlineTimer patience(PatienceMs);
+    const auto count
+        = [&tasks] { return tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot).size(); };
+    while (count() > 1 && !patience.hasExpired())
+        QThread::yieldCurrentThread();
+    return count() == 1;
+}
+
+void logLineOfPlugin(const QByteArray &line)
+{
+    linesOfPlugins().forcedLog(log4cplus::INFO_LOG_LEVEL, line.toStdString());
+}
+
+QString setUpLogging(const QString &level, const QString &file, qint64 maxSize)
+{
+    logFile().reset();
+    if (file.isEmpty()) {
+        // A record is one write, not one for each of its parts.
+        std::cerr.unsetf(std::ios::unitbuf);
+        ::setvbuf(stderr, nullptr, _IOLBF, 0);
+    } else {
+        const auto made = std::make_shared<LogFile>(
+            QFile::encodeName(file).toStdString(), static_cast<std::uint64_t>(maxSize));
+        if (const files::Problem problem = made->open())
+            return QStringLiteral("%1: %2").arg(file, QString::fromStdString(problem.text));
+        logFile() = made;
+    }
+    log4cplus::Logger root = log4cplus::Logger::getRoot();
+    root.removeAllAppenders();
+    root.addAppender(makeAppender(Pattern));
+    root.setLogLevel(log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
+    log4cplus::Logger lines = linesOfPlugins();
+    lines.setAdditivity(false);
+    lines.removeAllAppenders();
+    lines.addAppender(makeAppender(LinePattern));
+    qInstallMessageHandler(logQtMessage);
+    return {};
+}
+
+void reopenLog()
+{
+    if (!logFile())
+        return;
+    if (const files::Problem problem = logFile()->open())
+        std::cerr << "The log cannot be opened: " << problem.text << std::endl;
+}

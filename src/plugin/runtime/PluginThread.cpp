@@ -1,0 +1,110 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/runtime/PluginThread.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <dlfcn.h>
+#include <exception>
+
+VESK_LOGGER("Host")
+
+namespace {
+
+/// Threads that start threads that start threads.
+constexpr int MostGenerations = 8;
+
+using WorkerCreate = void *(*)(const char *name, void *config);
+
+QString loaderError()
+{
+    const char *text = ::dlerror();
+    return text ? QString::fromLocal8Bit(text) : QStringLiteral("unknown error");
+}
+
+WorkerCreate loadLibrary(const QString &file, QString &error)
+{
+    // Absolute: a bare name would be looked for in the system's folders. The library is never
+    // unloaded: loggers, meta-objects and queued destructors of its code may outlive its worker.
+    const QByteArray name = QFile::encodeName(QFileInfo(file).absoluteFilePath());
+    void *library = ::dlopen(name.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    if (!library) {
+        error = loaderError();
+        return nullptr;
+    }
+    void *symbol = ::dlsym(library, "worker_create");
+    if (!symbol)
+        error = loaderError();
+    return reinterpret_cast<WorkerCreate>(symbol);
+}
+
+} // namespace
+
+PluginThread::PluginThread(const QString &file, const QVariantHash &config)
+    : m_file(file)
+    , m_config(config)
+{
+    setObjectName(QFileInfo(file).baseName());
+}
+
+PluginThread::~PluginThread()
+{
+    VESK_ASSERT(!isRunning());
+}
+
+PluginThread *PluginThread::homeOf(QThread *thread)
+{
+    // A thread's object lives on the thread that made it; the main thread's on the main thread.
+    for (int generations = 0; thread && generations < MostGenerations; ++generations) {
+        if (auto *home = qobject_cast<PluginThread *>(thread))
+            return home;
+        thread = thread->thread();
+    }
+    return nullptr;
+}
+
+void PluginThread::whenIdle(QObject *context, std::function<void()> done)
+{
+    const auto answer = std::make_shared<CMReplyData<QVariant>>();
+    answer->whenFinished(context, std::move(done));
+    m_worker->post(CMSetDataRequest(
+        m_worker->addPrefix(QString()), CMPingRole(), QVariant(), CMReply<QVariant>(answer)));
+}
+
+std::unique_ptr<CMNodesWorker> PluginThread::createWorker(QString &error)
+{
+    const WorkerCreate workerCreate = loadLibrary(m_file, error);
+    if (!workerCreate)
+        return nullptr;
+    const QByteArray name = QFileInfo(m_file).baseName().toUtf8();
+    try {
+        std::unique_ptr<CMNodesWorker> worker(
+            static_cast<CMNodesWorker *>(workerCreate(name.constData(), &m_config)));
+        if (!worker)
+            error = QStringLiteral("worker_create made no worker");
+        return worker;
+    } catch (const std::exception &exception) {
+        error = QString::fromLocal8Bit(exception.what());
+    } catch (...) {
+        error = QStringLiteral("worker_create threw something");
+    }
+    return nullptr;
+}
+
+void PluginThread::run()
+{
+    veskSetThreadName(objectName());
+    QString error;
+    std::unique_ptr<CMNodesWorker> worker = createWorker(error);
+    m_worker = worker.get();
+    Q_EMIT loaded(worker ? worker->addPrefix(QString()) : CMPath(), error);
+    if (!worker)
+        return;
+    exec();
+    VESK_DEBUG("unloading " << m_file);
+}

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/supervision/Plugin.h"
+
+#include "api/core/log.h"
+#include "api/core/vesk.h"
+
+VESK_LOGGER("Host")
+
+Plugin::Plugin(const QString &file, QObject *parent)
+    : QObject(parent)
+    , m_file(file)
+    , m_descriptor(PluginDescriptor::read(PluginDescriptor::fileOf(file), m_descriptorError))
+{
+    veskConnect(&m_readSettings, &ReadSettings::outdated, this, &Plugin::holdRequests);
+    veskConnect(&m_readSettings, &ReadSettings::upToDate, this, &Plugin::releaseRequests);
+    veskConnect(&m_readSettings, &ReadSettings::settled, this, &Plugin::renew);
+    if (!m_descriptorError.isEmpty())
+        VESK_ERROR(PluginDescriptor::fileOf(file)
+            << " is not used, so that no address of the plug-in is guarded: " << m_descriptorError);
+}
+
+Plugin::~Plugin() = default;
+
+void Plugin::reject(const QString &reason)
+{
+    VESK_ERROR("plug-in " << m_file << " is not used: " << reason);
+    m_root = CMPath();
+    m_error = reason;
+    unload();
+}
+
+void Plugin::finishLoading(const CMPath &root, const QString &error)
+{
+    m_root = root;
+    m_error = error;
+    if (error.isEmpty())
+        VESK_INFO("plug-in " << m_file << " serves " << root);
+    else
+        VESK_ERROR("plug-in " << m_file << " cannot be loaded: " << error);
+    Q_EMIT loadFinished();
+}

@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include "api/values/CMPath.h"
+#include "plugin/supervision/PluginDescriptor.h"
+#include "plugin/supervision/ReadSettings.h"
+
+#include <QObject>
+#include <QString>
+
+/// One plug-in: a library and the worker that it makes, in this process or in one of its own. Used
+/// on the main thread, with an event loop.
+///
+/// A library offers `extern "C" void *worker_create(const char *name, void *config)`: config points
+/// to a QVariantHash, the answer is a CMNodesWorker as it came from `new`, or null.
+///
+/// When a setting changes that the plug-in has read for keeps (ReadSettings), it is started anew,
+/// once the settings have settled. From the change on its paths are asked of the new one: requests
+/// wait for it. What is under way is answered first, or, if it only reads, by the new one.
+class Plugin : public QObject {
+    Q_OBJECT
+
+public:
+    explicit Plugin(const QString &file, QObject *parent = nullptr);
+    /// Ends what still runs, and waits for it.
+    ~Plugin() override;
+
+    /// Starts loading, once; loadFinished() tells the outcome.
+    virtual void load() = 0;
+    /// Ends the worker; unloaded() tells when that is done, at once when nothing runs. A worker
+    /// that is busy is ended when it is done.
+    virtual void unload() = 0;
+    virtual bool isRunning() const = 0;
+    /// Whether its worker answers what is asked of \a path.
+    virtual bool serves(const CMPath &path) const = 0;
+
+    /// The settings that it has read, as far as they are known.
+    ReadSettings &readSettings() { return m_readSettings; }
+
+    /// Unloads a plug-in that is loaded but cannot be used.
+    void reject(const QString &reason);
+
+    const QString &file() const { return m_file; }
+    /// What the file beside the library says; empty without one.
+    const PluginDescriptor &descriptor() const { return m_descriptor; }
+    /// Why that file is not used; empty otherwise.
+    const QString &descriptorError() const { return m_descriptorError; }
+    /// The root path of the worker; empty unless it is loaded.
+    const CMPath &root() const { return m_root; }
+    /// Why it could not be loaded; empty otherwise.
+    const QString &error() const { return m_error; }
+
+Q_SIGNALS:
+    void loadFinished();
+    void unloaded();
+    /// What is asked from now on waits for a new worker.
+    void restarting();
+    /// A new worker serves the same paths and knows nothing of what the former one was told.
+    void restarted();
+
+protected:
+    /// Has requests for the plug-in's own paths wait.
+    virtual void holdRequests() = 0;
+    /// Lets the worker have them after all.
+    virtual void releaseRequests() = 0;
+    /// Replaces the worker, if it runs.
+    virtual void renew() = 0;
+    void finishLoading(const CMPath &root, const QString &error);
+
+private:
+    const QString m_file;
+    QString m_descriptorError; ///< before the next, which fills it in
+    const PluginDescriptor m_descriptor;
+    CMPath m_root;
+    QString m_error;
+    ReadSettings m_readSettings;
+};

@@ -1,0 +1,295 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/supervision/PluginDescriptor.h"
+
+#include "api/values/CMPath.h"
+#include "api/web/VeskJson.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr int Format = 1;
+/// Taking texts out can leave new ones; who nests them deeper means no good.
+constexpr int MostRounds = 8;
+
+bool isLetterOrDigit(QChar c)
+{
+    const ushort code = c.unicode();
+    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z')
+        || (code >= '0' && code <= '9');
+}
+
+bool isWord(const QString &text)
+{
+    return std::all_of(text.begin(), text.end(), &isLetterOrDigit);
+}
+
+/// Reads the members of one object. What is wrong first is kept.
+class MemberReader {
+public:
+    MemberReader(const QVariant &object, const QString &what, QString &error)
+        : m_members(object.toHash())
+        , m_what(what)
+        , m_error(error)
+    {
+        if (object.userType() != QMetaType::QVariantHash)
+            fail(QStringLiteral("an object is needed"));
+    }
+
+    void knowsOnly(const QStringList &names)
+    {
+        for (auto it = m_members.constBegin(); it != m_members.constEnd(); ++it) {
+            if (!names.contains(it.key()))
+                fail(QStringLiteral("there is no \"%1\"").arg(it.key().left(MaxShown)));
+        }
+    }
+
+    bool has(const QString &name) const { return m_members.contains(name); }
+    QVariant value(const QString &name) const { return m_members.value(name); }
+
+    QString text(const QString &name)
+    {
+        if (!has(name))
+            return {};
+        const QString text = textOf(value(name));
+        if (text.isNull())
+            fail(QStringLiteral("\"%1\" is no text").arg(name));
+        return text;
+    }
+
+    /// A list of texts that are not empty; with \a words of letters and digits only.
+    QStringList texts(const QString &name, bool words = false)
+    {
+        QStringList texts;
+        for (const QVariant &entry : list(name)) {
+            const QString text = textOf(entry);
+            if (text.isEmpty() || (words && !isWord(text)))
+                fail(QStringLiteral("\"%1\" holds what is no %2")
+                         .arg(name, QLatin1String(words ? "word" : "text")));
+            texts.append(text);
+        }
+        return texts;
+    }
+
+    QVariantList list(const QString &name)
+    {
+        if (!has(name))
+            return {};
+        const QVariant value = m_members.value(name);
+        const QVariantList list = value.toList();
+        if (value.userType() != QMetaType::QVariantList
+            || list.size() > PluginDescriptor::MaxEntries) {
+            fail(QStringLiteral("\"%1\" is no list of at most %2")
+                     .arg(name)
+                     .arg(PluginDescriptor::MaxEntries));
+            return {};
+        }
+        return list;
+    }
+
+    void fail(const QString &error)
+    {
+        if (m_error.isEmpty())
+            m_error = m_what.isEmpty() ? error : m_what + QStringLiteral(": ") + error;
+    }
+
+private:
+    static constexpr int MaxShown = 40;
+
+    /// Null for what is no text; an empty one is not.
+    static QString textOf(const QVariant &value)
+    {
+        const QString text = value.toString();
+        if (value.userType() != QMetaType::QString || text.size() > PluginDescriptor::MaxText)
+            return {};
+        return text.isNull() ? QStringLiteral("") : text;
+    }
+
+    const QVariantHash m_members;
+    const QString m_what;
+    QString &m_error;
+};
+
+ChangingAddresses readChanging(const QVariant &value, QString &error)
+{
+    MemberReader reader(value, QStringLiteral("changing"), error);
+    reader.knowsOnly({QStringLiteral("base"), QStringLiteral("words"), QStringLiteral("leftOut"),
+        QStringLiteral("parameter"), QStringLiteral("values")});
+    ChangingAddresses changing;
+    changing.base = reader.text(QStringLiteral("base"));
+    changing.words = reader.texts(QStringLiteral("words"), true);
+    changing.leftOut = reader.texts(QStringLiteral("leftOut"));
+    changing.parameter = reader.text(QStringLiteral("parameter"));
+    changing.values = reader.texts(QStringLiteral("values"));
+    if (changing.words.isEmpty() && changing.parameter.isEmpty())
+        reader.fail(QStringLiteral("neither \"words\" nor \"parameter\""));
+    if (!changing.values.isEmpty() && changing.parameter.isEmpty())
+        reader.fail(QStringLiteral("\"values\" without \"parameter\""));
+    return changing;
+}
+
+ServiceAnswerForm readAnswers(const QVariant &value, QString &error)
+{
+    MemberReader reader(value, QStringLiteral("answers"), error);
+    reader.knowsOnly({QStringLiteral("status"), QStringLiteral("good")});
+    const ServiceAnswerForm form {
+        reader.texts(QStringLiteral("status")), reader.texts(QStringLiteral("good"))};
+    if (form.status.isEmpty() || form.good.isEmpty())
+        reader.fail(QStringLiteral("\"status\" or \"good\" is missing"));
+    return form;
+}
+
+/// No escapes, dot segments, empty segments or letters that a server may take for others.
+bool isPlain(const QString &text)
+{
+    const auto isFine = [](QChar c) {
+        return isLetterOrDigit(c) || c == QLatin1Char('/') || c == QLatin1Char('.')
+            || c == QLatin1Char('-') || c == QLatin1Char('_');
+    };
+    if (!std::all_of(text.begin(), text.end(), isFine))
+        return false;
+    const auto segments = text.splitRef(QLatin1Char('/'));
+    return std::none_of(segments.begin(), segments.end(), [](const QStringRef &segment) {
+        return segment.isEmpty() || segment.startsWith(QLatin1Char('.'))
+            || segment.endsWith(QLatin1Char('.'));
+    });
+}
+
+bool holdsWord(const QString &text, const QStringList &words)
+{
+    int begin = 0;
+    for (int i = 0; i <= text.size(); ++i) {
+        if (i < text.size() && isLetterOrDigit(text.at(i)))
+            continue;
+        const QStringRef word = text.midRef(begin, i - begin);
+        if (std::any_of(words.begin(), words.end(),
+                [&](const QString &each) { return word.compare(each, Qt::CaseInsensitive) == 0; }))
+            return true;
+        begin = i + 1;
+    }
+    return false;
+}
+
+/// Judges \a base as it is and as it becomes, step by step, when things are taken out of it.
+bool isChangingBase(const ChangingAddresses &changing, const QString &base)
+{
+    QString text = base;
+    for (int round = 0; round < MostRounds; ++round) {
+        if (text.isEmpty())
+            return false;
+        const int size = text.size();
+        if (!isPlain(text) || holdsWord(text, changing.words))
+            return true;
+        for (const QString &out : changing.leftOut) {
+            text.remove(out);
+            if (holdsWord(text, changing.words))
+                return true;
+        }
+        if (text.size() == size)
+            return false;
+        // What was in front of a segment may be gone.
+        if (text.startsWith(QLatin1Char('/')))
+            text.remove(0, 1);
+    }
+    return true;
+}
+
+bool hasParameter(const ChangingAddresses &changing, const CMPath &path)
+{
+    if (changing.parameter.isEmpty() || !path.hasParam(changing.parameter))
+        return false;
+    return changing.values.isEmpty()
+        || changing.values.contains(path.param(changing.parameter), Qt::CaseInsensitive);
+}
+
+/// What is at \a base below \a root.
+CMPath below(const CMPath &root, const QString &base)
+{
+    const bool joins = root.base().isEmpty() || base.isEmpty();
+    return CMPath(root.prefix(), root.base()) + (joins ? base : QLatin1Char('/') + base);
+}
+
+} // namespace
+
+PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &error)
+{
+    VeskError unreadable;
+    const QVariant value = VeskJson::parse(json, unreadable);
+    if (!unreadable.isEmpty()) {
+        error = QStringLiteral("this is no JSON");
+        return {};
+    }
+    MemberReader reader(value, QString(), error);
+    reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
+        QStringLiteral("deviceSetting"), QStringLiteral("answers")});
+    const QVariant format = reader.value(QStringLiteral("format"));
+    if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
+        reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
+    PluginDescriptor descriptor;
+    descriptor.id = reader.text(QStringLiteral("id"));
+    if (descriptor.id.isEmpty() || !isWord(descriptor.id))
+        reader.fail(QStringLiteral("\"id\" is no word"));
+    for (const QVariant &entry : reader.list(QStringLiteral("changing")))
+        descriptor.changing.append(readChanging(entry, error));
+    if (reader.has(QStringLiteral("deviceSetting"))) {
+        descriptor.deviceSetting
+            = CMPath::fromEncoded(reader.text(QStringLiteral("deviceSetting")));
+        if (descriptor.deviceSetting.isEmpty())
+            reader.fail(QStringLiteral("\"deviceSetting\" is no path"));
+    }
+    if (reader.has(QStringLiteral("answers")))
+        descriptor.answers = readAnswers(reader.value(QStringLiteral("answers")), error);
+    return error.isEmpty() ? descriptor : PluginDescriptor();
+}
+
+QString PluginDescriptor::fileOf(const QString &library)
+{
+    const QFileInfo info(library);
+    return info.absolutePath() + QLatin1Char('/') + info.completeBaseName()
+        + QStringLiteral(".json");
+}
+
+PluginDescriptor PluginDescriptor::read(const QString &file, QString &error)
+{
+    // A pipe in its place would not let go of the one who opens it.
+    const int descriptor
+        = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        if (errno != ENOENT)
+            error = QString::fromLocal8Bit(std::strerror(errno));
+        return {};
+    }
+    struct stat status { };
+    QFile opened;
+    opened.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        error = QStringLiteral("this is no regular file");
+        return {};
+    }
+    const QByteArray json = opened.read(MaxBytes + 1);
+    if (json.size() > MaxBytes) {
+        error = QStringLiteral("this is longer than %1 bytes").arg(MaxBytes);
+        return {};
+    }
+    return fromJson(json, error);
+}
+
+bool changesSomething(
+    const QVector<ChangingAddresses> &changing, const CMPath &root, const CMPath &path)
+{
+    return std::any_of(changing.begin(), changing.end(), [&](const ChangingAddresses &each) {
+        if (!path.startsWith(below(root, each.base)))
+            return false;
+        return hasParameter(each, path)
+            || (!each.words.isEmpty() && isChangingBase(each, path.base()));
+    });
+}

@@ -1,0 +1,620 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "host/http/HttpServer.h"
+
+#include "host/http/HttpResource.h"
+#include "host/rpc/JsonRpcDispatcher.h"
+#include "tests/support/RawWebSocket.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <gmock/gmock.h>
+
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
+const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
+
+/// A resource at /letter.
+class Letter : public HttpResource {
+public:
+    bool owns(const QByteArray &path) const override { return path == "/letter"; }
+    void get(const HttpQuery &query, Answered answered) override
+    {
+        if (isKept) {
+            kept = std::move(answered);
+            return;
+        }
+        const HttpAnswer answer {200, "text/plain", "for " + query.path + ", " + query.ifNoneMatch,
+            {{"Cache-Control", "private"}}};
+        if (isLate)
+            QTimer::singleShot(0, [answer, answered] { answered(answer); });
+        else
+            answered(answer);
+    }
+
+    bool isLate = false;
+    bool isKept = false;
+    Answered kept;
+};
+
+class HttpServerTest : public testing::Test {
+protected:
+    HttpServerTest() { startServer({}); }
+
+    void startServer(const HttpServerLimits &limits)
+    {
+        m_server.reset();
+        m_rpc = std::make_unique<JsonRpcDispatcher>();
+        m_rpc->addMethod(QStringLiteral("echo"),
+            [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
+        m_rpc->addMethod(
+            QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
+        m_rpc->addMethod(QStringLiteral("follow"), [](const JsonRpcCallPtr &call) {
+            call->peer()->setSubscribed(true);
+            call->finish({});
+        });
+        m_server = std::make_unique<HttpServer>(m_rpc.get(), limits);
+        QString error;
+        ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error))
+            << error.toStdString();
+    }
+
+    quint16 port() const { return m_server->port(); }
+
+    QByteArray exchange(const QByteArray &request)
+    {
+        return inBackground([&] { return RawClient::exchange(port(), request); });
+    }
+
+    QByteArray get(const QByteArray &target, const QByteArray &headers = {})
+    {
+        return exchange(RawClient::request("GET", target, port(), headers));
+    }
+
+    QByteArray post(const QByteArray &body) { return exchange(RawClient::rpc(port(), body)); }
+
+    QByteArray postWith(const QByteArray &headers)
+    {
+        return exchange(RawClient::request("POST", "/jsonrpc", port(), headers, Echo));
+    }
+
+    QList<JsonRpcCallPtr> m_kept;
+    Letter m_letter;
+    std::unique_ptr<JsonRpcDispatcher> m_rpc;
+    std::unique_ptr<HttpServer> m_server;
+};
+
+TEST_F(HttpServerTest, SaysWhereItListens)
+{
+    EXPECT_NE(port(), 0);
+    EXPECT_EQ(m_server->url(), QStringLiteral("http://127.0.0.1:%1/").arg(port()));
+}
+
+TEST_F(HttpServerTest, RefusesToListenWhereSomebodyElseDoes)
+{
+    HttpServer other(m_rpc.get());
+    QString error;
+    EXPECT_FALSE(other.listen({QStringLiteral("127.0.0.1"), port()}, error));
+    EXPECT_FALSE(error.isEmpty());
+}
+
+TEST_F(HttpServerTest, AnswersJsonRpc)
+{
+    const QByteArray response = post(Echo);
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(headerOf(response, "Content-Type"), "application/json");
+    EXPECT_EQ(bodyOf(response), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, AnswersWithoutContentWhenThereIsNothingToSay)
+{
+    EXPECT_EQ(statusOf(post(R"({"jsonrpc":"2.0","method":"echo"})")), 204);
+}
+
+TEST_F(HttpServerTest, AnswersAnEmptyBodyWithAParseError)
+{
+    const QByteArray response = exchange(RawClient::request(
+        "POST", "/jsonrpc", port(), "Content-Type: application/json\r\nContent-Length: 0\r\n"));
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_THAT(bodyOf(response).toStdString(), testing::HasSubstr("-32700"));
+}
+
+TEST_F(HttpServerTest, EndsAConnectionAfterItsAnswer)
+{
+    const QByteArray received = inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), Echo));
+        return client.readAll();
+    });
+    EXPECT_EQ(headerOf(received, "Connection"), "close");
+    EXPECT_EQ(bodyOf(received), EchoAnswer);
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+}
+
+TEST_F(HttpServerTest, ForgetsAClientThatLeavesBeforeItsAnswer)
+{
+    const QByteArray whole = RawClient::rpc(port(), Echo);
+    for (const int size : {0, 1, 40, whole.size() - 1, whole.size()}) {
+        inBackground([&] { return RawClient(port()).send(whole.left(size)); });
+        EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; })) << size;
+    }
+}
+
+TEST_F(HttpServerTest, AnswersOneWhileAnotherStillWaits)
+{
+    const auto waiting = std::async(std::launch::async, [this] {
+        return RawClient::exchange(
+            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+    m_kept.first()->finish(5);
+    ASSERT_TRUE(spinUntil(
+        [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    EXPECT_EQ(bodyOf(const_cast<std::future<QByteArray> &>(waiting).get()),
+        R"({"id":9,"jsonrpc":"2.0","result":5})");
+}
+
+TEST_F(HttpServerTest, DropsTheAnswerForAClientThatHasGone)
+{
+    inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+        return 0;
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_kept.first()->finish(5);
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, AbandonsTheCallsOfAClientThatHangsUp)
+{
+    const QByteArray request
+        = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+    for (const QByteArray &more : {QByteArray(), QByteArray("GET / HTTP/1.1\r\n")}) {
+        bool abandoned = false;
+        auto client = inBackground([&] { return std::make_unique<RawClient>(port()); });
+        inBackground([&] { return client->send(request + more); });
+        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+        const JsonRpcCallPtr call = m_kept.takeFirst();
+        call->whenAbandoned([&] { abandoned = true; });
+        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 200)) << "it still waits";
+        client.reset();
+        EXPECT_TRUE(spinUntil([&] { return abandoned; })) << more.toStdString();
+        EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+    }
+}
+
+TEST_F(HttpServerTest, AnswersAClientThatOnlySendsNoMore)
+{
+    for (const bool isOld : {false, true}) {
+        QByteArray request = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+        if (isOld)
+            request.replace("HTTP/1.1", "HTTP/1.0");
+        auto answer = std::async(std::launch::async, [&] {
+            RawClient client(port());
+            client.send(request);
+            client.finishSending();
+            return client.readAll();
+        });
+        bool abandoned = false;
+        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+        m_kept.first()->whenAbandoned([&] { abandoned = true; });
+        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 300));
+        m_kept.takeFirst()->finish(5);
+        ASSERT_TRUE(spinUntil(
+            [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+        const QByteArray received = answer.get();
+        EXPECT_TRUE(received.endsWith(R"({"id":9,"jsonrpc":"2.0","result":5})"));
+        EXPECT_EQ(received.contains("HTTP/1.1 102 "), !isOld);
+    }
+}
+
+TEST_F(HttpServerTest, SendsNothingBetweenTheBytesOfAnAnswer)
+{
+    // More than the system takes at once, so that it is still being written.
+    const QString result(16 * 1024 * 1024, QLatin1Char('x'));
+    auto answer = std::async(std::launch::async, [&] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+        const QByteArray begin = client.read(result.size() / 2);
+        client.finishSending();
+        return begin + client.readAll();
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_kept.takeFirst()->finish(result);
+    ASSERT_TRUE(spinUntil(
+        [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+    const QByteArray body = bodyOf(answer.get());
+    EXPECT_FALSE(body.contains("HTTP/1.1"));
+    EXPECT_TRUE(body == R"({"id":9,"jsonrpc":"2.0","result":")" + result.toLatin1() + "\"}");
+}
+
+TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
+{
+    const auto waiting = std::async(std::launch::async, [this] {
+        return RawClient::exchange(
+            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    m_server.reset();
+    m_kept.first()->finish(5);
+    ASSERT_TRUE(spinUntil(
+        [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
+}
+
+TEST_F(HttpServerTest, RefusesAForeignHostName)
+{
+    const QByteArray head = "POST /jsonrpc HTTP/1.1\r\nContent-Type: application/json\r\n"
+                            "Content-Length: "
+        + QByteArray::number(Echo.size()) + "\r\n";
+    for (const QByteArray &host : {QByteArray("Host: evil.example\r\n"),
+             QByteArray("Host: evil.example:" + QByteArray::number(port()) + "\r\n"),
+             QByteArray("Host: localhost\r\nHost: localhost\r\n"),
+             QByteArray("Host: 127.0.0.1:1\r\n")}) {
+        EXPECT_EQ(statusOf(exchange(head + host + "\r\n" + Echo)), 403) << host.toStdString();
+    }
+    for (const QByteArray &host : {QByteArray("Host: localhost\r\n"), QByteArray("Host: [::1]\r\n"),
+             QByteArray("Host: LOCALHOST:" + QByteArray::number(port()) + "\r\n")}) {
+        EXPECT_EQ(statusOf(exchange(head + host + "\r\n" + Echo)), 200) << host.toStdString();
+    }
+}
+
+TEST_F(HttpServerTest, RefusesARequestWithoutHost)
+{
+    const QByteArray response = exchange("GET / HTTP/1.0\r\n\r\n");
+    EXPECT_THAT(statusOf(response), testing::AnyOf(400, 403));
+}
+
+TEST_F(HttpServerTest, RefusesAPageFromElsewhere)
+{
+    const QByteArray type = "Content-Type: application/json\r\n";
+    const QByteArray own = "http://127.0.0.1:" + QByteArray::number(port());
+    EXPECT_EQ(statusOf(postWith(type + "Origin: " + own + "\r\n")), 200);
+    for (const QByteArray &origin : {QByteArray("http://evil.example"), QByteArray("null"),
+             QByteArray(), QByteArray("https" + own.mid(4)), QByteArray("http://127.0.0.1")}) {
+        EXPECT_EQ(statusOf(postWith(type + "Origin: " + origin + "\r\n")), 403)
+            << origin.toStdString();
+    }
+    EXPECT_EQ(statusOf(get("/", "Origin: http://evil.example\r\n")), 403);
+}
+
+TEST_F(HttpServerTest, TakesNothingButJson)
+{
+    EXPECT_EQ(statusOf(postWith("")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: text/plain\r\n")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: application/x-www-form-urlencoded\r\n")), 415);
+    EXPECT_EQ(statusOf(postWith("Content-Type: application/json; charset=utf-8\r\n")), 200);
+}
+
+TEST_F(HttpServerTest, GetChangesNothing)
+{
+    const QByteArray response = get("/jsonrpc?method=echo");
+    EXPECT_EQ(statusOf(response), 405);
+    EXPECT_EQ(headerOf(response, "Allow"), "POST");
+    for (const char *method : {"PUT", "DELETE", "OPTIONS", "PATCH"}) {
+        EXPECT_EQ(statusOf(exchange(RawClient::request(method, "/jsonrpc", port()))), 405)
+            << method;
+    }
+    EXPECT_EQ(statusOf(exchange(RawClient::request(
+                  "POST", "/", port(), "Content-Type: application/json\r\n", Echo))),
+        405);
+}
+
+TEST_F(HttpServerTest, ServesAPageAtItsRootAndNothingElse)
+{
+    const QByteArray response = get("/");
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(bodyOf(response), "The content browser's page is not installed.\n");
+    for (const char *target : {"/index.html", "//", "/jsonrpc/", "/jsonrpc/x", "/ws/"})
+        EXPECT_EQ(statusOf(get(target)), 404) << target;
+}
+
+TEST_F(HttpServerTest, OffersResourcesForReadingOnly)
+{
+    m_server->addResource(&m_letter);
+    const QByteArray response = get("/letter?a=b", "If-None-Match: \"x\"\r\n");
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(headerOf(response, "Content-Type"), "text/plain");
+    EXPECT_EQ(headerOf(response, "Cache-Control"), "private");
+    EXPECT_EQ(headerOf(response, "X-Content-Type-Options"), "nosniff");
+    EXPECT_EQ(bodyOf(response), "for /letter, \"x\"");
+    for (const char *method : {"POST", "PUT", "DELETE"}) {
+        const QByteArray refused = exchange(RawClient::request(
+            method, "/letter", port(), "Content-Type: application/json\r\n", Echo));
+        EXPECT_EQ(statusOf(refused), 405) << method;
+        EXPECT_EQ(headerOf(refused, "Allow"), "GET, HEAD");
+    }
+    EXPECT_EQ(statusOf(get("/letter/")), 404);
+    EXPECT_EQ(statusOf(get("/letter", "Origin: http://evil.example\r\n")), 403);
+    EXPECT_EQ(statusOf(exchange("GET /letter HTTP/1.1\r\nHost: evil.example\r\n\r\n")), 403);
+}
+
+TEST_F(HttpServerTest, WaitsForAResourceThatAnswersLater)
+{
+    m_letter.isLate = true;
+    m_server->addResource(&m_letter);
+    EXPECT_EQ(bodyOf(get("/letter")), "for /letter, ");
+}
+
+TEST_F(HttpServerTest, OutlivesAClientThatDoesNotWaitForAResource)
+{
+    m_letter.isKept = true;
+    m_server->addResource(&m_letter);
+    inBackground([this] {
+        RawClient client(port());
+        return client.send(RawClient::request("GET", "/letter", port()));
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_letter.kept != nullptr; }));
+    std::exchange(m_letter.kept, nullptr)({200, "text/plain", "too late", {}});
+    EXPECT_EQ(statusOf(get("/")), 200);
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+}
+
+TEST_F(HttpServerTest, AnswersHeadWithoutABody)
+{
+    const QByteArray response = inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::request("HEAD", "/", port(), "Connection: close\r\n"));
+        return client.readAll();
+    });
+    EXPECT_EQ(statusOf(response), 200);
+    EXPECT_EQ(bodyOf(response), "");
+}
+
+TEST_F(HttpServerTest, EveryAnswerCarriesTheHeadersThatGuardAPage)
+{
+    for (const QByteArray &response : {get("/"), get("/nothing"), post(Echo)}) {
+        EXPECT_EQ(headerOf(response, "Content-Security-Policy"), "default-src 'self'");
+        EXPECT_EQ(headerOf(response, "X-Content-Type-Options"), "nosniff");
+        EXPECT_EQ(headerOf(response, "Referrer-Policy"), "no-referrer");
+        EXPECT_EQ(headerOf(response, "Access-Control-Allow-Origin"), "");
+    }
+}
+
+TEST_F(HttpServerTest, TakesABodyOfAtMostSixtyFourKibibytes)
+{
+    const auto padded = [](int size) {
+        QByteArray body = Echo;
+        return body.append(QByteArray(size - body.size(), ' '));
+    };
+    EXPECT_EQ(statusOf(post(padded(65536))), 200);
+    EXPECT_EQ(statusOf(post(padded(65537))), 413);
+    EXPECT_EQ(statusOf(post(padded(1000000))), 413);
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+TEST_F(HttpServerTest, BoundsABodyThatComesInChunks)
+{
+    const auto chunked = [this](int chunks) {
+        QByteArray body;
+        for (int i = 0; i < chunks; ++i)
+            body += "1000\r\n" + QByteArray(4096, ' ') + "\r\n";
+        return RawClient::request("POST", "/jsonrpc", port(),
+                   "Content-Type: application/json\r\nTransfer-Encoding: chunked\r\n")
+            + body + "0\r\n\r\n";
+    };
+    EXPECT_EQ(statusOf(exchange(chunked(16))), 200);
+    EXPECT_EQ(statusOf(exchange(chunked(17))), 413);
+}
+
+TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotFinishItsRequest)
+{
+    HttpServerLimits limits;
+    limits.readTimeout = 50;
+    startServer(limits);
+    for (const QByteArray &part :
+        {QByteArray(), QByteArray("POST /jsonrpc HT"), RawClient::rpc(port(), Echo).chopped(1)}) {
+        const QByteArray received = inBackground([&] {
+            RawClient client(port());
+            client.send(part);
+            return client.readAll();
+        });
+        EXPECT_EQ(received, "") << part.toStdString();
+    }
+}
+
+TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotTakeItsAnswer)
+{
+    HttpServerLimits limits;
+    limits.writeTimeout = 50;
+    startServer(limits);
+    m_rpc->addMethod(QStringLiteral("much"), [](const JsonRpcCallPtr &call) {
+        call->finish(QString(32 * 1024 * 1024, QLatin1Char('x')));
+    });
+    const auto client = std::make_unique<RawClient>(port());
+    client->send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":1,"method":"much"})"));
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 1; }));
+    EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+}
+
+/// A server with room for three connections.
+class FullHttpServerTest : public HttpServerTest {
+protected:
+    FullHttpServerTest()
+    {
+        HttpServerLimits limits;
+        limits.connections = 3;
+        startServer(limits);
+    }
+
+    static constexpr char Keep[] = R"({"jsonrpc":"2.0","id":1,"method":"keep"})";
+    static constexpr char Follow[] = R"({"jsonrpc":"2.0","id":1,"method":"follow"})";
+
+    /// Opens connections of clients that then say no more, one after the other.
+    template <class Client>
+    std::vector<std::unique_ptr<Client>> open(int count, const QByteArray &message = {})
+    {
+        std::vector<std::unique_ptr<Client>> clients;
+        for (int i = 0; i < count; ++i) {
+            clients.push_back(inBackground([&] {
+                auto client = std::make_unique<Client>(port());
+                say(*client, message);
+                return client;
+            }));
+            // No two are equally quiet.
+            QElapsedTimer clock;
+            clock.start();
+            EXPECT_TRUE(spinUntil([&] { return clock.elapsed() > 2; }));
+        }
+        return clients;
+    }
+    static void say(RawClient &client, const QByteArray &message)
+    {
+        if (!message.isEmpty())
+            client.send(message);
+    }
+    static void say(RawWebSocket &client, const QByteArray &message)
+    {
+        if (!message.isEmpty())
+            client.ask(message);
+    }
+    template <class Client>
+    bool isOpen(Client &client)
+    {
+        return inBackground([&] { return client.ask(Echo); }) == EchoAnswer;
+    }
+};
+
+TEST_F(FullHttpServerTest, ServesANewClientAndLetsTheOldestIdleOneGo)
+{
+    const auto idle = open<RawClient>(3);
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 3; }));
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return idle[0]->readAll(); }), "");
+    const QByteArray second = inBackground([&] {
+        idle[1]->send(RawClient::rpc(port(), Echo));
+        return idle[1]->readResponse();
+    });
+    EXPECT_EQ(statusOf(second), 200) << "who came later is still there";
+}
+
+TEST_F(FullHttpServerTest, LetsNoneGoThatWaitsForItsAnswer)
+{
+    const auto waiting = open<RawClient>(3, RawClient::rpc(port(), Keep));
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 3; }));
+    EXPECT_EQ(statusOf(post(Echo)), 503);
+    for (const JsonRpcCallPtr &call : qAsConst(m_kept))
+        call->finish(QStringLiteral("late"));
+    for (const auto &client : waiting) {
+        const QByteArray response = inBackground([&] { return client->readResponse(); });
+        EXPECT_EQ(bodyOf(response), R"({"id":1,"jsonrpc":"2.0","result":"late"})");
+    }
+    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
+    EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
+}
+
+TEST_F(FullHttpServerTest, AWebSocketThatFollowsSomethingStaysWhereOneIsIdle)
+{
+    const auto follower = open<RawWebSocket>(1, Follow);
+    const auto idle = open<RawWebSocket>(2);
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_TRUE(isOpen(*follower[0]));
+    EXPECT_EQ(inBackground([&] { return idle[0]->receive(); }).opcode, -1);
+    EXPECT_TRUE(isOpen(*idle[1]));
+}
+
+TEST_F(FullHttpServerTest, AWebSocketThatWaitsForAnAnswerStays)
+{
+    const auto asking = inBackground([this] {
+        auto socket = std::make_unique<RawWebSocket>(port());
+        socket->send(RawWebSocket::Text, Keep);
+        return socket;
+    });
+    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    const auto idle = open<RawWebSocket>(2);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    m_kept.first()->finish(1);
+    EXPECT_EQ(inBackground([&] { return asking->receive(); }).payload,
+        R"({"id":1,"jsonrpc":"2.0","result":1})");
+}
+
+TEST_F(FullHttpServerTest, WhereAllFollowSomethingTheQuietestGoes)
+{
+    const auto followers = open<RawWebSocket>(3, Follow);
+    ASSERT_TRUE(isOpen(*followers[0]));
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return followers[1]->receive(); }).opcode, -1);
+    EXPECT_TRUE(isOpen(*followers[0]));
+    EXPECT_TRUE(isOpen(*followers[2]));
+}
+
+TEST_F(FullHttpServerTest, TheClientWithTheMostConnectionsGivesOneUp)
+{
+    const auto alone
+        = inBackground([this] { return std::make_unique<RawClient>(port(), "127.0.0.2"); });
+    const auto many = open<RawWebSocket>(2, Follow);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+    EXPECT_EQ(inBackground([&] { return many[0]->receive(); }).opcode, -1);
+    const QByteArray response = inBackground([&] {
+        alone->send(RawClient::rpc(port(), Echo));
+        return alone->readResponse();
+    });
+    EXPECT_EQ(statusOf(response), 200);
+}
+
+TEST_F(FullHttpServerTest, AFloodIsBoundedAndTheOnesThatCameFirstGo)
+{
+    std::vector<std::unique_ptr<RawClient>> clients;
+    const QByteArray received = inBackground([&] {
+        for (int i = 0; i < 60; ++i)
+            clients.push_back(std::make_unique<RawClient>(port()));
+        return clients.front()->readAll();
+    });
+    EXPECT_EQ(received, "");
+    EXPECT_LE(m_server->connections(), 3 + 16);
+    EXPECT_EQ(statusOf(post(Echo)), 200);
+}
+
+TEST_F(HttpServerTest, AnswersAClickWhileAnotherClientHoldsEveryConnection)
+{
+    const auto page = inBackground([this] {
+        auto socket = std::make_unique<RawWebSocket>(port());
+        socket->ask(R"({"jsonrpc":"2.0","id":1,"method":"follow"})");
+        return socket;
+    });
+    std::vector<std::unique_ptr<RawClient>> held;
+    for (int round = 0; round < 2; ++round) {
+        inBackground([&] {
+            for (int i = 0; i < 64; ++i)
+                held.push_back(std::make_unique<RawClient>(port()));
+            return true;
+        });
+        QElapsedTimer clock;
+        clock.start();
+        EXPECT_EQ(inBackground([&] { return page->ask(Echo); }), EchoAnswer);
+        EXPECT_EQ(statusOf(post(Echo)), 200);
+        EXPECT_LT(clock.elapsed(), 1000);
+    }
+    EXPECT_LE(m_server->connections(), 64 + 16);
+}
+
+TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
+{
+    for (const QByteArray &bytes :
+        {QByteArray("\r\n\r\n"), QByteArray(200000, 'A'), QByteArray("GET\r\n\r\n"),
+            QByteArray("POST /jsonrpc HTTP/9.9\r\n\r\n"), QByteArray("\0\0\0\0\r\n\r\n", 8),
+            QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: -5\r\n\r\n"),
+            QByteArray("POST /jsonrpc HTTP/1.1\r\nContent-Length: 99999999999999999999\r\n\r\n"),
+            QByteArray("GET /%00 HTTP/1.1\r\nHost: localhost\r\n\r\n"),
+            QByteArray("GET http://evil.example/ HTTP/1.1\r\nHost: evil.example\r\n\r\n")}) {
+        const QByteArray response = inBackground([&] {
+            RawClient client(port());
+            client.send(bytes);
+            client.finishSending();
+            return client.readAll();
+        });
+        EXPECT_NE(statusOf(response), 200) << bytes.left(40).toStdString();
+    }
+    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+}
+
+} // namespace

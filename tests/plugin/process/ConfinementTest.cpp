@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#include "plugin/supervision/SupervisedPlugin.h"
+
+#include "api/nodes/CMRootWorker.h"
+#include "tests/api/nodes/TestNodes.h"
+#include "tests/host/HostProcess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/socket.h>
+#include <sys/syscall.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+using testing::AnyOf;
+
+bool hasLandlock()
+{
+    constexpr int VersionFlag = 1;
+    return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, VersionFlag) >= 1;
+}
+
+/// The value of a line of /proc/PID/status.
+QByteArray statusOf(int process, const QByteArray &name)
+{
+    QFile file(QStringLiteral("/proc/%1/status").arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return "no such process";
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).trimmed();
+    }
+    return "no such line";
+}
+
+/// The worker processes of \a plugin.
+QList<int> workersOf(const QString &plugin)
+{
+    QList<int> found;
+    const QStringList processes = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &process : processes) {
+        QFile file(QStringLiteral("/proc/%1/cmdline").arg(process));
+        if (process.toInt() == 0 || !file.open(QIODevice::ReadOnly))
+            continue;
+        const QList<QByteArray> arguments = file.readAll().split('\0');
+        if (arguments.value(0) == PLUGIN_PROGRAM && arguments.value(1) == QFile::encodeName(plugin))
+            found.append(process.toInt());
+    }
+    return found;
+}
+
+/// A plug-in that tries things, in the process that a host gives it.
+class ConfinementTest : public testing::Test {
+protected:
+    ConfinementTest()
+    {
+        PluginProcessOptions options;
+        options.program = QStringLiteral(PLUGIN_PROGRAM);
+        options.start = [] {
+            StartMessage message;
+            message.file = QStringLiteral(PROBING_PLUGIN);
+            message.logLevel = QStringLiteral("error");
+            return message;
+        };
+        m_plugin = std::make_unique<SupervisedPlugin>(QStringLiteral(PROBING_PLUGIN), options);
+        bool finished = false;
+        QObject::connect(m_plugin.get(), &Plugin::loadFinished, [&] { finished = true; });
+        m_plugin->load();
+        EXPECT_TRUE(spinUntil([&] { return finished; }, patience));
+        EXPECT_EQ(m_plugin->error(), QString());
+        QFile existing(this->file());
+        EXPECT_TRUE(existing.open(QIODevice::WriteOnly));
+        existing.write("content");
+    }
+
+    ~ConfinementTest() override
+    {
+        m_plugin->unload();
+        EXPECT_TRUE(spinUntil([&] { return !m_plugin->isRunning(); }, patience));
+    }
+
+    /// A file that this process may write.
+    QString file() const { return m_folder.filePath(QStringLiteral("file")); }
+
+    /// Has the plug-in try that; the error that it got, 0 when it succeeded.
+    int attempt(const char *deed, const QString &onFile = {})
+    {
+        const Answer answer = setData(m_root, path("Probing:"), QString::fromLatin1(deed), onFile);
+        EXPECT_TRUE(answer.spin()) << deed;
+        EXPECT_FALSE(answer.isError()) << deed << ' ' << answer.errorText().toStdString();
+        bool isNumber = false;
+        const int outcome = answer.value().toInt(&isNumber);
+        EXPECT_TRUE(isNumber) << deed;
+        return outcome;
+    }
+
+    CMRootWorker m_root;
+    const QTemporaryDir m_folder;
+    std::unique_ptr<SupervisedPlugin> m_plugin;
+};
+
+TEST_F(ConfinementTest, LeavesWhatAPluginNeeds)
+{
+    EXPECT_EQ(attempt("thread"), 0);
+    EXPECT_EQ(attempt("internet"), 0);
+    EXPECT_EQ(attempt("read", QStringLiteral("/etc/hosts")), 0);
+    EXPECT_EQ(attempt("read", QStringLiteral(PROBING_PLUGIN)), 0);
+    EXPECT_EQ(attempt("read", QStringLiteral("/dev/urandom")), 0);
+}
+
+TEST_F(ConfinementTest, WritesNoFiles)
+{
+    const auto refused = AnyOf(EPERM, EACCES);
+    for (const char *deed :
+        {"change", "create", "empty", "truncate", "remove", "rename", "chmod", "folder", "link"})
+        EXPECT_THAT(attempt(deed, file()), refused) << deed;
+    const QString none = m_folder.filePath(QStringLiteral("new"));
+    EXPECT_THAT(attempt("create", none), refused);
+    EXPECT_FALSE(QFile::exists(none));
+    QFile unchanged(file());
+    ASSERT_TRUE(unchanged.open(QIODevice::ReadOnly));
+    EXPECT_EQ(unchanged.readAll(), "content");
+    EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+        QStringList(QStringLiteral("file")));
+}
+
+TEST_F(ConfinementTest, ReadsNoFilesOfOthers)
+{
+    if (!hasLandlock())
+        GTEST_SKIP() << "this kernel has no Landlock: files can be read";
+    EXPECT_EQ(attempt("read", QStringLiteral("/etc/passwd")), EACCES);
+    EXPECT_EQ(attempt("read", file()), EACCES);
+    EXPECT_EQ(attempt("read", QStringLiteral("/proc/%1/environ").arg(::getpid())), EACCES);
+    EXPECT_EQ(attempt("read", QStringLiteral("/proc/self/root/etc/passwd")), EACCES);
+}
+
+TEST_F(ConfinementTest, StartsNoProcesses)
+{
+    for (const char *deed : {"fork", "rawfork", "exec"})
+        EXPECT_EQ(attempt(deed), EPERM) << deed;
+}
+
+TEST_F(ConfinementTest, DoesNothingToOtherProcesses)
+{
+    for (const char *deed : {"ptrace", "kill", "tgkill", "signaloffile"})
+        EXPECT_EQ(attempt(deed), EPERM) << deed;
+    EXPECT_EQ(attempt("pidfd"), ENOSYS);
+}
+
+TEST_F(ConfinementTest, NewerCallsAreAsOnAnOlderKernel)
+{
+    // A C library that gets another error takes it for that of what it wanted to do.
+    for (const char *deed : {"clone3", "openat2", "landlock", "newest", "yettocome"})
+        EXPECT_EQ(attempt(deed), ENOSYS) << deed;
+}
+
+TEST_F(ConfinementTest, GetsNoPrivileges)
+{
+    for (const char *deed : {"setuid", "setgid", "setgroups", "namespace", "chroot", "mount",
+             "dumpable", "survive", "corelimit", "memorylimit"})
+        EXPECT_EQ(attempt(deed), EPERM) << deed;
+    // Every thread of it: each could do what another may not.
+    const QDir tasks(QStringLiteral("/proc/%1/task").arg(attempt("pid")));
+    const QStringList threads = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    EXPECT_GE(threads.size(), 3);
+    for (const QString &thread : threads) {
+        const int id = thread.toInt();
+        EXPECT_EQ(statusOf(id, "NoNewPrivs"), "1");
+        EXPECT_EQ(statusOf(id, "Seccomp"), "2") << "a filter";
+        for (const char *set : {"CapEff", "CapPrm", "CapInh"})
+            EXPECT_EQ(statusOf(id, set), "0000000000000000") << set << ' ' << id;
+    }
+}
+
+TEST_F(ConfinementTest, OpensNoSocketsButToTheInternet)
+{
+    for (const char *deed : {"local", "raw", "packet", "listen"})
+        EXPECT_EQ(attempt(deed), EPERM) << deed;
+}
+
+TEST_F(ConfinementTest, SendsNothingToLocalServices)
+{
+    const QString name = m_folder.filePath(QStringLiteral("socket"));
+    sockaddr_un address {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, QFile::encodeName(name).constData(), sizeof address.sun_path);
+    const int service = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(::bind(service, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    EXPECT_EQ(attempt("datagram", name), EPERM);
+    char byte = 0;
+    EXPECT_EQ(::recv(service, &byte, 1, MSG_DONTWAIT), -1);
+    ::close(service);
+}
+
+TEST_F(ConfinementTest, HasAFairShareOfDescriptors)
+{
+    const int count = attempt("descriptors");
+    EXPECT_LE(count, 256);
+    EXPECT_GE(count, 100);
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST_F(ConfinementTest, HasAFairShareOfMemory)
+{
+    EXPECT_EQ(attempt("memory"), ENOMEM);
+    EXPECT_EQ(attempt("sharedmemory"), EPERM) << "which no limit counts";
+}
+#endif
+
+TEST(WorkerLife, EndsWithTheHostHoweverThatEnds)
+{
+    // A name of its own, by which its process is found.
+    const QTemporaryDir folder;
+    const QString plugin = folder.filePath(QStringLiteral("probing.so"));
+    ASSERT_TRUE(QFile::link(QStringLiteral(PROBING_PLUGIN), plugin));
+    HostProcess host(
+        QStringLiteral(HOST_PROGRAM), QStringList {QStringLiteral("--plugin"), plugin});
+    ASSERT_TRUE(host.isReady()) << host.errors().toStdString();
+    ASSERT_EQ(workersOf(plugin).size(), 1);
+    host.signal(SIGKILL);
+    host.waitForEnd();
+    EXPECT_TRUE(spinUntil([&] { return workersOf(plugin).isEmpty(); }));
+}
+
+} // namespace
