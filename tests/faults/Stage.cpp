@@ -5,6 +5,7 @@
 
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TestAuthority.h"
+#include "tests/support/Text.h"
 
 #include <QFile>
 
@@ -12,11 +13,6 @@
 #include <csignal>
 
 namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 QString connectTo(const char *host, const char *port, quint16 to)
 {

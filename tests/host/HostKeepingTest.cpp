@@ -5,6 +5,7 @@
 
 #include "ctl/RpcClient.h"
 #include "tests/support/SmallDisk.h"
+#include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QDir>
@@ -25,11 +26,6 @@
 namespace {
 
 using testing::HasSubstr;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray contentOf(const QString &name)
 {

@@ -3,6 +3,7 @@
 
 #include "api/web/VeskJson.h"
 #include "tests/support/TestAuthority.h"
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include <QDirIterator>
@@ -20,11 +21,6 @@ using testing::Not;
 const char userName[] = "quokka";
 const char password[] = "Zwiebel77xy";
 const char email[] = "quokka@example.org";
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 std::string written(const QVariant &value)
 {
@@ -100,10 +96,11 @@ protected:
         return resultOf(answer, answer.value(text("result")).toHash().value(text("value")));
     }
     /// What a read of the account answers.
-    Result status()
+    Result status(bool poll = false)
     {
         const QVariantHash answer = product.rpc(text("getData"),
-            {{text("path"), text("TuneIn:account")}, {text("roles"), QStringList {text("value")}}});
+            {{text("path"), text("TuneIn:account")}, {text("roles"), QStringList {text("value")}},
+                {text("poll"), poll}});
         noteError(answer);
         return resultOf(
             answer, answer.value(text("result")).toHash().value(text("values")).toList().value(0));
@@ -512,6 +509,31 @@ TEST_F(AccountSecrets, stayWhereTheyBelong)
     }
     for (const QByteArray &personal : {QByteArray(userName), QByteArray(email)})
         EXPECT_FALSE(kept.contains(personal)) << personal.toStdString();
+}
+
+/// With a log as it is for those who keep the host running.
+class AccountLog : public AccountSystem {
+protected:
+    AccountLog()
+        : AccountSystem(
+            {text("--log-level"), text("info"), text("--log-file"), text("%1/host.log")})
+    {
+    }
+    int errorLines() { return contents(folder.path()).count(" ERROR "); }
+};
+
+TEST_F(AccountLog, aPollThatIsRefusedIsNoError)
+{
+    ASSERT_EQ(status().name, text("VeskError:7"));
+    ASSERT_EQ(product.stopHost(), 0);
+    const int once = errorLines();
+    EXPECT_GT(once, 0);
+    ASSERT_TRUE(product.startHost());
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(status(true).name, text("VeskError:7"));
+    ASSERT_EQ(status().name, text("VeskError:7"));
+    ASSERT_EQ(product.stopHost(), 0);
+    EXPECT_EQ(errorLines(), 2 * once);
 }
 
 TEST_F(AccountSecrets, aTextAsAccountIsNotEvenPartOfItsError)

@@ -3,6 +3,7 @@
 
 #include "tests/support/ScriptedServer.h"
 #include "tests/support/TestAuthority.h"
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include <gmock/gmock.h>
@@ -10,11 +11,6 @@
 namespace {
 
 const char host[] = "opml.radiotime.com";
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// The only one that the hosts here trust.
 TestAuthority &authority()

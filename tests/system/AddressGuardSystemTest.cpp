@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "tests/support/RawWebSocket.h"
+#include "tests/support/Text.h"
 #include "tests/system/FavoritesFixture.h"
 
 #include "api/web/VeskJson.h"
@@ -10,11 +11,6 @@ namespace {
 
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// What a link can lead a client to.
 class AddressGuardSystem : public FavoritesFixture {

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include "api/values/CMPath.h"
@@ -11,11 +12,6 @@
 #include <gmock/gmock.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// One product for all of these tests: none of them changes it.
 class BrowseSystem : public testing::Test {

@@ -4,6 +4,7 @@
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
 #include "tests/support/RawWebSocket.h"
+#include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
 #include <QDeadlineTimer>
@@ -25,11 +26,6 @@ namespace {
 
 constexpr char interrupted[] = "The TuneIn service was interrupted. Please try again.";
 constexpr char musicScreen[] = "TuneIn:browse/uri/Browse.ashx?c=music";
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray contents(const QString &name)
 {

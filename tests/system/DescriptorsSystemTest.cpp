@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "tests/support/RawWebSocket.h"
+#include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
 #include <QDeadlineTimer>
@@ -17,11 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QByteArray contents(const QString &name)
 {

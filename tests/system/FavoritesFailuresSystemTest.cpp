@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "api/values/CMPath.h"
+#include "tests/support/Text.h"
 #include "tests/system/FavoritesFixture.h"
 
 #include <QDeadlineTimer>
@@ -15,11 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// Sees what the host logs.
 class FavoritesLog : public FavoritesFixture {

@@ -5,15 +5,11 @@
 
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
+#include "tests/support/Text.h"
 
 #include <QFile>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 std::vector<std::string> plain(const QStringList &texts)
 {

@@ -4,6 +4,7 @@
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
 #include "tests/support/RawWebSocket.h"
+#include "tests/support/Text.h"
 #include "tests/system/FavoritesFixture.h"
 
 #include <QDeadlineTimer>
@@ -12,11 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class FavoritesSystem : public FavoritesFixture { };
 

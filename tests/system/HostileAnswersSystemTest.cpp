@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include <QTemporaryFile>
@@ -8,11 +9,6 @@
 #include <gmock/gmock.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 constexpr char Refuses[] = "The TuneIn service refuses this device (HTTP 403). Check the setting "
                            "\"TuneIn partner id\".";

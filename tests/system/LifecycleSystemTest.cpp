@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include <QElapsedTimer>
@@ -11,11 +12,6 @@
 #include <thread>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QString serialOf(const QString &request)
 {

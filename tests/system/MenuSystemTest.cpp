@@ -3,6 +3,7 @@
 
 #include "api/values/CMPath.h"
 #include "tests/support/Ear.h"
+#include "tests/support/Text.h"
 #include "tests/system/FavoritesFixture.h"
 
 #include <QElapsedTimer>
@@ -13,11 +14,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class MenuSystem : public FavoritesFixture { };
 

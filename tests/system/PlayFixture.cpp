@@ -3,6 +3,8 @@
 
 #include "tests/system/PlayFixture.h"
 
+#include "tests/support/Text.h"
+
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QElapsedTimer>
@@ -12,11 +14,6 @@
 #include <QtEndian>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QStringList inFolder(QStringList arguments, const QTemporaryDir &folder)
 {

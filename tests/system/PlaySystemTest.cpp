@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
 #include <QElapsedTimer>
@@ -10,11 +11,6 @@
 #include <gmock/gmock.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class PlaySystem : public PlayFixture { };
 

@@ -1,16 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
+#include "tests/support/Text.h"
 #include "tests/system/FavoritesFixture.h"
 
 namespace {
 
 using testing::HasSubstr;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class ScreenSystem : public FavoritesFixture {
 protected:

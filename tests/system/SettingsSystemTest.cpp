@@ -3,6 +3,7 @@
 
 /// \file
 /// A setting that the plug-in reads once, and a listener who changes it while he listens.
+#include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
 #include <gmock/gmock.h>
@@ -13,11 +14,6 @@ using testing::HasSubstr;
 using testing::Not;
 
 constexpr char Formats[] = "settings:tunein/supportedStreams";
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 class SettingsSystem : public PlayFixture {
 protected:

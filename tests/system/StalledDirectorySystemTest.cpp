@@ -4,6 +4,7 @@
 /// \file
 /// A directory that answers slowly or not at all, and a listener who does not wait for it.
 #include "tests/support/RawWebSocket.h"
+#include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
 #include <QElapsedTimer>
@@ -12,11 +13,6 @@
 #include <gmock/gmock.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// Far below what the directory takes, and far above what a busy machine does.
 constexpr int NotWaiting = 6000;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "api/web/VeskUrl.h"
+#include "tests/support/Text.h"
 
 #include <QStringList>
 
@@ -10,11 +11,6 @@
 #include <sstream>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 VeskUrl url(const char *utf8)
 {

@@ -2,17 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "host/player/IcyStream.h"
+#include "tests/support/Text.h"
 
 #include <QStringList>
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// A metadata block as a server sends it: its length, the text, zeros up to a full sixteen.
 QByteArray block(const QByteArray &metadata)

@@ -10,6 +10,7 @@
 #include "api/nodes/CMRootWorker.h"
 #include "host/player/MediaPlayer.h"
 #include "host/player/PlayLogic.h"
+#include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gmock/gmock.h>
@@ -18,11 +19,6 @@ inline constexpr auto Stopped = VeskPlayLogicState::stopped;
 inline constexpr auto Transitioning = VeskPlayLogicState::transitioning;
 inline constexpr auto Playing = VeskPlayLogicState::playing;
 inline constexpr auto Paused = VeskPlayLogicState::paused;
-
-inline QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 /// Does as it is told by the test. As the real one, it says that nothing is to be heard while it is
 /// being paused, and nothing of what was stopped.

@@ -7,16 +7,12 @@
 #include "api/nodes/CMContainerNode.h"
 #include "api/nodes/CMNodesWorker.h"
 #include "api/nodes/CMRootWorker.h"
+#include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 CMPath rowPath(int id)
 {

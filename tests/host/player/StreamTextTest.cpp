@@ -3,16 +3,9 @@
 
 #include "host/player/StreamText.h"
 
+#include "tests/support/Text.h"
+
 #include <gtest/gtest.h>
-
-namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
-
-} // namespace
 
 TEST(StreamTextTest, ReadsUtf8)
 {

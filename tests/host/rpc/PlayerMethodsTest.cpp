@@ -10,6 +10,7 @@
 #include "api/web/VeskJson.h"
 #include "host/player/MediaPlayer.h"
 #include "host/player/PlayLogic.h"
+#include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QCoreApplication>
@@ -17,11 +18,6 @@
 #include <gmock/gmock.h>
 
 namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 class SilentPlayer : public MediaPlayer {
 public:

@@ -9,6 +9,7 @@
 #include "host/settings/HostValues.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SmallDisk.h"
+#include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QDir>
@@ -40,11 +41,6 @@ extern "C" int fsync(int descriptor)
 }
 
 namespace {
-
-QString text(const char *bytes)
-{
-    return QString::fromUtf8(bytes);
-}
 
 class SettingsStoreTest : public testing::Test {
 protected:
