@@ -140,7 +140,7 @@ protected:
     QByteArray errors; ///< all that the host answered with
 };
 
-TEST_F(AccountSystem, everyOperationSaysWhatItHasToAndNoMore)
+TEST_F(AccountSystem, everyOperationSendsExactlyItsItems)
 {
     requests();
     const QString withSerial = text("&serial=") + serial;
@@ -215,7 +215,7 @@ TEST_F(AccountSystem, everyOperationSaysWhatItHasToAndNoMore)
     EXPECT_THAT(requests(), ElementsAre(line(text("reset"))));
 }
 
-TEST_F(AccountSystem, aReadTellsTypeAndValueAndNothingElse)
+TEST_F(AccountSystem, aReadAnswersOnlyTypeAndValue)
 {
     ASSERT_EQ(create().summary(), "done");
     ASSERT_EQ(join().summary(), "done");
@@ -264,7 +264,7 @@ TEST_F(AccountSystem, everyFaultHasItsNameAndMessage)
     EXPECT_EQ(status().account.value(text("userName")).toString(), text(userName));
 }
 
-TEST_F(AccountSystem, aFaultReadsTheSameInEveryOperation)
+TEST_F(AccountSystem, aFaultHasTheSameTextInEveryOperation)
 {
     struct Case {
         const char *fault;
@@ -312,7 +312,7 @@ TEST_F(AccountSystem, aFaultReadsTheSameInEveryOperation)
     EXPECT_EQ(status().name, text("VeskError:7"));
 }
 
-TEST_F(AccountSystem, whatIsNoAnswerIsNotTakenForOne)
+TEST_F(AccountSystem, malformedAnswersAreErrors)
 {
     QFile answer(folder.filePath(text("answer.json")));
     const auto answerWith = [&](const char *body) {
@@ -336,7 +336,7 @@ TEST_F(AccountSystem, whatIsNoAnswerIsNotTakenForOne)
     EXPECT_EQ(call("claim").summary(), "VeskError: Invalid response.");
 }
 
-TEST_F(AccountSystem, whatCannotWorkIsNotSent)
+TEST_F(AccountSystem, invalidOperationsAreNotSent)
 {
     requests();
     const char unusable[] = "VeskError: Invalid password or user name.";
@@ -358,7 +358,7 @@ TEST_F(AccountSystem, whatCannotWorkIsNotSent)
     EXPECT_THAT(requests(), IsEmpty());
 }
 
-TEST_F(AccountSystem, aClaimCodeIsEnteredElsewhere)
+TEST_F(AccountSystem, aClaimCodeLinksTheDevice)
 {
     ASSERT_EQ(create().summary(), "done");
     EXPECT_EQ(status().name, text("VeskError:7"));
@@ -397,7 +397,7 @@ TEST_F(AccountSystem, veskctlLinksAndUnlinks)
     EXPECT_THAT(account({text("claim")}).out.toStdString(), HasSubstr("/mydevice"));
 }
 
-TEST_F(AccountSystem, theFavoritesAreTheAccountsWhileTheDeviceIsLinked)
+TEST_F(AccountSystem, aLinkedDeviceShowsTheAccountsFavorites)
 {
     const auto favorite = [&](const char *what, int row) {
         EXPECT_EQ(
@@ -451,7 +451,7 @@ protected:
     }
 };
 
-TEST_F(AccountSecrets, stayWhereTheyBelong)
+TEST_F(AccountSecrets, stayOutOfLogsErrorsAndFiles)
 {
     const char odd[] = "p&=s +%1z";
     const char wrong[] = "Wr0ngW0rd";
@@ -522,7 +522,7 @@ protected:
     int errorLines() { return contents(folder.path()).count(" ERROR "); }
 };
 
-TEST_F(AccountLog, aPollThatIsRefusedIsNoError)
+TEST_F(AccountLog, aPolledFaultIsNotLoggedAsAnError)
 {
     ASSERT_EQ(status().name, text("VeskError:7"));
     ASSERT_EQ(product.stopHost(), 0);
@@ -536,7 +536,7 @@ TEST_F(AccountLog, aPollThatIsRefusedIsNoError)
     EXPECT_EQ(errorLines(), 2 * once);
 }
 
-TEST_F(AccountSecrets, aTextAsAccountIsNotEvenPartOfItsError)
+TEST_F(AccountSecrets, aTextInPlaceOfAnAccountStaysOutOfItsError)
 {
     const QVariantHash value {{text("type"), 115}, {text("tuneInAccount"), text(password)}};
     EXPECT_EQ(resultOf(write(value), {}).summary(), "VeskError: Unknown method");

@@ -55,7 +55,7 @@ protected:
     }
 };
 
-TEST_F(AddressGuardSystem, noAddressChangesOrReportsAnything)
+TEST_F(AddressGuardSystem, openingAnAddressChangesAndReportsNothing)
 {
     ASSERT_THAT(favorites(), testing::ElementsAre(noFavorites));
     RawWebSocket page(product.hostPort());
@@ -72,7 +72,7 @@ TEST_F(AddressGuardSystem, noAddressChangesOrReportsAnything)
     EXPECT_THAT(favorites(), testing::ElementsAre(noFavorites));
 }
 
-TEST_F(AddressGuardSystem, whatAListOffersOpens)
+TEST_F(AddressGuardSystem, rowsOfAListOpen)
 {
     const Item item = station();
     const QString wizard = menu(item.playerMenu).value(2).path;
@@ -84,7 +84,7 @@ TEST_F(AddressGuardSystem, whatAListOffersOpens)
 }
 
 /// Opening what offers something, then what it offers: two links are no click.
-TEST_F(AddressGuardSystem, aChainOfLinksLeadsNowhere)
+TEST_F(AddressGuardSystem, anOfferReachedByALinkDoesNotOpen)
 {
     const Item item = station();
     const QString wizard = text("TuneIn:browse?guideId=s29001&veskTuneInMethod=wizard");

@@ -41,7 +41,7 @@ TEST_F(BrowseSystem, LsPrintsTheRootMenu)
         EXPECT_TRUE(outcome.out.contains(text(title))) << title;
 }
 
-TEST_F(BrowseSystem, TheRootIsAskedForWithTheDevicesItemsInTheirOrder)
+TEST_F(BrowseSystem, TheRootRequestSendsTheDevicesItemsInTheirOrder)
 {
     const int before = s_product->requestLog().size();
     s_product->rows(text("TuneIn:"), titleAndPath);
@@ -52,7 +52,7 @@ TEST_F(BrowseSystem, TheRootIsAskedForWithTheDevicesItemsInTheirOrder)
     EXPECT_TRUE(expected.match(log.last()).hasMatch()) << log.last().toStdString();
 }
 
-TEST_F(BrowseSystem, EveryScreenThatAMenuLeadsToOpens)
+TEST_F(BrowseSystem, EveryScreenOfAMenuOpens)
 {
     QStringList waiting {text("TuneIn:")};
     QSet<QString> seen;
@@ -92,7 +92,7 @@ TEST_F(BrowseSystem, SearchFindsStationsShowsAndArtists)
     EXPECT_TRUE(outcome.out.contains(text("Artist: ")));
 }
 
-TEST_F(BrowseSystem, ASearchForBlanksAndSignsReachesTheDirectoryAsItWasTyped)
+TEST_F(BrowseSystem, ASearchTextReachesTheDirectoryUnchanged)
 {
     s_product->ctl({text("search"), text("rock & roll + 50% über")});
     const QString request = s_product->requestLog().last();
@@ -116,7 +116,7 @@ TEST_F(BrowseSystem, TheTestTreeOpens)
     }
 }
 
-TEST_F(BrowseSystem, DifferentStreamTypesNameTheirStreamsThemselves)
+TEST_F(BrowseSystem, DifferentStreamTypesPlayTheirStreamsDirectly)
 {
     const QVariantList rows = s_product->rows(
         text("TuneIn:testing_/aa2"), {text("path"), text("mediaData"), text("type")});
@@ -155,13 +155,13 @@ TEST_F(BrowseSystem, ExitCodesTellWhatWentWrong)
         3);
 }
 
-TEST_F(BrowseSystem, ThePluginsErrorIsShownInItsWords)
+TEST_F(BrowseSystem, ThePluginsErrorIsPrinted)
 {
     const Outcome outcome = s_product->ctl({text("ls"), text("TuneIn:browse?no=method")});
     EXPECT_TRUE(outcome.err.contains(text("Unspecified method!"))) << outcome.err.toStdString();
 }
 
-TEST_F(BrowseSystem, APathWithoutANodeIsToldApartFromAnError)
+TEST_F(BrowseSystem, APathWithoutANodeHasItsOwnExitCode)
 {
     const auto codeOf = [](const char *path) {
         return s_product->rpc(text("getRows"), {{text("path"), text(path)}})

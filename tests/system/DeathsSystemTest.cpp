@@ -290,7 +290,7 @@ int rounds()
     return isNumber ? given : 8;
 }
 
-TEST_F(DeathsSystem, areNotHeardAndEndInFreshAnswers)
+TEST_F(DeathsSystem, thePluginsProcessIsReplacedWhileTheMusicPlays)
 {
     startPlaying();
     const qint64 host = product.host().processId();
@@ -404,7 +404,7 @@ void PrintTo(const Meddling &meddling, std::ostream *out)
 
 class DeathsSystemReports : public DeathsSystem, public testing::WithParamInterface<Meddling> { };
 
-TEST_P(DeathsSystemReports, neverTellOfMoreThanWasHeard)
+TEST_P(DeathsSystemReports, neverExceedTheTimeHeard)
 {
     const Meddling &meddling = GetParam();
     startPlaying();

@@ -126,7 +126,7 @@ protected:
     }
 };
 
-TEST_F(DescriptorsSystem, processesThatTheHostStartsHaveNothingOfIt)
+TEST_F(DescriptorsSystem, processesOfTheHostInheritNoDescriptors)
 {
     RawWebSocket client(product.hostPort());
     ASSERT_TRUE(client.ask("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"player.state\"}")
@@ -152,7 +152,7 @@ TEST_F(DescriptorsSystem, processesThatTheHostStartsHaveNothingOfIt)
 }
 
 /// GStreamer asks a program of its own about plug-ins that it does not know yet.
-TEST(DescriptorsSystemTest, noneOfThemGoesToTheSearchForCodecs)
+TEST(DescriptorsSystemTest, theCodecScannerInheritsNoDescriptors)
 {
     const QTemporaryDir folder;
     const QString seen = folder.filePath(text("seen"));
@@ -177,7 +177,7 @@ TEST(DescriptorsSystemTest, noneOfThemGoesToTheSearchForCodecs)
 }
 
 /// A connection that the replaced process holds as well would go on after the station.
-TEST_F(DescriptorsSystem, aStationsConnectionEndsWithItAlsoAfterTheServicesProcessWasReplaced)
+TEST_F(DescriptorsSystem, aStationsConnectionIsClosedAfterTheProcessWasReplaced)
 {
     const auto replaceWorker = [this] {
         const qint64 former = worker();

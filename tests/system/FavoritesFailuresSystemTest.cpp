@@ -70,7 +70,7 @@ QByteArray faultAt(const Failing &each, const char *page)
     return QByteArray(each.fault).replace("%1", page);
 }
 
-TEST_F(FavoritesLog, aFailedChangeSaysWhyAndLosesNothing)
+TEST_F(FavoritesLog, aFailedChangeIsReportedAndLosesNothing)
 {
     const QList<Item> trials = found("trial");
     runFirstOf(trials.value(0).browserMenu);
@@ -97,7 +97,7 @@ TEST_F(FavoritesLog, aFailedChangeSaysWhyAndLosesNothing)
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Trial 02")));
 }
 
-TEST_F(FavoritesLog, whatCannotBeLookedUpIsOfferedToBeAdded)
+TEST_F(FavoritesLog, anItemThatCannotBeLookedUpIsOfferedForAdding)
 {
     const Item item = station();
     runFirstOf(item.browserMenu);
@@ -122,7 +122,7 @@ TEST_F(FavoritesLog, whatCannotBeLookedUpIsOfferedToBeAdded)
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Trial 01")));
 }
 
-TEST_F(FavoritesLog, aMenuOfNothingDoesNothing)
+TEST_F(FavoritesLog, aMenuWithoutItemDoesNothing)
 {
     EXPECT_EQ(titleIn(text("TuneIn:browser_context")), "Error");
     EXPECT_TRUE(isLogged("Query not including 'veskMatchingPath'"));
@@ -222,7 +222,7 @@ unsigned seed()
     return given.isEmpty() ? std::random_device()() : given.toUInt();
 }
 
-TEST_F(FavoritesCrash, aThousandChangesWithCrashesLeaveHostAndDirectoryAgreeing)
+TEST_F(FavoritesCrash, hostAndDirectoryAgreeAfterAThousandChangesWithCrashes)
 {
     constexpr int rounds = 1000;
     const unsigned chosenSeed = seed();

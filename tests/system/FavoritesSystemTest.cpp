@@ -24,7 +24,7 @@ TEST_F(FavoritesSystem, aStationIsAddedAndRemovedByEitherMenu)
     addAndRemove(item.playerMenu, "s29001", "Trial 01 Every Codec");
 }
 
-TEST_F(FavoritesSystem, aShowIsAddedAndRemovedUnderItsOwnId)
+TEST_F(FavoritesSystem, aShowIsAddedAndRemovedByItsOwnId)
 {
     const Item item = show();
     ASSERT_EQ(item.title, text("Morning Folk"));
@@ -32,14 +32,14 @@ TEST_F(FavoritesSystem, aShowIsAddedAndRemovedUnderItsOwnId)
     addAndRemove(item.browserMenu, "p3016", "Morning Folk");
 }
 
-TEST_F(FavoritesSystem, anEpisodeStandsForItsShow)
+TEST_F(FavoritesSystem, addingAnEpisodeAddsItsShow)
 {
     const Item item = topic();
     ASSERT_EQ(item.guideId, text("t300301"));
     addAndRemove(item.playerMenu, "p3003", "Kettle & Keys");
 }
 
-TEST_F(FavoritesSystem, anEpisodeWithoutShowStandsForItself)
+TEST_F(FavoritesSystem, anEpisodeWithoutShowIsAddedItself)
 {
     CMPath path = CMPath::fromEncoded(topic().playerMenu);
     path.removeParam(text("sid"));
@@ -198,7 +198,7 @@ std::vector<std::string> all(const QVariantList &news)
     return all;
 }
 
-TEST_F(FavoritesSystem, whoLooksAtThemIsToldOfEachChange)
+TEST_F(FavoritesSystem, subscribersAreNotifiedOfEachChange)
 {
     const Item item = station();
     const QString furtherParameters = menu(text("TuneIn:")).value(0).path;

@@ -70,7 +70,7 @@ protected:
 
 Product *HostileAnswers::s_product = nullptr;
 
-TEST_P(HostileAnswers, EndInTheOutcomeThatTheUserIsToldAndTheNextRequestIsServed)
+TEST_P(HostileAnswers, AreReportedAndTheNextRequestIsServed)
 {
     ASSERT_TRUE(s_product->isUp());
     const QVariantHash params {{text("path"), text("TuneIn:browse/uri/Browse.ashx?c=music")}};
@@ -103,7 +103,7 @@ TEST_P(HostileAnswers, EndInTheOutcomeThatTheUserIsToldAndTheNextRequestIsServed
 INSTANTIATE_TEST_SUITE_P(Directory, HostileAnswers, testing::ValuesIn(misbehaviours),
     [](const testing::TestParamInfo<Misbehaviour> &instance) { return instance.param.name; });
 
-TEST(ServiceFaults, AnEmptyListIsNone)
+TEST(ServiceFaults, AnEmptyListIsNoFault)
 {
     const Product product;
     ASSERT_TRUE(product.isUp());
@@ -119,7 +119,7 @@ TEST(ServiceFaults, AnEmptyListIsNone)
     }
 }
 
-TEST(ServiceFaults, AServiceThatTakesTooLongDoesNotAnswer)
+TEST(ServiceFaults, ATimeOutIsReportedAsNoAnswer)
 {
     const Product product;
     ASSERT_TRUE(product.isUp());
@@ -134,7 +134,7 @@ TEST(ServiceFaults, AServiceThatTakesTooLongDoesNotAnswer)
         text("The TuneIn service does not answer. Please try again later."));
 }
 
-TEST(ServiceFaults, AreToldInTheListenersLanguage)
+TEST(ServiceFaults, AreReportedInTheUsersLanguage)
 {
     const Product product;
     ASSERT_TRUE(product.isUp());
@@ -147,7 +147,7 @@ TEST(ServiceFaults, AreToldInTheListenersLanguage)
                            "Einstellung „TuneIn-Partnerkennung“."));
 }
 
-TEST(ServiceFaults, OneOfAnotherRequestIsNotTold)
+TEST(ServiceFaults, AreNotReportedForOtherRequests)
 {
     const Product product;
     ASSERT_TRUE(product.isUp());
@@ -159,7 +159,7 @@ TEST(ServiceFaults, OneOfAnotherRequestIsNotTold)
     EXPECT_FALSE(answer.value(text("result")).toHash().contains(text("problem")));
 }
 
-TEST(HostileRequests, EndInAnErrorOfTheProtocolAndTheNextRequestIsServed)
+TEST(HostileRequests, AreProtocolErrorsAndTheNextRequestIsServed)
 {
     Product product;
     ASSERT_TRUE(product.isUp());

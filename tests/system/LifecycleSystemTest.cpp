@@ -18,7 +18,7 @@ QString serialOf(const QString &request)
     return QRegularExpression(text("serial=([^&]*)")).match(request).captured(1);
 }
 
-TEST(HostLifecycle, TheMemberIdOfTheFirstStartIsTheSerialForGood)
+TEST(HostLifecycle, TheMemberIdOfTheFirstStartStaysTheSerial)
 {
     Product product;
     ASSERT_TRUE(product.isUp());
@@ -32,7 +32,7 @@ TEST(HostLifecycle, TheMemberIdOfTheFirstStartIsTheSerialForGood)
     EXPECT_EQ(serialOf(product.requestLog().last()), serial);
 }
 
-TEST(HostLifecycle, SettingsThatChangedAreKept)
+TEST(HostLifecycle, ChangedSettingsAreKept)
 {
     Product product;
     ASSERT_TRUE(product.isUp());
@@ -81,7 +81,7 @@ TEST(HostLifecycle, EndsAtOnceWhileThePluginWaitsForAnAnswer)
     waiting.join();
 }
 
-TEST(HostLifecycle, APluginThatDoesNotLoadLeavesTheOthersAlone)
+TEST(HostLifecycle, APluginThatDoesNotLoadDoesNotAffectOthers)
 {
     Product product({text("--plugin"), text("/nowhere/libvesk_cb_missing.so")});
     ASSERT_TRUE(product.isUp());

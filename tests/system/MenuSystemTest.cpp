@@ -59,7 +59,7 @@ protected:
     }
 };
 
-TEST_F(ChosenStream, theSecondOfThreePlaysInTheNameOfItsStation)
+TEST_F(ChosenStream, theSecondOfThreePlaysUnderItsStationsTitle)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=liffey%20lights");
     const Item item = items(screen).value(0);
@@ -104,7 +104,7 @@ TEST_F(ChosenStream, theSecondOfThreePlaysInTheNameOfItsStation)
 
 /// A chosen stream's menu is opened with the id of the stream; it is about the station all the
 /// same.
-TEST_F(ChosenStream, hasAMenuThatWorksLikeTheStations)
+TEST_F(ChosenStream, hasAContextMenuLikeItsStation)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=trial%2001");
     ASSERT_TRUE(play(screen, 0));
@@ -118,7 +118,7 @@ TEST_F(ChosenStream, hasAMenuThatWorksLikeTheStations)
     ASSERT_TRUE(product.waitForRequests(text("GET /stream/s29001/3.ogg"), 1));
 }
 
-TEST_F(MenuSystem, aProblemIsReportedToTheLastPage)
+TEST_F(MenuSystem, theProblemReportOpensUpToItsLastPage)
 {
     const Item item = station();
     const Entry wizard = menu(item.playerMenu).value(2);

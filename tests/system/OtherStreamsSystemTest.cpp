@@ -69,7 +69,7 @@ TEST_F(OtherStreamsSystem, aStationWithoutAStreamThatPlaysIsReportedOnce)
     EXPECT_THAT(reports.first().toStdString(), HasSubstr("&error=404&message=The%20stream"));
 }
 
-TEST_F(OtherStreamsSystem, whatWasChosenByHandPlaysTheNextTime)
+TEST_F(OtherStreamsSystem, aChosenStreamIsPreferredTheNextTime)
 {
     play(text("trial%2016"));
     ASSERT_TRUE(waitForState(2));
@@ -91,7 +91,7 @@ TEST_F(OtherStreamsSystem, whatWasChosenByHandPlaysTheNextTime)
     EXPECT_THAT(member("title").toStdString(), HasSubstr("Trial 16"));
 }
 
-TEST_F(OtherStreamsSystem, aStationThatIsNotAvailableSaysWhyInItsOwnWords)
+TEST_F(OtherStreamsSystem, theReasonOfAnUnavailableStationIsShown)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=grand%20bleu");
     const QVariantList rows = product.rows(screen, {text("type"), text("description")});
@@ -109,7 +109,7 @@ TEST_F(OtherStreamsSystem, aStationThatIsNotAvailableSaysWhyInItsOwnWords)
     EXPECT_THAT(made.filter(text("/service/Audio/")), testing::IsEmpty());
 }
 
-TEST_F(OtherStreamsSystem, aStepBeforePlayingThatFailsIsNoStream)
+TEST_F(OtherStreamsSystem, aFailedPrePlayIsReportedAsSuch)
 {
     product.setFault("head-fault@Tune.ashx:404");
     play(text("trial%2001"));
@@ -119,7 +119,7 @@ TEST_F(OtherStreamsSystem, aStepBeforePlayingThatFailsIsNoStream)
     EXPECT_THAT(requests("Report.ashx"), testing::IsEmpty());
 }
 
-TEST_F(OtherStreamsSystem, whatIsReportedIsEnglish)
+TEST_F(OtherStreamsSystem, reportsAreInEnglish)
 {
     product.rpc(text("setData"),
         {{text("path"), text("settings:ui/language")}, {text("role"), text("value")},

@@ -14,7 +14,7 @@ namespace {
 
 class PlaySystem : public PlayFixture { };
 
-TEST_F(PlaySystem, aStationFromTheListSoundsLikeItself)
+TEST_F(PlaySystem, aListedStationPlaysItsOwnMelody)
 {
     const Outcome found = product.ctl({text("search"), text("trial 01")});
     ASSERT_TRUE(found.out.contains(text("Trial 01 Every Codec"))) << found.out.toStdString();
@@ -34,7 +34,7 @@ TEST_F(PlaySystem, aStationFromTheListSoundsLikeItself)
 }
 
 /// Each station with an odd way to its stream, and what is heard of it in the end.
-TEST_F(PlaySystem, stationsBehindPlaylistsAreHeard)
+TEST_F(PlaySystem, stationsBehindPlaylistsPlay)
 {
     for (const char *number : {"02", "07", "09", "10", "12", "14", "15"}) {
         play(text("trial%20") + text(number));
@@ -43,7 +43,7 @@ TEST_F(PlaySystem, stationsBehindPlaylistsAreHeard)
     }
 }
 
-TEST_F(PlaySystem, theWordBeforeTheStationIsFollowedByTheStation)
+TEST_F(PlaySystem, aStationPlaysAfterItsAnnouncement)
 {
     play(text("trial%2008"));
     ASSERT_TRUE(waitForState(2));
@@ -55,7 +55,7 @@ TEST_F(PlaySystem, theWordBeforeTheStationIsFollowedByTheStation)
     EXPECT_EQ(state().value(text("state")).toInt(), 0);
 }
 
-TEST_F(PlaySystem, reportsWhatWasHeardAndForHowLong)
+TEST_F(PlaySystem, reportsTheStreamAndItsDuration)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -100,7 +100,7 @@ TEST_F(PlaySystem, aStationThatCannotBePlayedIsReportedOnceAsAnError)
                            "%20stream.&render=json"));
 }
 
-TEST_F(PlaySystem, eachPlayIsReportedAsOneOfItsOwn)
+TEST_F(PlaySystem, eachPlayHasItsOwnListenId)
 {
     for (int i = 0; i < 2; ++i) {
         play(text("trial%2001"));
@@ -119,7 +119,7 @@ TEST_F(PlaySystem, eachPlayIsReportedAsOneOfItsOwn)
         reports.at(0).section(listenId, 1).left(10), reports.at(2).section(listenId, 1).left(10));
 }
 
-TEST_F(PlaySystem, spokenExcusesAreErrors)
+TEST_F(PlaySystem, spokenNoticesAreErrors)
 {
     QFile answer(folder.filePath(text("excuse.json")));
     ASSERT_TRUE(answer.open(QIODevice::WriteOnly));
@@ -135,7 +135,7 @@ TEST_F(PlaySystem, spokenExcusesAreErrors)
 
 // What today's players do not survive; each without a user.
 
-TEST_F(PlaySystem, aStreamThatIsClosedGoesOnWithoutSilence)
+TEST_F(PlaySystem, aClosedStreamContinuesWithoutSilence)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -149,7 +149,7 @@ TEST_F(PlaySystem, aStreamThatIsClosedGoesOnWithoutSilence)
     EXPECT_TRUE(ear::isPartOf(heard().notes(), melody(text("s29001")), 4));
 }
 
-TEST_F(PlaySystem, aStreamThatIsResetGoesOnWithoutSilence)
+TEST_F(PlaySystem, aResetStreamContinuesWithoutSilence)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -161,7 +161,7 @@ TEST_F(PlaySystem, aStreamThatIsResetGoesOnWithoutSilence)
     EXPECT_EQ(requests("/stream/").size(), 2);
 }
 
-TEST_F(PlaySystem, aStreamThatStallsIsNoticedWithinTenSecondsAndComesBack)
+TEST_F(PlaySystem, aStalledStreamIsNoticedWithinTenSecondsAndRecovers)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -176,7 +176,7 @@ TEST_F(PlaySystem, aStreamThatStallsIsNoticedWithinTenSecondsAndComesBack)
     EXPECT_EQ(watch(3000).lastState, 2);
 }
 
-TEST_F(PlaySystem, aStreamThatIsRefusedThreeTimesComesBack)
+TEST_F(PlaySystem, aStreamRefusedThreeTimesRecovers)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -188,7 +188,7 @@ TEST_F(PlaySystem, aStreamThatIsRefusedThreeTimesComesBack)
     EXPECT_EQ(watch(2000).lastState, 2);
 }
 
-TEST_F(PlaySystem, aServerThatIsAwayForTwentySecondsComesBack)
+TEST_F(PlaySystem, aServerOutageOfTwentySecondsIsSurvived)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));

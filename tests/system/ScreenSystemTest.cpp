@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(ScreenSystem, aLongScreenIsReadOnceHoweverManyRangesAreAskedFor)
+TEST_F(ScreenSystem, aLongScreenIsFetchedOnceForManyRanges)
 {
     const QString screen = text("TuneIn:browse/uri/Describe.ashx?c=genres");
     requests();
@@ -63,7 +63,7 @@ TEST_F(ScreenSystem, aLongScreenIsReadOnceHoweverManyRangesAreAskedFor)
     EXPECT_THAT(requests(), testing::ElementsAre(HasSubstr("locale=fr-FR")));
 }
 
-TEST_F(ScreenSystem, whatWasClickedPlaysThoughTheListHasChanged)
+TEST_F(ScreenSystem, theClickedRowPlaysAlthoughTheListHasChanged)
 {
     const Item first = station();
     const Item second = found("trial%2016").value(0);

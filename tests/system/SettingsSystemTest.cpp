@@ -24,7 +24,7 @@ protected:
     std::string lastRequest(const char *page) const { return requests(page).last().toStdString(); }
 };
 
-TEST_F(SettingsSystem, AChangeHoldsForTheNextListAndTheMusicGoesOn)
+TEST_F(SettingsSystem, AChangeAppliesToTheNextListWhileTheMusicPlays)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -46,7 +46,7 @@ TEST_F(SettingsSystem, AChangeHoldsForTheNextListAndTheMusicGoesOn)
     EXPECT_TRUE(product.waitForRequests(text("Report.ashx?c=time"), 1));
 }
 
-TEST_F(SettingsSystem, WhatIsRefusedChangesNothing)
+TEST_F(SettingsSystem, ARefusedValueChangesNothing)
 {
     ASSERT_EQ(product.ctl({text("ls")}).code, 0);
     const Outcome refused = set(Formats, "mp3,mp5");
@@ -60,7 +60,7 @@ TEST_F(SettingsSystem, WhatIsRefusedChangesNothing)
 
 /// Whose answer is on its way when the setting changes: with the former value or the new one, but
 /// an answer.
-TEST_F(SettingsSystem, WhatIsUnderWayIsAnswered)
+TEST_F(SettingsSystem, RequestsUnderWayAreAnswered)
 {
     product.setFault("slow-headers@Browse.ashx:2");
     QProcess ls;

@@ -50,7 +50,7 @@ TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
 }
 
 /// Opening another screen, by the page's way: the first one is taken back.
-TEST_F(StalledDirectorySystem, aScreenThatWasLeftHoldsNoOtherUp)
+TEST_F(StalledDirectorySystem, anAbandonedScreenDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");
     RawWebSocket socket(product.hostPort());
@@ -70,7 +70,7 @@ TEST_F(StalledDirectorySystem, aScreenThatWasLeftHoldsNoOtherUp)
 }
 
 /// The same for a client that is gone.
-TEST_F(StalledDirectorySystem, aClientThatWentHoldsNoOtherUp)
+TEST_F(StalledDirectorySystem, aDisconnectedClientDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");
     {

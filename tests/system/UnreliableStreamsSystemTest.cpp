@@ -60,7 +60,7 @@ protected:
     }
 };
 
-TEST_F(UnreliableStreamsSystem, allHaveTheDirectoryAsTheirServer)
+TEST_F(UnreliableStreamsSystem, allAreServedByTheDirectory)
 {
     const QStringList hosts = hostsOfTheDirectory();
     EXPECT_EQ(hosts.size(), 16);
@@ -80,7 +80,7 @@ TEST_F(UnreliableStreamsSystem, allHaveTheDirectoryAsTheirServer)
     }
 }
 
-TEST_F(UnreliableStreamsSystem, whatCannotBeHeardIsTold)
+TEST_F(UnreliableStreamsSystem, silentStreamsAreReported)
 {
     const struct {
         const char *title;
@@ -100,7 +100,7 @@ TEST_F(UnreliableStreamsSystem, whatCannotBeHeardIsTold)
     }
 }
 
-TEST_F(UnreliableStreamsSystem, oneThatEndsAgainAndAgainIsHeardOn)
+TEST_F(UnreliableStreamsSystem, aStreamThatKeepsEndingKeepsPlaying)
 {
     playRow("Night Owl Jazz");
     ASSERT_TRUE(waitForState(2));

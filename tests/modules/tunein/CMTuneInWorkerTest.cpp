@@ -64,7 +64,7 @@ protected:
 
 } // namespace
 
-TEST_F(CMTuneInWorkerTest, isCreatedByTheEntryWithANameForTheLogOnly)
+TEST_F(CMTuneInWorkerTest, entryLogsTheNameAndUsesItForNothingElse)
 {
     start();
     EXPECT_TRUE(
@@ -74,7 +74,7 @@ TEST_F(CMTuneInWorkerTest, isCreatedByTheEntryWithANameForTheLogOnly)
     EXPECT_EQ(worker()->name(), "TuneIn"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, isCreatedWithoutAName)
+TEST_F(CMTuneInWorkerTest, entryAcceptsANullName)
 {
     WorkerThread thread([]() -> QObject * {
         QVariantHash config = defaultConfig();
@@ -84,7 +84,7 @@ TEST_F(CMTuneInWorkerTest, isCreatedWithoutAName)
     EXPECT_EQ(static_cast<CMTuneInWorker *>(thread.object())->name(), "TuneIn"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, logsTheEntryBeforeTheConstructorBeforeTheSettings)
+TEST_F(CMTuneInWorkerTest, logsTheEntryThenTheConstructorThenTheSettings)
 {
     start();
     QStringList lines = log().lines();
@@ -139,7 +139,7 @@ TEST_F(CMTuneInWorkerTest, hasExactlyThreePrivateSlotsAndNothingElseOfItsOwn)
             "on_listeningDurationTimer_timeout()", "handleStateChange(CMSetDataRequest)"));
 }
 
-TEST_F(CMTuneInWorkerTest, hasAnIdleTimerAndFollowsOneValue)
+TEST_F(CMTuneInWorkerTest, startsWithAnIdleTimerAndOneSubscription)
 {
     start();
     onWorker([this] {
@@ -172,7 +172,7 @@ TEST_F(CMTuneInWorkerTest, registersItsNodesInOrder)
         EXPECT_TRUE(nodePaths().contains(QLatin1String(node))) << node;
 }
 
-TEST_F(CMTuneInWorkerTest, keepsThePathsOfItsSharedNodes)
+TEST_F(CMTuneInWorkerTest, exposesItsSharedNodes)
 {
     start();
     onWorker([this] {
@@ -198,7 +198,7 @@ TEST_F(CMTuneInWorkerTest, titlesItsNodes)
     expectTitle("TuneIn:testing_/searches"_s, "Search");
 }
 
-TEST_F(CMTuneInWorkerTest, titlesNeitherItsRootNorItsMenusNorTheAccount)
+TEST_F(CMTuneInWorkerTest, leavesRootMenusAndAccountUntitled)
 {
     start();
     for (const char *node : {"TuneIn:", "TuneIn:player_context",
@@ -220,7 +220,7 @@ TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
     }
 }
 
-TEST_F(CMTuneInWorkerTest, givesNoMediaDataToNodesThatOnlyLeadToOthersNorToTheAccount)
+TEST_F(CMTuneInWorkerTest, givesNoMediaDataToRedirectsAndTheAccount)
 {
     start();
     for (const char *node : {"TuneIn:", "TuneIn:search/search", "TuneIn:testing_/aa1",
@@ -229,7 +229,7 @@ TEST_F(CMTuneInWorkerTest, givesNoMediaDataToNodesThatOnlyLeadToOthersNorToTheAc
     EXPECT_TRUE(role("TuneIn:account"_s, "mediaData"_s).isNull());
 }
 
-TEST_F(CMTuneInWorkerTest, putsAnEmptyServiceIdThereWhenTheConfigurationHasNone)
+TEST_F(CMTuneInWorkerTest, usesAnEmptyServiceIdWhenTheConfigurationHasNone)
 {
     start(QVariantHash());
     EXPECT_EQ(worker()->settings().serviceId(), QString());
@@ -299,7 +299,7 @@ TEST_F(CMTuneInWorkerTest, listsTheTestTreeInOrder)
             VeskChildElementsInSingleListPath().toEncoded()}));
 }
 
-TEST_F(CMTuneInWorkerTest, leadsFromTheTestTreeToItsTargets)
+TEST_F(CMTuneInWorkerTest, redirectsFromTheTestTreeToItsTargets)
 {
     answerAll(OneStation);
     start();
@@ -335,7 +335,7 @@ TEST_F(CMTuneInWorkerTest, listsSixteenUnreliableStreams)
     EXPECT_EQ(addresses.size(), 16);
 }
 
-TEST_F(CMTuneInWorkerTest, answersAStateChangeLaterThroughItsEventLoop)
+TEST_F(CMTuneInWorkerTest, handlesAStateChangeThroughItsEventLoop)
 {
     start();
     const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -351,7 +351,7 @@ TEST_F(CMTuneInWorkerTest, answersAStateChangeLaterThroughItsEventLoop)
     EXPECT_TRUE(data->value().isNull());
 }
 
-TEST_F(CMTuneInWorkerTest, answersForUnknownPathsWithAnError)
+TEST_F(CMTuneInWorkerTest, answersUnknownPathsWithAnError)
 {
     start();
     EXPECT_FALSE(rows("TuneIn:nothing/here"_s).error.isEmpty());
@@ -370,7 +370,7 @@ TEST_F(CMTuneInWorkerTest, readsItsSettingsOnce)
     expectRequests({"GET /Browse.ashx?" + CommonItems});
 }
 
-TEST_F(CMTuneInWorkerTest, isForgottenByTheRootWhenItIsDeleted)
+TEST_F(CMTuneInWorkerTest, isRemovedFromTheRootWhenDeleted)
 {
     start();
     EXPECT_TRUE(CMRoot()->prefixes().contains("TuneIn"_s));
@@ -381,7 +381,7 @@ TEST_F(CMTuneInWorkerTest, isForgottenByTheRootWhenItIsDeleted)
                      .error.isEmpty());
 }
 
-TEST_F(CMTuneInWorkerTest, canBeCreatedAgainAfterItsDeletion)
+TEST_F(CMTuneInWorkerTest, canBeCreatedAgainAfterDeletion)
 {
     answer("/Browse.ashx", OneStation);
     start();

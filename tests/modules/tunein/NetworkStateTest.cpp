@@ -46,7 +46,7 @@ void QThread::msleep(unsigned long milliseconds)
     }
 }
 
-TEST_F(NetworkStateTest, reachesTheWorkerFromTheHostsValue)
+TEST_F(NetworkStateTest, followsTheHostsValue)
 {
     start();
     EXPECT_TRUE(worker()->networkStateConnected());
@@ -60,7 +60,7 @@ TEST_F(NetworkStateTest, reachesTheWorkerFromTheHostsValue)
         ElementsAre("Network is up."_s, "Network is down."_s, "Network is up."_s));
 }
 
-TEST_F(NetworkStateTest, isDownWhenItBeginsDown)
+TEST_F(NetworkStateTest, isDownWhenTheFirstValueIsFalse)
 {
     set(VeskNetworkStateConnected(), false);
     start();
@@ -89,7 +89,7 @@ TEST_F(NetworkStateTest, readsAValueOfAnotherTypeAsDown)
     EXPECT_FALSE(worker()->networkStateConnected());
 }
 
-TEST_F(NetworkStateTest, isDownAtOnceOnTheWorkersThreadBeforeAnyValueCame)
+TEST_F(NetworkStateTest, isDownWithoutWaitingOnTheWorkersThreadBeforeTheFirstValue)
 {
     bool connected = true;
     WorkerThread thread([&connected]() -> QObject * {
@@ -105,7 +105,7 @@ TEST_F(NetworkStateTest, isDownAtOnceOnTheWorkersThreadBeforeAnyValueCame)
     EXPECT_TRUE(connected);
 }
 
-TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsUntilTheFirstValueCame)
+TEST_F(NetworkStateTest, blocksOtherThreadsUntilTheFirstValue)
 {
     std::atomic<bool> connected {false};
     std::atomic<bool> asking {false};
@@ -125,7 +125,7 @@ TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsUntilTheFirstValueCame)
     EXPECT_TRUE(connected);
 }
 
-TEST_F(NetworkStateTest, isWaitedForOnOtherThreadsHoweverLongTheFirstValueTakes)
+TEST_F(NetworkStateTest, blocksOtherThreadsWithoutTimeLimit)
 {
     constexpr int HourOfPolls = 3600 * 100;
     bool connected = false;

@@ -52,7 +52,7 @@ void end(Probe *probe)
 
 } // namespace
 
-TEST(NewQThreadTest, buildsItsObjectOnANewThreadOfTheGivenName)
+TEST(NewQThreadTest, createsItsObjectOnANewNamedThread)
 {
     Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
     ASSERT_NE(probe, nullptr);
@@ -80,7 +80,7 @@ TEST(NewQThreadTest, startsAThreadForEachObject)
     end(second);
 }
 
-TEST(NewQThreadTest, throwsWhenItHasNothingToBuild)
+TEST(NewQThreadTest, throwsWithoutAFunctionToRun)
 {
     ThreadOfNothing thread;
     // So that an event loop, if it came to one, would end at once.
@@ -88,7 +88,7 @@ TEST(NewQThreadTest, throwsWhenItHasNothingToBuild)
     EXPECT_THROW(thread.run(), std::bad_function_call);
 }
 
-TEST(NewQThreadTest, deletesItselfEvenWhenTheCallersEventLoopNeverRunsAgain)
+TEST(NewQThreadTest, isDeletedEvenWhenTheCallersEventLoopNeverRunsAgain)
 {
     QPointer<QThread> thread;
     std::thread caller([&thread] {

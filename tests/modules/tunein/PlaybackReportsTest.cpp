@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-TEST_F(PlaybackReportsTest, tellOfAStreamThatPlayed)
+TEST_F(PlaybackReportsTest, sendAStreamThatPlayed)
 {
     stream("s1"_s, "http://h/a?b=c d"_s);
     expectRequests({"GET /Report.ashx?c=stream&id=s1&streamUrl=http%3A%2F%2Fh%2Fa%3Fb%3Dc%20d"
@@ -66,7 +66,7 @@ TEST_F(PlaybackReportsTest, tellOfAStreamThatPlayed)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(PlaybackReportsTest, tellOfAStreamThatFailed)
+TEST_F(PlaybackReportsTest, sendAStreamThatFailed)
 {
     stream("s1"_s, "http://h/a"_s, "no & sound"_s);
     expectRequests(
@@ -83,7 +83,7 @@ TEST_F(PlaybackReportsTest, tellOfAStreamThatFailed)
             "&render=json&partnerId=partner&serial=ABC'"_s));
 }
 
-TEST_F(PlaybackReportsTest, leaveOutWhatAStreamReportDoesNotKnow)
+TEST_F(PlaybackReportsTest, leaveOutAnUnknownGuideIdOrUrl)
 {
     stream(QString(), "http://h/a"_s);
     stream("s1"_s, QString());
@@ -92,7 +92,7 @@ TEST_F(PlaybackReportsTest, leaveOutWhatAStreamReportDoesNotKnow)
         "GET /Report.ashx?c=stream&id=s1&listenId=0&render=json&partnerId=partner&serial=ABC"});
 }
 
-TEST_F(PlaybackReportsTest, tellOfADurationThatWasStopped)
+TEST_F(PlaybackReportsTest, sendTheDurationOfAStop)
 {
     duration("s1"_s, 120, true);
     expectRequests({"POST /Report.ashx?c=time&id=s1&duration=120&listenId=0&trigger=stop"
@@ -104,7 +104,7 @@ TEST_F(PlaybackReportsTest, tellOfADurationThatWasStopped)
     EXPECT_EQ(log().lines().last(), "DEBUG sendDurationReport: reporting duration: OK"_s);
 }
 
-TEST_F(PlaybackReportsTest, tellOfADurationThatWasPaused)
+TEST_F(PlaybackReportsTest, sendTheDurationOfAPause)
 {
     duration("s1"_s, 7, false);
     EXPECT_EQ(server().requests().constFirst().body, QByteArray());
@@ -131,7 +131,7 @@ TEST(PlaybackReportsOfNoDeviceTest, leaveOutAnEmptySerial)
     EXPECT_EQ(url.toString(), report);
 }
 
-TEST_F(PlaybackReportsTest, logAFaultOfTheAnswerThroughTheRequestsError)
+TEST_F(PlaybackReportsTest, logAFaultInTheAnswerAsTheRequestsError)
 {
     answer("/Report.ashx", QByteArray(R"({"head":{"status":"400","fault":"bad"},"body":[]})"));
     stream("s1"_s, QString());
@@ -173,7 +173,7 @@ TEST_F(PlaybackReportsTest, logANetworkThatIsDown)
     expectRequests({});
 }
 
-TEST_F(PlaybackReportsTest, keepPlaceholdersOfTheStreamAsTheyAre)
+TEST_F(PlaybackReportsTest, keepPlaceholdersInUrlsAndErrors)
 {
     stream("%2"_s, "http://h/%3%41%2F"_s, "%1 %9"_s);
     EXPECT_EQ(log().lines().constFirst(),
@@ -186,7 +186,7 @@ TEST_F(PlaybackReportsTest, keepPlaceholdersOfTheStreamAsTheyAre)
                     "&serial=ABC"});
 }
 
-TEST_F(PlaybackReportsTest, keepTheSecretsOfTheStreamOutOfTheLogOnly)
+TEST_F(PlaybackReportsTest, sendSecretsOfTheUrlButKeepThemOutOfTheLog)
 {
     for (const QString &error : {QString(), "no sound"_s}) {
         server().clearRequests();
@@ -199,7 +199,7 @@ TEST_F(PlaybackReportsTest, keepTheSecretsOfTheStreamOutOfTheLogOnly)
     }
 }
 
-TEST_F(PlaybackReportsTest, keepATextOfSeveralLinesAndScripts)
+TEST_F(PlaybackReportsTest, keepErrorsOfSeveralLinesAndScripts)
 {
     stream("s1"_s, QString(), "Zeit\u00fcberschreitung\n\u8d85\u65f6"_s);
     expectRequests({"GET /Report.ashx?c=stream&id=s1&listenId=0&error=404"

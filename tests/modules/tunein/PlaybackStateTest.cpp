@@ -20,7 +20,7 @@ const char SkippedNoGuideId[] = "Skipped reporting duration, station without a g
 
 } // namespace
 
-TEST_F(PlaybackStateTest, reportsAPlayOfNinetyPausedTenAndThirtySecondsAsOneOf120)
+TEST_F(PlaybackStateTest, leavesThePauseOutOfTheDuration)
 {
     play(Playing);
     FakeClock::advance(90000);
@@ -33,7 +33,7 @@ TEST_F(PlaybackStateTest, reportsAPlayOfNinetyPausedTenAndThirtySecondsAsOneOf12
     EXPECT_FALSE(timerIsActive());
 }
 
-TEST_F(PlaybackStateTest, addsUpWhatWasHeardBetweenSeveralPauses)
+TEST_F(PlaybackStateTest, addsUpTheTimeBetweenSeveralPauses)
 {
     for (const int seconds : {10, 20, 40}) {
         play(Playing);
@@ -63,7 +63,7 @@ TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
     EXPECT_EQ(durationReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, reportsOnlyWhatWasHeardAfterTheResumeOnceThePauseWasReported)
+TEST_F(PlaybackStateTest, reportsOnlyTheTimeSinceTheResumeAfterAReportedPause)
 {
     play(Playing);
     FakeClock::advance(60000);
@@ -76,7 +76,7 @@ TEST_F(PlaybackStateTest, reportsOnlyWhatWasHeardAfterTheResumeOnceThePauseWasRe
         QList<QByteArray>({durationReport("s1", 60, false), durationReport("s1", 7, true)}));
 }
 
-TEST_F(PlaybackStateTest, runsTheTimerOfFiveMinutesDuringAPauseOnly)
+TEST_F(PlaybackStateTest, runsItsTimerOnlyDuringAPause)
 {
     EXPECT_FALSE(timerIsActive());
     play(Playing);
@@ -95,7 +95,7 @@ TEST_F(PlaybackStateTest, runsTheTimerOfFiveMinutesDuringAPauseOnly)
     EXPECT_FALSE(timerIsActive());
 }
 
-TEST_F(PlaybackStateTest, stopsTheTimerWithItsFirstExpiry)
+TEST_F(PlaybackStateTest, stopsItsTimerWhenItExpires)
 {
     play(Playing);
     play(Paused);
@@ -106,7 +106,7 @@ TEST_F(PlaybackStateTest, stopsTheTimerWithItsFirstExpiry)
         "TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s);
 }
 
-TEST_F(PlaybackStateTest, reportsOnceWhenTheTimerExpiresByItself)
+TEST_F(PlaybackStateTest, reportsOnceWhenItsTimerExpires)
 {
     play(Playing);
     FakeClock::advance(60000);
@@ -116,7 +116,7 @@ TEST_F(PlaybackStateTest, reportsOnceWhenTheTimerExpiresByItself)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 60, false)}));
 }
 
-TEST_F(PlaybackStateTest, warnsOfATimerThatExpiresOutsideAPause)
+TEST_F(PlaybackStateTest, warnsWhenItsTimerExpiresOutsideAPause)
 {
     play(Playing);
     FakeClock::advance(5000);
@@ -149,7 +149,7 @@ TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, forgetsTheTimeOfAPauseEvenWhenItsReportWasSkipped)
+TEST_F(PlaybackStateTest, resetsTheTimeAtAPauseEvenWhenTheReportIsSkipped)
 {
     const QString stream = "http://stream.example/live"_s;
     play(Playing, 1, QString(), stream, QString());
@@ -186,7 +186,7 @@ TEST_F(PlaybackStateTest, logsEachRequest)
         "TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:broken"_s));
 }
 
-TEST_F(PlaybackStateTest, logsAStopFromTheRequestToTheOutcomeOfItsReport)
+TEST_F(PlaybackStateTest, logsAStopAndItsReport)
 {
     play(Playing, 7);
     FakeClock::advance(5000);
@@ -212,7 +212,7 @@ TEST_F(PlaybackStateTest, logsAStopFromTheRequestToTheOutcomeOfItsReport)
             "DEBUG sendDurationReport: reporting duration: OK"_s));
 }
 
-TEST_F(PlaybackStateTest, logsAStopWithoutReportToTheReason)
+TEST_F(PlaybackStateTest, logsWhyAStopIsNotReported)
 {
     play(Playing, 7);
     log().clear();
@@ -223,7 +223,7 @@ TEST_F(PlaybackStateTest, logsAStopWithoutReportToTheReason)
             "INFO "_s + QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, recordsAStateThatItDoesNotKnowAndNothingElse)
+TEST_F(PlaybackStateTest, onlyRecordsAnUnknownState)
 {
     play(Playing);
     FakeClock::advance(4000);
@@ -238,7 +238,7 @@ TEST_F(PlaybackStateTest, recordsAStateThatItDoesNotKnowAndNothingElse)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 6, true)}));
 }
 
-TEST_F(PlaybackStateTest, changesNothingWhenTheSameStateComesTwice)
+TEST_F(PlaybackStateTest, ignoresARepeatedState)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -253,7 +253,7 @@ TEST_F(PlaybackStateTest, changesNothingWhenTheSameStateComesTwice)
     EXPECT_EQ(streamReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, keepsTheIntervalRunningAcrossAReconnect)
+TEST_F(PlaybackStateTest, keepsTimingAcrossAReconnect)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -266,7 +266,7 @@ TEST_F(PlaybackStateTest, keepsTheIntervalRunningAcrossAReconnect)
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
 }
 
-TEST_F(PlaybackStateTest, countsNothingWhenAPauseComesAgainAfterAnotherState)
+TEST_F(PlaybackStateTest, addsNoTimeForASecondPause)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -307,7 +307,7 @@ TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
     EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
+TEST_F(PlaybackStateTest, countsFromClockZeroForAPauseWithoutPlaying)
 {
     play(Playing);
     play(Stopped);
@@ -319,7 +319,7 @@ TEST_F(PlaybackStateTest, countsTheWholeClockForAPauseThatFollowsNoPlaying)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", seconds, true)}));
 }
 
-TEST_F(PlaybackStateTest, pausesAnewAfterAStopOutOfAPause)
+TEST_F(PlaybackStateTest, canPauseAgainAfterAStop)
 {
     play(Playing);
     FakeClock::advance(4000);
@@ -335,7 +335,7 @@ TEST_F(PlaybackStateTest, pausesAnewAfterAStopOutOfAPause)
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback paused."_s).Times(2));
 }
 
-TEST_F(PlaybackStateTest, countsTheWholeClockForAStopThatFollowsNoPlaying)
+TEST_F(PlaybackStateTest, countsFromClockZeroForAStopWithoutPlaying)
 {
     play(Playing);
     play(Stopped);
@@ -360,7 +360,7 @@ TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
     EXPECT_EQ(streamReports().size(), 2);
 }
 
-TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInWhateverState)
+TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInAnyState)
 {
     play(Stopped, 1, "broken"_s);
     play(Stopped, 1, "broken"_s);
@@ -383,7 +383,7 @@ TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
             streamReport("s1", "lost")}));
 }
 
-TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutAddress)
+TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutUrl)
 {
     play(Playing, 1, QString(), QString());
     play(Playing, 1, "broken"_s, QString());
@@ -391,7 +391,7 @@ TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutAddress)
     EXPECT_THAT(server().requestLines(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, keepsThePlayWhenATrackWithoutAddressComesBetween)
+TEST_F(PlaybackStateTest, keepsThePlayAcrossATrackWithoutUrl)
 {
     play(Playing, 1);
     play(Playing, 2, QString(), QString());
@@ -413,7 +413,7 @@ TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, takesTheGuideIdFromNowhereButTheMatchingPath)
+TEST_F(PlaybackStateTest, takesTheGuideIdOnlyFromTheMatchingPath)
 {
     const CMPath item = path("TuneIn:browse?veskGuideId=s1"_s);
     VeskRoles matching;
@@ -447,7 +447,7 @@ TEST_F(PlaybackStateTest, takesTheGuideIdFromNowhereButTheMatchingPath)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, prefersTheMessageOfZeroDuration)
+TEST_F(PlaybackStateTest, logsAZeroDurationBeforeAMissingGuideId)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
     log().clear();
@@ -456,7 +456,7 @@ TEST_F(PlaybackStateTest, prefersTheMessageOfZeroDuration)
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenTheStopComesWithANewPlay)
+TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenAStopNamesANewPlay)
 {
     play(Playing, 1, QString(), "http://stream.example/one"_s, "s1"_s);
     FakeClock::advance(4000);
@@ -464,7 +464,7 @@ TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenTheStopComesWithANew
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 4, true)}));
 }
 
-TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
+TEST_F(PlaybackStateTest, keepsTheGuideIdUntilANewPlay)
 {
     play(Playing, 1);
     play(Stopped, 1);
@@ -476,7 +476,7 @@ TEST_F(PlaybackStateTest, forgetsTheGuideIdWithANewPlayOnly)
     EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
 }
 
-TEST_F(PlaybackStateTest, forgetsTheGuideIdWithAReportThatHasNone)
+TEST_F(PlaybackStateTest, clearsTheGuideIdWhenAReportedTrackHasNone)
 {
     play(Playing);
     FakeClock::advance(5000);
@@ -490,7 +490,7 @@ TEST_F(PlaybackStateTest, forgetsTheGuideIdWithAReportThatHasNone)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, takesTheGuideIdOfTheDurationFromTheReportOfAnErrorToo)
+TEST_F(PlaybackStateTest, takesTheGuideIdFromAnErrorReportToo)
 {
     play(Playing, 1, "stutters"_s);
     FakeClock::advance(5000);
@@ -504,7 +504,7 @@ TEST_F(PlaybackStateTest, takesTheGuideIdOfTheDurationFromTheReportOfAnErrorToo)
         QList<QByteArray>({durationReport("s1", 5, false), durationReport("s1", 3, true)}));
 }
 
-TEST_F(PlaybackStateTest, takesTheTimeAPlayWasFirstSeenForItsListenId)
+TEST_F(PlaybackStateTest, usesTheTimeAPlayWasFirstSeenAsItsListenId)
 {
     play(Transitioning, 1);
     const QByteArray firstSeen = QByteArray::number(FakeClock::epochSeconds());
@@ -534,7 +534,7 @@ TEST_F(PlaybackStateTest, givesEachPlayAListenIdOfItsOwn)
             {durationReport("s1", 60, true), durationReport("s1", 5, true, listenId)}));
 }
 
-TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail)
+TEST_F(PlaybackStateTest, answersEveryRequestEvenWhenReportsFail)
 {
     closeServer();
     for (const VeskPlayLogicState::Enum state :
@@ -547,7 +547,7 @@ TEST_F(PlaybackStateTest, completesEveryRequestWithANullValueEvenWhenReportsFail
     openServer();
 }
 
-TEST_F(PlaybackStateTest, survivesWhateverIsPosted)
+TEST_F(PlaybackStateTest, survivesMalformedStateChanges)
 {
     const QString target = VeskTuneInStateChangePath().toEncoded();
     for (const QVariant &value : {QVariant(), QVariant(7), QVariant("text"_s),

@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-TEST_F(PluginFileTest, exportsItsEntryAndNothingElse)
+TEST_F(PluginFileTest, exportsOnlyItsEntry)
 {
     const QStringList symbols
         = linesOf("nm -D --defined-only --format=posix '" VESK_TUNEIN_PLUGIN "'");
@@ -73,7 +73,7 @@ TEST_F(PluginFileTest, servesRequests)
     EXPECT_EQ(rows("TuneIn:"_s).texts(), QStringList("Music"_s));
 }
 
-TEST_F(PluginFileTest, leavesNoThreadAndNoDescriptorWithItsWorker)
+TEST_F(PluginFileTest, releasesThreadsAndDescriptorsWithItsWorker)
 {
     create();
     closeServer();

@@ -159,7 +159,7 @@ TEST_F(TuneInAccountRequestTest, logsAReadAndItsValue)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, readsOneValueForEachRoleInTheirOrder)
+TEST_F(TuneInAccountRequestTest, answersOneValuePerRoleInTheirOrder)
 {
     answerAccount(outline("jane"));
     const Answer answer = read({VeskRoles::Title(), VeskRoles::Value(), VeskRoles::Type(),
@@ -174,7 +174,7 @@ TEST_F(TuneInAccountRequestTest, readsOneValueForEachRoleInTheirOrder)
     expectAccountRequests({QueryLine});
 }
 
-TEST_F(TuneInAccountRequestTest, asksNobodyForOtherRolesThanTheValue)
+TEST_F(TuneInAccountRequestTest, sendsNothingForRolesOtherThanTheValue)
 {
     EXPECT_EQ(read({VeskRoles::Type()}).value.toList(), QVariantList {4});
     EXPECT_EQ(read({VeskRoles::Title()}).value.toList(), QVariantList {QVariant()});
@@ -192,14 +192,14 @@ TEST_F(TuneInAccountRequestTest, runsAQueryForEachReadOfItsValue)
     expectAccountRequests({QueryLine, QueryLine, QueryLine, QueryLine});
 }
 
-TEST_F(TuneInAccountRequestTest, answersAReadWithTheErrorOfItsValueWhateverTheOtherRoles)
+TEST_F(TuneInAccountRequestTest, failsAReadWhenItsQueryFailsWhateverOtherRolesItHas)
 {
     answerAccount(fault("400", "validation.deviceNotAssociated"));
     expectFault(read({VeskRoles::Type(), VeskRoles::Value(), VeskRoles::Title()}), 7,
         "No associated account");
 }
 
-TEST_F(TuneInAccountRequestTest, answersAReadWithTheFirstOfTwoErrors)
+TEST_F(TuneInAccountRequestTest, failsAReadWithTheFirstOfTwoErrors)
 {
     std::atomic<int> count {0};
     accountServer().setHandler([&count](const ScriptedServer::Request &) {
@@ -212,14 +212,14 @@ TEST_F(TuneInAccountRequestTest, answersAReadWithTheFirstOfTwoErrors)
     EXPECT_EQ(count, 2);
 }
 
-TEST_F(TuneInAccountRequestTest, readsWhateverTheParametersOfThePath)
+TEST_F(TuneInAccountRequestTest, ignoresThePathsParametersInARead)
 {
     answerAccount(outline("jane"));
     EXPECT_EQ(
         firstAccountOf(data("TuneIn:account?a=b"_s, {VeskRoles::Value()})).userName(), "jane"_s);
 }
 
-TEST_F(TuneInAccountRequestTest, takesNoReadOfAnotherPath)
+TEST_F(TuneInAccountRequestTest, declinesAReadOfAnotherPath)
 {
     for (const char *other : {"TuneIn:account/more", "TuneIn:other", "Other:account", "TuneIn:"}) {
         const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -239,7 +239,7 @@ TEST_F(TuneInAccountRequestTest, takesNoReadOfAnotherPath)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, passesEveryFaultOfAQueryOn)
+TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfAQuery)
 {
     for (const Fault &expected : Faults) {
         answerAccount(fault("400", expected.code));
@@ -270,7 +270,7 @@ TEST_F(TuneInAccountRequestTest, reportsAReadThatReachesNoServer)
     EXPECT_EQ(server().connections(), 0);
 }
 
-TEST_F(TuneInAccountRequestTest, asksNobodyWhileTheNetworkIsDown)
+TEST_F(TuneInAccountRequestTest, sendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
     log().clear();
@@ -289,7 +289,7 @@ TEST_F(TuneInAccountRequestTest, holdsItsMutexDuringAReadOnly)
     EXPECT_FALSE(isLockedDuring([] { write(filledAccount(Operation::query)); }));
 }
 
-TEST_F(TuneInAccountRequestTest, doesWithoutAReply)
+TEST_F(TuneInAccountRequestTest, handlesRequestsWithoutAReply)
 {
     answerAccount(outline("jane"));
     onWorker([this] {
@@ -307,7 +307,7 @@ TEST_F(TuneInAccountRequestTest, doesWithoutAReply)
 
 // Writing
 
-TEST_F(TuneInAccountRequestTest, answersAWriteWithTheAccountOfItsOperation)
+TEST_F(TuneInAccountRequestTest, answersAWriteWithAnAccount)
 {
     for (const Operation::Enum operation : {Operation::create, Operation::join, Operation::drop,
              Operation::remind, Operation::reset}) {
@@ -341,7 +341,7 @@ TEST_F(TuneInAccountRequestTest, answersAWriteWithWhatTuneInSays)
     EXPECT_EQ(claim.claimKey(), "K1"_s);
 }
 
-TEST_F(TuneInAccountRequestTest, passesEveryFaultOfEveryOperationOn)
+TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfEveryOperation)
 {
     for (const Operation::Enum operation : AllOperations) {
         for (const Fault &expected : Faults) {
@@ -351,7 +351,7 @@ TEST_F(TuneInAccountRequestTest, passesEveryFaultOfEveryOperationOn)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, callsA403WithoutFaultCodeAFailedLoginWhenJoiningOnly)
+TEST_F(TuneInAccountRequestTest, reportsABare403AsAFailedLoginOnlyForJoin)
 {
     answerAccount(fault("403"));
     for (const Operation::Enum operation : AllOperations) {
@@ -385,7 +385,7 @@ TEST_F(TuneInAccountRequestTest, logsAWriteFromItsValueToItsReply)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, logsTheErrorThatAWritesReplyHolds)
+TEST_F(TuneInAccountRequestTest, logsTheErrorOfAWritesReply)
 {
     answerAccount(QByteArray(R"({"head":{"status":"200"},"body":[]})"));
     const Answer answer = write(filledAccount(Operation::auth));
@@ -410,7 +410,7 @@ TEST_F(TuneInAccountRequestTest, logsNoReplyBelowTrace)
     EXPECT_THAT(log().lines("TRACE"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, takesNoWriteOfAnotherRole)
+TEST_F(TuneInAccountRequestTest, declinesAWriteOfAnotherRole)
 {
     VeskValue value;
     value.setTuneInAccount(filledAccount(Operation::drop));
@@ -428,7 +428,7 @@ TEST_F(TuneInAccountRequestTest, takesNoWriteOfAnotherRole)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, judgesAWriteByItsRoleAlone)
+TEST_F(TuneInAccountRequestTest, ignoresThePathOfAWrite)
 {
     VeskValue value;
     value.setTuneInAccount(filledAccount(Operation::drop));
@@ -453,7 +453,7 @@ TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, takesAnAccountWhoseTypeIsWrittenInAnyForm)
+TEST_F(TuneInAccountRequestTest, acceptsTheTypeAsNumberOrText)
 {
     const QVariantHash account {
         {"operation"_s, "drop"_s}, {"userName"_s, "me"_s}, {"password"_s, "sesame"_s}};

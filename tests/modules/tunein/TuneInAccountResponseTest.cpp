@@ -100,7 +100,7 @@ TEST_F(TuneInAccountResponseTest, isReadByTheReaderOfItsOperation)
         expectAccount(process(operation, answer), {{"operation"_s, int(operation)}});
 }
 
-TEST_F(TuneInAccountResponseTest, isOfOneOfTheEightOperations)
+TEST_F(TuneInAccountResponseTest, stopsAtAnUnknownOperation)
 {
     for (const int code : {0, 9, -1}) {
         EXPECT_DEATH(
@@ -119,7 +119,7 @@ TEST_F(TuneInAccountResponseTest, ofAPlainOperationCarriesTheOperationOnly)
     expectAccount(process(Operation::drop, Done), {{"operation"_s, 4}});
 }
 
-TEST_F(TuneInAccountResponseTest, ofAPlainOperationSucceedsByTheExactStatusOnly)
+TEST_F(TuneInAccountResponseTest, ofAPlainOperationSucceedsOnlyWithStatus200)
 {
     for (const char *status : {"", " 200", "200 ", "201", "OK"})
         expectError(process(Operation::drop, fault(status)), "TuneIn request failed.", ":0");
@@ -159,7 +159,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationCarriesTheAccount)
             {"email"_s, "jane@example.org"_s}});
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationTakesNumbersForTheirText)
+TEST_F(TuneInAccountResponseTest, ofAnAuthenticationReadsNumbersAsText)
 {
     const VeskTuneInAccount account = accountOf(
         process(Operation::auth, screen(R"({"account_id":17,"session_id":5,"user_name":null})")));
@@ -181,7 +181,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationIsLogged)
             "name: 'Doe', email: 'jane@example.org'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationMayBeAnyElement)
+TEST_F(TuneInAccountResponseTest, ofAnAuthenticationMayHoldAnyElement)
 {
     for (const QByteArray &answer : NotOutlines)
         EXPECT_EQ(accountOf(process(Operation::auth, answer)).operation(), Operation::auth);
@@ -195,7 +195,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationHoldsExactlyOneElement)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationFailsAsIfItWereNoAccountOperation)
+TEST_F(TuneInAccountResponseTest, ofAnAuthenticationFailsWithTheFaultOfNoOperation)
 {
     expectError(process(Operation::auth, fault("403")), "Access forbidden.", ":0");
     expectError(process(Operation::auth, fault("401")), "TuneIn request failed.", ":0");
@@ -224,7 +224,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryNamesTheLinkedAccount)
             "DEBUG Query 'account': associated account 'jane'."_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryMayBeOneOutlineInPlaceOfAList)
+TEST_F(TuneInAccountResponseTest, ofAQueryMayHoldAnObjectInPlaceOfAList)
 {
     EXPECT_EQ(
         accountOf(process(Operation::query,
@@ -269,7 +269,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryFailsForEveryOtherFault)
                     "'validation.error'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryIsJudgedByItsStatusBeforeItsFault)
+TEST_F(TuneInAccountResponseTest, ofAQueryPrefersItsStatusToItsFault)
 {
     expectAccount(process(Operation::query,
                       R"({"head":{"status":"200","fault_code":"validation.deviceNotAssociated"},)"
@@ -304,7 +304,7 @@ TEST_F(TuneInAccountResponseTest, ofAClaimHoldsExactlyOneOutline)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAClaimFailsAsIfItWereNoAccountOperation)
+TEST_F(TuneInAccountResponseTest, ofAClaimFailsWithTheFaultOfNoOperation)
 {
     expectError(process(Operation::claim, fault("403")), "Access forbidden.", ":0");
     expectError(process(Operation::claim, fault("400", "validation.deviceNotAssociated")),
@@ -316,7 +316,7 @@ TEST_F(TuneInAccountResponseTest, ofAClaimFailsAsIfItWereNoAccountOperation)
                     "'validation.deviceExists'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, withPlaceholdersIsLoggedAsItIs)
+TEST_F(TuneInAccountResponseTest, isLoggedWithItsPlaceholders)
 {
     processLogged(Operation::claim, screen(outline(R"(,"text":"%2 %1","key":"%1")")));
     EXPECT_THAT(log().lines("DEBUG"_s), ElementsAre("Query 'claim': message '%2 %1', key: '%1'"_s));

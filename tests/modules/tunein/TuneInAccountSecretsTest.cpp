@@ -89,7 +89,7 @@ private:
 
 } // namespace
 
-TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfOperationsThatSucceed)
+TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnOperationSucceeds)
 {
     answerAccount(TellTale);
     runAll(false);
@@ -103,7 +103,7 @@ TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfOperationsThatSucceed)
         accountOf(write(secretAccount(Operation::auth))).sessionId(), QString::fromLatin1(Session));
 }
 
-TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfOperationsThatTuneInRefuses)
+TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenTuneInRefuses)
 {
     for (const char *code : {"validation.password", "validation.error", ""}) {
         for (const char *status : {"400", "403"}) {
@@ -115,7 +115,7 @@ TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfOperationsThatTuneInRe
     expectSilence();
 }
 
-TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfExchangesThatFail)
+TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnExchangeFails)
 {
     answerAccount(QByteArray("{\"session_id\":\"" + Session + "\""));
     runAll(true);
@@ -141,7 +141,7 @@ TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfExchangesThatFail)
     expectSilence();
 }
 
-TEST_F(TuneInAccountSecretsTest, areInNoRecordAndNoErrorOfWritesThatAreRefused)
+TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAWriteIsRefused)
 {
     VeskTuneInAccount half = secretAccount(Operation::auth);
     half.setUserName(QString());

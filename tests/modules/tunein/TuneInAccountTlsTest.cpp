@@ -25,31 +25,31 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInAccountTlsTest, tellsNothingToAServerOfAnUnknownAuthority)
+TEST_F(TuneInAccountTlsTest, sendsNothingToAServerOfAnUnknownAuthority)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Now, false);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, tellsNothingToAServerOfAnotherHost)
+TEST_F(TuneInAccountTlsTest, sendsNothingToAServerOfAnotherHost)
 {
     openAccountServer("opml.example.org");
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWhoseCertificateHasExpired)
+TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithAnExpiredCertificate)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Past);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWhoseCertificateIsNotGoodYet)
+TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithACertificateOfTheFuture)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Future);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, tellsNothingToAServerWithoutTls)
+TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithoutTls)
 {
     HttpClient::setConnectTo(
         {"opml.radiotime.com:443:127.0.0.1:"_s + QString::number(server().port())});
@@ -73,7 +73,7 @@ TEST_F(TuneInAccountTlsTest, followsNoRedirectToPlainHttp)
     }
 }
 
-TEST_F(TuneInAccountTlsTest, goesOnWhenTheServerIsTrustedAgain)
+TEST_F(TuneInAccountTlsTest, worksAgainOnceTheServerIsTrusted)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Past);
     EXPECT_FALSE(write(filledAccount(Operation::drop)).error.isEmpty());

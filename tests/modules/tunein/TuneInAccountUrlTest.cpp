@@ -84,7 +84,7 @@ TEST_F(TuneInAccountUrlTest, sendsTheItemsOfEachOperationInTheirOrder)
         expectSent(filledAccount(sent.operation), sent.items);
 }
 
-TEST_F(TuneInAccountUrlTest, sendsEmptyInputsExceptWhereTheyAreOptional)
+TEST_F(TuneInAccountUrlTest, sendsEmptyInputsUnlessTheyAreOptional)
 {
     start();
     for (const Items &sent : EmptyItems)
@@ -101,7 +101,7 @@ TEST_F(TuneInAccountUrlTest, leavesOutAnEmptyPartnerIdOfEachOperation)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialWithItsFourOperationsOnly)
+TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialOnlyWithOperationsThatHaveOne)
 {
     start();
     // Settings that were never loaded: loading them always finds some serial.
@@ -122,7 +122,7 @@ TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialWithItsFourOperationsOnly)
     expectAccountRequests({"POST /Account.ashx?render=json&c=query&serial="});
 }
 
-TEST_F(TuneInAccountUrlTest, createsWithThePostalCodeOrElseWithCityAndCountry)
+TEST_F(TuneInAccountUrlTest, sendsThePostalCodeOrCityAndCountry)
 {
     start();
     const QByteArray start = "c=create&username=me&password=sesame&email=me%40example.org";
@@ -138,7 +138,7 @@ TEST_F(TuneInAccountUrlTest, createsWithThePostalCodeOrElseWithCityAndCountry)
     expectSent(account, start + "&postalCode=10115");
 }
 
-TEST_F(TuneInAccountUrlTest, resetsByWhatIsThere)
+TEST_F(TuneInAccountUrlTest, sendsTheUserNameAndEmailOfAResetWhenPresent)
 {
     start();
     VeskTuneInAccount account = emptyAccount(Operation::reset);
@@ -152,7 +152,7 @@ TEST_F(TuneInAccountUrlTest, resetsByWhatIsThere)
     expectSent(account, "c=reset&username=me");
 }
 
-TEST_F(TuneInAccountUrlTest, resetsWithoutAnythingAndWithoutPartnerIdByRenderAndOperationOnly)
+TEST_F(TuneInAccountUrlTest, sendsOnlyRenderAndOperationForAnEmptyReset)
 {
     set(VeskTuneInPartnerIdPath(), QString());
     start();
@@ -160,7 +160,7 @@ TEST_F(TuneInAccountUrlTest, resetsWithoutAnythingAndWithoutPartnerIdByRenderAnd
     expectAccountRequests({"POST /Account.ashx?render=json&c=reset"});
 }
 
-TEST_F(TuneInAccountUrlTest, encodesWhatWouldBreakTheQuery)
+TEST_F(TuneInAccountUrlTest, encodesReservedCharacters)
 {
     start();
     VeskTuneInAccount account = emptyAccount(Operation::auth);
@@ -170,7 +170,7 @@ TEST_F(TuneInAccountUrlTest, encodesWhatWouldBreakTheQuery)
         account, "c=auth&username=a%26c%3Ddrop%23%C3%A9&password=x%20y%2Bz%2541%3D%3F%2F%0D%0A");
 }
 
-TEST_F(TuneInAccountUrlTest, isBuiltOnTheSecureBase)
+TEST_F(TuneInAccountUrlTest, usesHttps)
 {
     start();
     for (const Items &sent : FilledItems) {
@@ -183,7 +183,7 @@ TEST_F(TuneInAccountUrlTest, isBuiltOnTheSecureBase)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, isNotBuiltOfAUserNameOrAPasswordAlone)
+TEST_F(TuneInAccountUrlTest, failsForAUserNameOrAPasswordAlone)
 {
     start();
     for (const Operation::Enum operation : AllOperations) {
@@ -200,7 +200,7 @@ TEST_F(TuneInAccountUrlTest, isNotBuiltOfAUserNameOrAPasswordAlone)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, isNotBuiltForAnUnknownOperation)
+TEST_F(TuneInAccountUrlTest, failsForAnUnknownOperation)
 {
     start();
     const struct {
@@ -216,13 +216,13 @@ TEST_F(TuneInAccountUrlTest, isNotBuiltForAnUnknownOperation)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, isNotBuiltForAnAccountWithoutOperation)
+TEST_F(TuneInAccountUrlTest, failsWithoutAnOperation)
 {
     start();
     expectRefused(VeskTuneInAccount(), "Unknown method");
 }
 
-TEST_F(TuneInAccountUrlTest, isJudgedByItsCredentialsBeforeItsOperation)
+TEST_F(TuneInAccountUrlTest, checksCredentialsBeforeTheOperation)
 {
     start();
     log().clear();
@@ -233,7 +233,7 @@ TEST_F(TuneInAccountUrlTest, isJudgedByItsCredentialsBeforeItsOperation)
         ElementsAre("TuneInAccountNode::setDataRequest: Failed to create query!"_s));
 }
 
-TEST_F(TuneInAccountUrlTest, isLeftAsItWasWhenItCannotBeBuilt)
+TEST_F(TuneInAccountUrlTest, leavesTheUrlUnchangedOnFailure)
 {
     start();
     const VeskUrl before("http://before.example.org/?a=b"_s);

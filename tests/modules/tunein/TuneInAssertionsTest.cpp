@@ -64,13 +64,13 @@ TEST_F(TuneInAssertionTest, stopsAnExchangeOfAnUnknownType)
         "0");
 }
 
-TEST_F(TuneInAssertionTest, stopsAStreamReportAboutNothing)
+TEST_F(TuneInAssertionTest, stopsAStreamReportWithoutGuideIdAndUrl)
 {
     EXPECT_ASSERTION(onWorker([&] { worker()->sendAutomaticStreamReport({}, {}, "broken"_s); }),
         "!guideId.isEmpty() || !streamUrl.isEmpty()");
 }
 
-TEST_F(TuneInAssertionTest, stopsADurationReportAboutNothing)
+TEST_F(TuneInAssertionTest, stopsADurationReportWithoutGuideId)
 {
     EXPECT_ASSERTION(
         onWorker([&] { worker()->sendDurationReport({}, 10, true); }), "!guideId.isEmpty()");
@@ -83,7 +83,7 @@ TEST_F(TuneInAssertionTest, stopsAScreenThatIsNotBelowBrowse)
         "requestPath.base().startsWith(\"browse\")");
 }
 
-TEST_F(TuneInAssertionTest, stopsASeparatorWhoseKeyCannotBeNavigated)
+TEST_F(TuneInAssertionTest, stopsASeparatorWithAReservedCharacterInItsKey)
 {
     const char condition[] = "!element.key().contains(QRegExp(\"[_~]\"))";
     for (const char *key : {"a_b", "~1", "_"}) {
@@ -93,7 +93,7 @@ TEST_F(TuneInAssertionTest, stopsASeparatorWhoseKeyCannotBeNavigated)
     }
 }
 
-TEST_F(TuneInAssertionTest, stopsTheChoiceOfAStreamWithoutItsItem)
+TEST_F(TuneInAssertionTest, stopsAStreamChoiceWithoutMatchingPath)
 {
     const QByteArray stream
         = R"({"element":"outline","type":"audio","text":"A","URL":"http://h/x"})";

@@ -119,7 +119,7 @@ TEST_F(TuneInAudioRowTest, offersTheContextMenuOfAStation)
     EXPECT_EQ(context.containerType(), 100);
 }
 
-TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsToPlay)
+TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStation)
 {
     const VeskMediaData media = row(Station).mediaData();
     const VeskMetaData meta = media.metaData();
@@ -167,7 +167,7 @@ TEST_F(TuneInAudioRowTest, showsAnEpisodeAsOnDemand)
     EXPECT_FALSE(roles.mediaData().activeResource().contains("bitRate"_s));
 }
 
-TEST_F(TuneInAudioRowTest, takesAShowForABroadcastWithoutContextMenu)
+TEST_F(TuneInAudioRowTest, showsAShowAsABroadcastWithoutContextMenu)
 {
     const VeskRoles roles = row(changed(Episode, "topic", "show").toUtf8());
     EXPECT_EQ(roles.audioType(), VeskRolesAudioType::AudioBroadcast());
@@ -225,7 +225,7 @@ TEST_F(TuneInAudioRowTest, isLiveForStationsOnly)
         row(changed(Station, "\"station\"", "\"url\"").toUtf8()).mediaData().metaData().live());
 }
 
-TEST_F(TuneInAudioRowTest, readsOddBitRatesWithoutHarm)
+TEST_F(TuneInAudioRowTest, ignoresInvalidBitRates)
 {
     for (const char *bitrate : {"\"abc\"", "\"-1\"", "\"2147483647\"", "\"99999999999999\"", "\"\"",
              "128.5", "null", "[]"})
@@ -238,7 +238,7 @@ TEST_F(TuneInAudioRowTest, readsOddBitRatesWithoutHarm)
         0);
 }
 
-TEST_F(TuneInAudioRowTest, takesTheLowerCaseUrlWhenThereIsNoOther)
+TEST_F(TuneInAudioRowTest, fallsBackToTheLowerCaseUrl)
 {
     EXPECT_EQ(row(R"({"element":"outline","type":"audio","url":"http://h/x?a=%20b"})")
                   .mediaData()
@@ -247,7 +247,7 @@ TEST_F(TuneInAudioRowTest, takesTheLowerCaseUrlWhenThereIsNoOther)
         "http://h/x?a=%20b"_s);
 }
 
-TEST_F(TuneInAudioRowTest, fetchesGenreNamesOnceWithItsFirstGenre)
+TEST_F(TuneInAudioRowTest, fetchesGenreNamesOnce)
 {
     row(Station);
     expectRequests({"GET /Browse.ashx?c=x&" + CommonItems, GenresRequest});
@@ -276,7 +276,7 @@ TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesWithoutAGenre)
     EXPECT_THAT(server().requestLines(), Not(Contains(GenresRequest)));
 }
 
-TEST_F(TuneInAudioRowTest, waitsTenSecondsAfterGenreNamesThatFailed)
+TEST_F(TuneInAudioRowTest, waitsTenSecondsBeforeItAsksForGenreNamesAgain)
 {
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     EXPECT_EQ(row(Station).mediaData().metaData().genre(), QString());
@@ -295,7 +295,7 @@ TEST_F(TuneInAudioRowTest, waitsTenSecondsAfterGenreNamesThatFailed)
     EXPECT_THAT(server().requestLines(), Contains(GenresRequest).Times(2));
 }
 
-TEST_F(TuneInAudioRowTest, waitsAfterGenreNamesThatFailedForAnotherNodeToo)
+TEST_F(TuneInAudioRowTest, sharesTheWaitForGenreNamesBetweenNodes)
 {
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     row(Station);
@@ -364,7 +364,7 @@ TEST_F(TuneInAudioRowTest, offersTheChoiceOfAStationsStreams)
         "http://opml.radiotime.com/Tune.ashx?id=e5&sid=s1"_s);
 }
 
-TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheChoiceOfItsStreamsToo)
+TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStationInAStreamChoice)
 {
     const VeskRoles roles
         = row(changed(Station, R"("item")", R"("station_id":"456","item")").toUtf8(), ChoiceScreen);
@@ -384,7 +384,7 @@ TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheChoiceOfItsStreamsToo)
     expectEpisode(episode.mediaData().metaData());
 }
 
-TEST_F(TuneInAudioRowTest, takesOtherTuneScreensForNormalOnes)
+TEST_F(TuneInAudioRowTest, treatsOtherTuneScreensAsNormal)
 {
     const QString shown = path("TuneIn:browse"_s,
         {{"veskTuneInMethod"_s, "tune"_s}, {"c"_s, "pbrowse"_s},
@@ -396,7 +396,7 @@ TEST_F(TuneInAudioRowTest, takesOtherTuneScreensForNormalOnes)
         "fetchAvailableStreams"_s);
 }
 
-TEST_F(TuneInAudioRowTest, takesOnlyTuneScreensOfTheRootForAChoice)
+TEST_F(TuneInAudioRowTest, offersAStreamChoiceOnlyAtTheRoot)
 {
     // None of these carries the item that a choice is for.
     for (const char *shown : {"TuneIn:browse/other?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
@@ -432,7 +432,7 @@ TEST_F(TuneInAudioRowTest, playsTheStreamsOfTheTestSearchDirectly)
     EXPECT_EQ(media.activeResource().uri(), "http://opml.radiotime.com/Tune.ashx?id=s1"_s);
 }
 
-TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheTestSearchToo)
+TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfADirectStream)
 {
     const QString shown = "TuneIn:browse/uri/Search.ashx?query=aa2"_s;
     const VeskMetaData meta
@@ -452,7 +452,7 @@ TEST_F(TuneInAudioRowTest, carriesWhatAStationNeedsInTheTestSearchToo)
     expectEpisode(episode.mediaData().metaData());
 }
 
-TEST_F(TuneInAudioRowTest, countsDirectStreamsByTheirIndex)
+TEST_F(TuneInAudioRowTest, identifiesDirectStreamsByTheirIndex)
 {
     answer("/Search.ashx",
         screen(R"({"element":"outline","type":"text"},)" + Station + "," + Station));
@@ -470,7 +470,7 @@ TEST_F(TuneInAudioRowTest, playsOtherSearchesNormally)
             << shown;
 }
 
-TEST_F(TuneInAudioRowTest, showsTheResultsOfASearchAsElsewhere)
+TEST_F(TuneInAudioRowTest, showsSearchResultsLikeOtherScreens)
 {
     const VeskRoles station = row(Station);
     const VeskRoles episode = row(Episode);
@@ -507,7 +507,7 @@ TEST_F(TuneInAudioRowTest, carriesTheServiceIdOfTheConfigurationOnEveryScreen)
     }
 }
 
-TEST_F(TuneInAudioRowTest, keepsTextsWithPlaceholdersAndEscapesApart)
+TEST_F(TuneInAudioRowTest, keepsPlaceholdersAndEscapesInTexts)
 {
     const QByteArray element = changed(Station, "Example FM (Rock)", "100%25 %1 & ?=#+").toUtf8();
     const VeskRoles roles = row(element);
@@ -516,7 +516,7 @@ TEST_F(TuneInAudioRowTest, keepsTextsWithPlaceholdersAndEscapesApart)
         "100%25 %1 & ?=#+"_s);
 }
 
-TEST_F(TuneInAudioRowTest, asksForGenreNamesInTheFirstTenSecondsOfTheClockInVain)
+TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesInTheFirstTenSecondsOfTheClock)
 {
     // In a process of its own, in which nobody has asked for genres yet.
     EXPECT_EXIT(

@@ -88,7 +88,7 @@ TEST_F(TuneInRowsSeparatorTest, areHeadersFollowedByTheirChildrenInASingleList)
     EXPECT_THAT(log().lines("TRACE"_s).filter("navigation: '', maxLevel: 0, url: '"_s).size(), 2);
 }
 
-TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelow)
+TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelowInASingleList)
 {
     singleList();
     const RowsAnswer answer = show(
@@ -100,7 +100,7 @@ TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelow)
     EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(2).at(2).toString()), folder("three"_s));
 }
 
-TEST_F(TuneInRowsSeparatorTest, joinNavigationWithASemicolonThatLeadsNowhere)
+TEST_F(TuneInRowsSeparatorTest, joinNavigationWithASemicolonThatDoesNotResolve)
 {
     const QByteArray elements = section("One", "one",
         section("Two", "two", text("deep")) + "," + section("Three", "", text("deep")));
@@ -151,7 +151,7 @@ TEST_F(TuneInRowsNavigationTest, takesTheFirstMatch)
         QStringList("first"_s));
 }
 
-TEST_F(TuneInRowsNavigationTest, thatLeadsNowhereIsAnEmptyScreen)
+TEST_F(TuneInRowsNavigationTest, thatDoesNotResolveIsAnEmptyScreen)
 {
     const QByteArray elements
         = section("A", "a", text("x")) + "," + section("B", "b", text("y")) + "," + text("z");
@@ -182,7 +182,7 @@ TEST_F(TuneInRowsNavigationTest, intoAnElementWithoutChildrenIsAnEmptyScreen)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsNavigationTest, leadsIntoTheScreenOfAMethodToo)
+TEST_F(TuneInRowsNavigationTest, worksInMethodScreens)
 {
     const QByteArray elements = section("Stations", "stations", text("a") + "," + text("b")) + ","
         + section("Shows", "", text("c"));
@@ -223,7 +223,7 @@ TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
             "Browsing root and there is no folder 'My Presets' in it, so adding it at the first position ..."_s));
 }
 
-TEST_F(TuneInRowsFavoritesTest, areCalledInTheLanguageOfTheUser)
+TEST_F(TuneInRowsFavoritesTest, areTitledInTheUsersLanguage)
 {
     const ContextTranslator translator;
     const RowsAnswer answer = show(Link, {"title"_s, "path"_s}, "TuneIn:browse"_s);
@@ -232,7 +232,7 @@ TEST_F(TuneInRowsFavoritesTest, areCalledInTheLanguageOfTheUser)
         "TuneIn|My Favorites"_s);
 }
 
-TEST_F(TuneInRowsFavoritesTest, areNotAddedWhereTheyAre)
+TEST_F(TuneInRowsFavoritesTest, areNotAddedTwice)
 {
     EXPECT_EQ(
         titles(Link + "," + presets(), "TuneIn:browse"_s), QStringList({"Music"_s, "Favorites"_s}));
@@ -250,7 +250,7 @@ TEST_F(TuneInRowsFavoritesTest, areNotAddedElsewhere)
     EXPECT_EQ(titles(Link, screenPath()), QStringList("Music"_s));
 }
 
-TEST_F(TuneInRowsFavoritesTest, countAmongTheIndicesOfTheRootScreen)
+TEST_F(TuneInRowsFavoritesTest, countInTheIndicesOfTheRootScreen)
 {
     const RowsAnswer answer
         = show(section("A", "", text("x")), {"title"_s, "path"_s}, "TuneIn:browse"_s);

@@ -30,7 +30,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInBrowseRolesTest, titleAScreenByItsDisplayNameBeforeAll)
+TEST_F(TuneInBrowseRolesTest, preferTheDisplayNameAsTitle)
 {
     EXPECT_EQ(title("?veskDisplayName=Music"_s).toString(), "Music"_s);
     EXPECT_EQ(title("?veskDisplayName=Music&veskTuneInMethod=tune"_s).toString(), "Music"_s);
@@ -56,14 +56,14 @@ TEST_F(TuneInBrowseRolesTest, titleAnUnknownMethodByItsName)
         log().lines("ERROR"_s).constFirst().startsWith("getRoleData: unknown method: 'dance"_s));
 }
 
-TEST_F(TuneInBrowseRolesTest, titleTheRest)
+TEST_F(TuneInBrowseRolesTest, titleOtherScreens)
 {
     EXPECT_EQ(title(QString()).sourceText(), "TuneIn"_s);
     EXPECT_EQ(title("/uri/Browse.ashx?c=music"_s).sourceText(), "TuneIn"_s);
     EXPECT_EQ(title("?veskDisplayName=&veskTuneInMethod="_s).sourceText(), "TuneIn"_s);
 }
 
-TEST_F(TuneInBrowseRolesTest, offerToEndTheChoiceOfAStream)
+TEST_F(TuneInBrowseRolesTest, offerToCancelAStreamChoice)
 {
     const VeskRoles cancel(
         VeskHash(role("TuneIn:browse?veskTuneInMethod=tune"_s, "cancel"_s).toHash()));
@@ -86,7 +86,7 @@ TEST_F(TuneInBrowseRolesTest, offerTheSearchAtTheRootOnly)
         EXPECT_TRUE(role(QLatin1String(screen), "search"_s).isNull()) << screen;
 }
 
-TEST_F(TuneInBrowseRolesTest, showActivityWhileAStreamIsChosen)
+TEST_F(TuneInBrowseRolesTest, showActivityInAStreamChoice)
 {
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "activity"_s), QVariant(true));
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=search"_s, "activity"_s), plain("activity"_s));

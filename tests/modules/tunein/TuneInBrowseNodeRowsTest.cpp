@@ -46,7 +46,7 @@ TEST_F(TuneInRowsTest, reportJsonThatDoesNotParse)
         ElementsAre("Failed to parse data, error: "_s + printed(parseError) + R"({"head":)"_s));
 }
 
-TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOfTuneIn)
+TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOfTuneIn)
 {
     answerAll(
         QByteArray(
@@ -65,7 +65,7 @@ TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOfTuneIn)
                  "const QString&): faultCode: 'request.idInvalid'"_s));
 }
 
-TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOnTheRootScreenToo)
+TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOnTheRootScreen)
 {
     answerAll(QByteArray(R"({"head":{"status":"403","fault":"No partner"},"body":[)")
         + text("never shown") + "]}");
@@ -83,7 +83,7 @@ TEST_F(TuneInRowsTest, areNoneAndNoErrorForAFaultOnTheRootScreenToo)
     }
 }
 
-TEST_F(TuneInRowsTest, areNoneForAStatusThatIsNotExactly200)
+TEST_F(TuneInRowsTest, areEmptyForAStatusThatIsNotExactly200)
 {
     for (const char *head : {R"({"status":"200 "})", R"({})", "null", "[]", R"({"status":null})"}) {
         answerAll(QByteArray(R"({"head":)") + head + R"(,"body":[)" + text("x") + "]}");
@@ -164,7 +164,7 @@ TEST_F(TuneInRowsTest, warnOfAShowWithoutSidWhateverItsElement)
     }
 }
 
-TEST_F(TuneInRowsTextTest, carryTheirTextAndNothingElse)
+TEST_F(TuneInRowsTextTest, carryOnlyTheirText)
 {
     const RowsAnswer answer = show(text("No results for x"),
         {"title"_s, "id"_s, "preferred"_s, "type"_s, "path"_s, "context"_s, "mediaData"_s, "icon"_s,
@@ -201,7 +201,7 @@ TEST_F(TuneInRowsTextTest, arePreferredWhenTheyAreTheDefault)
         EXPECT_EQ(answer.rows.at(i).at(0), QVariant(false));
 }
 
-TEST_F(TuneInRowsLinkTest, leadToTheirScreen)
+TEST_F(TuneInRowsLinkTest, openTheirScreen)
 {
     const RowsAnswer answer
         = show(R"({"element":"outline","type":"link","text":"Rock & Pop","guide_id":"c1",)"
@@ -285,7 +285,7 @@ TEST_F(TuneInRowsLinkTest, ofShowsWithoutGuideIdHaveNoContextMenu)
     EXPECT_TRUE(answer.rows.constFirst().at(1).isNull());
 }
 
-TEST_F(TuneInRowsLinkTest, ofShowsOnTheRootScreenAreLikeOthers)
+TEST_F(TuneInRowsLinkTest, ofShowsOnTheRootScreenHaveNoImageAndNoContextMenu)
 {
     const RowsAnswer answer = show(presets()
             + R"(,{"element":"outline","type":"link","guide_id":"p1","item":"show",)"

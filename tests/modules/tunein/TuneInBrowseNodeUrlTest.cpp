@@ -73,13 +73,13 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInBrowseScreenTest, asksForTheRootMenuAtTheBarePath)
+TEST_F(TuneInBrowseScreenTest, requestsTheRootMenuForTheBarePath)
 {
     EXPECT_EQ(fetched("TuneIn:browse"_s), "GET /Browse.ashx?" + CommonItems);
     EXPECT_THAT(log().lines("DEBUG"_s), Contains("Browsing to root ..."_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, asksForTheScreenOfAUri)
+TEST_F(TuneInBrowseScreenTest, requestsTheScreenOfAUri)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/Search.ashx?query=aa1"_s),
         "GET /Search.ashx?query=aa1&" + CommonItems);
@@ -155,7 +155,7 @@ TEST_F(TuneInBrowseNodeUrlTest, sendsAnEmptyPartnerId)
         "GET /Browse.ashx?render=json&formats=mp3%2Caac&partnerId=&serial=ABC&locale=en");
 }
 
-TEST_F(TuneInBrowseNodeUrlTest, asksWhateverTheStateOfTheNetworkIs)
+TEST_F(TuneInBrowseNodeUrlTest, ignoresTheStateOfTheNetwork)
 {
     answerAll(thirtyLines());
     set(VeskNetworkStateConnected(), false);
@@ -246,7 +246,7 @@ TEST_F(TuneInBrowseScreenTest, failsForAPathWithoutMethodThatIsNotTheBareRoot)
     expectFailure("TuneIn:browse/uri"_s, "Unspecified method!", "Unspecified browse method!"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, takesAMethodBelowTheRootToo)
+TEST_F(TuneInBrowseScreenTest, acceptsAMethodBelowTheRoot)
 {
     EXPECT_EQ(fetched("TuneIn:browse/other?veskTuneInMethod=search&query=x"_s),
         "GET /Search.ashx?query=x&" + CommonItems);
@@ -263,7 +263,7 @@ TEST_F(TuneInBrowseScreenTest, prefersAUriToAMethod)
         "GET /Browse.ashx?c=music&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, passesTheClientsErrorOn)
+TEST_F(TuneInBrowseScreenTest, passesOnTheClientsError)
 {
     closeServer();
     const RowsAnswer answer = rows("TuneIn:browse"_s);
@@ -279,7 +279,7 @@ TEST_F(TuneInBrowseScreenTest, passesTheClientsErrorOn)
     openServer();
 }
 
-TEST_F(TuneInBrowseScreenTest, returnsTheRangeThatIsAskedFor)
+TEST_F(TuneInBrowseScreenTest, returnsTheRequestedRange)
 {
     const RowsAnswer middle = rows("TuneIn:browse/uri/x"_s, {"title"_s}, 5, 14);
     EXPECT_EQ(middle.count, 30);
@@ -312,7 +312,7 @@ TEST_F(TuneInBrowseScreenTest, returnsTheLastRowsAndNothingBeyond)
     EXPECT_THAT(rows("TuneIn:browse/uri/x"_s, {"title"_s}, 2147483647, 2147483647).rows, IsEmpty());
 }
 
-TEST_F(TuneInBrowseScreenTest, survivesRangesThatAreNone)
+TEST_F(TuneInBrowseScreenTest, survivesInvalidRanges)
 {
     // Whatever comes back, it holds no more rows than there are.
     for (const auto &[first, last] : {std::pair(10, 5), std::pair(0, -1), std::pair(-5, 3),
@@ -334,7 +334,7 @@ TEST_F(TuneInBrowseScreenTest, describesItself)
     EXPECT_EQ(rows("TuneIn:browse"_s, {"title"_s}).roles.title().sourceText(), "TuneIn"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, describesItselfInTheRolesThatAreAskedForOnly)
+TEST_F(TuneInBrowseScreenTest, describesItselfOnlyInTheRequestedRoles)
 {
     const QString opened = "TuneIn:browse/uri/Browse.ashx?c=music&veskDisplayName=Music"_s;
     const QVariantHash shown {{"path"_s, opened}};
@@ -378,7 +378,7 @@ TEST_F(TuneInBrowseScreenTest, keepsTheLastOfSeveralItemsOfOneKey)
         path("TuneIn:browse/uri/Browse.ashx?c=a&id=3&C=b"_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, leadsBackFromAPathToItsUrl)
+TEST_F(TuneInBrowseScreenTest, restoresTheUrlOfAPath)
 {
     const CMPath opened
         = toPath("http://opml.radiotime.com/Browse.ashx?id=c57940&filter=s:popular&x=a+b"_s);
@@ -386,7 +386,7 @@ TEST_F(TuneInBrowseScreenTest, leadsBackFromAPathToItsUrl)
         "GET /Browse.ashx?filter=s%3Apopular&id=c57940&x=a%20b&" + CommonItems);
 }
 
-TEST(TuneInElementUrlTest, isTheUpperCaseOneIfThereIsOne)
+TEST(TuneInElementUrlTest, prefersTheUpperCaseKey)
 {
     VeskTuneInBodyElement element(VeskHash(QVariantHash {{"url"_s, "http://lower/"_s}}));
     EXPECT_EQ(TuneInBrowseNode::getElementUrl(element).toString(), "http://lower/"_s);

@@ -108,7 +108,7 @@ TEST_F(TuneInChangingAddressesTest, includeNoneThatOnlyRead)
 }
 
 /// What is really sent decides: no path may lead to such a page without being known for it.
-TEST_F(TuneInChangingAddressesTest, noneSlipsThroughWhateverIsPutTogether)
+TEST_F(TuneInChangingAddressesTest, includeEveryCombinationThatChangesSomething)
 {
     const QStringList pieces {QStringLiteral("browse"), QStringLiteral("/uri"), QStringLiteral("/"),
         QStringLiteral("Preset"), QStringLiteral("Pre"), QStringLiteral("set"),

@@ -63,7 +63,7 @@ TEST_F(TuneInMenusTest, keepTheirRowsWhenTheSettingChangesLater)
     EXPECT_EQ(paths("player_context_show_episode"_s + match).size(), 1);
 }
 
-TEST_F(TuneInMenusTest, titleTheirRowsForTheItemTheyAreOpenedOn)
+TEST_F(TuneInMenusTest, titleTheirRowsForTheirItem)
 {
     set(VeskTuneInEnabledFixItWizardPath(), true);
     start();

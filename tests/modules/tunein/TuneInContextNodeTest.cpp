@@ -127,7 +127,7 @@ private:
 
 } // namespace
 
-TEST_F(TuneInPresetsTest, offerToAddAnItemThatIsNone)
+TEST_F(TuneInPresetsTest, offerToAddAnItemThatIsNoPreset)
 {
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
     expectDescribed("s1");
@@ -135,14 +135,14 @@ TEST_F(TuneInPresetsTest, offerToAddAnItemThatIsNone)
         TrString(trExtractContext(TitleSignature), "Add to TuneIn Favorites"_s));
 }
 
-TEST_F(TuneInPresetsTest, offerToRemoveAnItemThatIsOne)
+TEST_F(TuneInPresetsTest, offerToRemoveAPreset)
 {
     answer("/Describe.ashx", station("true"));
     EXPECT_EQ(TrString::fromVariant(role(entry("s1"_s), "title"_s)),
         TrString(trExtractContext(TitleSignature), "Remove from TuneIn Favorites"_s));
 }
 
-TEST_F(TuneInPresetsTest, areKnownByTheExactTextTrue)
+TEST_F(TuneInPresetsTest, areRecognisedOnlyByTheTextTrue)
 {
     for (const char *yes : {"true", "\"true\""}) {
         answer("/Describe.ashx", station(yes));
@@ -170,7 +170,7 @@ TEST_F(TuneInPresetsTest, areStationsAndShows)
     }
 }
 
-TEST_F(TuneInPresetsTest, areJudgedByTheFirstElementOnly)
+TEST_F(TuneInPresetsTest, readOnlyTheFirstElement)
 {
     answer("/Describe.ashx",
         screen(
@@ -187,7 +187,7 @@ TEST_F(TuneInPresetsTest, areJudgedByTheFirstElementOnly)
     }
 }
 
-TEST_F(TuneInPresetsTest, areNoneWhenTheCheckFails)
+TEST_F(TuneInPresetsTest, offerToAddWhenTheCheckFails)
 {
     answer("/Describe.ashx", screen({}));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
@@ -220,7 +220,7 @@ TEST_F(TuneInPresetsTest, checkNothingForAnEmptyId)
     expectDescribed("s7");
 }
 
-TEST_F(TuneInPresetsTest, areOfTheStationForATopicWithSid)
+TEST_F(TuneInPresetsTest, useTheSidOfATopic)
 {
     title(entry("t1"_s, "s5"_s));
     expectDescribed("s5");
@@ -228,7 +228,7 @@ TEST_F(TuneInPresetsTest, areOfTheStationForATopicWithSid)
     expectChanged("add", "s5");
 }
 
-TEST_F(TuneInPresetsTest, areOfTheTopicWithoutSid)
+TEST_F(TuneInPresetsTest, useTheTopicWithoutSid)
 {
     title(entry("t1"_s));
     expectDescribed("t1");
@@ -236,7 +236,7 @@ TEST_F(TuneInPresetsTest, areOfTheTopicWithoutSid)
     expectChanged("add", "t1");
 }
 
-TEST_F(TuneInPresetsTest, areOfTheItemItselfOtherwise)
+TEST_F(TuneInPresetsTest, useTheGuideIdOfOtherItems)
 {
     title(entry("s1"_s, "s5"_s));
     expectDescribed("s1");
@@ -246,7 +246,7 @@ TEST_F(TuneInPresetsTest, areOfTheItemItselfOtherwise)
     expectDescribed("T1");
 }
 
-TEST_F(TuneInPresetsTest, cannotBeNamedWithoutAMatchingPath)
+TEST_F(TuneInPresetsTest, haveAnErrorAsTitleWithoutAMatchingPath)
 {
     EXPECT_EQ(TrString::fromVariant(role("TuneIn:browser_context/presets?sid=s1"_s, "title"_s)),
         TrString(trExtractContext(TitleSignature), "Error"_s));
@@ -261,7 +261,7 @@ TEST_F(TuneInPresetsTest, logTheQueryForTheirTitle)
         "TRACE role: 'title' items: QMap((sid, s2)(veskMatchingPath, TuneIn:browse?veskGuideId=s1))"_s));
 }
 
-TEST_F(TuneInPresetsTest, askNothingForOtherRoles)
+TEST_F(TuneInPresetsTest, requestNothingForOtherRoles)
 {
     EXPECT_EQ(role(entry("s1"_s), "type"_s).toInt(), VeskRolesType::Activate());
     EXPECT_EQ(role(entry("s1"_s), "path"_s).toString(), entry("s1"_s));
@@ -315,7 +315,7 @@ TEST_F(TuneInPresetsTest, areRemovedTwiceWithoutATitleBetween)
     EXPECT_THAT(log().lines("WARN"_s), IsEmpty());
 }
 
-TEST_F(TuneInPresetsTest, keepTheCommandWhenATitleCannotBeGiven)
+TEST_F(TuneInPresetsTest, keepTheCommandWhenTheTitleIsAnError)
 {
     answer("/Describe.ashx", station("true"));
     title(entry("s1"_s));
@@ -347,7 +347,7 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedWithoutAMatchingPath)
     expectRequests({});
 }
 
-TEST_F(TuneInPresetsTest, passTheErrorOfTheRequestOn)
+TEST_F(TuneInPresetsTest, passOnTheErrorOfTheRequest)
 {
     title(entry("s1"_s));
     answer("/Preset.ashx", QByteArray(R"({"head":{"status":"403"},"body":[]})"));
@@ -364,7 +364,7 @@ TEST_F(TuneInPresetsTest, passTheErrorOfTheRequestOn)
     openServer();
 }
 
-TEST_F(TuneInPresetsTest, tellThreeScreensOfAChangeTheListFirst)
+TEST_F(TuneInPresetsTest, notifyTheListThenBothMenus)
 {
     Changes changes;
     changes.follow("TuneIn:browser_context?guideId=s1&more=x"_s);
@@ -383,7 +383,7 @@ TEST_F(TuneInPresetsTest, tellThreeScreensOfAChangeTheListFirst)
             "TuneIn:browser_context?guideId=s1&more=x"_s + reset));
 }
 
-TEST_F(TuneInPresetsTest, answerOnlyAfterTheyHaveToldAllThree)
+TEST_F(TuneInPresetsTest, answerAfterTheNotifications)
 {
     const auto data = std::make_shared<CMReplyData<QVariant>>();
     QMap<QString, bool> answeredWhenTold;
@@ -404,7 +404,7 @@ TEST_F(TuneInPresetsTest, answerOnlyAfterTheyHaveToldAllThree)
             {"TuneIn:browser_context?guideId=s1"_s, false}}));
 }
 
-TEST_F(TuneInPresetsTest, areDoneWhenTheCallThatActivatesThemReturns)
+TEST_F(TuneInPresetsTest, areAnsweredWhenTheActivationReturns)
 {
     title(entry("s1"_s));
     server().clearRequests();
@@ -420,7 +420,7 @@ TEST_F(TuneInPresetsTest, areDoneWhenTheCallThatActivatesThemReturns)
     EXPECT_EQ(refused->error().message().toString(), "Access forbidden."_s);
 }
 
-TEST_F(TuneInPresetsTest, tellOfATopicByItsOwnGuideId)
+TEST_F(TuneInPresetsTest, notifyMenusOfATopicByItsOwnGuideId)
 {
     Changes changes;
     changes.follow("TuneIn:player_context?guideId=t1"_s);
@@ -431,7 +431,7 @@ TEST_F(TuneInPresetsTest, tellOfATopicByItsOwnGuideId)
     EXPECT_TRUE(changes.seen().constFirst().startsWith("TuneIn:player_context?guideId=t1 "_s));
 }
 
-TEST_F(TuneInPresetsTest, tellNobodyOfAChangeThatFailed)
+TEST_F(TuneInPresetsTest, notifyNothingWhenTheChangeFailed)
 {
     Changes changes;
     changes.follow("TuneIn:browser_context?guideId=s1"_s);
@@ -443,7 +443,7 @@ TEST_F(TuneInPresetsTest, tellNobodyOfAChangeThatFailed)
     EXPECT_THAT(changes.seen(), IsEmpty());
 }
 
-TEST_F(TuneInPresetsTest, ofEachMenuKeepTheirOwnCommand)
+TEST_F(TuneInPresetsTest, keepOneCommandPerMenu)
 {
     title(entry("s1"_s, {}, "player_context"_s));
     server().clearRequests();

@@ -57,14 +57,14 @@ TEST_P(TuneInFaultTest, hasItsNumber)
         GetParam().number);
 }
 
-TEST_P(TuneInFaultTest, isKnownWithUnderscoresToo)
+TEST_P(TuneInFaultTest, isRecognisedWithUnderscores)
 {
     const QString code
         = QString(QLatin1String(GetParam().code)).replace(QLatin1Char('.'), QLatin1Char('_'));
     EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(code)), GetParam().number);
 }
 
-TEST_P(TuneInFaultTest, hasItsMessageWhateverTheStatusAndOperation)
+TEST_P(TuneInFaultTest, hasItsMessageForAnyStatusAndOperation)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
         for (const char *status : {"", "400", "403", "200"}) {
@@ -101,7 +101,7 @@ TEST(TuneInFaultCodeTest, isLogged)
                     "faultCode: 'validation.email'"_s));
 }
 
-TEST(TuneInErrorTest, isAFailedLoginForA403OfJoinWithoutFaultCode)
+TEST(TuneInErrorTest, isAFailedLoginForABare403OfJoin)
 {
     const CMError error
         = TuneInRequest::tuneInErrorToCMError(QString(), "403"_s, VeskTuneInAccountOperation::join);
@@ -110,7 +110,7 @@ TEST(TuneInErrorTest, isAFailedLoginForA403OfJoinWithoutFaultCode)
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":0"_s);
 }
 
-TEST(TuneInErrorTest, isForbiddenForA403OfEveryOtherOperationWithoutFaultCode)
+TEST(TuneInErrorTest, isForbiddenForABare403OfOtherOperations)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
         if (operation == VeskTuneInAccountOperation::join)
@@ -121,7 +121,7 @@ TEST(TuneInErrorTest, isForbiddenForA403OfEveryOtherOperationWithoutFaultCode)
         TrString("TuneIn", "Access forbidden."));
 }
 
-TEST(TuneInErrorTest, logsNoErrorForA403WithoutFaultCode)
+TEST(TuneInErrorTest, isNotLoggedForABare403)
 {
     LogCapture log("CB_TuneIn");
     message(QString(), "403"_s);
@@ -149,7 +149,7 @@ TEST(TuneInErrorTest, isAFailedRequestForEveryOtherStatus)
     }
 }
 
-TEST(TuneInErrorTest, logsWhatItWasGivenAndWhatItMadeOfIt)
+TEST(TuneInErrorTest, logsItsInputsAndItsCode)
 {
     LogCapture log("CB_TuneIn");
     message("validation.error"_s, "400"_s, VeskTuneInAccountOperation::drop);
@@ -163,7 +163,7 @@ TEST(TuneInErrorTest, logsWhatItWasGivenAndWhatItMadeOfIt)
             enter + "VeskTuneInFaultCode: '6'"_s));
 }
 
-TEST(TuneInErrorTest, keepsPlaceholdersOfTheServerAsTheyAre)
+TEST(TuneInErrorTest, keepsPlaceholdersOfTheServer)
 {
     LogCapture log("CB_TuneIn");
     message("%2"_s, "%1 %3"_s);

@@ -141,7 +141,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreEmptyAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreTooLongAreNotTaken)
+TEST_F(TuneInHostileAnswersTest, thatAreTooLongAreErrors)
 {
     expectError(show(screen(QByteArray(10000000, ' '))), "Failed to connect to TuneIn");
     expectAlive();
@@ -156,7 +156,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreCutAtAnyByteAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatEndBeforeTheirLengthAreNotTaken)
+TEST_F(TuneInHostileAnswersTest, thatEndBeforeTheirLengthAreErrors)
 {
     for (int size = 0; size < Realistic.size(); size += 97) {
         SCOPED_TRACE(size);
@@ -167,7 +167,7 @@ TEST_F(TuneInHostileAnswersTest, thatEndBeforeTheirLengthAreNotTaken)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveWholeRowsOrNone)
+TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveCompleteRowsOrNone)
 {
     int count = 0;
     forEachOddity(object(Realistic), [&](const QJsonObject &odd) {
@@ -179,7 +179,7 @@ TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveWholeRowsOrNone)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, ofWrongTypesReadAsWhatTheyCanBe)
+TEST_F(TuneInHostileAnswersTest, ofWrongTypesAreConvertedWherePossible)
 {
     const QByteArray element = R"({"element":"outline","type":"text","text":"x"})";
     EXPECT_EQ(show(R"({"head":{"status":200},"body":)" + element + "}", {"title"_s}).texts(),
@@ -254,7 +254,7 @@ TEST_F(TuneInHostileAnswersTest, thatNestAThousandDeepAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatNestDeepCanBeNavigated)
+TEST_F(TuneInHostileAnswersTest, thatNestWithinTheLimitCanBeNavigated)
 {
     const int depth = 200;
     QByteArray nested = R"({"element":"outline","type":"text","text":"deep"})";
@@ -341,7 +341,7 @@ TEST_F(TuneInHostileAnswersTest, withLongTextsAreShown)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreForbiddenPagesAreInvalid)
+TEST_F(TuneInHostileAnswersTest, thatAreHtmlPagesAreInvalid)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -351,7 +351,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreForbiddenPagesAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreNoHttpAreNotTaken)
+TEST_F(TuneInHostileAnswersTest, thatAreNotHttpAreErrors)
 {
     for (const char *bytes : {"", "\r\n\r\n", "HTTP/1.1\r\n\r\n", "SSH-2.0-OpenSSH\r\n",
              "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
@@ -366,7 +366,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreNoHttpAreNotTaken)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreNotTaken)
+TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreErrors)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -378,7 +378,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreNotTaken)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreNotTaken)
+TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreErrors)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -388,7 +388,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreNotTaken)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatStallEndWhenTheServerGoes)
+TEST_F(TuneInHostileAnswersTest, thatStallEndWithTheServer)
 {
     ScriptedServer::Response response;
     response.body = Realistic;
@@ -403,7 +403,7 @@ TEST_F(TuneInHostileAnswersTest, thatStallEndWhenTheServerGoes)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatStallEndWhenTheHostShutsDown)
+TEST_F(TuneInHostileAnswersTest, thatStallEndWithTheHost)
 {
     ScriptedServer::Response response;
     response.end = ScriptedServer::End::StallBeforeHead;

@@ -166,7 +166,7 @@ TEST_F(TuneInHttpClientTest, endsItsThreadWhenItIsDeleted)
     EXPECT_TRUE(spinUntil([] { return !ProcessUsage::threadNames().contains("TuneInHttp"_s); }));
 }
 
-TEST_F(TuneInHttpClientTest, endsTheEventLoopThatItIsDeletedInWithZero)
+TEST_F(TuneInHttpClientTest, exitsTheDeletingThreadsEventLoopWithZero)
 {
     int code = -1;
     const std::unique_ptr<QThread> thread(QThread::create([&code] {
@@ -206,7 +206,7 @@ TEST_F(TuneInHttpClientTest, returnsTheBodyOfAGet)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music&render=json"));
 }
 
-TEST_F(TuneInHttpClientTest, keepsAnAnswerForAsLongAsTheServerSays)
+TEST_F(TuneInHttpClientTest, cachesAnAnswerForAsLongAsTheServerSays)
 {
     ScriptedServer::Response response;
     response.body = "the body";
@@ -220,7 +220,7 @@ TEST_F(TuneInHttpClientTest, keepsAnAnswerForAsLongAsTheServerSays)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music"));
 }
 
-TEST_F(TuneInHttpClientTest, keepsAnswersOfAMillionBytesInAll)
+TEST_F(TuneInHttpClientTest, cachesAMillionBytesInAll)
 {
     ScriptedServer::Response response;
     response.body = QByteArray(490000, 'x');
@@ -274,7 +274,7 @@ TEST_F(TuneInHttpClientTest, logsTheRequestAndItsCompletion)
                 .mid(6)));
 }
 
-TEST_F(TuneInHttpClientTest, takesAnAnswerOfAnyHttpCode)
+TEST_F(TuneInHttpClientTest, succeedsForAnyHttpCode)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -287,7 +287,7 @@ TEST_F(TuneInHttpClientTest, takesAnAnswerOfAnyHttpCode)
         completion("http://opml.radiotime.com/x"_s, HttpClientStatus::Success, 403)));
 }
 
-TEST_F(TuneInHttpClientTest, takesAnEmptyBodyForSuccess)
+TEST_F(TuneInHttpClientTest, succeedsForAnEmptyBody)
 {
     answerAll(QByteArray());
     QByteArray out("before");
@@ -295,7 +295,7 @@ TEST_F(TuneInHttpClientTest, takesAnEmptyBodyForSuccess)
     EXPECT_EQ(out, QByteArray());
 }
 
-TEST_F(TuneInHttpClientTest, doesWithoutAnOutputBuffer)
+TEST_F(TuneInHttpClientTest, acceptsANullOutputBuffer)
 {
     answerAll(QByteArray("ignored"));
     EXPECT_TRUE(client().get(api("/x"_s), nullptr).isEmpty());
@@ -303,7 +303,7 @@ TEST_F(TuneInHttpClientTest, doesWithoutAnOutputBuffer)
 }
 
 #ifndef VESK_SANITIZED
-TEST_F(TuneInHttpClientTest, keepsNoResultThatWasCollected)
+TEST_F(TuneInHttpClientTest, releasesCollectedResults)
 {
     constexpr int BodySize = 100000;
     constexpr int Count = 300;
@@ -317,7 +317,7 @@ TEST_F(TuneInHttpClientTest, keepsNoResultThatWasCollected)
     EXPECT_LT(ProcessUsage::now().allocatedBytes - before, BodySize * Count / 10);
 }
 
-TEST_F(TuneInHttpClientTest, keepsNoFailureThatWasCollected)
+TEST_F(TuneInHttpClientTest, releasesCollectedFailures)
 {
     constexpr int Count = 5000;
     // Nobody looks at the log here, which would keep each record.
@@ -412,7 +412,7 @@ TEST_F(TuneInHttpClientTest, startsNothingForAnUnknownType)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /alive"));
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenNobodyListens)
+TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsRefused)
 {
     closeServer();
     expectConnectError("/x"_s);
@@ -438,7 +438,7 @@ TEST_F(TuneInHttpClientTest, failsWhenTheBodyEndsEarly)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenWhatComesIsNotHttp)
+TEST_F(TuneInHttpClientTest, failsForAnAnswerThatIsNotHttp)
 {
     answerAll(ending(ScriptedServer::End::Raw, "220 mail.example ESMTP\r\n"));
     expectConnectError("/x"_s);
@@ -470,7 +470,7 @@ TEST_F(TuneInHttpClientTest, followsARedirect)
     EXPECT_EQ(out, QByteArray("arrived"));
 }
 
-TEST_F(TuneInHttpClientTest, takesABodyOfExactlyTheLimit)
+TEST_F(TuneInHttpClientTest, acceptsABodyOfExactlyTheLimit)
 {
     answerAll(QByteArray(1000000, 'x'));
     QByteArray out;
@@ -489,7 +489,7 @@ TEST_F(TuneInHttpClientTest, failsForABodyOverTheLimit)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsForAUrlThatIsNone)
+TEST_F(TuneInHttpClientTest, failsForAnInvalidUrl)
 {
     QByteArray out("untouched");
     EXPECT_FALSE(client().get(VeskUrl(), &out).isEmpty());
@@ -526,7 +526,7 @@ TEST_F(TuneInHttpClientTest, canBeDeletedWithAnExchangeUnderWay)
     EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
 }
 
-TEST_F(TuneInHttpClientTest, keepsNoSecretOfAUrlInItsLog)
+TEST_F(TuneInHttpClientTest, keepsSecretsOfAUrlOutOfTheLog)
 {
     client().get(api("/Account.ashx?c=auth&username=me&password=sesame"_s), nullptr);
     EXPECT_FALSE(m_log.lines().join("\n"_s).contains("sesame"_s));

@@ -85,7 +85,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInPrePlayTest, takesTheFirstStreamWhateverItsBitRate)
+TEST_F(TuneInPrePlayTest, takesTheFirstStream)
 {
     answer("/Tune.ashx", ThreeStreams);
     const Answer answer = fetch();
@@ -99,7 +99,7 @@ TEST_F(TuneInPrePlayTest, takesTheFirstStreamWhateverItsBitRate)
         Contains("Selected first available stream: url: http://stream.example/low.mp3?a=%20b"_s));
 }
 
-TEST_F(TuneInPrePlayTest, takesAStreamWithoutPlaylistTypeForUnknownAudioWithoutAlternatives)
+TEST_F(TuneInPrePlayTest, treatsAStreamWithoutPlaylistTypeAsUnknownAudioWithoutAlternatives)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskMediaData media = VeskRoles(VeskHash(fetch().value.toHash())).mediaData();
@@ -108,7 +108,7 @@ TEST_F(TuneInPrePlayTest, takesAStreamWithoutPlaylistTypeForUnknownAudioWithoutA
     EXPECT_TRUE(media.metaData().contains("alternativeStreams"_s));
 }
 
-TEST_F(TuneInPrePlayTest, takesAStreamWithPlaylistTypeForAPlaylist)
+TEST_F(TuneInPrePlayTest, treatsAStreamWithPlaylistTypeAsAPlaylist)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
@@ -118,7 +118,7 @@ TEST_F(TuneInPrePlayTest, takesAStreamWithPlaylistTypeForAPlaylist)
     EXPECT_EQ(media.activeResource().bitRate(), 0);
 }
 
-TEST_F(TuneInPrePlayTest, leavesTheAlternativesOfAPlaylistAsTheRowHadThem)
+TEST_F(TuneInPrePlayTest, keepsTheRowsAlternativesForAPlaylist)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
@@ -130,7 +130,7 @@ TEST_F(TuneInPrePlayTest, leavesTheAlternativesOfAPlaylistAsTheRowHadThem)
     EXPECT_FALSE(meta().contains("alternativeStreams"_s));
 }
 
-TEST_F(TuneInPrePlayTest, forgetsTheBitRateOfTheRowWhenTheFirstStreamHasNone)
+TEST_F(TuneInPrePlayTest, clearsTheBitRateWhenTheFirstStreamHasNone)
 {
     changeRow([](VeskMetaData &, VeskResource &row) { row.setBitRate(128000); });
     for (const char *first : {R"({"element":"audio","url":"http://h/first"})",
@@ -146,7 +146,7 @@ TEST_F(TuneInPrePlayTest, forgetsTheBitRateOfTheRowWhenTheFirstStreamHasNone)
     }
 }
 
-TEST_F(TuneInPrePlayTest, keepsWhatElseTheRowCarried)
+TEST_F(TuneInPrePlayTest, keepsOtherDataOfTheRow)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskRoles roles(VeskHash(fetch().value.toHash()));
@@ -158,7 +158,7 @@ TEST_F(TuneInPrePlayTest, keepsWhatElseTheRowCarried)
     EXPECT_EQ(roles.mediaData().metaData().genre(), "Rock"_s);
 }
 
-TEST_F(TuneInPrePlayTest, pointsTheRowAtItsStreamAndKeepsWhereItCameFrom)
+TEST_F(TuneInPrePlayTest, setsTheUriAndKeepsThePath)
 {
     answer("/Tune.ashx", ThreeStreams);
     EXPECT_EQ(VeskRoles(VeskHash(fetch().value.toHash())).path(),
@@ -166,7 +166,7 @@ TEST_F(TuneInPrePlayTest, pointsTheRowAtItsStreamAndKeepsWhereItCameFrom)
             {{"a"_s, " b"_s}, {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s}}));
 }
 
-TEST_F(TuneInPrePlayTest, startsAResourceForARowWithoutOne)
+TEST_F(TuneInPrePlayTest, addsAResourceToARowWithoutOne)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskRoles roles(
@@ -178,7 +178,7 @@ TEST_F(TuneInPrePlayTest, startsAResourceForARowWithoutOne)
     EXPECT_EQ(roles.mediaData().activeResource().uri(), "http://stream.example/low.mp3?a=%20b"_s);
 }
 
-TEST_F(TuneInPrePlayTest, addsTheCommonItemsThatThePlayPathLacks)
+TEST_F(TuneInPrePlayTest, addsMissingCommonItemsToThePlayPath)
 {
     answer("/Tune.ashx", ThreeStreams);
     fetch("http://opml.radiotime.com/Tune.ashx?id=s1"_s);
@@ -204,7 +204,7 @@ TEST_F(TuneInPrePlayTest, failsWithoutAPlayPath)
     expectRequests({});
 }
 
-TEST_F(TuneInPrePlayTest, passesTheErrorOfTheRequestOn)
+TEST_F(TuneInPrePlayTest, passesOnTheErrorOfTheRequest)
 {
     answer("/Tune.ashx",
         QByteArray(R"({"head":{"status":"404","fault":"Invalid method"},"body":[]})"));
@@ -243,7 +243,7 @@ TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
     expectRequests({});
 }
 
-TEST_F(TuneInPrePlayTest, clearsTheTextsThatTheChosenStreamHasNot)
+TEST_F(TuneInPrePlayTest, clearsTextsMissingFromAChosenStream)
 {
     VeskRoles row = m_row;
     row.setDescription(TrString("x", "Rock it"));
@@ -287,7 +287,7 @@ TEST_F(TuneInPrePlayTest, leavesOtherRolesToTheBase)
     EXPECT_THAT(log().lines("TRACE"_s).filter("veskPrePlayCmd"_s), IsEmpty());
 }
 
-TEST_F(TuneInPrePlayTest, survivesRolesThatAreNone)
+TEST_F(TuneInPrePlayTest, survivesMalformedRoles)
 {
     answer("/Tune.ashx", ThreeStreams);
     for (const QVariant &value :
@@ -318,14 +318,14 @@ TEST_F(TuneInPrePlayTest, survivesStreamsOfOddShapes)
     }
 }
 
-TEST_F(TuneInPrePlayTest, survivesPlayPathsThatAreNone)
+TEST_F(TuneInPrePlayTest, survivesMalformedPlayPaths)
 {
     for (const char *playPath :
         {"x", "://", "http://", "file:///etc/passwd", "%", "http://opml.radiotime.com:99999/"})
         EXPECT_FALSE(fetch(QLatin1String(playPath)).error.isEmpty()) << playPath;
 }
 
-TEST_F(TuneInPrePlayTest, playsWhatTheRowSays)
+TEST_F(TuneInPrePlayTest, playsAListedRow)
 {
     answer("/Tune.ashx", ThreeStreams);
     answer("/Browse.ashx",
@@ -344,7 +344,7 @@ TEST_F(TuneInPrePlayTest, playsWhatTheRowSays)
         "TuneIn:browse?veskGuideId=s9"_s);
 }
 
-TEST_F(TuneInPrePlayTest, playsAChosenStreamWithoutTheIconThatItsItemLacks)
+TEST_F(TuneInPrePlayTest, playsAChosenStreamOfAnItemWithoutIcon)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"outline","type":"audio","text":"128k MP3","guide_id":"e5",)"

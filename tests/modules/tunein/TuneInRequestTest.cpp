@@ -181,7 +181,7 @@ TEST_F(TuneInRequestTest, turnsAFaultIntoItsErrorAndLogsIt)
             "TuneInRequest::parseData: error: "_s + printed(error)));
 }
 
-TEST_F(TuneInRequestTest, acceptsNoStatusButTheExactText200)
+TEST_F(TuneInRequestTest, acceptsOnlyTheStatusText200)
 {
     for (const char *status : {" 200", "200 ", "0200", "200.0", "201", "OK", "", "２００"}) {
         m_response = m_before;
@@ -193,7 +193,7 @@ TEST_F(TuneInRequestTest, acceptsNoStatusButTheExactText200)
     EXPECT_TRUE(parse(R"({"head":{"status":"200"}})").isEmpty());
 }
 
-TEST_F(TuneInRequestTest, knowsTheAccountOperationByTheQuery)
+TEST_F(TuneInRequestTest, readsTheAccountOperationFromTheQuery)
 {
     for (const char *operation :
         {"auth", "create", "join", "drop", "query", "remind", "reset", "claim"}) {
@@ -203,7 +203,7 @@ TEST_F(TuneInRequestTest, knowsTheAccountOperationByTheQuery)
     }
 }
 
-TEST_F(TuneInRequestTest, takesAnUnknownAccountOperationForNone)
+TEST_F(TuneInRequestTest, treatsAnUnknownAccountOperationAsNone)
 {
     answerAll(QByteArray(R"({"head":{"status":"403"},"body":[]})"));
     for (const char *operation : {"dance", "Join", "3"}) {
@@ -217,7 +217,7 @@ TEST_F(TuneInRequestTest, takesAnUnknownAccountOperationForNone)
     }
 }
 
-TEST_F(TuneInRequestTest, warnsOfAnAccountCallWithoutOperationAndGoesOn)
+TEST_F(TuneInRequestTest, warnsAboutAnAccountCallWithoutOperation)
 {
     answerAll(Good);
     EXPECT_TRUE(request("/Account.ashx?serial=1"_s).isEmpty());
@@ -225,7 +225,7 @@ TEST_F(TuneInRequestTest, warnsOfAnAccountCallWithoutOperationAndGoesOn)
     expectRequests({"GET /Account.ashx?serial=1"});
 }
 
-TEST_F(TuneInRequestTest, takesAnAccountCallByTheEndOfItsPathWithCase)
+TEST_F(TuneInRequestTest, recognisesAccountCallsByTheEndOfThePathCaseSensitively)
 {
     for (const char *target :
         {"/account.ashx?c=join", "/Account.ashx/x?c=join", "/Preset.ashx?c=join&x=Account.ashx"}) {
@@ -239,7 +239,7 @@ TEST_F(TuneInRequestTest, takesAnAccountCallByTheEndOfItsPathWithCase)
     EXPECT_TRUE(log().contains("TRACE Account operation: join"_s));
 }
 
-TEST_F(TuneInRequestTest, forgetsTheAccountOperationWithTheNextRequest)
+TEST_F(TuneInRequestTest, resetsTheAccountOperationWithEachRequest)
 {
     answerAll(QByteArray(R"({"head":{"status":"403"},"body":[]})"));
     QStringList messages;
@@ -256,7 +256,7 @@ TEST_F(TuneInRequestTest, forgetsTheAccountOperationWithTheNextRequest)
     EXPECT_EQ(messages, QStringList({login, forbidden, login, forbidden, forbidden}));
 }
 
-TEST_F(TuneInRequestTest, leavesTheExchangeAndItsEndToAClassOfItsKind)
+TEST_F(TuneInRequestTest, callsTheOverridesOfASubclass)
 {
     QStringList calls;
     std::unique_ptr<TuneInRequest> request = std::make_unique<SilentRequest>(worker(), calls);
@@ -268,7 +268,7 @@ TEST_F(TuneInRequestTest, leavesTheExchangeAndItsEndToAClassOfItsKind)
     expectRequests({});
 }
 
-TEST_F(TuneInRequestTest, judgesAnHtmlPageAsInvalidData)
+TEST_F(TuneInRequestTest, reportsAnHtmlPageAsInvalidData)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -289,7 +289,7 @@ TEST_F(TuneInRequestTest, survivesAnswersOfOddShapes)
     }
 }
 
-TEST_F(TuneInRequestTest, judgesEveryPieceOfAnAnswerAsInvalid)
+TEST_F(TuneInRequestTest, reportsEveryTruncatedAnswerAsInvalid)
 {
     for (int size = 0; size < Good.size(); ++size)
         expectStandardError(parse(Good.left(size)),

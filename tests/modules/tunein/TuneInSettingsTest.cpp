@@ -58,7 +58,7 @@ TEST_F(TuneInSettingsTest, readsEveryValueFromTheHost)
     EXPECT_EQ(m_settings.serviceId(), QString());
 }
 
-TEST_F(TuneInSettingsTest, keepsTheTwoSwitchesApart)
+TEST_F(TuneInSettingsTest, readsTheTwoSwitchesSeparately)
 {
     set(VeskChildElementsInSingleListPath(), true);
     m_settings.load();
@@ -66,7 +66,7 @@ TEST_F(TuneInSettingsTest, keepsTheTwoSwitchesApart)
     EXPECT_FALSE(m_settings.enabledFixItWizard());
 }
 
-TEST_F(TuneInSettingsTest, takesTheMemberIdForTheSerial)
+TEST_F(TuneInSettingsTest, usesTheMemberIdAsSerial)
 {
     m_settings.load();
     EXPECT_EQ(m_settings.serial(), "ABC"_s);
@@ -75,7 +75,7 @@ TEST_F(TuneInSettingsTest, takesTheMemberIdForTheSerial)
                     "supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, takesTheMacForTheSerialWhenThereIsNoMemberId)
+TEST_F(TuneInSettingsTest, usesTheMacAsSerialWithoutAMemberId)
 {
     set(VeskSystemMemberIdPath(), QString());
     set(VeskNetworkStateEthernetMAC(), "00:1a:2B:3C:4D:5E"_s);
@@ -89,7 +89,7 @@ TEST_F(TuneInSettingsTest, takesTheMacForTheSerialWhenThereIsNoMemberId)
             "supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, judgesAMacByItsLengthAlone)
+TEST_F(TuneInSettingsTest, validatesAMacOnlyByItsLength)
 {
     set(VeskSystemMemberIdPath(), QString());
     set(VeskNetworkStateEthernetMAC(), "seventeen letters"_s);
@@ -112,7 +112,7 @@ TEST_F(TuneInSettingsTest, replacesAnInvalidMacByZeros)
     }
 }
 
-TEST_F(TuneInSettingsTest, cutsALongSerialTo32Characters)
+TEST_F(TuneInSettingsTest, truncatesASerialTo32Characters)
 {
     set(VeskSystemMemberIdPath(), TooLong);
     m_settings.load();
@@ -123,7 +123,7 @@ TEST_F(TuneInSettingsTest, cutsALongSerialTo32Characters)
             "SN: '0123456789abcdef0123456789abcdef', supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, cutsASerialOf33CharactersAndKeepsOneOf32)
+TEST_F(TuneInSettingsTest, truncatesOnlySerialsOfMoreThan32Characters)
 {
     set(VeskSystemMemberIdPath(), TooLong.left(33));
     m_settings.load();
@@ -137,7 +137,7 @@ TEST_F(TuneInSettingsTest, cutsASerialOf33CharactersAndKeepsOneOf32)
     EXPECT_THAT(m_log.lines("WARN"_s), IsEmpty());
 }
 
-TEST_F(TuneInSettingsTest, namesTheDefaultOfEmptyFormatsInTheLogOnly)
+TEST_F(TuneInSettingsTest, logsEmptyFormatsAsTuneInsDefault)
 {
     set(VeskTuneInSupportedStreamsPath(), QString());
     m_settings.load();
@@ -147,7 +147,7 @@ TEST_F(TuneInSettingsTest, namesTheDefaultOfEmptyFormatsInTheLogOnly)
                     "supported streams: 'TuneIn default'"_s));
 }
 
-TEST_F(TuneInSettingsTest, keepsPlaceholdersInsideValuesAsTheyAre)
+TEST_F(TuneInSettingsTest, keepsPlaceholdersInValues)
 {
     set(VeskTuneInPartnerIdPath(), "%2 and %3"_s);
     set(VeskSystemMemberIdPath(), "%3"_s);
@@ -157,7 +157,7 @@ TEST_F(TuneInSettingsTest, keepsPlaceholdersInsideValuesAsTheyAre)
                     "supported streams: 'mp3,aac'"_s));
 }
 
-TEST(TuneInSettingsOfABareHostTest, areEmptyButForTheSerial)
+TEST(TuneInSettingsOfABareHostTest, areEmptyExceptForTheSerial)
 {
     TuneInHost host {QStringList()};
     LogCapture log("CB_TuneIn");

@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 /// Takes as long as the time-out, so it only runs when it is asked for: `ctest -C slow`.
-TEST(TuneInTimeoutTest, endsAnExchangeThatIsNeverAnsweredAfterThirtySeconds)
+TEST(TuneInTimeoutTest, endsAnUnansweredExchangeAfterThirtySeconds)
 {
     TuneInHost host;
     ScriptedServer::Response response;

@@ -93,7 +93,7 @@ struct Pending {
 
 } // namespace
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWhenItWasUsed)
+TEST_F(WorkerLifecycleTest, leavesNothingBehindAfterARequest)
 {
     answer("/Browse.ashx", Root);
     int served = 0;
@@ -104,7 +104,7 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindWhenItWasUsed)
     EXPECT_EQ(served, 2 * Rounds);
 }
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWhenItWasNotUsed)
+TEST_F(WorkerLifecycleTest, leavesNothingBehindWithoutARequest)
 {
     expectNothingLeft([] { createWorker(); });
 }
@@ -127,7 +127,7 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindWithAnExchangeUnderWay)
     EXPECT_EQ(started, Rounds);
 }
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWithAnExchangeThatHasNotBegun)
+TEST_F(WorkerLifecycleTest, leavesNothingBehindWithQueuedExchanges)
 {
     answer("/Browse.ashx", Root);
     expectNothingLeft([] {
@@ -139,7 +139,7 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindWithAnExchangeThatHasNotBegun)
     });
 }
 
-TEST_F(WorkerLifecycleTest, answersWhatStillWaitsWithAnError)
+TEST_F(WorkerLifecycleTest, answersQueuedRequestsWithAnErrorWhenDeleted)
 {
     answer("/Browse.ashx", Root);
     expectNothingLeft([] {
@@ -172,7 +172,7 @@ TEST_F(WorkerLifecycleTest, answersWhatStillWaitsWithAnError)
     });
 }
 
-TEST_F(WorkerLifecycleTest, answersEverythingWhenTheHostShutsDownWhileTheServerStalls)
+TEST_F(WorkerLifecycleTest, answersEveryRequestWhenTheHostShutsDownDuringAStall)
 {
     for (int i = 0; i < 20; ++i) {
         ScriptedServer::Response response;
@@ -193,7 +193,7 @@ TEST_F(WorkerLifecycleTest, answersEverythingWhenTheHostShutsDownWhileTheServerS
     }
 }
 
-TEST_F(WorkerLifecycleTest, servesManyHostThreadsUntilItIsDeleted)
+TEST_F(WorkerLifecycleTest, answersEveryRequestOfManyThreadsWhenDeleted)
 {
     answer("/Browse.ashx", Root);
     std::unique_ptr<WorkerThread> thread = createWorker();
