@@ -61,9 +61,12 @@ endif()
 # process, but for those that the patterns after NOT_IN_PROCESS name. PLAIN: without Qt.
 # WAITS: most of their time its cases wait, for streams, time limits or programs; they get the label
 # "waits", so that more of them can run side by side than the machine has cores. COST: how long its
-# longest cases take, in seconds; CTest begins with those.
+# longest cases take, in seconds; CTest begins with those. UNSANITIZED: the patterns of cases that
+# check what a sanitizer changes, such as how much memory is in use. A build without one gives them the
+# label "unsanitized"; the target unsanitized_tests builds their programs.
 function(vesk_test name)
-    cmake_parse_arguments(arg "IN_PROCESS;PLAIN;WAITS" "TIMEOUT;COST" "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS" ${ARGN})
+    cmake_parse_arguments(arg "IN_PROCESS;PLAIN;WAITS" "TIMEOUT;COST"
+        "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS;UNSANITIZED" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -82,7 +85,17 @@ function(vesk_test name)
     if(arg_COST)
         list(APPEND arg_PROPERTIES COST ${arg_COST})
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
+    set(others)
+    if(arg_UNSANITIZED AND NOT VESK_SANITIZERS)
+        list(JOIN arg_UNSANITIZED ":" unsanitized)
+        set(others TEST_FILTER "-${unsanitized}")
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+            TEST_LIST ${name}_UNSANITIZED_TESTS TEST_FILTER "${unsanitized}"
+            PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} LABELS unsanitized)
+        add_dependencies(unsanitized_tests ${name})
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST ${others}
+        PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
     if(arg_IN_PROCESS)
         list(JOIN arg_NOT_IN_PROCESS ":" without)
         gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST

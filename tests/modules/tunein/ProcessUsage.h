@@ -10,7 +10,8 @@
 #include <malloc.h>
 #include <unistd.h>
 
-/// Defined where a sanitizer has memory of its own, so that what is held says nothing.
+/// Defined where a sanitizer's own memory drowns the program's, so that only what is allocated says
+/// something, not what is resident.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VESK_SANITIZED 1
 #elif defined(__has_feature)
@@ -19,12 +20,17 @@
 #endif
 #endif
 
-/// What this process holds at the moment: as the kernel counts it, and as malloc does.
+#ifdef VESK_SANITIZED
+// The sanitizers' public interface, whose headers come with clang only.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
+/// What this process holds at the moment: as the kernel counts it, and as the allocator does.
 struct ProcessUsage {
     int threads = 0;
     int descriptors = 0;
     qint64 residentBytes = 0;
-    qint64 allocatedBytes = 0;
+    qint64 allocatedBytes = 0; ///< without what a sanitizer keeps after it was freed
 
     /// The names of the threads.
     static QStringList threadNames()
@@ -54,8 +60,12 @@ struct ProcessUsage {
         if (pages.open(QIODevice::ReadOnly))
             usage.residentBytes
                 = pages.readAll().split(' ').value(1).toLongLong() * sysconf(_SC_PAGESIZE);
+#ifdef VESK_SANITIZED
+        usage.allocatedBytes = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+#else
         const struct mallinfo2 heap = mallinfo2();
         usage.allocatedBytes = static_cast<qint64>(heap.uordblks + heap.hblkhd);
+#endif
         return usage;
     }
 };

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-/// Takes as long as the time-out, so it only runs when it is asked for: `ctest -C slow`.
 TEST(TuneInTimeoutTest, endsAnUnansweredExchangeAfterThirtySeconds)
 {
     TuneInHost host;
