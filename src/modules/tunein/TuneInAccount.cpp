@@ -3,6 +3,7 @@
 
 #include "modules/tunein/TuneInAccount.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/values/VeskRoles.h"
@@ -194,6 +195,7 @@ CMError TuneInAccountNode::prepareUrl(const VeskTuneInAccount &account, VeskUrl 
 
 bool TuneInAccountNode::getDataRequest(const CMGetDataRequest &request)
 {
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("Enter TuneInAccountNode::getDataRequest:");
     QMutexLocker lock(mutex());
     if (!request.path().equals(path(), CMPath::IgnoreParams))
@@ -249,6 +251,7 @@ QVariant TuneInAccountNode::queryAccount(const CMGetDataRequest &request)
 
 bool TuneInAccountNode::setDataRequest(const CMSetDataRequest &request)
 {
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("Enter TuneInAccountNode::setDataRequest:");
     if (request.role() != VeskRoles::Value()) {
         VESK_ERROR("TuneInAccountNode::setDataRequest: role is not for TuneInAccount");

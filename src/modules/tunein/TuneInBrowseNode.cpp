@@ -4,6 +4,7 @@
 #include "modules/tunein/TuneInBrowseNode.h"
 
 #include "api/core/Language.h"
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMListRowsNode.h"
@@ -90,6 +91,7 @@ TuneInBrowseNode::~TuneInBrowseNode() = default;
 bool TuneInBrowseNode::getRowsRequest(const CMGetRowsRequest &request)
 {
     const CMPath &requestPath = request.path();
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("TuneInBrowseNode::getRowsRequest: range: "
         << request.first() << "-" << request.last() << ", path: \"" << path()
         << "\" requestPath: \"" << requestPath << "\"");
@@ -365,6 +367,7 @@ bool TuneInBrowseNode::setDataRequest(const CMSetDataRequest &request)
         return CMNode::setDataRequest(request);
     const CMPath &path = request.path();
     const QString command = path.param(Param::veskPrePlayCmd());
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("veskPrePlayCmd: '" << command << "' request path: '" << path << "'");
     VeskRoles roles(request.value().toHash());
     VESK_TRACE("Previous VeskRoles:" << roles);

@@ -3,6 +3,7 @@
 
 #include "modules/tunein/TuneInContextNode.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/tunein/VeskTuneInResponse.h"
@@ -57,6 +58,7 @@ TuneInAddRemovePresetsNode::~TuneInAddRemovePresetsNode() = default;
 
 bool TuneInAddRemovePresetsNode::isPreset(const QString &id)
 {
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("id: " << id);
     if (id.isEmpty())
         return false;
@@ -117,6 +119,7 @@ VeskUrl TuneInAddRemovePresetsNode::presetUrl(const QString &id) const
 
 void TuneInAddRemovePresetsNode::on_node_invoke(const CMSetDataRequest &request)
 {
+    VESK_ASSERT_OWN_THREAD();
     const CMPath &path = request.path();
     if (!path.hasParam(matchingPathKey())) {
         VESK_WARN("Query not including 'veskMatchingPath'");

@@ -3,6 +3,7 @@
 
 #include "modules/tunein/TuneInHttpClient.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "modules/tunein/NewQThread.h"
 #include "modules/tunein/TuneInApi.h"
@@ -82,6 +83,9 @@ CMError TuneInHttpClient::request(const VeskUrl &url, QByteArray *out, TuneInHtt
     VESK_TRACE("Enter " << dbglog_scopedFunction(requestSignature, "CB_TuneIn") << ": " << url);
     QMutexLocker lock(&m_mutex);
     const int index = m_nextIndex++;
+    // The wait below would keep the client's own event loop from ever running the exchange.
+    VESK_ASSERT_TEXT(
+        QThread::currentThread() != thread(), "called on another thread than the client's own");
     QMetaObject::invokeMethod(this, "on_request", Qt::QueuedConnection, Q_ARG(VeskUrl, url),
         Q_ARG(int, type), Q_ARG(int, index));
     while (!m_requests.contains(index))
@@ -100,6 +104,7 @@ void TuneInHttpClient::on_request(VeskUrl url, int type, int index)
     options.setTimeoutMs(timeoutMs);
     options.setReadSizeLimit(maxBodyBytes);
     options.setUseCache(!TuneInApi::isPersonal(url));
+    VESK_ASSERT_OWN_THREAD();
     const auto done = [this, index](const HttpClientResult &result) { store(index, result); };
     if (type == Get)
         m_httpClient->get(url, options, done);

@@ -29,8 +29,9 @@ public:
     ~TuneInHttpClient() override;
 
     /// Performs one exchange. Success returns an empty error and puts the body into \a out (which
-    /// may be null); any failure below HTTP returns one and the same error and leaves \a out alone.
-    /// A POST has an empty body. Must not be called on the client's own thread.
+    /// may be null); any failure below HTTP returns the same error and leaves \a out unchanged.
+    /// A POST has an empty body. Any thread but the client's own, where it is a failed assertion:
+    /// the exchange needs that thread's event loop.
     CMError request(const VeskUrl &url, QByteArray *out, TuneInHttpClient::Type type);
     CMError get(const VeskUrl &url, QByteArray *out);
     CMError post(const VeskUrl &url, QByteArray *out);

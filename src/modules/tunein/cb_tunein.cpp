@@ -4,6 +4,7 @@
 #include "modules/tunein/cb_tunein.h"
 
 #include "api/core/Language.h"
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMActivateNode.h"
@@ -202,6 +203,7 @@ CMListRowsNode *CMTuneInWorker::createUnreliableStreams()
 
 void CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue &newValue)
 {
+    VESK_ASSERT_OWN_THREAD();
     const bool connected = newValue.bool_();
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue&)",
@@ -228,6 +230,7 @@ bool CMTuneInWorker::networkStateConnected() const
 
 void CMTuneInWorker::handleStateChange(const CMSetDataRequest &r)
 {
+    VESK_ASSERT_OWN_THREAD();
     const VeskPlayLogicData data(r.value().toHash());
     VESK_TRACE("previous state: " << VeskPlayLogicState::toString(m_playState)
                                   << ", new state: " << VeskPlayLogicState::toString(data.state())
@@ -310,6 +313,7 @@ bool CMTuneInWorker::hasDurationToReport(qint64 seconds) const
 void CMTuneInWorker::on_listeningDurationTimer_timeout()
 {
     QMutexLocker lock(&m_stateMutex);
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::on_listeningDurationTimer_timeout()", "CB_TuneIn")
                         << ": ");
@@ -368,6 +372,7 @@ void CMTuneInWorker::sendAutomaticStreamReport(
     const QString &guideId, const QString &streamUrl, const QString &error)
 {
     const QString shownUrl = VeskUrl::displayText(streamUrl);
+    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::sendAutomaticStreamReport(const QString&, const QString&, "
                    "const QString&)",
@@ -412,6 +417,7 @@ void CMTuneInWorker::sendAutomaticStreamReport(
 void CMTuneInWorker::sendDurationReport(const QString &guideId, int duration, bool stopped)
 {
     VESK_TRACE(
+    VESK_ASSERT_OWN_THREAD();
         "Enter " << dbglog_scopedFunction(
             "void CMTuneInWorker::sendDurationReport(const QString&, int, bool)", "CB_TuneIn")
                  << ": guideId: " << guideId << ", duration: " << duration
