@@ -13,9 +13,10 @@
 
 #include <functional>
 
-/// A thread that builds one T, which then lives on it, and runs an event loop until it is told to
+/// A thread that creates one T, which then lives on it, and runs an event loop until it is told to
 /// exit. The thread object deletes itself, on the thread that started it, after it has finished.
-/// The T is whoever's got it from createInNewQThread; it must be gone, or touched no more, by then.
+/// The T belongs to the caller of createInNewQThread, who deletes it, or stops using it, before the
+/// thread has finished.
 template <class T>
 class NewQThread : public QThread {
 public:
@@ -46,14 +47,14 @@ protected:
     }
 
 private:
-    /// Guarded by m_mutex while the thread starts; fixed afterwards.
+    /// Guarded by m_mutex until create() has returned; fixed afterwards.
     T *m_object = nullptr;
     QWaitCondition m_condition;
     QMutex m_mutex;
     std::function<void()> m_create;
 };
 
-/// Builds a T on a new thread called \a name, which runs an event loop for it. Returns when the T
+/// Creates a T on a new thread called \a name, which runs an event loop for it. Returns when the T
 /// exists.
 template <class T>
 T *createInNewQThread(const QString &name)
@@ -61,9 +62,9 @@ T *createInNewQThread(const QString &name)
     return (new NewQThread<T>)->create(name);
 }
 
-/// Waits for \a thread, started by createInNewQThread and about to leave its event loop, and sees
-/// to it that the thread object is deleted even when the calling thread's event loop never runs
-/// again.
+/// Waits for \a thread, which createInNewQThread started and which is about to leave its event
+/// loop, and makes sure that the thread object is deleted even if the calling thread's event loop
+/// never runs again.
 inline void joinNewQThread(QThread *thread)
 {
     const bool startedHere = thread->thread() == QThread::currentThread();

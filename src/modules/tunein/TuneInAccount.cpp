@@ -114,7 +114,7 @@ void logFailure(VeskTuneInAccountOperation::Enum operation, const VeskTuneInHead
         << "', code: '" << head.faultCode() << "'");
 }
 
-/// Fails as a call outside account operations does: a 403 is no failed login here.
+/// Maps the fault without the operation: only for join is a 403 a failed login.
 void setFault(const CMReply<QVariant> &reply, VeskTuneInAccountOperation::Enum operation,
     const VeskTuneInHead &head)
 {
@@ -122,7 +122,7 @@ void setFault(const CMReply<QVariant> &reply, VeskTuneInAccountOperation::Enum o
     logFailure(operation, head);
 }
 
-/// The operations whose answers carry nothing but success or failure.
+/// The result of an operation whose answer carries only success or failure.
 void setOutcome(const CMReply<QVariant> &reply, VeskTuneInAccountOperation::Enum operation,
     const VeskTuneInHead &head)
 {
@@ -134,7 +134,7 @@ void setOutcome(const CMReply<QVariant> &reply, VeskTuneInAccountOperation::Enum
     logFailure(operation, head);
 }
 
-/// Waits for the reply, for the sake of this line only.
+/// Waits for the reply, only to log it.
 void traceReply(const CMReplyData<QVariant> *reply)
 {
     if (!reply || !veskLogger().isEnabledFor(log4cplus::TRACE_LOG_LEVEL))
@@ -144,7 +144,7 @@ void traceReply(const CMReplyData<QVariant> *reply)
         << reply->value() << "', error: '" << reply->error() << "'");
 }
 
-/// The answer's only element, when it has just one and that is an outline.
+/// Sets \a outline to the answer's element; false unless it has exactly one, and an outline.
 bool takeOutline(const VeskTuneInResponse &response, VeskTuneInBodyElement &outline)
 {
     const VeskList<VeskTuneInBodyElement> body = response.body();
@@ -209,7 +209,7 @@ bool TuneInAccountNode::getDataRequest(const CMGetDataRequest &request)
         else
             values.append(QVariant());
     }
-    // A query that failed has completed the reply already; this changes nothing then.
+    // A failed query has already completed the reply with its error; then this has no effect.
     request.reply().setValue(values);
     return true;
 }

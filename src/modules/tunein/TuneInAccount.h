@@ -16,16 +16,15 @@ class VeskUrl;
 /// account's operation. Each is one POST over HTTPS; nothing of it is kept, credentials least of
 /// all. Worker's thread only, which every exchange blocks.
 ///
-/// An answer's value holds an account with no more in it than the operation and what TuneIn said.
+/// A reply's value holds an account with only the operation and the fields that TuneIn returned.
 /// A device without an account reads as the error for TuneIn's fault 7.
 class TuneInAccountNode : public CMNode {
 public:
     static TuneInAccountNode *create(CMTuneInWorker *tiWorker, const CMPath &path);
     ~TuneInAccountNode() override;
 
-    /// Success returns an empty error and sets \a url to the call for the account's operation; \a
-    /// url is left as it was when the operation is unknown, or when of user name and password only
-    /// one is there.
+    /// Success returns an empty error and sets \a url to the call for the account's operation. An
+    /// unknown operation, or a user name without password or the reverse, leaves \a url unchanged.
     CMError prepareUrl(const VeskTuneInAccount &account, VeskUrl &url);
 
     /// Takes requests for the node's own path only. Holds the node's mutex throughout, the exchange
@@ -39,7 +38,7 @@ public:
     void processResponse(const VeskTuneInResponse &response,
         const VeskTuneInAccountOperation::Enum &operation, CMReply<QVariant> reply);
     void processResponseAuthenticate(const VeskTuneInResponse &response, CMReply<QVariant> reply);
-    /// No account for this device is no failure here: the user name is empty then.
+    /// A device without an account is a success with an empty user name.
     void processResponseQuery(const VeskTuneInResponse &response, CMReply<QVariant> reply);
     void processResponseClaim(const VeskTuneInResponse &response, CMReply<QVariant> reply);
 

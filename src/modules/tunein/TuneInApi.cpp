@@ -23,6 +23,7 @@ bool TuneInApi::isPersonal(const VeskUrl &url)
     if (path == QLatin1String("/Preset.ashx") || path == QLatin1String("/Report.ashx")
         || path == QLatin1String("/Account.ashx"))
         return true;
+    // The description of an item says whether it is a favorite. Lists, such as the genres, do not.
     if (path == QLatin1String("/Describe.ashx"))
         return url.hasQueryItem(QStringLiteral("id"));
     return path == QLatin1String("/Browse.ashx")

@@ -20,14 +20,14 @@ VeskUrl url(const QString &path);
 /// The same over HTTPS: for account calls, which carry credentials.
 VeskUrl secureUrl(const QString &path);
 
-/// Whether the call changes what TuneIn knows of this listener, which much of the API does by GET,
-/// or asks for it: it has to reach TuneIn each time.
+/// Whether the call changes or reads what TuneIn knows of this listener. Much of the API does both
+/// by GET; such calls must reach TuneIn each time and never be answered from a cache.
 bool isPersonal(const VeskUrl &url);
 
 /// Adds "partnerId" and "serial", each only if it is not empty.
 void addDevice(VeskUrl &url, const TuneInSettings &settings);
 
-/// From the directory's kbit/s. What is no rate, or none that can be, is 0: not known.
+/// From the directory's kbit/s. A text that is no positive number, or too large, is 0: unknown.
 int bitsPerSecond(const QString &kilobits);
 
 /// An error with the default name and title whose message is \a text, in translation context

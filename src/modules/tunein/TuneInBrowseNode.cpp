@@ -30,8 +30,9 @@ namespace Param = TuneInParams;
 
 namespace {
 
-/// How many levels of children are listed below their heading instead of behind a folder.
+/// fillRows()'s maxLevel for a whole screen: children are listed on two levels.
 constexpr int inlineLevels = 1;
+/// How long to wait after an attempt to fetch the names of genres.
 constexpr qint64 genreRetryMs = 10000;
 
 const char fillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
@@ -51,7 +52,7 @@ TrString nodeText(const char *text)
 
 } // namespace
 
-/// What the elements of one list become rows with.
+/// The list that is being turned into rows.
 struct TuneInBrowseNode::Screen {
     const CMGetRowsRequest &request;
     const VeskUrl &url;
@@ -90,8 +91,8 @@ TuneInBrowseNode::~TuneInBrowseNode() = default;
 
 bool TuneInBrowseNode::getRowsRequest(const CMGetRowsRequest &request)
 {
-    const CMPath &requestPath = request.path();
     VESK_ASSERT_OWN_THREAD();
+    const CMPath &requestPath = request.path();
     VESK_TRACE("TuneInBrowseNode::getRowsRequest: range: "
         << request.first() << "-" << request.last() << ", path: \"" << path()
         << "\" requestPath: \"" << requestPath << "\"");
@@ -124,7 +125,7 @@ bool TuneInBrowseNode::getRowsRequest(const CMGetRowsRequest &request)
     const int total = rows.length();
     if (request.first() > 0)
         rows = rows.mid(request.first());
-    // Wide enough for any two indices; a range that ends before it starts has no rows.
+    // 64 bits hold the difference of any two indices. A range that ends before it starts is empty.
     const qint64 requestedCount = qMax(qint64(0), qint64(request.last()) - request.first() + 1);
     if (requestedCount < rows.length()) {
         VESK_TRACE(
@@ -159,6 +160,7 @@ CMPath TuneInBrowseNode::tuneInUrlToCBPath(
 
 VeskUrl TuneInBrowseNode::getElementUrl(const VeskTuneInBodyElement &element)
 {
+    // Lists name it "URL", the streams of a Tune call "url".
     const QString url = element.url();
     if (url.isEmpty())
         return VeskUrl(element.urlAlternative());
@@ -185,7 +187,7 @@ QVariantList TuneInBrowseNode::parseData(
     VESK_DEBUG("Data successfully parsed.");
     const VeskTuneInHead head = response.head();
     if (head.status() != QLatin1String("200")) {
-        // The user sees an empty screen: a fault of TuneIn is no error of this node.
+        // A fault of TuneIn is an empty screen, not an error.
         VESK_ERROR("Browsing failed, fault: \"" << head.fault());
         TuneInRequest::parseTuneInFaultCode(head.faultCode());
         return {};
@@ -202,6 +204,7 @@ QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
     if (!navigation.isEmpty() && !navigate(elements, navigation))
         return {};
 
+    // TuneIn's root menu has the favorites only for a partner id and a serial that it knows.
     const Screen screen {
         request, url, navigation, maxLevel, TuneInRows(*this, *m_tiWorker, request)};
     const auto isPresets = [](const VeskTuneInBodyElement &element) {
@@ -264,6 +267,7 @@ void TuneInBrowseNode::appendElement(
         rows.append(QVariant(screen.makeRow.text(item)));
     } else if (isOutline && item.type == QLatin1String("link")) {
         VESK_DEBUG("item " << item.index << ": '" << item.text << "' (link)");
+        // It leads to a web page, which no screen can show.
         if (element.key() == QLatin1String("settings")
             && item.url.path().contains(QLatin1String("/Settings.aspx"))) {
             VESK_DEBUG("Omitting the last root menu item: Settings");
@@ -294,8 +298,8 @@ void TuneInBrowseNode::appendSeparator(
     if (screen.maxLevel < 0 || !m_settings->childElementsInSingleList()) {
         const QString key
             = elementKey.isEmpty() ? QLatin1Char('~') + QString::number(item.index) : elementKey;
-        // Joined by ";" although it is split at "_": two levels of folders lead nowhere, and stay
-        // so.
+        // Joined by ";" although navigate() splits at "_": a folder inside a folder opens an empty
+        // screen. Fixed behaviour: keep it.
         const QString navigation
             = screen.navigation.isEmpty() ? key : screen.navigation + QLatin1Char(';') + key;
         rows.append(QVariant(screen.makeRow.folder(item, screen.url, navigation)));
@@ -363,11 +367,11 @@ QVariant TuneInBrowseNode::getRoleData(const QString &role, const Params &params
 
 bool TuneInBrowseNode::setDataRequest(const CMSetDataRequest &request)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (request.role() != VeskRoles::PrePlay())
         return CMNode::setDataRequest(request);
     const CMPath &path = request.path();
     const QString command = path.param(Param::veskPrePlayCmd());
-    VESK_ASSERT_OWN_THREAD();
     VESK_TRACE("veskPrePlayCmd: '" << command << "' request path: '" << path << "'");
     VeskRoles roles(request.value().toHash());
     VESK_TRACE("Previous VeskRoles:" << roles);
@@ -462,7 +466,8 @@ bool TuneInBrowseNode::fetchAvailableStreams(const CMSetDataRequest &request, Ve
 
 QString TuneInBrowseNode::getGenreName(const QString &genreId)
 {
-    // One attempt in ten seconds for the whole process, however many nodes ask.
+    // One attempt every ten seconds for the whole process. The clock starts with the system: its
+    // first ten seconds count as a wait.
     static std::atomic<qint64> lastAttempt {0};
     if (genreId.isEmpty())
         return QString();

@@ -15,10 +15,9 @@ class CMTuneInWorker;
 class TuneInSettings;
 struct TuneInItem;
 
-/// TuneIn's whole directory: every screen is a path below this node. A path is turned into a URL of
-/// the web API, the answer into rows, and the URLs in it into paths again.
-///
-/// Paths become URLs in TuneInScreenUrl, elements of an answer rows in TuneInRows.
+/// TuneIn's whole directory: every screen is a path below this node. TuneInScreenUrl turns a path
+/// into a URL of the web API, TuneInRows the answer's elements into rows, whose URLs become paths
+/// again.
 ///
 /// Worker's thread only, which every request blocks for its exchange.
 class TuneInBrowseNode : public CMContainerNode {
@@ -28,7 +27,7 @@ public:
 
     /// Always takes the request.
     bool getRowsRequest(const CMGetRowsRequest &request) override;
-    /// Runs the step before playing; other roles are the base's.
+    /// Handles the pre-play role; the base class handles all others.
     bool setDataRequest(const CMSetDataRequest &request) override;
     QVariant getRoleData(const QString &role, const Params &params) override;
 
@@ -43,16 +42,16 @@ public:
     QVariantList parseData(
         const CMGetRowsRequest &request, const QByteArray &data, VeskUrl url, QString navigation);
 
-    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. Lists
-    /// children below their heading as long as \a maxLevel, one less for each level, is not below
-    /// 0.
+    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. If the
+    /// settings want a single list, children are listed below their heading for \a maxLevel + 1
+    /// levels; else, and below that, a folder opens them.
     QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
         VeskUrl url, QString navigation, int maxLevel);
 
     /// The icon of the root menu's entry \a key; empty for another.
     QString categoryIcon(const QString &key) const { return m_categoryIcons.value(key); }
-    /// Empty when it is not known, also while TuneIn's list of genres, which the first genre asks
-    /// for, cannot be had.
+    /// Empty when unknown. The first genre fetches TuneIn's list of genres; while that fails every
+    /// name is empty.
     QString getGenreName(const QString &genreId);
 
 private:
@@ -60,13 +59,13 @@ private:
 
     struct Screen;
 
-    // An answer becomes rows.
+    // From an answer to rows.
     bool navigate(VeskList<VeskTuneInBodyElement> &elements, const QString &navigation) const;
     void appendElement(const Screen &screen, const TuneInItem &item, QVariantList &rows);
     void appendSeparator(const Screen &screen, const TuneInItem &item, QVariantList &rows);
     void appendAudio(const Screen &screen, const TuneInItem &item, QVariantList &rows);
 
-    // Before playing.
+    // Pre-play.
     bool fetchAvailableStreams(const CMSetDataRequest &request, VeskRoles &roles);
 
     const TuneInSettings *m_settings;

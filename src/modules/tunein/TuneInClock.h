@@ -7,8 +7,8 @@
 
 #include <functional>
 
-/// The clocks by which the plug-in measures. Replace them, before there is a worker, to move time
-/// in tests; read from any thread.
+/// The plug-in's clocks. Tests replace them, before a worker exists; after that any thread may read
+/// them.
 struct TuneInClock {
     /// Milliseconds of a clock that never steps (QElapsedTimer's).
     std::function<qint64()> monotonicMs;

@@ -28,7 +28,7 @@ TrString titleText(const char *text)
     return TrString(trExtractContext(titleSignature), QString::fromLatin1(text));
 }
 
-/// An episode is no favorite of its own: the show it comes with is.
+/// TuneIn keeps shows as favorites, not single episodes ("t..."); "sid" is the episode's show.
 QString favoriteId(const QString &guideId, const QString &sid)
 {
     return guideId.startsWith(QLatin1Char('t')) && !sid.isEmpty() ? sid : guideId;
@@ -165,7 +165,7 @@ void TuneInAddRemovePresetsNode::on_node_invoke(const CMSetDataRequest &request)
     request.reply().setValue(QVariant());
 }
 
-/// The favorites screen and every open menu of the item are to be read again.
+/// Notifies the subscribers of the favorites screen and of the item's menus.
 void TuneInAddRemovePresetsNode::announceChange(const QString &guideId)
 {
     CMSubscribe *const subscribers = subscribe();
@@ -186,7 +186,7 @@ void TuneInAddRemovePresetsNode::announceChange(const QString &guideId)
 
 namespace {
 
-/// What both menus have in common: how they look, and the favorites entry as their first row.
+/// What both menus share: their looks, and the favorites entry as their first row.
 void fillMenu(CMListRowsNode *menu, CMTuneInWorker *worker)
 {
     menu->setContainerType(VeskRolesContainerType::ContextMenu);

@@ -10,10 +10,9 @@ class CMTuneInWorker;
 class TuneInSettings;
 class VeskUrl;
 
-/// The entry of a context menu that adds an item to TuneIn's favorites or removes it. Asking for
-/// its title asks TuneIn which of the two it is, and that is what activating it then does. Which
-/// item is meant comes with the path's parameters. Worker's thread only, which every exchange
-/// blocks.
+/// The entry of a context menu that adds an item to TuneIn's favorites or removes it. Reading its
+/// title asks TuneIn whether the item is a favorite; activating the entry then does what the title
+/// said. The path's parameters name the item. Worker's thread only, which every exchange blocks.
 class TuneInAddRemovePresetsNode : public CMActivateNode {
     Q_OBJECT
 
@@ -21,8 +20,8 @@ public:
     static TuneInAddRemovePresetsNode *create(CMTuneInWorker *worker, const CMPath &path);
     ~TuneInAddRemovePresetsNode() override;
 
-    /// Whether the station or show \a id is a favorite of this device's account. False when TuneIn
-    /// cannot tell.
+    /// Whether the station or show \a id is a favorite of this device's account. False when the
+    /// exchange fails.
     bool isPreset(const QString &id);
     QVariant getRoleData(const QString &role, const Params &params) override;
 
@@ -37,12 +36,12 @@ private:
 
     CMTuneInWorker *m_tiWorker;
     const TuneInSettings *m_settings;
-    /// "add" or "remove": what the last title said.
+    /// "add" or "remove", as the last title said; empty before the first.
     QString m_command;
 };
 
-/// The context menu of what plays: favorites, choice of stream where \a addTuneBrowse says so, and
-/// the problem report where the settings do. Its rows take the parameters by which it is opened.
+/// The player's context menu: favorites, the stream choice with \a addTuneBrowse, and the problem
+/// report if the settings enable it. Its rows get the parameters that it is opened with.
 class TuneInPlayerContextNode : public CMListRowsNode {
 public:
     static TuneInPlayerContextNode *create(

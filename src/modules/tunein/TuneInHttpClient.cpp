@@ -48,13 +48,16 @@ TuneInHttpClient::~TuneInHttpClient()
 }
 
 /// The host's client has sockets and timers in the other thread's event loop, so it is destroyed
-/// there, after what was already queued; its last completions find this object's members alive.
+/// there, after the calls that are already queued. Its last completions run while this object's
+/// members still exist.
 void TuneInHttpClient::endOwnThread()
 {
     QThread *const ownThread = thread();
     if (ownThread == QThread::currentThread() || !ownThread->isRunning())
         return;
-    // Qt wakes the loop after it has queued the call: the loop must still be there then.
+    // Qt wakes the event loop after it has queued the call. Without the semaphore the call could
+    // run, and end the thread, in between, and the wake-up would reach a loop that no longer
+    // exists.
     QSemaphore queued;
     QMetaObject::invokeMethod(
         m_httpClient,
@@ -80,12 +83,13 @@ CMError TuneInHttpClient::post(const VeskUrl &url, QByteArray *out)
 
 CMError TuneInHttpClient::request(const VeskUrl &url, QByteArray *out, TuneInHttpClient::Type type)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(requestSignature, "CB_TuneIn") << ": " << url);
-    QMutexLocker lock(&m_mutex);
-    const int index = m_nextIndex++;
     // The wait below would keep the client's own event loop from ever running the exchange.
     VESK_ASSERT_TEXT(
         QThread::currentThread() != thread(), "called on another thread than the client's own");
+    VESK_TRACE("Enter " << dbglog_scopedFunction(requestSignature, "CB_TuneIn") << ": " << url);
+    // Held until the wait, so that no result is stored, and no wake-up sent, before this waits.
+    QMutexLocker lock(&m_mutex);
+    const int index = m_nextIndex++;
     QMetaObject::invokeMethod(this, "on_request", Qt::QueuedConnection, Q_ARG(VeskUrl, url),
         Q_ARG(int, type), Q_ARG(int, index));
     while (!m_requests.contains(index))
@@ -100,11 +104,12 @@ CMError TuneInHttpClient::request(const VeskUrl &url, QByteArray *out, TuneInHtt
 
 void TuneInHttpClient::on_request(VeskUrl url, int type, int index)
 {
+    VESK_ASSERT_OWN_THREAD();
     HttpClientOptions options;
     options.setTimeoutMs(timeoutMs);
     options.setReadSizeLimit(maxBodyBytes);
+    // The web API changes state and reads favorites by GET, with URLs that repeat.
     options.setUseCache(!TuneInApi::isPersonal(url));
-    VESK_ASSERT_OWN_THREAD();
     const auto done = [this, index](const HttpClientResult &result) { store(index, result); };
     if (type == Get)
         m_httpClient->get(url, options, done);

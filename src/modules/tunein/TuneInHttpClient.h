@@ -14,10 +14,10 @@
 #include <QWaitCondition>
 
 /// The plug-in's one HTTP client: lives on a thread of its own that runs an event loop, and serves
-/// callers on all other threads, which block until their answer is in. An exchange takes at most 30
-/// seconds and brings at most 1,000,000 bytes.
+/// callers on all other threads, which block until their response has arrived. An exchange takes at
+/// most 30 seconds and returns at most 1,000,000 bytes.
 ///
-/// Make it with createInNewQThread and delete it from the thread that did, when no other thread is
+/// Create it with createInNewQThread and delete it on the thread that did, while no other thread is
 /// inside a call. Deleting it ends its thread, and the event loop of the thread that deletes it.
 class TuneInHttpClient : public QObject {
     Q_OBJECT
@@ -40,6 +40,7 @@ private Q_SLOTS:
     void on_request(VeskUrl url, int type, int index);
 
 private:
+    /// A result that its caller has not collected yet.
     struct Request {
         int code = 0;
         HttpClientStatus status = HttpClientStatus::Success;
@@ -51,8 +52,9 @@ private:
 
     HttpClient *m_httpClient;
     QMutex m_mutex;
+    /// Wakes every waiting caller: each looks for its own index.
     QWaitCondition m_condition;
-    /// Guarded by m_mutex.
+    // Guarded by m_mutex.
     int m_nextIndex = 0;
-    QHash<int, Request> m_requests;
+    QHash<int, Request> m_requests; ///< by index
 };

@@ -50,7 +50,8 @@ const char *faultMessage(VeskTuneInFaultCode::Enum code)
     return nullptr;
 }
 
-/// The message where the fault code says nothing. Only a bare 403 means something to a user.
+/// The message for a fault code without one of its own. The API refuses a login, a partner id or an
+/// exceeded quota by a bare 403; any other status says nothing to a user.
 const char *statusMessage(
     const QString &faultCode, const QString &status, VeskTuneInAccountOperation::Enum operation)
 {
@@ -87,8 +88,8 @@ CMError TuneInRequest::request(
 
     const CMError error;
     QByteArray data;
-    // What the client says about a failed exchange is dropped: the body is empty then, and that is
-    // what the user is told.
+    // The client's error is ignored: after a failed exchange the body is empty, and the user is
+    // told that.
     switch (type) {
     case Get:
         m_tiWorker->httpClient()->get(url, &data);
@@ -133,6 +134,7 @@ CMError TuneInRequest::parseData(const QByteArray &data, VeskTuneInResponse &res
     }
     VESK_DEBUG("Data successfully parsed.");
 
+    // The API answers its own faults with HTTP status 200; the real one is in the head.
     const VeskTuneInHead head = parsed.head();
     if (head.status() == QLatin1String("200")) {
         response = parsed;

@@ -11,9 +11,9 @@
 
 class CMTuneInWorker;
 
-/// One exchange with TuneIn's web API: network check, GET or POST, parsing, judging the answer.
-/// Made on the stack for each exchange and used on the caller's thread, which it blocks. Adds
-/// nothing to the URL.
+/// One exchange with TuneIn's web API: checks the network, sends a GET or POST, parses the answer
+/// and checks its status. Created on the stack for each exchange and used on the caller's thread,
+/// which it blocks. Sends the URL as it is.
 class TuneInRequest {
 public:
     enum RequestType { Get = 0, Post = 1 };
@@ -22,10 +22,11 @@ public:
     virtual ~TuneInRequest();
 
     /// Success returns an empty error and replaces \a response. Failure leaves \a response as it
-    /// was: a network that is down sends nothing; an exchange that fails reads as an empty body.
+    /// was. While the network is down nothing is sent; an exchange that fails is reported as an
+    /// empty body.
     virtual CMError request(
         const VeskUrl &url, TuneInRequest::RequestType type, VeskTuneInResponse &response);
-    /// Reads and judges a body. Only a head with the status "200" is success.
+    /// Parses a body and checks its status: only "200" in the head is success.
     CMError parseData(const QByteArray &data, VeskTuneInResponse &response);
 
     /// The error for the user when a head's status is not "200". Its name is the default name, ":"

@@ -280,7 +280,7 @@ QVariantList TuneInRows::audio(const TuneInItem &item) const
     });
 }
 
-/// What tells an audio row from others, also while it plays.
+/// The path that identifies an audio row in its list and while it plays.
 QString TuneInRows::matchPath(const TuneInItem &item) const
 {
     if (m_streamChoice)

@@ -31,27 +31,27 @@ struct TuneInItem {
     const QString sid; ///< of a show or topic
 };
 
-/// Makes the rows of one screen: a value for each role that \a request asks for, null for those
-/// that the kind of element does not answer. What all rows of the screen have in common is made
-/// once, here. Worker's thread only; node, worker and request must outlive it.
+/// Builds the rows of one screen: a value for each role that \a request asks for, null for roles
+/// that the kind of element does not have. The constructor builds what all rows of the screen
+/// share. Worker's thread only; node, worker and request must outlive it.
 class TuneInRows {
 public:
     TuneInRows(
         TuneInBrowseNode &node, const CMTuneInWorker &worker, const CMGetRowsRequest &request);
 
     bool isRoot() const { return m_isRoot; }
-    /// The list of a station's streams, of which one is to be chosen.
+    /// Whether this is the list of a station's streams, from which the user chooses one.
     bool isStreamChoice() const { return m_streamChoice; }
-    /// The test search whose rows name streams themselves.
+    /// Whether this is the test search, whose rows hold URLs of streams.
     bool isDirectStream() const { return m_directStream; }
 
-    /// Of an element that is of no known kind.
+    /// For an element of unknown kind.
     QVariantList unknown() const { return m_nulls; }
     QVariantList text(const TuneInItem &item) const;
     QVariantList link(const TuneInItem &item) const;
     /// The heading above the rows of the element's children.
     QVariantList header(const TuneInItem &item) const;
-    /// What opens the element's children, at \a navigation inside the screen \a url.
+    /// The folder that opens the element's children, at \a navigation inside the screen \a url.
     QVariantList folder(
         const TuneInItem &item, const VeskUrl &url, const QString &navigation) const;
     QVariantList audio(const TuneInItem &item) const;
@@ -59,7 +59,7 @@ public:
 private:
     enum class Role;
     struct Playing;
-    /// What the rows of a stream choice, which are streams of one item, take from that item.
+    /// The item whose streams a stream choice lists: all its rows play as that item.
     struct Chosen {
         QString matchPath;
         QString title;
@@ -86,9 +86,9 @@ private:
     QVector<Role> m_roles;
     QVariantList m_nulls;
 
-    /// Media data of rows that only lead somewhere.
+    /// Media data of rows that cannot be played.
     const VeskMediaData m_serviceMediaData;
-    /// What the meta data of all audio rows begins with.
+    /// The part of the meta data that is the same for all audio rows.
     VeskMetaData m_commonMetaData;
     /// The browser's context menu; only its path depends on the row.
     const VeskRoles m_browserMenu;

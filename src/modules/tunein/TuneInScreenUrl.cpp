@@ -21,7 +21,7 @@ const QString &browseBase()
     return base;
 }
 
-/// A fault that the log and the user are told in the same words.
+/// A fault with the same text for the log and the user.
 Fault missing(const char *message)
 {
     return {QString::fromLatin1(message), message};
@@ -46,7 +46,8 @@ Fault setTuneMethod(const CMPath &path, VeskUrl &url)
         return missing(QT_TRANSLATE_NOOP("TuneIn", "Missing guideId parameter"));
     QString id = path.param(Param::guideId());
     const QString stationId = path.param(Param::stationId());
-    // A stream instance is tuned to by its station.
+    // A single stream's id ("e...") does not work alone everywhere: its station's does, which
+    // answers give with or without its letter.
     if (id.startsWith(QLatin1Char('e')) && !stationId.isEmpty())
         id = stationId.at(0).isDigit() ? QLatin1Char('s') + stationId : stationId;
     url.addQueryItem(QStringLiteral("id"), id);
@@ -122,7 +123,7 @@ void TuneInScreenUrl::addCommonItems(VeskUrl &url, const TuneInSettings &setting
         if (!url.hasQueryItem(key))
             url.addQueryItem(key, value);
     };
-    // The test is the wrong way round, and stays so: no item of this name is ever stripped here.
+    // Never removes anything: the test is inverted. Private items do not get this far, so it stays.
     if (!url.hasQueryItem(Param::veskNavigation()))
         url.removeQueryItem(Param::veskNavigation());
     addOnce(QStringLiteral("render"), QStringLiteral("json"));

@@ -11,7 +11,7 @@ class CMPath;
 class TuneInSettings;
 
 /// \file
-/// Where the web API has the screen that a path of the browser names.
+/// From a path of the browser to the web API's URL for that screen.
 ///
 /// Three forms of paths: "browse" is the root menu; "browse/uri" with a URL path and its query
 /// items as parameters is any screen; "browse" with "veskTuneInMethod" ("tune", "search", "wizard")
@@ -19,7 +19,7 @@ class TuneInSettings;
 
 namespace TuneInScreenUrl {
 
-/// Why a path names no screen.
+/// Why a path has no screen.
 struct Fault {
     bool isEmpty() const { return !message; }
 
@@ -30,11 +30,12 @@ struct Fault {
 
 bool isRoot(const CMPath &path);
 
-/// The URL of the screen \a path, without what every request carries. Sets \a fault when the path
-/// names none.
+/// The URL of the screen \a path, without the common items. Sets \a fault when the path has no
+/// screen.
 VeskUrl ofPath(const CMPath &path, Fault &fault);
 
-/// Adds what every request for a screen carries, each only where \a url has no such item.
+/// Adds the items that every request for a screen has, each unless \a url already has it: links in
+/// TuneIn's answers repeat all of them but "render".
 void addCommonItems(VeskUrl &url, const TuneInSettings &settings);
 
 } // namespace TuneInScreenUrl

@@ -7,8 +7,8 @@
 
 class CMPath;
 
-/// What the plug-in was configured with: read once from the host's value tree, then only read, from
-/// any thread. Later changes of the host's values have no effect.
+/// The plug-in's configuration: loaded once from the host's value tree before other threads exist,
+/// then read from any thread. Later changes of the host's values have no effect.
 class TuneInSettings {
 public:
     /// Reads every value from the host and returns true. Values that the host does not hold stay

@@ -32,7 +32,7 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-/// After this much of a pause, listening is reported as if it had ended.
+/// A pause this long is reported as the end of listening.
 constexpr int pauseReportMinutes = 5;
 constexpr int pauseReportMs = pauseReportMinutes * 60 * 1000;
 
@@ -40,7 +40,7 @@ constexpr unsigned long networkPollMs = 10;
 
 const char constructorSignature[] = "CMTuneInWorker::CMTuneInWorker(const QVariantHash&)";
 
-/// Stations whose streams come and go, to try a player on.
+/// Stations with unreliable streams, for trying out a player.
 struct Station {
     const char *name;
     const char *url;
@@ -221,7 +221,7 @@ bool CMTuneInWorker::networkStateConnected() const
         QMutexLocker lock(&m_networkMutex);
         return m_networkStateKnown;
     };
-    // The state arrives through the worker's event loop: waiting for it there would be for ever.
+    // The state arrives through the worker's event loop: waiting there would never end.
     while (!isKnown() && QThread::currentThread() != thread())
         QThread::msleep(networkPollMs);
     QMutexLocker lock(&m_networkMutex);
@@ -274,7 +274,8 @@ void CMTuneInWorker::notePaused()
         return;
     m_listeningDurationTimer.start(pauseReportMs);
     m_paused = true;
-    // Whether an interval was running is not asked: a pause without playing counts from clock zero.
+    // m_playingSince is 0 without an interval: a pause that follows no playing then counts the
+    // whole clock.
     m_listenedMs += TuneInClock::instance().monotonicMs() - m_playingSince;
     m_playingSince = 0;
     VESK_INFO("TuneIn playback paused.");
@@ -312,8 +313,8 @@ bool CMTuneInWorker::hasDurationToReport(qint64 seconds) const
 
 void CMTuneInWorker::on_listeningDurationTimer_timeout()
 {
-    QMutexLocker lock(&m_stateMutex);
     VESK_ASSERT_OWN_THREAD();
+    QMutexLocker lock(&m_stateMutex);
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::on_listeningDurationTimer_timeout()", "CB_TuneIn")
                         << ": ");
@@ -354,7 +355,7 @@ void CMTuneInWorker::decideStreamReport(const VeskPlayLogicData &data)
     sendAutomaticStreamReport(m_guideId, resource.uri(), error);
 }
 
-/// Whether this state or error is news about the play; notes that it was reported.
+/// Whether this state or error has not been reported for the play yet; marks it as reported.
 bool CMTuneInWorker::takeReport(VeskPlayLogicState::Enum state, const QString &error)
 {
     if (error.isEmpty()) {
@@ -371,8 +372,8 @@ bool CMTuneInWorker::takeReport(VeskPlayLogicState::Enum state, const QString &e
 void CMTuneInWorker::sendAutomaticStreamReport(
     const QString &guideId, const QString &streamUrl, const QString &error)
 {
-    const QString shownUrl = VeskUrl::displayText(streamUrl);
     VESK_ASSERT_OWN_THREAD();
+    const QString shownUrl = VeskUrl::displayText(streamUrl);
     VESK_TRACE("Enter " << dbglog_scopedFunction(
                    "void CMTuneInWorker::sendAutomaticStreamReport(const QString&, const QString&, "
                    "const QString&)",
@@ -416,8 +417,8 @@ void CMTuneInWorker::sendAutomaticStreamReport(
 
 void CMTuneInWorker::sendDurationReport(const QString &guideId, int duration, bool stopped)
 {
-    VESK_TRACE(
     VESK_ASSERT_OWN_THREAD();
+    VESK_TRACE(
         "Enter " << dbglog_scopedFunction(
             "void CMTuneInWorker::sendDurationReport(const QString&, int, bool)", "CB_TuneIn")
                  << ": guideId: " << guideId << ", duration: " << duration

@@ -19,11 +19,12 @@ class TuneInBrowserContextNode;
 class TuneInHttpClient;
 class TuneInPlayerContextNode;
 
-/// The plug-in's spine: settings, HTTP client, the tree of nodes under "TuneIn:", the state of the
-/// network and of playback, and the reports about it. Create and delete it on the thread that runs
-/// its requests; deleting it ends that thread's event loop.
+/// The plug-in's centre: settings, HTTP client, the tree of nodes under "TuneIn:", the state of the
+/// network and of playback, and the reports about it. Create, use and delete it on the thread that
+/// runs its requests, except where a function says otherwise; deleting it ends that thread's event
+/// loop.
 ///
-/// \a config is the host's configuration of this plug-in; of it only the service id is read.
+/// \a config is the host's configuration of this plug-in; only the service id is read from it.
 class CMTuneInWorker : public CMNodesWorker {
     Q_OBJECT
 
@@ -33,11 +34,11 @@ public:
 
     /// Never null. Any thread.
     TuneInHttpClient *httpClient() const { return m_httpClient; }
-    /// The last known state of the network. On other threads than the worker's it waits for the
-    /// first state to arrive; on the worker's own it is false until then.
+    /// The last known state of the network. Any thread: the worker's own gets false until the first
+    /// state has arrived, others wait for it.
     bool networkStateConnected() const;
     const TuneInSettings &settings() const { return m_settings; }
-    /// Media data that says no more than whose an item is.
+    /// Media data with only the service id.
     VeskMediaData serviceMediaData() const;
 
     TuneInPlayerContextNode *playerContextNode() const { return m_playerContextNode; }
@@ -48,11 +49,11 @@ public:
     TuneInBrowserContextNode *browserContextNode() const { return m_browserContextNode; }
     CMListRowsNode *searchesNode() const { return m_searchesNode; }
 
-    /// Tells TuneIn that a stream played, or with an \a error that it did not. One of \a guideId
-    /// and \a streamUrl must not be empty. Blocks for the exchange; the outcome is only logged.
+    /// Tells TuneIn that a stream played, or with an \a error that it failed. \a guideId or \a
+    /// streamUrl must not be empty. Blocks for the exchange; the outcome is only logged.
     void sendAutomaticStreamReport(
         const QString &guideId, const QString &streamUrl, const QString &error);
-    /// Tells TuneIn for how many seconds the item was heard, \a stopped or only paused since.
+    /// Tells TuneIn for how many seconds the item played before it was \a stopped, else paused.
     /// Blocks for the exchange; the outcome is only logged.
     void sendDurationReport(const QString &guideId, int duration, bool stopped);
 
@@ -77,7 +78,7 @@ private:
     bool takeReport(VeskPlayLogicState::Enum state, const QString &error);
     bool hasDurationToReport(qint64 seconds) const;
 
-    // All these are owned by the node registry.
+    // Owned by the node registry.
     TuneInPlayerContextNode *m_playerContextNode = nullptr;
     TuneInPlayerContextNode *m_playerContextShowEpisodeNode = nullptr;
     TuneInBrowserContextNode *m_browserContextNode = nullptr;
@@ -96,12 +97,12 @@ private:
     /// Seconds since the Unix epoch at which m_lastPlayId was first seen: TuneIn's listen id.
     qint64 m_playStartTime = 0;
 
-    /// These, and the timer, are guarded by m_stateMutex. Times are in milliseconds; an interval of
+    /// From here to the timer guarded by m_stateMutex. Times are in milliseconds; an interval of
     /// listening runs while m_playingSince is not 0.
     VeskPlayLogicState::Enum m_playState = VeskPlayLogicState::stopped;
     qint64 m_playingSince = 0;
     qint64 m_listenedMs = 0;
-    QString m_guideId; ///< worker's thread only, whatever stands around it
+    QString m_guideId; ///< not guarded: worker's thread only
     bool m_paused = false;
     QTimer m_listeningDurationTimer;
     QMutex m_stateMutex;
@@ -112,5 +113,5 @@ private:
     TuneInHttpClient *m_httpClient = nullptr;
 };
 
-/// The plug-in's one entry. \a config points to a QVariantHash. The caller owns the worker.
+/// The plug-in's only export. \a config points to a QVariantHash. The caller owns the worker.
 extern "C" Q_DECL_EXPORT void *worker_create(const char *name, void *config);

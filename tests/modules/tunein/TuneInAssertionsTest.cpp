@@ -4,6 +4,7 @@
 #include "api/nodes/CMRequest.h"
 #include "modules/tunein/TuneInBrowseNode.h"
 #include "modules/tunein/TuneInContextNode.h"
+#include "modules/tunein/TuneInHttpClient.h"
 #include "modules/tunein/TuneInRequest.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
@@ -62,6 +63,24 @@ TEST_F(TuneInAssertionTest, stopsAnExchangeOfAnUnknownType)
             static_cast<TuneInRequest::RequestType>(2), response);
     }),
         "0");
+}
+
+TEST_F(TuneInAssertionTest, stopsAnExchangeThatIsStartedOnTheClientsOwnThread)
+{
+    TuneInHttpClient *client = worker()->httpClient();
+    const auto exchange
+        = [client] { client->get(VeskUrl("http://opml.radiotime.com/x"_s), nullptr); };
+    EXPECT_ASSERTION(QMetaObject::invokeMethod(client, exchange, Qt::BlockingQueuedConnection),
+        "called on another thread than the client's own");
+}
+
+TEST_F(TuneInAssertionTest, stopsCallsOfTheWorkersThreadOnOtherThreads)
+{
+    const char condition[] = "called on the object's thread";
+    TuneInBrowseNode *node = browseNode();
+    EXPECT_ASSERTION(node->getRowsRequest(rowsRequest("TuneIn:browse"_s)), condition);
+    EXPECT_ASSERTION(worker()->sendAutomaticStreamReport("s1"_s, {}, {}), condition);
+    EXPECT_ASSERTION(worker()->sendDurationReport("s1"_s, 10, true), condition);
 }
 
 TEST_F(TuneInAssertionTest, stopsAStreamReportWithoutGuideIdAndUrl)
