@@ -3,12 +3,13 @@
 
 #include "tests/faults/StreamingServer.h"
 
+#include "api/core/Mutex.h"
+
 #include <algorithm>
 #include <arpa/inet.h>
 #include <atomic>
 #include <cerrno>
 #include <list>
-#include <mutex>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -76,12 +77,11 @@ struct StreamingServer::Private {
     std::thread acceptor;
     std::atomic<bool> isAway {false};
 
-    mutable std::mutex mutex;
-    // Guarded by mutex.
-    std::vector<Arrival> arrivals;
-    std::vector<Clock::time_point> faults;
-    std::map<QByteArray, std::size_t> counts;
-    std::list<Peer> peers;
+    mutable VeskMutex mutex;
+    std::vector<Arrival> arrivals VESK_GUARDED_BY(mutex);
+    std::vector<Clock::time_point> faults VESK_GUARDED_BY(mutex);
+    std::map<QByteArray, std::size_t> counts VESK_GUARDED_BY(mutex);
+    std::list<Peer> peers VESK_GUARDED_BY(mutex);
 };
 
 class StreamingServer::Private::Connection : public Line {
@@ -136,13 +136,13 @@ public:
 
     double age() const override
     {
-        const std::lock_guard<std::mutex> lock(m_server.mutex);
+        const VeskMutexLock lock(m_server.mutex);
         return m_server.arrivals.empty() ? 0 : secondsSince(m_server.arrivals.front().at);
     }
 
     void markFault() override
     {
-        const std::lock_guard<std::mutex> lock(m_server.mutex);
+        const VeskMutexLock lock(m_server.mutex);
         m_server.faults.push_back(Clock::now());
     }
 
@@ -213,11 +213,11 @@ void StreamingServer::Private::acceptAll()
         if (socket < 0)
             continue;
         joinFinished();
-        const std::lock_guard<std::mutex> lock(mutex);
+        const VeskMutexLock lock(mutex);
         Peer &peer = peers.emplace_back();
         peer.thread = std::thread([this, socket, &peer] {
             serve(socket);
-            const std::lock_guard<std::mutex> end(mutex);
+            const VeskMutexLock end(mutex);
             peer.finished = true;
         });
     }
@@ -228,7 +228,7 @@ void StreamingServer::Private::joinFinished()
 {
     std::list<Peer> done;
     {
-        const std::lock_guard<std::mutex> lock(mutex);
+        const VeskMutexLock lock(mutex);
         for (auto it = peers.begin(); it != peers.end();) {
             const auto here = it++;
             if (here->finished)
@@ -241,7 +241,7 @@ void StreamingServer::Private::joinFinished()
 
 const Script *StreamingServer::Private::scriptFor(const QByteArray &path)
 {
-    const std::lock_guard<std::mutex> lock(mutex);
+    const VeskMutexLock lock(mutex);
     arrivals.push_back({path, Clock::now()});
     const auto page = pages.find(path);
     if (page == pages.end())
@@ -283,13 +283,13 @@ quint16 StreamingServer::port() const
 
 std::vector<StreamingServer::Arrival> StreamingServer::arrivals() const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     return d->arrivals;
 }
 
 std::vector<Clock::time_point> StreamingServer::faults() const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     return d->faults;
 }
 

@@ -111,7 +111,7 @@ void Watch::watchSamples(const QString &wav)
             continue;
         const QByteArray fresh = file.readAll();
         seen += fresh.size();
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_samples.push_back({Clock::now(), isLoud(fresh)});
     }
 }
@@ -131,7 +131,7 @@ void Watch::watchState(const HostLink &link, qint64 pid)
                 megabytes += residentMegabytes(child);
             nextLook = answered + MemoryTick;
         }
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_slowestAnswer = std::max(m_slowestAnswer, seconds(answered - asked));
         m_megabytes = std::max(m_megabytes, megabytes);
         m_states.push_back({answered, answer.value(QStringLiteral("state"), -1).toInt(),
@@ -142,31 +142,31 @@ void Watch::watchState(const HostLink &link, qint64 pid)
 
 std::vector<Watch::Samples> Watch::samples() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_samples;
 }
 
 std::vector<Watch::State> Watch::states() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_states;
 }
 
 Watch::State Watch::lastState() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_states.empty() ? State {m_begin, -1, {}, {}} : m_states.back();
 }
 
 double Watch::slowestAnswer() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_slowestAnswer;
 }
 
 double Watch::megabytes() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_megabytes;
 }
 

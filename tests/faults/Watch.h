@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "tests/faults/StreamingServer.h"
 
 #include <QByteArray>
@@ -10,7 +11,6 @@
 #include <QVariantHash>
 
 #include <atomic>
-#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -64,12 +64,11 @@ private:
     const Clock::time_point m_begin = Clock::now();
     std::atomic<bool> m_stop {false};
 
-    mutable std::mutex m_mutex;
-    // Guarded by m_mutex.
-    std::vector<Samples> m_samples;
-    std::vector<State> m_states;
-    double m_slowestAnswer = 0;
-    double m_megabytes = 0;
+    mutable VeskMutex m_mutex;
+    std::vector<Samples> m_samples VESK_GUARDED_BY(m_mutex);
+    std::vector<State> m_states VESK_GUARDED_BY(m_mutex);
+    double m_slowestAnswer VESK_GUARDED_BY(m_mutex) = 0;
+    double m_megabytes VESK_GUARDED_BY(m_mutex) = 0;
 
     std::thread m_samplesThread;
     std::thread m_stateThread;

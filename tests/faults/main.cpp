@@ -4,6 +4,7 @@
 /// \file
 /// Plays faults out, several side by side, and prints the table of what was measured; the exit
 /// status is 0 when all goals are reached.
+#include "api/core/Mutex.h"
 #include "base/cli/CommandLine.h"
 #include "tests/faults/Report.h"
 
@@ -16,7 +17,6 @@
 #include <atomic>
 #include <cstdio>
 #include <curl/curl.h>
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -50,12 +50,12 @@ std::vector<Result> playAll(const std::vector<Fault> &faults, int jobs, const QS
 {
     std::vector<Result> results(faults.size());
     std::atomic<std::size_t> next {0};
-    std::mutex output;
+    VeskMutex output;
     const auto work = [&] {
         for (std::size_t i = next++; i < faults.size(); i = next++) {
             QDir(folder).mkdir(QString::number(i));
             results[i] = playOut(faults[i], folder + QLatin1Char('/') + QString::number(i));
-            const std::lock_guard<std::mutex> lock(output);
+            const VeskMutexLock lock(output);
             std::fprintf(stderr, "%zu %s\n", i, lineOf(results[i]).c_str());
         }
     };

@@ -3,12 +3,13 @@
 
 #include "tests/support/LogCapture.h"
 
+#include "api/core/Mutex.h"
+
 #include <log4cplus/appender.h>
 #include <log4cplus/logger.h>
 #include <log4cplus/loglevel.h>
 #include <log4cplus/spi/loggingevent.h>
 
-#include <mutex>
 #include <vector>
 
 namespace {
@@ -29,13 +30,13 @@ public:
 
     std::vector<Record> records() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_records;
     }
 
     void clear()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_records.clear();
     }
 
@@ -46,14 +47,13 @@ protected:
         const Record record {QString::fromStdString(level),
             QString::fromStdString(event.getMessage()),
             QString::fromStdString(event.getFile() + ':' + event.getFunction())};
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_records.push_back(record);
     }
 
 private:
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    std::vector<Record> m_records;
+    mutable VeskMutex m_mutex;
+    std::vector<Record> m_records VESK_GUARDED_BY(m_mutex);
 };
 
 struct LogCapture::Private {

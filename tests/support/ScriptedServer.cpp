@@ -3,13 +3,14 @@
 
 #include "tests/support/ScriptedServer.h"
 
+#include "api/core/Mutex.h"
+
 #include <arpa/inet.h>
 #include <cerrno>
 #include <chrono>
 #include <condition_variable>
 #include <csignal>
 #include <list>
-#include <mutex>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <openssl/ssl.h>
@@ -285,7 +286,7 @@ struct ScriptedServer::Private {
     ~Private()
     {
         {
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             stopping = true;
             for (Peer &peer : peers) {
                 if (peer.connection)
@@ -314,7 +315,7 @@ struct ScriptedServer::Private {
             if (socket < 0)
                 continue;
             joinFinished();
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             ++accepted;
             peers.emplace_back();
             Peer &peer = peers.back();
@@ -327,7 +328,7 @@ struct ScriptedServer::Private {
     {
         std::list<Peer> done;
         {
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             for (auto it = peers.begin(); it != peers.end();) {
                 const auto here = it++;
                 if (here->finished)
@@ -348,17 +349,17 @@ struct ScriptedServer::Private {
         {
             Connection connection(socket);
             {
-                const std::lock_guard<std::mutex> lock(mutex);
+                const VeskMutexLock lock(mutex);
                 peer.connection = &connection;
                 if (stopping)
                     connection.shutDown();
             }
             if (!tls || connection.startTls(tls.get()))
                 serveRequests(connection);
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             peer.connection = nullptr;
         }
-        const std::lock_guard<std::mutex> lock(mutex);
+        const VeskMutexLock lock(mutex);
         peer.finished = true;
     }
 
@@ -371,7 +372,7 @@ struct ScriptedServer::Private {
                 return;
             Handler current;
             {
-                const std::lock_guard<std::mutex> lock(mutex);
+                const VeskMutexLock lock(mutex);
                 recorded.append(request);
                 current = handler;
             }
@@ -390,13 +391,12 @@ struct ScriptedServer::Private {
     std::thread acceptor;
 
     std::condition_variable arrived;
-    std::mutex mutex;
-    // Guarded by mutex.
-    Handler handler;
-    QList<Request> recorded;
-    std::list<Peer> peers;
-    int accepted = 0;
-    bool stopping = false;
+    VeskMutex mutex;
+    Handler handler VESK_GUARDED_BY(mutex);
+    QList<Request> recorded VESK_GUARDED_BY(mutex);
+    std::list<Peer> peers VESK_GUARDED_BY(mutex);
+    int accepted VESK_GUARDED_BY(mutex) = 0;
+    bool stopping VESK_GUARDED_BY(mutex) = false;
 };
 
 ScriptedServer::ScriptedServer(Handler handler)
@@ -426,13 +426,13 @@ QByteArray ScriptedServer::connectTo(const QByteArray &host) const
 
 void ScriptedServer::setHandler(Handler handler)
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     d->handler = std::move(handler);
 }
 
 QList<ScriptedServer::Request> ScriptedServer::requests() const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     return d->recorded;
 }
 
@@ -446,19 +446,24 @@ QList<QByteArray> ScriptedServer::requestLines() const
 
 void ScriptedServer::clearRequests()
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     d->recorded.clear();
 }
 
 bool ScriptedServer::waitForRequests(int count, int milliseconds) const
 {
-    std::unique_lock<std::mutex> lock(d->mutex);
-    return d->arrived.wait_for(lock, std::chrono::milliseconds(milliseconds),
-        [this, count] { return d->recorded.size() >= count; });
+    const auto deadline
+        = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    VeskMutexLock lock(d->mutex);
+    while (d->recorded.size() < count) {
+        if (!lock.waitUntil(d->arrived, deadline))
+            return d->recorded.size() >= count;
+    }
+    return true;
 }
 
 int ScriptedServer::connections() const
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     return d->accepted;
 }

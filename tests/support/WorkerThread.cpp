@@ -3,6 +3,7 @@
 
 #include "tests/support/WorkerThread.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/vesk.h"
 
 #include <QCoreApplication>
@@ -11,19 +12,17 @@
 #include <QTimer>
 
 #include <chrono>
-#include <condition_variable>
 #include <deque>
 #include <future>
-#include <mutex>
 
-/// The functions that wait to run on the thread. They are handed over under a std::mutex, the
-/// posted event only wakes the loop: ThreadSanitizer cannot see into Qt's own locks.
+/// The queue of functions to run on the thread. They are handed off under a VeskMutex; the posted
+/// event only wakes the event loop, because ThreadSanitizer cannot see into Qt's own locks.
 class WorkerThread::Inbox : public QObject {
 public:
-    /// False when the thread takes no more.
+    /// False once the queue is closed.
     bool post(std::packaged_task<void()> task)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_closed)
             return false;
         m_tasks.push_back(std::move(task));
@@ -31,13 +30,13 @@ public:
         return true;
     }
 
-    /// Kept once the thread has nothing more to do but to end.
+    /// Fulfilled as the last thing that the thread does.
     std::promise<void> ended;
 
-    /// Drops what has not run; whoever waits for it gets an exception.
+    /// Drops the functions that have not run; callers that wait for one get an exception.
     void close()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_closed = true;
         m_tasks.clear();
     }
@@ -55,7 +54,7 @@ protected:
 private:
     std::packaged_task<void()> take()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_tasks.empty())
             return {};
         std::packaged_task<void()> task = std::move(m_tasks.front());
@@ -63,10 +62,9 @@ private:
         return task;
     }
 
-    std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    std::deque<std::packaged_task<void()>> m_tasks;
-    bool m_closed = false;
+    VeskMutex m_mutex;
+    std::deque<std::packaged_task<void()>> m_tasks VESK_GUARDED_BY(m_mutex);
+    bool m_closed VESK_GUARDED_BY(m_mutex) = false;
 };
 
 WorkerThread::WorkerThread(std::function<QObject *()> create)

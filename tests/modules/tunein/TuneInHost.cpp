@@ -3,13 +3,12 @@
 
 #include "tests/modules/tunein/TuneInHost.h"
 
+#include "api/core/Mutex.h"
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskValuePaths.h"
 #include "api/web/HttpClient.h"
 
 #include <gtest/gtest.h>
-
-#include <mutex>
 
 namespace {
 
@@ -75,13 +74,13 @@ QStringList RowsAnswer::texts(int column) const
 }
 
 struct TuneInHost::Script {
-    std::mutex mutex;
-    QMap<QByteArray, ScriptedServer::Response> byPath;
-    ScriptedServer::Response other;
+    VeskMutex mutex;
+    QMap<QByteArray, ScriptedServer::Response> byPath VESK_GUARDED_BY(mutex);
+    ScriptedServer::Response other VESK_GUARDED_BY(mutex);
 
     ScriptedServer::Response find(const ScriptedServer::Request &request)
     {
-        const std::lock_guard<std::mutex> lock(mutex);
+        const VeskMutexLock lock(mutex);
         return byPath.value(request.path(), other);
     }
 };
@@ -89,7 +88,7 @@ struct TuneInHost::Script {
 TuneInHost::TuneInHost(const QStringList &prefixes)
     : m_script(std::make_shared<Script>())
 {
-    m_script->other.body = NotFound;
+    answerAll(NotFound);
     for (const QString &prefix : prefixes)
         m_root.addWorker(prefix, &m_values);
     const auto text = [this](const CMPath &path, const QString &value) {
@@ -135,7 +134,7 @@ void TuneInHost::answer(const QByteArray &path, const QByteArray &body)
 
 void TuneInHost::answer(const QByteArray &path, const ScriptedServer::Response &response)
 {
-    const std::lock_guard<std::mutex> lock(m_script->mutex);
+    const VeskMutexLock lock(m_script->mutex);
     m_script->byPath.insert(path, response);
 }
 
@@ -148,7 +147,7 @@ void TuneInHost::answerAll(const QByteArray &body)
 
 void TuneInHost::answerAll(const ScriptedServer::Response &response)
 {
-    const std::lock_guard<std::mutex> lock(m_script->mutex);
+    const VeskMutexLock lock(m_script->mutex);
     m_script->byPath.clear();
     m_script->other = response;
 }
