@@ -12,15 +12,20 @@ namespace directory {
 namespace {
 
 namespace fs = std::filesystem;
-using Content = files::KeptFile::Content;
+using Content = Result<files::KeptFile::Content, files::Problem>;
+
+bool isMissing(const Content &content)
+{
+    return content && !*content;
+}
 
 MembersContent parsed(const Content &content)
 {
-    if (content.state == Content::Missing)
+    if (!content)
+        throw std::runtime_error(content.error().text);
+    if (isMissing(content))
         throw std::runtime_error("there is none");
-    if (content.state == Content::Damaged)
-        throw std::runtime_error(content.problem);
-    return parseAccounts(content.bytes);
+    return parseAccounts(**content);
 }
 
 } // namespace
@@ -34,16 +39,13 @@ AccountsFile::AccountsFile(std::string file, Complain complain)
     std::error_code error;
     if (!fs::is_directory(fs::absolute(m_name).parent_path(), error))
         throw std::runtime_error(ofAccounts("there is no folder for the file"));
-    switch (m_lock.take()) {
-    case files::FileLock::Outcome::Taken:
+    m_held = m_lock.take();
+    if (m_held)
         m_file.removeLeftovers();
-        break;
-    case files::FileLock::Outcome::Elsewhere:
-        throw AccountsInUse(ofAccounts("they are in use: " + m_lock.problem().text));
-    case files::FileLock::Outcome::Failed:
-        tell(m_lock.problem());
-        break;
-    }
+    else if (m_held.error().error == files::FileLock::HeldElsewhere)
+        throw AccountsInUse(ofAccounts("they are in use: " + m_held.error().text));
+    else
+        tell(m_held);
 }
 
 std::string AccountsFile::ofAccounts(const std::string &what) const
@@ -51,28 +53,28 @@ std::string AccountsFile::ofAccounts(const std::string &what) const
     return "the accounts in " + m_name + ": " + what;
 }
 
-void AccountsFile::tell(const files::Problem &problem)
+void AccountsFile::tell(const Result<void, files::Problem> &written)
 {
-    if (problem && !m_failing)
-        m_complain("the accounts cannot be kept in " + m_name + ": " + problem.text);
-    m_failing = bool(problem);
+    if (!written && !m_failing)
+        m_complain("the accounts cannot be kept in " + m_name + ": " + written.error().text);
+    m_failing = !written;
 }
 
 MembersContent AccountsFile::read()
 {
     const Content content = m_file.read();
     try {
-        if (content.state != Content::Missing) {
+        if (!isMissing(content)) {
             MembersContent members = parsed(content);
-            if (m_lock.isHeld() && m_file.readLastGood().bytes != content.bytes)
-                m_file.writeLastGood(content.bytes);
+            const Content copy = m_file.readLastGood();
+            if (m_held && (!copy || *copy != *content))
+                static_cast<void>(m_file.writeLastGood(**content));
             return members;
         }
     } catch (const std::exception &error) {
         return readLastGood(error.what());
     }
-    const bool isNew = m_file.readLastGood().state == Content::Missing;
-    return isNew ? MembersContent() : readLastGood("the file is gone");
+    return isMissing(m_file.readLastGood()) ? MembersContent() : readLastGood("the file is gone");
 }
 
 MembersContent AccountsFile::readLastGood(const std::string &problem)
@@ -84,10 +86,9 @@ MembersContent AccountsFile::readLastGood(const std::string &problem)
         throw std::runtime_error(ofAccounts(problem + "; its copy: " + error.what()));
     }
     std::string line = ofAccounts(problem + "; going on with its copy");
-    if (m_file.read().state != Content::Missing) {
-        std::string name;
-        const files::Problem obstacle = m_file.setAside(name);
-        line += obstacle ? "; " + obstacle.text : "; the file is now " + name;
+    if (!isMissing(m_file.read())) {
+        const auto name = m_file.setAside();
+        line += name ? "; the file is now " + *name : "; " + name.error().text;
     }
     m_complain(line);
     write(content);
@@ -97,11 +98,11 @@ MembersContent AccountsFile::readLastGood(const std::string &problem)
 bool AccountsFile::write(const MembersContent &content)
 {
     const std::string text = formatAccounts(content);
-    const files::Problem problem = m_lock.isHeld() ? m_file.write(text) : m_lock.problem();
-    tell(problem);
-    if (!problem)
-        m_file.writeLastGood(text); // without it a damaged file is as bad as it was before
-    return !problem;
+    const auto written = m_held ? m_file.write(text) : m_held;
+    tell(written);
+    if (written) // without the copy a damaged file is as bad as it was before
+        static_cast<void>(m_file.writeLastGood(text));
+    return bool(written);
 }
 
 } // namespace directory

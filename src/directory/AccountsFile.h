@@ -43,12 +43,13 @@ public:
 private:
     MembersContent readLastGood(const std::string &problem);
     std::string ofAccounts(const std::string &what) const;
-    void tell(const files::Problem &problem);
+    void tell(const Result<void, files::Problem> &written);
 
     std::string m_name;
     Complain m_complain;
     files::KeptFile m_file;
     files::FileLock m_lock;
+    Result<void, files::Problem> m_held;
     bool m_failing = false;
 };
 

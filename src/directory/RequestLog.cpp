@@ -37,10 +37,10 @@ std::string withoutPasswords(std::string_view target)
 RequestLog::RequestLog(const std::string &file)
 {
     constexpr mode_t mode = 0666; // less what the umask takes
-    const files::Problem problem
-        = files::openRegular(file, O_WRONLY | O_APPEND | O_CREAT, mode, m_file);
-    if (problem)
-        throw std::runtime_error("the request log " + file + ": " + problem.text);
+    auto opened = files::openRegular(file, O_WRONLY | O_APPEND | O_CREAT, mode);
+    if (!opened)
+        throw std::runtime_error("the request log " + file + ": " + opened.error().text);
+    m_file = *std::move(opened);
 }
 
 void RequestLog::write(std::string_view method, std::string_view target)

@@ -13,9 +13,9 @@ namespace files {
 
 namespace {
 
-Problem noFile()
+Failure<Problem> noFile()
 {
-    return {0, "this is no regular file"};
+    return failure(Problem {0, "this is no regular file"});
 }
 
 } // namespace
@@ -32,35 +32,40 @@ Descriptor::~Descriptor()
         ::close(m_number);
 }
 
-Problem Descriptor::close()
+Result<void, Problem> Descriptor::close()
 {
-    // Linux lets go of the number whatever close() says.
+    // Linux releases the number whatever close() returns, so it must not be called again.
     if (::close(std::exchange(m_number, -1)) != 0 && errno != EINTR)
-        return Problem::ofSystem("it cannot be closed");
+        return failure(Problem::ofSystem("it cannot be closed"));
     return {};
 }
 
-Problem refusalToOpen(const std::string &file)
+Result<void, Problem> checkRegular(const std::string &file)
 {
     struct stat status { };
-    if (::stat(file.c_str(), &status) != 0)
-        return errno == ENOENT ? Problem() : Problem::ofSystem("it cannot be looked at");
-    return S_ISREG(status.st_mode) ? Problem() : noFile();
+    if (::stat(file.c_str(), &status) != 0) {
+        if (errno == ENOENT)
+            return {};
+        return failure(Problem::ofSystem("it cannot be looked at"));
+    }
+    if (!S_ISREG(status.st_mode))
+        return noFile();
+    return {};
 }
 
-Problem openRegular(const std::string &file, int flags, mode_t mode, Descriptor &opened)
+Result<Descriptor, Problem> openRegular(const std::string &file, int flags, mode_t mode)
 {
-    // Opening alone can do something to a device; what takes the file's place now is seen after.
-    if (Problem problem = refusalToOpen(file))
-        return problem;
+    // Merely opening a device can have effects, so it is checked before; what replaces the file
+    // between the two calls is found by fstat().
+    if (auto checked = checkRegular(file); !checked)
+        return failure(std::move(checked).error());
     Descriptor descriptor(::open(file.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, mode));
     if (!descriptor.isOpen())
-        return Problem::ofSystem("it cannot be opened");
+        return failure(Problem::ofSystem("it cannot be opened"));
     struct stat status { };
     if (::fstat(descriptor.number(), &status) != 0 || !S_ISREG(status.st_mode))
         return noFile();
-    opened = std::move(descriptor);
-    return {};
+    return descriptor;
 }
 
 } // namespace files

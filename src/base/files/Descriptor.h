@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// An open file that is closed with this object, and the only ways in which files are opened here:
-/// closed on exec, and only what is a regular file, so that no FIFO or device is waited for.
+/// An open file that is closed with this object, and how files are opened here: close-on-exec, and
+/// regular files only, so that no FIFO or device can block.
 #pragma once
 
 #include "base/files/Problem.h"
@@ -33,18 +33,19 @@ public:
 
     bool isOpen() const { return m_number >= 0; }
     int number() const { return m_number; }
-    /// Closes it, and tells what a file system may object to only then.
-    Problem close();
+    /// Closes it, and reports errors of earlier writes, which some file systems hold back until
+    /// then.
+    Result<void, Problem> close();
 
 private:
     int m_number = -1;
 };
 
-/// Why \a file, at the end of all links, must not be opened: it is there and no regular file, or
-/// cannot be looked at. Opens nothing.
-Problem refusalToOpen(const std::string &file);
-/// Opens \a file with open(2)'s \a flags, and makes it with \a mode when they say so. Refuses what
-/// is no regular file without opening it.
-Problem openRegular(const std::string &file, int flags, mode_t mode, Descriptor &opened);
+/// Whether \a file may be opened: at the end of all links there is a regular file, or nothing yet.
+/// Opens nothing.
+Result<void, Problem> checkRegular(const std::string &file);
+/// Opens \a file with open(2)'s \a flags; \a mode is for O_CREAT. What is no regular file is
+/// refused without opening it.
+Result<Descriptor, Problem> openRegular(const std::string &file, int flags, mode_t mode = 0);
 
 } // namespace files

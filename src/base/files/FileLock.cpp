@@ -11,8 +11,8 @@ namespace files {
 
 namespace {
 
-/// A lock of this kind belongs to the process: no child inherits it, and the system names its
-/// holder. It goes with any descriptor of the file that the process closes, so there is but one.
+/// A lock of this kind belongs to the process: no child inherits it, and F_GETLK names its holder.
+/// Closing any descriptor of the file releases it, so the process must open the file only once.
 struct flock wholeFile()
 {
     struct flock lock { };
@@ -36,27 +36,22 @@ FileLock::FileLock(std::string file)
 {
 }
 
-FileLock::Outcome FileLock::take()
+Result<void, Problem> FileLock::take()
 {
     if (isHeld())
-        return Outcome::Taken;
-    Descriptor descriptor;
-    m_problem = openRegular(m_file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600, descriptor);
-    if (m_problem) {
-        m_problem.text = m_file + ": " + m_problem.text;
-        return Outcome::Failed;
-    }
+        return {};
+    auto opened = openRegular(m_file, O_RDWR | O_CREAT | O_NOFOLLOW, 0600);
+    if (!opened)
+        return failure(Problem {opened.error().error, m_file + ": " + opened.error().text});
     struct flock lock = wholeFile();
-    if (::fcntl(descriptor.number(), F_SETLK, &lock) == 0) {
-        m_descriptor = std::move(descriptor);
-        return Outcome::Taken;
+    if (::fcntl(opened->number(), F_SETLK, &lock) == 0) {
+        m_descriptor = *std::move(opened);
+        return {};
     }
-    if (errno != EAGAIN && errno != EACCES) {
-        m_problem = Problem::ofSystem(m_file + ": it cannot be locked");
-        return Outcome::Failed;
-    }
-    m_problem = {EAGAIN, holder(descriptor.number()) + " holds " + m_file};
-    return Outcome::Elsewhere;
+    // POSIX allows both for a lock that another process holds.
+    if (errno != EAGAIN && errno != EACCES)
+        return failure(Problem::ofSystem(m_file + ": it cannot be locked"));
+    return failure(Problem {HeldElsewhere, holder(opened->number()) + " holds " + m_file});
 }
 
 } // namespace files

@@ -2,36 +2,31 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// The right to write what is kept beside a lock file, held by one process at a time. The system
-/// knows who holds it and lets go of it when that process ends, however it ends; the file itself
-/// says nothing and stays. Two of these in one process do not exclude each other. Lives on one
-/// thread, or under a mutex.
+/// releases it when that process ends, however it ends; the file itself stays, and its content
+/// means nothing. Two locks in one process do not exclude each other. One thread, or under a mutex.
 #pragma once
 
 #include "base/files/Descriptor.h"
+
+#include <cerrno>
+#include <string>
 
 namespace files {
 
 class FileLock {
 public:
-    enum class Outcome {
-        Taken,
-        Elsewhere, ///< another process holds it
-        Failed, ///< the lock file cannot be had
-    };
+    /// Problem::error when another process holds it; the text has that process's id then.
+    static constexpr int HeldElsewhere = EWOULDBLOCK;
 
     explicit FileLock(std::string file);
 
-    /// Does nothing when it is held already. Never waits.
-    Outcome take();
+    /// Succeeds at once when it is held already. Never waits.
+    Result<void, Problem> take();
     bool isHeld() const { return m_descriptor.isOpen(); }
-    /// Why take() did not take it, in one line; for another process, its id.
-    const Problem &problem() const { return m_problem; }
-    const std::string &file() const { return m_file; }
 
 private:
     const std::string m_file;
     Descriptor m_descriptor;
-    Problem m_problem;
 };
 
 } // namespace files

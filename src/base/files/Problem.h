@@ -1,22 +1,22 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// What went wrong with a file. Contextually false when nothing did.
 #pragma once
+
+#include "base/Result.h"
 
 #include <string>
 
 namespace files {
 
+/// What went wrong with a file.
 struct Problem {
-    /// The system's number for it; 0 when it is not the system that objects.
+    /// The system's number for it; 0 when the system did not object.
     int error = 0;
-    /// One line in words; empty when nothing went wrong.
+    /// One line in words.
     std::string text;
 
-    explicit operator bool() const { return !text.empty(); }
-
-    /// errno, in words behind \a what.
+    /// errno, in words after \a what.
     static Problem ofSystem(const std::string &what);
 };
 

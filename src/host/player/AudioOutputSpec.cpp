@@ -27,7 +27,8 @@ QString AudioOutputSpec::problem() const
 {
     if (kind != Wav)
         return {};
-    const files::Problem refusal = files::refusalToOpen(QFile::encodeName(file).toStdString());
-    return refusal ? QStringLiteral("%1: %2").arg(file, QString::fromStdString(refusal.text))
-                   : QString();
+    const auto checked = files::checkRegular(QFile::encodeName(file).toStdString());
+    return checked
+        ? QString()
+        : QStringLiteral("%1: %2").arg(file, QString::fromStdString(checked.error().text));
 }

@@ -62,25 +62,24 @@ void ChosenStreams::remember(const CMPath &station, const CMPath &stream)
     m_choices = m_choices.mid(0, MaxStations);
     if (m_name.isEmpty())
         return;
-    if (const files::Problem problem = write())
-        VESK_WARN("The chosen streams cannot be kept in " << m_name << ": " << problem.text);
+    if (const auto written = write(); !written)
+        VESK_WARN(
+            "The chosen streams cannot be kept in " << m_name << ": " << written.error().text);
 }
 
 void ChosenStreams::read()
 {
     m_file.removeLeftovers();
-    const files::KeptFile::Content content = m_file.read();
-    if (content.state == files::KeptFile::Content::Missing)
+    const auto content = m_file.read();
+    if (content && !*content)
         return;
     VeskError error;
-    const QVariant choices = VeskJson::parse(QByteArray::fromStdString(content.bytes), error)
-                                 .toHash()
-                                 .value(choicesKey());
+    const QByteArray bytes = content ? QByteArray::fromStdString(**content) : QByteArray();
+    const QVariant choices = VeskJson::parse(bytes, error).toHash().value(choicesKey());
     if (choices.userType() != QMetaType::QVariantList) {
-        std::string aside;
-        const files::Problem problem = m_file.setAside(aside);
+        const auto aside = m_file.setAside();
         VESK_WARN("The chosen streams in " << m_name << " cannot be read"
-                                           << (problem ? "." : "; the file is now " + aside));
+                                           << (aside ? "; the file is now " + *aside : "."));
         return;
     }
     const QVariantList list = choices.toList();
@@ -93,7 +92,7 @@ void ChosenStreams::read()
     }
 }
 
-files::Problem ChosenStreams::write()
+Result<void, files::Problem> ChosenStreams::write()
 {
     QVariantList choices;
     for (const Choice &choice : qAsConst(m_choices)) {
@@ -101,8 +100,7 @@ files::Problem ChosenStreams::write()
             {stationKey(), choice.first.toEncoded()}, {streamKey(), choice.second.toEncoded()}});
     }
     const QByteArray bytes = VeskJson::write(QVariantHash {{choicesKey(), choices}}) + '\n';
-    if (const files::Problem problem
-        = files::KeptFile::makeFolder(QFile::encodeName(m_folder).toStdString()))
-        return problem;
+    if (auto made = files::KeptFile::makeFolder(QFile::encodeName(m_folder).toStdString()); !made)
+        return made;
     return m_file.write(bytes.toStdString());
 }

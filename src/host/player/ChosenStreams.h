@@ -33,7 +33,7 @@ private:
     using Choice = QPair<CMPath, CMPath>; ///< station, stream
 
     void read();
-    files::Problem write();
+    Result<void, files::Problem> write();
 
     const QString m_folder;
     const QString m_name;

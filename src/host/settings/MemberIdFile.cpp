@@ -13,8 +13,6 @@ VESK_LOGGER("Host")
 
 namespace {
 
-using Content = files::KeptFile::Content;
-
 constexpr std::size_t MaxSize = 64;
 
 } // namespace
@@ -30,23 +28,24 @@ QString MemberIdFile::read()
     if (!m_isUsed)
         return {};
     m_file.removeLeftovers();
-    const Content content = m_file.read();
-    if (content.state == Content::Missing)
+    const auto content = m_file.read();
+    if (content && !*content)
         return {};
-    const QString id = QString::fromStdString(content.bytes).trimmed();
+    const QString id = content ? QString::fromStdString(**content).trimmed() : QString();
     if (isMemberId(id))
         return id;
-    std::string name;
-    const files::Problem problem = m_file.setAside(name);
+    const auto name = m_file.setAside();
     VESK_WARN("There is no member id in " << m_file.name()
-                                          << (problem ? ". The file stays there: " : ", now ")
-                                          << (problem ? problem.text : name) << '.');
+                                          << (name ? ", now " : ". The file stays there: ")
+                                          << (name ? *name : name.error().text) << '.');
     return {};
 }
 
-files::Problem MemberIdFile::write(const QString &id)
+Result<void, files::Problem> MemberIdFile::write(const QString &id)
 {
-    return m_isUsed ? m_file.write((id + QLatin1Char('\n')).toStdString()) : files::Problem();
+    if (!m_isUsed)
+        return {};
+    return m_file.write((id + QLatin1Char('\n')).toStdString());
 }
 
 bool MemberIdFile::isMemberId(const QString &text)

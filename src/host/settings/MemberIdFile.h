@@ -17,7 +17,7 @@ public:
 
     /// Empty when there is none. One that cannot be understood is moved aside.
     QString read();
-    files::Problem write(const QString &id);
+    Result<void, files::Problem> write(const QString &id);
 
     static bool isMemberId(const QString &text);
     /// One that no other device has.

@@ -15,7 +15,12 @@ VESK_LOGGER("Host")
 
 namespace {
 
-using Content = files::KeptFile::Content;
+using Content = Result<files::KeptFile::Content, files::Problem>;
+
+bool isMissing(const Content &content)
+{
+    return content && !*content;
+}
 
 const QString &valuesKey()
 {
@@ -68,14 +73,14 @@ KeptSettings SettingsFile::read(bool &isCurrent)
     m_file.removeLeftovers();
     const Content content = m_file.read();
     KeptSettings settings;
-    if (content.state == Content::Read && parse(content.bytes, settings)) {
+    if (content && *content && parse(**content, settings)) {
         isCurrent = true;
-        m_written = QByteArray::fromStdString(content.bytes);
+        m_written = QByteArray::fromStdString(**content);
         return settings;
     }
-    if (content.state != Content::Missing) {
-        moveAside(content.state == Content::Damaged ? QString::fromStdString(content.problem)
-                                                    : QStringLiteral("these are no settings"));
+    if (!isMissing(content)) {
+        moveAside(content ? QStringLiteral("these are no settings")
+                          : QString::fromStdString(content.error().text));
     }
     return readLastGood();
 }
@@ -84,25 +89,24 @@ KeptSettings SettingsFile::readLastGood() const
 {
     KeptSettings settings;
     const Content content = m_file.readLastGood();
-    if (content.state == Content::Read && parse(content.bytes, settings)) {
+    if (content && *content && parse(**content, settings)) {
         VESK_WARN("There are no settings in " << m_name << ", but in its copy from before.");
         return settings;
     }
-    if (content.state != Content::Missing)
+    if (!isMissing(content))
         VESK_WARN("The copy of " << m_name << " cannot be read either; starting without settings.");
     return {};
 }
 
 void SettingsFile::moveAside(const QString &reason)
 {
-    std::string name;
-    const files::Problem problem = m_file.setAside(name);
+    const auto name = m_file.setAside();
     VESK_WARN("The settings in " << m_name << " cannot be read: " << reason
-                                 << (problem ? ". They stay there: " : ". They are now in ")
-                                 << (problem ? problem.text : name) << '.');
+                                 << (name ? ". They are now in " : ". They stay there: ")
+                                 << (name ? *name : name.error().text) << '.');
 }
 
-files::Problem SettingsFile::write(const KeptSettings &settings)
+Result<void, files::Problem> SettingsFile::write(const KeptSettings &settings)
 {
     if (m_name.isEmpty())
         return {};
@@ -110,21 +114,22 @@ files::Problem SettingsFile::write(const KeptSettings &settings)
     if (!settings.memberId.isEmpty())
         content.insert(memberIdKey(), settings.memberId);
     const QByteArray bytes = VeskJson::write(content) + '\n';
-    const files::Problem problem = m_file.write(bytes.toStdString());
-    if (!problem)
+    auto written = m_file.write(bytes.toStdString());
+    if (written)
         m_written = bytes;
-    return problem;
+    return written;
 }
 
 void SettingsFile::writeLastGood()
 {
     const std::string bytes = m_written.toStdString();
-    if (bytes.empty() || m_file.readLastGood().bytes == bytes)
+    const Content copy = m_file.readLastGood();
+    if (bytes.empty() || (copy && *copy == bytes))
         return;
-    const files::Problem problem = m_file.writeLastGood(bytes);
-    if (problem && !m_isCopyFailing)
-        VESK_WARN("There is no copy of the settings in " << m_name << ": " << problem.text);
-    m_isCopyFailing = bool(problem);
+    const auto written = m_file.writeLastGood(bytes);
+    if (!written && !m_isCopyFailing)
+        VESK_WARN("There is no copy of the settings in " << m_name << ": " << written.error().text);
+    m_isCopyFailing = !written;
 }
 
 QString SettingsFile::defaultFolder()

@@ -36,8 +36,8 @@ public:
     /// Empty settings when there are none that can be understood. \a isCurrent tells whether the
     /// file itself holds what is returned.
     KeptSettings read(bool &isCurrent);
-    /// What went wrong, in words for the log; the file is as it was then.
-    files::Problem write(const KeptSettings &settings);
+    /// A failure, in words for the log, leaves the file as it was.
+    Result<void, files::Problem> write(const KeptSettings &settings);
     /// Keeps what the file holds a second time, for the day on which it is damaged. Does nothing
     /// when that is so already; logs what goes wrong.
     void writeLastGood();

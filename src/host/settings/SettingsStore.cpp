@@ -77,15 +77,13 @@ bool SettingsStore::takeFolder(QString &error)
 {
     if (m_folder.isEmpty())
         return true;
-    m_obstacle = files::KeptFile::makeFolder(nameOf(m_folder));
-    if (m_obstacle)
-        return true;
-    const files::FileLock::Outcome outcome = m_lock.take();
-    m_obstacle = m_lock.problem();
-    if (outcome != files::FileLock::Outcome::Elsewhere)
+    m_held = files::KeptFile::makeFolder(nameOf(m_folder));
+    if (m_held)
+        m_held = m_lock.take();
+    if (m_held || m_held.error().error != files::FileLock::HeldElsewhere)
         return true;
     error = QStringLiteral("the state folder is in use: %1")
-                .arg(QString::fromStdString(m_obstacle.text));
+                .arg(QString::fromStdString(m_held.error().text));
     return false;
 }
 
@@ -188,17 +186,17 @@ void SettingsStore::write(Changes changes)
 {
     const KeptSettings wanted = changed(changes);
     const bool isThere = !m_isUnsure && wanted == m_kept;
-    const files::Problem problem = isThere ? files::Problem() : bringToDisk(wanted);
-    if (!problem)
+    const auto written = isThere ? Result<void, files::Problem>() : bringToDisk(wanted);
+    if (written)
         m_kept = wanted;
-    tellOfWriting(problem);
+    tellOfWriting(written);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        m_written.push_back({std::move(changes), problem ? errorOf(problem) : CMError()});
+        m_written.push_back({std::move(changes), written ? CMError() : errorOf(written.error())});
     }
     QMetaObject::invokeMethod(
         this, [this] { deliver(); }, Qt::QueuedConnection);
-    if (!problem && !isThere)
+    if (written && !isThere)
         m_file.writeLastGood(); // nobody waits for it
 }
 
@@ -215,7 +213,7 @@ KeptSettings SettingsStore::changed(const Changes &changes) const
     return settings;
 }
 
-files::Problem SettingsStore::bringToDisk(const KeptSettings &settings)
+Result<void, files::Problem> SettingsStore::bringToDisk(const KeptSettings &settings)
 {
     if (m_folder.isEmpty()) {
         m_isUnsure = false;
@@ -223,26 +221,26 @@ files::Problem SettingsStore::bringToDisk(const KeptSettings &settings)
     }
     m_isUnsure = true;
     // What may lie in a folder that can be had only later was not read, and must not be replaced.
-    if (m_obstacle)
-        return m_obstacle;
+    if (!m_held)
+        return m_held;
     if (!m_isIdKept) {
-        if (files::Problem problem = m_memberIdFile.write(settings.memberId))
-            return problem;
+        if (auto written = m_memberIdFile.write(settings.memberId); !written)
+            return written;
         m_isIdKept = true;
     }
-    if (files::Problem problem = m_file.write(settings))
-        return problem;
+    if (auto written = m_file.write(settings); !written)
+        return written;
     m_isUnsure = false;
     return {};
 }
 
-void SettingsStore::tellOfWriting(const files::Problem &problem)
+void SettingsStore::tellOfWriting(const Result<void, files::Problem> &written)
 {
-    if (problem && !m_isFailing)
-        VESK_ERROR("Settings cannot be kept in " << m_folder << ": " << problem.text);
-    else if (!problem && m_isFailing)
+    if (!written && !m_isFailing)
+        VESK_ERROR("Settings cannot be kept in " << m_folder << ": " << written.error().text);
+    else if (written && m_isFailing)
         VESK_INFO("Settings are kept in " << m_folder << " again.");
-    m_isFailing = bool(problem);
+    m_isFailing = !written;
 }
 
 void SettingsStore::deliver()

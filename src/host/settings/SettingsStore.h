@@ -69,8 +69,8 @@ private:
     void run();
     void write(Changes changes);
     KeptSettings changed(const Changes &changes) const;
-    files::Problem bringToDisk(const KeptSettings &settings);
-    void tellOfWriting(const files::Problem &problem);
+    Result<void, files::Problem> bringToDisk(const KeptSettings &settings);
+    void tellOfWriting(const Result<void, files::Problem> &written);
     /// Back on the main thread.
     void deliver();
 
@@ -79,7 +79,7 @@ private:
 
     /// The writing thread's while there is one, else the main thread's.
     files::FileLock m_lock;
-    files::Problem m_obstacle; ///< why the folder is not held
+    Result<void, files::Problem> m_held; ///< whether the folder is
     SettingsFile m_file;
     MemberIdFile m_memberIdFile;
     KeptSettings m_kept; ///< what is on the disk

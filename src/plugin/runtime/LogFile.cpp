@@ -24,29 +24,30 @@ LogFile::LogFile(std::string file, std::uint64_t maxSize)
 {
 }
 
-files::Problem LogFile::open()
+Result<void, files::Problem> LogFile::open()
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return openIt();
 }
 
-files::Problem LogFile::openIt()
+Result<void, files::Problem> LogFile::openIt()
 {
     m_nextTry = Clock::now() + TryAgain;
-    files::Descriptor opened;
-    files::Problem problem
-        = files::openRegular(m_file, O_WRONLY | O_APPEND | O_CREAT, Mode, opened);
-    if (problem)
-        m_reason = problem.text;
-    m_descriptor = std::move(opened);
-    return problem;
+    auto opened = files::openRegular(m_file, O_WRONLY | O_APPEND | O_CREAT, Mode);
+    if (!opened) {
+        m_descriptor = files::Descriptor();
+        m_reason = opened.error().text;
+        return failure(std::move(opened).error());
+    }
+    m_descriptor = *std::move(opened);
+    return {};
 }
 
 void LogFile::write(std::string_view record)
 {
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_descriptor.isOpen() && Clock::now() >= m_nextTry)
-        openIt();
+        static_cast<void>(openIt());
     if (m_maxSize > 0 && m_descriptor.isOpen()) {
         const std::uint64_t before = size();
         if (before > 0 && before + record.size() > m_maxSize)
@@ -65,7 +66,7 @@ void LogFile::rotate()
         ::realpath(m_file.c_str(), nullptr), &std::free);
     const std::string from = real ? real.get() : m_file;
     if (::rename(from.c_str(), (from + ".1").c_str()) == 0)
-        openIt();
+        static_cast<void>(openIt());
     else if (::ftruncate(m_descriptor.number(), 0) != 0) // in a folder that one may not change
         m_descriptor = files::Descriptor();
 }

@@ -24,14 +24,14 @@ public:
 
     /// Opens what is now at the file's name, which may have been renamed, and makes one there if
     /// there is none. Refuses what is no regular file, without waiting for it.
-    files::Problem open();
+    Result<void, files::Problem> open();
     /// \a record ends with a line feed.
     void write(std::string_view record);
 
 private:
     using Clock = std::chrono::steady_clock;
 
-    files::Problem openIt();
+    Result<void, files::Problem> openIt();
     void rotate();
     /// The bytes that the file holds.
     std::uint64_t size() const;

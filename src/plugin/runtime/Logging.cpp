@@ -132,8 +132,8 @@ QString setUpLogging(const QString &level, const QString &file, qint64 maxSize)
     } else {
         const auto made = std::make_shared<LogFile>(
             QFile::encodeName(file).toStdString(), static_cast<std::uint64_t>(maxSize));
-        if (const files::Problem problem = made->open())
-            return QStringLiteral("%1: %2").arg(file, QString::fromStdString(problem.text));
+        if (const auto opened = made->open(); !opened)
+            return QStringLiteral("%1: %2").arg(file, QString::fromStdString(opened.error().text));
         logFile() = made;
     }
     log4cplus::Logger root = log4cplus::Logger::getRoot();
@@ -152,6 +152,6 @@ void reopenLog()
 {
     if (!logFile())
         return;
-    if (const files::Problem problem = logFile()->open())
-        std::cerr << "The log cannot be opened: " << problem.text << std::endl;
+    if (const auto opened = logFile()->open(); !opened)
+        std::cerr << "The log cannot be opened: " << opened.error().text << std::endl;
 }

@@ -25,7 +25,7 @@ public:
         m_process = ::fork();
         if (m_process == 0) {
             FileLock lock(file);
-            const char taken = lock.take() == FileLock::Outcome::Taken ? 'y' : 'n';
+            const char taken = lock.take() ? 'y' : 'n';
             if (::write(ends[1], &taken, 1) != 1)
                 ::_exit(1);
             for (;;)
@@ -74,28 +74,30 @@ TEST_F(FileLockTest, IsHeldByOneProcessAndNamesIt)
     Holder holder(m_file);
     ASSERT_TRUE(holder.holds());
     FileLock lock(m_file);
-    EXPECT_EQ(lock.take(), FileLock::Outcome::Elsewhere);
+    const auto taken = lock.take();
+    ASSERT_FALSE(taken);
     EXPECT_FALSE(lock.isHeld());
+    EXPECT_EQ(taken.error().error, FileLock::HeldElsewhere);
     EXPECT_EQ(
-        lock.problem().text, "process " + std::to_string(holder.process()) + " holds " + m_file);
+        taken.error().text, "process " + std::to_string(holder.process()) + " holds " + m_file);
 }
 
 TEST_F(FileLockTest, IsFreeOnceItsHolderWasKilled)
 {
     Holder holder(m_file);
     FileLock lock(m_file);
-    ASSERT_EQ(lock.take(), FileLock::Outcome::Elsewhere);
+    ASSERT_FALSE(lock.take());
     holder.kill();
-    EXPECT_EQ(lock.take(), FileLock::Outcome::Taken);
+    EXPECT_TRUE(lock.take());
     EXPECT_TRUE(lock.isHeld());
-    EXPECT_EQ(lock.take(), FileLock::Outcome::Taken) << "held already";
+    EXPECT_TRUE(lock.take()) << "held already";
 }
 
 TEST_F(FileLockTest, GoesWithTheObject)
 {
     {
         FileLock lock(m_file);
-        ASSERT_EQ(lock.take(), FileLock::Outcome::Taken);
+        ASSERT_TRUE(lock.take());
         EXPECT_FALSE(Holder(m_file).holds());
     }
     EXPECT_TRUE(Holder(m_file).holds());
@@ -104,7 +106,7 @@ TEST_F(FileLockTest, GoesWithTheObject)
 TEST_F(FileLockTest, IsForItsOwnerAlone)
 {
     FileLock lock(m_file);
-    ASSERT_EQ(lock.take(), FileLock::Outcome::Taken);
+    ASSERT_TRUE(lock.take());
     struct stat status { };
     ASSERT_EQ(::stat(m_file.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0600u);
@@ -113,12 +115,10 @@ TEST_F(FileLockTest, IsForItsOwnerAlone)
 TEST_F(FileLockTest, FailsWhereThereCanBeNoFile)
 {
     FileLock nowhere(m_folder + "/none/lock");
-    EXPECT_EQ(nowhere.take(), FileLock::Outcome::Failed);
-    EXPECT_THAT(nowhere.problem().text, HasSubstr(m_folder + "/none/lock: "));
+    EXPECT_THAT(nowhere.take().error().text, HasSubstr(m_folder + "/none/lock: "));
     ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
     FileLock fifo(m_file);
-    EXPECT_EQ(fifo.take(), FileLock::Outcome::Failed);
-    EXPECT_THAT(fifo.problem().text, HasSubstr("no regular file"));
+    EXPECT_THAT(fifo.take().error().text, HasSubstr("no regular file"));
 }
 
 } // namespace

@@ -75,10 +75,9 @@ protected:
     }
     void expectRefused(const char *words) const
     {
-        const KeptFile::Content content = KeptFile(m_file, room).read();
-        EXPECT_EQ(content.state, KeptFile::Content::Damaged);
-        EXPECT_THAT(content.problem, HasSubstr(words));
-        EXPECT_EQ(content.bytes, "");
+        const auto content = KeptFile(m_file, room).read();
+        ASSERT_FALSE(content);
+        EXPECT_THAT(content.error().text, HasSubstr(words));
     }
 
     std::string m_folder;
@@ -88,13 +87,11 @@ protected:
 TEST_F(KeptFileTest, ComesBackAsItWasWritten)
 {
     KeptFile file(m_file, room);
-    EXPECT_EQ(file.read().state, KeptFile::Content::Missing);
+    EXPECT_FALSE(*file.read());
     for (const std::string &bytes :
         {std::string("one"), std::string("t\0wo\xFF", 5), std::string(room, 'x')}) {
-        EXPECT_EQ(file.write(bytes).text, "");
-        const KeptFile::Content content = KeptFile(m_file, room).read();
-        EXPECT_EQ(content.state, KeptFile::Content::Read);
-        EXPECT_TRUE(content.bytes == bytes);
+        EXPECT_TRUE(file.write(bytes));
+        EXPECT_TRUE(*KeptFile(m_file, room).read() == bytes);
     }
     EXPECT_EQ(names(), (std::set<std::string> {"state"}));
 }
@@ -102,9 +99,9 @@ TEST_F(KeptFileTest, ComesBackAsItWasWritten)
 TEST_F(KeptFileTest, IsReplacedAsAWhole)
 {
     KeptFile file(m_file, room);
-    ASSERT_FALSE(file.write("first"));
+    ASSERT_TRUE(file.write("first"));
     std::ifstream reader(m_file);
-    ASSERT_FALSE(file.write("second"));
+    ASSERT_TRUE(file.write("second"));
     std::string seen;
     reader >> seen;
     EXPECT_EQ(seen, "first") << "a reader that has the file open goes on with the old one";
@@ -117,9 +114,9 @@ TEST_F(KeptFileTest, IsItsOwnersAloneWhateverItWasBefore)
     put(m_file, "old");
     ::chmod(m_file.c_str(), 0666);
     KeptFile file(m_file, room);
-    ASSERT_FALSE(file.write("new"));
-    ASSERT_FALSE(file.writeLastGood("new"));
-    ASSERT_FALSE(KeptFile::makeFolder(m_folder + "/a/b"));
+    ASSERT_TRUE(file.write("new"));
+    ASSERT_TRUE(file.writeLastGood("new"));
+    ASSERT_TRUE(KeptFile::makeFolder(m_folder + "/a/b"));
     ::umask(before);
     EXPECT_EQ(modeOf(m_file), 0600u);
     EXPECT_EQ(modeOf(m_file + ".last-good"), 0600u);
@@ -130,22 +127,22 @@ TEST_F(KeptFileTest, IsItsOwnersAloneWhateverItWasBefore)
 TEST_F(KeptFileTest, LeavesAFolderThatIsThereAsItIs)
 {
     ::chmod(m_folder.c_str(), 0755);
-    EXPECT_FALSE(KeptFile::makeFolder(m_folder));
-    EXPECT_FALSE(KeptFile::makeFolder(m_folder + '/'));
+    EXPECT_TRUE(KeptFile::makeFolder(m_folder));
+    EXPECT_TRUE(KeptFile::makeFolder(m_folder + '/'));
     EXPECT_EQ(modeOf(m_folder), 0755u);
     put(m_file, "no folder");
-    EXPECT_THAT(KeptFile::makeFolder(m_file).text, HasSubstr("is no folder"));
-    EXPECT_THAT(KeptFile::makeFolder(m_file + "/below").text, HasSubstr("is no folder"));
+    EXPECT_THAT(KeptFile::makeFolder(m_file).error().text, HasSubstr("is no folder"));
+    EXPECT_THAT(KeptFile::makeFolder(m_file + "/below").error().text, HasSubstr("is no folder"));
 }
 
 TEST_F(KeptFileTest, KeepsWhatItHeldLastBesideIt)
 {
     KeptFile file(m_file, room);
-    EXPECT_EQ(file.readLastGood().state, KeptFile::Content::Missing);
-    ASSERT_FALSE(file.write("good"));
-    ASSERT_FALSE(file.writeLastGood("good"));
+    EXPECT_FALSE(*file.readLastGood());
+    ASSERT_TRUE(file.write("good"));
+    ASSERT_TRUE(file.writeLastGood("good"));
     ASSERT_EQ(::truncate(m_file.c_str(), 0), 0);
-    EXPECT_EQ(file.readLastGood().bytes, "good");
+    EXPECT_EQ(*file.readLastGood(), "good");
 }
 
 TEST_F(KeptFileTest, IsDamagedWhenItIsEmptyOrTooLarge)
@@ -155,7 +152,7 @@ TEST_F(KeptFileTest, IsDamagedWhenItIsEmptyOrTooLarge)
     put(m_file, std::string(room + 1, ' '));
     expectRefused("the file is too large");
     KeptFile file(m_file, room);
-    EXPECT_EQ(file.write(std::string(room + 1, ' ')).error, EFBIG);
+    EXPECT_EQ(file.write(std::string(room + 1, ' ')).error().error, EFBIG);
     EXPECT_EQ(contentOf(m_file).size(), room + 1) << "the file is as it was";
 }
 
@@ -181,10 +178,9 @@ TEST_F(KeptFileTest, TakesThePlaceOfWhatIsNoFile)
 {
     const auto isKept = [this] {
         KeptFile file(m_file, room);
-        std::string aside;
-        EXPECT_EQ(file.setAside(aside).text, "");
-        EXPECT_TRUE(fs::exists(fs::symlink_status(aside))) << aside;
-        return !file.write("new") && contentOf(m_file) == "new" && fs::remove(m_file);
+        const auto aside = file.setAside();
+        EXPECT_TRUE(fs::exists(fs::symlink_status(*aside))) << *aside;
+        return file.write("new") && contentOf(m_file) == "new" && fs::remove(m_file);
     };
     ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
     EXPECT_TRUE(isKept());
@@ -203,8 +199,8 @@ TEST_F(KeptFileTest, BehindALinkIsTheFileThatIsReplaced)
     put(m_folder + "/elsewhere/real", "old");
     fs::create_symlink("elsewhere/real", m_file);
     KeptFile file(m_file, room);
-    EXPECT_EQ(file.read().bytes, "old");
-    ASSERT_FALSE(file.write("new"));
+    EXPECT_EQ(*file.read(), "old");
+    ASSERT_TRUE(file.write("new"));
     EXPECT_TRUE(fs::is_symlink(m_file));
     EXPECT_EQ(contentOf(m_folder + "/elsewhere/real"), "new");
 }
@@ -214,9 +210,9 @@ TEST_F(KeptFileTest, DamagedOnesDoNotReplaceEachOtherUntilThereAreTooMany)
     KeptFile file(m_file, room);
     for (int i = 1; i <= 8; ++i) {
         put(m_file, "damaged " + std::to_string(i));
-        std::string name;
-        ASSERT_FALSE(file.setAside(name));
-        EXPECT_EQ(contentOf(name), "damaged " + std::to_string(i));
+        const auto name = file.setAside();
+        ASSERT_TRUE(name);
+        EXPECT_EQ(contentOf(*name), "damaged " + std::to_string(i));
         EXPECT_FALSE(fs::exists(m_file));
     }
     EXPECT_EQ(names(),
@@ -232,58 +228,58 @@ TEST_F(KeptFileTest, LeftoversGoAndDoNotDisturb)
     KeptFile file(m_file, room);
     put(m_file + ".new", "half a wri");
     put(m_file + ".newer", "somebody else's");
-    EXPECT_EQ(file.read().state, KeptFile::Content::Missing);
+    EXPECT_FALSE(*file.read());
     file.removeLeftovers();
     EXPECT_EQ(names(), (std::set<std::string> {"state.newer"}));
     ASSERT_EQ(::mkfifo((m_file + ".new").c_str(), 0600), 0);
-    EXPECT_FALSE(file.write("whole"));
+    EXPECT_TRUE(file.write("whole"));
     EXPECT_EQ(contentOf(m_file), "whole");
     fs::create_directory(m_file + ".new");
-    EXPECT_THAT(file.write("other").text, HasSubstr("in the way"));
+    EXPECT_THAT(file.write("other").error().text, HasSubstr("in the way"));
     EXPECT_EQ(contentOf(m_file), "whole");
 }
 
 TEST_F(KeptFileTest, IsAsItWasBeyondTheLimitOfAFilesSize)
 {
     KeptFile file(m_file, room);
-    ASSERT_FALSE(file.write("good"));
+    ASSERT_TRUE(file.write("good"));
     {
         const FileSizeLimit limit(1000);
-        EXPECT_EQ(file.write(std::string(5000, 'x')).error, EFBIG);
-        EXPECT_EQ(file.writeLastGood(std::string(5000, 'x')).error, EFBIG);
-        EXPECT_FALSE(file.write("small enough"));
+        EXPECT_EQ(file.write(std::string(5000, 'x')).error().error, EFBIG);
+        EXPECT_EQ(file.writeLastGood(std::string(5000, 'x')).error().error, EFBIG);
+        EXPECT_TRUE(file.write("small enough"));
     }
     EXPECT_EQ(contentOf(m_file), "small enough");
     EXPECT_EQ(names(), (std::set<std::string> {"state"})) << "nothing is left of the attempt";
-    EXPECT_FALSE(file.write(std::string(5000, 'x')));
+    EXPECT_TRUE(file.write(std::string(5000, 'x')));
 }
 
 TEST_F(KeptFileTest, IsAsItWasWhenTheDiskRefusesTheBytes)
 {
     KeptFile file(m_file, room);
-    ASSERT_FALSE(file.write("good"));
+    ASSERT_TRUE(file.write("good"));
     callsToFailure = 1;
-    EXPECT_EQ(file.write("bad").error, EIO);
+    EXPECT_EQ(file.write("bad").error().error, EIO);
     EXPECT_EQ(contentOf(m_file), "good");
     EXPECT_EQ(names(), (std::set<std::string> {"state"}));
-    EXPECT_FALSE(file.write("better"));
+    EXPECT_TRUE(file.write("better"));
 }
 
 TEST_F(KeptFileTest, IsNotKeptWhenTheDiskRefusesItsName)
 {
     KeptFile file(m_file, room);
-    ASSERT_FALSE(file.write("good"));
+    ASSERT_TRUE(file.write("good"));
     callsToFailure = 2; // the file, then its folder
-    EXPECT_EQ(file.write("perhaps").error, EIO);
+    EXPECT_EQ(file.write("perhaps").error().error, EIO);
     EXPECT_EQ(callsToFailure, 0);
-    EXPECT_FALSE(file.write("better"));
+    EXPECT_TRUE(file.write("better"));
     EXPECT_EQ(contentOf(m_file), "better");
 }
 
 TEST_F(KeptFileTest, IsAsItWasWhenTheFolderIsGone)
 {
     KeptFile file(m_folder + "/gone/state", room);
-    EXPECT_EQ(file.write("bytes").error, ENOENT);
+    EXPECT_EQ(file.write("bytes").error().error, ENOENT);
 }
 
 /// The same on a disk of its own.
@@ -301,38 +297,37 @@ protected:
 
 TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskIsFull)
 {
-    ASSERT_FALSE(m_file.write(m_bytes));
+    ASSERT_TRUE(m_file.write(m_bytes));
     m_disk.fill();
     for (const std::size_t size : {1u, 5000u, 20000u}) {
-        EXPECT_EQ(m_file.write(std::string(size, 'n')).error, ENOSPC) << size;
-        EXPECT_TRUE(m_file.read().bytes == m_bytes) << size;
+        EXPECT_EQ(m_file.write(std::string(size, 'n')).error().error, ENOSPC) << size;
+        EXPECT_TRUE(*m_file.read() == m_bytes) << size;
     }
     EXPECT_FALSE(fs::exists(m_file.name() + ".new")) << "nothing is left that takes up room";
     m_disk.makeRoom();
-    EXPECT_FALSE(m_file.write("new"));
-    EXPECT_EQ(m_file.read().bytes, "new");
+    EXPECT_TRUE(m_file.write("new"));
+    EXPECT_EQ(*m_file.read(), "new");
 }
 
 TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskRunsFullHalfway)
 {
-    ASSERT_FALSE(m_file.write(m_bytes));
+    ASSERT_TRUE(m_file.write(m_bytes));
     m_disk.fill();
     // Room for a part of it: the write begins well.
     ASSERT_EQ(::truncate((m_disk.folder() + "/filler").c_str(), 80000), 0);
-    EXPECT_EQ(m_file.write(std::string(90000, 'n')).error, ENOSPC);
-    EXPECT_TRUE(m_file.read().bytes == m_bytes);
+    EXPECT_EQ(m_file.write(std::string(90000, 'n')).error().error, ENOSPC);
+    EXPECT_TRUE(*m_file.read() == m_bytes);
 }
 
 TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskIsReadOnly)
 {
-    ASSERT_FALSE(m_file.write(m_bytes));
+    ASSERT_TRUE(m_file.write(m_bytes));
     ASSERT_TRUE(m_disk.setReadOnly(true));
-    EXPECT_EQ(m_file.write("new").error, EROFS);
-    EXPECT_TRUE(m_file.read().bytes == m_bytes);
-    std::string name;
-    EXPECT_EQ(m_file.setAside(name).error, EROFS);
+    EXPECT_EQ(m_file.write("new").error().error, EROFS);
+    EXPECT_TRUE(*m_file.read() == m_bytes);
+    EXPECT_EQ(m_file.setAside().error().error, EROFS);
     ASSERT_TRUE(m_disk.setReadOnly(false));
-    EXPECT_FALSE(m_file.write("new"));
+    EXPECT_TRUE(m_file.write("new"));
 }
 
 } // namespace
