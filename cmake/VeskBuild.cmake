@@ -30,6 +30,8 @@ endif()
 add_library(vesk_build INTERFACE)
 target_compile_options(vesk_build INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    # What api/core/Mutex.h declares of locks.
+    $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
     -fno-omit-frame-pointer
     # Log records name files from the project's root on, wherever it was built.
     -fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=)
@@ -63,10 +65,12 @@ endif()
 # "waits", so that more of them can run side by side than the machine has cores. COST: how long its
 # longest cases take, in seconds; CTest begins with those. UNSANITIZED: the patterns of cases that
 # check what a sanitizer changes, such as how much memory is in use. A build without one gives them the
-# label "unsanitized"; the target unsanitized_tests builds their programs.
+# label "unsanitized"; the target unsanitized_tests builds their programs. THREADS: the patterns of cases
+# that hand things between threads; with the thread sanitizer their label is "threads", the target
+# threads_tests.
 function(vesk_test name)
     cmake_parse_arguments(arg "IN_PROCESS;PLAIN;WAITS" "TIMEOUT;COST"
-        "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS;UNSANITIZED" ${ARGN})
+        "SOURCES;LIBRARIES;PROPERTIES;NOT_IN_PROCESS;UNSANITIZED;THREADS" ${ARGN})
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} vesk_build GTest::gmock)
     target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -85,14 +89,21 @@ function(vesk_test name)
     if(arg_COST)
         list(APPEND arg_PROPERTIES COST ${arg_COST})
     endif()
-    set(others)
+    set(label)
     if(arg_UNSANITIZED AND NOT VESK_SANITIZERS)
-        list(JOIN arg_UNSANITIZED ":" unsanitized)
-        set(others TEST_FILTER "-${unsanitized}")
+        set(label unsanitized)
+        list(JOIN arg_UNSANITIZED ":" labelled)
+    elseif(arg_THREADS AND VESK_SANITIZERS STREQUAL "thread")
+        set(label threads)
+        list(JOIN arg_THREADS ":" labelled)
+    endif()
+    set(others)
+    if(label)
+        set(others TEST_FILTER "-${labelled}")
         gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
-            TEST_LIST ${name}_UNSANITIZED_TESTS TEST_FILTER "${unsanitized}"
-            PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} LABELS unsanitized)
-        add_dependencies(unsanitized_tests ${name})
+            TEST_LIST ${name}_LABELLED_TESTS TEST_FILTER "${labelled}"
+            PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} LABELS ${label})
+        add_dependencies(${label}_tests ${name})
     endif()
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST ${others}
         PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
