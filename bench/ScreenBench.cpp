@@ -16,9 +16,9 @@ namespace {
 constexpr int ScreenRows = 10000;
 constexpr int PageRows = 100;
 
-class Client : public JsonRpcPeer {
+class Client : public MessagePeer {
 public:
-    void notify(const QString &, const QVariant &) override { }
+    void send(const QByteArray &) override { }
 };
 
 /// A client of the host's JSON-RPC, beside a plug-in in a process of its own; what is measured ends
@@ -37,7 +37,8 @@ public:
                         {QStringLiteral("roles"), pageRoles()}, {QStringLiteral("first"), first},
                         {QStringLiteral("last"), last}}}});
         QByteArray answer;
-        m_rpc.handle(message, &m_client, [&answer](const QByteArray &bytes) { answer = bytes; });
+        m_rpc.handle(
+            message, &m_client, &m_client, [&answer](const QByteArray &bytes) { answer = bytes; });
         spinUntil([&answer] { return !answer.isEmpty(); });
         return answer;
     }

@@ -22,12 +22,12 @@
 
 namespace {
 
-class Peer : public JsonRpcPeer {
+class Peer : public MessagePeer {
 public:
-    void notify(const QString &method, const QVariant &params) override
+    void send(const QByteArray &message) override
     {
         VeskError error;
-        VeskJson::parse(jsonRpcNotification(method, params), error);
+        VeskJson::parse(message, error);
         FUZZ_REQUIRE(error.isEmpty());
     }
 };
@@ -60,11 +60,11 @@ public:
     }
 
     /// What is answered to \a message; null when nothing came.
-    QByteArray handle(const QByteArray &message, JsonRpcPeer *peer)
+    QByteArray handle(const QByteArray &message, MessagePeer *peer)
     {
         QByteArray answer;
         int answers = 0;
-        m_rpc.handle(message, peer, [&](const QByteArray &bytes) {
+        m_rpc.handle(message, peer, peer, [&](const QByteArray &bytes) {
             answer = bytes;
             ++answers;
         });

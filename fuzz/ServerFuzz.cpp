@@ -140,8 +140,7 @@ private:
     void listen()
     {
         m_server = std::make_unique<HttpServer>(&m_rpc);
-        QString error;
-        FUZZ_REQUIRE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error));
+        FUZZ_REQUIRE(m_server->listen({QStringLiteral("127.0.0.1"), 0}));
     }
 
     int m_argc = 1;

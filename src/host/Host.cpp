@@ -204,11 +204,11 @@ void Host::listen()
     m_http = std::make_unique<HttpServer>(m_rpc.get());
     setUpPage();
     connect(m_playerMethods.get(), &PlayerMethods::changed, m_http.get(),
-        [http = m_http.get()](
-            const QVariant &state) { http->notifyAll(QStringLiteral("player.changed"), state); });
-    QString error;
-    if (!m_http->listen(m_options.listen, error)) {
-        Q_EMIT failed(error);
+        [http = m_http.get()](const QVariant &state) {
+            http->sendToAll(jsonRpcNotification(QStringLiteral("player.changed"), state));
+        });
+    if (const auto listening = m_http->listen(m_options.listen); !listening) {
+        Q_EMIT failed(listening.error());
         return;
     }
     VESK_INFO("ready at " << m_http->url());

@@ -6,7 +6,7 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "host/http/MeteredStream.h"
-#include "host/rpc/JsonRpcDispatcher.h"
+#include "host/http/WebSocketSession.h"
 
 #include <QHash>
 
@@ -16,7 +16,7 @@
 #include <glib-unix.h>
 #include <poll.h>
 
-VESK_LOGGER("Host.Rpc")
+VESK_LOGGER("Host.Http")
 
 namespace {
 
@@ -152,17 +152,17 @@ void HttpConnection::stopWatching()
     m_end = nullptr;
 }
 
-void HttpConnection::setClient(JsonRpcPeer *client)
+void HttpConnection::setSession(WebSocketSession *session)
 {
     m_isAnswering = false;
     m_isWebSocket = true;
-    m_client = client;
+    m_session = session;
     touch();
 }
 
 bool HttpConnection::isIdle() const
 {
-    return !m_isAnswering && !(m_client && m_client->isWaiting());
+    return !m_isAnswering && !(m_session && m_session->isWaiting());
 }
 
 /// Called by GLib for each connection.
@@ -205,29 +205,27 @@ HttpConnections::~HttpConnections()
     g_object_unref(m_service);
 }
 
-bool HttpConnections::listen(const QString &address, quint16 port, QString &error,
-    std::function<void(HttpConnection *)> accepted)
+Result<void, QString> HttpConnections::listen(
+    const QString &address, quint16 port, std::function<void(HttpConnection *)> accepted)
 {
     m_accepted = std::move(accepted);
     GSocketAddress *wanted
         = g_inet_socket_address_new_from_string(address.toUtf8().constData(), port);
-    if (!wanted) {
-        error = QStringLiteral("%1 is no address").arg(address);
-        return false;
-    }
+    if (!wanted)
+        return failure(QStringLiteral("%1 is no address").arg(address));
     GSocketAddress *effective = nullptr;
-    GError *failure = nullptr;
+    GError *error = nullptr;
     const bool listens = g_socket_listener_add_address(G_SOCKET_LISTENER(m_service), wanted,
-        G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr, &effective, &failure);
+        G_SOCKET_TYPE_STREAM, G_SOCKET_PROTOCOL_TCP, nullptr, &effective, &error);
     g_object_unref(wanted);
     if (!listens) {
-        error = QString::fromUtf8(failure->message);
-        g_error_free(failure);
-        return false;
+        const QString reason = QString::fromUtf8(error->message);
+        g_error_free(error);
+        return failure(reason);
     }
     m_port = g_inet_socket_address_get_port(G_INET_SOCKET_ADDRESS(effective));
     g_object_unref(effective);
-    return true;
+    return {};
 }
 
 void HttpConnections::close()

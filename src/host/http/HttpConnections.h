@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "base/Result.h"
+
 #include <QByteArray>
 #include <QElapsedTimer>
 #include <QObject>
@@ -16,7 +18,7 @@ struct _GSocketAddress;
 struct _GSocketConnection;
 struct _GSocketService;
 struct _GSource;
-class JsonRpcPeer;
+class WebSocketSession;
 
 /// One accepted connection and its time limit. Lasts as long as somebody references its stream, and
 /// deletes itself with it.
@@ -50,7 +52,7 @@ public:
     /// \a knowsInterim (HTTP/1.1 and later).
     void watchForEnd(bool knowsInterim);
     /// The connection is a WebSocket from now on.
-    void setClient(JsonRpcPeer *client);
+    void setSession(WebSocketSession *session);
     /// The client said something.
     void touch() { m_sinceActive.start(); }
     /// Whether the client waits for nothing here: it has not finished a request, has its answer, or
@@ -81,7 +83,7 @@ private:
     bool m_knowsInterim = false;
     _GSource *m_end = nullptr; ///< while the client is watched
     bool m_isWebSocket = false;
-    QPointer<JsonRpcPeer> m_client;
+    QPointer<WebSocketSession> m_session;
 };
 
 /// Accepts connections on one address. Main thread, in the GLib main loop that Qt runs there.
@@ -92,10 +94,9 @@ public:
     explicit HttpConnections(QObject *parent = nullptr);
     ~HttpConnections() override;
 
-    /// Calls \a accepted for each connection. Port 0 picks a free one. Returns false, with the
-    /// reason in \a error, when that fails.
-    bool listen(const QString &address, quint16 port, QString &error,
-        std::function<void(HttpConnection *)> accepted);
+    /// Calls \a accepted for each connection. Port 0 picks a free one.
+    Result<void, QString> listen(
+        const QString &address, quint16 port, std::function<void(HttpConnection *)> accepted);
     quint16 port() const { return m_port; }
     /// Accepts no more; what is open stays.
     void close();

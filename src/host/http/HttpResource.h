@@ -10,14 +10,14 @@
 #include <functional>
 
 /// A request to read something. Header values are as they came, empty when there is none.
-struct HttpQuery {
+struct HttpRequest {
     QByteArray path; ///< decoded, begins with "/"
     QByteArray host;
     QByteArray acceptEncoding;
     QByteArray ifNoneMatch;
 };
 
-struct HttpAnswer {
+struct HttpResponse {
     unsigned code = 200;
     /// The Content-Type; null sends no body.
     QByteArray type;
@@ -29,7 +29,7 @@ struct HttpAnswer {
 /// Something that the HTTP server offers for reading, by GET and HEAD. Main thread.
 class HttpResource {
 public:
-    using Answered = std::function<void(const HttpAnswer &)>;
+    using Respond = std::function<void(const HttpResponse &)>;
 
     HttpResource() = default;
     HttpResource(const HttpResource &) = delete;
@@ -39,5 +39,5 @@ public:
     /// Whether \a path is one of this resource's.
     virtual bool owns(const QByteArray &path) const = 0;
     /// Calls \a answered once, maybe before this returns, or never when this is destroyed first.
-    virtual void get(const HttpQuery &query, Answered answered) = 0;
+    virtual void get(const HttpRequest &request, Respond respond) = 0;
 };

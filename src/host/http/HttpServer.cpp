@@ -3,20 +3,21 @@
 
 #include "host/http/HttpServer.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "host/http/HttpConnections.h"
 #include "host/http/HttpResource.h"
 #include "host/http/HttpRules.h"
+#include "host/http/MessageHandler.h"
 #include "host/http/RefusalLog.h"
 #include "host/http/WebSocketSession.h"
-#include "host/rpc/JsonRpcDispatcher.h"
 
 #include <QPointer>
 
 #include <libsoup/soup.h>
 
-VESK_LOGGER("Host.Rpc")
+VESK_LOGGER("Host.Http")
 
 namespace {
 
@@ -83,7 +84,7 @@ bool allows(const char *methods, const QByteArray &method)
 class HttpServerPrivate {
 public:
     HttpServer *q = nullptr;
-    JsonRpcDispatcher *dispatcher = nullptr;
+    MessageHandler *handler = nullptr;
     HttpServerLimits limits;
     SoupServer *server = nullptr;
     HttpConnections connections;
@@ -110,13 +111,13 @@ public:
     HttpResource *resourceAt(const char *path) const;
     /// The methods that \a path takes; null when there is nothing at it.
     const char *methodsAt(const char *path) const;
-    void handleRpc(SoupServerMessage *message);
+    void handleMessage(SoupServerMessage *message);
     static QObject *watchClient(SoupServerMessage *message);
     void read(HttpResource *resource, SoupServerMessage *message, const char *path);
     void upgrade(SoupServerMessage *message);
     /// Whether \a message can still be answered, now that its answer came later.
     bool isOpen(SoupServerMessage *message) const;
-    void respond(SoupServerMessage *message, const HttpAnswer &answer);
+    void respond(SoupServerMessage *message, const HttpResponse &response);
     void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
 };
 
@@ -225,7 +226,7 @@ void HttpServerPrivate::gotBody(
     if (stateOf(message)->isTooLarge) {
         self->refuseWith(message, SOUP_STATUS_REQUEST_ENTITY_TOO_LARGE, "the body is too large");
     } else if (qstrcmp(path, "/jsonrpc") == 0) {
-        self->handleRpc(message);
+        self->handleMessage(message);
     } else if (qstrcmp(path, "/ws") == 0) {
         self->upgrade(message);
     } else if (HttpResource *resource = self->resourceAt(path)) {
@@ -259,7 +260,7 @@ bool HttpServerPrivate::isOpen(SoupServerMessage *message) const
     return !isClosed && !stateOf(message)->isFinished;
 }
 
-void HttpServerPrivate::handleRpc(SoupServerMessage *message)
+void HttpServerPrivate::handleMessage(SoupServerMessage *message)
 {
     limit(message, 0);
     setAnswering(message, true);
@@ -267,18 +268,16 @@ void HttpServerPrivate::handleRpc(SoupServerMessage *message)
     soup_server_message_pause(message);
     QObject *client = watchClient(message);
     const QPointer<HttpServer> guard(q);
-    dispatcher->handle(
-        stateOf(message)->body, nullptr,
-        [this, guard, keep = MessageRef(message)](const QByteArray &answer) {
+    handler->handle(stateOf(message)->body, nullptr, client,
+        [this, guard, keep = MessageRef(message)](const QByteArray &reply) {
             if (!guard || !isOpen(keep.get()))
                 return;
-            if (answer.isEmpty())
+            if (reply.isEmpty())
                 respond(keep.get(), {SOUP_STATUS_NO_CONTENT, {}, {}, {}});
             else
-                respond(keep.get(), {SOUP_STATUS_OK, "application/json", answer, {}});
+                respond(keep.get(), {SOUP_STATUS_OK, "application/json", reply, {}});
             soup_server_message_unpause(keep.get());
-        },
-        client);
+        });
 }
 
 /// The client as long as it is there and waits for the answer.
@@ -299,12 +298,12 @@ void HttpServerPrivate::read(HttpResource *resource, SoupServerMessage *message,
     setAnswering(message, true);
     soup_server_message_pause(message);
     const QPointer<HttpServer> guard(q);
-    const HttpQuery query {path, header(message, "Host"), header(message, "Accept-Encoding"),
+    const HttpRequest request {path, header(message, "Host"), header(message, "Accept-Encoding"),
         header(message, "If-None-Match")};
-    resource->get(query, [this, guard, keep = MessageRef(message)](const HttpAnswer &answer) {
+    resource->get(request, [this, guard, keep = MessageRef(message)](const HttpResponse &response) {
         if (!guard || !isOpen(keep.get()))
             return;
-        respond(keep.get(), answer);
+        respond(keep.get(), response);
         soup_server_message_unpause(keep.get());
     });
 }
@@ -329,14 +328,14 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
     if (connection) {
         connection->limit(0);
         auto *session = new WebSocketSession(
-            stream, connection->stream(), self->dispatcher, self->refusals, self->q);
-        connection->setClient(session);
+            stream, connection->stream(), self->handler, self->refusals, self->q);
+        connection->setSession(session);
         veskConnect(session, &WebSocketSession::heard, connection, &HttpConnection::touch);
     }
     g_object_unref(stream);
 }
 
-void HttpServerPrivate::respond(SoupServerMessage *message, const HttpAnswer &answer)
+void HttpServerPrivate::respond(SoupServerMessage *message, const HttpResponse &response)
 {
     SoupMessageHeaders *headers = soup_server_message_get_response_headers(message);
     soup_message_headers_replace(headers, "Content-Security-Policy", "default-src 'self'");
@@ -344,12 +343,12 @@ void HttpServerPrivate::respond(SoupServerMessage *message, const HttpAnswer &an
     soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
     soup_message_headers_replace(headers, "Connection", "close");
-    for (const auto &entry : answer.headers)
+    for (const auto &entry : response.headers)
         soup_message_headers_replace(headers, entry.first.constData(), entry.second.constData());
-    soup_server_message_set_status(message, answer.code, nullptr);
-    if (!answer.type.isNull()) {
-        soup_server_message_set_response(message, answer.type.constData(), SOUP_MEMORY_COPY,
-            answer.body.constData(), static_cast<gsize>(answer.body.size()));
+    soup_server_message_set_status(message, response.code, nullptr);
+    if (!response.type.isNull()) {
+        soup_server_message_set_response(message, response.type.constData(), SOUP_MEMORY_COPY,
+            response.body.constData(), static_cast<gsize>(response.body.size()));
     }
     limit(message, limits.writeTimeout);
     setAnswering(message, false);
@@ -362,13 +361,12 @@ void HttpServerPrivate::refuseWith(
     respond(message, {code, "text/plain; charset=utf-8", reason + "\n", {}});
 }
 
-HttpServer::HttpServer(
-    JsonRpcDispatcher *dispatcher, const HttpServerLimits &limits, QObject *parent)
+HttpServer::HttpServer(MessageHandler *handler, const HttpServerLimits &limits, QObject *parent)
     : QObject(parent)
     , d(std::make_unique<HttpServerPrivate>())
 {
     d->q = this;
-    d->dispatcher = dispatcher;
+    d->handler = handler;
     d->limits = limits;
     d->server = soup_server_new(nullptr, nullptr);
     g_signal_connect(
@@ -386,15 +384,17 @@ HttpServer::~HttpServer()
 
 void HttpServer::addResource(HttpResource *resource)
 {
+    VESK_ASSERT_OWN_THREAD();
     d->resources.append(resource);
 }
 
-bool HttpServer::listen(const ListenAddress &address, QString &error)
+Result<void, QString> HttpServer::listen(const ListenAddress &address)
 {
+    VESK_ASSERT_OWN_THREAD();
     d->address = address.address == QLatin1String("localhost") ? QStringLiteral("127.0.0.1")
                                                                : address.address;
-    return d->connections.listen(d->address, address.port, error,
-        [this](HttpConnection *connection) { d->accept(connection); });
+    return d->connections.listen(
+        d->address, address.port, [this](HttpConnection *connection) { d->accept(connection); });
 }
 
 quint16 HttpServer::port() const
@@ -414,15 +414,17 @@ int HttpServer::connections() const
     return d->connections.count();
 }
 
-void HttpServer::notifyAll(const QString &method, const QVariant &params)
+void HttpServer::sendToAll(const QByteArray &message)
 {
+    VESK_ASSERT_OWN_THREAD();
     const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
     for (WebSocketSession *session : sessions)
-        session->notify(method, params);
+        session->send(message);
 }
 
 void HttpServer::close()
 {
+    VESK_ASSERT_OWN_THREAD();
     const auto sessions = findChildren<WebSocketSession *>(QString(), Qt::FindDirectChildrenOnly);
     for (WebSocketSession *session : sessions)
         session->close(SOUP_WEBSOCKET_CLOSE_GOING_AWAY);

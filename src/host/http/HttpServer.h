@@ -3,15 +3,15 @@
 
 #pragma once
 
-#include <QByteArray>
+#include "base/Result.h"
+
 #include <QObject>
 #include <QString>
-#include <QVariant>
 
 #include <memory>
 
 class HttpResource;
-class JsonRpcDispatcher;
+class MessageHandler;
 
 /// Where the host listens; a loopback address.
 struct ListenAddress {
@@ -31,22 +31,23 @@ struct HttpServerLimits {
 
 class HttpServerPrivate;
 
-/// The host's HTTP side: JSON-RPC by POST at /jsonrpc and over WebSockets at /ws, and resources to
-/// read, for clients on this machine. Lives on the main thread, in the GLib main loop that Qt runs
-/// there. What it takes and refuses is described in docs/rpc.md.
+/// The host's HTTP side, for clients on this machine: messages by POST at /jsonrpc and over
+/// WebSockets at /ws, and resources to read. Lives on the main thread, in the GLib main loop that
+/// Qt runs there. What it takes and refuses is described in docs/rpc.md.
 class HttpServer : public QObject {
     Q_OBJECT
 
 public:
-    explicit HttpServer(JsonRpcDispatcher *dispatcher, const HttpServerLimits &limits = {},
-        QObject *parent = nullptr);
+    /// \a handler, which must outlive the server, gets the messages.
+    explicit HttpServer(
+        MessageHandler *handler, const HttpServerLimits &limits = {}, QObject *parent = nullptr);
     /// Closes what is open.
     ~HttpServer() override;
 
     /// Offers \a resource, which must outlive the server, before what the server has of its own.
     void addResource(HttpResource *resource);
-    /// Port 0 picks a free one. Returns false, with the reason in \a error, when that fails.
-    bool listen(const ListenAddress &address, QString &error);
+    /// Port 0 picks a free one.
+    Result<void, QString> listen(const ListenAddress &address);
     /// The port that was picked.
     quint16 port() const;
     /// "http://127.0.0.1:8765/"
@@ -54,8 +55,8 @@ public:
     /// How many are open, WebSockets included.
     int connections() const;
     /// To every client with a WebSocket.
-    void notifyAll(const QString &method, const QVariant &params);
-    /// Takes no more connections and says good-bye on the WebSockets.
+    void sendToAll(const QByteArray &message);
+    /// Accepts no more connections, and closes the WebSockets with the code for "going away".
     void close();
 
 private:

@@ -3,6 +3,8 @@
 
 #include "host/http/RefusalLog.h"
 
+#include "api/core/ThreadCheck.h"
+
 #include <utility>
 
 namespace {
@@ -26,6 +28,7 @@ RefusalLog::~RefusalLog()
 
 void RefusalLog::tell(const QByteArray &line)
 {
+    VESK_ASSERT_OWN_THREAD();
     const bool isKnown = m_kinds.count(line) > 0 || m_kinds.size() < MaxKinds;
     const QByteArray told = isKnown ? line : QByteArray(OtherKinds);
     Kind &kind = kindOf(told);

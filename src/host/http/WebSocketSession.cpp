@@ -3,6 +3,7 @@
 
 #include "host/http/WebSocketSession.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "host/http/MeteredStream.h"
 #include "host/http/RefusalLog.h"
@@ -11,7 +12,7 @@
 
 #include <libsoup/soup.h>
 
-VESK_LOGGER("Host.Rpc")
+VESK_LOGGER("Host.Http")
 
 namespace {
 
@@ -58,10 +59,10 @@ struct WebSocketSession::Handlers {
     }
 };
 
-WebSocketSession::WebSocketSession(GIOStream *stream, GIOStream *metered,
-    JsonRpcDispatcher *dispatcher, RefusalLog &refusals, QObject *parent)
-    : JsonRpcPeer(parent)
-    , m_dispatcher(dispatcher)
+WebSocketSession::WebSocketSession(GIOStream *stream, GIOStream *metered, MessageHandler *handler,
+    RefusalLog &refusals, QObject *parent)
+    : MessagePeer(parent)
+    , m_handler(handler)
     , m_refusals(refusals)
     , m_metered(G_IO_STREAM(g_object_ref(metered)))
     , m_queued(meteredStreamBytesWritten(metered))
@@ -91,13 +92,9 @@ WebSocketSession::~WebSocketSession()
     g_object_unref(m_metered);
 }
 
-void WebSocketSession::notify(const QString &method, const QVariant &params)
-{
-    send(jsonRpcNotification(method, params));
-}
-
 void WebSocketSession::close(unsigned short code)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (soup_websocket_connection_get_state(m_connection) == SOUP_WEBSOCKET_STATE_OPEN)
         soup_websocket_connection_close(m_connection, code, nullptr);
 }
@@ -109,9 +106,13 @@ void WebSocketSession::receive(const QByteArray &message)
     if (message.size() > MaxMessage)
         return close(SOUP_WEBSOCKET_CLOSE_TOO_BIG);
     const QPointer<WebSocketSession> guard(this);
-    m_dispatcher->handle(message, this, [guard](const QByteArray &answer) {
-        if (guard && !answer.isEmpty())
-            guard->send(answer);
+    ++m_unanswered;
+    m_handler->handle(message, this, this, [guard](const QByteArray &reply) {
+        if (!guard)
+            return;
+        --guard->m_unanswered;
+        if (!reply.isEmpty())
+            guard->send(reply);
     });
 }
 
@@ -125,6 +126,7 @@ void WebSocketSession::allow(quint64 payload)
 
 void WebSocketSession::send(const QByteArray &message)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_ended || soup_websocket_connection_get_state(m_connection) != SOUP_WEBSOCKET_STATE_OPEN)
         return;
     m_queued += framedSize(static_cast<quint64>(message.size()));

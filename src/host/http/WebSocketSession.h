@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "host/rpc/JsonRpcDispatcher.h"
+#include "host/http/MessageHandler.h"
 
 #include <QByteArray>
 #include <QElapsedTimer>
@@ -12,10 +12,10 @@ struct _GIOStream;
 struct _SoupWebsocketConnection;
 class RefusalLog;
 
-/// A client at the other end of a WebSocket: each text message is a JSON-RPC message. Main thread.
+/// A client at the other end of a WebSocket: each text message goes to the handler. Main thread.
 /// Deletes itself when the connection is closed, by whichever side. Drops a client that does not
 /// read what it is sent, that sends what is no text, or that never finishes a message.
-class WebSocketSession : public JsonRpcPeer {
+class WebSocketSession : public MessagePeer {
     Q_OBJECT
 
 public:
@@ -31,11 +31,13 @@ public:
     /// Takes over \a stream, on which the handshake is complete. What passes is counted by
     /// \a metered, a metered stream that lies below it. \a refusals, which must outlive the
     /// session, hears why it ends a connection.
-    WebSocketSession(_GIOStream *stream, _GIOStream *metered, JsonRpcDispatcher *dispatcher,
+    WebSocketSession(_GIOStream *stream, _GIOStream *metered, MessageHandler *handler,
         RefusalLog &refusals, QObject *parent);
     ~WebSocketSession() override;
 
-    void notify(const QString &method, const QVariant &params) override;
+    void send(const QByteArray &message) override;
+    /// Whether a reply is still to come, or changes are.
+    bool isWaiting() const { return m_unanswered > 0 || isSubscribed(); }
     /// Says good-bye with a close code (RFC 6455, section 7.4); the client answers, or is dropped.
     void close(unsigned short code);
 
@@ -49,15 +51,15 @@ private:
     void receive(const QByteArray &message);
     /// More may be read: a frame of \a payload bytes was taken for what it is.
     void allow(quint64 payload);
-    void send(const QByteArray &message);
     /// Ends the connection without another word.
     void drop(const char *reason);
     void ended();
 
-    JsonRpcDispatcher *const m_dispatcher;
+    MessageHandler *const m_handler;
     RefusalLog &m_refusals;
     _GIOStream *const m_metered;
     _SoupWebsocketConnection *m_connection = nullptr;
+    int m_unanswered = 0; ///< messages without a reply
     QElapsedTimer m_sinceAllowed;
     /// Framed bytes that were handed to the connection, and what went before them.
     quint64 m_queued = 0;

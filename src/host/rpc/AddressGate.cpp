@@ -3,6 +3,7 @@
 
 #include "host/rpc/AddressGate.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/TrString.h"
 #include "api/core/log.h"
 #include "api/values/VeskRoles.h"
@@ -33,6 +34,7 @@ AddressGate::~AddressGate() = default;
 
 void AddressGate::declare(const CMPath &root, const QVector<ChangingAddresses> &changing)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!changing.isEmpty())
         m_declared.append({root, changing});
 }
@@ -44,8 +46,9 @@ bool AddressGate::isChanging(const CMPath &path) const
     });
 }
 
-bool AddressGate::mayOpen(const CMPath &path, const JsonRpcPeer *peer) const
+bool AddressGate::mayOpen(const CMPath &path, const MessagePeer *peer) const
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!isChanging(path))
         return true;
     const auto own = m_toPeers.find(peer);
@@ -65,8 +68,9 @@ JsonRpcError AddressGate::refusal()
         {{QStringLiteral("name"), QStringLiteral("notOffered")}}};
 }
 
-void AddressGate::offerRows(const QStringList &roles, const QVariantList &rows, JsonRpcPeer *peer)
+void AddressGate::offerRows(const QStringList &roles, const QVariantList &rows, MessagePeer *peer)
 {
+    VESK_ASSERT_OWN_THREAD();
     const int path = roles.indexOf(VeskRoles::Path());
     for (const QVariant &row : rows) {
         const QVariantList values = row.toList();
@@ -76,13 +80,14 @@ void AddressGate::offerRows(const QStringList &roles, const QVariantList &rows, 
     }
 }
 
-void AddressGate::offerData(const QStringList &roles, const QVariantList &values, JsonRpcPeer *peer)
+void AddressGate::offerData(const QStringList &roles, const QVariantList &values, MessagePeer *peer)
 {
+    VESK_ASSERT_OWN_THREAD();
     for (int i = 0; i < roles.size() && i < values.size(); ++i)
         offerValue(roles.at(i), values.at(i), peer);
 }
 
-void AddressGate::offerValue(const QString &role, const QVariant &value, JsonRpcPeer *peer)
+void AddressGate::offerValue(const QString &role, const QVariant &value, MessagePeer *peer)
 {
     if (role == VeskRoles::QueryPath())
         offer(CMPath::fromVariant(value), peer);
@@ -90,7 +95,7 @@ void AddressGate::offerValue(const QString &role, const QVariant &value, JsonRpc
         offer(CMPath::fromVariant(value.toHash().value(VeskRoles::Path())), peer);
 }
 
-void AddressGate::offer(const CMPath &path, JsonRpcPeer *peer)
+void AddressGate::offer(const CMPath &path, MessagePeer *peer)
 {
     if (!isChanging(path))
         return;

@@ -34,14 +34,14 @@ public:
 
     /// Whether the client may open \a path; \a peer is null for one without a lasting connection.
     /// Logs a refusal.
-    bool mayOpen(const CMPath &path, const JsonRpcPeer *peer) const;
+    bool mayOpen(const CMPath &path, const MessagePeer *peer) const;
     static JsonRpcError refusal();
 
     /// A client is answered with \a rows, whose values are those of \a roles: it may open their
     /// paths, menus and searches from now on.
-    void offerRows(const QStringList &roles, const QVariantList &rows, JsonRpcPeer *peer);
+    void offerRows(const QStringList &roles, const QVariantList &rows, MessagePeer *peer);
     /// The same of one row or screen, whose own path the client knew before.
-    void offerData(const QStringList &roles, const QVariantList &values, JsonRpcPeer *peer);
+    void offerData(const QStringList &roles, const QVariantList &values, MessagePeer *peer);
 
 private:
     struct Declaration {
@@ -50,10 +50,10 @@ private:
     };
 
     bool isChanging(const CMPath &path) const;
-    void offer(const CMPath &path, JsonRpcPeer *peer);
-    void offerValue(const QString &role, const QVariant &value, JsonRpcPeer *peer);
+    void offer(const CMPath &path, MessagePeer *peer);
+    void offerValue(const QString &role, const QVariant &value, MessagePeer *peer);
 
     QVector<Declaration> m_declared;
     OfferedPaths m_toAnyone;
-    std::map<const JsonRpcPeer *, OfferedPaths> m_toPeers;
+    std::map<const MessagePeer *, OfferedPaths> m_toPeers;
 };

@@ -3,6 +3,7 @@
 
 #include "host/rpc/PlayerMethods.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 #include "host/player/PlayLogic.h"
 #include "host/player/RowSearch.h"
@@ -63,6 +64,7 @@ void PlayerMethods::play(const JsonRpcCallPtr &call)
 
 void PlayerMethods::announce()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_announced)
         return;
     m_announced = true;

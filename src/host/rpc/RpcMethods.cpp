@@ -132,7 +132,7 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
             const CMRequest request = CMGetDataRequest(path, roles, reply);
             return poll ? request.asPoll() : request;
         },
-        [this, roles, peer = QPointer<JsonRpcPeer>(call->peer())](const QVariant &value) {
+        [this, roles, peer = QPointer<MessagePeer>(call->peer())](const QVariant &value) {
             if (m_gate)
                 m_gate->offerData(roles, value.toList(), peer);
             return dataResult(value, roles.indexOf(VeskRoles::Icon()));
@@ -187,7 +187,7 @@ void RpcMethods::subscribe(const JsonRpcCallPtr &call)
 {
     RpcParams params(call->params());
     const CMPath path = params.path();
-    JsonRpcPeer *peer = call->peer();
+    MessagePeer *peer = call->peer();
     if (!peer) {
         return call->fail({JsonRpcError::MethodNotFound,
             QStringLiteral("Subscriptions need a WebSocket connection."), {}});
@@ -203,7 +203,7 @@ void RpcMethods::subscribe(const JsonRpcCallPtr &call)
                 {}});
         }
         subscriptions.emplace(path, CMRoot()->subscribe(path, peer, [peer](const CMChange &change) {
-            peer->notify(QStringLiteral("changed"), changeParams(change));
+            peer->send(jsonRpcNotification(QStringLiteral("changed"), changeParams(change)));
         }));
         peer->setSubscribed(true);
     }
@@ -226,7 +226,7 @@ void RpcMethods::unsubscribe(const JsonRpcCallPtr &call)
     call->finish(QVariantHash());
 }
 
-RpcMethods::Subscriptions &RpcMethods::subscriptionsOf(JsonRpcPeer *peer)
+RpcMethods::Subscriptions &RpcMethods::subscriptionsOf(MessagePeer *peer)
 {
     const auto it = m_subscriptions.find(peer);
     if (it != m_subscriptions.end())

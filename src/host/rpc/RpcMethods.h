@@ -62,7 +62,7 @@ private:
     void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
     /// Whether the client may not open \a path, and was told so.
     bool refuses(const JsonRpcCallPtr &call, const CMPath &path) const;
-    Subscriptions &subscriptionsOf(JsonRpcPeer *peer);
+    Subscriptions &subscriptionsOf(MessagePeer *peer);
     QVariantHash rowsResult(const VeskRowsRoles &answer, int iconRole) const;
     QVariant dataResult(const QVariant &value, int iconRole) const;
     void seeIcon(const QVariant &icon) const;
@@ -70,6 +70,6 @@ private:
     IconSeen m_iconSeen;
     AddressGate *m_gate = nullptr;
     const ServiceFaults *m_faults = nullptr;
-    std::map<JsonRpcPeer *, Subscriptions> m_subscriptions;
+    std::map<MessagePeer *, Subscriptions> m_subscriptions;
     ScreenSnapshots m_screens;
 };

@@ -3,6 +3,7 @@
 
 #include "host/rpc/ScreenSnapshots.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 
 #include <QPointer>
@@ -71,14 +72,14 @@ struct ScreenSnapshots::Screen {
         Answered answered;
     };
 
-    bool isFor(JsonRpcPeer *client, const Range &range) const
+    bool isFor(MessagePeer *client, const Range &range) const
     {
         return peer == client && path == range.path && roles == range.roles;
     }
     /// Whether it may be used for another range.
     bool isGood() const { return !stale && !*changed; }
 
-    JsonRpcPeer *peer = nullptr;
+    MessagePeer *peer = nullptr;
     CMPath path;
     QStringList roles;
     std::unique_ptr<CMSubscription> subscription;
@@ -115,8 +116,9 @@ qint64 ScreenSnapshots::bytes() const
 }
 
 ScreenSnapshots::Abandon ScreenSnapshots::rows(
-    JsonRpcPeer *peer, const Range &range, Answered answered)
+    MessagePeer *peer, const Range &range, Answered answered)
 {
+    VESK_ASSERT_OWN_THREAD();
     sweep();
     ScreenPtr screen = range.first == 0 || range.refresh ? nullptr : find(peer, range);
     if (range.last >= MaxRows || (!screen && range.first == range.last))
@@ -161,14 +163,14 @@ void ScreenSnapshots::abandon(const ScreenPtr &screen, int waiter)
         screen->reply->setError(CMCancelledError());
 }
 
-ScreenSnapshots::ScreenPtr ScreenSnapshots::find(JsonRpcPeer *peer, const Range &range) const
+ScreenSnapshots::ScreenPtr ScreenSnapshots::find(MessagePeer *peer, const Range &range) const
 {
     const auto found = std::find_if(m_screens.begin(), m_screens.end(),
         [&](const ScreenPtr &screen) { return screen->isGood() && screen->isFor(peer, range); });
     return found == m_screens.end() ? nullptr : *found;
 }
 
-ScreenSnapshots::ScreenPtr ScreenSnapshots::begin(JsonRpcPeer *peer, const Range &range)
+ScreenSnapshots::ScreenPtr ScreenSnapshots::begin(MessagePeer *peer, const Range &range)
 {
     forget([&](const Screen &screen) { return screen.isFor(peer, range); });
     follow(peer);
@@ -249,11 +251,13 @@ ScreenSnapshots::Abandon ScreenSnapshots::askDirectly(const Range &range, const 
 
 void ScreenSnapshots::forgetAll()
 {
+    VESK_ASSERT_OWN_THREAD();
     forget([](const Screen &) { return true; });
 }
 
 void ScreenSnapshots::forgetService(const QString &prefix)
 {
+    VESK_ASSERT_OWN_THREAD();
     forget([&prefix](const Screen &screen) { return screen.path.prefix() == prefix; });
 }
 
@@ -281,7 +285,7 @@ void ScreenSnapshots::makeRoomBeside(const ScreenPtr &latest)
     latest->stale |= latest->bytes > MaxBytes;
 }
 
-void ScreenSnapshots::follow(JsonRpcPeer *peer)
+void ScreenSnapshots::follow(MessagePeer *peer)
 {
     if (!peer || std::find(m_peers.begin(), m_peers.end(), peer) != m_peers.end())
         return;

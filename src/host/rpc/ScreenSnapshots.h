@@ -66,7 +66,7 @@ public:
     using Abandon = std::function<void()>;
 
     /// \a peer is null for a client without a connection.
-    Abandon rows(JsonRpcPeer *peer, const Range &range, Answered answered);
+    Abandon rows(MessagePeer *peer, const Range &range, Answered answered);
 
     /// From now on everything is fetched anew.
     void forgetAll();
@@ -81,8 +81,8 @@ private:
     struct Screen;
     using ScreenPtr = std::shared_ptr<Screen>;
 
-    ScreenPtr find(JsonRpcPeer *peer, const Range &range) const;
-    ScreenPtr begin(JsonRpcPeer *peer, const Range &range);
+    ScreenPtr find(MessagePeer *peer, const Range &range) const;
+    ScreenPtr begin(MessagePeer *peer, const Range &range);
     void fetch(const ScreenPtr &screen);
     void take(const ScreenPtr &screen, const Answer &answer);
     void keep(const ScreenPtr &screen, const VeskRowsRoles &rows);
@@ -91,14 +91,14 @@ private:
     Abandon askDirectly(const Range &range, const Answered &answered);
     void forget(const std::function<bool(const Screen &)> &which);
     void makeRoomBeside(const ScreenPtr &latest);
-    void follow(JsonRpcPeer *peer);
+    void follow(MessagePeer *peer);
     void sweep();
 
     Lifetimes m_lifetimes;
     /// The one that was used last is the last. Those whose rows are on their way stay until they
     /// are there, to answer who waits for them.
     std::list<ScreenPtr> m_screens;
-    std::vector<JsonRpcPeer *> m_peers; ///< whose end is waited for
+    std::vector<MessagePeer *> m_peers; ///< whose end is waited for
     int m_lastWaiter = 0;
     QTimer m_sweep;
 };

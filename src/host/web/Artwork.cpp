@@ -13,12 +13,12 @@ namespace {
 constexpr char Prefix[] = "/artwork/";
 constexpr unsigned long CacheBytes = 16 * 1024 * 1024;
 
-HttpAnswer failure(unsigned code, const QByteArray &reason)
+HttpResponse failure(unsigned code, const QByteArray &reason)
 {
     return {code, "text/plain; charset=utf-8", reason + "\n", {}};
 }
 
-HttpAnswer picture(const HttpClientResult &result)
+HttpResponse picture(const HttpClientResult &result)
 {
     if (result.status() != HttpClientStatus::Success || result.code() != 200)
         return failure(502, "the picture cannot be fetched");
@@ -51,18 +51,19 @@ bool Artwork::owns(const QByteArray &path) const
     return path.startsWith(Prefix);
 }
 
-void Artwork::get(const HttpQuery &query, Answered answered)
+void Artwork::get(const HttpRequest &request, Respond respond)
 {
-    const QByteArray url = m_urls.find(query.path.mid(static_cast<int>(sizeof Prefix) - 1));
+    VESK_ASSERT_THREAD(m_thread);
+    const QByteArray url = m_urls.find(request.path.mid(static_cast<int>(sizeof Prefix) - 1));
     if (url.isEmpty())
-        return answered(failure(404, "no service named this picture"));
+        return respond(failure(404, "no service named this picture"));
     if (m_waiting.contains(url)) {
-        m_waiting[url].append(std::move(answered));
+        m_waiting[url].append(std::move(respond));
         return;
     }
     if (m_waiting.size() >= MaxRunning)
-        return answered(failure(503, "too many pictures at a time"));
-    m_waiting.insert(url, {std::move(answered)});
+        return respond(failure(503, "too many pictures at a time"));
+    m_waiting.insert(url, {std::move(respond)});
     HttpClientOptions options;
     options.setTimeoutMs(TimeoutMs);
     options.setReadSizeLimit(MaxBytes);
@@ -73,10 +74,10 @@ void Artwork::get(const HttpQuery &query, Answered answered)
 
 void Artwork::fetched(const QByteArray &url, const HttpClientResult &result)
 {
-    const HttpAnswer answer = picture(result);
-    if (answer.code != 200)
+    const HttpResponse response = picture(result);
+    if (response.code != 200)
         VESK_DEBUG("no picture at " << result.url() << ": " << result.status());
-    const QVector<Answered> waiting = m_waiting.take(url);
-    for (const Answered &answered : waiting)
-        answered(answer);
+    const QVector<Respond> waiting = m_waiting.take(url);
+    for (const Respond &respond : waiting)
+        respond(response);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/ThreadCheck.h"
 #include "api/web/HttpClient.h"
 #include "host/http/HttpResource.h"
 #include "host/web/ArtworkUrls.h"
@@ -27,13 +28,14 @@ public:
     void remember(const QString &url) { m_urls.remember(url); }
 
     bool owns(const QByteArray &path) const override;
-    void get(const HttpQuery &query, Answered answered) override;
+    void get(const HttpRequest &request, Respond respond) override;
 
 private:
     void fetched(const QByteArray &url, const HttpClientResult &result);
 
+    VeskThreadCheck m_thread;
     ArtworkUrls m_urls;
     /// Who waits for which address.
-    QHash<QByteArray, QVector<Answered>> m_waiting;
+    QHash<QByteArray, QVector<Respond>> m_waiting;
     std::unique_ptr<HttpClient> m_client;
 };

@@ -127,26 +127,27 @@ bool WebFiles::owns(const QByteArray &path) const
     return path == "/" ? !isEmpty() : m_files.contains(path);
 }
 
-void WebFiles::get(const HttpQuery &query, Answered answered)
+void WebFiles::get(const HttpRequest &request, Respond respond)
 {
-    const QByteArray path = query.path == "/" ? QByteArray("/index.html") : query.path;
+    const QByteArray path = request.path == "/" ? QByteArray("/index.html") : request.path;
     const File file = m_files.value(path);
-    HttpAnswer answer;
+    HttpResponse response;
     // One tag for both forms: a client keeps whichever it was sent.
-    answer.headers = {{"ETag", file.tag}, {"Vary", "Accept-Encoding"},
+    response.headers = {{"ETag", file.tag}, {"Vary", "Accept-Encoding"},
         {"Cache-Control",
             path.startsWith("/assets/") ? "public, max-age=31536000, immutable" : "no-cache"},
         {"Cross-Origin-Opener-Policy", "same-origin"}};
     if (file.type.startsWith("text/html"))
-        answer.headers << qMakePair(QByteArray("Content-Security-Policy"), pagePolicy(query.host));
-    if (namesTag(query.ifNoneMatch, file.tag)) {
-        answer.code = 304;
-        return answered(answer);
+        response.headers << qMakePair(
+            QByteArray("Content-Security-Policy"), pagePolicy(request.host));
+    if (namesTag(request.ifNoneMatch, file.tag)) {
+        response.code = 304;
+        return respond(response);
     }
-    answer.type = file.type;
-    const bool zip = !file.zipped.isEmpty() && acceptsGzip(query.acceptEncoding);
-    answer.body = zip ? file.zipped : file.body;
+    response.type = file.type;
+    const bool zip = !file.zipped.isEmpty() && acceptsGzip(request.acceptEncoding);
+    response.body = zip ? file.zipped : file.body;
     if (zip)
-        answer.headers << qMakePair(QByteArray("Content-Encoding"), QByteArray("gzip"));
-    answered(answer);
+        response.headers << qMakePair(QByteArray("Content-Encoding"), QByteArray("gzip"));
+    respond(response);
 }

@@ -22,7 +22,7 @@ public:
 
     bool isEmpty() const { return m_files.isEmpty(); }
     bool owns(const QByteArray &path) const override;
-    void get(const HttpQuery &query, Answered answered) override;
+    void get(const HttpRequest &request, Respond respond) override;
 
 private:
     struct File {

@@ -4,7 +4,7 @@
 #include "host/http/HttpServer.h"
 
 #include "host/http/HttpResource.h"
-#include "host/rpc/JsonRpcDispatcher.h"
+#include "tests/host/http/ScriptedHandler.h"
 #include "tests/support/RawWebSocket.h"
 
 #include <QElapsedTimer>
@@ -18,30 +18,29 @@
 
 namespace {
 
-const QByteArray Echo = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":{"a":1}})";
-const QByteArray EchoAnswer = R"({"id":1,"jsonrpc":"2.0","result":{"a":1}})";
+const QByteArray Echo = "hello";
 
 /// A resource at /letter.
 class Letter : public HttpResource {
 public:
     bool owns(const QByteArray &path) const override { return path == "/letter"; }
-    void get(const HttpQuery &query, Answered answered) override
+    void get(const HttpRequest &request, Respond respond) override
     {
         if (isKept) {
-            kept = std::move(answered);
+            kept = std::move(respond);
             return;
         }
-        const HttpAnswer answer {200, "text/plain", "for " + query.path + ", " + query.ifNoneMatch,
-            {{"Cache-Control", "private"}}};
+        const HttpResponse response {200, "text/plain",
+            "for " + request.path + ", " + request.ifNoneMatch, {{"Cache-Control", "private"}}};
         if (isLate)
-            QTimer::singleShot(0, [answer, answered] { answered(answer); });
+            QTimer::singleShot(0, [response, respond] { respond(response); });
         else
-            answered(answer);
+            respond(response);
     }
 
     bool isLate = false;
     bool isKept = false;
-    Answered kept;
+    Respond kept;
 };
 
 class HttpServerTest : public testing::Test {
@@ -51,19 +50,8 @@ protected:
     void startServer(const HttpServerLimits &limits)
     {
         m_server.reset();
-        m_rpc = std::make_unique<JsonRpcDispatcher>();
-        m_rpc->addMethod(QStringLiteral("echo"),
-            [](const JsonRpcCallPtr &call) { call->finish(QVariant(call->params())); });
-        m_rpc->addMethod(
-            QStringLiteral("keep"), [this](const JsonRpcCallPtr &call) { m_kept.append(call); });
-        m_rpc->addMethod(QStringLiteral("follow"), [](const JsonRpcCallPtr &call) {
-            call->peer()->setSubscribed(true);
-            call->finish({});
-        });
-        m_server = std::make_unique<HttpServer>(m_rpc.get(), limits);
-        QString error;
-        ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}, error))
-            << error.toStdString();
+        m_server = std::make_unique<HttpServer>(&m_handler, limits);
+        ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}));
     }
 
     quint16 port() const { return m_server->port(); }
@@ -85,9 +73,8 @@ protected:
         return exchange(RawClient::request("POST", "/jsonrpc", port(), headers, Echo));
     }
 
-    QList<JsonRpcCallPtr> m_kept;
+    ScriptedHandler m_handler;
     Letter m_letter;
-    std::unique_ptr<JsonRpcDispatcher> m_rpc;
     std::unique_ptr<HttpServer> m_server;
 };
 
@@ -97,36 +84,35 @@ TEST_F(HttpServerTest, SaysWhereItListens)
     EXPECT_EQ(m_server->url(), QStringLiteral("http://127.0.0.1:%1/").arg(port()));
 }
 
-TEST_F(HttpServerTest, RefusesToListenWhereSomebodyElseDoes)
+TEST_F(HttpServerTest, SaysWhyItCannotListenOnAPortThatIsTaken)
 {
-    HttpServer other(m_rpc.get());
-    QString error;
-    EXPECT_FALSE(other.listen({QStringLiteral("127.0.0.1"), port()}, error));
-    EXPECT_FALSE(error.isEmpty());
+    HttpServer other(&m_handler);
+    const auto listening = other.listen({QStringLiteral("127.0.0.1"), port()});
+    ASSERT_FALSE(listening);
+    EXPECT_FALSE(listening.error().isEmpty());
 }
 
-TEST_F(HttpServerTest, AnswersJsonRpc)
+TEST_F(HttpServerTest, AnswersAPostWithTheReplyToItsBody)
 {
     const QByteArray response = post(Echo);
     EXPECT_EQ(statusOf(response), 200);
     EXPECT_EQ(headerOf(response, "Content-Type"), "application/json");
-    EXPECT_EQ(bodyOf(response), EchoAnswer);
+    EXPECT_EQ(bodyOf(response), Echo);
 }
 
 TEST_F(HttpServerTest, AnswersWithoutContentWhenThereIsNothingToSay)
 {
-    EXPECT_EQ(statusOf(post(R"({"jsonrpc":"2.0","method":"echo"})")), 204);
+    EXPECT_EQ(statusOf(post("nothing")), 204);
 }
 
-TEST_F(HttpServerTest, AnswersAnEmptyBodyWithAParseError)
+TEST_F(HttpServerTest, AnEmptyBodyIsAMessage)
 {
     const QByteArray response = exchange(RawClient::request(
         "POST", "/jsonrpc", port(), "Content-Type: application/json\r\nContent-Length: 0\r\n"));
-    EXPECT_EQ(statusOf(response), 200);
-    EXPECT_THAT(bodyOf(response).toStdString(), testing::HasSubstr("-32700"));
+    EXPECT_EQ(statusOf(response), 204) << "of the echo";
 }
 
-TEST_F(HttpServerTest, EndsAConnectionAfterItsAnswer)
+TEST_F(HttpServerTest, ClosesAConnectionAfterItsResponse)
 {
     const QByteArray received = inBackground([this] {
         RawClient client(port());
@@ -134,11 +120,11 @@ TEST_F(HttpServerTest, EndsAConnectionAfterItsAnswer)
         return client.readAll();
     });
     EXPECT_EQ(headerOf(received, "Connection"), "close");
-    EXPECT_EQ(bodyOf(received), EchoAnswer);
+    EXPECT_EQ(bodyOf(received), Echo);
     EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
 }
 
-TEST_F(HttpServerTest, ForgetsAClientThatLeavesBeforeItsAnswer)
+TEST_F(HttpServerTest, ClosesTheConnectionOfAClientThatLeaves)
 {
     const QByteArray whole = RawClient::rpc(port(), Echo);
     for (const int size : {0, 1, 40, whole.size() - 1, whole.size()}) {
@@ -147,55 +133,51 @@ TEST_F(HttpServerTest, ForgetsAClientThatLeavesBeforeItsAnswer)
     }
 }
 
-TEST_F(HttpServerTest, AnswersOneWhileAnotherStillWaits)
+TEST_F(HttpServerTest, AnswersOneRequestWhileAnotherWaits)
 {
-    const auto waiting = std::async(std::launch::async, [this] {
-        return RawClient::exchange(
-            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
-    });
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
-    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
-    m_kept.first()->finish(5);
+    auto waiting = std::async(std::launch::async,
+        [this] { return RawClient::exchange(port(), RawClient::rpc(port(), "keep")); });
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+    EXPECT_EQ(bodyOf(post(Echo)), Echo);
+    m_handler.kept.first().reply("late");
     ASSERT_TRUE(spinUntil(
         [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
-    EXPECT_EQ(bodyOf(const_cast<std::future<QByteArray> &>(waiting).get()),
-        R"({"id":9,"jsonrpc":"2.0","result":5})");
+    EXPECT_EQ(bodyOf(waiting.get()), "late");
 }
 
-TEST_F(HttpServerTest, DropsTheAnswerForAClientThatHasGone)
+TEST_F(HttpServerTest, DropsTheReplyToAClientThatHasLeft)
 {
     inBackground([this] {
         RawClient client(port());
-        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
+        client.send(RawClient::rpc(port(), "keep"));
         return 0;
     });
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
-    m_kept.first()->finish(5);
-    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+    m_handler.kept.first().reply("late");
+    EXPECT_EQ(bodyOf(post(Echo)), Echo);
 }
 
-TEST_F(HttpServerTest, AbandonsTheCallsOfAClientThatHangsUp)
+TEST_F(HttpServerTest, TellsTheHandlerThatAClientHasLeft)
 {
-    const QByteArray request
-        = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+    const QByteArray request = RawClient::rpc(port(), "keep");
     for (const QByteArray &more : {QByteArray(), QByteArray("GET / HTTP/1.1\r\n")}) {
-        bool abandoned = false;
         auto client = inBackground([&] { return std::make_unique<RawClient>(port()); });
         inBackground([&] { return client->send(request + more); });
-        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
-        const JsonRpcCallPtr call = m_kept.takeFirst();
-        call->whenAbandoned([&] { abandoned = true; });
-        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 200)) << "it still waits";
+        ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+        auto kept = m_handler.kept.takeFirst();
+        const auto hasLeft = [&kept] { return kept.client.isNull(); };
+        EXPECT_FALSE(spinUntil(hasLeft, 200)) << "it still waits";
         client.reset();
-        EXPECT_TRUE(spinUntil([&] { return abandoned; })) << more.toStdString();
+        EXPECT_TRUE(spinUntil(hasLeft)) << more.toStdString();
+        kept.reply = nullptr;
         EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
     }
 }
 
-TEST_F(HttpServerTest, AnswersAClientThatOnlySendsNoMore)
+TEST_F(HttpServerTest, AnswersAClientThatHasOnlyClosedItsSendingSide)
 {
     for (const bool isOld : {false, true}) {
-        QByteArray request = RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})");
+        QByteArray request = RawClient::rpc(port(), "keep");
         if (isOld)
             request.replace("HTTP/1.1", "HTTP/1.0");
         auto answer = std::async(std::launch::async, [&] {
@@ -204,48 +186,42 @@ TEST_F(HttpServerTest, AnswersAClientThatOnlySendsNoMore)
             client.finishSending();
             return client.readAll();
         });
-        bool abandoned = false;
-        ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
-        m_kept.first()->whenAbandoned([&] { abandoned = true; });
-        EXPECT_FALSE(spinUntil([&] { return abandoned; }, 300));
-        m_kept.takeFirst()->finish(5);
+        ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+        EXPECT_FALSE(spinUntil([this] { return m_handler.kept.first().client.isNull(); }, 300));
+        m_handler.kept.takeFirst().reply("late");
         ASSERT_TRUE(spinUntil(
             [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
         const QByteArray received = answer.get();
-        EXPECT_TRUE(received.endsWith(R"({"id":9,"jsonrpc":"2.0","result":5})"));
+        EXPECT_TRUE(received.endsWith("late"));
         EXPECT_EQ(received.contains("HTTP/1.1 102 "), !isOld);
     }
 }
 
-TEST_F(HttpServerTest, SendsNothingBetweenTheBytesOfAnAnswer)
+TEST_F(HttpServerTest, SendsNoInterimResponseInsideAResponse)
 {
     // More than the system takes at once, so that it is still being written.
-    const QString result(16 * 1024 * 1024, QLatin1Char('x'));
+    const QByteArray reply(16 * 1024 * 1024, 'x');
     auto answer = std::async(std::launch::async, [&] {
         RawClient client(port());
-        client.send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
-        const QByteArray begin = client.read(result.size() / 2);
+        client.send(RawClient::rpc(port(), "keep"));
+        const QByteArray begin = client.read(reply.size() / 2);
         client.finishSending();
         return begin + client.readAll();
     });
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
-    m_kept.takeFirst()->finish(result);
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+    m_handler.kept.takeFirst().reply(reply);
     ASSERT_TRUE(spinUntil(
         [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
-    const QByteArray body = bodyOf(answer.get());
-    EXPECT_FALSE(body.contains("HTTP/1.1"));
-    EXPECT_TRUE(body == R"({"id":9,"jsonrpc":"2.0","result":")" + result.toLatin1() + "\"}");
+    EXPECT_TRUE(bodyOf(answer.get()) == reply);
 }
 
-TEST_F(HttpServerTest, EndsWhileACallIsStillUnanswered)
+TEST_F(HttpServerTest, MayBeDestroyedWhileARequestWaits)
 {
-    const auto waiting = std::async(std::launch::async, [this] {
-        return RawClient::exchange(
-            port(), RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":9,"method":"keep"})"));
-    });
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    const auto waiting = std::async(std::launch::async,
+        [this] { return RawClient::exchange(port(), RawClient::rpc(port(), "keep")); });
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
     m_server.reset();
-    m_kept.first()->finish(5);
+    m_handler.kept.first().reply("late");
     ASSERT_TRUE(spinUntil(
         [&] { return waiting.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
 }
@@ -273,7 +249,7 @@ TEST_F(HttpServerTest, RefusesARequestWithoutHost)
     EXPECT_THAT(statusOf(response), testing::AnyOf(400, 403));
 }
 
-TEST_F(HttpServerTest, RefusesAPageFromElsewhere)
+TEST_F(HttpServerTest, RefusesAForeignOrigin)
 {
     const QByteArray type = "Content-Type: application/json\r\n";
     const QByteArray own = "http://127.0.0.1:" + QByteArray::number(port());
@@ -286,7 +262,7 @@ TEST_F(HttpServerTest, RefusesAPageFromElsewhere)
     EXPECT_EQ(statusOf(get("/", "Origin: http://evil.example\r\n")), 403);
 }
 
-TEST_F(HttpServerTest, TakesNothingButJson)
+TEST_F(HttpServerTest, RefusesABodyThatIsNotDeclaredAsJson)
 {
     EXPECT_EQ(statusOf(postWith("")), 415);
     EXPECT_EQ(statusOf(postWith("Content-Type: text/plain\r\n")), 415);
@@ -294,7 +270,7 @@ TEST_F(HttpServerTest, TakesNothingButJson)
     EXPECT_EQ(statusOf(postWith("Content-Type: application/json; charset=utf-8\r\n")), 200);
 }
 
-TEST_F(HttpServerTest, GetChangesNothing)
+TEST_F(HttpServerTest, RefusesOtherMethods)
 {
     const QByteArray response = get("/jsonrpc?method=echo");
     EXPECT_EQ(statusOf(response), 405);
@@ -308,7 +284,7 @@ TEST_F(HttpServerTest, GetChangesNothing)
         405);
 }
 
-TEST_F(HttpServerTest, ServesAPageAtItsRootAndNothingElse)
+TEST_F(HttpServerTest, HasAPlaceholderForThePage)
 {
     const QByteArray response = get("/");
     EXPECT_EQ(statusOf(response), 200);
@@ -344,7 +320,7 @@ TEST_F(HttpServerTest, WaitsForAResourceThatAnswersLater)
     EXPECT_EQ(bodyOf(get("/letter")), "for /letter, ");
 }
 
-TEST_F(HttpServerTest, OutlivesAClientThatDoesNotWaitForAResource)
+TEST_F(HttpServerTest, DropsTheResponseToAClientThatHasLeft)
 {
     m_letter.isKept = true;
     m_server->addResource(&m_letter);
@@ -369,7 +345,7 @@ TEST_F(HttpServerTest, AnswersHeadWithoutABody)
     EXPECT_EQ(bodyOf(response), "");
 }
 
-TEST_F(HttpServerTest, EveryAnswerCarriesTheHeadersThatGuardAPage)
+TEST_F(HttpServerTest, EveryResponseHasTheHeadersThatProtectAPage)
 {
     for (const QByteArray &response : {get("/"), get("/nothing"), post(Echo)}) {
         EXPECT_EQ(headerOf(response, "Content-Security-Policy"), "default-src 'self'");
@@ -388,7 +364,7 @@ TEST_F(HttpServerTest, TakesABodyOfAtMostSixtyFourKibibytes)
     EXPECT_EQ(statusOf(post(padded(65536))), 200);
     EXPECT_EQ(statusOf(post(padded(65537))), 413);
     EXPECT_EQ(statusOf(post(padded(1000000))), 413);
-    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+    EXPECT_EQ(bodyOf(post(Echo)), Echo);
 }
 
 TEST_F(HttpServerTest, BoundsABodyThatComesInChunks)
@@ -426,12 +402,10 @@ TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotTakeItsAnswer)
     HttpServerLimits limits;
     limits.writeTimeout = 50;
     startServer(limits);
-    m_rpc->addMethod(QStringLiteral("much"), [](const JsonRpcCallPtr &call) {
-        call->finish(QString(32 * 1024 * 1024, QLatin1Char('x')));
-    });
     const auto client = std::make_unique<RawClient>(port());
-    client->send(RawClient::rpc(port(), R"({"jsonrpc":"2.0","id":1,"method":"much"})"));
-    ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 1; }));
+    client->send(RawClient::rpc(port(), "keep"));
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
+    m_handler.kept.takeFirst().reply(QByteArray(32 * 1024 * 1024, 'x'));
     EXPECT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
 }
 
@@ -444,9 +418,6 @@ protected:
         limits.connections = 3;
         startServer(limits);
     }
-
-    static constexpr char Keep[] = R"({"jsonrpc":"2.0","id":1,"method":"keep"})";
-    static constexpr char Follow[] = R"({"jsonrpc":"2.0","id":1,"method":"follow"})";
 
     /// Opens connections of clients that then say no more, one after the other.
     template <class Client>
@@ -479,11 +450,11 @@ protected:
     template <class Client>
     bool isOpen(Client &client)
     {
-        return inBackground([&] { return client.ask(Echo); }) == EchoAnswer;
+        return inBackground([&] { return client.ask(Echo); }) == Echo;
     }
 };
 
-TEST_F(FullHttpServerTest, ServesANewClientAndLetsTheOldestIdleOneGo)
+TEST_F(FullHttpServerTest, ClosesTheConnectionThatHasBeenIdleForLongest)
 {
     const auto idle = open<RawClient>(3);
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 3; }));
@@ -493,27 +464,27 @@ TEST_F(FullHttpServerTest, ServesANewClientAndLetsTheOldestIdleOneGo)
         idle[1]->send(RawClient::rpc(port(), Echo));
         return idle[1]->readResponse();
     });
-    EXPECT_EQ(statusOf(second), 200) << "who came later is still there";
+    EXPECT_EQ(statusOf(second), 200) << "the second one is still open";
 }
 
-TEST_F(FullHttpServerTest, LetsNoneGoThatWaitsForItsAnswer)
+TEST_F(FullHttpServerTest, RefusesANewClientWhileAllOthersWaitForReplies)
 {
-    const auto waiting = open<RawClient>(3, RawClient::rpc(port(), Keep));
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 3; }));
+    const auto waiting = open<RawClient>(3, RawClient::rpc(port(), "keep"));
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 3; }));
     EXPECT_EQ(statusOf(post(Echo)), 503);
-    for (const JsonRpcCallPtr &call : qAsConst(m_kept))
-        call->finish(QStringLiteral("late"));
+    while (!m_handler.kept.isEmpty())
+        m_handler.kept.takeFirst().reply("late");
     for (const auto &client : waiting) {
         const QByteArray response = inBackground([&] { return client->readResponse(); });
-        EXPECT_EQ(bodyOf(response), R"({"id":1,"jsonrpc":"2.0","result":"late"})");
+        EXPECT_EQ(bodyOf(response), "late");
     }
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
     EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
 }
 
-TEST_F(FullHttpServerTest, AWebSocketThatFollowsSomethingStaysWhereOneIsIdle)
+TEST_F(FullHttpServerTest, ClosesAnIdleWebSocketBeforeASubscribedOne)
 {
-    const auto follower = open<RawWebSocket>(1, Follow);
+    const auto follower = open<RawWebSocket>(1, "subscribe");
     const auto idle = open<RawWebSocket>(2);
     for (int i = 0; i < 10; ++i)
         EXPECT_EQ(statusOf(post(Echo)), 200);
@@ -522,24 +493,23 @@ TEST_F(FullHttpServerTest, AWebSocketThatFollowsSomethingStaysWhereOneIsIdle)
     EXPECT_TRUE(isOpen(*idle[1]));
 }
 
-TEST_F(FullHttpServerTest, AWebSocketThatWaitsForAnAnswerStays)
+TEST_F(FullHttpServerTest, ClosesAnIdleWebSocketBeforeOneThatWaitsForAReply)
 {
     const auto asking = inBackground([this] {
         auto socket = std::make_unique<RawWebSocket>(port());
-        socket->send(RawWebSocket::Text, Keep);
+        socket->send(RawWebSocket::Text, "keep");
         return socket;
     });
-    ASSERT_TRUE(spinUntil([this] { return m_kept.size() == 1; }));
+    ASSERT_TRUE(spinUntil([this] { return m_handler.kept.size() == 1; }));
     const auto idle = open<RawWebSocket>(2);
     EXPECT_EQ(statusOf(post(Echo)), 200);
-    m_kept.first()->finish(1);
-    EXPECT_EQ(inBackground([&] { return asking->receive(); }).payload,
-        R"({"id":1,"jsonrpc":"2.0","result":1})");
+    m_handler.kept.first().reply("late");
+    EXPECT_EQ(inBackground([&] { return asking->receive(); }).payload, "late");
 }
 
-TEST_F(FullHttpServerTest, WhereAllFollowSomethingTheQuietestGoes)
+TEST_F(FullHttpServerTest, OfSubscribedWebSocketsClosesTheQuietest)
 {
-    const auto followers = open<RawWebSocket>(3, Follow);
+    const auto followers = open<RawWebSocket>(3, "subscribe");
     ASSERT_TRUE(isOpen(*followers[0]));
     EXPECT_EQ(statusOf(post(Echo)), 200);
     EXPECT_EQ(inBackground([&] { return followers[1]->receive(); }).opcode, -1);
@@ -547,11 +517,11 @@ TEST_F(FullHttpServerTest, WhereAllFollowSomethingTheQuietestGoes)
     EXPECT_TRUE(isOpen(*followers[2]));
 }
 
-TEST_F(FullHttpServerTest, TheClientWithTheMostConnectionsGivesOneUp)
+TEST_F(FullHttpServerTest, ClosesAConnectionOfTheAddressWithTheMost)
 {
     const auto alone
         = inBackground([this] { return std::make_unique<RawClient>(port(), "127.0.0.2"); });
-    const auto many = open<RawWebSocket>(2, Follow);
+    const auto many = open<RawWebSocket>(2, "subscribe");
     EXPECT_EQ(statusOf(post(Echo)), 200);
     EXPECT_EQ(inBackground([&] { return many[0]->receive(); }).opcode, -1);
     const QByteArray response = inBackground([&] {
@@ -561,7 +531,7 @@ TEST_F(FullHttpServerTest, TheClientWithTheMostConnectionsGivesOneUp)
     EXPECT_EQ(statusOf(response), 200);
 }
 
-TEST_F(FullHttpServerTest, AFloodIsBoundedAndTheOnesThatCameFirstGo)
+TEST_F(FullHttpServerTest, BoundsAFloodOfConnections)
 {
     std::vector<std::unique_ptr<RawClient>> clients;
     const QByteArray received = inBackground([&] {
@@ -574,11 +544,11 @@ TEST_F(FullHttpServerTest, AFloodIsBoundedAndTheOnesThatCameFirstGo)
     EXPECT_EQ(statusOf(post(Echo)), 200);
 }
 
-TEST_F(HttpServerTest, AnswersAClickWhileAnotherClientHoldsEveryConnection)
+TEST_F(HttpServerTest, AnswersWithinASecondWhileOneClientTakesEveryConnection)
 {
     const auto page = inBackground([this] {
         auto socket = std::make_unique<RawWebSocket>(port());
-        socket->ask(R"({"jsonrpc":"2.0","id":1,"method":"follow"})");
+        socket->ask("subscribe");
         return socket;
     });
     std::vector<std::unique_ptr<RawClient>> held;
@@ -590,14 +560,14 @@ TEST_F(HttpServerTest, AnswersAClickWhileAnotherClientHoldsEveryConnection)
         });
         QElapsedTimer clock;
         clock.start();
-        EXPECT_EQ(inBackground([&] { return page->ask(Echo); }), EchoAnswer);
+        EXPECT_EQ(inBackground([&] { return page->ask(Echo); }), Echo);
         EXPECT_EQ(statusOf(post(Echo)), 200);
         EXPECT_LT(clock.elapsed(), 1000);
     }
     EXPECT_LE(m_server->connections(), 64 + 16);
 }
 
-TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
+TEST_F(HttpServerTest, SurvivesBytesThatAreNotHttp)
 {
     for (const QByteArray &bytes :
         {QByteArray("\r\n\r\n"), QByteArray(200000, 'A'), QByteArray("GET\r\n\r\n"),
@@ -614,7 +584,7 @@ TEST_F(HttpServerTest, SurvivesWhatIsNoHttp)
         });
         EXPECT_NE(statusOf(response), 200) << bytes.left(40).toStdString();
     }
-    EXPECT_EQ(bodyOf(post(Echo)), EchoAnswer);
+    EXPECT_EQ(bodyOf(post(Echo)), Echo);
 }
 
 } // namespace

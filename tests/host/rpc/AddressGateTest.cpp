@@ -10,16 +10,12 @@
 #include "api/values/VeskRoles.h"
 #include "api/web/VeskJson.h"
 #include "host/rpc/RpcMethods.h"
+#include "tests/host/rpc/Peer.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gtest/gtest.h>
 
 namespace {
-
-class Peer : public JsonRpcPeer {
-public:
-    void notify(const QString &, const QVariant &) override { }
-};
 
 CMPath pathOf(const char *text)
 {
@@ -73,12 +69,12 @@ protected:
         list->rowsAppend(row);
     }
 
-    int codeOf(const char *method, const char *path, JsonRpcPeer *peer = nullptr)
+    int codeOf(const char *method, const char *path, MessagePeer *peer = nullptr)
     {
         QByteArray answer;
         m_rpc.handle(QByteArray("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"") + method
                 + "\",\"params\":{\"path\":\"" + path + "\",\"role\":\"activate\",\"value\":1}}",
-            peer, [&](const QByteArray &bytes) { answer = bytes; });
+            peer, peer, [&](const QByteArray &bytes) { answer = bytes; });
         EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
         VeskError error;
         m_error = VeskJson::parse(answer, error).toHash().value(QStringLiteral("error")).toHash();
@@ -102,8 +98,8 @@ constexpr int NotOffered = JsonRpcError::NotOffered;
 TEST_F(AddressGateTest, refusesWhatNoListOffered)
 {
     for (const char *method : {"getRows", "getData"}) {
-        for (JsonRpcPeer *peer :
-            {static_cast<JsonRpcPeer *>(nullptr), static_cast<JsonRpcPeer *>(&m_page)}) {
+        for (MessagePeer *peer :
+            {static_cast<MessagePeer *>(nullptr), static_cast<MessagePeer *>(&m_page)}) {
             EXPECT_EQ(codeOf(method, "Radio:change/path?id=1", peer), NotOffered);
             EXPECT_EQ(m_error.value(QStringLiteral("message")),
                 QStringLiteral("This address changes something. It can only be opened from a list "
@@ -118,8 +114,8 @@ TEST_F(AddressGateTest, refusesWhatNoListOffered)
 
 TEST_F(AddressGateTest, opensWhatAListOffered)
 {
-    for (JsonRpcPeer *peer :
-        {static_cast<JsonRpcPeer *>(&m_page), static_cast<JsonRpcPeer *>(nullptr)}) {
+    for (MessagePeer *peer :
+        {static_cast<MessagePeer *>(&m_page), static_cast<MessagePeer *>(nullptr)}) {
         EXPECT_EQ(codeOf("getRows", "Radio:list", peer), 0);
         EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1", peer), 0);
         EXPECT_EQ(codeOf("getRows", "Radio:change/path?i%64=%31", peer), 0)

@@ -4,16 +4,12 @@
 #include "host/rpc/JsonRpcDispatcher.h"
 
 #include "api/web/VeskJson.h"
+#include "tests/host/rpc/Peer.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gmock/gmock.h>
 
 namespace {
-
-class Peer : public JsonRpcPeer {
-public:
-    void notify(const QString &, const QVariant &) override { }
-};
 
 /// A dispatcher with the methods echo (answers with its parameters), fail, keep (answers when the
 /// test does) and forget (lets go of the call).
@@ -31,10 +27,10 @@ protected:
         m_dispatcher.addMethod(QStringLiteral("forget"), [](const JsonRpcCallPtr &) {});
     }
 
-    void send(const QByteArray &message, JsonRpcPeer *peer = nullptr)
+    void send(const QByteArray &message, MessagePeer *peer = nullptr)
     {
         m_dispatcher.handle(
-            message, peer, [this](const QByteArray &answer) { m_answers.append(answer); });
+            message, peer, peer, [this](const QByteArray &answer) { m_answers.append(answer); });
     }
 
     QByteArray answerTo(const QByteArray &message)
@@ -210,7 +206,7 @@ TEST(JsonRpcDispatcherLifeTest, ACallMayOutliveItsDispatcher)
     JsonRpcCallPtr kept;
     dispatcher->addMethod(QStringLiteral("keep"), [&](const JsonRpcCallPtr &call) { kept = call; });
     bool answered = false;
-    dispatcher->handle(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", nullptr,
+    dispatcher->handle(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", nullptr, nullptr,
         [&](const QByteArray &) { answered = true; });
     dispatcher.reset();
     kept->finish({});

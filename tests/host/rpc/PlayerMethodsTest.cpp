@@ -57,7 +57,7 @@ protected:
         QByteArray answer;
         rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"player." + method
                 + "\",\"params\":" + params + "}",
-            nullptr, [&answer](const QByteArray &bytes) { answer = bytes; });
+            nullptr, nullptr, [&answer](const QByteArray &bytes) { answer = bytes; });
         EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
         VeskError error;
         return VeskJson::parse(answer, error).toHash();
@@ -176,7 +176,7 @@ TEST_F(PlayerMethodsTest, whoAskedDuringAChangeHearsThatItIsUndone)
     told.clear();
     Q_EMIT player.titleChanged(text("On the air"));
     QByteArray answer;
-    rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", nullptr,
+    rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", nullptr, nullptr,
         [&answer](const QByteArray &bytes) { answer = bytes; });
     Q_EMIT player.titleChanged({});
     EXPECT_THAT(answer.toStdString(), testing::HasSubstr("On the air"));

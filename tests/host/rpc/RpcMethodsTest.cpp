@@ -10,21 +10,12 @@
 #include "api/values/VeskRowsRoles.h"
 #include "api/web/VeskJson.h"
 #include "host/rpc/ServiceFaults.h"
+#include "tests/host/rpc/Peer.h"
 #include "tests/support/WorkerThread.h"
 
 #include <gmock/gmock.h>
 
 namespace {
-
-class Peer : public JsonRpcPeer {
-public:
-    void notify(const QString &method, const QVariant &params) override
-    {
-        notifications.append(jsonRpcNotification(method, params));
-    }
-
-    QList<QByteArray> notifications;
-};
 
 CMPath path(const char *text)
 {
@@ -102,13 +93,13 @@ protected:
     ~RpcMethodsTest() override { m_root.removeWorker(&m_values); }
 
     QVariantHash ask(
-        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+        const QByteArray &method, const QByteArray &params, MessagePeer *peer = nullptr)
     {
         QByteArray answer;
         bool answered = false;
         m_rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"" + method
                 + "\",\"params\":" + params + "}",
-            peer, [&](const QByteArray &bytes) {
+            peer, peer, [&](const QByteArray &bytes) {
                 answer = bytes;
                 answered = true;
             });
@@ -118,18 +109,18 @@ protected:
     }
 
     QByteArray resultOf(
-        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+        const QByteArray &method, const QByteArray &params, MessagePeer *peer = nullptr)
     {
         return VeskJson::write(ask(method, params, peer).value(QStringLiteral("result")));
     }
 
     QVariantHash errorOf(
-        const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+        const QByteArray &method, const QByteArray &params, MessagePeer *peer = nullptr)
     {
         return ask(method, params, peer).value(QStringLiteral("error")).toHash();
     }
 
-    int codeOf(const QByteArray &method, const QByteArray &params, JsonRpcPeer *peer = nullptr)
+    int codeOf(const QByteArray &method, const QByteArray &params, MessagePeer *peer = nullptr)
     {
         return errorOf(method, params, peer).value(QStringLiteral("code")).toInt();
     }
@@ -256,16 +247,16 @@ TEST_F(RpcMethodsTest, ASubscriberIsToldOfChangesUntilItUnsubscribes)
     Peer peer;
     EXPECT_EQ(resultOf("subscribe", R"({"path":"settings:name"})", &peer), "{}");
     m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("a")));
-    ASSERT_TRUE(spinUntil([&] { return peer.notifications.size() == 1; }));
-    EXPECT_EQ(peer.notifications.first(),
+    ASSERT_TRUE(spinUntil([&] { return peer.sent.size() == 1; }));
+    EXPECT_EQ(peer.sent.first(),
         R"({"jsonrpc":"2.0","method":"changed","params":{"first":-1,"kind":"valueChanged","last":-1,"path":"settings:name"}})");
 
     EXPECT_EQ(resultOf("unsubscribe", R"({"path":"settings:name"})", &peer), "{}");
     EXPECT_EQ(resultOf("subscribe", R"({"path":"settings:fixed"})", &peer), "{}");
     m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("b")));
     m_values.setValue(path("settings:fixed"), VeskValue::fromBool(false));
-    ASSERT_TRUE(spinUntil([&] { return peer.notifications.size() == 2; }));
-    EXPECT_THAT(peer.notifications.last().toStdString(), testing::HasSubstr("settings:fixed"));
+    ASSERT_TRUE(spinUntil([&] { return peer.sent.size() == 2; }));
+    EXPECT_THAT(peer.sent.last().toStdString(), testing::HasSubstr("settings:fixed"));
 }
 
 TEST_F(RpcMethodsTest, AScreenThatCouldNotBeHadIsToldFromAnEmptyOne)
@@ -324,10 +315,9 @@ TEST_F(RpcMethodsTest, SubscribingTwiceIsSubscribingOnce)
     resultOf("subscribe", R"({"path":"settings:fixed"})", &peer);
     m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("a")));
     m_values.setValue(path("settings:fixed"), VeskValue::fromBool(false));
-    ASSERT_TRUE(spinUntil([&] {
-        return !peer.notifications.isEmpty() && peer.notifications.last().contains("fixed");
-    }));
-    EXPECT_EQ(peer.notifications.size(), 2);
+    ASSERT_TRUE(
+        spinUntil([&] { return !peer.sent.isEmpty() && peer.sent.last().contains("fixed"); }));
+    EXPECT_EQ(peer.sent.size(), 2);
 }
 
 TEST_F(RpcMethodsTest, SubscriptionsNeedALastingConnection)

@@ -5,6 +5,7 @@
 
 #include "api/nodes/CMContainerNode.h"
 #include "api/nodes/CMNodesWorker.h"
+#include "tests/host/rpc/Peer.h"
 #include "tests/support/WorkerThread.h"
 
 #include <QCoreApplication>
@@ -12,11 +13,6 @@
 #include <gtest/gtest.h>
 
 namespace {
-
-class Peer : public JsonRpcPeer {
-public:
-    void notify(const QString &, const QVariant &) override { }
-};
 
 CMPath path(const char *text)
 {
@@ -90,18 +86,18 @@ protected:
         return {path(at), {QStringLiteral("title")}, first, last, false};
     }
     /// The first and the last row: "title 0 of 1, title 99 of 1".
-    QString read(const ScreenSnapshots::Range &range, JsonRpcPeer *client)
+    QString read(const ScreenSnapshots::Range &range, MessagePeer *client)
     {
         QString answer;
         ask(range, client, &answer);
         EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
         return answer;
     }
-    QString read(int first, int last, JsonRpcPeer *client)
+    QString read(int first, int last, MessagePeer *client)
     {
         return read(range(first, last), client);
     }
-    void ask(const ScreenSnapshots::Range &range, JsonRpcPeer *client, QString *answer)
+    void ask(const ScreenSnapshots::Range &range, MessagePeer *client, QString *answer)
     {
         screens.rows(client, range, [answer](const ScreenSnapshots::Answer &given) {
             const QVariantList got = given.rows.rows();

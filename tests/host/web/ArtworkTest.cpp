@@ -33,13 +33,13 @@ protected:
 
     void ask(const QByteArray &path)
     {
-        HttpQuery query;
+        HttpRequest query;
         query.path = path;
-        m_artwork->get(query, [this](const HttpAnswer &answer) { m_answers.append(answer); });
+        m_artwork->get(query, [this](const HttpResponse &answer) { m_answers.append(answer); });
     }
 
     /// The answer for a picture that a service named.
-    HttpAnswer askFor(const QByteArray &target)
+    HttpResponse askFor(const QByteArray &target)
     {
         m_artwork->remember(url(target));
         m_answers.clear();
@@ -48,7 +48,7 @@ protected:
         return m_answers.value(0);
     }
 
-    static QByteArray headerOf(const HttpAnswer &answer, const QByteArray &name)
+    static QByteArray headerOf(const HttpResponse &answer, const QByteArray &name)
     {
         for (const auto &header : answer.headers) {
             if (header.first == name)
@@ -60,12 +60,12 @@ protected:
     ScriptedServer::Response m_response {200, Png, {{"Content-Type", "text/html"}}};
     ScriptedServer m_server {[this](const ScriptedServer::Request &) { return m_response; }};
     std::unique_ptr<Artwork> m_artwork = std::make_unique<Artwork>();
-    QList<HttpAnswer> m_answers;
+    QList<HttpResponse> m_answers;
 };
 
 TEST_F(ArtworkTest, ServesAPictureThatAServiceNamed)
 {
-    const HttpAnswer answer = askFor("/a.png");
+    const HttpResponse answer = askFor("/a.png");
     EXPECT_EQ(answer.code, 200u);
     EXPECT_EQ(answer.type, "image/png"); // by its content, whatever its server called it
     EXPECT_EQ(answer.body, Png);
@@ -77,7 +77,7 @@ TEST_F(ArtworkTest, ServesAPictureThatAServiceNamed)
 TEST_F(ArtworkTest, FetchesNothingFromInsideWhereThePolicyForbidsIt)
 {
     AddressPolicy::setCurrent(AddressReach::Internet);
-    const HttpAnswer answer = askFor("/a.png");
+    const HttpResponse answer = askFor("/a.png");
     AddressPolicy::setCurrent(AddressReach::Machine);
     EXPECT_EQ(answer.code, 502u);
     EXPECT_EQ(m_server.connections(), 0);
@@ -96,7 +96,7 @@ TEST_F(ArtworkTest, FetchesNothingThatNoServiceNamed)
              QByteArray("/artwork/"), QByteArray("/artwork/../secret")})
         ask(path);
     ASSERT_EQ(m_answers.size(), 4);
-    for (const HttpAnswer &answer : qAsConst(m_answers))
+    for (const HttpResponse &answer : qAsConst(m_answers))
         EXPECT_EQ(answer.code, 404u);
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
@@ -105,7 +105,7 @@ TEST_F(ArtworkTest, ServesNothingThatIsNoPicture)
 {
     m_response.body = "<svg xmlns='http://www.w3.org/2000/svg'><script>alert(1)</script></svg>";
     m_response.headers = {{"Content-Type", "image/png"}};
-    const HttpAnswer answer = askFor("/a.png");
+    const HttpResponse answer = askFor("/a.png");
     EXPECT_EQ(answer.code, 502u);
     EXPECT_EQ(answer.type, "text/plain; charset=utf-8");
     EXPECT_FALSE(answer.body.contains("svg"));
@@ -132,7 +132,7 @@ TEST_F(ArtworkTest, FetchesOnceForAllWhoWait)
         ask(pathOf(url("/a.png")));
     ASSERT_TRUE(spinUntil([this] { return m_answers.size() == 3; }));
     EXPECT_EQ(m_server.requests().size(), 1);
-    for (const HttpAnswer &answer : qAsConst(m_answers))
+    for (const HttpResponse &answer : qAsConst(m_answers))
         EXPECT_EQ(answer.code, 200u);
 }
 

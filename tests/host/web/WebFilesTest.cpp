@@ -30,17 +30,17 @@ protected:
         write(QStringLiteral("assets/main-1.js.gz"), "zipped");
     }
 
-    HttpAnswer get(const QByteArray &path, const QByteArray &acceptEncoding = {},
+    HttpResponse get(const QByteArray &path, const QByteArray &acceptEncoding = {},
         const QByteArray &ifNoneMatch = {})
     {
         WebFiles files(m_folder.path());
-        HttpAnswer result;
+        HttpResponse result;
         files.get({path, "127.0.0.1:8765", acceptEncoding, ifNoneMatch},
-            [&](const HttpAnswer &answer) { result = answer; });
+            [&](const HttpResponse &answer) { result = answer; });
         return result;
     }
 
-    static QByteArray headerOf(const HttpAnswer &answer, const QByteArray &name)
+    static QByteArray headerOf(const HttpResponse &answer, const QByteArray &name)
     {
         for (const auto &header : answer.headers) {
             if (header.first == name)
@@ -55,7 +55,7 @@ protected:
 TEST_F(WebFilesTest, ServesThePageAtItsRoot)
 {
     writePage();
-    const HttpAnswer answer = get("/");
+    const HttpResponse answer = get("/");
     EXPECT_EQ(answer.code, 200u);
     EXPECT_EQ(answer.type, "text/html; charset=utf-8");
     EXPECT_EQ(answer.body, "<p>");
@@ -92,13 +92,13 @@ TEST_F(WebFilesTest, ServesTheCompressedFormToThoseWhoTakeIt)
 {
     writePage();
     for (const char *taken : {"gzip", "br, gzip;q=0.5", "deflate,GZIP"}) {
-        const HttpAnswer answer = get("/assets/main-1.js", taken);
+        const HttpResponse answer = get("/assets/main-1.js", taken);
         EXPECT_EQ(answer.body, "zipped") << taken;
         EXPECT_EQ(headerOf(answer, "Content-Encoding"), "gzip");
         EXPECT_EQ(headerOf(answer, "Vary"), "Accept-Encoding");
     }
     for (const char *refused : {"", "br", "gzip;q=0", "gzip; q=0.0", "notgzip"}) {
-        const HttpAnswer answer = get("/assets/main-1.js", refused);
+        const HttpResponse answer = get("/assets/main-1.js", refused);
         EXPECT_EQ(answer.body, "script") << refused;
         EXPECT_EQ(headerOf(answer, "Content-Encoding"), "");
     }
@@ -110,7 +110,7 @@ TEST_F(WebFilesTest, SaysWhenNothingHasChanged)
     const QByteArray tag = headerOf(get("/"), "ETag");
     ASSERT_TRUE(tag.startsWith('"') && tag.endsWith('"')) << tag.constData();
     for (const QByteArray &known : {tag, "W/" + tag, "\"x\", " + tag, QByteArray("*")}) {
-        const HttpAnswer answer = get("/", {}, known);
+        const HttpResponse answer = get("/", {}, known);
         EXPECT_EQ(answer.code, 304u) << known.constData();
         EXPECT_TRUE(answer.type.isNull());
         EXPECT_EQ(headerOf(answer, "ETag"), tag);

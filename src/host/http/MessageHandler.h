@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+
+#include <functional>
+
+/// A client with a WebSocket, as the handler of its messages sees it: it can be sent messages that
+/// it did not ask for. Destroyed when the client leaves. Main thread.
+class MessagePeer : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    virtual void send(const QByteArray &message) = 0;
+
+    /// The client is told of changes. When connections run out, one that is not, and that waits for
+    /// no reply, is closed first.
+    void setSubscribed(bool subscribed) { m_isSubscribed = subscribed; }
+    bool isSubscribed() const { return m_isSubscribed; }
+
+private:
+    bool m_isSubscribed = false;
+};
+
+/// What the server does with the messages of its clients: the bodies of POST requests, and the text
+/// messages of WebSockets. Main thread.
+class MessageHandler {
+public:
+    /// Sends the reply. An empty one says that there is nothing to say.
+    using Reply = std::function<void(const QByteArray &)>;
+
+    MessageHandler() = default;
+    MessageHandler(const MessageHandler &) = delete;
+    MessageHandler &operator=(const MessageHandler &) = delete;
+    virtual ~MessageHandler() = default;
+
+    /// Calls \a reply at most once, maybe before this returns; it may be called when the client, or
+    /// the server, has gone. A POST's connection stays open until \a reply is called or dropped. \a
+    /// peer is null for a POST. \a client is destroyed when the client leaves without waiting for
+    /// the reply; it is \a peer for a WebSocket, and null when there is no way to tell.
+    virtual void handle(
+        const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply)
+        = 0;
+};
