@@ -70,11 +70,12 @@ void requireSound(const HostOptions &options)
 
 void start(const QStringList &arguments)
 {
-    const HostCommandLine line = parseHostCommandLine(arguments);
-    if (line.run)
-        return requireSound(line.options);
-    FUZZ_REQUIRE(line.status == 0 || line.status == 2);
-    FUZZ_REQUIRE(!line.text.isEmpty());
+    const auto options = parseHostCommandLine(arguments);
+    if (options)
+        return requireSound(*options);
+    const CommandLineEnd &end = options.error();
+    FUZZ_REQUIRE(end.status == 0 || end.status == 2);
+    FUZZ_REQUIRE(!end.text.isEmpty());
 }
 
 } // namespace

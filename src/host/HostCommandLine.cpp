@@ -3,7 +3,6 @@
 
 #include "host/HostCommandLine.h"
 
-#include "base/cli/CommandLine.h"
 #include "host/HostConfigFile.h"
 
 #include <optional>
@@ -12,145 +11,82 @@
 
 namespace {
 
-struct Arguments {
-    std::optional<std::string> config;
-    std::vector<std::string> plugins;
-    std::optional<std::string> listen;
-    std::vector<std::string> values;
-    std::vector<std::string> connectTo;
-    std::optional<std::string> caFile;
-    std::optional<std::string> audio;
-    bool inProcess = false;
-    std::optional<std::string> restartWait;
-    std::optional<std::string> watchdog;
-    std::optional<std::string> stateFolder;
-    std::optional<std::string> logLevel;
-    std::optional<std::string> logFile;
-    std::optional<std::string> logSize;
+/// What the command line says about one option.
+struct Argument {
+    std::optional<std::string> single;
+    std::vector<std::string> repeated;
+    bool flag = false;
 };
 
-void addOptions(CommandLine &app, Arguments &into)
+void addOption(CommandLine &app, const HostOption &option, Argument &into)
 {
-    app.addOption("--config", into.config, "A file with these options").valueName("FILE");
-    app.addOption("--plugin", into.plugins, "A plug-in to load").valueName("FILE.so").oneAtATime();
-    app.addOption("--listen", into.listen, "Where to serve clients (127.0.0.1:8765)")
-        .valueName("ADDRESS:PORT");
-    app.addOption("--set", into.values, "Sets a value and keeps it as it is")
-        .valueName("PATH=VALUE")
-        .oneAtATime();
-    app.addOption("--connect-to", into.connectTo, "Connects elsewhere for HOST:PORT")
-        .valueName("HOST:PORT:ADDRESS:PORT")
-        .oneAtATime();
-    app.addOption("--ca-file", into.caFile, "One more certificate authority to trust")
-        .valueName("FILE");
-    app.addOption("--audio", into.audio, "Where sound goes (auto)").valueName("auto|null|wav:FILE");
-    app.addFlag("--in-process", into.inProcess,
-           "Runs plug-ins in this process, where one that crashes ends the host")
-        .plain();
-    app.addOption("--restart-wait", into.restartWait,
-           "The longest wait before a plug-in that crashed is started again (30)")
-        .valueName("SECONDS");
-    app.addOption("--watchdog", into.watchdog,
-           "How long the main loop may stand still before the host aborts, 0 for ever (10)")
-        .valueName("SECONDS");
-    app.addOption("--state-dir", into.stateFolder, "Where settings are kept").valueName("DIR");
-    app.addOption("--log-level", into.logLevel, "How much is logged (info)")
-        .valueName("trace|debug|info|warn|error");
-    app.addOption("--log-file", into.logFile, "Where the log goes (standard error)")
-        .valueName("FILE");
-    app.addOption("--log-size", into.logSize, "How large the log's file grows (10), 0: any size")
-        .valueName("MIB");
+    switch (option.kind) {
+    case HostOption::Flag:
+        app.addFlag(option.name, into.flag, option.description).plain();
+        return;
+    case HostOption::Single:
+        app.addOption(option.name, into.single, option.description).valueName(option.valueName);
+        return;
+    case HostOption::Repeated:
+    case HostOption::Assignment:
+        app.addOption(option.name, into.repeated, option.description)
+            .valueName(option.valueName)
+            .oneAtATime();
+        return;
+    }
 }
 
-QString text(const std::string &argument)
+QVariantList valuesOf(const Argument &argument)
 {
-    return QString::fromStdString(argument);
+    QVariantList values;
+    if (argument.single)
+        values.append(QString::fromStdString(*argument.single));
+    for (const std::string &text : argument.repeated)
+        values.append(QString::fromStdString(text));
+    if (argument.flag)
+        values.append(true);
+    return values;
 }
 
-QString setValue(HostOptions &options, const QString &assignment)
+CommandLineEnd badUsage(const char *option, const QString &problem)
 {
-    const int equals = assignment.indexOf(QLatin1Char('='));
-    if (equals < 0)
-        return QStringLiteral("\"%1\" is no PATH=VALUE").arg(assignment);
-    return HostOption::addPinned(options, assignment.left(equals), assignment.mid(equals + 1));
-}
-
-QString setFile(QString &option, const QString &name)
-{
-    option = name;
-    return name.isEmpty() ? QStringLiteral("a name is needed") : QString();
-}
-
-/// Puts what the command line says over what the configuration file said.
-QString apply(const Arguments &arguments, HostOptions &options)
-{
-    QString complaint;
-    const auto check = [&](const char *option, const QString &result) {
-        if (complaint.isEmpty() && !result.isEmpty())
-            complaint = QStringLiteral("%1: %2").arg(QLatin1String(option), result);
-    };
-
-    if (!arguments.plugins.empty())
-        options.plugins.clear();
-    for (const std::string &file : arguments.plugins)
-        check("--plugin", HostOption::addPlugin(options, text(file), {}));
-    for (const std::string &value : arguments.values)
-        check("--set", setValue(options, text(value)));
-    for (const std::string &entry : arguments.connectTo)
-        check("--connect-to", HostOption::addConnectTo(options, text(entry)));
-    if (arguments.listen)
-        check("--listen", HostOption::setListen(options, text(*arguments.listen)));
-    if (arguments.audio)
-        check("--audio", HostOption::setAudio(options, text(*arguments.audio)));
-    if (arguments.inProcess)
-        options.inProcess = true;
-    if (arguments.restartWait)
-        check("--restart-wait", HostOption::setRestartWait(options, text(*arguments.restartWait)));
-    if (arguments.watchdog)
-        check("--watchdog", HostOption::setWatchdog(options, text(*arguments.watchdog)));
-    if (arguments.logLevel)
-        check("--log-level", HostOption::setLogLevel(options, text(*arguments.logLevel)));
-    if (arguments.caFile)
-        check("--ca-file", setFile(options.caFile, text(*arguments.caFile)));
-    if (arguments.stateFolder)
-        check("--state-dir", setFile(options.stateFolder, text(*arguments.stateFolder)));
-    if (arguments.logSize)
-        check("--log-size", HostOption::setLogSize(options, text(*arguments.logSize)));
-    if (arguments.logFile)
-        check("--log-file", setFile(options.logFile, text(*arguments.logFile)));
-    return complaint;
-}
-
-HostCommandLine ended(int status, const QString &output)
-{
-    HostCommandLine result;
-    result.status = status;
-    result.text = output;
-    return result;
+    return {2, QStringLiteral("%1: %2").arg(QLatin1String(option), problem)};
 }
 
 } // namespace
 
-HostCommandLine parseHostCommandLine(const QStringList &arguments)
+Result<HostOptions, CommandLineEnd> parseHostCommandLine(const QStringList &arguments)
 {
     CommandLine app(
         "Plays internet radio through plug-ins; browse it with a web browser or veskctl.",
         "vesk-host");
-    Arguments read;
-    addOptions(app, read);
+    std::optional<std::string> config;
+    app.addOption("--config", config, "A file with these options").valueName("FILE");
+    const QVector<HostOption> &known = hostOptions();
+    std::vector<Argument> given(static_cast<std::size_t>(known.size()));
+    for (std::size_t i = 0; i < given.size(); ++i)
+        addOption(app, known.at(static_cast<int>(i)), given[i]);
     if (const auto end = app.read(arguments))
-        return ended(end->status, end->text);
+        return failure(*end);
 
-    HostCommandLine result;
-    QString complaint;
-    if (read.config)
-        complaint = readHostConfigFile(text(*read.config), result.options);
-    if (complaint.isEmpty())
-        complaint = apply(read, result.options);
-    if (complaint.isEmpty() && !result.options.audio.problem().isEmpty())
-        complaint = QStringLiteral("--audio: ") + result.options.audio.problem();
-    if (!complaint.isEmpty())
-        return ended(2, complaint);
-    result.run = true;
-    return result;
+    HostOptions options;
+    if (config) {
+        const auto done = readHostConfigFile(QString::fromStdString(*config), options);
+        if (!done)
+            return failure(CommandLineEnd {2, done.error()});
+    }
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const HostOption &option = known.at(static_cast<int>(i));
+        const QVariantList values = valuesOf(given[i]);
+        // Other lists are those of both, but plug-ins are chosen as a whole.
+        if (qstrcmp(option.name, "--plugin") == 0 && !values.isEmpty())
+            options.plugins.clear();
+        for (const QVariant &value : values) {
+            if (const auto done = option.set(options, value, {}); !done)
+                return failure(badUsage(option.name, done.error()));
+        }
+    }
+    if (const QString problem = options.audio.problem(); !problem.isEmpty())
+        return failure(badUsage("--audio", problem));
+    return options;
 }

@@ -5,6 +5,7 @@
 
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
+#include "base/Result.h"
 #include "host/http/HttpServer.h"
 #include "host/player/AudioOutputSpec.h"
 
@@ -28,7 +29,7 @@ struct PluginOptions {
 /// What a start of the host was asked for, by command line and configuration file. docs/host.md
 /// describes both.
 struct HostOptions {
-    /// When nobody names a plug-in: all of the folder beside the program.
+    /// Empty: all of the folder beside the program.
     QVector<PluginOptions> plugins;
     ListenAddress listen;
     /// Values that are set at start and stay as they are; the last one of a path counts.
@@ -40,8 +41,7 @@ struct HostOptions {
     bool inProcess = false;
     /// The longest wait before a plug-in's process that ended is started again.
     std::chrono::milliseconds restartWait = std::chrono::seconds(30);
-    /// How long the main loop may stand still before the process is ended; 0 for as long as it
-    /// likes.
+    /// How long the main loop may stand still before the process is ended; 0: forever.
     std::chrono::milliseconds watchdog = std::chrono::seconds(10);
     /// Empty: the default one.
     QString stateFolder;
@@ -52,15 +52,27 @@ struct HostOptions {
     qint64 logSize = 10 * 1024 * 1024;
 };
 
-/// One option's text into \a options; each returns what is wrong with it, empty when nothing is.
-namespace HostOption {
-QString addPlugin(HostOptions &options, const QString &file, const QString &serviceId);
-QString setListen(HostOptions &options, const QString &address);
-QString addPinned(HostOptions &options, const QString &path, const QVariant &value);
-QString addConnectTo(HostOptions &options, const QString &entry);
-QString setAudio(HostOptions &options, const QString &audio);
-QString setRestartWait(HostOptions &options, const QVariant &seconds);
-QString setWatchdog(HostOptions &options, const QVariant &seconds);
-QString setLogLevel(HostOptions &options, const QString &level);
-QString setLogSize(HostOptions &options, const QVariant &mebibytes);
-} // namespace HostOption
+/// One option, as the command line and the configuration file have it.
+struct HostOption {
+    enum Kind {
+        Single,
+        Flag, ///< true or false in the file
+        Repeated, ///< a list in the file
+        Assignment, ///< repeated: PATH=VALUE; an object in the file
+    };
+    /// Puts one value into \a options, or says what is wrong with it. An assignment of the file is
+    /// a hash with one entry. Relative file names are taken as relative to \a folder; with an empty
+    /// one they stay as they are.
+    using Set = Result<void, QString> (*)(
+        HostOptions &options, const QVariant &value, const QString &folder);
+
+    Kind kind;
+    const char *name; ///< "--ca-file"
+    const char *key; ///< "caFile", of the configuration file
+    const char *valueName; ///< for the help; null for a flag
+    const char *description; ///< the same
+    Set set;
+};
+
+/// All options but --config.
+const QVector<HostOption> &hostOptions();

@@ -80,14 +80,15 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-host"));
 
-    const HostCommandLine commandLine = parseHostCommandLine(commandLineArguments(argc, argv));
-    if (!commandLine.run) {
-        if (commandLine.status != Success)
-            return complain(BadUsage, commandLine.text);
-        std::cout << commandLine.text.toStdString() << std::flush;
+    const auto commandLine = parseHostCommandLine(commandLineArguments(argc, argv));
+    if (!commandLine) {
+        const CommandLineEnd &end = commandLine.error();
+        if (end.status != Success)
+            return complain(end.status, end.text);
+        std::cout << end.text.toStdString() << std::flush;
         return Success;
     }
-    const HostOptions &options = commandLine.options;
+    const HostOptions &options = *commandLine;
     const QString complaint = setUpLogging(options.logLevel, options.logFile, options.logSize);
     if (!complaint.isEmpty())
         return complain(BadUsage, QStringLiteral("--log-file: ") + complaint);

@@ -13,10 +13,7 @@
 
 namespace {
 
-HostCommandLine parse(const QStringList &arguments)
-{
-    return parseHostCommandLine(arguments);
-}
+using CommandLineResult = Result<HostOptions, CommandLineEnd>;
 
 QStringList words(const char *line)
 {
@@ -25,30 +22,30 @@ QStringList words(const char *line)
 
 TEST(HostCommandLineTest, HasDefaults)
 {
-    const HostCommandLine line = parse({});
-    ASSERT_TRUE(line.run);
-    EXPECT_EQ(line.options.listen.address, QStringLiteral("127.0.0.1"));
-    EXPECT_EQ(line.options.listen.port, 8765);
-    EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
-    EXPECT_EQ(line.options.logLevel, QStringLiteral("info"));
-    EXPECT_EQ(line.options.logSize, 10 * 1024 * 1024);
-    EXPECT_TRUE(line.options.plugins.isEmpty());
-    EXPECT_FALSE(line.options.inProcess);
-    EXPECT_EQ(line.options.restartWait, std::chrono::seconds(30));
-    EXPECT_EQ(line.options.watchdog, std::chrono::seconds(10));
+    const CommandLineResult line = parseHostCommandLine({});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->listen.address, QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(line->listen.port, 8765);
+    EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
+    EXPECT_EQ(line->logLevel, QStringLiteral("info"));
+    EXPECT_EQ(line->logSize, 10 * 1024 * 1024);
+    EXPECT_TRUE(line->plugins.isEmpty());
+    EXPECT_FALSE(line->inProcess);
+    EXPECT_EQ(line->restartWait, std::chrono::seconds(30));
+    EXPECT_EQ(line->watchdog, std::chrono::seconds(10));
 }
 
 TEST(HostCommandLineTest, ReadsEveryOption)
 {
-    const HostCommandLine line
-        = parse(words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
-                      "--set settings:tunein/partnerId=a=b --set network:connected=true "
-                      "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
-                      "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
-                      "--watchdog 2.5 "
-                      "--state-dir s --log-level trace --log-file l --log-size 1.5"));
-    ASSERT_TRUE(line.run) << line.text.toStdString();
-    const HostOptions &options = line.options;
+    const CommandLineResult line = parseHostCommandLine(
+        words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
+              "--set settings:tunein/partnerId=a=b --set network:connected=true "
+              "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
+              "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
+              "--watchdog 2.5 "
+              "--state-dir s --log-level trace --log-file l --log-size 1.5"));
+    ASSERT_TRUE(line) << line.error().text.toStdString();
+    const HostOptions &options = *line;
     ASSERT_EQ(options.plugins.size(), 2);
     EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("tunein"));
     EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("b"));
@@ -71,22 +68,22 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     EXPECT_EQ(options.logSize, 3 * 512 * 1024);
 }
 
-TEST(HostCommandLineTest, AnEmptyTextIsAValueToo)
+TEST(HostCommandLineTest, TakesAnEmptyTextAsAValue)
 {
-    const HostCommandLine line
-        = parse({QStringLiteral("--set"), QStringLiteral("settings:tunein/supportedStreams=")});
-    ASSERT_TRUE(line.run);
-    EXPECT_EQ(line.options.pinned.first().second.type(), VeskValueType::string_);
+    const CommandLineResult line = parseHostCommandLine(
+        {QStringLiteral("--set"), QStringLiteral("settings:tunein/supportedStreams=")});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->pinned.first().second.type(), VeskValueType::string_);
 }
 
 class BadCommandLineTest : public testing::TestWithParam<const char *> { };
 
 TEST_P(BadCommandLineTest, EndsWithStatusTwoAndAReason)
 {
-    const HostCommandLine line = parse(words(GetParam()));
-    EXPECT_FALSE(line.run);
-    EXPECT_EQ(line.status, 2);
-    EXPECT_FALSE(line.text.isEmpty());
+    const CommandLineResult line = parseHostCommandLine(words(GetParam()));
+    ASSERT_FALSE(line);
+    EXPECT_EQ(line.error().status, 2);
+    EXPECT_FALSE(line.error().text.isEmpty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
@@ -106,40 +103,42 @@ INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
         "--restart-wait nan", "--restart-wait 3601", "--watchdog soon", "--watchdog -1",
         "--watchdog 3601", "--in-process=2", "--config /nonexistent/file", "--plugin a.so b.so"));
 
-TEST(HostCommandLineTest, AValueThatASettingDoesNotTakeIsToldWithWhatItTakes)
+TEST(HostCommandLineTest, SaysWhatASettingTakes)
 {
-    const HostCommandLine line
-        = parse({QStringLiteral("--set"), QStringLiteral("settings:ui/language=xx")});
-    EXPECT_EQ(line.text,
+    const CommandLineResult line = parseHostCommandLine(
+        {QStringLiteral("--set"), QStringLiteral("settings:ui/language=xx")});
+    EXPECT_EQ(line.error().text,
         QStringLiteral(
             "--set: settings:ui/language: The setting \"Language\" cannot be \"xx\": it is "
             "a language tag, such as \"de-DE\" or \"en\"."));
 }
 
-TEST(HostCommandLineTest, EmptyArgumentsAreBadUsage)
+TEST(HostCommandLineTest, RefusesEmptyArguments)
 {
     for (const char *option : {"--listen", "--audio", "--plugin", "--config", "--state-dir",
              "--log-level", "--log-file", "--log-size", "--ca-file", "--set", "--connect-to"})
-        EXPECT_EQ(parse({QString::fromLatin1(option), QString()}).status, 2) << option;
+        EXPECT_EQ(parseHostCommandLine({QString::fromLatin1(option), QString()}).error().status, 2)
+            << option;
 }
 
-TEST(HostCommandLineTest, HelpIsNoFailure)
+TEST(HostCommandLineTest, HelpEndsWithStatusZero)
 {
-    const HostCommandLine line = parse({QStringLiteral("--help")});
-    EXPECT_FALSE(line.run);
-    EXPECT_EQ(line.status, 0);
-    EXPECT_TRUE(line.text.contains(QStringLiteral("--connect-to")));
+    const CommandLineResult line = parseHostCommandLine({QStringLiteral("--help")});
+    ASSERT_FALSE(line);
+    EXPECT_EQ(line.error().status, 0);
+    EXPECT_TRUE(line.error().text.contains(QStringLiteral("--connect-to")));
 }
 
 class HostConfigFileTest : public testing::Test {
 protected:
-    HostCommandLine parseWith(const QByteArray &content, const char *more = "")
+    CommandLineResult parseWith(const QByteArray &content, const char *more = "")
     {
         QFile file(m_folder.filePath(QStringLiteral("host.json")));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(content);
         file.close();
-        return parse(QStringList {QStringLiteral("--config"), file.fileName()} + words(more));
+        return parseHostCommandLine(
+            QStringList {QStringLiteral("--config"), file.fileName()} + words(more));
     }
 
     QTemporaryDir m_folder;
@@ -155,9 +154,9 @@ const char WholeConfig[] = R"({
 
 TEST_F(HostConfigFileTest, GivesTheSameOptions)
 {
-    const HostCommandLine line = parseWith(WholeConfig);
-    ASSERT_TRUE(line.run) << line.text.toStdString();
-    const HostOptions &options = line.options;
+    const CommandLineResult line = parseWith(WholeConfig);
+    ASSERT_TRUE(line) << line.error().text.toStdString();
+    const HostOptions &options = *line;
     ASSERT_EQ(options.plugins.size(), 2);
     EXPECT_EQ(options.plugins.at(0).file, m_folder.filePath(QStringLiteral("p/libvesk_cb_a.so")));
     EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("a"));
@@ -177,41 +176,64 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
 }
 
-TEST_F(HostConfigFileTest, RecordsBesideItself)
+TEST_F(HostConfigFileTest, TakesARecordingsNameAsRelativeToItself)
 {
-    EXPECT_EQ(parseWith(R"({"audio": "wav:a/x.wav"})").options.audio.file,
+    EXPECT_EQ(parseWith(R"({"audio": "wav:a/x.wav"})")->audio.file,
         m_folder.filePath(QStringLiteral("a/x.wav")));
-    EXPECT_EQ(parseWith(R"({"audio": "wav:/x.wav"})").options.audio.file, QStringLiteral("/x.wav"));
-    EXPECT_EQ(parseWith(R"({"audio": "wav:x.wav"})", "--audio wav:y.wav").options.audio.file,
+    EXPECT_EQ(parseWith(R"({"audio": "wav:/x.wav"})")->audio.file, QStringLiteral("/x.wav"));
+    EXPECT_EQ(parseWith(R"({"audio": "wav:x.wav"})", "--audio wav:y.wav")->audio.file,
         QStringLiteral("y.wav"));
 }
 
 TEST_F(HostConfigFileTest, TheCommandLineWins)
 {
-    const HostCommandLine line = parseWith(WholeConfig,
+    const CommandLineResult line = parseWith(WholeConfig,
         "--plugin c.so --listen 127.0.0.1:5 --set settings:tunein/partnerId=line --audio auto");
-    ASSERT_TRUE(line.run);
-    ASSERT_EQ(line.options.plugins.size(), 1);
-    EXPECT_EQ(line.options.plugins.first().file, QStringLiteral("c.so"));
-    EXPECT_EQ(line.options.listen.port, 5);
-    EXPECT_EQ(line.options.audio.kind, AudioOutputSpec::Auto);
-    EXPECT_EQ(line.options.pinned.last().second.string_(), QStringLiteral("line"));
-    EXPECT_EQ(line.options.pinned.size(), 3) << "the other value of the file still counts";
+    ASSERT_TRUE(line);
+    ASSERT_EQ(line->plugins.size(), 1);
+    EXPECT_EQ(line->plugins.first().file, QStringLiteral("c.so"));
+    EXPECT_EQ(line->listen.port, 5);
+    EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
+    EXPECT_EQ(line->pinned.last().second.string_(), QStringLiteral("line"));
+    EXPECT_EQ(line->pinned.size(), 3) << "the other value of the file still counts";
 }
 
-TEST_F(HostConfigFileTest, WhatItSaysWrongIsBadUsage)
+TEST_F(HostConfigFileTest, AnErrorNamesTheFileAndTheMember)
 {
-    for (const char *content : {"", "[]", "{", "{\"listen\": 5}", "{\"listne\": \"localhost:1\"}",
-             "{\"plugins\": \"a.so\"}", "{\"plugins\": [5]}", "{\"plugins\": [{}]}",
-             "{\"values\": []}", "{\"values\": {\"settings:nothing\": 1}}",
-             "{\"values\": {\"network:connected\": \"perhaps\"}}",
-             "{\"values\": {\"settings:ui/language\": \"klingon\"}}",
-             "{\"values\": {\"settings:tunein/supportedStreams\": [\"mp3\"]}}",
-             "{\"connectTo\": [\"a\"]}", "{\"logLevel\": \"loud\"}", "{\"stateFolder\": 1}",
-             "{\"inProcess\": 1}", "{\"restartWait\": -1}", "{\"restartWait\": \"soon\"}"}) {
-        const HostCommandLine line = parseWith(content);
-        EXPECT_FALSE(line.run) << content;
-        EXPECT_EQ(line.status, 2) << content;
+    struct Case {
+        const char *content;
+        const char *problem;
+    };
+    const Case cases[] = {
+        {"", "at byte"},
+        {"{", "at byte"},
+        {"[]", "an object is needed"},
+        {R"({"listne": "localhost:1"})", R"(there is no "listne")"},
+        {R"({"listen": 5})", R"(listen: "5" is no ADDRESS:PORT)"},
+        {R"({"plugins": "a.so"})", "plugins: a list is needed"},
+        {R"({"plugins": [5]})", "plugins: a file's name is needed"},
+        {R"({"plugins": [{}]})", "plugins: a file's name is needed"},
+        {R"({"values": []})", "values: an object of paths and values is needed"},
+        {R"({"values": {"settings:nothing": 1}})",
+            R"(values: there is no value "settings:nothing")"},
+        {R"({"values": {"network:connected": "perhaps"}})", "values: network:connected: "},
+        {R"({"values": {"settings:ui/language": "klingon"}})", "values: settings:ui/language: "},
+        {R"({"values": {"settings:tunein/supportedStreams": ["mp3"]}})",
+            "values: settings:tunein/supportedStreams: "},
+        {R"({"connectTo": ["a"]})", R"(connectTo: "a" is no HOST:PORT:ADDRESS:PORT)"},
+        {R"({"logLevel": "loud"})", R"(logLevel: "loud" is not trace)"},
+        {R"({"stateFolder": 1})", "stateFolder: a file's name is needed"},
+        {R"({"inProcess": 1})", "inProcess: true or false is needed"},
+        {R"({"restartWait": -1})", R"(restartWait: "-1" is no number of seconds up to 3600)"},
+        {R"({"restartWait": "soon"})", R"(restartWait: "soon" is no number of seconds)"},
+    };
+    const std::string file = m_folder.filePath(QStringLiteral("host.json: ")).toStdString();
+    for (const Case &each : cases) {
+        const CommandLineResult line = parseWith(each.content);
+        ASSERT_FALSE(line) << each.content;
+        EXPECT_EQ(line.error().status, 2) << each.content;
+        EXPECT_THAT(line.error().text.toStdString(),
+            testing::AllOf(testing::StartsWith(file), testing::HasSubstr(each.problem)));
     }
 }
 
