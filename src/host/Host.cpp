@@ -92,11 +92,11 @@ bool Host::setUpValues()
     if (folder.isEmpty())
         VESK_WARN("There is no folder for settings: changes last until the host ends.");
     m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
-    QString error;
-    if (m_settings->load(error))
-        return true;
-    Q_EMIT failed(error);
-    return false;
+    if (const auto loaded = m_settings->load(); !loaded) {
+        Q_EMIT failed(loaded.error());
+        return false;
+    }
+    return true;
 }
 
 QString Host::stateFolder() const

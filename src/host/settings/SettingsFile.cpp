@@ -9,15 +9,16 @@
 #include <QDir>
 #include <QFile>
 
+#include <optional>
 #include <unistd.h>
 
 VESK_LOGGER("Host")
 
 namespace {
 
-using Content = Result<files::KeptFile::Content, files::Problem>;
+using Kept = Result<files::KeptFile::Content, files::Problem>;
 
-bool isMissing(const Content &content)
+bool isMissing(const Kept &content)
 {
     return content && !*content;
 }
@@ -45,16 +46,18 @@ bool isSettings(const QVariant &content)
         && (memberId.isNull() || memberId.userType() == QMetaType::QString);
 }
 
-/// Returns whether \a bytes could be understood.
-bool parse(const std::string &bytes, KeptSettings &settings)
+/// What \a content holds; nothing when it cannot be understood.
+std::optional<KeptSettings> settingsIn(const Kept &content)
 {
+    if (!content || !*content)
+        return std::nullopt;
     VeskError error;
-    const QVariant content = VeskJson::parse(QByteArray::fromStdString(bytes), error);
-    if (!isSettings(content))
-        return false;
-    const QVariantHash members = content.toHash();
-    settings = {members.value(valuesKey()).toHash(), members.value(memberIdKey()).toString()};
-    return true;
+    const QVariant value = VeskJson::parse(QByteArray::fromStdString(**content), error);
+    if (!isSettings(value))
+        return std::nullopt;
+    const QVariantHash members = value.toHash();
+    return KeptSettings {
+        members.value(valuesKey()).toHash(), members.value(memberIdKey()).toString()};
 }
 
 } // namespace
@@ -65,33 +68,29 @@ SettingsFile::SettingsFile(const QString &folder)
 {
 }
 
-KeptSettings SettingsFile::read(bool &isCurrent)
+SettingsFile::Content SettingsFile::read()
 {
-    isCurrent = false;
     if (m_name.isEmpty())
         return {};
     m_file.removeLeftovers();
-    const Content content = m_file.read();
-    KeptSettings settings;
-    if (content && *content && parse(**content, settings)) {
-        isCurrent = true;
+    const Kept content = m_file.read();
+    if (const auto settings = settingsIn(content)) {
         m_written = QByteArray::fromStdString(**content);
-        return settings;
+        return {*settings, true};
     }
     if (!isMissing(content)) {
         moveAside(content ? QStringLiteral("these are no settings")
                           : QString::fromStdString(content.error().text));
     }
-    return readLastGood();
+    return {readLastGood(), false};
 }
 
 KeptSettings SettingsFile::readLastGood() const
 {
-    KeptSettings settings;
-    const Content content = m_file.readLastGood();
-    if (content && *content && parse(**content, settings)) {
+    const Kept content = m_file.readLastGood();
+    if (const auto settings = settingsIn(content)) {
         VESK_WARN("There are no settings in " << m_name << ", but in its copy from before.");
-        return settings;
+        return *settings;
     }
     if (!isMissing(content))
         VESK_WARN("The copy of " << m_name << " cannot be read either; starting without settings.");
@@ -123,7 +122,7 @@ Result<void, files::Problem> SettingsFile::write(const KeptSettings &settings)
 void SettingsFile::writeLastGood()
 {
     const std::string bytes = m_written.toStdString();
-    const Content copy = m_file.readLastGood();
+    const Kept copy = m_file.readLastGood();
     if (bytes.empty() || (copy && *copy == bytes))
         return;
     const auto written = m_file.writeLastGood(bytes);

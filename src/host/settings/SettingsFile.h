@@ -33,9 +33,11 @@ public:
     /// With an empty \a folder nothing is kept. To read and write, hold the folder's lock.
     explicit SettingsFile(const QString &folder);
 
-    /// Empty settings when there are none that can be understood. \a isCurrent tells whether the
-    /// file itself holds what is returned.
-    KeptSettings read(bool &isCurrent);
+    struct Content {
+        KeptSettings settings; ///< empty when there are none that can be understood
+        bool isCurrent = false; ///< the file itself holds them, not a copy of it
+    };
+    Content read();
     /// A failure, in words for the log, leaves the file as it was.
     Result<void, files::Problem> write(const KeptSettings &settings);
     /// Keeps what the file holds a second time, for the day on which it is damaged. Does nothing

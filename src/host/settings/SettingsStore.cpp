@@ -3,6 +3,7 @@
 
 #include "host/settings/SettingsStore.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/values/VeskValuePaths.h"
@@ -53,38 +54,41 @@ SettingsStore::~SettingsStore()
     m_values->setKeep(nullptr);
 }
 
-bool SettingsStore::load(QString &error)
+Result<void, QString> SettingsStore::load()
 {
-    if (!takeFolder(error))
-        return false;
-    bool isCurrent = false;
-    m_kept = m_file.read(isCurrent);
-    m_isUnsure = !isCurrent;
+    VESK_ASSERT_OWN_THREAD();
+    if (auto taken = takeFolder(); !taken)
+        return taken;
+    const SettingsFile::Content content = m_file.read();
+    m_kept = content.settings;
+    m_isUnsure = !content.isCurrent;
     applyKept();
     ensureMemberId();
     if (m_isUnsure)
         tellOfWriting(bringToDisk(m_kept));
     if (!m_isUnsure)
         m_file.writeLastGood();
-    m_isOpen = true;
+    {
+        const VeskMutexLock lock(m_mutex);
+        m_isOpen = true;
+    }
     m_writer = std::thread([this] { run(); });
     m_values->setKeep([this](const CMPath &path, const VeskValue &value,
                           const CMValuesWorker::Kept &kept) { keep(path, value, kept); });
-    return true;
+    return {};
 }
 
-bool SettingsStore::takeFolder(QString &error)
+Result<void, QString> SettingsStore::takeFolder()
 {
     if (m_folder.isEmpty())
-        return true;
+        return {};
     m_held = files::KeptFile::makeFolder(nameOf(m_folder));
     if (m_held)
         m_held = m_lock.take();
     if (m_held || m_held.error().error != files::FileLock::HeldElsewhere)
-        return true;
-    error = QStringLiteral("the state folder is in use: %1")
-                .arg(QString::fromStdString(m_held.error().text));
-    return false;
+        return {};
+    return failure(QStringLiteral("the state folder is in use: %1")
+                       .arg(QString::fromStdString(m_held.error().text)));
 }
 
 void SettingsStore::applyKept()
@@ -126,19 +130,21 @@ void SettingsStore::ensureMemberId()
 
 bool SettingsStore::close()
 {
+    VESK_ASSERT_OWN_THREAD();
+    if (!m_writer.joinable())
+        return true;
     {
-        std::unique_lock<std::mutex> lock(m_mutex);
+        const auto deadline = std::chrono::steady_clock::now() + EndTime;
+        VeskMutexLock lock(m_mutex);
         m_isOpen = false;
         m_wake.notify_all();
-        const bool hasEnded
-            = m_wake.wait_for(lock, EndTime, [this] { return m_hasEnded || !m_writer.joinable(); });
-        if (!hasEnded) {
+        while (!m_hasEnded) {
+            if (lock.waitUntil(m_wake, deadline) || m_hasEnded)
+                continue;
             VESK_ERROR("The disk with " << m_folder << " does not answer.");
             return false;
         }
     }
-    if (!m_writer.joinable())
-        return true;
     m_writer.join();
     deliver();
     // A write that failed may have got as far as the disk: what was refused must not come back.
@@ -154,7 +160,7 @@ void SettingsStore::keep(
     if (!definition)
         return kept(CMError());
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_isOpen && m_waiting.size() < MaxWaiting) {
             m_waiting.push_back({path, value, kept});
             m_wake.notify_all();
@@ -167,9 +173,10 @@ void SettingsStore::keep(
 void SettingsStore::run()
 {
     veskSetThreadName(QStringLiteral("Settings"));
-    std::unique_lock<std::mutex> lock(m_mutex);
+    VeskMutexLock lock(m_mutex);
     for (;;) {
-        m_wake.wait(lock, [this] { return !m_isOpen || !m_waiting.empty(); });
+        while (m_isOpen && m_waiting.empty())
+            lock.wait(m_wake);
         if (m_waiting.empty())
             break;
         Changes changes;
@@ -191,13 +198,13 @@ void SettingsStore::write(Changes changes)
         m_kept = wanted;
     tellOfWriting(written);
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_written.push_back({std::move(changes), written ? CMError() : errorOf(written.error())});
     }
     QMetaObject::invokeMethod(
         this, [this] { deliver(); }, Qt::QueuedConnection);
     if (written && !isThere)
-        m_file.writeLastGood(); // nobody waits for it
+        m_file.writeLastGood(); // after the answers: no request waits for it
 }
 
 KeptSettings SettingsStore::changed(const Changes &changes) const
@@ -247,7 +254,7 @@ void SettingsStore::deliver()
 {
     std::vector<Written> written;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         written.swap(m_written);
     }
     for (const Written &batch : written) {

@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMValuesWorker.h"
+#include "base/Result.h"
 #include "base/files/FileLock.h"
 #include "host/settings/MemberIdFile.h"
 #include "host/settings/SettingsFile.h"
@@ -12,7 +14,6 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -20,9 +21,9 @@
 /// holds for this process alone. A change takes effect and is answered once it is on the disk; one
 /// that cannot be brought there is refused, and the value stays as it was.
 ///
-/// Lives on the main thread, with an event loop. The disk is a thread's of its own, so that a slow
-/// one holds up nobody but those who change settings; changes that come while it writes are written
-/// together. What the host itself sets, and what is pinned, is not kept.
+/// Lives on the main thread, with an event loop. A thread of its own writes to the disk, so that a
+/// slow one delays only changes of settings; those that come while it writes are written together.
+/// What the host itself sets, and what is pinned, is not kept.
 class SettingsStore : public QObject {
     Q_OBJECT
 
@@ -37,13 +38,13 @@ public:
     /// As close(), but waits as long as it takes.
     ~SettingsStore() override;
 
-    /// Takes hold of the folder, sets the kept values, gives the device its id on its first start,
-    /// and keeps what changes from then on. Returns false, and why in \a error, when another
-    /// process has the folder. A folder that cannot be written is no reason, but then nothing is
-    /// kept until the next start, and changes are refused.
-    bool load(QString &error);
-    /// Waits until what was asked for is written and answered; later changes are refused. Returns
-    /// false when the disk does not come to an end with it.
+    /// Locks the folder, sets the kept values, gives the device its id on its first start, and
+    /// keeps what changes from then on. Fails when another process holds the folder. A folder that
+    /// cannot be written is no failure, but then nothing is kept until the next start, and changes
+    /// are refused.
+    Result<void, QString> load();
+    /// Waits until all requested changes are written and answered; later ones are refused. Returns
+    /// false when the disk takes longer than EndTime.
     bool close();
 
 private:
@@ -59,20 +60,21 @@ private:
         CMError error;
     };
 
-    bool takeFolder(QString &error);
+    Result<void, QString> takeFolder();
     void applyKept();
     void ensureMemberId();
 
     /// On the thread of a request.
-    void keep(const CMPath &path, const VeskValue &value, const CMValuesWorker::Kept &kept);
+    void keep(const CMPath &path, const VeskValue &value, const CMValuesWorker::Kept &kept)
+        VESK_EXCLUDES(m_mutex);
     /// The writing thread.
-    void run();
-    void write(Changes changes);
+    void run() VESK_EXCLUDES(m_mutex);
+    void write(Changes changes) VESK_EXCLUDES(m_mutex);
     KeptSettings changed(const Changes &changes) const;
     Result<void, files::Problem> bringToDisk(const KeptSettings &settings);
     void tellOfWriting(const Result<void, files::Problem> &written);
     /// Back on the main thread.
-    void deliver();
+    void deliver() VESK_EXCLUDES(m_mutex);
 
     const QString m_folder;
     CMValuesWorker *const m_values;
@@ -88,11 +90,11 @@ private:
     bool m_isFailing = false;
 
     std::thread m_writer;
-    std::mutex m_mutex;
-    std::condition_variable m_wake;
-    /// Guarded by m_mutex.
-    bool m_isOpen = false;
-    bool m_hasEnded = false; ///< the writing thread, but for its last step
-    Changes m_waiting;
-    std::vector<Written> m_written;
+    VeskMutex m_mutex;
+    std::condition_variable m_wake; ///< of both threads, when one of these has changed
+    bool m_isOpen VESK_GUARDED_BY(m_mutex) = false;
+    /// The writing thread is done with everything but its return.
+    bool m_hasEnded VESK_GUARDED_BY(m_mutex) = false;
+    Changes m_waiting VESK_GUARDED_BY(m_mutex);
+    std::vector<Written> m_written VESK_GUARDED_BY(m_mutex);
 };

@@ -60,8 +60,8 @@ protected:
                 values.setValue(VeskTuneInPartnerIdPath(), VeskValue::fromString(pinnedPartner));
                 values.pin(VeskTuneInPartnerIdPath());
             }
-            QString error;
-            EXPECT_TRUE(store.load(error)) << error.toStdString();
+            const auto loaded = store.load();
+            EXPECT_TRUE(loaded) << loaded.error().toStdString();
         }
 
         QString partner() const { return values.value(VeskTuneInPartnerIdPath()).string_(); }
