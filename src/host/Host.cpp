@@ -3,6 +3,7 @@
 
 #include "host/Host.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
@@ -65,6 +66,7 @@ Host::~Host()
 
 void Host::start()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!setUpValues())
         return;
     setUpNetwork();
@@ -217,6 +219,7 @@ void Host::listen()
 
 void Host::stop()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_stopping)
         return;
     m_stopping = true;

@@ -3,6 +3,8 @@
 
 #include "host/NetworkMonitor.h"
 
+#include "api/core/ThreadCheck.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -52,6 +54,7 @@ NetworkMonitor::~NetworkMonitor()
 
 bool NetworkMonitor::isConnected() const
 {
+    VESK_ASSERT_OWN_THREAD();
     return g_network_monitor_get_network_available(m_monitor);
 }
 

@@ -3,6 +3,7 @@
 
 #include "host/Plugins.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMValuesWorker.h"
@@ -53,6 +54,7 @@ Plugins::~Plugins()
 
 void Plugins::load()
 {
+    VESK_ASSERT_OWN_THREAD();
     QVector<PluginOptions> plugins = m_options.plugins;
     if (plugins.isEmpty()) {
         for (const QString &file : HostFolders::installedPlugins())
@@ -139,6 +141,7 @@ void Plugins::pluginLoaded()
 
 void Plugins::listIn(ServicesWorker *services)
 {
+    VESK_ASSERT_OWN_THREAD();
     QList<CMPath> roots;
     for (const auto &plugin : m_plugins) {
         if (!plugin->root().isEmpty() && roots.contains(plugin->root()))
@@ -157,6 +160,7 @@ void Plugins::listIn(ServicesWorker *services)
 
 void Plugins::declareIn(AddressGate *gate) const
 {
+    VESK_ASSERT_OWN_THREAD();
     for (const auto &plugin : m_plugins) {
         if (!plugin->root().isEmpty())
             gate->declare(plugin->root(), plugin->descriptor().changing);
@@ -165,6 +169,7 @@ void Plugins::declareIn(AddressGate *gate) const
 
 void Plugins::declareIn(ServiceFaults *faults) const
 {
+    VESK_ASSERT_OWN_THREAD();
     for (const auto &plugin : m_plugins) {
         if (!plugin->root().isEmpty())
             faults->declare(plugin->root(), plugin->descriptor().deviceSetting);
@@ -173,6 +178,7 @@ void Plugins::declareIn(ServiceFaults *faults) const
 
 void Plugins::unload()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_unloading = true;
     for (const auto &plugin : m_plugins)
         plugin->unload();

@@ -4,6 +4,7 @@
 #include "host/ServicesWorker.h"
 
 #include "api/core/Language.h"
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMListRowsNode.h"
 #include "api/nodes/CMRedirectRowsNode.h"
 #include "api/values/VeskRoles.h"
@@ -24,11 +25,13 @@ ServicesWorker::ServicesWorker()
 
 void ServicesWorker::addService(const CMPath &root)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_services->rowsAppend(root);
 }
 
 void ServicesWorker::addSettings(const TrString &heading, const QList<CMPath> &paths)
 {
+    VESK_ASSERT_OWN_THREAD();
     VeskRoles row;
     row.setType(VeskRolesType::Header());
     row.setTitle(heading);
@@ -39,6 +42,7 @@ void ServicesWorker::addSettings(const TrString &heading, const QList<CMPath> &p
 
 void ServicesWorker::addAdvancedSettings(const QList<CMPath> &paths)
 {
+    VESK_ASSERT_OWN_THREAD();
     for (const CMPath &path : paths)
         m_advanced->rowsAppend(path);
     m_settings->rowsAppend(m_advanced->path());
@@ -46,6 +50,7 @@ void ServicesWorker::addAdvancedSettings(const QList<CMPath> &paths)
 
 void ServicesWorker::addFailed(const QString &file, const QString &reason)
 {
+    VESK_ASSERT_OWN_THREAD();
     VeskRoles row;
     row.setType(VeskRolesType::Header());
     row.setTitle(TrString(QStringLiteral("Host"),

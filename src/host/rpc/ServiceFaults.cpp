@@ -57,11 +57,13 @@ const char *sourceOf(const VeskServiceFault &fault)
 
 void ServiceFaults::declare(const CMPath &root, const CMPath &deviceSetting)
 {
+    VESK_ASSERT_THREAD(m_thread);
     m_services.push_back({root, deviceSetting});
 }
 
 TrString ServiceFaults::words(const CMPath &path, const VeskServiceFault &fault) const
 {
+    VESK_ASSERT_THREAD(m_thread);
     if (fault.isEmpty())
         return {};
     const auto found = std::find_if(m_services.begin(), m_services.end(),

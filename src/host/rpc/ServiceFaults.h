@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/TrString.h"
 #include "api/values/CMPath.h"
 #include "api/values/VeskServiceFault.h"
@@ -29,5 +30,6 @@ private:
 
     TrString refusal(const Service &service, const QString &status) const;
 
+    VeskThreadCheck m_thread;
     std::vector<Service> m_services;
 };
