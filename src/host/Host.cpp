@@ -42,7 +42,7 @@ Host::Host(const HostOptions &options, QObject *parent)
 
 Host::~Host()
 {
-    // Nobody asks any more when the workers go.
+    // The server first, so that no request is left when the workers go.
     m_http.reset();
     m_artwork.reset();
     m_playerMethods.reset();
@@ -120,7 +120,8 @@ void Host::setUpNetwork()
         VESK_WARN("There is no network connection yet.");
 }
 
-/// Services lead as far inside as they are themselves, or as the listener lets them.
+/// Addresses that services name may lie as far inside as the services themselves, or anywhere if
+/// the user allows it.
 void Host::setUpAddressPolicy()
 {
     const AddressReach reach = AddressPolicy::ofConnectTo(m_options.connectTo);
@@ -128,7 +129,7 @@ void Host::setUpAddressPolicy()
         if (path == hostLocalAddressesPath())
             AddressPolicy::setCurrent(values->value(path).bool_() ? AddressReach::Machine : reach);
     };
-    // Directly, so that it holds before the one who sets it is answered.
+    // Directly, so that it holds before the request that set it is answered.
     connect(m_values.get(), &CMValuesWorker::valueChanged, this, follow, Qt::DirectConnection);
     follow(hostLocalAddressesPath());
 }
@@ -226,7 +227,7 @@ void Host::stop()
     VESK_INFO("stopping");
     if (m_http)
         m_http->close();
-    // What played is reported before the plug-ins go.
+    // The plug-ins get to report what played before they are unloaded.
     if (m_playLogic) {
         m_playLogic->stop();
         if (m_playLogic->hasUnansweredPosts()) {
@@ -243,7 +244,7 @@ void Host::unloadPlugins()
     if (m_unloading)
         return;
     m_unloading = true;
-    // A plug-in that waits for an answer from its service waits no longer.
+    // Ends the exchanges that plug-ins wait for, so that they can be unloaded.
     HttpClient::shutDownAll();
     QTimer::singleShot(UnloadTimeout, this, [this] {
         if (!m_stopped) {
@@ -264,7 +265,7 @@ void Host::finishStop()
         return;
     m_stopped = true;
     const bool isKept = m_settings->close();
-    // What a play wrote to a file is complete then.
+    // A recording is complete once its play has ended.
     const bool hasPlayed = !m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime);
     Q_EMIT stopped(isKept && hasPlayed);
 }

@@ -47,21 +47,21 @@ public:
     explicit Host(const HostOptions &options, QObject *parent = nullptr);
     ~Host() override;
 
-    /// Brings everything up; ready() or failed() tells the outcome. A plug-in that cannot be loaded
+    /// Brings everything up; emits ready() or failed(). A plug-in that cannot be loaded
     /// does not keep the host from getting ready.
     void start();
-    /// Brings everything down; stopped() tells when. May be called at any time after start().
+    /// Brings everything down, then emits stopped(). May be called at any time after start().
     void stop();
 
 Q_SIGNALS:
     void ready(const QString &url);
     void failed(const QString &reason);
     /// \a complete is false when a plug-in, a play or the disk did not end in time: its thread
-    /// still runs, so that the process must not take anything apart any more.
+    /// still runs, so the process must end without destroying anything.
     void stopped(bool complete);
 
 private:
-    /// False when it failed, which was told then.
+    /// Returns false after it has emitted failed().
     bool setUpValues();
     void setUpNetwork();
     void setUpAddressPolicy();

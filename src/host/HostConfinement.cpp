@@ -40,8 +40,8 @@ constexpr const char *RefusedCalls[] = {
     // what old programs had
     "_sysctl", "modify_ldt", "sysfs", "uselib", "ustat", "vm86", "vm86old"};
 
-/// What libraries try first and do without. io_uring carries out calls that no filter sees; what
-/// clone3 is to make is behind a pointer, where no filter sees it either.
+/// Calls for which libraries have a fallback. io_uring performs operations that no filter sees, and
+/// the arguments of clone3 are behind a pointer, which a filter cannot follow.
 constexpr const char *MissingCalls[]
     = {"clone3", "io_uring_enter", "io_uring_register", "io_uring_setup"};
 
@@ -50,7 +50,7 @@ constexpr int Namespaces[] = {CLONE_NEWCGROUP, CLONE_NEWIPC, CLONE_NEWNET, CLONE
 
 /// The kernel looks at the lower half of these arguments only.
 constexpr scmp_datum_t LowerHalf = 0xffffffff;
-/// Asks personality() for what is.
+/// Makes personality() return the present one and change nothing.
 constexpr scmp_datum_t NoPersonality = 0xffffffff;
 
 std::string refuseCalls()
@@ -67,7 +67,7 @@ std::string refuseCalls()
     filter.fail(EPERM, "personality", CallFilter::isNot(0, NoPersonality));
     // Of the families of sockets those that are for this machine and the internet.
     filter.fail(EAFNOSUPPORT, "socket", CallFilter::isAbove(0, AF_NETLINK));
-    // Typing in the name of who sits at the terminal.
+    // Pushing input into a terminal, as if its user had typed it.
     for (const scmp_datum_t request : {scmp_datum_t(TIOCSTI), scmp_datum_t(TIOCLINUX)})
         filter.fail(EPERM, "ioctl", CallFilter::masked(1, LowerHalf, request));
     return filter.load();

@@ -9,11 +9,10 @@
 /// privileges, core files, and system calls that rule other processes, the machine or the kernel.
 /// Call it while the process has one thread.
 ///
-/// The calls are a list of refused ones. A list of allowed ones, as plug-ins' processes have, would
-/// have to foresee what a sound system's libraries do in this process, the machine's own, of any
-/// version, and a miss there is a device without sound. What meets bytes from outside with more
-/// than this list between it and the machine runs in processes that confine themselves further,
-/// which this list lets them do.
+/// This is a list of refused calls. A list of allowed ones, as plug-ins' processes have, would have
+/// to foresee what the machine's sound libraries do in this process, in any version, and a miss
+/// there is a device without sound. Code that parses bytes from outside runs in processes of its
+/// own, which confine themselves further; this list lets them.
 ///
 /// Returns what this kernel does not offer, a line each.
 QStringList confineHost();

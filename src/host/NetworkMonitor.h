@@ -8,8 +8,8 @@
 
 struct _GNetworkMonitor;
 
-/// Follows whether the machine has a network beyond itself, as GLib's network monitor sees it: a
-/// default route. Main thread, in the GLib main loop that Qt runs there.
+/// Whether the machine is connected to a network, as GLib's network monitor sees it: by a default
+/// route. Main thread, in the GLib main loop that Qt runs there.
 class NetworkMonitor : public QObject {
     Q_OBJECT
 

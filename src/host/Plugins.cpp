@@ -32,7 +32,7 @@ Plugins::Plugins(
     , m_values(values)
     , m_player(player)
 {
-    // Directly, so that a value is with the workers before whatever is asked of them next.
+    // Directly, so that the workers have a value before the next request.
     connect(
         values, &CMValuesWorker::valueChanged, this,
         [this](const CMPath &path) { valueChanged(path); }, Qt::DirectConnection);
@@ -193,7 +193,7 @@ void Plugins::pluginUnloaded()
         Q_EMIT unloaded();
 }
 
-/// From whichever thread changed it.
+/// On the thread that changed it.
 void Plugins::valueChanged(const CMPath &path)
 {
     const HostValueDefinition *const definition = findHostValue(path);
@@ -212,7 +212,7 @@ void Plugins::valueChanged(const CMPath &path)
             this, [this, path] { settingChanged(path); }, Qt::QueuedConnection);
 }
 
-/// At once where it can be, so that what is asked next waits.
+/// At once where possible, so that the next request waits for the restart.
 void Plugins::settingChanged(const CMPath &path)
 {
     for (const auto &plugin : m_plugins)

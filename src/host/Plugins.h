@@ -33,8 +33,8 @@ public:
         QObject *parent = nullptr);
     ~Plugins() override;
 
-    /// Loads those of the options, without any those that are installed; loaded() tells when each
-    /// of them is loaded or has failed.
+    /// Loads those of the options, or without any those that are installed. Emits loaded() when
+    /// each of them is loaded or has failed.
     void load();
     /// A row for each.
     void listIn(ServicesWorker *services);
@@ -42,7 +42,7 @@ public:
     void declareIn(AddressGate *gate) const;
     /// What each of them says of its service.
     void declareIn(ServiceFaults *faults) const;
-    /// Ends all of them; unloaded() tells when none runs any more.
+    /// Ends all of them, then emits unloaded().
     void unload();
 
 Q_SIGNALS:

@@ -20,11 +20,11 @@ public:
 
     /// A row that opens the plug-in's root.
     void addService(const CMPath &root);
-    /// A heading, a row for each of the values, to `host:settings`.
+    /// Adds a heading and a row for each of the values to `host:settings`.
     void addSettings(const TrString &heading, const QList<CMPath> &paths);
-    /// A row for each of the values to `host:settings/advanced`, and the one that leads there.
+    /// Adds a row for each of the values to `host:settings/advanced`, and the row that leads there.
     void addAdvancedSettings(const QList<CMPath> &paths);
-    /// A row that tells that \a file is no service, and why.
+    /// A row that says that \a file could not be loaded, and why.
     void addFailed(const QString &file, const QString &reason);
 
 private:

@@ -5,19 +5,19 @@
 
 #include <QObject>
 
-/// Turns SIGTERM and SIGINT into a Qt signal, and SIGHUP, for who asks for it, into another. Main
-/// thread, in the GLib main loop that Qt runs there; one at a time. While it lives the signals do
-/// nothing else. One that came after hold() comes out of the main loop.
+/// Turns SIGTERM and SIGINT into one Qt signal, and, if wanted, SIGHUP into another. Main thread,
+/// in the GLib main loop that Qt runs there; one at a time. While it lives these signals have no
+/// other effect. One that came after hold() is delivered by the main loop.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
-    /// With \a hangUps SIGHUP is told, and ends nothing: a log's file is to be opened anew.
+    /// With \a hangUps SIGHUP is caught, too: the log's file is to be reopened.
     explicit TerminationSignals(bool hangUps, QObject *parent = nullptr);
     ~TerminationSignals() override;
 
-    /// Keeps the signals waiting for the first of these. Before there are other threads, which
-    /// leave them to the main thread for good.
+    /// Blocks the signals until the first of these objects unblocks them. Call it before there are
+    /// other threads: they inherit the mask, which leaves the signals to the main thread for good.
     static void hold();
 
 Q_SIGNALS:

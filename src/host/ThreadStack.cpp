@@ -50,7 +50,8 @@ bool take(pthread_t thread)
         end.tv_sec += AnswerSeconds;
         taken = ::sem_clockwait(&s_frames.taken, CLOCK_MONOTONIC, &end) == 0;
     }
-    // The signal may still come to a thread that did not answer; it must not end the process then.
+    // The signal may still reach a thread that did not answer in time; without the handler it would
+    // end the process.
     if (taken)
         ::sigaction(SIGUSR2, &before, nullptr);
     return taken;

@@ -8,7 +8,7 @@
 #include <pthread.h>
 
 /// \file
-/// What another thread of this process is doing, for the log. Slow, and only one call at a time.
+/// The stack of another thread of this process, for the log. Slow; one call at a time.
 
 /// To be called once, early, when there is a thread whose stack may be asked for: the first
 /// unwinding loads a library.

@@ -26,8 +26,8 @@ using Time = std::chrono::steady_clock::duration;
 
 constexpr Time Waiting = Time::zero();
 constexpr Time AtOnce = std::chrono::nanoseconds(1);
-/// For writing the stack: whatever the main thread holds then, such as the log's lock, the process
-/// ends.
+/// For writing the stack. The main thread may hang with the log's lock held; the process ends all
+/// the same.
 constexpr std::chrono::seconds TimeToLog {10};
 
 Watchdog *s_watchdog = nullptr;
@@ -127,7 +127,7 @@ void Watchdog::turnBegins()
     }
 }
 
-/// Called by the watching thread, or by the main thread while that one is parked.
+/// On the watching thread, or on the main thread while the watching one has no timer set.
 void Watchdog::lookIn(Time wait)
 {
     m_due = now() + wait;
@@ -138,7 +138,7 @@ void Watchdog::lookIn(Time wait)
 
 void Watchdog::watch()
 {
-    // Signals are other threads' business.
+    // No signal is handled on this thread.
     sigset_t all;
     sigfillset(&all);
     sigdelset(&all, SIGABRT);
@@ -168,8 +168,8 @@ void Watchdog::look()
     const Time age = present - turn - m_unseen;
     if (age >= m_limit)
         bite(turn, age);
-    // A turn that takes long is looked at often, because a stop that ends before the next look is
-    // due cannot be told from work.
+    // A long turn is looked at often: if the process was stopped and continued between two looks,
+    // the time in between looks like work.
     lookIn(age < m_limit / 2 ? m_limit / 2 - age + AtOnce : m_limit / 20);
 }
 

@@ -13,9 +13,9 @@
 struct _GPollFD;
 
 /// Ends the process when the main thread's event loop stands still, with the main thread's stack in
-/// the log: a host that answers no more is of use to none of its clients, and what started it can
-/// start it again. A turn of the loop may take as long as the limit; nested loops turn it too.
-/// Time in which the process was stopped or the machine slept does not count.
+/// the log: a host that answers no requests is of no use, and a service manager can start it again.
+/// A turn of the loop may take as long as the limit; nested loops turn it too. Time in which the
+/// process was stopped or the machine slept does not count.
 ///
 /// Lives on the main thread, in the GLib main loop that Qt runs there; one at a time. A thread of
 /// its own looks at most once in half the limit while the loop has something to do, and not at all

@@ -36,8 +36,8 @@
 
 namespace {
 
-/// Something that a host does, or should not be able to do: as a system call it answers -1 when it
-/// fails.
+/// Something that a host does, or should not be able to do. Returns -1 on failure, like a system
+/// call.
 struct Deed {
     const char *name;
     std::function<long()> call;
@@ -50,7 +50,7 @@ std::function<long()> call(Arguments... arguments)
     return [=] { return ::syscall(arguments...); };
 }
 
-/// In a process of its own: confines itself and says which of \a deeds went otherwise.
+/// In a process of its own: confines itself and prints which of \a deeds had another outcome.
 [[noreturn]] void attempt(const std::vector<Deed> &deeds)
 {
     if (!confineHost().isEmpty())
@@ -130,7 +130,7 @@ long confineFurther()
     return filter.load().empty() && ::syscall(SYS_getppid) == -1 && errno == EXDEV ? 0 : -1;
 }
 
-TEST(HostConfinementDeathTest, LeavesWhatPlayingNeeds)
+TEST(HostConfinementDeathTest, AllowsTheCallsThatPlayingNeeds)
 {
     const auto socketOf = [](int family, int type) { return call(SYS_socket, family, type, 0); };
     expectThat({{"program", &runProgram, 0}, {"thread", &startThread, 0},
@@ -155,7 +155,7 @@ TEST(HostConfinementDeathTest, LeavesWhatPlayingNeeds)
         {"further confinement", &confineFurther, 0}});
 }
 
-TEST(HostConfinementDeathTest, RefusesWhatRulesOtherProcesses)
+TEST(HostConfinementDeathTest, RefusesCallsThatControlOtherProcesses)
 {
     expectThat({
 #ifndef __SANITIZE_ADDRESS__
@@ -170,7 +170,7 @@ TEST(HostConfinementDeathTest, RefusesWhatRulesOtherProcesses)
         {"clone3", call(SYS_clone3, nullptr, 0), ENOSYS}});
 }
 
-TEST(HostConfinementDeathTest, RefusesWhatRulesTheMachine)
+TEST(HostConfinementDeathTest, RefusesCallsThatControlTheMachine)
 {
     expectThat({{"mount", call(SYS_mount, "none", "/nowhere", "tmpfs", 0, nullptr), EPERM},
         {"umount", call(SYS_umount2, "/nowhere", 0), EPERM},
@@ -200,7 +200,7 @@ TEST(HostConfinementDeathTest, RefusesWhatRulesTheMachine)
 }
 
 #ifdef __x86_64__
-TEST(HostConfinementDeathTest, RefusesCallsOfForeignArchitecturesWithoutEnding)
+TEST(HostConfinementDeathTest, RefusesCallsOfForeignArchitectures)
 {
     expectThat({{"x32", call(0x40000000L + SYS_getpid), ENOSYS},
         {"32 bits",
@@ -214,7 +214,7 @@ TEST(HostConfinementDeathTest, RefusesCallsOfForeignArchitecturesWithoutEnding)
 }
 #endif
 
-TEST(HostConfinementDeathTest, HoldsForPrograms)
+TEST(HostConfinementDeathTest, IsInheritedByPrograms)
 {
     expectThat({{"a shell",
         [] {

@@ -21,7 +21,7 @@
 #include <sys/stat.h>
 #include <thread>
 
-// What the host keeps on the disk, and what it tells when it cannot.
+// What the host keeps on the disk, and its errors when it cannot.
 
 namespace {
 
@@ -45,7 +45,7 @@ protected:
     {
         return std::make_unique<HostProcess>(text(HOST_PROGRAM), arguments(more));
     }
-    /// What the host says of a start that fails.
+    /// What the host prints when its start fails.
     static std::string endOf(HostProcess &host, int status)
     {
         EXPECT_EQ(host.waitForEnd(), status);
@@ -72,7 +72,7 @@ protected:
     QString m_state = m_folder.filePath(text("state"));
 };
 
-TEST_F(HostKeeping, ASecondHostSaysWhoHasTheStateFolderAndEnds)
+TEST_F(HostKeeping, ASecondHostNamesTheOneThatHoldsTheStateFolderAndEnds)
 {
     const auto first = start();
     ASSERT_TRUE(first->isReady()) << first->errors().toStdString();
@@ -86,10 +86,10 @@ TEST_F(HostKeeping, ASecondHostSaysWhoHasTheStateFolderAndEnds)
     first->signal(SIGKILL);
     first->waitForEnd();
     const auto third = start();
-    EXPECT_TRUE(third->isReady()) << "a killed host holds nothing";
+    EXPECT_TRUE(third->isReady()) << "a killed host holds no lock";
 }
 
-TEST_F(HostKeeping, ARefusedWriteIsAnErrorOfTheRequestAndChangesNothing)
+TEST_F(HostKeeping, AFailedWriteFailsTheRequestAndChangesNothing)
 {
     const auto host = start();
     ASSERT_TRUE(host->isReady());
@@ -109,7 +109,7 @@ TEST_F(HostKeeping, ARefusedWriteIsAnErrorOfTheRequestAndChangesNothing)
     EXPECT_THAT(host->errors().toStdString(), HasSubstr("Settings cannot be kept in "));
 }
 
-/// The process and all that it started.
+/// The process and all its descendants.
 QList<QByteArray> processTree(const QByteArray &process)
 {
     QList<QByteArray> all {process};
@@ -127,7 +127,7 @@ QList<QByteArray> processTree(const QByteArray &process)
     return all;
 }
 
-TEST_F(HostKeeping, AValueOfTheConfigurationFileIsInNoListOfProcesses)
+TEST_F(HostKeeping, ValuesOfTheConfigurationFileAreNotInTheListOfProcesses)
 {
     const QString name = m_folder.filePath(text("host.json"));
     QFile config(name);
@@ -149,7 +149,7 @@ TEST_F(HostKeeping, AValueOfTheConfigurationFileIsInNoListOfProcesses)
     }
 }
 
-TEST_F(HostKeeping, TheLogGoesOnInANewFileAfterAHangUp)
+TEST_F(HostKeeping, SighupOpensANewLogFile)
 {
     const QString log = m_folder.filePath(text("log"));
     const auto host = start({text("--log-file"), log});
@@ -166,7 +166,7 @@ TEST_F(HostKeeping, TheLogGoesOnInANewFileAfterAHangUp)
     EXPECT_THAT(contentOf(log).toStdString(), HasSubstr("stopping"));
 }
 
-TEST_F(HostKeeping, AHangUpEndsAHostWithoutALogFile)
+TEST_F(HostKeeping, SighupEndsAHostWithoutALogFile)
 {
     const auto host = start();
     ASSERT_TRUE(host->isReady());
@@ -174,7 +174,7 @@ TEST_F(HostKeeping, AHangUpEndsAHostWithoutALogFile)
     EXPECT_EQ(host->waitForEnd(), -1);
 }
 
-TEST_F(HostKeeping, FifosAreRefusedAtTheStartAndNotWaitedFor)
+TEST_F(HostKeeping, RefusesFifosWithoutWaiting)
 {
     const QString fifo = m_folder.filePath(text("fifo"));
     ASSERT_EQ(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
@@ -187,14 +187,14 @@ TEST_F(HostKeeping, FifosAreRefusedAtTheStartAndNotWaitedFor)
     }
 }
 
-TEST_F(HostKeeping, ALogThatCannotBeWrittenStopsNothing)
+TEST_F(HostKeeping, GoesOnWhenTheLogCannotBeWritten)
 {
     const QString log = m_folder.filePath(text("log"));
     const auto host = start({text("--log-file"), log});
     ASSERT_TRUE(host->isReady());
     {
         const FileSizeLimit limit(static_cast<rlim_t>(QFileInfo(log).size()), host->id());
-        // A refusal is a record.
+        // Each refusal is logged.
         EXPECT_EQ(setPartner(host->url() + text("nowhere/"), text("abc")).kind, RpcAnswer::NoHost);
         EXPECT_EQ(setPartner(host->url(), text("abc")).kind, RpcAnswer::Result);
     }
@@ -213,7 +213,7 @@ protected:
     }
     int below(int end) { return static_cast<int>(m_random() % static_cast<unsigned>(end)); }
 
-    /// A start that does not come to its end.
+    /// A start that is interrupted.
     void dieWhileStarting()
     {
         QProcess host;
@@ -222,7 +222,7 @@ protected:
         host.kill();
         host.waitForFinished();
     }
-    /// Makes room and takes it away until it is time to kill.
+    /// Fills the disk and frees it again until it is time to kill.
     void killLater(pid_t host, int milliseconds)
     {
         for (int passed = 0; passed < milliseconds; passed += 5) {
@@ -266,7 +266,7 @@ protected:
     QString m_underWay; ///< may have come to pass
 };
 
-TEST_F(HostDeaths, LoseNothingThatWasAnswered)
+TEST_F(HostDeaths, LoseNoAnsweredChange)
 {
     bool isNumber = false;
     const int given = qEnvironmentVariableIntValue("VESK_DEATHS", &isNumber);

@@ -73,8 +73,8 @@ TEST(HostProcessTest, SaysThatItIsReadyInOneLineAndEndsCleanly)
     }
 }
 
-/// How a host ends that gets the signal while it reads its configuration, or so long afterwards;
-/// -1 when it is killed.
+/// The exit status of a host that gets the signal while it reads its configuration, or some
+/// milliseconds later; -1 when it is killed.
 int endOfStartingHost(int number, std::chrono::milliseconds after)
 {
     const QTemporaryDir folder;
@@ -135,7 +135,7 @@ TEST(HostProcessTest, GoesOnWithoutPlugInsThatCannotBeLoaded)
         {QStringLiteral("path"), QStringLiteral("title"), QStringLiteral("description")});
     const QVariantList list = services.value(QStringLiteral("rows")).toList();
     ASSERT_EQ(list.size(), 6);
-    // Two serve the same paths, which the one has that comes first.
+    // Two of them serve the same paths; the first one wins.
     const bool isFirst = !list.at(1).toList().at(0).isNull();
     EXPECT_EQ(list.at(isFirst ? 1 : 5).toList().at(0), QStringLiteral("Good:"));
     for (const int failed : {0, 2, 3, 4, isFirst ? 5 : 1}) {
@@ -175,7 +175,7 @@ TEST(HostProcessTest, KeepsSettingsFromOneRunToTheNext)
     EXPECT_EQ(value(host->url(), "system:memberId"), memberId);
 }
 
-TEST(HostProcessTest, AValueThatIsSetAtStartStaysAsItIs)
+TEST(HostProcessTest, PinsAValueThatIsSetAtTheStart)
 {
     const auto host = start(plugins({"good"})
         + QStringList {QStringLiteral("--set"), QStringLiteral("network:connected=true"),
@@ -199,7 +199,7 @@ TEST(HostProcessTest, AValueThatIsSetAtStartStaysAsItIs)
     EXPECT_FALSE(kept.readAll().contains("pinned"));
 }
 
-/// Takes requests and answers none.
+/// Accepts requests and answers none.
 class SilentService : public ScriptedServer {
 public:
     SilentService()
@@ -211,7 +211,7 @@ public:
     {
     }
 
-    /// Has the plug-in "busy" ask this one.
+    /// Makes the plug-in "busy" send its requests here.
     QStringList setting() const
     {
         return {QStringLiteral("--set"),
@@ -219,7 +219,7 @@ public:
     }
 };
 
-/// Asks the plug-in "busy", which asks its service.
+/// A request to the plug-in "busy", which sends one to its service.
 auto askBusy(const HostProcess &host)
 {
     return std::async(std::launch::async, [url = host.url()] {
@@ -248,7 +248,7 @@ TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
     EXPECT_LT(elapsed.elapsed(), 10000) << "the exchange itself would last 30 seconds";
 }
 
-TEST(HostProcessTest, OneServiceThatWaitsDoesNotHoldUpAnother)
+TEST(HostProcessTest, ASlowServiceDoesNotDelayAnother)
 {
     SilentService service;
     const auto host = start(plugins({"busy", "good"}) + service.setting());
@@ -260,7 +260,7 @@ TEST(HostProcessTest, OneServiceThatWaitsDoesNotHoldUpAnother)
     EXPECT_EQ(host->waitForEnd(), 0) << host->errors().toStdString();
 }
 
-TEST(HostProcessTest, ConnectsElsewhereForANameWhenItIsTold)
+TEST(HostProcessTest, ConnectToRedirectsAName)
 {
     ScriptedServer service([](const ScriptedServer::Request &) {
         return ScriptedServer::Response {200, "here", {}, ScriptedServer::End::Complete, 0};
@@ -307,7 +307,7 @@ TEST(HostProcessTest, FailsWhenItsPortIsTaken)
     EXPECT_EQ(second->output(), "");
 }
 
-TEST(HostProcessTest, LogsToAFileWhenItIsTold)
+TEST(HostProcessTest, LogsToAFile)
 {
     const QTemporaryDir folder;
     const QString log = folder.filePath(QStringLiteral("host.log"));
@@ -369,7 +369,7 @@ TEST(HostProcessTest, ReadsAConfigurationFile)
 
 class HostPictures : public testing::Test {
 protected:
-    /// A host whose only service names the picture, with these arguments; whether it is up.
+    /// Starts a host whose only service names the picture; returns whether it is ready.
     bool start(const QStringList &arguments)
     {
         m_picture = QStringLiteral("http://127.0.0.1:%1/a.png").arg(m_server.port());
@@ -418,21 +418,21 @@ protected:
     std::unique_ptr<HostProcess> m_host;
 };
 
-TEST_F(HostPictures, AreNotFetchedFromInsideForAServiceOfTheInternet)
+TEST_F(HostPictures, AreNotFetchedFromInsideForAServiceOnTheInternet)
 {
     ASSERT_TRUE(start({QStringLiteral("--connect-to"), QStringLiteral("a.example:80:1.1.1.1:80")}));
     EXPECT_EQ(fetch(), 502);
     EXPECT_EQ(m_server.connections(), 0);
 }
 
-TEST_F(HostPictures, AreFetchedFromInsideWhenTheListenerSaysSo)
+TEST_F(HostPictures, AreFetchedFromInsideIfTheSettingAllowsIt)
 {
     ASSERT_TRUE(start({}));
     EXPECT_EQ(fetch(), 502);
     allow(true);
     EXPECT_EQ(fetch(), 200);
     allow(false);
-    m_picture += QLatin1Char('?'); // nobody named it
+    m_picture += QLatin1Char('?'); // which no service has named
     EXPECT_EQ(fetch(), 404);
 }
 

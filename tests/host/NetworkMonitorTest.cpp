@@ -48,7 +48,7 @@ TEST_F(EthernetMacTest, IsThatOfTheFirstWiredAdapter)
     EXPECT_EQ(mac(), QStringLiteral("00:1a:2b:3c:4d:5e"));
 }
 
-TEST_F(EthernetMacTest, PassesOverWhatIsNoWiredAdapter)
+TEST_F(EthernetMacTest, SkipsOtherInterfaces)
 {
     add("a-bridge", "00:00:00:00:00:01\n", {});
     add("b-wlan", "00:00:00:00:00:02\n", Device + QStringList {QStringLiteral("wireless")});

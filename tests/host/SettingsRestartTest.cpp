@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// Plug-ins that have read a setting, and what becomes of them when it changes.
+/// What happens to plug-ins that have read a setting when it changes.
 #include "tests/host/HostProcess.h"
 
 #include "ctl/RpcClient.h"
@@ -43,7 +43,7 @@ protected:
     }
 
     std::string get(const char *path) { return get(m_client, path); }
-    /// What the plug-in says, or the error.
+    /// The plug-in's answer, or the error.
     static std::string get(RpcClient &client, const char *path)
     {
         const RpcAnswer answer = client.call(QStringLiteral("getData"),
@@ -55,7 +55,8 @@ protected:
         return result.value(QStringLiteral("values")).toList().value(0).toString().toStdString();
     }
 
-    /// Asks until the answer is \a wanted, or for so long; the last answer.
+    /// Repeats the request until the answer is \a wanted or the time is up; returns the last
+    /// answer.
     std::string getUntil(const char *path, const char *wanted, int milliseconds)
     {
         QElapsedTimer clock;
@@ -66,7 +67,7 @@ protected:
         return answer;
     }
 
-    /// Asks on another connection, from another thread.
+    /// A request on another connection, from another thread.
     std::future<std::string> getMeanwhile(const char *path)
     {
         return meanwhile([path](RpcClient &client) { return get(client, path); });
@@ -106,7 +107,7 @@ protected:
     RpcClient m_client;
 };
 
-TEST_F(SettingsRestart, WhatIsAskedAfterAChangeIsAnsweredWithIt)
+TEST_F(SettingsRestart, RequestsAfterAChangeAreAnsweredWithIt)
 {
     EXPECT_EQ(get("Reading:kept"), "");
     const std::string before = get("Reading:instance");
@@ -118,7 +119,7 @@ TEST_F(SettingsRestart, WhatIsAskedAfterAChangeIsAnsweredWithIt)
     m_host.terminate();
     EXPECT_EQ(m_host.waitForEnd(), 0);
     const std::string log = m_host.errors().toStdString();
-    EXPECT_THAT(log, Not(HasSubstr("ERROR"))) << "it is no fault";
+    EXPECT_THAT(log, Not(HasSubstr("ERROR"))) << "a restart for a setting is no error";
     EXPECT_THAT(log, HasSubstr("a setting that it has read has changed"));
 }
 
@@ -139,7 +140,7 @@ TEST_F(SettingsRestart, ABurstOfChangesIsOneRestart)
     EXPECT_EQ(m_host.errors().count("a setting that it has read has changed"), 1);
 }
 
-TEST_F(SettingsRestart, AChangeThatIsTakenBackIsNone)
+TEST_F(SettingsRestart, AChangeThatIsUndoneRestartsNothing)
 {
     const std::string before = get("Reading:instance");
     ASSERT_EQ(set(PartnerId, QStringLiteral("abc")).kind, RpcAnswer::Result);
@@ -149,7 +150,7 @@ TEST_F(SettingsRestart, AChangeThatIsTakenBackIsNone)
     EXPECT_EQ(get("Reading:instance"), before);
 }
 
-TEST_F(SettingsRestart, WhatIsReadWithEachRequestOrFollowedNeedsNone)
+TEST_F(SettingsRestart, SettingsThatAreReadWithEachRequestOrSubscribedToRestartNothing)
 {
     const std::string before = get("Reading:instance");
     EXPECT_EQ(get("Reading:fresh"), "");
@@ -165,7 +166,7 @@ TEST_F(SettingsRestart, WhatIsReadWithEachRequestOrFollowedNeedsNone)
     EXPECT_EQ(get("Reading:instance"), before);
 }
 
-TEST_F(SettingsRestart, AListThatPassesChangesOnDoesNotFollowThem)
+TEST_F(SettingsRestart, AListThatForwardsChangesDoesNotCountAsSubscribed)
 {
     ASSERT_EQ(m_client
                   .call(QStringLiteral("subscribe"),
@@ -177,7 +178,7 @@ TEST_F(SettingsRestart, AListThatPassesChangesOnDoesNotFollowThem)
     EXPECT_EQ(get("Reading:kept"), "abc");
 }
 
-TEST_F(SettingsRestart, ClientsAreToldToReadAnew)
+TEST_F(SettingsRestart, SubscribersAreNotifiedToReadAgain)
 {
     bool isTold = false;
     m_client.setNotified([&](const QString &method, const QVariantHash &params) {
@@ -194,7 +195,7 @@ TEST_F(SettingsRestart, ClientsAreToldToReadAnew)
     EXPECT_TRUE(m_client.waitUntil([&] { return isTold; }));
 }
 
-TEST_F(SettingsRestart, WhatIsUnderWayIsAnswered)
+TEST_F(SettingsRestart, RequestsUnderWayAreAnswered)
 {
     auto read = getMeanwhile("Reading:kept?ms=1500");
     wait(200);
@@ -207,7 +208,7 @@ TEST_F(SettingsRestart, WhatIsUnderWayIsAnswered)
     EXPECT_THAT(waiting.get(), Not(HasSubstr("error")));
 }
 
-TEST_F(SettingsRestart, WhatChangesSomethingIsFinishedFirst)
+TEST_F(SettingsRestart, AChangeUnderWayIsFinishedFirst)
 {
     get("Reading:kept");
     auto writing = setMeanwhile("Reading:kept?ms=1500");
@@ -216,11 +217,11 @@ TEST_F(SettingsRestart, WhatChangesSomethingIsFinishedFirst)
     clock.start();
     ASSERT_EQ(set(PartnerId, QStringLiteral("abc")).kind, RpcAnswer::Result);
     EXPECT_EQ(get("Reading:kept"), "abc");
-    EXPECT_GE(clock.elapsed(), 900) << "the former one was waited for";
-    EXPECT_EQ(writing.get(), "") << "by the one that began it";
+    EXPECT_GE(clock.elapsed(), 900) << "the restart waits for the change under way";
+    EXPECT_EQ(writing.get(), "") << "answered by the process that began it";
 }
 
-TEST_F(SettingsRestart, AChangeDuringARestartCountsToo)
+TEST_F(SettingsRestart, AChangeDuringARestartCounts)
 {
     get("Reading:kept");
     for (int i = 0; i < 6; ++i) {
@@ -231,7 +232,7 @@ TEST_F(SettingsRestart, AChangeDuringARestartCountsToo)
     }
 }
 
-TEST_F(SettingsRestart, APlugInThatCannotBeLoadedWithASettingIsWithAnother)
+TEST_F(SettingsRestart, APlugInThatFailsWithOneSettingIsLoadedWithAnother)
 {
     get("Reading:kept");
     ASSERT_EQ(set(PartnerId, QStringLiteral("wrong")).kind, RpcAnswer::Result);
@@ -242,7 +243,7 @@ TEST_F(SettingsRestart, APlugInThatCannotBeLoadedWithASettingIsWithAnother)
     EXPECT_EQ(get("Reading:kept"), "other");
 }
 
-TEST_F(SettingsRestart, AChangeThatIsTakenBackDuringARestartLeavesNothingHeld)
+TEST_F(SettingsRestart, AnUndoneChangeDuringARestartReleasesWaitingRequests)
 {
     get("Reading:kept");
     for (int milliseconds = 270; milliseconds < 400; milliseconds += 15) {
@@ -256,7 +257,7 @@ TEST_F(SettingsRestart, AChangeThatIsTakenBackDuringARestartLeavesNothingHeld)
     }
 }
 
-TEST_F(SettingsRestart, TheHostEndsCleanlyInTheMiddleOfIt)
+TEST_F(SettingsRestart, TheHostEndsCleanlyDuringARestart)
 {
     for (int milliseconds : {0, 250, 310, 340}) {
         HostProcess host(QStringLiteral(HOST_PROGRAM),
@@ -269,10 +270,10 @@ TEST_F(SettingsRestart, TheHostEndsCleanlyInTheMiddleOfIt)
     }
 }
 
-/// Not with the plug-in in the host's process, which it would end.
+/// Not with the plug-in in the host's process, because its crash would end the host.
 class SettingsRestartDeath : public SettingsRestart { };
 
-TEST_F(SettingsRestartDeath, APlugInThatDiesOfItComesBackWithTheNextChange)
+TEST_F(SettingsRestartDeath, APlugInThatCrashesOnASettingComesBackWithTheNextChange)
 {
     get("Reading:kept");
     ASSERT_EQ(set(PartnerId, QStringLiteral("fatal")).kind, RpcAnswer::Result);
@@ -281,7 +282,7 @@ TEST_F(SettingsRestartDeath, APlugInThatDiesOfItComesBackWithTheNextChange)
     EXPECT_EQ(getUntil("Reading:kept", "fine", 20000), "fine");
 }
 
-TEST_F(SettingsRestartDeath, AChangeEndsTheWaitForAnotherTry)
+TEST_F(SettingsRestartDeath, AChangeEndsTheWaitForTheNextTry)
 {
     get("Reading:kept");
     ASSERT_EQ(set(PartnerId, QStringLiteral("fatal")).kind, RpcAnswer::Result);

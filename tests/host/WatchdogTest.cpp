@@ -29,7 +29,7 @@ using testing::ExitedWithCode;
 using testing::KilledBySignal;
 using testing::Not;
 
-/// Runs the event loop for so long, with \a task in it.
+/// Runs the event loop for that time, with \a task in it.
 template <class Task>
 void spin(std::chrono::milliseconds time, const Task &task)
 {
@@ -102,7 +102,7 @@ TEST(WatchdogDeathTest, EndsAProcessThatNeverRunsItsLoop)
         KilledBySignal(SIGABRT), "");
 }
 
-/// Logs where nobody reads: the thread that hangs holds the log's lock.
+/// Logs into a full pipe: the thread that hangs holds the log's lock.
 [[noreturn]] void hangInTheLog()
 {
     int ends[2] = {-1, -1};
@@ -133,7 +133,7 @@ TEST(WatchdogDeathTest, EndsAProcessThatHangsWithTheLogLocked)
         elapsed.start();
         if (std::system(command.constData()) != 0)
             std::_Exit(1);
-        // The signal comes when the machine finds time for its sender.
+        // The signal comes when the scheduler runs its sender.
         while (elapsed.elapsed() < 4000)
             runFor(10ms);
         runFor(400ms);
@@ -147,7 +147,7 @@ TEST(WatchdogDeathTest, DoesNotCountTheTimeInWhichTheProcessIsStopped)
     EXPECT_EXIT(beStopped(), ExitedWithCode(0), "");
 }
 
-TEST(WatchdogTest, LeavesABusyLoopAlone)
+TEST(WatchdogTest, AllowsABusyLoop)
 {
     const Watchdog watchdog(500ms);
     int turns = 0;
@@ -158,7 +158,7 @@ TEST(WatchdogTest, LeavesABusyLoopAlone)
     EXPECT_GT(turns, 1000);
 }
 
-TEST(WatchdogTest, TurnsOfNestedLoopsAreTurns)
+TEST(WatchdogTest, CountsTheTurnsOfNestedLoops)
 {
     const Watchdog watchdog(500ms);
     bool done = false;
@@ -182,11 +182,11 @@ TEST(WatchdogTest, LooksAtMostTwiceInItsLimit)
     const int before = wakeUps(::getpid());
     ASSERT_GE(before, 0);
     spin(3s, [] {});
-    EXPECT_GE(wakeUps(::getpid()) - before, 3) << "it does look";
+    EXPECT_GE(wakeUps(::getpid()) - before, 3) << "it does wake up";
     EXPECT_LE(wakeUps(::getpid()) - before, 14);
 }
 
-TEST(WatchdogTest, IsNotWokenWhileTheLoopWaits)
+TEST(WatchdogTest, DoesNotWakeWhileTheLoopWaits)
 {
     const Watchdog watchdog(200ms);
     int before = -1;
@@ -195,11 +195,11 @@ TEST(WatchdogTest, IsNotWokenWhileTheLoopWaits)
     QTimer::singleShot(500, [&before] { before = wakeUps(::getpid()); });
     spin(3s, [] {});
     ASSERT_GE(before, 0);
-    // The turn that reads the first number has the watchdog look once more.
+    // The turn in which the first number is read makes the watchdog wake up once more.
     EXPECT_LE(after - before, 1);
 }
 
-TEST(WatchdogTest, EndsAndBeginsAnew)
+TEST(WatchdogTest, CanBeStartedAgain)
 {
     for (int i = 0; i < 100; ++i) {
         const Watchdog watchdog(20ms * (1 + i % 3));
@@ -222,14 +222,14 @@ TEST(HostWatchdogTest, EndsAHostThatHangsWithTheStackInTheLog)
             ContainsRegex("FATAL Host.Watchdog [^\n]*    standStillForEver[^\n]*\\.so")));
 }
 
-TEST(HostWatchdogTest, IsNotWokenInAnIdleHost)
+TEST(HostWatchdogTest, DoesNotWakeInAnIdleHost)
 {
-    // In its process: the supervision of others looks at them once a second.
+    // With plug-ins in its process: the supervision of other processes wakes up once a second.
     HostProcess host(QStringLiteral(HOST_PROGRAM),
         {QStringLiteral("--plugin"), QStringLiteral(TEST_PLUGINS "/libvesk_cb_good.so"),
             QStringLiteral("--in-process"), QStringLiteral("--watchdog"), QStringLiteral("0.4")});
     ASSERT_TRUE(host.isReady()) << host.errors().toStdString();
-    // What is done after the start settles; then nothing wakes the host.
+    // Some work is done after the start; then nothing wakes the host.
     int before = -1;
     int after = wakeUps(host.id());
     for (int tries = 0; tries < 10 && after != before; ++tries) {

@@ -21,8 +21,8 @@ VESK_LOGGER("Host.Http")
 namespace {
 
 constexpr char Key[] = "vesk-connection";
-/// Connections that wait to be accepted. With GLib's ten, a client that opens many makes others
-/// wait for the second that their kernel takes to try again.
+/// Connections that wait to be accepted. With GLib's default of ten, a client that opens many makes
+/// the others wait for the second after which TCP sends a lost SYN again.
 constexpr int Backlog = 256;
 
 QByteArray textOf(GSocketAddress *address)
@@ -38,7 +38,7 @@ QByteArray textOf(GSocketAddress *address)
 
 } // namespace
 
-/// Called by GLib when nobody references a connection's stream any more.
+/// Called by GLib when the last reference to a connection's stream is gone.
 struct HttpConnection::Gone {
     static void call(gpointer data, GObject *)
     {
@@ -59,7 +59,8 @@ struct HttpConnection::End {
             Q_EMIT self->hungUp();
             return G_SOURCE_REMOVE;
         }
-        // What is sent to a client that has gone comes back as an error.
+        // If the client has closed the whole connection, its kernel answers with a reset, which
+        // comes back here as G_IO_ERR.
         if (self->m_knowsInterim) {
             g_socket_send(g_socket_connection_get_socket(self->m_connection), Interim,
                 sizeof Interim - 1, nullptr, nullptr);
@@ -68,7 +69,7 @@ struct HttpConnection::End {
         return G_SOURCE_REMOVE;
     }
 
-    /// An interim answer (RFC 9110, section 15.2), which a client must expect at any time.
+    /// An interim response (RFC 9110, section 15.2), which a client must expect at any time.
     static constexpr char Interim[] = "HTTP/1.1 102 Processing\r\n\r\n";
 };
 
@@ -133,7 +134,7 @@ void HttpConnection::watchForEnd(bool knowsInterim)
     watch(POLLRDHUP);
 }
 
-/// For errors, and \a conditions of poll(2) beside; GLib hands on those that it has no name for.
+/// For errors, and for \a conditions of poll(2); GLib passes on those that it has no name for.
 void HttpConnection::watch(int conditions)
 {
     stopWatching();
@@ -197,7 +198,7 @@ HttpConnections::HttpConnections(QObject *parent)
 HttpConnections::~HttpConnections()
 {
     close();
-    // Whoever still references a stream does not keep its client waiting.
+    // libsoup may keep a reference to a stream; the connection ends all the same.
     const auto open = findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly);
     for (HttpConnection *connection : open)
         connection->shutDown();
@@ -246,22 +247,21 @@ int HttpConnections::active() const
         [](const HttpConnection *connection) { return !connection->isShutDown(); }));
 }
 
-bool HttpConnections::makeRoom(const HttpConnection *latest)
+bool HttpConnections::makeSpace(const HttpConnection *latest)
 {
-    HttpConnection *const connection = leastMissed(latest);
+    HttpConnection *const connection = leastNeeded(latest);
     if (connection)
         connection->shutDown();
     return connection != nullptr;
 }
 
-HttpConnection *HttpConnections::leastMissed(const HttpConnection *latest) const
+HttpConnection *HttpConnections::leastNeeded(const HttpConnection *latest) const
 {
     const auto all = findChildren<HttpConnection *>(QString(), Qt::FindDirectChildrenOnly);
     QHash<QByteArray, int> ofPeer;
     for (const HttpConnection *connection : all)
         ofPeer[connection->peer()] += connection->isShutDown() ? 0 : 1;
-    // What is compared is how little each is missed, the most important first.
-    const auto missedLess = [&ofPeer](const HttpConnection *a, const HttpConnection *b) {
+    const auto isNeededLess = [&ofPeer](const HttpConnection *a, const HttpConnection *b) {
         if (const int more = ofPeer.value(a->peer()) - ofPeer.value(b->peer()))
             return more > 0;
         return a->isIdle() != b->isIdle() ? a->isIdle() : a->quietMs() > b->quietMs();
@@ -270,7 +270,7 @@ HttpConnection *HttpConnections::leastMissed(const HttpConnection *latest) const
     for (HttpConnection *connection : all) {
         const bool mayGo = connection != latest && !connection->isShutDown()
             && (connection->isIdle() || connection->isWebSocket());
-        if (mayGo && (!least || missedLess(connection, least)))
+        if (mayGo && (!least || isNeededLess(connection, least)))
             least = connection;
     }
     return least;

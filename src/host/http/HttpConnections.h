@@ -20,8 +20,8 @@ struct _GSocketService;
 struct _GSource;
 class WebSocketSession;
 
-/// One accepted connection and its time limit. Lasts as long as somebody references its stream, and
-/// deletes itself with it.
+/// One accepted connection and its time limit. Lasts as long as its stream is referenced, and
+/// deletes itself with it. Main thread.
 class HttpConnection : public QObject {
     Q_OBJECT
 
@@ -45,18 +45,18 @@ public:
 
     /// The client's address, without the port.
     const QByteArray &peer() const { return m_peer; }
-    /// A request of the client is being answered.
+    /// Whether a request of the client is being answered.
     void setAnswering(bool answering);
-    /// While a request is being answered: emits hungUp() once the client has gone. One that only
-    /// sends no more looks the same until something is sent to it; it gets an interim answer, if
-    /// \a knowsInterim (HTTP/1.1 and later).
+    /// Emits hungUp() when the client closes the connection while a request is being answered. A
+    /// client that has only closed its sending side looks the same until something is sent to it;
+    /// so it is sent an interim response, if \a knowsInterim (HTTP/1.1 and later).
     void watchForEnd(bool knowsInterim);
     /// The connection is a WebSocket from now on.
     void setSession(WebSocketSession *session);
-    /// The client said something.
+    /// The client has sent something.
     void touch() { m_sinceActive.start(); }
-    /// Whether the client waits for nothing here: it has not finished a request, has its answer, or
-    /// is a WebSocket that waits for none and is told of no changes.
+    /// Whether the client waits for nothing: it has not finished a request, has its response, or is
+    /// a WebSocket without an open request or subscription.
     bool isIdle() const;
     bool isWebSocket() const { return m_isWebSocket; }
     qint64 quietMs() const { return m_sinceActive.elapsed(); }
@@ -105,15 +105,15 @@ public:
     int count() const;
     /// How many are open to stay.
     int active() const;
-    /// Shuts down the connection that is missed least, other than \a latest: of the client address
-    /// with the most of them, the idle one that has been quiet for longest, or else the WebSocket
-    /// that has. Returns false when there is none.
-    bool makeRoom(const HttpConnection *latest);
+    /// Shuts down one connection other than \a latest: of the client address with the most of them,
+    /// the idle one that has been quiet for longest, or else the WebSocket that has. Returns false
+    /// when there is none.
+    bool makeSpace(const HttpConnection *latest);
 
 private:
     struct Incoming;
 
-    HttpConnection *leastMissed(const HttpConnection *latest) const;
+    HttpConnection *leastNeeded(const HttpConnection *latest) const;
 
     _GSocketService *m_service;
     std::function<void(HttpConnection *)> m_accepted;

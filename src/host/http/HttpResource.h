@@ -9,7 +9,7 @@
 
 #include <functional>
 
-/// A request to read something. Header values are as they came, empty when there is none.
+/// A request to read something. Header values are as they were sent, empty without such a header.
 struct HttpRequest {
     QByteArray path; ///< decoded, begins with "/"
     QByteArray host;
@@ -22,11 +22,11 @@ struct HttpResponse {
     /// The Content-Type; null sends no body.
     QByteArray type;
     QByteArray body;
-    /// In place of the server's own headers of these names.
+    /// These replace the server's own headers of the same names.
     QVector<QPair<QByteArray, QByteArray>> headers;
 };
 
-/// Something that the HTTP server offers for reading, by GET and HEAD. Main thread.
+/// Something that the HTTP server offers by GET and HEAD. Main thread.
 class HttpResource {
 public:
     using Respond = std::function<void(const HttpResponse &)>;

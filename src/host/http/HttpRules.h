@@ -6,11 +6,12 @@
 #include <QByteArray>
 
 /// \file
-/// Which requests a server for this machine's own users takes. Pure functions, any thread.
+/// Which requests a server for this machine's own users accepts. Pure functions, any thread.
 ///
-/// A page from elsewhere in the user's browser can send requests to the loopback interface. It can
-/// choose neither the Host header (which gives away a name that was rebound to 127.0.0.1) nor the
-/// Origin header, and it cannot send application/json without being allowed to.
+/// A page of another site in the user's browser can send requests to the loopback interface. But it
+/// cannot choose the Host header, which reveals a name that was rebound to 127.0.0.1 (DNS
+/// rebinding), or the Origin header, and it cannot send application/json without a preflight
+/// request (CORS), which this server refuses.
 
 /// Whether \a host, a Host header, names this machine: 127.0.0.1, localhost or [::1], with \a port
 /// or without one.

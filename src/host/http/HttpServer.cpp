@@ -21,13 +21,13 @@ VESK_LOGGER("Host.Http")
 
 namespace {
 
-/// Connections beyond the limit that still get to hear why, or are on their way out; more are
+/// Connections beyond the limit that are still sent the reason, or are being closed; more are
 /// dropped at once.
 constexpr int RefusedConnections = 16;
 
 constexpr char Page[] = "The content browser's page is not installed.\n";
 
-/// What belongs to one request beside libsoup's message, which owns it.
+/// What the server knows of one request. Owned by libsoup's message.
 struct RequestState {
     QPointer<HttpConnection> connection;
     QByteArray body;
@@ -40,7 +40,7 @@ RequestState *stateOf(SoupServerMessage *message)
     return static_cast<RequestState *>(g_object_get_data(G_OBJECT(message), "vesk"));
 }
 
-/// Keeps a message for an answer that comes later.
+/// Keeps a message for a response that comes later.
 class MessageRef {
 public:
     explicit MessageRef(SoupServerMessage *message)
@@ -60,7 +60,7 @@ private:
     SoupServerMessage *const m_message;
 };
 
-/// All headers of that name, joined by commas: two of a kind match nothing.
+/// All headers of that name, joined by commas. Where one is expected, two match nothing.
 QByteArray header(SoupServerMessage *message, const char *name)
 {
     return soup_message_headers_get_list(soup_server_message_get_request_headers(message), name);
@@ -104,7 +104,6 @@ public:
 
     void accept(HttpConnection *connection);
     static void limit(SoupServerMessage *message, int milliseconds);
-    /// The request is being answered for as long as it takes, or its answer is on the way.
     static void setAnswering(SoupServerMessage *message, bool answering);
     /// Whether the request's head was refused.
     bool refuse(SoupServerMessage *message, const char *path);
@@ -115,7 +114,7 @@ public:
     static QObject *watchClient(SoupServerMessage *message);
     void read(HttpResource *resource, SoupServerMessage *message, const char *path);
     void upgrade(SoupServerMessage *message);
-    /// Whether \a message can still be answered, now that its answer came later.
+    /// Whether \a message can still be answered.
     bool isOpen(SoupServerMessage *message) const;
     void respond(SoupServerMessage *message, const HttpResponse &response);
     void refuseWith(SoupServerMessage *message, unsigned code, const QByteArray &reason);
@@ -124,14 +123,14 @@ public:
 void HttpServerPrivate::accept(HttpConnection *connection)
 {
     if (connections.count() > limits.connections + RefusedConnections)
-        return refusals.tell("connection shut down: too many connections");
+        return refusals.log("connection shut down: too many connections");
     if (connections.active() > limits.connections)
-        connections.makeRoom(connection);
+        connections.makeSpace(connection);
     connection->limit(limits.readTimeout);
     GError *error = nullptr;
     if (!soup_server_accept_iostream(server, connection->stream(), connection->localAddress(),
             connection->remoteAddress(), &error)) {
-        refusals.tell("connection not accepted: " + QByteArray(error->message));
+        refusals.log("connection not accepted: " + QByteArray(error->message));
         g_error_free(error);
     }
 }
@@ -167,7 +166,7 @@ void HttpServerPrivate::early(
 {
     auto *self = static_cast<HttpServerPrivate *>(data);
     if (self->refuse(message, path))
-        stateOf(message)->isTooLarge = true; // what still comes of its body is not kept
+        stateOf(message)->isTooLarge = true; // the rest of its body is dropped
 }
 
 bool HttpServerPrivate::refuse(SoupServerMessage *message, const char *path)
@@ -264,7 +263,7 @@ void HttpServerPrivate::handleMessage(SoupServerMessage *message)
 {
     limit(message, 0);
     setAnswering(message, true);
-    // Paused until the answer is there, which may be at once.
+    // Paused until the response is there, which may be at once.
     soup_server_message_pause(message);
     QObject *client = watchClient(message);
     const QPointer<HttpServer> guard(q);
@@ -280,7 +279,7 @@ void HttpServerPrivate::handleMessage(SoupServerMessage *message)
         });
 }
 
-/// The client as long as it is there and waits for the answer.
+/// An object that lasts as long as the client waits for its response.
 QObject *HttpServerPrivate::watchClient(SoupServerMessage *message)
 {
     HttpConnection *connection = stateOf(message)->connection;
@@ -330,7 +329,7 @@ void HttpServerPrivate::upgraded(SoupServerMessage *message, gpointer data)
         auto *session = new WebSocketSession(
             stream, connection->stream(), self->handler, self->refusals, self->q);
         connection->setSession(session);
-        veskConnect(session, &WebSocketSession::heard, connection, &HttpConnection::touch);
+        veskConnect(session, &WebSocketSession::received, connection, &HttpConnection::touch);
     }
     g_object_unref(stream);
 }
@@ -342,6 +341,9 @@ void HttpServerPrivate::respond(SoupServerMessage *message, const HttpResponse &
     soup_message_headers_replace(headers, "X-Content-Type-Options", "nosniff");
     soup_message_headers_replace(headers, "Referrer-Policy", "no-referrer");
     soup_message_headers_replace(headers, "Cache-Control", "no-store");
+    // One request for each connection: those that a browser would keep open, six for each page, do
+    // not take up the limited number, and what is left of a refused body is not read as a request.
+    // A client that makes many requests has a WebSocket.
     soup_message_headers_replace(headers, "Connection", "close");
     for (const auto &entry : response.headers)
         soup_message_headers_replace(headers, entry.first.constData(), entry.second.constData());
@@ -357,7 +359,7 @@ void HttpServerPrivate::respond(SoupServerMessage *message, const HttpResponse &
 void HttpServerPrivate::refuseWith(
     SoupServerMessage *message, unsigned code, const QByteArray &reason)
 {
-    refusals.tell("request refused with " + QByteArray::number(code) + ": " + reason);
+    refusals.log("request refused with " + QByteArray::number(code) + ": " + reason);
     respond(message, {code, "text/plain; charset=utf-8", reason + "\n", {}});
 }
 

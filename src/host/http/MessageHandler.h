@@ -18,8 +18,8 @@ public:
 
     virtual void send(const QByteArray &message) = 0;
 
-    /// The client is told of changes. When connections run out, one that is not, and that waits for
-    /// no reply, is closed first.
+    /// Whether the client gets notifications of changes. When connections run out, clients without
+    /// a subscription or an open request are closed first.
     void setSubscribed(bool subscribed) { m_isSubscribed = subscribed; }
     bool isSubscribed() const { return m_isSubscribed; }
 

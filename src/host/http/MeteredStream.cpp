@@ -78,8 +78,8 @@ GSource *sourceOver(GObject *stream, GSource *base, GCancellable *cancellable)
     return source;
 }
 
-/// Closing does nothing here, so it needs no thread. GIO would take one, which might let go of the
-/// stream last; but what is told of the stream's end belongs to the main thread.
+/// Closing does nothing here, so it needs no thread. GIO's default uses one, which might drop the
+/// last reference to the stream; but the callback for its end belongs to the main thread.
 void closeAtOnce(
     gpointer stream, GCancellable *cancellable, GAsyncReadyCallback callback, gpointer data)
 {

@@ -6,9 +6,9 @@
 #include <gio/gio.h>
 
 /// \file
-/// A GIOStream over another one that counts what passes and bounds what is read. libsoup's
-/// WebSocket connection neither tells how much it still has to send nor bounds a message that comes
-/// in fragments; both follow from the bytes that really pass.
+/// A GIOStream over another one that counts the bytes written and bounds the bytes read. libsoup's
+/// WebSocket connection has no way to ask how much it still has to send, and no bound for a message
+/// that comes in fragments; both follow from the bytes that really pass.
 
 /// A pollable stream over \a base, which it references and closes when it goes; the two sides of
 /// \a base must be pollable. At first anything may be read.

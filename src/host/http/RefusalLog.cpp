@@ -26,18 +26,18 @@ RefusalLog::~RefusalLog()
         writeCount(entry.first, entry.second);
 }
 
-void RefusalLog::tell(const QByteArray &line)
+void RefusalLog::log(const QByteArray &line)
 {
     VESK_ASSERT_OWN_THREAD();
     const bool isKnown = m_kinds.count(line) > 0 || m_kinds.size() < MaxKinds;
-    const QByteArray told = isKnown ? line : QByteArray(OtherKinds);
-    Kind &kind = kindOf(told);
+    const QByteArray kindLine = isKnown ? line : QByteArray(OtherKinds);
+    Kind &kind = kindOf(kindLine);
     if (kind.second.isActive()) {
-        ++kind.keptBack;
+        ++kind.suppressed;
         return;
     }
     kind.second.start();
-    m_write(told);
+    m_write(kindLine);
 }
 
 RefusalLog::Kind &RefusalLog::kindOf(const QByteArray &line)
@@ -48,7 +48,7 @@ RefusalLog::Kind &RefusalLog::kindOf(const QByteArray &line)
         kind.second.setSingleShot(true);
         kind.second.setInterval(m_milliseconds);
         connect(&kind.second, &QTimer::timeout, this, [this, line, &kind] {
-            if (kind.keptBack == 0)
+            if (kind.suppressed == 0)
                 return;
             writeCount(line, kind);
             kind.second.start();
@@ -59,7 +59,7 @@ RefusalLog::Kind &RefusalLog::kindOf(const QByteArray &line)
 
 void RefusalLog::writeCount(const QByteArray &line, Kind &kind)
 {
-    const int count = std::exchange(kind.keptBack, 0);
+    const int count = std::exchange(kind.suppressed, 0);
     if (count > 0)
         m_write(line + " (" + QByteArray::number(count) + " more times)");
 }

@@ -10,9 +10,9 @@
 #include <functional>
 #include <map>
 
-/// Tells the log of refusals, but no more than one line of a kind in a second, so that a client
-/// that is refused over and over does not fill it. The lines that were kept back are counted, and
-/// the count is a line itself when the second is over. Main thread, with an event loop.
+/// Logs refusals, but no more than one line of a kind in a second, so that a client that is refused
+/// over and over does not fill the log. Suppressed lines are counted, and the count is logged when
+/// the second is over. Main thread, with an event loop.
 class RefusalLog : public QObject {
     Q_OBJECT
 
@@ -23,16 +23,16 @@ public:
     using Write = std::function<void(const QByteArray &line)>;
     /// \a write puts a line into the log. Lines of a kind are \a milliseconds apart.
     explicit RefusalLog(Write write, int milliseconds = 1000, QObject *parent = nullptr);
-    /// Tells the counts that are still open.
+    /// Logs the counts of the current second.
     ~RefusalLog() override;
 
-    /// \a line says what was refused and why; the same words are the same kind.
-    void tell(const QByteArray &line);
+    /// \a line says what was refused and why; equal lines are of one kind.
+    void log(const QByteArray &line);
 
 private:
     struct Kind {
         QTimer second;
-        int keptBack = 0;
+        int suppressed = 0;
     };
 
     Kind &kindOf(const QByteArray &line);

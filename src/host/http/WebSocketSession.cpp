@@ -49,7 +49,7 @@ struct WebSocketSession::Handlers {
 
     static void error(SoupWebsocketConnection *, GError *error, gpointer data)
     {
-        static_cast<WebSocketSession *>(data)->m_refusals.tell(
+        static_cast<WebSocketSession *>(data)->m_refusals.log(
             "WebSocket: " + QByteArray(error->message));
     }
 
@@ -73,8 +73,8 @@ WebSocketSession::WebSocketSession(GIOStream *stream, GIOStream *metered, Messag
     m_connection = soup_websocket_connection_new(
         stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
     g_uri_unref(uri);
-    // A message that is somewhat too long is read all the same: closing on unread bytes would reset
-    // the connection and take the reason with it.
+    // A message that is somewhat too long is read all the same: to close a socket with unread bytes
+    // resets the connection, and the client would lose the close code.
     soup_websocket_connection_set_max_incoming_payload_size(m_connection, MaxExtra);
     soup_websocket_connection_set_keepalive_interval(m_connection, KeepAliveSeconds);
     g_signal_connect(m_connection, "message", G_CALLBACK(&Handlers::message), this);
@@ -101,7 +101,7 @@ void WebSocketSession::close(unsigned short code)
 
 void WebSocketSession::receive(const QByteArray &message)
 {
-    Q_EMIT heard();
+    Q_EMIT received();
     allow(static_cast<quint64>(message.size()));
     if (message.size() > MaxMessage)
         return close(SOUP_WEBSOCKET_CLOSE_TOO_BIG);
@@ -140,7 +140,7 @@ void WebSocketSession::send(const QByteArray &message)
 
 void WebSocketSession::drop(const char *reason)
 {
-    m_refusals.tell("WebSocket dropped: " + QByteArray(reason));
+    m_refusals.log("WebSocket dropped: " + QByteArray(reason));
     ended();
 }
 
@@ -150,6 +150,6 @@ void WebSocketSession::ended()
         return;
     m_ended = true;
     VESK_DEBUG("WebSocket closed");
-    // Not here and now: libsoup may be in the middle of calling this session.
+    // Later, because libsoup may be calling this session.
     deleteLater();
 }

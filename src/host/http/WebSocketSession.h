@@ -23,14 +23,14 @@ public:
     static constexpr int MaxMessage = 64 * 1024;
     /// Bytes on their way to a client that reads slowly or not at all.
     static constexpr quint64 MaxBacklog = 4 * 1024 * 1024;
-    /// Bytes that come beside whole messages: unfinished ones, pings, the frames of fragments. A
-    /// client has this many to spend, and gets back so many a second.
+    /// Bytes other than those of whole messages: unfinished messages, pings, the frames of
+    /// fragments. A client has this many to spend, and gets back so many a second.
     static constexpr quint64 MaxExtra = 1024 * 1024;
     static constexpr quint64 ExtraPerSecond = 100;
 
     /// Takes over \a stream, on which the handshake is complete. What passes is counted by
     /// \a metered, a metered stream that lies below it. \a refusals, which must outlive the
-    /// session, hears why it ends a connection.
+    /// session, logs why it ends a connection.
     WebSocketSession(_GIOStream *stream, _GIOStream *metered, MessageHandler *handler,
         RefusalLog &refusals, QObject *parent);
     ~WebSocketSession() override;
@@ -38,20 +38,20 @@ public:
     void send(const QByteArray &message) override;
     /// Whether a reply is still to come, or changes are.
     bool isWaiting() const { return m_unanswered > 0 || isSubscribed(); }
-    /// Says good-bye with a close code (RFC 6455, section 7.4); the client answers, or is dropped.
+    /// Sends a close code (RFC 6455, section 7.4); the client answers, or is dropped.
     void close(unsigned short code);
 
 Q_SIGNALS:
     /// The client has sent a message.
-    void heard();
+    void received();
 
 private:
     struct Handlers;
 
     void receive(const QByteArray &message);
-    /// More may be read: a frame of \a payload bytes was taken for what it is.
+    /// Gives back what a whole frame of \a payload bytes took, and what the time has earned.
     void allow(quint64 payload);
-    /// Ends the connection without another word.
+    /// Ends the connection without a close code.
     void drop(const char *reason);
     void ended();
 
@@ -61,7 +61,7 @@ private:
     _SoupWebsocketConnection *m_connection = nullptr;
     int m_unanswered = 0; ///< messages without a reply
     QElapsedTimer m_sinceAllowed;
-    /// Framed bytes that were handed to the connection, and what went before them.
+    /// Framed bytes that were handed to the connection, and the bytes of the handshake.
     quint64 m_queued = 0;
     bool m_ended = false;
 };

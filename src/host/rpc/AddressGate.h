@@ -13,15 +13,15 @@
 
 #include <map>
 
-/// Keeps links from changing anything. Opening an address is a question to its plug-in, but some
-/// addresses change or report something when they are asked for, as the plug-in's descriptor says;
-/// and a link on whatever web page leads to whichever address it likes. So clients open those only
-/// where a list offered them: what a listener clicked. Main thread.
+/// Keeps links from changing anything. To open an address is to read it, but some addresses change
+/// or report something when they are read, as the plug-in's descriptor says; and a link on any web
+/// page may lead to any address. So clients may open those addresses only where a list has offered
+/// them, which means that a user has clicked a row. Main thread.
 ///
-/// What was offered on a WebSocket counts for this connection alone, so that no chain of links
-/// leads where one link does not; a POST, which no other page can send, may open what any client
-/// was offered. A list's offer counts whatever its service answered with: the one that offers the
-/// row keeps what the row changes.
+/// An offer on a WebSocket counts for this connection alone, so that a chain of links leads no
+/// further than one link. A POST, which no page of another site can send, may open what any client
+/// was offered. All rows of a list are offers: the service that offers a row also keeps the data
+/// that it changes.
 class AddressGate : public QObject {
     Q_OBJECT
 
@@ -29,16 +29,15 @@ public:
     explicit AddressGate(QObject *parent = nullptr);
     ~AddressGate() override;
 
-    /// What the plug-in at \a root says of its addresses.
+    /// What the plug-in at \a root declares of its addresses.
     void declare(const CMPath &root, const QVector<ChangingAddresses> &changing);
 
-    /// Whether the client may open \a path; \a peer is null for one without a lasting connection.
-    /// Logs a refusal.
+    /// Whether the client may open \a path; \a peer is null for a POST. Logs a refusal.
     bool mayOpen(const CMPath &path, const MessagePeer *peer) const;
     static JsonRpcError refusal();
 
-    /// A client is answered with \a rows, whose values are those of \a roles: it may open their
-    /// paths, menus and searches from now on.
+    /// A client is sent \a rows, whose values are those of \a roles: it may open their paths, menus
+    /// and searches from now on.
     void offerRows(const QStringList &roles, const QVariantList &rows, MessagePeer *peer);
     /// The same of one row or screen, whose own path the client knew before.
     void offerData(const QStringList &roles, const QVariantList &values, MessagePeer *peer);

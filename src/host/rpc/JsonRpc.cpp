@@ -27,7 +27,7 @@ bool isJsonType(const QVariant &value, std::initializer_list<int> types)
     return false;
 }
 
-/// Whether it is sent back as it came, although it may have been read as a double.
+/// Whether it is written as it was read, although it may have been read as a double.
 bool isKept(double number)
 {
     constexpr double limit = 9007199254740992.0; // 2^53

@@ -12,7 +12,7 @@
 /// The messages of JSON-RPC 2.0 as values: bytes in, requests out; results in, bytes out. Pure
 /// functions, any thread.
 
-/// Why a call failed, as it is told to the client.
+/// Why a call failed, as it is sent to the client.
 struct JsonRpcError {
     enum Code {
         ParseError = -32700,
@@ -28,11 +28,11 @@ struct JsonRpcError {
         TimedOut = -32002,
         /// The client has too many calls that wait for their answers.
         TooManyRequests = -32003,
-        /// The row that was to be played is in the screen no more.
+        /// The row that was to be played is no longer in its screen.
         RowGone = -32004,
         /// The address changes something, and no list offered it.
         NotOffered = -32005,
-        /// The client took the request back.
+        /// The client cancelled the request.
         Cancelled = -32006,
     };
 

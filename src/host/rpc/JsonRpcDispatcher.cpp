@@ -154,7 +154,7 @@ void JsonRpcExchange::abandon(int index, const JsonRpcError &error)
 
 void JsonRpcExchange::abandonAll(const JsonRpcError &error)
 {
-    const auto self = shared_from_this(); // the reply lets go of it
+    const auto self = shared_from_this(); // the dispatcher drops it with the reply
     for (int index = 0; index < m_slots.size(); ++index)
         abandon(index, error);
 }
@@ -220,7 +220,7 @@ JsonRpcDispatcher::JsonRpcDispatcher(QObject *parent)
 
 JsonRpcDispatcher::~JsonRpcDispatcher()
 {
-    // What they hold may hold calls of others.
+    // An exchange may hold references to calls of another one.
     const auto exchanges = std::exchange(m_exchanges, {});
     for (const auto &exchange : exchanges)
         exchange->silence();

@@ -10,7 +10,7 @@
 
 class CMPath;
 
-/// Paths that clients were led to lately: the most recent ones, by their digests. Main thread.
+/// The paths that were last offered to clients, by their digests. Main thread.
 class OfferedPaths {
 public:
     static constexpr int DefaultCapacity = 2000;

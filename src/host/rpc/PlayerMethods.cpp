@@ -14,7 +14,7 @@
 PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent)
     : QObject(parent)
     , m_logic(logic)
-    , m_told(logic->state())
+    , m_sent(logic->state())
 {
     const auto add = [&](const char *name, CMError (PlayLogic::*action)()) {
         dispatcher->addMethod(
@@ -32,9 +32,10 @@ PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QO
     dispatcher->addMethod(
         QStringLiteral("player.play"), [this](const JsonRpcCallPtr &call) { play(call); });
     dispatcher->addMethod(QStringLiteral("player.state"), [this](const JsonRpcCallPtr &call) {
-        // Who is told of a change before the others hears of it, too, when it is undone.
+        // This client learns of a change before the others do, so they all have to be notified when
+        // it is undone.
         if (m_announced)
-            m_told.clear();
+            m_sent.clear();
         call->finish(state());
     });
     veskConnect(logic, &PlayLogic::changed, this, &PlayerMethods::announce);
@@ -73,9 +74,9 @@ void PlayerMethods::announce()
         [this] {
             m_announced = false;
             const QVariant present = state();
-            if (present == m_told)
+            if (present == m_sent)
                 return;
-            m_told = present;
+            m_sent = present;
             Q_EMIT changed(present);
         },
         Qt::QueuedConnection);

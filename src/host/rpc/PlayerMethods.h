@@ -13,14 +13,14 @@ class AddressGate;
 class HttpServer;
 class PlayLogic;
 
-/// The player's methods: player.play, .pause, .resume, .stop and .state; and player.changed, which
-/// goes to every client with a WebSocket whenever something that player.state tells has changed.
+/// The player's methods: player.play, .pause, .resume, .stop and .state; and the notification
+/// player.changed, for every client with a WebSocket, when a member of player.state has changed.
 /// Main thread; what it is made with must outlive it.
 class PlayerMethods : public QObject {
     Q_OBJECT
 
 public:
-    /// Is told of the icon in each state that clients are told of.
+    /// Called with the icon of each state that is sent to clients.
     using IconSeen = std::function<void(const QString &icon)>;
 
     PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent = nullptr);
@@ -31,7 +31,7 @@ public:
     void setGate(AddressGate *gate) { m_gate = gate; }
 
 Q_SIGNALS:
-    /// The new state, to be told to everybody. Changes that come together are told once.
+    /// The new state, for all clients. Changes that come together are one.
     void changed(const QVariant &state);
 
 private:
@@ -43,5 +43,5 @@ private:
     IconSeen m_iconSeen;
     AddressGate *m_gate = nullptr;
     bool m_announced = false;
-    QVariant m_told; ///< the state that everybody knows
+    QVariant m_sent; ///< the state that all clients know
 };

@@ -49,17 +49,17 @@ JsonRpcError RpcMethods::toRpcError(const CMError &error)
 JsonRpcError RpcMethods::explained(
     const CMError &error, const CMPath &path, const VeskServiceFault &fault) const
 {
-    JsonRpcError told = toRpcError(error);
-    // What the service reports in its answer is the plug-in's to tell.
+    JsonRpcError result = toRpcError(error);
+    // What the service itself reports is in the plug-in's error.
     if (!m_faults || fault.isEmpty() || fault.kind == VeskServiceFault::Reported)
-        return told;
+        return result;
     const QString words = m_faults->words(path, fault).toString();
-    // This one the listener can mend, once it is told.
+    // The user can correct the setting, so these words come first.
     if (fault.isBareRefusal())
-        told.data.insert(QStringLiteral("serviceMessage"), std::exchange(told.message, words));
+        result.data.insert(QStringLiteral("serviceMessage"), std::exchange(result.message, words));
     else
-        told.data.insert(QStringLiteral("problem"), words);
-    return told;
+        result.data.insert(QStringLiteral("problem"), words);
+    return result;
 }
 
 void RpcMethods::seeIcon(const QVariant &icon) const
@@ -177,7 +177,7 @@ void RpcMethods::ask(
             else
                 call->fail(explained(error, path, CMUnexplainedFault(*data)));
         });
-    // What changes something is done, whether its client still waits or not.
+    // A change is carried out even if its client no longer waits.
     if (request.kind() != CMRequest::SetData)
         call->whenAbandoned([data] { data->setError(CMCancelledError()); });
     CMRoot()->request(request);

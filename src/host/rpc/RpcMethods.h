@@ -16,8 +16,7 @@ class AddressGate;
 class ServiceFaults;
 
 /// The methods by which clients browse: getRows, getData, setData, subscribe, unsubscribe. Each
-/// becomes a request to the root worker. Lives on the dispatcher's thread. docs/rpc.md is their
-/// description for clients.
+/// becomes a request to the root worker. Main thread. docs/rpc.md describes them for clients.
 class RpcMethods : public QObject {
     Q_OBJECT
 
@@ -25,7 +24,7 @@ public:
     /// Most paths that one client may be subscribed to.
     static constexpr int MaxSubscriptions = 256;
 
-    /// Is told of each icon that clients are told of.
+    /// Called with each icon that is sent to clients.
     using IconSeen = std::function<void(const QString &icon)>;
 
     explicit RpcMethods(JsonRpcDispatcher *dispatcher, QObject *parent = nullptr);
@@ -35,13 +34,13 @@ public:
     /// Which addresses clients may open; without one, all.
     void setGate(AddressGate *gate) { m_gate = gate; }
 
-    /// A value changed by which services answer otherwise: what was read of them before is no more.
+    /// A value has changed on which the answers of services depend: drops the snapshots of screens.
     void forgetScreens() { m_screens.forgetAll(); }
 
-    /// What clients are told of the faults of services; without it, nothing.
+    /// How faults of services are put into words; without it, clients do not learn of them.
     void setServiceFaults(const ServiceFaults *faults) { m_faults = faults; }
 
-    /// \a error as clients are told of it.
+    /// \a error as it is sent to clients.
     static JsonRpcError toRpcError(const CMError &error);
 
 private:
@@ -56,11 +55,11 @@ private:
     void subscribe(const JsonRpcCallPtr &call);
     void unsubscribe(const JsonRpcCallPtr &call);
 
-    /// The error that \a path was answered with, for which there may be a fault of its service.
+    /// The error of a request for \a path, with the \a fault of its service, if there is one.
     JsonRpcError explained(
         const CMError &error, const CMPath &path, const VeskServiceFault &fault) const;
     void ask(const JsonRpcCallPtr &call, const MakeRequest &makeRequest, MakeResult makeResult);
-    /// Whether the client may not open \a path, and was told so.
+    /// Whether the client may not open \a path; the call has failed then.
     bool refuses(const JsonRpcCallPtr &call, const CMPath &path) const;
     Subscriptions &subscriptionsOf(MessagePeer *peer);
     QVariantHash rowsResult(const VeskRowsRoles &answer, int iconRole) const;

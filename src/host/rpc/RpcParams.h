@@ -9,8 +9,7 @@
 #include <QStringList>
 
 /// Reads the parameters of one call. The first parameter that is missing or of the wrong type is
-/// kept as the error; reading goes on with empty values. A parameter that is null counts as
-/// missing.
+/// the error; reading goes on with empty values. A null parameter counts as missing.
 class RpcParams {
 public:
     /// Most role names, and most characters of one, that a request may name.
@@ -38,9 +37,9 @@ public:
     QString role();
     /// "first" and "last", from 0, inclusive.
     void range(int &first, int &last);
-    /// "refresh": whether to read anew; false when it is missing.
+    /// "refresh": whether to fetch again; false when it is missing.
     bool refresh();
-    /// "poll": whether the client asks this again and again; false when it is missing.
+    /// "poll": whether the client repeats this request regularly; false when it is missing.
     bool poll();
     /// "value": anything, but it must be there.
     QVariant value();

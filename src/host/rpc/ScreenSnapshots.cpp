@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int SweepMs = 1000;
-/// Rows by which the size of all is told.
+/// Rows from which the size of all is estimated.
 constexpr int Samples = 50;
 /// What a value, and an entry of a hash or list, takes at least.
 constexpr qint64 ValueBytes = 40;
@@ -40,7 +40,7 @@ qint64 sizeOf(const QVariant &value)
     return size;
 }
 
-/// The rows of a screen are alike, so that some of them tell what all take.
+/// The rows of a screen are alike, so the size of all can be estimated from some.
 qint64 sizeOfRows(const QVariantList &rows)
 {
     const int step = qMax(1, rows.size() / Samples);
@@ -83,7 +83,7 @@ struct ScreenSnapshots::Screen {
     CMPath path;
     QStringList roles;
     std::unique_ptr<CMSubscription> subscription;
-    /// Set by who tells of a change, before he goes on.
+    /// Set on the thread that notifies of a change, before the notification returns.
     const std::shared_ptr<std::atomic<bool>> changed = std::make_shared<std::atomic<bool>>(false);
     std::vector<Waiter> waiters; ///< until the rows are there
     std::shared_ptr<CMReplyData<QVariant>> reply; ///< the same
@@ -184,7 +184,7 @@ ScreenSnapshots::ScreenPtr ScreenSnapshots::begin(MessagePeer *peer, const Range
     return screen;
 }
 
-/// What is told of the screen from here on makes the answer good for no other range.
+/// A change from here on means that the rows are not used for another range.
 void ScreenSnapshots::fetch(const ScreenPtr &screen)
 {
     screen->subscription = CMRoot()->subscribeDirectly(
@@ -210,7 +210,7 @@ void ScreenSnapshots::take(const ScreenPtr &screen, const Answer &answer)
     int asked = 0;
     for (const Screen::Waiter &waiter : waiters)
         asked = qMax(asked, waiter.range.last + 1);
-    // What was answered whole is read anew the next time.
+    // Rows that were all sent are fetched again the next time.
     if (error.isEmpty() && rows.rows().size() > asked)
         keep(screen, rows);
     else
@@ -234,7 +234,7 @@ void ScreenSnapshots::keep(const ScreenPtr &screen, const VeskRowsRoles &rows)
     screen->rows = rows;
     screen->bytes = sizeOfRows(rows.rows());
     screen->used.start();
-    makeRoomBeside(screen);
+    makeSpaceBeside(screen);
 }
 
 ScreenSnapshots::Abandon ScreenSnapshots::askDirectly(const Range &range, const Answered &answered)
@@ -269,8 +269,8 @@ void ScreenSnapshots::forget(const std::function<bool(const Screen &)> &which)
     });
 }
 
-/// Those that were used longest ago go, and the latest one if it is too large by itself.
-void ScreenSnapshots::makeRoomBeside(const ScreenPtr &latest)
+/// Drops those that were used longest ago, and the latest one if it is too large by itself.
+void ScreenSnapshots::makeSpaceBeside(const ScreenPtr &latest)
 {
     int others = 0;
     qint64 size = latest->bytes;
@@ -296,7 +296,7 @@ void ScreenSnapshots::follow(MessagePeer *peer)
     });
 }
 
-/// What may not be used any more goes, with its memory.
+/// Drops the screens that may not be used any more.
 void ScreenSnapshots::sweep()
 {
     forget([this](const Screen &screen) {

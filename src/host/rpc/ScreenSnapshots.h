@@ -16,21 +16,21 @@
 #include <memory>
 #include <vector>
 
-/// Makes one list of the ranges in which a client reads a screen: all rows are fetched at once, and
-/// what the client did not ask for yet is kept for it. A range from row 0 on begins anew, and so
-/// does one after a change: of the screen, as its service tells it, of a value of the host, or by
-/// what a client wrote to the service. Each connection has screens of its own; clients without one
-/// share theirs. A single row is no range: it is fetched alone, unless its screen is there.
-/// Dispatcher's thread.
+/// Makes the ranges in which a client reads a screen parts of one list: all rows are fetched at
+/// once, and those that the client has not asked for yet are kept for it. A range that begins with
+/// row 0 fetches again, and so does one after a change: a notification of the service, another
+/// value of the host, or what a client wrote to the service. Each WebSocket has screens of its own;
+/// clients without one share theirs. A single row is fetched alone, unless its screen is there.
+/// Main thread.
 class ScreenSnapshots : public QObject {
     Q_OBJECT
 
 public:
-    /// Rows that are kept of a screen; those beyond are fetched as they are asked for.
+    /// Rows that are kept of a screen; later ones are fetched when they are requested.
     static constexpr int MaxRows = 10000;
     /// Screens that are kept for one connection, and for all clients without one.
     static constexpr int MaxScreens = 4;
-    /// Of memory for all of them, as far as that can be told.
+    /// Memory for all of them, estimated.
     static constexpr qint64 MaxBytes = 64 * 1024 * 1024;
 
     struct Lifetimes {
@@ -44,7 +44,7 @@ public:
         QStringList roles;
         int first = 0;
         int last = 0;
-        bool refresh = false; ///< begins anew in any case
+        bool refresh = false; ///< fetches again in any case
     };
 
     struct Answer {
@@ -61,14 +61,14 @@ public:
 
     void setLifetimes(const Lifetimes &lifetimes) { m_lifetimes = lifetimes; }
 
-    /// Takes a question back: \a answered is not called any more, and a fetch for which nobody
-    /// waits ends. Harmless once it was called.
+    /// Cancels a request: \a answered is not called any more, and a fetch without other requests is
+    /// cancelled, too. Does nothing once \a answered was called.
     using Abandon = std::function<void()>;
 
     /// \a peer is null for a client without a connection.
     Abandon rows(MessagePeer *peer, const Range &range, Answered answered);
 
-    /// From now on everything is fetched anew.
+    /// From now on everything is fetched again.
     void forgetAll();
     /// The same for the screens of the service that answers for \a prefix.
     void forgetService(const QString &prefix);
@@ -90,15 +90,15 @@ private:
     void abandon(const ScreenPtr &screen, int waiter);
     Abandon askDirectly(const Range &range, const Answered &answered);
     void forget(const std::function<bool(const Screen &)> &which);
-    void makeRoomBeside(const ScreenPtr &latest);
+    void makeSpaceBeside(const ScreenPtr &latest);
     void follow(MessagePeer *peer);
     void sweep();
 
     Lifetimes m_lifetimes;
-    /// The one that was used last is the last. Those whose rows are on their way stay until they
-    /// are there, to answer who waits for them.
+    /// The one that was used last is the last. Those that are being fetched stay until they are
+    /// there, for the requests that wait for them.
     std::list<ScreenPtr> m_screens;
-    std::vector<MessagePeer *> m_peers; ///< whose end is waited for
+    std::vector<MessagePeer *> m_peers; ///< whose destruction is watched
     int m_lastWaiter = 0;
     QTimer m_sweep;
 };

@@ -10,8 +10,8 @@
 
 #include <vector>
 
-/// What users are told of the faults of services, in the host's own words: a plug-in may have to
-/// say something else, or nothing. Main thread.
+/// Puts the faults of services into words for users: a plug-in may have to say something else, or
+/// nothing. Main thread.
 class ServiceFaults {
 public:
     /// There is a service, whose paths lie below \a root, and which knows the device by the value

@@ -35,7 +35,7 @@ bool isLanguage(const VeskValue &value)
     return match.hasMatch() && QLocale(match.captured(1)).language() != QLocale::C;
 }
 
-/// Those that the service's documentation lists, and those that it takes all the same.
+/// Those that TuneIn's documentation lists, and others that it takes all the same.
 const QStringList &formatNames()
 {
     static const QStringList names
@@ -85,7 +85,7 @@ HostValueRule addressRule()
             "Host", "an address that begins with http:// or https://, or empty"))};
 }
 
-/// What a value of any text, or of another type, is.
+/// What a setting without a rule of its own takes.
 TrString whatTypeTakes(VeskValueType::Enum type)
 {
     switch (type) {
@@ -111,14 +111,14 @@ bool isOneLine(const QString &text)
     });
 }
 
-/// What a client means that sends a value with its type.
+/// The value alone, if a client has sent it with its type.
 QVariant givenValue(const QVariant &sent)
 {
     const VeskValue value {VeskHash(sent.toHash())};
     return value.type() == VeskValueType::none ? sent : plainValue(value);
 }
 
-/// As it can be shown in a sentence.
+/// Short enough for a sentence, and without control characters.
 QString shown(const QVariant &given)
 {
     constexpr int longest = 40;

@@ -14,15 +14,15 @@
 /// The settings and states that this host offers to its plug-ins and clients. Pure functions, any
 /// thread.
 
-/// Who wants to see a setting.
+/// Where a setting is shown.
 enum class HostValueGroup {
-    None, ///< a state, or what the host knows by itself
+    None, ///< nowhere: a state, or a value that the host finds out by itself
     General, ///< of the device
     Browsing, ///< of how lists and menus look
-    Advanced, ///< what a listener leaves as it is
+    Advanced, ///< of no interest to most users
 };
 
-/// What a setting takes beside what its type says.
+/// Which values of its type a setting takes.
 struct HostValueRule {
     /// Whether it takes a value of its type; null when it takes any.
     bool (*takes)(const VeskValue &value) = nullptr;
@@ -48,9 +48,8 @@ const QVector<HostValueDefinition> &hostValueDefinitions();
 /// The definition at \a path; null when there is none.
 const HostValueDefinition *findHostValue(const CMPath &path);
 
-/// What is wrong with a value that is to be given to \a definition: \a given, and what it
-/// was read as, empty when it is not of the type. In words that name the setting and what it takes;
-/// empty when nothing is.
+/// What is wrong with a value for \a definition: with \a given, which was read as \a value, empty
+/// when it is not of the type. Names the setting and what it takes; empty when nothing is wrong.
 CMError checkHostValue(
     const HostValueDefinition &definition, const QVariant &given, const VeskValue &value);
 

@@ -7,9 +7,8 @@
 
 #include <QString>
 
-/// The file "member-id" in the state folder. What the device is known by at its services depends on
-/// it, so it is written once and never again: no change of a setting can damage it. Not
-/// thread-safe.
+/// The file "member-id" in the state folder. Services know the device by this id, so the file is
+/// written once and never again: no change of a setting can damage it. Not thread-safe.
 class MemberIdFile {
 public:
     /// With an empty \a folder nothing is kept. To read and write, hold the folder's lock.

@@ -40,8 +40,8 @@ public:
     Content read();
     /// A failure, in words for the log, leaves the file as it was.
     Result<void, files::Problem> write(const KeptSettings &settings);
-    /// Keeps what the file holds a second time, for the day on which it is damaged. Does nothing
-    /// when that is so already; logs what goes wrong.
+    /// Writes a copy of the file's content, for the case that the file is damaged. Does nothing
+    /// when there is one already; logs what goes wrong.
     void writeLastGood();
 
     QString fileName() const { return m_name; }

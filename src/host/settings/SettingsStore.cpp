@@ -114,7 +114,7 @@ void SettingsStore::ensureMemberId()
     const QString own = m_memberIdFile.read();
     const QString amongSettings
         = MemberIdFile::isMemberId(m_kept.memberId) ? m_kept.memberId : QString();
-    // The file of its own is the one that nothing but the first start has written.
+    // The id's own file counts: only the first start has written it.
     if (!own.isEmpty() && !amongSettings.isEmpty() && own != amongSettings) {
         VESK_WARN(
             "The member id in " << m_file.fileName() << " is another device's; this one's stays.");
@@ -147,7 +147,7 @@ bool SettingsStore::close()
     }
     m_writer.join();
     deliver();
-    // A write that failed may have got as far as the disk: what was refused must not come back.
+    // A failed write may have replaced the file all the same; a refused change must not come back.
     if (m_isUnsure)
         tellOfWriting(bringToDisk(m_kept));
     return true;
@@ -227,7 +227,7 @@ Result<void, files::Problem> SettingsStore::bringToDisk(const KeptSettings &sett
         return {};
     }
     m_isUnsure = true;
-    // What may lie in a folder that can be had only later was not read, and must not be replaced.
+    // The folder could not be read at the start; what lies in it must not be replaced.
     if (!m_held)
         return m_held;
     if (!m_isIdKept) {

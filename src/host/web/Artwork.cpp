@@ -41,7 +41,7 @@ Artwork::Artwork()
 
 Artwork::~Artwork()
 {
-    // The client calls for each exchange that it cancels; nobody waits any more.
+    // The client calls back for each exchange that it cancels; there is nothing to respond to.
     m_waiting.clear();
     m_client.reset();
 }

@@ -12,8 +12,8 @@
 #include <QVector>
 
 /// Pictures of rows at /artwork/DIGEST, so that the page reaches nothing but its own host: fetches
-/// the addresses that services named, as far as the AddressPolicy lets them lead, and hands out
-/// what is a picture by its content. Main thread.
+/// the addresses that services named, as far as the AddressPolicy allows, and serves what is a
+/// picture by its content. Main thread.
 class Artwork : public HttpResource {
 public:
     static constexpr int MaxBytes = 2 * 1024 * 1024;
@@ -24,7 +24,7 @@ public:
     Artwork();
     ~Artwork() override;
 
-    /// A service answered with \a url for an icon.
+    /// A service has named \a url as an icon.
     void remember(const QString &url) { m_urls.remember(url); }
 
     bool owns(const QByteArray &path) const override;
@@ -35,7 +35,7 @@ private:
 
     VeskThreadCheck m_thread;
     ArtworkUrls m_urls;
-    /// Who waits for which address.
+    /// The requests that wait for each address.
     QHash<QByteArray, QVector<Respond>> m_waiting;
     std::unique_ptr<HttpClient> m_client;
 };

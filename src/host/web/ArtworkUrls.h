@@ -9,8 +9,8 @@
 
 #include <list>
 
-/// The addresses of pictures that services named lately, by the SHA-256 of the address in UTF-8.
-/// What is not in here is not fetched, whoever asks. Holds the most recent ones. Main thread.
+/// The most recent addresses of pictures that services named, by the SHA-256 of the address in
+/// UTF-8. No other address is fetched for a client. Main thread.
 class ArtworkUrls {
 public:
     static constexpr int DefaultCapacity = 20000;

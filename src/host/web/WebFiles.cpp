@@ -19,7 +19,7 @@ struct Type {
     const char *name;
 };
 
-/// What is none of these is not served.
+/// Files of other types are not served.
 constexpr Type Types[] = {
     {".html", "text/html; charset=utf-8"},
     {".js", "text/javascript; charset=utf-8"},
@@ -132,7 +132,7 @@ void WebFiles::get(const HttpRequest &request, Respond respond)
     const QByteArray path = request.path == "/" ? QByteArray("/index.html") : request.path;
     const File file = m_files.value(path);
     HttpResponse response;
-    // One tag for both forms: a client keeps whichever it was sent.
+    // One tag for both forms: a client keeps the one that it was sent.
     response.headers = {{"ETag", file.tag}, {"Vary", "Accept-Encoding"},
         {"Cache-Control",
             path.startsWith("/assets/") ? "public, max-age=31536000, immutable" : "no-cache"},

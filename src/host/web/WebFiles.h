@@ -14,7 +14,7 @@
 /// asked for again each time.
 class WebFiles : public HttpResource {
 public:
-    /// More of either is not read: a folder that large is not the page's.
+    /// A folder with more of either is not read at all: it is not the page's.
     static constexpr int MaxFiles = 500;
     static constexpr qint64 MaxBytes = 32 * 1024 * 1024;
 

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(HttpRulesTest, TakesTheNamesOfThisMachineWithItsPortOrWithout)
+TEST(HttpRulesTest, AcceptsTheLoopbackNamesWithAndWithoutThePort)
 {
     for (const char *host : {"127.0.0.1", "127.0.0.1:8765", "localhost", "localhost:8765",
              "LocalHost:8765", "[::1]", "[::1]:8765"})
@@ -23,7 +23,7 @@ TEST(HttpRulesTest, RefusesEveryOtherHost)
         EXPECT_FALSE(isLoopbackHost(host, 8765)) << host;
 }
 
-TEST(HttpRulesTest, AnOriginIsThatOfTheHostItself)
+TEST(HttpRulesTest, AcceptsOnlyTheOriginOfTheHostItself)
 {
     EXPECT_TRUE(isSameOrigin("http://localhost:8765", "localhost:8765"));
     EXPECT_TRUE(isSameOrigin("HTTP://LOCALHOST:8765", "localhost:8765"));
@@ -32,7 +32,7 @@ TEST(HttpRulesTest, AnOriginIsThatOfTheHostItself)
         EXPECT_FALSE(isSameOrigin(origin, "localhost:8765")) << origin;
 }
 
-TEST(HttpRulesTest, JsonIsJsonWhateverItsParameters)
+TEST(HttpRulesTest, IgnoresParametersOfTheContentType)
 {
     EXPECT_TRUE(isJsonContentType("application/json"));
     EXPECT_TRUE(isJsonContentType("Application/JSON; charset=utf-8"));

@@ -109,7 +109,7 @@ TEST_F(HttpServerTest, AnEmptyBodyIsAMessage)
 {
     const QByteArray response = exchange(RawClient::request(
         "POST", "/jsonrpc", port(), "Content-Type: application/json\r\nContent-Length: 0\r\n"));
-    EXPECT_EQ(statusOf(response), 204) << "of the echo";
+    EXPECT_EQ(statusOf(response), 204) << "the reply is the message";
 }
 
 TEST_F(HttpServerTest, ClosesAConnectionAfterItsResponse)
@@ -199,7 +199,7 @@ TEST_F(HttpServerTest, AnswersAClientThatHasOnlyClosedItsSendingSide)
 
 TEST_F(HttpServerTest, SendsNoInterimResponseInsideAResponse)
 {
-    // More than the system takes at once, so that it is still being written.
+    // More than the socket buffers hold, so that it is still being written.
     const QByteArray reply(16 * 1024 * 1024, 'x');
     auto answer = std::async(std::launch::async, [&] {
         RawClient client(port());
@@ -419,7 +419,7 @@ protected:
         startServer(limits);
     }
 
-    /// Opens connections of clients that then say no more, one after the other.
+    /// Opens connections one after the other, whose clients send nothing after \a message.
     template <class Client>
     std::vector<std::unique_ptr<Client>> open(int count, const QByteArray &message = {})
     {
@@ -430,7 +430,7 @@ protected:
                 say(*client, message);
                 return client;
             }));
-            // No two are equally quiet.
+            // No two have been quiet for the same time.
             QElapsedTimer clock;
             clock.start();
             EXPECT_TRUE(spinUntil([&] { return clock.elapsed() > 2; }));
@@ -479,7 +479,7 @@ TEST_F(FullHttpServerTest, RefusesANewClientWhileAllOthersWaitForReplies)
         EXPECT_EQ(bodyOf(response), "late");
     }
     ASSERT_TRUE(spinUntil([this] { return m_server->connections() == 0; }));
-    EXPECT_EQ(statusOf(post(Echo)), 200) << "there is room again";
+    EXPECT_EQ(statusOf(post(Echo)), 200) << "there is space again";
 }
 
 TEST_F(FullHttpServerTest, ClosesAnIdleWebSocketBeforeASubscribedOne)

@@ -33,38 +33,38 @@ protected:
     std::vector<std::string> m_lines;
 };
 
-TEST_F(RefusalLogTest, TellsOnceAndThenHowOftenItHappenedBesides)
+TEST_F(RefusalLogTest, LogsTheFirstLineAndTheCountOfTheOthers)
 {
     const auto log = makeLog();
     for (int i = 0; i < 1000; ++i)
-        log->tell("wrong host");
+        log->log("wrong host");
     EXPECT_THAT(m_lines, ElementsAre("wrong host"));
     ASSERT_TRUE(waitForLines(2));
     EXPECT_EQ(m_lines[1], "wrong host (999 more times)");
-    log->tell("wrong host");
-    EXPECT_EQ(m_lines.size(), 2u) << "the count was a line, too";
+    log->log("wrong host");
+    EXPECT_EQ(m_lines.size(), 2u) << "the count begins another second";
     ASSERT_TRUE(waitForLines(3));
     EXPECT_EQ(m_lines[2], "wrong host (1 more times)");
 }
 
-TEST_F(RefusalLogTest, TellsAtOnceAfterAQuietSecond)
+TEST_F(RefusalLogTest, LogsAtOnceAfterAQuietSecond)
 {
     const auto log = makeLog();
-    log->tell("wrong host");
+    log->log("wrong host");
     QElapsedTimer quiet;
     quiet.start();
     ASSERT_TRUE(spinUntil([&] { return quiet.elapsed() > 2 * second; }));
-    EXPECT_THAT(m_lines, ElementsAre("wrong host")) << "no count of nothing";
-    log->tell("wrong host");
+    EXPECT_THAT(m_lines, ElementsAre("wrong host")) << "no count without suppressed lines";
+    log->log("wrong host");
     EXPECT_THAT(m_lines, ElementsAre("wrong host", "wrong host"));
 }
 
-TEST_F(RefusalLogTest, OneKindDoesNotHideAnother)
+TEST_F(RefusalLogTest, LogsEachKindSeparately)
 {
     const auto log = makeLog();
     for (int i = 0; i < 3; ++i) {
-        log->tell("wrong host");
-        log->tell("too large");
+        log->log("wrong host");
+        log->log("too large");
     }
     EXPECT_THAT(m_lines, ElementsAre("wrong host", "too large"));
 }
@@ -73,16 +73,16 @@ TEST_F(RefusalLogTest, ManyKindsShareALine)
 {
     const auto log = makeLog();
     for (int i = 0; i < 10000; ++i)
-        log->tell("kind " + QByteArray::number(i));
+        log->log("kind " + QByteArray::number(i));
     EXPECT_EQ(m_lines.size(), RefusalLog::MaxKinds + 1);
     EXPECT_EQ(m_lines.back(), "other refusals");
 }
 
-TEST_F(RefusalLogTest, TellsWhatIsOpenAtItsEnd)
+TEST_F(RefusalLogTest, LogsOpenCountsAtItsEnd)
 {
     auto log = makeLog();
-    log->tell("wrong host");
-    log->tell("wrong host");
+    log->log("wrong host");
+    log->log("wrong host");
     log.reset();
     EXPECT_THAT(m_lines, ElementsAre("wrong host", "wrong host (1 more times)"));
 }

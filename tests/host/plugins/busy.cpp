@@ -12,8 +12,8 @@
 
 #include <future>
 
-// A plug-in whose worker waits for a web service, as long as that takes: with a client on a thread
-// of its own and a caller that does nothing else.
+// A plug-in whose worker thread blocks until a web service has answered; the client has a thread of
+// its own.
 namespace {
 
 class HttpThread : public QThread {

@@ -10,7 +10,7 @@
 
 #include <QThread>
 
-// A plug-in as a host loads it: a root with one row, whose title tells what the plug-in was given.
+// A plug-in with one row in its root, whose title shows the plug-in's arguments.
 namespace {
 
 class RootNode : public CMListRowsNode {
@@ -65,7 +65,7 @@ public:
     }
 
 private:
-    /// Something to play, which never gets heard.
+    /// A row of audio that never plays.
     void addSong()
     {
         VeskResource resource;

@@ -8,14 +8,14 @@
 
 #include <unistd.h>
 
-/// For ever. Exported, so that a stack shows the name.
+/// Never returns. Exported, so that a stack shows its name.
 extern "C" Q_DECL_EXPORT void standStillForEver()
 {
     for (;;)
         ::pause();
 }
 
-// A plug-in that has its process's main thread stand still a moment after it was loaded.
+// A plug-in that blocks the main thread of its process soon after it was loaded.
 extern "C" Q_DECL_EXPORT void *worker_create(const char *, void *config)
 {
     QMetaObject::invokeMethod(

@@ -15,8 +15,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
-// A plug-in that reads settings in every way there is: one for keeps, one with each request, and
-// one that it follows.
+// A plug-in that reads settings in each possible way: one once, one with each request, and one that
+// it subscribes to.
 namespace {
 
 VeskValue settingAt(const CMPath &path)
@@ -24,7 +24,7 @@ VeskValue settingAt(const CMPath &path)
     return VeskValue(VeskHash(CMRoot()->getValue(path).toHash()));
 }
 
-/// Answers with what a function says, after as many milliseconds as its parameter "ms" says.
+/// Answers with the result of a function, after the milliseconds in the parameter "ms".
 class SayingNode : public CMUINode {
 public:
     using Say = std::function<QVariant()>;
@@ -68,7 +68,7 @@ public:
             this, [this](const VeskValue &value) { m_followed = value.bool_(); });
         auto *root = CMListRowsNode::create(nodes(), addPrefix(QString()));
         root->setTitle(TrString("Reading", "Reading"));
-        // A list that shows the setting, and so passes its changes on.
+        // A list that contains the setting, and so forwards its changes.
         root->rowsAppend(VeskTuneInPartnerIdPath());
         root->rowsAppend(VeskTuneInEnabledFixItWizardPath());
         add("instance", [this] { return m_instance; });

@@ -44,7 +44,7 @@ public:
     int read = 0;
 };
 
-/// A service whose addresses below "change" change something, and that offers some of them.
+/// A service whose addresses below "change" change something; it offers some of them.
 class AddressGateTest : public testing::Test {
 protected:
     AddressGateTest()
@@ -95,7 +95,7 @@ constexpr int NotOffered = JsonRpcError::NotOffered;
 
 } // namespace
 
-TEST_F(AddressGateTest, refusesWhatNoListOffered)
+TEST_F(AddressGateTest, RefusesAPathThatNoListHasOffered)
 {
     for (const char *method : {"getRows", "getData"}) {
         for (MessagePeer *peer :
@@ -112,7 +112,7 @@ TEST_F(AddressGateTest, refusesWhatNoListOffered)
     EXPECT_EQ(m_changing->read, 0);
 }
 
-TEST_F(AddressGateTest, opensWhatAListOffered)
+TEST_F(AddressGateTest, OpensAPathThatAListHasOffered)
 {
     for (MessagePeer *peer :
         {static_cast<MessagePeer *>(&m_page), static_cast<MessagePeer *>(nullptr)}) {
@@ -123,39 +123,39 @@ TEST_F(AddressGateTest, opensWhatAListOffered)
         EXPECT_EQ(codeOf("getData", "Radio:change/menu", peer), 0);
         EXPECT_EQ(codeOf("getRows", "Radio:change/query", peer), 0);
         EXPECT_EQ(codeOf("getRows", "Radio:change/title", peer), NotOffered)
-            << "a text is no offer";
+            << "a path in a text is not an offer";
         EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=2", peer), NotOffered);
         EXPECT_EQ(codeOf("getRows", "Radio:change/path", peer), NotOffered);
     }
     EXPECT_EQ(m_changing->opened, 6);
 }
 
-TEST_F(AddressGateTest, anOfferToOnePageIsNoneToAnother)
+TEST_F(AddressGateTest, AnOfferOnOneWebSocketDoesNotCountOnAnother)
 {
     EXPECT_EQ(codeOf("getRows", "Radio:list", &m_page), 0);
     Peer other;
     EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1", &other), NotOffered);
-    EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1"), 0) << "no page can post";
+    EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1"), 0) << "pages of other sites cannot post";
 }
 
-TEST_F(AddressGateTest, anOfferEndsWithItsConnection)
+TEST_F(AddressGateTest, AnOfferEndsWithItsConnection)
 {
     auto page = std::make_unique<Peer>();
     EXPECT_EQ(codeOf("getRows", "Radio:list", page.get()), 0);
     void *const place = page.get();
     page->~Peer();
-    Peer *const next = new (place) Peer; // as the allocator may do
+    Peer *const next = new (place) Peer; // the allocator may reuse the address
     EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1", next), NotOffered);
 }
 
-TEST_F(AddressGateTest, leavesWritingAlone)
+TEST_F(AddressGateTest, DoesNotRestrictSetData)
 {
     EXPECT_NE(codeOf("setData", "Radio:change/path?id=1", &m_page), NotOffered);
     EXPECT_EQ(codeOf("subscribe", "Radio:change/path?id=1", &m_page), 0);
-    EXPECT_EQ(m_changing->opened, 0) << "to be told of changes opens nothing";
+    EXPECT_EQ(m_changing->opened, 0) << "subscribing opens nothing";
 }
 
-TEST_F(AddressGateTest, withoutADeclarationEverythingOpens)
+TEST_F(AddressGateTest, OpensEverythingWithoutADeclaration)
 {
     m_methods.setGate(nullptr);
     EXPECT_EQ(codeOf("getRows", "Radio:change/path?id=1", &m_page), 0);
@@ -163,7 +163,7 @@ TEST_F(AddressGateTest, withoutADeclarationEverythingOpens)
     EXPECT_TRUE(nothingDeclared.mayOpen(pathOf("Radio:change/path?id=1"), nullptr));
 }
 
-TEST(OfferedPathsTest, keepsTheLatest)
+TEST(OfferedPathsTest, KeepsTheLatest)
 {
     OfferedPaths offered(3);
     const auto path = [](int i) { return pathOf("Radio:list") + QString::number(i); };

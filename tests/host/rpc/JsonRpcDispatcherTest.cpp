@@ -12,7 +12,7 @@
 namespace {
 
 /// A dispatcher with the methods echo (answers with its parameters), fail, keep (answers when the
-/// test does) and forget (lets go of the call).
+/// test does) and forget (drops the call).
 class JsonRpcDispatcherTest : public testing::Test {
 protected:
     JsonRpcDispatcherTest()
@@ -43,7 +43,7 @@ protected:
 
     QList<JsonRpcCallPtr> m_kept;
     QList<QByteArray> m_answers;
-    JsonRpcDispatcher m_dispatcher; // goes first: calls that are still kept answer nobody
+    JsonRpcDispatcher m_dispatcher; // destroyed first: kept calls are not answered
 };
 
 TEST_F(JsonRpcDispatcherTest, AnswersACallWithItsIdAndResult)
@@ -58,7 +58,7 @@ TEST_F(JsonRpcDispatcherTest, AnswersAFailureWithCodeMessageAndData)
         R"({"error":{"code":-32000,"data":{"name":1},"message":"no luck"},"id":1,"jsonrpc":"2.0"})");
 }
 
-TEST_F(JsonRpcDispatcherTest, AnswersWhatIsNoJsonWithAParseErrorAndNoId)
+TEST_F(JsonRpcDispatcherTest, AnswersInvalidJsonWithAParseErrorAndNoId)
 {
     EXPECT_THAT(answerTo("{").toStdString(), testing::HasSubstr("-32700"));
     EXPECT_THAT(answerTo("{").toStdString(), testing::HasSubstr(R"("id":null)"));
@@ -72,9 +72,9 @@ TEST_F(JsonRpcDispatcherTest, AnswersAnUnknownMethod)
         testing::HasSubstr("-32601"));
 }
 
-TEST_F(JsonRpcDispatcherTest, ACallThatIsTakenBackIsAnsweredAndItsMethodIsTold)
+TEST_F(JsonRpcDispatcherTest, CancelFailsTheCallAndNotifiesItsMethod)
 {
-    QByteArray abandoned; // outlives the clients, whose end is told
+    QByteArray abandoned; // outlives the clients, whose calls are abandoned
     Peer peer;
     Peer other;
     send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"keep"}])",
@@ -87,17 +87,17 @@ TEST_F(JsonRpcDispatcherTest, ACallThatIsTakenBackIsAnsweredAndItsMethodIsTold)
     send(R"({"jsonrpc":"2.0","method":"cancel","params":{"id":1}})", &peer);
     EXPECT_EQ(abandoned, "0");
     m_kept.at(1)->finish(2);
-    ASSERT_EQ(m_answers.size(), 2); // of the notification, nothing, and of the two calls
+    ASSERT_EQ(m_answers.size(), 2); // the empty one to the notification, and the batch
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32006"));
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("\"result\":2"));
-    // What is answered, and what is not under way, is not taken back.
+    // A call that is answered, or unknown, is not cancelled.
     send(R"({"jsonrpc":"2.0","id":9,"method":"cancel","params":{"id":2}})", &peer);
     EXPECT_EQ(abandoned, "0");
     send(R"({"jsonrpc":"2.0","id":9,"method":"cancel"})", &peer);
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32602"));
 }
 
-TEST_F(JsonRpcDispatcherTest, AMethodIsToldOfAClientThatWentAndOfATimeOut)
+TEST_F(JsonRpcDispatcherTest, NotifiesAMethodWhenItsClientLeavesOrTheTimeIsUp)
 {
     QByteArray abandoned;
     {
@@ -113,13 +113,13 @@ TEST_F(JsonRpcDispatcherTest, AMethodIsToldOfAClientThatWentAndOfATimeOut)
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32002"));
 }
 
-TEST_F(JsonRpcDispatcherTest, AnswersACallThatItsMethodForgot)
+TEST_F(JsonRpcDispatcherTest, AnswersACallThatItsMethodDrops)
 {
     EXPECT_THAT(answerTo(R"({"jsonrpc":"2.0","id":1,"method":"forget"})").toStdString(),
         testing::HasSubstr("-32603"));
 }
 
-TEST_F(JsonRpcDispatcherTest, AnswersNothingToNotificationsWhateverComesOfThem)
+TEST_F(JsonRpcDispatcherTest, DoesNotAnswerNotifications)
 {
     EXPECT_EQ(answerTo(R"({"jsonrpc":"2.0","method":"echo"})"), QByteArray());
     EXPECT_EQ(answerTo(R"({"jsonrpc":"2.0","method":"fail"})"), QByteArray());
@@ -127,14 +127,14 @@ TEST_F(JsonRpcDispatcherTest, AnswersNothingToNotificationsWhateverComesOfThem)
     EXPECT_EQ(answerTo(R"([{"jsonrpc":"2.0","method":"echo"}])"), QByteArray());
 }
 
-TEST_F(JsonRpcDispatcherTest, AnswersABatchInItsOrderWhenTheLastCallIsAnswered)
+TEST_F(JsonRpcDispatcherTest, AnswersABatchInOrderWhenTheLastCallIsAnswered)
 {
     send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"echo"},
              {"jsonrpc":"2.0","method":"keep"},7])");
     EXPECT_TRUE(m_answers.isEmpty());
     ASSERT_EQ(m_kept.size(), 2);
     m_kept.at(0)->finish(QStringLiteral("late"));
-    EXPECT_TRUE(m_answers.isEmpty()) << "the notification runs still";
+    EXPECT_TRUE(m_answers.isEmpty()) << "the notification is still open";
     m_kept.at(1)->finish({});
 
     ASSERT_EQ(m_answers.size(), 1);
@@ -161,7 +161,7 @@ TEST_F(JsonRpcDispatcherTest, OnlyTheFirstAnswerOfACallCounts)
     EXPECT_EQ(m_answers, QList<QByteArray> {R"({"id":1,"jsonrpc":"2.0","result":1})"});
 }
 
-TEST_F(JsonRpcDispatcherTest, EndsWhatTakesTooLongWithATimeOut)
+TEST_F(JsonRpcDispatcherTest, AnswersWithATimeOutAfterTheDeadline)
 {
     m_dispatcher.setDeadline(1);
     send(R"([{"jsonrpc":"2.0","id":1,"method":"keep"},{"jsonrpc":"2.0","id":2,"method":"echo"}])");
@@ -173,7 +173,7 @@ TEST_F(JsonRpcDispatcherTest, EndsWhatTakesTooLongWithATimeOut)
     EXPECT_EQ(m_answers.size(), 1);
 }
 
-TEST_F(JsonRpcDispatcherTest, RefusesMoreThanSixtyFourRunningCallsOfOnePeer)
+TEST_F(JsonRpcDispatcherTest, RefusesMoreThanSixtyFourOpenCallsOfOnePeer)
 {
     Peer peer;
     for (int i = 0; i < 64; ++i)
@@ -189,7 +189,7 @@ TEST_F(JsonRpcDispatcherTest, RefusesMoreThanSixtyFourRunningCallsOfOnePeer)
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("result"));
 }
 
-TEST_F(JsonRpcDispatcherTest, ACallLosesItsPeerWhenThatGoes)
+TEST_F(JsonRpcDispatcherTest, ACallHasNoPeerOnceTheClientHasLeft)
 {
     auto peer = std::make_unique<Peer>();
     send(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", peer.get());

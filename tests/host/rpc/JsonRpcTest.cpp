@@ -28,13 +28,13 @@ TEST(JsonRpcTest, ReadsACall)
     EXPECT_EQ(request.params.value(QStringLiteral("path")), QVariant(QStringLiteral("a:b")));
 }
 
-TEST(JsonRpcTest, TakesTextNumbersAndNullForIds)
+TEST(JsonRpcTest, AcceptsTextNumbersAndNullAsIds)
 {
     EXPECT_EQ(only(R"({"jsonrpc":"2.0","id":"x","method":"m"})").id, QStringLiteral("x"));
     EXPECT_EQ(only(R"({"jsonrpc":"2.0","id":1.5,"method":"m"})").id, 1.5);
     const JsonRpcRequest null = only(R"({"jsonrpc":"2.0","id":null,"method":"m"})");
     EXPECT_FALSE(null.isInvalid);
-    EXPECT_FALSE(null.isNotification) << "an id that is null still asks for an answer";
+    EXPECT_FALSE(null.isNotification) << "a request with a null id is answered";
 }
 
 TEST(JsonRpcTest, SendsNumbersBackAsTheyCame)
@@ -48,7 +48,7 @@ TEST(JsonRpcTest, SendsNumbersBackAsTheyCame)
     }
 }
 
-TEST(JsonRpcTest, TakesACallWithoutIdForANotification)
+TEST(JsonRpcTest, TreatsACallWithoutIdAsANotification)
 {
     EXPECT_TRUE(only(R"({"jsonrpc":"2.0","method":"m"})").isNotification);
 }
@@ -65,7 +65,7 @@ TEST_P(JsonRpcBadMessageTest, IsOneInvalidRequest)
 {
     const JsonRpcRequest request = only(GetParam().bytes);
     EXPECT_TRUE(request.isInvalid);
-    EXPECT_FALSE(request.isNotification) << "the client is to hear of it";
+    EXPECT_FALSE(request.isNotification) << "the client has to get the error";
     EXPECT_EQ(request.error.code, GetParam().code);
     EXPECT_EQ(request.id, GetParam().id);
     EXPECT_FALSE(request.error.message.isEmpty());
@@ -95,18 +95,18 @@ INSTANTIATE_TEST_SUITE_P(Messages, JsonRpcBadMessageTest,
         BadMessage {R"({"jsonrpc":"2.0","id":3,"method":"m","params":null})", -32600, 3LL},
         BadMessage {R"({"jsonrpc":"2.0","id":3,"method":"m","params":[1]})", -32602, 3LL}));
 
-TEST(JsonRpcTest, TakesAnEmptyListOfParametersForNone)
+TEST(JsonRpcTest, TreatsAnEmptyListOfParametersAsNone)
 {
     EXPECT_FALSE(only(R"({"jsonrpc":"2.0","id":3,"method":"m","params":[]})").isInvalid);
 }
 
-TEST(JsonRpcTest, NestingWithoutEndIsNoJson)
+TEST(JsonRpcTest, RefusesDeepNesting)
 {
     EXPECT_EQ(only(QByteArray(100000, '[')).error.code, -32700);
     EXPECT_EQ(only(QByteArray("{\"a\":").repeated(20000)).error.code, -32700);
 }
 
-TEST(JsonRpcTest, ReadsEachRequestOfABatchForItself)
+TEST(JsonRpcTest, ReadsEachRequestOfABatchSeparately)
 {
     const JsonRpcMessage message = parseJsonRpc(
         R"([1,{"jsonrpc":"2.0","id":1,"method":"a"},{"jsonrpc":"2.0","method":"b"}])");

@@ -49,7 +49,7 @@ protected:
         row.setPath(worker.addPrefix(text("song?id=1")));
         CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")))->rowsAppend(row);
         QObject::connect(&methods, &PlayerMethods::changed,
-            [this](const QVariant &state) { told.append(state.toHash()); });
+            [this](const QVariant &state) { notified.append(state.toHash()); });
     }
 
     QVariantHash call(const QByteArray &method, const QByteArray &params = "{}")
@@ -73,10 +73,10 @@ protected:
     JsonRpcDispatcher rpc;
     PlayLogic logic;
     PlayerMethods methods;
-    QList<QVariantHash> told;
+    QList<QVariantHash> notified;
 };
 
-TEST_F(PlayerMethodsTest, playAnswersWithTheIdOfThePlay)
+TEST_F(PlayerMethodsTest, PlayAnswersWithThePlayId)
 {
     const QVariantHash result
         = call("play", R"({"screen":"Test:list","row":0})").value(text("result")).toHash();
@@ -87,14 +87,14 @@ TEST_F(PlayerMethodsTest, playAnswersWithTheIdOfThePlay)
     EXPECT_EQ(state.value(text("state")).toInt(), 1);
 }
 
-TEST_F(PlayerMethodsTest, aRowIsPlayedByItsPathWhereverItStands)
+TEST_F(PlayerMethodsTest, PlayFindsAMovedRowByItsPath)
 {
     const QVariantHash answer
         = call("play", R"({"screen":"Test:list","row":7,"path":"Test:song?id=1"})");
     EXPECT_FALSE(answer.value(text("result")).toHash().value(text("playId")).toHash().isEmpty());
 }
 
-TEST_F(PlayerMethodsTest, aRowThatIsGoneIsToldAndWhatPlayedGoesOn)
+TEST_F(PlayerMethodsTest, PlayingARowThatIsGoneIsAnErrorAndThePresentPlayGoesOn)
 {
     call("play", R"({"screen":"Test:list","row":0})");
     Q_EMIT player.audibleChanged(true);
@@ -107,7 +107,7 @@ TEST_F(PlayerMethodsTest, aRowThatIsGoneIsToldAndWhatPlayedGoesOn)
     EXPECT_EQ(logic.state(), before);
 }
 
-TEST_F(PlayerMethodsTest, theStateHasAllItsMembersAlsoWhenNothingPlays)
+TEST_F(PlayerMethodsTest, StateHasAllItsMembersWhenNothingPlays)
 {
     const QVariantHash state = call("state").value(text("result")).toHash();
     QStringList names = state.keys();
@@ -119,7 +119,7 @@ TEST_F(PlayerMethodsTest, theStateHasAllItsMembersAlsoWhenNothingPlays)
     EXPECT_TRUE(state.value(text("playId")).isNull());
 }
 
-TEST_F(PlayerMethodsTest, badParametersAreTold)
+TEST_F(PlayerMethodsTest, RefusesBadParameters)
 {
     for (const char *params :
         {"{}", R"({"screen":"Test:list"})", R"({"row":0})", R"({"screen":"Test:list","row":-1})",
@@ -129,7 +129,7 @@ TEST_F(PlayerMethodsTest, badParametersAreTold)
         EXPECT_EQ(code(call("play", params)), JsonRpcError::InvalidParams) << params;
 }
 
-TEST_F(PlayerMethodsTest, whatCannotBeDoneIsAnError)
+TEST_F(PlayerMethodsTest, AnswersAnImpossibleActionWithAnError)
 {
     EXPECT_EQ(code(call("pause")), JsonRpcError::RequestFailed);
     EXPECT_EQ(code(call("resume")), JsonRpcError::RequestFailed);
@@ -138,42 +138,42 @@ TEST_F(PlayerMethodsTest, whatCannotBeDoneIsAnError)
     EXPECT_EQ(code(call("play", R"({"screen":"Nobody:x","row":5})")), JsonRpcError::NoNode);
 }
 
-TEST_F(PlayerMethodsTest, changesAreToldOnceWithTheWholeState)
+TEST_F(PlayerMethodsTest, NotifiesOfSeveralChangesOnceWithTheWholeState)
 {
     call("play", R"({"screen":"Test:list","row":0})");
-    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
-    told.clear();
+    ASSERT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
+    notified.clear();
     Q_EMIT player.audibleChanged(true);
     Q_EMIT player.titleChanged(text("On the air"));
-    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
-    EXPECT_EQ(told.size(), 1);
-    EXPECT_EQ(told.first().value(text("state")).toInt(), 2);
-    EXPECT_EQ(told.first().value(text("streamTitle")).toString(), text("On the air"));
-    EXPECT_EQ(told.first(), logic.state());
+    ASSERT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
+    EXPECT_EQ(notified.size(), 1);
+    EXPECT_EQ(notified.first().value(text("state")).toInt(), 2);
+    EXPECT_EQ(notified.first().value(text("streamTitle")).toString(), text("On the air"));
+    EXPECT_EQ(notified.first(), logic.state());
 }
 
-TEST_F(PlayerMethodsTest, whatChangesNothingIsNotTold)
+TEST_F(PlayerMethodsTest, DoesNotNotifyWhenTheStateIsAsItWas)
 {
     call("stop");
     call("stop");
-    EXPECT_EQ(told.size(), 0);
+    EXPECT_EQ(notified.size(), 0);
     call("play", R"({"screen":"Test:list","row":0})");
-    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
-    told.clear();
+    ASSERT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
+    notified.clear();
     call("stop");
-    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    ASSERT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
     call("stop");
     QCoreApplication::sendPostedEvents();
-    EXPECT_EQ(told.size(), 1);
+    EXPECT_EQ(notified.size(), 1);
 }
 
-TEST_F(PlayerMethodsTest, whoAskedDuringAChangeHearsThatItIsUndone)
+TEST_F(PlayerMethodsTest, NotifiesOfAnUndoneChangeThatAClientHasRead)
 {
     call("play", R"({"screen":"Test:list","row":0})");
     Q_EMIT player.audibleChanged(true);
-    ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
+    ASSERT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
     QCoreApplication::sendPostedEvents();
-    told.clear();
+    notified.clear();
     Q_EMIT player.titleChanged(text("On the air"));
     QByteArray answer;
     rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", nullptr, nullptr,
@@ -181,8 +181,8 @@ TEST_F(PlayerMethodsTest, whoAskedDuringAChangeHearsThatItIsUndone)
     Q_EMIT player.titleChanged({});
     EXPECT_THAT(answer.toStdString(), testing::HasSubstr("On the air"));
     QCoreApplication::sendPostedEvents();
-    ASSERT_EQ(told.size(), 1);
-    EXPECT_EQ(told.first(), logic.state());
+    ASSERT_EQ(notified.size(), 1);
+    EXPECT_EQ(notified.first(), logic.state());
 }
 
 } // namespace

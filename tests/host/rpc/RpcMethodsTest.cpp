@@ -132,7 +132,7 @@ protected:
     RpcMethods m_methods {&m_rpc};
 };
 
-TEST_F(RpcMethodsTest, GetRowsAnswersRowsInTheOrderOfTheRoles)
+TEST_F(RpcMethodsTest, GetRowsAnswersValuesInTheOrderOfTheRoles)
 {
     const QVariantHash answer
         = ask("getRows", R"({"path":"Test:list","roles":["path","title","icon"]})")
@@ -145,7 +145,7 @@ TEST_F(RpcMethodsTest, GetRowsAnswersRowsInTheOrderOfTheRoles)
         QStringLiteral("A list"));
 }
 
-TEST_F(RpcMethodsTest, TellsOfTheIconsThatItAnswersWith)
+TEST_F(RpcMethodsTest, ReportsTheIconsThatItAnswersWith)
 {
     CMListRowsNode *list
         = CMListRowsNode::create(m_worker.nodes(), m_worker.addPrefix(QStringLiteral("icons")));
@@ -201,14 +201,14 @@ TEST_F(RpcMethodsTest, SetDataChangesAValue)
     EXPECT_EQ(m_values.value(path("settings:name")).string_(), QStringLiteral("new"));
 }
 
-TEST_F(RpcMethodsTest, SetDataTellsWhatCannotBeChanged)
+TEST_F(RpcMethodsTest, SetDataFailsForAReadOnlyValue)
 {
     EXPECT_EQ(
         codeOf("setData", R"({"path":"settings:fixed","role":"value","value":false})"), -32000);
     EXPECT_TRUE(m_values.value(path("settings:fixed")).bool_());
 }
 
-TEST_F(RpcMethodsTest, APathWithoutNodeHasACodeOfItsOwn)
+TEST_F(RpcMethodsTest, APathWithoutNodeHasItsOwnErrorCode)
 {
     for (const char *missing : {"Test:nothing", "Other:list", "settings:nothing"}) {
         const QByteArray params = QByteArray("{\"path\":\"") + missing + "\"}";
@@ -217,7 +217,7 @@ TEST_F(RpcMethodsTest, APathWithoutNodeHasACodeOfItsOwn)
     }
 }
 
-TEST_F(RpcMethodsTest, AnErrorIsToldWithMessageNameAndTitle)
+TEST_F(RpcMethodsTest, AnErrorHasMessageNameAndTitle)
 {
     const QVariantHash error = errorOf("getData", R"({"path":"Test:failing"})");
     EXPECT_EQ(VeskJson::write(error),
@@ -242,7 +242,7 @@ TEST_F(RpcMethodsTest, RefusesBadParameters)
     EXPECT_EQ(codeOf("setData", R"({"path":"settings:name","role":"value"})"), -32602);
 }
 
-TEST_F(RpcMethodsTest, ASubscriberIsToldOfChangesUntilItUnsubscribes)
+TEST_F(RpcMethodsTest, NotifiesASubscriberUntilItUnsubscribes)
 {
     Peer peer;
     EXPECT_EQ(resultOf("subscribe", R"({"path":"settings:name"})", &peer), "{}");
@@ -259,7 +259,7 @@ TEST_F(RpcMethodsTest, ASubscriberIsToldOfChangesUntilItUnsubscribes)
     EXPECT_THAT(peer.sent.last().toStdString(), testing::HasSubstr("settings:fixed"));
 }
 
-TEST_F(RpcMethodsTest, AScreenThatCouldNotBeHadIsToldFromAnEmptyOne)
+TEST_F(RpcMethodsTest, AnEmptyScreenHasAProblemWhenTheServiceFailed)
 {
     const auto node = new FaultyNode(m_worker.addPrefix(QStringLiteral("faulty")));
     node->setNodes(m_worker.nodes());
@@ -282,7 +282,7 @@ TEST_F(RpcMethodsTest, AScreenThatCouldNotBeHadIsToldFromAnEmptyOne)
         R"({"roles":{},"rows":[],"rowsCount":0})");
 }
 
-TEST_F(RpcMethodsTest, AnErrorForAFaultOfTheServiceSaysSo)
+TEST_F(RpcMethodsTest, AnErrorNamesTheFaultOfTheService)
 {
     const auto node = new FaultyNode(m_worker.addPrefix(QStringLiteral("faulty")));
     node->setNodes(m_worker.nodes());
@@ -296,7 +296,7 @@ TEST_F(RpcMethodsTest, AnErrorForAFaultOfTheServiceSaysSo)
         R"({"code":-32000,"data":{"name":"VeskError",)"
         R"("problem":"The Test service does not answer. Please try again later.",)"
         R"("title":"Error"},"message":"Invalid data."})");
-    // What the listener can mend comes first.
+    // A setting that the user can correct comes first.
     node->fault = {VeskServiceFault::HttpStatus, 403};
     EXPECT_EQ(VeskJson::write(errorOf("getData", params)),
         R"({"code":-32000,"data":{"name":"VeskError","serviceMessage":"Invalid data.",)"
@@ -307,7 +307,7 @@ TEST_F(RpcMethodsTest, AnErrorForAFaultOfTheServiceSaysSo)
         QStringLiteral("Invalid data."));
 }
 
-TEST_F(RpcMethodsTest, SubscribingTwiceIsSubscribingOnce)
+TEST_F(RpcMethodsTest, SubscribingTwiceNotifiesOnce)
 {
     Peer peer;
     resultOf("subscribe", R"({"path":"settings:name"})", &peer);
@@ -320,7 +320,7 @@ TEST_F(RpcMethodsTest, SubscribingTwiceIsSubscribingOnce)
     EXPECT_EQ(peer.sent.size(), 2);
 }
 
-TEST_F(RpcMethodsTest, SubscriptionsNeedALastingConnection)
+TEST_F(RpcMethodsTest, SubscriptionsNeedAWebSocket)
 {
     EXPECT_EQ(codeOf("subscribe", R"({"path":"settings:name"})"), -32601);
     EXPECT_EQ(codeOf("unsubscribe", R"({"path":"settings:name"})"), -32601);
@@ -338,7 +338,7 @@ TEST_F(RpcMethodsTest, OnePeerHasAtMost256Subscriptions)
     EXPECT_EQ(resultOf("subscribe", R"({"path":"Test:list?n=x"})", &peer), "{}");
 }
 
-TEST_F(RpcMethodsTest, ChangesAfterAPeerHasGoneGoNowhere)
+TEST_F(RpcMethodsTest, DropsSubscriptionsOfAClientThatHasLeft)
 {
     {
         Peer peer;

@@ -40,7 +40,7 @@ TEST(RpcParamsTest, ReadsAPath)
     EXPECT_FALSE(reader.failed());
 }
 
-TEST(RpcParamsTest, RefusesWhatIsNoPath)
+TEST(RpcParamsTest, RefusesInvalidPaths)
 {
     for (const QVariant &value : {QVariant(), QVariant(1LL), QVariant(QString()),
              QVariant(QStringLiteral("nothing")), QVariant(QStringLiteral("a:%zz")),
@@ -52,14 +52,14 @@ TEST(RpcParamsTest, RefusesWhatIsNoPath)
     }
 }
 
-TEST(RpcParamsTest, TakesMissingRolesForAllOfThem)
+TEST(RpcParamsTest, MissingRolesMeanAllRoles)
 {
     EXPECT_EQ(RpcParams({}).roles(), VeskRoles::all());
     EXPECT_EQ(RpcParams(params("roles", QVariant())).roles(), VeskRoles::all());
     EXPECT_EQ(RpcParams(params("roles", QVariantList())).roles(), QStringList());
 }
 
-TEST(RpcParamsTest, RefusesRolesThatAreNoListOfNames)
+TEST(RpcParamsTest, RefusesRolesOtherThanAListOfNames)
 {
     QVariantList many;
     for (int i = 0; i < 101; ++i)
@@ -73,7 +73,7 @@ TEST(RpcParamsTest, RefusesRolesThatAreNoListOfNames)
     }
 }
 
-TEST(RpcParamsTest, ARangeIsTheFirstHundredRowsUnlessItIsGiven)
+TEST(RpcParamsTest, TheDefaultRangeIsTheFirstHundredRows)
 {
     EXPECT_EQ(rangeOf({}), std::make_pair(0, 99));
     EXPECT_EQ(rangeOf(params("first", 50LL)), std::make_pair(50, 149));
@@ -83,7 +83,7 @@ TEST(RpcParamsTest, ARangeIsTheFirstHundredRowsUnlessItIsGiven)
     EXPECT_EQ(rangeOf(params("first", 2147483647LL)), std::make_pair(2147483647, 2147483647));
 }
 
-TEST(RpcParamsTest, RefusesRangesThatAreNoneOrTooLong)
+TEST(RpcParamsTest, RefusesInvalidAndTooLongRanges)
 {
     EXPECT_TRUE(rangeFails(params("first", -1LL)));
     EXPECT_TRUE(rangeFails(params("first", 1.5)));

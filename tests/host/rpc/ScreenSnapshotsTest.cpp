@@ -19,7 +19,7 @@ CMPath path(const char *text)
     return CMPath::fromEncoded(QString::fromLatin1(text));
 }
 
-/// A list of which each fetch is another: its rows tell by which fetch they came.
+/// A list whose rows contain the number of their fetch.
 class FetchedNode : public CMContainerNode {
 public:
     explicit FetchedNode(const CMPath &path)
@@ -110,7 +110,7 @@ protected:
                     + got.last().toList().value(0).toString();
         });
     }
-    /// Whatever was told by now has arrived.
+    /// Delivers all queued notifications.
     void settle()
     {
         for (int i = 0; i < 3; ++i)
@@ -124,7 +124,7 @@ protected:
     Peer peer;
 };
 
-TEST_F(ScreenSnapshotsTest, allRangesComeFromOneFetch)
+TEST_F(ScreenSnapshotsTest, ServesAllRangesFromOneFetch)
 {
     for (int first = 0; first < 1000; first += 100) {
         EXPECT_EQ(read(first, first + 99, &peer),
@@ -136,7 +136,7 @@ TEST_F(ScreenSnapshotsTest, allRangesComeFromOneFetch)
     EXPECT_EQ(list->ranges.size(), 1);
 }
 
-TEST_F(ScreenSnapshotsTest, rangesThatAreAskedForTogetherComeFromOneFetch)
+TEST_F(ScreenSnapshotsTest, ServesSimultaneousRequestsFromOneFetch)
 {
     list->hold = true;
     QString first;
@@ -150,25 +150,25 @@ TEST_F(ScreenSnapshotsTest, rangesThatAreAskedForTogetherComeFromOneFetch)
     EXPECT_EQ(second, QStringLiteral("title 100 of 1, title 199 of 1"));
 }
 
-TEST_F(ScreenSnapshotsTest, theFirstRowsBeginAnewAndSoDoesWhoAsksForIt)
+TEST_F(ScreenSnapshotsTest, FetchesAgainForTheFirstRowsAndOnRefresh)
 {
     read(0, 99, &peer);
     EXPECT_EQ(read(0, 99, &peer), QStringLiteral("title 0 of 2, title 99 of 2"));
     EXPECT_EQ(read(100, 199, &peer), QStringLiteral("title 100 of 2, title 199 of 2"));
-    ScreenSnapshots::Range anew = range(200, 299);
-    anew.refresh = true;
-    EXPECT_EQ(read(anew, &peer), QStringLiteral("title 200 of 3, title 299 of 3"));
+    ScreenSnapshots::Range refreshed = range(200, 299);
+    refreshed.refresh = true;
+    EXPECT_EQ(read(refreshed, &peer), QStringLiteral("title 200 of 3, title 299 of 3"));
     EXPECT_EQ(read(100, 199, &peer), QStringLiteral("title 100 of 3, title 199 of 3"));
     EXPECT_EQ(screens.count(), 1);
 }
 
-TEST_F(ScreenSnapshotsTest, aRangeInTheMiddleBeginsAScreenToo)
+TEST_F(ScreenSnapshotsTest, ARangeInTheMiddleStartsASnapshot)
 {
     EXPECT_EQ(read(300, 399, &peer), QStringLiteral("title 300 of 1, title 399 of 1"));
     EXPECT_EQ(read(100, 199, &peer), QStringLiteral("title 100 of 1, title 199 of 1"));
 }
 
-TEST_F(ScreenSnapshotsTest, aSingleRowIsFetchedAlone)
+TEST_F(ScreenSnapshotsTest, FetchesASingleRowAlone)
 {
     EXPECT_EQ(read(5, 5, &peer), QStringLiteral("title 5 of 1, title 5 of 1"));
     EXPECT_EQ(read(0, 0, &peer), QStringLiteral("title 0 of 2, title 0 of 2"));
@@ -176,7 +176,7 @@ TEST_F(ScreenSnapshotsTest, aSingleRowIsFetchedAlone)
     EXPECT_EQ(screens.count(), 0);
 }
 
-TEST_F(ScreenSnapshotsTest, whatWasReadWholeIsNotKept)
+TEST_F(ScreenSnapshotsTest, DropsAScreenThatWasReadCompletely)
 {
     list->length = 100;
     read(0, 99, &peer);
@@ -187,7 +187,7 @@ TEST_F(ScreenSnapshotsTest, whatWasReadWholeIsNotKept)
     EXPECT_GT(screens.bytes(), 0);
 }
 
-TEST_F(ScreenSnapshotsTest, eachConnectionHasItsOwnAndThoseWithoutOneShare)
+TEST_F(ScreenSnapshotsTest, EachWebSocketHasItsOwnAndPostsShareTheirs)
 {
     Peer other;
     read(0, 99, &peer);
@@ -198,7 +198,7 @@ TEST_F(ScreenSnapshotsTest, eachConnectionHasItsOwnAndThoseWithoutOneShare)
     EXPECT_EQ(read(100, 199, &other), QStringLiteral("title 100 of 2, title 199 of 2"));
 }
 
-TEST_F(ScreenSnapshotsTest, endWithTheirConnection)
+TEST_F(ScreenSnapshotsTest, EndWithTheirConnection)
 {
     QString answer;
     {
@@ -215,7 +215,7 @@ TEST_F(ScreenSnapshotsTest, endWithTheirConnection)
     EXPECT_EQ(screens.bytes(), 0);
 }
 
-TEST_F(ScreenSnapshotsTest, otherRolesAreAnotherFetch)
+TEST_F(ScreenSnapshotsTest, FetchesAgainForOtherRoles)
 {
     read(0, 99, &peer);
     ScreenSnapshots::Range icons = range(100, 199);
@@ -224,27 +224,27 @@ TEST_F(ScreenSnapshotsTest, otherRolesAreAnotherFetch)
     EXPECT_EQ(read(100, 199, &peer), QStringLiteral("title 100 of 1, title 199 of 1"));
 }
 
-TEST_F(ScreenSnapshotsTest, goWithAChangeOfTheScreen)
+TEST_F(ScreenSnapshotsTest, AreDroppedWhenTheScreenChanges)
 {
-    const auto tells = [&](const std::function<void()> &tell) {
+    const auto isDropped = [&](const std::function<void()> &change) {
         read(0, 99, &peer);
         const int before = list->ranges.size();
-        tell();
+        change();
         read(100, 199, &peer);
         return list->ranges.size() > before;
     };
     CMSubscribe changes;
     const QString reset = CMSubscribe::RowsChangeReset();
-    EXPECT_TRUE(tells([&] { changes.changed(path("Test:list"), reset, -1, -1); }));
-    EXPECT_TRUE(
-        tells([&] { changes.changed(path("Test:list"), CMSubscribe::RowsChangeChanged(), 3, 3); }));
-    EXPECT_TRUE(tells([&] { changes.changedStartingWith(path("Test:"), reset, -1, -1); }));
-    EXPECT_FALSE(tells([&] { changes.changed(path("Test:list/below"), reset, -1, -1); }));
-    EXPECT_FALSE(tells([&] { changes.changed(path("Test:"), reset, -1, -1); }));
-    EXPECT_FALSE(tells([&] { changes.changedStartingWith(path("Other:"), reset, -1, -1); }));
+    EXPECT_TRUE(isDropped([&] { changes.changed(path("Test:list"), reset, -1, -1); }));
+    EXPECT_TRUE(isDropped(
+        [&] { changes.changed(path("Test:list"), CMSubscribe::RowsChangeChanged(), 3, 3); }));
+    EXPECT_TRUE(isDropped([&] { changes.changedStartingWith(path("Test:"), reset, -1, -1); }));
+    EXPECT_FALSE(isDropped([&] { changes.changed(path("Test:list/below"), reset, -1, -1); }));
+    EXPECT_FALSE(isDropped([&] { changes.changed(path("Test:"), reset, -1, -1); }));
+    EXPECT_FALSE(isDropped([&] { changes.changedStartingWith(path("Other:"), reset, -1, -1); }));
 }
 
-TEST_F(ScreenSnapshotsTest, aChangeWhileTheRowsAreOnTheirWayCountsForWhatIsAskedAfterIt)
+TEST_F(ScreenSnapshotsTest, AChangeDuringTheFetchMakesLaterRequestsFetchAgain)
 {
     list->hold = true;
     QString first;
@@ -262,7 +262,7 @@ TEST_F(ScreenSnapshotsTest, aChangeWhileTheRowsAreOnTheirWayCountsForWhatIsAsked
     EXPECT_EQ(screens.count(), 1);
 }
 
-TEST_F(ScreenSnapshotsTest, goWithAValueAndWithWhatIsWrittenToTheService)
+TEST_F(ScreenSnapshotsTest, AreDroppedWhenAValueChangesOrTheServiceIsWrittenTo)
 {
     read(0, 99, &peer);
     screens.forgetService(QStringLiteral("Other"));
@@ -277,7 +277,7 @@ TEST_F(ScreenSnapshotsTest, goWithAValueAndWithWhatIsWrittenToTheService)
     EXPECT_EQ(list->ranges.size(), 3);
 }
 
-TEST_F(ScreenSnapshotsTest, goSomeTimeAfterTheirLastUse)
+TEST_F(ScreenSnapshotsTest, ExpireAfterTheirLastUse)
 {
     screens.setLifetimes({60000, 2000});
     read(0, 99, nullptr);
@@ -290,7 +290,7 @@ TEST_F(ScreenSnapshotsTest, goSomeTimeAfterTheirLastUse)
     EXPECT_EQ(list->ranges.size(), 3);
 }
 
-TEST_F(ScreenSnapshotsTest, areFewForAConnection)
+TEST_F(ScreenSnapshotsTest, AreBoundedPerConnection)
 {
     QList<FetchedNode *> lists;
     const char *const paths[] = {"Test:a", "Test:b", "Test:c", "Test:d", "Test:e"};
@@ -301,7 +301,7 @@ TEST_F(ScreenSnapshotsTest, areFewForAConnection)
             read(range(100, 199, "Test:a"), &peer);
     }
     EXPECT_EQ(screens.count(), ScreenSnapshots::MaxScreens);
-    // The one that was used longest ago is the one that went.
+    // The one that was used longest ago was dropped.
     for (const char *each : {"Test:a", "Test:c", "Test:d", "Test:e", "Test:b"})
         read(range(100, 199, each), &peer);
     EXPECT_EQ(lists.at(0)->ranges.size(), 1);
@@ -309,7 +309,7 @@ TEST_F(ScreenSnapshotsTest, areFewForAConnection)
     EXPECT_EQ(lists.at(4)->ranges.size(), 1);
 }
 
-TEST_F(ScreenSnapshotsTest, takeNoMoreMemoryThanTheyMay)
+TEST_F(ScreenSnapshotsTest, AreBoundedInMemory)
 {
     list->padding = QString(10000, QLatin1Char('x'));
     std::vector<std::unique_ptr<Peer>> peers;
@@ -328,14 +328,14 @@ TEST_F(ScreenSnapshotsTest, takeNoMoreMemoryThanTheyMay)
     EXPECT_EQ(list->ranges.size(), 7);
 }
 
-TEST_F(ScreenSnapshotsTest, ofAScreenThatIsTooLongForOneAnswerTheRangesAreFetched)
+TEST_F(ScreenSnapshotsTest, FetchesRangesOfAScreenThatIsTooLongForOneAnswer)
 {
     list->longest = 100;
     EXPECT_EQ(read(0, 99, &peer), QStringLiteral("title 0 of 2, title 99 of 2"));
     EXPECT_EQ(screens.count(), 0);
 }
 
-TEST_F(ScreenSnapshotsTest, rowsBeyondThoseThatAreKeptAreFetched)
+TEST_F(ScreenSnapshotsTest, FetchesRowsBeyondThoseThatAreKept)
 {
     list->length = ScreenSnapshots::MaxRows + 500;
     read(0, 99, &peer);
@@ -344,7 +344,7 @@ TEST_F(ScreenSnapshotsTest, rowsBeyondThoseThatAreKeptAreFetched)
     EXPECT_EQ(list->ranges.last(), QStringLiteral("9950-10049"));
 }
 
-TEST_F(ScreenSnapshotsTest, anErrorIsPassedOnToAllAndNotKept)
+TEST_F(ScreenSnapshotsTest, PassesAnErrorToAllRequestsAndDropsIt)
 {
     list->error = CMError(TrString("Test", "Away."));
     EXPECT_EQ(read(0, 99, &peer), QStringLiteral("Away."));

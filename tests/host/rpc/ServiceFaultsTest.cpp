@@ -23,7 +23,7 @@ std::string words(const Fault &fault, const CMPath &deviceSetting = {})
     return faults.words(Opened, fault).toString().toStdString();
 }
 
-TEST(ServiceFaults, EachHasItsWords)
+TEST(ServiceFaults, HasWordsForEachFault)
 {
     const std::vector<std::pair<Fault, const char *>> all {
         {{}, ""},
@@ -47,7 +47,7 @@ TEST(ServiceFaults, EachHasItsWords)
         EXPECT_EQ(words(fault), expected);
 }
 
-TEST(ServiceFaults, ARefusalNamesTheSettingByWhichTheDeviceIsKnown)
+TEST(ServiceFaults, ARefusalNamesTheSettingToCheck)
 {
     EXPECT_EQ(words({Fault::HttpStatus, 403}, VeskTuneInPartnerIdPath()),
         "The Radio service refuses this device (HTTP 403). Check the setting \"TuneIn partner "
@@ -59,7 +59,7 @@ TEST(ServiceFaults, ARefusalNamesTheSettingByWhichTheDeviceIsKnown)
         "The Radio service refuses this device (HTTP 403).");
 }
 
-TEST(ServiceFaults, AServiceThatWasNotDeclaredHasItsPathsName)
+TEST(ServiceFaults, NamesAnUndeclaredServiceByItsPrefix)
 {
     EXPECT_EQ(ServiceFaults().words(Opened, {Fault::TimedOut}).toString().toStdString(),
         "The Radio service does not answer. Please try again later.");

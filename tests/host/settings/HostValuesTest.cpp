@@ -33,7 +33,7 @@ std::string refusal(const CMPath &path, const char *sent)
     return refusal(path, QVariant(QString::fromUtf8(sent)));
 }
 
-TEST(HostValues, LanguagesAreTagsOfLanguages)
+TEST(HostValues, TheLanguageIsALanguageTag)
 {
     for (const char *good : {"en", "de-DE", "en_GB", "pl-PL", "zh-Hant-TW", "DE-de"})
         EXPECT_EQ(refusal(VeskUILanguagePath(), good), "") << good;
@@ -45,7 +45,7 @@ TEST(HostValues, LanguagesAreTagsOfLanguages)
         "\"en\".");
 }
 
-TEST(HostValues, FormatsAreThoseThatThereAre)
+TEST(HostValues, FormatsAreKnownNames)
 {
     const CMPath path = VeskTuneInSupportedStreamsPath();
     for (const char *good : {"", "mp3", "mp3,aac,ogg,opus,flac,hls", "wma", "*"})
@@ -58,7 +58,7 @@ TEST(HostValues, FormatsAreThoseThatThereAre)
     }
 }
 
-TEST(HostValues, AddressesAreOfTheWeb)
+TEST(HostValues, AddressesAreHttpOrHttps)
 {
     const CMPath path = VeskTuneInBrowseIndexUrlPath();
     for (const char *good : {"", "http://a.example/", "HTTPS://a.example/x?y=z"})
@@ -67,7 +67,7 @@ TEST(HostValues, AddressesAreOfTheWeb)
         EXPECT_THAT(refusal(path, bad), HasSubstr("http:// or https://")) << bad;
 }
 
-TEST(HostValues, TextsAreOfOneLineAndNotTooLong)
+TEST(HostValues, TextsHaveOneLineAndABoundedLength)
 {
     const CMPath path = VeskTuneInPartnerIdPath();
     EXPECT_EQ(refusal(path, "abc!§$"), "");
@@ -94,7 +94,7 @@ TEST(HostValues, SwitchesAreTrueOrFalse)
                 HasSubstr("it is true or false.")));
 }
 
-TEST(HostValues, AValueThatIsSentWithItsTypeIsCheckedToo)
+TEST(HostValues, ChecksAValueThatIsSentWithItsType)
 {
     const QVariant sent = VeskValue::fromString(QStringLiteral("xx")).toHash();
     EXPECT_THAT(refusal(VeskUILanguagePath(), sent), HasSubstr("cannot be \"xx\""));
@@ -103,7 +103,7 @@ TEST(HostValues, AValueThatIsSentWithItsTypeIsCheckedToo)
         "");
 }
 
-TEST(HostValues, WhatThereIsAtFirstPassesItsOwnCheck)
+TEST(HostValues, DefaultsPassTheirOwnChecks)
 {
     for (const HostValueDefinition &definition : hostValueDefinitions()) {
         EXPECT_TRUE(checkHostValue(definition, plainValue(definition.initial), definition.initial)

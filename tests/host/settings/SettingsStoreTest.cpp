@@ -31,7 +31,7 @@ std::atomic<int> syncs {0};
 
 } // namespace
 
-/// Stands in for the system's, so that a disk can take its time.
+/// Replaces the C library's, to simulate a slow disk.
 extern "C" int fsync(int descriptor)
 {
     ++syncs;
@@ -67,7 +67,7 @@ protected:
         QString partner() const { return values.value(VeskTuneInPartnerIdPath()).string_(); }
         QString memberId() const { return values.value(VeskSystemMemberIdPath()).string_(); }
 
-        /// What a client asks for; its answer comes later.
+        /// A client's request, which is answered later.
         std::shared_ptr<CMReplyData<QVariant>> ask(const CMPath &path, const QVariant &value)
         {
             const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -75,7 +75,7 @@ protected:
                 CMSetDataRequest(path, VeskRoles::Value(), value, CMReply<QVariant>(data)));
             return data;
         }
-        /// What came of it: empty when it is kept.
+        /// The error message; empty when the change is kept.
         static std::string outcome(const std::shared_ptr<CMReplyData<QVariant>> &answer)
         {
             if (!spinUntil([&] { return answer->isFinished(); }))
@@ -115,7 +115,7 @@ protected:
     const QString m_file;
 };
 
-TEST_F(SettingsStoreTest, GivesTheDeviceAnIdOnceAndForAll)
+TEST_F(SettingsStoreTest, GivesTheDeviceAnIdOnce)
 {
     QString id;
     {
@@ -141,22 +141,22 @@ TEST_F(SettingsStoreTest, AChangeIsOnTheDiskWhenItIsAnswered)
     EXPECT_FALSE(run.values.value(VeskTuneInEnabledFixItWizardPath()).bool_());
 }
 
-TEST_F(SettingsStoreTest, AChangeTakesEffectOnceItIsKeptAndTheLastOneCounts)
+TEST_F(SettingsStoreTest, AChangeTakesEffectOnceItIsKept)
 {
     Run run(m_folder);
     std::vector<std::shared_ptr<CMReplyData<QVariant>>> answers;
     for (int i = 0; i < 100; ++i)
         answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString::number(i)));
-    // The value that it has until then is as good a wish as any.
+    // The present value may be requested as well.
     answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString()));
-    EXPECT_EQ(run.partner(), QString()) << "nothing is delivered without the event loop";
+    EXPECT_EQ(run.partner(), QString()) << "the event loop has not run yet";
     for (const auto &answer : answers)
         EXPECT_EQ(Run::outcome(answer), "");
     EXPECT_EQ(run.partner(), QString());
     EXPECT_FALSE(content().contains("partnerId"));
 }
 
-TEST_F(SettingsStoreTest, ASlowDiskKeepsWaitingOnlyThoseWhoChangeSettings)
+TEST_F(SettingsStoreTest, ASlowDiskDelaysOnlyChangesOfSettings)
 {
     Run run(m_folder);
     const int before = syncs;
@@ -174,8 +174,8 @@ TEST_F(SettingsStoreTest, ASlowDiskKeepsWaitingOnlyThoseWhoChangeSettings)
         EXPECT_EQ(Run::outcome(answer), "");
     EXPECT_EQ(run.partner(), text("49"));
     run.store.close();
-    // Two writes, each of the file and of its copy, each of these with its folder.
-    EXPECT_EQ(syncs - before, 8) << "what waits is written together";
+    // Two writes, each of the file and of its copy, each with its folder.
+    EXPECT_EQ(syncs - before, 8) << "waiting changes are written together";
 }
 
 TEST_F(SettingsStoreTest, KeepsOnlyWhatDiffersFromTheDefault)
@@ -195,7 +195,7 @@ TEST_F(SettingsStoreTest, DoesNotKeepStates)
     EXPECT_FALSE(content().contains("network"));
 }
 
-TEST_F(SettingsStoreTest, KeepsAChangeThatAnotherThreadAsksFor)
+TEST_F(SettingsStoreTest, KeepsAChangeFromAnotherThread)
 {
     Run run(m_folder);
     std::shared_ptr<CMReplyData<QVariant>> answer;
@@ -229,7 +229,7 @@ TEST_F(SettingsStoreTest, OnlyTheOwnerReadsTheFile)
         QFile::Permissions());
 }
 
-TEST_F(SettingsStoreTest, TheFolderIsItsOwnersAlone)
+TEST_F(SettingsStoreTest, OnlyTheOwnerReadsTheFolder)
 {
     Run run(m_folder);
     struct stat status { };
@@ -255,12 +255,12 @@ TEST_F(SettingsStoreTest, MovesADamagedFileAsideAndGoesOnWithItsCopy)
         EXPECT_EQ(run.partner(), text("abc")) << damaged;
         EXPECT_EQ(run.memberId(), id) << damaged;
         EXPECT_EQ(content(suffix), damaged);
-        EXPECT_TRUE(content().contains("abc")) << "a good one is in its place";
+        EXPECT_TRUE(content().contains("abc")) << "there is a good file again";
         suffix = QStringLiteral(".damaged.2");
     }
 }
 
-TEST_F(SettingsStoreTest, AFileThatIsGoneComesBackFromItsCopy)
+TEST_F(SettingsStoreTest, RestoresAMissingFileFromItsCopy)
 {
     {
         Run run(m_folder);
@@ -271,7 +271,7 @@ TEST_F(SettingsStoreTest, AFileThatIsGoneComesBackFromItsCopy)
     EXPECT_TRUE(content().contains("abc"));
 }
 
-TEST_F(SettingsStoreTest, AFileWithoutACopyGetsOneAtTheStart)
+TEST_F(SettingsStoreTest, MakesAMissingCopyAtTheStart)
 {
     write(R"({"values":{"settings:tunein/partnerId":"abc"}})");
     Run(m_folder).partner();
@@ -303,14 +303,14 @@ TEST_F(SettingsStoreTest, StartsWithDefaultsWhenTheCopyIsDamagedToo)
     }
 }
 
-TEST_F(SettingsStoreTest, TakesAHugeFileForDamaged)
+TEST_F(SettingsStoreTest, TreatsAHugeFileAsDamaged)
 {
     write(QByteArray(SettingsFile::MaxSize, ' ') + "{}");
     Run run(m_folder);
     EXPECT_FALSE(content(QStringLiteral(".damaged")).isEmpty());
 }
 
-TEST_F(SettingsStoreTest, WhatIsNoFileIsMovedAsideAndNotOpened)
+TEST_F(SettingsStoreTest, MovesAsideWithoutOpeningWhatIsNoRegularFile)
 {
     QString id;
     {
@@ -339,7 +339,7 @@ TEST_F(SettingsStoreTest, WhatIsNoFileIsMovedAsideAndNotOpened)
     }
 }
 
-TEST_F(SettingsStoreTest, TheIdHasAFileOfItsOwnThatIsWrittenOnce)
+TEST_F(SettingsStoreTest, WritesTheIdsOwnFileOnce)
 {
     const QString file = m_folder + QStringLiteral("/member-id");
     const QString id = Run(m_folder).memberId();
@@ -365,7 +365,7 @@ TEST_F(SettingsStoreTest, TheIdsOwnFileCountsWhenTheTwoDiffer)
     const QByteArray other(32, 'a');
     write("{\"memberId\":\"" + other + "\"}");
     EXPECT_EQ(Run(m_folder).memberId(), id);
-    EXPECT_TRUE(content().contains(id.toLatin1())) << "and the settings are put right";
+    EXPECT_TRUE(content().contains(id.toLatin1())) << "the copy in the settings is corrected";
 }
 
 TEST_F(SettingsStoreTest, TheIdAmongTheSettingsCountsWhenItsOwnFileIsGoneOrDamaged)
@@ -383,7 +383,7 @@ TEST_F(SettingsStoreTest, TheIdAmongTheSettingsCountsWhenItsOwnFileIsGoneOrDamag
     EXPECT_EQ(Run(m_folder).memberId(), id);
 }
 
-TEST_F(SettingsStoreTest, PassesOverEntriesThatDoNotFitAndCarriesThemAlong)
+TEST_F(SettingsStoreTest, IgnoresAndKeepsUnknownEntries)
 {
     write(R"({"values":{"settings:tunein/partnerId":"good","settings:future":"x",
               "settings:tunein/enabledFixItWizard":"perhaps","network:connected":true},
@@ -397,9 +397,9 @@ TEST_F(SettingsStoreTest, PassesOverEntriesThatDoNotFitAndCarriesThemAlong)
     EXPECT_TRUE(content().contains("settings:future"));
 }
 
-TEST_F(SettingsStoreTest, AFolderThatCannotBeHadRefusesChanges)
+TEST_F(SettingsStoreTest, RefusesChangesWithoutAUsableFolder)
 {
-    // A file where the folder should be: nobody can write there, not even root.
+    // A file in the folder's place: not even root can write there.
     QDir().mkpath(QFileInfo(m_folder).path());
     QFile obstacle(m_folder);
     ASSERT_TRUE(obstacle.open(QIODevice::WriteOnly));
@@ -426,7 +426,7 @@ TEST_F(SettingsStoreTest, ARefusedChangeLeavesTheValueAsItWas)
     EXPECT_TRUE(content().contains("ghi"));
 }
 
-TEST_F(SettingsStoreTest, ATextThatIsTooLongIsRefusedAlone)
+TEST_F(SettingsStoreTest, RefusesATextThatIsTooLong)
 {
     Run run(m_folder);
     const auto longOne = run.ask(VeskTuneInPartnerIdPath(), QString(70000, QLatin1Char('x')));
@@ -435,7 +435,7 @@ TEST_F(SettingsStoreTest, ATextThatIsTooLongIsRefusedAlone)
     EXPECT_EQ(run.partner(), QString());
 }
 
-TEST_F(SettingsStoreTest, WhatWaitsAtTheEndIsKeptAndAnswered)
+TEST_F(SettingsStoreTest, KeepsAndAnswersWaitingChangesAtTheEnd)
 {
     std::shared_ptr<CMReplyData<QVariant>> answer;
     {
@@ -465,10 +465,10 @@ TEST_F(SettingsStoreTest, ReplacesTheFileAsAWhole)
     EXPECT_EQ(QDir(m_folder).entryList(QDir::Files | QDir::Hidden),
         (QStringList {text("lock"), text("member-id"), text("settings.json"),
             text("settings.json.last-good")}))
-        << "nothing of the writing is left behind";
+        << "no temporary file is left";
 }
 
-TEST_F(SettingsStoreTest, LeftoversOfAWriteGoAtTheStart)
+TEST_F(SettingsStoreTest, RemovesLeftoversOfAWriteAtTheStart)
 {
     write("{\"values\":{\"settings:tu", QStringLiteral(".new"));
     Run run(m_folder);
@@ -497,7 +497,7 @@ protected:
     QString m_state;
 };
 
-TEST_F(SettingsOnASmallDisk, AFullDiskRefusesChangesAndTakesNothing)
+TEST_F(SettingsOnASmallDisk, RefusesChangesOnAFullDisk)
 {
     QString id;
     {
@@ -521,7 +521,7 @@ TEST_F(SettingsOnASmallDisk, AFullDiskRefusesChangesAndTakesNothing)
     EXPECT_EQ(run.partner(), text("ghi"));
 }
 
-TEST_F(SettingsOnASmallDisk, AnIdThatWasGivenOnAFullDiskIsKeptOnceThereIsRoom)
+TEST_F(SettingsOnASmallDisk, KeepsAnIdOnceAFullDiskHasSpace)
 {
     m_disk.fill();
     QString id;
@@ -535,7 +535,7 @@ TEST_F(SettingsOnASmallDisk, AnIdThatWasGivenOnAFullDiskIsKeptOnceThereIsRoom)
     EXPECT_EQ(Run(m_state).memberId(), id);
 }
 
-TEST_F(SettingsOnASmallDisk, AReadOnlyDiskIsReadAndRefusesChanges)
+TEST_F(SettingsOnASmallDisk, ReadsAReadOnlyDiskAndRefusesChanges)
 {
     QString id;
     {
@@ -574,7 +574,7 @@ private:
     const QByteArray m_home;
 };
 
-TEST_F(StateFolderTest, IsWhereTheDesktopKeepsStates)
+TEST_F(StateFolderTest, FollowsTheXdgDirectories)
 {
     set("XDG_STATE_HOME", "/state");
     set("HOME", "/home/user");

@@ -38,7 +38,7 @@ protected:
         m_artwork->get(query, [this](const HttpResponse &answer) { m_answers.append(answer); });
     }
 
-    /// The answer for a picture that a service named.
+    /// The response for a picture that a service has named.
     HttpResponse askFor(const QByteArray &target)
     {
         m_artwork->remember(url(target));
@@ -67,14 +67,14 @@ TEST_F(ArtworkTest, ServesAPictureThatAServiceNamed)
 {
     const HttpResponse answer = askFor("/a.png");
     EXPECT_EQ(answer.code, 200u);
-    EXPECT_EQ(answer.type, "image/png"); // by its content, whatever its server called it
+    EXPECT_EQ(answer.type, "image/png"); // by its content, not by the header
     EXPECT_EQ(answer.body, Png);
     EXPECT_EQ(headerOf(answer, "Cache-Control"), "private, max-age=86400");
     EXPECT_EQ(headerOf(answer, "Content-Security-Policy"), "default-src 'none'; sandbox");
     EXPECT_EQ(headerOf(answer, "Cross-Origin-Resource-Policy"), "same-origin");
 }
 
-TEST_F(ArtworkTest, FetchesNothingFromInsideWhereThePolicyForbidsIt)
+TEST_F(ArtworkTest, FetchesNothingThatThePolicyForbids)
 {
     AddressPolicy::setCurrent(AddressReach::Internet);
     const HttpResponse answer = askFor("/a.png");
@@ -83,7 +83,7 @@ TEST_F(ArtworkTest, FetchesNothingFromInsideWhereThePolicyForbidsIt)
     EXPECT_EQ(m_server.connections(), 0);
 }
 
-TEST_F(ArtworkTest, IsNotLedToAnAddressThatIsNeverFetched)
+TEST_F(ArtworkTest, DoesNotFollowARedirectToAForbiddenAddress)
 {
     m_response = {302, {}, {{"Location", "http://169.254.169.254/latest/a.png"}}};
     EXPECT_EQ(askFor("/a.png").code, 502u);
@@ -101,7 +101,7 @@ TEST_F(ArtworkTest, FetchesNothingThatNoServiceNamed)
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
-TEST_F(ArtworkTest, ServesNothingThatIsNoPicture)
+TEST_F(ArtworkTest, ServesOnlyPictures)
 {
     m_response.body = "<svg xmlns='http://www.w3.org/2000/svg'><script>alert(1)</script></svg>";
     m_response.headers = {{"Content-Type", "image/png"}};
@@ -111,7 +111,7 @@ TEST_F(ArtworkTest, ServesNothingThatIsNoPicture)
     EXPECT_FALSE(answer.body.contains("svg"));
 }
 
-TEST_F(ArtworkTest, ServesNoPictureOfAnErrorPage)
+TEST_F(ArtworkTest, DoesNotServeThePictureOfAnErrorResponse)
 {
     m_response.code = 404;
     EXPECT_EQ(askFor("/a.png").code, 502u);
@@ -125,7 +125,7 @@ TEST_F(ArtworkTest, ServesAtMostTwoMebibytes)
     EXPECT_EQ(askFor("/over.png").code, 502u);
 }
 
-TEST_F(ArtworkTest, FetchesOnceForAllWhoWait)
+TEST_F(ArtworkTest, FetchesOnceForSeveralRequests)
 {
     m_artwork->remember(url("/a.png"));
     for (int i = 0; i < 3; ++i)
@@ -148,7 +148,7 @@ TEST_F(ArtworkTest, FetchesABoundedNumberAtATime)
     EXPECT_EQ(m_answers.first().code, 503u);
 }
 
-TEST_F(ArtworkTest, AnswersNobodyOnceItIsGone)
+TEST_F(ArtworkTest, DoesNotRespondOnceItIsDestroyed)
 {
     m_response.end = ScriptedServer::End::StallBeforeHead;
     m_artwork->remember(url("/a.png"));
@@ -158,7 +158,7 @@ TEST_F(ArtworkTest, AnswersNobodyOnceItIsGone)
     EXPECT_TRUE(m_answers.isEmpty());
 }
 
-TEST_F(ArtworkTest, OwnsItsFolderOnly)
+TEST_F(ArtworkTest, OwnsOnlyItsFolder)
 {
     EXPECT_TRUE(m_artwork->owns("/artwork/x"));
     for (const char *path : {"/", "/artwork", "/x/artwork/y", "artwork/x"})

@@ -14,7 +14,7 @@ QByteArray digestOf(const QByteArray &url)
     return QCryptographicHash::hash(url, QCryptographicHash::Sha256).toHex();
 }
 
-TEST(ArtworkUrlsTest, FindsWhatItWasToldByTheDigestOfIt)
+TEST(ArtworkUrlsTest, FindsAnAddressByItsDigest)
 {
     ArtworkUrls urls;
     urls.remember(QStringLiteral("http://example.org/a.png"));
@@ -24,7 +24,7 @@ TEST(ArtworkUrlsTest, FindsWhatItWasToldByTheDigestOfIt)
         "HTTPS://example.org/\xc3\xbc.png");
 }
 
-TEST(ArtworkUrlsTest, KeepsNothingButAddressesOfTheWeb)
+TEST(ArtworkUrlsTest, KeepsOnlyHttpAndHttps)
 {
     ArtworkUrls urls;
     const QStringList others {QString(), QStringLiteral("icon:radio/local"),
@@ -42,13 +42,13 @@ TEST(ArtworkUrlsTest, KeepsNoAddressThatIsTooLong)
         = QStringLiteral("http://e/").leftJustified(ArtworkUrls::MaxLength, QLatin1Char('a'));
     urls.remember(longest);
     urls.remember(longest + QLatin1Char('a'));
-    // Characters that are more than one byte each count as what they are.
+    // The length is that in UTF-8.
     urls.remember(QStringLiteral("http://e/").leftJustified(ArtworkUrls::MaxLength, QChar(0xe4)));
     EXPECT_EQ(urls.size(), 1);
     EXPECT_EQ(urls.find(digestOf(longest.toUtf8())), longest.toUtf8());
 }
 
-TEST(ArtworkUrlsTest, ForgetsWhatWasNotToldForTheLongestTime)
+TEST(ArtworkUrlsTest, ForgetsTheLeastRecentAddress)
 {
     ArtworkUrls urls(2);
     urls.remember(QStringLiteral("http://e/1"));
@@ -61,7 +61,7 @@ TEST(ArtworkUrlsTest, ForgetsWhatWasNotToldForTheLongestTime)
     EXPECT_EQ(urls.find(digestOf("http://e/3")), "http://e/3");
 }
 
-TEST(ArtworkUrlsTest, TakesADigestOnlyAsItIsWritten)
+TEST(ArtworkUrlsTest, RefusesOtherFormsOfADigest)
 {
     ArtworkUrls urls;
     urls.remember(QStringLiteral("http://e/1"));

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(ImageTypeTest, KnowsPicturesByTheirFirstBytes)
+TEST(ImageTypeTest, RecognizesPicturesByTheirFirstBytes)
 {
     EXPECT_EQ(imageTypeOf(QByteArray("\x89PNG\r\n\x1a\n....")), "image/png");
     EXPECT_EQ(imageTypeOf(QByteArray("\xff\xd8\xff\xe0....")), "image/jpeg");
@@ -16,7 +16,7 @@ TEST(ImageTypeTest, KnowsPicturesByTheirFirstBytes)
     EXPECT_EQ(imageTypeOf(QByteArray("RIFF\0\0\0\0WEBPVP8 ", 16)), "image/webp");
 }
 
-TEST(ImageTypeTest, TakesNothingElseForAPicture)
+TEST(ImageTypeTest, RecognizesNothingElse)
 {
     for (const char *text : {"", "\x89PNG", "\xff\xd8", "GIF88a", "RIFF....WAVE",
              "<svg xmlns='http://www.w3.org/2000/svg'/>", "<?xml version='1.0'?><svg/>",

@@ -62,7 +62,7 @@ TEST_F(WebFilesTest, ServesThePageAtItsRoot)
     EXPECT_EQ(headerOf(answer, "Cache-Control"), "no-cache");
 }
 
-TEST_F(WebFilesTest, AllowsThePageItsOwnScriptsAndServerOnly)
+TEST_F(WebFilesTest, LimitsThePageToItsOwnScriptsAndServer)
 {
     writePage();
     const QByteArray policy = headerOf(get("/"), "Content-Security-Policy");
@@ -73,7 +73,7 @@ TEST_F(WebFilesTest, AllowsThePageItsOwnScriptsAndServerOnly)
     EXPECT_FALSE(policy.contains("unsafe"));
 }
 
-TEST_F(WebFilesTest, NamesTypesAndKeepsWhatHasItsHashInItsName)
+TEST_F(WebFilesTest, SendsTypesAndCachesFilesWithAHashInTheirName)
 {
     writePage();
     write(QStringLiteral("assets/main-1.css"), "style");
@@ -88,7 +88,7 @@ TEST_F(WebFilesTest, NamesTypesAndKeepsWhatHasItsHashInItsName)
     EXPECT_EQ(headerOf(get("/favicon.svg"), "Cache-Control"), "no-cache");
 }
 
-TEST_F(WebFilesTest, ServesTheCompressedFormToThoseWhoTakeIt)
+TEST_F(WebFilesTest, ServesTheCompressedFormIfAccepted)
 {
     writePage();
     for (const char *taken : {"gzip", "br, gzip;q=0.5", "deflate,GZIP"}) {
@@ -104,7 +104,7 @@ TEST_F(WebFilesTest, ServesTheCompressedFormToThoseWhoTakeIt)
     }
 }
 
-TEST_F(WebFilesTest, SaysWhenNothingHasChanged)
+TEST_F(WebFilesTest, RespondsNotModifiedToAMatchingTag)
 {
     writePage();
     const QByteArray tag = headerOf(get("/"), "ETag");
@@ -147,7 +147,7 @@ TEST_F(WebFilesTest, HasNoPageWithoutAFolderOrAnIndex)
     EXPECT_FALSE(files.owns("/main.js"));
 }
 
-TEST_F(WebFilesTest, TakesNoFolderThatIsTooLarge)
+TEST_F(WebFilesTest, RefusesAFolderThatIsTooLarge)
 {
     writePage();
     for (int i = 0; i <= WebFiles::MaxFiles; ++i)
