@@ -16,6 +16,7 @@ pkg_check_modules(gstreamer REQUIRED IMPORTED_TARGET
 pkg_check_modules(libdw REQUIRED IMPORTED_TARGET libdw)
 pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(giounix REQUIRED IMPORTED_TARGET gio-unix-2.0)
+pkg_check_modules(libbsd REQUIRED IMPORTED_TARGET libbsd)
 pkg_check_modules(libcrypt REQUIRED IMPORTED_TARGET libcrypt)
 pkg_check_modules(yamlcpp REQUIRED IMPORTED_TARGET yaml-cpp)
 find_package(simdjson REQUIRED)

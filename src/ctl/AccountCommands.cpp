@@ -103,20 +103,21 @@ CtlStatus Account::tellLink(const QString &userName)
 
 CtlStatus Account::askPassword(VeskTuneInAccount &account)
 {
-    const CtlTerminal &terminal = m_session.terminal();
-    QString password;
-    QString problem
-        = readPassword(terminal.input, terminal.errors, ctlText("Password: "), password);
+    const int input = m_session.terminal().input;
+    const auto password = readPassword(input, ctlText("Password: "));
+    if (!password)
+        return m_session.fail(CtlStatus::BadUsage, password.error());
     // A slip of the finger would lock its owner out of the new account.
-    if (problem.isEmpty() && account.operation() == Operation::create && ::isatty(terminal.input)) {
-        QString again;
-        problem = readPassword(terminal.input, terminal.errors, ctlText("Once more: "), again);
-        if (problem.isEmpty() && again != password)
-            problem = ctlText("these are two different passwords");
+    if (account.operation() == Operation::create && ::isatty(input)) {
+        const auto again = readPassword(input, ctlText("Once more: "));
+        if (!again)
+            return m_session.fail(CtlStatus::BadUsage, again.error());
+        if (*again != *password) {
+            return m_session.fail(
+                CtlStatus::BadUsage, ctlText("these are two different passwords"));
+        }
     }
-    if (!problem.isEmpty())
-        return m_session.fail(CtlStatus::BadUsage, problem);
-    account.setPassword(password);
+    account.setPassword(*password);
     return CtlStatus::Success;
 }
 

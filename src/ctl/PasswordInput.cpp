@@ -7,150 +7,56 @@
 
 #include <QByteArray>
 
-#include <array>
+#include <bsd/readpassphrase.h>
 #include <cerrno>
-#include <csignal>
-#include <poll.h>
-#include <termios.h>
+#include <cstring>
 #include <unistd.h>
 
 namespace {
 
 constexpr int MaxBytes = 1024;
 
-constexpr std::array<int, 7> watchedSignals {
-    SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGTSTP, SIGTTIN, SIGTTOU};
-
-/// The signal that came last, 0 for none.
-volatile std::sig_atomic_t caught = 0;
-
-void remember(int signal)
+/// Not a byte more than the line, which may be followed by others' input. What is too long is read
+/// to its end, but kept only as far as needed to see that.
+QByteArray readLine(int input)
 {
-    caught = signal;
-}
-
-/// Has signals remembered instead of obeyed, and lets them come only while wait() waits: none is
-/// missed between a look and a read. Those that are ignored stay ignored.
-class SignalCatcher {
-public:
-    SignalCatcher()
-    {
-        caught = 0;
-        sigset_t held;
-        ::sigemptyset(&held);
-        for (const int signal : watchedSignals)
-            ::sigaddset(&held, signal);
-        ::sigprocmask(SIG_BLOCK, &held, &m_formerMask);
-        struct sigaction action = {};
-        action.sa_handler = &remember;
-        for (size_t i = 0; i < watchedSignals.size(); ++i) {
-            ::sigaction(watchedSignals[i], nullptr, &m_former[i]);
-            if (m_former[i].sa_handler != SIG_IGN)
-                ::sigaction(watchedSignals[i], &action, nullptr);
-        }
-    }
-    ~SignalCatcher()
-    {
-        for (size_t i = 0; i < watchedSignals.size(); ++i)
-            ::sigaction(watchedSignals[i], &m_former[i], nullptr);
-        ::sigprocmask(SIG_SETMASK, &m_formerMask, nullptr);
-    }
-
-    SignalCatcher(const SignalCatcher &) = delete;
-    SignalCatcher &operator=(const SignalCatcher &) = delete;
-
-    /// Until there is something to read; false when a signal came.
-    bool wait(int input) const
-    {
-        pollfd waited {input, POLLIN, 0};
-        while (caught == 0) {
-            if (::ppoll(&waited, 1, nullptr, &m_formerMask) > 0)
-                return true;
-        }
-        return false;
-    }
-
-private:
-    std::array<struct sigaction, watchedSignals.size()> m_former;
-    sigset_t m_formerMask;
-};
-
-/// A terminal that does not show what is typed.
-class SilentTerminal {
-public:
-    explicit SilentTerminal(int terminal)
-        : m_terminal(terminal)
-    {
-        ::tcgetattr(m_terminal, &m_former);
-        termios silent = m_former;
-        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
-        ::tcsetattr(m_terminal, TCSAFLUSH, &silent);
-    }
-    ~SilentTerminal() { ::tcsetattr(m_terminal, TCSAFLUSH, &m_former); }
-
-    SilentTerminal(const SilentTerminal &) = delete;
-    SilentTerminal &operator=(const SilentTerminal &) = delete;
-
-private:
-    const int m_terminal;
-    termios m_former = {};
-};
-
-/// Not a byte more than the line. What is too long is read to its end all the same. False when
-/// there is no line, or a signal came, which \a catcher may wait for.
-bool readLine(int input, const SignalCatcher *catcher, QByteArray &line)
-{
-    bool some = false;
+    QByteArray line;
     char byte = 0;
-    while (!catcher || catcher->wait(input)) {
+    for (;;) {
         const ssize_t count = ::read(input, &byte, 1);
         if (count < 0 && errno == EINTR)
             continue;
-        if (count <= 0)
-            return some;
-        some = true;
-        if (byte == '\n')
-            return true;
+        if (count <= 0 || byte == '\n')
+            break;
         if (line.size() <= MaxBytes)
             line.append(byte);
     }
-    return false;
+    if (line.endsWith('\r'))
+        line.chop(1);
+    return line;
 }
 
-bool ask(int input, std::ostream &prompts, const QString &prompt, QByteArray &line)
+QByteArray ask(const QString &prompt)
 {
-    while (true) {
-        bool some = false;
-        {
-            const SignalCatcher catcher;
-            const SilentTerminal silent(input);
-            prompts << prompt.toStdString() << std::flush;
-            some = readLine(input, &catcher, line);
-        }
-        prompts << std::endl;
-        if (caught == 0)
-            return some;
-        // Ends the process, or stops it until it is asked to go on.
-        ::raise(caught);
-        line.fill('\0');
-        line.clear();
-    }
+    // One byte more than allowed, to see what is too long, and the end of the text.
+    char line[MaxBytes + 2] = {};
+    const char *typed = ::readpassphrase(
+        prompt.toUtf8().constData(), line, sizeof line, RPP_REQUIRE_TTY | RPP_ECHO_OFF);
+    QByteArray password(typed);
+    ::explicit_bzero(line, sizeof line);
+    return password;
 }
 
 } // namespace
 
-QString readPassword(int input, std::ostream &prompts, const QString &prompt, QString &password)
+Result<QString, QString> readPassword(int input, const QString &prompt)
 {
-    QByteArray line;
-    const bool some
-        = ::isatty(input) ? ask(input, prompts, prompt, line) : readLine(input, nullptr, line);
-    if (line.endsWith('\r'))
-        line.chop(1);
-    if (!some || line.isEmpty())
-        return ctlText("a password is needed");
+    QByteArray line = ::isatty(input) ? ask(prompt) : readLine(input);
+    if (line.isEmpty())
+        return failure(ctlText("a password is needed"));
     if (line.size() > MaxBytes)
-        return ctlText("the password is too long");
-    password = QString::fromUtf8(line);
+        return failure(ctlText("the password is too long"));
+    QString password = QString::fromUtf8(line);
     line.fill('\0');
-    return {};
+    return password;
 }

@@ -3,12 +3,12 @@
 
 #pragma once
 
+#include "base/Result.h"
+
 #include <QString>
 
-#include <ostream>
-
-/// Reads a password from the descriptor \a input: asked for with \a prompt, without echo, when that
-/// is a terminal; else its next line. A signal that ends or stops the process meanwhile finds the
-/// terminal as it was. Returns why there is none; empty when \a password holds one. Changes signal
-/// handlers while it reads: one call at a time.
-QString readPassword(int input, std::ostream &prompts, const QString &prompt, QString &password);
+/// Reads a password, or returns why there is none. Where the descriptor \a input is a terminal, it
+/// is asked for with \a prompt on the controlling terminal, without echo, and a signal that ends or
+/// stops the process meanwhile finds the terminal as it was; else the next line of \a input is the
+/// password. Changes signal handlers while it reads: one call at a time.
+Result<QString, QString> readPassword(int input, const QString &prompt);

@@ -6,152 +6,131 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
-#include <sstream>
+#include <iostream>
+#include <poll.h>
+#include <pty.h>
 #include <sys/wait.h>
 #include <termios.h>
-#include <thread>
 #include <unistd.h>
+#include <utmp.h>
 
 namespace {
 
-/// Both ends of a terminal.
-class Terminal {
+constexpr int PatienceMs = 60000;
+
+/// A process that asks for a password on a terminal of its own, and prints what it got there.
+class Prompt {
 public:
-    Terminal()
-        : m_user(::posix_openpt(O_RDWR | O_NOCTTY))
+    Prompt()
     {
-        EXPECT_EQ(::grantpt(m_user), 0);
-        EXPECT_EQ(::unlockpt(m_user), 0);
-        m_program = ::open(::ptsname(m_user), O_RDWR | O_NOCTTY);
-        EXPECT_GE(m_program, 0);
+        EXPECT_EQ(::openpty(&m_terminal, &m_programs, nullptr, nullptr, nullptr), 0);
+        m_process = ::fork();
+        if (m_process == 0) {
+            ::close(m_terminal);
+            ::login_tty(m_programs);
+            const auto password = readPassword(STDIN_FILENO, QStringLiteral("Password: "));
+            std::cout << (password ? "read " : "no ")
+                      << (password ? *password : password.error()).toStdString() << std::flush;
+            ::_exit(0);
+        }
+        EXPECT_GT(m_process, 0);
     }
-    ~Terminal()
+    ~Prompt()
     {
-        ::close(m_program);
-        ::close(m_user);
+        ::kill(m_process, SIGKILL);
+        ::waitpid(m_process, nullptr, 0);
+        ::close(m_terminal);
+        ::close(m_programs);
     }
 
-    int program() const { return m_program; }
+    Prompt(const Prompt &) = delete;
+    Prompt &operator=(const Prompt &) = delete;
 
+    pid_t process() const { return m_process; }
     void type(const char *text) const
     {
         const auto size = static_cast<ssize_t>(std::strlen(text));
-        EXPECT_EQ(::write(m_user, text, static_cast<size_t>(size)), size);
+        EXPECT_EQ(::write(m_terminal, text, static_cast<size_t>(size)), size);
     }
     bool echoes() const
     {
         termios state {};
-        EXPECT_EQ(::tcgetattr(m_program, &state), 0);
+        EXPECT_EQ(::tcgetattr(m_programs, &state), 0);
         return (state.c_lflag & ECHO) != 0;
     }
-    bool waitUntilSilent() const
+    /// What the terminal shows from now on, until \a end.
+    std::string shownUntil(const std::string &end) const
     {
-        for (int tries = 0; tries < 10000 && echoes(); ++tries)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        return !echoes();
-    }
-    /// What the terminal shows so far.
-    std::string shown() const
-    {
-        EXPECT_EQ(::fcntl(m_user, F_SETFL, O_NONBLOCK), 0);
-        char text[1000];
-        const ssize_t size = ::read(m_user, text, sizeof text);
-        return size > 0 ? std::string(text, static_cast<size_t>(size)) : std::string();
+        std::string text;
+        while (text.find(end) == std::string::npos) {
+            pollfd waited {m_terminal, POLLIN, 0};
+            char byte = 0;
+            if (::poll(&waited, 1, PatienceMs) <= 0 || ::read(m_terminal, &byte, 1) != 1) {
+                ADD_FAILURE() << "no \"" << end << "\" in \"" << text << '"';
+                break;
+            }
+            text += byte;
+        }
+        return text;
     }
 
 private:
-    const int m_user;
-    int m_program = -1;
+    int m_terminal = -1;
+    int m_programs = -1; ///< the end that programs have
+    pid_t m_process = -1;
 };
-
-struct Answer {
-    QString problem;
-    QString password;
-    std::string prompts;
-};
-
-Answer typeAtPrompt(const Terminal &terminal, const char *text)
-{
-    Answer answer;
-    std::ostringstream prompts;
-    std::thread reader([&] {
-        answer.problem = readPassword(
-            terminal.program(), prompts, QStringLiteral("Password: "), answer.password);
-    });
-    EXPECT_TRUE(terminal.waitUntilSilent());
-    terminal.type(text);
-    reader.join();
-    answer.prompts = prompts.str();
-    return answer;
-}
 
 TEST(PasswordInputTest, ATerminalDoesNotShowWhatIsTyped)
 {
-    const Terminal terminal;
-    const Answer answer = typeAtPrompt(terminal, "top secret\n");
-    EXPECT_EQ(answer.problem, QString());
-    EXPECT_EQ(answer.password, QStringLiteral("top secret"));
-    EXPECT_EQ(answer.prompts, "Password: \n");
-    EXPECT_TRUE(terminal.echoes());
-    EXPECT_EQ(terminal.shown(), "");
+    const Prompt prompt;
+    EXPECT_EQ(prompt.shownUntil(": "), "Password: ");
+    EXPECT_FALSE(prompt.echoes());
+    prompt.type("top secret \xc3\xa4\n");
+    EXPECT_EQ(prompt.shownUntil("\xc3\xa4"), "\r\nread top secret \xc3\xa4");
+    EXPECT_TRUE(prompt.echoes());
 }
 
 TEST(PasswordInputTest, TheEndOfInputIsNoPassword)
 {
-    const Terminal terminal;
-    EXPECT_EQ(typeAtPrompt(terminal, "\x04").problem, QStringLiteral("a password is needed"));
-    EXPECT_TRUE(terminal.echoes());
+    const Prompt prompt;
+    prompt.shownUntil(": ");
+    prompt.type("\x04");
+    EXPECT_EQ(prompt.shownUntil("needed"), "\r\nno a password is needed");
+    EXPECT_TRUE(prompt.echoes());
 }
 
-/// Runs a prompt in a process of its own, for signals end it.
-pid_t startPrompt(const Terminal &terminal)
+TEST(PasswordInputTest, RefusesALongPasswordAsAWhole)
 {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        // A group whose parent may be gone is never stopped.
-        ::setpgid(0, 0);
-        std::ostringstream prompts;
-        QString password;
-        readPassword(terminal.program(), prompts, QStringLiteral("? "), password);
-        ::_exit(password == QLatin1String("secret") ? 42 : 1);
-    }
-    return child;
+    const Prompt prompt;
+    prompt.shownUntil(": ");
+    prompt.type((std::string(1025, 'x') + '\n').c_str());
+    EXPECT_EQ(prompt.shownUntil("long"), "\r\nno the password is too long");
 }
 
-TEST(PasswordInputTest, ASignalThatEndsTheProgramFindsTheTerminalAsItWas)
+TEST(PasswordInputTest, ASignalThatEndsTheProcessRestoresTheTerminal)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-        const Terminal terminal;
-        const pid_t child = startPrompt(terminal);
-        EXPECT_TRUE(terminal.waitUntilSilent());
-        terminal.type("half a secr");
-        EXPECT_EQ(::kill(child, signal), 0);
+        const Prompt prompt;
+        prompt.shownUntil(": ");
+        prompt.type("half a secr");
+        EXPECT_EQ(::kill(prompt.process(), signal), 0);
         int status = 0;
-        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        EXPECT_EQ(::waitpid(prompt.process(), &status, 0), prompt.process());
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << status;
-        EXPECT_TRUE(terminal.echoes());
+        EXPECT_TRUE(prompt.echoes());
     }
 }
 
-TEST(PasswordInputTest, AStoppedProgramAsksAgain)
+TEST(PasswordInputTest, TheInterruptKeyEndsTheProcess)
 {
-    const Terminal terminal;
-    const pid_t child = startPrompt(terminal);
-    EXPECT_TRUE(terminal.waitUntilSilent());
-    EXPECT_EQ(::kill(child, SIGTSTP), 0);
+    const Prompt prompt;
+    prompt.shownUntil(": ");
+    prompt.type("half a secr\x03");
     int status = 0;
-    EXPECT_EQ(::waitpid(child, &status, WUNTRACED), child);
-    EXPECT_TRUE(WIFSTOPPED(status)) << status;
-    EXPECT_TRUE(terminal.echoes());
-    EXPECT_EQ(::kill(child, SIGCONT), 0);
-    EXPECT_TRUE(terminal.waitUntilSilent());
-    terminal.type("secret\n");
-    EXPECT_EQ(::waitpid(child, &status, 0), child);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 42) << status;
-    EXPECT_TRUE(terminal.echoes());
+    EXPECT_EQ(::waitpid(prompt.process(), &status, 0), prompt.process());
+    EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGINT) << status;
+    EXPECT_TRUE(prompt.echoes());
 }
 
 } // namespace
