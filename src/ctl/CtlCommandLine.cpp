@@ -4,11 +4,12 @@
 #include "ctl/CtlCommandLine.h"
 
 #include "api/web/VeskUrl.h"
-#include "ctl/UnknownWords.h"
 
+#include <QVector>
+
+#include <algorithm>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -27,31 +28,87 @@ constexpr char Help[]
       "\n"
       "VESK_HOST in the environment says where the host is when --host does not.";
 
-struct Globals {
-    std::optional<std::string> host;
-    bool json = false;
-    std::optional<std::string> service;
-};
-
-void addEverything(CommandLine &app, Globals &into, Commands &commands)
+/// How many letters must be added, removed, changed or swapped with their neighbour.
+int distance(const QString &a, const QString &b)
 {
-    app.setVersion("veskctl " VESK_VERSION);
-    app.addOption("--host", into.host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
-    app.addFlag("--json", into.json, "Print JSON, errors as well");
-    app.addOption("--in", into.service, "The service; without it, the only one that there is")
-        .valueName("PATH");
-    app.requireCommand();
-    app.allowOptionsAnywhere();
-    app.setFooter(Help);
-    addScreenCommands(app, commands);
-    addPlayerCommands(app, commands);
-    addMenuCommands(app, commands);
-    addFavoriteCommands(app, commands);
-    addAccountCommands(app, commands);
+    QVector<QVector<int>> rows(a.size() + 1, QVector<int>(b.size() + 1, 0));
+    for (int i = 0; i <= a.size(); ++i) {
+        for (int j = 0; j <= b.size(); ++j) {
+            if (i == 0 || j == 0) {
+                rows[i][j] = i + j;
+                continue;
+            }
+            const int change = a.at(i - 1) == b.at(j - 1) ? 0 : 1;
+            int least
+                = std::min({rows[i - 1][j] + 1, rows[i][j - 1] + 1, rows[i - 1][j - 1] + change});
+            if (i > 1 && j > 1 && a.at(i - 1) == b.at(j - 2) && a.at(i - 2) == b.at(j - 1))
+                least = std::min(least, rows[i - 2][j - 2] + 1);
+            rows[i][j] = least;
+        }
+    }
+    return rows[a.size()][b.size()];
 }
 
-/// Returns what is wrong with it; empty when it is the host's address.
-QString setHost(CtlOptions &options, const QString &host)
+/// The candidate that \a word was probably meant to be; empty when none is similar.
+QString nearest(const QString &word, const QStringList &candidates)
+{
+    constexpr int MaxWord = 100;
+    if (word.size() > MaxWord)
+        return {};
+    QString best;
+    int least = word.size() < 4 ? 2 : 3;
+    for (const QString &candidate : candidates) {
+        // A prefix counts as one typing error.
+        const int far = word.size() > 1 && candidate.startsWith(word)
+            ? 1
+            : distance(word.toLower(), candidate);
+        if (far < least) {
+            least = far;
+            best = candidate;
+        }
+    }
+    return best;
+}
+
+QString complaint(const QString &word, const char *kind, const QStringList &known)
+{
+    const QString meant = nearest(word, known);
+    const QString text = QStringLiteral("\"%1\" is no %2").arg(word.left(100), QLatin1String(kind));
+    if (!meant.isEmpty())
+        return QStringLiteral("%1; did you mean \"%2\"?").arg(text, meant);
+    return QStringLiteral("%1; there are: %2").arg(text, known.join(QLatin1String(", ")));
+}
+
+/// Names the first argument that is no command or option where one is expected, with the most
+/// similar one, if any is.
+Result<void, QString> checkWords(const Command &program, const QStringList &arguments)
+{
+    Command at = program;
+    for (int i = 0; i < arguments.size(); ++i) {
+        const QString &word = arguments.at(i);
+        if (word == QLatin1String("--"))
+            break;
+        if (word.startsWith(QLatin1Char('-')) && word.size() > 1) {
+            const QString name = word.section(QLatin1Char('='), 0, 0);
+            const std::optional<bool> hasValue = at.takesValue(name);
+            if (!hasValue)
+                return failure(complaint(name, "option", at.options()));
+            if (*hasValue && !word.contains(QLatin1Char('=')))
+                ++i;
+            continue;
+        }
+        const QStringList names = at.commands();
+        if (names.isEmpty())
+            continue;
+        const std::optional<Command> command = at.command(word);
+        if (!command)
+            return failure(complaint(word, "command", names));
+        at = *command;
+    }
+    return {};
+}
+
+Result<QString, QString> hostAddress(const QString &host)
 {
     const QString address
         = host.contains(QLatin1String("://")) ? host : QStringLiteral("http://") + host;
@@ -59,73 +116,65 @@ QString setHost(CtlOptions &options, const QString &host)
     const bool isHttp
         = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
     if (!isHttp || url.host().isEmpty() || host.contains(QLatin1Char(' ')))
-        return QStringLiteral("\"%1\" is no address of a host (127.0.0.1:8765)").arg(host);
-    options.host = address.endsWith(QLatin1Char('/')) ? address : address + QLatin1Char('/');
-    return {};
+        return failure(QStringLiteral("\"%1\" is no address of a host (127.0.0.1:8765)").arg(host));
+    return address.endsWith(QLatin1Char('/')) ? address : address + QLatin1Char('/');
 }
 
-QString apply(const Globals &globals, const QString &environmentHost, CtlOptions &options)
+CtlCommandLine ended(int status, const QString &text, const QStringList &arguments)
 {
-    options.json = globals.json;
-    if (globals.service) {
-        const QString service = QString::fromStdString(*globals.service);
-        options.service = CMPath::fromEncoded(service);
-        if (options.service.isEmpty())
-            return QStringLiteral("\"%1\" is no path").arg(service);
-    }
-    if (globals.host)
-        return setHost(options, QString::fromStdString(*globals.host));
-    return environmentHost.isEmpty() ? QString() : setHost(options, environmentHost);
-}
-
-CtlCommandLine ended(int status, const QString &output, const QStringList &arguments)
-{
-    CtlCommandLine result;
-    result.status = status;
-    result.text = output;
+    CtlCommandLine line;
+    line.status = status;
+    line.text = text;
     // Also where the command line could not be read to its end.
-    result.options.json = arguments.contains(QLatin1String("--json"));
-    return result;
+    line.options.json = arguments.contains(QLatin1String("--json"));
+    return line;
 }
 
 } // namespace
 
-Command Commands::add(Command parent, const char *name, const char *description, Run run)
+Command addCommand(Command parent, const char *name, const char *description, CtlCommandLine &line,
+    CtlCommandLine::Run run)
 {
     Command command = parent.add(name, description);
-    command.onChosen([this, run = std::move(run)] { m_chosen = run; });
+    command.onChosen([&line, run = std::move(run)] { line.run = run; });
     return command;
-}
-
-void addPlace(Command command, std::vector<std::string> &words, const char *description)
-{
-    command.addOption("PLACE", words, description);
-}
-
-QStringList toTexts(const std::vector<std::string> &words)
-{
-    QStringList texts;
-    for (const std::string &word : words)
-        texts.append(QString::fromStdString(word));
-    return texts;
 }
 
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost)
 {
+    CtlCommandLine line;
+    std::optional<std::string> host;
+    std::optional<std::string> service;
     CommandLine app("Browses and plays what a vesk-host offers.", "veskctl");
-    Globals globals;
-    Commands commands;
-    addEverything(app, globals, commands);
-    const QString unknown = complainOfUnknownWord(app, arguments);
-    if (!unknown.isEmpty())
-        return ended(2, unknown, arguments);
+    app.setVersion("veskctl " VESK_VERSION);
+    app.addOption("--host", host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
+    app.addFlag("--json", line.options.json, "Print JSON, errors as well");
+    app.addOption("--in", service, "The service; without it, the only one that there is")
+        .valueName("PATH");
+    app.requireCommand();
+    app.allowOptionsAnywhere();
+    app.setFooter(Help);
+    addScreenCommands(app, line);
+    addPlayerCommands(app, line);
+    addMenuCommands(app, line);
+    addAccountCommands(app, line);
+
+    // CLI11 would only name the first word that is left over.
+    if (const auto checked = checkWords(app, arguments); !checked)
+        return ended(2, checked.error(), arguments);
     if (const auto end = app.read(arguments))
         return ended(end->status, end->text, arguments);
-
-    CtlCommandLine result;
-    const QString complaint = apply(globals, environmentHost, result.options);
-    if (!complaint.isEmpty())
-        return ended(2, complaint, arguments);
-    result.run = commands.chosen();
-    return result;
+    if (service) {
+        const QString path = QString::fromStdString(*service);
+        line.options.service = CMPath::fromEncoded(path);
+        if (line.options.service.isEmpty())
+            return ended(2, QStringLiteral("\"%1\" is no path").arg(path), arguments);
+    }
+    if (host || !environmentHost.isEmpty()) {
+        const auto address = hostAddress(host ? QString::fromStdString(*host) : environmentHost);
+        if (!address)
+            return ended(2, address.error(), arguments);
+        line.options.host = *address;
+    }
+    return line;
 }

@@ -3,13 +3,17 @@
 
 #pragma once
 
-#include "ctl/Commands.h"
-#include "ctl/CtlOptions.h"
+#include "base/cli/CommandLine.h"
+#include "ctl/HostSession.h"
+
+#include <functional>
 
 /// What a command line asks for: a command, or to print something and end.
 struct CtlCommandLine {
+    using Run = std::function<CtlResult<>(HostSession &)>;
+
     /// The command; none when it is not to run.
-    Commands::Run run;
+    Run run;
     CtlOptions options;
     /// When it does not run: the exit status (0 after a text that was asked for, 2 for bad usage)
     /// and the text.
@@ -20,3 +24,14 @@ struct CtlCommandLine {
 /// Reads the arguments after the program's name; \a environmentHost, where it is not empty, stands
 /// in for --host. Never throws.
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost);
+
+/// Adds a command below \a parent, which \a run carries out when it is chosen. Its arguments are
+/// read into the options of \a line, which must live as long as \a parent.
+Command addCommand(Command parent, const char *name, const char *description, CtlCommandLine &line,
+    CtlCommandLine::Run run);
+
+/// The commands by subject: each with its arguments and code in one file.
+void addScreenCommands(Command app, CtlCommandLine &line);
+void addPlayerCommands(Command app, CtlCommandLine &line);
+void addMenuCommands(Command app, CtlCommandLine &line);
+void addAccountCommands(Command app, CtlCommandLine &line);

@@ -19,32 +19,33 @@ const QString &favoritesName()
     return name;
 }
 
-/// Only digits: toInt() would also read signs and blanks.
-bool readRow(const QString &text, int &row)
+/// Only digits: toInt() would also accept signs and blanks.
+std::optional<int> readRow(const QString &text)
 {
     for (const QChar digit : text) {
         if (digit < QLatin1Char('0') || digit > QLatin1Char('9'))
-            return false;
+            return std::nullopt;
     }
     bool ok = false;
-    row = text.toInt(&ok);
-    return ok;
-}
-
-bool readRows(const QStringList &parts, QVector<int> &rows)
-{
-    for (const QString &part : parts) {
-        int row = 0;
-        if (!readRow(part, row))
-            return false;
-        rows.append(row);
-    }
-    return true;
+    const int row = text.toInt(&ok);
+    return ok ? std::optional(row) : std::nullopt;
 }
 
 QStringList partsOf(const QString &text)
 {
     return text.split(QLatin1Char('/'), Qt::SkipEmptyParts);
+}
+
+/// \a place with the rows that \a parts number; nothing when one of them is no number.
+std::optional<CtlPlace> withRows(CtlPlace place, const QStringList &parts)
+{
+    for (const QString &part : parts) {
+        const std::optional<int> row = readRow(part);
+        if (!row)
+            return std::nullopt;
+        place.rows.append(*row);
+    }
+    return place;
 }
 
 /// A "/" of the text itself, which would otherwise lead to a row.
@@ -60,23 +61,24 @@ QString unescaped(QString text)
         .replace(QLatin1String("%25"), QLatin1String("%"));
 }
 
-bool readSearch(const QString &text, CtlPlace &place)
+std::optional<CtlPlace> readSearch(const QString &text)
 {
     static const QRegularExpression rowsAtEnd(QStringLiteral("\\A(.*?)((?:/[0-9]+)*)/?\\z"),
         QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = rowsAtEnd.match(text);
-    place.start = CtlPlace::Search;
-    place.text = unescaped(match.captured(1)).trimmed();
-    return !place.text.isEmpty() && readRows(partsOf(match.captured(2)), place.rows);
+    const QString wanted = unescaped(match.captured(1)).trimmed();
+    if (wanted.isEmpty())
+        return std::nullopt;
+    return withRows(CtlPlace::found(wanted), partsOf(match.captured(2)));
 }
 
 /// A path never has a "#" in it.
-bool readPath(const QString &text, CtlPlace &place)
+std::optional<CtlPlace> readPath(const QString &text)
 {
-    place.start = CtlPlace::Path;
-    place.path = CMPath::fromEncoded(text.section(QLatin1Char('#'), 0, 0));
-    return !place.path.isEmpty()
-        && readRows(partsOf(text.section(QLatin1Char('#'), 1)), place.rows);
+    const CMPath path = CMPath::fromEncoded(text.section(QLatin1Char('#'), 0, 0));
+    if (path.isEmpty())
+        return std::nullopt;
+    return withRows(CtlPlace::of(path), partsOf(text.section(QLatin1Char('#'), 1)));
 }
 
 /// Letters, digits and little else, with a digit among them: names are searched for.
@@ -97,41 +99,41 @@ QString joined(const QVector<int> &rows)
 
 } // namespace
 
-bool CtlPlace::parse(const QString &place, CtlPlace &result)
+std::optional<CtlPlace> CtlPlace::parse(const QString &place)
 {
-    result = CtlPlace();
     if (place.startsWith(searchPrefix()))
-        return readSearch(place.mid(searchPrefix().size()), result);
+        return readSearch(place.mid(searchPrefix().size()));
     if (place.contains(QLatin1Char(':')))
-        return !place.contains(QLatin1Char(' ')) && readPath(place, result);
+        return place.contains(QLatin1Char(' ')) ? std::nullopt : readPath(place);
     if (isId(place)) {
-        result.start = Id;
-        result.text = place;
-        return true;
+        CtlPlace named;
+        named.start = Id;
+        named.text = place;
+        return named;
     }
     QStringList parts = partsOf(place);
-    if (place.startsWith(QLatin1Char('/'))) {
-        result.start = Root;
-    } else if (!parts.isEmpty() && parts.first() == favoritesName()) {
-        result.start = Favorites;
+    if (place.startsWith(QLatin1Char('/')))
+        return withRows(CtlPlace(), parts);
+    if (parts.isEmpty())
+        return std::nullopt;
+    if (parts.first() == favoritesName()) {
         parts.removeFirst();
-    } else if (!parts.isEmpty()) {
-        result.start = Shown;
-    } else {
-        return false;
+        return withRows(favorites(), parts);
     }
-    return readRows(parts, result.rows);
+    CtlPlace shown;
+    shown.start = Shown;
+    return withRows(shown, parts);
 }
 
-bool CtlPlace::parse(const QStringList &words, CtlPlace &result)
+std::optional<CtlPlace> CtlPlace::parse(const QStringList &words)
 {
-    int row = 0;
-    if (words.size() > 1 && readRow(words.last(), row)
-        && parse(words.mid(0, words.size() - 1).join(QLatin1Char(' ')), result)) {
-        result.rows.append(row);
-        return true;
+    const std::optional<int> row = words.size() > 1 ? readRow(words.last()) : std::nullopt;
+    if (row) {
+        const auto list = parse(words.mid(0, words.size() - 1).join(QLatin1Char(' ')));
+        if (list)
+            return list->row(*row);
     }
-    return parse(words.join(QLatin1Char(' ')), result);
+    return parse(words.join(QLatin1Char(' ')));
 }
 
 CtlPlace CtlPlace::of(const CMPath &path)

@@ -9,6 +9,8 @@
 #include <QStringList>
 #include <QVector>
 
+#include <optional>
+
 /// A screen, row or value as users name it, short enough to type. A value.
 ///
 /// | text | |
@@ -30,11 +32,11 @@ struct CtlPlace {
     /// The rows to open, one in the other.
     QVector<int> rows;
 
-    /// Reads \a place; false when it is none of these.
-    static bool parse(const QString &place, CtlPlace &result);
+    /// Nothing when \a place is none of these.
+    static std::optional<CtlPlace> parse(const QString &place);
     /// Reads the words of a command line: a place, whose texts need no quotes, or a place and the
     /// number of a row.
-    static bool parse(const QStringList &words, CtlPlace &result);
+    static std::optional<CtlPlace> parse(const QStringList &words);
 
     static CtlPlace of(const CMPath &path);
     static CtlPlace found(const QString &text);

@@ -11,6 +11,25 @@
 
 #include <QCoreApplication>
 
+namespace {
+
+/// An error as --json prints it.
+QVariantHash errorJson(const RpcAnswer &answer)
+{
+    QVariantHash error {{QStringLiteral("message"), answer.message}};
+    if (answer.code != 0)
+        error.insert(QStringLiteral("code"), answer.code);
+    if (!answer.name.isEmpty())
+        error.insert(QStringLiteral("name"), answer.name);
+    if (!answer.title.isEmpty())
+        error.insert(QStringLiteral("title"), answer.title);
+    if (!answer.problem.isEmpty())
+        error.insert(QStringLiteral("problem"), answer.problem);
+    return {{QStringLiteral("error"), error}};
+}
+
+} // namespace
+
 QString ctlText(const char *source)
 {
     return QCoreApplication::translate("Ctl", source);
@@ -24,21 +43,6 @@ QVariantHash pathParams(const CMPath &path)
 bool isNotLinked(const RpcAnswer &answer)
 {
     return answer.kind == RpcAnswer::Error && answer.name.endsWith(QLatin1String(":7"));
-}
-
-QVariantHash errorJson(const QString &message, int code, const QString &name, const QString &title,
-    const QString &problem)
-{
-    QVariantHash error {{QStringLiteral("message"), message}};
-    if (code != 0)
-        error.insert(QStringLiteral("code"), code);
-    if (!name.isEmpty())
-        error.insert(QStringLiteral("name"), name);
-    if (!title.isEmpty())
-        error.insert(QStringLiteral("title"), title);
-    if (!problem.isEmpty())
-        error.insert(QStringLiteral("problem"), problem);
-    return {{QStringLiteral("error"), error}};
 }
 
 HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
@@ -55,8 +59,8 @@ HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
     });
 }
 
-/// Its texts and ours stand side by side.
-void HostSession::speakTheHostsLanguage()
+/// The host's texts stand next to veskctl's own, so both are in one language.
+void HostSession::adoptHostLanguage()
 {
     m_begun = true;
     QVariantHash params = pathParams(VeskUILanguagePath());
@@ -71,9 +75,9 @@ void HostSession::speakTheHostsLanguage()
 RpcAnswer HostSession::answer(const QString &method, const QVariantHash &params)
 {
     if (!m_begun)
-        speakTheHostsLanguage();
+        adoptHostLanguage();
     RpcAnswer answer = m_client.call(method, params);
-    // A list without rows because they could not be had is no list.
+    // The host answers with an empty list and a problem when the service could not be asked.
     const QString problem = method == QLatin1String("getRows")
         ? answer.result.toHash().value(QStringLiteral("problem")).toString()
         : QString();
@@ -84,13 +88,15 @@ RpcAnswer HostSession::answer(const QString &method, const QVariantHash &params)
     return answer;
 }
 
-CtlStatus HostSession::call(const QString &method, const QVariantHash &params, const Take &take)
+CtlResult<QVariantHash> HostSession::call(const QString &method, const QVariantHash &params)
 {
     const RpcAnswer got = answer(method, params);
-    return got.kind == RpcAnswer::Result ? take(got.result.toHash()) : report(got);
+    if (got.kind != RpcAnswer::Result)
+        return report(got);
+    return got.result.toHash();
 }
 
-CtlStatus HostSession::report(const RpcAnswer &answer)
+Failure<CtlStatus> HostSession::report(const RpcAnswer &answer)
 {
     if (answer.kind == RpcAnswer::NoHost) {
         return fail(CtlStatus::NoHost,
@@ -99,26 +105,28 @@ CtlStatus HostSession::report(const RpcAnswer &answer)
                 .arg(m_options.host, answer.message));
     }
     if (m_options.json) {
-        printJson(
-            errorJson(answer.message, answer.code, answer.name, answer.title, answer.problem));
-        return CtlStatus::Failed;
+        printJson(errorJson(answer));
+        return failure(CtlStatus::Failed);
     }
     if (!answer.problem.isEmpty())
         return fail(CtlStatus::Failed, answer.problem);
-    // Some say all there is to say by themselves.
+    // These messages are whole sentences for users, to which the title adds nothing.
     const bool isWhole = answer.title.isEmpty() || answer.code == RpcAnswer::EntryGone
         || answer.code == RpcAnswer::NotOffered;
     return fail(CtlStatus::Failed,
         isWhole ? answer.message : QStringLiteral("%1: %2").arg(answer.title, answer.message));
 }
 
-CtlStatus HostSession::fail(CtlStatus status, const QString &message)
+Failure<CtlStatus> HostSession::fail(CtlStatus status, const QString &message)
 {
-    if (m_options.json)
-        printJson(errorJson(message));
-    else
+    if (m_options.json) {
+        RpcAnswer answer;
+        answer.message = message;
+        printJson(errorJson(answer));
+    } else {
         note(message);
-    return status;
+    }
+    return failure(status);
 }
 
 void HostSession::note(const QString &message)
@@ -137,11 +145,10 @@ void HostSession::printText(const QString &text)
     m_terminal.out << printableText(text).toStdString() << '\n';
 }
 
-CtlStatus HostSession::tell(const QString &text, const QVariantHash &json)
+void HostSession::tell(const QString &text, const QVariantHash &json)
 {
     if (m_options.json)
         printJson(json);
     else
         printText(text);
-    return CtlStatus::Success;
 }

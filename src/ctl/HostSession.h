@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/Result.h"
 #include "ctl/CtlOptions.h"
 #include "ctl/RpcClient.h"
 #include "ctl/ShownLists.h"
@@ -11,16 +12,18 @@
 #include <QStringList>
 #include <QVariant>
 
-#include <functional>
 #include <ostream>
 
-/// How veskctl ends.
+/// The exit status of a veskctl that failed.
 enum class CtlStatus : int {
-    Success = 0,
     Failed = 1, ///< The host or a plug-in answered with an error.
     BadUsage = 2,
-    NoHost = 3, ///< Nobody answered, or not a host.
+    NoHost = 3, ///< No answer, or not from a host.
 };
+
+/// What a part of a command returns. A failure has been reported to the user where it happened.
+template <class T = void>
+using CtlResult = Result<T, CtlStatus>;
 
 /// Where veskctl prints and what it reads from.
 struct CtlTerminal {
@@ -31,11 +34,11 @@ struct CtlTerminal {
     int width = 0;
     /// The descriptor of a password's terminal or pipe.
     int input = -1;
-    /// The descriptor behind `out`, to learn that its reader is gone; -1 when that does not matter.
+    /// The descriptor behind `out`, watched for its reader to close it; -1 for none.
     int output = -1;
-    /// Where it is remembered which lists were shown; empty for nowhere.
+    /// The folder that remembers which lists were shown; empty for none.
     QString memory = {};
-    /// What tells this terminal from others; empty when there is none.
+    /// Tells this terminal from others; empty when there is none.
     QString name = {};
     /// Folders with translation catalogues.
     QStringList catalogues = {};
@@ -44,11 +47,9 @@ struct CtlTerminal {
 /// A text of veskctl's own, in the host's language once a session has begun.
 QString ctlText(const char *source);
 
-/// One host and one user: asks the former, prints to the latter. Main thread.
+/// One host and one user: calls the host, prints for the user. Main thread.
 class HostSession {
 public:
-    using Take = std::function<CtlStatus(const QVariantHash &)>;
-
     /// Both must outlive it.
     HostSession(const CtlOptions &options, const CtlTerminal &terminal);
 
@@ -59,25 +60,25 @@ public:
     ShownLists &shown() { return m_shown; }
     bool isForTerminal() const { return m_terminal.width > 0 && !m_options.json; }
 
-    /// Hands the result of a call to \a take, or reports why there is none.
-    CtlStatus call(const QString &method, const QVariantHash &params, const Take &take);
-    /// What came of a call, unreported.
-    RpcAnswer answer(const QString &method, const QVariantHash &params);
+    /// The result of a call; reports why there is none.
+    CtlResult<QVariantHash> call(const QString &method, const QVariantHash &params = {});
+    /// How a call ended, not reported.
+    RpcAnswer answer(const QString &method, const QVariantHash &params = {});
 
-    /// Tell what went wrong: on standard error, or as JSON where that is wanted.
-    CtlStatus report(const RpcAnswer &answer);
-    CtlStatus fail(CtlStatus status, const QString &message);
-    /// What is to be said while it goes on, on standard error.
+    /// Report a failure: on standard error, or as JSON with --json.
+    Failure<CtlStatus> report(const RpcAnswer &answer);
+    Failure<CtlStatus> fail(CtlStatus status, const QString &message);
+    /// A line on standard error that is no failure.
     void note(const QString &message);
 
     void printJson(const QVariant &value);
-    /// A line, without anything that would do more than show.
+    /// Prints a line, without control characters.
     void printText(const QString &text);
-    /// The one or the other.
-    CtlStatus tell(const QString &text, const QVariantHash &json);
+    /// Prints \a json with --json, else \a text.
+    void tell(const QString &text, const QVariantHash &json);
 
 private:
-    void speakTheHostsLanguage();
+    void adoptHostLanguage();
 
     const CtlOptions &m_options;
     const CtlTerminal &m_terminal;
@@ -89,8 +90,5 @@ private:
 
 /// Whether a service says that this device is linked to no account.
 bool isNotLinked(const RpcAnswer &answer);
-/// An error as `--json` prints it.
-QVariantHash errorJson(const QString &message, int code = 0, const QString &name = {},
-    const QString &title = {}, const QString &problem = {});
 /// The parameters of a call about \a path.
 QVariantHash pathParams(const CMPath &path);

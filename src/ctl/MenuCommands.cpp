@@ -1,121 +1,270 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ctl/Commands.h"
-#include "ctl/Menus.h"
+#include "ctl/CtlCommandLine.h"
 #include "ctl/Player.h"
 
-#include <memory>
-#include <string>
-#include <vector>
+#include "api/values/VeskMediaData.h"
+
+#include <optional>
 
 namespace {
 
-struct MenuArguments {
-    std::vector<std::string> words;
-    int choice = -1;
-    bool paths = false;
-    bool wait = false;
-};
-
-/// Does what the entry is for.
-CtlStatus choose(HostSession &session, const CMPath &menu, const MenuArguments &arguments)
+/// Runs the menu entry \a entry, where it is one that is run.
+CtlResult<QVariantHash> activate(HostSession &session, const CMPath &entry)
 {
-    Screens screens(session);
-    // What an entry does can depend on what its title said last, so the title comes first.
-    VeskRoles row;
-    const CtlStatus status = screens.row(
-        menu, arguments.choice, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()}, row);
-    if (status != CtlStatus::Success)
-        return status;
-    const QString title = row[VeskRoles::Title()].toString();
-    switch (row.type()) {
-    case VeskRolesType::activate:
-        return session.call(
-            QStringLiteral("setData"), activation(row.path()), [&](const QVariantHash &result) {
-                return session.tell(ctlText("done: %1").arg(title), result);
-            });
+    QVariantHash params = pathParams(entry);
+    params.insert(QStringLiteral("role"), VeskRoles::Activate());
+    params.insert(QStringLiteral("value"), QVariant());
+    return session.call(QStringLiteral("setData"), params);
+}
+
+/// Does what the chosen entry of \a menu is for.
+CtlResult<> choose(HostSession &session, const CMPath &menu)
+{
+    const int choice = session.options().choice;
+    // An entry can do what its title last said, so the title is requested first.
+    const auto row = Screens(session).row(
+        menu, choice, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()});
+    if (!row)
+        return failure(row.error());
+    switch (row->type()) {
+    case VeskRolesType::activate: {
+        const auto result = activate(session, row->path());
+        if (!result)
+            return failure(result.error());
+        session.tell(ctlText("done: %1").arg((*row)[VeskRoles::Title()].toString()), *result);
+        return {};
+    }
     case VeskRolesType::container:
-        return screens.show(row.path(), CtlPlace::of(row.path()), {{}, arguments.paths, false});
+        return Screens(session).show(
+            row->path(), CtlPlace::of(row->path()), {{}, session.options().paths, false});
     case VeskRolesType::audio:
-        return Player(session).play(
-            {CtlPlace::of(menu), menu, arguments.choice, row.path(), row.type()}, arguments.wait);
+        return Player(session).play({CtlPlace::of(menu), menu, choice, row->path(), row->type()});
     default:
-        return session.fail(CtlStatus::Failed,
-            ctlText("row %1 is nothing to choose").arg(QString::number(arguments.choice)));
+        return session.fail(
+            CtlStatus::Failed, ctlText("row %1 is nothing to choose").arg(QString::number(choice)));
     }
 }
 
-CtlStatus showOrChoose(HostSession &session, const CMPath &screen, bool streamsOfPlayer,
-    const MenuArguments &arguments)
+CtlResult<> showOrChoose(HostSession &session, const CMPath &screen, bool streamsOfPlayer)
 {
-    if (arguments.choice >= 0)
-        return choose(session, screen, arguments);
+    if (session.options().choice >= 0)
+        return choose(session, screen);
     return Screens(session).show(
-        screen, CtlPlace::of(screen), {{}, arguments.paths, streamsOfPlayer});
+        screen, CtlPlace::of(screen), {{}, session.options().paths, streamsOfPlayer});
 }
 
-CtlStatus menu(HostSession &session, const MenuArguments &arguments)
+CtlResult<> menu(HostSession &session)
 {
-    Menu menu;
-    const CtlStatus status = Menus(session).find(toTexts(arguments.words), menu);
-    return status == CtlStatus::Success ? showOrChoose(session, menu.path, false, arguments)
-                                        : status;
+    const auto menu = Places(session).menu(session.options().words);
+    if (!menu)
+        return failure(menu.error());
+    return showOrChoose(session, menu->path, false);
 }
 
 /// The first screen behind a menu that begins with something to play.
-CtlStatus findStreams(HostSession &session, const CMPath &menu, CMPath &screen)
+CtlResult<CMPath> findStreams(HostSession &session, const CMPath &menu)
 {
     Screens screens(session);
-    QList<VeskRoles> entries;
-    CtlStatus status = screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()}, entries);
-    for (const VeskRoles &entry : qAsConst(entries)) {
-        screen = entry.path();
-        if (entry.type() != VeskRolesType::container || screen.isEmpty())
+    const auto entries = screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()});
+    if (!entries)
+        return failure(entries.error());
+    for (const VeskRoles &entry : *entries) {
+        if (entry.type() != VeskRolesType::container || entry.path().isEmpty())
             continue;
-        QList<VeskRoles> rows;
-        status = screens.rows(screen, {VeskRoles::Type()}, rows);
-        if (status != CtlStatus::Success)
-            return status;
-        if (!rows.isEmpty() && rows.first().type() == VeskRolesType::audio)
-            return status;
+        const auto rows = screens.rows(entry.path(), {VeskRoles::Type()});
+        if (!rows)
+            return failure(rows.error());
+        if (!rows->isEmpty() && rows->first().type() == VeskRolesType::audio)
+            return entry.path();
     }
-    if (status != CtlStatus::Success)
-        return status;
     return session.fail(CtlStatus::Failed, ctlText("there are no streams to choose from"));
 }
 
-CtlStatus streams(HostSession &session, const MenuArguments &arguments)
+CtlResult<> streams(HostSession &session)
 {
-    Menu menu;
-    CMPath screen;
-    CtlStatus status = Menus(session).findPlaying(toTexts(arguments.words), menu);
-    if (status == CtlStatus::Success)
-        status = findStreams(session, menu.path, screen);
-    if (status != CtlStatus::Success)
-        return status;
-    return showOrChoose(session, screen, arguments.words.empty(), arguments);
+    const QStringList &words = session.options().words;
+    const auto menu = Places(session).playingMenu(words);
+    if (!menu)
+        return failure(menu.error());
+    const auto screen = findStreams(session, menu->path);
+    if (!screen)
+        return failure(screen.error());
+    return showOrChoose(session, *screen, words.isEmpty());
 }
 
-void addArguments(Command command, const char *choice, MenuArguments &into)
+/// Makes rows favorites, or removes them, through the entry that their menus have for it.
+///
+/// One entry does both, and only its title, in the user's language, says which. Rows of the
+/// favorites themselves have the title that removes, so that one is looked up there.
+class Favorites {
+public:
+    explicit Favorites(HostSession &session)
+        : m_session(session)
+        , m_screens(session)
+        , m_places(session)
+    {
+    }
+
+    CtlResult<> change(bool add);
+
+private:
+    struct Entry {
+        QString title;
+        CMPath path;
+    };
+    struct Screen {
+        CMPath menu; ///< of its first favorite; empty for none
+        QList<CMPath> folders;
+    };
+
+    CtlResult<> toggle(bool add, const Menu &item, const Entry &entry, QString removing);
+    CtlResult<Entry> findEntry(const CMPath &menu);
+    /// The title of the entry that removes; empty while there is no favorite.
+    CtlResult<QString> findRemoving();
+    CtlResult<Screen> readScreen(const CMPath &screen);
+    CtlResult<> tell(const Menu &item, bool isFavorite, bool changed);
+
+    HostSession &m_session;
+    Screens m_screens;
+    Places m_places;
+};
+
+/// A show, or a station. The menu of a favorite that is a bare address, which the directory does
+/// not know, always offers to add it.
+bool hasTellingMenu(const VeskRoles &row)
 {
-    addPlace(command, into.words, "The row; without it, what plays");
-    command.addOption("--choose", into.choice, choice).valueName("N").between(0, 1000000000);
-    command.addFlag("-l,--long", into.paths, "With the rows' paths");
-    command.addFlag("--wait", into.wait, "End when it is heard, where the choice plays");
+    return row.type() == VeskRolesType::container
+        || (row.type() == VeskRolesType::audio && row.mediaData().metaData().live());
+}
+
+CtlResult<> Favorites::change(bool add)
+{
+    const auto item = m_places.menu(m_session.options().words);
+    if (!item)
+        return failure(item.error());
+    const auto removing = findRemoving();
+    if (!removing)
+        return failure(removing.error());
+    // Last of all: an entry does what the title that was requested last said, for whichever row.
+    const auto entry = findEntry(item->path);
+    if (!entry)
+        return failure(entry.error());
+    const bool isFavorite = !removing->isEmpty() && entry->title == *removing;
+    if (isFavorite == add)
+        return tell(*item, isFavorite, false);
+    return toggle(add, *item, *entry, *removing);
+}
+
+CtlResult<> Favorites::toggle(bool add, const Menu &item, const Entry &entry, QString removing)
+{
+    if (const auto result = activate(m_session, entry.path); !result)
+        return failure(result.error());
+    if (removing.isEmpty()) {
+        const auto found = findRemoving();
+        if (!found)
+            return failure(found.error());
+        removing = *found;
+    }
+    const auto now = findEntry(item.path);
+    if (!now)
+        return failure(now.error());
+    if ((now->title == removing) != add) {
+        return m_session.fail(CtlStatus::Failed,
+            ctlText("that did not work: the menu offers \"%1\" now").arg(now->title));
+    }
+    return tell(item, add, true);
+}
+
+CtlResult<Favorites::Entry> Favorites::findEntry(const CMPath &menu)
+{
+    const auto rows
+        = m_screens.rows(menu, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()});
+    if (!rows)
+        return failure(rows.error());
+    for (const VeskRoles &row : *rows) {
+        if (row.type() == VeskRolesType::activate)
+            return Entry {row[VeskRoles::Title()].toString(), row.path()};
+    }
+    return m_session.fail(CtlStatus::Failed, ctlText("the menu has no entry for favorites"));
+}
+
+CtlResult<QString> Favorites::findRemoving()
+{
+    const auto favorites = m_places.resolve(CtlPlace::favorites());
+    if (!favorites)
+        return failure(favorites.error());
+    QList<CMPath> folders {favorites->path};
+    for (int i = 0; i < folders.size(); ++i) {
+        const auto screen = readScreen(folders.at(i));
+        if (!screen)
+            return failure(screen.error());
+        if (!screen->menu.isEmpty()) {
+            const auto entry = findEntry(screen->menu);
+            if (!entry)
+                return failure(entry.error());
+            return entry->title;
+        }
+        // Folders hold no folders.
+        if (i == 0)
+            folders += screen->folders;
+    }
+    return QString();
+}
+
+CtlResult<Favorites::Screen> Favorites::readScreen(const CMPath &screen)
+{
+    const auto rows
+        = m_screens.rows(screen, QStringList {VeskRoles::Type(), VeskRoles::Path()} + menuRoles());
+    if (!rows)
+        return failure(rows.error());
+    Screen read;
+    for (const VeskRoles &row : *rows) {
+        const CMPath menu = menuOf(row);
+        if (read.menu.isEmpty() && !menu.isEmpty() && hasTellingMenu(row))
+            read.menu = menu;
+        if (menu.isEmpty() && row.type() == VeskRolesType::container && !row.path().isEmpty())
+            read.folders.append(row.path());
+    }
+    return read;
+}
+
+CtlResult<> Favorites::tell(const Menu &item, bool isFavorite, bool changed)
+{
+    const QString now = changed ? ctlText("%1: a favorite now") : ctlText("%1: a favorite already");
+    const QString never
+        = changed ? ctlText("%1: no favorite any more") : ctlText("%1: no favorite");
+    m_session.tell((isFavorite ? now : never).arg(item.title),
+        {{QStringLiteral("title"), item.title}, {QStringLiteral("favorite"), isFavorite},
+            {QStringLiteral("changed"), changed}});
+    return {};
 }
 
 } // namespace
 
-void addMenuCommands(Command app, Commands &commands)
+void addMenuCommands(Command app, CtlCommandLine &line)
 {
-    const auto ofMenu = std::make_shared<MenuArguments>();
-    addArguments(commands.add(app, "menu", "Show the menu of a row, or of what plays",
-                     [ofMenu](HostSession &session) { return menu(session, *ofMenu); }),
-        "Run, open or play an entry of the menu", *ofMenu);
+    CtlOptions &options = line.options;
+    const auto addMenu = [&](const char *name, const char *description, const char *choice,
+                             CtlResult<> (*run)(HostSession &)) {
+        Command command = addCommand(app, name, description, line, run);
+        command.addOption("PLACE", options.words, "The row; without it, what plays");
+        command.addOption("--choose", options.choice, choice).valueName("N").between(0, 1000000000);
+        command.addFlag("-l,--long", options.paths, "With the rows' paths");
+        command.addFlag("--wait", options.wait, "End when it is heard, where the choice plays");
+    };
+    addMenu("menu", "Show the menu of a row, or of what plays",
+        "Run, open or play an entry of the menu", &menu);
+    addMenu("streams", "Show the streams of a row, or of what plays", "Play one of them", &streams);
 
-    const auto ofStreams = std::make_shared<MenuArguments>();
-    addArguments(commands.add(app, "streams", "Show the streams of a row, or of what plays",
-                     [ofStreams](HostSession &session) { return streams(session, *ofStreams); }),
-        "Play one of them", *ofStreams);
+    Command favorite = app.add("favorite", "Change the favorites");
+    favorite.requireCommand();
+    const auto addChange = [&](const char *name, const char *description, bool add) {
+        addCommand(favorite, name, description, line, [add](HostSession &session) {
+            return Favorites(session).change(add);
+        }).addOption("PLACE", options.words, "The row; without it, what plays");
+    };
+    addChange("add", "Make it a favorite", true);
+    addChange("remove", "Make it no favorite any more", false);
 }

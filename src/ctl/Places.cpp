@@ -3,7 +3,7 @@
 
 #include "ctl/Places.h"
 
-#include "api/values/VeskRowsRoles.h"
+#include "api/values/VeskMediaData.h"
 
 #include <algorithm>
 
@@ -15,246 +15,295 @@ const CMPath &servicesPath()
     return path;
 }
 
-/// The name that links to the favorites carry in every language.
+/// The parameter that links to the favorites have, whatever the language.
 bool leadsToFavorites(const CMPath &path)
 {
     return path.param(QStringLiteral("c")) == QLatin1String("presets");
 }
 
+CMPath playingMenuOf(const VeskRoles &row)
+{
+    return row.mediaData().metaData().contentPlayContextPath();
+}
+
+Spot shownSpot(const CtlPlace &place, const ShownRow &row)
+{
+    return {place, row.screen, row.row, row.path, row.type};
+}
+
+CtlResult<Spot> screenSpot(const CtlPlace &place, const CtlResult<CMPath> &screen)
+{
+    if (!screen)
+        return failure(screen.error());
+    return Spot {place, {}, -1, *screen, 0};
+}
+
 } // namespace
 
-CtlStatus Places::read(const QStringList &words, CtlPlace &place)
+const QStringList &menuRoles()
 {
-    if (CtlPlace::parse(words, place))
-        return CtlStatus::Success;
+    static const QStringList roles {VeskRoles::Context(), VeskRoles::MediaData()};
+    return roles;
+}
+
+CMPath menuOf(const VeskRoles &row)
+{
+    const CMPath menu = row.context().path();
+    // Some rows have only the menu that they show while they play, which serves as well.
+    return menu.isEmpty() ? playingMenuOf(row) : menu;
+}
+
+CtlResult<CtlPlace> Places::read(const QStringList &words)
+{
+    if (const auto place = CtlPlace::parse(words))
+        return *place;
     return m_session.fail(CtlStatus::BadUsage,
         ctlText("\"%1\" is no place: that is a path, row numbers (3/0), favorites, or "
                 "search:TEXT")
             .arg(words.join(QLatin1Char(' '))));
 }
 
-CtlStatus Places::value(const QString &word, CMPath &path)
+CtlResult<CMPath> Places::value(const QString &word)
 {
-    Spot spot;
-    CtlStatus status = resolve(QStringList {word}, spot);
-    path = spot.path;
-    if (status == CtlStatus::Success && path.isEmpty()) {
-        status = m_session.fail(
-            CtlStatus::Failed, ctlText("row %1 leads nowhere").arg(QString::number(spot.row)));
+    const auto spot = resolve(QStringList {word});
+    if (!spot)
+        return failure(spot.error());
+    if (spot->path.isEmpty()) {
+        return m_session.fail(
+            CtlStatus::Failed, ctlText("row %1 leads nowhere").arg(QString::number(spot->row)));
     }
-    return status;
+    return spot->path;
 }
 
-CtlStatus Places::resolve(const QStringList &words, Spot &spot)
+CtlResult<Spot> Places::resolve(const QStringList &words)
 {
-    CtlPlace place;
-    const CtlStatus status = read(words, place);
-    return status == CtlStatus::Success ? resolve(place, spot) : status;
+    const auto place = read(words);
+    if (!place)
+        return failure(place.error());
+    return resolve(*place);
 }
 
-CtlStatus Places::resolve(const CtlPlace &place, Spot &spot)
+CtlResult<Spot> Places::resolve(const CtlPlace &place)
 {
-    CtlPlace rest = place;
-    spot.place = place;
-    CtlStatus status = start(rest, spot);
-    for (const int index : qAsConst(rest.rows)) {
-        if (status == CtlStatus::Success)
-            status = open(index, spot);
+    QVector<int> rest = place.rows;
+    CtlResult<Spot> spot = start(place, rest);
+    for (const int index : qAsConst(rest)) {
+        if (spot)
+            spot = open(*spot, index);
     }
-    return status;
+    return spot;
 }
 
-/// From \a spot to a row of what it leads to.
-CtlStatus Places::open(int index, Spot &spot)
+/// A row of the screen that \a spot leads to.
+CtlResult<Spot> Places::open(const Spot &spot, int index)
 {
     if (spot.path.isEmpty()) {
         return m_session.fail(
             CtlStatus::Failed, ctlText("row %1 leads nowhere").arg(QString::number(spot.row)));
     }
-    VeskRoles row;
-    const CtlStatus status = m_screens.row(spot.path, index, {VeskRoles::Path()}, row);
-    spot.screen = spot.path;
-    spot.row = index;
-    spot.path = row.path();
-    spot.type = 0;
-    return status;
+    const auto row = m_screens.row(spot.path, index, {VeskRoles::Path()});
+    if (!row)
+        return failure(row.error());
+    return Spot {spot.place, spot.path, index, row->path(), 0};
 }
 
-/// Takes from \a place what it used of it.
-CtlStatus Places::start(CtlPlace &place, Spot &spot)
+CtlResult<Spot> Places::start(const CtlPlace &place, QVector<int> &rest)
 {
     switch (place.start) {
     case CtlPlace::Shown:
-        return shown(place, spot);
+        return shown(place, rest);
     case CtlPlace::Root:
-        return root(spot.path);
+        return screenSpot(place, root());
     case CtlPlace::Favorites:
-        return favorites(spot.path);
+        return screenSpot(place, favorites());
     case CtlPlace::Search:
-        return found(place.text, spot.path);
+        return screenSpot(place, found(place.text));
     case CtlPlace::Id:
-        return withId(place, spot);
+        return withId(place.text);
     case CtlPlace::Path:
         break;
     }
-    const ShownRow row = place.rows.isEmpty() ? m_session.shown().find(place.path) : ShownRow();
-    moveTo(row, spot);
+    Spot spot = shownSpot(place, rest.isEmpty() ? m_session.shown().find(place.path) : ShownRow());
     spot.path = place.path;
-    return CtlStatus::Success;
+    return spot;
 }
 
-void Places::moveTo(const ShownRow &row, Spot &spot)
-{
-    spot.screen = row.screen;
-    spot.row = row.row;
-    spot.path = row.path;
-    spot.type = row.type;
-}
-
-/// The row that was seen under its number, whatever stands there now.
-CtlStatus Places::shown(CtlPlace &place, Spot &spot)
+/// The row that was shown under its number, even if the list has changed since.
+CtlResult<Spot> Places::shown(CtlPlace place, QVector<int> &rest)
 {
     ShownRow row;
-    // Programs count from the first screen on, as those do who name a service.
+    // For programs, and where a service is named, numbers count from the first screen.
     if (!m_session.options().json && m_session.options().service.isEmpty())
-        row = m_session.shown().last(place.rows.first());
-    spot.place.start = CtlPlace::Root;
-    if (row.screen.isEmpty())
-        return root(spot.path);
-    spot.place = CtlPlace::of(row.screen);
-    spot.place.rows = place.rows;
-    if (row.path.isEmpty()) {
-        spot.path = row.screen;
-        return CtlStatus::Success;
+        row = m_session.shown().last(rest.first());
+    if (row.screen.isEmpty()) {
+        place.start = CtlPlace::Root;
+        return screenSpot(place, root());
     }
-    moveTo(row, spot);
-    place.rows.removeFirst();
-    return CtlStatus::Success;
+    CtlPlace behind = CtlPlace::of(row.screen);
+    behind.rows = place.rows;
+    if (row.path.isEmpty())
+        return screenSpot(behind, row.screen);
+    rest.removeFirst();
+    return shownSpot(behind, row);
 }
 
-CtlStatus Places::withId(const CtlPlace &place, Spot &spot)
+CtlResult<Spot> Places::withId(const QString &id)
 {
-    const ShownRow row = m_session.shown().findId(place.text);
+    const ShownRow row = m_session.shown().findId(id);
     if (row.row < 0) {
         return m_session.fail(CtlStatus::Failed,
-            ctlText("no row with \"%1\" was shown lately; show the list that has it")
-                .arg(place.text));
+            ctlText("no row with \"%1\" was shown lately; show the list that has it").arg(id));
     }
-    spot.place = CtlPlace::of(row.screen).row(row.row);
-    moveTo(row, spot);
-    return CtlStatus::Success;
+    return shownSpot(CtlPlace::of(row.screen).row(row.row), row);
 }
 
-CtlStatus Places::row(Spot &spot, const QStringList &roles, VeskRoles &row)
+CtlResult<VeskRoles> Places::row(Spot &spot, const QStringList &roles)
 {
     const QStringList all = QStringList {VeskRoles::Path()} + roles;
-    const auto fetch = [&](int index) { return m_screens.row(spot.screen, index, all, row); };
     if (spot.path.isEmpty())
-        return fetch(spot.row);
-    // A list may have become shorter as well.
-    int index = -1;
-    QList<VeskRoles> rows;
-    CtlStatus status = m_screens.range(spot.screen, spot.row, all, rows);
-    if (status != CtlStatus::Success)
-        return status;
-    row = rows.value(0);
-    if (!rows.isEmpty() && row.path() == spot.path)
-        return status;
-    status = m_screens.find(spot.screen, spot.path, index);
-    if (status != CtlStatus::Success)
-        return status;
-    if (index < 0) {
+        return m_screens.row(spot.screen, spot.row, all);
+    // The list may also be shorter by now.
+    const auto now = m_screens.rowIfAny(spot.screen, spot.row, all);
+    if (!now)
+        return failure(now.error());
+    if (*now && (*now)->path() == spot.path)
+        return **now;
+    const auto index = m_screens.find(spot.screen, spot.path);
+    if (!index)
+        return failure(index.error());
+    if (!*index) {
         RpcAnswer gone;
         gone.kind = RpcAnswer::Error;
         gone.code = RpcAnswer::EntryGone;
         gone.message = ctlText("This entry is no longer in the list.");
-        return tellGone(spot.screen, gone);
+        return reportGone(spot.screen, gone);
     }
-    spot.row = index;
-    return fetch(index);
+    spot.row = **index;
+    return m_screens.row(spot.screen, spot.row, all);
 }
 
-CtlStatus Places::tellGone(const CMPath &screen, const RpcAnswer &answer)
+Failure<CtlStatus> Places::reportGone(const CMPath &screen, const RpcAnswer &answer)
 {
-    const CtlStatus status = m_session.report(answer);
-    if (m_session.options().json)
-        return status;
-    m_session.note(ctlText("This is the list now:"));
-    m_screens.show(screen, CtlPlace::of(screen), {});
-    return status;
+    const auto failed = m_session.report(answer);
+    if (!m_session.options().json) {
+        m_session.note(ctlText("This is the list now:"));
+        static_cast<void>(m_screens.show(screen, CtlPlace::of(screen), {}));
+    }
+    return failed;
 }
 
-CtlStatus Places::root(CMPath &path)
+CtlResult<CMPath> Places::root()
 {
-    path = m_session.options().service;
-    if (!path.isEmpty())
-        return CtlStatus::Success;
-    QList<VeskRoles> services;
-    const CtlStatus status = m_screens.rows(servicesPath(), {VeskRoles::Path()}, services);
+    if (!m_session.options().service.isEmpty())
+        return m_session.options().service;
+    auto services = m_screens.rows(servicesPath(), {VeskRoles::Path()});
+    if (!services)
+        return failure(services.error());
     // A plug-in that could not be loaded is listed without a path.
-    const auto failed = std::remove_if(services.begin(), services.end(),
+    const auto failed = std::remove_if(services->begin(), services->end(),
         [](const VeskRoles &row) { return row.path().isEmpty(); });
-    services.erase(failed, services.end());
-    path = services.size() == 1 ? services.first().path() : servicesPath();
-    return status;
+    services->erase(failed, services->end());
+    return services->size() == 1 ? services->first().path() : servicesPath();
 }
 
-CtlStatus Places::service(CMPath &path)
+CtlResult<CMPath> Places::service()
 {
-    const CtlStatus status = root(path);
-    if (status != CtlStatus::Success || path != servicesPath())
-        return status;
+    auto path = root();
+    if (!path || *path != servicesPath())
+        return path;
     return m_session.fail(CtlStatus::BadUsage,
         ctlText("there is not one service but several or none: name one with --in"));
 }
 
 /// No role says which row of a service leads to the favorites, so the path has to.
-CtlStatus Places::favorites(CMPath &path)
+CtlResult<CMPath> Places::favorites()
 {
-    CMPath root;
-    QList<VeskRoles> rows;
-    CtlStatus status = service(root);
-    if (status == CtlStatus::Success)
-        status = m_screens.rows(root, {VeskRoles::Path()}, rows);
-    if (status != CtlStatus::Success)
-        return status;
-    for (const VeskRoles &row : rows) {
-        path = row.path();
-        if (leadsToFavorites(path))
-            return CtlStatus::Success;
+    const auto screen = service();
+    if (!screen)
+        return failure(screen.error());
+    const auto rows = m_screens.rows(*screen, {VeskRoles::Path()});
+    if (!rows)
+        return failure(rows.error());
+    for (const VeskRoles &row : *rows) {
+        if (leadsToFavorites(row.path()))
+            return row.path();
     }
     return m_session.fail(CtlStatus::Failed, ctlText("this service has no favorites"));
 }
 
-CtlStatus Places::found(const QString &text, CMPath &path)
+CtlResult<CMPath> Places::found(const QString &text)
 {
-    CMPath searched;
-    const CtlStatus status = service(searched);
-    if (status != CtlStatus::Success)
-        return status;
-    QVariantHash params = pathParams(searched);
+    const auto searched = service();
+    if (!searched)
+        return failure(searched.error());
+    QVariantHash params = pathParams(*searched);
     params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Search()});
-    return m_session.call(QStringLiteral("getData"), params, [&](const QVariantHash &result) {
-        const QVariantList values = result.value(QStringLiteral("values")).toList();
-        return query(VeskRoles(values.value(0).toHash()).path(), text, path);
-    });
+    const auto result = m_session.call(QStringLiteral("getData"), params);
+    if (!result)
+        return failure(result.error());
+    const QVariantList values = result->value(QStringLiteral("values")).toList();
+    return query(VeskRoles(values.value(0).toHash()).path(), text);
 }
 
-CtlStatus Places::query(const CMPath &searches, const QString &text, CMPath &path)
+CtlResult<CMPath> Places::query(const CMPath &searches, const QString &text)
 {
-    QList<VeskRoles> rows;
+    CtlResult<QList<VeskRoles>> rows = QList<VeskRoles>();
     if (!searches.isEmpty()) {
-        const CtlStatus status = m_screens.rows(
-            searches, {VeskRoles::Type(), VeskRoles::Query(), VeskRoles::QueryPath()}, rows);
-        if (status != CtlStatus::Success)
-            return status;
+        rows = m_screens.rows(
+            searches, {VeskRoles::Type(), VeskRoles::Query(), VeskRoles::QueryPath()});
     }
-    for (const VeskRoles &row : rows) {
-        path = row.queryPath();
+    if (!rows)
+        return failure(rows.error());
+    for (const VeskRoles &row : qAsConst(*rows)) {
+        CMPath path = row.queryPath();
         if (row.type() == VeskRolesType::query && !path.isEmpty()) {
             path.addParam(row.query(), text);
-            return CtlStatus::Success;
+            return path;
         }
     }
     return m_session.fail(CtlStatus::Failed, ctlText("this service offers no search"));
+}
+
+CtlResult<Menu> Places::menu(const QStringList &words)
+{
+    return words.isEmpty() ? menuOfPlayer() : menuOfRow(words, &menuOf);
+}
+
+CtlResult<Menu> Places::playingMenu(const QStringList &words)
+{
+    return words.isEmpty() ? menuOfPlayer() : menuOfRow(words, &playingMenuOf);
+}
+
+CtlResult<Menu> Places::menuOfRow(const QStringList &words, MenuOf menuOf)
+{
+    auto spot = resolve(words);
+    if (!spot)
+        return failure(spot.error());
+    if (!spot->isRow()) {
+        return m_session.fail(CtlStatus::Failed,
+            ctlText("\"%1\" is a list, or a row that was not shown lately")
+                .arg(spot->place.toText()));
+    }
+    const auto found = row(*spot, QStringList {VeskRoles::Title()} + menuRoles());
+    if (!found)
+        return failure(found.error());
+    const CMPath path = menuOf(*found);
+    if (path.isEmpty()) {
+        return m_session.fail(
+            CtlStatus::Failed, ctlText("row %1 has no menu").arg(QString::number(spot->row)));
+    }
+    return Menu {path, (*found)[VeskRoles::Title()].toString()};
+}
+
+CtlResult<Menu> Places::menuOfPlayer()
+{
+    const auto state = m_session.call(QStringLiteral("player.state"));
+    if (!state)
+        return failure(state.error());
+    const CMPath path = CMPath::fromVariant(state->value(QStringLiteral("contextPath")));
+    if (path.isEmpty()) {
+        return m_session.fail(
+            CtlStatus::Failed, ctlText("nothing plays, or what plays has no menu"));
+    }
+    return Menu {path, state->value(QStringLiteral("title")).toString()};
 }

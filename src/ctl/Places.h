@@ -7,17 +7,23 @@
 
 /// What a place names: a screen, or a row of one.
 struct Spot {
-    /// As it is told to users.
+    /// As users name it.
     CtlPlace place;
-    /// The screen that it stands in, and where; -1 for a screen by itself.
+    /// The screen that the row is in, and its index; -1 for a screen by itself.
     CMPath screen;
     int row = -1;
     /// The row's own path, or the screen's; empty for a row that has none.
     CMPath path;
-    /// The row's VeskRolesType, when it is known from where it was shown; else 0.
+    /// The row's VeskRolesType as it was last shown; 0 when it was not.
     int type = 0;
 
     bool isRow() const { return row >= 0; }
+};
+
+/// The context menu of something, and the title of what it belongs to.
+struct Menu {
+    CMPath path;
+    QString title;
 };
 
 /// Finds what users name. One thread; the session must outlive it.
@@ -29,33 +35,47 @@ public:
     {
     }
 
-    /// Reads the words of a command line; a failure, told in words, when they are no place.
-    CtlStatus read(const QStringList &words, CtlPlace &place);
-    CtlStatus resolve(const CtlPlace &place, Spot &spot);
+    /// Reads the words of a command line; a failure when they are no place.
+    CtlResult<CtlPlace> read(const QStringList &words);
+    CtlResult<Spot> resolve(const CtlPlace &place);
     /// Both, one after the other.
-    CtlStatus resolve(const QStringList &words, Spot &spot);
+    CtlResult<Spot> resolve(const QStringList &words);
     /// The path of a value, row or screen.
-    CtlStatus value(const QString &word, CMPath &path);
-    /// The row of \a spot with all of \a roles and its path. When another one stands there now, \a
-    /// spot is moved to where it went; a failure when it is gone.
-    CtlStatus row(Spot &spot, const QStringList &roles, VeskRoles &row);
-    /// The service that is meant: the one that the options name, or the only one.
-    CtlStatus service(CMPath &path);
-    /// Says that the entry of \a screen is gone, and shows the list anew.
-    CtlStatus tellGone(const CMPath &screen, const RpcAnswer &answer);
+    CtlResult<CMPath> value(const QString &word);
+    /// The row of \a spot with all of \a roles and its path. When its list has changed, \a spot is
+    /// moved to where the row is now; a failure when it is gone.
+    CtlResult<VeskRoles> row(Spot &spot, const QStringList &roles);
+    /// The menu of the row that \a words name, or without words of what plays. A failure when there
+    /// is none.
+    CtlResult<Menu> menu(const QStringList &words);
+    /// The menu that it has while it plays, which leads to its streams.
+    CtlResult<Menu> playingMenu(const QStringList &words);
+    /// The service that the options name, or the only one.
+    CtlResult<CMPath> service();
+    /// Reports that the entry of \a screen is gone, and shows the list anew.
+    Failure<CtlStatus> reportGone(const CMPath &screen, const RpcAnswer &answer);
 
 private:
-    static void moveTo(const ShownRow &row, Spot &spot);
-    CtlStatus start(CtlPlace &place, Spot &spot);
-    CtlStatus open(int index, Spot &spot);
-    CtlStatus shown(CtlPlace &place, Spot &spot);
-    CtlStatus withId(const CtlPlace &place, Spot &spot);
-    /// The service that is meant, or the list of all.
-    CtlStatus root(CMPath &path);
-    CtlStatus favorites(CMPath &path);
-    CtlStatus found(const QString &text, CMPath &path);
-    CtlStatus query(const CMPath &searches, const QString &text, CMPath &path);
+    using MenuOf = CMPath (*)(const VeskRoles &row);
+
+    /// The first step of a place; takes the rows that it used from \a rest.
+    CtlResult<Spot> start(const CtlPlace &place, QVector<int> &rest);
+    CtlResult<Spot> open(const Spot &spot, int index);
+    CtlResult<Spot> shown(CtlPlace place, QVector<int> &rest);
+    CtlResult<Spot> withId(const QString &id);
+    /// The service, or the list of services.
+    CtlResult<CMPath> root();
+    CtlResult<CMPath> favorites();
+    CtlResult<CMPath> found(const QString &text);
+    CtlResult<CMPath> query(const CMPath &searches, const QString &text);
+    CtlResult<Menu> menuOfRow(const QStringList &words, MenuOf menuOf);
+    CtlResult<Menu> menuOfPlayer();
 
     HostSession &m_session;
     Screens m_screens;
 };
+
+/// The roles that menuOf() reads.
+const QStringList &menuRoles();
+/// The context menu of \a row; empty when it has none.
+CMPath menuOf(const VeskRoles &row);

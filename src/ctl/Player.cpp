@@ -43,8 +43,7 @@ struct Part {
     std::string shown;
 };
 
-/// The parts beside each other, on the next line where they do not fit. What is said of trouble is
-/// never cut.
+/// The parts beside each other, on the next line where they do not fit.
 std::string inLines(const QList<Part> &parts, int width)
 {
     std::string lines;
@@ -66,6 +65,14 @@ std::string inLines(const QList<Part> &parts, int width)
 bool hasFailed(const QVariantHash &state)
 {
     return !state.value(QStringLiteral("error")).toString().isEmpty();
+}
+
+/// A play that failed is a failure of veskctl's; \a state has said so already.
+CtlResult<> outcomeOf(const QVariantHash &state)
+{
+    if (hasFailed(state))
+        return failure(CtlStatus::Failed);
+    return {};
 }
 
 } // namespace
@@ -90,7 +97,7 @@ std::string playerLine(const QVariantHash &state, int width, const TerminalStyle
     return inLines(parts, width);
 }
 
-CtlStatus Player::play(const Spot &spot, bool wait)
+CtlResult<> Player::play(const Spot &spot)
 {
     QVariantHash params {
         {QStringLiteral("screen"), spot.screen.toEncoded()}, {QStringLiteral("row"), spot.row}};
@@ -98,19 +105,19 @@ CtlStatus Player::play(const Spot &spot, bool wait)
         params.insert(QStringLiteral("path"), spot.path.toEncoded());
     const RpcAnswer answer = m_session.answer(QStringLiteral("player.play"), params);
     if (answer.kind == RpcAnswer::Error && answer.code == RpcAnswer::EntryGone)
-        return Places(m_session).tellGone(spot.screen, answer);
+        return Places(m_session).reportGone(spot.screen, answer);
     if (answer.kind != RpcAnswer::Result)
         return m_session.report(answer);
-    if (wait) {
+    if (m_session.options().wait)
         return waitUntilHeard(answer.result.toHash().value(QStringLiteral("playId")).toHash());
-    }
-    return m_session.call(QStringLiteral("player.state"), {}, [&](const QVariantHash &state) {
-        print(state);
-        return hasFailed(state) ? CtlStatus::Failed : CtlStatus::Success;
-    });
+    const auto state = m_session.call(QStringLiteral("player.state"));
+    if (!state)
+        return failure(state.error());
+    print(*state);
+    return outcomeOf(*state);
 }
 
-CtlStatus Player::waitUntilHeard(const QVariantHash &playId)
+CtlResult<> Player::waitUntilHeard(const QVariantHash &playId)
 {
     QVariantHash now;
     const auto take = [&](const QVariantHash &state) {
@@ -127,7 +134,7 @@ CtlStatus Player::waitUntilHeard(const QVariantHash &playId)
         return !isOurs() || stateOf(now) == VeskPlayLogicState::playing
             || stateOf(now) == VeskPlayLogicState::stopped;
     };
-    const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"), {});
+    const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"));
     if (answer.kind == RpcAnswer::Result)
         take(answer.result.toHash());
     const bool isThere
@@ -140,30 +147,32 @@ CtlStatus Player::waitUntilHeard(const QVariantHash &playId)
     if (isOurs() && (stateOf(now) == VeskPlayLogicState::playing || hasFailed(now))) {
         if (m_session.options().json)
             m_session.printJson(now);
-        return hasFailed(now) ? CtlStatus::Failed : CtlStatus::Success;
+        return outcomeOf(now);
     }
     return m_session.fail(CtlStatus::Failed,
         ctlText("it was stopped, or something else played, before it was heard"));
 }
 
-CtlStatus Player::act(const QString &method)
+CtlResult<> Player::act(const QString &method)
 {
-    return m_session.call(method, {}, [&](const QVariantHash &result) {
-        if (m_session.options().json)
-            m_session.printJson(result);
-        return CtlStatus::Success;
-    });
+    const auto result = m_session.call(method);
+    if (!result)
+        return failure(result.error());
+    if (m_session.options().json)
+        m_session.printJson(*result);
+    return {};
 }
 
-CtlStatus Player::status()
+CtlResult<> Player::status()
 {
-    return m_session.call(QStringLiteral("player.state"), {}, [&](const QVariantHash &state) {
-        print(state);
-        return CtlStatus::Success;
-    });
+    const auto state = m_session.call(QStringLiteral("player.state"));
+    if (!state)
+        return failure(state.error());
+    print(*state);
+    return {};
 }
 
-CtlStatus Player::watch()
+CtlResult<> Player::watch()
 {
     const CtlTerminal &terminal = m_session.terminal();
     PlayerWatch watch(m_session, [&](const QVariantHash &state) {

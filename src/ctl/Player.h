@@ -5,7 +5,7 @@
 
 #include "ctl/Places.h"
 
-/// Plays, and tells what the player does. One thread; the session must outlive it.
+/// Plays, and prints what the player does. One thread; the session must outlive it.
 class Player {
 public:
     explicit Player(HostSession &session)
@@ -13,25 +13,25 @@ public:
     {
     }
 
-    /// Plays the row at \a spot, whichever row stands there now, and tells what that is; with \a
-    /// wait once it is heard or cannot be.
-    CtlStatus play(const Spot &spot, bool wait);
-    /// One of the player's methods that take nothing.
-    CtlStatus act(const QString &method);
-    CtlStatus status();
-    /// Goes on telling with every change, until it is interrupted or nobody reads on.
-    CtlStatus watch();
+    /// Plays the row at \a spot and prints the state; with --wait until it is heard or cannot be.
+    CtlResult<> play(const Spot &spot);
+    /// Calls one of the player's methods without parameters.
+    CtlResult<> act(const QString &method);
+    /// Prints the state.
+    CtlResult<> status();
+    /// Prints the state with every change, until it is interrupted or its output is closed.
+    CtlResult<> watch();
 
 private:
-    CtlStatus waitUntilHeard(const QVariantHash &playId);
-    /// Not every change shows.
+    CtlResult<> waitUntilHeard(const QVariantHash &playId);
+    /// Leaves out a line that is the same as the last one.
     void print(const QVariantHash &state);
 
     HostSession &m_session;
     std::string m_printed;
 };
 
-/// \a state, as player.state tells it: a word for it, what plays, what is on the air, the bit rate,
-/// what is being done about a fault, what went wrong. One line; for a terminal of \a width columns,
-/// which is not 0, as many as it takes. Everything is made printable.
+/// \a state, a result of player.state, as text: a word for it, what plays, what is on the air, the
+/// bit rate, what is being done about a fault, what went wrong. One line, or for a terminal of \a
+/// width columns, where that is not 0, as many as needed. Without control characters.
 std::string playerLine(const QVariantHash &state, int width, const TerminalStyle &style);

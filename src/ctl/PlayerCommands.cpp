@@ -1,20 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ctl/Commands.h"
+#include "ctl/CtlCommandLine.h"
 #include "ctl/Player.h"
 #include "ctl/RowText.h"
 
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace {
-
-struct PlayArguments {
-    std::vector<std::string> words;
-    bool wait = false;
-};
 
 const QStringList &hitRoles()
 {
@@ -22,7 +13,7 @@ const QStringList &hitRoles()
     return roles;
 }
 
-/// For comparing: letters without case and marks.
+/// Without case and marks, for comparisons.
 QString plain(const QString &text)
 {
     QString letters;
@@ -34,7 +25,7 @@ QString plain(const QString &text)
     return letters.simplified();
 }
 
-/// How well a title is what was asked for, from 0. Behind " (" there is only where it is from.
+/// How well a title matches, from 0. After " (" directories only say where a station is.
 int likeness(const QString &title, const QString &wanted)
 {
     const QString whole = plain(title);
@@ -51,13 +42,13 @@ int likeness(const QString &title, const QString &wanted)
     return 1;
 }
 
-/// What is looked for in lists, and how like it a title must be.
+/// A title to look for, and the least likeness() that counts.
 struct Wanted {
     QString name;
     int likeness = 0;
 };
 
-/// The row of that type whose title is most like \a wanted, of equals the first; -1 for none.
+/// The first row of that type whose title is most like \a wanted; -1 for none.
 int bestRow(const QList<VeskRoles> &rows, int type, const Wanted &wanted)
 {
     int best = -1;
@@ -74,99 +65,94 @@ int bestRow(const QList<VeskRoles> &rows, int type, const Wanted &wanted)
     return best;
 }
 
-/// The best row to play of a list, or of the best list in it.
-CtlStatus findBest(HostSession &session, Spot &spot, const Wanted &wanted, QString &title)
+/// Of a list, or of the best list in it, the best row to play.
+struct Hit {
+    Spot spot;
+    QString title;
+};
+
+CtlResult<Hit> findBest(HostSession &session, CMPath list, const Wanted &wanted)
 {
-    for (int depth = 0; depth < 2; ++depth) {
-        QList<VeskRoles> rows;
-        const CtlStatus status = Screens(session).rows(spot.path, hitRoles(), rows);
-        if (status != CtlStatus::Success)
-            return status;
-        const int audio = bestRow(rows, VeskRolesType::audio, wanted);
-        const int row = audio >= 0 ? audio : bestRow(rows, VeskRolesType::container, wanted);
-        if (row < 0)
+    for (int depth = 0; depth < 2 && !list.isEmpty(); ++depth) {
+        const auto rows = Screens(session).rows(list, hitRoles());
+        if (!rows)
+            return failure(rows.error());
+        const int audio = bestRow(*rows, VeskRolesType::audio, wanted);
+        const int best = audio >= 0 ? audio : bestRow(*rows, VeskRolesType::container, wanted);
+        if (best < 0)
             break;
-        spot = {CtlPlace::of(spot.path).row(row), spot.path, row, rows.at(row).path(),
-            rows.at(row).type()};
-        title = plainText(rows.at(row)[VeskRoles::Title()]);
-        if (audio >= 0)
-            return status;
-        if (spot.path.isEmpty())
-            break;
+        const VeskRoles &row = rows->at(best);
+        if (audio >= 0) {
+            return Hit {{CtlPlace::of(list).row(best), list, best, row.path(), row.type()},
+                plainText(row[VeskRoles::Title()])};
+        }
+        list = row.path();
     }
     return session.fail(CtlStatus::Failed, ctlText("there is nothing to play"));
 }
 
 /// Plays a row; of a list, the first that plays.
-CtlStatus playSpot(HostSession &session, Spot spot, bool wait)
+CtlResult<> playSpot(HostSession &session, Spot spot)
 {
     bool isList = !spot.isRow();
     if (!isList) {
-        VeskRoles row;
-        const CtlStatus status = Places(session).row(spot, {VeskRoles::Type()}, row);
-        if (status != CtlStatus::Success)
-            return status;
-        spot.path = row.path();
-        isList = row.type() == VeskRolesType::container && !spot.path.isEmpty();
+        const auto row = Places(session).row(spot, {VeskRoles::Type()});
+        if (!row)
+            return failure(row.error());
+        spot.path = row->path();
+        isList = row->type() == VeskRolesType::container && !spot.path.isEmpty();
     }
-    if (isList) {
-        QString title;
-        const CtlStatus status = findBest(session, spot, {}, title);
-        if (status != CtlStatus::Success)
-            return status;
-    }
-    return Player(session).play(spot, wait);
+    if (!isList)
+        return Player(session).play(spot);
+    const auto hit = findBest(session, spot.path, {});
+    if (!hit)
+        return failure(hit.error());
+    return Player(session).play(hit->spot);
 }
 
-/// What may be an id is not taken for whatever a search finds by chance.
-CtlStatus playByName(HostSession &session, const QString &name, bool isId, bool wait)
+/// A name that could be an id must be in the title: the best hit for it would be a random one.
+CtlResult<> playByName(HostSession &session, const QString &name, bool isId)
 {
-    Spot spot;
-    CtlStatus status = Places(session).resolve(CtlPlace::found(name), spot);
-    QString title;
-    if (status == CtlStatus::Success)
-        status = findBest(session, spot, {plain(name), isId ? 1 : 0}, title);
-    if (status != CtlStatus::Success)
-        return status;
+    const auto list = Places(session).resolve(CtlPlace::found(name));
+    if (!list)
+        return failure(list.error());
+    const auto hit = findBest(session, list->path, {plain(name), isId ? 1 : 0});
+    if (!hit)
+        return failure(hit.error());
     if (!session.options().json) {
-        session.printText(ctlText("the best hit for \"%1\": %2").arg(name, title));
+        session.printText(ctlText("the best hit for \"%1\": %2").arg(name, hit->title));
         session.terminal().out.flush();
     }
-    return Player(session).play(spot, wait);
+    return Player(session).play(hit->spot);
 }
 
-/// What is no place is a name, and so is an id that was not shown.
-CtlStatus play(HostSession &session, const PlayArguments &arguments)
+/// Words that are no place are a name, and so is an id that was not shown.
+CtlResult<> play(HostSession &session)
 {
-    const QStringList words = toTexts(arguments.words);
-    CtlPlace place;
-    const bool isRead = CtlPlace::parse(words, place);
-    if (!isRead)
-        place = CtlPlace();
-    const bool isPlace
-        = isRead && (place.start != CtlPlace::Id || session.shown().findId(place.text).row >= 0);
-    if (!isPlace) {
-        return playByName(
-            session, words.join(QLatin1Char(' ')), place.start == CtlPlace::Id, arguments.wait);
-    }
-    Spot spot;
-    const CtlStatus status = Places(session).resolve(place, spot);
-    return status == CtlStatus::Success ? playSpot(session, spot, arguments.wait) : status;
+    const QStringList &words = session.options().words;
+    const auto place = CtlPlace::parse(words);
+    const bool isId = place && place->start == CtlPlace::Id;
+    if (!place || (isId && session.shown().findId(place->text).row < 0))
+        return playByName(session, words.join(QLatin1Char(' ')), isId);
+    const auto spot = Places(session).resolve(*place);
+    if (!spot)
+        return failure(spot.error());
+    return playSpot(session, *spot);
 }
 
 } // namespace
 
-void addPlayerCommands(Command app, Commands &commands)
+void addPlayerCommands(Command app, CtlCommandLine &line)
 {
-    const auto played = std::make_shared<PlayArguments>();
-    Command playIt = commands.add(app, "play", "Play a row, or the best hit of a search",
-        [played](HostSession &session) { return play(session, *played); });
-    playIt.addOption("PLACE", played->words, "The row or list; or a name, which is searched for")
+    CtlOptions &options = line.options;
+    Command command
+        = addCommand(app, "play", "Play a row, or the best hit of a search", line, &play);
+    command.addOption("PLACE", options.words, "The row or list; or a name, which is searched for")
         .required();
-    playIt.addFlag("--wait", played->wait, "End when it is heard, or cannot be");
+    command.addFlag("--wait", options.wait, "End when it is heard, or cannot be");
 
     const auto addAction = [&](const char *name, const char *description) {
-        commands.add(app, name, description, [name](HostSession &session) {
+        addCommand(app, name, description, line, [name](HostSession &session) {
             return Player(session).act(QStringLiteral("player.") + QLatin1String(name));
         });
     };
@@ -174,12 +160,8 @@ void addPlayerCommands(Command app, Commands &commands)
     addAction("resume", "Go on after a pause");
     addAction("stop", "Stop what plays");
 
-    const auto watch = std::make_shared<bool>(false);
-    commands
-        .add(app, "status", "Tell what plays",
-            [watch](HostSession &session) {
-                Player player(session);
-                return *watch ? player.watch() : player.status();
-            })
-        .addFlag("--watch", *watch, "Go on with every change");
+    addCommand(app, "status", "Tell what plays", line, [](HostSession &session) {
+        Player player(session);
+        return session.options().watch ? player.watch() : player.status();
+    }).addFlag("--watch", options.watch, "Go on with every change");
 }

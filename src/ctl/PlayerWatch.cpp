@@ -12,7 +12,7 @@ namespace {
 
 constexpr guint RetrySeconds = 1;
 
-/// A write to a pipe that nobody reads fails instead of ending the process.
+/// A write to a pipe without a reader fails instead of ending the process.
 class BrokenPipes {
 public:
     BrokenPipes()
@@ -32,7 +32,7 @@ private:
 
 } // namespace
 
-/// What ends a watch from outside; sources of the main context.
+/// Sources of the main context that end a watch.
 struct PlayerWatch::Sources {
     explicit Sources(PlayerWatch *watch, int output)
     {
@@ -95,13 +95,13 @@ PlayerWatch::~PlayerWatch()
     m_session.client().setNotified({});
 }
 
-CtlStatus PlayerWatch::run()
+CtlResult<> PlayerWatch::run()
 {
     const BrokenPipes broken;
     bool wasThere = false;
     bool isThere = false;
     while (!m_ended) {
-        const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"), {});
+        const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"));
         if (m_ended)
             break;
         if (answer.kind == RpcAnswer::Error || (answer.kind == RpcAnswer::NoHost && !wasThere))
@@ -117,7 +117,7 @@ CtlStatus PlayerWatch::run()
         isThere = false;
         waitToRetry();
     }
-    return CtlStatus::Success;
+    return {};
 }
 
 void PlayerWatch::take(const QVariantHash &state)
@@ -129,7 +129,7 @@ void PlayerWatch::take(const QVariantHash &state)
 void PlayerWatch::end()
 {
     m_ended = true;
-    // Whatever it waits for.
+    // Ends a call or a wait that is under way.
     m_session.client().close();
 }
 

@@ -9,23 +9,23 @@
 
 #include <functional>
 
-/// Follows a host's player, also when the host goes away and comes back. Main thread; takes SIGINT,
+/// Follows a host's player, also through a restart of the host. Main thread; handles SIGINT,
 /// SIGTERM and SIGHUP while it runs.
 class PlayerWatch {
 public:
-    /// Gets the state at first and with each change; false ends the watch.
+    /// Called with the state at first and with each change; false ends the watch.
     using Show = std::function<bool(const QVariantHash &state)>;
 
-    /// \a session must outlive it. The watch ends when nobody reads its output any more.
+    /// \a session must outlive it.
     PlayerWatch(HostSession &session, Show show);
     ~PlayerWatch();
 
     PlayerWatch(const PlayerWatch &) = delete;
     PlayerWatch &operator=(const PlayerWatch &) = delete;
 
-    /// Returns with the end of the watch: a success unless there was no host from the beginning,
-    /// or it does not tell what its player does.
-    CtlStatus run();
+    /// Returns when a signal arrives, the reader of the output is gone, or Show wants no more.
+    /// Fails when there is no host at first, or it answers with an error.
+    CtlResult<> run();
 
 private:
     struct Sources;

@@ -4,6 +4,7 @@
 #include "ctl/RpcClient.h"
 
 #include "api/web/VeskJson.h"
+#include "base/Result.h"
 
 #include <libsoup/soup.h>
 
@@ -39,11 +40,11 @@ RpcAnswer readAnswer(const QVariantHash &message)
         answer.result = message.value(QStringLiteral("result"));
         return answer;
     }
-    const QVariantHash failure = message.value(QStringLiteral("error")).toHash();
-    const QVariantHash data = failure.value(QStringLiteral("data")).toHash();
+    const QVariantHash error = message.value(QStringLiteral("error")).toHash();
+    const QVariantHash data = error.value(QStringLiteral("data")).toHash();
     answer.kind = RpcAnswer::Error;
-    answer.message = failure.value(QStringLiteral("message")).toString();
-    answer.code = failure.value(QStringLiteral("code")).toInt();
+    answer.message = error.value(QStringLiteral("message")).toString();
+    answer.code = error.value(QStringLiteral("code")).toInt();
     answer.name = data.value(QStringLiteral("name")).toString();
     answer.title = data.value(QStringLiteral("title")).toString();
     answer.problem = data.value(QStringLiteral("problem")).toString();
@@ -105,13 +106,13 @@ struct RpcClient::Private {
     Private(const Private &) = delete;
     Private &operator=(const Private &) = delete;
 
-    /// Returns why there is no connection; empty when there is one.
-    QString connect()
+    /// Returns why there is no connection.
+    Result<void, QString> connect()
     {
         freeLeft();
         SoupMessage *message = soup_message_new(SOUP_METHOD_GET, url.constData());
         if (!message)
-            return QStringLiteral("that is no address");
+            return failure(QStringLiteral("that is no address"));
         connecting = true;
         problem.clear();
         g_cancellable_reset(cancellable);
@@ -121,9 +122,11 @@ struct RpcClient::Private {
             g_main_context_iteration(context, TRUE);
         const guint status = soup_message_get_status(message);
         g_object_unref(message);
-        if (!connection && status >= 200)
-            return QStringLiteral("%1 (HTTP code %2)").arg(noHost(), QString::number(status));
-        return problem;
+        if (connection)
+            return {};
+        if (status >= 200)
+            problem = QStringLiteral("%1 (HTTP code %2)").arg(noHost(), QString::number(status));
+        return failure(problem);
     }
 
     void disconnect()
@@ -240,9 +243,10 @@ void RpcClient::setNotified(Notified notified)
 
 RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
 {
-    const QString problem = d->connection ? QString() : d->connect();
-    if (!problem.isEmpty())
-        return failed(problem);
+    if (!d->connection) {
+        if (const auto connected = d->connect(); !connected)
+            return failed(connected.error());
+    }
     const QByteArray request = VeskJson::write(QVariantHash {
         {QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), ++d->awaited},
         {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});

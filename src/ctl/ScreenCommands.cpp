@@ -1,53 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-#include "ctl/Commands.h"
+#include "ctl/CtlCommandLine.h"
 #include "ctl/Places.h"
 #include "ctl/RowText.h"
 
-#include <memory>
-#include <string>
-#include <vector>
-
 namespace {
 
-struct ListArguments {
-    std::vector<std::string> words;
-    RowRange range;
-    int limit = -1;
-    bool paths = false;
-};
-
-struct ValueArguments {
-    std::string place;
-    std::vector<std::string> roles;
-    std::string value;
-};
-
-void addList(Command command, ListArguments &into)
+CtlResult<ListForm> listForm(HostSession &session)
 {
-    command.addFlag("-l,--long", into.paths, "With the rows' paths");
-    command.addOption("--first", into.range.first, "The first row to show, from 0")
-        .between(0, 1000000000);
-    CommandOption last = command.addOption("--last", into.range.last, "The last row to show")
-                             .between(0, 1000000000);
-    command.addOption("--limit", into.limit, "How many rows to show")
-        .between(1, 1000000000)
-        .excludes(last);
-}
-
-CtlStatus readForm(HostSession &session, const ListArguments &arguments, ListForm &form)
-{
-    form = {arguments.range, arguments.paths, false};
-    if (arguments.limit > 0)
-        form.range.last = form.range.first + arguments.limit - 1;
+    const CtlOptions &options = session.options();
+    ListForm form {{options.first, options.last}, options.paths, false};
+    if (options.limit > 0)
+        form.range.last = form.range.first + options.limit - 1;
     if (form.range.last >= 0 && form.range.last < form.range.first)
         return session.fail(CtlStatus::BadUsage, ctlText("--last is before --first"));
-    return CtlStatus::Success;
+    return form;
 }
 
 /// A row that leads to no list is shown by itself.
-CtlStatus showRow(HostSession &session, const Spot &spot, ListForm form)
+CtlResult<> showRow(HostSession &session, const Spot &spot, ListForm form)
 {
     form.range = {spot.row, spot.row};
     CtlPlace list = CtlPlace::of(spot.screen);
@@ -58,131 +30,129 @@ CtlStatus showRow(HostSession &session, const Spot &spot, ListForm form)
     return Screens(session).show(spot.screen, list, form);
 }
 
-CtlStatus showSpot(HostSession &session, Spot spot, const ListForm &form)
+CtlResult<> show(HostSession &session, const CtlPlace &place)
 {
-    // What was shown as a list is one, wherever its row went.
-    if (spot.isRow() && spot.type != VeskRolesType::container) {
-        VeskRoles row;
-        const CtlStatus status = Places(session).row(spot, {VeskRoles::Type()}, row);
-        if (status != CtlStatus::Success)
-            return status;
-        if (row.type() != VeskRolesType::container || spot.path.isEmpty())
-            return showRow(session, spot, form);
+    const auto form = listForm(session);
+    if (!form)
+        return failure(form.error());
+    auto spot = Places(session).resolve(place);
+    if (!spot)
+        return failure(spot.error());
+    // A row that was shown as a list needs no second look: its path opens it wherever it is now.
+    if (spot->isRow() && spot->type != VeskRolesType::container) {
+        const auto row = Places(session).row(*spot, {VeskRoles::Type()});
+        if (!row)
+            return failure(row.error());
+        if (row->type() != VeskRolesType::container || spot->path.isEmpty())
+            return showRow(session, *spot, *form);
     }
-    return Screens(session).show(spot.path, spot.place, form);
+    return Screens(session).show(spot->path, spot->place, *form);
 }
 
-CtlStatus show(HostSession &session, const CtlPlace &place, const ListArguments &arguments)
+CtlResult<> list(HostSession &session)
 {
-    ListForm form;
-    CtlStatus status = readForm(session, arguments, form);
-    Spot spot;
-    if (status == CtlStatus::Success)
-        status = Places(session).resolve(place, spot);
-    return status == CtlStatus::Success ? showSpot(session, spot, form) : status;
+    const QStringList &words = session.options().words;
+    if (words.isEmpty())
+        return show(session, CtlPlace());
+    const auto place = Places(session).read(words);
+    if (!place)
+        return failure(place.error());
+    return show(session, *place);
 }
 
-CtlStatus list(HostSession &session, const ListArguments &arguments)
+CtlResult<> search(HostSession &session)
 {
-    CtlPlace place;
-    const CtlStatus status = arguments.words.empty()
-        ? CtlStatus::Success
-        : Places(session).read(toTexts(arguments.words), place);
-    return status == CtlStatus::Success ? show(session, place, arguments) : status;
-}
-
-CtlStatus search(HostSession &session, const ListArguments &arguments)
-{
-    const QString text = toTexts(arguments.words).join(QLatin1Char(' ')).trimmed();
+    const QString text = session.options().words.join(QLatin1Char(' ')).trimmed();
     if (text.isEmpty())
         return session.fail(CtlStatus::BadUsage, ctlText("search for what?"));
-    return show(session, CtlPlace::found(text), arguments);
+    return show(session, CtlPlace::found(text));
 }
 
-CtlStatus printValues(HostSession &session, const QStringList &roles, const QVariantList &values)
+void printValues(HostSession &session, const QStringList &roles, const QVariantList &values)
 {
     if (session.options().json) {
         QVariantHash named;
         for (int i = 0; i < roles.size(); ++i)
             named.insert(roles.at(i), values.value(i));
         session.printJson(named);
-        return CtlStatus::Success;
+        return;
     }
     for (const QVariant &value : values)
         session.printText(plainText(value));
-    return CtlStatus::Success;
 }
 
-CtlStatus get(HostSession &session, const ValueArguments &arguments)
+CtlResult<> get(HostSession &session)
 {
-    CMPath path;
-    const CtlStatus status = Places(session).value(QString::fromStdString(arguments.place), path);
-    if (status != CtlStatus::Success)
-        return status;
-    QStringList roles = toTexts(arguments.roles);
+    const auto path = Places(session).value(session.options().place);
+    if (!path)
+        return failure(path.error());
+    QStringList roles = session.options().roles;
     if (roles.isEmpty())
         roles.append(VeskRoles::Value());
-    QVariantHash params = pathParams(path);
+    QVariantHash params = pathParams(*path);
     params.insert(QStringLiteral("roles"), roles);
     const RpcAnswer answer = session.answer(QStringLiteral("getData"), params);
-    if (answer.kind == RpcAnswer::Result) {
-        return printValues(
+    // A device without an account is no failure when the account is what was asked for.
+    if (isNotLinked(answer))
+        session.tell(ctlText("not linked"), {{QStringLiteral("linked"), false}});
+    else if (answer.kind == RpcAnswer::Result)
+        printValues(
             session, roles, answer.result.toHash().value(QStringLiteral("values")).toList());
-    }
-    // To have no account is an answer to one who asks for it.
-    if (!isNotLinked(answer))
+    else
         return session.report(answer);
-    return session.tell(ctlText("not linked"), {{QStringLiteral("linked"), false}});
+    return {};
 }
 
-CtlStatus set(HostSession &session, const ValueArguments &arguments)
+CtlResult<> set(HostSession &session)
 {
-    CMPath path;
-    const CtlStatus status = Places(session).value(QString::fromStdString(arguments.place), path);
-    if (status != CtlStatus::Success)
-        return status;
-    QVariantHash params = pathParams(path);
+    const auto path = Places(session).value(session.options().place);
+    if (!path)
+        return failure(path.error());
+    QVariantHash params = pathParams(*path);
     params.insert(QStringLiteral("role"), VeskRoles::Value());
-    params.insert(QStringLiteral("value"), QString::fromStdString(arguments.value));
-    return session.call(QStringLiteral("setData"), params, [&](const QVariantHash &result) {
-        if (session.options().json)
-            session.printJson(result);
-        return CtlStatus::Success;
-    });
+    params.insert(QStringLiteral("value"), session.options().value);
+    const auto result = session.call(QStringLiteral("setData"), params);
+    if (!result)
+        return failure(result.error());
+    if (session.options().json)
+        session.printJson(*result);
+    return {};
+}
+
+void addListOptions(Command command, CtlOptions &into)
+{
+    command.addFlag("-l,--long", into.paths, "With the rows' paths");
+    command.addOption("--first", into.first, "The first row to show, from 0")
+        .between(0, 1000000000);
+    CommandOption last
+        = command.addOption("--last", into.last, "The last row to show").between(0, 1000000000);
+    command.addOption("--limit", into.limit, "How many rows to show")
+        .between(1, 1000000000)
+        .excludes(last);
 }
 
 } // namespace
 
-void addScreenCommands(Command app, Commands &commands)
+void addScreenCommands(Command app, CtlCommandLine &line)
 {
-    const auto lists = std::make_shared<ListArguments>();
-    Command ls = commands.add(
-        app, "ls", "Show a list", [lists](HostSession &session) { return list(session, *lists); });
-    addPlace(ls, lists->words, "The list; without it, what there is");
-    addList(ls, *lists);
+    CtlOptions &options = line.options;
+    Command ls = addCommand(app, "ls", "Show a list", line, &list);
+    ls.addOption("PLACE", options.words, "The list; without it, what there is");
+    addListOptions(ls, options);
 
-    const auto searched = std::make_shared<ListArguments>();
-    Command find = commands.add(app, "search", "Search and show what is found",
-        [searched](HostSession &session) { return search(session, *searched); });
-    find.addOption("WORD", searched->words, "What to search for").required();
-    addList(find, *searched);
+    Command find = addCommand(app, "search", "Search and show what is found", line, &search);
+    find.addOption("WORD", options.words, "What to search for").required();
+    addListOptions(find, options);
 
-    const auto marked = std::make_shared<ListArguments>();
-    addList(commands.add(app, "favorites", "Show the favorites",
-                [marked](HostSession &session) {
-                    return show(session, CtlPlace::favorites(), *marked);
-                }),
-        *marked);
+    addListOptions(addCommand(app, "favorites", "Show the favorites", line,
+                       [](HostSession &session) { return show(session, CtlPlace::favorites()); }),
+        options);
 
-    const auto read = std::make_shared<ValueArguments>();
-    Command getValue = commands.add(
-        app, "get", "Print a value", [read](HostSession &session) { return get(session, *read); });
-    getValue.addOption("PLACE", read->place, "The value, row or list").required();
-    getValue.addOption("ROLE", read->roles, "What of it (value)");
+    Command read = addCommand(app, "get", "Print a value", line, &get);
+    read.addOption("PLACE", options.place, "The value, row or list").required();
+    read.addOption("ROLE", options.roles, "What of it (value)");
 
-    const auto written = std::make_shared<ValueArguments>();
-    Command setValue = commands.add(app, "set", "Change a value",
-        [written](HostSession &session) { return set(session, *written); });
-    setValue.addOption("PLACE", written->place, "The value").required();
-    setValue.addOption("VALUE", written->value, "What it shall be").required();
+    Command write = addCommand(app, "set", "Change a value", line, &set);
+    write.addOption("PLACE", options.place, "The value").required();
+    write.addOption("VALUE", options.value, "What it shall be").required();
 }

@@ -3,7 +3,6 @@
 
 #include "ctl/Screens.h"
 
-#include "api/values/VeskRowsRoles.h"
 #include "ctl/RowText.h"
 
 #include <algorithm>
@@ -11,10 +10,10 @@
 
 namespace {
 
-/// Rows that are asked for at once.
+/// Rows per request.
 constexpr int Range = 100;
 
-/// There is nothing to show in a row of which the service says nothing.
+/// A row without any of the requested roles is not shown.
 bool isEmpty(const QVariant &row)
 {
     const QVariantList values = row.toList();
@@ -29,8 +28,7 @@ QVariantHash rowsParams(const CMPath &path, const QStringList &roles)
     return params;
 }
 
-} // namespace
-
+/// A row's \a values under the names of the \a roles that were requested.
 VeskRoles namedRoles(const QStringList &roles, const QVariantList &values)
 {
     VeskRoles row;
@@ -41,68 +39,77 @@ VeskRoles namedRoles(const QStringList &roles, const QVariantList &values)
     return row;
 }
 
-CtlStatus Screens::show(const CMPath &path, const CtlPlace &place, const ListForm &form)
+} // namespace
+
+CtlResult<> Screens::show(const CMPath &path, const CtlPlace &place, const ListForm &form)
 {
     return m_session.options().json ? printAsJson(path, place, form) : print(path, place, form);
 }
 
-CtlStatus Screens::row(const CMPath &path, int index, const QStringList &roles, VeskRoles &row)
+CtlResult<VeskRoles> Screens::row(const CMPath &path, int index, const QStringList &roles)
 {
-    QList<VeskRoles> found;
-    const CtlStatus status = range(path, index, roles, found);
-    if (status == CtlStatus::Success && found.isEmpty()) {
+    const auto row = rowIfAny(path, index, roles);
+    if (!row)
+        return failure(row.error());
+    if (!*row) {
         return m_session.fail(
             CtlStatus::Failed, ctlText("there is no row %1").arg(QString::number(index)));
     }
-    row = found.value(0);
-    return status;
+    return **row;
 }
 
-CtlStatus Screens::range(
-    const CMPath &path, int index, const QStringList &roles, QList<VeskRoles> &rows)
+CtlResult<std::optional<VeskRoles>> Screens::rowIfAny(
+    const CMPath &path, int index, const QStringList &roles)
 {
     QVariantHash params = rowsParams(path, roles);
     params.insert(QStringLiteral("first"), index);
     params.insert(QStringLiteral("last"), index);
-    return take(params, roles, rows);
+    const auto rows = callRows(params, roles);
+    if (!rows)
+        return failure(rows.error());
+    return rows->isEmpty() ? std::nullopt : std::optional(rows->first());
 }
 
-CtlStatus Screens::rows(const CMPath &path, const QStringList &roles, QList<VeskRoles> &rows)
+CtlResult<QList<VeskRoles>> Screens::rows(const CMPath &path, const QStringList &roles)
 {
-    return take(rowsParams(path, roles), roles, rows);
+    return callRows(rowsParams(path, roles), roles);
 }
 
-CtlStatus Screens::take(
-    const QVariantHash &params, const QStringList &roles, QList<VeskRoles> &rows)
+CtlResult<QList<VeskRoles>> Screens::callRows(const QVariantHash &params, const QStringList &roles)
 {
-    return m_session.call(QStringLiteral("getRows"), params, [&](const QVariantHash &result) {
-        const QVariantList list = VeskRowsRoles(result).rows();
-        for (const QVariant &values : list)
-            rows.append(namedRoles(roles, values.toList()));
-        return CtlStatus::Success;
-    });
+    const auto result = m_session.call(QStringLiteral("getRows"), params);
+    if (!result)
+        return failure(result.error());
+    QList<VeskRoles> rows;
+    const QVariantList list = VeskRowsRoles(*result).rows();
+    for (const QVariant &values : list)
+        rows.append(namedRoles(roles, values.toList()));
+    return rows;
 }
 
-CtlStatus Screens::find(const CMPath &screen, const CMPath &row, int &index)
+CtlResult<std::optional<int>> Screens::find(const CMPath &screen, const CMPath &row)
 {
-    index = -1;
+    std::optional<int> index;
     const QString wanted = row.toEncoded();
-    return fetch(screen, {VeskRoles::Path()}, {}, [&](int first, const QVariantHash &answer) {
-        const QVariantList rows = VeskRowsRoles(answer).rows();
-        for (int i = 0; i < rows.size() && index < 0; ++i) {
+    const auto take = [&](int first, const VeskRowsRoles &part) {
+        const QVariantList rows = part.rows();
+        for (int i = 0; i < rows.size() && !index; ++i) {
             if (rows.at(i).toList().value(0).toString() == wanted)
                 index = first + i;
         }
-        return index < 0;
-    });
+        return !index;
+    };
+    if (const auto fetched = fetch(screen, {VeskRoles::Path()}, {}, take); !fetched)
+        return failure(fetched.error());
+    return index;
 }
 
 QVariantHash Screens::player()
 {
-    return m_session.answer(QStringLiteral("player.state"), {}).result.toHash();
+    return m_session.answer(QStringLiteral("player.state")).result.toHash();
 }
 
-CtlStatus Screens::print(const CMPath &path, const CtlPlace &place, const ListForm &form)
+CtlResult<> Screens::print(const CMPath &path, const CtlPlace &place, const ListForm &form)
 {
     const bool forTerminal = m_session.isForTerminal();
     std::ostream &out = m_session.terminal().out;
@@ -115,8 +122,7 @@ CtlStatus Screens::print(const CMPath &path, const CtlPlace &place, const ListFo
     bool isMenu = false;
     bool begun = false;
     bool some = false;
-    const auto take = [&](int first, const QVariantHash &answer) {
-        const VeskRowsRoles screen(answer);
+    const auto take = [&](int first, const VeskRowsRoles &screen) {
         const QString title = printableText(screen.roles()[VeskRoles::Title()].toString());
         if (!begun && forTerminal && !title.isEmpty())
             out << m_session.style().bold(title) << '\n';
@@ -140,22 +146,21 @@ CtlStatus Screens::print(const CMPath &path, const CtlPlace &place, const ListFo
         out.flush();
         return true;
     };
-    const CtlStatus status = fetch(path, roles, form.range, take);
-    if (status != CtlStatus::Success)
-        return status;
+    auto fetched = fetch(path, roles, form.range, take);
+    if (!fetched)
+        return fetched;
     if (forTerminal && !some)
         out << m_session.style().dim(ctlText("There is nothing here.")) << '\n';
     m_session.shown().add(path, form.range.first, shown, types, isMenu);
-    return status;
+    return fetched;
 }
 
-CtlStatus Screens::printAsJson(const CMPath &path, const CtlPlace &place, const ListForm &form)
+CtlResult<> Screens::printAsJson(const CMPath &path, const CtlPlace &place, const ListForm &form)
 {
     const QVariantHash state = player();
     QVariantHash list;
     QVariantList rows;
-    const auto take = [&](int first, const QVariantHash &answer) {
-        const VeskRowsRoles screen(answer);
+    const auto take = [&](int first, const VeskRowsRoles &screen) {
         list.insert(QStringLiteral("title"), screen.roles()[VeskRoles::Title()]);
         list.insert(QStringLiteral("path"), path.toEncoded());
         list.insert(QStringLiteral("place"), place.toText());
@@ -171,15 +176,15 @@ CtlStatus Screens::printAsJson(const CMPath &path, const CtlPlace &place, const 
         }
         return true;
     };
-    const CtlStatus status = fetch(path, VeskRoles::all(), form.range, take);
-    if (status == CtlStatus::Success) {
+    auto fetched = fetch(path, VeskRoles::all(), form.range, take);
+    if (fetched) {
         list.insert(QStringLiteral("rows"), rows);
         m_session.printJson(list);
     }
-    return status;
+    return fetched;
 }
 
-CtlStatus Screens::fetch(
+CtlResult<> Screens::fetch(
     const CMPath &path, const QStringList &roles, RowRange range, const TakeRows &take)
 {
     const int last = range.last < 0 ? std::numeric_limits<int>::max() : range.last;
@@ -189,16 +194,14 @@ CtlStatus Screens::fetch(
         QVariantHash params = rowsParams(path, roles);
         params.insert(QStringLiteral("first"), first);
         params.insert(QStringLiteral("last"), qMin(last, first + Range - 1));
-        const auto takeRange = [&](const QVariantHash &result) {
-            const VeskRowsRoles rows(result);
-            const bool wanted = take(first, result);
-            first += rows.rows().size();
-            more = wanted && !rows.rows().isEmpty() && first < rows.rowsCount() && first <= last;
-            return CtlStatus::Success;
-        };
-        const CtlStatus status = m_session.call(QStringLiteral("getRows"), params, takeRange);
-        if (status != CtlStatus::Success)
-            return status;
+        const auto result = m_session.call(QStringLiteral("getRows"), params);
+        if (!result)
+            return failure(result.error());
+        const VeskRowsRoles screen(*result);
+        const int count = screen.rows().size();
+        const bool wanted = take(first, screen);
+        first += count;
+        more = wanted && count > 0 && first < screen.rowsCount() && first <= last;
     }
-    return CtlStatus::Success;
+    return {};
 }

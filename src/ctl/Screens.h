@@ -4,10 +4,14 @@
 #pragma once
 
 #include "api/values/VeskRoles.h"
+#include "api/values/VeskRowsRoles.h"
 #include "ctl/CtlPlace.h"
 #include "ctl/HostSession.h"
 
-/// Which rows of a screen are wanted, inclusive; -1 as last: to the end.
+#include <functional>
+#include <optional>
+
+/// Rows of a screen, both ends included; -1 as last: to the end.
 struct RowRange {
     int first = 0;
     int last = -1;
@@ -18,7 +22,7 @@ struct ListForm {
     RowRange range;
     /// With the rows' paths.
     bool paths = false;
-    /// They are the streams of what plays, if anything does.
+    /// The rows are the streams of what plays.
     bool streamsOfPlayer = false;
 };
 
@@ -31,31 +35,28 @@ public:
     }
 
     /// Prints rows of the screen at \a path, which users name \a place, as lines or JSON.
-    CtlStatus show(const CMPath &path, const CtlPlace &place, const ListForm &form);
+    CtlResult<> show(const CMPath &path, const CtlPlace &place, const ListForm &form);
     /// The row at \a index; a failure when there is none.
-    CtlStatus row(const CMPath &path, int index, const QStringList &roles, VeskRoles &row);
-    /// The same in a list, which is empty when there is none.
-    CtlStatus range(
-        const CMPath &path, int index, const QStringList &roles, QList<VeskRoles> &rows);
-    /// The first rows, as many as the host answers unasked.
-    CtlStatus rows(const CMPath &path, const QStringList &roles, QList<VeskRoles> &rows);
-    /// Where the row with the path \a row stands in the screen now; -1 as \a index for nowhere.
-    CtlStatus find(const CMPath &screen, const CMPath &row, int &index);
+    CtlResult<VeskRoles> row(const CMPath &path, int index, const QStringList &roles);
+    /// The row at \a index, if there is one.
+    CtlResult<std::optional<VeskRoles>> rowIfAny(
+        const CMPath &path, int index, const QStringList &roles);
+    /// The first rows, as many as the host returns by default.
+    CtlResult<QList<VeskRoles>> rows(const CMPath &path, const QStringList &roles);
+    /// The index at which the row with the path \a row is now, if it is still there.
+    CtlResult<std::optional<int>> find(const CMPath &screen, const CMPath &row);
 
 private:
-    /// Takes a range of rows, of which the first is the screen's row \a first; false for no more.
-    using TakeRows = std::function<bool(int first, const QVariantHash &answer)>;
+    /// Gets rows of which the first is the screen's row \a first; returns whether to go on.
+    using TakeRows = std::function<bool(int first, const VeskRowsRoles &screen)>;
 
-    CtlStatus fetch(
+    CtlResult<> fetch(
         const CMPath &path, const QStringList &roles, RowRange range, const TakeRows &take);
-    CtlStatus take(const QVariantHash &params, const QStringList &roles, QList<VeskRoles> &rows);
-    CtlStatus print(const CMPath &path, const CtlPlace &place, const ListForm &form);
-    CtlStatus printAsJson(const CMPath &path, const CtlPlace &place, const ListForm &form);
-    /// What the player is at, to mark its row; empty when the host does not say.
+    CtlResult<QList<VeskRoles>> callRows(const QVariantHash &params, const QStringList &roles);
+    CtlResult<> print(const CMPath &path, const CtlPlace &place, const ListForm &form);
+    CtlResult<> printAsJson(const CMPath &path, const CtlPlace &place, const ListForm &form);
+    /// The player's state, to mark its row; empty when the host returns an error.
     QVariantHash player();
 
     HostSession &m_session;
 };
-
-/// A row's \a values under the names of the \a roles that were asked for.
-VeskRoles namedRoles(const QStringList &roles, const QVariantList &values);

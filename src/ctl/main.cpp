@@ -21,7 +21,8 @@ int end(const CtlCommandLine &commandLine, const CtlTerminal &terminal)
                      << (commandLine.text.endsWith(QLatin1Char('\n')) ? "" : "\n") << std::flush;
         return commandLine.status;
     }
-    HostSession(commandLine.options, terminal).fail(CtlStatus::BadUsage, commandLine.text);
+    static_cast<void>(
+        HostSession(commandLine.options, terminal).fail(CtlStatus::BadUsage, commandLine.text));
     return commandLine.status;
 }
 
@@ -46,7 +47,7 @@ int main(int argc, char **argv)
     if (!commandLine.run)
         return end(commandLine, terminal);
     HostSession session(commandLine.options, terminal);
-    const CtlStatus status = commandLine.run(session);
+    const CtlResult<> result = commandLine.run(session);
     std::cout.flush();
-    return static_cast<int>(status);
+    return result ? 0 : static_cast<int>(result.error());
 }

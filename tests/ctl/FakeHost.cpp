@@ -224,14 +224,15 @@ Outcome run(const QString &url, const QStringList &arguments, const Surroundings
     terminal.memory = around.memory;
     terminal.name = around.terminal;
     terminal.catalogues = around.catalogues;
-    CtlStatus status = CtlStatus::Success;
+    int status = 0;
     {
         HostSession session(line.options, terminal);
-        status = line.run(session);
+        if (const CtlResult<> result = line.run(session); !result)
+            status = static_cast<int>(result.error());
     }
     ::close(pipe[0]);
     Language::setCurrent(QStringLiteral("en"), {});
-    return {static_cast<int>(status), out.str(), errors.str()};
+    return {status, out.str(), errors.str()};
 }
 
 QStringList words(const char *text)

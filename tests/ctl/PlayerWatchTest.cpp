@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include <csignal>
+#include <optional>
 #include <sstream>
 #include <unistd.h>
 
@@ -22,12 +23,13 @@ QByteArray change(const char *title)
 }
 
 struct Watched {
-    CtlStatus status;
+    /// How the watch failed, if it did.
+    std::optional<CtlStatus> failure;
     QString titles;
     std::string errors;
 };
 
-/// Watches until that many states came; \a each is called with each of them.
+/// Watches until that many states have arrived; \a each is called for each of them.
 Watched watch(
     const QString &url, int count, const std::function<void()> &each = {}, int output = -1)
 {
@@ -45,8 +47,9 @@ Watched watch(
             each();
         return titles.size() < count;
     });
-    const CtlStatus status = playerWatch.run();
-    return {status, titles.join(QLatin1Char(' ')), errors.str()};
+    const CtlResult<> result = playerWatch.run();
+    return {result ? std::nullopt : std::optional(result.error()), titles.join(QLatin1Char(' ')),
+        errors.str()};
 }
 
 TEST(PlayerWatchTest, ShowsTheStateAndEachChange)
@@ -54,13 +57,13 @@ TEST(PlayerWatchTest, ShowsTheStateAndEachChange)
     FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
     host.setNotifications(StateCall, {change("b"), change("c")});
     const Watched watched = watch(host.url(), 3);
-    EXPECT_EQ(watched.status, CtlStatus::Success);
+    EXPECT_FALSE(watched.failure);
     EXPECT_EQ(watched.titles, QStringLiteral("a b c"));
     EXPECT_EQ(watched.errors, "");
     EXPECT_EQ(host.asked(), QStringList {StateCall});
 }
 
-TEST(PlayerWatchTest, PassesOverWhatIsNoNews)
+TEST(PlayerWatchTest, IgnoresOtherMessages)
 {
     FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
     host.setNotifications(StateCall,
@@ -70,23 +73,23 @@ TEST(PlayerWatchTest, PassesOverWhatIsNoNews)
     EXPECT_EQ(watch(host.url(), 2).titles, QStringLiteral("a b"));
 }
 
-TEST(PlayerWatchTest, AHostThatDoesNotTellIsAFailure)
+TEST(PlayerWatchTest, FailsWithTheHostsError)
 {
     FakeHost host({{StateCall, R"("error":{"code":-32601,"message":"No."})"}});
     const Watched watched = watch(host.url(), 1);
-    EXPECT_EQ(watched.status, CtlStatus::Failed);
+    EXPECT_EQ(watched.failure, CtlStatus::Failed);
     EXPECT_EQ(watched.errors, "veskctl: No.\n");
 }
 
-TEST(PlayerWatchTest, WhoNeverTellsAStateIsNoHost)
+TEST(PlayerWatchTest, FailsWithoutAHostAtTheStart)
 {
     FakeHost host;
     host.setClosing(StateCall, 1000);
-    EXPECT_EQ(watch(host.url(), 1).status, CtlStatus::NoHost);
-    EXPECT_EQ(watch(QStringLiteral("http://127.0.0.1:1/"), 1).status, CtlStatus::NoHost);
+    EXPECT_EQ(watch(host.url(), 1).failure, CtlStatus::NoHost);
+    EXPECT_EQ(watch(QStringLiteral("http://127.0.0.1:1/"), 1).failure, CtlStatus::NoHost);
 }
 
-TEST(PlayerWatchTest, WhoDoesNotSpeakTheProtocolIsGone)
+TEST(PlayerWatchTest, ReconnectsWhenTheHostSendsNoJsonRpc)
 {
     for (const char *nonsense : {"{", "[]", "null", "{}", "\"\""}) {
         FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
@@ -97,7 +100,7 @@ TEST(PlayerWatchTest, WhoDoesNotSpeakTheProtocolIsGone)
     }
 }
 
-TEST(PlayerWatchTest, ComesBackToAHostThatWasGone)
+TEST(PlayerWatchTest, ReconnectsWhenTheHostIsBack)
 {
     FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
     host.setNotifications(StateCall, {"no host any more"});
@@ -109,29 +112,29 @@ TEST(PlayerWatchTest, ComesBackToAHostThatWasGone)
         host.setClosing(StateCall, 1);
         host.setNotifications(StateCall, {change("b")});
     });
-    EXPECT_EQ(watched.status, CtlStatus::Success);
+    EXPECT_FALSE(watched.failure);
     EXPECT_EQ(watched.titles, QStringLiteral("a a b"));
     EXPECT_EQ(watched.errors, "veskctl: the host is gone; waiting until it is back\n");
 }
 
-TEST(PlayerWatchTest, EndsBySignal)
+TEST(PlayerWatchTest, EndsOnASignal)
 {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
         const Watched watched = watch(host.url(), 1000, [signal] { ::raise(signal); });
-        EXPECT_EQ(watched.status, CtlStatus::Success);
+        EXPECT_FALSE(watched.failure);
         EXPECT_EQ(watched.titles, QStringLiteral("a"));
     }
 }
 
-TEST(PlayerWatchTest, EndsWhenTheReaderOfItsOutputGoes)
+TEST(PlayerWatchTest, EndsWhenItsOutputIsClosed)
 {
     int pipe[2] = {-1, -1};
     ASSERT_EQ(::pipe(pipe), 0);
     FakeHost host({{StateCall, R"("result":{"title":"a"})"}});
     const Watched watched = watch(
         host.url(), 1000, [&pipe] { ::close(pipe[0]); }, pipe[1]);
-    EXPECT_EQ(watched.status, CtlStatus::Success);
+    EXPECT_FALSE(watched.failure);
     EXPECT_EQ(watched.titles, QStringLiteral("a"));
     ::close(pipe[1]);
 }

@@ -91,6 +91,22 @@ CommandOption Command::addOption(
     return CommandOption(m_app->add_option(names, into, description));
 }
 
+CommandOption Command::addOption(const char *names, QString &into, const char *description)
+{
+    const auto take = [&into](const std::string &text) { into = QString::fromStdString(text); };
+    return CommandOption(m_app->add_option_function<std::string>(names, take, description));
+}
+
+CommandOption Command::addOption(const char *names, QStringList &into, const char *description)
+{
+    const auto take = [&into](const std::vector<std::string> &texts) {
+        for (const std::string &text : texts)
+            into.append(QString::fromStdString(text));
+    };
+    return CommandOption(
+        m_app->add_option_function<std::vector<std::string>>(names, take, description));
+}
+
 CommandOption Command::addOption(const char *names, int &into, const char *description)
 {
     return CommandOption(m_app->add_option(names, into, description));

@@ -73,6 +73,8 @@ public:
         const char *names, std::optional<std::string> &into, const char *description);
     CommandOption addOption(
         const char *names, std::vector<std::string> &into, const char *description);
+    CommandOption addOption(const char *names, QString &into, const char *description);
+    CommandOption addOption(const char *names, QStringList &into, const char *description);
     CommandOption addOption(const char *names, int &into, const char *description);
     CommandOption addOption(const char *names, unsigned &into, const char *description);
     CommandOption addOption(const char *names, double &into, const char *description);
