@@ -27,7 +27,7 @@ Script redirect(const QByteArray &to)
     return refusal(302, "Location: " + to + "\r\n");
 }
 
-/// A live stream in chunks, of which the last is none.
+/// A live stream in chunks, of which the last is malformed.
 Step brokenChunks(double seconds)
 {
     return [seconds](Line &line) {
@@ -85,7 +85,7 @@ std::vector<Fault> answerFaults()
             }},
         {"redirect loop", told("address to address|redirect").connecting(200), 40,
             [] { return always(redirect("http://radio.test/")); }},
-        // Not a matter of too many addresses: these say what is wrong.
+        // Not "too many redirects": each of these is reported for what it is.
         {"redirect to a file", told("^(?!.*address to address)"), 40,
             [] { return always(redirect("file:///etc/passwd")); }},
         {"https leads to http", told("safe|secure|encrypt"), 40,
@@ -173,7 +173,7 @@ std::vector<Fault> answerFaults()
                 return Site {{{"/",
                     {{head("audio/mpeg", "Content-Encoding: gzip\r\n"), live(media::mp3())}}}}};
             }},
-        // A quarter of the audio is taken for titles.
+        // The player takes a quarter of the audio for titles.
         {"ICY metadata where there is none", sounds().silentFor(3), 25,
             [] {
                 return always({head("audio/mpeg", "icy-metaint: 16000\r\n"), live(media::mp3())});

@@ -7,14 +7,14 @@ using namespace script;
 
 namespace {
 
-constexpr double Rate = 40000; ///< bytes a second of what has no rate of its own
+constexpr double Rate = 40000; ///< bytes a second, for content without a rate of its own
 
 Site always(const Script &script)
 {
     return {{{"/", {script}}}};
 }
 
-/// One kind of audio, and after some seconds another in the same connection.
+/// One kind of audio, then after some seconds another on the same connection.
 Site turningInto(const Media &first, const Media &second)
 {
     return always({head(), live(first, 8), live(second)});

@@ -13,13 +13,13 @@ Script healthy()
     return {head(), live(media::mp3())};
 }
 
-/// A stream whose first connection does \a first; every later one is in order.
+/// A stream whose first connection runs \a first; every later one is healthy.
 Site healedAfter(const Script &first)
 {
     return {{{"/", {first, healthy()}}}};
 }
 
-/// A stream that breaks after eight seconds, with four seconds of sound ahead.
+/// A stream that breaks after eight seconds, with four seconds of sound buffered.
 Site brokenBy(const Step &end)
 {
     return healedAfter({head(), live(media::mp3(), 8), end});
@@ -95,7 +95,7 @@ std::vector<Fault> connectionFaults()
                 const Script stalling {head(), live(media::mp3(), 8), stall()};
                 return Site {{{"/", {stalling, stalling, healthy()}}}};
             }},
-        // Bytes go on coming, so it is the silence after what is ahead that tells.
+        // Bytes keep arriving, so the fault shows only as silence once the buffer is empty.
         {"a trickle in mid-stream", sounds().silentFor(13).noticedIn(16), 40,
             [] {
                 return healedAfter({head(), live(media::mp3(), 8),
@@ -134,7 +134,7 @@ std::vector<Fault> connectionFaults()
             true},
         {"an episode breaks off", sounds(), 30,
             [] {
-                // A minute and a half, of which the server sends the rest by ranges or all anew.
+                // 90 seconds; the server resumes by ranges or sends everything again.
                 QByteArray episode;
                 while (episode.size() < 90 * 16000)
                     episode += media::mp3().bytes;

@@ -13,13 +13,13 @@
 
 class Stage;
 
-/// How a fault is to end for the listener, without anybody's doing.
+/// How a fault must end for the listener, without any action by the user.
 enum class Ending {
     Sound, ///< It is heard at the end of the watch.
-    Told, ///< It ends with an error, in words.
-    SoundOrTold, ///< Any of these and of Trying: what can be made of it depends on the decoder.
-    Ended, ///< It ends, and that is no error.
-    Trying, ///< It says what is wrong, in words, and goes on trying.
+    Told, ///< It ends with an error message.
+    SoundOrTold, ///< Any of these or Trying: the decoder decides.
+    Ended, ///< It ends without an error.
+    Trying, ///< It reports the problem and keeps trying.
 };
 
 /// What is expected of the player; the rest is the same for all faults (see Trial).
@@ -28,12 +28,12 @@ struct Expected {
     static constexpr double Noticed = 10;
 
     Ending ending = Ending::Sound;
-    double toSound = 8; ///< seconds from the wish to play
+    double toSound = 8; ///< seconds from the play request
     double silence = 1; ///< seconds, the longest after the first sound
     double told = 35; ///< seconds until it ends with an error
-    double noticed = Noticed; ///< seconds until something is done about it
-    const char *words = "."; ///< a regular expression that the error or the problem fits
-    int connects = 60; ///< most that its servers see
+    double noticed = Noticed; ///< seconds until the player reacts
+    const char *words = "."; ///< a regular expression that the error or the problem matches
+    int connects = 60; ///< the most that its servers accept
 
     Expected within(double seconds) const;
     Expected silentFor(double seconds) const;
@@ -46,20 +46,20 @@ Expected told(const char *words);
 Expected soundsOrTold();
 Expected triesOn(const char *words);
 
-/// Something that is done at a moment of the watch.
+/// An action at some moment of the watch.
 struct Action {
-    double at; ///< seconds from the wish to play
+    double at; ///< seconds from the play request
     std::function<void(Stage &stage)> act;
 };
 
-/// What there is to play: a stream at http://radio.test/, whose server is a table of scripts, or
-/// what the local directory finds.
+/// What is played: a stream at http://radio.test/, whose server runs a table of scripts, or a
+/// search result of the local directory.
 struct Site {
     Pages pages;
     Pages moved {}; ///< of http://moved.test/
     QByteArray url = "http://radio.test/";
     bool live = true;
-    const char *search = nullptr; ///< plays the first thing found, in place of the address
+    const char *search = nullptr; ///< plays the first result, in place of the URL
     std::vector<Action> actions {};
     /// https://safe.test/ leads to http://radio.test/.
     bool safe = false;
@@ -67,7 +67,7 @@ struct Site {
     std::vector<QByteArray> forbidden {};
 };
 
-/// A row of the table: what goes wrong and what is to become of it.
+/// A row of the table: a fault and what is expected of the player.
 struct Fault {
     const char *name;
     Expected expected;

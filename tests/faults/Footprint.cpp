@@ -12,7 +12,7 @@
 
 namespace {
 
-/// The number after a name in one of /proc's files of lines; 0 when there is none.
+/// The number after \a name in a file of /proc that has one entry per line; 0 without one.
 int numberIn(const QString &file, const QByteArray &name)
 {
     QFile lines(file);

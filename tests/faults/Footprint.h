@@ -7,10 +7,10 @@
 
 #include <string>
 
-/// What a host and the processes that it started take of the machine.
+/// The resources that a host and its child processes use.
 struct Footprint {
     int hostKilobytes = 0; ///< resident
-    int hostShare = 0; ///< resident, each shared page counted in part; 0 where nobody tells
+    int hostShare = 0; ///< proportional set size; 0 where the kernel does not report it
     int hostDescriptors = 0;
     int hostThreads = 0;
     int children = 0;
@@ -20,7 +20,7 @@ struct Footprint {
     int childrenThreads = 0;
 
     static Footprint of(qint64 pid);
-    /// Comma-separated, and the names of that.
+    /// Comma-separated values, and their header line.
     std::string line() const;
     static std::string names();
 };

@@ -19,7 +19,7 @@ Site directory(std::vector<Action> actions, const char *search = Station)
     return site;
 }
 
-/// A fault of the directory that concerns what plays.
+/// A fault of the directory that affects the stream that plays.
 Action streamFault(double at, const QByteArray &fault)
 {
     return {at, [fault](Stage &stage) {
@@ -28,7 +28,7 @@ Action streamFault(double at, const QByteArray &fault)
             }};
 }
 
-/// One that what plays should not notice.
+/// A fault that should not affect the stream that plays.
 Action otherFault(double at, const QByteArray &fault)
 {
     return {at, [fault](Stage &stage) { stage.setFault(fault); }};

@@ -21,13 +21,13 @@ const QList<QByteArray> &segmentBytes()
     return pieces;
 }
 
-/// What a live playlist looks like at some age.
+/// The content of a live playlist at some age.
 struct Live {
     int first = 0; ///< number of the first segment
     bool ended = false;
-    QByteArray prefix = "s"; ///< of the segments' addresses
+    QByteArray prefix = "s"; ///< of the segments' URLs
     QByteArray more {}; ///< lines before the segments
-    int discontinuity = -1; ///< the number of a segment that begins something else
+    int discontinuity = -1; ///< the number of the first segment of other content
 
     QByteArray text() const
     {
@@ -58,7 +58,7 @@ Script segment(int number)
     return {answer(200, segmentBytes().at(number % segmentBytes().size()), "audio/aac")};
 }
 
-/// A station whose playlist is \a text of its age, with segments for two minutes.
+/// A station whose playlist is \a text(age), with segments for two minutes.
 Site station(const std::function<QByteArray(double age)> &text)
 {
     Site site;
@@ -73,7 +73,7 @@ QByteArray healthyText(double age)
     return Live {firstAt(age)}.text();
 }
 
-/// From eight to sixteen seconds of age the playlist is what \a text makes of it.
+/// From eight to sixteen seconds of age the playlist is \a text(age).
 Site troubled(const std::function<QByteArray(double age)> &text)
 {
     return station(
@@ -86,7 +86,7 @@ QByteArray variants()
            "#EXT-X-STREAM-INF:BANDWIDTH=64000\nother\n";
 }
 
-/// A station with two variants; the better one is only there until some age.
+/// A station with two variants, of which the better one disappears at some age.
 Site withVariants(double bestUntil)
 {
     Site site = station(healthyText);
@@ -100,7 +100,7 @@ Site withVariants(double bestUntil)
     return site;
 }
 
-/// A file that would be heard if somebody opened it.
+/// The URL of a local file that would be audible if the player opened it.
 QByteArray audibleFile()
 {
     static const QTemporaryDir folder;
@@ -257,7 +257,7 @@ std::vector<Fault> liveStreamingFaults()
                 return site;
             }},
     };
-    // A playlist of two seconds' segments takes less than two requests a second.
+    // A playlist with segments of two seconds needs fewer than two requests a second.
     for (Fault &fault : faults)
         fault.expected = fault.expected.connecting(fault.seconds * 2);
     return faults;

@@ -25,7 +25,7 @@ Media tone(const char *encoder, int seconds, int rate)
     return media;
 }
 
-/// Calls \a take with the place and length of each ADTS frame.
+/// Calls \a take with the offset and length of each ADTS frame.
 void forEachFrame(const QByteArray &adts, const std::function<void(int at, int size)> &take)
 {
     const auto byte = [&](int at) { return static_cast<unsigned char>(adts.at(at)); };
@@ -140,7 +140,7 @@ QList<QByteArray> segments(const Media &adts)
             pieces.append(QByteArray());
         pieces.last() += adts.bytes.mid(at, size);
     });
-    // The last one is short.
+    // The last piece is shorter.
     pieces.removeLast();
     return pieces;
 }
@@ -174,7 +174,8 @@ QByteArray wavHead(int channels)
 
 QByteArray hugeMatroskaHead()
 {
-    // EBML head with the document's type; a segment of unknown length; in it tracks of a gigabyte.
+    // An EBML header with the document's type, then a segment of unknown length with a Tracks
+    // element of a gigabyte.
     return QByteArray::fromHex("1a45dfa3"
                                "8b"
                                "4282"
@@ -191,7 +192,7 @@ QByteArray hugeMatroskaHead()
 
 QByteArray hugeFlacHead()
 {
-    // "fLaC" with the stream's description as it is, then the longest picture there can be.
+    // "fLaC" with a valid STREAMINFO block, then a PICTURE block of the greatest possible length.
     return flac().bytes.left(4) + '\0' + flac().bytes.mid(5, 37) + QByteArray::fromHex("06ffffff");
 }
 

@@ -7,8 +7,7 @@
 #include <QList>
 
 /// \file
-/// What stations send in the table of faults: a tone, encoded when it is first asked for. Any
-/// thread.
+/// The audio that the faults' stations send: a tone, encoded on first use. Any thread.
 
 struct Media {
     QByteArray bytes;
@@ -29,12 +28,12 @@ const Media &aacHalfRate();
 const Media &vorbis();
 const Media &flac();
 
-/// ADTS whose frames keep their heads; what is in them is random or nothing.
+/// ADTS whose frames have valid headers around random or zero bytes.
 Media scrambledAac();
 Media zeroedAac();
-/// ADTS that claims to be of a profile which decoders do not know.
+/// ADTS with a profile that decoders do not support.
 Media oddProfileAac();
-/// With one byte in \a every changed, after the first \a kept; always the same.
+/// With one byte in \a every changed, after the first \a kept; deterministic.
 Media mutated(const Media &media, int every, int kept = 0);
 /// Pieces of ADTS of two seconds each, for HLS.
 QList<QByteArray> segments(const Media &adts);
@@ -46,7 +45,7 @@ QByteArray wavHead(int channels);
 QByteArray hugeMatroskaHead();
 /// The head of a FLAC file with a picture of 16 MiB.
 QByteArray hugeFlacHead();
-/// An ID3 tag's head that promises that many bytes.
+/// The header of an ID3 tag that announces that many bytes.
 QByteArray id3Head(int size);
 QByteArray midi();
 /// A module file with a sample and a pattern.

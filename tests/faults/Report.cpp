@@ -45,7 +45,7 @@ const char *nameOf(Ending ending)
     return "";
 }
 
-/// The last of what was told says what is the matter in the end.
+/// The last message is the one that describes the final state.
 std::string toldShort(const Result &result)
 {
     return result.figures.told.empty() ? "" : result.figures.told.back();

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// \file
-/// What the trials showed, for people: Markdown.
+/// The results of the trials as Markdown.
 
 /// A table with a row for each fault.
 std::string tableOf(const std::vector<Result> &results);
@@ -22,5 +22,5 @@ struct Goal {
     bool reached;
 };
 
-/// What all faults together must show, from the trials that were made.
+/// The goals over all faults, as far as the trials that ran allow.
 std::vector<Goal> goalsOf(const std::vector<Result> &results);

@@ -66,7 +66,7 @@ Step liveWithTitles(const Media &media, int interval, const QByteArray &title)
     const int blocks = (title.size() + 15) / 16;
     const QByteArray block = static_cast<char>(blocks) + title.leftJustified(16 * blocks, '\0');
     Media mixed;
-    // A whole number of rounds, so that the intervals go on where the bytes begin anew.
+    // A whole number of intervals, so that they stay aligned when the bytes repeat.
     for (int at = 0; at + interval <= media.bytes.size(); at += interval)
         mixed.bytes += media.bytes.mid(at, interval) + block;
     mixed.seconds = (media.bytes.size() / interval) * interval / media.bytesPerSecond();

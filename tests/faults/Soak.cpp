@@ -18,10 +18,10 @@ namespace {
 constexpr double SampleEvery = 30;
 constexpr double SlowAnswer = 2;
 constexpr long PatienceMs = 10000;
-/// A host that leaves so many questions unanswered is dead.
+/// A host that leaves this many requests unanswered in a row counts as dead.
 constexpr int MostUnanswered = 3;
 constexpr double ToSound = 8;
-/// What was closed is gone after this.
+/// How long closed connections may take to disappear.
 constexpr std::chrono::milliseconds Settling {2000};
 
 double seconds(Clock::duration time)
@@ -29,7 +29,7 @@ double seconds(Clock::duration time)
     return std::chrono::duration<double>(time).count();
 }
 
-/// The directory's stations with a way to sound.
+/// The directory's stations that have a playable stream.
 constexpr std::array<const char *, 9> Stations {"trial%2001", "trial%2002", "trial%2007",
     "trial%2008", "trial%2009", "trial%2010", "trial%2014", "trial%2015", "trial%2016"};
 
@@ -94,7 +94,7 @@ double Soak::elapsed() const
 
 void Soak::run(double length)
 {
-    // How often each is done, out of all.
+    // The weights of the actions.
     constexpr std::array<Deed, 12> Deeds {&Soak::switchStation, &Soak::switchStation,
         &Soak::switchStation, &Soak::switchStation, &Soak::playBadStream, &Soak::playBadStream,
         &Soak::pauseAndResume, &Soak::disturbDirectory, &Soak::disturbDirectory, &Soak::killProcess,
@@ -180,7 +180,7 @@ void Soak::disturbDirectory()
 
 void Soak::killProcess()
 {
-    // Often enough; a process that is killed all the time shows nothing but its start.
+    // Rarely enough: a process that is killed all the time only shows its start.
     if (m_random() % 2 == 0)
         return;
     const std::vector<qint64> children = childrenOf(m_stage.pid());
@@ -210,7 +210,7 @@ void Soak::churnClients()
     }
 }
 
-/// With everything in order again a station must be heard.
+/// Without a fault a station must be heard.
 void Soak::checkHealthy()
 {
     m_stage.clearFaults();

@@ -10,9 +10,9 @@
 #include <random>
 #include <vector>
 
-/// A long run of one host: stations are switched and paused, streams and the directory go wrong,
-/// processes are killed, clients come and go. Every half minute everything stops for a moment, and
-/// what the host takes of the machine is written down: only such moments can be compared.
+/// A long run of one host: stations are switched and paused, streams and the directory fail,
+/// processes are killed, clients come and go. Every half minute everything stops for a moment while
+/// the host's footprint is recorded: only such moments can be compared.
 class Soak {
 public:
     struct Counts {
@@ -33,14 +33,14 @@ public:
         Footprint footprint;
     };
 
-    /// Does the same for the same \a seed, as far as time allows. Writes samples to \a csv as they
-    /// come.
+    /// The same \a seed gives the same actions, as far as timing allows. Appends samples to \a csv
+    /// as they are taken.
     Soak(const QString &folder, unsigned seed, std::FILE *csv);
 
     bool isUp() const { return m_stage.isUp(); }
-    /// Returns sooner when the host is gone, or has stopped answering.
+    /// Returns early when the host has ended or stopped answering.
     void run(double seconds);
-    /// The host's end; what was wrong with it.
+    /// Ends the host; returns what was wrong with its end.
     std::string end();
 
     const Counts &counts() const { return m_counts; }
@@ -70,6 +70,6 @@ private:
     std::FILE *const m_csv;
     const Clock::time_point m_begin = Clock::now();
     Counts m_counts;
-    int m_unanswered = 0; ///< one after the other
+    int m_unanswered = 0; ///< in a row
     std::vector<Sample> m_samples;
 };

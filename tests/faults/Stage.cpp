@@ -19,7 +19,7 @@ QString connectTo(const char *host, const char *port, quint16 to)
     return text(host) + text(":") + text(port) + text(":127.0.0.1:") + QString::number(to);
 }
 
-/// Beside the fault there is always a healthy stream.
+/// Beside the fault every site has a healthy stream.
 Pages withHealthyStream(Pages pages)
 {
     pages["/healthy"] = {{script::head(), script::live(media::mp3())}};
@@ -28,7 +28,7 @@ Pages withHealthyStream(Pages pages)
 
 } // namespace
 
-/// https://safe.test/ with a certificate of its own; leads to what is not safe.
+/// https://safe.test/ with a certificate of its own, which redirects to plain HTTP.
 class SafeServer {
 public:
     QStringList arguments() const
@@ -68,7 +68,7 @@ QStringList Stage::arguments(const QString &folder, const QStringList &more) con
         connectTo("moved.test", "80", m_moved.port()),
         // Nothing listens on the first port.
         text("--connect-to"), connectTo("refused.test", "80", 1),
-        // A label of more than 63 letters, which no name server is asked for.
+        // A label of more than 63 letters (RFC 1035, 2.3.4) never reaches a name server.
         text("--connect-to"),
         text("nameless.test:80:") + QString(64, QLatin1Char('a')) + text(".test:80")};
     if (m_safe)

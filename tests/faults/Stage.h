@@ -13,11 +13,11 @@
 
 class SafeServer;
 
-/// Where a fault is played out: a host of its own with the local directory and the servers of the
-/// fault's site. On the thread of its trial.
+/// The environment of one trial: a host of its own, the local directory and the servers of the
+/// fault's site. Trial's thread only.
 class Stage {
 public:
-    /// \a folder gets the host's log and what was heard; \a more are added to its arguments.
+    /// The host's log and the recording go to \a folder; \a more are added to the host's arguments.
     Stage(const Site &site, const QString &folder, const QStringList &more = {});
     ~Stage();
 
@@ -27,28 +27,29 @@ public:
     const QString &wav() const { return m_wav; }
     qint64 pid() const { return m_product.host().processId(); }
 
-    /// Plays what the site offers, or another address of its server.
+    /// Plays the site's stream, or another URL of its server.
     void play(const Site &site, const HostLink &link) const;
     void play(const QByteArray &url, bool live, const HostLink &link) const;
 
-    /// Makes the directory misbehave.
+    /// Sets a fault of the directory.
     void setFault(const QByteArray &fault);
     void clearFaults() { m_product.clearFaults(); }
-    /// Sends the host's children whose command line holds \a name a signal; to all without one.
+    /// Sends a signal to the host's children whose command line contains \a name; without one to
+    /// all.
     void signalChildren(int number, const QByteArray &name = {});
-    /// From here on something is wrong that must be noticed.
+    /// Marks the moment of a fault that the player must notice.
     void markFault() { m_faults.push_back(Clock::now()); }
 
-    /// Connections to the servers, those of the directory's streams included, and when something
-    /// was done wrong, in their order.
+    /// Connections to the servers, including those of the directory's streams, and the moments of
+    /// faults, in order.
     std::vector<Clock::time_point> arrivals() const;
     std::vector<Clock::time_point> faults() const;
     bool wasAskedFor(const std::vector<QByteArray> &paths) const;
-    /// Looks for new requests in the directory's log.
+    /// Reads new requests from the directory's log.
     void look();
-    /// Ends the host; what is wrong with how it ended.
+    /// Ends the host; returns what was wrong with its end.
     std::string end();
-    /// Ends a host that does not answer any more.
+    /// Kills a host that no longer answers.
     void kill();
 
 private:

@@ -123,7 +123,7 @@ public:
     void close() override
     {
         shutdown(m_socket, SHUT_WR);
-        // Until the other side has taken what was sent.
+        // Until the peer has received what was sent.
         char bytes[4096];
         while (ready(POLLIN, 2000) && recv(m_socket, bytes, sizeof bytes, MSG_DONTWAIT) > 0) { }
     }
@@ -163,12 +163,12 @@ public:
     }
 
 private:
-    /// Waits for \a events, or for so many milliseconds when there are none.
+    /// Waits for \a events, or without any for that many milliseconds.
     bool ready(short events, int milliseconds)
     {
         pollfd waits[]
             = {{m_socket, static_cast<short>(events | POLLRDHUP), 0}, {m_server.stop, POLLIN, 0}};
-        // A server that is away lets go of everything.
+        // A server that is away drops its connections.
         const Clock::time_point begin = Clock::now();
         for (;;) {
             const int count = poll(waits, 2, milliseconds < 0 ? 100 : std::min(milliseconds, 100));
@@ -223,7 +223,7 @@ void StreamingServer::Private::acceptAll()
     }
 }
 
-/// Only the acceptor adds and removes peers, so none can vanish under it.
+/// Only the acceptor adds and removes peers, so none can disappear while it waits for one.
 void StreamingServer::Private::joinFinished()
 {
     std::list<Peer> done;

@@ -14,12 +14,12 @@
 namespace {
 
 constexpr std::chrono::milliseconds Tick {100};
-/// Sound within this much of a moment is sound at the moment.
+/// Samples within this many seconds of a moment count as sound at that moment.
 constexpr double SoundWithin = 1.5;
 constexpr double HealthyToSound = 5;
 constexpr double SlowestAnswer = 2;
 constexpr double MostMegabytes = 300;
-/// A host that takes this much is ended before the machine suffers.
+/// A host that uses this much memory is killed before the machine suffers.
 constexpr double TooManyMegabytes = 1200;
 
 double seconds(Clock::duration time)
@@ -78,8 +78,8 @@ double falsePlaying(const Watch &watch)
     return longest;
 }
 
-/// From each fault to what was done about it first: a new connection, or another state than
-/// "playing" with words.
+/// The longest time from a fault to the first reaction: a new connection, or a state other than
+/// "playing" with a message.
 double longestUnnoticed(const Stage &stage, const Watch &watch)
 {
     double longest = -1;
@@ -113,7 +113,7 @@ std::vector<std::string> wordsOf(const Watch &watch)
     return told;
 }
 
-/// When the play was over; before it begins the state is the same.
+/// When the play was over. The state before its start is the same.
 std::optional<Clock::time_point> timeOfEnd(const Watch &watch)
 {
     bool begun = false;
@@ -139,7 +139,7 @@ Figures measure(const Stage &stage, const Watch &watch)
     if (!loud.empty()) {
         figures.toSound = seconds(loud.front() - watch.begin());
         figures.soundsAtEnd = seconds(end - loud.back()) < SoundWithin;
-        // What is over is no silence any more.
+        // After the end silence no longer counts.
         loud.push_back(std::max(over, loud.back()));
         figures.silence = longestGap(loud);
     }
@@ -192,7 +192,7 @@ private:
         const bool said = wasSaid(m_figures.told, m_expected.words);
         switch (m_expected.ending) {
         case Ending::SoundOrTold:
-            // What was heard once is not given up.
+            // A stream that has played is never given up.
             if (sounds || (!over && m_figures.toSound >= 0 && said))
                 return;
             [[fallthrough]];
@@ -236,7 +236,7 @@ private:
     std::vector<std::string> m_failures;
 };
 
-/// Lets the watch take its time; ends it early once the play is over for good.
+/// Waits for the end of the watch, or until the play is over for good.
 void wait(const Fault &fault, const Site &site, Stage &stage, const Watch &watch)
 {
     std::size_t done = 0;
@@ -253,7 +253,7 @@ void wait(const Fault &fault, const Site &site, Stage &stage, const Watch &watch
     }
 }
 
-/// Whether the host goes on after all that: it stops, and plays a stream that is in order.
+/// What is wrong with the host after the fault: it must stop, and play a healthy stream.
 std::string goesOn(Stage &stage, const HostLink &link)
 {
     if (link.call("player.stop", {}, 2000).isEmpty())

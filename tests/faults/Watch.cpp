@@ -19,10 +19,10 @@ namespace {
 constexpr std::chrono::milliseconds SamplesTick {10};
 constexpr std::chrono::milliseconds StateTick {50};
 constexpr std::chrono::milliseconds MemoryTick {500};
-/// A host that takes longer is taken for dead.
+/// A host that takes longer to respond counts as dead.
 constexpr long PatienceMs = 5000;
 constexpr int WavHead = 44;
-/// Of 32768; what decoders leave of silence is less.
+/// Of 32768. Decoded silence stays below this.
 constexpr int LoudSample = 100;
 
 double seconds(Clock::duration time)
@@ -98,13 +98,13 @@ void Watch::stop()
 
 void Watch::watchSamples(const QString &wav)
 {
-    // What an earlier play left does not count.
+    // The samples of an earlier play do not count.
     qint64 seen = std::max<qint64>(WavHead, QFileInfo(wav).size());
     for (; !m_stop; std::this_thread::sleep_for(SamplesTick)) {
         QFile file(wav);
         if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             continue;
-        // Each play writes the file anew.
+        // Each play truncates the file.
         if (file.size() < seen)
             seen = WavHead;
         if (file.size() <= seen || !file.seek(seen))

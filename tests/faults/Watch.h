@@ -15,20 +15,20 @@
 #include <thread>
 #include <vector>
 
-/// Asks a host over JSON-RPC and never waits longer than it is told to. Any thread.
+/// Calls a host over JSON-RPC, with a time limit for each call. Any thread.
 class HostLink {
 public:
     explicit HostLink(const QString &url);
 
-    /// The whole answer; empty when none came in time.
+    /// The whole response; empty after the time limit.
     QVariantHash call(const char *method, const QVariantHash &params, long milliseconds) const;
 
 private:
     const QByteArray m_url;
 };
 
-/// What a play did, second by second: what was written to the output, a WAV file that grows in real
-/// time, and what the player said. Looks by itself, on threads of its own.
+/// Records a play over time: the samples in its output, a WAV file that grows in real time, and the
+/// player's states. Polls on threads of its own.
 class Watch {
 public:
     struct Samples {
@@ -42,7 +42,7 @@ public:
         QString problem;
     };
 
-    /// Of the host with process \a pid, whose output is \a wav.
+    /// Watches the host with process \a pid, whose output is \a wav.
     Watch(const QString &url, const QString &wav, qint64 pid);
     ~Watch();
 
@@ -50,11 +50,11 @@ public:
     std::vector<Samples> samples() const;
     std::vector<State> states() const;
     State lastState() const;
-    /// The longest that the host took for an answer.
+    /// The longest time that the host took for a response.
     double slowestAnswer() const;
-    /// The most memory that host and children had resident together.
+    /// The most resident memory of the host and its children together.
     double megabytes() const;
-    /// Ends it; what was seen stays.
+    /// Stops watching; the records stay.
     void stop();
 
 private:
@@ -74,6 +74,6 @@ private:
     std::thread m_stateThread;
 };
 
-/// The processes that \a pid started, and theirs.
+/// All descendants of process \a pid.
 std::vector<qint64> childrenOf(qint64 pid);
 double residentMegabytes(qint64 pid);

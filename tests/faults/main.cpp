@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// Plays faults out, several side by side, and prints the table of what was measured; the exit
+/// Runs the trials of faults, several at a time, and prints a table of the measurements. The exit
 /// status is 0 when all goals are reached.
 #include "api/core/Mutex.h"
 #include "base/cli/CommandLine.h"
@@ -45,7 +45,7 @@ std::vector<Fault> chosenFaults(const Options &options)
     return chosen;
 }
 
-/// The trials of all \a faults, in their order; \a folder gets a folder for each.
+/// The results of all \a faults, in their order; each gets a folder inside \a folder.
 std::vector<Result> playAll(const std::vector<Fault> &faults, int jobs, const QString &folder)
 {
     std::vector<Result> results(faults.size());

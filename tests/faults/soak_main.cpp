@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// A long run of one host, its figures, and the verdict: the exit status is 0 when the host stayed,
-/// answered, played, and took no more in the end than in the beginning.
+/// A long run of one host, its figures, and the verdict: the exit status is 0 when the host stayed
+/// up, answered, played, and used no more resources at the end than at the start.
 #include "base/cli/CommandLine.h"
 #include "tests/faults/Soak.h"
 
@@ -18,10 +18,10 @@
 
 namespace {
 
-/// Memory may grow by as much per hour, and by a little more in any run, however short.
+/// Memory may grow by this much per hour, plus a little more in every run.
 constexpr double KilobytesPerHour = 2048;
 constexpr double KilobytesAtLeast = 1024;
-/// Descriptors and threads, which come and go one by one.
+/// For descriptors and threads, whose numbers fluctuate.
 constexpr double FewMore = 1;
 
 using Figure = std::function<int(const Footprint &)>;
@@ -32,7 +32,7 @@ double median(std::vector<int> values)
     return values.empty() ? 0 : values[values.size() / 2];
 }
 
-/// The quiet samples between two parts of the run, the first of which warms up.
+/// The quiet samples between two parts of the run; the first part is the warm-up.
 std::vector<int> part(
     const std::vector<Soak::Sample> &samples, double from, double to, const Figure &figure)
 {
@@ -52,7 +52,7 @@ public:
     {
     }
 
-    /// From the second quarter to the last, whose middles are half of the run apart.
+    /// The growth from the second quarter to the last. Their middles are half of the run apart.
     void compare(const char *name, const Figure &figure, bool isMemory)
     {
         const double hours = m_samples.back().seconds / 3600;
@@ -62,7 +62,7 @@ public:
         print(name, before, after, (after - before) / (hours / 2), after - before <= most);
     }
 
-    /// For information: it changes with what else runs on the machine.
+    /// For information only: it depends on what else runs on the machine.
     void tell(const char *name, const Figure &figure) const
     {
         std::printf("| %s | %.0f | %.0f | | |\n", name, median(part(m_samples, 0.25, 0.5, figure)),

@@ -12,7 +12,7 @@
 #include <thread>
 #include <unistd.h>
 
-/// A named pipe in place of a file: a program that reads it waits there for what it is given.
+/// A named pipe in place of a file: a program that reads it blocks until give().
 class HeldFile {
 public:
     explicit HeldFile(const std::string &path)
@@ -33,7 +33,7 @@ public:
     {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         while (m_end < 0 && std::chrono::steady_clock::now() < end) {
-            // Opening it for writing would otherwise wait without a bound.
+            // Without O_NONBLOCK this would wait for a reader without a limit.
             m_end = ::open(m_path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
             if (m_end < 0)
                 std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -41,7 +41,7 @@ public:
         return m_end >= 0 && ::fcntl(m_end, F_SETFL, 0) == 0;
     }
 
-    /// Gives the reader all there is to read. False when it is gone.
+    /// Writes the whole content and closes the pipe. False when the reader is gone.
     bool give(const std::string &text)
     {
         std::signal(SIGPIPE, SIG_IGN);

@@ -8,8 +8,8 @@
 
 #include <memory>
 
-/// Keeps the log records that are written while it lives, of one logger (with an empty name, of all
-/// of them) and at every level, for tests that compare texts. Any thread may log.
+/// Records what one logger (with an empty name, every logger) logs while this object lives, at
+/// every level, for tests that compare texts. Any thread may log.
 class LogCapture {
 public:
     explicit LogCapture(const char *loggerName);

@@ -11,11 +11,11 @@
 #include <chrono>
 #include <future>
 
-/// A client that sends exactly the bytes that a test wants: a blocking socket to a loopback port,
-/// which gives up after ten seconds. For threads other than the server's.
+/// A client that sends exactly the bytes of a test: a blocking socket to a loopback port with
+/// time-outs of ten seconds. For threads other than the server's.
 class RawClient {
 public:
-    /// From \a source, an IPv4 address of this machine's; null: whichever.
+    /// From \a source, an IPv4 address of this machine; null lets the system choose.
     explicit RawClient(quint16 port, const char *source = nullptr);
     ~RawClient();
     RawClient(const RawClient &) = delete;
@@ -23,10 +23,10 @@ public:
 
     /// False when the server has closed the connection.
     bool send(const QByteArray &bytes);
-    /// Tells the server that nothing more comes.
+    /// Shuts down the sending side.
     void finishSending();
-    /// One response: head and the body that its Content-Length announces. What there is when the
-    /// connection ends before.
+    /// One response: the head, and the body that its Content-Length announces; less when the
+    /// connection ends early.
     QByteArray readResponse();
     /// Exactly \a count bytes, fewer at the end of the connection.
     QByteArray read(int count);
@@ -35,7 +35,7 @@ public:
 
     /// Connects, sends, returns the response.
     static QByteArray exchange(quint16 port, const QByteArray &request);
-    /// A request with a good Host header; \a headers end with "\r\n" each.
+    /// A request with a valid Host header; \a headers end with "\r\n" each.
     static QByteArray request(const QByteArray &method, const QByteArray &target, quint16 port,
         const QByteArray &headers = {}, const QByteArray &body = {});
     static QByteArray rpc(quint16 port, const QByteArray &body);

@@ -5,7 +5,7 @@
 
 #include "tests/support/RawClient.h"
 
-/// A WebSocket client that sends exactly the frames that a test wants (RFC 6455).
+/// A WebSocket client (RFC 6455) that sends exactly the frames of a test.
 class RawWebSocket {
 public:
     enum Opcode { Continuation = 0, Text = 1, Binary = 2, Close = 8, Ping = 9, Pong = 10 };
@@ -17,7 +17,7 @@ public:
         int closeCode() const;
     };
 
-    /// Connects and shakes hands; \a headers end with "\r\n" each.
+    /// Connects and performs the handshake; \a headers end with "\r\n" each.
     explicit RawWebSocket(quint16 port, const QByteArray &headers = {});
 
     const QByteArray &handshake() const { return m_handshake; }

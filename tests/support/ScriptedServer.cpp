@@ -323,7 +323,7 @@ struct ScriptedServer::Private {
         }
     }
 
-    /// Only the acceptor adds and removes peers, so none can vanish under it.
+    /// Only the acceptor adds and removes peers, so none can disappear while it waits for one.
     void joinFinished()
     {
         std::list<Peer> done;

@@ -10,16 +10,16 @@
 #include <functional>
 #include <memory>
 
-/// An HTTP/1.1 server on a free loopback port, for tests: each request is recorded and answered by
-/// the handler, which runs on the server's threads, one per connection. Connections are kept alive.
-/// Destroying the server closes everything, also what stalls.
+/// An HTTP/1.1 server on a free loopback port, for tests. It records each request and sends the
+/// handler's response; the handler runs on the server's threads, one per connection. Connections
+/// are kept alive. Destroying the server closes all connections, even stalled ones.
 class ScriptedServer {
 public:
     using Headers = QList<QPair<QByteArray, QByteArray>>;
 
     struct Request {
         QByteArray method;
-        QByteArray target; ///< as it came: "/Browse.ashx?render=json"
+        QByteArray target; ///< as received: "/Browse.ashx?render=json"
         Headers headers;
         QByteArray body;
 
@@ -30,17 +30,18 @@ public:
         QByteArray query() const;
     };
 
-    /// What happens after the body, or in its place.
+    /// What the server does after the body, or in its place.
     enum class End {
         Complete, ///< The connection is kept.
         Close, ///< The connection is closed after the body.
         Reset, ///< The connection is reset (RST) once `sendBytes` bytes of the body are sent.
-        Truncate, ///< Closed once `sendBytes` bytes are sent, Content-Length says the whole.
-        Stall, ///< Nothing more comes once `sendBytes` bytes are sent.
-        StallBeforeHead, ///< Not even a status line comes.
+        Truncate, ///< Closed after `sendBytes` bytes although Content-Length announces all.
+        Stall, ///< Nothing is sent after `sendBytes` bytes.
+        StallBeforeHead, ///< Nothing is sent, not even a status line.
         ResetBeforeHead, ///< The connection is reset at once.
-        RawStall, ///< `body` is all that is sent, status line included, then nothing more comes.
-        Raw, ///< `body` is all that is sent, status line included, then the connection is closed.
+        RawStall, ///< `body` is the whole response, status line included; then nothing more is
+                  ///< sent.
+        Raw, ///< `body` is the whole response, status line included; then the connection is closed.
     };
 
     struct Response {
@@ -67,7 +68,7 @@ public:
     /// "METHOD TARGET" of each request so far.
     QList<QByteArray> requestLines() const;
     void clearRequests();
-    /// Waits until that many requests came; false after \a milliseconds.
+    /// Waits until \a count requests have arrived; false after \a milliseconds.
     bool waitForRequests(int count, int milliseconds = 10000) const;
     /// Connections accepted so far.
     int connections() const;

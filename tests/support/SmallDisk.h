@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Disks and limits that run full, for tests of what is kept. Plain system calls: the tests of
-/// every program use it.
+/// Full disks and file size limits, for tests of kept files. Plain system calls, without Qt: the
+/// tests of every program use them.
 #pragma once
 
 #include <cerrno>
@@ -17,8 +17,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// A file system of its own in memory, 128 KiB large, and gone with this object. Only root may
-/// mount one: without it isMounted() is false, and the reason is printed.
+/// A file system of 128 KiB in memory, unmounted with this object. Only root may mount one: for
+/// others isMounted() is false, and the reason is printed.
 class SmallDisk {
 public:
     SmallDisk()
@@ -45,7 +45,7 @@ public:
     bool isMounted() const { return m_mounted; }
     const std::string &folder() const { return m_folder; }
 
-    /// Leaves no room for a single byte. Not while somebody else makes room.
+    /// Fills the disk to the last byte. Not while another process frees space.
     void fill() const
     {
         const int filler = ::open(fillerName().c_str(), O_WRONLY | O_CREAT | O_APPEND, 0600);
@@ -67,13 +67,14 @@ private:
     bool m_mounted = false;
 };
 
-/// Files beyond a size cannot be written by this process, or by another one, as long as this lives.
+/// Limits the size of files that this process, or another one, can write, for the life of the
+/// object.
 class FileSizeLimit {
 public:
     explicit FileSizeLimit(rlim_t bytes, pid_t process = 0)
         : m_process(process)
     {
-        // What the programs do; otherwise the limit would end the test.
+        // As the programs do: otherwise the signal would end the test.
         if (m_process == 0)
             std::signal(SIGXFSZ, SIG_IGN);
         ::prlimit(m_process, RLIMIT_FSIZE, nullptr, &m_before);

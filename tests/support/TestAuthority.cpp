@@ -43,7 +43,7 @@ void addExtension(X509 *certificate, X509 *issuer, int nid, const char *value)
     require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, "extension");
 }
 
-/// A certificate for \a name over \a key, issued by \a issuer, or by itself where that is null.
+/// A certificate for \a name with \a key, signed by \a issuer; self-signed when that is null.
 X509Certificate makeCertificate(const char *name, EVP_PKEY *key, X509 *issuer, EVP_PKEY *issuerKey,
     TestAuthority::Validity validity)
 {

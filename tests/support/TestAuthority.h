@@ -8,7 +8,7 @@
 
 #include <memory>
 
-/// A certificate authority of its own, in files that go with it.
+/// A certificate authority; its files are deleted with it.
 class TestAuthority {
 public:
     /// Now: from two days ago. Past: until an hour ago. Future: from an hour from now.
@@ -23,9 +23,9 @@ public:
 
     /// The authority's own certificate, PEM.
     QString file() const;
-    /// A folder that holds it under its hashed name, as OpenSSL looks it up.
+    /// A folder with the certificate under its hashed name, as OpenSSL looks it up.
     QByteArray hashedFolder() const;
-    /// Good for \a host, at the time that \a validity says.
+    /// A certificate for \a host that is valid in the time of \a validity.
     Certificate issue(const char *host, Validity validity = Now);
 
 private:

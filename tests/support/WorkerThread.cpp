@@ -112,7 +112,7 @@ bool spinUntil(const std::function<bool()> &condition, int milliseconds)
     const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
     bool holds = false;
     QEventLoop loop;
-    // The condition may come true by another thread's doing, without an event here.
+    // Another thread may make the condition true without an event here: poll.
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
         holds = condition();

@@ -8,8 +8,8 @@
 #include <functional>
 #include <memory>
 
-/// A thread with an event loop that creates an object, keeps it, and deletes it there as the last
-/// thing it does: what a host does with a plug-in's worker.
+/// A thread with an event loop that creates an object, owns it, and deletes it as the last thing it
+/// does: how a host treats a plug-in's worker.
 class WorkerThread : public QThread {
 public:
     /// Starts the thread and returns when \a create has returned there.
@@ -18,8 +18,8 @@ public:
     ~WorkerThread() override;
 
     QObject *object() const { return m_object; }
-    /// Runs \a function on the thread and waits for it. Any thread, also this one. A failed
-    /// assertion when the thread's event loop has ended before it ran.
+    /// Runs \a function on the thread and waits for it. Any thread, this one included. A failed
+    /// assertion when the thread's event loop has already ended.
     void call(const std::function<void()> &function);
 
 protected:
