@@ -38,7 +38,7 @@ protected:
             << path.toStdString();
     }
 
-    /// What the node at \a path answers by itself, even when it leads to another.
+    /// What the node at \a path itself answers, even if it redirects to another.
     QVariant own(const QString &path, const QString &role)
     {
         QVariant value;
@@ -115,7 +115,7 @@ TEST_F(CMTuneInWorkerTest, namesTheSourceFileOfEachRecordWithoutExtension)
 
 TEST_F(CMTuneInWorkerTest, startsOneThreadNamedTuneInHttp)
 {
-    // The kernel lists a thread for a moment after it was joined: that of another test's worker.
+    // The kernel still lists a thread for a moment after it was joined, such as an earlier test's.
     const auto threads = [] { return ProcessUsage::threadNames().count("TuneInHttp"_s); };
     ASSERT_TRUE(spinUntil([&] { return threads() == 0; }));
     start();

@@ -18,7 +18,7 @@ namespace {
 const QString Enter = "TRACE Enter void "
                       "CMTuneInWorker::on_networkStateConnectedItem_changed(const VeskValue&): "_s;
 
-/// While it is set, sleeping moves the tests' clock and takes no time.
+/// While set, sleeping advances the tests' clock and takes no time.
 std::atomic<bool> hurry {false};
 std::atomic<int> sleeps {0};
 
@@ -35,7 +35,7 @@ protected:
 
 } // namespace
 
-/// Stands in for Qt's in this program, so that hours of polling pass in a moment.
+/// Replaces Qt's function in this program, so that hours of polling pass at once.
 void QThread::msleep(unsigned long milliseconds)
 {
     if (hurry) {
@@ -98,7 +98,7 @@ TEST_F(NetworkStateTest, isDownWithoutWaitingOnTheWorkersThreadBeforeTheFirstVal
         return worker;
     });
     EXPECT_FALSE(connected);
-    // The value comes with the event loop: then it is up there, too.
+    // The value arrives with the event loop; then the network is up on this thread, too.
     auto *created = static_cast<CMTuneInWorker *>(thread.object());
     EXPECT_TRUE(created->networkStateConnected());
     thread.call([&] { connected = created->networkStateConnected(); });
@@ -112,7 +112,7 @@ TEST_F(NetworkStateTest, blocksOtherThreadsUntilTheFirstValue)
     std::thread asker;
     WorkerThread thread([&]() -> QObject * {
         auto *worker = new CMTuneInWorker(defaultConfig());
-        // The value, which is true, cannot come before this function returns.
+        // The value, true, cannot arrive before this function returns to the event loop.
         asker = std::thread([&, worker] {
             asking = true;
             connected = worker->networkStateConnected();
@@ -139,7 +139,7 @@ TEST_F(NetworkStateTest, blocksOtherThreadsWithoutTimeLimit)
             connected = worker->networkStateConnected();
             answered = true;
         });
-        // The value, which is true, cannot come before this function returns.
+        // The value, true, cannot arrive before this function returns to the event loop.
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
         while (sleeps < HourOfPolls && !answered && std::chrono::steady_clock::now() < deadline)
             std::this_thread::yield();

@@ -18,7 +18,7 @@
 
 namespace {
 
-/// Remembers where it was built.
+/// Records the thread that created it.
 class Probe : public QObject {
 public:
     Probe()
@@ -33,7 +33,7 @@ public:
     QString threadName;
 };
 
-/// A thread that was given nothing to build.
+/// A thread without a function to run.
 class ThreadOfNothing : public NewQThread<Probe> {
 public:
     using NewQThread<Probe>::run;
@@ -83,7 +83,7 @@ TEST(NewQThreadTest, startsAThreadForEachObject)
 TEST(NewQThreadTest, throwsWithoutAFunctionToRun)
 {
     ThreadOfNothing thread;
-    // So that an event loop, if it came to one, would end at once.
+    // An event loop, if run() got that far, would end at once.
     thread.exit();
     EXPECT_THROW(thread.run(), std::bad_function_call);
 }

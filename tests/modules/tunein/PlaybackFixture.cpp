@@ -82,7 +82,7 @@ QByteArray PlaybackFixture::streamReport(const QByteArray &guideId, const QByteA
 QByteArray PlaybackFixture::durationReport(
     const QByteArray &guideId, qint64 seconds, bool stopped, const QByteArray &listenId)
 {
-    // Without a listen id: that of the stream report which went before.
+    // Without \a listenId, that of the preceding stream report.
     QByteArray listen = listenId;
     if (listen.isEmpty() && !streamReports().isEmpty()) {
         const QByteArray report = streamReports().constFirst();

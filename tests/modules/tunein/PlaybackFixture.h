@@ -6,8 +6,8 @@
 #include "api/tunein/VeskTuneInPaths.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
-/// Plays for the worker what the host's player does: posts states, and sorts the reports that the
-/// server received.
+/// Posts states to the worker as the host's player does, and sorts the reports that the server
+/// received.
 class PlaybackFixture : public TuneInFixture {
 protected:
     static constexpr VeskPlayLogicState::Enum Stopped = VeskPlayLogicState::stopped;
@@ -17,7 +17,7 @@ protected:
 
     PlaybackFixture();
 
-    /// Posts a state of a track whose rows matched the item \a guideId, and waits for the answer.
+    /// Posts a state of a track whose row belongs to the item \a guideId, and waits for the reply.
     Answer play(VeskPlayLogicState::Enum state, int playId = 1, const QString &error = QString(),
         const QString &uri = "http://stream.example/live"_s, const QString &guideId = "s1"_s);
     Answer post(
@@ -31,7 +31,7 @@ protected:
     /// "METHOD TARGET" of the reports so far.
     QList<QByteArray> streamReports() { return reports("/Report.ashx?c=stream"); }
     QList<QByteArray> durationReports() { return reports("/Report.ashx?c=time"); }
-    /// What a report of the stream above looks like now.
+    /// The expected report of the stream above, with the current listen id.
     static QByteArray streamReport(const QByteArray &guideId, const QByteArray &error = {});
     QByteArray durationReport(
         const QByteArray &guideId, qint64 seconds, bool stopped, const QByteArray &listenId = {});

@@ -122,7 +122,7 @@ TEST_F(PlaybackReportsTest, leaveOutAnEmptyPartnerId)
         "POST /Report.ashx?c=time&id=s1&duration=1&listenId=0&render=json&serial=ABC"});
 }
 
-/// No host leaves the serial empty, so no report shows it.
+/// The settings of a host always have a serial, so a report cannot show this.
 TEST(PlaybackReportsOfNoDeviceTest, leaveOutAnEmptySerial)
 {
     const QString report = "http://opml.radiotime.com/Report.ashx?c=time"_s;

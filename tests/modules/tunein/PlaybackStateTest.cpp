@@ -468,7 +468,7 @@ TEST_F(PlaybackStateTest, keepsTheGuideIdUntilANewPlay)
 {
     play(Playing, 1);
     play(Stopped, 1);
-    // A new play whose first request reports nothing: the guide id is gone.
+    // A new play whose first request reports nothing clears the guide id.
     play(Transitioning, 2, QString(), "http://stream.example/two"_s, "s2"_s);
     FakeClock::advance(1000);
     log().clear();

@@ -30,7 +30,7 @@ QStringList linesOf(const char *command)
     return QString::fromLocal8Bit(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
-/// The plug-in as a host loads it.
+/// The plug-in, loaded as a host does.
 class PluginFileTest : public testing::Test, protected TuneInHost {
 protected:
     PluginFileTest()
@@ -84,7 +84,7 @@ TEST_F(PluginFileTest, releasesThreadsAndDescriptorsWithItsWorker)
         EXPECT_EQ(rows("TuneIn:"_s).count, 1);
     }
     closeServer();
-    // The kernel lists a thread for a moment after it was joined.
+    // The kernel still lists a thread for a moment after it was joined.
     EXPECT_TRUE(spinUntil([&] { return ProcessUsage::now().threads <= before.threads; }));
     EXPECT_EQ(ProcessUsage::now().descriptors, before.descriptors);
 }

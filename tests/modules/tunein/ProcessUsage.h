@@ -10,8 +10,8 @@
 #include <malloc.h>
 #include <unistd.h>
 
-/// Defined where a sanitizer's own memory drowns the program's, so that only what is allocated says
-/// something, not what is resident.
+/// Defined in builds with a sanitizer, whose own memory makes resident memory meaningless.
+/// Allocated memory still is exact.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define VESK_SANITIZED 1
 #elif defined(__has_feature)
@@ -25,12 +25,12 @@
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
 
-/// What this process holds at the moment: as the kernel counts it, and as the allocator does.
+/// What this process currently uses: as the kernel counts it, and as the allocator does.
 struct ProcessUsage {
     int threads = 0;
     int descriptors = 0;
     qint64 residentBytes = 0;
-    qint64 allocatedBytes = 0; ///< without what a sanitizer keeps after it was freed
+    qint64 allocatedBytes = 0; ///< without freed memory that a sanitizer holds back
 
     /// The names of the threads.
     static QStringList threadNames()

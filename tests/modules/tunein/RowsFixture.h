@@ -6,10 +6,10 @@
 #include "api/values/VeskValuePaths.h"
 #include "tests/modules/tunein/TuneInFixture.h"
 
-/// Shows screens whose answers the test writes.
+/// Shows screens from answers that the test writes.
 class TuneInRowsTest : public TuneInFixture {
 protected:
-    /// A screen with nothing special about it.
+    /// An ordinary screen.
     static QString screenPath() { return "TuneIn:browse/uri/Browse.ashx?c=x"_s; }
 
     static QByteArray text(const QByteArray &name)
@@ -46,7 +46,7 @@ protected:
 
     void singleList() { set(VeskChildElementsInSingleListPath(), true); }
 
-    /// That screen's own URL as a path: what its folders open again.
+    /// The path of that screen's own URL, which its folders open again.
     static CMPath folder(const QString &navigation)
     {
         return path("TuneIn:browse/uri/Browse.ashx"_s,

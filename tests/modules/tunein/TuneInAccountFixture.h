@@ -8,16 +8,16 @@
 #include "tests/modules/tunein/TuneInFixture.h"
 #include "tests/support/TestAuthority.h"
 
-/// The plug-in with a second server, over TLS, where it makes its account calls. What it asks there
-/// is answered with answerAccount(); the plain server must stay out of it.
+/// The plug-in with a second server, over TLS, for its account calls, which answerAccount() sets
+/// the answers of. The plain server must not receive any.
 class TuneInAccountFixture : public TuneInFixture {
 protected:
     TuneInAccountFixture();
     ~TuneInAccountFixture() override;
 
     ScriptedServer &accountServer() { return *m_accountServer; }
-    /// Account calls go to a server with a certificate for \a host, good at the time that \a
-    /// validity says, of the authority that the plug-in's host trusts, or of another one.
+    /// Account calls go to a server with a certificate for \a host that is valid in the time of \a
+    /// validity, issued by the authority that the plug-in's host trusts, or by another one.
     void openAccountServer(const char *host = "opml.radiotime.com",
         TestAuthority::Validity validity = TestAuthority::Now, bool trusted = true);
     void closeAccountServer();
@@ -27,7 +27,7 @@ protected:
     /// without a body.
     void expectAccountRequests(const QList<QByteArray> &lines);
 
-    /// Each is sent through the host's root, as a host does.
+    /// Sent through the host's root, as a host does.
     static Answer read(const QStringList &roles = {VeskRoles::Value()});
     static Answer write(const VeskTuneInAccount &account);
 
@@ -51,8 +51,8 @@ VeskTuneInAccount filledAccount(VeskTuneInAccountOperation::Enum operation);
 VeskTuneInAccount accountOf(const Answer &answer);
 /// The account in the first of an answer's values.
 VeskTuneInAccount firstAccountOf(const Answer &answer);
-/// A whole answer of the web API that says that a call failed.
+/// A whole answer of the web API with a fault.
 QByteArray fault(const char *status, const char *faultCode = "", const char *text = "");
 
-/// What TuneIn answers when something changed.
+/// TuneIn's answer to a successful change.
 extern const QByteArray Done;

@@ -23,7 +23,7 @@ QByteArray outline(const QByteArray &more)
     return R"({"element":"outline","type":"text")" + more + "}";
 }
 
-/// Answers of status 200 that do not hold exactly one outline, whatever is in it.
+/// Answers of status 200 whose body is not exactly one element.
 const QByteArray NotOne[] = {
     R"({"head":{"status":"200"}})",
     R"({"head":{"status":"200"},"body":null})",
@@ -33,7 +33,7 @@ const QByteArray NotOne[] = {
     screen("{},{},{}"),
 };
 
-/// Answers of status 200 with one element that is no outline.
+/// Answers of status 200 with one element that is not an outline.
 const QByteArray NotOutlines[] = {
     screen("{}"),
     screen(R"({"text":"a","key":"k"})"),

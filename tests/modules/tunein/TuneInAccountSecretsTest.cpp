@@ -10,12 +10,11 @@ namespace {
 
 using Operation = VeskTuneInAccountOperation;
 
-/// They read the same in every encoding.
+/// Texts that every encoding leaves as they are.
 const QByteArray Password = "OpenSesame4711";
 const QByteArray Session = "SessionHopscotch0815";
 
-/// TuneIn's answer to every operation, with a session, and with the password as some server might
-/// say it back.
+/// An answer that fits every operation, with a session id and, as a server might, the password.
 const QByteArray TellTale = screen(R"({"element":"outline","type":"text","text":"jane","key":"K1",)"
                                    R"("user_name":"jane","account_id":"a1","session_id":")"
     + Session + R"(","password":")" + Password + R"("})");
@@ -27,7 +26,7 @@ VeskTuneInAccount secretAccount(Operation::Enum operation)
     return account;
 }
 
-/// Everything the process logs at every level, whoever logs it.
+/// Everything that the process logs, at every level and by every logger.
 class TuneInAccountSecretsTest : public TuneInAccountFixture {
 protected:
     TuneInAccountSecretsTest()
@@ -97,7 +96,7 @@ TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnOperationSucceeds)
     EXPECT_THAT(everyRecord().filter("session_id: ***"_s), Not(IsEmpty()));
     EXPECT_THAT(everyRecord().filter("sessionId: ***"_s), Not(IsEmpty()));
     EXPECT_THAT(everyRecord().filter("api/web/Http"_s), Not(IsEmpty()));
-    // They went where they belong.
+    // They did reach the server.
     EXPECT_TRUE(accountServer().requests().first().target.contains(Password));
     EXPECT_EQ(
         accountOf(write(secretAccount(Operation::auth))).sessionId(), QString::fromLatin1(Session));

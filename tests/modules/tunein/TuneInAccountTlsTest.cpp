@@ -13,7 +13,7 @@ class TuneInAccountTlsTest : public TuneInAccountFixture {
 protected:
     TuneInAccountTlsTest() { start(); }
 
-    /// Expects that both a read and a write fail and that the account server heard of neither.
+    /// Expects that a read and a write fail and that the account server received neither.
     void expectNothingSent()
     {
         EXPECT_EQ(read().errorText(), "Invalid data received."_s);

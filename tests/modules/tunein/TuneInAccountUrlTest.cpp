@@ -104,7 +104,7 @@ TEST_F(TuneInAccountUrlTest, leavesOutAnEmptyPartnerIdOfEachOperation)
 TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialOnlyWithOperationsThatHaveOne)
 {
     start();
-    // Settings that were never loaded: loading them always finds some serial.
+    // Settings that were never loaded: load() always finds a serial.
     onWorker([this] { const_cast<TuneInSettings &>(worker()->settings()) = TuneInSettings(); });
     const Items withoutSettings[] = {
         {Operation::auth, "c=auth&username=me&password=sesame"},

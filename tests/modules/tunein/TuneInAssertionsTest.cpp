@@ -12,7 +12,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// What a broken precondition leaves behind: the literal condition.
+/// What a failed assertion prints: the literal condition.
 std::string assertion(const std::string &condition)
 {
     return "Assertion failed: " + condition + ", file ";

@@ -61,7 +61,7 @@ protected:
         return roles;
     }
 
-    /// What a station carries on whatever screen it is shown.
+    /// Expects the media data that a station has on every screen.
     static void expectStation(const VeskMetaData &meta, const QString &serviceId = "tunein"_s)
     {
         EXPECT_EQ(meta.serviceID(), serviceId);
@@ -71,7 +71,7 @@ protected:
         EXPECT_TRUE(meta.alternativeStreams());
     }
 
-    /// What an episode carries on whatever screen it is shown.
+    /// Expects the media data that an episode has on every screen.
     static void expectEpisode(const VeskMetaData &meta)
     {
         EXPECT_EQ(meta.serviceID(), "tunein"_s);
@@ -398,7 +398,7 @@ TEST_F(TuneInAudioRowTest, treatsOtherTuneScreensAsNormal)
 
 TEST_F(TuneInAudioRowTest, offersAStreamChoiceOnlyAtTheRoot)
 {
-    // None of these carries the item that a choice is for.
+    // None of these has the matching path that a stream choice needs.
     for (const char *shown : {"TuneIn:browse/other?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
              "TuneIn:browse/uri/Tune.ashx?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
              "TuneIn:browse?veskTuneInMethod=search&c=ebrowse&query=x"}) {
@@ -518,7 +518,7 @@ TEST_F(TuneInAudioRowTest, keepsPlaceholdersAndEscapesInTexts)
 
 TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesInTheFirstTenSecondsOfTheClock)
 {
-    // In a process of its own, in which nobody has asked for genres yet.
+    // In a process of its own, which has not requested genres yet.
     EXPECT_EXIT(
         {
             FakeClock::setMonotonic(9999);

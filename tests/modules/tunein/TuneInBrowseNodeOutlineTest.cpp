@@ -24,7 +24,7 @@ QByteArray section(const QByteArray &name, const QByteArray &key, const QByteArr
         + children + "]}";
 }
 
-/// Translates every text into itself with its context before it, while it lives.
+/// While it exists, every text is translated into itself, prefixed with its context.
 class ContextTranslator : public QTranslator {
 public:
     ContextTranslator() { QCoreApplication::installTranslator(this); }
@@ -171,7 +171,7 @@ TEST_F(TuneInRowsNavigationTest, keepsItsEmptyParts)
             << navigation;
         EXPECT_THAT(log().lines("DEBUG"_s), Contains("Looking for key ''"_s));
     }
-    // An element without a key is what an empty part finds.
+    // An empty part matches an element without a key.
     EXPECT_EQ(titles(section("A", "", section("B", "b", text("x"))), folder("_b"_s).toEncoded()),
         QStringList("x"_s));
 }

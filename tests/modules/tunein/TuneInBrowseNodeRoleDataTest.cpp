@@ -24,7 +24,7 @@ protected:
         return TrString::fromVariant(role("TuneIn:browse"_s + params, "title"_s));
     }
 
-    /// Everything but the browse node's own answer is the same without parameters.
+    /// The role on a screen with an ordinary parameter.
     QVariant plain(const QString &name) { return role("TuneIn:browse?x=y"_s, name); }
 };
 

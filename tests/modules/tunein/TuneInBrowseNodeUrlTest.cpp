@@ -28,7 +28,7 @@ QByteArray thirtyLines()
 
 class TuneInBrowseNodeUrlTest : public TuneInFixture {
 protected:
-    /// The request that a screen makes; empty when it makes none or several.
+    /// The request that a screen sends; empty if it sends none or several.
     QByteArray fetched(const QString &path)
     {
         server().clearRequests();
@@ -256,7 +256,7 @@ TEST_F(TuneInBrowseScreenTest, prefersAUriToAMethod)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=search&query=jazz"_s),
         "GET /Browse.ashx?c=music&query=jazz&" + CommonItems);
-    // What would be a fault of a method is none here.
+    // A missing argument or an unknown method is no fault here.
     EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=tune"_s),
         "GET /Browse.ashx?c=music&" + CommonItems);
     EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=dance"_s),
@@ -314,7 +314,7 @@ TEST_F(TuneInBrowseScreenTest, returnsTheLastRowsAndNothingBeyond)
 
 TEST_F(TuneInBrowseScreenTest, survivesInvalidRanges)
 {
-    // Whatever comes back, it holds no more rows than there are.
+    // Whatever the range, there are never more rows than the screen has.
     for (const auto &[first, last] : {std::pair(10, 5), std::pair(0, -1), std::pair(-5, 3),
              std::pair(0, 2147483647), std::pair(-2147483647 - 1, 2147483647), std::pair(-1, -1)}) {
         const RowsAnswer answer = rows("TuneIn:browse/uri/x"_s, {"title"_s}, first, last);

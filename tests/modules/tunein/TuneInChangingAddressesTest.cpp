@@ -107,7 +107,8 @@ TEST_F(TuneInChangingAddressesTest, includeNoneThatOnlyRead)
         EXPECT_FALSE(isChanging(CMPath::fromEncoded(QString::fromLatin1(text)))) << text;
 }
 
-/// What is really sent decides: no path may lead to such a page without being known for it.
+/// Checked against the URL that is really sent: every path whose URL may name a changing page must
+/// be declared as changing.
 TEST_F(TuneInChangingAddressesTest, includeEveryCombinationThatChangesSomething)
 {
     const QStringList pieces {QStringLiteral("browse"), QStringLiteral("/uri"), QStringLiteral("/"),

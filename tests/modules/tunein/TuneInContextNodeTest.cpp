@@ -25,7 +25,7 @@ QByteArray station(const QByteArray &isPreset)
     return screen(R"({"element":"station","guide_id":"s1","is_preset":)" + isPreset + "}");
 }
 
-/// The entry that a menu shows for an item.
+/// The path of a menu's favorites entry for an item.
 QString entry(const QString &guideId, const QString &sid = QString(),
     const QString &menu = "browser_context"_s)
 {
@@ -81,8 +81,8 @@ protected:
         return result;
     }
 
-    /// Activates the node itself, with \a data for the answer. Whether that was there when the
-    /// node's call returned.
+    /// Activates the node directly, with \a data for the reply. Whether the reply was complete when
+    /// the node's function returned.
     bool isAnsweredOnReturn(
         const QString &entry, const std::shared_ptr<CMReplyData<QVariant>> &data)
     {
@@ -97,8 +97,8 @@ protected:
     }
 };
 
-/// Keeps the resets of some paths, in the order in which they come. A menu passes other changes on,
-/// those of its rows.
+/// Records the resets of some paths, in order. Other kinds of changes are ignored: a menu also
+/// passes on those of its rows.
 class Changes {
 public:
     void follow(const QString &path)
@@ -112,7 +112,7 @@ public:
             }));
     }
 
-    /// All that was announced before now.
+    /// The notifications so far.
     QStringList seen()
     {
         QCoreApplication::processEvents();

@@ -65,7 +65,7 @@ void TuneInFixture::start(const QVariantHash &config)
         QVariantHash copy = config;
         return static_cast<CMTuneInWorker *>(worker_create("TuneIn", &copy));
     });
-    // On this thread the call waits for the first state.
+    // On this thread the call blocks until the first state has arrived.
     worker()->networkStateConnected();
 }
 

@@ -13,9 +13,9 @@
 
 class TuneInBrowseNode;
 
-/// Time as the tests want it: stands still until it is moved.
+/// A clock that stands still until a test advances it.
 struct FakeClock {
-    /// Makes the plug-in read this clock, which starts an hour after where the last test left it.
+    /// Makes the plug-in use this clock, which starts an hour after the last test's end.
     static void install();
     static void advance(qint64 milliseconds);
     static void setMonotonic(qint64 milliseconds);
@@ -46,7 +46,7 @@ protected:
     /// Expects exactly these requests since the last call.
     void expectRequests(const QList<QByteArray> &lines);
 
-    /// What was logged so far. Waits for what the worker does after it has answered.
+    /// The log so far, after the worker has finished what it is doing.
     LogCapture &log();
 
 private:
@@ -54,5 +54,5 @@ private:
     std::unique_ptr<WorkerThread> m_thread;
 };
 
-/// The query items that every browse request ends with, for the values that TuneInHost sets.
+/// The query items at the end of every browse request, for the values that TuneInHost sets.
 extern const QByteArray CommonItems;

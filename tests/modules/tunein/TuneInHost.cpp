@@ -17,7 +17,7 @@ constexpr unsigned long Deadline = 60000;
 
 using ReplyData = std::shared_ptr<CMReplyData<QVariant>>;
 
-/// Sends what \a make makes of a reply and waits for the answer.
+/// Sends the request that \a make builds around a reply and waits for the answer.
 template <class Make>
 Answer ask(const Make &make)
 {

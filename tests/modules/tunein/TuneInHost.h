@@ -28,7 +28,7 @@ void PrintTo(const QVariant &value, std::ostream *out);
 void PrintTo(const CMPath &path, std::ostream *out);
 void PrintTo(const VeskHash &hash, std::ostream *out);
 
-/// What came back for one request.
+/// The reply to a request.
 struct Answer {
     bool finished = false;
     CMError error;
@@ -38,7 +38,7 @@ struct Answer {
     QString errorText() const;
 };
 
-/// What came back for a request for rows.
+/// The reply to a request for rows.
 struct RowsAnswer : Answer {
     int count = 0;
     QList<QVariantList> rows;
@@ -49,8 +49,7 @@ struct RowsAnswer : Answer {
 };
 
 /// The host's side of the plug-in, on the calling thread: a root, the values that the plug-in
-/// reads, all settable, and a local server in place of the web API. Knows the plug-in only through
-/// requests.
+/// reads, and a local server in place of the web API. Knows the plug-in only through requests.
 class TuneInHost {
 public:
     /// The values are served for \a prefixes; the rest of the tree is empty.
@@ -91,7 +90,7 @@ private:
 QByteArray screen(const QByteArray &elements);
 /// A path from its text form, with parameters added.
 CMPath path(const QString &text, const QMap<QString, QString> &params = {});
-/// What a value prints into a log record.
+/// A value as it is printed into a log record.
 template <class T>
 QString printed(const T &value)
 {

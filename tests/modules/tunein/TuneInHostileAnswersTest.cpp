@@ -56,7 +56,7 @@ protected:
         EXPECT_THAT(answer.rows, IsEmpty());
     }
 
-    /// Whatever an answer held: no error, and rows that are whole.
+    /// Expects no error, and rows with a value for every role.
     void expectWholeRows(const RowsAnswer &answer)
     {
         EXPECT_TRUE(answer.error.isEmpty());
@@ -102,8 +102,8 @@ const QList<QJsonValue> &oddValues()
     return values;
 }
 
-/// Hands \a use every object that differs from \a original in one key, at any depth, whose value is
-/// odd or missing.
+/// Calls \a use with every object that differs from \a original in one key, at any depth, whose
+/// value has another type or is missing.
 void forEachOddity(const QJsonObject &original, const std::function<void(const QJsonObject &)> &use)
 {
     const QStringList keys = original.keys();
@@ -309,7 +309,7 @@ TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
     const CMPath next = CMPath::fromEncoded(answer.rows.constFirst().at(1).toString());
     EXPECT_EQ(next.param("veskDisplayName"_s), title);
 
-    // The next request's line cannot be broken by what the address held.
+    // Characters in the URL cannot break the next request's line.
     server().clearRequests();
     EXPECT_EQ(rows(next.toEncoded(), {"title"_s}).roles.title().toString(), title);
     ASSERT_EQ(server().requests().size(), 1);

@@ -38,14 +38,14 @@ VeskUrl api(const QString &target)
     return VeskUrl("http://opml.radiotime.com"_s + target);
 }
 
-/// Listens on a free loopback port for one connection over TLS, takes what the client says first,
-/// where its wishes stand in clear text, and hangs up.
+/// Accepts one TLS connection on a free loopback port, reads the ClientHello, whose ALPN extension
+/// is not encrypted (RFC 7301), and closes the connection.
 class HelloListener {
 public:
     HelloListener()
         : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
     {
-        // Nobody connects: the wait ends.
+        // Bounds the wait for a client that never connects.
         const timeval patience {10, 0};
         setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
         m_address.sin_family = AF_INET;
@@ -62,7 +62,7 @@ public:
 
     quint16 port() const { return ntohs(m_address.sin_port); }
 
-    /// The first record; empty when nobody came.
+    /// The first record; empty if no client connected.
     QByteArray take() const
     {
         const int peer = accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
@@ -89,7 +89,7 @@ private:
     sockaddr_in m_address {};
 };
 
-/// A client, made and deleted by a thread of its own as a worker does.
+/// A client that a thread of its own creates and deletes, as a worker does.
 class TuneInHttpClientTest : public testing::Test, protected TuneInHost {
 protected:
     TuneInHttpClientTest()
@@ -100,7 +100,7 @@ protected:
 
     TuneInHttpClient &client() { return *static_cast<TuneInHttpClient *>(m_thread->object()); }
 
-    /// Hands an exchange to the client's thread as request() does.
+    /// Queues an exchange on the client's thread, as request() does.
     void queue(const VeskUrl &url, int type, int index)
     {
         ASSERT_TRUE(QMetaObject::invokeMethod(&client(), "on_request", Qt::QueuedConnection,
@@ -173,7 +173,7 @@ TEST_F(TuneInHttpClientTest, exitsTheDeletingThreadsEventLoopWithZero)
         TuneInHttpClient *client = createInNewQThread<TuneInHttpClient>("TuneInHttp"_s);
         QEventLoop loop;
         QTimer::singleShot(0, &loop, [client] { delete client; });
-        // Nobody else ends the loop, unless it runs on for ten seconds.
+        // Only the client's destructor ends the loop, or this timer after ten seconds.
         QTimer::singleShot(10000, &loop, [&loop] { loop.exit(1); });
         code = loop.exec();
     }));
@@ -229,7 +229,7 @@ TEST_F(TuneInHttpClientTest, cachesAMillionBytesInAll)
     for (const char *target : {"/a", "/b", "/a", "/b"})
         EXPECT_TRUE(client().get(api(QLatin1String(target)), nullptr).isEmpty());
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "GET /b"));
-    // There is no room for a third: what was not used for longest goes.
+    // There is no room for a third: the least recently used response is dropped.
     for (const char *target : {"/c", "/b", "/a"})
         EXPECT_TRUE(client().get(api(QLatin1String(target)), nullptr).isEmpty());
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "GET /b", "GET /c", "GET /a"));
@@ -319,7 +319,7 @@ TEST_F(TuneInHttpClientTest, releasesCollectedResults)
 TEST_F(TuneInHttpClientTest, releasesCollectedFailures)
 {
     constexpr int Count = 5000;
-    // Nobody looks at the log here, which would keep each record.
+    // The log capture would keep each record in memory.
     log4cplus::Logger::getInstance("CB_TuneIn").setLogLevel(log4cplus::OFF_LOG_LEVEL);
     const auto failOften = [this] {
         for (int i = 0; i < Count; ++i)
@@ -334,7 +334,7 @@ TEST_F(TuneInHttpClientTest, releasesCollectedFailures)
 
 TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
 {
-    // A result that is already stored under an index is what the request of that index collects.
+    // A request collects the result that is already stored under its index.
     answer("/planted0", QByteArray("zero"));
     answer("/planted1", QByteArray("one"));
     queue(api("/planted0"_s), TuneInHttpClient::Get, 0);

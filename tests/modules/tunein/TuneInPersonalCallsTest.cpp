@@ -10,7 +10,7 @@
 
 namespace {
 
-/// A client at a server that calls every answer fresh for a minute.
+/// A client of a server whose responses all stay fresh for a minute.
 class TuneInPersonalCalls : public testing::TestWithParam<const char *>, protected TuneInHost {
 protected:
     TuneInPersonalCalls()

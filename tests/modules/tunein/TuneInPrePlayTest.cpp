@@ -44,7 +44,7 @@ protected:
         log().clear();
     }
 
-    /// Has \a change change the row's meta data and its one resource.
+    /// Applies \a change to the row's meta data and its only resource.
     void changeRow(const std::function<void(VeskMetaData &, VeskResource &)> &change)
     {
         VeskMediaData media = m_row.mediaData();

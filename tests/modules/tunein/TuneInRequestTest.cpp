@@ -20,7 +20,7 @@ VeskUrl api(const QString &target)
     return VeskUrl("http://opml.radiotime.com"_s + target);
 }
 
-/// A request that sends nothing and notes what is done with it.
+/// A request that sends nothing and records its calls.
 class SilentRequest : public TuneInRequest {
 public:
     SilentRequest(CMTuneInWorker *worker, QStringList &calls)
@@ -51,7 +51,7 @@ protected:
         log().clear();
     }
 
-    /// One exchange on the worker's thread, where nodes make theirs.
+    /// One exchange on the worker's thread, as nodes do.
     CMError request(const QString &target, TuneInRequest::RequestType type = TuneInRequest::Get)
     {
         CMError error;

@@ -26,7 +26,7 @@ protected:
     TuneInSettings m_settings;
 };
 
-/// Counts what it is asked for and has nothing.
+/// Has no values and counts the requests.
 class CountingWorker : public CMAbstractWorker {
 public:
     void request(CMRequest request) override

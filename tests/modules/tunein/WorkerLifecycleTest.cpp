@@ -22,8 +22,8 @@ class WorkerLifecycleTest : public TuneInFixture {
 protected:
     static void SetUpTestSuite() { s_threadsBefore = ProcessUsage::now().threads; }
 
-    /// What the worker leaves: the server's threads and connections, which are none of its, are
-    /// closed meanwhile. The kernel lists a thread for a moment after it was joined.
+    /// The process's usage without the server, whose threads and connections are closed meanwhile.
+    /// The kernel still lists a thread for a moment after it was joined.
     ProcessUsage settle()
     {
         closeServer();
@@ -35,10 +35,10 @@ protected:
         return usage;
     }
 
-    /// Compares what the process holds after the first rounds with what it holds after all.
+    /// Compares the usage after the first rounds with that after all rounds.
     void expectNothingLeft(const std::function<void()> &round)
     {
-        // Nobody looks at the log here, and each record costs.
+        // Log records cost time, and this test does not read them.
         log4cplus::Logger::getInstance("CB_TuneIn").setLogLevel(log4cplus::OFF_LOG_LEVEL);
         for (int i = 0; i < WarmUpRounds; ++i)
             round();
@@ -51,7 +51,7 @@ protected:
         // A block of 16 bytes lost in each round would show.
         EXPECT_LT(after.allocatedBytes - before.allocatedBytes, 16 * Rounds);
 #ifndef VESK_SANITIZED
-        // Free memory between blocks in use stays with the process.
+        // Looser: free memory between blocks in use stays with the process.
         EXPECT_LT(after.residentBytes - before.residentBytes, 2 * 1024 * Rounds);
 #endif
     }
@@ -80,7 +80,7 @@ private:
 
 int WorkerLifecycleTest::s_threadsBefore = 0;
 
-/// A request that is on its way, and what becomes of it.
+/// A request and its reply.
 struct Pending {
     explicit Pending(const QString &path)
     {
@@ -145,7 +145,7 @@ TEST_F(WorkerLifecycleTest, answersQueuedRequestsWithAnErrorWhenDeleted)
     expectNothingLeft([] {
         std::vector<Pending> pending;
         std::vector<std::shared_ptr<CMReplyData<QVariant>>> states;
-        // A worker that is deleted before its event loop ever ran, so that all of it waits.
+        // The worker is deleted before its event loop ever runs, so every request is still queued.
         const std::unique_ptr<QThread> thread(QThread::create([&] {
             QVariantHash config = defaultConfig();
             const std::unique_ptr<CMTuneInWorker> worker(
