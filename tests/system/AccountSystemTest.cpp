@@ -27,7 +27,7 @@ std::string written(const QVariant &value)
     return VeskJson::write(value).toStdString();
 }
 
-/// The value of a write, and the error.
+/// The account that a write returns, or its error.
 struct Result {
     QVariantHash account;
     QString message;
@@ -40,7 +40,7 @@ struct Result {
     }
 };
 
-/// For a directory that the host can reach over TLS.
+/// A product whose host reaches the directory over TLS.
 DirectoryTls goodTls()
 {
     static TestAuthority authority("Account tests");
@@ -95,7 +95,7 @@ protected:
             = write(QVariantHash {{text("type"), 115}, {text("tuneInAccount"), account}});
         return resultOf(answer, answer.value(text("result")).toHash().value(text("value")));
     }
-    /// What a read of the account answers.
+    /// The outcome of a read of the account.
     Result status(bool poll = false)
     {
         const QVariantHash answer = product.rpc(text("getData"),
@@ -137,7 +137,7 @@ protected:
     QTemporaryDir folder;
     Product product;
     QString serial;
-    QByteArray errors; ///< all that the host answered with
+    QByteArray errors; ///< all error responses of the host
 };
 
 TEST_F(AccountSystem, everyOperationSendsExactlyItsItems)
@@ -429,8 +429,8 @@ TEST_F(AccountSystem, aLinkedDeviceShowsTheAccountsFavorites)
     EXPECT_THAT(favorites(), accounts);
 }
 
-/// Everything that a folder's files hold.
-QByteArray contents(const QString &folder)
+/// The contents of all files below a folder.
+QByteArray filesBelow(const QString &folder)
 {
     QByteArray all;
     QDirIterator files(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -475,7 +475,7 @@ TEST_F(AccountSecrets, stayOutOfLogsErrorsAndFiles)
     const Fields all {{"userName", userName}, {"password", password}, {"email", email}};
     for (const char *operation : {"remind", "reset", "query", "claim", "no such operation"})
         call(operation, all);
-    // A text in place of an account, and an account in odd company.
+    // A text in place of an account, and a value with a password beside its text.
     write(text(password));
     write(QVariantHash {
         {text("type"), 4}, {text("string_"), text("a")}, {text("password"), text(password)}});
@@ -490,13 +490,13 @@ TEST_F(AccountSecrets, stayOutOfLogsErrorsAndFiles)
     ASSERT_EQ(product.stopHost(), 0);
 
     EXPECT_GE(errors.count("\"error\""), 10);
-    const QByteArray log = contents(folder.path());
+    const QByteArray log = filesBelow(folder.path());
     EXPECT_TRUE(log.contains("Enter TuneInAccountNode::processResponseAuthenticate: response: "));
     EXPECT_TRUE(log.contains("TuneInAccountNode::setDataRequest: value: '"));
     EXPECT_TRUE(log.contains("***"));
     const QByteArray asked = product.requestLog().join(QLatin1Char('\n')).toUtf8();
     EXPECT_TRUE(asked.contains("c=auth&username=quokka&password=***"));
-    const QByteArray kept = contents(product.stateDir());
+    const QByteArray kept = filesBelow(product.stateDir());
     EXPECT_TRUE(kept.contains(serial.toUtf8()));
     for (const QByteArray &secret : {QByteArray(password), QByteArray(odd), QByteArray("p%26%3Ds"),
              QByteArray("p&=s"), QByteArray(wrong), session}) {
@@ -511,7 +511,7 @@ TEST_F(AccountSecrets, stayOutOfLogsErrorsAndFiles)
         EXPECT_FALSE(kept.contains(personal)) << personal.toStdString();
 }
 
-/// With a log as it is for those who keep the host running.
+/// With the log level of normal operation.
 class AccountLog : public AccountSystem {
 protected:
     AccountLog()
@@ -519,7 +519,7 @@ protected:
             {text("--log-level"), text("info"), text("--log-file"), text("%1/host.log")})
     {
     }
-    int errorLines() { return contents(folder.path()).count(" ERROR "); }
+    int errorLines() { return filesBelow(folder.path()).count(" ERROR "); }
 };
 
 TEST_F(AccountLog, aPolledFaultIsNotLoggedAsAnError)
@@ -541,7 +541,7 @@ TEST_F(AccountSecrets, aTextInPlaceOfAnAccountStaysOutOfItsError)
     const QVariantHash value {{text("type"), 115}, {text("tuneInAccount"), text(password)}};
     EXPECT_EQ(resultOf(write(value), {}).summary(), "VeskError: Unknown method");
     ASSERT_EQ(product.stopHost(), 0);
-    EXPECT_FALSE(contents(folder.path()).contains(password));
+    EXPECT_FALSE(filesBelow(folder.path()).contains(password));
     EXPECT_FALSE(errors.contains(password));
 }
 

@@ -12,19 +12,19 @@ namespace {
 
 const char host[] = "opml.radiotime.com";
 
-/// The only one that the hosts here trust.
+/// The only authority that the hosts of these tests trust.
 TestAuthority &authority()
 {
     static TestAuthority authority("Account tests");
     return authority;
 }
 
-/// Somebody else at the address of the directory.
+/// Another server at the directory's address.
 struct Impostor {
     const char *what;
     const char *host;
     TestAuthority::Validity validity;
-    bool known; ///< by an authority that the host trusts
+    bool known; ///< issued by an authority that the host trusts
 };
 
 void PrintTo(const Impostor &impostor, std::ostream *out)
@@ -76,13 +76,13 @@ TEST_P(ImpostorAtTheAddress, receivesNoCredentials)
     EXPECT_GE(server.connections(), 1);
     EXPECT_EQ(server.requests().size(), trusted ? 2 : 0);
     EXPECT_EQ(product.requestLog().filter(text("Account.ashx")), QStringList());
-    // Everything else goes on as ever.
+    // Everything else still works.
     EXPECT_GT(product.rows(text("TuneIn:"), {text("title")}).size(), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Account, ImpostorAtTheAddress,
     testing::Values(
-        // The one who is none, to show that the others are heard of for their certificates.
+        // A valid server, to show that the others fail because of their certificates.
         Impostor {"nobody", host, TestAuthority::Now, true},
         Impostor {"unknown authority", host, TestAuthority::Now, false},
         Impostor {"expired", host, TestAuthority::Past, true},

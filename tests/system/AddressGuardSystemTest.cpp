@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-/// What a link can lead a client to.
+/// Paths that a link can make a client open.
 class AddressGuardSystem : public FavoritesFixture {
 protected:
     static constexpr int NotOffered = -32005;
@@ -83,7 +83,7 @@ TEST_F(AddressGuardSystem, rowsOfAListOpen)
     EXPECT_THAT(favorites(), testing::ElementsAre(HasSubstr("Trial 01")));
 }
 
-/// Opening what offers something, then what it offers: two links are no click.
+/// A link to a screen with an offer, then a link to the offer: neither is a click of the user.
 TEST_F(AddressGuardSystem, anOfferReachedByALinkDoesNotOpen)
 {
     const Item item = station();

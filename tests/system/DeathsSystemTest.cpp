@@ -27,13 +27,7 @@ namespace {
 constexpr char interrupted[] = "The TuneIn service was interrupted. Please try again.";
 constexpr char musicScreen[] = "TuneIn:browse/uri/Browse.ashx?c=music";
 
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// A path that names an item which the directory did not identify.
+/// The path of a favorites entry for an item without a guide id.
 QString entryOfNothing()
 {
     return CMPath(text("TuneIn"), text("browser_context/presets"),
@@ -41,7 +35,7 @@ QString entryOfNothing()
         .toEncoded();
 }
 
-/// How loud there is nothing to hear: what a decoder leaves of no sound at all.
+/// Decoded silence stays below this amplitude.
 constexpr float inaudible = 0.001F;
 
 double longestSilence(const ear::Sound &sound)
@@ -55,7 +49,7 @@ double longestSilence(const ear::Sound &sound)
     return static_cast<double>(longest) / ear::Sound::rate;
 }
 
-/// Does something again and again on a thread of its own, until it goes.
+/// Repeats an action on a thread of its own until destroyed.
 class Meanwhile {
 public:
     explicit Meanwhile(std::function<void()> action)
@@ -78,7 +72,7 @@ private:
     std::thread m_thread;
 };
 
-/// Answers to one who browses, by what they are.
+/// The responses to a browsing client, by kind.
 struct Answers {
     int withRows = 0;
     int interruptions = 0;
@@ -102,7 +96,7 @@ struct Answers {
 
 class DeathsSystem : public PlayFixture {
 protected:
-    /// One way to end the plug-in's process; the log then says \a logged.
+    /// A way to end the plug-in's process, after which the log contains \a logged.
     struct Death {
         const char *name;
         std::function<void()> strike;
@@ -129,7 +123,7 @@ protected:
         }
         return 0;
     }
-    /// The process that comes after \a former; 0 when none does.
+    /// The process that replaces \a former; 0 if none does.
     pid_t nextWorker(pid_t former) const
     {
         const QDeadlineTimer deadline(20000);
@@ -157,7 +151,7 @@ protected:
         ::kill(process, number);
     }
 
-    /// Makes the directory answer the next search with a row, asks for it, and returns it.
+    /// Searches for a row that the directory returns this once; the response.
     QVariantHash findOnce(const char *row)
     {
         const QString name = folder.filePath(text("found.json"));
@@ -176,7 +170,7 @@ protected:
             text(interrupted))
             << VeskJson::write(answer).constData();
     }
-    /// Opens the menu of a station that came without an id.
+    /// Opens the context menu of a station without a guide id.
     void openMenuOfNothing()
     {
         const QVariantHash found
@@ -189,7 +183,7 @@ protected:
             product.rpc(text("getRows"), {{text("path"), menu.value(text("path"))}}));
     }
 
-    /// Every way from outside: by the system, by what the directory answers, by what a client asks.
+    /// Deaths by the system, by answers of the directory and by requests of a client.
     std::vector<Death> deaths()
     {
         const auto ask = [this](const char *method, const QString &path, QVariantHash params = {}) {
@@ -199,7 +193,7 @@ protected:
         return {
             {"killed", [this] { signal(SIGKILL); }, "signal 9 (Killed)"},
 #ifdef __SANITIZE_ADDRESS__
-            // The sanitizer ends the process in its own way.
+            // The sanitizer handles this signal and aborts.
             {"segmentation fault", [this] { signal(SIGSEGV); }, "ABORTING"},
 #else
             {"segmentation fault", [this] { signal(SIGSEGV); }, "signal 11 (Segmentation fault)"},
@@ -233,7 +227,7 @@ protected:
         };
     }
 
-    /// Why the plug-in's processes ended, as the log has it.
+    /// The log's lines about ends of the plug-in's processes.
     QStringList endings() const
     {
         return QString::fromUtf8(contents(folder.filePath(text("log"))))
@@ -265,7 +259,7 @@ protected:
         return static_cast<double>(clock.elapsed()) / 1000;
     }
 
-    QElapsedTimer clock; ///< since the station is heard
+    QElapsedTimer clock; ///< since the station plays
 };
 
 bool waitForReset(RawWebSocket &socket)
@@ -356,7 +350,7 @@ TEST_F(DeathsSystem, thePluginsProcessIsReplacedWhileTheMusicPlays)
     RecordProperty("kilobytesBefore", before.kilobytes);
     RecordProperty("kilobytesAfter", after.kilobytes);
 
-    // What is reported at the end is what the last process heard.
+    // The last report covers the listening time since the last replacement.
     QElapsedTimer sinceTold;
     sinceTold.start();
     QThread::sleep(3);
@@ -375,8 +369,8 @@ TEST_F(DeathsSystem, thePluginsProcessIsReplacedWhileTheMusicPlays)
     EXPECT_EQ(requests("/stream/").size(), 1) << "the stream goes on, it is not opened anew";
 }
 
-/// What a listener does while the next process has not loaded the plug-in yet, or just has; and
-/// how many duration reports follow.
+/// Commands of a listener around the replacement of the process: before its death, before the next
+/// one has loaded the plug-in, and right after; and how many duration reports follow.
 struct Meddling {
     const char *name;
     std::vector<const char *> before; ///< the death
@@ -416,7 +410,7 @@ TEST_P(DeathsSystemReports, neverExceedTheTimeHeard)
     const pid_t next = nextWorker(former);
     ASSERT_GT(next, 0);
     if (!meddling.away.empty()) {
-        // It does not get any further before this is done.
+        // Keeps the next process from loading the plug-in until the commands are done.
         ::kill(next, SIGSTOP);
         for (const char *each : meddling.away)
             command(each);
@@ -435,7 +429,7 @@ TEST_P(DeathsSystemReports, neverExceedTheTimeHeard)
     if (isLong) {
         ASSERT_TRUE(product.waitForRequests(text("Report.ashx?c=time"), meddling.reports));
     }
-    // Whoever was told to end has reported everything.
+    // After a normal end every report has been sent.
     EXPECT_EQ(product.stopHost(), 0);
     const QList<int> reported = durations();
     EXPECT_EQ(reported.size(), meddling.reports);

@@ -19,13 +19,7 @@
 
 namespace {
 
-QByteArray contents(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Descriptors and what they are: "/dev/null", "pipe:[123]", "socket:[124]", a file's name.
+/// Descriptors and their targets: "/dev/null", "pipe:[123]", "socket:[124]", a file's name.
 using Descriptors = QMap<int, QString>;
 
 Descriptors descriptorsOf(qint64 process)
@@ -33,7 +27,7 @@ Descriptors descriptorsOf(qint64 process)
     const QDir folder(QStringLiteral("/proc/%1/fd").arg(process));
     Descriptors descriptors;
     for (const QString &name : folder.entryList(QDir::AllEntries | QDir::System)) {
-        // The links lead to names that need not exist.
+        // The targets of these links need not exist as files.
         const QByteArray link = QFile::encodeName(folder.filePath(name));
         char target[512];
         const ssize_t size = ::readlink(link.constData(), target, sizeof target);
@@ -47,7 +41,7 @@ Descriptors descriptorsOf(qint64 process)
 QList<qint64> childrenOf(qint64 process)
 {
     QList<qint64> children;
-    // Threads of a process have children each.
+    // Each thread of a process has a list of its own children.
     const QDir tasks(QStringLiteral("/proc/%1/task").arg(process));
     for (const QString &task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         for (const QByteArray &child :
@@ -80,7 +74,7 @@ protected:
         }
         return 0;
     }
-    /// The sockets ("socket:[1]") that are connected to the directory, whoever has them.
+    /// The sockets ("socket:[1]") that are connected to the directory, of all processes.
     QSet<QString> directoryConnections() const
     {
         const QString port = product.directoryAddress().section(QLatin1Char(':'), -1);
@@ -95,13 +89,13 @@ protected:
         }
         return sockets;
     }
-    /// Those of the player: the host has no others.
+    /// The player's sockets: the host has no others.
     QSet<QString> streamConnections() const
     {
         const QStringList hosts = descriptorsOf(host()).values();
         return directoryConnections().intersect(QSet<QString>(hosts.begin(), hosts.end()));
     }
-    /// That \a child has nothing of the host's but its end of the link and its output.
+    /// Expects that \a child has no descriptors of the host but its end of the link and its output.
     void expectNothingOfTheHosts(qint64 child) const
     {
         SCOPED_TRACE(nameOf(child).constData());
@@ -151,7 +145,7 @@ TEST_F(DescriptorsSystem, processesOfTheHostInheritNoDescriptors)
         expectNothingOfTheHosts(child);
 }
 
-/// GStreamer asks a program of its own about plug-ins that it does not know yet.
+/// GStreamer runs a scanner program for plug-ins that are not in its registry.
 TEST(DescriptorsSystemTest, theCodecScannerInheritsNoDescriptors)
 {
     const QTemporaryDir folder;
@@ -176,7 +170,7 @@ TEST(DescriptorsSystemTest, theCodecScannerInheritsNoDescriptors)
     EXPECT_FALSE(lines.contains("/log")) << lines.constData();
 }
 
-/// A connection that the replaced process holds as well would go on after the station.
+/// A connection that the replaced process had inherited would outlive the station.
 TEST_F(DescriptorsSystem, aStationsConnectionIsClosedAfterTheProcessWasReplaced)
 {
     const auto replaceWorker = [this] {

@@ -17,7 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// Sees what the host logs.
+/// Reads the host's log.
 class FavoritesLog : public FavoritesFixture {
 protected:
     FavoritesLog()
@@ -25,8 +25,8 @@ protected:
             {text("--log-level"), text("warn"), text("--log-file"), text("%1/host.log")})
     {
     }
-    /// Whether \a line is logged after what was seen before. What the process of a plug-in logs may
-    /// come after its answer.
+    /// Whether \a line is logged after the lines that earlier calls found. The log of a plug-in's
+    /// process may arrive after its response.
     bool isLogged(const char *line)
     {
         const QDeadlineTimer deadline(5000);
@@ -139,10 +139,10 @@ TEST_F(FavoritesLog, aMenuWithoutItemDoesNothing)
     EXPECT_THAT(requests(), testing::IsEmpty());
 }
 
-/// Changes favorites while the host is killed now and then. The directory stays.
+/// Changes favorites while the host is killed from time to time. The directory keeps running.
 class FavoritesCrash : public FavoritesFixture {
 protected:
-    /// The favorites' guide ids, as the directory keeps them.
+    /// The guide ids of the directory's favorites.
     QStringList kept() const
     {
         QStringList ids;
@@ -155,7 +155,7 @@ protected:
         ids.removeAll(QString());
         return ids;
     }
-    /// As the host shows them.
+    /// The favorites that the host shows.
     QStringList shown() const
     {
         QStringList ids;
@@ -179,7 +179,7 @@ protected:
         ASSERT_TRUE(run(entry.path).contains(text("result")));
         note(item, adding);
     }
-    /// The same, with a host that is killed so many microseconds after its beginning.
+    /// The same, with the host killed \a microseconds after the start of the change.
     void changeAndCrash(const Item &item, int after)
     {
         const bool adding = !expected.contains(item.guideId);
@@ -202,9 +202,9 @@ protected:
         expectAgreement();
     }
 
-    QStringList expected; ///< in the order in which they were added
+    QStringList expected; ///< in the order of adding
     int crashes = 0;
-    int unconfirmed = 0; ///< crashes before the answer
+    int unconfirmed = 0; ///< crashes before the response
 
 private:
     void note(const Item &item, bool adding)

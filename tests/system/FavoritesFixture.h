@@ -24,7 +24,7 @@ struct Entry {
     QString path;
 };
 
-/// What a JSON-RPC error says.
+/// A JSON-RPC error.
 struct Complaint {
     QString message;
     QString name;
@@ -33,7 +33,7 @@ struct Complaint {
     static Complaint of(const QVariantHash &answer);
 };
 
-/// A product of its own for each test, and what a client does with menus and favorites.
+/// A product of its own for each test, and a client's operations on menus and favorites.
 class FavoritesFixture : public testing::Test {
 protected:
     static constexpr char addTitle[] = "Add to TuneIn Favorites";
@@ -53,20 +53,20 @@ protected:
     Item topic() const; ///< t300301, an episode of p3003
 
     QList<Entry> menu(const QString &path) const;
-    /// The title of a menu's first entry, which is the one for favorites.
+    /// The title of a menu's first entry, the favorites entry.
     std::string titleIn(const QString &menuPath) const;
     QVariantHash run(const QString &entryPath) const;
-    /// Asks for the first entry, title included, and runs it.
+    /// Reads the first entry, title included, and activates it.
     QVariantHash runFirstOf(const QString &menuPath) const;
     /// The titles of the favorites screen.
     std::vector<std::string> favorites() const;
 
-    /// The directory's since the last call.
+    /// The directory's requests since the last call.
     std::vector<std::string> requests();
     std::string describeRequest(const char *id) const;
     std::string presetRequest(const char *command, const char *id) const;
 
-    /// Adds what has this menu and removes it; \a id is what the directory is to be told.
+    /// Adds the item of this menu and removes it again; the directory must be sent \a id.
     void addAndRemove(const QString &menuPath, const char *id, const char *listedAs);
     /// Makes the directory answer the next request for \a page with this body.
     void answerOnce(const char *page, const QByteArray &body);
@@ -74,5 +74,5 @@ protected:
     QTemporaryDir folder;
     Product product;
     QString serial;
-    QString device; ///< the query items that say who asks
+    QString device; ///< the query items that identify the device
 };

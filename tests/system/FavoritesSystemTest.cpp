@@ -53,7 +53,8 @@ TEST_F(FavoritesSystem, anEpisodeWithoutShowIsAddedItself)
     EXPECT_THAT(requests(), ElementsAre(presetRequest("add", "t300301")));
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Steam")));
 
-    // The directory describes an episode as what is no favorite; one that calls it a show is read.
+    // The directory describes an episode as an element that cannot be a favorite; if it is a show,
+    // it can.
     answerOnce("Describe.ashx", "{\"element\":\"show\",\"is_preset\":\"true\"}");
     EXPECT_EQ(titleIn(menuPath), removeTitle);
     requests();
@@ -84,7 +85,7 @@ TEST_F(FavoritesSystem, theRootMenuBeginsWithTheFavorites)
     EXPECT_TRUE(CMPath::fromEncoded(root.value(0).path)
                     .startsWith(CMPath::fromEncoded(text(favoritesScreen))));
 
-    // A directory that offers no such folder.
+    // The directory's own menu has no favorites.
     answerOnce("Browse.ashx",
         "{\"element\":\"outline\",\"type\":\"link\",\"text\":\"Music\",\"URL\":"
         "\"http://opml.radiotime.com/Browse.ashx?c=music\",\"key\":\"music\"}");
@@ -128,7 +129,7 @@ TEST_F(FavoritesSystem, veskctlAddsAndRemoves)
     EXPECT_THAT(failed.err.toStdString(), HasSubstr("Access forbidden."));
 }
 
-/// A client that is told of changes.
+/// A client that subscribes to changes.
 class Subscriber {
 public:
     explicit Subscriber(quint16 port)
@@ -139,8 +140,8 @@ public:
     {
         return call(text("subscribe"), {{text("path"), path}}).contains(text("result"));
     }
-    /// The "changed" notifications so far: whatever the host did before this call has arrived. The
-    /// process of a plug-in tells of a change after it has answered, so \a expected are waited for.
+    /// The "changed" notifications of everything that the host did before this call. A plug-in's
+    /// process notifies after its response, so this waits for \a expected notifications.
     QVariantList news(int expected = 0)
     {
         const QDeadlineTimer deadline(5000);
@@ -210,7 +211,7 @@ TEST_F(FavoritesSystem, subscribersAreNotifiedOfEachChange)
         ASSERT_TRUE(client.subscribe(path));
     const auto isTold = ElementsAre(reset(text(favoritesScreen)), reset(furtherParameters),
         reset(item.playerMenu), reset(item.browserMenu));
-    constexpr int changes = 4; // the screen of favorites is followed twice
+    constexpr int changes = 4; // the favorites screen has two subscriptions
 
     for (const char *title : {addTitle, removeTitle, addTitle}) {
         EXPECT_EQ(titleIn(item.browserMenu), title);

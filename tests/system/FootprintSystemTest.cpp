@@ -32,7 +32,7 @@ TEST_F(PlaySystemFootprint, fiveHundredSwitchesLeaveNothingBehind)
     EXPECT_LE(after.threads, before.threads);
     EXPECT_LE(after.descriptors, before.descriptors);
 #ifndef __SANITIZE_ADDRESS__
-    // A leak of a kilobyte a switch would show. The sanitizer keeps what is freed for a while, and
+    // A leak of a kilobyte per switch would show. The sanitizer keeps freed memory for a while, and
     // looks for leaks itself when the host ends.
     EXPECT_LE(after.kilobytes, before.kilobytes + 500);
 #endif

@@ -20,8 +20,8 @@ constexpr char Broken[]
     = "The answer of the TuneIn service did not come whole. Please try again later.";
 constexpr char Unreachable[] = "The TuneIn service cannot be reached. Please try again later.";
 
-/// What a directory may do to a screen, and what the user is told: by the plug-in, where an empty
-/// message stands for an empty screen, and by the host, which knows more.
+/// A fault of the directory, and the messages for the user: the plug-in's, empty for an empty
+/// screen, and the host's, which is more precise.
 struct Misbehaviour {
     const char *name;
     const char *fault;
@@ -107,7 +107,7 @@ TEST(ServiceFaults, AnEmptyListIsNoFault)
 {
     const Product product;
     ASSERT_TRUE(product.isUp());
-    // What the service says is a list without entries, and a part of one that is not in it.
+    // A list without entries, and a section that the answer does not contain.
     product.setFault("body:" TEST_DATA_DIR "/nothing.json");
     for (const char *screen : {"TuneIn:browse/uri/Browse.ashx?c=music",
              "TuneIn:browse/uri/Browse.ashx?c=music&veskNavigation=gone"}) {

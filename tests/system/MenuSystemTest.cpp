@@ -27,7 +27,7 @@ protected:
     {
         return product.rpc(text("player.state"), {}).value(text("result")).toHash();
     }
-    /// Plays a row and waits until it is what plays.
+    /// Plays a row and waits until it plays.
     bool play(const QString &screen, int row)
     {
         const QVariant playId
@@ -102,8 +102,7 @@ TEST_F(ChosenStream, theSecondOfThreePlaysUnderItsStationsTitle)
         text("GET /Report.ashx?c=stream&id=") + item.guideId + text("&streamUrl=")));
 }
 
-/// A chosen stream's menu is opened with the id of the stream; it is about the station all the
-/// same.
+/// The menu of a chosen stream is opened with the stream's id but applies to its station.
 TEST_F(ChosenStream, hasAContextMenuLikeItsStation)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=trial%2001");

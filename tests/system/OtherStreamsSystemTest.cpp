@@ -16,10 +16,10 @@ using testing::HasSubstr;
 class OtherStreamsSystem : public PlayFixture {
 protected:
     QString member(const char *name) const { return state().value(text(name)).toString(); }
-    /// Whatever was posted before this has come to the plug-in, and from there to the directory: it
-    /// does one thing after the other.
+    /// Waits until the plug-in has handled every state posted so far, reports included: it handles
+    /// requests in order.
     void settle() { product.rows(text("TuneIn:"), {text("title")}); }
-    /// The rows of the screen on which the streams of what plays are chosen.
+    /// The rows of the stream choice of the playing station.
     QString choiceOfStreams() const
     {
         const QVariantList menu = product.rows(member("contextPath"), {text("path")});

@@ -128,7 +128,7 @@ bool PlayFixture::isHeard() const
     return true;
 }
 
-/// Whether a WAV file's head says how long the file is.
+/// Whether a WAV file's header holds the file's length.
 static bool isComplete(const QByteArray &wav)
 {
     constexpr int headSize = 8;
@@ -139,7 +139,7 @@ static bool isComplete(const QByteArray &wav)
 
 ear::Sound PlayFixture::heard() const
 {
-    // After a stop the file is completed on the play's own thread.
+    // After a stop the play's own thread completes the file.
     QElapsedTimer clock;
     clock.start();
     QByteArray bytes;

@@ -18,14 +18,14 @@ struct Footprint {
 
     static Footprint of(qint64 pid);
     /// The same once there are no more threads and descriptors than \a before, or after five
-    /// seconds: connections that were closed take a moment to be gone.
+    /// seconds: closed connections take a moment to disappear.
     static Footprint settled(qint64 pid, const Footprint &before);
 };
 
 /// A product of its own for each test, which plays to a file.
 class PlayFixture : public testing::Test {
 protected:
-    /// What the player said it did, over some time.
+    /// The player's states over some time.
     struct Watched {
         int longestBreakMs = 0; ///< while it was not playing
         int lastState = -1;
@@ -38,17 +38,17 @@ protected:
     explicit PlayFixture(QStringList hostArguments = {});
     void SetUp() override;
 
-    /// Plays a row of what a search finds.
+    /// Plays a row of a search's results.
     QVariantHash play(const QString &search, int row = 0) const;
     QVariantHash state() const;
     bool waitForState(int wanted, int milliseconds = 20000) const;
     void command(const char *method) const;
     Watched watch(int milliseconds) const;
-    /// Whether a second of sound comes to be heard within three.
+    /// Whether a second of sound is written within three seconds.
     bool isHeard() const;
-    /// What is in the file after a stop.
+    /// The sound in the file after a stop.
     ear::Sound heard() const;
-    /// What the n-th stream of a station sounds like.
+    /// The melody of a station's stream.
     std::vector<double> melody(const QString &id, int stream = 0) const;
     QStringList requests(const char *page) const;
 

@@ -33,7 +33,7 @@ TEST_F(PlaySystem, aListedStationPlaysItsOwnMelody)
     EXPECT_FALSE(ear::isPartOf(sound.notes(), melody(text("s29001"), 1), 6));
 }
 
-/// Each station with an odd way to its stream, and what is heard of it in the end.
+/// Stations behind playlists and redirects of all kinds, and the melody that must be heard.
 TEST_F(PlaySystem, stationsBehindPlaylistsPlay)
 {
     for (const char *number : {"02", "07", "09", "10", "12", "14", "15"}) {
@@ -81,7 +81,7 @@ TEST_F(PlaySystem, reportsTheStreamAndItsDuration)
                                     "&listenId=[0-9]{10}&trigger=stop")
             + device)
                                   .toStdString()));
-    // The pause left the station, the resume joined it anew: a file of both.
+    // The pause disconnects, the resume reconnects: the file holds both parts.
     EXPECT_EQ(requests("/stream/").size(), 2);
     EXPECT_NEAR(heard().seconds(), 4.5, 1.5);
 }
@@ -133,7 +133,7 @@ TEST_F(PlaySystem, spokenNoticesAreErrors)
         text("This device cannot play the station's streams."));
 }
 
-// What today's players do not survive; each without a user.
+// Faults of the stream's server, each survived without any action by the user.
 
 TEST_F(PlaySystem, aClosedStreamContinuesWithoutSilence)
 {

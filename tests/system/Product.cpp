@@ -22,7 +22,7 @@ QString program(const char *name)
     return QStringLiteral(VESK_BIN_DIR "/") + QString::fromLatin1(name);
 }
 
-/// The address in the line with which a program says that it is up; empty when it does not.
+/// The address in a program's ready line; empty if none comes.
 QString readyAddress(QProcess &process)
 {
     while (!process.canReadLine()) {
@@ -33,8 +33,7 @@ QString readyAddress(QProcess &process)
     return line.section(QStringLiteral(" ready at "), 1);
 }
 
-/// The address in the line with which the directory says that TLS is up, which comes before the
-/// other.
+/// The address in the directory's line about TLS, which comes before the ready line.
 QString secureAddress(QProcess &directory)
 {
     const QString mark = QStringLiteral(" TLS at https://");
@@ -73,6 +72,12 @@ QByteArray exchange(
 }
 
 } // namespace
+
+QByteArray contents(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 Outcome runProgram(const QString &name, const QStringList &arguments, const QByteArray &input)
 {

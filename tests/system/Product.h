@@ -23,7 +23,7 @@ struct Outcome {
 struct DirectoryTls {
     QByteArray certificateFile;
     QByteArray keyFile;
-    QString authorityFile; ///< whom the host is to trust
+    QString authorityFile; ///< the authority that the host trusts
 };
 
 /// The local directory and a host that is connected to it, each a process of its own on a free
@@ -38,42 +38,42 @@ public:
     bool isUp() const { return !m_hostUrl.isEmpty(); }
     QString hostUrl() const { return m_hostUrl; }
     quint16 hostPort() const;
-    /// The host's id of this device, which it is known by at the directory.
+    /// The device's member id, by which the directory knows it.
     QString serial() const;
     QString directoryAddress() const { return m_directoryAddress; }
     QString stateDir() const;
     const QProcess &host() const { return m_host; }
 
-    /// Runs veskctl against the host; it reads \a input.
+    /// Runs veskctl against the host with \a input on its standard input.
     Outcome ctl(const QStringList &arguments, const QByteArray &input = {}) const;
-    /// One JSON-RPC call; the whole answer.
+    /// One JSON-RPC call; the whole response.
     QVariantHash rpc(const QString &method, const QVariantHash &params) const;
-    /// Posts \a body to the host's JSON-RPC as it is; the body of the answer.
+    /// Posts \a body to the host's JSON-RPC unchanged; the body of the response.
     QByteArray post(const QByteArray &body) const;
     /// Rows of a screen with the given roles, or with all.
     QVariantList rows(const QString &path, const QStringList &roles, int last = 99) const;
 
-    /// Makes the directory misbehave as \a fault says, or behave again.
+    /// Sets a fault of the directory, or clears all.
     void setFault(const QByteArray &fault) const;
     void clearFaults() const;
-    /// What the directory answers with at \a target, read as JSON.
+    /// The directory's response at \a target, parsed as JSON.
     QVariantHash directory(const QString &target) const;
-    /// Sends the directory a form, as a browser does; the page that answers.
+    /// Submits a form to the directory, as a browser does; the page in the response.
     QByteArray submitToDirectory(const QString &target, const QByteArray &form) const;
-    /// "METHOD TARGET" of each request that the directory got.
+    /// "METHOD TARGET" of each request that the directory received.
     QStringList requestLog() const;
     /// Those since the last call.
     QStringList newRequests();
-    /// Waits until \a count of them hold \a text; false after \a milliseconds.
+    /// Waits until \a count of them contain \a text; false after \a milliseconds.
     bool waitForRequests(const QString &text, int count, int milliseconds = 20000) const;
 
-    /// Ends the host as its manager would; its exit code.
+    /// Terminates the host, as a service manager does; its exit code.
     int stopHost();
-    /// Ends it without a word, as a power failure would. Any thread.
+    /// Kills the host, as a power failure would. Any thread.
     void killHost() const;
-    /// Waits until a host that was killed is gone.
+    /// Waits until a killed host has ended.
     void waitForHostsEnd();
-    /// Starts it again, with the same state. Returns whether it is up.
+    /// Starts the host again with the same state. Returns whether it is up.
     bool startHost();
 
 private:
@@ -85,6 +85,9 @@ private:
     QString m_hostUrl;
     int m_requestsSeen = 0;
 };
+
+/// The contents of a file; empty if it cannot be read.
+QByteArray contents(const QString &name);
 
 /// Runs a program of the build to its end.
 Outcome runProgram(const QString &name, const QStringList &arguments, const QByteArray &input = {});

@@ -76,7 +76,7 @@ TEST_F(ScreenSystem, theClickedRowPlaysAlthoughTheListHasChanged)
                              .toList()
                              .value(0)
                              .toString();
-    // Whichever of them is listed first is removed elsewhere.
+    // Another client removes the row that is listed first.
     const bool firstIsFirst = before.at(0).contains(text("s29001"));
     const Item gone = firstIsFirst ? first : second;
     ASSERT_TRUE(runFirstOf(gone.browserMenu).contains(text("result")));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// A setting that the plug-in reads once, and a listener who changes it while he listens.
+/// A setting that the plug-in reads once is changed while a station plays.
 #include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
@@ -40,7 +40,7 @@ TEST_F(SettingsSystem, AChangeAppliesToTheNextListWhileTheMusicPlays)
     EXPECT_EQ(state().value(text("playId")), playId);
     EXPECT_TRUE(isHeard());
 
-    // The new one knows what plays: it reports that it does, and its end.
+    // The new process knows what plays: it reports the stream and its duration.
     EXPECT_TRUE(product.waitForRequests(text("Report.ashx?c=stream"), reports + 1));
     command("player.stop");
     EXPECT_TRUE(product.waitForRequests(text("Report.ashx?c=time"), 1));
@@ -58,8 +58,8 @@ TEST_F(SettingsSystem, ARefusedValueChangesNothing)
     EXPECT_THAT(lastRequest("Browse.ashx"), Not(HasSubstr("mp5")));
 }
 
-/// Whose answer is on its way when the setting changes: with the former value or the new one, but
-/// an answer.
+/// A request that is under way when the setting changes is answered, with the old value or the
+/// new one.
 TEST_F(SettingsSystem, RequestsUnderWayAreAnswered)
 {
     product.setFault("slow-headers@Browse.ashx:2");

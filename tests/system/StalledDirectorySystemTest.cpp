@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// A directory that answers slowly or not at all, and a listener who does not wait for it.
+/// A directory that answers slowly or not at all, and clients that do not wait for it.
 #include "tests/support/RawWebSocket.h"
 #include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
@@ -14,12 +14,12 @@
 
 namespace {
 
-/// Far below what the directory takes, and far above what a busy machine does.
+/// Far less than the directory takes, and far more than a busy machine needs.
 constexpr int NotWaiting = 6000;
 
 class StalledDirectorySystem : public PlayFixture {
 protected:
-    /// The processes that the host has started.
+    /// The host's child processes.
     QByteArray children() const
     {
         const QString pid = QString::number(product.host().processId());
@@ -28,7 +28,8 @@ protected:
     }
 };
 
-/// Each row of a search wants the name of its genre, and each asking takes half a minute.
+/// Each row of a search needs the name of its genre; without the wait between attempts, each row
+/// would take half a minute.
 TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
 {
     const QByteArray worker = children();
@@ -49,7 +50,7 @@ TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
     EXPECT_TRUE(children().startsWith(worker.trimmed())) << "the plug-in's process was replaced";
 }
 
-/// Opening another screen, by the page's way: the first one is taken back.
+/// As the page does it: opening another screen cancels the request for the first.
 TEST_F(StalledDirectorySystem, anAbandonedScreenDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");
@@ -69,7 +70,7 @@ TEST_F(StalledDirectorySystem, anAbandonedScreenDelaysNoOther)
     EXPECT_LE(clock.elapsed(), NotWaiting);
 }
 
-/// The same for a client that is gone.
+/// The same for a client that has disconnected.
 TEST_F(StalledDirectorySystem, aDisconnectedClientDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");

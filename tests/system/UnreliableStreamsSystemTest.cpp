@@ -45,7 +45,7 @@ protected:
         }
         FAIL() << title << " is not listed";
     }
-    /// Waits until the player says anything of what is wrong; empty after ten seconds.
+    /// Waits for an error or a problem of the player; empty after ten seconds.
     QString told() const
     {
         QElapsedTimer clock;
