@@ -6,6 +6,7 @@
 /// what playing costs. Whole processes on the same stream of the local directory, in turns. The
 /// player is asked over JSON-RPC and runs its step before playing first; gst-launch is started,
 /// which is its only way to begin.
+#include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
 #include <QDir>
@@ -24,11 +25,6 @@ namespace {
 constexpr int Rounds = 15;
 constexpr int PlaySeconds = 10;
 constexpr qint64 WavHead = 44;
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
 
 double median(std::vector<double> values)
 {

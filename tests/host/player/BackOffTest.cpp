@@ -89,7 +89,7 @@ TEST(BackOffTest, WaitsAsLongAsTheServerAsks)
     EXPECT_EQ(backOff.next(BackOff::LongestAsked), BackOff::LongestAsked);
 }
 
-TEST(BackOffTest, DoesNotComeSoonerThanItWouldUnasked)
+TEST(BackOffTest, AShorterRequestedWaitShortensNothing)
 {
     BackOff backOff = backOffWith(0);
     waits(backOff, 3);
@@ -97,7 +97,7 @@ TEST(BackOffTest, DoesNotComeSoonerThanItWouldUnasked)
     EXPECT_EQ(backOff.next(Milliseconds(-5000)), Milliseconds(8000));
 }
 
-TEST(BackOffTest, HeedsNoAbsurdWish)
+TEST(BackOffTest, BoundsTheWaitTheServerAsksFor)
 {
     for (const double random : {0.0, AlmostOne}) {
         BackOff backOff = backOffWith(random);
@@ -107,7 +107,7 @@ TEST(BackOffTest, HeedsNoAbsurdWish)
     }
 }
 
-TEST(BackOffTest, AWishCountsAsAFailureLikeAnyOther)
+TEST(BackOffTest, AWaitTheServerAskedForDoublesTheNextOne)
 {
     BackOff backOff = backOffWith(0);
     backOff.next(Milliseconds(30000));

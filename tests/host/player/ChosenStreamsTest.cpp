@@ -28,7 +28,7 @@ protected:
     const QString inside = folder.filePath(QStringLiteral("state"));
 };
 
-TEST_F(ChosenStreamsTest, areThereAgainInTheNextRun)
+TEST_F(ChosenStreamsTest, areKeptForTheNextRun)
 {
     {
         ChosenStreams chosen(inside);
@@ -47,7 +47,7 @@ TEST_F(ChosenStreamsTest, areThereAgainInTheNextRun)
         QFile::Permissions());
 }
 
-TEST_F(ChosenStreamsTest, areThoseOfTheLastStations)
+TEST_F(ChosenStreamsTest, areBoundedToTheLatestStations)
 {
     ChosenStreams chosen(inside);
     for (int i = 0; i <= ChosenStreams::MaxStations; ++i)
@@ -63,7 +63,7 @@ TEST_F(ChosenStreamsTest, areThoseOfTheLastStations)
     EXPECT_EQ(again.streamOf(station(3)), stream(3));
 }
 
-TEST_F(ChosenStreamsTest, ofAFileThatCannotBeReadAreNone)
+TEST_F(ChosenStreamsTest, areEmptyWhenTheFileCannotBeRead)
 {
     ASSERT_TRUE(folder.isValid());
     const QByteArray contents[] = {"", "{", "[]", "{\"chosenStreams\":1}",
@@ -81,7 +81,7 @@ TEST_F(ChosenStreamsTest, ofAFileThatCannotBeReadAreNone)
     }
 }
 
-TEST_F(ChosenStreamsTest, doNotWaitForWhatIsNoFile)
+TEST_F(ChosenStreamsTest, doNotBlockOnAFifo)
 {
     const QByteArray name = QFile::encodeName(folder.filePath(QStringLiteral("streams.json")));
     ASSERT_EQ(::mkfifo(name.constData(), 0600), 0);
@@ -89,14 +89,14 @@ TEST_F(ChosenStreamsTest, doNotWaitForWhatIsNoFile)
     EXPECT_TRUE(chosen.streamOf(station(1)).isEmpty());
 }
 
-TEST_F(ChosenStreamsTest, withoutAFolderLastAsLongAsTheHost)
+TEST_F(ChosenStreamsTest, areKeptInMemoryWithoutAFolder)
 {
     ChosenStreams chosen {QString()};
     chosen.remember(station(1), stream(1));
     EXPECT_EQ(chosen.streamOf(station(1)), stream(1));
 }
 
-TEST_F(ChosenStreamsTest, thatCannotBeWrittenCountAllTheSame)
+TEST_F(ChosenStreamsTest, holdForThisRunWhenTheyCannotBeWritten)
 {
     QFile inTheWay(inside);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));

@@ -46,7 +46,7 @@ TEST(ConnectPaceTest, noHalfMinuteSeesMoreThanFortyFive)
     }
 }
 
-TEST(ConnectPaceTest, restsMakeUpForHaste)
+TEST(ConnectPaceTest, aRestAllowsAnotherBurst)
 {
     ConnectPace pace;
     const Clock::time_point start {std::chrono::hours(1)};

@@ -18,7 +18,7 @@ TEST_F(PlayLogicTest, runsTheStepBeforePlayingAndPlaysWhatItLeadsTo)
     EXPECT_EQ(posts(), QString());
 }
 
-TEST_F(PlayLogicTest, playsARowWithoutSuchAStepAsItIs)
+TEST_F(PlayLogicTest, playsARowWithoutAStepBeforePlayingAsItIs)
 {
     play(1);
     ASSERT_TRUE(waitForPlayer(1));
@@ -102,7 +102,7 @@ TEST_F(PlayLogicTest, pausesAndResumesAndStops)
 }
 
 /// Whichever of the two is said first.
-TEST_F(PlayLogicTest, whatThePlayerSaysLateOfAPauseCountsForNothing)
+TEST_F(PlayLogicTest, lateSignalsOfAPausedPlayerAreIgnored)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -349,9 +349,9 @@ TEST_F(PlayLogicTest, aStopDuringTheStepBeforePlayingCounts)
     EXPECT_EQ(posts(), QString());
 }
 
-// Whoever begins anew knows nothing of what was posted before.
+// A plug-in's process that was replaced: the new one knows nothing of earlier posts.
 
-TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfThePlaying)
+TEST_F(PlayLogicTest, aRestartedPluginGetsPlaying)
 {
     const QString id = play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -368,7 +368,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfThePlaying)
     EXPECT_EQ(posts(), text("2 2 3 2 0"));
 }
 
-TEST_F(PlayLogicTest, aPauseBeforeTheNewBeginningIsTheEndOfAPlaying)
+TEST_F(PlayLogicTest, aPauseDuringARestartIsPostedAfterPlaying)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -381,7 +381,7 @@ TEST_F(PlayLogicTest, aPauseBeforeTheNewBeginningIsTheEndOfAPlaying)
     EXPECT_EQ(posts(), text("2 2 3 0"));
 }
 
-TEST_F(PlayLogicTest, whatWasPostedBeforeTheNewBeginningIsNotPostedAgain)
+TEST_F(PlayLogicTest, whatWasPostedDuringARestartIsNotPostedAgain)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -394,7 +394,7 @@ TEST_F(PlayLogicTest, whatWasPostedBeforeTheNewBeginningIsNotPostedAgain)
     EXPECT_EQ(posts(), text("2 2 3 2"));
 }
 
-TEST_F(PlayLogicTest, aBreakAfterThePostsBeforeTheNewBeginningIsPosted)
+TEST_F(PlayLogicTest, aBreakAfterAPostDuringARestartIsPosted)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -408,7 +408,7 @@ TEST_F(PlayLogicTest, aBreakAfterThePostsBeforeTheNewBeginningIsPosted)
     EXPECT_EQ(posts(), text("2 2 1 0"));
 }
 
-TEST_F(PlayLogicTest, aStopBeforeTheNewBeginningIsNoNews)
+TEST_F(PlayLogicTest, aStopDuringARestartIsNotPosted)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -419,7 +419,7 @@ TEST_F(PlayLogicTest, aStopBeforeTheNewBeginningIsNoNews)
     EXPECT_EQ(posts(), text("2"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldWhenItIsOver)
+TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingAfterIt)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -432,7 +432,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldWhenItIsOver)
     EXPECT_EQ(posts(), text("2 1 2 0"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldOfThePlayingBeforeAPause)
+TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingBeforeAPause)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -444,7 +444,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsToldOfThePlayingBeforeAPause)
     EXPECT_EQ(posts(), text("2 1 2 3 0"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsNotToldOfAStop)
+TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsNoStop)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -455,7 +455,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewInABreakIsNotToldOfAStop)
     EXPECT_EQ(posts(), text("2 1"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsToldWhenItIsOver)
+TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsPlayingAfterIt)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -470,7 +470,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsToldWhenItIsOver)
     EXPECT_EQ(posts(), text("2 3 2 0"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsNotToldOfAStop)
+TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsNoStop)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -481,7 +481,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewInAPauseIsNotToldOfAStop)
     EXPECT_EQ(posts(), text("2 3"));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfAFailureAllTheSame)
+TEST_F(PlayLogicTest, aRestartedPluginGetsAFailure)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -491,7 +491,7 @@ TEST_F(PlayLogicTest, whoBeginsAnewIsToldOfAFailureAllTheSame)
     EXPECT_EQ(posts(), text("0:No."));
 }
 
-TEST_F(PlayLogicTest, whoBeginsAnewWhileNothingPlaysIsToldNothing)
+TEST_F(PlayLogicTest, aPluginRestartedWhileNothingPlaysGetsNothing)
 {
     beginAnew();
     EXPECT_EQ(posts(), QString());

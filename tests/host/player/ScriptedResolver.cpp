@@ -19,7 +19,7 @@ struct Script {
     std::map<QByteArray, int> questions;
 };
 
-/// Never destroyed: a thread that nobody waits for may still ask.
+/// Never destroyed: a detached resolver thread may still ask.
 Script &script()
 {
     static auto &instance = *new Script;

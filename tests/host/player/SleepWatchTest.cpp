@@ -11,7 +11,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 } // namespace
 
-TEST(SleepWatchTest, tellsOfASleepOnce)
+TEST(SleepWatchTest, reportsASleepOnce)
 {
     Milliseconds now {0};
     SleepWatch watch(Milliseconds(5000), [&now] { return now; });
@@ -23,7 +23,7 @@ TEST(SleepWatchTest, tellsOfASleepOnce)
     EXPECT_FALSE(watch.hasSlept());
 }
 
-TEST(SleepWatchTest, theFirstLookTellsNothing)
+TEST(SleepWatchTest, theFirstCheckReportsNothing)
 {
     Milliseconds now {3600000};
     SleepWatch watch(Milliseconds(5000), [&now] { return now; });

@@ -18,7 +18,7 @@ int indexOf(const char *path, const QList<const char *> &paths)
     return StreamChoice::indexOf(streams, CMPath::fromEncoded(QString::fromLatin1(path)));
 }
 
-TEST(StreamChoice, knowsAStreamAgainByWhatTellsItFromTheOthers)
+TEST(StreamChoice, recognisesAStreamByTheParametersThatDiffer)
 {
     const QList<const char *> english {"A:t?id=1&locale=en", "A:t?id=2&locale=en"};
     EXPECT_EQ(indexOf("A:t?id=2&locale=en", english), 1);
@@ -30,13 +30,13 @@ TEST(StreamChoice, knowsAStreamAgainByWhatTellsItFromTheOthers)
     EXPECT_EQ(indexOf("A:t?id=1", {}), -1);
 }
 
-TEST(StreamChoice, takesNoneOfSeveralThatAreAlike)
+TEST(StreamChoice, takesNoneOfSeveralThatMatch)
 {
     EXPECT_EQ(indexOf("A:t?x=1", {"A:t?x=2", "A:t?x=2"}), -1);
     EXPECT_EQ(indexOf("A:t?x=2", {"A:t?x=2", "A:t?x=2"}), 0);
 }
 
-TEST(StreamChoice, aParameterThatOnlySomeHaveTellsToo)
+TEST(StreamChoice, aParameterThatOnlySomeHaveCountsToo)
 {
     const QList<const char *> streams {"A:t", "A:t?high=1"};
     EXPECT_EQ(indexOf("A:t?locale=de", streams), 0);

@@ -60,7 +60,7 @@ protected:
     QStringList told;
 };
 
-TEST_F(StreamPlayerProblemsTest, areToldWhileThereIsNothingToHear)
+TEST_F(StreamPlayerProblemsTest, areReportedWhileNothingIsHeard)
 {
     script = {{503, "", {}, End::Complete, 0}, {503, "", {}, End::Complete, 0}};
     play();
@@ -72,7 +72,7 @@ TEST_F(StreamPlayerProblemsTest, areToldWhileThereIsNothingToHear)
     EXPECT_EQ(told.last(), QString());
 }
 
-TEST_F(StreamPlayerProblemsTest, areNoneWhileWhatIsKeptAheadIsHeard)
+TEST_F(StreamPlayerProblemsTest, areNotReportedWhileTheBufferIsHeard)
 {
     script = {{200, good, {}, End::Close, 0}};
     play();
@@ -81,7 +81,7 @@ TEST_F(StreamPlayerProblemsTest, areNoneWhileWhatIsKeptAheadIsHeard)
     EXPECT_THAT(told, testing::IsEmpty());
 }
 
-TEST_F(StreamPlayerProblemsTest, areOverWithTheirPlay)
+TEST_F(StreamPlayerProblemsTest, endWithTheirPlay)
 {
     script = QList<Response> {{503, "", {{"Retry-After", "60"}}, End::Complete, 0}};
     play();

@@ -104,7 +104,7 @@ protected:
     QString outputProblem;
 };
 
-/// What once held the main thread up for good: headers of AAC without its sound.
+/// AAC headers without sound once blocked the main thread for good.
 TEST_F(StreamPlayerTest, aStationThatCannotBeDecodedNeverStopsTheMainLoop)
 {
     std::mt19937 random(1);
@@ -129,9 +129,9 @@ TEST_F(StreamPlayerTest, aStationThatCannotBeDecodedNeverStopsTheMainLoop)
     EXPECT_TRUE(player->waitForEnd(std::chrono::seconds(5)));
 }
 
-TEST_F(StreamPlayerTest, anOutputThatHangsIsLeftBehindAndTold)
+TEST_F(StreamPlayerTest, anOutputThatHangsIsLeftBehindAndReported)
 {
-    // A FIFO that is read by nobody: opening it for writing waits for ever.
+    // A FIFO without a reader: opening it for writing blocks.
     const QTemporaryDir folder;
     const QByteArray fifo = QFile::encodeName(folder.filePath(QStringLiteral("out.wav")));
     ASSERT_EQ(::mkfifo(fifo.constData(), 0600), 0);

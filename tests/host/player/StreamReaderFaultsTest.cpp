@@ -163,7 +163,7 @@ TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerEndsWithoutASoundIsTriedAgain)
     EXPECT_FALSE(ended);
 }
 
-TEST_F(StreamReaderFaultsTest, whatIsDecodedLateCountsForItsConnection)
+TEST_F(StreamReaderFaultsTest, audioThatIsDecodedLateCountsForItsConnection)
 {
     serveList("/list.m3u", {"/dead", "/live"});
     serve("/live", endless(audio(3000)));
@@ -182,7 +182,7 @@ TEST_F(StreamReaderFaultsTest, waitsGrowThoughTheLastConnectionWasGood)
     EXPECT_GE(tries->at(3) - tries->at(2), Milliseconds(1900));
 }
 
-TEST_F(StreamReaderFaultsTest, aDecoderThatTakesNothingHoldsUpNoLimit)
+TEST_F(StreamReaderFaultsTest, limitsHoldWhileTheDecoderTakesNothing)
 {
     consumer.full = true;
     serve("/live", {200, audio(500000), {}, End::Stall, 400000});
@@ -396,7 +396,7 @@ TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
     }
 }
 
-TEST_F(StreamReaderFaultsTest, theLastTryIsCutOffButNotItsReason)
+TEST_F(StreamReaderFaultsTest, theLastTryIsCutOffAndReportsItsReason)
 {
     times.http.connect = Milliseconds(60000);
     times.giveUp = Milliseconds(500);
@@ -474,7 +474,7 @@ TEST_F(StreamReaderFaultsTest, aServerThatMovesIsFoundAgain)
 {
     times.giveUp = Milliseconds(20000);
     serve("/live", endless(audio(3000)));
-    // Nobody listens there.
+    // Nothing listens there.
     ScriptedResolver::answer("moving.scripted.test", "127.0.0.2");
     play({QUrl(QStringLiteral("http://moving.scripted.test:%1/live").arg(server.port())), true});
     ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
@@ -483,7 +483,7 @@ TEST_F(StreamReaderFaultsTest, aServerThatMovesIsFoundAgain)
     EXPECT_GE(ScriptedResolver::questions("moving.scripted.test"), 2);
 }
 
-TEST_F(StreamReaderFaultsTest, aNameServerThatDoesNotAnswerHoldsUpNoStop)
+TEST_F(StreamReaderFaultsTest, stopsAtOnceWhileTheNameServerDoesNotAnswer)
 {
     times.http.connect = Milliseconds(60000);
     ScriptedResolver::hang("hanging.scripted.test");
@@ -504,7 +504,7 @@ TEST_F(StreamReaderFaultsTest, aNameServerThatDoesNotAnswerIsAFaultLikeAnyOther)
     EXPECT_EQ(problem, QStringLiteral("The stream's server does not answer."));
 }
 
-TEST_F(StreamReaderFaultsTest, noPlaylistMakesItRunAServerOver)
+TEST_F(StreamReaderFaultsTest, connectionsArePacedWhateverAPlaylistNames)
 {
     times.giveUp = Milliseconds(4000);
     // Each list leads to 200 more, none of which is there.

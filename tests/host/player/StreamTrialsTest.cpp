@@ -141,7 +141,7 @@ protected:
 
 const char *const goingOn = "Trying another stream ...";
 
-TEST_F(StreamTrialsTest, goesOnToTheOthersBestFirstAndToItsLikeLast)
+TEST_F(StreamTrialsTest, triesTheOthersByBitRateAndTheServicesOwnChoiceLast)
 {
     begin();
     EXPECT_EQ(shown("problem"), QString());
@@ -165,7 +165,7 @@ TEST_F(StreamTrialsTest, goesOnToTheOthersBestFirstAndToItsLikeLast)
     EXPECT_EQ(wizard->asked, 0);
 }
 
-TEST_F(StreamTrialsTest, whenNoneIsHeardTheFirstOnesFailureIsToldOnce)
+TEST_F(StreamTrialsTest, whenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
 {
     begin();
     refuse("The first.");
@@ -204,7 +204,7 @@ TEST_F(StreamTrialsTest, aSilentStreamIsLeftByItself)
     EXPECT_TRUE(triesNoMore());
 }
 
-TEST_F(StreamTrialsTest, theOneThatWasLeftFirstIsTriedOnceMoreForAsLongAsThePlayerTries)
+TEST_F(StreamTrialsTest, theFirstStreamThatWasLeftIsTheLastResort)
 {
     begin();
     trouble();
