@@ -99,11 +99,11 @@ Done addConnectTo(HostOptions &options, const QVariant &value, const QString &)
 
 Done setAudio(HostOptions &options, const QVariant &value, const QString &folder)
 {
-    bool ok = false;
-    options.audio = AudioOutputSpec::parse(value.toString(), ok);
-    if (!ok)
+    const auto spec = AudioOutputSpec::parse(value.toString());
+    if (!spec)
         return failure(
             QStringLiteral("\"%1\" is not auto, null or wav:FILE").arg(value.toString()));
+    options.audio = *spec;
     if (options.audio.kind == AudioOutputSpec::Wav)
         return setFile(options.audio.file, options.audio.file, folder);
     return {};

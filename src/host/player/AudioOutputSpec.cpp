@@ -7,20 +7,16 @@
 
 #include <QFile>
 
-AudioOutputSpec AudioOutputSpec::parse(const QString &text, bool &ok)
+std::optional<AudioOutputSpec> AudioOutputSpec::parse(const QString &text)
 {
-    AudioOutputSpec spec;
     const QString wav = QStringLiteral("wav:");
-    ok = true;
-    if (text == QLatin1String("null")) {
-        spec.kind = Null;
-    } else if (text.startsWith(wav) && text.size() > wav.size()) {
-        spec.kind = Wav;
-        spec.file = text.mid(wav.size());
-    } else {
-        ok = text == QLatin1String("auto");
-    }
-    return spec;
+    if (text == QLatin1String("auto"))
+        return AudioOutputSpec {Auto, {}};
+    if (text == QLatin1String("null"))
+        return AudioOutputSpec {Null, {}};
+    if (text.startsWith(wav) && text.size() > wav.size())
+        return AudioOutputSpec {Wav, text.mid(wav.size())};
+    return {};
 }
 
 QString AudioOutputSpec::problem() const

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <optional>
+
 /// Where a play is heard: "auto" (the machine's sound output), "null" (nowhere, in real time) or
 /// "wav:FILE" (a file, in real time, written anew by each play).
 struct AudioOutputSpec {
@@ -12,8 +14,8 @@ struct AudioOutputSpec {
     Kind kind = Auto;
     QString file;
 
-    /// Reads the text form; \a ok says whether it is one.
-    static AudioOutputSpec parse(const QString &text, bool &ok);
+    /// Nothing for what is none of the three forms.
+    static std::optional<AudioOutputSpec> parse(const QString &text);
     /// Why the file must not be written to: what is there is no regular file. Empty when nothing is
     /// wrong. Opens nothing, so that no FIFO is waited for.
     QString problem() const;
