@@ -5,14 +5,14 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
 #include <gst/audio/audio.h>
 
 namespace {
 
 /// Encoded bytes that wait for the decoder.
 constexpr guint64 MaxQueuedBytes = 32 * 1024;
-/// wake() comes when so much of them is gone.
-constexpr guint HungryPercent = 50;
 constexpr guint MaxQueuedBuffers = 4;
 
 GstElement *required(const char *factory)
@@ -58,7 +58,7 @@ DecoderPipeline::DecoderPipeline(const DecoderFormat &wanted, Callbacks callback
     // Never "block": a push must not wait inside of GStreamer, where nothing ends the wait once the
     // pipeline has failed.
     g_object_set(m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_BYTES,
-        "max-bytes", MaxQueuedBytes, "min-percent", HungryPercent, nullptr);
+        "max-bytes", MaxQueuedBytes, nullptr);
     GstAppSrcCallbacks source {};
     source.need_data = &DecoderPipeline::onHungry;
     gst_app_src_set_callbacks(GST_APP_SRC(m_source), &source, this, nullptr);
@@ -122,7 +122,7 @@ void DecoderPipeline::onNoMorePads(GstElement *, gpointer self)
     const GstPtr<GstPad> input(gst_element_get_static_pad(decoder->m_convert, "sink"));
     if (!gst_pad_is_linked(input.get()))
         decoder->end(State::Failed, "there is no audio in the stream");
-    const std::lock_guard<std::mutex> lock(decoder->m_mutex);
+    const VeskMutexLock lock(decoder->m_mutex);
     decoder->m_groupComplete = true;
 }
 
@@ -136,7 +136,7 @@ void DecoderPipeline::link(GstPad *pad)
     const GstPtr<GstPad> input(gst_element_get_static_pad(m_convert, "sink"));
     if (g_str_has_prefix(nameOf(caps.get()), "audio/x-raw")) {
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const VeskMutexLock lock(m_mutex);
             const GstPtr<GstPad> before(m_groupComplete ? gst_pad_get_peer(input.get()) : nullptr);
             if (before)
                 gst_pad_unlink(before.get(), input.get());
@@ -186,7 +186,7 @@ GstFlowReturn DecoderPipeline::take(GstSample *sample)
     const DecoderFormat format {static_cast<std::uint32_t>(GST_AUDIO_INFO_RATE(&info)),
         static_cast<std::uint32_t>(GST_AUDIO_INFO_CHANNELS(&info))};
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_format.rate == 0) {
             m_format = format;
             setWanted(format);
@@ -218,7 +218,7 @@ void DecoderPipeline::end(State state, const std::string &reason)
 {
     State expected = State::Decoding;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_state.compare_exchange_strong(expected, state))
             return;
         m_reason = reason;
@@ -264,7 +264,7 @@ void DecoderPipeline::takeTags(GstMessage *message)
         return;
     const std::string title = artist.empty() ? name : artist + " - " + name;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (title == m_title)
             return;
         m_title = title;
@@ -299,12 +299,12 @@ void DecoderPipeline::finish()
 
 std::string DecoderPipeline::reason() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_reason;
 }
 
 DecoderFormat DecoderPipeline::format() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_format;
 }

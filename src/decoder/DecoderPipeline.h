@@ -3,17 +3,17 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "decoder/DecoderFrames.h"
 #include "media/GstHandles.h"
-
-#include <gst/app/gstappsink.h>
-#include <gst/app/gstappsrc.h>
 
 #include <atomic>
 #include <cstddef>
 #include <functional>
-#include <mutex>
 #include <string>
+
+struct _GstAppSink;
+struct _GstAppSrc;
 
 /// Decodes one stream, whose format it finds out by itself: encoded bytes in, 32-bit floating-point
 /// samples out, with one or two channels, in one format from the first sample on, whatever the
@@ -27,7 +27,7 @@ public:
             takeSamples;
         std::function<void(const std::string &title)> takeTitle;
         std::function<void(std::uint32_t bitRate)> takeBitRate;
-        /// There is space again, or the state has changed: look.
+        /// All bytes were taken from the queue, or the state has changed: look.
         std::function<void()> wake;
     };
 
@@ -74,9 +74,9 @@ private:
     static void onPadAdded(GstElement *, GstPad *pad, gpointer self);
     static void onNoMorePads(GstElement *, gpointer self);
     static GstPadProbeReturn onInput(GstPad *, GstPadProbeInfo *info, gpointer self);
-    static GstFlowReturn onSample(GstAppSink *sink, gpointer self);
-    static void onEnd(GstAppSink *sink, gpointer self);
-    static void onHungry(GstAppSrc *, guint, gpointer self);
+    static GstFlowReturn onSample(_GstAppSink *sink, gpointer self);
+    static void onEnd(_GstAppSink *sink, gpointer self);
+    static void onHungry(_GstAppSrc *, guint, gpointer self);
     static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
 
     const Callbacks m_callbacks;
@@ -91,10 +91,11 @@ private:
     std::atomic<std::uint64_t> m_frames {0};
     std::atomic<bool> m_waiting {false};
 
-    mutable std::mutex m_mutex;
-    // Guarded by m_mutex.
-    std::string m_reason;
-    std::string m_title;
-    DecoderFormat m_format; ///< of the samples that came out; zeros before the first
-    bool m_groupComplete = false; ///< a pad that comes now begins the next of chained streams
+    mutable VeskMutex m_mutex;
+    std::string m_reason VESK_GUARDED_BY(m_mutex);
+    std::string m_title VESK_GUARDED_BY(m_mutex);
+    /// Of the samples that came out; zeros before the first.
+    DecoderFormat m_format VESK_GUARDED_BY(m_mutex);
+    /// A pad that comes now begins the next of chained streams.
+    bool m_groupComplete VESK_GUARDED_BY(m_mutex) = false;
 };

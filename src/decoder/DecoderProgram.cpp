@@ -3,6 +3,7 @@
 
 #include "decoder/DecoderProgram.h"
 
+#include "api/core/Mutex.h"
 #include "decoder/DecoderConfinement.h"
 #include "decoder/DecoderFrames.h"
 #include "decoder/DecoderSession.h"
@@ -15,7 +16,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 #include <poll.h>
 #include <string>
 #include <sys/eventfd.h>
@@ -42,7 +42,7 @@ class Answers {
 public:
     void send(DecoderFrame kind, const void *payload, std::size_t size)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_frame.clear();
         appendFrame(m_frame, kind, payload, size);
         std::size_t sent = 0;
@@ -72,8 +72,8 @@ public:
     }
 
 private:
-    std::mutex m_mutex;
-    std::vector<char> m_frame;
+    VeskMutex m_mutex;
+    std::vector<char> m_frame VESK_GUARDED_BY(m_mutex);
     DecoderFormat m_format; ///< GStreamer's thread only
 };
 
@@ -211,6 +211,6 @@ int runDecoder()
     // From here on nothing that comes from outside meets more rights than it needs.
     confineDecoder();
     const int status = Decoder().run();
-    // GStreamer's threads may still be at work on what nobody wants any more.
+    // Without destructors: GStreamer's threads may still be decoding.
     ::_exit(status);
 }
