@@ -196,6 +196,7 @@ void Host::listen()
     m_gate = std::make_unique<AddressGate>();
     m_plugins->declareIn(m_gate.get());
     m_methods->setGate(m_gate.get());
+    m_plugins->declareIn(m_playLogic.get());
     m_faults = std::make_unique<ServiceFaults>();
     m_plugins->declareIn(m_faults.get());
     m_playLogic->setFaultWords(

@@ -10,6 +10,7 @@
 #include "api/values/VeskValuePaths.h"
 #include "host/ServicesWorker.h"
 #include "host/player/PlayLogic.h"
+#include "host/player/PlayerText.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/ServiceFaults.h"
 #include "host/settings/HostValues.h"
@@ -24,6 +25,27 @@
 #include <algorithm>
 
 VESK_LOGGER("Host")
+
+namespace {
+
+TrString excuseWords(ExcuseDeclaration::Meaning meaning)
+{
+    switch (meaning) {
+    case ExcuseDeclaration::Incompatible:
+        return playerText(
+            QT_TRANSLATE_NOOP("Player", "This device cannot play the station's streams."));
+    case ExcuseDeclaration::NoStream:
+        return playerText(QT_TRANSLATE_NOOP("Player", "The station has no stream at the moment."));
+    case ExcuseDeclaration::OtherCountry:
+        return playerText(
+            QT_TRANSLATE_NOOP("Player", "The station cannot be heard in your country."));
+    case ExcuseDeclaration::Forbidden:
+        break;
+    }
+    return playerText(QT_TRANSLATE_NOOP("Player", "The station may not be played here."));
+}
+
+} // namespace
 
 Plugins::Plugins(
     const HostOptions &options, CMValuesWorker *values, PlayLogic *player, QObject *parent)
@@ -174,6 +196,16 @@ void Plugins::declareIn(ServiceFaults *faults) const
         if (!plugin->root().isEmpty())
             faults->declare(plugin->root(), plugin->descriptor().deviceSetting);
     }
+}
+
+void Plugins::declareIn(PlayLogic *player) const
+{
+    SpokenExcuses excuses;
+    for (const auto &plugin : m_plugins) {
+        for (const ExcuseDeclaration &excuse : plugin->descriptor().excuses)
+            excuses.add(excuse.file, excuseWords(excuse.meaning));
+    }
+    player->setExcuses(excuses);
 }
 
 void Plugins::unload()

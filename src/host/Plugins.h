@@ -42,6 +42,8 @@ public:
     void declareIn(AddressGate *gate) const;
     /// What each of them says of its service.
     void declareIn(ServiceFaults *faults) const;
+    /// What each of them says of the messages that its service keeps in the place of streams.
+    void declareIn(PlayLogic *player) const;
     /// Ends all of them, then emits unloaded().
     void unload();
 

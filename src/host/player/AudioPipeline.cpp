@@ -5,11 +5,12 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
-#include "host/player/StreamReceivers.h"
+#include "host/player/PlayerText.h"
 
 #include <algorithm>
 #include <gst/app/gstappsrc.h>
 #include <gst/audio/audio.h>
+#include <gst/base/gstadapter.h>
 
 VESK_LOGGER("Player")
 

@@ -3,6 +3,7 @@
 
 #include "host/player/HlsStream.h"
 
+#include "host/player/PlayerText.h"
 #include "host/player/Playlist.h"
 #include "host/player/StreamFeed.h"
 #include "host/player/StreamProblems.h"
@@ -105,11 +106,8 @@ StreamOutcome HlsStream::playVariants(const QVector<HlsVariant> &variants)
         if (i > 0 && !m_manner.pace())
             return {StreamOutcome::Stopped, last.problem};
         const QUrl url = variants.at(i).url;
-        HlsPlaylist media;
-        last = fetchPlaylist(url, media);
-        if (last.kind == StreamOutcome::Ended) {
-            last = media.isMaster() ? neverAStream() : playMedia(url, std::move(media));
-        }
+        const auto media = fetchPlaylist(url);
+        last = !media ? media.error() : media->isMaster() ? neverAStream() : playMedia(url, *media);
         if (last.kind != StreamOutcome::Broken && last.kind != StreamOutcome::Refused)
             return last;
         // The next one goes on with what this one lacked.
@@ -151,11 +149,13 @@ StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
         }
         if (!m_manner.wait(target / 2))
             return {StreamOutcome::Stopped, nothingNew(playlist).problem};
-        const StreamOutcome fetched = fetchPlaylist(url, playlist);
-        if (fetched.kind == StreamOutcome::Stopped)
+        auto fetched = fetchPlaylist(url);
+        if (fetched)
+            playlist = *std::move(fetched);
+        else if (fetched.error().kind == StreamOutcome::Stopped)
             return {StreamOutcome::Stopped, nothingNew(playlist).problem};
-        if (fetched.kind != StreamOutcome::Ended && isMissedTooOften())
-            return fetched;
+        else if (isMissedTooOften())
+            return fetched.error();
     }
 }
 
@@ -222,8 +222,7 @@ StreamOutcome HlsStream::fetchAudio(const QUrl &url)
     return refusal(result, receiver.head());
 }
 
-/// Leaves \a playlist as it is unless there is a new one.
-StreamOutcome HlsStream::fetchPlaylist(const QUrl &url, HlsPlaylist &playlist)
+Result<HlsPlaylist, StreamOutcome> HlsStream::fetchPlaylist(const QUrl &url)
 {
     TextReceiver receiver(PlaylistLimits::MaxBytes, [this] { return m_feed.goOn(); });
     const HttpStreamResult result = m_http.get({url, 0, patience()}, receiver);
@@ -233,11 +232,12 @@ StreamOutcome HlsStream::fetchPlaylist(const QUrl &url, HlsPlaylist &playlist)
     const StreamOutcome outcome
         = isCut ? StreamOutcome {StreamOutcome::Ended, {}} : refusal(result, receiver.head());
     if (outcome.kind != StreamOutcome::Ended)
-        return outcome;
-    if (sniffStream(receiver.text(), true) != StreamContent::Hls)
-        return broken(QT_TRANSLATE_NOOP("Player", "There is no audio at the stream's address."));
-    playlist = parseHlsPlaylist(receiver.text(), receiver.head().url);
-    return {StreamOutcome::Ended, {}};
+        return failure(outcome);
+    if (sniffStream(receiver.text(), true) != StreamContent::Hls) {
+        return failure(
+            broken(QT_TRANSLATE_NOOP("Player", "There is no audio at the stream's address.")));
+    }
+    return parseHlsPlaylist(receiver.text(), receiver.head().url);
 }
 
 /// Why an answer is of no use; Ended when it is.

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/Result.h"
 #include "host/player/HlsPlaylist.h"
 #include "host/player/HttpStream.h"
 #include "host/player/StreamOutcome.h"
@@ -44,7 +45,7 @@ private:
     StreamOutcome playMedia(const QUrl &url, HlsPlaylist playlist);
     StreamOutcome playSegments(const HlsPlaylist &playlist);
     StreamOutcome playSegment(const HlsSegment &segment);
-    StreamOutcome fetchPlaylist(const QUrl &url, HlsPlaylist &playlist);
+    Result<HlsPlaylist, StreamOutcome> fetchPlaylist(const QUrl &url);
     StreamOutcome fetchAudio(const QUrl &url);
     StreamOutcome refusal(const HttpStreamResult &result, const HttpStreamHead &head);
     void join(const HlsPlaylist &playlist);

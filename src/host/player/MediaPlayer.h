@@ -4,7 +4,7 @@
 #pragma once
 
 #include "api/core/TrString.h"
-#include "host/player/StreamReader.h"
+#include "host/player/StreamSource.h"
 
 #include <QObject>
 #include <QString>

@@ -3,12 +3,13 @@
 
 #include "host/player/PlayLogic.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
 #include "host/player/ChosenStreams.h"
 #include "host/player/MediaPlayer.h"
-#include "host/player/StreamReceivers.h"
+#include "host/player/PlayerText.h"
 
 #include <QUuid>
 
@@ -32,15 +33,6 @@ bool isPlayable(const VeskRoles &roles)
 {
     return roles.type() == VeskRolesType::Audio()
         && !roles.mediaData().activeResource().uri().isEmpty();
-}
-
-/// Why a row that is listed cannot be played, in its own words where it has some; empty when
-/// nothing speaks against it.
-TrString refusalOf(const VeskRoles &row)
-{
-    const QString uri = row.mediaData().activeResource().uri();
-    const TrString refusal = excuseProblem(QUrl::fromEncoded(uri.toUtf8()));
-    return refusal.isEmpty() || row.description().isEmpty() ? refusal : row.description();
 }
 
 /// A row that is played as it is says by its kind alone that it is a broadcast.
@@ -90,6 +82,7 @@ PlayLogic::~PlayLogic() = default;
 
 void PlayLogic::play(const RowAddress &address, Started started)
 {
+    VESK_ASSERT_OWN_THREAD();
     const int request = ++m_request;
     auto *search = new RowSearch(m_faultWords, this);
     search->start(address,
@@ -131,6 +124,15 @@ void PlayLogic::takeRow(const CMError &error, const VeskRoles &row, const Starte
     m_trials.begin(row, m_chosen ? m_chosen->streamOf(StreamChoice::itemOf(row)) : CMPath());
 }
 
+/// Why a row that is listed cannot be played, in its own words where it has some; empty when
+/// nothing speaks against it.
+TrString PlayLogic::refusalOf(const VeskRoles &row) const
+{
+    const QString uri = row.mediaData().activeResource().uri();
+    const TrString refusal = m_excuses.wordsOf(QUrl::fromEncoded(uri.toUtf8()));
+    return refusal.isEmpty() || row.description().isEmpty() ? refusal : row.description();
+}
+
 /// In place of the stream that was tried before.
 void PlayLogic::tryStream(const VeskRoles &stream)
 {
@@ -143,7 +145,8 @@ void PlayLogic::tryStream(const VeskRoles &stream)
     prePlay(stream);
 }
 
-/// Lets the one whose row it is find the stream, when the row wants that.
+/// Runs the step before playing that \a stream names, in which its plug-in finds the stream's
+/// address.
 void PlayLogic::prePlay(const VeskRoles &stream)
 {
     const int step = ++m_step;
@@ -185,12 +188,13 @@ void PlayLogic::startPlayer(const VeskRoles &stream)
     m_bitRate = resource.bitRate();
     m_streamTitle.clear();
     publish();
-    m_player->play(
-        {QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode), isStation(m_roles)});
+    m_player->play({QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode),
+        isStation(m_roles), false, m_excuses});
 }
 
 CMError PlayLogic::pause()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_state == VeskPlayLogicState::stopped
         || (m_state == VeskPlayLogicState::transitioning && !m_heard))
         return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing."));
@@ -209,6 +213,7 @@ CMError PlayLogic::pause()
 
 CMError PlayLogic::resume()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_state == VeskPlayLogicState::stopped)
         return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is paused."));
     if (m_state != VeskPlayLogicState::paused)
@@ -225,6 +230,7 @@ CMError PlayLogic::resume()
 
 CMError PlayLogic::stop()
 {
+    VESK_ASSERT_OWN_THREAD();
     ++m_request;
     end();
     m_error = TrString();
@@ -289,8 +295,8 @@ void PlayLogic::onExhausted()
     fail(m_failure);
 }
 
-/// The stream is not at fault: whoever measures it is told of an end like any other, of what had
-/// begun.
+/// The stream is not at fault: a plug-in that measures listening gets the end of what had begun,
+/// and no error.
 void PlayLogic::onOutputFailed(const TrString &problem)
 {
     stopWith(problem);
@@ -359,17 +365,20 @@ void PlayLogic::post(State state, const QString &error)
 
 CMPath PlayLogic::stateChangePath() const
 {
+    VESK_ASSERT_OWN_THREAD();
     return m_roles.mediaData().metaData().playbackStateChangePath();
 }
 
 void PlayLogic::forgetPosts()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_posted = VeskPlayLogicState::stopped;
 }
 
 void PlayLogic::postAgain()
 {
-    // To one who knows of no playing, a pause or a stop would end a time that never began.
+    VESK_ASSERT_OWN_THREAD();
+    // A pause or a stop would end a "playing" that the new process never got.
     if (m_state == VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::playing)
         post(VeskPlayLogicState::playing);
 }
@@ -377,7 +386,7 @@ void PlayLogic::postAgain()
 void PlayLogic::publish()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_data.setState(m_state);
         m_data.setPlayId(m_playId);
         m_data.setError(m_error.toString());
@@ -388,7 +397,7 @@ void PlayLogic::publish()
 
 VeskPlayLogicData PlayLogic::currentData() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_data;
 }
 
@@ -402,6 +411,7 @@ TrString PlayLogic::problem() const
 
 QVariantHash PlayLogic::state() const
 {
+    VESK_ASSERT_OWN_THREAD();
     const VeskMediaData media = m_roles.mediaData();
     const bool shown = m_state != VeskPlayLogicState::stopped || !m_error.isEmpty();
     const VeskRoles roles = shown ? m_roles : VeskRoles();

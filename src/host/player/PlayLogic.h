@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMReply.h"
 #include "api/player/PlayLogicInterface.h"
 #include "api/values/CMError.h"
 #include "api/values/CMPath.h"
 #include "host/player/RowSearch.h"
+#include "host/player/SpokenExcuses.h"
 #include "host/player/StreamTrials.h"
 
 #include <QObject>
@@ -15,15 +17,14 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 
 class ChosenStreams;
 class MediaPlayer;
 
-/// What plays, why, and who is told: fetches the row that is to be played, runs the step before
-/// playing that the row names, hands its first resource to the player, goes on to the row's other
-/// streams when that is not heard, and posts what happens to the row's state-change path. Knows
-/// nothing of how streams are played. Main thread, but for currentData().
+/// What plays and why, and the posts about it: fetches the row that is to be played, runs the step
+/// before playing that the row names, hands its first resource to the player, goes on to the row's
+/// other streams when that is not heard, and posts what happens to the row's state-change path.
+/// Knows nothing of how streams are played. Main thread, but for currentData().
 ///
 /// What is posted begins with "playing", or with "stopped" and an error when a play never got that
 /// far, however many streams were tried. An error comes with "stopped" in one post, in the words of
@@ -46,6 +47,8 @@ public:
     void setChosenStreams(ChosenStreams *chosen) { m_chosen = chosen; }
     /// What is said of a service that could not answer; without it, what its plug-in says.
     void setFaultWords(RowSearch::FaultWords words) { m_faultWords = std::move(words); }
+    /// What is not played but told in words.
+    void setExcuses(const SpokenExcuses &excuses) { m_excuses = excuses; }
     void setTimes(const StreamTrials::Times &times) { m_trials.setTimes(times); }
 
     /// Plays a row in place of what plays, which goes on when there is no such row. Another play()
@@ -56,13 +59,13 @@ public:
     CMError resume();
     CMError stop();
 
-    /// Where what happens to the present play is posted; empty when nobody wants to know.
+    /// Where what happens to the present play is posted; empty when its row names no such path.
     CMPath stateChangePath() const;
-    /// Whoever was told is gone: what is posted from now on reaches one that knows nothing.
+    /// The plug-in's process is gone: the next one knows nothing of earlier posts.
     void forgetPosts();
-    /// The new one is there: posts what it has to know, unless it was posted to it already.
+    /// The next process is ready: posts "playing" to it if something plays and it was not told yet.
     void postAgain();
-    /// Whether somebody still works on what was posted; postsAnswered() tells when nobody does.
+    /// Whether a post is still to be answered; postsAnswered() follows when none is.
     bool hasUnansweredPosts() const { return m_unanswered > 0; }
 
     VeskPlayLogicData currentData() const override;
@@ -77,6 +80,7 @@ private:
     using State = VeskPlayLogicState::Enum;
 
     void takeRow(const CMError &error, const VeskRoles &row, const Started &started);
+    TrString refusalOf(const VeskRoles &row) const;
     void tryStream(const VeskRoles &stream);
     void prePlay(const VeskRoles &stream);
     void startPlayer(const VeskRoles &stream);
@@ -96,10 +100,11 @@ private:
     MediaPlayer *const m_player;
     ChosenStreams *m_chosen = nullptr;
     RowSearch::FaultWords m_faultWords;
+    SpokenExcuses m_excuses;
     StreamTrials m_trials;
-    int m_request = 0; ///< counts play(), so that an earlier one is known when its row comes
+    int m_request = 0; ///< counts play(), to drop the rows of earlier calls
     State m_state = VeskPlayLogicState::stopped;
-    State m_posted = VeskPlayLogicState::stopped; ///< what they know to whom it is posted
+    State m_posted = VeskPlayLogicState::stopped; ///< the last that was posted
     bool m_heard = false; ///< the present play came so far as to be heard
     int m_unanswered = 0;
     VeskHash m_playId; ///< empty while nothing was played
@@ -107,7 +112,7 @@ private:
     VeskRoles m_stream; ///< the row of the stream that is tried: the same, or one of its streams
     VeskRoles m_roles; ///< what the step before playing made of it
     VeskRoles m_firstRoles; ///< those of the first stream, once it is known
-    int m_step = 0; ///< counts the steps before playing, so that a former one's answer is known
+    int m_step = 0; ///< counts the steps before playing, to drop the answers of earlier ones
     bool m_started = false; ///< the player has the stream
     TrString m_playerProblem;
     TrString m_failure; ///< why a stream cannot be played, the first if it is that one
@@ -115,7 +120,6 @@ private:
     QString m_streamTitle;
     int m_bitRate = 0;
 
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    VeskPlayLogicData m_data;
+    mutable VeskMutex m_mutex;
+    VeskPlayLogicData m_data VESK_GUARDED_BY(m_mutex);
 };

@@ -3,8 +3,9 @@
 
 #include "host/player/RowSearch.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
-#include "host/player/StreamReceivers.h"
+#include "host/player/PlayerText.h"
 
 #include <cstdlib>
 #include <memory>
@@ -66,6 +67,7 @@ const QString &RowSearch::goneName()
 
 void RowSearch::start(const RowAddress &address, Found found)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_address = address;
     m_found = std::move(found);
     if (address.path.isEmpty())
@@ -123,7 +125,7 @@ void RowSearch::askForMore(const VeskRowsRoles &rows, int last)
 
 void RowSearch::finish(const CMError &error, const VeskRoles &row)
 {
-    // The search may be destroyed by who is told.
+    // The callback may destroy the search.
     const Found found = std::move(m_found);
     found(error, row);
 }

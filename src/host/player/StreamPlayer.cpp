@@ -3,6 +3,7 @@
 
 #include "host/player/StreamPlayer.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "host/player/StreamPlay.h"
 
@@ -28,6 +29,7 @@ StreamPlayer::~StreamPlayer()
 
 void StreamPlayer::play(const StreamSource &source)
 {
+    VESK_ASSERT_OWN_THREAD();
     stop();
     const int number = ++m_number;
     m_step = 0;
@@ -87,16 +89,19 @@ void StreamPlayer::tell(Act act)
 
 void StreamPlayer::pause()
 {
+    VESK_ASSERT_OWN_THREAD();
     tell([step = ++m_step](StreamPlay &play) { play.pause(step); });
 }
 
 void StreamPlayer::resume()
 {
+    VESK_ASSERT_OWN_THREAD();
     tell([step = ++m_step](StreamPlay &play) { play.resume(step); });
 }
 
 void StreamPlayer::stop()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!m_thread)
         return;
     ++m_number;
@@ -121,11 +126,13 @@ void StreamPlayer::showProblem(const TrString &problem)
 
 void StreamPlayer::networkIsBack()
 {
+    VESK_ASSERT_OWN_THREAD();
     tell([](StreamPlay &play) { play.tryNow(); });
 }
 
 bool StreamPlayer::waitForEnd(std::chrono::milliseconds time)
 {
+    VESK_ASSERT_OWN_THREAD();
     stop();
     const QDeadlineTimer deadline(time);
     while (!m_ending.empty()) {

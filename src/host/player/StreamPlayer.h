@@ -6,6 +6,7 @@
 #include "host/player/AudioOutputSpec.h"
 #include "host/player/MediaPlayer.h"
 #include "host/player/PlayThread.h"
+#include "host/player/StreamReader.h"
 
 #include <chrono>
 #include <list>

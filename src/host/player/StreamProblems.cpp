@@ -4,7 +4,7 @@
 #include "host/player/StreamProblems.h"
 
 #include "host/player/BackOff.h"
-#include "host/player/StreamReceivers.h"
+#include "host/player/PlayerText.h"
 
 #include <QSet>
 #include <QStringList>

@@ -6,6 +6,7 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "host/player/HlsStream.h"
+#include "host/player/PlayerText.h"
 #include "host/player/Playlist.h"
 #include "host/player/StreamConsumer.h"
 #include "host/player/StreamProblems.h"
@@ -120,7 +121,7 @@ StreamOutcome StreamReader::openAddress(const QUrl &url, int depth, bool othersF
     VESK_DEBUG("opening " << displayedStreamAddress(url));
     m_opened = Clock::now();
     m_feed.open();
-    AudioReceiver receiver(m_feed);
+    AudioReceiver receiver(m_feed, m_source.excuses);
     HttpStreamResult result = m_http.get({url, 0, patience(othersFollow)}, receiver);
     if (result.kind == HttpStreamResult::Complete || result.kind == HttpStreamResult::Closed)
         receiver.complete();

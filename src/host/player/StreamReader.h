@@ -9,6 +9,7 @@
 #include "host/player/SleepWatch.h"
 #include "host/player/StreamFeed.h"
 #include "host/player/StreamOutcome.h"
+#include "host/player/StreamSource.h"
 #include "host/player/StreamWait.h"
 
 #include <QHash>
@@ -22,15 +23,6 @@
 
 class AudioReceiver;
 class StreamConsumer;
-
-/// What there is to play.
-struct StreamSource {
-    QUrl url;
-    /// A station, which goes on for ever: its end is a break, to be mended by joining it anew.
-    bool live = true;
-    /// Something else can be played in its place: given up unheard at its first failure.
-    bool hasAlternatives = false;
-};
 
 /// Keeps one play supplied with audio: unwraps playlists (by content, nested up to five levels),
 /// tries their entries in order, follows HTTP Live Streaming, and stays on the air: whatever breaks

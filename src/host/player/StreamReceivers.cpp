@@ -3,46 +3,12 @@
 
 #include "host/player/StreamReceivers.h"
 
+#include "host/player/PlayerText.h"
+#include "host/player/SpokenExcuses.h"
 #include "host/player/StreamFeed.h"
 #include "host/player/StreamProblems.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
-
-/// TuneIn answers with a spoken message where a station cannot be played.
-TrString excuseProblem(const QUrl &url)
-{
-    static const QRegularExpression placeholder(
-        QStringLiteral(
-            "/service/audio/(notcompatible|nostream|georestricted|restricted)\\.[^/]*mp3$"),
-        QRegularExpression::CaseInsensitiveOption);
-    const QString name = placeholder.match(url.path()).captured(1).toLower();
-    if (name == QLatin1String("notcompatible"))
-        return playerText(
-            QT_TRANSLATE_NOOP("Player", "This device cannot play the station's streams."));
-    if (name == QLatin1String("nostream"))
-        return playerText(QT_TRANSLATE_NOOP("Player", "The station has no stream at the moment."));
-    if (name == QLatin1String("georestricted"))
-        return playerText(
-            QT_TRANSLATE_NOOP("Player", "The station cannot be heard in your country."));
-    if (name == QLatin1String("restricted"))
-        return playerText(QT_TRANSLATE_NOOP("Player", "The station may not be played here."));
-    return {};
-}
-
-TrString playerText(const char *text)
-{
-    return TrString("Player", text);
-}
-
-TrString playerText(const char *text, const QStringList &values)
-{
-    QVector<TrArg> arguments;
-    for (const QString &value : values)
-        arguments.append(TrArg(value));
-    return TrString(QStringLiteral("Player"), QString::fromLatin1(text), QString(), -1, arguments);
-}
 
 StreamOutcome streamRefusal(const HttpStreamHead &head)
 {
@@ -75,8 +41,9 @@ bool TextReceiver::take(const char *data, std::size_t size)
     return m_text.size() < m_limit;
 }
 
-AudioReceiver::AudioReceiver(StreamFeed &feed)
+AudioReceiver::AudioReceiver(StreamFeed &feed, const SpokenExcuses &excuses)
     : m_feed(feed)
+    , m_excuses(excuses)
 {
 }
 
@@ -87,9 +54,8 @@ bool AudioReceiver::goOn()
 
 bool AudioReceiver::begin(const HttpStreamHead &head)
 {
-    const TrString placeholder = excuseProblem(head.url);
-    if (!placeholder.isEmpty())
-        return refuse(StreamOutcome::Hopeless, placeholder);
+    if (const TrString excuse = m_excuses.wordsOf(head.url); !excuse.isEmpty())
+        return refuse(StreamOutcome::Hopeless, excuse);
     const qint64 wanted = m_received;
     m_head = head;
     m_refusal = streamRefusal(head);

@@ -9,22 +9,15 @@
 #include "host/player/StreamOutcome.h"
 
 #include <QByteArray>
-#include <QStringList>
 
 #include <functional>
 #include <optional>
 
+class SpokenExcuses;
 class StreamFeed;
 
-/// Why there is nothing to play at an address where a service keeps a spoken excuse; empty for
-/// others.
-TrString excuseProblem(const QUrl &url);
 /// Why an answer with such a head is no stream; Ended when it may be one.
 StreamOutcome streamRefusal(const HttpStreamHead &head);
-/// "Player" texts: \a text as QT_TRANSLATE_NOOP("Player", ...) marks it.
-TrString playerText(const char *text);
-/// The same with a value for each place in it.
-TrString playerText(const char *text, const QStringList &values);
 
 /// Takes a whole short answer.
 class TextReceiver : public HttpStreamReceiver {
@@ -50,7 +43,8 @@ private:
 /// on with by further requests.
 class AudioReceiver : public HttpStreamReceiver {
 public:
-    explicit AudioReceiver(StreamFeed &feed);
+    /// \a excuses must outlive it.
+    AudioReceiver(StreamFeed &feed, const SpokenExcuses &excuses);
 
     bool begin(const HttpStreamHead &head) override;
     bool take(const char *data, std::size_t size) override;
@@ -73,6 +67,7 @@ private:
     bool refuse(StreamOutcome::Kind kind, const TrString &problem);
 
     StreamFeed &m_feed;
+    const SpokenExcuses &m_excuses;
     HttpStreamHead m_head;
     StreamContent m_content = StreamContent::Undecided;
     QByteArray m_text; ///< what came before it was decided; the playlist

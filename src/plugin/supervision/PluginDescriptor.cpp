@@ -148,6 +148,23 @@ ServiceAnswerForm readAnswers(const QVariant &value, QString &error)
     return form;
 }
 
+ExcuseDeclaration readExcuse(const QVariant &value, QString &error)
+{
+    static const QStringList meanings {QStringLiteral("incompatible"), QStringLiteral("noStream"),
+        QStringLiteral("otherCountry"), QStringLiteral("forbidden")};
+    MemberReader reader(value, QStringLiteral("excuses"), error);
+    reader.knowsOnly({QStringLiteral("file"), QStringLiteral("means")});
+    const QString file = reader.text(QStringLiteral("file"));
+    if (!file.startsWith(QLatin1Char('/')) || file.count(QLatin1Char('*')) > 1)
+        reader.fail(QStringLiteral("\"file\" does not begin with \"/\", or has two \"*\""));
+    const int meaning = meanings.indexOf(reader.text(QStringLiteral("means")));
+    if (meaning < 0) {
+        reader.fail(QStringLiteral("\"means\" is none of ") + meanings.join(QStringLiteral(", ")));
+        return {};
+    }
+    return {file, static_cast<ExcuseDeclaration::Meaning>(meaning)};
+}
+
 /// No escapes, dot segments, empty segments or letters that a server may take for others.
 bool isPlain(const QString &text)
 {
@@ -230,7 +247,7 @@ PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &err
     }
     MemberReader reader(value, QString(), error);
     reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
-        QStringLiteral("deviceSetting"), QStringLiteral("answers")});
+        QStringLiteral("deviceSetting"), QStringLiteral("answers"), QStringLiteral("excuses")});
     const QVariant format = reader.value(QStringLiteral("format"));
     if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
         reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
@@ -248,6 +265,8 @@ PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &err
     }
     if (reader.has(QStringLiteral("answers")))
         descriptor.answers = readAnswers(reader.value(QStringLiteral("answers")), error);
+    for (const QVariant &entry : reader.list(QStringLiteral("excuses")))
+        descriptor.excuses.append(readExcuse(entry, error));
     return error.isEmpty() ? descriptor : PluginDescriptor();
 }
 

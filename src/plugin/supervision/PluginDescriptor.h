@@ -26,6 +26,14 @@ struct ChangingAddresses {
     QStringList values;
 };
 
+/// A spoken message that a service names in the place of a stream which cannot be played.
+struct ExcuseDeclaration {
+    enum Meaning { Incompatible, NoStream, OtherCountry, Forbidden };
+    /// How the path of its address ends, in any case; "*" stands for anything but a slash.
+    QString file;
+    Meaning meaning = NoStream;
+};
+
 /// What a plug-in says of itself in a file beside its library, NAME.json beside NAME.so: what the
 /// host has to know of a service without asking it. docs/host.md describes the file.
 struct PluginDescriptor {
@@ -39,6 +47,7 @@ struct PluginDescriptor {
     /// The setting by which the service knows the device; empty when there is none.
     CMPath deviceSetting;
     ServiceAnswerForm answers;
+    QVector<ExcuseDeclaration> excuses;
 
     /// Of \a json; empty, with what is wrong in \a error, when it cannot be used. A pure function.
     static PluginDescriptor fromJson(const QByteArray &json, QString &error);

@@ -122,7 +122,10 @@ protected:
         folder.setTitle(Language::ntr(text("Folder")));
         list->rowsAppend(folder);
         list->rowsAppend(row("Nothing", "", false));
-        list->rowsAppend(row("Station", "http://e/service/Audio/restricted.enUS.mp3", true));
+        list->rowsAppend(row("Station", "http://e/Sorry.enUS.mp3", true));
+        SpokenExcuses excuses;
+        excuses.add(text("/sorry.*mp3"), Language::ntr(text("Sorry.")));
+        logic.setExcuses(excuses);
         QObject::connect(&logic, &PlayLogic::changed, [this] { ++changes; });
     }
 

@@ -3,7 +3,7 @@
 
 #include "host/player/StreamProblems.h"
 
-#include "host/player/StreamReceivers.h"
+#include "host/player/PlayerText.h"
 
 #include <gtest/gtest.h>
 

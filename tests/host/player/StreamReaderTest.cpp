@@ -3,6 +3,8 @@
 
 #include "tests/host/player/StreamReaderFixture.h"
 
+#include "api/core/Language.h"
+
 namespace {
 
 class StreamReaderTest : public StreamReaderFixture { };
@@ -19,7 +21,7 @@ TEST_F(StreamReaderTest, aFileEndsWhenAllOfItWasTaken)
     EXPECT_EQ(server.requestLines().size(), 1);
 }
 
-TEST_F(StreamReaderTest, oneConnectionServesForFindingOutAndForPlaying)
+TEST_F(StreamReaderTest, probesAndPlaysOverOneConnection)
 {
     serve("/live", endless(audio(50000)));
     play("/live");
@@ -302,24 +304,18 @@ TEST_F(StreamReaderTest, aLoginPageIsNoAudio)
 
 TEST_F(StreamReaderTest, spokenExcusesAreErrorsAndNotAudio)
 {
-    const QList<QPair<QByteArray, QString>> excuses {
-        {"notcompatible", QStringLiteral("This device cannot play the station's streams.")},
-        {"nostream", QStringLiteral("The station has no stream at the moment.")},
-        {"georestricted", QStringLiteral("The station cannot be heard in your country.")},
-        {"restricted", QStringLiteral("The station may not be played here.")}};
-    for (const auto &excuse : excuses) {
-        const QByteArray path = "/service/Audio/" + excuse.first + ".enUS.mp3";
-        serve(path, file(audio(3000)));
-        serve("/station", {302, "", {{"Location", path}}, End::Complete, 0});
-        for (const QByteArray &start : {path, QByteArray("/station")}) {
-            problem.clear();
-            QElapsedTimer clock;
-            clock.start();
-            play(start);
-            ASSERT_TRUE(waitForEnd());
-            EXPECT_EQ(problem, excuse.second);
-            EXPECT_LT(clock.elapsed(), 1000);
-        }
+    SpokenExcuses excuses;
+    excuses.add(QStringLiteral("/sorry.*mp3"), Language::ntr(QStringLiteral("Sorry.")));
+    serve("/audio/Sorry.enUS.mp3", file(audio(3000)));
+    serve("/station", {302, "", {{"Location", "/audio/Sorry.enUS.mp3"}}, End::Complete, 0});
+    for (const char *start : {"/audio/Sorry.enUS.mp3", "/station"}) {
+        problem.clear();
+        QElapsedTimer clock;
+        clock.start();
+        play({QUrl::fromEncoded(address(start)), true, false, excuses});
+        ASSERT_TRUE(waitForEnd());
+        EXPECT_EQ(problem, QStringLiteral("Sorry."));
+        EXPECT_LT(clock.elapsed(), 1000);
     }
     EXPECT_EQ(consumer.begins(), 0);
 }
@@ -347,7 +343,7 @@ TEST_F(StreamReaderTest, readsNoFilesForAServer)
     EXPECT_TRUE(consumer.bytes().isEmpty());
 }
 
-TEST_F(StreamReaderTest, nobodyListeningIsAProblemInWords)
+TEST_F(StreamReaderTest, aRefusedConnectionIsAProblemInWords)
 {
     play({QUrl(QStringLiteral("http://127.0.0.1:1/")), true});
     ASSERT_TRUE(waitForEnd());

@@ -64,13 +64,19 @@ TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
     QString error;
     const PluginDescriptor descriptor = PluginDescriptor::fromJson(
         R"({"format": 1, "id": "radio", "deviceSetting": "settings:radio/key",
-            "answers": {"status": ["head", "status"], "good": ["200", "ok"]}})",
+            "answers": {"status": ["head", "status"], "good": ["200", "ok"]},
+            "excuses": [{"file": "/sorry/off.*mp3", "means": "noStream"},
+                {"file": "/sorry/abroad.mp3", "means": "otherCountry"}]})",
         error);
     EXPECT_EQ(error, QString());
     EXPECT_EQ(descriptor.deviceSetting.toEncoded(), QStringLiteral("settings:radio/key"));
     EXPECT_EQ(
         descriptor.answers.status, QStringList({QStringLiteral("head"), QStringLiteral("status")}));
     EXPECT_EQ(descriptor.answers.good, QStringList({QStringLiteral("200"), QStringLiteral("ok")}));
+    ASSERT_EQ(descriptor.excuses.size(), 2);
+    EXPECT_EQ(descriptor.excuses.at(0).file, QStringLiteral("/sorry/off.*mp3"));
+    EXPECT_EQ(descriptor.excuses.at(0).meaning, ExcuseDeclaration::NoStream);
+    EXPECT_EQ(descriptor.excuses.at(1).meaning, ExcuseDeclaration::OtherCountry);
     const PluginDescriptor without = PluginDescriptor::fromJson(Whole, error);
     EXPECT_TRUE(without.deviceSetting.isEmpty());
     EXPECT_FALSE(without.answers.isKnown());
@@ -104,6 +110,14 @@ TEST(PluginDescriptorTest, tellsWhatIsWrong)
             "answers: \"status\" is no list of at most 100"},
         {R"({"format": 1, "id": "a", "answers": {"state": ["a"]}})",
             "answers: there is no \"state\""},
+        {R"({"format": 1, "id": "a", "excuses": [{"file": "a", "means": "noStream"}]})",
+            "excuses: \"file\" does not begin with \"/\", or has two \"*\""},
+        {R"({"format": 1, "id": "a", "excuses": [{"file": "/a*b*", "means": "noStream"}]})",
+            "excuses: \"file\" does not begin with \"/\", or has two \"*\""},
+        {R"({"format": 1, "id": "a", "excuses": [{"file": "/a", "means": "bored"}]})",
+            "excuses: \"means\" is none of incompatible, noStream, otherCountry, forbidden"},
+        {R"({"format": 1, "id": "a", "excuses": [{"file": "/a"}]})",
+            "excuses: \"means\" is none of incompatible, noStream, otherCountry, forbidden"},
         {R"({"format": 1, "id": 5})", "\"id\" is no text"},
         {R"({"format": 1, "id": "../a"})", "\"id\" is no word"},
         {"{\"format\": 1, \"id\": \"" + longText + "\"}", "\"id\" is no text"},
