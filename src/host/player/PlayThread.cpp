@@ -9,7 +9,7 @@
 void PlayThread::Ending::set()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_ended = true;
     }
     m_changed.notify_all();
@@ -17,8 +17,10 @@ void PlayThread::Ending::set()
 
 bool PlayThread::Ending::wait(std::chrono::milliseconds time)
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, time, [this] { return m_ended; });
+    const auto deadline = std::chrono::steady_clock::now() + time;
+    VeskMutexLock lock(m_mutex);
+    while (!m_ended && lock.waitUntil(m_changed, deadline)) { }
+    return m_ended;
 }
 
 PlayThread::PlayThread(std::unique_ptr<StreamPlay> play, std::shared_ptr<Ending> previous)

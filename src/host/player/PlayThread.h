@@ -3,12 +3,13 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
+
 #include <QThread>
 
 #include <chrono>
 #include <condition_variable>
 #include <memory>
-#include <mutex>
 
 class StreamPlay;
 
@@ -23,7 +24,7 @@ public:
     /// How long a play waits for the one before to have ended.
     static constexpr std::chrono::milliseconds PatienceWithPrevious {3000};
 
-    /// When a play has come to its end, for who waits for that. Any thread.
+    /// The end of a play, for the next one to wait for. Any thread.
     class Ending {
     public:
         void set();
@@ -31,9 +32,9 @@ public:
         bool wait(std::chrono::milliseconds time);
 
     private:
-        std::mutex m_mutex;
+        VeskMutex m_mutex;
         std::condition_variable m_changed;
-        bool m_ended = false; ///< guarded by m_mutex
+        bool m_ended VESK_GUARDED_BY(m_mutex) = false;
     };
 
     /// \a previous may be null.

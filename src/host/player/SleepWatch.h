@@ -6,18 +6,18 @@
 #include <chrono>
 #include <functional>
 
-/// Notices that the machine slept, or that the process was halted: the time between two looks is
-/// longer than the thread that looks ever takes. Not thread-safe.
+/// Notices that the machine slept, or that the process was halted: more time passed between two
+/// checks than the checking thread ever lets pass. Not thread-safe.
 class SleepWatch {
 public:
     using Milliseconds = std::chrono::milliseconds;
     /// The time since the machine was started, its sleep included; a test moves its own.
     using Now = std::function<Milliseconds()>;
 
-    /// \a longest is the longest time between two looks of one who is awake.
+    /// \a longest is the longest time between two checks while neither happens.
     explicit SleepWatch(Milliseconds longest, Now now = {});
 
-    /// Looks, and tells whether it slept since the last look. Not at the first one.
+    /// Whether the machine slept since the last check; false at the first.
     bool hasSlept();
 
 private:

@@ -3,6 +3,7 @@
 
 #include "host/player/StreamChoice.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
 
 #include <QHash>
@@ -92,6 +93,7 @@ int StreamChoice::indexOf(const QList<VeskRoles> &streams, const CMPath &path)
 
 void StreamChoice::find(const VeskRoles &row, Found found)
 {
+    VESK_ASSERT_OWN_THREAD();
     ++m_search;
     const CMPath item = itemOf(row);
     // No titles: to find those, a menu may have to ask its service.

@@ -47,5 +47,5 @@ private:
     void ask(const CMPath &screen, const QStringList &roles, Answered answered);
     void openChoices(const QList<CMPath> &choices, const CMPath &item, const Found &found);
 
-    int m_search = 0; ///< counts them, so that a former one's answers are known
+    int m_search = 0; ///< counts the searches, to drop the answers of earlier ones
 };

@@ -3,6 +3,7 @@
 
 #include "host/player/StreamPlay.h"
 
+#include "api/core/ThreadCheck.h"
 #include "host/player/AudioOutput.h"
 #include "host/player/StreamSupply.h"
 
@@ -24,6 +25,7 @@ StreamPlay::~StreamPlay()
 
 void StreamPlay::start()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_output = std::make_unique<AudioOutput>(m_spec);
     connect(m_output.get(), &AudioOutput::audibleChanged, this,
         [this](bool audible) { Q_EMIT audibleChanged(audible, m_step); });
@@ -79,6 +81,7 @@ void StreamPlay::showProblem()
 
 void StreamPlay::pause(int step)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_step = step;
     if (!m_output)
         return;
@@ -91,6 +94,7 @@ void StreamPlay::pause(int step)
 
 void StreamPlay::resume(int step)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_step = step;
     if (!m_output)
         return;
@@ -101,6 +105,7 @@ void StreamPlay::resume(int step)
 
 void StreamPlay::tryNow()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_supply)
         m_supply->tryNow();
 }

@@ -3,6 +3,7 @@
 
 #include "host/player/StreamTrials.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 
@@ -35,6 +36,7 @@ StreamTrials::StreamTrials(QObject *parent)
 
 void StreamTrials::begin(const VeskRoles &row, const CMPath &preferred)
 {
+    VESK_ASSERT_OWN_THREAD();
     end();
     m_row = row;
     m_choosable = StreamChoice::mayHave(row);
@@ -54,6 +56,7 @@ void StreamTrials::begin(const VeskRoles &row, const CMPath &preferred)
 
 void StreamTrials::end()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_timer.stop();
     m_choice.cancel();
     m_row = {};
@@ -69,6 +72,7 @@ void StreamTrials::end()
 
 void StreamTrials::noteStarted(const VeskRoles &stream)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!m_started.isEmpty())
         return;
     m_started = stream.mediaData().activeResource();
@@ -87,6 +91,7 @@ bool StreamTrials::mayGoOn() const
 
 void StreamTrials::noteAudible(bool audible)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_audible = audible;
     if (!audible) {
         if (mayGoOn())
@@ -103,6 +108,7 @@ void StreamTrials::noteAudible(bool audible)
 
 void StreamTrials::noteTrouble()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_audible || !mayGoOn())
         return;
     look();
@@ -115,6 +121,7 @@ void StreamTrials::noteTrouble()
 
 void StreamTrials::noteFailure()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (!mayGoOn()) {
         m_timer.stop();
         Q_EMIT exhausted();
@@ -127,6 +134,7 @@ void StreamTrials::noteFailure()
 
 void StreamTrials::pause()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_timer.stop();
     m_choice.cancel();
     m_looking = m_leaving = m_resting = false;
@@ -134,6 +142,7 @@ void StreamTrials::pause()
 
 void StreamTrials::resume()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (mayGoOn())
         m_timer.start(m_times.lost);
 }

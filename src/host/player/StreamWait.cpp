@@ -7,6 +7,7 @@
 
 namespace {
 
+/// Between two questions whether to go on waiting; the machine may sleep meanwhile.
 constexpr std::chrono::milliseconds Look {500};
 
 } // namespace
@@ -14,7 +15,7 @@ constexpr std::chrono::milliseconds Look {500};
 void StreamWait::stop()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_stop = true;
     }
     m_changed.notify_all();
@@ -22,14 +23,14 @@ void StreamWait::stop()
 
 bool StreamWait::isStopped() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_stop;
 }
 
 void StreamWait::cutShort()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_cutShort = true;
     }
     m_changed.notify_all();
@@ -39,7 +40,7 @@ void StreamWait::wait(Milliseconds time, const std::function<bool()> &isOver)
 {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + time;
-    std::unique_lock<std::mutex> lock(m_mutex);
+    VeskMutexLock lock(m_mutex);
     m_cutShort = false;
     while (!m_stop && !m_cutShort && Clock::now() < end) {
         lock.unlock();
@@ -47,7 +48,7 @@ void StreamWait::wait(Milliseconds time, const std::function<bool()> &isOver)
         lock.lock();
         if (over)
             return;
-        m_changed.wait_until(
-            lock, std::min(end, Clock::now() + Look), [this] { return m_stop || m_cutShort; });
+        const auto next = std::min(end, Clock::now() + Look);
+        while (!m_stop && !m_cutShort && lock.waitUntil(m_changed, next)) { }
     }
 }

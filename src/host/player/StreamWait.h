@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <functional>
-#include <mutex>
 
-/// The waits of a reader's thread, which other threads end. Any thread, but for wait().
+/// The pauses of a reader's thread between two tries, which other threads can end. Any thread, but
+/// for wait().
 class StreamWait {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -18,14 +20,13 @@ public:
     bool isStopped() const;
     /// Ends the present wait.
     void cutShort();
-    /// Waits for \a time at most, also while \a isOver, asked twice a second, says no. The reader's
+    /// Waits for \a time, or until \a isOver, which is asked twice a second, holds. The reader's
     /// thread.
     void wait(Milliseconds time, const std::function<bool()> &isOver);
 
 private:
-    mutable std::mutex m_mutex;
+    mutable VeskMutex m_mutex;
     std::condition_variable m_changed;
-    /// Guarded by m_mutex.
-    bool m_stop = false;
-    bool m_cutShort = false;
+    bool m_stop VESK_GUARDED_BY(m_mutex) = false;
+    bool m_cutShort VESK_GUARDED_BY(m_mutex) = false;
 };
