@@ -6,33 +6,51 @@
 #include <QByteArray>
 #include <QString>
 
+#include <atomic>
+#include <chrono>
 #include <thread>
 
-/// What a worker process prints, line by line as it comes into the host's log. A thread of its own
-/// reads it, so that a process never waits for a host that is busy.
+/// The standard output and error of a plug-in process, copied line by line into the host's log. A
+/// thread of its own reads the pipe, so that the process does not block while the host is busy.
+///
+/// Main thread.
 class PluginOutput {
 public:
-    /// The longest line that is taken; a longer one is cut in pieces.
+    /// A longer line is split.
     static constexpr int MaxLine = 16 * 1024;
+    /// More than this at a time, or in each second on average, is dropped: a plug-in that prints
+    /// without end costs the host no more.
+    static constexpr qint64 MaxBurst = 32 * 1024 * 1024;
+    static constexpr qint64 MaxPerSecond = 4 * 1024 * 1024;
 
     PluginOutput();
     ~PluginOutput();
 
     /// The descriptor for the process to print to; -1 when there are no more descriptors. The
-    /// caller closes it with closeWritingEnd() once the process has it.
+    /// caller calls closeWritingEnd() once the process has it.
     int writingEnd() const { return m_ends[1]; }
     void closeWritingEnd();
 
-    /// Waits for the end of what is printed, which comes with the end of the process; the last
+    /// Waits for the end of the output, which comes with the end of the process. Returns the last
     /// line.
     QString finish();
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     void run();
-    void take(QByteArray &received);
-    void print(QByteArray line);
+    void processLines(QByteArray &received);
+    void processLine(QByteArray line);
+    void refill();
 
     int m_ends[2] = {-1, -1};
-    QString m_lastLine; ///< the thread's until it was joined
+    std::atomic<bool> m_isFinishing {false};
+
+    // The thread's, until it was joined.
+    QByteArray m_lastLine;
+    qint64 m_budget = MaxBurst; ///< bytes that may be logged now
+    Clock::time_point m_refilled;
+    qint64 m_dropped = 0; ///< lines since something was logged
+
     std::thread m_thread;
 };
