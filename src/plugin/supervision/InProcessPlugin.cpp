@@ -51,7 +51,7 @@ void InProcessPlugin::replaceThread()
     m_thread->wait();
     if (m_watch)
         m_watch->forget(m_thread.get());
-    m_thread.release()->deleteLater(); // it may be its signal that led here
+    m_thread.release()->deleteLater(); // this may be called by its signal
     startThread();
 }
 
@@ -69,7 +69,7 @@ void InProcessPlugin::onLoaded(const CMPath &root, const QString &error)
     else
         VESK_ERROR("plug-in " << file() << " cannot be loaded again: " << error);
     if (readSettings().isOutdated())
-        return; // the next one answers
+        return; // requests wait for the next one
     CMRoot()->release(this->root().prefix());
     if (error.isEmpty())
         Q_EMIT restarted();
@@ -114,7 +114,7 @@ void InProcessPlugin::holdRequests()
 
 void InProcessPlugin::releaseRequests()
 {
-    // While it is loaded they wait for that.
+    // In other phases they wait for the worker.
     if (m_phase == Phase::Running)
         CMRoot()->release(root().prefix());
 }

@@ -12,8 +12,8 @@
 class PluginThread;
 class PluginWatch;
 
-/// A plug-in in this process, on a thread of its own: for tests and for debugging, because what
-/// ends it ends the host. When it is started anew, all that it was asked for before is done first,
+/// A plug-in in this process, on a thread of its own: for tests and for debugging, because its
+/// crash is the host's. It is restarted after it has handled all requests that were made before,
 /// however long that takes.
 class InProcessPlugin : public Plugin {
     Q_OBJECT
@@ -29,7 +29,7 @@ public:
     void unload() override;
     bool isRunning() const override;
     bool serves(const CMPath &path) const override;
-    /// Whether \a thread is the plug-in's present one.
+    /// Whether \a thread is the plug-in's.
     bool isOn(const PluginThread *thread) const { return m_thread.get() == thread; }
 
 protected:
@@ -38,7 +38,7 @@ protected:
     void renew() override;
 
 private:
-    /// One that failed was loaded once, and could not be loaded again.
+    /// Failed: it was loaded once, and could not be loaded again.
     enum class Phase { Idle, Loading, Running, Renewing, Failed, Ending };
 
     void startThread();

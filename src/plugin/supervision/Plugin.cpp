@@ -11,14 +11,18 @@ VESK_LOGGER("Host")
 Plugin::Plugin(const QString &file, QObject *parent)
     : QObject(parent)
     , m_file(file)
-    , m_descriptor(PluginDescriptor::read(PluginDescriptor::fileOf(file), m_descriptorError))
 {
     veskConnect(&m_readSettings, &ReadSettings::outdated, this, &Plugin::holdRequests);
     veskConnect(&m_readSettings, &ReadSettings::upToDate, this, &Plugin::releaseRequests);
     veskConnect(&m_readSettings, &ReadSettings::settled, this, &Plugin::renew);
-    if (!m_descriptorError.isEmpty())
-        VESK_ERROR(PluginDescriptor::fileOf(file)
-            << " is not used, so that no address of the plug-in is guarded: " << m_descriptorError);
+    const QString descriptorFile = PluginDescriptor::fileOf(file);
+    if (const auto descriptor = PluginDescriptor::read(descriptorFile)) {
+        m_descriptor = *descriptor;
+    } else {
+        m_descriptorError = descriptor.error();
+        VESK_ERROR(descriptorFile << " is not used, so that no address of the plug-in is guarded: "
+                                  << m_descriptorError);
+    }
 }
 
 Plugin::~Plugin() = default;

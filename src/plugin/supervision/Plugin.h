@@ -10,15 +10,15 @@
 #include <QObject>
 #include <QString>
 
-/// One plug-in: a library and the worker that it makes, in this process or in one of its own. Used
-/// on the main thread, with an event loop.
+/// One plug-in: a library and the worker that it creates, in this process or in one of its own.
+/// Main thread, with an event loop.
 ///
-/// A library offers `extern "C" void *worker_create(const char *name, void *config)`: config points
-/// to a QVariantHash, the answer is a CMNodesWorker as it came from `new`, or null.
+/// A library exports `extern "C" void *worker_create(const char *name, void *config)`: config
+/// points to a QVariantHash, the result is a CMNodesWorker as it came from `new`, or null.
 ///
-/// When a setting changes that the plug-in has read for keeps (ReadSettings), it is started anew,
-/// once the settings have settled. From the change on its paths are asked of the new one: requests
-/// wait for it. What is under way is answered first, or, if it only reads, by the new one.
+/// When a setting changes that the plug-in has read and keeps (ReadSettings), the plug-in is
+/// restarted once the settings have settled. From the change on, requests for its paths wait for
+/// the new worker. Requests in progress are finished first, or, if they only read, by the new one.
 class Plugin : public QObject {
     Q_OBJECT
 
@@ -27,13 +27,13 @@ public:
     /// Ends what still runs, and waits for it.
     ~Plugin() override;
 
-    /// Starts loading, once; loadFinished() tells the outcome.
+    /// Starts loading, once. Ends with loadFinished().
     virtual void load() = 0;
-    /// Ends the worker; unloaded() tells when that is done, at once when nothing runs. A worker
-    /// that is busy is ended when it is done.
+    /// Ends the worker, after the request that it handles. Ends with unloaded(), at once when
+    /// nothing runs.
     virtual void unload() = 0;
     virtual bool isRunning() const = 0;
-    /// Whether its worker answers what is asked of \a path.
+    /// Whether its worker serves \a path.
     virtual bool serves(const CMPath &path) const = 0;
 
     /// The settings that it has read, as far as they are known.
@@ -43,9 +43,9 @@ public:
     void reject(const QString &reason);
 
     const QString &file() const { return m_file; }
-    /// What the file beside the library says; empty without one.
+    /// From the file beside the library; empty without one.
     const PluginDescriptor &descriptor() const { return m_descriptor; }
-    /// Why that file is not used; empty otherwise.
+    /// Why that file is not used; empty when it is, or when there is none.
     const QString &descriptorError() const { return m_descriptorError; }
     /// The root path of the worker; empty unless it is loaded.
     const CMPath &root() const { return m_root; }
@@ -55,15 +55,15 @@ public:
 Q_SIGNALS:
     void loadFinished();
     void unloaded();
-    /// What is asked from now on waits for a new worker.
+    /// Requests from now on wait for a new worker.
     void restarting();
-    /// A new worker serves the same paths and knows nothing of what the former one was told.
+    /// A new worker serves the same paths, and knows nothing of what the former one was sent.
     void restarted();
 
 protected:
     /// Has requests for the plug-in's own paths wait.
     virtual void holdRequests() = 0;
-    /// Lets the worker have them after all.
+    /// Passes them to the worker after all.
     virtual void releaseRequests() = 0;
     /// Replaces the worker, if it runs.
     virtual void renew() = 0;
@@ -71,8 +71,8 @@ protected:
 
 private:
     const QString m_file;
-    QString m_descriptorError; ///< before the next, which fills it in
-    const PluginDescriptor m_descriptor;
+    PluginDescriptor m_descriptor;
+    QString m_descriptorError;
     CMPath m_root;
     QString m_error;
     ReadSettings m_readSettings;

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr int Format = 1;
-/// Taking texts out can leave new ones; who nests them deeper means no good.
+/// Removing texts can leave new ones. No honest address nests them deeper.
 constexpr int MostRounds = 8;
 
 bool isLetterOrDigit(QChar c)
@@ -33,7 +33,7 @@ bool isWord(const QString &text)
     return std::all_of(text.begin(), text.end(), &isLetterOrDigit);
 }
 
-/// Reads the members of one object. What is wrong first is kept.
+/// Reads the members of one JSON object. The first error is kept.
 class MemberReader {
 public:
     MemberReader(const QVariant &object, const QString &what, QString &error)
@@ -165,7 +165,7 @@ ExcuseDeclaration readExcuse(const QVariant &value, QString &error)
     return {file, static_cast<ExcuseDeclaration::Meaning>(meaning)};
 }
 
-/// No escapes, dot segments, empty segments or letters that a server may take for others.
+/// No escapes, dot segments, empty segments or letters that a server may fold into ASCII.
 bool isPlain(const QString &text)
 {
     const auto isFine = [](QChar c) {
@@ -196,7 +196,7 @@ bool holdsWord(const QString &text, const QStringList &words)
     return false;
 }
 
-/// Judges \a base as it is and as it becomes, step by step, when things are taken out of it.
+/// Checks \a base as it is and after each removal.
 bool isChangingBase(const ChangingAddresses &changing, const QString &base)
 {
     QString text = base;
@@ -213,7 +213,7 @@ bool isChangingBase(const ChangingAddresses &changing, const QString &base)
         }
         if (text.size() == size)
             return false;
-        // What was in front of a segment may be gone.
+        // The segment in front of it may have been removed.
         if (text.startsWith(QLatin1Char('/')))
             text.remove(0, 1);
     }
@@ -237,14 +237,13 @@ CMPath below(const CMPath &root, const QString &base)
 
 } // namespace
 
-PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &error)
+Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &json)
 {
     VeskError unreadable;
     const QVariant value = VeskJson::parse(json, unreadable);
-    if (!unreadable.isEmpty()) {
-        error = QStringLiteral("this is no JSON");
-        return {};
-    }
+    if (!unreadable.isEmpty())
+        return failure(QStringLiteral("this is no JSON"));
+    QString error;
     MemberReader reader(value, QString(), error);
     reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
         QStringLiteral("deviceSetting"), QStringLiteral("answers"), QStringLiteral("excuses")});
@@ -267,7 +266,9 @@ PluginDescriptor PluginDescriptor::fromJson(const QByteArray &json, QString &err
         descriptor.answers = readAnswers(reader.value(QStringLiteral("answers")), error);
     for (const QVariant &entry : reader.list(QStringLiteral("excuses")))
         descriptor.excuses.append(readExcuse(entry, error));
-    return error.isEmpty() ? descriptor : PluginDescriptor();
+    if (!error.isEmpty())
+        return failure(error);
+    return descriptor;
 }
 
 QString PluginDescriptor::fileOf(const QString &library)
@@ -277,29 +278,25 @@ QString PluginDescriptor::fileOf(const QString &library)
         + QStringLiteral(".json");
 }
 
-PluginDescriptor PluginDescriptor::read(const QString &file, QString &error)
+Result<PluginDescriptor, QString> PluginDescriptor::read(const QString &file)
 {
-    // A pipe in its place would not let go of the one who opens it.
+    // O_NONBLOCK: opening a FIFO would wait for its writer.
     const int descriptor
         = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
         if (errno != ENOENT)
-            error = QString::fromLocal8Bit(std::strerror(errno));
-        return {};
+            return failure(QString::fromLocal8Bit(std::strerror(errno)));
+        return PluginDescriptor();
     }
     struct stat status { };
     QFile opened;
     opened.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
-    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        error = QStringLiteral("this is no regular file");
-        return {};
-    }
+    if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+        return failure(QStringLiteral("this is no regular file"));
     const QByteArray json = opened.read(MaxBytes + 1);
-    if (json.size() > MaxBytes) {
-        error = QStringLiteral("this is longer than %1 bytes").arg(MaxBytes);
-        return {};
-    }
-    return fromJson(json, error);
+    if (json.size() > MaxBytes)
+        return failure(QStringLiteral("this is longer than %1 bytes").arg(MaxBytes));
+    return fromJson(json);
 }
 
 bool changesSomething(

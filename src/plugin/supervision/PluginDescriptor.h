@@ -5,23 +5,24 @@
 
 #include "api/values/CMPath.h"
 #include "api/web/ServiceAnswers.h"
+#include "base/Result.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-/// Some addresses of a plug-in which change or report something as soon as they are opened, so that
-/// a link must not lead there: those at or below a base that one of the two conditions holds for.
+/// Addresses of a plug-in at which opening them changes or reports something, so that a link must
+/// not lead there: those at or below a base that meet one of the two conditions.
 struct ChangingAddresses {
     QString base; ///< below the plug-in's root; empty: the whole plug-in
-    /// The base holds one of these words, in any case; or it is written so that the host cannot
-    /// tell (with anything but letters, digits, "-", "_", single "/" and "." within a name).
+    /// The base contains one of these words, in any case; or it contains anything but letters,
+    /// digits, "-", "_", single "/" and "." within a name, so that the host cannot tell.
     QStringList words;
-    /// What the plug-in takes out of a base before it uses it.
+    /// What the plug-in removes from a base before it uses it.
     QStringList leftOut;
-    /// The address has this parameter, with one of these values, in any case, or, without values,
-    /// with any.
+    /// The address has this parameter with one of these values, in any case; without values, with
+    /// any.
     QString parameter;
     QStringList values;
 };
@@ -34,8 +35,8 @@ struct ExcuseDeclaration {
     Meaning meaning = NoStream;
 };
 
-/// What a plug-in says of itself in a file beside its library, NAME.json beside NAME.so: what the
-/// host has to know of a service without asking it. docs/host.md describes the file.
+/// What the host has to know about a plug-in and its service, from a file beside the library:
+/// NAME.json beside NAME.so. docs/host.md describes it.
 struct PluginDescriptor {
     static constexpr int MaxBytes = 64 * 1024;
     /// Longest text, and most entries of a list.
@@ -49,13 +50,12 @@ struct PluginDescriptor {
     ServiceAnswerForm answers;
     QVector<ExcuseDeclaration> excuses;
 
-    /// Of \a json; empty, with what is wrong in \a error, when it cannot be used. A pure function.
-    static PluginDescriptor fromJson(const QByteArray &json, QString &error);
+    /// A pure function. Fails with what is wrong first.
+    static Result<PluginDescriptor, QString> fromJson(const QByteArray &json);
     /// The file that belongs to \a library.
     static QString fileOf(const QString &library);
-    /// Of \a file; empty without an error when there is none. Blocks for a regular file's sake
-    /// only.
-    static PluginDescriptor read(const QString &file, QString &error);
+    /// Empty when there is no \a file. Blocks on nothing but the disk.
+    static Result<PluginDescriptor, QString> read(const QString &file);
 };
 
 /// Whether opening \a path changes or reports something, by what the plug-in at \a root declares.

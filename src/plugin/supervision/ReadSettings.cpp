@@ -28,19 +28,19 @@ void ReadSettings::noteKept(const CMPath &setting, const VeskValue &value)
 {
     if (m_kept.size() < MaxKept || m_kept.contains(setting))
         m_kept.insert(setting, value);
-    judge(false);
+    update(false);
 }
 
 void ReadSettings::noteFollowed(const CMPath &setting)
 {
     m_kept.remove(setting);
-    judge(false);
+    update(false);
 }
 
 void ReadSettings::noteChanged(const CMPath &setting, const VeskValue &value)
 {
     m_changed.insert(setting, value);
-    judge(m_kept.contains(setting));
+    update(m_kept.contains(setting));
 }
 
 void ReadSettings::settleAgain()
@@ -49,7 +49,7 @@ void ReadSettings::settleAgain()
         m_settle.start(m_times.settle);
 }
 
-void ReadSettings::judge(bool isNews)
+void ReadSettings::update(bool hasChanged)
 {
     bool isOutdated = false;
     for (auto it = m_changed.constBegin(); it != m_changed.constEnd(); ++it) {
@@ -60,7 +60,7 @@ void ReadSettings::judge(bool isNews)
     m_isOutdated = isOutdated;
     if (!isOutdated) {
         m_settle.stop();
-    } else if (turns || isNews) {
+    } else if (turns || hasChanged) {
         if (turns)
             m_since.start();
         const milliseconds left = m_times.longest - milliseconds(m_since.elapsed());

@@ -13,10 +13,10 @@
 
 #include <chrono>
 
-/// The settings that a plug-in has read for keeps, and whether it has to be started anew for their
-/// sake: when one of them is another one now, has been so for a while, and does not go on changing.
-/// What a plug-in says counts only for settings that changed since it was started, so that it can
-/// have itself started anew no more often than that. Main thread, with an event loop.
+/// The settings that a plug-in has read and keeps, and whether it has to be restarted: when one of
+/// them has another value now and has not changed for a while. A plug-in's reports count only for
+/// settings that have changed since it was started, so it cannot have itself restarted more often
+/// than settings change. Main thread, with an event loop.
 class ReadSettings : public QObject {
     Q_OBJECT
 
@@ -25,9 +25,9 @@ public:
     static constexpr int MaxKept = 1000;
 
     struct Times {
-        /// So long after the last change it is settled,
+        /// Settled so long after the last change,
         std::chrono::milliseconds settle {300};
-        /// but no longer after the first one.
+        /// but no later than this after the first one.
         std::chrono::milliseconds longest {2000};
     };
 
@@ -36,30 +36,30 @@ public:
     void setTimes(const Times &times) { m_times = times; }
     const Times &times() const { return m_times; }
 
-    /// A plug-in is started, which has read nothing yet.
+    /// A plug-in starts, which has read nothing yet.
     void begin();
     /// The plug-in keeps the setting with this value.
     void noteKept(const CMPath &setting, const VeskValue &value);
-    /// The plug-in follows the setting by itself.
+    /// The plug-in is subscribed to the setting and follows it by itself.
     void noteFollowed(const CMPath &setting);
     /// The setting has this value now.
     void noteChanged(const CMPath &setting, const VeskValue &value);
 
-    /// It cannot be started anew just now: settled() is to come once more.
+    /// It cannot be restarted just now: emits settled() once more.
     void settleAgain();
 
-    /// Whether the plug-in works with a value that is no more.
+    /// Whether the plug-in keeps a value that the setting has not any more.
     bool isOutdated() const { return m_isOutdated; }
 
 Q_SIGNALS:
-    /// Some value is another one than the plug-in knows; then, unless all are as it knows them
-    /// again, it is settled.
+    /// Some setting differs from the value that the plug-in keeps. Followed by upToDate() when none
+    /// does any more, or by settled() when it is time to restart the plug-in.
     void outdated();
     void upToDate();
     void settled();
 
 private:
-    void judge(bool isNews);
+    void update(bool hasChanged);
 
     Times m_times;
     QHash<CMPath, VeskValue> m_kept;

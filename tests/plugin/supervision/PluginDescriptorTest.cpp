@@ -16,9 +16,8 @@ namespace {
 
 std::string errorOf(const QByteArray &json)
 {
-    QString error;
-    PluginDescriptor::fromJson(json, error);
-    return error.toStdString();
+    const auto descriptor = PluginDescriptor::fromJson(json);
+    return descriptor ? std::string() : descriptor.error().toStdString();
 }
 
 constexpr char Whole[] = R"({"format": 1, "id": "radio", "changing": [
@@ -32,20 +31,16 @@ protected:
     {
         const CMPath path = CMPath::fromEncoded(text);
         EXPECT_FALSE(path.isEmpty()) << text.toStdString();
-        return changesSomething(PluginDescriptor::fromJson(Whole, m_error).changing,
+        return changesSomething(PluginDescriptor::fromJson(Whole)->changing,
             CMPath::fromEncoded(QStringLiteral("Radio:")), path);
     }
-
-    QString m_error;
 };
 
 } // namespace
 
 TEST(PluginDescriptorTest, readsAWholeFile)
 {
-    QString error;
-    const PluginDescriptor descriptor = PluginDescriptor::fromJson(Whole, error);
-    EXPECT_EQ(error, QString());
+    const PluginDescriptor descriptor = *PluginDescriptor::fromJson(Whole);
     EXPECT_EQ(descriptor.id, QStringLiteral("radio"));
     ASSERT_EQ(descriptor.changing.size(), 3);
     EXPECT_EQ(descriptor.changing.at(0).base, QStringLiteral("list"));
@@ -61,14 +56,11 @@ TEST(PluginDescriptorTest, readsAWholeFile)
 
 TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
 {
-    QString error;
-    const PluginDescriptor descriptor = PluginDescriptor::fromJson(
+    const PluginDescriptor descriptor = *PluginDescriptor::fromJson(
         R"({"format": 1, "id": "radio", "deviceSetting": "settings:radio/key",
             "answers": {"status": ["head", "status"], "good": ["200", "ok"]},
             "excuses": [{"file": "/sorry/off.*mp3", "means": "noStream"},
-                {"file": "/sorry/abroad.mp3", "means": "otherCountry"}]})",
-        error);
-    EXPECT_EQ(error, QString());
+                {"file": "/sorry/abroad.mp3", "means": "otherCountry"}]})");
     EXPECT_EQ(descriptor.deviceSetting.toEncoded(), QStringLiteral("settings:radio/key"));
     EXPECT_EQ(
         descriptor.answers.status, QStringList({QStringLiteral("head"), QStringLiteral("status")}));
@@ -77,7 +69,7 @@ TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
     EXPECT_EQ(descriptor.excuses.at(0).file, QStringLiteral("/sorry/off.*mp3"));
     EXPECT_EQ(descriptor.excuses.at(0).meaning, ExcuseDeclaration::NoStream);
     EXPECT_EQ(descriptor.excuses.at(1).meaning, ExcuseDeclaration::OtherCountry);
-    const PluginDescriptor without = PluginDescriptor::fromJson(Whole, error);
+    const PluginDescriptor without = *PluginDescriptor::fromJson(Whole);
     EXPECT_TRUE(without.deviceSetting.isEmpty());
     EXPECT_FALSE(without.answers.isKnown());
 }
@@ -161,9 +153,8 @@ TEST(PluginDescriptorTest, isReadFromARegularFileOfABoundedSizeOnly)
 {
     const QTemporaryDir folder;
     const auto read = [&](const char *name) {
-        QString error;
-        PluginDescriptor::read(folder.filePath(QString::fromLatin1(name)), error);
-        return error.toStdString();
+        const auto descriptor = PluginDescriptor::read(folder.filePath(QString::fromLatin1(name)));
+        return descriptor ? std::string() : descriptor.error().toStdString();
     };
     const auto write = [&](const char *name, const QByteArray &bytes) {
         QFile file(folder.filePath(QString::fromLatin1(name)));
@@ -225,8 +216,7 @@ TEST_F(ChangingAddressesTest, areSeenThroughWhatThePluginTakesOut)
 
 TEST_F(ChangingAddressesTest, areThoseBelowThePluginsOwnRoot)
 {
-    QString error;
-    const auto changing = PluginDescriptor::fromJson(Whole, error).changing;
+    const auto changing = PluginDescriptor::fromJson(Whole)->changing;
     const CMPath root = CMPath::fromEncoded(QStringLiteral("Many:radio"));
     EXPECT_TRUE(changesSomething(
         changing, root, CMPath::fromEncoded(QStringLiteral("Many:radio/list/Add"))));
