@@ -3,7 +3,6 @@
 
 #pragma once
 
-/// Keeps the descriptors from \a first on from the programs that this process becomes or starts:
-/// close-on-exec, also for those that libraries opened without it. Async-signal-safe, so that it
-/// may be called between fork and exec.
+/// Makes the descriptors from \a first on close-on-exec, those of libraries included, so that no
+/// other program inherits them. Async-signal-safe: may be called between fork and exec.
 void keepDescriptorsFromPrograms(int first);

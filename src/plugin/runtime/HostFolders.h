@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-/// Where things lie beside the program, in a build folder and when installed. Pure look-ups.
+/// Where files are, relative to the program, in a build folder and when installed.
 namespace HostFolders {
 /// Every plug-in of the folders that belong to this program, by name.
 QStringList installedPlugins();

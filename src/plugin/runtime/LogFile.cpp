@@ -26,7 +26,7 @@ LogFile::LogFile(std::string file, std::uint64_t maxSize)
 
 Result<void, files::Problem> LogFile::open()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return openIt();
 }
 
@@ -45,7 +45,7 @@ Result<void, files::Problem> LogFile::openIt()
 
 void LogFile::write(std::string_view record)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     if (!m_descriptor.isOpen() && Clock::now() >= m_nextTry)
         static_cast<void>(openIt());
     if (m_maxSize > 0 && m_descriptor.isOpen()) {
@@ -53,21 +53,21 @@ void LogFile::write(std::string_view record)
         if (before > 0 && before + record.size() > m_maxSize)
             rotate();
     }
-    if (m_lost > 0)
-        tellOfLost();
-    if (m_lost > 0 || !append(record))
-        ++m_lost;
+    if (m_dropped > 0)
+        reportDropped();
+    if (m_dropped > 0 || !append(record))
+        ++m_dropped;
 }
 
 void LogFile::rotate()
 {
-    // A link to the file stays one.
+    // Where the name is a symbolic link, the file that it leads to is renamed.
     const std::unique_ptr<char, decltype(&std::free)> real(
         ::realpath(m_file.c_str(), nullptr), &std::free);
     const std::string from = real ? real.get() : m_file;
     if (::rename(from.c_str(), (from + ".1").c_str()) == 0)
         static_cast<void>(openIt());
-    else if (::ftruncate(m_descriptor.number(), 0) != 0) // in a folder that one may not change
+    else if (::ftruncate(m_descriptor.number(), 0) != 0) // in a folder that cannot be written
         m_descriptor = files::Descriptor();
 }
 
@@ -93,13 +93,13 @@ bool LogFile::append(std::string_view text)
     return false;
 }
 
-void LogFile::tellOfLost()
+void LogFile::reportDropped()
 {
     if (m_isTorn && !append("\n"))
         return;
     m_isTorn = false;
     const std::string line
-        = std::to_string(m_lost) + " records are missing here: " + m_reason + '\n';
+        = std::to_string(m_dropped) + " records are missing here: " + m_reason + '\n';
     if (append(line))
-        m_lost = 0;
+        m_dropped = 0;
 }

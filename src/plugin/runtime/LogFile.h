@@ -3,27 +3,26 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "base/files/Descriptor.h"
 
 #include <chrono>
 #include <cstdint>
-#include <mutex>
 #include <string>
 #include <string_view>
 
-/// The file that a log goes to: appended to, a record at a time and whole, by any thread. Never
-/// longer than its limit: what it held is then in FILE.1, which is replaced. For its owner to write
-/// and its group to read.
+/// A log file, to which any thread appends whole records. Before it grows beyond its limit it is
+/// renamed to FILE.1, in place of the one before it. Mode 0640.
 ///
-/// What cannot be written now, on a full disk for instance, is dropped without waiting, and the
-/// number of such records is told once something can be written again.
+/// A record that cannot be written now, on a full disk for instance, is dropped; once the file can
+/// be written again, a line says how many were.
 class LogFile {
 public:
     /// \a maxSize in bytes; 0: no limit.
     LogFile(std::string file, std::uint64_t maxSize);
 
-    /// Opens what is now at the file's name, which may have been renamed, and makes one there if
-    /// there is none. Refuses what is no regular file, without waiting for it.
+    /// Opens the file that has the name now, or creates one: for the start, and after a tool like
+    /// logrotate has renamed it. Refuses anything but a regular file, without blocking on a FIFO.
     Result<void, files::Problem> open();
     /// \a record ends with a line feed.
     void write(std::string_view record);
@@ -31,21 +30,19 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
-    Result<void, files::Problem> openIt();
-    void rotate();
-    /// The bytes that the file holds.
-    std::uint64_t size() const;
-    bool append(std::string_view text);
-    void tellOfLost();
+    Result<void, files::Problem> openIt() VESK_REQUIRES(m_mutex);
+    void rotate() VESK_REQUIRES(m_mutex);
+    std::uint64_t size() const VESK_REQUIRES(m_mutex);
+    bool append(std::string_view text) VESK_REQUIRES(m_mutex);
+    void reportDropped() VESK_REQUIRES(m_mutex);
 
     const std::string m_file;
     const std::uint64_t m_maxSize;
 
-    std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    files::Descriptor m_descriptor;
-    Clock::time_point m_nextTry;
-    std::uint64_t m_lost = 0;
-    bool m_isTorn = false; ///< the last line has no end
-    std::string m_reason;
+    VeskMutex m_mutex;
+    files::Descriptor m_descriptor VESK_GUARDED_BY(m_mutex);
+    Clock::time_point m_nextTry VESK_GUARDED_BY(m_mutex); ///< to open a file that cannot be
+    std::uint64_t m_dropped VESK_GUARDED_BY(m_mutex) = 0; ///< records since the last good one
+    bool m_isTorn VESK_GUARDED_BY(m_mutex) = false; ///< the last line was written in part
+    std::string m_reason VESK_GUARDED_BY(m_mutex); ///< of the last failure
 };

@@ -16,7 +16,7 @@ VESK_LOGGER("Host")
 
 namespace {
 
-/// Threads that start threads that start threads.
+/// A thread that was started by a thread that was started by the plug-in's, and so on.
 constexpr int MostGenerations = 8;
 
 using WorkerCreate = void *(*)(const char *name, void *config);
@@ -27,19 +27,17 @@ QString loaderError()
     return text ? QString::fromLocal8Bit(text) : QStringLiteral("unknown error");
 }
 
-WorkerCreate loadLibrary(const QString &file, QString &error)
+Result<WorkerCreate, QString> loadLibrary(const QString &file)
 {
-    // Absolute: a bare name would be looked for in the system's folders. The library is never
-    // unloaded: loggers, meta-objects and queued destructors of its code may outlive its worker.
+    // An absolute name, because dlopen() looks for a bare one in the system's folders. The library
+    // is never unloaded: loggers, meta-objects and queued calls into it may outlive its worker.
     const QByteArray name = QFile::encodeName(QFileInfo(file).absoluteFilePath());
     void *library = ::dlopen(name.constData(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
-    if (!library) {
-        error = loaderError();
-        return nullptr;
-    }
+    if (!library)
+        return failure(loaderError());
     void *symbol = ::dlsym(library, "worker_create");
     if (!symbol)
-        error = loaderError();
+        return failure(loaderError());
     return reinterpret_cast<WorkerCreate>(symbol);
 }
 
@@ -76,35 +74,36 @@ void PluginThread::whenIdle(QObject *context, std::function<void()> done)
         m_worker->addPrefix(QString()), CMPingRole(), QVariant(), CMReply<QVariant>(answer)));
 }
 
-std::unique_ptr<CMNodesWorker> PluginThread::createWorker(QString &error)
+Result<std::unique_ptr<CMNodesWorker>, QString> PluginThread::createWorker()
 {
-    const WorkerCreate workerCreate = loadLibrary(m_file, error);
+    const auto workerCreate = loadLibrary(m_file);
     if (!workerCreate)
-        return nullptr;
+        return failure(workerCreate.error());
     const QByteArray name = QFileInfo(m_file).baseName().toUtf8();
     try {
         std::unique_ptr<CMNodesWorker> worker(
-            static_cast<CMNodesWorker *>(workerCreate(name.constData(), &m_config)));
+            static_cast<CMNodesWorker *>((*workerCreate)(name.constData(), &m_config)));
         if (!worker)
-            error = QStringLiteral("worker_create made no worker");
+            return failure(QStringLiteral("worker_create made no worker"));
         return worker;
     } catch (const std::exception &exception) {
-        error = QString::fromLocal8Bit(exception.what());
+        return failure(QString::fromLocal8Bit(exception.what()));
     } catch (...) {
-        error = QStringLiteral("worker_create threw something");
+        return failure(QStringLiteral("worker_create threw something"));
     }
-    return nullptr;
 }
 
 void PluginThread::run()
 {
     veskSetThreadName(objectName());
-    QString error;
-    std::unique_ptr<CMNodesWorker> worker = createWorker(error);
-    m_worker = worker.get();
-    Q_EMIT loaded(worker ? worker->addPrefix(QString()) : CMPath(), error);
-    if (!worker)
+    auto created = createWorker();
+    if (!created) {
+        Q_EMIT loaded(CMPath(), created.error());
         return;
+    }
+    const std::unique_ptr<CMNodesWorker> worker = *std::move(created);
+    m_worker = worker.get();
+    Q_EMIT loaded(worker->addPrefix(QString()), QString());
     exec();
     VESK_DEBUG("unloading " << m_file);
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/nodes/CMNodesWorker.h"
+#include "base/Result.h"
 
 #include <QString>
 #include <QThread>
@@ -23,23 +24,23 @@ public:
     /// Must have ended.
     ~PluginThread() override;
 
-    /// The plug-in's thread that \a thread is, or works for: that it was started by, or by one that
-    /// was. Null when there is none. For a thread that runs; any thread.
+    /// The plug-in's thread that \a thread is or descends from: that started it, or started the one
+    /// that did. Null when there is none. \a thread must be running; any thread may ask.
     static PluginThread *homeOf(QThread *thread);
 
-    /// Calls \a done on the thread of \a context when the worker has taken up everything that it
-    /// was asked for before, or cannot any more. Between loaded() and the end of the event loop.
+    /// Calls \a done on the thread of \a context when the worker has handled all requests that were
+    /// made before, or when it cannot. Between loaded() and the end of the event loop.
     void whenIdle(QObject *context, std::function<void()> done);
 
 Q_SIGNALS:
-    /// The worker is there, with its root, or \a error tells why not. Once; from the thread.
+    /// The worker was created and has this root, or \a error says why not. Once; from the thread.
     void loaded(const CMPath &root, const QString &error);
 
 protected:
     void run() override;
 
 private:
-    std::unique_ptr<CMNodesWorker> createWorker(QString &error);
+    Result<std::unique_ptr<CMNodesWorker>, QString> createWorker();
 
     const QString m_file;
     QVariantHash m_config;

@@ -36,23 +36,23 @@ bool PluginWatch::isSetting(const CMPath &path)
 void PluginWatch::begin(const std::shared_ptr<CMReplyAbstractData> &reply)
 {
     if (const PluginThread *plugin = PluginThread::homeOf(QThread::currentThread())) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        m_inHand[plugin].push_back({reply});
+        const VeskMutexLock lock(m_mutex);
+        m_handled[plugin].push_back({reply});
     }
 }
 
 void PluginWatch::end()
 {
-    std::shared_ptr<CMReplyAbstractData> done; // let go outside the lock
+    std::shared_ptr<CMReplyAbstractData> done; // may complete the reply, so not under the lock
     const PluginThread *plugin = PluginThread::homeOf(QThread::currentThread());
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto inHand = m_inHand.find(plugin);
-    if (inHand == m_inHand.end())
+    const VeskMutexLock lock(m_mutex);
+    const auto handled = m_handled.find(plugin);
+    if (handled == m_handled.end())
         return;
-    done = std::move(inHand->second.back().reply);
-    inHand->second.pop_back();
-    if (inHand->second.empty())
-        m_inHand.erase(inHand);
+    done = std::move(handled->second.back().reply);
+    handled->second.pop_back();
+    if (handled->second.empty())
+        m_handled.erase(handled);
 }
 
 void PluginWatch::exchangeEnded(const HttpClientResult &exchange)
@@ -61,11 +61,11 @@ void PluginWatch::exchangeEnded(const HttpClientResult &exchange)
     const PluginThread *plugin = PluginThread::homeOf(QThread::currentThread());
     if (!plugin || (!hasFailed && exchange.status() != HttpClientStatus::Success))
         return;
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    const auto inHand = m_inHand.find(plugin);
-    if (inHand == m_inHand.end())
+    const VeskMutexLock lock(m_mutex);
+    const auto handled = m_handled.find(plugin);
+    if (handled == m_handled.end())
         return;
-    for (InHand &each : inHand->second) {
+    for (Handled &each : handled->second) {
         if (!each.reply || (each.hasFailed && !hasFailed))
             continue;
         each.hasFailed = hasFailed;
@@ -76,7 +76,7 @@ void PluginWatch::exchangeEnded(const HttpClientResult &exchange)
 
 void PluginWatch::setAnswerForm(const PluginThread *plugin, const ServiceAnswerForm &form)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_answerForms[plugin] = form;
 }
 
@@ -87,14 +87,14 @@ void PluginWatch::valueRead(const CMPath &path, const VeskValue &value)
     if (!plugin)
         return;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_inHand.count(plugin) != 0)
+        const VeskMutexLock lock(m_mutex);
+        if (m_handled.count(plugin) != 0)
             return;
     }
     if (follows(plugin, path))
         return;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         VeskValue &kept = m_kept[{path, plugin}];
         if (kept == value)
             return;
@@ -107,7 +107,7 @@ void PluginWatch::settingChanged(const CMPath &setting)
 {
     std::vector<PluginThread *> followers;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         for (auto it = m_kept.lower_bound({setting, nullptr});
              it != m_kept.end() && it->first.first == setting; ++it)
             followers.push_back(it->first.second);
@@ -116,7 +116,7 @@ void PluginWatch::settingChanged(const CMPath &setting)
         if (!follows(plugin, setting))
             continue;
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const VeskMutexLock lock(m_mutex);
             m_kept.erase({setting, plugin});
         }
         m_reading(plugin, setting, m_values->value(setting), false);
@@ -125,7 +125,7 @@ void PluginWatch::settingChanged(const CMPath &setting)
 
 void PluginWatch::forget(PluginThread *plugin)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_answerForms.erase(plugin);
     for (auto it = m_kept.begin(); it != m_kept.end();)
         it = it->first.second == plugin ? m_kept.erase(it) : std::next(it);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMWorker.h"
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
@@ -10,27 +11,27 @@
 
 #include <functional>
 #include <map>
-#include <mutex>
 #include <utility>
 #include <vector>
 
 class CMValuesWorker;
 class PluginThread;
 
-/// Sees which settings the plug-ins of this process read for keeps: those that a plug-in reads of
-/// its own accord, while it is loaded for instance. What it reads while it has a request in hand is
-/// for that request, and is read again for the next one; what it is subscribed to it follows by
-/// itself.
+/// Observes which settings the plug-ins of this process read and keep: those that a plug-in reads
+/// while it handles no request, for instance while it is loaded. What it reads while it handles one
+/// is for that request and is read again for the next one; settings that it is subscribed to it
+/// follows by itself.
 ///
-/// It also sees how the exchanges end that a plug-in has with its service while it has a request in
-/// hand, and notes at the request's answer what was wrong with them: the last one that failed for
-/// certain, or else the last one.
+/// Also observes how a plug-in's HTTP exchanges end while it handles a request, and notes at the
+/// request's reply what was wrong with the service: by the last exchange that failed for certain,
+/// or else by the last one.
 ///
 /// Made before the plug-ins and destroyed after them; one per process. Any thread.
 class PluginWatch : public CMWorker::HandlingListener {
 public:
-    /// The plug-in of that thread \a keeps the value of a setting as it has read it, or, later,
-    /// follows it after all. On a thread of the plug-in, or where settingChanged() is called.
+    /// The plug-in of that thread \a keeps the value of a setting that it has read, or, later, has
+    /// subscribed to the setting after all. On a thread of the plug-in, or the one that calls
+    /// settingChanged().
     using Reading = std::function<void(
         PluginThread *plugin, const CMPath &setting, const VeskValue &value, bool keeps)>;
 
@@ -39,12 +40,12 @@ public:
     ~PluginWatch() override;
     Q_DISABLE_COPY(PluginWatch)
 
-    /// Whether \a path is that of a setting: of a value that a person changes.
+    /// Whether \a path is that of a setting: a value that users change.
     static bool isSetting(const CMPath &path);
 
-    /// How the service of the plug-in on that thread answers. Before the thread is started.
+    /// How responses of the plug-in's service are to be read. Before the thread is started.
     void setAnswerForm(const PluginThread *plugin, const ServiceAnswerForm &form);
-    /// To be called when a setting has changed.
+    /// To be called for each setting that has changed.
     void settingChanged(const CMPath &setting);
     /// The plug-in of that thread is gone.
     void forget(PluginThread *plugin);
@@ -53,9 +54,9 @@ public:
     void end() override;
 
 private:
-    struct InHand {
+    struct Handled {
         std::shared_ptr<CMReplyAbstractData> reply;
-        bool hasFailed = false; ///< an exchange, for certain
+        bool hasFailed = false; ///< some exchange of it, for certain
     };
 
     void exchangeEnded(const HttpClientResult &exchange);
@@ -66,9 +67,9 @@ private:
     const Reading m_reading;
     QMetaObject::Connection m_connection;
 
-    std::mutex m_mutex;
-    /// Guarded by m_mutex. The answers that plug-ins are at, each for the one before it.
-    std::map<const PluginThread *, std::vector<InHand>> m_inHand;
-    std::map<const PluginThread *, ServiceAnswerForm> m_answerForms;
-    std::map<std::pair<CMPath, PluginThread *>, VeskValue> m_kept;
+    VeskMutex m_mutex;
+    /// The requests that each plug-in handles, each made by the handler of the one before it.
+    std::map<const PluginThread *, std::vector<Handled>> m_handled VESK_GUARDED_BY(m_mutex);
+    std::map<const PluginThread *, ServiceAnswerForm> m_answerForms VESK_GUARDED_BY(m_mutex);
+    std::map<std::pair<CMPath, PluginThread *>, VeskValue> m_kept VESK_GUARDED_BY(m_mutex);
 };

@@ -17,7 +17,7 @@ UiLanguage::UiLanguage(const QStringList &folders, QObject *parent)
 {
     apply();
     m_setting = CMRoot()->subscribe(VeskUILanguagePath(), this, [this](const CMChange &) {
-        // The setting itself is told of as well, for its title: that is no new language.
+        // A change of language changes the title of the setting, which is announced here as well.
         if (apply())
             CMRoot()->notifyLanguageChanged();
     });

@@ -10,18 +10,18 @@
 
 class CMSubscription;
 
-/// Keeps the process's language the one of the language setting, and tells the process's workers
+/// Sets the process's language to that of the language setting, and notifies the process's workers
 /// when it changes. Main thread, with an event loop; while there is a root.
 class UiLanguage : public QObject {
     Q_OBJECT
 
 public:
-    /// \a folders have the catalogues. What the setting says now holds at once.
+    /// \a folders have the catalogues. Applies the setting's present value.
     explicit UiLanguage(const QStringList &folders, QObject *parent = nullptr);
     ~UiLanguage() override;
 
 private:
-    /// Whether it was another one.
+    /// Returns whether the language has changed.
     bool apply() const;
 
     const QStringList m_folders;
