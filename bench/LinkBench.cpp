@@ -10,11 +10,11 @@
 
 namespace {
 
-/// The answer to a request for every row of a screen of a megabyte.
-AnswerMessage longAnswer()
+/// The response to a request for all rows of a screen of 1 MB.
+ResponseMessage longAnswer()
 {
     PluginOnThread plugin;
-    AnswerMessage message;
+    ResponseMessage message;
     message.id = 1;
     message.value = answerTo([](const CMReply<QVariant> &reply) {
         return CMGetRowsRequest(
@@ -26,7 +26,7 @@ AnswerMessage longAnswer()
 
 void writeLongAnswer(benchmark::State &state)
 {
-    const AnswerMessage answer = longAnswer();
+    const ResponseMessage answer = longAnswer();
     int size = 0;
     for (auto _ : state)
         size = encode(answer).size();
@@ -37,13 +37,13 @@ void readLongAnswer(benchmark::State &state)
 {
     const QByteArray payload = encode(longAnswer());
     for (auto _ : state) {
-        const auto answer = decode<AnswerMessage>(payload);
+        const auto answer = decode<ResponseMessage>(payload);
         if (!answer)
             state.SkipWithError("the answer cannot be read");
     }
 }
 
-/// A question that the worker answers at once, there and back.
+/// The round trip of a request that the worker handles at once.
 void measurePing(benchmark::State &state)
 {
     const CMPath root(QStringLiteral("TuneIn"), QString());
@@ -60,14 +60,14 @@ void ping(benchmark::State &state)
     measurePing(state);
 }
 
-void pingWorker(benchmark::State &state)
+void pingPluginProcess(benchmark::State &state)
 {
     PluginInProcess plugin;
     measurePing(state);
 }
 
 BENCHMARK(ping)->Unit(benchmark::kMicrosecond)->UseRealTime();
-BENCHMARK(pingWorker)->Unit(benchmark::kMicrosecond)->UseRealTime();
+BENCHMARK(pingPluginProcess)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(writeLongAnswer)->Unit(benchmark::kMillisecond);
 BENCHMARK(readLongAnswer)->Unit(benchmark::kMillisecond);
 

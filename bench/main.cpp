@@ -97,7 +97,8 @@ int main(int argc, char **argv)
 {
     setUpMemory();
     log4cplus::Initializer logging;
-    setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/null"));
+    if (!setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/null")))
+        return 1;
     QCoreApplication application(argc, argv);
     if (argc == 2 && std::strcmp(argv[1], "--serve") == 0)
         return serveBenchmarks();

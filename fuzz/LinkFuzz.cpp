@@ -24,7 +24,7 @@ void require(const RequestMessage &message)
     FUZZ_REQUIRE(request.kind() == message.kind && request.kind() != CMRequest::None);
 }
 
-void require(const AnswerMessage &message)
+void require(const ResponseMessage &message)
 {
     FUZZ_REQUIRE(message.error.message().toString().size() <= LongestShown);
 }
@@ -57,10 +57,10 @@ void readAny(const QByteArray &payload)
         return read<StopMessage>(payload);
     case MessageKind::Request:
         return read<RequestMessage>(payload);
-    case MessageKind::Answer:
-        return read<AnswerMessage>(payload);
-    case MessageKind::Watch:
-        return read<WatchMessage>(payload);
+    case MessageKind::Response:
+        return read<ResponseMessage>(payload);
+    case MessageKind::Subscribe:
+        return read<SubscribeMessage>(payload);
     case MessageKind::Change:
         return read<ChangeMessage>(payload);
     case MessageKind::Route:

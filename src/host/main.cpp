@@ -89,9 +89,9 @@ int main(int argc, char **argv)
         return Success;
     }
     const HostOptions &options = *commandLine;
-    const QString complaint = setUpLogging(options.logLevel, options.logFile, options.logSize);
-    if (!complaint.isEmpty())
-        return complain(BadUsage, QStringLiteral("--log-file: ") + complaint);
+    const auto logged = setUpLogging(options.logLevel, options.logFile, options.logSize);
+    if (!logged)
+        return complain(BadUsage, QStringLiteral("--log-file: ") + logged.error());
     if (!isAlone)
         VESK_WARN("There are threads that are not confined.");
     for (const QString &line : notConfined)

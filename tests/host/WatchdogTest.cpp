@@ -71,7 +71,8 @@ void runFor(std::chrono::nanoseconds processorTime)
 
 [[noreturn]] void hang()
 {
-    setUpLogging(QStringLiteral("info"), QString());
+    if (!setUpLogging(QStringLiteral("info"), QString()))
+        std::_Exit(1);
     const Watchdog watchdog(500ms);
     spin(10s, [] {
         for (;;)
@@ -108,7 +109,8 @@ TEST(WatchdogDeathTest, EndsAProcessThatNeverRunsItsLoop)
     int ends[2] = {-1, -1};
     if (::pipe(ends) != 0)
         std::_Exit(1);
-    setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/fd/%1").arg(ends[1]));
+    if (!setUpLogging(QStringLiteral("info"), QStringLiteral("/dev/fd/%1").arg(ends[1])))
+        std::_Exit(1);
     const Watchdog watchdog(500ms);
     for (;;)
         qInfo("%s", QByteArray(1000, 'x').constData());

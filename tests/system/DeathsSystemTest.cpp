@@ -232,7 +232,7 @@ protected:
     {
         return QString::fromUtf8(contents(folder.filePath(text("log"))))
             .split(QLatin1Char('\n'))
-            .filter(QRegularExpression(text("the worker of .* ended: ")));
+            .filter(QRegularExpression(text("the plug-in process of .* ended: ")));
     }
     /// The seconds of each duration report.
     QList<int> durations() const

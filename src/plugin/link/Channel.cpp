@@ -6,23 +6,23 @@
 #include "api/core/vesk.h"
 
 #include <QDeadlineTimer>
+#include <QThread>
 
 #include <cerrno>
 #include <cstring>
 #include <deque>
-#include <mutex>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <sys/timerfd.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
 constexpr int HeadBytes = sizeof(quint32);
-/// Frames are small, but for the rows of long screens.
-constexpr int UsualBytes = 64 * 1024;
+/// What is read at a time, and the place that is kept for it.
+constexpr int ReadBytes = Channel::LongPayload;
 
 bool isTransient(int error)
 {
@@ -48,11 +48,11 @@ struct Channel::Sender::Data {
         ::close(wake);
     }
 
-    /// Sends what waits, as far as the other side takes it. Expects the mutex to be held.
-    void flush()
+    /// Sends as much of the queue as the socket takes.
+    void flush() VESK_REQUIRES(mutex)
     {
-        while (!waiting.empty() && open) {
-            const QByteArray &payload = waiting.front();
+        while (!queue.empty() && open) {
+            const QByteArray &payload = queue.front();
             const int sent = sendRest(payload, sentOfFirst);
             if (sent < 0) {
                 if (!wouldBlock(errno))
@@ -62,13 +62,13 @@ struct Channel::Sender::Data {
             sentOfFirst += sent;
             if (sentOfFirst < HeadBytes + payload.size())
                 continue;
-            waitingBytes -= payload.size();
-            waiting.pop_front();
+            queuedBytes -= payload.size();
+            queue.pop_front();
             sentOfFirst = 0;
         }
     }
 
-    /// Sends what a frame has from its byte \a from on; returns how much of it went, or -1.
+    /// Sends a frame from its byte \a from on; returns how many bytes went, or -1.
     int sendRest(const QByteArray &payload, int from) const
     {
         auto head = static_cast<quint32>(payload.size());
@@ -88,14 +88,15 @@ struct Channel::Sender::Data {
         return static_cast<int>(sent);
     }
 
-    void end()
+    void end() VESK_REQUIRES(mutex)
     {
         open = false;
-        waiting.clear();
+        queue.clear();
         ::shutdown(socket, SHUT_RDWR);
         wakeThread();
     }
 
+    /// Has the channel's thread look at its state again.
     void wakeThread() const
     {
         const quint64 one = 1;
@@ -103,14 +104,13 @@ struct Channel::Sender::Data {
     }
 
     const int socket;
-    const int wake; ///< has the channel's thread look again what there is to do
-    std::mutex mutex;
-    /// Guarded by mutex.
-    bool open = true;
-    std::deque<QByteArray> waiting;
-    int sentOfFirst = 0; ///< of its frame
-    qint64 waitingBytes = 0;
-    QString reason; ///< for which this side ended the connection
+    const int wake; ///< an eventfd, see wakeThread()
+    VeskMutex mutex;
+    bool open VESK_GUARDED_BY(mutex) = true;
+    std::deque<QByteArray> queue VESK_GUARDED_BY(mutex);
+    int sentOfFirst VESK_GUARDED_BY(mutex) = 0; ///< bytes, head included
+    qint64 queuedBytes VESK_GUARDED_BY(mutex) = 0;
+    QString reason VESK_GUARDED_BY(mutex); ///< for which this side ended the connection
 };
 
 Channel::Sender::Sender(int socket)
@@ -124,52 +124,57 @@ bool Channel::Sender::send(const QByteArray &payload)
 {
     if (payload.size() > MaxPayload)
         return false;
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     if (!d->open)
         return false;
-    const bool isFirst = d->waiting.empty();
-    d->waiting.push_back(payload);
-    d->waitingBytes += payload.size();
+    const bool isFirst = d->queue.empty();
+    d->queue.push_back(payload);
+    d->queuedBytes += payload.size();
     if (!isFirst) {
-        if (d->waitingBytes > MaxWaiting) {
-            d->reason = QStringLiteral("%1 bytes that it does not take").arg(d->waitingBytes);
+        if (d->queuedBytes > MaxQueued) {
+            d->reason = QStringLiteral("%1 bytes that it does not read").arg(d->queuedBytes);
             d->end();
         }
         return d->open;
     }
     d->flush();
-    if (!d->waiting.empty())
-        d->wakeThread();
+    if (!d->queue.empty())
+        d->wakeThread(); // which sends the rest when the socket takes it
     return d->open;
 }
 
 void Channel::Sender::close()
 {
-    const std::lock_guard<std::mutex> lock(d->mutex);
+    const VeskMutexLock lock(d->mutex);
     d->end();
 }
 
 Channel::Channel(int socket)
     : m_sender(std::make_shared<Sender>(socket))
-    , m_timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK))
 {
-    m_received.reserve(UsualBytes);
+    m_received.reserve(ReadBytes);
 }
 
 Channel::~Channel()
 {
+    VESK_ASSERT(!m_notifier || m_notifier->thread() == QThread::currentThread());
     m_sender->close();
     if (m_thread.joinable()) {
         VESK_ASSERT(m_thread.get_id() != std::this_thread::get_id());
         m_thread.join();
     }
-    ::close(m_timer);
 }
 
-void Channel::start(Handler handler)
+void Channel::start(Handler handler, Reader reader)
 {
     VESK_ASSERT(!m_thread.joinable());
     m_handler = std::move(handler);
+    if (reader == Reader::CallersLoop) {
+        m_notifier = std::make_unique<QSocketNotifier>(m_sender->d->socket, QSocketNotifier::Read);
+        m_isLoopsTurn = true;
+        QObject::connect(m_notifier.get(), &QSocketNotifier::activated, m_notifier.get(),
+            [this] { receiveOnLoop(); });
+    }
     m_thread = std::thread([this] { run(); });
 }
 
@@ -177,11 +182,11 @@ QByteArray Channel::receiveOne(int milliseconds)
 {
     const QDeadlineTimer deadline(milliseconds);
     QByteArray payload;
-    const auto take = [&payload](const QByteArray &received) {
-        payload = QByteArray(received.constData(), received.size()); // it is this channel's place
-        return QStringLiteral("one is enough");
+    m_handler.received = [&payload](const QByteArray &received) -> Result<void, QString> {
+        payload = QByteArray(received.constData(), received.size());
+        return failure(QStringLiteral("one is enough"));
     };
-    m_handler.take = take;
+    const VeskMutexLock lock(m_receiving);
     pollfd descriptor {m_sender->d->socket, POLLIN, 0};
     while (payload.isEmpty() && !deadline.hasExpired()) {
         const auto left = static_cast<int>(deadline.remainingTime());
@@ -189,174 +194,129 @@ QByteArray Channel::receiveOne(int milliseconds)
             break;
         if (descriptor.revents != 0 && fill() == Progress::Ended)
             break;
-        if (!takeFrames().isEmpty())
+        if (!handleFrames())
             break;
     }
     return payload;
 }
 
-int Channel::socket() const
-{
-    return m_sender->d->socket;
-}
-
-void Channel::whenCanLend(std::function<void()> function)
-{
-    const std::lock_guard<std::mutex> lock(m_receiving);
-    m_whenCanLend = std::move(function);
-}
-
-void Channel::lend()
-{
-    {
-        const std::lock_guard<std::mutex> lock(m_lendMutex);
-        ++m_lendCount;
-        m_isRecalled = false;
-        if (std::exchange(m_isLent, true))
-            return;
-    }
-    m_sender->d->wakeThread();
-}
-
-void Channel::recall()
-{
-    {
-        const std::lock_guard<std::mutex> lock(m_lendMutex);
-        m_isLent = false;
-    }
-    m_sender->d->wakeThread();
-}
-
-void Channel::recallSoon()
-{
-    const std::lock_guard<std::mutex> lock(m_lendMutex);
-    m_isRecalled = m_isLent;
-    if (m_isRecalled && !m_isTimed)
-        startTimer();
-}
-
-/// Expects m_lendMutex to be held.
-void Channel::startTimer()
-{
-    itimerspec when {};
-    when.it_value.tv_nsec = std::chrono::nanoseconds(BusyTime).count();
-    ::timerfd_settime(m_timer, 0, &when, nullptr);
-    m_isTimed = true;
-    m_timedCount = m_lendCount;
-}
-
-void Channel::onTimer()
-{
-    quint64 count = 0;
-    if (::read(m_timer, &count, sizeof count) < 0)
-        return;
-    const std::lock_guard<std::mutex> lock(m_lendMutex);
-    m_isTimed = false;
-    if (!m_isRecalled)
-        return;
-    if (m_timedCount == m_lendCount)
-        m_isLent = false;
-    else
-        startTimer(); // for a later one
-}
-
-bool Channel::receiveNow()
-{
-    return receiveSome() && canLend();
-}
-
 void Channel::run()
 {
     veskSetThreadName(QStringLiteral("PluginLink"));
-    receive();
+    receiveUntilEnd();
     m_sender->close();
     QString reason;
     {
-        const std::lock_guard<std::mutex> lock(m_receiving);
+        const VeskMutexLock lock(m_receiving);
+        m_hasEnded = true; // the event loop may still find bytes in the socket
         reason = m_problem;
     }
     if (reason.isEmpty()) {
-        const std::lock_guard<std::mutex> lock(m_sender->d->mutex);
+        const VeskMutexLock lock(m_sender->d->mutex);
         reason = m_sender->d->reason;
     }
     m_handler.ended(reason);
 }
 
-/// Receives, and sends what waits, until the connection ends.
-void Channel::receive()
+/// The channel's thread: receives when it is its turn, and sends what is queued.
+void Channel::receiveUntilEnd()
 {
     Sender::Data &sender = *m_sender->d;
-    bool mayHaveSome = true; // what came along with the first one
+    // More frames may have come along with the one that receiveOne() returned.
+    bool isReadable = !m_notifier;
     while (true) {
-        if (std::exchange(mayHaveSome, false) && !receiveSome())
-            return;
+        if (isReadable) {
+            if (!receive())
+                return;
+            if (m_notifier && !m_isLong)
+                handOverToLoop();
+        }
         bool hasToSend = false;
         {
-            const std::lock_guard<std::mutex> lock(sender.mutex);
+            const VeskMutexLock lock(sender.mutex);
             if (!sender.open)
                 return;
-            hasToSend = !sender.waiting.empty();
+            hasToSend = !sender.queue.empty();
         }
-        bool isLent = false;
-        {
-            const std::lock_guard<std::mutex> lock(m_lendMutex);
-            isLent = m_isLent;
-        }
-        const int wanted = (isLent ? 0 : POLLIN) | (hasToSend ? POLLOUT : 0);
+        const int wanted = (m_isLoopsTurn ? 0 : POLLIN) | (hasToSend ? POLLOUT : 0);
         pollfd descriptors[] = {{wanted == 0 ? -1 : sender.socket, static_cast<short>(wanted), 0},
-            {sender.wake, POLLIN, 0}, {m_timer, POLLIN, 0}};
-        if (::poll(descriptors, 3, -1) < 0) {
-            if (isTransient(errno))
+            {sender.wake, POLLIN, 0}};
+        if (::poll(descriptors, 2, -1) < 0) {
+            if (isTransient(errno)) {
+                isReadable = false;
                 continue;
-            const std::lock_guard<std::mutex> lock(m_receiving);
+            }
+            const VeskMutexLock lock(m_receiving);
             m_problem = QString::fromLocal8Bit(std::strerror(errno));
             return;
         }
         if (descriptors[1].revents != 0) {
             quint64 count = 0;
-            [[maybe_unused]] const ssize_t taken = ::read(sender.wake, &count, sizeof count);
+            [[maybe_unused]] const ssize_t read = ::read(sender.wake, &count, sizeof count);
         }
-        if (descriptors[2].revents != 0)
-            onTimer();
         if (descriptors[0].revents & POLLOUT) {
-            const std::lock_guard<std::mutex> lock(sender.mutex);
+            const VeskMutexLock lock(sender.mutex);
             sender.flush();
         }
-        mayHaveSome = (descriptors[0].revents & (POLLIN | POLLHUP | POLLERR)) != 0;
+        isReadable = (wanted & POLLIN) && (descriptors[0].revents & (POLLIN | POLLHUP | POLLERR));
     }
 }
 
-/// Takes what the socket has now. Returns false at the end of the connection, which it makes for
-/// what is wrong.
-bool Channel::receiveSome()
+/// The event loop: the socket has something.
+void Channel::receiveOnLoop()
 {
-    const std::lock_guard<std::mutex> lock(m_receiving);
-    if (!m_problem.isEmpty())
+    if (!receive() || m_isLong)
+        handOverToThread();
+}
+
+void Channel::handOverToLoop()
+{
+    m_isLoopsTurn = true;
+    QMetaObject::invokeMethod(
+        m_notifier.get(), [notifier = m_notifier.get()] { notifier->setEnabled(true); },
+        Qt::QueuedConnection);
+}
+
+void Channel::handOverToThread()
+{
+    m_notifier->setEnabled(false);
+    m_isLoopsTurn = false;
+    m_sender->d->wakeThread();
+}
+
+/// Receives what the socket has now and handles the frames that are complete. Returns false at the
+/// end of the connection, which a problem with a frame brings about.
+bool Channel::receive()
+{
+    const VeskMutexLock lock(m_receiving);
+    if (m_hasEnded || !m_problem.isEmpty())
         return false;
     const Progress progress = fill();
-    m_problem = takeFrames();
+    if (const auto handled = handleFrames(); !handled)
+        m_problem = handled.error();
+    m_isLong = announcedSize() > static_cast<quint32>(LongPayload);
+    if (progress != Progress::Ended && m_problem.isEmpty())
+        return true;
+    m_sender->close();
+    return false;
+}
+
+/// The length of the frame that has begun; 0 when none has.
+quint32 Channel::announcedSize() const
+{
     quint32 size = 0;
     if (m_received.size() >= HeadBytes)
         std::memcpy(&size, m_received.constData(), HeadBytes);
-    const bool goesOn = progress != Progress::Ended && m_problem.isEmpty();
-    const bool isForThread = !goesOn || size > static_cast<quint32>(UsualBytes);
-    if (m_isForThread.exchange(isForThread) && !isForThread && m_whenCanLend)
-        m_whenCanLend();
-    if (!goesOn)
-        m_sender->close();
-    return goesOn;
+    return size;
 }
 
-/// Takes what the socket has. A frame that is known to be long gets its whole place at once.
+/// Reads from the socket, once. The buffer grows at once to all of a long frame whose head is
+/// there.
 Channel::Progress Channel::fill()
 {
     const int had = m_received.size();
-    int wanted = UsualBytes;
-    if (had >= HeadBytes) {
-        quint32 size = 0;
-        std::memcpy(&size, m_received.constData(), HeadBytes);
-        wanted = qMax(wanted, HeadBytes + static_cast<int>(size) - had);
-    }
+    const int missing = HeadBytes + static_cast<int>(announcedSize()) - had;
+    const int wanted = qMax(ReadBytes, missing);
     m_received.resize(had + wanted);
     const ssize_t count = ::recv(m_sender->d->socket, m_received.data() + had,
         static_cast<std::size_t>(wanted), MSG_DONTWAIT);
@@ -367,31 +327,29 @@ Channel::Progress Channel::fill()
                                                                   : Progress::Ended;
 }
 
-/// Hands on the frames that are whole; says what is wrong with one.
-QString Channel::takeFrames()
+/// Hands the complete frames to the handler, as far as the first failure.
+Result<void, QString> Channel::handleFrames()
 {
     int next = 0;
-    QString problem;
-    while (problem.isEmpty() && m_received.size() - next >= HeadBytes) {
+    Result<void, QString> result;
+    while (result && m_received.size() - next >= HeadBytes) {
         quint32 size = 0;
         std::memcpy(&size, m_received.constData() + next, HeadBytes);
-        if (size > static_cast<quint32>(MaxPayload)) {
-            problem = QStringLiteral("a message of %1 bytes").arg(size);
-            break;
-        }
+        if (size > static_cast<quint32>(MaxPayload))
+            return failure(QStringLiteral("a message of %1 bytes").arg(size));
         if (m_received.size() - next - HeadBytes < static_cast<int>(size))
             break;
         const QByteArray payload = QByteArray::fromRawData(
             m_received.constData() + next + HeadBytes, static_cast<int>(size));
         next += HeadBytes + static_cast<int>(size);
-        problem = m_handler.take(payload);
+        result = m_handler.received(payload);
     }
-    // The place of a long frame is not kept for the short ones.
-    if (next == m_received.size() && next > UsualBytes) {
+    // The memory of a long frame is not kept for the short ones that follow.
+    if (next == m_received.size() && next > ReadBytes) {
         m_received = QByteArray();
-        m_received.reserve(UsualBytes);
+        m_received.reserve(ReadBytes);
     } else if (next > 0) {
         m_received.remove(0, next);
     }
-    return problem;
+    return result;
 }

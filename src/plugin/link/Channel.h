@@ -3,31 +3,36 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
+#include "base/Result.h"
+
 #include <QByteArray>
+#include <QSocketNotifier>
 #include <QString>
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <thread>
 
-/// Frames over a stream socket: a length of four bytes in the machine's byte order, then so many
-/// bytes of payload. A thread of its own receives them, or in its place one that it is lent to;
-/// whoever sends does so on his own thread, and never waits for the other side.
+/// Frames over a stream socket: a length of four bytes in the machine's byte order, then that many
+/// bytes of payload.
 ///
-/// The sending side outlives the channel for those who still hold it; sending then comes to
-/// nothing.
+/// Sending never blocks and works on any thread. Frames are received on the channel's own thread,
+/// or on the event loop of the thread that calls start(): that saves the wake-up that handing them
+/// to that thread would cost, and is for a thread that never blocks. Long payloads are received by
+/// the channel's thread in either case, so that they do not hold up the event loop.
 class Channel {
 public:
-    /// A longer payload is neither sent nor taken.
+    /// A longer payload is neither sent nor accepted.
     static constexpr int MaxPayload = 32 * 1024 * 1024;
-    static constexpr std::chrono::milliseconds BusyTime {3};
-    /// What the other side has not taken yet. One that lets this pile up has stopped reading.
-    static constexpr qint64 MaxWaiting = 4 * qint64(MaxPayload);
+    /// A payload of more bytes is received by the channel's thread.
+    static constexpr int LongPayload = 64 * 1024;
+    /// Bytes that wait for the other side to read. More than that, and it counts as stalled: the
+    /// connection ends.
+    static constexpr qint64 MaxQueued = 4 * qint64(MaxPayload);
 
-    /// The sending side. Any thread.
+    /// The sending side. Any thread. It may outlive the channel; sending then fails.
     class Sender {
     public:
         explicit Sender(int socket);
@@ -35,7 +40,8 @@ public:
         Sender &operator=(const Sender &) = delete;
         ~Sender();
 
-        /// False when it was not taken, for one who is gone or for its length.
+        /// Sends the payload, or queues what the socket does not take now. False when the
+        /// connection has ended or the payload is too long.
         bool send(const QByteArray &payload);
         /// Ends the connection in both directions.
         void close();
@@ -46,83 +52,61 @@ public:
         const std::unique_ptr<Data> d;
     };
 
+    /// Who receives.
+    enum class Reader { OwnThread, CallersLoop };
+
     struct Handler {
-        /// Takes one payload; says what is wrong with it, which ends the connection, or nothing. On
-        /// whichever thread receives, one at a time.
-        std::function<QString(const QByteArray &payload)> take;
-        /// The connection ended; \a reason tells why, unless the other side just went. Once;
-        /// nothing comes after it. On the channel's thread.
+        /// Handles one payload, which is gone when it returns. A failure says what is wrong with
+        /// the payload and ends the connection. One call at a time, on the thread that receives.
+        std::function<Result<void, QString>(const QByteArray &payload)> received;
+        /// The connection ended; \a reason is empty when the other side closed it. Once, after
+        /// every received(), on the channel's thread.
         std::function<void(const QString &reason)> ended;
     };
 
-    /// Takes over \a socket.
+    /// Takes ownership of \a socket.
     explicit Channel(int socket);
-    /// Ends the connection; waits for a handler that is running. Not from a handler.
+    /// Ends the connection and waits for a handler that is running; not to be called from one. On
+    /// the thread that called start() if that one's event loop receives.
     ~Channel();
 
     /// Begins to receive.
-    void start(Handler handler);
+    void start(Handler handler, Reader reader = Reader::OwnThread);
     const std::shared_ptr<Sender> &sender() const { return m_sender; }
 
-    /// Waits for one payload, before start(). Empty when none came within \a milliseconds, or none
-    /// that fits.
+    /// Waits for one payload, before start() on the channel's own thread. Empty when none came
+    /// within \a milliseconds, or one that is too long.
     QByteArray receiveOne(int milliseconds);
-
-    /// \name Another thread in the place of the channel's
-    /// One at a time, after start(); see LoopReceiver.
-    /// @{
-
-    int socket() const;
-    /// Not while a long payload comes, nor after the end.
-    bool canLend() const { return !m_isForThread; }
-    /// Has \a function called, on the channel's thread, whenever it can lend again; or nothing.
-    void whenCanLend(std::function<void()> function);
-    /// From here on what comes is left to receiveNow().
-    void lend();
-    /// The channel's thread receives again.
-    void recall();
-    /// It does so unless lend() is called again soon: within BusyTime, or twice that.
-    void recallSoon();
-    /// Takes what is there, without waiting. Returns whether there may be more of it later; if not,
-    /// the channel's thread has to do the rest, and is to be given its place back.
-    bool receiveNow();
-
-    /// @}
 
 private:
     enum class Progress { Data, Later, Ended };
 
     void run();
-    void receive();
-    bool receiveSome();
-    Progress fill();
-    QString takeFrames();
-    void startTimer();
-    void onTimer();
+    void receiveUntilEnd();
+    void receiveOnLoop();
+    void handOverToLoop();
+    void handOverToThread();
+    bool receive() VESK_EXCLUDES(m_receiving);
+    Progress fill() VESK_REQUIRES(m_receiving);
+    quint32 announcedSize() const VESK_REQUIRES(m_receiving);
+    Result<void, QString> handleFrames() VESK_REQUIRES(m_receiving);
 
     const std::shared_ptr<Sender> m_sender;
     Handler m_handler;
     std::thread m_thread;
+    /// Of the thread that called start(), if its event loop receives; null otherwise. Enabled while
+    /// m_isLoopsTurn.
+    std::unique_ptr<QSocketNotifier> m_notifier;
 
-    /// Held while somebody receives.
-    mutable std::mutex m_receiving;
-    /// Guarded by m_receiving.
-    QByteArray m_received;
-    QString m_problem; ///< with what was received
-    std::function<void()> m_whenCanLend;
+    /// Whether the event loop is to receive what comes next, or the channel's thread. Changed only
+    /// by the one of the two whose turn it is.
+    std::atomic<bool> m_isLoopsTurn {false};
+    /// The rest of a long payload is what comes next.
+    std::atomic<bool> m_isLong {false};
 
-    /// What comes next has to be received by the channel's thread: the rest of a long payload, or
-    /// the end.
-    std::atomic<bool> m_isForThread {false};
-
-    /// Runs out after BusyTime. It is not stopped for what happens in between, which would take
-    /// longer than most of what that is.
-    const int m_timer;
-    std::mutex m_lendMutex;
-    /// Guarded by m_lendMutex.
-    bool m_isLent = false;
-    quint64 m_lendCount = 0; ///< calls of lend()
-    bool m_isRecalled = false; ///< since the last of them
-    bool m_isTimed = false; ///< m_timer runs
-    quint64 m_timedCount = 0; ///< m_lendCount when it was started
+    /// Held while receiving, handler included.
+    VeskMutex m_receiving;
+    QByteArray m_received VESK_GUARDED_BY(m_receiving);
+    QString m_problem VESK_GUARDED_BY(m_receiving); ///< with what was received
+    bool m_hasEnded VESK_GUARDED_BY(m_receiving) = false;
 };

@@ -7,283 +7,103 @@
 
 namespace {
 
-/// How many values a host has, at the most.
+/// More values than any host has.
 constexpr quint64 MaxValues = 10'000;
 
-CMRequest::Kind readKind(WireReader &reader)
-{
-    switch (const quint8 kind = reader.readByte()) {
-    case CMRequest::GetRows:
-    case CMRequest::GetData:
-    case CMRequest::SetData:
-    case CMRequest::MatchRow:
-        return static_cast<CMRequest::Kind>(kind);
-    default:
-        return CMRequest::None;
+/// Writes the fields that it visits.
+class FieldWriter {
+public:
+    explicit FieldWriter(WireWriter &writer)
+        : m_writer(writer)
+    {
     }
-}
 
-void write(WireWriter &writer, const HelloMessage &message)
-{
-    writer.writeCount(message.magic);
-    writer.writeCount(message.version);
-}
-
-bool read(WireReader &reader, HelloMessage &message)
-{
-    message.magic = static_cast<quint32>(reader.readCount());
-    message.version = static_cast<quint32>(reader.readCount());
-    return true;
-}
-
-void write(WireWriter &writer, const ValueMessage &message)
-{
-    writer.writePath(message.path);
-    writer.writeHash(message.value);
-    writer.writeBool(message.writable);
-    writer.writeTrString(message.title);
-}
-
-bool read(WireReader &reader, ValueMessage &message)
-{
-    message.path = reader.readPath();
-    message.value = reader.readHash();
-    message.writable = reader.readBool();
-    message.title = reader.readTrString();
-    return true;
-}
-
-void write(WireWriter &writer, const StartMessage &message)
-{
-    writer.writeText(message.file);
-    writer.writeHash(message.config);
-    writer.writeText(message.logLevel);
-    writer.writeTexts(message.connectTo);
-    writer.writeText(message.caFile);
-    writer.writeTexts(message.translations);
-    writer.writeTexts(message.valuePrefixes);
-    writer.writeCount(static_cast<quint64>(message.values.size()));
-    for (const ValueMessage &value : message.values)
-        write(writer, value);
-    writer.writeHash(message.player);
-    writer.writeTexts(message.answerForm.status);
-    writer.writeTexts(message.answerForm.good);
-}
-
-bool read(WireReader &reader, StartMessage &message)
-{
-    message.file = reader.readText();
-    message.config = reader.readHash();
-    message.logLevel = reader.readText();
-    message.connectTo = reader.readTexts();
-    message.caFile = reader.readText();
-    message.translations = reader.readTexts();
-    message.valuePrefixes = reader.readTexts();
-    const quint64 count = reader.readCount();
-    if (count > MaxValues)
-        return false;
-    for (quint64 i = 0; i < count && reader.isOk(); ++i) {
-        message.values.append(ValueMessage());
-        read(reader, message.values.last());
+    template <class... Fields>
+    void operator()(const Fields &...fields)
+    {
+        (write(fields), ...);
     }
-    message.player = reader.readHash();
-    message.answerForm.status = reader.readTexts();
-    message.answerForm.good = reader.readTexts();
-    return true;
-}
+    void check(bool) { }
 
-void write(WireWriter &writer, const LoadedMessage &message)
-{
-    writer.writePath(message.root);
-    writer.writeText(message.error);
-}
-
-bool read(WireReader &reader, LoadedMessage &message)
-{
-    message.root = reader.readPath();
-    message.error = reader.readText();
-    return true;
-}
-
-void write(WireWriter &, const StopMessage &) { }
-
-bool read(WireReader &, StopMessage &)
-{
-    return true;
-}
-
-void write(WireWriter &, const AliveMessage &) { }
-
-bool read(WireReader &, AliveMessage &)
-{
-    return true;
-}
-
-void write(WireWriter &writer, const KeptMessage &message)
-{
-    writer.writePath(message.setting);
-    writer.writeHash(message.value);
-    writer.writeBool(message.keeps);
-}
-
-bool read(WireReader &reader, KeptMessage &message)
-{
-    message.setting = reader.readPath();
-    message.value = reader.readHash();
-    message.keeps = reader.readBool();
-    return true;
-}
-
-void write(WireWriter &writer, const CancelMessage &message)
-{
-    writer.writeCount(message.id);
-}
-
-bool read(WireReader &reader, CancelMessage &message)
-{
-    message.id = reader.readCount();
-    return true;
-}
-
-void write(WireWriter &writer, const RequestMessage &message)
-{
-    writer.writeCount(message.id);
-    writer.writeByte(static_cast<quint8>(message.kind));
-    writer.writePath(message.path);
-    writer.writeInt(message.hops);
-    writer.writeBool(message.poll);
-    switch (message.kind) {
-    case CMRequest::GetRows:
-        writer.writeTexts(message.roles);
-        writer.writeInt(message.first);
-        writer.writeInt(message.last);
-        break;
-    case CMRequest::GetData:
-        writer.writeTexts(message.roles);
-        break;
-    case CMRequest::SetData:
-    case CMRequest::MatchRow:
-        writer.writeText(message.role);
-        writer.writeVariant(message.value);
-        break;
-    case CMRequest::None:
-        break;
+private:
+    void write(quint32 count) { m_writer.writeCount(count); }
+    void write(quint64 count) { m_writer.writeCount(count); }
+    void write(int number) { m_writer.writeInt(number); }
+    void write(bool flag) { m_writer.writeBool(flag); }
+    void write(CMRequest::Kind kind) { m_writer.writeByte(static_cast<quint8>(kind)); }
+    void write(VeskServiceFault::Kind kind) { m_writer.writeByte(static_cast<quint8>(kind)); }
+    void write(const QString &text) { m_writer.writeText(text); }
+    void write(const QStringList &texts) { m_writer.writeTexts(texts); }
+    void write(const CMPath &path) { m_writer.writePath(path); }
+    void write(const TrString &text) { m_writer.writeTrString(text); }
+    void write(const CMError &error) { m_writer.writeHash(error.toHash()); }
+    void write(const QVariantHash &hash) { m_writer.writeHash(hash); }
+    void write(const QVariant &value) { m_writer.writeVariant(value); }
+    void write(const QVector<ValueMessage> &values)
+    {
+        m_writer.writeCount(static_cast<quint64>(values.size()));
+        for (const ValueMessage &value : values)
+            ValueMessage::fields(value, *this);
     }
-}
 
-bool read(WireReader &reader, RequestMessage &message)
-{
-    message.id = reader.readCount();
-    message.kind = readKind(reader);
-    message.path = reader.readPath();
-    message.hops = static_cast<int>(reader.readInt());
-    message.poll = reader.readBool();
-    switch (message.kind) {
-    case CMRequest::GetRows:
-        message.roles = reader.readTexts();
-        message.first = static_cast<int>(reader.readInt());
-        message.last = static_cast<int>(reader.readInt());
-        break;
-    case CMRequest::GetData:
-        message.roles = reader.readTexts();
-        break;
-    case CMRequest::SetData:
-    case CMRequest::MatchRow:
-        message.role = reader.readText();
-        message.value = reader.readVariant();
-        break;
-    case CMRequest::None:
-        return false;
+    WireWriter &m_writer;
+};
+
+/// Reads the fields that it visits. Once one is wrong, whether it cannot be read or holds what it
+/// must not, the message is.
+class FieldReader {
+public:
+    explicit FieldReader(WireReader &reader)
+        : m_reader(reader)
+    {
     }
-    return message.hops >= 0;
-}
 
-void write(WireWriter &writer, const AnswerMessage &message)
-{
-    writer.writeCount(message.id);
-    writer.writeHash(message.error.toHash());
-    writer.writeVariant(message.value);
-    writer.writeByte(static_cast<quint8>(message.fault.kind));
-    writer.writeInt(message.fault.code);
-}
+    template <class... Fields>
+    void operator()(Fields &...fields)
+    {
+        (read(fields), ...);
+    }
+    void check(bool isRight) { m_isRight &= isRight; }
+    bool isRight() const { return m_isRight; }
 
-bool read(WireReader &reader, AnswerMessage &message)
-{
-    message.id = reader.readCount();
-    message.error = CMError(reader.readHash());
-    message.value = reader.readVariant();
-    const quint8 kind = reader.readByte();
-    message.fault.kind = static_cast<VeskServiceFault::Kind>(kind);
-    message.fault.code = static_cast<int>(reader.readInt());
-    return kind <= VeskServiceFault::Reported;
-}
+private:
+    void read(quint32 &count) { count = static_cast<quint32>(m_reader.readCount()); }
+    void read(quint64 &count) { count = m_reader.readCount(); }
+    void read(int &number) { number = static_cast<int>(m_reader.readInt()); }
+    void read(bool &flag) { flag = m_reader.readBool(); }
+    void read(CMRequest::Kind &kind)
+    {
+        const quint8 byte = m_reader.readByte();
+        check(byte == CMRequest::GetRows || byte == CMRequest::GetData || byte == CMRequest::SetData
+            || byte == CMRequest::MatchRow);
+        kind = m_isRight ? static_cast<CMRequest::Kind>(byte) : CMRequest::None;
+    }
+    void read(VeskServiceFault::Kind &kind)
+    {
+        const quint8 byte = m_reader.readByte();
+        check(byte <= VeskServiceFault::Reported);
+        kind = static_cast<VeskServiceFault::Kind>(byte);
+    }
+    void read(QString &text) { text = m_reader.readText(); }
+    void read(QStringList &texts) { texts = m_reader.readTexts(); }
+    void read(CMPath &path) { path = m_reader.readPath(); }
+    void read(TrString &text) { text = m_reader.readTrString(); }
+    void read(CMError &error) { error = CMError(m_reader.readHash()); }
+    void read(QVariantHash &hash) { hash = m_reader.readHash(); }
+    void read(QVariant &value) { value = m_reader.readVariant(); }
+    void read(QVector<ValueMessage> &values)
+    {
+        const quint64 count = m_reader.readCount();
+        check(count <= MaxValues);
+        for (quint64 i = 0; i < count && m_isRight && m_reader.isOk(); ++i) {
+            values.append(ValueMessage());
+            ValueMessage::fields(values.last(), *this);
+        }
+    }
 
-void write(WireWriter &writer, const WatchMessage &message)
-{
-    writer.writePath(message.path);
-    writer.writeBool(message.on);
-}
-
-bool read(WireReader &reader, WatchMessage &message)
-{
-    message.path = reader.readPath();
-    message.on = reader.readBool();
-    return true;
-}
-
-void write(WireWriter &writer, const ChangeMessage &message)
-{
-    writer.writePath(message.change.path);
-    writer.writeText(message.change.kind);
-    writer.writeInt(message.change.first);
-    writer.writeInt(message.change.last);
-    writer.writeInt(message.change.hops);
-    writer.writeBool(message.startingWith);
-}
-
-bool read(WireReader &reader, ChangeMessage &message)
-{
-    message.change.path = reader.readPath();
-    message.change.kind = reader.readText();
-    message.change.first = static_cast<int>(reader.readInt());
-    message.change.last = static_cast<int>(reader.readInt());
-    message.change.hops = static_cast<int>(reader.readInt());
-    message.startingWith = reader.readBool();
-    return message.change.hops >= 0;
-}
-
-void write(WireWriter &writer, const RouteMessage &message)
-{
-    writer.writePath(message.path);
-    writer.writeBool(message.added);
-}
-
-bool read(WireReader &reader, RouteMessage &message)
-{
-    message.path = reader.readPath();
-    message.added = reader.readBool();
-    return true;
-}
-
-void write(WireWriter &writer, const PlayerMessage &message)
-{
-    writer.writeHash(message.data);
-}
-
-bool read(WireReader &reader, PlayerMessage &message)
-{
-    message.data = reader.readHash();
-    return true;
-}
-
-template <class Message>
-QByteArray encoded(MessageKind kind, const Message &message)
-{
-    WireWriter writer;
-    writer.writeByte(static_cast<quint8>(kind));
-    write(writer, message);
-    return std::move(writer.bytes());
-}
+    WireReader &m_reader;
+    bool m_isRight = true;
+};
 
 } // namespace
 
@@ -353,31 +173,40 @@ MessageKind kindOf(const QByteArray &payload)
 }
 
 template <class Message>
+QByteArray encode(const Message &message)
+{
+    WireWriter writer;
+    writer.writeByte(static_cast<quint8>(Message::Kind));
+    FieldWriter visitor(writer);
+    Message::fields(message, visitor);
+    return std::move(writer.bytes());
+}
+
+template <class Message>
 std::optional<Message> decode(const QByteArray &payload)
 {
     if (payload.isEmpty())
         return std::nullopt;
     WireReader reader(payload, 1);
+    FieldReader visitor(reader);
     Message message;
-    if (!read(reader, message) || !reader.isAtEnd())
+    Message::fields(message, visitor);
+    if (!visitor.isRight() || !reader.isAtEnd())
         return std::nullopt;
     return message;
 }
 
-#define VESK_MESSAGE(name)                                                                         \
-    QByteArray encode(const name##Message &message)                                                \
-    {                                                                                              \
-        return encoded(MessageKind::name, message);                                                \
-    }                                                                                              \
-    template std::optional<name##Message> decode(const QByteArray &payload);
+#define VESK_MESSAGE(Name)                                                                         \
+    template QByteArray encode(const Name##Message &);                                             \
+    template std::optional<Name##Message> decode(const QByteArray &);
 
 VESK_MESSAGE(Hello)
 VESK_MESSAGE(Start)
 VESK_MESSAGE(Loaded)
 VESK_MESSAGE(Stop)
 VESK_MESSAGE(Request)
-VESK_MESSAGE(Answer)
-VESK_MESSAGE(Watch)
+VESK_MESSAGE(Response)
+VESK_MESSAGE(Subscribe)
 VESK_MESSAGE(Change)
 VESK_MESSAGE(Route)
 VESK_MESSAGE(Value)

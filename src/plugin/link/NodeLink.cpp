@@ -22,20 +22,21 @@ bool onlyReads(const CMRequest &request)
     return request.kind() == CMRequest::GetRows || request.kind() == CMRequest::GetData;
 }
 
-QString unreadable(MessageKind kind)
+Result<void, QString> undecodable(MessageKind kind)
 {
-    return QStringLiteral("a message of kind %1 that cannot be read").arg(static_cast<int>(kind));
+    return failure(
+        QStringLiteral("a message of kind %1 that cannot be read").arg(static_cast<int>(kind)));
 }
 
-/// Sends what \a answer holds, or that it is too long.
-void sendAnswer(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant> &answer)
+/// Sends the outcome of \a reply, or that it is too long.
+void sendResponse(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant> &reply)
 {
-    AnswerMessage message;
+    ResponseMessage message;
     message.id = id;
-    message.error = answer.error();
+    message.error = reply.error();
     if (message.error.isEmpty())
-        message.value = answer.value();
-    message.fault = CMUnexplainedFault(answer);
+        message.value = reply.value();
+    message.fault = CMUnexplainedFault(reply);
     const QByteArray payload = encode(message);
     if (payload.size() <= Channel::MaxPayload) {
         sender.send(payload);
@@ -51,26 +52,22 @@ void sendAnswer(Channel::Sender &sender, quint64 id, const CMReplyData<QVariant>
 NodeLink::NodeLink(std::unique_ptr<Channel> channel)
     : m_channel(std::move(channel))
     , m_sender(m_channel->sender())
-    , m_asked(std::make_shared<Asked>())
-    , m_unanswered(std::make_shared<Unanswered>())
+    , m_incoming(std::make_shared<Incoming>())
+    , m_outgoing(std::make_shared<Outgoing>())
 {
 }
 
 NodeLink::~NodeLink()
 {
-    m_channel.reset(); // from here on nothing comes
+    m_channel.reset(); // no handler runs from here on
 }
 
-void NodeLink::start(Handler handler)
+void NodeLink::start(Handler handler, Channel::Reader reader)
 {
     m_handler = std::move(handler);
-    m_channel->start({[this](const QByteArray &payload) { return take(payload); },
-        [this](const QString &reason) { end(reason); }});
-}
-
-std::unique_ptr<LoopReceiver> NodeLink::receiveOnThisLoop()
-{
-    return LoopReceiver::create(m_channel.get());
+    m_channel->start({[this](const QByteArray &payload) { return handle(payload); },
+                         [this](const QString &reason) { end(reason); }},
+        reader);
 }
 
 void NodeLink::close()
@@ -83,75 +80,73 @@ void NodeLink::request(const CMRequest &request)
     quint64 id = 0;
     bool open = false;
     {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        open = m_unanswered->open;
-        id = ++m_unanswered->lastId;
+        const VeskMutexLock lock(m_outgoing->mutex);
+        open = m_outgoing->open;
+        id = ++m_outgoing->lastId;
         if (open) {
-            if (m_unanswered->requests.empty())
-                m_unanswered->lastSign = Clock::now();
-            m_unanswered->requests.emplace(id, request);
+            if (m_outgoing->requests.empty())
+                m_outgoing->lastSign = Clock::now();
+            m_outgoing->requests.emplace(id, request);
         }
     }
     if (!open) {
         request.reply().setError(m_handler.interrupted());
         return;
     }
-    if (m_handler.asked)
-        m_handler.asked();
+    if (m_handler.requesting)
+        m_handler.requesting();
     const QByteArray payload = encode(RequestMessage::of(id, request));
     if (payload.size() <= Channel::MaxPayload) {
-        // When this fails the link is ending, which answers the request.
+        // When this fails the connection is ending, which completes the request.
         m_sender->send(payload);
-        takeBackWhenFinished(id, request);
+        cancelWhenFinished(id, request);
         return;
     }
     {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        m_unanswered->requests.erase(id);
+        const VeskMutexLock lock(m_outgoing->mutex);
+        m_outgoing->requests.erase(id);
     }
     request.reply().setError(tooLongError());
 }
 
-/// What changes something is not taken back: it may have been done already.
-void NodeLink::takeBackWhenFinished(quint64 id, const CMRequest &request)
+/// A request that changes something is not cancelled: the change may have been made already.
+void NodeLink::cancelWhenFinished(quint64 id, const CMRequest &request)
 {
-    CMReplyData<QVariant> *const answer = request.reply().data();
-    if (!answer || !onlyReads(request))
+    CMReplyData<QVariant> *const reply = request.reply().data();
+    if (!reply || !onlyReads(request))
         return;
-    answer->whenFinished([id, sender = m_sender, weak = std::weak_ptr<Unanswered>(m_unanswered)] {
-        const auto unanswered = weak.lock();
-        if (!unanswered)
+    reply->whenFinished([id, sender = m_sender, weak = std::weak_ptr<Outgoing>(m_outgoing)] {
+        const auto outgoing = weak.lock();
+        if (!outgoing)
             return;
         {
-            const std::lock_guard<std::mutex> lock(unanswered->mutex);
-            if (unanswered->requests.count(id) == 0)
-                return; // this is the answer
+            const VeskMutexLock lock(outgoing->mutex);
+            if (outgoing->requests.count(id) == 0)
+                return; // it was finished by its response
         }
-        CancelMessage message;
-        message.id = id;
-        sender->send(encode(message));
+        sender->send(encode(CancelMessage {id}));
     });
 }
 
-void NodeLink::watch(const CMPath &path, bool on)
+void NodeLink::subscribe(const CMPath &path, bool on)
 {
-    send(WatchMessage {path, on});
+    send(SubscribeMessage {path, on});
 }
 
 std::chrono::milliseconds NodeLink::silence() const
 {
-    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-    if (m_unanswered->requests.empty())
+    const VeskMutexLock lock(m_outgoing->mutex);
+    if (m_outgoing->requests.empty())
         return std::chrono::milliseconds(0);
     return std::chrono::duration_cast<std::chrono::milliseconds>(
-        Clock::now() - m_unanswered->lastSign);
+        Clock::now() - m_outgoing->lastSign);
 }
 
-std::vector<CMRequest> NodeLink::unanswered() const
+std::vector<CMRequest> NodeLink::pending() const
 {
     std::vector<CMRequest> requests;
-    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-    for (const auto &entry : m_unanswered->requests) {
+    const VeskMutexLock lock(m_outgoing->mutex);
+    for (const auto &entry : m_outgoing->requests) {
         const CMReply<QVariant> reply = entry.second.reply();
         if (!reply.isNull() && !reply.isFinished())
             requests.push_back(entry.second);
@@ -159,18 +154,18 @@ std::vector<CMRequest> NodeLink::unanswered() const
     return requests;
 }
 
-std::vector<CMRequest> NodeLink::takeBack(const std::function<bool(const CMRequest &)> &which)
+std::vector<CMRequest> NodeLink::reclaim(const std::function<bool(const CMRequest &)> &which)
 {
-    std::map<quint64, CMRequest> taken; // in the order in which they were asked
+    std::map<quint64, CMRequest> reclaimed; // in the order in which they were made
     {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        for (auto &entry : m_unanswered->requests) {
+        const VeskMutexLock lock(m_outgoing->mutex);
+        for (auto &entry : m_outgoing->requests) {
             if (onlyReads(entry.second) && which(entry.second))
-                taken.emplace(entry.first, std::exchange(entry.second, CMRequest()));
+                reclaimed.emplace(entry.first, std::exchange(entry.second, CMRequest()));
         }
     }
     std::vector<CMRequest> requests;
-    for (const auto &entry : taken) {
+    for (const auto &entry : reclaimed) {
         m_sender->send(encode(CancelMessage {entry.first}));
         if (!entry.second.reply().isFinished())
             requests.push_back(entry.second);
@@ -178,99 +173,94 @@ std::vector<CMRequest> NodeLink::takeBack(const std::function<bool(const CMReque
     return requests;
 }
 
-bool NodeLink::isOwedAnswers() const
+bool NodeLink::isOwedResponses() const
 {
-    const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-    return !m_unanswered->requests.empty();
+    const VeskMutexLock lock(m_outgoing->mutex);
+    return !m_outgoing->requests.empty();
 }
 
-QString NodeLink::take(const QByteArray &payload)
+Result<void, QString> NodeLink::handle(const QByteArray &payload)
 {
-    const auto takeAs = [this, &payload](auto message, auto function) {
-        if (!message)
-            return unreadable(kindOf(payload));
-        return (this->*function)(*message);
+    const MessageKind kind = kindOf(payload);
+    const auto handleAs = [this, kind](auto message, auto function) {
+        return message ? (this->*function)(*message) : undecodable(kind);
     };
-    switch (kindOf(payload)) {
+    switch (kind) {
     case MessageKind::Request:
-        return takeAs(decode<RequestMessage>(payload), &NodeLink::takeRequest);
-    case MessageKind::Answer:
-        return takeAs(decode<AnswerMessage>(payload), &NodeLink::takeAnswer);
+        return handleAs(decode<RequestMessage>(payload), &NodeLink::handleRequest);
+    case MessageKind::Response:
+        return handleAs(decode<ResponseMessage>(payload), &NodeLink::handleResponse);
     case MessageKind::Cancel:
-        return takeAs(decode<CancelMessage>(payload), &NodeLink::takeCancel);
+        return handleAs(decode<CancelMessage>(payload), &NodeLink::handleCancel);
+    case MessageKind::Subscribe:
+        return handleAs(decode<SubscribeMessage>(payload), &NodeLink::handleSubscribe);
+    case MessageKind::Change:
+        return handleAs(decode<ChangeMessage>(payload), &NodeLink::handleChange);
     case MessageKind::Alive: {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        m_unanswered->lastSign = Clock::now();
+        const VeskMutexLock lock(m_outgoing->mutex);
+        m_outgoing->lastSign = Clock::now();
         return {};
     }
-    case MessageKind::Watch:
-        return takeAs(decode<WatchMessage>(payload), &NodeLink::takeWatch);
-    case MessageKind::Change:
-        if (const auto message = decode<ChangeMessage>(payload)) {
-            takeChange(*message);
-            return {};
-        }
-        return unreadable(MessageKind::Change);
     default:
-        return m_handler.take(kindOf(payload), payload);
+        return m_handler.received(kind, payload);
     }
 }
 
-QString NodeLink::takeRequest(const RequestMessage &message)
+Result<void, QString> NodeLink::handleRequest(const RequestMessage &message)
 {
-    // The answer is sent by the thread that gives it, which may be after this link has gone.
-    const auto answer = std::make_shared<CMReplyData<QVariant>>();
-    const CMReply<QVariant> reply(answer);
+    const auto data = std::make_shared<CMReplyData<QVariant>>();
+    const CMReply<QVariant> reply(data);
     {
-        const std::lock_guard<std::mutex> lock(m_asked->mutex);
-        if (m_asked->answers.size() >= MaxRequests)
-            return QStringLiteral("more than %1 questions at a time").arg(MaxRequests);
-        if (!m_asked->answers.emplace(message.id, answer).second)
-            return QStringLiteral("a question with the number of another one");
+        const VeskMutexLock lock(m_incoming->mutex);
+        if (m_incoming->replies.size() >= MaxRequests)
+            return failure(QStringLiteral("more than %1 requests at a time").arg(MaxRequests));
+        if (!m_incoming->replies.emplace(message.id, data).second)
+            return failure(QStringLiteral("a request with the id of another one"));
     }
-    // The answer keeps this function, and this function must not keep the answer.
-    answer->whenFinished([sender = m_sender, asked = m_asked, id = message.id,
-                             weak = std::weak_ptr<CMReplyData<QVariant>>(answer)] {
+    // Runs on the thread that completes the reply, perhaps after this link is gone. The reply owns
+    // this function, so the function must not own the reply.
+    data->whenFinished([sender = m_sender, incoming = m_incoming, id = message.id,
+                           weak = std::weak_ptr<CMReplyData<QVariant>>(data)] {
         {
-            const std::lock_guard<std::mutex> lock(asked->mutex);
-            asked->answers.erase(id);
+            const VeskMutexLock lock(incoming->mutex);
+            incoming->replies.erase(id);
         }
-        if (const auto given = weak.lock())
-            sendAnswer(*sender, id, *given);
+        if (const auto completed = weak.lock())
+            sendResponse(*sender, id, *completed);
     });
-    // This may be the thread that answers, and blocks for it.
+    // Queued with its worker rather than handled here, which could block the thread that receives.
     CMRoot()->post(message.request(reply));
     return {};
 }
 
-QString NodeLink::takeCancel(const CancelMessage &message)
+Result<void, QString> NodeLink::handleCancel(const CancelMessage &message)
 {
-    std::shared_ptr<CMReplyData<QVariant>> answer;
+    std::shared_ptr<CMReplyData<QVariant>> reply;
     {
-        const std::lock_guard<std::mutex> lock(m_asked->mutex);
-        const auto found = m_asked->answers.find(message.id);
-        if (found != m_asked->answers.end())
-            answer = found->second.lock();
+        const VeskMutexLock lock(m_incoming->mutex);
+        const auto found = m_incoming->replies.find(message.id);
+        if (found != m_incoming->replies.end())
+            reply = found->second.lock();
     }
-    if (!answer)
-        return {}; // its answer is on its way
-    if (m_handler.cancel)
-        m_handler.cancel(answer);
-    answer->setError(CMCancelledError());
+    if (!reply)
+        return {}; // the response is on its way
+    if (m_handler.cancelled)
+        m_handler.cancelled(reply);
+    reply->setError(CMCancelledError());
     return {};
 }
 
-QString NodeLink::takeAnswer(const AnswerMessage &message)
+Result<void, QString> NodeLink::handleResponse(const ResponseMessage &message)
 {
     CMReply<QVariant> reply;
     {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        const auto found = m_unanswered->requests.find(message.id);
-        if (found == m_unanswered->requests.end())
-            return QStringLiteral("an answer that nobody asked for");
+        const VeskMutexLock lock(m_outgoing->mutex);
+        const auto found = m_outgoing->requests.find(message.id);
+        if (found == m_outgoing->requests.end())
+            return failure(QStringLiteral("a response without a request"));
         reply = found->second.reply();
-        m_unanswered->requests.erase(found);
-        m_unanswered->lastSign = Clock::now();
+        m_outgoing->requests.erase(found);
+        m_outgoing->lastSign = Clock::now();
     }
     if (!reply.isNull() && !message.fault.isEmpty())
         reply.data()->setServiceFault([fault = message.fault] { return fault; });
@@ -281,41 +271,43 @@ QString NodeLink::takeAnswer(const AnswerMessage &message)
     return {};
 }
 
-QString NodeLink::takeWatch(const WatchMessage &message)
+Result<void, QString> NodeLink::handleSubscribe(const SubscribeMessage &message)
 {
     if (!message.on) {
-        m_watched.erase(message.path);
+        m_subscriptions.erase(message.path);
         return {};
     }
-    if (message.path.isEmpty() || m_watched.count(message.path) != 0)
+    if (message.path.isEmpty() || m_subscriptions.count(message.path) != 0)
         return {};
-    if (m_watched.size() >= MaxWatched)
-        return QStringLiteral("more than %1 watched paths").arg(MaxWatched);
-    // Directly: a change is told before the answer to the request that made it.
-    m_watched.emplace(message.path,
+    if (m_subscriptions.size() >= MaxSubscriptions)
+        return failure(QStringLiteral("more than %1 subscriptions").arg(MaxSubscriptions));
+    // Directly, on the thread that makes the change: so it is sent before the response to the
+    // request that made it.
+    m_subscriptions.emplace(message.path,
         CMRoot()->subscribeDirectly(message.path, [sender = m_sender](const CMChange &change) {
             sender->send(encode(ChangeMessage {change, false}));
         }));
     return {};
 }
 
-void NodeLink::takeChange(const ChangeMessage &message)
+Result<void, QString> NodeLink::handleChange(const ChangeMessage &message)
 {
     if (message.startingWith)
         CMRoot()->notifyChangedStartingWith(message.change);
     else
         CMRoot()->passOnChanged(message.change);
+    return {};
 }
 
 void NodeLink::end(const QString &reason)
 {
-    std::unordered_map<quint64, CMRequest> unanswered;
+    std::unordered_map<quint64, CMRequest> pending;
     {
-        const std::lock_guard<std::mutex> lock(m_unanswered->mutex);
-        m_unanswered->open = false;
-        unanswered.swap(m_unanswered->requests);
+        const VeskMutexLock lock(m_outgoing->mutex);
+        m_outgoing->open = false;
+        pending.swap(m_outgoing->requests);
     }
-    for (const auto &entry : unanswered)
+    for (const auto &entry : pending)
         entry.second.reply().setError(m_handler.interrupted());
     m_handler.ended(reason);
 }

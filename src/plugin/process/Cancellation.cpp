@@ -19,7 +19,7 @@ Cancellation::~Cancellation()
 
 void Cancellation::cancel(const std::shared_ptr<CMReplyAbstractData> &reply)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     if (m_cancelled
         || std::find(m_handled.begin(), m_handled.end(), reply.get()) == m_handled.end())
         return;
@@ -29,13 +29,13 @@ void Cancellation::cancel(const std::shared_ptr<CMReplyAbstractData> &reply)
 
 void Cancellation::begin(const std::shared_ptr<CMReplyAbstractData> &reply)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_handled.push_back(reply.get());
 }
 
 void Cancellation::end()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     if (m_cancelled && m_handled.back() == m_cancelled) {
         m_cancelled = nullptr;
         HttpClient::abandonReading(false);

@@ -19,11 +19,11 @@
 
 namespace {
 
-/// What a plug-in may use of memory that is its own: screens of the largest answers take a tenth.
+/// Private memory. The screens of the longest responses take a tenth.
 constexpr unsigned long long MemoryBytes = 512ULL * 1024 * 1024;
 constexpr unsigned long long Descriptors = 256;
 
-/// What name look-ups, certificates and the log's dates need, beside what the loader does.
+/// Needed for name look-ups, certificates and local time, beside the loader's files.
 const QList<QByteArray> &alwaysReadable()
 {
     static const QList<QByteArray> files {"/etc/hosts", "/etc/resolv.conf", "/etc/nsswitch.conf",
@@ -52,7 +52,7 @@ constexpr scmp_datum_t WritingFlags
 constexpr scmp_datum_t TypeOfSocket = ~(SOCK_CLOEXEC | SOCK_NONBLOCK) & 0xffffffff;
 constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
 
-/// Calls that do no harm with whatever arguments.
+/// Harmless with any arguments.
 constexpr const char *HarmlessCalls[] = {
     // memory
     "brk", "madvise", "mprotect", "mremap", "munmap",
@@ -65,7 +65,7 @@ constexpr const char *HarmlessCalls[] = {
     // time
     "clock_getres", "clock_gettime", "clock_nanosleep", "gettimeofday", "nanosleep", "time",
     "timerfd_create", "timerfd_gettime", "timerfd_settime", "times",
-    // descriptors, and files that Landlock lets it have
+    // descriptors, and files as far as Landlock allows
     "access", "close", "close_range", "dup", "dup2", "dup3", "epoll_create", "epoll_create1",
     "epoll_ctl", "epoll_pwait", "epoll_pwait2", "epoll_wait", "eventfd", "eventfd2", "faccessat",
     "faccessat2", "fadvise64", "fstat", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
@@ -85,31 +85,31 @@ std::string confineCalls()
     CallFilter filter(SCMP_ACT_ERRNO(EPERM));
     for (const char *call : HarmlessCalls)
         filter.allow(call);
-    // Memory that several could share is what no limit counts.
+    // Not MAP_SHARED and MAP_ANONYMOUS together: RLIMIT_DATA does not count such memory.
     for (const scmp_datum_t flags :
         {scmp_datum_t(0), scmp_datum_t(MAP_SHARED), scmp_datum_t(MAP_ANONYMOUS)})
         filter.allow("mmap", masked(3, MAP_SHARED | MAP_ANONYMOUS, flags));
-    // Threads, but no processes; clone3 hides what it is for behind a pointer.
+    // Threads, but no processes. clone3 has its flags behind a pointer, where a filter cannot look.
     filter.fail(ENOSYS, "clone3");
     filter.allow("clone", masked(0, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
     filter.allow("tgkill", equals(0, static_cast<scmp_datum_t>(::getpid())));
     for (const scmp_datum_t option : {scmp_datum_t(PR_SET_NAME), scmp_datum_t(PR_GET_NAME),
              scmp_datum_t(PR_GET_DUMPABLE), NameOfMemory})
         filter.allow("prctl", equals(0, option));
-    filter.allow("prlimit64", equals(2, 0)); // asking only
+    filter.allow("prlimit64", equals(2, 0)); // reading only
     filter.allow("open", masked(1, WritingFlags, 0));
     filter.allow("openat", masked(2, WritingFlags, 0));
     filter.fail(ENOSYS, "openat2");
     for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
         filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
-    // Only a stream's end cannot be turned to others' sockets.
+    // Streams only: a datagram socket of a pair could be connected to other sockets.
     filter.allow("socketpair", equals(0, AF_UNIX), masked(1, TypeOfSocket, SOCK_STREAM));
-    // Not F_SETOWN and F_SETSIG, which have the kernel send any signal to any process.
+    // Not F_SETOWN and F_SETSIG, by which the kernel would send any signal to any process.
     for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL})
         filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
     for (const unsigned long request : {FIONREAD, FIONBIO, FIOCLEX, TCGETS, TIOCGWINSZ})
         filter.allow("ioctl", equals(1, request));
-    // What the next C library tries first, and does without on a kernel that does not have it.
+    // A newer C library tries newer calls first, and does without them on ENOSYS.
     filter.failNewer(ENOSYS);
     return filter.load();
 }

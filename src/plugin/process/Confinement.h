@@ -8,11 +8,10 @@
 #include <QString>
 #include <QStringList>
 
-/// Gives up, for good and for all threads that are started from now on, what a plug-in's process
-/// does not need: new privileges, writing and creating files, reading others than those under \a
-/// readable and what name look-ups, certificates and the loader need, starting processes,
-/// listening, and more than a fair share of memory and descriptors. Call it while the process has
-/// one thread.
+/// Drops for good, for this thread and those that it starts, what a plug-in process does not need:
+/// gaining privileges, writing and creating files, reading files other than those under \a readable
+/// and what name look-ups, certificates and the loader need, starting processes, listening, and
+/// more than a fair share of memory and descriptors. To be called while the process has one thread.
 ///
-/// Returns what this kernel does not offer, a line each.
+/// Returns what this kernel does not support, a line each.
 QStringList confineProcess(const QList<QByteArray> &readable);

@@ -8,14 +8,14 @@ PlayerMirror::PlayerMirror(const VeskPlayLogicData &data)
 {
 }
 
-void PlayerMirror::take(const VeskPlayLogicData &data)
+void PlayerMirror::setData(const VeskPlayLogicData &data)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_data = data;
 }
 
 VeskPlayLogicData PlayerMirror::currentData() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_data;
 }

@@ -3,22 +3,20 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/player/PlayLogicInterface.h"
 
-#include <mutex>
-
-/// The host's player as the plug-in of a worker process sees it.
+/// The host's player in a plug-in process: the state that PlayLogicInterface offers to plug-ins, as
+/// of the host's last PlayerMessage. Any thread.
 class PlayerMirror : public PlayLogicInterface {
 public:
     explicit PlayerMirror(const VeskPlayLogicData &data);
 
-    /// What plays now. Any thread.
-    void take(const VeskPlayLogicData &data);
+    void setData(const VeskPlayLogicData &data);
 
     VeskPlayLogicData currentData() const override;
 
 private:
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    VeskPlayLogicData m_data;
+    mutable VeskMutex m_mutex;
+    VeskPlayLogicData m_data VESK_GUARDED_BY(m_mutex);
 };

@@ -34,14 +34,14 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-VESK_LOGGER("Worker")
+VESK_LOGGER("Plugin")
 
 namespace {
 
-enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
+enum ExitStatus { Success = 0, Failed = 1, BadUsage = 2 };
 
 constexpr int StartMilliseconds = 30000;
-constexpr std::chrono::seconds SignInterval {1};
+constexpr std::chrono::seconds AliveInterval {1};
 
 bool isSocket(int descriptor)
 {
@@ -50,7 +50,7 @@ bool isSocket(int descriptor)
     return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM;
 }
 
-int complain(int status, const char *text)
+int fail(int status, const char *text)
 {
     std::fprintf(stderr, "vesk-plugin: %s\n", text);
     return status;
@@ -65,7 +65,7 @@ std::optional<StartMessage> greet(Channel &channel)
     return decode<StartMessage>(payload);
 }
 
-/// The files that this plug-in's process reads, beside those that any does.
+/// The files that this plug-in needs, beside those that every plug-in does.
 QList<QByteArray> readableFiles(const StartMessage &start)
 {
     const QFileInfo plugin(start.file);
@@ -79,10 +79,11 @@ QList<QByteArray> readableFiles(const StartMessage &start)
     return files;
 }
 
-/// The worker's side of everything, once it was told what to do. Main thread.
-class Worker {
+/// Everything around the plug-in, once the host has sent its StartMessage. Main thread; the link
+/// calls its handler on its own thread.
+class PluginSide {
 public:
-    Worker(std::unique_ptr<Channel> channel, const StartMessage &start)
+    PluginSide(std::unique_ptr<Channel> channel, const StartMessage &start)
         : m_link(std::move(channel))
         , m_upstream(&m_link)
         , m_values([this](const CMRequest &request) { m_upstream.request(request); })
@@ -95,19 +96,20 @@ public:
     {
         m_watch.setAnswerForm(&m_thread, start.answerForm);
         for (const ValueMessage &value : start.values)
-            m_values.take(value);
+            m_values.apply(value);
         for (const QString &prefix : start.valuePrefixes)
             m_root.addWorker(prefix, &m_values);
         m_root.setDefaultWorker(&m_upstream);
         PlayLogicInterface::setPlayerInstance(&m_player);
         startLink();
-        // An exchange that takes long is waiting, not hanging: it has a limit of its own.
-        HttpClient::setActivityListener([this] { tellOfLife(); });
+        // A plug-in that waits for a slow exchange does not hang: exchanges have limits of their
+        // own.
+        HttpClient::setActivityListener([this] { sendAlive(); });
         m_language = std::make_unique<UiLanguage>(start.translations);
-        passOnRoutes();
+        forwardRoutes();
     }
 
-    ~Worker()
+    ~PluginSide()
     {
         PlayLogicInterface::setPlayerInstance(nullptr);
         m_language.reset();
@@ -121,19 +123,8 @@ public:
             [this](const CMPath &root, const QString &error) {
                 m_link.send(LoadedMessage {root, error});
             });
-        // What comes for the plug-in is received on its own thread, while that has nothing to do.
-        QObject::connect(
-            &m_thread, &PluginThread::loaded, &m_thread,
-            [this](const CMPath &, const QString &error) {
-                if (error.isEmpty())
-                    m_receiver = m_link.receiveOnThisLoop();
-            },
-            Qt::DirectConnection);
-        QObject::connect(
-            &m_thread, &QThread::finished, &m_thread, [this] { m_receiver.reset(); },
-            Qt::DirectConnection);
         QObject::connect(&m_thread, &QThread::finished, qApp, [this] {
-            // A plug-in that could not be loaded leaves the host to end the process.
+            // After a plug-in that could not be loaded it is the host that ends the process.
             if (m_stopping)
                 QCoreApplication::exit(Success);
         });
@@ -144,17 +135,18 @@ public:
     }
 
 private:
-    void passOnRoutes()
+    void forwardRoutes()
     {
-        const auto passOn = [this](const CMPath &route, bool added) {
+        // Directly: a route is sent before what the plug-in does next.
+        const auto forward = [this](const CMPath &route, bool added) {
             m_link.send(RouteMessage {route, added});
         };
         QObject::connect(
             &m_root, &CMRootWorker::routeAdded, &m_root,
-            [passOn](const CMPath &route) { passOn(route, true); }, Qt::DirectConnection);
+            [forward](const CMPath &route) { forward(route, true); }, Qt::DirectConnection);
         QObject::connect(
             &m_root, &CMRootWorker::routeRemoved, &m_root,
-            [passOn](const CMPath &route) { passOn(route, false); }, Qt::DirectConnection);
+            [forward](const CMPath &route) { forward(route, false); }, Qt::DirectConnection);
         QObject::connect(
             &m_root, &CMRootWorker::changedElsewhere, &m_root,
             [this](const CMChange &change, bool startingWith) {
@@ -163,48 +155,49 @@ private:
             Qt::DirectConnection);
     }
 
-    /// Often enough for the host's patience, and not with each short exchange.
-    void tellOfLife()
+    /// Often enough for the host's patience, but not with each short exchange. Any thread.
+    void sendAlive()
     {
         const auto now = std::chrono::steady_clock::now().time_since_epoch();
-        auto last = m_lastSign.load();
-        if (now - last > SignInterval && m_lastSign.compare_exchange_strong(last, now))
+        auto last = m_lastAlive.load();
+        if (now - last > AliveInterval && m_lastAlive.compare_exchange_strong(last, now))
             m_link.send(AliveMessage());
     }
 
     void startLink()
     {
         NodeLink::Handler handler;
-        handler.take
-            = [this](MessageKind kind, const QByteArray &payload) { return take(kind, payload); };
-        // Nothing that could still be done is of use to anybody.
+        handler.received = [this](MessageKind kind, const QByteArray &payload) {
+            return received(kind, payload);
+        };
+        // Without the host there is nothing left to do, and nothing to save.
         handler.ended = [this](const QString &) {
             if (!m_done)
-                ::_exit(Failure);
+                ::_exit(Failed);
         };
         handler.interrupted = [] { return CMUnansweredError(); };
-        handler.cancel = [this](const std::shared_ptr<CMReplyAbstractData> &answer) {
-            m_cancellation.cancel(answer);
+        handler.cancelled = [this](const std::shared_ptr<CMReplyAbstractData> &reply) {
+            m_cancellation.cancel(reply);
         };
         m_link.start(std::move(handler));
     }
 
-    /// On whichever thread receives.
-    QString take(MessageKind kind, const QByteArray &payload)
+    /// On the link's thread.
+    Result<void, QString> received(MessageKind kind, const QByteArray &payload)
     {
         if (kind == MessageKind::Value) {
             if (const auto value = decode<ValueMessage>(payload)) {
-                m_values.take(*value);
+                m_values.apply(*value);
                 m_watch.settingChanged(value->path);
             }
         } else if (kind == MessageKind::Player) {
             if (const auto player = decode<PlayerMessage>(payload))
-                m_player.take(VeskPlayLogicData(player->data));
+                m_player.setData(VeskPlayLogicData(player->data));
         } else if (kind == MessageKind::Stop) {
             QMetaObject::invokeMethod(
                 qApp, [this] { stop(); }, Qt::QueuedConnection);
         } else {
-            return QStringLiteral("an unknown message");
+            return failure(QStringLiteral("an unknown message"));
         }
         return {};
     }
@@ -212,7 +205,7 @@ private:
     void stop()
     {
         m_stopping = true;
-        // A plug-in that waits for an answer from its service waits no longer.
+        // Ends exchanges that the plug-in waits for.
         HttpClient::shutDownAll();
         if (m_thread.isRunning())
             m_thread.quit();
@@ -229,8 +222,7 @@ private:
     PlayerMirror m_player;
     std::unique_ptr<UiLanguage> m_language;
     PluginThread m_thread;
-    std::unique_ptr<LoopReceiver> m_receiver; ///< m_thread's
-    std::atomic<std::chrono::steady_clock::duration> m_lastSign {};
+    std::atomic<std::chrono::steady_clock::duration> m_lastAlive {};
     bool m_stopping = false;
     std::atomic<bool> m_done {false};
 };
@@ -240,22 +232,23 @@ private:
 int runPlugin(int argc, char **argv)
 {
     if (!isSocket(PluginSocket))
-        return complain(BadUsage, "only vesk-host can start this program");
+        return fail(BadUsage, "only vesk-host can start this program");
     setUpMemory();
     const bool isAlone = endLoggingThreads();
     std::signal(SIGPIPE, SIG_IGN);
     auto channel = std::make_unique<Channel>(PluginSocket);
     const std::optional<StartMessage> start = greet(*channel);
     if (!start)
-        return complain(Failure, "the host did not say what to do");
+        return fail(Failed, "the host did not say what to do");
     const bool trusts = start->caFile.isEmpty() || HttpClient::setCaFile(start->caFile);
-    // From here on nothing that comes from outside meets more rights than it needs.
+    // Before the first byte from outside.
     const QStringList notConfined = confineProcess(readableFiles(*start));
 
     const log4cplus::Initializer logging;
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-plugin"));
-    setUpLogging(start->logLevel, QString());
+    if (const auto logged = setUpLogging(start->logLevel, QString()); !logged)
+        return fail(Failed, qPrintable(logged.error()));
     if (!isAlone)
         VESK_WARN("There are threads that are not confined.");
     for (const QString &line : notConfined)
@@ -264,9 +257,9 @@ int runPlugin(int argc, char **argv)
         VESK_ERROR("There is no certificate in " << start->caFile);
     HttpClient::setConnectTo(start->connectTo);
     {
-        Worker worker(std::move(channel), *start);
-        worker.run();
+        PluginSide plugin(std::move(channel), *start);
+        plugin.run();
     }
-    // What libraries do at the end of a process may need rights that this one has no more.
+    // Without the exit handlers of libraries, which may need privileges that were dropped.
     std::_Exit(Success);
 }

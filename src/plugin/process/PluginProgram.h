@@ -3,10 +3,10 @@
 
 #pragma once
 
-/// The descriptor at which a worker process finds its socket to the host.
+/// The descriptor at which a plug-in process finds its socket to the host.
 constexpr int PluginSocket = 3;
 
-/// Runs one plug-in for the host at the other end of PluginSocket: takes what the host tells it,
-/// gives up every right that it does not need, loads the plug-in, and serves its paths until the
-/// host says stop or is gone. Returns the exit status.
+/// Runs one plug-in for the host at the other end of PluginSocket: receives its StartMessage, drops
+/// all privileges that the plug-in does not need, loads it, and serves its paths until the host
+/// sends StopMessage or is gone. Returns the exit status.
 int runPlugin(int argc, char **argv);

@@ -13,8 +13,8 @@ Upstream::Upstream(NodeLink *link, QObject *parent)
 
 void Upstream::request(CMRequest request)
 {
-    // Counts as a redirect: a path that each of two processes takes for the other's must not go to
-    // and fro for ever.
+    // Counts as a redirect, of which there is a limit: a path that each of the two processes takes
+    // for the other's would go back and forth for ever.
     const CMRequest upward = request.redirectedTo(request.path());
     if (upward.kind() != CMRequest::None)
         m_link->request(upward);
@@ -22,10 +22,10 @@ void Upstream::request(CMRequest request)
 
 void Upstream::connectChange(const CMPath &path)
 {
-    m_link->watch(path, true);
+    m_link->subscribe(path, true);
 }
 
 void Upstream::disconnectChange(const CMPath &path)
 {
-    m_link->watch(path, false);
+    m_link->subscribe(path, false);
 }

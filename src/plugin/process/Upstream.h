@@ -7,8 +7,8 @@
 
 class NodeLink;
 
-/// Everything that a worker process does not have itself: the rest of the host's tree, and whoever
-/// else watches it. Any thread.
+/// The host's tree as the default worker of a plug-in process: requests and subscriptions for
+/// whatever the process does not serve itself. Any thread.
 class Upstream : public CMAbstractWorker {
     Q_OBJECT
 

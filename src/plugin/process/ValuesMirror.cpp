@@ -9,7 +9,7 @@ ValuesMirror::ValuesMirror(std::function<void(const CMRequest &)> write, QObject
 {
 }
 
-void ValuesMirror::take(const ValueMessage &message)
+void ValuesMirror::apply(const ValueMessage &message)
 {
     if (message.path.isEmpty())
         return;

@@ -8,17 +8,17 @@
 
 #include <functional>
 
-/// The host's values in a worker process, so that reading a setting costs no trip to the host.
-/// Writing one is the host's affair. All calls from any thread.
+/// The host's values in a plug-in process, so that reading a setting costs no round trip. Writing
+/// one is left to the host. Any thread.
 class ValuesMirror : public CMValuesWorker {
     Q_OBJECT
 
 public:
-    /// \a write has the host answer a request.
+    /// \a write sends a request to the host.
     explicit ValuesMirror(std::function<void(const CMRequest &)> write, QObject *parent = nullptr);
 
-    /// The host has, or now has, this value.
-    void take(const ValueMessage &message);
+    /// The host has this value now.
+    void apply(const ValueMessage &message);
 
     void request(CMRequest request) override;
 

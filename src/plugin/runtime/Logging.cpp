@@ -25,7 +25,7 @@ VESK_LOGGER("Qt")
 namespace {
 
 constexpr char Pattern[] = "%D{%Y-%m-%d %H:%M:%S.%q} %-5p %c %F:%L [%t] %m%n";
-/// For lines that have all of that already.
+/// For lines that were formatted by another process.
 constexpr char LinePattern[] = "%m%n";
 
 log4cplus::Logger linesOfPlugins()
@@ -35,15 +35,15 @@ log4cplus::Logger linesOfPlugins()
     return logger;
 }
 
-/// The file of this process's log; null while it goes to standard error.
+/// Null while the log goes to standard error.
 std::shared_ptr<LogFile> &logFile()
 {
     static std::shared_ptr<LogFile> file;
     return file;
 }
 
-/// log4cplus's own appenders for files wait for a FIFO, leave the mode to the umask, and cannot
-/// share one file, which the two layouts here do.
+/// log4cplus's own file appenders block on a FIFO, leave the mode to the umask, and cannot share
+/// one file, as the two layouts here have to.
 class LogFileAppender : public log4cplus::Appender {
 public:
     explicit LogFileAppender(std::shared_ptr<LogFile> file)
@@ -107,7 +107,7 @@ bool endLoggingThreads()
 {
     constexpr int PatienceMs = 2000;
     log4cplus::deinitialize();
-    // They are gone for log4cplus before they are for the system.
+    // log4cplus has joined them, but the kernel may list them for a moment longer.
     const QDir tasks(QStringLiteral("/proc/self/task"));
     QDeadlineTimer patience(PatienceMs);
     const auto count
@@ -122,18 +122,20 @@ void logLineOfPlugin(const QByteArray &line)
     linesOfPlugins().forcedLog(log4cplus::INFO_LOG_LEVEL, line.toStdString());
 }
 
-QString setUpLogging(const QString &level, const QString &file, qint64 maxSize)
+Result<void, QString> setUpLogging(const QString &level, const QString &file, qint64 maxSize)
 {
     logFile().reset();
     if (file.isEmpty()) {
-        // A record is one write, not one for each of its parts.
+        // One write for each record, instead of one for each of its parts.
         std::cerr.unsetf(std::ios::unitbuf);
         ::setvbuf(stderr, nullptr, _IOLBF, 0);
     } else {
         const auto made = std::make_shared<LogFile>(
             QFile::encodeName(file).toStdString(), static_cast<std::uint64_t>(maxSize));
-        if (const auto opened = made->open(); !opened)
-            return QStringLiteral("%1: %2").arg(file, QString::fromStdString(opened.error().text));
+        if (const auto opened = made->open(); !opened) {
+            return failure(
+                QStringLiteral("%1: %2").arg(file, QString::fromStdString(opened.error().text)));
+        }
         logFile() = made;
     }
     log4cplus::Logger root = log4cplus::Logger::getRoot();

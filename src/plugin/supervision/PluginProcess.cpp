@@ -24,8 +24,8 @@ constexpr int KillMilliseconds = 5000;
 
 void PluginProcess::Process::setupChildProcess()
 {
-    // Between fork and exec: system calls only. A terminal's Ctrl-C is for the host alone, which
-    // ends its workers in order.
+    // Between fork and exec: async-signal-safe calls only. A process group of its own, because a
+    // terminal's Ctrl-C is for the host alone, which ends its plug-in processes in order.
     ::setpgid(0, 0);
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::dup2(childOutput, STDOUT_FILENO);
@@ -34,7 +34,7 @@ void PluginProcess::Process::setupChildProcess()
         ::fcntl(PluginSocket, F_SETFD, 0);
     else
         ::dup2(childSocket, PluginSocket);
-    // Not everything that the host has open was opened close-on-exec: libraries open as well.
+    // Libraries in the host open descriptors too, and not all of them close-on-exec.
     keepDescriptorsFromPrograms(PluginSocket + 1);
 }
 
@@ -54,13 +54,11 @@ PluginProcess::~PluginProcess()
     m_process.waitForFinished(KillMilliseconds);
 }
 
-int PluginProcess::start(const QString &program, const QString &plugin, QString &error)
+Result<int, QString> PluginProcess::start(const QString &program, const QString &plugin)
 {
     int sockets[2] = {-1, -1};
-    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0) {
-        error = QString::fromLocal8Bit(std::strerror(errno));
-        return -1;
-    }
+    if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0)
+        return failure(QString::fromLocal8Bit(std::strerror(errno)));
     m_process.childSocket = sockets[1];
     m_process.childOutput = m_output.writingEnd();
     m_process.start(program, {plugin});
@@ -69,8 +67,7 @@ int PluginProcess::start(const QString &program, const QString &plugin, QString 
     m_output.closeWritingEnd();
     if (!started) {
         ::close(sockets[0]);
-        error = program + QStringLiteral(": ") + m_process.errorString();
-        return -1;
+        return failure(program + QStringLiteral(": ") + m_process.errorString());
     }
     return sockets[0];
 }
@@ -103,7 +100,7 @@ void PluginProcess::onFinished()
 {
     const QString lastLine = m_output.finish();
     QString reason = ending();
-    // One that ended by itself may have said why.
+    // One that ended by itself may have printed why.
     const bool wasKilled
         = m_process.exitStatus() == QProcess::CrashExit && m_process.exitCode() != SIGABRT;
     if (!wasKilled && !lastLine.isEmpty())

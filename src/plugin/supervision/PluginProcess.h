@@ -3,14 +3,15 @@
 
 #pragma once
 
+#include "base/Result.h"
 #include "plugin/supervision/PluginOutput.h"
 
 #include <QProcess>
 #include <QString>
 
-/// One vesk-plugin: the process, the socket to it, and what it prints, which goes to the host's log
-/// as it stands. Main thread. The process dies with the thread that started it, and with this
-/// object.
+/// One vesk-plugin: the process, the socket to it, and its output, which goes to the host's log.
+/// Main thread, which must outlive the process: the kernel kills it when the thread that started it
+/// ends. So does this object's destructor.
 class PluginProcess : public QObject {
     Q_OBJECT
 
@@ -18,22 +19,21 @@ public:
     explicit PluginProcess(QObject *parent = nullptr);
     ~PluginProcess() override;
 
-    /// Starts \a program for \a plugin, whose name is shown to those who list processes. Returns
-    /// the socket to it, for the caller to own, or -1 and \a error.
-    int start(const QString &program, const QString &plugin, QString &error);
-    /// Ends it without a word; finished() tells when it is gone.
+    /// Starts \a program for \a plugin, which it is given as an argument for `ps` to show. Returns
+    /// the socket to it, for the caller to own.
+    Result<int, QString> start(const QString &program, const QString &plugin);
+    /// SIGKILL; finished() tells when it is gone.
     void kill();
-    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
-    /// Whether somebody has stopped it (SIGSTOP), so that it will not answer.
+    /// Whether it is stopped (SIGSTOP), so that it will not respond.
     bool isStopped() const;
 
 Q_SIGNALS:
-    /// It is gone; \a reason says how in words: "exit status 1", "signal 11 (Segmentation fault)",
-    /// with the last line that it printed if it ended itself.
+    /// The process has ended. \a reason: "exit status 1", "signal 11 (Segmentation fault)", with
+    /// the last line that it printed if it ended by itself.
     void finished(const QString &reason);
 
 private:
-    /// Gives the new process its ends.
+    /// Gives the new process its ends of the socket and the pipe.
     class Process : public QProcess {
     public:
         int childSocket = -1;

@@ -11,9 +11,9 @@
 
 namespace {
 
-QString takenText()
+Result<void, QString> pathTaken()
 {
-    return QStringLiteral("another plug-in serves the same paths");
+    return failure(QStringLiteral("another plug-in serves the same paths"));
 }
 
 } // namespace
@@ -32,7 +32,7 @@ RemoteWorker::~RemoteWorker()
 void RemoteWorker::leave()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        const VeskMutexLock lock(m_heldMutex);
         m_routes.clear();
     }
     if (CMRootWorker *root = CMRoot())
@@ -43,7 +43,7 @@ CMError RemoteWorker::interruptedError() const
 {
     QString service;
     {
-        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        const VeskMutexLock lock(m_heldMutex);
         for (const CMPath &route : m_routes) {
             if (route.base().isEmpty())
                 service = route.prefix();
@@ -69,7 +69,7 @@ void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)
     VESK_ASSERT(!m_link && m_state == Starting);
     m_heldPrefix = QString();
     m_link = std::move(link);
-    const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+    const VeskMutexLock heldLock(m_heldMutex);
     m_isReplaced = false;
 }
 
@@ -85,12 +85,11 @@ void RemoteWorker::open()
     std::deque<CMRequest> held;
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        const VeskMutexLock heldLock(m_heldMutex);
         m_state = Up;
-        for (const CMPath &path : m_watched)
-            m_link->watch(path, true);
+        for (const CMPath &path : m_subscribed)
+            m_link->subscribe(path, true);
         held.swap(m_held);
-        m_receiver = m_link->receiveOnThisLoop();
     }
     for (const CMRequest &waiting : held)
         request(waiting);
@@ -110,7 +109,7 @@ void RemoteWorker::release()
         m_heldPrefix = QString();
         if (m_state != Up)
             return;
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        const VeskMutexLock heldLock(m_heldMutex);
         held.swap(m_held);
     }
     for (const CMRequest &waiting : held)
@@ -125,17 +124,16 @@ std::vector<CMRequest> RemoteWorker::beginReplacing(
     m_heldPrefix = QString();
     if (!m_link)
         return {};
-    std::vector<CMRequest> moved = m_link->takeBack(movable);
-    const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+    std::vector<CMRequest> moved = m_link->reclaim(movable);
+    const VeskMutexLock heldLock(m_heldMutex);
     m_held.insert(m_held.begin(), moved.begin(), moved.end());
     m_isReplaced = true;
-    return m_link->unanswered();
+    return m_link->pending();
 }
 
 void RemoteWorker::endReplacing()
 {
-    std::unique_ptr<NodeLink> former; // let go outside the lock: it waits for its thread
-    m_receiver.reset();
+    std::unique_ptr<NodeLink> former; // destroyed without the lock: that waits for its thread
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
         m_started = false;
@@ -146,11 +144,10 @@ void RemoteWorker::endReplacing()
 void RemoteWorker::close()
 {
     std::deque<CMRequest> held;
-    std::unique_ptr<NodeLink> former; // let go outside the lock: it waits for its thread
-    m_receiver.reset();
+    std::unique_ptr<NodeLink> former; // destroyed without the lock: that waits for its thread
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        const VeskMutexLock heldLock(m_heldMutex);
         m_state = Down;
         m_started = false;
         former = std::move(m_link);
@@ -161,55 +158,57 @@ void RemoteWorker::close()
         waiting.reply().setError(error);
 }
 
-void RemoteWorker::tellReset()
+void RemoteWorker::notifyReset()
 {
-    std::set<CMPath> watched;
+    std::set<CMPath> subscribed;
     {
-        const std::lock_guard<std::mutex> lock(m_heldMutex);
-        watched = m_watched;
+        const VeskMutexLock lock(m_heldMutex);
+        subscribed = m_subscribed;
     }
-    for (const CMPath &path : watched)
+    for (const CMPath &path : subscribed)
         CMRoot()->notifyChanged({path, CMSubscribe::RowsChangeReset(), -1, -1});
 }
 
-QString RemoteWorker::takeRoute(const RouteMessage &message)
+Result<void, QString> RemoteWorker::handleRoute(const RouteMessage &message)
 {
     const CMPath &route = message.path;
     if (route.isEmpty())
-        return QStringLiteral("a route to nowhere");
+        return failure(QStringLiteral("a route to nowhere"));
     CMRootWorker *root = CMRoot();
     const bool isPrefix = route.base().isEmpty();
     {
-        const std::lock_guard<std::mutex> lock(m_heldMutex);
+        const VeskMutexLock lock(m_heldMutex);
         const bool isKnown = m_routes.count(route) != 0;
         if (message.added == isKnown || m_isReplaced)
-            return {}; // of an earlier process, or the next one's
+            return {}; // of an earlier process, or left to the next one
         if (message.added && m_routes.size() >= MaxRoutes)
-            return QStringLiteral("more than %1 routes").arg(MaxRoutes);
+            return failure(QStringLiteral("more than %1 routes").arg(MaxRoutes));
         if (!message.added) {
             m_routes.erase(route);
         } else {
             // A plug-in answers for itself, not for the host or another one.
             const bool isOwn = m_routes.count(CMPath(route.prefix(), QString())) != 0;
             if (!isOwn && root->prefixes().contains(route.prefix()))
-                return takenText();
+                return pathTaken();
             m_routes.insert(route);
         }
     }
-    if (message.added && isPrefix)
-        return root->addWorker(route.prefix(), this) ? QString() : takenText();
-    if (message.added)
+    if (message.added && isPrefix) {
+        if (!root->addWorker(route.prefix(), this))
+            return pathTaken();
+    } else if (message.added) {
         root->addForeignPath(route, this);
-    else if (isPrefix)
+    } else if (isPrefix) {
         root->removePrefix(route.prefix(), this);
-    else
+    } else {
         root->removeForeignPath(route, this);
+    }
     return {};
 }
 
 bool RemoteWorker::serves(const CMPath &path) const
 {
-    const std::lock_guard<std::mutex> lock(m_heldMutex);
+    const VeskMutexLock lock(m_heldMutex);
     return std::any_of(m_routes.begin(), m_routes.end(),
         [&path](const CMPath &route) { return path.startsWith(route); });
 }
@@ -221,7 +220,7 @@ void RemoteWorker::request(CMRequest request)
         const bool isHeld = !m_heldPrefix.isNull() && request.path().prefix() == m_heldPrefix;
         if (m_state == Up && !isHeld)
             return m_link->request(request);
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
+        const VeskMutexLock heldLock(m_heldMutex);
         if (m_state != Down && m_held.size() < MaxHeld) {
             m_held.push_back(std::move(request));
             return;
@@ -234,20 +233,20 @@ void RemoteWorker::connectChange(const CMPath &path)
 {
     const std::shared_lock<std::shared_mutex> lock(m_mutex);
     {
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
-        m_watched.insert(path);
+        const VeskMutexLock heldLock(m_heldMutex);
+        m_subscribed.insert(path);
     }
     if (m_state == Up)
-        m_link->watch(path, true);
+        m_link->subscribe(path, true);
 }
 
 void RemoteWorker::disconnectChange(const CMPath &path)
 {
     const std::shared_lock<std::shared_mutex> lock(m_mutex);
     {
-        const std::lock_guard<std::mutex> heldLock(m_heldMutex);
-        m_watched.erase(path);
+        const VeskMutexLock heldLock(m_heldMutex);
+        m_subscribed.erase(path);
     }
     if (m_state == Up)
-        m_link->watch(path, false);
+        m_link->subscribe(path, false);
 }

@@ -3,59 +3,59 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMAbstractWorker.h"
+#include "base/Result.h"
 #include "plugin/link/NodeLink.h"
 
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <set>
 #include <shared_mutex>
 #include <vector>
 
-/// What the host's root knows of a worker in another process: passes on what it is asked, for as
-/// long as there is a connection. Its routes stay when the process ends. While the next one starts,
-/// requests wait for it; while there is none, they are answered with an error.
+/// Stands in the host's root for the worker in a plug-in process: forwards requests and
+/// subscriptions to it as long as there is a connection. The routes stay when the process ends.
+/// While the next one starts, requests wait for it; while there is none, they end with an error.
 ///
-/// Main thread, but for what CMAbstractWorker has.
+/// Main thread, but for the functions of CMAbstractWorker and those marked.
 class RemoteWorker : public CMAbstractWorker {
     Q_OBJECT
 
 public:
-    /// So many requests wait for a start.
+    /// Requests that may wait for a process.
     static constexpr int MaxHeld = 256;
-    /// So many paths a worker may serve.
+    /// Paths that a plug-in may serve.
     static constexpr int MaxRoutes = 1024;
 
     explicit RemoteWorker(QObject *parent = nullptr);
-    /// Answers what is left and takes back its routes.
+    /// Ends the requests that are left with an error and removes the routes.
     ~RemoteWorker() override;
 
-    /// A process is on its way: requests wait for it. Returns whether that is news.
+    /// A process is about to be started: requests wait for it. False if that was the case already.
     bool expectLink();
-    /// \a link leads to a process that is starting.
+    /// \a link leads to a process that is starting. It is used and destroyed on this thread.
     void setLink(std::unique_ptr<NodeLink> link);
-    /// Tells the process what it has to know; later news may follow. \a message is called with news
-    /// held back.
+    /// Sends the process what \a message returns. What send() is given meanwhile follows.
     void sendStart(const std::function<StartMessage()> &message);
-    /// The process has loaded its plug-in: it gets what waits.
+    /// The process has loaded its plug-in: the requests that wait are sent.
     void open();
-    /// Has requests for \a prefix wait although there is a process; lets it have them after all.
+    /// Has requests for \a prefix wait although there is a process, until release().
     void hold(const QString &prefix);
     void release();
-    /// The process is to be replaced: requests wait for the next one, also those that it still owes
-    /// an answer to, which only read and which \a movable is true for. Returns the others.
+    /// The process is to be replaced: requests wait for the next one. So do those in progress that
+    /// only read and for which \a movable returns true. Returns the others.
     std::vector<CMRequest> beginReplacing(const std::function<bool(const CMRequest &)> &movable);
-    /// The process that is replaced is gone: what it owes is answered with an error.
+    /// The process that is replaced is gone: requests without a response end with an error.
     void endReplacing();
-    /// The process is gone, or is to be: what it owes and what waits is answered with an error.
+    /// There is no process any more, or is not to be: all requests end with an error.
     void close();
-    /// Takes back every route of the worker.
+    /// Removes all routes.
     void leave();
-    /// Null while there is none.
+    /// Null while there is no process.
     NodeLink *link() const { return m_link.get(); }
-    /// Sends \a message to a process that was told to start. Any thread.
+    /// Sends \a message, unless the process has not been sent its StartMessage yet. Any thread.
     template <class Message>
     void send(const Message &message)
     {
@@ -63,12 +63,12 @@ public:
         if (m_started)
             m_link->send(message);
     }
-    /// Tells all who subscribed to the worker's paths to read everything again.
-    void tellReset();
+    /// Notifies all subscribers of the plug-in's paths that everything has to be read again.
+    void notifyReset();
 
-    /// What the worker says that it serves, from any thread; what is wrong with it.
-    QString takeRoute(const RouteMessage &message);
-    /// Whether \a path is one of those that the worker serves. Any thread.
+    /// Adds or removes a route; a failure says what is wrong with it. Any thread.
+    Result<void, QString> handleRoute(const RouteMessage &message);
+    /// Whether \a path is one of those that the plug-in serves. Any thread.
     bool serves(const CMPath &path) const;
     /// "The TuneIn service was interrupted. Please try again." Any thread.
     CMError interruptedError() const;
@@ -81,18 +81,16 @@ private:
     enum State { Down, Starting, Up };
 
     mutable std::shared_mutex m_mutex;
-    /// Guarded by m_mutex: shared for using the link, alone for changing it.
+    // Guarded by m_mutex, which is held shared for using the link and exclusively for changing it.
     State m_state = Starting;
     QString m_heldPrefix; ///< null when none is
     bool m_started = false; ///< m_link's process has its StartMessage
     std::unique_ptr<NodeLink> m_link;
 
-    std::unique_ptr<LoopReceiver> m_receiver; ///< main thread; goes before m_link
-
-    mutable std::mutex m_heldMutex; ///< taken after m_mutex
-    /// Guarded by m_heldMutex.
-    std::deque<CMRequest> m_held;
-    std::set<CMPath> m_watched;
-    std::set<CMPath> m_routes;
-    bool m_isReplaced = false; ///< what m_link's process still says of its routes is of no account
+    mutable VeskMutex m_heldMutex; ///< locked after m_mutex
+    std::deque<CMRequest> m_held VESK_GUARDED_BY(m_heldMutex);
+    std::set<CMPath> m_subscribed VESK_GUARDED_BY(m_heldMutex);
+    std::set<CMPath> m_routes VESK_GUARDED_BY(m_heldMutex);
+    /// Routes that m_link's process still adds or removes are ignored.
+    bool m_isReplaced VESK_GUARDED_BY(m_heldMutex) = false;
 };

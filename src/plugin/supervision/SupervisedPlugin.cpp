@@ -7,6 +7,8 @@
 #include "api/core/vesk.h"
 #include "plugin/runtime/PluginWatch.h"
 
+#include <utility>
+
 VESK_LOGGER("Host")
 
 namespace {
@@ -14,13 +16,13 @@ namespace {
 using std::chrono::milliseconds;
 
 constexpr milliseconds ShortestWait {250};
-/// Requests may wait for so long.
+/// Requests wait for a start that is no further away than this, and end with an error otherwise.
 constexpr milliseconds ShortWait {1000};
-constexpr milliseconds LookInterval {1000};
-/// A worker that owes an answer for less than this is not looked at.
+constexpr milliseconds PatienceInterval {1000};
+/// A shorter silence says nothing, so the process is not checked for being stopped.
 constexpr milliseconds ShortSilence {500};
 
-/// How long to wait before the next start after so many ends in a row.
+/// How long to wait with the next start after so many failures in a row.
 milliseconds waitAfter(int failures, milliseconds longest)
 {
     if (failures <= 1)
@@ -38,11 +40,11 @@ SupervisedPlugin::SupervisedPlugin(
 {
     m_restart.setSingleShot(true);
     m_deadline.setSingleShot(true);
-    m_watch.setInterval(LookInterval);
-    m_watch.setTimerType(Qt::VeryCoarseTimer);
+    m_patience.setInterval(PatienceInterval);
+    m_patience.setTimerType(Qt::VeryCoarseTimer);
     connect(&m_restart, &QTimer::timeout, this, &SupervisedPlugin::startProcess);
     veskConnect(&m_deadline, &QTimer::timeout, this, &SupervisedPlugin::onDeadline);
-    connect(&m_watch, &QTimer::timeout, this, &SupervisedPlugin::look);
+    connect(&m_patience, &QTimer::timeout, this, &SupervisedPlugin::checkPatience);
 }
 
 SupervisedPlugin::~SupervisedPlugin()
@@ -64,29 +66,28 @@ void SupervisedPlugin::startProcess()
 {
     const bool isFirst = m_phase == Phase::Idle;
     if (!isFirst)
-        VESK_INFO("starting the worker of " << file() << " again");
+        VESK_INFO("starting the plug-in process of " << file() << " again");
     m_phase = Phase::Loading;
     m_why.clear();
     ++m_run;
     m_process = std::make_unique<PluginProcess>();
     veskConnect(
         m_process.get(), &PluginProcess::finished, this, &SupervisedPlugin::onProcessFinished);
-    QString error;
-    const int socket = m_process->start(m_options.program, file(), error);
-    if (socket < 0) {
+    const Result<int, QString> socket = m_process->start(m_options.program, file());
+    if (!socket) {
         m_process.reset();
-        giveUp(error);
+        giveUp(socket.error());
         return;
     }
     expectProcess();
-    openLink(socket);
+    openLink(*socket);
     m_deadline.start(LoadTime);
 }
 
 void SupervisedPlugin::onDeadline()
 {
     if (isReplaced()) {
-        VESK_WARN("the worker of " << file() << " does not end; it is ended");
+        VESK_WARN("the plug-in process of " << file() << " does not end; it is killed");
         m_phase = Phase::Leaving;
         m_process->kill();
         return;
@@ -97,7 +98,6 @@ void SupervisedPlugin::onDeadline()
 
 void SupervisedPlugin::expectProcess()
 {
-    // What waits already is for the same process.
     if (m_remote.expectLink())
         Q_EMIT restarting();
 }
@@ -111,48 +111,54 @@ void SupervisedPlugin::openLink(int socket)
         QMetaObject::invokeMethod(
             this, [=] { onLinkEnded(run, reason); }, Qt::QueuedConnection);
     };
-    handler.asked = [this] { watchWhileItOwes(); };
-    // Everything begins with a greeting, and nothing is taken from one who does not know it.
-    handler.take = [this, run = m_run, hasGreeted = false, hasLoaded = false](
-                       MessageKind kind, const QByteArray &payload) mutable -> QString {
-        if (kind == MessageKind::Hello && !hasGreeted) {
-            const auto hello = decode<HelloMessage>(payload);
-            if (!hello || hello->magic != HelloMessage::TheMagic
-                || hello->version != HelloMessage::TheVersion)
-                return QStringLiteral("another program or version");
-            hasGreeted = true;
-            QMetaObject::invokeMethod(
-                this, [=] { onHello(run); }, Qt::QueuedConnection);
-            return {};
-        }
-        if (hasGreeted && kind == MessageKind::Route) {
-            const auto route = decode<RouteMessage>(payload);
-            return route ? m_remote.takeRoute(*route) : QStringLiteral("an unreadable route");
-        }
-        if (hasGreeted && kind == MessageKind::Loaded && !hasLoaded) {
-            hasLoaded = true;
-            const auto loaded = decode<LoadedMessage>(payload);
-            if (!loaded)
-                return QStringLiteral("an unreadable message");
-            QMetaObject::invokeMethod(
-                this, [=] { onLoaded(run, *loaded); }, Qt::QueuedConnection);
-            return {};
-        }
-        if (hasGreeted && kind == MessageKind::Kept)
-            return takeKept(payload, run);
-        return QStringLiteral("a message of kind %1 out of place").arg(static_cast<int>(kind));
-    };
+    handler.requesting = [this] { startPatience(); };
+    handler.received
+        = [this, run = m_run, seen = Seen()](MessageKind kind, const QByteArray &payload) mutable {
+              return received(kind, payload, run, seen);
+          };
     NodeLink *const started = link.get();
     m_remote.setLink(std::move(link));
-    started->start(std::move(handler));
+    // On this thread's event loop: nothing on it waits for a plug-in.
+    started->start(std::move(handler), Channel::Reader::CallersLoop);
 }
 
-/// On whichever thread receives.
-QString SupervisedPlugin::takeKept(const QByteArray &payload, int run)
+/// On the thread that receives, with the link's lock held: everything else is queued. Nothing is
+/// accepted before the greeting.
+Result<void, QString> SupervisedPlugin::received(
+    MessageKind kind, const QByteArray &payload, int run, Seen &seen)
+{
+    if (kind == MessageKind::Hello && !std::exchange(seen.hello, true)) {
+        const auto hello = decode<HelloMessage>(payload);
+        if (!hello || hello->magic != HelloMessage::TheMagic
+            || hello->version != HelloMessage::TheVersion)
+            return failure(QStringLiteral("another program or version"));
+        QMetaObject::invokeMethod(
+            this, [=] { onHello(run); }, Qt::QueuedConnection);
+        return {};
+    }
+    if (seen.hello && kind == MessageKind::Route) {
+        const auto route = decode<RouteMessage>(payload);
+        return route ? m_remote.handleRoute(*route)
+                     : failure(QStringLiteral("an unreadable route"));
+    }
+    if (seen.hello && kind == MessageKind::Loaded && !std::exchange(seen.loaded, true)) {
+        const auto loaded = decode<LoadedMessage>(payload);
+        if (!loaded)
+            return failure(QStringLiteral("an unreadable message"));
+        QMetaObject::invokeMethod(
+            this, [=] { onLoaded(run, *loaded); }, Qt::QueuedConnection);
+        return {};
+    }
+    if (seen.hello && kind == MessageKind::Kept)
+        return receivedKept(payload, run);
+    return failure(QStringLiteral("a message of kind %1 out of place").arg(static_cast<int>(kind)));
+}
+
+Result<void, QString> SupervisedPlugin::receivedKept(const QByteArray &payload, int run)
 {
     const auto kept = decode<KeptMessage>(payload);
     if (!kept || !PluginWatch::isSetting(kept->setting))
-        return QStringLiteral("an unreadable setting");
+        return failure(QStringLiteral("an unreadable setting"));
     QMetaObject::invokeMethod(
         this,
         [=] {
@@ -202,7 +208,7 @@ void SupervisedPlugin::onLoaded(int run, const LoadedMessage &message)
         return;
     }
     VESK_INFO("plug-in " << file() << " serves " << message.root << " again");
-    m_remote.tellReset();
+    m_remote.notifyReset();
     Q_EMIT restarted();
 }
 
@@ -232,13 +238,14 @@ void SupervisedPlugin::renew()
     if (m_phase == Phase::Loading)
         return readSettings().settleAgain();
     if (m_phase == Phase::Waiting) {
-        // What made the former one fail may be what has changed.
+        // The setting that has changed may be what made the former one fail.
         m_restart.stop();
         return startProcess();
     }
     if (m_phase != Phase::Running)
         return; // the next process is told the settings as they are then
-    VESK_INFO("the worker of " << file() << " is replaced: a setting that it has read has changed");
+    VESK_INFO("the plug-in process of " << file()
+                                        << " is replaced: a setting that it has read has changed");
     m_phase = Phase::Finishing;
     Q_EMIT restarting();
     const auto onlyShows = [this](const CMRequest &request) {
@@ -250,20 +257,20 @@ void SupervisedPlugin::renew()
                 leaveWhenFinished();
         });
     }
-    m_deadline.start(AnswerTime);
+    m_deadline.start(FinishTime);
     leaveWhenFinished();
 }
 
 void SupervisedPlugin::leaveWhenFinished()
 {
-    if (m_phase != Phase::Finishing || !m_remote.link() || !m_remote.link()->unanswered().empty())
+    if (m_phase != Phase::Finishing || !m_remote.link() || !m_remote.link()->pending().empty())
         return;
     m_phase = Phase::Leaving;
     m_deadline.start(EndTime);
     m_remote.send(StopMessage());
 }
 
-/// Ends a process that is no use any more.
+/// Kills a process that is of no use any more.
 void SupervisedPlugin::endProcess(const QString &why)
 {
     m_why = why;
@@ -275,8 +282,8 @@ void SupervisedPlugin::endProcess(const QString &why)
 void SupervisedPlugin::onProcessFinished(const QString &reason)
 {
     m_deadline.stop();
-    m_watch.stop();
-    m_isWatched = false;
+    m_patience.stop();
+    m_hasPatience = false;
     if (isReplaced())
         m_remote.endReplacing();
     else
@@ -299,10 +306,10 @@ void SupervisedPlugin::onProcessFinished(const QString &reason)
         m_failures = 0;
     ++m_failures;
     const milliseconds wait = waitAfter(m_failures, m_options.longestWait);
-    VESK_ERROR("the worker of " << file() << " ended: " << why << "; starting again in "
-                                << wait.count() << " ms");
+    VESK_ERROR("the plug-in process of " << file() << " ended: " << why << "; starting again in "
+                                         << wait.count() << " ms");
     m_phase = Phase::Waiting;
-    // What comes in the meantime is answered by the next process, if that is not too far away.
+    // Requests that come meanwhile wait for the next process, if that is not too far away.
     if (wait <= ShortWait)
         expectProcess();
     if (wait.count() == 0)
@@ -314,11 +321,11 @@ void SupervisedPlugin::onProcessFinished(const QString &reason)
 void SupervisedPlugin::giveUp(const QString &error)
 {
     if (!root().isEmpty()) {
-        // What started once will start again, when there is memory or a descriptor for it.
+        // It could be started once, so what is missing now is memory or descriptors.
         m_phase = Phase::Waiting;
         m_remote.close();
         m_restart.start(m_options.longestWait);
-        VESK_ERROR("the worker of " << file() << " cannot be started: " << error);
+        VESK_ERROR("the plug-in process of " << file() << " cannot be started: " << error);
         return;
     }
     m_phase = Phase::Idle;
@@ -349,22 +356,22 @@ void SupervisedPlugin::unload()
 }
 
 /// Any thread.
-void SupervisedPlugin::watchWhileItOwes()
+void SupervisedPlugin::startPatience()
 {
-    if (m_isWatched.exchange(true))
+    if (m_hasPatience.exchange(true))
         return;
     QMetaObject::invokeMethod(
-        this, [this] { m_watch.start(); }, Qt::QueuedConnection);
+        this, [this] { m_patience.start(); }, Qt::QueuedConnection);
 }
 
-/// Ends a worker that somebody stopped, or that hangs, once somebody waits for it.
-void SupervisedPlugin::look()
+/// Kills a process that hangs or was stopped while it owes responses.
+void SupervisedPlugin::checkPatience()
 {
-    // A question that comes from now on starts the watch anew.
-    m_isWatched = false;
-    if (m_phase != Phase::Running || !m_remote.link() || !m_remote.link()->isOwedAnswers())
-        return m_watch.stop();
-    m_isWatched = true;
+    // Before the look at what is owed: a request that comes after it starts the timer again.
+    m_hasPatience = false;
+    if (m_phase != Phase::Running || !m_remote.link() || !m_remote.link()->isOwedResponses())
+        return m_patience.stop();
+    m_hasPatience = true;
     const milliseconds silence = m_remote.link()->silence();
     if (silence >= m_options.patience)
         endProcess(QStringLiteral("no answer within %1 s").arg(silence.count() / 1000));

@@ -27,7 +27,7 @@ QByteArray headOf(quint32 size)
 
 Channel::Handler handlerOf(Received &received)
 {
-    return {[&received](const QByteArray &payload) { return received.take(payload); },
+    return {[&received](const QByteArray &payload) { return received.handle(payload); },
         [&received](const QString &reason) { received.end(reason); }};
 }
 
@@ -83,7 +83,7 @@ TEST_F(ChannelTest, SendsFramesInTheirOrder)
     EXPECT_EQ(read(expected.size()), expected);
 }
 
-TEST_F(ChannelTest, PutsFramesTogetherHoweverTheyCome)
+TEST_F(ChannelTest, AssemblesFramesFromAnyPieces)
 {
     start();
     const QByteArray bytes = framed("first") + framed("second") + framed("third");
@@ -112,7 +112,7 @@ TEST_F(ChannelTest, LongFramesComeWholeInBothDirections)
     EXPECT_EQ(m_received.payloads().at(1), "after");
 }
 
-TEST_F(ChannelTest, TakesTheLongestPayloadAndSendsNoLongerOne)
+TEST_F(ChannelTest, AcceptsTheLongestPayloadAndSendsNoLongerOne)
 {
     start();
     const QByteArray longest(Channel::MaxPayload, 'x');
@@ -155,7 +155,7 @@ TEST_F(ChannelTest, FramesOfSeveralThreadsAreNotMixed)
     }
 }
 
-TEST_F(ChannelTest, NeverWaitsForOneWhoDoesNotRead)
+TEST_F(ChannelTest, SendingNeverBlocksAndEndsAStalledConnection)
 {
     start();
     const QByteArray payload(Channel::MaxPayload / 2, 'x');
@@ -166,7 +166,7 @@ TEST_F(ChannelTest, NeverWaitsForOneWhoDoesNotRead)
         return taken;
     });
     ASSERT_EQ(sending.wait_for(std::chrono::seconds(60)), std::future_status::ready);
-    const auto most = static_cast<int>(Channel::MaxWaiting / payload.size());
+    const auto most = static_cast<int>(Channel::MaxQueued / payload.size());
     const int taken = sending.get();
     EXPECT_GE(taken, most - 1);
     EXPECT_LE(taken, most + 1);
@@ -175,7 +175,7 @@ TEST_F(ChannelTest, NeverWaitsForOneWhoDoesNotRead)
     EXPECT_FALSE(m_channel->sender()->send("more"));
 }
 
-TEST_F(ChannelTest, OneWhoReadsInTheEndMissesNothing)
+TEST_F(ChannelTest, WhatIsQueuedIsSentOnceItIsRead)
 {
     start();
     const QByteArray payload(1024 * 1024, 'x');
@@ -203,12 +203,12 @@ TEST_F(ChannelTest, ALengthBeyondTheLimitEndsTheConnection)
         EXPECT_THAT(received.reasons(),
             testing::ElementsAre(QStringLiteral("a message of %1 bytes").arg(size)));
         char byte = 0;
-        EXPECT_LE(::recv(peer, &byte, 1, 0), 0) << "the peer learns of it";
+        EXPECT_LE(::recv(peer, &byte, 1, 0), 0) << "the peer sees the end";
         ::close(peer);
     }
 }
 
-TEST_F(ChannelTest, AComplaintEndsTheConnection)
+TEST_F(ChannelTest, AFailedHandlerEndsTheConnection)
 {
     m_received.complain(QStringLiteral("no good"));
     start();
@@ -220,7 +220,7 @@ TEST_F(ChannelTest, AComplaintEndsTheConnection)
     EXPECT_EQ(read(1), QByteArray());
 }
 
-TEST_F(ChannelTest, TellsOfThePeersEndOnce)
+TEST_F(ChannelTest, EndedIsCalledOnceWhenThePeerCloses)
 {
     start();
     write(framed("last") + headOf(10) + "cut");
@@ -245,14 +245,14 @@ TEST_F(ChannelTest, SendsNothingAfterItsEnd)
     EXPECT_THAT(m_received.reasons(), testing::ElementsAre(QString()));
 }
 
-TEST_F(ChannelTest, MayGoWithoutHavingStarted)
+TEST_F(ChannelTest, CanBeDestroyedWithoutHavingStarted)
 {
     m_channel.reset();
     EXPECT_EQ(read(1), QByteArray());
     EXPECT_FALSE(m_received.hasEnded());
 }
 
-TEST_F(ChannelTest, GoesAtAnyTimeWhileOthersSend)
+TEST_F(ChannelTest, CanBeDestroyedWhileOthersSend)
 {
     for (int round = 0; round < 100; ++round) {
         const auto [mine, other] = connectedSockets();
@@ -276,7 +276,7 @@ TEST_F(ChannelTest, GoesAtAnyTimeWhileOthersSend)
     }
 }
 
-TEST_F(ChannelTest, ReceivesOneBeforeItStarts)
+TEST_F(ChannelTest, ReceiveOneReceivesALongPayload)
 {
     const QByteArray first(200'000, 'f');
     std::thread writing([&] { write(framed(first)); });
@@ -289,7 +289,7 @@ TEST_F(ChannelTest, ReceivesOneBeforeItStarts)
     EXPECT_THAT(m_received.payloads(), testing::ElementsAre(QByteArray("next")));
 }
 
-TEST_F(ChannelTest, KeepsWhatCameAlongWithTheFirst)
+TEST_F(ChannelTest, ReceiveOneKeepsWhatCameBehindIt)
 {
     write(framed("the first one") + framed("2nd") + framed("third") + headOf(6) + "fou");
     const QByteArray first = m_channel->receiveOne(20000);
@@ -299,10 +299,10 @@ TEST_F(ChannelTest, KeepsWhatCameAlongWithTheFirst)
     write("rth");
     ASSERT_TRUE(m_received.waitFor(3));
     EXPECT_THAT(m_received.payloads(), testing::ElementsAre("2nd", "third", "fourth"));
-    EXPECT_EQ(first, "the first one") << "it is the caller's";
+    EXPECT_EQ(first, "the first one") << "it is a copy";
 }
 
-TEST_F(ChannelTest, WaitsForTheFirstNoLongerThanAllowed)
+TEST_F(ChannelTest, ReceiveOneKeepsItsTimeout)
 {
     write(framed("unfinished").left(6));
     const auto begin = steady_clock::now();
@@ -316,13 +316,13 @@ TEST_F(ChannelTest, WaitsForTheFirstNoLongerThanAllowed)
     EXPECT_THAT(m_received.payloads(), testing::ElementsAre(QByteArray("unfinished")));
 }
 
-TEST_F(ChannelTest, NeverWaitsWithoutAnEnd)
+TEST_F(ChannelTest, ReceiveOneReturnsWithShortTimeouts)
 {
     for (int i = 0; i < 500; ++i)
         EXPECT_EQ(m_channel->receiveOne(i % 3), QByteArray());
 }
 
-TEST_F(ChannelTest, WaitsNoLongerForAFirstThatCannotCome)
+TEST_F(ChannelTest, ReceiveOneReturnsWhenNothingCanCome)
 {
     write(headOf(~0U));
     EXPECT_EQ(m_channel->receiveOne(20000), QByteArray());

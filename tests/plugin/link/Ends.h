@@ -3,22 +3,23 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
+#include "base/Result.h"
+
 #include <QByteArray>
 #include <QString>
 
-#include <algorithm>
+#include <chrono>
 #include <condition_variable>
-#include <functional>
-#include <mutex>
+#include <cstdlib>
+#include <sys/socket.h>
 #include <utility>
 #include <vector>
-
-#include <sys/socket.h>
 
 /// \file
 /// The two ends of a connection as tests hold them.
 
-/// Two sockets that are connected; whoever takes one owns it.
+/// Two connected sockets, for the caller to own.
 inline std::pair<int, int> connectedSockets()
 {
     int sockets[2] = {-1, -1};
@@ -34,7 +35,7 @@ inline QByteArray framed(const QByteArray &payload)
     return QByteArray(reinterpret_cast<const char *>(&size), sizeof size) + payload;
 }
 
-/// Sends exactly these bytes; false when the other side does not take them.
+/// Sends these bytes; false when the connection has ended.
 inline bool sendAll(int socket, const QByteArray &bytes)
 {
     int sent = 0;
@@ -48,66 +49,75 @@ inline bool sendAll(int socket, const QByteArray &bytes)
     return true;
 }
 
-/// What a channel hands on, kept for a test. Any thread.
+/// Records what a channel passes to its handler. Any thread.
 class Received {
 public:
-    QString take(const QByteArray &payload)
+    Result<void, QString> handle(const QByteArray &payload)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        // The payload is the channel's own.
+        const VeskMutexLock lock(m_mutex);
+        // A copy, because the payload points into the channel's buffer.
         m_payloads.emplace_back(payload.constData(), payload.size());
         m_condition.notify_all();
-        return m_complaint;
+        if (!m_complaint.isEmpty())
+            return failure(m_complaint);
+        return {};
     }
 
     void end(const QString &reason)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_reasons.push_back(reason);
         m_condition.notify_all();
     }
 
-    /// The answer to every payload from now on.
+    /// Every payload from now on is refused with this text.
     void complain(const QString &complaint)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_complaint = complaint;
     }
 
     /// Waits, without an event loop.
     bool waitFor(std::size_t count)
     {
-        return wait([this, count] { return m_payloads.size() >= count; });
+        const auto deadline = std::chrono::steady_clock::now() + Patience;
+        VeskMutexLock lock(m_mutex);
+        while (m_payloads.size() < count) {
+            if (!lock.waitUntil(m_condition, deadline))
+                return m_payloads.size() >= count;
+        }
+        return true;
     }
     bool waitForEnd()
     {
-        return wait([this] { return !m_reasons.empty(); });
+        const auto deadline = std::chrono::steady_clock::now() + Patience;
+        VeskMutexLock lock(m_mutex);
+        while (m_reasons.empty()) {
+            if (!lock.waitUntil(m_condition, deadline))
+                return !m_reasons.empty();
+        }
+        return true;
     }
 
     std::vector<QByteArray> payloads() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_payloads;
     }
-    /// One for each time that it was told of the end.
+    /// One for each call of ended().
     std::vector<QString> reasons() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_reasons;
     }
     bool hasEnded() const { return !reasons().empty(); }
 
 private:
-    bool wait(const std::function<bool()> &condition)
-    {
-        std::unique_lock<std::mutex> lock(m_mutex);
-        return m_condition.wait_for(lock, std::chrono::seconds(20), condition);
-    }
+    static constexpr std::chrono::seconds Patience {20};
 
-    mutable std::mutex m_mutex;
+    mutable VeskMutex m_mutex;
     std::condition_variable m_condition;
-    /// Guarded by m_mutex.
-    std::vector<QByteArray> m_payloads;
-    std::vector<QString> m_reasons;
-    QString m_complaint;
+    std::vector<QByteArray> m_payloads VESK_GUARDED_BY(m_mutex);
+    std::vector<QString> m_reasons VESK_GUARDED_BY(m_mutex);
+    QString m_complaint VESK_GUARDED_BY(m_mutex);
 };

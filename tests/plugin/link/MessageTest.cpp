@@ -63,9 +63,9 @@ StartMessage start()
     return message;
 }
 
-AnswerMessage answer()
+ResponseMessage answer()
 {
-    AnswerMessage message;
+    ResponseMessage message;
     message.id = std::numeric_limits<quint64>::max();
     message.value = QVariantList {1, QStringLiteral("two")};
     return message;
@@ -81,7 +81,7 @@ QList<QByteArray> examples()
 {
     QList<QByteArray> payloads {encode(HelloMessage()), encode(start()),
         encode(LoadedMessage {path("A:"), QStringLiteral("error")}), encode(StopMessage()),
-        encode(answer()), encode(WatchMessage {path("A:x"), true}), encode(change()),
+        encode(answer()), encode(SubscribeMessage {path("A:x"), true}), encode(change()),
         encode(RouteMessage {path("A:"), true}), encode(value()),
         encode(PlayerMessage {{{QStringLiteral("k"), 1}}}), encode(CancelMessage {7}),
         encode(AliveMessage()), encode(KeptMessage {path("settings:a"), {}, true})};
@@ -104,10 +104,10 @@ bool isReadable(const QByteArray &payload)
         return decode<StopMessage>(payload).has_value();
     case MessageKind::Request:
         return decode<RequestMessage>(payload).has_value();
-    case MessageKind::Answer:
-        return decode<AnswerMessage>(payload).has_value();
-    case MessageKind::Watch:
-        return decode<WatchMessage>(payload).has_value();
+    case MessageKind::Response:
+        return decode<ResponseMessage>(payload).has_value();
+    case MessageKind::Subscribe:
+        return decode<SubscribeMessage>(payload).has_value();
     case MessageKind::Change:
         return decode<ChangeMessage>(payload).has_value();
     case MessageKind::Route:
@@ -147,13 +147,13 @@ TEST(Message, HelloSurvives)
 
 TEST(Message, AFaultSurvivesWithItsAnswer)
 {
-    AnswerMessage message = answer();
+    ResponseMessage message = answer();
     message.fault = {VeskServiceFault::Reported, -7};
-    const auto read = decode<AnswerMessage>(encode(message));
+    const auto read = decode<ResponseMessage>(encode(message));
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->fault == message.fault);
     message.fault.kind = static_cast<VeskServiceFault::Kind>(VeskServiceFault::Reported + 1);
-    EXPECT_FALSE(decode<AnswerMessage>(encode(message))) << "there is no such kind";
+    EXPECT_FALSE(decode<ResponseMessage>(encode(message))) << "there is no such kind";
 }
 
 TEST(Message, KeptSurvives)
@@ -306,20 +306,20 @@ TEST(Message, HopsAreNeverNegative)
 
 TEST(Message, AnswersSurvive)
 {
-    const AnswerMessage written = answer();
-    const auto read = decode<AnswerMessage>(encode(written));
+    const ResponseMessage written = answer();
+    const auto read = decode<ResponseMessage>(encode(written));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->id, written.id);
     EXPECT_EQ(read->value, written.value);
     EXPECT_TRUE(read->error.isEmpty());
 
-    AnswerMessage failed;
+    ResponseMessage failed;
     failed.id = 1;
     failed.error = CMError(QStringLiteral("name"),
         TrString(QStringLiteral("C"), QStringLiteral("%1 failed"), QString(), -1,
             {TrArg(QStringLiteral("It"))}),
         TrString("C", "Title"));
-    const auto readFailed = decode<AnswerMessage>(encode(failed));
+    const auto readFailed = decode<ResponseMessage>(encode(failed));
     ASSERT_TRUE(readFailed);
     EXPECT_EQ(readFailed->error.name(), QStringLiteral("name"));
     EXPECT_EQ(readFailed->error.message(), failed.error.message());
@@ -331,7 +331,8 @@ TEST(Message, AnswersSurvive)
 TEST(Message, WatchesChangesRoutesValuesAndPlayersSurvive)
 {
     for (const bool flag : {false, true}) {
-        const auto watch = decode<WatchMessage>(encode(WatchMessage {path("A:x?y=z"), flag}));
+        const auto watch
+            = decode<SubscribeMessage>(encode(SubscribeMessage {path("A:x?y=z"), flag}));
         ASSERT_TRUE(watch);
         EXPECT_EQ(watch->path, path("A:x?y=z"));
         EXPECT_EQ(watch->on, flag);

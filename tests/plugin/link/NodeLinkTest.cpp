@@ -3,6 +3,7 @@
 
 #include "plugin/link/NodeLink.h"
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMValuesWorker.h"
 #include "tests/api/nodes/TestNodes.h"
 #include "tests/plugin/link/Ends.h"
@@ -27,44 +28,43 @@ CMError interruptedError()
     return CMError(QStringLiteral("interrupted"), text("Interrupted"), text("Title"));
 }
 
-/// Keeps what it is asked, and answers when the test says so.
+/// Keeps its requests for the test to complete.
 class HoldingWorker : public CMAbstractWorker {
 public:
     void request(CMRequest request) override
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_requests.push_back(std::move(request));
     }
 
     std::size_t count() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_requests.size();
     }
 
-    std::vector<CMRequest> take()
+    std::vector<CMRequest> removeAll()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return std::exchange(m_requests, {});
     }
 
 private:
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    std::vector<CMRequest> m_requests;
+    mutable VeskMutex m_mutex;
+    std::vector<CMRequest> m_requests VESK_GUARDED_BY(m_mutex);
 };
 
-/// Tells which paths have subscribers.
-class WatchedWorker : public CMAbstractWorker {
+/// Counts the paths that have subscribers.
+class CountingWorker : public CMAbstractWorker {
 public:
     void request(CMRequest request) override { request.reply().setValue(QVariant()); }
-    void connectChange(const CMPath &) override { ++watched; }
-    void disconnectChange(const CMPath &) override { --watched; }
+    void connectChange(const CMPath &) override { ++subscribed; }
+    void disconnectChange(const CMPath &) override { --subscribed; }
 
-    std::atomic<int> watched {0};
+    std::atomic<int> subscribed {0};
 };
 
-/// Answers each question on a thread of its own, soon.
+/// Completes each request on a thread of its own.
 class ScatteringWorker : public CMAbstractWorker {
 public:
     ~ScatteringWorker() override
@@ -75,7 +75,7 @@ public:
 
     void request(CMRequest request) override
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_threads.emplace_back([request] {
             std::this_thread::yield();
             request.reply().setValue(QVariantList {1});
@@ -83,12 +83,11 @@ public:
     }
 
 private:
-    std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    std::vector<std::thread> m_threads;
+    VeskMutex m_mutex;
+    std::vector<std::thread> m_threads VESK_GUARDED_BY(m_mutex);
 };
 
-/// A link and, as its other side, a channel whose messages the test writes.
+/// A link, and a channel as its other side, whose messages the test writes.
 class NodeLinkTest : public testing::Test {
 protected:
     NodeLinkTest() { connect(); }
@@ -103,11 +102,11 @@ protected:
         m_link = std::make_unique<NodeLink>(std::make_unique<Channel>(mine));
         m_peer = std::make_unique<Channel>(other);
         m_peer->start({[received = m_received.get()](
-                           const QByteArray &payload) { return received->take(payload); },
+                           const QByteArray &payload) { return received->handle(payload); },
             [received = m_received.get()](const QString &reason) { received->end(reason); }});
         NodeLink::Handler handler;
-        handler.take = [others = m_others.get()](MessageKind, const QByteArray &payload) {
-            return others->take(payload);
+        handler.received = [others = m_others.get()](MessageKind, const QByteArray &payload) {
+            return others->handle(payload);
         };
         handler.ended = [ended = m_ended.get()](const QString &reason) { ended->end(reason); };
         handler.interrupted = [] { return interruptedError(); };
@@ -126,13 +125,13 @@ protected:
         ASSERT_TRUE(m_peer->sender()->send(encode(message)));
     }
 
-    /// Asks as the peer does.
+    /// Sends a request as the peer.
     void ask(quint64 id, const CMPath &to)
     {
         tell(RequestMessage::of(id, CMGetDataRequest(to, valueRole, {})));
     }
 
-    /// The messages of that kind that came to the peer.
+    /// The messages of that kind that the peer has received.
     template <class Message>
     std::vector<Message> told(MessageKind kind) const
     {
@@ -144,7 +143,10 @@ protected:
         return messages;
     }
     std::vector<RequestMessage> asked() const { return told<RequestMessage>(MessageKind::Request); }
-    std::vector<AnswerMessage> answered() const { return told<AnswerMessage>(MessageKind::Answer); }
+    std::vector<ResponseMessage> answered() const
+    {
+        return told<ResponseMessage>(MessageKind::Response);
+    }
     std::vector<ChangeMessage> changes() const { return told<ChangeMessage>(MessageKind::Change); }
 
     bool spinUntilAsked(std::size_t count)
@@ -156,7 +158,7 @@ protected:
         return spinUntil([&] { return answered().size() >= count; });
     }
 
-    /// Asks the other side through the link.
+    /// Sends a request through the link.
     Answer request(const CMPath &to)
     {
         const Answer answer;
@@ -173,30 +175,30 @@ protected:
 
     CMRootWorker m_root;
     std::unique_ptr<Received> m_ended;
-    std::unique_ptr<Received> m_others; ///< what the link does not know
+    std::unique_ptr<Received> m_others; ///< what the link passes to its handler
     std::unique_ptr<Received> m_received; ///< by the peer
     std::unique_ptr<NodeLink> m_link;
     std::unique_ptr<Channel> m_peer;
 };
 
-TEST_F(NodeLinkTest, BringsQuestionsThereAndAnswersBack)
+TEST_F(NodeLinkTest, RequestsAreSentAndCompletedByTheirResponses)
 {
     const Answer value = request(path("A:x?y=z"));
     const Answer error = request(path("A:e"));
     ASSERT_TRUE(spinUntilAsked(2));
-    const std::vector<RequestMessage> questions = asked();
-    EXPECT_EQ(questions[0].path, path("A:x?y=z"));
-    EXPECT_EQ(questions[0].kind, CMRequest::GetData);
-    EXPECT_EQ(questions[0].roles, valueRole);
-    EXPECT_NE(questions[0].id, questions[1].id);
+    const std::vector<RequestMessage> requests = asked();
+    EXPECT_EQ(requests[0].path, path("A:x?y=z"));
+    EXPECT_EQ(requests[0].kind, CMRequest::GetData);
+    EXPECT_EQ(requests[0].roles, valueRole);
+    EXPECT_NE(requests[0].id, requests[1].id);
 
-    // In another order than they were asked.
-    AnswerMessage failed;
-    failed.id = questions[1].id;
+    // The responses come in another order.
+    ResponseMessage failed;
+    failed.id = requests[1].id;
     failed.error = CMNoNodeError();
     tell(failed);
-    AnswerMessage good;
-    good.id = questions[0].id;
+    ResponseMessage good;
+    good.id = requests[0].id;
     good.value = QVariantList {7};
     tell(good);
     ASSERT_TRUE(value.wait() && error.wait());
@@ -206,29 +208,29 @@ TEST_F(NodeLinkTest, BringsQuestionsThereAndAnswersBack)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
-TEST_F(NodeLinkTest, BringsTheFaultOfAServiceWithAnAnswerThatDoesNotExplainItself)
+TEST_F(NodeLinkTest, ServiceFaultsAreSentWithResponses)
 {
     const Answer error = request(path("A:e"));
     const Answer value = request(path("A:x"));
     ASSERT_TRUE(spinUntilAsked(2));
-    AnswerMessage message;
+    ResponseMessage message;
     message.id = asked()[0].id;
     message.error = CMNoNodeError();
     message.fault = {VeskServiceFault::HttpStatus, 403};
     tell(message);
-    tell(AnswerMessage {asked()[1].id, QVariantList {7}, {}, {}});
+    tell(ResponseMessage {asked()[1].id, QVariantList {7}, {}, {}});
     ASSERT_TRUE(error.wait() && value.wait());
     EXPECT_TRUE(error.data()->serviceFault() == message.fault);
     EXPECT_TRUE(value.data()->serviceFault().isEmpty());
 
-    // And the other way.
+    // In the other direction.
     HoldingWorker holding;
     m_root.addWorker(QStringLiteral("Held"), &holding);
     ask(1, path("Held:a"));
     ask(2, path("Held:b"));
     ASSERT_TRUE(spinUntil([&] { return holding.count() == 2; }));
     const VeskServiceFault late {VeskServiceFault::TimedOut, 0};
-    for (const CMRequest &each : holding.take()) {
+    for (const CMRequest &each : holding.removeAll()) {
         each.replyData()->setServiceFault([late] { return late; });
         if (each.path() == path("Held:a"))
             each.reply().setError(CMNoNodeError());
@@ -236,12 +238,12 @@ TEST_F(NodeLinkTest, BringsTheFaultOfAServiceWithAnAnswerThatDoesNotExplainItsel
             each.reply().setValue(QVariantList {1});
     }
     ASSERT_TRUE(spinUntilAnswered(2));
-    for (const AnswerMessage &each : answered())
+    for (const ResponseMessage &each : answered())
         EXPECT_TRUE(each.fault == (each.id == 1 ? late : VeskServiceFault())) << each.id;
     m_root.removeWorker(&holding);
 }
 
-TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
+TEST_F(NodeLinkTest, ReadsThatWereCompletedOtherwiseAreCancelled)
 {
     const Answer answer = request(path("A:x"));
     ASSERT_TRUE(spinUntilAsked(1));
@@ -249,11 +251,11 @@ TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
     ASSERT_TRUE(spinUntil([&] { return !told<CancelMessage>(MessageKind::Cancel).empty(); }));
     const quint64 id = asked().front().id;
     EXPECT_EQ(told<CancelMessage>(MessageKind::Cancel).front().id, id);
-    // The other side answers all the same.
-    AnswerMessage late;
+    // The other side responds all the same.
+    ResponseMessage late;
     late.id = id;
     tell(late);
-    // One that was answered is not taken back, nor is one that changes something.
+    // A request with a response is not cancelled, nor is one that changes something.
     const Answer second = request(path("A:y"));
     ASSERT_TRUE(spinUntilAsked(2));
     late.id = asked().back().id;
@@ -269,7 +271,7 @@ TEST_F(NodeLinkTest, AQuestionThatIsNotWantedAnyMoreIsTakenBack)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
-TEST_F(NodeLinkTest, WhatIsUnansweredCanBeAskedOfAnotherOne)
+TEST_F(NodeLinkTest, PendingReadsCanBeReclaimed)
 {
     const Answer moved = request(path("A:moved"));
     const Answer stays = request(path("A:stays"));
@@ -278,16 +280,16 @@ TEST_F(NodeLinkTest, WhatIsUnansweredCanBeAskedOfAnotherOne)
     m_link->request(CMSetDataRequest(path("A:x"), VeskRoles::Value(), 5, change.reply()));
     ASSERT_TRUE(spinUntilAsked(4));
     unwanted.data()->setError(CMCancelledError());
-    EXPECT_EQ(m_link->unanswered().size(), 3U);
+    EXPECT_EQ(m_link->pending().size(), 3U);
 
     const std::vector<CMRequest> taken
-        = m_link->takeBack([](const CMRequest &each) { return each.path() != path("A:stays"); });
-    ASSERT_EQ(taken.size(), 1U) << "neither what changes something nor what is not wanted any more";
+        = m_link->reclaim([](const CMRequest &each) { return each.path() != path("A:stays"); });
+    ASSERT_EQ(taken.size(), 1U) << "neither the change nor the one that was completed";
     EXPECT_EQ(taken[0].path(), path("A:moved"));
-    EXPECT_EQ(m_link->unanswered().size(), 2U);
+    EXPECT_EQ(m_link->pending().size(), 2U);
     EXPECT_FALSE(moved.isThere());
-    // The other side answers all the same, which is of no account.
-    AnswerMessage late;
+    // Responses to reclaimed requests are ignored.
+    ResponseMessage late;
     late.id = asked().front().id;
     late.value = QVariantList {1};
     tell(late);
@@ -297,32 +299,29 @@ TEST_F(NodeLinkTest, WhatIsUnansweredCanBeAskedOfAnotherOne)
     EXPECT_FALSE(moved.isThere());
     taken[0].reply().setValue(QVariantList {2});
     EXPECT_EQ(moved.list().value(0), 2);
-    EXPECT_EQ(m_link->unanswered().size(), 1U);
+    EXPECT_EQ(m_link->pending().size(), 1U);
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
-TEST_F(NodeLinkTest, WhatTheOtherSideTakesBackEndsAndIsAnswered)
+TEST_F(NodeLinkTest, ACancelledRequestIsCompletedAndGetsAResponse)
 {
     HoldingWorker worker;
     ASSERT_TRUE(m_root.addWorker(QStringLiteral("H"), &worker));
     ask(1, path("H:x"));
     ask(2, path("H:y"));
     ASSERT_TRUE(spinUntil([&] { return worker.count() == 2; }));
-    CancelMessage cancel;
-    cancel.id = 1;
-    tell(cancel);
+    tell(CancelMessage {1});
     ASSERT_TRUE(spinUntilAnswered(1));
     EXPECT_EQ(answered().front().id, 1U);
     EXPECT_EQ(
         answered().front().error.message().sourceText(), CMCancelledError().message().sourceText());
-    // The answer that comes later is not sent; one that was sent cannot be taken back.
-    std::vector<CMRequest> requests = worker.take();
+    // A later outcome is not sent. Cancelling after the response has no effect.
+    std::vector<CMRequest> requests = worker.removeAll();
     requests[0].reply().setValue(QVariantList {1});
     requests[1].reply().setValue(QVariantList {2});
     ASSERT_TRUE(spinUntilAnswered(2));
-    tell(cancel);
-    cancel.id = 12345;
-    tell(cancel);
+    tell(CancelMessage {1});
+    tell(CancelMessage {12345});
     ask(3, path("H:z"));
     ASSERT_TRUE(spinUntil([&] { return worker.count() == 1; }));
     EXPECT_EQ(answered().size(), 2U);
@@ -330,7 +329,7 @@ TEST_F(NodeLinkTest, WhatTheOtherSideTakesBackEndsAndIsAnswered)
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, ASignOfLifeIsAsGoodAsAnAnswer)
+TEST_F(NodeLinkTest, AliveEndsTheSilence)
 {
     const Answer answer = request(path("A:x"));
     ASSERT_TRUE(spinUntilAsked(1));
@@ -340,21 +339,21 @@ TEST_F(NodeLinkTest, ASignOfLifeIsAsGoodAsAnAnswer)
     EXPECT_FALSE(answer.isThere());
 }
 
-TEST_F(NodeLinkTest, TwoQuestionsOfOneNumberEndIt)
+TEST_F(NodeLinkTest, ARequestWithAnIdInUseEndsTheConnection)
 {
     HoldingWorker worker;
     ASSERT_TRUE(m_root.addWorker(QStringLiteral("H"), &worker));
     ask(1, path("H:x"));
     ask(1, path("H:y"));
-    EXPECT_EQ(reason(), "a question with the number of another one");
+    EXPECT_EQ(reason(), "a request with the id of another one");
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, AQuestionThatWantsNoAnswerIsOneToo)
+TEST_F(NodeLinkTest, ARequestWithoutReplyAcceptsAResponse)
 {
     m_link->request(CMSetDataRequest(path("A:x"), VeskRoles::Value(), 5, {}));
     ASSERT_TRUE(spinUntilAsked(1));
-    AnswerMessage answer;
+    ResponseMessage answer;
     answer.id = asked().front().id;
     tell(answer);
     // The connection goes on.
@@ -367,19 +366,19 @@ TEST_F(NodeLinkTest, AQuestionThatWantsNoAnswerIsOneToo)
     EXPECT_FALSE(m_ended->hasEnded());
 }
 
-TEST_F(NodeLinkTest, AnAnswerThatNobodyAskedForEndsIt)
+TEST_F(NodeLinkTest, AResponseWithoutARequestEndsTheConnection)
 {
-    AnswerMessage answer;
+    ResponseMessage answer;
     answer.id = 12345;
     tell(answer);
-    EXPECT_EQ(reason(), "an answer that nobody asked for");
+    EXPECT_EQ(reason(), "a response without a request");
 }
 
-TEST_F(NodeLinkTest, ASecondAnswerEndsIt)
+TEST_F(NodeLinkTest, ASecondResponseEndsTheConnection)
 {
     const Answer first = request(path("A:x"));
     ASSERT_TRUE(spinUntilAsked(1));
-    AnswerMessage answer;
+    ResponseMessage answer;
     answer.id = asked().front().id;
     answer.value = 1;
     tell(answer);
@@ -387,11 +386,11 @@ TEST_F(NodeLinkTest, ASecondAnswerEndsIt)
     EXPECT_FALSE(m_ended->hasEnded());
     answer.value = 2;
     tell(answer);
-    EXPECT_EQ(reason(), "an answer that nobody asked for");
+    EXPECT_EQ(reason(), "a response without a request");
     EXPECT_EQ(first.value(), QVariant(1));
 }
 
-TEST_F(NodeLinkTest, WhatIsUnansweredAtTheEndIsAnswered)
+TEST_F(NodeLinkTest, PendingRequestsAreInterruptedAtTheEnd)
 {
     std::vector<Answer> answers;
     for (int i = 0; i < 50; ++i)
@@ -399,7 +398,7 @@ TEST_F(NodeLinkTest, WhatIsUnansweredAtTheEndIsAnswered)
     m_peer.reset();
     EXPECT_EQ(reason(), "");
     for (const Answer &answer : answers) {
-        ASSERT_TRUE(answer.isThere()) << "before the end is told";
+        ASSERT_TRUE(answer.isThere()) << "before ended() is called";
         EXPECT_EQ(answer.errorName(), QStringLiteral("interrupted"));
     }
     const Answer late = request(path("A:x"));
@@ -409,7 +408,7 @@ TEST_F(NodeLinkTest, WhatIsUnansweredAtTheEndIsAnswered)
     EXPECT_FALSE(m_link->send(StopMessage()));
 }
 
-TEST_F(NodeLinkTest, ClosingEndsIt)
+TEST_F(NodeLinkTest, CloseEndsTheConnection)
 {
     const Answer answer = request(path("A:x"));
     m_link->close();
@@ -419,7 +418,7 @@ TEST_F(NodeLinkTest, ClosingEndsIt)
     EXPECT_TRUE(m_received->waitForEnd());
 }
 
-TEST_F(NodeLinkTest, GoingAnswersWhatIsUnanswered)
+TEST_F(NodeLinkTest, PendingRequestsAreInterruptedByTheDestructor)
 {
     const Answer answer = request(path("A:x"));
     m_link.reset();
@@ -428,7 +427,7 @@ TEST_F(NodeLinkTest, GoingAnswersWhatIsUnanswered)
     EXPECT_EQ(reason(), "");
 }
 
-TEST_F(NodeLinkTest, AsksThisProcessForTheOtherSide)
+TEST_F(NodeLinkTest, RequestsOfTheOtherSideGoToTheRoot)
 {
     CMValuesWorker values;
     values.define(path("S:a"), VeskValue::fromInt(42), CMValuesWorker::Writable);
@@ -448,8 +447,8 @@ TEST_F(NodeLinkTest, AsksThisProcessForTheOtherSide)
     tell(RequestMessage::of(
         5, CMSetDataRequest(path("S:a"), VeskRoles::Value(), VeskValue::fromInt(43).toHash(), {})));
     ASSERT_TRUE(spinUntilAnswered(5));
-    std::map<quint64, AnswerMessage> answers;
-    for (const AnswerMessage &answer : answered())
+    std::map<quint64, ResponseMessage> answers;
+    for (const ResponseMessage &answer : answered())
         answers[answer.id] = answer;
     ASSERT_EQ(answers.size(), 5U);
     EXPECT_EQ(VeskValue(answers[1].value.toList().value(0).toHash()).int_(), 42);
@@ -461,20 +460,20 @@ TEST_F(NodeLinkTest, AsksThisProcessForTheOtherSide)
     m_root.removeWorker(&values);
 }
 
-TEST_F(NodeLinkTest, AnswersForOneWhoLetGoOfTheQuestion)
+TEST_F(NodeLinkTest, ARequestThatIsDroppedGetsAResponse)
 {
     HoldingWorker worker;
     m_root.addWorker(QStringLiteral("H"), &worker);
     ask(8, path("H:x"));
     ASSERT_TRUE(spinUntil([&] { return worker.count() == 1; }));
-    worker.take();
+    worker.removeAll();
     ASSERT_TRUE(spinUntilAnswered(1));
     EXPECT_EQ(answered().front().id, 8U);
     EXPECT_EQ(answered().front().error.name(), CMError::UnansweredName());
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, TooManyQuestionsAtATimeEndIt)
+TEST_F(NodeLinkTest, TooManyRequestsAtATimeEndTheConnection)
 {
     HoldingWorker worker;
     m_root.addWorker(QStringLiteral("H"), &worker);
@@ -484,26 +483,26 @@ TEST_F(NodeLinkTest, TooManyQuestionsAtATimeEndIt)
     };
     askAll();
     ASSERT_TRUE(spinUntil([&] { return worker.count() == NodeLink::MaxRequests; }));
-    // Those that were answered do not count.
-    for (const CMRequest &request : worker.take())
+    // Completed requests do not count.
+    for (const CMRequest &request : worker.removeAll())
         request.reply().setValue(1);
     ASSERT_TRUE(spinUntilAnswered(NodeLink::MaxRequests));
     askAll();
     ASSERT_TRUE(spinUntil([&] { return worker.count() == NodeLink::MaxRequests; }));
     EXPECT_FALSE(m_ended->hasEnded());
     ask(NodeLink::MaxRequests, path("H:x"));
-    EXPECT_EQ(reason(), "more than 1024 questions at a time");
+    EXPECT_EQ(reason(), "more than 1024 requests at a time");
     EXPECT_EQ(worker.count(), std::size_t(NodeLink::MaxRequests));
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, TellsOfChangesThatAreWatched)
+TEST_F(NodeLinkTest, ChangesAreSentToSubscribers)
 {
-    WatchedWorker worker;
+    CountingWorker worker;
     m_root.addWorker(QStringLiteral("W"), &worker);
-    tell(WatchMessage {path("W:x"), true});
-    tell(WatchMessage {path("W:x"), true});
-    ASSERT_TRUE(spinUntil([&] { return worker.watched == 1; }));
+    tell(SubscribeMessage {path("W:x"), true});
+    tell(SubscribeMessage {path("W:x"), true});
+    ASSERT_TRUE(spinUntil([&] { return worker.subscribed == 1; }));
     m_root.notifyChanged({path("W:x"), CMSubscribe::RowsChangeInserted(), 3, 5, 2});
     m_root.notifyChanged({path("W:other"), CMSubscribe::RowsChangeReset(), -1, -1});
     ASSERT_TRUE(spinUntil([&] { return !changes().empty(); }));
@@ -515,59 +514,59 @@ TEST_F(NodeLinkTest, TellsOfChangesThatAreWatched)
     EXPECT_EQ(change.hops, 2);
     EXPECT_FALSE(changes().front().startingWith);
 
-    tell(WatchMessage {path("W:x"), false});
-    tell(WatchMessage {path("W:never"), false});
-    ASSERT_TRUE(spinUntil([&] { return worker.watched == 0; }));
+    tell(SubscribeMessage {path("W:x"), false});
+    tell(SubscribeMessage {path("W:never"), false});
+    ASSERT_TRUE(spinUntil([&] { return worker.subscribed == 0; }));
     m_root.notifyChanged({path("W:x"), CMSubscribe::RowsChangeReset(), -1, -1});
     QCoreApplication::processEvents();
-    ask(1, path("W:x")); // its answer comes behind whatever was sent before
+    ask(1, path("W:x")); // its response comes after everything that was sent before
     ASSERT_TRUE(spinUntilAnswered(1));
     EXPECT_EQ(changes().size(), 1U);
     EXPECT_FALSE(m_ended->hasEnded());
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, WatchesEndWithTheLink)
+TEST_F(NodeLinkTest, SubscriptionsEndWithTheLink)
 {
-    WatchedWorker worker;
+    CountingWorker worker;
     m_root.addWorker(QStringLiteral("W"), &worker);
     for (int i = 0; i < 20; ++i)
-        tell(WatchMessage {CMPath(QStringLiteral("W"), QString::number(i)), true});
-    ASSERT_TRUE(spinUntil([&] { return worker.watched == 20; }));
+        tell(SubscribeMessage {CMPath(QStringLiteral("W"), QString::number(i)), true});
+    ASSERT_TRUE(spinUntil([&] { return worker.subscribed == 20; }));
     for (int i = 0; i < 5; ++i)
-        tell(WatchMessage {CMPath(QStringLiteral("W"), QString::number(i)), false});
+        tell(SubscribeMessage {CMPath(QStringLiteral("W"), QString::number(i)), false});
     m_link.reset();
-    EXPECT_EQ(worker.watched, 0);
+    EXPECT_EQ(worker.subscribed, 0);
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, WatchesComeAndGoQuickly)
+TEST_F(NodeLinkTest, SubscriptionsComeAndGoQuickly)
 {
-    WatchedWorker worker;
+    CountingWorker worker;
     m_root.addWorker(QStringLiteral("W"), &worker);
     for (int round = 0; round < 20; ++round) {
         for (int i = 0; i < 200; ++i)
-            tell(WatchMessage {path("W:x"), i % 2 == 0});
+            tell(SubscribeMessage {path("W:x"), i % 2 == 0});
         QCoreApplication::processEvents();
     }
     ask(1, path("W:x"));
     ASSERT_TRUE(spinUntilAnswered(1));
-    EXPECT_TRUE(spinUntil([&] { return worker.watched == 0; }));
+    EXPECT_TRUE(spinUntil([&] { return worker.subscribed == 0; }));
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, TooManyWatchedPathsEndIt)
+TEST_F(NodeLinkTest, TooManySubscriptionsEndTheConnection)
 {
-    for (int i = 0; i < NodeLink::MaxWatched; ++i)
-        tell(WatchMessage {CMPath(QStringLiteral("W"), QString::number(i)), true});
+    for (int i = 0; i < NodeLink::MaxSubscriptions; ++i)
+        tell(SubscribeMessage {CMPath(QStringLiteral("W"), QString::number(i)), true});
     ask(1, path("W:x"));
     ASSERT_TRUE(spinUntilAnswered(1));
     EXPECT_FALSE(m_ended->hasEnded());
-    tell(WatchMessage {path("W:more"), true});
-    EXPECT_EQ(reason(), "more than 16384 watched paths");
+    tell(SubscribeMessage {path("W:more"), true});
+    EXPECT_EQ(reason(), "more than 16384 subscriptions");
 }
 
-TEST_F(NodeLinkTest, SubscribersHereLearnOfChangesThere)
+TEST_F(NodeLinkTest, ReceivedChangesAreNotified)
 {
     QObject context;
     std::vector<CMChange> seen;
@@ -593,22 +592,22 @@ TEST_F(NodeLinkTest, SubscribersHereLearnOfChangesThere)
     EXPECT_EQ(seen.size(), 3U);
 }
 
-TEST_F(NodeLinkTest, AsksToBeToldOfChanges)
+TEST_F(NodeLinkTest, SubscribesToChanges)
 {
-    m_link->watch(path("A:x"), true);
-    m_link->watch(path("A:x"), false);
+    m_link->subscribe(path("A:x"), true);
+    m_link->subscribe(path("A:x"), false);
     ASSERT_TRUE(m_received->waitFor(2));
-    const auto watches = told<WatchMessage>(MessageKind::Watch);
-    ASSERT_EQ(watches.size(), 2U);
-    EXPECT_EQ(watches[0].path, path("A:x"));
-    EXPECT_TRUE(watches[0].on);
-    EXPECT_FALSE(watches[1].on);
+    const auto sent = told<SubscribeMessage>(MessageKind::Subscribe);
+    ASSERT_EQ(sent.size(), 2U);
+    EXPECT_EQ(sent[0].path, path("A:x"));
+    EXPECT_TRUE(sent[0].on);
+    EXPECT_FALSE(sent[1].on);
 }
 
-TEST_F(NodeLinkTest, WhatCannotBeReadEndsIt)
+TEST_F(NodeLinkTest, AMessageThatCannotBeDecodedEndsTheConnection)
 {
-    for (const MessageKind kind :
-        {MessageKind::Request, MessageKind::Answer, MessageKind::Watch, MessageKind::Change}) {
+    for (const MessageKind kind : {MessageKind::Request, MessageKind::Response,
+             MessageKind::Subscribe, MessageKind::Change}) {
         const QByteArray byte(1, static_cast<char>(kind));
         for (const QByteArray &payload : {byte, byte + QByteArray(100, '\xff')}) {
             disconnect();
@@ -622,7 +621,7 @@ TEST_F(NodeLinkTest, WhatCannotBeReadEndsIt)
     }
 }
 
-TEST_F(NodeLinkTest, OtherMessagesGoToItsOwner)
+TEST_F(NodeLinkTest, OtherMessagesGoToTheHandler)
 {
     const std::vector<QByteArray> payloads {
         encode(StopMessage()), encode(RouteMessage {path("A:"), true}), "\xf0", ""};
@@ -635,7 +634,7 @@ TEST_F(NodeLinkTest, OtherMessagesGoToItsOwner)
     EXPECT_EQ(reason(), "no more");
 }
 
-TEST_F(NodeLinkTest, SilenceGrowsWhileAnswersAreOwed)
+TEST_F(NodeLinkTest, SilenceGrowsWhileResponsesAreOwed)
 {
     constexpr milliseconds Long {100};
     EXPECT_EQ(m_link->silence(), milliseconds(0));
@@ -644,12 +643,12 @@ TEST_F(NodeLinkTest, SilenceGrowsWhileAnswersAreOwed)
     ASSERT_TRUE(spinUntilAsked(2));
     ASSERT_TRUE(spinUntil([&] { return m_link->silence() >= Long; }));
 
-    AnswerMessage answer;
+    ResponseMessage answer;
     answer.id = asked()[0].id;
     const auto begin = std::chrono::steady_clock::now();
     tell(answer);
     ASSERT_TRUE(first.wait());
-    const milliseconds silence = m_link->silence(); // begins anew with the answer
+    const milliseconds silence = m_link->silence(); // starts again with the response
     EXPECT_LE(silence, std::chrono::steady_clock::now() - begin);
     ASSERT_TRUE(spinUntil([&] { return m_link->silence() >= Long; }));
     answer.id = asked()[1].id;
@@ -657,24 +656,24 @@ TEST_F(NodeLinkTest, SilenceGrowsWhileAnswersAreOwed)
     ASSERT_TRUE(second.wait());
     EXPECT_EQ(m_link->silence(), milliseconds(0));
 
-    // A later question does not inherit what came before it.
+    // A later request starts its own silence.
     const auto asking = std::chrono::steady_clock::now();
     const Answer third = request(path("A:z"));
     EXPECT_LE(m_link->silence(), std::chrono::steady_clock::now() - asking);
 }
 
-TEST_F(NodeLinkTest, AnAnswerThatIsTooLongBecomesAnError)
+TEST_F(NodeLinkTest, AResponseThatIsTooLongBecomesAnError)
 {
     HoldingWorker worker;
     m_root.addWorker(QStringLiteral("H"), &worker);
     ask(1, path("H:x"));
     ask(2, path("H:y"));
     ASSERT_TRUE(spinUntil([&] { return worker.count() == 2; }));
-    const std::vector<CMRequest> requests = worker.take();
+    const std::vector<CMRequest> requests = worker.removeAll();
     requests[0].reply().setValue(QByteArray(Channel::MaxPayload, 'x'));
     requests[1].reply().setValue(QByteArray(Channel::MaxPayload - 100, 'x'));
     ASSERT_TRUE(spinUntilAnswered(2));
-    const std::vector<AnswerMessage> answers = answered();
+    const std::vector<ResponseMessage> answers = answered();
     EXPECT_EQ(answers[0].id, 1U);
     EXPECT_EQ(answers[0].error.message().toString(), QStringLiteral("The answer is too long."));
     EXPECT_FALSE(answers[0].value.isValid());
@@ -682,7 +681,7 @@ TEST_F(NodeLinkTest, AnAnswerThatIsTooLongBecomesAnError)
     m_root.removeWorker(&worker);
 }
 
-TEST_F(NodeLinkTest, AQuestionThatIsTooLongIsAnsweredWithAnError)
+TEST_F(NodeLinkTest, ARequestThatIsTooLongEndsWithAnError)
 {
     const Answer answer;
     m_link->request(CMSetDataRequest(
@@ -695,7 +694,7 @@ TEST_F(NodeLinkTest, AQuestionThatIsTooLongIsAnsweredWithAnError)
     EXPECT_EQ(asked().front().path, path("A:y"));
 }
 
-TEST_F(NodeLinkTest, GoesWhileOthersAnswerAndAsk)
+TEST_F(NodeLinkTest, IsDestroyedWhileOtherThreadsUseIt)
 {
     for (int round = 0; round < 60; ++round) {
         ScatteringWorker worker;
@@ -710,7 +709,7 @@ TEST_F(NodeLinkTest, GoesWhileOthersAnswerAndAsk)
             for (const Answer &answer : answers)
                 m_link->request(CMGetDataRequest(path("A:x"), valueRole, answer.reply()));
         });
-        tell(WatchMessage {path("T:x"), true});
+        tell(SubscribeMessage {path("T:x"), true});
         ASSERT_TRUE(m_received->waitFor(static_cast<std::size_t>(round % Count)));
         asking.join();
         m_link.reset();

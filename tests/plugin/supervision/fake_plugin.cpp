@@ -88,7 +88,7 @@ CMPath path(const char *base)
 
 void answer(quint64 id, const QVariant &value)
 {
-    AnswerMessage message;
+    ResponseMessage message;
     message.id = id;
     message.value = value;
     send(encode(message));
@@ -115,11 +115,11 @@ public:
             case MessageKind::Request:
                 request(*decode<RequestMessage>(payload));
                 break;
-            case MessageKind::Answer:
-                passOn(*decode<AnswerMessage>(payload));
+            case MessageKind::Response:
+                passOn(*decode<ResponseMessage>(payload));
                 break;
-            case MessageKind::Watch:
-                watch(*decode<WatchMessage>(payload));
+            case MessageKind::Subscribe:
+                watch(*decode<SubscribeMessage>(payload));
                 break;
             case MessageKind::Value:
                 m_told = decode<ValueMessage>(payload)->value;
@@ -247,7 +247,7 @@ private:
         else if (how == "twice")
             twice(id);
         else if (how == "unreadable")
-            send(QByteArray(1, char(MessageKind::Answer)) + QByteArray(20, '\xff'));
+            send(QByteArray(1, char(MessageKind::Response)) + QByteArray(20, '\xff'));
         else if (how == "hello")
             send(encode(HelloMessage()));
         else if (how == "loaded")
@@ -308,7 +308,8 @@ private:
     static void floodWatches()
     {
         for (int i = 0; i < 20'000; ++i)
-            send(encode(WatchMessage {CMPath(QStringLiteral("Flood"), QString::number(i)), true}));
+            send(encode(
+                SubscribeMessage {CMPath(QStringLiteral("Flood"), QString::number(i)), true}));
     }
 
     /// Says that it keeps the setting "a", which is 1.
@@ -341,13 +342,13 @@ private:
         send(encode(question));
     }
 
-    void passOn(AnswerMessage message)
+    void passOn(ResponseMessage message)
     {
         message.id = m_passedOn[message.id];
         send(encode(message));
     }
 
-    void watch(const WatchMessage &message)
+    void watch(const SubscribeMessage &message)
     {
         if (message.on)
             m_watched.insert(message.path.toEncoded());
