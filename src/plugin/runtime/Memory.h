@@ -3,6 +3,7 @@
 
 #pragma once
 
-/// Sets up the C library's allocator for what these programs do most: rows of long screens, which
-/// are many small blocks that are made together and let go together. First thing in a process.
+/// Tunes glibc's allocator for rows of long screens: 2,000 of them are 98,000 small blocks that are
+/// allocated together on one thread and freed together on another. To be called before there are
+/// other threads.
 void setUpMemory();

@@ -61,7 +61,7 @@ protected:
     int m_peer = m_sockets.second;
 };
 
-TEST_F(ChannelTest, HandsOnFramesInTheirOrder)
+TEST_F(ChannelTest, FramesAreHandledInTheirOrder)
 {
     start();
     const std::vector<QByteArray> frames {
@@ -95,7 +95,7 @@ TEST_F(ChannelTest, AssemblesFramesFromAnyPieces)
     EXPECT_EQ(m_received.payloads().at(4), "second");
 }
 
-TEST_F(ChannelTest, LongFramesComeWholeInBothDirections)
+TEST_F(ChannelTest, LongFramesArriveInBothDirections)
 {
     QByteArray payload(20 * 1024 * 1024, Qt::Uninitialized);
     for (int i = 0; i < payload.size(); ++i)
@@ -125,7 +125,7 @@ TEST_F(ChannelTest, AcceptsTheLongestPayloadAndSendsNoLongerOne)
     EXPECT_FALSE(m_received.hasEnded());
 }
 
-TEST_F(ChannelTest, FramesOfSeveralThreadsAreNotMixed)
+TEST_F(ChannelTest, FramesOfSeveralThreadsAreNotInterleaved)
 {
     constexpr int Threads = 4;
     constexpr int Each = 5000;

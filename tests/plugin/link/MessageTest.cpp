@@ -145,7 +145,7 @@ TEST(Message, HelloSurvives)
     EXPECT_EQ(decode<HelloMessage>(encode(HelloMessage()))->magic, HelloMessage::TheMagic);
 }
 
-TEST(Message, AFaultSurvivesWithItsAnswer)
+TEST(Message, ServiceFaultsSurvive)
 {
     ResponseMessage message = answer();
     message.fault = {VeskServiceFault::Reported, -7};
@@ -228,7 +228,7 @@ TEST(Message, RequestsSurvive)
     }
 }
 
-TEST(Message, RequestsAreReadAsTheQuestionsTheyWere)
+TEST(Message, RequestsAreRestored)
 {
     const auto data = std::make_shared<CMReplyData<QVariant>>();
     const CMReply<QVariant> reply(data);
@@ -275,7 +275,7 @@ TEST(Message, RequestsAreReadAsTheQuestionsTheyWere)
     EXPECT_EQ(match.replyData(), data.get());
 }
 
-TEST(Message, NoQuestionIsNoRequest)
+TEST(Message, ANullRequestCannotBeDecoded)
 {
     const RequestMessage none = RequestMessage::of(1, CMRequest());
     EXPECT_EQ(none.kind, CMRequest::None);
@@ -304,7 +304,7 @@ TEST(Message, HopsAreNeverNegative)
     EXPECT_FALSE(decode<ChangeMessage>(encode(changed)));
 }
 
-TEST(Message, AnswersSurvive)
+TEST(Message, ResponsesSurvive)
 {
     const ResponseMessage written = answer();
     const auto read = decode<ResponseMessage>(encode(written));
@@ -328,7 +328,7 @@ TEST(Message, AnswersSurvive)
     EXPECT_FALSE(readFailed->value.isValid());
 }
 
-TEST(Message, WatchesChangesRoutesValuesAndPlayersSurvive)
+TEST(Message, SubscribeChangeRouteValueAndPlayerSurvive)
 {
     for (const bool flag : {false, true}) {
         const auto watch
@@ -361,7 +361,7 @@ TEST(Message, WatchesChangesRoutesValuesAndPlayersSurvive)
     EXPECT_EQ(player->data, data);
 }
 
-TEST(Message, NothingMayFollow)
+TEST(Message, TrailingBytesAreRefused)
 {
     for (const QByteArray &payload : examples()) {
         EXPECT_TRUE(isReadable(payload)) << int(kindOf(payload));
@@ -370,7 +370,7 @@ TEST(Message, NothingMayFollow)
     }
 }
 
-TEST(Message, NothingThatIsCutIsRead)
+TEST(Message, TruncatedMessagesAreRefused)
 {
     for (const QByteArray &payload : examples()) {
         for (int size = 1; size < payload.size(); ++size) {
@@ -380,7 +380,7 @@ TEST(Message, NothingThatIsCutIsRead)
     }
 }
 
-TEST(Message, APayloadOfNothingIsNoMessage)
+TEST(Message, AnEmptyPayloadIsRefused)
 {
     EXPECT_EQ(kindOf(QByteArray()), MessageKind(0));
     EXPECT_FALSE(decode<HelloMessage>(QByteArray()));
@@ -403,7 +403,7 @@ TEST(Message, EveryDamagedByteIsSafe)
     }
 }
 
-TEST(Message, StartNeverHasMoreValuesThanAHost)
+TEST(Message, StartWithTooManyValuesIsRefused)
 {
     StartMessage many;
     many.values.resize(10'001);

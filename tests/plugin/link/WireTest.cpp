@@ -152,7 +152,7 @@ TEST(Wire, DoublesSurviveToTheLastBit)
     EXPECT_EQ(throughWire(QVariant::fromValue(0.5F)), QVariant(0.5)) << "a float, as a double";
 }
 
-TEST(Wire, TextsSurviveWhateverTheyHold)
+TEST(Wire, TextsWithAnyCharactersSurvive)
 {
     const QChar lone(0xd800);
     const QStringList texts {QString(3, QChar(0)), QStringLiteral("a\0b") + QChar(0),
@@ -167,7 +167,7 @@ TEST(Wire, TextsSurviveWhateverTheyHold)
     EXPECT_EQ(throughWire(QVariant(texts)), QVariant(texts));
 }
 
-TEST(Wire, ListsHashesAndMapsSurviveInsideEachOther)
+TEST(Wire, NestedContainersSurvive)
 {
     const QVariantMap map {{QStringLiteral("b"), 1}, {QStringLiteral("a"), QVariantList()},
         {QString(), QVariantHash()}};
@@ -221,7 +221,7 @@ TEST(Wire, PathsSurvive)
     EXPECT_TRUE(WireReader(writer.bytes()).readPath().isEmpty());
 }
 
-TEST(Wire, WhatConvertsToAHashIsReadAsOne)
+TEST(Wire, TypesThatConvertToAHashAreReadAsOne)
 {
     const VeskValue value = VeskValue::fromString(QStringLiteral("me"));
     const QVariant read = throughWire(QVariant::fromValue(value));
@@ -230,7 +230,7 @@ TEST(Wire, WhatConvertsToAHashIsReadAsOne)
     EXPECT_EQ(read, QVariant(value.toHash()));
 }
 
-TEST(Wire, WhatItDoesNotKnowIsNull)
+TEST(Wire, UnknownTypesAreNull)
 {
     EXPECT_FALSE(throughWire(QVariant(QSize(1, 2))).isValid());
     EXPECT_FALSE(throughWire(QVariant::fromValue(static_cast<QObject *>(nullptr))).isValid());
@@ -238,7 +238,7 @@ TEST(Wire, WhatItDoesNotKnowIsNull)
     EXPECT_EQ(throughWire(list), QVariant(QVariantList {1, QVariant(), 3}));
 }
 
-TEST(Wire, WritesAKeyOnce)
+TEST(Wire, AKeyIsWrittenOnce)
 {
     const QString key(1000, QLatin1Char('k'));
     QVariantList rows;
@@ -250,7 +250,7 @@ TEST(Wire, WritesAKeyOnce)
     EXPECT_EQ(throughWire(rows), QVariant(rows));
 }
 
-TEST(Wire, KeysAreSharedByEverythingOfOneWriter)
+TEST(Wire, KeysAreSharedWithinOneWriter)
 {
     const QVariantHash hash {{QStringLiteral("Rows"), 1}};
     const TrString text("Rows", "Stations");
@@ -287,7 +287,7 @@ TEST(Wire, NumbersOfEverySizeSurvive)
     EXPECT_TRUE(reader.isAtEnd());
 }
 
-TEST(Wire, NothingThatIsCutIsRead)
+TEST(Wire, TruncatedValuesAreRefused)
 {
     WireWriter writer;
     writer.writeVariant(everything());
@@ -326,7 +326,7 @@ TEST(Wire, EveryDamagedByteIsSafe)
     EXPECT_GT(refused, 0);
 }
 
-TEST(Wire, ReadsNothingMoreAfterWhatItCannotRead)
+TEST(Wire, ReadsEmptyValuesAfterAFailure)
 {
     WireWriter writer;
     writer.writeByte(TagLast + 1);
@@ -360,7 +360,7 @@ TEST(Wire, RefusesUnknownTags)
     }
 }
 
-TEST(Wire, RefusesCountsThatLie)
+TEST(Wire, RefusesCountsBeyondTheInput)
 {
     const MemoryLimit limit(64 * Mebibyte);
     const QVector<quint64> counts {17, 1000, 0x7fffffff, 0x80000000, 0xffffffff, 0x100000000,
@@ -404,7 +404,7 @@ TEST(Wire, RefusesNumbersOfTooManyBytes)
     EXPECT_FALSE(isNumber(nine));
 }
 
-TEST(Wire, RefusesWhatLiesTooDeep)
+TEST(Wire, RefusesTooDeepNesting)
 {
     for (const bool hashes : {false, true}) {
         EXPECT_TRUE(isReadable(nested(WireReader::MaxDepth, hashes)));
@@ -413,7 +413,7 @@ TEST(Wire, RefusesWhatLiesTooDeep)
     }
 }
 
-TEST(Wire, DepthIsOfWhatLiesInsideOnly)
+TEST(Wire, DepthCountsNestingOnly)
 {
     QVariantList flat;
     for (int i = 0; i < 2 * WireReader::MaxDepth; ++i)
@@ -421,7 +421,7 @@ TEST(Wire, DepthIsOfWhatLiesInsideOnly)
     EXPECT_EQ(throughWire(flat), QVariant(flat));
 }
 
-TEST(Wire, CountsATextAsOftenAsItComes)
+TEST(Wire, SharedTextsCountEachTime)
 {
     const auto repeated = [](qint64 characters) {
         const QString text(1024 * 1024, QLatin1Char('x'));
@@ -455,7 +455,7 @@ TEST(Wire, RefusesTooManyValues)
     EXPECT_FALSE(isReadable(textWriter.bytes()));
 }
 
-TEST(Wire, ATextThatIsShownStaysOfMeasure)
+TEST(Wire, FieldWidthsAreBounded)
 {
     // Whoever shows it fills the field.
     for (const int width : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min(),

@@ -43,7 +43,7 @@ QByteArray statusOf(int process, const QByteArray &name)
     return "no such line";
 }
 
-/// The worker processes of \a plugin.
+/// The plug-in processes of \a plugin.
 QList<int> workersOf(const QString &plugin)
 {
     QList<int> found;
@@ -109,7 +109,7 @@ protected:
     std::unique_ptr<SupervisedPlugin> m_plugin;
 };
 
-TEST_F(ConfinementTest, LeavesWhatAPluginNeeds)
+TEST_F(ConfinementTest, AllowsWhatAPluginNeeds)
 {
     EXPECT_EQ(attempt("thread"), 0);
     EXPECT_EQ(attempt("internet"), 0);
@@ -134,7 +134,7 @@ TEST_F(ConfinementTest, WritesNoFiles)
         QStringList(QStringLiteral("file")));
 }
 
-TEST_F(ConfinementTest, ReadsNoFilesOfOthers)
+TEST_F(ConfinementTest, ReadsNoOtherFiles)
 {
     if (!hasLandlock())
         GTEST_SKIP() << "this kernel has no Landlock: files can be read";
@@ -150,21 +150,21 @@ TEST_F(ConfinementTest, StartsNoProcesses)
         EXPECT_EQ(attempt(deed), EPERM) << deed;
 }
 
-TEST_F(ConfinementTest, DoesNothingToOtherProcesses)
+TEST_F(ConfinementTest, CannotAffectOtherProcesses)
 {
     for (const char *deed : {"ptrace", "kill", "tgkill", "signaloffile"})
         EXPECT_EQ(attempt(deed), EPERM) << deed;
     EXPECT_EQ(attempt("pidfd"), ENOSYS);
 }
 
-TEST_F(ConfinementTest, NewerCallsAreAsOnAnOlderKernel)
+TEST_F(ConfinementTest, NewerCallsFailAsOnAnOlderKernel)
 {
     // A C library that gets another error takes it for that of what it wanted to do.
     for (const char *deed : {"clone3", "openat2", "landlock", "newest", "yettocome"})
         EXPECT_EQ(attempt(deed), ENOSYS) << deed;
 }
 
-TEST_F(ConfinementTest, GetsNoPrivileges)
+TEST_F(ConfinementTest, GainsNoPrivileges)
 {
     for (const char *deed : {"setuid", "setgid", "setgroups", "namespace", "chroot", "mount",
              "dumpable", "survive", "corelimit", "memorylimit"})
@@ -182,13 +182,13 @@ TEST_F(ConfinementTest, GetsNoPrivileges)
     }
 }
 
-TEST_F(ConfinementTest, OpensNoSocketsButToTheInternet)
+TEST_F(ConfinementTest, OpensInternetSocketsOnly)
 {
     for (const char *deed : {"local", "raw", "packet", "listen"})
         EXPECT_EQ(attempt(deed), EPERM) << deed;
 }
 
-TEST_F(ConfinementTest, SendsNothingToLocalServices)
+TEST_F(ConfinementTest, CannotReachLocalServices)
 {
     const QString name = m_folder.filePath(QStringLiteral("socket"));
     sockaddr_un address {};
@@ -202,7 +202,7 @@ TEST_F(ConfinementTest, SendsNothingToLocalServices)
     ::close(service);
 }
 
-TEST_F(ConfinementTest, HasAFairShareOfDescriptors)
+TEST_F(ConfinementTest, DescriptorsAreLimited)
 {
     const int count = attempt("descriptors");
     EXPECT_LE(count, 256);
@@ -210,14 +210,14 @@ TEST_F(ConfinementTest, HasAFairShareOfDescriptors)
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-TEST_F(ConfinementTest, HasAFairShareOfMemory)
+TEST_F(ConfinementTest, MemoryIsLimited)
 {
     EXPECT_EQ(attempt("memory"), ENOMEM);
     EXPECT_EQ(attempt("sharedmemory"), EPERM) << "which no limit counts";
 }
 #endif
 
-TEST(WorkerLife, EndsWithTheHostHoweverThatEnds)
+TEST(PluginProcessLife, EndsWithTheHostHoweverThatEnds)
 {
     // A name of its own, by which its process is found.
     const QTemporaryDir folder;

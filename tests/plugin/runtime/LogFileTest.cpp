@@ -42,7 +42,7 @@ protected:
     std::string m_file;
 };
 
-TEST_F(LogFileTest, IsAppendedToAndForItsOwnerAndGroupAlone)
+TEST_F(LogFileTest, AppendsAndHasMode0640)
 {
     std::ofstream(m_file + ".other") << "";
     const mode_t before = ::umask(0);
@@ -61,7 +61,7 @@ TEST_F(LogFileTest, IsAppendedToAndForItsOwnerAndGroupAlone)
     EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
-TEST_F(LogFileTest, NeverGrowsBeyondItsLimitAndKeepsOneOldFile)
+TEST_F(LogFileTest, RotatesAtItsLimitAndKeepsOneOldFile)
 {
     LogFile log(m_file, 100);
     ASSERT_TRUE(log.open());
@@ -76,7 +76,7 @@ TEST_F(LogFileTest, NeverGrowsBeyondItsLimitAndKeepsOneOldFile)
     EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), {}), 2);
 }
 
-TEST_F(LogFileTest, WhatIsLongerThanTheLimitStandsAlone)
+TEST_F(LogFileTest, ARecordBeyondTheLimitGetsAFileOfItsOwn)
 {
     LogFile log(m_file, 10);
     ASSERT_TRUE(log.open());
@@ -87,7 +87,7 @@ TEST_F(LogFileTest, WhatIsLongerThanTheLimitStandsAlone)
     EXPECT_EQ(contentOf(m_file), "short again\n");
 }
 
-TEST_F(LogFileTest, IsEmptiedWhereItCannotBeRenamed)
+TEST_F(LogFileTest, IsTruncatedWhereItCannotBeRenamed)
 {
     fs::create_directories(m_file + ".1/in the way");
     LogFile log(m_file, 20);
@@ -97,7 +97,7 @@ TEST_F(LogFileTest, IsEmptiedWhereItCannotBeRenamed)
     EXPECT_EQ(contentOf(m_file), "twelve bytes\n");
 }
 
-TEST_F(LogFileTest, GoesOnWithANewFileAfterItWasRenamed)
+TEST_F(LogFileTest, ReopensAfterItWasRenamed)
 {
     LogFile log(m_file, 0);
     ASSERT_TRUE(log.open());
@@ -110,7 +110,7 @@ TEST_F(LogFileTest, GoesOnWithANewFileAfterItWasRenamed)
     EXPECT_EQ(contentOf(m_file), "three\n");
 }
 
-TEST_F(LogFileTest, IsNotOpenedWhenItIsNoFile)
+TEST_F(LogFileTest, OpensRegularFilesOnly)
 {
     ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
     LogFile log(m_file, 0);
@@ -123,7 +123,7 @@ TEST_F(LogFileTest, IsNotOpenedWhenItIsNoFile)
     EXPECT_FALSE(LogFile(m_folder + "/none/log", 0).open());
 }
 
-TEST_F(LogFileTest, AFifoThatTookItsPlaceDropsRecordsAndSaysSoAfterwards)
+TEST_F(LogFileTest, AFifoInItsPlaceDropsAndCountsRecords)
 {
     LogFile log(m_file, 0);
     ASSERT_TRUE(log.open());
@@ -138,7 +138,7 @@ TEST_F(LogFileTest, AFifoThatTookItsPlaceDropsRecordsAndSaysSoAfterwards)
     EXPECT_EQ(contentOf(m_file), "2 records are missing here: this is no regular file\nthere\n");
 }
 
-TEST_F(LogFileTest, AFullDiskDropsRecordsAndSaysSoAfterwards)
+TEST_F(LogFileTest, AFullDiskDropsAndCountsRecords)
 {
     const SmallDisk disk;
     if (!disk.isMounted())
@@ -156,7 +156,7 @@ TEST_F(LogFileTest, AFullDiskDropsRecordsAndSaysSoAfterwards)
         MatchesRegex("there\n1000 records are missing here: [^\n]*No space left[^\n]*\nthere\n"));
 }
 
-TEST_F(LogFileTest, WritesRecordsOfManyThreadsWhole)
+TEST_F(LogFileTest, RecordsOfSeveralThreadsAreNotInterleaved)
 {
     LogFile log(m_file, 10000);
     ASSERT_TRUE(log.open());

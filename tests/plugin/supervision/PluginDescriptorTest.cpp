@@ -38,7 +38,7 @@ protected:
 
 } // namespace
 
-TEST(PluginDescriptorTest, readsAWholeFile)
+TEST(PluginDescriptorTest, ReadsAllMembers)
 {
     const PluginDescriptor descriptor = *PluginDescriptor::fromJson(Whole);
     EXPECT_EQ(descriptor.id, QStringLiteral("radio"));
@@ -54,7 +54,7 @@ TEST(PluginDescriptorTest, readsAWholeFile)
     EXPECT_EQ(descriptor.changing.at(2).base, QString());
 }
 
-TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
+TEST(PluginDescriptorTest, ReadsTheDeviceSettingAndAnswers)
 {
     const PluginDescriptor descriptor = *PluginDescriptor::fromJson(
         R"({"format": 1, "id": "radio", "deviceSetting": "settings:radio/key",
@@ -74,7 +74,7 @@ TEST(PluginDescriptorTest, readsWhatItSaysOfItsService)
     EXPECT_FALSE(without.answers.isKnown());
 }
 
-TEST(PluginDescriptorTest, tellsWhatIsWrong)
+TEST(PluginDescriptorTest, ReportsTheFirstError)
 {
     const QByteArray longText(PluginDescriptor::MaxText + 1, 'a');
     const QByteArray manyTexts
@@ -141,7 +141,7 @@ TEST(PluginDescriptorTest, tellsWhatIsWrong)
         EXPECT_EQ(errorOf(row.json), row.error) << row.json.constData();
 }
 
-TEST(PluginDescriptorTest, liesBesideTheLibrary)
+TEST(PluginDescriptorTest, TheFileIsBesideTheLibrary)
 {
     EXPECT_EQ(PluginDescriptor::fileOf(QStringLiteral("/lib/libvesk_cb_radio.so")),
         QStringLiteral("/lib/libvesk_cb_radio.json"));
@@ -149,7 +149,7 @@ TEST(PluginDescriptorTest, liesBesideTheLibrary)
         QStringLiteral("/lib/lib.radio.json"));
 }
 
-TEST(PluginDescriptorTest, isReadFromARegularFileOfABoundedSizeOnly)
+TEST(PluginDescriptorTest, ReadsOnlyRegularFilesOfBoundedSize)
 {
     const QTemporaryDir folder;
     const auto read = [&](const char *name) {
@@ -174,7 +174,7 @@ TEST(PluginDescriptorTest, isReadFromARegularFileOfABoundedSizeOnly)
     EXPECT_EQ(read("."), "this is no regular file");
 }
 
-TEST_F(ChangingAddressesTest, areThoseWithADeclaredWordOrParameter)
+TEST_F(ChangingAddressesTest, HaveADeclaredWordOrParameter)
 {
     for (const char *text :
         {"Radio:list/at/Add", "Radio:list/at/add.php", "Radio:list/at/ADD.php?x=1",
@@ -188,7 +188,7 @@ TEST_F(ChangingAddressesTest, areThoseWithADeclaredWordOrParameter)
         EXPECT_FALSE(isChanging(QString::fromLatin1(text))) << text;
 }
 
-TEST_F(ChangingAddressesTest, areThoseThatTheHostCannotReadAsWell)
+TEST_F(ChangingAddressesTest, IncludeAddressesThatTheHostCannotRead)
 {
     for (const char *text :
         {"Radio:list/at/A%64d", "Radio:list/at/A%2564d", "Radio:list/at/x/../Show",
@@ -201,7 +201,7 @@ TEST_F(ChangingAddressesTest, areThoseThatTheHostCannotReadAsWell)
         EXPECT_TRUE(isChanging(QString::fromLatin1(text))) << text;
 }
 
-TEST_F(ChangingAddressesTest, areSeenThroughWhatThePluginTakesOut)
+TEST_F(ChangingAddressesTest, AreFoundBehindRemovedTexts)
 {
     for (const char *text : {"Radio:list/at/Alistdd", "Radio:list/at/A/atdd",
              "Radio:list/at/A/at/at/atdd", "Radio:list/at/Allististdd", "Radio:list/at/A/alisttdd",
@@ -214,7 +214,7 @@ TEST_F(ChangingAddressesTest, areSeenThroughWhatThePluginTakesOut)
     EXPECT_FALSE(isChanging(QStringLiteral("Radio:list/at/Shlistow.php")));
 }
 
-TEST_F(ChangingAddressesTest, areThoseBelowThePluginsOwnRoot)
+TEST_F(ChangingAddressesTest, AreBelowThePluginsRoot)
 {
     const auto changing = PluginDescriptor::fromJson(Whole)->changing;
     const CMPath root = CMPath::fromEncoded(QStringLiteral("Many:radio"));

@@ -95,7 +95,7 @@ TEST_P(PluginTest, LoadsAWorkerOnAThreadOfItsOwn)
         << "a value of the host's, read while it was created";
 }
 
-TEST_P(PluginTest, UnloadingTakesItsPathsAway)
+TEST_P(PluginTest, UnloadingRemovesItsPaths)
 {
     const std::unique_ptr<Plugin> plugin = make(file("good"));
     ASSERT_TRUE(load(*plugin));
@@ -108,7 +108,7 @@ TEST_P(PluginTest, UnloadingTakesItsPathsAway)
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Good")));
 }
 
-TEST_P(PluginTest, CanBeLoadedAgainAndAgain)
+TEST_P(PluginTest, CanBeLoadedRepeatedly)
 {
     for (int i = 0; i < 20; ++i) {
         const std::unique_ptr<Plugin> plugin = make(file("good"));
@@ -118,7 +118,7 @@ TEST_P(PluginTest, CanBeLoadedAgainAndAgain)
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Good")));
 }
 
-TEST_P(PluginTest, MayBeUnloadedWhileItLoads)
+TEST_P(PluginTest, CanBeUnloadedWhileItLoads)
 {
     const std::unique_ptr<Plugin> plugin = make(file("good"));
     plugin->load();
@@ -126,13 +126,13 @@ TEST_P(PluginTest, MayBeUnloadedWhileItLoads)
     EXPECT_TRUE(spinUntil([&] { return !plugin->isRunning(); }));
 }
 
-TEST_P(PluginTest, MayGoWithoutEverHavingBeenLoaded)
+TEST_P(PluginTest, CanBeDestroyedWithoutHavingBeenLoaded)
 {
     const std::unique_ptr<Plugin> plugin = make(file("good"));
     EXPECT_FALSE(plugin->isRunning());
 }
 
-TEST_P(PluginTest, TellsWhyAFileCannotBeLoaded)
+TEST_P(PluginTest, ReportsWhyAFileCannotBeLoaded)
 {
     EXPECT_THAT(errorOf(file("missing")), testing::HasSubstr("No such file"));
     EXPECT_THAT(errorOf(file("noentry")), testing::HasSubstr("worker_create"));

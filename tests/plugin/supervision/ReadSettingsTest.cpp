@@ -43,7 +43,7 @@ protected:
     QString m_told;
 };
 
-TEST_F(ReadSettingsTest, AChangeOfOneThatWasReadSettles)
+TEST_F(ReadSettingsTest, AChangeOfAKeptSettingSettles)
 {
     m_settings.noteKept(A, number(1));
     m_settings.noteChanged(B, number(1));
@@ -64,7 +64,7 @@ TEST_F(ReadSettingsTest, ABurstSettlesOnce)
     EXPECT_EQ(told(), "os");
 }
 
-TEST_F(ReadSettingsTest, WhatGoesOnChangingSettlesAllTheSame)
+TEST_F(ReadSettingsTest, ContinuousChangesSettleAtLast)
 {
     m_settings.noteKept(A, number(0));
     int changes = 0;
@@ -76,7 +76,7 @@ TEST_F(ReadSettingsTest, WhatGoesOnChangingSettlesAllTheSame)
     EXPECT_GE(changes, 5);
 }
 
-TEST_F(ReadSettingsTest, WhatIsAsItWasNeedsNothing)
+TEST_F(ReadSettingsTest, AChangeBackNeedsNoRestart)
 {
     m_settings.noteKept(A, number(1));
     m_settings.noteKept(B, number(1));
@@ -89,7 +89,7 @@ TEST_F(ReadSettingsTest, WhatIsAsItWasNeedsNothing)
     EXPECT_FALSE(m_settings.isOutdated());
 }
 
-TEST_F(ReadSettingsTest, WhatIsReadAfterTheChangeIsAsGood)
+TEST_F(ReadSettingsTest, AValueReadAfterTheChangeNeedsNoRestart)
 {
     m_settings.noteChanged(A, number(2));
     m_settings.noteKept(A, number(2));
@@ -99,7 +99,7 @@ TEST_F(ReadSettingsTest, WhatIsReadAfterTheChangeIsAsGood)
     EXPECT_EQ(told(), "os");
 }
 
-TEST_F(ReadSettingsTest, WhatIsFollowedAfterAllNeedsNothing)
+TEST_F(ReadSettingsTest, AFollowedSettingNeedsNoRestart)
 {
     m_settings.noteKept(A, number(1));
     m_settings.noteChanged(A, number(2));
@@ -107,14 +107,14 @@ TEST_F(ReadSettingsTest, WhatIsFollowedAfterAllNeedsNothing)
     EXPECT_EQ(told(), "ou");
 }
 
-TEST_F(ReadSettingsTest, WhatThePlugInSaysCountsOnlyForWhatHasChanged)
+TEST_F(ReadSettingsTest, ReportsCountOnlyForChangedSettings)
 {
     m_settings.noteKept(A, number(1));
     m_settings.noteKept(A, number(7));
     EXPECT_EQ(told(), "") << "nothing has changed, whatever it says";
 }
 
-TEST_F(ReadSettingsTest, ANewOneHasReadNothing)
+TEST_F(ReadSettingsTest, BeginForgetsEverything)
 {
     m_settings.noteKept(A, number(1));
     m_settings.noteChanged(A, number(2));
@@ -124,7 +124,7 @@ TEST_F(ReadSettingsTest, ANewOneHasReadNothing)
     EXPECT_EQ(told(), "o");
 }
 
-TEST_F(ReadSettingsTest, SettlesAgainWhenItIsToldTo)
+TEST_F(ReadSettingsTest, SettlesAgainOnRequest)
 {
     m_settings.settleAgain();
     EXPECT_EQ(told(), "");

@@ -212,32 +212,32 @@ void SupervisedPluginTest::expectRestart(const char *misdeed, const char *reason
 
 // Loading.
 
-TEST_F(SupervisedPluginTest, TellsWhyItWasNotLoaded)
+TEST_F(SupervisedPluginTest, ReportsWhyThePluginWasNotLoaded)
 {
     EXPECT_EQ(whyNot("failing"), "no licence");
 }
 
-TEST_F(SupervisedPluginTest, NeedsARoot)
+TEST_F(SupervisedPluginTest, DoesNotLoadAPluginWithoutRoot)
 {
     EXPECT_EQ(whyNot("noroot"), "no root");
 }
 
-TEST_F(SupervisedPluginTest, DoesNotLoadFromOneWhoSendsGarbage)
+TEST_F(SupervisedPluginTest, DoesNotLoadAfterGarbage)
 {
     EXPECT_THAT(whyNot("garbage"), HasSubstr("a message of kind 238 out of place"));
 }
 
-TEST_F(SupervisedPluginTest, DoesNotLoadFromOneWhoSendsNothingInAFrame)
+TEST_F(SupervisedPluginTest, DoesNotLoadAfterAnEmptyFrame)
 {
     EXPECT_THAT(whyNot("empty"), HasSubstr("a message of kind 0 out of place"));
 }
 
-TEST_F(SupervisedPluginTest, DoesNotLoadFromOneWhoAnnouncesTooMuch)
+TEST_F(SupervisedPluginTest, DoesNotLoadAfterALengthBeyondTheLimit)
 {
     EXPECT_THAT(whyNot("oversized"), HasSubstr("a message of 4294967295 bytes"));
 }
 
-TEST_F(SupervisedPluginTest, DoesNotLoadWithoutAGreeting)
+TEST_F(SupervisedPluginTest, DoesNotLoadWithoutHello)
 {
     EXPECT_THAT(whyNot("early"), HasSubstr("out of place"));
 }
@@ -252,22 +252,22 @@ TEST_F(SupervisedPluginTest, DoesNotLoadFromAnotherVersion)
     EXPECT_THAT(whyNot("version"), HasSubstr("another program or version"));
 }
 
-TEST_F(SupervisedPluginTest, TellsOfAnExitWhileLoading)
+TEST_F(SupervisedPluginTest, ReportsAnExitWhileLoading)
 {
     EXPECT_THAT(whyNot("exits"), HasSubstr("exit status 7; its last line: my last words"));
 }
 
-TEST_F(SupervisedPluginTest, TellsOfACrashWhileLoading)
+TEST_F(SupervisedPluginTest, ReportsACrashWhileLoading)
 {
     EXPECT_THAT(whyNot("segfaults"), HasSubstr("signal 11 (Segmentation fault)"));
 }
 
-TEST_F(SupervisedPluginTest, TellsOfAnAbortWhileLoading)
+TEST_F(SupervisedPluginTest, ReportsAnAbortWhileLoading)
 {
     EXPECT_THAT(whyNot("aborts"), HasSubstr("signal 6 (Aborted); its last line: it was too much"));
 }
 
-TEST_F(SupervisedPluginTest, TellsThatThereIsNoProgram)
+TEST_F(SupervisedPluginTest, ReportsAMissingProgram)
 {
     m_options.program = m_folder.filePath(QStringLiteral("missing"));
     load("good");
@@ -278,7 +278,7 @@ TEST_F(SupervisedPluginTest, TellsThatThereIsNoProgram)
 
 // Running.
 
-TEST_F(SupervisedPluginTest, BringsQuestionsBothWays)
+TEST_F(SupervisedPluginTest, RequestsGoInBothDirections)
 {
     loadGood();
     CMValuesWorker values;
@@ -292,7 +292,7 @@ TEST_F(SupervisedPluginTest, BringsQuestionsBothWays)
     m_root.removeWorker(&values);
 }
 
-TEST_F(SupervisedPluginTest, TellsItOfValues)
+TEST_F(SupervisedPluginTest, SendsValuesToTheProcess)
 {
     loadGood();
     const VeskValue value = VeskValue::fromInt(9);
@@ -302,7 +302,7 @@ TEST_F(SupervisedPluginTest, TellsItOfValues)
     EXPECT_EQ(told.list().value(0), QVariant(value.toHash()));
 }
 
-TEST_F(SupervisedPluginTest, BringsWhatItPrintsToTheLogWithoutHarm)
+TEST_F(SupervisedPluginTest, OutputGoesToTheLogWithoutControlCharacters)
 {
     const LogCapture lines("LinesOfPlugins");
     loadGood();
@@ -321,72 +321,72 @@ TEST_F(SupervisedPluginTest, BringsWhatItPrintsToTheLogWithoutHarm)
     EXPECT_EQ(letters, 50'000) << "nothing is lost where a line is split";
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatSendsGarbage)
+TEST_F(SupervisedPluginTest, RestartsAfterGarbage)
 {
     expectRestart("Fake:garbage", "a message of kind 238 out of place");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatAnnouncesTooMuch)
+TEST_F(SupervisedPluginTest, RestartsAfterALengthBeyondTheLimit)
 {
     expectRestart("Fake:oversized", "a message of 2147483647 bytes");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatAnswersWhatNobodyAsked)
+TEST_F(SupervisedPluginTest, RestartsAfterAResponseWithoutARequest)
 {
     expectRestart("Fake:unasked", "a response without a request");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatAnswersTwice)
+TEST_F(SupervisedPluginTest, RestartsAfterASecondResponse)
 {
     expectRestart("Fake:twice", "a response without a request");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatCannotBeRead)
+TEST_F(SupervisedPluginTest, RestartsAfterAMessageThatCannotBeDecoded)
 {
     expectRestart("Fake:unreadable", "a message of kind 6 that cannot be read");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatGreetsAgain)
+TEST_F(SupervisedPluginTest, RestartsAfterASecondHello)
 {
     expectRestart("Fake:hello", "a message of kind 1 out of place");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatLoadsAgain)
+TEST_F(SupervisedPluginTest, RestartsAfterASecondLoaded)
 {
     expectRestart("Fake:loaded", "a message of kind 3 out of place");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneWithARouteToNowhere)
+TEST_F(SupervisedPluginTest, RestartsAfterARouteToNowhere)
 {
     expectRestart("Fake:nowhere", "a route to nowhere");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatCrashes)
+TEST_F(SupervisedPluginTest, RestartsAfterACrash)
 {
     expectRestart("Fake:crash", "signal 11 (Segmentation fault)");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatAborts)
+TEST_F(SupervisedPluginTest, RestartsAfterAnAbort)
 {
     expectRestart("Fake:abort", "signal 6 (Aborted); its last line: it was too much");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatExits)
+TEST_F(SupervisedPluginTest, RestartsAfterAnExit)
 {
     expectRestart("Fake:exit", "exit status 7; its last line: my last words");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatHangsUp)
+TEST_F(SupervisedPluginTest, RestartsAfterTheConnectionIsClosed)
 {
     expectRestart("Fake:hangup", "signal 9 (Killed)");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatSomebodyStopped)
+TEST_F(SupervisedPluginTest, RestartsAStoppedProcess)
 {
     expectRestart("Fake:stop", "somebody stopped it");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatAsksTooMuch)
+TEST_F(SupervisedPluginTest, RestartsAfterTooManyRequests)
 {
     HoldingWorker holding(m_root);
     expectRestart("Fake:requests", "more than 1024 requests at a time");
@@ -395,17 +395,17 @@ TEST_F(SupervisedPluginTest, RestartsOneThatAsksTooMuch)
     EXPECT_EQ(runs(), 2);
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatServesTooMuch)
+TEST_F(SupervisedPluginTest, RestartsAfterTooManyRoutes)
 {
     expectRestart("Fake:routes", "more than 1024 routes");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatWatchesTooMuch)
+TEST_F(SupervisedPluginTest, RestartsAfterTooManySubscriptions)
 {
     expectRestart("Fake:watches", "more than 16384 subscriptions");
 }
 
-TEST_F(SupervisedPluginTest, RestartsOneThatOwesAnAnswerForTooLong)
+TEST_F(SupervisedPluginTest, RestartsAProcessThatOwesAResponseForTooLong)
 {
     m_options.patience = milliseconds(1200);
     QElapsedTimer elapsed;
@@ -414,7 +414,7 @@ TEST_F(SupervisedPluginTest, RestartsOneThatOwesAnAnswerForTooLong)
     EXPECT_GE(elapsed.elapsed(), 1200);
 }
 
-TEST_F(SupervisedPluginTest, LeavesOneAloneThatOwesNothing)
+TEST_F(SupervisedPluginTest, AProcessThatOwesNothingIsNotKilled)
 {
     m_options.patience = milliseconds(300);
     loadGood();
@@ -442,7 +442,7 @@ protected:
     }
 };
 
-TEST_F(SupervisedPluginTest, WakesTheHostOnlyWhileItOwesAnswers)
+TEST_F(SupervisedPluginTest, TheTimerRunsOnlyWhileResponsesAreOwed)
 {
     loadGood();
     process();
@@ -466,7 +466,7 @@ TEST_F(SupervisedPluginTest, WakesTheHostOnlyWhileItOwesAnswers)
 
 // Restarting.
 
-TEST_F(SupervisedPluginTest, QuestionsWaitForTheNextProcess)
+TEST_F(SupervisedPluginTest, RequestsWaitForTheNextProcess)
 {
     loadGood("slow");
     const pid_t former = process();
@@ -492,7 +492,7 @@ TEST_F(SupervisedPluginTest, QuestionsWaitForTheNextProcess)
     }
 }
 
-TEST_F(SupervisedPluginTest, QuestionsWaitDuringAShortWait)
+TEST_F(SupervisedPluginTest, RequestsWaitDuringAShortWait)
 {
     loadGood("fails2");
     expectInterrupted(ask("Fake:crash"));
@@ -507,7 +507,7 @@ TEST_F(SupervisedPluginTest, QuestionsWaitDuringAShortWait)
     EXPECT_EQ(m_restarting, 2) << "what waits is not to be forgotten";
 }
 
-TEST_F(SupervisedPluginTest, OneThatLoadedOnceIsTriedAgainWhenItFails)
+TEST_F(SupervisedPluginTest, APluginThatLoadedOnceIsTriedAgain)
 {
     loadGood("fails2later");
     expectInterrupted(ask("Fake:crash"));
@@ -518,7 +518,7 @@ TEST_F(SupervisedPluginTest, OneThatLoadedOnceIsTriedAgainWhenItFails)
     EXPECT_EQ(m_plugin->error(), QString());
 }
 
-TEST_F(SupervisedPluginTest, WaitsLongerAndLonger)
+TEST_F(SupervisedPluginTest, RestartWaitsGrow)
 {
     loadGood("fails2to9");
     expectInterrupted(ask("Fake:crash"));
@@ -538,7 +538,7 @@ TEST_F(SupervisedPluginTest, WaitsLongerAndLonger)
     EXPECT_EQ(ask("Fake:value").errorName(), CMError::NoNodeName());
 }
 
-TEST_F(SupervisedPluginTest, WaitsNoLongerThanAllowed)
+TEST_F(SupervisedPluginTest, RestartWaitsAreBounded)
 {
     m_options.longestWait = milliseconds(50);
     loadGood("fails2to9");
@@ -549,7 +549,7 @@ TEST_F(SupervisedPluginTest, WaitsNoLongerThanAllowed)
     EXPECT_FALSE(logged().contains(QStringLiteral("in 250 ms")));
 }
 
-TEST_F(SupervisedPluginTest, WaitsForAProgramThatIsGone)
+TEST_F(SupervisedPluginTest, TriesAgainWhileTheProgramIsMissing)
 {
     m_options.longestWait = milliseconds(2000);
     m_options.program = m_folder.filePath(QStringLiteral("program"));
@@ -570,12 +570,12 @@ TEST_F(SupervisedPluginTest, WaitsForAProgramThatIsGone)
 
 // Replacing for the sake of a setting.
 
-TEST_F(SupervisedPluginTest, RestartsOneThatSaysItKeepsWhatIsNoSetting)
+TEST_F(SupervisedPluginTest, RestartsAfterKeptForWhatIsNoSetting)
 {
     expectRestart("Fake:keptodd", "an unreadable setting");
 }
 
-TEST_F(SupervisedPluginTest, IsReplacedQuietlyWhenASettingChangesThatItKeeps)
+TEST_F(SupervisedPluginTest, IsReplacedWithoutAnErrorWhenAKeptSettingChanges)
 {
     loadKeeping();
     const pid_t former = process();
@@ -603,7 +603,7 @@ TEST_F(SupervisedPluginTest, IsReplacedQuietlyWhenASettingChangesThatItKeeps)
     EXPECT_TRUE(spinUntilLogged("starting again in 0 ms"));
 }
 
-TEST_F(SupervisedPluginTest, FinishesWhatChangesSomethingBeforeItIsReplaced)
+TEST_F(SupervisedPluginTest, FinishesChangingRequestsBeforeItIsReplaced)
 {
     loadKeeping();
     const Answer writing = setData(m_root, path("Fake:later"), VeskRoles::Value(), 1);
@@ -619,7 +619,7 @@ TEST_F(SupervisedPluginTest, FinishesWhatChangesSomethingBeforeItIsReplaced)
     EXPECT_EQ(waiting.list().value(1).toInt(), 2);
 }
 
-TEST_F(SupervisedPluginTest, OneThatDiesWhileItFinishesIsReplacedAllTheSame)
+TEST_F(SupervisedPluginTest, IsReplacedEvenIfItDiesWhileFinishing)
 {
     loadKeeping();
     const pid_t former = process();
@@ -634,7 +634,7 @@ TEST_F(SupervisedPluginTest, OneThatDiesWhileItFinishesIsReplacedAllTheSame)
     EXPECT_EQ(m_restarting, 1);
 }
 
-TEST_F(SupervisedPluginTest, UnloadingEndsOneThatFinishes)
+TEST_F(SupervisedPluginTest, UnloadingEndsAProcessThatFinishes)
 {
     loadKeeping();
     const Answer writing = setData(m_root, path("Fake:later"), VeskRoles::Value(), 1);
@@ -649,7 +649,7 @@ TEST_F(SupervisedPluginTest, UnloadingEndsOneThatFinishes)
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Fake")));
 }
 
-TEST_F(SupervisedPluginTest, AChangeThatIsTakenBackReplacesNothing)
+TEST_F(SupervisedPluginTest, ASettingThatChangesBackReplacesNothing)
 {
     loadKeeping();
     const pid_t former = process();
@@ -681,7 +681,7 @@ TEST_F(SupervisedPluginTest, UnloadingEndsTheProcess)
     EXPECT_EQ(runs(), 1);
 }
 
-TEST_F(SupervisedPluginTest, UnloadingEndsOneThatDoesNotWantTo)
+TEST_F(SupervisedPluginTest, UnloadingKillsAProcessThatDoesNotEnd)
 {
     loadGood("stubborn");
     const pid_t former = process();
@@ -691,7 +691,7 @@ TEST_F(SupervisedPluginTest, UnloadingEndsOneThatDoesNotWantTo)
     EXPECT_EQ(runs(), 1);
 }
 
-TEST_F(SupervisedPluginTest, UnloadingEndsOneThatLoads)
+TEST_F(SupervisedPluginTest, UnloadingEndsAProcessThatLoads)
 {
     make("silent");
     m_plugin->load();
@@ -702,7 +702,7 @@ TEST_F(SupervisedPluginTest, UnloadingEndsOneThatLoads)
     EXPECT_FALSE(m_plugin->isRunning());
 }
 
-TEST_F(SupervisedPluginTest, UnloadingEndsOneThatLoadsAgain)
+TEST_F(SupervisedPluginTest, UnloadingEndsAProcessThatLoadsAgain)
 {
     loadGood("slow");
     expectInterrupted(ask("Fake:crash"));
@@ -717,7 +717,7 @@ TEST_F(SupervisedPluginTest, UnloadingEndsOneThatLoadsAgain)
     EXPECT_EQ(m_restarted, 0);
 }
 
-TEST_F(SupervisedPluginTest, GoingEndsTheProcess)
+TEST_F(SupervisedPluginTest, TheDestructorEndsTheProcess)
 {
     loadGood();
     const pid_t former = process();
