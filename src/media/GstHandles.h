@@ -15,6 +15,8 @@
 /// plug-ins must be made. Throws nothing: without the library's plug-ins nothing can be decoded.
 void startGStreamer();
 
+struct _GstAdapter;
+
 struct GstUnref {
     void operator()(GstObject *object) const { gst_object_unref(object); }
     void operator()(GstElement *element) const { gst_object_unref(element); }
@@ -23,6 +25,7 @@ struct GstUnref {
     void operator()(GstCaps *caps) const { gst_caps_unref(caps); }
     void operator()(GstSample *sample) const { gst_sample_unref(sample); }
     void operator()(GstBuffer *buffer) const { gst_buffer_unref(buffer); }
+    void operator()(_GstAdapter *adapter) const { g_object_unref(adapter); }
 };
 template <class T>
 using GstPtr = std::unique_ptr<T, GstUnref>;

@@ -3,6 +3,7 @@
 
 #include "host/player/AudioOutput.h"
 
+#include "api/core/ThreadCheck.h"
 #include "host/player/AudioPipeline.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-/// The shortest time between two looks at whether the audio has run out.
+/// The shortest time between two checks whether the audio has run out.
 constexpr Milliseconds ShortestWatch {20};
 
 } // namespace
@@ -35,13 +36,10 @@ AudioOutput::~AudioOutput()
 StreamConsumer::Taken AudioOutput::write(
     const AudioFormat &format, const char *samples, std::size_t size)
 {
-    GstPtr<GstBuffer> audio(gst_buffer_new_memdup(samples, size));
-    const std::size_t frames = size / (sizeof(float) * static_cast<std::size_t>(format.channels));
-    GST_BUFFER_DURATION(audio.get()) = gst_util_uint64_scale_int(frames, GST_SECOND, format.rate);
-    const StreamConsumer::Taken taken = m_pipeline->write(format, std::move(audio));
+    const StreamConsumer::Taken taken = m_pipeline->write(format, samples, size);
     if (taken != StreamConsumer::Taken::All)
         return taken;
-    // Nothing is heard before there is enough: no need to wait for the next look at it.
+    // The watch's timer runs only while something is played.
     if (!m_running && !m_lookPosted.exchange(true)) {
         QMetaObject::invokeMethod(
             this,
@@ -56,6 +54,7 @@ StreamConsumer::Taken AudioOutput::write(
 
 void AudioOutput::finish()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_finished = true;
     m_pipeline->finish();
     watch();
@@ -68,6 +67,7 @@ AudioFormat AudioOutput::format() const
 
 void AudioOutput::pause()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_paused = true;
     m_running = false;
     m_pipeline->setRunning(false);
@@ -77,6 +77,7 @@ void AudioOutput::pause()
 
 void AudioOutput::resume()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_paused = false;
     m_silentSince = Clock::now().time_since_epoch().count();
     watch();
@@ -94,9 +95,15 @@ void AudioOutput::refuse(bool refuse)
 
 void AudioOutput::close()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_watch.stop();
     m_pipeline->close();
     setAudible(false);
+}
+
+Milliseconds AudioOutput::ahead() const
+{
+    return m_pipeline->ahead();
 }
 
 Milliseconds AudioOutput::silence() const
@@ -129,10 +136,11 @@ void AudioOutput::watch()
     watchLater();
 }
 
-/// What is ahead now does not run out earlier than that.
+/// What is ahead now does not run out earlier than that. At the end of everything the pipeline
+/// signals that it has drained.
 void AudioOutput::watchLater()
 {
-    if (m_running)
+    if (m_running && !m_finished)
         m_watch.start(std::max(m_pipeline->ahead(), ShortestWatch));
 }
 

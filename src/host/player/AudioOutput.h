@@ -15,7 +15,6 @@
 #include <atomic>
 #include <chrono>
 #include <memory>
-#include <mutex>
 
 /// Plays the decoded audio of one play in real time: buffers it, pauses by itself when it runs dry
 /// and goes on when there is enough again, so that nothing is skipped and isAudible() tells the
@@ -54,6 +53,8 @@ public:
     /// Lets every write() go, for good; a file is complete afterwards.
     void close();
 
+    /// What was written and not heard yet.
+    Milliseconds ahead() const;
     bool isAudible() const { return m_audible; }
     bool wasAudible() const { return m_wasAudible; }
     /// For how long nothing could be heard though it should be.

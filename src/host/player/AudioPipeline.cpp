@@ -20,6 +20,8 @@ using Milliseconds = std::chrono::milliseconds;
 
 /// Audio that is on its way through the pipeline.
 constexpr Milliseconds InPipeline {400};
+/// Of it in one buffer.
+constexpr Milliseconds Piece {100};
 /// How long a file may take to be completed.
 constexpr Milliseconds CloseTime {2000};
 
@@ -28,12 +30,24 @@ GstClockTime toGst(Milliseconds time)
     return static_cast<GstClockTime>(time.count()) * GST_MSECOND;
 }
 
+std::size_t frameSize(const AudioFormat &format)
+{
+    return sizeof(float) * static_cast<std::size_t>(format.channels);
+}
+
+/// The bytes of whole frames that last for \a time.
+std::size_t sizeOf(const AudioFormat &format, Milliseconds time)
+{
+    return static_cast<std::size_t>(format.rate * time.count() / 1000) * frameSize(format);
+}
+
 } // namespace
 
 AudioOutput::Pipeline::Pipeline(AudioOutput &output, const AudioOutputSpec &spec)
     : m_output(output)
 {
     startGStreamer();
+    m_waiting.reset(gst_adapter_new());
     m_pipeline.reset(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     m_source = add("appsrc");
     g_object_set(
@@ -109,44 +123,41 @@ void AudioOutput::Pipeline::setFormat(const AudioFormat &format)
 }
 
 StreamConsumer::Taken AudioOutput::Pipeline::write(
-    const AudioFormat &format, GstPtr<GstBuffer> audio)
+    const AudioFormat &format, const char *samples, std::size_t size)
 {
     using Taken = StreamConsumer::Taken;
-    std::unique_lock<std::mutex> lock(m_mutex);
+    const auto deadline = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
+    VeskMutexLock lock(m_mutex);
     if (!m_format.isKnown())
         setFormat(format);
-    const auto mayWrite = [this] { return !m_closed && !m_refuse && !m_broken; };
-    const auto end = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
-    for (;;) {
-        if (!mayWrite() || format != m_format)
-            return Taken::Refused;
-        const GstClockTime ahead = aheadInPipeline() + m_waitingTime;
-        if (ahead <= toGst(Ahead))
-            break;
-        // Space comes as time goes by; while nothing is played, by a flush.
-        const auto excess = Milliseconds((ahead - toGst(Ahead)) / GST_MSECOND + 1);
-        const auto until
-            = m_running ? std::min(end, std::chrono::steady_clock::now() + excess) : end;
-        m_changed.wait_until(lock, until);
-        if (std::chrono::steady_clock::now() >= end)
-            return Taken::None;
-    }
-    m_waitingTime += GST_BUFFER_DURATION(audio.get());
-    m_waiting.push_back(std::move(audio));
+    // Time makes space and signals nothing, so after the wait there is space for as long as that.
+    while (isOpen() && aheadLocked() > Ahead && lock.waitUntil(m_changed, deadline)) { }
+    if (!isOpen() || format != m_format)
+        return Taken::Refused;
+    if (aheadLocked() > Ahead)
+        return Taken::None;
+    gst_adapter_push(m_waiting.get(), gst_buffer_new_memdup(samples, size));
     feed();
     return Taken::All;
 }
 
-/// Brings what is due next into the pipeline.
+bool AudioOutput::Pipeline::isOpen() const
+{
+    return !m_closed && !m_refuse && !m_broken;
+}
+
+/// Brings what is due next into the pipeline, and the next piece into one that asked for it,
+/// however much its sink holds.
 void AudioOutput::Pipeline::feed()
 {
-    while (!m_waiting.empty() && aheadInPipeline() < toGst(InPipeline)) {
-        GstPtr<GstBuffer> audio = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        m_waitingTime -= GST_BUFFER_DURATION(audio.get());
-        push(audio.release());
+    const std::size_t piece = sizeOf(m_format, Piece);
+    while (const std::size_t waiting = gst_adapter_available(m_waiting.get())) {
+        if (!m_hungry && aheadInPipeline() >= toGst(InPipeline))
+            return;
+        push(gst_adapter_take_buffer(m_waiting.get(), std::min(waiting, piece)));
+        m_hungry = false;
     }
-    if (m_finishing && m_waiting.empty())
+    if (m_finishing)
         gst_app_src_end_of_stream(GST_APP_SRC(m_source));
 }
 
@@ -156,6 +167,7 @@ void AudioOutput::Pipeline::push(GstBuffer *audio)
     const bool isLate = m_end < reached;
     m_end = std::max(m_end, reached);
     GST_BUFFER_PTS(audio) = m_end;
+    GST_BUFFER_DURATION(audio) = timeOf(gst_buffer_get_size(audio));
     GST_BUFFER_DTS(audio) = GST_CLOCK_TIME_NONE;
     GST_BUFFER_OFFSET(audio) = GST_BUFFER_OFFSET_NONE;
     GST_BUFFER_OFFSET_END(audio) = GST_BUFFER_OFFSET_NONE;
@@ -170,7 +182,8 @@ void AudioOutput::Pipeline::push(GstBuffer *audio)
 void AudioOutput::Pipeline::onHungry(GstAppSrc *, guint, gpointer self)
 {
     auto *pipeline = static_cast<Pipeline *>(self);
-    const std::lock_guard<std::mutex> lock(pipeline->m_mutex);
+    const VeskMutexLock lock(pipeline->m_mutex);
+    pipeline->m_hungry = true;
     pipeline->feed();
 }
 
@@ -191,9 +204,17 @@ GstClockTime AudioOutput::Pipeline::aheadInPipeline() const
     return m_end > reached ? m_end - reached : 0;
 }
 
+/// How long \a size bytes are played for.
+GstClockTime AudioOutput::Pipeline::timeOf(std::size_t size) const
+{
+    return m_format.isKnown()
+        ? gst_util_uint64_scale_int(size / frameSize(m_format), GST_SECOND, m_format.rate)
+        : 0;
+}
+
 void AudioOutput::Pipeline::finish()
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_finishing = true;
     feed();
 }
@@ -201,22 +222,16 @@ void AudioOutput::Pipeline::finish()
 void AudioOutput::Pipeline::flush()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        clear();
+        const VeskMutexLock lock(m_mutex);
+        gst_adapter_clear(m_waiting.get());
     }
     m_changed.notify_all();
-}
-
-void AudioOutput::Pipeline::clear()
-{
-    m_waiting.clear();
-    m_waitingTime = 0;
 }
 
 void AudioOutput::Pipeline::refuse(bool refuse)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_refuse = refuse;
     }
     m_changed.notify_all();
@@ -225,13 +240,13 @@ void AudioOutput::Pipeline::refuse(bool refuse)
 void AudioOutput::Pipeline::setRunning(bool running)
 {
     if (!running) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_reached = now();
         m_running = false;
     }
     gst_element_set_state(m_pipeline.get(), running ? GST_STATE_PLAYING : GST_STATE_PAUSED);
     if (running) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_running = true;
     }
 }
@@ -239,7 +254,7 @@ void AudioOutput::Pipeline::setRunning(bool running)
 void AudioOutput::Pipeline::close()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_closed)
             return;
         m_closed = true;
@@ -248,8 +263,7 @@ void AudioOutput::Pipeline::close()
     if (m_encoder && format().isKnown() && !m_broken)
         completeFile();
     gst_element_set_state(m_pipeline.get(), GST_STATE_NULL);
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    clear();
+    flush();
 }
 
 /// The encoder corrects the file's head at the end of its stream. What still waits before the
@@ -260,20 +274,27 @@ void AudioOutput::Pipeline::completeFile()
     setRunning(true);
     const GstPtr<GstPad> pad(gst_element_get_static_pad(m_encoder, "sink"));
     gst_pad_send_event(pad.get(), gst_event_new_eos());
-    std::unique_lock<std::mutex> lock(m_mutex);
-    m_changed.wait_for(lock, CloseTime, [this] { return m_endReached || m_broken; });
+    const auto deadline = std::chrono::steady_clock::now() + CloseTime;
+    VeskMutexLock lock(m_mutex);
+    while (!m_endReached && !m_broken && lock.waitUntil(m_changed, deadline)) { }
 }
 
 AudioFormat AudioOutput::Pipeline::format() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_format;
 }
 
 Milliseconds AudioOutput::Pipeline::ahead() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return Milliseconds((aheadInPipeline() + m_waitingTime) / GST_MSECOND);
+    const VeskMutexLock lock(m_mutex);
+    return aheadLocked();
+}
+
+Milliseconds AudioOutput::Pipeline::aheadLocked() const
+{
+    const std::size_t waiting = gst_adapter_available(m_waiting.get());
+    return Milliseconds((aheadInPipeline() + timeOf(waiting)) / GST_MSECOND);
 }
 
 GstBusSyncReply AudioOutput::Pipeline::onMessage(GstBus *, GstMessage *message, gpointer self)
@@ -296,7 +317,7 @@ void AudioOutput::Pipeline::tell(GstMessage *message)
         fail(QT_TRANSLATE_NOOP("Player", "The sound output does not work."));
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_EOS) {
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const VeskMutexLock lock(m_mutex);
             m_endReached = true;
         }
         m_changed.notify_all();

@@ -3,24 +3,24 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "host/player/AudioOutput.h"
 #include "media/GstHandles.h"
 
 #include <condition_variable>
-#include <deque>
-#include <gst/gst.h>
 
 struct _GstAppSrc;
 
 /// appsrc ! audioconvert ! audioresample ! (the sink). Audio waits in a queue of our own, so that
-/// it can be thrown away, and goes into the pipeline shortly before it is due. Buffers follow each
-/// other in time; after a lack of audio they go on at the time that the pipeline has reached.
+/// it can be thrown away, and goes into the pipeline shortly before it is due, in pieces of a tenth
+/// of a second whatever the decoder's were: each wakes the sink. Buffers follow each other in time;
+/// after a lack of audio they go on at the time that the pipeline has reached. Any thread.
 class AudioOutput::Pipeline {
 public:
     Pipeline(AudioOutput &output, const AudioOutputSpec &spec);
     ~Pipeline();
 
-    StreamConsumer::Taken write(const AudioFormat &format, GstPtr<GstBuffer> audio);
+    StreamConsumer::Taken write(const AudioFormat &format, const char *samples, std::size_t size);
     void finish();
     void flush();
     void refuse(bool refuse);
@@ -34,12 +34,14 @@ public:
 private:
     GstElement *add(const char *factory);
     GstElement *addSink(const AudioOutputSpec &spec);
-    void setFormat(const AudioFormat &format);
-    GstClockTime now() const;
-    GstClockTime aheadInPipeline() const;
-    void feed();
-    void push(GstBuffer *audio);
-    void clear();
+    void setFormat(const AudioFormat &format) VESK_REQUIRES(m_mutex);
+    bool isOpen() const VESK_REQUIRES(m_mutex);
+    GstClockTime now() const VESK_REQUIRES(m_mutex);
+    GstClockTime aheadInPipeline() const VESK_REQUIRES(m_mutex);
+    GstClockTime timeOf(std::size_t size) const VESK_REQUIRES(m_mutex);
+    Milliseconds aheadLocked() const VESK_REQUIRES(m_mutex);
+    void feed() VESK_REQUIRES(m_mutex);
+    void push(GstBuffer *audio) VESK_REQUIRES(m_mutex);
     void completeFile();
     static void onHungry(_GstAppSrc *, guint, gpointer self);
     static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
@@ -53,17 +55,19 @@ private:
     GstElement *m_automatic = nullptr; ///< which finds a sound device; null without
     std::atomic<bool> m_broken {false};
 
-    mutable std::mutex m_mutex;
+    mutable VeskMutex m_mutex;
     std::condition_variable m_changed;
-    /// Guarded by m_mutex.
-    AudioFormat m_format;
-    std::deque<GstPtr<GstBuffer>> m_waiting;
-    GstClockTime m_waitingTime = 0;
-    GstClockTime m_end = 0; ///< running time at which what is in the pipeline ends
-    bool m_running = false;
-    GstClockTime m_reached = 0; ///< running time at which it was halted
-    bool m_refuse = false;
-    bool m_closed = false;
-    bool m_finishing = false;
-    bool m_endReached = false;
+    AudioFormat m_format VESK_GUARDED_BY(m_mutex);
+    GstPtr<_GstAdapter> m_waiting VESK_PT_GUARDED_BY(m_mutex);
+    /// The running time at which what is in the pipeline ends.
+    GstClockTime m_end VESK_GUARDED_BY(m_mutex) = 0;
+    /// All that is in the pipeline has reached the sink.
+    bool m_hungry VESK_GUARDED_BY(m_mutex) = false;
+    bool m_running VESK_GUARDED_BY(m_mutex) = false;
+    /// The running time at which it was halted.
+    GstClockTime m_reached VESK_GUARDED_BY(m_mutex) = 0;
+    bool m_refuse VESK_GUARDED_BY(m_mutex) = false;
+    bool m_closed VESK_GUARDED_BY(m_mutex) = false;
+    bool m_finishing VESK_GUARDED_BY(m_mutex) = false;
+    bool m_endReached VESK_GUARDED_BY(m_mutex) = false;
 };

@@ -6,6 +6,7 @@
 #include "api/core/vesk.h"
 #include "api/web/ConnectionGuard.h"
 #include "api/web/HttpSettings.h"
+#include "host/player/PlayerText.h"
 
 #include <algorithm>
 #include <curl/curl.h>
@@ -16,17 +17,16 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr int PollMs = 100;
+/// The receiver is asked that often whether to go on.
+constexpr Milliseconds LongestWait {500};
+/// For how long bytes gather in the socket while there is plenty: a few large reads cost less than
+/// many small ones.
+constexpr Milliseconds Rest {500};
 constexpr long ReceiveBufferBytes = 16 * 1024;
 /// A day; what is longer is not meant.
 constexpr curl_off_t MaxRetryAfterSeconds = 24 * 3600;
 /// More audio between two titles than any server sends.
 constexpr int MaxIcyInterval = 16 * 1024 * 1024;
-
-TrString problem(const char *text, const QVector<TrArg> &arguments = {})
-{
-    return TrString(QStringLiteral("Player"), QString::fromLatin1(text), QString(), -1, arguments);
-}
 
 /// Where in the answer an exchange is.
 enum class Stage { Waiting, InHead, AfterHead, InBody };
@@ -35,16 +35,16 @@ TrString timeoutProblem(Stage stage)
 {
     switch (stage) {
     case Stage::InHead:
-        return problem(
+        return playerText(
             QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer never ends."));
     case Stage::AfterHead:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server sends nothing."));
+        return playerText(QT_TRANSLATE_NOOP("Player", "The stream's server sends nothing."));
     case Stage::InBody:
-        return problem(QT_TRANSLATE_NOOP("Player", "The stream's server has stopped sending."));
+        return playerText(QT_TRANSLATE_NOOP("Player", "The stream's server has stopped sending."));
     case Stage::Waiting:
         break;
     }
-    return problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not answer."));
+    return playerText(QT_TRANSLATE_NOOP("Player", "The stream's server does not answer."));
 }
 
 HttpStreamResult failed(const TrString &problem)
@@ -59,7 +59,7 @@ HttpStreamResult failedForGood(const TrString &problem)
 
 HttpStreamResult tooLongHead()
 {
-    return failedForGood(problem(
+    return failedForGood(playerText(
         QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer is too long.")));
 }
 
@@ -68,21 +68,22 @@ HttpStreamResult failure(CURLcode code)
 {
     switch (code) {
     case CURLE_COULDNT_RESOLVE_HOST:
-        return failed(problem(QT_TRANSLATE_NOOP("Player", "The stream's server has no address.")));
+        return failed(
+            playerText(QT_TRANSLATE_NOOP("Player", "The stream's server has no address.")));
     case CURLE_COULDNT_CONNECT:
         return failed(
-            problem(QT_TRANSLATE_NOOP("Player", "The stream's server cannot be reached.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "The stream's server cannot be reached.")));
     case CURLE_PEER_FAILED_VERIFICATION:
     case CURLE_SSL_CONNECT_ERROR:
         return failed(
-            problem(QT_TRANSLATE_NOOP("Player", "There is no safe connection to the stream.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "There is no safe connection to the stream.")));
     case CURLE_TOO_MANY_REDIRECTS:
         return failedForGood(
-            problem(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address.")));
     case CURLE_UNSUPPORTED_PROTOCOL:
         // Of an http address: an answer without a status line (HTTP/0.9).
         return failedForGood(
-            problem(QT_TRANSLATE_NOOP("Player", "The stream's server does not speak HTTP.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "The stream's server does not speak HTTP.")));
     // One line alone is longer than libcurl takes.
     case CURLE_OUT_OF_MEMORY:
         return tooLongHead();
@@ -90,10 +91,10 @@ HttpStreamResult failure(CURLcode code)
     case CURLE_GOT_NOTHING:
     case CURLE_PARTIAL_FILE:
         return failed(
-            problem(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "The connection to the stream was lost.")));
     default:
-        return failed(problem(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
-            {TrArg(QString::fromLatin1(curl_easy_strerror(code)))}));
+        return failed(playerText(QT_TRANSLATE_NOOP("Player", "The stream cannot be received (%1)."),
+            {QString::fromLatin1(curl_easy_strerror(code))}));
     }
 }
 
@@ -105,9 +106,10 @@ HttpStreamResult forbiddenRedirect(std::string_view locationLine)
                            .trimmed()
                            .toLower();
     return failedForGood(value.startsWith("http:")
-            ? problem(QT_TRANSLATE_NOOP(
+            ? playerText(QT_TRANSLATE_NOOP(
                 "Player", "The stream leads from a safe address to one that is not."))
-            : problem(QT_TRANSLATE_NOOP("Player", "The stream leads to what is no web address.")));
+            : playerText(
+                QT_TRANSLATE_NOOP("Player", "The stream leads to what is no web address.")));
 }
 
 bool isWebAddress(const QUrl &url)
@@ -132,6 +134,7 @@ public:
     bool hasBegun() const { return m_begun; }
     Clock::time_point lastByte() const { return m_lastByte; }
     bool goOn();
+    bool hasPlenty() const { return m_receiver.hasPlenty(); }
     HttpStreamResult result(CURLcode code);
 
 private:
@@ -309,7 +312,7 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
     if (code == CURLE_OPERATION_TIMEDOUT)
         return failed(timeoutProblem(stage()));
     if (code == CURLE_COULDNT_CONNECT && m_guard.hasRefused()) {
-        return failedForGood(problem(QT_TRANSLATE_NOOP(
+        return failedForGood(playerText(QT_TRANSLATE_NOOP(
             "Player", "The stream leads inside the local network, where no station may lead.")));
     }
     if (code != CURLE_OK)
@@ -324,7 +327,7 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
 
 HttpStream::HttpStream(const Times &times)
     : m_times(times)
-    , m_multi(curl_multi_init())
+    , m_multi(static_cast<Curl_multi *>(curl_multi_init()))
 {
     VESK_ASSERT(m_multi);
 }
@@ -338,7 +341,7 @@ HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &rec
 {
     if (!isWebAddress(request.url)) {
         return failedForGood(
-            problem(QT_TRANSLATE_NOOP("Player", "The stream's address is no web address.")));
+            playerText(QT_TRANSLATE_NOOP("Player", "The stream's address is no web address.")));
     }
     HttpStreamExchange exchange(request, receiver);
     const bool isImpatient = request.patience > Milliseconds::zero();
@@ -357,6 +360,7 @@ HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds co
 {
     const auto start = Clock::now();
     for (;;) {
+        const auto lastByte = exchange.lastByte();
         int running = 0;
         curl_multi_perform(m_multi, &running);
         if (m_interrupted)
@@ -366,12 +370,30 @@ HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds co
             return exchange.result(message->data.result);
         if (!exchange.goOn())
             return exchange.result(CURLE_ABORTED_BY_CALLBACK);
+        const auto deadline
+            = exchange.hasBegun() ? exchange.lastByte() + m_times.silence : start + connect;
         const auto now = Clock::now();
-        if (exchange.hasBegun() ? now - exchange.lastByte() > m_times.silence
-                                : now - start > connect)
+        if (now >= deadline)
             return exchange.result(CURLE_OPERATION_TIMEDOUT);
-        curl_multi_poll(m_multi, nullptr, 0, PollMs, nullptr);
+        if (exchange.lastByte() != lastByte && exchange.hasPlenty())
+            rest(exchange);
+        else
+            poll(std::min(LongestWait, std::chrono::ceil<Milliseconds>(deadline - now)));
     }
+}
+
+void HttpStream::poll(Milliseconds time)
+{
+    curl_multi_poll(m_multi, nullptr, 0, static_cast<int>(time.count()), nullptr);
+}
+
+/// A paused transfer's socket is not polled; interrupt() ends the wait all the same. With one of
+/// the two directions paused libcurl would look after the other at once.
+void HttpStream::rest(const HttpStreamExchange &exchange)
+{
+    curl_easy_pause(exchange.easy(), CURLPAUSE_ALL);
+    poll(Rest);
+    curl_easy_pause(exchange.easy(), CURLPAUSE_CONT);
 }
 
 void HttpStream::interrupt()

@@ -14,6 +14,7 @@
 #include <memory>
 
 class HttpStreamExchange;
+struct Curl_multi; ///< CURLM
 
 /// What a server says before the first byte of a stream.
 struct HttpStreamHead {
@@ -36,8 +37,10 @@ public:
     virtual bool begin(const HttpStreamHead &head) = 0;
     /// May block for as long as it likes; that counts as no silence of the server.
     virtual bool take(const char *data, std::size_t size) = 0;
-    /// At least four times a second, also while nothing comes.
+    /// At least twice a second, also while nothing comes.
     virtual bool goOn() = 0;
+    /// Whether what was taken lasts for so long that what follows may come half a second late.
+    virtual bool hasPlenty() const { return false; }
 };
 
 /// How an exchange ended.
@@ -87,8 +90,10 @@ public:
 
 private:
     HttpStreamResult drive(HttpStreamExchange &exchange, std::chrono::milliseconds connect);
+    void poll(std::chrono::milliseconds time);
+    void rest(const HttpStreamExchange &exchange);
 
     const Times m_times;
-    void *m_multi; ///< libcurl's
+    Curl_multi *const m_multi;
     std::atomic<bool> m_interrupted {false};
 };

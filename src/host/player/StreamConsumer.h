@@ -15,6 +15,9 @@
 class StreamConsumer {
 public:
     static constexpr std::chrono::milliseconds MaxWait {250};
+    /// With so much ahead there is no hurry: what comes is gathered and handed on in larger pieces,
+    /// so that threads and processor sleep in between.
+    static constexpr std::chrono::milliseconds Plenty {2000};
 
     /// Whether waiting is still of use.
     using GoOn = std::function<bool()>;
@@ -46,6 +49,8 @@ public:
     virtual bool isUsable() const = 0;
     /// Decoded since startAudio().
     virtual std::chrono::milliseconds decoded() const = 0;
+    /// Decoded and not heard yet.
+    virtual std::chrono::milliseconds ahead() const = 0;
     /// For how long nothing has been there to hear; zero while there is, and while the user paused.
     virtual std::chrono::milliseconds silence() const = 0;
     /// Whether anything was ever heard of this play.

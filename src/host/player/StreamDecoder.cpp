@@ -20,6 +20,8 @@ namespace {
 
 /// More is no radio.
 constexpr std::uint32_t MaxBitRate = 100 * 1000 * 1000;
+/// For how long samples gather in the socket while there is plenty. The socket holds somewhat more.
+constexpr std::chrono::milliseconds Rest {250};
 
 } // namespace
 
@@ -111,37 +113,50 @@ bool StreamDecoder::finish()
             flush(Milliseconds(0));
         }
     }
-    std::unique_lock<std::mutex> lock(m_mutex);
-    return m_changed.wait_for(lock, StreamConsumer::MaxWait, [this] { return m_ended; });
+    const auto deadline = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
+    VeskMutexLock lock(m_mutex);
+    while (!m_ended && lock.waitUntil(m_changed, deadline)) { }
+    return m_ended;
 }
 
 void StreamDecoder::receive()
 {
     veskSetThreadName(QStringLiteral("StreamDecoder"));
-    std::array<char, 16 * 1024> buffer;
+    std::array<char, DecoderLimits::MaxPayload> buffer;
     FrameReader reader;
     const auto take
         = [this](DecoderFrame kind, std::string_view payload) { return takeFrame(kind, payload); };
+    bool hadSome = false;
     for (;;) {
-        pollfd ready {m_process->socket(), POLLIN, 0};
-        if (::poll(&ready, 1, -1) < 0 && errno == EINTR)
-            continue;
         const ssize_t count = ::recv(m_process->socket(), buffer.data(), buffer.size(), 0);
-        if (count < 0 && (errno == EINTR || errno == EAGAIN))
-            continue;
-        if (count <= 0)
+        if (count > 0) {
+            hadSome = true;
+            if (!reader.feed(buffer.data(), static_cast<std::size_t>(count), take))
+                break;
+        } else if (count < 0 && errno == EAGAIN) {
+            waitForMore(hadSome);
+            hadSome = false;
+        } else if (count == 0 || errno != EINTR) {
             break;
-        if (!reader.feed(buffer.data(), static_cast<std::size_t>(count), take))
-            break;
+        }
     }
-    bool ended = false;
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        ended = m_ended;
-    }
-    if (!ended && !m_aborted)
+    if (!hasEnded() && !m_aborted)
         fail(QStringLiteral("the decoder's process ended"));
     end();
+}
+
+/// After some samples there are more soon: when there is no hurry they are taken together. abort()
+/// ends either wait, one by end(), the other by closing the socket.
+void StreamDecoder::waitForMore(bool hadSome)
+{
+    if (hadSome && m_callbacks.ahead() >= StreamConsumer::Plenty) {
+        const auto deadline = std::chrono::steady_clock::now() + Rest;
+        VeskMutexLock lock(m_mutex);
+        while (!m_ended && lock.waitUntil(m_changed, deadline)) { }
+    } else {
+        pollfd ready {m_process->socket(), POLLIN, 0};
+        ::poll(&ready, 1, -1);
+    }
 }
 
 bool StreamDecoder::takeFrame(DecoderFrame kind, std::string_view payload)
@@ -212,10 +227,16 @@ void StreamDecoder::fail(const QString &reason)
 void StreamDecoder::end()
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_ended = true;
     }
     m_changed.notify_all();
+}
+
+bool StreamDecoder::hasEnded()
+{
+    const VeskMutexLock lock(m_mutex);
+    return m_ended;
 }
 
 Milliseconds StreamDecoder::decoded() const

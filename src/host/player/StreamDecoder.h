@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "host/player/StreamConsumer.h"
 #include "media/AudioFormat.h"
 
@@ -12,9 +13,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string_view>
 #include <thread>
 #include <vector>
@@ -22,14 +23,15 @@
 class DecoderProcess;
 enum class DecoderFrame : std::uint8_t;
 
-/// What a decoder tells of its stream. Called on the decoder's own thread, until its destructor
-/// returns.
+/// What a decoder hands on. Called on its receiving thread, until its destructor returns.
 struct StreamDecoderCallbacks {
     /// Takes whole frames of \a format, 32-bit floating-point samples; None is asked again at once.
     /// May wait for StreamConsumer::MaxWait.
     std::function<StreamConsumer::Taken(
         const AudioFormat &format, const char *samples, std::size_t size)>
         takeAudio;
+    /// How much of what was taken is not heard yet.
+    std::function<std::chrono::milliseconds()> ahead;
     /// Titles in the stream itself, as Ogg has them.
     std::function<void(const QString &title)> takeTitle;
     /// In bit/s.
@@ -71,6 +73,8 @@ private:
     void queue(DecoderFrame kind, const void *payload, std::size_t size);
     bool flush(std::chrono::milliseconds wait);
     void receive();
+    void waitForMore(bool hadSome);
+    bool hasEnded();
     bool takeFrame(DecoderFrame kind, std::string_view payload);
     bool takeFormat(std::string_view payload);
     bool takeSamples(std::string_view payload);
@@ -91,9 +95,9 @@ private:
 
     AudioFormat m_format; ///< the receiving thread's
 
-    std::mutex m_mutex;
+    VeskMutex m_mutex;
     std::condition_variable m_changed;
-    bool m_ended = false; ///< guarded by m_mutex: no audio will come any more
+    bool m_ended VESK_GUARDED_BY(m_mutex) = false; ///< No audio will come any more.
 
     std::thread m_receiver;
 };

@@ -52,6 +52,11 @@ bool AudioReceiver::goOn()
     return m_feed.goOn();
 }
 
+bool AudioReceiver::hasPlenty() const
+{
+    return m_content == StreamContent::Audio && m_feed.consumer().ahead() >= StreamConsumer::Plenty;
+}
+
 bool AudioReceiver::begin(const HttpStreamHead &head)
 {
     if (const TrString excuse = m_excuses.wordsOf(head.url); !excuse.isEmpty())

@@ -49,6 +49,7 @@ public:
     bool begin(const HttpStreamHead &head) override;
     bool take(const char *data, std::size_t size) override;
     bool goOn() override;
+    bool hasPlenty() const override;
 
     /// Judges what came so far as all that there is.
     void complete();

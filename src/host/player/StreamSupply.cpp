@@ -3,6 +3,7 @@
 
 #include "host/player/StreamSupply.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 #include "host/player/AudioOutput.h"
 #include "host/player/DecoderProcess.h"
@@ -20,6 +21,7 @@ StreamSupply::StreamSupply(
 
 void StreamSupply::start()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_nextProcess = std::make_unique<DecoderProcess>();
     m_reader.start();
 }
@@ -28,7 +30,7 @@ StreamSupply::~StreamSupply()
 {
     m_reader.stop();
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_stopped = true;
         if (m_decoder)
             m_decoder->abort();
@@ -51,7 +53,7 @@ void StreamSupply::forgetAudio()
 void StreamSupply::replaceDecoder(std::unique_ptr<StreamDecoder> decoder)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         m_decoder.swap(decoder);
         if (m_stopped && m_decoder)
             m_decoder->abort();
@@ -64,6 +66,7 @@ StreamDecoderCallbacks StreamSupply::decoderCallbacks()
     callbacks.takeAudio = [this](const AudioFormat &format, const char *samples, std::size_t size) {
         return m_output.write(format, samples, size);
     };
+    callbacks.ahead = [this] { return m_output.ahead(); };
     callbacks.takeTitle = [this](const QString &title) { takeTitle(title); };
     callbacks.takeBitRate = [this](int bitRate) { takeBitRate(bitRate); };
     return callbacks;
@@ -100,6 +103,11 @@ bool StreamSupply::isUsable() const
 std::chrono::milliseconds StreamSupply::decoded() const
 {
     return m_decoder ? m_decoder->decoded() : std::chrono::milliseconds(0);
+}
+
+std::chrono::milliseconds StreamSupply::ahead() const
+{
+    return m_output.ahead();
 }
 
 std::chrono::milliseconds StreamSupply::silence() const

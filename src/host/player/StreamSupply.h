@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "host/player/StreamConsumer.h"
 #include "host/player/StreamDecoder.h"
 #include "host/player/StreamReader.h"
@@ -10,7 +11,6 @@
 #include <QObject>
 
 #include <memory>
-#include <mutex>
 
 class AudioOutput;
 class DecoderProcess;
@@ -48,6 +48,7 @@ private:
     void takeBitRate(int bitRate) override;
     bool isUsable() const override;
     std::chrono::milliseconds decoded() const override;
+    std::chrono::milliseconds ahead() const override;
     std::chrono::milliseconds silence() const override;
     bool wasHeard() const override;
     StreamDecoderCallbacks decoderCallbacks();
@@ -56,9 +57,9 @@ private:
     AudioOutput &m_output;
     /// Started while the stream's server is still to answer; null once it is in use.
     std::unique_ptr<DecoderProcess> m_nextProcess;
-    std::mutex m_mutex;
-    // Changed by the reader's thread alone; guarded by m_mutex for the others.
+    VeskMutex m_mutex;
+    /// Set by the reader's thread alone and under m_mutex; that thread reads it without.
     std::unique_ptr<StreamDecoder> m_decoder;
-    bool m_stopped = false;
+    bool m_stopped VESK_GUARDED_BY(m_mutex) = false;
     StreamReader m_reader;
 };

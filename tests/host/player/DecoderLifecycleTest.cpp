@@ -67,6 +67,8 @@ private:
             EXPECT_EQ(size % (sizeof(float) * static_cast<std::size_t>(format.channels)), 0U);
             return m_isSlow && ++m_asked % 3 != 0 ? Taken::None : Taken::All;
         };
+        callbacks.ahead
+            = [this] { return m_isSlow ? StreamConsumer::Plenty : std::chrono::milliseconds(0); };
         callbacks.takeTitle = [](const QString &title) { EXPECT_LE(title.size(), 512); };
         callbacks.takeBitRate = [](int rate) { EXPECT_GT(rate, 0); };
         return callbacks;
@@ -120,7 +122,7 @@ private:
 
 class DecoderLifecycleTest : public testing::TestWithParam<int> { };
 
-TEST_P(DecoderLifecycleTest, noStreamKeepsItsCallerWaiting)
+TEST_P(DecoderLifecycleTest, noStreamBlocksItsCaller)
 {
     qint64 longest = 0;
     for (int seed = GetParam(); seed < seeds() && !HasFailure(); seed += Shards) {

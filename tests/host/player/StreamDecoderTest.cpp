@@ -31,6 +31,7 @@ public:
             format = taken;
             return take(data, size);
         };
+        callbacks.ahead = [this] { return ahead; };
         callbacks.takeTitle = [this](const QString &title) { titles.append(title); };
         callbacks.takeBitRate = [this](int rate) { bitRate = rate; };
         return callbacks;
@@ -44,6 +45,7 @@ public:
     std::atomic<long> frames {0};
     std::atomic<int> bitRate {0};
     std::atomic<bool> refuse {false};
+    std::chrono::milliseconds ahead {0};
 
 private:
     Taken take(const char *data, std::size_t size)
@@ -136,6 +138,31 @@ TEST(StreamDecoderTest, givesTheFormatThatIsWanted)
     EXPECT_EQ(listener.format, (AudioFormat {48000, 1}));
     EXPECT_NEAR(listener.seconds(), 2, 0.1);
     EXPECT_NEAR(listener.pitch(), 440, 22);
+}
+
+TEST(StreamDecoderTest, takesInLargePiecesWhatThereIsPlentyOf)
+{
+    Listener listener;
+    listener.ahead = StreamConsumer::Plenty;
+    StreamDecoder decoder({}, listener.callbacks());
+    EXPECT_TRUE(pushAll(decoder, recordedTone("lamemp3enc", 440, 20)));
+    finish(decoder);
+    EXPECT_NEAR(listener.seconds(), 20, 0.2);
+    EXPECT_NEAR(listener.pitch(), 440, 22);
+}
+
+TEST(StreamDecoderTest, isAbortedAtOnceWhileThereIsPlenty)
+{
+    Listener listener;
+    listener.ahead = StreamConsumer::Plenty;
+    StreamDecoder decoder({}, listener.callbacks());
+    EXPECT_TRUE(pushAll(decoder, recordedTone("lamemp3enc", 440, 2)));
+    EXPECT_TRUE(spinUntil([&] { return listener.frames > 0; }));
+    QElapsedTimer clock;
+    clock.start();
+    decoder.abort();
+    EXPECT_TRUE(decoder.finish());
+    EXPECT_LT(clock.elapsed(), 200);
 }
 
 TEST(StreamDecoderTest, joinsAStreamInTheMiddleOfAFrame)
@@ -255,6 +282,7 @@ TEST(StreamDecoderTest, aPushWithoutSpaceComesBackWithinAQuarterOfASecond)
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         return Taken::None;
     };
+    callbacks.ahead = [] { return std::chrono::milliseconds(0); };
     callbacks.takeTitle = [](const QString &) {};
     callbacks.takeBitRate = [](int) {};
     StreamDecoder decoder({}, callbacks);
@@ -292,7 +320,7 @@ TEST(StreamDecoderTest, aProcessThatDiesIsAStreamThatCannotBeDecoded)
     EXPECT_EQ(decoder.push(stream.constData(), 100), Taken::Refused);
 }
 
-TEST(StreamDecoderTest, aProcessThatStandsStillHoldsNobodyUp)
+TEST(StreamDecoderTest, aStoppedProcessDelaysNeitherPushNorDestruction)
 {
     Listener listener;
     auto process = std::make_unique<DecoderProcess>();

@@ -510,9 +510,9 @@ TEST_F(StreamReaderFaultsTest, connectionsArePacedWhateverAPlaylistNames)
     // Each list leads to 200 more, none of which is there.
     answers["/list"] = [this](const Request &request) {
         QByteArray text = "#EXTM3U\n";
-        for (int i = 0; i < 10000; ++i)
+        for (int i = 0; i < 200; ++i)
             text += address("/list?") + request.query() + QByteArray::number(i) + ".\n";
-        return file(text.left(200000));
+        return file(text);
     };
     play("/list");
     ASSERT_TRUE(waitForEnd());

@@ -93,6 +93,7 @@ public:
         const bool isDone = m_taken.isValid() && m_taken.elapsed() >= late;
         return Milliseconds(isDone ? m_decoded : 0);
     }
+    Milliseconds ahead() const override { return plenty; }
     Milliseconds silence() const override { return silent; }
     bool wasHeard() const override { return locked(m_heard); }
 
@@ -106,6 +107,7 @@ public:
     std::atomic<bool> full {false}; ///< Nothing is taken.
     std::atomic<int> late {0}; ///< milliseconds that decoding takes
     std::atomic<Milliseconds> silent {Milliseconds(0)};
+    std::atomic<Milliseconds> plenty {Milliseconds(0)}; ///< What is ahead.
 
 private:
     template <class Value>

@@ -320,6 +320,27 @@ TEST_F(StreamReaderTest, spokenExcusesAreErrorsAndNotAudio)
     EXPECT_EQ(consumer.begins(), 0);
 }
 
+TEST_F(StreamReaderTest, readsInLargePiecesWhatThereIsPlentyOf)
+{
+    consumer.plenty = StreamConsumer::Plenty;
+    serve("/a.mp3", file(audio(400000)));
+    play("/a.mp3", false);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(consumer.bytes(), audio(400000));
+}
+
+TEST_F(StreamReaderTest, stopsAtOnceWhileThereIsPlenty)
+{
+    consumer.plenty = StreamConsumer::Plenty;
+    serve("/live", {200, audio(100000), {}, End::Stall, 3000});
+    play("/live");
+    ASSERT_TRUE(waitForBytes(3000));
+    QElapsedTimer clock;
+    clock.start();
+    reader.reset();
+    EXPECT_LT(clock.elapsed(), 300);
+}
+
 TEST_F(StreamReaderTest, followsFiveRedirectsAndNoMore)
 {
     for (int i = 1; i <= 6; ++i) {
