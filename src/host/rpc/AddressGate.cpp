@@ -104,7 +104,7 @@ void AddressGate::offer(const CMPath &path, MessagePeer *peer)
         return;
     auto own = m_toPeers.find(peer);
     if (own == m_toPeers.end()) {
-        own = m_toPeers.emplace(peer, OfferedPaths()).first;
+        own = m_toPeers.try_emplace(peer).first;
         connect(peer, &QObject::destroyed, this, [this, peer] { m_toPeers.erase(peer); });
     }
     own->second.add(path);

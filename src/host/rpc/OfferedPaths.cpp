@@ -17,27 +17,16 @@ QByteArray digestOf(const CMPath &path)
 } // namespace
 
 OfferedPaths::OfferedPaths(int capacity)
-    : m_capacity(capacity)
+    : m_digests(capacity)
 {
 }
 
 void OfferedPaths::add(const CMPath &path)
 {
-    const QByteArray digest = digestOf(path);
-    const auto known = m_byDigest.constFind(digest);
-    if (known != m_byDigest.constEnd()) {
-        m_digests.splice(m_digests.begin(), m_digests, known.value());
-        return;
-    }
-    m_digests.push_front(digest);
-    m_byDigest.insert(digest, m_digests.begin());
-    if (m_byDigest.size() > m_capacity) {
-        m_byDigest.remove(m_digests.back());
-        m_digests.pop_back();
-    }
+    m_digests.insert(digestOf(path), new Nothing);
 }
 
 bool OfferedPaths::contains(const CMPath &path) const
 {
-    return m_byDigest.contains(digestOf(path));
+    return m_digests.contains(digestOf(path));
 }

@@ -4,9 +4,7 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
-
-#include <list>
+#include <QCache>
 
 class CMPath;
 
@@ -20,12 +18,10 @@ public:
     void add(const CMPath &path);
     /// This very path, however it is written.
     bool contains(const CMPath &path) const;
-    int size() const { return m_byDigest.size(); }
+    int size() const { return m_digests.count(); }
 
 private:
-    using Digests = std::list<QByteArray>;
+    struct Nothing { };
 
-    int m_capacity;
-    Digests m_digests; ///< the latest first
-    QHash<QByteArray, Digests::iterator> m_byDigest;
+    QCache<QByteArray, Nothing> m_digests;
 };

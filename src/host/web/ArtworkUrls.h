@@ -4,10 +4,8 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHash>
+#include <QCache>
 #include <QString>
-
-#include <list>
 
 /// The most recent addresses of pictures that services named, by the SHA-256 of the address in
 /// UTF-8. No other address is fetched for a client. Main thread.
@@ -23,16 +21,8 @@ public:
     void remember(const QString &url);
     /// The address with that digest, in hexadecimal; empty when there is none.
     QByteArray find(const QByteArray &hexDigest) const;
-    int size() const { return m_byDigest.size(); }
+    int size() const { return m_byDigest.count(); }
 
 private:
-    struct Entry {
-        QByteArray digest;
-        QByteArray url;
-    };
-    using Entries = std::list<Entry>;
-
-    const int m_capacity;
-    Entries m_entries; ///< the latest first
-    QHash<QByteArray, Entries::iterator> m_byDigest;
+    QCache<QByteArray, QByteArray> m_byDigest;
 };
