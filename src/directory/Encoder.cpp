@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <array>
-#include <condition_variable>
+#include <atomic>
 #include <cstdlib>
 #include <gst/app/gstappsink.h>
 #include <gst/app/gstappsrc.h>
@@ -17,6 +17,10 @@
 namespace directory {
 
 namespace {
+
+constexpr std::uint64_t samplesPerFrame = 1024; // of AAC
+/// For the next piece: an encoder gives dozens a second.
+constexpr GstClockTime longestWait = 10 * GST_SECOND;
 
 constexpr std::array<int, 17> mp3Rates {
     8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
@@ -54,7 +58,7 @@ int nearestMp3Rate(int bitrate)
         [bitrate](int a, int b) { return std::abs(a - bitrate) < std::abs(b - bitrate); });
 }
 
-std::string pipelineFor(const AudioFormat &format)
+std::string descriptionOf(const AudioFormat &format)
 {
     const Codec *codec = codecNamed(format.codec);
     if (!codec)
@@ -68,67 +72,117 @@ std::string pipelineFor(const AudioFormat &format)
         + codec->after + " ! appsink name=out sync=false";
 }
 
-void initialise()
+GstBuffer *timed(GstBuffer *buffer, std::uint64_t firstSample, std::uint64_t samples, unsigned rate)
 {
-    static std::once_flag once;
-    std::call_once(once, [] { gst_init(nullptr, nullptr); });
+    const GstClockTime begin = gst_util_uint64_scale(firstSample, GST_SECOND, rate);
+    GST_BUFFER_PTS(buffer) = begin;
+    GST_BUFFER_DURATION(buffer)
+        = gst_util_uint64_scale(firstSample + samples, GST_SECOND, rate) - begin;
+    return buffer;
+}
+
+GstBuffer *bufferOf(
+    const std::vector<std::int16_t> &samples, std::uint64_t firstFrame, const AudioFormat &format)
+{
+    return timed(gst_buffer_new_memdup(samples.data(), samples.size() * sizeof samples.front()),
+        firstFrame, samples.size() / format.channels, format.rate);
+}
+
+/// Drops the reference to the sample.
+std::string bytesOf(GstSample *sample)
+{
+    std::string bytes;
+    GstMapInfo map;
+    GstBuffer *buffer = gst_sample_get_buffer(sample);
+    if (buffer && gst_buffer_map(buffer, &map, GST_MAP_READ)) {
+        bytes.assign(reinterpret_cast<const char *>(map.data), map.size);
+        gst_buffer_unmap(buffer, &map);
+    }
+    gst_sample_unref(sample);
+    return bytes;
 }
 
 } // namespace
 
-/// What the pipeline's thread fills. It outlives the encoder by as long as a call back is under
-/// way.
+/// A pipeline from an appsrc "in" to an appsink "out". Its destructor waits for its threads.
+class AudioPipeline {
+public:
+    explicit AudioPipeline(const std::string &description);
+    ~AudioPipeline();
+    AudioPipeline(const AudioPipeline &) = delete;
+    AudioPipeline &operator=(const AudioPipeline &) = delete;
+
+    /// Takes over the buffers, and waits until all of them have come through.
+    std::vector<std::string> run(const std::vector<GstBuffer *> &buffers);
+
+    GstElement *element;
+    GstAppSrc *in = nullptr;
+    GstAppSink *out = nullptr;
+};
+
+AudioPipeline::AudioPipeline(const std::string &description)
+{
+    static std::once_flag once;
+    std::call_once(once, [] { gst_init(nullptr, nullptr); });
+    GError *error = nullptr;
+    element = gst_parse_launch(description.c_str(), &error);
+    if (!element || error) {
+        const std::string reason = error ? error->message : "no pipeline";
+        g_clear_error(&error);
+        gst_clear_object(&element);
+        throw std::runtime_error("no audio can be made: " + reason);
+    }
+    in = GST_APP_SRC(gst_bin_get_by_name(GST_BIN(element), "in"));
+    out = GST_APP_SINK(gst_bin_get_by_name(GST_BIN(element), "out"));
+}
+
+AudioPipeline::~AudioPipeline()
+{
+    gst_element_set_state(element, GST_STATE_NULL);
+    gst_object_unref(in);
+    gst_object_unref(out);
+    gst_object_unref(element);
+}
+
+std::vector<std::string> AudioPipeline::run(const std::vector<GstBuffer *> &buffers)
+{
+    gst_element_set_state(element, GST_STATE_PLAYING);
+    for (GstBuffer *buffer : buffers)
+        gst_app_src_push_buffer(in, buffer);
+    gst_app_src_end_of_stream(in);
+    std::vector<std::string> pieces;
+    while (GstSample *sample = gst_app_sink_try_pull_sample(out, longestWait))
+        pieces.push_back(bytesOf(sample));
+    GstBus *bus = gst_element_get_bus(element);
+    GstMessage *error = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR);
+    gst_object_unref(bus);
+    const bool complete = !error && gst_app_sink_is_eos(out);
+    g_clear_pointer(&error, gst_message_unref);
+    if (!complete)
+        throw std::runtime_error("encoding failed");
+    return pieces;
+}
+
+/// What the pipeline's thread and the owner's share. A wake-up that is under way keeps it alive
+/// longer than the encoder.
 struct Encoder::Shared : std::enable_shared_from_this<Encoder::Shared> {
     ~Shared() { g_main_context_unref(context); }
 
-    void add(GstSample *sample);
-    void end(bool broken);
     void wake();
-    static GstFlowReturn onSample(GstAppSink *sink, gpointer self);
-    static void onEnd(GstAppSink *, gpointer self) { static_cast<Shared *>(self)->end(false); }
+    static GstFlowReturn onSample(GstAppSink *, gpointer self);
     static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
 
     GMainContext *const context = g_main_context_ref_thread_default();
-    // The owner's thread
-    std::function<void()> ready;
-    GstElement *pipeline = nullptr;
-    GstElement *in = nullptr;
-
-    std::mutex mutex; // what follows
-    std::condition_variable ended;
-    std::vector<std::string> pieces;
-    bool atEnd = false;
-    bool failed = false;
-    bool woken = false;
+    std::function<void()> ready; ///< the owner's thread only
+    std::atomic<bool> woken {false}; ///< until take()
+    std::atomic<bool> failed {false};
 };
 
-void Encoder::Shared::add(GstSample *sample)
-{
-    GstMapInfo map;
-    GstBuffer *buffer = gst_sample_get_buffer(sample);
-    if (!buffer || !gst_buffer_map(buffer, &map, GST_MAP_READ))
-        return;
-    const std::lock_guard<std::mutex> lock(mutex);
-    pieces.emplace_back(reinterpret_cast<const char *>(map.data), map.size);
-    gst_buffer_unmap(buffer, &map);
-    wake();
-}
-
-void Encoder::Shared::end(bool broken)
-{
-    const std::lock_guard<std::mutex> lock(mutex);
-    atEnd = true;
-    failed = failed || broken;
-    ended.notify_all();
-    wake();
-}
-
-/// With the mutex held.
+/// From the pipeline's thread: calls `ready` on the owner's, once until take().
 void Encoder::Shared::wake()
 {
-    if (woken)
+    if (woken.exchange(true))
         return;
-    woken = true;
     GSource *source = g_idle_source_new();
     g_source_set_priority(source, G_PRIORITY_DEFAULT);
     g_source_set_callback(
@@ -146,19 +200,18 @@ void Encoder::Shared::wake()
     g_source_unref(source);
 }
 
-GstFlowReturn Encoder::Shared::onSample(GstAppSink *sink, gpointer self)
+GstFlowReturn Encoder::Shared::onSample(GstAppSink *, gpointer self)
 {
-    if (GstSample *sample = gst_app_sink_pull_sample(sink)) {
-        static_cast<Shared *>(self)->add(sample);
-        gst_sample_unref(sample);
-    }
+    static_cast<Shared *>(self)->wake(); // the sample stays in the sink's queue until take()
     return GST_FLOW_OK;
 }
 
 GstBusSyncReply Encoder::Shared::onMessage(GstBus *, GstMessage *message, gpointer self)
 {
-    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR)
-        static_cast<Shared *>(self)->end(true);
+    if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {
+        static_cast<Shared *>(self)->failed = true;
+        static_cast<Shared *>(self)->wake();
+    }
     gst_message_unref(message);
     return GST_BUS_DROP;
 }
@@ -182,80 +235,68 @@ bool canEncode(const std::string &codec)
 Encoder::Encoder(AudioFormat format, std::function<void()> ready)
     : m_format(std::move(format))
     , m_shared(std::make_shared<Shared>())
+    , m_pipeline(std::make_unique<AudioPipeline>(descriptionOf(m_format)))
 {
-    initialise();
-    GError *error = nullptr;
     m_shared->ready = std::move(ready);
-    m_shared->pipeline = gst_parse_launch(pipelineFor(m_format).c_str(), &error);
-    if (!m_shared->pipeline || error) {
-        const std::string reason = error ? error->message : "no pipeline";
-        g_clear_error(&error);
-        gst_clear_object(&m_shared->pipeline);
-        throw std::runtime_error("no " + m_format.codec + " can be made: " + reason);
-    }
-    m_shared->in = gst_bin_get_by_name(GST_BIN(m_shared->pipeline), "in");
-    GstElement *out = gst_bin_get_by_name(GST_BIN(m_shared->pipeline), "out");
     GstAppSinkCallbacks callbacks {};
     callbacks.new_sample = Shared::onSample;
-    callbacks.eos = Shared::onEnd;
-    gst_app_sink_set_callbacks(GST_APP_SINK(out), &callbacks, m_shared.get(), nullptr);
-    gst_object_unref(out);
-    GstBus *bus = gst_element_get_bus(m_shared->pipeline);
+    gst_app_sink_set_callbacks(m_pipeline->out, &callbacks, m_shared.get(), nullptr);
+    GstBus *bus = gst_element_get_bus(m_pipeline->element);
     gst_bus_set_sync_handler(bus, Shared::onMessage, m_shared.get(), nullptr);
     gst_object_unref(bus);
-    gst_element_set_state(m_shared->pipeline, GST_STATE_PLAYING);
+    gst_element_set_state(m_pipeline->element, GST_STATE_PLAYING);
 }
 
 Encoder::~Encoder()
 {
     m_shared->ready = nullptr;
-    gst_element_set_state(m_shared->pipeline, GST_STATE_NULL); // its thread has ended then
-    gst_object_unref(m_shared->in);
-    gst_object_unref(m_shared->pipeline);
 }
 
 void Encoder::feed(const std::vector<std::int16_t> &samples)
 {
-    const std::size_t size = samples.size() * sizeof samples.front();
-    const std::uint64_t frames = samples.size() / m_format.channels;
-    GstBuffer *buffer = gst_buffer_new_memdup(samples.data(), size);
-    GST_BUFFER_PTS(buffer) = gst_util_uint64_scale(m_fed, GST_SECOND, m_format.rate);
-    m_fed += frames;
-    GST_BUFFER_DURATION(buffer)
-        = gst_util_uint64_scale(m_fed, GST_SECOND, m_format.rate) - GST_BUFFER_PTS(buffer);
-    gst_app_src_push_buffer(GST_APP_SRC(m_shared->in), buffer);
+    gst_app_src_push_buffer(m_pipeline->in, bufferOf(samples, m_fed, m_format));
+    m_fed += samples.size() / m_format.channels;
 }
 
 std::vector<std::string> Encoder::take()
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
-    m_shared->woken = false;
-    return std::exchange(m_shared->pieces, {});
+    m_shared->woken = false; // first: what arrives from here on wakes again
+    std::vector<std::string> pieces;
+    while (GstSample *sample = gst_app_sink_try_pull_sample(m_pipeline->out, 0))
+        pieces.push_back(bytesOf(sample));
+    return pieces;
 }
 
 bool Encoder::failed() const
 {
-    const std::lock_guard<std::mutex> lock(m_shared->mutex);
     return m_shared->failed;
-}
-
-std::vector<std::string> Encoder::finish()
-{
-    gst_app_src_end_of_stream(GST_APP_SRC(m_shared->in));
-    std::unique_lock<std::mutex> lock(m_shared->mutex);
-    m_shared->ended.wait(lock, [this] { return m_shared->atEnd; });
-    return std::exchange(m_shared->pieces, {});
 }
 
 std::vector<std::string> encoded(
     const AudioFormat &format, const std::vector<std::int16_t> &samples)
 {
-    Encoder encoder(format, nullptr);
-    encoder.feed(samples);
-    std::vector<std::string> pieces = encoder.finish();
-    if (encoder.failed())
-        throw std::runtime_error("encoding " + format.codec + " failed");
-    return pieces;
+    return AudioPipeline(descriptionOf(format)).run({bufferOf(samples, 0, format)});
+}
+
+std::string transportStream(
+    const std::vector<std::string> &frames, std::uint64_t first, const AudioFormat &format)
+{
+    // The tables stand once at the beginning: clients read a segment as a whole.
+    AudioPipeline pipeline("appsrc name=in format=time "
+                           "caps=audio/mpeg,mpegversion=4,stream-format=adts,framed=true,rate="
+        + std::to_string(format.rate) + ",channels=" + std::to_string(format.channels)
+        + " ! mpegtsmux pat-interval=270000 pmt-interval=270000 ! appsink name=out sync=false");
+    std::vector<GstBuffer *> buffers;
+    buffers.reserve(frames.size());
+    for (const std::string &frame : frames) {
+        buffers.push_back(timed(gst_buffer_new_memdup(frame.data(), frame.size()),
+            first * samplesPerFrame, samplesPerFrame, format.rate));
+        ++first;
+    }
+    std::string out;
+    for (const std::string &piece : pipeline.run(buffers))
+        out += piece;
+    return out;
 }
 
 } // namespace directory

@@ -25,6 +25,8 @@ struct AudioFormat {
 AudioFormat formatFor(const std::string &codec, int bitrate);
 bool canEncode(const std::string &codec);
 
+class AudioPipeline;
+
 class Encoder {
 public:
     /// `ready` is called when there is something to take, or when it has failed. It may destroy the
@@ -40,19 +42,23 @@ public:
     /// What has been encoded since the last call, in the encoder's pieces.
     std::vector<std::string> take();
     bool failed() const;
-    /// Says that nothing follows, and waits for the rest.
-    std::vector<std::string> finish();
 
 private:
     struct Shared;
 
     const AudioFormat m_format;
     std::shared_ptr<Shared> m_shared; ///< with the pipeline's thread
+    std::unique_ptr<AudioPipeline> m_pipeline; ///< behind m_shared: its thread ends first
     std::uint64_t m_fed = 0; ///< frames
 };
 
 /// All of it at once, for short pieces: this waits until it is encoded. Throws std::runtime_error.
 std::vector<std::string> encoded(
     const AudioFormat &format, const std::vector<std::int16_t> &samples);
+/// Packs ADTS frames of 1024 samples into an MPEG transport stream (ISO 13818-1). `first` counts
+/// such frames from the epoch on and gives the time of the first one, so streams that are made
+/// apart continue one another. Throws std::runtime_error.
+std::string transportStream(
+    const std::vector<std::string> &frames, std::uint64_t first, const AudioFormat &format);
 
 } // namespace directory

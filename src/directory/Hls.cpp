@@ -4,7 +4,6 @@
 #include "directory/Hls.h"
 
 #include "directory/Encoder.h"
-#include "directory/TransportStream.h"
 
 #include <stdexcept>
 
@@ -67,7 +66,7 @@ std::string Hls::segment(const Melody &melody, int bitrate, std::uint64_t number
     if (frames.size() < margin + framesPerSegment)
         throw std::runtime_error("the encoder gave too little");
     const auto begin = frames.begin() + margin;
-    return transportStream({begin, begin + framesPerSegment}, number, rate);
+    return transportStream({begin, begin + framesPerSegment}, number * framesPerSegment, format);
 }
 
 } // namespace directory

@@ -211,4 +211,43 @@ TEST(Hls, TheWindowEndsWithTheLastCompleteSegment)
         HasSubstr("#EXT-X-MEDIA-SEQUENCE:996\n"));
 }
 
+/// The presentation time of a segment's first audio in 1/90000 s (ISO 13818-1, 2.4.3.7).
+std::uint64_t firstTime(const std::string &segment)
+{
+    const std::size_t start = segment.find(std::string("\0\0\1\xC0", 4));
+    const auto byte = [&](std::size_t at) {
+        return std::uint64_t {static_cast<unsigned char>(segment.at(start + at))};
+    };
+    return (byte(9) >> 1 & 7) << 30 | (byte(10) << 7 | byte(11) >> 1) << 15
+        | (byte(12) << 7 | byte(13) >> 1);
+}
+
+TEST(Hls, SegmentsAreWholePacketsThatContinueInTime)
+{
+    constexpr std::uint64_t number = 876594977;
+    const Melody melody("s29001", 0);
+    const std::string first = Hls::segment(melody, 64, number);
+    const std::string second = Hls::segment(melody, 64, number + 1);
+    for (const std::string &segment : {first, second}) {
+        ASSERT_EQ(segment.size() % 188, 0u);
+        for (std::size_t at = 0; at < segment.size(); at += 188)
+            ASSERT_EQ(segment[at], 0x47) << at;
+    }
+    constexpr std::uint64_t mask = (std::uint64_t {1} << 33) - 1;
+    EXPECT_EQ((firstTime(second) - firstTime(first)) & mask, Hls::segmentMilliseconds * 90);
+}
+
+TEST(Hls, SegmentsFitIntoTheBandwidthOfTheMasterPlaylist)
+{
+    for (const int bitrate : {16, 64, 128, 256}) {
+        const std::string playlist = Hls::masterPlaylist({{"a", bitrate}});
+        const std::string attribute = "BANDWIDTH=";
+        const std::size_t start = playlist.find(attribute) + attribute.size();
+        const auto bandwidth = static_cast<std::size_t>(
+            parseNumber(playlist.substr(start, playlist.find(',') - start)));
+        const std::size_t bytes = Hls::segment(Melody("s29001", 0), bitrate, 876594977).size();
+        EXPECT_LE(bytes * 8 * 1000 / Hls::segmentMilliseconds, bandwidth) << bitrate;
+    }
+}
+
 } // namespace
