@@ -5,7 +5,7 @@
 
 #include "directory/Compression.h"
 #include "directory/FaultControl.h"
-#include "directory/RequestScanner.h"
+#include "directory/RequestHeads.h"
 #include "directory/TappedStream.h"
 
 #include <stdexcept>
@@ -17,7 +17,7 @@ namespace directory {
 namespace {
 
 constexpr char bodyKey[] = "vesk-request-body";
-constexpr char secureKey[] = "vesk-secure";
+constexpr char connectionKey[] = "vesk-connection";
 constexpr std::size_t leastCompressed = 1024;
 
 /// What has arrived of a request's body; beyond the bound only its being too long is kept.
@@ -25,6 +25,47 @@ struct RequestBody {
     std::string bytes;
     bool tooLong = false;
 };
+
+/// Lives as long as the connection's stream and its last message.
+struct Connection {
+    bool secure = false;
+    RequestHeads heads;
+};
+
+/// Each connection has an object of its own for the client's address: that is how a message leads
+/// to its connection.
+void setConnection(GSocketAddress *remote, const std::shared_ptr<Connection> &connection)
+{
+    g_object_set_data_full(G_OBJECT(remote), connectionKey,
+        new std::shared_ptr<Connection>(connection),
+        [](gpointer data) { delete static_cast<std::shared_ptr<Connection> *>(data); });
+}
+
+Connection &connectionOf(SoupServerMessage *message)
+{
+    GSocketAddress *remote = soup_server_message_get_remote_address(message);
+    return **static_cast<std::shared_ptr<Connection> *>(
+        g_object_get_data(G_OBJECT(remote), connectionKey));
+}
+
+/// Tells the log where the next request begins.
+void onHeaders(SoupServerMessage *message, gpointer)
+{
+    RequestHeads &heads = connectionOf(message).heads;
+    SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
+    switch (soup_message_headers_get_encoding(headers)) {
+    case SOUP_ENCODING_NONE:
+        return heads.skipBody(0);
+    case SOUP_ENCODING_CONTENT_LENGTH:
+        return heads.skipBody(
+            static_cast<std::uint64_t>(soup_message_headers_get_content_length(headers)));
+    default:
+        // Only libsoup knows where a chunked body ends, so no request may follow it.
+        soup_message_headers_replace(
+            soup_server_message_get_response_headers(message), "Connection", "close");
+        return heads.skipBody(RequestHeads::unknownLength);
+    }
+}
 
 bool isControl(std::string_view target)
 {
@@ -57,9 +98,7 @@ ApiRequest requestOf(SoupServerMessage *message, const std::string &target, cons
         request.range = range;
     const char *titles = soup_message_headers_get_one(headers, "Icy-MetaData");
     request.wantsTitles = titles && std::string_view(titles) == "1";
-    request.secure
-        = g_object_get_data(G_OBJECT(soup_server_message_get_remote_address(message)), secureKey)
-        != nullptr;
+    request.secure = connectionOf(message).secure;
     return request;
 }
 
@@ -203,26 +242,26 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
 {
     if (m_faults.isDown())
         return resetAtOnce(g_socket_connection_get_socket(connection));
-    const auto scanner = std::make_shared<RequestScanner>(
-        [log = m_log](std::string_view method, std::string_view target) {
+    const auto state = std::make_shared<Connection>(Connection {
+        secure, RequestHeads([log = m_log](std::string_view method, std::string_view target) {
             if (log && !isControl(target))
                 log->write(method, target);
-        });
+        })});
     // The tap is a part of the stream, so the stream and its socket are there whenever it is
     // called.
     GSocket *socket = g_socket_connection_get_socket(connection);
     Tap tap;
-    tap.read = [scanner, stream, socket](std::string_view bytes) {
-        const bool lostBefore = scanner->lost();
-        scanner->feed(bytes);
-        if (scanner->lost() && !lostBefore)
+    tap.read = [state, stream, socket](std::string_view bytes) {
+        const bool wasTooLong = state->heads.isTooLong();
+        state->heads.feed(bytes);
+        if (state->heads.isTooLong() && !wasTooLong)
             refuseHead(stream, socket);
     };
-    // The library forgets to close a connection that ends between two requests; one that ends in a
-    // request's head it closes. It calls that a bad request, which a client whose connection was
-    // just idle is not to take for the answer to his next one.
-    tap.breaksOff = [scanner, socket] {
-        const bool between = scanner->isBetweenRequests();
+    // libsoup 3.2 does not close a connection that ends between two requests, but one that ends in
+    // a request's head. It answers that with 400, which a client whose connection was idle would
+    // take for the response to its next request: hence the shutdown before.
+    tap.breaksOff = [state, socket] {
+        const bool between = state->heads.isBetweenRequests();
         if (between)
             g_socket_shutdown(socket, TRUE, TRUE, nullptr);
         return between;
@@ -231,9 +270,7 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
     GSocketAddress *local = g_socket_connection_get_local_address(connection, nullptr);
     GSocketAddress *remote = g_socket_connection_get_remote_address(connection, nullptr);
     if (local && remote) {
-        // Each connection has an address object of its own: the way to tell later how a message
-        // came.
-        g_object_set_data(G_OBJECT(remote), secureKey, secure ? this : nullptr);
+        setConnection(remote, state);
         soup_server_accept_iostream(m_server, tapped, local, remote, nullptr);
     }
     g_clear_object(&local);
@@ -247,6 +284,7 @@ void HttpServer::onStarted(SoupServer *, SoupServerMessage *message, gpointer)
     g_object_set_data_full(G_OBJECT(message), bodyKey, body,
         [](gpointer data) { delete static_cast<RequestBody *>(data); });
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
+    g_signal_connect(message, "got-headers", G_CALLBACK(onHeaders), nullptr);
     g_signal_connect(message, "got-chunk", G_CALLBACK(onChunk), body);
 }
 

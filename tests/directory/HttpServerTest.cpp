@@ -302,6 +302,37 @@ TEST(HttpServer, LogsEachRequestAsItCameBeforeItIsAnswered)
     std::remove(file.c_str());
 }
 
+TEST(HttpServer, LogsPipelinedRequestsAsReceived)
+{
+    const std::string file = testing::TempDir() + "directory-pipeline-test.log";
+    std::remove(file.c_str());
+    const RunningServer server(file);
+    const RawConnection connection(server.port());
+    connection.send("POST /Report.ashx?%7e HTTP/1.1\r\nHost: a\r\nContent-Length: 20\r\n\r\n"
+                    "GET /no HTTP/1.1\r\n\r\n"
+                    "GET /1%7e HTTP/1.1\r\nHost: a\r\n\r\n"
+                    "GET /2%7e HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
+    connection.all();
+    EXPECT_EQ(contents(file), "POST /Report.ashx?%7e\nGET /1%7e\nGET /2%7e\n");
+    std::remove(file.c_str());
+}
+
+TEST(HttpServer, ServesNoRequestBehindAChunkedBody)
+{
+    const std::string file = testing::TempDir() + "directory-chunked-test.log";
+    std::remove(file.c_str());
+    const RunningServer server(file);
+    const RawConnection connection(server.port());
+    connection.send("POST /Report.ashx?c=nonsense HTTP/1.1\r\nHost: a\r\n"
+                    "Transfer-Encoding: chunked\r\n\r\n4\r\nx=yz\r\n0\r\n\r\n"
+                    "GET /2 HTTP/1.1\r\nHost: a\r\n\r\n");
+    const std::string all = connection.all();
+    EXPECT_THAT(all, HasSubstr("Connection: close\r\n"));
+    EXPECT_EQ(all.find("HTTP/1.1 ", 1), std::string::npos) << all;
+    EXPECT_EQ(contents(file), "POST /Report.ashx?c=nonsense\n");
+    std::remove(file.c_str());
+}
+
 TEST(HttpServer, SaysWhyItCannotListen)
 {
     const RunningServer server;
