@@ -28,9 +28,9 @@ Answer fault(const std::string &code)
     return failure("400", found != std::end(faults) ? found->text : "Validation error", code);
 }
 
-Answer done(const std::string &faultCode)
+Answer answerOf(const Result<void, std::string> &done)
 {
-    return faultCode.empty() ? success({}) : fault(faultCode);
+    return done ? success({}) : fault(done.error());
 }
 
 Answer auth(const Context &context)
@@ -59,14 +59,14 @@ Answer create(const Context &context)
     wanted.knownCountry = std::any_of(regions.begin(), regions.end(),
         [&](const Region &each) { return !countryId.empty() && each.countryId == countryId; });
     Members &members = context.members();
-    const std::string code = members.create(wanted);
+    const auto created = members.create(wanted);
     const std::string serial = context.param("serial");
-    if (!code.empty() || serial.empty())
-        return done(code);
-    const std::string joined = members.join(*members.account(wanted.userName), serial);
-    if (!joined.empty())
+    if (!created || serial.empty())
+        return answerOf(created);
+    const auto joined = members.join(*members.account(wanted.userName), serial);
+    if (!joined)
         members.remove(wanted.userName); // all or nothing
-    return done(joined);
+    return answerOf(joined);
 }
 
 Answer joinOrDrop(const Context &context, bool join)
@@ -76,7 +76,7 @@ Answer joinOrDrop(const Context &context, bool join)
     if (!account)
         return failure("403", "Invalid user name or password");
     const std::string serial = context.param("serial");
-    return done(
+    return answerOf(
         join ? context.members().join(*account, serial) : context.members().drop(*account, serial));
 }
 

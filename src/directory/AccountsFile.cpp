@@ -19,12 +19,12 @@ bool isMissing(const Content &content)
     return content && !*content;
 }
 
-MembersContent parsed(const Content &content)
+Result<MembersContent, std::string> parsed(const Content &content)
 {
     if (!content)
-        throw std::runtime_error(content.error().text);
+        return ::failure(content.error().text);
     if (isMissing(content))
-        throw std::runtime_error("there is none");
+        return ::failure(std::string("there is none"));
     return parseAccounts(**content);
 }
 
@@ -36,16 +36,25 @@ AccountsFile::AccountsFile(std::string file, Complain complain)
     , m_file(m_name, maxSize)
     , m_lock(m_file.name() + ".lock")
 {
+}
+
+Result<std::unique_ptr<AccountsFile>, AccountsProblem> AccountsFile::open(
+    const std::string &file, Complain complain)
+{
+    std::unique_ptr<AccountsFile> opened(new AccountsFile(file, std::move(complain)));
     std::error_code error;
-    if (!fs::is_directory(fs::absolute(m_name).parent_path(), error))
-        throw std::runtime_error(ofAccounts("there is no folder for the file"));
-    m_held = m_lock.take();
-    if (m_held)
-        m_file.removeLeftovers();
-    else if (m_held.error().error == files::FileLock::HeldElsewhere)
-        throw AccountsInUse(ofAccounts("they are in use: " + m_held.error().text));
+    if (!fs::is_directory(fs::absolute(file).parent_path(), error))
+        return ::failure(AccountsProblem {opened->ofAccounts("there is no folder for the file")});
+    opened->m_held = opened->m_lock.take();
+    const auto &held = opened->m_held;
+    if (held)
+        opened->m_file.removeLeftovers();
+    else if (held.error().error == files::FileLock::HeldElsewhere)
+        return ::failure(
+            AccountsProblem {opened->ofAccounts("they are in use: " + held.error().text), true});
     else
-        tell(m_held);
+        opened->tell(held);
+    return opened;
 }
 
 std::string AccountsFile::ofAccounts(const std::string &what) const
@@ -60,38 +69,35 @@ void AccountsFile::tell(const Result<void, files::Problem> &written)
     m_failing = !written;
 }
 
-MembersContent AccountsFile::read()
+Result<MembersContent, std::string> AccountsFile::read()
 {
     const Content content = m_file.read();
-    try {
-        if (!isMissing(content)) {
-            MembersContent members = parsed(content);
-            const Content copy = m_file.readLastGood();
-            if (m_held && (!copy || *copy != *content))
-                static_cast<void>(m_file.writeLastGood(**content));
-            return members;
-        }
-    } catch (const std::exception &error) {
-        return readLastGood(error.what());
+    if (isMissing(content)) {
+        if (isMissing(m_file.readLastGood()))
+            return MembersContent(); // the first start
+        return readLastGood("the file is gone");
     }
-    return isMissing(m_file.readLastGood()) ? MembersContent() : readLastGood("the file is gone");
+    auto members = parsed(content);
+    if (!members)
+        return readLastGood(members.error());
+    const Content copy = m_file.readLastGood();
+    if (m_held && (!copy || *copy != *content))
+        static_cast<void>(m_file.writeLastGood(**content));
+    return members;
 }
 
-MembersContent AccountsFile::readLastGood(const std::string &problem)
+Result<MembersContent, std::string> AccountsFile::readLastGood(const std::string &problem)
 {
-    MembersContent content;
-    try {
-        content = parsed(m_file.readLastGood());
-    } catch (const std::exception &error) {
-        throw std::runtime_error(ofAccounts(problem + "; its copy: " + error.what()));
-    }
+    auto content = parsed(m_file.readLastGood());
+    if (!content)
+        return ::failure(ofAccounts(problem + "; its copy: " + content.error()));
     std::string line = ofAccounts(problem + "; going on with its copy");
     if (!isMissing(m_file.read())) {
         const auto name = m_file.setAside();
         line += name ? "; the file is now " + *name : "; " + name.error().text;
     }
     m_complain(line);
-    write(content);
+    write(*content);
     return content;
 }
 

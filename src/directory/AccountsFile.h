@@ -6,20 +6,21 @@
 /// this process alone as long as this lives. Lives on one thread.
 #pragma once
 
+#include "base/Result.h"
 #include "base/files/FileLock.h"
 #include "base/files/KeptFile.h"
 #include "directory/Members.h"
 
 #include <functional>
-#include <stdexcept>
+#include <memory>
 #include <string>
 
 namespace directory {
 
-/// Another process has the accounts.
-class AccountsInUse : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
+/// Why the accounts cannot be had.
+struct AccountsProblem {
+    std::string text; ///< one line
+    bool inUse = false; ///< by another process
 };
 
 class AccountsFile {
@@ -28,20 +29,22 @@ public:
     static constexpr std::size_t maxSize = std::size_t(32) * 1024 * 1024;
     using Complain = std::function<void(const std::string &)>;
 
-    /// Takes hold of `file`. Throws AccountsInUse, and std::runtime_error when there is no folder
-    /// for it; both with one line that says so. `complain` gets one line when writing begins to
-    /// fail, and when a damaged file was moved aside.
-    AccountsFile(std::string file, Complain complain);
+    /// Locks `file` for this process; its folder must be there. `complain` gets one line when
+    /// writing begins to fail, and when a damaged file was moved aside.
+    static Result<std::unique_ptr<AccountsFile>, AccountsProblem> open(
+        const std::string &file, Complain complain);
 
     /// Empty when there is no file yet. What a damaged file held last comes from its copy; without
-    /// one it stays, and this throws std::runtime_error with one line that says what is wrong.
-    MembersContent read();
+    /// one the file stays as it is, and the error is one line that says what is wrong.
+    Result<MembersContent, std::string> read();
     /// Returns false when the content is not on the disk; the file is the old one then, or, when
     /// the disk failed at the very end, perhaps the new one. Only the file's owner may read it.
     bool write(const MembersContent &content);
 
 private:
-    MembersContent readLastGood(const std::string &problem);
+    AccountsFile(std::string file, Complain complain);
+
+    Result<MembersContent, std::string> readLastGood(const std::string &problem);
     std::string ofAccounts(const std::string &what) const;
     void tell(const Result<void, files::Problem> &written);
 

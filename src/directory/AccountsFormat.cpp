@@ -208,6 +208,19 @@ Json parsedJson(const std::string &text)
     }
 }
 
+MembersContent readMembers(const Entry &file)
+{
+    if (file.number("version", 0) != version)
+        file.fail("its version is unknown here");
+    MembersContent content;
+    content.nextAccount = file.number("next_account", content.nextAccount);
+    file.each("accounts", Members::maxAccounts,
+        [&content](const Entry &each) { readAccount(each, content); });
+    file.each("devices", Members::maxDevices,
+        [&content](const Entry &each) { readDevice(each, content); });
+    return content;
+}
+
 } // namespace
 
 std::string formatAccounts(const MembersContent &content)
@@ -225,19 +238,14 @@ std::string formatAccounts(const MembersContent &content)
         + '\n';
 }
 
-MembersContent parseAccounts(const std::string &text)
+Result<MembersContent, std::string> parseAccounts(const std::string &text)
 {
-    const Json json = parsedJson(text);
-    const Entry file(json, "the file");
-    if (file.number("version", 0) != version)
-        file.fail("its version is unknown here");
-    MembersContent content;
-    content.nextAccount = file.number("next_account", content.nextAccount);
-    file.each("accounts", Members::maxAccounts,
-        [&content](const Entry &each) { readAccount(each, content); });
-    file.each("devices", Members::maxDevices,
-        [&content](const Entry &each) { readDevice(each, content); });
-    return content;
+    try {
+        const Json json = parsedJson(text);
+        return readMembers(Entry(json, "the file"));
+    } catch (const std::invalid_argument &mistake) {
+        return ::failure(std::string(mistake.what()));
+    }
 }
 
 } // namespace directory

@@ -5,6 +5,7 @@
 /// as hashes, sessions are not.
 #pragma once
 
+#include "base/Result.h"
 #include "directory/Members.h"
 
 #include <string>
@@ -13,8 +14,8 @@ namespace directory {
 
 /// Devices that nothing is known of are left out.
 std::string formatAccounts(const MembersContent &content);
-/// Takes only what could have been written. Throws std::invalid_argument with one line that says
-/// where the mistake is, without repeating anything of the text.
-MembersContent parseAccounts(const std::string &text);
+/// Takes only what could have been written. The error is one line that says where the mistake is,
+/// without repeating anything of the text.
+Result<MembersContent, std::string> parseAccounts(const std::string &text);
 
 } // namespace directory

@@ -9,16 +9,18 @@
 
 namespace directory {
 
-Catalog parseCatalog(const std::string &yaml)
+Result<Catalog, DataError> parseCatalog(const std::string &yaml)
 {
     try {
         return CatalogReader().load(YAML::Load(yaml));
+    } catch (const DataError &error) {
+        return ::failure(error);
     } catch (const YAML::Exception &error) {
-        throw DataError(error.mark.line + 1, error.msg);
+        return ::failure(DataError(error.mark.line + 1, error.msg));
     }
 }
 
-Catalog loadCatalog(const std::string &file)
+Result<Catalog, DataError> loadCatalog(const std::string &file)
 {
     std::ifstream in(file, std::ios::binary);
     std::string text;
@@ -26,10 +28,10 @@ Catalog loadCatalog(const std::string &file)
     while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
         text.append(buffer, static_cast<std::size_t>(in.gcount()));
         if (text.size() > maxDataFile)
-            throw DataError(0, "the file is too large");
+            return ::failure(DataError(0, "the file is too large"));
     }
     if (!in.eof())
-        throw DataError(0, "the file cannot be read");
+        return ::failure(DataError(0, "the file cannot be read"));
     return parseCatalog(text);
 }
 

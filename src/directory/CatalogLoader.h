@@ -4,6 +4,7 @@
 /// Reads the data file into a Catalog. The file's own head explains its format.
 #pragma once
 
+#include "base/Result.h"
 #include "directory/Catalog.h"
 #include "directory/YamlEntry.h"
 
@@ -14,9 +15,9 @@ namespace directory {
 /// Files beyond this size are refused.
 constexpr std::size_t maxDataFile = std::size_t(16) * 1024 * 1024;
 
-/// Throws DataError with the line of the first mistake.
-Catalog parseCatalog(const std::string &yaml);
-/// As parseCatalog; line 0 when the file cannot be read.
-Catalog loadCatalog(const std::string &file);
+/// The error is the first mistake, with its line.
+Result<Catalog, DataError> parseCatalog(const std::string &yaml);
+/// The same; line 0 when the file cannot be read.
+Result<Catalog, DataError> loadCatalog(const std::string &file);
 
 } // namespace directory

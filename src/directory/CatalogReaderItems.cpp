@@ -205,9 +205,8 @@ void CatalogReader::otherServer(const YAML::Node &node)
     if (server.path.front() != '/')
         entry.fail("\"path\" must begin with a slash");
     server.fault = entry.text("fault");
-    std::string error;
-    if (!Faults::parse(server.fault, error))
-        entry.fail(error);
+    if (const auto fault = Faults::parse(server.fault); !fault)
+        entry.fail(fault.error());
     server.station.id = entry.id("id", "s");
     claim(entry, server.station.id);
     server.station.name = entry.text("name");

@@ -71,10 +71,10 @@ Answer link(const Context &context)
     Members &members = context.members();
     Account *account = members.authenticate(context.param("username"), context.param("password"));
     const std::string serial = members.claimed(context.param("code"));
-    // Which of the three it was is nobody's business.
+    // Does not say which of the three is wrong: that would help to guess them one by one.
     if (!account || serial.empty())
         return page(403, "The code, the user name or the password is not right.", form);
-    if (!members.join(*account, serial).empty())
+    if (!members.join(*account, serial))
         return page(409, "This device is linked to an account already.", form);
     members.forgetClaimCode(serial);
     return page(

@@ -8,13 +8,14 @@
 
 namespace directory {
 
-Directory::Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts)
+Directory::Directory(
+    Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts, MembersContent members)
     : m_catalog(std::move(catalog))
     , m_search(m_catalog)
     , m_clock(std::move(clock))
     , m_streams(m_catalog)
     , m_accounts(std::move(accounts))
-    , m_members(m_accounts ? m_accounts->read() : MembersContent())
+    , m_members(std::move(members))
 {
 }
 

@@ -17,9 +17,9 @@ namespace directory {
 
 class Directory {
 public:
-    /// Without accounts the members are forgotten at the end. Throws std::runtime_error when they
-    /// cannot be read.
-    Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts = nullptr);
+    /// `members` are what `accounts` held. Without accounts they are forgotten at the end.
+    Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts = nullptr,
+        MembersContent members = {});
     /// Has the file hold what was answered, if a write that failed could have changed it.
     ~Directory();
     Directory(const Directory &) = delete;

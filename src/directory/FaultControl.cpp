@@ -42,10 +42,9 @@ Answer controlFaults(Faults &faults, const std::string &method, const std::strin
     if (method == "POST") {
         Faults changed = faults;
         for (const std::string &text : textsIn(body)) {
-            std::string error;
-            std::optional<Fault> fault = Faults::parse(text, error);
+            auto fault = Faults::parse(text);
             if (!fault)
-                return textAnswer(400, error);
+                return textAnswer(400, fault.error());
             if (!changed.add(std::move(*fault)))
                 return textAnswer(400, "there are too many faults");
         }

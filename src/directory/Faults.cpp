@@ -188,7 +188,7 @@ FaultyAnswer slowed(Answer answer, const Fault &fault)
 
 } // namespace
 
-std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
+Result<Fault, std::string> Faults::parse(const std::string &text)
 {
     Fault fault;
     fault.text = text;
@@ -204,10 +204,8 @@ std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
     }
     const auto *kind = std::find_if(std::begin(kinds), std::end(kinds),
         [&name](const Kind &each) { return name == each.name; });
-    if (kind == std::end(kinds)) {
-        error = "there is no fault \"" + name + '"';
-        return std::nullopt;
-    }
+    if (kind == std::end(kinds))
+        return ::failure("there is no fault \"" + name + '"');
     fault.kind = kind->kind;
     if (kind->argument == Kind::Number)
         fault.number = parseNumber(fault.argument);
@@ -216,10 +214,8 @@ std::optional<Fault> Faults::parse(const std::string &text, std::string &error)
     const bool fits = kind->argument == Kind::None ? fault.argument.empty()
         : kind->argument == Kind::Text             ? !fault.argument.empty()
                                        : fault.number >= kind->low && fault.number <= kind->high;
-    if (!fits || fault.remaining == 0 || (at != std::string::npos && fault.path.empty())) {
-        error = "the fault \"" + text + "\" has a wrong argument, path or count";
-        return std::nullopt;
-    }
+    if (!fits || fault.remaining == 0 || (at != std::string::npos && fault.path.empty()))
+        return ::failure("the fault \"" + text + "\" has a wrong argument, path or count");
     return fault;
 }
 

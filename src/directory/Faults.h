@@ -6,6 +6,7 @@
 /// server's thread owns them.
 #pragma once
 
+#include "base/Result.h"
 #include "directory/Api.h"
 
 #include <chrono>
@@ -78,8 +79,8 @@ public:
     static constexpr std::size_t maxFaults = 100;
     static constexpr int maxBody = 256 * 1024 * 1024;
 
-    /// None when the text is no fault; `error` then says why, in one line.
-    static std::optional<Fault> parse(const std::string &text, std::string &error);
+    /// The error is one line.
+    static Result<Fault, std::string> parse(const std::string &text);
 
     /// False when there are too many.
     bool add(Fault fault);

@@ -166,8 +166,7 @@ Faults faultsOf(const std::vector<OtherServer> &servers)
 {
     Faults faults;
     for (const OtherServer &server : servers) {
-        std::string error;
-        std::optional<Fault> fault = Faults::parse(server.fault, error);
+        auto fault = Faults::parse(server.fault);
         if (!fault)
             continue; // the reader of the data file lets none of these through
         fault->path = "/stream/" + server.station.id + '/';

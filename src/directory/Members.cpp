@@ -103,16 +103,16 @@ bool Library::remove(const std::string &id, const std::string &folder)
     return removed;
 }
 
-bool Library::addFolder(const std::string &name, std::string &id)
+std::optional<std::string> Library::addFolder(const std::string &name)
 {
     const bool taken = std::any_of(m_content.folders.begin(), m_content.folders.end(),
         [&name](const Folder &each) { return each.name == name; });
     if (name.empty() || name.size() > 200 || taken || m_content.folders.size() >= maxFolders)
-        return false;
-    id = 'f' + std::to_string(m_content.nextFolder++);
+        return std::nullopt;
+    std::string id = 'f' + std::to_string(m_content.nextFolder++);
     m_content.folders.push_back({id, name});
     m_changed = true;
-    return true;
+    return id;
 }
 
 bool Library::renameFolder(const std::string &id, const std::string &name)
@@ -203,20 +203,20 @@ Account *Members::authenticate(const std::string &userName, const std::string &p
     return named;
 }
 
-std::string Members::create(const NewAccount &wanted)
+Result<void, std::string> Members::create(const NewAccount &wanted)
 {
     if (!plausibleEmail(wanted.email))
-        return "validation.email";
+        return ::failure(std::string("validation.email"));
     if (!plausiblePassword(wanted.password))
-        return "validation.password";
+        return ::failure(std::string("validation.password"));
     if (wanted.postalCode.empty() && (wanted.city.empty() || !wanted.knownCountry))
-        return "validation.location";
+        return ::failure(std::string("validation.location"));
     if (!plainName(wanted.userName) || m_content.accounts.size() >= maxAccounts)
-        return "validation.error";
+        return ::failure(std::string("validation.error"));
     if (account(wanted.userName))
-        return "validation.userNameExists";
+        return ::failure(std::string("validation.userNameExists"));
     if (accountByEmail(wanted.email))
-        return "validation.emailExists";
+        return ::failure(std::string("validation.emailExists"));
     Account made;
     made.id = std::to_string(m_content.nextAccount++);
     made.userName = wanted.userName;
@@ -252,22 +252,22 @@ const Account *Members::joined(const std::string &serial) const
         : nullptr;
 }
 
-std::string Members::join(Account &account, const std::string &serial)
+Result<void, std::string> Members::join(Account &account, const std::string &serial)
 {
     Device *joining = device(serial);
     if (!joining)
-        return "validation.error";
+        return ::failure(std::string("validation.error"));
     if (joined(serial))
-        return "validation.deviceExists";
+        return ::failure(std::string("validation.deviceExists"));
     joining->account = lowered(account.userName);
     m_changed = true;
     return {};
 }
 
-std::string Members::drop(const Account &account, const std::string &serial)
+Result<void, std::string> Members::drop(const Account &account, const std::string &serial)
 {
     if (joined(serial) != &account)
-        return "validation.deviceNotAssociated";
+        return ::failure(std::string("validation.deviceNotAssociated"));
     m_content.devices[serial].account.clear();
     m_changed = true;
     return {};

@@ -6,7 +6,10 @@
 /// server's thread owns it.
 #pragma once
 
+#include "base/Result.h"
+
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -51,7 +54,8 @@ public:
     /// All return false when the thing is missing, is there already, or there is no room.
     bool add(Preset preset);
     bool remove(const std::string &id, const std::string &folder);
-    bool addFolder(const std::string &name, std::string &id);
+    /// Its id; none when there is no room or the name is empty, too long or taken.
+    std::optional<std::string> addFolder(const std::string &name);
     bool renameFolder(const std::string &id, const std::string &name);
     /// Its presets go with it. The first folder stays.
     bool removeFolder(const std::string &id);
@@ -116,15 +120,15 @@ public:
     const Account *accountByEmail(const std::string &email) const;
     /// The account when the password is right, else null.
     Account *authenticate(const std::string &userName, const std::string &password);
-    /// The fault code, or nothing when the account was made.
-    std::string create(const NewAccount &wanted);
+    /// The error is the web API's fault code.
+    Result<void, std::string> create(const NewAccount &wanted);
     void remove(const std::string &userName);
 
     /// The account that the device is joined to; null when there is none.
     const Account *joined(const std::string &serial) const;
-    /// Return the fault code, or nothing.
-    std::string join(Account &account, const std::string &serial);
-    std::string drop(const Account &account, const std::string &serial);
+    /// The errors are the web API's fault codes.
+    Result<void, std::string> join(Account &account, const std::string &serial);
+    Result<void, std::string> drop(const Account &account, const std::string &serial);
     /// The device's claim code, made at its first use; empty when there is no room for the device.
     std::string claimCode(const std::string &serial);
     /// The serial of the device with that code, read without case; empty when there is none.

@@ -5,7 +5,6 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <stdexcept>
 
 namespace directory {
 
@@ -18,7 +17,7 @@ std::string firstLine(const std::string &text)
 
 } // namespace
 
-Options parseOptions(int count, const char *const *arguments)
+Result<Options, std::string> parseOptions(int count, const char *const *arguments)
 {
     Options options;
     std::vector<std::string> faults;
@@ -54,17 +53,16 @@ Options parseOptions(int count, const char *const *arguments)
         options.help = app.help();
         return options;
     } catch (const CLI::ParseError &error) {
-        throw std::invalid_argument(firstLine(error.what()));
+        return ::failure(firstLine(error.what()));
     }
     for (const std::string &text : faults) {
-        std::string error;
-        std::optional<Fault> fault = Faults::parse(text, error);
+        auto fault = Faults::parse(text);
         if (!fault)
-            throw std::invalid_argument(error);
+            return ::failure(fault.error());
         options.faults.push_back(std::move(*fault));
     }
     if (options.faults.size() > Faults::maxFaults)
-        throw std::invalid_argument("there are too many faults");
+        return ::failure(std::string("there are too many faults"));
     return options;
 }
 

@@ -4,6 +4,7 @@
 /// The command line of tunein-directory.
 #pragma once
 
+#include "base/Result.h"
 #include "directory/Faults.h"
 
 #include <string>
@@ -25,8 +26,8 @@ struct Options {
     std::string help; ///< not empty: to be printed instead of serving
 };
 
-/// Throws std::invalid_argument with one line that says what is wrong.
-Options parseOptions(int count, const char *const *arguments);
+/// The error is one line.
+Result<Options, std::string> parseOptions(int count, const char *const *arguments);
 /// ../share/vesk/directory.yaml beside the running program.
 std::string defaultDataFile();
 

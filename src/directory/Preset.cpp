@@ -60,10 +60,9 @@ Answer remove(const Context &context, Library &library)
 Answer addFolder(const Context &context, Library &library)
 {
     const std::string name = context.param("name");
-    std::string id;
-    if (!library.addFolder(name, id))
-        return failure("400", "The folder's name is empty or taken, or there is no room for it");
-    return success({}, Json::array({textRow(name, id)}));
+    const std::optional<std::string> id = library.addFolder(name);
+    return id ? success({}, Json::array({textRow(name, *id)}))
+              : failure("400", "The folder's name is empty or taken, or there is no room for it");
 }
 
 Answer listFolders(const Library &library)

@@ -40,14 +40,26 @@ void maskSignals(int how)
     ::pthread_sigmask(how, &signals, nullptr);
 }
 
-void serve(const Options &options, Catalog catalog)
+/// Returns the program's status.
+int serve(const Options &options, Catalog catalog)
 {
     std::unique_ptr<AccountsFile> accounts;
-    if (!options.accounts.empty())
-        accounts = std::make_unique<AccountsFile>(options.accounts, complain);
+    MembersContent members;
+    if (!options.accounts.empty()) {
+        auto opened = AccountsFile::open(options.accounts, complain);
+        if (!opened) {
+            complain(opened.error().text);
+            return opened.error().inUse ? inUse : badArguments;
+        }
+        accounts = *std::move(opened);
+        auto read = accounts->read();
+        if (!read)
+            return complain(read.error());
+        members = *std::move(read);
+    }
     Directory directory(
         std::move(catalog), [] { return static_cast<std::int64_t>(std::time(nullptr)); },
-        std::move(accounts));
+        std::move(accounts), std::move(members));
     Faults faults;
     for (const Fault &fault : options.faults)
         faults.add(fault);
@@ -71,6 +83,7 @@ void serve(const Options &options, Catalog catalog)
     std::printf("tunein-directory: ready at http://%s/\n", address.c_str());
     std::fflush(stdout);
     g_main_loop_run(loop.get());
+    return 0;
 }
 
 } // namespace
@@ -80,31 +93,28 @@ int main(int argc, char **argv)
     maskSignals(SIG_BLOCK); // they end it as well before it is ready
     std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
     try {
-        const Options options = parseOptions(argc, argv);
-        if (!options.help.empty()) {
-            std::fputs(options.help.c_str(), stdout);
+        const auto options = parseOptions(argc, argv);
+        if (!options)
+            return complain(options.error());
+        if (!options->help.empty()) {
+            std::fputs(options->help.c_str(), stdout);
             return 0;
         }
-        const std::string file = options.data.empty() ? defaultDataFile() : options.data;
-        Catalog catalog;
-        try {
-            catalog = loadCatalog(file);
-        } catch (const DataError &error) {
-            const std::string line = error.line() > 0 ? ':' + std::to_string(error.line()) : "";
-            return complain(file + line + ": " + error.what());
+        const std::string file = options->data.empty() ? defaultDataFile() : options->data;
+        auto catalog = loadCatalog(file);
+        if (!catalog) {
+            const int line = catalog.error().line();
+            return complain(file + (line > 0 ? ':' + std::to_string(line) : std::string()) + ": "
+                + catalog.error().what());
         }
-        if (options.listsHosts) {
-            for (const OtherServer &server : catalog.otherServers)
+        if (options->listsHosts) {
+            for (const OtherServer &server : catalog->otherServers)
                 std::printf("%s\n", server.host.c_str());
             return 0;
         }
-        if (options.titleSeconds > 0)
-            catalog.songSeconds = options.titleSeconds;
-        serve(options, std::move(catalog));
-        return 0;
-    } catch (const AccountsInUse &error) {
-        complain(error.what());
-        return inUse;
+        if (options->titleSeconds > 0)
+            catalog->songSeconds = options->titleSeconds;
+        return serve(*options, *std::move(catalog));
     } catch (const std::exception &error) {
         return complain(error.what());
     }

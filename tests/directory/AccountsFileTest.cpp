@@ -45,22 +45,21 @@ protected:
         fs::remove_all(m_folder);
     }
 
-    void start()
-    {
-        m_directory.reset();
-        m_directory = std::make_unique<Directory>(
-            shippedCatalog(), [] { return mondayMorning; },
-            std::make_unique<AccountsFile>(
-                m_file, [this](const std::string &line) { m_complaints.push_back(line); }));
-    }
+    void start() { EXPECT_EQ(refusal(), ""); }
     /// What a start says of the file; empty when it takes it.
     std::string refusal()
     {
-        try {
-            start();
-        } catch (const std::runtime_error &error) {
-            return error.what();
-        }
+        m_directory.reset();
+        auto accounts = AccountsFile::open(
+            m_file, [this](const std::string &line) { m_complaints.push_back(line); });
+        if (!accounts)
+            return accounts.error().text;
+        auto members = (*accounts)->read();
+        if (!members)
+            return members.error();
+        m_directory = std::make_unique<Directory>(
+            shippedCatalog(), [] { return mondayMorning; }, *std::move(accounts),
+            *std::move(members));
         return {};
     }
     Json ask(const std::string &target)
@@ -586,10 +585,11 @@ TEST_F(AccountsFileTest, WhatCouldNotBeReadAgainIsNotWritten)
     for (int i = 0; i < 45; ++i)
         content.devices[std::to_string(i)].library = Library(many);
     std::vector<std::string> complaints;
-    AccountsFile file(
+    const auto file = AccountsFile::open(
         m_file, [&complaints](const std::string &line) { complaints.push_back(line); });
     put("old");
-    EXPECT_FALSE(file.write(content));
+    ASSERT_TRUE(file);
+    EXPECT_FALSE((*file)->write(content));
     EXPECT_THAT(complaints, ElementsAre(HasSubstr("too large")));
     EXPECT_EQ(text(), "old");
 }

@@ -47,13 +47,10 @@ const char *const goodStation = "  - id: s1\n    name: One\n    city: Dublin\n  
 
 void expectMistake(const std::string &yaml, int line, const std::string &part)
 {
-    try {
-        parseCatalog(yaml);
-        FAIL() << "no mistake was found";
-    } catch (const DataError &error) {
-        EXPECT_EQ(error.line(), line) << error.what();
-        EXPECT_THAT(error.what(), testing::HasSubstr(part));
-    }
+    const auto catalog = parseCatalog(yaml);
+    ASSERT_FALSE(catalog) << "no mistake was found";
+    EXPECT_EQ(catalog.error().line(), line) << catalog.error().what();
+    EXPECT_THAT(catalog.error().what(), testing::HasSubstr(part));
 }
 
 TEST(ShippedData, HoldsEnoughToBrowse)
@@ -94,7 +91,7 @@ TEST(ShippedData, HasWordsForAllMenusInEnglish)
 
 TEST(CatalogLoader, FillsInWhatAStationDoesNotSay)
 {
-    const Catalog catalog = parseCatalog(smallFile(goodStation));
+    const Catalog catalog = *parseCatalog(smallFile(goodStation));
     const Station *station = catalog.station("s1");
     ASSERT_NE(station, nullptr);
     EXPECT_EQ(station->language, "l1");
@@ -107,7 +104,7 @@ TEST(CatalogLoader, FillsInWhatAStationDoesNotSay)
 
 TEST(CatalogLoader, DerivesTopicIdsFromTheShow)
 {
-    const Catalog catalog = parseCatalog(smallFile(goodStation,
+    const Catalog catalog = *parseCatalog(smallFile(goodStation,
         "\n  - {id: p30, title: S, genre: Folk, topics: ["
         "{title: A, minutes: 5, date: 2026-03-14}, {title: B, minutes: 5, date: 2026-03-07}]}"));
     EXPECT_EQ(catalog.show("p30")->topics, (std::vector<std::string> {"t3001", "t3002"}));
@@ -167,7 +164,7 @@ TEST(CatalogLoader, ReadsOtherServers)
               "  - {id: s3, host: \""
             + host + "\", name: B, genre: Folk, stream: {codec: aac, bitrate: 64}, " + rest + "}\n";
     };
-    const Catalog catalog = parseCatalog(file("b.example.org:81", "path: /b.aac, fault: stall"));
+    const Catalog catalog = *parseCatalog(file("b.example.org:81", "path: /b.aac, fault: stall"));
     ASSERT_EQ(catalog.otherServers.size(), 2u);
     EXPECT_EQ(catalog.otherServers[0].path, "/");
     EXPECT_EQ(catalog.otherServers[1].path, "/b.aac");
@@ -184,13 +181,10 @@ TEST(CatalogLoader, ReadsOtherServers)
 
 TEST(CatalogLoader, SaysThatAFileIsNotThere)
 {
-    try {
-        loadCatalog("/nonexistent/directory.yaml");
-        FAIL();
-    } catch (const DataError &error) {
-        EXPECT_EQ(error.line(), 0);
-        EXPECT_THAT(error.what(), testing::HasSubstr("cannot be read"));
-    }
+    const auto catalog = loadCatalog("/nonexistent/directory.yaml");
+    ASSERT_FALSE(catalog);
+    EXPECT_EQ(catalog.error().line(), 0);
+    EXPECT_THAT(catalog.error().what(), testing::HasSubstr("cannot be read"));
 }
 
 } // namespace

@@ -14,19 +14,16 @@ namespace {
 
 Fault parsed(const std::string &text)
 {
-    std::string error;
-    const std::optional<Fault> fault = Faults::parse(text, error);
-    EXPECT_TRUE(fault.has_value()) << text << ": " << error;
-    return fault.value_or(Fault());
+    const auto fault = Faults::parse(text);
+    EXPECT_TRUE(fault) << text << ": " << fault.error();
+    return fault ? *fault : Fault();
 }
 
 bool accepted(const std::string &text)
 {
-    std::string error;
-    const bool good = Faults::parse(text, error).has_value();
-    EXPECT_EQ(good, error.empty()) << text;
-    EXPECT_EQ(error.find('\n'), std::string::npos);
-    return good;
+    const auto fault = Faults::parse(text);
+    EXPECT_TRUE(fault || fault.error().find('\n') == std::string::npos) << fault.error();
+    return bool(fault);
 }
 
 Answer soundAnswer()

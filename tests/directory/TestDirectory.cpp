@@ -9,7 +9,7 @@ namespace directory::test {
 
 const Catalog &shippedCatalog()
 {
-    static const Catalog catalog = loadCatalog(DIRECTORY_DATA);
+    static const Catalog catalog = *loadCatalog(DIRECTORY_DATA);
     return catalog;
 }
 
