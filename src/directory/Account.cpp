@@ -87,7 +87,7 @@ Answer query(const Context &context)
                    : fault("validation.deviceNotAssociated");
 }
 
-/// Mails are not sent, but only known addresses are accepted.
+/// No e-mail is sent, but the address must be an account's.
 Answer remind(const Context &context)
 {
     return context.members().accountByEmail(context.param("email")) ? success({})
@@ -148,16 +148,12 @@ Answer accountOf(const Context &context)
 
 Answer account(const Context &context)
 {
-    Answer answer = accountOf(context);
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
+    return notStored(accountOf(context));
 }
 
 Answer notKept()
 {
-    Answer answer = failure("500", "The change cannot be kept: the disk takes no more");
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
+    return notStored(failure("500", "The change cannot be kept: the disk takes no more"));
 }
 
 } // namespace directory

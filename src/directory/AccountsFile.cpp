@@ -106,7 +106,7 @@ bool AccountsFile::write(const MembersContent &content)
     const std::string text = formatAccounts(content);
     const auto written = m_held ? m_file.write(text) : m_held;
     tell(written);
-    if (written) // without the copy a damaged file is as bad as it was before
+    if (written) // if the copy fails, only the next damage is harder to repair
         static_cast<void>(m_file.writeLastGood(text));
     return bool(written);
 }

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// The file in which members outlive a restart. It is small enough to be written as a whole, and
-/// replaced in one step, with a copy of what it held last beside it (files::KeptFile). Held for
-/// this process alone as long as this lives. Lives on one thread.
+/// The file that keeps members across restarts. It is small enough to be rewritten as a whole for
+/// each change, and replaced atomically, with a backup beside it (files::KeptFile). Locked against
+/// other processes for the lifetime of the object. Not thread-safe.
 #pragma once
 
 #include "base/Result.h"
@@ -17,7 +17,7 @@
 
 namespace directory {
 
-/// Why the accounts cannot be had.
+/// Why the accounts cannot be used.
 struct AccountsProblem {
     std::string text; ///< one line
     bool inUse = false; ///< by another process
@@ -34,11 +34,11 @@ public:
     static Result<std::unique_ptr<AccountsFile>, AccountsProblem> open(
         const std::string &file, Complain complain);
 
-    /// Empty when there is no file yet. What a damaged file held last comes from its copy; without
-    /// one the file stays as it is, and the error is one line that says what is wrong.
+    /// Empty when there is no file yet. A damaged file is replaced from its backup; without one it
+    /// stays as it is, and the error is one line that says what is wrong.
     Result<MembersContent, std::string> read();
-    /// Returns false when the content is not on the disk; the file is the old one then, or, when
-    /// the disk failed at the very end, perhaps the new one. Only the file's owner may read it.
+    /// Returns whether the content is on the disk. If not, the file is the old one or, when only
+    /// the last fsync failed, perhaps the new one. The file is readable for its owner only.
     bool write(const MembersContent &content);
 
 private:

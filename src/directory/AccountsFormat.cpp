@@ -14,7 +14,7 @@ namespace directory {
 namespace {
 
 constexpr int version = 1;
-// No request brings a longer one.
+// Longer than any text that the pages accept.
 constexpr std::size_t maxText = std::size_t(8) * 1024;
 constexpr int maxNumber = 999999999;
 
@@ -73,7 +73,7 @@ private:
     std::string m_where;
 };
 
-/// Whether the id is one of those given before the next number, such as "f3".
+/// Whether the id is the prefix and a number below `next`, such as "f3": one that was assigned.
 bool givenBefore(int next, const std::string &id, std::string_view prefix)
 {
     const int number = id.compare(0, prefix.size(), prefix) == 0
@@ -200,7 +200,7 @@ Json parsedJson(const std::string &text)
 {
     try {
         return Json::parse(text);
-        // The library's own words quote the text.
+        // Not error.what(): it quotes the text, which holds password hashes.
     } catch (const Json::parse_error &error) {
         throw std::invalid_argument("this is no JSON, at byte " + std::to_string(error.byte));
     } catch (const Json::exception &) {

@@ -12,7 +12,7 @@
 
 namespace directory {
 
-/// Devices that nothing is known of are left out.
+/// Devices without presets, account or claim code are left out.
 std::string formatAccounts(const MembersContent &content);
 /// Takes only what could have been written. The error is one line that says where the mistake is,
 /// without repeating anything of the text.

@@ -31,6 +31,12 @@ Answer failure(const std::string &status, const std::string &fault, const std::s
     return answer;
 }
 
+Answer notStored(Answer answer)
+{
+    answer.headers.emplace_back("Cache-Control", "no-store");
+    return answer;
+}
+
 Answer textAnswer(int status, const std::string &text)
 {
     Answer answer;

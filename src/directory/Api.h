@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// The requests and answers of the web API, free of any server: what endpoints take and give.
+/// Requests and answers of the web API, independent of HTTP: what endpoints take and return.
 #pragma once
 
 #include "directory/Audio.h"
@@ -42,10 +42,13 @@ struct Answer {
 
 /// A successful answer; an empty title is left out of the head.
 Answer success(const std::string &title, Json body = Json::array());
-/// A failure as the web API tells it: HTTP 200, the status in the head. An empty code is left out.
+/// A failure in the web API's form: HTTP 200, the status in the JSON head. An empty code is left
+/// out.
 Answer failure(const std::string &status, const std::string &fault, const std::string &code = {});
+/// With "Cache-Control: no-store", for what depends on the user or may change at any time.
+Answer notStored(Answer answer);
 Answer textAnswer(int status, const std::string &text);
-/// Bytes that are no UTF-8 are replaced: a client's query may come back in a title.
+/// Invalid UTF-8 is replaced with U+FFFD: a title may repeat a client's query.
 std::string serialized(const Json &json);
 
 } // namespace directory

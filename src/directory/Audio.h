@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Audio that is too long to lie in an answer: it is made, or copied, while it is sent.
+/// Audio that is too long to be held in an answer: it is encoded, or copied, while it is sent.
 #pragma once
 
 #include "directory/Encoder.h"
@@ -18,11 +18,11 @@ namespace directory {
 struct LiveAudio {
     AudioFormat format;
     Melody melody;
-    /// What is playing so many seconds after the request; null when the client did not ask.
+    /// The title that many seconds after the request; null when the client did not ask for titles.
     std::function<std::string(double elapsed)> title;
 };
 
-/// A file, or a part of one: so many bytes of a loop, from an offset on.
+/// A file, or a range of one: `length` bytes of the endlessly repeated loop, from `offset` on.
 struct FileAudio {
     std::shared_ptr<const std::string> loop;
     std::uint64_t offset = 0;

@@ -11,7 +11,7 @@ namespace directory {
 namespace {
 
 constexpr unsigned tickMilliseconds = 100;
-constexpr double longestFeed = 1; ///< seconds; what is late comes in pieces
+constexpr double longestFeed = 1; ///< seconds; a longer backlog is encoded in several ticks
 constexpr std::int64_t microseconds = 1000000;
 
 } // namespace
@@ -167,7 +167,7 @@ void AudioDelivery::disturb(const Disturbance &disturbance)
     m_disturbance = disturbance;
     const bool endsIt = disturbance.kind == Disturbance::Kind::Close
         || disturbance.kind == Disturbance::Kind::Reset;
-    // What ends it destroys this object, and whoever disturbs it would not expect that.
+    // What ends the stream destroys this object, which the caller may still be using: by the timer.
     if (disturbance.seconds == 0 && !endsIt)
         return act();
     m_disturbanceTimer.onTime(static_cast<unsigned>(disturbance.seconds) * 1000, [this] { act(); });

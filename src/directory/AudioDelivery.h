@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Sends an answer whose body is audio: what is live in real time after a burst, what is a file as
-/// fast as the client takes it. It holds little for a client that does not read, and drops it after
-/// a while. The server hands the connection over to it; destroying it drops the connection. Lives
-/// on the server's thread.
+/// Sends a response whose body is audio: live audio in real time after a burst, files as fast as
+/// the client reads. The buffer for a client that does not read is small, and the client is dropped
+/// after a while. Owns the connection, which the server hands off to it; destroying it closes the
+/// connection. Lives on the server's thread.
 #pragma once
 
 #include "directory/Delivery.h"
@@ -17,13 +17,13 @@ namespace directory {
 class AudioDelivery {
 public:
     static constexpr double burstSeconds = 4;
-    /// What waits for the client here at most, and about as much again in the system.
+    /// The bound of the buffer here; the kernel's send buffer holds about as much again.
     static constexpr std::size_t maxWaiting = std::size_t(64) * 1024;
-    /// A client that takes nothing for so long, though there is something for it, is dropped.
+    /// A client that reads nothing for this long, although data are buffered for it, is dropped.
     static constexpr double patienceSeconds = 5;
 
-    /// Takes over the reference to `stream`, which a tappedStream made. `done` is called at most
-    /// once and may destroy this object. Throws std::runtime_error when an encoder is missing.
+    /// Takes over the reference to `stream`, which comes from tappedStream(). `done` is called at
+    /// most once and may destroy this object. Throws std::runtime_error when an encoder is missing.
     AudioDelivery(GIOStream *stream, const Answer &answer, const Delivery &delivery,
         std::string path, std::function<void()> done);
     AudioDelivery(const AudioDelivery &) = delete;
@@ -31,7 +31,7 @@ public:
 
     void start();
     const std::string &path() const { return m_path; }
-    /// From so many seconds from now on; replaces an earlier one that has not acted yet.
+    /// Acts after the disturbance's seconds; replaces an earlier one that has not acted yet.
     void disturb(const Disturbance &disturbance);
     /// Destroys this object, by way of `done`.
     void reset();

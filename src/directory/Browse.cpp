@@ -9,7 +9,7 @@ namespace directory {
 
 namespace {
 
-/// A category that nobody fills: languages without stations lead to it.
+/// A category that is always empty: languages without stations lead to it.
 constexpr char emptyCategory[] = "c424724";
 
 Answer wrongId()

@@ -64,8 +64,8 @@ Answer presetsPage(const Context &context)
 {
     const Library *library = context.library();
     if (!library) {
-        // Nobody knows this user name: an empty answer without a title. A new device simply has no
-        // presets yet.
+        // An unknown user name: an empty answer without a title. A new device simply has no presets
+        // yet.
         return context.param("username").empty()
             ? success(context.word("favorites"), nothingRows(context))
             : success({});

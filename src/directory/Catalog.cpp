@@ -112,7 +112,7 @@ const Region *Catalog::cityNearest(const Position &position) const
     for (const Region &city : regions) {
         if (city.kind != Region::Kind::City)
             continue;
-        // Flat-earth distance is enough to tell which of a few dozen cities is meant.
+        // An equirectangular distance is exact enough to choose between a few dozen cities.
         const double up = city.position.latitude - position.latitude;
         const double along = std::remainder(city.position.longitude - position.longitude, 360)
             * std::cos(position.latitude * radians);

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// What the directory knows: stations, shows, artists and the trees that lead to them.
-/// Filled once by CatalogLoader and immutable afterwards, so any thread may read it. Guide ids are
-/// whole
-/// ("s20001"); the find functions answer null for an id that nobody has.
+/// The directory's data: stations, shows, artists and the trees that lead to them. Filled once by
+/// CatalogLoader and immutable afterwards, so any thread may read it. Guide ids include their
+/// letter
+/// ("s20001"); the find functions return null for an unknown id.
 #pragma once
 
 #include <array>
@@ -66,7 +66,7 @@ struct Stream {
     int bitrate = 0; ///< kbit/s
     std::string playlist; ///< m3u, m3u8, pls, asx or xspf when the address leads to a playlist
     int reliability = 99;
-    std::string trick; ///< what is odd about it; docs/directory.md lists them
+    std::string trick; ///< a deliberate peculiarity; docs/directory.md lists them
     int depth = 1; ///< of nested playlists
 };
 
@@ -129,12 +129,12 @@ struct Sample {
     std::string file;
 };
 
-/// A server of one station that this one stands in for: clients are told to connect here for it,
-/// and go on naming it.
+/// A server of one station that this one stands in for: clients are configured to connect here for
+/// it, and still send its name as the host.
 struct OtherServer {
     std::string host; ///< as clients name it: "nine.example.org:8100"
     std::string path; ///< where its stream is
-    std::string fault; ///< what befalls each request for it, as /_faults takes it
+    std::string fault; ///< for each of its requests, as /_faults takes it
     Station station; ///< in no list, with one stream
 };
 

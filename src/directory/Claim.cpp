@@ -9,8 +9,7 @@ namespace directory {
 
 namespace {
 
-/// Made for the telephone that the code is typed on: one column, fields for thumbs, its own
-/// colours.
+/// For phones, on which the code is typed: one column, large fields, light and dark colours.
 constexpr char style[] = R"(:root { color-scheme: light dark; font: 100%/1.45 system-ui, sans-serif;
     --bg: #f4f5f2; --card: #ffffff; --text: #16201d; --muted: #56625d; --edge: #7b857f;
     --accent: #0b6e63; --on-accent: #ffffff; }

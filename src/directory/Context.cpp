@@ -12,7 +12,7 @@ namespace directory {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 24 * 3600;
-/// Nobody listens at this port of anybody's machine.
+/// Port 1 (tcpmux): nothing listens there.
 constexpr char deadAddress[] = "http://127.0.0.1:1";
 
 constexpr const char *repeatedParams[]
@@ -30,8 +30,8 @@ std::string baseAddress(const ApiRequest &request)
 {
     if (!plausibleHost(request.host))
         return "http://127.0.0.1";
-    // The API's own links are http even in answers over TLS. A host that names a port is this
-    // server itself, though, and that port speaks TLS.
+    // The web API's links are http even in answers over TLS. But a host with a port is this server
+    // under its own address, and that port speaks TLS.
     const bool namesPort = request.host.find(':') != std::string::npos;
     return (request.secure && namesPort ? "https://" : "http://") + request.host;
 }
@@ -98,7 +98,7 @@ Context::Context(
     for (std::string &format : split(lowered(param("formats")), ','))
         m_formats.insert(std::move(format));
     if (m_formats.empty())
-        m_formats.insert("mp3"); // what a client gets that does not say what it can play
+        m_formats.insert("mp3"); // the default of clients that name no formats
 }
 
 const std::string &Context::word(const char *key) const

@@ -14,7 +14,7 @@
 
 namespace directory {
 
-/// What a station plays at the moment; empty texts when it does not say.
+/// What a station plays at the moment; empty texts when that is unknown.
 struct Playing {
     std::string text; ///< "Artist - Title"
     std::string artist;
@@ -85,8 +85,8 @@ private:
     std::set<std::string> m_formats;
 };
 
-/// The same number for the same text on every machine: decides what needs to differ but not to
-/// change.
+/// A hash that is the same on every machine, for choices that should vary between items but stay
+/// the same between runs.
 std::uint32_t stableNumber(const std::string &text);
 /// "mp3", "m3u8" (hls), "flv" (flash)
 std::string codecExtension(const std::string &codec);

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Writes one answer to a connection by hand, in the way that a fault wants. The server hands the
-/// connection over to it; destroying it drops the connection. Lives on the server's thread.
+/// Writes one response to a connection byte by byte, as a fault demands: late, slowly, truncated.
+/// Owns the connection, which the server hands off to it; destroying it closes the connection.
+/// Lives on the server's thread.
 #pragma once
 
 #include "directory/Faults.h"
@@ -13,16 +14,16 @@
 
 namespace directory {
 
-/// Status line and headers, ready for those that tell how long the body is.
+/// Status line and headers without those that frame the body, and without the empty line.
 std::string headOf(const Answer &answer);
 
 class RawDelivery {
 public:
-    /// A connection that is held open is dropped after this time.
+    /// A connection that a fault holds open is closed after this time.
     static constexpr int maxHoldSeconds = 600;
 
-    /// Takes over the reference to `stream`, which a tappedStream made. `done` is called at most
-    /// once and may destroy this object.
+    /// Takes over the reference to `stream`, which comes from tappedStream(). `done` is called at
+    /// most once and may destroy this object.
     RawDelivery(GIOStream *stream, const Answer &answer, const Delivery &delivery, bool withBody,
         std::function<void()> done);
     RawDelivery(const RawDelivery &) = delete;
@@ -35,7 +36,7 @@ private:
     void write();
     void end();
     void finish();
-    /// How many bytes may have left by now.
+    /// How many bytes may have been sent by now.
     std::size_t allowed() const;
 
     std::string m_bytes;

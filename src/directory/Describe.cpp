@@ -16,13 +16,6 @@ Answer cached(Answer answer, int seconds)
     return answer;
 }
 
-/// What depends on who asks must not come out of a cache.
-Answer personal(Answer answer)
-{
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
-}
-
 template <typename Items, typename MakeRow>
 Answer taxonomy(const Items &items, const MakeRow &makeRow)
 {
@@ -181,7 +174,7 @@ Answer composite(const Context &context, const Station &station)
 {
     Json genre = linkRow(context.catalog().genreName(station.genre),
         context.api("Browse.ashx", {{"id", station.genre}}), station.genre);
-    return personal(success({},
+    return notStored(success({},
         Json::array({section("Listing", "listing", Json::array({stationObject(context, station)})),
             section(context.word("genres"), "genres", Json::array({std::move(genre)}))})));
 }
@@ -230,7 +223,7 @@ Answer describe(const Context &context)
         body.push_back(showObject(context, *show));
     else if (const Topic *topic = context.catalog().topic(id))
         body.push_back(topicObject(context, *topic));
-    return personal(success({}, std::move(body)));
+    return notStored(success({}, std::move(body)));
 }
 
 } // namespace directory

@@ -20,18 +20,19 @@ public:
     /// `members` are what `accounts` held. Without accounts they are forgotten at the end.
     Directory(Catalog catalog, Clock clock, std::unique_ptr<AccountsFile> accounts = nullptr,
         MembersContent members = {});
-    /// Has the file hold what was answered, if a write that failed could have changed it.
+    /// Writes the accounts once more if the last write failed: the file may hold the change that
+    /// was taken back.
     ~Directory();
     Directory(const Directory &) = delete;
     Directory &operator=(const Directory &) = delete;
 
     const Catalog &catalog() const { return m_catalog; }
-    /// Always gives an answer; 404 for a path that means nothing.
+    /// Unknown paths give 404.
     Answer handle(const ApiRequest &request);
 
 private:
-    /// The answer of a page that may change members. What it changed is in their file before the
-    /// answer goes; what cannot be kept there is taken back, and the answer is an error.
+    /// The answer of a page that may change members. A change is on the disk before this returns;
+    /// if it cannot be written it is rolled back, and the answer is an error.
     Answer kept(const Context &context, Answer (*page)(const Context &));
 
     const Catalog m_catalog;
@@ -40,7 +41,7 @@ private:
     Streams m_streams;
     const std::unique_ptr<AccountsFile> m_accounts; ///< may be null
     Members m_members;
-    bool m_unsure = false; ///< whether the file holds the members: a write has failed since
+    bool m_unsure = false; ///< the last write failed, so the file may differ from m_members
 };
 
 } // namespace directory

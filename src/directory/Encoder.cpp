@@ -163,8 +163,8 @@ std::vector<std::string> AudioPipeline::run(const std::vector<GstBuffer *> &buff
     return pieces;
 }
 
-/// What the pipeline's thread and the owner's share. A wake-up that is under way keeps it alive
-/// longer than the encoder.
+/// Shared by the pipeline's thread and the owner's. A pending wake-up keeps it alive beyond the
+/// encoder.
 struct Encoder::Shared : std::enable_shared_from_this<Encoder::Shared> {
     ~Shared() { g_main_context_unref(context); }
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Turns samples into a codec's bytes. The only place that knows GStreamer: one pipeline for each
-/// object, on a thread of its own. An object lives on the thread that made it, and calls back there
+/// Encodes and multiplexes audio. The only place that knows GStreamer: each object has a pipeline
+/// with threads of its own. An object lives on the thread that made it, and calls back there
 /// through that thread's default main context.
 #pragma once
 
@@ -16,12 +16,12 @@ namespace directory {
 
 struct AudioFormat {
     std::string codec; ///< mp3, aac (ADTS), ogg (Vorbis), opus (in Ogg), flac (native)
-    int bitrate = 128; ///< kbit/s; the nearest that the codec can do is taken
+    int bitrate = 128; ///< kbit/s; the nearest one that the codec supports is used
     unsigned rate = 44100;
     unsigned channels = 2;
 };
 
-/// How a station's stream of that codec sounds best.
+/// With the sample rate and channels that suit the codec and bit rate.
 AudioFormat formatFor(const std::string &codec, int bitrate);
 bool canEncode(const std::string &codec);
 
@@ -29,17 +29,17 @@ class AudioPipeline;
 
 class Encoder {
 public:
-    /// `ready` is called when there is something to take, or when it has failed. It may destroy the
-    /// encoder. Throws std::runtime_error when an encoder is not installed.
+    /// `ready` is called when there is something to take, or when encoding has failed. It may
+    /// destroy the encoder. Throws std::runtime_error when the codec's element is not installed.
     Encoder(AudioFormat format, std::function<void()> ready);
     ~Encoder();
     Encoder(const Encoder &) = delete;
     Encoder &operator=(const Encoder &) = delete;
 
     const AudioFormat &format() const { return m_format; }
-    /// Whole frames, interleaved. Never waits: what is fed is soon encoded and can then be taken.
+    /// Whole frames, interleaved. Never blocks: another thread encodes.
     void feed(const std::vector<std::int16_t> &samples);
-    /// What has been encoded since the last call, in the encoder's pieces.
+    /// What has been encoded since the last call, a buffer of the encoder's each.
     std::vector<std::string> take();
     bool failed() const;
 
@@ -52,7 +52,7 @@ private:
     std::uint64_t m_fed = 0; ///< frames
 };
 
-/// All of it at once, for short pieces: this waits until it is encoded. Throws std::runtime_error.
+/// For short pieces: blocks until all of it is encoded. Throws std::runtime_error.
 std::vector<std::string> encoded(
     const AudioFormat &format, const std::vector<std::int16_t> &samples);
 /// Packs ADTS frames of 1024 samples into an MPEG transport stream (ISO 13818-1). `first` counts

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// The pages of the web API. Each takes a request's context and always gives an answer.
+/// The pages of the web API, as functions from a request's context to its answer.
 #pragma once
 
 #include "directory/Context.h"
@@ -18,7 +18,7 @@ Answer config(const Context &context);
 /// Where a person links a device to an account: /mydevice, and its style sheet.
 Answer claimPage(const Context &context);
 Answer claimStyle();
-/// The answers when what a page changed could not be kept.
+/// The answers to a change that could not be written to the disk.
 Answer notKept();
 Answer claimNotKept();
 

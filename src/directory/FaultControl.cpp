@@ -29,8 +29,7 @@ Answer listed(const Faults &faults)
 {
     Answer answer;
     answer.body = serialized({{"faults", faults.texts()}}) + '\n';
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
+    return notStored(std::move(answer));
 }
 
 } // namespace

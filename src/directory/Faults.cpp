@@ -112,7 +112,7 @@ Answer htmlPage(int status)
     return answer;
 }
 
-/// What a hotel's network answers whatever one asks for.
+/// The page of a captive portal, as in hotels, which answers every request with it.
 Answer loginPage()
 {
     Answer answer;

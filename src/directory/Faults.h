@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Faults on demand: what the server does wrong when told to, so that clients can be tried against
-/// it. A fault is written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The
-/// server's thread owns them.
+/// Faults on demand, for testing clients: what the server does wrong when told to. A fault is
+/// written NAME[@PATH][:ARGUMENT][*COUNT]; docs/directory.md lists the names. The server's thread
+/// owns them.
 #pragma once
 
 #include "base/Result.h"
@@ -47,8 +47,8 @@ struct Fault {
     std::string argument;
     int number = 0; ///< the argument of the kinds that take one
     int bytes = 0; ///< a second argument
-    int remaining = -1; ///< requests still to come; -1 without end
-    std::chrono::steady_clock::time_point until; ///< of one that ends by itself
+    int remaining = -1; ///< requests that it still affects; -1: all
+    std::chrono::steady_clock::time_point until; ///< when "down" expires
 };
 
 /// What happens to a stream while it runs.
@@ -56,22 +56,22 @@ struct Disturbance {
     enum class Kind { Close, Reset, Stall, Garbage };
     Kind kind = Kind::Close;
     int seconds = 0; ///< until it happens
-    std::size_t bytes = 0; ///< of garbage; 0 without end
+    std::size_t bytes = 0; ///< of garbage; 0: unlimited
 };
 
-/// How an answer's bytes leave, when they do not leave as they should.
+/// How a response is sent that a fault affects.
 struct Delivery {
     enum class End { Close, Reset, Hold };
     int delaySeconds = 0; ///< before the first byte
     std::optional<std::size_t> bodyBytes; ///< this much of the body only
-    int bytesPerSecond = 0; ///< of the body; 0 without limit
+    int bytesPerSecond = 0; ///< of the body; 0: unlimited
     End end = End::Close;
     std::optional<Disturbance> disturbance; ///< streams only
 };
 
 struct FaultyAnswer {
     Answer answer;
-    std::optional<Delivery> delivery; ///< none: a sound HTTP exchange
+    std::optional<Delivery> delivery; ///< none: a correct HTTP exchange
 };
 
 class Faults {
@@ -87,12 +87,12 @@ public:
     void clear() { m_faults.clear(); }
     std::vector<std::string> texts() const;
     std::size_t size() const { return m_faults.size(); }
-    /// The first fault of a request for the path; its count goes down by one, and at zero it is
-    /// gone.
+    /// The first fault for a request of the path. Its count goes down by one; at zero it is
+    /// removed.
     std::optional<Fault> take(const std::string &path);
-    /// As take, for what befalls a stream while it runs. Skips the first so many faults.
+    /// The same for faults of running streams, skipping the first `skipped` faults.
     std::optional<Disturbance> takeDisturbance(const std::string &path, std::size_t skipped = 0);
-    /// Whether the server plays dead: at that path, or as a whole. Nothing is counted.
+    /// Whether a "down" fault is in force: for that path, or for the whole server. Counts nothing.
     bool isDown(const std::string &path) const;
     bool isDown() const;
 
@@ -102,14 +102,13 @@ private:
     std::vector<Fault> m_faults;
 };
 
-/// The answer that a fault of a request makes of it. `sound` gives the right one; it is called only
-/// by faults that spoil an answer, not by those that replace it. `target` is the request's, for
-/// redirections.
+/// Applies a fault to a request. `sound` gives the correct answer; it is called only by faults that
+/// alter an answer, not by those that replace it. `target` is the request's, for redirections.
 FaultyAnswer spoil(
     const Fault &fault, const std::string &target, const std::function<Answer()> &sound);
 
-/// What follows "/_hops/" leads on: to the target itself at 0, to the next hop above, to itself at
-/// "loop". None when it is no hop.
+/// One redirection of a chain: "/_hops/3/target" redirects to "/_hops/2/target" and so on,
+/// "/_hops/0/target" is the target, "/_hops/loop/target" redirects to itself. None for other paths.
 struct Hop {
     std::string target; ///< to be answered now, when `location` is empty
     std::string location; ///< to be redirected to

@@ -16,10 +16,10 @@ constexpr std::uint64_t samplesPerFrame = 1024;
 constexpr std::uint64_t framesPerSegment = 96;
 static_assert(framesPerSegment * samplesPerFrame * 1000 == Hls::segmentMilliseconds * rate,
     "a segment is a whole number of frames");
-/// Encoded before a segment and after it and thrown away: frames overlap, and the encoder gives
-/// them late.
+/// Frames encoded before and after a segment and dropped: AAC frames overlap, and the encoder has a
+/// delay.
 constexpr std::uint64_t margin = 4;
-/// What packets add to a low bit rate at most, in bit/s.
+/// The most that the transport stream adds to the bit rate, in bit/s.
 constexpr int packetBandwidth = 80000;
 
 } // namespace

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// HTTP live streaming (RFC 8216) without a memory: what is in which segment follows from the clock
-/// alone, so every client sees the same window move. Times are milliseconds since the epoch.
+/// HTTP live streaming (RFC 8216), stateless: the content of a segment follows from its number, and
+/// the window from the clock, so all clients see the same stream. Times are milliseconds since the
+/// epoch.
 #pragma once
 
 #include "directory/Melody.h"
@@ -22,7 +23,7 @@ class Hls {
 public:
     static constexpr std::uint64_t segmentMilliseconds = 2048;
     static constexpr std::uint64_t window = 5; ///< segments in a playlist
-    /// How many more than those in the playlist can still be fetched.
+    /// Segments before the window that can still be fetched (RFC 8216, 6.2.2).
     static constexpr std::uint64_t grace = 5;
 
     /// The newest segment that is complete.
@@ -33,7 +34,7 @@ public:
     static std::string mediaPlaylist(const std::string &prefix, std::uint64_t now);
     static std::string masterPlaylist(const std::vector<HlsVariant> &variants);
 
-    /// AAC in an MPEG transport stream. Encodes for some 20 ms; throws std::runtime_error.
+    /// AAC in an MPEG transport stream. Blocks for some 20 ms. Throws std::runtime_error.
     static std::string segment(const Melody &melody, int bitrate, std::uint64_t number);
 };
 

@@ -20,7 +20,7 @@ constexpr char bodyKey[] = "vesk-request-body";
 constexpr char connectionKey[] = "vesk-connection";
 constexpr std::size_t leastCompressed = 1024;
 
-/// What has arrived of a request's body; beyond the bound only its being too long is kept.
+/// The body of a request as far as it has been received; dropped when it gets too long.
 struct RequestBody {
     std::string bytes;
     bool tooLong = false;
@@ -102,7 +102,7 @@ ApiRequest requestOf(SoupServerMessage *message, const std::string &target, cons
     return request;
 }
 
-/// Whether the body is text that is worth compressing, and the client takes it so.
+/// Whether the body is text, worth compressing, and the client accepts gzip.
 bool compresses(SoupServerMessage *message, const Answer &answer)
 {
     const bool text = answer.contentType.rfind("application/json", 0) == 0
@@ -127,7 +127,7 @@ void send(SoupServerMessage *message, const Answer &answer)
         message, answer.contentType.c_str(), SOUP_MEMORY_COPY, body.data(), body.size());
 }
 
-/// The library only hangs up on a head that is too long for it; this client gets an answer first.
+/// libsoup closes the connection of a head that is too long without a response; this sends one.
 void refuseHead(GIOStream *stream, GSocket *socket)
 {
     static constexpr std::string_view answer
@@ -139,9 +139,9 @@ void refuseHead(GIOStream *stream, GSocket *socket)
     g_socket_shutdown(socket, TRUE, TRUE, nullptr);
 }
 
-/// The library keeps a connection for a further request only while it has a listener of its own.
-/// This one is half of a pair of sockets whose other half is silent: nobody can connect to it.
-/// Returns that other half, to be closed later.
+/// libsoup keeps connections alive only while the server has a listener of its own. This one is one
+/// end of a socket pair, on which no connection ever arrives. Returns the other end, to be closed
+/// later.
 int addSilentListener(SoupServer *server)
 {
     int pair[2] = {-1, -1};
@@ -161,14 +161,14 @@ int addSilentListener(SoupServer *server)
     return pair[1];
 }
 
-/// What the other servers do wrong, each at its own stream.
+/// The faults of the other servers, each limited to the server's stream.
 Faults faultsOf(const std::vector<OtherServer> &servers)
 {
     Faults faults;
     for (const OtherServer &server : servers) {
         auto fault = Faults::parse(server.fault);
         if (!fault)
-            continue; // the reader of the data file lets none of these through
+            continue; // the loader of the data file has checked it
         fault->path = "/stream/" + server.station.id + '/';
         faults.add(std::move(*fault));
     }
@@ -180,13 +180,6 @@ Delivery resetting()
     Delivery delivery;
     delivery.end = Delivery::End::Reset;
     return delivery;
-}
-
-void resetAtOnce(GSocket *socket)
-{
-    const linger atOnce {1, 0};
-    setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-    g_socket_close(socket, nullptr);
 }
 
 } // namespace
@@ -240,7 +233,7 @@ std::string HttpServer::listenWith(const std::string &address, GTlsCertificate *
 void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool secure)
 {
     if (m_faults.isDown())
-        return resetAtOnce(g_socket_connection_get_socket(connection));
+        return reset(g_socket_connection_get_socket(connection));
     const auto state = std::make_shared<Connection>(Connection {
         secure, RequestHeads([log = m_log](std::string_view method, std::string_view target) {
             if (log && !isControl(target))
@@ -300,7 +293,7 @@ void HttpServer::onChunk(SoupServerMessage *message, GBytes *chunk, gpointer dat
     }
     body->tooLong = true;
     body->bytes.clear();
-    // The rest is read and dropped, and the connection ends with the answer.
+    // The rest is read and dropped, and the connection is closed after the response.
     soup_message_headers_replace(
         soup_server_message_get_response_headers(message), "Connection", "close");
 }
@@ -333,7 +326,7 @@ void HttpServer::serve(SoupServerMessage *message)
         send(message, answer.answer);
 }
 
-/// A hop's request becomes that of what it leads to.
+/// For a hop, replaces the request's path with that of its target.
 FaultyAnswer HttpServer::answerFor(ApiRequest &request, const std::string &target)
 {
     const std::optional<Hop> hop = hopOf(target);
@@ -359,7 +352,7 @@ Answer HttpServer::changeFaults(const std::string &method, const std::string &bo
     Answer answer = controlFaults(m_faults, method, body);
     if (method != "POST" || answer.status != 200)
         return answer;
-    // What is new acts on what is running as well.
+    // New faults also act on streams that are running.
     for (auto stream = m_streams.begin(); stream != m_streams.end();) {
         AudioDelivery &running = **stream++;
         if (m_faults.isDown(running.path()))

@@ -25,7 +25,7 @@ public:
     /// Streams that run at a time.
     static constexpr std::size_t maxStreams = 64;
 
-    /// The log may be null. A connection is closed when nothing arrives for idleSeconds.
+    /// The log may be null. A connection is closed after idleSeconds without data.
     HttpServer(Directory &directory, Faults &faults, RequestLog *log,
         unsigned idleSeconds = Listener::usualIdleSeconds);
     ~HttpServer();

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Weaves titles into a stream as SHOUTcast servers do: after every so many bytes of audio a length
-/// byte, in units of 16, and that much text.
+/// Inserts titles into a stream as SHOUTcast servers do: after every `interval` bytes of audio a
+/// length byte, in units of 16 bytes, and that much text.
 #pragma once
 
 #include <functional>
@@ -14,10 +14,10 @@ namespace directory {
 class IcyMetadata {
 public:
     static constexpr std::size_t interval = 16000;
-    /// What a length byte can say.
+    /// The most that the length byte can express.
     static constexpr std::size_t maxBlock = std::size_t(255) * 16;
 
-    /// `title` is asked once for each block; a title that has not changed is not sent again.
+    /// `title` is called once for each block; an unchanged title is sent as an empty block.
     explicit IcyMetadata(std::function<std::string()> title)
         : m_title(std::move(title))
     {

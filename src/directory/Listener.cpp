@@ -126,8 +126,8 @@ void Listener::accepted(GSocketConnection *connection)
         new std::shared_ptr<int>(m_open));
     GSocket *socket = g_socket_connection_get_socket(connection);
     g_socket_set_timeout(socket, m_idleSeconds);
-    // Head and body are written one after the other; without this the second would wait for an
-    // acknowledgement.
+    // Head and body are separate writes: with Nagle's algorithm the body would wait for the
+    // acknowledgement of the head.
     g_socket_set_option(socket, IPPROTO_TCP, TCP_NODELAY, 1, nullptr);
     if (!m_certificate) {
         m_accept(G_IO_STREAM(connection), connection);
@@ -136,7 +136,8 @@ void Listener::accepted(GSocketConnection *connection)
     GIOStream *tls = g_tls_server_connection_new(G_IO_STREAM(connection), m_certificate, nullptr);
     if (!tls)
         return;
-    // Some clients just hang up; what they asked for they have got by then.
+    // Many clients close without a close_notify alert (RFC 8446, 6.1). No harm: requests say where
+    // they end.
     g_tls_connection_set_require_close_notify(G_TLS_CONNECTION(tls), FALSE);
     m_accept(tls, connection);
     g_object_unref(tls);

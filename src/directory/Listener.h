@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Accepts connections at one address, in clear or over TLS, and hands them on. It bounds how many
-/// are open at a time: one too many is closed at once. Lives on the thread whose main context was
-/// the default when it was made.
+/// Accepts connections at one address, plain or over TLS, and hands them off. The number of open
+/// connections is bounded: a further one is closed at once. Lives on the thread whose main context
+/// was the default when it was made.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ public:
     static constexpr int maxConnections = 256;
     static constexpr unsigned usualIdleSeconds = 60;
 
-    /// The stream speaks TLS already when it should; the socket is the one below it.
+    /// `stream` is the TLS stream if there is TLS, `connection` always the socket's.
     using Accept = std::function<void(GIOStream *stream, GSocketConnection *connection)>;
 
     /// "127.0.0.1:8080", "[::1]:0"; port 0 picks a free one. Without a certificate it speaks plain
@@ -44,7 +44,7 @@ private:
     Accept m_accept;
     std::string m_host;
     std::uint16_t m_port = 0;
-    /// Outlives the listener as long as a connection does.
+    /// Shared with the open connections, which may outlive the listener.
     std::shared_ptr<int> m_open = std::make_shared<int>(0);
 };
 

@@ -203,7 +203,7 @@ Json stationPage(const Context &context, const Scope &scope,
 Json showPage(const Context &context, const Scope &scope, const std::vector<const Show *> &shows,
     std::size_t offset)
 {
-    // The front page shows a few only, the pages behind its cursor are as long as any other.
+    // The front page shows only a few, the pages behind its cursor are of full length.
     const std::size_t size
         = offset == 0 ? context.catalog().showsPerPage : context.catalog().pageSize;
     Json rows = page(

@@ -19,7 +19,7 @@ constexpr std::array<int, 5> pentatonic {0, 2, 4, 7, 9};
 /// Semitones between the streams of a station: no multiple of it up to eight lies in the scale.
 constexpr double transposition = 1.35;
 constexpr double fadeSeconds = 0.01;
-/// Without a divisor of the number of melodies, so neighbours differ much and none are alike.
+/// Coprime to the number of melodies, so that all differ, and neighbours differ much.
 constexpr std::uint32_t stride = 12347;
 
 std::uint32_t numberOf(const std::string &guideId)

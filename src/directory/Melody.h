@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// What a stream plays: four notes again and again, so that listeners and tests can tell by ear
-/// whose audio it is. A value; the same for the same stream on every machine.
+/// What a stream plays: four notes, repeated, so that listeners and tests can identify a stream by
+/// ear. A value; the same for the same stream on every machine.
 #pragma once
 
 #include <array>

@@ -16,7 +16,7 @@ namespace {
 
 std::string randomText(std::size_t length)
 {
-    // Without letters that are easily taken for digits: claim codes are typed from a display.
+    // Without letters and digits that look alike: claim codes are read from a display and typed.
     static constexpr char alphabet[] = "ABCDEFGHJKMNPQRSTUVWXYZ23456789";
     static std::random_device source;
     std::uniform_int_distribution<std::size_t> pick(0, sizeof alphabet - 2);
@@ -26,7 +26,7 @@ std::string randomText(std::size_t length)
     return text;
 }
 
-/// Other texts would not come back from a file as they were.
+/// Only UTF-8 survives the accounts file, which is JSON.
 bool plainText(const std::string &text)
 {
     return g_utf8_validate_len(text.data(), text.size(), nullptr);
@@ -34,9 +34,8 @@ bool plainText(const std::string &text)
 
 bool plainName(const std::string &name)
 {
-    return !name.empty() && name.size() <= 12 && std::all_of(name.begin(), name.end(), [](char c) {
-        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-    });
+    return !name.empty() && name.size() <= 12
+        && std::all_of(name.begin(), name.end(), [](char c) { return g_ascii_isalnum(c); });
 }
 
 bool plausibleEmail(const std::string &email)
@@ -85,7 +84,7 @@ bool Library::add(Preset preset)
     const auto same = std::find_if(m_content.presets.begin(), m_content.presets.end(),
         [&preset](const Preset &each) { return each.id == preset.id; });
     if (same != m_content.presets.end())
-        return true; // pressing the button twice is no mistake
+        return true; // adding is idempotent
     m_content.presets.push_back(std::move(preset));
     m_changed = true;
     return true;

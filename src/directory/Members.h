@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Who uses the directory: accounts, devices and their presets. All of it is in memory and bounded;
-/// the content can be taken out and given to the next start. Not safe for several threads: the
-/// server's thread owns it.
+/// The directory's users: accounts, devices and their presets. All of it is in memory and bounded;
+/// the content can be saved and restored. Not thread-safe: the server's thread owns it.
 #pragma once
 
 #include "base/Result.h"
@@ -42,7 +41,7 @@ public:
     static constexpr std::size_t maxPresets = 200;
     static constexpr std::size_t maxFolders = 50;
 
-    /// The content is taken as it is: it needs a folder, and presets that are in its folders.
+    /// The content is not checked: it must have a folder, and presets only in its folders.
     explicit Library(LibraryContent content = {});
 
     const LibraryContent &content() const { return m_content; }
@@ -73,7 +72,7 @@ struct Account {
     std::string userName;
     std::string passwordHash;
     std::string email;
-    std::string sessionId; ///< of this start
+    std::string sessionId; ///< not kept across restarts
     Library library;
 };
 
@@ -109,9 +108,10 @@ public:
     /// Whether something worth keeping has changed since the last call.
     bool takeChanges();
 
-    /// The presets of the account, or of the device or its account; null when nobody is meant.
+    /// The presets of the account; without a name those of the device's account, or of the device.
+    /// Null when there is none of them.
     const Library *find(const std::string &userName, const std::string &serial) const;
-    /// As find, but makes room for a device that is new.
+    /// The same for changes: adds a device that is new.
     Library *change(const std::string &userName, const std::string &serial);
 
     /// Names are compared without case.

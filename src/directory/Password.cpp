@@ -11,16 +11,16 @@ namespace directory {
 namespace {
 
 constexpr char method[] = "$y$"; // yescrypt
-// Some four milliseconds: the server serves nobody else meanwhile.
+// Some four milliseconds, during which the server serves no other client.
 constexpr unsigned long cost = 3;
 
 std::string hashed(const std::string &password, const std::string &setting)
 {
-    // What follows a zero byte would not count.
+    // crypt() would ignore what follows the zero byte.
     if (password.find('\0') != std::string::npos)
         return {};
     const auto room = std::make_unique<crypt_data>();
-    // Other than crypt_r, this one gives a null when it fails.
+    // Unlike crypt_r it returns null on failure.
     const char *hash
         = crypt_rn(password.c_str(), setting.c_str(), room.get(), static_cast<int>(sizeof *room));
     return hash ? hash : std::string();

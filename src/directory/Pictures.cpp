@@ -81,7 +81,7 @@ std::string patternPng(const std::string &name, int size)
     return png;
 }
 
-/// The size that the letter before the extension stands for; the letter is cut off.
+/// The size that the letter before the extension means; cuts off the letter.
 int takeSize(std::string &name)
 {
     int size = 145;

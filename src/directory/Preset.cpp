@@ -52,7 +52,7 @@ Answer remove(const Context &context, Library &library)
     const std::string id = context.param("id");
     if (id.empty())
         return invalidId();
-    // What is gone already is as good as removed.
+    // Removing is idempotent: a preset that is not there is no error.
     library.remove(id, context.param("folderId"));
     return success({});
 }
@@ -108,9 +108,7 @@ Answer presetOf(const Context &context)
 
 Answer preset(const Context &context)
 {
-    Answer answer = presetOf(context);
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
+    return notStored(presetOf(context));
 }
 
 } // namespace directory

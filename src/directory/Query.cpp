@@ -4,31 +4,15 @@
 #include "directory/Query.h"
 
 #include <algorithm>
+#include <glib.h>
 
 namespace directory {
 
 namespace {
 
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-char lower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 bool standsInQuery(char c)
 {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z')
-        || std::string_view("-._~,:").find(c) != std::string_view::npos;
+    return g_ascii_isalnum(c) || std::string_view("-._~,:").find(c) != std::string_view::npos;
 }
 
 void appendEncoded(std::string &out, std::string_view text)
@@ -55,9 +39,10 @@ std::string percentDecoded(std::string_view text, bool plusIsBlank)
     std::string out;
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0
-            && hexValue(text[i + 2]) >= 0) {
-            out += static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
+        if (text[i] == '%' && i + 2 < text.size() && g_ascii_xdigit_value(text[i + 1]) >= 0
+            && g_ascii_xdigit_value(text[i + 2]) >= 0) {
+            out += static_cast<char>(
+                g_ascii_xdigit_value(text[i + 1]) * 16 + g_ascii_xdigit_value(text[i + 2]));
             i += 2;
         } else {
             out += plusIsBlank && text[i] == '+' ? ' ' : text[i];
@@ -69,14 +54,14 @@ std::string percentDecoded(std::string_view text, bool plusIsBlank)
 std::string lowered(std::string_view text)
 {
     std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), lower);
+    std::transform(out.begin(), out.end(), out.begin(), g_ascii_tolower);
     return out;
 }
 
 bool equalIgnoringCase(std::string_view a, std::string_view b)
 {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-        return lower(x) == lower(y);
+        return g_ascii_tolower(x) == g_ascii_tolower(y);
     });
 }
 

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// The query of a request or of an answer's link: decoded pairs in their order.
-/// A value; parsing never fails, because what clients send is theirs: a bad escape stands for
-/// itself.
+/// A value; parsing never fails: an invalid escape stands for itself.
 #pragma once
 
 #include <string>

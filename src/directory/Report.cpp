@@ -45,7 +45,7 @@ Answer feedback(const Context &context)
         : success({});
 }
 
-/// A played or failed stream is told by the item's id, its address, or both.
+/// A report names a stream by the item's id, its address, or both.
 Answer streamReport(const Context &context)
 {
     return context.param("id").empty() && context.param("streamUrl").empty()
@@ -81,9 +81,7 @@ Answer reportOf(const Context &context)
 
 Answer report(const Context &context)
 {
-    Answer answer = reportOf(context);
-    answer.headers.emplace_back("Cache-Control", "no-store");
-    return answer;
+    return notStored(reportOf(context));
 }
 
 } // namespace directory

@@ -46,7 +46,7 @@ RequestLog::RequestLog(const std::string &file)
 void RequestLog::write(std::string_view method, std::string_view target)
 {
     const std::string line = std::string(method) + ' ' + withoutPasswords(target) + '\n';
-    // What a full disk does not take is missing; the request is answered all the same.
+    // On a full disk the rest of the line is lost; the request is answered all the same.
     std::string_view rest = line;
     while (!rest.empty()) {
         const ssize_t count = ::write(m_file.number(), rest.data(), rest.size());

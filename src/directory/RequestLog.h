@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// One line per request, METHOD SP TARGET, as it came, written at once. Passwords are the
-/// exception: their values become "***".
+/// One line per request, METHOD SP TARGET, byte for byte as received, written at once. Only the
+/// values of passwords are replaced, by "***".
 #pragma once
 
 #include "base/files/Descriptor.h"

@@ -12,7 +12,7 @@ namespace directory {
 
 namespace {
 
-/// The searches behind the menus for testers.
+/// The searches for samples that Config.ashx names, for testers.
 constexpr char languageSearch[] = "aa1";
 constexpr char streamSearch[] = "aa2";
 
@@ -51,14 +51,14 @@ Json streamSamples(const Context &context)
 
 } // namespace
 
-Search::Words Search::wordsOf(const std::string &text)
+Search::Words Search::wordsOf(const std::string &text, bool withAlternates)
 {
     gchar *valid = g_utf8_make_valid(text.c_str(), static_cast<gssize>(text.size()));
     gchar **ascii = nullptr;
-    gchar **folded = g_str_tokenize_and_fold(valid, nullptr, &ascii);
+    gchar **folded = g_str_tokenize_and_fold(valid, nullptr, withAlternates ? &ascii : nullptr);
     Words words;
     for (gchar **list : {folded, ascii}) {
-        for (gchar **word = list; *word; ++word)
+        for (gchar **word = list; word && *word; ++word)
             words.emplace_back(*word);
     }
     g_strfreev(folded);
@@ -122,7 +122,7 @@ Json Search::found(const Context &context, const Words &terms) const
 {
     Json rows = Json::array();
     Json unavailable = Json::array();
-    // Anything else, also several of them, is as good as nothing.
+    // Other values, and lists of them, are ignored.
     const std::string types = lowered(context.param("types"));
     const bool onlyStations = types == "station";
     const bool onlyShows = types == "show";
@@ -160,16 +160,7 @@ Answer Search::answer(const Context &context) const
     if (query.find_first_not_of(' ') == std::string::npos)
         return failure("400", "The query is empty", "request.queryInvalid");
 
-    Words terms;
-    if (query.size() <= maxQuery) {
-        // Only as it was typed: its letters without accents would be further terms to find.
-        gchar *valid = g_utf8_make_valid(query.c_str(), static_cast<gssize>(query.size()));
-        gchar **folded = g_str_tokenize_and_fold(valid, nullptr, nullptr);
-        for (gchar **word = folded; *word; ++word)
-            terms.emplace_back(*word);
-        g_strfreev(folded);
-        g_free(valid);
-    }
+    const Words terms = query.size() <= maxQuery ? wordsOf(query, false) : Words();
     Json rows = terms.empty() ? Json::array() : found(context, terms);
     if (rows.empty())
         rows.push_back(textRow(context.word("noResults") + ' ' + query));

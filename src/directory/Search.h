@@ -28,7 +28,8 @@ private:
         Words other;
     };
 
-    static Words wordsOf(const std::string &text);
+    /// The folded words; for an index also their forms without accents.
+    static Words wordsOf(const std::string &text, bool withAlternates = true);
     static bool begins(const Words &words, const std::string &term);
     /// 0 no hit, 1 a hit, 2 a hit in the name alone.
     static int rank(const Entry &entry, const Words &terms);

@@ -20,7 +20,7 @@ constexpr std::uint64_t prerollSeconds = 4;
 constexpr std::size_t hugePlaylist = 300 * 1024;
 constexpr int manyEntries = 1000;
 
-// Files are MP3 with frames that are all alike, so a length is known without encoding it.
+// Files are MP3 with frames of constant size, so a length is known without encoding.
 constexpr unsigned fileRate = 48000;
 constexpr std::uint64_t fileFrame = 1152;
 constexpr std::uint64_t loopSeconds = 6; ///< whole rounds of the melody and whole frames
@@ -44,7 +44,7 @@ std::string typeOf(const std::string &codec)
     return codec == "flac" ? "audio/flac" : "audio/ogg";
 }
 
-/// Fit for a header.
+/// Without control characters, which would break a header.
 std::string oneLine(std::string text)
 {
     std::replace_if(
@@ -71,7 +71,7 @@ int variantBitrate(const Stream &stream, int variant)
     return stream.bitrate / (stream.playlist.empty() ? 1 : variant);
 }
 
-/// The first and the last byte that are asked for; nothing for what is no single range.
+/// A range of RFC 9110, 14.1.2: first and last byte. Anything but a single range is ignored.
 struct Range {
     std::uint64_t first = 0;
     std::uint64_t last = 0;
@@ -108,13 +108,13 @@ std::string padded(const std::string &text, std::size_t size)
     return out + text;
 }
 
-/// The pre-roll's is what a tenth stream would have.
+/// That of a tenth stream, which no station has.
 Melody prerollMelody(const std::string &stationId)
 {
     return Melody(stationId, 9);
 }
 
-/// An MP3 file that can be repeated without an end.
+/// MP3 that can be repeated seamlessly.
 std::string loopOf(const Melody &melody)
 {
     const AudioFormat format {"mp3", fileBitrate, fileRate, 2};
@@ -123,7 +123,8 @@ std::string loopOf(const Melody &melody)
     for (const std::string &piece :
         encoded(format, melody.samples(0, 3 * loopFrames * fileFrame, fileRate, format.channels)))
         all += piece;
-    // The first frames lean on nothing and the last ones come late: take from the middle.
+    // The bit reservoir is empty in the first frames, and the encoder's delay cuts off the last
+    // ones: take the middle.
     if (all.size() < 2 * size)
         throw std::runtime_error("the encoder gave too little");
     return all.substr(size, size);
@@ -139,7 +140,7 @@ Json melodyOf(const Melody &melody, const std::string &path, const std::string &
 
 std::string pathHere(const Catalog &catalog, const std::string &host, const std::string &path)
 {
-    // The port that a scheme has by itself goes unsaid.
+    // The default port is left out of the Host header.
     const std::string named = host.find(':') == std::string::npos ? host + ":80" : host;
     for (const OtherServer &server : catalog.otherServers) {
         if (path == server.path && equalIgnoringCase(named, server.host))

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// What lies at /stream/: the stations' audio and playlists, and the episodes of shows. Lives on
-/// the server's thread. Endless audio is only described here; short pieces are encoded, which takes
-/// a moment, and kept for a while.
+/// Everything below /stream/: the stations' audio and playlists, and the episodes of shows. Lives
+/// on the server's thread. Endless audio is only described here (AudioDelivery encodes it); short
+/// pieces are encoded at once, which blocks for some milliseconds, and cached.
 #pragma once
 
 #include "directory/Context.h"
@@ -17,8 +17,8 @@ namespace directory {
 
 constexpr char melodyPath[] = "/_tunes";
 
-/// The path here of what `host` has at `path`: the same, unless it is one of the other servers that
-/// this one stands in for.
+/// Maps `path` of `host` to a path of this server: the same, unless the host is one of the other
+/// servers that this one stands in for.
 std::string pathHere(const Catalog &catalog, const std::string &host, const std::string &path);
 
 class Streams {
@@ -27,7 +27,7 @@ public:
     Streams(const Streams &) = delete;
     Streams &operator=(const Streams &) = delete;
 
-    /// 404 for a path that means nothing.
+    /// Unknown paths give 404.
     Answer answer(const Context &context);
     /// What the streams of an id sound like, for tests.
     Answer melodies(const Context &context) const;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A stream that passes everything on to another one and shows what is read from it to an observer.
+/// A stream on top of another one that shows an observer what is read.
 #pragma once
 
 #include <functional>
@@ -12,13 +12,12 @@ namespace directory {
 
 struct Tap {
     std::function<void(std::string_view bytes)> read;
-    /// Asked where the base ends or fails: whether the reader is to see a request that breaks off
-    /// after one blank, in place of nothing more.
+    /// Called when the base ends or fails: whether to give the reader one more blank before the
+    /// end, which for an HTTP server is a request that breaks off.
     std::function<bool()> breaksOff;
 };
 
-/// Takes its own references. `socket` is the one at the bottom of `base`. The result belongs to the
-/// caller.
+/// Takes references of its own. `socket` is the one below `base`. The caller owns the result.
 GIOStream *tappedStream(GIOStream *base, GSocket *socket, Tap tap);
 /// The socket of a stream made by tappedStream, or of a wrapper that has one as its
 /// "base-iostream"; null for any other stream.

@@ -74,7 +74,7 @@ Json showStreams(const Context &context, const Show &show)
 }
 
 /// The items of an id; null for a kind of id that cannot be played, an empty list for an id that
-/// nobody has.
+/// does not exist.
 Json resolve(const Context &context, const std::string &id)
 {
     const Catalog &catalog = context.catalog();

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A timer or a stream's source in the main context that calls something when it fires, and never
-/// after stop(). Lives on the thread whose default main context runs it; what it calls may destroy
-/// it.
+/// A timer or a stream's source with a callback, which is never called after stop(). Lives on the
+/// thread whose default main context runs it; the callback may destroy it.
 #pragma once
 
 #include <functional>
@@ -22,7 +21,7 @@ public:
 
     /// Fires once.
     void onTime(unsigned milliseconds, Call call);
-    /// Fires again and again; takes over the reference to the source.
+    /// Fires repeatedly; takes over the reference to the source.
     void onStream(GSource *source, Call call);
     void stop();
     bool running() const { return m_source != nullptr; }

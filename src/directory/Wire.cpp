@@ -21,6 +21,13 @@ bool wouldBlock(GError *error)
 
 } // namespace
 
+void reset(GSocket *socket)
+{
+    const linger atOnce {1, 0};
+    setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+    g_socket_close(socket, nullptr);
+}
+
 Wire::Wire(GIOStream *stream, Watch::Call gone)
     : m_stream(stream)
     , m_gone(std::move(gone))
@@ -35,13 +42,12 @@ Wire::~Wire()
 {
     m_output.stop();
     m_input.stop();
-    // The socket itself, because a TLS stream's own end would wait for room for its farewell.
+    // The socket itself: closing a TLS stream would block until close_notify can be written.
     if (GSocket *socket = socketOf(m_stream)) {
-        if (m_reset) {
-            const linger atOnce {1, 0};
-            setsockopt(g_socket_get_fd(socket), SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
-        }
-        g_socket_close(socket, nullptr);
+        if (m_reset)
+            reset(socket);
+        else
+            g_socket_close(socket, nullptr);
     }
     g_object_unref(m_stream);
 }

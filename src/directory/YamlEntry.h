@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// Reads one mapping of a YAML file strictly: wrong types, missing or unknown keys and long texts
-/// are reported with the line. Lives only while the file is loaded; throws DataError.
+/// are errors, with the line. Lives only while the file is loaded; throws DataError, as yaml-cpp
+/// throws its own exceptions.
 #pragma once
 
 #include <yaml-cpp/yaml.h>

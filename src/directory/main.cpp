@@ -30,7 +30,7 @@ gboolean quit(gpointer loop)
     return G_SOURCE_CONTINUE;
 }
 
-/// Has SIGTERM and SIGINT wait, or come.
+/// Blocks or unblocks SIGTERM and SIGINT.
 void maskSignals(int how)
 {
     sigset_t signals;
@@ -90,8 +90,9 @@ int serve(const Options &options, Catalog catalog)
 
 int main(int argc, char **argv)
 {
-    maskSignals(SIG_BLOCK); // they end it as well before it is ready
-    std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
+    maskSignals(
+        SIG_BLOCK); // until the loop handles them: a signal before that ends the program as well
+    std::signal(SIGXFSZ, SIG_IGN); // write() fails with EFBIG instead
     try {
         const auto options = parseOptions(argc, argv);
         if (!options)

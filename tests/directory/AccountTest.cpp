@@ -26,7 +26,7 @@ protected:
     }
 };
 
-TEST_F(Account, AuthGivesTheAccount)
+TEST_F(Account, AuthReturnsTheAccount)
 {
     create();
     const Json body = post("c=auth&username=ME&password=sesame")["body"];
@@ -48,7 +48,7 @@ TEST_F(Account, AWrongPasswordIs401WithoutACode)
     }
 }
 
-TEST_F(Account, CreateTellsWhichInputIsWrong)
+TEST_F(Account, CreateReportsTheInvalidField)
 {
     create();
     const std::string good = "&password=sesame&postalCode=1";
@@ -72,7 +72,7 @@ TEST_F(Account, CreateTellsWhichInputIsWrong)
         "200");
 }
 
-TEST_F(Account, ADeviceIsJoinedAndDroppedOnce)
+TEST_F(Account, JoiningOrDroppingADeviceTwiceFails)
 {
     create();
     EXPECT_EQ(code("c=query&serial=S"), "validation.deviceNotAssociated");
@@ -95,7 +95,7 @@ TEST_F(Account, JoiningWithAWrongPasswordIsForbiddenWithoutACode)
     EXPECT_FALSE(answer["head"].contains("fault_code"));
 }
 
-TEST_F(Account, CreatingForADeviceThatIsTakenMakesNoAccount)
+TEST_F(Account, CreatingForALinkedDeviceCreatesNoAccount)
 {
     create();
     post("c=join&username=me&password=sesame&serial=S");
@@ -119,7 +119,7 @@ TEST_F(Account, ADeviceKeepsItsClaimCode)
         code("c=claim&serial=" + std::string(Members::maxSerial + 1, 'x')), "validation.error");
 }
 
-TEST_F(Account, RemindAndResetNeedAKnownUser)
+TEST_F(Account, RemindAndResetRequireAKnownUser)
 {
     create();
     EXPECT_EQ(statusOf(post("c=remind&email=me@example.org")), "200");
@@ -129,7 +129,7 @@ TEST_F(Account, RemindAndResetNeedAKnownUser)
     EXPECT_EQ(statusOf(post("c=reset")), "400");
 }
 
-TEST_F(Account, WhatChangesSomethingNeedsPost)
+TEST_F(Account, ChangesRequirePost)
 {
     for (const char *c : {"create", "join", "drop", "remind", "reset", "claim"})
         EXPECT_EQ(answer(std::string("/Account.ashx?c=") + c).status, 405) << c;
@@ -137,7 +137,7 @@ TEST_F(Account, WhatChangesSomethingNeedsPost)
     EXPECT_EQ(code("c=nope"), "api.methodNotFound");
 }
 
-TEST_F(Account, AnswersAreNotStored)
+TEST_F(Account, AnswersAreNotCacheable)
 {
     EXPECT_THAT(answer("/Account.ashx?c=query&serial=S", "POST").headers,
         testing::Contains(testing::Pair("Cache-Control", "no-store")));

@@ -30,7 +30,7 @@ struct stat statusOfFile(const std::string &file)
     return status;
 }
 
-/// A directory that keeps its members in a file and can be started anew.
+/// A directory with an accounts file, which can be restarted.
 class AccountsFileTest : public testing::Test {
 protected:
     AccountsFileTest()
@@ -46,7 +46,7 @@ protected:
     }
 
     void start() { EXPECT_EQ(refusal(), ""); }
-    /// What a start says of the file; empty when it takes it.
+    /// Starts; returns why the file is refused, or nothing.
     std::string refusal()
     {
         m_directory.reset();
@@ -155,13 +155,13 @@ TEST_F(AccountsFileTest, FavoritesAndFoldersOfADeviceSurviveARestart)
     ASSERT_EQ(mine.size(), 1u);
     EXPECT_EQ(mine[0].value("text", ""), "Mine");
     EXPECT_EQ(mine[0].value("URL", ""), "http://radio.example/a");
-    // Numbers that were given are not given again.
+    // Ids are not reused.
     EXPECT_EQ(ask("/Preset.ashx?c=addFolder&name=new&serial=D")["body"][0]["guide_id"], "f4");
     succeed("/Preset.ashx?c=add&url=http://radio.example/b&serial=D");
     EXPECT_THAT(presets("id=f1&serial=D"), ElementsAre("u1", "u2"));
 }
 
-TEST_F(AccountsFileTest, AJoinedDeviceKeepsItsOwnFavoritesForLater)
+TEST_F(AccountsFileTest, ADevicesOwnFavoritesComeBackWhenItIsUnlinked)
 {
     start();
     succeed("/Preset.ashx?c=add&id=s29001&serial=S");
@@ -173,7 +173,7 @@ TEST_F(AccountsFileTest, AJoinedDeviceKeepsItsOwnFavoritesForLater)
     EXPECT_THAT(presets("serial=S"), ElementsAre("s29001"));
 }
 
-TEST_F(AccountsFileTest, AClaimCodeIsGoodForOneLinkAcrossRestarts)
+TEST_F(AccountsFileTest, AClaimCodeSurvivesARestartAndLinksOnce)
 {
     start();
     create("me");
@@ -190,7 +190,7 @@ TEST_F(AccountsFileTest, AClaimCodeIsGoodForOneLinkAcrossRestarts)
     EXPECT_EQ(link(), 403);
 }
 
-TEST_F(AccountsFileTest, TheFileHoldsNoPasswordAndNoSessionAndIsTheOwnersAlone)
+TEST_F(AccountsFileTest, TheFileIsPrivateAndHoldsNoPasswordsOrSessions)
 {
     start();
     create("me");
@@ -212,7 +212,7 @@ TEST_F(AccountsFileTest, TheFileHoldsNoPasswordAndNoSessionAndIsTheOwnersAlone)
     EXPECT_NE(session(), first);
 }
 
-TEST_F(AccountsFileTest, IsWrittenOnlyWhenSomethingHasChanged)
+TEST_F(AccountsFileTest, IsNotWrittenWithoutAChange)
 {
     start();
     succeed("/Browse.ashx?c=presets&serial=S");
@@ -230,7 +230,7 @@ TEST_F(AccountsFileTest, IsWrittenOnlyWhenSomethingHasChanged)
     EXPECT_THAT(text(), HasSubstr("s29001"));
 }
 
-TEST_F(AccountsFileTest, IsWrittenAtEachChange)
+TEST_F(AccountsFileTest, IsWrittenForEachChange)
 {
     start();
     create("me");
@@ -251,7 +251,7 @@ TEST_F(AccountsFileTest, IsWrittenAtEachChange)
     }
 }
 
-TEST_F(AccountsFileTest, DevicesOfWhichNothingIsKnownAreLeftOut)
+TEST_F(AccountsFileTest, DevicesWithoutContentAreNotWritten)
 {
     start();
     succeed("/Preset.ashx?c=listFolders&serial=IDLE");
@@ -259,7 +259,7 @@ TEST_F(AccountsFileTest, DevicesOfWhichNothingIsKnownAreLeftOut)
     EXPECT_EQ(Json::parse(text())["devices"].size(), 0u);
 }
 
-TEST_F(AccountsFileTest, TextsThatAreNoUtf8DoNotSpoilTheFile)
+TEST_F(AccountsFileTest, InvalidUtf8DoesNotDamageTheFile)
 {
     start();
     succeed("/Preset.ashx?c=add&url=http://radio.example/%FF&name=A%FFB&serial=S");
@@ -283,7 +283,7 @@ protected:
         m_good = Json::parse(text());
         fs::remove(m_file + ".last-good");
     }
-    /// Expects that the file is refused with these words, and left as it is.
+    /// Expects that the file is refused with this text, and left as it is.
     void expectRefused(const std::string &bytes, const std::string &words)
     {
         put(bytes);
@@ -298,7 +298,7 @@ protected:
     Json m_good;
 };
 
-TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoJson)
+TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNotJson)
 {
     const std::string good = m_good.dump();
     expectRefused("", "the file is empty");
@@ -312,7 +312,7 @@ TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoJson)
     expectRefused(std::string(100000, '[') + std::string(100000, ']'), "this is no object");
 }
 
-TEST_F(DamagedAccountsFile, IsRefusedWithThePlaceOfAMistake)
+TEST_F(DamagedAccountsFile, IsRefusedWithTheLocationOfTheError)
 {
     const std::string account = "/accounts/0";
     const std::string library = account + "/library";
@@ -372,7 +372,7 @@ TEST_F(DamagedAccountsFile, IsRefusedWithThePlaceOfAMistake)
     EXPECT_EQ(refusal(), "");
 }
 
-TEST_F(DamagedAccountsFile, IsRefusedWhenItHoldsMoreThanThereIsRoomFor)
+TEST_F(DamagedAccountsFile, IsRefusedWhenItExceedsTheBounds)
 {
     Json damaged = m_good;
     for (std::size_t i = 0; i < Members::maxDevices; ++i)
@@ -393,7 +393,7 @@ TEST_F(DamagedAccountsFile, IsRefusedWhenItIsTooLarge)
     EXPECT_EQ(fs::file_size(m_file), size);
 }
 
-TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoFile)
+TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNotARegularFile)
 {
     fs::remove(m_file);
     fs::create_directory(m_file);
@@ -403,13 +403,13 @@ TEST_F(DamagedAccountsFile, IsRefusedWhenItIsNoFile)
     EXPECT_THAT(refusal(), HasSubstr("no regular file"));
 }
 
-TEST_F(AccountsFileTest, NeedsAFolderAtTheStart)
+TEST_F(AccountsFileTest, RequiresItsFolderToExist)
 {
     m_file = m_folder + "/none/accounts.json";
     EXPECT_THAT(refusal(), HasSubstr("there is no folder for the file"));
 }
 
-TEST_F(DamagedAccountsFile, GivesWayToItsCopy)
+TEST_F(DamagedAccountsFile, IsReplacedFromItsBackup)
 {
     const std::string good = m_good.dump();
     const auto replaceBy = [this](const std::function<void()> &other) {
@@ -446,7 +446,7 @@ TEST_F(DamagedAccountsFile, GivesWayToItsCopy)
     EXPECT_TRUE(fs::exists(m_file + ".damaged.5"));
 }
 
-TEST_F(DamagedAccountsFile, IsRefusedWhenItsCopyIsDamagedToo)
+TEST_F(DamagedAccountsFile, IsRefusedWhenItsBackupIsDamagedToo)
 {
     put("");
     std::ofstream(m_file + ".last-good") << "{";
@@ -454,7 +454,7 @@ TEST_F(DamagedAccountsFile, IsRefusedWhenItsCopyIsDamagedToo)
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(AccountsFileTest, AFileThatIsGoneComesBackFromItsCopy)
+TEST_F(AccountsFileTest, AMissingFileIsRestoredFromItsBackup)
 {
     start();
     create("me", "&serial=S");
@@ -465,14 +465,14 @@ TEST_F(AccountsFileTest, AFileThatIsGoneComesBackFromItsCopy)
     EXPECT_THAT(m_complaints, ElementsAre(HasSubstr("the file is gone")));
 }
 
-TEST_F(AccountsFileTest, WhatAWriteLeftGoesAtTheStart)
+TEST_F(AccountsFileTest, LeftoversOfAnInterruptedWriteAreRemoved)
 {
     std::ofstream(m_file + ".new") << "half a wri";
     start();
     EXPECT_FALSE(fs::exists(m_file + ".new"));
 }
 
-TEST_F(AccountsFileTest, AChangeThatCannotBeKeptIsRefusedAndTakenBack)
+TEST_F(AccountsFileTest, AChangeThatCannotBeWrittenFailsAndIsRolledBack)
 {
     start();
     create("me");
@@ -508,7 +508,7 @@ TEST_F(AccountsFileTest, AChangeThatCannotBeKeptIsRefusedAndTakenBack)
     EXPECT_EQ(m_complaints.size(), 1u);
 }
 
-TEST_F(AccountsFileTest, ALinkThatCannotBeKeptIsToldToThePerson)
+TEST_F(AccountsFileTest, TheClaimPageReportsALinkThatCannotBeWritten)
 {
     start();
     create("me");
@@ -525,7 +525,7 @@ TEST_F(AccountsFileTest, ALinkThatCannotBeKeptIsToldToThePerson)
     EXPECT_EQ(m_directory->handle(linking).status, 200) << "the code is still good";
 }
 
-TEST_F(AccountsFileTest, AFullDiskRefusesChangesAndLosesNothing)
+TEST_F(AccountsFileTest, ChangesFailOnAFullDiskWithoutLosingData)
 {
     const SmallDisk disk;
     if (!disk.isMounted())
@@ -546,7 +546,7 @@ TEST_F(AccountsFileTest, AFullDiskRefusesChangesAndLosesNothing)
     m_directory.reset();
 }
 
-TEST_F(AccountsFileTest, AFileThatMayNotGrowRefusesChanges)
+TEST_F(AccountsFileTest, ChangesFailAtTheFileSizeLimit)
 {
     start();
     create("me", "&serial=S");
@@ -559,7 +559,7 @@ TEST_F(AccountsFileTest, AFileThatMayNotGrowRefusesChanges)
     EXPECT_EQ(owner("S"), "me");
 }
 
-TEST_F(AccountsFileTest, AReadOnlyDiskIsReadAndRefusesChanges)
+TEST_F(AccountsFileTest, ChangesFailOnAReadOnlyDisk)
 {
     const SmallDisk disk;
     if (!disk.isMounted())
@@ -575,7 +575,7 @@ TEST_F(AccountsFileTest, AReadOnlyDiskIsReadAndRefusesChanges)
     m_directory.reset();
 }
 
-TEST_F(AccountsFileTest, WhatCouldNotBeReadAgainIsNotWritten)
+TEST_F(AccountsFileTest, ContentThatIsTooLargeToReadIsNotWritten)
 {
     LibraryContent many;
     for (std::size_t i = 0; i < Library::maxPresets; ++i)

@@ -44,7 +44,7 @@ TEST_F(Browse, RootOffersFavoritesToAKnownPartnerAndDevice)
     EXPECT_EQ(body("/?partnerId=P")[0]["key"], "local");
 }
 
-TEST_F(Browse, PageNamesAreReadWithoutRegardToCase)
+TEST_F(Browse, PageNamesAreCaseInsensitive)
 {
     EXPECT_EQ(json("/browse.ASHX?c=music")["head"]["title"], "Music");
 }
@@ -59,7 +59,7 @@ TEST_F(Browse, LinksRepeatTheGlobalParametersButNeverRender)
     EXPECT_THAT(url, Not(HasSubstr("render")));
 }
 
-TEST_F(Browse, LinksNeverCarryAParameterTwice)
+TEST_F(Browse, LinksHaveNoDuplicateParameters)
 {
     for (const char *target :
         {"/Browse.ashx?id=c57943&filter=s&serial=S&offset=25", "/Browse.ashx?c=lang&filter=l1",
@@ -102,7 +102,7 @@ TEST_F(Browse, AGenrePageHasSectionsWithTheCursorsLast)
     EXPECT_THAT(std::string(page[0]["text"]), HasSubstr("Local Stations ("));
 }
 
-TEST_F(Browse, CursorsLeadThroughAllStationsOfACategoryOnce)
+TEST_F(Browse, CursorsVisitEachStationOfACategoryOnce)
 {
     std::set<std::string> seen;
     Json rows = sectionOf(body("/Browse.ashx?id=c57943"), "stations")["children"];
@@ -129,7 +129,7 @@ TEST_F(Browse, CursorsLeadThroughAllStationsOfACategoryOnce)
     EXPECT_EQ(seen.size(), expected);
 }
 
-TEST_F(Browse, AnOffsetBeyondTheEndSaysThatThereIsNothing)
+TEST_F(Browse, AnOffsetBeyondTheEndGivesTheEmptyRow)
 {
     for (const char *offset : {"100000", "999999999"}) {
         const Json rows = body(std::string("/Browse.ashx?id=c57943&filter=s&offset=") + offset);
@@ -139,7 +139,7 @@ TEST_F(Browse, AnOffsetBeyondTheEndSaysThatThereIsNothing)
     }
 }
 
-TEST_F(Browse, OffsetsThatAreNoNumbersStartAtTheFront)
+TEST_F(Browse, InvalidOffsetsStartAtTheFirstRow)
 {
     const Json first = body("/Browse.ashx?id=c57943&filter=s");
     for (const char *offset : {"-5", "abc", "99999999999999999999"})
@@ -251,7 +251,7 @@ TEST_F(Browse, StationRowsHaveTheKeysOfTheWebApi)
     EXPECT_EQ(row["image"], "http://directory.test:8080/logo/" + station.id + "q.png");
 }
 
-TEST_F(Browse, WhatCannotBePlayedIsAnUnavailableRow)
+TEST_F(Browse, StationsThatCannotBePlayedAreUnavailableRows)
 {
     const Station &blocked = stationNamed("Grand Bleu");
     const Json georestricted
@@ -290,7 +290,7 @@ TEST_F(Browse, WithoutFormatsOnlyMp3CountsAsPlayable)
     FAIL() << "no station without mp3";
 }
 
-TEST_F(Browse, KeysNeverHoldTheCharactersThatClientsJoinThemWith)
+TEST_F(Browse, KeysHaveNoneOfTheCharactersThatClientsJoinThemWith)
 {
     for (const char *target : {"/", "/Browse.ashx?id=g92", "/Browse.ashx?c=podcast",
              "/Browse.ashx?id=r100346", "/Browse.ashx?id=r100348", "/Search.ashx?query=jazz"}) {
@@ -327,14 +327,14 @@ TEST_F(Browse, AStationHasRelatedContent)
     EXPECT_GE(body(targetOf(page[3]["children"][0])).size(), 5u);
 }
 
-TEST_F(Browse, AnArtistIsPlayedByStations)
+TEST_F(Browse, ArtistsListTheStationsThatPlayThem)
 {
     const Json rows = body("/Browse.ashx?id=m501&formats=*");
     ASSERT_GE(rows.size(), 5u);
     EXPECT_EQ(rows[0]["genre_id"], "g92");
 }
 
-TEST_F(Browse, TheScheduleTellsLocalTimeAndUtc)
+TEST_F(Browse, TheScheduleHasLocalTimeAndUtc)
 {
     const Station &station = stationNamed("Hafenlicht Jazz");
     const Json rows = body("/Browse.ashx?c=schedule&id=" + station.id);
@@ -347,14 +347,14 @@ TEST_F(Browse, TheScheduleTellsLocalTimeAndUtc)
     EXPECT_EQ(json(targetOf(rows[0]))["head"]["title"], "Kettle & Keys");
 }
 
-TEST_F(Browse, AScheduleIsAWeekAtMost)
+TEST_F(Browse, SchedulesAreLimitedToAWeek)
 {
     const std::string id = stationNamed("Hafenlicht Jazz").id;
     const Json week = body("/Browse.ashx?c=schedule&start=20260316&stop=99991231&id=" + id);
     EXPECT_EQ(week.size(), 5u + 7u);
 }
 
-TEST_F(Browse, WrongIdsAndCategoriesAreFaults)
+TEST_F(Browse, InvalidIdsAndCategoriesAreFaults)
 {
     for (const char *id : {"x1", "s0", "c1", "r9", "zzzz", "%F0%9F%8E%B7"}) {
         const Json answer = json(std::string("/Browse.ashx?id=") + id);

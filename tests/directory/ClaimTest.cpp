@@ -36,7 +36,7 @@ protected:
     std::string m_code;
 };
 
-TEST_F(ClaimPage, IsAPlainFormThatMayDoLittle)
+TEST_F(ClaimPage, IsAFormUnderAStrictSecurityPolicy)
 {
     const Answer page = answer("/mydevice");
     EXPECT_EQ(page.status, 200);
@@ -53,16 +53,16 @@ TEST_F(ClaimPage, IsAPlainFormThatMayDoLittle)
     EXPECT_EQ(answer("/mydevice.css").contentType, "text/css; charset=utf-8");
 }
 
-TEST_F(ClaimPage, LinksTheDeviceWithTheCodeOnce)
+TEST_F(ClaimPage, ACodeLinksADeviceOnce)
 {
     const Answer linked = link(lowered(m_code));
     EXPECT_EQ(linked.status, 200);
     EXPECT_THAT(linked.body, HasSubstr("linked to me."));
     EXPECT_EQ(owner("S"), "me");
-    EXPECT_EQ(link(m_code).status, 403); // it was good for once
+    EXPECT_EQ(link(m_code).status, 403); // used up
 }
 
-TEST_F(ClaimPage, SaysNotWhatWasWrong)
+TEST_F(ClaimPage, DoesNotRevealWhichInputIsWrong)
 {
     const Answer code = link("AAAAAA");
     const Answer password = link(m_code, "wrong");
@@ -74,14 +74,14 @@ TEST_F(ClaimPage, SaysNotWhatWasWrong)
     EXPECT_EQ(owner("S"), "");
 }
 
-TEST_F(ClaimPage, LeavesADeviceThatIsLinkedToItsAccount)
+TEST_F(ClaimPage, RefusesADeviceThatIsLinkedAlready)
 {
     ask(requestFor("/Account.ashx?c=join&username=me&password=sesame&serial=S", "POST"));
     EXPECT_EQ(link(m_code).status, 409);
     EXPECT_EQ(owner("S"), "me");
 }
 
-TEST_F(ClaimPage, ChangesNothingWithoutAPost)
+TEST_F(ClaimPage, ChangesNothingWithoutPost)
 {
     EXPECT_EQ(answer("/mydevice?username=me&password=sesame&code=" + m_code).status, 200);
     EXPECT_EQ(owner("S"), "");

@@ -9,7 +9,7 @@ using namespace directory;
 
 namespace {
 
-TEST(Compression, GzipIsTakenOnlyWhereItIsWelcome)
+TEST(Compression, GzipIsAcceptedAsAcceptEncodingSays)
 {
     for (const char *header :
         {"gzip", "deflate, gzip", "br;q=1.0, GZIP;q=0.8", "*", "gzip ; q=0.001"})

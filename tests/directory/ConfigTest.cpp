@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(ConfigPage, TellsTheTimeHereAndWhereTheListenerIs)
+TEST_F(ConfigPage, ReturnsTheTimesOfTheServerAndOfTheListener)
 {
     const std::string halifax = "/Config.ashx?c=time&latlon=44.6,-63.6";
     EXPECT_EQ(value(halifax, "utc_time"), "2026-03-16T07:30:00");
@@ -29,7 +29,7 @@ TEST_F(ConfigPage, TellsTheTimeHereAndWhereTheListenerIs)
     EXPECT_EQ(value("/config.ashx?c=TIME", "detected_time"), "2026-03-16T08:30:00");
 }
 
-TEST_F(ConfigPage, TellsWherePicturesAreAndWhatToSearchFor)
+TEST_F(ConfigPage, ReturnsPictureAddressesAndSampleQueries)
 {
     EXPECT_EQ(value("/Config.ashx?c=api", "albumart.url"),
         "http://directory.test:8080/logo/{id}{size}.png");

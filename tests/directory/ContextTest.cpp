@@ -21,26 +21,26 @@ std::string addressFor(const std::string &host, bool secure)
     return Context(request, shippedCatalog(), members, 0).here("/x");
 }
 
-TEST(Context, NamesItselfAsTheClientDid)
+TEST(Context, UsesTheHostOfTheRequestInAddresses)
 {
     EXPECT_EQ(addressFor("opml.radiotime.com", false), "http://opml.radiotime.com/x");
     EXPECT_EQ(addressFor("[::1]:80", false), "http://[::1]:80/x");
 }
 
-TEST(Context, ALinkFetchedOverTlsStaysHttpUnlessTheHostNamesThatPort)
+TEST(Context, LinksAreHttpUnlessTheHostHasATlsPort)
 {
     EXPECT_EQ(addressFor("opml.radiotime.com", true), "http://opml.radiotime.com/x");
     EXPECT_EQ(addressFor("127.0.0.1:8443", true), "https://127.0.0.1:8443/x");
 }
 
-TEST(Context, DoesNotPassOnAHostThatIsNoHost)
+TEST(Context, DoesNotRepeatAnInvalidHost)
 {
     EXPECT_EQ(addressFor("evil\"><script>", false), "http://127.0.0.1/x");
     EXPECT_EQ(addressFor(std::string(300, 'a'), false), "http://127.0.0.1/x");
     EXPECT_EQ(addressFor("", false), "http://127.0.0.1/x");
 }
 
-TEST(Context, AShowRunsOnAfterMidnight)
+TEST(Context, AShowMayRunPastMidnight)
 {
     const Station *station = nullptr;
     for (const Station &each : shippedCatalog().stations) {

@@ -28,7 +28,7 @@ TEST_F(Describe, ListsGenresLanguagesAndCountries)
     EXPECT_GE(body("/Describe.ashx?c=locales").size(), 4u);
 }
 
-TEST_F(Describe, LetsTaxonomiesBeCachedButNotWhatBelongsToAUser)
+TEST_F(Describe, TaxonomiesAreCacheableAndUserDataAreNot)
 {
     EXPECT_THAT(
         answer("/Describe.ashx?c=genres").headers, Contains(Pair("Cache-Control", "max-age=3600")));
@@ -58,7 +58,7 @@ TEST_F(Describe, DescribesAStationWithMixedTypes)
     EXPECT_EQ(object["band"], "FM");
 }
 
-TEST_F(Describe, ReadsABandBeforeItsFrequency)
+TEST_F(Describe, AcceptsABandBeforeTheFrequency)
 {
     const Json object = body("/Describe.ashx?id=" + stationNamed("Beaver Valley Gold").id)[0];
     EXPECT_EQ(object["frequency"], "1020");
@@ -84,7 +84,7 @@ TEST_F(Describe, DescribesATopic)
     EXPECT_EQ(object["show_id"], show.id);
 }
 
-TEST_F(Describe, HasNothingToSayAboutOtherIds)
+TEST_F(Describe, ReturnsNothingForOtherIds)
 {
     for (const char *id : {"g79", "zzz", ""}) {
         const Json answer = json(std::string("/Describe.ashx?id=") + id);
@@ -93,7 +93,7 @@ TEST_F(Describe, HasNothingToSayAboutOtherIds)
     }
 }
 
-TEST_F(Describe, TellsWhatIsPlaying)
+TEST_F(Describe, ReturnsWhatIsPlaying)
 {
     const Station &station = stationNamed("The Half Door");
     const Json rows = body("/Describe.ashx?c=nowplaying&id=" + station.id);

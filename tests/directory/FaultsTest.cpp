@@ -47,7 +47,7 @@ TEST(Faults, ReadsNamePathArgumentAndCount)
     EXPECT_EQ(parsed("body:/tmp/a*b:c.json").argument, "/tmp/a*b:c.json");
 }
 
-TEST(Faults, RefusesWhatIsNoFault)
+TEST(Faults, RefusesInvalidFaults)
 {
     for (const char *text : {"", "nonsense", "http-status", "http-status:", "http-status:99",
              "http-status:600", "http-status:4o3", "stall:5", "empty@:", "empty@", "empty*0",
@@ -68,7 +68,7 @@ TEST(Faults, LimitsAFaultToAPath)
     EXPECT_FALSE(faults.take("/Tune.ashx").has_value());
 }
 
-TEST(Faults, CountsDownAndThenLetsTheNextOneAct)
+TEST(Faults, AfterItsCountTheNextFaultActs)
 {
     Faults faults;
     faults.add(parsed("empty*2"));
@@ -80,7 +80,7 @@ TEST(Faults, CountsDownAndThenLetsTheNextOneAct)
     EXPECT_EQ(faults.take("/x")->kind, FaultKind::Stall);
 }
 
-TEST(Faults, AnHttpStatusComesWithAPageThatIsNoJson)
+TEST(Faults, HttpStatusAnswersWithAnHtmlPage)
 {
     const FaultyAnswer answer = spoiled("http-status:403");
     EXPECT_EQ(answer.answer.status, 403);
@@ -98,14 +98,14 @@ TEST(Faults, AHeadFaultIsAWellFormedFailure)
         spoiled("head-fault:403").answer.body, R"({"head":{"status":"403","fault":""},"body":[]})");
 }
 
-TEST(Faults, CutAnswersAreShortButOtherwiseSound)
+TEST(Faults, CutAnswersAreShortButComplete)
 {
     EXPECT_EQ(spoiled("cut:10").answer.body, soundAnswer().body.substr(0, 10));
     EXPECT_EQ(spoiled("cut:100000").answer.body, soundAnswer().body);
     EXPECT_EQ(spoiled("empty").answer.body, "");
 }
 
-TEST(Faults, TruncatedAnswersKeepTheirWholeBodyForTheLength)
+TEST(Faults, TruncatedAnswersAnnounceTheLengthOfTheWholeBody)
 {
     const FaultyAnswer answer = spoiled("truncated:7");
     EXPECT_EQ(answer.answer.body, soundAnswer().body);
@@ -114,7 +114,7 @@ TEST(Faults, TruncatedAnswersKeepTheirWholeBodyForTheLength)
     EXPECT_EQ(answer.delivery->end, Delivery::End::Close);
 }
 
-TEST(Faults, OversizedAnswersAreExactlySoLargeAndStillJson)
+TEST(Faults, OversizedAnswersAreJsonOfTheGivenSize)
 {
     const std::string body = spoiled("oversized:5000").answer.body;
     EXPECT_EQ(body.size(), 5000u);
@@ -122,12 +122,12 @@ TEST(Faults, OversizedAnswersAreExactlySoLargeAndStillJson)
     EXPECT_TRUE(Json::accept(spoiled("oversized:1").answer.body));
 }
 
-TEST(Faults, MalformedAnswersAreNoJson)
+TEST(Faults, MalformedAnswersAreNotJson)
 {
     EXPECT_FALSE(Json::accept(spoiled("malformed").answer.body));
 }
 
-TEST(Faults, FaultsThatReplaceTheAnswerDoNotAskForIt)
+TEST(Faults, FaultsThatReplaceTheAnswerDoNotComputeIt)
 {
     for (const char *text : {"http-status:500", "head-fault:400", "empty", "malformed", "reset",
              "redirect-chain:2", "redirect-loop"}) {
@@ -140,7 +140,7 @@ TEST(Faults, FaultsThatReplaceTheAnswerDoNotAskForIt)
     }
 }
 
-TEST(Faults, ARedirectChainHasAsManyHopsAsAskedFor)
+TEST(Faults, ARedirectChainHasTheGivenNumberOfHops)
 {
     const std::string target = "/Browse.ashx?c=music&x=%2F";
     Answer answer = spoil(parsed("redirect-chain:3"), target, soundAnswer).answer;
@@ -165,7 +165,7 @@ TEST(Faults, ARedirectLoopLeadsToItself)
     EXPECT_EQ(hopOf(location)->location, location);
 }
 
-TEST(Faults, OfStreamsAreTakenOnlyByStreams)
+TEST(Faults, StreamFaultsAreTakenOnlyByStreams)
 {
     Faults faults;
     faults.add(parsed("stream-garbage@/stream/:3,500*1"));
@@ -180,7 +180,7 @@ TEST(Faults, OfStreamsAreTakenOnlyByStreams)
     EXPECT_FALSE(faults.takeDisturbance("/stream/s1/1.mp3", 1).has_value());
 }
 
-TEST(Faults, DownIsLimitedToItsPathAndCountsNothing)
+TEST(Faults, DownIsLimitedToItsPathAndHasNoCount)
 {
     Faults faults;
     faults.add(parsed("down@/stream/:60"));
@@ -193,7 +193,7 @@ TEST(Faults, DownIsLimitedToItsPathAndCountsNothing)
     EXPECT_TRUE(faults.isDown("/Browse.ashx"));
 }
 
-TEST(Faults, ALoginPageIsASuccessThatIsNoJson)
+TEST(Faults, ALoginPageIsHtmlWithStatus200)
 {
     const FaultyAnswer answer = spoiled("login-page");
     EXPECT_EQ(answer.answer.status, 200);
@@ -202,7 +202,7 @@ TEST(Faults, ALoginPageIsASuccessThatIsNoJson)
         (decltype(Answer::headers) {{"Retry-After", "30"}}));
 }
 
-TEST(Faults, OtherTargetsAreNoHops)
+TEST(Faults, OtherTargetsAreNotHops)
 {
     for (const char *target : {"/", "/_hops", "/_hops/", "/_hops/3", "/_hops/x/y", "/_hops/-1/y"})
         EXPECT_FALSE(hopOf(target).has_value()) << target;
@@ -228,7 +228,7 @@ TEST(FaultControl, AddsListsAndClears)
     EXPECT_EQ(controlFaults(faults, "DELETE", "").body, "{\"faults\":[]}\n");
 }
 
-TEST(FaultControl, TakesAllOrNothing)
+TEST(FaultControl, AddsAllFaultsOrNone)
 {
     Faults faults;
     EXPECT_EQ(controlFaults(faults, "POST", "stall\nnonsense").status, 400);

@@ -42,7 +42,7 @@ TEST_P(FaultyServer, TruncatesAfterTheGivenBytes)
     EXPECT_EQ(answer.body, m_sound.substr(0, 100));
 }
 
-TEST_P(FaultyServer, CutsTheBodyButNotTheExchange)
+TEST_P(FaultyServer, CutsTheBodyWithAMatchingLength)
 {
     m_server.fail("cut:100");
     const Fetched answer = get();
@@ -65,7 +65,7 @@ TEST_P(FaultyServer, StallsInTheMiddleOfTheBody)
     EXPECT_EQ(answer.body, m_sound.substr(0, m_sound.size() / 2));
 }
 
-TEST_P(FaultyServer, IsLateWithItsHeaders)
+TEST_P(FaultyServer, DelaysTheHeaders)
 {
     m_server.fail("slow-headers:1");
     const Fetched answer = get();
@@ -73,7 +73,7 @@ TEST_P(FaultyServer, IsLateWithItsHeaders)
     EXPECT_GE(answer.seconds, 1.0);
 }
 
-TEST_P(FaultyServer, SendsNothingBeforeLateHeaders)
+TEST_P(FaultyServer, SendsNothingBeforeDelayedHeaders)
 {
     m_server.fail("slow-headers:3600");
     const Fetched answer = get(300);
@@ -90,7 +90,7 @@ TEST_P(FaultyServer, TricklesTheBody)
     EXPECT_GE(answer.seconds, 0.4);
 }
 
-TEST_P(FaultyServer, PadsTheAnswerToASize)
+TEST_P(FaultyServer, PadsTheAnswerToTheGivenSize)
 {
     m_server.fail("oversized:3000000");
     const Fetched answer = get();
@@ -98,7 +98,7 @@ TEST_P(FaultyServer, PadsTheAnswerToASize)
     EXPECT_EQ(Json::parse(answer.body)["head"]["status"], "200");
 }
 
-TEST_P(FaultyServer, AnswersNothingAtAll)
+TEST_P(FaultyServer, AnswersWithAnEmptyBody)
 {
     m_server.fail("empty");
     const Fetched answer = get();
@@ -107,27 +107,27 @@ TEST_P(FaultyServer, AnswersNothingAtAll)
     EXPECT_EQ(answer.body, "");
 }
 
-TEST_P(FaultyServer, RefusesWithAPage)
+TEST_P(FaultyServer, AnswersAnHttpStatusWithAPage)
 {
     m_server.fail("http-status@Browse.ashx:403*1");
     EXPECT_EQ(get().status, 403);
     EXPECT_EQ(get().status, 200);
 }
 
-TEST_P(FaultyServer, RedirectsAsOftenAsAskedFor)
+TEST_P(FaultyServer, RedirectsTheGivenNumberOfTimes)
 {
     m_server.fail("redirect-chain:4");
     EXPECT_EQ(get(10000, 4).body, m_sound);
     EXPECT_EQ(get(10000, 3).code, CURLE_TOO_MANY_REDIRECTS);
 }
 
-TEST_P(FaultyServer, RedirectsForEver)
+TEST_P(FaultyServer, RedirectsEndlessly)
 {
     m_server.fail("redirect-loop");
     EXPECT_EQ(get(10000, 30).code, CURLE_TOO_MANY_REDIRECTS);
 }
 
-TEST_P(FaultyServer, IsSoundAgainWhenTheFaultsAreCleared)
+TEST_P(FaultyServer, WorksAgainWhenTheFaultsAreCleared)
 {
     m_server.fail("reset");
     FetchOptions options;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// One HTTP exchange for tests, over libcurl, with everything bounded.
+/// One HTTP exchange over libcurl, with a time limit.
 #pragma once
 
 #include <curl/curl.h>

@@ -44,7 +44,7 @@ public:
 
     void send(const std::string &bytes) const
     {
-        // The server may have hung up by then; what it said before counts.
+        // The server may have closed the connection; its response can still be read.
         const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         static_cast<void>(sent);
     }
@@ -58,7 +58,7 @@ public:
             text.append(buffer, static_cast<std::size_t>(count));
         return text;
     }
-    /// One answer whose body has the length that its head tells; less when the server closes.
+    /// One response, whose head has a Content-Length; less when the server closes the connection.
     std::string answer() const
     {
         std::string text;
@@ -101,7 +101,7 @@ TEST(HttpServer, AnswersOverHttpAndTls)
     EXPECT_EQ(fetch(server.secureUrl("/")).code, CURLE_PEER_FAILED_VERIFICATION);
 }
 
-TEST(HttpServer, CompressesTextForClientsThatTakeIt)
+TEST(HttpServer, CompressesTextForClientsThatAcceptGzip)
 {
     const RunningServer server;
     const std::string url = server.url("/Browse.ashx?c=music&render=json");
@@ -119,7 +119,7 @@ TEST(HttpServer, CompressesTextForClientsThatTakeIt)
         testing::Not(HasSubstr("Content-Encoding"))); // too short to be worth it
 }
 
-TEST(HttpServer, NamesStreamsByTheHostOfTheRequest)
+TEST(HttpServer, UsesTheHostOfTheRequestInStreamAddresses)
 {
     const RunningServer server;
     FetchOptions options;
@@ -173,7 +173,7 @@ TEST(HttpServer, RefusesBodiesAndTargetsThatAreTooLong)
     EXPECT_EQ(fetch(server.url(target + std::string(100000, 'a'))).status, 431);
 }
 
-TEST(HttpServer, AnswersWhatIsNoRequest)
+TEST(HttpServer, AnswersMalformedRequestsWith400)
 {
     const RunningServer server;
     for (const char *text : {"garbage\r\n\r\n", "GET\r\n\r\n", "GET x HTTP/1.0\r\n\r\n",
@@ -197,7 +197,7 @@ TEST(HttpServer, AnswersHeadWithoutABodyAndRefusesOtherMethods)
     EXPECT_EQ(fetch(server.url("/Browse.ashx"), options).status, 405);
 }
 
-TEST(HttpServer, KeepsAConnectionForSeveralRequests)
+TEST(HttpServer, KeepsConnectionsAlive)
 {
     const RunningServer server;
     const RawConnection connection(server.port());
@@ -207,11 +207,11 @@ TEST(HttpServer, KeepsAConnectionForSeveralRequests)
     EXPECT_THAT(connection.all(), HasSubstr("404"));
 }
 
-TEST(HttpServer, BoundsItsConnections)
+TEST(HttpServer, LimitsTheNumberOfConnections)
 {
     const RunningServer server;
     std::vector<std::unique_ptr<RawConnection>> connections;
-    // Each has had an answer, so the server has counted it.
+    // Each has been answered, so the server has counted it.
     while (connections.size() < Listener::maxConnections) {
         connections.push_back(std::make_unique<RawConnection>(server.port()));
         connections.back()->send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
@@ -219,7 +219,7 @@ TEST(HttpServer, BoundsItsConnections)
     }
     const RawConnection oneTooMany(server.port());
     EXPECT_EQ(oneTooMany.all(), "");
-    // One goes, and there is room again: the server closes it when asked to.
+    // A connection that is closed makes room.
     connections.back()->send("GET / HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
     EXPECT_THAT(connections.back()->all(), HasSubstr("200 OK"));
     const RawConnection next(server.port());
@@ -227,7 +227,7 @@ TEST(HttpServer, BoundsItsConnections)
     EXPECT_THAT(next.all(), HasSubstr("200 OK"));
 }
 
-TEST(HttpServer, LetsConnectionsGoThatTheClientCloses)
+TEST(HttpServer, ReleasesConnectionsThatTheClientCloses)
 {
     const RunningServer server;
     for (int i = 0; i < 2 * Listener::maxConnections; ++i) {
@@ -237,7 +237,7 @@ TEST(HttpServer, LetsConnectionsGoThatTheClientCloses)
     }
 }
 
-/// What a client gets that asks one thing and then waits for the end of the connection.
+/// What a client receives that sends one request and then waits until the connection is closed.
 std::string allOfAnIdleConnection(int port, bool secure)
 {
     GSocketClient *client = g_socket_client_new();
@@ -269,7 +269,7 @@ std::string allOfAnIdleConnection(int port, bool secure)
     return all;
 }
 
-TEST(HttpServer, ClosesAnIdleConnectionWithoutAWord)
+TEST(HttpServer, ClosesAnIdleConnectionWithoutAResponse)
 {
     const RunningServer server({}, 1);
     for (const bool secure : {false, true}) {
@@ -280,7 +280,7 @@ TEST(HttpServer, ClosesAnIdleConnectionWithoutAWord)
     }
 }
 
-TEST(HttpServer, LogsEachRequestAsItCameBeforeItIsAnswered)
+TEST(HttpServer, LogsEachRequestAsReceivedBeforeAnsweringIt)
 {
     const std::string file = testing::TempDir() + "directory-server-test.log";
     std::remove(file.c_str());
@@ -333,7 +333,7 @@ TEST(HttpServer, ServesNoRequestBehindAChunkedBody)
     std::remove(file.c_str());
 }
 
-TEST(HttpServer, SaysWhyItCannotListen)
+TEST(HttpServer, FailsToListenAtInvalidOrUsedAddresses)
 {
     const RunningServer server;
     const Catalog empty;

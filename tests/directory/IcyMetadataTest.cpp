@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t interval = IcyMetadata::interval;
 
-TEST(IcyMetadata, WeavesABlockInAfterEachInterval)
+TEST(IcyMetadata, InsertsABlockAfterEachInterval)
 {
     std::string title = "It's - Öl";
     IcyMetadata metadata([&title] { return title; });
@@ -21,7 +21,7 @@ TEST(IcyMetadata, WeavesABlockInAfterEachInterval)
         block, "a\x02" + std::string("StreamTitle='It's - Öl';") + std::string(7, '\0') + 'b');
 }
 
-TEST(IcyMetadata, SaysATitleOnceUntilItChanges)
+TEST(IcyMetadata, SendsATitleOnlyWhenItChanges)
 {
     std::string title = "one";
     IcyMetadata metadata([&title] { return title; });
@@ -33,7 +33,7 @@ TEST(IcyMetadata, SaysATitleOnceUntilItChanges)
         metadata.woven(std::string(interval, 'a')).substr(interval), IcyMetadata::block("two"));
 }
 
-TEST(IcyMetadata, DoesNotCareHowTheAudioComesInPieces)
+TEST(IcyMetadata, IsIndependentOfTheSizeOfTheInput)
 {
     const auto title = [] { return std::string("title"); };
     IcyMetadata whole(title);
@@ -44,7 +44,7 @@ TEST(IcyMetadata, DoesNotCareHowTheAudioComesInPieces)
     EXPECT_EQ(woven, whole.woven(std::string(77700, 'a')));
 }
 
-TEST(IcyMetadata, CutsTitlesThatNoLengthByteCanTell)
+TEST(IcyMetadata, CutsTitlesToTheLongestBlock)
 {
     const std::string block = IcyMetadata::block(std::string(10000, 'x'));
     EXPECT_EQ(block.size(), 1 + IcyMetadata::maxBlock);

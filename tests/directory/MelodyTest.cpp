@@ -16,14 +16,14 @@ namespace {
 
 constexpr unsigned rate = 44100;
 
-TEST(Melody, NoTwoStationsAreAlike)
+TEST(Melody, StationsHaveDifferentMelodies)
 {
     std::set<std::array<double, Melody::noteCount>> known;
     for (const Station &station : shippedCatalog().stations)
         EXPECT_TRUE(known.insert(Melody(station.id, 0).notes()).second) << station.name;
 }
 
-TEST(Melody, HasFourDifferentNotesThatEverySpeakerCanPlay)
+TEST(Melody, HasFourDifferentNotesInTheMiddleRange)
 {
     for (std::size_t stream = 0; stream < 9; ++stream) {
         const auto notes = Melody("s20105", stream).notes();
@@ -44,7 +44,7 @@ TEST(Melody, StreamsOfAStationAreTransposedByMoreThanASemitone)
     }
 }
 
-TEST(Melody, IsTheSameWhereverItIsBegun)
+TEST(Melody, SamplesDependOnlyOnTheirPosition)
 {
     const Melody melody("s20105", 0);
     const std::vector<std::int16_t> whole = melody.samples(0, 5 * rate, rate, 1);

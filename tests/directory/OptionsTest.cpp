@@ -16,7 +16,7 @@ Result<Options, std::string> parsed(std::vector<const char *> arguments)
     return parseOptions(static_cast<int>(arguments.size()), arguments.data());
 }
 
-TEST(Options, ReadsAllOfThem)
+TEST(Options, ReadsAllOptions)
 {
     const Options options = *parsed({"--listen", "127.0.0.1:0", "--tls-listen", "[::1]:0", "--cert",
         "c.pem", "--key", "k.pem", "--data", "d.yaml", "--accounts", "a.json", "--request-log",
@@ -35,7 +35,7 @@ TEST(Options, ReadsAllOfThem)
     EXPECT_EQ(options.faults[1].number, 403);
 }
 
-TEST(Options, MistakesAreOneLine)
+TEST(Options, ErrorsAreOneLine)
 {
     const std::vector<std::vector<const char *>> mistakes {{"--nonsense"}, {"positional"},
         {"--listen"}, {"--tls-listen", "127.0.0.1:0"}, {"--cert", "c.pem"}, {"--fault", "nonsense"},
@@ -48,7 +48,7 @@ TEST(Options, MistakesAreOneLine)
     }
 }
 
-TEST(Options, HelpIsNoMistake)
+TEST(Options, HelpListsTheOptions)
 {
     for (const char *option : {"--accounts FILE", "--fault NAME"})
         EXPECT_THAT(parsed({"--help"})->help, testing::HasSubstr(option));

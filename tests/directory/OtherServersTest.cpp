@@ -36,21 +36,21 @@ protected:
     RunningServer m_server;
 };
 
-TEST(OtherServersPath, IsThatOfTheServersOwnStream)
+TEST(OtherServersPath, MapsToTheStreamOfTheServersStation)
 {
     const Catalog &catalog = shippedCatalog();
     EXPECT_EQ(pathHere(catalog, "owl.example.com:8002", "/"), "/stream/s29103/1.ogg");
     EXPECT_EQ(pathHere(catalog, "OWL.example.com:8002", "/"), "/stream/s29103/1.ogg");
     EXPECT_EQ(pathHere(catalog, "cloudbase.example.org", "/ambient.mp3"), "/stream/s29111/1.mp3");
     EXPECT_EQ(pathHere(catalog, "estuary.example.net:8014", "/listen.m3u"), "/stream/s29113/1.m3u");
-    // What else it has is what there is here, such as the audio that its playlist names.
+    // Its other paths are those of this server, such as the audio that its playlist names.
     EXPECT_EQ(pathHere(catalog, "estuary.example.net:8014", "/"), "/");
     EXPECT_EQ(pathHere(catalog, "owl.example.com", "/"), "/");
     EXPECT_EQ(pathHere(catalog, "opml.radiotime.com", "/"), "/");
     EXPECT_EQ(pathHere(catalog, "", "/"), "/");
 }
 
-TEST_F(OtherServers, EachDoWrongInTheirOwnWay)
+TEST_F(OtherServers, EachHaveTheirOwnFault)
 {
     EXPECT_EQ(at("copperkettle.example.net:7500").status, 404);
     EXPECT_THAT(at("sevenhills.example.net:8004").body, HasSubstr("<form"));
@@ -80,7 +80,7 @@ TEST_F(OtherServers, EachDoWrongInTheirOwnWay)
     EXPECT_EQ(fetch(m_server.url("/"), following).code, CURLE_TOO_MANY_REDIRECTS);
 }
 
-TEST_F(OtherServers, DisturbEachOfTheirStreams)
+TEST_F(OtherServers, ApplyTheirFaultToEveryStream)
 {
     const std::string host = "Host: owl.example.com:8002\r\n";
     StreamClient first(m_server.port(), "/", host);
@@ -92,7 +92,7 @@ TEST_F(OtherServers, DisturbEachOfTheirStreams)
     }
 }
 
-TEST_F(OtherServers, KeepTheirFaultsToThemselves)
+TEST_F(OtherServers, DoNotAffectOtherStreams)
 {
     EXPECT_EQ(fetch(m_server.url("/_faults")).body, "{\"faults\":[]}\n");
     FetchOptions clear;
@@ -100,7 +100,7 @@ TEST_F(OtherServers, KeepTheirFaultsToThemselves)
     fetch(m_server.url("/_faults"), clear);
     EXPECT_EQ(at("copperkettle.example.net:7500").status, 404);
     EXPECT_EQ(fetch(m_server.url("/Browse.ashx")).status, 200);
-    // What is asked for is done in their place.
+    // A fault that is set on request takes precedence.
     m_server.fail("http-status@/stream/s29107/:500*1");
     EXPECT_EQ(at("copperkettle.example.net:7500").status, 500);
     EXPECT_EQ(at("copperkettle.example.net:7500").status, 404);

@@ -12,7 +12,7 @@ using testing::Not;
 
 namespace {
 
-TEST(Password, IsKnownByItsHashAlone)
+TEST(Password, MatchesItsHashOnly)
 {
     const std::string hash = passwordHash("sesame");
     EXPECT_TRUE(isPasswordHash(hash));
@@ -27,14 +27,14 @@ TEST(Password, HashesOfTheSamePasswordDiffer)
     EXPECT_NE(passwordHash("sesame"), passwordHash("sesame"));
 }
 
-TEST(Password, AZeroByteHidesNothingBehindIt)
+TEST(Password, IsNotCutAtAZeroByte)
 {
     using namespace std::string_literals;
     EXPECT_EQ(passwordHash("sesame\0x"s), "");
     EXPECT_FALSE(passwordMatches("sesame\0x"s, passwordHash("sesame")));
 }
 
-TEST(Password, TooLongOnesMatchNothing)
+TEST(Password, ThatIsTooLongMatchesNothing)
 {
     const std::string tooLong(5000, 'a');
     EXPECT_EQ(passwordHash(tooLong), "");
@@ -42,7 +42,7 @@ TEST(Password, TooLongOnesMatchNothing)
     EXPECT_FALSE(passwordMatches(tooLong, passwordHash("sesame")));
 }
 
-TEST(Password, WhatIsNoHashMatchesNothing)
+TEST(Password, InvalidHashesMatchNothing)
 {
     for (const char *text : {"", "sesame", "*0", "$y$", "$1$salt$hash", "$y$j7T$salt"}) {
         EXPECT_FALSE(passwordMatches("sesame", text)) << text;

@@ -15,7 +15,7 @@ int widthOf(const Answer &png)
     return byte(18) * 256 + byte(19);
 }
 
-TEST(Pictures, LogosComeInTheSizesOfTheWebApi)
+TEST(Pictures, LogosHaveTheSizesOfTheWebApi)
 {
     EXPECT_EQ(widthOf(logoPicture("/logo/s1t.png")), 75);
     EXPECT_EQ(widthOf(logoPicture("/logo/s1q.png")), 145);
@@ -24,7 +24,7 @@ TEST(Pictures, LogosComeInTheSizesOfTheWebApi)
     EXPECT_EQ(widthOf(logoPicture("/logo/s1g.png")), 600);
 }
 
-TEST(Pictures, ALogoIsASmallPngThatIsAlwaysTheSame)
+TEST(Pictures, ALogoIsASmallReproduciblePng)
 {
     const Answer logo = logoPicture("/logo/s20105q.png");
     EXPECT_EQ(logo.status, 200);
@@ -36,7 +36,7 @@ TEST(Pictures, ALogoIsASmallPngThatIsAlwaysTheSame)
     EXPECT_NE(logo.body, logoPicture("/logo/s20106q.png").body);
 }
 
-TEST(Pictures, OtherPathsAreNotThere)
+TEST(Pictures, OtherPathsAre404)
 {
     for (const char *path : {"/logo/", "/logo/.png", "/logo/q.png", "/logo/../../etc/passwd.png",
              "/logo/s1q.gif", "/logo/aaaaaaaaaaaaaaaaaaaaaaaaa.png"})

@@ -39,7 +39,7 @@ TEST_F(Preset, AddedStationsAndShowsAppearInTheFavorites)
     EXPECT_EQ(body("/Describe.ashx?serial=other&id=" + m_station)[0]["is_preset"], false);
 }
 
-TEST_F(Preset, RemovedOnesAreGone)
+TEST_F(Preset, RemovedPresetsDisappear)
 {
     change("c=add&id=" + m_station);
     EXPECT_EQ(change("c=remove&id=" + m_station), "200");
@@ -54,7 +54,7 @@ TEST_F(Preset, AddingTwiceKeepsOne)
     EXPECT_EQ(presets()["body"].size(), 1u);
 }
 
-TEST_F(Preset, TakesAnAddressOfTheUsersOwn)
+TEST_F(Preset, AcceptsTheUsersOwnAddress)
 {
     EXPECT_EQ(change("c=add&url=http%3A%2F%2Fhost.example%3A8000%2Flive&name=Mine"), "200");
     const Json row = presets()["body"][0];
@@ -87,7 +87,7 @@ TEST_F(Preset, FoldersCanBeMadeRenamedListedAndRemoved)
     EXPECT_EQ(presets()["body"][0]["type"], "text");
 }
 
-TEST_F(Preset, RefusesWhatDoesNotExist)
+TEST_F(Preset, RefusesUnknownIdsAndFolders)
 {
     EXPECT_EQ(change("c=add&id=s0"), "400");
     EXPECT_EQ(change("c=add"), "400");
@@ -98,7 +98,7 @@ TEST_F(Preset, RefusesWhatDoesNotExist)
     EXPECT_EQ(statusOf(json("/Browse.ashx?c=presets&serial=S&id=f9")), "400");
 }
 
-TEST_F(Preset, ALibraryIsBounded)
+TEST_F(Preset, TheNumberOfPresetsIsBounded)
 {
     int refused = 0;
     for (const Station &station : catalog().stations)
@@ -115,7 +115,7 @@ TEST_F(Preset, TheNumberOfDevicesIsBounded)
     EXPECT_EQ(statusOf(json("/Preset.ashx?c=listFolders&serial=n1")), "200");
 }
 
-TEST_F(Preset, AnUnknownUserNameHasAnEmptyListWithoutATitle)
+TEST_F(Preset, AnUnknownUserGetsAnEmptyListWithoutATitle)
 {
     EXPECT_EQ(answer("/Browse.ashx?c=presets&username=nobody").body,
         R"({"head":{"status":"200"},"body":[]})");

@@ -29,7 +29,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// tunein-directory as a process; ended with the object, if not before.
+/// tunein-directory as a process, which ends with the object at the latest.
 class Program {
 public:
     explicit Program(std::vector<const char *> arguments)
@@ -63,7 +63,7 @@ public:
     }
     std::string id() const { return g_subprocess_get_identifier(m_process); }
     void signal(int number) const { g_subprocess_send_signal(m_process, number); }
-    /// Its exit status, -1 when it was killed. Fills in what it still had to say.
+    /// Its exit status, -1 when it was killed. Collects the rest of its output.
     int wait()
     {
         m_out = rest(g_subprocess_get_stdout_pipe(m_process));
@@ -139,7 +139,7 @@ protected:
     std::unique_ptr<Program> m_program;
 };
 
-TEST(Program, SaysWhereItIsAndEndsCleanlyOnSignals)
+TEST(Program, PrintsItsAddressAndEndsCleanlyOnSignals)
 {
     for (const int number : {SIGTERM, SIGINT}) {
         Program program({"--listen", "127.0.0.1:0", "--data", DIRECTORY_DATA});
@@ -154,7 +154,7 @@ TEST(Program, SaysWhereItIsAndEndsCleanlyOnSignals)
     }
 }
 
-TEST(Program, EndsCleanlyOnASignalWhileItStarts)
+TEST(Program, EndsCleanlyOnASignalDuringStart)
 {
     const std::string path = testing::TempDir() + "directory-held-" + std::to_string(::getpid());
     const std::string text = contentOf(DIRECTORY_DATA);
@@ -220,7 +220,7 @@ TEST(Program, EndsWith2AndOneLineOnBadArguments)
     }
 }
 
-TEST(Program, NamesTheLineOfAMistakeInItsData)
+TEST(Program, ReportsTheLineOfAMistakeInItsData)
 {
     const std::string file = testing::TempDir() + "directory-mistake.yaml";
     std::ofstream(file) << "page: {stations: 25, shows: 6}\nhouse: Dublin\n";
@@ -230,7 +230,7 @@ TEST(Program, NamesTheLineOfAMistakeInItsData)
     std::remove(file.c_str());
 }
 
-TEST_F(ProgramWithAccounts, KnowsThemAfterARestart)
+TEST_F(ProgramWithAccounts, RestoresThemAfterARestart)
 {
     start();
     ask("Account.ashx?c=create&username=me&password=sesame&email=me@example.org&postalCode=1"
@@ -239,7 +239,7 @@ TEST_F(ProgramWithAccounts, KnowsThemAfterARestart)
     start();
     EXPECT_THAT(ask("Account.ashx?c=query&serial=S"), HasSubstr("\"me\""));
     ask("Preset.ashx?c=add&id=s29001&username=me&password=sesame");
-    EXPECT_EQ(end(SIGKILL), -1); // what was answered is kept, however it ends
+    EXPECT_EQ(end(SIGKILL), -1); // confirmed changes survive every end
     start();
     EXPECT_THAT(ask("Browse.ashx?c=presets&serial=S"), HasSubstr("s29001"));
     EXPECT_THAT(ask("Account.ashx?c=auth&username=me&password=sesame"), HasSubstr("session_id"));
@@ -248,7 +248,7 @@ TEST_F(ProgramWithAccounts, KnowsThemAfterARestart)
     EXPECT_EQ(m_program->error(), "");
 }
 
-TEST_F(ProgramWithAccounts, ServesOnWhenTheyCannotBeKept)
+TEST_F(ProgramWithAccounts, KeepsServingWhenTheyCannotBeWritten)
 {
     start();
     std::filesystem::remove_all(m_folder);
@@ -263,7 +263,7 @@ TEST_F(ProgramWithAccounts, ServesOnWhenTheyCannotBeKept)
     EXPECT_EQ(m_program->error().find('\n'), m_program->error().size() - 1);
 }
 
-TEST_F(ProgramWithAccounts, EndsWith1WhenAnotherProcessHasThem)
+TEST_F(ProgramWithAccounts, EndsWith1WhenAnotherProcessUsesThem)
 {
     start();
     const auto first = std::move(m_program);
@@ -279,9 +279,9 @@ TEST_F(ProgramWithAccounts, EndsWith1WhenAnotherProcessHasThem)
     EXPECT_THAT(ask("Account.ashx?c=query&serial=S"), HasSubstr("head"));
 }
 
-/// The directory killed at random moments while accounts change, the disk full half of the time:
-/// what was answered is there.
-TEST_F(ProgramWithAccounts, LoseNothingThatWasAnsweredHoweverOftenTheyAreKilled)
+/// Kills the directory at random moments while accounts change and the disk is full half of the
+/// time: each change that was answered with success must survive.
+TEST_F(ProgramWithAccounts, KeepsConfirmedChangesWhenKilled)
 {
     const SmallDisk disk;
     if (disk.isMounted())
@@ -302,7 +302,7 @@ TEST_F(ProgramWithAccounts, LoseNothingThatWasAnsweredHoweverOftenTheyAreKilled)
             ASSERT_EQ(presets.find('"' + id + '"') != std::string::npos, isThere) << id;
         std::thread killer([&, milliseconds = 1 + below(40)] {
             for (int passed = 0; passed < milliseconds; passed += 5) {
-                // Half of the time there is no room.
+                // The disk is full half of the time.
                 std::optional<FileSizeLimit> limit;
                 const bool isFull = passed / 5 % 2 == 0;
                 if (isFull && disk.isMounted())
@@ -323,7 +323,7 @@ TEST_F(ProgramWithAccounts, LoseNothingThatWasAnsweredHoweverOftenTheyAreKilled)
                 + (isWanted ? "add" : "remove") + "&id=" + id);
             isUp = !answer.empty();
             if (!isUp) {
-                confirmed.erase(id); // it may have come to pass
+                confirmed.erase(id); // unknown: it may have been written
             } else if (answer.find("\"200\"") != std::string::npos) {
                 confirmed[id] = isWanted;
                 ++changes;

@@ -20,19 +20,19 @@ TEST(Query, DecodesPercentEscapesAndPlus)
     EXPECT_FALSE(query.has("other"));
 }
 
-TEST(Query, LeavesBrokenEscapesAsTheyAre)
+TEST(Query, KeepsInvalidEscapes)
 {
     EXPECT_EQ(Query::parse("a=%zz%4").value("a"), "%zz%4");
     EXPECT_EQ(Query::parse("a=100%").value("a"), "100%");
 }
 
-TEST(Query, FindsNamesWithoutRegardToCaseAndTheFirstOfSeveral)
+TEST(Query, FindsTheFirstItemWithoutRegardToCase)
 {
     const Query query = Query::parse("partnerid=x&PARTNERID=y");
     EXPECT_EQ(query.value("partnerId"), "x");
 }
 
-TEST(Query, IgnoresItemsBeyondItsBound)
+TEST(Query, IgnoresItemsBeyondTheBound)
 {
     std::string text;
     for (std::size_t i = 0; i < Query::maxItems + 10; ++i)
@@ -40,7 +40,7 @@ TEST(Query, IgnoresItemsBeyondItsBound)
     EXPECT_EQ(Query::parse(text).items().size(), Query::maxItems);
 }
 
-TEST(Query, EncodesSoThatParsingGivesTheSameItems)
+TEST(Query, EncodingAndParsingAreInverse)
 {
     Query query;
     query.add("title", "Tom & \"Jerry\" = 100% + ä/?#");
@@ -54,14 +54,14 @@ TEST(Query, EncodesSoThatParsingGivesTheSameItems)
         EXPECT_EQ(back.items()[i].value, query.items()[i].value);
 }
 
-TEST(Query, MergesOnlyWhatIsMissing)
+TEST(Query, MergeAddsOnlyMissingItems)
 {
     Query query {{"a", "1"}};
     query.merge({{"A", "2"}, {"b", "3"}});
     EXPECT_EQ(query.encoded(), "a=1&b=3");
 }
 
-TEST(ParseNumber, TakesDigitsOnly)
+TEST(ParseNumber, AcceptsDigitsOnly)
 {
     EXPECT_EQ(directory::parseNumber("0042"), 42);
     EXPECT_EQ(directory::parseNumber("999999999"), 999999999);
@@ -71,7 +71,7 @@ TEST(ParseNumber, TakesDigitsOnly)
     EXPECT_EQ(directory::parseNumber("1 "), -1);
 }
 
-TEST(Split, LeavesEmptyPartsOut)
+TEST(Split, OmitsEmptyParts)
 {
     EXPECT_EQ(directory::split(",mp3,,aac,", ','), (std::vector<std::string> {"mp3", "aac"}));
     EXPECT_TRUE(directory::split("", ',').empty());

@@ -21,7 +21,7 @@ TEST_F(Report, AcceptsStreamAndTimeReports)
     EXPECT_EQ(statusOf(json("/Report.ashx?c=status")), "200");
 }
 
-TEST_F(Report, RefusesReportsAboutNothing)
+TEST_F(Report, RefusesReportsWithoutAStream)
 {
     EXPECT_EQ(statusOf(json("/Report.ashx?c=stream")), "400");
     EXPECT_EQ(statusOf(json("/Report.ashx?c=time&duration=12", "POST")), "400");
@@ -29,7 +29,7 @@ TEST_F(Report, RefusesReportsAboutNothing)
     EXPECT_EQ(statusOf(json("/Report.ashx?c=nope")), "404");
 }
 
-TEST_F(Report, TheWizardAsksAndThenStops)
+TEST_F(Report, TheWizardEndsAfterItsQuestions)
 {
     const std::string id = stationNamed("The Half Door").id;
     const Json questions = body("/Report.ashx?c=wizard&serial=S&id=" + id);
@@ -46,7 +46,7 @@ TEST_F(Report, TheWizardAsksAndThenStops)
     EXPECT_EQ(faultCodeOf(json("/Report.ashx?c=wizard&id=" + stream + '9')), "request.idInvalid");
 }
 
-TEST_F(Report, FeedbackNeedsAText)
+TEST_F(Report, FeedbackRequiresAText)
 {
     EXPECT_EQ(statusOf(json("/Report.ashx?c=feedback&text=hello")), "200");
     EXPECT_EQ(faultCodeOf(json("/Report.ashx?c=feedback")), "validation.feedback");

@@ -25,7 +25,7 @@ TEST(RequestLog, KeepsTargetsByteForByte)
         EXPECT_EQ(withoutPasswords(target), target);
 }
 
-TEST(RequestLog, HidesPasswordsHoweverTheyAreWritten)
+TEST(RequestLog, HidesPasswordsInEverySpelling)
 {
     EXPECT_EQ(withoutPasswords("/Account.ashx?c=auth&password=s%26x&serial=S"),
         "/Account.ashx?c=auth&password=***&serial=S");
@@ -34,7 +34,7 @@ TEST(RequestLog, HidesPasswordsHoweverTheyAreWritten)
     EXPECT_EQ(withoutPasswords("/x?password=a=b"), "/x?password=***");
 }
 
-TEST(RequestLog, AppendsALinePerRequestAtOnce)
+TEST(RequestLog, AppendsALinePerRequest)
 {
     const std::string file = testing::TempDir() + "request-log-test.log";
     std::ofstream(file) << "before\n";
@@ -46,12 +46,12 @@ TEST(RequestLog, AppendsALinePerRequestAtOnce)
     std::remove(file.c_str());
 }
 
-TEST(RequestLog, SaysThatItCannotBeOpened)
+TEST(RequestLog, ThrowsWhenItCannotBeOpened)
 {
     EXPECT_THROW(RequestLog("/nonexistent/folder/log"), std::runtime_error);
 }
 
-TEST(RequestLog, WaitsForNoReaderOfAFifo)
+TEST(RequestLog, RefusesAFifoWithoutBlocking)
 {
     const std::string file = testing::TempDir() + "request-log-test.fifo";
     std::remove(file.c_str());
@@ -66,7 +66,7 @@ TEST(RequestLog, WaitsForNoReaderOfAFifo)
     });
     const bool isOver = opened.wait_for(std::chrono::seconds(5)) == std::future_status::ready;
     EXPECT_TRUE(isOver);
-    if (!isOver) // a reader lets it go
+    if (!isOver) // unblocks it
         ::close(::open(file.c_str(), O_RDONLY | O_NONBLOCK));
     EXPECT_EQ(opened.get(), "the request log " + file + ": this is no regular file");
     std::remove(file.c_str());

@@ -25,7 +25,7 @@ TEST_F(SearchPage, FindsStationsShowsAndArtists)
     EXPECT_EQ(targetOf(artist), "/Browse.ashx?id=m503&formats=mp3");
 }
 
-TEST_F(SearchPage, PutsHitsInTheNameFirst)
+TEST_F(SearchPage, RanksHitsInTheNameFirst)
 {
     const Json rows = body("/Search.ashx?query=reggae&formats=*");
     EXPECT_EQ(rows[0]["guide_id"], stationNamed("Magnolia Reggae").id);
@@ -50,7 +50,7 @@ TEST_F(SearchPage, FindsNamesInOtherScripts)
     EXPECT_EQ(greek[0]["guide_id"], stationNamed("Ράδιο Φεγγάρι").id);
 }
 
-TEST_F(SearchPage, KeepsWhatCannotBePlayedInASectionOfItsOwn)
+TEST_F(SearchPage, ListsUnplayableStationsInASectionOfTheirOwn)
 {
     const Json rows = body("/Search.ashx?query=tidewrack");
     const Json section = sectionOf(rows, "unavailable");
@@ -58,7 +58,7 @@ TEST_F(SearchPage, KeepsWhatCannotBePlayedInASectionOfItsOwn)
     EXPECT_EQ(section["children"][0]["guide_id"], stationNamed("Tidewrack Talk").id);
 }
 
-TEST_F(SearchPage, LimitsTheKindWhenAskedTo)
+TEST_F(SearchPage, LimitsResultsToTheGivenKind)
 {
     for (const Json &row : body("/Search.ashx?query=jazz&types=show"))
         EXPECT_EQ(row["item"], "show");
@@ -66,7 +66,7 @@ TEST_F(SearchPage, LimitsTheKindWhenAskedTo)
         EXPECT_EQ(row["item"], "station");
 }
 
-TEST_F(SearchPage, IgnoresKindsThatItDoesNotKnow)
+TEST_F(SearchPage, IgnoresUnknownKinds)
 {
     const Json all = json("/Search.ashx?query=jazz")["body"];
     for (const char *types : {"station,show", "show,station", "artist", "nonsense"}) {
@@ -76,7 +76,7 @@ TEST_F(SearchPage, IgnoresKindsThatItDoesNotKnow)
     }
 }
 
-TEST_F(SearchPage, SaysThatItFoundNothing)
+TEST_F(SearchPage, HasARowForNoResults)
 {
     EXPECT_EQ(json("/Search.ashx?query=xyzzy")["body"].dump(),
         R"([{"element":"outline","type":"text","text":"No results for xyzzy"}])");
@@ -85,7 +85,7 @@ TEST_F(SearchPage, SaysThatItFoundNothing)
         body("/Search.ashx?query=" + std::string(Search::maxQuery + 1, 'a'))[0]["type"], "text");
 }
 
-TEST_F(SearchPage, AnswersAQueryThatIsNoUtf8WithJson)
+TEST_F(SearchPage, AnswersInvalidUtf8WithValidJson)
 {
     const Json answer = json("/Search.ashx?query=%FF%FEjazz");
     EXPECT_EQ(statusOf(answer), "200");
@@ -101,12 +101,12 @@ TEST_F(SearchPage, RefusesAnEmptyQuery)
     }
 }
 
-TEST_F(SearchPage, BoundsItsRows)
+TEST_F(SearchPage, LimitsItsRows)
 {
     EXPECT_LE(body("/Search.ashx?query=r&formats=*").size(), Search::maxRows + 1);
 }
 
-TEST_F(SearchPage, Aa1ShowsManyScripts)
+TEST_F(SearchPage, Aa1ListsSamplesOfManyScripts)
 {
     const Json rows = body("/Search.ashx?query=aa1&formats=*&serial=S");
     EXPECT_GE(rows.size(), 20u);
@@ -118,7 +118,7 @@ TEST_F(SearchPage, Aa1ShowsManyScripts)
     }
 }
 
-TEST_F(SearchPage, Aa2GivesAStreamOfEachKindDirectly)
+TEST_F(SearchPage, Aa2ListsAStreamOfEachKind)
 {
     std::set<std::string> endings;
     for (const Json &row : body("/Search.ashx?query=aa2")) {

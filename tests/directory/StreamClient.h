@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A listener for tests: one connection that asks for a stream and takes what comes, as slowly as
-/// the test wants. Everything it waits for is bounded.
+/// A client that requests one stream and reads it at the pace of the test. All waiting is bounded.
 #pragma once
 
 #include <string>
@@ -21,9 +20,9 @@ public:
     StreamClient(const StreamClient &) = delete;
     StreamClient &operator=(const StreamClient &) = delete;
 
-    /// Takes what comes in that time, or until the connection ends.
+    /// Reads for that time, or until the connection ends.
     void readFor(int milliseconds);
-    /// Takes what comes until there is so much audio; false when that takes longer than ten seconds
+    /// Reads until there are `count` bytes of audio; false when that takes longer than ten seconds
     /// or the connection ends before.
     bool readBytes(std::size_t count);
     /// Waits for the connection's end, ten seconds at most.

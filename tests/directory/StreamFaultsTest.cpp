@@ -23,7 +23,7 @@ namespace {
 
 constexpr char mp3[] = "/stream/s29001/1.mp3";
 constexpr char aac[] = "/stream/s29001/2.aac";
-/// Less than the burst, so it is there at once.
+/// Less than the burst, so it arrives at once.
 constexpr std::size_t some = 40000;
 
 class StreamFaults : public testing::Test {
@@ -38,7 +38,7 @@ protected:
     RunningServer m_server;
 };
 
-TEST_F(StreamFaults, EndARunningStreamOnDemand)
+TEST_F(StreamFaults, EndARunningStream)
 {
     for (const auto &[fault, end] : {std::pair<std::string, End> {"stream-close", End::Closed},
              std::pair<std::string, End> {"stream-reset", End::Reset}}) {
@@ -49,14 +49,14 @@ TEST_F(StreamFaults, EndARunningStreamOnDemand)
         m_server.fail(fault + "@" + mp3 + ":0*1");
         EXPECT_EQ(hit.readToEnd(), end) << fault;
         EXPECT_EQ(faults(), "{\"faults\":[]}\n");
-        // It befell that one stream, neither others nor the next one.
+        // It affected only that stream, neither others nor the next one.
         StreamClient next(port(), mp3);
         EXPECT_TRUE(next.readBytes(some));
         EXPECT_TRUE(spared.readBytes(some + 10000));
     }
 }
 
-TEST_F(StreamFaults, EndAStreamAfterATime)
+TEST_F(StreamFaults, EndAStreamAfterADelay)
 {
     m_server.fail(std::string("stream-close@") + mp3 + ":1*1");
     const auto start = std::chrono::steady_clock::now();
@@ -68,7 +68,7 @@ TEST_F(StreamFaults, EndAStreamAfterATime)
     EXPECT_GT(client.body().size(), some);
 }
 
-TEST_F(StreamFaults, EndAStreamAfterSomeBytes)
+TEST_F(StreamFaults, EndAStreamAfterANumberOfBytes)
 {
     for (const char *fault : {"truncated", "cut"}) {
         m_server.fail(std::string(fault) + "@/stream/:12345*1");
@@ -83,7 +83,7 @@ TEST_F(StreamFaults, StallAStreamButKeepTheConnection)
     StreamClient client(port(), mp3);
     ASSERT_TRUE(client.readBytes(some));
     m_server.fail("stream-stall:0*1");
-    client.readFor(300); // what was under way
+    client.readFor(300); // what was in flight
     const std::size_t size = client.body().size();
     client.readFor(1000);
     EXPECT_EQ(client.body().size(), size);
@@ -109,7 +109,7 @@ TEST_F(StreamFaults, TrickleAStream)
     EXPECT_LT(client.body().size(), 9000u);
 }
 
-TEST_F(StreamFaults, SpoilAStreamFromItsStart)
+TEST_F(StreamFaults, ReplaceAStreamWithGarbage)
 {
     m_server.fail("stream-garbage@/stream/:0*1");
     StreamClient client(port(), mp3);
@@ -117,7 +117,7 @@ TEST_F(StreamFaults, SpoilAStreamFromItsStart)
     EXPECT_FALSE(isPartOf(decoded(client.body()).notes(), notes(), 1));
 }
 
-TEST_F(StreamFaults, SpoilSomeBytesOfAStream)
+TEST_F(StreamFaults, ReplaceSomeBytesOfAStreamWithGarbage)
 {
     m_server.fail("stream-garbage@/stream/:0,8000*1");
     StreamClient client(port(), mp3);
@@ -130,7 +130,7 @@ TEST_F(StreamFaults, SpoilSomeBytesOfAStream)
     EXPECT_EQ(sound.body().substr(8000, 50000), client.body().substr(8000, 50000));
 }
 
-TEST_F(StreamFaults, RefuseAStreamAFewTimes)
+TEST_F(StreamFaults, RefuseAStreamForACount)
 {
     m_server.fail("http-status@/stream/:503*2");
     for (const int status : {503, 503, 200}) {
@@ -145,7 +145,7 @@ TEST_F(StreamFaults, RefuseAStreamAFewTimes)
     EXPECT_EQ(client.header("retry-after"), "7");
 }
 
-TEST_F(StreamFaults, LeadAStreamThroughRedirections)
+TEST_F(StreamFaults, RedirectAStream)
 {
     for (const long hops : {5, 6}) {
         m_server.fail("redirect-chain@/stream/:" + std::to_string(hops) + "*1");
@@ -162,7 +162,7 @@ TEST_F(StreamFaults, LeadAStreamThroughRedirections)
     }
 }
 
-TEST_F(StreamFaults, FindAStreamBehindRedirectionsByItsOwnPath)
+TEST_F(StreamFaults, ActOnARedirectedStreamByItsOwnPath)
 {
     m_server.fail("redirect-chain@/stream/:2*1");
     StreamClient client(port(), "/_hops/0" + std::string(mp3));
@@ -171,7 +171,7 @@ TEST_F(StreamFaults, FindAStreamBehindRedirectionsByItsOwnPath)
     EXPECT_EQ(client.readToEnd(), End::Closed);
 }
 
-TEST_F(StreamFaults, PutALoginPageInFrontOfAStream)
+TEST_F(StreamFaults, AnswerAStreamWithALoginPage)
 {
     m_server.fail("login-page@/stream/*1");
     const Fetched answer = fetch(m_server.url(mp3));
@@ -180,7 +180,7 @@ TEST_F(StreamFaults, PutALoginPageInFrontOfAStream)
     EXPECT_THAT(answer.body, HasSubstr("<form"));
 }
 
-TEST_F(StreamFaults, TakeTheStreamsDownForATime)
+TEST_F(StreamFaults, TakeStreamsDownForATime)
 {
     StreamClient running(port(), mp3);
     ASSERT_TRUE(running.readBytes(some));

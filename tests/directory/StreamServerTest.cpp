@@ -29,7 +29,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// What "/_tunes" says about an id.
+/// The melodies of an id, from "/_tunes".
 class Tunes {
 public:
     Tunes(const RunningServer &server, const std::string &id)
@@ -57,7 +57,7 @@ void PrintTo(const Case &each, std::ostream *out)
 
 class EachCodec : public testing::TestWithParam<Case> { };
 
-TEST_P(EachCodec, StreamsItsOwnMelodyAfterABurst)
+TEST_P(EachCodec, StartsWithABurstOfItsMelody)
 {
     const RunningServer server;
     const Tunes tunes(server, "s29001");
@@ -149,11 +149,11 @@ Unwoven unwoven(const std::string &body)
     return result;
 }
 
-TEST(StreamServer, WeavesInTitlesThatChangeWhenAskedFor)
+TEST(StreamServer, InsertsChangingTitlesOnRequest)
 {
     const RunningServer server;
     const Tunes tunes(server, "s29016");
-    // The burst and then one block more, which comes a second later or two.
+    // The burst and one more block, which comes one or two seconds later.
     constexpr std::size_t wanted[] {84000, 52000};
     for (std::size_t i = 0; i < tunes.count(); ++i) {
         const std::string path = tunes.path(i);
@@ -174,16 +174,17 @@ TEST(StreamServer, WeavesInTitlesThatChangeWhenAskedFor)
     }
 }
 
-TEST(StreamServer, RefusesOneStreamTooMany)
+TEST(StreamServer, LimitsTheNumberOfStreams)
 {
     const RunningServer server;
-    // Streams that have not begun to play cost nothing and count as well.
+    // Streams that have not started count as well, and need no encoder.
     server.fail("slow-headers@/stream/:3600*" + std::to_string(HttpServer::maxStreams));
     std::list<StreamClient> clients;
     std::string left;
     for (std::size_t i = 0; i < HttpServer::maxStreams; ++i) {
         clients.emplace_back(server.port(), "/stream/s29001/8.aac");
-        left = fetch(server.url("/_faults")).body; // the server is not overrun
+        left = fetch(server.url("/_faults"))
+                   .body; // a round trip, so that the backlog of connections does not fill up
     }
     for (int i = 0; i < 1000 && left != "{\"faults\":[]}\n"; ++i)
         left = fetch(server.url("/_faults")).body;
@@ -192,7 +193,7 @@ TEST(StreamServer, RefusesOneStreamTooMany)
     tooMany.readToEnd();
     EXPECT_EQ(tooMany.status(), 503);
     EXPECT_EQ(tooMany.header("retry-after"), "5");
-    // When one hangs up there is room again, as soon as the server has noticed.
+    // A stream that ends makes room, as soon as the server has noticed it.
     clients.pop_front();
     int status = 503;
     for (int i = 0; i < 100 && status == 503; ++i) {
@@ -207,16 +208,16 @@ TEST(StreamServer, DropsAClientThatDoesNotRead)
 {
     const RunningServer server;
     StreamClient lazy(server.port(), "/stream/s20105/1.mp3", {}, 4096);
-    const Tunes others(server, "s29001"); // the server goes on serving
+    const Tunes others(server, "s29001"); // other clients are served meanwhile
     EXPECT_EQ(others.count(), 8u);
     std::this_thread::sleep_for(std::chrono::duration<double>(AudioDelivery::patienceSeconds + 2));
     lazy.readToEnd();
     EXPECT_NE(lazy.end(), StreamClient::End::Open);
-    // What the system and the server kept for it, not seven seconds of audio at 320 kbit/s.
+    // The buffers of the kernel and the server, not seven seconds of audio at 320 kbit/s.
     EXPECT_LT(lazy.body().size(), 4 * AudioDelivery::maxWaiting);
 }
 
-TEST(StreamServer, EpisodesAreFilesWithALengthAndParts)
+TEST(StreamServer, EpisodesAreFilesWithLengthAndRanges)
 {
     const RunningServer server;
     const Tunes tunes(server, "t300301");
@@ -249,7 +250,7 @@ TEST(StreamServer, EpisodesAreFilesWithALengthAndParts)
     EXPECT_EQ(beyond.header("content-range"), "bytes */" + std::to_string(length));
 }
 
-TEST(StreamServer, AWordFirstIsAShortFileWithAMelodyOfItsOwn)
+TEST(StreamServer, APrerollIsAShortFileWithItsOwnMelody)
 {
     const RunningServer server;
     const Json preroll = Tunes(server, "s29008")[0]["preroll"];
@@ -274,7 +275,7 @@ std::vector<std::string> addresses(const std::string &playlist)
     return found;
 }
 
-/// How many 20 ms pieces are no clean tone of the melody, by where they lie between its notes.
+/// How many pieces of 20 ms are no pure tone of the melody, by their position within a note.
 std::array<int, 25> uncleanPieces(const Sound &sound, const std::vector<double> &melody)
 {
     constexpr std::size_t piece = Sound::rate / 50;
@@ -288,7 +289,7 @@ std::array<int, 25> uncleanPieces(const Sound &sound, const std::vector<double> 
     return unclean;
 }
 
-TEST(StreamServer, HlsSegmentsContinueEachOther)
+TEST(StreamServer, HlsSegmentsPlayWithoutGaps)
 {
     const RunningServer server;
     const Tunes tunes(server, "s29001");
@@ -307,8 +308,8 @@ TEST(StreamServer, HlsSegmentsContinueEachOther)
     EXPECT_EQ(sound.error, "");
     EXPECT_NEAR(sound.seconds(), 5 * 2.048, 0.05);
     EXPECT_TRUE(isPartOf(sound.notes(), tunes.notes(5), 18));
-    // Between two notes it may be unclean, so always at the same place; nowhere else, and the
-    // segments' ends fall anywhere else.
+    // The transitions between notes are no pure tones, always at the same place within a note. A
+    // gap between segments would be found at other places: segments are no multiple of a note.
     int places = 0;
     for (const int count : uncleanPieces(sound, tunes.notes(5)))
         places += count > 0 ? 1 : 0;
@@ -333,7 +334,7 @@ TEST(StreamServer, TheHlsWindowMovesInRealTime)
     EXPECT_EQ(fetch(server.url("/stream/s29001/6/1-5.ts")).status, 404);
 }
 
-TEST(StreamServer, HlsVariantsPlayTheSame)
+TEST(StreamServer, HlsVariantsPlayTheSameMelody)
 {
     const RunningServer server;
     const Fetched master = fetch(server.url("/stream/s29014/1.m3u8"));
@@ -353,7 +354,7 @@ TEST(StreamServer, HlsVariantsPlayTheSame)
     }
 }
 
-TEST(StreamServer, KeepsQuestionsAboutMelodiesOutOfTheLog)
+TEST(StreamServer, DoesNotLogRequestsForMelodies)
 {
     const std::string file = testing::TempDir() + "directory-streams-test.log";
     std::remove(file.c_str());

@@ -34,7 +34,7 @@ protected:
         return found;
     }
     std::string type(const std::string &target) { return answer(target).contentType; }
-    /// Follows first entries until there is audio; counts the playlists.
+    /// Follows the first entry of each playlist to the audio; counts the playlists.
     int depth(std::string target)
     {
         int lists = 0;
@@ -44,7 +44,7 @@ protected:
     }
 };
 
-TEST_F(StreamsPage, NamesAStreamInHeaders)
+TEST_F(StreamsPage, DescribesAStreamInHeaders)
 {
     const Answer stream = answer("/stream/s29001/1.mp3");
     EXPECT_EQ(stream.status, 200);
@@ -56,7 +56,7 @@ TEST_F(StreamsPage, NamesAStreamInHeaders)
     EXPECT_FALSE(stream.audio.live->title);
 }
 
-TEST_F(StreamsPage, EveryStreamOfThatCodecHasTitlesForWhoeverAsks)
+TEST_F(StreamsPage, EveryStreamOfTheCodecHasTitlesOnRequest)
 {
     const auto metaint = Pair("icy-metaint", "16000");
     for (const auto &[target, titles] :
@@ -71,7 +71,7 @@ TEST_F(StreamsPage, EveryStreamOfThatCodecHasTitlesForWhoeverAsks)
     }
 }
 
-TEST_F(StreamsPage, TitlesFollowTheSongsAsLongAsTheyLast)
+TEST_F(StreamsPage, TitlesChangeWithTheSongs)
 {
     ApiRequest request = requestFor("/stream/s29016/1.mp3?title_seconds=10");
     request.wantsTitles = true;
@@ -108,7 +108,7 @@ TEST_F(StreamsPage, PlaylistsOfEachKindLeadToTheAudio)
     EXPECT_THAT(answer("/stream/s29015/5.xspf").body, StartsWith("<?xml"));
 }
 
-TEST_F(StreamsPage, PlaylistsCanBeNestedAndLeadToThemselves)
+TEST_F(StreamsPage, PlaylistsCanBeNestedOrCircular)
 {
     EXPECT_EQ(depth("/stream/s29015/1.m3u"), 1);
     EXPECT_EQ(depth("/stream/s29002/1.m3u"), 2);
@@ -117,7 +117,7 @@ TEST_F(StreamsPage, PlaylistsCanBeNestedAndLeadToThemselves)
     EXPECT_EQ(answer("/stream/s29002/1/2.asx").status, 404);
 }
 
-TEST_F(StreamsPage, TrialsAreOddAsTheirNamesSay)
+TEST_F(StreamsPage, TrialsBehaveAsTheirNamesSay)
 {
     EXPECT_EQ(answer("/stream/s29005/1.mp3").status, 404);
     EXPECT_TRUE(answer("/stream/s29005/2.mp3").audio.live);
@@ -150,7 +150,7 @@ TEST_F(StreamsPage, TrialsAreFoundBySearch)
     EXPECT_EQ(found, 17u);
 }
 
-TEST_F(StreamsPage, EverySampleIsThere)
+TEST_F(StreamsPage, EverySampleExists)
 {
     for (const Json &row : body("/Search.ashx?query=aa2")) {
         const std::string url = row["URL"];
@@ -163,7 +163,7 @@ TEST_F(StreamsPage, EverySampleIsThere)
     }
 }
 
-TEST_F(StreamsPage, WhatIsNotThereIs404)
+TEST_F(StreamsPage, UnknownPathsAre404)
 {
     for (const char *target : {"/stream/", "/stream/s29001", "/stream/s29001/", "/stream/s1/1.mp3",
              "/stream/s29001/0.mp3", "/stream/s29001/9.mp3", "/stream/s29001/1.ogg",
@@ -174,7 +174,7 @@ TEST_F(StreamsPage, WhatIsNotThereIs404)
         EXPECT_EQ(answer(target).status, 404) << target;
 }
 
-TEST_F(StreamsPage, SaysHowEachStreamSounds)
+TEST_F(StreamsPage, ReturnsTheMelodyOfEachStream)
 {
     const Json tunes = Json::parse(answer("/_tunes?id=s29002").body);
     EXPECT_EQ(tunes["id"], "s29002");
@@ -187,7 +187,7 @@ TEST_F(StreamsPage, SaysHowEachStreamSounds)
     EXPECT_EQ(answer("/_tunes?id=s1").status, 404);
 }
 
-TEST_F(StreamsPage, RangesThatMeanNothingAreIgnored)
+TEST_F(StreamsPage, InvalidRangesAreIgnored)
 {
     for (const char *range : {"bytes=5-1x", "bytes=-", "items=1-2", "bytes=1-2,5-6", "bytes=x-"}) {
         ApiRequest request = requestFor("/stream/t300301/1.mp3");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A Directory over the shipped data file with a clock that stands still, and short ways to ask it.
+/// A Directory with the shipped data file and a fixed clock, and helpers to query it.
 #pragma once
 
 #include "directory/Directory.h"

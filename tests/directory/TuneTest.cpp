@@ -14,7 +14,7 @@ namespace {
 
 using Tune = DirectoryTest;
 
-TEST_F(Tune, ResolvesAStationToItsStreamsInTheirOrder)
+TEST_F(Tune, ResolvesAStationToItsStreamsInOrder)
 {
     const Station &station = stationNamed("The Half Door");
     const Json answer = json("/Tune.ashx?render=json&formats=mp3,aac,ogg&id=" + station.id);
@@ -42,7 +42,7 @@ TEST_F(Tune, AnswersPlainM3uWithoutRender)
     EXPECT_EQ(failed.body, "#STATUS: 400\n");
 }
 
-TEST_F(Tune, SaysOfAPlaylistThatItIsNoDirectStream)
+TEST_F(Tune, MarksPlaylistsAsIndirectStreams)
 {
     for (const Station &station : catalog().stations) {
         if (station.streams.front().playlist != "m3u")
@@ -57,7 +57,7 @@ TEST_F(Tune, SaysOfAPlaylistThatItIsNoDirectStream)
     FAIL() << "no station with a playlist";
 }
 
-TEST_F(Tune, AnswersWithAPlaceholderInsteadOfAnError)
+TEST_F(Tune, AnswersUnplayableStationsWithAPlaceholder)
 {
     const auto url = [this](const char *name) {
         const Json answer = json("/Tune.ashx?render=json&id=" + stationNamed(name).id);
@@ -86,7 +86,7 @@ TEST_F(Tune, ResolvesTopicsShowsAndSingleStreams)
         HasSubstr("/stream/" + live.station + "/2.aac"));
 }
 
-TEST_F(Tune, RefusesWhatCannotBeTuned)
+TEST_F(Tune, RefusesInvalidIdsAndMethods)
 {
     for (const char *query : {"id=g92", "id=", "x=1", "c=nope&id=s1"}) {
         const Json answer = json(std::string("/Tune.ashx?render=json&") + query);
@@ -99,7 +99,7 @@ TEST_F(Tune, RefusesWhatCannotBeTuned)
     }
 }
 
-TEST_F(Tune, OffersTheStreamsOfAStationToChooseFrom)
+TEST_F(Tune, ListsTheStreamsOfAStationToChooseFrom)
 {
     const Station &station = stationNamed("The Half Door");
     const Json rows = body("/Tune.ashx?c=ebrowse&formats=mp3,aac&id=" + station.id);
@@ -109,7 +109,7 @@ TEST_F(Tune, OffersTheStreamsOfAStationToChooseFrom)
     const std::string id = 'e' + station.id.substr(1) + '2';
     EXPECT_EQ(targetOf(rows[1]), "/Tune.ashx?id=" + id + "&sid=" + station.id + "&formats=mp3,aac");
     EXPECT_EQ(rows[1]["guide_id"], id);
-    EXPECT_EQ(rows[1]["station_id"], station.id); // whose streams there are to choose from
+    EXPECT_EQ(rows[1]["station_id"], station.id); // of the station itself
 }
 
 TEST_F(Tune, ShowsTheContentsOfAShowOnTheAir)
@@ -127,14 +127,14 @@ TEST_F(Tune, ShowsTheContentsOfAShowOnTheAir)
     EXPECT_EQ(targetOf(topic), "/Tune.ashx?id=" + show.topics.front() + "&sid=" + show.id);
 }
 
-TEST_F(Tune, ShowsWhichStationHasAShowThatIsNotOn)
+TEST_F(Tune, ShowsTheStationOfAShowThatIsNotOn)
 {
     m_now += 6 * 3600;
     const Json page = body("/Tune.ashx?c=pbrowse&id=" + showNamed("Morning Folk").id);
     EXPECT_THAT(valuesOf(page, "key"), ElementsAre("topics", "stations"));
 }
 
-TEST_F(Tune, TellsHowLongAShowIsStillOn)
+TEST_F(Tune, ReturnsTheRemainingTimeOfAShow)
 {
     const Show &show = showNamed("Morning Folk"); // 7:00 to 10:00 in Dublin
     const Json rows = body("/Tune.ashx?c=sbrowse&id=" + show.id);
