@@ -3,11 +3,11 @@
 
 #include "api/core/Language.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/vesk.h"
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QMutex>
 #include <QPointer>
 #include <QRegularExpression>
 #include <QThread>
@@ -18,10 +18,9 @@
 namespace {
 
 struct State {
-    QMutex mutex;
-    /// Guarded by the mutex.
-    QString current = QStringLiteral("en");
-    /// Main thread only. Belongs to the application object.
+    VeskMutex mutex;
+    QString current VESK_GUARDED_BY(mutex) = QStringLiteral("en");
+    /// Main thread only; owned by the application object.
     QPointer<QTranslator> translator;
 };
 
@@ -73,7 +72,8 @@ bool Language::setCurrent(const QString &language, const QStringList &folders)
         = !tags.isEmpty() && tags.last().compare(QLatin1String("en"), Qt::CaseInsensitive) == 0;
     const bool ok = next || isEnglish;
 
-    // First in, then out: a text that is read meanwhile is in the old or in the new language.
+    // The new translator is installed before the old one goes: another thread that translates a
+    // text meanwhile gets the old or the new language, not the source text.
     QTranslator *const former = state().translator;
     if (next) {
         next->setParent(application);
@@ -82,13 +82,15 @@ bool Language::setCurrent(const QString &language, const QStringList &folders)
     state().translator = next.release();
     delete former;
 
-    const QMutexLocker lock(&state().mutex);
-    state().current = language;
+    State &shared = state();
+    const VeskMutexLock lock(shared.mutex);
+    shared.current = language;
     return ok;
 }
 
 QString Language::current()
 {
-    const QMutexLocker lock(&state().mutex);
-    return state().current;
+    State &shared = state();
+    const VeskMutexLock lock(shared.mutex);
+    return shared.current;
 }

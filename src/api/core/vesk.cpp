@@ -25,11 +25,12 @@ bool hasAppender(log4cplus::Logger logger)
         || !log4cplus::Logger::getRoot().getAllAppenders().empty();
 }
 
-/// Blocks all but the first thread whose assertion fails, so that none aborts while the first one's
-/// record is being written. False when logging the record made another assertion fail.
+/// Blocks every thread but the first whose assertion fails, so that none aborts while the first
+/// one's record is being written. Returns false when writing the record failed an assertion itself.
 bool enterFailure()
 {
     static thread_local bool failing = false;
+    // Locked for good, on purpose: the process ends. That is why it is no VeskMutex.
     static std::mutex *const first = new std::mutex;
     if (failing)
         return false;

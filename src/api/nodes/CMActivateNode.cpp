@@ -3,7 +3,7 @@
 
 #include "api/nodes/CMActivateNode.h"
 
-#include "api/core/vesk.h"
+#include "api/core/ThreadCheck.h"
 
 CMActivateNode::CMActivateNode(const CMPath &path)
     : CMUINode(path)
@@ -23,6 +23,7 @@ CMActivateNode *CMActivateNode::create(CMNodes *nodes, const CMPath &path)
 void CMActivateNode::doSetInvoke(
     const std::function<QMetaObject::Connection(CMActivateNode *)> &connect)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_connection)
         disconnect(m_connection);
     m_connection = connect(this);
@@ -33,7 +34,7 @@ bool CMActivateNode::setDataRequest(const CMSetDataRequest &request)
 {
     if (request.role() != VeskRoles::Activate())
         return CMUINode::setDataRequest(request);
-    // When nothing is bound, or what is bound lets go of the request, its reply ends with an error.
+    // When nothing is bound, or the bound function drops the request, its reply ends with an error.
     Q_EMIT invoked(request);
     return true;
 }

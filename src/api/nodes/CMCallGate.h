@@ -3,17 +3,17 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/nodes/CMAbstractWorker.h"
 
 #include <algorithm>
 #include <condition_variable>
 #include <memory>
-#include <mutex>
 #include <utility>
 #include <vector>
 
-/// Through which other threads call a worker: it knows who is inside, and once closed it lets
-/// nobody in. Any thread.
+/// Guards a worker against calls from other threads while it goes away: counts the calls that are
+/// inside the worker, and admits no more once it is closed. Any thread.
 class CMCallGate {
 public:
     explicit CMCallGate(CMAbstractWorker *worker)
@@ -23,13 +23,15 @@ public:
 
     CMAbstractWorker *worker() const { return m_worker; }
 
-    /// Returns when no other thread is inside.
+    /// Returns once no other thread is inside. The calling thread may be: a worker may remove
+    /// itself while it is being called.
     void close()
     {
         const auto mine = std::count(visited.begin(), visited.end(), this);
-        std::unique_lock<std::mutex> lock(m_mutex);
+        VeskMutexLock lock(m_mutex);
         m_open = false;
-        m_left.wait(lock, [this, mine] { return m_inside == mine; });
+        while (m_inside != mine)
+            lock.wait(m_left);
     }
 
     /// A call into the worker; null when there is no gate or it is closed.
@@ -59,7 +61,7 @@ public:
 private:
     bool enter()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_open)
             return false;
         ++m_inside;
@@ -70,19 +72,18 @@ private:
     void leave()
     {
         visited.pop_back();
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         --m_inside;
         m_left.notify_all();
     }
 
-    /// The gates that the calling thread is inside of, once for each call.
+    /// The gates that the calling thread is inside, one entry per call.
     static inline thread_local std::vector<const CMCallGate *> visited;
 
     CMAbstractWorker *const m_worker;
 
-    std::mutex m_mutex;
+    VeskMutex m_mutex;
     std::condition_variable m_left;
-    /// Guarded by m_mutex.
-    std::ptrdiff_t m_inside = 0;
-    bool m_open = true;
+    std::ptrdiff_t m_inside VESK_GUARDED_BY(m_mutex) = 0;
+    bool m_open VESK_GUARDED_BY(m_mutex) = true;
 };

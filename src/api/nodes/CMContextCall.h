@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QObject>
@@ -10,16 +12,15 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <utility>
 
 /// A function that is called on the thread of a context object, through its event loop: once for
-/// all triggers that come before the loop takes them, and never after the context was destroyed or
-/// the call was closed. The function is let go as soon as it can no longer be called.
+/// all triggers that arrive before the loop runs it, and never after the context was destroyed or
+/// the call was closed. The function is released as soon as it can no longer be called.
 ///
-/// The context must be alive while create runs and must stay on its thread. It may be destroyed
-/// there at any time, while others trigger. Whoever creates a call closes it, unless it is for Once
-/// and is triggered.
+/// The context must be alive while create() runs and must stay on its thread. It may be destroyed
+/// there at any time, also while another thread triggers the call. The creator closes the call,
+/// except for a Once call that was triggered.
 class CMContextCall {
 public:
     using Function = std::function<void()>;
@@ -31,7 +32,10 @@ public:
         auto *receiver = new Receiver(call);
         if (context->thread() != QThread::currentThread())
             receiver->moveToThread(context->thread());
-        call->m_receiver = receiver;
+        {
+            const VeskMutexLock lock(call->m_mutex);
+            call->m_receiver = receiver;
+        }
         QObject::connect(
             context, &QObject::destroyed, receiver, [call] { call->close(); },
             Qt::DirectConnection);
@@ -41,7 +45,7 @@ public:
     /// Any thread.
     void trigger()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_receiver || m_triggered)
             return;
         m_triggered = true;
@@ -53,9 +57,9 @@ public:
     void close()
     {
         Receiver *receiver = nullptr;
-        std::shared_ptr<const Function> function; // let go outside the lock
+        std::shared_ptr<const Function> function; // released outside the lock
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const VeskMutexLock lock(m_mutex);
             receiver = std::exchange(m_receiver, nullptr);
             function = std::move(m_function);
         }
@@ -69,14 +73,14 @@ public:
 
     bool isOpen() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_receiver != nullptr;
     }
 
-    /// Whether the function may be running now, on a thread other than the calling one.
+    /// Whether the function may be running now on a thread other than the calling one.
     bool isElsewhere() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_receiver && runsElsewhere(m_receiver);
     }
 
@@ -118,7 +122,7 @@ private:
     {
         std::shared_ptr<const Function> function;
         {
-            const std::lock_guard<std::mutex> lock(m_mutex);
+            const VeskMutexLock lock(m_mutex);
             m_triggered = false;
             function = m_function;
         }
@@ -131,9 +135,8 @@ private:
 
     const Times m_times;
 
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    Receiver *m_receiver = nullptr;
-    bool m_triggered = false;
-    std::shared_ptr<const Function> m_function;
+    mutable VeskMutex m_mutex;
+    Receiver *m_receiver VESK_GUARDED_BY(m_mutex) = nullptr;
+    bool m_triggered VESK_GUARDED_BY(m_mutex) = false;
+    std::shared_ptr<const Function> m_function VESK_GUARDED_BY(m_mutex);
 };

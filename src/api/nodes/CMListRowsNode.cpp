@@ -3,6 +3,7 @@
 
 #include "api/nodes/CMListRowsNode.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
 #include "api/values/VeskRowsRoles.h"
 
@@ -48,8 +49,8 @@ bool isSame(const QVariant &a, const QVariant &b)
 
 } // namespace
 
-/// The rows of one answer while they come in; hands them on when the last one is there and nobody
-/// is left who could ask for more.
+/// The rows of one answer while they arrive. The caller of set() calls handOnWhenComplete() itself,
+/// because a row that is answered at once must not complete a list that is still being asked for.
 class CMListRowsNode::Collector {
 public:
     Collector(int count, Collected collected)
@@ -106,6 +107,7 @@ void CMListRowsNode::rowsAppend(const VeskRoles &roles)
 
 void CMListRowsNode::append(Row row)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_rows.push_back(std::move(row));
     const int index = static_cast<int>(m_rows.size()) - 1;
     for (const auto &subscribed : m_subscriptions) {
@@ -213,10 +215,10 @@ void CMListRowsNode::follow(const CMPath &opened, int row)
     m_subscriptions[opened].push_back(root->subscribe(
         rowPath(*path, opened), this,
         [this, opened, row](const CMChange &change) {
-            // Those who follow the list were told to read it again with the same words.
-            const bool isTold
+            // A reset that covers the list itself has reached its subscribers already.
+            const bool isKnown
                 = change.kind == CMSubscribe::RowsChangeReset() && opened.startsWith(change.start);
-            if (!isTold
+            if (!isKnown
                 && (change.kind == CMSubscribe::ValueChanged()
                     || change.kind == CMSubscribe::RowsChangeReset()))
                 subscribe()->changed(opened, CMSubscribe::RowsChangeChanged(), row, row);

@@ -3,7 +3,7 @@
 
 #include "api/nodes/CMNode.h"
 
-#include "api/core/vesk.h"
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMNodes.h"
 
 CMNode::CMNode(const CMPath &path, QObject *parent)
@@ -20,6 +20,7 @@ CMNode::~CMNode()
 
 void CMNode::setNodes(CMNodes *nodes)
 {
+    VESK_ASSERT_OWN_THREAD();
     VESK_ASSERT(nodes && !m_nodes);
     m_nodes = nodes;
     nodes->add(this);
@@ -45,19 +46,8 @@ QMutex *CMNode::mutex()
 
 bool CMNode::request(const CMRequest &request)
 {
-    switch (request.kind()) {
-    case CMRequest::GetData:
-        return getDataRequest(CMGetDataRequest(request));
-    case CMRequest::GetRows:
-        return getRowsRequest(CMGetRowsRequest(request));
-    case CMRequest::MatchRow:
-        return matchRowRequest(CMMatchRowRequest(request));
-    case CMRequest::SetData:
-        return setDataRequest(CMSetDataRequest(request));
-    case CMRequest::None:
-        break;
-    }
-    return false;
+    VESK_ASSERT_OWN_THREAD();
+    return CMCallHandler(*this, request);
 }
 
 bool CMNode::getDataRequest(const CMGetDataRequest &)

@@ -11,12 +11,12 @@
 
 class CMNodes;
 
-/// What answers at one path of a worker, and at the paths below it unless setServesBelow(false)
-/// says otherwise. Lives on the worker's thread and is called there only. Create it, then hand it
-/// to the worker's registry with setNodes, which owns it from then on.
+/// Answers requests for one path of a worker, and for the paths below it unless
+/// setServesBelow(false) says otherwise. Lives on the worker's thread and is called there only.
+/// Create it, then register it with setNodes(): the worker's registry owns it from then on.
 ///
-/// A handler returns whether it took the request; the outcome goes into the request's reply, now or
-/// later. A request that is not taken, or whose reply is let go unanswered, ends with an error.
+/// A handler returns whether it accepted the request; the outcome goes into the request's reply,
+/// now or later. A request that is not accepted, or whose reply is dropped, ends with an error.
 class VESK_API CMNode : public QObject {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ public:
     const CMPath &path() const { return m_path; }
     void setNodes(CMNodes *nodes);
     CMNodes *nodes() const { return m_nodes; }
-    /// For telling subscribers of changes; null while the node is in no registry.
+    /// For notifying subscribers of changes; null while the node is in no registry.
     CMSubscribe *subscribe() const;
     bool servesBelow() const { return m_servesBelow; }
 
@@ -41,14 +41,14 @@ public:
     virtual bool matchRowRequest(const CMMatchRowRequest &request);
     virtual bool setDataRequest(const CMSetDataRequest &request);
 
-    /// The first subscriber of \a path, which this node serves, came; the last one went. A
-    /// subscription concerns rows, data and value alike.
+    /// \a path, which this node serves, got its first subscriber; its last subscription ended. A
+    /// subscription covers rows, data and value alike.
     virtual void rowsPathAdd(const CMPath &path);
     virtual void rowsPathRemove(const CMPath &path);
 
 protected:
     void setServesBelow(bool below) { m_servesBelow = below; }
-    /// Passes \a request on to whoever serves its path, here or in another worker.
+    /// Forwards \a request to the node that serves its path, here or in another worker.
     void ask(const CMRequest &request) const;
 
 private:

@@ -8,8 +8,6 @@
 #include "api/nodes/CMNodesWorker.h"
 #include "api/nodes/CMRootWorker.h"
 
-#include <QThread>
-
 CMNodes::CMNodes(CMNodesWorker *worker)
     : m_worker(worker)
 {
@@ -23,7 +21,7 @@ CMNodes::~CMNodes()
 
 void CMNodes::add(CMNode *node)
 {
-    VESK_ASSERT(QThread::currentThread() == m_worker->thread());
+    VESK_ASSERT_THREAD(m_thread);
     const CMPath &path = node->path();
     QHash<QString, CMNode *> &byBase = m_byBase[path.prefix()];
     VESK_ASSERT(!byBase.contains(path.base()));
@@ -39,6 +37,7 @@ void CMNodes::add(CMNode *node)
 
 void CMNodes::remove(CMNode *node)
 {
+    VESK_ASSERT_THREAD(m_thread);
     const CMPath &path = node->path();
     if (!m_order.removeOne(node))
         return;
@@ -49,6 +48,7 @@ void CMNodes::remove(CMNode *node)
 
 CMNode *CMNodes::find(const CMPath &path) const
 {
+    VESK_ASSERT_THREAD(m_thread);
     const auto byBase = m_byBase.constFind(path.prefix());
     if (byBase == m_byBase.constEnd())
         return nullptr;
@@ -78,6 +78,7 @@ void CMNodes::request(const CMRequest &request) const
 
 void CMNodes::subscribed(const CMPath &path)
 {
+    VESK_ASSERT_THREAD(m_thread);
     m_subscribed.insert(path);
     if (CMNode *node = find(path))
         node->rowsPathAdd(path);
@@ -85,6 +86,7 @@ void CMNodes::subscribed(const CMPath &path)
 
 void CMNodes::unsubscribed(const CMPath &path)
 {
+    VESK_ASSERT_THREAD(m_thread);
     m_subscribed.erase(path);
     if (CMNode *node = find(path))
         node->rowsPathRemove(path);

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/export.h"
 #include "api/nodes/CMRequest.h"
 #include "api/nodes/CMSubscribe.h"
@@ -25,30 +26,31 @@ public:
     CMNodes &operator=(const CMNodes &) = delete;
     ~CMNodes();
 
-    /// Takes \a node in at its path, which must be free; parameters do not matter. A path that is
-    /// not under the worker's own prefix is announced at the root, which then routes it here.
+    /// Takes ownership of \a node and registers it at its path, which must be free; parameters do
+    /// not matter. For a path that is not under the worker's own prefix the root gets a route.
     void add(CMNode *node);
-    /// Forgets \a node, which is being destroyed.
+    /// Unregisters \a node, which is being destroyed.
     void remove(CMNode *node);
 
     /// The node at the longest path that the base of \a path equals or continues at a "/"; null
     /// when there is none, or when that node does not serve what lies below it.
     CMNode *find(const CMPath &path) const;
-    /// Passes \a request on: to this worker when one of its nodes serves the path, else to the
-    /// root. An empty request is ignored.
+    /// Forwards \a request: to this worker when one of its nodes serves the path, else to the root.
+    /// An empty request is ignored.
     void request(const CMRequest &request) const;
 
-    /// Tells the node at \a path of its first subscriber, and of its last one's leaving. A node
-    /// that comes later is told when it comes.
+    /// Notifies the node at \a path of its first subscriber, and of the end of its last
+    /// subscription. A node that is added later is notified when it is added.
     void subscribed(const CMPath &path);
     void unsubscribed(const CMPath &path);
 
     CMNodesWorker *worker() const { return m_worker; }
     CMSubscribe *subscribe() { return &m_subscribe; }
-    /// In the order in which they came.
+    /// In the order in which they were added.
     QList<CMNode *> all() const { return m_order; }
 
 private:
+    const VeskThreadCheck m_thread;
     CMNodesWorker *const m_worker;
     CMSubscribe m_subscribe;
     QHash<QString, QHash<QString, CMNode *>> m_byBase; ///< by prefix, then base

@@ -3,12 +3,11 @@
 
 #include "api/nodes/CMNodesWorker.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
-#include "api/core/vesk.h"
 #include "api/nodes/CMUINode.h"
 
 #include <QPointer>
-#include <QThread>
 
 #include <vector>
 
@@ -47,34 +46,18 @@ bool CMNodesWorker::setDataRequest(const CMSetDataRequest &request)
 
 bool CMNodesWorker::askNode(const CMRequest &request)
 {
-    VESK_ASSERT(QThread::currentThread() == thread());
+    VESK_ASSERT_OWN_THREAD();
     CMNode *node = m_nodes.find(request.path());
     return node && node->request(request);
 }
 
-bool CMNodesWorker::take(const CMRequest &request)
-{
-    switch (request.kind()) {
-    case CMRequest::GetData:
-        return getDataRequest(CMGetDataRequest(request));
-    case CMRequest::GetRows:
-        return getRowsRequest(CMGetRowsRequest(request));
-    case CMRequest::MatchRow:
-        return matchRowRequest(CMMatchRowRequest(request));
-    case CMRequest::SetData:
-        return setDataRequest(CMSetDataRequest(request));
-    case CMRequest::None:
-        break;
-    }
-    return false;
-}
-
 bool CMNodesWorker::handleRequest(const CMRequest &request)
 {
-    const bool taken = take(request);
-    if (!taken && m_nodes.find(request.path()))
+    const bool accepted = CMCallHandler(*this, request);
+    // A path with a node is not "nothing at this address", which is what the base class answers.
+    if (!accepted && m_nodes.find(request.path()))
         request.reply().setError(CMUnansweredError());
-    return taken;
+    return accepted;
 }
 
 void CMNodesWorker::handleConnectChange(const CMPath &path)
@@ -89,9 +72,10 @@ void CMNodesWorker::handleDisconnectChange(const CMPath &path)
 
 void CMNodesWorker::handleLanguageChanged()
 {
-    const QList<CMNode *> nodes = m_nodes.all();
-    std::vector<QPointer<CMNode>> present(nodes.begin(), nodes.end());
-    for (const QPointer<CMNode> &node : present) {
+    const QList<CMNode *> all = m_nodes.all();
+    // Guarded: one node's update may delete another.
+    const std::vector<QPointer<CMNode>> nodes(all.begin(), all.end());
+    for (const QPointer<CMNode> &node : nodes) {
         if (auto *shown = qobject_cast<CMUINode *>(node.data()))
             shown->languageChanged();
     }

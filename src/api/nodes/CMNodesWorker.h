@@ -6,9 +6,9 @@
 #include "api/nodes/CMNodes.h"
 #include "api/nodes/CMWorker.h"
 
-/// A worker whose answers are given by nodes: each request goes to the node at its path. A request
-/// for a path without a node, or one that its node does not take, is answered with an error. Owns
-/// its nodes; they live on its thread and go with it.
+/// A worker whose nodes answer: each request goes to the node at its path. A request for a path
+/// without a node, or one that its node does not accept, is answered with an error. Owns its nodes;
+/// they live on its thread and are destroyed with it.
 class VESK_API CMNodesWorker : public CMWorker {
     Q_OBJECT
 
@@ -16,11 +16,11 @@ public:
     CMNodesWorker(const QVariantHash &config, const QString &name);
     ~CMNodesWorker() override;
 
-    /// Where nodes register themselves.
+    /// The registry of the worker's nodes.
     CMNodes *nodes() { return &m_nodes; }
 
     /// Each answers through the node at the request's path; false when there is no such node or it
-    /// did not take the request. Worker's thread.
+    /// did not accept the request. Worker's thread.
     virtual bool getDataRequest(const CMGetDataRequest &request);
     virtual bool getRowsRequest(const CMGetRowsRequest &request);
     virtual bool matchRowRequest(const CMMatchRowRequest &request);
@@ -36,7 +36,6 @@ protected:
     void handleLanguageChanged() override;
 
 private:
-    bool take(const CMRequest &request);
     bool askNode(const CMRequest &request);
 
     CMNodes m_nodes;

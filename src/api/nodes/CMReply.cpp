@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Longer than any device runs, and short enough to be added to the time of day.
+/// Longer than any device runs, and short enough to be added to a clock without an overflow.
 constexpr std::chrono::hours Longest {24 * 365 * 100};
 
 } // namespace
@@ -38,37 +38,36 @@ CMReplyAbstractData::~CMReplyAbstractData()
 
 bool CMReplyAbstractData::isFinished() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_finished;
 }
 
 bool CMReplyAbstractData::waitForFinished(unsigned long milliseconds) const
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    VeskMutexLock lock(m_mutex);
     if (m_finished)
         return true;
     if (!m_condition)
         m_condition = std::make_shared<std::condition_variable>();
     const std::shared_ptr<std::condition_variable> condition = m_condition;
-    const auto isFinished = [this] { return m_finished; };
-    if (milliseconds == ULONG_MAX) {
-        condition->wait(lock, isFinished);
-        return true;
-    }
-    const auto limit = std::min<std::chrono::milliseconds>(
-        std::chrono::milliseconds(std::min<unsigned long>(milliseconds, LONG_MAX)), Longest);
-    return condition->wait_for(lock, limit, isFinished);
+    const auto deadline = std::chrono::steady_clock::now()
+        + std::min<std::chrono::milliseconds>(
+            std::chrono::milliseconds(std::min<unsigned long>(milliseconds, LONG_MAX)), Longest);
+    bool hasTimeLeft = true;
+    while (!m_finished && hasTimeLeft)
+        hasTimeLeft = lock.waitUntil(*condition, deadline);
+    return m_finished;
 }
 
 CMError CMReplyAbstractData::error() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_error;
 }
 
 void CMReplyAbstractData::setError(const CMError &error)
 {
-    finish([this, &error] { m_error = error; });
+    finish([this, &error]() VESK_REQUIRES(m_mutex) { m_error = error; });
 }
 
 void CMReplyAbstractData::setFinished()
@@ -78,7 +77,7 @@ void CMReplyAbstractData::setFinished()
 
 void CMReplyAbstractData::setServiceFault(FindServiceFault find)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     if (!m_finished)
         m_findServiceFault.swap(find);
 }
@@ -87,7 +86,7 @@ VeskServiceFault CMReplyAbstractData::serviceFault() const
 {
     FindServiceFault find;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         find = m_findServiceFault;
     }
     return find ? find() : VeskServiceFault();
@@ -101,7 +100,7 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
     }
     const auto watcher = CMContextCall::create(context, CMContextCall::Once, std::move(function));
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_finished) {
             m_watchers.push_back(watcher);
             return;
@@ -113,7 +112,7 @@ void CMReplyAbstractData::whenFinished(QObject *context, std::function<void()> f
 void CMReplyAbstractData::whenFinished(std::function<void()> function)
 {
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_finished) {
             m_followers.push_back(std::move(function));
             return;
@@ -128,7 +127,7 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
     std::vector<std::function<void()>> followers;
     std::shared_ptr<std::condition_variable> condition;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (m_finished)
             return;
         store();
@@ -137,20 +136,14 @@ void CMReplyAbstractData::finish(const std::function<void()> &store)
         followers.swap(m_followers);
         condition = m_condition;
     }
-    // Whoever waited may let go of this from here on: nothing of it is touched any more. And he
-    // would only be woken to wait for the mutex, had it been signalled above.
+    // A thread that waited may destroy this from here on, so only local copies are used. Notifying
+    // under the mutex would wake that thread only to have it wait for the mutex.
     if (condition)
         condition->notify_all();
     for (const std::shared_ptr<CMContextCall> &watcher : watchers)
         watcher->trigger();
     for (const std::function<void()> &follower : followers)
         follower();
-}
-
-void CMReplyAbstractData::read(const std::function<void()> &load) const
-{
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    load();
 }
 
 VeskServiceFault CMUnexplainedFault(const CMReplyData<QVariant> &answer)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/core/export.h"
 #include "api/values/CMError.h"
 #include "api/values/VeskServiceFault.h"
@@ -14,23 +15,21 @@
 #include <condition_variable>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <utility>
 #include <vector>
 
 class CMContextCall;
 
-/// What an answer ends with when nobody gave one.
+/// The error of a request that was dropped without an answer.
 VESK_API CMError CMUnansweredError();
-/// With this the asking side ends an answer that it does not want any more: a request that still
-/// waits is dropped then, and an HTTP exchange that only reads for it is ended.
+/// The error with which a caller cancels its request: if the request is still queued it is dropped,
+/// and an HTTP exchange that only reads on its behalf is aborted.
 VESK_API CMError CMCancelledError();
 
-/// The shared state of one answer: unfinished, then once and for all a value or an error. Any
-/// thread may wait for it, ask for it, or complete it; whoever completes it second changes nothing.
+/// The shared state of one answer: unfinished, then for good a value or an error. Any thread may
+/// read it, wait for it or complete it; the first completion counts, later ones do nothing.
 ///
-/// The one who asks keeps the data; the one who answers gets it wrapped in a CMReply or
-/// CMVoidReply.
+/// The caller keeps the data; the answering side gets it wrapped in a CMReply or CMVoidReply.
 class VESK_API CMReplyAbstractData {
 public:
     CMReplyAbstractData() = default;
@@ -47,43 +46,41 @@ public:
     CMError error() const;
     /// Completes the answer with \a error.
     void setError(const CMError &error);
-    /// Completes the answer with no more to say than that it succeeded.
+    /// Completes the answer without a value: it succeeded.
     void setFinished();
 
-    /// What went wrong between the one who answers and a service that was asked for the answer,
-    /// which may have to say nothing of it: \a find is called when that is asked for, on any
-    /// thread. The last one counts that was given before the answer was there.
+    /// What went wrong between the answering side and the service that it asked, which the answer
+    /// itself may not say. \a find is called by serviceFault(), on any thread. The last function
+    /// that was set before the answer was complete counts.
     using FindServiceFault = std::function<VeskServiceFault()>;
     void setServiceFault(FindServiceFault find);
     /// Empty when nothing is known.
     VeskServiceFault serviceFault() const;
 
-    /// Calls \a function once the answer is there: through the event loop of \a context's thread,
-    /// or not at all when \a context is gone by then. At once when it is there and this is that
-    /// thread. \a context must be alive during the call and stay on its thread; it may go at any
-    /// time after.
+    /// Calls \a function once the answer is complete, through the event loop of \a context's
+    /// thread, unless \a context is destroyed before; directly when the answer is complete already
+    /// and this is that thread. \a context must be alive during this call and stay on its thread.
     void whenFinished(QObject *context, std::function<void()> function);
-    /// Calls \a function once the answer is there: on whichever thread completes it, right after,
-    /// or at once when it is there already. \a function must return soon.
+    /// Calls \a function once the answer is complete, on the thread that completes it, or directly
+    /// when it is complete already. \a function must return soon.
     void whenFinished(std::function<void()> function);
 
 protected:
     /// Completes the answer after \a store ran under the mutex; does nothing when it is complete.
     void finish(const std::function<void()> &store);
-    /// Runs \a load under the mutex.
-    void read(const std::function<void()> &load) const;
+
+    mutable VeskMutex m_mutex;
 
 private:
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    bool m_finished = false;
-    /// There from the first one who waits. It is signalled outside the mutex, when those who
-    /// waited may have let go of this already.
-    mutable std::shared_ptr<std::condition_variable> m_condition;
-    CMError m_error;
-    FindServiceFault m_findServiceFault;
-    std::vector<std::shared_ptr<CMContextCall>> m_watchers;
-    std::vector<std::function<void()>> m_followers;
+    bool m_finished VESK_GUARDED_BY(m_mutex) = false;
+    /// Created by the first thread that waits. Shared, because it is notified outside the mutex,
+    /// when a thread that waited may have destroyed this already.
+    mutable std::shared_ptr<std::condition_variable> m_condition VESK_GUARDED_BY(m_mutex);
+    CMError m_error VESK_GUARDED_BY(m_mutex);
+    FindServiceFault m_findServiceFault VESK_GUARDED_BY(m_mutex);
+    /// Called through event loops, and directly.
+    std::vector<std::shared_ptr<CMContextCall>> m_watchers VESK_GUARDED_BY(m_mutex);
+    std::vector<std::function<void()>> m_followers VESK_GUARDED_BY(m_mutex);
 };
 
 /// An answer that carries a T.
@@ -94,32 +91,31 @@ public:
     virtual T value() const
     {
         waitForFinished();
-        T copy {};
-        read([this, &copy] { copy = m_value; });
-        return copy;
+        const VeskMutexLock lock(m_mutex);
+        return m_value;
     }
     /// Completes the answer.
     virtual void setValue(const QVariant &value)
     {
-        finish([this, &value] { m_value = value.value<T>(); });
+        finish([this, &value]() VESK_REQUIRES(m_mutex) { m_value = value.template value<T>(); });
     }
 
 private:
-    T m_value {};
+    T m_value VESK_GUARDED_BY(m_mutex) {};
 };
 
 template <>
 inline void CMReplyData<QVariant>::setValue(const QVariant &value)
 {
-    finish([this, &value] { m_value = value; });
+    finish([this, &value]() VESK_REQUIRES(m_mutex) { m_value = value; });
 }
 
-/// The fault of a service that explains what an answer does not: why it is an error, or a screen
-/// without rows. Empty for every other answer.
+/// The service's fault behind an answer that is an error or a screen without rows. Empty for every
+/// other answer.
 VESK_API VeskServiceFault CMUnexplainedFault(const CMReplyData<QVariant> &answer);
 
-/// Keeps the promise that every answer is given: when the last one who could still answer lets go,
-/// the answer ends with an error.
+/// The guarantee that every request is answered: when it is destroyed and the answer is not
+/// complete, the answer ends with CMUnansweredError().
 class VESK_API CMReplyPromise {
 public:
     explicit CMReplyPromise(std::shared_ptr<CMReplyAbstractData> data);
@@ -134,8 +130,8 @@ private:
 };
 
 /// The answering side of a CMReplyData<T>; copies share one answer. Null for a request that wants
-/// none. Keep a copy to answer later; letting go of the last copy answers with an error, so make
-/// one from a CMReplyData and copy that one.
+/// none. Keep a copy to answer later; destroying the last copy answers with an error, so make one
+/// from a CMReplyData and copy that one.
 template <class T>
 class CMReply {
 public:
@@ -151,7 +147,7 @@ public:
     {
         return m_promise ? static_cast<CMReplyData<T> *>(m_promise->data().get()) : nullptr;
     }
-    /// To keep the data without the promise to answer; null when this is.
+    /// Keeps the data alive without keeping the request unanswered; null when this is.
     std::shared_ptr<CMReplyAbstractData> sharedData() const
     {
         return m_promise ? m_promise->data() : nullptr;
@@ -174,7 +170,7 @@ private:
     std::shared_ptr<CMReplyPromise> m_promise;
 };
 
-/// The answering side of an answer of which only success or failure matters. Does not own the data.
+/// The answering side of an answer that only succeeds or fails. Does not own the data.
 class VESK_API CMVoidReply {
 public:
     explicit CMVoidReply(CMReplyAbstractData *data)

@@ -12,11 +12,11 @@
 #include <QStringList>
 #include <QVariant>
 
-/// What a request ends with when nothing is at its path.
+/// The error of a request to a path that no node serves.
 VESK_API CMError CMNoNodeError();
 
-/// One question to the node at a path, with the place for its answer. A value: copies share the
-/// answer, nothing in it points into a worker. The typed requests below add what each kind asks.
+/// A request to the node at a path, with the reply for its answer. A value: copies share the reply,
+/// nothing in it points into a worker. The typed requests below add what each kind asks.
 class VESK_API CMRequest {
 public:
     enum Kind { None, GetRows, GetData, SetData, MatchRow };
@@ -31,18 +31,17 @@ public:
     CMReply<QVariant> reply() const { return d ? d->reply : CMReply<QVariant>(); }
     CMReplyData<QVariant> *replyData() const { return reply().data(); }
 
-    /// How often it was redirected before it came here.
+    /// How often it was redirected so far.
     int hops() const { return d ? d->hops : 0; }
-    /// The same question, redirected \a hops times so far: for one that was sent on in another
-    /// form.
+    /// The same request with \a hops redirects so far, for one that crossed a process boundary.
     CMRequest withHops(int hops) const;
-    /// Whether it is asked again and again until the answer is another one. That it fails is then
-    /// expected: errors that a plug-in logs while it answers are in the log at DEBUG.
+    /// Whether it is repeated until the answer changes. That it fails is then expected: errors that
+    /// a plug-in logs while it answers are logged at DEBUG.
     bool isPoll() const { return d && d->poll; }
-    /// The same question, as one of such a series.
+    /// The same request as a poll.
     CMRequest asPoll() const;
-    /// The same question to another path, with the same place for the answer. An empty request, the
-    /// question answered with an error, when it was redirected too often.
+    /// The same request to another path, with the same reply. After too many redirects an empty
+    /// request, and the reply ends with an error.
     CMRequest redirectedTo(const CMPath &path) const;
 
 protected:
@@ -89,16 +88,15 @@ public:
     explicit CMGetDataRequest(const CMRequest &request);
 
     const QStringList &roles() const { return d->roles; }
-    /// A question about other \a roles to another \a path, asked in order to answer this one;
-    /// counts as a redirect of it. An empty request, \a reply ended with an error, when there were
-    /// too many.
+    /// A request for other \a roles of another \a path, made in order to answer this one; counts as
+    /// a redirect of it. After too many an empty request, and \a reply ends with an error.
     CMRequest redirectedTo(
         const CMPath &path, const QStringList &roles, const CMReply<QVariant> &reply) const;
     using CMRequest::redirectedTo;
 };
 
-/// Writes one role of a node: a value, an activation, a step before playing. The answer's value is
-/// what the node makes of it, often null.
+/// Writes one role of a node: a value, an activation, a step before playing. The answer's value
+/// depends on the node and is often null.
 class VESK_API CMSetDataRequest : public CMRequest {
 public:
     /// For the meta-type system only.
@@ -111,8 +109,8 @@ public:
     const QVariant &value() const { return d->value; }
 };
 
-/// Asks which row of a screen has the given \a value for \a role. The answer's value is the row's
-/// index, -1 when there is none.
+/// Asks which row of a screen has a given value for a role. The answer's value is the row's index,
+/// -1 when there is none.
 class VESK_API CMMatchRowRequest : public CMRequest {
 public:
     CMMatchRowRequest(const CMPath &path, const QString &role, const QVariant &value,
@@ -122,5 +120,25 @@ public:
     const QString &role() const { return d->role; }
     const QVariant &value() const { return d->value; }
 };
+
+/// Calls the function of \a handler, a node or a worker, that is for requests of \a request's kind.
+/// False for an empty request.
+template <class Handler>
+bool CMCallHandler(Handler &handler, const CMRequest &request)
+{
+    switch (request.kind()) {
+    case CMRequest::GetData:
+        return handler.getDataRequest(CMGetDataRequest(request));
+    case CMRequest::GetRows:
+        return handler.getRowsRequest(CMGetRowsRequest(request));
+    case CMRequest::MatchRow:
+        return handler.matchRowRequest(CMMatchRowRequest(request));
+    case CMRequest::SetData:
+        return handler.setDataRequest(CMSetDataRequest(request));
+    case CMRequest::None:
+        break;
+    }
+    return false;
+}
 
 Q_DECLARE_METATYPE(CMSetDataRequest)

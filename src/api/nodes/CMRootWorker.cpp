@@ -3,6 +3,7 @@
 
 #include "api/nodes/CMRootWorker.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMCallGate.h"
@@ -16,7 +17,6 @@
 #include <deque>
 #include <map>
 #include <mutex>
-#include <shared_mutex>
 #include <vector>
 
 VESK_LOGGER("Nodes")
@@ -27,8 +27,8 @@ std::atomic<CMRootWorker *> theRoot {nullptr};
 
 using GatePtr = std::shared_ptr<CMCallGate>;
 
-/// Whether \a change says nothing more after \a before, both of the same path. A number of rows
-/// that come or go does.
+/// Whether \a change adds nothing to \a before, the change before it at the same path. Rows that
+/// are inserted or removed twice are two changes.
 bool isRepeated(const CMChange &before, const CMChange &change)
 {
     return change.kind == before.kind && change.first == before.first && change.last == before.last
@@ -38,7 +38,8 @@ bool isRepeated(const CMChange &before, const CMChange &change)
 
 } // namespace
 
-/// Its call drains what is pending, on the context's thread. Without a call it is told directly.
+/// A subscriber. With a call, changes are queued and delivered on the context's thread; without
+/// one they are delivered on the thread that notifies.
 struct CMSubscription::Entry {
     void deliver(CMChange change)
     {
@@ -49,7 +50,7 @@ struct CMSubscription::Entry {
             return;
         }
         {
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             if (!pending.empty() && isRepeated(pending.back(), change))
                 return;
             pending.push_back(std::move(change));
@@ -61,7 +62,7 @@ struct CMSubscription::Entry {
     {
         std::deque<CMChange> changes;
         {
-            const std::lock_guard<std::mutex> lock(mutex);
+            const VeskMutexLock lock(mutex);
             changes.swap(pending);
         }
         for (const CMChange &change : changes) {
@@ -78,67 +79,60 @@ struct CMSubscription::Entry {
     const QThread *thread = nullptr; ///< for comparing only
     CMRootWorker::Purpose purpose = CMRootWorker::ForItself;
 
-    std::mutex mutex;
-    /// Guarded by mutex.
-    std::deque<CMChange> pending;
+    VeskMutex mutex;
+    std::deque<CMChange> pending VESK_GUARDED_BY(mutex);
 };
 
 class CMRootWorkerPrivate {
 public:
     using Entry = CMSubscription::Entry;
 
-    /// The path's subscribers, and the worker that was last told that there are some.
+    /// A path's subscribers, and the worker that was last notified of them.
     struct Subscribed {
         std::vector<std::shared_ptr<Entry>> entries;
         GatePtr connected;
     };
 
-    /// Requests that wait for a worker to be replaced.
+    /// Requests that wait for a worker to be replaced, and the worker's foreign paths.
     struct Held {
-        /// Guarded by routesMutex.
         QList<CMPath> foreign;
-        /// Guarded by heldMutex.
         std::deque<CMRequest> requests;
     };
 
-    GatePtr route(const CMPath &path) const;
-    bool keepBack(const CMRequest &request);
-    /// Expects routesMutex to be held.
-    std::shared_ptr<Held> holderOf(const CMPath &path) const;
-    bool isElsewhere(const CMPath &path) const;
+    GatePtr route(const CMPath &path) const VESK_EXCLUDES(routesMutex);
+    bool keepBack(const CMRequest &request) VESK_EXCLUDES(routesMutex);
+    Held *holderOf(const CMPath &path) VESK_REQUIRES(routesMutex);
+    bool isElsewhere(const CMPath &path) const VESK_EXCLUDES(routesMutex);
     std::vector<std::shared_ptr<Entry>> entriesOf(const CMPath &path);
-    /// Expects routesMutex to be held for writing.
-    GatePtr gateOf(CMAbstractWorker *worker);
+    GatePtr gateOf(CMAbstractWorker *worker) VESK_REQUIRES(routesMutex);
     void addEntry(const std::shared_ptr<Entry> &entry);
     void removeEntry(const std::shared_ptr<Entry> &entry);
     void announce(const CMPath &path, bool tellSubscribers);
     void announceMoved();
 
-    mutable std::shared_mutex routesMutex;
-    /// Guarded by routesMutex.
-    QHash<CMAbstractWorker *, GatePtr> gates;
-    QHash<QString, GatePtr> byPrefix;
-    QHash<QString, QHash<QString, GatePtr>> foreign; ///< by prefix, then base
-    GatePtr byDefault;
-    QHash<QString, std::shared_ptr<Held>> held; ///< by prefix
+    /// Whether a prefix is held. Lets every other request do without the look-up in held.
+    std::atomic<bool> holds {false};
 
-    std::atomic<bool> holds {false}; ///< whether there is one in held
-
-    std::mutex heldMutex; ///< taken after routesMutex
-
-    /// Taken before routesMutex, never after it.
-    std::mutex subscribedMutex;
-    /// Guarded by subscribedMutex.
-    std::map<CMPath, Subscribed> subscribed;
-
-    /// Held while workers are told of subscribers, so that they are told in the order of events.
-    /// Recursive: a worker that is told may itself subscribe.
+    /// Serialises the notifications of workers, so that they arrive in the order of events. The
+    /// first of the three mutexes to be locked. Recursive, because a worker that is notified may
+    /// itself subscribe; that is why it has no annotations, which know of no recursion.
     std::recursive_mutex announceMutex;
+
+    VeskMutex subscribedMutex;
+    std::map<CMPath, Subscribed> subscribed VESK_GUARDED_BY(subscribedMutex);
+
+    mutable VeskMutex routesMutex VESK_ACQUIRED_AFTER(subscribedMutex);
+    QHash<CMAbstractWorker *, GatePtr> gates VESK_GUARDED_BY(routesMutex);
+    QHash<QString, GatePtr> byPrefix VESK_GUARDED_BY(routesMutex);
+    /// By prefix, then base.
+    QHash<QString, QHash<QString, GatePtr>> foreign VESK_GUARDED_BY(routesMutex);
+    GatePtr byDefault VESK_GUARDED_BY(routesMutex);
+    std::map<QString, Held> held VESK_GUARDED_BY(routesMutex); ///< by prefix
 };
 
 GatePtr CMRootWorkerPrivate::route(const CMPath &path) const
 {
-    const std::shared_lock<std::shared_mutex> lock(routesMutex);
+    const VeskMutexLock lock(routesMutex);
     const auto bases = foreign.constFind(path.prefix());
     if (bases != foreign.constEnd()) {
         QString base = path.base();
@@ -155,33 +149,32 @@ GatePtr CMRootWorkerPrivate::route(const CMPath &path) const
     return byPrefix.value(path.prefix(), byDefault);
 }
 
-std::shared_ptr<CMRootWorkerPrivate::Held> CMRootWorkerPrivate::holderOf(const CMPath &path) const
+CMRootWorkerPrivate::Held *CMRootWorkerPrivate::holderOf(const CMPath &path)
 {
-    const auto own = held.constFind(path.prefix());
-    if (own != held.constEnd())
-        return *own;
-    for (const auto &holder : held) {
+    const auto own = held.find(path.prefix());
+    if (own != held.end())
+        return &own->second;
+    for (auto &[prefix, holder] : held) {
         const auto isBelow = [&path](const CMPath &route) { return path.startsWith(route); };
-        if (std::any_of(holder->foreign.begin(), holder->foreign.end(), isBelow))
-            return holder;
+        if (std::any_of(holder.foreign.begin(), holder.foreign.end(), isBelow))
+            return &holder;
     }
     return nullptr;
 }
 
-/// Whether the request waits now, or was refused because too many do.
+/// Whether the request was queued until release(), or refused because the queue is full.
 bool CMRootWorkerPrivate::keepBack(const CMRequest &request)
 {
     if (!holds)
         return false;
     {
-        const std::shared_lock<std::shared_mutex> lock(routesMutex);
-        const std::shared_ptr<Held> holder = holderOf(request.path());
+        const VeskMutexLock lock(routesMutex);
+        Held *holder = holderOf(request.path());
         if (!holder)
             return false;
         const GatePtr served = byPrefix.value(request.path().prefix());
         if (served && served->worker()->thread() == QThread::currentThread())
             return false;
-        const std::lock_guard<std::mutex> heldLock(heldMutex);
         if (holder->requests.size() < CMRootWorker::MaxHeld) {
             holder->requests.push_back(request);
             return true;
@@ -191,18 +184,18 @@ bool CMRootWorkerPrivate::keepBack(const CMRequest &request)
     return true;
 }
 
-/// Whether \a path is one of the default worker's.
+/// Whether \a path is routed to the default worker.
 bool CMRootWorkerPrivate::isElsewhere(const CMPath &path) const
 {
     const GatePtr gate = route(path);
-    const std::shared_lock<std::shared_mutex> lock(routesMutex);
+    const VeskMutexLock lock(routesMutex);
     return gate && gate == byDefault;
 }
 
 std::vector<std::shared_ptr<CMSubscription::Entry>> CMRootWorkerPrivate::entriesOf(
     const CMPath &path)
 {
-    const std::lock_guard<std::mutex> lock(subscribedMutex);
+    const VeskMutexLock lock(subscribedMutex);
     const auto found = subscribed.find(path);
     return found == subscribed.end() ? std::vector<std::shared_ptr<Entry>>()
                                      : found->second.entries;
@@ -219,7 +212,7 @@ GatePtr CMRootWorkerPrivate::gateOf(CMAbstractWorker *worker)
 void CMRootWorkerPrivate::addEntry(const std::shared_ptr<Entry> &entry)
 {
     {
-        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        const VeskMutexLock lock(subscribedMutex);
         subscribed[entry->path].entries.push_back(entry);
     }
     announce(entry->path, false);
@@ -228,14 +221,14 @@ void CMRootWorkerPrivate::addEntry(const std::shared_ptr<Entry> &entry)
 void CMRootWorkerPrivate::removeEntry(const std::shared_ptr<Entry> &entry)
 {
     {
-        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        const VeskMutexLock lock(subscribedMutex);
         std::vector<std::shared_ptr<Entry>> &entries = subscribed[entry->path].entries;
         entries.erase(std::remove(entries.begin(), entries.end(), entry), entries.end());
     }
     announce(entry->path, false);
 }
 
-/// Brings what workers know of the subscribers of \a path up to date.
+/// Notifies the workers concerned when the subscribers of \a path, or its route, have changed.
 void CMRootWorkerPrivate::announce(const CMPath &path, bool tellSubscribers)
 {
     const std::lock_guard<std::recursive_mutex> announcing(announceMutex);
@@ -243,7 +236,7 @@ void CMRootWorkerPrivate::announce(const CMPath &path, bool tellSubscribers)
     GatePtr now;
     std::vector<std::shared_ptr<Entry>> entries;
     {
-        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        const VeskMutexLock lock(subscribedMutex);
         const auto found = subscribed.find(path);
         if (found == subscribed.end())
             return;
@@ -268,12 +261,12 @@ void CMRootWorkerPrivate::announce(const CMPath &path, bool tellSubscribers)
     }
 }
 
-/// Announces every path whose worker is another than the one that was told.
+/// Announces every subscribed path whose route has changed.
 void CMRootWorkerPrivate::announceMoved()
 {
     std::vector<CMPath> moved;
     {
-        const std::lock_guard<std::mutex> lock(subscribedMutex);
+        const VeskMutexLock lock(subscribedMutex);
         for (const auto &[path, state] : subscribed) {
             if (state.connected != route(path))
                 moved.push_back(path);
@@ -319,7 +312,7 @@ CMRootWorker *CMRoot()
 bool CMRootWorker::addWorker(const QString &prefix, CMAbstractWorker *worker)
 {
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         if (d->byPrefix.contains(prefix)) {
             VESK_ERROR("There is already a worker for the prefix '" << prefix << "'");
             return false;
@@ -334,7 +327,7 @@ bool CMRootWorker::addWorker(const QString &prefix, CMAbstractWorker *worker)
 void CMRootWorker::setDefaultWorker(CMAbstractWorker *worker)
 {
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         d->byDefault = d->gateOf(worker);
     }
     d->announceMoved();
@@ -343,7 +336,7 @@ void CMRootWorker::setDefaultWorker(CMAbstractWorker *worker)
 void CMRootWorker::removePrefix(const QString &prefix, CMAbstractWorker *worker)
 {
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         const auto route = d->byPrefix.find(prefix);
         if (route == d->byPrefix.end() || (*route)->worker() != worker)
             return;
@@ -358,11 +351,11 @@ void CMRootWorker::removeWorker(CMAbstractWorker *worker)
     GatePtr gate;
     QList<CMPath> removed;
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         gate = d->gates.take(worker);
         if (!gate)
             return;
-        const auto forget = [&](QHash<QString, GatePtr> &routes, auto pathOf) {
+        const auto removeFrom = [&](QHash<QString, GatePtr> &routes, auto pathOf) {
             for (auto it = routes.begin(); it != routes.end();) {
                 if (*it != gate) {
                     ++it;
@@ -372,9 +365,9 @@ void CMRootWorker::removeWorker(CMAbstractWorker *worker)
                 it = routes.erase(it);
             }
         };
-        forget(d->byPrefix, [](const QString &prefix) { return CMPath(prefix, QString()); });
+        removeFrom(d->byPrefix, [](const QString &prefix) { return CMPath(prefix, QString()); });
         for (auto it = d->foreign.begin(); it != d->foreign.end(); ++it)
-            forget(*it, [&it](const QString &base) { return CMPath(it.key(), base); });
+            removeFrom(*it, [&it](const QString &base) { return CMPath(it.key(), base); });
         if (d->byDefault == gate)
             d->byDefault.reset();
     }
@@ -387,7 +380,7 @@ void CMRootWorker::removeWorker(CMAbstractWorker *worker)
 void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
 {
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         GatePtr &route = d->foreign[path.prefix()][path.base()];
         if (route) {
             VESK_ERROR("There is already a worker for the path '" << path << "'");
@@ -402,7 +395,7 @@ void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
 void CMRootWorker::removeForeignPath(const CMPath &path, CMAbstractWorker *worker)
 {
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         const auto bases = d->foreign.find(path.prefix());
         if (bases == d->foreign.end())
             return;
@@ -417,7 +410,7 @@ void CMRootWorker::removeForeignPath(const CMPath &path, CMAbstractWorker *worke
 
 QStringList CMRootWorker::prefixes() const
 {
-    const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+    const VeskMutexLock lock(d->routesMutex);
     QStringList prefixes = d->byPrefix.keys();
     prefixes.sort();
     return prefixes;
@@ -426,25 +419,23 @@ QStringList CMRootWorker::prefixes() const
 bool CMRootWorker::isServedBy(const CMPath &path, const QString &prefix) const
 {
     const GatePtr serving = d->route(path);
-    const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+    const VeskMutexLock lock(d->routesMutex);
     return serving && serving == d->byPrefix.value(prefix);
 }
 
 void CMRootWorker::hold(const QString &prefix, Hold what)
 {
-    const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
-    std::shared_ptr<CMRootWorkerPrivate::Held> &held = d->held[prefix];
-    if (!held)
-        held = std::make_shared<CMRootWorkerPrivate::Held>();
+    const VeskMutexLock lock(d->routesMutex);
+    CMRootWorkerPrivate::Held &held = d->held[prefix];
     d->holds = true;
     const GatePtr gate = d->byPrefix.value(prefix);
     if (what == Prefix || !gate)
         return;
-    held->foreign.clear();
+    held.foreign.clear();
     for (auto bases = d->foreign.constBegin(); bases != d->foreign.constEnd(); ++bases) {
         for (auto route = bases->constBegin(); route != bases->constEnd(); ++route) {
             if (*route == gate)
-                held->foreign.append(CMPath(bases.key(), route.key()));
+                held.foreign.append(CMPath(bases.key(), route.key()));
         }
     }
 }
@@ -453,13 +444,13 @@ void CMRootWorker::release(const QString &prefix)
 {
     std::deque<CMRequest> waiting;
     {
-        const std::unique_lock<std::shared_mutex> lock(d->routesMutex);
-        const std::shared_ptr<CMRootWorkerPrivate::Held> held = d->held.take(prefix);
-        if (!held)
+        const VeskMutexLock lock(d->routesMutex);
+        const auto held = d->held.find(prefix);
+        if (held == d->held.end())
             return;
-        d->holds = !d->held.isEmpty();
-        const std::lock_guard<std::mutex> heldLock(d->heldMutex);
-        waiting.swap(held->requests);
+        waiting.swap(held->second.requests);
+        d->held.erase(held);
+        d->holds = !d->held.empty();
     }
     for (const CMRequest &request : waiting)
         post(request);
@@ -537,7 +528,7 @@ void CMRootWorker::notifyChangedStartingWith(const CMChange &change)
 {
     std::vector<std::shared_ptr<CMSubscription::Entry>> concerned;
     {
-        const std::lock_guard<std::mutex> lock(d->subscribedMutex);
+        const VeskMutexLock lock(d->subscribedMutex);
         for (const auto &[path, state] : d->subscribed) {
             if (path.startsWith(change.path))
                 concerned.insert(concerned.end(), state.entries.begin(), state.entries.end());
@@ -553,7 +544,7 @@ void CMRootWorker::notifyLanguageChanged()
 {
     QList<GatePtr> gates;
     {
-        const std::shared_lock<std::shared_mutex> lock(d->routesMutex);
+        const VeskMutexLock lock(d->routesMutex);
         gates = d->gates.values();
     }
     for (const GatePtr &gate : gates) {

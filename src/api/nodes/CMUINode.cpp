@@ -3,12 +3,14 @@
 
 #include "api/nodes/CMUINode.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRoleTable.h"
 
 #include <algorithm>
 
 void CMUINode::setDisabled(bool disabled)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_disabled == disabled)
         return;
     m_disabled = disabled;
@@ -84,6 +86,7 @@ bool CMUINode::getDataRequest(const CMGetDataRequest &request)
 
 void CMUINode::languageChanged()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (CMSubscribe *subscribers = subscribe())
         subscribers->changedStartingWith(path(), CMSubscribe::ValueChanged(), -1, -1);
 }

@@ -9,10 +9,11 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
 
-/// Where a value is kept: parameters do not matter.
+/// The key of a value: its path without parameters.
 CMPath keyOf(const CMPath &path)
 {
     return CMPath(path.prefix(), path.base());
@@ -67,30 +68,28 @@ VeskValue boolFrom(const QVariant &plain)
     return VeskValue();
 }
 
-/// The number that \a plain is or spells; false when it is none, or not finite.
-bool readNumber(const QVariant &plain, double *number)
+/// The finite number that \a plain is or spells.
+std::optional<double> readNumber(const QVariant &plain)
 {
-    bool ok = isNumber(plain) || isText(plain);
-    if (ok)
-        *number = plain.toDouble(&ok);
-    return ok && std::isfinite(*number);
+    bool ok = false;
+    const double number = isNumber(plain) || isText(plain) ? plain.toDouble(&ok) : 0;
+    return ok && std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 VeskValue intFrom(const QVariant &plain)
 {
-    double number = 0;
-    if (!readNumber(plain, &number) || number != std::trunc(number)
-        || number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
+    const std::optional<double> number = readNumber(plain);
+    if (!number || *number != std::trunc(*number) || *number < std::numeric_limits<int>::min()
+        || *number > std::numeric_limits<int>::max())
         return VeskValue();
-    return VeskValue::fromInt(static_cast<int>(number));
+    return VeskValue::fromInt(static_cast<int>(*number));
 }
 
 VeskValue doubleFrom(const QVariant &plain)
 {
-    double number = 0;
     VeskValue value;
-    if (readNumber(plain, &number))
-        value.setDouble(number);
+    if (const std::optional<double> number = readNumber(plain))
+        value.setDouble(*number);
     return value;
 }
 
@@ -128,8 +127,8 @@ VeskValue hashFrom(const QVariant &plain, VeskValueType::Enum type)
     return VeskHash(std::move(value));
 }
 
-/// What a client sent as the new value, a VeskValue or a plain one; empty when it is none of \a
-/// type.
+/// The value of \a type that a client sent, as a VeskValue or a plain value; empty when what it
+/// sent is not of that type.
 VeskValue sentValue(const QVariant &sent, VeskValueType::Enum type)
 {
     const QVariantHash hash = hashOf(sent);
@@ -177,7 +176,7 @@ void CMValuesWorker::define(
 {
     const CMPath key = keyOf(path);
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         VESK_ASSERT(!m_entries.contains(key));
         Entry &entry = m_entries[key];
         entry.value = value;
@@ -189,7 +188,7 @@ void CMValuesWorker::define(
 
 void CMValuesWorker::describe(const CMPath &path, const TrString &description)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     const auto found = m_entries.find(keyOf(path));
     VESK_ASSERT(found != m_entries.end());
     found->description = description;
@@ -197,7 +196,7 @@ void CMValuesWorker::describe(const CMPath &path, const TrString &description)
 
 void CMValuesWorker::setCheck(const CMPath &path, Check check)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     const auto found = m_entries.find(keyOf(path));
     VESK_ASSERT(found != m_entries.end());
     found->check = std::move(check);
@@ -210,7 +209,7 @@ bool CMValuesWorker::setValue(const CMPath &path, const VeskValue &value)
 
 void CMValuesWorker::pin(const CMPath &path)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     const auto found = m_entries.find(keyOf(path));
     VESK_ASSERT(found != m_entries.end());
     found->pinned = true;
@@ -218,25 +217,25 @@ void CMValuesWorker::pin(const CMPath &path)
 
 VeskValue CMValuesWorker::value(const CMPath &path) const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_entries.value(keyOf(path)).value;
 }
 
 bool CMValuesWorker::isDefined(const CMPath &path) const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_entries.contains(keyOf(path));
 }
 
 QList<CMPath> CMValuesWorker::paths() const
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     return m_entries.keys();
 }
 
 void CMValuesWorker::setKeep(Keep keep)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    const VeskMutexLock lock(m_mutex);
     m_keep = std::move(keep);
 }
 
@@ -253,7 +252,7 @@ CMValuesWorker::Outcome CMValuesWorker::change(
 {
     const CMPath key = keyOf(path);
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         const auto found = m_entries.find(key);
         if (found == m_entries.end())
             return Outcome::Unknown;
@@ -295,7 +294,7 @@ void CMValuesWorker::getData(const CMGetDataRequest &request)
 {
     Entry entry;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         entry = m_entries.value(keyOf(request.path()));
     }
     VeskRoles roles;
@@ -333,7 +332,7 @@ void CMValuesWorker::setData(const CMSetDataRequest &request)
     Check check;
     Outcome permitted = Outcome::Unknown;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         const auto found = m_entries.constFind(keyOf(request.path()));
         if (found != m_entries.constEnd()) {
             permitted = permission(*found, sent, true);
@@ -386,7 +385,7 @@ void CMValuesWorker::languageChanged()
 {
     QList<CMPath> titled;
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         for (auto it = m_entries.constBegin(); it != m_entries.constEnd(); ++it) {
             if (it->title.isTranslatable())
                 titled.append(it.key());

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "api/core/TrString.h"
 #include "api/nodes/CMAbstractWorker.h"
 #include "api/values/VeskValue.h"
@@ -10,15 +11,14 @@
 #include <QHash>
 
 #include <functional>
-#include <mutex>
 
-/// The values of one or more prefixes: settings and states that a host defines and everybody reads,
-/// follows and, where they are writable, writes. Answers on the thread that asks, so reading a
-/// value never waits. All calls from any thread. Register it at the root, and remove it there
+/// The values of one or more prefixes: settings and states that a host defines and that any client
+/// may read, follow and, where they are writable, write. Answers on the caller's thread, so reading
+/// a value never waits. All calls from any thread. Register it at the root, and remove it there
 /// before it is destroyed.
 ///
-/// What a request writes takes effect at once, or, when the host keeps its values (setKeep), once
-/// it is kept; only then is the request answered.
+/// What a request writes takes effect at once, or, when the host persists its values (setKeep),
+/// once it is persisted; only then is the request answered.
 ///
 /// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" and "description"
 /// (TrStrings), "path", and "pinned" for a value that stays as it is; parameters of the path do not
@@ -36,29 +36,28 @@ public:
     /// type for good.
     void define(const CMPath &path, const VeskValue &value, Access access = ReadOnly,
         const TrString &title = TrString());
-    /// What the value at \a path, which was defined, is good for; its role "description".
+    /// Explains the value at \a path, which must be defined; its role "description".
     void describe(const CMPath &path, const TrString &description);
-    /// Sets a value that was defined, from inside the host: access does not matter, but a pinned
-    /// value stays. Returns false, and changes nothing, for an unknown path, a pinned value or a
-    /// wrong type.
+    /// Sets a value from inside the host, whatever its access; a pinned value stays. Returns false,
+    /// and changes nothing, for an unknown path, a pinned value or a wrong type.
     bool setValue(const CMPath &path, const VeskValue &value);
-    /// What is wrong with a value that a request wants to set: what was sent, and the value it was
-    /// read as, empty when it is not of the type. An empty error when nothing is. Pure.
+    /// Validates what a request wants to set: \a sent as it came, and the \a value it was read as,
+    /// empty when it is not of the type. Returns an empty error when it is valid. Pure.
     using Check = std::function<CMError(const QVariant &sent, const VeskValue &value)>;
-    /// Has requests to the value at \a path, which was defined, set only what passes \a check; any
-    /// value of its type passes without one.
+    /// Requests to the value at \a path, which must be defined, may only set what passes \a check;
+    /// without one any value of its type passes.
     void setCheck(const CMPath &path, Check check);
-    /// Keeps the value as it is, whoever sets it.
+    /// Makes every later change of the value fail.
     void pin(const CMPath &path);
 
-    /// Called once, with an empty error when the value is kept, on any thread; not after this is
-    /// destroyed. Letting go of it without a call ends the request with an error.
+    /// To be called once, on any thread, with an empty error when the value is persisted; not after
+    /// this is destroyed. Destroying it uncalled ends the request with an error.
     using Kept = std::function<void(const CMError &)>;
-    /// Called on the thread of the request, for a change that is permitted, also when the value is
-    /// that already: an earlier change may still be on its way.
+    /// Called on the request's thread for each permitted change, also when the value is the same
+    /// already: an earlier change may still be in progress.
     using Keep = std::function<void(const CMPath &path, const VeskValue &value, const Kept &kept)>;
-    /// Has what requests write kept before it takes effect. What cannot be kept is refused: the
-    /// value stays, and the request ends with the error. With null nothing is kept any more.
+    /// Persists what requests write before it takes effect. When that fails the value stays, and
+    /// the request ends with the error. Null: values are not persisted.
     void setKeep(Keep keep);
 
     /// Empty for an unknown path.
@@ -73,11 +72,11 @@ public:
     void languageChanged() override;
 
 Q_SIGNALS:
-    /// A value changed, from whichever thread changed it. \a byRequest tells a request of a client
-    /// from the host's own call. Of changes on several threads at a time the later may be told
-    /// first: value() has the present one.
+    /// A value changed; emitted on the thread that changed it. \a byRequest tells a client's
+    /// request from the host's own call. When several threads change a value at the same time the
+    /// signals may come in another order than the changes: value() has the current one.
     void valueChanged(const CMPath &path, const VeskValue &value, bool byRequest);
-    /// A request read a value. From the thread that asked.
+    /// A request read a value; emitted on the caller's thread.
     void valueRead(const CMPath &path, const VeskValue &value);
 
 private:
@@ -92,7 +91,7 @@ private:
     };
 
     bool isDefined(const CMPath &path) const;
-    /// Whether \a entry may become \a value; under m_mutex.
+    /// Whether \a entry may become \a value.
     static Outcome permission(const Entry &entry, const VeskValue &value, bool byRequest);
     static CMError errorOf(Outcome outcome);
     Outcome change(const CMPath &path, const VeskValue &value, bool byRequest);
@@ -100,8 +99,7 @@ private:
     void setData(const CMSetDataRequest &request);
     void write(const CMSetDataRequest &request, const VeskValue &value);
 
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    QHash<CMPath, Entry> m_entries;
-    Keep m_keep;
+    mutable VeskMutex m_mutex;
+    QHash<CMPath, Entry> m_entries VESK_GUARDED_BY(m_mutex);
+    Keep m_keep VESK_GUARDED_BY(m_mutex);
 };

@@ -3,6 +3,8 @@
 
 #include "api/nodes/CMWorker.h"
 
+#include "api/core/Mutex.h"
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/percent.h"
 #include "api/core/vesk.h"
@@ -16,7 +18,6 @@
 #include <algorithm>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -25,31 +26,33 @@ VESK_LOGGER("Nodes")
 
 namespace {
 
-/// How much one wake-up may take from the inbox before the timers and sockets of the thread get
-/// their turn: a single request may block the thread for long.
+/// How much of the inbox one wake-up may handle before the thread's timers and sockets get their
+/// turn: a single request may block the thread for long.
 constexpr int batchSize = 16;
 constexpr qint64 batchMilliseconds = 5;
 
 using Listeners = std::vector<CMWorker::HandlingListener *>;
 
-/// A list is never changed once it is here.
-struct HandlingListeners {
-    std::mutex mutex;
-    /// Guarded by mutex.
-    std::shared_ptr<const Listeners> listeners = std::make_shared<const Listeners>();
-
-    std::shared_ptr<const Listeners> present()
+/// Copied on write, so that the listeners of a request stay the same from begin() to end().
+class HandlingListeners {
+public:
+    std::shared_ptr<const Listeners> current()
     {
-        const std::lock_guard<std::mutex> lock(mutex);
-        return listeners;
+        const VeskMutexLock lock(m_mutex);
+        return m_listeners;
     }
     void change(const std::function<void(Listeners &)> &change)
     {
-        const std::lock_guard<std::mutex> lock(mutex);
-        auto changed = std::make_shared<Listeners>(*listeners);
+        const VeskMutexLock lock(m_mutex);
+        auto changed = std::make_shared<Listeners>(*m_listeners);
         change(*changed);
-        listeners = std::move(changed);
+        m_listeners = std::move(changed);
     }
+
+private:
+    VeskMutex m_mutex;
+    std::shared_ptr<const Listeners> m_listeners VESK_GUARDED_BY(m_mutex)
+        = std::make_shared<const Listeners>();
 };
 
 HandlingListeners &handlingListeners()
@@ -58,11 +61,12 @@ HandlingListeners &handlingListeners()
     return listeners;
 }
 
-/// Tells the listeners, and how the errors of a poll are logged.
+/// Exists while a request is handled: notifies the listeners, and has a poll's errors logged at
+/// DEBUG.
 class Handling {
 public:
     explicit Handling(const CMRequest &request)
-        : m_listeners(handlingListeners().present())
+        : m_listeners(handlingListeners().current())
     {
         if (request.isPoll())
             m_expectedErrors.emplace();
@@ -83,9 +87,9 @@ private:
 
 } // namespace
 
-/// What the root knows of a worker, in its place: other threads reach only this object, which is
-/// whole before the worker is registered and until after it was removed, while the worker itself
-/// may still be, or no more be, of its derived class.
+/// What the root routes to in the worker's place. Other threads only ever reach this object, which
+/// is complete from before the worker's registration until after its removal; the worker itself may
+/// still be under construction then, or have lost its derived class in its destructor.
 class CMWorkerInbox : public CMAbstractWorker {
 public:
     explicit CMWorkerInbox(CMWorker *worker)
@@ -109,18 +113,18 @@ public:
     }
     void languageChanged() override { push({Item::Language, CMRequest(), CMPath()}); }
 
-    /// Takes nothing in any more and lets go of what waits.
+    /// Refuses everything from now on and drops what is queued, which answers it with errors.
     void close()
     {
-        std::deque<Item> waiting; // let go outside the lock
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        std::deque<Item> waiting; // destroyed after the lock: an answer may call back
+        const VeskMutexLock lock(m_mutex);
         m_open = false;
         waiting.swap(m_items);
     }
 
     int size() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return static_cast<int>(m_items.size());
     }
     bool isOwnThread() const { return QThread::currentThread() == m_thread; }
@@ -143,21 +147,20 @@ private:
 
     bool isOpen() const
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         return m_open;
     }
 
     void push(Item item)
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
+        const VeskMutexLock lock(m_mutex);
         if (!m_open)
             return;
         m_items.push_back(std::move(item));
         wakeUp();
     }
 
-    /// Expects the lock to be held.
-    void wakeUp()
+    void wakeUp() VESK_REQUIRES(m_mutex)
     {
         if (m_wokenUp)
             return;
@@ -169,7 +172,7 @@ private:
     {
         QElapsedTimer elapsed;
         elapsed.start();
-        std::unique_lock<std::mutex> lock(m_mutex);
+        VeskMutexLock lock(m_mutex);
         m_wokenUp = false;
         for (int taken = 0; !m_items.empty(); ++taken) {
             if (taken == batchSize || elapsed.hasExpired(batchMilliseconds)) {
@@ -217,11 +220,11 @@ private:
     /// How many handlers are running, one inside another. Own thread only.
     int m_depth = 0;
 
-    mutable std::mutex m_mutex;
-    /// Guarded by m_mutex.
-    bool m_open = true;
-    bool m_wokenUp = false;
-    std::deque<Item> m_items;
+    mutable VeskMutex m_mutex;
+    bool m_open VESK_GUARDED_BY(m_mutex) = true;
+    /// Whether an event is posted that takeBatch() has not seen yet.
+    bool m_wokenUp VESK_GUARDED_BY(m_mutex) = false;
+    std::deque<Item> m_items VESK_GUARDED_BY(m_mutex);
 };
 
 CMWorker::CMWorker(const QVariantHash &config, const QString &name)
@@ -279,23 +282,27 @@ void CMWorker::languageChanged()
 
 void CMWorker::addForeignPath(const CMPath &path)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (CMRootWorker *root = CMRoot())
         root->addForeignPath(path, m_inbox.get());
 }
 
 void CMWorker::removeForeignPath(const CMPath &path)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (CMRootWorker *root = CMRoot())
         root->removeForeignPath(path, m_inbox.get());
 }
 
 void CMWorker::ping(const CMSetDataRequest &request)
 {
+    VESK_ASSERT_OWN_THREAD();
     request.reply().setValue(request.value());
 }
 
 void CMWorker::trace()
 {
+    VESK_ASSERT_OWN_THREAD();
     VESK_DEBUG("Worker '" << m_name << "': " << m_inbox->size() << " waiting");
 }
 
@@ -317,7 +324,8 @@ void CMWorker::removeHandlingListener(HandlingListener *listener)
 
 void CMWorker::deliver(const CMRequest &request)
 {
-    // Ended by its asker while it waited. What changes something is done all the same.
+    // Cancelled by the caller while it was queued. A request that writes is carried out all the
+    // same: the caller cannot know that it was not.
     if (request.kind() != CMRequest::SetData && request.reply().isFinished())
         return;
     const Handling handling(request);

@@ -3,12 +3,11 @@
 
 #include "api/web/HttpSettings.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/vesk.h"
 #include "api/web/ConnectionGuard.h"
 
 #include <QtGlobal>
-
-#include <mutex>
 
 #ifndef VESK_VERSION
 #define VESK_VERSION "0.1.0"
@@ -20,9 +19,9 @@ constexpr long MaxRedirects = 5;
 
 /// Never destroyed: a thread may start an exchange while the process ends.
 struct SharedSettings {
-    std::mutex mutex;
-    /// Guarded by mutex.
-    std::shared_ptr<const HttpSettings> settings = std::make_shared<HttpSettings>();
+    VeskMutex mutex;
+    std::shared_ptr<const HttpSettings> settings VESK_GUARDED_BY(mutex)
+        = std::make_shared<HttpSettings>();
 };
 
 SharedSettings &sharedSettings()
@@ -36,7 +35,7 @@ template <class Change>
 void changeSettings(const Change &change)
 {
     SharedSettings &shared = sharedSettings();
-    const std::lock_guard<std::mutex> lock(shared.mutex);
+    const VeskMutexLock lock(shared.mutex);
     const HttpSettings &before = *shared.settings;
     auto changed = std::make_shared<HttpSettings>();
     for (const curl_slist *entry = before.connectTo; entry; entry = entry->next)
@@ -46,8 +45,7 @@ void changeSettings(const Change &change)
     shared.settings = changed;
 }
 
-/// Debian's folder of hashed certificates; the variable that OpenSSL's and curl's programs know
-/// names another.
+/// SSL_CERT_DIR, as OpenSSL and the curl tool read it, or Debian's folder of hashed certificates.
 QByteArray certificateFolder()
 {
     const QByteArray folder = qgetenv("SSL_CERT_DIR");
@@ -60,7 +58,7 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view start)
         && qstrnicmp(text.data(), start.data(), static_cast<uint>(start.size())) == 0;
 }
 
-/// What libcurl, which follows redirects, takes the head's status for.
+/// The status by which libcurl decides whether the head is a redirect.
 long statusOf(CURL *easy)
 {
     long code = 0;
@@ -73,7 +71,7 @@ long statusOf(CURL *easy)
 std::shared_ptr<const HttpSettings> HttpSettings::current()
 {
     SharedSettings &shared = sharedSettings();
-    const std::lock_guard<std::mutex> lock(shared.mutex);
+    const VeskMutexLock lock(shared.mutex);
     return shared.settings;
 }
 
