@@ -3,6 +3,8 @@
 
 #include "api/core/percent.h"
 
+#include "api/core/utf8.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -10,8 +12,8 @@ namespace {
 
 constexpr char digits[] = "0123456789ABCDEF";
 
-/// What each ASCII character becomes. Looking it up takes no decision, which matters: whether a
-/// character is to be encoded is what no processor can foresee.
+/// What each ASCII character becomes. A look-up instead of a branch, which the processor would
+/// often predict wrongly.
 class Table {
 public:
     constexpr explicit Table(const char *more)
@@ -83,18 +85,8 @@ ushort *writeEscape(ushort *out, unsigned byte)
 /// For characters beyond ASCII.
 ushort *writeCodePoint(ushort *out, uint c)
 {
-    if (c < 0x800) {
-        out = writeEscape(out, 0xC0 | c >> 6);
-        return writeEscape(out, 0x80 | (c & 0x3F));
-    }
-    if (c < 0x10000) {
-        out = writeEscape(out, 0xE0 | c >> 12);
-    } else {
-        out = writeEscape(out, 0xF0 | c >> 18);
-        out = writeEscape(out, 0x80 | (c >> 12 & 0x3F));
-    }
-    out = writeEscape(out, 0x80 | (c >> 6 & 0x3F));
-    return writeEscape(out, 0x80 | (c & 0x3F));
+    veskWriteUtf8(c, [&out](unsigned byte) { out = writeEscape(out, byte); });
+    return out;
 }
 
 /// Encodes the character at \a in, which it moves behind it, or behind both halves of a pair.
@@ -113,7 +105,7 @@ ushort *encodeOne(ushort *out, const ushort *&in, const ushort *end, const Table
 /// Encodes [in, end) to \a out, which has room for MaxGrowth times as much.
 ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &table)
 {
-    // Nearly everything is ASCII: four characters take one decision.
+    // Nearly all texts are ASCII: one branch for four characters.
     while (end - in >= 4) {
         if ((in[0] | in[1] | in[2] | in[3]) < 128) {
             for (int i = 0; i < 4; ++i)
@@ -126,17 +118,6 @@ ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &ta
     while (in != end)
         out = encodeOne(out, in, end, table);
     return out;
-}
-
-int hexValue(ushort c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    return -1;
 }
 
 /// Reads percent-encoded UTF-8 from [in, end).
@@ -155,10 +136,10 @@ public:
         while (m_in != m_end) {
             const ushort c = *m_in;
             if (c == '%') {
-                uint codePoint = 0;
-                if (!readCodePoint(codePoint))
+                const auto codePoint = veskReadUtf8([this] { return readByte(); });
+                if (!codePoint)
                     return nullptr;
-                out = write(out, codePoint);
+                out = write(out, *codePoint);
             } else if (!QChar::isSurrogate(c)) {
                 *out++ = c;
                 ++m_in;
@@ -185,39 +166,15 @@ private:
         return out;
     }
 
-    /// The next byte, -1 when no sound escape follows.
+    /// The byte of the next escape, -1 when no valid escape follows.
     int readByte()
     {
         if (m_end - m_in < 3 || m_in[0] != '%')
             return -1;
-        const int high = hexValue(m_in[1]);
-        const int low = hexValue(m_in[2]);
+        const int high = veskHexValue(m_in[1]);
+        const int low = veskHexValue(m_in[2]);
         m_in += 3;
         return high < 0 || low < 0 ? -1 : high << 4 | low;
-    }
-
-    bool readCodePoint(uint &codePoint)
-    {
-        const int first = readByte();
-        if (first < 0)
-            return false;
-        if (first < 0x80) {
-            codePoint = static_cast<uint>(first);
-            return true;
-        }
-        const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
-        if (first < 0xC2 || first > 0xF4)
-            return false;
-        codePoint = static_cast<uint>(first & (0x3F >> more));
-        for (int i = 0; i < more; ++i) {
-            const int next = readByte();
-            if (next < 0 || (next & 0xC0) != 0x80)
-                return false;
-            codePoint = codePoint << 6 | static_cast<uint>(next & 0x3F);
-        }
-        static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
-        return codePoint >= least[more] && codePoint <= QChar::LastValidCodePoint
-            && !QChar::isSurrogate(codePoint);
     }
 
     const ushort *m_in;
@@ -237,11 +194,6 @@ QString veskPercentEncode(const QString &text, const char *keep)
     VeskPercentBuffer buffer;
     buffer.append(text, keep);
     return buffer.toString();
-}
-
-void veskAppendPercentEncoded(QString &out, const QString &text, const char *keep)
-{
-    out += veskPercentEncode(text, keep);
 }
 
 void VeskPercentBuffer::append(QStringView text, const char *keep)
@@ -275,17 +227,15 @@ QString VeskPercentBuffer::toString() const
     return QString(reinterpret_cast<const QChar *>(m_text.data()), m_size);
 }
 
-QString veskPercentDecode(QStringView text, bool *ok)
+std::optional<QString> veskPercentDecode(QStringView text)
 {
     const auto *const in = reinterpret_cast<const ushort *>(text.utf16());
     const ushort *const inEnd = in + text.size();
     QString out(int(text.size()), Qt::Uninitialized);
     auto *const begin = reinterpret_cast<ushort *>(out.data());
     const ushort *const end = Decoder(in, inEnd).run(begin);
-    if (ok)
-        *ok = end;
     if (!end)
-        return QString();
+        return std::nullopt;
     out.truncate(int(end - begin));
     return out;
 }

@@ -9,17 +9,17 @@
 #include <QStringView>
 #include <QVarLengthArray>
 
+#include <optional>
+
 /// \file
 /// Percent-encoding (RFC 3986, section 2.1), driven by a table because every row of a screen holds
 /// several encoded paths.
 
-/// Percent-encodes \a text as UTF-8 but for RFC 3986's unreserved characters and those in \a keep
+/// Percent-encodes \a text as UTF-8, except RFC 3986's unreserved characters and those in \a keep
 /// (ASCII).
 VESK_API QString veskPercentEncode(const QString &text, const char *keep = "");
-/// Appends the same to \a out.
-VESK_API void veskAppendPercentEncoded(QString &out, const QString &text, const char *keep = "");
 
-/// Puts together a text of percent-encoded parts, on the stack as long as it is not very long.
+/// Builds a text of percent-encoded parts, on the stack unless it is very long.
 class VESK_API VeskPercentBuffer {
 public:
     VeskPercentBuffer()
@@ -44,7 +44,7 @@ private:
 
     template <class EncodingTable>
     void appendWith(const EncodingTable &table, QStringView text);
-    /// Where to write the next \a size characters; m_size is to be moved behind them.
+    /// Where to write the next \a size characters; the caller then adds them to m_size.
     ushort *room(int size)
     {
         if (m_text.size() - m_size < size)
@@ -52,11 +52,11 @@ private:
         return m_text.data() + m_size;
     }
 
-    /// As large as there is room, so that appending a part does not resize it.
+    /// Always resized to its whole capacity, of which m_size is in use: growing it part by part
+    /// would initialise each character twice.
     QVarLengthArray<ushort, UsualSize> m_text;
     int m_size = 0;
 };
 
-/// Undoes it. Sets \a ok (where given) to false, and returns an empty text, when an escape is
-/// damaged or the bytes are no UTF-8.
-VESK_API QString veskPercentDecode(QStringView text, bool *ok = nullptr);
+/// Undoes veskPercentEncode(). None when an escape is malformed or the bytes are no UTF-8.
+VESK_API std::optional<QString> veskPercentDecode(QStringView text);

@@ -78,11 +78,9 @@ bool readParam(QStringView entry, CMPath::ParamList &params)
     const auto equals = entry.indexOf(QLatin1Char('='));
     if (equals < 0)
         return false;
-    bool keyOk = false;
-    bool valueOk = false;
-    const QString key = veskPercentDecode(entry.left(equals), &keyOk);
-    const QString value = veskPercentDecode(entry.mid(equals + 1), &valueOk);
-    return keyOk && valueOk && insertNew(params, key, value);
+    const auto key = veskPercentDecode(entry.left(equals));
+    const auto value = veskPercentDecode(entry.mid(equals + 1));
+    return key && value && insertNew(params, *key, *value);
 }
 
 bool readParams(QStringView text, CMPath::ParamList &params)
@@ -142,13 +140,13 @@ CMPath CMPath::fromEncoded(const QString &encoded)
 
     const QStringView rest = text.mid(colon + 1);
     const auto question = rest.indexOf(QLatin1Char('?'));
-    bool prefixOk = false;
-    bool baseOk = false;
-    CMPath path;
-    path.m_prefix = veskPercentDecode(text.left(colon), &prefixOk);
-    path.m_base = veskPercentDecode(question < 0 ? rest : rest.left(question), &baseOk);
-    if (!prefixOk || !baseOk)
+    const auto prefix = veskPercentDecode(text.left(colon));
+    const auto base = veskPercentDecode(question < 0 ? rest : rest.left(question));
+    if (!prefix || !base)
         return CMPath();
+    CMPath path;
+    path.m_prefix = *prefix;
+    path.m_base = *base;
     if (question >= 0 && !readParams(rest.mid(question + 1), path.m_params))
         return CMPath();
     return path;

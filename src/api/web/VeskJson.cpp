@@ -19,7 +19,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-/// Answers up to this size leave their parser to the thread's next one.
+/// Up to this size a parser is kept for the thread's next text.
 constexpr std::size_t KeptParserBytes = std::size_t(1024) * 1024;
 constexpr std::size_t LeastParserBytes = std::size_t(16) * 1024;
 
@@ -37,14 +37,14 @@ QString makeText(std::string_view view)
     const int size = static_cast<int>(view.size());
     if (isAscii(view.data(), view.size()))
         return QString::fromLatin1(view.data(), size);
-    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
+    // Qt takes a leading U+FEFF for a byte order mark and drops it.
     const QString text = QString::fromUtf8(view.data(), size);
     return view.substr(0, 3) == "\xEF\xBB\xBF" ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
-/// The texts of one answer that came last, so that those that come again and again (keys,
-/// "outline", guide ids, bit rates) are made once and shared: a direct-mapped cache over the
-/// parser's own string buffer, in which up to seven bytes behind a text may be read.
+/// Shares the QStrings of texts that an answer repeats (keys, "outline", guide ids, bit rates): a
+/// direct-mapped cache over the parser's string buffer, which is padded, so that slotOf() may read
+/// up to seven bytes behind a text.
 template <unsigned SlotBits, std::size_t MaxSize>
 class SharedTexts {
 public:
@@ -86,7 +86,7 @@ private:
     QString m_unshared;
 };
 
-/// Whole numbers that a qlonglong holds become one, however they are written ("1.0", "1e3").
+/// A qlonglong for whole numbers in its range, however they are written ("1.0", "1e3").
 QVariant numberVariant(double value)
 {
     constexpr double limit = 9223372036854775808.0; // 2^63
@@ -95,7 +95,7 @@ QVariant numberVariant(double value)
     return QVariant(value);
 }
 
-/// Turns one parsed answer into variants. Values are built where they stay.
+/// Turns one parsed text into variants, each built in its final place.
 class VariantBuilder {
 public:
     /// False when the answer is nested too deeply.
@@ -106,7 +106,7 @@ public:
     }
 
 private:
-    /// simdjson's own limit does not count an empty list or object at the bottom.
+    /// Counts the depth, as simdjson's own limit ignores an empty list or object at the bottom.
     struct Level {
         explicit Level(VariantBuilder &builder)
             : depth(builder.m_depth)
@@ -182,18 +182,10 @@ private:
     bool m_tooDeep = false;
 };
 
-QVariant failure(const char *message, int offset, VeskError &error, unsigned int *position)
-{
-    error = VeskError(QString::fromLatin1(message), offset);
-    if (position)
-        *position = static_cast<unsigned int>(offset);
-    return QVariant();
-}
-
-/// Parses with memory that each thread keeps, as long as it is not much.
+/// A parser whose memory each thread keeps, unless it is much.
 class ThreadParser {
 public:
-    /// Gives much memory back when a parse is over.
+    /// Frees a large parser at the end of its scope.
     struct Shrinker {
         explicit Shrinker(ThreadParser &toShrink)
             : parser(toShrink)
@@ -236,16 +228,14 @@ QVariant VeskJson::parse(const QByteArray &data, VeskError &error, unsigned int 
         && VariantBuilder().build(result, root))
         return result;
 
-    if (const int offset = invalidUtf8At(data); offset >= 0)
-        return failure("invalid UTF-8", offset, error, position);
-    const RepairedJson repaired = repairJson(data);
-    if (repaired.message)
-        return failure(repaired.message, repaired.offset, error, position);
-    const std::string &text = repaired.text;
-    if (parser.parse(text.data(), text.size()).get(root) == simdjson::SUCCESS
+    const Result<std::string, VeskError> repaired = repairJson(data);
+    if (repaired && parser.parse(repaired->data(), repaired->size()).get(root) == simdjson::SUCCESS
         && VariantBuilder().build(result, root))
         return result;
-    return failure("not readable", 0, error, position);
+    error = repaired ? VeskError(QStringLiteral("not readable"), 0) : repaired.error();
+    if (position)
+        *position = static_cast<unsigned int>(error.offset());
+    return QVariant();
 }
 
 QByteArray VeskJson::write(const QVariant &value)

@@ -5,6 +5,7 @@
 
 #include "api/core/log.h"
 #include "api/core/percent.h"
+#include "api/core/utf8.h"
 
 #include <QSet>
 
@@ -75,14 +76,6 @@ int schemeSizeOf(const QString &url)
     return i < url.size() && url.at(i) == QLatin1Char(':') ? i : 0;
 }
 
-int hexValue(ushort c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    c |= 0x20;
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
 QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
 {
     QByteArray bytes;
@@ -90,8 +83,8 @@ QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
     for (int i = 0; i < text.size(); ++i) {
         const ushort c = text.at(i).unicode();
         if (c == '%' && i + 2 < text.size()) {
-            const int high = hexValue(text.at(i + 1).unicode());
-            const int low = hexValue(text.at(i + 2).unicode());
+            const int high = veskHexValue(text.at(i + 1).unicode());
+            const int low = veskHexValue(text.at(i + 2).unicode());
             if (high >= 0 && low >= 0) {
                 bytes.append(static_cast<char>(high * 16 + low));
                 i += 2;

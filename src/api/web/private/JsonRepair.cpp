@@ -3,17 +3,18 @@
 
 #include "api/web/private/JsonRepair.h"
 
+#include "api/core/utf8.h"
 #include "api/web/VeskJson.h"
 
 #include <QChar>
 
-#include <cctype>
 #include <cmath>
-#include <cstring>
+#include <string_view>
 
 namespace {
 
-/// Goes through a text once, copying what is good and replacing what is not.
+/// Reads a text once, as a state machine over what may come next; copies what simdjson accepts and
+/// rewrites what only this parser accepts.
 class Repair {
 public:
     explicit Repair(const QByteArray &data)
@@ -50,7 +51,7 @@ private:
 
     static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
     static bool isDigit(char c) { return c >= '0' && c <= '9'; }
-    /// NUL behind the end, where it is no part of JSON.
+    /// NUL behind the end, which is no character of JSON.
     char peek(int ahead = 0) const
     {
         return m_at + ahead < m_data.size() ? m_data.at(m_at + ahead) : '\0';
@@ -182,19 +183,19 @@ private:
         return true;
     }
 
-    /// The unit that the escape \a ahead stands for, -1 when there is none.
+    /// The UTF-16 unit of the "\u" escape \a ahead, -1 when there is none.
     int unitAt(int ahead) const
     {
         if (peek(ahead) != '\\' || peek(ahead + 1) != 'u')
             return -1;
-        bool ok = false;
-        const QByteArray digits = m_data.mid(m_at + ahead + 2, 4);
-        for (const char c : digits) {
-            if (!std::isxdigit(static_cast<uchar>(c)))
+        int unit = 0;
+        for (int i = 2; i < 6; ++i) {
+            const int digit = veskHexValue(static_cast<uchar>(peek(ahead + i)));
+            if (digit < 0)
                 return -1;
+            unit = unit << 4 | digit;
         }
-        const int unit = digits.toInt(&ok, 16);
-        return ok && digits.size() == 4 ? unit : -1;
+        return unit;
     }
 
     bool readUnicodeEscape()
@@ -265,39 +266,28 @@ private:
     char m_open[VeskJson::MaxDepth];
 };
 
-} // namespace
-
+/// The offset of the first byte that is no UTF-8; -1 when there is none.
 int invalidUtf8At(const QByteArray &data)
 {
-    for (int i = 0; i < data.size();) {
-        const auto lead = static_cast<uchar>(data.at(i));
-        const int more = lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
-        if ((lead >= 0x80 && lead < 0xC2) || lead > 0xF4 || i + more >= data.size())
-            return i;
-        uint codePoint = more == 0 ? lead : lead & (0x3Fu >> more);
-        for (int k = 1; k <= more; ++k) {
-            const auto next = static_cast<uchar>(data.at(i + k));
-            if ((next & 0xC0) != 0x80)
-                return i;
-            codePoint = codePoint << 6 | (next & 0x3F);
-        }
-        static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
-        if (codePoint < least[more] || codePoint > QChar::LastValidCodePoint
-            || QChar::isSurrogate(codePoint))
-            return i;
-        i += more + 1;
+    int next = 0;
+    const auto readByte
+        = [&] { return next < data.size() ? static_cast<uchar>(data.at(next++)) : -1; };
+    while (next < data.size()) {
+        const int start = next;
+        if (!veskReadUtf8(readByte))
+            return start;
     }
     return -1;
 }
 
-RepairedJson repairJson(const QByteArray &data)
+} // namespace
+
+Result<std::string, VeskError> repairJson(const QByteArray &data)
 {
+    if (const int offset = invalidUtf8At(data); offset >= 0)
+        return failure(VeskError(QStringLiteral("invalid UTF-8"), offset));
     Repair repair(data);
-    RepairedJson repaired;
-    if (!repair.run()) {
-        repaired.message = repair.message();
-        repaired.offset = repair.offset();
-    }
-    repaired.text = repair.take();
-    return repaired;
+    if (!repair.run())
+        return failure(VeskError(QString::fromLatin1(repair.message()), repair.offset()));
+    return repair.take();
 }

@@ -3,23 +3,17 @@
 
 #pragma once
 
+#include "api/values/VeskError.h"
+#include "base/Result.h"
+
 #include <QByteArray>
 
 #include <string>
 
-/// What simdjson reads of a text that it rejected.
-struct RepairedJson {
-    std::string text;
-    /// Null when \a text is JSON, otherwise what the original is not read for, and where.
-    const char *message = nullptr;
-    int offset = 0;
-};
-
-/// Makes JSON as simdjson reads it of what servers in the field send and QJsonDocument reads:
-/// control characters and unknown escapes within strings, half surrogate pairs, whole numbers of
-/// any length, a byte order mark. Finds where that fails, as simdjson does not tell. QJsonDocument
-/// itself is no help here: it leaks what an object holds under the first of two equal keys.
-RepairedJson repairJson(const QByteArray &data);
-
-/// The offset of the first byte that is no UTF-8; -1 when there is none.
-int invalidUtf8At(const QByteArray &data);
+/// Rewrites \a data, which simdjson rejected, as strict JSON, if its only faults are those that
+/// servers in the field send: control characters, unknown escapes and unpaired surrogates within
+/// strings, a decimal point at either end of a number, whole numbers of any length, a byte order
+/// mark. Otherwise tells where the text stops being JSON, which simdjson does not.
+///
+/// QJsonDocument accepts the same faults, but leaks the first of two equal keys' values.
+Result<std::string, VeskError> repairJson(const QByteArray &data);

@@ -4,6 +4,7 @@
 #include "api/web/private/JsonWriter.h"
 
 #include "api/core/TrString.h"
+#include "api/core/utf8.h"
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
 #include "api/web/VeskUrl.h"
@@ -79,7 +80,7 @@ private:
         ++m_size;
     }
 
-    /// JSON knows neither infinity nor "not a number".
+    /// JSON has neither infinity nor "not a number".
     template <class Real>
     void writeReal(Real value)
     {
@@ -220,30 +221,13 @@ private:
                     codePoint = QChar::surrogateToUcs4(c, *in++);
                 else if (QChar::isSurrogate(c))
                     codePoint = QChar::ReplacementCharacter;
-                out = encodeUtf8(out, codePoint);
+                veskWriteUtf8(codePoint, [&out](uint byte) { *out++ = static_cast<char>(byte); });
             } else if (c >= 0x20 && c != '"' && c != '\\') {
                 *out++ = static_cast<char>(c);
             } else {
                 out = encodeEscape(out, static_cast<char>(c));
             }
         }
-        return out;
-    }
-
-    static char *encodeUtf8(char *out, uint c)
-    {
-        if (c < 0x800) {
-            *out++ = static_cast<char>(0xC0 | c >> 6);
-        } else {
-            if (c < 0x10000) {
-                *out++ = static_cast<char>(0xE0 | c >> 12);
-            } else {
-                *out++ = static_cast<char>(0xF0 | c >> 18);
-                *out++ = static_cast<char>(0x80 | (c >> 12 & 0x3F));
-            }
-            *out++ = static_cast<char>(0x80 | (c >> 6 & 0x3F));
-        }
-        *out++ = static_cast<char>(0x80 | (c & 0x3F));
         return out;
     }
 

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Vesk authors
+// SPDX-License-Identifier: Apache-2.0
+
+#pragma once
+
+#include <QChar>
+
+#include <optional>
+
+/// \file
+/// UTF-8 (RFC 3629) byte by byte, and hexadecimal digits, for encoders and parsers that have their
+/// own buffers. Pure functions.
+
+/// Calls \a write with each byte of \a codePoint's UTF-8.
+template <class Write>
+void veskWriteUtf8(uint codePoint, Write write)
+{
+    if (codePoint < 0x80)
+        return write(codePoint);
+    if (codePoint < 0x800) {
+        write(0xC0 | codePoint >> 6);
+    } else {
+        if (codePoint < 0x10000) {
+            write(0xE0 | codePoint >> 12);
+        } else {
+            write(0xF0 | codePoint >> 18);
+            write(0x80 | (codePoint >> 12 & 0x3F));
+        }
+        write(0x80 | (codePoint >> 6 & 0x3F));
+    }
+    write(0x80 | (codePoint & 0x3F));
+}
+
+/// The code point whose bytes \a readByte returns one after another, -1 when there is none left.
+/// None for what is no UTF-8, overlong forms and surrogates included (RFC 3629, section 3).
+template <class ReadByte>
+std::optional<uint> veskReadUtf8(ReadByte readByte)
+{
+    const int first = readByte();
+    if (first < 0 || (first >= 0x80 && first < 0xC2) || first > 0xF4)
+        return std::nullopt;
+    if (first < 0x80)
+        return static_cast<uint>(first);
+    const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+    uint codePoint = static_cast<uint>(first & (0x3F >> more));
+    for (int i = 0; i < more; ++i) {
+        const int next = readByte();
+        if (next < 0 || (next & 0xC0) != 0x80)
+            return std::nullopt;
+        codePoint = codePoint << 6 | static_cast<uint>(next & 0x3F);
+    }
+    static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
+    if (codePoint < least[more] || codePoint > QChar::LastValidCodePoint
+        || QChar::isSurrogate(codePoint))
+        return std::nullopt;
+    return codePoint;
+}
+
+/// The value of a hexadecimal digit, -1 for any other character.
+inline int veskHexValue(ushort c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c |= 0x20;
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
