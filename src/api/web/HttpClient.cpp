@@ -34,7 +34,7 @@ bool isSequence(const QByteArray &der)
     return der.size() == 2 + lengthBytes + length;
 }
 
-/// The certificates in \a pem, without what stands around them.
+/// The certificates in \a pem, without other blocks and text.
 QByteArray certificatesIn(const QByteArray &pem)
 {
     static const QByteArray begin = QByteArrayLiteral("-----BEGIN CERTIFICATE-----");
@@ -60,7 +60,7 @@ std::ostream &operator<<(std::ostream &out, HttpClientStatus status)
 {
     static constexpr const char *names[]
         = {"Success", "InvalidRequest", "ResolveFailed", "ConnectFailed", "TimedOut", "TooLarge",
-            "TlsFailed", "ConnectionLost", "TooManyRedirects", "ProtocolError", "Cancelled"};
+            "TlsFailed", "TooManyRedirects", "Broken", "Cancelled"};
     const auto index = static_cast<std::size_t>(status);
     if (index < std::size(names))
         return out << names[index];

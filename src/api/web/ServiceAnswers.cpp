@@ -42,8 +42,7 @@ VeskServiceFault::Kind kindOf(HttpClientStatus status)
     case HttpClientStatus::TlsFailed:
         return VeskServiceFault::Insecure;
     case HttpClientStatus::TooLarge:
-    case HttpClientStatus::ConnectionLost:
-    case HttpClientStatus::ProtocolError:
+    case HttpClientStatus::Broken:
         return VeskServiceFault::Broken;
     case HttpClientStatus::Success:
     case HttpClientStatus::InvalidRequest:

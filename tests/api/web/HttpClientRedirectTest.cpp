@@ -78,10 +78,10 @@ TEST_F(HttpClientRedirectTest, aLocationWithoutASchemeIsRelative)
     }
 }
 
-TEST_F(HttpClientRedirectTest, aRedirectThatNamesNoUrlIsAProtocolError)
+TEST_F(HttpClientRedirectTest, aRedirectToAMalformedUrlIsBroken)
 {
     const ScriptedServer server(always(redirectTo("http://127.0.0.1:99999/")));
-    EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::ProtocolError);
+    EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::Broken);
 }
 
 TEST_F(HttpClientRedirectTest, theTargetsFailureIsTheResult)

@@ -49,7 +49,7 @@ TEST(ScriptedServerTest, endsWhatStallsWhenItIsDestroyed)
     EXPECT_TRUE(ends.isEmpty());
     server.reset();
     ASSERT_TRUE(spinUntil([&ends] { return !ends.isEmpty(); }));
-    EXPECT_EQ(ends, QList<HttpClientStatus> {HttpClientStatus::ConnectionLost});
+    EXPECT_EQ(ends, QList<HttpClientStatus> {HttpClientStatus::Broken});
 }
 
 TEST(ScriptedServerTest, goesOnServingWithManyConnections)

@@ -30,8 +30,8 @@ TEST(ServiceAnswers, AnExchangeThatFailedIsAFaultOfItsKind)
     const std::vector<std::pair<Status, Fault::Kind>> kinds {
         {Status::ResolveFailed, Fault::Unreachable}, {Status::ConnectFailed, Fault::Unreachable},
         {Status::TooManyRedirects, Fault::Unreachable}, {Status::TimedOut, Fault::TimedOut},
-        {Status::TlsFailed, Fault::Insecure}, {Status::ConnectionLost, Fault::Broken},
-        {Status::TooLarge, Fault::Broken}, {Status::ProtocolError, Fault::Broken}};
+        {Status::TlsFailed, Fault::Insecure}, {Status::Broken, Fault::Broken},
+        {Status::TooLarge, Fault::Broken}};
     for (const auto &[status, kind] : kinds) {
         for (const ServiceAnswerForm &form : {Form, ServiceAnswerForm()})
             EXPECT_EQ(serviceFaultOf(exchange(status), form), (Fault {kind, 0}));

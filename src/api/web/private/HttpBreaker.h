@@ -3,26 +3,24 @@
 
 #pragma once
 
-#include "api/core/export.h"
-
 #include <QByteArray>
 #include <QHash>
 
 #include <chrono>
 #include <functional>
 
-/// Which addresses have just timed out: asking them again at once would make each caller wait for
-/// as long again. Bounded. One thread.
-class VESK_API HttpBreaker {
+/// A circuit breaker: remembers which addresses have just timed out, because asking them again at
+/// once would make each caller wait for the whole time-out again. Bounded. Not thread-safe.
+class HttpBreaker {
 public:
     using Clock = std::chrono::steady_clock;
     using Now = std::function<Clock::time_point()>;
 
-    /// For so long an address that timed out is not asked again.
+    /// For how long an address that timed out is not asked again.
     static constexpr std::chrono::seconds OpenTime {30};
     static constexpr int MaxAddresses = 64;
 
-    /// \a now is the time; empty for the machine's.
+    /// \a now replaces the machine's clock, for tests.
     explicit HttpBreaker(Now now = {});
 
     void timedOut(const QByteArray &address);

@@ -3,16 +3,14 @@
 
 #include "api/web/private/HttpCache.h"
 
-#include <curl/curl.h>
-
 #include <algorithm>
 #include <ctime>
 
 namespace {
 
-/// What an entry costs beside its bytes: list and hash nodes, array headers.
+/// What an entry costs beside its url and body: list and hash nodes, array headers.
 constexpr qint64 EntryOverhead = 512;
-/// No answer counts as fresh for longer; keeps sums of times in range.
+/// The longest freshness; keeps sums of times in range.
 constexpr qint64 LongestSeconds = 365LL * 24 * 3600;
 
 qint64 bootClock()
@@ -54,7 +52,7 @@ struct Directives {
                 begin = i + 1;
             }
         }
-        // Commas behind a quote that never ends may hide anything.
+        // An unclosed quote may hide any directive.
         noStore = noStore || quoted;
     }
 
@@ -77,52 +75,21 @@ private:
     }
 };
 
-/// For how many seconds an answer is fresh, its age on arrival taken off; nothing when the server
-/// did not say, or forbids to keep it.
+/// For how many seconds a response is fresh on arrival; none when it must not be reused.
 std::optional<qint64> freshSeconds(const HttpCacheHeaders &headers)
 {
     const Directives directives(headers.cacheControl);
-    if (directives.noStore)
+    if (directives.noStore || directives.noCache || !directives.maxAge)
         return std::nullopt;
-    if (directives.noCache)
-        return 0;
-    std::optional<qint64> lifetime = directives.maxAge;
-    if (!lifetime && !headers.expires.isNull()) {
-        // The difference of two times of the server's clock: this device's may be wrong.
-        const time_t expires = curl_getdate(headers.expires.constData(), nullptr);
-        const time_t date = curl_getdate(headers.date.constData(), nullptr);
-        lifetime = expires < 0 || date < 0 ? 0 : std::min<qint64>(expires - date, LongestSeconds);
-    }
-    if (!lifetime)
+    // All requests of a client carry the same header fields, so of Vary only "*" matters, which
+    // matches no request (RFC 9111, section 4.1).
+    if (headers.vary.contains('*'))
         return std::nullopt;
+    // An Age that cannot be read may stand for any.
     const qint64 age
         = headers.age.isNull() ? 0 : parseSeconds(headers.age).value_or(LongestSeconds);
-    return std::max<qint64>(0, *lifetime - age);
-}
-
-/// Every request names the same encodings, so an answer may vary by those.
-bool variesOnlyByEncoding(const QByteArray &vary)
-{
-    for (const QByteArray &name : vary.split(',')) {
-        const QByteArray trimmed = name.trimmed();
-        if (!trimmed.isEmpty() && trimmed.compare("Accept-Encoding", Qt::CaseInsensitive) != 0)
-            return false;
-    }
-    return true;
-}
-
-qint64 sizeOf(const HttpCacheHeaders &headers)
-{
-    return qint64(headers.cacheControl.size()) + headers.expires.size() + headers.date.size()
-        + headers.age.size() + headers.vary.size() + headers.etag.size()
-        + headers.lastModified.size();
-}
-
-/// \a newer where it says something, else \a older (RFC 9111, section 3.2).
-void update(QByteArray &older, const QByteArray &newer)
-{
-    if (!newer.isNull())
-        older = newer;
+    const qint64 left = *directives.maxAge - age;
+    return left > 0 ? std::optional(left) : std::nullopt;
 }
 
 } // namespace
@@ -136,22 +103,21 @@ void HttpCache::setSize(qint64 bytes)
 {
     m_size = std::max<qint64>(0, bytes);
     while (m_used > m_size)
-        drop(std::prev(m_kept.end()));
+        drop(std::prev(m_stored.end()));
 }
 
-std::optional<HttpCache::Entry> HttpCache::find(const QByteArray &url)
+std::optional<QByteArray> HttpCache::find(const QByteArray &url)
 {
     const auto found = m_index.constFind(url);
     if (found == m_index.constEnd())
         return std::nullopt;
-    const KeptList::iterator kept = *found;
-    const bool fresh = m_clock() < kept->staleAt;
-    if (!fresh && kept->headers.etag.isEmpty() && kept->headers.lastModified.isEmpty()) {
-        drop(kept);
+    const StoredList::iterator stored = *found;
+    if (m_clock() >= stored->staleAt) {
+        drop(stored);
         return std::nullopt;
     }
-    m_kept.splice(m_kept.begin(), m_kept, kept);
-    return Entry {kept->body, kept->headers.etag, kept->headers.lastModified, fresh};
+    m_stored.splice(m_stored.begin(), m_stored, stored);
+    return stored->body;
 }
 
 void HttpCache::store(const QByteArray &url, const HttpCacheHeaders &headers,
@@ -160,39 +126,20 @@ void HttpCache::store(const QByteArray &url, const HttpCacheHeaders &headers,
     if (const auto before = m_index.constFind(url); before != m_index.constEnd())
         drop(*before);
     const std::optional<qint64> seconds = freshSeconds(headers);
-    const bool hasValidator = !headers.etag.isEmpty() || !headers.lastModified.isEmpty();
-    if (!seconds || (*seconds == 0 && !hasValidator) || !variesOnlyByEncoding(headers.vary))
+    if (!seconds)
         return;
-    // A body read piece by piece may hold twice its bytes; kept ones do not.
+    // A body that was read piece by piece may have a buffer of twice its size.
     QByteArray exact = body;
     if (exact.capacity() > exact.size() + exact.size() / 8)
         exact.squeeze();
-    const qint64 bytes = EntryOverhead + 2 * qint64(url.size()) + exact.size() + sizeOf(headers);
+    const qint64 bytes = EntryOverhead + 2 * qint64(url.size()) + exact.size();
     if (bytes > m_size)
         return;
     while (m_used + bytes > m_size)
-        drop(std::prev(m_kept.end()));
-    m_kept.push_front({url, exact, headers, requestedAt + *seconds * 1000, bytes});
-    m_index.insert(url, m_kept.begin());
+        drop(std::prev(m_stored.end()));
+    m_stored.push_front({url, exact, requestedAt + *seconds * 1000, bytes});
+    m_index.insert(url, m_stored.begin());
     m_used += bytes;
-}
-
-void HttpCache::refresh(const QByteArray &url, const HttpCacheHeaders &headers,
-    const Entry &confirmed, qint64 requestedAt)
-{
-    HttpCacheHeaders merged;
-    if (const auto found = m_index.constFind(url); found != m_index.constEnd())
-        merged = (*found)->headers;
-    merged.etag = confirmed.etag;
-    merged.lastModified = confirmed.lastModified;
-    update(merged.cacheControl, headers.cacheControl);
-    update(merged.expires, headers.expires);
-    update(merged.date, headers.date);
-    merged.age = headers.age;
-    update(merged.vary, headers.vary);
-    update(merged.etag, headers.etag);
-    update(merged.lastModified, headers.lastModified);
-    store(url, merged, confirmed.body, requestedAt);
 }
 
 void HttpCache::remove(const QByteArray &url)
@@ -202,9 +149,9 @@ void HttpCache::remove(const QByteArray &url)
         drop(*found);
 }
 
-void HttpCache::drop(KeptList::iterator kept)
+void HttpCache::drop(StoredList::iterator stored)
 {
-    m_used -= kept->bytes;
-    m_index.remove(kept->url);
-    m_kept.erase(kept);
+    m_used -= stored->bytes;
+    m_index.remove(stored->url);
+    m_stored.erase(stored);
 }

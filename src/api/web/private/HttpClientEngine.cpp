@@ -3,6 +3,7 @@
 
 #include "api/web/private/HttpClientEngine.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/web/private/HttpTransfer.h"
@@ -32,27 +33,26 @@ const QEvent::Type deliverEvent = static_cast<QEvent::Type>(QEvent::registerEven
 const QEvent::Type shutDownEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 const QEvent::Type abandonEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// The engines that live, for shutDownAll(). Never destroyed: engines may outlive static objects.
+/// The engines that exist, for shutDownAll(). Never destroyed: engines may outlive static objects.
 struct Registry {
-    std::mutex mutex;
-    /// Guarded by mutex.
-    std::vector<HttpClientEngine *> engines;
+    VeskMutex mutex;
+    std::vector<HttpClientEngine *> engines VESK_GUARDED_BY(mutex);
 };
 
 Registry &registry()
 {
-    static auto &engines = *new Registry;
-    return engines;
+    static auto &theRegistry = *new Registry;
+    return theRegistry;
 }
 
-/// Set before there are engines.
+/// Not locked: set before there are engines, constant from then on.
 std::function<void()> &activityListener()
 {
     static auto &listener = *new std::function<void()>;
     return listener;
 }
 
-/// The same.
+/// As above.
 HttpClient::ExchangeListener &exchangeListener()
 {
     static auto &listener = *new HttpClient::ExchangeListener;
@@ -75,23 +75,23 @@ QByteArray cacheKeyOf(const VeskUrl &url)
 
 } // namespace
 
-HttpClientEngine::HttpClientEngine(QObject *parent, HttpClient::HttpVersion version,
-    bool followRedirects, HttpCache::Clock cacheClock)
+HttpClientEngine::HttpClientEngine(
+    QObject *parent, HttpClient::HttpVersion version, bool followRedirects)
     : QObject(parent)
     , m_version(version)
     , m_followRedirects(followRedirects)
-    , m_cache(std::move(cacheClock))
 {
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    registry().engines.push_back(this);
+    Registry &all = registry();
+    const VeskMutexLock lock(all.mutex);
+    all.engines.push_back(this);
 }
 
 HttpClientEngine::~HttpClientEngine()
 {
     {
-        const std::lock_guard<std::mutex> lock(registry().mutex);
-        auto &engines = registry().engines;
-        engines.erase(std::find(engines.begin(), engines.end(), this));
+        Registry &all = registry();
+        const VeskMutexLock lock(all.mutex);
+        all.engines.erase(std::find(all.engines.begin(), all.engines.end(), this));
     }
     m_idle.clear();
     if (m_multi)
@@ -100,8 +100,9 @@ HttpClientEngine::~HttpClientEngine()
 
 void HttpClientEngine::shutDownAll()
 {
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    for (HttpClientEngine *engine : registry().engines) {
+    Registry &all = registry();
+    const VeskMutexLock lock(all.mutex);
+    for (HttpClientEngine *engine : all.engines) {
         engine->m_closed = true;
         QCoreApplication::postEvent(engine, new QEvent(shutDownEvent));
     }
@@ -109,8 +110,9 @@ void HttpClientEngine::shutDownAll()
 
 void HttpClientEngine::abandonReading(bool abandon)
 {
-    const std::lock_guard<std::mutex> lock(registry().mutex);
-    for (HttpClientEngine *engine : registry().engines) {
+    Registry &all = registry();
+    const VeskMutexLock lock(all.mutex);
+    for (HttpClientEngine *engine : all.engines) {
         engine->m_abandonReading = abandon;
         if (abandon)
             QCoreApplication::postEvent(engine, new QEvent(abandonEvent));
@@ -129,11 +131,11 @@ void HttpClientEngine::setExchangeListener(HttpClient::ExchangeListener listener
 
 void HttpClientEngine::requireOwnThread() const
 {
-    // A client that outlived its thread may be destroyed by whoever has it.
+    // A client that outlived its thread may be destroyed on any other.
     VESK_ASSERT(QThread::currentThread() == thread() || !thread() || thread()->isFinished());
 }
 
-/// Ends at once what cannot be sent. Returns whether it did.
+/// Ends a request that cannot be sent. Returns whether it did.
 bool HttpClientEngine::refuse(const VeskUrl &url, HttpClient::Function &done)
 {
     HttpClientStatus status = HttpClientStatus::Success;
@@ -165,22 +167,20 @@ void HttpClientEngine::get(
     if (refuse(url, done))
         return;
     QByteArray key;
-    std::optional<HttpCache::Entry> kept;
+    std::optional<QByteArray> cached;
     if (options.useCache()) {
         if (m_abandonReading)
             return dontSend(url, HttpClientStatus::Cancelled, done);
         key = cacheKeyOf(url);
         if (m_breaker.isOpen(key))
             return dontSend(url, HttpClientStatus::TimedOut, done);
-        if (m_cache.isEnabled())
-            kept = m_cache.find(key);
+        cached = m_cache.find(key);
     }
-    if (kept && kept->fresh) {
-        const bool fits
-            = options.readSizeLimit() <= 0 || kept->body.size() <= options.readSizeLimit();
-        VESK_DEBUG("GET " << url << ": from the cache, " << kept->body.size() << " bytes");
+    if (cached) {
+        const bool fits = options.readSizeLimit() <= 0 || cached->size() <= options.readSizeLimit();
+        VESK_DEBUG("GET " << url << ": from the cache, " << cached->size() << " bytes");
         finish(std::move(done),
-            fits ? HttpClientResult(url, HttpClientStatus::Success, 200, kept->body)
+            fits ? HttpClientResult(url, HttpClientStatus::Success, 200, *cached)
                  : HttpClientResult(url, HttpClientStatus::TooLarge, 200, {}));
         postDelivery();
         return;
@@ -190,7 +190,6 @@ void HttpClientEngine::get(
     transfer->function = std::move(done);
     transfer->onlyReads = options.useCache();
     transfer->cacheKey = key;
-    transfer->conditional = std::move(kept);
     start(std::move(transfer), options);
 }
 
@@ -265,8 +264,9 @@ int HttpClientEngine::onSocketWanted(CURL *, curl_socket_t socket, int what, voi
     return 0;
 }
 
-/// A notifier that is no longer wanted is off at once, since its descriptor's number may soon mean
-/// another socket, and stays for that: making one costs more than the rest of a short exchange.
+/// Switches a notifier off as soon as libcurl no longer wants it, since the descriptor's number may
+/// soon be another socket's. The object is kept for that socket: creating one costs more than the
+/// rest of a short exchange.
 void HttpClientEngine::watch(QSocketNotifier *&notifier, int socket, bool forWriting, bool wanted)
 {
     if (notifier) {
@@ -315,7 +315,7 @@ void HttpClientEngine::timerEvent(QTimerEvent *)
     deliver();
 }
 
-/// Lets libcurl work on \a socket, or on what its time-outs are for, and takes what has ended.
+/// Lets libcurl work on \a socket, or on its time-outs, and collects the exchanges that have ended.
 void HttpClientEngine::drive(curl_socket_t socket, int mask)
 {
     constexpr int MostRounds = 16;
@@ -351,27 +351,19 @@ void HttpClientEngine::collect()
 
 void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
 {
-    HttpClientStatus status = transfer.status(curlCode);
-    int code = static_cast<int>(transfer.info(CURLINFO_RESPONSE_CODE));
-    const char *source = "";
+    const HttpClientStatus status = transfer.status(curlCode);
+    const int code = static_cast<int>(transfer.info(CURLINFO_RESPONSE_CODE));
     if (transfer.onlyReads && status == HttpClientStatus::TimedOut)
         m_breaker.timedOut(transfer.cacheKey);
     else if (transfer.onlyReads && status == HttpClientStatus::Success)
         m_breaker.answered(transfer.cacheKey);
     if (!transfer.cacheKey.isNull() && m_cache.isEnabled())
-        useCache(transfer, status, code);
-    if (status == HttpClientStatus::Success && code == 304 && transfer.conditional) {
-        source = ", from the cache, confirmed";
-        code = 200;
-        transfer.body = transfer.conditional->body;
-    }
-    if (transfer.bodyTooLong())
-        status = HttpClientStatus::TooLarge;
+        updateCache(transfer, status, code);
     if (status != HttpClientStatus::Success)
         transfer.body = QByteArray();
     VESK_DEBUG((transfer.isPost ? "POST " : "GET ")
         << transfer.url << ": " << status << ", code " << code << ", " << transfer.body.size()
-        << " bytes in " << transfer.clock.elapsed() << " ms" << source);
+        << " bytes in " << transfer.clock.elapsed() << " ms");
     finish(
         std::move(transfer.function), HttpClientResult(transfer.url, status, code, transfer.body));
 
@@ -379,7 +371,7 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     const auto it = std::find_if(m_active.begin(), m_active.end(),
         [&transfer](const auto &active) { return active.get() == &transfer; });
     tellActivity();
-    // A handle of a failed exchange may be left in any state.
+    // A failed exchange may leave its handle in any state.
     if (curlCode == CURLE_OK && m_idle.size() < MaxIdle) {
         transfer.clear();
         m_idle.splice(m_idle.end(), m_active, it);
@@ -388,17 +380,15 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     }
 }
 
-void HttpClientEngine::useCache(HttpTransfer &transfer, HttpClientStatus status, int code)
+void HttpClientEngine::updateCache(const HttpTransfer &transfer, HttpClientStatus status, int code)
 {
-    // Whatever came of it: the server may have done it.
+    // A POST invalidates its URL (RFC 9111, section 4.4), also when it failed: the server may have
+    // carried it out all the same.
     if (transfer.isPost)
         m_cache.remove(transfer.cacheKey);
-    else if (status != HttpClientStatus::Success || transfer.cacheRemovals != m_cache.removals())
-        return;
-    else if (code == 304 && transfer.conditional)
-        m_cache.refresh(transfer.cacheKey, transfer.cacheHeaders(), *transfer.conditional,
-            transfer.requestedAt);
-    else if (code == 200 && transfer.info(CURLINFO_REDIRECT_COUNT) == 0)
+    else if (status == HttpClientStatus::Success && code == 200
+        && transfer.cacheRemovals == m_cache.removals()
+        && transfer.info(CURLINFO_REDIRECT_COUNT) == 0)
         m_cache.store(
             transfer.cacheKey, transfer.cacheHeaders(), transfer.body, transfer.requestedAt);
 }
@@ -420,7 +410,7 @@ void HttpClientEngine::postDelivery()
 void HttpClientEngine::deliver()
 {
     const QPointer<HttpClientEngine> self(this);
-    // What these functions cause to end is for the next turn of the event loop.
+    // Exchanges that end because of these functions are delivered in the event loop's next turn.
     for (std::size_t count = m_finished.size(); count > 0 && self && !m_finished.empty(); --count) {
         const Finished finished = std::move(m_finished.front());
         m_finished.pop_front();
@@ -454,7 +444,7 @@ bool HttpClientEngine::event(QEvent *event)
     return QObject::event(event);
 }
 
-/// Turns all that is under way, or ended and not yet told, into Cancelled.
+/// Ends every exchange that is running, or whose result is not yet delivered, with Cancelled.
 void HttpClientEngine::cancelAll()
 {
     for (Finished &finished : m_finished)

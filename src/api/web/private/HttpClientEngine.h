@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "api/core/export.h"
 #include "api/web/HttpClient.h"
 #include "api/web/private/HttpBreaker.h"
 #include "api/web/private/HttpCache.h"
@@ -27,13 +26,12 @@ class QSocketNotifier;
 /// shutDownAll() alone may be called from any. libcurl is loaded by the first exchange, so that
 /// making an engine costs next to nothing.
 ///
-/// libcurl calls back only to report sockets, time-outs and bytes, while drive() runs; requests'
-/// functions are called afterwards, when nothing of libcurl is on the stack, so that they may start
+/// libcurl calls back only to report sockets, time-outs and bytes, while drive() runs. The callers'
+/// functions are called afterwards, when libcurl is no longer on the stack, so that they may start
 /// further exchanges or destroy the client.
-class VESK_API HttpClientEngine : public QObject {
+class HttpClientEngine : public QObject {
 public:
-    HttpClientEngine(QObject *parent, HttpClient::HttpVersion version, bool followRedirects,
-        HttpCache::Clock cacheClock = {});
+    HttpClientEngine(QObject *parent, HttpClient::HttpVersion version, bool followRedirects);
     /// Call close() before.
     ~HttpClientEngine() override;
 
@@ -41,7 +39,7 @@ public:
     void get(const VeskUrl &url, const HttpClientOptions &options, HttpClient::Function done);
     void post(const VeskUrl &url, const QByteArray &body, const HttpClientOptions &options,
         HttpClient::Function done);
-    /// Ends everything with Cancelled, and from now on all that is started.
+    /// Ends every exchange with Cancelled, those started later too.
     void close();
     static void shutDownAll();
     static void abandonReading(bool abandon);
@@ -78,7 +76,7 @@ private:
     void drive(curl_socket_t socket, int mask);
     void collect();
     void finish(HttpTransfer &transfer, CURLcode code);
-    void useCache(HttpTransfer &transfer, HttpClientStatus status, int code);
+    void updateCache(const HttpTransfer &transfer, HttpClientStatus status, int code);
     void finish(HttpClient::Function &&function, HttpClientResult &&result);
     void postDelivery();
     void deliver();
@@ -94,15 +92,15 @@ private:
 
     CURLM *m_multi = nullptr;
     Transfers m_active;
-    /// Their handles keep memory for the next exchange; at most MaxIdle.
+    /// For reuse, with their handles' memory; at most MaxIdle.
     Transfers m_idle;
     QHash<int, Watch> m_watches;
 
     QElapsedTimer m_clock;
     QBasicTimer m_timer;
-    /// When libcurl wants to be called, on m_clock; -1 for never. The timer may run out earlier and
-    /// is then started anew: most time-outs are taken back long before, and timers cost more than
-    /// that.
+    /// When libcurl wants to be called, on m_clock; -1 for never. The timer may fire earlier and is
+    /// then restarted: libcurl cancels most time-outs long before they are due, and stopping a
+    /// timer each time costs more than a few idle wake-ups.
     qint64 m_deadline = -1;
     qint64 m_timerEnd = 0;
     bool m_runNow = false;

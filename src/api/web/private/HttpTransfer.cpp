@@ -14,7 +14,7 @@ namespace {
 constexpr qint64 MaxReservedBytes = qint64(4) * 1024 * 1024;
 constexpr long ReceiveBufferBytes = 64L * 1024;
 
-HttpClientStatus statusOf(CURLcode code, const char *message)
+HttpClientStatus statusOf(CURLcode code)
 {
     switch (code) {
     case CURLE_OK:
@@ -40,20 +40,10 @@ HttpClientStatus statusOf(CURLcode code, const char *message)
     case CURLE_USE_SSL_FAILED:
     case CURLE_SSL_ENGINE_INITFAILED:
         return HttpClientStatus::TlsFailed;
-    case CURLE_RECV_ERROR:
-        // libcurl's code for a broken chunk as well as for a broken connection.
-        return std::string_view(message).find("chunk") == std::string_view::npos
-            ? HttpClientStatus::ConnectionLost
-            : HttpClientStatus::ProtocolError;
-    case CURLE_SEND_ERROR:
-    case CURLE_PARTIAL_FILE:
-    case CURLE_GOT_NOTHING:
-    case CURLE_HTTP2_STREAM:
-        return HttpClientStatus::ConnectionLost;
     case CURLE_TOO_MANY_REDIRECTS:
         return HttpClientStatus::TooManyRedirects;
     default:
-        return HttpClientStatus::ProtocolError;
+        return HttpClientStatus::Broken;
     }
 }
 
@@ -75,12 +65,11 @@ void HttpTransfer::setUp()
     };
     setUpHttpHandle(easy);
     set(CURLOPT_PRIVATE, static_cast<void *>(this));
-    set(CURLOPT_ERRORBUFFER, m_message);
     set(CURLOPT_HEADERFUNCTION, &HttpTransfer::onHead);
     set(CURLOPT_HEADERDATA, static_cast<void *>(this));
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
     set(CURLOPT_WRITEDATA, static_cast<void *>(this));
-    // A wish: a handle that still has its buffer refuses another size.
+    // May fail: a handle that still has its buffer refuses another size.
     curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, ReceiveBufferBytes);
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_HTTP_VERSION,
@@ -125,15 +114,12 @@ void HttpTransfer::setHeaders()
     const auto add
         = [this](const char *header) { m_headers = curl_slist_append(m_headers, header); };
     if (isPost) {
-        // Without a value the header is left out: no server is asked whether it wants the body.
+        // A name without a value removes the field: libcurl must not ask the server for permission
+        // to send the body, which costs a second with servers that do not know "Expect".
         add("Expect:");
         if (sentBody.isEmpty())
             add("Content-Type:");
     }
-    if (conditional && !conditional->etag.isEmpty())
-        add(("If-None-Match: " + conditional->etag).constData());
-    if (conditional && !conditional->lastModified.isEmpty())
-        add(("If-Modified-Since: " + conditional->lastModified).constData());
     curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers);
 }
 
@@ -146,9 +132,9 @@ bool HttpTransfer::takeHeadLine(std::string_view line)
 {
     switch (m_redirects.takeLine(line, easy)) {
     case HttpRedirectRule::TooLong:
-        return fail(HttpClientStatus::ProtocolError);
+        return fail(HttpClientStatus::Broken);
     case HttpRedirectRule::ForbiddenRedirect:
-        // Handed out as an answer, it takes nobody anywhere.
+        // A redirect that is handed out as the response is harmless.
         return !m_followRedirects || fail(HttpClientStatus::TooManyRedirects);
     case HttpRedirectRule::Fine:
         break;
@@ -158,7 +144,7 @@ bool HttpTransfer::takeHeadLine(std::string_view line)
 
 std::size_t HttpTransfer::onBody(char *data, std::size_t, std::size_t size, void *self)
 {
-    // Fewer bytes than given are an error to libcurl, but none given are none taken.
+    // libcurl takes a smaller count than it gave for an error; for an empty piece there is none.
     return static_cast<HttpTransfer *>(self)->takeBody(data, size) ? size : CURL_WRITEFUNC_ERROR;
 }
 
@@ -194,10 +180,10 @@ HttpClientStatus HttpTransfer::status(CURLcode code) const
 {
     if (m_failure != HttpClientStatus::Success)
         return m_failure;
-    // The URL that was asked for can be read, so this one came with a redirect.
+    // The requested URL was checked before, so the malformed one came with a redirect.
     if (code == CURLE_URL_MALFORMAT && info(CURLINFO_REDIRECT_COUNT) > 0)
-        return HttpClientStatus::ProtocolError;
-    return statusOf(code, m_message);
+        return HttpClientStatus::Broken;
+    return statusOf(code);
 }
 
 long HttpTransfer::info(CURLINFO what) const
@@ -217,14 +203,13 @@ HttpCacheHeaders HttpTransfer::cacheHeaders() const
             joined += (i > 0 ? ", " : "") + QByteArray(header->value);
         return joined;
     };
-    return {read("Cache-Control"), read("Expires"), read("Date"), read("Age"), read("Vary"),
-        read("ETag"), read("Last-Modified")};
+    return {read("Cache-Control"), read("Age"), read("Vary")};
 }
 
 void HttpTransfer::clear()
 {
-    // libcurl counts the kept connections that turned out dead per handle, and gives up an exchange
-    // at the fifth, however many went well in between: only a reset starts the count anew.
+    // libcurl counts per handle how often a kept connection turned out dead, and fails the exchange
+    // at the fifth time, however many went well in between. Only a reset clears that count.
     curl_easy_reset(easy);
     setUp();
     m_settings.reset();
@@ -235,7 +220,5 @@ void HttpTransfer::clear()
     function = nullptr;
     sentBody = QByteArray();
     body = QByteArray();
-    conditional.reset();
     m_failure = HttpClientStatus::Success;
-    m_message[0] = 0;
 }

@@ -14,11 +14,10 @@
 #include <cstddef>
 #include <curl/curl.h>
 #include <memory>
-#include <optional>
 #include <string_view>
 
-/// One exchange and its libcurl handle, which it keeps for the next. Lives on the thread of the
-/// engine that drives it; its callbacks only collect.
+/// One exchange and its libcurl handle, which is reused for the next one. Lives on the thread of
+/// the engine that drives it; its callbacks only collect.
 class HttpTransfer {
 public:
     HttpTransfer(HttpClient::HttpVersion version, bool followRedirects);
@@ -29,8 +28,7 @@ public:
     HttpClientStatus status(CURLcode code) const;
     HttpCacheHeaders cacheHeaders() const;
     long info(CURLINFO what) const;
-    bool bodyTooLong() const { return m_sizeLimit > 0 && body.size() > m_sizeLimit; }
-    /// Forgets the exchange.
+    /// Makes it ready for the next exchange.
     void clear();
 
     CURL *const easy = curl_easy_init();
@@ -41,8 +39,6 @@ public:
     bool onlyReads = false; ///< changes nothing at the server
     QByteArray sentBody;
     QByteArray body;
-    /// What the cache holds and asks the server to confirm.
-    std::optional<HttpCache::Entry> conditional;
     qint64 requestedAt = 0;
     quint64 cacheRemovals = 0;
     QElapsedTimer clock;
@@ -63,7 +59,6 @@ private:
     int m_sizeLimit = 0;
     HttpRedirectRule m_redirects;
     ConnectionGuard m_guard;
-    /// Why a callback ended the exchange; Success while none did.
+    /// Why a callback aborted the exchange; Success while none did.
     HttpClientStatus m_failure = HttpClientStatus::Success;
-    char m_message[CURL_ERROR_SIZE] = {};
 };
