@@ -29,7 +29,8 @@ void CMAbstractWorker::languageChanged() { }
 QVariant CMAbstractWorker::getValue(const CMPath &path)
 {
     const auto answer = std::make_shared<CMReplyData<QVariant>>();
-    // Nothing of the request may stay here: an answer that nobody gives must end with its error.
+    // The request is a temporary: keeping a copy of its reply here would keep a dropped request
+    // from ending with its error.
     request(CMGetDataRequest(path, {VeskRoles::Value()}, CMReply<QVariant>(answer)));
     if (!answer->waitForFinished(getValueMilliseconds) || !answer->error().isEmpty())
         return QVariant();

@@ -7,8 +7,8 @@
 
 #include <functional>
 
-/// A row that does something when it is activated: a set-data request for the role "activate" is
-/// handed to the function that setInvoke bound, which must complete its reply.
+/// A row with an action: a set-data request for the role "activate" is passed to the function that
+/// setInvoke() bound, which must complete its reply.
 class VESK_API CMActivateNode : public CMUINode {
     Q_OBJECT
 

@@ -13,7 +13,7 @@ public:
     using CMUINode::CMUINode;
 
     void setContainerType(VeskRolesContainerType type) { m_containerType = type; }
-    /// Whether something in the container can be played.
+    /// Whether the container holds something that can be played.
     void setPlayable(bool playable) { m_playable = playable; }
 
     QVariant getRoleData(const QString &role, const Params &params) override;

@@ -13,14 +13,14 @@
 
 class CMSubscription;
 
-/// A container whose rows are a fixed list: roles given as they are, or paths of other nodes (of
-/// any worker) that are asked for their roles each time. A row whose node fails is a row of nulls
-/// but for its path. The answer comes when all rows have answered; the worker's thread does not
-/// wait for it.
+/// A container with a fixed list of rows: given roles, or paths of other nodes (of any worker) that
+/// are asked for their roles each time. A row whose node fails has null for every role but its
+/// path. The answer is complete when all rows have answered; the worker's thread does not block for
+/// it.
 ///
-/// While someone is subscribed to the list, a change of a row path's value, or its reset, is passed
-/// on as a change of that row, unless the reset was told of everything from the list or above it
-/// on. What happens to the rows of a row's own screen is none.
+/// While the list has a subscriber, a changed value or a reset at a row's path is forwarded as a
+/// change of that row, unless the reset covers the list too. Changes of the rows of a row's own
+/// screen are not forwarded.
 ///
 /// Worker's thread only.
 class VESK_API CMListRowsNode : public CMContainerNode {
@@ -57,6 +57,6 @@ private:
 
     std::vector<Row> m_rows;
     bool m_copyPathParams = false;
-    /// Of the rows, by the path by which the list is subscribed to.
+    /// To the rows, by the path through which the list is subscribed to.
     std::map<CMPath, std::vector<std::unique_ptr<CMSubscription>>> m_subscriptions;
 };

@@ -5,8 +5,8 @@
 
 #include "api/nodes/CMUINode.h"
 
-/// A row in which the user types a text: the screen at queryPath(), with the text as parameter
-/// query(), shows what it finds.
+/// A row with a text field: the screen at the query path, with the user's text as the parameter
+/// that setQuery() names, shows the results.
 class VESK_API CMQueryNode : public CMUINode {
     Q_OBJECT
 

@@ -10,11 +10,11 @@
 
 class CMSubscription;
 
-/// A container that shows the rows of another path, of any worker. Roles that it has no value for
-/// are the target's, except for its path. When the target fails, it answers with what it has of its
-/// own, or with the target's error when that is nothing. Redirects in a circle end with an error.
+/// A container that shows the rows of another path, of any worker. Roles without a value of its own
+/// are the target's, except for the path. When the target fails, it answers with its own values, or
+/// with the target's error when it has none. Redirects in a circle end with an error.
 ///
-/// While someone is subscribed to it, changes of the target are passed on. Worker's thread only.
+/// While it has a subscriber, changes of the target are forwarded. Worker's thread only.
 class VESK_API CMRedirectRowsNode : public CMContainerNode {
     Q_OBJECT
 
@@ -32,6 +32,6 @@ private:
     CMRedirectRowsNode(const CMPath &path, const CMPath &target);
 
     const CMPath m_target;
-    /// Of the target, by the path by which this is subscribed to.
+    /// To the target, by the path through which this is subscribed to.
     std::map<CMPath, std::unique_ptr<CMSubscription>> m_subscriptions;
 };

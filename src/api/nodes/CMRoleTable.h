@@ -9,9 +9,9 @@
 #include <initializer_list>
 #include <vector>
 
-/// Finds a role among a few by its name. Runs for every role of every row of a screen, mostly to
-/// find nothing: the length tells most names apart, so that hardly any are compared. Any thread may
-/// look.
+/// Finds a role among a few by its name. Used for every role of every row of a screen, mostly
+/// without a match: most names differ in length, so that few are compared. find() may be called
+/// from any thread.
 class CMRoleTable {
 public:
     CMRoleTable(std::initializer_list<QString> names)

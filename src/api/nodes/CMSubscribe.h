@@ -9,7 +9,7 @@
 #include <QMetaType>
 #include <QString>
 
-/// A change that subscribers are told of. A value.
+/// A change, as subscribers are notified of it. A value.
 struct CMChange {
     /// The path that was subscribed to.
     CMPath path;
@@ -18,15 +18,15 @@ struct CMChange {
     /// The rows it concerns, -1 when it concerns none in particular.
     int first = -1;
     int last = -1;
-    /// Over how many nodes that pass on the changes of others it came.
+    /// How many nodes forwarded it so far.
     int hops = 0;
-    /// Where it was told to begin: "path", or above it when everything from there on was told.
-    /// Known in the process that tells.
+    /// The path that the change was notified for: "path" itself, or one above it when everything
+    /// below that one changed. Only known in the process that notifies.
     CMPath start {};
 };
 
-/// Through which a worker's nodes tell the subscribers of their paths what changed. Any thread; the
-/// subscribers are called on theirs.
+/// Notifies the subscribers of a worker's paths of changes. Any thread; the subscribers are called
+/// on theirs.
 class VESK_API CMSubscribe {
 public:
     static const QString &RowsChangeReset();
@@ -35,10 +35,10 @@ public:
     static const QString &RowsChangeChanged();
     static const QString &ValueChanged();
 
-    /// Tells those who subscribed to exactly \a path.
+    /// Notifies the subscribers of exactly \a path.
     void changed(const CMPath &path, const QString &kind, int first, int last);
-    /// Tells those who subscribed to \a path or to anything below it: the same or a longer base, at
-    /// least its parameters.
+    /// Notifies the subscribers of \a path and of everything below it: the same or a longer base,
+    /// at least its parameters.
     void changedStartingWith(const CMPath &path, const QString &kind, int first, int last);
 };
 

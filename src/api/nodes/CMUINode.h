@@ -8,7 +8,8 @@
 #include "api/values/VeskMediaData.h"
 #include "api/values/VeskRoles.h"
 
-/// A node that is shown: it answers data requests with a value per role. Worker's thread only.
+/// A node with a place on a screen: answers data requests with a value per role. Worker's thread
+/// only.
 class VESK_API CMUINode : public CMNode {
     Q_OBJECT
 
@@ -20,7 +21,7 @@ public:
     void setDescription(const TrString &description) { m_description = description; }
     void setIcon(const QString &icon) { m_icon = icon; }
     void setMediaData(const VeskMediaData &mediaData) { m_mediaData = mediaData; }
-    /// A node that is shown but cannot be used now. Tells subscribers.
+    /// A disabled node is shown but cannot be used. Notifies subscribers.
     virtual void setDisabled(bool disabled);
 
     /// The value of \a role for this node opened with \a params; null for a role it does not
@@ -32,7 +33,7 @@ public:
 
     bool getDataRequest(const CMGetDataRequest &request) override;
 
-    /// The UI language changed: tells subscribers that the texts are to be read again.
+    /// The UI language changed: tells subscribers to read the texts again.
     virtual void languageChanged();
 
 protected:

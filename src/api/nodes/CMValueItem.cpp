@@ -14,7 +14,7 @@ CMValueItem::CMValueItem(const CMPath &path, QObject *parent)
     if (!root)
         return;
     m_subscription = root->subscribe(m_path, this, [this](const CMChange &) { read(); });
-    // Through the event loop, so that whoever creates the item can still connect to it.
+    // Through the event loop, so that the creator can connect to changed() first.
     QMetaObject::invokeMethod(this, &CMValueItem::read, Qt::QueuedConnection);
 }
 

@@ -10,9 +10,9 @@
 
 #include <memory>
 
-/// Follows one value: changed() brings its present value once the event loop runs, and every later
-/// one. Lives on the thread that creates it, which needs an event loop. A value that nobody holds
-/// brings nothing until somebody does.
+/// Follows one value: changed() is emitted with the current value once the event loop runs, and
+/// with every later one. Lives on the thread that creates it, which needs an event loop. While no
+/// worker has the value nothing is emitted.
 class VESK_API CMValueItem : public QObject {
     Q_OBJECT
 

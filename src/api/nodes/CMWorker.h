@@ -12,9 +12,9 @@
 class CMWorkerInbox;
 
 /// A worker with a name, which is the prefix of its paths, and a thread of its own: the one that
-/// created it. Requests from other threads wait in its inbox until that thread's event loop takes
-/// them, one after another; a request from its own thread is handled at once. Those still waiting
-/// when it goes away are answered with an error.
+/// created it. Requests from other threads are queued in its inbox and handled by that thread's
+/// event loop one after another; a request from its own thread is handled at once. Requests that
+/// are still queued when it is destroyed are answered with an error.
 ///
 /// Registers itself at the root for as long as it lives. Create and destroy it on its thread; never
 /// destroy it while it handles a request.
@@ -37,15 +37,15 @@ public:
     void disconnectChange(const CMPath &path) override;
     void languageChanged() override;
 
-    /// Has the root route \a path, which has another worker's prefix, to this worker as well; gives
-    /// it back. Worker's thread.
+    /// Adds and removes a route to this worker for \a path, which has another worker's prefix.
+    /// Worker's thread.
     void addForeignPath(const CMPath &path);
     void removeForeignPath(const CMPath &path);
 
-    /// Is told of each request of this process's workers as it is taken up (with its reply's data,
-    /// null when it wants no reply) and when the worker is done with it, on the worker's thread;
-    /// one inside another where a handler asks its own worker. A listener that is added is told of
-    /// what is taken up from then on; it must stay until what it was told of is done.
+    /// Is called for each request that a worker of this process handles: begin() before its handler
+    /// (with the reply's data, null when the request wants no reply), end() after it, on the
+    /// worker's thread. Nested where a handler asks its own worker. A listener gets the requests
+    /// that begin after it was added, and must exist until the last of them has ended.
     class HandlingListener {
     public:
         virtual ~HandlingListener();
@@ -67,8 +67,8 @@ protected:
     virtual void handleConnectChange(const CMPath &path) = 0;
     virtual void handleDisconnectChange(const CMPath &path) = 0;
     virtual void handleLanguageChanged();
-    /// Leaves the root and empties the inbox: what waits is answered with an error. For destructors
-    /// of derived classes whose members must not be asked any more.
+    /// Unregisters from the root and empties the inbox: what is queued is answered with an error.
+    /// For destructors of derived classes whose members must not be called any more.
     void stop();
 
 private:

@@ -13,22 +13,22 @@
 
 /// \file
 /// Which addresses the host connects to when a service names them: pictures, streams. A service's
-/// answers are foreign text, and what answers inside the machine or the local network often trusts
-/// everybody who reaches it. Judged is the address that a connection goes to, not the name that
-/// stands for it, so that neither a redirect nor a name that changes its address leads inside.
-/// Any thread.
+/// answers are untrusted, and servers on the machine or in the local network often trust every
+/// client that reaches them (server-side request forgery). The policy applies to the address of the
+/// connection, not to the host's name, so that neither a redirect nor a name that changes its
+/// address (DNS rebinding) gets around it. Any thread.
 
 /// Where an address lies, seen from this machine.
 enum class AddressKind {
     Internet,
     LocalNetwork, ///< Private, shared or on a network that the machine is in.
     Machine, ///< Loopback, or one of the machine's own.
-    /// Nobody streams from there: link-local ones, where clouds keep their machines' secrets, the
-    /// other addresses known for that, multicast, broadcast, unspecified, reserved.
+    /// Never used for streams: link-local addresses and others with a cloud's metadata service,
+    /// multicast, broadcast, unspecified, reserved.
     Never,
 };
 
-/// How far inside a service may lead; each includes the one before.
+/// Which addresses a service may name; each includes the ones before.
 enum class AddressReach { Internet, LocalNetwork, Machine };
 
 /// The addresses of this machine's interfaces, with their networks.
@@ -41,7 +41,7 @@ public:
 
     OwnAddresses() = default;
     explicit OwnAddresses(std::vector<Entry> entries);
-    /// As they are now; asks the system, without waiting.
+    /// As they are now; asks the system, without blocking.
     static OwnAddresses present();
 
     const std::vector<Entry> &entries() const & { return m_entries; }
@@ -61,12 +61,12 @@ VESK_API AddressKind addressKind(const sockaddr *address, const OwnAddresses &ow
 namespace AddressPolicy {
 
 VESK_API bool allows(AddressReach reach, AddressKind kind);
-/// How far inside the addresses are that \a connectTo, entries of HttpClient::setConnectTo(), leads
-/// services to: whoever runs a service there trusts it so far. A name counts by its form: nothing
-/// is resolved. A pure function.
+/// The reach that services need which \a connectTo, entries of HttpClient::setConnectTo(),
+/// redirects: an administrator who runs a service inside wants its addresses used. Names count by
+/// their form, nothing is resolved. A pure function.
 VESK_API AddressReach ofConnectTo(const QStringList &connectTo);
 
-/// What holds in this process: everything but Never until it is set.
+/// The policy of this process; until it is set, everything but Never.
 VESK_API AddressReach current();
 VESK_API void setCurrent(AddressReach reach);
 

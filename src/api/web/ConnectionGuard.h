@@ -7,17 +7,17 @@
 
 #include <curl/curl.h>
 
-/// Holds the exchanges of one libcurl handle to the AddressPolicy of the process, each address just
-/// before it is connected to: whatever a name resolved to, and after each redirect. Does without
-/// proxies, which resolve names where nobody judges the addresses. Lives on the handle's thread
-/// and as long as the handle uses it.
+/// Applies the AddressPolicy of the process to one libcurl handle: checks each address just before
+/// the connection is made, after name resolution and after each redirect. Switches proxies off, as
+/// they would resolve names themselves. Lives on the handle's thread and as long as the handle uses
+/// it.
 class VESK_API ConnectionGuard {
 public:
     ConnectionGuard() = default;
     ConnectionGuard(const ConnectionGuard &) = delete;
     ConnectionGuard &operator=(const ConnectionGuard &) = delete;
 
-    /// Sets \a easy up, after setUpHttpHandle(). Forgets what was refused.
+    /// Sets \a easy up, after setUpHttpHandle(). Resets hasRefused().
     void guard(CURL *easy);
     /// Whether an address was refused; an exchange that failed without another reason
     /// (CURLE_COULDNT_CONNECT) failed for that one.
@@ -29,5 +29,5 @@ private:
     bool m_refused = false;
 };
 
-/// The function of setUpHttpHandle() for sockets: not for the programs that the process starts.
+/// Opens close-on-exec sockets, for setUpHttpHandle(): child processes must not inherit them.
 VESK_API curl_socket_t openHttpSocket(void *, curlsocktype, curl_sockaddr *address);

@@ -13,8 +13,8 @@
 #include <memory>
 #include <string_view>
 
-/// What HttpClient's static functions set, for the whole process. Immutable: each exchange holds on
-/// to the settings it started with, and to this as long as its handle is in use. Any thread.
+/// What HttpClient's static functions set, for the whole process. Immutable: each exchange keeps
+/// the settings that it started with, for as long as its handle refers to them. Any thread.
 struct VESK_API HttpSettings {
     HttpSettings() = default;
     ~HttpSettings() { curl_slist_free_all(connectTo); }
@@ -31,16 +31,16 @@ struct VESK_API HttpSettings {
     QByteArray certificates;
 };
 
-/// What every exchange of the system has in common: who asks, http and https only, at most five
-/// redirects, verified certificates from the folder that SSL_CERT_DIR names (/etc/ssl/certs without
-/// it).
+/// Sets the options that all exchanges of the system share: User-Agent, http and https only, at
+/// most five redirects, certificates verified against the folder that SSL_CERT_DIR names
+/// (/etc/ssl/certs without it).
 VESK_API void setUpHttpHandle(CURL *easy);
 
-/// Reads the heads of one exchange as libcurl follows redirects: a redirect must not leave http and
-/// https, nor take to plain http what was asked for over TLS; the heads have a bound.
+/// Checks the response heads of one exchange while libcurl follows its redirects: a redirect must
+/// stay within http and https and must not lead from https to http; the heads' size is bounded.
 class VESK_API HttpRedirectRule {
 public:
-    /// All heads of one exchange together: redirects, interim answers and trailers included.
+    /// All heads of one exchange together: redirects, interim responses and trailers included.
     static constexpr std::size_t MaxHeadBytes = std::size_t(256) * 1024;
     enum Verdict { Fine, ForbiddenRedirect, TooLong };
 

@@ -10,11 +10,11 @@
 #include <QStringList>
 
 /// \file
-/// Whether an exchange brought what a service answers with. Pure functions, any thread.
+/// What a service's response says about its success. Pure functions, any thread.
 
-/// How a service says in its answers, which are JSON objects, that all is well.
+/// Where a service's answers, JSON objects, have their status, and which statuses are good.
 struct ServiceAnswerForm {
-    /// Where the status stands, member by member; empty when that is not known.
+    /// The names of the members that lead to the status; empty when the form is not known.
     QStringList status;
     /// The statuses of good answers.
     QStringList good;
@@ -22,10 +22,10 @@ struct ServiceAnswerForm {
     bool isKnown() const { return !status.isEmpty(); }
 };
 
-/// What was wrong with the exchange, with its answer if \a form is known. Empty for one that was
-/// cancelled or never begun, of which the service knows nothing. Reads the whole answer.
+/// What went wrong with the exchange, or, if \a form is known, according to its answer. Empty for
+/// an exchange that was cancelled or never sent. Parses the whole answer.
 VESK_API VeskServiceFault serviceFaultOf(
     const HttpClientResult &exchange, const ServiceAnswerForm &form);
 
-/// Whether the exchange failed for certain, whatever its answer says. Costs nothing.
+/// Whether the exchange failed, whatever its answer says. Cheap: the answer is not read.
 VESK_API bool hasFailed(const HttpClientResult &exchange);
