@@ -17,13 +17,13 @@ constexpr int IndexWidth = 4;
 /// Number, blank, mark, blank.
 constexpr int HeadWidth = IndexWidth + 3;
 constexpr int Gap = 2;
-/// Two columns in less than this say nothing.
+/// Below this width there is too little space for two columns.
 constexpr int MinColumns = 60;
 
 struct Kind {
     int type;
     const char *mark;
-    /// For programs, in every language.
+    /// For programs; not translated.
     const char *name;
 };
 
@@ -50,7 +50,7 @@ QString markOf(const RowText &row)
     return row.played != 0 ? QStringLiteral("\u25b6") : QString::fromUtf8(kindOf(row.type).mark);
 }
 
-/// The path that opens the row: for a query the screen that searches, with a place for the text.
+/// The path that opens the row: of a query the screen of hits, with a placeholder for the text.
 QString openingPath(const VeskRoles &row)
 {
     if (row.type() == VeskRolesType::query && !row.queryPath().isEmpty()) {
@@ -66,7 +66,7 @@ QString printable(const QVariant &value)
     return printableText(plainText(value));
 }
 
-/// What plays has its row's path, or names it: a stream that was chosen has a path of its own.
+/// What plays has the path of its row; a stream that was chosen names that path in a parameter.
 int playedState(const VeskRoles &row, const QVariantHash &player)
 {
     const CMPath path = row.path();
@@ -78,7 +78,7 @@ int playedState(const VeskRoles &row, const QVariantHash &player)
     return isIt ? player.value(QStringLiteral("state")).toInt() : 0;
 }
 
-/// In every language the same.
+/// Not translated.
 QString stateName(int state)
 {
     if (state == VeskPlayLogicState::stopped)
@@ -94,7 +94,7 @@ QString playerWord(int state)
     case VeskPlayLogicState::stopped:
         return ctlText("stopped");
     case VeskPlayLogicState::transitioning:
-        // What the user waits for is the connection.
+        // The state lasts until the stream is connected.
         return ctlText("connecting");
     case VeskPlayLogicState::playing:
         return ctlText("playing");
@@ -143,7 +143,7 @@ void RowPrinter::markStream(QList<RowText> &rows) const
     const int playing = m_player.value(QStringLiteral("bitrate")).toInt();
     const int state = m_player.value(QStringLiteral("state")).toInt();
     RowText *closest = nullptr;
-    // The first of those that are as close: the best come first.
+    // Of equally close ones the first: services list the best streams first.
     int least = playing / 10;
     for (RowText &row : rows) {
         if (row.played != 0)
@@ -168,7 +168,7 @@ std::string RowPrinter::lines(const QList<RowText> &rows)
     return lines;
 }
 
-/// Titles get what they need, but for what a description needs to say anything.
+/// Titles get the width that they need, but leave up to two fifths to descriptions.
 void RowPrinter::layOut(const QList<RowText> &rows)
 {
     int title = 0;
@@ -204,7 +204,7 @@ std::string RowPrinter::terminalLine(const RowText &row) const
         line
             += padded(QString(), m_titleWidth - textWidth(title) + Gap).toStdString() + description;
     line += '\n';
-    // Whole: it is there to be copied.
+    // Never elided: it is there to be copied.
     if (m_paths && !row.path.isEmpty())
         line += std::string(HeadWidth, ' ') + m_style.dim(shellWord(row.path)) + '\n';
     return line;

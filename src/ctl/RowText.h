@@ -12,42 +12,41 @@
 #include <QVariant>
 
 /// \file
-/// Rows and values as text. Everything is made printable. One thread.
+/// Rows and values as text, without control characters. One thread.
 
-/// What is printed of a row.
+/// The printed parts of a row.
 struct RowText {
     int index = 0;
     int type = 0;
     QString title;
     QString description;
-    /// What opens or plays it; empty for none.
+    /// The path that opens or plays it; empty for none.
     QString path;
-    /// What the player does with it (a VeskPlayLogicState); 0 when it is not what plays.
+    /// The player's VeskPlayLogicState for it; 0 when it does not play.
     int played = 0;
-    /// Of its audio, in bit/s; 0 when it is not known.
+    /// In bit/s; 0 when it is not known.
     int bitRate = 0;
 };
 
 /// The roles that a row's text is made from.
 const QStringList &rowTextRoles();
 
-/// Makes lines of the rows of one list: for a terminal in columns as wide as it allows, number,
-/// mark of the kind, title, description, the latter on lines of their own in a narrow one; else,
-/// for programs, the row's place, kind, title, description and what the player does with it, with
-/// tabs between them and nothing left out. The paths come on lines of their own, and as one more
-/// field, where they are wanted.
+/// Formats the rows of one list. For a terminal: number, mark of the kind, title and description in
+/// columns that fit its width, descriptions on lines of their own where it is narrow, and so are
+/// paths. For programs: place, kind, title, description, the player's state, and the path, whole
+/// and separated by tabs.
 class RowPrinter {
 public:
-    /// \a place is the list's. \a player is what the player tells, \a width the terminal's; 0 for
-    /// none.
+    /// \a place is the list's, \a player the player's state, \a width the terminal's; 0 for
+    /// programs.
     RowPrinter(const CtlPlace &place, const QVariantHash &player, bool paths, int width,
         const TerminalStyle &style);
 
     RowText text(int index, const VeskRoles &row) const;
-    /// Marks, in a list of streams where none has the path of what plays, the one whose bit rate
-    /// is closest to it, when there is one that is close.
+    /// Where no row of a list of streams has the path of what plays, marks the one with the closest
+    /// bit rate, unless all differ by a tenth or more.
     void markStream(QList<RowText> &rows) const;
-    /// The columns are those of the first rows that it gets.
+    /// The first rows decide the widths of the columns for all.
     std::string lines(const QList<RowText> &rows);
 
 private:
@@ -65,7 +64,7 @@ private:
     int m_descriptionWidth = 0;
 };
 
-/// The row's roles by their names, where it stands, and what the player does with it.
+/// The row's roles by their names, its index, its place and the player's state.
 QVariantHash rowJson(
     const CtlPlace &place, int index, const VeskRoles &row, const QVariantHash &player);
 

@@ -15,9 +15,9 @@
 namespace {
 
 constexpr guint ConnectTimeoutSeconds = 5;
-/// Longer than the host itself takes before it gives a call up.
+/// Longer than the minute after which the host itself gives up a call.
 constexpr guint AnswerTimeoutMs = 90000;
-/// Notifications that wait to be handed on; more than that are not looked at.
+/// Queued notifications; further ones are dropped.
 constexpr size_t MaxNews = 1000;
 
 QString noHost()
@@ -51,7 +51,7 @@ RpcAnswer readAnswer(const QVariantHash &message)
     return answer;
 }
 
-/// An action that is due once, unless it is dropped before.
+/// Runs an action once, unless it is destroyed before.
 class Timer {
 public:
     Timer(GMainContext *context, guint milliseconds, std::function<void()> action)
@@ -136,7 +136,7 @@ struct RpcClient::Private {
         g_signal_handlers_disconnect_by_data(connection, this);
         if (soup_websocket_connection_get_state(connection) == SOUP_WEBSOCKET_STATE_OPEN)
             soup_websocket_connection_close(connection, SOUP_WEBSOCKET_CLOSE_NORMAL, nullptr);
-        // A callback of this very connection may be on the stack.
+        // A callback of this connection may be on the stack, so it is freed later.
         left.push_back(connection);
         connection = nullptr;
     }
@@ -207,7 +207,7 @@ struct RpcClient::Private {
     SoupSession *const session;
     GCancellable *const cancellable;
     SoupWebsocketConnection *connection = nullptr;
-    /// Those before, until no callback can use them.
+    /// Former connections, kept until no callback can use them.
     std::vector<SoupWebsocketConnection *> left;
     bool connecting = false;
     /// Why there is no connection.
@@ -218,7 +218,7 @@ struct RpcClient::Private {
         QString method;
         QVariantHash params;
     };
-    /// What was told and not handed on yet, in the order in which it came.
+    /// Queued notifications, the oldest first.
     std::deque<News> news;
     std::function<void()> slow;
     Notified notified;
@@ -259,7 +259,7 @@ RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
     });
     const Timer tooLate(
         d->context, AnswerTimeoutMs, [this] { d->fail(QStringLiteral("it does not answer")); });
-    // What is told behind the answer is newer: it waits for waitUntil().
+    // Notifications after the answer are newer, and stay queued for waitUntil().
     while (!d->answer && d->connection)
         g_main_context_iteration(d->context, TRUE);
     return d->answer ? *d->answer : failed(d->problem);

@@ -14,11 +14,11 @@ struct RpcAnswer {
     enum Kind {
         Result, ///< `result` holds it.
         Error, ///< The host answered with an error.
-        NoHost, ///< Nobody answered, or not a host.
+        NoHost, ///< No answer, or not from a host.
     };
 
-    /// Codes of errors: the row that was to be played is not in the list any more; an address that
-    /// changes something was not offered by a list.
+    /// Error codes: the row to play is not in the list any more; an address that changes something
+    /// was not offered by a list.
     static constexpr int EntryGone = -32004;
     static constexpr int NotOffered = -32005;
 
@@ -30,18 +30,18 @@ struct RpcAnswer {
     int code = 0;
     QString name;
     QString title;
-    /// What the host says of the service that could not answer; empty where that is not the reason.
+    /// The host's explanation when the service could not be asked; else empty.
     QString problem;
 };
 
 /// Calls a host's methods over one WebSocket, opened by the first call; each call waits for its
-/// answer. A call after the connection broke opens another one. One thread, whose GLib context it
-/// runs while it waits.
+/// answer. A call after the connection was lost opens another one. One thread, whose GLib context
+/// it iterates while it waits.
 class RpcClient {
 public:
-    /// Longest message that is taken, in bytes.
+    /// Longer messages, in bytes, close the connection.
     static constexpr int MaxAnswer = 64 * 1024 * 1024;
-    /// An answer that takes longer is slow.
+    /// When setSlow()'s function is called.
     static constexpr int SlowMs = 3000;
 
     using Notified = std::function<void(const QString &method, const QVariantHash &params)>;
@@ -52,14 +52,15 @@ public:
 
     RpcAnswer call(const QString &method, const QVariantHash &params);
 
-    /// Called when a call waits for its answer for SlowMs. Must not call.
+    /// \a slow is called when a call has waited for SlowMs. It must not call() itself.
     void setSlow(std::function<void()> slow);
-    /// Called by waitUntil() for each notification since the last call was answered. Must not call.
+    /// \a notified is called by waitUntil() for each notification since the last answer. It must
+    /// not call() itself.
     void setNotified(Notified notified);
-    /// Waits until \a done says so, which is asked after each notification; false when the
-    /// connection breaks before.
+    /// Waits until \a done returns true, which is called after each notification; false when the
+    /// connection is lost first.
     bool waitUntil(const std::function<bool()> &done);
-    /// Ends the connection, and whatever waits for something from it.
+    /// Closes the connection; a call() or waitUntil() under way returns.
     void close();
 
 private:

@@ -53,7 +53,7 @@ bool hasParamValue(const CMPath &path, const QString &value)
 
 QString shownListsFolder()
 {
-    // The session's own folder, which ends with it, or else the user's cache.
+    // The login session's folder, which is removed at its end, or else the user's cache.
     QString parent = qEnvironmentVariable("XDG_RUNTIME_DIR");
     if (parent.isEmpty())
         parent = qEnvironmentVariable("XDG_CACHE_HOME");
@@ -146,7 +146,7 @@ QList<ShownLists::List> ShownLists::read(const QString &file) const
     if (m_folder.isEmpty())
         return lists;
     QFile kept(file);
-    // Anything else in its place could block.
+    // Opening anything but a regular file could block.
     struct stat status { };
     if (::stat(file.toLocal8Bit().constData(), &status) != 0 || !S_ISREG(status.st_mode)
         || status.st_size > MaxFile || !kept.open(QFile::ReadOnly))
@@ -167,7 +167,7 @@ QList<ShownLists::List> ShownLists::read(const QString &file) const
     return lists;
 }
 
-/// This terminal's first, then whatever is newer.
+/// This terminal's first, then those of others, the newest first.
 QList<ShownLists::List> ShownLists::ofAllTerminals() const
 {
     const QStringList files

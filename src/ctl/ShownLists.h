@@ -10,7 +10,7 @@
 #include <QStringList>
 #include <QVector>
 
-/// A row as it was shown: where it stood, and its own path.
+/// A row as it was shown: its screen, index and path.
 struct ShownRow {
     CMPath screen;
     int row = -1;
@@ -19,25 +19,25 @@ struct ShownRow {
     int type = 0;
 };
 
-/// What users were shown lately, in one small file per terminal, so that a row's number, path or
-/// id can be typed back: the screens' and rows' paths, nothing else. The lists of half a day, at
-/// most MaxLists per terminal, of MaxRows rows each. What cannot be kept or read is forgotten
-/// without a word. One thread.
+/// The lists that users were shown lately, in one small file per terminal, so that a row's number,
+/// path or id can be typed afterwards: paths of screens and rows, nothing else. Lists are kept for
+/// half a day, at most MaxLists per terminal, with MaxRows rows each. Errors of reading and writing
+/// are ignored. One thread.
 class ShownLists {
 public:
     static constexpr int MaxLists = 8;
     static constexpr int MaxRows = 10000;
 
-    /// \a folder is where it is kept; empty for nowhere. \a terminal is empty when what is shown is
-    /// not for one. Lists of other hosts are others.
+    /// An empty \a folder keeps nothing. \a terminal is empty for output that is for no terminal.
+    /// Lists of other hosts are not seen.
     ShownLists(const QString &folder, const QString &terminal, const QString &host);
 
-    /// What this terminal was shown last, from row \a first on: the rows' paths and types. The
-    /// entries of a menu are about something else, whose id they may have.
+    /// Remembers a list as the one that this terminal was shown last, from row \a first on. The
+    /// entries of a menu can have the id of what they are about, so they are not found by it.
     void add(const CMPath &screen, int first, const QStringList &rows,
         const QVector<int> &types = {}, bool isMenu = false);
-    /// Row \a row of what this terminal was shown last: without a screen when it was shown nothing,
-    /// without a path when the row had none or was not shown.
+    /// Row \a row of the list that this terminal was shown last: without a screen when there was no
+    /// list, without a path when the row had none or was not shown.
     ShownRow last(int row) const;
     /// The row with that path that was shown last, on whichever terminal; -1 as row for none.
     ShownRow find(const CMPath &path) const;
@@ -68,7 +68,7 @@ private:
     const QString m_host;
 };
 
-/// Where a user's lists are kept; empty when there is no place for them.
+/// The folder for a user's lists; empty when there is none.
 QString shownListsFolder();
-/// What tells the terminal that this process belongs to from others; empty for none.
+/// Tells the terminal of this process from others; empty for none.
 QString terminalName();

@@ -16,7 +16,7 @@ namespace {
 constexpr int DefaultWidth = 80;
 constexpr int MaxWidth = 10000;
 
-/// Marks and overrides of the writing direction, and line and paragraph separators.
+/// Marks and overrides of the writing direction, line and paragraph separators.
 bool isLayoutControl(QChar character)
 {
     const ushort code = character.unicode();
@@ -30,7 +30,7 @@ bool isControl(QChar character)
     return code < 0x20 || (code >= 0x7f && code < 0xa0) || isLayoutControl(character);
 }
 
-/// What is seen as one character.
+/// A grapheme cluster, which users see as one character.
 struct Grapheme {
     int start;
     int width;
@@ -84,7 +84,7 @@ QString printableText(const QString &text)
 
 QByteArray printableJson(const QByteArray &json)
 {
-    // JSON itself has none of these outside of strings, where an escape means the same.
+    // Outside of strings JSON has none of these; inside, an escape means the same.
     const QString text = QString::fromUtf8(json);
     QString result;
     result.reserve(text.size());
@@ -120,7 +120,7 @@ QString elided(const QString &text, int width)
     if (width < 1)
         return {};
     const QVector<Grapheme> graphemes = graphemesOf(text);
-    // One column is the mark's.
+    // One column is for the ellipsis.
     int left = width / 2;
     int right = width - 1 - left;
     int headEnd = 0;
@@ -128,7 +128,7 @@ QString elided(const QString &text, int width)
         left -= graphemes.at(i).width;
         headEnd = i + 1 < graphemes.size() ? graphemes.at(i + 1).start : text.size();
     }
-    // A wide character that did not fit leaves its column to the other side.
+    // A wide character that did not fit leaves its column to the tail.
     right += left;
     int tailStart = text.size();
     for (int i = graphemes.size() - 1; i >= 0 && graphemes.at(i).width <= right; --i) {

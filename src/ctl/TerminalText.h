@@ -9,27 +9,26 @@
 #include <string>
 
 /// \file
-/// Texts from elsewhere on their way to a terminal. Pure functions, any thread.
+/// Untrusted texts for terminals. Pure functions, any thread.
 
-/// \a text without anything that would do more than show: line breaks and tabs become blanks, other
-/// control characters (C0, DEL, C1) and those that turn the writing direction become U+FFFD.
+/// \a text without control characters: line breaks and tabs become blanks; other C0, DEL, C1 and
+/// those that change the writing direction become U+FFFD.
 QString printableText(const QString &text);
-/// JSON with such characters escaped; says the same.
+/// The same JSON with such characters escaped.
 QByteArray printableJson(const QByteArray &json);
-/// \a text as one word of a command line, in quotes where a shell would read more into it.
+/// \a text as one word of a command line, quoted where a shell would interpret it.
 QString shellWord(const QString &text);
 
-/// How many columns a terminal takes for \a text: two for wide characters, none for those that
-/// combine with the one before.
+/// The columns of \a text on a terminal: two for wide characters, none for combining ones.
 int textWidth(const QString &text);
-/// \a text in at most \a width columns: of a longer one the middle is left out, and never half of
-/// what is seen as one character.
+/// \a text in at most \a width columns: the middle of a longer one is left out, without splitting a
+/// grapheme cluster.
 QString elided(const QString &text, int width);
-/// \a text with blanks behind it, \a width columns wide; as it is when it is wider.
+/// \a text padded with blanks to at least \a width columns.
 QString padded(const QString &text, int width);
 
-/// The width of the terminal \a output, in columns: what COLUMNS says, else the terminal itself,
-/// else 80; 0 when it is no terminal.
+/// The width of the terminal \a output in columns: from COLUMNS, else from the terminal, else 80;
+/// 0 when it is no terminal.
 int terminalWidth(int output);
 
 /// Colours for a terminal, or none.

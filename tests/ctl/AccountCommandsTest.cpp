@@ -45,7 +45,7 @@ protected:
     FakeHost m_host;
 };
 
-TEST_F(AccountCommandsTest, StatusTellsTheAccount)
+TEST_F(AccountCommandsTest, StatusPrintsTheAccount)
 {
     m_host.setResult(Read,
         R"("result":{"values":[{"type":115,"tuneInAccount":{"operation":5,"userName":"jo\u001be"}}]})");
@@ -56,7 +56,7 @@ TEST_F(AccountCommandsTest, StatusTellsTheAccount)
     EXPECT_EQ(m_host.timesAsked(Write), 0);
 }
 
-TEST_F(AccountCommandsTest, StatusTellsThatThereIsNone)
+TEST_F(AccountCommandsTest, StatusPrintsThatThereIsNone)
 {
     m_host.setResult(
         Read, R"("error":{"code":-32000,"message":"None","data":{"name":"e:7","title":"T"}})");
@@ -75,7 +75,7 @@ TEST_F(AccountCommandsTest, StatusTellsThatThereIsNone)
     EXPECT_EQ(down.errors, "veskctl: Down\n");
 }
 
-TEST_F(AccountCommandsTest, ClaimShowsTheCodeApart)
+TEST_F(AccountCommandsTest, ClaimPrintsTheCodeWithSpaces)
 {
     m_host.setResult(Write, R"("result":{"value":{"type":115,"tuneInAccount":
         {"operation":8,"claimMessage":"Enter K7X","claimKey":"K7X"}}})");
@@ -89,7 +89,7 @@ TEST_F(AccountCommandsTest, ClaimShowsTheCodeApart)
     EXPECT_EQ(account("claim").out, "a\ufffdb\n\n    \ufffd \ufffd\n\n");
 }
 
-TEST_F(AccountCommandsTest, JoinAndDropTakeThePasswordFromTheirInput)
+TEST_F(AccountCommandsTest, JoinAndDropReadThePasswordFromStandardInput)
 {
     EXPECT_EQ(account("join joe", "top secret \xc3\xa4\nnext line\n").out, "joe: linked\n");
     EXPECT_EQ(sent().operation(), Operation::join);
@@ -100,7 +100,7 @@ TEST_F(AccountCommandsTest, JoinAndDropTakeThePasswordFromTheirInput)
     EXPECT_EQ(sent().password(), QStringLiteral("secret"));
 }
 
-TEST_F(AccountCommandsTest, CreateSendsAllThatItIsGiven)
+TEST_F(AccountCommandsTest, CreateSendsAllArguments)
 {
     const Outcome outcome = account("create joe --email j@x --city Ulm --country-id 7", "secret\n");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
@@ -125,7 +125,7 @@ TEST_F(AccountCommandsTest, RemindAndResetNeedNoPassword)
     EXPECT_EQ(sent().password(), QString());
 }
 
-TEST_F(AccountCommandsTest, WithoutAPasswordNothingIsSent)
+TEST_F(AccountCommandsTest, JoinSendsNothingWithoutAPassword)
 {
     for (const QByteArray &input : {QByteArray(), QByteArray("\n"), QByteArray(2000, 'x')}) {
         const Outcome outcome = account("join joe", input);
@@ -148,7 +148,7 @@ TEST_F(AccountCommandsTest, FailsWithTheHost)
     }
 }
 
-TEST_F(AccountCommandsTest, WhatNeedsALinkFailsWithoutOne)
+TEST_F(AccountCommandsTest, DropFailsWithoutALink)
 {
     m_host.setResult(
         Write, R"("error":{"code":-32000,"message":"None","data":{"name":"e:7","title":"T"}})");
@@ -162,7 +162,7 @@ TEST_F(AccountCommandsTest, WhatNeedsALinkFailsWithoutOne)
     EXPECT_EQ(json.errors, "");
 }
 
-TEST_F(AccountCommandsTest, WantsToKnowWhichServiceWhenThereAreMore)
+TEST_F(AccountCommandsTest, NeedsAServiceWhenThereAreSeveral)
 {
     m_host.setScreen(QStringLiteral("host:services"), {row(1, "A", "A:"), row(1, "B", "B:")});
     EXPECT_EQ(account("status").status, 2);

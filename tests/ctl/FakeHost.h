@@ -12,9 +12,10 @@
 #include <memory>
 #include <string>
 
-/// A host of which only the answers are there, on a WebSocket in the main loop that veskctl runs
-/// while it waits: what a call is answered with is a result (or error) in JSON, by "method path"
-/// and, for rows, "first"; or a screen of rows, by its path. All other calls fail. Main thread.
+/// A host with scripted responses, on a WebSocket in the main loop that veskctl runs while it
+/// waits. Calls are named "method path", for rows behind the first with "first" after it; the
+/// response is a result (or error) in JSON by that name, or a screen of rows by its path. Other
+/// calls fail. Main thread.
 class FakeHost {
 public:
     using Results = QHash<QString, QByteArray>;
@@ -27,16 +28,16 @@ public:
 
     QString url() const;
     void setResult(const QString &call, const QByteArray &result);
-    /// Rows of which each request gets the roles that it asks for.
+    /// Rows, of which each request gets the roles that it names.
     void setScreen(const QString &path, const QList<VeskRoles> &rows);
-    /// The call is answered later.
+    /// The response is sent later.
     void setDelay(const QString &call, unsigned milliseconds);
-    /// What the host says by itself, right after it answered the call.
+    /// Notifications that the host sends right after its response to the call.
     void setNotifications(const QString &call, const QList<QByteArray> &messages);
-    /// The connection is closed in place of an answer, \a times times.
+    /// The connection is closed in place of a response, \a times times.
     void setClosing(const QString &call, int times);
 
-    /// What was asked, in the form of the results' names, but for the language.
+    /// The names of the calls so far, without the one for the language.
     QStringList asked() const { return m_asked; }
     int timesAsked(const QString &call) const { return m_asked.count(call); }
     QVariantHash lastParams() const { return m_lastParams; }
@@ -44,7 +45,7 @@ public:
     int connections() const;
 
 protected:
-    /// Called for each call before it is answered.
+    /// Called before each response.
     virtual void prepare(const QString &method, const QVariantHash &params);
 
     QHash<QString, QList<VeskRoles>> m_screens;
@@ -73,13 +74,13 @@ struct Outcome {
     std::string errors;
 };
 
-/// What a run finds around it.
+/// The environment of a run.
 struct Surroundings {
-    /// What a password prompt reads.
+    /// Standard input.
     QByteArray input = {};
-    /// The terminal's width; 0: there is none.
+    /// The terminal's width; 0 for none.
     int width = 0;
-    /// Where the lists that were shown are remembered, and the terminal's name.
+    /// The folder that remembers shown lists, and the terminal's name.
     QString memory = {};
     QString terminal = {};
     QStringList catalogues = {};

@@ -90,7 +90,7 @@ private:
     bool m_adds = false;
 };
 
-TEST(FavoriteCommandsTest, AddsWhatIsNoFavorite)
+TEST(FavoriteCommandsTest, AddsAFavorite)
 {
     FavoritesHost host;
     const Outcome first = run(host.url(), words("favorite add Good:all 0"));
@@ -100,7 +100,7 @@ TEST(FavoriteCommandsTest, AddsWhatIsNoFavorite)
     EXPECT_EQ(host.favorites, (QSet<QString> {QStringLiteral("1"), QStringLiteral("2")}));
 }
 
-TEST(FavoriteCommandsTest, LeavesAFavoriteAlone)
+TEST(FavoriteCommandsTest, AddLeavesAFavoriteAsItIs)
 {
     FavoritesHost host;
     host.favorites = {QStringLiteral("1"), QStringLiteral("3")};
@@ -110,7 +110,7 @@ TEST(FavoriteCommandsTest, LeavesAFavoriteAlone)
     EXPECT_EQ(host.timesAsked(FavoritesHost::activation("3")), 0);
 }
 
-TEST(FavoriteCommandsTest, RemovesAFavoriteAndNothingElse)
+TEST(FavoriteCommandsTest, RemovesAFavorite)
 {
     FavoritesHost host;
     host.favorites = {QStringLiteral("1"), QStringLiteral("2")};
@@ -133,7 +133,7 @@ TEST(FavoriteCommandsTest, LooksIntoTheFoldersOfFavorites)
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).out, "Three: a favorite now\n");
 }
 
-TEST(FavoriteCommandsTest, IsNotMisledByAFavoriteThatCanOnlyBeAdded)
+TEST(FavoriteCommandsTest, IgnoresFavoritesWhoseMenuAlwaysAdds)
 {
     FavoritesHost host;
     host.favorites = {QStringLiteral("4")};
@@ -141,7 +141,7 @@ TEST(FavoriteCommandsTest, IsNotMisledByAFavoriteThatCanOnlyBeAdded)
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 0")).out, "One: a favorite already\n");
 }
 
-TEST(FavoriteCommandsTest, AnswersInJsonToo)
+TEST(FavoriteCommandsTest, PrintsJson)
 {
     FavoritesHost host;
     EXPECT_EQ(run(host.url(), words("--json favorite add Good:all 0")).out,
@@ -150,7 +150,7 @@ TEST(FavoriteCommandsTest, AnswersInJsonToo)
         "{\"changed\":false,\"favorite\":true,\"title\":\"One\"}\n");
 }
 
-TEST(FavoriteCommandsTest, TellsWhenNothingChanged)
+TEST(FavoriteCommandsTest, FailsWhenNothingHasChanged)
 {
     FavoritesHost host;
     host.favorites = {QStringLiteral("1")};
@@ -173,13 +173,13 @@ TEST(FavoriteCommandsTest, FailsWithTheHost)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.errors, "veskctl: No\ufffd.\n");
-    // Not to know the favorites is not to have none.
+    // Favorites that cannot be read are not the same as none.
     host.setResult(QStringLiteral("getRows Good:list?c=presets"), failure);
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).status, 1);
     EXPECT_EQ(host.timesAsked(FavoritesHost::activation("3")), 0);
 }
 
-TEST(FavoriteCommandsTest, IsAboutWhatPlaysWhenNoRowIsNamed)
+TEST(FavoriteCommandsTest, ChangesWhatPlaysWithoutARow)
 {
     FavoritesHost host;
     host.setResult(QStringLiteral("player.state"),
@@ -192,7 +192,7 @@ TEST(FavoriteCommandsTest, IsAboutWhatPlaysWhenNoRowIsNamed)
         "veskctl: nothing plays, or what plays has no menu\n");
 }
 
-TEST(FavoriteCommandsTest, NeedsARowWithAMenuThatHasTheEntry)
+TEST(FavoriteCommandsTest, FailsForARowWithoutTheEntry)
 {
     FavoritesHost host;
     EXPECT_EQ(

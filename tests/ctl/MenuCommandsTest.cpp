@@ -51,7 +51,7 @@ Outcome runOnTerminal(const MenuHost &host, const char *line)
     return run(host.url(), words(line), {{}, 80, {}, {}, {}});
 }
 
-TEST(MenuCommandsTest, ARowsMenuIsItsContextOrThatOfItsPlaying)
+TEST(MenuCommandsTest, MenuShowsTheRowsMenuOrTheOneThatItHasWhileItPlays)
 {
     MenuHost host;
     EXPECT_EQ(runOnTerminal(host, "menu a: 1").out, "   0 ! Run\n");
@@ -63,7 +63,7 @@ TEST(MenuCommandsTest, ARowsMenuIsItsContextOrThatOfItsPlaying)
     EXPECT_EQ(run(host.url(), words("menu a: 9")).errors, "veskctl: there is no row 9\n");
 }
 
-TEST(MenuCommandsTest, ThePlayersMenuNeedsSomethingThatPlays)
+TEST(MenuCommandsTest, MenuWithoutARowIsThatOfWhatPlays)
 {
     MenuHost host;
     const Outcome menu = runOnTerminal(host, "menu");
@@ -78,7 +78,7 @@ TEST(MenuCommandsTest, ThePlayersMenuNeedsSomethingThatPlays)
     }
 }
 
-TEST(MenuCommandsTest, AnEntryIsRunAfterItsTitleWasRead)
+TEST(MenuCommandsTest, ChooseReadsTheTitleBeforeItRunsTheEntry)
 {
     MenuHost host;
     const Outcome outcome = run(host.url(), words("menu --choose 0"));
@@ -96,7 +96,7 @@ TEST(MenuCommandsTest, AnEntryIsRunAfterItsTitleWasRead)
     EXPECT_EQ(run(host.url(), words("menu --choose 0 --json")).out, "{\"value\":null}\n");
 }
 
-TEST(MenuCommandsTest, AnEntryThatFailsIsAFailure)
+TEST(MenuCommandsTest, ChooseFailsWithTheEntry)
 {
     MenuHost host;
     host.setResult(QStringLiteral("setData a:add"), R"("error":{"code":-32000,"message":"No."})");
@@ -106,7 +106,7 @@ TEST(MenuCommandsTest, AnEntryThatFailsIsAFailure)
     EXPECT_EQ(outcome.errors, "veskctl: No.\n");
 }
 
-TEST(MenuCommandsTest, AnEntryIsOpenedOrPlayedAsItsKindWants)
+TEST(MenuCommandsTest, ChooseOpensFoldersAndPlaysAudio)
 {
     MenuHost host;
     EXPECT_EQ(run(host.url(), words("menu --choose 1")).out, "a:why#0\tfolder\tBecause\t\t\n");
@@ -117,7 +117,7 @@ TEST(MenuCommandsTest, AnEntryIsOpenedOrPlayedAsItsKindWants)
     EXPECT_EQ(run(host.url(), words("menu --choose 5")).errors, "veskctl: there is no row 5\n");
 }
 
-TEST(MenuCommandsTest, StreamsAreTheFirstScreenOfThePlayersMenuThatPlays)
+TEST(MenuCommandsTest, StreamsShowsTheFirstScreenWithAudioInThePlayersMenu)
 {
     MenuHost host;
     EXPECT_EQ(runOnTerminal(host, "streams").out, "   0 \u266a Fast\n   1 \u266a Slow\n");
@@ -127,7 +127,7 @@ TEST(MenuCommandsTest, StreamsAreTheFirstScreenOfThePlayersMenuThatPlays)
     EXPECT_EQ(host.paramsOf(PlayCall).value(QStringLiteral("row")), 1);
 }
 
-TEST(MenuCommandsTest, StreamsAreThoseOfARowWhereOneIsNamed)
+TEST(MenuCommandsTest, StreamsShowsThoseOfARow)
 {
     MenuHost host;
     host.stopPlaying();
@@ -139,7 +139,7 @@ TEST(MenuCommandsTest, StreamsAreThoseOfARowWhereOneIsNamed)
         testing::HasSubstr("\"a:b\" is a list, or a row that was not shown lately"));
 }
 
-TEST(MenuCommandsTest, TheStreamThatPlaysIsMarked)
+TEST(MenuCommandsTest, StreamsMarksTheOneThatPlays)
 {
     MenuHost host;
     VeskRoles fast = row(3, "Fast", "a:s1");
@@ -169,7 +169,7 @@ TEST(MenuCommandsTest, TheStreamThatPlaysIsMarked)
         << "another station's";
 }
 
-TEST(MenuCommandsTest, StreamsTellsWhenThereIsNoChoice)
+TEST(MenuCommandsTest, StreamsFailsWhenThereAreNone)
 {
     MenuHost host;
     host.setScreen(QStringLiteral("a:streams"), {});

@@ -42,7 +42,7 @@ public:
     }
 };
 
-TEST(PlayerCommandsTest, PlayPlaysTheRowAndTellsWhatItIs)
+TEST(PlayerCommandsTest, PlayPlaysTheRowAndPrintsTheState)
 {
     PlayHost host;
     const Outcome outcome = run(host.url(), words("play Good:music 3"));
@@ -51,7 +51,7 @@ TEST(PlayerCommandsTest, PlayPlaysTheRowAndTellsWhatItIs)
     EXPECT_EQ(host.played(), "Good:music 3 a:2?id=s2");
 }
 
-TEST(PlayerCommandsTest, PlayTakesEveryPlace)
+TEST(PlayerCommandsTest, PlayTakesEveryKindOfPlace)
 {
     PlayHost host;
     for (const char *place : {"0/3", "/0/3", "0 3", "/0 3", "Good:music#3", "Good:music 3"}) {
@@ -65,7 +65,7 @@ TEST(PlayerCommandsTest, PlayTakesEveryPlace)
     EXPECT_EQ(host.timesAsked(PlayCall), 6);
 }
 
-TEST(PlayerCommandsTest, PlayTakesWhatListsShowed)
+TEST(PlayerCommandsTest, PlayTakesNumbersPathsAndIdsOfShownRows)
 {
     const QTemporaryDir memory;
     PlayHost host;
@@ -80,7 +80,7 @@ TEST(PlayerCommandsTest, PlayTakesWhatListsShowed)
     EXPECT_EQ(host.timesAsked(PlayCall), 3);
 }
 
-TEST(PlayerCommandsTest, PlayOfAListPlaysTheFirstThatPlays)
+TEST(PlayerCommandsTest, PlayOfAListPlaysItsFirstPlayableRow)
 {
     PlayHost host;
     EXPECT_EQ(run(host.url(), words("play Good:music")).status, 0);
@@ -106,7 +106,7 @@ public:
     }
 };
 
-TEST(PlayerCommandsTest, ANameIsSearchedForAndTheBestHitTaken)
+TEST(PlayerCommandsTest, PlayOfANamePlaysTheBestHitOfASearch)
 {
     FoundHost host(
         {row(1, "Jazz FM", "a:0"), row(3, "FM of Jazz", "a:1"), row(3, "Jazz FM 2 (Ulm)", "a:2"),
@@ -119,7 +119,7 @@ TEST(PlayerCommandsTest, ANameIsSearchedForAndTheBestHitTaken)
         "playing  Jazz FM  Blue - Night  128 kbit/s\n");
 }
 
-TEST(PlayerCommandsTest, OfHitsThatAreAlikeTheFirstIsTaken)
+TEST(PlayerCommandsTest, PlayOfANamePrefersTheFirstOfEqualHits)
 {
     FoundHost words1({row(3, "Something else", "a:1"), row(3, "FM of Jazz", "a:2")});
     EXPECT_EQ(run(words1.url(), words("play jazz fm")).status, 0);
@@ -137,7 +137,7 @@ TEST(PlayerCommandsTest, OfHitsThatAreAlikeTheFirstIsTaken)
     EXPECT_EQ(nothing.timesAsked(PlayCall), 0);
 }
 
-TEST(PlayerCommandsTest, AnIdThatWasNotShownIsANameButNotOfWhateverIsFound)
+TEST(PlayerCommandsTest, AnIdThatWasNotShownPlaysOnlyAHitThatHasItInItsTitle)
 {
     FoundHost host({});
     const auto found = [&](const char *title) {
@@ -150,7 +150,7 @@ TEST(PlayerCommandsTest, AnIdThatWasNotShownIsANameButNotOfWhateverIsFound)
     EXPECT_EQ(host.timesAsked(PlayCall), 1);
 }
 
-TEST(PlayerCommandsTest, AnEntryThatIsGoneIsToldWithTheListAsItIs)
+TEST(PlayerCommandsTest, PlayOfAnEntryThatIsGoneShowsTheListAsItIsNow)
 {
     PlayHost host;
     host.setResult(PlayCall,
@@ -171,7 +171,7 @@ QByteArray changed(const char *state)
     return QByteArray(R"({"jsonrpc":"2.0","method":"player.changed","params":)") + state + "}";
 }
 
-TEST(PlayerCommandsTest, PlayWaitsUntilItIsHeard)
+TEST(PlayerCommandsTest, PlayWithWaitEndsWhenItIsHeard)
 {
     PlayHost host;
     host.setResult(StateCall, R"("result":{"state":1,"title":"Jazz FM","playId":{"id":"1"}})");
@@ -187,7 +187,7 @@ TEST(PlayerCommandsTest, PlayWaitsUntilItIsHeard)
         "{\"playId\":{\"id\":\"1\"},\"state\":2,\"title\":\"Jazz FM\"}\n");
 }
 
-TEST(PlayerCommandsTest, PlayWaitsForAFailureToo)
+TEST(PlayerCommandsTest, PlayWithWaitEndsWhenItFails)
 {
     PlayHost host;
     host.setResult(StateCall, R"("result":{"state":1,"playId":{"id":"1"}})");
@@ -206,7 +206,7 @@ TEST(PlayerCommandsTest, PlayWaitsForAFailureToo)
     EXPECT_EQ(run(host.url(), words("play Good:music 3 --wait")).status, 3);
 }
 
-TEST(PlayerCommandsTest, PlayAsJsonIsThePlayersState)
+TEST(PlayerCommandsTest, PlayAsJsonPrintsThePlayersState)
 {
     PlayHost host;
     EXPECT_EQ(run(host.url(), words("--json play Good:music 3")).out,
@@ -214,7 +214,7 @@ TEST(PlayerCommandsTest, PlayAsJsonIsThePlayersState)
         "\"streamTitle\":\"Blue - Night\",\"title\":\"Jazz FM\"}\n");
 }
 
-TEST(PlayerCommandsTest, WhatIsBeingDoneAboutAFaultIsTold)
+TEST(PlayerCommandsTest, StatusPrintsWhatIsDoneAboutAFault)
 {
     FakeHost host({{StateCall,
         R"("result":{"state":1,"title":"Jazz FM","problem":"The station does not answer. Trying again in 8 s.","error":""})"}});
@@ -248,7 +248,7 @@ TEST(PlayerCommandsTest, PlayFailsWithTheHost)
     EXPECT_EQ(outcome.errors, "veskctl: T: No\ufffd sound\n");
 }
 
-TEST(PlayerCommandsTest, APlayThatFailedAtOnceIsAFailureButNewsForStatus)
+TEST(PlayerCommandsTest, PlayFailsWithThePlayersErrorAndStatusPrintsIt)
 {
     PlayHost host;
     host.setResult(StateCall, R"("result":{"state":0,"title":"Jazz FM","error":"Nobody there."})");
@@ -268,7 +268,7 @@ TEST(PlayerCommandsTest, StatusFailsWithTheHost)
     EXPECT_EQ(outcome.errors, "veskctl: nothing there\n");
 }
 
-TEST(PlayerCommandsTest, StatusHasAWordForEachState)
+TEST(PlayerCommandsTest, StatusPrintsAWordForEachState)
 {
     FakeHost host;
     const QHash<int, std::string> wordOf {
@@ -279,7 +279,7 @@ TEST(PlayerCommandsTest, StatusHasAWordForEachState)
     }
 }
 
-TEST(PlayerCommandsTest, StatusNeverActsOnTheTerminal)
+TEST(PlayerCommandsTest, StatusPrintsNoControlCharacters)
 {
     FakeHost host({{StateCall,
         R"("result":{"state":2,"title":"a\u001b[2J","streamTitle":"b\n\u009bc","error":"\u202ed",
@@ -292,7 +292,7 @@ TEST(PlayerCommandsTest, StatusNeverActsOnTheTerminal)
         EXPECT_THAT(json, testing::Not(testing::HasSubstr(bad)));
 }
 
-TEST(PlayerCommandsTest, PauseResumeAndStopAreSilentWhenTheyWork)
+TEST(PlayerCommandsTest, PauseResumeAndStopPrintNothingOnSuccess)
 {
     FakeHost host;
     for (const char *command : {"pause", "resume", "stop"}) {
@@ -307,7 +307,7 @@ TEST(PlayerCommandsTest, PauseResumeAndStopAreSilentWhenTheyWork)
     }
 }
 
-TEST(PlayerCommandsTest, NobodyToWatchIsStatusThree)
+TEST(PlayerCommandsTest, WatchWithoutAHostEndsWithStatusThree)
 {
     QString url;
     {

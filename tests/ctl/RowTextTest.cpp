@@ -31,7 +31,7 @@ VeskRoles described(int type, const char *title, const char *description)
     return roles;
 }
 
-TEST(RowTextTest, ARowIsNumberMarkAndTitle)
+TEST(RowTextTest, ShowsNumberMarkAndTitle)
 {
     EXPECT_EQ(shown({row(1, "Music", "a:b")}, 80), "   0 > Music\n");
     EXPECT_EQ(shown({row(3, "Jazz", "a:b")}, 80), "   0 \u266a Jazz\n");
@@ -40,7 +40,7 @@ TEST(RowTextTest, ARowIsNumberMarkAndTitle)
     EXPECT_EQ(shown({row(99, "Odd", "a:b")}, 80), "   0   Odd\n");
 }
 
-TEST(RowTextTest, PathsAreShownWholeWhereTheyAreWanted)
+TEST(RowTextTest, ShowsPathsWholeWhenAskedFor)
 {
     const std::string path(200, 'x');
     const QList<VeskRoles> rows {row(1, "Music", ("a:" + path + "?b=c&d=e").c_str())};
@@ -48,7 +48,7 @@ TEST(RowTextTest, PathsAreShownWholeWhereTheyAreWanted)
     EXPECT_EQ(shown({row(2, "Heading", "a:b")}, 40, true), "   0 # Heading\n");
 }
 
-TEST(RowTextTest, AQueryShowsThePathThatSearches)
+TEST(RowTextTest, ShowsThePathThatAQuerySearches)
 {
     VeskRoles query = row(5, "Search", "a:query");
     query.insert(VeskRoles::Query(), QStringLiteral("q"));
@@ -56,7 +56,7 @@ TEST(RowTextTest, AQueryShowsThePathThatSearches)
     EXPECT_EQ(shown({query}, 80, true), "   0 ? Search\n       'a:found?m=1&q=TEXT'\n");
 }
 
-TEST(RowTextTest, AValueShowsItsValue)
+TEST(RowTextTest, ShowsTheValueOfAValueRow)
 {
     VeskRoles value = row(4, "Language", "settings:ui/language");
     value.insert(VeskRoles::Value(), VeskValue::fromString(QStringLiteral("de")));
@@ -64,7 +64,7 @@ TEST(RowTextTest, AValueShowsItsValue)
     EXPECT_EQ(shown({value}, 0), "/3/0\tvalue\tLanguage\tde\t\n");
 }
 
-TEST(RowTextTest, DescriptionsStandBelowEachOther)
+TEST(RowTextTest, AlignsDescriptions)
 {
     EXPECT_EQ(shown({described(3, "Jazz", "Now"), described(3, "日本", "Later")}, 80),
         "   0 \u266a Jazz  Now\n   1 \u266a 日本  Later\n");
@@ -87,13 +87,13 @@ TEST(RowTextTest, NoLineIsWiderThanTheTerminal)
     }
 }
 
-TEST(RowTextTest, ANarrowTerminalHasDescriptionsOnLinesOfTheirOwn)
+TEST(RowTextTest, ShowsDescriptionsOnTheirOwnLinesOnANarrowTerminal)
 {
     EXPECT_EQ(shown({described(3, "Jazz", "Now"), row(1, "Folder", "a:b")}, 40),
         "   0 \u266a Jazz\n       Now\n   1 > Folder\n");
 }
 
-TEST(RowTextTest, ProgramsGetEveryFieldWhole)
+TEST(RowTextTest, PrintsWholeFieldsForPrograms)
 {
     const std::string title(300, 't');
     EXPECT_EQ(shown({described(3, (title + "\tx").c_str(), "Now")}, 0),
@@ -102,7 +102,7 @@ TEST(RowTextTest, ProgramsGetEveryFieldWhole)
         shown({row(1, "Music", "a:b?c=d&e=f")}, 0, true), "/3/0\tfolder\tMusic\t\t\ta:b?c=d&e=f\n");
 }
 
-TEST(RowTextTest, WhatPlaysIsMarked)
+TEST(RowTextTest, MarksWhatPlays)
 {
     const QList<VeskRoles> rows {
         row(3, "One", "a:1"), row(3, "Two", "a:2"), row(1, "Not a station", "a:1")};
@@ -121,7 +121,7 @@ TEST(RowTextTest, WhatPlaysIsMarked)
         "   0 \u266a No path\n");
 }
 
-TEST(RowTextTest, AStreamThatWasNotChosenIsKnownByItsBitRate)
+TEST(RowTextTest, MarksTheStreamWithTheClosestBitRate)
 {
     const auto marked = [](const QList<int> &rates, int playing) {
         const RowPrinter printer({},
@@ -148,7 +148,7 @@ TEST(RowTextTest, AStreamThatWasNotChosenIsKnownByItsBitRate)
     EXPECT_EQ(marked({0, 0}, 0), -1);
 }
 
-TEST(RowTextTest, ColoursAreForTerminals)
+TEST(RowTextTest, UsesColoursOnlyWhereTheyAreOn)
 {
     EXPECT_THAT(shown({row(1, "Music", "a:b")}, 80, true, {}, TerminalStyle(true)),
         testing::HasSubstr("\033[2ma:b\033[0m"));
@@ -156,7 +156,7 @@ TEST(RowTextTest, ColoursAreForTerminals)
         shown({row(1, "Music", "a:b")}, 80, true), testing::Not(testing::HasSubstr("\033")));
 }
 
-TEST(RowTextTest, PlainTextIsTheBareValue)
+TEST(RowTextTest, PlainTextIsTheValueWithoutItsType)
 {
     EXPECT_EQ(plainText({}), QString());
     EXPECT_EQ(plainText(5), QStringLiteral("5"));

@@ -17,12 +17,13 @@ using Results = FakeHost::Results;
 const QByteArray OneService
     = R"("result":{"rowsCount":1,"rows":[["Good:"]],"roles":{"title":"Services"}})";
 
-/// The rows of ls: type, title, description, path, query, queryPath, value, container type.
+/// A result of getRows; values are type, title, description, path, query, queryPath, value and
+/// container type.
 const QByteArray GoodScreen = R"("result":{"rowsCount":2,"roles":{"title":"Good"},"rows":[
     [1,"Music",null,"Good:music",null,null,null,null],
     [3,"Jazz","Now","Good:jazz?id=1&x=2",null,null,null,null]]})";
 
-/// What a terminal of 80 columns is shown.
+/// Runs a command on a terminal of 80 columns.
 Outcome runOnTerminal(
     const QString &url, const QStringList &arguments, const QString &memory = QString())
 {
@@ -39,7 +40,7 @@ TEST(ScreenCommandsTest, LsShowsAScreen)
         "Good:x#0\tfolder\tMusic\t\t\nGood:x#1\taudio\tJazz\tNow\t\n");
 }
 
-TEST(ScreenCommandsTest, PathsAreShownWhenTheyAreAskedFor)
+TEST(ScreenCommandsTest, LsShowsPathsWhenAskedFor)
 {
     FakeHost host({{QStringLiteral("getRows Good:x"), GoodScreen}});
     EXPECT_EQ(runOnTerminal(host.url(), words("ls -l Good:x")).out,
@@ -50,7 +51,7 @@ TEST(ScreenCommandsTest, PathsAreShownWhenTheyAreAskedFor)
         "Good:x#1\taudio\tJazz\tNow\t\tGood:jazz?id=1&x=2\n");
 }
 
-TEST(ScreenCommandsTest, RowsOfWhichNothingIsSaidAreNotShown)
+TEST(ScreenCommandsTest, LsLeavesOutRowsWithoutRoles)
 {
     FakeHost host({{QStringLiteral("getRows Good:x"), R"("result":{"rowsCount":3,"roles":{},"rows":[
         [null,null,null,null,null,null,null,null],[3,"Jazz",null,"a:1",null,null,null,null],
@@ -59,7 +60,7 @@ TEST(ScreenCommandsTest, RowsOfWhichNothingIsSaidAreNotShown)
     EXPECT_EQ(run(host.url(), words("ls Good:x")).out, "Good:x#1\taudio\tJazz\t\t\n");
 }
 
-TEST(ScreenCommandsTest, AnEmptyListSaysSo)
+TEST(ScreenCommandsTest, LsSaysThatAListIsEmpty)
 {
     FakeHost host;
     host.setScreen(QStringLiteral("a:b"), {});
@@ -67,7 +68,7 @@ TEST(ScreenCommandsTest, AnEmptyListSaysSo)
     EXPECT_EQ(run(host.url(), words("ls a:b")).out, "");
 }
 
-TEST(ScreenCommandsTest, AListThatCouldNotBeHadIsAFailure)
+TEST(ScreenCommandsTest, LsFailsWhenAListComesWithAProblem)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("result":{"rowsCount":0,"rows":[],"roles":{"title":"T"},"problem":"It is down."})"}});
@@ -85,7 +86,7 @@ TEST(ScreenCommandsTest, AListThatCouldNotBeHadIsAFailure)
         "\n");
 }
 
-TEST(ScreenCommandsTest, WhatTheHostKnowsOfAServiceIsToldInPlaceOfTheError)
+TEST(ScreenCommandsTest, PrintsTheProblemInPlaceOfTheError)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("error":{"code":-32000,"message":"Invalid.","data":{"name":"n","title":"Error","problem":"It is down."}})"}});
@@ -114,7 +115,7 @@ TEST(ScreenCommandsTest, LsWithoutAPathListsTheServicesWhenThereAreMore)
     EXPECT_THAT(outcome.out, testing::StartsWith("Services\n"));
 }
 
-TEST(ScreenCommandsTest, APlugInThatCouldNotBeLoadedIsNoService)
+TEST(ScreenCommandsTest, LsIgnoresPlugInsThatWereNotLoaded)
 {
     FakeHost host({{QStringLiteral("getRows host:services"),
                        R"("result":{"rowsCount":2,"rows":[[null],["Good:"]],"roles":{}})"},
@@ -152,7 +153,7 @@ TEST(ScreenCommandsTest, LsFetchesLongScreensInParts)
     EXPECT_EQ(host.connections(), 1) << "the host keeps the list for its connection";
 }
 
-TEST(ScreenCommandsTest, LsShowsTheRangeThatIsAskedFor)
+TEST(ScreenCommandsTest, LsShowsARange)
 {
     FakeHost host({{QStringLiteral("getRows a:b 10"), page(10, 3, 250)}});
     EXPECT_EQ(runOnTerminal(host.url(), words("ls a:b --first 10 --limit 3")).out,
@@ -160,7 +161,7 @@ TEST(ScreenCommandsTest, LsShowsTheRangeThatIsAskedFor)
     EXPECT_EQ(host.lastParams().value(QStringLiteral("last")), 12);
 }
 
-TEST(ScreenCommandsTest, LsEndsWhereAHostPromisesRowsThatItDoesNotHave)
+TEST(ScreenCommandsTest, LsEndsWhenAHostSendsFewerRowsThanItsCount)
 {
     FakeHost host({{QStringLiteral("getRows a:b"), page(0, 100, 1000000)},
         {QStringLiteral("getRows a:b 100"), page(100, 0, 1000000)}});
@@ -176,7 +177,7 @@ QVariantHash parsed(const std::string &json)
     return value.toHash();
 }
 
-TEST(ScreenCommandsTest, LsAsJsonHasAllRowsWithNamedMembers)
+TEST(ScreenCommandsTest, LsAsJsonPrintsAllRowsWithNamedRoles)
 {
     FakeHost host;
     QList<VeskRoles> rows {row(2, "Heading", "")};
@@ -199,7 +200,7 @@ TEST(ScreenCommandsTest, LsAsJsonHasAllRowsWithNamedMembers)
     EXPECT_FALSE(named.first().toHash().contains(QStringLiteral("player")));
 }
 
-TEST(ScreenCommandsTest, ErrorsAreJsonToo)
+TEST(ScreenCommandsTest, PrintsErrorsAsJson)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("error":{"code":-32000,"message":"No","data":{"name":"e:3","title":"Sorry"}})"}});
@@ -223,7 +224,7 @@ TEST(ScreenCommandsTest, ErrorsAreJsonToo)
     EXPECT_TRUE(parsed(nobody.out).contains(QStringLiteral("error")));
 }
 
-TEST(ScreenCommandsTest, BadUsageAsksNothingOfTheHost)
+TEST(ScreenCommandsTest, BadUsageCallsNoHost)
 {
     FakeHost host;
     for (const char *line : {"ls a:b c:d", "ls nopath", "ls a:%zz", "ls --first 5 --last 4",
@@ -244,7 +245,7 @@ const Results Searchable {
     {QStringLiteral("getRows Good:found?m=1&q=miles%20d%26"), GoodScreen},
 };
 
-TEST(ScreenCommandsTest, SearchGoesWhereTheServiceSaysThatItSearches)
+TEST(ScreenCommandsTest, SearchUsesTheServicesQueryPath)
 {
     FakeHost host(Searchable);
     const Outcome outcome
@@ -256,14 +257,14 @@ TEST(ScreenCommandsTest, SearchGoesWhereTheServiceSaysThatItSearches)
         << "words need no quotes";
 }
 
-TEST(ScreenCommandsTest, WhatIsFoundIsAPlaceToo)
+TEST(ScreenCommandsTest, LsShowsTheHitsOfASearch)
 {
     FakeHost host(Searchable);
     EXPECT_EQ(run(host.url(), {QStringLiteral("ls"), QStringLiteral("search:miles d&")}).out,
         run(host.url(), {QStringLiteral("search"), QStringLiteral("miles d&")}).out);
 }
 
-TEST(ScreenCommandsTest, SearchWantsToKnowWhereWhenThereAreMoreServices)
+TEST(ScreenCommandsTest, SearchNeedsAServiceWhenThereAreSeveral)
 {
     FakeHost host({{QStringLiteral("getRows host:services"),
         R"("result":{"rowsCount":2,"rows":[["A:"],["B:"]],"roles":{}})"}});
@@ -272,7 +273,7 @@ TEST(ScreenCommandsTest, SearchWantsToKnowWhereWhenThereAreMoreServices)
     EXPECT_THAT(outcome.errors, testing::HasSubstr("--in"));
 }
 
-TEST(ScreenCommandsTest, SearchTellsWhenAServiceHasNone)
+TEST(ScreenCommandsTest, SearchFailsWhenTheServiceHasNone)
 {
     FakeHost noRole({{QStringLiteral("getData a:"), R"("result":{"values":[null]})"}});
     EXPECT_EQ(run(noRole.url(), words("search x --in a:")).status, 1);
@@ -316,7 +317,7 @@ void furnish(FakeHost &host)
     host.setScreen(QStringLiteral("Good:folder"), {row(3, "Mine", "a:3")});
 }
 
-TEST(ScreenCommandsTest, PlacesCountRowsFromTheFirstScreenOn)
+TEST(ScreenCommandsTest, NumbersCountFromTheFirstScreenForPrograms)
 {
     FakeHost host;
     furnish(host);
@@ -329,7 +330,7 @@ TEST(ScreenCommandsTest, PlacesCountRowsFromTheFirstScreenOn)
     EXPECT_EQ(run(host.url(), words("get 2/1/0 title")).out, "it\n");
 }
 
-TEST(ScreenCommandsTest, OnATerminalTheyCountFromWhatItWasShownLast)
+TEST(ScreenCommandsTest, NumbersCountFromTheLastListOnATerminal)
 {
     const QTemporaryDir memory;
     FakeHost host;
@@ -346,7 +347,7 @@ TEST(ScreenCommandsTest, OnATerminalTheyCountFromWhatItWasShownLast)
     EXPECT_EQ(ls("--in Good:music ls 1"), "   0 \u266a Blue\n");
 }
 
-TEST(ScreenCommandsTest, ARowIsTheOneThatWasShownWhereverItWent)
+TEST(ScreenCommandsTest, ANumberMeansTheRowThatWasShownEvenIfItHasMoved)
 {
     const QTemporaryDir memory;
     FakeHost host;
@@ -370,7 +371,7 @@ TEST(ScreenCommandsTest, ARowIsTheOneThatWasShownWhereverItWent)
     EXPECT_EQ(gone.out, "   0 > New\n");
 }
 
-TEST(ScreenCommandsTest, PathsAndIdsThatWereShownArePlaces)
+TEST(ScreenCommandsTest, PathsAndIdsOfShownRowsArePlaces)
 {
     const QTemporaryDir memory;
     FakeHost host;
@@ -387,7 +388,7 @@ TEST(ScreenCommandsTest, PathsAndIdsThatWereShownArePlaces)
     EXPECT_THAT(unknown.errors, testing::HasSubstr("no row with \"s3\" was shown lately"));
 }
 
-TEST(ScreenCommandsTest, APlaceThatIsNotThereIsAFailure)
+TEST(ScreenCommandsTest, LsFailsForAPlaceThatDoesNotExist)
 {
     FakeHost host;
     furnish(host);
@@ -402,7 +403,7 @@ TEST(ScreenCommandsTest, APlaceThatIsNotThereIsAFailure)
     EXPECT_EQ(host.timesAsked(QStringLiteral("setData")), 0);
 }
 
-TEST(ScreenCommandsTest, FavoritesAreFoundWhateverTheyAreCalled)
+TEST(ScreenCommandsTest, FavoritesAreFoundByTheirPath)
 {
     FakeHost host;
     furnish(host);
@@ -410,7 +411,7 @@ TEST(ScreenCommandsTest, FavoritesAreFoundWhateverTheyAreCalled)
     EXPECT_EQ(run(host.url(), words("ls favorites/0")).out, "favorites/0/0\taudio\tMine\t\t\n");
 }
 
-TEST(ScreenCommandsTest, AServiceThatIsSlowIsToldOf)
+TEST(ScreenCommandsTest, NotesThatAServiceIsSlow)
 {
     FakeHost host;
     furnish(host);
@@ -422,7 +423,7 @@ TEST(ScreenCommandsTest, AServiceThatIsSlowIsToldOf)
     EXPECT_EQ(run(host.url(), words("ls Good:jazz")).errors, "");
 }
 
-TEST(ScreenCommandsTest, WhatWasNotOfferedIsToldInTheHostsWords)
+TEST(ScreenCommandsTest, PrintsTheHostsMessageForWhatWasNotOffered)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("error":{"code":-32005,"message":"This address changes something.","data":{"name":"notOffered","title":"T"}})"}});
@@ -431,7 +432,7 @@ TEST(ScreenCommandsTest, WhatWasNotOfferedIsToldInTheHostsWords)
     EXPECT_EQ(outcome.errors, "veskctl: This address changes something.\n");
 }
 
-TEST(ScreenCommandsTest, TheHostsLanguageIsSpoken)
+TEST(ScreenCommandsTest, PrintsInTheHostsLanguage)
 {
     FakeHost host;
     furnish(host);
@@ -443,7 +444,7 @@ TEST(ScreenCommandsTest, TheHostsLanguageIsSpoken)
     EXPECT_EQ(run(host.url(), words("status"), german).out, "l\u00e4uft\n");
 }
 
-TEST(ScreenCommandsTest, AServiceWithoutFavoritesSaysSo)
+TEST(ScreenCommandsTest, FavoritesFailsWhenTheServiceHasNone)
 {
     FakeHost host;
     host.setScreen(QStringLiteral("a:"), {row(1, "Music", "a:b?c=music")});
@@ -452,7 +453,7 @@ TEST(ScreenCommandsTest, AServiceWithoutFavoritesSaysSo)
     EXPECT_EQ(outcome.errors, "veskctl: this service has no favorites\n");
 }
 
-TEST(ScreenCommandsTest, AnErrorOfThePlugInIsStatusOne)
+TEST(ScreenCommandsTest, APlugInsErrorEndsWithStatusOne)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
         R"("error":{"code":-32000,"message":"No\u001b luck","data":{"name":"e:3","title":"Sorry"}})"}});
@@ -463,7 +464,7 @@ TEST(ScreenCommandsTest, AnErrorOfThePlugInIsStatusOne)
     EXPECT_EQ(run(host.url(), words("get c:d")).errors, "veskctl: nothing there\n");
 }
 
-TEST(ScreenCommandsTest, ADeviceWithoutAccountIsNoFailure)
+TEST(ScreenCommandsTest, GetOfAMissingAccountIsNoFailure)
 {
     FakeHost host({{QStringLiteral("getData a:account"),
         R"("error":{"code":-32000,"message":"No account","data":{"name":"err:7","title":"T"}})"}});
@@ -476,7 +477,7 @@ TEST(ScreenCommandsTest, ADeviceWithoutAccountIsNoFailure)
     EXPECT_EQ(json.errors, "");
 }
 
-TEST(ScreenCommandsTest, WhatNeedsAnAccountFailsWithoutOne)
+TEST(ScreenCommandsTest, LsAndSetFailWithoutAnAccount)
 {
     const QByteArray unlinked
         = R"("error":{"code":-32000,"message":"No account","data":{"name":"err:7","title":"T"}})";
@@ -490,7 +491,7 @@ TEST(ScreenCommandsTest, WhatNeedsAnAccountFailsWithoutOne)
     }
 }
 
-TEST(ScreenCommandsTest, ControlCharactersNeverReachTheTerminal)
+TEST(ScreenCommandsTest, PrintsNoControlCharacters)
 {
     FakeHost host({{QStringLiteral("getRows a:b"),
                        R"("result":{"rowsCount":1,"roles":{"title":"T\u001b]0;x\u0007"},
@@ -504,7 +505,7 @@ TEST(ScreenCommandsTest, ControlCharactersNeverReachTheTerminal)
     }
 }
 
-TEST(ScreenCommandsTest, NobodyThereIsStatusThree)
+TEST(ScreenCommandsTest, EndsWithStatusThreeWithoutAHost)
 {
     QString url;
     {
@@ -518,7 +519,7 @@ TEST(ScreenCommandsTest, NobodyThereIsStatusThree)
     EXPECT_THAT(outcome.errors, testing::HasSubstr("VESK_HOST"));
 }
 
-TEST(ScreenCommandsTest, SomebodyElseThereIsStatusThree)
+TEST(ScreenCommandsTest, EndsWithStatusThreeWhenTheServerIsNoHost)
 {
     using End = ScriptedServer::End;
     const QList<ScriptedServer::Response> answers {

@@ -34,7 +34,7 @@ protected:
         QStringLiteral("a:x?id=s1"), QString(), QStringLiteral("a:x?id=s2&q=s1")};
 };
 
-TEST_F(ShownListsTest, ARowIsTheOneThatWasShownUnderItsNumber)
+TEST_F(ShownListsTest, LastFindsTheRowThatWasShownUnderANumber)
 {
     lists().add(path("a:list"), 10, m_rows, {1, 2, 3});
     const ShownRow row = lists().last(12);
@@ -48,7 +48,7 @@ TEST_F(ShownListsTest, ARowIsTheOneThatWasShownUnderItsNumber)
     EXPECT_EQ(lists().last(99).screen, path("a:list"));
 }
 
-TEST_F(ShownListsTest, EachTerminalCountsForItself)
+TEST_F(ShownListsTest, LastKnowsOnlyItsOwnTerminalAndHost)
 {
     lists().add(path("a:one"), 0, m_rows);
     lists(QStringLiteral("8")).add(path("a:two"), 0, m_rows);
@@ -58,7 +58,7 @@ TEST_F(ShownListsTest, EachTerminalCountsForItself)
     EXPECT_TRUE(lists(Tty, QStringLiteral("http://b/")).last(0).screen.isEmpty());
 }
 
-TEST_F(ShownListsTest, PathsAndIdsAreFoundOnAnyTerminalThisOnesFirst)
+TEST_F(ShownListsTest, FindSearchesAllTerminalsThisOneFirst)
 {
     lists(QStringLiteral("8")).add(path("a:two"), 0, m_rows);
     EXPECT_EQ(lists().find(path("a:x?id=s1")).screen, path("a:two"));
@@ -70,7 +70,7 @@ TEST_F(ShownListsTest, PathsAndIdsAreFoundOnAnyTerminalThisOnesFirst)
     EXPECT_EQ(lists().find(path("a:y")).row, -1);
 }
 
-TEST_F(ShownListsTest, EntriesOfMenusHaveNoIds)
+TEST_F(ShownListsTest, FindIdIgnoresMenus)
 {
     lists().add(path("a:list"), 0, m_rows);
     lists().add(path("a:menu"), 0, {QStringLiteral("a:menu/add?of=s1")}, {6}, true);
@@ -78,7 +78,7 @@ TEST_F(ShownListsTest, EntriesOfMenusHaveNoIds)
     EXPECT_EQ(lists().last(0).screen, path("a:menu"));
 }
 
-TEST_F(ShownListsTest, IsBounded)
+TEST_F(ShownListsTest, KeepsALimitedNumberOfListsAndRows)
 {
     for (int i = 0; i < 30; ++i) {
         lists().add(path(QStringLiteral("a:%1").arg(i).toUtf8().constData()), 0,
@@ -95,7 +95,7 @@ TEST_F(ShownListsTest, IsBounded)
     EXPECT_EQ(lists().find(path("c:10000")).row, -1);
 }
 
-TEST_F(ShownListsTest, IsForNobodyElsesEyes)
+TEST_F(ShownListsTest, IsReadableForItsOwnerAlone)
 {
     lists().add(path("a:list"), 0, m_rows);
     struct stat status { };
@@ -106,7 +106,7 @@ TEST_F(ShownListsTest, IsForNobodyElsesEyes)
     EXPECT_EQ(status.st_mode & 0777, 0700U);
 }
 
-TEST_F(ShownListsTest, WhatCannotBeReadOrWrittenIsForgotten)
+TEST_F(ShownListsTest, IgnoresFilesThatCannotBeReadOrWritten)
 {
     lists().add(path("a:list"), 0, m_rows);
     for (const char *damage : {"", "{", "[1,[],{}]", R"([{"host":"http://a/","screen":"%zz"}])"}) {
@@ -117,7 +117,7 @@ TEST_F(ShownListsTest, WhatCannotBeReadOrWrittenIsForgotten)
         EXPECT_TRUE(lists().last(0).screen.isEmpty()) << damage;
     }
     QFile::remove(file());
-    // One that would wait for a writer.
+    // Opening a FIFO would block until there is a writer.
     ASSERT_EQ(::mkfifo(file().toLocal8Bit().constData(), 0600), 0);
     EXPECT_TRUE(lists().last(0).screen.isEmpty());
     ShownLists nowhere(QStringLiteral("/proc/none"), Tty, Host);

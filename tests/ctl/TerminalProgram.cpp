@@ -19,7 +19,7 @@ namespace {
 
 constexpr int PatienceMs = 60000;
 
-/// All that comes until the terminal is left.
+/// Everything that is written until the last program closes the terminal.
 std::string readAll(int terminal, pid_t program)
 {
     std::string text;
@@ -27,7 +27,7 @@ std::string readAll(int terminal, pid_t program)
     while (true) {
         pollfd waited {terminal, POLLIN, 0};
         if (::poll(&waited, 1, static_cast<int>(deadline.remainingTime())) == 0) {
-            ADD_FAILURE() << "it does not end; so far: " << text;
+            ADD_FAILURE() << "the program does not end; so far: " << text;
             ::kill(-program, SIGKILL);
             return text;
         }
@@ -35,7 +35,7 @@ std::string readAll(int terminal, pid_t program)
         const ssize_t count = ::read(terminal, bytes, sizeof bytes);
         if (count < 0 && errno == EINTR)
             continue;
-        // An error when the last program has left it.
+        // EIO when the last program has closed the terminal.
         if (count <= 0)
             return text;
         text.append(bytes, static_cast<size_t>(count));
@@ -61,7 +61,7 @@ Shown showOnTerminal(const QString &command, int columns, const QString &environ
     ::waitpid(program, &status, 0);
     ::close(terminal);
     shown.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    // A terminal's line ends.
+    // A terminal turns line feeds into CR LF.
     size_t at = 0;
     while ((at = shown.text.find("\r\n", at)) != std::string::npos)
         shown.text.erase(at, 1);

@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(TerminalTextTest, TakesTheTeethOutOfControlCharacters)
+TEST(TerminalTextTest, ReplacesControlCharacters)
 {
     EXPECT_EQ(printableText(QStringLiteral("a\x1b[31mb")), QStringLiteral("a\ufffd[31mb"));
     EXPECT_EQ(printableText(QStringLiteral("a\nb\tc\rd")), QStringLiteral("a b c d"));
@@ -18,14 +18,14 @@ TEST(TerminalTextTest, TakesTheTeethOutOfControlCharacters)
     EXPECT_EQ(printableText(QStringLiteral("Grüße, 日本 🎵")), QStringLiteral("Grüße, 日本 🎵"));
 }
 
-TEST(TerminalTextTest, JsonSaysTheSameWithEscapes)
+TEST(TerminalTextTest, EscapesControlCharactersInJson)
 {
     EXPECT_EQ(printableJson(QStringLiteral("{\"a\":\"\u009bx\u202e\"}").toUtf8()),
         "{\"a\":\"\\u009bx\\u202e\"}");
     EXPECT_EQ(printableJson("[1]"), "[1]");
 }
 
-TEST(TerminalTextTest, QuotesWhatAShellWouldReadMoreInto)
+TEST(TerminalTextTest, QuotesWordsForAShell)
 {
     EXPECT_EQ(shellWord(QStringLiteral("a:b")), QStringLiteral("a:b"));
     EXPECT_EQ(shellWord(QStringLiteral("a:b#3/0")), QStringLiteral("a:b#3/0"));
@@ -45,7 +45,7 @@ TEST(TerminalTextTest, CountsColumnsAsATerminalDoes)
     EXPECT_EQ(textWidth(QString()), 0);
 }
 
-TEST(TerminalTextTest, LeavesOutTheMiddleOfWhatIsTooLong)
+TEST(TerminalTextTest, ElidesTheMiddleOfLongText)
 {
     EXPECT_EQ(elided(QStringLiteral("abcdefghij"), 10), QStringLiteral("abcdefghij"));
     EXPECT_EQ(elided(QStringLiteral("abcdefghij"), 7), QStringLiteral("abc…hij"));
@@ -54,7 +54,7 @@ TEST(TerminalTextTest, LeavesOutTheMiddleOfWhatIsTooLong)
     EXPECT_EQ(elided(QStringLiteral("abcdefghij"), 0), QString());
 }
 
-TEST(TerminalTextTest, NeverShowsHalfACharacter)
+TEST(TerminalTextTest, NeverSplitsACharacter)
 {
     const QString wide = QStringLiteral("日本語放送局東京");
     const QString marked = QStringLiteral("e\u0301").repeated(20);

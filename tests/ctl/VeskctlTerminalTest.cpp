@@ -32,7 +32,7 @@ protected:
         {QStringLiteral("--plugin"), QStringLiteral(TEST_PLUGINS "/libvesk_cb_good.so")}};
 };
 
-TEST_F(VeskctlTerminalTest, ListsFillTheTerminalAndNoMore)
+TEST_F(VeskctlTerminalTest, ListsAreNoWiderThanTheTerminal)
 {
     const Shown wide = show(QStringLiteral("@ ls host:settings"), 80);
     EXPECT_EQ(wide.status, 0);
@@ -48,7 +48,7 @@ TEST_F(VeskctlTerminalTest, ListsFillTheTerminalAndNoMore)
     }
 }
 
-TEST_F(VeskctlTerminalTest, ColumnsSaysMoreThanTheTerminal)
+TEST_F(VeskctlTerminalTest, ColumnsOverridesTheTerminalsWidth)
 {
     const Shown shown = show(QStringLiteral("@ ls host:settings"), 80, "COLUMNS=30");
     const QStringList lines = QString::fromStdString(shown.text).split(QLatin1Char('\n'));
@@ -56,7 +56,7 @@ TEST_F(VeskctlTerminalTest, ColumnsSaysMoreThanTheTerminal)
         EXPECT_LE(line.size(), 30) << line.toStdString();
 }
 
-TEST_F(VeskctlTerminalTest, WhatIsPipedIsWholeAndInFields)
+TEST_F(VeskctlTerminalTest, PipedListsHaveWholeFields)
 {
     const Shown piped = show(QStringLiteral("@ ls host:settings | cat"), 40);
     EXPECT_THAT(piped.text, StartsWith("host:settings#0\t"));
@@ -64,7 +64,7 @@ TEST_F(VeskctlTerminalTest, WhatIsPipedIsWholeAndInFields)
     EXPECT_THAT(piped.text, Not(HasSubstr("\u2026")));
 }
 
-TEST_F(VeskctlTerminalTest, NumbersCountFromWhatTheTerminalWasShownLast)
+TEST_F(VeskctlTerminalTest, NumbersCountFromTheLastListOfTheTerminal)
 {
     const Shown shown
         = show(QStringLiteral("@ ls Good:songs; @ play 0; echo status $?; @ ls 0 | cat"), 80);
@@ -77,7 +77,7 @@ TEST_F(VeskctlTerminalTest, NumbersCountFromWhatTheTerminalWasShownLast)
     EXPECT_THAT(another.text, HasSubstr("nothing to play"));
 }
 
-TEST_F(VeskctlTerminalTest, ColoursAreForTerminalsAlone)
+TEST_F(VeskctlTerminalTest, ColoursAreOnlyForTerminals)
 {
     EXPECT_THAT(show(QStringLiteral("unset NO_COLOR; @ ls"), 80).text, HasSubstr("\033["));
     EXPECT_THAT(show(QStringLiteral("@ ls"), 80).text, Not(HasSubstr("\033[")));
@@ -85,7 +85,7 @@ TEST_F(VeskctlTerminalTest, ColoursAreForTerminalsAlone)
         show(QStringLiteral("unset NO_COLOR; @ ls | cat"), 80).text, Not(HasSubstr("\033[")));
 }
 
-TEST_F(VeskctlTerminalTest, SpeaksTheHostsLanguage)
+TEST_F(VeskctlTerminalTest, PrintsInTheHostsLanguage)
 {
     const Shown shown = show(
         QStringLiteral("@ set settings:ui/language de-DE; @ status; @ ls 99; @ ls host:settings"),

@@ -89,7 +89,7 @@ QByteArray nextLine(QProcess &process)
     return process.readLine();
 }
 
-TEST_F(VeskctlTest, WatchesThePlayerUntilItIsInterrupted)
+TEST_F(VeskctlTest, WatchEndsWithoutErrorOnASignal)
 {
     for (const int signal : {SIGINT, SIGTERM}) {
         QProcess watch;
@@ -106,7 +106,7 @@ TEST_F(VeskctlTest, WatchesThePlayerUntilItIsInterrupted)
     }
 }
 
-TEST_F(VeskctlTest, WatchesOnWhenTheHostIsBack)
+TEST_F(VeskctlTest, WatchGoesOnAfterARestartOfTheHost)
 {
     QProcess watch;
     start(watch, QStringLiteral(VESKCTL_PROGRAM), words("status --watch --json"));
@@ -126,7 +126,7 @@ TEST_F(VeskctlTest, WatchesOnWhenTheHostIsBack)
     EXPECT_EQ(watch.exitCode(), 0);
 }
 
-TEST_F(VeskctlTest, EndsAWatchWhenNobodyReadsIt)
+TEST_F(VeskctlTest, WatchEndsWhenItsOutputIsClosed)
 {
     QProcess shell;
     start(shell, QStringLiteral("/bin/sh"),
@@ -138,7 +138,7 @@ TEST_F(VeskctlTest, EndsAWatchWhenNobodyReadsIt)
     EXPECT_EQ(shell.readAllStandardError(), "status 0\n");
 }
 
-TEST_F(VeskctlTest, TellsThePlayersErrors)
+TEST_F(VeskctlTest, PrintsThePlayersErrors)
 {
     EXPECT_EQ(run(words("status")).out, "stopped\n");
     EXPECT_EQ(run(words("stop")).status, 0);
@@ -150,7 +150,7 @@ TEST_F(VeskctlTest, TellsThePlayersErrors)
     EXPECT_EQ(run(words("favorites")).status, 1);
 }
 
-TEST_F(VeskctlTest, TellsFailuresApartByItsStatus)
+TEST_F(VeskctlTest, EndsWithAStatusForEachFailure)
 {
     const Outcome missing = run(words("ls Good:nothing"));
     EXPECT_EQ(missing.status, 1);

@@ -15,7 +15,7 @@ using testing::HasSubstr;
 
 namespace {
 
-/// A process that takes the lock, says so, and holds it until it is killed.
+/// A process that takes the lock and holds it until it is killed.
 class Holder {
 public:
     explicit Holder(const std::string &file)
@@ -69,7 +69,7 @@ protected:
     std::string m_file;
 };
 
-TEST_F(FileLockTest, IsHeldByOneProcessAndNamesIt)
+TEST_F(FileLockTest, NamesTheProcessThatHoldsIt)
 {
     Holder holder(m_file);
     ASSERT_TRUE(holder.holds());
@@ -82,7 +82,7 @@ TEST_F(FileLockTest, IsHeldByOneProcessAndNamesIt)
         taken.error().text, "process " + std::to_string(holder.process()) + " holds " + m_file);
 }
 
-TEST_F(FileLockTest, IsFreeOnceItsHolderWasKilled)
+TEST_F(FileLockTest, IsReleasedWhenItsHolderIsKilled)
 {
     Holder holder(m_file);
     FileLock lock(m_file);
@@ -93,7 +93,7 @@ TEST_F(FileLockTest, IsFreeOnceItsHolderWasKilled)
     EXPECT_TRUE(lock.take()) << "held already";
 }
 
-TEST_F(FileLockTest, GoesWithTheObject)
+TEST_F(FileLockTest, IsReleasedWithTheObject)
 {
     {
         FileLock lock(m_file);
@@ -103,7 +103,7 @@ TEST_F(FileLockTest, GoesWithTheObject)
     EXPECT_TRUE(Holder(m_file).holds());
 }
 
-TEST_F(FileLockTest, IsForItsOwnerAlone)
+TEST_F(FileLockTest, IsReadableForItsOwnerAlone)
 {
     FileLock lock(m_file);
     ASSERT_TRUE(lock.take());
@@ -112,7 +112,7 @@ TEST_F(FileLockTest, IsForItsOwnerAlone)
     EXPECT_EQ(status.st_mode & 07777, 0600u);
 }
 
-TEST_F(FileLockTest, FailsWhereThereCanBeNoFile)
+TEST_F(FileLockTest, FailsWithoutARegularFile)
 {
     FileLock nowhere(m_folder + "/none/lock");
     EXPECT_THAT(nowhere.take().error().text, HasSubstr(m_folder + "/none/lock: "));

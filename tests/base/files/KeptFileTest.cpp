@@ -23,12 +23,12 @@ namespace {
 
 constexpr std::size_t room = 100000;
 
-/// The number of calls of fsync() until the disk refuses one; 0: it takes all.
+/// The number of the next call of fsync() that fails, counted from 1; 0 for none.
 int callsToFailure = 0;
 
 } // namespace
 
-/// Stands in for the system's, so that a disk can fail.
+/// Replaces the C library's, so that a failing disk can be simulated.
 extern "C" int fsync(int descriptor)
 {
     if (callsToFailure > 0 && --callsToFailure == 0) {
@@ -84,7 +84,7 @@ protected:
     std::string m_file;
 };
 
-TEST_F(KeptFileTest, ComesBackAsItWasWritten)
+TEST_F(KeptFileTest, ReadsWhatWasWritten)
 {
     KeptFile file(m_file, room);
     EXPECT_FALSE(*file.read());
@@ -108,7 +108,7 @@ TEST_F(KeptFileTest, IsReplacedAsAWhole)
     EXPECT_EQ(contentOf(m_file), "second");
 }
 
-TEST_F(KeptFileTest, IsItsOwnersAloneWhateverItWasBefore)
+TEST_F(KeptFileTest, IsReadableForItsOwnerAloneWhateverItsModeWas)
 {
     const mode_t before = ::umask(0);
     put(m_file, "old");
@@ -124,7 +124,7 @@ TEST_F(KeptFileTest, IsItsOwnersAloneWhateverItWasBefore)
     EXPECT_EQ(modeOf(m_folder + "/a/b"), 0700u);
 }
 
-TEST_F(KeptFileTest, LeavesAFolderThatIsThereAsItIs)
+TEST_F(KeptFileTest, LeavesAnExistingFolderAsItIs)
 {
     ::chmod(m_folder.c_str(), 0755);
     EXPECT_TRUE(KeptFile::makeFolder(m_folder));
@@ -135,7 +135,7 @@ TEST_F(KeptFileTest, LeavesAFolderThatIsThereAsItIs)
     EXPECT_THAT(KeptFile::makeFolder(m_file + "/below").error().text, HasSubstr("is no folder"));
 }
 
-TEST_F(KeptFileTest, KeepsWhatItHeldLastBesideIt)
+TEST_F(KeptFileTest, KeepsACopyOfItsLastContent)
 {
     KeptFile file(m_file, room);
     EXPECT_FALSE(*file.readLastGood());
@@ -156,10 +156,10 @@ TEST_F(KeptFileTest, IsDamagedWhenItIsEmptyOrTooLarge)
     EXPECT_EQ(contentOf(m_file).size(), room + 1) << "the file is as it was";
 }
 
-TEST_F(KeptFileTest, IsNotOpenedWhenItIsNoFile)
+TEST_F(KeptFileTest, RefusesWhatIsNoRegularFile)
 {
     ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0);
-    expectRefused("no regular file"); // and does not wait for somebody who writes
+    expectRefused("no regular file"); // without waiting for a writer
     fs::remove(m_file);
     fs::create_directory(m_file);
     expectRefused("no regular file");
@@ -174,7 +174,7 @@ TEST_F(KeptFileTest, IsNotOpenedWhenItIsNoFile)
     expectRefused("symbolic links");
 }
 
-TEST_F(KeptFileTest, TakesThePlaceOfWhatIsNoFile)
+TEST_F(KeptFileTest, ReplacesWhatIsNoRegularFile)
 {
     const auto isKept = [this] {
         KeptFile file(m_file, room);
@@ -193,7 +193,7 @@ TEST_F(KeptFileTest, TakesThePlaceOfWhatIsNoFile)
     EXPECT_TRUE(fs::is_character_file("/dev/zero"));
 }
 
-TEST_F(KeptFileTest, BehindALinkIsTheFileThatIsReplaced)
+TEST_F(KeptFileTest, ReplacesTheFileBehindALink)
 {
     fs::create_directory(m_folder + "/elsewhere");
     put(m_folder + "/elsewhere/real", "old");
@@ -205,7 +205,7 @@ TEST_F(KeptFileTest, BehindALinkIsTheFileThatIsReplaced)
     EXPECT_EQ(contentOf(m_folder + "/elsewhere/real"), "new");
 }
 
-TEST_F(KeptFileTest, DamagedOnesDoNotReplaceEachOtherUntilThereAreTooMany)
+TEST_F(KeptFileTest, KeepsALimitedNumberOfDamagedFiles)
 {
     KeptFile file(m_file, room);
     for (int i = 1; i <= 8; ++i) {
@@ -223,11 +223,11 @@ TEST_F(KeptFileTest, DamagedOnesDoNotReplaceEachOtherUntilThereAreTooMany)
     EXPECT_EQ(contentOf(m_file + ".damaged.5"), "damaged 8");
 }
 
-TEST_F(KeptFileTest, LeftoversGoAndDoNotDisturb)
+TEST_F(KeptFileTest, RemovesAndIgnoresLeftovers)
 {
     KeptFile file(m_file, room);
     put(m_file + ".new", "half a wri");
-    put(m_file + ".newer", "somebody else's");
+    put(m_file + ".newer", "another file");
     EXPECT_FALSE(*file.read());
     file.removeLeftovers();
     EXPECT_EQ(names(), (std::set<std::string> {"state.newer"}));
@@ -239,7 +239,7 @@ TEST_F(KeptFileTest, LeftoversGoAndDoNotDisturb)
     EXPECT_EQ(contentOf(m_file), "whole");
 }
 
-TEST_F(KeptFileTest, IsAsItWasBeyondTheLimitOfAFilesSize)
+TEST_F(KeptFileTest, IsUnchangedWhenAWriteExceedsTheFileSizeLimit)
 {
     KeptFile file(m_file, room);
     ASSERT_TRUE(file.write("good"));
@@ -254,7 +254,7 @@ TEST_F(KeptFileTest, IsAsItWasBeyondTheLimitOfAFilesSize)
     EXPECT_TRUE(file.write(std::string(5000, 'x')));
 }
 
-TEST_F(KeptFileTest, IsAsItWasWhenTheDiskRefusesTheBytes)
+TEST_F(KeptFileTest, IsUnchangedWhenTheFileCannotBeSynchronised)
 {
     KeptFile file(m_file, room);
     ASSERT_TRUE(file.write("good"));
@@ -265,7 +265,7 @@ TEST_F(KeptFileTest, IsAsItWasWhenTheDiskRefusesTheBytes)
     EXPECT_TRUE(file.write("better"));
 }
 
-TEST_F(KeptFileTest, IsNotKeptWhenTheDiskRefusesItsName)
+TEST_F(KeptFileTest, FailsWhenTheFolderCannotBeSynchronised)
 {
     KeptFile file(m_file, room);
     ASSERT_TRUE(file.write("good"));
@@ -276,7 +276,7 @@ TEST_F(KeptFileTest, IsNotKeptWhenTheDiskRefusesItsName)
     EXPECT_EQ(contentOf(m_file), "better");
 }
 
-TEST_F(KeptFileTest, IsAsItWasWhenTheFolderIsGone)
+TEST_F(KeptFileTest, FailsWithoutItsFolder)
 {
     KeptFile file(m_folder + "/gone/state", room);
     EXPECT_EQ(file.write("bytes").error().error, ENOENT);
@@ -295,7 +295,7 @@ protected:
     KeptFile m_file {m_disk.folder() + "/state", room};
 };
 
-TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskIsFull)
+TEST_F(KeptFileOnASmallDisk, IsUnchangedWhenTheDiskIsFull)
 {
     ASSERT_TRUE(m_file.write(m_bytes));
     m_disk.fill();
@@ -303,23 +303,23 @@ TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskIsFull)
         EXPECT_EQ(m_file.write(std::string(size, 'n')).error().error, ENOSPC) << size;
         EXPECT_TRUE(*m_file.read() == m_bytes) << size;
     }
-    EXPECT_FALSE(fs::exists(m_file.name() + ".new")) << "nothing is left that takes up room";
+    EXPECT_FALSE(fs::exists(m_file.name() + ".new")) << "what is left takes up space";
     m_disk.makeRoom();
     EXPECT_TRUE(m_file.write("new"));
     EXPECT_EQ(*m_file.read(), "new");
 }
 
-TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskRunsFullHalfway)
+TEST_F(KeptFileOnASmallDisk, IsUnchangedWhenTheDiskRunsFullHalfway)
 {
     ASSERT_TRUE(m_file.write(m_bytes));
     m_disk.fill();
-    // Room for a part of it: the write begins well.
+    // Space for a part of it: the first bytes are written.
     ASSERT_EQ(::truncate((m_disk.folder() + "/filler").c_str(), 80000), 0);
     EXPECT_EQ(m_file.write(std::string(90000, 'n')).error().error, ENOSPC);
     EXPECT_TRUE(*m_file.read() == m_bytes);
 }
 
-TEST_F(KeptFileOnASmallDisk, IsAsItWasWhenTheDiskIsReadOnly)
+TEST_F(KeptFileOnASmallDisk, IsUnchangedWhenTheDiskIsReadOnly)
 {
     ASSERT_TRUE(m_file.write(m_bytes));
     ASSERT_TRUE(m_disk.setReadOnly(true));
