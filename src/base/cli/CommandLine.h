@@ -18,12 +18,12 @@ class Option;
 } // namespace CLI
 
 /// \file
-/// Command lines as all programs here read them. On one thread; what is read into has to outlive
-/// the reading. CLI11 stays behind this header: a source that includes it takes ten seconds to
-/// compile.
+/// Command lines of all programs here. One thread; variables that options are read into must
+/// outlive read(). CLI11 is hidden behind this header: a source that includes it takes ten seconds
+/// to compile.
 
-/// Why a program ends before it begins: the exit status (0 after a text that was asked for, 2 for
-/// bad usage) and the text.
+/// Why a program ends after reading its command line: the exit status (0 after --help and
+/// --version, 2 for bad usage) and the text to print.
 struct CommandLineEnd {
     int status = 0;
     QString text;
@@ -39,11 +39,11 @@ public:
     }
 
     CommandOption &required();
-    /// How the help names its value.
+    /// The name of its value in the help.
     CommandOption &valueName(const char *name);
     CommandOption &between(int least, int most);
     CommandOption &between(double least, double most);
-    /// One value each time it is named.
+    /// Takes one value each time it is given.
     CommandOption &oneAtATime();
     /// A flag that takes no "=false".
     CommandOption &plain();
@@ -80,9 +80,9 @@ public:
     CommandOption addOption(const char *names, double &into, const char *description);
     CommandOption addFlag(const char *names, bool &into, const char *description);
 
-    /// One of the commands below has to be named.
+    /// One of the commands below it must be given.
     void requireCommand();
-    /// \a chosen is called when it was named, once all is read.
+    /// \a chosen is called after reading when this command was given.
     void onChosen(std::function<void()> chosen);
 
     /// The commands below it.
@@ -91,14 +91,14 @@ public:
     /// The long options of this command and of those above it.
     QStringList options() const;
     /// Whether the option \a name of this command, or of one above, takes a value; nothing when
-    /// there is none of that name.
+    /// there is no such option.
     std::optional<bool> takesValue(const QString &name) const;
 
 protected:
     CLI::App *m_app;
 };
 
-/// What a program takes on its command line.
+/// A program's command line.
 class CommandLine : public Command {
 public:
     CommandLine(const char *description, const char *program = "");
@@ -106,14 +106,14 @@ public:
     CommandLine(const CommandLine &) = delete;
     CommandLine &operator=(const CommandLine &) = delete;
 
-    /// What --version prints.
+    /// The text of --version.
     void setVersion(const char *version);
-    /// What the help ends with.
+    /// The last paragraphs of the help.
     void setFooter(const char *footer);
-    /// Its options may stand behind a command as well.
+    /// Allows its options also after a command.
     void allowOptionsAnywhere();
 
-    /// Reads \a arguments, without the program's name. Nothing when the program is to go on. Never
+    /// Reads \a arguments, without the program's name. Nothing when the program should go on. Never
     /// throws.
     std::optional<CommandLineEnd> read(const QStringList &arguments);
 

@@ -10,7 +10,7 @@ namespace {
 
 /// pidfd_send_signal, the first one of Linux 5.1.
 constexpr int FirstNewer = 424;
-/// Some ten come in a year.
+/// Enough for decades: about ten are added per year.
 constexpr int EndOfNewer = 700;
 
 } // namespace
@@ -20,11 +20,11 @@ CallFilter::CallFilter(std::uint32_t otherwise)
 {
     if (!m_context)
         return;
-    // libseccomp would have them end the thread.
+    // By default they would kill the thread.
     ::seccomp_attr_set(m_context.get(), SCMP_FLTATR_ACT_BADARCH, SCMP_ACT_ERRNO(ENOSYS));
-    // For threads that libraries have started, too.
+    // Also for threads that libraries have already started.
     ::seccomp_attr_set(m_context.get(), SCMP_FLTATR_CTL_TSYNC, 1);
-    // The filter becomes a binary tree of the calls' numbers.
+    // A binary tree of call numbers in place of a linear list.
     ::seccomp_attr_set(m_context.get(), SCMP_FLTATR_CTL_OPTIMIZE, 2);
 }
 

@@ -10,34 +10,32 @@
 #include <set>
 #include <string>
 
-/// A list of system calls for seccomp. Calls of foreign architectures (of 32-bit programs, say)
-/// fail. Build it while the process has one thread; load() holds for good, for every thread that is
-/// started later and for every program that is executed. Without Qt.
+/// A seccomp filter of system calls. Calls of foreign architectures (of 32-bit programs, say) fail.
+/// Build it while the process has one thread; load() is irrevocable, and inherited by later threads
+/// and executed programs. Without Qt.
 class CallFilter {
 public:
-    /// \a otherwise is what happens to a call that no rule names: SCMP_ACT_ALLOW or
-    /// SCMP_ACT_ERRNO(...).
+    /// \a otherwise is the action for calls without a rule: SCMP_ACT_ALLOW or SCMP_ACT_ERRNO(...).
     explicit CallFilter(std::uint32_t otherwise);
 
     /// Whether rules can be added and loaded.
     explicit operator bool() const { return m_context != nullptr; }
 
-    /// Rules for the call of that name, where this architecture has it: \a conditions must all
-    /// hold.
+    /// Allows the call of that name, if this architecture has it, where all \a conditions hold.
     template <class... Conditions>
     void allow(const char *name, Conditions... conditions)
     {
         add(SCMP_ACT_ALLOW, name, conditions...);
     }
-    /// The call fails with \a error. The C library does without a call that is not there (ENOSYS).
+    /// Makes the call fail with \a error. After ENOSYS the C library uses an older call.
     template <class... Conditions>
     void fail(int error, const char *name, Conditions... conditions)
     {
         add(SCMP_ACT_ERRNO(static_cast<std::uint32_t>(error)), name, conditions...);
     }
 
-    /// Calls of Linux 5.1 and later that no rule named so far, and those that are still to come,
-    /// fail with \a error. They have the same numbers on all architectures.
+    /// Makes calls of Linux 5.1 and later without a rule fail with \a error, also those of kernels
+    /// to come. They have the same numbers on all architectures.
     void failNewer(int error);
 
     /// That an argument, counted from 0, is \a value.

@@ -28,7 +28,7 @@ std::string problem(const char *what, int error)
 constexpr std::uint64_t FileRights = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_EXECUTE;
 constexpr std::uint64_t FolderRights = FileRights | LANDLOCK_ACCESS_FS_READ_DIR;
 
-/// What there is to be forbidden in the given version of the interface.
+/// The kinds of access that the given version of the interface can forbid.
 std::uint64_t allRights(long version)
 {
     const int count = version >= 5 ? 16 : version >= 3 ? 15 : version == 2 ? 14 : 13;
@@ -75,7 +75,7 @@ void limitResource(int resource, unsigned long long most)
 void limitResources(unsigned long long memoryBytes, unsigned long long descriptors)
 {
     limitResource(RLIMIT_CORE, 0);
-    std::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit is an error of its own
+    std::signal(SIGXFSZ, SIG_IGN); // a write beyond the limit then fails with EFBIG
     limitResource(RLIMIT_FSIZE, 0);
     limitResource(RLIMIT_NOFILE, descriptors);
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

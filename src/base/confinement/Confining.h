@@ -7,21 +7,21 @@
 #include <vector>
 
 /// \file
-/// What a process gives up for good before it meets bytes from outside. To be called while it has
-/// one thread. Each function returns what this kernel does not offer, empty when all is done.
-/// Without Qt.
+/// Restrictions that a process puts on itself, irrevocably, before it reads untrusted bytes. Call
+/// them while it has one thread. Each function returns what this kernel does not support; empty
+/// when everything is in force. Without Qt.
 
-/// Neither it nor a program that it executes gets rights that it does not have now.
+/// Neither the process nor a program that it executes can gain privileges (set-user-ID, say).
 std::string forbidNewPrivileges();
-/// What the administrator's account may do beyond what a file's or process's owner may.
+/// Drops root's capabilities.
 std::string dropCapabilities();
 /// Lowers one of setrlimit's limits.
 void limitResource(int resource, unsigned long long most);
-/// What a process that works for another one gets: so much memory of its own, so many descriptors,
-/// no core files and no files that grow. Sanitizers, which map terabytes, get the memory.
+/// The limits of a helper process: private memory, descriptors, no core files, no growing files.
+/// Builds with sanitizers, which map terabytes, have no limit of memory.
 void limitResources(unsigned long long memoryBytes, unsigned long long descriptors);
 /// Landlock (Linux 5.13 and later): of all files only those at and below \a readable can be opened,
 /// for reading and executing.
 std::string confineFiles(const std::vector<std::string> &readable);
-/// What the loader reads, and the machine's own description of itself.
+/// The files that the dynamic loader and the C library read.
 std::vector<std::string> loaderFiles();
