@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/InProcessPlugin.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
@@ -31,6 +32,7 @@ InProcessPlugin::~InProcessPlugin()
 
 void InProcessPlugin::load()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_phase = Phase::Loading;
     startThread();
 }
@@ -77,6 +79,7 @@ void InProcessPlugin::onLoaded(const CMPath &root, const QString &error)
 
 void InProcessPlugin::unload()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_phase = Phase::Ending;
     if (!root().isEmpty())
         CMRoot()->release(root().prefix());

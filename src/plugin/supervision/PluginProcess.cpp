@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/PluginProcess.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 #include "plugin/process/PluginProgram.h"
 #include "plugin/runtime/Descriptors.h"
@@ -56,6 +57,7 @@ PluginProcess::~PluginProcess()
 
 Result<int, QString> PluginProcess::start(const QString &program, const QString &plugin)
 {
+    VESK_ASSERT_OWN_THREAD();
     int sockets[2] = {-1, -1};
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets) != 0)
         return failure(QString::fromLocal8Bit(std::strerror(errno)));
@@ -74,6 +76,7 @@ Result<int, QString> PluginProcess::start(const QString &program, const QString 
 
 void PluginProcess::kill()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_process.kill();
 }
 

@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/ReadSettings.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 
 #include <algorithm>
@@ -18,6 +19,7 @@ ReadSettings::ReadSettings(QObject *parent)
 
 void ReadSettings::begin()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_kept.clear();
     m_changed.clear();
     m_isOutdated = false;
@@ -26,6 +28,7 @@ void ReadSettings::begin()
 
 void ReadSettings::noteKept(const CMPath &setting, const VeskValue &value)
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_kept.size() < MaxKept || m_kept.contains(setting))
         m_kept.insert(setting, value);
     update(false);
@@ -33,18 +36,21 @@ void ReadSettings::noteKept(const CMPath &setting, const VeskValue &value)
 
 void ReadSettings::noteFollowed(const CMPath &setting)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_kept.remove(setting);
     update(false);
 }
 
 void ReadSettings::noteChanged(const CMPath &setting, const VeskValue &value)
 {
+    VESK_ASSERT_OWN_THREAD();
     m_changed.insert(setting, value);
     update(m_kept.contains(setting));
 }
 
 void ReadSettings::settleAgain()
 {
+    VESK_ASSERT_OWN_THREAD();
     if (m_isOutdated)
         m_settle.start(m_times.settle);
 }

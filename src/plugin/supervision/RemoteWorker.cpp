@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/RemoteWorker.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
 
@@ -59,12 +60,14 @@ CMError RemoteWorker::interruptedError() const
 
 bool RemoteWorker::expectLink()
 {
+    VESK_ASSERT_OWN_THREAD();
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     return std::exchange(m_state, Starting) != Starting;
 }
 
 void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)
 {
+    VESK_ASSERT_OWN_THREAD();
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     VESK_ASSERT(!m_link && m_state == Starting);
     m_heldPrefix = QString();
@@ -75,6 +78,7 @@ void RemoteWorker::setLink(std::unique_ptr<NodeLink> link)
 
 void RemoteWorker::sendStart(const std::function<StartMessage()> &message)
 {
+    VESK_ASSERT_OWN_THREAD();
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     m_link->send(message());
     m_started = true;
@@ -82,6 +86,7 @@ void RemoteWorker::sendStart(const std::function<StartMessage()> &message)
 
 void RemoteWorker::open()
 {
+    VESK_ASSERT_OWN_THREAD();
     std::deque<CMRequest> held;
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
@@ -97,12 +102,14 @@ void RemoteWorker::open()
 
 void RemoteWorker::hold(const QString &prefix)
 {
+    VESK_ASSERT_OWN_THREAD();
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     m_heldPrefix = prefix;
 }
 
 void RemoteWorker::release()
 {
+    VESK_ASSERT_OWN_THREAD();
     std::deque<CMRequest> held;
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
@@ -119,6 +126,7 @@ void RemoteWorker::release()
 std::vector<CMRequest> RemoteWorker::beginReplacing(
     const std::function<bool(const CMRequest &)> &movable)
 {
+    VESK_ASSERT_OWN_THREAD();
     const std::unique_lock<std::shared_mutex> lock(m_mutex);
     m_state = Starting;
     m_heldPrefix = QString();
@@ -133,6 +141,7 @@ std::vector<CMRequest> RemoteWorker::beginReplacing(
 
 void RemoteWorker::endReplacing()
 {
+    VESK_ASSERT_OWN_THREAD();
     std::unique_ptr<NodeLink> former; // destroyed without the lock: that waits for its thread
     {
         const std::unique_lock<std::shared_mutex> lock(m_mutex);
@@ -143,6 +152,7 @@ void RemoteWorker::endReplacing()
 
 void RemoteWorker::close()
 {
+    VESK_ASSERT_OWN_THREAD();
     std::deque<CMRequest> held;
     std::unique_ptr<NodeLink> former; // destroyed without the lock: that waits for its thread
     {

@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/SupervisedPlugin.h"
 
+#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "plugin/runtime/PluginWatch.h"
@@ -54,6 +55,7 @@ SupervisedPlugin::~SupervisedPlugin()
 
 void SupervisedPlugin::load()
 {
+    VESK_ASSERT_OWN_THREAD();
     startProcess();
 }
 
@@ -335,6 +337,7 @@ void SupervisedPlugin::giveUp(const QString &error)
 
 void SupervisedPlugin::unload()
 {
+    VESK_ASSERT_OWN_THREAD();
     m_restart.stop();
     if (!isRunning()) {
         m_phase = Phase::Idle;
