@@ -37,7 +37,7 @@ double median(std::vector<double> values)
 
 struct Memory {
     double resident = 0; ///< megabytes, what is shared with other processes included
-    double proportional = 0; ///< each shared page divided among those who share it
+    double proportional = 0; ///< each shared page divided by the number of processes that share it
 };
 
 Memory memoryOf(qint64 pid)

@@ -14,8 +14,8 @@
 #include <functional>
 #include <memory>
 
-/// The answer to a request, for which the calling thread waits in its event loop, as the host's
-/// does for whoever asks it something.
+/// The answer to a request. The calling thread waits in its event loop, as the host's main thread
+/// does while a client's request is open.
 QVariant answerTo(const std::function<CMRequest(const CMReply<QVariant> &reply)> &makeRequest);
 
 /// Serves what a directory would, says on standard output on which port, and ends with its standard

@@ -22,7 +22,7 @@ void emptyThread(benchmark::State &state)
     });
 }
 
-/// Times creation alone; the worker goes away outside the clock.
+/// Times creation alone; the worker is destroyed outside the timed section.
 void createWorker(benchmark::State &state)
 {
     using Clock = std::chrono::steady_clock;

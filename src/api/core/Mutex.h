@@ -59,7 +59,7 @@ public:
     void lock() VESK_THREAD_ANNOTATION(acquire_capability()) { m_lock.lock(); }
     void unlock() VESK_THREAD_ANNOTATION(release_capability()) { m_lock.unlock(); }
 
-    /// Waits for \a condition; may return without it. The mutex is let go of meanwhile. Write the
+    /// Waits for \a condition; may return without it. The mutex is unlocked meanwhile. Write the
     /// loop where the analysis sees it: while (!m_ready) lock.wait(m_condition);
     void wait(std::condition_variable &condition) { condition.wait(m_lock); }
     /// The same until \a deadline at the latest; returns whether there is time left.

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-/// Guards a worker against calls from other threads while it goes away: counts the calls that are
+/// Guards a worker against calls from other threads while it is removed: counts the calls that are
 /// inside the worker, and admits no more once it is closed. Any thread.
 class CMCallGate {
 public:

@@ -51,8 +51,8 @@ public:
     bool addWorker(const QString &prefix, CMAbstractWorker *worker);
     /// Removes every route to \a worker; when it returns, no other thread is calling the worker.
     void removeWorker(CMAbstractWorker *worker);
-    /// Routes \a path and what lies below it to \a worker, whoever has its prefix; parameters do
-    /// not matter. A path that is taken is logged and stays as it is.
+    /// Routes \a path and what lies below it to \a worker, whichever worker has its prefix;
+    /// parameters do not matter. A path that is taken is logged and stays as it is.
     void addForeignPath(const CMPath &path, CMAbstractWorker *worker);
     void removeForeignPath(const CMPath &path, CMAbstractWorker *worker);
     /// Removes the route of \a prefix, if it leads to \a worker.

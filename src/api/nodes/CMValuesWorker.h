@@ -22,7 +22,7 @@
 ///
 /// A value's node answers the roles "value" (a VeskValue's hash), "type", "title" and "description"
 /// (TrStrings), "path", and "pinned" for a value that stays as it is; parameters of the path do not
-/// matter. A change is told to the subscribers of its path.
+/// matter. Subscribers of its path are notified of a change.
 class VESK_API CMValuesWorker : public CMAbstractWorker {
     Q_OBJECT
 

@@ -24,9 +24,9 @@ struct VESK_API VeskServiceFault {
     int code = 0;
 
     bool isEmpty() const { return kind == None; }
-    /// Whether the service refuses whoever asks, by HTTP's codes for that.
+    /// Whether the service refuses the caller: HTTP's 401 and 403.
     bool isRefusal() const;
-    /// Whether that is all it says, so that nothing but the code tells of it.
+    /// Whether there is nothing but the HTTP code: the answer itself reports no fault.
     bool isBareRefusal() const { return kind == HttpStatus && isRefusal(); }
 
     bool operator==(const VeskServiceFault &other) const

@@ -217,8 +217,8 @@ AddressKind addressKind(const sockaddr *address, const OwnAddresses &own)
             continue;
         if (hasPrefix(bytesOf(address), bytesOf(mine), bitsOf(mine)))
             return AddressKind::Machine;
-        // Public IPv4 networks are providers', and full of strangers' servers. A tunnel that takes
-        // everything (a prefix of 0) makes nobody a neighbour.
+        // Public IPv4 networks belong to providers, with other customers' servers in them. A tunnel
+        // that takes all traffic (a prefix of 0) makes no address a neighbour.
         if (mine->sa_family == AF_INET6 && entry.prefix >= 32
             && hasPrefix(bytesOf(address), bytesOf(mine), entry.prefix))
             nearest = AddressKind::LocalNetwork;

@@ -104,7 +104,7 @@ public:
     using Result = HttpClientResult;
     using Function = std::function<void(const HttpClientResult &)>;
 
-    /// \a followRedirects says whether redirects are followed or handed out as answers.
+    /// \a followRedirects says whether redirects are followed or returned as responses.
     HttpClient(QObject *parent, HttpVersion version, bool followRedirects);
     ~HttpClient() override;
 

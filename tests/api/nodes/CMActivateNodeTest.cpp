@@ -37,7 +37,7 @@ TEST(CMActivateNode, IsOfItsTypeAndServesNothingBelow)
     EXPECT_EQ(getData(worker, path("W:x/y"), {}).errorName(), CMError::NoNodeName());
 }
 
-TEST(CMActivateNode, HandsActivationsToWhatIsBound)
+TEST(CMActivateNode, PassesActivationsToTheBoundFunction)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMActivateNode *node = CMActivateNode::create(worker.nodes(), path("W:x"));
@@ -61,7 +61,7 @@ TEST(CMActivateNode, RefusesOtherRoles)
     EXPECT_TRUE(receiver.threads.empty());
 }
 
-TEST(CMActivateNode, AnswersWithAnErrorWhenNothingIsBoundOrNobodyAnswers)
+TEST(CMActivateNode, AnswersWithAnErrorWhenNothingIsBoundOrTheReplyIsDropped)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMActivateNode *node = CMActivateNode::create(worker.nodes(), path("W:x"));
@@ -96,7 +96,7 @@ TEST(CMActivateNode, QueuesActivationsToTheReceiversThread)
     thread.call([&] { EXPECT_EQ(receiver->threads, std::vector<QThread *>(20, &thread)); });
 }
 
-TEST(CMActivateNode, AQueuedActivationWhoseReceiverGoesEndsWithAnError)
+TEST(CMActivateNode, AQueuedActivationEndsWithAnErrorWhenItsReceiverIsDestroyed)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMActivateNode *node = CMActivateNode::create(worker.nodes(), path("W:x"));

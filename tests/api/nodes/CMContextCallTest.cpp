@@ -13,7 +13,7 @@
 
 namespace {
 
-TEST(CMContextCall, IsMadeOnceForAllTriggersBeforeTheLoopRuns)
+TEST(CMContextCall, RunsOnceForAllTriggersBeforeTheLoopRuns)
 {
     QObject context;
     int calls = 0;
@@ -30,7 +30,7 @@ TEST(CMContextCall, IsMadeOnceForAllTriggersBeforeTheLoopRuns)
     call->close();
 }
 
-TEST(CMContextCall, IsMadeAgainForATriggerFromInside)
+TEST(CMContextCall, RunsAgainForATriggerFromInside)
 {
     QObject context;
     int calls = 0;
@@ -44,7 +44,7 @@ TEST(CMContextCall, IsMadeAgainForATriggerFromInside)
     call->close();
 }
 
-TEST(CMContextCall, IsNotMadeOnceItIsClosed)
+TEST(CMContextCall, DoesNotRunOnceItIsClosed)
 {
     QObject context;
     int calls = 0;
@@ -74,7 +74,7 @@ TEST(CMContextCall, MayBeClosedFromInside)
     EXPECT_EQ(calls, 1);
 }
 
-TEST(CMContextCall, LetsItsFunctionGoWithTheContext)
+TEST(CMContextCall, ReleasesItsFunctionWithTheContext)
 {
     auto held = std::make_shared<int>();
     const std::weak_ptr<int> watched = held;
@@ -103,7 +103,7 @@ TEST(CMContextCall, CanBeClosedAfterItsThreadHasEnded)
     delete context;
 }
 
-TEST(CMContextCall, TakesTriggersOfManyThreadsWhileItsContextGoes)
+TEST(CMContextCall, ManyThreadsMayTriggerItWhileItsContextIsDestroyed)
 {
     WorkerThread home([] { return new QObject; });
     for (int round = 0; round < 200; ++round) {

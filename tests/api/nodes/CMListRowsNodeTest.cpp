@@ -104,7 +104,7 @@ TEST(CMListRowsNode, CutsTheRangeAndCountsAll)
     }
 }
 
-TEST(CMListRowsNode, RefusesARangeThatIsNone)
+TEST(CMListRowsNode, RefusesAnInvalidRange)
 {
     ScriptWorker worker(QStringLiteral("W"));
     buildFive(worker);
@@ -127,7 +127,7 @@ TEST(CMListRowsNode, AnEmptyListHasNoRows)
     EXPECT_FALSE(answer.isError());
 }
 
-TEST(CMListRowsNode, ShowsARowThatFailsAsNullsButForItsPath)
+TEST(CMListRowsNode, AFailedRowHasNullsExceptForItsPath)
 {
     CMRootWorker root;
     ScriptWorker worker(QStringLiteral("W"));
@@ -181,7 +181,7 @@ TEST(CMListRowsNode, AsksRowsOfAnotherWorkerWithoutWaiting)
         (QStringList {QStringLiteral("slow"), QStringLiteral("own"), QStringLiteral("other")}));
 }
 
-TEST(CMListRowsNode, AnswersWithAnErrorWhenItGoesWhileARowIsOut)
+TEST(CMListRowsNode, AnswersWithAnErrorWhenDestroyedBeforeARowHasAnswered)
 {
     CMRootWorker root;
     std::vector<CMRequest> kept;
@@ -209,7 +209,7 @@ TEST(CMListRowsNode, AnswersWithAnErrorWhenItGoesWhileARowIsOut)
     other.call([&] { kept.clear(); });
 }
 
-TEST(CMListRowsNode, CopiesTheParametersItIsOpenedWithToItsRowPaths)
+TEST(CMListRowsNode, CopiesItsPathsParametersToItsRows)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMListRowsNode *list = CMListRowsNode::create(worker.nodes(), path("W:list"));
@@ -279,7 +279,7 @@ protected:
                          }};
 };
 
-TEST_F(ListSubscription, PassesChangesOfARowOn)
+TEST_F(ListSubscription, ForwardsChangesOfARow)
 {
     const auto subscription = subscribe("W:list?p=1");
     other.call([&] { row->setDisabled(true); });
@@ -291,7 +291,7 @@ TEST_F(ListSubscription, PassesChangesOfARowOn)
     EXPECT_EQ(told.last(), QStringLiteral("W:list?p=1 rowsChanged 1"));
 }
 
-TEST_F(ListSubscription, DoesNotTakeTheRowsOfARowsScreenForTheRow)
+TEST_F(ListSubscription, DoesNotForwardChangesOfARowsOwnScreen)
 {
     const auto subscription = subscribe("W:list");
     CMSubscribe().changed(path("Other:x"), CMSubscribe::RowsChangeInserted(), 0, 0);
@@ -301,7 +301,7 @@ TEST_F(ListSubscription, DoesNotTakeTheRowsOfARowsScreenForTheRow)
     EXPECT_EQ(told, QStringList {QStringLiteral("W:list rowsChanged 1")});
 }
 
-TEST_F(ListSubscription, IsSilentAboutARowThatWasResetTogetherWithTheList)
+TEST_F(ListSubscription, DoesNotForwardAResetThatCoversTheList)
 {
     thread.call([&] {
         CMNode *below = ScriptNode::create(thread.worker().nodes(), path("W:list/row"));
@@ -326,7 +326,7 @@ TEST_F(ListSubscription, IsSilentAboutARowThatWasResetTogetherWithTheList)
     EXPECT_EQ(told.first(), QStringLiteral("W:list?p=1&q=2 rowsReset -1"));
 }
 
-TEST_F(ListSubscription, FollowsItsRowsOnlyWhileSomeoneFollowsIt)
+TEST_F(ListSubscription, FollowsItsRowsOnlyWhileItHasSubscribers)
 {
     auto subscription = subscribe("W:list");
     EXPECT_TRUE(getData(root, path("Other:x"), {}).wait());
@@ -337,7 +337,7 @@ TEST_F(ListSubscription, FollowsItsRowsOnlyWhileSomeoneFollowsIt)
     other.call([&] { EXPECT_EQ(row->removed, row->added); });
 }
 
-TEST_F(ListSubscription, TellsOfRowsThatAreAppendedAndFollowsThem)
+TEST_F(ListSubscription, NotifiesOfAppendedRowsAndFollowsThem)
 {
     const auto subscription = subscribe("W:list");
     thread.call([&] { list->rowsAppend(path("Other:x")); });
@@ -351,7 +351,7 @@ TEST_F(ListSubscription, TellsOfRowsThatAreAppendedAndFollowsThem)
             QStringLiteral("W:list rowsChanged 1"), QStringLiteral("W:list rowsChanged 2")}));
 }
 
-TEST_F(ListSubscription, HasItselfReadAgainInAnotherLanguage)
+TEST_F(ListSubscription, ResetsItselfWhenTheLanguageChanges)
 {
     const auto subscription = subscribe("W:list?p=1");
     root.notifyLanguageChanged();
@@ -359,7 +359,7 @@ TEST_F(ListSubscription, HasItselfReadAgainInAnotherLanguage)
         spinUntil([&] { return told.contains(QStringLiteral("W:list?p=1 rowsReset -1")); }));
 }
 
-TEST_F(ListSubscription, ListsInACircleDoNotTellOneAnotherForEver)
+TEST_F(ListSubscription, ListsInACircleStopForwardingChanges)
 {
     thread.call([&] {
         CMListRowsNode::create(thread.worker().nodes(), path("W:b"))->rowsAppend(path("W:list"));

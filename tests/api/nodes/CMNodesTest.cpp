@@ -49,7 +49,7 @@ TEST(CMNodes, ANodeThatDoesNotServeBelowHidesTheOnesAbove)
     EXPECT_NE(worker.nodes()->find(path("W:menu/x")), nullptr);
 }
 
-TEST(CMNodes, ForgetsANodeThatIsDestroyed)
+TEST(CMNodes, DoesNotFindADestroyedNode)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMNode *node = ScriptNode::create(worker.nodes(), path("W:x"));
@@ -74,7 +74,7 @@ TEST(CMNodesDeathTest, APathCannotBeTakenTwice)
         testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(CMNodes, AreReachedAtForeignPathsThroughTheRootUntilTheyGo)
+TEST(CMNodes, AreReachedAtForeignPathsThroughTheRootUntilDestroyed)
 {
     CMRootWorker root;
     ScriptThread player(QStringLiteral("player"));
@@ -154,7 +154,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, UnansweredRequest,
     testing::Values(static_cast<int>(CMRequest::GetData), static_cast<int>(CMRequest::GetRows),
         static_cast<int>(CMRequest::SetData), static_cast<int>(CMRequest::MatchRow)));
 
-TEST(CMNodes, ARequestThatANodeKeptIsAnsweredWithAnErrorWhenTheNodeGoes)
+TEST(CMNodes, ARequestThatANodeKeptEndsWithAnErrorWhenTheNodeIsDestroyed)
 {
     CMRootWorker root;
     Answer answer;
@@ -203,7 +203,7 @@ TEST(CMNodes, WorkWithoutARoot)
     EXPECT_EQ(none.errorName(), CMError::NoNodeName());
 }
 
-TEST(CMNodes, AreToldOfTheFirstAndTheLastSubscriberOfAPathTheyServe)
+TEST(CMNodes, AreNotifiedOfTheFirstAndTheLastSubscriberOfAPathTheyServe)
 {
     CMRootWorker root;
     ScriptNode *node = nullptr;
@@ -227,7 +227,7 @@ TEST(CMNodes, AreToldOfTheFirstAndTheLastSubscriberOfAPathTheyServe)
     expect(1, 1);
 }
 
-TEST(CMNodes, ANodeThatComesLaterIsToldOfItsSubscribers)
+TEST(CMNodes, ALaterNodeIsNotifiedOfItsSubscribers)
 {
     CMRootWorker root;
     QObject context;
@@ -240,7 +240,7 @@ TEST(CMNodes, ANodeThatComesLaterIsToldOfItsSubscribers)
     });
 }
 
-TEST(CMNodes, PassTheLanguagesChangeToTheirShownNodes)
+TEST(CMNodes, AreNotifiedOfALanguageChange)
 {
     CMRootWorker root;
     ScriptThread thread(QStringLiteral("W"), [](ScriptWorker &self) {

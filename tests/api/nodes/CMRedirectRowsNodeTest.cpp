@@ -147,7 +147,7 @@ TEST(CMRedirectRowsNode, FollowsAsManyRedirectsAsAreAllowed)
     EXPECT_TRUE(getData(worker, at(CMRequest::MaxHops + 1), roles).isError());
 }
 
-TEST(CMRedirectRowsNode, PassesChangesOfItsTargetOn)
+TEST(CMRedirectRowsNode, ForwardsChangesOfItsTarget)
 {
     CMRootWorker root;
     ScriptThread thread(QStringLiteral("W"), [](ScriptWorker &self) {
@@ -169,7 +169,7 @@ TEST(CMRedirectRowsNode, PassesChangesOfItsTargetOn)
     getData(root, path("W:"), roles).wait();
 }
 
-TEST(CMRedirectRowsNode, RedirectsInACircleStopTellingOneAnother)
+TEST(CMRedirectRowsNode, RedirectsInACircleStopForwardingChanges)
 {
     CMRootWorker root;
     ScriptThread thread(QStringLiteral("W"), [](ScriptWorker &self) {
@@ -180,7 +180,7 @@ TEST(CMRedirectRowsNode, RedirectsInACircleStopTellingOneAnother)
     std::vector<CMChange> told;
     const auto subscription = root.subscribe(
         path("W:a"), &context, [&](const CMChange &change) { told.push_back(change); });
-    // Each is told of the other's subscription in a turn of its own.
+    // Each learns of the other's subscription in a turn of its event loop.
     for (int i = 0; i < 2; ++i)
         getData(root, path("W:b"), roles).wait();
     CMSubscribe().changed(path("W:b"), CMSubscribe::RowsChangeInserted(), 0, 0);
@@ -210,7 +210,7 @@ TEST(CMRequest, RedirectsOnlyAsOftenAsAllowed)
     EXPECT_TRUE(answer.isError());
 }
 
-TEST(CMRequest, AnEmptyOneHasNothing)
+TEST(CMRequest, IsEmptyByDefault)
 {
     const CMRequest empty;
     EXPECT_EQ(empty.kind(), CMRequest::None);
@@ -227,7 +227,7 @@ TEST(CMRequestDeathTest, CannotBeReadAsAnotherKind)
         testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(CMRequest, KeepsCountOfItsHopsWhenItIsSentOnInAnotherForm)
+TEST(CMRequest, KeepsItsHopsWhenItIsRebuilt)
 {
     const Answer answer;
     const CMRequest request = CMGetDataRequest(path("A:x"), {VeskRoles::Value()}, answer.reply());

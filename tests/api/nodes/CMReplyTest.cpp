@@ -56,7 +56,7 @@ TEST(CMReply, ReadsTheValueAsItsType)
     EXPECT_EQ(data->value(), 17);
 }
 
-TEST(CMReply, OneOfManyThreadsThatCompleteItWinsAndAllWhoWaitSeeTheSame)
+TEST(CMReply, TheFirstCompletionWinsAndAllWaitingThreadsSeeIt)
 {
     constexpr int sides = 4;
     for (int round = 0; round < 200; ++round) {
@@ -92,7 +92,7 @@ TEST(CMReply, OneOfManyThreadsThatCompleteItWinsAndAllWhoWaitSeeTheSame)
     }
 }
 
-TEST(CMReply, LettingGoOfTheLastCopyAnswersWithAnError)
+TEST(CMReply, DestroyingTheLastCopyAnswersWithAnError)
 {
     const Answer answer;
     {
@@ -106,7 +106,7 @@ TEST(CMReply, LettingGoOfTheLastCopyAnswersWithAnError)
     EXPECT_EQ(answer.errorText(), QStringLiteral("The request was not answered."));
 }
 
-TEST(CMReply, TakesNothingWhenItIsNull)
+TEST(CMReply, DoesNothingWhenItIsNull)
 {
     const CMReply<QVariant> null;
     null.setValue(1);
@@ -139,7 +139,7 @@ TEST(CMReply, CompletesThroughAVoidReplyOnce)
     EXPECT_FALSE(succeeded.isError());
 }
 
-TEST(CMReply, WaitingEndsWithItsTimeWhenNoAnswerComes)
+TEST(CMReply, WaitingEndsAfterItsTimeOut)
 {
     const Answer answer;
     const CMReply<QVariant> reply = answer.reply();
@@ -150,7 +150,7 @@ TEST(CMReply, WaitingEndsWithItsTimeWhenNoAnswerComes)
     EXPECT_TRUE(answer.data()->waitForFinished());
 }
 
-TEST(CMReply, TellsAWatcherAtOnceWhenTheAnswerIsThereOnItsOwnThread)
+TEST(CMReply, CallsAWatcherAtOnceOnItsOwnThreadWhenItIsComplete)
 {
     const Answer answer;
     answer.reply().setValue(1);
@@ -160,7 +160,7 @@ TEST(CMReply, TellsAWatcherAtOnceWhenTheAnswerIsThereOnItsOwnThread)
     EXPECT_TRUE(told);
 }
 
-TEST(CMReply, TellsAWatcherThroughTheEventLoopOtherwise)
+TEST(CMReply, CallsAWatcherThroughTheEventLoopOtherwise)
 {
     const Answer answer;
     CMReply<QVariant> reply = answer.reply();
@@ -174,7 +174,7 @@ TEST(CMReply, TellsAWatcherThroughTheEventLoopOtherwise)
     EXPECT_EQ(told, 7);
 }
 
-TEST(CMReply, TellsAWatcherOnItsContextsThread)
+TEST(CMReply, CallsAWatcherOnItsContextsThread)
 {
     WorkerThread thread([] { return new QObject; });
     for (const bool before : {true, false}) {
@@ -191,7 +191,7 @@ TEST(CMReply, TellsAWatcherOnItsContextsThread)
     }
 }
 
-TEST(CMReply, LetsAWatcherGoWithItsContext)
+TEST(CMReply, ReleasesAWatcherWithItsContext)
 {
     const Answer answer;
     CMReply<QVariant> reply = answer.reply();
@@ -209,7 +209,7 @@ TEST(CMReply, LetsAWatcherGoWithItsContext)
     EXPECT_FALSE(told);
 }
 
-TEST(CMReply, LetsAWatcherGoWhenTheContextGoesBetweenAnswerAndLoop)
+TEST(CMReply, ReleasesAWatcherWhoseContextIsDestroyedBeforeItsEventLoopRuns)
 {
     const Answer answer;
     CMReply<QVariant> reply = answer.reply();
@@ -222,7 +222,7 @@ TEST(CMReply, LetsAWatcherGoWhenTheContextGoesBetweenAnswerAndLoop)
     EXPECT_FALSE(told);
 }
 
-TEST(CMReply, LetsItsWatchersGoWhenNobodyCanAnswerOrAskAnyMore)
+TEST(CMReply, ReleasesItsWatchersWhenBothSidesAreGone)
 {
     auto data = std::make_shared<Data>();
     QObject context;
@@ -248,7 +248,7 @@ TEST(CMReply, AWatcherMayDestroyItsContext)
     EXPECT_TRUE(spinUntil([&] { return told; }));
 }
 
-TEST(CMReply, AContextMayGoWhileAnotherThreadCompletes)
+TEST(CMReply, AContextMayBeDestroyedWhileAnotherThreadCompletes)
 {
     WorkerThread thread([] { return new QObject; });
     int told = 0;
@@ -285,7 +285,7 @@ TEST(CMReply, CallsItsFollowerOnTheThreadThatCompletesIt)
     EXPECT_EQ(seen, QVariant(7));
 }
 
-TEST(CMReply, CallsAFollowerAtOnceWhenTheAnswerIsThere)
+TEST(CMReply, CallsAFollowerAtOnceWhenItIsComplete)
 {
     const auto data = std::make_shared<Data>();
     data->setError(someError());
@@ -294,7 +294,7 @@ TEST(CMReply, CallsAFollowerAtOnceWhenTheAnswerIsThere)
     EXPECT_EQ(calls, 1);
 }
 
-TEST(CMReply, CallsItsFollowerWhenTheLastWhoCouldAnswerLetsGo)
+TEST(CMReply, CallsItsFollowerWhenTheLastCopyIsDestroyed)
 {
     const auto data = std::make_shared<Data>();
     int calls = 0;
@@ -306,7 +306,7 @@ TEST(CMReply, CallsItsFollowerWhenTheLastWhoCouldAnswerLetsGo)
     EXPECT_EQ(data->error().name(), CMError::UnansweredName());
 }
 
-TEST(CMReply, TellsOfTheFaultOfAServiceThatWasToldBeforeTheAnswer)
+TEST(CMReply, KeepsTheServiceFaultThatWasSetBeforeTheAnswer)
 {
     const VeskServiceFault first {VeskServiceFault::TimedOut, 0};
     const VeskServiceFault second {VeskServiceFault::HttpStatus, 503};

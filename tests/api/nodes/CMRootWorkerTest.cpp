@@ -39,7 +39,7 @@ private:
     const std::function<void()> m_whenAsked;
 };
 
-TEST(CMRootWorker, IsTheProcesssOneWhileItLives)
+TEST(CMRootWorker, IsTheProcesssRootWhileItExists)
 {
     EXPECT_EQ(CMRoot(), nullptr);
     {
@@ -98,7 +98,7 @@ TEST(CMRootWorker, RoutesPostedRequestsAlike)
     EXPECT_EQ(post("B:x")->error().name(), CMError::NoNodeName());
 }
 
-TEST(CMRootWorker, AnswersWithAnErrorWhereNoWorkerIs)
+TEST(CMRootWorker, AnswersWithAnErrorWithoutAWorker)
 {
     CMRootWorker root;
     for (const CMPath &nowhere : {path("Nobody:x"), CMPath()})
@@ -106,7 +106,7 @@ TEST(CMRootWorker, AnswersWithAnErrorWhereNoWorkerIs)
     root.request(CMRequest());
 }
 
-TEST(CMRootWorker, KeepsTheFirstWorkerOfAPrefixAndSaysSo)
+TEST(CMRootWorker, KeepsTheFirstWorkerOfAPrefixAndLogsAnError)
 {
     const LogCapture log("Nodes");
     CMRootWorker root;
@@ -144,7 +144,7 @@ TEST(CMRootWorker, RoutesAForeignPathAndWhatLiesBelowItBeforeThePrefix)
     EXPECT_EQ(root.getValue(path("player:tunein/stateChange/a/c")), QStringLiteral("player"));
 }
 
-TEST(CMRootWorker, KeepsTheFirstWorkerOfAForeignPathAndSaysSo)
+TEST(CMRootWorker, KeepsTheFirstWorkerOfAForeignPathAndLogsAnError)
 {
     const LogCapture log("Nodes");
     CMRootWorker root;
@@ -187,7 +187,7 @@ TEST(CMRootWorker, AWorkerMayRemoveItselfInACall)
     EXPECT_EQ(root.getValue(path("A:x")), QVariant());
 }
 
-TEST(CMRootWorker, RoutesWhileWorkersComeAndGo)
+TEST(CMRootWorker, RoutesWhileWorkersAreAddedAndRemoved)
 {
     CMRootWorker root;
     std::atomic<bool> stop {false};
@@ -217,7 +217,7 @@ TEST(CMRootWorker, RoutesWhileWorkersComeAndGo)
         one.join();
 }
 
-TEST(CMRootWorker, RoutesWhatNobodyServesToTheDefaultWorker)
+TEST(CMRootWorker, RoutesUnservedPathsToTheDefaultWorker)
 {
     CMRootWorker root;
     InlineWorker a("a");
@@ -231,7 +231,7 @@ TEST(CMRootWorker, RoutesWhatNobodyServesToTheDefaultWorker)
     EXPECT_EQ(getData(root, path("B:x"), valueRole).errorName(), CMError::NoNodeName());
 }
 
-TEST(CMRootWorker, TakesAPrefixFromItsWorkerOnly)
+TEST(CMRootWorker, RemovesAPrefixFromItsWorkerOnly)
 {
     CMRootWorker root;
     InlineWorker a("a");
@@ -245,7 +245,7 @@ TEST(CMRootWorker, TakesAPrefixFromItsWorkerOnly)
     EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("b"));
 }
 
-TEST(CMRootWorker, TellsOfRoutesThatComeAndGo)
+TEST(CMRootWorker, EmitsSignalsForAddedAndRemovedRoutes)
 {
     CMRootWorker root;
     QStringList told;
@@ -314,7 +314,7 @@ TEST(CMRootWorker, HoldsRequestsUntilTheirWorkerIsReplaced)
     root.release(QStringLiteral("A")); // harmless
 }
 
-TEST(CMRootWorker, HoldsNoMoreRequestsThanItMay)
+TEST(CMRootWorker, AnswersRequestsBeyondTheQueuesLimitWithAnError)
 {
     CMRootWorker root;
     root.hold(QStringLiteral("A"), CMRootWorker::Prefix);
@@ -336,7 +336,7 @@ TEST(CMRootWorker, AHeldWorkersOwnThreadIsServed)
     EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("own"));
 }
 
-TEST(CMRootWorker, KnowsWhoIsSubscribedForItself)
+TEST(CMRootWorker, TellsSubscribersForThemselvesFromForwardingOnes)
 {
     CMRootWorker root;
     QThread other;

@@ -67,7 +67,7 @@ private:
     QStringList m_log;
 };
 
-TEST(CMSubscription, IsToldOfChangesOfExactlyItsPath)
+TEST(CMSubscription, IsNotifiedOfChangesOfExactlyItsPath)
 {
     CMRootWorker root;
     QObject context;
@@ -82,7 +82,7 @@ TEST(CMSubscription, IsToldOfChangesOfExactlyItsPath)
     EXPECT_EQ(told.take(), lines({"A:x?p=1 rowsInserted 2 3"}));
 }
 
-TEST(CMSubscription, IsToldOfChangesAboveItByItsOwnPath)
+TEST(CMSubscription, IsNotifiedOfChangesAboveItWithItsOwnPath)
 {
     CMRootWorker root;
     QObject context;
@@ -112,7 +112,7 @@ TEST(CMSubscription, KeepsTheOrderOfChanges)
     EXPECT_TRUE(std::is_sorted(order.begin(), order.end()));
 }
 
-TEST(CMSubscription, IsToldOnceOfChangesThatRepeatWhileTheyWait)
+TEST(CMSubscription, IsNotifiedOnceOfRepeatedChangesInTheQueue)
 {
     CMRootWorker root;
     QObject context;
@@ -130,7 +130,7 @@ TEST(CMSubscription, IsToldOnceOfChangesThatRepeatWhileTheyWait)
     EXPECT_EQ(told.take(), lines({"A:x valueChanged -1 -1"}));
 }
 
-TEST(CMSubscription, IsNotToldOnceItIsDestroyed)
+TEST(CMSubscription, IsNotNotifiedOnceItIsDestroyed)
 {
     CMRootWorker root;
     QObject context;
@@ -142,7 +142,7 @@ TEST(CMSubscription, IsNotToldOnceItIsDestroyed)
     EXPECT_EQ(told.take(), QStringList());
 }
 
-TEST(CMSubscription, IsNotToldOnceItsContextIsDestroyed)
+TEST(CMSubscription, IsNotNotifiedOnceItsContextIsDestroyed)
 {
     CMRootWorker root;
     auto context = std::make_unique<QObject>();
@@ -155,7 +155,7 @@ TEST(CMSubscription, IsNotToldOnceItsContextIsDestroyed)
     EXPECT_EQ(told.take(), QStringList());
 }
 
-TEST(CMSubscription, MayEndWhileItIsTold)
+TEST(CMSubscription, MayEndWhileItIsNotified)
 {
     CMRootWorker root;
     QObject context;
@@ -171,7 +171,7 @@ TEST(CMSubscription, MayEndWhileItIsTold)
     EXPECT_EQ(told, 1);
 }
 
-TEST(CMSubscription, MayLoseItsContextWhileItIsTold)
+TEST(CMSubscription, MayLoseItsContextWhileItIsNotified)
 {
     CMRootWorker root;
     auto *context = new QObject;
@@ -198,7 +198,7 @@ TEST(CMSubscription, MayOutliveTheRoot)
     subscription.reset();
 }
 
-TEST(CMSubscription, IsToldOnItsContextsThread)
+TEST(CMSubscription, IsNotifiedOnItsContextsThread)
 {
     CMRootWorker root;
     WorkerThread thread([] { return new QObject; });
@@ -213,7 +213,7 @@ TEST(CMSubscription, IsToldOnItsContextsThread)
     thread.call([&] { subscription.reset(); });
 }
 
-TEST(CMSubscription, TellsTheWorkerOfTheFirstAndTheLastSubscriber)
+TEST(CMSubscription, NotifiesTheWorkerOfTheFirstAndTheLastSubscriber)
 {
     CMRootWorker root;
     ListeningWorker worker;
@@ -232,7 +232,7 @@ TEST(CMSubscription, TellsTheWorkerOfTheFirstAndTheLastSubscriber)
     EXPECT_EQ(worker.take(), lines({"+A:x"}));
 }
 
-TEST(CMSubscription, TellsAWorkerThatComesLaterAndItsSubscribersToReadAgain)
+TEST(CMSubscription, NotifiesALaterWorkerAndResetsItsSubscribers)
 {
     CMRootWorker root;
     QObject context;
@@ -266,7 +266,7 @@ TEST(CMSubscription, FollowsAForeignPathToItsWorkerAndBack)
     EXPECT_EQ(player.take(), lines({"+player:a/b"}));
 }
 
-TEST(CMSubscription, WorkersAreToldInPairsHoweverManyThreadsSubscribe)
+TEST(CMSubscription, WorkersAreNotifiedInPairsHoweverManyThreadsSubscribe)
 {
     CMRootWorker root;
     ListeningWorker worker;
@@ -288,7 +288,7 @@ TEST(CMSubscription, WorkersAreToldInPairsHoweverManyThreadsSubscribe)
         EXPECT_EQ(log.at(i), i % 2 ? QStringLiteral("-A:x") : QStringLiteral("+A:x"));
 }
 
-TEST(CMSubscription, IsNeverToldAfterItsEndWhileOthersTell)
+TEST(CMSubscription, IsNeverNotifiedAfterItsEndWhileOtherThreadsNotify)
 {
     CMRootWorker root;
     WorkerThread home([] { return new QObject; });
@@ -336,7 +336,7 @@ TEST(CMSubscription, IsNeverToldAfterItsEndWhileOthersTell)
         thread.join();
 }
 
-TEST(CMSubscription, IsToldDirectlyWhenItWantsThat)
+TEST(CMSubscription, ADirectOneIsCalledOnTheNotifyingThread)
 {
     CMRootWorker root;
     Told told;
@@ -351,14 +351,14 @@ TEST(CMSubscription, IsToldDirectlyWhenItWantsThat)
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
         EXPECT_EQ(told.lines().size(), 2) << "none waits, so none is left out";
-        subscription.reset(); // wherever it is told
+        subscription.reset(); // may end on any thread
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
     }).join();
     EXPECT_EQ(toldOn, tellsOn);
     EXPECT_EQ(told.lines(), lines({"A:x valueChanged -1 -1", "A:x valueChanged -1 -1"}));
 }
 
-TEST(CMSubscription, ChangesOfTheDefaultWorkersPathsAreToldElsewhereToo)
+TEST(CMSubscription, EmitsASignalForChangesOfTheDefaultWorkersPaths)
 {
     CMRootWorker root;
     ListeningWorker own;

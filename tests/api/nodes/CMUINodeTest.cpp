@@ -80,7 +80,7 @@ TEST(CMUINode, AnswersEveryRoleInTheirOwnOrder)
     }
 }
 
-TEST(CMUINode, GathersItsRolesWithoutNulls)
+TEST(CMUINode, CollectsItsRolesWithoutNulls)
 {
     CMUINode node(path("W:x?own=1"));
     node.setIcon(QStringLiteral("icon"));
@@ -98,7 +98,7 @@ TEST(CMUINode, GathersItsRolesWithoutNulls)
     EXPECT_EQ(node.getDataRoles({}, {}).size(), 1);
 }
 
-TEST(CMUINode, SaysWhetherItIsDisabledAndTellsSubscribers)
+TEST(CMUINode, AnswersWhetherItIsDisabledAndNotifiesSubscribers)
 {
     CMRootWorker root;
     ScriptWorker worker(QStringLiteral("W"));
@@ -132,7 +132,7 @@ TEST(CMUINode, MayBeDisabledBeforeItIsRegistered)
     EXPECT_EQ(ask(node, path("W:x"), {VeskRoles::Disabled()}), QVariantList {true});
 }
 
-TEST(CMContainerNode, AnswersItsTypeAndWhatItIsFor)
+TEST(CMContainerNode, AnswersItsTypeAndContainerType)
 {
     CMContainerNode node(path("W:x"));
     const QStringList roles {
@@ -145,7 +145,7 @@ TEST(CMContainerNode, AnswersItsTypeAndWhatItIsFor)
     EXPECT_TRUE(node.servesBelow());
 }
 
-TEST(CMContainerNode, HasItsScreensReadAgainInAnotherLanguage)
+TEST(CMContainerNode, ResetsItsScreensWhenTheLanguageChanges)
 {
     CMRootWorker root;
     ScriptWorker worker(QStringLiteral("W"));
@@ -160,7 +160,7 @@ TEST(CMContainerNode, HasItsScreensReadAgainInAnotherLanguage)
     EXPECT_EQ(told, QStringList {CMSubscribe::RowsChangeReset()});
 }
 
-TEST(CMQueryNode, AnswersWhereAndHowToAsk)
+TEST(CMQueryNode, AnswersItsQueryAndPath)
 {
     ScriptWorker worker(QStringLiteral("W"));
     CMQueryNode *node = CMQueryNode::create(worker.nodes(), path("W:search"));

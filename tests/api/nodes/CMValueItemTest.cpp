@@ -37,7 +37,7 @@ QStringList strings(std::initializer_list<const char *> texts)
     return result;
 }
 
-TEST_F(ValueItem, BringsThePresentValueOnceTheEventLoopRunsAndEveryLaterOne)
+TEST_F(ValueItem, EmitsTheCurrentValueAndEveryLaterOne)
 {
     root.addWorker(QStringLiteral("V"), &values);
     values.define(path("V:x"), VeskValue::fromString(QStringLiteral("a")));
@@ -62,7 +62,7 @@ TEST_F(ValueItem, DoesNotRepeatAnEqualValue)
     root.removeWorker(&values);
 }
 
-TEST_F(ValueItem, BringsNothingUntilSomeoneHoldsTheValue)
+TEST_F(ValueItem, EmitsNothingUntilAWorkerHasTheValue)
 {
     const auto item = follow("V:x");
     const auto later = follow("V:y");
@@ -133,7 +133,7 @@ TEST_F(ValueItem, MayBeDestroyedWhileItReads)
     EXPECT_TRUE(seen.isEmpty());
 }
 
-TEST_F(ValueItem, MayBeDestroyedByTheOneItTells)
+TEST_F(ValueItem, MayBeDestroyedByASlotOfItsSignal)
 {
     root.addWorker(QStringLiteral("V"), &values);
     values.define(path("V:x"), VeskValue::fromString(QStringLiteral("a")));
@@ -147,7 +147,7 @@ TEST_F(ValueItem, MayBeDestroyedByTheOneItTells)
     root.removeWorker(&values);
 }
 
-TEST(CMValueItem, BringsNothingWithoutARoot)
+TEST(CMValueItem, EmitsNothingWithoutARoot)
 {
     ASSERT_EQ(CMRoot(), nullptr);
     CMValueItem item(path("V:x"), nullptr);

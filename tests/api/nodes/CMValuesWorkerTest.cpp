@@ -45,7 +45,7 @@ protected:
     QStringList told;
 };
 
-TEST_F(Values, AnswersAtOnceOnTheThreadThatAsks)
+TEST_F(Values, AnswerAtOnceOnTheCallersThread)
 {
     const Answer answer = getData(root, path("V:text"), {valueRole});
     ASSERT_TRUE(answer.isThere());
@@ -55,7 +55,7 @@ TEST_F(Values, AnswersAtOnceOnTheThreadThatAsks)
     }).join();
 }
 
-TEST_F(Values, AnswersTheRolesOfAValue)
+TEST_F(Values, AnswerTheRolesOfAValue)
 {
     const Answer answer = getData(root, path("V:text?p=1"),
         {VeskRoles::Path(), VeskRoles::Type(), VeskRoles::Title(), VeskRoles::Icon()});
@@ -67,7 +67,7 @@ TEST_F(Values, AnswersTheRolesOfAValue)
     EXPECT_TRUE(getData(root, path("V:bool"), {VeskRoles::Title()}).list().value(0).isNull());
 }
 
-TEST_F(Values, HasNothingElsewhereAndNoRows)
+TEST_F(Values, AnswerUnknownPathsAndRowsRequestsWithErrors)
 {
     for (const char *elsewhere : {"V:", "V:gone", "V:text/x"})
         EXPECT_EQ(getData(root, path(elsewhere), {valueRole}).errorName(), CMError::NoNodeName());
@@ -77,7 +77,7 @@ TEST_F(Values, HasNothingElsewhereAndNoRows)
     EXPECT_TRUE(matchRow(root, path("V:text"), valueRole, 1).isError());
 }
 
-TEST_F(Values, AreChangedByARequestWithAValueOrAPlainOne)
+TEST_F(Values, AreSetByRequestsWithAVeskValueOrAPlainValue)
 {
     const Answer hash = set("V:text", VeskValue::fromString(QStringLiteral("b")));
     EXPECT_EQ(VeskValue(VeskHash(hash.value().toHash())).string_(), QStringLiteral("b"));
@@ -93,7 +93,7 @@ TEST_F(Values, AreChangedByARequestWithAValueOrAPlainOne)
             QStringLiteral("V:int by request")}));
 }
 
-TEST_F(Values, SayWhatTheyAreGoodForAndThatTheyArePinned)
+TEST_F(Values, AnswerTheirDescriptionAndWhetherTheyArePinned)
 {
     const QStringList roles {VeskRoles::Description(), QStringLiteral("pinned")};
     const Answer before = getData(root, path("V:text"), roles);
@@ -107,7 +107,7 @@ TEST_F(Values, SayWhatTheyAreGoodForAndThatTheyArePinned)
     EXPECT_FALSE(getData(root, path("V:bool"), roles).list().value(1).isValid());
 }
 
-TEST_F(Values, AreNotChangedByARequestThatMayNot)
+TEST_F(Values, RefuseRequestsWithoutWriteAccess)
 {
     const Answer fixed = set("V:fixed", QStringLiteral("x"));
     EXPECT_EQ(fixed.errorText(), QStringLiteral("The value cannot be changed."));
@@ -120,7 +120,7 @@ TEST_F(Values, AreNotChangedByARequestThatMayNot)
     EXPECT_TRUE(told.isEmpty());
 }
 
-TEST_F(Values, AreNotChangedByAWrongType)
+TEST_F(Values, RefuseValuesOfAWrongType)
 {
     VeskValue odd;
     odd.insert(QStringLiteral("type"), static_cast<int>(VeskValueType::string_));
@@ -152,7 +152,7 @@ TEST_F(Values, AreNotChangedByAWrongType)
     EXPECT_EQ(values.value(path("V:text")).string_(), QStringLiteral("a"));
 }
 
-TEST_F(Values, AreSetByRequestsToWhatPassesTheirCheckOnly)
+TEST_F(Values, RefuseValuesThatFailTheirCheck)
 {
     values.setCheck(path("V:int"), [](const QVariant &sent, const VeskValue &value) {
         if (value.isEmpty())
@@ -169,7 +169,7 @@ TEST_F(Values, AreSetByRequestsToWhatPassesTheirCheckOnly)
     EXPECT_EQ(set("V:int", 12).errorText(), QStringLiteral("The value cannot be changed."));
 }
 
-TEST_F(Values, TellWhatRequestsRead)
+TEST_F(Values, EmitASignalWhenARequestReadsThem)
 {
     QStringList read;
     QObject::connect(
@@ -196,7 +196,7 @@ TEST_F(Values, AreSetByTheHostWhateverTheirAccess)
     EXPECT_EQ(values.value(path("V:fixed")).string_(), QStringLiteral("g"));
 }
 
-TEST_F(Values, TellTheirSubscribersOnlyOfChanges)
+TEST_F(Values, NotifySubscribersOnlyWhenTheyChange)
 {
     QObject context;
     QStringList heard;
@@ -217,7 +217,7 @@ TEST_F(Values, TellTheirSubscribersOnlyOfChanges)
     EXPECT_EQ(heard, (QStringList {QStringLiteral("V:text"), QStringLiteral("V:text?sid=1")}));
 }
 
-TEST_F(Values, AreReadAgainInAnotherLanguageWhenTheyHaveATitle)
+TEST_F(Values, NotifySubscribersOfTranslatedTitlesWhenTheLanguageChanges)
 {
     QObject context;
     QStringList heard;
@@ -236,7 +236,7 @@ TEST_F(Values, ListTheirPaths)
     EXPECT_TRUE(values.value(path("V:gone")).isEmpty());
 }
 
-/// Values whose changes wait for somebody to keep them.
+/// Values whose changes wait until they are persisted.
 class KeptValues : public Values {
 protected:
     void SetUp() override
@@ -251,7 +251,7 @@ protected:
     std::vector<CMValuesWorker::Kept> waiting;
 };
 
-TEST_F(KeptValues, ChangeAndAnswerOnceTheyAreKept)
+TEST_F(KeptValues, TakeEffectAndAnswerOncePersisted)
 {
     const Answer answer = set("V:text", QStringLiteral("b"));
     ASSERT_EQ(waiting.size(), 1u);
@@ -265,7 +265,7 @@ TEST_F(KeptValues, ChangeAndAnswerOnceTheyAreKept)
     EXPECT_EQ(told, QStringList {QStringLiteral("V:text by request")});
 }
 
-TEST_F(KeptValues, StayAsTheyWereWhenTheyCannotBeKept)
+TEST_F(KeptValues, StayUnchangedWhenPersistingFails)
 {
     const Answer answer = set("V:text", QStringLiteral("b"));
     waiting.at(0)(CMError(text("No room.")));
@@ -274,7 +274,7 @@ TEST_F(KeptValues, StayAsTheyWereWhenTheyCannotBeKept)
     EXPECT_EQ(told, QStringList());
 }
 
-TEST_F(KeptValues, AnswerWithAnErrorWhenTheKeeperForgetsThem)
+TEST_F(KeptValues, AnswerWithAnErrorWhenTheCallbackIsDropped)
 {
     const Answer answer = set("V:text", QStringLiteral("b"));
     waiting.clear();
@@ -282,7 +282,7 @@ TEST_F(KeptValues, AnswerWithAnErrorWhenTheKeeperForgetsThem)
     EXPECT_EQ(present(), QStringLiteral("a"));
 }
 
-TEST_F(KeptValues, AreAskedForInOrderAlsoWhenOneIsThereAlready)
+TEST_F(KeptValues, ArePersistedInOrderAlsoWhenUnchanged)
 {
     const Answer first = set("V:text", QStringLiteral("b"));
     const Answer second = set("V:text", QStringLiteral("a"));
@@ -293,7 +293,7 @@ TEST_F(KeptValues, AreAskedForInOrderAlsoWhenOneIsThereAlready)
     EXPECT_EQ(present(), QStringLiteral("a"));
 }
 
-TEST_F(KeptValues, AreNotAskedForWhatIsRefused)
+TEST_F(KeptValues, AreNotPersistedWhenRefused)
 {
     values.pin(path("V:int"));
     EXPECT_TRUE(set("V:int", 7).isError());
@@ -303,14 +303,14 @@ TEST_F(KeptValues, AreNotAskedForWhatIsRefused)
     EXPECT_TRUE(waiting.empty());
 }
 
-TEST_F(KeptValues, AreTheHostsOwnToSetAtOnce)
+TEST_F(KeptValues, TakeEffectAtOnceWhenTheHostSetsThem)
 {
     EXPECT_TRUE(values.setValue(path("V:text"), VeskValue::fromString(QStringLiteral("b"))));
     EXPECT_EQ(present(), QStringLiteral("b"));
     EXPECT_TRUE(waiting.empty());
 }
 
-TEST_F(Values, TakeChangesOfManyThreadsAtOnce)
+TEST_F(Values, CanBeSetByManyThreadsAtOnce)
 {
     QObject::disconnect(&values, nullptr, &values, nullptr);
     std::atomic<int> changes {0};
@@ -331,7 +331,7 @@ TEST_F(Values, TakeChangesOfManyThreadsAtOnce)
     EXPECT_EQ(changes, 1000);
 }
 
-TEST(ValuesFromPlain, ReadsWhatIsMeantAsTheType)
+TEST(ValuesFromPlain, ConvertsPlainValuesToTheType)
 {
     const auto read = &CMValuesWorker::fromPlain;
     for (const QVariant &yes : {QVariant(true), QVariant(QStringLiteral("true")), QVariant(1),

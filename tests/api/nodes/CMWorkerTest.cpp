@@ -128,7 +128,7 @@ TEST(CMWorker, HandlesRequestsOfItsOwnThreadAtOnce)
     });
 }
 
-TEST(CMWorker, HandlesPostedRequestsOfItsOwnThreadAfterWhatWaits)
+TEST(CMWorker, HandlesPostedRequestsOfItsOwnThreadAfterTheQueue)
 {
     std::vector<int> handled;
     const auto thread = echoThread([&handled](const CMRequest &request) {
@@ -165,7 +165,7 @@ TEST(CMWorker, ARequestThatIsNotForItEndsWithAnError)
     EXPECT_EQ(answer.errorText(), QStringLiteral("There is nothing at this address."));
 }
 
-TEST(CMWorker, ATakenRequestThatIsLetGoEndsWithAnError)
+TEST(CMWorker, AnAcceptedRequestThatIsDroppedEndsWithAnError)
 {
     const auto thread = echoThread([](const CMRequest &) { return true; });
     const Answer answer = getData(workerOf(thread), path("Echo:x"), valueRole);
@@ -222,7 +222,7 @@ TEST(CMWorker, RequestsThatArriveDuringConstructionWaitForTheEventLoop)
     thread.call([&] { EXPECT_FALSE(handledEarly); });
 }
 
-TEST(CMWorker, OneThousandRequestsToAWorkerThatGoesAwayAreAllAnswered)
+TEST(CMWorker, AnswersAllOfAThousandRequestsWhenItIsDestroyed)
 {
     CMRootWorker root;
     Gate entered;
@@ -270,7 +270,7 @@ TEST(CMWorker, OneThousandRequestsToAWorkerThatGoesAwayAreAllAnswered)
     EXPECT_LT(values, 1001);
 }
 
-TEST(CMWorker, MayBeDeletedByAFunctionOfItsEventLoopWhileOthersAsk)
+TEST(CMWorker, MayBeDeletedInItsEventLoopWhileOtherThreadsAsk)
 {
     CMRootWorker root;
     for (int round = 0; round < 25; ++round) {
@@ -302,7 +302,7 @@ TEST(CMWorker, MayBeDeletedByAFunctionOfItsEventLoopWhileOthersAsk)
     }
 }
 
-TEST(CMWorker, AStoppedWorkerTakesNothingMore)
+TEST(CMWorker, AStoppedWorkerAcceptsNoRequests)
 {
     ScriptThread thread(QStringLiteral("Echo"));
     thread.call([&] {
@@ -357,7 +357,7 @@ TEST(CMWorker, AnswersASignOfLifeAtItsRoot)
     }
 }
 
-TEST(CMWorker, IsToldOnItsThreadThatTheLanguageChanged)
+TEST(CMWorker, IsNotifiedOfALanguageChangeOnItsThread)
 {
     CMRootWorker root;
     const auto thread = echoThread();
@@ -398,7 +398,7 @@ TEST(CMWorkerGetValue, IsNullWhereThereIsNoAnswer)
     thread->call([&] { EXPECT_EQ(workerOf(thread).getValue(path("Echo:x")), QVariant()); });
 }
 
-TEST(CMWorkerGetValue, MayBeAskedOfTheOwnWorkerWhileARequestIsHandled)
+TEST(CMWorkerGetValue, MayBeCalledByTheWorkersOwnHandlers)
 {
     CMRootWorker root;
     const auto thread = echoThread([&root](const CMRequest &request) {

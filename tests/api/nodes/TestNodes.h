@@ -33,7 +33,7 @@ inline TrString text(const char *sourceText)
     return TrString("Test", sourceText);
 }
 
-/// An answer as the one who asked sees it.
+/// The caller's side of an answer.
 class Answer {
 public:
     bool isThere() const { return m_data->isFinished(); }
@@ -88,7 +88,7 @@ inline Answer matchRow(
     return answer;
 }
 
-/// A node that does what it is told.
+/// A node whose handlers are given functions.
 class ScriptNode : public CMUINode {
 public:
     using Handler = std::function<bool(const CMRequest &)>;
@@ -148,7 +148,7 @@ public:
     ScriptWorker &worker() const { return *static_cast<ScriptWorker *>(object()); }
 };
 
-/// Opens once; whoever waits for it goes on then.
+/// Blocks the threads that wait for it until it is opened, once.
 class Gate {
 public:
     void open() { m_promise.set_value(); }

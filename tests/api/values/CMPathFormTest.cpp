@@ -129,7 +129,7 @@ TEST(CMPathForm, givesWhatThePathGivesForAnyTexts)
     }
 }
 
-TEST(CMPathFormDeathTest, stopsAtBlanksInDisorderOrWithoutValues)
+TEST(CMPathFormDeathTest, refusesUnsortedBlanksAndMissingValues)
 {
     const CMPath start = path(QStringLiteral("menu"), {{QStringLiteral("b"), QString()}});
     const QString a = QStringLiteral("a");

@@ -36,7 +36,7 @@ AddressKind kindOf(const char *text, const OwnAddresses &own = {})
 
 } // namespace
 
-TEST(AddressPolicyTest, knowsWhereAnAddressLies)
+TEST(AddressPolicyTest, classifiesAddresses)
 {
     const struct {
         AddressKind kind;
@@ -148,7 +148,7 @@ TEST(AddressPolicyTest, seesThisMachinesLoopbackInterface)
     EXPECT_TRUE(std::any_of(own.entries().begin(), own.entries().end(), isLoopback));
 }
 
-TEST(AddressPolicyTest, eachReachIncludesTheOneBeforeAndNoneTheNevers)
+TEST(AddressPolicyTest, eachReachIncludesTheOneBeforeAndNoneIncludesNever)
 {
     const AddressReach reaches[]
         = {AddressReach::Internet, AddressReach::LocalNetwork, AddressReach::Machine};

@@ -59,7 +59,7 @@ TEST_F(ConnectionGuardTest, refusesBeforeAByteIsSent)
     EXPECT_FALSE(m_guard.hasRefused());
 }
 
-TEST_F(ConnectionGuardTest, judgesWhatANameStandsForHoweverItIsWritten)
+TEST_F(ConnectionGuardTest, checksTheAddressHoweverItIsWritten)
 {
     const ScriptedServer server(always(answerWith("inside")));
     const QByteArray port = QByteArray::number(server.port());
@@ -89,7 +89,7 @@ TEST_F(ConnectionGuardTest, refusesMetadataWhateverTheReach)
     }
 }
 
-TEST_F(ConnectionGuardTest, judgesEachRedirectAnew)
+TEST_F(ConnectionGuardTest, checksEachRedirect)
 {
     AddressPolicy::setCurrent(AddressReach::Machine);
     const ScriptedServer server(always(redirectTo("http://169.254.169.254/latest/meta-data/")));
@@ -98,7 +98,7 @@ TEST_F(ConnectionGuardTest, judgesEachRedirectAnew)
     EXPECT_TRUE(m_guard.hasRefused());
 }
 
-TEST_F(ConnectionGuardTest, asksNoProxy)
+TEST_F(ConnectionGuardTest, usesNoProxy)
 {
     const ScriptedServer proxy(always(answerWith("by proxy")));
     qputenv("http_proxy", urlOf(proxy, "").toEncoded());
@@ -109,7 +109,7 @@ TEST_F(ConnectionGuardTest, asksNoProxy)
     EXPECT_EQ(proxy.connections(), 0);
 }
 
-TEST_F(ConnectionGuardTest, socketsAreNotForProgramsThatTheProcessStarts)
+TEST_F(ConnectionGuardTest, socketsAreCloseOnExec)
 {
     const ScriptedServer server(always(answerWith("here")));
     AddressPolicy::setCurrent(AddressReach::Machine);

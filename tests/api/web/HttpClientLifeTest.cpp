@@ -61,7 +61,7 @@ TEST_F(HttpClientLifeTest, destructionCancelsWhatHasNotEvenConnected)
     EXPECT_EQ(ends, oneCancelled);
 }
 
-TEST_F(HttpClientLifeTest, destructionCancelsWhatHasEndedAndWasNotTold)
+TEST_F(HttpClientLifeTest, destructionCancelsResultsThatAreNotDelivered)
 {
     client->get(VeskUrl(), HttpClientOptions(), noting());
     EXPECT_TRUE(ends.isEmpty());
@@ -151,7 +151,7 @@ TEST_F(HttpClientLifeTest, aCompletionMayWaitForAnotherExchange)
     EXPECT_EQ(inner, "x");
 }
 
-TEST_F(HttpClientLifeTest, completionsThatAlwaysAskAgainLeaveTheLoopItsTurn)
+TEST_F(HttpClientLifeTest, completionsThatAlwaysAskAgainDoNotStarveTheEventLoop)
 {
     int asked = 0;
     bool stop = false;
@@ -166,7 +166,7 @@ TEST_F(HttpClientLifeTest, completionsThatAlwaysAskAgainLeaveTheLoopItsTurn)
     client.reset();
 }
 
-TEST_F(HttpClientLifeTest, aRequestWithoutAFunctionIsSentAllTheSame)
+TEST_F(HttpClientLifeTest, aRequestWithoutAFunctionIsStillSent)
 {
     const ScriptedServer server(always(answerWith("x")));
     client->get(urlOf(server, "/"), HttpClientOptions(), {});
@@ -252,7 +252,7 @@ TEST_F(HttpClientLifeTest, shutDownEndsEveryClientOnItsOwnThread)
     EXPECT_EQ(fetch(later, urlOf(good, "/")).data(), "x");
 }
 
-TEST_F(HttpClientLifeTest, shutDownInARaceWithTheEndOfClientsLosesNoCompletion)
+TEST_F(HttpClientLifeTest, shutDownWhileClientsAreDestroyedLosesNoCompletion)
 {
     const ScriptedServer server(always(answerWith("x")));
     for (int round = 0; round < 30; ++round) {
@@ -292,7 +292,7 @@ TEST_F(HttpClientLifeTest, logsOneLinePerExchangeWithoutSecretsOrBodies)
     }
 }
 
-TEST_F(HttpClientLifeTest, whatOnlyReadsCanBeAbandonedAndWhatChangesSomethingGoesOn)
+TEST_F(HttpClientLifeTest, abandonsExchangesThatOnlyReadAndNoOthers)
 {
     const ScriptedServer server(stalling());
     HttpClientOptions personal;
@@ -338,7 +338,7 @@ TEST_F(HttpClientLifeTest, anAddressThatTimedOutFailsAtOnceTheNextTime)
     EXPECT_EQ(server.requests().size(), 4);
 }
 
-TEST_F(HttpClientLifeTest, tellsWhenExchangesBeginAndEnd)
+TEST_F(HttpClientLifeTest, callsTheActivityListenerAtTheBeginAndTheEnd)
 {
     int signs = 0;
     HttpClient::setActivityListener([&signs] { ++signs; });
@@ -348,7 +348,7 @@ TEST_F(HttpClientLifeTest, tellsWhenExchangesBeginAndEnd)
     HttpClient::setActivityListener(nullptr);
 }
 
-TEST_F(HttpClientLifeTest, tellsHowExchangesEndedBeforeTheirFunctions)
+TEST_F(HttpClientLifeTest, callsTheExchangeListenerBeforeTheCallersFunction)
 {
     std::vector<std::pair<HttpClientStatus, int>> told;
     bool wasFirst = true;

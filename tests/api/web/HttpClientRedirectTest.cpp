@@ -38,7 +38,7 @@ TEST_F(HttpClientRedirectTest, followsFiveAndNotSix)
     EXPECT_EQ(fetch(client, urlOf(server, "/5")).data(), "arrived");
 }
 
-TEST_F(HttpClientRedirectTest, leavesACircle)
+TEST_F(HttpClientRedirectTest, endsACircle)
 {
     const ScriptedServer server(always(redirectTo("/")));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::TooManyRedirects);
@@ -103,7 +103,7 @@ TEST_F(HttpClientRedirectTest, aLocationOfAnAnswerThatIsNoRedirectMeansNothing)
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "made");
 }
 
-TEST_F(HttpClientRedirectTest, theLimitIsForTheLastBodyOnly)
+TEST_F(HttpClientRedirectTest, theSizeLimitAppliesToTheLastBodyOnly)
 {
     const ScriptedServer server([](const ScriptedServer::Request &request) {
         if (request.target == "/end")
@@ -116,7 +116,7 @@ TEST_F(HttpClientRedirectTest, theLimitIsForTheLastBodyOnly)
     EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(9)).status(), HttpClientStatus::TooLarge);
 }
 
-TEST_F(HttpClientRedirectTest, theTimeoutIsForTheWholeWay)
+TEST_F(HttpClientRedirectTest, theTimeOutCoversAllRedirects)
 {
     const ScriptedServer server([](const ScriptedServer::Request &request) {
         if (request.target == "/start")
@@ -145,7 +145,7 @@ TEST_F(HttpClientRedirectTest, aPostGoesOnAsTheCodeSays)
     EXPECT_THAT(server.requestLines(), ElementsAre("GET /end"));
 }
 
-TEST_F(HttpClientRedirectTest, handsARedirectOutWhenItShallNotFollow)
+TEST_F(HttpClientRedirectTest, returnsRedirectsWhenItDoesNotFollowThem)
 {
     const ScriptedServer server(always(redirectTo("ftp://h/x")));
     HttpClient still(nullptr, HttpClient::Default, false);

@@ -67,7 +67,7 @@ TEST_F(HttpClientTest, readsAChunkedBody)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientTest, tellsWhoAsksAndTakesCompressedAnswers)
+TEST_F(HttpClientTest, sendsAUserAgentAndAcceptsCompressedResponses)
 {
     const ScriptedServer server(&echo);
     fetch(client, urlOf(server, "/"));
@@ -118,7 +118,7 @@ TEST_F(HttpClientTest, sendsALargeBodyWithoutAskingFirst)
     EXPECT_TRUE(server.requests().first().header("Expect").isNull());
 }
 
-TEST_F(HttpClientTest, nothingOfAPostStaysForTheNextRequest)
+TEST_F(HttpClientTest, aPostLeavesNothingForTheNextRequest)
 {
     const ScriptedServer server(&echo);
     send(client, urlOf(server, "/"), "a=1");
@@ -139,7 +139,7 @@ TEST_F(HttpClientTest, keepsItsConnection)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientTest, connectsAgainWhereTheServerHungUp)
+TEST_F(HttpClientTest, reconnectsWhenTheServerClosedTheConnection)
 {
     ScriptedServer::Response response = answerWith("x");
     response.end = ScriptedServer::End::Close;
@@ -149,7 +149,7 @@ TEST_F(HttpClientTest, connectsAgainWhereTheServerHungUp)
     EXPECT_EQ(server.connections(), 5);
 }
 
-TEST_F(HttpClientTest, givesEachOfManyItsOwnAnswer)
+TEST_F(HttpClientTest, givesEachOfManyExchangesItsOwnResponse)
 {
     const ScriptedServer server(&echo);
     constexpr int count = 60;
@@ -189,7 +189,7 @@ TEST_F(HttpClientTest, refusesAnAnnouncedLengthBeforeTheBodyIsThere)
         fetch(client, urlOf(server, "/"), withLimit(1000)).status(), HttpClientStatus::TooLarge);
 }
 
-TEST_F(HttpClientTest, countsAnUnannouncedBodyWhileItComes)
+TEST_F(HttpClientTest, countsABodyOfUnknownLengthWhileItArrives)
 {
     QByteArray endless;
     for (int i = 0; i < 1000; ++i)
@@ -254,7 +254,7 @@ TEST_F(HttpClientTest, refusesWhatIsNoHttpUrl)
     EXPECT_EQ(send(client, VeskUrl(), {}).status(), HttpClientStatus::InvalidRequest);
 }
 
-TEST_F(HttpClientTest, connectsElsewhereForANameThatItWasTold)
+TEST_F(HttpClientTest, connectsElsewhereForARedirectedName)
 {
     const ScriptedServer server(&echo);
     HttpClient::setConnectTo({QString::fromLatin1(server.connectTo("opml.example.invalid"))});
@@ -281,7 +281,7 @@ TEST_F(HttpClientTest, aDifferentTargetOfANameGetsAConnectionOfItsOwn)
     HttpClient::setConnectTo({});
 }
 
-TEST_F(HttpClientTest, speaksHttp1WhereItIsToldTo)
+TEST_F(HttpClientTest, usesHttp1OnRequest)
 {
     const ScriptedServer server(&echo);
     HttpClient http1(nullptr, HttpClient::Http1, true);

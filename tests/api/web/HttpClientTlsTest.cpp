@@ -85,7 +85,7 @@ TEST_F(HttpClientTlsTest, refusesAnExpiredCertificate)
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(HttpClientTlsTest, refusesACertificateThatIsNotGoodYet)
+TEST_F(HttpClientTlsTest, refusesACertificateThatIsNotYetValid)
 {
     const ScriptedServer server
         = serverFor(authority, "opml.example.invalid", TestAuthority::Future);

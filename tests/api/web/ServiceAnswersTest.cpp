@@ -39,7 +39,7 @@ TEST(ServiceAnswers, AnExchangeThatFailedIsAFaultOfItsKind)
     }
 }
 
-TEST(ServiceAnswers, WhatTheServiceNeverSawIsNoFaultOfIt)
+TEST(ServiceAnswers, ExchangesThatWereNotSentAreNoFault)
 {
     for (const Status status : {Status::Cancelled, Status::InvalidRequest}) {
         EXPECT_TRUE(serviceFaultOf(exchange(status), Form).isEmpty());
@@ -47,7 +47,7 @@ TEST(ServiceAnswers, WhatTheServiceNeverSawIsNoFaultOfIt)
     }
 }
 
-TEST(ServiceAnswers, AnErrorOfHttpIsOne)
+TEST(ServiceAnswers, AnHttpErrorIsAFault)
 {
     const QByteArray good = R"({"head": {"status": "200"}})";
     for (const int code : {400, 403, 500, 503}) {
@@ -60,7 +60,7 @@ TEST(ServiceAnswers, AnErrorOfHttpIsOne)
     EXPECT_FALSE(hasFailed(exchange(Status::Success, 399)));
 }
 
-TEST(ServiceAnswers, AnErrorOfHttpWithAnAnswerIsTheServicesOwnReport)
+TEST(ServiceAnswers, AnHttpErrorWithAnAnswerIsReportedByTheService)
 {
     const auto both = exchange(Status::Success, 403, R"({"head": {"status": "401"}})");
     EXPECT_EQ(serviceFaultOf(both, Form), (Fault {Fault::Reported, 401}));
@@ -84,7 +84,7 @@ TEST(ServiceAnswers, AnAnswerSaysItselfWhetherItIsGood)
         fault(R"({"head": {"status": "99999999999999999999"}})"), (Fault {Fault::Reported, 0}));
 }
 
-TEST(ServiceAnswers, WhatIsNotOfItsFormIsNone)
+TEST(ServiceAnswers, AnAnswerOfAnotherFormIsUnreadable)
 {
     for (const char *data :
         {"", "<html>", "[]", "5", "null", "{}", R"({"head": 5})", R"({"head": []})",
@@ -92,12 +92,13 @@ TEST(ServiceAnswers, WhatIsNotOfItsFormIsNone)
             R"({"head": {"status": true}})", R"({"head": {"status": 200)"}) {
         const auto odd = exchange(Status::Success, 200, data);
         EXPECT_EQ(serviceFaultOf(odd, Form), (Fault {Fault::Unreadable, 0})) << data;
-        EXPECT_EQ(serviceFaultOf(odd, {}), Fault()) << data << ": who knows what it answers with";
-        EXPECT_FALSE(hasFailed(odd)) << data << ": not without reading it";
+        EXPECT_EQ(serviceFaultOf(odd, {}), Fault())
+            << data << ": without a form nothing is known of answers";
+        EXPECT_FALSE(hasFailed(odd)) << data << ": hasFailed() does not read answers";
     }
 }
 
-TEST(ServiceAnswers, ARefusalIsOneByItsCode)
+TEST(ServiceAnswers, RecognisesRefusalsByTheirCodes)
 {
     EXPECT_TRUE((Fault {Fault::HttpStatus, 401}).isBareRefusal());
     EXPECT_TRUE((Fault {Fault::HttpStatus, 403}).isBareRefusal());

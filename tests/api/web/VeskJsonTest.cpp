@@ -184,7 +184,7 @@ TEST(VeskJsonTest, rejectsAnAnswerCutAtAnyByte)
     EXPECT_EQ(parsed(whole).toHash().size(), 2);
 }
 
-TEST(VeskJsonTest, survivesAnyByteInAnyPlace)
+TEST(VeskJsonTest, readsOrRejectsAnyByteAtAnyOffset)
 {
     const QByteArray whole = answer(1);
     for (int at = 0; at < whole.size(); ++at) {
@@ -200,7 +200,7 @@ TEST(VeskJsonTest, survivesAnyByteInAnyPlace)
     }
 }
 
-TEST(VeskJsonTest, tellsWhereAndWhyItStopped)
+TEST(VeskJsonTest, reportsTheOffsetAndTheReasonOfAnError)
 {
     const struct {
         const char *json;
@@ -309,7 +309,7 @@ TEST(VeskJsonTest, keepsAByteOrderMarkWithinATextOnly)
     }
 }
 
-TEST(VeskJsonTest, keepsTextsApartHoweverManyThereAre)
+TEST(VeskJsonTest, keepsManyTextsApart)
 {
     QByteArray json = "{";
     for (int i = 0; i < 20000; ++i)
@@ -360,7 +360,7 @@ TEST(VeskJsonTest, readsNullCharactersInTexts)
     EXPECT_EQ(parsed(QByteArray("[\"a\0b\"]", 7)).toList().first().toString(), text);
 }
 
-TEST(VeskJsonTest, bothWaysOfReadingEndAtTheSameDepth)
+TEST(VeskJsonTest, limitsTheDepthOfPlainAndRepairedTexts)
 {
     // A raw control character makes the text one that is repaired first.
     for (const QByteArray inner : {"", "\"\t\""}) {
@@ -410,7 +410,7 @@ TEST(VeskJsonTest, readsTenMegabytes)
     EXPECT_EQ(dump(parsed("[1]")), "[i1,]");
 }
 
-TEST(VeskJsonTest, readsBytesThatAreNoStringOfTheirOwn)
+TEST(VeskJsonTest, readsBytesWithoutATerminator)
 {
     const char bytes[]
         = "[1,2]xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx";

@@ -28,7 +28,7 @@ using Items = VeskUrl::QueryItems;
 
 } // namespace
 
-TEST(VeskUrlTest, takesAUrlApart)
+TEST(VeskUrlTest, readsThePartsOfAUrl)
 {
     const VeskUrl value
         = url("http://user@opml.radiotime.com:81/Browse.ashx?c=music&id=g%2079#top");
@@ -181,7 +181,7 @@ TEST(VeskUrlTest, encodesItemsThatAreAdded)
     EXPECT_EQ(VeskUrl(value.toString()).queryItems(), value.queryItems());
 }
 
-TEST(VeskUrlTest, addsBehindWhateverQueryThereIs)
+TEST(VeskUrlTest, appendsItemsToAnyQuery)
 {
     const auto added = [](const char *before) {
         VeskUrl value = url(before);
@@ -235,7 +235,7 @@ TEST(VeskUrlTest, comparesByText)
     EXPECT_EQ(built, url("http://h/a"));
 }
 
-TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
+TEST(VeskUrlTest, hidesSecretsInItsDisplayText)
 {
     EXPECT_EQ(shown(url("https://h/Account.ashx?c=auth&username=me&password=p%20w&Session=x#f")),
         "https://h/Account.ashx?c=auth&username=me&password=***&Session=***#f");
@@ -252,7 +252,7 @@ TEST(VeskUrlTest, hidesSecretsWhereItIsShown)
     EXPECT_EQ(url("http://u:p@h/?password=x").toString(), text("http://u:p@h/?password=x"));
 }
 
-TEST(VeskUrlTest, hidesSecretsOfAddressesInside)
+TEST(VeskUrlTest, hidesSecretsOfNestedAddresses)
 {
     EXPECT_EQ(
         shown(url("http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3DS%26b%3D1&id=2")),
@@ -267,14 +267,14 @@ TEST(VeskUrlTest, hidesSecretsOfAddressesInside)
     for (const char *without : {"http://r/?u=http://h/?a=b",
              "http://r/?u=http%3a%2f%2fh%2f%3Fa%3Db+c", "http://r/?u=a://b&c"})
         EXPECT_EQ(shown(url(without)), without);
-    // However deep somebody goes.
+    // However deep the nesting is.
     QString deep = text("x://h/?token=SECRET");
     for (int i = 0; i < 10'000; ++i)
         deep.prepend(text("x://?u="));
     EXPECT_FALSE(VeskUrl(deep).toDisplayString().contains(text("SECRET")));
 }
 
-TEST(VeskUrlTest, hidesSecretsOfAnAddressThatIsJustText)
+TEST(VeskUrlTest, hidesSecretsInPlainTexts)
 {
     EXPECT_EQ(VeskUrl::displayText(text("http://h/a.mp3?token=S&b=1")),
         text("http://h/a.mp3?token=***&b=1"));

@@ -134,7 +134,7 @@ bool HttpTransfer::takeHeadLine(std::string_view line)
     case HttpRedirectRule::TooLong:
         return fail(HttpClientStatus::Broken);
     case HttpRedirectRule::ForbiddenRedirect:
-        // A redirect that is handed out as the response is harmless.
+        // A redirect that is returned as the response is harmless.
         return !m_followRedirects || fail(HttpClientStatus::TooManyRedirects);
     case HttpRedirectRule::Fine:
         break;
