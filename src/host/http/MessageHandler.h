@@ -39,10 +39,10 @@ public:
     MessageHandler &operator=(const MessageHandler &) = delete;
     virtual ~MessageHandler() = default;
 
-    /// Calls \a reply once, maybe before this returns, and also when the client has left: a POST's
-    /// connection stays open until then. \a peer is null for a POST. \a client is destroyed when
-    /// the client leaves without waiting for the reply; it is \a peer for a WebSocket, and null
-    /// when there is no way to tell.
+    /// Calls \a reply once and drops it, maybe before this returns, and also when the client has
+    /// left: a POST's connection stays open until then. \a peer is null for a POST. \a client is
+    /// destroyed when the client leaves without waiting for the reply; it is \a peer for a
+    /// WebSocket, and null when there is no way to tell.
     virtual void handle(
         const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply)
         = 0;
