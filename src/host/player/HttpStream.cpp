@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <curl/curl.h>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -359,6 +360,7 @@ HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &rec
 HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds connect)
 {
     const auto start = Clock::now();
+    bool hasRead = false; // since the last wait
     for (;;) {
         const auto lastByte = exchange.lastByte();
         int running = 0;
@@ -375,7 +377,10 @@ HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds co
         const auto now = Clock::now();
         if (now >= deadline)
             return exchange.result(CURLE_OPERATION_TIMEDOUT);
-        if (exchange.lastByte() != lastByte && exchange.hasPlenty())
+        // One turn reads one buffer at the most: there may be more.
+        if (exchange.lastByte() != lastByte)
+            hasRead = true;
+        else if (std::exchange(hasRead, false) && exchange.hasPlenty())
             rest(exchange);
         else
             poll(std::min(LongestWait, std::chrono::ceil<Milliseconds>(deadline - now)));
