@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int genreCount = 20;
+constexpr int GenreCount = 20;
 
 QByteArray entry(const char *key, const QByteArray &value)
 {
@@ -31,7 +31,7 @@ QByteArray station(int number)
         entry("reliability", QByteArray::number(90 + number % 10)),
         entry("guide_id", id),
         entry("subtext", "The Paper Boats - A Song About Number " + QByteArray::number(number)),
-        entry("genre_id", "g" + QByteArray::number(number % genreCount)),
+        entry("genre_id", "g" + QByteArray::number(number % GenreCount)),
         entry("formats", number % 3 ? "mp3" : "aac,mp3"),
         entry("item", "station"),
         entry("image", "http://cdn-profiles.example.com/" + id + "/images/logoq.png?t=15983100000"),
@@ -92,7 +92,7 @@ QByteArray rootAnswer()
 QByteArray genresAnswer()
 {
     QList<QByteArray> body;
-    for (int i = 0; i < genreCount; ++i) {
+    for (int i = 0; i < GenreCount; ++i) {
         const QByteArray number = QByteArray::number(i);
         body.append("{ \"element\":\"outline\",\"type\":\"text\",\"text\":\"Genre " + number
             + "\",\"guide_id\":\"g" + number + "\" }");

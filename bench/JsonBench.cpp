@@ -11,11 +11,11 @@
 
 namespace {
 
-constexpr int stations = 2000;
+constexpr int Stations = 2000;
 
 void jsonFloor(benchmark::State &state)
 {
-    const QByteArray data = stationsAnswer(stations);
+    const QByteArray data = stationsAnswer(Stations);
     for (auto _ : state)
         benchmark::DoNotOptimize(QJsonDocument::fromJson(data).toVariant());
     state.counters["bytes"] = data.size();
@@ -23,11 +23,11 @@ void jsonFloor(benchmark::State &state)
 
 void jsonToModel(benchmark::State &state)
 {
-    const QByteArray data = stationsAnswer(stations);
+    const QByteArray data = stationsAnswer(Stations);
     for (auto _ : state) {
         VeskError error;
         const VeskTuneInResponse response(VeskJson::parse(data, error).toHash());
-        if (response.body().size() != stations)
+        if (response.body().size() != Stations)
             state.SkipWithError("the answer was not read");
     }
 }

@@ -59,7 +59,7 @@ struct Ratio {
     double limit;
 };
 
-constexpr Ratio ratios[] = {
+constexpr Ratio Ratios[] = {
     {"JSON of 2,000 stations into the model", "jsonToModel", "jsonFloor", 0.45},
     {"that model into rows with the page's roles", "rows/2000:cpu_ms", "jsonFloor", 1.0},
     {"a row at 10,000 rows, beside 100", "shortRows/10000:us_per_row", "shortRows/100:us_per_row",
@@ -77,7 +77,7 @@ constexpr Ratio ratios[] = {
 void printRatios(const Collector &collector)
 {
     std::printf("\n%-48s %12s %12s %8s %8s\n", "what", "measured", "floor", "ratio", "at most");
-    for (const Ratio &ratio : ratios) {
+    for (const Ratio &ratio : Ratios) {
         const double measured = collector.median(ratio.measured);
         const double floor = collector.median(ratio.floor);
         if (measured > 0 && floor > 0)

@@ -27,7 +27,7 @@ struct Kind {
     const char *name;
 };
 
-constexpr Kind kinds[] {
+constexpr Kind Kinds[] {
     {VeskRolesType::container, ">", "folder"},
     {VeskRolesType::header, "#", "heading"},
     {VeskRolesType::audio, "\u266a", "audio"},
@@ -38,9 +38,9 @@ constexpr Kind kinds[] {
 
 Kind kindOf(int type)
 {
-    const auto *const kind = std::find_if(std::begin(kinds), std::end(kinds),
+    const auto *const kind = std::find_if(std::begin(Kinds), std::end(Kinds),
         [type](const Kind &candidate) { return candidate.type == type; });
-    return kind == std::end(kinds) ? Kind {type, " ", "text"} : *kind;
+    return kind == std::end(Kinds) ? Kind {type, " ", "text"} : *kind;
 }
 
 QString markOf(const RowText &row)

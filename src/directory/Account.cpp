@@ -17,15 +17,15 @@ Answer fault(const std::string &code)
         const char *code;
         const char *text;
     };
-    static constexpr Fault faults[] = {{"validation.email", "Invalid email"},
+    static constexpr Fault Faults[] = {{"validation.email", "Invalid email"},
         {"validation.password", "Invalid password"}, {"validation.location", "Invalid location"},
         {"validation.userNameExists", "The account name is taken"},
         {"validation.emailExists", "The email is registered already"},
         {"validation.deviceNotAssociated", "No associated account"},
         {"validation.deviceExists", "The device is associated already"}};
-    const auto *found = std::find_if(std::begin(faults), std::end(faults),
+    const auto *found = std::find_if(std::begin(Faults), std::end(Faults),
         [&code](const Fault &each) { return code == each.code; });
-    return failure("400", found != std::end(faults) ? found->text : "Validation error", code);
+    return failure("400", found != std::end(Faults) ? found->text : "Validation error", code);
 }
 
 Answer answerOf(const Result<void, std::string> &done)

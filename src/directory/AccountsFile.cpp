@@ -33,7 +33,7 @@ Result<MembersContent, std::string> parsed(const Content &content)
 AccountsFile::AccountsFile(std::string file, Complain complain)
     : m_name(std::move(file))
     , m_complain(std::move(complain))
-    , m_file(m_name, maxSize)
+    , m_file(m_name, MaxSize)
     , m_lock(m_file.name() + ".lock")
 {
 }

@@ -26,7 +26,7 @@ struct AccountsProblem {
 class AccountsFile {
 public:
     /// Files beyond this size are neither read nor written.
-    static constexpr std::size_t maxSize = std::size_t(32) * 1024 * 1024;
+    static constexpr std::size_t MaxSize = std::size_t(32) * 1024 * 1024;
     using Complain = std::function<void(const std::string &)>;
 
     /// Locks `file` for this process; its folder must be there. `complain` gets one line when

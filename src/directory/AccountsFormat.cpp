@@ -13,10 +13,10 @@ namespace directory {
 
 namespace {
 
-constexpr int version = 1;
+constexpr int Version = 1;
 // Longer than any text that the pages accept.
-constexpr std::size_t maxText = std::size_t(8) * 1024;
-constexpr int maxNumber = 999999999;
+constexpr std::size_t MaxText = std::size_t(8) * 1024;
+constexpr int MaxNumber = 999999999;
 
 /// One object of the file. Lives while the file is parsed.
 class Entry {
@@ -36,14 +36,14 @@ public:
     std::string text(const char *key) const
     {
         const Json &value = member(key);
-        if (!value.is_string() || value.get_ref<const std::string &>().size() > maxText)
+        if (!value.is_string() || value.get_ref<const std::string &>().size() > MaxText)
             fail(std::string(key) + " is no text, or too long");
         return value;
     }
     int number(const char *key, int low) const
     {
         const Json &value = member(key);
-        if (!value.is_number_integer() || value < low || value > maxNumber)
+        if (!value.is_number_integer() || value < low || value > MaxNumber)
             fail(std::string(key) + " is no number, or out of range");
         return value;
     }
@@ -134,11 +134,11 @@ Library readLibrary(const Entry &entry)
     content.folders.clear();
     content.nextFolder = entry.number("next_folder", 2);
     content.nextAddress = entry.number("next_address", 1);
-    entry.each("folders", Library::maxFolders,
+    entry.each("folders", Library::MaxFolders,
         [&](const Entry &each) { content.folders.push_back(readFolder(each, content)); });
     if (content.folders.empty())
         entry.fail("there is no folder");
-    entry.each("presets", Library::maxPresets,
+    entry.each("presets", Library::MaxPresets,
         [&](const Entry &each) { content.presets.push_back(readPreset(each, content)); });
     return Library(std::move(content));
 }
@@ -191,7 +191,7 @@ void readDevice(const Entry &entry, MembersContent &content)
     device.library = readLibrary(entry.object("library"));
     if (!device.account.empty() && content.accounts.count(device.account) == 0)
         entry.fail("there is no such account");
-    if (serial.empty() || serial.size() > Members::maxSerial
+    if (serial.empty() || serial.size() > Members::MaxSerial
         || !content.devices.emplace(serial, std::move(device)).second)
         entry.fail("serial is empty, too long, or there twice");
 }
@@ -210,13 +210,13 @@ Json parsedJson(const std::string &text)
 
 MembersContent readMembers(const Entry &file)
 {
-    if (file.number("version", 0) != version)
+    if (file.number("version", 0) != Version)
         file.fail("its version is unknown here");
     MembersContent content;
     content.nextAccount = file.number("next_account", content.nextAccount);
-    file.each("accounts", Members::maxAccounts,
+    file.each("accounts", Members::MaxAccounts,
         [&content](const Entry &each) { readAccount(each, content); });
-    file.each("devices", Members::maxDevices,
+    file.each("devices", Members::MaxDevices,
         [&content](const Entry &each) { readDevice(each, content); });
     return content;
 }
@@ -233,7 +233,7 @@ std::string formatAccounts(const MembersContent &content)
         if (isKnown(each.second))
             devices.push_back(toJson(each.first, each.second));
     }
-    return serialized({{"version", version}, {"next_account", content.nextAccount},
+    return serialized({{"version", Version}, {"next_account", content.nextAccount},
                {"accounts", std::move(accounts)}, {"devices", std::move(devices)}})
         + '\n';
 }

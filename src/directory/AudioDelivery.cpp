@@ -10,9 +10,9 @@ namespace directory {
 
 namespace {
 
-constexpr unsigned tickMilliseconds = 100;
-constexpr double longestFeed = 1; ///< seconds; a longer backlog is encoded in several ticks
-constexpr std::int64_t microseconds = 1000000;
+constexpr unsigned TickMilliseconds = 100;
+constexpr double LongestFeed = 1; ///< seconds; a longer backlog is encoded in several ticks
+constexpr std::int64_t Microseconds = 1000000;
 
 } // namespace
 
@@ -26,7 +26,7 @@ AudioDelivery::AudioDelivery(GIOStream *stream, const Answer &answer, const Deli
     , m_headLeft(m_waiting.size())
     , m_wire(stream, [this] { finish(); })
 {
-    m_wire.boundSendBuffer(static_cast<int>(maxWaiting));
+    m_wire.boundSendBuffer(static_cast<int>(MaxWaiting));
     if (!m_audio.live)
         return;
     m_encoder = std::make_unique<Encoder>(m_audio.live->format, [this] { takeEncoded(); });
@@ -50,14 +50,14 @@ void AudioDelivery::begin()
 
 double AudioDelivery::elapsed() const
 {
-    return static_cast<double>(g_get_monotonic_time() - m_started) / microseconds;
+    return static_cast<double>(g_get_monotonic_time() - m_started) / Microseconds;
 }
 
 void AudioDelivery::tick()
 {
     if (impatient())
         return finish();
-    m_timer.onTime(tickMilliseconds, [this] { tick(); });
+    m_timer.onTime(TickMilliseconds, [this] { tick(); });
     if (m_encoder)
         feed();
     write();
@@ -67,18 +67,18 @@ bool AudioDelivery::impatient() const
 {
     return m_wire.waitsForRoom()
         && static_cast<double>(g_get_monotonic_time() - m_lastProgress)
-        > patienceSeconds * microseconds;
+        > PatienceSeconds * Microseconds;
 }
 
 void AudioDelivery::feed()
 {
-    if (m_waiting.size() >= maxWaiting)
+    if (m_waiting.size() >= MaxWaiting)
         return;
     const AudioFormat &format = m_encoder->format();
     const double due = m_frames == 0
-        ? burstSeconds
+        ? BurstSeconds
         : std::min(
-            burstSeconds + elapsed() - static_cast<double>(m_frames) / format.rate, longestFeed);
+            BurstSeconds + elapsed() - static_cast<double>(m_frames) / format.rate, LongestFeed);
     if (due <= 0)
         return;
     const auto frames = static_cast<std::size_t>(due * format.rate);
@@ -110,7 +110,7 @@ void AudioDelivery::refill()
     if (!m_audio.file)
         return;
     const FileAudio &file = *m_audio.file;
-    while (m_waiting.size() < maxWaiting && m_copied < file.length) {
+    while (m_waiting.size() < MaxWaiting && m_copied < file.length) {
         const std::size_t at
             = static_cast<std::size_t>((file.offset + m_copied) % file.loop->size());
         const auto size = static_cast<std::size_t>(
@@ -159,7 +159,7 @@ void AudioDelivery::atEnd()
     if (m_delivery.end != Delivery::End::Hold)
         return finish();
     m_encoder.reset();
-    m_timer.onTime(RawDelivery::maxHoldSeconds * 1000, [this] { finish(); });
+    m_timer.onTime(RawDelivery::MaxHoldSeconds * 1000, [this] { finish(); });
 }
 
 void AudioDelivery::disturb(const Disturbance &disturbance)

@@ -16,11 +16,11 @@ namespace directory {
 
 class AudioDelivery {
 public:
-    static constexpr double burstSeconds = 4;
+    static constexpr double BurstSeconds = 4;
     /// The bound of the buffer here; the kernel's send buffer holds about as much again.
-    static constexpr std::size_t maxWaiting = std::size_t(64) * 1024;
+    static constexpr std::size_t MaxWaiting = std::size_t(64) * 1024;
     /// A client that reads nothing for this long, although data are buffered for it, is dropped.
-    static constexpr double patienceSeconds = 5;
+    static constexpr double PatienceSeconds = 5;
 
     /// Takes over the reference to `stream`, which comes from tappedStream(). `done` is called at
     /// most once and may destroy this object. Throws std::runtime_error when an encoder is missing.

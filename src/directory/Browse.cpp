@@ -10,7 +10,7 @@ namespace directory {
 namespace {
 
 /// A category that is always empty: languages without stations lead to it.
-constexpr char emptyCategory[] = "c424724";
+constexpr char EmptyCategory[] = "c424724";
 
 Answer wrongId()
 {
@@ -36,7 +36,7 @@ Answer browseId(const Context &context, const std::string &id)
         return languagePage(context, language);
     if (id.front() == 'a')
         return networkPage(context, id);
-    return id == emptyCategory ? success(context.word("browse"), nothingRows(context)) : wrongId();
+    return id == EmptyCategory ? success(context.word("browse"), nothingRows(context)) : wrongId();
 }
 
 Answer browseItem(const Context &context, const std::string &c)

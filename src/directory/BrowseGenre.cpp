@@ -10,14 +10,14 @@ namespace directory {
 
 namespace {
 
-constexpr std::size_t maxLocal = 5;
+constexpr std::size_t MaxLocal = 5;
 
 Json localSection(const Context &context, const Scope &scope)
 {
     Scope local = scope;
     local.region = context.catalog().above(context.city()->id, Region::Kind::Country)->id;
     auto stations = stationsOf(context, local, {});
-    stations.resize(std::min(stations.size(), maxLocal));
+    stations.resize(std::min(stations.size(), MaxLocal));
     Json rows = Json::array();
     for (const Station *station : stations)
         rows.push_back(stationRow(context, *station));

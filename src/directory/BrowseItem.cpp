@@ -11,10 +11,10 @@ namespace directory {
 
 namespace {
 
-constexpr std::int64_t secondsPerDay = std::int64_t(24) * 3600;
-constexpr std::size_t maxSimilar = 10;
-constexpr int songsShown = 12;
-constexpr int secondsPerSong = 240;
+constexpr std::int64_t SecondsPerDay = std::int64_t(24) * 3600;
+constexpr std::size_t MaxSimilar = 10;
+constexpr int SongsShown = 12;
+constexpr int SecondsPerSong = 240;
 
 Json genreSection(const Context &context, const std::string &genreId)
 {
@@ -48,7 +48,7 @@ std::int64_t dayOf(const std::string &text, std::int64_t fallback)
     if (parts.tm_year < 70 || parts.tm_mon < 0 || parts.tm_mon > 11 || parts.tm_mday < 1
         || parts.tm_mday > 31)
         return fallback;
-    return timegm(&parts) / secondsPerDay;
+    return timegm(&parts) / SecondsPerDay;
 }
 
 const std::string &timeZone(const Context &context, const Station &station)
@@ -64,7 +64,7 @@ Answer stationRelated(const Context &context, const Station &station)
     scope.genres = {station.genre};
     Json similar = Json::array();
     for (const Station *other : stationsOf(context, scope, {})) {
-        if (other != &station && similar.size() < maxSimilar)
+        if (other != &station && similar.size() < MaxSimilar)
             similar.push_back(stationRow(context, *other));
     }
     Json shows = Json::array();
@@ -108,7 +108,7 @@ Answer artistPage(const Context &context, const Artist &artist)
 Answer stationSchedule(const Context &context, const Station &station)
 {
     const std::int64_t offset = context.utcOffset(station);
-    const std::int64_t today = (context.now() + offset) / secondsPerDay;
+    const std::int64_t today = (context.now() + offset) / SecondsPerDay;
     const std::int64_t first = dayOf(context.param("start"), today);
     // A week at most: the days come from the client.
     const std::int64_t last = std::clamp(dayOf(context.param("stop"), first), first, first + 6);
@@ -135,8 +135,8 @@ Answer stationSchedule(const Context &context, const Station &station)
 Answer stationPlaylist(const Context &context, const Station &station)
 {
     Json rows = Json::array();
-    for (int back = 0; back < songsShown; ++back) {
-        const std::int64_t at = (context.now() / secondsPerSong - back) * secondsPerSong;
+    for (int back = 0; back < SongsShown; ++back) {
+        const std::int64_t at = (context.now() / SecondsPerSong - back) * SecondsPerSong;
         const Context then(context.request(), context.catalog(), context.members(), at);
         const Playing playing = then.playing(station);
         if (playing.artistId.empty())

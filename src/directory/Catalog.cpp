@@ -106,7 +106,7 @@ bool Catalog::within(std::string_view id, std::string_view ancestor) const
 
 const Region *Catalog::cityNearest(const Position &position) const
 {
-    constexpr double radians = 3.14159265358979 / 180;
+    constexpr double Radians = 3.14159265358979 / 180;
     const Region *nearest = nullptr;
     double best = std::numeric_limits<double>::max();
     for (const Region &city : regions) {
@@ -115,7 +115,7 @@ const Region *Catalog::cityNearest(const Position &position) const
         // An equirectangular distance is exact enough to choose between a few dozen cities.
         const double up = city.position.latitude - position.latitude;
         const double along = std::remainder(city.position.longitude - position.longitude, 360)
-            * std::cos(position.latitude * radians);
+            * std::cos(position.latitude * Radians);
         const double distance = up * up + along * along;
         if (distance < best) {
             best = distance;

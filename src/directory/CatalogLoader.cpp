@@ -27,7 +27,7 @@ Result<Catalog, DataError> loadCatalog(const std::string &file)
     char buffer[65536];
     while (in.read(buffer, sizeof buffer) || in.gcount() > 0) {
         text.append(buffer, static_cast<std::size_t>(in.gcount()));
-        if (text.size() > maxDataFile)
+        if (text.size() > MaxDataFile)
             return ::failure(DataError(0, "the file is too large"));
     }
     if (!in.eof())

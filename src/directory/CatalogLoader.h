@@ -13,7 +13,7 @@
 namespace directory {
 
 /// Files beyond this size are refused.
-constexpr std::size_t maxDataFile = std::size_t(16) * 1024 * 1024;
+constexpr std::size_t MaxDataFile = std::size_t(16) * 1024 * 1024;
 
 /// The error is the first mistake, with its line.
 Result<Catalog, DataError> parseCatalog(const std::string &yaml);

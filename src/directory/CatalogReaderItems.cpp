@@ -213,7 +213,7 @@ void CatalogReader::otherServer(const YAML::Node &node)
     server.station.genre = named(entry, "genre", entry.text("genre"), m_genres);
     server.station.streams.push_back(stream(entry.child("stream")));
     m_catalog.otherServers.push_back(std::move(server));
-    if (m_catalog.otherServers.size() > Faults::maxFaults)
+    if (m_catalog.otherServers.size() > Faults::MaxFaults)
         entry.fail("there are too many other servers");
 }
 

@@ -10,7 +10,7 @@ namespace directory {
 namespace {
 
 /// For phones, on which the code is typed: one column, large fields, light and dark colours.
-constexpr char style[] = R"(:root { color-scheme: light dark; font: 100%/1.45 system-ui, sans-serif;
+constexpr char Style[] = R"(:root { color-scheme: light dark; font: 100%/1.45 system-ui, sans-serif;
     --bg: #f4f5f2; --card: #ffffff; --text: #16201d; --muted: #56625d; --edge: #7b857f;
     --accent: #0b6e63; --on-accent: #ffffff; }
 @media (prefers-color-scheme: dark) { :root { --bg: #0e1315; --card: #161d20; --text: #ecf1ef;
@@ -35,7 +35,7 @@ button { width: 100%; min-height: 3rem; margin-top: .4rem; border: 0; border-rad
 :focus-visible { outline: 3px solid var(--accent); outline-offset: 2px; }
 )";
 
-constexpr char form[]
+constexpr char Form[]
     = "<form method=\"post\" action=\"/mydevice\">\n"
       "<label>Code on the device <input name=\"code\" maxlength=\"6\" autocomplete=\"off\" "
       "autocapitalize=\"characters\" spellcheck=\"false\" enterkeyhint=\"next\" required></label>\n"
@@ -72,9 +72,9 @@ Answer link(const Context &context)
     const std::string serial = members.claimed(context.param("code"));
     // Does not say which of the three is wrong: that would help to guess them one by one.
     if (!account || serial.empty())
-        return page(403, "The code, the user name or the password is not right.", form);
+        return page(403, "The code, the user name or the password is not right.", Form);
     if (!members.join(*account, serial))
-        return page(409, "This device is linked to an account already.", form);
+        return page(409, "This device is linked to an account already.", Form);
     members.forgetClaimCode(serial);
     return page(
         200, "The device is linked to " + account->userName + ". You can close this page.", {});
@@ -86,19 +86,19 @@ Answer claimPage(const Context &context)
 {
     return context.request().method == "POST"
         ? link(context)
-        : page(200, "Enter the code that the device shows, and your account.", form);
+        : page(200, "Enter the code that the device shows, and your account.", Form);
 }
 
 Answer claimNotKept()
 {
-    return page(500, "This cannot be saved now: the disk of the server takes no more.", form);
+    return page(500, "This cannot be saved now: the disk of the server takes no more.", Form);
 }
 
 Answer claimStyle()
 {
     Answer answer;
     answer.contentType = "text/css; charset=utf-8";
-    answer.body = style;
+    answer.body = Style;
     answer.headers.emplace_back("X-Content-Type-Options", "nosniff");
     return answer;
 }

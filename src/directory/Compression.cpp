@@ -14,7 +14,7 @@ namespace directory {
 
 namespace {
 
-constexpr int level = 6;
+constexpr int Level = 6;
 
 std::string withoutBlanks(const std::string &text)
 {
@@ -33,7 +33,7 @@ std::string compressed(const std::string &bytes, Compression compression)
     GZlibCompressor *compressor
         = g_zlib_compressor_new(compression == Compression::Gzip ? G_ZLIB_COMPRESSOR_FORMAT_GZIP
                                                                  : G_ZLIB_COMPRESSOR_FORMAT_ZLIB,
-            level);
+            Level);
     std::string out;
     std::size_t at = 0;
     GConverterResult result = G_CONVERTER_CONVERTED;

@@ -11,11 +11,11 @@ namespace directory {
 
 namespace {
 
-constexpr std::int64_t secondsPerDay = 24 * 3600;
+constexpr std::int64_t SecondsPerDay = 24 * 3600;
 /// Port 1 (tcpmux): nothing listens there.
-constexpr char deadAddress[] = "http://127.0.0.1:1";
+constexpr char DeadAddress[] = "http://127.0.0.1:1";
 
-constexpr const char *repeatedParams[]
+constexpr const char *RepeatedParams[]
     = {"formats", "partnerId", "username", "serial", "locale", "latlon", "filter"};
 
 bool plausibleHost(const std::string &host)
@@ -117,7 +117,7 @@ const std::string &Context::word(const char *key) const
 
 std::string Context::api(const char *page, Query query) const
 {
-    for (const char *name : repeatedParams) {
+    for (const char *name : RepeatedParams) {
         std::string value = param(name);
         if (!value.empty() && !query.has(name))
             query.add(name, std::move(value));
@@ -145,7 +145,7 @@ std::string Context::streamAddress(const Station &station, std::size_t index) co
     const Stream &stream = station.streams[index];
     const std::string path
         = "/stream/" + station.id + '/' + std::to_string(index + 1) + '.' + streamExtension(stream);
-    return stream.trick == "refused" ? deadAddress + path : here(path);
+    return stream.trick == "refused" ? DeadAddress + path : here(path);
 }
 
 bool Context::accepts(const std::string &codec) const
@@ -229,7 +229,7 @@ std::vector<Broadcast> Context::schedule(const Station &station, std::int64_t da
         if (show.station != station.id || !show.slot || !show.slot->days[weekday])
             continue;
         const std::int64_t start
-            = day * secondsPerDay + show.slot->startMinute * 60 - utcOffset(station);
+            = day * SecondsPerDay + show.slot->startMinute * 60 - utcOffset(station);
         broadcasts.push_back({&show, start, show.slot->minutes * 60});
     }
     std::sort(broadcasts.begin(), broadcasts.end(),
@@ -239,7 +239,7 @@ std::vector<Broadcast> Context::schedule(const Station &station, std::int64_t da
 
 Broadcast Context::onAir(const Station &station, std::int64_t at) const
 {
-    const std::int64_t today = floorDiv(at + utcOffset(station), secondsPerDay);
+    const std::int64_t today = floorDiv(at + utcOffset(station), SecondsPerDay);
     for (const std::int64_t day : {today, today - 1}) { // a late show runs on after midnight
         for (const Broadcast &broadcast : schedule(station, day)) {
             if (broadcast.start <= at && at < broadcast.start + broadcast.seconds)

@@ -10,7 +10,7 @@ namespace directory {
 
 namespace {
 
-constexpr unsigned trickleMilliseconds = 50;
+constexpr unsigned TrickleMilliseconds = 50;
 
 } // namespace
 
@@ -76,14 +76,14 @@ void RawDelivery::write()
         m_sent += static_cast<std::size_t>(count);
     }
     if (m_sent < m_total)
-        return m_timer.onTime(trickleMilliseconds, [this] { write(); });
+        return m_timer.onTime(TrickleMilliseconds, [this] { write(); });
     end();
 }
 
 void RawDelivery::end()
 {
     if (m_delivery.end == Delivery::End::Hold)
-        m_timer.onTime(maxHoldSeconds * 1000, [this] { finish(); });
+        m_timer.onTime(MaxHoldSeconds * 1000, [this] { finish(); });
     else
         finish();
 }

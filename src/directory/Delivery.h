@@ -20,7 +20,7 @@ std::string headOf(const Answer &answer);
 class RawDelivery {
 public:
     /// A connection that a fault holds open is closed after this time.
-    static constexpr int maxHoldSeconds = 600;
+    static constexpr int MaxHoldSeconds = 600;
 
     /// Takes over the reference to `stream`, which comes from tappedStream(). `done` is called at
     /// most once and may destroy this object.

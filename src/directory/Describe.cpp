@@ -34,12 +34,12 @@ Answer formatList()
         const char *code;
         const char *name;
     };
-    static constexpr Format formats[] = {{"aac", "AAC"}, {"am", "AM"}, {"dab", "DAB"}, {"fm", "FM"},
+    static constexpr Format Formats[] = {{"aac", "AAC"}, {"am", "AM"}, {"dab", "DAB"}, {"fm", "FM"},
         {"hd", "HD Radio"}, {"html", "HTML"}, {"mp3", "MP3"}, {"ogg", "Ogg Vorbis"},
         {"qt", "QuickTime"}, {"real", "Real"}, {"flash", "Flash"}, {"sat", "Satellite"},
         {"wma", "Windows Media"}, {"wmpro", "Windows Media Professional"},
         {"wmvideo", "Windows Media Video"}, {"wmvoice", "Windows Media Voice"}};
-    return taxonomy(formats, [](const Format &format) {
+    return taxonomy(Formats, [](const Format &format) {
         Json row = textRow(format.name);
         row["key"] = format.code;
         return row;
@@ -48,8 +48,8 @@ Answer formatList()
 
 Answer localeList()
 {
-    static constexpr const char *locales[] = {"en-US", "en-GB", "de-DE", "fr-FR", "es-ES"};
-    return taxonomy(locales, [](const char *locale) {
+    static constexpr const char *Locales[] = {"en-US", "en-GB", "de-DE", "fr-FR", "es-ES"};
+    return taxonomy(Locales, [](const char *locale) {
         Json row = textRow(locale);
         row["key"] = locale;
         return row;

@@ -38,7 +38,7 @@ Answer Directory::handle(const ApiRequest &request)
     const Context context(request, m_catalog, m_members, m_clock());
     if (path.rfind("/stream/", 0) == 0)
         return m_streams.answer(context);
-    if (path == melodyPath)
+    if (path == MelodyPath)
         return m_streams.melodies(context);
     const std::string page = lowered(path);
     if (page == "/" || page == "/browse.ashx")

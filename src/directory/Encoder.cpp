@@ -18,11 +18,11 @@ namespace directory {
 
 namespace {
 
-constexpr std::uint64_t samplesPerFrame = 1024; // of AAC
+constexpr std::uint64_t SamplesPerFrame = 1024; // of AAC
 /// For the next piece: an encoder gives dozens a second.
-constexpr GstClockTime longestWait = 10 * GST_SECOND;
+constexpr GstClockTime LongestWait = 10 * GST_SECOND;
 
-constexpr std::array<int, 17> mp3Rates {
+constexpr std::array<int, 17> Mp3Rates {
     8, 16, 24, 32, 40, 48, 56, 64, 80, 96, 112, 128, 160, 192, 224, 256, 320};
 
 struct Codec {
@@ -35,7 +35,7 @@ struct Codec {
     const char *after;
 };
 
-constexpr Codec codecs[] = {
+constexpr Codec Codecs[] = {
     {"mp3", 44100, 8, 320,
         "lamemp3enc target=bitrate cbr=true encoding-engine-quality=fast bitrate=", 1, ""},
     {"aac", 44100, 16, 256, "voaacenc bitrate=", 1000,
@@ -47,14 +47,14 @@ constexpr Codec codecs[] = {
 
 const Codec *codecNamed(const std::string &name)
 {
-    const auto *found = std::find_if(std::begin(codecs), std::end(codecs),
+    const auto *found = std::find_if(std::begin(Codecs), std::end(Codecs),
         [&name](const Codec &codec) { return name == codec.name; });
-    return found == std::end(codecs) ? nullptr : found;
+    return found == std::end(Codecs) ? nullptr : found;
 }
 
 int nearestMp3Rate(int bitrate)
 {
-    return *std::min_element(mp3Rates.begin(), mp3Rates.end(),
+    return *std::min_element(Mp3Rates.begin(), Mp3Rates.end(),
         [bitrate](int a, int b) { return std::abs(a - bitrate) < std::abs(b - bitrate); });
 }
 
@@ -151,7 +151,7 @@ std::vector<std::string> AudioPipeline::run(const std::vector<GstBuffer *> &buff
         gst_app_src_push_buffer(in, buffer);
     gst_app_src_end_of_stream(in);
     std::vector<std::string> pieces;
-    while (GstSample *sample = gst_app_sink_try_pull_sample(out, longestWait))
+    while (GstSample *sample = gst_app_sink_try_pull_sample(out, LongestWait))
         pieces.push_back(bytesOf(sample));
     GstBus *bus = gst_element_get_bus(element);
     GstMessage *error = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR);
@@ -290,7 +290,7 @@ std::string transportStream(
     buffers.reserve(frames.size());
     for (const std::string &frame : frames) {
         buffers.push_back(timed(gst_buffer_new_memdup(frame.data(), frame.size()),
-            first * samplesPerFrame, samplesPerFrame, format.rate));
+            first * SamplesPerFrame, SamplesPerFrame, format.rate));
         ++first;
     }
     std::string out;

@@ -8,7 +8,7 @@
 
 namespace directory {
 
-constexpr char faultControlPath[] = "/_faults";
+constexpr char FaultControlPath[] = "/_faults";
 
 /// The body of a POST is a fault per line, or a JSON list of them. Either all are taken or none.
 Answer controlFaults(Faults &faults, const std::string &method, const std::string &body);

@@ -11,7 +11,7 @@ namespace directory {
 
 namespace {
 
-constexpr char hopFolder[] = "/_hops/";
+constexpr char HopFolder[] = "/_hops/";
 
 struct Kind {
     const char *name;
@@ -21,14 +21,14 @@ struct Kind {
     int high;
 };
 
-constexpr Kind kinds[] = {
+constexpr Kind Kinds[] = {
     {"http-status", FaultKind::HttpStatus, Kind::Number, 200, 599},
     {"head-fault", FaultKind::HeadFault, Kind::Text, 0, 0},
     {"empty", FaultKind::Empty, Kind::None, 0, 0},
-    {"truncated", FaultKind::Truncated, Kind::Number, 0, Faults::maxBody},
-    {"cut", FaultKind::Cut, Kind::Number, 0, Faults::maxBody},
+    {"truncated", FaultKind::Truncated, Kind::Number, 0, Faults::MaxBody},
+    {"cut", FaultKind::Cut, Kind::Number, 0, Faults::MaxBody},
     {"malformed", FaultKind::Malformed, Kind::None, 0, 0},
-    {"oversized", FaultKind::Oversized, Kind::Number, 1, Faults::maxBody},
+    {"oversized", FaultKind::Oversized, Kind::Number, 1, Faults::MaxBody},
     {"slow-headers", FaultKind::SlowHeaders, Kind::Number, 0, 3600},
     {"stall", FaultKind::Stall, Kind::None, 0, 0},
     {"reset", FaultKind::Reset, Kind::None, 0, 0},
@@ -138,15 +138,15 @@ Answer headFault(const std::string &argument)
 
 Answer padded(Answer answer, std::size_t size)
 {
-    constexpr std::string_view opening = ",\"padding\":\"";
-    constexpr std::string_view closing = "\"}";
+    constexpr std::string_view Opening = ",\"padding\":\"";
+    constexpr std::string_view Closing = "\"}";
     if (answer.body.empty() || answer.body.back() != '}')
         answer = success({});
     answer.body.pop_back();
-    answer.body += opening;
-    if (answer.body.size() + closing.size() < size)
-        answer.body.append(size - answer.body.size() - closing.size(), 'x');
-    answer.body += closing;
+    answer.body += Opening;
+    if (answer.body.size() + Closing.size() < size)
+        answer.body.append(size - answer.body.size() - Closing.size(), 'x');
+    answer.body += Closing;
     return answer;
 }
 
@@ -154,7 +154,7 @@ Answer fileBody(const std::string &file)
 {
     std::ifstream in(file, std::ios::binary | std::ios::ate);
     const auto size = in ? static_cast<std::streamoff>(in.tellg()) : -1;
-    if (size < 0 || size > Faults::maxBody)
+    if (size < 0 || size > Faults::MaxBody)
         return textAnswer(500, "The fault's file cannot be read.");
     Answer answer;
     answer.body.resize(static_cast<std::size_t>(size));
@@ -202,9 +202,9 @@ Result<Fault, std::string> Faults::parse(const std::string &text)
         fault.path = name.substr(at + 1);
         name.erase(at);
     }
-    const auto *kind = std::find_if(std::begin(kinds), std::end(kinds),
+    const auto *kind = std::find_if(std::begin(Kinds), std::end(Kinds),
         [&name](const Kind &each) { return name == each.name; });
-    if (kind == std::end(kinds))
+    if (kind == std::end(Kinds))
         return ::failure("there is no fault \"" + name + '"');
     fault.kind = kind->kind;
     if (kind->argument == Kind::Number)
@@ -221,9 +221,9 @@ Result<Fault, std::string> Faults::parse(const std::string &text)
 
 bool Faults::add(Fault fault)
 {
-    if (m_faults.size() >= maxFaults)
+    if (m_faults.size() >= MaxFaults)
         m_faults.erase(std::remove_if(m_faults.begin(), m_faults.end(), expired), m_faults.end());
-    if (m_faults.size() >= maxFaults)
+    if (m_faults.size() >= MaxFaults)
         return false;
     fault.until = std::chrono::steady_clock::now() + std::chrono::seconds(fault.number);
     m_faults.push_back(std::move(fault));
@@ -317,9 +317,9 @@ FaultyAnswer spoil(
         return {Answer(), delivery};
     }
     case FaultKind::RedirectChain:
-        return {redirection(hopFolder + std::to_string(fault.number - 1) + target), std::nullopt};
+        return {redirection(HopFolder + std::to_string(fault.number - 1) + target), std::nullopt};
     case FaultKind::RedirectLoop:
-        return {redirection(std::string(hopFolder) + "loop" + target), std::nullopt};
+        return {redirection(std::string(HopFolder) + "loop" + target), std::nullopt};
     case FaultKind::Body:
         return {fileBody(fault.argument), std::nullopt};
     case FaultKind::RetryAfter: {
@@ -341,9 +341,9 @@ FaultyAnswer spoil(
 
 std::optional<Hop> hopOf(const std::string &target)
 {
-    const std::size_t start = sizeof hopFolder - 1;
+    const std::size_t start = sizeof HopFolder - 1;
     const std::size_t end = target.find('/', start);
-    if (target.rfind(hopFolder, 0) != 0 || end == std::string::npos)
+    if (target.rfind(HopFolder, 0) != 0 || end == std::string::npos)
         return std::nullopt;
     const std::string count = target.substr(start, end - start);
     Hop hop;
@@ -356,7 +356,7 @@ std::optional<Hop> hopOf(const std::string &target)
     if (left < 0)
         return std::nullopt;
     if (left > 0)
-        hop.location = hopFolder + std::to_string(left - 1) + hop.target;
+        hop.location = HopFolder + std::to_string(left - 1) + hop.target;
     return hop;
 }
 

@@ -76,8 +76,8 @@ struct FaultyAnswer {
 
 class Faults {
 public:
-    static constexpr std::size_t maxFaults = 100;
-    static constexpr int maxBody = 256 * 1024 * 1024;
+    static constexpr std::size_t MaxFaults = 100;
+    static constexpr int MaxBody = 256 * 1024 * 1024;
 
     /// The error is one line.
     static Result<Fault, std::string> parse(const std::string &text);

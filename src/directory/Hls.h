@@ -21,10 +21,10 @@ struct HlsVariant {
 
 class Hls {
 public:
-    static constexpr std::uint64_t segmentMilliseconds = 2048;
-    static constexpr std::uint64_t window = 5; ///< segments in a playlist
+    static constexpr std::uint64_t SegmentMilliseconds = 2048;
+    static constexpr std::uint64_t Window = 5; ///< segments in a playlist
     /// Segments before the window that can still be fetched (RFC 8216, 6.2.2).
-    static constexpr std::uint64_t grace = 5;
+    static constexpr std::uint64_t Grace = 5;
 
     /// The newest segment that is complete.
     static std::uint64_t newest(std::uint64_t now);

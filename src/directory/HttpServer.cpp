@@ -16,9 +16,9 @@ namespace directory {
 
 namespace {
 
-constexpr char bodyKey[] = "vesk-request-body";
-constexpr char connectionKey[] = "vesk-connection";
-constexpr std::size_t leastCompressed = 1024;
+constexpr char BodyKey[] = "vesk-request-body";
+constexpr char ConnectionKey[] = "vesk-connection";
+constexpr std::size_t LeastCompressed = 1024;
 
 /// The body of a request as far as it has been received; dropped when it gets too long.
 struct RequestBody {
@@ -36,7 +36,7 @@ struct Connection {
 /// to its connection.
 void setConnection(GSocketAddress *remote, const std::shared_ptr<Connection> &connection)
 {
-    g_object_set_data_full(G_OBJECT(remote), connectionKey,
+    g_object_set_data_full(G_OBJECT(remote), ConnectionKey,
         new std::shared_ptr<Connection>(connection),
         [](gpointer data) { delete static_cast<std::shared_ptr<Connection> *>(data); });
 }
@@ -45,7 +45,7 @@ Connection &connectionOf(SoupServerMessage *message)
 {
     GSocketAddress *remote = soup_server_message_get_remote_address(message);
     return **static_cast<std::shared_ptr<Connection> *>(
-        g_object_get_data(G_OBJECT(remote), connectionKey));
+        g_object_get_data(G_OBJECT(remote), ConnectionKey));
 }
 
 /// Tells the log where the next request begins.
@@ -63,14 +63,14 @@ void onHeaders(SoupServerMessage *message, gpointer)
         // Only libsoup knows where a chunked body ends, so no request may follow it.
         soup_message_headers_replace(
             soup_server_message_get_response_headers(message), "Connection", "close");
-        return heads.skipBody(RequestHeads::unknownLength);
+        return heads.skipBody(RequestHeads::UnknownLength);
     }
 }
 
 bool isControl(std::string_view target)
 {
     const std::string_view path = target.substr(0, target.find('?'));
-    return path == faultControlPath || path == melodyPath;
+    return path == FaultControlPath || path == MelodyPath;
 }
 
 std::string targetOf(SoupServerMessage *message)
@@ -109,7 +109,7 @@ bool compresses(SoupServerMessage *message, const Answer &answer)
         || answer.contentType.rfind("text/", 0) == 0;
     SoupMessageHeaders *headers = soup_server_message_get_request_headers(message);
     const char *accepted = soup_message_headers_get_list(headers, "Accept-Encoding");
-    return text && answer.body.size() >= leastCompressed && accepted && acceptsGzip(accepted);
+    return text && answer.body.size() >= LeastCompressed && accepted && acceptsGzip(accepted);
 }
 
 void send(SoupServerMessage *message, const Answer &answer)
@@ -130,12 +130,12 @@ void send(SoupServerMessage *message, const Answer &answer)
 /// libsoup closes the connection of a head that is too long without a response; this sends one.
 void refuseHead(GIOStream *stream, GSocket *socket)
 {
-    static constexpr std::string_view answer
+    static constexpr std::string_view Response
         = "HTTP/1.1 431 Request Header Fields Too Large\r\nContent-Length: 0\r\n"
           "Connection: close\r\n\r\n";
     auto *output = G_POLLABLE_OUTPUT_STREAM(g_io_stream_get_output_stream(stream));
     g_pollable_output_stream_write_nonblocking(
-        output, answer.data(), answer.size(), nullptr, nullptr);
+        output, Response.data(), Response.size(), nullptr, nullptr);
     g_socket_shutdown(socket, TRUE, TRUE, nullptr);
 }
 
@@ -273,7 +273,7 @@ void HttpServer::accept(GIOStream *stream, GSocketConnection *connection, bool s
 void HttpServer::onStarted(SoupServer *, SoupServerMessage *message, gpointer)
 {
     auto *body = new RequestBody;
-    g_object_set_data_full(G_OBJECT(message), bodyKey, body,
+    g_object_set_data_full(G_OBJECT(message), BodyKey, body,
         [](gpointer data) { delete static_cast<RequestBody *>(data); });
     soup_message_body_set_accumulate(soup_server_message_get_request_body(message), FALSE);
     g_signal_connect(message, "got-headers", G_CALLBACK(onHeaders), nullptr);
@@ -287,7 +287,7 @@ void HttpServer::onChunk(SoupServerMessage *message, GBytes *chunk, gpointer dat
         return;
     gsize size = 0;
     const auto *bytes = static_cast<const char *>(g_bytes_get_data(chunk, &size));
-    if (body->bytes.size() + size <= maxRequestBody) {
+    if (body->bytes.size() + size <= MaxRequestBody) {
         body->bytes.append(bytes, size);
         return;
     }
@@ -306,16 +306,16 @@ void HttpServer::onRequest(
 
 void HttpServer::serve(SoupServerMessage *message)
 {
-    const auto *body = static_cast<RequestBody *>(g_object_get_data(G_OBJECT(message), bodyKey));
+    const auto *body = static_cast<RequestBody *>(g_object_get_data(G_OBJECT(message), BodyKey));
     const std::string target = targetOf(message);
     if (body->tooLong)
         return send(message, textAnswer(413, "The request's body is too long."));
-    if (target.size() > maxTarget)
+    if (target.size() > MaxTarget)
         return send(message, textAnswer(414, "The request's target is too long."));
     ApiRequest request = requestOf(message, target, body->bytes);
-    if (request.path == faultControlPath)
+    if (request.path == FaultControlPath)
         return send(message, changeFaults(request.method, body->bytes));
-    if (request.path == melodyPath)
+    if (request.path == MelodyPath)
         return send(message, m_directory.handle(request));
     const FaultyAnswer answer = answerFor(request, target);
     if (answer.answer.audio)
@@ -382,7 +382,7 @@ void HttpServer::deliver(SoupServerMessage *message, const Answer &answer, const
 void HttpServer::play(
     SoupServerMessage *message, const Answer &answer, Delivery delivery, const std::string &path)
 {
-    if (m_streams.size() >= maxStreams) {
+    if (m_streams.size() >= MaxStreams) {
         Answer full = textAnswer(503, "Too many listen already.");
         full.headers.emplace_back("Retry-After", "5");
         return send(message, full);

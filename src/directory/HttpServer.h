@@ -20,14 +20,14 @@ namespace directory {
 
 class HttpServer {
 public:
-    static constexpr std::size_t maxRequestBody = 64 * 1024;
-    static constexpr std::size_t maxTarget = 8 * 1024;
+    static constexpr std::size_t MaxRequestBody = 64 * 1024;
+    static constexpr std::size_t MaxTarget = 8 * 1024;
     /// Streams that run at a time.
-    static constexpr std::size_t maxStreams = 64;
+    static constexpr std::size_t MaxStreams = 64;
 
     /// The log may be null. A connection is closed after idleSeconds without data.
     HttpServer(Directory &directory, Faults &faults, RequestLog *log,
-        unsigned idleSeconds = Listener::usualIdleSeconds);
+        unsigned idleSeconds = Listener::UsualIdleSeconds);
     ~HttpServer();
     HttpServer(const HttpServer &) = delete;
     HttpServer &operator=(const HttpServer &) = delete;

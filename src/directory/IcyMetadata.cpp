@@ -7,11 +7,11 @@ namespace directory {
 
 std::string IcyMetadata::block(const std::string &title)
 {
-    constexpr std::string_view opening = "StreamTitle='";
-    constexpr std::string_view closing = "';";
-    std::string text(opening);
-    text += title.substr(0, maxBlock - opening.size() - closing.size());
-    text += closing;
+    constexpr std::string_view Opening = "StreamTitle='";
+    constexpr std::string_view Closing = "';";
+    std::string text(Opening);
+    text += title.substr(0, MaxBlock - Opening.size() - Closing.size());
+    text += Closing;
     const std::size_t units = (text.size() + 15) / 16;
     text.resize(units * 16, '\0');
     return static_cast<char>(units) + text;
@@ -23,7 +23,7 @@ std::string IcyMetadata::woven(std::string_view audio)
     while (audio.size() >= m_left) {
         out += audio.substr(0, m_left);
         audio.remove_prefix(m_left);
-        m_left = interval;
+        m_left = Interval;
         const std::string title = m_title();
         out += title == m_last ? std::string(1, '\0') : block(title);
         m_last = title;

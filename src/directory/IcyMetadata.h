@@ -13,9 +13,9 @@ namespace directory {
 
 class IcyMetadata {
 public:
-    static constexpr std::size_t interval = 16000;
+    static constexpr std::size_t Interval = 16000;
     /// The most that the length byte can express.
-    static constexpr std::size_t maxBlock = std::size_t(255) * 16;
+    static constexpr std::size_t MaxBlock = std::size_t(255) * 16;
 
     /// `title` is called once for each block; an unchanged title is sent as an empty block.
     explicit IcyMetadata(std::function<std::string()> title)
@@ -30,7 +30,7 @@ public:
 private:
     std::function<std::string()> m_title;
     std::string m_last;
-    std::size_t m_left = interval;
+    std::size_t m_left = Interval;
 };
 
 } // namespace directory

@@ -111,7 +111,7 @@ std::string Listener::hostAndPort() const
 
 void Listener::accepted(GSocketConnection *connection)
 {
-    if (*m_open >= maxConnections) {
+    if (*m_open >= MaxConnections) {
         g_io_stream_close(G_IO_STREAM(connection), nullptr, nullptr);
         return;
     }

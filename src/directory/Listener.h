@@ -16,8 +16,8 @@ namespace directory {
 
 class Listener {
 public:
-    static constexpr int maxConnections = 256;
-    static constexpr unsigned usualIdleSeconds = 60;
+    static constexpr int MaxConnections = 256;
+    static constexpr unsigned UsualIdleSeconds = 60;
 
     /// `stream` is the TLS stream if there is TLS, `connection` always the socket's.
     using Accept = std::function<void(GIOStream *stream, GSocketConnection *connection)>;

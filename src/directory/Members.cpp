@@ -17,12 +17,12 @@ namespace {
 std::string randomText(std::size_t length)
 {
     // Without letters and digits that look alike: claim codes are read from a display and typed.
-    static constexpr char alphabet[] = "ABCDEFGHJKMNPQRSTUVWXYZ23456789";
+    static constexpr char Alphabet[] = "ABCDEFGHJKMNPQRSTUVWXYZ23456789";
     static std::random_device source;
-    std::uniform_int_distribution<std::size_t> pick(0, sizeof alphabet - 2);
+    std::uniform_int_distribution<std::size_t> pick(0, sizeof Alphabet - 2);
     std::string text;
     while (text.size() < length)
-        text += alphabet[pick(source)];
+        text += Alphabet[pick(source)];
     return text;
 }
 
@@ -77,7 +77,7 @@ bool Library::add(Preset preset)
 {
     if (preset.folder.empty())
         preset.folder = m_content.folders.front().id;
-    if (!folder(preset.folder) || m_content.presets.size() >= maxPresets)
+    if (!folder(preset.folder) || m_content.presets.size() >= MaxPresets)
         return false;
     if (!preset.url.empty())
         preset.id = 'u' + std::to_string(m_content.nextAddress++);
@@ -106,7 +106,7 @@ std::optional<std::string> Library::addFolder(const std::string &name)
 {
     const bool taken = std::any_of(m_content.folders.begin(), m_content.folders.end(),
         [&name](const Folder &each) { return each.name == name; });
-    if (name.empty() || name.size() > 200 || taken || m_content.folders.size() >= maxFolders)
+    if (name.empty() || name.size() > 200 || taken || m_content.folders.size() >= MaxFolders)
         return std::nullopt;
     std::string id = 'f' + std::to_string(m_content.nextFolder++);
     m_content.folders.push_back({id, name});
@@ -210,7 +210,7 @@ Result<void, std::string> Members::create(const NewAccount &wanted)
         return ::failure(std::string("validation.password"));
     if (wanted.postalCode.empty() && (wanted.city.empty() || !wanted.knownCountry))
         return ::failure(std::string("validation.location"));
-    if (!plainName(wanted.userName) || m_content.accounts.size() >= maxAccounts)
+    if (!plainName(wanted.userName) || m_content.accounts.size() >= MaxAccounts)
         return ::failure(std::string("validation.error"));
     if (account(wanted.userName))
         return ::failure(std::string("validation.userNameExists"));
@@ -233,12 +233,12 @@ void Members::remove(const std::string &userName)
 
 Device *Members::device(const std::string &serial)
 {
-    if (serial.empty() || serial.size() > maxSerial || !plainText(serial))
+    if (serial.empty() || serial.size() > MaxSerial || !plainText(serial))
         return nullptr;
     const auto found = m_content.devices.find(serial);
     if (found != m_content.devices.end())
         return &found->second;
-    if (m_content.devices.size() >= maxDevices)
+    if (m_content.devices.size() >= MaxDevices)
         return nullptr;
     return &m_content.devices[serial];
 }

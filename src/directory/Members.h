@@ -38,8 +38,8 @@ struct LibraryContent {
 /// The presets of one account or of one device without an account.
 class Library {
 public:
-    static constexpr std::size_t maxPresets = 200;
-    static constexpr std::size_t maxFolders = 50;
+    static constexpr std::size_t MaxPresets = 200;
+    static constexpr std::size_t MaxFolders = 50;
 
     /// The content is not checked: it must have a folder, and presets only in its folders.
     explicit Library(LibraryContent content = {});
@@ -99,9 +99,9 @@ struct NewAccount {
 
 class Members {
 public:
-    static constexpr std::size_t maxAccounts = 1000;
-    static constexpr std::size_t maxDevices = 1000;
-    static constexpr std::size_t maxSerial = 128;
+    static constexpr std::size_t MaxAccounts = 1000;
+    static constexpr std::size_t MaxDevices = 1000;
+    static constexpr std::size_t MaxSerial = 128;
 
     explicit Members(MembersContent content = {});
     const MembersContent &content() const { return m_content; }

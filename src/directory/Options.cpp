@@ -61,7 +61,7 @@ Result<Options, std::string> parseOptions(int count, const char *const *argument
             return ::failure(fault.error());
         options.faults.push_back(std::move(*fault));
     }
-    if (options.faults.size() > Faults::maxFaults)
+    if (options.faults.size() > Faults::MaxFaults)
         return ::failure(std::string("there are too many faults"));
     return options;
 }

@@ -10,9 +10,9 @@ namespace directory {
 
 namespace {
 
-constexpr char method[] = "$y$"; // yescrypt
+constexpr char Method[] = "$y$"; // yescrypt
 // Some four milliseconds, during which the server serves no other client.
-constexpr unsigned long cost = 3;
+constexpr unsigned long Cost = 3;
 
 std::string hashed(const std::string &password, const std::string &setting)
 {
@@ -32,7 +32,7 @@ std::string passwordHash(const std::string &password)
 {
     char salt[CRYPT_GENSALT_OUTPUT_SIZE];
     const bool salted
-        = crypt_gensalt_rn(method, cost, nullptr, 0, salt, static_cast<int>(sizeof salt));
+        = crypt_gensalt_rn(Method, Cost, nullptr, 0, salt, static_cast<int>(sizeof salt));
     return salted ? hashed(password, salt) : std::string();
 }
 
@@ -43,7 +43,7 @@ bool passwordMatches(const std::string &password, const std::string &hash)
 
 bool isPasswordHash(const std::string &text)
 {
-    return text.compare(0, sizeof method - 1, method) == 0
+    return text.compare(0, sizeof Method - 1, Method) == 0
         && crypt_checksalt(text.c_str()) == CRYPT_SALT_OK;
 }
 

@@ -13,7 +13,7 @@ namespace directory {
 
 namespace {
 
-constexpr int gridCells = 5;
+constexpr int GridCells = 5;
 
 void append32(std::string &out, std::uint32_t value)
 {
@@ -47,14 +47,14 @@ std::string patternPixels(std::uint32_t seed, int size)
     std::string pixels;
     pixels.reserve(static_cast<std::size_t>(size) * (static_cast<std::size_t>(size) + 1));
     const int margin = size / 10;
-    const int cell = std::max(1, (size - 2 * margin) / gridCells);
+    const int cell = std::max(1, (size - 2 * margin) / GridCells);
     for (int y = 0; y < size; ++y) {
         pixels += '\0'; // this row is not filtered
         for (int x = 0; x < size; ++x) {
             const int column = (x - margin) / cell;
             const int row = (y - margin) / cell;
-            const bool inside = x >= margin && y >= margin && column < gridCells && row < gridCells;
-            const int bit = row * 3 + std::min(column, gridCells - 1 - column);
+            const bool inside = x >= margin && y >= margin && column < GridCells && row < GridCells;
+            const int bit = row * 3 + std::min(column, GridCells - 1 - column);
             pixels += inside && ((seed >> bit) & 1) != 0 ? '\1' : '\0';
         }
     }
@@ -115,9 +115,9 @@ bool plainName(const std::string &name)
 /// silence.
 std::string silence(int frames)
 {
-    constexpr std::size_t frameSize = 78;
+    constexpr std::size_t FrameSize = 78;
     std::string frame("\xFF\xF3\x30\xC4", 4);
-    frame.resize(frameSize, '\0');
+    frame.resize(FrameSize, '\0');
     std::string bytes;
     for (int i = 0; i < frames; ++i)
         bytes += frame;
@@ -128,12 +128,12 @@ std::string silence(int frames)
 
 Answer logoPicture(const std::string &path)
 {
-    constexpr std::string_view folder = "/logo/";
-    constexpr std::string_view extension = ".png";
-    if (path.size() <= folder.size() + extension.size()
-        || path.compare(path.size() - extension.size(), extension.size(), extension) != 0)
+    constexpr std::string_view Folder = "/logo/";
+    constexpr std::string_view Extension = ".png";
+    if (path.size() <= Folder.size() + Extension.size()
+        || path.compare(path.size() - Extension.size(), Extension.size(), Extension) != 0)
         return textAnswer(404, "There is no such picture.");
-    std::string name = path.substr(folder.size(), path.size() - folder.size() - extension.size());
+    std::string name = path.substr(Folder.size(), path.size() - Folder.size() - Extension.size());
     const int size = takeSize(name);
     if (!plainName(name))
         return textAnswer(404, "There is no such picture.");

@@ -10,7 +10,7 @@ namespace directory {
 
 namespace {
 
-constexpr std::size_t maxAddress = 2000;
+constexpr std::size_t MaxAddress = 2000;
 
 Answer invalidId()
 {
@@ -37,7 +37,7 @@ Answer add(const Context &context, Library &library)
         return invalidId();
     const bool address
         = preset.url.rfind("http://", 0) == 0 || preset.url.rfind("https://", 0) == 0;
-    const bool sized = preset.url.size() <= maxAddress && preset.name.size() <= maxAddress;
+    const bool sized = preset.url.size() <= MaxAddress && preset.name.size() <= MaxAddress;
     if (!preset.url.empty() ? !address || !sized : !known(context.catalog(), preset.id))
         return invalidId();
     const int number = parseNumber(context.param("presetNumber"));

@@ -17,7 +17,7 @@ bool standsInQuery(char c)
 
 void appendEncoded(std::string &out, std::string_view text)
 {
-    static constexpr char digits[] = "0123456789ABCDEF";
+    static constexpr char Digits[] = "0123456789ABCDEF";
     for (const char c : text) {
         if (standsInQuery(c)) {
             out += c;
@@ -26,8 +26,8 @@ void appendEncoded(std::string &out, std::string_view text)
         } else {
             const auto byte = static_cast<unsigned char>(c);
             out += '%';
-            out += digits[byte >> 4];
-            out += digits[byte & 15];
+            out += Digits[byte >> 4];
+            out += Digits[byte & 15];
         }
     }
 }
@@ -93,7 +93,7 @@ int parseNumber(std::string_view text)
 Query Query::parse(std::string_view encoded)
 {
     Query query;
-    while (!encoded.empty() && query.m_items.size() < maxItems) {
+    while (!encoded.empty() && query.m_items.size() < MaxItems) {
         const std::size_t end = std::min(encoded.find('&'), encoded.size());
         const std::string_view pair = encoded.substr(0, end);
         encoded.remove_prefix(std::min(end + 1, encoded.size()));

@@ -19,7 +19,7 @@ struct QueryItem {
 class Query {
 public:
     /// Items beyond this many are ignored.
-    static constexpr std::size_t maxItems = 64;
+    static constexpr std::size_t MaxItems = 64;
 
     Query() = default;
     Query(std::initializer_list<QueryItem> items)

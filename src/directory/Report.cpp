@@ -8,7 +8,7 @@ namespace directory {
 
 namespace {
 
-constexpr std::size_t maxFeedback = 4000;
+constexpr std::size_t MaxFeedback = 4000;
 
 /// Questions first; choosing one of them leads to the last page.
 Answer wizard(const Context &context)
@@ -27,11 +27,11 @@ Answer wizard(const Context &context)
         const char *step;
         const char *text;
     };
-    static constexpr Question questions[]
+    static constexpr Question Questions[]
         = {{"silent", "There is no sound"}, {"stutters", "It stops again and again"},
             {"wrong", "This is another station"}, {"details", "Its name, logo or genre is wrong"}};
     Json rows = Json::array();
-    for (const Question &question : questions)
+    for (const Question &question : Questions)
         rows.push_back(linkRow(question.text,
             context.api("Report.ashx", {{"c", "wizard"}, {"id", id}, {"step", question.step}})));
     return success("What is wrong?", std::move(rows));
@@ -40,7 +40,7 @@ Answer wizard(const Context &context)
 Answer feedback(const Context &context)
 {
     const std::string text = context.param("text");
-    return text.empty() || text.size() > maxFeedback
+    return text.empty() || text.size() > MaxFeedback
         ? failure("400", "The feedback is empty or too long", "validation.feedback")
         : success({});
 }

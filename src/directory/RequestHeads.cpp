@@ -36,7 +36,7 @@ void RequestHeads::feed(std::string_view bytes)
 {
     const auto skipped
         = static_cast<std::size_t>(std::min<std::uint64_t>(m_bodyLeft, bytes.size()));
-    if (m_bodyLeft != unknownLength)
+    if (m_bodyLeft != UnknownLength)
         m_bodyLeft -= skipped;
     bytes.remove_prefix(skipped);
     if (m_tooLong || bytes.empty())
@@ -59,7 +59,7 @@ void RequestHeads::search()
     // An empty line before a request is allowed (RFC 9112, 2.2).
     m_bytes.erase(0, std::min(m_bytes.find_first_not_of("\r\n"), m_bytes.size()));
     const std::size_t length = headLength(m_bytes);
-    m_tooLong = (length > 0 ? length : m_bytes.size()) > maxHead;
+    m_tooLong = (length > 0 ? length : m_bytes.size()) > MaxHead;
     if (m_tooLong || length == 0)
         return;
 

@@ -19,9 +19,9 @@ public:
     /// Method and target of a request whose head is complete, before libsoup has seen its end.
     using Report = std::function<void(std::string_view method, std::string_view target)>;
     /// A longer head ends the search: libsoup drops such a connection without a response.
-    static constexpr std::size_t maxHead = 32 * 1024;
+    static constexpr std::size_t MaxHead = 32 * 1024;
     /// For bodies whose end cannot be told from the head. No further request is reported.
-    static constexpr std::uint64_t unknownLength = std::numeric_limits<std::uint64_t>::max();
+    static constexpr std::uint64_t UnknownLength = std::numeric_limits<std::uint64_t>::max();
 
     explicit RequestHeads(Report report);
 

@@ -36,8 +36,8 @@ std::string withoutPasswords(std::string_view target)
 
 RequestLog::RequestLog(const std::string &file)
 {
-    constexpr mode_t mode = 0666; // less what the umask takes
-    auto opened = files::openRegular(file, O_WRONLY | O_APPEND | O_CREAT, mode);
+    constexpr mode_t Mode = 0666; // less what the umask takes
+    auto opened = files::openRegular(file, O_WRONLY | O_APPEND | O_CREAT, Mode);
     if (!opened)
         throw std::runtime_error("the request log " + file + ": " + opened.error().text);
     m_file = *std::move(opened);

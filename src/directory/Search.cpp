@@ -13,8 +13,8 @@ namespace directory {
 namespace {
 
 /// The searches for samples that Config.ashx names, for testers.
-constexpr char languageSearch[] = "aa1";
-constexpr char streamSearch[] = "aa2";
+constexpr char LanguageSearch[] = "aa1";
+constexpr char StreamSearch[] = "aa2";
 
 Json languageSamples(const Context &context)
 {
@@ -130,7 +130,7 @@ Json Search::found(const Context &context, const Words &terms) const
         for (const std::size_t i : hits(m_stations, terms)) {
             const Station &station = m_catalog.stations[i];
             Json &list = context.obstacle(station).empty() ? rows : unavailable;
-            if (list.size() < maxRows)
+            if (list.size() < MaxRows)
                 list.push_back(stationRow(context, station));
         }
     }
@@ -142,8 +142,8 @@ Json Search::found(const Context &context, const Words &terms) const
         for (const std::size_t i : hits(m_artists, terms))
             rows.push_back(artistRow(context, m_catalog.artists[i]));
     }
-    if (rows.size() > maxRows)
-        rows.erase(rows.begin() + maxRows, rows.end());
+    if (rows.size() > MaxRows)
+        rows.erase(rows.begin() + MaxRows, rows.end());
     if (!unavailable.empty())
         rows.push_back(section(context.word("notPlayable"), "unavailable", std::move(unavailable)));
     return rows;
@@ -153,14 +153,14 @@ Answer Search::answer(const Context &context) const
 {
     const std::string query = context.param("query");
     const std::string title = context.word("searchResults") + ": " + query;
-    if (query == languageSearch)
+    if (query == LanguageSearch)
         return success(title, languageSamples(context));
-    if (query == streamSearch)
+    if (query == StreamSearch)
         return success(title, streamSamples(context));
     if (query.find_first_not_of(' ') == std::string::npos)
         return failure("400", "The query is empty", "request.queryInvalid");
 
-    const Words terms = query.size() <= maxQuery ? wordsOf(query, false) : Words();
+    const Words terms = query.size() <= MaxQuery ? wordsOf(query, false) : Words();
     Json rows = terms.empty() ? Json::array() : found(context, terms);
     if (rows.empty())
         rows.push_back(textRow(context.word("noResults") + ' ' + query));

@@ -13,9 +13,9 @@ namespace directory {
 class Search {
 public:
     /// Rows of one answer; a search does not page.
-    static constexpr std::size_t maxRows = 190;
+    static constexpr std::size_t MaxRows = 190;
     /// Longer queries find nothing.
-    static constexpr std::size_t maxQuery = 200;
+    static constexpr std::size_t MaxQuery = 200;
 
     explicit Search(const Catalog &catalog);
 

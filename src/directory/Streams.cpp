@@ -14,19 +14,19 @@ namespace directory {
 
 namespace {
 
-constexpr std::size_t maxPieces = 100;
-constexpr int fileBitrate = 96;
-constexpr std::uint64_t prerollSeconds = 4;
-constexpr std::size_t hugePlaylist = 300 * 1024;
-constexpr int manyEntries = 1000;
+constexpr std::size_t MaxPieces = 100;
+constexpr int FileBitrate = 96;
+constexpr std::uint64_t PrerollSeconds = 4;
+constexpr std::size_t HugePlaylist = 300 * 1024;
+constexpr int ManyEntries = 1000;
 
 // Files are MP3 with frames of constant size, so a length is known without encoding.
-constexpr unsigned fileRate = 48000;
-constexpr std::uint64_t fileFrame = 1152;
-constexpr std::uint64_t loopSeconds = 6; ///< whole rounds of the melody and whole frames
-constexpr std::uint64_t loopFrames = loopSeconds * fileRate / fileFrame;
+constexpr unsigned FileRate = 48000;
+constexpr std::uint64_t FileFrame = 1152;
+constexpr std::uint64_t LoopSeconds = 6; ///< whole rounds of the melody and whole frames
+constexpr std::uint64_t LoopFrames = LoopSeconds * FileRate / FileFrame;
 
-constexpr std::uint64_t frameBytes = fileFrame / 8 * fileBitrate * 1000 / fileRate;
+constexpr std::uint64_t FrameBytes = FileFrame / 8 * FileBitrate * 1000 / FileRate;
 
 const std::string playlistKinds[] {"m3u", "pls", "asx", "xspf"};
 
@@ -79,11 +79,11 @@ struct Range {
 
 std::optional<Range> parseRange(const std::string &text, std::uint64_t length)
 {
-    constexpr std::string_view unit = "bytes=";
+    constexpr std::string_view Unit = "bytes=";
     const std::size_t dash = text.find('-');
-    if (text.rfind(unit, 0) != 0 || dash == std::string::npos || length == 0)
+    if (text.rfind(Unit, 0) != 0 || dash == std::string::npos || length == 0)
         return std::nullopt;
-    const std::string from = text.substr(unit.size(), dash - unit.size());
+    const std::string from = text.substr(Unit.size(), dash - Unit.size());
     const std::string to = text.substr(dash + 1);
     const int first = parseNumber(from);
     const int last = parseNumber(to);
@@ -99,11 +99,11 @@ std::optional<Range> parseRange(const std::string &text, std::uint64_t length)
     return range;
 }
 
-std::string padded(const std::string &text, std::size_t size)
+std::string padded(const std::string &text, std::size_t Size)
 {
     const std::string line = "# Nothing to be heard on this line.\n";
     std::string out;
-    while (out.size() + text.size() < size)
+    while (out.size() + text.size() < Size)
         out += line;
     return out + text;
 }
@@ -117,23 +117,23 @@ Melody prerollMelody(const std::string &stationId)
 /// MP3 that can be repeated seamlessly.
 std::string loopOf(const Melody &melody)
 {
-    const AudioFormat format {"mp3", fileBitrate, fileRate, 2};
-    constexpr std::size_t size = loopFrames * frameBytes;
+    const AudioFormat format {"mp3", FileBitrate, FileRate, 2};
+    constexpr std::size_t Size = LoopFrames * FrameBytes;
     std::string all;
     for (const std::string &piece :
-        encoded(format, melody.samples(0, 3 * loopFrames * fileFrame, fileRate, format.channels)))
+        encoded(format, melody.samples(0, 3 * LoopFrames * FileFrame, FileRate, format.channels)))
         all += piece;
     // The bit reservoir is empty in the first frames, and the encoder's delay cuts off the last
     // ones: take the middle.
-    if (all.size() < 2 * size)
+    if (all.size() < 2 * Size)
         throw std::runtime_error("the encoder gave too little");
-    return all.substr(size, size);
+    return all.substr(Size, Size);
 }
 
 Json melodyOf(const Melody &melody, const std::string &path, const std::string &codec, int bitrate)
 {
     return {{"path", path}, {"codec", codec}, {"bitrate", bitrate}, {"notes", melody.notes()},
-        {"note_seconds", Melody::noteSeconds}};
+        {"note_seconds", Melody::NoteSeconds}};
 }
 
 } // namespace
@@ -244,7 +244,7 @@ Answer Streams::below(const Context &context, const Place &place, const std::str
     }
     if (stream.trick == "preroll" && file == "preroll.mp3")
         return clip(context, "preroll " + place.station->id, prerollMelody(place.station->id),
-            prerollSeconds);
+            PrerollSeconds);
     const bool level = number > 0 && number < stream.depth
         && extension == playlistKinds[static_cast<std::size_t>(number) % std::size(playlistKinds)];
     return level ? playlist(context, place, number) : nothing();
@@ -263,7 +263,7 @@ Answer Streams::live(const Context &context, const Place &place) const
     answer.headers.emplace_back("icy-genre", oneLine(m_catalog.genreName(station.genre)));
     answer.headers.emplace_back("icy-br", std::to_string(stream.bitrate));
     if (takesTitles && context.request().wantsTitles) {
-        answer.headers.emplace_back("icy-metaint", std::to_string(IcyMetadata::interval));
+        answer.headers.emplace_back("icy-metaint", std::to_string(IcyMetadata::Interval));
         const int asked = parseNumber(context.param("title_seconds"));
         const double period = asked > 0 ? asked : m_catalog.songSeconds;
         const auto start = static_cast<double>(context.now());
@@ -292,7 +292,7 @@ std::vector<PlaylistEntry> Streams::entriesOf(const Context &context, const Plac
         return {{"Off the air", context.here(base + "/nothing-here.mp3")}, main};
     if (stream.trick == "preroll")
         return {{"A word first", context.here(base + "/preroll.mp3")}, main};
-    return std::vector<PlaylistEntry>(stream.trick == "many" ? manyEntries : 1, main);
+    return std::vector<PlaylistEntry>(stream.trick == "many" ? ManyEntries : 1, main);
 }
 
 Answer Streams::playlist(const Context &context, const Place &place, int level) const
@@ -315,7 +315,7 @@ Answer Streams::playlist(const Context &context, const Place &place, int level) 
 
     std::string text = playlistText(kind, entriesOf(context, place, level));
     if (stream.trick == "huge")
-        text = padded(text, hugePlaylist);
+        text = padded(text, HugePlaylist);
     return typed(stream.trick == "mislabelled" ? "text/html" : playlistType(kind), text);
 }
 
@@ -336,7 +336,7 @@ Answer Streams::segment(const Place &place, const std::string &name)
             Hls::segment(Melody(place.station->id, place.index),
                 variantBitrate(place.stream(), variant), number));
     Answer answer = typed("video/mp2t", *piece);
-    if (m_pieces.size() > maxPieces)
+    if (m_pieces.size() > MaxPieces)
         m_pieces.clear();
     return answer;
 }
@@ -353,8 +353,8 @@ Answer Streams::clip(
     auto &loop = m_pieces[name];
     if (!loop)
         loop = std::make_shared<const std::string>(loopOf(melody));
-    FileAudio audio {loop, 0, seconds * fileRate / fileFrame * frameBytes};
-    if (m_pieces.size() > maxPieces)
+    FileAudio audio {loop, 0, seconds * FileRate / FileFrame * FrameBytes};
+    if (m_pieces.size() > MaxPieces)
         m_pieces.clear();
 
     Answer answer = typed("audio/mpeg", {});
@@ -384,7 +384,7 @@ Answer Streams::melodies(const Context &context) const
     Json list = Json::array();
     Json answer = {{"id", id}};
     if (m_catalog.topic(id))
-        list.push_back(melodyOf(Melody(id, 0), "/stream/" + id + "/1.mp3", "mp3", fileBitrate));
+        list.push_back(melodyOf(Melody(id, 0), "/stream/" + id + "/1.mp3", "mp3", FileBitrate));
     else if (const Station *station = stationOf(id)) {
         for (std::size_t i = 0; i < station->streams.size(); ++i) {
             const Stream &stream = station->streams[i];

@@ -15,7 +15,7 @@
 
 namespace directory {
 
-constexpr char melodyPath[] = "/_tunes";
+constexpr char MelodyPath[] = "/_tunes";
 
 /// Maps `path` of `host` to a path of this server: the same, unless the host is one of the other
 /// servers that this one stands in for.

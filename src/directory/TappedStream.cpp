@@ -7,8 +7,8 @@ namespace directory {
 
 namespace {
 
-constexpr char baseKey[] = "vesk-base";
-constexpr char socketKey[] = "vesk-socket";
+constexpr char BaseKey[] = "vesk-base";
+constexpr char SocketKey[] = "vesk-socket";
 
 struct TapInput {
     GFilterInputStream parent;
@@ -107,14 +107,14 @@ GIOStream *tappedStream(GIOStream *base, GSocket *socket, Tap tap)
         = g_simple_io_stream_new(G_INPUT_STREAM(input), g_io_stream_get_output_stream(base));
     g_object_unref(input);
     // A stream's end closes it, so the base ends with this one.
-    g_object_set_data_full(G_OBJECT(stream), baseKey, g_object_ref(base), g_object_unref);
-    g_object_set_data_full(G_OBJECT(stream), socketKey, g_object_ref(socket), g_object_unref);
+    g_object_set_data_full(G_OBJECT(stream), BaseKey, g_object_ref(base), g_object_unref);
+    g_object_set_data_full(G_OBJECT(stream), SocketKey, g_object_ref(socket), g_object_unref);
     return stream;
 }
 
 GSocket *socketOf(GIOStream *stream)
 {
-    if (void *socket = g_object_get_data(G_OBJECT(stream), socketKey))
+    if (void *socket = g_object_get_data(G_OBJECT(stream), SocketKey))
         return G_SOCKET(socket);
     if (!g_object_class_find_property(G_OBJECT_GET_CLASS(stream), "base-iostream"))
         return nullptr;

@@ -51,7 +51,7 @@ std::string YamlEntry::scalar(const YAML::Node &node, const char *key) const
     if (!node.IsScalar())
         throw DataError(
             node.Mark().line + 1, m_kind + ": \"" + key + "\" must be a text or a number");
-    if (node.Scalar().size() > maxText)
+    if (node.Scalar().size() > MaxText)
         throw DataError(node.Mark().line + 1, m_kind + ": \"" + key + "\" is too long");
     return node.Scalar();
 }
@@ -126,7 +126,7 @@ void YamlEntry::eachOf(const char *key, const std::function<void(const YAML::Nod
     const YAML::Node list = child(key);
     if (!list.IsSequence())
         throw DataError(list.Mark().line + 1, m_kind + ": \"" + key + "\" must be a list");
-    if (list.size() > maxItems)
+    if (list.size() > MaxItems)
         throw DataError(list.Mark().line + 1, m_kind + ": \"" + key + "\" has too many entries");
     for (const auto &node : list)
         visit(node);

@@ -32,8 +32,8 @@ private:
 
 class YamlEntry {
 public:
-    static constexpr std::size_t maxText = 2000;
-    static constexpr std::size_t maxItems = 20000;
+    static constexpr std::size_t MaxText = 2000;
+    static constexpr std::size_t MaxItems = 20000;
 
     /// `kind` names the entry in messages ("station"); keys other than `known` are a mistake.
     YamlEntry(const YAML::Node &node, std::string kind, std::initializer_list<const char *> known);

@@ -15,13 +15,13 @@ namespace {
 
 using namespace directory;
 
-constexpr int inUse = 1;
-constexpr int badArguments = 2;
+constexpr int InUse = 1;
+constexpr int BadArguments = 2;
 
 int complain(const std::string &message)
 {
     std::fprintf(stderr, "tunein-directory: %s\n", message.c_str());
-    return badArguments;
+    return BadArguments;
 }
 
 gboolean quit(gpointer loop)
@@ -49,7 +49,7 @@ int serve(const Options &options, Catalog catalog)
         auto opened = AccountsFile::open(options.accounts, complain);
         if (!opened) {
             complain(opened.error().text);
-            return opened.error().inUse ? inUse : badArguments;
+            return opened.error().inUse ? InUse : BadArguments;
         }
         accounts = *std::move(opened);
         auto read = accounts->read();

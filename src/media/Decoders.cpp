@@ -33,11 +33,11 @@ bool contains(const Names &names, const char *name)
 
 bool interpretsStreams(GstElementFactory *factory)
 {
-    constexpr GstElementFactoryListType kinds = GST_ELEMENT_FACTORY_TYPE_DECODER
+    constexpr GstElementFactoryListType Kinds = GST_ELEMENT_FACTORY_TYPE_DECODER
         | GST_ELEMENT_FACTORY_TYPE_DEMUXER | GST_ELEMENT_FACTORY_TYPE_PARSER
         | GST_ELEMENT_FACTORY_TYPE_DEPAYLOADER | GST_ELEMENT_FACTORY_TYPE_DECRYPTOR
         | GST_ELEMENT_FACTORY_TYPE_SRC;
-    return gst_element_factory_list_is_type(factory, kinds);
+    return gst_element_factory_list_is_type(factory, Kinds);
 }
 
 /// Removes the features of a type for which \a keep does not hold.

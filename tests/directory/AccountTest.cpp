@@ -116,7 +116,7 @@ TEST_F(Account, ADeviceKeepsItsClaimCode)
     EXPECT_NE(post("c=claim&serial=T")["body"][0]["key"], key);
     EXPECT_EQ(code("c=claim&serial="), "validation.error");
     EXPECT_EQ(
-        code("c=claim&serial=" + std::string(Members::maxSerial + 1, 'x')), "validation.error");
+        code("c=claim&serial=" + std::string(Members::MaxSerial + 1, 'x')), "validation.error");
 }
 
 TEST_F(Account, RemindAndResetRequireAKnownUser)

@@ -58,7 +58,7 @@ protected:
         if (!members)
             return members.error();
         m_directory = std::make_unique<Directory>(
-            shippedCatalog(), [] { return mondayMorning; }, *std::move(accounts),
+            shippedCatalog(), [] { return MondayMorning; }, *std::move(accounts),
             *std::move(members));
         return {};
     }
@@ -354,7 +354,7 @@ TEST_F(DamagedAccountsFile, IsRefusedWithTheLocationOfTheError)
         {library + "/presets/0/number", -1, "number is no number, or out of range"},
         {library + "/presets/1/id", "s29001", "presets 2: id is none of a preset"},
         {"/devices/0/serial", "", "serial is empty"},
-        {"/devices/0/serial", std::string(Members::maxSerial + 1, 'x'), "too long"},
+        {"/devices/0/serial", std::string(Members::MaxSerial + 1, 'x'), "too long"},
         {"/devices/0/account", "you", "devices 1: there is no such account"},
         {"/devices/0/claim_code", false, "claim_code is no text"},
     };
@@ -375,19 +375,19 @@ TEST_F(DamagedAccountsFile, IsRefusedWithTheLocationOfTheError)
 TEST_F(DamagedAccountsFile, IsRefusedWhenItExceedsTheBounds)
 {
     Json damaged = m_good;
-    for (std::size_t i = 0; i < Members::maxDevices; ++i)
+    for (std::size_t i = 0; i < Members::MaxDevices; ++i)
         damaged["devices"].push_back(damaged["devices"][0]);
     expectRefused(damaged.dump(), "devices is no list, or too long");
     damaged = m_good;
     Json &presets = damaged["accounts"][0]["library"]["presets"];
-    for (std::size_t i = 0; i < Library::maxPresets; ++i)
+    for (std::size_t i = 0; i < Library::MaxPresets; ++i)
         presets.push_back(presets[0]);
     expectRefused(damaged.dump(), "presets is no list, or too long");
 }
 
 TEST_F(DamagedAccountsFile, IsRefusedWhenItIsTooLarge)
 {
-    const auto size = AccountsFile::maxSize + 1;
+    const auto size = AccountsFile::MaxSize + 1;
     fs::resize_file(m_file, size);
     EXPECT_THAT(refusal(), HasSubstr("the file is too large"));
     EXPECT_EQ(fs::file_size(m_file), size);
@@ -423,7 +423,7 @@ TEST_F(DamagedAccountsFile, IsReplacedFromItsBackup)
         [&] { put(""); },
         [&] { put(good.substr(0, good.size() / 2)); },
         [&] { put("{\"version\": 2}"); },
-        [&] { fs::resize_file(m_file, AccountsFile::maxSize + 1); },
+        [&] { fs::resize_file(m_file, AccountsFile::MaxSize + 1); },
         replaceBy([&] { ASSERT_EQ(::mkfifo(m_file.c_str(), 0600), 0); }),
         replaceBy([&] { fs::create_symlink(m_file, m_file); }),
     };
@@ -578,7 +578,7 @@ TEST_F(AccountsFileTest, ChangesFailOnAReadOnlyDisk)
 TEST_F(AccountsFileTest, ContentThatIsTooLargeToReadIsNotWritten)
 {
     LibraryContent many;
-    for (std::size_t i = 0; i < Library::maxPresets; ++i)
+    for (std::size_t i = 0; i < Library::MaxPresets; ++i)
         many.presets.push_back(
             {'u' + std::to_string(i + 1), std::string(2000, 'u'), std::string(2000, 'n'), "f1", 1});
     MembersContent content;
@@ -596,7 +596,7 @@ TEST_F(AccountsFileTest, ContentThatIsTooLargeToReadIsNotWritten)
 
 TEST(DirectoryWithoutAnAccountsFile, WritesNothing)
 {
-    Directory directory(shippedCatalog(), [] { return mondayMorning; });
+    Directory directory(shippedCatalog(), [] { return MondayMorning; });
     EXPECT_EQ(
         directory.handle(requestFor("/Preset.ashx?c=add&id=s29001&serial=S", "POST")).status, 200);
 }

@@ -149,7 +149,7 @@ TEST(CatalogLoader, RefusesValuesOutOfBounds)
         "minutes");
     expectMistake(
         smallFile(goodStation, slot + "{days: never, start: \"06:00\", minutes: 9}}"), 30, "days");
-    const std::string tooLong(YamlEntry::maxText + 1, 'x');
+    const std::string tooLong(YamlEntry::MaxText + 1, 'x');
     expectMistake(
         smallFile(std::string(goodStation) + "    slogan: " + tooLong + '\n'), 29, "too long");
 }

@@ -52,7 +52,7 @@ TEST(Context, AShowMayRunPastMidnight)
     Members members;
     const Context context(request, shippedCatalog(), members, 0);
     // Jazz nach Mitternacht begins at 23:00 in Hamburg, 22:00 UTC, and lasts two hours.
-    const std::int64_t tenAtNight = mondayMorning - (7 * 60 + 30) * 60 + 22 * 3600;
+    const std::int64_t tenAtNight = MondayMorning - (7 * 60 + 30) * 60 + 22 * 3600;
     EXPECT_EQ(context.onAir(*station, tenAtNight - 1).show, nullptr);
     const Broadcast start = context.onAir(*station, tenAtNight);
     ASSERT_NE(start.show, nullptr);

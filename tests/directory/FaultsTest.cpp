@@ -235,7 +235,7 @@ TEST(FaultControl, AddsAllFaultsOrNone)
     EXPECT_EQ(controlFaults(faults, "POST", "[\"stall\", 5]").status, 400);
     EXPECT_TRUE(faults.texts().empty());
     std::string many;
-    for (std::size_t i = 0; i <= Faults::maxFaults; ++i)
+    for (std::size_t i = 0; i <= Faults::MaxFaults; ++i)
         many += "stall\n";
     EXPECT_EQ(controlFaults(faults, "POST", many).status, 400);
     EXPECT_EQ(controlFaults(faults, "PUT", "").status, 405);

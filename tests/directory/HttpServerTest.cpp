@@ -156,7 +156,7 @@ TEST(HttpServer, RefusesBodiesAndTargetsThatAreTooLong)
     const RunningServer server;
     FetchOptions options;
     options.method = "POST";
-    options.body = "text=" + std::string(HttpServer::maxRequestBody - 5, 'a');
+    options.body = "text=" + std::string(HttpServer::MaxRequestBody - 5, 'a');
     EXPECT_EQ(fetch(server.url("/Report.ashx?c=feedback"), options).status, 200);
     options.body += 'a';
     EXPECT_EQ(fetch(server.url("/Report.ashx?c=feedback"), options).status, 413);
@@ -164,10 +164,10 @@ TEST(HttpServer, RefusesBodiesAndTargetsThatAreTooLong)
     EXPECT_EQ(fetch(server.url("/Report.ashx?c=feedback"), options).status, 413);
     const std::string target = "/Browse.ashx?x=";
     EXPECT_EQ(
-        fetch(server.url(target + std::string(HttpServer::maxTarget - target.size(), 'a'))).status,
+        fetch(server.url(target + std::string(HttpServer::MaxTarget - target.size(), 'a'))).status,
         200);
     EXPECT_EQ(
-        fetch(server.url(target + std::string(HttpServer::maxTarget - target.size() + 1, 'a')))
+        fetch(server.url(target + std::string(HttpServer::MaxTarget - target.size() + 1, 'a')))
             .status,
         414);
     EXPECT_EQ(fetch(server.url(target + std::string(100000, 'a'))).status, 431);
@@ -212,7 +212,7 @@ TEST(HttpServer, LimitsTheNumberOfConnections)
     const RunningServer server;
     std::vector<std::unique_ptr<RawConnection>> connections;
     // Each has been answered, so the server has counted it.
-    while (connections.size() < Listener::maxConnections) {
+    while (connections.size() < Listener::MaxConnections) {
         connections.push_back(std::make_unique<RawConnection>(server.port()));
         connections.back()->send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
         ASSERT_THAT(connections.back()->answer(), HasSubstr("200 OK"));
@@ -230,7 +230,7 @@ TEST(HttpServer, LimitsTheNumberOfConnections)
 TEST(HttpServer, ReleasesConnectionsThatTheClientCloses)
 {
     const RunningServer server;
-    for (int i = 0; i < 2 * Listener::maxConnections; ++i) {
+    for (int i = 0; i < 2 * Listener::MaxConnections; ++i) {
         const RawConnection connection(server.port());
         connection.send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
         ASSERT_THAT(connection.answer(), HasSubstr("200 OK")) << i;

@@ -9,13 +9,13 @@ using namespace directory;
 
 namespace {
 
-constexpr std::size_t interval = IcyMetadata::interval;
+constexpr std::size_t Interval = IcyMetadata::Interval;
 
 TEST(IcyMetadata, InsertsABlockAfterEachInterval)
 {
     std::string title = "It's - Öl";
     IcyMetadata metadata([&title] { return title; });
-    EXPECT_EQ(metadata.woven(std::string(interval - 1, 'a')), std::string(interval - 1, 'a'));
+    EXPECT_EQ(metadata.woven(std::string(Interval - 1, 'a')), std::string(Interval - 1, 'a'));
     const std::string block = metadata.woven("ab");
     EXPECT_EQ(
         block, "a\x02" + std::string("StreamTitle='It's - Öl';") + std::string(7, '\0') + 'b');
@@ -25,12 +25,12 @@ TEST(IcyMetadata, SendsATitleOnlyWhenItChanges)
 {
     std::string title = "one";
     IcyMetadata metadata([&title] { return title; });
-    const std::string first = metadata.woven(std::string(3 * interval, 'a'));
-    EXPECT_EQ(first.size(), 3 * interval + 1 + 32 + 1 + 1);
+    const std::string first = metadata.woven(std::string(3 * Interval, 'a'));
+    EXPECT_EQ(first.size(), 3 * Interval + 1 + 32 + 1 + 1);
     EXPECT_EQ(first.substr(first.size() - 1), std::string(1, '\0'));
     title = "two";
     EXPECT_EQ(
-        metadata.woven(std::string(interval, 'a')).substr(interval), IcyMetadata::block("two"));
+        metadata.woven(std::string(Interval, 'a')).substr(Interval), IcyMetadata::block("two"));
 }
 
 TEST(IcyMetadata, IsIndependentOfTheSizeOfTheInput)
@@ -47,7 +47,7 @@ TEST(IcyMetadata, IsIndependentOfTheSizeOfTheInput)
 TEST(IcyMetadata, CutsTitlesToTheLongestBlock)
 {
     const std::string block = IcyMetadata::block(std::string(10000, 'x'));
-    EXPECT_EQ(block.size(), 1 + IcyMetadata::maxBlock);
+    EXPECT_EQ(block.size(), 1 + IcyMetadata::MaxBlock);
     EXPECT_EQ(block[0], '\xFF');
     EXPECT_EQ(block.substr(block.size() - 2), "';");
 }

@@ -14,11 +14,11 @@ using namespace directory::test;
 
 namespace {
 
-constexpr unsigned rate = 44100;
+constexpr unsigned Rate = 44100;
 
 TEST(Melody, StationsHaveDifferentMelodies)
 {
-    std::set<std::array<double, Melody::noteCount>> known;
+    std::set<std::array<double, Melody::NoteCount>> known;
     for (const Station &station : shippedCatalog().stations)
         EXPECT_TRUE(known.insert(Melody(station.id, 0).notes()).second) << station.name;
 }
@@ -47,26 +47,26 @@ TEST(Melody, StreamsOfAStationAreTransposedByMoreThanASemitone)
 TEST(Melody, SamplesDependOnlyOnTheirPosition)
 {
     const Melody melody("s20105", 0);
-    const std::vector<std::int16_t> whole = melody.samples(0, 5 * rate, rate, 1);
-    const std::vector<std::int16_t> part = melody.samples(rate, rate, rate, 1);
-    EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.begin() + rate));
+    const std::vector<std::int16_t> whole = melody.samples(0, 5 * Rate, Rate, 1);
+    const std::vector<std::int16_t> part = melody.samples(Rate, Rate, Rate, 1);
+    EXPECT_TRUE(std::equal(part.begin(), part.end(), whole.begin() + Rate));
     const std::vector<std::int16_t> later = melody.samples(
-        2 * rate * std::uint64_t {1000000000}, rate, rate, 1); // four notes take two seconds
+        2 * Rate * std::uint64_t {1000000000}, Rate, Rate, 1); // four notes take two seconds
     EXPECT_TRUE(std::equal(later.begin(), later.end(), whole.begin()));
 }
 
 TEST(Melody, IsModeratelyLoudAndFadesBetweenNotes)
 {
-    const std::vector<std::int16_t> samples = Melody("s20105", 0).samples(0, 2 * rate, rate, 2);
-    ASSERT_EQ(samples.size(), 4 * rate);
+    const std::vector<std::int16_t> samples = Melody("s20105", 0).samples(0, 2 * Rate, Rate, 2);
+    ASSERT_EQ(samples.size(), 4 * Rate);
     int highest = 0;
     for (std::size_t i = 0; i < samples.size(); i += 2) {
         highest = std::max(highest, std::abs(samples[i]));
         EXPECT_EQ(samples[i], samples[i + 1]);
     }
-    EXPECT_NEAR(highest, 32767 * Melody::loudness, 20);
-    for (std::size_t note = 0; note < Melody::noteCount; ++note)
-        EXPECT_NEAR(samples[note * rate], 0, 10); // two channels, half a second
+    EXPECT_NEAR(highest, 32767 * Melody::Loudness, 20);
+    for (std::size_t note = 0; note < Melody::NoteCount; ++note)
+        EXPECT_NEAR(samples[note * Rate], 0, 10); // two channels, half a second
 }
 
 } // namespace

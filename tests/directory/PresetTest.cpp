@@ -103,13 +103,13 @@ TEST_F(Preset, TheNumberOfPresetsIsBounded)
     int refused = 0;
     for (const Station &station : catalog().stations)
         refused += change("c=add&id=" + station.id) == "400" ? 1 : 0;
-    EXPECT_EQ(presets("&formats=*")["body"].size(), Library::maxPresets);
-    EXPECT_EQ(refused, static_cast<int>(catalog().stations.size() - Library::maxPresets));
+    EXPECT_EQ(presets("&formats=*")["body"].size(), Library::MaxPresets);
+    EXPECT_EQ(refused, static_cast<int>(catalog().stations.size() - Library::MaxPresets));
 }
 
 TEST_F(Preset, TheNumberOfDevicesIsBounded)
 {
-    for (std::size_t i = 0; i < Members::maxDevices; ++i)
+    for (std::size_t i = 0; i < Members::MaxDevices; ++i)
         answer("/Preset.ashx?c=listFolders&serial=n" + std::to_string(i));
     EXPECT_EQ(statusOf(json("/Preset.ashx?c=listFolders&serial=onemore")), "400");
     EXPECT_EQ(statusOf(json("/Preset.ashx?c=listFolders&serial=n1")), "200");

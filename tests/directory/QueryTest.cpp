@@ -35,9 +35,9 @@ TEST(Query, FindsTheFirstItemWithoutRegardToCase)
 TEST(Query, IgnoresItemsBeyondTheBound)
 {
     std::string text;
-    for (std::size_t i = 0; i < Query::maxItems + 10; ++i)
+    for (std::size_t i = 0; i < Query::MaxItems + 10; ++i)
         text += "k" + std::to_string(i) + "=1&";
-    EXPECT_EQ(Query::parse(text).items().size(), Query::maxItems);
+    EXPECT_EQ(Query::parse(text).items().size(), Query::MaxItems);
 }
 
 TEST(Query, EncodingAndParsingAreInverse)

@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(RequestHeads, RequestHeadsIn,
             "POST /1 HTTP/1.1\r\n\r\nGET /no HTTP/1.1\r\n\r\nGET /2 HTTP/1.1\r\n\r\n",
             {"POST /1", "GET /2"}, {20}},
         Case {"BodyOfUnknownLength", "POST /1 HTTP/1.1\r\n\r\n0\r\n\r\nGET /2 HTTP/1.1\r\n\r\n",
-            {"POST /1"}, {RequestHeads::unknownLength}}),
+            {"POST /1"}, {RequestHeads::UnknownLength}}),
     [](const auto &each) { return each.param.name; });
 
 TEST(RequestHeads, GiveUpOnAHeadThatIsTooLong)
@@ -68,7 +68,7 @@ TEST(RequestHeads, GiveUpOnAHeadThatIsTooLong)
     RequestHeads heads([&reports](std::string_view, std::string_view) { ++reports; });
     heads.feed("GET /");
     const std::string piece(1000, 'a');
-    for (std::size_t sent = 5; sent <= RequestHeads::maxHead; sent += piece.size()) {
+    for (std::size_t sent = 5; sent <= RequestHeads::MaxHead; sent += piece.size()) {
         EXPECT_FALSE(heads.isTooLong());
         heads.feed(piece);
     }

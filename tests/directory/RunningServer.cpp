@@ -49,7 +49,7 @@ void RunningServer::run(const std::string &requestLog, unsigned idleSeconds, Rea
 {
     g_main_context_push_thread_default(m_context);
     try {
-        Directory directory(shippedCatalog(), [] { return mondayMorning; });
+        Directory directory(shippedCatalog(), [] { return MondayMorning; });
         Faults faults;
         std::unique_ptr<RequestLog> log;
         if (!requestLog.empty())

@@ -82,7 +82,7 @@ TEST_F(SearchPage, HasARowForNoResults)
         R"([{"element":"outline","type":"text","text":"No results for xyzzy"}])");
     EXPECT_EQ(body("/Search.ashx?query=%21%21")[0]["type"], "text");
     EXPECT_EQ(
-        body("/Search.ashx?query=" + std::string(Search::maxQuery + 1, 'a'))[0]["type"], "text");
+        body("/Search.ashx?query=" + std::string(Search::MaxQuery + 1, 'a'))[0]["type"], "text");
 }
 
 TEST_F(SearchPage, AnswersInvalidUtf8WithValidJson)
@@ -103,7 +103,7 @@ TEST_F(SearchPage, RefusesAnEmptyQuery)
 
 TEST_F(SearchPage, LimitsItsRows)
 {
-    EXPECT_LE(body("/Search.ashx?query=r&formats=*").size(), Search::maxRows + 1);
+    EXPECT_LE(body("/Search.ashx?query=r&formats=*").size(), Search::MaxRows + 1);
 }
 
 TEST_F(SearchPage, Aa1ListsSamplesOfManyScripts)

@@ -18,7 +18,7 @@ namespace {
 
 using Time = std::chrono::steady_clock;
 
-constexpr int patienceMilliseconds = 10000;
+constexpr int PatienceMilliseconds = 10000;
 
 int millisecondsUntil(Time::time_point time)
 {
@@ -74,7 +74,7 @@ void StreamClient::readFor(int milliseconds)
 
 bool StreamClient::readBytes(std::size_t count)
 {
-    const auto until = Time::now() + std::chrono::milliseconds(patienceMilliseconds);
+    const auto until = Time::now() + std::chrono::milliseconds(PatienceMilliseconds);
     while (body().size() < count) {
         if (!readOnce(millisecondsUntil(until)))
             return false;
@@ -84,7 +84,7 @@ bool StreamClient::readBytes(std::size_t count)
 
 StreamClient::End StreamClient::readToEnd()
 {
-    readFor(patienceMilliseconds);
+    readFor(PatienceMilliseconds);
     return m_end;
 }
 

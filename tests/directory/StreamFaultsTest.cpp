@@ -21,10 +21,10 @@ using testing::HasSubstr;
 
 namespace {
 
-constexpr char mp3[] = "/stream/s29001/1.mp3";
-constexpr char aac[] = "/stream/s29001/2.aac";
+constexpr char Mp3[] = "/stream/s29001/1.mp3";
+constexpr char Aac[] = "/stream/s29001/2.aac";
 /// Less than the burst, so it arrives at once.
-constexpr std::size_t some = 40000;
+constexpr std::size_t Some = 40000;
 
 class StreamFaults : public testing::Test {
 protected:
@@ -42,37 +42,37 @@ TEST_F(StreamFaults, EndARunningStream)
 {
     for (const auto &[fault, end] : {std::pair<std::string, End> {"stream-close", End::Closed},
              std::pair<std::string, End> {"stream-reset", End::Reset}}) {
-        StreamClient hit(port(), mp3);
-        StreamClient spared(port(), aac);
-        ASSERT_TRUE(hit.readBytes(some));
-        ASSERT_TRUE(spared.readBytes(some));
-        m_server.fail(fault + "@" + mp3 + ":0*1");
+        StreamClient hit(port(), Mp3);
+        StreamClient spared(port(), Aac);
+        ASSERT_TRUE(hit.readBytes(Some));
+        ASSERT_TRUE(spared.readBytes(Some));
+        m_server.fail(fault + "@" + Mp3 + ":0*1");
         EXPECT_EQ(hit.readToEnd(), end) << fault;
         EXPECT_EQ(faults(), "{\"faults\":[]}\n");
         // It affected only that stream, neither others nor the next one.
-        StreamClient next(port(), mp3);
-        EXPECT_TRUE(next.readBytes(some));
-        EXPECT_TRUE(spared.readBytes(some + 10000));
+        StreamClient next(port(), Mp3);
+        EXPECT_TRUE(next.readBytes(Some));
+        EXPECT_TRUE(spared.readBytes(Some + 10000));
     }
 }
 
 TEST_F(StreamFaults, EndAStreamAfterADelay)
 {
-    m_server.fail(std::string("stream-close@") + mp3 + ":1*1");
+    m_server.fail(std::string("stream-close@") + Mp3 + ":1*1");
     const auto start = std::chrono::steady_clock::now();
-    StreamClient client(port(), mp3);
+    StreamClient client(port(), Mp3);
     EXPECT_EQ(client.readToEnd(), End::Closed);
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     EXPECT_GE(taken.count(), 1.0);
     EXPECT_LT(taken.count(), 4.0);
-    EXPECT_GT(client.body().size(), some);
+    EXPECT_GT(client.body().size(), Some);
 }
 
 TEST_F(StreamFaults, EndAStreamAfterANumberOfBytes)
 {
     for (const char *fault : {"truncated", "cut"}) {
         m_server.fail(std::string(fault) + "@/stream/:12345*1");
-        StreamClient client(port(), mp3);
+        StreamClient client(port(), Mp3);
         EXPECT_EQ(client.readToEnd(), End::Closed);
         EXPECT_EQ(client.body().size(), 12345u) << fault;
     }
@@ -80,8 +80,8 @@ TEST_F(StreamFaults, EndAStreamAfterANumberOfBytes)
 
 TEST_F(StreamFaults, StallAStreamButKeepTheConnection)
 {
-    StreamClient client(port(), mp3);
-    ASSERT_TRUE(client.readBytes(some));
+    StreamClient client(port(), Mp3);
+    ASSERT_TRUE(client.readBytes(Some));
     m_server.fail("stream-stall:0*1");
     client.readFor(300); // what was in flight
     const std::size_t size = client.body().size();
@@ -93,7 +93,7 @@ TEST_F(StreamFaults, StallAStreamButKeepTheConnection)
 TEST_F(StreamFaults, StallAStreamFromItsStart)
 {
     m_server.fail("stall@/stream/*1");
-    StreamClient client(port(), mp3);
+    StreamClient client(port(), Mp3);
     client.readFor(700);
     EXPECT_EQ(client.end(), End::Open);
     EXPECT_EQ(client.status(), 200);
@@ -103,7 +103,7 @@ TEST_F(StreamFaults, StallAStreamFromItsStart)
 TEST_F(StreamFaults, TrickleAStream)
 {
     m_server.fail("trickle@/stream/:4000");
-    StreamClient client(port(), mp3);
+    StreamClient client(port(), Mp3);
     client.readFor(1500);
     EXPECT_GT(client.body().size(), 3000u);
     EXPECT_LT(client.body().size(), 9000u);
@@ -112,19 +112,19 @@ TEST_F(StreamFaults, TrickleAStream)
 TEST_F(StreamFaults, ReplaceAStreamWithGarbage)
 {
     m_server.fail("stream-garbage@/stream/:0*1");
-    StreamClient client(port(), mp3);
-    ASSERT_TRUE(client.readBytes(some));
+    StreamClient client(port(), Mp3);
+    ASSERT_TRUE(client.readBytes(Some));
     EXPECT_FALSE(isPartOf(decoded(client.body()).notes(), notes(), 1));
 }
 
 TEST_F(StreamFaults, ReplaceSomeBytesOfAStreamWithGarbage)
 {
     m_server.fail("stream-garbage@/stream/:0,8000*1");
-    StreamClient client(port(), mp3);
+    StreamClient client(port(), Mp3);
     ASSERT_TRUE(client.readBytes(60000));
     const std::string rest = client.body().substr(8000);
     EXPECT_TRUE(isPartOf(decoded(rest).notes(), notes(), 5));
-    StreamClient sound(port(), mp3);
+    StreamClient sound(port(), Mp3);
     ASSERT_TRUE(sound.readBytes(60000));
     EXPECT_NE(sound.body().substr(0, 8000), client.body().substr(0, 8000));
     EXPECT_EQ(sound.body().substr(8000, 50000), client.body().substr(8000, 50000));
@@ -134,12 +134,12 @@ TEST_F(StreamFaults, RefuseAStreamForACount)
 {
     m_server.fail("http-status@/stream/:503*2");
     for (const int status : {503, 503, 200}) {
-        StreamClient client(port(), mp3);
+        StreamClient client(port(), Mp3);
         client.readBytes(1);
         EXPECT_EQ(client.status(), status);
     }
     m_server.fail("retry-after@/stream/:7*1");
-    StreamClient client(port(), mp3);
+    StreamClient client(port(), Mp3);
     client.readToEnd();
     EXPECT_EQ(client.status(), 503);
     EXPECT_EQ(client.header("retry-after"), "7");
@@ -152,29 +152,29 @@ TEST_F(StreamFaults, RedirectAStream)
         FetchOptions options;
         options.timeoutMilliseconds = 1500;
         options.redirects = hops;
-        const Fetched answer = fetch(m_server.url(mp3), options);
+        const Fetched answer = fetch(m_server.url(Mp3), options);
         EXPECT_EQ(answer.code, CURLE_OPERATION_TIMEDOUT);
         EXPECT_EQ(answer.status, 200);
         EXPECT_TRUE(isPartOf(decoded(answer.body).notes(), notes(), 5));
         m_server.fail("redirect-chain@/stream/:" + std::to_string(hops) + "*1");
         options.redirects = hops - 1;
-        EXPECT_EQ(fetch(m_server.url(mp3), options).code, CURLE_TOO_MANY_REDIRECTS);
+        EXPECT_EQ(fetch(m_server.url(Mp3), options).code, CURLE_TOO_MANY_REDIRECTS);
     }
 }
 
 TEST_F(StreamFaults, ActOnARedirectedStreamByItsOwnPath)
 {
     m_server.fail("redirect-chain@/stream/:2*1");
-    StreamClient client(port(), "/_hops/0" + std::string(mp3));
-    ASSERT_TRUE(client.readBytes(some));
-    m_server.fail(std::string("stream-close@") + mp3 + ":0*1");
+    StreamClient client(port(), "/_hops/0" + std::string(Mp3));
+    ASSERT_TRUE(client.readBytes(Some));
+    m_server.fail(std::string("stream-close@") + Mp3 + ":0*1");
     EXPECT_EQ(client.readToEnd(), End::Closed);
 }
 
 TEST_F(StreamFaults, AnswerAStreamWithALoginPage)
 {
     m_server.fail("login-page@/stream/*1");
-    const Fetched answer = fetch(m_server.url(mp3));
+    const Fetched answer = fetch(m_server.url(Mp3));
     EXPECT_EQ(answer.status, 200);
     EXPECT_THAT(answer.headers, HasSubstr("Content-Type: text/html"));
     EXPECT_THAT(answer.body, HasSubstr("<form"));
@@ -182,18 +182,18 @@ TEST_F(StreamFaults, AnswerAStreamWithALoginPage)
 
 TEST_F(StreamFaults, TakeStreamsDownForATime)
 {
-    StreamClient running(port(), mp3);
-    ASSERT_TRUE(running.readBytes(some));
+    StreamClient running(port(), Mp3);
+    ASSERT_TRUE(running.readBytes(Some));
     m_server.fail("down@/stream/:1");
     EXPECT_EQ(running.readToEnd(), End::Reset);
-    StreamClient refused(port(), mp3);
+    StreamClient refused(port(), Mp3);
     EXPECT_EQ(refused.readToEnd(), End::Reset);
     EXPECT_EQ(refused.status(), 0);
     EXPECT_EQ(fetch(m_server.url("/Browse.ashx")).status, 200);
     EXPECT_EQ(faults(), "{\"faults\":[\"down@/stream/:1\"]}\n");
     int status = 0;
     for (int i = 0; i < 300 && status == 0; ++i) {
-        StreamClient again(port(), mp3);
+        StreamClient again(port(), Mp3);
         again.readBytes(1);
         status = again.status();
         std::this_thread::sleep_for(std::chrono::milliseconds(10));

@@ -93,17 +93,17 @@ INSTANTIATE_TEST_SUITE_P(StreamServer, EachCodec,
 
 TEST(StreamServer, IsPacedInRealTimeAfterTheBurst)
 {
-    constexpr double bytesPerSecond = 128 * 1000 / 8;
+    constexpr double BytesPerSecond = 128 * 1000 / 8;
     const RunningServer server;
     StreamClient client(server.port(), "/stream/s29001/1.mp3");
     client.readFor(1000);
     const auto burst = static_cast<double>(client.body().size());
-    EXPECT_GT(burst, 3.5 * bytesPerSecond);
-    EXPECT_LT(burst, 6.5 * bytesPerSecond);
+    EXPECT_GT(burst, 3.5 * BytesPerSecond);
+    EXPECT_LT(burst, 6.5 * BytesPerSecond);
     client.readFor(3000);
     const double later = static_cast<double>(client.body().size()) - burst;
-    EXPECT_GT(later, 0.5 * 3 * bytesPerSecond);
-    EXPECT_LT(later, 1.5 * 3 * bytesPerSecond);
+    EXPECT_GT(later, 0.5 * 3 * BytesPerSecond);
+    EXPECT_LT(later, 1.5 * 3 * BytesPerSecond);
 }
 
 TEST(StreamServer, AnswersHeadWithHeadersOnly)
@@ -112,7 +112,7 @@ TEST(StreamServer, AnswersHeadWithHeadersOnly)
     StreamClient client(server.port(), "/stream/s29001/1.mp3", "Icy-MetaData: 1\r\n", 0, "HEAD");
     EXPECT_EQ(client.readToEnd(), StreamClient::End::Closed);
     EXPECT_EQ(client.header("content-type"), "audio/mpeg");
-    EXPECT_EQ(client.header("icy-metaint"), std::to_string(IcyMetadata::interval));
+    EXPECT_EQ(client.header("icy-metaint"), std::to_string(IcyMetadata::Interval));
     EXPECT_EQ(client.body(), "");
 }
 
@@ -137,9 +137,9 @@ Unwoven unwoven(const std::string &body)
 {
     Unwoven result;
     std::size_t at = 0;
-    while (at + IcyMetadata::interval < body.size()) {
-        result.audio += body.substr(at, IcyMetadata::interval);
-        at += IcyMetadata::interval;
+    while (at + IcyMetadata::Interval < body.size()) {
+        result.audio += body.substr(at, IcyMetadata::Interval);
+        at += IcyMetadata::Interval;
         const std::size_t length = static_cast<unsigned char>(body[at]) * 16u;
         if (length > 0)
             result.titles.emplace_back(body.substr(at + 1, length).c_str());
@@ -154,12 +154,12 @@ TEST(StreamServer, InsertsChangingTitlesOnRequest)
     const RunningServer server;
     const Tunes tunes(server, "s29016");
     // The burst and one more block, which comes one or two seconds later.
-    constexpr std::size_t wanted[] {84000, 52000};
+    constexpr std::size_t Wanted[] {84000, 52000};
     for (std::size_t i = 0; i < tunes.count(); ++i) {
         const std::string path = tunes.path(i);
         StreamClient client(server.port(), path + "?title_seconds=1", "Icy-MetaData: 1\r\n");
-        EXPECT_TRUE(client.readBytes(wanted[i]));
-        EXPECT_EQ(client.header("icy-metaint"), std::to_string(IcyMetadata::interval));
+        EXPECT_TRUE(client.readBytes(Wanted[i]));
+        EXPECT_EQ(client.header("icy-metaint"), std::to_string(IcyMetadata::Interval));
         const Unwoven content = unwoven(client.body());
         ASSERT_GE(content.titles.size(), 2u) << path;
         EXPECT_NE(content.titles[0], content.titles[1]);
@@ -178,10 +178,10 @@ TEST(StreamServer, LimitsTheNumberOfStreams)
 {
     const RunningServer server;
     // Streams that have not started count as well, and need no encoder.
-    server.fail("slow-headers@/stream/:3600*" + std::to_string(HttpServer::maxStreams));
+    server.fail("slow-headers@/stream/:3600*" + std::to_string(HttpServer::MaxStreams));
     std::list<StreamClient> clients;
     std::string left;
-    for (std::size_t i = 0; i < HttpServer::maxStreams; ++i) {
+    for (std::size_t i = 0; i < HttpServer::MaxStreams; ++i) {
         clients.emplace_back(server.port(), "/stream/s29001/8.aac");
         left = fetch(server.url("/_faults"))
                    .body; // a round trip, so that the backlog of connections does not fill up
@@ -210,11 +210,11 @@ TEST(StreamServer, DropsAClientThatDoesNotRead)
     StreamClient lazy(server.port(), "/stream/s20105/1.mp3", {}, 4096);
     const Tunes others(server, "s29001"); // other clients are served meanwhile
     EXPECT_EQ(others.count(), 8u);
-    std::this_thread::sleep_for(std::chrono::duration<double>(AudioDelivery::patienceSeconds + 2));
+    std::this_thread::sleep_for(std::chrono::duration<double>(AudioDelivery::PatienceSeconds + 2));
     lazy.readToEnd();
     EXPECT_NE(lazy.end(), StreamClient::End::Open);
     // The buffers of the kernel and the server, not seven seconds of audio at 320 kbit/s.
-    EXPECT_LT(lazy.body().size(), 4 * AudioDelivery::maxWaiting);
+    EXPECT_LT(lazy.body().size(), 4 * AudioDelivery::MaxWaiting);
 }
 
 TEST(StreamServer, EpisodesAreFilesWithLengthAndRanges)
@@ -278,12 +278,12 @@ std::vector<std::string> addresses(const std::string &playlist)
 /// How many pieces of 20 ms are no pure tone of the melody, by their position within a note.
 std::array<int, 25> uncleanPieces(const Sound &sound, const std::vector<double> &melody)
 {
-    constexpr std::size_t piece = Sound::rate / 50;
+    constexpr std::size_t Piece = Sound::Rate / 50;
     std::array<int, 25> unclean {};
-    for (std::size_t i = 0; (i + 1) * piece <= sound.samples.size(); ++i) {
+    for (std::size_t i = 0; (i + 1) * Piece <= sound.samples.size(); ++i) {
         double best = 0;
         for (const double note : melody)
-            best = std::max(best, sound.share(i * piece, piece, note));
+            best = std::max(best, sound.share(i * Piece, Piece, note));
         unclean[i % unclean.size()] += best < 0.9 ? 1 : 0;
     }
     return unclean;

@@ -18,7 +18,7 @@ using testing::StartsWith;
 
 namespace {
 
-constexpr char here[] = "http://directory.test:8080";
+constexpr char Here[] = "http://directory.test:8080";
 
 class StreamsPage : public DirectoryTest {
 protected:
@@ -27,8 +27,8 @@ protected:
     {
         std::vector<std::string> found;
         const std::string text = answer(target).body;
-        for (std::size_t at = text.find(here); at != std::string::npos; at = text.find(here, at)) {
-            at += sizeof here - 1;
+        for (std::size_t at = text.find(Here); at != std::string::npos; at = text.find(Here, at)) {
+            at += sizeof Here - 1;
             found.push_back(text.substr(at, text.find_first_of("\"<\n", at) - at));
         }
         return found;
@@ -123,7 +123,7 @@ TEST_F(StreamsPage, TrialsBehaveAsTheirNamesSay)
     EXPECT_TRUE(answer("/stream/s29005/2.mp3").audio.live);
     EXPECT_THAT(valuesOf(body("/Tune.ashx?id=s29006&render=json"), "url"),
         ElementsAre(
-            "http://127.0.0.1:1/stream/s29006/1.mp3", std::string(here) + "/stream/s29006/2.mp3"));
+            "http://127.0.0.1:1/stream/s29006/1.mp3", std::string(Here) + "/stream/s29006/2.mp3"));
     const std::vector<std::string> deadFirst = entries("/stream/s29007/1.m3u");
     ASSERT_EQ(deadFirst.size(), 2u);
     EXPECT_EQ(answer(deadFirst[0]).status, 404);
@@ -154,11 +154,11 @@ TEST_F(StreamsPage, EverySampleExists)
 {
     for (const Json &row : body("/Search.ashx?query=aa2")) {
         const std::string url = row["URL"];
-        const Answer sample = answer(url.substr(sizeof here - 1));
+        const Answer sample = answer(url.substr(sizeof Here - 1));
         EXPECT_EQ(sample.status, 200) << url;
         if (sample.audio)
             continue;
-        for (const std::string &entry : entries(url.substr(sizeof here - 1)))
+        for (const std::string &entry : entries(url.substr(sizeof Here - 1)))
             EXPECT_TRUE(answer(entry).audio.live) << entry;
     }
 }
@@ -181,7 +181,7 @@ TEST_F(StreamsPage, ReturnsTheMelodyOfEachStream)
     ASSERT_EQ(tunes["streams"].size(), 1u);
     EXPECT_EQ(tunes["streams"][0]["path"], "/stream/s29002/1.m3u");
     EXPECT_EQ(tunes["streams"][0]["leads_to"], "/stream/s29002/1.mp3");
-    EXPECT_EQ((tunes["streams"][0]["notes"].get<std::array<double, Melody::noteCount>>()),
+    EXPECT_EQ((tunes["streams"][0]["notes"].get<std::array<double, Melody::NoteCount>>()),
         Melody("s29002", 0).notes());
     EXPECT_EQ(tunes["streams"][0]["note_seconds"], 0.5);
     EXPECT_EQ(answer("/_tunes?id=s1").status, 404);
@@ -198,7 +198,7 @@ TEST_F(StreamsPage, InvalidRangesAreIgnored)
 
 TEST(Hls, TheWindowEndsWithTheLastCompleteSegment)
 {
-    const std::uint64_t now = 1000 * Hls::segmentMilliseconds + 5;
+    const std::uint64_t now = 1000 * Hls::SegmentMilliseconds + 5;
     EXPECT_EQ(Hls::newest(now), 999u);
     const std::string playlist = Hls::mediaPlaylist("x-", now);
     EXPECT_THAT(playlist, HasSubstr("#EXT-X-MEDIA-SEQUENCE:995\n#EXTINF:2.048,\nx-995.ts\n"));
@@ -207,7 +207,7 @@ TEST(Hls, TheWindowEndsWithTheLastCompleteSegment)
     EXPECT_FALSE(Hls::available(1000, now));
     EXPECT_TRUE(Hls::available(990, now));
     EXPECT_FALSE(Hls::available(989, now));
-    EXPECT_THAT(Hls::mediaPlaylist("", now + Hls::segmentMilliseconds),
+    EXPECT_THAT(Hls::mediaPlaylist("", now + Hls::SegmentMilliseconds),
         HasSubstr("#EXT-X-MEDIA-SEQUENCE:996\n"));
 }
 
@@ -224,17 +224,17 @@ std::uint64_t firstTime(const std::string &segment)
 
 TEST(Hls, SegmentsAreWholePacketsThatContinueInTime)
 {
-    constexpr std::uint64_t number = 876594977;
+    constexpr std::uint64_t Number = 876594977;
     const Melody melody("s29001", 0);
-    const std::string first = Hls::segment(melody, 64, number);
-    const std::string second = Hls::segment(melody, 64, number + 1);
+    const std::string first = Hls::segment(melody, 64, Number);
+    const std::string second = Hls::segment(melody, 64, Number + 1);
     for (const std::string &segment : {first, second}) {
         ASSERT_EQ(segment.size() % 188, 0u);
         for (std::size_t at = 0; at < segment.size(); at += 188)
             ASSERT_EQ(segment[at], 0x47) << at;
     }
-    constexpr std::uint64_t mask = (std::uint64_t {1} << 33) - 1;
-    EXPECT_EQ((firstTime(second) - firstTime(first)) & mask, Hls::segmentMilliseconds * 90);
+    constexpr std::uint64_t Mask = (std::uint64_t {1} << 33) - 1;
+    EXPECT_EQ((firstTime(second) - firstTime(first)) & Mask, Hls::SegmentMilliseconds * 90);
 }
 
 TEST(Hls, SegmentsFitIntoTheBandwidthOfTheMasterPlaylist)
@@ -246,7 +246,7 @@ TEST(Hls, SegmentsFitIntoTheBandwidthOfTheMasterPlaylist)
         const auto bandwidth = static_cast<std::size_t>(
             parseNumber(playlist.substr(start, playlist.find(',') - start)));
         const std::size_t bytes = Hls::segment(Melody("s29001", 0), bitrate, 876594977).size();
-        EXPECT_LE(bytes * 8 * 1000 / Hls::segmentMilliseconds, bandwidth) << bitrate;
+        EXPECT_LE(bytes * 8 * 1000 / Hls::SegmentMilliseconds, bandwidth) << bitrate;
     }
 }
 

@@ -14,7 +14,7 @@
 namespace directory::test {
 
 /// Monday 2026-03-16 07:30:00 UTC.
-constexpr std::int64_t mondayMorning = 1773646200;
+constexpr std::int64_t MondayMorning = 1773646200;
 
 const Catalog &shippedCatalog();
 
@@ -33,7 +33,7 @@ protected:
     const Station &stationNamed(const std::string &name) const;
     const Show &showNamed(const std::string &title) const;
 
-    std::int64_t m_now = mondayMorning;
+    std::int64_t m_now = MondayMorning;
 
 private:
     Directory m_directory {shippedCatalog(), [this] { return m_now; }};

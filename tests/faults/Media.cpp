@@ -155,10 +155,10 @@ QByteArray garbage(int size)
 
 QByteArray wavHead(int channels)
 {
-    constexpr quint32 unknown = 0x7fffffff;
+    constexpr quint32 Unknown = 0x7fffffff;
     const auto frame = static_cast<quint32>(channels) * 2;
     QByteArray head = "RIFF";
-    appendLittle(head, unknown, 4);
+    appendLittle(head, Unknown, 4);
     head += "WAVEfmt ";
     appendLittle(head, 16, 4);
     appendLittle(head, 1, 2);
@@ -168,7 +168,7 @@ QByteArray wavHead(int channels)
     appendLittle(head, frame, 2);
     appendLittle(head, 16, 2);
     head += "data";
-    appendLittle(head, unknown, 4);
+    appendLittle(head, Unknown, 4);
     return head;
 }
 

@@ -13,14 +13,14 @@ namespace ear {
 
 namespace {
 
-constexpr double pi = 3.14159265358979;
-constexpr double tolerance = 0.01;
-constexpr std::size_t window = Sound::rate / 10;
+constexpr double Pi = 3.14159265358979;
+constexpr double Tolerance = 0.01;
+constexpr std::size_t Window = Sound::Rate / 10;
 
 /// The energy of a tone with that frequency (Goertzel).
 double energy(const float *samples, std::size_t count, double frequency)
 {
-    const double turn = 2 * std::cos(2 * pi * frequency / Sound::rate);
+    const double turn = 2 * std::cos(2 * Pi * frequency / Sound::Rate);
     double last = 0;
     double beforeLast = 0;
     for (std::size_t i = 0; i < count; ++i) {
@@ -47,7 +47,7 @@ double loudest(const float *samples, std::size_t count)
 
 bool alike(double a, double b)
 {
-    return std::abs(a - b) < tolerance * b;
+    return std::abs(a - b) < Tolerance * b;
 }
 
 void append(Sound &sound, GstSample *sample)
@@ -87,8 +87,8 @@ std::vector<double> Sound::notes() const
     std::vector<double> found;
     double current = 0;
     int length = 0;
-    for (std::size_t at = 0; at + window <= samples.size(); at += window) {
-        const double frequency = loudest(&samples[at], window);
+    for (std::size_t at = 0; at + Window <= samples.size(); at += Window) {
+        const double frequency = loudest(&samples[at], Window);
         length = current > 0 && alike(frequency, current) ? length + 1 : 1;
         current = frequency;
         if (length == 3)

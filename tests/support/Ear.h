@@ -10,11 +10,11 @@
 namespace ear {
 
 struct Sound {
-    static constexpr int rate = 12000;
+    static constexpr int Rate = 12000;
     std::vector<float> samples; ///< mono
     std::string error; ///< what the decoder complained about, last
 
-    double seconds() const { return static_cast<double>(samples.size()) / rate; }
+    double seconds() const { return static_cast<double>(samples.size()) / Rate; }
     double loudness() const; ///< root mean square of full scale
     /// The notes in their order, in Hz; a note must last for 0.3 seconds to count.
     std::vector<double> notes() const;

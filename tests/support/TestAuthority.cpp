@@ -48,13 +48,13 @@ X509Certificate makeCertificate(const char *name, EVP_PKEY *key, X509 *issuer, E
     TestAuthority::Validity validity)
 {
     static int serial = 1;
-    constexpr long hour = 3600;
+    constexpr long Hour = 3600;
     X509Certificate certificate(X509_new());
     X509 *const x = certificate.get();
     require(x && X509_set_version(x, 2) == 1, "certificate");
     ASN1_INTEGER_set(X509_get_serialNumber(x), ++serial);
-    X509_gmtime_adj(X509_getm_notBefore(x), validity == TestAuthority::Future ? hour : -48 * hour);
-    X509_gmtime_adj(X509_getm_notAfter(x), validity == TestAuthority::Past ? -hour : 48 * hour);
+    X509_gmtime_adj(X509_getm_notBefore(x), validity == TestAuthority::Future ? Hour : -48 * Hour);
+    X509_gmtime_adj(X509_getm_notAfter(x), validity == TestAuthority::Past ? -Hour : 48 * Hour);
     X509_set_pubkey(x, key);
     X509_NAME_add_entry_by_txt(X509_get_subject_name(x), "CN", MBSTRING_ASC,
         reinterpret_cast<const unsigned char *>(name), -1, -1, 0);

@@ -140,7 +140,7 @@ protected:
     QByteArray errors; ///< all error responses of the host
 };
 
-TEST_F(AccountSystem, everyOperationSendsExactlyItsItems)
+TEST_F(AccountSystem, EveryOperationSendsExactlyItsItems)
 {
     requests();
     const QString withSerial = text("&serial=") + serial;
@@ -215,7 +215,7 @@ TEST_F(AccountSystem, everyOperationSendsExactlyItsItems)
     EXPECT_THAT(requests(), ElementsAre(line(text("reset"))));
 }
 
-TEST_F(AccountSystem, aReadAnswersOnlyTypeAndValue)
+TEST_F(AccountSystem, AReadAnswersOnlyTypeAndValue)
 {
     ASSERT_EQ(create().summary(), "done");
     ASSERT_EQ(join().summary(), "done");
@@ -233,7 +233,7 @@ TEST_F(AccountSystem, aReadAnswersOnlyTypeAndValue)
                 QVariantHash {{text("operation"), 5}, {text("userName"), text(userName)}}}}));
 }
 
-TEST_F(AccountSystem, everyFaultHasItsNameAndMessage)
+TEST_F(AccountSystem, EveryFaultHasItsNameAndMessage)
 {
     const char invalidEmail[]
         = "VeskError:1: The given email address is of invalid form (empty or incorrect).";
@@ -264,7 +264,7 @@ TEST_F(AccountSystem, everyFaultHasItsNameAndMessage)
     EXPECT_EQ(status().account.value(text("userName")).toString(), text(userName));
 }
 
-TEST_F(AccountSystem, aFaultHasTheSameTextInEveryOperation)
+TEST_F(AccountSystem, AFaultHasTheSameTextInEveryOperation)
 {
     struct Case {
         const char *fault;
@@ -312,7 +312,7 @@ TEST_F(AccountSystem, aFaultHasTheSameTextInEveryOperation)
     EXPECT_EQ(status().name, text("VeskError:7"));
 }
 
-TEST_F(AccountSystem, malformedAnswersAreErrors)
+TEST_F(AccountSystem, MalformedAnswersAreErrors)
 {
     QFile answer(folder.filePath(text("answer.json")));
     const auto answerWith = [&](const char *body) {
@@ -336,7 +336,7 @@ TEST_F(AccountSystem, malformedAnswersAreErrors)
     EXPECT_EQ(call("claim").summary(), "VeskError: Invalid response.");
 }
 
-TEST_F(AccountSystem, invalidOperationsAreNotSent)
+TEST_F(AccountSystem, InvalidOperationsAreNotSent)
 {
     requests();
     const char unusable[] = "VeskError: Invalid password or user name.";
@@ -358,7 +358,7 @@ TEST_F(AccountSystem, invalidOperationsAreNotSent)
     EXPECT_THAT(requests(), IsEmpty());
 }
 
-TEST_F(AccountSystem, aClaimCodeLinksTheDevice)
+TEST_F(AccountSystem, AClaimCodeLinksTheDevice)
 {
     ASSERT_EQ(create().summary(), "done");
     EXPECT_EQ(status().name, text("VeskError:7"));
@@ -375,7 +375,7 @@ TEST_F(AccountSystem, aClaimCodeLinksTheDevice)
     EXPECT_EQ(product.ctl({text("account"), text("status")}).out, text("quokka\n"));
 }
 
-TEST_F(AccountSystem, veskctlLinksAndUnlinks)
+TEST_F(AccountSystem, VeskctlLinksAndUnlinks)
 {
     const auto account = [this](const QStringList &arguments, const char *input = "") {
         const Outcome outcome = product.ctl(QStringList {text("account")} + arguments, input);
@@ -397,7 +397,7 @@ TEST_F(AccountSystem, veskctlLinksAndUnlinks)
     EXPECT_THAT(account({text("claim")}).out.toStdString(), HasSubstr("/mydevice"));
 }
 
-TEST_F(AccountSystem, aLinkedDeviceShowsTheAccountsFavorites)
+TEST_F(AccountSystem, ALinkedDeviceShowsTheAccountsFavorites)
 {
     const auto favorite = [&](const char *what, int row) {
         EXPECT_EQ(
@@ -451,7 +451,7 @@ protected:
     }
 };
 
-TEST_F(AccountSecrets, stayOutOfLogsErrorsAndFiles)
+TEST_F(AccountSecrets, StayOutOfLogsErrorsAndFiles)
 {
     const char odd[] = "p&=s +%1z";
     const char wrong[] = "Wr0ngW0rd";
@@ -522,7 +522,7 @@ protected:
     int errorLines() { return filesBelow(folder.path()).count(" ERROR "); }
 };
 
-TEST_F(AccountLog, aPolledFaultIsNotLoggedAsAnError)
+TEST_F(AccountLog, APolledFaultIsNotLoggedAsAnError)
 {
     ASSERT_EQ(status().name, text("VeskError:7"));
     ASSERT_EQ(product.stopHost(), 0);
@@ -536,7 +536,7 @@ TEST_F(AccountLog, aPolledFaultIsNotLoggedAsAnError)
     EXPECT_EQ(errorLines(), 2 * once);
 }
 
-TEST_F(AccountSecrets, aTextInPlaceOfAnAccountStaysOutOfItsError)
+TEST_F(AccountSecrets, ATextInPlaceOfAnAccountStaysOutOfItsError)
 {
     const QVariantHash value {{text("type"), 115}, {text("tuneInAccount"), text(password)}};
     EXPECT_EQ(resultOf(write(value), {}).summary(), "VeskError: Unknown method");

@@ -57,7 +57,7 @@ QVariantHash status(const Product &product)
 
 class ImpostorAtTheAddress : public testing::TestWithParam<Impostor> { };
 
-TEST_P(ImpostorAtTheAddress, receivesNoCredentials)
+TEST_P(ImpostorAtTheAddress, ReceivesNoCredentials)
 {
     static TestAuthority stranger("Somebody");
     TestAuthority &issuer = GetParam().known ? authority() : stranger;
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(Account, ImpostorAtTheAddress,
         Impostor {"a host with its name in it", "opml.radiotime.com.example.org",
             TestAuthority::Now, true}));
 
-TEST(AccountWithoutTls, isNeverRequestedOverPlainHttp)
+TEST(AccountWithoutTls, IsNeverRequestedOverPlainHttp)
 {
     ScriptedServer plain(success);
     const Product product({text("--connect-to"),
@@ -105,7 +105,7 @@ TEST(AccountWithoutTls, isNeverRequestedOverPlainHttp)
     EXPECT_EQ(product.requestLog().filter(text("Account.ashx")), QStringList());
 }
 
-TEST(AccountWithoutTls, followsNoRedirectToPlainHttp)
+TEST(AccountWithoutTls, FollowsNoRedirectToPlainHttp)
 {
     ScriptedServer plain(success);
     const TestAuthority::Certificate certificate = authority().issue(host);

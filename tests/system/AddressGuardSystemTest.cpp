@@ -55,9 +55,9 @@ protected:
     }
 };
 
-TEST_F(AddressGuardSystem, openingAnAddressChangesAndReportsNothing)
+TEST_F(AddressGuardSystem, OpeningAnAddressChangesAndReportsNothing)
 {
-    ASSERT_THAT(favorites(), testing::ElementsAre(noFavorites));
+    ASSERT_THAT(favorites(), testing::ElementsAre(NoFavorites));
     RawWebSocket page(product.hostPort());
     requests();
     for (const QString &path : harmful()) {
@@ -69,10 +69,10 @@ TEST_F(AddressGuardSystem, openingAnAddressChangesAndReportsNothing)
         EXPECT_NE(product.ctl({text("ls"), path}).code, 0);
     }
     EXPECT_THAT(requests(), IsEmpty());
-    EXPECT_THAT(favorites(), testing::ElementsAre(noFavorites));
+    EXPECT_THAT(favorites(), testing::ElementsAre(NoFavorites));
 }
 
-TEST_F(AddressGuardSystem, rowsOfAListOpen)
+TEST_F(AddressGuardSystem, RowsOfAListOpen)
 {
     const Item item = station();
     const QString wizard = menu(item.playerMenu).value(2).path;
@@ -84,7 +84,7 @@ TEST_F(AddressGuardSystem, rowsOfAListOpen)
 }
 
 /// A link to a screen with an offer, then a link to the offer: neither is a click of the user.
-TEST_F(AddressGuardSystem, anOfferReachedByALinkDoesNotOpen)
+TEST_F(AddressGuardSystem, AnOfferReachedByALinkDoesNotOpen)
 {
     const Item item = station();
     const QString wizard = text("TuneIn:browse?guideId=s29001&veskTuneInMethod=wizard");

@@ -24,8 +24,8 @@
 
 namespace {
 
-constexpr char interrupted[] = "The TuneIn service was interrupted. Please try again.";
-constexpr char musicScreen[] = "TuneIn:browse/uri/Browse.ashx?c=music";
+constexpr char Interrupted[] = "The TuneIn service was interrupted. Please try again.";
+constexpr char MusicScreen[] = "TuneIn:browse/uri/Browse.ashx?c=music";
 
 /// The path of a favorites entry for an item without a guide id.
 QString entryOfNothing()
@@ -36,17 +36,17 @@ QString entryOfNothing()
 }
 
 /// Decoded silence stays below this amplitude.
-constexpr float inaudible = 0.001F;
+constexpr float Inaudible = 0.001F;
 
 double longestSilence(const ear::Sound &sound)
 {
     std::size_t longest = 0;
     std::size_t length = 0;
     for (const float sample : sound.samples) {
-        length = std::abs(sample) < inaudible ? length + 1 : 0;
+        length = std::abs(sample) < Inaudible ? length + 1 : 0;
         longest = std::max(longest, length);
     }
-    return static_cast<double>(longest) / ear::Sound::rate;
+    return static_cast<double>(longest) / ear::Sound::Rate;
 }
 
 /// Repeats an action on a thread of its own until destroyed.
@@ -84,7 +84,7 @@ struct Answers {
         const QString error
             = answer.value(text("error")).toHash().value(text("message")).toString();
         const QVariantHash result = answer.value(text("result")).toHash();
-        if (error == text(interrupted))
+        if (error == text(Interrupted))
             ++interruptions;
         else if (error.isEmpty() && !result.value(text("rows")).toList().isEmpty())
             ++withRows;
@@ -167,7 +167,7 @@ protected:
     static void expectInterruption(const QVariantHash &answer)
     {
         EXPECT_EQ(answer.value(text("error")).toHash().value(text("message")).toString(),
-            text(interrupted))
+            text(Interrupted))
             << VeskJson::write(answer).constData();
     }
     /// Opens the context menu of a station without a guide id.
@@ -277,7 +277,7 @@ int rounds()
     return isNumber ? given : 8;
 }
 
-TEST_F(DeathsSystem, thePluginsProcessIsReplacedWhileTheMusicPlays)
+TEST_F(DeathsSystem, ThePluginsProcessIsReplacedWhileTheMusicPlays)
 {
     startPlaying();
     const qint64 host = product.host().processId();
@@ -301,7 +301,7 @@ TEST_F(DeathsSystem, thePluginsProcessIsReplacedWhileTheMusicPlays)
                 QElapsedTimer asked;
                 asked.start();
                 const QVariantHash answer = product.rpc(text("getRows"),
-                    {{text("path"), text(musicScreen)},
+                    {{text("path"), text(MusicScreen)},
                         {text("roles"), QStringList {text("title")}}});
                 answers.add(answer, asked.elapsed());
             });
@@ -391,7 +391,7 @@ void PrintTo(const Meddling &meddling, std::ostream *out)
 
 class DeathsSystemReports : public DeathsSystem, public testing::WithParamInterface<Meddling> { };
 
-TEST_P(DeathsSystemReports, neverExceedTheTimeHeard)
+TEST_P(DeathsSystemReports, NeverExceedTheTimeHeard)
 {
     const Meddling &meddling = GetParam();
     startPlaying();

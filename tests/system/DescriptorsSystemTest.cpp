@@ -120,7 +120,7 @@ protected:
     }
 };
 
-TEST_F(DescriptorsSystem, processesOfTheHostInheritNoDescriptors)
+TEST_F(DescriptorsSystem, ProcessesOfTheHostInheritNoDescriptors)
 {
     RawWebSocket client(product.hostPort());
     ASSERT_TRUE(client.ask("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"player.state\"}")
@@ -146,7 +146,7 @@ TEST_F(DescriptorsSystem, processesOfTheHostInheritNoDescriptors)
 }
 
 /// GStreamer runs a scanner program for plug-ins that are not in its registry.
-TEST(DescriptorsSystemTest, theCodecScannerInheritsNoDescriptors)
+TEST(DescriptorsSystemTest, TheCodecScannerInheritsNoDescriptors)
 {
     const QTemporaryDir folder;
     const QString seen = folder.filePath(text("seen"));
@@ -171,7 +171,7 @@ TEST(DescriptorsSystemTest, theCodecScannerInheritsNoDescriptors)
 }
 
 /// A connection that the replaced process had inherited would outlive the station.
-TEST_F(DescriptorsSystem, aStationsConnectionIsClosedAfterTheProcessWasReplaced)
+TEST_F(DescriptorsSystem, AStationsConnectionIsClosedAfterTheProcessWasReplaced)
 {
     const auto replaceWorker = [this] {
         const qint64 former = worker();

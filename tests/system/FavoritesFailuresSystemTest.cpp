@@ -70,7 +70,7 @@ QByteArray faultAt(const Failing &each, const char *page)
     return QByteArray(each.fault).replace("%1", page);
 }
 
-TEST_F(FavoritesLog, aFailedChangeIsReportedAndLosesNothing)
+TEST_F(FavoritesLog, AFailedChangeIsReportedAndLosesNothing)
 {
     const QList<Item> trials = found("trial");
     runFirstOf(trials.value(0).browserMenu);
@@ -89,7 +89,7 @@ TEST_F(FavoritesLog, aFailedChangeIsReportedAndLosesNothing)
             EXPECT_TRUE(
                 isLogged("TuneInAddRemovePresetsNode::on_node_invoke: %1: failed, error: '"));
             EXPECT_EQ(favorites(), before);
-            EXPECT_EQ(titleIn(menuPath), i == 0 ? removeTitle : addTitle);
+            EXPECT_EQ(titleIn(menuPath), i == 0 ? RemoveTitle : AddTitle);
         }
     }
     EXPECT_TRUE(runFirstOf(trials.value(1).browserMenu).contains(text("result")));
@@ -97,32 +97,32 @@ TEST_F(FavoritesLog, aFailedChangeIsReportedAndLosesNothing)
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Trial 02")));
 }
 
-TEST_F(FavoritesLog, anItemThatCannotBeLookedUpIsOfferedForAdding)
+TEST_F(FavoritesLog, AnItemThatCannotBeLookedUpIsOfferedForAdding)
 {
     const Item item = station();
     runFirstOf(item.browserMenu);
     for (const Failing &each : failing) {
         SCOPED_TRACE(each.fault);
         product.setFault(faultAt(each, "Describe.ashx"));
-        EXPECT_EQ(titleIn(item.browserMenu), addTitle);
+        EXPECT_EQ(titleIn(item.browserMenu), AddTitle);
         product.clearFaults();
         EXPECT_TRUE(isLogged("CMTuneInWorker: reporting status: failed: error: '"));
-        EXPECT_EQ(titleIn(item.browserMenu), removeTitle);
+        EXPECT_EQ(titleIn(item.browserMenu), RemoveTitle);
     }
     for (const char *body : {"", "{\"element\":\"link\",\"is_preset\":\"true\"}",
              "{\"element\":\"link\"},{\"element\":\"station\",\"is_preset\":\"true\"}"}) {
         answerOnce("Describe.ashx", body);
-        EXPECT_EQ(titleIn(item.browserMenu), addTitle) << body;
+        EXPECT_EQ(titleIn(item.browserMenu), AddTitle) << body;
         EXPECT_TRUE(isLogged("TuneInAddRemovePresetsNode::isPreset: Invalid response!"));
     }
     answerOnce("Describe.ashx", "{\"element\":\"station\",\"is_preset\":\"True\"}");
-    EXPECT_EQ(titleIn(item.browserMenu), addTitle);
+    EXPECT_EQ(titleIn(item.browserMenu), AddTitle);
     answerOnce("Describe.ashx", "{\"element\":\"show\",\"is_preset\":true}");
-    EXPECT_EQ(titleIn(item.browserMenu), removeTitle);
+    EXPECT_EQ(titleIn(item.browserMenu), RemoveTitle);
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Trial 01")));
 }
 
-TEST_F(FavoritesLog, aMenuWithoutItemDoesNothing)
+TEST_F(FavoritesLog, AMenuWithoutItemDoesNothing)
 {
     EXPECT_EQ(titleIn(text("TuneIn:browser_context")), "Error");
     EXPECT_TRUE(isLogged("Query not including 'veskMatchingPath'"));
@@ -148,7 +148,7 @@ protected:
         QStringList ids;
         const QVariantHash answer
             = product.directory(text("/Browse.ashx?c=presets&render=json&formats=")
-                + text(allFormats) + text("&serial=") + serial);
+                + text(AllFormats) + text("&serial=") + serial);
         const QVariantList body = answer.value(text("body")).toList();
         for (const QVariant &row : body)
             ids.append(row.toHash().value(text("guide_id")).toString());
@@ -159,7 +159,7 @@ protected:
     QStringList shown() const
     {
         QStringList ids;
-        const QList<Item> rows = items(text(favoritesScreen));
+        const QList<Item> rows = items(text(FavoritesScreen));
         for (const Item &item : rows)
             ids.append(item.guideId);
         ids.removeAll(QString());
@@ -175,7 +175,7 @@ protected:
     {
         const bool adding = !expected.contains(item.guideId);
         const Entry entry = menu(item.browserMenu).value(0);
-        ASSERT_EQ(entry.title, text(adding ? addTitle : removeTitle));
+        ASSERT_EQ(entry.title, text(adding ? AddTitle : RemoveTitle));
         ASSERT_TRUE(run(entry.path).contains(text("result")));
         note(item, adding);
     }
@@ -222,9 +222,9 @@ unsigned seed()
     return given.isEmpty() ? std::random_device()() : given.toUInt();
 }
 
-TEST_F(FavoritesCrash, hostAndDirectoryAgreeAfterAThousandChangesWithCrashes)
+TEST_F(FavoritesCrash, HostAndDirectoryAgreeAfterAThousandChangesWithCrashes)
 {
-    constexpr int rounds = 1000;
+    constexpr int Rounds = 1000;
     const unsigned chosenSeed = seed();
     std::cout << "VESK_TEST_SEED=" << chosenSeed << '\n';
     std::mt19937 random(chosenSeed);
@@ -233,7 +233,7 @@ TEST_F(FavoritesCrash, hostAndDirectoryAgreeAfterAThousandChangesWithCrashes)
     const QList<Item> trials = found("trial");
     ASSERT_GE(trials.size(), 10);
     int made = 0;
-    while (made < rounds && !HasFatalFailure()) {
+    while (made < Rounds && !HasFatalFailure()) {
         SCOPED_TRACE(testing::Message() << "round " << made);
         const Item &item = trials.at(pick(10));
         if (pick(8) == 0)
@@ -242,7 +242,7 @@ TEST_F(FavoritesCrash, hostAndDirectoryAgreeAfterAThousandChangesWithCrashes)
             change(item);
         ++made;
     }
-    EXPECT_EQ(made, rounds);
+    EXPECT_EQ(made, Rounds);
     expectAgreement();
     std::cout << crashes << " crashes, " << unconfirmed << " of them before the answer\n";
     EXPECT_GT(crashes, 60);

@@ -114,7 +114,7 @@ QVariantHash FavoritesFixture::runFirstOf(const QString &menuPath) const
 std::vector<std::string> FavoritesFixture::favorites() const
 {
     QStringList titles;
-    const QVariantList rows = product.rows(text(favoritesScreen), {text("title")});
+    const QVariantList rows = product.rows(text(FavoritesScreen), {text("title")});
     for (const QVariant &row : rows)
         titles.append(row.toList().value(0).toString());
     return plain(titles);
@@ -143,7 +143,7 @@ void FavoritesFixture::addAndRemove(const QString &menuPath, const char *id, con
     using testing::ElementsAre;
     requests();
     const Entry entry = menu(menuPath).value(0);
-    EXPECT_EQ(entry.title, text(addTitle));
+    EXPECT_EQ(entry.title, text(AddTitle));
     EXPECT_THAT(requests(), ElementsAre(describeRequest(id)));
     const QVariantHash added = run(entry.path);
     EXPECT_TRUE(added.contains(text("result"))) << VeskJson::write(added).toStdString();
@@ -152,12 +152,12 @@ void FavoritesFixture::addAndRemove(const QString &menuPath, const char *id, con
     EXPECT_THAT(favorites(), ElementsAre(testing::HasSubstr(listedAs)));
 
     requests();
-    EXPECT_EQ(titleIn(menuPath), removeTitle);
+    EXPECT_EQ(titleIn(menuPath), RemoveTitle);
     EXPECT_THAT(requests(), ElementsAre(describeRequest(id)));
     EXPECT_TRUE(run(entry.path).contains(text("result")));
     EXPECT_THAT(requests(), ElementsAre(presetRequest("remove", id)));
-    EXPECT_THAT(favorites(), ElementsAre(noFavorites));
-    EXPECT_EQ(titleIn(menuPath), addTitle);
+    EXPECT_THAT(favorites(), ElementsAre(NoFavorites));
+    EXPECT_EQ(titleIn(menuPath), AddTitle);
 }
 
 void FavoritesFixture::answerOnce(const char *page, const QByteArray &body)

@@ -36,11 +36,11 @@ struct Complaint {
 /// A product of its own for each test, and a client's operations on menus and favorites.
 class FavoritesFixture : public testing::Test {
 protected:
-    static constexpr char addTitle[] = "Add to TuneIn Favorites";
-    static constexpr char removeTitle[] = "Remove from TuneIn Favorites";
-    static constexpr char noFavorites[] = "No stations or shows available";
-    static constexpr char favoritesScreen[] = "TuneIn:browse/uri/Browse.ashx?c=presets";
-    static constexpr char allFormats[] = "mp3%2Caac%2Cogg%2Copus%2Cflac%2Chls";
+    static constexpr char AddTitle[] = "Add to TuneIn Favorites";
+    static constexpr char RemoveTitle[] = "Remove from TuneIn Favorites";
+    static constexpr char NoFavorites[] = "No stations or shows available";
+    static constexpr char FavoritesScreen[] = "TuneIn:browse/uri/Browse.ashx?c=presets";
+    static constexpr char AllFormats[] = "mp3%2Caac%2Cogg%2Copus%2Cflac%2Chls";
 
     /// In the host's arguments "%1" is the test's own folder.
     explicit FavoritesFixture(QStringList hostArguments = {});

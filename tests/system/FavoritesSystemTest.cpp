@@ -16,7 +16,7 @@ using testing::HasSubstr;
 
 class FavoritesSystem : public FavoritesFixture { };
 
-TEST_F(FavoritesSystem, aStationIsAddedAndRemovedByEitherMenu)
+TEST_F(FavoritesSystem, AStationIsAddedAndRemovedByEitherMenu)
 {
     const Item item = station();
     ASSERT_EQ(item.guideId, text("s29001"));
@@ -24,7 +24,7 @@ TEST_F(FavoritesSystem, aStationIsAddedAndRemovedByEitherMenu)
     addAndRemove(item.playerMenu, "s29001", "Trial 01 Every Codec");
 }
 
-TEST_F(FavoritesSystem, aShowIsAddedAndRemovedByItsOwnId)
+TEST_F(FavoritesSystem, AShowIsAddedAndRemovedByItsOwnId)
 {
     const Item item = show();
     ASSERT_EQ(item.title, text("Morning Folk"));
@@ -32,20 +32,20 @@ TEST_F(FavoritesSystem, aShowIsAddedAndRemovedByItsOwnId)
     addAndRemove(item.browserMenu, "p3016", "Morning Folk");
 }
 
-TEST_F(FavoritesSystem, addingAnEpisodeAddsItsShow)
+TEST_F(FavoritesSystem, AddingAnEpisodeAddsItsShow)
 {
     const Item item = topic();
     ASSERT_EQ(item.guideId, text("t300301"));
     addAndRemove(item.playerMenu, "p3003", "Kettle & Keys");
 }
 
-TEST_F(FavoritesSystem, anEpisodeWithoutShowIsAddedItself)
+TEST_F(FavoritesSystem, AnEpisodeWithoutShowIsAddedItself)
 {
     CMPath path = CMPath::fromEncoded(topic().playerMenu);
     path.removeParam(text("sid"));
     const QString menuPath = path.toEncoded();
     requests();
-    EXPECT_EQ(titleIn(menuPath), addTitle);
+    EXPECT_EQ(titleIn(menuPath), AddTitle);
     EXPECT_THAT(requests(), ElementsAre(describeRequest("t300301")));
     const QString entry = menu(menuPath).value(0).path;
     requests();
@@ -56,11 +56,11 @@ TEST_F(FavoritesSystem, anEpisodeWithoutShowIsAddedItself)
     // The directory describes an episode as an element that cannot be a favorite; if it is a show,
     // it can.
     answerOnce("Describe.ashx", "{\"element\":\"show\",\"is_preset\":\"true\"}");
-    EXPECT_EQ(titleIn(menuPath), removeTitle);
+    EXPECT_EQ(titleIn(menuPath), RemoveTitle);
     requests();
     EXPECT_TRUE(run(entry).contains(text("result")));
     EXPECT_THAT(requests(), ElementsAre(presetRequest("remove", "t300301")));
-    EXPECT_THAT(favorites(), ElementsAre(noFavorites));
+    EXPECT_THAT(favorites(), ElementsAre(NoFavorites));
 }
 
 class FavoritesWithoutPartner : public FavoritesFixture {
@@ -71,19 +71,19 @@ protected:
     }
 };
 
-TEST_F(FavoritesWithoutPartner, leavesThePartnerIdOut)
+TEST_F(FavoritesWithoutPartner, LeavesThePartnerIdOut)
 {
     device = text("&serial=") + serial;
     addAndRemove(station().browserMenu, "s29001", "Trial 01 Every Codec");
 }
 
-TEST_F(FavoritesSystem, theRootMenuBeginsWithTheFavorites)
+TEST_F(FavoritesSystem, TheRootMenuBeginsWithTheFavorites)
 {
     const QList<Entry> root = menu(text("TuneIn:"));
     ASSERT_GT(root.size(), 1);
     EXPECT_EQ(root.value(0).title, text("Favorites"));
     EXPECT_TRUE(CMPath::fromEncoded(root.value(0).path)
-                    .startsWith(CMPath::fromEncoded(text(favoritesScreen))));
+                    .startsWith(CMPath::fromEncoded(text(FavoritesScreen))));
 
     // The directory's own menu has no favorites.
     answerOnce("Browse.ashx",
@@ -100,7 +100,7 @@ TEST_F(FavoritesSystem, theRootMenuBeginsWithTheFavorites)
     EXPECT_EQ(items(root.value(0).path).value(0).guideId, text("s29001"));
 }
 
-TEST_F(FavoritesSystem, veskctlAddsAndRemoves)
+TEST_F(FavoritesSystem, VeskctlAddsAndRemoves)
 {
     const QStringList place {text("search:trial 01"), text("0")};
     const auto favorite = [&](const char *what) {
@@ -116,11 +116,11 @@ TEST_F(FavoritesSystem, veskctlAddsAndRemoves)
     const Outcome removed = favorite("remove");
     EXPECT_EQ(removed.code, 0) << removed.err.toStdString();
     EXPECT_THAT(requests(), testing::Contains(presetRequest("remove", "s29001")));
-    EXPECT_THAT(favorites(), ElementsAre(noFavorites));
+    EXPECT_THAT(favorites(), ElementsAre(NoFavorites));
     EXPECT_EQ(favorite("remove").code, 0);
 
     const Outcome menu = product.ctl(QStringList {text("menu")} + place);
-    EXPECT_THAT(menu.out.toStdString(), HasSubstr(addTitle));
+    EXPECT_THAT(menu.out.toStdString(), HasSubstr(AddTitle));
     EXPECT_EQ(product.ctl(QStringList {text("menu"), text("--choose"), text("0")} + place).code, 0);
     EXPECT_THAT(favorites(), ElementsAre(HasSubstr("Trial 01 Every Codec")));
     product.setFault("head-fault@Preset.ashx:403");
@@ -199,25 +199,25 @@ std::vector<std::string> all(const QVariantList &news)
     return all;
 }
 
-TEST_F(FavoritesSystem, subscribersAreNotifiedOfEachChange)
+TEST_F(FavoritesSystem, SubscribersAreNotifiedOfEachChange)
 {
     const Item item = station();
     const QString furtherParameters = menu(text("TuneIn:")).value(0).path;
-    ASSERT_NE(furtherParameters, text(favoritesScreen));
+    ASSERT_NE(furtherParameters, text(FavoritesScreen));
     Subscriber client(product.hostPort());
     for (const QString &path : {item.browserMenu, item.playerMenu, furtherParameters,
-             text(favoritesScreen), text("TuneIn:browse/uri/Browse.ashx?c=music"),
+             text(FavoritesScreen), text("TuneIn:browse/uri/Browse.ashx?c=music"),
              text("TuneIn:browser_context?guideId=s29002"), text("TuneIn:browser_context")})
         ASSERT_TRUE(client.subscribe(path));
-    const auto isTold = ElementsAre(reset(text(favoritesScreen)), reset(furtherParameters),
+    const auto isTold = ElementsAre(reset(text(FavoritesScreen)), reset(furtherParameters),
         reset(item.playerMenu), reset(item.browserMenu));
-    constexpr int changes = 4; // the favorites screen has two subscriptions
+    constexpr int Changes = 4; // the favorites screen has two subscriptions
 
-    for (const char *title : {addTitle, removeTitle, addTitle}) {
+    for (const char *title : {AddTitle, RemoveTitle, AddTitle}) {
         EXPECT_EQ(titleIn(item.browserMenu), title);
         EXPECT_THAT(client.news(), testing::IsEmpty());
         ASSERT_TRUE(runFirstOf(item.browserMenu).contains(text("result")));
-        EXPECT_THAT(all(client.news(changes)), isTold);
+        EXPECT_THAT(all(client.news(Changes)), isTold);
     }
 
     product.setFault("head-fault@Preset.ashx:403");
@@ -225,7 +225,7 @@ TEST_F(FavoritesSystem, subscribersAreNotifiedOfEachChange)
     EXPECT_THAT(client.news(), testing::IsEmpty());
     product.clearFaults();
     EXPECT_TRUE(runFirstOf(item.browserMenu).contains(text("result")));
-    EXPECT_THAT(all(client.news(changes)), isTold);
+    EXPECT_THAT(all(client.news(Changes)), isTold);
 }
 
 } // namespace

@@ -8,7 +8,7 @@ namespace {
 
 class PlaySystemFootprint : public PlayFixture { };
 
-TEST_F(PlaySystemFootprint, fiveHundredSwitchesLeaveNothingBehind)
+TEST_F(PlaySystemFootprint, FiveHundredSwitchesLeaveNothingBehind)
 {
     const auto switchTo = [this](int station) {
         play(QStringLiteral("trial%20%1").arg(station % 2 ? text("01") : text("15")));

@@ -29,7 +29,7 @@ struct Misbehaviour {
     const char *problem;
 };
 
-constexpr Misbehaviour misbehaviours[] = {
+constexpr Misbehaviour Misbehaviours[] = {
     {"forbidden_with_a_page", "http-status:403", Refuses, ""},
     {"server_error_with_a_page", "http-status:500", "Invalid data returned.", OutOfOrder},
     {"fault_in_the_head", "head-fault:400,request.idInvalid,Invalid ID for browse", "",
@@ -100,7 +100,7 @@ TEST_P(HostileAnswers, AreReportedAndTheNextRequestIsServed)
     EXPECT_FALSE(s_product->rows(text("TuneIn:browse/uri/Browse.ashx?c=music"), {}).isEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Directory, HostileAnswers, testing::ValuesIn(misbehaviours),
+INSTANTIATE_TEST_SUITE_P(Directory, HostileAnswers, testing::ValuesIn(Misbehaviours),
     [](const testing::TestParamInfo<Misbehaviour> &instance) { return instance.param.name; });
 
 TEST(ServiceFaults, AnEmptyListIsNoFault)

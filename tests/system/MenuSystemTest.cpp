@@ -59,7 +59,7 @@ protected:
     }
 };
 
-TEST_F(ChosenStream, theSecondOfThreePlaysUnderItsStationsTitle)
+TEST_F(ChosenStream, TheSecondOfThreePlaysUnderItsStationsTitle)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=liffey%20lights");
     const Item item = items(screen).value(0);
@@ -103,7 +103,7 @@ TEST_F(ChosenStream, theSecondOfThreePlaysUnderItsStationsTitle)
 }
 
 /// The menu of a chosen stream is opened with the stream's id but applies to its station.
-TEST_F(ChosenStream, hasAContextMenuLikeItsStation)
+TEST_F(ChosenStream, HasAContextMenuLikeItsStation)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=trial%2001");
     ASSERT_TRUE(play(screen, 0));
@@ -117,14 +117,14 @@ TEST_F(ChosenStream, hasAContextMenuLikeItsStation)
     ASSERT_TRUE(product.waitForRequests(text("GET /stream/s29001/3.ogg"), 1));
 }
 
-TEST_F(MenuSystem, theProblemReportOpensUpToItsLastPage)
+TEST_F(MenuSystem, TheProblemReportOpensUpToItsLastPage)
 {
     const Item item = station();
     const Entry wizard = menu(item.playerMenu).value(2);
     EXPECT_EQ(wizard.title, text("Report a problem"));
     requests();
     const QList<Entry> questions = menu(wizard.path);
-    const std::string formats = (text("&formats=") + text(allFormats)).toStdString();
+    const std::string formats = (text("&formats=") + text(AllFormats)).toStdString();
     EXPECT_THAT(requests(),
         ElementsAre("GET /Report.ashx?c=wizard&id=s29001&render=json" + formats
             + device.toStdString() + "&locale=en-US"));

@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(OtherStreamsSystem, aStationWhoseFirstStreamIsDeadPlaysWithinFiveSeconds)
+TEST_F(OtherStreamsSystem, AStationWhoseFirstStreamIsDeadPlaysWithinFiveSeconds)
 {
     for (const char *number : {"05", "06"}) {
         QElapsedTimer clock;
@@ -58,7 +58,7 @@ TEST_F(OtherStreamsSystem, aStationWhoseFirstStreamIsDeadPlaysWithinFiveSeconds)
     }
 }
 
-TEST_F(OtherStreamsSystem, aStationWithoutAStreamThatPlaysIsReportedOnce)
+TEST_F(OtherStreamsSystem, AStationWithoutAStreamThatPlaysIsReportedOnce)
 {
     play(text("trial%2017"));
     ASSERT_TRUE(waitForState(0, 90000));
@@ -69,7 +69,7 @@ TEST_F(OtherStreamsSystem, aStationWithoutAStreamThatPlaysIsReportedOnce)
     EXPECT_THAT(reports.first().toStdString(), HasSubstr("&error=404&message=The%20stream"));
 }
 
-TEST_F(OtherStreamsSystem, aChosenStreamIsPreferredTheNextTime)
+TEST_F(OtherStreamsSystem, AChosenStreamIsPreferredTheNextTime)
 {
     play(text("trial%2016"));
     ASSERT_TRUE(waitForState(2));
@@ -91,7 +91,7 @@ TEST_F(OtherStreamsSystem, aChosenStreamIsPreferredTheNextTime)
     EXPECT_THAT(member("title").toStdString(), HasSubstr("Trial 16"));
 }
 
-TEST_F(OtherStreamsSystem, theReasonOfAnUnavailableStationIsShown)
+TEST_F(OtherStreamsSystem, TheReasonOfAnUnavailableStationIsShown)
 {
     const QString screen = text("TuneIn:browse/uri/Search.ashx?query=grand%20bleu");
     const QVariantList rows = product.rows(screen, {text("type"), text("description")});
@@ -109,7 +109,7 @@ TEST_F(OtherStreamsSystem, theReasonOfAnUnavailableStationIsShown)
     EXPECT_THAT(made.filter(text("/service/Audio/")), testing::IsEmpty());
 }
 
-TEST_F(OtherStreamsSystem, aFailedPrePlayIsReportedAsSuch)
+TEST_F(OtherStreamsSystem, AFailedPrePlayIsReportedAsSuch)
 {
     product.setFault("head-fault@Tune.ashx:404");
     play(text("trial%2001"));
@@ -119,7 +119,7 @@ TEST_F(OtherStreamsSystem, aFailedPrePlayIsReportedAsSuch)
     EXPECT_THAT(requests("Report.ashx"), testing::IsEmpty());
 }
 
-TEST_F(OtherStreamsSystem, reportsAreInEnglish)
+TEST_F(OtherStreamsSystem, ReportsAreInEnglish)
 {
     product.rpc(text("setData"),
         {{text("path"), text("settings:ui/language")}, {text("role"), text("value")},

@@ -116,11 +116,11 @@ PlayFixture::Watched PlayFixture::watch(int milliseconds) const
 
 bool PlayFixture::isHeard() const
 {
-    constexpr qint64 second = 44100 * 2 * sizeof(qint16);
+    constexpr qint64 Second = 44100 * 2 * sizeof(qint16);
     const qint64 before = QFileInfo(wav).size();
     QElapsedTimer clock;
     clock.start();
-    while (QFileInfo(wav).size() < before + second) {
+    while (QFileInfo(wav).size() < before + Second) {
         if (clock.elapsed() > 3000)
             return false;
         QThread::msleep(PollMs);
@@ -131,10 +131,10 @@ bool PlayFixture::isHeard() const
 /// Whether a WAV file's header holds the file's length.
 static bool isComplete(const QByteArray &wav)
 {
-    constexpr int headSize = 8;
-    return wav.size() > headSize
+    constexpr int HeadSize = 8;
+    return wav.size() > HeadSize
         && qFromLittleEndian<quint32>(wav.constData() + 4)
-        == static_cast<quint32>(wav.size() - headSize);
+        == static_cast<quint32>(wav.size() - HeadSize);
 }
 
 ear::Sound PlayFixture::heard() const

@@ -14,7 +14,7 @@ namespace {
 
 class PlaySystem : public PlayFixture { };
 
-TEST_F(PlaySystem, aListedStationPlaysItsOwnMelody)
+TEST_F(PlaySystem, AListedStationPlaysItsOwnMelody)
 {
     const Outcome found = product.ctl({text("search"), text("trial 01")});
     ASSERT_TRUE(found.out.contains(text("Trial 01 Every Codec"))) << found.out.toStdString();
@@ -34,7 +34,7 @@ TEST_F(PlaySystem, aListedStationPlaysItsOwnMelody)
 }
 
 /// Stations behind playlists and redirects of all kinds, and the melody that must be heard.
-TEST_F(PlaySystem, stationsBehindPlaylistsPlay)
+TEST_F(PlaySystem, StationsBehindPlaylistsPlay)
 {
     for (const char *number : {"02", "07", "09", "10", "12", "14", "15"}) {
         play(text("trial%20") + text(number));
@@ -43,19 +43,19 @@ TEST_F(PlaySystem, stationsBehindPlaylistsPlay)
     }
 }
 
-TEST_F(PlaySystem, aStationPlaysAfterItsAnnouncement)
+TEST_F(PlaySystem, AStationPlaysAfterItsAnnouncement)
 {
     play(text("trial%2008"));
     ASSERT_TRUE(waitForState(2));
     QThread::sleep(9);
     command("player.stop");
     ear::Sound sound = heard();
-    sound.samples.erase(sound.samples.begin(), sound.samples.begin() + 5 * sound.rate);
+    sound.samples.erase(sound.samples.begin(), sound.samples.begin() + 5 * sound.Rate);
     EXPECT_TRUE(ear::isPartOf(sound.notes(), melody(text("s29008")), 6));
     EXPECT_EQ(state().value(text("state")).toInt(), 0);
 }
 
-TEST_F(PlaySystem, reportsTheStreamAndItsDuration)
+TEST_F(PlaySystem, ReportsTheStreamAndItsDuration)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -86,7 +86,7 @@ TEST_F(PlaySystem, reportsTheStreamAndItsDuration)
     EXPECT_NEAR(heard().seconds(), 4.5, 1.5);
 }
 
-TEST_F(PlaySystem, aStationThatCannotBePlayedIsReportedOnceAsAnError)
+TEST_F(PlaySystem, AStationThatCannotBePlayedIsReportedOnceAsAnError)
 {
     play(text("trial%2013"));
     ASSERT_TRUE(product.waitForRequests(text("Report.ashx"), 1, 45000));
@@ -100,7 +100,7 @@ TEST_F(PlaySystem, aStationThatCannotBePlayedIsReportedOnceAsAnError)
                            "%20stream.&render=json"));
 }
 
-TEST_F(PlaySystem, eachPlayHasItsOwnListenId)
+TEST_F(PlaySystem, EachPlayHasItsOwnListenId)
 {
     for (int i = 0; i < 2; ++i) {
         play(text("trial%2001"));
@@ -119,7 +119,7 @@ TEST_F(PlaySystem, eachPlayHasItsOwnListenId)
         reports.at(0).section(listenId, 1).left(10), reports.at(2).section(listenId, 1).left(10));
 }
 
-TEST_F(PlaySystem, spokenNoticesAreErrors)
+TEST_F(PlaySystem, SpokenNoticesAreErrors)
 {
     QFile answer(folder.filePath(text("excuse.json")));
     ASSERT_TRUE(answer.open(QIODevice::WriteOnly));
@@ -135,7 +135,7 @@ TEST_F(PlaySystem, spokenNoticesAreErrors)
 
 // Faults of the stream's server, each survived without any action by the user.
 
-TEST_F(PlaySystem, aClosedStreamContinuesWithoutSilence)
+TEST_F(PlaySystem, AClosedStreamContinuesWithoutSilence)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -149,7 +149,7 @@ TEST_F(PlaySystem, aClosedStreamContinuesWithoutSilence)
     EXPECT_TRUE(ear::isPartOf(heard().notes(), melody(text("s29001")), 4));
 }
 
-TEST_F(PlaySystem, aResetStreamContinuesWithoutSilence)
+TEST_F(PlaySystem, AResetStreamContinuesWithoutSilence)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -161,7 +161,7 @@ TEST_F(PlaySystem, aResetStreamContinuesWithoutSilence)
     EXPECT_EQ(requests("/stream/").size(), 2);
 }
 
-TEST_F(PlaySystem, aStalledStreamIsNoticedWithinTenSecondsAndRecovers)
+TEST_F(PlaySystem, AStalledStreamIsNoticedWithinTenSecondsAndRecovers)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -176,7 +176,7 @@ TEST_F(PlaySystem, aStalledStreamIsNoticedWithinTenSecondsAndRecovers)
     EXPECT_EQ(watch(3000).lastState, 2);
 }
 
-TEST_F(PlaySystem, aStreamRefusedThreeTimesRecovers)
+TEST_F(PlaySystem, AStreamRefusedThreeTimesRecovers)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));
@@ -188,7 +188,7 @@ TEST_F(PlaySystem, aStreamRefusedThreeTimesRecovers)
     EXPECT_EQ(watch(2000).lastState, 2);
 }
 
-TEST_F(PlaySystem, aServerOutageOfTwentySecondsIsSurvived)
+TEST_F(PlaySystem, AServerOutageOfTwentySecondsIsSurvived)
 {
     play(text("trial%2001"));
     ASSERT_TRUE(waitForState(2));

@@ -15,7 +15,7 @@
 
 namespace {
 
-constexpr int patienceMs = 60000;
+constexpr int PatienceMs = 60000;
 
 QString program(const char *name)
 {
@@ -26,7 +26,7 @@ QString program(const char *name)
 QString readyAddress(QProcess &process)
 {
     while (!process.canReadLine()) {
-        if (!process.waitForReadyRead(patienceMs))
+        if (!process.waitForReadyRead(PatienceMs))
             return QString();
     }
     const QString line = QString::fromUtf8(process.readLine()).trimmed();
@@ -41,7 +41,7 @@ QString secureAddress(QProcess &directory)
     directory.setReadChannel(QProcess::StandardError);
     do {
         said += QString::fromUtf8(directory.readAllStandardError());
-    } while (!said.endsWith(QLatin1Char('\n')) && directory.waitForReadyRead(patienceMs));
+    } while (!said.endsWith(QLatin1Char('\n')) && directory.waitForReadyRead(PatienceMs));
     return said.section(mark, 1).section(QLatin1Char('/'), 0, 0);
 }
 
@@ -62,7 +62,7 @@ QByteArray exchange(
     curl_easy_setopt(curl, CURLOPT_POSTFIELDSIZE, long(body.size()));
     curl_easy_setopt(curl, CURLOPT_POSTFIELDS, body.constData());
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers);
-    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(patienceMs));
+    curl_easy_setopt(curl, CURLOPT_TIMEOUT_MS, long(PatienceMs));
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, append);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &answer);
     curl_easy_perform(curl);
@@ -86,7 +86,7 @@ Outcome runProgram(const QString &name, const QStringList &arguments, const QByt
     process.write(input);
     process.closeWriteChannel();
     Outcome outcome;
-    if (process.waitForFinished(patienceMs) && process.exitStatus() == QProcess::NormalExit)
+    if (process.waitForFinished(PatienceMs) && process.exitStatus() == QProcess::NormalExit)
         outcome.code = process.exitCode();
     outcome.out = QString::fromUtf8(process.readAllStandardOutput());
     outcome.err = QString::fromUtf8(process.readAllStandardError());
@@ -122,7 +122,7 @@ Product::~Product()
     if (m_host.state() != QProcess::NotRunning)
         stopHost();
     m_directory.terminate();
-    m_directory.waitForFinished(patienceMs);
+    m_directory.waitForFinished(PatienceMs);
 }
 
 QString Product::stateDir() const
@@ -175,7 +175,7 @@ int Product::stopHost()
 {
     m_host.terminate();
     m_hostUrl.clear();
-    if (!m_host.waitForFinished(patienceMs) || m_host.exitStatus() != QProcess::NormalExit)
+    if (!m_host.waitForFinished(PatienceMs) || m_host.exitStatus() != QProcess::NormalExit)
         return -1;
     return m_host.exitCode();
 }
@@ -187,7 +187,7 @@ void Product::killHost() const
 
 void Product::waitForHostsEnd()
 {
-    m_host.waitForFinished(patienceMs);
+    m_host.waitForFinished(PatienceMs);
     m_hostUrl.clear();
 }
 

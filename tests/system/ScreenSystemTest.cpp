@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(ScreenSystem, aLongScreenIsFetchedOnceForManyRanges)
+TEST_F(ScreenSystem, ALongScreenIsFetchedOnceForManyRanges)
 {
     const QString screen = text("TuneIn:browse/uri/Describe.ashx?c=genres");
     requests();
@@ -63,15 +63,15 @@ TEST_F(ScreenSystem, aLongScreenIsFetchedOnceForManyRanges)
     EXPECT_THAT(requests(), testing::ElementsAre(HasSubstr("locale=fr-FR")));
 }
 
-TEST_F(ScreenSystem, theClickedRowPlaysAlthoughTheListHasChanged)
+TEST_F(ScreenSystem, TheClickedRowPlaysAlthoughTheListHasChanged)
 {
     const Item first = station();
     const Item second = found("trial%2016").value(0);
     ASSERT_TRUE(runFirstOf(first.browserMenu).contains(text("result")));
     ASSERT_TRUE(runFirstOf(second.browserMenu).contains(text("result")));
-    const QStringList before = paths(text(favoritesScreen));
+    const QStringList before = paths(text(FavoritesScreen));
     ASSERT_EQ(before.size(), 2);
-    const QString left = product.rows(text(favoritesScreen), {text("title")})
+    const QString left = product.rows(text(FavoritesScreen), {text("title")})
                              .value(1)
                              .toList()
                              .value(0)
@@ -81,10 +81,10 @@ TEST_F(ScreenSystem, theClickedRowPlaysAlthoughTheListHasChanged)
     const Item gone = firstIsFirst ? first : second;
     ASSERT_TRUE(runFirstOf(gone.browserMenu).contains(text("result")));
 
-    ASSERT_TRUE(play(text(favoritesScreen), 1, before.at(1)).contains(text("result")));
+    ASSERT_TRUE(play(text(FavoritesScreen), 1, before.at(1)).contains(text("result")));
     EXPECT_EQ(playing(), left);
     const QVariantHash error
-        = play(text(favoritesScreen), 0, before.at(0)).value(text("error")).toHash();
+        = play(text(FavoritesScreen), 0, before.at(0)).value(text("error")).toHash();
     EXPECT_EQ(error.value(text("code")).toInt(), -32004);
     EXPECT_EQ(
         error.value(text("message")).toString(), text("This entry is no longer in the list."));

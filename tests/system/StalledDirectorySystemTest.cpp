@@ -30,7 +30,7 @@ protected:
 
 /// Each row of a search needs the name of its genre; without the wait between attempts, each row
 /// would take half a minute.
-TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
+TEST_F(StalledDirectorySystem, AListOfGenresThatStallsIsWaitedForOnce)
 {
     const QByteArray worker = children();
     product.setFault("stall@Describe.ashx");
@@ -51,7 +51,7 @@ TEST_F(StalledDirectorySystem, aListOfGenresThatStallsIsWaitedForOnce)
 }
 
 /// As the page does it: opening another screen cancels the request for the first.
-TEST_F(StalledDirectorySystem, anAbandonedScreenDelaysNoOther)
+TEST_F(StalledDirectorySystem, AnAbandonedScreenDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");
     RawWebSocket socket(product.hostPort());
@@ -71,7 +71,7 @@ TEST_F(StalledDirectorySystem, anAbandonedScreenDelaysNoOther)
 }
 
 /// The same for a client that has disconnected.
-TEST_F(StalledDirectorySystem, aDisconnectedClientDelaysNoOther)
+TEST_F(StalledDirectorySystem, ADisconnectedClientDelaysNoOther)
 {
     product.setFault("slow-headers@Browse.ashx:12");
     {

@@ -60,7 +60,7 @@ protected:
     }
 };
 
-TEST_F(UnreliableStreamsSystem, allAreServedByTheDirectory)
+TEST_F(UnreliableStreamsSystem, AllAreServedByTheDirectory)
 {
     const QStringList hosts = hostsOfTheDirectory();
     EXPECT_EQ(hosts.size(), 16);
@@ -80,7 +80,7 @@ TEST_F(UnreliableStreamsSystem, allAreServedByTheDirectory)
     }
 }
 
-TEST_F(UnreliableStreamsSystem, silentStreamsAreReported)
+TEST_F(UnreliableStreamsSystem, SilentStreamsAreReported)
 {
     const struct {
         const char *title;
@@ -100,7 +100,7 @@ TEST_F(UnreliableStreamsSystem, silentStreamsAreReported)
     }
 }
 
-TEST_F(UnreliableStreamsSystem, aStreamThatKeepsEndingKeepsPlaying)
+TEST_F(UnreliableStreamsSystem, AStreamThatKeepsEndingKeepsPlaying)
 {
     playRow("Night Owl Jazz");
     ASSERT_TRUE(waitForState(2));

@@ -27,7 +27,7 @@ int controlLength(const char *at, const char *end)
 
 void writeControl(std::ostream &out, unsigned char c)
 {
-    static constexpr char digits[] = "0123456789abcdef";
+    static constexpr char Digits[] = "0123456789abcdef";
     switch (c) {
     case '\n':
         out.write("\\n", 2);
@@ -39,7 +39,7 @@ void writeControl(std::ostream &out, unsigned char c)
         out.write("\\t", 2);
         return;
     default:
-        const char escape[] = {'\\', 'x', digits[c >> 4], digits[c & 15]};
+        const char escape[] = {'\\', 'x', Digits[c >> 4], Digits[c & 15]};
         out.write(escape, sizeof escape);
     }
 }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr char digits[] = "0123456789ABCDEF";
+constexpr char Digits[] = "0123456789ABCDEF";
 
 /// What each ASCII character becomes. A look-up instead of a branch, which the processor would
 /// often predict wrongly.
@@ -20,7 +20,7 @@ public:
     {
         for (int c = 0; c < 128; ++c)
             m_entries[c] = {
-                {'%', static_cast<ushort>(digits[c >> 4]), static_cast<ushort>(digits[c & 15])}, 3};
+                {'%', static_cast<ushort>(Digits[c >> 4]), static_cast<ushort>(Digits[c & 15])}, 3};
         keep("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~");
         keep(more);
     }
@@ -77,8 +77,8 @@ constexpr int PieceSize = 128;
 ushort *writeEscape(ushort *out, unsigned byte)
 {
     *out++ = '%';
-    *out++ = static_cast<ushort>(digits[byte >> 4]);
-    *out++ = static_cast<ushort>(digits[byte & 15]);
+    *out++ = static_cast<ushort>(Digits[byte >> 4]);
+    *out++ = static_cast<ushort>(Digits[byte & 15]);
     return out;
 }
 

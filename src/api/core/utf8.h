@@ -49,8 +49,8 @@ std::optional<uint> veskReadUtf8(ReadByte readByte)
             return std::nullopt;
         codePoint = codePoint << 6 | static_cast<uint>(next & 0x3F);
     }
-    static constexpr uint least[] = {0, 0x80, 0x800, 0x10000};
-    if (codePoint < least[more] || codePoint > QChar::LastValidCodePoint
+    static constexpr uint Least[] = {0, 0x80, 0x800, 0x10000};
+    if (codePoint < Least[more] || codePoint > QChar::LastValidCodePoint
         || QChar::isSurrogate(codePoint))
         return std::nullopt;
     return codePoint;

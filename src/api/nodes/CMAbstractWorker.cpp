@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr unsigned long getValueMilliseconds = 30000;
+constexpr unsigned long GetValueMilliseconds = 30000;
 
 }
 
@@ -32,7 +32,7 @@ QVariant CMAbstractWorker::getValue(const CMPath &path)
     // The request is a temporary: keeping a copy of its reply here would keep a dropped request
     // from ending with its error.
     request(CMGetDataRequest(path, {VeskRoles::Value()}, CMReply<QVariant>(answer)));
-    if (!answer->waitForFinished(getValueMilliseconds) || !answer->error().isEmpty())
+    if (!answer->waitForFinished(GetValueMilliseconds) || !answer->error().isEmpty())
         return QVariant();
     const QVariantList values = answer->value().toList();
     return values.isEmpty() ? QVariant() : values.first();

@@ -28,8 +28,8 @@ namespace {
 
 /// How much of the inbox one wake-up may handle before the thread's timers and sockets get their
 /// turn: a single request may block the thread for long.
-constexpr int batchSize = 16;
-constexpr qint64 batchMilliseconds = 5;
+constexpr int BatchSize = 16;
+constexpr qint64 BatchMilliseconds = 5;
 
 using Listeners = std::vector<CMWorker::HandlingListener *>;
 
@@ -175,7 +175,7 @@ private:
         VeskMutexLock lock(m_mutex);
         m_wokenUp = false;
         for (int taken = 0; !m_items.empty(); ++taken) {
-            if (taken == batchSize || elapsed.hasExpired(batchMilliseconds)) {
+            if (taken == BatchSize || elapsed.hasExpired(BatchMilliseconds)) {
                 wakeUp();
                 return;
             }

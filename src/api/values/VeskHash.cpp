@@ -17,8 +17,8 @@ QString doubleText(double value)
     if (!std::isfinite(value))
         return QString();
     // Up to here every whole number has a double of its own.
-    constexpr double wholeLimit = 9007199254740992.0;
-    if (std::abs(value) <= wholeLimit && value == std::trunc(value))
+    constexpr double WholeLimit = 9007199254740992.0;
+    if (std::abs(value) <= WholeLimit && value == std::trunc(value))
         return QString::number(static_cast<qint64>(value));
     return QString::number(value, 'g', QLocale::FloatingPointShortest);
 }

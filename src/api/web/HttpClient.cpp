@@ -58,12 +58,12 @@ QByteArray certificatesIn(const QByteArray &pem)
 
 std::ostream &operator<<(std::ostream &out, HttpClientStatus status)
 {
-    static constexpr const char *names[]
+    static constexpr const char *Names[]
         = {"Success", "InvalidRequest", "ResolveFailed", "ConnectFailed", "TimedOut", "TooLarge",
             "TlsFailed", "TooManyRedirects", "Broken", "Cancelled"};
     const auto index = static_cast<std::size_t>(status);
-    if (index < std::size(names))
-        return out << names[index];
+    if (index < std::size(Names))
+        return out << Names[index];
     return out << static_cast<int>(status);
 }
 
@@ -80,8 +80,8 @@ HttpClient::~HttpClient()
 
 void HttpClient::setCacheSize(unsigned long bytes)
 {
-    constexpr unsigned long most = std::numeric_limits<int>::max();
-    m_engine->setCacheSize(static_cast<qint64>(std::min(bytes, most)));
+    constexpr unsigned long Most = std::numeric_limits<int>::max();
+    m_engine->setCacheSize(static_cast<qint64>(std::min(bytes, Most)));
 }
 
 void HttpClient::get(const VeskUrl &url, const HttpClientOptions &options, Function done)

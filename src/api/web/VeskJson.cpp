@@ -70,7 +70,7 @@ private:
 
     static std::size_t slotOf(std::string_view view)
     {
-        constexpr std::uint64_t spread = 0x9E3779B97F4A7C15;
+        constexpr std::uint64_t Spread = 0x9E3779B97F4A7C15;
         std::uint64_t head = 0;
         std::memcpy(&head, view.data(), sizeof head);
         std::uint64_t tail = 0;
@@ -78,8 +78,8 @@ private:
             std::memcpy(&tail, view.data() + view.size() - sizeof tail, sizeof tail);
         else
             head &= (std::uint64_t(1) << (8 * view.size())) - 1;
-        const std::uint64_t mixed = (head ^ view.size()) * spread + tail;
-        return static_cast<std::size_t>((mixed * spread) >> (64 - SlotBits));
+        const std::uint64_t mixed = (head ^ view.size()) * Spread + tail;
+        return static_cast<std::size_t>((mixed * Spread) >> (64 - SlotBits));
     }
 
     Slot m_slots[std::size_t(1) << SlotBits];
@@ -89,8 +89,8 @@ private:
 /// A qlonglong for whole numbers in its range, however they are written ("1.0", "1e3").
 QVariant numberVariant(double value)
 {
-    constexpr double limit = 9223372036854775808.0; // 2^63
-    if (value >= -limit && value < limit && value == std::trunc(value))
+    constexpr double Limit = 9223372036854775808.0; // 2^63
+    if (value >= -Limit && value < Limit && value == std::trunc(value))
         return QVariant(static_cast<qlonglong>(value));
     return QVariant(value);
 }

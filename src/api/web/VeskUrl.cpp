@@ -31,7 +31,7 @@ bool isCredential(const QString &name)
 }
 
 /// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
-constexpr char pathCharacters[] = "!$&'()*+,;=:@/";
+constexpr char PathCharacters[] = "!$&'()*+,;=:@/";
 /// So deep secrets are looked for in addresses inside addresses; what lies deeper is not shown.
 constexpr int MaxNesting = 4;
 
@@ -129,7 +129,7 @@ VeskUrl::VeskUrl(const QString &url)
 
 VeskUrl VeskUrl::fromEncoded(const QByteArray &url)
 {
-    static constexpr char digits[] = "0123456789ABCDEF";
+    static constexpr char Digits[] = "0123456789ABCDEF";
     QString text;
     text.reserve(url.size());
     for (const char c : url) {
@@ -138,8 +138,8 @@ VeskUrl VeskUrl::fromEncoded(const QByteArray &url)
             text += QLatin1Char(c);
         } else {
             text += QLatin1Char('%');
-            text += QLatin1Char(digits[byte >> 4]);
-            text += QLatin1Char(digits[byte & 15]);
+            text += QLatin1Char(Digits[byte >> 4]);
+            text += QLatin1Char(Digits[byte & 15]);
         }
     }
     return VeskUrl(text);
@@ -217,7 +217,7 @@ QString VeskUrl::path() const
 
 void VeskUrl::setPath(const QString &path)
 {
-    replacePath(veskPercentEncode(path, pathCharacters));
+    replacePath(veskPercentEncode(path, PathCharacters));
 }
 
 /// Keeps apart what a reader would take for another part: a path of "//x" for an authority, one of

@@ -102,8 +102,8 @@ GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
         gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", nullptr));
     g_object_set(filter, "caps", caps.get(), nullptr);
     // Unbuffered, so that the file shows at once what has been heard.
-    constexpr int unbuffered = 2;
-    g_object_set(sink, "async", FALSE, "sync", FALSE, "buffer-mode", unbuffered, "location",
+    constexpr int Unbuffered = 2;
+    g_object_set(sink, "async", FALSE, "sync", FALSE, "buffer-mode", Unbuffered, "location",
         spec.file.toUtf8().constData(), nullptr);
     VESK_ASSERT(gst_element_link_many(filter, pace, m_encoder, sink, nullptr));
     return filter;

@@ -30,9 +30,9 @@ bool isJsonType(const QVariant &value, std::initializer_list<int> types)
 /// Whether it is written as it was read, although it may have been read as a double.
 bool isKept(double number)
 {
-    constexpr double limit = 9007199254740992.0; // 2^53
+    constexpr double Limit = 9007199254740992.0; // 2^53
     if (number == std::trunc(number))
-        return std::abs(number) < limit;
+        return std::abs(number) < Limit;
     return QString::number(number, 'g', 15).toDouble() == number;
 }
 

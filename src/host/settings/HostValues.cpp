@@ -121,13 +121,13 @@ QVariant givenValue(const QVariant &sent)
 /// Short enough for a sentence, and without control characters.
 QString shown(const QVariant &given)
 {
-    constexpr int longest = 40;
+    constexpr int Longest = 40;
     QString text = given.canConvert<QString>() ? given.toString() : QStringLiteral("...");
     for (QChar &c : text) {
         if (c.category() == QChar::Other_Control)
             c = QChar::ReplacementCharacter;
     }
-    return text.size() <= longest ? text : text.left(longest) + QStringLiteral("...");
+    return text.size() <= Longest ? text : text.left(Longest) + QStringLiteral("...");
 }
 
 } // namespace

@@ -40,9 +40,9 @@ void TuneInApi::addDevice(VeskUrl &url, const TuneInSettings &settings)
 
 int TuneInApi::bitsPerSecond(const QString &kilobits)
 {
-    constexpr int perKilobit = 1000;
+    constexpr int PerKilobit = 1000;
     const int rate = kilobits.toInt();
-    return rate > 0 && rate <= std::numeric_limits<int>::max() / perKilobit ? rate * perKilobit : 0;
+    return rate > 0 && rate <= std::numeric_limits<int>::max() / PerKilobit ? rate * PerKilobit : 0;
 }
 
 CMError TuneInApi::error(const char *text)

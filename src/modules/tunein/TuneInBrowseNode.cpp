@@ -31,9 +31,9 @@ namespace Param = TuneInParams;
 namespace {
 
 /// fillRows()'s maxLevel for a whole screen: children are listed on two levels.
-constexpr int inlineLevels = 1;
+constexpr int InlineLevels = 1;
 /// How long to wait after an attempt to fetch the names of genres.
-constexpr qint64 genreRetryMs = 10000;
+constexpr qint64 GenreRetryMs = 10000;
 
 const char fillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
                                  "VeskList<VeskTuneInBodyElement>, VeskUrl, QString, int)";
@@ -192,7 +192,7 @@ QVariantList TuneInBrowseNode::parseData(
         TuneInRequest::parseTuneInFaultCode(head.faultCode());
         return {};
     }
-    return fillRows(request, response.body(), url, navigation, inlineLevels);
+    return fillRows(request, response.body(), url, navigation, InlineLevels);
 }
 
 QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
@@ -473,7 +473,7 @@ QString TuneInBrowseNode::getGenreName(const QString &genreId)
         return QString();
     if (m_genreNames.isEmpty()) {
         const qint64 now = TuneInClock::instance().monotonicMs();
-        if (now - lastAttempt < genreRetryMs) {
+        if (now - lastAttempt < GenreRetryMs) {
             VESK_ERROR("Request failed, try later.");
             return QString();
         }

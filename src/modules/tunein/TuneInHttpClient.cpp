@@ -17,9 +17,9 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-constexpr unsigned long cacheBytes = 1000000;
-constexpr int maxBodyBytes = 1000000;
-constexpr int timeoutMs = 30000;
+constexpr unsigned long CacheBytes = 1000000;
+constexpr int MaxBodyBytes = 1000000;
+constexpr int TimeoutMs = 30000;
 
 const char requestSignature[]
     = "CMError TuneInHttpClient::request(const VeskUrl&, QByteArray*, TuneInHttpClient::Type)";
@@ -38,7 +38,7 @@ TuneInHttpClient::TuneInHttpClient()
     : m_httpClient(new HttpClient(this, HttpClient::Default, true))
 {
     qRegisterMetaType<VeskUrl>("VeskUrl");
-    m_httpClient->setCacheSize(cacheBytes);
+    m_httpClient->setCacheSize(CacheBytes);
 }
 
 TuneInHttpClient::~TuneInHttpClient()
@@ -106,8 +106,8 @@ void TuneInHttpClient::on_request(VeskUrl url, int type, int index)
 {
     VESK_ASSERT_OWN_THREAD();
     HttpClientOptions options;
-    options.setTimeoutMs(timeoutMs);
-    options.setReadSizeLimit(maxBodyBytes);
+    options.setTimeoutMs(TimeoutMs);
+    options.setReadSizeLimit(MaxBodyBytes);
     // The web API changes state and reads favorites by GET, with URLs that repeat.
     options.setUseCache(!TuneInApi::isPersonal(url));
     const auto done = [this, index](const HttpClientResult &result) { store(index, result); };

@@ -13,9 +13,9 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-constexpr int maxSerialLength = 32;
+constexpr int MaxSerialLength = 32;
 /// "00:1A:2B:3C:4D:5E"
-constexpr int macLength = 17;
+constexpr int MacLength = 17;
 
 VeskValue hostValue(const CMPath &path)
 {
@@ -45,7 +45,7 @@ void TuneInSettings::loadSerial()
     if (m_serial.isEmpty()) {
         VESK_WARN("Obtained empty member ID string, MAC address will be used instead of it!");
         const QString mac = hostValue(VeskNetworkStateEthernetMAC()).string_();
-        if (mac.length() == macLength) {
+        if (mac.length() == MacLength) {
             VESK_DEBUG("Got MAC: " << mac);
             m_serial = mac;
         } else {
@@ -53,8 +53,8 @@ void TuneInSettings::loadSerial()
             m_serial = QStringLiteral("00:00:00:00:00:00");
         }
     }
-    if (m_serial.length() > maxSerialLength) {
-        m_serial.truncate(maxSerialLength);
+    if (m_serial.length() > MaxSerialLength) {
+        m_serial.truncate(MaxSerialLength);
         VESK_WARN("Truncated serial number to 32 characters!");
     }
 }

@@ -33,10 +33,10 @@ VESK_LOGGER("CB_TuneIn")
 namespace {
 
 /// A pause this long is reported as the end of listening.
-constexpr int pauseReportMinutes = 5;
-constexpr int pauseReportMs = pauseReportMinutes * 60 * 1000;
+constexpr int PauseReportMinutes = 5;
+constexpr int PauseReportMs = PauseReportMinutes * 60 * 1000;
 
-constexpr unsigned long networkPollMs = 10;
+constexpr unsigned long NetworkPollMs = 10;
 
 const char constructorSignature[] = "CMTuneInWorker::CMTuneInWorker(const QVariantHash&)";
 
@@ -46,7 +46,7 @@ struct Station {
     const char *url;
 };
 
-constexpr Station unreliableStations[] = {
+constexpr Station UnreliableStations[] = {
     {"Harbour Lights Radio", "http://harbourlights.example.net:8000/"},
     {"Radio Quicksilver", "http://quicksilver.example.org:8010/"},
     {"Night Owl Jazz", "http://owl.example.com:8002/"},
@@ -182,7 +182,7 @@ CMListRowsNode *CMTuneInWorker::createUnreliableStreams()
         = CMListRowsNode::create(nodes(), addPrefix(QStringLiteral("testing/unreliableStreams")));
     list->setTitle(workerText("Unreliable streams"));
     list->setMediaData(serviceMediaData());
-    for (const Station &station : unreliableStations) {
+    for (const Station &station : UnreliableStations) {
         VeskResource resource;
         resource.setMimeType(MimeTypes::Audio::m3u());
         resource.setUri(QString::fromLatin1(station.url));
@@ -223,7 +223,7 @@ bool CMTuneInWorker::networkStateConnected() const
     };
     // The state arrives through the worker's event loop: waiting there would never end.
     while (!isKnown() && QThread::currentThread() != thread())
-        QThread::msleep(networkPollMs);
+        QThread::msleep(NetworkPollMs);
     QMutexLocker lock(&m_networkMutex);
     return m_networkConnected;
 }
@@ -272,7 +272,7 @@ void CMTuneInWorker::notePaused()
 {
     if (m_paused)
         return;
-    m_listeningDurationTimer.start(pauseReportMs);
+    m_listeningDurationTimer.start(PauseReportMs);
     m_paused = true;
     // m_playingSince is 0 without an interval: a pause that follows no playing then counts the
     // whole clock.
@@ -326,7 +326,7 @@ void CMTuneInWorker::on_listeningDurationTimer_timeout()
     }
     const qint64 seconds = m_listenedMs / 1000;
     if (hasDurationToReport(seconds)) {
-        VESK_INFO("Sending duration report after " << pauseReportMinutes << " minutes ...");
+        VESK_INFO("Sending duration report after " << PauseReportMinutes << " minutes ...");
         sendDurationReport(m_guideId, static_cast<int>(seconds), false);
     }
     m_playingSince = 0;

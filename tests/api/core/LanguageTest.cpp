@@ -37,13 +37,13 @@ protected:
 
 } // namespace
 
-TEST_F(LanguageTest, isEnglishAtStart)
+TEST_F(LanguageTest, IsEnglishAtStart)
 {
     EXPECT_EQ(Language::current(), QStringLiteral("en"));
     EXPECT_EQ(favorites(), QStringLiteral("My Favorites"));
 }
 
-TEST_F(LanguageTest, switchesTextsThatExistAlready)
+TEST_F(LanguageTest, SwitchesTextsThatExistAlready)
 {
     const TrString title("Test", "My Favorites");
     EXPECT_EQ(title.toString(), QStringLiteral("My Favorites"));
@@ -56,7 +56,7 @@ TEST_F(LanguageTest, switchesTextsThatExistAlready)
     EXPECT_EQ(title.toString(), QStringLiteral("My Favorites"));
 }
 
-TEST_F(LanguageTest, replacesTheFormerCatalogueAltogether)
+TEST_F(LanguageTest, ReplacesTheFormerCatalogueAltogether)
 {
     ASSERT_TRUE(use("de"));
     const TrString open(QStringLiteral("Test"), QStringLiteral("Open"), QStringLiteral("verb"));
@@ -65,7 +65,7 @@ TEST_F(LanguageTest, replacesTheFormerCatalogueAltogether)
     EXPECT_EQ(open.toString(), QStringLiteral("Open")) << "the French catalogue does not have it";
 }
 
-TEST_F(LanguageTest, tellsContextsAndDisambiguationsApart)
+TEST_F(LanguageTest, TellsContextsAndDisambiguationsApart)
 {
     ASSERT_TRUE(use("de"));
     const QString test = QStringLiteral("Test");
@@ -80,7 +80,7 @@ TEST_F(LanguageTest, tellsContextsAndDisambiguationsApart)
     EXPECT_EQ(TrString(QStringLiteral("Elsewhere"), open).toString(), open);
 }
 
-TEST_F(LanguageTest, choosesPluralForms)
+TEST_F(LanguageTest, ChoosesPluralForms)
 {
     EXPECT_EQ(stations(1), QStringLiteral("1 station(s)"));
     ASSERT_TRUE(use("en"));
@@ -92,7 +92,7 @@ TEST_F(LanguageTest, choosesPluralForms)
     EXPECT_EQ(stations(5), QStringLiteral("5 Sender zusammen"));
 }
 
-TEST_F(LanguageTest, fillsArgumentsIntoTheTranslation)
+TEST_F(LanguageTest, FillsArgumentsIntoTheTranslation)
 {
     ASSERT_TRUE(use("de"));
     const TrString text(QStringLiteral("Test"), QStringLiteral("%1 of %2"), QString(), -1,
@@ -100,14 +100,14 @@ TEST_F(LanguageTest, fillsArgumentsIntoTheTranslation)
     EXPECT_EQ(text.toString(), QStringLiteral("aus 9: %2"));
 }
 
-TEST_F(LanguageTest, doesNotTranslateNames)
+TEST_F(LanguageTest, DoesNotTranslateNames)
 {
     ASSERT_TRUE(use("de"));
     EXPECT_EQ(
         Language::ntr(QStringLiteral("My Favorites")).toString(), QStringLiteral("My Favorites"));
 }
 
-TEST_F(LanguageTest, fallsBackToTheLanguageOfARegion)
+TEST_F(LanguageTest, FallsBackToTheLanguageOfARegion)
 {
     ASSERT_TRUE(use("de-AT"));
     EXPECT_EQ(favorites(), QStringLiteral("Meine Favoriten"));
@@ -118,14 +118,14 @@ TEST_F(LanguageTest, fallsBackToTheLanguageOfARegion)
     EXPECT_EQ(favorites(), QStringLiteral("Mes favoris"));
 }
 
-TEST_F(LanguageTest, doesNotTakeARegionForItsLanguage)
+TEST_F(LanguageTest, DoesNotTakeARegionForItsLanguage)
 {
     EXPECT_FALSE(use("fr"));
     EXPECT_FALSE(use("fr-FR"));
     EXPECT_EQ(favorites(), QStringLiteral("My Favorites"));
 }
 
-TEST_F(LanguageTest, needsNoCatalogueForEnglish)
+TEST_F(LanguageTest, NeedsNoCatalogueForEnglish)
 {
     for (const char *tag : {"en", "en-US", "en_GB", "EN"}) {
         EXPECT_TRUE(Language::setCurrent(QString::fromLatin1(tag), {})) << tag;
@@ -134,7 +134,7 @@ TEST_F(LanguageTest, needsNoCatalogueForEnglish)
     }
 }
 
-TEST_F(LanguageTest, showsSourceTextsWhenThereIsNoCatalogue)
+TEST_F(LanguageTest, ShowsSourceTextsWhenThereIsNoCatalogue)
 {
     ASSERT_TRUE(use("de"));
     EXPECT_FALSE(use("it"));
@@ -142,7 +142,7 @@ TEST_F(LanguageTest, showsSourceTextsWhenThereIsNoCatalogue)
     EXPECT_EQ(Language::current(), QStringLiteral("it"));
 }
 
-TEST_F(LanguageTest, takesTheFirstFolderThatHasTheLanguage)
+TEST_F(LanguageTest, TakesTheFirstFolderThatHasTheLanguage)
 {
     QTemporaryDir empty;
     QTemporaryDir own;
@@ -155,7 +155,7 @@ TEST_F(LanguageTest, takesTheFirstFolderThatHasTheLanguage)
     EXPECT_EQ(favorites(), QStringLiteral("Meine Favoriten"));
 }
 
-TEST_F(LanguageTest, passesOverAFileThatIsNoCatalogue)
+TEST_F(LanguageTest, PassesOverAFileThatIsNoCatalogue)
 {
     QTemporaryDir broken;
     QFile file(QDir(broken.path()).filePath(QStringLiteral("vesk_de.qm")));
@@ -167,7 +167,7 @@ TEST_F(LanguageTest, passesOverAFileThatIsNoCatalogue)
     EXPECT_EQ(favorites(), QStringLiteral("Meine Favoriten"));
 }
 
-TEST_F(LanguageTest, neverLeavesTheFolder)
+TEST_F(LanguageTest, NeverLeavesTheFolder)
 {
     QTemporaryDir folder;
     ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("vesk_x")));
@@ -180,7 +180,7 @@ TEST_F(LanguageTest, neverLeavesTheFolder)
     }
 }
 
-TEST_F(LanguageTest, givesReadersOnOtherThreadsOneLanguageOrTheOther)
+TEST_F(LanguageTest, GivesReadersOnOtherThreadsOneLanguageOrTheOther)
 {
     std::atomic<bool> stop {false};
     std::atomic<int> strange {0};
@@ -199,7 +199,7 @@ TEST_F(LanguageTest, givesReadersOnOtherThreadsOneLanguageOrTheOther)
     EXPECT_EQ(strange, 0);
 }
 
-TEST(LanguageDeathTest, isNotSwitchedFromAnotherThread)
+TEST(LanguageDeathTest, IsNotSwitchedFromAnotherThread)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_DEATH(std::thread([] { Language::setCurrent(QStringLiteral("en"), {}); }).join(),

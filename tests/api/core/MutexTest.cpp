@@ -50,15 +50,15 @@ private:
 
 } // namespace
 
-TEST(MutexTest, admitsOneThreadAtATime)
+TEST(MutexTest, AdmitsOneThreadAtATime)
 {
-    constexpr int rounds = 20000;
+    constexpr int Rounds = 20000;
     VeskMutex mutex;
     int count = 0;
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
         threads.emplace_back([&] {
-            for (int round = 0; round < rounds; ++round) {
+            for (int round = 0; round < Rounds; ++round) {
                 const VeskMutexLock lock(mutex);
                 ++count;
             }
@@ -66,10 +66,10 @@ TEST(MutexTest, admitsOneThreadAtATime)
     }
     for (std::thread &thread : threads)
         thread.join();
-    EXPECT_EQ(count, 4 * rounds);
+    EXPECT_EQ(count, 4 * Rounds);
 }
 
-TEST(MutexTest, canBeReleasedAndLockedAgainWithinAScope)
+TEST(MutexTest, CanBeReleasedAndLockedAgainWithinAScope)
 {
     VeskMutex mutex;
     bool entered = false;
@@ -84,7 +84,7 @@ TEST(MutexTest, canBeReleasedAndLockedAgainWithinAScope)
     EXPECT_TRUE(entered);
 }
 
-TEST(MutexTest, waitsUntilItIsNotified)
+TEST(MutexTest, WaitsUntilItIsNotified)
 {
     Signal asked;
     Signal answered;
@@ -98,7 +98,7 @@ TEST(MutexTest, waitsUntilItIsNotified)
     EXPECT_TRUE(answered.waitUntil(Clock::now()));
 }
 
-TEST(MutexTest, waitsUntilTheDeadlineAtTheLatest)
+TEST(MutexTest, WaitsUntilTheDeadlineAtTheLatest)
 {
     Signal never;
     const auto deadline = Clock::now() + 20ms;

@@ -26,7 +26,7 @@ Result<void, std::string> checked(bool good)
 
 } // namespace
 
-TEST(ResultTest, holdsAValue)
+TEST(ResultTest, HoldsAValue)
 {
     const auto result = parsed("abc");
     ASSERT_TRUE(result);
@@ -34,7 +34,7 @@ TEST(ResultTest, holdsAValue)
     EXPECT_THROW(static_cast<void>(result.error()), std::bad_variant_access);
 }
 
-TEST(ResultTest, holdsAnError)
+TEST(ResultTest, HoldsAnError)
 {
     const auto result = parsed("");
     ASSERT_FALSE(result);
@@ -42,7 +42,7 @@ TEST(ResultTest, holdsAnError)
     EXPECT_THROW(static_cast<void>(*result), std::bad_variant_access);
 }
 
-TEST(ResultTest, tellsValueFromErrorOfTheSameType)
+TEST(ResultTest, TellsValueFromErrorOfTheSameType)
 {
     const Result<std::string, std::string> value = std::string("a");
     const Result<std::string, std::string> error = failure(std::string("a"));
@@ -51,7 +51,7 @@ TEST(ResultTest, tellsValueFromErrorOfTheSameType)
     EXPECT_EQ(value->size(), 1U);
 }
 
-TEST(ResultTest, movesWhatCannotBeCopied)
+TEST(ResultTest, MovesWhatCannotBeCopied)
 {
     Result<std::unique_ptr<int>, std::unique_ptr<int>> value = std::make_unique<int>(1);
     EXPECT_EQ(*(*std::move(value)), 1);
@@ -59,7 +59,7 @@ TEST(ResultTest, movesWhatCannotBeCopied)
     EXPECT_EQ(*std::move(error).error(), 2);
 }
 
-TEST(ResultTest, withoutAValueIsSuccessByDefault)
+TEST(ResultTest, WithoutAValueIsSuccessByDefault)
 {
     EXPECT_TRUE(checked(true));
     const auto result = checked(false);

@@ -30,7 +30,7 @@ void onAnotherThread(const std::function<void()> &function)
 
 } // namespace
 
-TEST(ThreadCheckTest, passesOnTheThreadOfTheObject)
+TEST(ThreadCheckTest, PassesOnTheThreadOfTheObject)
 {
     const Object object;
     object.call();
@@ -42,7 +42,7 @@ TEST(ThreadCheckTest, passesOnTheThreadOfTheObject)
     });
 }
 
-TEST(ThreadCheckTest, followsAnObjectToAnotherThread)
+TEST(ThreadCheckTest, FollowsAnObjectToAnotherThread)
 {
     QThread thread;
     Object object;
@@ -61,7 +61,7 @@ TEST(ThreadCheckTest, followsAnObjectToAnotherThread)
     EXPECT_TRUE(called);
 }
 
-TEST(ThreadCheckDeathTest, endsTheProcessOnAnyOtherThread)
+TEST(ThreadCheckDeathTest, EndsTheProcessOnAnyOtherThread)
 {
     const Object object;
     EXPECT_DEATH(

@@ -30,7 +30,7 @@ class Signature : public testing::TestWithParam<Case> { };
 
 } // namespace
 
-TEST_P(Signature, givesTheQualifiedNameWithParameters)
+TEST_P(Signature, GivesTheQualifiedNameWithParameters)
 {
     EXPECT_EQ(trExtractContext(GetParam().signature), QString::fromUtf8(GetParam().context));
 }
@@ -96,7 +96,7 @@ struct Probe {
 
 } // namespace
 
-TEST(TrExtractContext, readsWhatThisCompilerWrites)
+TEST(TrExtractContext, ReadsWhatThisCompilerWrites)
 {
     QString signature;
     Probe::context(QString(), 0, signature);

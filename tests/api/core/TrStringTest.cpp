@@ -50,7 +50,7 @@ const TrString full(QStringLiteral("Context"), QStringLiteral("%n of %1"), QStri
 
 } // namespace
 
-TEST(TrString, isEmptyWhenMadeFromNothing)
+TEST(TrString, IsEmptyWhenMadeFromNothing)
 {
     const TrString empty;
     EXPECT_TRUE(empty.isEmpty());
@@ -60,7 +60,7 @@ TEST(TrString, isEmptyWhenMadeFromNothing)
     EXPECT_EQ(empty, TrString());
 }
 
-TEST(TrString, keepsWhatItWasMadeFrom)
+TEST(TrString, KeepsWhatItWasMadeFrom)
 {
     EXPECT_EQ(full.context(), QStringLiteral("Context"));
     EXPECT_EQ(full.sourceText(), QStringLiteral("%n of %1"));
@@ -72,7 +72,7 @@ TEST(TrString, keepsWhatItWasMadeFrom)
     EXPECT_FALSE(full.isEmpty());
 }
 
-TEST(TrString, showsItsSourceWithoutATranslation)
+TEST(TrString, ShowsItsSourceWithoutATranslation)
 {
     EXPECT_EQ(
         TrString("Test", "Invalid response.").toString(), QStringLiteral("Invalid response."));
@@ -83,7 +83,7 @@ TEST(TrString, showsItsSourceWithoutATranslation)
         QStringLiteral("Stra\u00dfe"));
 }
 
-TEST(TrString, fillsInTheCount)
+TEST(TrString, FillsInTheCount)
 {
     const TrString stations(
         QStringLiteral("Nowhere"), QStringLiteral("%n stations"), QString(), 12);
@@ -96,7 +96,7 @@ TEST(TrString, fillsInTheCount)
     EXPECT_EQ(uncounted.count(), -1);
 }
 
-TEST(TrStringArguments, fillThePlacesInTheOrderOfTheirNumbers)
+TEST(TrStringArguments, FillThePlacesInTheOrderOfTheirNumbers)
 {
     EXPECT_EQ(
         filled(QStringLiteral("%2 and %1"), values({QStringLiteral("a"), QStringLiteral("b")})),
@@ -106,7 +106,7 @@ TEST(TrStringArguments, fillThePlacesInTheOrderOfTheirNumbers)
     EXPECT_EQ(filled(QStringLiteral("%1%1"), values({QStringLiteral("a")})), QStringLiteral("aa"));
 }
 
-TEST(TrStringArguments, areNeverSearchedForPlaces)
+TEST(TrStringArguments, AreNeverSearchedForPlaces)
 {
     EXPECT_EQ(filled(QStringLiteral("%1 %2"), values({QStringLiteral("%2"), QStringLiteral("b")})),
         QStringLiteral("%2 b"));
@@ -121,14 +121,14 @@ TEST(TrStringArguments, areNeverSearchedForPlaces)
     EXPECT_EQ(filled(QStringLiteral("%1 1"), values({QStringLiteral("%")})), QStringLiteral("% 1"));
 }
 
-TEST(TrStringArguments, leavePlacesAloneForWhichThereIsNone)
+TEST(TrStringArguments, LeavePlacesAloneForWhichThereIsNone)
 {
     EXPECT_EQ(filled(QStringLiteral("%1 %2 %3"), values({QStringLiteral("a")})),
         QStringLiteral("a %2 %3"));
     EXPECT_EQ(filled(QStringLiteral("%1 %2"), {}), QStringLiteral("%1 %2"));
 }
 
-TEST(TrStringArguments, areDroppedWhenThereIsNoPlace)
+TEST(TrStringArguments, AreDroppedWhenThereIsNoPlace)
 {
     EXPECT_EQ(
         filled(QStringLiteral("plain"), values({QStringLiteral("a")})), QStringLiteral("plain"));
@@ -136,7 +136,7 @@ TEST(TrStringArguments, areDroppedWhenThereIsNoPlace)
         QStringLiteral("a"));
 }
 
-TEST(TrStringArguments, takePlacesOfTwoDigits)
+TEST(TrStringArguments, TakePlacesOfTwoDigits)
 {
     QStringList texts;
     for (int i = 1; i <= 12; ++i)
@@ -147,7 +147,7 @@ TEST(TrStringArguments, takePlacesOfTwoDigits)
         filled(QStringLiteral("%99%998"), values({QStringLiteral("a")})), QStringLiteral("aa8"));
 }
 
-TEST(TrStringArguments, takeOnlyWhatIsAPlace)
+TEST(TrStringArguments, TakeOnlyWhatIsAPlace)
 {
     EXPECT_EQ(filled(QStringLiteral("100 % %0 %% %x %L %1 %"), values({QStringLiteral("a")})),
         QStringLiteral("100 % %0 %% %x %L a %"));
@@ -155,7 +155,7 @@ TEST(TrStringArguments, takeOnlyWhatIsAPlace)
     EXPECT_EQ(filled(QStringLiteral("%L1"), values({QStringLiteral("a")})), QStringLiteral("a"));
 }
 
-TEST(TrStringArguments, arePaddedToTheirWidth)
+TEST(TrStringArguments, ArePaddedToTheirWidth)
 {
     EXPECT_EQ(
         filled(QStringLiteral("[%1]"), {TrArg(QStringLiteral("ab"), 4)}), QStringLiteral("[  ab]"));
@@ -165,7 +165,7 @@ TEST(TrStringArguments, arePaddedToTheirWidth)
         QStringLiteral("[abcdef]"));
 }
 
-TEST(TrString, comparesEveryPartOfIt)
+TEST(TrString, ComparesEveryPartOfIt)
 {
     const QVector<TrArg> arguments = full.arguments();
     const auto with = [&](const char *context, const char *source, const char *note, int count,
@@ -184,7 +184,7 @@ TEST(TrString, comparesEveryPartOfIt)
     EXPECT_NE(TrArg(QStringLiteral("a"), 1), TrArg(QStringLiteral("a"), 1, QLatin1Char('.')));
 }
 
-TEST(TrString, isLeftEmptyWhenMovedFrom)
+TEST(TrString, IsLeftEmptyWhenMovedFrom)
 {
     TrString from = full;
     const TrString to = std::move(from);
@@ -194,7 +194,7 @@ TEST(TrString, isLeftEmptyWhenMovedFrom)
     EXPECT_EQ(from, full);
 }
 
-TEST(TrString, survivesAVariant)
+TEST(TrString, SurvivesAVariant)
 {
     const QVariant variant = full;
     EXPECT_EQ(TrString::fromVariant(variant), full);
@@ -204,7 +204,7 @@ TEST(TrString, survivesAVariant)
     EXPECT_EQ(QVariant(text(QStringLiteral("plain"))).toString(), QStringLiteral("plain"));
 }
 
-TEST(TrString, makesHashesThatHoldItComparable)
+TEST(TrString, MakesHashesThatHoldItComparable)
 {
     const QVariantHash hash {{QStringLiteral("title"), full}};
     const QVariantHash same {{QStringLiteral("title"), streamed(full)}};
@@ -213,7 +213,7 @@ TEST(TrString, makesHashesThatHoldItComparable)
     EXPECT_NE(hash, other);
 }
 
-TEST(TrString, readsOtherVariantsAsUntranslatedText)
+TEST(TrString, ReadsOtherVariantsAsUntranslatedText)
 {
     EXPECT_EQ(TrString::fromVariant(QStringLiteral("Folk")), Language::ntr(QStringLiteral("Folk")));
     EXPECT_EQ(TrString::fromVariant(12).toString(), QStringLiteral("12"));
@@ -221,7 +221,7 @@ TEST(TrString, readsOtherVariantsAsUntranslatedText)
     EXPECT_TRUE(TrString::fromVariant(QVariantHash {{QStringLiteral("a"), 1}}).isEmpty());
 }
 
-TEST(TrString, survivesADataStream)
+TEST(TrString, SurvivesADataStream)
 {
     EXPECT_EQ(streamed(full), full);
     EXPECT_EQ(streamed(TrString()), TrString());
@@ -230,7 +230,7 @@ TEST(TrString, survivesADataStream)
     EXPECT_FALSE(streamed(name).isTranslatable());
 }
 
-TEST(TrString, survivesADataStreamInsideAVariant)
+TEST(TrString, SurvivesADataStreamInsideAVariant)
 {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
@@ -241,7 +241,7 @@ TEST(TrString, survivesADataStreamInsideAVariant)
     EXPECT_EQ(TrString::fromVariant(read), full);
 }
 
-TEST(TrString, isEmptyWhenTheStreamEndsEarly)
+TEST(TrString, IsEmptyWhenTheStreamEndsEarly)
 {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
@@ -255,7 +255,7 @@ TEST(TrString, isEmptyWhenTheStreamEndsEarly)
     }
 }
 
-TEST(TrString, printsItsText)
+TEST(TrString, PrintsItsText)
 {
     std::ostringstream out;
     out << filled(QStringLiteral("%1 dB"), values({QStringLiteral("3")}))
@@ -263,7 +263,7 @@ TEST(TrString, printsItsText)
     EXPECT_EQ(out.str(), "3 dB and na\xc3\xafve");
 }
 
-TEST(LanguageNtr, leavesPlacesAndEverythingElseAsItIs)
+TEST(LanguageNtr, LeavesPlacesAndEverythingElseAsItIs)
 {
     const TrString name = Language::ntr(QStringLiteral("100%1 %n"));
     EXPECT_EQ(name.toString(), QStringLiteral("100%1 %n"));

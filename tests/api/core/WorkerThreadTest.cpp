@@ -32,7 +32,7 @@ private:
 
 } // namespace
 
-TEST(WorkerThread, createsAndDeletesItsObjectThere)
+TEST(WorkerThread, CreatesAndDeletesItsObjectThere)
 {
     Log log;
     QThread *thread = nullptr;
@@ -47,7 +47,7 @@ TEST(WorkerThread, createsAndDeletesItsObjectThere)
     EXPECT_EQ(log.deleted, thread);
 }
 
-TEST(WorkerThread, runsCallsThereAndWaitsForThem)
+TEST(WorkerThread, RunsCallsThereAndWaitsForThem)
 {
     WorkerThread worker([] { return nullptr; });
     int calls = 0;
@@ -60,7 +60,7 @@ TEST(WorkerThread, runsCallsThereAndWaitsForThem)
     }
 }
 
-TEST(WorkerThread, runsAnEventLoop)
+TEST(WorkerThread, RunsAnEventLoop)
 {
     WorkerThread worker([] { return new QObject; });
     std::atomic<bool> fired {false};
@@ -68,7 +68,7 @@ TEST(WorkerThread, runsAnEventLoop)
     EXPECT_TRUE(spinUntil([&fired] { return fired.load(); }));
 }
 
-TEST(SpinUntil, runsTheCallersEventLoop)
+TEST(SpinUntil, RunsTheCallersEventLoop)
 {
     bool fired = false;
     QTimer::singleShot(0, [&fired] { fired = true; });
@@ -76,7 +76,7 @@ TEST(SpinUntil, runsTheCallersEventLoop)
     EXPECT_TRUE(spinUntil([&fired] { return fired; }));
 }
 
-TEST(SpinUntil, deletesWhatIsToBeDeletedLater)
+TEST(SpinUntil, DeletesWhatIsToBeDeletedLater)
 {
     bool deleted = false;
     auto *const object = new QObject;
@@ -85,7 +85,7 @@ TEST(SpinUntil, deletesWhatIsToBeDeletedLater)
     EXPECT_TRUE(spinUntil([&deleted] { return deleted; }));
 }
 
-TEST(SpinUntil, givesUpInTheEnd)
+TEST(SpinUntil, GivesUpInTheEnd)
 {
     EXPECT_FALSE(spinUntil([] { return false; }, 20));
 }

@@ -43,7 +43,7 @@ struct Printable { };
 Q_DECLARE_METATYPE(Unprintable)
 Q_DECLARE_METATYPE(Printable)
 
-TEST(Log, writesLevelAndText)
+TEST(Log, WritesLevelAndText)
 {
     LogCapture capture("Test");
     VESK_TRACE("a" << 1);
@@ -58,7 +58,7 @@ TEST(Log, writesLevelAndText)
                 QStringLiteral("WARN d"), QStringLiteral("ERROR e"), QStringLiteral("FATAL f")}));
 }
 
-TEST(Log, expectedErrorsAreDebug)
+TEST(Log, ExpectedErrorsAreDebug)
 {
     LogCapture capture("Test");
     {
@@ -77,7 +77,7 @@ TEST(Log, expectedErrorsAreDebug)
             QStringLiteral("ERROR d"), QStringLiteral("ERROR e")}));
 }
 
-TEST(Log, expectedErrorsAreNotWrittenWhereDebugIsOff)
+TEST(Log, ExpectedErrorsAreNotWrittenWhereDebugIsOff)
 {
     LogCapture capture("Test");
     log4cplus::Logger logger = veskLogger();
@@ -92,7 +92,7 @@ TEST(Log, expectedErrorsAreNotWrittenWhereDebugIsOff)
     EXPECT_EQ(capture.lines(), QStringList({QStringLiteral("ERROR b")}));
 }
 
-TEST(Log, tellsWhereItComesFrom)
+TEST(Log, TellsWhereItComesFrom)
 {
     LogCapture capture("Test");
     veskWriteLog(veskLogger(), log4cplus::INFO_LOG_LEVEL, "text",
@@ -104,7 +104,7 @@ TEST(Log, tellsWhereItComesFrom)
         QStringLiteral("tests/api/core/logTest:") + QString::fromLatin1(__PRETTY_FUNCTION__));
 }
 
-TEST(Log, buildsNoTextForALevelThatIsOff)
+TEST(Log, BuildsNoTextForALevelThatIsOff)
 {
     log4cplus::Logger logger = log4cplus::Logger::getInstance("Test");
     const auto former = logger.getLogLevel();
@@ -119,7 +119,7 @@ TEST(Log, buildsNoTextForALevelThatIsOff)
     EXPECT_EQ(built, 1);
 }
 
-TEST(LogCapture, keepsRecordsOfItsLoggerOnlyAndOnlyWhileItLives)
+TEST(LogCapture, KeepsRecordsOfItsLoggerOnlyAndOnlyWhileItLives)
 {
     auto capture = std::make_unique<LogCapture>("Test.other");
     VESK_ERROR("not here");
@@ -138,7 +138,7 @@ TEST(LogCapture, keepsRecordsOfItsLoggerOnlyAndOnlyWhileItLives)
     EXPECT_TRUE(other.getAllAppenders().empty());
 }
 
-TEST(LogCapture, takesRecordsFromManyThreads)
+TEST(LogCapture, TakesRecordsFromManyThreads)
 {
     LogCapture capture("Test");
     std::vector<std::thread> threads;
@@ -155,7 +155,7 @@ TEST(LogCapture, takesRecordsFromManyThreads)
     EXPECT_EQ(lines.removeDuplicates(), 0);
 }
 
-TEST(LogSourceName, startsAfterSrcAndHasNoExtension)
+TEST(LogSourceName, StartsAfterSrcAndHasNoExtension)
 {
     EXPECT_EQ(veskLogSourceName("src/modules/tunein/cb_tunein.cpp"), "modules/tunein/cb_tunein");
     EXPECT_EQ(veskLogSourceName("/home/me/vesk/src/api/core/log.cpp"), "api/core/log");
@@ -164,14 +164,14 @@ TEST(LogSourceName, startsAfterSrcAndHasNoExtension)
     EXPECT_EQ(veskLogSourceName("tests/api/core/logTest.cpp"), "tests/api/core/logTest");
 }
 
-TEST(LogSourceName, takesSrcForAWholeFolderNameOnly)
+TEST(LogSourceName, TakesSrcForAWholeFolderNameOnly)
 {
     EXPECT_EQ(veskLogSourceName("mysrc/a.cpp"), "mysrc/a");
     EXPECT_EQ(veskLogSourceName("mysrc/src/a.cpp"), "a");
     EXPECT_EQ(veskLogSourceName("src.d/a.cpp"), "src.d/a");
 }
 
-TEST(LogSourceName, cutsTheFilesExtensionOnly)
+TEST(LogSourceName, CutsTheFilesExtensionOnly)
 {
     EXPECT_EQ(veskLogSourceName("src/v1.2/Makefile"), "v1.2/Makefile");
     EXPECT_EQ(veskLogSourceName("src/a.b.cpp"), "a.b");
@@ -179,7 +179,7 @@ TEST(LogSourceName, cutsTheFilesExtensionOnly)
     EXPECT_EQ(veskLogSourceName(nullptr), "");
 }
 
-TEST(LogScopedFunction, isTheSignatureAsItIs)
+TEST(LogScopedFunction, IsTheSignatureAsItIs)
 {
     const char *const signature
         = "TuneInAccountNode::TuneInAccountNode(CMTuneInWorker*, const CMPath&)";
@@ -187,7 +187,7 @@ TEST(LogScopedFunction, isTheSignatureAsItIs)
     EXPECT_EQ(dbglog_scopedFunction(nullptr, nullptr), QString());
 }
 
-TEST(LogPrint, writesTextAsUtf8)
+TEST(LogPrint, WritesTextAsUtf8)
 {
     EXPECT_EQ(print(QStringLiteral("na\u00efve \U0001F600 'x' \"y\" \\")),
         "na\xc3\xafve \xf0\x9f\x98\x80 'x' \"y\" \\");
@@ -197,7 +197,7 @@ TEST(LogPrint, writesTextAsUtf8)
     EXPECT_EQ(print(QByteArray()), "");
 }
 
-TEST(LogPrint, letsNoTextPassForAnotherRecord)
+TEST(LogPrint, LetsNoTextPassForAnotherRecord)
 {
     EXPECT_EQ(print(QStringLiteral("a\nERROR b\r\nc\td")), "a\\nERROR b\\r\\nc\\td");
     EXPECT_EQ(print(QByteArray("{\r\n}")), "{\\r\\n}");
@@ -210,7 +210,7 @@ TEST(LogPrint, letsNoTextPassForAnotherRecord)
     EXPECT_EQ(print(QByteArray("\xc2")), "\xc2");
 }
 
-TEST(LogPrint, writesVariantsByTheirContent)
+TEST(LogPrint, WritesVariantsByTheirContent)
 {
     EXPECT_EQ(print(QVariant()), "null");
     EXPECT_EQ(print(QVariant::fromValue(nullptr)), "null");
@@ -226,7 +226,7 @@ TEST(LogPrint, writesVariantsByTheirContent)
     EXPECT_EQ(print(QVariant(QStringList({QStringLiteral("a"), QStringLiteral("b")}))), "[a, b]");
 }
 
-TEST(LogPrint, writesHashesInTheOrderOfTheirKeys)
+TEST(LogPrint, WritesHashesInTheOrderOfTheirKeys)
 {
     QVariantHash entries;
     std::string expected = "{";
@@ -239,7 +239,7 @@ TEST(LogPrint, writesHashesInTheOrderOfTheirKeys)
     EXPECT_EQ(print(QVariantHash()), "{}");
 }
 
-TEST(LogPrint, writesNestedContainers)
+TEST(LogPrint, WritesNestedContainers)
 {
     const QVariant inner
         = hash({{QStringLiteral("y"), QVariantList {1, QVariant(), QStringLiteral("z")}},
@@ -248,7 +248,7 @@ TEST(LogPrint, writesNestedContainers)
         "{a: {x: {k: false}, y: [1, null, z]}, b: []}");
 }
 
-TEST(LogPrint, hidesSecretsAtEveryDepth)
+TEST(LogPrint, HidesSecretsAtEveryDepth)
 {
     const QVariantHash login = hash({{QStringLiteral("userName"), QStringLiteral("me")},
         {QStringLiteral("password"), QStringLiteral("hidden")}, {QStringLiteral("sessionId"), 7},
@@ -262,12 +262,12 @@ TEST(LogPrint, hidesSecretsAtEveryDepth)
         "{PASSWORD: ***}");
 }
 
-TEST(LogPrint, escapesKeysToo)
+TEST(LogPrint, EscapesKeysToo)
 {
     EXPECT_EQ(print(hash({{QStringLiteral("a\nb"), 1}})), "{a\\nb: 1}");
 }
 
-TEST(LogPrint, writesParameterMaps)
+TEST(LogPrint, WritesParameterMaps)
 {
     using Map = QMap<QString, QString>;
     EXPECT_EQ(print(Map()), "QMap()");
@@ -277,7 +277,7 @@ TEST(LogPrint, writesParameterMaps)
         "QMap((c, a b)(password, ***)(sid, s1))");
 }
 
-TEST(LogPrint, writesTypesThatItDoesNotKnow)
+TEST(LogPrint, WritesTypesThatItDoesNotKnow)
 {
     EXPECT_EQ(print(QVariant::fromValue(Unprintable())), "<Unprintable>");
     const bool registered = QMetaType::registerConverter<Printable, VeskLogText>(
@@ -286,7 +286,7 @@ TEST(LogPrint, writesTypesThatItDoesNotKnow)
     EXPECT_EQ(print(QVariant::fromValue(Printable())), "printed");
 }
 
-TEST(LogSecretKey, isRecognisedInAnyCase)
+TEST(LogSecretKey, IsRecognisedInAnyCase)
 {
     for (const char *key : {"password", "Password", "PASSWORD", "session", "sessionId", "SessionID",
              "session_id", "SESSION_ID", "token", "Token"})

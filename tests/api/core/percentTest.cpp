@@ -48,7 +48,7 @@ QString randomText(std::mt19937 &random)
 
 } // namespace
 
-TEST(PercentEncode, leavesUnreservedCharactersAlone)
+TEST(PercentEncode, LeavesUnreservedCharactersAlone)
 {
     const QString unreserved
         = QStringLiteral("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~");
@@ -57,7 +57,7 @@ TEST(PercentEncode, leavesUnreservedCharactersAlone)
     EXPECT_EQ(encoded.constData(), unreserved.constData()) << "a text that stays shall be shared";
 }
 
-TEST(PercentEncode, writesEveryOtherAsciiCharacterAsUppercaseEscape)
+TEST(PercentEncode, WritesEveryOtherAsciiCharacterAsUppercaseEscape)
 {
     for (ushort c = 0; c < 0x80; ++c) {
         const QString text(1, QChar(c));
@@ -70,7 +70,7 @@ TEST(PercentEncode, writesEveryOtherAsciiCharacterAsUppercaseEscape)
     }
 }
 
-TEST(PercentEncode, keepsTheCharactersThatItIsToldTo)
+TEST(PercentEncode, KeepsTheCharactersThatItIsToldTo)
 {
     const QString text = QStringLiteral("a/b?c\u00e9");
     EXPECT_EQ(veskPercentEncode(text, "/"), QStringLiteral("a/b%3Fc%C3%A9"));
@@ -78,12 +78,12 @@ TEST(PercentEncode, keepsTheCharactersThatItIsToldTo)
     EXPECT_EQ(veskPercentEncode(text), QStringLiteral("a%2Fb%3Fc%C3%A9"));
 }
 
-TEST(PercentEncode, encodesNulEvenWhenCharactersAreKept)
+TEST(PercentEncode, EncodesNulEvenWhenCharactersAreKept)
 {
     EXPECT_EQ(veskPercentEncode(QString(1, QChar(0)), "/"), QStringLiteral("%00"));
 }
 
-TEST(PercentEncode, encodesAllLengthsOfUtf8)
+TEST(PercentEncode, EncodesAllLengthsOfUtf8)
 {
     EXPECT_EQ(veskPercentEncode(QStringLiteral("\u007f")), QStringLiteral("%7F"));
     EXPECT_EQ(veskPercentEncode(QStringLiteral("\u0080")), QStringLiteral("%C2%80"));
@@ -94,7 +94,7 @@ TEST(PercentEncode, encodesAllLengthsOfUtf8)
     EXPECT_EQ(veskPercentEncode(QStringLiteral("\U0010ffff")), QStringLiteral("%F4%8F%BF%BF"));
 }
 
-TEST(PercentEncode, writesALoneSurrogateAsReplacementCharacter)
+TEST(PercentEncode, WritesALoneSurrogateAsReplacementCharacter)
 {
     const QChar high(0xD83D);
     const QChar low(0xDE00);
@@ -106,7 +106,7 @@ TEST(PercentEncode, writesALoneSurrogateAsReplacementCharacter)
         veskPercentEncode(QString(high) + high + low), QStringLiteral("%EF%BF%BD%F0%9F%98%80"));
 }
 
-TEST(PercentEncode, keepsSurrogatePairsTogetherInLongTexts)
+TEST(PercentEncode, KeepsSurrogatePairsTogetherInLongTexts)
 {
     // Whatever size the pieces have in which a long text is encoded, some pair lies across their
     // end.
@@ -119,7 +119,7 @@ TEST(PercentEncode, keepsSurrogatePairsTogetherInLongTexts)
     }
 }
 
-TEST(PercentEncode, agreesWithQUrlOnAnyUnicodeText)
+TEST(PercentEncode, AgreesWithQUrlOnAnyUnicodeText)
 {
     std::mt19937 random(1);
     for (int i = 0; i < 20000; ++i) {
@@ -129,7 +129,7 @@ TEST(PercentEncode, agreesWithQUrlOnAnyUnicodeText)
     }
 }
 
-TEST(PercentBuffer, joinsEncodedPartsAndPlainCharacters)
+TEST(PercentBuffer, JoinsEncodedPartsAndPlainCharacters)
 {
     VeskPercentBuffer buffer;
     EXPECT_EQ(buffer.toString(), QString());
@@ -141,7 +141,7 @@ TEST(PercentBuffer, joinsEncodedPartsAndPlainCharacters)
         buffer.toString(), QStringLiteral("a%20b?/%C3%A9") + QStringLiteral("%3D").repeated(3000));
 }
 
-TEST(PercentBuffer, takesEncodedPartsAsTheyAre)
+TEST(PercentBuffer, TakesEncodedPartsAsTheyAre)
 {
     VeskPercentBuffer buffer;
     buffer.appendEncoded(QString());
@@ -153,7 +153,7 @@ TEST(PercentBuffer, takesEncodedPartsAsTheyAre)
         QStringLiteral("a%20b%25") + QStringLiteral("&c=").repeated(3000) + QLatin1Char('?'));
 }
 
-TEST(PercentEncode, encodesWhatIsBeyondAsciiAtAnyPlaceAmongAscii)
+TEST(PercentEncode, EncodesWhatIsBeyondAsciiAtAnyPlaceAmongAscii)
 {
     const QString others[] {QStringLiteral("\u00e9"), QStringLiteral("\u20ac"),
         QStringLiteral("\U0001F600"), QString(QChar(0xD83D)), QString(QChar(0xDE00))};
@@ -172,7 +172,7 @@ TEST(PercentEncode, encodesWhatIsBeyondAsciiAtAnyPlaceAmongAscii)
     }
 }
 
-TEST(PercentDecode, undoesEncodingOfAnyUnicodeText)
+TEST(PercentDecode, UndoesEncodingOfAnyUnicodeText)
 {
     std::mt19937 random(2);
     for (int i = 0; i < 20000; ++i) {
@@ -181,35 +181,35 @@ TEST(PercentDecode, undoesEncodingOfAnyUnicodeText)
     }
 }
 
-TEST(PercentDecode, readsHexDigitsOfEitherCase)
+TEST(PercentDecode, ReadsHexDigitsOfEitherCase)
 {
     EXPECT_EQ(decode(QStringLiteral("%c3%A9%C3%a9")), QStringLiteral("\u00e9\u00e9"));
 }
 
-TEST(PercentDecode, leavesAPlusAPlus)
+TEST(PercentDecode, LeavesAPlusAPlus)
 {
     EXPECT_EQ(decode(QStringLiteral("a+b%2Bc")), QStringLiteral("a+b+c"));
 }
 
-TEST(PercentDecode, readsCharactersThatAreNotEncodedAsTheyAre)
+TEST(PercentDecode, ReadsCharactersThatAreNotEncodedAsTheyAre)
 {
     EXPECT_EQ(
         decode(QStringLiteral("\u00e9 %41 \U0001F600")), QStringLiteral("\u00e9 A \U0001F600"));
 }
 
-TEST(PercentDecode, decodesOnceOnly)
+TEST(PercentDecode, DecodesOnceOnly)
 {
     EXPECT_EQ(decode(QStringLiteral("%2541")), QStringLiteral("%41"));
 }
 
-TEST(PercentDecode, readsNul)
+TEST(PercentDecode, ReadsNul)
 {
     EXPECT_EQ(decode(QStringLiteral("a%00b")), QString::fromLatin1("a\0b", 3));
 }
 
 class DamagedEscape : public testing::TestWithParam<std::string> { };
 
-TEST_P(DamagedEscape, isRefused)
+TEST_P(DamagedEscape, IsRefused)
 {
     EXPECT_FALSE(veskPercentDecode(QString::fromStdString(GetParam())));
 }
@@ -223,7 +223,7 @@ INSTANTIATE_TEST_SUITE_P(PercentDecode, DamagedEscape,
         "%C0%80", "%C1%BF", "%E0%80%80", "%E0%9F%BF", "%F0%80%80%80", "%F0%8F%BF%BF", "%ED%A0%80",
         "%ED%BF%BF", "%F4%90%80%80", "%F5%80%80%80", "%F8%88%80%80%80", "%FE", "%FF"));
 
-TEST(PercentDecode, refusesLoneSurrogates)
+TEST(PercentDecode, RefusesLoneSurrogates)
 {
     for (const QString &text : {QString(QChar(0xD800)), QString(QChar(0xDC00)),
              QChar(0xD800) + QStringLiteral("%41"), QStringLiteral("%41") + QChar(0xDC00),
@@ -231,7 +231,7 @@ TEST(PercentDecode, refusesLoneSurrogates)
         EXPECT_FALSE(veskPercentDecode(text));
 }
 
-TEST(PercentDecode, readsOrRefusesAnyNoise)
+TEST(PercentDecode, ReadsOrRefusesAnyNoise)
 {
     std::mt19937 random(3);
     const QString alphabet = QStringLiteral("%%%%0123456789ABCDEFabcdefGx\u00e9 +");

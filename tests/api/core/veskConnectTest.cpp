@@ -65,7 +65,7 @@ protected:
     }
 };
 
-TEST_F(ConnectionParameters, areFineWhenRegistered)
+TEST_F(ConnectionParameters, AreFineWhenRegistered)
 {
     const QMetaMethod plain = QMetaMethod::fromSignal(&Talker::plain);
     EXPECT_TRUE(check(plain, there(), Qt::AutoConnection));
@@ -73,17 +73,17 @@ TEST_F(ConnectionParameters, areFineWhenRegistered)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
-TEST_F(ConnectionParameters, areFineWhenPointers)
+TEST_F(ConnectionParameters, AreFineWhenPointers)
 {
     EXPECT_TRUE(check(QMetaMethod::fromSignal(&Talker::pointer), there(), Qt::QueuedConnection));
 }
 
-TEST_F(ConnectionParameters, areFineWhenDeclaredThoughNeverUsedBefore)
+TEST_F(ConnectionParameters, AreFineWhenDeclaredThoughNeverUsedBefore)
 {
     EXPECT_TRUE(verify(talker, &Talker::declared, there(), Qt::QueuedConnection));
 }
 
-TEST_F(ConnectionParameters, mustBeRegisteredToCrossThreads)
+TEST_F(ConnectionParameters, MustBeRegisteredToCrossThreads)
 {
     EXPECT_FALSE(check(unregisteredSignal, there(), Qt::AutoConnection));
     EXPECT_EQ(log.lines(),
@@ -92,14 +92,14 @@ TEST_F(ConnectionParameters, mustBeRegisteredToCrossThreads)
                            "parameter type Unregistered is no registered meta-type")));
 }
 
-TEST_F(ConnectionParameters, mustBeRegisteredToBeQueuedOnOneThread)
+TEST_F(ConnectionParameters, MustBeRegisteredToBeQueuedOnOneThread)
 {
     EXPECT_FALSE(check(unregisteredSignal, here, Qt::QueuedConnection));
     EXPECT_FALSE(check(
         unregisteredSignal, here, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection)));
 }
 
-TEST_F(ConnectionParameters, mayBeAnythingInACallThatIsNotQueued)
+TEST_F(ConnectionParameters, MayBeAnythingInACallThatIsNotQueued)
 {
     EXPECT_TRUE(check(unregisteredSignal, here, Qt::AutoConnection));
     EXPECT_TRUE(check(unregisteredSignal, there(), Qt::DirectConnection));
@@ -107,7 +107,7 @@ TEST_F(ConnectionParameters, mayBeAnythingInACallThatIsNotQueued)
     EXPECT_TRUE(log.lines().isEmpty());
 }
 
-TEST(VeskConnect, connects)
+TEST(VeskConnect, Connects)
 {
     Talker talker;
     Listener listener;
@@ -118,7 +118,7 @@ TEST(VeskConnect, connects)
     EXPECT_EQ(listener.sum, 3);
 }
 
-TEST(VeskConnect, connectsAcrossThreads)
+TEST(VeskConnect, ConnectsAcrossThreads)
 {
     WorkerThread thread([] { return new Listener; });
     auto *const listener = static_cast<Listener *>(thread.object());
@@ -128,7 +128,7 @@ TEST(VeskConnect, connectsAcrossThreads)
     EXPECT_TRUE(spinUntil([listener] { return listener->sum == 4; }));
 }
 
-TEST(VeskConnectDeathTest, stopsTheProcessWhenItCannotConnect)
+TEST(VeskConnectDeathTest, StopsTheProcessWhenItCannotConnect)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     Talker talker;
@@ -139,7 +139,7 @@ TEST(VeskConnectDeathTest, stopsTheProcessWhenItCannotConnect)
         "Assertion failed: connection");
 }
 
-TEST(VeskConnectDeathTest, stopsTheProcessWhenAParameterCannotCrossThreads)
+TEST(VeskConnectDeathTest, StopsTheProcessWhenAParameterCannotCrossThreads)
 {
     GTEST_FLAG_SET(death_test_style, "threadsafe");
     Talker talker;

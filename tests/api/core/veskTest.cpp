@@ -47,21 +47,21 @@ protected:
 
 } // namespace
 
-TEST(Assert, doesNothingWhenTheConditionHolds)
+TEST(Assert, DoesNothingWhenTheConditionHolds)
 {
     int evaluated = 0;
     VESK_ASSERT(++evaluated == 1);
     EXPECT_EQ(evaluated, 1);
 }
 
-TEST_F(AssertDeathTest, stopsTheProcessAndSaysWhere)
+TEST_F(AssertDeathTest, StopsTheProcessAndSaysWhere)
 {
     const QString guideId;
     EXPECT_EXIT(VESK_ASSERT(!guideId.isEmpty()), testing::KilledBySignal(SIGABRT),
         "Assertion failed: !guideId.isEmpty\\(\\), file tests/api/core/veskTest.cpp, line [0-9]+");
 }
 
-TEST_F(AssertDeathTest, keepsTheConditionLiteral)
+TEST_F(AssertDeathTest, KeepsTheConditionLiteral)
 {
     EXPECT_EXIT(VESK_ASSERT(!"requestPath.base().startsWith(\"browse\") %1 %s"),
         testing::KilledBySignal(SIGABRT),
@@ -69,7 +69,7 @@ TEST_F(AssertDeathTest, keepsTheConditionLiteral)
             R"(Assertion failed: !"requestPath.base().startsWith(\"browse\") %1 %s", file )"));
 }
 
-TEST_F(AssertDeathTest, leavesAWholeRecordInTheLogFile)
+TEST_F(AssertDeathTest, LeavesAWholeRecordInTheLogFile)
 {
     // The process that dies starts the test anew, so both must come to the same name.
     const QString file = QCoreApplication::applicationFilePath() + QStringLiteral(".assert.log");
@@ -93,7 +93,7 @@ TEST_F(AssertDeathTest, leavesAWholeRecordInTheLogFile)
                    "Assertion failed: 1 == 2, file src/host/main.cpp, line 77\n"));
 }
 
-TEST_F(AssertDeathTest, leavesStandardErrorToTheLogWhenThereIsOne)
+TEST_F(AssertDeathTest, LeavesStandardErrorToTheLogWhenThereIsOne)
 {
     const auto fail = [] {
         LogCapture capture("Vesk");
@@ -103,7 +103,7 @@ TEST_F(AssertDeathTest, leavesStandardErrorToTheLogWhenThereIsOne)
         testing::Not(testing::HasSubstr("Assertion failed")));
 }
 
-TEST_F(AssertDeathTest, writesOneWholeRecordWhenThreadsFailTogether)
+TEST_F(AssertDeathTest, WritesOneWholeRecordWhenThreadsFailTogether)
 {
     const auto fail = [] {
         std::atomic<int> waiting {8};
@@ -124,19 +124,19 @@ TEST_F(AssertDeathTest, writesOneWholeRecordWhenThreadsFailTogether)
             testing::StrEq("Assertion failed: together, file f, line 1\n"));
 }
 
-TEST(ThreadName, isWhatLinuxShows)
+TEST(ThreadName, IsWhatLinuxShows)
 {
     EXPECT_EQ(threadNameAfter(QStringLiteral("TuneInHttp")), "TuneInHttp");
     EXPECT_EQ(threadNameAfter(QString()), "");
 }
 
-TEST(ThreadName, isCutToFifteenBytes)
+TEST(ThreadName, IsCutToFifteenBytes)
 {
     EXPECT_EQ(threadNameAfter(QStringLiteral("123456789012345")), "123456789012345");
     EXPECT_EQ(threadNameAfter(QStringLiteral("1234567890123456")), "123456789012345");
 }
 
-TEST(ThreadName, isNeverCutInsideACharacter)
+TEST(ThreadName, IsNeverCutInsideACharacter)
 {
     EXPECT_EQ(threadNameAfter(QStringLiteral("12345678901234\u00e9")), "12345678901234");
     EXPECT_EQ(threadNameAfter(QStringLiteral("1234567890123\u20ac")), "1234567890123");

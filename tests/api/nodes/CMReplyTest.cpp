@@ -58,18 +58,18 @@ TEST(CMReply, ReadsTheValueAsItsType)
 
 TEST(CMReply, TheFirstCompletionWinsAndAllWaitingThreadsSeeIt)
 {
-    constexpr int sides = 4;
+    constexpr int Sides = 4;
     for (int round = 0; round < 200; ++round) {
         const Answer answer;
         CMReply<QVariant> reply = answer.reply();
         std::atomic<int> ready {0};
-        std::vector<QVariant> seen(sides);
+        std::vector<QVariant> seen(Sides);
         std::vector<std::thread> threads;
         const auto meet = [&ready] {
-            for (++ready; ready < 2 * sides;)
+            for (++ready; ready < 2 * Sides;)
                 std::this_thread::yield();
         };
-        for (int i = 0; i < sides; ++i) {
+        for (int i = 0; i < Sides; ++i) {
             threads.emplace_back([&, i] {
                 meet();
                 if (i % 2)

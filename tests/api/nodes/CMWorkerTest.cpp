@@ -318,7 +318,7 @@ TEST(CMWorker, AStoppedWorkerAcceptsNoRequests)
 
 TEST(CMWorker, GivesTimersTheirTurnBetweenRequests)
 {
-    constexpr int requests = 200;
+    constexpr int Requests = 200;
     Gate queued;
     int handled = 0;
     int handledAtTimeout = -1;
@@ -332,14 +332,14 @@ TEST(CMWorker, GivesTimersTheirTurnBetweenRequests)
         return true;
     });
     std::vector<Answer> answers;
-    for (int i = 0; i < requests; ++i)
+    for (int i = 0; i < Requests; ++i)
         answers.push_back(getData(workerOf(thread), path("Echo:x"), valueRole));
     queued.open();
     for (const Answer &answer : answers)
         ASSERT_TRUE(answer.wait());
     thread->call([&] {
         EXPECT_GE(handledAtTimeout, 0);
-        EXPECT_LT(handledAtTimeout, requests);
+        EXPECT_LT(handledAtTimeout, Requests);
     });
 }
 

@@ -21,7 +21,7 @@
 /// Nodes and workers whose behaviour a test writes down in place, and requests in one line.
 
 /// Waiting longer than this is a failure.
-constexpr int patience = 20000;
+constexpr int Patience = 20000;
 
 inline CMPath path(const char *text)
 {
@@ -37,11 +37,11 @@ inline TrString text(const char *sourceText)
 class Answer {
 public:
     bool isThere() const { return m_data->isFinished(); }
-    bool wait() const { return m_data->waitForFinished(patience); }
+    bool wait() const { return m_data->waitForFinished(Patience); }
     /// Waits while this thread's event loop runs.
     bool spin() const
     {
-        return spinUntil([this] { return m_data->isFinished(); }, patience);
+        return spinUntil([this] { return m_data->isFinished(); }, Patience);
     }
     QVariant value() const { return m_data->value(); }
     QVariantList list() const { return value().toList(); }
@@ -154,7 +154,7 @@ public:
     void open() { m_promise.set_value(); }
     bool wait() const
     {
-        return m_future.wait_for(std::chrono::milliseconds(patience)) == std::future_status::ready;
+        return m_future.wait_for(std::chrono::milliseconds(Patience)) == std::future_status::ready;
     }
 
 private:

@@ -21,7 +21,7 @@ public:
 
 } // namespace
 
-TEST(PlayLogicInterface, hasNoPlayerUntilTheHostGivesOne)
+TEST(PlayLogicInterface, HasNoPlayerUntilTheHostGivesOne)
 {
     EXPECT_EQ(PlayLogicInterface::playerInstance(), nullptr);
     Player player;

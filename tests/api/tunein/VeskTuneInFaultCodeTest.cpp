@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(VeskTuneInFaultCode, isReadFromItsName)
+TEST(VeskTuneInFaultCode, IsReadFromItsName)
 {
     const char *const names[] = {"validation_email", "validation_password", "validation_location",
         "validation_userNameExists", "validation_emailExists", "validation_error",
@@ -14,7 +14,7 @@ TEST(VeskTuneInFaultCode, isReadFromItsName)
         EXPECT_EQ(int(VeskTuneInFaultCode::fromString(QString::fromLatin1(names[i]))), i + 1);
 }
 
-TEST(VeskTuneInFaultCode, isNoneForAnyOtherText)
+TEST(VeskTuneInFaultCode, IsNoneForAnyOtherText)
 {
     for (const char *name : {"", "none", "validation.email", "Validation_Email", "validation_emai",
              "validation_emails", "request_idInvalid", "1"})

@@ -9,7 +9,7 @@
 
 #include <QSet>
 
-TEST(VeskTuneInPaths, areFixed)
+TEST(VeskTuneInPaths, AreFixed)
 {
     EXPECT_EQ(VeskTuneInPartnerIdPath().toEncoded(), QStringLiteral("settings:tunein/partnerId"));
     EXPECT_EQ(VeskTuneInBrowseIndexUrlPath().toEncoded(),
@@ -21,7 +21,7 @@ TEST(VeskTuneInPaths, areFixed)
     EXPECT_EQ(VeskTuneInStateChangePath().toEncoded(), QStringLiteral("player:tunein/stateChange"));
 }
 
-TEST(VeskTuneInIcons, areOneForEachCategory)
+TEST(VeskTuneInIcons, AreOneForEachCategory)
 {
     const QStringList icons = {VeskTuneInMyPresetsIcon(), VeskTuneInLocalRadioIcon(),
         VeskTuneInMusicIcon(), VeskTuneInTalkIcon(), VeskTuneInSportsIcon(),

@@ -37,13 +37,13 @@ protected:
 
 } // namespace
 
-TEST_P(ElementEntry, isReadFromItsJsonKey)
+TEST_P(ElementEntry, IsReadFromItsJsonKey)
 {
     EXPECT_EQ(read(QStringLiteral("a text")), QStringLiteral("a text"));
     EXPECT_EQ((Element().*GetParam().read)(), QString());
 }
 
-TEST_P(ElementEntry, isTextWhateverItsJsonType)
+TEST_P(ElementEntry, IsTextWhateverItsJsonType)
 {
     EXPECT_EQ(read(qlonglong(128)), QStringLiteral("128"));
     EXPECT_EQ(read(128.0), QStringLiteral("128"));
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(VeskTuneInBodyElement, ElementEntry,
         return std::to_string(accessor.index) + "_" + accessor.param.key;
     });
 
-TEST(VeskTuneInBodyElement, tellsItsTwoUrlsApart)
+TEST(VeskTuneInBodyElement, TellsItsTwoUrlsApart)
 {
     QVariantHash both = entry("URL", QStringLiteral("outline"));
     both.insert(QStringLiteral("url"), QStringLiteral("stream"));
@@ -80,7 +80,7 @@ TEST(VeskTuneInBodyElement, tellsItsTwoUrlsApart)
     EXPECT_EQ(element.urlAlternative(), QStringLiteral("stream"));
 }
 
-TEST(VeskTuneInBodyElement, writesUnderTheKeysItReads)
+TEST(VeskTuneInBodyElement, WritesUnderTheKeysItReads)
 {
     Element element;
     element.setElement(QStringLiteral("outline"));
@@ -96,7 +96,7 @@ TEST(VeskTuneInBodyElement, writesUnderTheKeysItReads)
             {QStringLiteral("URL"), QStringLiteral("http://a/")}}));
 }
 
-TEST(VeskTuneInBodyElement, hasChildren)
+TEST(VeskTuneInBodyElement, HasChildren)
 {
     EXPECT_TRUE(Element().children().isEmpty());
     const Element parent(entry("children", QVariantList {entry("text", QStringLiteral("a")), 5}));
@@ -105,7 +105,7 @@ TEST(VeskTuneInBodyElement, hasChildren)
     EXPECT_EQ(parent.children().at(1).text(), QString());
 }
 
-TEST(VeskTuneInBodyElement, takesASingleObjectForAListOfOne)
+TEST(VeskTuneInBodyElement, TakesASingleObjectForAListOfOne)
 {
     const Element parent(entry("children", entry("text", QStringLiteral("a"))));
     ASSERT_EQ(parent.children().size(), 1);
@@ -113,7 +113,7 @@ TEST(VeskTuneInBodyElement, takesASingleObjectForAListOfOne)
     EXPECT_TRUE(Element(entry("children", QStringLiteral("a"))).children().isEmpty());
 }
 
-TEST(VeskTuneInResponse, readsItsHead)
+TEST(VeskTuneInResponse, ReadsItsHead)
 {
     const VeskTuneInResponse response(VeskHash(entry("head",
         QVariantHash {{QStringLiteral("status"), QStringLiteral("400")},
@@ -126,13 +126,13 @@ TEST(VeskTuneInResponse, readsItsHead)
     EXPECT_EQ(response.head().faultCode(), QStringLiteral("request.idInvalid"));
 }
 
-TEST(VeskTuneInResponse, takesANumericStatusForItsText)
+TEST(VeskTuneInResponse, TakesANumericStatusForItsText)
 {
     const VeskTuneInResponse response(VeskHash(entry("head", entry("status", qlonglong(200)))));
     EXPECT_EQ(response.head().status(), QStringLiteral("200"));
 }
 
-TEST(VeskTuneInResponse, readsItsBody)
+TEST(VeskTuneInResponse, ReadsItsBody)
 {
     const VeskTuneInResponse response(
         VeskHash(entry("body", QVariantList {entry("text", QStringLiteral("a"))})));
@@ -143,7 +143,7 @@ TEST(VeskTuneInResponse, readsItsBody)
     EXPECT_EQ(single.body().first().text(), QStringLiteral("b"));
 }
 
-TEST(VeskTuneInResponse, isEmptyWhereTheAnswerIs)
+TEST(VeskTuneInResponse, IsEmptyWhereTheAnswerIs)
 {
     for (const QVariantHash &hash : {QVariantHash(), entry("head", QVariant()),
              entry("body", QVariant()), entry("body", QStringLiteral("x")),
@@ -154,7 +154,7 @@ TEST(VeskTuneInResponse, isEmptyWhereTheAnswerIs)
     }
 }
 
-TEST(VeskTuneInResponse, printsWithoutItsSecrets)
+TEST(VeskTuneInResponse, PrintsWithoutItsSecrets)
 {
     const VeskTuneInResponse response(VeskHash(entry("body",
         QVariantList {QVariantHash {{QStringLiteral("session_id"), QStringLiteral("hidden")},

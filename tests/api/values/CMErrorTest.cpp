@@ -7,7 +7,7 @@
 
 #include <sstream>
 
-TEST(CMError, isEmptyForSuccess)
+TEST(CMError, IsEmptyForSuccess)
 {
     const CMError error;
     EXPECT_TRUE(error.isEmpty());
@@ -16,7 +16,7 @@ TEST(CMError, isEmptyForSuccess)
     EXPECT_TRUE(error.title().isEmpty());
 }
 
-TEST(CMError, hasFixedKeysAndDefaults)
+TEST(CMError, HasFixedKeysAndDefaults)
 {
     EXPECT_EQ(CMError::Name(), QStringLiteral("name"));
     EXPECT_EQ(CMError::Message(), QStringLiteral("message"));
@@ -27,7 +27,7 @@ TEST(CMError, hasFixedKeysAndDefaults)
     EXPECT_NE(CMError::NoNodeName(), CMError::DefaultName());
 }
 
-TEST(CMError, keepsItsPartsTranslatable)
+TEST(CMError, KeepsItsPartsTranslatable)
 {
     const TrString message("Test", "No node.");
     const TrString title("Test", "Sorry");
@@ -38,7 +38,7 @@ TEST(CMError, keepsItsPartsTranslatable)
     EXPECT_EQ(error[CMError::Name()].toString(), CMError::NoNodeName());
 }
 
-TEST(CMError, hasTheDefaultNameAndTitleWhenMadeFromAMessage)
+TEST(CMError, HasTheDefaultNameAndTitleWhenMadeFromAMessage)
 {
     const CMError error(TrString("Test", "Invalid response."));
     EXPECT_EQ(error.name(), CMError::DefaultName());
@@ -47,7 +47,7 @@ TEST(CMError, hasTheDefaultNameAndTitleWhenMadeFromAMessage)
     EXPECT_TRUE(error.title().isTranslatable());
 }
 
-TEST(CMError, readsPlainTextsToo)
+TEST(CMError, ReadsPlainTextsToo)
 {
     const CMError error(QVariantHash {{CMError::Name(), QStringLiteral("a")},
         {CMError::Message(), QStringLiteral("b")}, {CMError::Title(), QStringLiteral("c")}});
@@ -56,14 +56,14 @@ TEST(CMError, readsPlainTextsToo)
     EXPECT_EQ(error.title().toString(), QStringLiteral("c"));
 }
 
-TEST(CMError, comparesByContent)
+TEST(CMError, ComparesByContent)
 {
     EXPECT_EQ(CMError(TrString("Test", "a")), CMError(TrString("Test", "a")));
     EXPECT_NE(CMError(TrString("Test", "a")), CMError(TrString("Test", "b")));
     EXPECT_NE(CMError(TrString("Test", "a")), CMError());
 }
 
-TEST(CMError, survivesAVariant)
+TEST(CMError, SurvivesAVariant)
 {
     const CMError error(TrString("Test", "a"));
     const QVariant itself = QVariant::fromValue(error);
@@ -74,7 +74,7 @@ TEST(CMError, survivesAVariant)
     EXPECT_EQ(hash.value<CMError>(), error);
 }
 
-TEST(CMError, printsItsPartsReadably)
+TEST(CMError, PrintsItsPartsReadably)
 {
     std::ostringstream out;
     out << CMError(TrString("Test", "Invalid response."));

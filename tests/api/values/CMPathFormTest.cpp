@@ -42,7 +42,7 @@ private:
 
 } // namespace
 
-TEST(CMPathForm, fillsInValuesInTheOrderOfTheBlanks)
+TEST(CMPathForm, FillsInValuesInTheOrderOfTheBlanks)
 {
     const CMPathForm form(
         path(QStringLiteral("menu")), {{QStringLiteral("guideId")}, {QStringLiteral("veskTitle")}});
@@ -52,7 +52,7 @@ TEST(CMPathForm, fillsInValuesInTheOrderOfTheBlanks)
         QStringLiteral("TuneIn:menu?guideId=s2&veskTitle=%C3%A9%F0%9F%98%80"));
 }
 
-TEST(CMPathForm, keepsEmptyValuesButForOptionalOnes)
+TEST(CMPathForm, KeepsEmptyValuesButForOptionalOnes)
 {
     const CMPathForm form(path(QStringLiteral("menu")),
         {{QStringLiteral("a"), true}, {QStringLiteral("b")}, {QStringLiteral("c"), true}});
@@ -63,7 +63,7 @@ TEST(CMPathForm, keepsEmptyValuesButForOptionalOnes)
     EXPECT_EQ(form.toEncoded({x, x, QString()}), QStringLiteral("TuneIn:menu?a=x&b=x"));
 }
 
-TEST(CMPathForm, isThePathItselfWithoutParameters)
+TEST(CMPathForm, IsThePathItselfWithoutParameters)
 {
     EXPECT_EQ(CMPathForm(path(QStringLiteral("a b/c")), {}).toEncoded({}),
         QStringLiteral("TuneIn:a%20b/c"));
@@ -71,13 +71,13 @@ TEST(CMPathForm, isThePathItselfWithoutParameters)
     EXPECT_EQ(form.toEncoded({QString()}), QStringLiteral("TuneIn:menu"));
 }
 
-TEST(CMPathForm, isEmptyForTheEmptyPath)
+TEST(CMPathForm, IsEmptyForTheEmptyPath)
 {
     const CMPathForm form(CMPath(), {{QStringLiteral("a")}});
     EXPECT_EQ(form.toEncoded({QStringLiteral("x")}), QString());
 }
 
-TEST(CMPathForm, keepsThePathsOwnParametersInTheirPlaces)
+TEST(CMPathForm, KeepsThePathsOwnParametersInTheirPlaces)
 {
     const CMPath own = path(QStringLiteral("menu"),
         {{QStringLiteral("b"), QStringLiteral("1&2")}, {QStringLiteral("d"), QString()},
@@ -92,7 +92,7 @@ TEST(CMPathForm, keepsThePathsOwnParametersInTheirPlaces)
         QStringLiteral("TuneIn:menu?b=1%262&d=&f=x&g%20h=3"));
 }
 
-TEST(CMPathForm, takesValuesOfAnySize)
+TEST(CMPathForm, TakesValuesOfAnySize)
 {
     const CMPathForm form(
         path(QStringLiteral("menu")), {{QStringLiteral("a")}, {QStringLiteral("b")}});
@@ -102,7 +102,7 @@ TEST(CMPathForm, takesValuesOfAnySize)
             .toEncoded());
 }
 
-TEST(CMPathForm, givesWhatThePathGivesForAnyTexts)
+TEST(CMPathForm, GivesWhatThePathGivesForAnyTexts)
 {
     RandomTexts texts;
     for (int i = 0; i < 5000; ++i) {
@@ -129,7 +129,7 @@ TEST(CMPathForm, givesWhatThePathGivesForAnyTexts)
     }
 }
 
-TEST(CMPathFormDeathTest, refusesUnsortedBlanksAndMissingValues)
+TEST(CMPathFormDeathTest, RefusesUnsortedBlanksAndMissingValues)
 {
     const CMPath start = path(QStringLiteral("menu"), {{QStringLiteral("b"), QString()}});
     const QString a = QStringLiteral("a");

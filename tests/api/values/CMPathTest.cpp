@@ -72,7 +72,7 @@ private:
 
 } // namespace
 
-TEST(CMPath, isEmptyWithoutAPrefix)
+TEST(CMPath, IsEmptyWithoutAPrefix)
 {
     for (const CMPath &empty : {CMPath(), CMPath(QString(), QStringLiteral("browse")),
              CMPath(QString(), QString(), {{QStringLiteral("a"), QStringLiteral("b")}})}) {
@@ -84,7 +84,7 @@ TEST(CMPath, isEmptyWithoutAPrefix)
     }
 }
 
-TEST(CMPath, staysEmptyWhateverIsAddedToIt)
+TEST(CMPath, StaysEmptyWhateverIsAddedToIt)
 {
     CMPath empty;
     empty.addParam(QStringLiteral("a"), QStringLiteral("b"));
@@ -92,7 +92,7 @@ TEST(CMPath, staysEmptyWhateverIsAddedToIt)
     EXPECT_EQ(empty + QStringLiteral("/uri"), CMPath());
 }
 
-TEST(CMPath, readsAndWritesItsParts)
+TEST(CMPath, ReadsAndWritesItsParts)
 {
     CMPath p = path("browse", {{QStringLiteral("c"), QStringLiteral("music")}});
     EXPECT_FALSE(p.isEmpty());
@@ -111,7 +111,7 @@ TEST(CMPath, readsAndWritesItsParts)
     EXPECT_FALSE(p.hasParams());
 }
 
-TEST(CMPathEncoded, isPrefixBaseAndParametersInOrderOfTheirKeys)
+TEST(CMPathEncoded, IsPrefixBaseAndParametersInOrderOfTheirKeys)
 {
     EXPECT_EQ(path("").toEncoded(), QStringLiteral("TuneIn:"));
     EXPECT_EQ(path("browse").toEncoded(), QStringLiteral("TuneIn:browse"));
@@ -126,7 +126,7 @@ TEST(CMPathEncoded, isPrefixBaseAndParametersInOrderOfTheirKeys)
         QStringLiteral("TuneIn:browse?c=ebrowse&id=s1&veskTitle="));
 }
 
-TEST(CMPathEncoded, keepsUnreservedCharactersAndTheSlashesOfTheBase)
+TEST(CMPathEncoded, KeepsUnreservedCharactersAndTheSlashesOfTheBase)
 {
     const QString unreserved = QStringLiteral("AZaz09-._~");
     EXPECT_EQ(CMPath(unreserved, unreserved, {{unreserved, unreserved}}).toEncoded(),
@@ -138,7 +138,7 @@ TEST(CMPathEncoded, keepsUnreservedCharactersAndTheSlashesOfTheBase)
         QStringLiteral("a%2Fb:/c//d/?e%2Ff=g%2Fh"));
 }
 
-TEST(CMPathEncoded, encodesWhatWouldDivideThePath)
+TEST(CMPathEncoded, EncodesWhatWouldDivideThePath)
 {
     EXPECT_EQ(CMPath(QStringLiteral("a:b"), QStringLiteral("c:d?e&f=g"),
                   {{QStringLiteral("h=i&j"), QStringLiteral("k=l&m?n:o")}})
@@ -146,7 +146,7 @@ TEST(CMPathEncoded, encodesWhatWouldDivideThePath)
         QStringLiteral("a%3Ab:c%3Ad%3Fe%26f%3Dg?h%3Di%26j=k%3Dl%26m%3Fn%3Ao"));
 }
 
-TEST(CMPathEncoded, nestsPathsAsParameters)
+TEST(CMPathEncoded, NestsPathsAsParameters)
 {
     const CMPath inner = path("browse/uri/Tune.ashx",
         {{QStringLiteral("id"), QStringLiteral("s1")},
@@ -162,7 +162,7 @@ TEST(CMPathEncoded, nestsPathsAsParameters)
     EXPECT_EQ(decoded(middle.param(QStringLiteral("veskMatchingPath"))), inner);
 }
 
-TEST(CMPathEncoded, readsBackAsTheSamePath)
+TEST(CMPathEncoded, ReadsBackAsTheSamePath)
 {
     RandomPaths random;
     for (int i = 0; i < 20000; ++i) {
@@ -174,7 +174,7 @@ TEST(CMPathEncoded, readsBackAsTheSamePath)
     }
 }
 
-TEST(CMPathEncoded, tellsDifferentPathsApart)
+TEST(CMPathEncoded, TellsDifferentPathsApart)
 {
     RandomPaths random;
     QHash<QString, CMPath> seen;
@@ -186,7 +186,7 @@ TEST(CMPathEncoded, tellsDifferentPathsApart)
     }
 }
 
-TEST(CMPathEncoded, readsBackEveryCharacter)
+TEST(CMPathEncoded, ReadsBackEveryCharacter)
 {
     for (uint c = 0; c < 0x3000; ++c) {
         const QString text = QString::fromUcs4(&c, 1);
@@ -195,7 +195,7 @@ TEST(CMPathEncoded, readsBackEveryCharacter)
     }
 }
 
-TEST(CMPathEncoded, acceptsAnEmptyParameterKey)
+TEST(CMPathEncoded, AcceptsAnEmptyParameterKey)
 {
     const CMPath p = path("browse", {{QString(), QStringLiteral("value")}});
     EXPECT_EQ(p.toEncoded(), QStringLiteral("TuneIn:browse?=value"));
@@ -203,13 +203,13 @@ TEST(CMPathEncoded, acceptsAnEmptyParameterKey)
     EXPECT_EQ(decoded(QStringLiteral("TuneIn:?=")), path("", {{QString(), QString()}}));
 }
 
-TEST(CMPathEncoded, writesALoneSurrogateAsReplacementCharacter)
+TEST(CMPathEncoded, WritesALoneSurrogateAsReplacementCharacter)
 {
     const CMPath p(QStringLiteral("x"), QString(QChar(0xD800)));
     EXPECT_EQ(decoded(p.toEncoded()), CMPath(QStringLiteral("x"), QStringLiteral("\ufffd")));
 }
 
-TEST(CMPathDecode, takesParametersInAnyOrder)
+TEST(CMPathDecode, TakesParametersInAnyOrder)
 {
     EXPECT_EQ(decoded(QStringLiteral("TuneIn:browse?b=2&a=1")),
         path("browse",
@@ -217,13 +217,13 @@ TEST(CMPathDecode, takesParametersInAnyOrder)
                 {QStringLiteral("b"), QStringLiteral("2")}}));
 }
 
-TEST(CMPathDecode, takesAPlusForAPlus)
+TEST(CMPathDecode, TakesAPlusForAPlus)
 {
     EXPECT_EQ(decoded(QStringLiteral("TuneIn:a+b?c+d=e+f")),
         path("a+b", {{QStringLiteral("c+d"), QStringLiteral("e+f")}}));
 }
 
-TEST(CMPathDecode, takesCharactersThatDivideNothingAsTheyAre)
+TEST(CMPathDecode, TakesCharactersThatDivideNothingAsTheyAre)
 {
     EXPECT_EQ(decoded(QStringLiteral("TuneIn:browse/uri/Search.ashx?query=caf\u00e9 noir")),
         path("browse/uri/Search.ashx",
@@ -234,7 +234,7 @@ TEST(CMPathDecode, takesCharactersThatDivideNothingAsTheyAre)
 
 class NoPath : public testing::TestWithParam<std::string> { };
 
-TEST_P(NoPath, decodesToTheEmptyPath)
+TEST_P(NoPath, DecodesToTheEmptyPath)
 {
     EXPECT_EQ(decoded(QString::fromStdString(GetParam())), CMPath());
 }
@@ -255,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(CMPathDecode, NoPath,
         // bytes that are no UTF-8
         "TuneIn:%FF", "TuneIn:%C0%80", "TuneIn:%ED%A0%80", "TuneIn:a?b=%F4%90%80%80"));
 
-TEST(CMPathDecode, boundsTheTextItReads)
+TEST(CMPathDecode, BoundsTheTextItReads)
 {
     const QString start = QStringLiteral("TuneIn:");
     const QString fits = start + QString(64 * 1024 - start.size(), QLatin1Char('a'));
@@ -263,7 +263,7 @@ TEST(CMPathDecode, boundsTheTextItReads)
     EXPECT_EQ(decoded(fits + QLatin1Char('a')), CMPath());
 }
 
-TEST(CMPathDecode, survivesAnyNoise)
+TEST(CMPathDecode, SurvivesAnyNoise)
 {
     RandomPaths random;
     int paths = 0;
@@ -291,7 +291,7 @@ TEST(CMPathDecode, survivesAnyNoise)
     EXPECT_LT(paths, 19000);
 }
 
-TEST(CMPathEquals, comparesAllOfItOrAllButTheParameters)
+TEST(CMPathEquals, ComparesAllOfItOrAllButTheParameters)
 {
     const CMPath p = path("account", {{QStringLiteral("a"), QStringLiteral("1")}});
     const CMPath other = path("account", {{QStringLiteral("a"), QStringLiteral("2")}});
@@ -304,7 +304,7 @@ TEST(CMPathEquals, comparesAllOfItOrAllButTheParameters)
     EXPECT_FALSE(path("a").equals(CMPath(QStringLiteral("tunein"), QStringLiteral("a")), 1));
 }
 
-TEST(CMPathStartsWith, takesWholeStepsOfTheBase)
+TEST(CMPathStartsWith, TakesWholeStepsOfTheBase)
 {
     EXPECT_TRUE(path("browse").startsWith(path("browse")));
     EXPECT_TRUE(path("browse/uri/Browse.ashx").startsWith(path("browse")));
@@ -316,7 +316,7 @@ TEST(CMPathStartsWith, takesWholeStepsOfTheBase)
     EXPECT_FALSE(path("browse").startsWith(path("browse/")));
 }
 
-TEST(CMPathStartsWith, putsEverythingBelowTheRoot)
+TEST(CMPathStartsWith, PutsEverythingBelowTheRoot)
 {
     EXPECT_TRUE(path("browse").startsWith(path("")));
     EXPECT_TRUE(path("").startsWith(path("")));
@@ -325,14 +325,14 @@ TEST(CMPathStartsWith, putsEverythingBelowTheRoot)
     EXPECT_FALSE(path("browse").startsWith(CMPath(QStringLiteral("settings"), QString())));
 }
 
-TEST(CMPathStartsWith, putsNothingBelowTheEmptyPath)
+TEST(CMPathStartsWith, PutsNothingBelowTheEmptyPath)
 {
     EXPECT_FALSE(path("browse").startsWith(CMPath()));
     EXPECT_FALSE(CMPath().startsWith(path("")));
     EXPECT_TRUE(CMPath().startsWith(CMPath()));
 }
 
-TEST(CMPathStartsWith, wantsAllParametersOfTheStart)
+TEST(CMPathStartsWith, WantsAllParametersOfTheStart)
 {
     const QString c = QStringLiteral("c");
     const CMPath presets = path("browse/uri", {{c, QStringLiteral("presets")}});
@@ -343,7 +343,7 @@ TEST(CMPathStartsWith, wantsAllParametersOfTheStart)
     EXPECT_FALSE(path("browse").startsWith(path("browse", {{c, QString()}})));
 }
 
-TEST(CMPathOrder, isStrictAndAgreesWithEquality)
+TEST(CMPathOrder, IsStrictAndAgreesWithEquality)
 {
     RandomPaths random;
     std::vector<CMPath> paths;
@@ -359,7 +359,7 @@ TEST(CMPathOrder, isStrictAndAgreesWithEquality)
     EXPECT_LT(path("a"), path("a", {{QString(), QString()}}));
 }
 
-TEST(CMPathHash, isTheSameForEqualPaths)
+TEST(CMPathHash, IsTheSameForEqualPaths)
 {
     RandomPaths random;
     for (int i = 0; i < 200; ++i) {
@@ -375,14 +375,14 @@ TEST(CMPathHash, isTheSameForEqualPaths)
         qHash(path("a", {{QStringLiteral("c"), QString()}})));
 }
 
-TEST(CMPathPlus, appendsToTheBaseAndKeepsTheParameters)
+TEST(CMPathPlus, AppendsToTheBaseAndKeepsTheParameters)
 {
     const CMPath p = path("browse", {{QStringLiteral("c"), QStringLiteral("d")}});
     EXPECT_EQ((p + QStringLiteral("/uri")).toEncoded(), QStringLiteral("TuneIn:browse/uri?c=d"));
     EXPECT_EQ(p + QString(), p);
 }
 
-TEST(CMPathVariant, comparesByContentAndReadsAsText)
+TEST(CMPathVariant, ComparesByContentAndReadsAsText)
 {
     const CMPath p = path("browse", {{QStringLiteral("c"), QStringLiteral("d")}});
     const QVariant variant = QVariant::fromValue(p);
@@ -395,7 +395,7 @@ TEST(CMPathVariant, comparesByContentAndReadsAsText)
     EXPECT_EQ(CMPath::fromVariant(QVariant()), CMPath());
 }
 
-TEST(CMPathPrint, isTheTextFormWithoutSecrets)
+TEST(CMPathPrint, IsTheTextFormWithoutSecrets)
 {
     const CMPath p = path("account",
         {{QStringLiteral("password"), QStringLiteral("hidden")},

@@ -34,7 +34,7 @@ Readers with(const QVariant &value)
 
 } // namespace
 
-TEST(VeskHash, holdsEntries)
+TEST(VeskHash, HoldsEntries)
 {
     VeskHash hash;
     EXPECT_TRUE(hash.isEmpty());
@@ -48,7 +48,7 @@ TEST(VeskHash, holdsEntries)
     EXPECT_FALSE(hash[key].isValid());
 }
 
-TEST(VeskHash, becomesAPlainHashInAVariant)
+TEST(VeskHash, BecomesAPlainHashInAVariant)
 {
     VeskHash hash;
     hash.insert(key, 1);
@@ -57,7 +57,7 @@ TEST(VeskHash, becomesAPlainHashInAVariant)
     EXPECT_EQ(VeskHash(variant.toHash()), hash);
 }
 
-TEST(VeskHash, convertsWhenAVariantHoldsTheTypeItself)
+TEST(VeskHash, ConvertsWhenAVariantHoldsTheTypeItself)
 {
     VeskHash hash;
     hash.insert(key, 1);
@@ -68,7 +68,7 @@ TEST(VeskHash, convertsWhenAVariantHoldsTheTypeItself)
     EXPECT_NE(variant, QVariant::fromValue(VeskHash()));
 }
 
-TEST(VeskHash, keepsToItselfWhatACopyChanges)
+TEST(VeskHash, KeepsToItselfWhatACopyChanges)
 {
     VeskHash hash;
     hash.insert(key, 1);
@@ -78,13 +78,13 @@ TEST(VeskHash, keepsToItselfWhatACopyChanges)
     EXPECT_NE(copy, hash);
 }
 
-TEST(VeskHashText, isAStringAsItIs)
+TEST(VeskHashText, IsAStringAsItIs)
 {
     EXPECT_EQ(with(QStringLiteral(" a\n")).text(key), QStringLiteral(" a\n"));
     EXPECT_EQ(with(QString()).text(key), QString());
 }
 
-TEST(VeskHashText, isTheTextOfANumberOrBoolean)
+TEST(VeskHashText, IsTheTextOfANumberOrBoolean)
 {
     EXPECT_EQ(with(128).text(key), QStringLiteral("128"));
     EXPECT_EQ(with(qlonglong(-9007199254740993)).text(key), QStringLiteral("-9007199254740993"));
@@ -95,7 +95,7 @@ TEST(VeskHashText, isTheTextOfANumberOrBoolean)
     EXPECT_EQ(with(false).text(key), QStringLiteral("false"));
 }
 
-TEST(VeskHashText, hasNoDecimalsForAWholeNumber)
+TEST(VeskHashText, HasNoDecimalsForAWholeNumber)
 {
     EXPECT_EQ(with(128.0).text(key), QStringLiteral("128"));
     EXPECT_EQ(with(128.0f).text(key), QStringLiteral("128"));
@@ -106,7 +106,7 @@ TEST(VeskHashText, hasNoDecimalsForAWholeNumber)
     EXPECT_EQ(with(1e300).text(key), QStringLiteral("1e+300"));
 }
 
-TEST(VeskHashText, isEmptyForEverythingElse)
+TEST(VeskHashText, IsEmptyForEverythingElse)
 {
     EXPECT_EQ(with(QVariant()).text(key), QString());
     EXPECT_EQ(with(QVariant::fromValue(nullptr)).text(key), QString());
@@ -118,7 +118,7 @@ TEST(VeskHashText, isEmptyForEverythingElse)
     EXPECT_EQ(Readers().text(key), QString());
 }
 
-TEST(VeskHashNumber, readsWholeNumbersThatFit)
+TEST(VeskHashNumber, ReadsWholeNumbersThatFit)
 {
     EXPECT_EQ(with(-5).number(key), -5);
     EXPECT_EQ(with(qlonglong(128)).number(key), 128);
@@ -127,7 +127,7 @@ TEST(VeskHashNumber, readsWholeNumbersThatFit)
     EXPECT_EQ(with(std::numeric_limits<int>::max()).number(key), std::numeric_limits<int>::max());
 }
 
-TEST(VeskHashNumber, isTheOtherwiseForEverythingElse)
+TEST(VeskHashNumber, IsTheOtherwiseForEverythingElse)
 {
     EXPECT_EQ(with(qlonglong(1) << 31).number(key, 3), 3);
     EXPECT_EQ(with(1e300).number(key, 3), 3);
@@ -140,7 +140,7 @@ TEST(VeskHashNumber, isTheOtherwiseForEverythingElse)
     EXPECT_EQ(Readers().number(key), 0);
 }
 
-TEST(VeskHashFlag, readsBooleansNumbersAndTheirTexts)
+TEST(VeskHashFlag, ReadsBooleansNumbersAndTheirTexts)
 {
     EXPECT_TRUE(with(true).flag(key));
     EXPECT_TRUE(with(1).flag(key));
@@ -153,7 +153,7 @@ TEST(VeskHashFlag, readsBooleansNumbersAndTheirTexts)
     EXPECT_FALSE(Readers().flag(key));
 }
 
-TEST(VeskHashHash, readsHashesOnly)
+TEST(VeskHashHash, ReadsHashesOnly)
 {
     const QVariantHash inner {{QStringLiteral("a"), 1}};
     EXPECT_EQ(with(inner).hash(key), inner);
@@ -163,7 +163,7 @@ TEST(VeskHashHash, readsHashesOnly)
     EXPECT_TRUE(Readers().hash(key).isEmpty());
 }
 
-TEST(VeskHashList, readsAHashAsAListOfOne)
+TEST(VeskHashList, ReadsAHashAsAListOfOne)
 {
     const QVariantHash inner {{QStringLiteral("a"), 1}};
     EXPECT_EQ(with(QVariantList({1, 2})).list(key), QVariantList({1, 2}));
@@ -173,7 +173,7 @@ TEST(VeskHashList, readsAHashAsAListOfOne)
     EXPECT_TRUE(Readers().list(key).isEmpty());
 }
 
-TEST(VeskHashPrint, isInKeyOrderAndWithoutSecrets)
+TEST(VeskHashPrint, IsInKeyOrderAndWithoutSecrets)
 {
     VeskHash hash;
     hash.insert(QStringLiteral("userName"), QStringLiteral("me"));
@@ -188,7 +188,7 @@ TEST(VeskHashPrint, isInKeyOrderAndWithoutSecrets)
     EXPECT_EQ(inVariant.str(), out.str());
 }
 
-TEST(VeskList, readsWhatIsNoHashAsAnEmptyElement)
+TEST(VeskList, ReadsWhatIsNoHashAsAnEmptyElement)
 {
     const VeskList<VeskHash> list(
         QVariantList {QStringLiteral("a"), QVariantHash {{key, 1}}, QVariant()});
@@ -198,7 +198,7 @@ TEST(VeskList, readsWhatIsNoHashAsAnEmptyElement)
     EXPECT_TRUE(list.at(2).isEmpty());
 }
 
-TEST(VeskList, appendsAndInserts)
+TEST(VeskList, AppendsAndInserts)
 {
     VeskList<VeskHash> list;
     EXPECT_TRUE(list.isEmpty());
@@ -208,7 +208,7 @@ TEST(VeskList, appendsAndInserts)
     EXPECT_EQ(variant.toList(), QVariantList({QVariantHash {{key, 2}}, QVariantHash {{key, 1}}}));
 }
 
-TEST(VeskError, tellsWhatAndWhere)
+TEST(VeskError, TellsWhatAndWhere)
 {
     EXPECT_TRUE(VeskError().isEmpty());
     const VeskError error(QStringLiteral("unexpected end"), 12);

@@ -22,13 +22,13 @@ VeskResource resource(const char *uri)
 
 } // namespace
 
-TEST(MimeTypes, haveFixedNames)
+TEST(MimeTypes, HaveFixedNames)
 {
     EXPECT_EQ(MimeTypes::Audio::m3u(), QStringLiteral("audio/x-mpegurl"));
     EXPECT_EQ(MimeTypes::Audio::unknown(), QStringLiteral("audio/unknown"));
 }
 
-TEST(VeskResource, keepsItsEntriesUnderTheirAccessorsNames)
+TEST(VeskResource, KeepsItsEntriesUnderTheirAccessorsNames)
 {
     VeskResource r = resource("http://a/b");
     r.setMimeType(MimeTypes::Audio::m3u());
@@ -44,7 +44,7 @@ TEST(VeskResource, keepsItsEntriesUnderTheirAccessorsNames)
     EXPECT_EQ(VeskResource().uri(), QString());
 }
 
-TEST(VeskMetaData, takesPathsInTheirTextFormToo)
+TEST(VeskMetaData, TakesPathsInTheirTextFormToo)
 {
     VeskMetaData fromPaths;
     fromPaths.setPrePlayPath(path);
@@ -57,7 +57,7 @@ TEST(VeskMetaData, takesPathsInTheirTextFormToo)
     EXPECT_EQ(fromTexts.contentPlayContextPath(), path + QStringLiteral("/a"));
 }
 
-TEST(VeskMetaData, keepsItsEntriesUnderTheirAccessorsNames)
+TEST(VeskMetaData, KeepsItsEntriesUnderTheirAccessorsNames)
 {
     VeskMetaData m;
     m.setServiceID(QStringLiteral("tunein"));
@@ -96,7 +96,7 @@ TEST(VeskMetaData, keepsItsEntriesUnderTheirAccessorsNames)
     EXPECT_TRUE(m.alternativeStreams());
 }
 
-TEST(VeskMetaData, readsEmptyWhenEmpty)
+TEST(VeskMetaData, ReadsEmptyWhenEmpty)
 {
     const VeskMetaData m;
     EXPECT_EQ(m.serviceID(), QString());
@@ -106,7 +106,7 @@ TEST(VeskMetaData, readsEmptyWhenEmpty)
     EXPECT_FALSE(m.alternativeStreams());
 }
 
-TEST(VeskMediaData, playsItsFirstResource)
+TEST(VeskMediaData, PlaysItsFirstResource)
 {
     VeskMediaData media;
     EXPECT_TRUE(media.activeResource().isEmpty());
@@ -119,7 +119,7 @@ TEST(VeskMediaData, playsItsFirstResource)
     EXPECT_TRUE(media.contains(QStringLiteral("resources")));
 }
 
-TEST(VeskMediaData, keepsItsMetaData)
+TEST(VeskMediaData, KeepsItsMetaData)
 {
     VeskMetaData meta;
     meta.setLive(true);
@@ -130,7 +130,7 @@ TEST(VeskMediaData, keepsItsMetaData)
     EXPECT_TRUE(media.contains(QStringLiteral("metaData")));
 }
 
-TEST(VeskMediaData, readsMistypedEntriesAsEmpty)
+TEST(VeskMediaData, ReadsMistypedEntriesAsEmpty)
 {
     const VeskMediaData media(VeskHash(QVariantHash {
         {QStringLiteral("metaData"), 1}, {QStringLiteral("resources"), QStringLiteral("x")}}));

@@ -7,7 +7,7 @@
 
 using State = VeskPlayLogicState;
 
-TEST(VeskPlayLogicState, hasFixedCodesAndNames)
+TEST(VeskPlayLogicState, HasFixedCodesAndNames)
 {
     EXPECT_EQ(int(State::stopped), 0);
     EXPECT_EQ(int(State::transitioning), 1);
@@ -21,7 +21,7 @@ TEST(VeskPlayLogicState, hasFixedCodesAndNames)
     EXPECT_EQ(State::toString(State::Enum(-1)), QStringLiteral("-1"));
 }
 
-TEST(VeskPlayLogicData, keepsItsEntriesUnderTheirAccessorsNames)
+TEST(VeskPlayLogicData, KeepsItsEntriesUnderTheirAccessorsNames)
 {
     const VeskHash playId(QVariantHash {{QStringLiteral("n"), 1}});
     VeskRoles track;
@@ -41,7 +41,7 @@ TEST(VeskPlayLogicData, keepsItsEntriesUnderTheirAccessorsNames)
     EXPECT_EQ(data.trackRoles(), track);
 }
 
-TEST(VeskPlayLogicData, isStoppedWhenEmpty)
+TEST(VeskPlayLogicData, IsStoppedWhenEmpty)
 {
     const VeskPlayLogicData data;
     EXPECT_EQ(data.state(), State::stopped);
@@ -50,7 +50,7 @@ TEST(VeskPlayLogicData, isStoppedWhenEmpty)
     EXPECT_TRUE(data.trackRoles().isEmpty());
 }
 
-TEST(VeskPlayLogicData, passesOnStatesThatItDoesNotKnow)
+TEST(VeskPlayLogicData, PassesOnStatesThatItDoesNotKnow)
 {
     const VeskPlayLogicData data(QVariantHash {{QStringLiteral("state"), qlonglong(7)}});
     EXPECT_EQ(int(data.state()), 7);

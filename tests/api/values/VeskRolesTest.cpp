@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(VeskRolesType, hasFixedCodes)
+TEST(VeskRolesType, HasFixedCodes)
 {
     EXPECT_EQ(VeskRolesType::Container(), 1);
     EXPECT_EQ(VeskRolesType::Header(), 2);
@@ -23,7 +23,7 @@ TEST(VeskRolesType, hasFixedCodes)
     EXPECT_EQ(int(VeskRolesContainerType::SearchList), 101);
 }
 
-TEST(VeskRoles, namesEveryRoleOnce)
+TEST(VeskRoles, NamesEveryRoleOnce)
 {
     const QStringList expected
         = {QStringLiteral("title"), QStringLiteral("description"), QStringLiteral("icon"),
@@ -37,7 +37,7 @@ TEST(VeskRoles, namesEveryRoleOnce)
     EXPECT_EQ(CMAllRoles(), expected);
 }
 
-TEST(VeskRoles, keepsItsEntriesUnderTheirRolesNames)
+TEST(VeskRoles, KeepsItsEntriesUnderTheirRolesNames)
 {
     const CMPath path(QStringLiteral("TuneIn"), QStringLiteral("browse"));
     VeskMediaData media;
@@ -90,7 +90,7 @@ TEST(VeskRoles, keepsItsEntriesUnderTheirRolesNames)
     EXPECT_EQ(roles.queryPath(), path);
 }
 
-TEST(VeskRoles, readsEmptyWhenEmpty)
+TEST(VeskRoles, ReadsEmptyWhenEmpty)
 {
     const VeskRoles roles;
     EXPECT_TRUE(roles.title().isEmpty());
@@ -101,7 +101,7 @@ TEST(VeskRoles, readsEmptyWhenEmpty)
     EXPECT_FALSE(roles.preferred());
 }
 
-TEST(VeskRoles, readsWhatCameAsJson)
+TEST(VeskRoles, ReadsWhatCameAsJson)
 {
     const VeskRoles roles(VeskHash(QVariantHash {{QStringLiteral("title"), QStringLiteral("Folk")},
         {QStringLiteral("type"), qlonglong(3)}, {QStringLiteral("path"), QStringLiteral("no path")},
@@ -112,7 +112,7 @@ TEST(VeskRoles, readsWhatCameAsJson)
     EXPECT_TRUE(roles.context().isEmpty());
 }
 
-TEST(VeskRowsRoles, keepsRowsCountAndRoles)
+TEST(VeskRowsRoles, KeepsRowsCountAndRoles)
 {
     VeskRowsRoles answer;
     EXPECT_EQ(answer.rowsCount(), 0);

@@ -18,7 +18,7 @@ VeskTuneInAccount withOperation(const QVariant &operation)
 
 } // namespace
 
-TEST(VeskTuneInAccountOperation, hasFixedCodesAndNames)
+TEST(VeskTuneInAccountOperation, HasFixedCodesAndNames)
 {
     const char *const names[]
         = {"none", "auth", "create", "join", "drop", "query", "remind", "reset", "claim"};
@@ -31,19 +31,19 @@ TEST(VeskTuneInAccountOperation, hasFixedCodesAndNames)
     EXPECT_EQ(int(Operation::claim), 8);
 }
 
-TEST(VeskTuneInAccountOperation, showsAnUnknownCodeAsItsNumber)
+TEST(VeskTuneInAccountOperation, ShowsAnUnknownCodeAsItsNumber)
 {
     EXPECT_EQ(Operation::toString(Operation::Enum(9)), QStringLiteral("9"));
     EXPECT_EQ(Operation::toString(Operation::Enum(-1)), QStringLiteral("-1"));
 }
 
-TEST(VeskTuneInAccountOperation, isNoneForAnyOtherName)
+TEST(VeskTuneInAccountOperation, IsNoneForAnyOtherName)
 {
     for (const char *name : {"", "Auth", "auth ", "1", "delete"})
         EXPECT_EQ(Operation::fromString(QString::fromLatin1(name)), Operation::none) << name;
 }
 
-TEST(VeskTuneInAccount, keepsItsEntriesUnderTheirAccessorsNames)
+TEST(VeskTuneInAccount, KeepsItsEntriesUnderTheirAccessorsNames)
 {
     VeskTuneInAccount account;
     EXPECT_EQ(account.operation(), Operation::none);
@@ -85,7 +85,7 @@ TEST(VeskTuneInAccount, keepsItsEntriesUnderTheirAccessorsNames)
     EXPECT_EQ(account.claimKey(), QStringLiteral("claimKey"));
 }
 
-TEST(VeskTuneInAccount, readsItsOperationFromACodeOrAName)
+TEST(VeskTuneInAccount, ReadsItsOperationFromACodeOrAName)
 {
     EXPECT_EQ(withOperation(3).operation(), Operation::join);
     EXPECT_EQ(withOperation(qlonglong(3)).operation(), Operation::join);
@@ -97,7 +97,7 @@ TEST(VeskTuneInAccount, readsItsOperationFromACodeOrAName)
     EXPECT_EQ(withOperation(1e300).operation(), Operation::none);
 }
 
-TEST(VeskTuneInAccount, printsWithoutItsSecrets)
+TEST(VeskTuneInAccount, PrintsWithoutItsSecrets)
 {
     VeskTuneInAccount account;
     account.setOperation(Operation::auth);

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(VeskValuePaths, areFixed)
+TEST(VeskValuePaths, AreFixed)
 {
     EXPECT_EQ(VeskChildElementsInSingleListPath().toEncoded(),
         QStringLiteral("settings:browser/childElementsInSingleList"));

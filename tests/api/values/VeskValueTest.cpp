@@ -20,7 +20,7 @@ const QString typeKey = QStringLiteral("type");
 
 } // namespace
 
-TEST(VeskValueType, hasFixedCodesAndNames)
+TEST(VeskValueType, HasFixedCodesAndNames)
 {
     EXPECT_EQ(int(VeskValueType::bool_), 1);
     EXPECT_EQ(int(VeskValueType::string_), 4);
@@ -39,7 +39,7 @@ TEST(VeskValueType, hasFixedCodesAndNames)
     EXPECT_EQ(VeskValueType::fromString(QStringLiteral("String_")), VeskValueType::none);
 }
 
-TEST(VeskValue, isOfNoTypeWhenEmpty)
+TEST(VeskValue, IsOfNoTypeWhenEmpty)
 {
     const VeskValue empty;
     EXPECT_EQ(empty.type(), VeskValueType::none);
@@ -50,7 +50,7 @@ TEST(VeskValue, isOfNoTypeWhenEmpty)
     EXPECT_TRUE(empty.tuneInAccount().isEmpty());
 }
 
-TEST(VeskValue, keepsTheValueUnderItsTypesName)
+TEST(VeskValue, KeepsTheValueUnderItsTypesName)
 {
     EXPECT_EQ(VeskValue::fromString(QStringLiteral("abc")).toHash(),
         QVariantHash({{typeKey, 4}, {QStringLiteral("string_"), QStringLiteral("abc")}}));
@@ -60,7 +60,7 @@ TEST(VeskValue, keepsTheValueUnderItsTypesName)
         VeskValue::fromInt(7).toHash(), QVariantHash({{typeKey, 2}, {QStringLiteral("int_"), 7}}));
 }
 
-TEST(VeskValue, readsOnlyAsItsOwnType)
+TEST(VeskValue, ReadsOnlyAsItsOwnType)
 {
     const VeskValue string = VeskValue::fromString(QStringLiteral("1"));
     EXPECT_EQ(string.string_(), QStringLiteral("1"));
@@ -78,7 +78,7 @@ TEST(VeskValue, readsOnlyAsItsOwnType)
     EXPECT_EQ(real.int_(), 0);
 }
 
-TEST(VeskValue, holdsOneValueAtATime)
+TEST(VeskValue, HoldsOneValueAtATime)
 {
     VeskValue value = VeskValue::fromString(QStringLiteral("abc"));
     value.setBool(true);
@@ -87,7 +87,7 @@ TEST(VeskValue, holdsOneValueAtATime)
     EXPECT_EQ(value, VeskValue::fromInt(2));
 }
 
-TEST(VeskValue, holdsAnAccount)
+TEST(VeskValue, HoldsAnAccount)
 {
     VeskTuneInAccount account;
     account.setUserName(QStringLiteral("me"));
@@ -100,7 +100,7 @@ TEST(VeskValue, holdsAnAccount)
         VeskValue(VeskHash(variant.toHash())).tuneInAccount().userName(), QStringLiteral("me"));
 }
 
-TEST(VeskValue, printsAnAccountWithoutItsSecrets)
+TEST(VeskValue, PrintsAnAccountWithoutItsSecrets)
 {
     VeskTuneInAccount account;
     account.setUserName(QStringLiteral("me"));
@@ -120,7 +120,7 @@ TEST(VeskValue, printsAnAccountWithoutItsSecrets)
     }
 }
 
-TEST(VeskValue, readsItsTypeFromACodeOrAName)
+TEST(VeskValue, ReadsItsTypeFromACodeOrAName)
 {
     const QString abc = QStringLiteral("abc");
     for (const QVariant &type : {QVariant(4), QVariant(qlonglong(4)), QVariant(4.0),
@@ -131,7 +131,7 @@ TEST(VeskValue, readsItsTypeFromACodeOrAName)
     }
 }
 
-TEST(VeskValue, isOfNoTypeWhenTheTypeIsUnknown)
+TEST(VeskValue, IsOfNoTypeWhenTheTypeIsUnknown)
 {
     for (const QVariant &type : {QVariant(0), QVariant(99), QVariant(QStringLiteral("text")),
              QVariant(1e300), QVariant(QVariantHash()), QVariant()}) {
@@ -142,7 +142,7 @@ TEST(VeskValue, isOfNoTypeWhenTheTypeIsUnknown)
     }
 }
 
-TEST(VeskValue, isOfNoTypeWhenNoneIsGiven)
+TEST(VeskValue, IsOfNoTypeWhenNoneIsGiven)
 {
     const VeskValue string = value({{QStringLiteral("string_"), QStringLiteral("abc")}});
     EXPECT_EQ(string.type(), VeskValueType::none);
@@ -153,7 +153,7 @@ TEST(VeskValue, isOfNoTypeWhenNoneIsGiven)
     EXPECT_TRUE(account.tuneInAccount().isEmpty());
 }
 
-TEST(VeskValue, readsMistypedContentAsEmpty)
+TEST(VeskValue, ReadsMistypedContentAsEmpty)
 {
     EXPECT_EQ(value({{QStringLiteral("string_"), QVariantList {1}}}).string_(), QString());
     EXPECT_FALSE(value({{QStringLiteral("bool_"), QVariantHash()}}).bool_());
@@ -162,7 +162,7 @@ TEST(VeskValue, readsMistypedContentAsEmpty)
     EXPECT_TRUE(value({{QStringLiteral("tuneInAccount"), 1}}).tuneInAccount().isEmpty());
 }
 
-TEST(VeskValue, survivesAVariantOfItsOwnType)
+TEST(VeskValue, SurvivesAVariantOfItsOwnType)
 {
     const VeskValue seven = VeskValue::fromInt(7);
     const QVariant variant = QVariant::fromValue(seven);

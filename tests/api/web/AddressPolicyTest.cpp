@@ -36,7 +36,7 @@ AddressKind kindOf(const char *text, const OwnAddresses &own = {})
 
 } // namespace
 
-TEST(AddressPolicyTest, classifiesAddresses)
+TEST(AddressPolicyTest, ClassifiesAddresses)
 {
     const struct {
         AddressKind kind;
@@ -115,14 +115,14 @@ TEST(AddressPolicyTest, classifiesAddresses)
         EXPECT_EQ(kindOf(row.address), row.kind) << row.address;
 }
 
-TEST(AddressPolicyTest, otherFamiliesAreNeverConnectedTo)
+TEST(AddressPolicyTest, OtherFamiliesAreNeverConnectedTo)
 {
     sockaddr_un unixAddress {};
     unixAddress.sun_family = AF_UNIX;
     EXPECT_EQ(addressKind(reinterpret_cast<const sockaddr *>(&unixAddress)), AddressKind::Never);
 }
 
-TEST(AddressPolicyTest, knowsTheMachinesOwnAddressesAndItsNeighbours)
+TEST(AddressPolicyTest, KnowsTheMachinesOwnAddressesAndItsNeighbours)
 {
     const OwnAddresses own({{addressOf("203.0.113.7"), 24}, {addressOf("2a02:8071:1:2::7"), 64},
         {addressOf("2001:db8::1"), 0}, {addressOf("192.168.1.7"), 24}, {addressOf("fe80::7"), 64}});
@@ -137,7 +137,7 @@ TEST(AddressPolicyTest, knowsTheMachinesOwnAddressesAndItsNeighbours)
     EXPECT_EQ(kindOf("127.0.0.1", own), AddressKind::Machine);
 }
 
-TEST(AddressPolicyTest, seesThisMachinesLoopbackInterface)
+TEST(AddressPolicyTest, SeesThisMachinesLoopbackInterface)
 {
     const OwnAddresses own = OwnAddresses::present();
     const auto isLoopback = [](const OwnAddresses::Entry &entry) {
@@ -148,7 +148,7 @@ TEST(AddressPolicyTest, seesThisMachinesLoopbackInterface)
     EXPECT_TRUE(std::any_of(own.entries().begin(), own.entries().end(), isLoopback));
 }
 
-TEST(AddressPolicyTest, eachReachIncludesTheOneBeforeAndNoneIncludesNever)
+TEST(AddressPolicyTest, EachReachIncludesTheOneBeforeAndNoneIncludesNever)
 {
     const AddressReach reaches[]
         = {AddressReach::Internet, AddressReach::LocalNetwork, AddressReach::Machine};
@@ -161,7 +161,7 @@ TEST(AddressPolicyTest, eachReachIncludesTheOneBeforeAndNoneIncludesNever)
     }
 }
 
-TEST(AddressPolicyTest, servicesInsideMayNameAddressesInside)
+TEST(AddressPolicyTest, ServicesInsideMayNameAddressesInside)
 {
     const struct {
         AddressReach reach;

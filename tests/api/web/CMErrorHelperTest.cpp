@@ -7,7 +7,7 @@
 
 #include <sstream>
 
-TEST(CMErrorHelperTest, namesTheCurlCodeAndTheService)
+TEST(CMErrorHelperTest, NamesTheCurlCodeAndTheService)
 {
     const CMError error = CMErrorHelper::create(CURLE_COULDNT_CONNECT,
         VeskUrl(QStringLiteral("http://opml.radiotime.com/Tune.ashx?id=s1")),
@@ -19,14 +19,14 @@ TEST(CMErrorHelperTest, namesTheCurlCodeAndTheService)
     EXPECT_EQ(error.title().toString(), CMError::DefaultTitle());
 }
 
-TEST(CMErrorHelperTest, namesTheHostWhereThereIsNoService)
+TEST(CMErrorHelperTest, NamesTheHostWhereThereIsNoService)
 {
     const VeskUrl url(QStringLiteral("http://h.example/x"));
     EXPECT_EQ(CMErrorHelper::create(CURLE_OPERATION_TIMEDOUT, url, QString()).message().toString(),
         QStringLiteral("h.example did not answer in time."));
 }
 
-TEST(CMErrorHelperTest, keepsTheUrlsSecretsOutOfTheError)
+TEST(CMErrorHelperTest, KeepsTheUrlsSecretsOutOfTheError)
 {
     const VeskUrl url(QStringLiteral("https://u:hidden@h/Account.ashx?password=hidden"));
     for (int code = 1; code < CURL_LAST; ++code) {

@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_F(ConnectionGuardTest, refusesBeforeAByteIsSent)
+TEST_F(ConnectionGuardTest, RefusesBeforeAByteIsSent)
 {
     const ScriptedServer server(always(answerWith("inside")));
     for (const AddressReach reach : {AddressReach::Internet, AddressReach::LocalNetwork}) {
@@ -59,7 +59,7 @@ TEST_F(ConnectionGuardTest, refusesBeforeAByteIsSent)
     EXPECT_FALSE(m_guard.hasRefused());
 }
 
-TEST_F(ConnectionGuardTest, checksTheAddressHoweverItIsWritten)
+TEST_F(ConnectionGuardTest, ChecksTheAddressHoweverItIsWritten)
 {
     const ScriptedServer server(always(answerWith("inside")));
     const QByteArray port = QByteArray::number(server.port());
@@ -79,7 +79,7 @@ TEST_F(ConnectionGuardTest, checksTheAddressHoweverItIsWritten)
     EXPECT_EQ(server.connections(), 0);
 }
 
-TEST_F(ConnectionGuardTest, refusesMetadataWhateverTheReach)
+TEST_F(ConnectionGuardTest, RefusesMetadataWhateverTheReach)
 {
     AddressPolicy::setCurrent(AddressReach::Machine);
     for (const char *url : {"http://169.254.169.254/latest/meta-data/", "http://[fe80::1%25lo]/",
@@ -89,7 +89,7 @@ TEST_F(ConnectionGuardTest, refusesMetadataWhateverTheReach)
     }
 }
 
-TEST_F(ConnectionGuardTest, checksEachRedirect)
+TEST_F(ConnectionGuardTest, ChecksEachRedirect)
 {
     AddressPolicy::setCurrent(AddressReach::Machine);
     const ScriptedServer server(always(redirectTo("http://169.254.169.254/latest/meta-data/")));
@@ -98,7 +98,7 @@ TEST_F(ConnectionGuardTest, checksEachRedirect)
     EXPECT_TRUE(m_guard.hasRefused());
 }
 
-TEST_F(ConnectionGuardTest, usesNoProxy)
+TEST_F(ConnectionGuardTest, UsesNoProxy)
 {
     const ScriptedServer proxy(always(answerWith("by proxy")));
     qputenv("http_proxy", urlOf(proxy, "").toEncoded());
@@ -109,7 +109,7 @@ TEST_F(ConnectionGuardTest, usesNoProxy)
     EXPECT_EQ(proxy.connections(), 0);
 }
 
-TEST_F(ConnectionGuardTest, socketsAreCloseOnExec)
+TEST_F(ConnectionGuardTest, SocketsAreCloseOnExec)
 {
     const ScriptedServer server(always(answerWith("here")));
     AddressPolicy::setCurrent(AddressReach::Machine);

@@ -13,7 +13,7 @@ protected:
     HttpBreaker breaker {[this] { return now; }};
 };
 
-TEST_F(HttpBreakerTest, isOpenForAWhileForAnAddressThatTimedOut)
+TEST_F(HttpBreakerTest, IsOpenForAWhileForAnAddressThatTimedOut)
 {
     EXPECT_FALSE(breaker.isOpen("http://a/"));
     breaker.timedOut("http://a/");
@@ -25,14 +25,14 @@ TEST_F(HttpBreakerTest, isOpenForAWhileForAnAddressThatTimedOut)
     EXPECT_FALSE(breaker.isOpen("http://a/"));
 }
 
-TEST_F(HttpBreakerTest, isClosedByAnAnswer)
+TEST_F(HttpBreakerTest, IsClosedByAnAnswer)
 {
     breaker.timedOut("http://a/");
     breaker.answered("http://a/");
     EXPECT_FALSE(breaker.isOpen("http://a/"));
 }
 
-TEST_F(HttpBreakerTest, forgetsTheOldestOfTooManyAddresses)
+TEST_F(HttpBreakerTest, ForgetsTheOldestOfTooManyAddresses)
 {
     for (int i = 0; i <= HttpBreaker::MaxAddresses; ++i) {
         breaker.timedOut("http://a/" + QByteArray::number(i));

@@ -44,7 +44,7 @@ protected:
 
 } // namespace
 
-TEST_F(HttpCacheTest, storesNothingWithoutASize)
+TEST_F(HttpCacheTest, StoresNothingWithoutASize)
 {
     HttpCache none([this] { return now; });
     EXPECT_FALSE(none.isEnabled());
@@ -52,14 +52,14 @@ TEST_F(HttpCacheTest, storesNothingWithoutASize)
     EXPECT_FALSE(none.find("u"));
 }
 
-TEST_F(HttpCacheTest, storesAResponseForItsMaxAge)
+TEST_F(HttpCacheTest, StoresAResponseForItsMaxAge)
 {
     store(cacheControl("max-age=60"));
     EXPECT_FALSE(cache.find("other"));
     EXPECT_TRUE(isFreshFor(60));
 }
 
-TEST_F(HttpCacheTest, readsCacheControlAsServersWriteIt)
+TEST_F(HttpCacheTest, ReadsCacheControlAsServersWriteIt)
 {
     store(cacheControl("private, MAX-AGE=60 , x=\"a, max-age=1\""));
     EXPECT_TRUE(isFreshFor(60));
@@ -71,7 +71,7 @@ TEST_F(HttpCacheTest, readsCacheControlAsServersWriteIt)
     EXPECT_TRUE(isFreshFor(365LL * 24 * 3600));
 }
 
-TEST_F(HttpCacheTest, storesNothingWithoutAMaxAge)
+TEST_F(HttpCacheTest, StoresNothingWithoutAMaxAge)
 {
     for (const char *value : {"", "public", "max-age", "max-age=", "max-age=x", "max-age=-1",
              "max-age=1.5", "max-age=0", "no-store, max-age=60", "No-Store", "no-cache, max-age=60",
@@ -81,7 +81,7 @@ TEST_F(HttpCacheTest, storesNothingWithoutAMaxAge)
     }
 }
 
-TEST_F(HttpCacheTest, subtractsTheAgeAndTheTimeOfTheExchange)
+TEST_F(HttpCacheTest, SubtractsTheAgeAndTheTimeOfTheExchange)
 {
     HttpCacheHeaders headers = cacheControl("max-age=60");
     headers.age = "45";
@@ -100,7 +100,7 @@ TEST_F(HttpCacheTest, subtractsTheAgeAndTheTimeOfTheExchange)
     EXPECT_TRUE(isFreshFor(10));
 }
 
-TEST_F(HttpCacheTest, storesNothingThatVariesByEverything)
+TEST_F(HttpCacheTest, StoresNothingThatVariesByEverything)
 {
     HttpCacheHeaders headers = cacheControl("max-age=60");
     headers.vary = "Accept-Encoding, Cookie";
@@ -113,14 +113,14 @@ TEST_F(HttpCacheTest, storesNothingThatVariesByEverything)
     }
 }
 
-TEST_F(HttpCacheTest, aResponseThatMustNotBeStoredReplacesTheOneBefore)
+TEST_F(HttpCacheTest, AResponseThatMustNotBeStoredReplacesTheOneBefore)
 {
     store(cacheControl("max-age=60"));
     store(cacheControl("no-store"));
     EXPECT_FALSE(cache.find("u"));
 }
 
-TEST_F(HttpCacheTest, removesAndCountsRemovals)
+TEST_F(HttpCacheTest, RemovesAndCountsRemovals)
 {
     store(cacheControl("max-age=60"));
     const quint64 before = cache.removals();
@@ -129,7 +129,7 @@ TEST_F(HttpCacheTest, removesAndCountsRemovals)
     EXPECT_NE(cache.removals(), before);
 }
 
-TEST_F(HttpCacheTest, dropsTheLeastRecentlyUsedResponse)
+TEST_F(HttpCacheTest, DropsTheLeastRecentlyUsedResponse)
 {
     const QByteArray body(10000, 'x');
     cache.setSize(35000);
@@ -142,7 +142,7 @@ TEST_F(HttpCacheTest, dropsTheLeastRecentlyUsedResponse)
         EXPECT_TRUE(cache.find(url)) << url;
 }
 
-TEST_F(HttpCacheTest, countsMoreThanTheBody)
+TEST_F(HttpCacheTest, CountsMoreThanTheBody)
 {
     // Without the URL and the entry's own size 100 of the first and all of the second would fit.
     for (int i = 0; i < 101; ++i)
@@ -155,7 +155,7 @@ TEST_F(HttpCacheTest, countsMoreThanTheBody)
     EXPECT_TRUE(cache.find("9999"));
 }
 
-TEST_F(HttpCacheTest, doesNotStoreWhatIsLargerThanItself)
+TEST_F(HttpCacheTest, DoesNotStoreWhatIsLargerThanItself)
 {
     store(cacheControl("max-age=60"), "small");
     cache.store("large", cacheControl("max-age=60"), QByteArray(100000, 'x'), now);
@@ -163,7 +163,7 @@ TEST_F(HttpCacheTest, doesNotStoreWhatIsLargerThanItself)
     EXPECT_TRUE(isFresh("small"));
 }
 
-TEST_F(HttpCacheTest, aSmallerSizeDropsWhatNoLongerFits)
+TEST_F(HttpCacheTest, ASmallerSizeDropsWhatNoLongerFits)
 {
     cache.store("a", cacheControl("max-age=60"), QByteArray(10000, 'x'), now);
     store(cacheControl("max-age=60"), "b");
@@ -174,7 +174,7 @@ TEST_F(HttpCacheTest, aSmallerSizeDropsWhatNoLongerFits)
     EXPECT_FALSE(cache.find("b"));
 }
 
-TEST(HttpCacheClockTest, theDefaultClockNeverGoesBack)
+TEST(HttpCacheClockTest, TheDefaultClockNeverGoesBack)
 {
     const HttpCache cache;
     const qint64 first = cache.now();

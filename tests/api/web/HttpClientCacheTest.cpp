@@ -34,7 +34,7 @@ protected:
 
 } // namespace
 
-TEST_F(HttpClientCacheTest, answersFromTheCacheWhatIsFresh)
+TEST_F(HttpClientCacheTest, AnswersFromTheCacheWhatIsFresh)
 {
     answerWithHeaders({{"Cache-Control", "max-age=60"}, {"Age", "10"}});
     EXPECT_EQ(get("/").data(), "1");
@@ -46,7 +46,7 @@ TEST_F(HttpClientCacheTest, answersFromTheCacheWhatIsFresh)
     EXPECT_EQ(requests(), 1);
 }
 
-TEST_F(HttpClientCacheTest, asksAgainForWhatIsNotFresh)
+TEST_F(HttpClientCacheTest, AsksAgainForWhatIsNotFresh)
 {
     const ScriptedServer::Headers stale[] = {
         {{"Cache-Control", "private"}, {"ETag", "\"1\""}},
@@ -62,7 +62,7 @@ TEST_F(HttpClientCacheTest, asksAgainForWhatIsNotFresh)
     }
 }
 
-TEST_F(HttpClientCacheTest, isNotUsedByAnExchangeThatSwitchesItOff)
+TEST_F(HttpClientCacheTest, IsNotUsedByAnExchangeThatSwitchesItOff)
 {
     answerWithHeaders({{"Cache-Control", "max-age=60"}});
     HttpClientOptions direct;
@@ -73,7 +73,7 @@ TEST_F(HttpClientCacheTest, isNotUsedByAnExchangeThatSwitchesItOff)
     EXPECT_EQ(get("/").data(), "2") << "what was kept before is gone";
 }
 
-TEST_F(HttpClientCacheTest, ignoresTheFragmentButNotTheQuery)
+TEST_F(HttpClientCacheTest, IgnoresTheFragmentButNotTheQuery)
 {
     answerWithHeaders({{"Cache-Control", "max-age=60"}});
     EXPECT_EQ(get("/?a=1").data(), "1");
@@ -81,7 +81,7 @@ TEST_F(HttpClientCacheTest, ignoresTheFragmentButNotTheQuery)
     EXPECT_EQ(get("/?a=2").data(), "2");
 }
 
-TEST_F(HttpClientCacheTest, aPostInvalidatesItsUrl)
+TEST_F(HttpClientCacheTest, APostInvalidatesItsUrl)
 {
     answerWithHeaders({{"Cache-Control", "max-age=60"}});
     EXPECT_EQ(get("/a").data(), "1");
@@ -93,7 +93,7 @@ TEST_F(HttpClientCacheTest, aPostInvalidatesItsUrl)
     EXPECT_EQ(post("/a").data(), "6");
 }
 
-TEST_F(HttpClientCacheTest, doesNotStoreAResponseThatWasRequestedBeforeAPost)
+TEST_F(HttpClientCacheTest, DoesNotStoreAResponseThatWasRequestedBeforeAPost)
 {
     std::mutex mutex;
     std::condition_variable changed;
@@ -121,7 +121,7 @@ TEST_F(HttpClientCacheTest, doesNotStoreAResponseThatWasRequestedBeforeAPost)
     EXPECT_EQ(get("/").data(), "after");
 }
 
-TEST_F(HttpClientCacheTest, storesOnlyResponsesWithCode200)
+TEST_F(HttpClientCacheTest, StoresOnlyResponsesWithCode200)
 {
     for (const int code : {203, 404, 500}) {
         server.clearRequests();
@@ -134,7 +134,7 @@ TEST_F(HttpClientCacheTest, storesOnlyResponsesWithCode200)
     }
 }
 
-TEST_F(HttpClientCacheTest, doesNotStoreARedirectedResponse)
+TEST_F(HttpClientCacheTest, DoesNotStoreARedirectedResponse)
 {
     server.setHandler([](const ScriptedServer::Request &request) {
         if (request.target == "/end")
@@ -148,7 +148,7 @@ TEST_F(HttpClientCacheTest, doesNotStoreARedirectedResponse)
     EXPECT_EQ(requests(), 5);
 }
 
-TEST_F(HttpClientCacheTest, doesNotStoreATruncatedResponse)
+TEST_F(HttpClientCacheTest, DoesNotStoreATruncatedResponse)
 {
     ScriptedServer::Response cut = answerWith("0123456789", {{"Cache-Control", "max-age=60"}});
     cut.end = ScriptedServer::End::Truncate;
@@ -159,7 +159,7 @@ TEST_F(HttpClientCacheTest, doesNotStoreATruncatedResponse)
     EXPECT_EQ(get("/").data(), "whole");
 }
 
-TEST_F(HttpClientCacheTest, theSizeLimitAppliesToCachedResponses)
+TEST_F(HttpClientCacheTest, TheSizeLimitAppliesToCachedResponses)
 {
     server.setHandler(always(answerWith("0123456789", {{"Cache-Control", "max-age=60"}})));
     EXPECT_EQ(get("/").data(), "0123456789");
@@ -169,7 +169,7 @@ TEST_F(HttpClientCacheTest, theSizeLimitAppliesToCachedResponses)
     EXPECT_EQ(requests(), 1);
 }
 
-TEST_F(HttpClientCacheTest, aClientStoresNothingUntilItHasACacheSize)
+TEST_F(HttpClientCacheTest, AClientStoresNothingUntilItHasACacheSize)
 {
     answerWithHeaders({{"Cache-Control", "max-age=3600"}});
     HttpClient other(nullptr, HttpClient::Default, true);

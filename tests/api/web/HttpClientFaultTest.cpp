@@ -40,7 +40,7 @@ using End = ScriptedServer::End;
 
 } // namespace
 
-TEST_F(HttpClientFaultTest, anUnknownHostNameIsResolveFailed)
+TEST_F(HttpClientFaultTest, AnUnknownHostNameIsResolveFailed)
 {
     // Longer than a label may be: no name server need be asked.
     const VeskUrl url(QStringLiteral("http://%1.example/").arg(QString(64, QLatin1Char('x'))));
@@ -50,7 +50,7 @@ TEST_F(HttpClientFaultTest, anUnknownHostNameIsResolveFailed)
     EXPECT_EQ(result.url(), url);
 }
 
-TEST_F(HttpClientFaultTest, aClosedPortIsConnectFailed)
+TEST_F(HttpClientFaultTest, AClosedPortIsConnectFailed)
 {
     VeskUrl url;
     {
@@ -61,19 +61,19 @@ TEST_F(HttpClientFaultTest, aClosedPortIsConnectFailed)
     EXPECT_EQ(send(client, url, "x").status(), HttpClientStatus::ConnectFailed);
 }
 
-TEST_F(HttpClientFaultTest, aServerThatSendsNothingIsTimedOut)
+TEST_F(HttpClientFaultTest, AServerThatSendsNothingIsTimedOut)
 {
     EXPECT_EQ(statusOf(ending(End::StallBeforeHead), withTimeout(100)), HttpClientStatus::TimedOut);
 }
 
-TEST_F(HttpClientFaultTest, aServerThatStallsIsTimedOut)
+TEST_F(HttpClientFaultTest, AServerThatStallsIsTimedOut)
 {
     const HttpClientResult result = resultOf(ending(End::Stall, 50000), withTimeout(1000));
     EXPECT_EQ(result.status(), HttpClientStatus::TimedOut);
     EXPECT_EQ(result.code(), 200);
 }
 
-TEST_F(HttpClientFaultTest, timeOutsEndInTheOrderOfTheirLengths)
+TEST_F(HttpClientFaultTest, TimeOutsEndInTheOrderOfTheirLengths)
 {
     const ScriptedServer server(always(ending(End::StallBeforeHead)));
     QList<int> ended;
@@ -87,13 +87,13 @@ TEST_F(HttpClientFaultTest, timeOutsEndInTheOrderOfTheirLengths)
     EXPECT_EQ(ended, (QList<int> {100, 200, 300}));
 }
 
-TEST_F(HttpClientFaultTest, aTimeOutOfZeroOrLessSetsNone)
+TEST_F(HttpClientFaultTest, ATimeOutOfZeroOrLessSetsNone)
 {
     EXPECT_EQ(statusOf(answerWith("x"), withTimeout(0)), HttpClientStatus::Success);
     EXPECT_EQ(statusOf(answerWith("x"), withTimeout(-5)), HttpClientStatus::Success);
 }
 
-TEST_F(HttpClientFaultTest, incompleteResponsesAreBroken)
+TEST_F(HttpClientFaultTest, IncompleteResponsesAreBroken)
 {
     const QByteArray chunked = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n";
     const struct {
@@ -114,7 +114,7 @@ TEST_F(HttpClientFaultTest, incompleteResponsesAreBroken)
         EXPECT_EQ(statusOf(broken.response), HttpClientStatus::Broken) << broken.name;
 }
 
-TEST_F(HttpClientFaultTest, responsesThatAreNoHttpAreBroken)
+TEST_F(HttpClientFaultTest, ResponsesThatAreNoHttpAreBroken)
 {
     for (const QByteArray &garbage : {QByteArray("junk that goes on"), QByteArray(1000000, 'j'),
              QByteArray("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\nxyz\r\n")})
@@ -127,7 +127,7 @@ TEST_F(HttpClientFaultTest, responsesThatAreNoHttpAreBroken)
         EXPECT_NE(statusOf(rawAnswer(garbage)), HttpClientStatus::Success) << garbage;
 }
 
-TEST_F(HttpClientFaultTest, bodiesThatCannotBeDecodedAreBroken)
+TEST_F(HttpClientFaultTest, BodiesThatCannotBeDecodedAreBroken)
 {
     for (const char *encoding : {"gzip", "deflate", "unheard-of"}) {
         EXPECT_EQ(statusOf(answerWith(QByteArray(1000, 'x'), {{"Content-Encoding", encoding}})),
@@ -136,7 +136,7 @@ TEST_F(HttpClientFaultTest, bodiesThatCannotBeDecodedAreBroken)
     }
 }
 
-TEST_F(HttpClientFaultTest, headsBeyondTheLimitAreBroken)
+TEST_F(HttpClientFaultTest, HeadsBeyondTheLimitAreBroken)
 {
     QByteArray head = "HTTP/1.1 200 OK\r\n";
     while (head.size() < 1000000)
@@ -157,7 +157,7 @@ TEST_F(HttpClientFaultTest, headsBeyondTheLimitAreBroken)
         HttpClientStatus::Broken);
 }
 
-TEST_F(HttpClientFaultTest, aServerThatIsGoneAtTheSecondRequestIsConnectFailed)
+TEST_F(HttpClientFaultTest, AServerThatIsGoneAtTheSecondRequestIsConnectFailed)
 {
     auto server = std::make_unique<ScriptedServer>(always(answerWith("x")));
     const VeskUrl url = urlOf(*server, "/");

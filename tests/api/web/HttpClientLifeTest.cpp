@@ -34,13 +34,13 @@ protected:
 
 } // namespace
 
-TEST_F(HttpClientLifeTest, destroyingAnUnusedClientDoesNothing)
+TEST_F(HttpClientLifeTest, DestroyingAnUnusedClientDoesNothing)
 {
     client.reset();
     EXPECT_TRUE(ends.isEmpty());
 }
 
-TEST_F(HttpClientLifeTest, destructionCancelsEachExchangeOnce)
+TEST_F(HttpClientLifeTest, DestructionCancelsEachExchangeOnce)
 {
     const ScriptedServer server(stalling());
     for (int i = 0; i < 20; ++i)
@@ -53,7 +53,7 @@ TEST_F(HttpClientLifeTest, destructionCancelsEachExchangeOnce)
     EXPECT_EQ(ends.count(HttpClientStatus::Cancelled), 21);
 }
 
-TEST_F(HttpClientLifeTest, destructionCancelsWhatHasNotEvenConnected)
+TEST_F(HttpClientLifeTest, DestructionCancelsWhatHasNotEvenConnected)
 {
     const ScriptedServer server(stalling());
     client->get(urlOf(server, "/"), HttpClientOptions(), noting());
@@ -61,7 +61,7 @@ TEST_F(HttpClientLifeTest, destructionCancelsWhatHasNotEvenConnected)
     EXPECT_EQ(ends, oneCancelled);
 }
 
-TEST_F(HttpClientLifeTest, destructionCancelsResultsThatAreNotDelivered)
+TEST_F(HttpClientLifeTest, DestructionCancelsResultsThatAreNotDelivered)
 {
     client->get(VeskUrl(), HttpClientOptions(), noting());
     EXPECT_TRUE(ends.isEmpty());
@@ -69,14 +69,14 @@ TEST_F(HttpClientLifeTest, destructionCancelsResultsThatAreNotDelivered)
     EXPECT_EQ(ends, oneCancelled);
 }
 
-TEST_F(HttpClientLifeTest, destructionDoesNotWaitForANameServer)
+TEST_F(HttpClientLifeTest, DestructionDoesNotWaitForANameServer)
 {
     client->get(VeskUrl(QStringLiteral("http://nobody.invalid/")), HttpClientOptions(), noting());
     client.reset();
     EXPECT_EQ(ends, oneCancelled);
 }
 
-TEST_F(HttpClientLifeTest, aRequestMadeDuringDestructionIsCancelledToo)
+TEST_F(HttpClientLifeTest, ARequestMadeDuringDestructionIsCancelledToo)
 {
     const ScriptedServer server(stalling());
     client->get(urlOf(server, "/"), HttpClientOptions(),
@@ -89,7 +89,7 @@ TEST_F(HttpClientLifeTest, aRequestMadeDuringDestructionIsCancelledToo)
     EXPECT_EQ(ends, oneCancelled + oneCancelled);
 }
 
-TEST_F(HttpClientLifeTest, aCompletionMayDestroyTheClient)
+TEST_F(HttpClientLifeTest, ACompletionMayDestroyTheClient)
 {
     const ScriptedServer server(always(answerWith("x")));
     const ScriptedServer silent(stalling());
@@ -103,7 +103,7 @@ TEST_F(HttpClientLifeTest, aCompletionMayDestroyTheClient)
         ends, (QList<HttpClientStatus> {HttpClientStatus::Success, HttpClientStatus::Cancelled}));
 }
 
-TEST_F(HttpClientLifeTest, aCompletionByTimeoutMayDestroyTheClient)
+TEST_F(HttpClientLifeTest, ACompletionByTimeoutMayDestroyTheClient)
 {
     const ScriptedServer silent(stalling());
     client->get(urlOf(silent, "/"), withTimeout(50), [this](const HttpClientResult &result) {
@@ -114,7 +114,7 @@ TEST_F(HttpClientLifeTest, aCompletionByTimeoutMayDestroyTheClient)
     EXPECT_EQ(ends, QList<HttpClientStatus> {HttpClientStatus::TimedOut});
 }
 
-TEST_F(HttpClientLifeTest, aCompletionOfARefusedRequestMayDestroyTheClient)
+TEST_F(HttpClientLifeTest, ACompletionOfARefusedRequestMayDestroyTheClient)
 {
     client->get(VeskUrl(), HttpClientOptions(), noting());
     client->get(
@@ -125,7 +125,7 @@ TEST_F(HttpClientLifeTest, aCompletionOfARefusedRequestMayDestroyTheClient)
         (QList<HttpClientStatus> {HttpClientStatus::InvalidRequest, HttpClientStatus::Cancelled}));
 }
 
-TEST_F(HttpClientLifeTest, aCompletionMayAskAgain)
+TEST_F(HttpClientLifeTest, ACompletionMayAskAgain)
 {
     const ScriptedServer server(always(answerWith("x")));
     int left = 50;
@@ -139,7 +139,7 @@ TEST_F(HttpClientLifeTest, aCompletionMayAskAgain)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientLifeTest, aCompletionMayWaitForAnotherExchange)
+TEST_F(HttpClientLifeTest, ACompletionMayWaitForAnotherExchange)
 {
     const ScriptedServer server(always(answerWith("x")));
     QByteArray inner;
@@ -151,7 +151,7 @@ TEST_F(HttpClientLifeTest, aCompletionMayWaitForAnotherExchange)
     EXPECT_EQ(inner, "x");
 }
 
-TEST_F(HttpClientLifeTest, completionsThatAlwaysAskAgainDoNotStarveTheEventLoop)
+TEST_F(HttpClientLifeTest, CompletionsThatAlwaysAskAgainDoNotStarveTheEventLoop)
 {
     int asked = 0;
     bool stop = false;
@@ -166,7 +166,7 @@ TEST_F(HttpClientLifeTest, completionsThatAlwaysAskAgainDoNotStarveTheEventLoop)
     client.reset();
 }
 
-TEST_F(HttpClientLifeTest, aRequestWithoutAFunctionIsStillSent)
+TEST_F(HttpClientLifeTest, ARequestWithoutAFunctionIsStillSent)
 {
     const ScriptedServer server(always(answerWith("x")));
     client->get(urlOf(server, "/"), HttpClientOptions(), {});
@@ -174,7 +174,7 @@ TEST_F(HttpClientLifeTest, aRequestWithoutAFunctionIsStillSent)
     EXPECT_EQ(fetch(*client, urlOf(server, "/")).data(), "x");
 }
 
-TEST_F(HttpClientLifeTest, aClientOpensNothingUntilItsFirstExchange)
+TEST_F(HttpClientLifeTest, AClientOpensNothingUntilItsFirstExchange)
 {
     const auto openFiles = [] {
         return QDir(QStringLiteral("/proc/self/fd"))
@@ -190,7 +190,7 @@ TEST_F(HttpClientLifeTest, aClientOpensNothingUntilItsFirstExchange)
     EXPECT_GT(openFiles(), before);
 }
 
-TEST_F(HttpClientLifeTest, movesToAnotherThreadWithItsExchanges)
+TEST_F(HttpClientLifeTest, MovesToAnotherThreadWithItsExchanges)
 {
     const ScriptedServer server(always(answerWith("x")));
     EXPECT_EQ(fetch(*client, urlOf(server, "/")).data(), "x");
@@ -211,7 +211,7 @@ TEST_F(HttpClientLifeTest, movesToAnotherThreadWithItsExchanges)
     thread.call([this] { client.reset(); });
 }
 
-TEST_F(HttpClientLifeTest, shutDownEndsEveryClientOnItsOwnThread)
+TEST_F(HttpClientLifeTest, ShutDownEndsEveryClientOnItsOwnThread)
 {
     const ScriptedServer server(stalling());
     struct Ends {
@@ -252,7 +252,7 @@ TEST_F(HttpClientLifeTest, shutDownEndsEveryClientOnItsOwnThread)
     EXPECT_EQ(fetch(later, urlOf(good, "/")).data(), "x");
 }
 
-TEST_F(HttpClientLifeTest, shutDownWhileClientsAreDestroyedLosesNoCompletion)
+TEST_F(HttpClientLifeTest, ShutDownWhileClientsAreDestroyedLosesNoCompletion)
 {
     const ScriptedServer server(always(answerWith("x")));
     for (int round = 0; round < 30; ++round) {
@@ -271,7 +271,7 @@ TEST_F(HttpClientLifeTest, shutDownWhileClientsAreDestroyedLosesNoCompletion)
     }
 }
 
-TEST_F(HttpClientLifeTest, logsOneLinePerExchangeWithoutSecretsOrBodies)
+TEST_F(HttpClientLifeTest, LogsOneLinePerExchangeWithoutSecretsOrBodies)
 {
     const ScriptedServer server(always(answerWith("top secret body")));
     const LogCapture log("Vesk.Http");
@@ -292,7 +292,7 @@ TEST_F(HttpClientLifeTest, logsOneLinePerExchangeWithoutSecretsOrBodies)
     }
 }
 
-TEST_F(HttpClientLifeTest, abandonsExchangesThatOnlyReadAndNoOthers)
+TEST_F(HttpClientLifeTest, AbandonsExchangesThatOnlyReadAndNoOthers)
 {
     const ScriptedServer server(stalling());
     HttpClientOptions personal;
@@ -320,7 +320,7 @@ TEST_F(HttpClientLifeTest, abandonsExchangesThatOnlyReadAndNoOthers)
     client.reset();
 }
 
-TEST_F(HttpClientLifeTest, anAddressThatTimedOutFailsAtOnceTheNextTime)
+TEST_F(HttpClientLifeTest, AnAddressThatTimedOutFailsAtOnceTheNextTime)
 {
     const ScriptedServer server(stalling());
     EXPECT_EQ(
@@ -338,7 +338,7 @@ TEST_F(HttpClientLifeTest, anAddressThatTimedOutFailsAtOnceTheNextTime)
     EXPECT_EQ(server.requests().size(), 4);
 }
 
-TEST_F(HttpClientLifeTest, callsTheActivityListenerAtTheBeginAndTheEnd)
+TEST_F(HttpClientLifeTest, CallsTheActivityListenerAtTheBeginAndTheEnd)
 {
     int signs = 0;
     HttpClient::setActivityListener([&signs] { ++signs; });
@@ -348,7 +348,7 @@ TEST_F(HttpClientLifeTest, callsTheActivityListenerAtTheBeginAndTheEnd)
     HttpClient::setActivityListener(nullptr);
 }
 
-TEST_F(HttpClientLifeTest, callsTheExchangeListenerBeforeTheCallersFunction)
+TEST_F(HttpClientLifeTest, CallsTheExchangeListenerBeforeTheCallersFunction)
 {
     std::vector<std::pair<HttpClientStatus, int>> told;
     bool wasFirst = true;

@@ -23,7 +23,7 @@ protected:
 
 } // namespace
 
-TEST_F(HttpClientRedirectTest, followsFiveAndNotSix)
+TEST_F(HttpClientRedirectTest, FollowsFiveAndNotSix)
 {
     const ScriptedServer server(&countDown);
     const HttpClientResult five = fetch(client, urlOf(server, "/5"));
@@ -38,14 +38,14 @@ TEST_F(HttpClientRedirectTest, followsFiveAndNotSix)
     EXPECT_EQ(fetch(client, urlOf(server, "/5")).data(), "arrived");
 }
 
-TEST_F(HttpClientRedirectTest, endsACircle)
+TEST_F(HttpClientRedirectTest, EndsACircle)
 {
     const ScriptedServer server(always(redirectTo("/")));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::TooManyRedirects);
     EXPECT_EQ(server.requests().size(), 6);
 }
 
-TEST_F(HttpClientRedirectTest, followsToAnotherServer)
+TEST_F(HttpClientRedirectTest, FollowsToAnotherServer)
 {
     const ScriptedServer target(always(answerWith("there")));
     const ScriptedServer server(always(redirectTo(urlOf(target, "/x?y=1").toEncoded())));
@@ -53,7 +53,7 @@ TEST_F(HttpClientRedirectTest, followsToAnotherServer)
     EXPECT_THAT(target.requestLines(), ElementsAre("GET /x?y=1"));
 }
 
-TEST_F(HttpClientRedirectTest, doesNotLeaveHttp)
+TEST_F(HttpClientRedirectTest, DoesNotLeaveHttp)
 {
     for (const char *location : {"file:///etc/passwd", "ftp://127.0.0.1/", "FILE:///etc/passwd",
              "gopher://127.0.0.1:1/_x", "javascript:1", "mailto:a@b", "  ftp://127.0.0.1/"}) {
@@ -65,7 +65,7 @@ TEST_F(HttpClientRedirectTest, doesNotLeaveHttp)
     }
 }
 
-TEST_F(HttpClientRedirectTest, aLocationWithoutASchemeIsRelative)
+TEST_F(HttpClientRedirectTest, ALocationWithoutASchemeIsRelative)
 {
     for (const char *location :
         {"/arrived?x=ftp://h/", "arrived#ftp:x", "?ftp://x", "./a:b", "//%s/arrived"}) {
@@ -78,13 +78,13 @@ TEST_F(HttpClientRedirectTest, aLocationWithoutASchemeIsRelative)
     }
 }
 
-TEST_F(HttpClientRedirectTest, aRedirectToAMalformedUrlIsBroken)
+TEST_F(HttpClientRedirectTest, ARedirectToAMalformedUrlIsBroken)
 {
     const ScriptedServer server(always(redirectTo("http://127.0.0.1:99999/")));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::Broken);
 }
 
-TEST_F(HttpClientRedirectTest, theTargetsFailureIsTheResult)
+TEST_F(HttpClientRedirectTest, TheTargetsFailureIsTheResult)
 {
     VeskUrl gone;
     {
@@ -95,7 +95,7 @@ TEST_F(HttpClientRedirectTest, theTargetsFailureIsTheResult)
     EXPECT_EQ(fetch(client, urlOf(server, "/")).status(), HttpClientStatus::ConnectFailed);
 }
 
-TEST_F(HttpClientRedirectTest, aLocationOfAnAnswerThatIsNoRedirectMeansNothing)
+TEST_F(HttpClientRedirectTest, ALocationOfAnAnswerThatIsNoRedirectMeansNothing)
 {
     ScriptedServer::Response response = answerWith("made", {{"Location", "ftp://h/x"}});
     response.code = 201;
@@ -103,7 +103,7 @@ TEST_F(HttpClientRedirectTest, aLocationOfAnAnswerThatIsNoRedirectMeansNothing)
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "made");
 }
 
-TEST_F(HttpClientRedirectTest, theSizeLimitAppliesToTheLastBodyOnly)
+TEST_F(HttpClientRedirectTest, TheSizeLimitAppliesToTheLastBodyOnly)
 {
     const ScriptedServer server([](const ScriptedServer::Request &request) {
         if (request.target == "/end")
@@ -116,7 +116,7 @@ TEST_F(HttpClientRedirectTest, theSizeLimitAppliesToTheLastBodyOnly)
     EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(9)).status(), HttpClientStatus::TooLarge);
 }
 
-TEST_F(HttpClientRedirectTest, theTimeOutCoversAllRedirects)
+TEST_F(HttpClientRedirectTest, TheTimeOutCoversAllRedirects)
 {
     const ScriptedServer server([](const ScriptedServer::Request &request) {
         if (request.target == "/start")
@@ -129,7 +129,7 @@ TEST_F(HttpClientRedirectTest, theTimeOutCoversAllRedirects)
         HttpClientStatus::TimedOut);
 }
 
-TEST_F(HttpClientRedirectTest, aPostGoesOnAsTheCodeSays)
+TEST_F(HttpClientRedirectTest, APostGoesOnAsTheCodeSays)
 {
     ScriptedServer server([](const ScriptedServer::Request &request) {
         if (request.target == "/303")
@@ -145,7 +145,7 @@ TEST_F(HttpClientRedirectTest, aPostGoesOnAsTheCodeSays)
     EXPECT_THAT(server.requestLines(), ElementsAre("GET /end"));
 }
 
-TEST_F(HttpClientRedirectTest, returnsRedirectsWhenItDoesNotFollowThem)
+TEST_F(HttpClientRedirectTest, ReturnsRedirectsWhenItDoesNotFollowThem)
 {
     const ScriptedServer server(always(redirectTo("ftp://h/x")));
     HttpClient still(nullptr, HttpClient::Default, false);

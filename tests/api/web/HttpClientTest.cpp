@@ -27,7 +27,7 @@ ScriptedServer::Response echo(const ScriptedServer::Request &request)
 
 } // namespace
 
-TEST_F(HttpClientTest, handsOutTheBodyTheCodeAndTheUrl)
+TEST_F(HttpClientTest, HandsOutTheBodyTheCodeAndTheUrl)
 {
     const ScriptedServer server(&echo);
     const VeskUrl url = urlOf(server, "/Browse.ashx?c=music&q=a%20b");
@@ -39,7 +39,7 @@ TEST_F(HttpClientTest, handsOutTheBodyTheCodeAndTheUrl)
     EXPECT_EQ(result.url(), url);
 }
 
-TEST_F(HttpClientTest, anyHttpCodeIsASuccess)
+TEST_F(HttpClientTest, AnyHttpCodeIsASuccess)
 {
     for (const int code : {201, 400, 403, 404, 500, 503, 304}) {
         ScriptedServer::Response response = answerWith(code == 304 ? "" : "fault");
@@ -52,13 +52,13 @@ TEST_F(HttpClientTest, anyHttpCodeIsASuccess)
     }
 }
 
-TEST_F(HttpClientTest, readsABodyThatEndsWithTheConnection)
+TEST_F(HttpClientTest, ReadsABodyThatEndsWithTheConnection)
 {
     const ScriptedServer server(always(rawAnswer("HTTP/1.0 200 OK\r\n\r\nold but good")));
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data(), "old but good");
 }
 
-TEST_F(HttpClientTest, readsAChunkedBody)
+TEST_F(HttpClientTest, ReadsAChunkedBody)
 {
     const ScriptedServer server(always(
         answerWith("3\r\nabc\r\n2;x=y\r\nde\r\n0\r\n\r\n", {{"Transfer-Encoding", "chunked"}})));
@@ -67,7 +67,7 @@ TEST_F(HttpClientTest, readsAChunkedBody)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientTest, sendsAUserAgentAndAcceptsCompressedResponses)
+TEST_F(HttpClientTest, SendsAUserAgentAndAcceptsCompressedResponses)
 {
     const ScriptedServer server(&echo);
     fetch(client, urlOf(server, "/"));
@@ -79,7 +79,7 @@ TEST_F(HttpClientTest, sendsAUserAgentAndAcceptsCompressedResponses)
     EXPECT_TRUE(request.header("Cookie").isNull());
 }
 
-TEST_F(HttpClientTest, decodesCompressedAnswers)
+TEST_F(HttpClientTest, DecodesCompressedAnswers)
 {
     const QByteArray body(100000, 'x');
     const ScriptedServer server([&body](const ScriptedServer::Request &request) {
@@ -91,7 +91,7 @@ TEST_F(HttpClientTest, decodesCompressedAnswers)
     EXPECT_EQ(fetch(client, urlOf(server, "/deflate")).data(), body);
 }
 
-TEST_F(HttpClientTest, sendsAnEmptyPostWithItsLength)
+TEST_F(HttpClientTest, SendsAnEmptyPostWithItsLength)
 {
     const ScriptedServer server(&echo);
     EXPECT_EQ(send(client, urlOf(server, "/Account.ashx?c=join"), {}).data(),
@@ -102,7 +102,7 @@ TEST_F(HttpClientTest, sendsAnEmptyPostWithItsLength)
     EXPECT_TRUE(request.header("Expect").isNull());
 }
 
-TEST_F(HttpClientTest, sendsABodyAsAForm)
+TEST_F(HttpClientTest, SendsABodyAsAForm)
 {
     const ScriptedServer server(&echo);
     EXPECT_EQ(send(client, urlOf(server, "/"), "a=1&b=2").data(), "POST / a=1&b=2");
@@ -110,7 +110,7 @@ TEST_F(HttpClientTest, sendsABodyAsAForm)
         server.requests().first().header("Content-Type"), "application/x-www-form-urlencoded");
 }
 
-TEST_F(HttpClientTest, sendsALargeBodyWithoutAskingFirst)
+TEST_F(HttpClientTest, SendsALargeBodyWithoutAskingFirst)
 {
     const ScriptedServer server(&echo);
     const QByteArray body(3000000, 'b');
@@ -118,7 +118,7 @@ TEST_F(HttpClientTest, sendsALargeBodyWithoutAskingFirst)
     EXPECT_TRUE(server.requests().first().header("Expect").isNull());
 }
 
-TEST_F(HttpClientTest, aPostLeavesNothingForTheNextRequest)
+TEST_F(HttpClientTest, APostLeavesNothingForTheNextRequest)
 {
     const ScriptedServer server(&echo);
     send(client, urlOf(server, "/"), "a=1");
@@ -130,7 +130,7 @@ TEST_F(HttpClientTest, aPostLeavesNothingForTheNextRequest)
     EXPECT_FALSE(server.requests().at(3).header("Content-Type").isNull());
 }
 
-TEST_F(HttpClientTest, keepsItsConnection)
+TEST_F(HttpClientTest, KeepsItsConnection)
 {
     const ScriptedServer server(&echo);
     for (int i = 0; i < 100; ++i)
@@ -139,7 +139,7 @@ TEST_F(HttpClientTest, keepsItsConnection)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientTest, reconnectsWhenTheServerClosedTheConnection)
+TEST_F(HttpClientTest, ReconnectsWhenTheServerClosedTheConnection)
 {
     ScriptedServer::Response response = answerWith("x");
     response.end = ScriptedServer::End::Close;
@@ -149,12 +149,12 @@ TEST_F(HttpClientTest, reconnectsWhenTheServerClosedTheConnection)
     EXPECT_EQ(server.connections(), 5);
 }
 
-TEST_F(HttpClientTest, givesEachOfManyExchangesItsOwnResponse)
+TEST_F(HttpClientTest, GivesEachOfManyExchangesItsOwnResponse)
 {
     const ScriptedServer server(&echo);
-    constexpr int count = 60;
+    constexpr int Count = 60;
     QList<QByteArray> answers;
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < Count; ++i) {
         const QByteArray target = "/" + QByteArray::number(i);
         client.get(urlOf(server, target.constData()), HttpClientOptions(),
             [&answers, target](const HttpClientResult &result) {
@@ -163,12 +163,12 @@ TEST_F(HttpClientTest, givesEachOfManyExchangesItsOwnResponse)
             });
     }
     EXPECT_TRUE(answers.isEmpty());
-    EXPECT_TRUE(spinUntil([&answers] { return answers.size() >= count; }));
-    EXPECT_EQ(QSet<QByteArray>(answers.begin(), answers.end()).size(), count);
-    EXPECT_EQ(answers.size(), count);
+    EXPECT_TRUE(spinUntil([&answers] { return answers.size() >= Count; }));
+    EXPECT_EQ(QSet<QByteArray>(answers.begin(), answers.end()).size(), Count);
+    EXPECT_EQ(answers.size(), Count);
 }
 
-TEST_F(HttpClientTest, takesABodyOfExactlyTheLimit)
+TEST_F(HttpClientTest, TakesABodyOfExactlyTheLimit)
 {
     const ScriptedServer server(always(answerWith(QByteArray(1000, 'x'))));
     EXPECT_EQ(fetch(client, urlOf(server, "/"), withLimit(1000)).data().size(), 1000);
@@ -179,7 +179,7 @@ TEST_F(HttpClientTest, takesABodyOfExactlyTheLimit)
     EXPECT_EQ(fetch(client, urlOf(server, "/")).data().size(), 1000);
 }
 
-TEST_F(HttpClientTest, refusesAnAnnouncedLengthBeforeTheBodyIsThere)
+TEST_F(HttpClientTest, RefusesAnAnnouncedLengthBeforeTheBodyIsThere)
 {
     ScriptedServer::Response response = answerWith(QByteArray(2000, 'x'));
     response.end = ScriptedServer::End::Stall;
@@ -189,7 +189,7 @@ TEST_F(HttpClientTest, refusesAnAnnouncedLengthBeforeTheBodyIsThere)
         fetch(client, urlOf(server, "/"), withLimit(1000)).status(), HttpClientStatus::TooLarge);
 }
 
-TEST_F(HttpClientTest, countsABodyOfUnknownLengthWhileItArrives)
+TEST_F(HttpClientTest, CountsABodyOfUnknownLengthWhileItArrives)
 {
     QByteArray endless;
     for (int i = 0; i < 1000; ++i)
@@ -202,7 +202,7 @@ TEST_F(HttpClientTest, countsABodyOfUnknownLengthWhileItArrives)
         fetch(client, urlOf(server, "/"), withLimit(500000)).status(), HttpClientStatus::TooLarge);
 }
 
-TEST_F(HttpClientTest, countsDecodedBytes)
+TEST_F(HttpClientTest, CountsDecodedBytes)
 {
     const QByteArray bomb = deflate(QByteArray(50000000, 0));
     ASSERT_LT(bomb.size(), 100000);
@@ -220,7 +220,7 @@ TEST_F(HttpClientTest, countsDecodedBytes)
     EXPECT_EQ(fetch(client, urlOf(other, "/"), withLimit(1000)).data(), noise);
 }
 
-TEST_F(HttpClientTest, sendsTheUrlAsItStands)
+TEST_F(HttpClientTest, SendsTheUrlAsItStands)
 {
     const ScriptedServer server(&echo);
     EXPECT_EQ(fetch(client, urlOf(server, "/a/../b/./%41?x=%zz+[]&&y#f")).data(),
@@ -229,7 +229,7 @@ TEST_F(HttpClientTest, sendsTheUrlAsItStands)
     EXPECT_EQ(server.requests().last().target, "/?x=1");
 }
 
-TEST_F(HttpClientTest, noControlCharacterReachesTheRequestLine)
+TEST_F(HttpClientTest, NoControlCharacterReachesTheRequestLine)
 {
     const ScriptedServer server(&echo);
     const QString url = urlOf(server, "/").toString();
@@ -239,7 +239,7 @@ TEST_F(HttpClientTest, noControlCharacterReachesTheRequestLine)
     EXPECT_TRUE(server.requests().first().header("X-Injected").isNull());
 }
 
-TEST_F(HttpClientTest, refusesWhatIsNoHttpUrl)
+TEST_F(HttpClientTest, RefusesWhatIsNoHttpUrl)
 {
     for (const char *bad : {"", "/Browse.ashx", "//127.0.0.1/", "ftp://127.0.0.1/",
              "http:", "file:///etc/passwd", "http://", "http:///x", "http://:80/",
@@ -254,7 +254,7 @@ TEST_F(HttpClientTest, refusesWhatIsNoHttpUrl)
     EXPECT_EQ(send(client, VeskUrl(), {}).status(), HttpClientStatus::InvalidRequest);
 }
 
-TEST_F(HttpClientTest, connectsElsewhereForARedirectedName)
+TEST_F(HttpClientTest, ConnectsElsewhereForARedirectedName)
 {
     const ScriptedServer server(&echo);
     HttpClient::setConnectTo({QString::fromLatin1(server.connectTo("opml.example.invalid"))});
@@ -269,7 +269,7 @@ TEST_F(HttpClientTest, connectsElsewhereForARedirectedName)
     EXPECT_EQ(server.requests().size(), 1);
 }
 
-TEST_F(HttpClientTest, aDifferentTargetOfANameGetsAConnectionOfItsOwn)
+TEST_F(HttpClientTest, ADifferentTargetOfANameGetsAConnectionOfItsOwn)
 {
     const ScriptedServer first(always(answerWith("first")));
     const ScriptedServer second(always(answerWith("second")));
@@ -281,14 +281,14 @@ TEST_F(HttpClientTest, aDifferentTargetOfANameGetsAConnectionOfItsOwn)
     HttpClient::setConnectTo({});
 }
 
-TEST_F(HttpClientTest, usesHttp1OnRequest)
+TEST_F(HttpClientTest, UsesHttp1OnRequest)
 {
     const ScriptedServer server(&echo);
     HttpClient http1(nullptr, HttpClient::Http1, true);
     EXPECT_EQ(fetch(http1, urlOf(server, "/x")).data(), "GET /x ");
 }
 
-TEST_F(HttpClientTest, statusesPrintTheirNames)
+TEST_F(HttpClientTest, StatusesPrintTheirNames)
 {
     std::ostringstream out;
     out << HttpClientStatus::Success << ' ' << HttpClientStatus::TooManyRedirects << ' '

@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(HttpClientTlsTest, trustsTheAuthorityThatItWasGiven)
+TEST_F(HttpClientTlsTest, TrustsTheAuthorityThatItWasGiven)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
@@ -53,7 +53,7 @@ TEST_F(HttpClientTlsTest, trustsTheAuthorityThatItWasGiven)
     EXPECT_EQ(server.requests().first().header("Host"), "opml.example.invalid");
 }
 
-TEST_F(HttpClientTlsTest, refusesAnAuthorityThatItDoesNotKnow)
+TEST_F(HttpClientTlsTest, RefusesAnAuthorityThatItDoesNotKnow)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");
     const HttpClientResult result = ask(server);
@@ -69,7 +69,7 @@ TEST_F(HttpClientTlsTest, refusesAnAuthorityThatItDoesNotKnow)
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(HttpClientTlsTest, refusesACertificateForAnotherHost)
+TEST_F(HttpClientTlsTest, RefusesACertificateForAnotherHost)
 {
     const ScriptedServer server = serverFor(authority, "other.example.invalid");
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
@@ -77,7 +77,7 @@ TEST_F(HttpClientTlsTest, refusesACertificateForAnotherHost)
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(HttpClientTlsTest, refusesAnExpiredCertificate)
+TEST_F(HttpClientTlsTest, RefusesAnExpiredCertificate)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid", TestAuthority::Past);
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
@@ -85,7 +85,7 @@ TEST_F(HttpClientTlsTest, refusesAnExpiredCertificate)
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(HttpClientTlsTest, refusesACertificateThatIsNotYetValid)
+TEST_F(HttpClientTlsTest, RefusesACertificateThatIsNotYetValid)
 {
     const ScriptedServer server
         = serverFor(authority, "opml.example.invalid", TestAuthority::Future);
@@ -94,7 +94,7 @@ TEST_F(HttpClientTlsTest, refusesACertificateThatIsNotYetValid)
     EXPECT_TRUE(server.requests().isEmpty());
 }
 
-TEST_F(HttpClientTlsTest, sendsNothingOfAPostToAServerThatItDoesNotTrust)
+TEST_F(HttpClientTlsTest, SendsNothingOfAPostToAServerThatItDoesNotTrust)
 {
     TestAuthority unknown("Unknown Authority");
     TestAuthority namesake("Test Authority");
@@ -135,7 +135,7 @@ TEST_F(HttpClientTlsTest, sendsNothingOfAPostToAServerThatItDoesNotTrust)
         good.requestLines(), QList<QByteArray> {"POST /Account.ashx?username=me&password=sesame"});
 }
 
-TEST_F(HttpClientTlsTest, trustsTheSystemsAuthoritiesAndTheGivenOne)
+TEST_F(HttpClientTlsTest, TrustsTheSystemsAuthoritiesAndTheGivenOne)
 {
     TestAuthority system("System Authority");
     const ScriptedServer systemServer = serverFor(system, "opml.example.invalid");
@@ -151,7 +151,7 @@ TEST_F(HttpClientTlsTest, trustsTheSystemsAuthoritiesAndTheGivenOne)
     EXPECT_EQ(ask(systemServer).data(), "secure");
 }
 
-TEST_F(HttpClientTlsTest, aClientInUseTakesANewAuthority)
+TEST_F(HttpClientTlsTest, AClientInUseTakesANewAuthority)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");
     HttpClient::setConnectTo({QString::fromLatin1(server.connectTo("opml.example.invalid"))});
@@ -164,7 +164,7 @@ TEST_F(HttpClientTlsTest, aClientInUseTakesANewAuthority)
     EXPECT_EQ(server.requests().size(), 2);
 }
 
-TEST_F(HttpClientTlsTest, refusesAFileWithoutACertificate)
+TEST_F(HttpClientTlsTest, RefusesAFileWithoutACertificate)
 {
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
     EXPECT_FALSE(HttpClient::setCaFile(QStringLiteral("/nonexistent")));
@@ -192,7 +192,7 @@ TEST_F(HttpClientTlsTest, refusesAFileWithoutACertificate)
     EXPECT_EQ(ask(server).data(), "secure");
 }
 
-TEST_F(HttpClientTlsTest, keepsItsConnection)
+TEST_F(HttpClientTlsTest, KeepsItsConnection)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");
     ASSERT_TRUE(HttpClient::setCaFile(authority.file()));
@@ -204,7 +204,7 @@ TEST_F(HttpClientTlsTest, keepsItsConnection)
     EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(HttpClientTlsTest, aServerWithoutTlsIsATlsFailure)
+TEST_F(HttpClientTlsTest, AServerWithoutTlsIsATlsFailure)
 {
     const ScriptedServer server(always(answerWith("plain")));
     HttpClient client(nullptr, HttpClient::Default, true);
@@ -213,7 +213,7 @@ TEST_F(HttpClientTlsTest, aServerWithoutTlsIsATlsFailure)
     EXPECT_EQ(fetch(client, url).status(), HttpClientStatus::TlsFailed);
 }
 
-TEST_F(HttpClientTlsTest, followsNoRedirectFromHttpsToHttp)
+TEST_F(HttpClientTlsTest, FollowsNoRedirectFromHttpsToHttp)
 {
     const ScriptedServer plain(always(answerWith("plain")));
     ScriptedServer server = serverFor(authority, "opml.example.invalid");
@@ -228,7 +228,7 @@ TEST_F(HttpClientTlsTest, followsNoRedirectFromHttpsToHttp)
     EXPECT_EQ(plain.connections(), 0);
 }
 
-TEST_F(HttpClientTlsTest, followsNoRedirectBackToHttp)
+TEST_F(HttpClientTlsTest, FollowsNoRedirectBackToHttp)
 {
     const ScriptedServer end(always(answerWith("plain")));
     ScriptedServer server = serverFor(authority, "opml.example.invalid");
@@ -247,7 +247,7 @@ TEST_F(HttpClientTlsTest, followsNoRedirectBackToHttp)
     EXPECT_EQ(fetch(client, urlOf(start, "/")).data(), "secure");
 }
 
-TEST_F(HttpClientTlsTest, anEmptyLocationHidesNoOther)
+TEST_F(HttpClientTlsTest, AnEmptyLocationHidesNoOther)
 {
     const ScriptedServer plain(always(answerWith("plain")));
     ScriptedServer server = serverFor(authority, "opml.example.invalid");
@@ -262,7 +262,7 @@ TEST_F(HttpClientTlsTest, anEmptyLocationHidesNoOther)
     EXPECT_EQ(plain.connections(), 0);
 }
 
-TEST_F(HttpClientTlsTest, aSecondLocationDoesNotHideTheFirst)
+TEST_F(HttpClientTlsTest, ASecondLocationDoesNotHideTheFirst)
 {
     const ScriptedServer plain(always(answerWith("plain")));
     ScriptedServer server = serverFor(authority, "opml.example.invalid");

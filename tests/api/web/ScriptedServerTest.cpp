@@ -8,7 +8,7 @@
 
 using testing::ElementsAre;
 
-TEST(ScriptedServerTest, recordsWhatItWasAsked)
+TEST(ScriptedServerTest, RecordsWhatItWasAsked)
 {
     ScriptedServer server(always(answerWith("x")));
     HttpClient client(nullptr, HttpClient::Default, true);
@@ -30,13 +30,13 @@ TEST(ScriptedServerTest, recordsWhatItWasAsked)
     EXPECT_FALSE(server.waitForRequests(1, 1));
 }
 
-TEST(ScriptedServerTest, namesItsPlaceAsCurlTakesIt)
+TEST(ScriptedServerTest, NamesItsPlaceAsCurlTakesIt)
 {
     const ScriptedServer server(always(answerWith("x")));
     EXPECT_EQ(server.connectTo("h"), "h:80:127.0.0.1:" + QByteArray::number(server.port()));
 }
 
-TEST(ScriptedServerTest, endsWhatStallsWhenItIsDestroyed)
+TEST(ScriptedServerTest, EndsWhatStallsWhenItIsDestroyed)
 {
     ScriptedServer::Response response = answerWith("x");
     response.end = ScriptedServer::End::Stall;
@@ -52,7 +52,7 @@ TEST(ScriptedServerTest, endsWhatStallsWhenItIsDestroyed)
     EXPECT_EQ(ends, QList<HttpClientStatus> {HttpClientStatus::Broken});
 }
 
-TEST(ScriptedServerTest, goesOnServingWithManyConnections)
+TEST(ScriptedServerTest, GoesOnServingWithManyConnections)
 {
     ScriptedServer::Response response = answerWith("x");
     response.end = ScriptedServer::End::Close;

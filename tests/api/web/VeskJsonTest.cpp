@@ -161,7 +161,7 @@ QByteArray nested(int depth, const QByteArray &inner = {})
 
 } // namespace
 
-TEST(VeskJsonTest, readsADirectoryAnswer)
+TEST(VeskJsonTest, ReadsADirectoryAnswer)
 {
     const QVariantHash root = parsed(answer(3)).toHash();
     EXPECT_EQ(root.value(QStringLiteral("head")).toHash().value(QStringLiteral("status")),
@@ -176,7 +176,7 @@ TEST(VeskJsonTest, readsADirectoryAnswer)
         "\"text\":\"Example Folk \xE2\x99\xAB 2 (Dublin)\",\"type\":\"audio\",}");
 }
 
-TEST(VeskJsonTest, rejectsAnAnswerCutAtAnyByte)
+TEST(VeskJsonTest, RejectsAnAnswerCutAtAnyByte)
 {
     const QByteArray whole = answer(2);
     for (int size = 0; size < whole.size(); ++size)
@@ -184,7 +184,7 @@ TEST(VeskJsonTest, rejectsAnAnswerCutAtAnyByte)
     EXPECT_EQ(parsed(whole).toHash().size(), 2);
 }
 
-TEST(VeskJsonTest, readsOrRejectsAnyByteAtAnyOffset)
+TEST(VeskJsonTest, ReadsOrRejectsAnyByteAtAnyOffset)
 {
     const QByteArray whole = answer(1);
     for (int at = 0; at < whole.size(); ++at) {
@@ -200,7 +200,7 @@ TEST(VeskJsonTest, readsOrRejectsAnyByteAtAnyOffset)
     }
 }
 
-TEST(VeskJsonTest, reportsTheOffsetAndTheReasonOfAnError)
+TEST(VeskJsonTest, ReportsTheOffsetAndTheReasonOfAnError)
 {
     const struct {
         const char *json;
@@ -233,7 +233,7 @@ TEST(VeskJsonTest, reportsTheOffsetAndTheReasonOfAnError)
     }
 }
 
-TEST(VeskJsonTest, rejectsWhatIsNoJson)
+TEST(VeskJsonTest, RejectsWhatIsNoJson)
 {
     for (const char *json : {"", " ", "#STATUS: 400", "<opml version=\"1\"/>", "{", "}", "[1 2]",
              "{\"a\" 1}", "{a:1}", "{'a':1}", "[01]", "[-]", "[.]", "[-.]", "[.e1]", "[1.e]",
@@ -242,7 +242,7 @@ TEST(VeskJsonTest, rejectsWhatIsNoJson)
         EXPECT_TRUE(isRejected(json)) << json;
 }
 
-TEST(VeskJsonTest, acceptsAScalarAsTheWhole)
+TEST(VeskJsonTest, AcceptsAScalarAsTheWhole)
 {
     EXPECT_EQ(dump(parsed(" \"a\\n\" ")), "\"a\n\"");
     EXPECT_EQ(dump(parsed("12")), "i12");
@@ -252,7 +252,7 @@ TEST(VeskJsonTest, acceptsAScalarAsTheWhole)
     EXPECT_EQ(dump(parsed("{}")), "{}");
 }
 
-TEST(VeskJsonTest, readsNumbersAsWholeWhereTheyFit)
+TEST(VeskJsonTest, ReadsNumbersAsWholeWhereTheyFit)
 {
     EXPECT_EQ(dump(parsed("[0,-0,1,-1,1.0,1e3,-2.5e1,0.5,1e-3]")),
         "[i0,i0,i1,i-1,i1,i1000,i-25,d0.5,d0.001,]");
@@ -273,14 +273,14 @@ TEST(VeskJsonTest, readsNumbersAsWholeWhereTheyFit)
     EXPECT_TRUE(isRejected("[-1e400]"));
 }
 
-TEST(VeskJsonTest, theLastOfEqualKeysWins)
+TEST(VeskJsonTest, TheLastOfEqualKeysWins)
 {
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":2,\"a\":[3]}")), "{\"a\":[i3,],\"b\":i2,}");
     // The same where the text needs repair: \q is no escape of the RFC.
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":\"\\q\",\"a\":[3]}")), "{\"a\":[i3,],\"b\":\"q\",}");
 }
 
-TEST(VeskJsonTest, readsTextsOfAnyLengthAndContent)
+TEST(VeskJsonTest, ReadsTextsOfAnyLengthAndContent)
 {
     // Around the sizes at which texts stop being shared, plain and not, twice each.
     for (int size = 0; size < 130; ++size) {
@@ -298,7 +298,7 @@ TEST(VeskJsonTest, readsTextsOfAnyLengthAndContent)
     }
 }
 
-TEST(VeskJsonTest, keepsAByteOrderMarkWithinATextOnly)
+TEST(VeskJsonTest, KeepsAByteOrderMarkWithinATextOnly)
 {
     const QString mark = QChar(QChar::ByteOrderMark);
     for (const char *json :
@@ -309,7 +309,7 @@ TEST(VeskJsonTest, keepsAByteOrderMarkWithinATextOnly)
     }
 }
 
-TEST(VeskJsonTest, keepsManyTextsApart)
+TEST(VeskJsonTest, KeepsManyTextsApart)
 {
     QByteArray json = "{";
     for (int i = 0; i < 20000; ++i)
@@ -322,14 +322,14 @@ TEST(VeskJsonTest, keepsManyTextsApart)
             QStringLiteral("v%1").arg(i % 5000));
 }
 
-TEST(VeskJsonTest, sharesRepeatedTexts)
+TEST(VeskJsonTest, SharesRepeatedTexts)
 {
     const QVariantList list = parsed("[\"outline\",\"outline\",\"outlinf\"]").toList();
     EXPECT_EQ(list.at(0).toString().constData(), list.at(1).toString().constData());
     EXPECT_NE(list.at(0).toString().constData(), list.at(2).toString().constData());
 }
 
-TEST(VeskJsonTest, readsWhatServersInTheFieldSend)
+TEST(VeskJsonTest, ReadsWhatServersInTheFieldSend)
 {
     EXPECT_EQ(dump(parsed("[\"a\tb\nc\x01\"]")), "[\"a\tb\nc\x01\",]");
     EXPECT_EQ(dump(parsed("[\"a\\qb\\'\"]")), "[\"aqb'\",]");
@@ -342,7 +342,7 @@ TEST(VeskJsonTest, readsWhatServersInTheFieldSend)
         "[\"q\",null,i1,d9.2233720368547758e+18,true,{\"a\":{},},]");
 }
 
-TEST(VeskJsonTest, rejectsInvalidUtf8)
+TEST(VeskJsonTest, RejectsInvalidUtf8)
 {
     for (const char *bytes : {"\xFF", "\x80", "\xC3", "\xC3(", "\xC0\xAF", "\xE0\x80\xAF",
              "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xF0\x9F\x8E", "\xF8\x88\x80\x80\x80"}) {
@@ -353,14 +353,14 @@ TEST(VeskJsonTest, rejectsInvalidUtf8)
     }
 }
 
-TEST(VeskJsonTest, readsNullCharactersInTexts)
+TEST(VeskJsonTest, ReadsNullCharactersInTexts)
 {
     const QString text = parsed("[\"a\\u0000b\"]").toList().first().toString();
     EXPECT_EQ(text, QStringLiteral("a") + QChar(0) + QLatin1Char('b'));
     EXPECT_EQ(parsed(QByteArray("[\"a\0b\"]", 7)).toList().first().toString(), text);
 }
 
-TEST(VeskJsonTest, limitsTheDepthOfPlainAndRepairedTexts)
+TEST(VeskJsonTest, LimitsTheDepthOfPlainAndRepairedTexts)
 {
     // A raw control character makes the text one that is repaired first.
     for (const QByteArray inner : {"", "\"\t\""}) {
@@ -377,7 +377,7 @@ TEST(VeskJsonTest, limitsTheDepthOfPlainAndRepairedTexts)
     EXPECT_TRUE(isRejected(objects + "[[\"\t\"]]" + ends));
 }
 
-TEST(VeskJsonTest, rejectsNestingWithoutRunningOutOfStack)
+TEST(VeskJsonTest, RejectsNestingWithoutRunningOutOfStack)
 {
     for (const int depth : {1000, 100000, 3000000}) {
         EXPECT_TRUE(isRejected(nested(depth)));
@@ -390,7 +390,7 @@ TEST(VeskJsonTest, rejectsNestingWithoutRunningOutOfStack)
     }
 }
 
-TEST(VeskJsonTest, namesTheDepthWhereItRejectsIt)
+TEST(VeskJsonTest, NamesTheDepthWhereItRejectsIt)
 {
     VeskError error;
     unsigned int position = 0;
@@ -399,7 +399,7 @@ TEST(VeskJsonTest, namesTheDepthWhereItRejectsIt)
     EXPECT_EQ(position, unsigned(VeskJson::MaxDepth));
 }
 
-TEST(VeskJsonTest, readsTenMegabytes)
+TEST(VeskJsonTest, ReadsTenMegabytes)
 {
     const QByteArray json = answer(40000);
     ASSERT_GT(json.size(), 10000000);
@@ -410,7 +410,7 @@ TEST(VeskJsonTest, readsTenMegabytes)
     EXPECT_EQ(dump(parsed("[1]")), "[i1,]");
 }
 
-TEST(VeskJsonTest, readsBytesWithoutATerminator)
+TEST(VeskJsonTest, ReadsBytesWithoutATerminator)
 {
     const char bytes[]
         = "[1,2]xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx";
@@ -420,7 +420,7 @@ TEST(VeskJsonTest, readsBytesWithoutATerminator)
     EXPECT_EQ(dump(parsed(roomy)), "[i3,]");
 }
 
-TEST(VeskJsonTest, readsAsQtDoes)
+TEST(VeskJsonTest, ReadsAsQtDoes)
 {
     for (const QByteArray json : {"[0.1,1.5e300,-1e-300,100000000000000000000,1e18,1e19,-1e18]",
              "[4503599627370497.5,9007199254740993,9007199254740993.0,0.30000000000000004]",
@@ -507,7 +507,7 @@ private:
 
 } // namespace
 
-TEST(VeskJsonTest, readsRandomDocumentsAsQtDoes)
+TEST(VeskJsonTest, ReadsRandomDocumentsAsQtDoes)
 {
     for (unsigned seed = 0; seed < 3000; ++seed) {
         RandomJson random(seed);

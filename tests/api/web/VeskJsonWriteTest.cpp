@@ -26,7 +26,7 @@ std::string written(const QVariant &value)
 
 } // namespace
 
-TEST(VeskJsonWriteTest, writesEveryPlainType)
+TEST(VeskJsonWriteTest, WritesEveryPlainType)
 {
     EXPECT_EQ(written(QVariant()), "null");
     EXPECT_EQ(written(true), "true");
@@ -50,7 +50,7 @@ TEST(VeskJsonWriteTest, writesEveryPlainType)
     EXPECT_EQ(written(QString()), "\"\"");
 }
 
-TEST(VeskJsonWriteTest, writesRealNumbersShortAndExact)
+TEST(VeskJsonWriteTest, WritesRealNumbersShortAndExact)
 {
     EXPECT_EQ(written(0.1), "0.1");
     EXPECT_EQ(written(5.0), "5");
@@ -63,7 +63,7 @@ TEST(VeskJsonWriteTest, writesRealNumbersShortAndExact)
     }
 }
 
-TEST(VeskJsonWriteTest, writesNullForWhatJsonHasNoFormFor)
+TEST(VeskJsonWriteTest, WritesNullForWhatJsonHasNoFormFor)
 {
     EXPECT_EQ(written(std::nan("")), "null");
     EXPECT_EQ(written(std::numeric_limits<double>::infinity()), "null");
@@ -73,7 +73,7 @@ TEST(VeskJsonWriteTest, writesNullForWhatJsonHasNoFormFor)
     EXPECT_EQ(written(QVariant::fromValue(nullptr)), "null");
 }
 
-TEST(VeskJsonWriteTest, writesHashesInAscendingOrderOfTheirKeys)
+TEST(VeskJsonWriteTest, WritesHashesInAscendingOrderOfTheirKeys)
 {
     QVariantHash hash;
     QVariantMap map;
@@ -93,7 +93,7 @@ TEST(VeskJsonWriteTest, writesHashesInAscendingOrderOfTheirKeys)
             json.indexOf("key" + QByteArray::number(i).rightJustified(3, '0')));
 }
 
-TEST(VeskJsonWriteTest, writesTheSystemsOwnTypes)
+TEST(VeskJsonWriteTest, WritesTheSystemsOwnTypes)
 {
     EXPECT_EQ(written(TrString("TuneIn", "My \"Favorites\"")), "\"My \\\"Favorites\\\"\"");
     EXPECT_EQ(written(Language::ntr(QStringLiteral("Folk"))), "\"Folk\"");
@@ -112,7 +112,7 @@ TEST(VeskJsonWriteTest, writesTheSystemsOwnTypes)
         written(QVariant::fromValue(error)), "{\"message\":\"m\",\"name\":\"n\",\"title\":\"t\"}");
 }
 
-TEST(VeskJsonWriteTest, escapesWhatMustBeEscapedAndNothingElse)
+TEST(VeskJsonWriteTest, EscapesWhatMustBeEscapedAndNothingElse)
 {
     QString text;
     for (ushort c = 0; c < 0x80; ++c)
@@ -127,7 +127,7 @@ TEST(VeskJsonWriteTest, escapesWhatMustBeEscapedAndNothingElse)
         "abcdefghijklmnopqrstuvwxyz{|}~\x7f\"");
 }
 
-TEST(VeskJsonWriteTest, writesUtf8WithHalfSurrogatePairsReplaced)
+TEST(VeskJsonWriteTest, WritesUtf8WithHalfSurrogatePairsReplaced)
 {
     EXPECT_EQ(
         written(QString::fromUtf8("\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80"
@@ -141,7 +141,7 @@ TEST(VeskJsonWriteTest, writesUtf8WithHalfSurrogatePairsReplaced)
     EXPECT_EQ(written(high + QLatin1Char('x')), "\"\xEF\xBF\xBDx\"");
 }
 
-TEST(VeskJsonWriteTest, writesLongTextsWhole)
+TEST(VeskJsonWriteTest, WritesLongTextsWhole)
 {
     // Pairs lie across every place at which a writer may cut.
     for (int shift = 0; shift < 2; ++shift) {
@@ -152,7 +152,7 @@ TEST(VeskJsonWriteTest, writesLongTextsWhole)
     }
 }
 
-TEST(VeskJsonWriteTest, readsBackWhatItWrote)
+TEST(VeskJsonWriteTest, ReadsBackWhatItWrote)
 {
     QVariantHash inner {{QStringLiteral("text"), QStringLiteral("a\"\\\n\u00e4")},
         {QStringLiteral("number"), qlonglong(1) << 60}, {QStringLiteral("real"), 0.25},
@@ -164,7 +164,7 @@ TEST(VeskJsonWriteTest, readsBackWhatItWrote)
     EXPECT_TRUE(error.isEmpty());
 }
 
-TEST(VeskJsonWriteTest, writesNullBelowTheDepthThatItReads)
+TEST(VeskJsonWriteTest, WritesNullBelowTheDepthThatItReads)
 {
     QVariant value = 1;
     for (int i = 0; i < VeskJson::MaxDepth + 10; ++i)

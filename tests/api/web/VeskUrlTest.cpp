@@ -28,7 +28,7 @@ using Items = VeskUrl::QueryItems;
 
 } // namespace
 
-TEST(VeskUrlTest, readsThePartsOfAUrl)
+TEST(VeskUrlTest, ReadsThePartsOfAUrl)
 {
     const VeskUrl value
         = url("http://user@opml.radiotime.com:81/Browse.ashx?c=music&id=g%2079#top");
@@ -42,7 +42,7 @@ TEST(VeskUrlTest, readsThePartsOfAUrl)
     EXPECT_TRUE(VeskUrl(QString()).isEmpty());
 }
 
-TEST(VeskUrlTest, writesUnchangedPartsByteForByte)
+TEST(VeskUrlTest, WritesUnchangedPartsByteForByte)
 {
     for (const char *same : {"http://opml.radiotime.com/Tune.ashx?id=s1&sid=p2&filter=s:~A",
              "HTTP://Host.Example:8000/;stream.mp3", "http://h/a/../b/./c//d?x=1&&y&=z&",
@@ -57,7 +57,7 @@ TEST(VeskUrlTest, writesUnchangedPartsByteForByte)
     }
 }
 
-TEST(VeskUrlTest, encodesWhatWouldBreakARequestLine)
+TEST(VeskUrlTest, EncodesWhatWouldBreakARequestLine)
 {
     EXPECT_EQ(url("http://h/a b\r\nX: y\t\x7f?q=ä").toString(),
         text("http://h/a%20b%0D%0AX:%20y%09%7F?q=%C3%A4"));
@@ -69,7 +69,7 @@ TEST(VeskUrlTest, encodesWhatWouldBreakARequestLine)
     EXPECT_EQ(VeskUrl(text("http://h/") + half).toString(), text("http://h/%EF%BF%BD"));
 }
 
-TEST(VeskUrlTest, readsTheHostOutOfAnyAuthority)
+TEST(VeskUrlTest, ReadsTheHostOutOfAnyAuthority)
 {
     EXPECT_EQ(url("http://h").host(), text("h"));
     EXPECT_EQ(url("http://h:80").host(), text("h"));
@@ -82,7 +82,7 @@ TEST(VeskUrlTest, readsTheHostOutOfAnyAuthority)
     EXPECT_EQ(url("http://h?x:y@z").host(), text("h"));
 }
 
-TEST(VeskUrlTest, aRelativeReferenceHasNoSchemeAndNoAuthority)
+TEST(VeskUrlTest, ARelativeReferenceHasNoSchemeAndNoAuthority)
 {
     const VeskUrl value = url("/Browse.ashx?c=presets");
     EXPECT_EQ(value.scheme(), QString());
@@ -91,7 +91,7 @@ TEST(VeskUrlTest, aRelativeReferenceHasNoSchemeAndNoAuthority)
     EXPECT_EQ(value.queryItemValue(text("c")), text("presets"));
 }
 
-TEST(VeskUrlTest, changesTheSchemeAlone)
+TEST(VeskUrlTest, ChangesTheSchemeAlone)
 {
     VeskUrl value = url("http://h/p?q=%zz#f");
     value.setScheme(text("https"));
@@ -105,7 +105,7 @@ TEST(VeskUrlTest, changesTheSchemeAlone)
     EXPECT_EQ(value.authority(), text("h"));
 }
 
-TEST(VeskUrlTest, withoutItsSchemeAPathDoesNotTurnIntoOne)
+TEST(VeskUrlTest, WithoutItsSchemeAPathDoesNotTurnIntoOne)
 {
     VeskUrl value = url("x:y:z");
     value.setScheme(QString());
@@ -114,7 +114,7 @@ TEST(VeskUrlTest, withoutItsSchemeAPathDoesNotTurnIntoOne)
     EXPECT_EQ(VeskUrl(value.toString()), value);
 }
 
-TEST(VeskUrlTest, encodesAndDecodesThePath)
+TEST(VeskUrlTest, EncodesAndDecodesThePath)
 {
     VeskUrl value = url("http://opml.radiotime.com");
     value.setPath(text("/Browse.ashx"));
@@ -133,7 +133,7 @@ TEST(VeskUrlTest, encodesAndDecodesThePath)
     EXPECT_EQ(url("%EF%BB%BFx").path(), QChar(QChar::ByteOrderMark) + text("x"));
 }
 
-TEST(VeskUrlTest, aPathStaysAPathWhateverItLooksLike)
+TEST(VeskUrlTest, APathStaysAPathWhateverItLooksLike)
 {
     for (const char *path : {"//host/x", "a:b", "http://x", "?q", "#f", "//", "a:b:c"}) {
         VeskUrl value = url("?q=1");
@@ -146,7 +146,7 @@ TEST(VeskUrlTest, aPathStaysAPathWhateverItLooksLike)
     }
 }
 
-TEST(VeskUrlTest, readsQueryItemsLeniently)
+TEST(VeskUrlTest, ReadsQueryItemsLeniently)
 {
     EXPECT_EQ(url("?a=1&b&=c&&d==e=&%61=%zz+%2B&a=2").queryItems(),
         (Items {{text("a"), text("1")}, {text("b"), QString()}, {QString(), text("c")},
@@ -157,7 +157,7 @@ TEST(VeskUrlTest, readsQueryItemsLeniently)
     EXPECT_EQ(url("?a+b=c+d").queryItems(), (Items {{text("a b"), text("c d")}}));
 }
 
-TEST(VeskUrlTest, looksItemsUpByTheirDecodedKey)
+TEST(VeskUrlTest, LooksItemsUpByTheirDecodedKey)
 {
     const VeskUrl value = url("?a=1&%61=2&b&c+d=3&E=4");
     EXPECT_EQ(value.queryItemValue(text("a")), text("1"));
@@ -170,7 +170,7 @@ TEST(VeskUrlTest, looksItemsUpByTheirDecodedKey)
     EXPECT_EQ(url("?%61=2&a=1").queryItemValue(text("a")), text("2"));
 }
 
-TEST(VeskUrlTest, encodesItemsThatAreAdded)
+TEST(VeskUrlTest, EncodesItemsThatAreAdded)
 {
     VeskUrl value = url("http://h/p#f");
     value.addQueryItem(text("q"), text("a b+c&d=e#f%41ä~"));
@@ -181,7 +181,7 @@ TEST(VeskUrlTest, encodesItemsThatAreAdded)
     EXPECT_EQ(VeskUrl(value.toString()).queryItems(), value.queryItems());
 }
 
-TEST(VeskUrlTest, appendsItemsToAnyQuery)
+TEST(VeskUrlTest, AppendsItemsToAnyQuery)
 {
     const auto added = [](const char *before) {
         VeskUrl value = url(before);
@@ -198,7 +198,7 @@ TEST(VeskUrlTest, appendsItemsToAnyQuery)
     EXPECT_EQ(added(""), "?k=v");
 }
 
-TEST(VeskUrlTest, replacesTheWholeQuery)
+TEST(VeskUrlTest, ReplacesTheWholeQuery)
 {
     VeskUrl value = url("http://h/p?a=1&b=2#f");
     value.setQueryItems({{text("x"), text("1 2")}, {text("x"), text("3")}});
@@ -209,7 +209,7 @@ TEST(VeskUrlTest, replacesTheWholeQuery)
     EXPECT_EQ(value.queryItems(), (Items {{QString(), QString()}}));
 }
 
-TEST(VeskUrlTest, removesTheFirstItemOfAKey)
+TEST(VeskUrlTest, RemovesTheFirstItemOfAKey)
 {
     const auto removed = [](const char *before, const char *key) {
         VeskUrl value = url(before);
@@ -226,7 +226,7 @@ TEST(VeskUrlTest, removesTheFirstItemOfAKey)
     EXPECT_EQ(removed("http://h/", "a"), "http://h/");
 }
 
-TEST(VeskUrlTest, comparesByText)
+TEST(VeskUrlTest, ComparesByText)
 {
     EXPECT_EQ(url("http://h/a"), url("http://h/a"));
     EXPECT_NE(url("http://h/a"), url("http://h/%61"));
@@ -235,7 +235,7 @@ TEST(VeskUrlTest, comparesByText)
     EXPECT_EQ(built, url("http://h/a"));
 }
 
-TEST(VeskUrlTest, hidesSecretsInItsDisplayText)
+TEST(VeskUrlTest, HidesSecretsInItsDisplayText)
 {
     EXPECT_EQ(shown(url("https://h/Account.ashx?c=auth&username=me&password=p%20w&Session=x#f")),
         "https://h/Account.ashx?c=auth&username=me&password=***&Session=***#f");
@@ -252,7 +252,7 @@ TEST(VeskUrlTest, hidesSecretsInItsDisplayText)
     EXPECT_EQ(url("http://u:p@h/?password=x").toString(), text("http://u:p@h/?password=x"));
 }
 
-TEST(VeskUrlTest, hidesSecretsOfNestedAddresses)
+TEST(VeskUrlTest, HidesSecretsOfNestedAddresses)
 {
     EXPECT_EQ(
         shown(url("http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3DS%26b%3D1&id=2")),
@@ -274,7 +274,7 @@ TEST(VeskUrlTest, hidesSecretsOfNestedAddresses)
     EXPECT_FALSE(VeskUrl(deep).toDisplayString().contains(text("SECRET")));
 }
 
-TEST(VeskUrlTest, hidesSecretsInPlainTexts)
+TEST(VeskUrlTest, HidesSecretsInPlainTexts)
 {
     EXPECT_EQ(VeskUrl::displayText(text("http://h/a.mp3?token=S&b=1")),
         text("http://h/a.mp3?token=***&b=1"));

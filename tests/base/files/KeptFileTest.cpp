@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::size_t room = 100000;
+constexpr std::size_t Room = 100000;
 
 /// The number of the next call of fsync() that fails, counted from 1; 0 for none.
 int callsToFailure = 0;
@@ -75,7 +75,7 @@ protected:
     }
     void expectRefused(const char *words) const
     {
-        const auto content = KeptFile(m_file, room).read();
+        const auto content = KeptFile(m_file, Room).read();
         ASSERT_FALSE(content);
         EXPECT_THAT(content.error().text, HasSubstr(words));
     }
@@ -86,19 +86,19 @@ protected:
 
 TEST_F(KeptFileTest, ReadsWhatWasWritten)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     EXPECT_FALSE(*file.read());
     for (const std::string &bytes :
-        {std::string("one"), std::string("t\0wo\xFF", 5), std::string(room, 'x')}) {
+        {std::string("one"), std::string("t\0wo\xFF", 5), std::string(Room, 'x')}) {
         EXPECT_TRUE(file.write(bytes));
-        EXPECT_TRUE(*KeptFile(m_file, room).read() == bytes);
+        EXPECT_TRUE(*KeptFile(m_file, Room).read() == bytes);
     }
     EXPECT_EQ(names(), (std::set<std::string> {"state"}));
 }
 
 TEST_F(KeptFileTest, IsReplacedAsAWhole)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     ASSERT_TRUE(file.write("first"));
     std::ifstream reader(m_file);
     ASSERT_TRUE(file.write("second"));
@@ -113,7 +113,7 @@ TEST_F(KeptFileTest, IsReadableForItsOwnerAloneWhateverItsModeWas)
     const mode_t before = ::umask(0);
     put(m_file, "old");
     ::chmod(m_file.c_str(), 0666);
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     ASSERT_TRUE(file.write("new"));
     ASSERT_TRUE(file.writeLastGood("new"));
     ASSERT_TRUE(KeptFile::makeFolder(m_folder + "/a/b"));
@@ -137,7 +137,7 @@ TEST_F(KeptFileTest, LeavesAnExistingFolderAsItIs)
 
 TEST_F(KeptFileTest, KeepsACopyOfItsLastContent)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     EXPECT_FALSE(*file.readLastGood());
     ASSERT_TRUE(file.write("good"));
     ASSERT_TRUE(file.writeLastGood("good"));
@@ -149,11 +149,11 @@ TEST_F(KeptFileTest, IsDamagedWhenItIsEmptyOrTooLarge)
 {
     put(m_file, "");
     expectRefused("the file is empty");
-    put(m_file, std::string(room + 1, ' '));
+    put(m_file, std::string(Room + 1, ' '));
     expectRefused("the file is too large");
-    KeptFile file(m_file, room);
-    EXPECT_EQ(file.write(std::string(room + 1, ' ')).error().error, EFBIG);
-    EXPECT_EQ(contentOf(m_file).size(), room + 1) << "the file is as it was";
+    KeptFile file(m_file, Room);
+    EXPECT_EQ(file.write(std::string(Room + 1, ' ')).error().error, EFBIG);
+    EXPECT_EQ(contentOf(m_file).size(), Room + 1) << "the file is as it was";
 }
 
 TEST_F(KeptFileTest, RefusesWhatIsNoRegularFile)
@@ -177,7 +177,7 @@ TEST_F(KeptFileTest, RefusesWhatIsNoRegularFile)
 TEST_F(KeptFileTest, ReplacesWhatIsNoRegularFile)
 {
     const auto isKept = [this] {
-        KeptFile file(m_file, room);
+        KeptFile file(m_file, Room);
         const auto aside = file.setAside();
         EXPECT_TRUE(fs::exists(fs::symlink_status(*aside))) << *aside;
         return file.write("new") && contentOf(m_file) == "new" && fs::remove(m_file);
@@ -198,7 +198,7 @@ TEST_F(KeptFileTest, ReplacesTheFileBehindALink)
     fs::create_directory(m_folder + "/elsewhere");
     put(m_folder + "/elsewhere/real", "old");
     fs::create_symlink("elsewhere/real", m_file);
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     EXPECT_EQ(*file.read(), "old");
     ASSERT_TRUE(file.write("new"));
     EXPECT_TRUE(fs::is_symlink(m_file));
@@ -207,7 +207,7 @@ TEST_F(KeptFileTest, ReplacesTheFileBehindALink)
 
 TEST_F(KeptFileTest, KeepsALimitedNumberOfDamagedFiles)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     for (int i = 1; i <= 8; ++i) {
         put(m_file, "damaged " + std::to_string(i));
         const auto name = file.setAside();
@@ -225,7 +225,7 @@ TEST_F(KeptFileTest, KeepsALimitedNumberOfDamagedFiles)
 
 TEST_F(KeptFileTest, RemovesAndIgnoresLeftovers)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     put(m_file + ".new", "half a wri");
     put(m_file + ".newer", "another file");
     EXPECT_FALSE(*file.read());
@@ -241,7 +241,7 @@ TEST_F(KeptFileTest, RemovesAndIgnoresLeftovers)
 
 TEST_F(KeptFileTest, IsUnchangedWhenAWriteExceedsTheFileSizeLimit)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     ASSERT_TRUE(file.write("good"));
     {
         const FileSizeLimit limit(1000);
@@ -256,7 +256,7 @@ TEST_F(KeptFileTest, IsUnchangedWhenAWriteExceedsTheFileSizeLimit)
 
 TEST_F(KeptFileTest, IsUnchangedWhenTheFileCannotBeSynchronised)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     ASSERT_TRUE(file.write("good"));
     callsToFailure = 1;
     EXPECT_EQ(file.write("bad").error().error, EIO);
@@ -267,7 +267,7 @@ TEST_F(KeptFileTest, IsUnchangedWhenTheFileCannotBeSynchronised)
 
 TEST_F(KeptFileTest, FailsWhenTheFolderCannotBeSynchronised)
 {
-    KeptFile file(m_file, room);
+    KeptFile file(m_file, Room);
     ASSERT_TRUE(file.write("good"));
     callsToFailure = 2; // the file, then its folder
     EXPECT_EQ(file.write("perhaps").error().error, EIO);
@@ -278,7 +278,7 @@ TEST_F(KeptFileTest, FailsWhenTheFolderCannotBeSynchronised)
 
 TEST_F(KeptFileTest, FailsWithoutItsFolder)
 {
-    KeptFile file(m_folder + "/gone/state", room);
+    KeptFile file(m_folder + "/gone/state", Room);
     EXPECT_EQ(file.write("bytes").error().error, ENOENT);
 }
 
@@ -292,7 +292,7 @@ protected:
     }
     const std::string m_bytes = std::string(10000, 'g');
     SmallDisk m_disk;
-    KeptFile m_file {m_disk.folder() + "/state", room};
+    KeptFile m_file {m_disk.folder() + "/state", Room};
 };
 
 TEST_F(KeptFileOnASmallDisk, IsUnchangedWhenTheDiskIsFull)

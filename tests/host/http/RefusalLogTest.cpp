@@ -16,14 +16,14 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr int second = 100; // a short one
+constexpr int Second = 100; // a short one
 
 class RefusalLogTest : public testing::Test {
 protected:
     std::unique_ptr<RefusalLog> makeLog()
     {
         return std::make_unique<RefusalLog>(
-            [this](const QByteArray &line) { m_lines.push_back(line.toStdString()); }, second);
+            [this](const QByteArray &line) { m_lines.push_back(line.toStdString()); }, Second);
     }
     bool waitForLines(std::size_t count)
     {
@@ -53,7 +53,7 @@ TEST_F(RefusalLogTest, LogsAtOnceAfterAQuietSecond)
     log->log("wrong host");
     QElapsedTimer quiet;
     quiet.start();
-    ASSERT_TRUE(spinUntil([&] { return quiet.elapsed() > 2 * second; }));
+    ASSERT_TRUE(spinUntil([&] { return quiet.elapsed() > 2 * Second; }));
     EXPECT_THAT(m_lines, ElementsAre("wrong host")) << "no count without suppressed lines";
     log->log("wrong host");
     EXPECT_THAT(m_lines, ElementsAre("wrong host", "wrong host"));

@@ -25,10 +25,10 @@ using Taken = StreamConsumer::Taken;
 /// A tenth of a second of a tone, as a decoder hands it over; \a at counts the tenths.
 std::vector<float> tone(int frequency, int at)
 {
-    constexpr int frames = 4800;
-    std::vector<float> samples(frames * 2);
-    for (int i = 0; i < frames; ++i) {
-        const double phase = 2 * M_PI * frequency * (at * frames + i) / Format.rate;
+    constexpr int Frames = 4800;
+    std::vector<float> samples(Frames * 2);
+    for (int i = 0; i < Frames; ++i) {
+        const double phase = 2 * M_PI * frequency * (at * Frames + i) / Format.rate;
         samples[static_cast<std::size_t>(2 * i)] = samples[static_cast<std::size_t>(2 * i + 1)]
             = static_cast<float>(0.25 * std::sin(phase));
     }
@@ -71,9 +71,9 @@ protected:
     /// Whether a fifth of a second comes to be heard within half a second.
     bool isHeard() const
     {
-        constexpr qint64 fifth = Format.rate * Format.channels * qint64(sizeof(qint16)) / 5;
+        constexpr qint64 Fifth = Format.rate * Format.channels * qint64(sizeof(qint16)) / 5;
         const qint64 before = QFileInfo(file()).size();
-        return spinUntil([&] { return QFileInfo(file()).size() >= before + fifth; }, 500);
+        return spinUntil([&] { return QFileInfo(file()).size() >= before + Fifth; }, 500);
     }
     ear::Sound heard() const
     {
@@ -93,7 +93,7 @@ private:
     int m_written = 0;
 };
 
-TEST_F(AudioOutputTest, writesAFileInRealTime)
+TEST_F(AudioOutputTest, WritesAFileInRealTime)
 {
     open(AudioOutputSpec::Wav);
     QElapsedTimer clock;
@@ -108,7 +108,7 @@ TEST_F(AudioOutputTest, writesAFileInRealTime)
     EXPECT_EQ(changes, "as");
 }
 
-TEST_F(AudioOutputTest, beginsWhenThereIsEnough)
+TEST_F(AudioOutputTest, BeginsWhenThereIsEnough)
 {
     open(AudioOutputSpec::Null);
     EXPECT_TRUE(write(2));
@@ -120,7 +120,7 @@ TEST_F(AudioOutputTest, beginsWhenThereIsEnough)
     EXPECT_TRUE(output->wasAudible());
 }
 
-TEST_F(AudioOutputTest, pausesByItselfWhenItRunsDryAndSkipsNothing)
+TEST_F(AudioOutputTest, PausesByItselfWhenItRunsDryAndSkipsNothing)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(10));
@@ -137,7 +137,7 @@ TEST_F(AudioOutputTest, pausesByItselfWhenItRunsDryAndSkipsNothing)
     EXPECT_NEAR(heard().seconds(), 2.5, 0.05);
 }
 
-TEST_F(AudioOutputTest, isHeardAtOnceAfterItRanDry)
+TEST_F(AudioOutputTest, IsHeardAtOnceAfterItRanDry)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(5));
@@ -149,7 +149,7 @@ TEST_F(AudioOutputTest, isHeardAtOnceAfterItRanDry)
     EXPECT_TRUE(isHeard());
 }
 
-TEST_F(AudioOutputTest, isHeardAtOnceAfterAPauseThatForgets)
+TEST_F(AudioOutputTest, IsHeardAtOnceAfterAPauseThatForgets)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(20));
@@ -164,7 +164,7 @@ TEST_F(AudioOutputTest, isHeardAtOnceAfterAPauseThatForgets)
     EXPECT_TRUE(isHeard() && isHeard() && isHeard() && isHeard());
 }
 
-TEST_F(AudioOutputTest, takesNothingMoreInAPause)
+TEST_F(AudioOutputTest, TakesNothingMoreInAPause)
 {
     open(AudioOutputSpec::Null);
     std::atomic<int> taken {0};
@@ -181,13 +181,13 @@ TEST_F(AudioOutputTest, takesNothingMoreInAPause)
     writer.join();
 }
 
-TEST_F(AudioOutputTest, isHeardHoweverFastTheAudioCame)
+TEST_F(AudioOutputTest, IsHeardHoweverFastTheAudioCame)
 {
-    constexpr int frames = 24;
+    constexpr int Frames = 24;
     for (int round = 0; round < 10; ++round) {
         open(AudioOutputSpec::Wav);
         std::thread writer([&] {
-            const std::vector<float> piece(frames * 2);
+            const std::vector<float> piece(Frames * 2);
             while (write(piece)) { }
         });
         EXPECT_TRUE(spinUntil([this] { return output->isAudible(); }));
@@ -198,7 +198,7 @@ TEST_F(AudioOutputTest, isHeardHoweverFastTheAudioCame)
     }
 }
 
-TEST_F(AudioOutputTest, aPauseWaitsAndAResumeGoesOn)
+TEST_F(AudioOutputTest, APauseWaitsAndAResumeGoesOn)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(20));
@@ -214,7 +214,7 @@ TEST_F(AudioOutputTest, aPauseWaitsAndAResumeGoesOn)
     EXPECT_NEAR(heard().seconds(), 2, 0.05);
 }
 
-TEST_F(AudioOutputTest, aFileThatIsPausedIsCompletedByClosing)
+TEST_F(AudioOutputTest, AFileThatIsPausedIsCompletedByClosing)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(30));
@@ -228,7 +228,7 @@ TEST_F(AudioOutputTest, aFileThatIsPausedIsCompletedByClosing)
     EXPECT_NEAR(heard().seconds(), 0.6, 0.5);
 }
 
-TEST_F(AudioOutputTest, takesTenSecondsAheadAndNoMore)
+TEST_F(AudioOutputTest, TakesTenSecondsAheadAndNoMore)
 {
     open(AudioOutputSpec::Null);
     output->pause();
@@ -247,7 +247,7 @@ TEST_F(AudioOutputTest, takesTenSecondsAheadAndNoMore)
     EXPECT_LT(clock.elapsed(), 1000);
 }
 
-TEST_F(AudioOutputTest, forgetsWhatWasNotHeard)
+TEST_F(AudioOutputTest, ForgetsWhatWasNotHeard)
 {
     open(AudioOutputSpec::Wav);
     EXPECT_TRUE(write(50, 440));
@@ -264,7 +264,7 @@ TEST_F(AudioOutputTest, forgetsWhatWasNotHeard)
     EXPECT_GT(sound.share(sound.samples.size() - 12000, 12000, 880), 0.95);
 }
 
-TEST_F(AudioOutputTest, aWriteWithoutSpaceComesBackWithinAQuarterOfASecond)
+TEST_F(AudioOutputTest, AWriteWithoutSpaceComesBackWithinAQuarterOfASecond)
 {
     open(AudioOutputSpec::Null);
     output->pause();
@@ -283,7 +283,7 @@ TEST_F(AudioOutputTest, aWriteWithoutSpaceComesBackWithinAQuarterOfASecond)
     EXPECT_LT(clock.elapsed(), 1000);
 }
 
-TEST_F(AudioOutputTest, refusesAnotherFormatInTheMiddle)
+TEST_F(AudioOutputTest, RefusesAnotherFormatInTheMiddle)
 {
     open(AudioOutputSpec::Null);
     EXPECT_TRUE(write(1));
@@ -294,7 +294,7 @@ TEST_F(AudioOutputTest, refusesAnotherFormatInTheMiddle)
     EXPECT_EQ(output->format(), Format);
 }
 
-TEST_F(AudioOutputTest, aFolderThatIsNotThereIsAFailure)
+TEST_F(AudioOutputTest, AFolderThatIsNotThereIsAFailure)
 {
     output = std::make_unique<AudioOutput>(
         AudioOutputSpec {AudioOutputSpec::Wav, folder.filePath(QStringLiteral("no/out.wav"))});

@@ -28,7 +28,7 @@ protected:
     const QString inside = folder.filePath(QStringLiteral("state"));
 };
 
-TEST_F(ChosenStreamsTest, areKeptForTheNextRun)
+TEST_F(ChosenStreamsTest, AreKeptForTheNextRun)
 {
     {
         ChosenStreams chosen(inside);
@@ -47,7 +47,7 @@ TEST_F(ChosenStreamsTest, areKeptForTheNextRun)
         QFile::Permissions());
 }
 
-TEST_F(ChosenStreamsTest, areBoundedToTheLatestStations)
+TEST_F(ChosenStreamsTest, AreBoundedToTheLatestStations)
 {
     ChosenStreams chosen(inside);
     for (int i = 0; i <= ChosenStreams::MaxStations; ++i)
@@ -63,7 +63,7 @@ TEST_F(ChosenStreamsTest, areBoundedToTheLatestStations)
     EXPECT_EQ(again.streamOf(station(3)), stream(3));
 }
 
-TEST_F(ChosenStreamsTest, areEmptyWhenTheFileCannotBeRead)
+TEST_F(ChosenStreamsTest, AreEmptyWhenTheFileCannotBeRead)
 {
     ASSERT_TRUE(folder.isValid());
     const QByteArray contents[] = {"", "{", "[]", "{\"chosenStreams\":1}",
@@ -81,7 +81,7 @@ TEST_F(ChosenStreamsTest, areEmptyWhenTheFileCannotBeRead)
     }
 }
 
-TEST_F(ChosenStreamsTest, doNotBlockOnAFifo)
+TEST_F(ChosenStreamsTest, DoNotBlockOnAFifo)
 {
     const QByteArray name = QFile::encodeName(folder.filePath(QStringLiteral("streams.json")));
     ASSERT_EQ(::mkfifo(name.constData(), 0600), 0);
@@ -89,14 +89,14 @@ TEST_F(ChosenStreamsTest, doNotBlockOnAFifo)
     EXPECT_TRUE(chosen.streamOf(station(1)).isEmpty());
 }
 
-TEST_F(ChosenStreamsTest, areKeptInMemoryWithoutAFolder)
+TEST_F(ChosenStreamsTest, AreKeptInMemoryWithoutAFolder)
 {
     ChosenStreams chosen {QString()};
     chosen.remember(station(1), stream(1));
     EXPECT_EQ(chosen.streamOf(station(1)), stream(1));
 }
 
-TEST_F(ChosenStreamsTest, holdForThisRunWhenTheyCannotBeWritten)
+TEST_F(ChosenStreamsTest, HoldForThisRunWhenTheyCannotBeWritten)
 {
     QFile inTheWay(inside);
     ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));

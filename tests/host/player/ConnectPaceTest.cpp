@@ -27,7 +27,7 @@ std::vector<Milliseconds> openings(ConnectPace &pace, int count)
 
 } // namespace
 
-TEST(ConnectPaceTest, theFirstConnectionsDoNotWait)
+TEST(ConnectPaceTest, TheFirstConnectionsDoNotWait)
 {
     ConnectPace pace;
     const auto times = openings(pace, ConnectPace::Burst + 1);
@@ -35,7 +35,7 @@ TEST(ConnectPaceTest, theFirstConnectionsDoNotWait)
     EXPECT_EQ(times.at(ConnectPace::Burst), ConnectPace::Interval);
 }
 
-TEST(ConnectPaceTest, noHalfMinuteSeesMoreThanFortyFive)
+TEST(ConnectPaceTest, NoHalfMinuteSeesMoreThanFortyFive)
 {
     ConnectPace pace;
     const auto times = openings(pace, 10000);
@@ -46,7 +46,7 @@ TEST(ConnectPaceTest, noHalfMinuteSeesMoreThanFortyFive)
     }
 }
 
-TEST(ConnectPaceTest, aRestAllowsAnotherBurst)
+TEST(ConnectPaceTest, ARestAllowsAnotherBurst)
 {
     ConnectPace pace;
     const Clock::time_point start {std::chrono::hours(1)};

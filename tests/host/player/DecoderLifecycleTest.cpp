@@ -122,7 +122,7 @@ private:
 
 class DecoderLifecycleTest : public testing::TestWithParam<int> { };
 
-TEST_P(DecoderLifecycleTest, noStreamBlocksItsCaller)
+TEST_P(DecoderLifecycleTest, NoStreamBlocksItsCaller)
 {
     qint64 longest = 0;
     for (int seed = GetParam(); seed < seeds() && !HasFailure(); seed += Shards) {

@@ -40,7 +40,7 @@ protected:
     }
 };
 
-TEST_F(HlsStreamTest, aDeadVariantIsReplacedAtTheStart)
+TEST_F(HlsStreamTest, ADeadVariantIsReplacedAtTheStart)
 {
     serveMaster();
     serve("/low.m3u8", file(list(0, 3)));
@@ -51,7 +51,7 @@ TEST_F(HlsStreamTest, aDeadVariantIsReplacedAtTheStart)
     EXPECT_EQ(requests("/master.m3u8"), 1);
 }
 
-TEST_F(HlsStreamTest, aVariantThatSaysNothingIsLeftForTheNext)
+TEST_F(HlsStreamTest, AVariantThatSaysNothingIsLeftForTheNext)
 {
     times.http.connect = Milliseconds(60000);
     times.giveUp = Milliseconds(5000);
@@ -63,7 +63,7 @@ TEST_F(HlsStreamTest, aVariantThatSaysNothingIsLeftForTheNext)
     EXPECT_TRUE(waitForBytes(3000));
 }
 
-TEST_F(HlsStreamTest, aVariantThatDiesIsReplacedWithoutGapOrRepeat)
+TEST_F(HlsStreamTest, AVariantThatDiesIsReplacedWithoutGapOrRepeat)
 {
     serveMaster();
     // The segments of one variant are gone from the fourth on.
@@ -78,7 +78,7 @@ TEST_F(HlsStreamTest, aVariantThatDiesIsReplacedWithoutGapOrRepeat)
     EXPECT_EQ(requests("/low/s2.aac"), 0);
 }
 
-TEST_F(HlsStreamTest, waitsGrowWhileAllVariantsAreDead)
+TEST_F(HlsStreamTest, WaitsGrowWhileAllVariantsAreDead)
 {
     serveMaster();
     serveSegments(3);
@@ -94,7 +94,7 @@ TEST_F(HlsStreamTest, waitsGrowWhileAllVariantsAreDead)
     EXPECT_EQ(consumer.bytes(), segments(0, 3));
 }
 
-TEST_F(HlsStreamTest, aFileWhoseLastPieceIsSilentHasEnded)
+TEST_F(HlsStreamTest, AFileWhoseLastPieceIsSilentHasEnded)
 {
     serve("/a.m3u8",
         file("#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\ns0.aac\n#EXT-X-DISCONTINUITY\n"
@@ -107,7 +107,7 @@ TEST_F(HlsStreamTest, aFileWhoseLastPieceIsSilentHasEnded)
     EXPECT_TRUE(problem.isEmpty());
 }
 
-TEST_F(HlsStreamTest, aStationThatEndsIsJoinedAnewAndRepeatsNothing)
+TEST_F(HlsStreamTest, AStationThatEndsIsJoinedAnewAndRepeatsNothing)
 {
     answers["/live.m3u8"] = [count = 0](const Request &) mutable {
         return file(++count < 3 ? list(0, 3) + "#EXT-X-ENDLIST\n" : list(2, 5));
@@ -119,7 +119,7 @@ TEST_F(HlsStreamTest, aStationThatEndsIsJoinedAnewAndRepeatsNothing)
     EXPECT_EQ(consumer.bytes(), segments(0, 5));
 }
 
-TEST_F(HlsStreamTest, aPlaylistThatStandsStillRepeatsNothing)
+TEST_F(HlsStreamTest, APlaylistThatStandsStillRepeatsNothing)
 {
     serve("/live.m3u8", file(list(0, 3)));
     serveSegments(3);
@@ -131,7 +131,7 @@ TEST_F(HlsStreamTest, aPlaylistThatStandsStillRepeatsNothing)
     EXPECT_EQ(consumer.bytes(), segments(0, 3));
 }
 
-TEST_F(HlsStreamTest, aServerThatLagsBehindAnotherRepeatsNothing)
+TEST_F(HlsStreamTest, AServerThatLagsBehindAnotherRepeatsNothing)
 {
     answers["/live.m3u8"] = [count = 0](const Request &) mutable {
         ++count;
@@ -143,7 +143,7 @@ TEST_F(HlsStreamTest, aServerThatLagsBehindAnotherRepeatsNothing)
     EXPECT_EQ(consumer.bytes(), segments(2, 6));
 }
 
-TEST_F(HlsStreamTest, numbersThatBeganAnewAreFollowed)
+TEST_F(HlsStreamTest, NumbersThatBeganAnewAreFollowed)
 {
     answers["/live.m3u8"] = [count = 0](const Request &) mutable {
         return file(++count == 1 ? list(15, 18) : list(0, 3));
@@ -154,7 +154,7 @@ TEST_F(HlsStreamTest, numbersThatBeganAnewAreFollowed)
     EXPECT_EQ(consumer.bytes(), segments(15, 18) + segments(0, 3));
 }
 
-TEST_F(HlsStreamTest, aStationThatWasAwayForLongIsJoinedWhereItIsNow)
+TEST_F(HlsStreamTest, AStationThatWasAwayForLongIsJoinedWhereItIsNow)
 {
     answers["/live.m3u8"] = [count = 0](const Request &) mutable {
         ++count;
@@ -172,7 +172,7 @@ TEST_F(HlsStreamTest, aStationThatWasAwayForLongIsJoinedWhereItIsNow)
     EXPECT_EQ(requests("/s37.aac"), 1);
 }
 
-TEST_F(HlsStreamTest, anEmptyPlaylistIsAProblemInWords)
+TEST_F(HlsStreamTest, AnEmptyPlaylistIsAProblemInWords)
 {
     serve("/live.m3u8", file("#EXTM3U\n#EXT-X-TARGETDURATION:10\n"));
     serve("/ended.m3u8", file("#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXT-X-ENDLIST\n"));
@@ -187,7 +187,7 @@ TEST_F(HlsStreamTest, anEmptyPlaylistIsAProblemInWords)
     }
 }
 
-TEST_F(HlsStreamTest, aSegmentThatCannotBeDecodedCostsAGap)
+TEST_F(HlsStreamTest, ASegmentThatCannotBeDecodedCostsAGap)
 {
     serve("/live.m3u8", file(list(0, 3)));
     serveSegments(3);

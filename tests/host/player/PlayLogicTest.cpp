@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST_F(PlayLogicTest, runsTheStepBeforePlayingAndPlaysWhatItLeadsTo)
+TEST_F(PlayLogicTest, RunsTheStepBeforePlayingAndPlaysWhatItLeadsTo)
 {
     EXPECT_FALSE(play(0).isEmpty());
     ASSERT_TRUE(waitForPlayer(1));
@@ -18,14 +18,14 @@ TEST_F(PlayLogicTest, runsTheStepBeforePlayingAndPlaysWhatItLeadsTo)
     EXPECT_EQ(posts(), QString());
 }
 
-TEST_F(PlayLogicTest, playsARowWithoutAStepBeforePlayingAsItIs)
+TEST_F(PlayLogicTest, PlaysARowWithoutAStepBeforePlayingAsItIs)
 {
     play(1);
     ASSERT_TRUE(waitForPlayer(1));
     EXPECT_EQ(player.calls, QStringList {text("play http://stream/file")});
 }
 
-TEST_F(PlayLogicTest, aBroadcastThatIsPlayedAsItIsIsAStation)
+TEST_F(PlayLogicTest, ABroadcastThatIsPlayedAsItIsIsAStation)
 {
     CMListRowsNode *list
         = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("broadcasts")));
@@ -37,7 +37,7 @@ TEST_F(PlayLogicTest, aBroadcastThatIsPlayedAsItIsIsAStation)
     EXPECT_EQ(player.calls, QStringList {text("play http://stream/broadcast live")});
 }
 
-TEST_F(PlayLogicTest, showsWhatPlays)
+TEST_F(PlayLogicTest, ShowsWhatPlays)
 {
     const QString id = play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -59,7 +59,7 @@ TEST_F(PlayLogicTest, showsWhatPlays)
     EXPECT_EQ(shown("bitrate"), text("192000"));
 }
 
-TEST_F(PlayLogicTest, postsWhatIsHeardWithTheRolesThatTheStepLedTo)
+TEST_F(PlayLogicTest, PostsWhatIsHeardWithTheRolesThatTheStepLedTo)
 {
     const QString id = play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -71,7 +71,7 @@ TEST_F(PlayLogicTest, postsWhatIsHeardWithTheRolesThatTheStepLedTo)
     EXPECT_EQ(post.trackRoles().mediaData().activeResource().uri(), text("http://stream/after"));
 }
 
-TEST_F(PlayLogicTest, aReconnectIsABreakBetweenTwoTimesOfPlaying)
+TEST_F(PlayLogicTest, AReconnectIsABreakBetweenTwoTimesOfPlaying)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -82,7 +82,7 @@ TEST_F(PlayLogicTest, aReconnectIsABreakBetweenTwoTimesOfPlaying)
     EXPECT_EQ(posts(), text("2 1 2"));
 }
 
-TEST_F(PlayLogicTest, pausesAndResumesAndStops)
+TEST_F(PlayLogicTest, PausesAndResumesAndStops)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -102,7 +102,7 @@ TEST_F(PlayLogicTest, pausesAndResumesAndStops)
 }
 
 /// Whichever of the two is said first.
-TEST_F(PlayLogicTest, lateSignalsOfAPausedPlayerAreIgnored)
+TEST_F(PlayLogicTest, LateSignalsOfAPausedPlayerAreIgnored)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -122,7 +122,7 @@ TEST_F(PlayLogicTest, lateSignalsOfAPausedPlayerAreIgnored)
     EXPECT_EQ(posts(), text("2 3 2 0"));
 }
 
-TEST_F(PlayLogicTest, aPauseAlwaysFollowsPlaying)
+TEST_F(PlayLogicTest, APauseAlwaysFollowsPlaying)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -137,7 +137,7 @@ TEST_F(PlayLogicTest, aPauseAlwaysFollowsPlaying)
     EXPECT_EQ(state(), Paused);
 }
 
-TEST_F(PlayLogicTest, whatWasNeverHeardCannotBePaused)
+TEST_F(PlayLogicTest, WhatWasNeverHeardCannotBePaused)
 {
     EXPECT_EQ(logic.pause().message().toString(), text("Nothing is playing."));
     EXPECT_EQ(logic.resume().message().toString(), text("Nothing is paused."));
@@ -149,7 +149,7 @@ TEST_F(PlayLogicTest, whatWasNeverHeardCannotBePaused)
     EXPECT_EQ(posts(), QString());
 }
 
-TEST_F(PlayLogicTest, betweenTwoPlaysThereIsAStop)
+TEST_F(PlayLogicTest, BetweenTwoPlaysThereIsAStop)
 {
     const QString first = play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -163,7 +163,7 @@ TEST_F(PlayLogicTest, betweenTwoPlaysThereIsAStop)
     EXPECT_EQ(states->posts.at(2).playId()[text("id")].toString(), second);
 }
 
-TEST_F(PlayLogicTest, anErrorComesWithTheStopAndWithNothingBefore)
+TEST_F(PlayLogicTest, AnErrorComesWithTheStopAndWithNothingBefore)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -178,7 +178,7 @@ TEST_F(PlayLogicTest, anErrorComesWithTheStopAndWithNothingBefore)
     EXPECT_EQ(posts(), text("0:No."));
 }
 
-TEST_F(PlayLogicTest, whatIsPostedIsInTheWordsOfTheSource)
+TEST_F(PlayLogicTest, WhatIsPostedIsInTheWordsOfTheSource)
 {
     class Shouting : public QTranslator {
     public:
@@ -198,7 +198,7 @@ TEST_F(PlayLogicTest, whatIsPostedIsInTheWordsOfTheSource)
     QCoreApplication::removeTranslator(&shouting);
 }
 
-TEST_F(PlayLogicTest, theOutputsFailureIsNoFaultOfWhatWasHeard)
+TEST_F(PlayLogicTest, TheOutputsFailureIsNoFaultOfWhatWasHeard)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -215,7 +215,7 @@ TEST_F(PlayLogicTest, theOutputsFailureIsNoFaultOfWhatWasHeard)
     EXPECT_EQ(shown("error"), QString());
 }
 
-TEST_F(PlayLogicTest, theOutputsFailureBeforeASoundIsNotPosted)
+TEST_F(PlayLogicTest, TheOutputsFailureBeforeASoundIsNotPosted)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -225,7 +225,7 @@ TEST_F(PlayLogicTest, theOutputsFailureBeforeASoundIsNotPosted)
     EXPECT_EQ(shown("error"), text("No device."));
 }
 
-TEST_F(PlayLogicTest, whatIsDoneAboutAFaultIsShownUntilThereIsSound)
+TEST_F(PlayLogicTest, WhatIsDoneAboutAFaultIsShownUntilThereIsSound)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -247,7 +247,7 @@ TEST_F(PlayLogicTest, whatIsDoneAboutAFaultIsShownUntilThereIsSound)
     EXPECT_EQ(posts(), text("2 1 2 3 0"));
 }
 
-TEST_F(PlayLogicTest, theEndOfAFileIsAStop)
+TEST_F(PlayLogicTest, TheEndOfAFileIsAStop)
 {
     play(1);
     ASSERT_TRUE(waitForPlayer(1));
@@ -257,7 +257,7 @@ TEST_F(PlayLogicTest, theEndOfAFileIsAStop)
     EXPECT_EQ(shown("title"), QString());
 }
 
-TEST_F(PlayLogicTest, aStepThatFailsIsAnError)
+TEST_F(PlayLogicTest, AStepThatFailsIsAnError)
 {
     prePlay->error = CMError(TrString("Test", "No available streams."));
     play(0);
@@ -271,7 +271,7 @@ TEST_F(PlayLogicTest, aStepThatFailsIsAnError)
     EXPECT_EQ(told.title().toString(), text("Station"));
 }
 
-TEST_F(PlayLogicTest, aStepThatTheServiceRefusesSaysSo)
+TEST_F(PlayLogicTest, AStepThatTheServiceRefusesSaysSo)
 {
     logic.setFaultWords([](const CMPath &path, const VeskServiceFault &fault) {
         return TrString(
@@ -287,7 +287,7 @@ TEST_F(PlayLogicTest, aStepThatTheServiceRefusesSaysSo)
     ASSERT_TRUE(spinUntil([this] { return shown("error") == text("Invalid data."); }));
 }
 
-TEST_F(PlayLogicTest, aRowThatIsListedAsUnavailableSaysWhyInItsOwnWords)
+TEST_F(PlayLogicTest, ARowThatIsListedAsUnavailableSaysWhyInItsOwnWords)
 {
     play(4);
     EXPECT_EQ(state(), Stopped);
@@ -298,7 +298,7 @@ TEST_F(PlayLogicTest, aRowThatIsListedAsUnavailableSaysWhyInItsOwnWords)
     EXPECT_TRUE(player.calls.isEmpty());
 }
 
-TEST_F(PlayLogicTest, rowsThatCannotBePlayedAreRefused)
+TEST_F(PlayLogicTest, RowsThatCannotBePlayedAreRefused)
 {
     EXPECT_EQ(play(2), text("There is nothing to play in this row."));
     EXPECT_EQ(play(3), text("There is nothing to play in this row."));
@@ -311,7 +311,7 @@ TEST_F(PlayLogicTest, rowsThatCannotBePlayedAreRefused)
     EXPECT_EQ(state(), Stopped);
 }
 
-TEST_F(PlayLogicTest, aRefusedRowLeavesAloneWhatPlays)
+TEST_F(PlayLogicTest, ARefusedRowLeavesAloneWhatPlays)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -321,7 +321,7 @@ TEST_F(PlayLogicTest, aRefusedRowLeavesAloneWhatPlays)
     EXPECT_EQ(shown("title"), text("Station"));
 }
 
-TEST_F(PlayLogicTest, ofTwoPlaysAtOnceTheLaterWins)
+TEST_F(PlayLogicTest, OfTwoPlaysAtOnceTheLaterWins)
 {
     QStringList answers;
     const auto note = [&answers](const CMError &error, const VeskHash &) {
@@ -337,7 +337,7 @@ TEST_F(PlayLogicTest, ofTwoPlaysAtOnceTheLaterWins)
     EXPECT_EQ(shown("title"), text("File"));
 }
 
-TEST_F(PlayLogicTest, aStopDuringTheStepBeforePlayingCounts)
+TEST_F(PlayLogicTest, AStopDuringTheStepBeforePlayingCounts)
 {
     prePlay->hold = true;
     play(0);
@@ -351,7 +351,7 @@ TEST_F(PlayLogicTest, aStopDuringTheStepBeforePlayingCounts)
 
 // A plug-in's process that was replaced: the new one knows nothing of earlier posts.
 
-TEST_F(PlayLogicTest, aRestartedPluginGetsPlaying)
+TEST_F(PlayLogicTest, ARestartedPluginGetsPlaying)
 {
     const QString id = play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -368,7 +368,7 @@ TEST_F(PlayLogicTest, aRestartedPluginGetsPlaying)
     EXPECT_EQ(posts(), text("2 2 3 2 0"));
 }
 
-TEST_F(PlayLogicTest, aPauseDuringARestartIsPostedAfterPlaying)
+TEST_F(PlayLogicTest, APauseDuringARestartIsPostedAfterPlaying)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -381,7 +381,7 @@ TEST_F(PlayLogicTest, aPauseDuringARestartIsPostedAfterPlaying)
     EXPECT_EQ(posts(), text("2 2 3 0"));
 }
 
-TEST_F(PlayLogicTest, whatWasPostedDuringARestartIsNotPostedAgain)
+TEST_F(PlayLogicTest, WhatWasPostedDuringARestartIsNotPostedAgain)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -394,7 +394,7 @@ TEST_F(PlayLogicTest, whatWasPostedDuringARestartIsNotPostedAgain)
     EXPECT_EQ(posts(), text("2 2 3 2"));
 }
 
-TEST_F(PlayLogicTest, aBreakAfterAPostDuringARestartIsPosted)
+TEST_F(PlayLogicTest, ABreakAfterAPostDuringARestartIsPosted)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -408,7 +408,7 @@ TEST_F(PlayLogicTest, aBreakAfterAPostDuringARestartIsPosted)
     EXPECT_EQ(posts(), text("2 2 1 0"));
 }
 
-TEST_F(PlayLogicTest, aStopDuringARestartIsNotPosted)
+TEST_F(PlayLogicTest, AStopDuringARestartIsNotPosted)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -419,7 +419,7 @@ TEST_F(PlayLogicTest, aStopDuringARestartIsNotPosted)
     EXPECT_EQ(posts(), text("2"));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingAfterIt)
+TEST_F(PlayLogicTest, APluginRestartedDuringABreakGetsPlayingAfterIt)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -432,7 +432,7 @@ TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingAfterIt)
     EXPECT_EQ(posts(), text("2 1 2 0"));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingBeforeAPause)
+TEST_F(PlayLogicTest, APluginRestartedDuringABreakGetsPlayingBeforeAPause)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -444,7 +444,7 @@ TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsPlayingBeforeAPause)
     EXPECT_EQ(posts(), text("2 1 2 3 0"));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsNoStop)
+TEST_F(PlayLogicTest, APluginRestartedDuringABreakGetsNoStop)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -455,7 +455,7 @@ TEST_F(PlayLogicTest, aPluginRestartedDuringABreakGetsNoStop)
     EXPECT_EQ(posts(), text("2 1"));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsPlayingAfterIt)
+TEST_F(PlayLogicTest, APluginRestartedDuringAPauseGetsPlayingAfterIt)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -470,7 +470,7 @@ TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsPlayingAfterIt)
     EXPECT_EQ(posts(), text("2 3 2 0"));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsNoStop)
+TEST_F(PlayLogicTest, APluginRestartedDuringAPauseGetsNoStop)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -481,7 +481,7 @@ TEST_F(PlayLogicTest, aPluginRestartedDuringAPauseGetsNoStop)
     EXPECT_EQ(posts(), text("2 3"));
 }
 
-TEST_F(PlayLogicTest, aRestartedPluginGetsAFailure)
+TEST_F(PlayLogicTest, ARestartedPluginGetsAFailure)
 {
     play(0);
     ASSERT_TRUE(waitForPlayer(1));
@@ -491,7 +491,7 @@ TEST_F(PlayLogicTest, aRestartedPluginGetsAFailure)
     EXPECT_EQ(posts(), text("0:No."));
 }
 
-TEST_F(PlayLogicTest, aPluginRestartedWhileNothingPlaysGetsNothing)
+TEST_F(PlayLogicTest, APluginRestartedWhileNothingPlaysGetsNothing)
 {
     beginAnew();
     EXPECT_EQ(posts(), QString());
@@ -503,7 +503,7 @@ TEST_F(PlayLogicTest, aPluginRestartedWhileNothingPlaysGetsNothing)
     EXPECT_EQ(posts(), text("2 0"));
 }
 
-TEST_F(PlayLogicTest, everyPlayHasAnIdOfItsOwn)
+TEST_F(PlayLogicTest, EveryPlayHasAnIdOfItsOwn)
 {
     QSet<QString> ids;
     for (int i = 0; i < 20; ++i)

@@ -88,7 +88,7 @@ protected:
     ListNode *list;
 };
 
-TEST_F(RowSearchTest, findsARowByItsPlaceAlone)
+TEST_F(RowSearchTest, FindsARowByItsPlaceAlone)
 {
     EXPECT_EQ(find(7), text("7"));
     EXPECT_EQ(find(2999), text("2999"));
@@ -96,7 +96,7 @@ TEST_F(RowSearchTest, findsARowByItsPlaceAlone)
     EXPECT_EQ(list->asked, 3);
 }
 
-TEST_F(RowSearchTest, findsARowThatMovedALittleInOneFetch)
+TEST_F(RowSearchTest, FindsARowThatMovedALittleInOneFetch)
 {
     EXPECT_EQ(find(100, 100), text("100"));
     EXPECT_EQ(find(100, 80), text("80"));
@@ -105,7 +105,7 @@ TEST_F(RowSearchTest, findsARowThatMovedALittleInOneFetch)
     EXPECT_EQ(list->asked, 4);
 }
 
-TEST_F(RowSearchTest, findsARowThatMovedFarInTwo)
+TEST_F(RowSearchTest, FindsARowThatMovedFarInTwo)
 {
     EXPECT_EQ(find(100, 2999), text("2999"));
     EXPECT_EQ(find(2999, 0), text("0"));
@@ -113,7 +113,7 @@ TEST_F(RowSearchTest, findsARowThatMovedFarInTwo)
     EXPECT_EQ(list->asked, 6);
 }
 
-TEST_F(RowSearchTest, takesTheNearestOfThoseWithOnePath)
+TEST_F(RowSearchTest, TakesTheNearestOfThoseWithOnePath)
 {
     for (const int place : {10, 50, 95, 103, 2000})
         list->ids[place] = 7777;
@@ -123,7 +123,7 @@ TEST_F(RowSearchTest, takesTheNearestOfThoseWithOnePath)
     EXPECT_EQ(find(1900, 7777), text("2000"));
 }
 
-TEST_F(RowSearchTest, saysThatARowIsGone)
+TEST_F(RowSearchTest, SaysThatARowIsGone)
 {
     EXPECT_EQ(find(100, 4000), RowSearch::goneName());
     EXPECT_EQ(list->asked, 2);
@@ -135,7 +135,7 @@ TEST_F(RowSearchTest, saysThatARowIsGone)
     EXPECT_EQ(find(0, 0), RowSearch::goneName());
 }
 
-TEST_F(RowSearchTest, asksForRangesWhereAllRowsAreTooMany)
+TEST_F(RowSearchTest, AsksForRangesWhereAllRowsAreTooMany)
 {
     list->longest = RowSearch::RangeRows;
     EXPECT_EQ(find(100, 2600), text("2600"));
@@ -143,7 +143,7 @@ TEST_F(RowSearchTest, asksForRangesWhereAllRowsAreTooMany)
     EXPECT_EQ(list->asked, (1 + 1 + 6) * 2);
 }
 
-TEST_F(RowSearchTest, looksAtSoManyRowsAndNoMore)
+TEST_F(RowSearchTest, LooksAtSoManyRowsAndNoMore)
 {
     while (list->ids.size() < RowSearch::MaxRows + 100)
         list->ids.append(list->ids.size());
@@ -153,7 +153,7 @@ TEST_F(RowSearchTest, looksAtSoManyRowsAndNoMore)
         QString::number(RowSearch::MaxRows + 60));
 }
 
-TEST_F(RowSearchTest, passesOnWhyTheListIsNotToBeHad)
+TEST_F(RowSearchTest, PassesOnWhyTheListIsNotToBeHad)
 {
     QString answer;
     RowSearch search;
@@ -185,7 +185,7 @@ public:
     bool isError = false;
 };
 
-TEST_F(RowSearchTest, saysThatTheServiceIsGoneNotTheRow)
+TEST_F(RowSearchTest, SaysThatTheServiceIsGoneNotTheRow)
 {
     auto *gone = new GoneNode(worker.addPrefix(text("gone")));
     gone->setNodes(worker.nodes());

@@ -11,7 +11,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 } // namespace
 
-TEST(SleepWatchTest, reportsASleepOnce)
+TEST(SleepWatchTest, ReportsASleepOnce)
 {
     Milliseconds now {0};
     SleepWatch watch(Milliseconds(5000), [&now] { return now; });
@@ -23,14 +23,14 @@ TEST(SleepWatchTest, reportsASleepOnce)
     EXPECT_FALSE(watch.hasSlept());
 }
 
-TEST(SleepWatchTest, theFirstCheckReportsNothing)
+TEST(SleepWatchTest, TheFirstCheckReportsNothing)
 {
     Milliseconds now {3600000};
     SleepWatch watch(Milliseconds(5000), [&now] { return now; });
     EXPECT_FALSE(watch.hasSlept());
 }
 
-TEST(SleepWatchTest, theMachinesOwnClockRuns)
+TEST(SleepWatchTest, TheMachinesOwnClockRuns)
 {
     SleepWatch awake(Milliseconds(3600000));
     SleepWatch drowsy(Milliseconds(-1));

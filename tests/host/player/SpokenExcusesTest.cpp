@@ -18,14 +18,14 @@ QString wordsOf(const char *url)
     return excuses.wordsOf(QUrl::fromEncoded(url)).toString();
 }
 
-TEST(SpokenExcusesTest, addressesAreKnownByTheEndOfTheirPath)
+TEST(SpokenExcusesTest, AddressesAreKnownByTheEndOfTheirPath)
 {
     EXPECT_EQ(wordsOf("http://a/audio/off.mp3"), text("Off."));
     EXPECT_EQ(wordsOf("https://b/service/Audio/OFF.enUS.MP3?key=1"), text("Off."));
     EXPECT_EQ(wordsOf("http://a/audio/abroad.ogg"), text("Abroad."));
 }
 
-TEST(SpokenExcusesTest, otherAddressesAreNone)
+TEST(SpokenExcusesTest, OtherAddressesAreNone)
 {
     for (const char *url : {"http://a/audio/off.en/live.mp3", "http://a/audio/off.mp3/live",
              "http://a/audio/offmp3", "http://a/audio/takeoff.mp3", "http://a/audio/abroadxogg",

@@ -18,7 +18,7 @@ int indexOf(const char *path, const QList<const char *> &paths)
     return StreamChoice::indexOf(streams, CMPath::fromEncoded(QString::fromLatin1(path)));
 }
 
-TEST(StreamChoice, recognisesAStreamByTheParametersThatDiffer)
+TEST(StreamChoice, RecognisesAStreamByTheParametersThatDiffer)
 {
     const QList<const char *> english {"A:t?id=1&locale=en", "A:t?id=2&locale=en"};
     EXPECT_EQ(indexOf("A:t?id=2&locale=en", english), 1);
@@ -30,20 +30,20 @@ TEST(StreamChoice, recognisesAStreamByTheParametersThatDiffer)
     EXPECT_EQ(indexOf("A:t?id=1", {}), -1);
 }
 
-TEST(StreamChoice, takesNoneOfSeveralThatMatch)
+TEST(StreamChoice, TakesNoneOfSeveralThatMatch)
 {
     EXPECT_EQ(indexOf("A:t?x=1", {"A:t?x=2", "A:t?x=2"}), -1);
     EXPECT_EQ(indexOf("A:t?x=2", {"A:t?x=2", "A:t?x=2"}), 0);
 }
 
-TEST(StreamChoice, aParameterThatOnlySomeHaveCountsToo)
+TEST(StreamChoice, AParameterThatOnlySomeHaveCountsToo)
 {
     const QList<const char *> streams {"A:t", "A:t?high=1"};
     EXPECT_EQ(indexOf("A:t?locale=de", streams), 0);
     EXPECT_EQ(indexOf("A:t?high=1&locale=de", streams), 1);
 }
 
-TEST(StreamChoice, aStreamMatchesItsStationAndAStationItself)
+TEST(StreamChoice, AStreamMatchesItsStationAndAStationItself)
 {
     VeskRoles row;
     EXPECT_FALSE(StreamChoice::isStream(row));

@@ -102,7 +102,7 @@ struct Codec {
 
 class StreamDecoderCodecTest : public testing::TestWithParam<Codec> { };
 
-TEST_P(StreamDecoderCodecTest, soundsAsItWasRecorded)
+TEST_P(StreamDecoderCodecTest, SoundsAsItWasRecorded)
 {
     const QByteArray stream = recordedTone(GetParam().encoder, 440, 3);
     ASSERT_FALSE(stream.isEmpty());
@@ -129,7 +129,7 @@ INSTANTIATE_TEST_SUITE_P(Codecs, StreamDecoderCodecTest,
         Codec {"mp4", "voaacenc ! aacparse ! mp4mux fragment-duration=500 streamable=true"}),
     [](const auto &codec) { return std::string(codec.param.name); });
 
-TEST(StreamDecoderTest, givesTheFormatThatIsWanted)
+TEST(StreamDecoderTest, GivesTheFormatThatIsWanted)
 {
     Listener listener;
     StreamDecoder decoder({48000, 1}, listener.callbacks());
@@ -140,7 +140,7 @@ TEST(StreamDecoderTest, givesTheFormatThatIsWanted)
     EXPECT_NEAR(listener.pitch(), 440, 22);
 }
 
-TEST(StreamDecoderTest, takesInLargePiecesWhatThereIsPlentyOf)
+TEST(StreamDecoderTest, TakesInLargePiecesWhatThereIsPlentyOf)
 {
     Listener listener;
     listener.ahead = StreamConsumer::Plenty;
@@ -151,7 +151,7 @@ TEST(StreamDecoderTest, takesInLargePiecesWhatThereIsPlentyOf)
     EXPECT_NEAR(listener.pitch(), 440, 22);
 }
 
-TEST(StreamDecoderTest, isAbortedAtOnceWhileThereIsPlenty)
+TEST(StreamDecoderTest, IsAbortedAtOnceWhileThereIsPlenty)
 {
     Listener listener;
     listener.ahead = StreamConsumer::Plenty;
@@ -165,7 +165,7 @@ TEST(StreamDecoderTest, isAbortedAtOnceWhileThereIsPlenty)
     EXPECT_LT(clock.elapsed(), 200);
 }
 
-TEST(StreamDecoderTest, joinsAStreamInTheMiddleOfAFrame)
+TEST(StreamDecoderTest, JoinsAStreamInTheMiddleOfAFrame)
 {
     const QByteArray stream = recordedTone("lamemp3enc", 440, 4);
     Listener listener;
@@ -175,7 +175,7 @@ TEST(StreamDecoderTest, joinsAStreamInTheMiddleOfAFrame)
     EXPECT_NEAR(listener.seconds(), 2, 0.2);
 }
 
-TEST(StreamDecoderTest, takesTitlesThatAreInTheStream)
+TEST(StreamDecoderTest, TakesTitlesThatAreInTheStream)
 {
     Listener listener;
     StreamDecoder decoder({}, listener.callbacks());
@@ -188,7 +188,7 @@ TEST(StreamDecoderTest, takesTitlesThatAreInTheStream)
         << listener.titles.join(QLatin1Char('|')).toStdString();
 }
 
-TEST(StreamDecoderTest, whatIsNoAudioIsNotUsable)
+TEST(StreamDecoderTest, WhatIsNoAudioIsNotUsable)
 {
     const QList<QByteArray> streams {QByteArray(200000, 'x'),
         QByteArray("#EXTM3U\nhttp://a/\n").repeated(1000),
@@ -203,7 +203,7 @@ TEST(StreamDecoderTest, whatIsNoAudioIsNotUsable)
     }
 }
 
-TEST(StreamDecoderTest, whatIsNotOfferedIsNotDecoded)
+TEST(StreamDecoderTest, WhatIsNotOfferedIsNotDecoded)
 {
     for (const char *encoder : {"wavenc", "vorbisenc ! matroskamux", "lamemp3enc ! avimux"}) {
         const QByteArray stream = recordedTone(encoder, 440, 2);
@@ -228,7 +228,7 @@ struct Change {
 class StreamDecoderChangeTest : public testing::TestWithParam<Change> { };
 
 /// The server goes on with another codec, rate or container in the middle of a connection.
-TEST_P(StreamDecoderChangeTest, goesOnInTheSameFormatAndLosesNothing)
+TEST_P(StreamDecoderChangeTest, GoesOnInTheSameFormatAndLosesNothing)
 {
     const Change &change = GetParam();
     const QByteArray stream = recordedTone(change.first, 440, 4, change.firstRate)
@@ -256,7 +256,7 @@ INSTANTIATE_TEST_SUITE_P(Changes, StreamDecoderChangeTest,
     [](const auto &change) { return std::string(change.param.name); });
 
 /// What is left of the last frame may look like the beginning of more of the same.
-TEST(StreamDecoderTest, goesOnWhereverTheCodecBeforeWasCutOff)
+TEST(StreamDecoderTest, GoesOnWhereverTheCodecBeforeWasCutOff)
 {
     const QByteArray aac = recordedTone(
         "voaacenc bitrate=96000 ! audio/mpeg,mpegversion=4,stream-format=adts", 440, 5, 48000);
@@ -274,7 +274,7 @@ TEST(StreamDecoderTest, goesOnWhereverTheCodecBeforeWasCutOff)
     }
 }
 
-TEST(StreamDecoderTest, aPushWithoutSpaceComesBackWithinAQuarterOfASecond)
+TEST(StreamDecoderTest, APushWithoutSpaceComesBackWithinAQuarterOfASecond)
 {
     // The audio is not taken, so there must be no space at some time.
     StreamDecoderCallbacks callbacks = Listener().callbacks();
@@ -305,7 +305,7 @@ TEST(StreamDecoderTest, aPushWithoutSpaceComesBackWithinAQuarterOfASecond)
     EXPECT_LT(clock.elapsed(), 500);
 }
 
-TEST(StreamDecoderTest, aProcessThatDiesIsAStreamThatCannotBeDecoded)
+TEST(StreamDecoderTest, AProcessThatDiesIsAStreamThatCannotBeDecoded)
 {
     Listener listener;
     auto process = std::make_unique<DecoderProcess>();
@@ -320,7 +320,7 @@ TEST(StreamDecoderTest, aProcessThatDiesIsAStreamThatCannotBeDecoded)
     EXPECT_EQ(decoder.push(stream.constData(), 100), Taken::Refused);
 }
 
-TEST(StreamDecoderTest, aStoppedProcessDelaysNeitherPushNorDestruction)
+TEST(StreamDecoderTest, AStoppedProcessDelaysNeitherPushNorDestruction)
 {
     Listener listener;
     auto process = std::make_unique<DecoderProcess>();

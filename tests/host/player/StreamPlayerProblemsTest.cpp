@@ -60,7 +60,7 @@ protected:
     QStringList told;
 };
 
-TEST_F(StreamPlayerProblemsTest, areReportedWhileNothingIsHeard)
+TEST_F(StreamPlayerProblemsTest, AreReportedWhileNothingIsHeard)
 {
     script = {{503, "", {}, End::Complete, 0}, {503, "", {}, End::Complete, 0}};
     play();
@@ -72,7 +72,7 @@ TEST_F(StreamPlayerProblemsTest, areReportedWhileNothingIsHeard)
     EXPECT_EQ(told.last(), QString());
 }
 
-TEST_F(StreamPlayerProblemsTest, areNotReportedWhileTheBufferIsHeard)
+TEST_F(StreamPlayerProblemsTest, AreNotReportedWhileTheBufferIsHeard)
 {
     script = {{200, good, {}, End::Close, 0}};
     play();
@@ -81,7 +81,7 @@ TEST_F(StreamPlayerProblemsTest, areNotReportedWhileTheBufferIsHeard)
     EXPECT_THAT(told, testing::IsEmpty());
 }
 
-TEST_F(StreamPlayerProblemsTest, endWithTheirPlay)
+TEST_F(StreamPlayerProblemsTest, EndWithTheirPlay)
 {
     script = QList<Response> {{503, "", {{"Retry-After", "60"}}, End::Complete, 0}};
     play();
@@ -93,7 +93,7 @@ TEST_F(StreamPlayerProblemsTest, endWithTheirPlay)
     EXPECT_EQ(told.size(), before);
 }
 
-TEST_F(StreamPlayerProblemsTest, afterASleepTheStationIsJoinedAnew)
+TEST_F(StreamPlayerProblemsTest, AfterASleepTheStationIsJoinedAnew)
 {
     play();
     ASSERT_TRUE(spinUntil([this] { return audible; }));

@@ -105,7 +105,7 @@ protected:
 };
 
 /// AAC headers without sound once blocked the main thread for good.
-TEST_F(StreamPlayerTest, aStationThatCannotBeDecodedNeverStopsTheMainLoop)
+TEST_F(StreamPlayerTest, AStationThatCannotBeDecodedNeverStopsTheMainLoop)
 {
     std::mt19937 random(1);
     for (const char *path : {"/zeros", "/noise", "/broken"})
@@ -129,7 +129,7 @@ TEST_F(StreamPlayerTest, aStationThatCannotBeDecodedNeverStopsTheMainLoop)
     EXPECT_TRUE(player->waitForEnd(std::chrono::seconds(5)));
 }
 
-TEST_F(StreamPlayerTest, anOutputThatHangsIsLeftBehindAndReported)
+TEST_F(StreamPlayerTest, AnOutputThatHangsIsLeftBehindAndReported)
 {
     // A FIFO without a reader: opening it for writing blocks.
     const QTemporaryDir folder;
@@ -152,7 +152,7 @@ TEST_F(StreamPlayerTest, anOutputThatHangsIsLeftBehindAndReported)
     ::close(reader);
 }
 
-TEST_F(StreamPlayerTest, anOutputThatFailsIsNoFaultOfTheStream)
+TEST_F(StreamPlayerTest, AnOutputThatFailsIsNoFaultOfTheStream)
 {
     const QTemporaryDir folder;
     open({AudioOutputSpec::Wav, folder.filePath(QStringLiteral("nowhere/out.wav"))});
@@ -161,7 +161,7 @@ TEST_F(StreamPlayerTest, anOutputThatFailsIsNoFaultOfTheStream)
     EXPECT_EQ(problem, QString());
 }
 
-TEST_F(StreamPlayerTest, theNextPlayWaitsForTheFileOfTheOneBefore)
+TEST_F(StreamPlayerTest, TheNextPlayWaitsForTheFileOfTheOneBefore)
 {
     const QTemporaryDir folder;
     const QString wav = folder.filePath(QStringLiteral("out.wav"));
@@ -180,7 +180,7 @@ TEST_F(StreamPlayerTest, theNextPlayWaitsForTheFileOfTheOneBefore)
     EXPECT_GT(sound.share(3000, 6000, 440), 0.9);
 }
 
-TEST_F(StreamPlayerTest, nothingIsHeardOfAPlayThatIsOverOrPaused)
+TEST_F(StreamPlayerTest, NothingIsHeardOfAPlayThatIsOverOrPaused)
 {
     open({AudioOutputSpec::Null, {}});
     for (int i = 0; i < 20; ++i) {

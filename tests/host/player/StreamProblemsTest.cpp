@@ -25,7 +25,7 @@ QString displayed(const char *address)
 
 } // namespace
 
-TEST(StreamProblemsTest, aRetrySaysWhatIsWrongAndWhenItComes)
+TEST(StreamProblemsTest, ARetrySaysWhatIsWrongAndWhenItComes)
 {
     EXPECT_EQ(problemWithRetry(broken(), Milliseconds(7400)).toString(),
         QStringLiteral("The stream's server refused it (code 503). Trying again in 8 s."));
@@ -35,7 +35,7 @@ TEST(StreamProblemsTest, aRetrySaysWhatIsWrongAndWhenItComes)
         QStringLiteral("The stream's server refused it (code 503). Trying the next address."));
 }
 
-TEST(StreamProblemsTest, aServersWishForALongerBreakThanItGetsIsTold)
+TEST(StreamProblemsTest, AServersWishForALongerBreakThanItGetsIsTold)
 {
     EXPECT_EQ(problemWithRetry(broken(Milliseconds(3590000)), Milliseconds(120000)).toString(),
         QStringLiteral("The stream's server refused it (code 503). It asks for a break of 60 min. "
@@ -44,7 +44,7 @@ TEST(StreamProblemsTest, aServersWishForALongerBreakThanItGetsIsTold)
         QStringLiteral("The stream's server refused it (code 503). Trying again in 120 s."));
 }
 
-TEST(StreamProblemsTest, theLogHasNoKeysOfStreamAddresses)
+TEST(StreamProblemsTest, TheLogHasNoKeysOfStreamAddresses)
 {
     EXPECT_EQ(displayed("http://a.example/live?accessKey=k3y&Format=mp3&u=ann"),
         QStringLiteral("http://a.example/live?accessKey=***&Format=mp3&u=***"));
@@ -53,7 +53,7 @@ TEST(StreamProblemsTest, theLogHasNoKeysOfStreamAddresses)
     EXPECT_EQ(displayed("http://a.example/live"), QStringLiteral("http://a.example/live"));
 }
 
-TEST(StreamProblemsTest, aQueryWithoutNamesIsHiddenAsAWhole)
+TEST(StreamProblemsTest, AQueryWithoutNamesIsHiddenAsAWhole)
 {
     EXPECT_EQ(displayed("http://a.example/live?k3y"), QStringLiteral("http://a.example/live?***"));
     EXPECT_EQ(displayed("http://a.example/live?a=b=k3y&type"),

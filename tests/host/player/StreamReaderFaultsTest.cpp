@@ -58,7 +58,7 @@ protected:
     }
 };
 
-TEST_F(StreamReaderFaultsTest, anEntryThatSaysNothingIsLeftForTheNext)
+TEST_F(StreamReaderFaultsTest, AnEntryThatSaysNothingIsLeftForTheNext)
 {
     times.http.connect = Milliseconds(60000);
     times.giveUp = Milliseconds(5000);
@@ -74,7 +74,7 @@ TEST_F(StreamReaderFaultsTest, anEntryThatSaysNothingIsLeftForTheNext)
     EXPECT_LT(clock.elapsed(), 3000);
 }
 
-TEST_F(StreamReaderFaultsTest, theLastEntryHasItsFullTime)
+TEST_F(StreamReaderFaultsTest, TheLastEntryHasItsFullTime)
 {
     times.http.connect = Milliseconds(5000);
     times.giveUp = Milliseconds(10000);
@@ -87,7 +87,7 @@ TEST_F(StreamReaderFaultsTest, theLastEntryHasItsFullTime)
     EXPECT_EQ(requests("/slow"), 1);
 }
 
-TEST_F(StreamReaderFaultsTest, aSlowEntryIsWaitedForLongerInEachRound)
+TEST_F(StreamReaderFaultsTest, ASlowEntryIsWaitedForLongerInEachRound)
 {
     times.http.connect = Milliseconds(5000);
     times.giveUp = Milliseconds(10000);
@@ -101,7 +101,7 @@ TEST_F(StreamReaderFaultsTest, aSlowEntryIsWaitedForLongerInEachRound)
     EXPECT_EQ(requests("/busy"), 1);
 }
 
-TEST_F(StreamReaderFaultsTest, anEntryThatBringsNothingToHearIsLeftForTheNext)
+TEST_F(StreamReaderFaultsTest, AnEntryThatBringsNothingToHearIsLeftForTheNext)
 {
     times.silence = Milliseconds(400);
     times.http.silence = Milliseconds(60000);
@@ -114,7 +114,7 @@ TEST_F(StreamReaderFaultsTest, anEntryThatBringsNothingToHearIsLeftForTheNext)
     EXPECT_TRUE(spinUntil([this] { return consumer.bytes().contains('\x02'); }));
 }
 
-TEST_F(StreamReaderFaultsTest, noAddressIsTriedTwiceInARound)
+TEST_F(StreamReaderFaultsTest, NoAddressIsTriedTwiceInARound)
 {
     QList<QByteArray> entries {"/list.m3u", "/busy", "/busy", "/list.m3u", "/busy"};
     serveList("/list.m3u", entries);
@@ -125,7 +125,7 @@ TEST_F(StreamReaderFaultsTest, noAddressIsTriedTwiceInARound)
     EXPECT_GE(requests("/busy"), 2);
 }
 
-TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerHasAnEndIsJoinedAnew)
+TEST_F(StreamReaderFaultsTest, AStationWhoseAnswerHasAnEndIsJoinedAnew)
 {
     serve("/live", file(audio(3000)));
     play("/live");
@@ -134,7 +134,7 @@ TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerHasAnEndIsJoinedAnew)
     EXPECT_GE(requests("/live"), 3);
 }
 
-TEST_F(StreamReaderFaultsTest, afterItsEndAStationIsJoinedWithoutWhatCameBeforeIt)
+TEST_F(StreamReaderFaultsTest, AfterItsEndAStationIsJoinedWithoutWhatCameBeforeIt)
 {
     serveList("/list.m3u", {"/preroll.mp3", "/live"});
     serve("/preroll.mp3", file(audio(2000, '\x03')));
@@ -146,7 +146,7 @@ TEST_F(StreamReaderFaultsTest, afterItsEndAStationIsJoinedWithoutWhatCameBeforeI
     EXPECT_FALSE(ended);
 }
 
-TEST_F(StreamReaderFaultsTest, aFileOfWhichNothingCanBeDecodedHasNotEnded)
+TEST_F(StreamReaderFaultsTest, AFileOfWhichNothingCanBeDecodedHasNotEnded)
 {
     serve("/a.mp3", file(QByteArray(3000, '\0')));
     play("/a.mp3", false);
@@ -155,7 +155,7 @@ TEST_F(StreamReaderFaultsTest, aFileOfWhichNothingCanBeDecodedHasNotEnded)
     EXPECT_EQ(problem, QStringLiteral("The stream cannot be decoded."));
 }
 
-TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerEndsWithoutASoundIsTriedAgain)
+TEST_F(StreamReaderFaultsTest, AStationWhoseAnswerEndsWithoutASoundIsTriedAgain)
 {
     serveOnce("/live", file(QByteArray(5, '\0')), endless(audio(3000)));
     play("/live");
@@ -163,7 +163,7 @@ TEST_F(StreamReaderFaultsTest, aStationWhoseAnswerEndsWithoutASoundIsTriedAgain)
     EXPECT_FALSE(ended);
 }
 
-TEST_F(StreamReaderFaultsTest, audioThatIsDecodedLateCountsForItsConnection)
+TEST_F(StreamReaderFaultsTest, AudioThatIsDecodedLateCountsForItsConnection)
 {
     serveList("/list.m3u", {"/dead", "/live"});
     serve("/live", endless(audio(3000)));
@@ -173,7 +173,7 @@ TEST_F(StreamReaderFaultsTest, audioThatIsDecodedLateCountsForItsConnection)
     EXPECT_EQ(requests("/list.m3u"), 1);
 }
 
-TEST_F(StreamReaderFaultsTest, waitsGrowThoughTheLastConnectionWasGood)
+TEST_F(StreamReaderFaultsTest, WaitsGrowThoughTheLastConnectionWasGood)
 {
     const auto tries = serveAndTime("/live", endless(audio(3000)), endless("\xFF\xFB\x90\x01"));
     play("/live");
@@ -182,7 +182,7 @@ TEST_F(StreamReaderFaultsTest, waitsGrowThoughTheLastConnectionWasGood)
     EXPECT_GE(tries->at(3) - tries->at(2), Milliseconds(1900));
 }
 
-TEST_F(StreamReaderFaultsTest, limitsHoldWhileTheDecoderTakesNothing)
+TEST_F(StreamReaderFaultsTest, LimitsHoldWhileTheDecoderTakesNothing)
 {
     consumer.full = true;
     serve("/live", {200, audio(500000), {}, End::Stall, 400000});
@@ -194,7 +194,7 @@ TEST_F(StreamReaderFaultsTest, limitsHoldWhileTheDecoderTakesNothing)
     EXPECT_LT(clock.elapsed(), 4000);
 }
 
-TEST_F(StreamReaderFaultsTest, aDecoderThatStopsTakingIsLeftWhenItIsSilent)
+TEST_F(StreamReaderFaultsTest, ADecoderThatStopsTakingIsLeftWhenItIsSilent)
 {
     times.silence = Milliseconds(300);
     serve("/live", {200, audio(500000), {}, End::Stall, 400000});
@@ -205,7 +205,7 @@ TEST_F(StreamReaderFaultsTest, aDecoderThatStopsTakingIsLeftWhenItIsSilent)
     EXPECT_TRUE(server.waitForRequests(2, 5000));
 }
 
-TEST_F(StreamReaderFaultsTest, whatIsRefusedForGoodIsGivenUpAtOnce)
+TEST_F(StreamReaderFaultsTest, WhatIsRefusedForGoodIsGivenUpAtOnce)
 {
     times.giveUp = Milliseconds(30000);
     serve("/404", {404, "", {}, End::Complete, 0});
@@ -224,7 +224,7 @@ TEST_F(StreamReaderFaultsTest, whatIsRefusedForGoodIsGivenUpAtOnce)
     }
 }
 
-TEST_F(StreamReaderFaultsTest, aRefusedEntryLeadsToTheNextAndWhatMayComeBackIsTriedAgain)
+TEST_F(StreamReaderFaultsTest, ARefusedEntryLeadsToTheNextAndWhatMayComeBackIsTriedAgain)
 {
     times.giveUp = Milliseconds(30000);
     serveList("/list", {"/busy", "/404"});
@@ -234,7 +234,7 @@ TEST_F(StreamReaderFaultsTest, aRefusedEntryLeadsToTheNextAndWhatMayComeBackIsTr
     EXPECT_GE(requests("/404"), 1);
 }
 
-TEST_F(StreamReaderFaultsTest, aStationThatWasHeardIsTriedForThoughItIsRefused)
+TEST_F(StreamReaderFaultsTest, AStationThatWasHeardIsTriedForThoughItIsRefused)
 {
     answers["/live"] = [count = 0](const Request &) mutable {
         ++count;
@@ -246,7 +246,7 @@ TEST_F(StreamReaderFaultsTest, aStationThatWasHeardIsTriedForThoughItIsRefused)
     EXPECT_TRUE(problem.isEmpty());
 }
 
-TEST_F(StreamReaderFaultsTest, whatHasAlternativesIsGivenUpAtItsFirstFailure)
+TEST_F(StreamReaderFaultsTest, WhatHasAlternativesIsGivenUpAtItsFirstFailure)
 {
     times.giveUp = Milliseconds(30000);
     serve("/busy", busy());
@@ -263,7 +263,7 @@ TEST_F(StreamReaderFaultsTest, whatHasAlternativesIsGivenUpAtItsFirstFailure)
     }
 }
 
-TEST_F(StreamReaderFaultsTest, anEpisodeThatCannotBeHadAnyMoreEndsWithAnError)
+TEST_F(StreamReaderFaultsTest, AnEpisodeThatCannotBeHadAnyMoreEndsWithAnError)
 {
     times.giveUpFile = Milliseconds(1500);
     consumer.silent = Milliseconds(1);
@@ -279,7 +279,7 @@ TEST_F(StreamReaderFaultsTest, anEpisodeThatCannotBeHadAnyMoreEndsWithAnError)
     EXPECT_GE(requests("/a.mp3"), 3);
 }
 
-TEST_F(StreamReaderFaultsTest, anEpisodeWaitsForAListenerWhoPaused)
+TEST_F(StreamReaderFaultsTest, AnEpisodeWaitsForAListenerWhoPaused)
 {
     times.giveUpFile = Milliseconds(300);
     serveOnce("/a.mp3", {200, audio(20000), {}, End::Truncate, 7000}, busy());
@@ -288,7 +288,7 @@ TEST_F(StreamReaderFaultsTest, anEpisodeWaitsForAListenerWhoPaused)
     EXPECT_TRUE(problem.isEmpty());
 }
 
-TEST_F(StreamReaderFaultsTest, aFileGoesOnWhereItBrokeThoughItWasRefusedMeanwhile)
+TEST_F(StreamReaderFaultsTest, AFileGoesOnWhereItBrokeThoughItWasRefusedMeanwhile)
 {
     QByteArray whole = audio(20000);
     for (int i = 4; i < whole.size(); ++i)
@@ -312,7 +312,7 @@ TEST_F(StreamReaderFaultsTest, aFileGoesOnWhereItBrokeThoughItWasRefusedMeanwhil
     EXPECT_EQ(consumer.begins(), 1);
 }
 
-TEST_F(StreamReaderFaultsTest, aRedirectThatHasExpiredIsGoneThroughAgain)
+TEST_F(StreamReaderFaultsTest, ARedirectThatHasExpiredIsGoneThroughAgain)
 {
     const QByteArray whole = audio(20000);
     answers["/a.mp3"] = [count = 0](const Request &) mutable {
@@ -328,7 +328,7 @@ TEST_F(StreamReaderFaultsTest, aRedirectThatHasExpiredIsGoneThroughAgain)
     EXPECT_EQ(consumer.bytes(), whole);
 }
 
-TEST_F(StreamReaderFaultsTest, saysWhatItDoesAboutAFaultUntilThereIsAudio)
+TEST_F(StreamReaderFaultsTest, SaysWhatItDoesAboutAFaultUntilThereIsAudio)
 {
     times.giveUp = Milliseconds(20000);
     serveOnce("/live", busy(), {200, audio(100000), {}, End::Stall, 3000});
@@ -340,7 +340,7 @@ TEST_F(StreamReaderFaultsTest, saysWhatItDoesAboutAFaultUntilThereIsAudio)
             QStringLiteral("The stream's server refused it (code 503). Trying again."), QString()));
 }
 
-TEST_F(StreamReaderFaultsTest, saysThatTheServerWantsALongBreak)
+TEST_F(StreamReaderFaultsTest, SaysThatTheServerWantsALongBreak)
 {
     times.giveUp = Milliseconds(600000);
     serve("/live", {503, "", {{"Retry-After", "7200"}}, End::Complete, 0});
@@ -351,7 +351,7 @@ TEST_F(StreamReaderFaultsTest, saysThatTheServerWantsALongBreak)
                        "Trying again in 120 s."));
 }
 
-TEST_F(StreamReaderFaultsTest, saysThatTheNextAddressIsTried)
+TEST_F(StreamReaderFaultsTest, SaysThatTheNextAddressIsTried)
 {
     serveList("/list.m3u", {"/404", "/silent"});
     serve("/silent", stall());
@@ -361,7 +361,7 @@ TEST_F(StreamReaderFaultsTest, saysThatTheNextAddressIsTried)
         QStringLiteral("The stream's server refused it (code 404). Trying the next address."));
 }
 
-TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
+TEST_F(StreamReaderFaultsTest, EachFaultHasItsOwnWords)
 {
     times.http.connect = Milliseconds(400);
     const struct {
@@ -396,7 +396,7 @@ TEST_F(StreamReaderFaultsTest, eachFaultHasItsOwnWords)
     }
 }
 
-TEST_F(StreamReaderFaultsTest, theLastTryIsCutOffAndReportsItsReason)
+TEST_F(StreamReaderFaultsTest, TheLastTryIsCutOffAndReportsItsReason)
 {
     times.http.connect = Milliseconds(60000);
     times.giveUp = Milliseconds(500);
@@ -404,7 +404,7 @@ TEST_F(StreamReaderFaultsTest, theLastTryIsCutOffAndReportsItsReason)
     EXPECT_EQ(problemOf("/silent"), QStringLiteral("The stream's server does not answer."));
 }
 
-TEST_F(StreamReaderFaultsTest, aServerBehindARedirectThatSaysNothingDoesNotAnswer)
+TEST_F(StreamReaderFaultsTest, AServerBehindARedirectThatSaysNothingDoesNotAnswer)
 {
     times.http.connect = Milliseconds(400);
     serve("/live", {302, "", {{"Location", "/silent"}}, End::Complete, 0});
@@ -412,7 +412,7 @@ TEST_F(StreamReaderFaultsTest, aServerBehindARedirectThatSaysNothingDoesNotAnswe
     EXPECT_EQ(problemOf("/live"), QStringLiteral("The stream's server does not answer."));
 }
 
-TEST_F(StreamReaderFaultsTest, aStreamThatStallsHasWordsOfItsOwn)
+TEST_F(StreamReaderFaultsTest, AStreamThatStallsHasWordsOfItsOwn)
 {
     serve("/live", {200, audio(100000), {}, End::Stall, 3000});
     play("/live");
@@ -420,7 +420,7 @@ TEST_F(StreamReaderFaultsTest, aStreamThatStallsHasWordsOfItsOwn)
     EXPECT_THAT(told.first().toStdString(), HasSubstr("The stream's server has stopped sending."));
 }
 
-TEST_F(StreamReaderFaultsTest, fromASafeAddressNoneLeadsToOneThatIsNot)
+TEST_F(StreamReaderFaultsTest, FromASafeAddressNoneLeadsToOneThatIsNot)
 {
     TestAuthority authority("Test Authority");
     const auto files = authority.issue("safe.scripted.test");
@@ -439,7 +439,7 @@ TEST_F(StreamReaderFaultsTest, fromASafeAddressNoneLeadsToOneThatIsNot)
     EXPECT_EQ(requests("/live"), 0);
 }
 
-TEST_F(StreamReaderFaultsTest, whatIsNoWebAddressIsGivenUpAtOnce)
+TEST_F(StreamReaderFaultsTest, WhatIsNoWebAddressIsGivenUpAtOnce)
 {
     for (const char *url : {"mms://127.0.0.1/live", "file:///etc/passwd", "", "http:///live"}) {
         problem.clear();
@@ -449,7 +449,7 @@ TEST_F(StreamReaderFaultsTest, whatIsNoWebAddressIsGivenUpAtOnce)
     }
 }
 
-TEST_F(StreamReaderFaultsTest, addressesOfTheMachineAreForStationsOnlyWhenAllowed)
+TEST_F(StreamReaderFaultsTest, AddressesOfTheMachineAreForStationsOnlyWhenAllowed)
 {
     times.giveUp = Milliseconds(30000);
     serve("/live", endless(audio(3000)));
@@ -462,7 +462,7 @@ TEST_F(StreamReaderFaultsTest, addressesOfTheMachineAreForStationsOnlyWhenAllowe
     EXPECT_TRUE(waitForBytes(3000));
 }
 
-TEST_F(StreamReaderFaultsTest, noRedirectLeadsToWhereCloudsKeepTheirSecrets)
+TEST_F(StreamReaderFaultsTest, NoRedirectLeadsToWhereCloudsKeepTheirSecrets)
 {
     times.giveUp = Milliseconds(30000);
     serve("/live", {302, "", {{"Location", "http://169.254.169.254/latest/"}}, End::Complete, 0});
@@ -470,7 +470,7 @@ TEST_F(StreamReaderFaultsTest, noRedirectLeadsToWhereCloudsKeepTheirSecrets)
         QStringLiteral("The stream leads inside the local network, where no station may lead."));
 }
 
-TEST_F(StreamReaderFaultsTest, aServerThatMovesIsFoundAgain)
+TEST_F(StreamReaderFaultsTest, AServerThatMovesIsFoundAgain)
 {
     times.giveUp = Milliseconds(20000);
     serve("/live", endless(audio(3000)));
@@ -483,7 +483,7 @@ TEST_F(StreamReaderFaultsTest, aServerThatMovesIsFoundAgain)
     EXPECT_GE(ScriptedResolver::questions("moving.scripted.test"), 2);
 }
 
-TEST_F(StreamReaderFaultsTest, stopsAtOnceWhileTheNameServerDoesNotAnswer)
+TEST_F(StreamReaderFaultsTest, StopsAtOnceWhileTheNameServerDoesNotAnswer)
 {
     times.http.connect = Milliseconds(60000);
     ScriptedResolver::hang("hanging.scripted.test");
@@ -495,7 +495,7 @@ TEST_F(StreamReaderFaultsTest, stopsAtOnceWhileTheNameServerDoesNotAnswer)
     EXPECT_LT(clock.elapsed(), 1000);
 }
 
-TEST_F(StreamReaderFaultsTest, aNameServerThatDoesNotAnswerIsAFaultLikeAnyOther)
+TEST_F(StreamReaderFaultsTest, ANameServerThatDoesNotAnswerIsAFaultLikeAnyOther)
 {
     times.http.connect = Milliseconds(300);
     ScriptedResolver::hang("hanging.scripted.test");
@@ -504,7 +504,7 @@ TEST_F(StreamReaderFaultsTest, aNameServerThatDoesNotAnswerIsAFaultLikeAnyOther)
     EXPECT_EQ(problem, QStringLiteral("The stream's server does not answer."));
 }
 
-TEST_F(StreamReaderFaultsTest, connectionsArePacedWhateverAPlaylistNames)
+TEST_F(StreamReaderFaultsTest, ConnectionsArePacedWhateverAPlaylistNames)
 {
     times.giveUp = Milliseconds(4000);
     // Each list leads to 200 more, none of which is there.
@@ -521,7 +521,7 @@ TEST_F(StreamReaderFaultsTest, connectionsArePacedWhateverAPlaylistNames)
     EXPECT_LE(server.requestLines().size(), 20);
 }
 
-TEST_F(StreamReaderFaultsTest, afterASleepOfTheMachineAStationIsLeftToBeJoinedAnew)
+TEST_F(StreamReaderFaultsTest, AfterASleepOfTheMachineAStationIsLeftToBeJoinedAnew)
 {
     std::atomic<Milliseconds> now {Milliseconds(1000)};
     times.sinceBoot = [&now] { return now.load(); };
@@ -543,7 +543,7 @@ TEST_F(StreamReaderFaultsTest, afterASleepOfTheMachineAStationIsLeftToBeJoinedAn
     }
 }
 
-TEST_F(StreamReaderFaultsTest, aFileGoesOnAfterASleepOfTheMachine)
+TEST_F(StreamReaderFaultsTest, AFileGoesOnAfterASleepOfTheMachine)
 {
     std::atomic<Milliseconds> now {Milliseconds(1000)};
     times.sinceBoot = [&now] { return now.load(); };

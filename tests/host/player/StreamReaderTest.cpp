@@ -9,7 +9,7 @@ namespace {
 
 class StreamReaderTest : public StreamReaderFixture { };
 
-TEST_F(StreamReaderTest, aFileEndsWhenAllOfItWasTaken)
+TEST_F(StreamReaderTest, AFileEndsWhenAllOfItWasTaken)
 {
     serve("/a.mp3", file(audio(5000)));
     play("/a.mp3", false);
@@ -21,7 +21,7 @@ TEST_F(StreamReaderTest, aFileEndsWhenAllOfItWasTaken)
     EXPECT_EQ(server.requestLines().size(), 1);
 }
 
-TEST_F(StreamReaderTest, probesAndPlaysOverOneConnection)
+TEST_F(StreamReaderTest, ProbesAndPlaysOverOneConnection)
 {
     serve("/live", endless(audio(50000)));
     play("/live");
@@ -31,7 +31,7 @@ TEST_F(StreamReaderTest, probesAndPlaysOverOneConnection)
     EXPECT_EQ(consumer.begins(), 1);
 }
 
-TEST_F(StreamReaderTest, aStationThatEndsIsJoinedAnewAfterHalfASecond)
+TEST_F(StreamReaderTest, AStationThatEndsIsJoinedAnewAfterHalfASecond)
 {
     serve("/live", endless(audio(3000)));
     play("/live");
@@ -45,7 +45,7 @@ TEST_F(StreamReaderTest, aStationThatEndsIsJoinedAnewAfterHalfASecond)
     EXPECT_FALSE(ended);
 }
 
-TEST_F(StreamReaderTest, neverGivesUpWhatWasHeardOnce)
+TEST_F(StreamReaderTest, NeverGivesUpWhatWasHeardOnce)
 {
     answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? endless(audio(3000)) : Response {500, "", {}, End::Complete, 0};
@@ -57,7 +57,7 @@ TEST_F(StreamReaderTest, neverGivesUpWhatWasHeardOnce)
     EXPECT_GE(server.requestLines().size(), 2);
 }
 
-TEST_F(StreamReaderTest, givesUpWhatIsNeverThereAndSaysWhy)
+TEST_F(StreamReaderTest, GivesUpWhatIsNeverThereAndSaysWhy)
 {
     serve("/busy", {500, "", {}, End::Complete, 0});
     play("/busy");
@@ -71,7 +71,7 @@ TEST_F(StreamReaderTest, givesUpWhatIsNeverThereAndSaysWhy)
     EXPECT_GE(server.requestLines().size(), 3);
 }
 
-TEST_F(StreamReaderTest, comesBackAfterThreeTimesServiceUnavailable)
+TEST_F(StreamReaderTest, ComesBackAfterThreeTimesServiceUnavailable)
 {
     times.giveUp = Milliseconds(20000);
     answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
@@ -82,7 +82,7 @@ TEST_F(StreamReaderTest, comesBackAfterThreeTimesServiceUnavailable)
     EXPECT_TRUE(problem.isEmpty());
 }
 
-TEST_F(StreamReaderTest, heedsWhenTheServerSaysToComeBackLater)
+TEST_F(StreamReaderTest, HeedsWhenTheServerSaysToComeBackLater)
 {
     times.giveUp = Milliseconds(20000);
     answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
@@ -97,7 +97,7 @@ TEST_F(StreamReaderTest, heedsWhenTheServerSaysToComeBackLater)
     EXPECT_LE(clock.elapsed(), 5000);
 }
 
-TEST_F(StreamReaderTest, triesAtOnceWhenTheNetworkIsBack)
+TEST_F(StreamReaderTest, TriesAtOnceWhenTheNetworkIsBack)
 {
     times.giveUp = Milliseconds(60000);
     answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
@@ -116,7 +116,7 @@ TEST_F(StreamReaderTest, triesAtOnceWhenTheNetworkIsBack)
     EXPECT_LT(clock.elapsed(), 5000);
 }
 
-TEST_F(StreamReaderTest, noticesAStreamThatStalls)
+TEST_F(StreamReaderTest, NoticesAStreamThatStalls)
 {
     serve("/live", {200, audio(100000), {}, End::Stall, 2000});
     play("/live");
@@ -124,7 +124,7 @@ TEST_F(StreamReaderTest, noticesAStreamThatStalls)
     EXPECT_TRUE(server.waitForRequests(2, 5000));
 }
 
-TEST_F(StreamReaderTest, noticesAConnectionThatIsReset)
+TEST_F(StreamReaderTest, NoticesAConnectionThatIsReset)
 {
     answers["/live"] = [count = 0](const ScriptedServer::Request &) mutable {
         return ++count == 1 ? Response {200, audio(100000), {}, End::Reset, 2000}
@@ -135,7 +135,7 @@ TEST_F(StreamReaderTest, noticesAConnectionThatIsReset)
         spinUntil([this] { return consumer.bytes().endsWith(audio(3000, '\x02').right(9)); }));
 }
 
-TEST_F(StreamReaderTest, leavesAConnectionOnWhichNothingIsHeard)
+TEST_F(StreamReaderTest, LeavesAConnectionOnWhichNothingIsHeard)
 {
     times.silence = Milliseconds(300);
     times.http.silence = Milliseconds(10000);
@@ -146,7 +146,7 @@ TEST_F(StreamReaderTest, leavesAConnectionOnWhichNothingIsHeard)
     EXPECT_TRUE(server.waitForRequests(2, 5000));
 }
 
-TEST_F(StreamReaderTest, leavesWhatCannotBeDecoded)
+TEST_F(StreamReaderTest, LeavesWhatCannotBeDecoded)
 {
     serve("/live", {200, audio(100000), {}, End::Stall, 2000});
     times.http.silence = Milliseconds(10000);
@@ -156,7 +156,7 @@ TEST_F(StreamReaderTest, leavesWhatCannotBeDecoded)
     EXPECT_TRUE(server.waitForRequests(2, 5000));
 }
 
-TEST_F(StreamReaderTest, goesOnWithABrokenFileWhereItBroke)
+TEST_F(StreamReaderTest, GoesOnWithABrokenFileWhereItBroke)
 {
     QByteArray whole = audio(20000);
     for (int i = 4; i < whole.size(); ++i)
@@ -177,7 +177,7 @@ TEST_F(StreamReaderTest, goesOnWithABrokenFileWhereItBroke)
     EXPECT_EQ(consumer.begins(), 1);
 }
 
-TEST_F(StreamReaderTest, skipsWhatItHasWhenTheServerKnowsNoRanges)
+TEST_F(StreamReaderTest, SkipsWhatItHasWhenTheServerKnowsNoRanges)
 {
     QByteArray whole = audio(20000);
     for (int i = 4; i < whole.size(); ++i)
@@ -191,7 +191,7 @@ TEST_F(StreamReaderTest, skipsWhatItHasWhenTheServerKnowsNoRanges)
     EXPECT_EQ(consumer.begins(), 1);
 }
 
-TEST_F(StreamReaderTest, takesTitlesOutOfTheStream)
+TEST_F(StreamReaderTest, TakesTitlesOutOfTheStream)
 {
     const QByteArray metadata = QByteArray("StreamTitle='Ann - One';").leftJustified(32, '\0');
     const QByteArray body = audio(1000) + '\x02' + metadata + QByteArray(1000, '\x01') + '\0'
@@ -204,7 +204,7 @@ TEST_F(StreamReaderTest, takesTitlesOutOfTheStream)
     EXPECT_EQ(consumer.bitRate(), 128000);
 }
 
-TEST_F(StreamReaderTest, understandsTheFirstLineOfOldServers)
+TEST_F(StreamReaderTest, UnderstandsTheFirstLineOfOldServers)
 {
     Response response;
     response.body = "ICY 200 OK\r\nicy-name: Old\r\n\r\n" + audio(3000);
@@ -214,7 +214,7 @@ TEST_F(StreamReaderTest, understandsTheFirstLineOfOldServers)
     ASSERT_TRUE(waitForBytes(3000));
 }
 
-TEST_F(StreamReaderTest, triesTheEntriesOfAPlaylistInOrder)
+TEST_F(StreamReaderTest, TriesTheEntriesOfAPlaylistInOrder)
 {
     serve("/list.m3u",
         file("#EXTM3U\n" + address("/dead") + "\n" + address("/live") + "\n" + address("/other")
@@ -227,7 +227,7 @@ TEST_F(StreamReaderTest, triesTheEntriesOfAPlaylistInOrder)
     EXPECT_FALSE(server.requestLines().contains("GET /other"));
 }
 
-TEST_F(StreamReaderTest, staysWithTheEntryThatWasHeard)
+TEST_F(StreamReaderTest, StaysWithTheEntryThatWasHeard)
 {
     serve("/list.m3u", file(address("/dead") + "\n" + address("/live") + "\n"));
     serve("/live", endless(audio(3000)));
@@ -237,7 +237,7 @@ TEST_F(StreamReaderTest, staysWithTheEntryThatWasHeard)
     EXPECT_EQ(server.requestLines().count("GET /dead"), 1);
 }
 
-TEST_F(StreamReaderTest, takesAnotherEntryWhenTheOneThatWasHeardIsGone)
+TEST_F(StreamReaderTest, TakesAnotherEntryWhenTheOneThatWasHeardIsGone)
 {
     serve("/list.m3u", file(address("/first") + "\n" + address("/second") + "\n"));
     answers["/first"] = [count = 0](const ScriptedServer::Request &) mutable {
@@ -248,7 +248,7 @@ TEST_F(StreamReaderTest, takesAnotherEntryWhenTheOneThatWasHeardIsGone)
     ASSERT_TRUE(spinUntil([this] { return consumer.bytes().contains('\x02'); }));
 }
 
-TEST_F(StreamReaderTest, playsWhatComesBeforeTheStationOnceAndThenTheStation)
+TEST_F(StreamReaderTest, PlaysWhatComesBeforeTheStationOnceAndThenTheStation)
 {
     serve("/list.m3u", file(address("/preroll.mp3") + "\n" + address("/live") + "\n"));
     serve("/preroll.mp3", file(audio(2000, '\x03')));
@@ -261,7 +261,7 @@ TEST_F(StreamReaderTest, playsWhatComesBeforeTheStationOnceAndThenTheStation)
     EXPECT_FALSE(ended);
 }
 
-TEST_F(StreamReaderTest, unwrapsPlaylistsFiveDeepAndNoDeeper)
+TEST_F(StreamReaderTest, UnwrapsPlaylistsFiveDeepAndNoDeeper)
 {
     for (int i = 1; i <= 6; ++i) {
         serve("/" + QByteArray::number(i),
@@ -276,7 +276,7 @@ TEST_F(StreamReaderTest, unwrapsPlaylistsFiveDeepAndNoDeeper)
     ASSERT_TRUE(waitForBytes(3000));
 }
 
-TEST_F(StreamReaderTest, aPlaylistThatIncludesItselfIsReadOnce)
+TEST_F(StreamReaderTest, APlaylistThatIncludesItselfIsReadOnce)
 {
     times.giveUp = Milliseconds(700);
     serve("/loop", file(address("/loop") + "\n"));
@@ -286,14 +286,14 @@ TEST_F(StreamReaderTest, aPlaylistThatIncludesItselfIsReadOnce)
     EXPECT_EQ(requests("/loop"), 1);
 }
 
-TEST_F(StreamReaderTest, aPlaylistByNameThatIsAStreamIsPlayed)
+TEST_F(StreamReaderTest, APlaylistByNameThatIsAStreamIsPlayed)
 {
     serve("/live.m3u", endless(audio(5000), "Content-Type: audio/x-mpegurl\r\n"));
     play("/live.m3u");
     ASSERT_TRUE(waitForBytes(5000));
 }
 
-TEST_F(StreamReaderTest, aLoginPageIsNoAudio)
+TEST_F(StreamReaderTest, ALoginPageIsNoAudio)
 {
     serve("/live", file("<!DOCTYPE html><html><body>Please log in</body></html>"));
     play("/live");
@@ -302,7 +302,7 @@ TEST_F(StreamReaderTest, aLoginPageIsNoAudio)
     EXPECT_EQ(consumer.begins(), 0);
 }
 
-TEST_F(StreamReaderTest, spokenExcusesAreErrorsAndNotAudio)
+TEST_F(StreamReaderTest, SpokenExcusesAreErrorsAndNotAudio)
 {
     SpokenExcuses excuses;
     excuses.add(QStringLiteral("/sorry.*mp3"), Language::ntr(QStringLiteral("Sorry.")));
@@ -320,7 +320,7 @@ TEST_F(StreamReaderTest, spokenExcusesAreErrorsAndNotAudio)
     EXPECT_EQ(consumer.begins(), 0);
 }
 
-TEST_F(StreamReaderTest, readsInLargePiecesWhatThereIsPlentyOf)
+TEST_F(StreamReaderTest, ReadsInLargePiecesWhatThereIsPlentyOf)
 {
     consumer.plenty = StreamConsumer::Plenty;
     serve("/a.mp3", file(audio(400000)));
@@ -329,7 +329,7 @@ TEST_F(StreamReaderTest, readsInLargePiecesWhatThereIsPlentyOf)
     EXPECT_EQ(consumer.bytes(), audio(400000));
 }
 
-TEST_F(StreamReaderTest, stopsAtOnceWhileThereIsPlenty)
+TEST_F(StreamReaderTest, StopsAtOnceWhileThereIsPlenty)
 {
     consumer.plenty = StreamConsumer::Plenty;
     serve("/live", {200, audio(100000), {}, End::Stall, 3000});
@@ -341,7 +341,7 @@ TEST_F(StreamReaderTest, stopsAtOnceWhileThereIsPlenty)
     EXPECT_LT(clock.elapsed(), 300);
 }
 
-TEST_F(StreamReaderTest, followsFiveRedirectsAndNoMore)
+TEST_F(StreamReaderTest, FollowsFiveRedirectsAndNoMore)
 {
     for (int i = 1; i <= 6; ++i) {
         serve("/" + QByteArray::number(i),
@@ -355,7 +355,7 @@ TEST_F(StreamReaderTest, followsFiveRedirectsAndNoMore)
     ASSERT_TRUE(waitForBytes(3000));
 }
 
-TEST_F(StreamReaderTest, readsNoFilesForAServer)
+TEST_F(StreamReaderTest, ReadsNoFilesForAServer)
 {
     serve("/live", {302, "", {{"Location", "file:///etc/passwd"}}, End::Complete, 0});
     play("/live");
@@ -364,14 +364,14 @@ TEST_F(StreamReaderTest, readsNoFilesForAServer)
     EXPECT_TRUE(consumer.bytes().isEmpty());
 }
 
-TEST_F(StreamReaderTest, aRefusedConnectionIsAProblemInWords)
+TEST_F(StreamReaderTest, ARefusedConnectionIsAProblemInWords)
 {
     play({QUrl(QStringLiteral("http://127.0.0.1:1/")), true});
     ASSERT_TRUE(waitForEnd());
     EXPECT_EQ(problem, QStringLiteral("The stream's server cannot be reached."));
 }
 
-TEST_F(StreamReaderTest, stopsAtOnceWhateverItWaitsFor)
+TEST_F(StreamReaderTest, StopsAtOnceWhateverItWaitsFor)
 {
     times.giveUp = Milliseconds(60000);
     times.http.connect = Milliseconds(60000);
@@ -392,7 +392,7 @@ TEST_F(StreamReaderTest, stopsAtOnceWhateverItWaitsFor)
     EXPECT_TRUE(problem.isEmpty());
 }
 
-TEST_F(StreamReaderTest, playsLiveSegmentsInOrderWithoutGapOrRepeat)
+TEST_F(StreamReaderTest, PlaysLiveSegmentsInOrderWithoutGapOrRepeat)
 {
     answers["/live.m3u8"] = [loads = 0](const ScriptedServer::Request &) mutable {
         const int first = loads++;
@@ -413,7 +413,7 @@ TEST_F(StreamReaderTest, playsLiveSegmentsInOrderWithoutGapOrRepeat)
     EXPECT_EQ(consumer.begins(), 1);
 }
 
-TEST_F(StreamReaderTest, takesTheBestVariantThatAudioNeeds)
+TEST_F(StreamReaderTest, TakesTheBestVariantThatAudioNeeds)
 {
     serve("/master.m3u8",
         file("#EXTM3U\n#EXT-X-STREAM-INF:BANDWIDTH=64000\nlow.m3u8\n"
@@ -430,7 +430,7 @@ TEST_F(StreamReaderTest, takesTheBestVariantThatAudioNeeds)
     EXPECT_EQ(consumer.bytes(), audio(1000, 'a') + audio(1000, 'b'));
 }
 
-TEST_F(StreamReaderTest, anEncryptedStreamIsAProblemInWords)
+TEST_F(StreamReaderTest, AnEncryptedStreamIsAProblemInWords)
 {
     serve("/live.m3u8",
         file("#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXT-X-KEY:METHOD=AES-128,URI=\"key\"\n"

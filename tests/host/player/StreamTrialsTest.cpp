@@ -141,7 +141,7 @@ protected:
 
 const char *const goingOn = "Trying another stream ...";
 
-TEST_F(StreamTrialsTest, triesTheOthersByBitRateAndTheServicesOwnChoiceLast)
+TEST_F(StreamTrialsTest, TriesTheOthersByBitRateAndTheServicesOwnChoiceLast)
 {
     begin();
     EXPECT_EQ(shown("problem"), QString());
@@ -165,7 +165,7 @@ TEST_F(StreamTrialsTest, triesTheOthersByBitRateAndTheServicesOwnChoiceLast)
     EXPECT_EQ(wizard->asked, 0);
 }
 
-TEST_F(StreamTrialsTest, whenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
+TEST_F(StreamTrialsTest, WhenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
 {
     begin();
     refuse("The first.");
@@ -182,7 +182,7 @@ TEST_F(StreamTrialsTest, whenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
     EXPECT_TRUE(triesNoMore());
 }
 
-TEST_F(StreamTrialsTest, aStreamWithTroubleMayTryAgainForAMoment)
+TEST_F(StreamTrialsTest, AStreamWithTroubleMayTryAgainForAMoment)
 {
     begin();
     trouble();
@@ -195,7 +195,7 @@ TEST_F(StreamTrialsTest, aStreamWithTroubleMayTryAgainForAMoment)
     EXPECT_EQ(posts(), text("2"));
 }
 
-TEST_F(StreamTrialsTest, aSilentStreamIsLeftByItself)
+TEST_F(StreamTrialsTest, ASilentStreamIsLeftByItself)
 {
     begin();
     EXPECT_TRUE(triesInTheEnd("after c"));
@@ -204,7 +204,7 @@ TEST_F(StreamTrialsTest, aSilentStreamIsLeftByItself)
     EXPECT_TRUE(triesNoMore());
 }
 
-TEST_F(StreamTrialsTest, theFirstStreamThatWasLeftIsTheLastResort)
+TEST_F(StreamTrialsTest, TheFirstStreamThatWasLeftIsTheLastResort)
 {
     begin();
     trouble();
@@ -221,7 +221,7 @@ TEST_F(StreamTrialsTest, theFirstStreamThatWasLeftIsTheLastResort)
     EXPECT_EQ(posts(), text("0:The first."));
 }
 
-TEST_F(StreamTrialsTest, theOnlyStreamIsLeftToThePlayer)
+TEST_F(StreamTrialsTest, TheOnlyStreamIsLeftToThePlayer)
 {
     choice->rows = {stream("b", 128000)};
     begin();
@@ -234,7 +234,7 @@ TEST_F(StreamTrialsTest, theOnlyStreamIsLeftToThePlayer)
     EXPECT_EQ(tried(), text("after"));
 }
 
-TEST_F(StreamTrialsTest, withoutAChoiceThereIsNothingElse)
+TEST_F(StreamTrialsTest, WithoutAChoiceThereIsNothingElse)
 {
     choice->rows.clear();
     begin();
@@ -243,7 +243,7 @@ TEST_F(StreamTrialsTest, withoutAChoiceThereIsNothingElse)
     EXPECT_EQ(posts(), text("0:No."));
 }
 
-TEST_F(StreamTrialsTest, rowsOfOtherItemsAreNoStreams)
+TEST_F(StreamTrialsTest, RowsOfOtherItemsAreNoStreams)
 {
     VeskRoles other = stream("x", 320000);
     VeskMediaData media = other.mediaData();
@@ -257,7 +257,7 @@ TEST_F(StreamTrialsTest, rowsOfOtherItemsAreNoStreams)
     EXPECT_TRUE(triesInTheEnd("after c"));
 }
 
-TEST_F(StreamTrialsTest, aStreamThatWasChosenByHandIsTheOnlyOneUntilItIsHeard)
+TEST_F(StreamTrialsTest, AStreamThatWasChosenByHandIsTheOnlyOneUntilItIsHeard)
 {
     play(2, "streams");
     ASSERT_TRUE(triesInTheEnd("c"));
@@ -269,7 +269,7 @@ TEST_F(StreamTrialsTest, aStreamThatWasChosenByHandIsTheOnlyOneUntilItIsHeard)
     EXPECT_EQ(choice->asked, 0);
 }
 
-TEST_F(StreamTrialsTest, aStationThatIsLostIsLookedForInAllItsStreams)
+TEST_F(StreamTrialsTest, AStationThatIsLostIsLookedForInAllItsStreams)
 {
     begin();
     sound(true);
@@ -291,7 +291,7 @@ TEST_F(StreamTrialsTest, aStationThatIsLostIsLookedForInAllItsStreams)
     EXPECT_EQ(choice->asked, 1);
 }
 
-TEST_F(StreamTrialsTest, aListThatWasAwayWithTheStationIsAskedForAgain)
+TEST_F(StreamTrialsTest, AListThatWasAwayWithTheStationIsAskedForAgain)
 {
     const QList<VeskRoles> streams = choice->rows;
     choice->rows.clear();
@@ -305,7 +305,7 @@ TEST_F(StreamTrialsTest, aListThatWasAwayWithTheStationIsAskedForAgain)
     EXPECT_EQ(posts(), text("2 1"));
 }
 
-TEST_F(StreamTrialsTest, aShortBreakIsLeftToThePlayer)
+TEST_F(StreamTrialsTest, AShortBreakIsLeftToThePlayer)
 {
     begin();
     sound(true);
@@ -316,7 +316,7 @@ TEST_F(StreamTrialsTest, aShortBreakIsLeftToThePlayer)
     EXPECT_EQ(tried(), text("after"));
 }
 
-TEST_F(StreamTrialsTest, anEpisodeIsNotChangedInTheMiddle)
+TEST_F(StreamTrialsTest, AnEpisodeIsNotChangedInTheMiddle)
 {
     begin(1);
     sound(true);
@@ -327,7 +327,7 @@ TEST_F(StreamTrialsTest, anEpisodeIsNotChangedInTheMiddle)
     EXPECT_EQ(tried(), text("after"));
 }
 
-TEST_F(StreamTrialsTest, aStopEndsTheTrials)
+TEST_F(StreamTrialsTest, AStopEndsTheTrials)
 {
     begin();
     refuse();
@@ -341,7 +341,7 @@ TEST_F(StreamTrialsTest, aStopEndsTheTrials)
     EXPECT_TRUE(triesNoMore());
 }
 
-TEST_F(StreamTrialsTest, aPauseWhileAStreamIsLookedForIsKept)
+TEST_F(StreamTrialsTest, APauseWhileAStreamIsLookedForIsKept)
 {
     begin();
     sound(true);
@@ -356,7 +356,7 @@ TEST_F(StreamTrialsTest, aPauseWhileAStreamIsLookedForIsKept)
     EXPECT_EQ(posts(), text("2 1 2 3 2"));
 }
 
-TEST_F(StreamTrialsTest, afterAPauseAStreamThatHadFailedIsBegunAnew)
+TEST_F(StreamTrialsTest, AfterAPauseAStreamThatHadFailedIsBegunAnew)
 {
     begin();
     sound(true);
@@ -370,7 +370,7 @@ TEST_F(StreamTrialsTest, afterAPauseAStreamThatHadFailedIsBegunAnew)
     EXPECT_TRUE(spinUntil([this] { return !tried().isEmpty(); }));
 }
 
-TEST_F(StreamTrialsTest, whatWasChosenByHandIsTriedFirstTheNextTime)
+TEST_F(StreamTrialsTest, WhatWasChosenByHandIsTriedFirstTheNextTime)
 {
     ChosenStreams chosen {QString()};
     logic.setChosenStreams(&chosen);
@@ -393,7 +393,7 @@ TEST_F(StreamTrialsTest, whatWasChosenByHandIsTriedFirstTheNextTime)
     EXPECT_EQ(chosen.streamOf(worker.addPrefix(text("row"))), worker.addPrefix(text("stream/a")));
 }
 
-TEST_F(StreamTrialsTest, aChosenStreamThatIsListedNoMoreLeavesTheChoiceToTheService)
+TEST_F(StreamTrialsTest, AChosenStreamThatIsListedNoMoreLeavesTheChoiceToTheService)
 {
     ChosenStreams chosen {QString()};
     chosen.remember(worker.addPrefix(text("row")), worker.addPrefix(text("stream/z")));

@@ -64,7 +64,7 @@ protected:
 
 } // namespace
 
-TEST_F(CMTuneInWorkerTest, entryLogsTheNameAndUsesItForNothingElse)
+TEST_F(CMTuneInWorkerTest, EntryLogsTheNameAndUsesItForNothingElse)
 {
     start();
     EXPECT_TRUE(
@@ -74,7 +74,7 @@ TEST_F(CMTuneInWorkerTest, entryLogsTheNameAndUsesItForNothingElse)
     EXPECT_EQ(worker()->name(), "TuneIn"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, entryAcceptsANullName)
+TEST_F(CMTuneInWorkerTest, EntryAcceptsANullName)
 {
     WorkerThread thread([]() -> QObject * {
         QVariantHash config = defaultConfig();
@@ -84,7 +84,7 @@ TEST_F(CMTuneInWorkerTest, entryAcceptsANullName)
     EXPECT_EQ(static_cast<CMTuneInWorker *>(thread.object())->name(), "TuneIn"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, logsTheEntryThenTheConstructorThenTheSettings)
+TEST_F(CMTuneInWorkerTest, LogsTheEntryThenTheConstructorThenTheSettings)
 {
     start();
     QStringList lines = log().lines();
@@ -99,7 +99,7 @@ TEST_F(CMTuneInWorkerTest, logsTheEntryThenTheConstructorThenTheSettings)
     EXPECT_LT(constructor, settings);
 }
 
-TEST_F(CMTuneInWorkerTest, namesTheSourceFileOfEachRecordWithoutExtension)
+TEST_F(CMTuneInWorkerTest, NamesTheSourceFileOfEachRecordWithoutExtension)
 {
     start();
     const auto sourceOf = [this](const QString &line) {
@@ -113,7 +113,7 @@ TEST_F(CMTuneInWorkerTest, namesTheSourceFileOfEachRecordWithoutExtension)
         "modules/tunein/TuneInSettings"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, startsOneThreadNamedTuneInHttp)
+TEST_F(CMTuneInWorkerTest, StartsOneThreadNamedTuneInHttp)
 {
     // The kernel still lists a thread for a moment after it was joined, such as an earlier test's.
     const auto threads = [] { return ProcessUsage::threadNames().count("TuneInHttp"_s); };
@@ -122,7 +122,7 @@ TEST_F(CMTuneInWorkerTest, startsOneThreadNamedTuneInHttp)
     EXPECT_EQ(threads(), 1);
 }
 
-TEST_F(CMTuneInWorkerTest, hasExactlyThreePrivateSlotsAndNothingElseOfItsOwn)
+TEST_F(CMTuneInWorkerTest, HasExactlyThreePrivateSlotsAndNothingElseOfItsOwn)
 {
     const QMetaObject &meta = CMTuneInWorker::staticMetaObject;
     EXPECT_STREQ(meta.className(), "CMTuneInWorker");
@@ -139,7 +139,7 @@ TEST_F(CMTuneInWorkerTest, hasExactlyThreePrivateSlotsAndNothingElseOfItsOwn)
             "on_listeningDurationTimer_timeout()", "handleStateChange(CMSetDataRequest)"));
 }
 
-TEST_F(CMTuneInWorkerTest, startsWithAnIdleTimerAndOneSubscription)
+TEST_F(CMTuneInWorkerTest, StartsWithAnIdleTimerAndOneSubscription)
 {
     start();
     onWorker([this] {
@@ -152,7 +152,7 @@ TEST_F(CMTuneInWorkerTest, startsWithAnIdleTimerAndOneSubscription)
     EXPECT_EQ(worker()->settings().serviceId(), "tunein"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, registersItsNodesInOrder)
+TEST_F(CMTuneInWorkerTest, RegistersItsNodesInOrder)
 {
     start();
     const QStringList expected {"TuneIn:"_s, "TuneIn:browse"_s, "TuneIn:player_context"_s,
@@ -172,7 +172,7 @@ TEST_F(CMTuneInWorkerTest, registersItsNodesInOrder)
         EXPECT_TRUE(nodePaths().contains(QLatin1String(node))) << node;
 }
 
-TEST_F(CMTuneInWorkerTest, exposesItsSharedNodes)
+TEST_F(CMTuneInWorkerTest, ExposesItsSharedNodes)
 {
     start();
     onWorker([this] {
@@ -184,7 +184,7 @@ TEST_F(CMTuneInWorkerTest, exposesItsSharedNodes)
     EXPECT_EQ(browseNode()->path(), path("TuneIn:browse"_s));
 }
 
-TEST_F(CMTuneInWorkerTest, titlesItsNodes)
+TEST_F(CMTuneInWorkerTest, TitlesItsNodes)
 {
     start();
     expectTitle("TuneIn:browse"_s, "TuneIn");
@@ -198,7 +198,7 @@ TEST_F(CMTuneInWorkerTest, titlesItsNodes)
     expectTitle("TuneIn:testing_/searches"_s, "Search");
 }
 
-TEST_F(CMTuneInWorkerTest, leavesRootMenusAndAccountUntitled)
+TEST_F(CMTuneInWorkerTest, LeavesRootMenusAndAccountUntitled)
 {
     start();
     for (const char *node : {"TuneIn:", "TuneIn:player_context",
@@ -207,7 +207,7 @@ TEST_F(CMTuneInWorkerTest, leavesRootMenusAndAccountUntitled)
     EXPECT_TRUE(role("TuneIn:account"_s, "title"_s).isNull());
 }
 
-TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
+TEST_F(CMTuneInWorkerTest, PutsTheServiceIdIntoTheMediaDataOfItsNodes)
 {
     start();
     for (const char *node :
@@ -220,7 +220,7 @@ TEST_F(CMTuneInWorkerTest, putsTheServiceIdIntoTheMediaDataOfItsNodes)
     }
 }
 
-TEST_F(CMTuneInWorkerTest, givesNoMediaDataToRedirectsAndTheAccount)
+TEST_F(CMTuneInWorkerTest, GivesNoMediaDataToRedirectsAndTheAccount)
 {
     start();
     for (const char *node : {"TuneIn:", "TuneIn:search/search", "TuneIn:testing_/aa1",
@@ -229,7 +229,7 @@ TEST_F(CMTuneInWorkerTest, givesNoMediaDataToRedirectsAndTheAccount)
     EXPECT_TRUE(role("TuneIn:account"_s, "mediaData"_s).isNull());
 }
 
-TEST_F(CMTuneInWorkerTest, usesAnEmptyServiceIdWhenTheConfigurationHasNone)
+TEST_F(CMTuneInWorkerTest, UsesAnEmptyServiceIdWhenTheConfigurationHasNone)
 {
     start(QVariantHash());
     EXPECT_EQ(worker()->settings().serviceId(), QString());
@@ -241,13 +241,13 @@ TEST_F(CMTuneInWorkerTest, usesAnEmptyServiceIdWhenTheConfigurationHasNone)
     }
 }
 
-TEST_F(CMTuneInWorkerTest, readsTheServiceIdAsText)
+TEST_F(CMTuneInWorkerTest, ReadsTheServiceIdAsText)
 {
     start({{VeskService_Id(), 42}});
     EXPECT_EQ(worker()->settings().serviceId(), "42"_s);
 }
 
-TEST_F(CMTuneInWorkerTest, showsTheRowsOfBrowseAtItsRoot)
+TEST_F(CMTuneInWorkerTest, ShowsTheRowsOfBrowseAtItsRoot)
 {
     answer("/Browse.ashx", OneStation);
     start();
@@ -259,7 +259,7 @@ TEST_F(CMTuneInWorkerTest, showsTheRowsOfBrowseAtItsRoot)
     EXPECT_EQ(server().requestLines().constFirst(), "GET /Browse.ashx?" + CommonItems);
 }
 
-TEST_F(CMTuneInWorkerTest, offersOneSearch)
+TEST_F(CMTuneInWorkerTest, OffersOneSearch)
 {
     start();
     const RowsAnswer searches
@@ -275,7 +275,7 @@ TEST_F(CMTuneInWorkerTest, offersOneSearch)
     EXPECT_EQ(role("TuneIn:searches"_s, "containerType"_s).toInt(), 101);
 }
 
-TEST_F(CMTuneInWorkerTest, offersTheSameSearchInTheTestTree)
+TEST_F(CMTuneInWorkerTest, OffersTheSameSearchInTheTestTree)
 {
     start();
     const QStringList roles {"title"_s, "path"_s, "query"_s, "queryPath"_s};
@@ -284,7 +284,7 @@ TEST_F(CMTuneInWorkerTest, offersTheSameSearchInTheTestTree)
     EXPECT_EQ(test.rows, rows("TuneIn:searches"_s, roles).rows);
 }
 
-TEST_F(CMTuneInWorkerTest, listsTheTestTreeInOrder)
+TEST_F(CMTuneInWorkerTest, ListsTheTestTreeInOrder)
 {
     start();
     const RowsAnswer testing = rows("TuneIn:testing"_s, {"title"_s, "path"_s});
@@ -299,7 +299,7 @@ TEST_F(CMTuneInWorkerTest, listsTheTestTreeInOrder)
             VeskChildElementsInSingleListPath().toEncoded()}));
 }
 
-TEST_F(CMTuneInWorkerTest, redirectsFromTheTestTreeToItsTargets)
+TEST_F(CMTuneInWorkerTest, RedirectsFromTheTestTreeToItsTargets)
 {
     answerAll(OneStation);
     start();
@@ -310,7 +310,7 @@ TEST_F(CMTuneInWorkerTest, redirectsFromTheTestTreeToItsTargets)
         "GET /Search.ashx?query=aa2&" + CommonItems, "GET /Describe.ashx?c=genres&" + CommonItems});
 }
 
-TEST_F(CMTuneInWorkerTest, listsSixteenUnreliableStreams)
+TEST_F(CMTuneInWorkerTest, ListsSixteenUnreliableStreams)
 {
     start();
     const RowsAnswer streams = rows(
@@ -335,7 +335,7 @@ TEST_F(CMTuneInWorkerTest, listsSixteenUnreliableStreams)
     EXPECT_EQ(addresses.size(), 16);
 }
 
-TEST_F(CMTuneInWorkerTest, handlesAStateChangeThroughItsEventLoop)
+TEST_F(CMTuneInWorkerTest, HandlesAStateChangeThroughItsEventLoop)
 {
     start();
     const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -351,7 +351,7 @@ TEST_F(CMTuneInWorkerTest, handlesAStateChangeThroughItsEventLoop)
     EXPECT_TRUE(data->value().isNull());
 }
 
-TEST_F(CMTuneInWorkerTest, answersUnknownPathsWithAnError)
+TEST_F(CMTuneInWorkerTest, AnswersUnknownPathsWithAnError)
 {
     start();
     EXPECT_FALSE(rows("TuneIn:nothing/here"_s).error.isEmpty());
@@ -359,7 +359,7 @@ TEST_F(CMTuneInWorkerTest, answersUnknownPathsWithAnError)
     EXPECT_FALSE(rows("TuneIn:testing_"_s).error.isEmpty());
 }
 
-TEST_F(CMTuneInWorkerTest, readsItsSettingsOnce)
+TEST_F(CMTuneInWorkerTest, ReadsItsSettingsOnce)
 {
     answer("/Browse.ashx", OneStation);
     start();
@@ -370,7 +370,7 @@ TEST_F(CMTuneInWorkerTest, readsItsSettingsOnce)
     expectRequests({"GET /Browse.ashx?" + CommonItems});
 }
 
-TEST_F(CMTuneInWorkerTest, isRemovedFromTheRootWhenDeleted)
+TEST_F(CMTuneInWorkerTest, IsRemovedFromTheRootWhenDeleted)
 {
     start();
     EXPECT_TRUE(CMRoot()->prefixes().contains("TuneIn"_s));
@@ -381,7 +381,7 @@ TEST_F(CMTuneInWorkerTest, isRemovedFromTheRootWhenDeleted)
                      .error.isEmpty());
 }
 
-TEST_F(CMTuneInWorkerTest, canBeCreatedAgainAfterDeletion)
+TEST_F(CMTuneInWorkerTest, CanBeCreatedAgainAfterDeletion)
 {
     answer("/Browse.ashx", OneStation);
     start();

@@ -46,7 +46,7 @@ void QThread::msleep(unsigned long milliseconds)
     }
 }
 
-TEST_F(NetworkStateTest, followsTheHostsValue)
+TEST_F(NetworkStateTest, FollowsTheHostsValue)
 {
     start();
     EXPECT_TRUE(worker()->networkStateConnected());
@@ -60,7 +60,7 @@ TEST_F(NetworkStateTest, followsTheHostsValue)
         ElementsAre("Network is up."_s, "Network is down."_s, "Network is up."_s));
 }
 
-TEST_F(NetworkStateTest, isDownWhenTheFirstValueIsFalse)
+TEST_F(NetworkStateTest, IsDownWhenTheFirstValueIsFalse)
 {
     set(VeskNetworkStateConnected(), false);
     start();
@@ -68,7 +68,7 @@ TEST_F(NetworkStateTest, isDownWhenTheFirstValueIsFalse)
     EXPECT_TRUE(log().contains("DEBUG Network is down."_s));
 }
 
-TEST_F(NetworkStateTest, isLoggedWithEachChange)
+TEST_F(NetworkStateTest, IsLoggedWithEachChange)
 {
     start();
     log().clear();
@@ -80,7 +80,7 @@ TEST_F(NetworkStateTest, isLoggedWithEachChange)
     EXPECT_TRUE(worker()->networkStateConnected());
 }
 
-TEST_F(NetworkStateTest, readsAValueOfAnotherTypeAsDown)
+TEST_F(NetworkStateTest, ReadsAValueOfAnotherTypeAsDown)
 {
     start();
     deliver(VeskValue::fromString("true"_s));
@@ -89,7 +89,7 @@ TEST_F(NetworkStateTest, readsAValueOfAnotherTypeAsDown)
     EXPECT_FALSE(worker()->networkStateConnected());
 }
 
-TEST_F(NetworkStateTest, isDownWithoutWaitingOnTheWorkersThreadBeforeTheFirstValue)
+TEST_F(NetworkStateTest, IsDownWithoutWaitingOnTheWorkersThreadBeforeTheFirstValue)
 {
     bool connected = true;
     WorkerThread thread([&connected]() -> QObject * {
@@ -105,7 +105,7 @@ TEST_F(NetworkStateTest, isDownWithoutWaitingOnTheWorkersThreadBeforeTheFirstVal
     EXPECT_TRUE(connected);
 }
 
-TEST_F(NetworkStateTest, blocksOtherThreadsUntilTheFirstValue)
+TEST_F(NetworkStateTest, BlocksOtherThreadsUntilTheFirstValue)
 {
     std::atomic<bool> connected {false};
     std::atomic<bool> asking {false};
@@ -125,7 +125,7 @@ TEST_F(NetworkStateTest, blocksOtherThreadsUntilTheFirstValue)
     EXPECT_TRUE(connected);
 }
 
-TEST_F(NetworkStateTest, blocksOtherThreadsWithoutTimeLimit)
+TEST_F(NetworkStateTest, BlocksOtherThreadsWithoutTimeLimit)
 {
     constexpr int HourOfPolls = 3600 * 100;
     bool connected = false;

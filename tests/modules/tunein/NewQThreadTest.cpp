@@ -52,7 +52,7 @@ void end(Probe *probe)
 
 } // namespace
 
-TEST(NewQThreadTest, createsItsObjectOnANewNamedThread)
+TEST(NewQThreadTest, CreatesItsObjectOnANewNamedThread)
 {
     Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
     ASSERT_NE(probe, nullptr);
@@ -62,7 +62,7 @@ TEST(NewQThreadTest, createsItsObjectOnANewNamedThread)
     end(probe);
 }
 
-TEST(NewQThreadTest, runsAnEventLoopForItsObject)
+TEST(NewQThreadTest, RunsAnEventLoopForItsObject)
 {
     Probe *probe = createInNewQThread<Probe>("ProbeThread"_s);
     std::promise<QThread *> ranOn;
@@ -71,7 +71,7 @@ TEST(NewQThreadTest, runsAnEventLoopForItsObject)
     end(probe);
 }
 
-TEST(NewQThreadTest, startsAThreadForEachObject)
+TEST(NewQThreadTest, StartsAThreadForEachObject)
 {
     Probe *first = createInNewQThread<Probe>("ProbeThread"_s);
     Probe *second = createInNewQThread<Probe>("ProbeThread"_s);
@@ -80,7 +80,7 @@ TEST(NewQThreadTest, startsAThreadForEachObject)
     end(second);
 }
 
-TEST(NewQThreadTest, throwsWithoutAFunctionToRun)
+TEST(NewQThreadTest, ThrowsWithoutAFunctionToRun)
 {
     ThreadOfNothing thread;
     // An event loop, if run() got that far, would end at once.
@@ -88,7 +88,7 @@ TEST(NewQThreadTest, throwsWithoutAFunctionToRun)
     EXPECT_THROW(thread.run(), std::bad_function_call);
 }
 
-TEST(NewQThreadTest, isDeletedEvenWhenTheCallersEventLoopNeverRunsAgain)
+TEST(NewQThreadTest, IsDeletedEvenWhenTheCallersEventLoopNeverRunsAgain)
 {
     QPointer<QThread> thread;
     std::thread caller([&thread] {

@@ -47,7 +47,7 @@ private:
 
 } // namespace
 
-TEST_F(PlaybackReportsTest, sendAStreamThatPlayed)
+TEST_F(PlaybackReportsTest, SendAStreamThatPlayed)
 {
     stream("s1"_s, "http://h/a?b=c d"_s);
     expectRequests({"GET /Report.ashx?c=stream&id=s1&streamUrl=http%3A%2F%2Fh%2Fa%3Fb%3Dc%20d"
@@ -66,7 +66,7 @@ TEST_F(PlaybackReportsTest, sendAStreamThatPlayed)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(PlaybackReportsTest, sendAStreamThatFailed)
+TEST_F(PlaybackReportsTest, SendAStreamThatFailed)
 {
     stream("s1"_s, "http://h/a"_s, "no & sound"_s);
     expectRequests(
@@ -83,7 +83,7 @@ TEST_F(PlaybackReportsTest, sendAStreamThatFailed)
             "&render=json&partnerId=partner&serial=ABC'"_s));
 }
 
-TEST_F(PlaybackReportsTest, leaveOutAnUnknownGuideIdOrUrl)
+TEST_F(PlaybackReportsTest, LeaveOutAnUnknownGuideIdOrUrl)
 {
     stream(QString(), "http://h/a"_s);
     stream("s1"_s, QString());
@@ -92,7 +92,7 @@ TEST_F(PlaybackReportsTest, leaveOutAnUnknownGuideIdOrUrl)
         "GET /Report.ashx?c=stream&id=s1&listenId=0&render=json&partnerId=partner&serial=ABC"});
 }
 
-TEST_F(PlaybackReportsTest, sendTheDurationOfAStop)
+TEST_F(PlaybackReportsTest, SendTheDurationOfAStop)
 {
     duration("s1"_s, 120, true);
     expectRequests({"POST /Report.ashx?c=time&id=s1&duration=120&listenId=0&trigger=stop"
@@ -104,7 +104,7 @@ TEST_F(PlaybackReportsTest, sendTheDurationOfAStop)
     EXPECT_EQ(log().lines().last(), "DEBUG sendDurationReport: reporting duration: OK"_s);
 }
 
-TEST_F(PlaybackReportsTest, sendTheDurationOfAPause)
+TEST_F(PlaybackReportsTest, SendTheDurationOfAPause)
 {
     duration("s1"_s, 7, false);
     EXPECT_EQ(server().requests().constFirst().body, QByteArray());
@@ -113,7 +113,7 @@ TEST_F(PlaybackReportsTest, sendTheDurationOfAPause)
     EXPECT_EQ(log().lines().constFirst(), DurationEnter + "guideId: s1, duration: 7, stopped: 0"_s);
 }
 
-TEST_F(PlaybackReportsTest, leaveOutAnEmptyPartnerId)
+TEST_F(PlaybackReportsTest, LeaveOutAnEmptyPartnerId)
 {
     set(VeskTuneInPartnerIdPath(), QString());
     stream("s1"_s, QString());
@@ -123,7 +123,7 @@ TEST_F(PlaybackReportsTest, leaveOutAnEmptyPartnerId)
 }
 
 /// The settings of a host always have a serial, so a report cannot show this.
-TEST(PlaybackReportsOfNoDeviceTest, leaveOutAnEmptySerial)
+TEST(PlaybackReportsOfNoDeviceTest, LeaveOutAnEmptySerial)
 {
     const QString report = "http://opml.radiotime.com/Report.ashx?c=time"_s;
     VeskUrl url(report);
@@ -131,7 +131,7 @@ TEST(PlaybackReportsOfNoDeviceTest, leaveOutAnEmptySerial)
     EXPECT_EQ(url.toString(), report);
 }
 
-TEST_F(PlaybackReportsTest, logAFaultInTheAnswerAsTheRequestsError)
+TEST_F(PlaybackReportsTest, LogAFaultInTheAnswerAsTheRequestsError)
 {
     answer("/Report.ashx", QByteArray(R"({"head":{"status":"400","fault":"bad"},"body":[]})"));
     stream("s1"_s, QString());
@@ -144,7 +144,7 @@ TEST_F(PlaybackReportsTest, logAFaultInTheAnswerAsTheRequestsError)
     EXPECT_THAT(log().lines().filter("reporting duration: OK"_s), IsEmpty());
 }
 
-TEST_F(PlaybackReportsTest, logAServerThatCannotBeReached)
+TEST_F(PlaybackReportsTest, LogAServerThatCannotBeReached)
 {
     closeServer();
     stream("s1"_s, QString());
@@ -157,7 +157,7 @@ TEST_F(PlaybackReportsTest, logAServerThatCannotBeReached)
     openServer();
 }
 
-TEST_F(PlaybackReportsTest, logANetworkThatIsDown)
+TEST_F(PlaybackReportsTest, LogANetworkThatIsDown)
 {
     set(VeskNetworkStateConnected(), false);
     duration("s1"_s, 1, true);
@@ -173,7 +173,7 @@ TEST_F(PlaybackReportsTest, logANetworkThatIsDown)
     expectRequests({});
 }
 
-TEST_F(PlaybackReportsTest, keepPlaceholdersInUrlsAndErrors)
+TEST_F(PlaybackReportsTest, KeepPlaceholdersInUrlsAndErrors)
 {
     stream("%2"_s, "http://h/%3%41%2F"_s, "%1 %9"_s);
     EXPECT_EQ(log().lines().constFirst(),
@@ -186,7 +186,7 @@ TEST_F(PlaybackReportsTest, keepPlaceholdersInUrlsAndErrors)
                     "&serial=ABC"});
 }
 
-TEST_F(PlaybackReportsTest, sendSecretsOfTheUrlButKeepThemOutOfTheLog)
+TEST_F(PlaybackReportsTest, SendSecretsOfTheUrlButKeepThemOutOfTheLog)
 {
     for (const QString &error : {QString(), "no sound"_s}) {
         server().clearRequests();
@@ -199,7 +199,7 @@ TEST_F(PlaybackReportsTest, sendSecretsOfTheUrlButKeepThemOutOfTheLog)
     }
 }
 
-TEST_F(PlaybackReportsTest, keepErrorsOfSeveralLinesAndScripts)
+TEST_F(PlaybackReportsTest, KeepErrorsOfSeveralLinesAndScripts)
 {
     stream("s1"_s, QString(), "Zeit\u00fcberschreitung\n\u8d85\u65f6"_s);
     expectRequests({"GET /Report.ashx?c=stream&id=s1&listenId=0&error=404"

@@ -20,7 +20,7 @@ const char SkippedNoGuideId[] = "Skipped reporting duration, station without a g
 
 } // namespace
 
-TEST_F(PlaybackStateTest, leavesThePauseOutOfTheDuration)
+TEST_F(PlaybackStateTest, LeavesThePauseOutOfTheDuration)
 {
     play(Playing);
     FakeClock::advance(90000);
@@ -33,7 +33,7 @@ TEST_F(PlaybackStateTest, leavesThePauseOutOfTheDuration)
     EXPECT_FALSE(timerIsActive());
 }
 
-TEST_F(PlaybackStateTest, addsUpTheTimeBetweenSeveralPauses)
+TEST_F(PlaybackStateTest, AddsUpTheTimeBetweenSeveralPauses)
 {
     for (const int seconds : {10, 20, 40}) {
         play(Playing);
@@ -45,7 +45,7 @@ TEST_F(PlaybackStateTest, addsUpTheTimeBetweenSeveralPauses)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 70, true)}));
 }
 
-TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
+TEST_F(PlaybackStateTest, ReportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
 {
     play(Playing);
     FakeClock::advance(60000);
@@ -63,7 +63,7 @@ TEST_F(PlaybackStateTest, reportsOnceFiveMinutesIntoAPauseAndNothingAtTheStop)
     EXPECT_EQ(durationReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, reportsOnlyTheTimeSinceTheResumeAfterAReportedPause)
+TEST_F(PlaybackStateTest, ReportsOnlyTheTimeSinceTheResumeAfterAReportedPause)
 {
     play(Playing);
     FakeClock::advance(60000);
@@ -76,7 +76,7 @@ TEST_F(PlaybackStateTest, reportsOnlyTheTimeSinceTheResumeAfterAReportedPause)
         QList<QByteArray>({durationReport("s1", 60, false), durationReport("s1", 7, true)}));
 }
 
-TEST_F(PlaybackStateTest, runsItsTimerOnlyDuringAPause)
+TEST_F(PlaybackStateTest, RunsItsTimerOnlyDuringAPause)
 {
     EXPECT_FALSE(timerIsActive());
     play(Playing);
@@ -95,7 +95,7 @@ TEST_F(PlaybackStateTest, runsItsTimerOnlyDuringAPause)
     EXPECT_FALSE(timerIsActive());
 }
 
-TEST_F(PlaybackStateTest, stopsItsTimerWhenItExpires)
+TEST_F(PlaybackStateTest, StopsItsTimerWhenItExpires)
 {
     play(Playing);
     play(Paused);
@@ -106,7 +106,7 @@ TEST_F(PlaybackStateTest, stopsItsTimerWhenItExpires)
         "TRACE Enter void CMTuneInWorker::on_listeningDurationTimer_timeout(): "_s);
 }
 
-TEST_F(PlaybackStateTest, reportsOnceWhenItsTimerExpires)
+TEST_F(PlaybackStateTest, ReportsOnceWhenItsTimerExpires)
 {
     play(Playing);
     FakeClock::advance(60000);
@@ -116,7 +116,7 @@ TEST_F(PlaybackStateTest, reportsOnceWhenItsTimerExpires)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 60, false)}));
 }
 
-TEST_F(PlaybackStateTest, warnsWhenItsTimerExpiresOutsideAPause)
+TEST_F(PlaybackStateTest, WarnsWhenItsTimerExpiresOutsideAPause)
 {
     play(Playing);
     FakeClock::advance(5000);
@@ -131,7 +131,7 @@ TEST_F(PlaybackStateTest, warnsWhenItsTimerExpiresOutsideAPause)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 5, true)}));
 }
 
-TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
+TEST_F(PlaybackStateTest, SkipsTheReportOfAPauseWithoutTimeOrGuideId)
 {
     play(Playing);
     play(Paused);
@@ -149,7 +149,7 @@ TEST_F(PlaybackStateTest, skipsTheReportOfAPauseWithoutTimeOrGuideId)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, resetsTheTimeAtAPauseEvenWhenTheReportIsSkipped)
+TEST_F(PlaybackStateTest, ResetsTheTimeAtAPauseEvenWhenTheReportIsSkipped)
 {
     const QString stream = "http://stream.example/live"_s;
     play(Playing, 1, QString(), stream, QString());
@@ -163,7 +163,7 @@ TEST_F(PlaybackStateTest, resetsTheTimeAtAPauseEvenWhenTheReportIsSkipped)
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, logsEachTransitionOnce)
+TEST_F(PlaybackStateTest, LogsEachTransitionOnce)
 {
     for (const VeskPlayLogicState::Enum state :
         {Playing, Playing, Paused, Paused, Playing, Stopped, Stopped}) {
@@ -176,7 +176,7 @@ TEST_F(PlaybackStateTest, logsEachTransitionOnce)
     EXPECT_THAT(log().lines("TRACE"_s), Contains("Performing duration report"_s).Times(1));
 }
 
-TEST_F(PlaybackStateTest, logsEachRequest)
+TEST_F(PlaybackStateTest, LogsEachRequest)
 {
     play(Playing, 7);
     play(Stopped, 7, "broken"_s);
@@ -186,7 +186,7 @@ TEST_F(PlaybackStateTest, logsEachRequest)
         "TRACE previous state: playing, new state: stopped, playId: {id: 7}, error:broken"_s));
 }
 
-TEST_F(PlaybackStateTest, logsAStopAndItsReport)
+TEST_F(PlaybackStateTest, LogsAStopAndItsReport)
 {
     play(Playing, 7);
     FakeClock::advance(5000);
@@ -212,7 +212,7 @@ TEST_F(PlaybackStateTest, logsAStopAndItsReport)
             "DEBUG sendDurationReport: reporting duration: OK"_s));
 }
 
-TEST_F(PlaybackStateTest, logsWhyAStopIsNotReported)
+TEST_F(PlaybackStateTest, LogsWhyAStopIsNotReported)
 {
     play(Playing, 7);
     log().clear();
@@ -223,7 +223,7 @@ TEST_F(PlaybackStateTest, logsWhyAStopIsNotReported)
             "INFO "_s + QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, onlyRecordsAnUnknownState)
+TEST_F(PlaybackStateTest, OnlyRecordsAnUnknownState)
 {
     play(Playing);
     FakeClock::advance(4000);
@@ -238,7 +238,7 @@ TEST_F(PlaybackStateTest, onlyRecordsAnUnknownState)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 6, true)}));
 }
 
-TEST_F(PlaybackStateTest, ignoresARepeatedState)
+TEST_F(PlaybackStateTest, IgnoresARepeatedState)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -253,7 +253,7 @@ TEST_F(PlaybackStateTest, ignoresARepeatedState)
     EXPECT_EQ(streamReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, keepsTimingAcrossAReconnect)
+TEST_F(PlaybackStateTest, KeepsTimingAcrossAReconnect)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -266,7 +266,7 @@ TEST_F(PlaybackStateTest, keepsTimingAcrossAReconnect)
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback started."_s).Times(1));
 }
 
-TEST_F(PlaybackStateTest, addsNoTimeForASecondPause)
+TEST_F(PlaybackStateTest, AddsNoTimeForASecondPause)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -281,7 +281,7 @@ TEST_F(PlaybackStateTest, addsNoTimeForASecondPause)
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback paused."_s).Times(1));
 }
 
-TEST_F(PlaybackStateTest, startsEachPlayAtZero)
+TEST_F(PlaybackStateTest, StartsEachPlayAtZero)
 {
     play(Playing);
     FakeClock::advance(10000);
@@ -294,7 +294,7 @@ TEST_F(PlaybackStateTest, startsEachPlayAtZero)
         QList<QByteArray>({durationReport("s1", 10, true), durationReport("s1", 3, true)}));
 }
 
-TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
+TEST_F(PlaybackStateTest, RoundsSecondsTowardZero)
 {
     play(Playing);
     FakeClock::advance(1999);
@@ -307,7 +307,7 @@ TEST_F(PlaybackStateTest, roundsSecondsTowardZero)
     EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, countsFromClockZeroForAPauseWithoutPlaying)
+TEST_F(PlaybackStateTest, CountsFromClockZeroForAPauseWithoutPlaying)
 {
     play(Playing);
     play(Stopped);
@@ -319,7 +319,7 @@ TEST_F(PlaybackStateTest, countsFromClockZeroForAPauseWithoutPlaying)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", seconds, true)}));
 }
 
-TEST_F(PlaybackStateTest, canPauseAgainAfterAStop)
+TEST_F(PlaybackStateTest, CanPauseAgainAfterAStop)
 {
     play(Playing);
     FakeClock::advance(4000);
@@ -335,7 +335,7 @@ TEST_F(PlaybackStateTest, canPauseAgainAfterAStop)
     EXPECT_THAT(log().lines("INFO"_s), Contains("TuneIn playback paused."_s).Times(2));
 }
 
-TEST_F(PlaybackStateTest, countsFromClockZeroForAStopWithoutPlaying)
+TEST_F(PlaybackStateTest, CountsFromClockZeroForAStopWithoutPlaying)
 {
     play(Playing);
     play(Stopped);
@@ -346,7 +346,7 @@ TEST_F(PlaybackStateTest, countsFromClockZeroForAStopWithoutPlaying)
         QList<QByteArray>({durationReport("s1", FakeClock::monotonic() / 1000, true)}));
 }
 
-TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
+TEST_F(PlaybackStateTest, ReportsASuccessOncePerPlay)
 {
     play(Transitioning, 1);
     EXPECT_THAT(streamReports(), IsEmpty());
@@ -360,7 +360,7 @@ TEST_F(PlaybackStateTest, reportsASuccessOncePerPlay)
     EXPECT_EQ(streamReports().size(), 2);
 }
 
-TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInAnyState)
+TEST_F(PlaybackStateTest, ReportsAnErrorOncePerPlayInAnyState)
 {
     play(Stopped, 1, "broken"_s);
     play(Stopped, 1, "broken"_s);
@@ -370,7 +370,7 @@ TEST_F(PlaybackStateTest, reportsAnErrorOncePerPlayInAnyState)
     EXPECT_EQ(streamReports().size(), 2);
 }
 
-TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
+TEST_F(PlaybackStateTest, ReportsAnErrorAfterASuccessAndASuccessAfterAnError)
 {
     play(Playing, 1);
     play(Stopped, 1, "lost"_s);
@@ -383,7 +383,7 @@ TEST_F(PlaybackStateTest, reportsAnErrorAfterASuccessAndASuccessAfterAnError)
             streamReport("s1", "lost")}));
 }
 
-TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutUrl)
+TEST_F(PlaybackStateTest, ReportsNothingForATrackWithoutUrl)
 {
     play(Playing, 1, QString(), QString());
     play(Playing, 1, "broken"_s, QString());
@@ -391,7 +391,7 @@ TEST_F(PlaybackStateTest, reportsNothingForATrackWithoutUrl)
     EXPECT_THAT(server().requestLines(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, keepsThePlayAcrossATrackWithoutUrl)
+TEST_F(PlaybackStateTest, KeepsThePlayAcrossATrackWithoutUrl)
 {
     play(Playing, 1);
     play(Playing, 2, QString(), QString());
@@ -399,7 +399,7 @@ TEST_F(PlaybackStateTest, keepsThePlayAcrossATrackWithoutUrl)
     EXPECT_EQ(streamReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
+TEST_F(PlaybackStateTest, ReportsAStreamWithoutGuideIdButNotItsDuration)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
     FakeClock::advance(5000);
@@ -413,7 +413,7 @@ TEST_F(PlaybackStateTest, reportsAStreamWithoutGuideIdButNotItsDuration)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, takesTheGuideIdOnlyFromTheMatchingPath)
+TEST_F(PlaybackStateTest, TakesTheGuideIdOnlyFromTheMatchingPath)
 {
     const CMPath item = path("TuneIn:browse?veskGuideId=s1"_s);
     VeskRoles matching;
@@ -447,7 +447,7 @@ TEST_F(PlaybackStateTest, takesTheGuideIdOnlyFromTheMatchingPath)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, logsAZeroDurationBeforeAMissingGuideId)
+TEST_F(PlaybackStateTest, LogsAZeroDurationBeforeAMissingGuideId)
 {
     play(Playing, 1, QString(), "http://stream.example/live"_s, QString());
     log().clear();
@@ -456,7 +456,7 @@ TEST_F(PlaybackStateTest, logsAZeroDurationBeforeAMissingGuideId)
         ElementsAre("TuneIn playback stopped."_s, QLatin1String(SkippedZero)));
 }
 
-TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenAStopNamesANewPlay)
+TEST_F(PlaybackStateTest, ReportsTheDurationOfTheOldItemWhenAStopNamesANewPlay)
 {
     play(Playing, 1, QString(), "http://stream.example/one"_s, "s1"_s);
     FakeClock::advance(4000);
@@ -464,7 +464,7 @@ TEST_F(PlaybackStateTest, reportsTheDurationOfTheOldItemWhenAStopNamesANewPlay)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 4, true)}));
 }
 
-TEST_F(PlaybackStateTest, keepsTheGuideIdUntilANewPlay)
+TEST_F(PlaybackStateTest, KeepsTheGuideIdUntilANewPlay)
 {
     play(Playing, 1);
     play(Stopped, 1);
@@ -476,7 +476,7 @@ TEST_F(PlaybackStateTest, keepsTheGuideIdUntilANewPlay)
     EXPECT_THAT(log().lines("INFO"_s), Contains(QLatin1String(SkippedNoGuideId)));
 }
 
-TEST_F(PlaybackStateTest, clearsTheGuideIdWhenAReportedTrackHasNone)
+TEST_F(PlaybackStateTest, ClearsTheGuideIdWhenAReportedTrackHasNone)
 {
     play(Playing);
     FakeClock::advance(5000);
@@ -490,7 +490,7 @@ TEST_F(PlaybackStateTest, clearsTheGuideIdWhenAReportedTrackHasNone)
     EXPECT_THAT(durationReports(), IsEmpty());
 }
 
-TEST_F(PlaybackStateTest, takesTheGuideIdFromAnErrorReportToo)
+TEST_F(PlaybackStateTest, TakesTheGuideIdFromAnErrorReportToo)
 {
     play(Playing, 1, "stutters"_s);
     FakeClock::advance(5000);
@@ -504,7 +504,7 @@ TEST_F(PlaybackStateTest, takesTheGuideIdFromAnErrorReportToo)
         QList<QByteArray>({durationReport("s1", 5, false), durationReport("s1", 3, true)}));
 }
 
-TEST_F(PlaybackStateTest, usesTheTimeAPlayWasFirstSeenAsItsListenId)
+TEST_F(PlaybackStateTest, UsesTheTimeAPlayWasFirstSeenAsItsListenId)
 {
     play(Transitioning, 1);
     const QByteArray firstSeen = QByteArray::number(FakeClock::epochSeconds());
@@ -517,7 +517,7 @@ TEST_F(PlaybackStateTest, usesTheTimeAPlayWasFirstSeenAsItsListenId)
     EXPECT_EQ(durationReports(), QList<QByteArray>({durationReport("s1", 5, true, firstSeen)}));
 }
 
-TEST_F(PlaybackStateTest, givesEachPlayAListenIdOfItsOwn)
+TEST_F(PlaybackStateTest, GivesEachPlayAListenIdOfItsOwn)
 {
     play(Playing, 1);
     FakeClock::advance(60000);
@@ -534,7 +534,7 @@ TEST_F(PlaybackStateTest, givesEachPlayAListenIdOfItsOwn)
             {durationReport("s1", 60, true), durationReport("s1", 5, true, listenId)}));
 }
 
-TEST_F(PlaybackStateTest, answersEveryRequestEvenWhenReportsFail)
+TEST_F(PlaybackStateTest, AnswersEveryRequestEvenWhenReportsFail)
 {
     closeServer();
     for (const VeskPlayLogicState::Enum state :
@@ -547,7 +547,7 @@ TEST_F(PlaybackStateTest, answersEveryRequestEvenWhenReportsFail)
     openServer();
 }
 
-TEST_F(PlaybackStateTest, survivesMalformedStateChanges)
+TEST_F(PlaybackStateTest, SurvivesMalformedStateChanges)
 {
     const QString target = VeskTuneInStateChangePath().toEncoded();
     for (const QVariant &value : {QVariant(), QVariant(7), QVariant("text"_s),
@@ -562,7 +562,7 @@ TEST_F(PlaybackStateTest, survivesMalformedStateChanges)
     EXPECT_EQ(streamReports().size(), 1);
 }
 
-TEST_F(PlaybackStateTest, sendsNothingWhileTheNetworkIsDown)
+TEST_F(PlaybackStateTest, SendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
     play(Playing);

@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-TEST_F(PluginFileTest, exportsOnlyItsEntry)
+TEST_F(PluginFileTest, ExportsOnlyItsEntry)
 {
     const QStringList symbols
         = linesOf("nm -D --defined-only --format=posix '" VESK_TUNEIN_PLUGIN "'");
@@ -66,14 +66,14 @@ TEST_F(PluginFileTest, exportsOnlyItsEntry)
     EXPECT_TRUE(symbols.constFirst().startsWith("worker_create T "_s));
 }
 
-TEST_F(PluginFileTest, servesRequests)
+TEST_F(PluginFileTest, ServesRequests)
 {
     const std::unique_ptr<WorkerThread> worker = create();
     EXPECT_STREQ(worker->object()->metaObject()->className(), "CMTuneInWorker");
     EXPECT_EQ(rows("TuneIn:"_s).texts(), QStringList("Music"_s));
 }
 
-TEST_F(PluginFileTest, releasesThreadsAndDescriptorsWithItsWorker)
+TEST_F(PluginFileTest, ReleasesThreadsAndDescriptorsWithItsWorker)
 {
     create();
     closeServer();

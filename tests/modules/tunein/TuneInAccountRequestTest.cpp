@@ -93,7 +93,7 @@ private:
 
 // The node
 
-TEST_F(TuneInAccountRequestTest, isANodeWithoutAMetaObjectOfItsOwn)
+TEST_F(TuneInAccountRequestTest, IsANodeWithoutAMetaObjectOfItsOwn)
 {
     onWorker([this] {
         ASSERT_NE(node(), nullptr);
@@ -103,7 +103,7 @@ TEST_F(TuneInAccountRequestTest, isANodeWithoutAMetaObjectOfItsOwn)
     });
 }
 
-TEST_F(TuneInAccountRequestTest, logsItsCreation)
+TEST_F(TuneInAccountRequestTest, LogsItsCreation)
 {
     stop();
     log().clear();
@@ -115,13 +115,13 @@ TEST_F(TuneInAccountRequestTest, logsItsCreation)
                  "CMTuneInWorker*, const CMPath&)"_s));
 }
 
-TEST_F(TuneInAccountRequestTest, stopsANodeWithoutWorker)
+TEST_F(TuneInAccountRequestTest, StopsANodeWithoutWorker)
 {
     EXPECT_DEATH(TuneInAccountNode::create(nullptr, path("TuneIn:x"_s)),
         testing::HasSubstr("Assertion failed: tiWorker, file "));
 }
 
-TEST_F(TuneInAccountRequestTest, hasNoRows)
+TEST_F(TuneInAccountRequestTest, HasNoRows)
 {
     EXPECT_EQ(rows("TuneIn:account"_s).error.name(), CMError::UnansweredName());
     expectAccountRequests({});
@@ -129,7 +129,7 @@ TEST_F(TuneInAccountRequestTest, hasNoRows)
 
 // Reading
 
-TEST_F(TuneInAccountRequestTest, readsTheLinkedAccountByAQuery)
+TEST_F(TuneInAccountRequestTest, ReadsTheLinkedAccountByAQuery)
 {
     answerAccount(outline("jane"));
     const Answer answer = read();
@@ -143,7 +143,7 @@ TEST_F(TuneInAccountRequestTest, readsTheLinkedAccountByAQuery)
     expectAccountRequests({QueryLine});
 }
 
-TEST_F(TuneInAccountRequestTest, logsAReadAndItsValue)
+TEST_F(TuneInAccountRequestTest, LogsAReadAndItsValue)
 {
     answerAccount(outline("jane"));
     read();
@@ -159,7 +159,7 @@ TEST_F(TuneInAccountRequestTest, logsAReadAndItsValue)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, answersOneValuePerRoleInTheirOrder)
+TEST_F(TuneInAccountRequestTest, AnswersOneValuePerRoleInTheirOrder)
 {
     answerAccount(outline("jane"));
     const Answer answer = read({VeskRoles::Title(), VeskRoles::Value(), VeskRoles::Type(),
@@ -174,7 +174,7 @@ TEST_F(TuneInAccountRequestTest, answersOneValuePerRoleInTheirOrder)
     expectAccountRequests({QueryLine});
 }
 
-TEST_F(TuneInAccountRequestTest, sendsNothingForRolesOtherThanTheValue)
+TEST_F(TuneInAccountRequestTest, SendsNothingForRolesOtherThanTheValue)
 {
     EXPECT_EQ(read({VeskRoles::Type()}).value.toList(), QVariantList {4});
     EXPECT_EQ(read({VeskRoles::Title()}).value.toList(), QVariantList {QVariant()});
@@ -182,7 +182,7 @@ TEST_F(TuneInAccountRequestTest, sendsNothingForRolesOtherThanTheValue)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, runsAQueryForEachReadOfItsValue)
+TEST_F(TuneInAccountRequestTest, RunsAQueryForEachReadOfItsValue)
 {
     answerAccount(outline("jane"));
     read();
@@ -192,14 +192,14 @@ TEST_F(TuneInAccountRequestTest, runsAQueryForEachReadOfItsValue)
     expectAccountRequests({QueryLine, QueryLine, QueryLine, QueryLine});
 }
 
-TEST_F(TuneInAccountRequestTest, failsAReadWhenItsQueryFailsWhateverOtherRolesItHas)
+TEST_F(TuneInAccountRequestTest, FailsAReadWhenItsQueryFailsWhateverOtherRolesItHas)
 {
     answerAccount(fault("400", "validation.deviceNotAssociated"));
     expectFault(read({VeskRoles::Type(), VeskRoles::Value(), VeskRoles::Title()}), 7,
         "No associated account");
 }
 
-TEST_F(TuneInAccountRequestTest, failsAReadWithTheFirstOfTwoErrors)
+TEST_F(TuneInAccountRequestTest, FailsAReadWithTheFirstOfTwoErrors)
 {
     std::atomic<int> count {0};
     accountServer().setHandler([&count](const ScriptedServer::Request &) {
@@ -212,14 +212,14 @@ TEST_F(TuneInAccountRequestTest, failsAReadWithTheFirstOfTwoErrors)
     EXPECT_EQ(count, 2);
 }
 
-TEST_F(TuneInAccountRequestTest, ignoresThePathsParametersInARead)
+TEST_F(TuneInAccountRequestTest, IgnoresThePathsParametersInARead)
 {
     answerAccount(outline("jane"));
     EXPECT_EQ(
         firstAccountOf(data("TuneIn:account?a=b"_s, {VeskRoles::Value()})).userName(), "jane"_s);
 }
 
-TEST_F(TuneInAccountRequestTest, declinesAReadOfAnotherPath)
+TEST_F(TuneInAccountRequestTest, DeclinesAReadOfAnotherPath)
 {
     for (const char *other : {"TuneIn:account/more", "TuneIn:other", "Other:account", "TuneIn:"}) {
         const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -239,7 +239,7 @@ TEST_F(TuneInAccountRequestTest, declinesAReadOfAnotherPath)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfAQuery)
+TEST_F(TuneInAccountRequestTest, PassesOnEveryFaultOfAQuery)
 {
     for (const Fault &expected : Faults) {
         answerAccount(fault("400", expected.code));
@@ -249,7 +249,7 @@ TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfAQuery)
     expectFault(read(), 0, "Access forbidden.");
 }
 
-TEST_F(TuneInAccountRequestTest, reportsAQueryAnsweredWithAnythingButOneOutline)
+TEST_F(TuneInAccountRequestTest, ReportsAQueryAnsweredWithAnythingButOneOutline)
 {
     for (const char *body :
         {R"({"head":{"status":"200"},"body":[]})", R"({"head":{"status":"200"}})",
@@ -261,7 +261,7 @@ TEST_F(TuneInAccountRequestTest, reportsAQueryAnsweredWithAnythingButOneOutline)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, reportsAReadThatReachesNoServer)
+TEST_F(TuneInAccountRequestTest, ReportsAReadThatReachesNoServer)
 {
     closeAccountServer();
     expectStandardError(read(), "Invalid data received.");
@@ -270,7 +270,7 @@ TEST_F(TuneInAccountRequestTest, reportsAReadThatReachesNoServer)
     EXPECT_EQ(server().connections(), 0);
 }
 
-TEST_F(TuneInAccountRequestTest, sendsNothingWhileTheNetworkIsDown)
+TEST_F(TuneInAccountRequestTest, SendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
     log().clear();
@@ -282,14 +282,14 @@ TEST_F(TuneInAccountRequestTest, sendsNothingWhileTheNetworkIsDown)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, holdsItsMutexDuringAReadOnly)
+TEST_F(TuneInAccountRequestTest, HoldsItsMutexDuringAReadOnly)
 {
     EXPECT_TRUE(isLockedDuring([] { read(); }));
     accountServer().clearRequests();
     EXPECT_FALSE(isLockedDuring([] { write(filledAccount(Operation::query)); }));
 }
 
-TEST_F(TuneInAccountRequestTest, handlesRequestsWithoutAReply)
+TEST_F(TuneInAccountRequestTest, HandlesRequestsWithoutAReply)
 {
     answerAccount(outline("jane"));
     onWorker([this] {
@@ -307,7 +307,7 @@ TEST_F(TuneInAccountRequestTest, handlesRequestsWithoutAReply)
 
 // Writing
 
-TEST_F(TuneInAccountRequestTest, answersAWriteWithAnAccount)
+TEST_F(TuneInAccountRequestTest, AnswersAWriteWithAnAccount)
 {
     for (const Operation::Enum operation : {Operation::create, Operation::join, Operation::drop,
              Operation::remind, Operation::reset}) {
@@ -321,7 +321,7 @@ TEST_F(TuneInAccountRequestTest, answersAWriteWithAnAccount)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, answersAWriteWithWhatTuneInSays)
+TEST_F(TuneInAccountRequestTest, AnswersAWriteWithWhatTuneInSays)
 {
     answerAccount(screen(R"({"element":"outline","account_id":"a1","user_name":"jane",)"
                          R"("session_id":"x1","first_name":"Jane","last_name":"Doe",)"
@@ -341,7 +341,7 @@ TEST_F(TuneInAccountRequestTest, answersAWriteWithWhatTuneInSays)
     EXPECT_EQ(claim.claimKey(), "K1"_s);
 }
 
-TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfEveryOperation)
+TEST_F(TuneInAccountRequestTest, PassesOnEveryFaultOfEveryOperation)
 {
     for (const Operation::Enum operation : AllOperations) {
         for (const Fault &expected : Faults) {
@@ -351,7 +351,7 @@ TEST_F(TuneInAccountRequestTest, passesOnEveryFaultOfEveryOperation)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, reportsABare403AsAFailedLoginOnlyForJoin)
+TEST_F(TuneInAccountRequestTest, ReportsABare403AsAFailedLoginOnlyForJoin)
 {
     answerAccount(fault("403"));
     for (const Operation::Enum operation : AllOperations) {
@@ -365,7 +365,7 @@ TEST_F(TuneInAccountRequestTest, reportsABare403AsAFailedLoginOnlyForJoin)
         expectFault(write(filledAccount(operation)), 0, "TuneIn request failed.");
 }
 
-TEST_F(TuneInAccountRequestTest, logsAWriteFromItsValueToItsReply)
+TEST_F(TuneInAccountRequestTest, LogsAWriteFromItsValueToItsReply)
 {
     VeskTuneInAccount account;
     account.setOperation(Operation::drop);
@@ -385,7 +385,7 @@ TEST_F(TuneInAccountRequestTest, logsAWriteFromItsValueToItsReply)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, logsTheErrorOfAWritesReply)
+TEST_F(TuneInAccountRequestTest, LogsTheErrorOfAWritesReply)
 {
     answerAccount(QByteArray(R"({"head":{"status":"200"},"body":[]})"));
     const Answer answer = write(filledAccount(Operation::auth));
@@ -394,7 +394,7 @@ TEST_F(TuneInAccountRequestTest, logsTheErrorOfAWritesReply)
             + printed(answer.error) + "'"_s);
 }
 
-TEST_F(TuneInAccountRequestTest, logsNoReplyWhenItsRequestFailed)
+TEST_F(TuneInAccountRequestTest, LogsNoReplyWhenItsRequestFailed)
 {
     answerAccount(fault("400", "validation.error"));
     write(filledAccount(Operation::drop));
@@ -402,7 +402,7 @@ TEST_F(TuneInAccountRequestTest, logsNoReplyWhenItsRequestFailed)
     EXPECT_THAT(log().lines().filter("processResponse"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, logsNoReplyBelowTrace)
+TEST_F(TuneInAccountRequestTest, LogsNoReplyBelowTrace)
 {
     log4cplus::Logger::getInstance("CB_TuneIn").setLogLevel(log4cplus::DEBUG_LOG_LEVEL);
     EXPECT_EQ(accountOf(write(filledAccount(Operation::drop))).operation(), Operation::drop);
@@ -410,7 +410,7 @@ TEST_F(TuneInAccountRequestTest, logsNoReplyBelowTrace)
     EXPECT_THAT(log().lines("TRACE"_s), IsEmpty());
 }
 
-TEST_F(TuneInAccountRequestTest, declinesAWriteOfAnotherRole)
+TEST_F(TuneInAccountRequestTest, DeclinesAWriteOfAnotherRole)
 {
     VeskValue value;
     value.setTuneInAccount(filledAccount(Operation::drop));
@@ -428,7 +428,7 @@ TEST_F(TuneInAccountRequestTest, declinesAWriteOfAnotherRole)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, ignoresThePathOfAWrite)
+TEST_F(TuneInAccountRequestTest, IgnoresThePathOfAWrite)
 {
     VeskValue value;
     value.setTuneInAccount(filledAccount(Operation::drop));
@@ -437,7 +437,7 @@ TEST_F(TuneInAccountRequestTest, ignoresThePathOfAWrite)
     expectAccountRequests({DropLine});
 }
 
-TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)
+TEST_F(TuneInAccountRequestTest, RefusesAValueThatIsNoAccount)
 {
     const QVariant values[] = {QVariant(), "drop"_s, 115, QVariantList {115}, QVariantHash(),
         VeskValue::fromString("drop"_s), VeskValue::fromInt(4),
@@ -453,7 +453,7 @@ TEST_F(TuneInAccountRequestTest, refusesAValueThatIsNoAccount)
     expectAccountRequests({});
 }
 
-TEST_F(TuneInAccountRequestTest, acceptsTheTypeAsNumberOrText)
+TEST_F(TuneInAccountRequestTest, AcceptsTheTypeAsNumberOrText)
 {
     const QVariantHash account {
         {"operation"_s, "drop"_s}, {"userName"_s, "me"_s}, {"password"_s, "sesame"_s}};
@@ -469,7 +469,7 @@ TEST_F(TuneInAccountRequestTest, acceptsTheTypeAsNumberOrText)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, reportsAWriteThatReachesNoServer)
+TEST_F(TuneInAccountRequestTest, ReportsAWriteThatReachesNoServer)
 {
     closeAccountServer();
     for (const Operation::Enum operation : AllOperations)
@@ -477,7 +477,7 @@ TEST_F(TuneInAccountRequestTest, reportsAWriteThatReachesNoServer)
     EXPECT_EQ(server().connections(), 0);
 }
 
-TEST_F(TuneInAccountRequestTest, reportsAnAnswerThatIsNoJson)
+TEST_F(TuneInAccountRequestTest, ReportsAnAnswerThatIsNoJson)
 {
     for (const char *body : {"<html>403 Forbidden</html>", "{\"head\":", "\x00\x01"}) {
         answerAccount(QByteArray(body, int(qMax(qstrlen(body), 1u))));
@@ -486,7 +486,7 @@ TEST_F(TuneInAccountRequestTest, reportsAnAnswerThatIsNoJson)
     }
 }
 
-TEST_F(TuneInAccountRequestTest, keepsNothingOfAWrite)
+TEST_F(TuneInAccountRequestTest, KeepsNothingOfAWrite)
 {
     write(filledAccount(Operation::auth));
     accountServer().clearRequests();

@@ -80,7 +80,7 @@ protected:
 
 // Dispatch
 
-TEST_F(TuneInAccountResponseTest, isLoggedWithItsOperation)
+TEST_F(TuneInAccountResponseTest, IsLoggedWithItsOperation)
 {
     for (const Operation::Enum operation : AllOperations) {
         processLogged(operation, Done);
@@ -90,7 +90,7 @@ TEST_F(TuneInAccountResponseTest, isLoggedWithItsOperation)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, isReadByTheReaderOfItsOperation)
+TEST_F(TuneInAccountResponseTest, IsReadByTheReaderOfItsOperation)
 {
     const QByteArray answer = screen(outline(R"(,"text":"t","key":"k","user_name":"u")"));
     EXPECT_EQ(accountOf(process(Operation::auth, answer)).userName(), "u"_s);
@@ -100,7 +100,7 @@ TEST_F(TuneInAccountResponseTest, isReadByTheReaderOfItsOperation)
         expectAccount(process(operation, answer), {{"operation"_s, int(operation)}});
 }
 
-TEST_F(TuneInAccountResponseTest, stopsAtAnUnknownOperation)
+TEST_F(TuneInAccountResponseTest, StopsAtAnUnknownOperation)
 {
     for (const int code : {0, 9, -1}) {
         EXPECT_DEATH(
@@ -110,7 +110,7 @@ TEST_F(TuneInAccountResponseTest, stopsAtAnUnknownOperation)
 
 // Operations that only succeed or fail
 
-TEST_F(TuneInAccountResponseTest, ofAPlainOperationCarriesTheOperationOnly)
+TEST_F(TuneInAccountResponseTest, OfAPlainOperationCarriesTheOperationOnly)
 {
     for (const Operation::Enum operation : PlainOperations) {
         expectAccount(processLogged(operation, Done), {{"operation"_s, int(operation)}});
@@ -119,13 +119,13 @@ TEST_F(TuneInAccountResponseTest, ofAPlainOperationCarriesTheOperationOnly)
     expectAccount(process(Operation::drop, Done), {{"operation"_s, 4}});
 }
 
-TEST_F(TuneInAccountResponseTest, ofAPlainOperationSucceedsOnlyWithStatus200)
+TEST_F(TuneInAccountResponseTest, OfAPlainOperationSucceedsOnlyWithStatus200)
 {
     for (const char *status : {"", " 200", "200 ", "201", "OK"})
         expectError(process(Operation::drop, fault(status)), "TuneIn request failed.", ":0");
 }
 
-TEST_F(TuneInAccountResponseTest, ofAPlainOperationFailsWithTheFaultForThatOperation)
+TEST_F(TuneInAccountResponseTest, OfAPlainOperationFailsWithTheFaultForThatOperation)
 {
     for (const Operation::Enum operation : PlainOperations) {
         expectError(process(operation, fault("403")),
@@ -138,7 +138,7 @@ TEST_F(TuneInAccountResponseTest, ofAPlainOperationFailsWithTheFaultForThatOpera
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAPlainOperationIsLoggedWhenItFails)
+TEST_F(TuneInAccountResponseTest, OfAPlainOperationIsLoggedWhenItFails)
 {
     for (const Operation::Enum operation : PlainOperations) {
         processLogged(operation, fault("400", "validation.error", "Bad %1 %2"));
@@ -151,7 +151,7 @@ TEST_F(TuneInAccountResponseTest, ofAPlainOperationIsLoggedWhenItFails)
 
 // Authenticate
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationCarriesTheAccount)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationCarriesTheAccount)
 {
     expectAccount(process(Operation::auth, screen(Jane)),
         {{"operation"_s, 1}, {"accountId"_s, "a1"_s}, {"userName"_s, "jane"_s},
@@ -159,7 +159,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationCarriesTheAccount)
             {"email"_s, "jane@example.org"_s}});
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationReadsNumbersAsText)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationReadsNumbersAsText)
 {
     const VeskTuneInAccount account = accountOf(
         process(Operation::auth, screen(R"({"account_id":17,"session_id":5,"user_name":null})")));
@@ -168,7 +168,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationReadsNumbersAsText)
     EXPECT_EQ(account.userName(), QString());
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationIsLogged)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationIsLogged)
 {
     processLogged(Operation::auth, screen(Jane));
     EXPECT_THAT(log().lines(),
@@ -181,13 +181,13 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationIsLogged)
             "name: 'Doe', email: 'jane@example.org'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationMayHoldAnyElement)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationMayHoldAnyElement)
 {
     for (const QByteArray &answer : NotOutlines)
         EXPECT_EQ(accountOf(process(Operation::auth, answer)).operation(), Operation::auth);
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationHoldsExactlyOneElement)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationHoldsExactlyOneElement)
 {
     for (const QByteArray &answer : NotOne) {
         expectError(processLogged(Operation::auth, answer), "Invalid response!");
@@ -195,7 +195,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationHoldsExactlyOneElement)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAnAuthenticationFailsWithTheFaultOfNoOperation)
+TEST_F(TuneInAccountResponseTest, OfAnAuthenticationFailsWithTheFaultOfNoOperation)
 {
     expectError(process(Operation::auth, fault("403")), "Access forbidden.", ":0");
     expectError(process(Operation::auth, fault("401")), "TuneIn request failed.", ":0");
@@ -213,7 +213,7 @@ TEST_F(TuneInAccountResponseTest, ofAnAuthenticationFailsWithTheFaultOfNoOperati
 
 // Query
 
-TEST_F(TuneInAccountResponseTest, ofAQueryNamesTheLinkedAccount)
+TEST_F(TuneInAccountResponseTest, OfAQueryNamesTheLinkedAccount)
 {
     expectAccount(processLogged(Operation::query, screen(outline(R"(,"text":"jane")"))),
         {{"operation"_s, 5}, {"userName"_s, "jane"_s}});
@@ -224,7 +224,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryNamesTheLinkedAccount)
             "DEBUG Query 'account': associated account 'jane'."_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryMayHoldAnObjectInPlaceOfAList)
+TEST_F(TuneInAccountResponseTest, OfAQueryMayHoldAnObjectInPlaceOfAList)
 {
     EXPECT_EQ(
         accountOf(process(Operation::query,
@@ -233,7 +233,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryMayHoldAnObjectInPlaceOfAList)
         "jane"_s);
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryHoldsExactlyOneOutline)
+TEST_F(TuneInAccountResponseTest, OfAQueryHoldsExactlyOneOutline)
 {
     for (const QByteArray &answer : NotOne) {
         expectError(processLogged(Operation::query, answer), "Invalid response!");
@@ -245,7 +245,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryHoldsExactlyOneOutline)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryHasNoUserNameWhenNoAccountIsLinked)
+TEST_F(TuneInAccountResponseTest, OfAQueryHasNoUserNameWhenNoAccountIsLinked)
 {
     for (const char *status : {"400", "403", "", "500"}) {
         expectAccount(
@@ -256,7 +256,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryHasNoUserNameWhenNoAccountIsLinked)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryFailsForEveryOtherFault)
+TEST_F(TuneInAccountResponseTest, OfAQueryFailsForEveryOtherFault)
 {
     expectError(process(Operation::query, fault("403")), "Access forbidden.", ":0");
     for (const char *almost : {"validation_deviceNotAssociated", "validation.DeviceNotAssociated",
@@ -269,7 +269,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryFailsForEveryOtherFault)
                     "'validation.error'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAQueryPrefersItsStatusToItsFault)
+TEST_F(TuneInAccountResponseTest, OfAQueryPrefersItsStatusToItsFault)
 {
     expectAccount(process(Operation::query,
                       R"({"head":{"status":"200","fault_code":"validation.deviceNotAssociated"},)"
@@ -279,7 +279,7 @@ TEST_F(TuneInAccountResponseTest, ofAQueryPrefersItsStatusToItsFault)
 
 // Claim
 
-TEST_F(TuneInAccountResponseTest, ofAClaimCarriesItsMessageAndKey)
+TEST_F(TuneInAccountResponseTest, OfAClaimCarriesItsMessageAndKey)
 {
     expectAccount(
         processLogged(Operation::claim, screen(outline(R"(,"text":"Enter K1","key":"K1")"))),
@@ -292,7 +292,7 @@ TEST_F(TuneInAccountResponseTest, ofAClaimCarriesItsMessageAndKey)
             "DEBUG Query 'claim': message 'Enter K1', key: 'K1'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, ofAClaimHoldsExactlyOneOutline)
+TEST_F(TuneInAccountResponseTest, OfAClaimHoldsExactlyOneOutline)
 {
     for (const QByteArray &answer : NotOne) {
         expectError(processLogged(Operation::claim, answer), "Invalid response.");
@@ -304,7 +304,7 @@ TEST_F(TuneInAccountResponseTest, ofAClaimHoldsExactlyOneOutline)
     }
 }
 
-TEST_F(TuneInAccountResponseTest, ofAClaimFailsWithTheFaultOfNoOperation)
+TEST_F(TuneInAccountResponseTest, OfAClaimFailsWithTheFaultOfNoOperation)
 {
     expectError(process(Operation::claim, fault("403")), "Access forbidden.", ":0");
     expectError(process(Operation::claim, fault("400", "validation.deviceNotAssociated")),
@@ -316,7 +316,7 @@ TEST_F(TuneInAccountResponseTest, ofAClaimFailsWithTheFaultOfNoOperation)
                     "'validation.deviceExists'"_s));
 }
 
-TEST_F(TuneInAccountResponseTest, isLoggedWithItsPlaceholders)
+TEST_F(TuneInAccountResponseTest, IsLoggedWithItsPlaceholders)
 {
     processLogged(Operation::claim, screen(outline(R"(,"text":"%2 %1","key":"%1")")));
     EXPECT_THAT(log().lines("DEBUG"_s), ElementsAre("Query 'claim': message '%2 %1', key: '%1'"_s));

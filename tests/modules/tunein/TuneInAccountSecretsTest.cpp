@@ -88,7 +88,7 @@ private:
 
 } // namespace
 
-TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnOperationSucceeds)
+TEST_F(TuneInAccountSecretsTest, StayOutOfLogAndErrorsWhenAnOperationSucceeds)
 {
     answerAccount(TellTale);
     runAll(false);
@@ -102,7 +102,7 @@ TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnOperationSucceeds)
         accountOf(write(secretAccount(Operation::auth))).sessionId(), QString::fromLatin1(Session));
 }
 
-TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenTuneInRefuses)
+TEST_F(TuneInAccountSecretsTest, StayOutOfLogAndErrorsWhenTuneInRefuses)
 {
     for (const char *code : {"validation.password", "validation.error", ""}) {
         for (const char *status : {"400", "403"}) {
@@ -114,7 +114,7 @@ TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenTuneInRefuses)
     expectSilence();
 }
 
-TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnExchangeFails)
+TEST_F(TuneInAccountSecretsTest, StayOutOfLogAndErrorsWhenAnExchangeFails)
 {
     answerAccount(QByteArray("{\"session_id\":\"" + Session + "\""));
     runAll(true);
@@ -140,7 +140,7 @@ TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAnExchangeFails)
     expectSilence();
 }
 
-TEST_F(TuneInAccountSecretsTest, stayOutOfLogAndErrorsWhenAWriteIsRefused)
+TEST_F(TuneInAccountSecretsTest, StayOutOfLogAndErrorsWhenAWriteIsRefused)
 {
     VeskTuneInAccount half = secretAccount(Operation::auth);
     half.setUserName(QString());

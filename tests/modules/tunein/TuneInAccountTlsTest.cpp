@@ -25,31 +25,31 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInAccountTlsTest, sendsNothingToAServerOfAnUnknownAuthority)
+TEST_F(TuneInAccountTlsTest, SendsNothingToAServerOfAnUnknownAuthority)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Now, false);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, sendsNothingToAServerOfAnotherHost)
+TEST_F(TuneInAccountTlsTest, SendsNothingToAServerOfAnotherHost)
 {
     openAccountServer("opml.example.org");
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithAnExpiredCertificate)
+TEST_F(TuneInAccountTlsTest, SendsNothingToAServerWithAnExpiredCertificate)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Past);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithACertificateOfTheFuture)
+TEST_F(TuneInAccountTlsTest, SendsNothingToAServerWithACertificateOfTheFuture)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Future);
     expectNothingSent();
 }
 
-TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithoutTls)
+TEST_F(TuneInAccountTlsTest, SendsNothingToAServerWithoutTls)
 {
     HttpClient::setConnectTo(
         {"opml.radiotime.com:443:127.0.0.1:"_s + QString::number(server().port())});
@@ -59,7 +59,7 @@ TEST_F(TuneInAccountTlsTest, sendsNothingToAServerWithoutTls)
     expectRequests({});
 }
 
-TEST_F(TuneInAccountTlsTest, followsNoRedirectToPlainHttp)
+TEST_F(TuneInAccountTlsTest, FollowsNoRedirectToPlainHttp)
 {
     for (const int code : {301, 302, 303, 307, 308}) {
         ScriptedServer::Response response;
@@ -73,7 +73,7 @@ TEST_F(TuneInAccountTlsTest, followsNoRedirectToPlainHttp)
     }
 }
 
-TEST_F(TuneInAccountTlsTest, worksAgainOnceTheServerIsTrusted)
+TEST_F(TuneInAccountTlsTest, WorksAgainOnceTheServerIsTrusted)
 {
     openAccountServer("opml.radiotime.com", TestAuthority::Past);
     EXPECT_FALSE(write(filledAccount(Operation::drop)).error.isEmpty());

@@ -77,21 +77,21 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInAccountUrlTest, sendsTheItemsOfEachOperationInTheirOrder)
+TEST_F(TuneInAccountUrlTest, SendsTheItemsOfEachOperationInTheirOrder)
 {
     start();
     for (const Items &sent : FilledItems)
         expectSent(filledAccount(sent.operation), sent.items);
 }
 
-TEST_F(TuneInAccountUrlTest, sendsEmptyInputsUnlessTheyAreOptional)
+TEST_F(TuneInAccountUrlTest, SendsEmptyInputsUnlessTheyAreOptional)
 {
     start();
     for (const Items &sent : EmptyItems)
         expectSent(emptyAccount(sent.operation), sent.items);
 }
 
-TEST_F(TuneInAccountUrlTest, leavesOutAnEmptyPartnerIdOfEachOperation)
+TEST_F(TuneInAccountUrlTest, LeavesOutAnEmptyPartnerIdOfEachOperation)
 {
     set(VeskTuneInPartnerIdPath(), QString());
     start();
@@ -101,7 +101,7 @@ TEST_F(TuneInAccountUrlTest, leavesOutAnEmptyPartnerIdOfEachOperation)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialOnlyWithOperationsThatHaveOne)
+TEST_F(TuneInAccountUrlTest, SendsAnEmptySerialOnlyWithOperationsThatHaveOne)
 {
     start();
     // Settings that were never loaded: load() always finds a serial.
@@ -122,7 +122,7 @@ TEST_F(TuneInAccountUrlTest, sendsAnEmptySerialOnlyWithOperationsThatHaveOne)
     expectAccountRequests({"POST /Account.ashx?render=json&c=query&serial="});
 }
 
-TEST_F(TuneInAccountUrlTest, sendsThePostalCodeOrCityAndCountry)
+TEST_F(TuneInAccountUrlTest, SendsThePostalCodeOrCityAndCountry)
 {
     start();
     const QByteArray start = "c=create&username=me&password=sesame&email=me%40example.org";
@@ -138,7 +138,7 @@ TEST_F(TuneInAccountUrlTest, sendsThePostalCodeOrCityAndCountry)
     expectSent(account, start + "&postalCode=10115");
 }
 
-TEST_F(TuneInAccountUrlTest, sendsTheUserNameAndEmailOfAResetWhenPresent)
+TEST_F(TuneInAccountUrlTest, SendsTheUserNameAndEmailOfAResetWhenPresent)
 {
     start();
     VeskTuneInAccount account = emptyAccount(Operation::reset);
@@ -152,7 +152,7 @@ TEST_F(TuneInAccountUrlTest, sendsTheUserNameAndEmailOfAResetWhenPresent)
     expectSent(account, "c=reset&username=me");
 }
 
-TEST_F(TuneInAccountUrlTest, sendsOnlyRenderAndOperationForAnEmptyReset)
+TEST_F(TuneInAccountUrlTest, SendsOnlyRenderAndOperationForAnEmptyReset)
 {
     set(VeskTuneInPartnerIdPath(), QString());
     start();
@@ -160,7 +160,7 @@ TEST_F(TuneInAccountUrlTest, sendsOnlyRenderAndOperationForAnEmptyReset)
     expectAccountRequests({"POST /Account.ashx?render=json&c=reset"});
 }
 
-TEST_F(TuneInAccountUrlTest, encodesReservedCharacters)
+TEST_F(TuneInAccountUrlTest, EncodesReservedCharacters)
 {
     start();
     VeskTuneInAccount account = emptyAccount(Operation::auth);
@@ -170,7 +170,7 @@ TEST_F(TuneInAccountUrlTest, encodesReservedCharacters)
         account, "c=auth&username=a%26c%3Ddrop%23%C3%A9&password=x%20y%2Bz%2541%3D%3F%2F%0D%0A");
 }
 
-TEST_F(TuneInAccountUrlTest, usesHttps)
+TEST_F(TuneInAccountUrlTest, UsesHttps)
 {
     start();
     for (const Items &sent : FilledItems) {
@@ -183,7 +183,7 @@ TEST_F(TuneInAccountUrlTest, usesHttps)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, failsForAUserNameOrAPasswordAlone)
+TEST_F(TuneInAccountUrlTest, FailsForAUserNameOrAPasswordAlone)
 {
     start();
     for (const Operation::Enum operation : AllOperations) {
@@ -200,7 +200,7 @@ TEST_F(TuneInAccountUrlTest, failsForAUserNameOrAPasswordAlone)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, failsForAnUnknownOperation)
+TEST_F(TuneInAccountUrlTest, FailsForAnUnknownOperation)
 {
     start();
     const struct {
@@ -216,13 +216,13 @@ TEST_F(TuneInAccountUrlTest, failsForAnUnknownOperation)
     }
 }
 
-TEST_F(TuneInAccountUrlTest, failsWithoutAnOperation)
+TEST_F(TuneInAccountUrlTest, FailsWithoutAnOperation)
 {
     start();
     expectRefused(VeskTuneInAccount(), "Unknown method");
 }
 
-TEST_F(TuneInAccountUrlTest, checksCredentialsBeforeTheOperation)
+TEST_F(TuneInAccountUrlTest, ChecksCredentialsBeforeTheOperation)
 {
     start();
     log().clear();
@@ -233,7 +233,7 @@ TEST_F(TuneInAccountUrlTest, checksCredentialsBeforeTheOperation)
         ElementsAre("TuneInAccountNode::setDataRequest: Failed to create query!"_s));
 }
 
-TEST_F(TuneInAccountUrlTest, leavesTheUrlUnchangedOnFailure)
+TEST_F(TuneInAccountUrlTest, LeavesTheUrlUnchangedOnFailure)
 {
     start();
     const VeskUrl before("http://before.example.org/?a=b"_s);

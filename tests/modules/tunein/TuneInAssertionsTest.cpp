@@ -41,12 +41,12 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInAssertionTest, stopsARequestWithoutWorker)
+TEST_F(TuneInAssertionTest, StopsARequestWithoutWorker)
 {
     EXPECT_ASSERTION(TuneInRequest(nullptr), "tiWorker != NULL");
 }
 
-TEST_F(TuneInAssertionTest, stopsNodesWithoutWorker)
+TEST_F(TuneInAssertionTest, StopsNodesWithoutWorker)
 {
     EXPECT_ASSERTION(TuneInBrowseNode::create(nullptr, path("TuneIn:x"_s)), "tiWorker");
     EXPECT_ASSERTION(
@@ -55,7 +55,7 @@ TEST_F(TuneInAssertionTest, stopsNodesWithoutWorker)
     EXPECT_ASSERTION(TuneInAddRemovePresetsNode::create(nullptr, path("TuneIn:x"_s)), "worker");
 }
 
-TEST_F(TuneInAssertionTest, stopsAnExchangeOfAnUnknownType)
+TEST_F(TuneInAssertionTest, StopsAnExchangeOfAnUnknownType)
 {
     VeskTuneInResponse response;
     EXPECT_ASSERTION(onWorker([&] {
@@ -65,7 +65,7 @@ TEST_F(TuneInAssertionTest, stopsAnExchangeOfAnUnknownType)
         "0");
 }
 
-TEST_F(TuneInAssertionTest, stopsAnExchangeThatIsStartedOnTheClientsOwnThread)
+TEST_F(TuneInAssertionTest, StopsAnExchangeThatIsStartedOnTheClientsOwnThread)
 {
     TuneInHttpClient *client = worker()->httpClient();
     const auto exchange
@@ -74,7 +74,7 @@ TEST_F(TuneInAssertionTest, stopsAnExchangeThatIsStartedOnTheClientsOwnThread)
         "called on another thread than the client's own");
 }
 
-TEST_F(TuneInAssertionTest, stopsCallsOfTheWorkersThreadOnOtherThreads)
+TEST_F(TuneInAssertionTest, StopsCallsOfTheWorkersThreadOnOtherThreads)
 {
     const char condition[] = "called on the object's thread";
     TuneInBrowseNode *node = browseNode();
@@ -83,26 +83,26 @@ TEST_F(TuneInAssertionTest, stopsCallsOfTheWorkersThreadOnOtherThreads)
     EXPECT_ASSERTION(worker()->sendDurationReport("s1"_s, 10, true), condition);
 }
 
-TEST_F(TuneInAssertionTest, stopsAStreamReportWithoutGuideIdAndUrl)
+TEST_F(TuneInAssertionTest, StopsAStreamReportWithoutGuideIdAndUrl)
 {
     EXPECT_ASSERTION(onWorker([&] { worker()->sendAutomaticStreamReport({}, {}, "broken"_s); }),
         "!guideId.isEmpty() || !streamUrl.isEmpty()");
 }
 
-TEST_F(TuneInAssertionTest, stopsADurationReportWithoutGuideId)
+TEST_F(TuneInAssertionTest, StopsADurationReportWithoutGuideId)
 {
     EXPECT_ASSERTION(
         onWorker([&] { worker()->sendDurationReport({}, 10, true); }), "!guideId.isEmpty()");
 }
 
-TEST_F(TuneInAssertionTest, stopsAScreenThatIsNotBelowBrowse)
+TEST_F(TuneInAssertionTest, StopsAScreenThatIsNotBelowBrowse)
 {
     TuneInBrowseNode *node = browseNode();
     EXPECT_ASSERTION(onWorker([&] { node->getRowsRequest(rowsRequest("TuneIn:other/browse"_s)); }),
         "requestPath.base().startsWith(\"browse\")");
 }
 
-TEST_F(TuneInAssertionTest, stopsASeparatorWithAReservedCharacterInItsKey)
+TEST_F(TuneInAssertionTest, StopsASeparatorWithAReservedCharacterInItsKey)
 {
     const char condition[] = "!element.key().contains(QRegExp(\"[_~]\"))";
     for (const char *key : {"a_b", "~1", "_"}) {
@@ -112,7 +112,7 @@ TEST_F(TuneInAssertionTest, stopsASeparatorWithAReservedCharacterInItsKey)
     }
 }
 
-TEST_F(TuneInAssertionTest, stopsAStreamChoiceWithoutMatchingPath)
+TEST_F(TuneInAssertionTest, StopsAStreamChoiceWithoutMatchingPath)
 {
     const QByteArray stream
         = R"({"element":"outline","type":"audio","text":"A","URL":"http://h/x"})";
@@ -121,14 +121,14 @@ TEST_F(TuneInAssertionTest, stopsAStreamChoiceWithoutMatchingPath)
         "!veskMatchingPath.isEmpty()");
 }
 
-TEST_F(TuneInAssertionTest, stopsAPresetWithoutGuideId)
+TEST_F(TuneInAssertionTest, StopsAPresetWithoutGuideId)
 {
     const QString entry = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse"_s;
     EXPECT_ASSERTION(data(entry, {"title"_s}), "!guideId.isEmpty()");
     EXPECT_ASSERTION(setData(entry, VeskRoles::Activate(), {}), "!guideId.isEmpty()");
 }
 
-TEST_F(TuneInAssertionTest, stopsAPresetWhoseMatchingPathIsEmpty)
+TEST_F(TuneInAssertionTest, StopsAPresetWhoseMatchingPathIsEmpty)
 {
     const QString entry = "TuneIn:browser_context/presets?veskMatchingPath="_s;
     EXPECT_ASSERTION(data(entry, {"title"_s}), "!guideId.isEmpty()");

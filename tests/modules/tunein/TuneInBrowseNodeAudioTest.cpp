@@ -91,7 +91,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInAudioRowTest, showsAStation)
+TEST_F(TuneInAudioRowTest, ShowsAStation)
 {
     const VeskRoles roles = row(Station);
     EXPECT_EQ(roles.title().toString(), "Example FM (Rock)"_s);
@@ -110,7 +110,7 @@ TEST_F(TuneInAudioRowTest, showsAStation)
     EXPECT_THAT(log().lines("TRACE"_s).filter("element: {"_s).size(), 1);
 }
 
-TEST_F(TuneInAudioRowTest, offersTheContextMenuOfAStation)
+TEST_F(TuneInAudioRowTest, OffersTheContextMenuOfAStation)
 {
     const VeskRoles context = row(Station).context();
     EXPECT_EQ(context.path(),
@@ -119,7 +119,7 @@ TEST_F(TuneInAudioRowTest, offersTheContextMenuOfAStation)
     EXPECT_EQ(context.containerType(), 100);
 }
 
-TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStation)
+TEST_F(TuneInAudioRowTest, CarriesTheMediaDataOfAStation)
 {
     const VeskMediaData media = row(Station).mediaData();
     const VeskMetaData meta = media.metaData();
@@ -146,7 +146,7 @@ TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStation)
     EXPECT_EQ(media.size(), 2);
 }
 
-TEST_F(TuneInAudioRowTest, showsAnEpisodeAsOnDemand)
+TEST_F(TuneInAudioRowTest, ShowsAnEpisodeAsOnDemand)
 {
     const VeskRoles roles = row(Episode);
     EXPECT_EQ(roles.audioType(), VeskRolesAudioType::None());
@@ -167,7 +167,7 @@ TEST_F(TuneInAudioRowTest, showsAnEpisodeAsOnDemand)
     EXPECT_FALSE(roles.mediaData().activeResource().contains("bitRate"_s));
 }
 
-TEST_F(TuneInAudioRowTest, showsAShowAsABroadcastWithoutContextMenu)
+TEST_F(TuneInAudioRowTest, ShowsAShowAsABroadcastWithoutContextMenu)
 {
     const VeskRoles roles = row(changed(Episode, "topic", "show").toUtf8());
     EXPECT_EQ(roles.audioType(), VeskRolesAudioType::AudioBroadcast());
@@ -177,7 +177,7 @@ TEST_F(TuneInAudioRowTest, showsAShowAsABroadcastWithoutContextMenu)
     EXPECT_FALSE(roles.mediaData().metaData().live());
 }
 
-TEST_F(TuneInAudioRowTest, readsTheSidOfShowsAndTopicsOnly)
+TEST_F(TuneInAudioRowTest, ReadsTheSidOfShowsAndTopicsOnly)
 {
     const VeskMetaData meta
         = row(changed(Station, "Tune.ashx?id=s1", "Tune.ashx?id=s1&sid=p1").toUtf8())
@@ -186,7 +186,7 @@ TEST_F(TuneInAudioRowTest, readsTheSidOfShowsAndTopicsOnly)
     EXPECT_FALSE(meta.contentPlayContextPath().hasParam("sid"_s));
 }
 
-TEST_F(TuneInAudioRowTest, warnsOfAnEpisodeWithoutSid)
+TEST_F(TuneInAudioRowTest, WarnsOfAnEpisodeWithoutSid)
 {
     const VeskRoles roles = row(changed(Episode, "&sid=p3", "").toUtf8());
     EXPECT_THAT(log().lines("WARN"_s),
@@ -194,7 +194,7 @@ TEST_F(TuneInAudioRowTest, warnsOfAnEpisodeWithoutSid)
     EXPECT_FALSE(roles.mediaData().metaData().contentPlayContextPath().hasParam("sid"_s));
 }
 
-TEST_F(TuneInAudioRowTest, namesTheStationInThePlayersMenu)
+TEST_F(TuneInAudioRowTest, NamesTheStationInThePlayersMenu)
 {
     const VeskMetaData meta
         = row(changed(Station, R"("item")", R"("station_id":"456","item")").toUtf8())
@@ -203,7 +203,7 @@ TEST_F(TuneInAudioRowTest, namesTheStationInThePlayersMenu)
     EXPECT_EQ(meta.contentPlayContextPath().param("stationId"_s), "456"_s);
 }
 
-TEST_F(TuneInAudioRowTest, keepsEmptyTextsInThePlayersMenu)
+TEST_F(TuneInAudioRowTest, KeepsEmptyTextsInThePlayersMenu)
 {
     const CMPath menu = row(R"({"element":"outline","type":"audio","URL":"http://h/x"})")
                             .mediaData()
@@ -216,7 +216,7 @@ TEST_F(TuneInAudioRowTest, keepsEmptyTextsInThePlayersMenu)
                 {"veskIcon"_s, QString()}}));
 }
 
-TEST_F(TuneInAudioRowTest, isLiveForStationsOnly)
+TEST_F(TuneInAudioRowTest, IsLiveForStationsOnly)
 {
     EXPECT_TRUE(row(Station).mediaData().metaData().live());
     EXPECT_FALSE(
@@ -225,7 +225,7 @@ TEST_F(TuneInAudioRowTest, isLiveForStationsOnly)
         row(changed(Station, "\"station\"", "\"url\"").toUtf8()).mediaData().metaData().live());
 }
 
-TEST_F(TuneInAudioRowTest, ignoresInvalidBitRates)
+TEST_F(TuneInAudioRowTest, IgnoresInvalidBitRates)
 {
     for (const char *bitrate : {"\"abc\"", "\"-1\"", "\"2147483647\"", "\"99999999999999\"", "\"\"",
              "128.5", "null", "[]"})
@@ -238,7 +238,7 @@ TEST_F(TuneInAudioRowTest, ignoresInvalidBitRates)
         0);
 }
 
-TEST_F(TuneInAudioRowTest, fallsBackToTheLowerCaseUrl)
+TEST_F(TuneInAudioRowTest, FallsBackToTheLowerCaseUrl)
 {
     EXPECT_EQ(row(R"({"element":"outline","type":"audio","url":"http://h/x?a=%20b"})")
                   .mediaData()
@@ -247,7 +247,7 @@ TEST_F(TuneInAudioRowTest, fallsBackToTheLowerCaseUrl)
         "http://h/x?a=%20b"_s);
 }
 
-TEST_F(TuneInAudioRowTest, fetchesGenreNamesOnce)
+TEST_F(TuneInAudioRowTest, FetchesGenreNamesOnce)
 {
     row(Station);
     expectRequests({"GET /Browse.ashx?c=x&" + CommonItems, GenresRequest});
@@ -260,7 +260,7 @@ TEST_F(TuneInAudioRowTest, fetchesGenreNamesOnce)
     EXPECT_THAT(server().requestLines(), Not(Contains(GenresRequest)));
 }
 
-TEST_F(TuneInAudioRowTest, sendsAnEmptyPartnerIdForGenreNames)
+TEST_F(TuneInAudioRowTest, SendsAnEmptyPartnerIdForGenreNames)
 {
     stop();
     set(VeskTuneInPartnerIdPath(), QString());
@@ -270,13 +270,13 @@ TEST_F(TuneInAudioRowTest, sendsAnEmptyPartnerIdForGenreNames)
         Contains("GET /Describe.ashx?c=genres&partnerId=&serial=ABC&render=json"));
 }
 
-TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesWithoutAGenre)
+TEST_F(TuneInAudioRowTest, FetchesNoGenreNamesWithoutAGenre)
 {
     EXPECT_EQ(row(Episode).mediaData().metaData().genre(), QString());
     EXPECT_THAT(server().requestLines(), Not(Contains(GenresRequest)));
 }
 
-TEST_F(TuneInAudioRowTest, waitsTenSecondsBeforeItAsksForGenreNamesAgain)
+TEST_F(TuneInAudioRowTest, WaitsTenSecondsBeforeItAsksForGenreNamesAgain)
 {
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     EXPECT_EQ(row(Station).mediaData().metaData().genre(), QString());
@@ -295,7 +295,7 @@ TEST_F(TuneInAudioRowTest, waitsTenSecondsBeforeItAsksForGenreNamesAgain)
     EXPECT_THAT(server().requestLines(), Contains(GenresRequest).Times(2));
 }
 
-TEST_F(TuneInAudioRowTest, sharesTheWaitForGenreNamesBetweenNodes)
+TEST_F(TuneInAudioRowTest, SharesTheWaitForGenreNamesBetweenNodes)
 {
     answer("/Describe.ashx", QByteArray(R"({"head":{"status":"500"},"body":[]})"));
     row(Station);
@@ -311,7 +311,7 @@ TEST_F(TuneInAudioRowTest, sharesTheWaitForGenreNamesBetweenNodes)
     expectRequests({"GET /Browse.ashx?c=x&" + CommonItems});
 }
 
-TEST_F(TuneInAudioRowTest, fetchesGenreNamesAgainWhenTheListWasEmpty)
+TEST_F(TuneInAudioRowTest, FetchesGenreNamesAgainWhenTheListWasEmpty)
 {
     answer("/Describe.ashx", screen({}));
     row(Station);
@@ -320,7 +320,7 @@ TEST_F(TuneInAudioRowTest, fetchesGenreNamesAgainWhenTheListWasEmpty)
     EXPECT_THAT(server().requestLines(), Contains(GenresRequest).Times(2));
 }
 
-TEST_F(TuneInAudioRowTest, makesTheBrowseNodePlayable)
+TEST_F(TuneInAudioRowTest, MakesTheBrowseNodePlayable)
 {
     EXPECT_FALSE(role("TuneIn:browse"_s, "playable"_s).toBool());
     row(R"({"element":"outline","type":"link","text":"x"})");
@@ -331,7 +331,7 @@ TEST_F(TuneInAudioRowTest, makesTheBrowseNodePlayable)
     EXPECT_TRUE(role("TuneIn:browse"_s, "playable"_s).toBool());
 }
 
-TEST_F(TuneInAudioRowTest, offersTheChoiceOfAStationsStreams)
+TEST_F(TuneInAudioRowTest, OffersTheChoiceOfAStationsStreams)
 {
     const VeskRoles roles = row(
         R"({"element":"outline","type":"audio","text":"128k MP3","subtext":"sub","guide_id":"e5","bitrate":"128",)"
@@ -364,7 +364,7 @@ TEST_F(TuneInAudioRowTest, offersTheChoiceOfAStationsStreams)
         "http://opml.radiotime.com/Tune.ashx?id=e5&sid=s1"_s);
 }
 
-TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStationInAStreamChoice)
+TEST_F(TuneInAudioRowTest, CarriesTheMediaDataOfAStationInAStreamChoice)
 {
     const VeskRoles roles
         = row(changed(Station, R"("item")", R"("station_id":"456","item")").toUtf8(), ChoiceScreen);
@@ -384,7 +384,7 @@ TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfAStationInAStreamChoice)
     expectEpisode(episode.mediaData().metaData());
 }
 
-TEST_F(TuneInAudioRowTest, treatsOtherTuneScreensAsNormal)
+TEST_F(TuneInAudioRowTest, TreatsOtherTuneScreensAsNormal)
 {
     const QString shown = path("TuneIn:browse"_s,
         {{"veskTuneInMethod"_s, "tune"_s}, {"c"_s, "pbrowse"_s},
@@ -396,7 +396,7 @@ TEST_F(TuneInAudioRowTest, treatsOtherTuneScreensAsNormal)
         "fetchAvailableStreams"_s);
 }
 
-TEST_F(TuneInAudioRowTest, offersAStreamChoiceOnlyAtTheRoot)
+TEST_F(TuneInAudioRowTest, OffersAStreamChoiceOnlyAtTheRoot)
 {
     // None of these has the matching path that a stream choice needs.
     for (const char *shown : {"TuneIn:browse/other?veskTuneInMethod=tune&c=ebrowse&guideId=s1",
@@ -413,7 +413,7 @@ TEST_F(TuneInAudioRowTest, offersAStreamChoiceOnlyAtTheRoot)
         Contains("isAvailableStreamBrowsing: 0, directStreamBrowsing: 0"_s).Times(3));
 }
 
-TEST_F(TuneInAudioRowTest, playsTheStreamsOfTheTestSearchDirectly)
+TEST_F(TuneInAudioRowTest, PlaysTheStreamsOfTheTestSearchDirectly)
 {
     const QString shown = "TuneIn:browse/uri/Search.ashx?query=aa2"_s;
     const VeskRoles roles = row(Station, shown);
@@ -432,7 +432,7 @@ TEST_F(TuneInAudioRowTest, playsTheStreamsOfTheTestSearchDirectly)
     EXPECT_EQ(media.activeResource().uri(), "http://opml.radiotime.com/Tune.ashx?id=s1"_s);
 }
 
-TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfADirectStream)
+TEST_F(TuneInAudioRowTest, CarriesTheMediaDataOfADirectStream)
 {
     const QString shown = "TuneIn:browse/uri/Search.ashx?query=aa2"_s;
     const VeskMetaData meta
@@ -452,7 +452,7 @@ TEST_F(TuneInAudioRowTest, carriesTheMediaDataOfADirectStream)
     expectEpisode(episode.mediaData().metaData());
 }
 
-TEST_F(TuneInAudioRowTest, identifiesDirectStreamsByTheirIndex)
+TEST_F(TuneInAudioRowTest, IdentifiesDirectStreamsByTheirIndex)
 {
     answer("/Search.ashx",
         screen(R"({"element":"outline","type":"text"},)" + Station + "," + Station));
@@ -461,7 +461,7 @@ TEST_F(TuneInAudioRowTest, identifiesDirectStreamsByTheirIndex)
             "TuneIn:browse?veskDirectStream=2"_s}));
 }
 
-TEST_F(TuneInAudioRowTest, playsOtherSearchesNormally)
+TEST_F(TuneInAudioRowTest, PlaysOtherSearchesNormally)
 {
     for (const char *shown : {"TuneIn:browse/uri/Search.ashx?query=aa1",
              "TuneIn:browse/uri/Search.ashx?query=AA2", "TuneIn:browse/uri/Browse.ashx?query=aa2",
@@ -470,7 +470,7 @@ TEST_F(TuneInAudioRowTest, playsOtherSearchesNormally)
             << shown;
 }
 
-TEST_F(TuneInAudioRowTest, showsSearchResultsLikeOtherScreens)
+TEST_F(TuneInAudioRowTest, ShowsSearchResultsLikeOtherScreens)
 {
     const VeskRoles station = row(Station);
     const VeskRoles episode = row(Episode);
@@ -490,7 +490,7 @@ TEST_F(TuneInAudioRowTest, showsSearchResultsLikeOtherScreens)
     }
 }
 
-TEST_F(TuneInAudioRowTest, carriesTheServiceIdOfTheConfigurationOnEveryScreen)
+TEST_F(TuneInAudioRowTest, CarriesTheServiceIdOfTheConfigurationOnEveryScreen)
 {
     stop();
     start({{VeskService_Id(), "radio-2"_s}});
@@ -507,7 +507,7 @@ TEST_F(TuneInAudioRowTest, carriesTheServiceIdOfTheConfigurationOnEveryScreen)
     }
 }
 
-TEST_F(TuneInAudioRowTest, keepsPlaceholdersAndEscapesInTexts)
+TEST_F(TuneInAudioRowTest, KeepsPlaceholdersAndEscapesInTexts)
 {
     const QByteArray element = changed(Station, "Example FM (Rock)", "100%25 %1 & ?=#+").toUtf8();
     const VeskRoles roles = row(element);
@@ -516,7 +516,7 @@ TEST_F(TuneInAudioRowTest, keepsPlaceholdersAndEscapesInTexts)
         "100%25 %1 & ?=#+"_s);
 }
 
-TEST_F(TuneInAudioRowTest, fetchesNoGenreNamesInTheFirstTenSecondsOfTheClock)
+TEST_F(TuneInAudioRowTest, FetchesNoGenreNamesInTheFirstTenSecondsOfTheClock)
 {
     // In a process of its own, which has not requested genres yet.
     EXPECT_EXIT(

@@ -43,7 +43,7 @@ using TuneInRowsFavoritesTest = TuneInRowsTest;
 
 } // namespace
 
-TEST_F(TuneInRowsSeparatorTest, areFoldersWithoutASingleList)
+TEST_F(TuneInRowsSeparatorTest, AreFoldersWithoutASingleList)
 {
     const RowsAnswer answer
         = show(section("Stations", "stations", text("a")) + "," + section("Shows", "", text("b")),
@@ -63,7 +63,7 @@ TEST_F(TuneInRowsSeparatorTest, areFoldersWithoutASingleList)
     EXPECT_THAT(log().lines().filter("SEPARATOR (END)"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsSeparatorTest, openTheirChildrenAsFolders)
+TEST_F(TuneInRowsSeparatorTest, OpenTheirChildrenAsFolders)
 {
     const QByteArray elements = section("Stations", "stations", text("a") + "," + text("b")) + ","
         + section("Shows", "", text("c"));
@@ -71,7 +71,7 @@ TEST_F(TuneInRowsSeparatorTest, openTheirChildrenAsFolders)
     EXPECT_EQ(titles(elements, folder("~1"_s).toEncoded()), QStringList("c"_s));
 }
 
-TEST_F(TuneInRowsSeparatorTest, areHeadersFollowedByTheirChildrenInASingleList)
+TEST_F(TuneInRowsSeparatorTest, AreHeadersFollowedByTheirChildrenInASingleList)
 {
     singleList();
     const RowsAnswer answer = show(section("Stations", "stations", text("a") + "," + text("b"))
@@ -88,7 +88,7 @@ TEST_F(TuneInRowsSeparatorTest, areHeadersFollowedByTheirChildrenInASingleList)
     EXPECT_THAT(log().lines("TRACE"_s).filter("navigation: '', maxLevel: 0, url: '"_s).size(), 2);
 }
 
-TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelowInASingleList)
+TEST_F(TuneInRowsSeparatorTest, AreExpandedOnTwoLevelsAndFoldersBelowInASingleList)
 {
     singleList();
     const RowsAnswer answer = show(
@@ -100,7 +100,7 @@ TEST_F(TuneInRowsSeparatorTest, areExpandedOnTwoLevelsAndFoldersBelowInASingleLi
     EXPECT_EQ(CMPath::fromEncoded(answer.rows.at(2).at(2).toString()), folder("three"_s));
 }
 
-TEST_F(TuneInRowsSeparatorTest, joinNavigationWithASemicolonThatDoesNotResolve)
+TEST_F(TuneInRowsSeparatorTest, JoinNavigationWithASemicolonThatDoesNotResolve)
 {
     const QByteArray elements = section("One", "one",
         section("Two", "two", text("deep")) + "," + section("Three", "", text("deep")));
@@ -114,7 +114,7 @@ TEST_F(TuneInRowsSeparatorTest, joinNavigationWithASemicolonThatDoesNotResolve)
         log().lines("ERROR"_s), ElementsAre("Invalid navigation: key 'one;two' not found"_s));
 }
 
-TEST_F(TuneInRowsSeparatorTest, areLookedUpAgainWithTheSameNavigationInASingleList)
+TEST_F(TuneInRowsSeparatorTest, AreLookedUpAgainWithTheSameNavigationInASingleList)
 {
     singleList();
     const QByteArray elements = section("One", "one",
@@ -125,14 +125,14 @@ TEST_F(TuneInRowsSeparatorTest, areLookedUpAgainWithTheSameNavigationInASingleLi
     EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Invalid navigation: key 'one' not found"_s));
 }
 
-TEST_F(TuneInRowsSeparatorTest, withoutChildrenAreLoneHeadersInASingleList)
+TEST_F(TuneInRowsSeparatorTest, WithoutChildrenAreLoneHeadersInASingleList)
 {
     singleList();
     EXPECT_EQ(titles(R"({"element":"outline","text":"Empty","key":"e"},)" + text("x")),
         QStringList({"Empty"_s, "x"_s}));
 }
 
-TEST_F(TuneInRowsNavigationTest, takesAnIndexOrAKey)
+TEST_F(TuneInRowsNavigationTest, TakesAnIndexOrAKey)
 {
     const QByteArray elements = text("0") + "," + text("1") + ","
         + section("C", "music", section("D", "", text("d")) + "," + text("e"));
@@ -144,14 +144,14 @@ TEST_F(TuneInRowsNavigationTest, takesAnIndexOrAKey)
     EXPECT_EQ(titles(elements, folder("~02"_s).toEncoded()), QStringList({"D"_s, "e"_s}));
 }
 
-TEST_F(TuneInRowsNavigationTest, takesTheFirstMatch)
+TEST_F(TuneInRowsNavigationTest, TakesTheFirstMatch)
 {
     EXPECT_EQ(titles(section("A", "k", text("first")) + "," + section("B", "k", text("second")),
                   folder("k"_s).toEncoded()),
         QStringList("first"_s));
 }
 
-TEST_F(TuneInRowsNavigationTest, thatDoesNotResolveIsAnEmptyScreen)
+TEST_F(TuneInRowsNavigationTest, ThatDoesNotResolveIsAnEmptyScreen)
 {
     const QByteArray elements
         = section("A", "a", text("x")) + "," + section("B", "b", text("y")) + "," + text("z");
@@ -163,7 +163,7 @@ TEST_F(TuneInRowsNavigationTest, thatDoesNotResolveIsAnEmptyScreen)
     }
 }
 
-TEST_F(TuneInRowsNavigationTest, keepsItsEmptyParts)
+TEST_F(TuneInRowsNavigationTest, KeepsItsEmptyParts)
 {
     const QByteArray elements = section("A", "a", text("x"));
     for (const char *navigation : {"_a", "_", "a_"}) {
@@ -176,13 +176,13 @@ TEST_F(TuneInRowsNavigationTest, keepsItsEmptyParts)
         QStringList("x"_s));
 }
 
-TEST_F(TuneInRowsNavigationTest, intoAnElementWithoutChildrenIsAnEmptyScreen)
+TEST_F(TuneInRowsNavigationTest, IntoAnElementWithoutChildrenIsAnEmptyScreen)
 {
     EXPECT_THAT(titles(text("x"), folder("~0"_s).toEncoded()), IsEmpty());
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsNavigationTest, worksInMethodScreens)
+TEST_F(TuneInRowsNavigationTest, WorksInMethodScreens)
 {
     const QByteArray elements = section("Stations", "stations", text("a") + "," + text("b")) + ","
         + section("Shows", "", text("c"));
@@ -206,7 +206,7 @@ TEST_F(TuneInRowsNavigationTest, worksInMethodScreens)
     expectRequests({found, found, found, "GET /Tune.ashx?id=p1&" + CommonItems});
 }
 
-TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
+TEST_F(TuneInRowsFavoritesTest, ComeFirstOnARootScreenWithoutThem)
 {
     const RowsAnswer answer
         = show(Link, {"title"_s, "path"_s, "type"_s, "icon"_s}, "TuneIn:browse"_s);
@@ -223,7 +223,7 @@ TEST_F(TuneInRowsFavoritesTest, comeFirstOnARootScreenWithoutThem)
             "Browsing root and there is no folder 'My Presets' in it, so adding it at the first position ..."_s));
 }
 
-TEST_F(TuneInRowsFavoritesTest, areTitledInTheUsersLanguage)
+TEST_F(TuneInRowsFavoritesTest, AreTitledInTheUsersLanguage)
 {
     const ContextTranslator translator;
     const RowsAnswer answer = show(Link, {"title"_s, "path"_s}, "TuneIn:browse"_s);
@@ -232,25 +232,25 @@ TEST_F(TuneInRowsFavoritesTest, areTitledInTheUsersLanguage)
         "TuneIn|My Favorites"_s);
 }
 
-TEST_F(TuneInRowsFavoritesTest, areNotAddedTwice)
+TEST_F(TuneInRowsFavoritesTest, AreNotAddedTwice)
 {
     EXPECT_EQ(
         titles(Link + "," + presets(), "TuneIn:browse"_s), QStringList({"Music"_s, "Favorites"_s}));
     EXPECT_THAT(log().lines("INFO"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsFavoritesTest, areNotAddedToAnEmptyRoot)
+TEST_F(TuneInRowsFavoritesTest, AreNotAddedToAnEmptyRoot)
 {
     EXPECT_THAT(titles({}, "TuneIn:browse"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsFavoritesTest, areNotAddedElsewhere)
+TEST_F(TuneInRowsFavoritesTest, AreNotAddedElsewhere)
 {
     EXPECT_EQ(titles(Link, "TuneIn:browse/uri/Browse.ashx"_s), QStringList("Music"_s));
     EXPECT_EQ(titles(Link, screenPath()), QStringList("Music"_s));
 }
 
-TEST_F(TuneInRowsFavoritesTest, countInTheIndicesOfTheRootScreen)
+TEST_F(TuneInRowsFavoritesTest, CountInTheIndicesOfTheRootScreen)
 {
     const RowsAnswer answer
         = show(section("A", "", text("x")), {"title"_s, "path"_s}, "TuneIn:browse"_s);
@@ -259,7 +259,7 @@ TEST_F(TuneInRowsFavoritesTest, countInTheIndicesOfTheRootScreen)
         CMPath::fromEncoded(answer.rows.at(1).at(1).toString()).param("veskNavigation"_s), "~1"_s);
 }
 
-TEST_F(TuneInRowsFavoritesTest, areAddedToTheSectionsOfARootInASingleListToo)
+TEST_F(TuneInRowsFavoritesTest, AreAddedToTheSectionsOfARootInASingleListToo)
 {
     singleList();
     EXPECT_EQ(

@@ -30,7 +30,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInBrowseRolesTest, preferTheDisplayNameAsTitle)
+TEST_F(TuneInBrowseRolesTest, PreferTheDisplayNameAsTitle)
 {
     EXPECT_EQ(title("?veskDisplayName=Music"_s).toString(), "Music"_s);
     EXPECT_EQ(title("?veskDisplayName=Music&veskTuneInMethod=tune"_s).toString(), "Music"_s);
@@ -38,7 +38,7 @@ TEST_F(TuneInBrowseRolesTest, preferTheDisplayNameAsTitle)
         "Rock & Pop"_s);
 }
 
-TEST_F(TuneInBrowseRolesTest, titleAMethodsScreen)
+TEST_F(TuneInBrowseRolesTest, TitleAMethodsScreen)
 {
     const QString context = trExtractContext(RoleSignature);
     EXPECT_EQ(title("?veskTuneInMethod=tune"_s), TrString(context, "Choose stream"_s));
@@ -48,7 +48,7 @@ TEST_F(TuneInBrowseRolesTest, titleAMethodsScreen)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInBrowseRolesTest, titleAnUnknownMethodByItsName)
+TEST_F(TuneInBrowseRolesTest, TitleAnUnknownMethodByItsName)
 {
     EXPECT_EQ(title("?veskTuneInMethod=dance"_s).toString(), "TuneIn-dance"_s);
     ASSERT_EQ(log().lines("ERROR"_s).size(), 1);
@@ -56,14 +56,14 @@ TEST_F(TuneInBrowseRolesTest, titleAnUnknownMethodByItsName)
         log().lines("ERROR"_s).constFirst().startsWith("getRoleData: unknown method: 'dance"_s));
 }
 
-TEST_F(TuneInBrowseRolesTest, titleOtherScreens)
+TEST_F(TuneInBrowseRolesTest, TitleOtherScreens)
 {
     EXPECT_EQ(title(QString()).sourceText(), "TuneIn"_s);
     EXPECT_EQ(title("/uri/Browse.ashx?c=music"_s).sourceText(), "TuneIn"_s);
     EXPECT_EQ(title("?veskDisplayName=&veskTuneInMethod="_s).sourceText(), "TuneIn"_s);
 }
 
-TEST_F(TuneInBrowseRolesTest, offerToCancelAStreamChoice)
+TEST_F(TuneInBrowseRolesTest, OfferToCancelAStreamChoice)
 {
     const VeskRoles cancel(
         VeskHash(role("TuneIn:browse?veskTuneInMethod=tune"_s, "cancel"_s).toHash()));
@@ -73,7 +73,7 @@ TEST_F(TuneInBrowseRolesTest, offerToCancelAStreamChoice)
     EXPECT_EQ(role("TuneIn:browse"_s, "cancel"_s), plain("cancel"_s));
 }
 
-TEST_F(TuneInBrowseRolesTest, offerTheSearchAtTheRootOnly)
+TEST_F(TuneInBrowseRolesTest, OfferTheSearchAtTheRootOnly)
 {
     const VeskRoles search(VeskHash(role("TuneIn:browse"_s, "search"_s).toHash()));
     EXPECT_EQ(search.path(), path("TuneIn:searches"_s));
@@ -86,14 +86,14 @@ TEST_F(TuneInBrowseRolesTest, offerTheSearchAtTheRootOnly)
         EXPECT_TRUE(role(QLatin1String(screen), "search"_s).isNull()) << screen;
 }
 
-TEST_F(TuneInBrowseRolesTest, showActivityInAStreamChoice)
+TEST_F(TuneInBrowseRolesTest, ShowActivityInAStreamChoice)
 {
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "activity"_s), QVariant(true));
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=search"_s, "activity"_s), plain("activity"_s));
     EXPECT_NE(plain("activity"_s), QVariant(true));
 }
 
-TEST_F(TuneInBrowseRolesTest, leaveOtherRolesToTheContainer)
+TEST_F(TuneInBrowseRolesTest, LeaveOtherRolesToTheContainer)
 {
     EXPECT_EQ(role("TuneIn:browse?veskTuneInMethod=tune"_s, "type"_s).toInt(),
         VeskRolesType::Container());

@@ -19,7 +19,7 @@ using TuneInRowsLinkTest = TuneInRowsTest;
 
 } // namespace
 
-TEST_F(TuneInRowsTest, reportAnEmptyBody)
+TEST_F(TuneInRowsTest, ReportAnEmptyBody)
 {
     answerAll(QByteArray());
     start();
@@ -31,7 +31,7 @@ TEST_F(TuneInRowsTest, reportAnEmptyBody)
     EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Received empty data!"_s));
 }
 
-TEST_F(TuneInRowsTest, reportJsonThatDoesNotParse)
+TEST_F(TuneInRowsTest, ReportJsonThatDoesNotParse)
 {
     const QByteArray broken = R"({"head":)";
     answerAll(broken);
@@ -46,7 +46,7 @@ TEST_F(TuneInRowsTest, reportJsonThatDoesNotParse)
         ElementsAre("Failed to parse data, error: "_s + printed(parseError) + R"({"head":)"_s));
 }
 
-TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOfTuneIn)
+TEST_F(TuneInRowsTest, AreEmptyWithoutErrorForAFaultOfTuneIn)
 {
     answerAll(
         QByteArray(
@@ -65,7 +65,7 @@ TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOfTuneIn)
                  "const QString&): faultCode: 'request.idInvalid'"_s));
 }
 
-TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOnTheRootScreen)
+TEST_F(TuneInRowsTest, AreEmptyWithoutErrorForAFaultOnTheRootScreen)
 {
     answerAll(QByteArray(R"({"head":{"status":"403","fault":"No partner"},"body":[)")
         + text("never shown") + "]}");
@@ -83,7 +83,7 @@ TEST_F(TuneInRowsTest, areEmptyWithoutErrorForAFaultOnTheRootScreen)
     }
 }
 
-TEST_F(TuneInRowsTest, areEmptyForAStatusThatIsNotExactly200)
+TEST_F(TuneInRowsTest, AreEmptyForAStatusThatIsNotExactly200)
 {
     for (const char *head : {R"({"status":"200 "})", R"({})", "null", "[]", R"({"status":null})"}) {
         answerAll(QByteArray(R"({"head":)") + head + R"(,"body":[)" + text("x") + "]}");
@@ -95,7 +95,7 @@ TEST_F(TuneInRowsTest, areEmptyForAStatusThatIsNotExactly200)
     }
 }
 
-TEST_F(TuneInRowsTest, logWhatIsParsed)
+TEST_F(TuneInRowsTest, LogWhatIsParsed)
 {
     const QByteArray body = screen(text("x"));
     show(text("x"));
@@ -111,7 +111,7 @@ TEST_F(TuneInRowsTest, logWhatIsParsed)
             + QLatin1String(CommonItems) + "'"_s));
 }
 
-TEST_F(TuneInRowsTest, answerTheRolesInTheOrderOfTheRequest)
+TEST_F(TuneInRowsTest, AnswerTheRolesInTheOrderOfTheRequest)
 {
     const RowsAnswer answer
         = show(Link, {"path"_s, "icon"_s, "title"_s, "nothingKnown"_s, "title"_s});
@@ -126,7 +126,7 @@ TEST_F(TuneInRowsTest, answerTheRolesInTheOrderOfTheRequest)
     EXPECT_EQ(row.at(4), row.at(2));
 }
 
-TEST_F(TuneInRowsTest, areNullsForAnUnknownElement)
+TEST_F(TuneInRowsTest, AreNullsForAnUnknownElement)
 {
     const RowsAnswer answer = show(R"({"element":"outline","type":"object","text":"a"},)"
                                    R"({"element":"station","type":"link","text":"b"},{},)"
@@ -149,7 +149,7 @@ TEST_F(TuneInRowsTest, areNullsForAnUnknownElement)
             "Browsing: unknown element: 'text', type: 'text'"_s));
 }
 
-TEST_F(TuneInRowsTest, warnOfAShowWithoutSidWhateverItsElement)
+TEST_F(TuneInRowsTest, WarnOfAShowWithoutSidWhateverItsElement)
 {
     const QString warning
         = "Browsing category with show item in it, but without 'sid' attribute set."_s;
@@ -164,7 +164,7 @@ TEST_F(TuneInRowsTest, warnOfAShowWithoutSidWhateverItsElement)
     }
 }
 
-TEST_F(TuneInRowsTextTest, carryOnlyTheirText)
+TEST_F(TuneInRowsTextTest, CarryOnlyTheirText)
 {
     const RowsAnswer answer = show(text("No results for x"),
         {"title"_s, "id"_s, "preferred"_s, "type"_s, "path"_s, "context"_s, "mediaData"_s, "icon"_s,
@@ -179,7 +179,7 @@ TEST_F(TuneInRowsTextTest, carryOnlyTheirText)
         EXPECT_TRUE(row.at(i).isNull()) << i;
 }
 
-TEST_F(TuneInRowsTextTest, areIdentifiedByGuideIdThenKey)
+TEST_F(TuneInRowsTextTest, AreIdentifiedByGuideIdThenKey)
 {
     const RowsAnswer answer
         = show(R"({"element":"outline","type":"text","guide_id":"g79","key":"k"},)"
@@ -189,7 +189,7 @@ TEST_F(TuneInRowsTextTest, areIdentifiedByGuideIdThenKey)
     EXPECT_EQ(answer.texts(), QStringList({"id=g79"_s, "c=k"_s, QString()}));
 }
 
-TEST_F(TuneInRowsTextTest, arePreferredWhenTheyAreTheDefault)
+TEST_F(TuneInRowsTextTest, ArePreferredWhenTheyAreTheDefault)
 {
     const RowsAnswer answer = show(R"({"element":"outline","type":"text","is_default":"true"},)"
                                    R"({"element":"outline","type":"text","is_default":"True"},)"
@@ -201,7 +201,7 @@ TEST_F(TuneInRowsTextTest, arePreferredWhenTheyAreTheDefault)
         EXPECT_EQ(answer.rows.at(i).at(0), QVariant(false));
 }
 
-TEST_F(TuneInRowsLinkTest, openTheirScreen)
+TEST_F(TuneInRowsLinkTest, OpenTheirScreen)
 {
     const RowsAnswer answer
         = show(R"({"element":"outline","type":"link","text":"Rock & Pop","guide_id":"c1",)"
@@ -224,7 +224,7 @@ TEST_F(TuneInRowsLinkTest, openTheirScreen)
     EXPECT_THAT(log().lines("DEBUG"_s), Contains("item 0: 'Rock & Pop' (link)"_s));
 }
 
-TEST_F(TuneInRowsLinkTest, haveTheIconOfTheirCategory)
+TEST_F(TuneInRowsLinkTest, HaveTheIconOfTheirCategory)
 {
     const QList<QPair<QByteArray, QString>> icons {{"presets", VeskTuneInMyPresetsIcon()},
         {"local", VeskTuneInLocalRadioIcon()}, {"music", VeskTuneInMusicIcon()},
@@ -244,7 +244,7 @@ TEST_F(TuneInRowsLinkTest, haveTheIconOfTheirCategory)
         expected + QStringList(QString()));
 }
 
-TEST_F(TuneInRowsLinkTest, ofShowsHaveTheirImageAndAContextMenu)
+TEST_F(TuneInRowsLinkTest, OfShowsHaveTheirImageAndAContextMenu)
 {
     const RowsAnswer answer = show(
         R"({"element":"outline","type":"link","text":"Folk Hour","guide_id":"p1","item":"show",)"
@@ -262,7 +262,7 @@ TEST_F(TuneInRowsLinkTest, ofShowsHaveTheirImageAndAContextMenu)
     EXPECT_THAT(log().lines("WARN"_s), IsEmpty());
 }
 
-TEST_F(TuneInRowsLinkTest, ofTopicsWithoutSidWarnAndHaveAContextMenuWithoutIt)
+TEST_F(TuneInRowsLinkTest, OfTopicsWithoutSidWarnAndHaveAContextMenuWithoutIt)
 {
     const RowsAnswer answer = show(
         R"({"element":"outline","type":"link","text":"Episode","guide_id":"t1","item":"topic",)"
@@ -276,7 +276,7 @@ TEST_F(TuneInRowsLinkTest, ofTopicsWithoutSidWarnAndHaveAContextMenuWithoutIt)
         ElementsAre("Browsing category with show item in it, but without 'sid' attribute set."_s));
 }
 
-TEST_F(TuneInRowsLinkTest, ofShowsWithoutGuideIdHaveNoContextMenu)
+TEST_F(TuneInRowsLinkTest, OfShowsWithoutGuideIdHaveNoContextMenu)
 {
     const RowsAnswer answer = show(
         R"({"element":"outline","type":"link","item":"show","image":"i","URL":"http://x/?sid=s1"})",
@@ -285,7 +285,7 @@ TEST_F(TuneInRowsLinkTest, ofShowsWithoutGuideIdHaveNoContextMenu)
     EXPECT_TRUE(answer.rows.constFirst().at(1).isNull());
 }
 
-TEST_F(TuneInRowsLinkTest, ofShowsOnTheRootScreenHaveNoImageAndNoContextMenu)
+TEST_F(TuneInRowsLinkTest, OfShowsOnTheRootScreenHaveNoImageAndNoContextMenu)
 {
     const RowsAnswer answer = show(presets()
             + R"(,{"element":"outline","type":"link","guide_id":"p1","item":"show",)"
@@ -296,7 +296,7 @@ TEST_F(TuneInRowsLinkTest, ofShowsOnTheRootScreenHaveNoImageAndNoContextMenu)
     EXPECT_TRUE(answer.rows.at(1).at(1).isNull());
 }
 
-TEST_F(TuneInRowsLinkTest, preferTheIconOfTheCategoryToTheImage)
+TEST_F(TuneInRowsLinkTest, PreferTheIconOfTheCategoryToTheImage)
 {
     const RowsAnswer answer = show(
         R"({"element":"outline","type":"link","key":"talk","item":"show","image":"i","URL":"http://x/?sid=s1"})",
@@ -304,7 +304,7 @@ TEST_F(TuneInRowsLinkTest, preferTheIconOfTheCategoryToTheImage)
     EXPECT_EQ(answer.texts(), QStringList(VeskTuneInTalkIcon()));
 }
 
-TEST_F(TuneInRowsLinkTest, toTheSettingsPageAreLeftOut)
+TEST_F(TuneInRowsLinkTest, ToTheSettingsPageAreLeftOut)
 {
     for (const char *page : {"/Settings.aspx?x=y", "/x/Settings.aspx", "/Settings.aspx/x"}) {
         const QByteArray settings
@@ -319,7 +319,7 @@ TEST_F(TuneInRowsLinkTest, toTheSettingsPageAreLeftOut)
     }
 }
 
-TEST_F(TuneInRowsLinkTest, withTheSettingsKeyAndAnotherUrlStay)
+TEST_F(TuneInRowsLinkTest, WithTheSettingsKeyAndAnotherUrlStay)
 {
     EXPECT_EQ(titles(R"({"element":"outline","type":"link","key":"settings","text":"Settings",)"
                      R"("URL":"http://opml.radiotime.com/Browse.ashx?c=/Settings.aspx"},)"
@@ -328,7 +328,7 @@ TEST_F(TuneInRowsLinkTest, withTheSettingsKeyAndAnotherUrlStay)
         QStringList({"Settings"_s, "Other"_s}));
 }
 
-TEST_F(TuneInRowsLinkTest, mayHaveAnyKey)
+TEST_F(TuneInRowsLinkTest, MayHaveAnyKey)
 {
     EXPECT_EQ(titles(R"({"element":"outline","type":"link","key":"a_b~c","text":"Odd"})"),
         QStringList("Odd"_s));

@@ -73,13 +73,13 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInBrowseScreenTest, requestsTheRootMenuForTheBarePath)
+TEST_F(TuneInBrowseScreenTest, RequestsTheRootMenuForTheBarePath)
 {
     EXPECT_EQ(fetched("TuneIn:browse"_s), "GET /Browse.ashx?" + CommonItems);
     EXPECT_THAT(log().lines("DEBUG"_s), Contains("Browsing to root ..."_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, requestsTheScreenOfAUri)
+TEST_F(TuneInBrowseScreenTest, RequestsTheScreenOfAUri)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/Search.ashx?query=aa1"_s),
         "GET /Search.ashx?query=aa1&" + CommonItems);
@@ -89,13 +89,13 @@ TEST_F(TuneInBrowseScreenTest, requestsTheScreenOfAUri)
     EXPECT_THAT(log().lines("DEBUG"_s), Not(Contains("Browsing to root ..."_s)));
 }
 
-TEST_F(TuneInBrowseScreenTest, sendsParametersInAscendingOrderOfTheirKeys)
+TEST_F(TuneInBrowseScreenTest, SendsParametersInAscendingOrderOfTheirKeys)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?offset=26&id=c1&filter=s%3Apopular"_s),
         "GET /Browse.ashx?filter=s%3Apopular&id=c1&offset=26&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, sendsNoPrivateParameters)
+TEST_F(TuneInBrowseScreenTest, SendsNoPrivateParameters)
 {
     EXPECT_EQ(
         fetched("TuneIn:browse/uri/Search.ashx?query=aa1&veskDisplayName=Found&veskX=1&vesk=2"_s),
@@ -106,7 +106,7 @@ TEST_F(TuneInBrowseScreenTest, sendsNoPrivateParameters)
         "GET /Browse.ashx?Vesk=sent&myvesk=sent&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, sendsCommonItemsOfThePathAsGivenAndOnce)
+TEST_F(TuneInBrowseScreenTest, SendsCommonItemsOfThePathAsGivenAndOnce)
 {
     EXPECT_EQ(
         fetched(
@@ -116,7 +116,7 @@ TEST_F(TuneInBrowseScreenTest, sendsCommonItemsOfThePathAsGivenAndOnce)
         "GET /Browse.ashx?render=json&formats=mp3%2Caac&partnerId=partner&serial=ABC&locale=en");
 }
 
-TEST_F(TuneInBrowseScreenTest, encodesParameters)
+TEST_F(TuneInBrowseScreenTest, EncodesParameters)
 {
     EXPECT_EQ(fetched(path(
                   "TuneIn:browse/uri/Search.ashx"_s, {{"query"_s, "rock & roll+50% caf\u00e9"_s}})
@@ -124,20 +124,20 @@ TEST_F(TuneInBrowseScreenTest, encodesParameters)
         "GET /Search.ashx?query=rock%20%26%20roll%2B50%25%20caf%C3%A9&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, dropsEveryBrowseAndUriOfTheBase)
+TEST_F(TuneInBrowseScreenTest, DropsEveryBrowseAndUriOfTheBase)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/uri/browse/x.ashx"_s), "GET //x.ashx?" + CommonItems);
     EXPECT_EQ(fetched("TuneIn:browse/uri/a/uri/b.ashx"_s), "GET /a/b.ashx?" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, readsTheLanguageWithEachRequest)
+TEST_F(TuneInBrowseScreenTest, ReadsTheLanguageWithEachRequest)
 {
     set(VeskUILanguagePath(), "de-DE"_s);
     EXPECT_EQ(fetched("TuneIn:browse"_s),
         "GET /Browse.ashx?render=json&formats=mp3%2Caac&partnerId=partner&serial=ABC&locale=de-DE");
 }
 
-TEST_F(TuneInBrowseNodeUrlTest, sendsNoFormatsWhenNoneAreSet)
+TEST_F(TuneInBrowseNodeUrlTest, SendsNoFormatsWhenNoneAreSet)
 {
     answerAll(thirtyLines());
     set(VeskTuneInSupportedStreamsPath(), QString());
@@ -146,7 +146,7 @@ TEST_F(TuneInBrowseNodeUrlTest, sendsNoFormatsWhenNoneAreSet)
         "GET /Browse.ashx?render=json&partnerId=partner&serial=ABC&locale=en");
 }
 
-TEST_F(TuneInBrowseNodeUrlTest, sendsAnEmptyPartnerId)
+TEST_F(TuneInBrowseNodeUrlTest, SendsAnEmptyPartnerId)
 {
     answerAll(thirtyLines());
     set(VeskTuneInPartnerIdPath(), QString());
@@ -155,7 +155,7 @@ TEST_F(TuneInBrowseNodeUrlTest, sendsAnEmptyPartnerId)
         "GET /Browse.ashx?render=json&formats=mp3%2Caac&partnerId=&serial=ABC&locale=en");
 }
 
-TEST_F(TuneInBrowseNodeUrlTest, ignoresTheStateOfTheNetwork)
+TEST_F(TuneInBrowseNodeUrlTest, IgnoresTheStateOfTheNetwork)
 {
     answerAll(thirtyLines());
     set(VeskNetworkStateConnected(), false);
@@ -163,7 +163,7 @@ TEST_F(TuneInBrowseNodeUrlTest, ignoresTheStateOfTheNetwork)
     EXPECT_EQ(fetched("TuneIn:browse"_s), "GET /Browse.ashx?" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, tunesToAGuideId)
+TEST_F(TuneInBrowseScreenTest, TunesToAGuideId)
 {
     const QByteArray start = "GET /Tune.ashx?id=";
     EXPECT_EQ(fetched("TuneIn:browse?veskTuneInMethod=tune&guideId=s12345"_s),
@@ -187,7 +187,7 @@ TEST_F(TuneInBrowseScreenTest, tunesToAGuideId)
         start + "s%D9%A3x&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, tunesWithThePathsOwnC)
+TEST_F(TuneInBrowseScreenTest, TunesWithThePathsOwnC)
 {
     EXPECT_EQ(fetched("TuneIn:browse?veskTuneInMethod=tune&guideId=s1&c=pbrowse"_s),
         "GET /Tune.ashx?id=s1&c=pbrowse&" + CommonItems);
@@ -195,7 +195,7 @@ TEST_F(TuneInBrowseScreenTest, tunesWithThePathsOwnC)
         "GET /Tune.ashx?id=s1&c=&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, sendsOnlyAMethodsOwnArguments)
+TEST_F(TuneInBrowseScreenTest, SendsOnlyAMethodsOwnArguments)
 {
     EXPECT_EQ(fetched("TuneIn:browse?veskTuneInMethod=tune&guideId=s1&x=y&render=xml"_s),
         "GET /Tune.ashx?id=s1&" + CommonItems);
@@ -203,7 +203,7 @@ TEST_F(TuneInBrowseScreenTest, sendsOnlyAMethodsOwnArguments)
         "GET /Search.ashx?query=folk&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, searches)
+TEST_F(TuneInBrowseScreenTest, Searches)
 {
     EXPECT_EQ(fetched("TuneIn:browse?veskTuneInMethod=search&query=folk%20music"_s),
         "GET /Search.ashx?query=folk%20music&" + CommonItems);
@@ -211,13 +211,13 @@ TEST_F(TuneInBrowseScreenTest, searches)
         "GET /Search.ashx?query=&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, opensTheWizard)
+TEST_F(TuneInBrowseScreenTest, OpensTheWizard)
 {
     EXPECT_EQ(fetched("TuneIn:browse?veskTuneInMethod=wizard&guideId=s1"_s),
         "GET /Report.ashx?c=wizard&id=s1&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, failsForAMethodWithoutItsArgument)
+TEST_F(TuneInBrowseScreenTest, FailsForAMethodWithoutItsArgument)
 {
     expectFailure("TuneIn:browse?veskTuneInMethod=tune"_s, "Missing guideId parameter",
         "Missing guideId parameter"_s);
@@ -227,7 +227,7 @@ TEST_F(TuneInBrowseScreenTest, failsForAMethodWithoutItsArgument)
         "Missing query parameter"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, failsForAnUnknownMethod)
+TEST_F(TuneInBrowseScreenTest, FailsForAnUnknownMethod)
 {
     expectFailure("TuneIn:browse?veskTuneInMethod=dance&guideId=s1"_s, "Unsupported method!",
         "Unsupported method: dance"_s);
@@ -235,7 +235,7 @@ TEST_F(TuneInBrowseScreenTest, failsForAnUnknownMethod)
         "Unsupported method: Tune"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, failsForAPathWithoutMethodThatIsNotTheBareRoot)
+TEST_F(TuneInBrowseScreenTest, FailsForAPathWithoutMethodThatIsNotTheBareRoot)
 {
     expectFailure("TuneIn:browse?x=y"_s, "Unspecified method!", "Unspecified browse method!"_s);
     expectFailure(
@@ -246,13 +246,13 @@ TEST_F(TuneInBrowseScreenTest, failsForAPathWithoutMethodThatIsNotTheBareRoot)
     expectFailure("TuneIn:browse/uri"_s, "Unspecified method!", "Unspecified browse method!"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, acceptsAMethodBelowTheRoot)
+TEST_F(TuneInBrowseScreenTest, AcceptsAMethodBelowTheRoot)
 {
     EXPECT_EQ(fetched("TuneIn:browse/other?veskTuneInMethod=search&query=x"_s),
         "GET /Search.ashx?query=x&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, prefersAUriToAMethod)
+TEST_F(TuneInBrowseScreenTest, PrefersAUriToAMethod)
 {
     EXPECT_EQ(fetched("TuneIn:browse/uri/Browse.ashx?c=music&veskTuneInMethod=search&query=jazz"_s),
         "GET /Browse.ashx?c=music&query=jazz&" + CommonItems);
@@ -263,7 +263,7 @@ TEST_F(TuneInBrowseScreenTest, prefersAUriToAMethod)
         "GET /Browse.ashx?c=music&" + CommonItems);
 }
 
-TEST_F(TuneInBrowseScreenTest, passesOnTheClientsError)
+TEST_F(TuneInBrowseScreenTest, PassesOnTheClientsError)
 {
     closeServer();
     const RowsAnswer answer = rows("TuneIn:browse"_s);
@@ -279,7 +279,7 @@ TEST_F(TuneInBrowseScreenTest, passesOnTheClientsError)
     openServer();
 }
 
-TEST_F(TuneInBrowseScreenTest, returnsTheRequestedRange)
+TEST_F(TuneInBrowseScreenTest, ReturnsTheRequestedRange)
 {
     const RowsAnswer middle = rows("TuneIn:browse/uri/x"_s, {"title"_s}, 5, 14);
     EXPECT_EQ(middle.count, 30);
@@ -292,7 +292,7 @@ TEST_F(TuneInBrowseScreenTest, returnsTheRequestedRange)
         log().lines("TRACE"_s), Contains("TuneInBrowseNode::getRowsRequest: returned  10 lines"_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, returnsAllWhenTheRangeIsLarger)
+TEST_F(TuneInBrowseScreenTest, ReturnsAllWhenTheRangeIsLarger)
 {
     const RowsAnswer all = rows("TuneIn:browse/uri/x"_s, {"title"_s}, 0, 99);
     EXPECT_EQ(all.count, 30);
@@ -302,7 +302,7 @@ TEST_F(TuneInBrowseScreenTest, returnsAllWhenTheRangeIsLarger)
     EXPECT_THAT(log().lines().filter("Truncating"_s), IsEmpty());
 }
 
-TEST_F(TuneInBrowseScreenTest, returnsTheLastRowsAndNothingBeyond)
+TEST_F(TuneInBrowseScreenTest, ReturnsTheLastRowsAndNothingBeyond)
 {
     EXPECT_EQ(rows("TuneIn:browse/uri/x"_s, {"title"_s}, 29, 29).texts(), QStringList("line 29"_s));
     EXPECT_EQ(rows("TuneIn:browse/uri/x"_s, {"title"_s}, 25, 200).rows.size(), 5);
@@ -312,7 +312,7 @@ TEST_F(TuneInBrowseScreenTest, returnsTheLastRowsAndNothingBeyond)
     EXPECT_THAT(rows("TuneIn:browse/uri/x"_s, {"title"_s}, 2147483647, 2147483647).rows, IsEmpty());
 }
 
-TEST_F(TuneInBrowseScreenTest, survivesInvalidRanges)
+TEST_F(TuneInBrowseScreenTest, SurvivesInvalidRanges)
 {
     // Whatever the range, there are never more rows than the screen has.
     for (const auto &[first, last] : {std::pair(10, 5), std::pair(0, -1), std::pair(-5, 3),
@@ -325,7 +325,7 @@ TEST_F(TuneInBrowseScreenTest, survivesInvalidRanges)
     EXPECT_THAT(rows("TuneIn:browse/uri/x"_s, {"title"_s}, 0, -1).rows, IsEmpty());
 }
 
-TEST_F(TuneInBrowseScreenTest, describesItself)
+TEST_F(TuneInBrowseScreenTest, DescribesItself)
 {
     const QString opened = "TuneIn:browse/uri/Browse.ashx?c=music&veskDisplayName=Music"_s;
     const RowsAnswer answer = rows(opened, {"title"_s, "path"_s});
@@ -334,7 +334,7 @@ TEST_F(TuneInBrowseScreenTest, describesItself)
     EXPECT_EQ(rows("TuneIn:browse"_s, {"title"_s}).roles.title().sourceText(), "TuneIn"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, describesItselfOnlyInTheRequestedRoles)
+TEST_F(TuneInBrowseScreenTest, DescribesItselfOnlyInTheRequestedRoles)
 {
     const QString opened = "TuneIn:browse/uri/Browse.ashx?c=music&veskDisplayName=Music"_s;
     const QVariantHash shown {{"path"_s, opened}};
@@ -344,7 +344,7 @@ TEST_F(TuneInBrowseScreenTest, describesItselfOnlyInTheRequestedRoles)
     EXPECT_EQ(roles.size(), 2);
 }
 
-TEST_F(TuneInBrowseScreenTest, logsItsRequest)
+TEST_F(TuneInBrowseScreenTest, LogsItsRequest)
 {
     rows("TuneIn:browse/uri/x?a=b"_s, {"title"_s}, 2, 7);
     EXPECT_THAT(log().lines("TRACE"_s),
@@ -352,7 +352,7 @@ TEST_F(TuneInBrowseScreenTest, logsItsRequest)
                  "requestPath: \"TuneIn:browse/uri/x?a=b\""_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, makesPathsOfUrls)
+TEST_F(TuneInBrowseScreenTest, MakesPathsOfUrls)
 {
     EXPECT_EQ(toPath("http://opml.radiotime.com/Browse.ashx?c=music"_s),
         path("TuneIn:browse/uri/Browse.ashx?c=music"_s));
@@ -365,20 +365,20 @@ TEST_F(TuneInBrowseScreenTest, makesPathsOfUrls)
                 {"veskDisplayName"_s, "Rock & Pop"_s}}));
 }
 
-TEST_F(TuneInBrowseScreenTest, dropsSchemeAndHostOfAUrl)
+TEST_F(TuneInBrowseScreenTest, DropsSchemeAndHostOfAUrl)
 {
     EXPECT_EQ(toPath("https://user:pw@other.example:8080/live?x=1#part"_s),
         path("TuneIn:browse/uri/live?x=1"_s));
     EXPECT_EQ(toPath(QString()).base(), "browse/uri"_s);
 }
 
-TEST_F(TuneInBrowseScreenTest, keepsTheLastOfSeveralItemsOfOneKey)
+TEST_F(TuneInBrowseScreenTest, KeepsTheLastOfSeveralItemsOfOneKey)
 {
     EXPECT_EQ(toPath("http://opml.radiotime.com/Browse.ashx?id=1&c=a&id=2&%69d=3&C=b"_s),
         path("TuneIn:browse/uri/Browse.ashx?c=a&id=3&C=b"_s));
 }
 
-TEST_F(TuneInBrowseScreenTest, restoresTheUrlOfAPath)
+TEST_F(TuneInBrowseScreenTest, RestoresTheUrlOfAPath)
 {
     const CMPath opened
         = toPath("http://opml.radiotime.com/Browse.ashx?id=c57940&filter=s:popular&x=a+b"_s);
@@ -386,7 +386,7 @@ TEST_F(TuneInBrowseScreenTest, restoresTheUrlOfAPath)
         "GET /Browse.ashx?filter=s%3Apopular&id=c57940&x=a%20b&" + CommonItems);
 }
 
-TEST(TuneInElementUrlTest, prefersTheUpperCaseKey)
+TEST(TuneInElementUrlTest, PrefersTheUpperCaseKey)
 {
     VeskTuneInBodyElement element(VeskHash(QVariantHash {{"url"_s, "http://lower/"_s}}));
     EXPECT_EQ(TuneInBrowseNode::getElementUrl(element).toString(), "http://lower/"_s);

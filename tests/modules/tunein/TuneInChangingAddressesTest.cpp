@@ -27,13 +27,13 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInChangingAddressesTest, areDeclaredBesideThePlugin)
+TEST_F(TuneInChangingAddressesTest, AreDeclaredBesideThePlugin)
 {
     EXPECT_EQ(m_descriptor.id, QStringLiteral("tunein"));
     EXPECT_EQ(m_descriptor.changing.size(), 2);
 }
 
-TEST_F(TuneInChangingAddressesTest, includeEveryWayToWriteThem)
+TEST_F(TuneInChangingAddressesTest, IncludeEveryWayToWriteThem)
 {
     for (const char *text : {
              "TuneIn:browse/uri/Preset.ashx?c=add&id=s1",
@@ -77,7 +77,7 @@ TEST_F(TuneInChangingAddressesTest, includeEveryWayToWriteThem)
         EXPECT_TRUE(isChanging(CMPath::fromEncoded(QString::fromLatin1(text)))) << text;
 }
 
-TEST_F(TuneInChangingAddressesTest, includeNoneThatOnlyRead)
+TEST_F(TuneInChangingAddressesTest, IncludeNoneThatOnlyRead)
 {
     for (const char *text : {
              "TuneIn:",
@@ -102,7 +102,7 @@ TEST_F(TuneInChangingAddressesTest, includeNoneThatOnlyRead)
 
 /// Checked against the URL that is really sent: every path whose URL may name a changing page must
 /// be declared as changing.
-TEST_F(TuneInChangingAddressesTest, includeEveryCombinationThatChangesSomething)
+TEST_F(TuneInChangingAddressesTest, IncludeEveryCombinationThatChangesSomething)
 {
     const QStringList pieces {QStringLiteral("browse"), QStringLiteral("/uri"), QStringLiteral("/"),
         QStringLiteral("Preset"), QStringLiteral("Pre"), QStringLiteral("set"),

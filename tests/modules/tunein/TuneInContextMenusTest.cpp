@@ -22,7 +22,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInMenusTest, havePresetsAndStreamsWithoutTheWizard)
+TEST_F(TuneInMenusTest, HavePresetsAndStreamsWithoutTheWizard)
 {
     start();
     const QString match = "?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
@@ -38,7 +38,7 @@ TEST_F(TuneInMenusTest, havePresetsAndStreamsWithoutTheWizard)
         QStringList("TuneIn:browser_context/presets"_s + match));
 }
 
-TEST_F(TuneInMenusTest, haveTheWizardWhenItIsEnabled)
+TEST_F(TuneInMenusTest, HaveTheWizardWhenItIsEnabled)
 {
     set(VeskTuneInEnabledFixItWizardPath(), true);
     start();
@@ -54,7 +54,7 @@ TEST_F(TuneInMenusTest, haveTheWizardWhenItIsEnabled)
     EXPECT_EQ(paths("browser_context"_s + match).size(), 1);
 }
 
-TEST_F(TuneInMenusTest, keepTheirRowsWhenTheSettingChangesLater)
+TEST_F(TuneInMenusTest, KeepTheirRowsWhenTheSettingChangesLater)
 {
     start();
     set(VeskTuneInEnabledFixItWizardPath(), true);
@@ -63,7 +63,7 @@ TEST_F(TuneInMenusTest, keepTheirRowsWhenTheSettingChangesLater)
     EXPECT_EQ(paths("player_context_show_episode"_s + match).size(), 1);
 }
 
-TEST_F(TuneInMenusTest, titleTheirRowsForTheirItem)
+TEST_F(TuneInMenusTest, TitleTheirRowsForTheirItem)
 {
     set(VeskTuneInEnabledFixItWizardPath(), true);
     start();
@@ -83,7 +83,7 @@ TEST_F(TuneInMenusTest, titleTheirRowsForTheirItem)
             {"veskTitle"_s, "Example FM"_s}}));
 }
 
-TEST_F(TuneInMenusTest, areContextMenusOfTheService)
+TEST_F(TuneInMenusTest, AreContextMenusOfTheService)
 {
     start();
     for (const char *menu :

@@ -127,7 +127,7 @@ private:
 
 } // namespace
 
-TEST_F(TuneInPresetsTest, offerToAddAnItemThatIsNoPreset)
+TEST_F(TuneInPresetsTest, OfferToAddAnItemThatIsNoPreset)
 {
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
     expectDescribed("s1");
@@ -135,14 +135,14 @@ TEST_F(TuneInPresetsTest, offerToAddAnItemThatIsNoPreset)
         TrString(trExtractContext(TitleSignature), "Add to TuneIn Favorites"_s));
 }
 
-TEST_F(TuneInPresetsTest, offerToRemoveAPreset)
+TEST_F(TuneInPresetsTest, OfferToRemoveAPreset)
 {
     answer("/Describe.ashx", station("true"));
     EXPECT_EQ(TrString::fromVariant(role(entry("s1"_s), "title"_s)),
         TrString(trExtractContext(TitleSignature), "Remove from TuneIn Favorites"_s));
 }
 
-TEST_F(TuneInPresetsTest, areRecognisedOnlyByTheTextTrue)
+TEST_F(TuneInPresetsTest, AreRecognisedOnlyByTheTextTrue)
 {
     for (const char *yes : {"true", "\"true\""}) {
         answer("/Describe.ashx", station(yes));
@@ -155,7 +155,7 @@ TEST_F(TuneInPresetsTest, areRecognisedOnlyByTheTextTrue)
     }
 }
 
-TEST_F(TuneInPresetsTest, areStationsAndShows)
+TEST_F(TuneInPresetsTest, AreStationsAndShows)
 {
     answer("/Describe.ashx", screen(R"({"element":"show","is_preset":"true"})"));
     EXPECT_EQ(title(entry("p1"_s)), "Remove from TuneIn Favorites"_s);
@@ -170,7 +170,7 @@ TEST_F(TuneInPresetsTest, areStationsAndShows)
     }
 }
 
-TEST_F(TuneInPresetsTest, readOnlyTheFirstElement)
+TEST_F(TuneInPresetsTest, ReadOnlyTheFirstElement)
 {
     answer("/Describe.ashx",
         screen(
@@ -187,7 +187,7 @@ TEST_F(TuneInPresetsTest, readOnlyTheFirstElement)
     }
 }
 
-TEST_F(TuneInPresetsTest, offerToAddWhenTheCheckFails)
+TEST_F(TuneInPresetsTest, OfferToAddWhenTheCheckFails)
 {
     answer("/Describe.ashx", screen({}));
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
@@ -209,7 +209,7 @@ TEST_F(TuneInPresetsTest, offerToAddWhenTheCheckFails)
     EXPECT_EQ(title(entry("s1"_s)), "Add to TuneIn Favorites"_s);
 }
 
-TEST_F(TuneInPresetsTest, checkNothingForAnEmptyId)
+TEST_F(TuneInPresetsTest, CheckNothingForAnEmptyId)
 {
     EXPECT_FALSE(isPreset(QString()));
     expectRequests({});
@@ -220,7 +220,7 @@ TEST_F(TuneInPresetsTest, checkNothingForAnEmptyId)
     expectDescribed("s7");
 }
 
-TEST_F(TuneInPresetsTest, useTheSidOfATopic)
+TEST_F(TuneInPresetsTest, UseTheSidOfATopic)
 {
     title(entry("t1"_s, "s5"_s));
     expectDescribed("s5");
@@ -228,7 +228,7 @@ TEST_F(TuneInPresetsTest, useTheSidOfATopic)
     expectChanged("add", "s5");
 }
 
-TEST_F(TuneInPresetsTest, useTheTopicWithoutSid)
+TEST_F(TuneInPresetsTest, UseTheTopicWithoutSid)
 {
     title(entry("t1"_s));
     expectDescribed("t1");
@@ -236,7 +236,7 @@ TEST_F(TuneInPresetsTest, useTheTopicWithoutSid)
     expectChanged("add", "t1");
 }
 
-TEST_F(TuneInPresetsTest, useTheGuideIdOfOtherItems)
+TEST_F(TuneInPresetsTest, UseTheGuideIdOfOtherItems)
 {
     title(entry("s1"_s, "s5"_s));
     expectDescribed("s1");
@@ -246,7 +246,7 @@ TEST_F(TuneInPresetsTest, useTheGuideIdOfOtherItems)
     expectDescribed("T1");
 }
 
-TEST_F(TuneInPresetsTest, haveAnErrorAsTitleWithoutAMatchingPath)
+TEST_F(TuneInPresetsTest, HaveAnErrorAsTitleWithoutAMatchingPath)
 {
     EXPECT_EQ(TrString::fromVariant(role("TuneIn:browser_context/presets?sid=s1"_s, "title"_s)),
         TrString(trExtractContext(TitleSignature), "Error"_s));
@@ -254,14 +254,14 @@ TEST_F(TuneInPresetsTest, haveAnErrorAsTitleWithoutAMatchingPath)
     expectRequests({});
 }
 
-TEST_F(TuneInPresetsTest, logTheQueryForTheirTitle)
+TEST_F(TuneInPresetsTest, LogTheQueryForTheirTitle)
 {
     title(entry("s1"_s, "s2"_s));
     EXPECT_TRUE(log().contains(
         "TRACE role: 'title' items: QMap((sid, s2)(veskMatchingPath, TuneIn:browse?veskGuideId=s1))"_s));
 }
 
-TEST_F(TuneInPresetsTest, requestNothingForOtherRoles)
+TEST_F(TuneInPresetsTest, RequestNothingForOtherRoles)
 {
     EXPECT_EQ(role(entry("s1"_s), "type"_s).toInt(), VeskRolesType::Activate());
     EXPECT_EQ(role(entry("s1"_s), "path"_s).toString(), entry("s1"_s));
@@ -269,7 +269,7 @@ TEST_F(TuneInPresetsTest, requestNothingForOtherRoles)
     expectRequests({});
 }
 
-TEST_F(TuneInPresetsTest, areAddedAndRemovedByActivation)
+TEST_F(TuneInPresetsTest, AreAddedAndRemovedByActivation)
 {
     title(entry("s1"_s));
     server().clearRequests();
@@ -292,7 +292,7 @@ TEST_F(TuneInPresetsTest, areAddedAndRemovedByActivation)
     expectChanged("remove", "s1");
 }
 
-TEST_F(TuneInPresetsTest, sendTheSameCommandTwiceWithoutATitleBetween)
+TEST_F(TuneInPresetsTest, SendTheSameCommandTwiceWithoutATitleBetween)
 {
     title(entry("s1"_s));
     server().clearRequests();
@@ -303,7 +303,7 @@ TEST_F(TuneInPresetsTest, sendTheSameCommandTwiceWithoutATitleBetween)
     expectChanged("add", "s1");
 }
 
-TEST_F(TuneInPresetsTest, areRemovedTwiceWithoutATitleBetween)
+TEST_F(TuneInPresetsTest, AreRemovedTwiceWithoutATitleBetween)
 {
     answer("/Describe.ashx", station("true"));
     title(entry("s1"_s));
@@ -315,7 +315,7 @@ TEST_F(TuneInPresetsTest, areRemovedTwiceWithoutATitleBetween)
     EXPECT_THAT(log().lines("WARN"_s), IsEmpty());
 }
 
-TEST_F(TuneInPresetsTest, keepTheCommandWhenTheTitleIsAnError)
+TEST_F(TuneInPresetsTest, KeepTheCommandWhenTheTitleIsAnError)
 {
     answer("/Describe.ashx", station("true"));
     title(entry("s1"_s));
@@ -325,7 +325,7 @@ TEST_F(TuneInPresetsTest, keepTheCommandWhenTheTitleIsAnError)
     expectChanged("remove", "s1");
 }
 
-TEST_F(TuneInPresetsTest, cannotBeActivatedBeforeATitle)
+TEST_F(TuneInPresetsTest, CannotBeActivatedBeforeATitle)
 {
     const Answer answer = invoke(entry("s1"_s));
     EXPECT_EQ(answer.error.name(), CMError::UnansweredName());
@@ -336,7 +336,7 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedBeforeATitle)
     expectRequests({});
 }
 
-TEST_F(TuneInPresetsTest, cannotBeActivatedWithoutAMatchingPath)
+TEST_F(TuneInPresetsTest, CannotBeActivatedWithoutAMatchingPath)
 {
     title(entry("s1"_s));
     server().clearRequests();
@@ -347,7 +347,7 @@ TEST_F(TuneInPresetsTest, cannotBeActivatedWithoutAMatchingPath)
     expectRequests({});
 }
 
-TEST_F(TuneInPresetsTest, passOnTheErrorOfTheRequest)
+TEST_F(TuneInPresetsTest, PassOnTheErrorOfTheRequest)
 {
     title(entry("s1"_s));
     answer("/Preset.ashx", QByteArray(R"({"head":{"status":"403"},"body":[]})"));
@@ -364,7 +364,7 @@ TEST_F(TuneInPresetsTest, passOnTheErrorOfTheRequest)
     openServer();
 }
 
-TEST_F(TuneInPresetsTest, notifyTheListThenBothMenus)
+TEST_F(TuneInPresetsTest, NotifyTheListThenBothMenus)
 {
     Changes changes;
     changes.follow("TuneIn:browser_context?guideId=s1&more=x"_s);
@@ -383,7 +383,7 @@ TEST_F(TuneInPresetsTest, notifyTheListThenBothMenus)
             "TuneIn:browser_context?guideId=s1&more=x"_s + reset));
 }
 
-TEST_F(TuneInPresetsTest, answerAfterTheNotifications)
+TEST_F(TuneInPresetsTest, AnswerAfterTheNotifications)
 {
     const auto data = std::make_shared<CMReplyData<QVariant>>();
     QMap<QString, bool> answeredWhenTold;
@@ -404,7 +404,7 @@ TEST_F(TuneInPresetsTest, answerAfterTheNotifications)
             {"TuneIn:browser_context?guideId=s1"_s, false}}));
 }
 
-TEST_F(TuneInPresetsTest, areAnsweredWhenTheActivationReturns)
+TEST_F(TuneInPresetsTest, AreAnsweredWhenTheActivationReturns)
 {
     title(entry("s1"_s));
     server().clearRequests();
@@ -420,7 +420,7 @@ TEST_F(TuneInPresetsTest, areAnsweredWhenTheActivationReturns)
     EXPECT_EQ(refused->error().message().toString(), "Access forbidden."_s);
 }
 
-TEST_F(TuneInPresetsTest, notifyMenusOfATopicByItsOwnGuideId)
+TEST_F(TuneInPresetsTest, NotifyMenusOfATopicByItsOwnGuideId)
 {
     Changes changes;
     changes.follow("TuneIn:player_context?guideId=t1"_s);
@@ -431,7 +431,7 @@ TEST_F(TuneInPresetsTest, notifyMenusOfATopicByItsOwnGuideId)
     EXPECT_TRUE(changes.seen().constFirst().startsWith("TuneIn:player_context?guideId=t1 "_s));
 }
 
-TEST_F(TuneInPresetsTest, notifyNothingWhenTheChangeFailed)
+TEST_F(TuneInPresetsTest, NotifyNothingWhenTheChangeFailed)
 {
     Changes changes;
     changes.follow("TuneIn:browser_context?guideId=s1"_s);
@@ -443,7 +443,7 @@ TEST_F(TuneInPresetsTest, notifyNothingWhenTheChangeFailed)
     EXPECT_THAT(changes.seen(), IsEmpty());
 }
 
-TEST_F(TuneInPresetsTest, keepOneCommandPerMenu)
+TEST_F(TuneInPresetsTest, KeepOneCommandPerMenu)
 {
     title(entry("s1"_s, {}, "player_context"_s));
     server().clearRequests();
@@ -452,7 +452,7 @@ TEST_F(TuneInPresetsTest, keepOneCommandPerMenu)
     expectChanged("add", "s1");
 }
 
-TEST_F(TuneInPresetsTest, leaveOutAnEmptyPartnerId)
+TEST_F(TuneInPresetsTest, LeaveOutAnEmptyPartnerId)
 {
     stop();
     set(VeskTuneInPartnerIdPath(), QString());
@@ -463,7 +463,7 @@ TEST_F(TuneInPresetsTest, leaveOutAnEmptyPartnerId)
         "GET /Preset.ashx?c=add&render=json&serial=ABC&id=s1"});
 }
 
-TEST_F(TuneInPresetsTest, haveOneSlot)
+TEST_F(TuneInPresetsTest, HaveOneSlot)
 {
     const QMetaObject &meta = TuneInAddRemovePresetsNode::staticMetaObject;
     EXPECT_STREQ(meta.className(), "TuneInAddRemovePresetsNode");

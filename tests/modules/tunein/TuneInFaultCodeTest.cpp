@@ -51,20 +51,20 @@ class TuneInFaultTest : public testing::TestWithParam<Fault> { };
 
 } // namespace
 
-TEST_P(TuneInFaultTest, hasItsNumber)
+TEST_P(TuneInFaultTest, HasItsNumber)
 {
     EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(QLatin1String(GetParam().code))),
         GetParam().number);
 }
 
-TEST_P(TuneInFaultTest, isRecognisedWithUnderscores)
+TEST_P(TuneInFaultTest, IsRecognisedWithUnderscores)
 {
     const QString code
         = QString(QLatin1String(GetParam().code)).replace(QLatin1Char('.'), QLatin1Char('_'));
     EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(code)), GetParam().number);
 }
 
-TEST_P(TuneInFaultTest, hasItsMessageForAnyStatusAndOperation)
+TEST_P(TuneInFaultTest, HasItsMessageForAnyStatusAndOperation)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
         for (const char *status : {"", "400", "403", "200"}) {
@@ -84,14 +84,14 @@ INSTANTIATE_TEST_SUITE_P(OfAccounts, TuneInFaultTest, testing::ValuesIn(Faults),
         return std::string(fault.param.code + sizeof "validation." - 1);
     });
 
-TEST(TuneInFaultCodeTest, isZeroWhenEmptyOrUnknown)
+TEST(TuneInFaultCodeTest, IsZeroWhenEmptyOrUnknown)
 {
     for (const char *code : {"", "request.idInvalid", "api.methodNotFound", "id", "validation",
              "validation.", "Validation.Email", "validation.email ", "none", "1"})
         EXPECT_EQ(int(TuneInRequest::parseTuneInFaultCode(QLatin1String(code))), 0) << code;
 }
 
-TEST(TuneInFaultCodeTest, isLogged)
+TEST(TuneInFaultCodeTest, IsLogged)
 {
     LogCapture log("CB_TuneIn");
     TuneInRequest::parseTuneInFaultCode("validation.email"_s);
@@ -101,7 +101,7 @@ TEST(TuneInFaultCodeTest, isLogged)
                     "faultCode: 'validation.email'"_s));
 }
 
-TEST(TuneInErrorTest, isAFailedLoginForABare403OfJoin)
+TEST(TuneInErrorTest, IsAFailedLoginForABare403OfJoin)
 {
     const CMError error
         = TuneInRequest::tuneInErrorToCMError(QString(), "403"_s, VeskTuneInAccountOperation::join);
@@ -110,7 +110,7 @@ TEST(TuneInErrorTest, isAFailedLoginForABare403OfJoin)
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":0"_s);
 }
 
-TEST(TuneInErrorTest, isForbiddenForABare403OfOtherOperations)
+TEST(TuneInErrorTest, IsForbiddenForABare403OfOtherOperations)
 {
     for (const VeskTuneInAccountOperation::Enum operation : Operations) {
         if (operation == VeskTuneInAccountOperation::join)
@@ -121,7 +121,7 @@ TEST(TuneInErrorTest, isForbiddenForABare403OfOtherOperations)
         TrString("TuneIn", "Access forbidden."));
 }
 
-TEST(TuneInErrorTest, isNotLoggedForABare403)
+TEST(TuneInErrorTest, IsNotLoggedForABare403)
 {
     LogCapture log("CB_TuneIn");
     message(QString(), "403"_s);
@@ -129,7 +129,7 @@ TEST(TuneInErrorTest, isNotLoggedForABare403)
     EXPECT_THAT(log.lines("ERROR"_s), IsEmpty());
 }
 
-TEST(TuneInErrorTest, isAFailedRequestForAnUnknownFaultCodeEvenWith403)
+TEST(TuneInErrorTest, IsAFailedRequestForAnUnknownFaultCodeEvenWith403)
 {
     LogCapture log("CB_TuneIn");
     EXPECT_EQ(message("request.idInvalid"_s, "403"_s, VeskTuneInAccountOperation::join),
@@ -138,7 +138,7 @@ TEST(TuneInErrorTest, isAFailedRequestForAnUnknownFaultCodeEvenWith403)
         ElementsAre("tuneInErrorToCMError: fault code: 'request.idInvalid', http status: '403'"_s));
 }
 
-TEST(TuneInErrorTest, isAFailedRequestForEveryOtherStatus)
+TEST(TuneInErrorTest, IsAFailedRequestForEveryOtherStatus)
 {
     for (const char *status : {"", "400", "401", "500", "403 ", " 403", "4030"}) {
         LogCapture log("CB_TuneIn");
@@ -149,7 +149,7 @@ TEST(TuneInErrorTest, isAFailedRequestForEveryOtherStatus)
     }
 }
 
-TEST(TuneInErrorTest, logsItsInputsAndItsCode)
+TEST(TuneInErrorTest, LogsItsInputsAndItsCode)
 {
     LogCapture log("CB_TuneIn");
     message("validation.error"_s, "400"_s, VeskTuneInAccountOperation::drop);
@@ -163,7 +163,7 @@ TEST(TuneInErrorTest, logsItsInputsAndItsCode)
             enter + "VeskTuneInFaultCode: '6'"_s));
 }
 
-TEST(TuneInErrorTest, keepsPlaceholdersOfTheServer)
+TEST(TuneInErrorTest, KeepsPlaceholdersOfTheServer)
 {
     LogCapture log("CB_TuneIn");
     message("%2"_s, "%1 %3"_s);

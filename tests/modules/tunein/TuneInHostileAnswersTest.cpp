@@ -135,19 +135,19 @@ void forEachOddity(const QJsonObject &original, const std::function<void(const Q
 
 } // namespace
 
-TEST_F(TuneInHostileAnswersTest, thatAreEmptyAreInvalid)
+TEST_F(TuneInHostileAnswersTest, ThatAreEmptyAreInvalid)
 {
     expectError(show({}), "Invalid response.");
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreTooLongAreErrors)
+TEST_F(TuneInHostileAnswersTest, ThatAreTooLongAreErrors)
 {
     expectError(show(screen(QByteArray(10000000, ' '))), "Failed to connect to TuneIn");
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreCutAtAnyByteAreInvalid)
+TEST_F(TuneInHostileAnswersTest, ThatAreCutAtAnyByteAreInvalid)
 {
     for (int size = 1; size < Realistic.size(); ++size) {
         SCOPED_TRACE(size);
@@ -156,7 +156,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreCutAtAnyByteAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatEndBeforeTheirLengthAreErrors)
+TEST_F(TuneInHostileAnswersTest, ThatEndBeforeTheirLengthAreErrors)
 {
     for (int size = 0; size < Realistic.size(); size += 97) {
         SCOPED_TRACE(size);
@@ -167,7 +167,7 @@ TEST_F(TuneInHostileAnswersTest, thatEndBeforeTheirLengthAreErrors)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveCompleteRowsOrNone)
+TEST_F(TuneInHostileAnswersTest, OfWrongTypesGiveCompleteRowsOrNone)
 {
     int count = 0;
     forEachOddity(object(Realistic), [&](const QJsonObject &odd) {
@@ -179,7 +179,7 @@ TEST_F(TuneInHostileAnswersTest, ofWrongTypesGiveCompleteRowsOrNone)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, ofWrongTypesAreConvertedWherePossible)
+TEST_F(TuneInHostileAnswersTest, OfWrongTypesAreConvertedWherePossible)
 {
     const QByteArray element = R"({"element":"outline","type":"text","text":"x"})";
     EXPECT_EQ(show(R"({"head":{"status":200},"body":)" + element + "}", {"title"_s}).texts(),
@@ -193,7 +193,7 @@ TEST_F(TuneInHostileAnswersTest, ofWrongTypesAreConvertedWherePossible)
         EXPECT_EQ(show(answer).count, 0) << answer;
 }
 
-TEST_F(TuneInHostileAnswersTest, ofOddStreamsDoNotStopPrePlay)
+TEST_F(TuneInHostileAnswersTest, OfOddStreamsDoNotStopPrePlay)
 {
     const QByteArray tune
         = R"({"head":{"status":"200"},"body":[{"element":"audio","url":"http://h/x.mp3","reliability":99,)"
@@ -216,7 +216,7 @@ TEST_F(TuneInHostileAnswersTest, ofOddStreamsDoNotStopPrePlay)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, ofOddDescriptionsDoNotStopPresets)
+TEST_F(TuneInHostileAnswersTest, OfOddDescriptionsDoNotStopPresets)
 {
     const QString entry
         = "TuneIn:browser_context/presets?veskMatchingPath=TuneIn%3Abrowse%3FveskGuideId%3Ds1"_s;
@@ -231,7 +231,7 @@ TEST_F(TuneInHostileAnswersTest, ofOddDescriptionsDoNotStopPresets)
         });
 }
 
-TEST_F(TuneInHostileAnswersTest, ofTenThousandElementsAreShownPageByPage)
+TEST_F(TuneInHostileAnswersTest, OfTenThousandElementsAreShownPageByPage)
 {
     QByteArray elements;
     for (int i = 0; i < 10000; ++i)
@@ -243,7 +243,7 @@ TEST_F(TuneInHostileAnswersTest, ofTenThousandElementsAreShownPageByPage)
     EXPECT_EQ(rows(Screen, {"title"_s}, 9990, 9999).texts().last(), "t9999"_s);
 }
 
-TEST_F(TuneInHostileAnswersTest, thatNestAThousandDeepAreInvalid)
+TEST_F(TuneInHostileAnswersTest, ThatNestAThousandDeepAreInvalid)
 {
     QByteArray nested = R"({"element":"outline","type":"text","text":"deep"})";
     for (int level = 0; level < 500; ++level)
@@ -254,7 +254,7 @@ TEST_F(TuneInHostileAnswersTest, thatNestAThousandDeepAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatNestWithinTheLimitCanBeNavigated)
+TEST_F(TuneInHostileAnswersTest, ThatNestWithinTheLimitCanBeNavigated)
 {
     const int depth = 200;
     QByteArray nested = R"({"element":"outline","type":"text","text":"deep"})";
@@ -271,7 +271,7 @@ TEST_F(TuneInHostileAnswersTest, thatNestWithinTheLimitCanBeNavigated)
         0);
 }
 
-TEST_F(TuneInHostileAnswersTest, withLongNavigationAreEmpty)
+TEST_F(TuneInHostileAnswersTest, WithLongNavigationAreEmpty)
 {
     const QString navigation = "_"_s.repeated(20000);
     const RowsAnswer answer = [&] {
@@ -283,7 +283,7 @@ TEST_F(TuneInHostileAnswersTest, withLongNavigationAreEmpty)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, withInvalidUtf8AreInvalidOrReadable)
+TEST_F(TuneInHostileAnswersTest, WithInvalidUtf8AreInvalidOrReadable)
 {
     for (const char *bytes :
         {"\xff", "\xc0\x80", "\xed\xa0\x80", "\xf5\x80\x80\x80", "\xe2\x82", "a\x80z"}) {
@@ -297,7 +297,7 @@ TEST_F(TuneInHostileAnswersTest, withInvalidUtf8AreInvalidOrReadable)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
+TEST_F(TuneInHostileAnswersTest, WithControlCharactersKeepThem)
 {
     const RowsAnswer answer = show(
         screen(R"({"element":"outline","type":"link","text":"a\u0000b\u0007\n\u202e\ud83d\ude00",)"
@@ -317,7 +317,7 @@ TEST_F(TuneInHostileAnswersTest, withControlCharactersKeepThem)
     EXPECT_TRUE(server().requests().constFirst().query().contains("d=%0D%0AHost%3A%20evil"));
 }
 
-TEST_F(TuneInHostileAnswersTest, withLoneSurrogatesDoNotStopTheWorker)
+TEST_F(TuneInHostileAnswersTest, WithLoneSurrogatesDoNotStopTheWorker)
 {
     const RowsAnswer answer = show(
         screen(R"({"element":"outline","type":"link","text":"\ud800","URL":"http://h/?a=\udfff"})"),
@@ -331,7 +331,7 @@ TEST_F(TuneInHostileAnswersTest, withLoneSurrogatesDoNotStopTheWorker)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, withLongTextsAreShown)
+TEST_F(TuneInHostileAnswersTest, WithLongTextsAreShown)
 {
     const QByteArray longText(300000, 'x');
     const RowsAnswer answer
@@ -341,7 +341,7 @@ TEST_F(TuneInHostileAnswersTest, withLongTextsAreShown)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreHtmlPagesAreInvalid)
+TEST_F(TuneInHostileAnswersTest, ThatAreHtmlPagesAreInvalid)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -351,7 +351,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreHtmlPagesAreInvalid)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatAreNotHttpAreErrors)
+TEST_F(TuneInHostileAnswersTest, ThatAreNotHttpAreErrors)
 {
     for (const char *bytes : {"", "\r\n\r\n", "HTTP/1.1\r\n\r\n", "SSH-2.0-OpenSSH\r\n",
              "HTTP/1.1 200 OK\r\nContent-Length: -5\r\n\r\nx",
@@ -366,7 +366,7 @@ TEST_F(TuneInHostileAnswersTest, thatAreNotHttpAreErrors)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreErrors)
+TEST_F(TuneInHostileAnswersTest, ThatRedirectInACircleAreErrors)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -378,7 +378,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectInACircleAreErrors)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreErrors)
+TEST_F(TuneInHostileAnswersTest, ThatRedirectToAFileAreErrors)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -388,7 +388,7 @@ TEST_F(TuneInHostileAnswersTest, thatRedirectToAFileAreErrors)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatStallEndWithTheServer)
+TEST_F(TuneInHostileAnswersTest, ThatStallEndWithTheServer)
 {
     ScriptedServer::Response response;
     response.body = Realistic;
@@ -403,7 +403,7 @@ TEST_F(TuneInHostileAnswersTest, thatStallEndWithTheServer)
     expectAlive();
 }
 
-TEST_F(TuneInHostileAnswersTest, thatStallEndWithTheHost)
+TEST_F(TuneInHostileAnswersTest, ThatStallEndWithTheHost)
 {
     ScriptedServer::Response response;
     response.end = ScriptedServer::End::StallBeforeHead;

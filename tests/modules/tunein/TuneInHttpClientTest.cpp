@@ -149,7 +149,7 @@ ScriptedServer::Response ending(ScriptedServer::End end, const QByteArray &body,
 
 } // namespace
 
-TEST_F(TuneInHttpClientTest, livesOnAThreadNamedTuneInHttp)
+TEST_F(TuneInHttpClientTest, LivesOnAThreadNamedTuneInHttp)
 {
     EXPECT_THAT(ProcessUsage::threadNames(), Contains("TuneInHttp"_s).Times(1));
     EXPECT_NE(client().thread(), QThread::currentThread());
@@ -158,7 +158,7 @@ TEST_F(TuneInHttpClientTest, livesOnAThreadNamedTuneInHttp)
     EXPECT_EQ(client().parent(), nullptr);
 }
 
-TEST_F(TuneInHttpClientTest, endsItsThreadWhenItIsDeleted)
+TEST_F(TuneInHttpClientTest, EndsItsThreadWhenItIsDeleted)
 {
     const QPointer<QThread> thread(client().thread());
     m_thread.reset();
@@ -166,7 +166,7 @@ TEST_F(TuneInHttpClientTest, endsItsThreadWhenItIsDeleted)
     EXPECT_TRUE(spinUntil([] { return !ProcessUsage::threadNames().contains("TuneInHttp"_s); }));
 }
 
-TEST_F(TuneInHttpClientTest, exitsTheDeletingThreadsEventLoopWithZero)
+TEST_F(TuneInHttpClientTest, ExitsTheDeletingThreadsEventLoopWithZero)
 {
     int code = -1;
     const std::unique_ptr<QThread> thread(QThread::create([&code] {
@@ -182,7 +182,7 @@ TEST_F(TuneInHttpClientTest, exitsTheDeletingThreadsEventLoopWithZero)
     EXPECT_EQ(code, 0);
 }
 
-TEST_F(TuneInHttpClientTest, hasOneInvokableSlotAndNothingElse)
+TEST_F(TuneInHttpClientTest, HasOneInvokableSlotAndNothingElse)
 {
     const QMetaObject *meta = client().metaObject();
     EXPECT_STREQ(meta->className(), "TuneInHttpClient");
@@ -192,12 +192,12 @@ TEST_F(TuneInHttpClientTest, hasOneInvokableSlotAndNothingElse)
     EXPECT_EQ(meta->method(meta->methodOffset()).methodType(), QMetaMethod::Slot);
 }
 
-TEST_F(TuneInHttpClientTest, ownsTheHostsClientAsItsChild)
+TEST_F(TuneInHttpClientTest, OwnsTheHostsClientAsItsChild)
 {
     EXPECT_EQ(client().findChildren<HttpClient *>().size(), 1);
 }
 
-TEST_F(TuneInHttpClientTest, returnsTheBodyOfAGet)
+TEST_F(TuneInHttpClientTest, ReturnsTheBodyOfAGet)
 {
     answerAll(QByteArray("the body"));
     QByteArray out;
@@ -206,7 +206,7 @@ TEST_F(TuneInHttpClientTest, returnsTheBodyOfAGet)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music&render=json"));
 }
 
-TEST_F(TuneInHttpClientTest, cachesAnAnswerForAsLongAsTheServerSays)
+TEST_F(TuneInHttpClientTest, CachesAnAnswerForAsLongAsTheServerSays)
 {
     ScriptedServer::Response response;
     response.body = "the body";
@@ -220,7 +220,7 @@ TEST_F(TuneInHttpClientTest, cachesAnAnswerForAsLongAsTheServerSays)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /Browse.ashx?c=music"));
 }
 
-TEST_F(TuneInHttpClientTest, cachesAMillionBytesInAll)
+TEST_F(TuneInHttpClientTest, CachesAMillionBytesInAll)
 {
     ScriptedServer::Response response;
     response.body = QByteArray(490000, 'x');
@@ -235,7 +235,7 @@ TEST_F(TuneInHttpClientTest, cachesAMillionBytesInAll)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /a", "GET /b", "GET /c", "GET /a"));
 }
 
-TEST_F(TuneInHttpClientTest, offersHttp2OverTls)
+TEST_F(TuneInHttpClientTest, OffersHttp2OverTls)
 {
     const HelloListener listener;
     HttpClient::setConnectTo(
@@ -245,7 +245,7 @@ TEST_F(TuneInHttpClientTest, offersHttp2OverTls)
     EXPECT_TRUE(hello.get().contains("\x02h2\x08http/1.1"));
 }
 
-TEST_F(TuneInHttpClientTest, postsWithAnEmptyBody)
+TEST_F(TuneInHttpClientTest, PostsWithAnEmptyBody)
 {
     answerAll(QByteArray("posted"));
     QByteArray out;
@@ -255,7 +255,7 @@ TEST_F(TuneInHttpClientTest, postsWithAnEmptyBody)
     EXPECT_EQ(server().requests().constFirst().body, QByteArray());
 }
 
-TEST_F(TuneInHttpClientTest, choosesTheMethodByTheType)
+TEST_F(TuneInHttpClientTest, ChoosesTheMethodByTheType)
 {
     EXPECT_TRUE(client().request(api("/a"_s), nullptr, TuneInHttpClient::Get).isEmpty());
     EXPECT_TRUE(client().request(api("/b"_s), nullptr, TuneInHttpClient::Post).isEmpty());
@@ -264,7 +264,7 @@ TEST_F(TuneInHttpClientTest, choosesTheMethodByTheType)
     EXPECT_EQ(int(TuneInHttpClient::Post), 1);
 }
 
-TEST_F(TuneInHttpClientTest, logsTheRequestAndItsCompletion)
+TEST_F(TuneInHttpClientTest, LogsTheRequestAndItsCompletion)
 {
     client().get(api("/Browse.ashx"_s), nullptr);
     EXPECT_THAT(m_log.lines("TRACE"_s),
@@ -274,7 +274,7 @@ TEST_F(TuneInHttpClientTest, logsTheRequestAndItsCompletion)
                 .mid(6)));
 }
 
-TEST_F(TuneInHttpClientTest, succeedsForAnyHttpCode)
+TEST_F(TuneInHttpClientTest, SucceedsForAnyHttpCode)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -287,7 +287,7 @@ TEST_F(TuneInHttpClientTest, succeedsForAnyHttpCode)
         completion("http://opml.radiotime.com/x"_s, HttpClientStatus::Success, 403)));
 }
 
-TEST_F(TuneInHttpClientTest, succeedsForAnEmptyBody)
+TEST_F(TuneInHttpClientTest, SucceedsForAnEmptyBody)
 {
     answerAll(QByteArray());
     QByteArray out("before");
@@ -295,14 +295,14 @@ TEST_F(TuneInHttpClientTest, succeedsForAnEmptyBody)
     EXPECT_EQ(out, QByteArray());
 }
 
-TEST_F(TuneInHttpClientTest, acceptsANullOutputBuffer)
+TEST_F(TuneInHttpClientTest, AcceptsANullOutputBuffer)
 {
     answerAll(QByteArray("ignored"));
     EXPECT_TRUE(client().get(api("/x"_s), nullptr).isEmpty());
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, releasesCollectedResults)
+TEST_F(TuneInHttpClientTest, ReleasesCollectedResults)
 {
     constexpr int BodySize = 100000;
     constexpr int Count = 300;
@@ -316,7 +316,7 @@ TEST_F(TuneInHttpClientTest, releasesCollectedResults)
     EXPECT_LT(ProcessUsage::now().allocatedBytes - before, BodySize * Count / 10);
 }
 
-TEST_F(TuneInHttpClientTest, releasesCollectedFailures)
+TEST_F(TuneInHttpClientTest, ReleasesCollectedFailures)
 {
     constexpr int Count = 5000;
     // The log capture would keep each record in memory.
@@ -332,7 +332,7 @@ TEST_F(TuneInHttpClientTest, releasesCollectedFailures)
     EXPECT_LT(ProcessUsage::now().allocatedBytes - before, 16 * Count);
 }
 
-TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
+TEST_F(TuneInHttpClientTest, GivesTheFirstTwoRequestsTheIndicesZeroAndOne)
 {
     // A request collects the result that is already stored under its index.
     answer("/planted0", QByteArray("zero"));
@@ -353,7 +353,7 @@ TEST_F(TuneInHttpClientTest, givesTheFirstTwoRequestsTheIndicesZeroAndOne)
     EXPECT_EQ(out, QByteArray("one"));
 }
 
-TEST_F(TuneInHttpClientTest, givesEachCallerItsOwnBodyWhenAnswersComeInReverse)
+TEST_F(TuneInHttpClientTest, GivesEachCallerItsOwnBodyWhenAnswersComeInReverse)
 {
     std::promise<void> fastDone;
     std::shared_future<void> mayAnswer(fastDone.get_future());
@@ -378,7 +378,7 @@ TEST_F(TuneInHttpClientTest, givesEachCallerItsOwnBodyWhenAnswersComeInReverse)
     EXPECT_EQ(slow.get(), QByteArray("/slow"));
 }
 
-TEST_F(TuneInHttpClientTest, servesManyThreadsAtOnce)
+TEST_F(TuneInHttpClientTest, ServesManyThreadsAtOnce)
 {
     server().setHandler([](const ScriptedServer::Request &request) {
         ScriptedServer::Response response;
@@ -402,7 +402,7 @@ TEST_F(TuneInHttpClientTest, servesManyThreadsAtOnce)
         EXPECT_EQ(caller.get(), 25);
 }
 
-TEST_F(TuneInHttpClientTest, startsNothingForAnUnknownType)
+TEST_F(TuneInHttpClientTest, StartsNothingForAnUnknownType)
 {
     queue(api("/unknown"_s), 2, 1000);
     queue(api("/unknown"_s), -1, 1001);
@@ -410,7 +410,7 @@ TEST_F(TuneInHttpClientTest, startsNothingForAnUnknownType)
     EXPECT_THAT(server().requestLines(), ElementsAre("GET /alive"));
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsRefused)
+TEST_F(TuneInHttpClientTest, FailsWhenTheConnectionIsRefused)
 {
     closeServer();
     expectConnectError("/x"_s);
@@ -418,7 +418,7 @@ TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsRefused)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsReset)
+TEST_F(TuneInHttpClientTest, FailsWhenTheConnectionIsReset)
 {
     for (const ScriptedServer::Response &response :
         {ending(ScriptedServer::End::ResetBeforeHead, {}),
@@ -429,21 +429,21 @@ TEST_F(TuneInHttpClientTest, failsWhenTheConnectionIsReset)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenTheBodyEndsEarly)
+TEST_F(TuneInHttpClientTest, FailsWhenTheBodyEndsEarly)
 {
     answerAll(ending(ScriptedServer::End::Truncate, QByteArray(1000, 'x'), 999));
     expectConnectError("/x"_s);
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsForAnAnswerThatIsNotHttp)
+TEST_F(TuneInHttpClientTest, FailsForAnAnswerThatIsNotHttp)
 {
     answerAll(ending(ScriptedServer::End::Raw, "220 mail.example ESMTP\r\n"));
     expectConnectError("/x"_s);
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenRedirectsGoInACircle)
+TEST_F(TuneInHttpClientTest, FailsWhenRedirectsGoInACircle)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -455,7 +455,7 @@ TEST_F(TuneInHttpClientTest, failsWhenRedirectsGoInACircle)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, followsARedirect)
+TEST_F(TuneInHttpClientTest, FollowsARedirect)
 {
     ScriptedServer::Response response;
     response.code = 302;
@@ -468,7 +468,7 @@ TEST_F(TuneInHttpClientTest, followsARedirect)
     EXPECT_EQ(out, QByteArray("arrived"));
 }
 
-TEST_F(TuneInHttpClientTest, acceptsABodyOfExactlyTheLimit)
+TEST_F(TuneInHttpClientTest, AcceptsABodyOfExactlyTheLimit)
 {
     answerAll(QByteArray(1000000, 'x'));
     QByteArray out;
@@ -476,7 +476,7 @@ TEST_F(TuneInHttpClientTest, acceptsABodyOfExactlyTheLimit)
     EXPECT_EQ(out.size(), 1000000);
 }
 
-TEST_F(TuneInHttpClientTest, failsForABodyOverTheLimit)
+TEST_F(TuneInHttpClientTest, FailsForABodyOverTheLimit)
 {
     answerAll(QByteArray(1000001, 'x'));
     expectConnectError("/x"_s);
@@ -487,7 +487,7 @@ TEST_F(TuneInHttpClientTest, failsForABodyOverTheLimit)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsForAnInvalidUrl)
+TEST_F(TuneInHttpClientTest, FailsForAnInvalidUrl)
 {
     QByteArray out("untouched");
     EXPECT_FALSE(client().get(VeskUrl(), &out).isEmpty());
@@ -496,7 +496,7 @@ TEST_F(TuneInHttpClientTest, failsForAnInvalidUrl)
     expectAlive();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenTheHostShutsDownWhileTheServerStalls)
+TEST_F(TuneInHttpClientTest, FailsWhenTheHostShutsDownWhileTheServerStalls)
 {
     answerAll(ending(ScriptedServer::End::Stall, QByteArray(1000, 'x'), 10));
     auto caller = std::async(std::launch::async, [this] { expectConnectError("/stall"_s); });
@@ -505,7 +505,7 @@ TEST_F(TuneInHttpClientTest, failsWhenTheHostShutsDownWhileTheServerStalls)
     caller.get();
 }
 
-TEST_F(TuneInHttpClientTest, failsWhenAStallingServerGoesAway)
+TEST_F(TuneInHttpClientTest, FailsWhenAStallingServerGoesAway)
 {
     answerAll(ending(ScriptedServer::End::StallBeforeHead, {}));
     auto caller = std::async(std::launch::async, [this] { expectConnectError("/stall"_s); });
@@ -514,7 +514,7 @@ TEST_F(TuneInHttpClientTest, failsWhenAStallingServerGoesAway)
     caller.get();
 }
 
-TEST_F(TuneInHttpClientTest, canBeDeletedWithAnExchangeUnderWay)
+TEST_F(TuneInHttpClientTest, CanBeDeletedWithAnExchangeUnderWay)
 {
     answerAll(ending(ScriptedServer::End::StallBeforeHead, {}));
     queue(api("/stall"_s), TuneInHttpClient::Get, 500);
@@ -524,7 +524,7 @@ TEST_F(TuneInHttpClientTest, canBeDeletedWithAnExchangeUnderWay)
     EXPECT_TRUE(spinUntil([&] { return thread.isNull(); }));
 }
 
-TEST_F(TuneInHttpClientTest, keepsSecretsOfAUrlOutOfTheLog)
+TEST_F(TuneInHttpClientTest, KeepsSecretsOfAUrlOutOfTheLog)
 {
     client().get(api("/Account.ashx?c=auth&username=me&password=sesame"_s), nullptr);
     EXPECT_FALSE(m_log.lines().join("\n"_s).contains("sesame"_s));

@@ -37,7 +37,7 @@ private:
 
 class TuneInOtherCalls : public TuneInPersonalCalls { };
 
-TEST_P(TuneInPersonalCalls, bypassTheCache)
+TEST_P(TuneInPersonalCalls, BypassTheCache)
 {
     const QString target = QString::fromLatin1(GetParam());
     EXPECT_EQ(get(target), "1");
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(Urls, TuneInPersonalCalls,
         "/Describe.ashx?id=s1", "/Browse.ashx?c=presets",
         "/Browse.ashx?formats=mp3&c=presets&id=f1"));
 
-TEST_P(TuneInOtherCalls, areCachedWhileTheyAreFresh)
+TEST_P(TuneInOtherCalls, AreCachedWhileTheyAreFresh)
 {
     const QString target = QString::fromLatin1(GetParam());
     EXPECT_EQ(get(target), "1");

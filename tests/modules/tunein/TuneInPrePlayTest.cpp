@@ -85,7 +85,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInPrePlayTest, takesTheFirstStream)
+TEST_F(TuneInPrePlayTest, TakesTheFirstStream)
 {
     answer("/Tune.ashx", ThreeStreams);
     const Answer answer = fetch();
@@ -99,7 +99,7 @@ TEST_F(TuneInPrePlayTest, takesTheFirstStream)
         Contains("Selected first available stream: url: http://stream.example/low.mp3?a=%20b"_s));
 }
 
-TEST_F(TuneInPrePlayTest, treatsAStreamWithoutPlaylistTypeAsUnknownAudioWithoutAlternatives)
+TEST_F(TuneInPrePlayTest, TreatsAStreamWithoutPlaylistTypeAsUnknownAudioWithoutAlternatives)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskMediaData media = VeskRoles(VeskHash(fetch().value.toHash())).mediaData();
@@ -108,7 +108,7 @@ TEST_F(TuneInPrePlayTest, treatsAStreamWithoutPlaylistTypeAsUnknownAudioWithoutA
     EXPECT_TRUE(media.metaData().contains("alternativeStreams"_s));
 }
 
-TEST_F(TuneInPrePlayTest, treatsAStreamWithPlaylistTypeAsAPlaylist)
+TEST_F(TuneInPrePlayTest, TreatsAStreamWithPlaylistTypeAsAPlaylist)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
@@ -118,7 +118,7 @@ TEST_F(TuneInPrePlayTest, treatsAStreamWithPlaylistTypeAsAPlaylist)
     EXPECT_EQ(media.activeResource().bitRate(), 0);
 }
 
-TEST_F(TuneInPrePlayTest, keepsTheRowsAlternativesForAPlaylist)
+TEST_F(TuneInPrePlayTest, KeepsTheRowsAlternativesForAPlaylist)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"audio","url":"http://h/x.pls","playlist_type":"pls"})"));
@@ -130,7 +130,7 @@ TEST_F(TuneInPrePlayTest, keepsTheRowsAlternativesForAPlaylist)
     EXPECT_FALSE(meta().contains("alternativeStreams"_s));
 }
 
-TEST_F(TuneInPrePlayTest, clearsTheBitRateWhenTheFirstStreamHasNone)
+TEST_F(TuneInPrePlayTest, ClearsTheBitRateWhenTheFirstStreamHasNone)
 {
     changeRow([](VeskMetaData &, VeskResource &row) { row.setBitRate(128000); });
     for (const char *first : {R"({"element":"audio","url":"http://h/first"})",
@@ -146,7 +146,7 @@ TEST_F(TuneInPrePlayTest, clearsTheBitRateWhenTheFirstStreamHasNone)
     }
 }
 
-TEST_F(TuneInPrePlayTest, keepsOtherDataOfTheRow)
+TEST_F(TuneInPrePlayTest, KeepsOtherDataOfTheRow)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskRoles roles(VeskHash(fetch().value.toHash()));
@@ -158,7 +158,7 @@ TEST_F(TuneInPrePlayTest, keepsOtherDataOfTheRow)
     EXPECT_EQ(roles.mediaData().metaData().genre(), "Rock"_s);
 }
 
-TEST_F(TuneInPrePlayTest, setsTheUriAndKeepsThePath)
+TEST_F(TuneInPrePlayTest, SetsTheUriAndKeepsThePath)
 {
     answer("/Tune.ashx", ThreeStreams);
     EXPECT_EQ(VeskRoles(VeskHash(fetch().value.toHash())).path(),
@@ -166,7 +166,7 @@ TEST_F(TuneInPrePlayTest, setsTheUriAndKeepsThePath)
             {{"a"_s, " b"_s}, {"veskMatchingPath"_s, "TuneIn:browse?veskGuideId=s1"_s}}));
 }
 
-TEST_F(TuneInPrePlayTest, addsAResourceToARowWithoutOne)
+TEST_F(TuneInPrePlayTest, AddsAResourceToARowWithoutOne)
 {
     answer("/Tune.ashx", ThreeStreams);
     const VeskRoles roles(
@@ -178,7 +178,7 @@ TEST_F(TuneInPrePlayTest, addsAResourceToARowWithoutOne)
     EXPECT_EQ(roles.mediaData().activeResource().uri(), "http://stream.example/low.mp3?a=%20b"_s);
 }
 
-TEST_F(TuneInPrePlayTest, addsMissingCommonItemsToThePlayPath)
+TEST_F(TuneInPrePlayTest, AddsMissingCommonItemsToThePlayPath)
 {
     answer("/Tune.ashx", ThreeStreams);
     fetch("http://opml.radiotime.com/Tune.ashx?id=s1"_s);
@@ -187,7 +187,7 @@ TEST_F(TuneInPrePlayTest, addsMissingCommonItemsToThePlayPath)
         "GET /Tune.ashx?id=s1&render=xml&serial=S&partnerId="});
 }
 
-TEST_F(TuneInPrePlayTest, leavesOutAnEmptyPartnerId)
+TEST_F(TuneInPrePlayTest, LeavesOutAnEmptyPartnerId)
 {
     stop();
     set(VeskTuneInPartnerIdPath(), QString());
@@ -197,14 +197,14 @@ TEST_F(TuneInPrePlayTest, leavesOutAnEmptyPartnerId)
     expectRequests({"GET /Tune.ashx?id=s1&render=json&serial=ABC"});
 }
 
-TEST_F(TuneInPrePlayTest, failsWithoutAPlayPath)
+TEST_F(TuneInPrePlayTest, FailsWithoutAPlayPath)
 {
     expectError(fetch(QString()), "Empty play path");
     EXPECT_THAT(log().lines("ERROR"_s), ElementsAre("Play path is empty!"_s));
     expectRequests({});
 }
 
-TEST_F(TuneInPrePlayTest, passesOnTheErrorOfTheRequest)
+TEST_F(TuneInPrePlayTest, PassesOnTheErrorOfTheRequest)
 {
     answer("/Tune.ashx",
         QByteArray(R"({"head":{"status":"404","fault":"Invalid method"},"body":[]})"));
@@ -221,14 +221,14 @@ TEST_F(TuneInPrePlayTest, passesOnTheErrorOfTheRequest)
     EXPECT_TRUE(fetch().error.name().contains("7"_s));
 }
 
-TEST_F(TuneInPrePlayTest, failsWhenThereAreNoStreams)
+TEST_F(TuneInPrePlayTest, FailsWhenThereAreNoStreams)
 {
     answer("/Tune.ashx", screen({}));
     expectError(fetch(), "No available streams.");
     EXPECT_FALSE(log().lines("ERROR"_s).isEmpty());
 }
 
-TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
+TEST_F(TuneInPrePlayTest, UpdatesTheTextsOfAChosenStream)
 {
     const Answer answer
         = prePlay({{"veskPrePlayCmd"_s, "updateVeskRoles"_s}, {"veskTitle"_s, "Example & FM"_s},
@@ -243,7 +243,7 @@ TEST_F(TuneInPrePlayTest, updatesTheTextsOfAChosenStream)
     expectRequests({});
 }
 
-TEST_F(TuneInPrePlayTest, clearsTextsMissingFromAChosenStream)
+TEST_F(TuneInPrePlayTest, ClearsTextsMissingFromAChosenStream)
 {
     VeskRoles row = m_row;
     row.setDescription(TrString("x", "Rock it"));
@@ -262,7 +262,7 @@ TEST_F(TuneInPrePlayTest, clearsTextsMissingFromAChosenStream)
     }
 }
 
-TEST_F(TuneInPrePlayTest, logsTheCommandAndTheRoles)
+TEST_F(TuneInPrePlayTest, LogsTheCommandAndTheRoles)
 {
     prePlay({{"veskPrePlayCmd"_s, "updateVeskRoles"_s}});
     EXPECT_TRUE(log().contains(
@@ -271,7 +271,7 @@ TEST_F(TuneInPrePlayTest, logsTheCommandAndTheRoles)
     EXPECT_THAT(log().lines("TRACE"_s).filter("New VeskRoles:"_s), SizeIs(1));
 }
 
-TEST_F(TuneInPrePlayTest, failsForAnUnknownCommand)
+TEST_F(TuneInPrePlayTest, FailsForAnUnknownCommand)
 {
     expectError(prePlay({{"veskPrePlayCmd"_s, "dance"_s}}), "Invalid pre-play command");
     ASSERT_THAT(log().lines("ERROR"_s), SizeIs(1));
@@ -280,14 +280,14 @@ TEST_F(TuneInPrePlayTest, failsForAnUnknownCommand)
     expectError(prePlay({}), "Invalid pre-play command");
 }
 
-TEST_F(TuneInPrePlayTest, leavesOtherRolesToTheBase)
+TEST_F(TuneInPrePlayTest, LeavesOtherRolesToTheBase)
 {
     const Answer answer = setData("TuneIn:browse"_s, "title"_s, "x"_s);
     EXPECT_FALSE(answer.error.isEmpty());
     EXPECT_THAT(log().lines("TRACE"_s).filter("veskPrePlayCmd"_s), IsEmpty());
 }
 
-TEST_F(TuneInPrePlayTest, survivesMalformedRoles)
+TEST_F(TuneInPrePlayTest, SurvivesMalformedRoles)
 {
     answer("/Tune.ashx", ThreeStreams);
     for (const QVariant &value :
@@ -307,7 +307,7 @@ TEST_F(TuneInPrePlayTest, survivesMalformedRoles)
     }
 }
 
-TEST_F(TuneInPrePlayTest, survivesStreamsOfOddShapes)
+TEST_F(TuneInPrePlayTest, SurvivesStreamsOfOddShapes)
 {
     for (const char *stream : {"{}", "1", "null", "[]", "\"http://h/x\"",
              R"({"url":7,"bitrate":"x"})", R"({"url":"http://h/x","bitrate":"2147483647"})",
@@ -318,14 +318,14 @@ TEST_F(TuneInPrePlayTest, survivesStreamsOfOddShapes)
     }
 }
 
-TEST_F(TuneInPrePlayTest, survivesMalformedPlayPaths)
+TEST_F(TuneInPrePlayTest, SurvivesMalformedPlayPaths)
 {
     for (const char *playPath :
         {"x", "://", "http://", "file:///etc/passwd", "%", "http://opml.radiotime.com:99999/"})
         EXPECT_FALSE(fetch(QLatin1String(playPath)).error.isEmpty()) << playPath;
 }
 
-TEST_F(TuneInPrePlayTest, playsAListedRow)
+TEST_F(TuneInPrePlayTest, PlaysAListedRow)
 {
     answer("/Tune.ashx", ThreeStreams);
     answer("/Browse.ashx",
@@ -344,7 +344,7 @@ TEST_F(TuneInPrePlayTest, playsAListedRow)
         "TuneIn:browse?veskGuideId=s9"_s);
 }
 
-TEST_F(TuneInPrePlayTest, playsAChosenStreamOfAnItemWithoutIcon)
+TEST_F(TuneInPrePlayTest, PlaysAChosenStreamOfAnItemWithoutIcon)
 {
     answer("/Tune.ashx",
         screen(R"({"element":"outline","type":"audio","text":"128k MP3","guide_id":"e5",)"

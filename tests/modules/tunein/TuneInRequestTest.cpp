@@ -81,7 +81,7 @@ protected:
 
 } // namespace
 
-TEST_F(TuneInRequestTest, replacesTheResponseOnSuccess)
+TEST_F(TuneInRequestTest, ReplacesTheResponseOnSuccess)
 {
     answer("/Describe.ashx", Good);
     EXPECT_TRUE(request("/Describe.ashx?c=genres"_s).isEmpty());
@@ -90,7 +90,7 @@ TEST_F(TuneInRequestTest, replacesTheResponseOnSuccess)
     EXPECT_FALSE(m_response.contains("before"_s));
 }
 
-TEST_F(TuneInRequestTest, addsNothingToTheUrlAndChoosesTheMethod)
+TEST_F(TuneInRequestTest, AddsNothingToTheUrlAndChoosesTheMethod)
 {
     answerAll(Good);
     request("/a?x=1"_s, TuneInRequest::Get);
@@ -100,7 +100,7 @@ TEST_F(TuneInRequestTest, addsNothingToTheUrlAndChoosesTheMethod)
     EXPECT_EQ(int(TuneInRequest::Post), 1);
 }
 
-TEST_F(TuneInRequestTest, logsEachStepOfASuccess)
+TEST_F(TuneInRequestTest, LogsEachStepOfASuccess)
 {
     answerAll(Good);
     request("/a"_s);
@@ -113,7 +113,7 @@ TEST_F(TuneInRequestTest, logsEachStepOfASuccess)
     EXPECT_THAT(log().lines("ERROR"_s), IsEmpty());
 }
 
-TEST_F(TuneInRequestTest, sendsNothingWhileTheNetworkIsDown)
+TEST_F(TuneInRequestTest, SendsNothingWhileTheNetworkIsDown)
 {
     setNetwork(false);
     for (const char *path : {"/a", "/Account.ashx", "/Account.ashx?c=join"}) {
@@ -130,7 +130,7 @@ TEST_F(TuneInRequestTest, sendsNothingWhileTheNetworkIsDown)
     }
 }
 
-TEST_F(TuneInRequestTest, reportsAnUnreachableServerAsInvalidData)
+TEST_F(TuneInRequestTest, ReportsAnUnreachableServerAsInvalidData)
 {
     closeServer();
     expectStandardError(request("/a"_s), "Invalid data received.");
@@ -138,7 +138,7 @@ TEST_F(TuneInRequestTest, reportsAnUnreachableServerAsInvalidData)
         log().lines("ERROR"_s), ElementsAre("TuneInRequest::parseData: Received empty data!"_s));
 }
 
-TEST_F(TuneInRequestTest, reportsAnEmptyBody)
+TEST_F(TuneInRequestTest, ReportsAnEmptyBody)
 {
     expectStandardError(parse({}), "Invalid data received.");
     EXPECT_THAT(log().lines(),
@@ -146,7 +146,7 @@ TEST_F(TuneInRequestTest, reportsAnEmptyBody)
             "ERROR TuneInRequest::parseData: Received empty data!"_s));
 }
 
-TEST_F(TuneInRequestTest, reportsJsonThatDoesNotParse)
+TEST_F(TuneInRequestTest, ReportsJsonThatDoesNotParse)
 {
     const QByteArray broken = R"({"head":{"status":"200"})";
     VeskError parseError;
@@ -157,7 +157,7 @@ TEST_F(TuneInRequestTest, reportsJsonThatDoesNotParse)
             "ERROR Failed to parse data, error: "_s + printed(parseError)));
 }
 
-TEST_F(TuneInRequestTest, runsTheFaultPathForAnEmptyObject)
+TEST_F(TuneInRequestTest, RunsTheFaultPathForAnEmptyObject)
 {
     const CMError error = parse("{}");
     EXPECT_EQ(error.name(), CMError::DefaultName() + ":0"_s);
@@ -168,7 +168,7 @@ TEST_F(TuneInRequestTest, runsTheFaultPathForAnEmptyObject)
             "tuneInErrorToCMError: fault code: '', http status: ''"_s));
 }
 
-TEST_F(TuneInRequestTest, turnsAFaultIntoItsErrorAndLogsIt)
+TEST_F(TuneInRequestTest, TurnsAFaultIntoItsErrorAndLogsIt)
 {
     const CMError error = parse(
         R"({"head":{"status":"400","fault":"Bad mail","fault_code":"validation.email"},"body":[]})");
@@ -181,7 +181,7 @@ TEST_F(TuneInRequestTest, turnsAFaultIntoItsErrorAndLogsIt)
             "TuneInRequest::parseData: error: "_s + printed(error)));
 }
 
-TEST_F(TuneInRequestTest, acceptsOnlyTheStatusText200)
+TEST_F(TuneInRequestTest, AcceptsOnlyTheStatusText200)
 {
     for (const char *status : {" 200", "200 ", "0200", "200.0", "201", "OK", "", "２００"}) {
         m_response = m_before;
@@ -193,7 +193,7 @@ TEST_F(TuneInRequestTest, acceptsOnlyTheStatusText200)
     EXPECT_TRUE(parse(R"({"head":{"status":"200"}})").isEmpty());
 }
 
-TEST_F(TuneInRequestTest, readsTheAccountOperationFromTheQuery)
+TEST_F(TuneInRequestTest, ReadsTheAccountOperationFromTheQuery)
 {
     for (const char *operation :
         {"auth", "create", "join", "drop", "query", "remind", "reset", "claim"}) {
@@ -203,7 +203,7 @@ TEST_F(TuneInRequestTest, readsTheAccountOperationFromTheQuery)
     }
 }
 
-TEST_F(TuneInRequestTest, treatsAnUnknownAccountOperationAsNone)
+TEST_F(TuneInRequestTest, TreatsAnUnknownAccountOperationAsNone)
 {
     answerAll(QByteArray(R"({"head":{"status":"403"},"body":[]})"));
     for (const char *operation : {"dance", "Join", "3"}) {
@@ -217,7 +217,7 @@ TEST_F(TuneInRequestTest, treatsAnUnknownAccountOperationAsNone)
     }
 }
 
-TEST_F(TuneInRequestTest, warnsAboutAnAccountCallWithoutOperation)
+TEST_F(TuneInRequestTest, WarnsAboutAnAccountCallWithoutOperation)
 {
     answerAll(Good);
     EXPECT_TRUE(request("/Account.ashx?serial=1"_s).isEmpty());
@@ -225,7 +225,7 @@ TEST_F(TuneInRequestTest, warnsAboutAnAccountCallWithoutOperation)
     expectRequests({"GET /Account.ashx?serial=1"});
 }
 
-TEST_F(TuneInRequestTest, recognisesAccountCallsByTheEndOfThePathCaseSensitively)
+TEST_F(TuneInRequestTest, RecognisesAccountCallsByTheEndOfThePathCaseSensitively)
 {
     for (const char *target :
         {"/account.ashx?c=join", "/Account.ashx/x?c=join", "/Preset.ashx?c=join&x=Account.ashx"}) {
@@ -239,7 +239,7 @@ TEST_F(TuneInRequestTest, recognisesAccountCallsByTheEndOfThePathCaseSensitively
     EXPECT_TRUE(log().contains("TRACE Account operation: join"_s));
 }
 
-TEST_F(TuneInRequestTest, resetsTheAccountOperationWithEachRequest)
+TEST_F(TuneInRequestTest, ResetsTheAccountOperationWithEachRequest)
 {
     answerAll(QByteArray(R"({"head":{"status":"403"},"body":[]})"));
     QStringList messages;
@@ -256,7 +256,7 @@ TEST_F(TuneInRequestTest, resetsTheAccountOperationWithEachRequest)
     EXPECT_EQ(messages, QStringList({login, forbidden, login, forbidden, forbidden}));
 }
 
-TEST_F(TuneInRequestTest, callsTheOverridesOfASubclass)
+TEST_F(TuneInRequestTest, CallsTheOverridesOfASubclass)
 {
     QStringList calls;
     std::unique_ptr<TuneInRequest> request = std::make_unique<SilentRequest>(worker(), calls);
@@ -268,7 +268,7 @@ TEST_F(TuneInRequestTest, callsTheOverridesOfASubclass)
     expectRequests({});
 }
 
-TEST_F(TuneInRequestTest, reportsAnHtmlPageAsInvalidData)
+TEST_F(TuneInRequestTest, ReportsAnHtmlPageAsInvalidData)
 {
     ScriptedServer::Response response;
     response.code = 403;
@@ -277,7 +277,7 @@ TEST_F(TuneInRequestTest, reportsAnHtmlPageAsInvalidData)
     expectStandardError(request("/a"_s), "Invalid data returned.");
 }
 
-TEST_F(TuneInRequestTest, survivesAnswersOfOddShapes)
+TEST_F(TuneInRequestTest, SurvivesAnswersOfOddShapes)
 {
     for (const char *body :
         {"[]", "null", "1", "\"200\"", "true", R"({"head":[]})", R"({"head":"200"})",
@@ -289,7 +289,7 @@ TEST_F(TuneInRequestTest, survivesAnswersOfOddShapes)
     }
 }
 
-TEST_F(TuneInRequestTest, reportsEveryTruncatedAnswerAsInvalid)
+TEST_F(TuneInRequestTest, ReportsEveryTruncatedAnswerAsInvalid)
 {
     for (int size = 0; size < Good.size(); ++size)
         expectStandardError(parse(Good.left(size)),

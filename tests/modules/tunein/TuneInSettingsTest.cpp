@@ -40,7 +40,7 @@ public:
 
 } // namespace
 
-TEST_F(TuneInSettingsTest, readsEveryValueFromTheHost)
+TEST_F(TuneInSettingsTest, ReadsEveryValueFromTheHost)
 {
     set(VeskTuneInPartnerIdPath(), "p1"_s);
     set(VeskTuneInBrowseIndexUrlPath(), "http://index.example/"_s);
@@ -58,7 +58,7 @@ TEST_F(TuneInSettingsTest, readsEveryValueFromTheHost)
     EXPECT_EQ(m_settings.serviceId(), QString());
 }
 
-TEST_F(TuneInSettingsTest, readsTheTwoSwitchesSeparately)
+TEST_F(TuneInSettingsTest, ReadsTheTwoSwitchesSeparately)
 {
     set(VeskChildElementsInSingleListPath(), true);
     m_settings.load();
@@ -66,7 +66,7 @@ TEST_F(TuneInSettingsTest, readsTheTwoSwitchesSeparately)
     EXPECT_FALSE(m_settings.enabledFixItWizard());
 }
 
-TEST_F(TuneInSettingsTest, usesTheMemberIdAsSerial)
+TEST_F(TuneInSettingsTest, UsesTheMemberIdAsSerial)
 {
     m_settings.load();
     EXPECT_EQ(m_settings.serial(), "ABC"_s);
@@ -75,7 +75,7 @@ TEST_F(TuneInSettingsTest, usesTheMemberIdAsSerial)
                     "supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, usesTheMacAsSerialWithoutAMemberId)
+TEST_F(TuneInSettingsTest, UsesTheMacAsSerialWithoutAMemberId)
 {
     set(VeskSystemMemberIdPath(), QString());
     set(VeskNetworkStateEthernetMAC(), "00:1a:2B:3C:4D:5E"_s);
@@ -89,7 +89,7 @@ TEST_F(TuneInSettingsTest, usesTheMacAsSerialWithoutAMemberId)
             "supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, validatesAMacOnlyByItsLength)
+TEST_F(TuneInSettingsTest, ValidatesAMacOnlyByItsLength)
 {
     set(VeskSystemMemberIdPath(), QString());
     set(VeskNetworkStateEthernetMAC(), "seventeen letters"_s);
@@ -97,7 +97,7 @@ TEST_F(TuneInSettingsTest, validatesAMacOnlyByItsLength)
     EXPECT_EQ(m_settings.serial(), "seventeen letters"_s);
 }
 
-TEST_F(TuneInSettingsTest, replacesAnInvalidMacByZeros)
+TEST_F(TuneInSettingsTest, ReplacesAnInvalidMacByZeros)
 {
     set(VeskSystemMemberIdPath(), QString());
     for (const QString &mac : {"001A2B3C4D5E"_s, QString(), "00:1A:2B:3C:4D:5E:"_s}) {
@@ -112,7 +112,7 @@ TEST_F(TuneInSettingsTest, replacesAnInvalidMacByZeros)
     }
 }
 
-TEST_F(TuneInSettingsTest, truncatesASerialTo32Characters)
+TEST_F(TuneInSettingsTest, TruncatesASerialTo32Characters)
 {
     set(VeskSystemMemberIdPath(), TooLong);
     m_settings.load();
@@ -123,7 +123,7 @@ TEST_F(TuneInSettingsTest, truncatesASerialTo32Characters)
             "SN: '0123456789abcdef0123456789abcdef', supported streams: 'mp3,aac'"_s));
 }
 
-TEST_F(TuneInSettingsTest, truncatesOnlySerialsOfMoreThan32Characters)
+TEST_F(TuneInSettingsTest, TruncatesOnlySerialsOfMoreThan32Characters)
 {
     set(VeskSystemMemberIdPath(), TooLong.left(33));
     m_settings.load();
@@ -137,7 +137,7 @@ TEST_F(TuneInSettingsTest, truncatesOnlySerialsOfMoreThan32Characters)
     EXPECT_THAT(m_log.lines("WARN"_s), IsEmpty());
 }
 
-TEST_F(TuneInSettingsTest, logsEmptyFormatsAsTuneInsDefault)
+TEST_F(TuneInSettingsTest, LogsEmptyFormatsAsTuneInsDefault)
 {
     set(VeskTuneInSupportedStreamsPath(), QString());
     m_settings.load();
@@ -147,7 +147,7 @@ TEST_F(TuneInSettingsTest, logsEmptyFormatsAsTuneInsDefault)
                     "supported streams: 'TuneIn default'"_s));
 }
 
-TEST_F(TuneInSettingsTest, keepsPlaceholdersInValues)
+TEST_F(TuneInSettingsTest, KeepsPlaceholdersInValues)
 {
     set(VeskTuneInPartnerIdPath(), "%2 and %3"_s);
     set(VeskSystemMemberIdPath(), "%3"_s);
@@ -157,7 +157,7 @@ TEST_F(TuneInSettingsTest, keepsPlaceholdersInValues)
                     "supported streams: 'mp3,aac'"_s));
 }
 
-TEST(TuneInSettingsOfABareHostTest, areEmptyExceptForTheSerial)
+TEST(TuneInSettingsOfABareHostTest, AreEmptyExceptForTheSerial)
 {
     TuneInHost host {QStringList()};
     LogCapture log("CB_TuneIn");
@@ -177,7 +177,7 @@ TEST(TuneInSettingsOfABareHostTest, areEmptyExceptForTheSerial)
             "supported streams: 'TuneIn default'"_s));
 }
 
-TEST(TuneInSettingsOfABareHostTest, readTheMacOnlyWithoutAMemberId)
+TEST(TuneInSettingsOfABareHostTest, ReadTheMacOnlyWithoutAMemberId)
 {
     TuneInHost host({"settings"_s, "system"_s});
     CountingWorker network;

@@ -10,7 +10,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(TuneInTimeoutTest, endsAnUnansweredExchangeAfterThirtySeconds)
+TEST(TuneInTimeoutTest, EndsAnUnansweredExchangeAfterThirtySeconds)
 {
     TuneInHost host;
     ScriptedServer::Response response;

@@ -93,7 +93,7 @@ struct Pending {
 
 } // namespace
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindAfterARequest)
+TEST_F(WorkerLifecycleTest, LeavesNothingBehindAfterARequest)
 {
     answer("/Browse.ashx", Root);
     int served = 0;
@@ -104,12 +104,12 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindAfterARequest)
     EXPECT_EQ(served, 2 * Rounds);
 }
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWithoutARequest)
+TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithoutARequest)
 {
     expectNothingLeft([] { createWorker(); });
 }
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWithAnExchangeUnderWay)
+TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithAnExchangeUnderWay)
 {
     ScriptedServer::Response response;
     stall(response);
@@ -127,7 +127,7 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindWithAnExchangeUnderWay)
     EXPECT_EQ(started, Rounds);
 }
 
-TEST_F(WorkerLifecycleTest, leavesNothingBehindWithQueuedExchanges)
+TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithQueuedExchanges)
 {
     answer("/Browse.ashx", Root);
     expectNothingLeft([] {
@@ -139,7 +139,7 @@ TEST_F(WorkerLifecycleTest, leavesNothingBehindWithQueuedExchanges)
     });
 }
 
-TEST_F(WorkerLifecycleTest, answersQueuedRequestsWithAnErrorWhenDeleted)
+TEST_F(WorkerLifecycleTest, AnswersQueuedRequestsWithAnErrorWhenDeleted)
 {
     answer("/Browse.ashx", Root);
     expectNothingLeft([] {
@@ -172,7 +172,7 @@ TEST_F(WorkerLifecycleTest, answersQueuedRequestsWithAnErrorWhenDeleted)
     });
 }
 
-TEST_F(WorkerLifecycleTest, answersEveryRequestWhenTheHostShutsDownDuringAStall)
+TEST_F(WorkerLifecycleTest, AnswersEveryRequestWhenTheHostShutsDownDuringAStall)
 {
     for (int i = 0; i < 20; ++i) {
         ScriptedServer::Response response;
@@ -193,7 +193,7 @@ TEST_F(WorkerLifecycleTest, answersEveryRequestWhenTheHostShutsDownDuringAStall)
     }
 }
 
-TEST_F(WorkerLifecycleTest, answersEveryRequestOfManyThreadsWhenDeleted)
+TEST_F(WorkerLifecycleTest, AnswersEveryRequestOfManyThreadsWhenDeleted)
 {
     answer("/Browse.ashx", Root);
     std::unique_ptr<WorkerThread> thread = createWorker();
@@ -212,7 +212,7 @@ TEST_F(WorkerLifecycleTest, answersEveryRequestOfManyThreadsWhenDeleted)
         EXPECT_EQ(caller.get(), 200);
 }
 
-TEST_F(WorkerLifecycleTest, canBeDeletedDuringAPause)
+TEST_F(WorkerLifecycleTest, CanBeDeletedDuringAPause)
 {
     answerAll(QByteArray(R"({"head":{"status":"200"},"body":[]})"));
     start();

@@ -286,10 +286,10 @@ TEST(Message, ANullRequestCannotBeDecoded)
 TEST(Message, RequestsOfUnknownKindsAreRefused)
 {
     QByteArray payload = encode(request(CMRequest::GetData));
-    constexpr int kindAt = 2; // behind the message's kind and an id of one byte
-    ASSERT_EQ(payload.at(kindAt), char(CMRequest::GetData));
+    constexpr int KindAt = 2; // behind the message's kind and an id of one byte
+    ASSERT_EQ(payload.at(KindAt), char(CMRequest::GetData));
     for (int kind = CMRequest::MatchRow + 1; kind < 256; ++kind) {
-        payload[kindAt] = static_cast<char>(kind);
+        payload[KindAt] = static_cast<char>(kind);
         EXPECT_FALSE(decode<RequestMessage>(payload)) << kind;
     }
 }

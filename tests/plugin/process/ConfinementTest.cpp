@@ -76,7 +76,7 @@ protected:
         bool finished = false;
         QObject::connect(m_plugin.get(), &Plugin::loadFinished, [&] { finished = true; });
         m_plugin->load();
-        EXPECT_TRUE(spinUntil([&] { return finished; }, patience));
+        EXPECT_TRUE(spinUntil([&] { return finished; }, Patience));
         EXPECT_EQ(m_plugin->error(), QString());
         QFile existing(this->file());
         EXPECT_TRUE(existing.open(QIODevice::WriteOnly));
@@ -86,7 +86,7 @@ protected:
     ~ConfinementTest() override
     {
         m_plugin->unload();
-        EXPECT_TRUE(spinUntil([&] { return !m_plugin->isRunning(); }, patience));
+        EXPECT_TRUE(spinUntil([&] { return !m_plugin->isRunning(); }, Patience));
     }
 
     /// A file that this process may write.

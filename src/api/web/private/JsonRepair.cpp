@@ -156,14 +156,14 @@ private:
 
     void copyCharacter()
     {
-        static constexpr char digits[] = "0123456789abcdef";
+        static constexpr char Digits[] = "0123456789abcdef";
         const auto c = static_cast<uchar>(peek());
         if (c >= 0x20)
             return copy(1);
         ++m_at;
         m_out += "\\u00";
-        m_out += digits[c >> 4];
-        m_out += digits[c & 15];
+        m_out += Digits[c >> 4];
+        m_out += Digits[c & 15];
     }
 
     bool readEscape()
@@ -200,18 +200,18 @@ private:
 
     bool readUnicodeEscape()
     {
-        constexpr int size = 6;
+        constexpr int Size = 6;
         const int unit = unitAt(0);
         if (unit < 0)
             return false;
-        const int next = QChar::isHighSurrogate(uint(unit)) ? unitAt(size) : -1;
+        const int next = QChar::isHighSurrogate(uint(unit)) ? unitAt(Size) : -1;
         if (next >= 0 && QChar::isLowSurrogate(uint(next))) {
-            copy(2 * size);
+            copy(2 * Size);
         } else if (QChar::isSurrogate(uint(unit))) {
             m_out += "\\ufffd";
-            m_at += size;
+            m_at += Size;
         } else {
-            copy(size);
+            copy(Size);
         }
         return true;
     }
@@ -232,17 +232,17 @@ private:
         const int point = sign + whole;
         const int fraction = peek(point) == '.' ? digitsAt(point + 1) : -1;
         const int power = point + 1 + fraction;
-        int size = power;
+        int Size = power;
         bool good = whole + qMax(fraction, 0) > 0 && (whole < 2 || peek(sign) != '0');
         if ((peek(power) | 0x20) == 'e') {
-            size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
-            const int digits = digitsAt(size);
-            good = good && digits > 0;
-            size += digits;
+            Size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
+            const int Digits = digitsAt(Size);
+            good = good && Digits > 0;
+            Size += Digits;
         }
         if (!good)
             return false;
-        const QByteArray number = m_data.mid(m_at, size);
+        const QByteArray number = m_data.mid(m_at, Size);
         if (std::isinf(number.toDouble()))
             return fail("number out of range");
         m_out += whole > 0 ? number.left(point).constData() : sign ? "-0" : "0";
@@ -250,10 +250,10 @@ private:
             m_out += fraction > 0 ? number.mid(point, 1 + fraction).constData() : ".0";
         m_out += number.mid(power).constData();
         bool fits = true;
-        if (fraction < 0 && size == power)
+        if (fraction < 0 && Size == power)
             number.toLongLong(&fits);
         m_out += fits ? "" : "e0";
-        m_at += size;
+        m_at += Size;
         return true;
     }
 

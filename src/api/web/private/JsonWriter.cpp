@@ -93,9 +93,9 @@ private:
     template <class Number>
     void writeNumber(Number value)
     {
-        constexpr int longest = 32;
-        char *const begin = room(longest);
-        m_size += int(std::to_chars(begin, begin + longest, value).ptr - begin);
+        constexpr int Longest = 32;
+        char *const begin = room(Longest);
+        m_size += int(std::to_chars(begin, begin + Longest, value).ptr - begin);
     }
 
     bool writeInteger(int type, const QVariant &value)
@@ -198,10 +198,10 @@ private:
     void writeText(const QString &text)
     {
         // Piece by piece, for the most that one UTF-16 unit grows to is "\u0001".
-        constexpr int pieceSize = 4096;
+        constexpr int PieceSize = 4096;
         append('"');
         for (int begin = 0; begin < text.size();) {
-            int end = qMin(text.size(), begin + pieceSize);
+            int end = qMin(text.size(), begin + PieceSize);
             if (end < text.size() && text.at(end - 1).isHighSurrogate())
                 --end;
             char *const out = room(6 * (end - begin));
@@ -233,15 +233,15 @@ private:
 
     static char *encodeEscape(char *out, char c)
     {
-        static constexpr std::string_view named = "\"\\\b\f\n\r\t";
-        static constexpr char letters[] = "\"\\bfnrt";
+        static constexpr std::string_view Named = "\"\\\b\f\n\r\t";
+        static constexpr char Letters[] = "\"\\bfnrt";
         *out++ = '\\';
-        if (const auto index = named.find(c); index != std::string_view::npos) {
-            *out++ = letters[index];
+        if (const auto index = Named.find(c); index != std::string_view::npos) {
+            *out++ = Letters[index];
             return out;
         }
-        static constexpr char digits[] = "0123456789abcdef";
-        for (const char digit : {'u', '0', '0', digits[c >> 4], digits[c & 15]})
+        static constexpr char Digits[] = "0123456789abcdef";
+        for (const char digit : {'u', '0', '0', Digits[c >> 4], Digits[c & 15]})
             *out++ = digit;
         return out;
     }
