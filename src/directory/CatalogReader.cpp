@@ -7,13 +7,13 @@ namespace directory {
 
 namespace {
 
-const std::set<std::string> knownCodecs {
+const std::set<std::string> KnownCodecs {
     "mp3", "aac", "ogg", "opus", "flac", "hls", "wma", "flash"};
-const std::set<std::string> knownPlaylists {"", "m3u", "m3u8", "pls", "asx", "xspf"};
-const std::set<std::string> knownTricks {"", "missing", "refused"};
-const std::set<std::string> knownPlaylistTricks {"", "loop", "dead-first", "preroll", "endless",
+const std::set<std::string> KnownPlaylists {"", "m3u", "m3u8", "pls", "asx", "xspf"};
+const std::set<std::string> KnownTricks {"", "missing", "refused"};
+const std::set<std::string> KnownPlaylistTricks {"", "loop", "dead-first", "preroll", "endless",
     "mislabelled", "huge", "many", "html", "missing", "refused"};
-const std::set<std::string> knownMenus {"music", "talk", "sports"};
+const std::set<std::string> KnownMenus {"music", "talk", "sports"};
 
 } // namespace
 
@@ -35,7 +35,7 @@ std::string CatalogReader::named(
 void CatalogReader::menu(const YamlEntry &entry, std::string &out)
 {
     out = entry.text("menu");
-    if (knownMenus.count(out) == 0)
+    if (KnownMenus.count(out) == 0)
         entry.fail("\"menu\" must be music, talk or sports");
 }
 
@@ -65,13 +65,13 @@ Stream CatalogReader::stream(const YAML::Node &node)
     stream.bitrate = entry.number("bitrate", 8, 10000);
     stream.playlist = entry.text("playlist", "");
     stream.reliability = entry.number("reliability", 0, 100, 99);
-    if (knownCodecs.count(stream.codec) == 0)
+    if (KnownCodecs.count(stream.codec) == 0)
         entry.fail("unknown codec " + stream.codec);
-    if (knownPlaylists.count(stream.playlist) == 0)
+    if (KnownPlaylists.count(stream.playlist) == 0)
         entry.fail("unknown playlist " + stream.playlist);
     stream.trick = entry.text("trick", "");
     stream.depth = entry.number("depth", 1, 20, 1);
-    if ((stream.playlist.empty() ? knownTricks : knownPlaylistTricks).count(stream.trick) == 0)
+    if ((stream.playlist.empty() ? KnownTricks : KnownPlaylistTricks).count(stream.trick) == 0)
         entry.fail("unknown trick " + stream.trick);
     return stream;
 }

@@ -12,7 +12,7 @@ namespace directory {
 
 namespace {
 
-const std::set<std::string> knownAvailabilities {"", "georestricted", "restricted", "nostream"};
+const std::set<std::string> KnownAvailabilities {"", "georestricted", "restricted", "nostream"};
 
 } // namespace
 
@@ -47,7 +47,7 @@ void CatalogReader::station(const YAML::Node &node)
     station.callSign = entry.text("call_sign", "");
     station.description = entry.text("description", "");
     station.availability = entry.text("availability", "");
-    if (knownAvailabilities.count(station.availability) == 0)
+    if (KnownAvailabilities.count(station.availability) == 0)
         entry.fail("\"availability\" must be georestricted, restricted or nostream");
     station.playing = entry.texts("playing");
     if (entry.has("streams") && entry.child("streams").IsSequence()) {

@@ -28,7 +28,7 @@ constexpr std::uint64_t LoopFrames = LoopSeconds * FileRate / FileFrame;
 
 constexpr std::uint64_t FrameBytes = FileFrame / 8 * FileBitrate * 1000 / FileRate;
 
-const std::string playlistKinds[] {"m3u", "pls", "asx", "xspf"};
+const std::string PlaylistKinds[] {"m3u", "pls", "asx", "xspf"};
 
 Answer nothing()
 {
@@ -99,11 +99,11 @@ std::optional<Range> parseRange(const std::string &text, std::uint64_t length)
     return range;
 }
 
-std::string padded(const std::string &text, std::size_t Size)
+std::string padded(const std::string &text, std::size_t size)
 {
     const std::string line = "# Nothing to be heard on this line.\n";
     std::string out;
-    while (out.size() + text.size() < Size)
+    while (out.size() + text.size() < size)
         out += line;
     return out + text;
 }
@@ -246,7 +246,7 @@ Answer Streams::below(const Context &context, const Place &place, const std::str
         return clip(context, "preroll " + place.station->id, prerollMelody(place.station->id),
             PrerollSeconds);
     const bool level = number > 0 && number < stream.depth
-        && extension == playlistKinds[static_cast<std::size_t>(number) % std::size(playlistKinds)];
+        && extension == PlaylistKinds[static_cast<std::size_t>(number) % std::size(PlaylistKinds)];
     return level ? playlist(context, place, number) : nothing();
 }
 
@@ -285,7 +285,7 @@ std::vector<PlaylistEntry> Streams::entriesOf(const Context &context, const Plac
         place.station->name, context.here(base + '.' + codecExtension(stream.codec))};
     if (level > 1)
         main.address = context.here(base + '/' + std::to_string(level - 1) + '.'
-            + playlistKinds[static_cast<std::size_t>(level - 1) % std::size(playlistKinds)]);
+            + PlaylistKinds[static_cast<std::size_t>(level - 1) % std::size(PlaylistKinds)]);
     if (stream.trick == "loop")
         main.address = context.here(base + '.' + stream.playlist);
     if (stream.trick == "dead-first")
@@ -301,7 +301,7 @@ Answer Streams::playlist(const Context &context, const Place &place, int level) 
     const std::string number = std::to_string(place.index + 1);
     const std::string kind = level == stream.depth
         ? stream.playlist
-        : playlistKinds[static_cast<std::size_t>(level) % std::size(playlistKinds)];
+        : PlaylistKinds[static_cast<std::size_t>(level) % std::size(PlaylistKinds)];
     if (stream.trick == "endless")
         return live(context, place);
     if (stream.trick == "html")

@@ -18,6 +18,7 @@ struct TapInput {
 struct TapInputClass {
     GFilterInputStreamClass parent;
 };
+// NOLINTNEXTLINE(readability-identifier-naming): as GObject names what its macros declare
 void tap_input_pollable_init(GPollableInputStreamInterface *interface);
 
 G_DEFINE_TYPE_WITH_CODE(TapInput, tap_input, G_TYPE_FILTER_INPUT_STREAM,
@@ -75,6 +76,7 @@ GSource *createSource(GPollableInputStream *input, GCancellable *cancellable)
     return source;
 }
 
+// NOLINTNEXTLINE(readability-identifier-naming): as GObject names what its macros declare
 void tap_input_pollable_init(GPollableInputStreamInterface *interface)
 {
     interface->can_poll = canPoll;

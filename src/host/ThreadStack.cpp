@@ -26,18 +26,18 @@ struct Frames {
     int count;
     sem_t taken;
 };
-Frames s_frames;
+Frames interruptedFrames;
 
 void takeFrames(int)
 {
-    s_frames.count = ::backtrace(s_frames.addresses, MaxFrames);
-    ::sem_post(&s_frames.taken);
+    interruptedFrames.count = ::backtrace(interruptedFrames.addresses, MaxFrames);
+    ::sem_post(&interruptedFrames.taken);
 }
 
-/// Has \a thread fill in s_frames.
+/// Has \a thread fill in interruptedFrames.
 bool take(pthread_t thread)
 {
-    ::sem_init(&s_frames.taken, 0, 0);
+    ::sem_init(&interruptedFrames.taken, 0, 0);
     struct sigaction action { };
     struct sigaction before { };
     action.sa_handler = &takeFrames;
@@ -48,7 +48,7 @@ bool take(pthread_t thread)
         timespec end {};
         ::clock_gettime(CLOCK_MONOTONIC, &end);
         end.tv_sec += AnswerSeconds;
-        taken = ::sem_clockwait(&s_frames.taken, CLOCK_MONOTONIC, &end) == 0;
+        taken = ::sem_clockwait(&interruptedFrames.taken, CLOCK_MONOTONIC, &end) == 0;
     }
     // The signal may still reach a thread that did not answer in time; without the handler it would
     // end the process.
@@ -105,13 +105,13 @@ public:
         QString line = QStringLiteral("%1 (%2+0x%3)")
                            .arg(name ? readable(name) : QStringLiteral("??"), lastPart(file),
                                QString::number(call - start, 16));
-        int number_ = 0;
+        int sourceLine = 0;
         Dwfl_Line *const source = ::dwfl_module_getsrc(module, call);
         const char *const sourceFile = source
-            ? ::dwfl_lineinfo(source, nullptr, &number_, nullptr, nullptr, nullptr)
+            ? ::dwfl_lineinfo(source, nullptr, &sourceLine, nullptr, nullptr, nullptr)
             : nullptr;
         if (sourceFile)
-            line += QStringLiteral(" %1:%2").arg(lastPart(sourceFile), QString::number(number_));
+            line += QStringLiteral(" %1:%2").arg(lastPart(sourceFile), QString::number(sourceLine));
         return line;
     }
 
@@ -140,7 +140,8 @@ QStringList stackOfThread(pthread_t thread)
     if (!take(thread))
         return lines;
     const Symbols symbols;
-    for (int i = std::min(FramesOfSignal, s_frames.count); i < s_frames.count; ++i)
-        lines.append(symbols.describe(s_frames.addresses[i]));
+    for (int i = std::min(FramesOfSignal, interruptedFrames.count); i < interruptedFrames.count;
+         ++i)
+        lines.append(symbols.describe(interruptedFrames.addresses[i]));
     return lines;
 }

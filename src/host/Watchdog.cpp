@@ -30,7 +30,7 @@ constexpr Time AtOnce = std::chrono::nanoseconds(1);
 /// the same.
 constexpr std::chrono::seconds TimeToLog {10};
 
-Watchdog *s_watchdog = nullptr;
+Watchdog *runningWatchdog = nullptr;
 
 Time now()
 {
@@ -86,11 +86,11 @@ Watchdog::Watchdog(std::chrono::milliseconds limit)
     , m_timer(::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC))
 {
     VESK_ASSERT(limit > std::chrono::milliseconds::zero());
-    VESK_ASSERT(!s_watchdog && m_timer >= 0);
+    VESK_ASSERT(!runningWatchdog && m_timer >= 0);
     const QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
     VESK_ASSERT(dispatcher && dispatcher->inherits("QEventDispatcherGlib"));
     prepareThreadStacks();
-    s_watchdog = this;
+    runningWatchdog = this;
     // Qt's own signals are of no use for this: with GLib's loop it says that it is about to block
     // before it handles events, and that it is awake when it has handled them.
     g_main_context_set_poll_func(nullptr, &Watchdog::poll);
@@ -101,7 +101,7 @@ Watchdog::Watchdog(std::chrono::milliseconds limit)
 Watchdog::~Watchdog()
 {
     g_main_context_set_poll_func(nullptr, m_poll);
-    s_watchdog = nullptr;
+    runningWatchdog = nullptr;
     m_ending = true;
     lookIn(AtOnce);
     m_thread.join();
@@ -110,7 +110,7 @@ Watchdog::~Watchdog()
 
 int Watchdog::poll(_GPollFD *descriptors, unsigned count, int timeout)
 {
-    Watchdog &self = *s_watchdog;
+    Watchdog &self = *runningWatchdog;
     if (timeout != 0)
         self.m_turn = Waiting;
     const int ready = self.m_poll(descriptors, count, timeout);

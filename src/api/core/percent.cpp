@@ -29,8 +29,8 @@ public:
     constexpr void keep(const char *characters)
     {
         for (const char *c = characters; *c; ++c) {
-            if (*c > 0)
-                m_entries[int(*c)] = {{static_cast<ushort>(*c)}, 1};
+            if (const auto byte = static_cast<unsigned char>(*c); byte < 128)
+                m_entries[byte] = {{byte}, 1};
         }
     }
 
@@ -53,18 +53,18 @@ private:
     Entry m_entries[128] = {};
 };
 
-constexpr Table unreservedTable("");
-constexpr Table slashTable("/");
+constexpr Table UnreservedTable("");
+constexpr Table SlashTable("/");
 
 /// Calls \a function with the table for \a keep.
 template <class Function>
 auto withTable(const char *keep, Function function)
 {
     if (!*keep)
-        return function(unreservedTable);
+        return function(UnreservedTable);
     if (keep[0] == '/' && !keep[1])
-        return function(slashTable);
-    Table table(unreservedTable);
+        return function(SlashTable);
+    Table table(UnreservedTable);
     table.keep(keep);
     return function(table);
 }
@@ -77,8 +77,8 @@ constexpr int PieceSize = 128;
 ushort *writeEscape(ushort *out, unsigned byte)
 {
     *out++ = '%';
-    *out++ = static_cast<ushort>(Digits[byte >> 4]);
-    *out++ = static_cast<ushort>(Digits[byte & 15]);
+    *out++ = static_cast<uchar>(Digits[byte >> 4]);
+    *out++ = static_cast<uchar>(Digits[byte & 15]);
     return out;
 }
 

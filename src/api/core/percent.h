@@ -32,7 +32,7 @@ public:
     /// Appends an ASCII character as it is.
     void append(char c)
     {
-        *room(1) = static_cast<ushort>(c);
+        *room(1) = static_cast<uchar>(c);
         ++m_size;
     }
     /// Appends a text that is encoded already.

@@ -18,7 +18,7 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-const char constructorSignature[]
+const char ConstructorSignature[]
     = "TuneInAccountNode::TuneInAccountNode(CMTuneInWorker*, const CMPath&)";
 
 bool isError(const CMError &error)
@@ -170,7 +170,7 @@ TuneInAccountNode::TuneInAccountNode(CMTuneInWorker *tiWorker, const CMPath &pat
     , m_tiWorker(tiWorker)
     , m_settings(&tiWorker->settings())
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(constructorSignature, "CB_TuneIn") << path);
+    VESK_TRACE("Enter " << dbglog_scopedFunction(ConstructorSignature, "CB_TuneIn") << path);
 }
 
 TuneInAccountNode::~TuneInAccountNode() = default;

@@ -35,7 +35,7 @@ constexpr int InlineLevels = 1;
 /// How long to wait after an attempt to fetch the names of genres.
 constexpr qint64 GenreRetryMs = 10000;
 
-const char fillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
+const char FillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
                                  "VeskList<VeskTuneInBodyElement>, VeskUrl, QString, int)";
 const char roleDataSignature[]
     = "virtual QVariant TuneInBrowseNode::getRoleData(const QString&, const Params&)";
@@ -198,7 +198,7 @@ QVariantList TuneInBrowseNode::parseData(
 QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
     VeskList<VeskTuneInBodyElement> elements, VeskUrl url, QString navigation, int maxLevel)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(fillRowsSignature, "CB_TuneIn")
+    VESK_TRACE("Enter " << dbglog_scopedFunction(FillRowsSignature, "CB_TuneIn")
                         << ": navigation: '" << navigation << "', maxLevel: " << maxLevel
                         << ", url: '" << url << "'");
     if (!navigation.isEmpty() && !navigate(elements, navigation))

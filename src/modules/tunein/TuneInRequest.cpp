@@ -15,7 +15,7 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-const char parseFaultSignature[] = "static VeskTuneInFaultCode::Enum "
+const char ParseFaultSignature[] = "static VeskTuneInFaultCode::Enum "
                                    "TuneInRequest::parseTuneInFaultCode(const QString&)";
 const char mapFaultSignature[]
     = "static CMError TuneInRequest::tuneInErrorToCMError(const QString&, const QString&, "
@@ -172,7 +172,7 @@ CMError TuneInRequest::tuneInErrorToCMError(
 
 VeskTuneInFaultCode::Enum TuneInRequest::parseTuneInFaultCode(const QString &faultCode)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(parseFaultSignature, "CB_TuneIn")
+    VESK_TRACE("Enter " << dbglog_scopedFunction(ParseFaultSignature, "CB_TuneIn")
                         << ": faultCode: '" << faultCode << "'");
     if (faultCode.isEmpty())
         return VeskTuneInFaultCode::none;

@@ -38,7 +38,7 @@ constexpr int PauseReportMs = PauseReportMinutes * 60 * 1000;
 
 constexpr unsigned long NetworkPollMs = 10;
 
-const char constructorSignature[] = "CMTuneInWorker::CMTuneInWorker(const QVariantHash&)";
+const char ConstructorSignature[] = "CMTuneInWorker::CMTuneInWorker(const QVariantHash&)";
 
 /// Stations with unreliable streams, for trying out a player.
 struct Station {
@@ -67,7 +67,7 @@ constexpr Station UnreliableStations[] = {
 
 TrString workerText(const char *text)
 {
-    return TrString(constructorSignature, text);
+    return TrString(ConstructorSignature, text);
 }
 
 } // namespace
@@ -87,7 +87,7 @@ CMTuneInWorker::CMTuneInWorker(const QVariantHash &config)
     , m_listeningDurationTimer(this)
     , m_stateMutex(QMutex::Recursive)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(constructorSignature, "CB_TuneIn") << ": ");
+    VESK_TRACE("Enter " << dbglog_scopedFunction(ConstructorSignature, "CB_TuneIn") << ": ");
     m_settings.load();
     m_settings.setServiceId(config.value(VeskService_Id()).toString());
     createTree();

@@ -29,9 +29,9 @@ constexpr int MaxUrlSize = 64 * 1024;
 constexpr std::size_t MaxIdle = 4;
 constexpr long MaxKeptConnections = 16;
 
-const QEvent::Type deliverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
-const QEvent::Type shutDownEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
-const QEvent::Type abandonEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+const QEvent::Type DeliverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+const QEvent::Type ShutDownEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+const QEvent::Type AbandonEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 /// The engines that exist, for shutDownAll(). Never destroyed: engines may outlive static objects.
 struct Registry {
@@ -104,7 +104,7 @@ void HttpClientEngine::shutDownAll()
     const VeskMutexLock lock(all.mutex);
     for (HttpClientEngine *engine : all.engines) {
         engine->m_closed = true;
-        QCoreApplication::postEvent(engine, new QEvent(shutDownEvent));
+        QCoreApplication::postEvent(engine, new QEvent(ShutDownEvent));
     }
 }
 
@@ -115,7 +115,7 @@ void HttpClientEngine::abandonReading(bool abandon)
     for (HttpClientEngine *engine : all.engines) {
         engine->m_abandonReading = abandon;
         if (abandon)
-            QCoreApplication::postEvent(engine, new QEvent(abandonEvent));
+            QCoreApplication::postEvent(engine, new QEvent(AbandonEvent));
     }
 }
 
@@ -403,7 +403,7 @@ void HttpClientEngine::postDelivery()
     if (m_deliveryPosted)
         return;
     m_deliveryPosted = true;
-    QCoreApplication::postEvent(this, new QEvent(deliverEvent));
+    QCoreApplication::postEvent(this, new QEvent(DeliverEvent));
 }
 
 /// Calls the functions of what has ended. Any of them may destroy the client and with it this.
@@ -425,17 +425,17 @@ void HttpClientEngine::deliver()
 
 bool HttpClientEngine::event(QEvent *event)
 {
-    if (event->type() == deliverEvent) {
+    if (event->type() == DeliverEvent) {
         m_deliveryPosted = false;
         deliver();
         return true;
     }
-    if (event->type() == shutDownEvent) {
+    if (event->type() == ShutDownEvent) {
         cancelAll();
         deliver();
         return true;
     }
-    if (event->type() == abandonEvent) {
+    if (event->type() == AbandonEvent) {
         if (m_abandonReading)
             cancelActive(true);
         deliver();

@@ -232,17 +232,17 @@ private:
         const int point = sign + whole;
         const int fraction = peek(point) == '.' ? digitsAt(point + 1) : -1;
         const int power = point + 1 + fraction;
-        int Size = power;
+        int size = power;
         bool good = whole + qMax(fraction, 0) > 0 && (whole < 2 || peek(sign) != '0');
         if ((peek(power) | 0x20) == 'e') {
-            Size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
-            const int Digits = digitsAt(Size);
-            good = good && Digits > 0;
-            Size += Digits;
+            size += peek(power + 1) == '+' || peek(power + 1) == '-' ? 2 : 1;
+            const int digits = digitsAt(size);
+            good = good && digits > 0;
+            size += digits;
         }
         if (!good)
             return false;
-        const QByteArray number = m_data.mid(m_at, Size);
+        const QByteArray number = m_data.mid(m_at, size);
         if (std::isinf(number.toDouble()))
             return fail("number out of range");
         m_out += whole > 0 ? number.left(point).constData() : sign ? "-0" : "0";
@@ -250,10 +250,10 @@ private:
             m_out += fraction > 0 ? number.mid(point, 1 + fraction).constData() : ".0";
         m_out += number.mid(power).constData();
         bool fits = true;
-        if (fraction < 0 && Size == power)
+        if (fraction < 0 && size == power)
             number.toLongLong(&fits);
         m_out += fits ? "" : "e0";
-        m_at += Size;
+        m_at += size;
         return true;
     }
 
