@@ -103,29 +103,34 @@ bool matches(const Json &station, const Query &query)
 /// Texts are compared without case; what a station lacks comes first.
 bool isLess(const Json &a, const Json &b, const std::string &field)
 {
-    const Json left = a.value(field, Json());
-    const Json right = b.value(field, Json());
+    static const Json none;
+    const auto valueIn = [&field](const Json &entry) -> const Json & {
+        const auto found = entry.find(field);
+        return found == entry.end() ? none : *found;
+    };
+    const Json &left = valueIn(a);
+    const Json &right = valueIn(b);
     if (left.is_string() && right.is_string())
         return lowered(left) < lowered(right);
     return left < right;
 }
 
 /// Orders and cuts \a entries as the query says.
-Json listed(std::vector<Json> entries, const Query &query, const std::string &usualOrder)
+Json listed(std::vector<const Json *> entries, const Query &query)
 {
-    std::string order = param(query, "order").empty() ? usualOrder : param(query, "order");
+    std::string order = param(query, "order").empty() ? "name" : param(query, "order");
     if (order == "changetimestamp")
         order = "lastchangetime";
     const bool reverse = isOn(query, "reverse");
-    std::stable_sort(entries.begin(), entries.end(), [&](const Json &a, const Json &b) {
-        return reverse ? isLess(b, a, order) : isLess(a, b, order);
+    std::stable_sort(entries.begin(), entries.end(), [&](const Json *a, const Json *b) {
+        return reverse ? isLess(*b, *a, order) : isLess(*a, *b, order);
     });
     const std::size_t offset = std::min(numberOf(query, "offset", 0), entries.size());
     const std::size_t limit
         = std::min(numberOf(query, "limit", entries.size()), entries.size() - offset);
     Json list = Json::array();
-    std::move(entries.begin() + static_cast<std::ptrdiff_t>(offset),
-        entries.begin() + static_cast<std::ptrdiff_t>(offset + limit), std::back_inserter(list));
+    for (std::size_t i = offset; i < offset + limit; ++i)
+        list.push_back(*entries[i]);
     return list;
 }
 
@@ -207,10 +212,12 @@ Answer RadioDirectory::answer(const std::string &path, const Query &query)
 
 Answer RadioDirectory::search(const Query &query) const
 {
-    std::vector<Json> found;
-    std::copy_if(m_stations.begin(), m_stations.end(), std::back_inserter(found),
-        [&query](const Json &station) { return matches(station, query); });
-    return {200, listed(std::move(found), query, "name")};
+    std::vector<const Json *> found;
+    for (const Json &station : m_stations) {
+        if (matches(station, query))
+            found.push_back(&station);
+    }
+    return {200, listed(std::move(found), query)};
 }
 
 Answer RadioDirectory::groups(const Grouping &grouping, const Query &query) const
@@ -229,10 +236,10 @@ Answer RadioDirectory::groups(const Grouping &grouping, const Query &query) cons
                 group[grouping.code] = textOf(station, grouping.codeField);
         }
     }
-    std::vector<Json> found;
-    for (auto &group : byName)
-        found.push_back(std::move(group.second));
-    return {200, listed(std::move(found), query, "name")};
+    std::vector<const Json *> found;
+    for (const auto &group : byName)
+        found.push_back(&group.second);
+    return {200, listed(std::move(found), query)};
 }
 
 Answer RadioDirectory::click(const std::string &uuid)
