@@ -81,9 +81,8 @@ void RadioBrowserClient::list(const QString &path, const VeskUrl::QueryItems &qu
                 {});
         }
         if (result.code() != httpOk) {
-            return done(error(QT_TRANSLATE_NOOP(
-                            "RadioBrowser", "Radio Browser does not answer this question.")),
-                {});
+            return done(
+                error(QT_TRANSLATE_NOOP("RadioBrowser", "Radio Browser refused the request.")), {});
         }
         const std::optional<QVariantList> entries = radioBrowserEntries(result.data(), MaxEntries);
         if (!entries) {

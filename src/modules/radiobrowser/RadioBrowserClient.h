@@ -15,7 +15,7 @@
 
 /// Asks the directory's servers (https://docs.radio-browser.info): one after another, until one
 /// answers. Nothing blocks: answers come through the event loop of its thread, on which alone it
-/// is used. The SDK's HTTP client tells servers who asks ("Vesk/1.2"), as they wish.
+/// is used. The SDK's HTTP client sends the User-Agent that they want, "Vesk/1.2".
 class RadioBrowserClient : public QObject {
     Q_OBJECT
 
@@ -31,8 +31,8 @@ public:
 
     RadioBrowserServers &servers() { return m_servers; }
 
-    /// The list at \a path ("/json/countries"). Calls \a done exactly once, at the latest, with an
-    /// error, when the client is destroyed.
+    /// The list at \a path ("/json/countries"). Calls \a done once. When the client is destroyed
+    /// before, that is an error, or nothing.
     void list(const QString &path, const VeskUrl::QueryItems &query, Done done);
     /// Tells the directory that the station is listened to, by which it ranks them. What becomes of
     /// that is only logged.

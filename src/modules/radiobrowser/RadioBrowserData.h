@@ -12,9 +12,9 @@
 #include <optional>
 
 /// \file
-/// What the directory's answers hold (https://docs.radio-browser.info). Everything in them was
-/// typed in by somebody on the internet: texts are cut and put on one line, addresses have to be
-/// http or https, and numbers may come as texts. Values and pure functions, any thread.
+/// What the directory's answers hold (https://docs.radio-browser.info). Anyone can enter a
+/// station, so nothing is trusted: texts are cut and put on one line, addresses have to be http or
+/// https, and numbers may come as texts. Values and pure functions, any thread.
 
 /// A station, as /json/stations/search lists it.
 class RadioBrowserStation : public VeskHash {

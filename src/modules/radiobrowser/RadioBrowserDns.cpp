@@ -22,8 +22,8 @@ constexpr int httpsPort = 443;
 constexpr int portOffset = 4;
 constexpr int hostOffset = 6;
 
-/// Empty for a host that is not one of the directory's: whoever forges a DNS answer could name a
-/// server of his own, for which he has a good certificate.
+/// Empty for a host outside of the directory's domain: a forged answer could name any server, and
+/// that one would have a valid certificate for its own name.
 QString addressOf(const QString &host, int port)
 {
     static const QRegularExpression ours(

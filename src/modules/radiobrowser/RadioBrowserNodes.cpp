@@ -106,7 +106,7 @@ QVariant valuesOf(const VeskRoles &row, const QStringList &roles)
     return values;
 }
 
-/// A range that is none is answered with an error.
+/// An invalid range is answered with an error.
 bool isValid(const CMGetRowsRequest &request)
 {
     if (request.first() >= 0 && request.last() >= request.first())

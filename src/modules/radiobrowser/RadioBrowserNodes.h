@@ -27,7 +27,7 @@ private:
     CMListRowsNode *const m_searches;
 };
 
-/// By what stations are listed.
+/// What stations are grouped by.
 struct RadioBrowserCategoryKind {
     const char *base; ///< of the node's path
     const char *title;
@@ -65,8 +65,8 @@ private:
 ///
 /// How many there are the directory does not tell. So the count that goes with the rows is one more
 /// than those up to the range's end, as long as more follow: a client that reads on finds them. At
-/// most MaxRange rows are fetched at once; who asks for more is told to ask for less, which clients
-/// do by themselves (CMError::TooLongName).
+/// most MaxRange rows are fetched at once. A request for more ends with CMError::TooLongName(), and
+/// hosts ask again for less.
 class RadioBrowserStationsNode : public CMContainerNode {
     Q_OBJECT
 

@@ -30,7 +30,7 @@ bool isLoopback(const QString &host)
         || host == QLatin1String("::1");
 }
 
-/// What is asked for, and so what somebody listens to, is for nobody else to see.
+/// Over plain HTTP the network could read, and change, what is searched for and played.
 bool mayUse(const VeskUrl &server)
 {
     const QString scheme = server.scheme().toLower();
@@ -113,8 +113,8 @@ void RadioBrowserServers::takeLookUp(QStringList servers)
         found(usable());
 }
 
-/// When all of them have failed it was most likely this machine's network, so that they are asked
-/// again as soon as somebody wants something.
+/// When all of them have failed, the fault is most likely this machine's network, so the next
+/// request tries them again.
 QStringList RadioBrowserServers::usable()
 {
     QStringList servers;
