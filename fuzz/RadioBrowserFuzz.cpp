@@ -12,12 +12,12 @@
 
 namespace {
 
-constexpr int mostEntries = 100;
-constexpr int longestText = 600;
+constexpr int MostEntries = 100;
+constexpr int LongestText = 600;
 
 void requireLine(const QString &text)
 {
-    FUZZ_REQUIRE(text.size() <= longestText);
+    FUZZ_REQUIRE(text.size() <= LongestText);
     FUZZ_REQUIRE(std::none_of(
         text.begin(), text.end(), [](QChar c) { return c.category() == QChar::Other_Control; }));
 }
@@ -51,9 +51,9 @@ void readEntry(const QVariantHash &entry)
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
-    const auto entries = radioBrowserEntries(bytes, mostEntries);
+    const auto entries = radioBrowserEntries(bytes, MostEntries);
     if (entries) {
-        FUZZ_REQUIRE(entries->size() <= mostEntries);
+        FUZZ_REQUIRE(entries->size() <= MostEntries);
         for (const QVariant &entry : *entries)
             readEntry(entry.toHash());
     }

@@ -77,7 +77,7 @@ bool matches(const Json &station, const Query &query)
         bool isAlwaysExact;
         bool isList;
     };
-    static constexpr Filter filters[] = {
+    static constexpr Filter Filters[] = {
         {"name", "name", false, false},
         {"tag", "tags", false, true},
         {"language", "language", false, true},
@@ -86,7 +86,7 @@ bool matches(const Json &station, const Query &query)
     };
     if (isOn(query, "hidebroken") && isBroken(station))
         return false;
-    return std::all_of(std::begin(filters), std::end(filters), [&](const Filter &filter) {
+    return std::all_of(std::begin(Filters), std::end(Filters), [&](const Filter &filter) {
         const std::string wanted = param(query, filter.parameter);
         const bool exact
             = filter.isAlwaysExact || isOn(query, std::string(filter.parameter) + "Exact");
@@ -187,7 +187,7 @@ void RadioDirectory::invent(std::size_t count)
 
 Answer RadioDirectory::answer(const std::string &path, const Query &query)
 {
-    static constexpr Grouping groupings[] = {
+    static constexpr Grouping Groupings[] = {
         {"/json/countries", "country", "iso_3166_1", "countrycode", false},
         {"/json/countrycodes", "countrycode", nullptr, nullptr, false},
         {"/json/languages", "language", "iso_639", "languagecodes", true},
@@ -197,7 +197,7 @@ Answer RadioDirectory::answer(const std::string &path, const Query &query)
     static const std::string clickPath = "/json/url/";
     if (path == "/json/stations/search")
         return search(query);
-    for (const Grouping &grouping : groupings) {
+    for (const Grouping &grouping : Groupings) {
         if (path == grouping.path)
             return groups(grouping, query);
     }
@@ -237,6 +237,7 @@ Answer RadioDirectory::groups(const Grouping &grouping, const Query &query) cons
         }
     }
     std::vector<const Json *> found;
+    found.reserve(byName.size());
     for (const auto &group : byName)
         found.push_back(&group.second);
     return {200, listed(std::move(found), query)};

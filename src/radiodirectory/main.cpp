@@ -17,7 +17,7 @@ namespace {
 using radiodirectory::Answer;
 using radiodirectory::RadioDirectory;
 
-constexpr int badArguments = 2;
+constexpr int BadArguments = 2;
 
 struct Options {
     unsigned port = 0;
@@ -35,7 +35,7 @@ struct Server {
 int complain(const char *message)
 {
     std::fprintf(stderr, "radiobrowser-directory: %s\n", message);
-    return badArguments;
+    return BadArguments;
 }
 
 std::string defaultDataFile()
@@ -126,7 +126,7 @@ int main(int argc, char **argv)
         serve(options);
         return 0;
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : badArguments;
+        return app.exit(error) == 0 ? 0 : BadArguments;
     } catch (const std::exception &error) {
         return complain(error.what());
     }

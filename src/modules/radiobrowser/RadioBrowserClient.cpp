@@ -13,22 +13,22 @@ VESK_LOGGER("CB_RadioBrowser")
 
 namespace {
 
-constexpr unsigned long cacheBytes = 4UL * 1024 * 1024;
+constexpr unsigned long CacheBytes = 4UL * 1024 * 1024;
 /// Five hundred stations take half a megabyte.
-constexpr int longestBody = 4 * 1024 * 1024;
+constexpr int LongestBody = 4 * 1024 * 1024;
 /// Of one server: with the two after it a listener waits half a minute at the most.
-constexpr int timeoutMs = 8000;
-constexpr int mostAttempts = 3;
+constexpr int TimeoutMs = 8000;
+constexpr int MostAttempts = 3;
 
-constexpr int httpOk = 200;
-constexpr int firstServerError = 500;
+constexpr int HttpOk = 200;
+constexpr int FirstServerError = 500;
 
 /// What another server may do better.
 bool isServersFault(const HttpClientResult &result)
 {
     switch (result.status()) {
     case HttpClientStatus::Success:
-        return result.code() >= firstServerError;
+        return result.code() >= FirstServerError;
     case HttpClientStatus::InvalidRequest:
     case HttpClientStatus::TooLarge:
     case HttpClientStatus::Cancelled:
@@ -63,7 +63,7 @@ RadioBrowserClient::RadioBrowserClient(
     : m_servers(std::move(lookUp), std::move(now))
     , m_http(nullptr, HttpClient::Default, true)
 {
-    m_http.setCacheSize(cacheBytes);
+    m_http.setCacheSize(CacheBytes);
 }
 
 void RadioBrowserClient::list(const QString &path, const VeskUrl::QueryItems &query, Done done)
@@ -75,12 +75,12 @@ void RadioBrowserClient::list(const QString &path, const VeskUrl::QueryItems &qu
                             "RadioBrowser", "The answer of Radio Browser is too long.")),
                 {});
         }
-        if (result.status() != HttpClientStatus::Success || result.code() >= firstServerError) {
+        if (result.status() != HttpClientStatus::Success || result.code() >= FirstServerError) {
             return done(error(QT_TRANSLATE_NOOP("RadioBrowser",
                             "No server of Radio Browser answers. Please try again later.")),
                 {});
         }
-        if (result.code() != httpOk) {
+        if (result.code() != HttpOk) {
             return done(
                 error(QT_TRANSLATE_NOOP("RadioBrowser", "Radio Browser refused the request.")), {});
         }
@@ -101,7 +101,7 @@ void RadioBrowserClient::countClick(const QString &stationUuid)
     HttpClientOptions options;
     options.setUseCache(false);
     const auto log = [stationUuid](const HttpClientResult &result) {
-        if (result.status() == HttpClientStatus::Success && result.code() == httpOk)
+        if (result.status() == HttpClientStatus::Success && result.code() == HttpOk)
             VESK_DEBUG("the click on " << stationUuid << " was counted");
         else
             VESK_WARN("the click on " << stationUuid << " was not counted: " << result.status()
@@ -112,11 +112,11 @@ void RadioBrowserClient::countClick(const QString &stationUuid)
 
 void RadioBrowserClient::start(Exchange exchange)
 {
-    exchange.options.setTimeoutMs(timeoutMs);
-    exchange.options.setReadSizeLimit(longestBody);
+    exchange.options.setTimeoutMs(TimeoutMs);
+    exchange.options.setReadSizeLimit(LongestBody);
     const auto shared = std::make_shared<Exchange>(std::move(exchange));
     m_servers.find([this, shared](const QStringList &servers) {
-        shared->servers = servers.mid(0, mostAttempts);
+        shared->servers = servers.mid(0, MostAttempts);
         tryNext(shared);
     });
 }

@@ -13,19 +13,19 @@
 
 namespace {
 
-constexpr int longestName = 200;
-constexpr int longestWord = 60;
-constexpr int longestUrl = 2000;
+constexpr int LongestName = 200;
+constexpr int LongestWord = 60;
+constexpr int LongestUrl = 2000;
 /// Of a text that is split and cut afterwards.
-constexpr int longestTags = 1000;
-constexpr int mostTags = 3;
+constexpr int LongestTags = 1000;
+constexpr int MostTags = 3;
 /// Some stations claim millions.
-constexpr int mostKilobits = 10000;
+constexpr int MostKilobits = 10000;
 
 QString webAddress(const QString &text)
 {
     const QString trimmed = text.trimmed();
-    if (trimmed.isEmpty() || trimmed.size() > longestUrl)
+    if (trimmed.isEmpty() || trimmed.size() > LongestUrl)
         return {};
     const VeskUrl url(trimmed);
     const QString scheme = url.scheme().toLower();
@@ -36,7 +36,7 @@ QString webAddress(const QString &text)
 /// Empty where the directory does not know it.
 QString knownCodec(const QString &codec)
 {
-    const QString name = radioBrowserText(codec, longestWord);
+    const QString name = radioBrowserText(codec, LongestWord);
     return name.compare(QLatin1String("UNKNOWN"), Qt::CaseInsensitive) == 0 ? QString() : name;
 }
 
@@ -50,7 +50,7 @@ QString RadioBrowserStation::uuid() const
 
 QString RadioBrowserStation::name() const
 {
-    return radioBrowserText(text(QStringLiteral("name")), longestName);
+    return radioBrowserText(text(QStringLiteral("name")), LongestName);
 }
 
 QString RadioBrowserStation::streamUrl() const
@@ -65,21 +65,21 @@ QString RadioBrowserStation::mimeType() const
         const char *codec;
         const char *mime;
     };
-    static constexpr Type types[] = {{"MP3", "audio/mpeg"}, {"AAC", "audio/aac"},
+    static constexpr Type Types[] = {{"MP3", "audio/mpeg"}, {"AAC", "audio/aac"},
         {"AAC+", "audio/aac"}, {"OGG", "audio/ogg"}, {"OPUS", "audio/ogg"}, {"FLAC", "audio/flac"}};
     if (number(QStringLiteral("hls")) == 1)
         return QStringLiteral("application/vnd.apple.mpegurl");
     const QString codec = knownCodec(text(QStringLiteral("codec"))).toUpper();
-    const auto *const found = std::find_if(std::begin(types), std::end(types),
+    const auto *const found = std::find_if(std::begin(Types), std::end(Types),
         [&codec](const Type &type) { return codec == QLatin1String(type.codec); });
-    return found == std::end(types) ? MimeTypes::Audio::unknown()
+    return found == std::end(Types) ? MimeTypes::Audio::unknown()
                                     : QString::fromLatin1(found->mime);
 }
 
 int RadioBrowserStation::bitRate() const
 {
     const int kilobits = number(QStringLiteral("bitrate"));
-    return kilobits > 0 && kilobits <= mostKilobits ? kilobits * 1000 : 0;
+    return kilobits > 0 && kilobits <= MostKilobits ? kilobits * 1000 : 0;
 }
 
 QString RadioBrowserStation::icon() const
@@ -90,11 +90,11 @@ QString RadioBrowserStation::icon() const
 QStringList RadioBrowserStation::tags() const
 {
     QStringList tags;
-    const QString all = text(QStringLiteral("tags")).left(longestTags);
+    const QString all = text(QStringLiteral("tags")).left(LongestTags);
     const QStringList each = all.split(QLatin1Char(','));
     for (const QString &tag : each) {
-        const QString word = radioBrowserText(tag, longestWord);
-        if (!word.isEmpty() && tags.size() < mostTags)
+        const QString word = radioBrowserText(tag, LongestWord);
+        if (!word.isEmpty() && tags.size() < MostTags)
             tags.append(word);
     }
     return tags;
@@ -105,7 +105,7 @@ QString RadioBrowserStation::description() const
     QStringList parts {knownCodec(text(QStringLiteral("codec")))};
     if (bitRate() > 0)
         parts.append(QStringLiteral("%1 kbit/s").arg(bitRate() / 1000));
-    parts.append(radioBrowserText(text(QStringLiteral("country")), longestWord));
+    parts.append(radioBrowserText(text(QStringLiteral("country")), LongestWord));
     parts.append(tags());
     parts.removeAll(QString());
     return parts.join(QStringLiteral(", "));
@@ -113,7 +113,7 @@ QString RadioBrowserStation::description() const
 
 QString RadioBrowserCategory::name() const
 {
-    return radioBrowserText(text(QStringLiteral("name")), longestName);
+    return radioBrowserText(text(QStringLiteral("name")), LongestName);
 }
 
 QString RadioBrowserCategory::countryCode() const

@@ -13,14 +13,14 @@
 
 namespace {
 
-constexpr char serviceName[] = "_api._tcp.radio-browser.info";
-constexpr int mostServers = 16;
-constexpr int secondsPerNameServer = 2;
-constexpr int httpsPort = 443;
+constexpr char ServiceName[] = "_api._tcp.radio-browser.info";
+constexpr int MostServers = 16;
+constexpr int SecondsPerNameServer = 2;
+constexpr int HttpsPort = 443;
 
 /// In the data of an SRV record: priority, weight and port, of two bytes each, then the host.
-constexpr int portOffset = 4;
-constexpr int hostOffset = 6;
+constexpr int PortOffset = 4;
+constexpr int HostOffset = 6;
 
 /// Empty for a host outside of the directory's domain: a forged answer could name any server, and
 /// that one would have a valid certificate for its own name.
@@ -32,7 +32,7 @@ QString addressOf(const QString &host, int port)
     if (!ours.match(host).hasMatch() || port == 0)
         return {};
     const QString address = QStringLiteral("https://") + host.toLower();
-    return port == httpsPort ? address : QStringLiteral("%1:%2").arg(address).arg(port);
+    return port == HttpsPort ? address : QStringLiteral("%1:%2").arg(address).arg(port);
 }
 
 } // namespace
@@ -43,11 +43,11 @@ QStringList lookUpRadioBrowserServers()
     struct __res_state state { };
     if (res_ninit(&state) != 0)
         return {};
-    state.retrans = secondsPerNameServer;
+    state.retrans = SecondsPerNameServer;
     state.retry = 1;
     std::array<unsigned char, 4096> message;
     const int size = res_nquery(
-        &state, serviceName, ns_c_in, ns_t_srv, message.data(), static_cast<int>(message.size()));
+        &state, ServiceName, ns_c_in, ns_t_srv, message.data(), static_cast<int>(message.size()));
     res_nclose(&state);
     if (size <= 0)
         return {};
@@ -64,20 +64,20 @@ QStringList radioBrowserServersIn(const QByteArray &message)
         return {};
     QStringList servers;
     const int count = ns_msg_count(reader, ns_s_an);
-    for (int i = 0; i < count && servers.size() < mostServers; ++i) {
+    for (int i = 0; i < count && servers.size() < MostServers; ++i) {
         ns_rr record;
         if (ns_parserr(&reader, ns_s_an, i, &record) != 0)
             break;
-        if (ns_rr_type(record) != ns_t_srv || ns_rr_rdlen(record) <= hostOffset)
+        if (ns_rr_type(record) != ns_t_srv || ns_rr_rdlen(record) <= HostOffset)
             continue;
         const unsigned char *const data = ns_rr_rdata(record);
         std::array<char, NS_MAXDNAME> host;
-        if (dn_expand(bytes, bytes + message.size(), data + hostOffset, host.data(),
+        if (dn_expand(bytes, bytes + message.size(), data + HostOffset, host.data(),
                 static_cast<int>(host.size()))
             < 0)
             continue;
         const QString address = addressOf(
-            QString::fromLatin1(host.data()), static_cast<int>(ns_get16(data + portOffset)));
+            QString::fromLatin1(host.data()), static_cast<int>(ns_get16(data + PortOffset)));
         if (!address.isEmpty() && !servers.contains(address))
             servers.append(address);
     }

@@ -40,7 +40,7 @@ struct Order {
     const char *field;
     const char *title;
 };
-constexpr Order orders[] = {
+constexpr Order Orders[] = {
     {"clickcount", QT_TRANSLATE_NOOP("RadioBrowser", "Most played")},
     {"votes", QT_TRANSLATE_NOOP("RadioBrowser", "Most voted")},
     {"changetimestamp", QT_TRANSLATE_NOOP("RadioBrowser", "Recently changed")},
@@ -48,9 +48,9 @@ constexpr Order orders[] = {
 
 const Order &orderOf(const QString &field)
 {
-    const auto *const found = std::find_if(std::begin(orders), std::end(orders),
+    const auto *const found = std::find_if(std::begin(Orders), std::end(Orders),
         [&field](const Order &order) { return field == QLatin1String(order.field); });
-    return found == std::end(orders) ? orders[0] : *found;
+    return found == std::end(Orders) ? Orders[0] : *found;
 }
 
 /// What everything that is asked of the directory has in common.

@@ -9,7 +9,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr char click[] = "GET /json/url/00000000-0000-4000-8000-000000000001";
+constexpr char Click[] = "GET /json/url/00000000-0000-4000-8000-000000000001";
 
 /// A player that reports what it does with a station that was listed.
 class RadioBrowserClicksTest : public RadioBrowserFixture {
@@ -55,7 +55,7 @@ protected:
 
 } // namespace
 
-TEST_F(RadioBrowserClicksTest, countsAPlayOnceWhenItIsHeard)
+TEST_F(RadioBrowserClicksTest, CountsAPlayOnceWhenItIsHeard)
 {
     m_expected = 1;
     report(VeskPlayLogicState::transitioning, "play 1");
@@ -63,19 +63,19 @@ TEST_F(RadioBrowserClicksTest, countsAPlayOnceWhenItIsHeard)
     report(VeskPlayLogicState::paused, "play 1");
     report(VeskPlayLogicState::playing, "play 1");
     report(VeskPlayLogicState::stopped, "play 1");
-    EXPECT_THAT(clicks(), ElementsAre(click));
+    EXPECT_THAT(clicks(), ElementsAre(Click));
 }
 
-TEST_F(RadioBrowserClicksTest, countsEachPlay)
+TEST_F(RadioBrowserClicksTest, CountsEachPlay)
 {
     m_expected = 2;
     report(VeskPlayLogicState::playing, "play 1");
     report(VeskPlayLogicState::stopped, "play 1");
     report(VeskPlayLogicState::playing, "play 2");
-    EXPECT_THAT(clicks(), ElementsAre(click, click));
+    EXPECT_THAT(clicks(), ElementsAre(Click, Click));
 }
 
-TEST_F(RadioBrowserClicksTest, countsNoBrowsingAndNoPlayThatWasNotHeard)
+TEST_F(RadioBrowserClicksTest, CountsNoBrowsingAndNoPlayThatWasNotHeard)
 {
     rows(text("RadioBrowser:stations?order=votes"));
     report(VeskPlayLogicState::transitioning, "play 1");
@@ -84,7 +84,7 @@ TEST_F(RadioBrowserClicksTest, countsNoBrowsingAndNoPlayThatWasNotHeard)
         EXPECT_FALSE(line.contains("/json/url/")) << line.toStdString();
 }
 
-TEST_F(RadioBrowserClicksTest, countsNothingForARowThatIsNoStation)
+TEST_F(RadioBrowserClicksTest, CountsNothingForARowThatIsNoStation)
 {
     for (const char *path : {"RadioBrowser:station", "RadioBrowser:station?station=..%2Fservers",
              "RadioBrowser:stations?station=00000000-0000-4000-8000-000000000001", ""}) {
@@ -95,7 +95,7 @@ TEST_F(RadioBrowserClicksTest, countsNothingForARowThatIsNoStation)
     EXPECT_THAT(clicks(), IsEmpty());
 }
 
-TEST_F(RadioBrowserClicksTest, answersThePlayerBeforeTheDirectoryDoes)
+TEST_F(RadioBrowserClicksTest, AnswersThePlayerBeforeTheDirectoryDoes)
 {
     m_server.setHandler([](const ScriptedServer::Request &) {
         ScriptedServer::Response response;
@@ -106,5 +106,5 @@ TEST_F(RadioBrowserClicksTest, answersThePlayerBeforeTheDirectoryDoes)
     report(VeskPlayLogicState::playing, "play 1");
     ASSERT_TRUE(m_server.waitForRequests(1));
     report(VeskPlayLogicState::stopped, "play 1");
-    EXPECT_EQ(m_server.requestLines(), QList<QByteArray>({click}));
+    EXPECT_EQ(m_server.requestLines(), QList<QByteArray>({Click}));
 }

@@ -16,7 +16,7 @@ RadioBrowserStation station(const char *json)
 
 } // namespace
 
-TEST(RadioBrowserDataTest, readsAStationsFields)
+TEST(RadioBrowserDataTest, ReadsAStationsFields)
 {
     const RadioBrowserStation jazz = station(R"({
         "stationuuid": "960e57c5-0601-11e8-ae97-52543be04c81", "name": "Jazz FM",
@@ -33,7 +33,7 @@ TEST(RadioBrowserDataTest, readsAStationsFields)
     EXPECT_TRUE(jazz.isPlayable());
 }
 
-TEST(RadioBrowserDataTest, readsNumbersThatAreTextsAndTextsThatAreNumbers)
+TEST(RadioBrowserDataTest, ReadsNumbersThatAreTextsAndTextsThatAreNumbers)
 {
     const RadioBrowserStation odd = station(R"({"name": 104.6, "bitrate": "64", "hls": "1"})");
     EXPECT_EQ(odd.name(), text("104.6"));
@@ -41,7 +41,7 @@ TEST(RadioBrowserDataTest, readsNumbersThatAreTextsAndTextsThatAreNumbers)
     EXPECT_EQ(odd.mimeType(), text("application/vnd.apple.mpegurl"));
 }
 
-TEST(RadioBrowserDataTest, leavesOutWhatIsNotKnownOrOfAnotherType)
+TEST(RadioBrowserDataTest, LeavesOutWhatIsNotKnownOrOfAnotherType)
 {
     for (const char *json : {"{}", "7", "null", "\"text\"", "[1]",
              R"({"stationuuid": 5, "name": ["a"], "url": {}, "favicon": null, "tags": {"a": 1},
@@ -57,7 +57,7 @@ TEST(RadioBrowserDataTest, leavesOutWhatIsNotKnownOrOfAnotherType)
     EXPECT_EQ(station(R"({"codec": "UNKNOWN", "country": "Italy"})").description(), text("Italy"));
 }
 
-TEST(RadioBrowserDataTest, playsTheAddressThatWasEnteredWhereNoneWasResolved)
+TEST(RadioBrowserDataTest, PlaysTheAddressThatWasEnteredWhereNoneWasResolved)
 {
     for (const char *resolved : {"\"\"", "null", "\"rtsp://a.example/b\"", "12"}) {
         const QByteArray json = QByteArray(R"({"url": "http://a.example/list.m3u",
@@ -68,7 +68,7 @@ TEST(RadioBrowserDataTest, playsTheAddressThatWasEnteredWhereNoneWasResolved)
     }
 }
 
-TEST(RadioBrowserDataTest, refusesAddressesThatAreNotOfTheWeb)
+TEST(RadioBrowserDataTest, RefusesAddressesThatAreNotOfTheWeb)
 {
     const QByteArray longUrl = "http://a.example/" + QByteArray(3000, 'x');
     for (const QByteArray &url :
@@ -83,7 +83,7 @@ TEST(RadioBrowserDataTest, refusesAddressesThatAreNotOfTheWeb)
         station(R"({"url": " HTTPS://a.example/b "})").streamUrl(), text("HTTPS://a.example/b"));
 }
 
-TEST(RadioBrowserDataTest, tellsTheFormatByCodecAndHls)
+TEST(RadioBrowserDataTest, TellsTheFormatByCodecAndHls)
 {
     struct Case {
         const char *json;
@@ -97,7 +97,7 @@ TEST(RadioBrowserDataTest, tellsTheFormatByCodecAndHls)
         EXPECT_EQ(station(each.json).mimeType(), text(each.mime)) << each.json;
 }
 
-TEST(RadioBrowserDataTest, boundsBitRates)
+TEST(RadioBrowserDataTest, BoundsBitRates)
 {
     for (const char *rate : {"-1", "10001", "99999999999", "1.5", "true", "\"12x\""}) {
         const QByteArray json = QByteArray("{\"bitrate\": ") + rate + "}";
@@ -106,7 +106,7 @@ TEST(RadioBrowserDataTest, boundsBitRates)
     EXPECT_EQ(station(R"({"bitrate": 10000})").bitRate(), 10000000);
 }
 
-TEST(RadioBrowserDataTest, cutsTextsAndPutsThemOnOneLine)
+TEST(RadioBrowserDataTest, CutsTextsAndPutsThemOnOneLine)
 {
     EXPECT_EQ(radioBrowserText(text(" a\n\tb  c\x1b[31m "), 60), text("a b c[31m"));
     EXPECT_EQ(radioBrowserText(QString(1000, QLatin1Char('x')), 60).size(), 60);
@@ -117,7 +117,7 @@ TEST(RadioBrowserDataTest, cutsTextsAndPutsThemOnOneLine)
     EXPECT_EQ(station(json.constData()).tags().size(), 3);
 }
 
-TEST(RadioBrowserDataTest, readsCategories)
+TEST(RadioBrowserDataTest, ReadsCategories)
 {
     struct Case {
         const char *json;
@@ -138,7 +138,7 @@ TEST(RadioBrowserDataTest, readsCategories)
     }
 }
 
-TEST(RadioBrowserDataTest, boundsListsAndKeepsThePlacesOfTheirEntries)
+TEST(RadioBrowserDataTest, BoundsListsAndKeepsThePlacesOfTheirEntries)
 {
     const auto entries = radioBrowserEntries(R"([{"name": "a"}, 7, {"name": "b"}, {}])", 3);
     ASSERT_TRUE(entries);
@@ -148,7 +148,7 @@ TEST(RadioBrowserDataTest, boundsListsAndKeepsThePlacesOfTheirEntries)
     EXPECT_EQ(RadioBrowserCategory(entries->at(2).toHash()).name(), text("b"));
 }
 
-TEST(RadioBrowserDataTest, rejectsAnythingButAList)
+TEST(RadioBrowserDataTest, RejectsAnythingButAList)
 {
     for (const char *json : {"", "{}", "null", "<html>", "[{}", "\"[]\"", "[] []"})
         EXPECT_FALSE(radioBrowserEntries(json, 10)) << json;

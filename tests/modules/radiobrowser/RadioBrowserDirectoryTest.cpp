@@ -48,7 +48,7 @@ private:
 
 } // namespace
 
-TEST_F(RadioBrowserDirectoryTest, leadsFromACountryToItsStations)
+TEST_F(RadioBrowserDirectoryTest, LeadsFromACountryToItsStations)
 {
     run();
     const RadioBrowserRows countries = rows(text("RadioBrowser:countries"));
@@ -66,20 +66,20 @@ TEST_F(RadioBrowserDirectoryTest, leadsFromACountryToItsStations)
     }
 }
 
-TEST_F(RadioBrowserDirectoryTest, hidesBrokenStations)
+TEST_F(RadioBrowserDirectoryTest, HidesBrokenStations)
 {
     run();
     EXPECT_EQ(rows(text("RadioBrowser:stations?order=votes")).count, 58);
 }
 
-TEST_F(RadioBrowserDirectoryTest, findsAStationByAPartOfItsName)
+TEST_F(RadioBrowserDirectoryTest, FindsAStationByAPartOfItsName)
 {
     run();
     const RadioBrowserRows found = rows(text("RadioBrowser:stations?name=CLIFTON"));
     EXPECT_EQ(found.titles(), QStringList(text("Clifton Strings")));
 }
 
-TEST_F(RadioBrowserDirectoryTest, readsALongListToItsEnd)
+TEST_F(RadioBrowserDirectoryTest, ReadsALongListToItsEnd)
 {
     run({text("--stations"), text("1200")});
     QStringList titles;
@@ -95,7 +95,7 @@ TEST_F(RadioBrowserDirectoryTest, readsALongListToItsEnd)
     EXPECT_EQ(titles.removeDuplicates(), 0);
 }
 
-TEST_F(RadioBrowserDirectoryTest, countsWhatIsPlayed)
+TEST_F(RadioBrowserDirectoryTest, CountsWhatIsPlayed)
 {
     run();
     const VeskRoles row = rows(text("RadioBrowser:stations?name=CLIFTON")).rows.value(0);

@@ -47,7 +47,7 @@ QByteArray message(const QList<Record> &records)
 
 } // namespace
 
-TEST(RadioBrowserDnsTest, readsTheServersOfAnAnswer)
+TEST(RadioBrowserDnsTest, ReadsTheServersOfAnAnswer)
 {
     EXPECT_EQ(radioBrowserServersIn(message({{"de1.api.radio-browser.info"},
                   {"NL1.api.Radio-Browser.info"}, {"fi1.api.radio-browser.info", 8443}})),
@@ -56,7 +56,7 @@ TEST(RadioBrowserDnsTest, readsTheServersOfAnAnswer)
                 text("https://fi1.api.radio-browser.info:8443")}));
 }
 
-TEST(RadioBrowserDnsTest, leavesOutWhatIsNoServerOfTheDirectory)
+TEST(RadioBrowserDnsTest, LeavesOutWhatIsNoServerOfTheDirectory)
 {
     for (const Record &record : {Record {"evil.example"},
              Record {"radio-browser.info.evil.example"}, Record {"notradio-browser.info"},
@@ -67,7 +67,7 @@ TEST(RadioBrowserDnsTest, leavesOutWhatIsNoServerOfTheDirectory)
     }
 }
 
-TEST(RadioBrowserDnsTest, namesAServerOnceAndAtMostSixteen)
+TEST(RadioBrowserDnsTest, NamesAServerOnceAndAtMostSixteen)
 {
     QList<Record> records {{"de1.api.radio-browser.info"}, {"de1.api.radio-browser.info"}};
     EXPECT_EQ(radioBrowserServersIn(message(records)).size(), 1);
@@ -76,7 +76,7 @@ TEST(RadioBrowserDnsTest, namesAServerOnceAndAtMostSixteen)
     EXPECT_EQ(radioBrowserServersIn(message(records)).size(), 16);
 }
 
-TEST(RadioBrowserDnsTest, survivesAMessageThatIsCutOffAnywhere)
+TEST(RadioBrowserDnsTest, SurvivesAMessageThatIsCutOffAnywhere)
 {
     const QByteArray whole
         = message({{"de1.api.radio-browser.info"}, {"nl1.api.radio-browser.info"}});
@@ -85,7 +85,7 @@ TEST(RadioBrowserDnsTest, survivesAMessageThatIsCutOffAnywhere)
     EXPECT_EQ(radioBrowserServersIn(whole).size(), 2);
 }
 
-TEST(RadioBrowserDnsTest, survivesANameThatPointsAtItself)
+TEST(RadioBrowserDnsTest, SurvivesANameThatPointsAtItself)
 {
     QByteArray bytes = message({{"de1.api.radio-browser.info"}});
     const int host = bytes.lastIndexOf("\3de1");

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr char unreachable[] = "No server of Radio Browser answers. Please try again later.";
+constexpr char Unreachable[] = "No server of Radio Browser answers. Please try again later.";
 
 class RadioBrowserFailoverTest : public RadioBrowserFixture {
 protected:
@@ -32,7 +32,7 @@ protected:
 
 } // namespace
 
-TEST_F(RadioBrowserFailoverTest, leavesAServerThatFailsForTheNextAndThenAlone)
+TEST_F(RadioBrowserFailoverTest, LeavesAServerThatFailsForTheNextAndThenAlone)
 {
     const std::pair<const char *, ScriptedServer::Handler> failures[] = {
         {"an error of the server", radioBrowserCode(500)},
@@ -58,7 +58,7 @@ TEST_F(RadioBrowserFailoverTest, leavesAServerThatFailsForTheNextAndThenAlone)
     }
 }
 
-TEST_F(RadioBrowserFailoverTest, leavesAServerThatRefusesConnections)
+TEST_F(RadioBrowserFailoverTest, LeavesAServerThatRefusesConnections)
 {
     auto gone = std::make_unique<ScriptedServer>(radioBrowserCode(200));
     const QString goneAddress = addressOf(*gone);
@@ -73,7 +73,7 @@ TEST_F(RadioBrowserFailoverTest, leavesAServerThatRefusesConnections)
         log.lines(text("WARN")), QStringList(goneAddress + text(" failed: ConnectFailed, HTTP 0")));
 }
 
-TEST_F(RadioBrowserFailoverTest, leavesAServerThatDoesNotAnswerInTime)
+TEST_F(RadioBrowserFailoverTest, LeavesAServerThatDoesNotAnswerInTime)
 {
     ScriptedServer silent(ending(ScriptedServer::End::StallBeforeHead));
     ScriptedServer good(radioBrowserAnswer({radioBrowserStation(1)}));
@@ -82,7 +82,7 @@ TEST_F(RadioBrowserFailoverTest, leavesAServerThatDoesNotAnswerInTime)
     EXPECT_EQ(silent.requests().size(), 1);
 }
 
-TEST_F(RadioBrowserFailoverTest, asksTheFailedServerAgainAfterFiveMinutes)
+TEST_F(RadioBrowserFailoverTest, AsksTheFailedServerAgainAfterFiveMinutes)
 {
     ScriptedServer server(radioBrowserCode(500));
     ScriptedServer other(radioBrowserAnswer({radioBrowserStation(1)}));
@@ -93,7 +93,7 @@ TEST_F(RadioBrowserFailoverTest, asksTheFailedServerAgainAfterFiveMinutes)
     EXPECT_EQ(rows(text("RadioBrowser:stations")).titles(), QStringList(text("Station 2")));
 }
 
-TEST_F(RadioBrowserFailoverTest, saysThatNoServerAnswersAfterThreeAttempts)
+TEST_F(RadioBrowserFailoverTest, SaysThatNoServerAnswersAfterThreeAttempts)
 {
     std::vector<std::unique_ptr<ScriptedServer>> servers;
     QStringList addresses;
@@ -102,23 +102,23 @@ TEST_F(RadioBrowserFailoverTest, saysThatNoServerAnswersAfterThreeAttempts)
         addresses.append(addressOf(*servers.back()));
     }
     startWithServers(addresses);
-    EXPECT_EQ(rows(text("RadioBrowser:stations")).error, text(unreachable));
+    EXPECT_EQ(rows(text("RadioBrowser:stations")).error, text(Unreachable));
     int requests = 0;
     for (const auto &server : servers)
         requests += server->requests().size();
     EXPECT_EQ(requests, 3);
 }
 
-TEST_F(RadioBrowserFailoverTest, asksTheOnlyServerAgainAtOnce)
+TEST_F(RadioBrowserFailoverTest, AsksTheOnlyServerAgainAtOnce)
 {
     ScriptedServer server(radioBrowserCode(500));
     start(addressOf(server));
-    EXPECT_EQ(rows(text("RadioBrowser:stations")).error, text(unreachable));
+    EXPECT_EQ(rows(text("RadioBrowser:stations")).error, text(Unreachable));
     server.setHandler(radioBrowserAnswer({radioBrowserStation(1)}));
     EXPECT_EQ(rows(text("RadioBrowser:stations")).titles(), stations);
 }
 
-TEST_F(RadioBrowserFailoverTest, triesNoOtherServerAfterAClientError)
+TEST_F(RadioBrowserFailoverTest, TriesNoOtherServerAfterAClientError)
 {
     ScriptedServer server(radioBrowserCode(404));
     ScriptedServer other(radioBrowserCode(404));
@@ -128,7 +128,7 @@ TEST_F(RadioBrowserFailoverTest, triesNoOtherServerAfterAClientError)
     EXPECT_EQ(server.requests().size() + other.requests().size(), 1);
 }
 
-TEST_F(RadioBrowserFailoverTest, sendsItsNameAndVersionAsUserAgent)
+TEST_F(RadioBrowserFailoverTest, SendsItsNameAndVersionAsUserAgent)
 {
     ScriptedServer server(radioBrowserAnswer({}));
     start(addressOf(server));
@@ -137,7 +137,7 @@ TEST_F(RadioBrowserFailoverTest, sendsItsNameAndVersionAsUserAgent)
         testing::MatchesRegex("Vesk/[0-9]+\\.[0-9.]+"));
 }
 
-TEST_F(RadioBrowserFailoverTest, usesTheServerOfTheHostsSetting)
+TEST_F(RadioBrowserFailoverTest, UsesTheServerOfTheHostsSetting)
 {
     ScriptedServer server(radioBrowserAnswer({radioBrowserStation(1)}));
     define(RadioBrowserWorker::serverSettingPath(), addressOf(server));
@@ -145,7 +145,7 @@ TEST_F(RadioBrowserFailoverTest, usesTheServerOfTheHostsSetting)
     EXPECT_EQ(rows(text("RadioBrowser:stations")).titles(), stations);
 }
 
-TEST_F(RadioBrowserFailoverTest, endsPendingRequestsWhenItIsUnloaded)
+TEST_F(RadioBrowserFailoverTest, EndsPendingRequestsWhenItIsUnloaded)
 {
     ScriptedServer silent(ending(ScriptedServer::End::StallBeforeHead));
     start(addressOf(silent));

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr unsigned long deadline = 60000;
+constexpr unsigned long Deadline = 60000;
 
 using ReplyData = std::shared_ptr<CMReplyData<QVariant>>;
 
@@ -17,7 +17,7 @@ ReplyData ask(const Make &make)
 {
     auto data = std::make_shared<CMReplyData<QVariant>>();
     CMRoot()->request(make(CMReply<QVariant>(data)));
-    EXPECT_TRUE(data->waitForFinished(deadline)) << "a request was not answered";
+    EXPECT_TRUE(data->waitForFinished(Deadline)) << "a request was not answered";
     return data;
 }
 

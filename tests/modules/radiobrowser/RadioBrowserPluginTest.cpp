@@ -16,7 +16,7 @@
 #include <array>
 #include <cstdio>
 
-TEST(RadioBrowserPluginTest, exportsItsEntryAndNothingElse)
+TEST(RadioBrowserPluginTest, ExportsItsEntryAndNothingElse)
 {
     FILE *pipe = popen("nm -D --defined-only --format=posix '" RADIOBROWSER_PLUGIN "'", "r");
     ASSERT_NE(pipe, nullptr);
@@ -29,7 +29,7 @@ TEST(RadioBrowserPluginTest, exportsItsEntryAndNothingElse)
     EXPECT_TRUE(output.startsWith("worker_create T ")) << output.toStdString();
 }
 
-TEST(RadioBrowserPluginTest, servesItsFirstScreenWithoutTheNetwork)
+TEST(RadioBrowserPluginTest, ServesItsFirstScreenWithoutTheNetwork)
 {
     void *const library = dlopen(RADIOBROWSER_PLUGIN, RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     ASSERT_NE(library, nullptr) << dlerror();

@@ -57,7 +57,7 @@ QVariantHash category(const char *name, int count, const char *code = "")
 
 } // namespace
 
-TEST_F(RadioBrowserScreensTest, beginsWithTheWaysToFindStations)
+TEST_F(RadioBrowserScreensTest, BeginsWithTheWaysToFindStations)
 {
     const RadioBrowserRows root = rows(text("RadioBrowser:"));
     EXPECT_EQ(root.titles(),
@@ -69,7 +69,7 @@ TEST_F(RadioBrowserScreensTest, beginsWithTheWaysToFindStations)
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
-TEST_F(RadioBrowserScreensTest, findsStationsByName)
+TEST_F(RadioBrowserScreensTest, FindsStationsByName)
 {
     answer({radioBrowserStation(1)});
     const VeskRoles searches(role(text("RadioBrowser:"), VeskRoles::Search()).toHash());
@@ -85,7 +85,7 @@ TEST_F(RadioBrowserScreensTest, findsStationsByName)
     EXPECT_THAT(queryOf(lastRequest()), testing::Contains(text("name=Jazz & more")));
 }
 
-TEST_F(RadioBrowserScreensTest, listsCategoriesWithTheirNumberOfStations)
+TEST_F(RadioBrowserScreensTest, ListsCategoriesWithTheirNumberOfStations)
 {
     struct Case {
         const char *base;
@@ -123,14 +123,14 @@ TEST_F(RadioBrowserScreensTest, listsCategoriesWithTheirNumberOfStations)
     EXPECT_THAT(queryOf(m_server.requests().at(2)), testing::Contains(text("limit=200")));
 }
 
-TEST_F(RadioBrowserScreensTest, leavesOutCategoriesThatLeadNowhere)
+TEST_F(RadioBrowserScreensTest, LeavesOutCategoriesThatLeadNowhere)
 {
     answer({category("", 3, "DE"), category("Nowhere", 3), category("Empty", 0, "EE"), 7,
         category("Italy", 3, "IT")});
     EXPECT_EQ(rows(text("RadioBrowser:countries")).titles(), QStringList(text("Italy")));
 }
 
-TEST_F(RadioBrowserScreensTest, boundsTheNumberOfCategories)
+TEST_F(RadioBrowserScreensTest, BoundsTheNumberOfCategories)
 {
     QVariantList tags;
     for (int i = 0; i < 900; ++i)
@@ -143,7 +143,7 @@ TEST_F(RadioBrowserScreensTest, boundsTheNumberOfCategories)
     EXPECT_TRUE(rows(text("RadioBrowser:tags"), 200, 210).rows.isEmpty());
 }
 
-TEST_F(RadioBrowserScreensTest, asksForTheStationsOfACategoryOrInAnOrder)
+TEST_F(RadioBrowserScreensTest, AsksForTheStationsOfACategoryOrInAnOrder)
 {
     struct Case {
         const char *parameters;
@@ -169,7 +169,7 @@ TEST_F(RadioBrowserScreensTest, asksForTheStationsOfACategoryOrInAnOrder)
     }
 }
 
-TEST_F(RadioBrowserScreensTest, passesNoOtherParametersOn)
+TEST_F(RadioBrowserScreensTest, PassesNoOtherParametersOn)
 {
     rows(text("RadioBrowser:stations?author=x&limit=99999&offset=7&url=y"));
     EXPECT_THAT(queryOf(lastRequest()),
@@ -177,7 +177,7 @@ TEST_F(RadioBrowserScreensTest, passesNoOtherParametersOn)
             text("limit=101"), text("offset=0")));
 }
 
-TEST_F(RadioBrowserScreensTest, offersAStationToThePlayer)
+TEST_F(RadioBrowserScreensTest, OffersAStationToThePlayer)
 {
     answer({radioBrowserStation(1)});
     const VeskRoles row = rows(text("RadioBrowser:stations")).rows.value(0);
@@ -200,7 +200,7 @@ TEST_F(RadioBrowserScreensTest, offersAStationToThePlayer)
     EXPECT_TRUE(metaData.prePlayPath().isEmpty());
 }
 
-TEST_F(RadioBrowserScreensTest, keepsThePlaceOfAStationThatCannotBePlayed)
+TEST_F(RadioBrowserScreensTest, KeepsThePlaceOfAStationThatCannotBePlayed)
 {
     answer({radioBrowserStation(1, {{text("url_resolved"), text("rtsp://a.example/")}}), 7,
         radioBrowserStation(3, {{text("stationuuid"), text("3")}}), radioBrowserStation(4)});
@@ -211,7 +211,7 @@ TEST_F(RadioBrowserScreensTest, keepsThePlaceOfAStationThatCannotBePlayed)
     EXPECT_EQ(list.rows.at(3).title().toString(), text("Station 4"));
 }
 
-TEST_F(RadioBrowserScreensTest, pagesThroughAListToItsEnd)
+TEST_F(RadioBrowserScreensTest, PagesThroughAListToItsEnd)
 {
     answerStations(250);
     struct Case {
@@ -232,7 +232,7 @@ TEST_F(RadioBrowserScreensTest, pagesThroughAListToItsEnd)
     }
 }
 
-TEST_F(RadioBrowserScreensTest, endsAfterTenThousandStations)
+TEST_F(RadioBrowserScreensTest, EndsAfterTenThousandStations)
 {
     answerStations(50000);
     const RadioBrowserRows end = rows(text("RadioBrowser:stations"), 9900, 10100);
@@ -244,7 +244,7 @@ TEST_F(RadioBrowserScreensTest, endsAfterTenThousandStations)
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
-TEST_F(RadioBrowserScreensTest, refusesToFetchMoreThanFiveHundredStationsAtOnce)
+TEST_F(RadioBrowserScreensTest, RefusesToFetchMoreThanFiveHundredStationsAtOnce)
 {
     const RadioBrowserRows all = rows(text("RadioBrowser:stations"), 0, 9999);
     EXPECT_EQ(all.fullError.name(), CMError::TooLongName());
@@ -252,7 +252,7 @@ TEST_F(RadioBrowserScreensTest, refusesToFetchMoreThanFiveHundredStationsAtOnce)
     EXPECT_EQ(rows(text("RadioBrowser:stations"), 100, 599).error, QString());
 }
 
-TEST_F(RadioBrowserScreensTest, takesNoMoreStationsThanItAskedFor)
+TEST_F(RadioBrowserScreensTest, TakesNoMoreStationsThanItAskedFor)
 {
     QVariantList stations;
     for (int i = 0; i < 1500; ++i)
@@ -263,7 +263,7 @@ TEST_F(RadioBrowserScreensTest, takesNoMoreStationsThanItAskedFor)
     EXPECT_EQ(list.count, 11);
 }
 
-TEST_F(RadioBrowserScreensTest, refusesAnInvalidRange)
+TEST_F(RadioBrowserScreensTest, RefusesAnInvalidRange)
 {
     for (const char *path : {"RadioBrowser:stations", "RadioBrowser:tags"}) {
         EXPECT_EQ(rows(text(path), 5, 4).error, text("The range of rows is not valid."));
@@ -272,7 +272,7 @@ TEST_F(RadioBrowserScreensTest, refusesAnInvalidRange)
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
-TEST_F(RadioBrowserScreensTest, explainsAnswersThatCannotBeUsed)
+TEST_F(RadioBrowserScreensTest, ExplainsAnswersThatCannotBeUsed)
 {
     struct Case {
         QByteArray body;
@@ -289,7 +289,7 @@ TEST_F(RadioBrowserScreensTest, explainsAnswersThatCannotBeUsed)
     }
 }
 
-TEST_F(RadioBrowserScreensTest, answersOtherRequestsWhileOneWaits)
+TEST_F(RadioBrowserScreensTest, AnswersOtherRequestsWhileOneWaits)
 {
     m_server.setHandler([](const ScriptedServer::Request &request) {
         ScriptedServer::Response response;

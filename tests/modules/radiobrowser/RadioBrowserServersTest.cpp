@@ -43,7 +43,7 @@ protected:
 
 } // namespace
 
-TEST_F(RadioBrowserServersTest, looksUpOnAThreadOfItsOwnAndOnlyOnceAnHour)
+TEST_F(RadioBrowserServersTest, LooksUpOnAThreadOfItsOwnAndOnlyOnceAnHour)
 {
     EXPECT_THAT(
         find(), UnorderedElementsAre(text("https://a"), text("https://b"), text("https://c")));
@@ -56,7 +56,7 @@ TEST_F(RadioBrowserServersTest, looksUpOnAThreadOfItsOwnAndOnlyOnceAnHour)
     EXPECT_EQ(m_lookUps, 2);
 }
 
-TEST_F(RadioBrowserServersTest, sharesOneLookUpAmongConcurrentRequests)
+TEST_F(RadioBrowserServersTest, SharesOneLookUpAmongConcurrentRequests)
 {
     int answers = 0;
     for (int i = 0; i < 3; ++i)
@@ -65,7 +65,7 @@ TEST_F(RadioBrowserServersTest, sharesOneLookUpAmongConcurrentRequests)
     EXPECT_EQ(m_lookUps, 1);
 }
 
-TEST_F(RadioBrowserServersTest, shufflesTheServers)
+TEST_F(RadioBrowserServersTest, ShufflesTheServers)
 {
     for (int i = 0; i < 16; ++i)
         m_found.append(QStringLiteral("https://%1").arg(i));
@@ -74,7 +74,7 @@ TEST_F(RadioBrowserServersTest, shufflesTheServers)
     EXPECT_THAT(find(), testing::UnorderedElementsAreArray(m_found));
 }
 
-TEST_F(RadioBrowserServersTest, leavesAFailedServerAloneForFiveMinutes)
+TEST_F(RadioBrowserServersTest, LeavesAFailedServerAloneForFiveMinutes)
 {
     m_servers.noteFailed(text("https://b"));
     EXPECT_THAT(find(), UnorderedElementsAre(text("https://a"), text("https://c")));
@@ -84,7 +84,7 @@ TEST_F(RadioBrowserServersTest, leavesAFailedServerAloneForFiveMinutes)
     EXPECT_THAT(find(), Contains(text("https://b")));
 }
 
-TEST_F(RadioBrowserServersTest, asksAllAgainWhenAllHaveFailed)
+TEST_F(RadioBrowserServersTest, AsksAllAgainWhenAllHaveFailed)
 {
     find();
     for (const QString &server : qAsConst(m_found))
@@ -92,7 +92,7 @@ TEST_F(RadioBrowserServersTest, asksAllAgainWhenAllHaveFailed)
     EXPECT_EQ(find().size(), 3);
 }
 
-TEST_F(RadioBrowserServersTest, fallsBackToTheNameOfAllServersForAMinute)
+TEST_F(RadioBrowserServersTest, FallsBackToTheNameOfAllServersForAMinute)
 {
     m_found.clear();
     EXPECT_THAT(find(), ElementsAre(text("https://all.api.radio-browser.info")));
@@ -103,7 +103,7 @@ TEST_F(RadioBrowserServersTest, fallsBackToTheNameOfAllServersForAMinute)
     EXPECT_EQ(m_lookUps, 2);
 }
 
-TEST_F(RadioBrowserServersTest, takesOneServerInPlaceOfALookUp)
+TEST_F(RadioBrowserServersTest, TakesOneServerInPlaceOfALookUp)
 {
     for (const char *server : {"https://radio.example/", "http://127.0.0.1:8075", "http://[::1]:80",
              "http://localhost:1/api//"}) {
@@ -115,7 +115,7 @@ TEST_F(RadioBrowserServersTest, takesOneServerInPlaceOfALookUp)
     EXPECT_EQ(m_lookUps, 0);
 }
 
-TEST_F(RadioBrowserServersTest, refusesPlainHttpToOtherMachines)
+TEST_F(RadioBrowserServersTest, RefusesPlainHttpToOtherMachines)
 {
     LogCapture log("CB_RadioBrowser");
     for (const char *server : {"http://radio.example", "http://127.0.0.1.example.com",
