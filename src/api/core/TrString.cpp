@@ -27,7 +27,7 @@ public:
 
 namespace {
 
-[[maybe_unused]] const bool registered = [] {
+[[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<TrString>("TrString");
     qRegisterMetaTypeStreamOperators<TrString>("TrString");
     QMetaType::registerEqualsComparator<TrString>();

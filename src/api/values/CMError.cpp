@@ -5,7 +5,7 @@
 
 namespace {
 
-[[maybe_unused]] const bool registered = veskRegisterHashType<CMError>("CMError");
+[[maybe_unused]] const bool Registered = veskRegisterHashType<CMError>("CMError");
 
 }
 

@@ -19,7 +19,7 @@ constexpr int MaxEncodedSize = 64 * 1024;
 /// Room for as many parameters as most paths have, so that adding them one by one moves none.
 constexpr int UsualParams = 8;
 
-[[maybe_unused]] const bool registered = [] {
+[[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<CMPath>("CMPath");
     QMetaType::registerComparators<CMPath>();
     QMetaType::registerConverter<CMPath, QString>(&CMPath::toEncoded);

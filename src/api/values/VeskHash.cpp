@@ -10,7 +10,7 @@
 
 namespace {
 
-[[maybe_unused]] const bool registered = veskRegisterHashType<VeskHash>("VeskHash");
+[[maybe_unused]] const bool Registered = veskRegisterHashType<VeskHash>("VeskHash");
 
 QString doubleText(double value)
 {

@@ -9,7 +9,7 @@
 
 namespace {
 
-[[maybe_unused]] const bool registered = veskRegisterHashType<VeskValue>("VeskValue");
+[[maybe_unused]] const bool Registered = veskRegisterHashType<VeskValue>("VeskValue");
 
 struct TypeName {
     VeskValueType::Enum type;
