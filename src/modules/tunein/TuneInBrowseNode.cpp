@@ -37,7 +37,7 @@ constexpr qint64 GenreRetryMs = 10000;
 
 const char FillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest&, "
                                  "VeskList<VeskTuneInBodyElement>, VeskUrl, QString, int)";
-const char roleDataSignature[]
+const char RoleDataSignature[]
     = "virtual QVariant TuneInBrowseNode::getRoleData(const QString&, const Params&)";
 
 void failWith(const CMGetRowsRequest &request, const char *message)
@@ -47,7 +47,7 @@ void failWith(const CMGetRowsRequest &request, const char *message)
 
 TrString nodeText(const char *text)
 {
-    return TrString(trExtractContext(roleDataSignature), QString::fromLatin1(text));
+    return TrString(trExtractContext(RoleDataSignature), QString::fromLatin1(text));
 }
 
 } // namespace

@@ -15,7 +15,7 @@ VESK_LOGGER("CB_TuneIn")
 
 namespace {
 
-const char titleSignature[]
+const char TitleSignature[]
     = "virtual QVariant TuneInAddRemovePresetsNode::getRoleData(const QString&, const Params&)";
 
 QString matchingPathKey()
@@ -25,7 +25,7 @@ QString matchingPathKey()
 
 TrString titleText(const char *text)
 {
-    return TrString(trExtractContext(titleSignature), QString::fromLatin1(text));
+    return TrString(trExtractContext(TitleSignature), QString::fromLatin1(text));
 }
 
 /// TuneIn keeps shows as favorites, not single episodes ("t..."); "sid" is the episode's show.

@@ -21,14 +21,14 @@ constexpr unsigned long CacheBytes = 1000000;
 constexpr int MaxBodyBytes = 1000000;
 constexpr int TimeoutMs = 30000;
 
-const char requestSignature[]
+const char RequestSignature[]
     = "CMError TuneInHttpClient::request(const VeskUrl&, QByteArray*, TuneInHttpClient::Type)";
-const char completionSignature[]
+const char CompletionSignature[]
     = "TuneInHttpClient::on_request(VeskUrl, int, int)::<lambda(const Result&)>";
 
 CMError connectionError()
 {
-    const QString context = trExtractContext(requestSignature);
+    const QString context = trExtractContext(RequestSignature);
     return CMError(TrString(context, QStringLiteral("Failed to connect to TuneIn")));
 }
 
@@ -86,7 +86,7 @@ CMError TuneInHttpClient::request(const VeskUrl &url, QByteArray *out, TuneInHtt
     // The wait below would keep the client's own event loop from ever running the exchange.
     VESK_ASSERT_TEXT(
         QThread::currentThread() != thread(), "called on another thread than the client's own");
-    VESK_TRACE("Enter " << dbglog_scopedFunction(requestSignature, "CB_TuneIn") << ": " << url);
+    VESK_TRACE("Enter " << dbglog_scopedFunction(RequestSignature, "CB_TuneIn") << ": " << url);
     // Held until the wait, so that no result is stored, and no wake-up sent, before this waits.
     QMutexLocker lock(&m_mutex);
     const int index = m_nextIndex++;
@@ -119,7 +119,7 @@ void TuneInHttpClient::on_request(VeskUrl url, int type, int index)
 
 void TuneInHttpClient::store(int index, const HttpClientResult &result)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(completionSignature, "CB_TuneIn") << ": "
+    VESK_TRACE("Enter " << dbglog_scopedFunction(CompletionSignature, "CB_TuneIn") << ": "
                         << result.url() << " " << result.status() << " " << result.code());
     QMutexLocker lock(&m_mutex);
     Request &request = m_requests[index];

@@ -17,7 +17,7 @@ namespace {
 
 const char ParseFaultSignature[] = "static VeskTuneInFaultCode::Enum "
                                    "TuneInRequest::parseTuneInFaultCode(const QString&)";
-const char mapFaultSignature[]
+const char MapFaultSignature[]
     = "static CMError TuneInRequest::tuneInErrorToCMError(const QString&, const QString&, "
       "VeskTuneInAccountOperation::Enum)";
 
@@ -155,11 +155,11 @@ CMError TuneInRequest::tuneInErrorToCMError(const QString &faultCode, const QStr
 CMError TuneInRequest::tuneInErrorToCMError(
     const QString &faultCode, const QString &status, VeskTuneInAccountOperation::Enum operation)
 {
-    VESK_TRACE("Enter " << dbglog_scopedFunction(mapFaultSignature, "CB_TuneIn") << ": faultCode: '"
+    VESK_TRACE("Enter " << dbglog_scopedFunction(MapFaultSignature, "CB_TuneIn") << ": faultCode: '"
                         << faultCode << "', faultCode: '" << status << "', accoutOperation: "
                         << VeskTuneInAccountOperation::toString(operation));
     const VeskTuneInFaultCode::Enum code = parseTuneInFaultCode(faultCode);
-    VESK_TRACE("Enter " << dbglog_scopedFunction(mapFaultSignature, "CB_TuneIn")
+    VESK_TRACE("Enter " << dbglog_scopedFunction(MapFaultSignature, "CB_TuneIn")
                         << ": VeskTuneInFaultCode: '" << static_cast<int>(code) << "'");
     const QString name = CMError::DefaultName() + QLatin1Char(':') + QString::number(code);
     const char *message = faultMessage(code);
