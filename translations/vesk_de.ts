@@ -1173,4 +1173,82 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>RadioBrowser</name>
+    <message>
+        <source>The answer of Radio Browser is too long.</source>
+        <translation>Die Antwort von Radio Browser ist zu lang.</translation>
+    </message>
+    <message>
+        <source>No server of Radio Browser answers. Please try again later.</source>
+        <translation>Kein Server von Radio Browser antwortet. Bitte versuchen Sie es später noch einmal.</translation>
+    </message>
+    <message>
+        <source>Radio Browser refused the request.</source>
+        <translation>Radio Browser hat die Anfrage abgelehnt.</translation>
+    </message>
+    <message>
+        <source>The answer of Radio Browser cannot be read.</source>
+        <translation>Die Antwort von Radio Browser ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>Most played</source>
+        <translation>Am meisten gespielt</translation>
+    </message>
+    <message>
+        <source>Most voted</source>
+        <translation>Am besten bewertet</translation>
+    </message>
+    <message>
+        <source>Recently changed</source>
+        <translation>Zuletzt geändert</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 Sender</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n Sender</numerusform>
+            <numerusform>%n Sender</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>Der Zeilenbereich ist ungültig.</translation>
+    </message>
+    <message>
+        <source>By country</source>
+        <translation>Nach Land</translation>
+    </message>
+    <message>
+        <source>By language</source>
+        <translation>Nach Sprache</translation>
+    </message>
+    <message>
+        <source>By tag</source>
+        <translation>Nach Stichwort</translation>
+    </message>
+    <message>
+        <source>By codec</source>
+        <translation>Nach Codec</translation>
+    </message>
+    <message>
+        <source>Stations called "%1"</source>
+        <translation>Sender mit dem Namen „%1“</translation>
+    </message>
+    <message>
+        <source>These are too many stations at once.</source>
+        <translation>Das sind zu viele Sender auf einmal.</translation>
+    </message>
+    <message>
+        <source>Search stations by name</source>
+        <translation>Sender nach Namen suchen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+</context>
 </TS>

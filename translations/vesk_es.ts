@@ -1173,4 +1173,82 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>RadioBrowser</name>
+    <message>
+        <source>The answer of Radio Browser is too long.</source>
+        <translation>La respuesta de Radio Browser es demasiado larga.</translation>
+    </message>
+    <message>
+        <source>No server of Radio Browser answers. Please try again later.</source>
+        <translation>Ningún servidor de Radio Browser responde. Inténtelo de nuevo más tarde.</translation>
+    </message>
+    <message>
+        <source>Radio Browser refused the request.</source>
+        <translation>Radio Browser rechazó la solicitud.</translation>
+    </message>
+    <message>
+        <source>The answer of Radio Browser cannot be read.</source>
+        <translation>No se puede leer la respuesta de Radio Browser.</translation>
+    </message>
+    <message>
+        <source>Most played</source>
+        <translation>Las más escuchadas</translation>
+    </message>
+    <message>
+        <source>Most voted</source>
+        <translation>Las más votadas</translation>
+    </message>
+    <message>
+        <source>Recently changed</source>
+        <translation>Modificadas recientemente</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 emisora</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n emisora</numerusform>
+            <numerusform>%n emisoras</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>El intervalo de filas no es válido.</translation>
+    </message>
+    <message>
+        <source>By country</source>
+        <translation>Por país</translation>
+    </message>
+    <message>
+        <source>By language</source>
+        <translation>Por idioma</translation>
+    </message>
+    <message>
+        <source>By tag</source>
+        <translation>Por etiqueta</translation>
+    </message>
+    <message>
+        <source>By codec</source>
+        <translation>Por códec</translation>
+    </message>
+    <message>
+        <source>Stations called "%1"</source>
+        <translation>Emisoras llamadas «%1»</translation>
+    </message>
+    <message>
+        <source>These are too many stations at once.</source>
+        <translation>Son demasiadas emisoras a la vez.</translation>
+    </message>
+    <message>
+        <source>Search stations by name</source>
+        <translation>Buscar emisoras por nombre</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Buscar</translation>
+    </message>
+</context>
 </TS>

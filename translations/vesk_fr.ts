@@ -1173,4 +1173,82 @@
         </translation>
     </message>
 </context>
+<context>
+    <name>RadioBrowser</name>
+    <message>
+        <source>The answer of Radio Browser is too long.</source>
+        <translation>La réponse de Radio Browser est trop longue.</translation>
+    </message>
+    <message>
+        <source>No server of Radio Browser answers. Please try again later.</source>
+        <translation>Aucun serveur de Radio Browser ne répond. Veuillez réessayer plus tard.</translation>
+    </message>
+    <message>
+        <source>Radio Browser refused the request.</source>
+        <translation>Radio Browser a refusé la demande.</translation>
+    </message>
+    <message>
+        <source>The answer of Radio Browser cannot be read.</source>
+        <translation>La réponse de Radio Browser est illisible.</translation>
+    </message>
+    <message>
+        <source>Most played</source>
+        <translation>Les plus écoutées</translation>
+    </message>
+    <message>
+        <source>Most voted</source>
+        <translation>Les mieux notées</translation>
+    </message>
+    <message>
+        <source>Recently changed</source>
+        <translation>Modifiées récemment</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 station</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n station</numerusform>
+            <numerusform>%n stations</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>L'intervalle de lignes n'est pas valide.</translation>
+    </message>
+    <message>
+        <source>By country</source>
+        <translation>Par pays</translation>
+    </message>
+    <message>
+        <source>By language</source>
+        <translation>Par langue</translation>
+    </message>
+    <message>
+        <source>By tag</source>
+        <translation>Par étiquette</translation>
+    </message>
+    <message>
+        <source>By codec</source>
+        <translation>Par codec</translation>
+    </message>
+    <message>
+        <source>Stations called "%1"</source>
+        <translation>Stations nommées « %1 »</translation>
+    </message>
+    <message>
+        <source>These are too many stations at once.</source>
+        <translation>Cela fait trop de stations à la fois.</translation>
+    </message>
+    <message>
+        <source>Search stations by name</source>
+        <translation>Rechercher des stations par nom</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+</context>
 </TS>
