@@ -6,16 +6,16 @@
 #include <QByteArray>
 #include <QStringList>
 
-/// Answers as the directory gives them, for measuring.
+/// Response bodies like the directory's, for benchmarks.
 
-/// A list of \a count stations with 14 entries each, about 500 bytes a station.
+/// A list of \a count stations with 14 entries each, about 500 bytes per station.
 QByteArray stationsAnswer(int count);
-/// A list of \a count stations that say no more than they must: 10,000 of them just fit into the
+/// A list of \a count stations with the required entries only: 10,000 of them just fit into the
 /// 1,000,000 bytes that the plug-in reads. Their names begin with \a name.
 QByteArray shortStationsAnswer(int count, const QByteArray &name = "Radio");
 /// The root menu.
 QByteArray rootAnswer();
-/// The list of genres that the stations name.
+/// The list of the genres that the stations refer to.
 QByteArray genresAnswer();
-/// The roles that the content browser's page asks for.
+/// The roles that the content browser's page requests.
 const QStringList &pageRoles();

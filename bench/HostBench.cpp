@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// The idle host in both arrangements, plug-in in a process of its own and in the host's: how long
-/// it takes to be ready, and what memory it holds, beside a Qt program that does nothing. Whole
-/// processes, in turns.
+/// Startup time and memory of the idle host, with the plug-in in a process of its own and in the
+/// host's, compared with a Qt program that does nothing. Measures whole processes, alternating
+/// between the two configurations.
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
@@ -21,7 +21,7 @@ namespace {
 
 constexpr int Rounds = 11;
 constexpr int ReadyMilliseconds = 10000;
-/// Until what was started is idle.
+/// Time for a started process to become idle.
 constexpr int SettleMilliseconds = 500;
 
 QString program(const char *name)
@@ -36,8 +36,8 @@ double median(std::vector<double> values)
 }
 
 struct Memory {
-    double resident = 0; ///< megabytes, what is shared with other processes included
-    double proportional = 0; ///< each shared page divided by the number of processes that share it
+    double resident = 0; ///< megabytes, including pages shared with other processes
+    double proportional = 0; ///< megabytes, each shared page divided by the number of its processes
 };
 
 Memory memoryOf(qint64 pid)
@@ -71,12 +71,13 @@ QList<qint64> childrenOf(qint64 pid)
 
 struct Figures {
     std::vector<double> ready; ///< milliseconds
-    std::vector<double> resident; ///< of the host's process
-    std::vector<double> worker; ///< of its worker's
-    std::vector<double> proportional; ///< of both
+    std::vector<double> resident; ///< megabytes, of the host process
+    std::vector<double> worker; ///< megabytes, of the plug-in process
+    std::vector<double> proportional; ///< megabytes, of both
 };
 
-/// Starts a host, and ends it.
+/// Starts a host with the extra options \a arrangement, adds its figures to \a figures and stops
+/// it. False when the host does not start or stop.
 bool measureHost(const QStringList &arrangement, Figures &figures)
 {
     const QTemporaryDir state;

@@ -18,6 +18,7 @@ size_t append(char *data, size_t size, size_t count, void *body)
     return size * count;
 }
 
+/// The floor: a blocking GET with libcurl alone.
 void getFloor(benchmark::State &state)
 {
     PluginOnThread plugin;
@@ -46,7 +47,7 @@ void getThroughClient(benchmark::State &state)
         state.SkipWithError("the answer did not come");
 }
 
-/// Asks for the rows of a screen, again and again.
+/// Measures requests for all \a expected rows of the screen at \a path.
 void measureGetRows(benchmark::State &state, const char *path, int expected)
 {
     const CMPath screen = CMPath::fromEncoded(QLatin1String(path));

@@ -9,8 +9,8 @@
 #include <chrono>
 #include <vector>
 
-/// Times single operations, whose median says more than the mean on a shared machine: counter
-/// "p50_us", in microseconds.
+/// Measures each operation by itself; counter "p50_us" is the median in microseconds, which is more
+/// meaningful than the mean on a shared machine.
 template <class Operation>
 void measureLatency(benchmark::State &state, Operation operation)
 {

@@ -43,7 +43,7 @@ void readLongAnswer(benchmark::State &state)
     }
 }
 
-/// The round trip of a request that the worker handles at once.
+/// Measures the round trip of a request that the worker completes immediately.
 void measurePing(benchmark::State &state)
 {
     const CMPath root(QStringLiteral("TuneIn"), QString());

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// The player beside GStreamer's own: how long from the wish to play until samples are written, and
-/// what playing costs. Whole processes on the same stream of the local directory, in turns. The
-/// player is asked over JSON-RPC and runs its step before playing first; gst-launch is started,
-/// which is its only way to begin.
+/// The player compared with GStreamer's playbin: the time from the request to play until samples
+/// are written, and the memory and CPU usage of playback. Measures whole processes that play the
+/// same stream of the local directory, alternating. The player gets a JSON-RPC call and makes its
+/// request before playback first; gst-launch has to be started as a process.
 #include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
@@ -32,7 +32,7 @@ double median(std::vector<double> values)
     return values[values.size() / 2];
 }
 
-/// Milliseconds until samples are in the file.
+/// Milliseconds until samples are in the file; -1 after ten seconds without any.
 double untilSamples(const QString &file, const QElapsedTimer &clock)
 {
     while (QFileInfo(file).size() <= WavHead) {

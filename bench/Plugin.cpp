@@ -18,9 +18,9 @@
 
 namespace {
 
-/// As many stations as fit into the 1,000,000 bytes that the plug-in reads.
+/// The number of stations that fit into the 1,000,000 bytes that the plug-in reads.
 constexpr int LongScreen = 1800;
-/// And of those that say no more than they must.
+/// The same for stations with the required entries only.
 constexpr int LongestScreen = 10000;
 
 ScriptedServer::Response serve(const ScriptedServer::Request &request)
@@ -101,7 +101,7 @@ PluginOnThread::PluginOnThread()
         QVariantHash config {{VeskService_Id(), QStringLiteral("tunein")}};
         return static_cast<CMTuneInWorker *>(worker_create("tunein", &config));
     });
-    // The state arrives through the worker's event loop; from here the question waits for it.
+    // The network state arrives through the worker's event loop; this thread waits for it here.
     worker()->networkStateConnected();
 }
 
@@ -118,8 +118,8 @@ PluginInProcess::PluginInProcess()
     QObject::connect(&m_plugin, &Plugin::loadFinished, [&loaded] { loaded = true; });
     m_plugin.load();
     spinUntil([&loaded] { return loaded; });
-    // The state of the network arrives through the event loop of the worker, which is asked after
-    // it.
+    // The network state arrives through the worker's event loop; a request that succeeds shows that
+    // it has.
     const CMPath root(QStringLiteral("TuneIn"), QStringLiteral("browse"));
     spinUntil([&root] {
         const QVariant answer = answerTo([&root](const CMReply<QVariant> &reply) {

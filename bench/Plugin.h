@@ -14,16 +14,16 @@
 #include <functional>
 #include <memory>
 
-/// The answer to a request. The calling thread waits in its event loop, as the host's main thread
-/// does while a client's request is open.
+/// Makes a request and returns the value of its response. The calling thread waits in its event
+/// loop, as the host's main thread does while a client's request is pending.
 QVariant answerTo(const std::function<CMRequest(const CMReply<QVariant> &reply)> &makeRequest);
 
-/// Serves what a directory would, says on standard output on which port, and ends with its standard
-/// input. Returns the exit status.
+/// Runs a server in place of the directory: prints its port to standard output and serves until
+/// standard input is closed. Returns the exit status.
 int serveBenchmarks();
 
-/// What a plug-in needs around it; and, in a process of its own as everywhere else, a server in its
-/// directory's place.
+/// The environment of a plug-in: a root, the values that it reads, and a server in place of its
+/// directory. The server runs in a process of its own, as a real one does.
 class Surroundings {
 public:
     Surroundings();
@@ -31,7 +31,7 @@ public:
 
     /// "http://127.0.0.1:PORT/Browse.ashx"
     QByteArray rootUrl() const;
-    /// HOST:PORT:ADDRESS:PORT of the server.
+    /// The entry of HttpClient::setConnectTo() that leads to the server.
     QString connectTo() const;
     const CMValuesWorker &values() const { return m_values; }
 
@@ -42,7 +42,7 @@ private:
     CMValuesWorker m_values;
 };
 
-/// A plug-in on its thread, with its network up.
+/// A plug-in on a thread of this process, with the network connected.
 class PluginOnThread {
 public:
     PluginOnThread();
@@ -59,7 +59,7 @@ public:
     const Surroundings &surroundings() const { return m_surroundings; }
 };
 
-/// A plug-in in a process of its own, with its network up.
+/// A plug-in in a process of its own, with the network connected.
 class PluginInProcess {
 public:
     PluginInProcess();

@@ -15,7 +15,7 @@ namespace {
 
 constexpr qint64 GenrePause = 60'000;
 
-/// The processor time of the calling thread in milliseconds.
+/// The CPU time of the calling thread in milliseconds.
 double threadMilliseconds()
 {
     timespec time {};
@@ -23,11 +23,11 @@ double threadMilliseconds()
     return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) * 1e-6;
 }
 
-/// Turns an answer of so many stations, read before, into rows: counters "cpu_ms", the processor
-/// time of the worker's thread, and "us_per_row".
+/// Measures the conversion of \a answer, already parsed, into rows; state.range(0) is the number of
+/// its stations. Counters: "cpu_ms", the CPU time of the worker's thread, and "us_per_row".
 void measureRows(benchmark::State &state, const QByteArray &answer)
 {
-    // Each plug-in reads the names of the genres, for which it asks once in a while only.
+    // Lets each plug-in request the names of the genres, which it does once in a while only.
     static qint64 now = 0;
     now += GenrePause;
     TuneInClock::instance().monotonicMs = [] { return now; };

@@ -21,11 +21,11 @@ public:
     void send(const QByteArray &) override { }
 };
 
-/// A client of the host's JSON-RPC, beside a plug-in in a process of its own; what is measured ends
-/// with the bytes of the answers.
+/// A client of the host's JSON-RPC, with the plug-in in a process of its own. Measurements end with
+/// the bytes of the response.
 class ScreenReader {
 public:
-    /// The rows of a range, as they are sent.
+    /// The JSON-RPC response with rows \a first to \a last, inclusive.
     QByteArray read(int first, int last)
     {
         const QByteArray message
@@ -43,8 +43,8 @@ public:
         return answer;
     }
 
-    /// The number of the exchange by which the rows of \a answer came, which their names begin
-    /// with; 0 when there are not \a count of them.
+    /// The number of the HTTP exchange that brought the rows of \a answer, with which their names
+    /// begin; 0 unless there are \a count rows.
     static int exchangeOf(const QByteArray &answer, int count)
     {
         VeskError error;
@@ -85,6 +85,7 @@ void readScreenByPages(benchmark::State &state)
     measureLatency(state, readPages);
     const int begun = ScreenReader::exchangeOf(first, PageRows);
     const int ended = ScreenReader::exchangeOf(last, PageRows);
+    // All pages of an iteration must come from the same HTTP exchange.
     if (before == 0 || begun == 0 || begun != ended)
         state.SkipWithError("the pages are not of one list");
     state.counters["exchanges"] = double(ended - before) / double(state.iterations());

@@ -8,6 +8,7 @@
 
 namespace {
 
+/// The floor: starts a thread, calls a function on it and stops it.
 void emptyThread(benchmark::State &state)
 {
     measureLatency(state, [] {
@@ -22,7 +23,7 @@ void emptyThread(benchmark::State &state)
     });
 }
 
-/// Times creation alone; the worker is destroyed outside the timed section.
+/// Measures creation only; the worker is destroyed outside the timed section.
 void createWorker(benchmark::State &state)
 {
     using Clock = std::chrono::steady_clock;

@@ -20,8 +20,8 @@
 
 namespace {
 
-/// Keeps what is measured beside printing it, so that figures can be set against their floors: CPU
-/// time of what only computes, medians of what waits.
+/// Prints the results and keeps them, so that they can be compared with their floors: CPU times
+/// under the name of the benchmark, counters under "NAME:COUNTER".
 class Collector : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
@@ -52,6 +52,7 @@ private:
     std::map<std::string, std::vector<double>> times;
 };
 
+/// A figure and its floor, by their names in the Collector, and the limit of their ratio.
 struct Ratio {
     const char *what;
     const char *measured;
@@ -103,7 +104,8 @@ int main(int argc, char **argv)
     if (argc == 2 && std::strcmp(argv[1], "--serve") == 0)
         return serveBenchmarks();
     std::vector<char *> arguments(argv, argv + argc);
-    // Pairs are measured in turns, so that what else the machine does meets both.
+    // Interleave the repetitions, so that other load on the machine affects both benchmarks of a
+    // pair.
     std::string repetitions = "--benchmark_repetitions=5";
     std::string interleaving = "--benchmark_enable_random_interleaving=true";
     arguments.insert(arguments.begin() + 1, interleaving.data());

@@ -7,8 +7,9 @@
 
 #include <cstdlib>
 
-// Addresses that links lead to: none that makes the plug-in ask for a page that changes or reports
-// something may pass for one that reads. Then descriptors, which are files of others.
+// Paths that links lead to: a path that makes the plug-in request a page that changes or reports
+// something must not be taken for one that only reads. Then plug-in descriptors, which are
+// third-party files.
 
 int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -11,8 +11,8 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-// A configuration file and, after a record separator, a command line with an argument a line: the
-// host starts with options within their bounds, or says what is wrong.
+// A configuration file and, after a record separator, a command line with one argument per line:
+// the result is either options within their bounds or an error message.
 
 namespace {
 
@@ -40,7 +40,7 @@ private:
     const int m_file;
 };
 
-/// Other files than the one above are not to be read.
+/// Drops arguments that could name a file other than the one above.
 QStringList argumentsIn(const QByteArray &text)
 {
     QStringList arguments;

@@ -12,9 +12,9 @@
 #include <mutex>
 #include <thread>
 
-// The life of a decoder: media of any kind and in any state, taken slowly, quickly or not at all,
-// ended or left at any moment. What comes out has bounds and one format, and nothing waits for
-// ever.
+// The life cycle of a decoder: media of any kind and in any state, consumed slowly, quickly or not
+// at all, finished or abandoned at any point. The output stays within its bounds and in one format,
+// and nothing blocks forever.
 
 namespace {
 
@@ -24,17 +24,17 @@ using State = DecoderPipeline::State;
 
 constexpr auto Patience = 8s;
 
-/// The first bytes of an input.
+/// The first four bytes of an input.
 struct Plan {
-    std::uint8_t piece; ///< bytes at a time, in units of 16
-    std::uint8_t share; ///< of the bytes, in 255ths, after which it is left; all: it is ended
-    std::uint8_t samples; ///< after so many blocks of samples no more are taken; 255: all are
+    std::uint8_t piece; ///< bytes fed at a time: 16 * (piece + 1)
+    std::uint8_t share; ///< 255ths of the media to feed; 255 also finishes the session
+    std::uint8_t samples; ///< blocks of samples that are accepted; 255: all
     std::uint8_t ways;
 
     bool isEnded() const { return share == 255; }
     bool isFormatKnown() const { return (ways & 1) != 0; }
     bool isSlow() const { return (ways & 2) != 0; }
-    /// Whether it is left without waiting for what it does.
+    /// Whether the session is destroyed without waiting for the decoder.
     bool isLeftAtOnce() const { return (ways & 4) != 0; }
 };
 
@@ -56,7 +56,7 @@ public:
             [](std::uint32_t bitRate) { FUZZ_REQUIRE(bitRate > 0); }, [this] { wake(); }};
     }
 
-    /// Until something happens, a moment at most.
+    /// Waits for a callback, but not longer than 10 ms.
     void wait()
     {
         std::unique_lock<std::mutex> lock(m_mutex);

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-// What a decoder's process says to the host, and the other way round, in whatever pieces it
-// arrives: the same frames, and what was read can be sent on.
+// The frames between the host and a decoder process: the same frames are read whatever pieces the
+// bytes arrive in, and written again they give the same frames.
 
 namespace {
 

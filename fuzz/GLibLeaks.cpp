@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Part of fuzz targets whose libraries leak memory of GLib, which the leak checker cannot follow
-// any further: libsoup 3.2 the path of a request whose transfer encoding it does not know, GLib
-// itself the first block of its table of quarks. What the project's own code leaks is found all the
-// same.
+// LeakSanitizer suppressions for fuzz targets whose libraries leak memory that GLib allocates; the
+// stack traces end in GLib. libsoup 3.2 leaks the path of a request with an unknown transfer
+// encoding, GLib itself the first block of its quark table. Leaks of the project's own code are
+// still found.
 
 extern "C" const char *__lsan_default_suppressions();
 

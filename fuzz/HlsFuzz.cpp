@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-// A playlist of HTTP Live Streaming: whatever its numbers are, those that are read can be counted
-// with, and its addresses are http and https.
+// HLS playlists: whatever numbers they contain, the parsed ones are in ranges that are safe to
+// calculate with, and all URLs are http or https.
 
 namespace {
 
@@ -69,7 +69,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(data), static_cast<int>(size));
     parse(bytes);
-    // Now and then as long as a playlist may be, where work that grows faster than the text shows.
+    // Occasionally of the maximum length, which exposes superlinear algorithms.
     if (size % 256 == 1)
         parse(bytes.repeated(PlaylistLimits::MaxBytes / bytes.size()));
     return 0;

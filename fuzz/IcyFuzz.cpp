@@ -8,7 +8,8 @@
 
 #include <algorithm>
 
-// A stream with titles in it, in whatever pieces it arrives: the same audio and the same titles.
+// A stream with ICY metadata: the same audio and titles are read whatever pieces the bytes arrive
+// in.
 
 namespace {
 
@@ -17,8 +18,8 @@ struct Heard {
     QStringList titles;
 };
 
-/// Feeds \a bytes in pieces whose sizes \a sizes gives, over and over; all at once when it is
-/// empty.
+/// Feeds \a bytes in pieces, whose sizes cycle through \a sizes (0 is one byte); all at once when
+/// it is empty.
 Heard hear(int interval, const QByteArray &bytes, const QByteArray &sizes)
 {
     Heard heard;
@@ -42,7 +43,7 @@ Heard hear(int interval, const QByteArray &bytes, const QByteArray &sizes)
     return heard;
 }
 
-/// The audio between the metadata.
+/// The expected audio: \a bytes without the metadata blocks.
 QByteArray audioOf(int interval, const QByteArray &bytes)
 {
     QByteArray audio;

@@ -7,12 +7,12 @@
 
 #include <sstream>
 
-// A directory's answer, as it came: read, wrapped in the response model and looked at from every
-// side.
+// The body of a directory's response: parsed, read through all accessors of the response model,
+// printed, then written and parsed again.
 
 namespace {
 
-/// The characters of all that an element answers, children included.
+/// The number of characters in all texts of an element and its children.
 qint64 readElement(const VeskTuneInBodyElement &element, int depth)
 {
     FUZZ_REQUIRE(depth <= VeskJson::MaxDepth);

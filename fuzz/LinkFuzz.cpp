@@ -6,8 +6,8 @@
 
 #include <QByteArray>
 
-// What a plug-in's process and its host say to each other: whatever comes is read or refused, and
-// what was read can be sent on.
+// The messages between the host and a plug-in process: any payload is either decoded or rejected,
+// and a decoded message can be encoded and decoded again.
 
 namespace {
 

@@ -9,7 +9,7 @@
 
 #include <sstream>
 
-// A path's text form, which web pages and links hand in, and the way there and back.
+// The text form of a path, which web pages and links supply: encoding and parsing round-trip.
 
 namespace {
 
@@ -25,7 +25,7 @@ void requireRoundTrip(const CMPath &path)
     FUZZ_REQUIRE(!out.str().empty());
 }
 
-/// The input's pieces as prefix, base and parameters.
+/// A path from the lines of the input: prefix, base, then keys and values.
 CMPath pathOf(const QByteArray &bytes)
 {
     const QList<QByteArray> pieces = bytes.split('\n');
@@ -43,7 +43,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const CMPath read = CMPath::fromEncoded(QString::fromUtf8(bytes));
     if (!read.isEmpty())
         requireRoundTrip(read);
-    // Longer ones may have no text form that is read again.
+    // The text form of a longer path may exceed the limit of fromEncoded().
     const CMPath made = pathOf(bytes);
     if (!made.isEmpty() && size < 4096)
         requireRoundTrip(made);

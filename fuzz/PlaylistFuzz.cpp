@@ -4,8 +4,8 @@
 #include "fuzz/fuzzing.h"
 #include "host/player/Playlist.h"
 
-// The answer of a stream's address: whatever it is, a kind is found for it, and what it is read as
-// has bounds and leads to nothing but http and https.
+// The response from the URL of a stream: sniffing always decides on a type, and parsed playlists
+// stay within their limits and contain http and https URLs only.
 
 namespace {
 
@@ -51,7 +51,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     sniff(bytes);
     parse(bytes, base);
     parse(bytes, QUrl());
-    // Now and then as long as a playlist may be, where work that grows faster than the text shows.
+    // Occasionally of the maximum length, which exposes superlinear algorithms.
     if (size % 256 == 1)
         parse(bytes.repeated(PlaylistLimits::MaxBytes / bytes.size()), base);
     return 0;

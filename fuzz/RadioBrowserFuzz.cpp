@@ -7,8 +7,8 @@
 
 #include <algorithm>
 
-// What Radio Browser's servers answer, and what name servers answer about them: whatever comes,
-// texts are short lines, addresses the web's and numbers within their bounds.
+// Responses of Radio Browser's servers, and DNS responses about these servers: texts are single
+// lines of limited length, URLs are http or https and numbers are within their bounds.
 
 namespace {
 

@@ -9,14 +9,15 @@
 #include <optional>
 #include <string>
 
-// The heads of an exchange, line by line: a redirect that the rule lets pass leads where libcurl,
-// which follows it, does not leave http and https, nor https for http.
+// The response heads of an exchange, line by line: when libcurl follows a redirect that the rule
+// accepts, it neither leaves http and https nor goes from https to http.
 
 namespace {
 
 using Url = std::unique_ptr<CURLU, decltype(&curl_url_cleanup)>;
 
-/// What libcurl makes of one line: the value of the first Location with a value in a redirect.
+/// The value that libcurl reads from a line with a Location field; none for other fields and for an
+/// empty value. libcurl uses the first one of a redirect.
 std::optional<std::string> locationIn(const std::string &line)
 {
     constexpr char Name[] = "location:";
@@ -31,7 +32,7 @@ std::optional<std::string> locationIn(const std::string &line)
     return value.substr(0, value.find_last_not_of(Blank) + 1);
 }
 
-/// Where libcurl goes from \a url; false when it goes nowhere.
+/// Resolves \a location against \a url, in place, as libcurl does; false when libcurl rejects it.
 bool follow(CURLU *url, const std::string &location)
 {
     return curl_url_set(url, CURLUPART_URL, location.c_str(),
@@ -48,7 +49,7 @@ std::string schemeOf(CURLU *url)
     return text;
 }
 
-/// Goes through \a heads as libcurl would, which begins a head with its status.
+/// Processes \a heads as libcurl does: a status line begins a new head.
 void read(const std::string &heads, bool isHttps)
 {
     const Url url(curl_url(), &curl_url_cleanup);
@@ -64,7 +65,7 @@ void read(const std::string &heads, bool isHttps)
         end = end == std::string::npos ? heads.size() : end + 1;
         const std::string line = heads.substr(at, end - at);
         if (std::memchr(line.data(), 0, line.size()))
-            return; // libcurl refuses these
+            return; // libcurl rejects a NUL in a head
         if (curl_strnequal(line.c_str(), "HTTP/", 5) != 0) {
             if (next && !follow(url.get(), *next))
                 return;

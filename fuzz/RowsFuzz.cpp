@@ -17,8 +17,8 @@
 
 #include <memory>
 
-// A directory's answer on its way to rows, opened at the root, as any screen, by navigation, as the
-// choice of a stream and as the test search: whatever comes, each row has a value per role.
+// A directory's response converted to rows, as the root, as any screen, by navigation, as the
+// choice of a stream and as the test search: each row has one value per role.
 
 namespace {
 
@@ -27,7 +27,7 @@ public:
     Plugin()
         : m_application(m_argc, m_argv)
     {
-        // Every line of the log is put together, and written nowhere.
+        // Formats every log record, and writes none.
         log4cplus::Logger::getRoot().addAppender(
             log4cplus::SharedAppenderPtr(new log4cplus::NullAppender));
         log4cplus::Logger::getRoot().setLogLevel(log4cplus::TRACE_LOG_LEVEL);
@@ -54,7 +54,7 @@ private:
     std::unique_ptr<CMTuneInWorker> m_worker;
 };
 
-/// Section keys with "_" or "~" stop the process by rule.
+/// Section keys with "_" or "~" fail an assertion by design.
 bool hasForbiddenKey(const VeskList<VeskTuneInBodyElement> &elements)
 {
     return elements.contains([](const VeskTuneInBodyElement &element) {

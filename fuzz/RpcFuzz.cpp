@@ -17,8 +17,8 @@
 
 #include <memory>
 
-// What clients say, a JSON-RPC message: it is answered once, with JSON of the right form, or not at
-// all when nothing in it wants an answer.
+// JSON-RPC messages from clients: each gets one response, which is valid JSON-RPC, or an empty one
+// when it contains notifications only.
 
 namespace {
 
@@ -37,7 +37,7 @@ CMPath path(const char *text)
     return CMPath::fromEncoded(QString::fromLatin1(text));
 }
 
-/// A host without sockets: a value, a list, and the methods that browse them.
+/// A host without sockets: values, a list, and the methods that browse them.
 class Host {
 public:
     Host()
@@ -59,7 +59,7 @@ public:
         list->rowsAppend(path("settings:name"));
     }
 
-    /// What is answered to \a message; null when nothing came.
+    /// The response to \a message; empty when it contains notifications only.
     QByteArray handle(const QByteArray &message, MessagePeer *peer)
     {
         QByteArray answer;
@@ -128,7 +128,8 @@ void requireAnswers(const QByteArray &bytes, const JsonRpcMessage &message)
         requireAnswer(answers.at(i), asked.at(i));
 }
 
-/// A request's headers: whatever they are, they name this machine or are refused.
+/// The checks of HTTP headers: an accepted host is this machine, and an accepted content type is
+/// JSON.
 void requireRules(const QByteArray &text)
 {
     if (isLoopbackHost(text, 8765)) {

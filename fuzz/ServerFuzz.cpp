@@ -17,18 +17,18 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-// Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: nothing is called
-// but by a client that may, and a server that goes takes what is still open with it. Some hundred
-// inputs a second: accepting a connection and libsoup's part of it take most of the time. What
-// clients say in JSON is the rpc target's.
+// Bytes on a connection to the host, as HTTP or, after a handshake, as WebSocket: only a client
+// that is allowed to can call a method, and destroying the server closes its open connections. A
+// few hundred inputs per second: accepting a connection and libsoup's part of it take most of the
+// time. JSON-RPC messages are covered by RpcFuzz.cpp.
 
 namespace {
 
-/// The first byte of an input says what the rest is.
+/// The first byte of an input, which tells what the rest is.
 enum Kind : char {
     Http = 'H', ///< what the client sends
-    RawFrames = 'R', ///< what it sends after a WebSocket's handshake
-    Frames = 'W' ///< frames with a separator between them: the first byte, then the payload
+    RawFrames = 'R', ///< what the client sends after a WebSocket handshake
+    Frames = 'W' ///< WebSocket frames, separated: each the first byte, then the payload
 };
 
 constexpr char Separator = 0x1e;
@@ -36,7 +36,7 @@ constexpr char Handshake[]
     = "GET /ws HTTP/1.1\r\nHost: localhost\r\nUpgrade: websocket\r\nConnection: Upgrade\r\n"
       "Sec-WebSocket-Version: 13\r\nSec-WebSocket-Key: dGhlIHNhbXBsZSBub25jZQ==\r\n\r\n";
 
-/// A frame with a mask of zeros.
+/// A client frame (RFC 6455, section 5.2) with a masking key of zeros.
 QByteArray framed(const QByteArray &piece)
 {
     const QByteArray payload = piece.mid(1);
@@ -113,7 +113,7 @@ public:
         });
     }
 
-    /// What the server says to a client that says \a bytes and no more.
+    /// The server's response to a client that sends \a bytes and then shuts down its side.
     QByteArray exchange(const QByteArray &bytes)
     {
         m_called = 0;
@@ -127,7 +127,7 @@ public:
                 quiet = 0;
             }
         }
-        // A WebSocket that was closed waits for the client's word.
+        // A closing WebSocket would wait for the client's close frame.
         if (m_server->connections() > 0)
             m_server.reset();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

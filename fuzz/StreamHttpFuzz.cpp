@@ -15,14 +15,14 @@
 #include <thread>
 #include <unistd.h>
 
-// A stream's server that answers anything: libcurl, the redirects and what is made of the head. The
-// input is what the server says to one connection after the other, a record separator between them.
+// A stream server that sends anything: libcurl, the redirects and the parsing of the head. The
+// input is the responses to successive connections, with record separators between them.
 
 namespace {
 
 constexpr char Separator = 0x1e;
 
-/// Serves on a free port of this machine, and whatever host a stream is asked of leads there.
+/// Serves on a free port of this machine, to which the connections to all hosts are redirected.
 class Server {
 public:
     Server()
@@ -46,7 +46,7 @@ public:
         m_asked = 0;
     }
 
-    /// Connections that got an answer since then.
+    /// Connections that got a response since setAnswers().
     int asked() const { return m_asked; }
 
 private:
@@ -56,7 +56,7 @@ private:
             const int connection = ::accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
             if (connection < 0)
                 continue;
-            // Unread bytes would have the answer taken back.
+            // Closing with unread bytes would reset the connection, and the response could be lost.
             if (readRequest(connection)) {
                 const QByteArray answer = nextAnswer();
                 (void)!::send(connection, answer.constData(),
@@ -66,7 +66,7 @@ private:
         }
     }
 
-    /// False for what is no plain HTTP: the beginning of a TLS connection.
+    /// False for anything but plain HTTP, such as a TLS handshake.
     static bool readRequest(int connection)
     {
         QByteArray request;
@@ -100,13 +100,13 @@ public:
     {
         ++m_begun;
         FUZZ_REQUIRE(m_begun == 1 && m_taken == 0);
-        // The status is any number: of an interim head that is cut, with more than three digits
-        // after "HTTP/2".
+        // The status may be any number: that of a truncated interim head, or one of more than three
+        // digits after "HTTP/2".
         FUZZ_REQUIRE(head.length >= -1 && head.offset >= 0);
         FUZZ_REQUIRE(head.icyInterval >= 0 && head.icyInterval <= 16 * 1024 * 1024);
         FUZZ_REQUIRE(head.icyBitRate >= 0 && head.icyBitRate < 100'000'000);
         FUZZ_REQUIRE(head.retryAfter.count() >= 0 && head.retryAfter <= std::chrono::hours(24));
-        // Over TLS nothing gets as far as a head here.
+        // No TLS handshake succeeds here, so no head comes over https.
         FUZZ_REQUIRE(head.url.scheme() == QLatin1String("http"));
         m_length = head.length;
         return true;
@@ -151,7 +151,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     request.url = QUrl(QStringLiteral("http://radio.example/stream"));
     request.offset = size % 3 == 0 ? 1000 : 0;
     receiver.requireSound(stream.get(request, receiver));
-    // One answer, five redirects, and a second try where a connection closes without a word.
+    // One request and five redirects, each of them repeated once when a connection closes without a
+    // response.
     constexpr int MostConnections = 12;
     FUZZ_REQUIRE(server.asked() <= MostConnections);
     return 0;

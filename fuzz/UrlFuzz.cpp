@@ -8,11 +8,11 @@
 
 #include <sstream>
 
-// Links in answers and addresses of streams: whatever is changed, the rest stays what it was.
+// Links in responses and URLs of streams: changing one component leaves the others unchanged.
 
 namespace {
 
-/// What a reader sees of a URL.
+/// The components of a URL as its accessors return them.
 struct Parts {
     explicit Parts(const VeskUrl &url)
         : scheme(url.scheme())

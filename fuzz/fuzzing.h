@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Stops a fuzz run, so that the input is kept, when a property does not hold.
+/// Aborts a fuzz run when \a condition does not hold; libFuzzer then saves the input.
 #define FUZZ_REQUIRE(condition)                                                                    \
     do {                                                                                           \
         if (!(condition)) {                                                                        \

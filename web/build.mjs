@@ -23,7 +23,7 @@ async function write(name, content) {
         await writeFile(join(out, name + ".gz"), zipped);
 }
 
-/** Writes what esbuild made, and the page that loads it. */
+/** Writes esbuild's output, the page that loads it, the notices and the files in public/. */
 async function finish(result) {
     if (result.errors.length > 0)
         return;

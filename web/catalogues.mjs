@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Reads Qt's translation files (translations/vesk_LANGUAGE.ts), which hold the page's texts beside
-// those of the programs.
+// Reads Qt's translation files (translations/vesk_LANGUAGE.ts), which contain the texts of the page
+// and of the programs.
 import { readFile, readdir } from "node:fs/promises";
 import { join } from "node:path";
 
@@ -28,7 +28,7 @@ function first(xml, name) {
     return undefined;
 }
 
-/** All messages: context, source, comment, and the translation, a list when it depends on a number. */
+/** All messages: context, source, comment and translation, which is a list if it has plural forms. */
 export function readCatalogue(xml) {
     const messages = [];
     for (const context of elements(xml, "context")) {
@@ -50,7 +50,7 @@ export function readCatalogue(xml) {
     return messages;
 }
 
-/** The page's own texts of a catalogue: translations by source text. */
+/** The page's texts of a catalogue (context "Web"): translations by source text. */
 export function pageTexts(messages) {
     return Object.fromEntries(
         messages.filter((message) => message.context === "Web").map((m) => [m.source, m.translation]));
@@ -61,7 +61,7 @@ export async function catalogueFiles(folder) {
     return files.map((name) => ({ language: name.slice(5, -3), file: join(folder, name) }));
 }
 
-/** Gives the page "vesk:catalogues": a part of its own for each language, loaded when it is used. */
+/** An esbuild plug-in that provides "vesk:catalogues": one chunk per language, loaded on first use. */
 export function cataloguesPlugin(folder) {
     return {
         name: "catalogues",

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Prints what a first and a second visit cost beside the bare request for the rows:
+// Prints time and bytes of a first and a second visit, and of the bare getRows for comparison:
 // VESK_BUILD=../build/release node measure.mjs
 import { launch, newPage, Product } from "./test/page/support.mjs";
 
@@ -10,7 +10,7 @@ const median = (values) => [...values].sort((a, b) => a - b)[Math.floor(values.l
 const path = "TuneIn:browse/uri/Browse.ashx?c=local";
 const roles = ["title", "description", "icon", "type", "path", "context", "value", "query", "queryPath", "disabled", "preferred"];
 
-/** Time until the first row is drawn, and what was sent on the way. */
+/** Milliseconds until the first row is drawn, and the bytes and requests of the visit. */
 async function visit(page, product) {
     const devtools = await page.context().newCDPSession(page);
     await devtools.send("Network.enable");

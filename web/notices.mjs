@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-// The licences of the libraries that are part of the bundle, as they ask for.
+// Collects the licences of the libraries in the bundle, which require that they are distributed with it.
 import { readFile } from "node:fs/promises";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 
 const here = dirname(fileURLToPath(import.meta.url));
 
-/** The names of the packages that the files come from; paths are relative to this folder. */
+/** Names of the npm packages that the files belong to; paths are relative to this folder. */
 export function packagesOf(files) {
     const names = new Set();
     for (const file of files) {
@@ -19,7 +19,7 @@ export function packagesOf(files) {
     return [...names].sort();
 }
 
-/** The licence in the package, or what this folder keeps for one that brings none. */
+/** The package's LICENSE, or the copy in notices/ for a package without one. */
 async function licenceOf(name, folder) {
     for (const file of [join(folder, "LICENSE"), join(here, "notices", `${name}.txt`)]) {
         const text = await readFile(file, "utf8").catch(() => undefined);
@@ -29,7 +29,7 @@ async function licenceOf(name, folder) {
     throw new Error(`${name} brings no licence: put its text into notices/${name}.txt`);
 }
 
-/** The text that goes with a bundle of these files. */
+/** The contents of notices.txt for a bundle of these files. */
 export async function notices(files) {
     const parts = [];
     for (const name of packagesOf(files)) {

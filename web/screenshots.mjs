@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-// Draws the pictures in docs/images: VESK_BUILD=../build/release node screenshots.mjs
+// Takes the screenshots in docs/images: VESK_BUILD=../build/release node screenshots.mjs
 import { mkdir } from "node:fs/promises";
 import { dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
@@ -47,7 +47,7 @@ const browser = await launch();
 try {
     for (const [name, [options, steps]] of Object.entries(pictures)) {
         const page = await newPage(browser, product, options);
-        // Each begins in silence, so that what is said to play is what was clicked.
+        // Each begins with the player stopped, so that "Playing" is about the row that was clicked.
         await product.call("player.stop");
         await steps(page, product.url);
         await page.waitForFunction(() => [...document.images].every((image) => image.complete));

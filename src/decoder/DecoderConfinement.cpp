@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Of memory that is its own. Ten times what a stream takes, and little beside what a header may
-/// ask for.
+/// Limit of private memory: ten times what a stream needs, and little compared to what a malicious
+/// header can ask for.
 constexpr unsigned long long MemoryBytes = 192ULL * 1024 * 1024;
 constexpr unsigned long long Descriptors = 64;
 
@@ -37,30 +37,34 @@ constexpr const char *HarmlessCalls[] = {
     // time
     "clock_getres", "clock_getres_time64", "clock_gettime", "clock_gettime64", "clock_nanosleep",
     "clock_nanosleep_time64", "gettimeofday", "nanosleep", "time", "times",
-    // descriptors that are there, and files that Landlock lets it have
+    // open descriptors, and the files that Landlock permits
     "_llseek", "access", "close", "dup", "eventfd2", "faccessat", "faccessat2", "fadvise64",
     "fcntl64", "fstat", "fstat64", "fstatat64", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
     "newfstatat", "pipe2", "poll", "ppoll", "ppoll_time64", "pread64", "read", "readlink",
     "readlinkat", "readv", "stat", "statx", "write", "writev",
-    // the host
+    // the socket to the host
     "getsockopt", "recv", "recvfrom", "recvmsg", "send", "sendmsg", "sendto",
-    // the machine
+    // information about the process and the system
     "getegid", "geteuid", "getgid", "getrandom", "getrusage", "getuid", "sysinfo", "uname"};
 
 void confineCalls()
 {
     const auto equals = CallFilter::equals;
     const auto masked = CallFilter::masked;
-    // As on a kernel that does not have the call: libraries try another way, or do without.
+    // ENOSYS, as from a kernel without the call: libraries fall back to another one or do without.
     CallFilter filter(SCMP_ACT_ERRNO(ENOSYS));
     for (const char *call : HarmlessCalls)
         filter.allow(call);
+    // Threads only: CLONE_THREAD set, no new namespaces. Without an allowed clone3, whose flags a
+    // filter cannot read, libc falls back to clone.
     filter.allow("clone", masked(0, NewNamespaces | CLONE_THREAD, CLONE_THREAD));
+    // Signals to its own threads only.
     filter.allow("tgkill", equals(0, static_cast<scmp_datum_t>(::getpid())));
     for (const scmp_datum_t option : {scmp_datum_t(PR_SET_NAME), scmp_datum_t(PR_GET_NAME),
              scmp_datum_t(PR_GET_DUMPABLE), NameOfMemory})
         filter.allow("prctl", equals(0, option));
-    filter.allow("prlimit64", equals(2, 0)); // asking only
+    filter.allow("prlimit64", equals(2, 0)); // without new limits: reading only
+    // Reading only.
     filter.allow("open", masked(1, WritingFlags, 0));
     filter.allow("openat", masked(2, WritingFlags, 0));
     for (const int command : {F_GETFD, F_SETFD, F_GETFL, F_SETFL})

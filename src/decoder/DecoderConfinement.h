@@ -3,8 +3,7 @@
 
 #pragma once
 
-/// Gives up, for good, what decoding does not need: the network altogether, files but for the
-/// libraries that GStreamer loads on demand, processes, new privileges, and more than a fair share
-/// of memory and descriptors. Call it while the process has one thread. What the kernel does not
-/// offer is done without.
+/// Sandboxes the process irrevocably: no network, no files except the libraries that GStreamer
+/// loads on demand, no new processes or privileges, and limits on memory and descriptors. Call it
+/// while the process has a single thread. Mechanisms that the kernel lacks are skipped.
 void confineDecoder();

@@ -11,14 +11,15 @@
 
 namespace {
 
-/// Encoded bytes that wait for the decoder.
+/// Encoded bytes to queue.
 constexpr guint64 MaxQueuedBytes = 32 * 1024;
+/// Decoded buffers to queue before takeSamples().
 constexpr guint MaxQueuedBuffers = 4;
 
 GstElement *required(const char *factory)
 {
     GstElement *element = gst_element_factory_make(factory, nullptr);
-    // All of them come with GStreamer's base plug-ins, which the program depends on.
+    // Part of GStreamer's base plug-ins, on which the program depends.
     if (!element)
         std::abort();
     return element;
@@ -55,8 +56,7 @@ DecoderPipeline::DecoderPipeline(const DecoderFormat &wanted, Callbacks callback
     GstElement *resample = add("audioresample");
     m_sink = add("appsink");
 
-    // Never "block": a push must not wait inside of GStreamer, where nothing ends the wait once the
-    // pipeline has failed.
+    // Not "block": once the pipeline has failed, nothing would end a wait inside of appsrc.
     g_object_set(m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_BYTES,
         "max-bytes", MaxQueuedBytes, nullptr);
     GstAppSrcCallbacks source {};
@@ -77,6 +77,7 @@ DecoderPipeline::DecoderPipeline(const DecoderFormat &wanted, Callbacks callback
     gst_element_link(m_source, decode);
     gst_element_link_many(m_convert, resample, m_sink, nullptr);
     const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    // Messages are handled on the thread that posts them; there is no GLib main loop.
     gst_bus_set_sync_handler(bus.get(), &DecoderPipeline::onMessage, this, nullptr);
     gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING);
 }
@@ -95,8 +96,8 @@ GstElement *DecoderPipeline::add(const char *factory)
     return element;
 }
 
-/// While the format is open, the first sample decides. From then on it stays: the converters before
-/// the sink adapt whatever the stream turns into, without a gap.
+/// Sets the format of the appsink. Without a wanted one, the first samples decide. From then on it
+/// is fixed, and the converters before the sink adapt format changes in the stream without a gap.
 void DecoderPipeline::setWanted(const DecoderFormat &format)
 {
     const GstPtr<GstCaps> caps(gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING,
@@ -126,8 +127,8 @@ void DecoderPipeline::onNoMorePads(GstElement *, gpointer self)
     decoder->m_groupComplete = true;
 }
 
-/// The first audio of the stream is played, and that of the streams which are chained to it; what
-/// else is in it goes nowhere.
+/// Links the first audio pad of the stream, and of each stream chained to it (as in Ogg). All other
+/// pads end in a fakesink.
 void DecoderPipeline::link(GstPad *pad)
 {
     GstPtr<GstCaps> caps(gst_pad_get_current_caps(pad));
@@ -153,7 +154,8 @@ void DecoderPipeline::link(GstPad *pad)
     gst_pad_link(pad, end.get());
 }
 
-/// A header may claim any rate and any number of channels; converters believe it.
+/// Rejects formats beyond DecoderLimits: a header may claim any rate and number of channels, and
+/// converters allocate accordingly.
 GstPadProbeReturn DecoderPipeline::onInput(GstPad *, GstPadProbeInfo *info, gpointer self)
 {
     GstEvent *event = gst_pad_probe_info_get_event(info);

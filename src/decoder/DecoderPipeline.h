@@ -15,50 +15,53 @@
 struct _GstAppSink;
 struct _GstAppSrc;
 
-/// Decodes one stream, whose format it finds out by itself: encoded bytes in, 32-bit floating-point
-/// samples out, with one or two channels, in one format from the first sample on, whatever the
-/// stream turns into. push(), finish() and the questions belong to one thread; the callbacks come
-/// on GStreamer's threads, until the destructor returns.
+/// A GStreamer pipeline that decodes one stream, whose format it detects. Delivers interleaved
+/// 32-bit floating-point samples with one or two channels, in the same format from the first sample
+/// on, even when the stream's changes. push(), finish() and the const functions belong to one
+/// thread; the callbacks are called on GStreamer's threads, until the destructor returns.
 class DecoderPipeline {
 public:
     struct Callbacks {
-        /// May block; false ends the decoding.
+        /// Takes \a size bytes of whole frames. May block; returns false to end decoding.
         std::function<bool(const DecoderFormat &format, const char *data, std::size_t size)>
             takeSamples;
         std::function<void(const std::string &title)> takeTitle;
         std::function<void(std::uint32_t bitRate)> takeBitRate;
-        /// All bytes were taken from the queue, or the state has changed: look.
+        /// The queue is empty or the state has changed.
         std::function<void()> wake;
     };
 
     enum class State { Decoding, Ended, Failed };
 
-    /// Bytes that one push() should bring at most: what was decoded is known as finely.
+    /// The most bytes to pass to one push(): bytesToLastSample() is as precise as that.
     static constexpr std::size_t Piece = 512;
 
-    /// Samples come in \a wanted when that is known, else as the stream's first ones are.
+    /// Samples are delivered in \a wanted unless that is zeros, else in the format of the stream's
+    /// first samples.
     DecoderPipeline(const DecoderFormat &wanted, Callbacks callbacks);
-    /// Takes the whole pipeline down at once, also while takeSamples() blocks only as long as that
-    /// does.
+    /// Stops the pipeline. Waits for a running takeSamples().
     ~DecoderPipeline();
     DecoderPipeline(const DecoderPipeline &) = delete;
     DecoderPipeline &operator=(const DecoderPipeline &) = delete;
 
-    /// Whether push() should be called now; wake() tells when that becomes true.
+    /// Whether push() should be called now; wake() is called when that may become true.
     bool hasSpace() const;
+    /// Copies the bytes into the queue. Does not block; ignored after the end.
     void push(const char *data, std::size_t size);
-    /// There is no more to come: the state becomes Ended or Failed.
+    /// No more bytes follow; the state will become Ended or Failed.
     void finish();
 
     State state() const { return m_state; }
     /// Why the state is Failed.
     std::string reason() const;
-    /// Bytes pushed that left the queue before the last sample came out.
+    /// How many of the bytes pushed had left the queue when the last samples were delivered.
     std::uint64_t bytesToLastSample() const { return m_bytesToLastSample; }
-    /// Bytes that left the queue so far.
+    /// How many of the bytes pushed have left the queue.
     std::uint64_t bytesTaken() const;
+    /// Audio frames delivered.
     std::uint64_t framesDecoded() const { return m_frames; }
-    /// Whether takeSamples() blocks, so that bytes may be taken without a sample to show for it.
+    /// Whether takeSamples() is running. While it blocks, bytes can leave the queue without further
+    /// samples.
     bool isWaiting() const { return m_waiting; }
     DecoderFormat format() const;
 
@@ -94,8 +97,9 @@ private:
     mutable VeskMutex m_mutex;
     std::string m_reason VESK_GUARDED_BY(m_mutex);
     std::string m_title VESK_GUARDED_BY(m_mutex);
-    /// Of the samples that came out; zeros before the first.
+    /// Format of the delivered samples; zeros before the first.
     DecoderFormat m_format VESK_GUARDED_BY(m_mutex);
-    /// A pad that comes now begins the next of chained streams.
+    /// decodebin has added all pads of the current stream; another pad belongs to the next stream
+    /// of a chain.
     bool m_groupComplete VESK_GUARDED_BY(m_mutex) = false;
 };

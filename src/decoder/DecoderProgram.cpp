@@ -24,7 +24,7 @@
 
 namespace {
 
-/// Between two looks at a stream of which all bytes are there.
+/// Interval of look() after End, in milliseconds.
 constexpr int LookMs = 200;
 
 enum ExitStatus { Success = 0, Failure = 1, BadUsage = 2 };
@@ -36,8 +36,8 @@ bool isSocket(int descriptor)
     return ::getsockopt(descriptor, SOL_SOCKET, SO_TYPE, &type, &size) == 0 && type == SOCK_STREAM;
 }
 
-/// The sending side of the socket. Any thread; a sender waits until the host has taken what it
-/// sends. There is nothing left to do once the host is gone.
+/// Sends frames to the host. Any thread; blocks until the host has taken the frame. Exits the
+/// process when the host has closed the socket.
 class Answers {
 public:
     void send(DecoderFrame kind, const void *payload, std::size_t size)
@@ -74,10 +74,10 @@ public:
 private:
     VeskMutex m_mutex;
     std::vector<char> m_frame VESK_GUARDED_BY(m_mutex);
-    DecoderFormat m_format; ///< GStreamer's thread only
+    DecoderFormat m_format; ///< used by GStreamer's thread only
 };
 
-/// The main thread: waits for the host and for the pipeline, whichever has something to do.
+/// The main thread's loop: polls the socket and an eventfd that the pipeline's threads signal.
 class Decoder {
 public:
     Decoder()
@@ -90,6 +90,8 @@ public:
         while (true) {
             if (m_session && !m_told && !look())
                 m_told = true;
+            // Reads only while there is space, so that a full pipeline slows down the host. Once
+            // the host knows the outcome, frames are read and dropped.
             const bool hungry = !m_session || m_told || (m_session->hasSpace() && !m_ended);
             std::array<pollfd, 2> wait {
                 pollfd {DecoderSocket, static_cast<short>(hungry ? POLLIN : 0), 0},
@@ -113,7 +115,7 @@ private:
         [[maybe_unused]] const ssize_t size = ::read(m_wake, &count, sizeof count);
     }
 
-    /// False once the host has gone, or talks nonsense.
+    /// Reads frames. False when the host closed the socket or violated the protocol.
     bool receive()
     {
         std::array<char, 16 * 1024> buffer;
@@ -126,6 +128,7 @@ private:
                     DecoderFrame kind, std::string_view payload) { return take(kind, payload); });
     }
 
+    /// False for frames that are out of order, malformed or not for a decoder.
     bool take(DecoderFrame kind, std::string_view payload)
     {
         DecoderFormat wanted;
@@ -173,7 +176,7 @@ private:
         return callbacks;
     }
 
-    /// Returns false when there is nothing more to decode, which the host is told of.
+    /// Lets the session check its state. At the end, tells the host how it ended and returns false.
     bool look()
     {
         switch (m_session->look()) {
@@ -193,8 +196,8 @@ private:
     Answers m_answers;
     FrameReader m_reader;
     std::unique_ptr<DecoderSession> m_session;
-    bool m_ended = false; ///< End came
-    bool m_told = false; ///< the host knows how it ended
+    bool m_ended = false; ///< the End frame was received
+    bool m_told = false; ///< Ended or Failed was sent
 };
 
 } // namespace
@@ -208,9 +211,9 @@ int runDecoder()
     std::signal(SIGPIPE, SIG_IGN);
     startGStreamer();
     keepAllowedDecodersOnly();
-    // From here on nothing that comes from outside meets more rights than it needs.
+    // Before the first byte of the stream is read.
     confineDecoder();
     const int status = Decoder().run();
-    // Without destructors: GStreamer's threads may still be decoding.
+    // Skip destructors, because GStreamer's threads may still be running.
     ::_exit(status);
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
-/// The program vesk-decoder: takes a stream's bytes from the socket DecoderSocket and answers with
-/// what it decodes, confined, until the socket ends. Returns the exit status.
+/// The program vesk-decoder: enters its sandbox, then decodes the stream that it receives on
+/// DecoderSocket and sends back the samples, until the host closes the socket. Exits the process
+/// then; returns only if DecoderSocket is not a socket, with the exit status.
 int runDecoder();

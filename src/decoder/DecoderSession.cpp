@@ -12,35 +12,36 @@ namespace {
 
 using State = DecoderPipeline::State;
 
-/// Bytes without a sample after which a stream that was decoded before has turned into another; or
-/// as many seconds of it, where they are more.
+/// A stream that was being decoded has changed its format when StallBytes, and at least
+/// StallSeconds' worth of its bytes, bring no sample.
 constexpr std::uint64_t StallBytes = 16 * 1024;
 constexpr std::uint64_t StallSeconds = 3;
-/// So many are enough where a container's beginning is among them.
+/// So many bytes are enough if the beginning of a container is among them.
 constexpr std::uint64_t BeginningBytes = 8 * 1024;
-/// A stream that was never decoded may begin with tags and pictures.
+/// A new stream may begin with tags and pictures.
 constexpr std::uint64_t MaxBytesBeforeSamples = 16 * 1024 * 1024;
-/// After a restart there are none to be expected.
+/// After a restart no such tags are expected.
 constexpr std::uint64_t MaxBytesAfterRestart = 512 * 1024;
-/// The last frames of the codec before may make a new pipeline take what follows for more of it. So
-/// it is given up when it has all bytes that were there and some more and decodes none, and the
-/// next one begins a few frames later. The last of these attempts waits for a codec that needs
-/// more bytes.
+/// Remaining frames of the previous codec can make a new pipeline misdetect the format. So if a
+/// pipeline decodes nothing from the bytes it was started with and AttemptBytes more, the next
+/// attempt starts AttemptStep further on. The last attempt is given more bytes, for codecs that
+/// need them.
 constexpr std::uint64_t AttemptBytes = 4 * 1024;
 constexpr std::uint64_t AttemptStep = 2 * 1024;
 constexpr int MaxAttempts = 12;
-/// Bytes after the last sample of an ended stream that are worth another pipeline: less may be
-/// tags.
+/// Bytes after the last sample of an ended stream that justify another pipeline: fewer may be tags.
 constexpr std::uint64_t MinRest = 4096;
-/// What a pipeline took is known to the size of a piece.
+/// The precision of bytesToLastSample().
 constexpr std::uint64_t Overlap = DecoderPipeline::Piece;
-/// A pipeline that fails again and again must not be given the same bytes for ever.
+/// Bytes that a restart skips at least, so that a failing pipeline is not started with the same
+/// bytes over and over.
 constexpr std::uint64_t MinProgress = 1024;
 
-/// Without a sample, once all bytes are there.
+/// Time without a sample after finish() that counts as the end.
 constexpr std::chrono::milliseconds SilenceAfterEnd {1000};
 
-/// What containers begin with. A pipeline that begins in the middle of one decodes nothing of it.
+/// Signatures at the beginning of containers and tags. A pipeline that starts in the middle of a
+/// container decodes nothing of it.
 constexpr std::array<std::string_view, 3> Beginnings {
     std::string_view("OggS\0\x02", 6), std::string_view("fLaC"), std::string_view("ID3")};
 
@@ -70,7 +71,7 @@ void DecoderSession::forgetDecoded()
 {
     const std::uint64_t decoded = m_pipeline->bytesToLastSample();
     std::uint64_t keepFrom = decoded > Overlap ? decoded - Overlap : 0;
-    // Tags at the beginning are not kept: what comes after them is enough to begin anew.
+    // Long tags at the beginning need not be kept in full: a restart can do without them.
     const std::uint64_t end = m_tailBegin + m_tail.size();
     if (end > MaxBytesAfterRestart)
         keepFrom = std::max(keepFrom, end - MaxBytesAfterRestart);
@@ -92,7 +93,7 @@ void DecoderSession::finish()
     m_pipeline->finish();
 }
 
-/// Whether a container begins in what is not decoded yet.
+/// Whether the undecoded bytes contain the beginning of a container.
 bool DecoderSession::hasBeginning() const
 {
     return std::any_of(Beginnings.begin(), Beginnings.end(), [this](std::string_view beginning) {
@@ -101,6 +102,7 @@ bool DecoderSession::hasBeginning() const
     });
 }
 
+/// Bytes that the current pipeline may take before its first sample.
 std::uint64_t DecoderSession::patienceBeforeSamples() const
 {
     if (m_attempt == 0)
@@ -110,6 +112,7 @@ std::uint64_t DecoderSession::patienceBeforeSamples() const
     return m_finished && m_pipeline->state() == State::Ended ? MinRest : m_beginSize + AttemptBytes;
 }
 
+/// Whether the pipeline takes bytes but no longer produces samples.
 bool DecoderSession::isStalled() const
 {
     if (m_pipeline->isWaiting())
@@ -123,13 +126,13 @@ bool DecoderSession::isStalled() const
     const auto usual
         = static_cast<std::uint64_t>(static_cast<double>(decoded) / seconds * StallSeconds);
     const std::uint64_t patience = m_finished && m_pipeline->state() == State::Ended
-        ? MinRest // there is nothing to wait for
+        ? MinRest // no more samples will come
         : std::max(StallBytes, usual);
     const std::uint64_t silent = taken - std::min(taken, decoded);
     return silent > patience || (silent > BeginningBytes && hasBeginning());
 }
 
-/// Some demuxers that found nothing keep the end of the stream to themselves.
+/// Some demuxers that found no stream do not forward the end of the stream.
 bool DecoderSession::hasFallenSilent()
 {
     const auto now = std::chrono::steady_clock::now();
@@ -153,12 +156,12 @@ State DecoderSession::look()
     const bool mayRestart = wasDecoding || (m_attempt > 0 && m_attempt < MaxAttempts);
     if (mayRestart && restart())
         return State::Decoding;
-    // What follows the end of a file, tags say, need not be audio.
+    // Undecodable bytes after the end of a file, such as tags, are no failure.
     return m_finished && (m_attempt > 0 || wasDecoding) ? State::Ended : State::Failed;
 }
 
-/// With what came since the last sample, from the beginning of a container on where there is one.
-/// Returns false when a new pipeline would see nearly the same bytes again.
+/// Starts a new pipeline with the bytes since the last sample, from the beginning of a container on
+/// if they contain one. Returns false if it would get nearly the same bytes again.
 bool DecoderSession::restart()
 {
     forgetDecoded();

@@ -3,9 +3,9 @@
 
 #pragma once
 
-/// Decoded audio: 32-bit floating-point samples, channels interleaved.
+/// The format of decoded audio: interleaved 32-bit floating-point samples.
 struct AudioFormat {
-    int rate = 0; ///< frames per second; 0 while it is not known
+    int rate = 0; ///< frames per second; 0 if unknown
     int channels = 0;
 
     bool isKnown() const { return rate > 0 && channels > 0; }

@@ -9,16 +9,16 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 25> AllowedElements {// where the bytes come from
+constexpr std::array<std::string_view, 25> AllowedElements {// source
     "appsrc",
-    // tags and containers
+    // demuxers of tags and containers
     "apedemux", "id3demux", "oggdemux", "qtdemux", "tsdemux", "tsparse",
-    // frames
+    // parsers
     "aacparse", "flacparse", "mpegaudioparse", "oggparse", "opusparse", "vorbisparse",
-    // samples
+    // decoders
     "avdec_aac", "avdec_aac_latm", "avdec_mp3", "avdec_mp3float", "faad", "fdkaacdec", "flacdec",
     "mad", "mpg123audiodec", "opusdec", "vorbisdec",
-    // the machinery between them
+    // autoplugging
     "decodebin"};
 
 constexpr std::array<std::string_view, 11> AllowedTypes {"application/ogg", "application/x-3gp",
@@ -31,6 +31,7 @@ bool contains(const Names &names, const char *name)
     return std::find(names.begin(), names.end(), std::string_view(name)) != names.end();
 }
 
+/// Whether an element parses or fetches media data by itself; converters and sinks do not.
 bool interpretsStreams(GstElementFactory *factory)
 {
     constexpr GstElementFactoryListType Kinds = GST_ELEMENT_FACTORY_TYPE_DECODER
@@ -40,7 +41,7 @@ bool interpretsStreams(GstElementFactory *factory)
     return gst_element_factory_list_is_type(factory, Kinds);
 }
 
-/// Removes the features of a type for which \a keep does not hold.
+/// Removes the features of \a type for which \a keep returns false from the registry.
 template <class Keep>
 void removeFeatures(GType type, Keep keep)
 {

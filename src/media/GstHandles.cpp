@@ -8,7 +8,8 @@
 void startGStreamer()
 {
     static std::once_flag once;
-    // The list of plug-ins is made in a process of its own: they are many, and not all are sound.
+    // gst_init() scans plug-ins in a child process by default, so that a crashing plug-in does no
+    // harm.
     std::call_once(once, [] { gst_init(nullptr, nullptr); });
 }
 

@@ -8,11 +8,10 @@
 #include <string>
 
 /// \file
-/// What all that uses GStreamer shares: handles that let go by themselves, and the start of the
-/// library. Any thread.
+/// Shared by all code that uses GStreamer: smart pointers and initialization. Any thread.
 
-/// Starts GStreamer; the first call takes some milliseconds, or some hundred when the list of
-/// plug-ins must be made. Throws nothing: without the library's plug-ins nothing can be decoded.
+/// Initializes GStreamer. The first call takes some milliseconds, or some hundred if the plug-in
+/// registry must be built. Does not fail: without plug-ins nothing can be decoded.
 void startGStreamer();
 
 struct _GstAdapter;
@@ -30,5 +29,5 @@ struct GstUnref {
 template <class T>
 using GstPtr = std::unique_ptr<T, GstUnref>;
 
-/// What an error or a warning on a bus says, in UTF-8, without the debugging part.
+/// The text of an error or warning message, in UTF-8, without its debug information.
 std::string gstMessageText(GstMessage *message);

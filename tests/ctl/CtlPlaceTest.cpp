@@ -19,7 +19,7 @@ TEST(CtlPlaceTest, ReadsEveryKindOfPlace)
     const struct {
         const char *words;
         CtlPlace::Start start;
-        /// The path, the search's text or the id.
+        /// The path, the search text or the id.
         const char *named;
         Rows rows;
     } places[] {

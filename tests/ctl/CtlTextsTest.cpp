@@ -19,7 +19,7 @@ QString contents(const QString &path)
     return QString::fromUtf8(file.readAll());
 }
 
-/// Every text that the sources of veskctl have translated.
+/// Every translatable text in the sources of veskctl.
 QSet<QString> textsInSources()
 {
     static const QRegularExpression use(

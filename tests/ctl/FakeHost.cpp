@@ -32,7 +32,7 @@ QString nameOf(const QString &method, const QVariantHash &params)
 } // namespace
 
 struct FakeHost::Server {
-    /// An answer that waits for its time.
+    /// A response that its timer source sends.
     struct Late {
         Server *server;
         SoupWebsocketConnection *connection;

@@ -12,10 +12,10 @@
 #include <memory>
 #include <string>
 
-/// A host with scripted responses, on a WebSocket in the main loop that veskctl runs while it
-/// waits. Calls are named "method path", for rows behind the first with "first" after it; the
-/// response is a result (or error) in JSON by that name, or a screen of rows by its path. Other
-/// calls fail. Main thread.
+/// A host with scripted responses, on a WebSocket served by the main loop that veskctl runs while
+/// it waits. A call is named "method path", or "method path first" when it requests rows after the
+/// first one; the response is the JSON result (or error) set for that name, or a screen of rows by
+/// its path. Other calls fail. Main thread.
 class FakeHost {
 public:
     using Results = QHash<QString, QByteArray>;
@@ -28,16 +28,16 @@ public:
 
     QString url() const;
     void setResult(const QString &call, const QByteArray &result);
-    /// Rows, of which each request gets the roles that it names.
+    /// Sets a screen's rows; a request gets the roles that it names.
     void setScreen(const QString &path, const QList<VeskRoles> &rows);
-    /// The response is sent later.
+    /// Delays the response to \a call.
     void setDelay(const QString &call, unsigned milliseconds);
-    /// Notifications that the host sends right after its response to the call.
+    /// Sends these notifications right after the response to \a call.
     void setNotifications(const QString &call, const QList<QByteArray> &messages);
-    /// The connection is closed in place of a response, \a times times.
+    /// Closes the connection instead of responding, for the next \a times calls of that name.
     void setClosing(const QString &call, int times);
 
-    /// The names of the calls so far, without the one for the language.
+    /// The names of the calls so far, without those that read the language.
     QStringList asked() const { return m_asked; }
     int timesAsked(const QString &call) const { return m_asked.count(call); }
     QVariantHash lastParams() const { return m_lastParams; }
@@ -54,7 +54,7 @@ protected:
 private:
     struct Server;
 
-    /// One message's answer; \a call is its name.
+    /// The response to one message; sets \a call to the call's name.
     QByteArray answer(const QByteArray &message, QString &call);
     QByteArray resultFor(const QString &call, const QString &method, const QVariantHash &params);
 
@@ -67,7 +67,7 @@ private:
     const std::unique_ptr<Server> m_server;
 };
 
-/// How one run of veskctl ended.
+/// The exit status and output of one run of veskctl.
 struct Outcome {
     int status;
     std::string out;
@@ -78,17 +78,17 @@ struct Outcome {
 struct Surroundings {
     /// Standard input.
     QByteArray input = {};
-    /// The terminal's width; 0 for none.
+    /// The terminal's width in columns; 0 without a terminal.
     int width = 0;
-    /// The folder that remembers shown lists, and the terminal's name.
+    /// The folder in which shown lists are stored, and the terminal's name.
     QString memory = {};
     QString terminal = {};
     QStringList catalogues = {};
 };
 
-/// Runs the commands in this process.
+/// Runs veskctl's commands in this process.
 Outcome run(const QString &url, const QStringList &arguments, const Surroundings &around = {});
 QStringList words(const char *text);
 
-/// A row of that type.
+/// A row of \a type.
 VeskRoles row(int type, const char *title, const char *path);

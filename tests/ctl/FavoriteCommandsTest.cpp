@@ -11,8 +11,9 @@
 
 namespace {
 
-/// A service whose favorites change through one entry for all items. The entry does what its title
-/// said last, whichever item that was for, and says it in a language of its own.
+/// A service whose favorites change through one menu entry that all items share: it adds or removes
+/// as the menu that was read last offered, for any item, and its titles are in a language unknown
+/// to veskctl.
 class FavoritesHost : public FakeHost {
 public:
     FavoritesHost()
@@ -173,7 +174,7 @@ TEST(FavoriteCommandsTest, FailsWithTheHost)
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.errors, "veskctl: No\ufffd.\n");
-    // Favorites that cannot be read are not the same as none.
+    // Failing to read the favorites does not count as having none.
     host.setResult(QStringLiteral("getRows Good:list?c=presets"), failure);
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).status, 1);
     EXPECT_EQ(host.timesAsked(FavoritesHost::activation("3")), 0);

@@ -11,8 +11,8 @@ namespace {
 
 const QString PlayCall = QStringLiteral("player.play");
 
-/// A screen whose rows have no menu, one of their own, and one where they play; and a player that
-/// plays with that last one.
+/// A screen with three rows: without a menu, with a context menu, and with a menu for playing
+/// content; and a player that plays the third.
 class MenuHost : public FakeHost {
 public:
     MenuHost()

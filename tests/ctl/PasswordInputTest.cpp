@@ -20,7 +20,7 @@ namespace {
 
 constexpr int PatienceMs = 60000;
 
-/// A process that asks for a password on a terminal of its own, and prints what it got there.
+/// A process that prompts for a password on a terminal of its own, and prints the result there.
 class Prompt {
 public:
     Prompt()
@@ -54,8 +54,8 @@ public:
         const auto size = static_cast<ssize_t>(std::strlen(text));
         EXPECT_EQ(::write(m_terminal, text, static_cast<size_t>(size)), size);
     }
-    /// How the process ends when \a interrupt is repeated, as a user would: readpassphrase(3)
-    /// misses a signal that comes between its prompt and its read.
+    /// The process's wait status after \a interrupt, which is repeated as a user would:
+    /// readpassphrase(3) misses a signal that arrives between its prompt and its read.
     int statusAfter(const std::function<void()> &interrupt) const
     {
         constexpr int IntervalMs = 50;
@@ -77,7 +77,7 @@ public:
         EXPECT_EQ(::tcgetattr(m_programs, &state), 0);
         return (state.c_lflag & ECHO) != 0;
     }
-    /// What the terminal shows from now on, until \a end.
+    /// The terminal's output from now on, up to \a end.
     std::string shownUntil(const std::string &end) const
     {
         std::string text;
@@ -95,7 +95,7 @@ public:
 
 private:
     int m_terminal = -1;
-    int m_programs = -1; ///< the end that programs have
+    int m_programs = -1; ///< the end that programs open
     pid_t m_process = -1;
 };
 

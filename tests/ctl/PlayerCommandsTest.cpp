@@ -31,7 +31,7 @@ public:
         setScreen(QStringLiteral("Good:folder"), {row(3, "Deep", "a:3")});
     }
 
-    /// "screen row path" of what was played last.
+    /// The parameters of the last play call: "screen row path".
     std::string played() const
     {
         const QVariantHash params = paramsOf(PlayCall);
@@ -92,7 +92,7 @@ TEST(PlayerCommandsTest, PlayOfAListPlaysItsFirstPlayableRow)
         run(host.url(), words("play Good:folder")).errors, "veskctl: there is nothing to play\n");
 }
 
-/// A host whose search finds these for "jazz fm".
+/// A host whose search for "jazz fm" finds \a rows.
 class FoundHost : public PlayHost {
 public:
     explicit FoundHost(const QList<VeskRoles> &rows)

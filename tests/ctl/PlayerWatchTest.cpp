@@ -23,13 +23,13 @@ QByteArray change(const char *title)
 }
 
 struct Watched {
-    /// How the watch failed, if it did.
+    /// The status with which the watch failed, if it did.
     std::optional<CtlStatus> failure;
     QString titles;
     std::string errors;
 };
 
-/// Watches until that many states have arrived; \a each is called for each of them.
+/// Watches until \a count states have arrived; calls \a each for each of them.
 Watched watch(
     const QString &url, int count, const std::function<void()> &each = {}, int output = -1)
 {
@@ -108,7 +108,7 @@ TEST(PlayerWatchTest, ReconnectsWhenTheHostIsBack)
     const Watched watched = watch(host.url(), 3, [&] {
         if (++seen > 1)
             return;
-        // At the next attempt it is not there yet, then it is for good.
+        // The first attempt to reconnect is cut off, the second succeeds.
         host.setClosing(StateCall, 1);
         host.setNotifications(StateCall, {change("b")});
     });

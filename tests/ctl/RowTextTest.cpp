@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Rows as a terminal of that width shows them; 0: as programs get them.
+/// Rows as printed on a terminal \a width columns wide; 0: as printed for programs.
 std::string shown(const QList<VeskRoles> &rows, int width, bool paths = false,
     const QVariantHash &player = {}, const TerminalStyle &style = TerminalStyle(false))
 {

@@ -303,7 +303,7 @@ TEST(ScreenCommandsTest, SetSendsTheValue)
     EXPECT_EQ(host.lastParams().value(QStringLiteral("value")), QStringLiteral("true"));
 }
 
-/// A service with folders in folders, and favorites under a name of its own.
+/// Sets up a service with nested folders, and favorites under a title in its own language.
 void furnish(FakeHost &host)
 {
     host.setScreen(QStringLiteral("host:services"), {row(1, "Good", "Good:")});

@@ -19,7 +19,7 @@ namespace {
 
 constexpr int PatienceMs = 60000;
 
-/// Everything that is written until the last program closes the terminal.
+/// The output until the last program closes the terminal.
 std::string readAll(int terminal, pid_t program)
 {
     std::string text;
@@ -35,7 +35,7 @@ std::string readAll(int terminal, pid_t program)
         const ssize_t count = ::read(terminal, bytes, sizeof bytes);
         if (count < 0 && errno == EINTR)
             continue;
-        // EIO when the last program has closed the terminal.
+        // Linux reports EIO once the last program has closed the terminal.
         if (count <= 0)
             return text;
         text.append(bytes, static_cast<size_t>(count));
@@ -61,7 +61,7 @@ Shown showOnTerminal(const QString &command, int columns, const QString &environ
     ::waitpid(program, &status, 0);
     ::close(terminal);
     shown.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    // A terminal turns line feeds into CR LF.
+    // Undoes ONLCR: the terminal writes line feeds as CR LF.
     size_t at = 0;
     while ((at = shown.text.find("\r\n", at)) != std::string::npos)
         shown.text.erase(at, 1);

@@ -14,7 +14,7 @@ using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-/// The program itself on terminals, against a host as its users start it.
+/// The program itself on terminals, with a host started as users start it.
 class VeskctlTerminalTest : public testing::Test {
 protected:
     Shown show(const QString &commands, int columns, const char *more = "")

@@ -18,7 +18,7 @@ struct Outcome {
     std::string errors;
 };
 
-/// The program itself, against a host as its users start it.
+/// The program itself, with a host started as users start it.
 class VeskctlTest : public testing::Test {
 protected:
     void start(QProcess &process, const QString &program, const QStringList &arguments,

@@ -46,7 +46,7 @@ protected:
     }
 
     void start() { EXPECT_EQ(refusal(), ""); }
-    /// Starts; returns why the file is refused, or nothing.
+    /// Starts; returns the reason for rejecting the file, or an empty text.
     std::string refusal()
     {
         m_directory.reset();
@@ -283,7 +283,7 @@ protected:
         m_good = Json::parse(text());
         fs::remove(m_file + ".last-good");
     }
-    /// Expects that the file is refused with this text, and left as it is.
+    /// Expects that the file is rejected with this text and left unchanged.
     void expectRefused(const std::string &bytes, const std::string &words)
     {
         put(bytes);

@@ -13,7 +13,7 @@ struct FetchOptions {
     std::string method = "GET";
     std::string body; ///< sent when not empty
     std::string header; ///< one more header line
-    std::string encoding; ///< what is accepted and decoded, "gzip"
+    std::string encoding; ///< the content coding to accept and decode, such as "gzip"
     std::string caFile;
     long timeoutMilliseconds = 10000;
     long redirects = 0;

@@ -24,7 +24,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// A bare connection that waits for at most ten seconds.
+/// A TCP connection whose reads time out after ten seconds.
 class RawConnection {
 public:
     explicit RawConnection(int port)
@@ -48,7 +48,7 @@ public:
         const ssize_t sent = ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
         static_cast<void>(sent);
     }
-    /// Until the server closes.
+    /// Everything that is received until the server closes the connection.
     std::string all() const
     {
         std::string text;
@@ -58,7 +58,7 @@ public:
             text.append(buffer, static_cast<std::size_t>(count));
         return text;
     }
-    /// One response, whose head has a Content-Length; less when the server closes the connection.
+    /// One response with a Content-Length; less when the server closes the connection.
     std::string answer() const
     {
         std::string text;
@@ -116,7 +116,7 @@ TEST(HttpServer, CompressesTextForClientsThatAcceptGzip)
     EXPECT_THAT(fetch(server.url("/logo/s20105q.png"), options).headers,
         testing::Not(HasSubstr("Content-Encoding")));
     EXPECT_THAT(fetch(server.url("/Report.ashx?c=status"), options).headers,
-        testing::Not(HasSubstr("Content-Encoding"))); // too short to be worth it
+        testing::Not(HasSubstr("Content-Encoding"))); // too short to compress
 }
 
 TEST(HttpServer, UsesTheHostOfTheRequestInStreamAddresses)
@@ -211,7 +211,7 @@ TEST(HttpServer, LimitsTheNumberOfConnections)
 {
     const RunningServer server;
     std::vector<std::unique_ptr<RawConnection>> connections;
-    // Each has been answered, so the server has counted it.
+    // Each has got a response, so the server has counted it.
     while (connections.size() < Listener::MaxConnections) {
         connections.push_back(std::make_unique<RawConnection>(server.port()));
         connections.back()->send("GET /Report.ashx?c=status HTTP/1.1\r\nHost: a\r\n\r\n");
@@ -219,7 +219,7 @@ TEST(HttpServer, LimitsTheNumberOfConnections)
     }
     const RawConnection oneTooMany(server.port());
     EXPECT_EQ(oneTooMany.all(), "");
-    // A connection that is closed makes room.
+    // Closing a connection makes room.
     connections.back()->send("GET / HTTP/1.1\r\nHost: a\r\nConnection: close\r\n\r\n");
     EXPECT_THAT(connections.back()->all(), HasSubstr("200 OK"));
     const RawConnection next(server.port());
@@ -237,7 +237,7 @@ TEST(HttpServer, ReleasesConnectionsThatTheClientCloses)
     }
 }
 
-/// What a client receives that sends one request and then waits until the connection is closed.
+/// What a client receives that sends one request and reads until the connection is closed.
 std::string allOfAnIdleConnection(int port, bool secure)
 {
     GSocketClient *client = g_socket_client_new();

@@ -18,7 +18,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// A server with the shipped data, asked by the names of other servers.
+/// A server with the shipped data, which gets requests for the host names of other servers.
 class OtherServers : public testing::Test {
 protected:
     static FetchOptions naming(const std::string &host)
@@ -43,7 +43,7 @@ TEST(OtherServersPath, MapsToTheStreamOfTheServersStation)
     EXPECT_EQ(pathHere(catalog, "OWL.example.com:8002", "/"), "/stream/s29103/1.ogg");
     EXPECT_EQ(pathHere(catalog, "cloudbase.example.org", "/ambient.mp3"), "/stream/s29111/1.mp3");
     EXPECT_EQ(pathHere(catalog, "estuary.example.net:8014", "/listen.m3u"), "/stream/s29113/1.m3u");
-    // Its other paths are those of this server, such as the audio that its playlist names.
+    // Other paths map to this server's own, such as the audio that the playlist names.
     EXPECT_EQ(pathHere(catalog, "estuary.example.net:8014", "/"), "/");
     EXPECT_EQ(pathHere(catalog, "owl.example.com", "/"), "/");
     EXPECT_EQ(pathHere(catalog, "opml.radiotime.com", "/"), "/");

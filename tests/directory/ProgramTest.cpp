@@ -29,7 +29,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// tunein-directory as a process, which ends with the object at the latest.
+/// A process of tunein-directory, which the destructor ends.
 class Program {
 public:
     explicit Program(std::vector<const char *> arguments)
@@ -63,7 +63,7 @@ public:
     }
     std::string id() const { return g_subprocess_get_identifier(m_process); }
     void signal(int number) const { g_subprocess_send_signal(m_process, number); }
-    /// Its exit status, -1 when it was killed. Collects the rest of its output.
+    /// Waits for the exit status, -1 when a signal ended it. Collects the rest of its output.
     int wait()
     {
         m_out = rest(g_subprocess_get_stdout_pipe(m_process));
@@ -239,7 +239,7 @@ TEST_F(ProgramWithAccounts, RestoresThemAfterARestart)
     start();
     EXPECT_THAT(ask("Account.ashx?c=query&serial=S"), HasSubstr("\"me\""));
     ask("Preset.ashx?c=add&id=s29001&username=me&password=sesame");
-    EXPECT_EQ(end(SIGKILL), -1); // confirmed changes survive every end
+    EXPECT_EQ(end(SIGKILL), -1); // confirmed changes survive even this
     start();
     EXPECT_THAT(ask("Browse.ashx?c=presets&serial=S"), HasSubstr("s29001"));
     EXPECT_THAT(ask("Account.ashx?c=auth&username=me&password=sesame"), HasSubstr("session_id"));
@@ -280,7 +280,7 @@ TEST_F(ProgramWithAccounts, EndsWith1WhenAnotherProcessUsesThem)
 }
 
 /// Kills the directory at random moments while accounts change and the disk is full half of the
-/// time: each change that was answered with success must survive.
+/// time: each change that was confirmed must survive.
 TEST_F(ProgramWithAccounts, KeepsConfirmedChangesWhenKilled)
 {
     const SmallDisk disk;
@@ -290,7 +290,7 @@ TEST_F(ProgramWithAccounts, KeepsConfirmedChangesWhenKilled)
     const int deaths = wanted ? std::atoi(wanted) : 10;
     std::mt19937 random(std::random_device {}());
     const auto below = [&random](int end) { return static_cast<int>(random() % end); };
-    std::map<std::string, bool> confirmed; // whether it is a favorite
+    std::map<std::string, bool> confirmed; // by id, whether it is a favorite
     int refused = 0;
     int changes = 0;
     for (int death = 0; death < deaths; ++death) {

@@ -13,7 +13,8 @@ namespace {
 using Lines = std::vector<std::string>;
 using Lengths = std::vector<std::uint64_t>;
 
-/// What is reported of bytes that arrive in pieces, when the requests' bodies have these lengths.
+/// The request lines found in `bytes` that arrive in pieces of `step`; `bodies` are the lengths of
+/// the requests' bodies.
 Lines found(const std::string &bytes, std::size_t step, const Lengths &bodies)
 {
     Lines lines;

@@ -62,7 +62,7 @@ void RunningServer::run(const std::string &requestLog, unsigned idleSeconds, Rea
     } catch (...) {
         ready.promise.set_exception(std::current_exception());
     }
-    // Destroying the server leaves pending sources, such as the closing of idle connections.
+    // The destroyed server leaves pending sources, such as the closing of idle connections.
     while (g_main_context_iteration(m_context, FALSE)) { }
     g_main_context_pop_thread_default(m_context);
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A client that requests one stream and reads it at the pace of the test. All waiting is bounded.
+/// A client that requests one stream and reads it at the test's pace. All waits are bounded.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ public:
     StreamClient(const StreamClient &) = delete;
     StreamClient &operator=(const StreamClient &) = delete;
 
-    /// Reads for that time, or until the connection ends.
+    /// Reads for this long, or until the connection ends.
     void readFor(int milliseconds);
     /// Reads until there are `count` bytes of audio; false when that takes longer than ten seconds
     /// or the connection ends before.
@@ -30,9 +30,9 @@ public:
 
     End end() const { return m_end; }
     int status() const;
-    /// The value of a header, in lower case; empty when it is not there.
+    /// The value of a header, in lower case; empty without that header.
     std::string header(const std::string &name) const;
-    /// What came after the head.
+    /// The bytes received after the head.
     std::string body() const;
 
 private:

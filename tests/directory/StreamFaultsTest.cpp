@@ -49,7 +49,7 @@ TEST_F(StreamFaults, EndARunningStream)
         m_server.fail(fault + "@" + Mp3 + ":0*1");
         EXPECT_EQ(hit.readToEnd(), end) << fault;
         EXPECT_EQ(faults(), "{\"faults\":[]}\n");
-        // It affected only that stream, neither others nor the next one.
+        // The fault affects neither other streams nor the next one.
         StreamClient next(port(), Mp3);
         EXPECT_TRUE(next.readBytes(Some));
         EXPECT_TRUE(spared.readBytes(Some + 10000));
@@ -83,7 +83,7 @@ TEST_F(StreamFaults, StallAStreamButKeepTheConnection)
     StreamClient client(port(), Mp3);
     ASSERT_TRUE(client.readBytes(Some));
     m_server.fail("stream-stall:0*1");
-    client.readFor(300); // what was in flight
+    client.readFor(300); // drains what was in flight
     const std::size_t size = client.body().size();
     client.readFor(1000);
     EXPECT_EQ(client.body().size(), size);
@@ -206,7 +206,7 @@ TEST_F(StreamFaults, TakeTheWholeServerDownForATime)
 {
     const auto start = std::chrono::steady_clock::now();
     m_server.fail("down:1");
-    // The reset may come before the request is sent or after it.
+    // The reset may arrive before or after the request is sent.
     const auto reset = testing::AnyOf(CURLE_COULDNT_CONNECT, CURLE_SEND_ERROR, CURLE_RECV_ERROR);
     EXPECT_THAT(fetch(m_server.url("/Browse.ashx")).code, reset);
     EXPECT_THAT(fetch(m_server.url("/_faults")).code, reset);

@@ -29,7 +29,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// The melodies of an id, from "/_tunes".
+/// The melodies of a station's streams, from "/_tunes".
 class Tunes {
 public:
     Tunes(const RunningServer &server, const std::string &id)
@@ -153,7 +153,7 @@ TEST(StreamServer, InsertsChangingTitlesOnRequest)
 {
     const RunningServer server;
     const Tunes tunes(server, "s29016");
-    // The burst and one more block, which comes one or two seconds later.
+    // The burst and one more block, which follows after one or two seconds.
     constexpr std::size_t Wanted[] {84000, 52000};
     for (std::size_t i = 0; i < tunes.count(); ++i) {
         const std::string path = tunes.path(i);
@@ -193,7 +193,7 @@ TEST(StreamServer, LimitsTheNumberOfStreams)
     tooMany.readToEnd();
     EXPECT_EQ(tooMany.status(), 503);
     EXPECT_EQ(tooMany.header("retry-after"), "5");
-    // A stream that ends makes room, as soon as the server has noticed it.
+    // A closed stream makes room once the server has noticed its end.
     clients.pop_front();
     int status = 503;
     for (int i = 0; i < 100 && status == 503; ++i) {
@@ -213,7 +213,7 @@ TEST(StreamServer, DropsAClientThatDoesNotRead)
     std::this_thread::sleep_for(std::chrono::duration<double>(AudioDelivery::PatienceSeconds + 2));
     lazy.readToEnd();
     EXPECT_NE(lazy.end(), StreamClient::End::Open);
-    // The buffers of the kernel and the server, not seven seconds of audio at 320 kbit/s.
+    // Only what the kernel and the server had buffered, not seven seconds of audio at 320 kbit/s.
     EXPECT_LT(lazy.body().size(), 4 * AudioDelivery::MaxWaiting);
 }
 
@@ -275,7 +275,7 @@ std::vector<std::string> addresses(const std::string &playlist)
     return found;
 }
 
-/// How many pieces of 20 ms are no pure tone of the melody, by their position within a note.
+/// Counts the pieces of 20 ms that are not a pure tone of the melody, by position within a note.
 std::array<int, 25> uncleanPieces(const Sound &sound, const std::vector<double> &melody)
 {
     constexpr std::size_t Piece = Sound::Rate / 50;
@@ -308,8 +308,8 @@ TEST(StreamServer, HlsSegmentsPlayWithoutGaps)
     EXPECT_EQ(sound.error, "");
     EXPECT_NEAR(sound.seconds(), 5 * 2.048, 0.05);
     EXPECT_TRUE(isPartOf(sound.notes(), tunes.notes(5), 18));
-    // The transitions between notes are no pure tones, always at the same place within a note. A
-    // gap between segments would be found at other places: segments are no multiple of a note.
+    // Transitions between notes are impure, always at the same position within a note. A gap
+    // between segments would show at other positions, as a segment is not a whole number of notes.
     int places = 0;
     for (const int count : uncleanPieces(sound, tunes.notes(5)))
         places += count > 0 ? 1 : 0;

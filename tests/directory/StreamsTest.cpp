@@ -22,7 +22,7 @@ constexpr char Here[] = "http://directory.test:8080";
 
 class StreamsPage : public DirectoryTest {
 protected:
-    /// The addresses in a playlist of any kind, in their order, as targets.
+    /// The request targets of the addresses in a playlist of any kind, in order.
     std::vector<std::string> entries(const std::string &target)
     {
         std::vector<std::string> found;
@@ -83,7 +83,7 @@ TEST_F(StreamsPage, TitlesChangeWithTheSongs)
         testing::UnorderedElementsAre("Sinéad O'Moor - Don't Wait Up",
             "Jürgen Öhler - Zwölf Brücken über die Spree", "The '73s - It's 5 o'Clock; Isn't It?",
             "Ράδιο - Φεγγάρι"));
-    // Without the parameter they are what the lists show.
+    // Without the parameter, the titles are those that the lists show.
     request = requestFor("/stream/s20105/1.mp3");
     request.wantsTitles = true;
     const std::string playing = body("/Describe.ashx?c=nowplaying&id=s20105&render=json").dump();
@@ -228,11 +228,13 @@ TEST(Hls, SegmentsAreWholePacketsThatContinueInTime)
     const Melody melody("s29001", 0);
     const std::string first = Hls::segment(melody, 64, Number);
     const std::string second = Hls::segment(melody, 64, Number + 1);
+    // Transport packets are 188 bytes long and begin with a sync byte (ISO 13818-1, 2.4.3.2).
     for (const std::string &segment : {first, second}) {
         ASSERT_EQ(segment.size() % 188, 0u);
         for (std::size_t at = 0; at < segment.size(); at += 188)
             ASSERT_EQ(segment[at], 0x47) << at;
     }
+    // Presentation times wrap at 33 bits.
     constexpr std::uint64_t Mask = (std::uint64_t {1} << 33) - 1;
     EXPECT_EQ((firstTime(second) - firstTime(first)) & Mask, Hls::SegmentMilliseconds * 90);
 }

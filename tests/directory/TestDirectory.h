@@ -25,7 +25,7 @@ class DirectoryTest : public testing::Test {
 protected:
     Answer answer(const std::string &target, const std::string &method = "GET");
     Answer ask(const ApiRequest &request) { return m_directory.handle(request); }
-    /// The parsed answer; fails the test when it is no JSON.
+    /// The parsed response; fails the test when it is not JSON.
     Json json(const std::string &target, const std::string &method = "GET");
     Json body(const std::string &target) { return json(target)["body"]; }
 
@@ -46,7 +46,7 @@ Json sectionOf(const Json &body, const std::string &key);
 std::vector<std::string> valuesOf(const Json &rows, const std::string &key);
 /// The row with that key and value; null when there is none.
 Json rowWith(const Json &rows, const std::string &key, const std::string &value);
-/// The path and query of an answer's link, ready to be asked for.
+/// The path and query of a row's link, for the next request.
 std::string targetOf(const Json &row);
 
 } // namespace directory::test

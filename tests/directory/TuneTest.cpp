@@ -109,7 +109,7 @@ TEST_F(Tune, ListsTheStreamsOfAStationToChooseFrom)
     const std::string id = 'e' + station.id.substr(1) + '2';
     EXPECT_EQ(targetOf(rows[1]), "/Tune.ashx?id=" + id + "&sid=" + station.id + "&formats=mp3,aac");
     EXPECT_EQ(rows[1]["guide_id"], id);
-    EXPECT_EQ(rows[1]["station_id"], station.id); // of the station itself
+    EXPECT_EQ(rows[1]["station_id"], station.id); // the station's own
 }
 
 TEST_F(Tune, ShowsTheContentsOfAShowOnTheAir)

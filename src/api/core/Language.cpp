@@ -30,8 +30,9 @@ State &state()
     return theState;
 }
 
-/// \a language and what is left of it when its last parts are dropped one by one (RFC 4647, section
-/// 3.4). Empty when it is no language tag: it becomes part of a file name.
+/// The tags to look up for \a language: the tag itself, then with its last subtag removed, and so
+/// on (RFC 4647, section 3.4). Empty unless it is a language tag, because the tags become part of
+/// file names.
 QStringList lookupTags(const QString &language)
 {
     static const QRegularExpression tag(
@@ -72,7 +73,7 @@ bool Language::setCurrent(const QString &language, const QStringList &folders)
         = !tags.isEmpty() && tags.last().compare(QLatin1String("en"), Qt::CaseInsensitive) == 0;
     const bool ok = next || isEnglish;
 
-    // The new translator is installed before the old one goes: another thread that translates a
+    // Installs the new translator before deleting the old one: another thread that translates a
     // text meanwhile gets the old or the new language, not the source text.
     QTranslator *const former = state().translator;
     if (next) {

@@ -9,18 +9,18 @@
 #include <QStringList>
 
 /// The UI language of the process and its translation catalogues (Qt's .qm files, named
-/// "vesk_LANGUAGE.qm"). Switch on the main thread; read from any.
+/// "vesk_LANGUAGE.qm"). Switch on the main thread; read from any thread.
 class VESK_API Language {
 public:
-    /// Marks a text as it stands, without translation: names that come from outside.
+    /// Wraps a text that is not translated, such as a name from an external source.
     static TrString ntr(const QString &text);
 
-    /// Makes \a language (a BCP 47 tag, "de" or "de-DE") current, from the catalogue in the first
-    /// of \a folders that has one for the tag, or for what is left of it when its last parts are
-    /// dropped one by one. English needs no catalogue. Returns false, with the source texts
-    /// current, when there is none.
+    /// Makes \a language (a BCP 47 tag, "de" or "de-DE") current, with the catalogue from the first
+    /// of \a folders that has one for the tag or for the tag without its last subtags. English
+    /// needs no catalogue. Returns false, and makes the source texts current, when there is no
+    /// catalogue. Main thread only.
     static bool setCurrent(const QString &language, const QStringList &folders);
 
-    /// The tag that setCurrent was last given; "en" at start.
+    /// The tag last passed to setCurrent(); "en" initially.
     static QString current();
 };

@@ -35,7 +35,7 @@ namespace {
     return true;
 }();
 
-/// A place for an argument: "%1" to "%99", or "%L1", as QString::arg knows them.
+/// A place marker for an argument, as in QString::arg(): "%1" to "%99", or "%L1" to "%L99".
 struct Place {
     int position;
     int length;
@@ -78,8 +78,9 @@ QString padded(const TrArg &argument)
         : argument.value.rightJustified(argument.fieldWidth, argument.fill);
 }
 
-/// The text with its places filled: the argument of lowest index goes to the places of lowest
-/// number. What is filled in is never looked at again.
+/// \a text with its place markers replaced: the first argument goes to the markers with the lowest
+/// number, the next one to those with the next number. Markers inside inserted text are not
+/// replaced.
 QString fill(const QString &text, const QVector<TrArg> &arguments)
 {
     const QVector<Place> places = findPlaces(text);
@@ -265,7 +266,8 @@ bool isWordPart(char c)
     return std::isalnum(static_cast<unsigned char>(c)) || c == '_';
 }
 
-/// Where the bracket at \a open is closed, npos when it is not. "->" closes nothing.
+/// The position of the bracket that closes the one at \a open; npos when there is none. The ">" of
+/// "->" does not count.
 size_t closingBracket(const std::string &text, size_t open)
 {
     int depth = 0;
@@ -279,15 +281,16 @@ size_t closingBracket(const std::string &text, size_t open)
     return std::string::npos;
 }
 
-/// Whether the word \a word ends right before \a end.
+/// Whether the whole word \a word is in \a text right before \a end.
 bool endsWithWord(const std::string &text, size_t end, const std::string &word)
 {
     return end >= word.size() && text.compare(end - word.size(), word.size(), word) == 0
         && (end == word.size() || !isWordPart(text[end - word.size() - 1]));
 }
 
-/// Where the function's qualified name begins in \a signature: after the last blank outside all
-/// brackets that comes before the parameter list. An operator's name may hold brackets and blanks.
+/// The position of the function's qualified name in \a signature: after the last space outside
+/// brackets that precedes the parameter list. An operator's name may itself contain brackets and
+/// spaces.
 size_t nameStart(const std::string &signature)
 {
     size_t start = 0;
@@ -301,6 +304,7 @@ size_t nameStart(const std::string &signature)
         }
         if (!isOneOf(c, "(<[{"))
             continue;
+        // A "(" begins the parameter list, except in "(anonymous namespace)" and "decltype(...)".
         const bool partOfName = c != '(' || signature.compare(i, 10, "(anonymous") == 0;
         size_t wordEnd = i;
         while (wordEnd > 0 && signature[wordEnd - 1] == ' ')
@@ -320,7 +324,7 @@ QString trExtractContext(const char *signature)
 {
     const std::string text = signature ? signature : "";
     size_t start = nameStart(text);
-    // clang writes a returned pointer's star at the name.
+    // clang puts the return type's "*" or "&" directly before the name.
     while (start < text.size() && isOneOf(text[start], "*&"))
         ++start;
     return QString::fromStdString(text.substr(start));

@@ -15,8 +15,8 @@
 
 class TrStringData;
 
-/// One argument of a translatable text; fills the lowest-numbered place ("%1", "%2", ...) that is
-/// left, as QString::arg does, but without ever looking for places inside the value.
+/// An argument of a translatable text. Replaces the lowest-numbered place marker ("%1", "%2", ...)
+/// that is left, as QString::arg() does, but never replaces markers inside inserted values.
 struct VESK_API TrArg {
     TrArg() = default;
     TrArg(const QString &argument, int width = 0, QChar fillCharacter = QLatin1Char(' '))
@@ -27,7 +27,7 @@ struct VESK_API TrArg {
     }
 
     QString value;
-    /// Least width of the filled-in text; negative aligns to the left.
+    /// Minimum width of the inserted text; negative for left alignment.
     int fieldWidth = 0;
     QChar fill = QLatin1Char(' ');
 };
@@ -40,13 +40,14 @@ inline bool operator!=(const TrArg &a, const TrArg &b)
 VESK_API QDataStream &operator<<(QDataStream &out, const TrArg &argument);
 VESK_API QDataStream &operator>>(QDataStream &in, TrArg &argument);
 
-/// A text for the user, kept as its source so that it can be shown in whatever language is current
-/// when it is read. A value: copy freely, any thread. Converts to QVariant and back.
+/// A text for the user, stored as source text and arguments and translated when it is read, so that
+/// it follows changes of the UI language. A value type: copy freely, any thread. Converts to and
+/// from QVariant.
 class VESK_API TrString {
 public:
     /// An empty text.
     TrString();
-    /// \a count selects a plural form when it is not negative and fills "%n".
+    /// \a count, unless negative, selects the plural form and replaces "%n".
     TrString(const QString &context, const QString &sourceText,
         const QString &disambiguation = QString(), int count = -1,
         const QVector<TrArg> &arguments = {});
@@ -57,11 +58,11 @@ public:
     TrString &operator=(TrString &&other) noexcept;
     ~TrString();
 
-    /// A TrString held by \a value, or its string form as an untranslated text.
+    /// The TrString that \a value holds; for other types the string form, which is not translated.
     static TrString fromVariant(const QVariant &value);
 
     bool isEmpty() const;
-    /// False for a text of Language::ntr: a name, shown the same in every language.
+    /// False for a text from Language::ntr(), which is the same in every language.
     bool isTranslatable() const;
     QString context() const;
     QString sourceText() const;
@@ -69,9 +70,9 @@ public:
     int count() const;
     QVector<TrArg> arguments() const;
 
-    /// The text in the current UI language, the source text where there is no translation.
+    /// The text in the current UI language; the source text when there is no translation.
     QString toString() const;
-    /// The source text with its places filled, whatever the UI language is: for services and logs
+    /// The source text with its arguments, independent of the UI language: for services and logs
     /// that compare texts.
     QString toSourceString() const;
     operator QVariant() const { return QVariant::fromValue(*this); }
@@ -93,6 +94,6 @@ VESK_API QDataStream &operator>>(QDataStream &in, TrString &text);
 /// Prints the text in the current language.
 VESK_API std::ostream &operator<<(std::ostream &out, const TrString &text);
 
-/// The translation context of the texts in a function: its qualified name with parameters, that is
+/// The translation context of the texts in a function: its qualified name and parameters, which is
 /// \a signature without return type and specifiers.
 VESK_API QString trExtractContext(const char *signature);

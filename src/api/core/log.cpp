@@ -13,7 +13,8 @@
 
 namespace {
 
-/// The length of the control character at \a at, 0 when there is none: C0, DEL, and C1 in UTF-8.
+/// The length in bytes of the control character at \a at (C0, DEL, or C1 in UTF-8); 0 when there is
+/// none.
 int controlLength(const char *at, const char *end)
 {
     const auto c = static_cast<unsigned char>(*at);
@@ -44,6 +45,7 @@ void writeControl(std::ostream &out, unsigned char c)
     }
 }
 
+/// Writes UTF-8 with control characters escaped.
 std::ostream &writeLine(std::ostream &out, const char *data, int size)
 {
     const char *const end = data + size;
@@ -95,7 +97,7 @@ void writeList(std::ostream &out, const List &list)
     out << ']';
 }
 
-/// Values of types that Qt does not know.
+/// Values of types other than Qt's own.
 void writeOther(std::ostream &out, const QVariant &value)
 {
     const int type = value.userType();

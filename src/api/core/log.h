@@ -16,14 +16,14 @@
 
 /// \file
 /// Logging through log4cplus. A record carries the source path after "src/" without extension, the
-/// line and the function. A line whose level is switched off costs one test: no text is built.
-/// Loggers are thread-safe; each source file keeps one:
+/// line and the function. A statement whose level is disabled costs one test: its text is not
+/// built. Loggers are thread-safe; each source file defines one:
 ///
 ///     VESK_LOGGER("CB_TuneIn")
 ///     ...
 ///     VESK_DEBUG("parsing data: size: " << data.size());
 
-/// Defines this source file's logger object; files that share a name share the logger.
+/// Defines this source file's logger; files that use the same name share it.
 #define VESK_LOGGER(name)                                                                          \
     namespace {                                                                                    \
     const log4cplus::Logger &veskLogger()                                                          \
@@ -51,12 +51,13 @@
 #define VESK_ERROR(text) VESK_LOG(log4cplus::ERROR_LOG_LEVEL, text)
 #define VESK_FATAL(text) VESK_LOG(log4cplus::FATAL_LOG_LEVEL, text)
 
-/// Hands one record to \a logger. \a file is a compiler's __FILE__.
+/// Writes one record to \a logger without checking again that \a level is enabled. \a file is
+/// __FILE__.
 VESK_API void veskWriteLog(const log4cplus::Logger &logger, log4cplus::LogLevel level,
     const std::string &text, const char *file, int line, const char *function);
 
-/// While one lives, errors that its thread logs are expected: they are in the log at DEBUG. Scopes
-/// may be nested.
+/// While an object of this class exists, errors that its thread logs are expected and logged at
+/// DEBUG. Scopes may be nested.
 class VESK_API VeskExpectedErrors {
 public:
     VeskExpectedErrors();
@@ -67,13 +68,13 @@ public:
 /// "src/modules/tunein/cb_tunein.cpp" becomes "modules/tunein/cb_tunein".
 VESK_API std::string veskLogSourceName(const char *file);
 
-/// The text that stands for a function in the log: its \a signature as it is given. \a loggerName
-/// names the logger the text is meant for.
+/// The text that denotes a function in the log: its \a signature, unchanged. \a loggerName is the
+/// name of the logger that the text is for.
 VESK_API QString dbglog_scopedFunction(const char *signature, const char *loggerName);
 
-/// Texts are written as UTF-8; control characters as "\n" or "\x1b", so that no text can pass for a
-/// record of its own. A container prints its content, a hash in the order of its keys; passwords
-/// and session ids inside hashes print as "***".
+/// Text is written as UTF-8 with control characters escaped ("\n", "\x1b"), so that it cannot forge
+/// a log record. Containers print their contents, hashes in key order and with passwords and
+/// session ids as "***".
 VESK_API std::ostream &operator<<(std::ostream &out, const QString &text);
 VESK_API std::ostream &operator<<(std::ostream &out, const QByteArray &bytes);
 VESK_API std::ostream &operator<<(std::ostream &out, const QVariant &value);
@@ -81,12 +82,13 @@ VESK_API std::ostream &operator<<(std::ostream &out, const QVariantHash &hash);
 /// "QMap(" then "(key, value)" for each entry in key order, then ")".
 VESK_API std::ostream &operator<<(std::ostream &out, const QMap<QString, QString> &map);
 
-/// What a value of some other type prints when a QVariant holds it: for that type, register a
-/// converter (QMetaType::registerConverter) to this.
+/// The printed form of a QVariant that holds another type: register a converter
+/// (QMetaType::registerConverter) from that type to this one.
 struct VeskLogText {
     std::string text;
 };
 Q_DECLARE_METATYPE(VeskLogText)
 
-/// Whether a hash entry or query item of this name is a secret that must not reach a log.
+/// Whether a hash entry or query item of this name is a secret that must not be logged; the case of
+/// \a key does not matter.
 VESK_API bool veskIsSecretKey(const QString &key);

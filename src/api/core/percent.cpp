@@ -12,8 +12,8 @@ namespace {
 
 constexpr char Digits[] = "0123456789ABCDEF";
 
-/// What each ASCII character becomes. A look-up instead of a branch, which the processor would
-/// often predict wrongly.
+/// The encoded form of each ASCII character. A table lookup instead of a branch per character,
+/// which would often be mispredicted.
 class Table {
 public:
     constexpr explicit Table(const char *more)
@@ -25,7 +25,7 @@ public:
         keep(more);
     }
 
-    /// Makes these characters stand as they are, too.
+    /// Leaves these characters unencoded as well.
     constexpr void keep(const char *characters)
     {
         for (const char *c = characters; *c; ++c) {
@@ -34,13 +34,15 @@ public:
         }
     }
 
-    /// Writes what \a c becomes to \a out, where there is room for four characters.
+    /// Writes the encoded form of \a c to \a out and returns its end. Needs space for four
+    /// characters, as entries are copied whole.
     ushort *write(ushort *out, ushort c) const
     {
         memcpy(out, &m_entries[c], sizeof(Entry));
         return out + m_entries[c].length;
     }
 
+    /// Whether \a c is left unencoded.
     bool stands(ushort c) const { return c < 128 && m_entries[c].length == 1; }
 
 private:
@@ -56,7 +58,7 @@ private:
 constexpr Table UnreservedTable("");
 constexpr Table SlashTable("/");
 
-/// Calls \a function with the table for \a keep.
+/// Calls \a function with the table for \a keep, one of the constant ones if possible.
 template <class Function>
 auto withTable(const char *keep, Function function)
 {
@@ -69,9 +71,9 @@ auto withTable(const char *keep, Function function)
     return function(table);
 }
 
-/// The most that one UTF-16 unit grows to: three bytes of UTF-8, three characters each.
+/// Maximum output per UTF-16 unit: three bytes of UTF-8, three characters each.
 constexpr int MaxGrowth = 9;
-/// Long texts are encoded piece by piece, so that no buffer of nine times their size is needed.
+/// Long texts are encoded in pieces, to avoid a buffer of nine times their size.
 constexpr int PieceSize = 128;
 
 ushort *writeEscape(ushort *out, unsigned byte)
@@ -82,14 +84,15 @@ ushort *writeEscape(ushort *out, unsigned byte)
     return out;
 }
 
-/// For characters beyond ASCII.
+/// For non-ASCII characters.
 ushort *writeCodePoint(ushort *out, uint c)
 {
     veskWriteUtf8(c, [&out](unsigned byte) { out = writeEscape(out, byte); });
     return out;
 }
 
-/// Encodes the character at \a in, which it moves behind it, or behind both halves of a pair.
+/// Encodes the character at \a in and advances \a in past it, past both halves of a surrogate pair.
+/// A lone surrogate is encoded as U+FFFD.
 ushort *encodeOne(ushort *out, const ushort *&in, const ushort *end, const Table &table)
 {
     const ushort c = *in++;
@@ -102,10 +105,11 @@ ushort *encodeOne(ushort *out, const ushort *&in, const ushort *end, const Table
     return writeCodePoint(out, QChar::ReplacementCharacter);
 }
 
-/// Encodes [in, end) to \a out, which has room for MaxGrowth times as much.
+/// Encodes [in, end) to \a out, which has space for MaxGrowth times its size, and returns the end
+/// of the output.
 ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &table)
 {
-    // Nearly all texts are ASCII: one branch for four characters.
+    // Nearly all texts are ASCII: test four characters with one branch.
     while (end - in >= 4) {
         if ((in[0] | in[1] | in[2] | in[3]) < 128) {
             for (int i = 0; i < 4; ++i)
@@ -120,7 +124,7 @@ ushort *encode(ushort *out, const ushort *in, const ushort *end, const Table &ta
     return out;
 }
 
-/// Reads percent-encoded UTF-8 from [in, end).
+/// Decodes percent-encoded UTF-8 from [in, end).
 class Decoder {
 public:
     Decoder(const ushort *in, const ushort *end)
@@ -129,8 +133,8 @@ public:
     {
     }
 
-    /// Decodes everything to \a out, which has room for as much as there is to read. Returns the
-    /// end of what it wrote, null for a damaged text.
+    /// Decodes the whole input to \a out, which has space for the size of the input. Returns the
+    /// end of the output; null for malformed input.
     ushort *run(ushort *out)
     {
         while (m_in != m_end) {
@@ -208,6 +212,7 @@ void VeskPercentBuffer::appendWith(const EncodingTable &table, QStringView text)
     const ushort *const end = in + text.size();
     while (in != end) {
         const ushort *pieceEnd = end - in > PieceSize ? in + PieceSize : end;
+        // Keep the halves of a surrogate pair together.
         if (pieceEnd != end && QChar::isHighSurrogate(pieceEnd[-1]))
             --pieceEnd;
         ushort *const out = room(int(pieceEnd - in) * MaxGrowth);

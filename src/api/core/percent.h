@@ -12,14 +12,14 @@
 #include <optional>
 
 /// \file
-/// Percent-encoding (RFC 3986, section 2.1), driven by a table because every row of a screen holds
+/// Percent-encoding (RFC 3986, section 2.1), table-driven because every row of a screen contains
 /// several encoded paths.
 
 /// Percent-encodes \a text as UTF-8, except RFC 3986's unreserved characters and those in \a keep
 /// (ASCII).
 VESK_API QString veskPercentEncode(const QString &text, const char *keep = "");
 
-/// Builds a text of percent-encoded parts, on the stack unless it is very long.
+/// Builds a text from percent-encoded parts, on the stack unless it is longer than UsualSize.
 class VESK_API VeskPercentBuffer {
 public:
     VeskPercentBuffer()
@@ -35,7 +35,7 @@ public:
         *room(1) = static_cast<uchar>(c);
         ++m_size;
     }
-    /// Appends a text that is encoded already.
+    /// Appends a text that is already encoded.
     void appendEncoded(const QString &text);
     QString toString() const;
 
@@ -44,7 +44,8 @@ private:
 
     template <class EncodingTable>
     void appendWith(const EncodingTable &table, QStringView text);
-    /// Where to write the next \a size characters; the caller then adds them to m_size.
+    /// Ensures space for \a size characters and returns where to write them; the caller then
+    /// increases m_size.
     ushort *room(int size)
     {
         if (m_text.size() - m_size < size)
@@ -52,11 +53,11 @@ private:
         return m_text.data() + m_size;
     }
 
-    /// Always resized to its whole capacity, of which m_size is in use: growing it part by part
-    /// would initialise each character twice.
+    /// Always resized to its whole capacity, of which m_size is in use: resizing it with every
+    /// append would write each character twice.
     QVarLengthArray<ushort, UsualSize> m_text;
     int m_size = 0;
 };
 
-/// Undoes veskPercentEncode(). None when an escape is malformed or the bytes are no UTF-8.
+/// Undoes veskPercentEncode(). No value when an escape is malformed or the bytes are not UTF-8.
 VESK_API std::optional<QString> veskPercentDecode(QStringView text);

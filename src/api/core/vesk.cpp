@@ -25,12 +25,14 @@ bool hasAppender(log4cplus::Logger logger)
         || !log4cplus::Logger::getRoot().getAllAppenders().empty();
 }
 
-/// Blocks every thread but the first whose assertion fails, so that none aborts while the first
-/// one's record is being written. Returns false when writing the record failed an assertion itself.
+/// Blocks every thread but the first whose assertion fails, so that none aborts while the first is
+/// writing its record. Returns false for a nested failure, when writing the record itself failed an
+/// assertion.
 bool enterFailure()
 {
     static thread_local bool failing = false;
-    // Locked for good, on purpose: the process ends. That is why it is no VeskMutex.
+    // Deliberately never unlocked, as the process aborts; a VeskMutex cannot be left locked. Never
+    // destroyed either, as other threads may be blocked on it.
     static std::mutex *const first = new std::mutex;
     if (failing)
         return false;
@@ -68,6 +70,7 @@ void veskSetThreadName(const QString &name)
     QByteArray bytes = name.toUtf8();
     if (bytes.size() > MaxBytes) {
         int size = MaxBytes;
+        // Do not cut inside a UTF-8 sequence.
         while (size > 0 && (static_cast<unsigned char>(bytes.at(size)) & 0xC0) == 0x80)
             --size;
         bytes.truncate(size);

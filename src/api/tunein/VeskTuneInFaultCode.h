@@ -7,8 +7,8 @@
 
 #include <QString>
 
-/// The web API's fault codes that mean something to a user, spelled with "_" for ".". The numbers
-/// are part of error names, so they never change.
+/// The fault codes of the web API that concern the user, with "_" in place of ".". The numbers are
+/// part of error names, so they are fixed.
 struct VeskTuneInFaultCode {
     enum Enum : int {
         none = 0,
@@ -21,6 +21,6 @@ struct VeskTuneInFaultCode {
         validation_deviceNotAssociated = 7,
         validation_deviceExists = 8
     };
-    /// The code of that name, none for any other text.
+    /// The code with that name; none for any other text.
     VESK_API static Enum fromString(const QString &name);
 };

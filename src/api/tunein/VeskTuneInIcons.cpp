@@ -5,7 +5,7 @@
 
 #include "api/values/VeskHash.h"
 
-// Each is named by the key that the directory gives the category.
+// The last part is the category's key in the directory's responses.
 VESK_KEY(VeskTuneInMyPresetsIcon, "icon:tunein/presets")
 VESK_KEY(VeskTuneInLocalRadioIcon, "icon:tunein/local")
 VESK_KEY(VeskTuneInMusicIcon, "icon:tunein/music")

@@ -8,7 +8,7 @@
 #include <QString>
 
 /// \file
-/// Identifiers of the icons that hosts have for TuneIn's categories, "icon:tunein/music" and so on.
+/// Ids of the icons that hosts provide for TuneIn's categories: "icon:tunein/music" and so on.
 
 VESK_API const QString &VeskTuneInMyPresetsIcon();
 VESK_API const QString &VeskTuneInLocalRadioIcon();

@@ -6,11 +6,12 @@
 #include "api/values/CMPath.h"
 
 /// \file
-/// Where the host keeps what the TuneIn plug-in reads, and where it reports playback.
+/// Paths of the values that the TuneIn plug-in reads from the host, and the path to which the host
+/// reports playback.
 
 VESK_API CMPath VeskTuneInPartnerIdPath();
 VESK_API CMPath VeskTuneInBrowseIndexUrlPath();
 VESK_API CMPath VeskTuneInSupportedStreamsPath();
 VESK_API CMPath VeskTuneInEnabledFixItWizardPath();
-/// An activate node: each report is a VeskPlayLogicData.
+/// An activate node of the plug-in; each report is a VeskPlayLogicData.
 VESK_API CMPath VeskTuneInStateChangePath();

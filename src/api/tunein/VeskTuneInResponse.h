@@ -6,7 +6,7 @@
 #include "api/values/VeskHash.h"
 #include "api/values/VeskList.h"
 
-/// The head of a directory answer. Numbers and booleans read as their text.
+/// The head of a directory's response. Numbers and booleans read as text.
 class VESK_API VeskTuneInHead : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -19,8 +19,8 @@ public:
     QString faultCode() const;
 };
 
-/// One element of a directory answer: an outline, stream, station, show or topic. Accessors read
-/// the answer's JSON keys; numbers and booleans read as their text, anything else as empty.
+/// An element of a directory's response: an outline, stream, station, show or topic. The accessors
+/// read the response's JSON keys; numbers and booleans read as text, anything else as empty.
 class VESK_API VeskTuneInBodyElement : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -34,9 +34,9 @@ public:
     QString type() const;
     QString text() const;
     QString subtext() const;
-    /// Key "URL", as outlines carry it.
+    /// Key "URL", which outlines have.
     QString url() const;
-    /// Key "url", as streams carry it.
+    /// Key "url", which streams have.
     QString urlAlternative() const;
     QString key() const;
     QString guideId() const;
@@ -54,7 +54,7 @@ public:
     QString lastName() const;
     QString email() const;
     QString sessionId() const;
-    /// A single object in place of a list reads as a list of one.
+    /// A single object instead of a list reads as a list with that one element.
     VeskList<VeskTuneInBodyElement> children() const;
 
     void setElement(const QString &element);
@@ -64,7 +64,8 @@ public:
     void setUrl(const QString &url);
 };
 
-/// A whole directory answer: "head" and "body". Prints with passwords and session ids as "***".
+/// A directory's whole response: "head" and "body". Printed with passwords and session ids as
+/// "***".
 class VESK_API VeskTuneInResponse : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -75,6 +76,7 @@ public:
     }
 
     VeskTuneInHead head() const;
-    /// Empty when there is none; a single object in place of a list reads as a list of one.
+    /// Empty when there is none; a single object instead of a list reads as a list with that one
+    /// element.
     VeskList<VeskTuneInBodyElement> body() const;
 };

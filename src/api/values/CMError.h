@@ -6,8 +6,8 @@
 #include "api/core/TrString.h"
 #include "api/values/VeskHash.h"
 
-/// Why a request failed, in words for the user: a name for programs, a translatable message and a
-/// translatable title. An empty error means success.
+/// Why a request failed: a name for programs, and a translatable message and title for the user. An
+/// empty error means success.
 class VESK_API CMError : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -23,7 +23,7 @@ public:
 
     static const QString &DefaultName();
     static const QString &DefaultTitle();
-    /// Names of the errors that requests themselves end with.
+    /// Names of the errors that the request mechanism itself ends requests with.
     static const QString &NoNodeName();
     static const QString &UnansweredName();
     static const QString &TooLongName();

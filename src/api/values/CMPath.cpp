@@ -16,7 +16,8 @@
 namespace {
 
 constexpr int MaxEncodedSize = 64 * 1024;
-/// Room for as many parameters as most paths have, so that adding them one by one moves none.
+/// Reserved by the first addParam(); enough for most paths, so that adding parameters one by one
+/// does not reallocate.
 constexpr int UsualParams = 8;
 
 [[maybe_unused]] const bool Registered = [] {
@@ -31,7 +32,7 @@ constexpr int UsualParams = 8;
     return true;
 }();
 
-/// Where the prefix of \a text ends, -1 when it has none.
+/// The index of the ":" after the prefix of \a text; -1 when there is no prefix.
 int prefixEnd(QStringView text)
 {
     for (int i = 0; i < text.size(); ++i) {
@@ -50,20 +51,20 @@ int prefixEnd(QStringView text)
     return -1;
 }
 
-/// Where the parameter \a key is, or would be.
+/// The position of the parameter \a key, or where to insert it.
 template <class List>
 auto lowerBound(List &params, const QString &key)
 {
     const auto isBefore = [](const QPair<QString, QString> &param, const QString &name) {
         return param.first < name;
     };
-    // Parameters mostly come in their order.
+    // Parameters mostly arrive in ascending order.
     if (params.isEmpty() || params.last().first < key)
         return params.end();
     return std::lower_bound(params.begin(), params.end(), key, isBefore);
 }
 
-/// Adds a parameter, false when its key is there already.
+/// Inserts a parameter; false when the key already exists.
 bool insertNew(CMPath::ParamList &params, const QString &key, const QString &value)
 {
     const auto it = lowerBound(params, key);
@@ -95,7 +96,7 @@ bool readParams(QStringView text, CMPath::ParamList &params)
     }
 }
 
-/// The text form of a path that is not empty; with \a masked, "***" in place of secrets.
+/// The text form of a non-empty path. With \a masked, the values of secret parameters become "***".
 QString encode(const CMPath &path, bool masked)
 {
     VeskPercentBuffer out;
@@ -212,7 +213,7 @@ bool CMPath::equals(const CMPath &other, int mode) const
 
 bool CMPath::startsWith(const CMPath &start) const
 {
-    // Not QString::startsWith, to which a null base is no beginning of an empty one.
+    // Not QString::startsWith(), which tells null strings from empty ones.
     const int size = start.m_base.size();
     if (m_prefix != start.m_prefix || m_base.leftRef(size) != start.m_base)
         return false;

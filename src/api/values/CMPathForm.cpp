@@ -63,6 +63,7 @@ QString CMPathForm::toEncoded(std::initializer_list<QStringView> values) const
     if (!m_end.isEmpty())
         out.appendEncoded(m_end);
     QString text = out.toString();
+    // Whichever parameter comes first was written with "&".
     if (text.size() > m_start.size())
         text[m_start.size()] = QLatin1Char('?');
     return text;

@@ -13,34 +13,36 @@
 
 class CMPath;
 
-/// A path in which the values of some parameters are left blank. The rows of a screen have paths
-/// that differ in such values only: a form encodes what they have in common once, and fills in the
-/// rest without making a path. A value: copy freely, safe to read from any thread.
+/// A template for paths that differ only in the values of some parameters, as the paths of a
+/// screen's rows do. The common parts are encoded once; toEncoded() fills in the values without
+/// creating a CMPath. A value type: copy freely, safe to read from any thread.
 class VESK_API CMPathForm {
 public:
-    /// A parameter to be filled in.
+    /// A parameter whose value is filled in.
     struct Blank {
         QString key;
-        /// Whether paths in which it is empty do without it.
+        /// Whether the parameter is omitted when its value is empty.
         bool optional = false;
     };
 
-    /// \a path with \a blanks, whose keys ascend and are none of the path's own.
+    /// The keys of \a blanks must be in ascending order, and none of them may be a parameter of \a
+    /// path.
     CMPathForm(const CMPath &path, std::initializer_list<Blank> blanks);
 
-    /// What CMPath::toEncoded() gives for the path with \a values, one for each blank in their
-    /// order, as parameters. Empty for the empty path.
+    /// The text form of the path with \a values, one per blank and in the same order: what
+    /// CMPath::toEncoded() would return. Empty for the empty path.
     QString toEncoded(std::initializer_list<QStringView> values) const;
 
 private:
-    /// Encoded, each parameter with a "&" before it.
+    /// A blank and what precedes it, encoded. Every parameter begins with "&"; toEncoded() replaces
+    /// the first one by "?".
     struct Part {
-        QString before; ///< what stands there whether the blank is left out or not
-        QString key; ///< "&key=", with what comes before it when the blank is never left out
+        QString before; ///< the path's own parameters before an optional blank
+        QString key; ///< "&key=", after the parameters before it if the blank is not optional
         bool optional;
     };
 
     QString m_start; ///< "prefix:base"
     QVector<Part> m_parts;
-    QString m_end; ///< the path's own parameters that come behind all blanks
+    QString m_end; ///< the path's own parameters after the last blank
 };

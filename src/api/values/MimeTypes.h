@@ -7,12 +7,12 @@
 
 #include <QString>
 
-/// MIME types by which a resource tells the player what to expect.
+/// MIME types that tell the player what to expect of a resource.
 namespace MimeTypes {
 namespace Audio {
-/// "audio/x-mpegurl": a playlist, or a URL that answers with one.
+/// "audio/x-mpegurl": a playlist, or a URL whose response is one.
 VESK_API const QString &m3u();
-/// "audio/unknown": audio whose format the player must find out.
+/// "audio/unknown": audio whose format the player has to detect.
 VESK_API const QString &unknown();
 } // namespace Audio
 } // namespace MimeTypes

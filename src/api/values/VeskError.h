@@ -5,7 +5,7 @@
 
 #include "api/values/VeskHash.h"
 
-/// Why data could not be read: "message" and "offset" (bytes from the start). Empty when it could.
+/// Why data could not be parsed: "message" and "offset" (bytes from the start). Empty on success.
 class VESK_API VeskError : public VeskHash {
 public:
     using VeskHash::VeskHash;

@@ -16,7 +16,7 @@ QString doubleText(double value)
 {
     if (!std::isfinite(value))
         return QString();
-    // Up to here every whole number has a double of its own.
+    // 2^53: up to here a double represents every whole number exactly.
     constexpr double WholeLimit = 9007199254740992.0;
     if (std::abs(value) <= WholeLimit && value == std::trunc(value))
         return QString::number(static_cast<qint64>(value));

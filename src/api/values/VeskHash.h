@@ -12,7 +12,7 @@
 
 #include <utility>
 
-/// Defines a function \a name() that gives a hash key, made once.
+/// Defines a function \a name() that returns the hash key \a text, created once.
 #define VESK_KEY(name, text)                                                                       \
     const QString &name()                                                                          \
     {                                                                                              \
@@ -20,10 +20,10 @@
         return key;                                                                                \
     }
 
-/// A hash of named values; the base of every structured value that crosses a request. Copying is
-/// cheap (shared), any thread may read its own copy. Typed classes add accessors and no data, so
-/// each can be made from a plain hash and read back from one; a missing or mistyped entry reads as
-/// the accessor's empty value.
+/// A hash of named values; the base class of all structured values in requests and responses.
+/// Implicitly shared: copying is cheap, and each thread may use its own copy. Derived classes add
+/// typed accessors but no data, so each can be constructed from a plain hash and converted back; a
+/// missing entry or one of another type reads as the accessor's empty value.
 class VESK_API VeskHash {
 public:
     VeskHash() = default;
@@ -52,20 +52,21 @@ public:
     bool operator!=(const VeskHash &other) const { return m_hash != other.m_hash; }
 
 protected:
-    /// The entry, or null: unlike value() this copies nothing.
+    /// The entry, null when there is none. Unlike value(), makes no copy.
     const QVariant *find(const QString &key) const
     {
         const auto it = m_hash.constFind(key);
         return it == m_hash.constEnd() ? nullptr : &it.value();
     }
-    /// The entry as text: strings as they are, numbers and booleans as their text, all else empty.
+    /// The entry as text: strings unchanged, numbers and booleans in text form, anything else
+    /// empty.
     QString text(const QString &key) const;
-    /// The entry as a number, which may be written as a text; \a otherwise when it is none, or not
-    /// a whole one, or does not fit.
+    /// The entry as an int, parsed if it is a string; \a otherwise when it is missing, not a whole
+    /// number or out of range.
     int number(const QString &key, int otherwise = 0) const;
     bool flag(const QString &key) const;
     QVariantHash hash(const QString &key) const;
-    /// A hash reads as a list of one.
+    /// The entry as a list; a single hash reads as a list with that one element.
     QVariantList list(const QString &key) const;
 
 private:
@@ -75,8 +76,8 @@ private:
 Q_DECLARE_TYPEINFO(VeskHash, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(VeskHash)
 
-/// Registers the meta-type T, a VeskHash: a QVariant that holds one compares by content and
-/// converts to a plain hash and back. Once per type.
+/// Registers T, a VeskHash, as a meta-type: QVariants that hold one compare by content and convert
+/// to and from a plain hash. Call once per type.
 template <class T>
 bool veskRegisterHashType(const char *name)
 {
@@ -88,5 +89,5 @@ bool veskRegisterHashType(const char *name)
             [](const QVariantHash &hash) { return T(hash); });
 }
 
-/// Prints "{key: value, ...}" in key order; passwords and session ids print as "***".
+/// Prints "{key: value, ...}" in key order, with passwords and session ids as "***".
 VESK_API std::ostream &operator<<(std::ostream &out, const VeskHash &hash);

@@ -5,8 +5,8 @@
 
 #include <QVariantList>
 
-/// A list of hash-backed values of type T over a QVariantList, which it can be made from and read
-/// back as. Elements are made on access; one that is no hash reads as an empty T.
+/// A QVariantList of hashes as a list of T, a VeskHash. Elements are converted on access; one that
+/// is not a hash reads as an empty T. Converts to and from QVariantList.
 template <class T>
 class VeskList {
 public:

@@ -7,7 +7,7 @@
 #include "api/values/VeskHash.h"
 #include "api/values/VeskList.h"
 
-/// One way to get at the audio of an item. Hash entries are named like the accessors.
+/// One source of an item's audio. Hash entries are named like the accessors.
 class VESK_API VeskResource : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -15,7 +15,7 @@ public:
 
     QString uri() const;
     QString mimeType() const;
-    /// In bit/s; 0 when it is not known.
+    /// In bit/s; 0 when unknown.
     int bitRate() const;
 
     void setUri(const QString &uri);
@@ -25,9 +25,9 @@ public:
 
 class VeskRoles;
 
-/// What the player must know about an item beside its audio: whose it is, what to run before it
-/// plays, where to report. Paths are kept in their text form. Hash entries are named like the
-/// accessors.
+/// What the player needs to know about an item besides its audio: the service it belongs to, the
+/// request to make before playback, the path to report to. Paths are stored in their text form.
+/// Hash entries are named like the accessors.
 class VESK_API VeskMetaData : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -35,13 +35,13 @@ public:
 
     QString serviceID() const;
     QString genre() const;
-    /// Where the player sends the item's roles before it plays it.
+    /// The path to which the player sends the item's roles before playback.
     CMPath prePlayPath() const;
-    /// The context menu of the item while it plays.
+    /// The context menu of the item during playback.
     CMPath contentPlayContextPath() const;
-    /// Where the player reports what it does with the item.
+    /// The path to which the player reports state changes of the item.
     CMPath playbackStateChangePath() const;
-    /// Roles by which a row is recognised as the one that plays.
+    /// Roles that identify the row that is playing.
     VeskList<VeskRoles> matchingMediaRoles() const;
     bool live() const;
     bool alternativeStreams() const;
@@ -58,7 +58,7 @@ public:
     void setAlternativeStreams(bool alternatives);
 };
 
-/// The playable side of a row: its meta data ("metaData") and resources ("resources"), best first.
+/// The playable part of a row: its metadata ("metaData") and resources ("resources"), best first.
 class VESK_API VeskMediaData : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -70,7 +70,7 @@ public:
 
     VeskMetaData metaData() const;
     VeskList<VeskResource> resources() const;
-    /// The resource that plays: the first. Empty when there is none.
+    /// The resource to play: the first one. Empty when there is none.
     VeskResource activeResource() const;
 
     void setMetaData(const VeskMetaData &metaData);

@@ -6,15 +6,15 @@
 #include "api/values/VeskHash.h"
 #include "api/values/VeskRoles.h"
 
-/// What the player is doing. The codes travel in values.
+/// The states of the player. The codes appear in values, so they are fixed.
 struct VeskPlayLogicState {
     enum Enum : int { stopped = 0, transitioning = 1, playing = 2, paused = 3 };
     /// "stopped", "transitioning", "playing", "paused"; any other code as its number.
     VESK_API static QString toString(Enum state);
 };
 
-/// One report of the player about what it plays. Hash entries: "state" (a VeskPlayLogicState),
-/// "playId" (a hash that identifies one play), "error" (empty unless playing failed), "trackRoles".
+/// A playback report of the player. Hash entries: "state" (a VeskPlayLogicState), "playId" (a hash
+/// that identifies one play), "error" (empty unless playing failed), "trackRoles".
 class VESK_API VeskPlayLogicData : public VeskHash {
 public:
     using VeskHash::VeskHash;

@@ -10,7 +10,7 @@
 
 #include <QStringList>
 
-/// What a row is. The codes travel in values.
+/// The type of a row. The codes appear in values, so they are fixed.
 struct VeskRolesType {
     enum Enum {
         none = 0,
@@ -29,7 +29,7 @@ struct VeskRolesType {
     static int Activate() { return activate; }
 };
 
-/// What kind of audio a row offers.
+/// The kind of audio that a row offers.
 struct VeskRolesAudioType {
     enum Enum { none = 0, audio = 1, audioBroadcast = 2 };
     static int None() { return none; }
@@ -37,12 +37,12 @@ struct VeskRolesAudioType {
     static int AudioBroadcast() { return audioBroadcast; }
 };
 
-/// What a container is for.
+/// The purpose of a container.
 enum class VeskRolesContainerType { List = 0, ContextMenu = 100, SearchList = 101 };
 
-/// Everything that is shown of, or done with, one row or screen, by role name. Static members give
-/// the names; accessors of the same name with a small first letter read and write the values.
-/// A path is kept in its text form.
+/// The roles of one row or screen: what is displayed and which actions it offers, by role name. The
+/// static functions return the names; the accessors of the same names in lower camel case read and
+/// write the values. Paths are stored in their text form.
 class VESK_API VeskRoles : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -105,5 +105,5 @@ public:
     void setQueryPath(const CMPath &path);
 };
 
-/// Stands for "every role that there is" where a list of role names is asked for.
+/// All role names: pass it where a list of role names is expected to mean every role.
 VESK_API const QStringList &CMAllRoles();

@@ -6,9 +6,9 @@
 #include "api/values/VeskHash.h"
 #include "api/values/VeskRoles.h"
 
-/// The answer to a request for rows: how many rows the screen has in all ("rowsCount"), the rows
-/// asked for ("rows": one list per row, with a value per requested role, in the request's order)
-/// and the roles of the screen itself ("roles").
+/// The response to a request for rows: the total number of rows of the screen ("rowsCount"), the
+/// requested rows ("rows": one list per row, with a value per requested role, in the request's
+/// order) and the roles of the screen itself ("roles").
 class VESK_API VeskRowsRoles : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -19,7 +19,8 @@ public:
     }
 
     int rowsCount() const;
-    /// Whether this is an answer, and the screen has no rows.
+    /// Whether this is the response of an empty screen: unlike rowsCount(), false for an empty
+    /// hash.
     bool isWithoutRows() const;
     QVariantList rows() const;
     VeskRoles roles() const;

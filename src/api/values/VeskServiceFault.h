@@ -7,26 +7,26 @@
 
 #include <QtGlobal>
 
-/// Why a service did not give what it was asked for, as far as the exchange with it tells. A value.
+/// Why a request to a service failed, as far as the exchange shows. A value type.
 struct VESK_API VeskServiceFault {
     enum Kind : quint8 {
         None = 0,
-        Unreachable, ///< There is no such host, no connection to it, or no end of redirects.
-        TimedOut, ///< It took too long.
-        Insecure, ///< There is no secure connection to it.
-        Broken, ///< The answer broke off, was too long, or was none of HTTP.
-        HttpStatus, ///< It answered with the HTTP status `code`, and nothing that it would say.
-        Unreadable, ///< What came is none of its answers.
-        Reported ///< Its answer itself tells of a fault, `code`, 0 when that is no number.
+        Unreachable, ///< No such host, no connection, or too many redirects.
+        TimedOut, ///< The exchange took too long.
+        Insecure, ///< No secure connection could be established.
+        Broken, ///< The response was cut short, too long or not HTTP.
+        HttpStatus, ///< The HTTP status is the error `code`, and the body names no fault.
+        Unreadable, ///< The body is not in the form of the service's responses.
+        Reported ///< The body reports the fault `code`; 0 when that is not a number.
     };
 
     Kind kind = None;
     int code = 0;
 
     bool isEmpty() const { return kind == None; }
-    /// Whether the service refuses the caller: HTTP's 401 and 403.
+    /// Whether the service denies access: 401 or 403, as HTTP status or reported in the body.
     bool isRefusal() const;
-    /// Whether there is nothing but the HTTP code: the answer itself reports no fault.
+    /// Whether access is denied by the HTTP status alone: the body reports no fault.
     bool isBareRefusal() const { return kind == HttpStatus && isRefusal(); }
 
     bool operator==(const VeskServiceFault &other) const

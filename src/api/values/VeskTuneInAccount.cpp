@@ -7,7 +7,7 @@
 
 namespace {
 
-/// By operation code.
+/// Indexed by operation code.
 const std::array<QString, 9> &operationNames()
 {
     static const std::array<QString, 9> names = {

@@ -5,17 +5,19 @@
 
 #include "api/values/VeskHash.h"
 
-/// Operations on the link between device and TuneIn account. The codes travel in values.
+/// Operations on the association of the device with a TuneIn account. The codes appear in values,
+/// so they are fixed.
 struct VeskTuneInAccountOperation {
     enum Enum : int { none = 0, auth, create, join, drop, query, remind, reset, claim };
-    /// The operation's name in the web API ("auth"); "none", or the number of an unknown code.
+    /// The operation's name in the web API ("auth"); "none" for none, and for an unknown code its
+    /// number.
     VESK_API static QString toString(Enum operation);
-    /// The operation of that name, none for any other text.
+    /// The operation with that name; none for any other text.
     VESK_API static Enum fromString(const QString &name);
 };
 
-/// One account operation with its inputs or its results. Hash entries are named like the accessors.
-/// Prints with password and session id as "***".
+/// An account operation with its parameters or its results. Hash entries are named like the
+/// accessors. Printed with the password and the session id as "***".
 class VESK_API VeskTuneInAccount : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -25,7 +27,7 @@ public:
     {
     }
 
-    /// A code; an operation's name is read as well.
+    /// Accepts an operation's name as well as its code.
     VeskTuneInAccountOperation::Enum operation() const;
     QString userName() const;
     QString password() const;

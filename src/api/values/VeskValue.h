@@ -7,7 +7,7 @@
 
 class VeskTuneInAccount;
 
-/// What a VeskValue can hold. The codes travel in values, so they never change.
+/// The types of a VeskValue. The codes appear in values, so they are fixed.
 struct VeskValueType {
     enum Enum : int {
         none = 0,
@@ -19,15 +19,15 @@ struct VeskValueType {
         tuneInAccount = 115
     };
 
-    /// The name of the type, under which a VeskValue keeps its value ("string_"); empty for none.
+    /// The type's name, which is also the value's key in a VeskValue ("string_"); empty for none.
     VESK_API static QString toString(Enum type);
-    /// The type of that name, none for any other text.
+    /// The type with that name; none for any other text.
     VESK_API static Enum fromString(const QString &name);
 };
 
-/// One setting or state of the value tree: a type, and the value under the type's name. Hash
-/// entries: "type" (a code; a type's name is read as well) and one of "bool_", "int_", "string_",
-/// ... Without "type" it is of none: what stands under a type's name is not taken at its word.
+/// A setting or state in the value tree. Hash entries: "type" (a code; a type's name is accepted as
+/// well) and the value under the type's name ("bool_", "int_", "string_", ...). Without "type" the
+/// value has no type, whatever other entries there are.
 class VESK_API VeskValue : public VeskHash {
 public:
     using VeskHash::VeskHash;
@@ -42,7 +42,7 @@ public:
     static VeskValue fromString(const QString &value);
 
     VeskValueType::Enum type() const;
-    /// Each reads false, 0 or empty when the value is of another type.
+    /// These return false, 0 or an empty value when the value has another type.
     bool bool_() const;
     int int_() const;
     double double_() const;

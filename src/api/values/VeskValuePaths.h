@@ -6,15 +6,16 @@
 #include "api/values/CMPath.h"
 
 /// \file
-/// Paths of values that every host offers, and keys of the configuration it gives its plug-ins.
+/// Paths of values that every host provides, and keys of the configuration that it passes to its
+/// plug-ins.
 
 VESK_API CMPath VeskChildElementsInSingleListPath();
 /// A BCP 47 language tag.
 VESK_API CMPath VeskUILanguagePath();
-/// 32 hexadecimal digits that tell this device from all others.
+/// A unique id of this device: 32 hexadecimal digits.
 VESK_API CMPath VeskSystemMemberIdPath();
 VESK_API CMPath VeskNetworkStateEthernetMAC();
 VESK_API CMPath VeskNetworkStateConnected();
 
-/// Configuration key of the id under which the host knows a plug-in's service.
+/// Configuration key: the host's id of the plug-in's service.
 VESK_API const QString &VeskService_Id();

@@ -34,19 +34,19 @@ struct Ipv4Network {
     AddressKind kind;
 };
 
-/// The first that holds the address counts.
+/// The first network that contains the address counts.
 constexpr Ipv4Network Ipv4Networks[] = {
-    {{0, 0, 0, 0}, 8, AddressKind::Never}, // Linux takes it for this machine
+    {{0, 0, 0, 0}, 8, AddressKind::Never}, // "this network"; Linux connects to this machine
     {{10, 0, 0, 0}, 8, AddressKind::LocalNetwork},
-    {{100, 100, 100, 200}, 32, AddressKind::Never}, // a cloud's metadata
-    {{100, 64, 0, 0}, 10, AddressKind::LocalNetwork}, // shared by a provider's customers
+    {{100, 100, 100, 200}, 32, AddressKind::Never}, // a cloud's metadata service
+    {{100, 64, 0, 0}, 10, AddressKind::LocalNetwork}, // carrier-grade NAT (RFC 6598)
     {{127, 0, 0, 0}, 8, AddressKind::Machine},
-    {{168, 63, 129, 16}, 32, AddressKind::Never}, // a cloud's agent
-    {{169, 254, 0, 0}, 16, AddressKind::Never}, // link-local; clouds' metadata
+    {{168, 63, 129, 16}, 32, AddressKind::Never}, // a cloud's host agent
+    {{169, 254, 0, 0}, 16, AddressKind::Never}, // link-local; clouds' metadata services
     {{172, 16, 0, 0}, 12, AddressKind::LocalNetwork},
-    {{192, 0, 0, 0}, 24, AddressKind::Never}, // protocol assignments; a cloud's metadata
+    {{192, 0, 0, 0}, 24, AddressKind::Never}, // IETF protocol assignments; a metadata service
     {{192, 168, 0, 0}, 16, AddressKind::LocalNetwork},
-    {{198, 18, 0, 0}, 15, AddressKind::LocalNetwork}, // networks under test
+    {{198, 18, 0, 0}, 15, AddressKind::LocalNetwork}, // benchmarking (RFC 2544)
     {{224, 0, 0, 0}, 4, AddressKind::Never}, // multicast
     {{240, 0, 0, 0}, 4, AddressKind::Never}, // reserved, broadcast
 };
@@ -64,26 +64,26 @@ struct Ipv6Network {
     unsigned char address[16];
     int bits;
     AddressKind kind;
-    int ipv4At = -1; ///< the byte where an IPv4 address begins that counts instead
+    int ipv4At = -1; ///< offset of an embedded IPv4 address, whose kind counts
 };
 
 constexpr Ipv6Network Ipv6Networks[] = {
     {{}, 128, AddressKind::Never}, // unspecified
     {{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, 128, AddressKind::Machine},
-    {{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff}, 96, AddressKind::Never, 12}, // mapped
-    {{0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff}, 96, AddressKind::Never, 12}, // translated
-    {{}, 96, AddressKind::Never, 12}, // compatible
-    {{0x00, 0x64, 0xff, 0x9b}, 96, AddressKind::Never, 12}, // NAT64
-    {{0x00, 0x64, 0xff, 0x9b, 0x00, 0x01}, 48, AddressKind::LocalNetwork}, // a network's own NAT64
-    {{0x01}, 64, AddressKind::Never}, // discarded
+    {{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff}, 96, AddressKind::Never, 12}, // IPv4-mapped
+    {{0, 0, 0, 0, 0, 0, 0, 0, 0xff, 0xff}, 96, AddressKind::Never, 12}, // IPv4-translated
+    {{}, 96, AddressKind::Never, 12}, // IPv4-compatible
+    {{0x00, 0x64, 0xff, 0x9b}, 96, AddressKind::Never, 12}, // NAT64 (RFC 6052)
+    {{0x00, 0x64, 0xff, 0x9b, 0x00, 0x01}, 48, AddressKind::LocalNetwork}, // local NAT64 (RFC 8215)
+    {{0x01}, 64, AddressKind::Never}, // discard-only (RFC 6666)
     {{0x20, 0x01, 0x00, 0x00}, 32, AddressKind::Never}, // Teredo
     {{0x20, 0x02}, 16, AddressKind::Never, 2}, // 6to4
     {{0xfd, 0x00, 0x0e, 0xc2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x02, 0x54}, 128,
-        AddressKind::Never}, // clouds' metadata
+        AddressKind::Never}, // clouds' metadata services
     {{0xfd, 0x20, 0x00, 0xce, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x02, 0x54}, 128, AddressKind::Never},
     {{0xfc}, 7, AddressKind::LocalNetwork}, // unique local
     {{0xfe, 0x80}, 10, AddressKind::Never}, // link-local
-    {{0xfe, 0xc0}, 10, AddressKind::LocalNetwork}, // site-local, of old
+    {{0xfe, 0xc0}, 10, AddressKind::LocalNetwork}, // site-local, deprecated
     {{0xff}, 8, AddressKind::Never}, // multicast
 };
 
@@ -96,7 +96,7 @@ AddressKind kindOfIpv6(Bytes address)
     return AddressKind::Internet;
 }
 
-/// The bytes of the address; null for other families than IPv4 and IPv6.
+/// The bytes of an IPv4 or IPv6 address; null for other families.
 Bytes bytesOf(const sockaddr *address)
 {
     switch (address->sa_family) {
@@ -114,6 +114,7 @@ int bitsOf(const sockaddr *address)
     return address->sa_family == AF_INET ? Ipv4Bits : Ipv6Bits;
 }
 
+/// The number of leading one bits of a netmask; 0 without a netmask.
 int prefixOf(const sockaddr *mask)
 {
     const Bytes bytes = mask ? bytesOf(mask) : nullptr;
@@ -123,7 +124,7 @@ int prefixOf(const sockaddr *mask)
     return bits;
 }
 
-/// A name that no public name server answers.
+/// Whether the name cannot be in the public DNS: a single label or a local domain.
 bool isLocalName(const QString &name)
 {
     if (!name.contains(QLatin1Char('.')))
@@ -152,7 +153,7 @@ AddressKind kindOfTarget(const QString &target)
     return isLocalName(target) ? AddressKind::LocalNetwork : AddressKind::Internet;
 }
 
-/// ADDRESS of "HOST:PORT:ADDRESS:PORT", without its brackets; empty when the host stays.
+/// ADDRESS of "HOST:PORT:ADDRESS:PORT", without its brackets; empty when the entry keeps the host.
 QString targetOf(const QString &entry)
 {
     const int portAt = entry.lastIndexOf(QLatin1Char(':'));
@@ -217,8 +218,9 @@ AddressKind addressKind(const sockaddr *address, const OwnAddresses &own)
             continue;
         if (hasPrefix(bytesOf(address), bytesOf(mine), bitsOf(mine)))
             return AddressKind::Machine;
-        // Public IPv4 networks belong to providers, with other customers' servers in them. A tunnel
-        // that takes all traffic (a prefix of 0) makes no address a neighbour.
+        // IPv6 only: public IPv4 networks belong to providers, with other customers' servers in
+        // them. Short prefixes do not count, as a tunnel for all traffic (a prefix of 0) does not
+        // make every address a neighbour.
         if (mine->sa_family == AF_INET6 && entry.prefix >= 32
             && hasPrefix(bytesOf(address), bytesOf(mine), entry.prefix))
             nearest = AddressKind::LocalNetwork;

@@ -12,23 +12,23 @@
 #include <sys/socket.h>
 
 /// \file
-/// Which addresses the host connects to when a service names them: pictures, streams. A service's
-/// answers are untrusted, and servers on the machine or in the local network often trust every
-/// client that reaches them (server-side request forgery). The policy applies to the address of the
-/// connection, not to the host's name, so that neither a redirect nor a name that changes its
-/// address (DNS rebinding) gets around it. Any thread.
+/// Which addresses the host connects to when a service's response names them, for images and
+/// streams. Responses are untrusted, and servers on the machine or in the local network often trust
+/// every client that can reach them (server-side request forgery). The policy applies to the
+/// address of the connection, not to the host name, so that neither redirects nor DNS rebinding
+/// bypass it. Any thread.
 
-/// Where an address lies, seen from this machine.
+/// Where an address is, as seen from this machine.
 enum class AddressKind {
     Internet,
-    LocalNetwork, ///< Private, shared or on a network that the machine is in.
-    Machine, ///< Loopback, or one of the machine's own.
-    /// Never used for streams: link-local addresses and others with a cloud's metadata service,
-    /// multicast, broadcast, unspecified, reserved.
+    LocalNetwork, ///< Private, shared or on a network of this machine.
+    Machine, ///< Loopback, or an address of this machine.
+    /// Never connected to: link-local addresses and others of clouds' metadata services, multicast,
+    /// broadcast, unspecified and reserved ones.
     Never,
 };
 
-/// Which addresses a service may name; each includes the ones before.
+/// Which addresses a service may name; each value includes those before it.
 enum class AddressReach { Internet, LocalNetwork, Machine };
 
 /// The addresses of this machine's interfaces, with their networks.
@@ -36,37 +36,38 @@ class VESK_API OwnAddresses {
 public:
     struct Entry {
         sockaddr_storage address;
-        int prefix; ///< bits of the network; all of them: the address alone
+        int prefix; ///< the network's prefix length in bits; full length: this address alone
     };
 
     OwnAddresses() = default;
     explicit OwnAddresses(std::vector<Entry> entries);
-    /// As they are now; asks the system, without blocking.
+    /// The current ones, queried from the system without blocking; empty on failure.
     static OwnAddresses present();
 
     const std::vector<Entry> &entries() const & { return m_entries; }
-    const std::vector<Entry> &entries() && = delete; // which would not outlive the expression
+    const std::vector<Entry> &entries() && = delete; // would dangle
 
 private:
     std::vector<Entry> m_entries;
 };
 
-/// By the registries of special addresses (RFC 6890) alone, for IPv4 and IPv6; the IPv4 address
-/// inside an IPv6 one counts. Every other family is Never. A pure function.
+/// The kind of an IPv4 or IPv6 address by the special-purpose address registries (RFC 6890) alone;
+/// for an IPv6 address with an embedded IPv4 address, the kind of the latter. Every other family is
+/// Never. A pure function.
 VESK_API AddressKind addressKind(const sockaddr *address);
-/// The same, and Machine for one of \a own, LocalNetwork for a neighbour on an IPv6 network of
-/// \a own: homes have public addresses there. A pure function.
+/// The same, but Machine for an address in \a own and LocalNetwork for a neighbour on an IPv6
+/// network in \a own, because home networks have public IPv6 addresses. A pure function.
 VESK_API AddressKind addressKind(const sockaddr *address, const OwnAddresses &own);
 
 namespace AddressPolicy {
 
 VESK_API bool allows(AddressReach reach, AddressKind kind);
-/// The reach that services need which \a connectTo, entries of HttpClient::setConnectTo(),
-/// redirects: an administrator who runs a service inside wants its addresses used. Names count by
-/// their form, nothing is resolved. A pure function.
+/// The reach that services need when \a connectTo, entries of HttpClient::setConnectTo(), redirects
+/// them: an administrator who runs a service locally wants its local addresses to be used. Names
+/// are judged by their form and not resolved. A pure function.
 VESK_API AddressReach ofConnectTo(const QStringList &connectTo);
 
-/// The policy of this process; until it is set, everything but Never.
+/// The reach of this process; Machine until setCurrent() is called.
 VESK_API AddressReach current();
 VESK_API void setCurrent(AddressReach reach);
 

@@ -8,12 +8,12 @@
 
 #include <curl/curl.h>
 
-/// Errors for exchanges that failed below the level of an answer. Pure functions, any thread.
+/// Errors for exchanges that failed without a response. Pure functions, any thread.
 class VESK_API CMErrorHelper {
 public:
-    /// The error for libcurl's \a code while \a service (a name for the user; empty stands for the
-    /// host of \a url) was asked for \a url, which itself does not become part of the error: it may
-    /// hold secrets. Its name is the default
-    /// name, ":curl-" and the code; its hash holds the code as "curlCode".
+    /// The error for a request to \a url that failed with libcurl's \a code. \a service is the name
+    /// of the service for the user; if empty, the host of \a url is used. The URL itself is not
+    /// part of the error, as it may contain secrets. The error's name is the default name followed
+    /// by ":curl-" and the code, which is also its entry "curlCode".
     static CMError create(CURLcode code, const VeskUrl &url, const QString &service);
 };

@@ -16,7 +16,8 @@ namespace {
 bool isAllowed(const sockaddr *address)
 {
     const AddressReach reach = AddressPolicy::current();
-    // The machine's own addresses matter only where not everything inside is allowed.
+    // With reach Machine the machine's own addresses make no difference: do not ask the system for
+    // them.
     const AddressKind kind = reach == AddressReach::Machine
         ? addressKind(address)
         : addressKind(address, OwnAddresses::present());

@@ -8,19 +8,20 @@
 #include <curl/curl.h>
 
 /// Applies the AddressPolicy of the process to one libcurl handle: checks each address just before
-/// the connection is made, after name resolution and after each redirect. Switches proxies off, as
-/// they would resolve names themselves. Lives on the handle's thread and as long as the handle uses
-/// it.
+/// the connection is made, after name resolution and after each redirect. Disables proxies, which
+/// would resolve names themselves. Used on the handle's thread; must live as long as the handle
+/// uses it.
 class VESK_API ConnectionGuard {
 public:
     ConnectionGuard() = default;
     ConnectionGuard(const ConnectionGuard &) = delete;
     ConnectionGuard &operator=(const ConnectionGuard &) = delete;
 
-    /// Sets \a easy up, after setUpHttpHandle(). Resets hasRefused().
+    /// Sets up \a easy; call it after setUpHttpHandle(), which sets another socket function. Resets
+    /// hasRefused().
     void guard(CURL *easy);
-    /// Whether an address was refused; an exchange that failed without another reason
-    /// (CURLE_COULDNT_CONNECT) failed for that one.
+    /// Whether an address was refused; if so, that is why an exchange failed with
+    /// CURLE_COULDNT_CONNECT.
     bool hasRefused() const { return m_refused; }
 
 private:
@@ -29,5 +30,6 @@ private:
     bool m_refused = false;
 };
 
-/// Opens close-on-exec sockets, for setUpHttpHandle(): child processes must not inherit them.
+/// The CURLOPT_OPENSOCKETFUNCTION of setUpHttpHandle(): opens close-on-exec sockets, which child
+/// processes do not inherit.
 VESK_API curl_socket_t openHttpSocket(void *, curlsocktype, curl_sockaddr *address);

@@ -9,7 +9,7 @@ namespace {
 
 constexpr int FirstErrorCode = 400;
 
-/// The status in \a answer; null when the answer is not of that form.
+/// The status in \a answer, a response body; null when the body does not have that form.
 QString statusIn(const QByteArray &answer, const ServiceAnswerForm &form)
 {
     VeskError error;

@@ -10,22 +10,23 @@
 #include <QStringList>
 
 /// \file
-/// What a service's response says about its success. Pure functions, any thread.
+/// Whether a request to a service succeeded, according to its response. Pure functions, any thread.
 
-/// Where a service's answers, JSON objects, have their status, and which statuses are good.
+/// Where a service's responses, JSON objects, carry their status, and which statuses mean success.
 struct ServiceAnswerForm {
-    /// The names of the members that lead to the status; empty when the form is not known.
+    /// The member names that lead to the status, outermost first; empty when the form is not known.
     QStringList status;
-    /// The statuses of good answers.
+    /// The statuses that mean success.
     QStringList good;
 
     bool isKnown() const { return !status.isEmpty(); }
 };
 
-/// What went wrong with the exchange, or, if \a form is known, according to its answer. Empty for
-/// an exchange that was cancelled or never sent. Parses the whole answer.
+/// The fault of the exchange or, if \a form is known, the one that the response reports. Empty on
+/// success and for an exchange that was cancelled or never sent. Parses the whole body.
 VESK_API VeskServiceFault serviceFaultOf(
     const HttpClientResult &exchange, const ServiceAnswerForm &form);
 
-/// Whether the exchange failed, whatever its answer says. Cheap: the answer is not read.
+/// Whether the exchange failed or its HTTP status is an error, whatever the body says. Cheap: the
+/// body is not parsed.
 VESK_API bool hasFailed(const HttpClientResult &exchange);

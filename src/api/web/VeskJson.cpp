@@ -19,7 +19,7 @@ namespace {
 
 namespace dom = simdjson::dom;
 
-/// Up to this size a parser is kept for the thread's next text.
+/// Up to this size of text, a parser's buffers are kept for the thread's next text.
 constexpr std::size_t KeptParserBytes = std::size_t(1024) * 1024;
 constexpr std::size_t LeastParserBytes = std::size_t(16) * 1024;
 
@@ -31,23 +31,24 @@ bool isAscii(const char *bytes, std::size_t size)
     return all < 0x80;
 }
 
-/// \a view is known to be UTF-8.
+/// \a view must be valid UTF-8.
 QString makeText(std::string_view view)
 {
     const int size = static_cast<int>(view.size());
     if (isAscii(view.data(), view.size()))
         return QString::fromLatin1(view.data(), size);
-    // Qt takes a leading U+FEFF for a byte order mark and drops it.
+    // QString::fromUtf8() takes a leading U+FEFF for a byte order mark and drops it.
     const QString text = QString::fromUtf8(view.data(), size);
     return view.substr(0, 3) == "\xEF\xBB\xBF" ? QChar(QChar::ByteOrderMark) + text : text;
 }
 
-/// Shares the QStrings of texts that an answer repeats (keys, "outline", guide ids, bit rates): a
-/// direct-mapped cache over the parser's string buffer, which is padded, so that slotOf() may read
-/// up to seven bytes behind a text.
+/// Shares one QString among the repetitions of a text in a response (keys, "outline", guide ids,
+/// bit rates): a direct-mapped cache of views of the parser's string buffer. The buffer is padded,
+/// so that slotOf() may read up to seven bytes past a text.
 template <unsigned SlotBits, std::size_t MaxSize>
 class SharedTexts {
 public:
+    /// The reference is valid until the next call.
     const QString &operator[](std::string_view view)
     {
         if (view.size() > MaxSize) {
@@ -55,6 +56,7 @@ public:
             return m_unshared;
         }
         Slot &slot = m_slots[slotOf(view)];
+        // The view of an unused slot equals an empty text, but has no data.
         if (slot.view != view || !slot.view.data()) {
             slot.text = makeText(view);
             slot.view = view;
@@ -68,6 +70,7 @@ private:
         QString text;
     };
 
+    /// Hashes the size, the first and the last eight bytes.
     static std::size_t slotOf(std::string_view view)
     {
         constexpr std::uint64_t Spread = 0x9E3779B97F4A7C15;
@@ -95,10 +98,10 @@ QVariant numberVariant(double value)
     return QVariant(value);
 }
 
-/// Turns one parsed text into variants, each built in its final place.
+/// Converts one parsed text to variants, each of which is built in its final place.
 class VariantBuilder {
 public:
-    /// False when the answer is nested too deeply.
+    /// False when the text is nested deeper than VeskJson::MaxDepth.
     bool build(QVariant &out, const dom::element &root)
     {
         add(out, root);
@@ -106,7 +109,8 @@ public:
     }
 
 private:
-    /// Counts the depth, as simdjson's own limit ignores an empty list or object at the bottom.
+    /// Counts the nesting depth, as simdjson's own limit ignores an empty array or object at the
+    /// deepest level.
     struct Level {
         explicit Level(VariantBuilder &builder)
             : depth(builder.m_depth)
@@ -135,6 +139,7 @@ private:
         case dom::element_type::INT64:
             out = QVariant(static_cast<qlonglong>(std::int64_t(element)));
             break;
+        // Beyond the range of int64_t only.
         case dom::element_type::UINT64:
             out = QVariant(static_cast<double>(std::uint64_t(element)));
             break;
@@ -182,10 +187,10 @@ private:
     bool m_tooDeep = false;
 };
 
-/// A parser whose memory each thread keeps, unless it is much.
+/// A parser whose buffers each thread reuses, unless they are large.
 class ThreadParser {
 public:
-    /// Frees a large parser at the end of its scope.
+    /// Frees a large parser's buffers at the end of the scope.
     struct Shrinker {
         explicit Shrinker(ThreadParser &toShrink)
             : parser(toShrink)
@@ -224,6 +229,7 @@ QVariant VeskJson::parse(const QByteArray &data, VeskError &error, unsigned int 
     error = VeskError();
     QVariant result;
     dom::element root;
+    // Nearly all texts are strict JSON; only the others are repaired and parsed again.
     if (parser.parse(data.constData(), std::size_t(data.size())).get(root) == simdjson::SUCCESS
         && VariantBuilder().build(result, root))
         return result;

@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Names under which stations and their networks have listeners prove who they are, beside those of
-/// veskIsSecretKey().
+/// Whether a query parameter of this name authenticates a listener to a station or its network,
+/// besides the names of veskIsSecretKey().
 bool isCredential(const QString &name)
 {
     static const QSet<QString> credentials {QStringLiteral("accesskey"),
@@ -30,9 +30,11 @@ bool isCredential(const QString &name)
     return credentials.contains(name.toLower());
 }
 
-/// What setPath() leaves as it is, RFC 3986's "pchar" and "/".
+/// The characters besides the unreserved ones that setPath() does not encode: the rest of RFC
+/// 3986's "pchar", and "/".
 constexpr char PathCharacters[] = "!$&'()*+,;=:@/";
-/// So deep secrets are looked for in addresses inside addresses; what lies deeper is not shown.
+/// How deep URLs inside query values are searched for secrets; a URL nested deeper is hidden as a
+/// whole.
 constexpr int MaxNesting = 4;
 
 bool isPlain(ushort c)
@@ -40,7 +42,7 @@ bool isPlain(ushort c)
     return c > 0x20 && c < 0x7F;
 }
 
-/// No early end: nearly every URL is plain, and this way the loop is a vector loop.
+/// No early exit: nearly every URL is plain, and without one the compiler vectorises the loop.
 bool isPlain(const QString &url)
 {
     unsigned odd = 0;
@@ -51,7 +53,7 @@ bool isPlain(const QString &url)
 
 QString plainOf(const QString &url)
 {
-    // Every visible character stands, "%" too: escapes are not encoded again.
+    // Keeps every visible ASCII character, "%" included, so that escapes are not encoded again.
     return veskPercentEncode(url, "!\"#$%&'()*+,/:;<=>?@[\\]^`{|}");
 }
 
@@ -65,7 +67,7 @@ bool isSchemeCharacter(ushort c)
     return isLetter(c) || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
 }
 
-/// The size of the scheme that \a url starts with, 0 when it starts with none.
+/// The length of the scheme at the start of \a url; 0 when there is none.
 int schemeSizeOf(const QString &url)
 {
     if (url.isEmpty() || !isLetter(url.at(0).unicode()))
@@ -93,7 +95,7 @@ QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
         }
         bytes.append(c == '+' && plusIsBlank ? ' ' : static_cast<char>(c));
     }
-    // Qt takes U+FEFF in front for a mark of the encoding and drops it.
+    // QString::fromUtf8() takes a leading U+FEFF for a byte order mark and drops it.
     const QString decoded = QString::fromUtf8(bytes);
     return bytes.startsWith("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + decoded : decoded;
 }
@@ -183,7 +185,7 @@ void VeskUrl::setScheme(const QString &scheme)
     const int rest = m_schemeSize > 0 ? m_schemeSize + 1 : 0;
     if (scheme.isEmpty()) {
         m_url.remove(0, rest);
-        // What was a path must not read as a scheme now.
+        // The start of the path must not be parsed as a scheme now.
         if (const int colon = schemeSizeOf(m_url))
             m_url.replace(colon, 1, QLatin1String("%3A"));
         findParts();
@@ -220,8 +222,9 @@ void VeskUrl::setPath(const QString &path)
     replacePath(veskPercentEncode(path, PathCharacters));
 }
 
-/// Keeps apart what a reader would take for another part: a path of "//x" for an authority, one of
-/// "x:y" for a scheme.
+/// Applies RFC 3986, section 3.3: after an authority a path begins with "/". Without one, the start
+/// of "//x" is encoded, which would be parsed as an authority, and that of "x:y", which would be
+/// parsed as a scheme.
 void VeskUrl::replacePath(const QString &encodedPath)
 {
     QString path = encodedPath;
@@ -237,7 +240,8 @@ void VeskUrl::replacePath(const QString &encodedPath)
     findParts();
 }
 
-/// Steps \a position, at first m_query, to the next item; false behind the last.
+/// Reads the next item from \a position, initially m_query, and advances \a position past it; false
+/// when there are no more.
 bool VeskUrl::nextItem(int &position, Item &item) const
 {
     const QChar *const text = m_url.constData();
@@ -335,7 +339,8 @@ void VeskUrl::removeQueryItem(const QString &key)
     Item item;
     if (!findItem(key, item))
         return;
-    // The delimiter before goes too; the first item takes the one behind it, the only one the "?".
+    // Removes the delimiter before the item as well: the "?" for the only item. For the first of
+    // several, removes the one after it instead.
     const bool first = item.begin == m_query;
     const bool last = item.end == queryEnd();
     const int begin = first && !last ? item.begin : item.begin - 1;
@@ -356,7 +361,7 @@ QString VeskUrl::displayText(const QString &address)
     return shown == url.m_url ? address : shown;
 }
 
-/// "key=value&..." with the values of secrets hidden, also of those inside addresses.
+/// \a items, "key=value&...", with the values of secrets hidden, including secrets in nested URLs.
 QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
 {
     QString shown;
@@ -380,7 +385,7 @@ QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
     return shown;
 }
 
-/// The value of an item, which may be an address itself.
+/// The value of an item, which may itself be a URL, with the secrets in that URL hidden.
 QString VeskUrl::withoutNestedSecrets(const QStringRef &value, int nesting)
 {
     const QString address = decoded(value, true);

@@ -13,15 +13,15 @@
 
 #include <iosfwd>
 
-/// A URL as the directory uses them: scheme, authority, path, query items in their order, fragment
-/// (RFC 3986). Parts that are not changed are written byte for byte as they were read, so a foreign
-/// stream address survives; what would break a request line (blanks, control and non-ASCII
-/// characters) is percent-encoded on reading. Reading is lenient and never fails: a relative
-/// reference has no scheme and no authority, a damaged escape stands for itself and bytes that are
-/// no UTF-8 read as U+FFFD. A value: copy freely, any thread.
+/// A URL: scheme, authority, path, query items in order, fragment (RFC 3986). Components that are
+/// not modified are kept byte for byte, so that the URLs of foreign streams survive; only what
+/// would break a request line (spaces, control and non-ASCII characters) is percent-encoded on
+/// parsing. Parsing is lenient and never fails: a relative reference has no scheme and no
+/// authority, a malformed escape is taken literally and invalid UTF-8 decodes to U+FFFD. A value
+/// type: copy freely, any thread.
 ///
-/// Items that are added are percent-encoded, a blank as %20 and a plus as %2B; reading takes "+" in
-/// a query for a blank.
+/// Added items are percent-encoded, a space as %20 and a plus as %2B; when a query is decoded, "+"
+/// is a space.
 class VESK_API VeskUrl {
 public:
     using QueryItems = QList<QPair<QString, QString>>;
@@ -32,36 +32,36 @@ public:
 
     bool isEmpty() const { return m_url.isEmpty(); }
     QString scheme() const { return m_url.left(m_schemeSize); }
-    /// An empty scheme makes a relative reference; a text that is no scheme changes nothing.
+    /// An empty scheme makes a relative reference; an invalid scheme changes nothing.
     void setScheme(const QString &scheme);
-    /// "host:port" with whatever stands before an "@".
+    /// "host:port", preceded by the user information and "@" if there is any.
     QString authority() const;
     /// The host's name or address without port, user or brackets.
     QString host() const;
 
     /// Decoded.
     QString path() const;
-    /// Behind an authority a missing "/" at the start is added.
+    /// Encodes \a path. After an authority, adds a missing "/" at its start.
     void setPath(const QString &path);
 
-    /// Decoded, in the URL's order; an item without "=" has an empty value, nothing between two "&"
-    /// is no item.
+    /// Decoded, in the order of the URL. An item without "=" has an empty value; an empty item
+    /// ("&&") is skipped.
     QueryItems queryItems() const;
     /// Replaces the whole query.
     void setQueryItems(const QueryItems &items);
     void addQueryItem(const QString &key, const QString &value);
     bool hasQueryItem(const QString &key) const;
-    /// The first item of that key; empty when there is none.
+    /// The value of the first item with that key; empty when there is none.
     QString queryItemValue(const QString &key) const;
-    /// Removes the first item of that key.
+    /// Removes the first item with that key.
     void removeQueryItem(const QString &key);
 
-    /// The whole URL, percent-encoded: plain ASCII without blanks and control characters.
+    /// The whole URL, percent-encoded: ASCII without spaces and control characters.
     QString toString() const { return m_url; }
     QByteArray toEncoded() const { return m_url.toLatin1(); }
-    /// toString() with passwords, session ids and user information as "***".
+    /// toString() with passwords, session ids, access keys and user information as "***".
     QString toDisplayString() const;
-    /// The same for an address that is just a text; one without secrets stays as it is.
+    /// The same for a URL in a string, which is returned unchanged when it contains no secrets.
     static QString displayText(const QString &address);
 
     bool operator==(const VeskUrl &other) const { return m_url == other.m_url; }
@@ -87,8 +87,8 @@ private:
     bool findItem(const QString &key, Item &item) const;
     QString valueOf(const Item &item) const;
 
-    /// The whole, encoded, and where its parts begin: the delimiters before them are not part of
-    /// them. An absent part begins at -1.
+    /// The whole URL, encoded, and the offsets of its components, after their delimiters; -1 for an
+    /// absent component.
     QString m_url;
     int m_schemeSize = 0;
     int m_authority = -1;

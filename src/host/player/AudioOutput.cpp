@@ -12,7 +12,7 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-/// The shortest time between two checks whether the audio has run out.
+/// The shortest interval of the underrun check.
 constexpr Milliseconds ShortestWatch {20};
 
 } // namespace
@@ -39,7 +39,7 @@ StreamConsumer::Taken AudioOutput::write(
     const StreamConsumer::Taken taken = m_pipeline->write(format, samples, size);
     if (taken != StreamConsumer::Taken::All)
         return taken;
-    // The watch's timer runs only while something is played.
+    // While not running, no timer checks whether there is enough audio to start.
     if (!m_running && !m_lookPosted.exchange(true)) {
         QMetaObject::invokeMethod(
             this,
@@ -115,7 +115,7 @@ Milliseconds AudioOutput::silence() const
         Clock::now() - Clock::time_point(Clock::duration(since)));
 }
 
-/// Begins when there is enough to go on for a while; stops when there is nothing left.
+/// Starts once enough audio is buffered, pauses on an underrun.
 void AudioOutput::watch()
 {
     if (m_paused || m_pipeline->isBroken())
@@ -136,8 +136,8 @@ void AudioOutput::watch()
     watchLater();
 }
 
-/// What is ahead now does not run out earlier than that. At the end of everything the pipeline
-/// signals that it has drained.
+/// Checks again when the audio buffered now will have run out. After finish() no check is needed:
+/// the pipeline reports the end of the stream.
 void AudioOutput::watchLater()
 {
     if (m_running && !m_finished)

@@ -16,54 +16,61 @@
 #include <chrono>
 #include <memory>
 
-/// Plays the decoded audio of one play in real time: buffers it, pauses by itself when it runs dry
-/// and goes on when there is enough again, so that nothing is skipped and isAudible() tells the
-/// truth. Lives on a thread with an event loop that may be held up: opening, starting and closing a
-/// sound device take as long as its driver likes. write() and the questions come from any thread.
+/// Plays the decoded audio of one play in real time. Buffers it; on an underrun it pauses and
+/// continues once enough is buffered again, so that no audio is skipped and isAudible() matches
+/// what is heard.
+///
+/// Lives on a thread with an event loop, which it may block: opening, starting and closing a sound
+/// device take as long as the driver does. write(), flush(), refuse() and the const functions may
+/// be called from any thread.
 class AudioOutput : public QObject {
     Q_OBJECT
 
 public:
     using Milliseconds = std::chrono::milliseconds;
-    /// Audio that is kept ahead; write() waits when there is more.
+    /// The most audio to buffer; write() waits while there is more.
     static constexpr Milliseconds Ahead {10000};
-    /// Audio to begin with, and to go on with after running dry.
+    /// Audio to buffer before starting, and before continuing after an underrun.
     static constexpr Milliseconds Start {300};
     static constexpr Milliseconds Restart {1000};
 
     explicit AudioOutput(const AudioOutputSpec &spec, QObject *parent = nullptr);
-    /// Closes.
+    /// Calls close().
     ~AudioOutput() override;
 
-    /// Takes a copy of whole frames in \a format, which must be the same for the whole play: 32-bit
-    /// floating-point samples. Waits for space, for StreamConsumer::MaxWait at most. Refused once
-    /// the output is closed or broken.
+    /// Copies \a size bytes of whole frames: interleaved 32-bit floating-point samples in \a
+    /// format, which must stay the same for the whole play. Waits for space, for
+    /// StreamConsumer::MaxWait at most. Refused in another format, while refuse() is in effect, and
+    /// once the output is closed or broken.
     StreamConsumer::Taken write(const AudioFormat &format, const char *samples, std::size_t size);
-    /// There is no more to come: drained() follows when everything was heard.
+    /// No more audio follows; drained() is emitted when everything was heard.
     void finish();
-    /// The format of the first write; unknown before.
+    /// The format of the first write(); unknown before.
     AudioFormat format() const;
 
     void pause();
     void resume();
-    /// Throws away what was not heard yet, but for the next half second.
+    /// Drops the audio that was not heard yet, except for the next half second, which is already on
+    /// its way to the device.
     void flush();
-    /// While it refuses, every write() fails at once, the waiting ones too.
+    /// While true, every write() fails at once, including those that are waiting.
     void refuse(bool refuse);
-    /// Lets every write() go, for good; a file is complete afterwards.
+    /// Ends every write() for good and closes the device; an output file is complete afterwards.
     void close();
 
-    /// What was written and not heard yet.
+    /// Duration of the audio that was written and not heard yet.
     Milliseconds ahead() const;
+    /// Whether audio is playing now, and whether it ever did.
     bool isAudible() const { return m_audible; }
     bool wasAudible() const { return m_wasAudible; }
-    /// For how long nothing could be heard though it should be.
+    /// For how long there has been no sound although there should be; zero while paused.
     Milliseconds silence() const;
 
 Q_SIGNALS:
     void audibleChanged(bool audible);
+    /// After finish(): everything was heard.
     void drained();
-    /// The sound output does not work; \a problem says so to a listener.
+    /// The sound output does not work; \a problem is a text for the user.
     void failed(const TrString &problem);
 
 private:
@@ -79,9 +86,10 @@ private:
     QTimer m_watch;
     bool m_paused = false;
     bool m_finished = false;
-    std::atomic<bool> m_running {false}; ///< The pipeline plays.
+    std::atomic<bool> m_running {false}; ///< the pipeline is playing
+    /// write() queued a watch() that has not run yet.
     std::atomic<bool> m_lookPosted {false};
     std::atomic<bool> m_audible {false};
     std::atomic<bool> m_wasAudible {false};
-    std::atomic<Clock::rep> m_silentSince; ///< 0 while it is heard or paused
+    std::atomic<Clock::rep> m_silentSince; ///< steady clock; 0 while audible or paused
 };

@@ -7,16 +7,16 @@
 
 #include <optional>
 
-/// Where a play is heard: "auto" (the machine's sound output), "null" (nowhere, in real time) or
-/// "wav:FILE" (a file, in real time, written anew by each play).
+/// The audio output of plays: "auto" (the system's sound output), "null" (none, in real time) or
+/// "wav:FILE" (a file, in real time, overwritten by each play).
 struct AudioOutputSpec {
     enum Kind { Auto, Null, Wav };
     Kind kind = Auto;
     QString file;
 
-    /// Nothing for what is none of the three forms.
+    /// Empty if \a text has none of the three forms.
     static std::optional<AudioOutputSpec> parse(const QString &text);
-    /// Why the file must not be written to: what is there is no regular file. Empty when nothing is
-    /// wrong. Opens nothing, so that no FIFO is waited for.
+    /// Why the file cannot be used: it exists and is not a regular file. Empty if it is fine. Does
+    /// not open the file, because opening a FIFO would block.
     QString problem() const;
 };

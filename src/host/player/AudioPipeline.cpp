@@ -18,11 +18,11 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-/// Audio that is on its way through the pipeline.
+/// How far ahead of playback audio enters the pipeline.
 constexpr Milliseconds InPipeline {400};
-/// Of it in one buffer.
+/// Duration of one buffer.
 constexpr Milliseconds Piece {100};
-/// How long a file may take to be completed.
+/// The longest wait for an output file to be completed.
 constexpr Milliseconds CloseTime {2000};
 
 GstClockTime toGst(Milliseconds time)
@@ -35,7 +35,7 @@ std::size_t frameSize(const AudioFormat &format)
     return sizeof(float) * static_cast<std::size_t>(format.channels);
 }
 
-/// The bytes of whole frames that last for \a time.
+/// Size in bytes of the whole frames that last for \a time.
 std::size_t sizeOf(const AudioFormat &format, Milliseconds time)
 {
     return static_cast<std::size_t>(format.rate * time.count() / 1000) * frameSize(format);
@@ -52,6 +52,7 @@ AudioOutput::Pipeline::Pipeline(AudioOutput &output, const AudioOutputSpec &spec
     m_source = add("appsrc");
     g_object_set(
         m_source, "stream-type", GST_APP_STREAM_TYPE_STREAM, "format", GST_FORMAT_TIME, nullptr);
+    // No limit: feed() decides how much is in the pipeline.
     gst_app_src_set_max_bytes(GST_APP_SRC(m_source), 0);
     GstAppSrcCallbacks callbacks {};
     callbacks.need_data = &Pipeline::onHungry;
@@ -61,6 +62,7 @@ AudioOutput::Pipeline::Pipeline(AudioOutput &output, const AudioOutputSpec &spec
     VESK_ASSERT(gst_element_link_many(m_source, convert, resample, nullptr));
     VESK_ASSERT(gst_element_link(resample, addSink(spec)));
     const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
+    // Messages are handled on the thread that posts them; there is no GLib main loop.
     gst_bus_set_sync_handler(bus.get(), &Pipeline::onMessage, this, nullptr);
     gst_element_set_state(m_pipeline.get(), GST_STATE_PAUSED);
 }
@@ -80,7 +82,7 @@ GstElement *AudioOutput::Pipeline::add(const char *factory)
     return element;
 }
 
-/// The first element of what comes after the conversion.
+/// Adds the elements after the conversion and returns the first of them.
 GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
 {
     switch (spec.kind) {
@@ -101,7 +103,7 @@ GstElement *AudioOutput::Pipeline::addSink(const AudioOutputSpec &spec)
     const GstPtr<GstCaps> caps(
         gst_caps_new_simple("audio/x-raw", "format", G_TYPE_STRING, "S16LE", nullptr));
     g_object_set(filter, "caps", caps.get(), nullptr);
-    // Unbuffered, so that the file shows at once what has been heard.
+    // Unbuffered, so that the file always contains what has been heard.
     constexpr int Unbuffered = 2;
     g_object_set(sink, "async", FALSE, "sync", FALSE, "buffer-mode", Unbuffered, "location",
         spec.file.toUtf8().constData(), nullptr);
@@ -130,7 +132,8 @@ StreamConsumer::Taken AudioOutput::Pipeline::write(
     VeskMutexLock lock(m_mutex);
     if (!m_format.isKnown())
         setFormat(format);
-    // Time makes space and signals nothing, so after the wait there is space for as long as that.
+    // Playback makes space without notifying m_changed, so an output that is full costs the whole
+    // wait. Only a closed or refusing output ends it early.
     while (isOpen() && aheadLocked() > Ahead && lock.waitUntil(m_changed, deadline)) { }
     if (!isOpen() || format != m_format)
         return Taken::Refused;
@@ -146,8 +149,8 @@ bool AudioOutput::Pipeline::isOpen() const
     return !m_closed && !m_refuse && !m_broken;
 }
 
-/// Brings what is due next into the pipeline, and the next piece into one that asked for it,
-/// however much its sink holds.
+/// Pushes audio until enough is in the pipeline. One buffer more when the appsrc asked for data:
+/// then the sink buffers more than InPipeline by itself.
 void AudioOutput::Pipeline::feed()
 {
     const std::size_t piece = sizeOf(m_format, Piece);
@@ -187,7 +190,9 @@ void AudioOutput::Pipeline::onHungry(GstAppSrc *, guint, gpointer self)
     pipeline->feed();
 }
 
-/// The pipeline's own time goes on in a pause, and is the machine's while it is being set going.
+/// The pipeline's running time. While paused this is the time at the last pause, because
+/// GStreamer's value keeps advancing; and so it is while the pipeline starts, because GStreamer's
+/// value is the system clock's until then.
 GstClockTime AudioOutput::Pipeline::now() const
 {
     GstState state = GST_STATE_NULL;
@@ -204,7 +209,7 @@ GstClockTime AudioOutput::Pipeline::aheadInPipeline() const
     return m_end > reached ? m_end - reached : 0;
 }
 
-/// How long \a size bytes are played for.
+/// Duration of \a size bytes of audio.
 GstClockTime AudioOutput::Pipeline::timeOf(std::size_t size) const
 {
     return m_format.isKnown()
@@ -266,11 +271,12 @@ void AudioOutput::Pipeline::close()
     flush();
 }
 
-/// The encoder corrects the file's head at the end of its stream. What still waits before the
-/// encoder, and was not heard, does not become part of the file.
+/// wavenc completes the header of the file at the end of the stream (EOS). The event is sent
+/// straight to the encoder: audio still upstream of it was not heard and does not get into the
+/// file.
 void AudioOutput::Pipeline::completeFile()
 {
-    // A file that is paused takes no end.
+    // A paused pipeline does not process EOS.
     setRunning(true);
     const GstPtr<GstPad> pad(gst_element_get_static_pad(m_encoder, "sink"));
     gst_pad_send_event(pad.get(), gst_event_new_eos());
@@ -309,7 +315,7 @@ void AudioOutput::Pipeline::tell(GstMessage *message)
     AudioOutput *output = &m_output;
     if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_WARNING) {
         VESK_WARN("sound output: " << QString::fromStdString(gstMessageText(message)));
-        // The automatic output, which would play silently without a device.
+        // Without a device autoaudiosink falls back to a silent sink, and only warns.
         if (GST_MESSAGE_SRC(message) == GST_OBJECT(m_automatic))
             fail(QT_TRANSLATE_NOOP("Player", "There is no sound device."));
     } else if (GST_MESSAGE_TYPE(message) == GST_MESSAGE_ERROR) {

@@ -11,10 +11,11 @@
 
 struct _GstAppSrc;
 
-/// appsrc ! audioconvert ! audioresample ! (the sink). Audio waits in a queue of our own, so that
-/// it can be thrown away, and goes into the pipeline shortly before it is due, in pieces of a tenth
-/// of a second whatever the decoder's were: each wakes the sink. Buffers follow each other in time;
-/// after a lack of audio they go on at the time that the pipeline has reached. Any thread.
+/// appsrc ! audioconvert ! audioresample ! sink. Audio is held in a GstAdapter, from which it can
+/// be dropped, and enters the pipeline shortly before it is due, in buffers of a tenth of a second
+/// whatever the size of the decoder's: each buffer wakes the sink's thread once. Buffers get
+/// consecutive timestamps; after an underrun they continue at the pipeline's current running time.
+/// Any thread.
 class AudioOutput::Pipeline {
 public:
     Pipeline(AudioOutput &output, const AudioOutputSpec &spec);
@@ -27,7 +28,7 @@ public:
     void setRunning(bool running);
     void close();
     AudioFormat format() const;
-    /// What was written and not heard yet.
+    /// Duration of the audio that was written and not heard yet.
     Milliseconds ahead() const;
     bool isBroken() const { return m_broken; }
 
@@ -44,6 +45,7 @@ private:
     void push(GstBuffer *audio) VESK_REQUIRES(m_mutex);
     void completeFile();
     static void onHungry(_GstAppSrc *, guint, gpointer self);
+    // Called on GStreamer's streaming threads.
     static GstBusSyncReply onMessage(GstBus *, GstMessage *message, gpointer self);
     void tell(GstMessage *message);
     void fail(const char *problem);
@@ -51,23 +53,26 @@ private:
     AudioOutput &m_output;
     GstPtr<GstElement> m_pipeline;
     GstElement *m_source = nullptr;
-    GstElement *m_encoder = nullptr; ///< of a file; null without
-    GstElement *m_automatic = nullptr; ///< which finds a sound device; null without
+    GstElement *m_encoder = nullptr; ///< wavenc; null without an output file
+    GstElement *m_automatic = nullptr; ///< autoaudiosink; null for the other outputs
     std::atomic<bool> m_broken {false};
 
     mutable VeskMutex m_mutex;
+    /// Notified when isOpen() may have changed and at the end of the stream.
     std::condition_variable m_changed;
     AudioFormat m_format VESK_GUARDED_BY(m_mutex);
+    /// Audio that has not entered the pipeline yet.
     GstPtr<_GstAdapter> m_waiting VESK_PT_GUARDED_BY(m_mutex);
-    /// The running time at which what is in the pipeline ends.
+    /// Running time at which the audio in the pipeline ends.
     GstClockTime m_end VESK_GUARDED_BY(m_mutex) = 0;
-    /// All that is in the pipeline has reached the sink.
+    /// The appsrc is empty and wants data (need-data).
     bool m_hungry VESK_GUARDED_BY(m_mutex) = false;
     bool m_running VESK_GUARDED_BY(m_mutex) = false;
-    /// The running time at which it was halted.
+    /// Running time at the last pause.
     GstClockTime m_reached VESK_GUARDED_BY(m_mutex) = 0;
     bool m_refuse VESK_GUARDED_BY(m_mutex) = false;
     bool m_closed VESK_GUARDED_BY(m_mutex) = false;
+    /// finish() was called: end the stream after the last buffer.
     bool m_finishing VESK_GUARDED_BY(m_mutex) = false;
     bool m_endReached VESK_GUARDED_BY(m_mutex) = false;
 };

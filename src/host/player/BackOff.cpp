@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The random part, as a share of the wait. The longest wait has one too.
+/// The most jitter to add, relative to the wait. LongestBase leaves room for it.
 constexpr double Jitter = 0.5;
 constexpr BackOff::Milliseconds LongestBase {
     static_cast<int>(BackOff::Longest.count() / (1 + Jitter))};

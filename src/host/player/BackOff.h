@@ -6,23 +6,24 @@
 #include <chrono>
 #include <functional>
 
-/// How long to wait before the next try: from half a second, twice as long after each failure, up
-/// to fifteen seconds, with a random part so that not everybody comes back to a restarted server at
-/// once. Not thread-safe.
+/// Exponential back-off between tries: from half a second, doubled after each failure, up to
+/// fifteen seconds, with random jitter so that clients do not all return to a restarted server at
+/// the same time. Not thread-safe.
 class BackOff {
 public:
     using Milliseconds = std::chrono::milliseconds;
     static constexpr Milliseconds Shortest {500};
     static constexpr Milliseconds Longest {15000};
-    /// The most that a server's Retry-After is heeded.
+    /// The longest Retry-After that is honoured.
     static constexpr Milliseconds LongestAsked {120000};
 
-    /// \a random gives numbers from 0 to below 1.
+    /// \a random returns numbers in [0, 1); empty: the global generator.
     explicit BackOff(std::function<double()> random = {});
 
-    /// The time to wait now. \a asked is what the server asked for; zero when it did not.
+    /// The time to wait before the next try. \a asked is the server's Retry-After; zero without
+    /// one.
     Milliseconds next(Milliseconds asked = Milliseconds::zero());
-    /// What was tried went well.
+    /// A try succeeded.
     void reset() { m_base = Shortest; }
 
 private:

@@ -10,21 +10,21 @@
 #include <QPair>
 #include <QString>
 
-/// Which of a station's streams was chosen by hand, kept in the state folder as "streams.json" from
-/// one run to the next: the last 200 stations. A file that cannot be read is set aside and counts
-/// as empty, one that cannot be written is logged. Main thread.
+/// The streams that users picked for stations, for the 200 stations used last, stored as
+/// "streams.json" in the state folder. An unreadable file is renamed and treated as empty; a
+/// failure to write is logged. Main thread.
 class ChosenStreams {
 public:
     static constexpr int MaxStations = 200;
-    /// A longer file is not read.
+    /// A larger file counts as unreadable.
     static constexpr std::size_t MaxSize = 4 * 1024 * 1024;
 
-    /// With an empty folder nothing is kept beyond this run.
+    /// With an empty \a folder nothing is stored beyond this run.
     explicit ChosenStreams(const QString &folder);
 
-    /// The path of the stream's row; empty when none was chosen.
+    /// The path of the picked stream's row; empty if there is none.
     CMPath streamOf(const CMPath &station) const;
-    /// Writes the file before it returns, when that changes anything.
+    /// Writes the file before it returns, if anything changed.
     void remember(const CMPath &station, const CMPath &stream);
 
     QString fileName() const { return m_name; }
@@ -38,5 +38,5 @@ private:
     const QString m_folder;
     const QString m_name;
     files::KeptFile m_file;
-    QList<Choice> m_choices; ///< the latest first
+    QList<Choice> m_choices; ///< most recent first
 };

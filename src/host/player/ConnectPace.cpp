@@ -7,6 +7,7 @@
 
 std::chrono::milliseconds ConnectPace::next(Clock::time_point now)
 {
+    // A token bucket: connections may run ahead of the even rate by the burst.
     const auto allowance = Interval * (Burst - 1);
     m_due = std::max(m_due, now - allowance);
     const auto wait = std::max(m_due - now, Clock::duration::zero());

@@ -19,8 +19,9 @@
 
 namespace {
 
-/// How the new process begins: alone in its group, so that a terminal's Ctrl-C is for the host,
-/// with no signal blocked, and with no descriptor but its socket.
+/// Attributes of the new process: its own process group, so that Ctrl-C in a terminal reaches only
+/// the host; no blocked signals; no open descriptors except its socket and /dev/null as standard
+/// streams.
 class SpawnSettings {
 public:
     explicit SpawnSettings(int socket)
@@ -67,6 +68,7 @@ DecoderProcess::DecoderProcess()
         m_problem = QString::fromLocal8Bit(std::strerror(errno));
         return;
     }
+    // The host's end only: vesk-decoder uses blocking sends.
     ::fcntl(sockets[0], F_SETFL, O_NONBLOCK);
     m_socket = sockets[0];
     QByteArray program = QFile::encodeName(HostFolders::decoderProgram());
@@ -96,7 +98,7 @@ void DecoderProcess::kill()
 {
     if (m_socket >= 0)
         ::shutdown(m_socket, SHUT_RDWR);
-    // Not reaped before the destructor, so the number is still this process's.
+    // The process is reaped only by the destructor, so the pid cannot have been reused.
     if (m_pid > 0)
         ::kill(m_pid, SIGKILL);
 }

@@ -7,25 +7,26 @@
 
 #include <sys/types.h>
 
-/// One vesk-decoder and the socket to it. The process ends by itself when the socket does. Any
-/// thread, one at a time.
+/// A vesk-decoder process and the socket to it. The process exits when the socket is closed. May be
+/// used by one thread at a time, except for kill().
 class DecoderProcess {
 public:
-    /// Starts the program; check isRunning(). Takes a millisecond.
+    /// Starts the program, which takes about a millisecond. On failure isRunning() is false.
     DecoderProcess();
-    /// Ends the process without a word and waits until it is gone.
+    /// Kills the process and reaps it.
     ~DecoderProcess();
     DecoderProcess(const DecoderProcess &) = delete;
     DecoderProcess &operator=(const DecoderProcess &) = delete;
 
-    /// False when it could not be started; problem() says why.
+    /// False if it could not be started; problem() says why.
     bool isRunning() const { return m_pid > 0; }
     const QString &problem() const { return m_problem; }
-    /// A non-blocking stream socket, which stays this object's.
+    /// The host's end of a stream socket, non-blocking. Owned by this object.
     int socket() const { return m_socket; }
     pid_t pid() const { return m_pid; }
 
-    /// Ends the conversation and the process, without waiting. Any thread, at any time.
+    /// Shuts the socket down and kills the process, without waiting. Any thread, at any time before
+    /// the destructor.
     void kill();
 
 private:

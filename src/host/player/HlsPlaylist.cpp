@@ -16,13 +16,15 @@ using Milliseconds = std::chrono::milliseconds;
 
 constexpr Milliseconds ShortestTarget {1000};
 constexpr Milliseconds LongestTarget {60000};
-/// What audio alone needs at most; what is above carries pictures.
+/// bit/s. Variants above this carry video.
 constexpr int AudioBandwidth = 400000;
-/// Far above what a server counts to, and far enough below what would overflow.
+/// Above any real media sequence number, and low enough to count on without overflow.
 constexpr qint64 LargestNumber = Q_INT64_C(1) << 53;
-/// Segments before the end of a stream that goes on, as RFC 8216, 6.3.3 wants it.
+/// Where to join a live stream: RFC 8216, 6.3.3 advises against starting closer than three target
+/// durations to the end.
 constexpr int SegmentsFromEnd = 3;
 
+/// A decimal number of seconds, at most LongestTarget; zero when it is invalid.
 Milliseconds seconds(const QByteArray &text)
 {
     bool ok = false;
@@ -32,13 +34,14 @@ Milliseconds seconds(const QByteArray &text)
         LongestTarget);
 }
 
-/// Up to the comma before a title, or the blank before what some lists add.
+/// The part before the comma and title (RFC 8216, 4.3.2.1), or before the space and attributes that
+/// some playlists append.
 QByteArray firstWord(const QByteArray &text)
 {
     return text.split(',').first().simplified().split(' ').first();
 }
 
-/// bit/s; 0 when there is no number.
+/// bit/s; 0 without a number, the largest int for one that does not fit.
 int bandwidth(const QByteArray &text)
 {
     const bool isNumber = !text.isEmpty()
@@ -48,8 +51,8 @@ int bandwidth(const QByteArray &text)
     return ok ? std::max(value, 0) : isNumber ? std::numeric_limits<int>::max() : 0;
 }
 
-/// The value of \a name in an attribute list (RFC 8216, 4.2), without quotes; empty when it is not
-/// there.
+/// The value of \a name in an attribute list (RFC 8216, 4.2), without quotes; empty if it is
+/// missing.
 QByteArray attribute(const QByteArray &list, const QByteArray &name)
 {
     int position = 0;
@@ -72,7 +75,7 @@ QByteArray attribute(const QByteArray &list, const QByteArray &name)
     return {};
 }
 
-/// Reads line by line; what a tag says counts for the address that follows it.
+/// Parses line by line. Most tags apply to the URI line that follows them.
 class Reader {
 public:
     Reader(const QUrl &base, bool ended)
@@ -98,7 +101,7 @@ public:
     }
 
 private:
-    /// Of a stream that goes on, the newest segments are those to play.
+    /// Drops excess segments: the oldest of a live stream, the last of one that ended.
     void bound()
     {
         const int excess = m_playlist.segments.size() - HlsPlaylist::MaxSegments;
@@ -128,6 +131,7 @@ private:
         else if (tag == "#EXT-X-DISCONTINUITY")
             m_discontinuity = true;
         else if (tag == "#EXT-X-KEY")
+            // Applies until the next EXT-X-KEY (RFC 8216, 4.3.2.4).
             m_needsKey = attribute(value, "METHOD") != "NONE";
         else if (tag == "#EXT-X-MAP")
             m_map = playlistAddress(attribute(value, "URI"), m_base);
@@ -163,10 +167,11 @@ private:
         m_discontinuity = false;
         m_playlist.encrypted |= m_needsKey;
         QVector<HlsSegment> &segments = m_playlist.segments;
-        // The pieces of a file are heard as the one file that they are.
+        // Byte ranges of one file are fetched as the whole file, once.
         if (isPiece && !segments.isEmpty() && segments.last().url == segment.url)
             return;
         if (isPiece && segment.map == segment.url)
+            // The file that is fetched whole begins with its own initialization section.
             segment.map.clear();
         segments.append(segment);
         if (segments.size() >= 2 * HlsPlaylist::MaxSegments)

@@ -9,23 +9,23 @@
 
 #include <chrono>
 
-/// One piece of a stream in HTTP Live Streaming.
+/// A media segment (RFC 8216, 3).
 struct HlsSegment {
     QUrl url;
-    qint64 number = 0; ///< its media sequence number
+    qint64 number = 0; ///< media sequence number
     std::chrono::milliseconds duration {0};
-    bool discontinuity = false; ///< not a continuation of the one before
-    QUrl map; ///< what to decode before it; empty when there is nothing
+    bool discontinuity = false; ///< EXT-X-DISCONTINUITY: the encoding changes here
+    QUrl map; ///< media initialization section (EXT-X-MAP); empty without one
 };
 
-/// One of the streams that a master playlist offers.
+/// A variant stream of a master playlist.
 struct HlsVariant {
     QUrl url;
-    int bandwidth = 0; ///< bit/s, as announced
+    int bandwidth = 0; ///< BANDWIDTH, in bit/s
 };
 
 /// A playlist of HTTP Live Streaming (RFC 8216): either a master playlist with variants or a media
-/// playlist with segments. A value that is read from hostile bytes; numbers are bounded.
+/// playlist with segments. Parsed from untrusted input, so every number is bounded.
 struct HlsPlaylist {
     static constexpr int MaxSegments = 5000;
     static constexpr int MaxVariants = 100;
@@ -33,16 +33,19 @@ struct HlsPlaylist {
     QVector<HlsVariant> variants;
     QVector<HlsSegment> segments;
     std::chrono::milliseconds targetDuration {0}; ///< from 1 to 60 seconds
-    bool ended = false; ///< No segment will be added.
-    bool encrypted = false; ///< There are segments that need a key.
+    bool ended = false; ///< EXT-X-ENDLIST: no segments will be added
+    bool encrypted = false; ///< at least one segment needs a key
 
     bool isMaster() const { return !variants.isEmpty(); }
-    /// The variant to play: the best of those that audio needs, the smallest if all are larger.
+    /// The variant to play: the highest bandwidth that audio alone can need, or the lowest one if
+    /// all are above that.
     HlsVariant bestVariant() const { return orderedVariants().value(0); }
-    /// All of them, the one to play first, then those to play in its place.
+    /// All variants in order of preference, for falling back.
     QVector<HlsVariant> orderedVariants() const;
-    /// The first segment to play: of a stream that goes on, one near its end.
+    /// Index of the first segment to play: near the end while the stream is live.
     int firstSegment() const;
 };
 
+/// Parses up to PlaylistLimits::MaxBytes of \a text; addresses are resolved against \a base.
+/// Unknown tags are ignored and invalid entries skipped. Any thread.
 HlsPlaylist parseHlsPlaylist(const QByteArray &text, const QUrl &base);

@@ -15,20 +15,21 @@ namespace {
 
 using Milliseconds = std::chrono::milliseconds;
 
-/// A segment that is not there costs a gap; more than these in a row are a broken stream.
+/// A missing segment is skipped; more than these in a row are a broken stream.
 constexpr int MaxMissed = 3;
-/// The same while there is another variant.
+/// The same limit while there is another variant.
 constexpr int MaxMissedOfMany = 1;
-/// A playlist that stays as it is for this many of its segments' durations has broken off.
+/// A live playlist without a new segment for this many target durations has stalled.
 constexpr int MaxUnchanged = 4;
-/// Variants that are tried before the stream is given a rest.
+/// Variants to try before the reader backs off.
 constexpr int MaxVariantsTried = 5;
-/// A server that lags behind another one of the same station by this many segments is waited for.
+/// Servers of one station may be out of step: one that is this many segments behind is waited for.
 constexpr int MaxLag = 5;
-/// A station that is joined anew goes on where it was if that is not longer ago.
+/// After a reconnect the station continues where it was if that is at most so much behind the live
+/// position.
 constexpr Milliseconds LongestAgo {30000};
 
-/// Hands a segment's bytes to the decoder.
+/// Passes a segment's bytes to the feed.
 class SegmentReceiver : public HttpStreamReceiver {
 public:
     explicit SegmentReceiver(StreamFeed &feed)
@@ -61,7 +62,7 @@ StreamOutcome refused(const char *text)
     return {StreamOutcome::Refused, playerText(text)};
 }
 
-/// How much there is to hear in \a playlist from the segment of that number on.
+/// Duration of the segments of \a playlist from media sequence number \a number on.
 Milliseconds durationFrom(const HlsPlaylist &playlist, qint64 number)
 {
     Milliseconds sum {0};
@@ -70,7 +71,7 @@ Milliseconds durationFrom(const HlsPlaylist &playlist, qint64 number)
     return sum;
 }
 
-/// Of a playlist that has nothing new.
+/// The outcome for a live playlist that has no new segments.
 StreamOutcome nothingNew(const HlsPlaylist &playlist)
 {
     return playlist.segments.isEmpty()
@@ -110,7 +111,7 @@ StreamOutcome HlsStream::playVariants(const QVector<HlsVariant> &variants)
         last = !media ? media.error() : media->isMaster() ? neverAStream() : playMedia(url, *media);
         if (last.kind != StreamOutcome::Broken && last.kind != StreamOutcome::Refused)
             return last;
-        // The next one goes on with what this one lacked.
+        // Continue with the first segment that this variant failed to deliver.
         if (m_firstMissed >= 0)
             m_next = m_firstMissed;
         m_firstMissed = -1;
@@ -138,11 +139,11 @@ StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
             m_feed.finish();
             return {StreamOutcome::Ended, {}};
         }
-        // RFC 8216, 6.3.4: half of the target duration when nothing was new.
+        // RFC 8216, 6.3.4: reload an unchanged playlist after half of the target duration.
         const Milliseconds target = std::max(playlist.targetDuration, Milliseconds(1000));
         unchanged = m_next == before ? unchanged + target / 2 : Milliseconds(0);
         if (unchanged > target * MaxUnchanged) {
-            // What was waited for did not come: the numbers have begun anew.
+            // The expected segments never came: the server restarted its numbering. Rejoin.
             if (!playlist.segments.isEmpty() && m_next > playlist.segments.last().number + 1)
                 m_next = -1;
             return nothingNew(playlist);
@@ -159,8 +160,8 @@ StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
     }
 }
 
-/// Finds the segment to play next: at the start, and when the server's numbers began anew or ran
-/// away.
+/// Picks the segment to play next: at the start, and when the server's media sequence numbers were
+/// restarted or left m_next behind.
 void HlsStream::join(const HlsPlaylist &playlist)
 {
     const qint64 first = playlist.segments.first().number;
@@ -226,7 +227,7 @@ Result<HlsPlaylist, StreamOutcome> HlsStream::fetchPlaylist(const QUrl &url)
 {
     TextReceiver receiver(PlaylistLimits::MaxBytes, [this] { return m_feed.goOn(); });
     const HttpStreamResult result = m_http.get({url, 0, patience()}, receiver);
-    // A playlist that is longer than the limit is read as far as that.
+    // The receiver stops at the limit: parse the part within it.
     const bool isCut = result.kind == HttpStreamResult::Refused
         && receiver.text().size() >= PlaylistLimits::MaxBytes;
     const StreamOutcome outcome
@@ -240,7 +241,7 @@ Result<HlsPlaylist, StreamOutcome> HlsStream::fetchPlaylist(const QUrl &url)
     return parseHlsPlaylist(receiver.text(), receiver.head().url);
 }
 
-/// Why an answer is of no use; Ended when it is.
+/// Why a response is unusable; Ended when it is usable.
 StreamOutcome HlsStream::refusal(const HttpStreamResult &result, const HttpStreamHead &head)
 {
     if (!m_feed.isUsable()) {

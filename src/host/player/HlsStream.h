@@ -15,29 +15,29 @@
 
 class StreamFeed;
 
-/// Plays one HTTP Live Streaming playlist: picks a variant, fetches segment after segment and,
-/// while the stream goes on, the playlist again. A variant that cannot be had, or no longer, is
-/// replaced by the next one. Reader's thread only; for one play() each.
+/// Plays one HTTP Live Streaming playlist: picks a variant, fetches segment after segment and
+/// reloads the playlist while the stream is live. A variant that is or becomes unavailable is
+/// replaced by the next one. Reader thread only; one play() per object.
 class HlsStream {
 public:
-    /// How a stream is played.
+    /// How a stream is played. The functions are called on the reader thread.
     struct Manner {
-        /// Its end is a break.
+        /// A station: the end of the stream is a fault.
         bool live = true;
-        /// For a server's answer, while there is another variant.
+        /// How long to wait for a response while there is another variant.
         std::chrono::milliseconds patience {0};
-        /// Waits; false when the play is over.
+        /// Sleeps; false when the play is over.
         std::function<bool(std::chrono::milliseconds)> wait;
-        /// Waits as long as it takes so that no server is run over by what fails at once; false
-        /// when the play is over.
+        /// Limits the request rate: sleeps before a request that follows a failure. False when the
+        /// play is over.
         std::function<bool()> pace;
     };
 
     HlsStream(HttpStream &http, StreamFeed &feed, const Manner &manner);
 
-    /// \a text is the playlist that \a url answered with. \a next is the number of the segment to
-    /// begin with, negative for where a listener joins the stream; afterwards that of the one to
-    /// go on with.
+    /// Plays the playlist \a text, which was fetched from \a url. \a next is the media sequence
+    /// number to start with, negative for the place where a new listener joins; it is set to the
+    /// number to continue with.
     StreamOutcome play(const QUrl &url, const QByteArray &text, qint64 &next);
 
 private:
@@ -55,11 +55,13 @@ private:
     HttpStream &m_http;
     StreamFeed &m_feed;
     const Manner m_manner;
-    qint64 m_next = -1; ///< number of the segment to play next; -1 at the start
+    qint64 m_next = -1; ///< media sequence number to play next; -1 at the start
+    /// join() has run for this connection.
     bool m_joined = false;
     QUrl m_map;
+    /// The decoder was started for the current sequence of segments.
     bool m_begun = false;
-    int m_missed = 0; ///< answers in a row that could not be had
-    qint64 m_firstMissed = -1; ///< number of the first segment among them
-    bool m_othersFollow = false; ///< There is another variant.
+    int m_missed = 0; ///< failed fetches in a row
+    qint64 m_firstMissed = -1; ///< media sequence number of the first segment among them
+    bool m_othersFollow = false; ///< there is another variant to fall back to
 };

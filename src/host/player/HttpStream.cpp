@@ -18,18 +18,18 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using Milliseconds = std::chrono::milliseconds;
 
-/// The receiver is asked that often whether to go on.
+/// The longest poll, and thus the interval of HttpStreamReceiver::goOn().
 constexpr Milliseconds LongestWait {500};
-/// For how long bytes gather in the socket while there is plenty: a few large reads cost less than
-/// many small ones.
+/// How long the socket is left unread while the receiver has plenty: a few large reads cost less
+/// than many small ones.
 constexpr Milliseconds Rest {500};
 constexpr long ReceiveBufferBytes = 16 * 1024;
-/// A day; what is longer is not meant.
+/// A day; a larger Retry-After is a mistake.
 constexpr curl_off_t MaxRetryAfterSeconds = 24 * 3600;
-/// More audio between two titles than any server sends.
+/// Above any real icy-metaint.
 constexpr int MaxIcyInterval = 16 * 1024 * 1024;
 
-/// Where in the answer an exchange is.
+/// Which part of the response is awaited.
 enum class Stage { Waiting, InHead, AfterHead, InBody };
 
 TrString timeoutProblem(Stage stage)
@@ -64,7 +64,8 @@ HttpStreamResult tooLongHead()
         QT_TRANSLATE_NOOP("Player", "The head of the stream's server's answer is too long.")));
 }
 
-/// libcurl's own words for the code: what it says of the exchange may quote what was received.
+/// The fallback shows libcurl's text for the code; CURLOPT_ERRORBUFFER is not used because its text
+/// may quote received bytes.
 HttpStreamResult failure(CURLcode code)
 {
     switch (code) {
@@ -82,10 +83,10 @@ HttpStreamResult failure(CURLcode code)
         return failedForGood(
             playerText(QT_TRANSLATE_NOOP("Player", "The stream leads from address to address.")));
     case CURLE_UNSUPPORTED_PROTOCOL:
-        // Of an http address: an answer without a status line (HTTP/0.9).
+        // A response without a status line (HTTP/0.9), which libcurl does not accept.
         return failedForGood(
             playerText(QT_TRANSLATE_NOOP("Player", "The stream's server does not speak HTTP.")));
-    // One line alone is longer than libcurl takes.
+    // A header line longer than libcurl's limit is reported so.
     case CURLE_OUT_OF_MEMORY:
         return tooLongHead();
     case CURLE_RECV_ERROR:
@@ -99,7 +100,7 @@ HttpStreamResult failure(CURLcode code)
     }
 }
 
-/// Of a redirect that must not be followed.
+/// The failure for a redirect that must not be followed.
 HttpStreamResult forbiddenRedirect(std::string_view locationLine)
 {
     const auto value = QByteArray(locationLine.data(), static_cast<int>(locationLine.size()))
@@ -123,7 +124,7 @@ bool isWebAddress(const QUrl &url)
 
 HttpStreamReceiver::~HttpStreamReceiver() = default;
 
-/// One request and its libcurl handle.
+/// One request and its libcurl easy handle. The settings stay the same for its whole duration.
 class HttpStreamExchange {
 public:
     HttpStreamExchange(const HttpStream::Request &request, HttpStreamReceiver &receiver);
@@ -187,9 +188,10 @@ HttpStreamExchange::HttpStreamExchange(
     set(CURLOPT_HTTPHEADER, m_headers);
     set(CURLOPT_HTTP200ALIASES, m_aliases);
     set(CURLOPT_TCP_KEEPALIVE, 1L);
-    // A server that moves is found again; libcurl keeps addresses for a minute otherwise.
+    // Resolve for each connection, in case the server moved; libcurl would cache addresses for a
+    // minute.
     set(CURLOPT_DNS_CACHE_TIMEOUT, 0L);
-    // Not libcurl's resuming, which refuses servers that do not know ranges.
+    // CURLOPT_RESUME_FROM would fail with servers that do not support ranges and answer with 200.
     if (request.offset > 0)
         set(CURLOPT_RANGE, (QByteArray::number(request.offset) + '-').constData());
     curl_easy_setopt(m_easy, CURLOPT_URL, request.url.toEncoded().constData());
@@ -211,7 +213,7 @@ bool HttpStreamExchange::takeHeadLine(std::string_view line)
 {
     m_lastByte = Clock::now();
     const bool isEnd = line == "\r\n" || line == "\n";
-    // After a redirect another server is to answer.
+    // After the head of a redirect, the next response is awaited.
     m_afterHead = isEnd && !isRedirect();
     m_inHead = !isEnd;
     switch (m_redirects.takeLine(line, m_easy)) {
@@ -238,8 +240,8 @@ std::size_t HttpStreamExchange::onBody(char *data, std::size_t, std::size_t size
     return size;
 }
 
-/// Tells the receiver of the head before the first byte. libcurl keeps the bodies of redirects to
-/// itself.
+/// Passes the head to the receiver before the first byte of the body. libcurl does not deliver the
+/// bodies of redirects that it follows.
 bool HttpStreamExchange::begin()
 {
     if (m_begun)
@@ -287,6 +289,7 @@ HttpStreamHead HttpStreamExchange::head() const
         const QByteArray range = header("Content-Range").simplified();
         head.offset = range.mid(range.indexOf(' ') + 1).split('-').first().toLongLong();
     }
+    // SHOUTcast and Icecast headers; icy-br may list several bit rates, in kbit/s.
     const int interval = header("icy-metaint").toInt();
     head.icyInterval = interval > 0 && interval <= MaxIcyInterval ? interval : 0;
     const int kilobits = header("icy-br").split(',').first().toInt();
@@ -318,7 +321,7 @@ HttpStreamResult HttpStreamExchange::result(CURLcode code)
     }
     if (code != CURLE_OK)
         return failure(code);
-    // An answer without a body still has a head to tell of.
+    // A response without a body: onBody() was never called.
     if (!begin())
         return {HttpStreamResult::Refused, {}};
     const bool measured
@@ -348,7 +351,8 @@ HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &rec
     const bool isImpatient = request.patience > Milliseconds::zero();
     const Milliseconds connect
         = isImpatient ? std::min(request.patience, m_times.connect) : m_times.connect;
-    // Of a server with several addresses, libcurl leaves each in time for the next.
+    // libcurl divides this among a server's addresses, so that an unreachable one leaves time for
+    // the next.
     curl_easy_setopt(
         exchange.easy(), CURLOPT_CONNECTTIMEOUT_MS, static_cast<long>(connect.count()));
     curl_multi_add_handle(m_multi, exchange.easy());
@@ -360,7 +364,7 @@ HttpStreamResult HttpStream::get(const Request &request, HttpStreamReceiver &rec
 HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds connect)
 {
     const auto start = Clock::now();
-    bool hasRead = false; // since the last wait
+    bool hasRead = false; // since the last poll or rest
     for (;;) {
         const auto lastByte = exchange.lastByte();
         int running = 0;
@@ -377,7 +381,8 @@ HttpStreamResult HttpStream::drive(HttpStreamExchange &exchange, Milliseconds co
         const auto now = Clock::now();
         if (now >= deadline)
             return exchange.result(CURLE_OPERATION_TIMEDOUT);
-        // One turn reads one buffer at the most: there may be more.
+        // curl_multi_perform() reads at most one buffer per call, so poll only after a call that
+        // read nothing.
         if (exchange.lastByte() != lastByte)
             hasRead = true;
         else if (std::exchange(hasRead, false) && exchange.hasPlenty())
@@ -392,8 +397,9 @@ void HttpStream::poll(Milliseconds time)
     curl_multi_poll(m_multi, nullptr, 0, static_cast<int>(time.count()), nullptr);
 }
 
-/// A paused transfer's socket is not polled; interrupt() ends the wait all the same. With one of
-/// the two directions paused libcurl would look after the other at once.
+/// Leaves the socket unread for a while: libcurl does not poll the socket of a transfer that is
+/// paused in both directions. With only one direction paused it would still poll for the other.
+/// curl_multi_wakeup() by interrupt() ends the wait all the same.
 void HttpStream::rest(const HttpStreamExchange &exchange)
 {
     curl_easy_pause(exchange.easy(), CURLPAUSE_ALL);

@@ -14,67 +14,72 @@
 #include <memory>
 
 class HttpStreamExchange;
-struct Curl_multi; ///< CURLM
+struct Curl_multi; ///< CURLM of curl/multi.h
 
-/// What a server says before the first byte of a stream.
+/// The head of a response.
 struct HttpStreamHead {
     int code = 0;
     QUrl url; ///< after redirects
-    qint64 length = -1; ///< of the body; -1 when it is not known
-    qint64 offset = 0; ///< where in the resource the body begins
-    int icyInterval = 0; ///< audio bytes between two titles; 0 without titles
-    int icyBitRate = 0; ///< bit/s; 0 when it is not said
+    qint64 length = -1; ///< Content-Length of the body; -1 if unknown
+    qint64 offset = 0; ///< position of the body in the resource (Content-Range)
+    /// icy-metaint: audio bytes between two metadata blocks; 0 without metadata.
+    int icyInterval = 0;
+    int icyBitRate = 0; ///< icy-br, in bit/s; 0 if unknown
+    /// Retry-After, at most a day; zero if absent.
     std::chrono::milliseconds retryAfter {0};
 };
 
-/// Takes what an HttpStream receives, on the thread that called get(). Each function returns false
-/// to end the exchange.
+/// Receives a response from an HttpStream, on the thread that called get(). Any function may return
+/// false to end the exchange, unless it says otherwise.
 class HttpStreamReceiver {
 public:
     virtual ~HttpStreamReceiver();
 
-    /// Once, before the first take(); of a redirect only the last head counts.
+    /// The response head. Called once, before the first take(); not for redirects that are
+    /// followed.
     virtual bool begin(const HttpStreamHead &head) = 0;
-    /// May block for as long as it likes; that counts as no silence of the server.
+    /// Part of the body. May block: the time does not count as silence of the server.
     virtual bool take(const char *data, std::size_t size) = 0;
-    /// At least twice a second, also while nothing comes.
+    /// Whether to continue. Called at least twice a second, also while no data arrives.
     virtual bool goOn() = 0;
-    /// Whether what was taken lasts for so long that what follows may come half a second late.
+    /// Whether enough is buffered to leave the socket unread for half a second. False does not end
+    /// the exchange.
     virtual bool hasPlenty() const { return false; }
 };
 
 /// How an exchange ended.
 struct HttpStreamResult {
     enum Kind {
-        Complete, ///< The server said that this was all.
-        Closed, ///< The connection was closed where nothing else tells the end.
-        /// A receiver's function returned false; `problem` tells what it had waited for, if that
-        /// was the first byte.
+        Complete, ///< The response was complete by its length or chunked encoding.
+        Closed, ///< The connection was closed, and nothing else marks the end of the body.
+        /// A function of the receiver returned false. Before the first byte of the body, `problem`
+        /// says what was being waited for.
         Refused,
-        Interrupted, ///< By interrupt().
-        Failed, ///< `problem` tells why.
+        Interrupted, ///< interrupt() was called.
+        Failed, ///< `problem` says why.
     };
     Kind kind = Failed;
     TrString problem;
-    /// The same request will fail in the same way again.
+    /// Failed: repeating the request is pointless.
     bool isFinal = false;
 };
 
-/// Receives streams over HTTP, one at a time, by libcurl: keeps connections for the next request,
-/// asks for a server's address anew for each connection, follows at most five redirects within http
-/// and https, never from https to http, connects to no address that the AddressPolicy forbids,
-/// verifies certificates, understands the "ICY 200 OK" of old servers. Lives on one thread, which
-/// get() blocks; interrupt() may be called from any thread.
+/// Receives streams over HTTP with libcurl, one at a time. Reuses connections, but resolves the
+/// server's name for each new one; follows at most five redirects within http and https, never from
+/// https to http; connects to no address that the AddressPolicy forbids; verifies certificates;
+/// accepts the status line "ICY 200 OK" of old SHOUTcast servers.
+///
+/// get() blocks and belongs to one thread; interrupt() and resume() may be called from any thread.
 class HttpStream {
 public:
     struct Times {
         std::chrono::milliseconds connect {8000}; ///< until the first byte of the body
-        std::chrono::milliseconds silence {5000}; ///< the longest without a byte
+        std::chrono::milliseconds silence {5000}; ///< the longest pause between bytes of the body
     };
     struct Request {
         QUrl url;
-        qint64 offset = 0; ///< the first byte wanted
-        /// In place of Times::connect where that is longer; none when it is zero.
+        qint64 offset = 0; ///< of the first byte to request (Range)
+        /// A shorter limit than Times::connect; zero for none.
         std::chrono::milliseconds patience {0};
     };
 
@@ -83,8 +88,10 @@ public:
     HttpStream(const HttpStream &) = delete;
     HttpStream &operator=(const HttpStream &) = delete;
 
+    /// Performs the request and blocks until it ends. Only http and https; other addresses fail for
+    /// good. Forbidden redirects, forbidden addresses and timeouts are reported as Failed.
     HttpStreamResult get(const Request &request, HttpStreamReceiver &receiver);
-    /// Ends the exchange that runs and every later one at once, until resume().
+    /// Ends the current exchange, and each later one at once, until resume().
     void interrupt();
     void resume() { m_interrupted = false; }
 

@@ -9,6 +9,7 @@
 
 namespace {
 
+/// The length byte counts blocks of so many bytes.
 constexpr int LengthUnit = 16;
 
 bool isNameCharacter(char c)
@@ -17,7 +18,7 @@ bool isNameCharacter(char c)
         || c == '-';
 }
 
-/// Whether the metadata ends at \a position or the next value begins there ("StreamUrl='").
+/// Whether the metadata ends at \a position or the next field begins there ("StreamUrl='").
 bool isBetweenValues(const QByteArray &metadata, int position)
 {
     while (position < metadata.size() && metadata.at(position) == ' ')
@@ -30,8 +31,9 @@ bool isBetweenValues(const QByteArray &metadata, int position)
     return position > name && metadata.mid(position, 2) == "='";
 }
 
-/// Where the value that begins at \a from ends. Apostrophes in it are not escaped, so that not even
-/// one before a semicolon need be the end.
+/// The end of the value that begins at \a from. Apostrophes in a value are not escaped, so even
+/// "';" may be part of it: the end is the first "';" with another field or nothing after it, else
+/// the last one.
 int endOfValue(const QByteArray &metadata, int from)
 {
     int last = -1;
@@ -42,7 +44,7 @@ int endOfValue(const QByteArray &metadata, int from)
     }
     if (last < 0 && metadata.endsWith('\''))
         last = metadata.size() - 1;
-    // Some servers cut a long title and all that follows it off.
+    // Some servers truncate the block in the middle of a long title.
     return last < from ? metadata.size() : last;
 }
 

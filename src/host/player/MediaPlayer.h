@@ -9,37 +9,37 @@
 #include <QObject>
 #include <QString>
 
-/// Plays one source at a time, without knowing what it is or who wants it. Main thread. Signals
-/// come only for the source that plays.
+/// Plays one source at a time; knows nothing of rows or plug-ins. Main thread. Signals refer to the
+/// current source only.
 class MediaPlayer : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    /// In place of what plays.
+    /// Replaces the current source.
     virtual void play(const StreamSource &source) = 0;
-    /// A station is left, a file waits.
+    /// A station is disconnected, a file is held.
     virtual void pause() = 0;
-    /// A station is joined anew, as it is on the air then.
+    /// A station is rejoined live, a file continues.
     virtual void resume() = 0;
     virtual void stop() = 0;
-    /// The network is there again: what waits to try again tries now.
+    /// The network is back: a delay before a retry ends now.
     virtual void networkIsBack() = 0;
 
 Q_SIGNALS:
-    /// Whether there is something to hear.
+    /// Whether sound is playing.
     void audibleChanged(bool audible);
     void titleChanged(const QString &title);
     /// In bit/s.
     void bitRateChanged(int bitRate);
-    /// What is being done about a fault, in words, while there is nothing to hear; empty once there
+    /// A text for the user about a fault and the retry, while there is no sound; empty once there
     /// is, and when the play is over.
     void problemChanged(const TrString &problem);
     /// Everything was heard.
     void ended();
-    /// It cannot be played, and was not heard.
+    /// The source cannot be played any more; see StreamReader for when that is.
     void gaveUp(const TrString &problem);
-    /// Nothing can be played: the output broke.
+    /// The sound output does not work.
     void outputFailed(const TrString &problem);
 };

@@ -35,7 +35,8 @@ bool isPlayable(const VeskRoles &roles)
         && !roles.mediaData().activeResource().uri().isEmpty();
 }
 
-/// A row that is played as it is says by its kind alone that it is a broadcast.
+/// Whether it is a live station. A row without a pre-play request may show that only by its audio
+/// type.
 bool isStation(const VeskRoles &roles)
 {
     const VeskMetaData meta = roles.mediaData().metaData();
@@ -119,13 +120,14 @@ void PlayLogic::takeRow(const CMError &error, const VeskRoles &row, const Starte
     VESK_INFO("playing " << m_roles.title());
     setState(VeskPlayLogicState::transitioning);
     started({}, m_playId);
+    // From here on the play exists: an error belongs to its state, not to \a started.
     if (const TrString refusal = refusalOf(row); !refusal.isEmpty())
         return fail(refusal);
     m_trials.begin(row, m_chosen ? m_chosen->streamOf(StreamChoice::itemOf(row)) : CMPath());
 }
 
-/// Why a row that is listed cannot be played, in its own words where it has some; empty when
-/// nothing speaks against it.
+/// Why a row whose address is a spoken message cannot be played: the row's own description if it
+/// has one, else the message's text. Empty for any other row.
 TrString PlayLogic::refusalOf(const VeskRoles &row) const
 {
     const QString uri = row.mediaData().activeResource().uri();
@@ -133,7 +135,7 @@ TrString PlayLogic::refusalOf(const VeskRoles &row) const
     return refusal.isEmpty() || row.description().isEmpty() ? refusal : row.description();
 }
 
-/// In place of the stream that was tried before.
+/// Plays another of the row's streams instead of the one tried so far.
 void PlayLogic::tryStream(const VeskRoles &stream)
 {
     if (m_started)
@@ -145,8 +147,8 @@ void PlayLogic::tryStream(const VeskRoles &stream)
     prePlay(stream);
 }
 
-/// Runs the step before playing that \a stream names, in which its plug-in finds the stream's
-/// address.
+/// Sends the pre-play request of \a stream, with which the plug-in resolves the address to play.
+/// Without one the row is played as it is.
 void PlayLogic::prePlay(const VeskRoles &stream)
 {
     const int step = ++m_step;
@@ -169,7 +171,7 @@ void PlayLogic::prePlay(const VeskRoles &stream)
         if (reply->error().isEmpty() && refusal.isEmpty())
             startPlayer(roles);
         else if (m_firstRoles.isEmpty() && m_stream.path() == m_row.path())
-            fail(refusal); // what knows of no stream knows of no others
+            fail(refusal); // a service without a first stream offers no other ones either
         else
             onGaveUp(refusal);
     });
@@ -200,10 +202,10 @@ CMError PlayLogic::pause()
         return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing."));
     if (m_state == VeskPlayLogicState::paused)
         return {};
-    // A pause in the middle of a reconnect, or right after a resume.
+    // A pause during a reconnect or right after a resume: "paused" must follow a "playing".
     if (m_posted != VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::paused)
         post(VeskPlayLogicState::playing);
-    // Before the player knows, which then says that there is nothing to hear.
+    // Before m_player->pause(), whose audibleChanged(false) would otherwise count as a break.
     setState(VeskPlayLogicState::paused);
     m_trials.pause();
     m_playerProblem = TrString();
@@ -221,6 +223,8 @@ CMError PlayLogic::resume()
     setState(VeskPlayLogicState::transitioning);
     m_trials.resume();
     if (!m_started) {
+        // Paused between two streams, while the pre-play request was unfinished or the stream had
+        // failed.
         tryStream(m_stream);
         return {};
     }
@@ -252,7 +256,7 @@ void PlayLogic::end()
 
 void PlayLogic::onAudible(bool audible)
 {
-    // Said late, of what is paused or stopped by now.
+    // A late signal: the play was paused or stopped meanwhile.
     if (m_state != VeskPlayLogicState::transitioning && m_state != VeskPlayLogicState::playing)
         return;
     m_trials.noteAudible(audible);
@@ -262,6 +266,7 @@ void PlayLogic::onAudible(bool audible)
     const bool isFirst = !m_heard;
     setState(VeskPlayLogicState::playing);
     if (isFirst && m_chosen && StreamChoice::isStream(m_row))
+        // The user picked this stream of the station, and it works.
         m_chosen->remember(StreamChoice::itemOf(m_row), m_row.path());
 }
 
@@ -279,7 +284,7 @@ void PlayLogic::onGaveUp(const TrString &problem)
 {
     m_started = false;
     m_playerProblem = TrString();
-    // What is told in the end is about the stream that was to be played.
+    // If all streams fail, the error of the first one is reported.
     if (m_failure.isEmpty() || m_roles.path() == m_firstRoles.path())
         m_failure = problem;
     if (m_state == VeskPlayLogicState::playing)
@@ -295,8 +300,8 @@ void PlayLogic::onExhausted()
     fail(m_failure);
 }
 
-/// The stream is not at fault: a plug-in that measures listening gets the end of what had begun,
-/// and no error.
+/// The stream is not at fault: a plug-in that reports listening times gets the end of the play, but
+/// no error.
 void PlayLogic::onOutputFailed(const TrString &problem)
 {
     stopWith(problem);
@@ -333,8 +338,8 @@ void PlayLogic::setState(State state)
     m_state = state;
     m_heard |= state == VeskPlayLogicState::playing;
     VESK_INFO(VeskPlayLogicState::toString(state));
-    // The beginning and the end of a break in what was heard, not the wait before the first sound
-    // or after a pause.
+    // "transitioning" is posted only for a break while playing, not for the wait before the first
+    // sound or after a pause.
     const bool isNews
         = state != VeskPlayLogicState::transitioning || m_posted == VeskPlayLogicState::playing;
     if (isNews && state != m_posted)
@@ -349,6 +354,7 @@ void PlayLogic::post(State state, const QString &error)
     data.setState(state);
     data.setPlayId(m_playId);
     data.setError(error);
+    // Without a stream from the pre-play request the row's own resources are not what was played.
     data.setTrackRoles(m_firstRoles.isEmpty() ? withoutResources(m_roles) : m_roles);
     const CMPath path = stateChangePath();
     if (path.isEmpty())
@@ -378,7 +384,7 @@ void PlayLogic::forgetPosts()
 void PlayLogic::postAgain()
 {
     VESK_ASSERT_OWN_THREAD();
-    // A pause or a stop would end a "playing" that the new process never got.
+    // So that a later "paused" or "stopped" follows a "playing" in the new process too.
     if (m_state == VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::playing)
         post(VeskPlayLogicState::playing);
 }
@@ -401,7 +407,7 @@ VeskPlayLogicData PlayLogic::currentData() const
     return m_data;
 }
 
-/// What is being done about a fault.
+/// The text about a fault and the retry, while there is no sound.
 TrString PlayLogic::problem() const
 {
     const bool isMending = m_state == VeskPlayLogicState::transitioning && m_trials.isGoingOn();

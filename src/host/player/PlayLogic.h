@@ -21,58 +21,66 @@
 class ChosenStreams;
 class MediaPlayer;
 
-/// What plays and why, and the posts about it: fetches the row that is to be played, runs the step
-/// before playing that the row names, hands its first resource to the player, goes on to the row's
-/// other streams when that is not heard, and posts what happens to the row's state-change path.
-/// Knows nothing of how streams are played. Main thread, but for currentData().
+/// Plays rows: fetches a row, runs its pre-play request (prePlayPath), hands its first resource to
+/// the MediaPlayer, falls back to the row's other streams when that one brings no sound, and posts
+/// state changes to the row's playbackStateChangePath. Does not know how streams are played. Main
+/// thread, except for currentData().
 ///
-/// What is posted begins with "playing", or with "stopped" and an error when a play never got that
-/// far, however many streams were tried. An error comes with "stopped" in one post, in the words of
-/// the source; when the step before playing failed it comes without resources, because there was no
-/// stream. When the sound output breaks, the stream is not at fault: nothing is posted but the end
-/// of what was heard. Between two plays that were heard there is always a "stopped"; a "paused"
-/// always follows a "playing".
+/// Posts of a play begin with "playing", or consist of one "stopped" with an error if the play
+/// never became audible, however many streams were tried. An error is posted together with
+/// "stopped", as untranslated source text; after a failed pre-play request the posted roles have no
+/// resources, because there was no stream. A broken sound output is no fault of the stream: then
+/// only the "stopped" that ends an audible play is posted, without an error. There is always a
+/// "stopped" between two audible plays, and a "paused" always follows a "playing".
 class PlayLogic : public QObject, public PlayLogicInterface {
     Q_OBJECT
 
 public:
-    /// Called once: with the play's id, or with why the row is not played.
+    /// Called once, on the main thread: with the play's id, or with the error because of which the
+    /// row is not played.
     using Started = std::function<void(const CMError &error, const VeskHash &playId)>;
 
-    /// \a player must outlive it.
+    /// \a player must outlive this object.
     explicit PlayLogic(MediaPlayer *player, QObject *parent = nullptr);
     ~PlayLogic() override;
 
-    /// Which streams were chosen by hand; must outlive it. Without them nothing is remembered.
+    /// The streams that users chose for stations; must outlive this object. Null: none are
+    /// remembered.
     void setChosenStreams(ChosenStreams *chosen) { m_chosen = chosen; }
-    /// What is said of a service that could not answer; without it, what its plug-in says.
+    /// Texts for services that could not respond; without them the plug-in's own error is shown.
     void setFaultWords(RowSearch::FaultWords words) { m_faultWords = std::move(words); }
-    /// What is not played but told in words.
+    /// Addresses of spoken messages, for which an error text is shown instead.
     void setExcuses(const SpokenExcuses &excuses) { m_excuses = excuses; }
     void setTimes(const StreamTrials::Times &times) { m_trials.setTimes(times); }
 
-    /// Plays a row in place of what plays, which goes on when there is no such row. Another play()
-    /// meanwhile wins.
+    /// Plays a row. The current play goes on until the row was fetched, and also if that fails. A
+    /// later play() or a stop() before the row was fetched supersedes this one, whose \a started
+    /// then gets an error.
     void play(const RowAddress &address, Started started);
-    /// Each returns why it cannot be done; an empty error when it is done, or was done already.
+    /// Each returns an error when it is impossible in the current state; an empty one when it was
+    /// done or there was nothing to do.
     CMError pause();
     CMError resume();
     CMError stop();
 
-    /// Where what happens to the present play is posted; empty when its row names no such path.
+    /// Where the state changes of the current play are posted; empty if its row has no such path.
     CMPath stateChangePath() const;
-    /// The plug-in's process is gone: the next one knows nothing of earlier posts.
+    /// The plug-in process has ended: a new one does not know the earlier posts.
     void forgetPosts();
-    /// The next process is ready: posts "playing" to it if something plays and it was not told yet.
+    /// The new plug-in process is ready: posts "playing" to it if something plays and that was not
+    /// posted yet.
     void postAgain();
-    /// Whether a post is still to be answered; postsAnswered() follows when none is.
+    /// Whether a post still waits for its response; postsAnswered() is emitted when none does any
+    /// more.
     bool hasUnansweredPosts() const { return m_unanswered > 0; }
 
+    /// A snapshot for plug-ins, texts translated. Any thread.
     VeskPlayLogicData currentData() const override;
-    /// Everything that is shown of the player, texts in the current language.
+    /// The player's state for user interfaces, texts in the current language.
     QVariantHash state() const;
 
 Q_SIGNALS:
+    /// state() or currentData() changed.
     void changed();
     void postsAnswered();
 
@@ -102,20 +110,24 @@ private:
     RowSearch::FaultWords m_faultWords;
     SpokenExcuses m_excuses;
     StreamTrials m_trials;
-    int m_request = 0; ///< counts play(), to drop the rows of earlier calls
+    int m_request = 0; ///< of the latest play(), to drop the rows of earlier calls
     State m_state = VeskPlayLogicState::stopped;
-    State m_posted = VeskPlayLogicState::stopped; ///< the last that was posted
-    bool m_heard = false; ///< the present play came so far as to be heard
+    State m_posted = VeskPlayLogicState::stopped; ///< the last state that was posted
+    bool m_heard = false; ///< the current play has been audible
+    /// Posts that wait for their responses.
     int m_unanswered = 0;
-    VeskHash m_playId; ///< empty while nothing was played
-    VeskRoles m_row; ///< as it was in the list
-    VeskRoles m_stream; ///< the row of the stream that is tried: the same, or one of its streams
-    VeskRoles m_roles; ///< what the step before playing made of it
-    VeskRoles m_firstRoles; ///< those of the first stream, once it is known
-    int m_step = 0; ///< counts the steps before playing, to drop the answers of earlier ones
-    bool m_started = false; ///< the player has the stream
+    VeskHash m_playId; ///< empty before the first play
+    VeskRoles m_row; ///< as the screen lists it
+    VeskRoles m_stream; ///< the row that is tried: m_row or one of its other streams
+    VeskRoles m_roles; ///< m_stream after its pre-play request
+    VeskRoles m_firstRoles; ///< m_roles of the first stream, once it is known; else empty
+    int m_step = 0; ///< of the latest pre-play request, to drop the responses of earlier ones
+    bool m_started = false; ///< the stream was handed to the player
+    /// The player's last problemChanged().
     TrString m_playerProblem;
-    TrString m_failure; ///< why a stream cannot be played, the first if it is that one
+    /// The error of the first stream, or of another one while the first has none.
+    TrString m_failure;
+    /// Why the play ended; empty while it lasts and after stop().
     TrString m_error;
     QString m_streamTitle;
     int m_bitRate = 0;

@@ -40,6 +40,7 @@ void PlayThread::run()
         m_previous->wait(PatienceWithPrevious);
     m_play->start();
     exec();
+    // Here, because the play's objects live on this thread; may block while the output closes.
     m_play.reset();
     m_ending->set();
 }

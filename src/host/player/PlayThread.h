@@ -13,22 +13,22 @@
 
 class StreamPlay;
 
-/// The thread of one play. It waits until the play before has closed the sound output, which may be
-/// the same device or file, but not for ever: a play whose driver or decoder hangs keeps no later
-/// one from being heard. Made, started and destroyed on the main thread, which never waits for it
-/// but in StreamPlayer's destructor.
+/// The thread of one play. Before it starts the play, it waits for the previous play to close the
+/// sound output, because both may use the same device or file. That wait is limited, so a hanging
+/// driver or decoder cannot block later plays. Created, started and destroyed on the main thread,
+/// which waits for it only in StreamPlayer::waitForEnd().
 class PlayThread : public QThread {
     Q_OBJECT
 
 public:
-    /// How long a play waits for the one before to have ended.
+    /// The longest wait for the previous play to end.
     static constexpr std::chrono::milliseconds PatienceWithPrevious {3000};
 
-    /// The end of a play, for the next one to wait for. Any thread.
+    /// Lets the next play wait for the end of this one. Any thread.
     class Ending {
     public:
         void set();
-        /// Returns whether it has ended.
+        /// Waits up to \a time. Returns whether the play has ended.
         bool wait(std::chrono::milliseconds time);
 
     private:
@@ -41,7 +41,8 @@ public:
     PlayThread(std::unique_ptr<StreamPlay> play, std::shared_ptr<Ending> previous);
     ~PlayThread() override;
 
-    /// Lives on this thread, until quit() takes effect.
+    /// Lives on this thread and is destroyed on it after quit(): only queued calls from other
+    /// threads.
     StreamPlay *play() const { return m_play.get(); }
     const std::shared_ptr<Ending> &ending() const { return m_ending; }
 

@@ -7,7 +7,8 @@
 
 #include <QStringList>
 
-/// A text of the player's: \a text as QT_TRANSLATE_NOOP("Player", ...) marks it. Any thread.
+/// A translatable text in the context "Player"; mark \a text with QT_TRANSLATE_NOOP("Player", ...).
+/// Any thread.
 TrString playerText(const char *text);
-/// The same with a value for each place in it.
+/// The same with values for the placeholders %1, %2, ...
 TrString playerText(const char *text, const QStringList &values);

@@ -9,13 +9,14 @@
 
 namespace {
 
-/// As much as any of the marks below needs, blank lines and comments before them included.
+/// Enough to find any of the signatures below, after leading blank lines and comments.
 constexpr int SniffBytes = 1024;
+/// Longer than any address in use.
 constexpr int MaxAddress = 8 * 1024;
 
 bool isText(const QByteArray &bytes)
 {
-    // The first byte of the frames of MP3 and AAC; no text begins with it.
+    // The sync byte of MP3 and ADTS frames; no playlist begins with it.
     return !bytes.startsWith('\xFF') && std::all_of(bytes.begin(), bytes.end(), [](char character) {
         const auto byte = static_cast<unsigned char>(character);
         return byte >= 0x20 || byte == '\t' || byte == '\n' || byte == '\r' || byte == '\f';
@@ -27,8 +28,8 @@ QByteArray withoutByteOrderMark(const QByteArray &text)
     return text.startsWith("\xEF\xBB\xBF") ? text.mid(3) : text;
 }
 
-/// The value of a line "File1=...", in whatever case and with whatever blanks; of pls files and of
-/// the older form of asx files ("Ref1=..."). Null for other lines.
+/// The value of a "File1=..." line of a pls file, or of a "Ref1=..." line of the older asx format;
+/// case and spaces do not matter. Null for other lines.
 QByteArray numberedValue(const QByteArray &line)
 {
     const int equals = line.indexOf('=');
@@ -44,7 +45,7 @@ QByteArray numberedValue(const QByteArray &line)
     return {};
 }
 
-/// An address that is no UTF-8 is sent back byte for byte.
+/// Percent-encodes an address that is not UTF-8, so that the server receives the same bytes.
 QByteArray withBytesEncoded(const QByteArray &address)
 {
     if (QString::fromUtf8(address).toUtf8() == address)
@@ -79,7 +80,7 @@ StreamContent kindOfMarkup(const QByteArray &begin)
     return StreamContent::Text;
 }
 
-/// Of a text whose first line, comments left aside, is \a line.
+/// The kind of a text by its first line that is not a comment.
 StreamContent kindOfLine(const QByteArray &line)
 {
     const QByteArray lowered = line.toLower();
@@ -98,6 +99,7 @@ StreamContent kindOfText(const QByteArray &text)
         return StreamContent::Text;
     if (lines.first().startsWith('<'))
         return kindOfMarkup(text);
+    // RFC 8216, 4.3: these tags occur in HLS playlists only; #EXTINF occurs in plain m3u as well.
     const auto isLiveStreaming = [](const QByteArray &line) { return line.startsWith("#EXT-X-"); };
     if (std::any_of(lines.begin(), lines.end(), isLiveStreaming))
         return StreamContent::Hls;
@@ -123,7 +125,7 @@ QList<QByteArray> addressesOfXspf(const QByteArray &text)
 {
     QList<QByteArray> addresses;
     PlaylistMarkup markup(text);
-    // The playlist as a whole has a location of its own.
+    // A location outside of a track belongs to the playlist itself.
     bool inTrack = false;
     while (markup.toNextTag()) {
         if (markup.name() == "track")
@@ -175,7 +177,7 @@ QList<QByteArray> addressesOf(const QByteArray &text, StreamContent content)
 
 QList<QByteArray> playlistLines(const QByteArray &text)
 {
-    // The last line is not whole where the text was cut.
+    // At the size limit the last line may be incomplete.
     const bool cut = text.size() >= PlaylistLimits::MaxBytes;
     const QByteArray bounded = withoutByteOrderMark(text.left(PlaylistLimits::MaxBytes));
     QList<QByteArray> lines;
@@ -194,6 +196,7 @@ QList<QByteArray> playlistLines(const QByteArray &text)
 
 StreamContent sniffStream(const QByteArray &begin, bool complete)
 {
+    // A control character or a frame sync means audio; text is judged once there is enough of it.
     const QByteArray bytes = withoutByteOrderMark(begin.left(SniffBytes));
     if (!isText(bytes))
         return StreamContent::Audio;

@@ -8,43 +8,43 @@
 #include <QUrl>
 
 /// \file
-/// The playlists that stations hand out in place of their streams. Pure functions of bytes, any
-/// thread. http and https only: nothing in a playlist makes the player read a file or speak another
-/// protocol.
+/// Recognizing and parsing the playlists that stations publish in place of their streams. Pure
+/// functions, callable from any thread. Only http and https addresses are accepted: a playlist
+/// cannot make the player read a file or use another protocol.
 
-/// What a server's bytes are, by their content: servers' content types are often wrong.
+/// The kind of a response, judged by its content because Content-Type headers are often wrong.
 enum class StreamContent {
     Undecided, ///< More bytes are needed.
-    Audio, ///< Or whatever else is not text: the decoder tells.
+    Audio, ///< Anything that is not text; whether it can be played is up to the decoder.
     Hls, ///< An HTTP Live Streaming playlist (RFC 8216).
     M3u,
     Pls,
     Asx,
     Xspf,
     WebPage,
-    Text, ///< None of these.
+    Text, ///< any other text
 };
 
-/// Bounds of a playlist.
+/// Limits on untrusted playlists.
 struct PlaylistLimits {
     static constexpr int MaxBytes = 256 * 1024;
     static constexpr int MaxEntries = 200;
-    /// Playlists within playlists.
+    /// Nesting of playlists.
     static constexpr int MaxDepth = 5;
 };
 
-/// The lines that are not empty, ended in any system's way, without blanks around them; from the
-/// first MaxBytes, less what these cut in two.
+/// The non-empty lines of the first MaxBytes of \a text, trimmed; LF, CR and CR LF all end a line.
+/// A last line that the limit cuts in two is dropped.
 QList<QByteArray> playlistLines(const QByteArray &text);
-/// Judges the first bytes of an answer; \a complete when they are all. Decides at the latest at 1
-/// KiB.
+/// Judges the first bytes of a response. \a complete: there are no more bytes. Never Undecided when
+/// complete or from 1 KiB on.
 StreamContent sniffStream(const QByteArray &begin, bool complete);
-/// Whether the content is one that parsePlaylist reads.
+/// Whether parsePlaylist() can parse this content.
 bool isPlaylist(StreamContent content);
 
-/// An address in a playlist, resolved against the playlist's own; empty when that is no http or
-/// https address, or longer than any that is in use.
+/// \a address resolved against \a base, the playlist's own address. Empty if the result is not an
+/// http or https address, or if \a address is longer than 8 KiB.
 QUrl playlistAddress(const QByteArray &address, const QUrl &base);
-/// The addresses in a playlist, in order, resolved against the playlist's own; at most MaxEntries,
-/// from the first MaxBytes. What is no http or https address is left out.
+/// The addresses in a playlist, in order, resolved against \a base; at most MaxEntries, from the
+/// first MaxBytes of \a text. Entries without an http or https address are skipped.
 QList<QUrl> parsePlaylist(const QByteArray &text, StreamContent content, const QUrl &base);

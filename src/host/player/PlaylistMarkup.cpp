@@ -15,7 +15,7 @@ bool isBlank(char c)
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f';
 }
 
-/// What an entity's name ("amp", "#38", "#x26") stands for; empty when it is none.
+/// The UTF-8 text for an entity name ("amp", "#38", "#x26"); empty for an unknown one.
 QByteArray entityValue(const QByteArray &name)
 {
     static const QHash<QByteArray, QByteArray> named {
@@ -30,7 +30,7 @@ QByteArray entityValue(const QByteArray &name)
         : QByteArray();
 }
 
-/// What is no entity stands for itself.
+/// Replaces entities; an ampersand that begins none is kept.
 QByteArray withoutEntities(const QByteArray &text)
 {
     constexpr int LongestEntity = 10;
@@ -91,11 +91,11 @@ QByteArray PlaylistMarkup::content() const
 
 bool PlaylistMarkup::isAt(const char *mark, int position) const
 {
-    // The text ends with a zero, so that what is too short differs before its end.
+    // QByteArray data is null-terminated, so the comparison stops at the end of the text.
     return std::strncmp(m_text.constData() + position, mark, std::strlen(mark)) == 0;
 }
 
-/// To the end, and false, when there is none.
+/// Moves past the next \a mark; without one, to the end, and returns false.
 bool PlaylistMarkup::skipBehind(const char *mark)
 {
     const int found = m_text.indexOf(mark, m_position);
@@ -133,7 +133,7 @@ void PlaylistMarkup::readAttribute()
         m_href = withoutEntities(value).trimmed();
 }
 
-/// Up to a blank or one of the ends.
+/// Reads up to white space or one of the end characters.
 QByteArray PlaylistMarkup::readWord(char end, char otherEnd)
 {
     const int begin = m_position;
@@ -143,7 +143,7 @@ QByteArray PlaylistMarkup::readWord(char end, char otherEnd)
     return m_text.mid(begin, m_position - begin);
 }
 
-/// What stands behind an equals sign, in quotes or not.
+/// Reads an attribute value, quoted or not.
 QByteArray PlaylistMarkup::readValue()
 {
     skipBlanks();

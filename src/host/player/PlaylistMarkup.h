@@ -5,9 +5,9 @@
 
 #include <QByteArray>
 
-/// Goes from tag to tag through a playlist in asx or xspf, which is often no well-formed XML:
-/// comments and entities are known, declarations are not, so nothing is fetched or expanded. Its
-/// work grows with the text's length. One thread.
+/// A tolerant tag scanner for asx and xspf playlists, which are often not well-formed XML. Handles
+/// comments, CDATA and the predefined and numeric entities; ignores declarations, so there are no
+/// external entities and no entity expansion attacks. A pass takes linear time. Not thread-safe.
 class PlaylistMarkup {
 public:
     explicit PlaylistMarkup(const QByteArray &text)
@@ -15,14 +15,15 @@ public:
     {
     }
 
-    /// False at the end and where the rest cannot be read.
+    /// Moves to the next tag. False at the end, or when the rest cannot be parsed.
     bool toNextTag();
-    /// The tag's name in lower case, without its prefix.
+    /// The tag's name in lower case, without its namespace prefix.
     const QByteArray &name() const { return m_name; }
     bool isClosing() const { return m_closing; }
-    /// The tag's href; empty when it has none.
+    /// The tag's href attribute, with entities replaced; empty without one.
     const QByteArray &href() const { return m_href; }
-    /// The text between this tag and the next, if there is a next.
+    /// The text between this tag and the next one, with entities and CDATA resolved; empty without
+    /// a next tag.
     QByteArray content() const;
 
 private:

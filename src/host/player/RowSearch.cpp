@@ -24,7 +24,7 @@ CMError noRowError()
     return CMError(playerText(QT_TRANSLATE_NOOP("Player", "There is no such row.")));
 }
 
-/// The roles of a row that was asked for all of them.
+/// Converts a row that was requested with VeskRoles::all().
 VeskRoles rolesOf(const QVariant &row)
 {
     VeskRoles roles;
@@ -36,7 +36,7 @@ VeskRoles rolesOf(const QVariant &row)
     return roles;
 }
 
-/// The index of the row with \a path that stands nearest to \a wanted; -1 when none has it.
+/// The index of the row with \a path nearest to \a wanted; -1 if there is none.
 int nearest(const QVariantList &rows, const CMPath &path, int wanted)
 {
     const int role = VeskRoles::all().indexOf(VeskRoles::Path());
@@ -86,7 +86,8 @@ void RowSearch::ask(int first, int last)
         m_address.screen, VeskRoles::all(), first, last, CMReply<QVariant>(reply)));
 }
 
-/// A screen without rows is no error, unless they could not be had.
+/// The response's error, worded by m_words when only the service's fault is known. An empty screen
+/// is no error unless the service failed.
 CMError RowSearch::errorOf(const CMReplyData<QVariant> &answer) const
 {
     const CMError error = answer.error();
@@ -98,6 +99,7 @@ CMError RowSearch::errorOf(const CMReplyData<QVariant> &answer) const
 void RowSearch::take(const CMError &error, const VeskRowsRoles &rows, int first, int last)
 {
     if (error.name() == CMError::TooLongName() && last - first >= RangeRows) {
+        // The response would exceed the size limit: continue in smaller requests.
         m_rangeRows = RangeRows;
         return ask(first, first + RangeRows - 1);
     }

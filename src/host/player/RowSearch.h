@@ -13,42 +13,41 @@
 
 #include <functional>
 
-/// The row that a client means: where it stood in a screen when the client read it, and the path
-/// that it has.
+/// Identifies a row for a client: its index when the client read the screen, and its path.
 struct RowAddress {
     CMPath screen;
     int row = 0;
-    /// Empty: whichever row stands there now.
+    /// Empty: whatever row is at the index now.
     CMPath path = {};
 };
 
-/// Fetches one row of a screen, with all its roles. With a path it is the row that has this path,
-/// and of several the one nearest to where it stood: in one fetch of what stands around, or, when
-/// it is not there, one of the whole screen. Main thread.
+/// Fetches one row of a screen with all its roles. With a path, it is the row with that path, the
+/// nearest to the index if there are several: the rows around the index are fetched first, and the
+/// whole screen only if it is not among them. Main thread.
 class RowSearch : public QObject {
     Q_OBJECT
 
 public:
-    /// So many rows before and after are looked at first.
+    /// Rows before and after the index in the first request.
     static constexpr int Neighbours = 20;
-    /// And so many of the screen at most.
+    /// Rows of the screen that are searched at most.
     static constexpr int MaxRows = 10000;
-    /// That many at a time where a service cannot answer with all of them at once.
+    /// Rows per request when the response with all of them would be too long.
     static constexpr int RangeRows = 500;
 
-    /// Called once, unless the search is destroyed before.
+    /// Called once, unless the search is destroyed before. May destroy the search.
     using Found = std::function<void(const CMError &error, const VeskRoles &row)>;
 
-    /// What a fault of the service that serves a path is in words.
+    /// The text for a fault of the service behind a path.
     using FaultWords = std::function<TrString(const CMPath &, const VeskServiceFault &)>;
 
-    /// Without \a words a screen that could not be had is one without rows.
+    /// Without \a words a screen whose service failed counts as one without rows.
     explicit RowSearch(FaultWords words = {}, QObject *parent = nullptr);
     ~RowSearch() override;
 
     void start(const RowAddress &address, Found found);
 
-    /// The name of the error that no row has the path.
+    /// CMError name: no row has the path any more.
     static const QString &goneName();
 
 private:
@@ -61,6 +60,7 @@ private:
     const FaultWords m_words;
     RowAddress m_address;
     Found m_found;
-    bool m_whole = false; ///< what stands around was looked at
+    bool m_whole = false; ///< the rows around the index were searched
+    /// Rows per request of the whole screen.
     int m_rangeRows = MaxRows;
 };

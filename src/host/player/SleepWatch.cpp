@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The steady clock stands still while the machine sleeps.
+/// steady_clock is CLOCK_MONOTONIC, which stands still during suspend.
 std::chrono::milliseconds sinceBoot()
 {
     timespec now {};

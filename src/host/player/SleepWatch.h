@@ -6,18 +6,18 @@
 #include <chrono>
 #include <functional>
 
-/// Notices that the machine slept, or that the process was halted: more time passed between two
-/// checks than the checking thread ever lets pass. Not thread-safe.
+/// Detects that the machine slept or the process was stopped: more time passed between two checks
+/// than the calling thread ever leaves between them. Not thread-safe.
 class SleepWatch {
 public:
     using Milliseconds = std::chrono::milliseconds;
-    /// The time since the machine was started, its sleep included; a test moves its own.
+    /// The time since boot, including suspend; replaceable for tests.
     using Now = std::function<Milliseconds()>;
 
-    /// \a longest is the longest time between two checks while neither happens.
+    /// \a longest is the longest regular time between two checks.
     explicit SleepWatch(Milliseconds longest, Now now = {});
 
-    /// Whether the machine slept since the last check; false at the first.
+    /// Whether the machine slept since the previous call; false on the first one.
     bool hasSlept();
 
 private:

@@ -10,15 +10,14 @@
 #include <QUrl>
 #include <QVector>
 
-/// The addresses at which services keep spoken messages ("not available in your country"), which
-/// they name where a station cannot be played, and what the messages say. A value: copy freely,
-/// safe to read from any thread.
+/// Addresses of spoken messages ("not available in your country") that services return in place of
+/// a stream, with the text of each message. A value type; safe to read from any thread.
 class SpokenExcuses {
 public:
-    /// \a file is how the paths of such addresses end, in any case; "*" stands for anything but a
+    /// \a file is the end of the address's path, case-insensitive; "*" matches any characters but a
     /// slash.
     void add(const QString &file, const TrString &words);
-    /// Empty for an address that is no excuse.
+    /// The text of the message; empty for any other address.
     TrString wordsOf(const QUrl &url) const;
 
 private:

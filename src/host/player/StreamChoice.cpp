@@ -30,7 +30,7 @@ QList<VeskRoles> rowsOf(const QVariant &answer, const QStringList &roles)
     return rows;
 }
 
-/// The parameters in which the paths of \a streams differ.
+/// The path parameters by which \a streams can be told apart.
 QSet<QString> tellingParams(const QList<VeskRoles> &streams)
 {
     QHash<QString, QSet<QString>> values;
@@ -96,7 +96,7 @@ void StreamChoice::find(const VeskRoles &row, Found found)
     VESK_ASSERT_OWN_THREAD();
     ++m_search;
     const CMPath item = itemOf(row);
-    // No titles: to find those, a menu may have to ask its service.
+    // Without titles, for which a menu may have to send a request to its service.
     ask(row.mediaData().metaData().contentPlayContextPath(),
         {VeskRoles::Type(), VeskRoles::Path(), VeskRoles::Activity()},
         [this, item, found = std::move(found)](const QList<VeskRoles> &entries) {
@@ -110,7 +110,7 @@ void StreamChoice::find(const VeskRoles &row, Found found)
         });
 }
 
-/// Hands on the rows of the first of \a choices that has streams of \a item.
+/// Fetches one screen of \a choices after the other until one has streams of \a item.
 void StreamChoice::openChoices(const QList<CMPath> &choices, const CMPath &item, const Found &found)
 {
     if (choices.isEmpty())
@@ -129,7 +129,7 @@ void StreamChoice::openChoices(const QList<CMPath> &choices, const CMPath &item,
         });
 }
 
-/// Calls \a answered with no rows when there are none to be had.
+/// Fetches rows. On an error \a answered gets none.
 void StreamChoice::ask(const CMPath &screen, const QStringList &roles, Answered answered)
 {
     const auto reply = std::make_shared<CMReplyData<QVariant>>();

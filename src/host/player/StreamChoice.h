@@ -12,33 +12,35 @@
 
 #include <functional>
 
-/// The streams of a station, found the way a listener finds them: by the entry of its menu that
-/// opens a choice (role "activity"), whose rows are audio that stands for the same item. Knows a
-/// service by nothing but roles. Main thread.
+/// Finds the streams of a station the way a user would: in the station's menu, opens each entry
+/// that offers a choice (role "activity") until one lists audio rows for the same item. Relies on
+/// roles only, not on a particular service. Main thread.
 class StreamChoice : public QObject {
     Q_OBJECT
 
 public:
-    /// So many streams of a station are looked at.
+    /// Rows to fetch of each screen.
     static constexpr int MaxStreams = 16;
 
-    /// With the rows of the streams, in the service's order; empty when none were found.
+    /// Called with the rows of the streams, in the service's order; empty if none were found.
     using Found = std::function<void(const QList<VeskRoles> &streams)>;
 
     using QObject::QObject;
 
-    /// Calls \a found later, unless another find() or cancel() comes before.
+    /// Calls \a found later, unless find() is called again or cancel() before.
     void find(const VeskRoles &row, Found found);
     void cancel() { ++m_search; }
 
-    /// Whether \a row says that it has several streams, and where they are listed.
+    /// Whether \a row may have several streams and names the menu in which they are listed.
     static bool mayHave(const VeskRoles &row);
-    /// What \a row stands for: a stream's row stands for its station.
+    /// The path of the item that \a row represents: for a stream's row its station, otherwise its
+    /// own path.
     static CMPath itemOf(const VeskRoles &row);
-    /// Whether \a row is one of a station's streams rather than the station.
+    /// Whether \a row is one of a station's streams rather than the station itself.
     static bool isStream(const VeskRoles &row);
-    /// Which of \a streams has \a path, or one that differs from it in nothing by which they differ
-    /// from each other, such as the language; -1 when there is not exactly one.
+    /// The index of the stream with \a path. Failing that, of the only one whose path differs from
+    /// it just in parameters that all \a streams share, such as the language; -1 if there is not
+    /// exactly one.
     static int indexOf(const QList<VeskRoles> &streams, const CMPath &path);
 
 private:
@@ -47,5 +49,5 @@ private:
     void ask(const CMPath &screen, const QStringList &roles, Answered answered);
     void openChoices(const QList<CMPath> &choices, const CMPath &item, const Found &found);
 
-    int m_search = 0; ///< counts the searches, to drop the answers of earlier ones
+    int m_search = 0; ///< of the latest find(), to drop the responses for earlier ones
 };

@@ -9,59 +9,62 @@
 #include <cstddef>
 #include <functional>
 
-/// Takes the encoded audio that a StreamReader receives. Called on the reader's thread only. None
-/// of the virtual functions waits for longer than MaxWait: a decoder that hangs, or an output that
-/// is full, never holds the reader up beyond its own limits, which `goOn` stands for.
+/// Takes the encoded audio that a StreamReader receives. Called on the reader thread only. No
+/// virtual function waits for longer than MaxWait; the public functions repeat them while `goOn`
+/// returns true, so a decoder that hangs or a full output cannot block the reader beyond its own
+/// limits.
 class StreamConsumer {
 public:
     static constexpr std::chrono::milliseconds MaxWait {250};
-    /// With so much ahead there is no hurry: what comes is gathered and handed on in larger pieces,
-    /// so that threads and processor sleep in between.
+    /// With so much decoded audio buffered, data is passed on in larger batches, so that the
+    /// threads wake up less often.
     static constexpr std::chrono::milliseconds Plenty {2000};
 
-    /// Whether waiting is still of use.
+    /// Whether to go on waiting.
     using GoOn = std::function<bool()>;
 
     enum class Taken {
         All,
-        None, ///< There is no space yet.
-        Refused, ///< The audio cannot be used, or the play is over.
+        None, ///< no space yet; try again
+        Refused, ///< the audio cannot be decoded, or the play is over
     };
 
     virtual ~StreamConsumer();
 
-    /// What follows is the beginning of a stream or of a file; what came before is decoded to its
-    /// end first.
+    /// The bytes that follow begin a stream or file. Waits for the previous one to be decoded
+    /// first.
     void startAudio(const GoOn &goOn);
-    /// Waits for space as long as \a goOn says. Returns whether the audio was taken.
+    /// Waits for space while \a goOn returns true. Returns whether the audio was taken.
     bool feedAudio(const char *data, std::size_t size, const GoOn &goOn);
-    /// Waits until everything is decoded, as long as \a goOn says.
+    /// Waits until everything is decoded, while \a goOn returns true.
     void finishAudio(const GoOn &goOn);
 
-    /// What was taken since startAudio() is of no use: throws it away, so that isUsable() holds.
+    /// Drops the undecodable bytes taken since startAudio(); isUsable() is true afterwards.
     virtual void forgetAudio() = 0;
-    /// A new title on the air.
+    /// The stream's current title changed.
     virtual void takeTitle(const QString &title) = 0;
-    /// What the server says of the bit rate, in bit/s.
+    /// The bit rate according to the server, in bit/s.
     virtual void takeBitRate(int bitRate) = 0;
 
-    /// False when what was taken since startAudio() turned out not to be audio.
+    /// False once the bytes taken since startAudio() turned out not to be decodable.
     virtual bool isUsable() const = 0;
-    /// Decoded since startAudio().
+    /// Duration of the audio decoded since startAudio().
     virtual std::chrono::milliseconds decoded() const = 0;
-    /// Decoded and not heard yet.
+    /// Duration of the audio that was decoded and not heard yet.
     virtual std::chrono::milliseconds ahead() const = 0;
-    /// For how long nothing has been there to hear; zero while there is, and while the user paused.
+    /// For how long there has been no sound; zero while there is, and while paused.
     virtual std::chrono::milliseconds silence() const = 0;
-    /// Whether anything was ever heard of this play.
+    /// Whether this play was ever audible.
     virtual bool wasHeard() const = 0;
 
 protected:
+    /// Starts a new decoder for the bytes that follow.
     virtual void beginAudio() = 0;
+    /// Takes all of \a data or nothing.
     virtual Taken takeAudio(const char *data, std::size_t size) = 0;
-    /// There is no more to come. Returns whether everything is decoded; may be called again.
+    /// No more bytes follow. Returns whether everything is decoded; called again until then.
     virtual bool endAudio() = 0;
 
 private:
-    bool m_begun = false; ///< and not finished
+    bool m_begun = false; ///< startAudio() was called, finishAudio() not yet
 };

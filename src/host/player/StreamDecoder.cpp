@@ -18,9 +18,10 @@ VESK_LOGGER("Player")
 
 namespace {
 
-/// More is no radio.
+/// bit/s. Larger values are ignored as invalid.
 constexpr std::uint32_t MaxBitRate = 100 * 1000 * 1000;
-/// For how long samples gather in the socket while there is plenty. The socket holds somewhat more.
+/// How long the socket is left unread while there is plenty of audio ahead. Its buffer holds
+/// somewhat more samples than that.
 constexpr std::chrono::milliseconds Rest {250};
 
 } // namespace
@@ -68,8 +69,8 @@ void StreamDecoder::queue(DecoderFrame kind, const void *payload, std::size_t si
     appendFrame(m_unsent, kind, payload, size);
 }
 
-/// Sends what is queued. Returns whether all of it went; the process that takes nothing more has
-/// enough, or is gone, which the receiving thread notices.
+/// Sends the queued frame, waiting once for up to \a wait. Returns whether all of it was sent; if
+/// not, the process has enough data or is gone. The receiver thread notices the latter.
 bool StreamDecoder::flush(Milliseconds wait)
 {
     while (m_sent < m_unsent.size()) {
@@ -145,8 +146,9 @@ void StreamDecoder::receive()
     end();
 }
 
-/// After some samples there are more soon: when there is no hurry they are taken together. abort()
-/// ends either wait, one by end(), the other by closing the socket.
+/// Waits for more frames. With plenty of audio ahead, waits a fixed time so that samples are
+/// received in larger batches. abort() ends both waits: the first through end(), the second by
+/// shutting the socket down.
 void StreamDecoder::waitForMore(bool hadSome)
 {
     if (hadSome && m_callbacks.ahead() >= StreamConsumer::Plenty) {
@@ -187,7 +189,7 @@ bool StreamDecoder::takeFrame(DecoderFrame kind, std::string_view payload)
     }
 }
 
-/// The process may be out of its mind.
+/// The process may have been taken over by the stream, so its frames are validated.
 bool StreamDecoder::takeFormat(std::string_view payload)
 {
     DecoderFormat format;
@@ -210,7 +212,7 @@ bool StreamDecoder::takeSamples(std::string_view payload)
     while (taken == Taken::None && !m_aborted)
         taken = m_callbacks.takeAudio(m_format, payload.data(), payload.size());
     if (taken != Taken::All) {
-        // The output is closed: the play is over.
+        // The output was closed: the play is over.
         m_aborted = true;
         return false;
     }

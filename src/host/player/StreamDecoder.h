@@ -23,50 +23,51 @@
 class DecoderProcess;
 enum class DecoderFrame : std::uint8_t;
 
-/// What a decoder hands on. Called on its receiving thread, until its destructor returns.
+/// Where a decoder's output goes. Called on its receiver thread, until its destructor returns.
 struct StreamDecoderCallbacks {
-    /// Takes whole frames of \a format, 32-bit floating-point samples; None is asked again at once.
-    /// May wait for StreamConsumer::MaxWait.
+    /// Takes \a size bytes of whole frames, interleaved 32-bit floating-point samples in \a format.
+    /// May wait for StreamConsumer::MaxWait; called again at once after None.
     std::function<StreamConsumer::Taken(
         const AudioFormat &format, const char *samples, std::size_t size)>
         takeAudio;
-    /// How much of what was taken is not heard yet.
+    /// How much of the audio taken was not heard yet.
     std::function<std::chrono::milliseconds()> ahead;
-    /// Titles in the stream itself, as Ogg has them.
+    /// A title from the stream's own tags, such as Ogg comments.
     std::function<void(const QString &title)> takeTitle;
     /// In bit/s.
     std::function<void(int bitRate)> takeBitRate;
 };
 
-/// Decodes one stream, whose format it finds out by itself, in a confined process of its own: bytes
-/// of hostile servers meet codecs there that were written for files one trusts. A decoder that
-/// crashes, hangs or wants too much memory is a stream that cannot be decoded, and nothing worse.
+/// Decodes one stream, whose format it detects, in a sandboxed process: the bytes come from
+/// untrusted servers, and codecs are not safe against malicious input. A decoder that crashes,
+/// hangs or exceeds its memory limit makes the stream undecodable, without further damage.
 ///
-/// push(), finish() and the destructor belong to one thread; abort() and the questions may come
-/// from any. Nothing waits for longer than StreamConsumer::MaxWait, but the destructor for a
-/// takeAudio() that does.
+/// push(), finish() and the destructor belong to one thread; abort() and the const functions may be
+/// called from any. No call waits for longer than StreamConsumer::MaxWait, except the destructor if
+/// takeAudio() does.
 class StreamDecoder {
 public:
-    /// Audio comes in \a wanted when that is known, else as the stream begins, with two channels at
-    /// most; whatever the stream turns into, the format stays. A \a process that was started before
-    /// saves the time of its start.
+    /// Audio is delivered in \a wanted if that is known, else in the stream's initial format with
+    /// at most two channels. The format then stays the same, even when the stream's changes. A \a
+    /// process started beforehand saves its start-up time; null: a new one.
     StreamDecoder(const AudioFormat &wanted, StreamDecoderCallbacks callbacks,
         std::unique_ptr<DecoderProcess> process = nullptr);
-    /// Aborts.
+    /// Aborts and waits for the receiver thread.
     ~StreamDecoder();
     StreamDecoder(const StreamDecoder &) = delete;
     StreamDecoder &operator=(const StreamDecoder &) = delete;
 
+    /// Takes all \a size bytes or nothing. At most DecoderLimits::MaxPayload.
     StreamConsumer::Taken push(const char *data, std::size_t size);
-    /// There is no more to come. Returns whether everything is decoded and taken, or never will be;
-    /// to be called again until then.
+    /// No more bytes follow. Returns whether everything was decoded and taken, or decoding failed;
+    /// call it again until then.
     bool finish();
-    /// Ends every wait; nothing is decoded any more.
+    /// Kills the process and ends every wait. Decoding cannot be continued.
     void abort();
 
-    /// False once the stream turned out to be none that can be decoded.
+    /// False once decoding failed.
     bool isUsable() const { return !m_failed; }
-    /// How much audio was taken.
+    /// Duration of the audio that takeAudio() accepted.
     std::chrono::milliseconds decoded() const;
 
 private:
@@ -85,19 +86,19 @@ private:
     const std::unique_ptr<DecoderProcess> m_process;
     std::atomic<bool> m_failed {false};
     std::atomic<bool> m_aborted {false};
-    std::atomic<long long> m_frames {0}; ///< taken
-    std::atomic<int> m_rate {0}; ///< of them
+    std::atomic<long long> m_frames {0}; ///< accepted by takeAudio()
+    std::atomic<int> m_rate {0}; ///< of these frames, per second
 
-    // The pushing thread's.
-    std::vector<char> m_unsent; ///< one frame at most
-    std::size_t m_sent = 0; ///< of m_unsent
-    bool m_finishing = false; ///< End is on its way
+    // Used by the thread that calls push() and finish().
+    std::vector<char> m_unsent; ///< at most one frame
+    std::size_t m_sent = 0; ///< bytes of m_unsent already sent
+    bool m_finishing = false; ///< the End frame was queued
 
-    AudioFormat m_format; ///< the receiving thread's
+    AudioFormat m_format; ///< used by the receiver thread
 
     VeskMutex m_mutex;
     std::condition_variable m_changed;
-    bool m_ended VESK_GUARDED_BY(m_mutex) = false; ///< No audio will come any more.
+    bool m_ended VESK_GUARDED_BY(m_mutex) = false; ///< no more audio will be delivered
 
     std::thread m_receiver;
 };

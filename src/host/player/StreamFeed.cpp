@@ -35,7 +35,7 @@ void StreamFeed::resume()
 
 void StreamFeed::start()
 {
-    // A stream in pieces was good if one of them was.
+    // Keeps the result of the part that ends here: a connection is good if one part of it was.
     isGood();
     m_consumer.startAudio(m_goOn);
     m_started = true;

@@ -8,41 +8,43 @@
 #include <chrono>
 #include <cstddef>
 
-/// Hands one connection's audio after the other's to a consumer, and tells what a connection was
-/// worth: of what the decoder says, only what this connection brought counts. Reader's thread only.
+/// Passes the audio of successive connections to a consumer, and tracks what each connection was
+/// worth: only audio decoded from the current connection's bytes counts. Reader thread only.
 class StreamFeed {
 public:
     using GoOn = StreamConsumer::GoOn;
 
     StreamFeed(StreamConsumer &consumer, GoOn goOn);
 
-    /// A new connection, which has brought nothing yet.
+    /// A new connection to some address.
     void open();
-    /// A new connection, which goes on with the file of the last one.
+    /// A new connection that resumes the file of the last one.
     void resume();
-    /// What follows is the beginning of a stream or of a file.
+    /// The bytes that follow begin a stream or file, and get a new decoder.
     void start();
-    /// Waits for space; false when the audio cannot be used, and when the play is over.
+    /// Waits for space. False when the audio cannot be decoded or the play is over.
     bool take(const char *data, std::size_t size);
-    /// What was taken is no audio: throws it away.
+    /// The bytes taken were not decodable: drops them together with the decoder.
     void forget();
-    /// Waits until everything is decoded.
+    /// Waits until all bytes are decoded.
     void finish();
     bool goOn() const { return m_goOn(); }
     StreamConsumer &consumer() const { return m_consumer; }
 
-    /// Whether the connection brought what may be audio.
+    /// Whether the connection delivered bytes to decode.
     bool hasBrought() const { return m_started && m_brought; }
-    /// Not while nothing was brought: what is being decoded then is the last connection's.
+    /// False if the connection's bytes cannot be decoded. Before start() the decoder still belongs
+    /// to an earlier connection and does not count.
     bool isUsable() const { return !m_started || m_consumer.isUsable(); }
-    /// Whether the connection brought a second of audio. Bytes are decoded after they were taken.
+    /// Whether a second of this connection's audio was decoded. May become true after the
+    /// connection has ended, because bytes are decoded after take().
     bool isGood();
 
 private:
     StreamConsumer &m_consumer;
     const GoOn m_goOn;
     bool m_started = false;
-    bool m_brought = false; ///< The connection brought bytes.
+    bool m_brought = false; ///< the connection delivered bytes
     bool m_good = false;
-    std::chrono::milliseconds m_before {0}; ///< decoded of the file by earlier connections
+    std::chrono::milliseconds m_before {0}; ///< decoded from earlier connections to the same file
 };

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Whether an element of \a kind that may be used takes what \a caps describe.
+/// Whether an allowed element of \a kind with these \a caps on its sink pad is installed.
 bool hasElement(GstElementFactoryListType kind, const char *caps)
 {
     GList *all = gst_element_factory_list_get_elements(kind, GST_RANK_MARGINAL);

@@ -5,6 +5,7 @@
 
 #include <QString>
 
-/// The formats that this machine can decode, as TuneIn names them, comma-separated: of "mp3",
-/// "aac", "ogg", "opus", "flac" and "hls" those for which GStreamer has what they need. Any thread.
+/// The formats that this machine can decode, comma-separated, with TuneIn's names: those of "mp3",
+/// "aac", "ogg", "opus", "flac" and "hls" for which the GStreamer elements are installed. Any
+/// thread.
 QString decodableFormats();

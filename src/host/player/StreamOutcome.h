@@ -7,17 +7,18 @@
 
 #include <chrono>
 
-/// How it ended with one address of a stream.
+/// The result of playing one address.
 struct StreamOutcome {
     enum Kind {
-        Ended, ///< All of it was played; there is no more.
-        Broken, ///< It cannot be had, or no longer; trying again may help.
-        Refused, ///< Trying this address again will not help; another one may.
-        Hopeless, ///< Nothing will help.
-        Stopped, ///< By the user, or because time is up.
+        Ended, ///< everything was played
+        Broken, ///< a fault that may pass: worth a retry
+        Refused, ///< a fault that will not pass; another address may work
+        Hopeless, ///< no address of the source will work
+        Stopped, ///< by the user, or because the time is up
     };
     Kind kind = Broken;
+    /// A text for the user about the fault.
     TrString problem;
-    /// How long the server wants to be left alone.
+    /// The server's Retry-After; zero without one.
     std::chrono::milliseconds retryAfter {0};
 };

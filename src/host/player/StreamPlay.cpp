@@ -19,6 +19,7 @@ StreamPlay::~StreamPlay()
 {
     if (!m_output)
         return;
+    // Closing the output must not signal to a half-destroyed play.
     disconnect(m_output.get(), nullptr, this, nullptr);
     cutSupply();
 }
@@ -54,6 +55,7 @@ void StreamPlay::cutSupply()
 {
     if (!m_supply)
         return;
+    // The decoder's thread may be waiting in AudioOutput::write(); let it return.
     m_output->refuse(true);
     m_supply.reset();
     m_output->refuse(false);
@@ -61,7 +63,7 @@ void StreamPlay::cutSupply()
     showProblem();
 }
 
-/// As after a pause, but for the pause.
+/// After a sleep: drops the buffered audio and reconnects to the station.
 void StreamPlay::rejoin()
 {
     cutSupply();
@@ -69,7 +71,7 @@ void StreamPlay::rejoin()
     supply();
 }
 
-/// A break that what is kept ahead bridges is none to a listener.
+/// A fault that buffered audio bridges is not shown.
 void StreamPlay::showProblem()
 {
     const TrString problem = m_output->isAudible() ? TrString() : m_problem;

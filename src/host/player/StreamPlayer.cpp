@@ -22,7 +22,7 @@ StreamPlayer::~StreamPlayer()
 {
     if (waitForEnd(EndTime))
         return;
-    // A thread that runs must not lose its object.
+    // Leak the QThread objects of threads that still run: destroying one is fatal.
     for (std::unique_ptr<PlayThread> &thread : m_ending)
         static_cast<void>(thread.release());
 }
@@ -38,7 +38,7 @@ void StreamPlayer::play(const StreamSource &source)
     m_thread = std::make_unique<PlayThread>(std::move(owned), m_lastEnding);
     m_lastEnding = m_thread->ending();
 
-    // What comes from a play that is over has no meaning any more.
+    // Queued signals of a play that is over may still arrive; its number is outdated.
     connect(play, &StreamPlay::audibleChanged, this, [this, number](bool audible, int step) {
         if (number == m_number && step == m_step)
             Q_EMIT audibleChanged(audible);
@@ -76,7 +76,7 @@ void StreamPlayer::play(const StreamSource &source)
     m_thread->start();
 }
 
-/// Has \a act called with the present play, on its thread.
+/// Queues a call of \a act with the current play on the play's thread.
 template <class Act>
 void StreamPlayer::tell(Act act)
 {
@@ -110,6 +110,7 @@ void StreamPlayer::stop()
     m_ending.push_back(std::move(m_thread));
     connect(m_ending.back().get(), &QThread::finished, this,
         [this] { m_ending.remove_if([](const auto &thread) { return thread->isFinished(); }); });
+    // Only the log; the next play does not wait for this one beyond PlayThread's limit.
     QTimer::singleShot(EndTime, this, [ending = m_lastEnding] {
         if (!ending->wait(std::chrono::milliseconds(0)))
             VESK_ERROR("A play that was stopped does not end; it is left behind.");

@@ -12,20 +12,21 @@
 #include <list>
 #include <memory>
 
-/// Plays streams from the network to the machine's sound output, or to what stands in for it: each
-/// play on a thread of its own, so that the main thread waits for no device, server or decoder.
+/// Plays streams from the network to the configured audio output. Each play has its own thread, so
+/// the main thread never waits for a device, server or decoder. Main thread.
 class StreamPlayer : public MediaPlayer {
     Q_OBJECT
 
 public:
-    /// A play that has not ended so long after it should have is told of in the log.
+    /// A play that is still running so long after stop() is reported in the log.
     static constexpr std::chrono::milliseconds EndTime {10000};
 
     explicit StreamPlayer(const AudioOutputSpec &output, QObject *parent = nullptr);
-    /// Stops; waitForEnd() should have been called before, where that matters.
+    /// Stops and waits up to EndTime. A thread that is still running then is leaked; call
+    /// waitForEnd() before to learn of that.
     ~StreamPlayer() override;
 
-    /// For plays that start later.
+    /// Applies to later plays.
     void setTimes(const StreamReader::Times &times) { m_times = times; }
 
     void play(const StreamSource &source) override;
@@ -34,8 +35,9 @@ public:
     void stop() override;
     void networkIsBack() override;
 
-    /// Stops, and waits until nothing runs any more: files are complete then. Returns false when
-    /// something still does after \a time; the process must not take anything apart any more then.
+    /// Stops, and waits until all play threads have ended; output files are complete then. Returns
+    /// false if one still runs after \a time: it may still use global state, so the process must
+    /// exit without tearing anything down.
     bool waitForEnd(std::chrono::milliseconds time);
 
 private:
@@ -45,10 +47,10 @@ private:
 
     const AudioOutputSpec m_spec;
     StreamReader::Times m_times;
-    int m_number = 0; ///< counts the plays
-    TrString m_problem; ///< of the present play
-    int m_step = 0; ///< counts the pauses and resumes of this one
-    std::unique_ptr<PlayThread> m_thread; ///< of the present play
-    std::list<std::unique_ptr<PlayThread>> m_ending; ///< of those that are over, but may still run
-    std::shared_ptr<PlayThread::Ending> m_lastEnding; ///< of the present play or the last one
+    int m_number = 0; ///< of the current play, to drop signals of earlier ones
+    TrString m_problem; ///< of the current play
+    int m_step = 0; ///< counts pauses and resumes of the current play
+    std::unique_ptr<PlayThread> m_thread; ///< of the current play
+    std::list<std::unique_ptr<PlayThread>> m_ending; ///< stopped plays whose threads may still run
+    std::shared_ptr<PlayThread::Ending> m_lastEnding; ///< of the current play, else of the last one
 };

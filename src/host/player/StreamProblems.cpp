@@ -15,7 +15,7 @@ namespace {
 
 const QString Hidden = QStringLiteral("***");
 
-/// Names of query items, in lower case, whose values tell of the stream and not of the listener.
+/// Whether the query parameter \a name describes the stream and not the listener.
 bool isHarmless(const QString &name)
 {
     static const QSet<QString> harmless {QStringLiteral("bitrate"), QStringLiteral("channel"),

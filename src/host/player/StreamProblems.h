@@ -11,21 +11,22 @@
 #include <chrono>
 
 /// \file
-/// What is said of streams, to users and in the log. Any thread.
+/// Texts about streams, for users and the log. Any thread.
 
 TrString nothingToHear();
 TrString notDecodable();
 StreamOutcome endedByServer();
 StreamOutcome neverAStream();
 
-/// What went wrong, and that it is tried again after \a wait; also when the server asked for a
-/// longer wait than it gets.
+/// "PROBLEM Trying again in N s.", and the server's Retry-After if that is longer than what is
+/// honoured.
 TrString problemWithRetry(const StreamOutcome &outcome, std::chrono::milliseconds wait);
-/// The same, now.
+/// The same for a retry that happens now.
 TrString problemWithTry(const StreamOutcome &outcome);
-/// What went wrong, and that another address of the station comes next.
+/// The problem, and that the next address of the station is tried.
 TrString problemWithNextAddress(const StreamOutcome &outcome);
 
-/// A stream's address as the log may have it: of its query only what is known to be harmless, for
-/// the rest are keys and names of listeners as often as not; no user, no password.
+/// A stream's address for the log: without user name, password and fragment, and with the query
+/// masked except for parameters known to be harmless, because queries often contain keys or
+/// identify the listener.
 QString displayedStreamAddress(const QUrl &url);

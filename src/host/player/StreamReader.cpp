@@ -19,11 +19,12 @@ VESK_LOGGER("Player")
 
 namespace {
 
-/// How long a decoder may take to begin.
+/// How long a decoder may take to produce its first samples, or further ones.
 constexpr std::chrono::milliseconds DecoderStart {1000};
 
 bool mayGoOn(StreamOutcome::Kind kind)
 {
+    // Ended, Hopeless and Stopped are final.
     return kind == StreamOutcome::Broken || kind == StreamOutcome::Refused;
 }
 
@@ -82,7 +83,7 @@ void StreamReader::run()
     }
 }
 
-/// What was heard before comes first, then everything that the source leads to.
+/// Tries the address that delivered audio last, then the source from its own address on.
 StreamOutcome StreamReader::playOnce()
 {
     m_tried.clear();
@@ -94,13 +95,15 @@ StreamOutcome StreamReader::playOnce()
             return outcome;
         tell(problemWithNextAddress(outcome));
         if (current == m_lastFinished)
+            // A station (see rejoin()): its end was a break, so its entries count as unplayed.
             m_finished.clear();
     }
     m_current.clear();
     return playAddress(m_source.url, 0, m_source.hasAlternatives);
 }
 
-/// Each address once in a round; one that leads back to itself leads nowhere.
+/// Tries each address once per round. A playlist that leads back to itself meets the preliminary
+/// entry in m_tried, which counts as refused.
 StreamOutcome StreamReader::playAddress(const QUrl &url, int depth, bool othersFollow)
 {
     if (m_finished.contains(url))
@@ -159,14 +162,14 @@ StreamOutcome StreamReader::playEntries(const QList<QUrl> &entries, int depth, b
         }
         if (!mayGoOn(outcome.kind) || !m_current.isEmpty() || isOver())
             return outcome;
-        // What may be there later says more than what never will.
+        // Report a fault that may pass rather than one that will not: the source is retried for it.
         if (!failed || outcome.kind == StreamOutcome::Broken)
             result = outcome;
         failed = true;
         if (!isLast)
             tell(problemWithNextAddress(outcome));
     }
-    // Of several files the ones that cannot be had are left out.
+    // Of several files, those that are unavailable are skipped.
     if (played && (!failed || !m_source.live))
         return {StreamOutcome::Ended, {}};
     return result;
@@ -185,14 +188,15 @@ StreamOutcome StreamReader::playHls(const QUrl &url, const AudioReceiver &receiv
     return HlsStream(m_http, m_feed, manner).play(receiver.head().url, receiver.text(), m_hlsNext);
 }
 
-/// Goes on with a file whose connection broke, from where it broke, as long as that works.
+/// Plays the response; resumes a broken file download by range requests, for as long as that works.
 StreamOutcome StreamReader::playAudio(
     const QUrl &url, AudioReceiver &receiver, HttpStreamResult result)
 {
     StreamOutcome outcome = receiver.judge(result, m_source.live);
     const bool isFile = !m_source.live && receiver.content() == StreamContent::Audio
         && receiver.head().length > 0;
-    // An address that was led to may hold for a while only: then the way there is gone again.
+    // The address behind a redirect may be short-lived: when resuming there brings nothing, the
+    // next request starts from the original address again.
     const QUrl found = receiver.head().url;
     bool viaFound = true;
     while (isFile && mayGoOn(outcome.kind) && m_feed.isUsable() && m_consumer.wasHeard()) {
@@ -209,8 +213,9 @@ StreamOutcome StreamReader::playAudio(
     return outcome;
 }
 
-/// Waits for the end of what ended, unless it is a station's and was heard: that is joined anew at
-/// once. A file that ended without a sound is none; a station may have been about to begin.
+/// Waits until a stream that ended is decoded, except for a station that was good, which is
+/// rejoined at once. A file without a single sample is refused; a station without one may not have
+/// started yet and is retried.
 StreamOutcome StreamReader::finish(StreamOutcome outcome)
 {
     if (outcome.kind == StreamOutcome::Ended && !(m_source.live && m_feed.isGood())) {
@@ -219,13 +224,13 @@ StreamOutcome StreamReader::finish(StreamOutcome outcome)
         if (wasSilent && !isOver())
             return {m_source.live ? StreamOutcome::Broken : StreamOutcome::Refused, notDecodable()};
     }
-    // What is not heard ends its connection, not the play.
+    // goOn() stopped a connection that delivered no audible sound: the play itself continues.
     if (outcome.kind == StreamOutcome::Stopped && !isOver())
         outcome.kind = StreamOutcome::Broken;
     return outcome;
 }
 
-/// A station that ended is on the air again, or will be.
+/// The end of a station's stream is a break: reconnects to the same address.
 StreamOutcome StreamReader::rejoin()
 {
     m_finished.remove(m_lastFinished);
@@ -242,7 +247,8 @@ bool StreamReader::isGivenUp(const StreamOutcome &outcome) const
     return isFinal || m_source.hasAlternatives;
 }
 
-/// Whether the connection that ended was worth something, once that is known.
+/// Whether the connection that ended brought a second of audio. Bytes are decoded after they were
+/// received, so this waits while decoding makes progress.
 bool StreamReader::wasGood()
 {
     Milliseconds before = m_consumer.decoded();
@@ -268,7 +274,7 @@ void StreamReader::recover()
     tell({});
 }
 
-/// Grows with each round, so that what is slow is not left for ever.
+/// Doubles with each round, so that a slow server is reached eventually.
 StreamReader::Milliseconds StreamReader::patience(bool othersFollow) const
 {
     constexpr int MostDoublings = 8;
@@ -282,7 +288,7 @@ bool StreamReader::pace()
     return wait == Milliseconds::zero() || (waitFor(wait) && !isOver());
 }
 
-/// Returns false when the play is over: stopped, or nothing heard for too long.
+/// Waits before the next try. Returns false when the play is over: stopped, or silent for too long.
 bool StreamReader::waitBeforeRetry(const StreamOutcome &outcome)
 {
     if (isOver())
@@ -291,7 +297,7 @@ bool StreamReader::waitBeforeRetry(const StreamOutcome &outcome)
         m_brokenSince = Clock::now();
     Milliseconds wait = m_backOff.next(outcome.retryAfter);
     if (const auto end = deadline()) {
-        // The last try is early enough to bring something.
+        // Leave the last try enough time before the deadline.
         const auto left = std::chrono::duration_cast<Milliseconds>(*end - Clock::now());
         if (left > m_times.lastTry)
             wait = std::min(wait, left - m_times.lastTry);
@@ -314,11 +320,13 @@ bool StreamReader::goOn()
 {
     if (m_feed.isGood())
         recover();
+    // The output's silence may have begun before this connection.
     const auto silence = std::min<Clock::duration>(m_consumer.silence(), Clock::now() - m_opened);
     return !isAsleep() && !isOver() && m_feed.isUsable() && silence < m_times.silence;
 }
 
-/// Looks, and remembers. A file waits for a listener who comes back.
+/// Checks for a sleep since the last call, and remembers it. Only stations: a file continues where
+/// it was.
 bool StreamReader::isAsleep()
 {
     m_slept = m_slept || (m_source.live && m_sleep.hasSlept());
@@ -333,12 +341,12 @@ void StreamReader::tell(const TrString &problem)
     Q_EMIT problemChanged(problem);
 }
 
-/// When to give up if nothing is heard until then.
+/// When to give up if there is no sound until then.
 std::optional<StreamReader::Clock::time_point> StreamReader::deadline() const
 {
     if (!m_consumer.wasHeard())
         return m_start + m_times.giveUp;
-    // A file waits for a listener who paused.
+    // A paused output reports no silence: a file is not given up during a pause.
     if (!m_source.live && m_brokenSince && m_consumer.silence() > Milliseconds::zero())
         return *m_brokenSince + m_times.giveUpFile;
     return {};

@@ -24,14 +24,14 @@
 class AudioReceiver;
 class StreamConsumer;
 
-/// Keeps one play supplied with audio: unwraps playlists (by content, nested up to five levels),
-/// tries their entries in order, follows HTTP Live Streaming, and stays on the air: whatever breaks
-/// is tried again, with a growing wait between tries. What was never heard is given up after half a
-/// minute, or at once when all that it leads to is refused for good; a station that was heard is
-/// tried for until the reader is stopped, a file for two minutes.
+/// Fetches the audio of one play and feeds it to a StreamConsumer: resolves playlists (recognized
+/// by content, nested up to five levels), tries their entries in order, follows HTTP Live Streaming
+/// and reconnects with a growing delay when a connection breaks. A source that was never audible is
+/// given up after half a minute, or at once when every address it leads to is refused for good. A
+/// station that was audible is retried until stop(), a file for two minutes.
 ///
-/// A thread of its own, which starts with start(); one connection at a time. The consumer must
-/// outlive it and is called on the reader's thread.
+/// Runs on its own thread, started by start(), with one connection at a time. The consumer must
+/// outlive the reader and is called on the reader thread.
 class StreamReader : public QThread {
     Q_OBJECT
 
@@ -39,32 +39,36 @@ public:
     struct Times {
         HttpStream::Times http;
         std::chrono::milliseconds entry {
-            4000}; ///< as HttpStream::Times::connect, while others follow
-        std::chrono::milliseconds giveUp {30000}; ///< without anything heard
-        std::chrono::milliseconds giveUpFile {120000}; ///< that was heard, since it broke off
-        std::chrono::milliseconds silence {10000}; ///< of a connection that brings bytes
-        std::chrono::milliseconds lastTry {3000}; ///< before giving up
-        std::chrono::milliseconds sleep {5000}; ///< of the machine; more leaves a station behind
-        SleepWatch::Now sinceBoot; ///< the machine's own when it is empty
+            4000}; ///< like HttpStream::Times::connect, while there are other addresses to try
+        std::chrono::milliseconds giveUp {30000}; ///< for a source that was never audible
+        /// After the break, for a file that was audible.
+        std::chrono::milliseconds giveUpFile {120000};
+        /// Without sound on a connection that delivers bytes.
+        std::chrono::milliseconds silence {10000};
+        std::chrono::milliseconds lastTry {3000}; ///< time left for the last try before giving up
+        /// A station is rejoined when the machine slept for longer.
+        std::chrono::milliseconds sleep {5000};
+        SleepWatch::Now sinceBoot; ///< empty: the system's boot-time clock
     };
 
     StreamReader(const StreamSource &source, StreamConsumer &consumer, const Times &times);
-    /// Stops and waits.
+    /// Stops the thread and waits for it.
     ~StreamReader() override;
 
-    /// Any thread; does not wait.
+    /// Asks the thread to end, without waiting for it. Any thread.
     void stop();
-    /// Ends a wait between two tries, because the network is back. Any thread.
+    /// Ends the delay before the next try, because the network is back. Any thread.
     void tryNow() { m_wait.cutShort(); }
 
 Q_SIGNALS:
-    /// Everything was played.
+    /// All audio was handed to the consumer and decoded.
     void ended();
     void gaveUp(const TrString &problem);
-    /// The machine slept: what was received of the station is old. The reader has ended; another
-    /// one joins the station as it is on the air now.
+    /// The machine slept, so the audio received so far is out of date. The reader ends; start
+    /// another one to rejoin the station live.
     void fellBehind();
-    /// What is being done about a fault, in words; empty once a connection brings audio again.
+    /// A text for the user about a fault and the retry; empty once a connection delivers audio
+    /// again.
     void problemChanged(const TrString &problem);
 
 protected:
@@ -100,24 +104,26 @@ private:
     StreamConsumer &m_consumer;
     const Times m_times;
     HttpStream m_http;
-    Clock::time_point m_start; ///< set by run()
+    Clock::time_point m_start; ///< of run()
 
-    // Reader's thread only.
+    // Reader thread only.
     StreamFeed m_feed;
     BackOff m_backOff;
     ConnectPace m_pace;
     SleepWatch m_sleep;
     bool m_slept = false;
-    int m_round = 0; ///< of going through all that the source leads to, since audio came
-    std::optional<Clock::time_point> m_brokenSince; ///< until audio comes again
-    Clock::time_point m_opened; ///< when the connection was
-    QUrl m_current; ///< what was heard last
-    QSet<QUrl> m_finished; ///< what was played to its end
+    int m_round = 0; ///< passes over all addresses of the source since the last audio
+    std::optional<Clock::time_point> m_brokenSince; ///< unset while audio arrives
+    Clock::time_point m_opened; ///< when the current connection was opened
+    QUrl m_current; ///< the last address that delivered audio
+    QSet<QUrl> m_finished; ///< addresses played to their end
     QUrl m_lastFinished;
-    QHash<QUrl, StreamOutcome> m_tried; ///< in this round
+    QHash<QUrl, StreamOutcome> m_tried; ///< outcomes in this round
     QUrl m_hlsUrl;
-    qint64 m_hlsNext = -1; ///< the segment to go on with there
+    qint64 m_hlsNext = -1; ///< media sequence number to continue with at m_hlsUrl
+    /// The last problemChanged().
     TrString m_told;
 
+    /// Other threads end it early, by stop() and tryNow().
     StreamWait m_wait;
 };

@@ -66,7 +66,7 @@ bool AudioReceiver::begin(const HttpStreamHead &head)
     m_refusal = streamRefusal(head);
     if (m_refusal.kind != StreamOutcome::Ended)
         return false;
-    // A server that does not know ranges begins at the beginning.
+    // A server without range support sends the whole file: drop what was received before.
     if (head.offset > wanted) {
         return refuse(StreamOutcome::Broken,
             playerText(
@@ -105,7 +105,7 @@ bool AudioReceiver::takeBody(const char *data, std::size_t size)
     return decide(false);
 }
 
-/// Returns whether more is wanted.
+/// Recognizes the content once there is enough of it. Returns whether to continue.
 bool AudioReceiver::decide(bool complete)
 {
     if (m_content == StreamContent::Undecided)
@@ -123,7 +123,7 @@ bool AudioReceiver::decide(bool complete)
         return refuse(StreamOutcome::Refused,
             playerText(QT_TRANSLATE_NOOP("Player", "There is a web page in place of the stream.")));
     case StreamContent::Text:
-        // A station that is about to begin answers with nothing.
+        // A station that is about to start may respond with an empty body: worth a retry.
         return refuse(m_text.trimmed().isEmpty() ? StreamOutcome::Broken : StreamOutcome::Refused,
             playerText(QT_TRANSLATE_NOOP("Player", "There is no audio at the stream's address.")));
     default:
@@ -144,7 +144,7 @@ StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) co
     if (m_refusal.kind != StreamOutcome::Ended)
         return m_refusal;
     if (!m_feed.isUsable()) {
-        // What is damaged in a file is there the next time too.
+        // A damaged file is still damaged on the next try.
         const bool isForGood = !live && m_feed.consumer().wasHeard();
         return {isForGood ? StreamOutcome::Hopeless : StreamOutcome::Broken, notDecodable()};
     }
@@ -152,7 +152,7 @@ StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) co
         return {result.isFinal ? StreamOutcome::Refused : StreamOutcome::Broken, result.problem};
     if (result.kind == HttpStreamResult::Refused)
         return {StreamOutcome::Broken, result.problem.isEmpty() ? nothingToHear() : result.problem};
-    // What has no length, and is not live, has ended however its connection did.
+    // Without a Content-Length, the end of the connection is the end of a file.
     const bool isWhole = m_head.length < 0 ? !live : result.kind == HttpStreamResult::Complete;
     if (m_content == StreamContent::Audio && isWhole)
         return {StreamOutcome::Ended, {}};

@@ -16,12 +16,13 @@
 class SpokenExcuses;
 class StreamFeed;
 
-/// Why an answer with such a head is no stream; Ended when it may be one.
+/// Why a response with this head cannot be a stream, by its status code; Ended if it can.
 StreamOutcome streamRefusal(const HttpStreamHead &head);
 
-/// Takes a whole short answer.
+/// Collects a short response.
 class TextReceiver : public HttpStreamReceiver {
 public:
+    /// Ends the exchange after \a limit bytes, or when \a goOn returns false.
     TextReceiver(int limit, std::function<bool()> goOn);
 
     bool begin(const HttpStreamHead &head) override;
@@ -38,12 +39,12 @@ private:
     QByteArray m_text;
 };
 
-/// Finds out what an address answers with: hands audio to the consumer as it comes, without the
-/// titles between, and keeps the text of a playlist. For one address; a file that broke off is gone
-/// on with by further requests.
+/// Recognizes what a response contains: passes audio on to the feed as it arrives, with ICY
+/// metadata taken out, and collects the text of a playlist. One per address; it can receive several
+/// responses in a row that resume one file. Reader thread only.
 class AudioReceiver : public HttpStreamReceiver {
 public:
-    /// \a excuses must outlive it.
+    /// Both must outlive the receiver.
     AudioReceiver(StreamFeed &feed, const SpokenExcuses &excuses);
 
     bool begin(const HttpStreamHead &head) override;
@@ -51,14 +52,15 @@ public:
     bool goOn() override;
     bool hasPlenty() const override;
 
-    /// Judges what came so far as all that there is.
+    /// The response is complete: decides content() by what was received.
     void complete();
-    /// What has become of an exchange that brought audio, or nothing.
+    /// The outcome of an exchange that ended with \a result and is not a playlist. \a live: the
+    /// source is a station, whose end is a break.
     StreamOutcome judge(const HttpStreamResult &result, bool live) const;
     StreamContent content() const { return m_content; }
     const QByteArray &text() const { return m_text; }
     const HttpStreamHead &head() const { return m_head; }
-    /// Bytes of the body that are done with.
+    /// Bytes of the body received so far, over all requests; where to resume.
     qint64 received() const { return m_received; }
 
 private:
@@ -71,10 +73,10 @@ private:
     const SpokenExcuses &m_excuses;
     HttpStreamHead m_head;
     StreamContent m_content = StreamContent::Undecided;
-    QByteArray m_text; ///< what came before it was decided; the playlist
+    QByteArray m_text; ///< the bytes before content() was decided; then the playlist
     std::optional<IcyStream> m_icy;
     qint64 m_received = 0;
-    qint64 m_skip = 0; ///< bytes to come that were received before
-    /// Why this is nothing to play; Ended when nothing is wrong.
+    qint64 m_skip = 0; ///< bytes to drop, because an earlier request delivered them
+    /// Why the response is not playable; Ended if nothing is wrong.
     StreamOutcome m_refusal {StreamOutcome::Ended, {}};
 };

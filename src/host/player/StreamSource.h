@@ -7,13 +7,13 @@
 
 #include <QUrl>
 
-/// What there is to play.
+/// What to play.
 struct StreamSource {
     QUrl url;
-    /// A station, which goes on for ever: its end is a break, to be mended by joining it anew.
+    /// A station, which has no end: when the connection ends, the player reconnects.
     bool live = true;
-    /// Something else can be played in its place: given up unheard at its first failure.
+    /// The caller can play something else instead: given up on the first failure before any sound.
     bool hasAlternatives = false;
-    /// What leads to one of these is not played.
+    /// Addresses that are not played, also when a redirect leads there.
     SpokenExcuses excuses = {};
 };

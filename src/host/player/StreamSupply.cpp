@@ -31,6 +31,7 @@ StreamSupply::~StreamSupply()
     m_reader.stop();
     {
         const VeskMutexLock lock(m_mutex);
+        // The reader thread may be about to start another decoder; replaceDecoder() sees m_stopped.
         m_stopped = true;
         if (m_decoder)
             m_decoder->abort();
@@ -49,7 +50,8 @@ void StreamSupply::forgetAudio()
     replaceDecoder(nullptr);
 }
 
-/// The old one is taken down without the lock: its thread may be waiting for the output.
+/// The old decoder is destroyed outside of the lock, because its thread may be waiting for the
+/// output.
 void StreamSupply::replaceDecoder(std::unique_ptr<StreamDecoder> decoder)
 {
     {
@@ -84,7 +86,8 @@ bool StreamSupply::endAudio()
 
 void StreamSupply::takeTitle(const QString &title)
 {
-    // Through this object's queue, so that nothing comes once it is gone.
+    // Called on the reader's and the decoder's threads. Queued to this object: a posted call is
+    // dropped when it is destroyed.
     QMetaObject::invokeMethod(
         this, [this, title] { Q_EMIT titleChanged(title); }, Qt::QueuedConnection);
 }

@@ -15,27 +15,30 @@
 class AudioOutput;
 class DecoderProcess;
 
-/// Brings one source's audio to an output: a reader and, one after the other, decoders. Made and
-/// destroyed on the output's thread, which the destructor may hold up; the output must outlive it
-/// and, when this is destroyed, refuse to be written to. Signals come on that thread.
+/// Supplies an AudioOutput with the audio of one source: owns a StreamReader and a StreamDecoder at
+/// a time. Created and destroyed on the output's thread, where its signals are emitted. The output
+/// must outlive it. The destructor waits for the reader and the decoder, so call
+/// AudioOutput::refuse() before.
 class StreamSupply : public QObject, private StreamConsumer {
     Q_OBJECT
 
 public:
     StreamSupply(const StreamSource &source, AudioOutput &output, const StreamReader::Times &times);
-    /// Stops and waits.
+    /// Stops the reader and the decoder and waits for their threads.
     ~StreamSupply() override;
 
     void start();
+    /// Ends a delay before a retry.
     void tryNow() { m_reader.tryNow(); }
 
 Q_SIGNALS:
     void titleChanged(const QString &title);
     void bitRateChanged(int bitRate);
-    /// Everything is in the output.
+    /// All audio was decoded and written to the output.
     void ended();
     void gaveUp(const TrString &problem);
-    /// What was brought is old: another supply joins the station as it is on the air now.
+    /// The machine slept, so the buffered audio is out of date; create another supply to rejoin the
+    /// station live.
     void fellBehind();
     void problemChanged(const TrString &problem);
 
@@ -55,10 +58,11 @@ private:
     void replaceDecoder(std::unique_ptr<StreamDecoder> decoder);
 
     AudioOutput &m_output;
-    /// Started while the stream's server is still to answer; null once it is in use.
+    /// Started early, while the server has not responded yet; null once a decoder uses it.
     std::unique_ptr<DecoderProcess> m_nextProcess;
     VeskMutex m_mutex;
-    /// Set by the reader's thread alone and under m_mutex; that thread reads it without.
+    /// Replaced only by the reader thread, under m_mutex; so that thread may read it without the
+    /// lock.
     std::unique_ptr<StreamDecoder> m_decoder;
     bool m_stopped VESK_GUARDED_BY(m_mutex) = false;
     StreamReader m_reader;

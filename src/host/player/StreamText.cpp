@@ -23,6 +23,7 @@ QString streamText(const QByteArray &bytes)
             character = QLatin1Char(' ');
     }
     text = text.trimmed().left(MaxLength);
+    // Do not cut a surrogate pair in two.
     if (!text.isEmpty() && text.at(text.size() - 1).isHighSurrogate())
         text.chop(1);
     return text.isNull() ? QStringLiteral("") : text;

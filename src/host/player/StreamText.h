@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// A text that a stream or its server sent, made fit to be shown: UTF-8, or Latin-1 where it is
-/// not; control characters become blanks, at most 512 characters. Never null. Any thread.
+/// Makes text from a stream or server displayable: decodes UTF-8, or Latin-1 if it is not valid
+/// UTF-8, replaces control characters with spaces, and cuts it at 512 characters. Never null. Any
+/// thread.
 QString streamText(const QByteArray &bytes);

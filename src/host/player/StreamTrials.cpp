@@ -13,6 +13,7 @@ VESK_LOGGER("Player")
 
 namespace {
 
+/// Limit of the exponential back-off between rounds.
 constexpr int LongestDoublings = 4;
 
 int bitRateOf(const VeskRoles &stream)
@@ -80,8 +81,7 @@ void StreamTrials::noteStarted(const VeskRoles &stream)
         m_queue = others();
 }
 
-/// What was chosen by hand is not replaced by another before it was heard, and a file is never in
-/// the middle.
+/// A stream picked by the user is not replaced before it was audible, and a file never once it was.
 bool StreamTrials::mayGoOn() const
 {
     if (!m_choosable || m_lastChance)
@@ -162,7 +162,7 @@ void StreamTrials::look()
     });
 }
 
-/// The present stream is given up, as soon as there is another.
+/// Leaves the current stream as soon as another one is known.
 void StreamTrials::leave(bool failed)
 {
     m_failed = failed;
@@ -188,14 +188,14 @@ void StreamTrials::goOn()
     m_leaving = false;
     if (m_failed)
         return Q_EMIT exhausted();
-    // What keeps the station away may keep its list of streams away as well.
+    // The list of streams may be unavailable for the same reason as the station: try again later.
     if (m_heard && !m_known)
         m_timer.start(m_times.lost << qMin(m_round++, LongestDoublings));
     Q_EMIT goingOnChanged();
 }
 
-/// The one that was left first, for as long as the player tries; when it is the only one, it goes
-/// on as it is.
+/// Plays the stream that was left first once more, for as long as the player keeps trying. If it is
+/// still playing because there is no other, it just continues.
 void StreamTrials::tryLastChance()
 {
     const VeskRoles stream = *m_interrupted;
@@ -231,7 +231,7 @@ void StreamTrials::restBeforeNextRound()
     m_timer.start(m_times.rest << qMin(m_round++, LongestDoublings));
 }
 
-/// The streams beside the present one, best first. The service lists those that the device can
+/// The other streams, highest bit rate first. The service lists only those that the device can
 /// play.
 QList<VeskRoles> StreamTrials::others() const
 {
@@ -246,8 +246,8 @@ QList<VeskRoles> StreamTrials::others() const
         [](const VeskRoles &a, const VeskRoles &b) { return bitRateOf(a) > bitRateOf(b); });
     if (streams.size() < m_streams.size() || m_started.isEmpty())
         return streams;
-    // The service chose one of them itself, by another address: most likely the first of its bit
-    // rate, which therefore comes last.
+    // The service's own pick is among the streams, but under another address: most likely the first
+    // one of the same bit rate. It was tried already, so it comes last.
     const auto same = std::find_if(streams.begin(), streams.end(),
         [this](const VeskRoles &stream) { return bitRateOf(stream) == m_started.bitRate(); });
     if (same != streams.end())

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// Between two questions whether to go on waiting; the machine may sleep meanwhile.
+/// The interval of isOver(). Short enough to notice that the machine slept.
 constexpr std::chrono::milliseconds Look {500};
 
 } // namespace
@@ -43,6 +43,7 @@ void StreamWait::wait(Milliseconds time, const std::function<bool()> &isOver)
     VeskMutexLock lock(m_mutex);
     m_cutShort = false;
     while (!m_stop && !m_cutShort && Clock::now() < end) {
+        // Call the caller's code without the lock.
         lock.unlock();
         const bool over = isOver();
         lock.lock();

@@ -9,18 +9,18 @@
 #include <condition_variable>
 #include <functional>
 
-/// The pauses of a reader's thread between two tries, which other threads can end. Any thread, but
-/// for wait().
+/// An interruptible sleep for the reader thread. All functions but wait() may be called from any
+/// thread.
 class StreamWait {
 public:
     using Milliseconds = std::chrono::milliseconds;
 
-    /// For good.
+    /// Ends the current wait and all later ones.
     void stop();
     bool isStopped() const;
-    /// Ends the present wait.
+    /// Ends the current wait.
     void cutShort();
-    /// Waits for \a time, or until \a isOver, which is asked twice a second, holds. The reader's
+    /// Waits for \a time, or until \a isOver returns true, which is called twice a second. Reader
     /// thread.
     void wait(Milliseconds time, const std::function<bool()> &isOver);
 

@@ -75,7 +75,7 @@ TEST(MutexTest, CanBeReleasedAndLockedAgainWithinAScope)
     bool entered = false;
     VeskMutexLock lock(mutex);
     lock.unlock();
-    // Would wait for ever if the mutex were still locked.
+    // Would block forever if the mutex were still locked.
     std::thread([&] {
         const VeskMutexLock other(mutex);
         entered = true;

@@ -115,7 +115,7 @@ TEST(TrStringArguments, AreNeverSearchedForPlaces)
         QStringLiteral("a%3Ab%2%1"));
     EXPECT_EQ(filled(QStringLiteral("%11"), values({QStringLiteral("%1")})), QStringLiteral("%1"));
     EXPECT_EQ(filled(QStringLiteral("%1"), values({QStringLiteral("%n")})), QStringLiteral("%n"));
-    // Neither does the end of one value become a place together with what follows it.
+    // The end of a value does not combine with the text after it into a placeholder.
     EXPECT_EQ(filled(QStringLiteral("%1%2"), values({QStringLiteral("%"), QStringLiteral("1")})),
         QStringLiteral("%1"));
     EXPECT_EQ(filled(QStringLiteral("%1 1"), values({QStringLiteral("%")})), QStringLiteral("% 1"));
@@ -189,7 +189,7 @@ TEST(TrString, IsLeftEmptyWhenMovedFrom)
     TrString from = full;
     const TrString to = std::move(from);
     EXPECT_EQ(to, full);
-    EXPECT_TRUE(from.isEmpty()); // NOLINT: what is left is part of the contract here
+    EXPECT_TRUE(from.isEmpty()); // NOLINT: the moved-from state is part of the contract
     from = to;
     EXPECT_EQ(from, full);
 }

@@ -19,7 +19,7 @@ QString decode(const QString &text)
     return decoded.value_or(QString());
 }
 
-/// Any Unicode text, with the characters that matter to paths and URLs more often than others.
+/// Random Unicode texts in which the characters that matter to paths and URLs are frequent.
 QString randomText(std::mt19937 &random)
 {
     static const QString favoured = QStringLiteral(":/?&=+%#. ~-_\"\\aZ0");
@@ -108,8 +108,8 @@ TEST(PercentEncode, WritesALoneSurrogateAsReplacementCharacter)
 
 TEST(PercentEncode, KeepsSurrogatePairsTogetherInLongTexts)
 {
-    // Whatever size the pieces have in which a long text is encoded, some pair lies across their
-    // end.
+    // Long texts are encoded in pieces: with these offsets some surrogate pair straddles a piece's
+    // end, whatever the size of the pieces.
     for (int before = 0; before < 3; ++before) {
         const QString text
             = QString(before, QLatin1Char(' ')) + QStringLiteral("\U0001F600").repeated(2000);
@@ -217,9 +217,9 @@ TEST_P(DamagedEscape, IsRefused)
 INSTANTIATE_TEST_SUITE_P(PercentDecode, DamagedEscape,
     testing::Values("%", "a%", "%4", "a%4", "%%", "%%41", "%G1", "%1G", "%-1", "%+1", "% 1", "%0x",
         "%4\xc3\xa9",
-        // a continuation byte alone, one too few, an escape or a character in between
+        // a lone continuation byte, too few of them, an escape or a character in between
         "%80", "%BF", "%C3", "%C3a", "%C3%", "%C3%A", "%C3%41", "%E2%82", "%E2%82x", "%F0%9F%98",
-        // overlong forms, surrogates, beyond Unicode, bytes that UTF-8 has no use for
+        // overlong forms, surrogates, beyond U+10FFFF, bytes that never occur in UTF-8
         "%C0%80", "%C1%BF", "%E0%80%80", "%E0%9F%BF", "%F0%80%80%80", "%F0%8F%BF%BF", "%ED%A0%80",
         "%ED%BF%BF", "%F4%90%80%80", "%F5%80%80%80", "%F8%88%80%80%80", "%FE", "%FF"));
 

@@ -39,7 +39,8 @@ std::string threadNameAfter(const QString &name)
     return result;
 }
 
-/// Logging has threads of its own, which a plain fork would leave out.
+/// Logging runs threads, which a plain fork would not copy: the "threadsafe" style executes the
+/// test program again.
 class AssertDeathTest : public testing::Test {
 protected:
     AssertDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
@@ -71,7 +72,8 @@ TEST_F(AssertDeathTest, KeepsTheConditionLiteral)
 
 TEST_F(AssertDeathTest, LeavesAWholeRecordInTheLogFile)
 {
-    // The process that dies starts the test anew, so both must come to the same name.
+    // The dying process runs this test from its start, so both processes must compute the same
+    // name.
     const QString file = QCoreApplication::applicationFilePath() + QStringLiteral(".assert.log");
     QFile::remove(file);
     const auto fail = [&file] {
@@ -79,7 +81,7 @@ TEST_F(AssertDeathTest, LeavesAWholeRecordInTheLogFile)
             new log4cplus::FileAppender(file.toStdString(), std::ios::trunc, false));
         appender->setLayout(std::make_unique<log4cplus::PatternLayout>("%p %c %F:%L %m%n"));
         log4cplus::Logger::getRoot().addAppender(appender);
-        // Even a log that is switched off gets the record.
+        // The record is written even when logging is off.
         log4cplus::Logger::getRoot().setLogLevel(log4cplus::OFF_LOG_LEVEL);
         veskAssertionFailed("1 == 2", "src/host/main.cpp", 77);
     };
@@ -118,7 +120,7 @@ TEST_F(AssertDeathTest, WritesOneWholeRecordWhenThreadsFailTogether)
         for (std::thread &thread : threads)
             thread.join();
     };
-    // Whether the threads meet is chance; never may they write over each other.
+    // Whether the failures coincide is up to the scheduler; their output must never interleave.
     for (int i = 0; i < 10; ++i)
         EXPECT_EXIT(fail(), testing::KilledBySignal(SIGABRT),
             testing::StrEq("Assertion failed: together, file f, line 1\n"));

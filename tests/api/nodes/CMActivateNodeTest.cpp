@@ -9,7 +9,7 @@
 
 namespace {
 
-/// Answers activations with its own value; a handler that does nothing lets them go.
+/// A receiver with one handler that completes activations with its value, and one that drops them.
 class Receiver : public QObject {
 public:
     explicit Receiver(int answerWith)

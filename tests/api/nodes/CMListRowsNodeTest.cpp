@@ -172,7 +172,7 @@ TEST(CMListRowsNode, AsksRowsOfAnotherWorkerWithoutWaiting)
         ScriptNode::create(self.nodes(), path("W:free"))->setTitle(text("free"));
     });
     const Answer answer = getRows(root, path("W:list"), titleAndPath, 0, 99);
-    // The list's worker answers others while a row is still out.
+    // The list's worker serves other requests while a row's response is outstanding.
     ASSERT_TRUE(getData(root, path("W:free"), titleAndPath).wait());
     EXPECT_FALSE(answer.isThere());
     released.open();
@@ -259,7 +259,7 @@ protected:
                             .arg(change.path.toEncoded(), change.kind)
                             .arg(change.first));
         });
-        // Behind what the worker was told.
+        // Queued behind the notice of the subscription, so the worker has handled that.
         EXPECT_TRUE(getData(root, path("W:list"), {}).wait());
         return subscription;
     }
@@ -310,7 +310,7 @@ TEST_F(ListSubscription, DoesNotForwardAResetThatCoversTheList)
     const auto subscription = subscribe("W:list?p=1&q=2");
     CMSubscribe().changedStartingWith(path("W:list?p=1"), CMSubscribe::RowsChangeReset(), -1, -1);
     EXPECT_TRUE(spinUntil([&] { return !told.isEmpty(); }));
-    // Of the row alone, and of what begins beside the list, it tells.
+    // Changes of the row alone, and of prefixes that do not cover the list, are passed on.
     const auto tellsNext = [&](const char *news) {
         const int before = told.size();
         EXPECT_TRUE(spinUntil([&] { return told.size() > before; }));

@@ -167,7 +167,7 @@ TEST(CMNodes, ARequestThatANodeKeptEndsWithAnErrorWhenTheNodeIsDestroyed)
             });
         });
         answer = getData(root, path("W:x"), valueRole);
-        ASSERT_TRUE(getData(root, path("W:"), valueRole).wait()); // and so was the one before
+        ASSERT_TRUE(getData(root, path("W:"), valueRole).wait()); // handled after the first request
         EXPECT_FALSE(answer.isThere());
     }
     ASSERT_TRUE(answer.isThere());
@@ -213,7 +213,7 @@ TEST(CMNodes, AreNotifiedOfTheFirstAndTheLastSubscriberOfAPathTheyServe)
     auto one = root.subscribe(path("W:browse/x?p=1"), &context, [](const CMChange &) {});
     auto two = root.subscribe(path("W:browse/x?p=1"), &context, [](const CMChange &) {});
     const auto expect = [&](std::size_t added, std::size_t removed) {
-        // Behind what the worker was told before.
+        // Queued behind the notices of the subscriptions, so the worker has handled those.
         getData(root, path("W:browse"), {}).wait();
         thread.call([&] {
             EXPECT_EQ(node->added, std::vector<CMPath>(added, path("W:browse/x?p=1")));

@@ -180,13 +180,13 @@ TEST(CMRedirectRowsNode, RedirectsInACircleStopForwardingChanges)
     std::vector<CMChange> told;
     const auto subscription = root.subscribe(
         path("W:a"), &context, [&](const CMChange &change) { told.push_back(change); });
-    // Each learns of the other's subscription in a turn of its event loop.
+    // The worker's event loop handles each node's subscription to the other in a turn of its own.
     for (int i = 0; i < 2; ++i)
         getData(root, path("W:b"), roles).wait();
     CMSubscribe().changed(path("W:b"), CMSubscribe::RowsChangeInserted(), 0, 0);
     ASSERT_TRUE(
         spinUntil([&] { return !told.empty() && told.back().hops >= CMRequest::MaxHops - 1; }));
-    // Time for more than the allowed turns.
+    // Time for more hops than are allowed.
     for (int i = 0; i < 2 * CMRequest::MaxHops; ++i) {
         ASSERT_TRUE(getData(root, path("W:b"), roles).wait());
         QCoreApplication::processEvents();

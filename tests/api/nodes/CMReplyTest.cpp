@@ -166,7 +166,7 @@ TEST(CMReply, CallsAWatcherThroughTheEventLoopOtherwise)
     CMReply<QVariant> reply = answer.reply();
     QObject context;
     int told = 0;
-    // The value can be read in the watcher: it is not called under the lock.
+    // The watcher is called without the lock, so it may read the value.
     answer.data()->whenFinished(&context, [&] { told += answer.value().toInt(); });
     reply.setValue(7);
     EXPECT_EQ(told, 0);

@@ -18,7 +18,7 @@ namespace {
 
 const QStringList valueRole {VeskRoles::Value()};
 
-/// Answers on the thread that asks, with its own name.
+/// Responds with its own name, on the requesting thread.
 class InlineWorker : public CMAbstractWorker {
 public:
     explicit InlineWorker(const char *name, std::function<void()> whenAsked = nullptr)
@@ -256,19 +256,20 @@ TEST(CMRootWorker, EmitsSignalsForAddedAndRemovedRoutes)
     InlineWorker a("a");
     InlineWorker b("b");
     root.addWorker(QStringLiteral("A"), &a);
-    root.addWorker(QStringLiteral("A"), &b); // taken
+    root.addWorker(QStringLiteral("A"), &b); // the prefix is taken
     root.addForeignPath(path("P:x/y?z=1"), &a);
     root.setDefaultWorker(&b);
     EXPECT_EQ(told, (QStringList {QStringLiteral("+A:"), QStringLiteral("+P:x/y")}));
     told.clear();
-    root.removeForeignPath(path("P:x/y"), &b); // not its route
+    root.removeForeignPath(path("P:x/y"), &b); // the route belongs to a
     root.removeForeignPath(path("P:x/y"), &a);
     root.removeWorker(&a);
     root.removeWorker(&b);
     EXPECT_EQ(told, (QStringList {QStringLiteral("-P:x/y"), QStringLiteral("-A:")}));
 }
 
-/// An InlineWorker whose thread is not the test's, so that holding back concerns the test.
+/// An InlineWorker in a thread of its own: hold() queues the test's requests, which it would not do
+/// for those of the worker's own thread.
 class ElsewhereWorker : public InlineWorker {
 public:
     explicit ElsewhereWorker(const char *name)
@@ -311,7 +312,7 @@ TEST(CMRootWorker, HoldsRequestsUntilTheirWorkerIsReplaced)
     for (const Answer &answer : {first, foreign, orphan})
         EXPECT_EQ(answer.list().value(0), QStringLiteral("next"));
     EXPECT_EQ(root.getValue(path("A:3")), QStringLiteral("next"));
-    root.release(QStringLiteral("A")); // harmless
+    root.release(QStringLiteral("A")); // has no effect
 }
 
 TEST(CMRootWorker, AnswersRequestsBeyondTheQueuesLimitWithAnError)
@@ -330,7 +331,7 @@ TEST(CMRootWorker, AnswersRequestsBeyondTheQueuesLimitWithAnError)
 TEST(CMRootWorker, AHeldWorkersOwnThreadIsServed)
 {
     CMRootWorker root;
-    InlineWorker own("own"); // of this thread
+    InlineWorker own("own"); // lives in this thread
     root.addWorker(QStringLiteral("A"), &own);
     root.hold(QStringLiteral("A"), CMRootWorker::Prefix);
     EXPECT_EQ(root.getValue(path("A:x")), QStringLiteral("own"));

@@ -14,7 +14,7 @@
 
 namespace {
 
-/// What a subscriber was told, as text.
+/// Records the changes that a subscriber receives, as text.
 class Told {
 public:
     void operator()(const CMChange &change)
@@ -43,7 +43,7 @@ QStringList lines(std::initializer_list<const char *> texts)
     return result;
 }
 
-/// Remembers which paths it was told to be subscribed to.
+/// Records the paths that were connected ("+") and disconnected ("-").
 class ListeningWorker : public CMAbstractWorker {
 public:
     void request(CMRequest) override { }
@@ -294,7 +294,7 @@ TEST(CMSubscription, IsNeverNotifiedAfterItsEndWhileOtherThreadsNotify)
     WorkerThread home([] { return new QObject; });
     std::atomic<bool> stop {false};
     std::atomic<int> heard {0};
-    bool toldLate = false; // of the home thread
+    bool toldLate = false; // accessed by the home thread only
     std::vector<std::thread> telling;
     for (int i = 0; i < 2; ++i) {
         telling.emplace_back([&stop] {
@@ -307,7 +307,7 @@ TEST(CMSubscription, IsNeverNotifiedAfterItsEndWhileOtherThreadsNotify)
     for (int round = 0; round < 200; ++round) {
         std::unique_ptr<CMSubscription> subscription;
         std::unique_ptr<QObject> context;
-        bool ended = false; // of the home thread
+        bool ended = false; // accessed by the home thread only
         const int before = heard;
         home.call([&] {
             context = std::make_unique<QObject>();
@@ -325,6 +325,7 @@ TEST(CMSubscription, IsNeverNotifiedAfterItsEndWhileOtherThreadsNotify)
                 context.reset();
             ended = true;
         });
+        // Notifications that were queued before the end would be delivered before this call.
         home.call([&] {
             subscription.reset();
             context.reset();
@@ -351,7 +352,7 @@ TEST(CMSubscription, ADirectOneIsCalledOnTheNotifyingThread)
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
         EXPECT_EQ(told.lines().size(), 2) << "none waits, so none is left out";
-        subscription.reset(); // may end on any thread
+        subscription.reset(); // allowed on any thread
         root.notifyChanged({path("A:x"), CMSubscribe::ValueChanged()});
     }).join();
     EXPECT_EQ(toldOn, tellsOn);

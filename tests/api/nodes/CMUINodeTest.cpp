@@ -12,7 +12,7 @@
 
 namespace {
 
-/// Asks a node of this thread.
+/// Sends a request to a node that lives in this thread.
 QVariantList ask(CMNode &node, const CMPath &to, const QStringList &roles)
 {
     const Answer answer;

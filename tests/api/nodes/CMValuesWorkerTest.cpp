@@ -236,7 +236,7 @@ TEST_F(Values, ListTheirPaths)
     EXPECT_TRUE(values.value(path("V:gone")).isEmpty());
 }
 
-/// Values whose changes wait until they are persisted.
+/// Values whose changes take effect once the test reports them as persisted.
 class KeptValues : public Values {
 protected:
     void SetUp() override

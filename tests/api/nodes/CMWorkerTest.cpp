@@ -17,7 +17,7 @@ namespace {
 
 const QStringList valueRole {VeskRoles::Value()};
 
-/// Answers every request with its value, or with nothing.
+/// Responds to each request with the request's own value, or as \a handle does.
 class EchoWorker : public CMWorker {
 public:
     using Handle = std::function<bool(const CMRequest &)>;
@@ -143,7 +143,7 @@ TEST(CMWorker, HandlesPostedRequestsOfItsOwnThreadAfterTheQueue)
             path("Echo:x"), VeskRoles::Value(), number, CMReply<QVariant>(answers.back()));
     };
     thread->call([&] {
-        // What another thread asked for, and has to wait for this function's end.
+        // A request from another thread stays queued until this function returns.
         std::thread other([&] { workerOf(thread).request(request(1)); });
         other.join();
         workerOf(thread).post(request(2));
@@ -252,7 +252,7 @@ TEST(CMWorker, AnswersAllOfAThousandRequestsWhenItIsDestroyed)
     }
     for (std::thread &one : asking)
         one.join();
-    // The loop ends with what is being handled: the rest is still in the inbox.
+    // The loop ends after the request being handled; the others are still in the inbox.
     thread->quit();
     released.open();
     thread.reset();
@@ -312,7 +312,7 @@ TEST(CMWorker, AStoppedWorkerAcceptsNoRequests)
     });
     EXPECT_EQ(
         getData(thread.worker(), path("Echo:x"), valueRole).errorName(), CMError::UnansweredName());
-    // ThreadSanitizer does not see that the thread's end comes after the request.
+    // A synchronization that ThreadSanitizer sees: the thread ends after the request.
     thread.call([] {});
 }
 

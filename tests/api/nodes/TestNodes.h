@@ -18,9 +18,9 @@
 #include <vector>
 
 /// \file
-/// Nodes and workers whose behaviour a test writes down in place, and requests in one line.
+/// Nodes and workers whose handlers a test defines in place, and one-line requests.
 
-/// Waiting longer than this is a failure.
+/// Milliseconds after which a wait counts as failed.
 constexpr int Patience = 20000;
 
 inline CMPath path(const char *text)
@@ -33,12 +33,12 @@ inline TrString text(const char *sourceText)
     return TrString("Test", sourceText);
 }
 
-/// The caller's side of an answer.
+/// The response to a request, as its caller sees it. Copies share the response.
 class Answer {
 public:
     bool isThere() const { return m_data->isFinished(); }
     bool wait() const { return m_data->waitForFinished(Patience); }
-    /// Waits while this thread's event loop runs.
+    /// Waits and runs this thread's event loop meanwhile.
     bool spin() const
     {
         return spinUntil([this] { return m_data->isFinished(); }, Patience);
@@ -50,7 +50,7 @@ public:
     QString errorText() const { return m_data->error().message().toString(); }
     bool isError() const { return !m_data->error().isEmpty(); }
     const std::shared_ptr<CMReplyData<QVariant>> &data() const { return m_data; }
-    /// Call it once.
+    /// The reply for the request. To be called once.
     CMReply<QVariant> reply() const { return CMReply<QVariant>(m_data); }
 
 private:
@@ -88,7 +88,7 @@ inline Answer matchRow(
     return answer;
 }
 
-/// A node whose handlers are given functions.
+/// A node whose request handlers are functions of the test.
 class ScriptNode : public CMUINode {
 public:
     using Handler = std::function<bool(const CMRequest &)>;
@@ -122,7 +122,7 @@ private:
     const Handler m_handler;
 };
 
-/// A worker whose nodes the test makes.
+/// A worker whose nodes the test creates.
 class ScriptWorker : public CMNodesWorker {
 public:
     using Build = std::function<void(ScriptWorker &)>;
@@ -148,7 +148,7 @@ public:
     ScriptWorker &worker() const { return *static_cast<ScriptWorker *>(object()); }
 };
 
-/// Blocks the threads that wait for it until it is opened, once.
+/// Blocks the threads that wait() until it is opened, which happens once.
 class Gate {
 public:
     void open() { m_promise.set_value(); }

@@ -23,7 +23,7 @@ CMPath with(CMPath path, const CMPath::Params &params)
     return path;
 }
 
-/// Texts in which what divides a path, and what takes more than one character, comes often.
+/// Random texts in which a path's separators and characters of several code units are frequent.
 class RandomTexts {
 public:
     QString next()

@@ -36,7 +36,7 @@ std::string print(const CMPath &value)
     return out.str();
 }
 
-/// Texts over an alphabet in which everything that divides a path comes often.
+/// Random paths over an alphabet in which a path's separators are frequent.
 class RandomPaths {
 public:
     CMPath next()
@@ -241,18 +241,18 @@ TEST_P(NoPath, DecodesToTheEmptyPath)
 
 INSTANTIATE_TEST_SUITE_P(CMPathDecode, NoPath,
     testing::Values("", ":", "browse", ":browse", ":browse?a=b", "browse?a=b", "browse/uri",
-        // a colon further on ends no prefix
+        // a later colon does not end a prefix
         "browse?a=b:c", "/TuneIn:browse", "a/b:c", "a=b:c", "a&b:c", "?:",
         // entries without "="
         "TuneIn:browse?", "TuneIn:browse?a", "TuneIn:browse?a=b&", "TuneIn:browse?&a=b",
         "TuneIn:browse?a=b&&c=d", "TuneIn:browse?a=b&c",
-        // keys that come twice, however they are written
+        // duplicate keys, with and without escapes
         "TuneIn:browse?a=1&a=2", "TuneIn:browse?a=1&a=1", "TuneIn:browse?a=1&%61=2",
         "TuneIn:browse?=1&=2",
         // damaged escapes in every part
         "%:browse", "Tune%4:browse", "TuneIn:browse%", "TuneIn:brow%zzse", "TuneIn:browse?%=a",
         "TuneIn:browse?a=%f", "TuneIn:browse?a=b&c=%C3%28", "%C3:%A9",
-        // bytes that are no UTF-8
+        // invalid UTF-8
         "TuneIn:%FF", "TuneIn:%C0%80", "TuneIn:%ED%A0%80", "TuneIn:a?b=%F4%90%80%80"));
 
 TEST(CMPathDecode, BoundsTheTextItReads)
@@ -268,7 +268,7 @@ TEST(CMPathDecode, SurvivesAnyNoise)
     RandomPaths random;
     int paths = 0;
     for (int i = 0; i < 20000; ++i) {
-        // A sound path with one character changed, removed or added.
+        // A valid path with one character changed, removed or added.
         QString text = random.next().toEncoded();
         const int at = int(random.number() % uint(text.size()));
         static const QString noise = QStringLiteral("%:?&=\U0010FFFF a0");

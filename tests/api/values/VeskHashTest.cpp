@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Gives a typed class's readers names that tests can call.
+/// Makes the protected readers of typed classes public for the tests.
 class Readers : public VeskHash {
 public:
     using VeskHash::flag;

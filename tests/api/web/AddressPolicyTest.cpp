@@ -58,9 +58,12 @@ TEST(AddressPolicyTest, ClassifiesAddresses)
         {AddressKind::Internet, "223.255.255.255"},
         {AddressKind::Internet, "2a00:1450:4001:81b::200e"},
         {AddressKind::Internet, "2001:1::1"},
+        // An IPv4 address within IPv6 counts: mapped, NAT64 (RFC 6052) and 6to4 (RFC 3056).
         {AddressKind::Internet, "::ffff:8.8.8.8"},
         {AddressKind::Internet, "64:ff9b::8.8.8.8"},
         {AddressKind::Internet, "2002:808:808::1"},
+        // Private networks (RFC 1918), the shared address space (RFC 6598) and benchmarking (RFC
+        // 2544).
         {AddressKind::LocalNetwork, "10.0.0.0"},
         {AddressKind::LocalNetwork, "10.255.255.255"},
         {AddressKind::LocalNetwork, "100.64.0.0"},
@@ -70,12 +73,14 @@ TEST(AddressPolicyTest, ClassifiesAddresses)
         {AddressKind::LocalNetwork, "192.168.0.1"},
         {AddressKind::LocalNetwork, "192.168.255.255"},
         {AddressKind::LocalNetwork, "198.19.255.255"},
+        // Unique local addresses (RFC 4193), and the former site-local ones.
         {AddressKind::LocalNetwork, "fc00::1"},
         {AddressKind::LocalNetwork, "fdff:ffff::1"},
         {AddressKind::LocalNetwork, "fec0::1"},
         {AddressKind::LocalNetwork, "::ffff:192.168.1.1"},
         {AddressKind::LocalNetwork, "::ffff:0:10.1.2.3"},
         {AddressKind::LocalNetwork, "64:ff9b::10.0.0.1"},
+        // A network's own NAT64 prefix (RFC 8215).
         {AddressKind::LocalNetwork, "64:ff9b:1::1"},
         {AddressKind::LocalNetwork, "2002:c0a8:101::1"},
         {AddressKind::Machine, "127.0.0.1"},
@@ -85,6 +90,7 @@ TEST(AddressPolicyTest, ClassifiesAddresses)
         {AddressKind::Machine, "::127.0.0.1"},
         {AddressKind::Machine, "64:ff9b::127.0.0.1"},
         {AddressKind::Machine, "2002:7f00:1::"},
+        // Besides reserved, link-local and multicast addresses: the metadata services of clouds.
         {AddressKind::Never, "0.0.0.0"},
         {AddressKind::Never, "0.1.2.3"},
         {AddressKind::Never, "100.100.100.200"},
@@ -127,6 +133,7 @@ TEST(AddressPolicyTest, KnowsTheMachinesOwnAddressesAndItsNeighbours)
     const OwnAddresses own({{addressOf("203.0.113.7"), 24}, {addressOf("2a02:8071:1:2::7"), 64},
         {addressOf("2001:db8::1"), 0}, {addressOf("192.168.1.7"), 24}, {addressOf("fe80::7"), 64}});
     EXPECT_EQ(kindOf("203.0.113.7", own), AddressKind::Machine);
+    // A public IPv4 neighbour may be another customer of the same provider.
     EXPECT_EQ(kindOf("203.0.113.8", own), AddressKind::Internet);
     EXPECT_EQ(kindOf("192.168.1.7", own), AddressKind::Machine);
     EXPECT_EQ(kindOf("192.168.1.8", own), AddressKind::LocalNetwork);

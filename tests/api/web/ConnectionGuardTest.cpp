@@ -66,7 +66,7 @@ TEST_F(ConnectionGuardTest, ChecksTheAddressHoweverItIsWritten)
     AddressPolicy::setCurrent(AddressReach::Internet);
     for (const char *host : {"localhost", "LOCALHOST", "127.1", "2130706433", "0x7f000001",
              "0177.0.0.1", "[::ffff:127.0.0.1]", "[::1]", "0.0.0.0", "rebound.example"}) {
-        // What a name server says, without one.
+        // Resolves the name without a name server.
         curl_slist *resolve
             = curl_slist_append(nullptr, ("rebound.example:" + port + ":127.0.0.1").constData());
         curl_easy_setopt(m_easy, CURLOPT_RESOLVE, resolve);

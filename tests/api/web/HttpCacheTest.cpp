@@ -18,13 +18,13 @@ protected:
         return headers;
     }
 
-    /// Stores a response that was requested just now.
+    /// Stores a response whose request was sent just now.
     void store(const HttpCacheHeaders &headers, const QByteArray &url = "u")
     {
         cache.store(url, headers, "body", now);
     }
     bool isFresh(const QByteArray &url = "u") { return cache.find(url) == QByteArray("body"); }
-    /// Whether the response is fresh for exactly that many seconds.
+    /// Whether the response is fresh for exactly \a seconds.
     testing::AssertionResult isFreshFor(qint64 seconds)
     {
         const qint64 start = now;
@@ -95,7 +95,8 @@ TEST_F(HttpCacheTest, SubtractsTheAgeAndTheTimeOfTheExchange)
     store(headers);
     EXPECT_FALSE(cache.find("u"));
 
-    // Requested 50 s ago: the response may be as old as that.
+    // The request was sent 50 s ago: the response's delay counts towards its age (RFC 9111, section
+    // 4.2.3).
     cache.store("u", cacheControl("max-age=60"), "body", now - 50000);
     EXPECT_TRUE(isFreshFor(10));
 }
@@ -144,7 +145,8 @@ TEST_F(HttpCacheTest, DropsTheLeastRecentlyUsedResponse)
 
 TEST_F(HttpCacheTest, CountsMoreThanTheBody)
 {
-    // Without the URL and the entry's own size 100 of the first and all of the second would fit.
+    // If the URL and the entry's own size did not count, 100 of the first and all of the second
+    // entries would fit.
     for (int i = 0; i < 101; ++i)
         cache.store(
             QByteArray(1000, 'u') + QByteArray::number(i), cacheControl("max-age=60"), {}, now);

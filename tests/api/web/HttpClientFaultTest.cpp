@@ -7,7 +7,7 @@ namespace {
 
 class HttpClientFaultTest : public testing::Test {
 protected:
-    /// The result of a request that is answered with \a response. The client must work on after it.
+    /// The result of a request that gets \a response. Expects that the client still works after it.
     HttpClientResult resultOf(
         const ScriptedServer::Response &response, const HttpClientOptions &options = {})
     {
@@ -42,7 +42,7 @@ using End = ScriptedServer::End;
 
 TEST_F(HttpClientFaultTest, AnUnknownHostNameIsResolveFailed)
 {
-    // Longer than a label may be: no name server need be asked.
+    // A label longer than 63 octets (RFC 1035, section 2.3.4) fails without a name server.
     const VeskUrl url(QStringLiteral("http://%1.example/").arg(QString(64, QLatin1Char('x'))));
     const HttpClientResult result = fetch(client, url);
     EXPECT_EQ(result.status(), HttpClientStatus::ResolveFailed);

@@ -20,7 +20,7 @@ ScriptedServer::Handler stalling()
 
 class HttpClientLifeTest : public testing::Test {
 protected:
-    /// A function that notes how its exchange ended.
+    /// A completion function that records its exchange's result.
     HttpClient::Function noting()
     {
         return [this](const HttpClientResult &result) { ends.append(result.status()); };
@@ -328,7 +328,7 @@ TEST_F(HttpClientLifeTest, AnAddressThatTimedOutFailsAtOnceTheNextTime)
     EXPECT_EQ(fetch(*client, urlOf(server, "/a"), withTimeout(30000)).status(),
         HttpClientStatus::TimedOut);
     EXPECT_EQ(server.requests().size(), 1);
-    // Another address, and what may change something, are sent.
+    // Requests for other addresses are sent, and those without the cache, which may have effects.
     EXPECT_EQ(
         fetch(*client, urlOf(server, "/b"), withTimeout(300)).status(), HttpClientStatus::TimedOut);
     HttpClientOptions personal = withTimeout(300);

@@ -11,7 +11,7 @@ namespace {
 
 class HttpClientRedirectTest : public testing::Test {
 protected:
-    /// Redirects "/N" to "/N-1" and answers "/0".
+    /// Redirects "/N" to "/N-1"; "/0" gets the final response.
     static ScriptedServer::Response countDown(const ScriptedServer::Request &request)
     {
         const int left = request.target.mid(1).toInt();

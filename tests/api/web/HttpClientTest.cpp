@@ -210,7 +210,7 @@ TEST_F(HttpClientTest, CountsDecodedBytes)
     EXPECT_EQ(
         fetch(client, urlOf(server, "/"), withLimit(1000000)).status(), HttpClientStatus::TooLarge);
 
-    // What is larger only on the way is let through.
+    // The limit applies to the decoded body: a larger encoding is accepted.
     QByteArray noise;
     for (quint32 i = 1; noise.size() < 1000; i = i * 1664525 + 1013904223)
         noise.append(static_cast<char>(i >> 24));

@@ -12,7 +12,7 @@ class HttpClientTlsTest : public testing::Test {
 protected:
     HttpClientTlsTest()
     {
-        // The system's certificates are whatever the machine has.
+        // Keeps the tests independent of the certificates that this machine trusts.
         qputenv("SSL_CERT_DIR", empty.path().toLocal8Bit());
     }
     ~HttpClientTlsTest() override
@@ -29,7 +29,7 @@ protected:
         return ScriptedServer(always(answerWith("secure")), files.certificateFile, files.keyFile);
     }
 
-    /// What asking \a server for https://opml.example.invalid brings to a client that is made now.
+    /// The result of a new client's request to \a server for https://opml.example.invalid.
     static HttpClientResult ask(const ScriptedServer &server)
     {
         HttpClient::setConnectTo({QString::fromLatin1(server.connectTo("opml.example.invalid"))});
@@ -126,7 +126,7 @@ TEST_F(HttpClientTlsTest, SendsNothingOfAPostToAServerThatItDoesNotTrust)
         EXPECT_TRUE(server.requests().isEmpty()) << name;
     }
 
-    // The same request reaches a server that is trusted.
+    // The same request reaches a trusted server.
     const ScriptedServer good = serverFor(authority, host);
     HttpClient::setConnectTo({QString::fromLatin1(good.connectTo(host))});
     HttpClient client(nullptr, HttpClient::Default, true);
@@ -185,7 +185,7 @@ TEST_F(HttpClientTlsTest, RefusesAFileWithoutACertificate)
     const QByteArray pem = good.readAll();
     EXPECT_FALSE(accepts(QByteArray(pem).replace(40, 8, "")));
 
-    // What was set before stands, and text around a certificate does no harm.
+    // The rejected file leaves the former one in effect; text around a certificate is ignored.
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");
     EXPECT_EQ(ask(server).data(), "secure");
     EXPECT_TRUE(accepts("Subject: x\n" + pem + "\nmore text\n"));
@@ -240,7 +240,7 @@ TEST_F(HttpClientTlsTest, FollowsNoRedirectBackToHttp)
     EXPECT_EQ(fetch(client, urlOf(start, "/")).status(), HttpClientStatus::TooManyRedirects);
     EXPECT_EQ(end.connections(), 0);
 
-    // To https, and on within it, it goes.
+    // Redirects from http to https, and from https to https, are followed.
     server.setHandler([](const ScriptedServer::Request &request) {
         return request.target == "/" ? redirectTo("/secure") : answerWith("secure");
     });

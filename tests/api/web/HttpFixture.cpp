@@ -16,7 +16,7 @@ HttpClientResult waitForExchange(const std::function<void(HttpClient::Function)>
         HttpClientResult result;
         QEventLoop loop;
     };
-    // Shared, because the function outlives this one when nothing ends the exchange.
+    // Shared with the completion function, which outlives this call when the wait times out.
     const auto state = std::make_shared<State>();
     start([state](const HttpClientResult &result) {
         EXPECT_TRUE(state->started) << "completed while it was being started";
@@ -93,7 +93,8 @@ VeskUrl urlOf(const ScriptedServer &server, const char *rest)
 
 QByteArray deflate(const QByteArray &data)
 {
-    // Qt writes the size first, then what HTTP calls "deflate".
+    // qCompress() prefixes four bytes of size to the zlib format, which is HTTP's "deflate" (RFC
+    // 9110, section 8.4.1.2).
     return qCompress(data).mid(4);
 }
 

@@ -11,9 +11,9 @@
 
 #include <functional>
 
-/// Runs the calling thread's event loop until one exchange has ended. \a start gets the function to
-/// complete. Fails the test when it does not end within twenty seconds, ends within \a start, or
-/// twice.
+/// Runs the calling thread's event loop until one exchange has ended. \a start gets the completion
+/// function. Fails the test when that is not called within twenty seconds, is called from within
+/// \a start, or twice.
 HttpClientResult waitForExchange(const std::function<void(HttpClient::Function)> &start);
 
 HttpClientResult fetch(
@@ -23,13 +23,13 @@ HttpClientResult send(HttpClient &client, const VeskUrl &url, const QByteArray &
 HttpClientOptions withTimeout(int milliseconds);
 HttpClientOptions withLimit(int bytes);
 
-/// An answer of code 200.
+/// A response of code 200.
 ScriptedServer::Response answerWith(
     const QByteArray &body, const ScriptedServer::Headers &headers = {});
 ScriptedServer::Response redirectTo(const QByteArray &location, int code = 302);
-/// All that the server sends, status line included; then it closes.
+/// Sends exactly \a bytes, which include the status line, and closes the connection.
 ScriptedServer::Response rawAnswer(const QByteArray &bytes);
-/// A handler that always answers so.
+/// A handler that gives every request \a response.
 ScriptedServer::Handler always(const ScriptedServer::Response &response);
 
 /// "http://127.0.0.1:PORT" and \a rest.

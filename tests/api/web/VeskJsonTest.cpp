@@ -91,7 +91,7 @@ std::string dump(const QVariant &value)
     }
 }
 
-/// The same of QJsonDocument's own view.
+/// The same for a value that QJsonDocument has parsed.
 std::string dumpQt(const QJsonValue &value)
 {
     switch (value.type()) {
@@ -118,7 +118,7 @@ std::string dumpQt(const QJsonValue &value)
     }
 }
 
-/// Both accept \a json and read the same, or both reject it.
+/// Expects that VeskJson and QJsonDocument either parse the same from \a json or both reject it.
 void expectSameAsQt(const QByteArray &json)
 {
     QJsonParseError qtError;
@@ -191,7 +191,7 @@ TEST(VeskJsonTest, ReadsOrRejectsAnyByteAtAnyOffset)
         for (const char byte : {'\0', '"', '\\', '{', ']', ',', ':', '0', '\xFF', '\xC3', '\n'}) {
             QByteArray damaged = whole;
             damaged[at] = byte;
-            // QJsonDocument takes a stray byte for Latin-1 there.
+            // After a backslash, QJsonDocument reads a stray byte as Latin-1.
             if (at > 0 && whole.at(at - 1) == '\\' && static_cast<uchar>(byte) >= 0x80)
                 EXPECT_TRUE(isRejected(damaged));
             else
@@ -276,13 +276,13 @@ TEST(VeskJsonTest, ReadsNumbersAsWholeWhereTheyFit)
 TEST(VeskJsonTest, TheLastOfEqualKeysWins)
 {
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":2,\"a\":[3]}")), "{\"a\":[i3,],\"b\":i2,}");
-    // The same where the text needs repair: \q is no escape of the RFC.
+    // Also when the text is repaired first: \q is not an escape of RFC 8259.
     EXPECT_EQ(dump(parsed("{\"a\":1,\"b\":\"\\q\",\"a\":[3]}")), "{\"a\":[i3,],\"b\":\"q\",}");
 }
 
 TEST(VeskJsonTest, ReadsTextsOfAnyLengthAndContent)
 {
-    // Around the sizes at which texts stop being shared, plain and not, twice each.
+    // Sizes around the limit for sharing equal texts, ASCII and not, each text several times.
     for (int size = 0; size < 130; ++size) {
         const QString plain(size, QLatin1Char('x'));
         const QString mixed = QString(size, QChar(0xE4)) + QStringLiteral("x\U0001F3B5");
@@ -362,7 +362,7 @@ TEST(VeskJsonTest, ReadsNullCharactersInTexts)
 
 TEST(VeskJsonTest, LimitsTheDepthOfPlainAndRepairedTexts)
 {
-    // A raw control character makes the text one that is repaired first.
+    // A raw control character forces the parser to repair the text first.
     for (const QByteArray inner : {"", "\"\t\""}) {
         parsed(nested(VeskJson::MaxDepth, inner));
         EXPECT_TRUE(isRejected(nested(VeskJson::MaxDepth + 1, inner)));
@@ -435,7 +435,7 @@ TEST(VeskJsonTest, ReadsAsQtDoes)
 
 namespace {
 
-/// Documents and near-documents, the same on every run.
+/// Pseudo-random documents, some of them invalid; the same on every run.
 class RandomJson {
 public:
     explicit RandomJson(unsigned seed)
@@ -482,7 +482,7 @@ public:
 
 private:
     int pick(int count) { return int(m_random() % unsigned(count)); }
-    /// Never the same twice: QJsonDocument leaks what the first of two equal keys holds.
+    /// Unique keys: QJsonDocument leaks the value of the first of two equal ones.
     QByteArray key(int number) { return text().chopped(1) + QByteArray::number(number) + '"'; }
     QByteArray space() { return QByteArray(pick(3), " \n\t"[pick(3)]); }
     QByteArray number()
@@ -496,7 +496,7 @@ private:
             = {"a", "outline", "\\n", "\\u00e4", "\xC3\xA4", "\xF0\x9F\x8E\xB5", "\\\"", "\\\\",
                 "/", " ", "guide_id", "\\uD83C\\uDFB5", "\t", "\\x", "\\uD83C"};
         QByteArray json = "\"";
-        // The last three are beyond the RFC: in one document of a few.
+        // The last three go beyond RFC 8259 and are rare, so that most documents stay within it.
         for (int i = pick(5); i > 0; --i)
             json += pieces[pick(pick(40) == 0 ? 15 : 12)];
         return json + "\"";

@@ -143,7 +143,7 @@ TEST(VeskJsonWriteTest, WritesUtf8WithHalfSurrogatePairsReplaced)
 
 TEST(VeskJsonWriteTest, WritesLongTextsWhole)
 {
-    // Pairs lie across every place at which a writer may cut.
+    // With both shifts, surrogate pairs straddle every position at which a writer may cut.
     for (int shift = 0; shift < 2; ++shift) {
         QString text(shift, QLatin1Char('x'));
         for (int i = 0; i < 10000; ++i)

@@ -258,16 +258,16 @@ TEST(VeskUrlTest, HidesSecretsOfNestedAddresses)
         shown(url("http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3DS%26b%3D1&id=2")),
         "http://r/Report.ashx?streamUrl=http%3A%2F%2Fh%2Fa%3Ftoken%3D***%26b%3D1&id=2");
     EXPECT_EQ(shown(url("http://r/?u=http://me:secret@h/")), "http://r/?u=http%3A%2F%2F***%40h%2F");
-    // Inside one that is inside.
+    // In a URL nested in a nested one.
     EXPECT_EQ(
         shown(
             url("http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253DS")),
         "http://r/?u=http%3A%2F%2Fh%2F%3Fv%3Dhttp%253A%252F%252Fi%252F%253Fsession%253D***");
-    // What has none stays as it stands, to the letter.
+    // A URL without secrets is unchanged, to the byte.
     for (const char *without : {"http://r/?u=http://h/?a=b",
              "http://r/?u=http%3a%2f%2fh%2f%3Fa%3Db+c", "http://r/?u=a://b&c"})
         EXPECT_EQ(shown(url(without)), without);
-    // However deep the nesting is.
+    // At any depth.
     QString deep = text("x://h/?token=SECRET");
     for (int i = 0; i < 10'000; ++i)
         deep.prepend(text("x://?u="));

@@ -193,13 +193,15 @@ TEST_F(HttpServerTest, AnswersAClientThatHasOnlyClosedItsSendingSide)
             [&] { return answer.wait_for(std::chrono::seconds(0)) == std::future_status::ready; }));
         const QByteArray received = answer.get();
         EXPECT_TRUE(received.endsWith("late"));
+        // The interim response probes the connection: if the client has closed all of it, its
+        // kernel resets it. HTTP/1.0 clients must not get one (RFC 9110, section 15.2).
         EXPECT_EQ(received.contains("HTTP/1.1 102 "), !isOld);
     }
 }
 
 TEST_F(HttpServerTest, SendsNoInterimResponseInsideAResponse)
 {
-    // More than the socket buffers hold, so that it is still being written.
+    // Exceeds the socket buffers, so that the response is still being written.
     const QByteArray reply(16 * 1024 * 1024, 'x');
     auto answer = std::async(std::launch::async, [&] {
         RawClient client(port());
@@ -228,6 +230,7 @@ TEST_F(HttpServerTest, MayBeDestroyedWhileARequestWaits)
 
 TEST_F(HttpServerTest, RefusesAForeignHostName)
 {
+    // A page could have its own host name resolve to this machine (DNS rebinding).
     const QByteArray head = "POST /jsonrpc HTTP/1.1\r\nContent-Type: application/json\r\n"
                             "Content-Length: "
         + QByteArray::number(Echo.size()) + "\r\n";
@@ -264,6 +267,7 @@ TEST_F(HttpServerTest, RefusesAForeignOrigin)
 
 TEST_F(HttpServerTest, RefusesABodyThatIsNotDeclaredAsJson)
 {
+    // A foreign page may send these types without a CORS preflight request.
     EXPECT_EQ(statusOf(postWith("")), 415);
     EXPECT_EQ(statusOf(postWith("Content-Type: text/plain\r\n")), 415);
     EXPECT_EQ(statusOf(postWith("Content-Type: application/x-www-form-urlencoded\r\n")), 415);
@@ -419,7 +423,7 @@ protected:
         startServer(limits);
     }
 
-    /// Opens connections one after the other, whose clients send nothing after \a message.
+    /// Opens \a count connections one after another; each client sends \a message and stays idle.
     template <class Client>
     std::vector<std::unique_ptr<Client>> open(int count, const QByteArray &message = {})
     {
@@ -430,7 +434,7 @@ protected:
                 say(*client, message);
                 return client;
             }));
-            // No two have been quiet for the same time.
+            // Distinct idle times: it is defined which connection has been idle longest.
             QElapsedTimer clock;
             clock.start();
             EXPECT_TRUE(spinUntil([&] { return clock.elapsed() > 2; }));
@@ -540,6 +544,7 @@ TEST_F(FullHttpServerTest, BoundsAFloodOfConnections)
         return clients.front()->readAll();
     });
     EXPECT_EQ(received, "");
+    // 16 connections beyond the limit may still be sent the reason or be closing.
     EXPECT_LE(m_server->connections(), 3 + 16);
     EXPECT_EQ(statusOf(post(Echo)), 200);
 }

@@ -16,7 +16,7 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr int Second = 100; // a short one
+constexpr int Second = 100; // milliseconds, to keep the tests short
 
 class RefusalLogTest : public testing::Test {
 protected:

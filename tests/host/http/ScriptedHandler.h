@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// Replies to a message as its first word says:
+/// Replies as a message's first word selects:
 ///
-/// - keep: when the test does,
-/// - nothing: with nothing,
-/// - subscribe: after it has marked the client as subscribed,
-/// - tell: after a message that the client did not ask for,
+/// - keep: not before the test completes the reply in `kept`,
+/// - nothing: with an empty reply,
+/// - subscribe: with the message, after marking the client as subscribed,
+/// - tell: with the message, after an unsolicited one,
 /// - much: with a mebibyte,
 /// - anything else: with the message itself.
 #pragma once

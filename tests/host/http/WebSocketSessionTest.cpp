@@ -16,6 +16,7 @@ namespace {
 
 const QByteArray Echo = "hello";
 
+/// The close codes below are those of RFC 6455, section 7.4.1.
 class WebSocketSessionTest : public testing::Test {
 protected:
     WebSocketSessionTest() { EXPECT_TRUE(m_server.listen({QStringLiteral("127.0.0.1"), 0})); }
@@ -65,7 +66,7 @@ TEST_F(WebSocketSessionTest, RefusesAForeignOrigin)
         });
     };
     EXPECT_EQ(status("http://evil.example"), 403);
-    EXPECT_EQ(status("null"), 403);
+    EXPECT_EQ(status("null"), 403); // a sandboxed frame or a local file
     EXPECT_EQ(status("http://127.0.0.1:" + QByteArray::number(port())), 101);
 }
 
@@ -120,6 +121,7 @@ TEST_F(WebSocketSessionTest, DropsAClientThatNeverFinishesAMessage)
     const bool dropped = inBackground([this] {
         RawWebSocket socket(port());
         socket.send(RawWebSocket::Text, "[", false);
+        // 10 MB; a message may have 64 KiB.
         for (int i = 0; i < 10000; ++i) {
             if (!socket.send(RawWebSocket::Continuation, QByteArray(1024, ' '), false))
                 return true;
@@ -147,6 +149,7 @@ TEST_F(WebSocketSessionTest, LogsDroppedClientsOnceASecond)
     EXPECT_TRUE(becomesEmpty());
     const auto seconds = static_cast<int>(clock.elapsed() / 1000);
     EXPECT_GE(log.lines(QStringLiteral("WARN")).size(), 1);
+    // One line at once, then at most one in each second that the clients took.
     EXPECT_LE(log.lines(QStringLiteral("WARN")).size(), qMin(1 + seconds, Clients - 1));
 }
 
@@ -154,6 +157,7 @@ TEST_F(WebSocketSessionTest, DropsAClientThatOnlySendsPings)
 {
     const bool dropped = inBackground([this] {
         RawWebSocket socket(port());
+        // 25 MB; a client may send 1 MiB outside of whole messages.
         for (int i = 0; i < 200000; ++i) {
             if (!socket.send(RawWebSocket::Ping, QByteArray(125, 'p')))
                 return true;
@@ -168,6 +172,7 @@ TEST_F(WebSocketSessionTest, DropsAClientThatDoesNotRead)
 {
     const auto socket = inBackground([this] {
         auto client = std::make_unique<RawWebSocket>(port());
+        // 40 MiB of replies exceed the socket buffers and the backlog of 4 MiB.
         for (int i = 0; i < 40; ++i)
             client->send(RawWebSocket::Text, "much");
         return client;

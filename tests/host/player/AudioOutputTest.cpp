@@ -58,7 +58,7 @@ protected:
             taken = write(tone(frequency, m_written++));
         return taken;
     }
-    /// Waits for space as a decoder does. False when it is refused.
+    /// Waits for space as a decoder does. False when the output refuses the samples.
     bool write(const std::vector<float> &samples) const
     {
         Taken taken = Taken::None;
@@ -68,7 +68,7 @@ protected:
         }
         return taken == Taken::All;
     }
-    /// Whether a fifth of a second comes to be heard within half a second.
+    /// Whether the WAV file grows by a fifth of a second of audio within half a second.
     bool isHeard() const
     {
         constexpr qint64 Fifth = Format.rate * Format.channels * qint64(sizeof(qint16)) / 5;
@@ -160,7 +160,7 @@ TEST_F(AudioOutputTest, IsHeardAtOnceAfterAPauseThatForgets)
     output->resume();
     EXPECT_TRUE(write(30));
     ASSERT_TRUE(spinUntil([this] { return output->isAudible(); }));
-    // More than what was on its way already.
+    // More than was buffered before.
     EXPECT_TRUE(isHeard() && isHeard() && isHeard() && isHeard());
 }
 

@@ -9,9 +9,9 @@
 #include <random>
 
 /// \file
-/// Streams as encoders make them, and what broken encoders, servers and attackers make of them.
+/// Streams as encoders produce them, and as broken encoders, servers and attackers deliver them.
 
-/// Two seconds of a tone in each of the formats that are offered: MP3, AAC in ADTS, in MP4 and in
+/// Two seconds of a tone in each supported format: MP3, AAC in ADTS, in MP4 and in
 /// MPEG-TS, Vorbis and Opus in Ogg, FLAC. Made once.
 const QVector<QByteArray> &soundMedia();
 

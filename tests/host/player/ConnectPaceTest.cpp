@@ -12,7 +12,8 @@ namespace {
 using Clock = ConnectPace::Clock;
 using Milliseconds = std::chrono::milliseconds;
 
-/// When connections that are opened as soon as they may are opened, since the first.
+/// The opening times of \a count connections, each opened as early as \a pace allows, relative to
+/// the first request.
 std::vector<Milliseconds> openings(ConnectPace &pace, int count)
 {
     const Clock::time_point start {std::chrono::hours(1)};

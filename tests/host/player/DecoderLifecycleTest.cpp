@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 /// \file
-/// Decoders of broken streams, ended at any moment: none keeps its caller waiting, and none leaves
-/// a process behind. VESK_SEEDS says how many of them there are, 1,000 by itself.
+/// Decoders of broken streams, ended at random moments: none blocks its caller, and none leaves a
+/// process behind. VESK_SEEDS sets their number, 1,000 by default.
 #include "host/player/DecoderProcess.h"
 #include "host/player/StreamDecoder.h"
 #include "tests/host/player/BrokenMedia.h"
@@ -19,7 +19,7 @@ namespace {
 using Taken = StreamConsumer::Taken;
 
 constexpr int Shards = 4;
-/// Generous: the machine may be busy with the other shards.
+/// Milliseconds; generous, as the machine may be busy with the other shards.
 constexpr int LongestStep = 3000;
 
 int seeds()
@@ -41,7 +41,7 @@ public:
     {
     }
 
-    /// Returns the longest time that a call took, in milliseconds.
+    /// Runs the decoder; returns the duration of its longest call in milliseconds.
     qint64 live()
     {
         auto process = std::make_unique<DecoderProcess>();
@@ -94,7 +94,7 @@ private:
     {
         switch (m_random() % 4) {
         case 0:
-            return; // destroyed as it is
+            return; // destroyed without abort() or finish()
         case 1:
             return decoder.abort();
         default:

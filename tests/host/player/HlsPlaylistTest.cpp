@@ -23,7 +23,7 @@ HlsPlaylist parse(const QByteArray &text)
     return parseHlsPlaylist(text, Base);
 }
 
-/// A media playlist with these lines behind its first ones.
+/// A media playlist of its header lines and \a lines.
 HlsPlaylist media(const QByteArray &lines)
 {
     return parse("#EXTM3U\n#EXT-X-TARGETDURATION:10\n" + lines);
@@ -47,7 +47,7 @@ QByteArray segments(int count, int seconds = 10)
     return lines;
 }
 
-/// A segment's duration when its EXTINF has this value.
+/// The duration of a segment whose EXTINF has this value.
 Milliseconds durationOf(const QByteArray &value)
 {
     const HlsPlaylist playlist = media("#EXTINF:" + value + "\na.ts\n");

@@ -5,7 +5,7 @@
 
 namespace {
 
-/// HTTP Live Streaming as stations and their networks get it wrong.
+/// HTTP Live Streaming with the faults of real stations and networks.
 class HlsStreamTest : public StreamReaderFixture {
 protected:
     using Request = ScriptedServer::Request;
@@ -66,7 +66,7 @@ TEST_F(HlsStreamTest, AVariantThatSaysNothingIsLeftForTheNext)
 TEST_F(HlsStreamTest, AVariantThatDiesIsReplacedWithoutGapOrRepeat)
 {
     serveMaster();
-    // The segments of one variant are gone from the fourth on.
+    // One variant loses its segments from the fourth on.
     serve("/high.m3u8", file(list(0, 9, "high/") + "#EXT-X-ENDLIST\n"));
     serveSegments(3, "/high/");
     serve("/low.m3u8", file(list(0, 9, "low/") + "#EXT-X-ENDLIST\n"));
@@ -124,7 +124,7 @@ TEST_F(HlsStreamTest, APlaylistThatStandsStillRepeatsNothing)
     serve("/live.m3u8", file(list(0, 3)));
     serveSegments(3);
     play("/live.m3u8");
-    // Given up as ended, and joined anew, at least once.
+    // The list stops growing: the reader takes it for ended and joins it again, at least once.
     ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }, 20000));
     const int before = requests("/live.m3u8");
     ASSERT_TRUE(spinUntil([&] { return requests("/live.m3u8") >= before + 3; }, 20000));
@@ -160,7 +160,7 @@ TEST_F(HlsStreamTest, AStationThatWasAwayForLongIsJoinedWhereItIsNow)
         ++count;
         if (count == 1)
             return file(list(0, 3));
-        // 37 seconds further on, with all of them still there.
+        // After the outage the list is 37 segments longer and still names the first ones.
         return count < 6 ? Response {503, "", {}, End::Complete, 0} : file(list(0, 40));
     };
     for (int i = 0; i < 40; ++i)

@@ -23,7 +23,7 @@ QByteArray titled(const QByteArray &title)
     return block("StreamTitle='" + title + "';");
 }
 
-/// What a stream was taken apart into.
+/// A stream's audio, separated from its titles.
 struct Heard {
     QByteArray audio;
     QStringList titles;
@@ -52,7 +52,7 @@ Heard hear(int interval, const QByteArray &bytes)
     return hear(interval, bytes, bytes.size());
 }
 
-/// The titles told of these metadata blocks.
+/// The titles reported for these metadata blocks.
 QStringList titlesOf(const QList<QByteArray> &blocks)
 {
     QByteArray bytes;
@@ -132,6 +132,7 @@ TEST(IcyStreamTest, TakesTheLongestMetadata)
     const QByteArray longest
         = block(("StreamTitle='" + QByteArray(3000, 'x') + "';StreamUrl='").leftJustified(4078, 'u')
             + "';");
+    // The length byte counts units of 16 bytes.
     ASSERT_EQ(longest.size(), 1 + 255 * 16);
     const Heard heard = hear(3, "ABC" + longest + "DEF", 7);
     EXPECT_EQ(heard.audio, QByteArray("ABCDEF"));

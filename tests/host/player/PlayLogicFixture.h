@@ -20,8 +20,8 @@ inline constexpr auto Transitioning = VeskPlayLogicState::transitioning;
 inline constexpr auto Playing = VeskPlayLogicState::playing;
 inline constexpr auto Paused = VeskPlayLogicState::paused;
 
-/// Does as it is told by the test. As the real one, it says that nothing is to be heard while it is
-/// being paused, and nothing of what was stopped.
+/// A player that the test drives. Like the real one, it reports silence from within pause(), and
+/// nothing from stop().
 class FakePlayer : public MediaPlayer {
 public:
     FakePlayer()
@@ -47,8 +47,8 @@ public:
     bool audible = false;
 };
 
-/// Answers the step before playing with the roles it got, led to another address; or with an error,
-/// or not until it is told.
+/// Responds to a pre-play request with the roles it got, their address replaced; or with `error`
+/// when that is set. While `hold` is set, the test responds with answer().
 class PrePlayNode : public CMNode {
 public:
     using CMNode::CMNode;
@@ -85,7 +85,7 @@ public:
     QList<CMSetDataRequest> held;
 };
 
-/// Keeps what is posted to it.
+/// Records the playback states that are posted to it.
 class StateNode : public CMNode {
 public:
     using CMNode::CMNode;
@@ -101,8 +101,8 @@ public:
     QList<VeskPlayLogicData> posts;
 };
 
-/// A screen "Test:list": 0 a station with a step before playing, 1 a file without one, 2 a folder,
-/// 3 audio without an address, 4 a station that is not available.
+/// A screen "Test:list": row 0 is a station with a pre-play step, 1 a file without one, 2 a folder,
+/// 3 audio without an address, 4 an unavailable station, whose address is a spoken excuse.
 class PlayLogicTest : public testing::Test {
 protected:
     PlayLogicTest()
@@ -155,7 +155,7 @@ protected:
         return roles;
     }
 
-    /// Plays a row and waits for the answer; its id, or the error's message.
+    /// Plays a row and waits for the response; returns its id, or the error's message.
     QString play(int index, const char *list = "list")
     {
         QString answer;
@@ -175,7 +175,8 @@ protected:
         logic.forgetPosts();
         logic.postAgain();
     }
-    /// "2 0:error", in the order in which they were posted.
+    /// The posted states with their errors, such as "2 0:error", in order. Waits until all have got
+    /// a response.
     QString posts()
     {
         EXPECT_TRUE(spinUntil([this] { return !logic.hasUnansweredPosts(); }));

@@ -101,7 +101,7 @@ TEST_F(PlayLogicTest, PausesAndResumesAndStops)
     EXPECT_EQ(player.calls.mid(1), (QStringList {text("pause"), text("resume")}));
 }
 
-/// Whichever of the two is said first.
+/// Queued signals of the player may arrive after pause() and stop().
 TEST_F(PlayLogicTest, LateSignalsOfAPausedPlayerAreIgnored)
 {
     play(0);
@@ -130,7 +130,7 @@ TEST_F(PlayLogicTest, APauseAlwaysFollowsPlaying)
     Q_EMIT player.audibleChanged(false);
     EXPECT_TRUE(logic.pause().isEmpty());
     EXPECT_EQ(posts(), text("2 1 2 3"));
-    // Paused again before anything is heard: nothing new to tell.
+    // Paused again before any sound: there is no new state to post.
     EXPECT_TRUE(logic.resume().isEmpty());
     EXPECT_TRUE(logic.pause().isEmpty());
     EXPECT_EQ(posts(), text("2 1 2 3"));
@@ -172,7 +172,7 @@ TEST_F(PlayLogicTest, AnErrorComesWithTheStopAndWithNothingBefore)
     EXPECT_EQ(state(), Stopped);
     EXPECT_EQ(shown("error"), text("No."));
     EXPECT_EQ(shown("title"), text("Station"));
-    // The next play begins without it.
+    // The next play clears the error.
     play(1);
     EXPECT_EQ(shown("error"), QString());
     EXPECT_EQ(posts(), text("0:No."));
@@ -207,7 +207,7 @@ TEST_F(PlayLogicTest, TheOutputsFailureIsNoFaultOfWhatWasHeard)
     EXPECT_EQ(posts(), text("2 0"));
     EXPECT_EQ(state(), Stopped);
     EXPECT_EQ(shown("error"), text("No device."));
-    // What plays next has nothing to do with it.
+    // The failure does not affect the next play.
     play(0);
     ASSERT_TRUE(waitForPlayer(2));
     Q_EMIT player.audibleChanged(true);
@@ -264,7 +264,7 @@ TEST_F(PlayLogicTest, AStepThatFailsIsAnError)
     ASSERT_TRUE(spinUntil([this] { return state() == Stopped; }));
     EXPECT_EQ(shown("error"), text("No available streams."));
     EXPECT_TRUE(player.calls.isEmpty());
-    // There was no stream, so none is named: what the row has is the call that looks for one.
+    // No stream was found, so the post names none: the row's own address is that of the lookup.
     EXPECT_EQ(posts(), text("0:No available streams."));
     const VeskRoles told = states->posts.first().trackRoles();
     EXPECT_EQ(told.mediaData().resources().size(), 0);
@@ -349,7 +349,7 @@ TEST_F(PlayLogicTest, AStopDuringTheStepBeforePlayingCounts)
     EXPECT_EQ(posts(), QString());
 }
 
-// A plug-in's process that was replaced: the new one knows nothing of earlier posts.
+// A plug-in process was replaced: the new one does not know the earlier posts.
 
 TEST_F(PlayLogicTest, ARestartedPluginGetsPlaying)
 {

@@ -52,7 +52,7 @@ QStringList xspf(const QByteArray &text)
     return addresses(text, StreamContent::Xspf);
 }
 
-/// What an ASCII text is as UTF-16 with a byte order mark.
+/// An ASCII text in UTF-16 with a byte order mark.
 QByteArray utf16(const char *text, bool bigEndian)
 {
     QByteArray result = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
@@ -63,7 +63,7 @@ QByteArray utf16(const char *text, bool bigEndian)
     return result;
 }
 
-/// Every kind of playlist with this address in it, for what they have in common.
+/// The addresses that each kind of playlist yields when \a address is its only entry.
 std::vector<QStringList> inEveryPlaylist(const QByteArray &address)
 {
     return {m3u(address + "\n"), pls("[playlist]\nFile1=" + address + "\n"),

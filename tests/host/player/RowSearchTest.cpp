@@ -19,8 +19,7 @@ CMPath rowPath(int id)
     return CMPath::fromEncoded(QStringLiteral("Test:row?id=%1").arg(id));
 }
 
-/// A long list, which counts how often it is asked; a range of more rows than it is told is too
-/// long for it.
+/// A long list that counts its requests and rejects ranges of more than `longest` rows.
 class ListNode : public CMContainerNode {
 public:
     explicit ListNode(const CMPath &path)
@@ -70,7 +69,7 @@ protected:
             list->ids.append(i);
     }
 
-    /// Where the row was found, or the name of the error.
+    /// The id of the row that was found, or the error's name.
     QString find(int row, int id = -1)
     {
         QString answer;
@@ -163,7 +162,7 @@ TEST_F(RowSearchTest, PassesOnWhyTheListIsNotToBeHad)
     EXPECT_EQ(answer, CMError::NoNodeName());
 }
 
-/// Has no rows, because its service is gone.
+/// A list without rows, because its service cannot be reached.
 class GoneNode : public CMContainerNode {
 public:
     using CMContainerNode::CMContainerNode;

@@ -14,19 +14,20 @@ namespace {
 struct Script {
     std::mutex mutex;
     std::condition_variable changed;
-    /// Guarded by mutex.
-    std::map<QByteArray, QByteArray> addresses; ///< empty: hangs
+    /// By name; lookups of a name with an empty address block. Guarded by mutex, like questions.
+    std::map<QByteArray, QByteArray> addresses;
     std::map<QByteArray, int> questions;
 };
 
-/// Never destroyed: a detached resolver thread may still ask.
+/// Never destroyed: a detached resolver thread may outlive main().
 Script &script()
 {
     static auto &instance = *new Script;
     return instance;
 }
 
-/// The address to look up in place of \a name; empty when there is none.
+/// The numeric address to resolve in place of \a name; empty when there is none. Blocks while the
+/// name hangs.
 QByteArray addressOf(const QByteArray &name)
 {
     Script &all = script();
@@ -44,7 +45,8 @@ QByteArray addressOf(const QByteArray &name)
 
 } // namespace
 
-/// Found before the C library's by everything in the program, libcurl included.
+/// Interposes the C library's function: the dynamic linker prefers the program's symbols, for its
+/// libraries, such as libcurl, as well.
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(
     const char *name, const char *service, const addrinfo *hints, addrinfo **result)
 {

@@ -5,17 +5,17 @@
 
 #include <QByteArray>
 
-/// Answers, in place of the system's resolver, what the whole test program asks for names that end
-/// in ".scripted.test"; all others go to the system. Any thread.
+/// Replaces the system's resolver in the whole test program for names that end in ".scripted.test";
+/// lookups of other names go to the system. Any thread.
 namespace ScriptedResolver {
 
-/// \a name has the IPv4 address \a address from now on.
+/// Resolves \a name to the IPv4 address \a address from now on.
 void answer(const QByteArray &name, const QByteArray &address);
-/// Questions for \a name wait until release().
+/// Makes lookups of \a name block until release().
 void hang(const QByteArray &name);
-/// Lets all that wait go: their names have no address.
+/// Forgets all names: blocked lookups fail with EAI_NONAME, as later ones do.
 void release();
-/// How often \a name was asked for.
+/// How often \a name was looked up.
 int questions(const QByteArray &name);
 
 } // namespace ScriptedResolver

@@ -20,8 +20,8 @@ namespace {
 
 using Taken = StreamConsumer::Taken;
 
-/// Collects what a decoder makes; tells its pitch by counting how often the first channel rises
-/// through zero.
+/// Collects a decoder's audio; `rises`, the upward zero crossings of its first channel, measures
+/// the pitch.
 class Listener {
 public:
     StreamDecoderCallbacks callbacks()
@@ -56,7 +56,7 @@ private:
         const std::size_t count = samples.size() / channels;
         for (std::size_t i = 0; i < count; ++i) {
             const float now = samples[i * channels];
-            // Encoders leave some noise around the silence at the ends.
+            // Above the noise that encoders leave in the silence at both ends.
             if (m_below && now > 0.05F) {
                 ++rises;
                 m_below = false;
@@ -227,7 +227,7 @@ struct Change {
 
 class StreamDecoderChangeTest : public testing::TestWithParam<Change> { };
 
-/// The server goes on with another codec, rate or container in the middle of a connection.
+/// The server switches to another codec, rate or container in the middle of a connection.
 TEST_P(StreamDecoderChangeTest, GoesOnInTheSameFormatAndLosesNothing)
 {
     const Change &change = GetParam();
@@ -255,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(Changes, StreamDecoderChangeTest,
         Change {"vorbisToOpus", "vorbisenc ! oggmux", 48000, "opusenc ! oggmux", 48000}),
     [](const auto &change) { return std::string(change.param.name); });
 
-/// What is left of the last frame may look like the beginning of more of the same.
+/// The rest of a truncated frame may look like the start of another one in the same codec.
 TEST(StreamDecoderTest, GoesOnWhereverTheCodecBeforeWasCutOff)
 {
     const QByteArray aac = recordedTone(
@@ -265,7 +265,7 @@ TEST(StreamDecoderTest, GoesOnWhereverTheCodecBeforeWasCutOff)
         Listener listener;
         StreamDecoder decoder({}, listener.callbacks());
         const QByteArray stream = aac.left(cut) + mp3;
-        // As a station sends it: what came is decoded before more comes.
+        // Paced like a station's stream: each piece is decoded before the next arrives.
         for (int at = 0; at < stream.size(); at += 1600) {
             EXPECT_TRUE(pushAll(decoder, stream.mid(at, 1600)));
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -276,7 +276,7 @@ TEST(StreamDecoderTest, GoesOnWhereverTheCodecBeforeWasCutOff)
 
 TEST(StreamDecoderTest, APushWithoutSpaceComesBackWithinAQuarterOfASecond)
 {
-    // The audio is not taken, so there must be no space at some time.
+    // No audio is taken, so the decoder's buffers fill up sooner or later.
     StreamDecoderCallbacks callbacks = Listener().callbacks();
     callbacks.takeAudio = [](const AudioFormat &, const char *, std::size_t) {
         std::this_thread::sleep_for(std::chrono::milliseconds(50));

@@ -15,7 +15,7 @@ using Milliseconds = std::chrono::milliseconds;
 using Response = ScriptedServer::Response;
 using End = ScriptedServer::End;
 
-/// What a listener is told of faults, with real decoders and an output.
+/// The problems that a player reports to its listener, with real decoders and an output.
 class StreamPlayerProblemsTest : public testing::Test {
 protected:
     StreamPlayerProblemsTest()
@@ -50,7 +50,7 @@ protected:
     }
 
     const QByteArray good;
-    QList<Response> script; ///< the first answers; set before play()
+    QList<Response> script; ///< the first responses; set before play()
     std::atomic<int> requests {0};
     std::atomic<Milliseconds> now {Milliseconds(1000)};
     ScriptedServer server;

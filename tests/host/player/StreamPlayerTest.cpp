@@ -24,10 +24,10 @@ namespace {
 using Response = ScriptedServer::Response;
 using End = ScriptedServer::End;
 
-/// Generous for a machine with other work; a wait for a thread takes seconds.
+/// Milliseconds; generous for a busy machine: a wait for a thread would take seconds.
 constexpr int LongestTurn = 700;
 
-/// The longest time for which this thread's event loop did not turn.
+/// Measures the longest time for which the calling thread's event loop was blocked.
 class LoopWatch {
 public:
     LoopWatch()

@@ -14,7 +14,7 @@ using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-/// What stations' servers do wrong, and what becomes of the play.
+/// Faults of stations' servers, and how the reader recovers from them or gives up.
 class StreamReaderFaultsTest : public StreamReaderFixture {
 protected:
     using Request = ScriptedServer::Request;
@@ -29,7 +29,7 @@ protected:
 
     static Response stall() { return {200, "", {}, End::StallBeforeHead, 0}; }
     static Response busy() { return {503, "busy", {}, End::Complete, 0}; }
-    /// Begins to answer after that long.
+    /// A response that the server begins after \a time.
     static Response late(Milliseconds time, const Response &response)
     {
         std::this_thread::sleep_for(time);
@@ -48,7 +48,7 @@ protected:
             text += address(entry) + '\n';
         serve(path, file(text));
     }
-    /// Plays \a path, which nothing mends, and returns why it was given up.
+    /// Plays \a path, whose fault is permanent; returns the problem with which the reader gave up.
     QString problemOf(const QByteArray &path)
     {
         problem.clear();
@@ -70,6 +70,7 @@ TEST_F(StreamReaderFaultsTest, AnEntryThatSaysNothingIsLeftForTheNext)
     clock.start();
     play("/list.m3u");
     ASSERT_TRUE(waitForBytes(3000));
+    // Each of the two silent entries takes times.entry.
     EXPECT_GE(clock.elapsed(), 600);
     EXPECT_LT(clock.elapsed(), 3000);
 }
@@ -80,6 +81,7 @@ TEST_F(StreamReaderFaultsTest, TheLastEntryHasItsFullTime)
     times.giveUp = Milliseconds(10000);
     serveList("/list.m3u", {"/busy", "/slow"});
     serve("/busy", busy());
+    // Longer than times.entry, which applies only while there are further entries.
     answers["/slow"]
         = [](const Request &) { return late(Milliseconds(800), endless(audio(3000))); };
     play("/list.m3u");
@@ -93,6 +95,7 @@ TEST_F(StreamReaderFaultsTest, ASlowEntryIsWaitedForLongerInEachRound)
     times.giveUp = Milliseconds(10000);
     serveList("/list.m3u", {"/slow", "/busy"});
     serve("/busy", busy());
+    // Longer than times.entry, but not than the second round allows.
     answers["/slow"]
         = [](const Request &) { return late(Milliseconds(450), endless(audio(3000))); };
     play("/list.m3u");
@@ -385,7 +388,7 @@ TEST_F(StreamReaderFaultsTest, EachFaultHasItsOwnWords)
             "The stream leads to what is no web address."},
         {"loop", {302, "", {{"Location", "/fault"}}, End::Complete, 0},
             "The stream leads from address to address."},
-        // In libcurl's words for the code, not in those that it has for this exchange.
+        // libcurl's text for the error code, not that of its error buffer for this transfer.
         {"no length", {0, "HTTP/1.1 200 OK\r\nContent-Length: k3y\r\n\r\n", {}, End::Raw, 0},
             "The stream cannot be received (Weird server reply)."},
         {"reset", {200, "", {}, End::ResetBeforeHead, 0}, "The connection to the stream was lost."},
@@ -474,7 +477,7 @@ TEST_F(StreamReaderFaultsTest, AServerThatMovesIsFoundAgain)
 {
     times.giveUp = Milliseconds(20000);
     serve("/live", endless(audio(3000)));
-    // Nothing listens there.
+    // No server listens on this address.
     ScriptedResolver::answer("moving.scripted.test", "127.0.0.2");
     play({QUrl(QStringLiteral("http://moving.scripted.test:%1/live").arg(server.port())), true});
     ASSERT_TRUE(spinUntil([this] { return !told.isEmpty(); }));
@@ -507,7 +510,7 @@ TEST_F(StreamReaderFaultsTest, ANameServerThatDoesNotAnswerIsAFaultLikeAnyOther)
 TEST_F(StreamReaderFaultsTest, ConnectionsArePacedWhateverAPlaylistNames)
 {
     times.giveUp = Milliseconds(4000);
-    // Each list leads to 200 more, none of which is there.
+    // Each list names 200 more; none leads to audio.
     answers["/list"] = [this](const Request &request) {
         QByteArray text = "#EXTM3U\n";
         for (int i = 0; i < 200; ++i)
@@ -516,7 +519,7 @@ TEST_F(StreamReaderFaultsTest, ConnectionsArePacedWhateverAPlaylistNames)
     };
     play("/list");
     ASSERT_TRUE(waitForEnd());
-    // Fifteen at once, then one a second.
+    // A burst of fifteen, then one a second.
     EXPECT_GE(server.requestLines().size(), 15);
     EXPECT_LE(server.requestLines().size(), 20);
 }

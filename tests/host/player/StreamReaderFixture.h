@@ -19,8 +19,8 @@
 #include <vector>
 
 /// \file
-/// What tests of the stream reader share: a server whose paths a test scripts, a consumer that
-/// decodes nothing, and times that are short.
+/// Shared by the tests of the stream reader: a server with scripted paths, a consumer that does not
+/// decode, and short times.
 
 /// Bytes that no sniffer takes for text.
 inline QByteArray audio(int size, char fill = '\x01')
@@ -28,7 +28,7 @@ inline QByteArray audio(int size, char fill = '\x01')
     return QByteArray("\xFF\xFB\x90\x00", 4) + QByteArray(size - 4, fill);
 }
 
-/// A stream without an announced end, closed after the bytes.
+/// A stream without a Content-Length; the connection closes after \a bytes.
 inline ScriptedServer::Response endless(const QByteArray &bytes, const QByteArray &headers = {})
 {
     ScriptedServer::Response response;
@@ -42,8 +42,8 @@ inline ScriptedServer::Response file(const QByteArray &bytes)
     return {200, bytes, {}, ScriptedServer::End::Complete, 0};
 }
 
-/// Takes everything; a thousand bytes count as a second of audio, and any audio as heard. What ends
-/// in a zero is none.
+/// Takes everything. A thousand bytes count as a second of audio, which is heard at once; a chunk
+/// that ends in a zero byte counts as no audio.
 class FakeConsumer : public StreamConsumer {
 public:
     using Milliseconds = std::chrono::milliseconds;
@@ -104,10 +104,10 @@ public:
     int bitRate() const { return locked(m_bitRate); }
 
     std::atomic<bool> usable {true};
-    std::atomic<bool> full {false}; ///< Nothing is taken.
-    std::atomic<int> late {0}; ///< milliseconds that decoding takes
+    std::atomic<bool> full {false}; ///< takeAudio() has no space
+    std::atomic<int> late {0}; ///< milliseconds from the last bytes until they are decoded
     std::atomic<Milliseconds> silent {Milliseconds(0)};
-    std::atomic<Milliseconds> plenty {Milliseconds(0)}; ///< What is ahead.
+    std::atomic<Milliseconds> plenty {Milliseconds(0)}; ///< what ahead() returns
 
 private:
     template <class Value>
@@ -124,7 +124,7 @@ private:
     QStringList m_titles;
     int m_begins = 0;
     int m_ends = 0;
-    int m_decoded = 0; ///< since the last beginning
+    int m_decoded = 0; ///< bytes since beginAudio()
     int m_bitRate = 0;
     bool m_heard = false;
 };
@@ -156,7 +156,8 @@ protected:
     {
         answers[path] = [response](const ScriptedServer::Request &) { return response; };
     }
-    /// Notes when requests for \a path come; the first gets \a first, the others \a then.
+    /// Responds to the first request for \a path with \a first, to later ones with \a then; returns
+    /// the times of the requests.
     std::shared_ptr<std::vector<Milliseconds>> serveAndTime(
         const QByteArray &path, const Response &first, const Response &then)
     {
@@ -201,7 +202,8 @@ protected:
         return spinUntil([this, count] { return consumer.bytes().size() >= count; });
     }
 
-    /// Called until the server goes, after the test's own variables: what they count, they hold.
+    /// Handlers by path. The server calls them until its destruction, which follows that of the
+    /// test's local variables: they must own the state that they use.
     std::map<QByteArray, std::function<Response(const ScriptedServer::Request &)>> answers;
     ScriptedServer server;
     StreamReader::Times times;
@@ -209,6 +211,6 @@ protected:
     std::unique_ptr<StreamReader> reader;
     std::atomic<bool> ended {false};
     std::atomic<bool> fellBehind {false};
-    QString problem; ///< with which it gave up
-    QStringList told; ///< of what is being done about faults
+    QString problem; ///< the reason for giving up
+    QStringList told; ///< the texts of problemChanged()
 };

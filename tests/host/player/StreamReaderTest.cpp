@@ -52,7 +52,7 @@ TEST_F(StreamReaderTest, NeverGivesUpWhatWasHeardOnce)
     };
     play("/live");
     ASSERT_TRUE(waitForBytes(3000));
-    // Longer than after which it gives up what was never heard.
+    // Longer than the time after which the reader gives up on a stream that was never heard.
     EXPECT_FALSE(spinUntil([this] { return !problem.isEmpty(); }, 2500));
     EXPECT_GE(server.requestLines().size(), 2);
 }
@@ -67,7 +67,7 @@ TEST_F(StreamReaderTest, GivesUpWhatIsNeverThereAndSaysWhy)
     EXPECT_EQ(problem, QStringLiteral("The stream's server refused it (code 500)."));
     EXPECT_GE(clock.elapsed(), 1400);
     EXPECT_LE(clock.elapsed(), 4000);
-    // More than one try, the last of them shortly before.
+    // The first try, another one and the last one shortly before giving up.
     EXPECT_GE(server.requestLines().size(), 3);
 }
 
@@ -108,7 +108,7 @@ TEST_F(StreamReaderTest, TriesAtOnceWhenTheNetworkIsBack)
     ASSERT_TRUE(server.waitForRequests(1));
     QElapsedTimer clock;
     clock.start();
-    // It may not have begun to wait yet: ask until it tries.
+    // tryNow() has no effect before the reader waits: repeat it until the stream is there.
     ASSERT_TRUE(spinUntil([this] {
         reader->tryNow();
         return consumer.bytes().size() >= 3000;
@@ -407,7 +407,8 @@ TEST_F(StreamReaderTest, PlaysLiveSegmentsInOrderWithoutGapOrRepeat)
     play("/live.m3u8");
     ASSERT_TRUE(waitForBytes(6000));
     reader.reset();
-    // Three segments before the end of the first list, then each new one.
+    // Joins three segments before the end of the first list (RFC 8216, section 6.3.3), then reads
+    // each new one.
     for (int i = 0; i < 6; ++i)
         EXPECT_EQ(consumer.bytes().at(i * 1000 + 500), char('A' + 2 + i)) << i;
     EXPECT_EQ(consumer.begins(), 1);

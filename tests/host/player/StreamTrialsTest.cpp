@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Answers with a list of rows that tests change, and counts how often it is asked.
+/// Serves a list of rows that tests change, and counts its requests.
 class ChoiceNode : public CMContainerNode {
 public:
     explicit ChoiceNode(const CMPath &path)
@@ -39,8 +39,9 @@ public:
     int asked = 0;
 };
 
-/// A station "Test:stations" row 0 whose service chooses 128 kbit/s, of the streams a (64), b
-/// (128), c (192) and d (128) which "Test:choice" lists; row 1 is an episode with the same streams.
+/// Row 0 of "Test:stations" is a station with the streams a (64 kbit/s), b (128), c (192) and d
+/// (128), which "Test:choice" lists; its service chooses 128 kbit/s. Row 1 is an episode with the
+/// same streams.
 class StreamTrialsTest : public PlayLogicTest {
 protected:
     StreamTrialsTest()
@@ -105,7 +106,7 @@ protected:
         return roles;
     }
 
-    /// Plays a row of "stations", as far as the player.
+    /// Plays a row of "stations" and waits until the player is called.
     void begin(int row = 0)
     {
         play(row, "stations");
@@ -128,7 +129,7 @@ protected:
     {
         return spinUntil([&] { return tried() == text(names); });
     }
-    /// Whether nothing more is tried, for longer than everything here takes.
+    /// Whether the player gets no more calls for 400 ms, longer than each of the times set above.
     bool triesNoMore()
     {
         const int before = player.calls.size();
@@ -161,7 +162,7 @@ TEST_F(StreamTrialsTest, TriesTheOthersByBitRateAndTheServicesOwnChoiceLast)
     EXPECT_EQ(states->posts.first().trackRoles().mediaData().activeResource().uri(),
         text("http://stream/b"));
     EXPECT_EQ(choice->asked, 1);
-    // What asks questions of its own is not opened.
+    // A menu entry that asks the user questions is not opened.
     EXPECT_EQ(wizard->asked, 0);
 }
 
@@ -283,7 +284,7 @@ TEST_F(StreamTrialsTest, AStationThatIsLostIsLookedForInAllItsStreams)
     refuse();
     EXPECT_TRUE(triesInTheEnd("after c d a b"));
     refuse();
-    // And then all of them again, with a rest between.
+    // The next round follows after a pause.
     EXPECT_TRUE(triesInTheEnd("after c d a b after"));
     sound(true);
     EXPECT_TRUE(triesNoMore());
@@ -376,7 +377,7 @@ TEST_F(StreamTrialsTest, WhatWasChosenByHandIsTriedFirstTheNextTime)
     logic.setChosenStreams(&chosen);
     play(0, "streams");
     ASSERT_TRUE(triesInTheEnd("a"));
-    // Only what was heard is worth remembering.
+    // A stream is remembered once it is heard.
     EXPECT_TRUE(chosen.streamOf(worker.addPrefix(text("row"))).isEmpty());
     sound(true);
     EXPECT_EQ(chosen.streamOf(worker.addPrefix(text("row"))), worker.addPrefix(text("stream/a")));
@@ -389,7 +390,7 @@ TEST_F(StreamTrialsTest, WhatWasChosenByHandIsTriedFirstTheNextTime)
     refuse();
     EXPECT_TRUE(triesInTheEnd("a c"));
     sound(true);
-    // What was found by itself is no choice.
+    // An automatic replacement does not change the choice.
     EXPECT_EQ(chosen.streamOf(worker.addPrefix(text("row"))), worker.addPrefix(text("stream/a")));
 }
 

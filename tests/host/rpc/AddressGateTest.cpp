@@ -44,7 +44,7 @@ public:
     int read = 0;
 };
 
-/// A service whose addresses below "change" change something; it offers some of them.
+/// A service whose paths below "change" have side effects when opened; it offers some of them.
 class AddressGateTest : public testing::Test {
 protected:
     AddressGateTest()

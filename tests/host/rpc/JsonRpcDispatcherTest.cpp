@@ -11,8 +11,8 @@
 
 namespace {
 
-/// A dispatcher with the methods echo (answers with its parameters), fail, keep (answers when the
-/// test does) and forget (drops the call).
+/// A dispatcher with the methods echo (responds with its parameters), fail, keep (leaves the
+/// response to the test) and forget (drops the call).
 class JsonRpcDispatcherTest : public testing::Test {
 protected:
     JsonRpcDispatcherTest()
@@ -43,7 +43,7 @@ protected:
 
     QList<JsonRpcCallPtr> m_kept;
     QList<QByteArray> m_answers;
-    JsonRpcDispatcher m_dispatcher; // destroyed first: kept calls are not answered
+    JsonRpcDispatcher m_dispatcher; // destroyed first: kept calls get no response
 };
 
 TEST_F(JsonRpcDispatcherTest, AnswersACallWithItsIdAndResult)
@@ -87,10 +87,10 @@ TEST_F(JsonRpcDispatcherTest, CancelFailsTheCallAndNotifiesItsMethod)
     send(R"({"jsonrpc":"2.0","method":"cancel","params":{"id":1}})", &peer);
     EXPECT_EQ(abandoned, "0");
     m_kept.at(1)->finish(2);
-    ASSERT_EQ(m_answers.size(), 2); // the empty one to the notification, and the batch
+    ASSERT_EQ(m_answers.size(), 2); // the empty one to the notification, and the batch's
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("-32006"));
     EXPECT_THAT(m_answers.last().toStdString(), testing::HasSubstr("\"result\":2"));
-    // A call that is answered, or unknown, is not cancelled.
+    // Cancelling a completed or unknown call has no effect.
     send(R"({"jsonrpc":"2.0","id":9,"method":"cancel","params":{"id":2}})", &peer);
     EXPECT_EQ(abandoned, "0");
     send(R"({"jsonrpc":"2.0","id":9,"method":"cancel"})", &peer);

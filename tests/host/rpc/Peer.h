@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/// A client with a WebSocket that keeps what it is sent.
+/// A WebSocket client that records the messages sent to it.
 #pragma once
 
 #include "host/http/MessageHandler.h"

@@ -36,7 +36,7 @@ public:
     bool getRowsRequest(const CMGetRowsRequest &) override { return false; }
 };
 
-/// A screen without rows, or an error, with a fault of its service.
+/// A screen without rows, or an error; either reports a fault of its service.
 class FaultyNode : public CMNode {
 public:
     using CMNode::CMNode;
@@ -296,12 +296,12 @@ TEST_F(RpcMethodsTest, AnErrorNamesTheFaultOfTheService)
         R"({"code":-32000,"data":{"name":"VeskError",)"
         R"("problem":"The Test service does not answer. Please try again later.",)"
         R"("title":"Error"},"message":"Invalid data."})");
-    // A setting that the user can correct comes first.
+    // A fault that the user can correct in the settings takes precedence.
     node->fault = {VeskServiceFault::HttpStatus, 403};
     EXPECT_EQ(VeskJson::write(errorOf("getData", params)),
         R"({"code":-32000,"data":{"name":"VeskError","serviceMessage":"Invalid data.",)"
         R"("title":"Error"},"message":"The Test service refuses this device (HTTP 403)."})");
-    // The service's own words are in the message.
+    // A fault that the service reported is already described by its message.
     node->fault = {VeskServiceFault::Reported, 403};
     EXPECT_EQ(errorOf("getData", params).value(QStringLiteral("message")),
         QStringLiteral("Invalid data."));

@@ -85,7 +85,7 @@ protected:
     {
         return {path(at), {QStringLiteral("title")}, first, last, false};
     }
-    /// The first and the last row: "title 0 of 1, title 99 of 1".
+    /// The titles of the first and the last row: "title 0 of 1, title 99 of 1".
     QString read(const ScreenSnapshots::Range &range, MessagePeer *client)
     {
         QString answer;
@@ -301,7 +301,7 @@ TEST_F(ScreenSnapshotsTest, AreBoundedPerConnection)
             read(range(100, 199, "Test:a"), &peer);
     }
     EXPECT_EQ(screens.count(), ScreenSnapshots::MaxScreens);
-    // The one that was used longest ago was dropped.
+    // The least recently used screen was dropped.
     for (const char *each : {"Test:a", "Test:c", "Test:d", "Test:e", "Test:b"})
         read(range(100, 199, each), &peer);
     EXPECT_EQ(lists.at(0)->ranges.size(), 1);

@@ -13,7 +13,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Why the setting does not take what a client sends; empty when it does.
+/// The error with which the setting at \a path rejects \a sent; empty when it is accepted.
 std::string refusal(const CMPath &path, const QVariant &sent)
 {
     CMValuesWorker values;

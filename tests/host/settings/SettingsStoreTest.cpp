@@ -31,7 +31,7 @@ std::atomic<int> syncs {0};
 
 } // namespace
 
-/// Replaces the C library's, to simulate a slow disk.
+/// Replaces the C library's fsync(): counts the calls and simulates a slow disk.
 extern "C" int fsync(int descriptor)
 {
     ++syncs;
@@ -50,7 +50,7 @@ protected:
     {
     }
 
-    /// The values of one run of a host.
+    /// The settings of a host from its start to its end.
     struct Run {
         explicit Run(const QString &folder, const QString &pinnedPartner = QString())
             : store(folder, &values)
@@ -67,7 +67,7 @@ protected:
         QString partner() const { return values.value(VeskTuneInPartnerIdPath()).string_(); }
         QString memberId() const { return values.value(VeskSystemMemberIdPath()).string_(); }
 
-        /// A client's request, which is answered later.
+        /// A client's request; its response comes later.
         std::shared_ptr<CMReplyData<QVariant>> ask(const CMPath &path, const QVariant &value)
         {
             const auto data = std::make_shared<CMReplyData<QVariant>>();
@@ -147,7 +147,7 @@ TEST_F(SettingsStoreTest, AChangeTakesEffectOnceItIsKept)
     std::vector<std::shared_ptr<CMReplyData<QVariant>>> answers;
     for (int i = 0; i < 100; ++i)
         answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString::number(i)));
-    // The present value may be requested as well.
+    // A change back to the present value completes like the others.
     answers.push_back(run.ask(VeskTuneInPartnerIdPath(), QString()));
     EXPECT_EQ(run.partner(), QString()) << "the event loop has not run yet";
     for (const auto &answer : answers)
@@ -174,7 +174,7 @@ TEST_F(SettingsStoreTest, ASlowDiskDelaysOnlyChangesOfSettings)
         EXPECT_EQ(Run::outcome(answer), "");
     EXPECT_EQ(run.partner(), text("49"));
     run.store.close();
-    // Two writes, each of the file and of its copy, each with its folder.
+    // Two writes of the file and its copy; each of the four syncs the file and its folder.
     EXPECT_EQ(syncs - before, 8) << "waiting changes are written together";
 }
 

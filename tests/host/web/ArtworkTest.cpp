@@ -67,7 +67,7 @@ TEST_F(ArtworkTest, ServesAPictureThatAServiceNamed)
 {
     const HttpResponse answer = askFor("/a.png");
     EXPECT_EQ(answer.code, 200u);
-    EXPECT_EQ(answer.type, "image/png"); // by its content, not by the header
+    EXPECT_EQ(answer.type, "image/png"); // from its content, not from the header
     EXPECT_EQ(answer.body, Png);
     EXPECT_EQ(headerOf(answer, "Cache-Control"), "private, max-age=86400");
     EXPECT_EQ(headerOf(answer, "Content-Security-Policy"), "default-src 'none'; sandbox");

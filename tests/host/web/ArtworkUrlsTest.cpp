@@ -42,7 +42,7 @@ TEST(ArtworkUrlsTest, KeepsNoAddressThatIsTooLong)
         = QStringLiteral("http://e/").leftJustified(ArtworkUrls::MaxLength, QLatin1Char('a'));
     urls.remember(longest);
     urls.remember(longest + QLatin1Char('a'));
-    // The length is that in UTF-8.
+    // The limit counts UTF-8 bytes.
     urls.remember(QStringLiteral("http://e/").leftJustified(ArtworkUrls::MaxLength, QChar(0xe4)));
     EXPECT_EQ(urls.size(), 1);
     EXPECT_EQ(urls.find(digestOf(longest.toUtf8())), longest.toUtf8());

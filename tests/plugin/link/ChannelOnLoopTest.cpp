@@ -25,7 +25,8 @@ using std::chrono::milliseconds;
 
 const QByteArray LongPayload(3'000'000, 'x');
 
-/// How often the threads of that name have gone to sleep so far.
+/// The voluntary context switches so far of the threads named \a name: how often they went to
+/// sleep.
 long sleepsOf(const std::string &name)
 {
     long sleeps = 0;
@@ -80,7 +81,7 @@ protected:
     void sendBytes(const QByteArray &bytes) const { ASSERT_TRUE(sendAll(m_peer, bytes)); }
     void sendFrame(const QByteArray &payload) const { sendBytes(framed(payload)); }
 
-    /// Sends one frame and waits until it was handled.
+    /// Sends one frame and waits until it is handled.
     void exchange(const QByteArray &payload = "x")
     {
         const std::size_t before = m_received.payloads().size();
@@ -140,7 +141,7 @@ TEST_F(ChannelOnLoopTest, LongPayloadsAreReceivedByTheChannelsThread)
     const std::vector<bool> threads = onLoop();
     for (std::size_t i = 0; i < threads.size(); i += 2)
         EXPECT_FALSE(threads[i]) << i;
-    // The loop receives again; only what came together with the long one may be the thread's.
+    // The loop receives again; the thread may only have handled frames that came with the long one.
     exchange();
     exchange();
     EXPECT_TRUE(onLoop().back());
@@ -237,7 +238,7 @@ TEST_F(ChannelOnLoopTest, NothingIsHandledAfterTheEnd)
 {
     m_loop.call([this] {
         for (int i = 0; i < 10; ++i)
-            sendFrame("x"); // which the loop finds when it turns again
+            sendFrame("x"); // the loop finds it on its next turn
         m_channel->sender()->close();
         EXPECT_TRUE(m_received.waitForEnd());
     });

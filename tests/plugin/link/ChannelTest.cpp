@@ -46,7 +46,7 @@ protected:
     /// The peer sends exactly these bytes.
     void write(const QByteArray &bytes) const { ASSERT_TRUE(sendAll(m_peer, bytes)); }
 
-    /// What the peer receives: so many bytes, fewer at the end of the connection.
+    /// The next \a size bytes that the peer receives; fewer when the connection ends.
     QByteArray read(int size) const
     {
         QByteArray bytes(size, Qt::Uninitialized);
@@ -90,7 +90,7 @@ TEST_F(ChannelTest, AssemblesFramesFromAnyPieces)
     for (const char byte : bytes)
         write(QByteArray(1, byte));
     ASSERT_TRUE(m_received.waitFor(3));
-    write(bytes); // and all at once
+    write(bytes); // all three frames at once
     ASSERT_TRUE(m_received.waitFor(6));
     EXPECT_EQ(m_received.payloads().at(4), "second");
 }

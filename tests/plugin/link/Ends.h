@@ -17,7 +17,7 @@
 #include <vector>
 
 /// \file
-/// The two ends of a connection as tests hold them.
+/// The two ends of a connection, as tests use them.
 
 /// Two connected sockets, for the caller to own.
 inline std::pair<int, int> connectedSockets()
@@ -70,14 +70,14 @@ public:
         m_condition.notify_all();
     }
 
-    /// Every payload from now on is refused with this text.
+    /// Makes handle() refuse every further payload with \a complaint.
     void complain(const QString &complaint)
     {
         const VeskMutexLock lock(m_mutex);
         m_complaint = complaint;
     }
 
-    /// Waits, without an event loop.
+    /// Waits without running an event loop.
     bool waitFor(std::size_t count)
     {
         const auto deadline = std::chrono::steady_clock::now() + Patience;

@@ -286,7 +286,7 @@ TEST(Message, ANullRequestCannotBeDecoded)
 TEST(Message, RequestsOfUnknownKindsAreRefused)
 {
     QByteArray payload = encode(request(CMRequest::GetData));
-    constexpr int KindAt = 2; // behind the message's kind and an id of one byte
+    constexpr int KindAt = 2; // after the message's kind and a one-byte id
     ASSERT_EQ(payload.at(KindAt), char(CMRequest::GetData));
     for (int kind = CMRequest::MatchRow + 1; kind < 256; ++kind) {
         payload[KindAt] = static_cast<char>(kind);

@@ -87,7 +87,7 @@ private:
     std::vector<std::thread> m_threads VESK_GUARDED_BY(m_mutex);
 };
 
-/// A link, and a channel as its other side, whose messages the test writes.
+/// A link, connected to a channel over which the test exchanges messages as the peer.
 class NodeLinkTest : public testing::Test {
 protected:
     NodeLinkTest() { connect(); }
@@ -119,6 +119,7 @@ protected:
         m_peer.reset();
     }
 
+    /// Sends a message as the peer.
     template <class Message>
     void tell(const Message &message)
     {
@@ -131,7 +132,7 @@ protected:
         tell(RequestMessage::of(id, CMGetDataRequest(to, valueRole, {})));
     }
 
-    /// The messages of that kind that the peer has received.
+    /// The messages of \a kind that the peer has received.
     template <class Message>
     std::vector<Message> told(MessageKind kind) const
     {
@@ -166,6 +167,7 @@ protected:
         return answer;
     }
 
+    /// Waits for the connection's end; the reason that the link's handler got for it.
     std::string reason()
     {
         EXPECT_TRUE(m_ended->waitForEnd());
@@ -175,8 +177,8 @@ protected:
 
     CMRootWorker m_root;
     std::unique_ptr<Received> m_ended;
-    std::unique_ptr<Received> m_others; ///< what the link passes to its handler
-    std::unique_ptr<Received> m_received; ///< by the peer
+    std::unique_ptr<Received> m_others; ///< messages that the link passes to its handler
+    std::unique_ptr<Received> m_received; ///< messages that the peer has received
     std::unique_ptr<NodeLink> m_link;
     std::unique_ptr<Channel> m_peer;
 };
@@ -192,7 +194,7 @@ TEST_F(NodeLinkTest, RequestsAreSentAndCompletedByTheirResponses)
     EXPECT_EQ(requests[0].roles, valueRole);
     EXPECT_NE(requests[0].id, requests[1].id);
 
-    // The responses come in another order.
+    // Responses may arrive in any order.
     ResponseMessage failed;
     failed.id = requests[1].id;
     failed.error = CMNoNodeError();
@@ -251,11 +253,11 @@ TEST_F(NodeLinkTest, ReadsThatWereCompletedOtherwiseAreCancelled)
     ASSERT_TRUE(spinUntil([&] { return !told<CancelMessage>(MessageKind::Cancel).empty(); }));
     const quint64 id = asked().front().id;
     EXPECT_EQ(told<CancelMessage>(MessageKind::Cancel).front().id, id);
-    // The other side responds all the same.
+    // The peer's response may cross the cancellation; it is dropped.
     ResponseMessage late;
     late.id = id;
     tell(late);
-    // A request with a response is not cancelled, nor is one that changes something.
+    // Completed requests are not cancelled, nor are those that change something.
     const Answer second = request(path("A:y"));
     ASSERT_TRUE(spinUntilAsked(2));
     late.id = asked().back().id;
@@ -315,7 +317,8 @@ TEST_F(NodeLinkTest, ACancelledRequestIsCompletedAndGetsAResponse)
     EXPECT_EQ(answered().front().id, 1U);
     EXPECT_EQ(
         answered().front().error.message().sourceText(), CMCancelledError().message().sourceText());
-    // A later outcome is not sent. Cancelling after the response has no effect.
+    // A cancelled request's later outcome is not sent; cancelling a completed or unknown request
+    // has no effect.
     std::vector<CMRequest> requests = worker.removeAll();
     requests[0].reply().setValue(QVariantList {1});
     requests[1].reply().setValue(QVariantList {2});
@@ -519,7 +522,7 @@ TEST_F(NodeLinkTest, ChangesAreSentToSubscribers)
     ASSERT_TRUE(spinUntil([&] { return worker.subscribed == 0; }));
     m_root.notifyChanged({path("W:x"), CMSubscribe::RowsChangeReset(), -1, -1});
     QCoreApplication::processEvents();
-    ask(1, path("W:x")); // its response comes after everything that was sent before
+    ask(1, path("W:x")); // its response arrives after all earlier messages
     ASSERT_TRUE(spinUntilAnswered(1));
     EXPECT_EQ(changes().size(), 1U);
     EXPECT_FALSE(m_ended->hasEnded());
@@ -586,6 +589,7 @@ TEST_F(NodeLinkTest, ReceivedChangesAreNotified)
     ASSERT_TRUE(spinUntil([&] { return seen.size() == 3; }));
     EXPECT_NE(seen[1].path, seen[2].path);
     tell(ChangeMessage {{CMPath(), QString(), -1, -1, 0}, false});
+    // The response shows that the link has handled the earlier messages.
     ask(1, path("Nobody:x"));
     ASSERT_TRUE(spinUntilAnswered(1));
     QCoreApplication::processEvents();

@@ -21,7 +21,7 @@
 
 namespace {
 
-/// The numbers of the protocol that tests write by hand.
+/// The wire format's tags, for payloads that tests write by hand.
 constexpr quint8 TagNull = 0;
 constexpr quint8 TagText = 8;
 constexpr quint8 TagBytes = 9;
@@ -56,7 +56,7 @@ bool isReadable(const QByteArray &bytes)
     return reader.isAtEnd();
 }
 
-/// \a depth lists or hashes, one inside the other.
+/// Lists or hashes, nested \a depth deep.
 QByteArray nested(int depth, bool hashes)
 {
     WireWriter writer;
@@ -64,7 +64,7 @@ QByteArray nested(int depth, bool hashes)
         writer.writeByte(hashes ? TagHash : TagList);
         writer.writeCount(1);
         if (hashes)
-            writer.writeCount(i == 0 ? 0 : 1); // a new key, then the same by its number
+            writer.writeCount(i == 0 ? 0 : 1); // the key's text once, then its index
         if (hashes && i == 0)
             writer.writeText(QStringLiteral("k"));
     }
@@ -82,7 +82,7 @@ QByteArray nulls(int count)
     return writer.bytes();
 }
 
-/// Something of every kind, as an answer has it.
+/// A value of every type that a response may carry.
 QVariant everything()
 {
     CMPath path(QStringLiteral("TuneIn"), QStringLiteral("browse/x"));
@@ -99,8 +99,8 @@ QVariant everything()
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-/// Lets the process have no more than so much memory in addition; what goes beyond that ends the
-/// test by an exception.
+/// Limits the address space to what is in use plus \a bytes; an allocation beyond that throws
+/// std::bad_alloc, which fails the test.
 class MemoryLimit {
 public:
     explicit MemoryLimit(rlim_t bytes)
@@ -118,7 +118,7 @@ private:
     rlimit m_former {};
 };
 #else
-/// A sanitizer's own memory is without limit; it notices by itself what is out of all proportion.
+/// No limit: sanitizers reserve huge address ranges, and report oversized allocations themselves.
 class MemoryLimit {
 public:
     explicit MemoryLimit(unsigned long) { }
@@ -294,7 +294,7 @@ TEST(Wire, TruncatedValuesAreRefused)
     const QByteArray whole = writer.bytes();
     ASSERT_TRUE(isReadable(whole));
     for (int size = 0; size < whole.size(); ++size) {
-        // A place of its own, so that reading behind its end is noticed.
+        // An allocation of its own, so that sanitizers notice reads beyond its end.
         const QByteArray cut(whole.constData(), size);
         EXPECT_FALSE(isReadable(cut)) << size;
     }
@@ -317,7 +317,7 @@ TEST(Wire, EveryDamagedByteIsSafe)
                 ++refused;
                 continue;
             }
-            // What was read can be written, and is the same again.
+            // A value that was read survives another round trip.
             WireWriter again;
             again.writeVariant(read);
             EXPECT_TRUE(isReadable(again.bytes())) << at << ' ' << value;
@@ -441,7 +441,7 @@ TEST(Wire, RefusesTooManyValues)
 {
     EXPECT_TRUE(isReadable(nulls(WireReader::MaxValues)));
     EXPECT_FALSE(isReadable(nulls(WireReader::MaxValues + 1)));
-    // Also when no single list has too many.
+    // The limit counts across lists.
     WireWriter writer;
     writer.writeByte(TagList);
     writer.writeCount(2);
@@ -457,7 +457,7 @@ TEST(Wire, RefusesTooManyValues)
 
 TEST(Wire, FieldWidthsAreBounded)
 {
-    // Whoever shows it fills the field.
+    // Rendering pads a value to its width, so an unbounded one would exhaust the memory.
     for (const int width : {std::numeric_limits<int>::max(), std::numeric_limits<int>::min(),
              1'000'000'000, -1'000'000'000}) {
         WireWriter writer;

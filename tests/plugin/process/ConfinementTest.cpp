@@ -30,7 +30,7 @@ bool hasLandlock()
     return ::syscall(SYS_landlock_create_ruleset, nullptr, 0, VersionFlag) >= 1;
 }
 
-/// The value of a line of /proc/PID/status.
+/// The value of the field \a name in /proc/PID/status.
 QByteArray statusOf(int process, const QByteArray &name)
 {
     QFile file(QStringLiteral("/proc/%1/status").arg(process));
@@ -43,7 +43,7 @@ QByteArray statusOf(int process, const QByteArray &name)
     return "no such line";
 }
 
-/// The plug-in processes of \a plugin.
+/// The ids of \a plugin's processes.
 QList<int> workersOf(const QString &plugin)
 {
     QList<int> found;
@@ -59,7 +59,7 @@ QList<int> workersOf(const QString &plugin)
     return found;
 }
 
-/// A plug-in that tries things, in the process that a host gives it.
+/// Runs a plug-in that attempts what is forbidden, confined as the host confines plug-ins.
 class ConfinementTest : public testing::Test {
 protected:
     ConfinementTest()
@@ -92,7 +92,7 @@ protected:
     /// A file that this process may write.
     QString file() const { return m_folder.filePath(QStringLiteral("file")); }
 
-    /// Has the plug-in try that; the error that it got, 0 when it succeeded.
+    /// Has the plug-in attempt \a deed; returns its errno, 0 on success.
     int attempt(const char *deed, const QString &onFile = {})
     {
         const Answer answer = setData(m_root, path("Probing:"), QString::fromLatin1(deed), onFile);
@@ -159,7 +159,8 @@ TEST_F(ConfinementTest, CannotAffectOtherProcesses)
 
 TEST_F(ConfinementTest, NewerCallsFailAsOnAnOlderKernel)
 {
-    // A C library that gets another error takes it for that of what it wanted to do.
+    // Only ENOSYS makes a C library fall back to the older call; any other error reaches its
+    // caller.
     for (const char *deed : {"clone3", "openat2", "landlock", "newest", "yettocome"})
         EXPECT_EQ(attempt(deed), ENOSYS) << deed;
 }
@@ -169,7 +170,7 @@ TEST_F(ConfinementTest, GainsNoPrivileges)
     for (const char *deed : {"setuid", "setgid", "setgroups", "namespace", "chroot", "mount",
              "dumpable", "survive", "corelimit", "memorylimit"})
         EXPECT_EQ(attempt(deed), EPERM) << deed;
-    // Every thread of it: each could do what another may not.
+    // The kernel keeps filters and capabilities for each thread.
     const QDir tasks(QStringLiteral("/proc/%1/task").arg(attempt("pid")));
     const QStringList threads = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
     EXPECT_GE(threads.size(), 3);
@@ -219,7 +220,7 @@ TEST_F(ConfinementTest, MemoryIsLimited)
 
 TEST(PluginProcessLife, EndsWithTheHostHoweverThatEnds)
 {
-    // A name of its own, by which its process is found.
+    // A file name of its own, by which workersOf() finds the process.
     const QTemporaryDir folder;
     const QString plugin = folder.filePath(QStringLiteral("probing.so"));
     ASSERT_TRUE(QFile::link(QStringLiteral(PROBING_PLUGIN), plugin));

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Writes as the process does, blocking while the pipe is full.
+/// Writes as a plug-in process does: blocks while the pipe is full.
 void print(const PluginOutput &output, const std::string &text)
 {
     std::size_t written = 0;

@@ -52,7 +52,7 @@ protected:
         return std::make_unique<SupervisedPlugin>(pluginFile, options);
     }
 
-    /// Loads \a plugin, whatever comes of it.
+    /// Waits until loading \a plugin has finished, with or without success.
     static bool load(Plugin &plugin)
     {
         bool finished = false;

@@ -95,7 +95,7 @@ TEST_F(ReadSettingsTest, AValueReadAfterTheChangeNeedsNoRestart)
     m_settings.noteKept(A, number(2));
     EXPECT_EQ(told(), "");
     m_settings.noteChanged(B, number(2));
-    m_settings.noteKept(B, number(1)); // read before, told after
+    m_settings.noteKept(B, number(1)); // read before the change, reported after it
     EXPECT_EQ(told(), "os");
 }
 

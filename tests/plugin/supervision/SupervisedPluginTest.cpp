@@ -30,7 +30,7 @@ using testing::HasSubstr;
 
 const QStringList valueRole {VeskRoles::Value()};
 
-/// Keeps what it is asked for ever.
+/// Keeps its requests unanswered until answerAll().
 class HoldingWorker : public CMAbstractWorker {
 public:
     ~HoldingWorker() override { m_root.removeWorker(this); }
@@ -61,7 +61,7 @@ private:
     std::vector<CMRequest> m_requests;
 };
 
-/// Plug-ins whose program is fake_plugin.
+/// Supervises a process of fake_plugin, whose file name ("mode") selects how it starts.
 class SupervisedPluginTest : public testing::Test {
 protected:
     SupervisedPluginTest() { m_options.program = QStringLiteral(FAKE_PLUGIN); }
@@ -101,7 +101,7 @@ protected:
         ASSERT_EQ(m_plugin->root(), path("Fake:"));
     }
 
-    /// Loads one that has read the setting "a", which was 1.
+    /// Loads a plug-in that has read the setting "a" when it was 1.
     void loadKeeping()
     {
         loadGood();
@@ -113,7 +113,7 @@ protected:
         m_plugin->readSettings().noteChanged(path("settings:a"), VeskValue::fromInt(value));
     }
 
-    /// Loads a plug-in that is not tried again; why it is not.
+    /// Expects that loading fails without another attempt; returns the error.
     std::string whyNot(const char *mode)
     {
         load(mode);
@@ -127,7 +127,7 @@ protected:
 
     Answer ask(const char *what) { return getData(m_root, path(what), valueRole); }
 
-    /// The process that answers now.
+    /// The id of the process that serves requests now.
     pid_t process()
     {
         const Answer answer = ask("Fake:value");
@@ -146,7 +146,7 @@ protected:
 
     static bool isGone(pid_t process) { return ::kill(process, 0) != 0 && errno == ESRCH; }
 
-    /// How many processes there have been.
+    /// How many processes have been started.
     int runs() const
     {
         return static_cast<int>(QFile(m_folder.filePath(QStringLiteral("runs"))).size());
@@ -158,8 +158,8 @@ protected:
     }
     QString logged() const { return m_log.lines().join(QLatin1Char('\n')); }
 
-    /// Has the worker do that, and expects that its process is ended for \a reason and another one
-    /// takes its place.
+    /// Has the plug-in process commit \a misdeed, a path; expects that the host ends it, logs
+    /// \a reason and starts another.
     void expectRestart(const char *misdeed, const char *reason);
 
     const LogCapture m_log {"Host"};
@@ -390,7 +390,7 @@ TEST_F(SupervisedPluginTest, RestartsAfterTooManyRequests)
 {
     HoldingWorker holding(m_root);
     expectRestart("Fake:requests", "more than 1024 requests at a time");
-    holding.answerAll(); // for one who is gone
+    holding.answerAll(); // the process that sent them is gone
     process();
     EXPECT_EQ(runs(), 2);
 }
@@ -419,10 +419,10 @@ TEST_F(SupervisedPluginTest, AProcessThatOwesNothingIsNotKilled)
     m_options.patience = milliseconds(300);
     loadGood();
     const pid_t former = process();
-    ASSERT_EQ(::kill(former, SIGSTOP), 0); // nobody waits for it
+    ASSERT_EQ(::kill(former, SIGSTOP), 0); // no request is pending
     QElapsedTimer elapsed;
     elapsed.start();
-    ASSERT_TRUE(spinUntil([&] { return elapsed.hasExpired(2500); })); // two looks
+    ASSERT_TRUE(spinUntil([&] { return elapsed.hasExpired(2500); })); // two checks
     ASSERT_EQ(::kill(former, SIGCONT), 0);
     EXPECT_EQ(process(), former);
     EXPECT_EQ(runs(), 1);
@@ -454,11 +454,11 @@ TEST_F(SupervisedPluginTest, TheTimerRunsOnlyWhileResponsesAreOwed)
             QThread::msleep(5);
         }
     };
-    turn(milliseconds(1500)); // the look after the answer
+    turn(milliseconds(1500)); // the check that follows the response
     TimerCount idle;
     turn(milliseconds(2500));
     EXPECT_EQ(idle.count, 0);
-    // It is watched again as soon as it owes something.
+    // A pending request starts the checks again.
     const Answer owed = ask("Fake:silent");
     turn(milliseconds(2500));
     EXPECT_GE(idle.count, 1);
@@ -478,7 +478,7 @@ TEST_F(SupervisedPluginTest, RequestsWaitForTheNextProcess)
         more.push_back(ask("Fake:value"));
     for (const Answer &answer : more)
         EXPECT_FALSE(answer.isThere());
-    expectInterrupted(ask("Fake:value")); // one too many
+    expectInterrupted(ask("Fake:value")); // the queue is full
 
     QFile go(m_folder.filePath(QStringLiteral("go")));
     ASSERT_TRUE(go.open(QIODevice::WriteOnly));
@@ -525,13 +525,13 @@ TEST_F(SupervisedPluginTest, RestartWaitsGrow)
     for (const char *wait : {"in 0 ms", "in 250 ms", "in 500 ms", "in 1000 ms", "in 2000 ms"})
         ASSERT_TRUE(spinUntilLogged(wait)) << wait;
     EXPECT_EQ(runs(), 5);
-    // That is too long for those who ask now.
+    // With a wait this long, requests fail at once instead of being queued.
     const Answer answer = ask("Fake:value");
     EXPECT_TRUE(answer.isThere());
     expectInterrupted(answer);
     EXPECT_TRUE(m_root.prefixes().contains(QStringLiteral("Fake")));
 
-    m_plugin->unload(); // while it waits
+    m_plugin->unload(); // while the restart is pending
     EXPECT_EQ(m_unloaded, 1);
     EXPECT_FALSE(m_plugin->isRunning());
     EXPECT_FALSE(m_root.prefixes().contains(QStringLiteral("Fake")));
@@ -568,7 +568,7 @@ TEST_F(SupervisedPluginTest, TriesAgainWhileTheProgramIsMissing)
     process();
 }
 
-// Replacing for the sake of a setting.
+// Replacing the process because a setting changed.
 
 TEST_F(SupervisedPluginTest, RestartsAfterKeptForWhatIsNoSetting)
 {
@@ -597,7 +597,7 @@ TEST_F(SupervisedPluginTest, IsReplacedWithoutAnErrorWhenAKeptSettingChanges)
     EXPECT_EQ(m_restarting, 1);
     EXPECT_FALSE(logged().contains(QStringLiteral("ended:")));
 
-    // It is no failure that makes the next one wait.
+    // A replacement does not count as a failure: the next restart is not delayed.
     const Answer crash = ask("Fake:crash");
     expectInterrupted(crash);
     EXPECT_TRUE(spinUntilLogged("starting again in 0 ms"));

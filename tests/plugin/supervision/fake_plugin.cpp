@@ -20,13 +20,14 @@
 #include <unistd.h>
 #include <utility>
 
-// A worker program that does what no worker should. How it begins, the name of its plug-in's file
-// tells; later on, the path that it is asked for. What it must know of its earlier runs lies beside
-// the file.
+// A plug-in process that breaks the protocol on purpose. The base name of its plug-in file selects
+// how it starts; after loading, the path of each request selects what it does. Its state across
+// restarts is kept next to that file: "runs" has a byte for each run, "go" lets a slow start
+// continue.
 
 namespace {
 
-/// Until the host ends it.
+/// Blocks until the host kills the process.
 [[noreturn]] void waitForever()
 {
     while (true)
@@ -76,7 +77,7 @@ QByteArray receive()
 [[noreturn]] void crash(int signal)
 {
     std::fprintf(stderr, "it was too much\n");
-    std::signal(signal, SIG_DFL); // not a sanitizer's affair
+    std::signal(signal, SIG_DFL); // bypasses a sanitizer's handler
     ::raise(signal);
     waitForever();
 }
@@ -145,7 +146,7 @@ private:
 
     bool isMode(const char *mode) const { return m_mode == QLatin1String(mode); }
 
-    /// Says hello and loads, or not.
+    /// The handshake up to Loaded, or the fault that the mode asks for.
     void begin() const
     {
         if (isMode("garbage"))
@@ -169,7 +170,7 @@ private:
             crash(SIGSEGV);
         if (isMode("aborts"))
             crash(SIGABRT);
-        // These are well the first time.
+        // These modes start normally in the first run.
         if (isMode("fails2") && m_run == 2)
             exit();
         if (isMode("fails2to9") && m_run >= 2 && m_run <= 9)
@@ -230,12 +231,12 @@ private:
         else if (is("kept"))
             keep(message.id);
         else if (is("later"))
-            m_later = message.id; // when it is told of a value
+            m_later = message.id; // answered on the next Value message
         else
             misbehave(message.id, base.toLatin1());
     }
 
-    /// "silent" does nothing at all.
+    /// Any other name, such as "silent", leaves the request unanswered.
     static void misbehave(quint64 id, const QByteArray &how)
     {
         if (how == "garbage")
@@ -312,7 +313,7 @@ private:
                 SubscribeMessage {CMPath(QStringLiteral("Flood"), QString::number(i)), true}));
     }
 
-    /// Says that it keeps the setting "a", which is 1.
+    /// Reports the setting "a" as read, with the value 1, and responds.
     static void keep(quint64 id)
     {
         const CMPath setting(QStringLiteral("settings"), QStringLiteral("a"));
@@ -331,7 +332,8 @@ private:
         answer(id, QVariantList {1});
     }
 
-    /// Asks the host the same of another path.
+    /// Sends the request back to the host for the path in its parameter; passOn() returns the
+    /// response.
     void ask(const RequestMessage &message)
     {
         const quint64 id = ++m_lastId;
@@ -362,8 +364,8 @@ private:
     QSet<QString> m_watched;
     QVariantHash m_told;
     quint64 m_lastId = 0;
-    quint64 m_later = 0; ///< a question
-    std::map<quint64, quint64> m_passedOn; ///< by the id that the host knows
+    quint64 m_later = 0; ///< the id of the request to answer later; 0 for none
+    std::map<quint64, quint64> m_passedOn; ///< the host's request ids, by this process's
 };
 
 } // namespace

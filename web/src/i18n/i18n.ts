@@ -11,23 +11,23 @@ import { bestLanguage, fill, pluralForm } from "./plural";
 
 export const languagePath = "settings:ui/language";
 const sourceLanguage = "en";
-/** The languages that the page has texts in. */
+/** Tags of the languages that the page is translated into, English included. */
 export const languages: readonly string[] = [sourceLanguage, ...Object.keys(catalogues)];
 
 const keptKey = "vesk.language";
 
-/** The texts' language, and the texts that are not in English. */
+/** The current language and its catalogue, which is empty for English. */
 const texts = signal<{ language: string; catalogue: Catalogue }>(
     { language: sourceLanguage, catalogue: {} });
 export const language = () => texts.value.language;
 
-/** The text in the user's language. */
+/** Translates \a source into the current language, with \a args for %1, %2, ... */
 export function t(source: string, ...args: (string | number)[]): string {
     const found = texts.value.catalogue[source];
     return fill(typeof found === "string" ? found : source, args);
 }
 
-/** A text with a number in it, %n; `one` and `many` are the English forms, `many` is the key. */
+/** Translates a text with a number, %n. `one` and `many` are the English forms; `many` is the catalogue's key. */
 export function tn(one: string, many: string, count: number): string {
     const { language: tag, catalogue } = texts.value;
     const found = catalogue[many];
@@ -36,7 +36,7 @@ export function tn(one: string, many: string, count: number): string {
     return fill(text ?? many, [], count);
 }
 
-/** The language with the region where it is spoken most, "de-DE": services make a difference. */
+/** Adds the most likely region to a language, "de" to "de-DE": services distinguish regions. */
 export function fullTag(tag: string): string {
     const { language, region } = new Intl.Locale(tag).maximize();
     return region ? `${language}-${region}` : language;
@@ -67,15 +67,15 @@ async function follow(): Promise<void> {
         if (typeof tag === "string")
             await become(tag);
     } catch {
-        // The next connection asks again.
+        // Read again when the connection is back.
     }
 }
 
-/** Resolves once the texts that were used last are there. */
+/** Follows the language setting. Resolves when the catalogue used last, which this browser remembers, is loaded. */
 export async function startTexts(): Promise<void> {
     watch(languagePath, () => {
         void follow();
-        // What services answered is in the old language.
+        // What was read from services so far is in the old language.
         void loadServices();
         reloadShown();
     });

@@ -9,21 +9,22 @@ import type { Shape } from "./layout";
 import type { Path } from "./path";
 import { rowRoles, RowType, type Roles, type Row, type RowsAnswer } from "./rows";
 
-/** Rows that are asked for together. */
+/** Rows requested at a time. */
 export const pageSize = 100;
-/** Pages that are kept, those nearest to what is shown. */
+/** Pages kept per screen: those nearest to the visible rows. */
 export const maxPages = 20;
 const maxRunning = 2;
+/** Milliseconds to wait for further changes before a reload. */
 const settleTime = 40;
-/** A screen that a service did not survive so often in a row is not asked for again by itself. */
+/** After so many interruptions of the service in a row, a screen is no longer reloaded automatically. */
 export const maxInterruptions = 3;
 
-/** An answer that takes longer is said to do so. */
+/** Milliseconds after which a pending response is shown as slow. */
 export const patience = 3000;
-/** After an error a screen that is shown is read again by itself, later each time. */
+/** Milliseconds until a visible screen with an error is reloaded; the last one repeats. */
 export const healTimes = [5000, 10_000, 20_000, 30_000];
 
-/** `anew` means that a list which the host has kept is too old. */
+/** Reads the rows \a first to \a last, inclusive. With \a anew the host must not use its snapshot of the list. */
 export type GetRows = (
     path: Path, first: number, last: number, anew: boolean, signal: AbortSignal,
 ) => Promise<RowsAnswer>;
@@ -31,30 +32,33 @@ export type GetRows = (
 const readRange: GetRows = (path, first, last, anew, signal) => getRows(path, first, last, rowRoles, anew, signal);
 
 /**
- * One screen: its own roles, its length, and the rows that were looked at. Rows come by range, the
- * ones in sight first. Whatever changes at the path, the rows in sight are read again; until they
- * are there, the old ones stand.
+ * One screen: its own roles, its length, and the rows read so far. Rows are read in pages, visible
+ * ones first. After a change at the path the visible rows are read again; the old ones are shown
+ * until the response is there.
+ *
+ * Each reload begins a new epoch. Pages of an older epoch are shown, and read again when they
+ * become visible.
  */
 export class Screen {
     readonly roles = signal<Roles>({});
-    /** Null until the first answer. */
+    /** Number of rows; null until the first response. */
     readonly count = signal<number | null>(null);
     readonly error = signal<RpcError | null>(null);
-    /** An answer takes long. */
+    /** A visible page without rows has been pending for longer than `patience`. */
     readonly isSlow = signal(false);
-    /** The reader did not want to wait for the answer any more. */
+    /** The reader cancelled the request; nothing is read until the next reload. */
     readonly isCancelled = signal(false);
-    /** Counts what came; who shows rows depends on it. */
+    /** Incremented by each response. Components that show rows read it to be drawn again. */
     readonly version = signal(0);
 
     readonly #pages = new Map<number, { rows: readonly Row[]; epoch: number }>();
     readonly #running = new Set<number>();
     #epoch = 0;
-    /** The last epoch whose answers are not wanted. */
+    /** Responses of this epoch and earlier ones are dropped. */
     #cancelled = -1;
-    /** The next range is read from the service, the others come with it. */
+    /** The next page is read from the service; the host serves the others from the same snapshot. */
     #isOld = true;
-    /** Takes back what is asked for. */
+    /** Cancels the pending requests. */
     #aborter = new AbortController();
     #first = 0;
     #last = pageSize - 1;
@@ -65,7 +69,7 @@ export class Screen {
     #heal: ReturnType<typeof setTimeout> | undefined;
     #healed = 0;
     #patience: ReturnType<typeof setTimeout> | undefined;
-    /** How rows stand that do not stand as most do, also of pages that are not kept any more. */
+    /** Shapes of the rows that are not cells, including those of dropped pages. */
     readonly #shapes = new Map<number, Shape>();
 
     constructor(readonly path: Path, private readonly read: GetRows = readRange) {}
@@ -87,7 +91,7 @@ export class Screen {
         return this.#pages.size;
     }
 
-    /** Follows changes from now on, and brings up to date what was read before. */
+    /** Subscribes to changes and reloads. Paired with leave(); calls nest. */
     enter(): void {
         if (this.#users++ > 0)
             return;
@@ -108,10 +112,10 @@ export class Screen {
         this.#leave = null;
     }
 
-    /** Something changed; several changes in a row are one. */
+    /** Reloads after a change; changes within `settleTime` are merged into one reload. */
     changed(): void {
         clearTimeout(this.#settle);
-        // It may be the very question that ends the service, which serves other screens as well.
+        // This request may be what crashes the service, which other screens need as well.
         if (this.#interruptions >= maxInterruptions)
             return;
         this.#settle = setTimeout(() => this.reload(), settleTime);
@@ -125,14 +129,14 @@ export class Screen {
         this.#fetch();
     }
 
-    /** Waits for no answer any more; what comes late is not taken. */
+    /** Cancels the pending requests on behalf of the reader. */
     cancel(): void {
         this.#abandon();
         this.#waitOn();
         this.isCancelled.value = true;
     }
 
-    /** The service need not go on with what is not looked at any more. */
+    /** Cancels the pending requests, at the service too, and drops their responses. */
     #abandon(): void {
         this.#cancelled = this.#epoch++;
         this.#running.clear();
@@ -140,7 +144,7 @@ export class Screen {
         this.#aborter = new AbortController();
     }
 
-    /** After an error: forgets it and tries again. */
+    /** Clears the error and reloads. */
     retry(): void {
         this.error.value = null;
         this.#interruptions = 0;
@@ -148,7 +152,7 @@ export class Screen {
         this.reload();
     }
 
-    /** These rows are in sight. */
+    /** Sets the range of visible rows and reads what is missing of it. */
     show(first: number, last: number): void {
         this.#first = first;
         this.#last = last;
@@ -178,7 +182,7 @@ export class Screen {
         }
     }
 
-    /** While something is asked for that is in sight, patience is limited. */
+    /** Starts the timer for isSlow while a page without rows is pending, and stops it otherwise. */
     #waitOn(): void {
         const waits = this.#users > 0 && [...this.#running].some((page) => !this.#pages.has(page));
         if (!waits) {
@@ -190,7 +194,7 @@ export class Screen {
         }
     }
 
-    /** What went wrong may be over soon; what cannot work is not tried again. */
+    /** Schedules a reload, unless the error is permanent. */
     #healLater(error: RpcError): void {
         const isFinal = error.code === RpcError.noNode || error.code === RpcError.notOffered;
         if (this.#users === 0 || isFinal || this.#interruptions >= maxInterruptions)
@@ -215,7 +219,7 @@ export class Screen {
                 return;
             if (error instanceof RpcError && error.name === RpcError.interrupted)
                 ++this.#interruptions;
-            // A lost connection says so itself, and all is read again when it is back.
+            // A lost connection has a notice of its own, and all screens are reloaded when it is back.
             if (!(error instanceof RpcError))
                 throw error;
             if (error.code !== RpcError.lost) {
@@ -231,7 +235,7 @@ export class Screen {
             this.#fetch();
     }
 
-    /** An answer from before cancel() is for nobody. */
+    /** False for a response to a request made before the last #abandon(). */
     #isWanted(page: number, epoch: number): boolean {
         return epoch > this.#cancelled && this.#running.has(page);
     }
@@ -274,7 +278,7 @@ export class Screen {
     }
 }
 
-/** Folders, stations and what can be run stand beside each other; a row without any role is none. */
+/** Folders, stations and actions are cells; a row without any known role is not shown. */
 function shapeOf(row: Row): Shape {
     if (row.isEmpty)
         return "none";
@@ -282,7 +286,7 @@ function shapeOf(row: Row): Shape {
     return isCell ? "cell" : "line";
 }
 
-/** Screens that were shown lately, so that the way back is short. */
+/** Recently shown screens, kept so that going back needs no request. */
 const maxScreens = 12;
 const screens = new Map<Path, Screen>();
 
@@ -298,7 +302,7 @@ export function screenAt(path: Path): Screen {
     return screen;
 }
 
-/** Screens that are shown now. */
+/** Screens that are mounted. */
 export const shown = new Set<Screen>();
 
 export function reloadShown(): void {

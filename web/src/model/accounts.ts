@@ -8,10 +8,10 @@ import { claimLife, keepClaim, keptClaim, lookDelay, type Claim } from "./claim"
 import { getData, setData } from "./host";
 import type { Path } from "./path";
 
-/** The SDK's account value: its code, and what can be done with an account. */
+/** The SDK's code for values of the type account. */
 const accountType = 115;
 const Operation = { join: 3, drop: 4, claim: 8 } as const;
-/** The end of an error's name that means "linked to no account". */
+/** Suffix of an error's name that means "not linked to an account". */
 const notLinked = ":7";
 
 export type Link =
@@ -32,7 +32,7 @@ const text = (value: unknown) => (typeof value === "string" ? value : "");
 /** The link between this device and an account of one service, whose root is \a service. */
 export class Account {
     readonly link = signal<Link>({ is: "unknown" });
-    /** What the last operation failed with. */
+    /** Error of the last operation; null after success. */
     readonly error = signal<RpcError | null>(null);
     readonly isBusy = signal(false);
 
@@ -44,7 +44,7 @@ export class Account {
         this.#path = service + "account";
     }
 
-    /** Begins where this tab was before a reload. */
+    /** Restores a claim that this tab was waiting for before a reload. */
     resume(): void {
         const claim = keptClaim(this.service);
         if (claim)
@@ -57,7 +57,7 @@ export class Account {
             this.link.value = link;
     }
 
-    /** Asks for a code, and waits until somebody has entered it. */
+    /** Requests a claim code and polls until it has been entered. */
     async claim(): Promise<void> {
         await this.#run({ operation: Operation.claim }, (account) => {
             this.#looks = 0;
@@ -78,7 +78,7 @@ export class Account {
         this.#poll = setTimeout(() => void this.look(), lookDelay(this.#looks));
     }
 
-    /** Who comes back to this page may have entered the code meanwhile. */
+    /** Polls at once when the reader returns to the page: the code may have been entered meanwhile. */
     readonly #lookNow = () => {
         if (document.visibilityState === "visible")
             void this.look();
@@ -98,7 +98,7 @@ export class Account {
         return this.#change({ operation: Operation.drop, userName, password });
     }
 
-    /** Waits for nothing any more. */
+    /** Stops polling. */
     close(): void {
         clearTimeout(this.#poll);
         document.removeEventListener("visibilitychange", this.#lookNow);
@@ -110,7 +110,7 @@ export class Account {
         keepClaim(this.service, null);
     }
 
-    /** Looks whether the code was entered; the next look comes by itself as long as it may be. */
+    /** Polls for the code once, and schedules the next poll while the claim is alive. */
     async look(): Promise<void> {
         clearTimeout(this.#poll);
         const link = document.visibilityState === "visible" ? await this.#query(true) : null;

@@ -4,17 +4,17 @@
 import { isRecord } from "../rpc/Connection";
 import type { Path } from "./path";
 
-/** A code that waits to be entered somewhere else. */
+/** A claim code that is to be entered on another page or device. */
 export interface Claim {
     readonly code: string;
     readonly message: string;
-    /** When it was given out, in milliseconds. */
+    /** When the code was issued, in milliseconds since the epoch. */
     readonly since: number;
 }
 
-/** After this time nobody enters a code any more. */
+/** Milliseconds after which a claim is given up. */
 export const claimLife = 15 * 60_000;
-/** Milliseconds between two looks whether it was entered. */
+/** Milliseconds between polls for the code; the last one repeats. */
 const lookTimes = [5000, 5000, 10_000, 15_000, 30_000];
 
 export function lookDelay(looks: number): number {
@@ -23,7 +23,7 @@ export function lookDelay(looks: number): number {
 
 const keyOf = (service: Path) => `vesk.claim.${service}`;
 
-/** Keeps a claim for as long as this tab lives, also over a reload; null forgets it. */
+/** Stores a claim for the life of this tab, across reloads; null removes it. */
 export function keepClaim(service: Path, claim: Claim | null): void {
     if (claim)
         sessionStorage.setItem(keyOf(service), JSON.stringify(claim));
@@ -44,13 +44,13 @@ export function keptClaim(service: Path, now = Date.now()): Claim | null {
     return { code: claim.code, message: claim.message, since: claim.since };
 }
 
-/** A page that an instruction names: how it is written, and its address. */
+/** A page named in an instruction: its text as written there, and its URL. */
 export interface Named {
     readonly text: string;
     readonly href: string;
 }
 
-/** The page where the code is entered; null when the instruction names none. */
+/** The page where the code is entered; null if the instruction names none. */
 export function pageIn(message: string): Named | null {
     const found = /(https?:\/\/)?((?:[a-z0-9-]+\.)+[a-z]{2,}|\d+\.\d+\.\d+\.\d+)(:\d+)?\/[^\s<>"“”]*/i.exec(message);
     if (!found)

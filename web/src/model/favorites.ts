@@ -9,28 +9,28 @@ import { paramsOf, type Path } from "./path";
 import { RowType, type Row } from "./rows";
 import { serviceOf } from "./services";
 
-/** The drawings that mean favorites, and the last words of the paths that change them. */
+/** Names of icons that stand for favorites, and last segments of paths that change them. */
 const words = ["presets", "favorites"];
 const lastWord = (text: string) => text.split("?", 1)[0]!.replace(/^.*[/:]/, "");
 
-/** Favorites that are looked through for their ids, and the folders among them. */
+/** Limits on the favorites read, and on the folders among them. */
 const maxRows = 500;
 const maxFolders = 20;
 const retryTime = 30_000;
 
-/** Whether the row of a menu makes its item a favorite, or no favorite any more. */
+/** Whether a row of a menu adds the item to the favorites or removes it. */
 export function changesFavorites(row: Row): boolean {
     return row.type === RowType.activate && words.includes(lastWord(row.path));
 }
 
-/** What a menu is about: its parameters that are ids. */
+/** The ids of the item that a menu belongs to, from the menu's parameters. */
 export function idsOf(menu: Path): string[] {
     return paramsOf(menu).filter(([key, value]) => /id$/i.test(key) && value !== "").map(([, value]) => value);
 }
 
-/** The favorites of one service, as far as they have menus: which items are among them. */
+/** The ids of one service's favorites; those without a menu have no ids and are left out. */
 class Favorites {
-    /** Null until they are known, and where there are none to know. */
+    /** Null until they are read, and for a service without favorites. */
     readonly ids = signal<ReadonlySet<string> | null>(null);
     #path: Path | null = null;
     #run = 0;
@@ -38,7 +38,7 @@ class Favorites {
 
     constructor(private readonly service: Path) {}
 
-    /** Reads them by and by: a service that does not answer is asked again later. */
+    /** Reads the favorites, and again later after an error. */
     refresh(): void {
         clearTimeout(this.#later);
         this.read().catch(() => {
@@ -46,7 +46,7 @@ class Favorites {
         });
     }
 
-    /** Reads them, and follows their changes from the first time on. */
+    /** Reads the favorites; the first call also subscribes to them. */
     async read(): Promise<ReadonlySet<string> | null> {
         const run = ++this.#run;
         if (this.#path === null) {
@@ -77,7 +77,7 @@ async function readIds(path: Path): Promise<Set<string>> {
         }
     };
     await take(path, true);
-    // One after the other: a service answers one question at a time.
+    // One after the other: a plug-in handles one request at a time.
     for (const folder of folders.slice(0, maxFolders))
         await take(folder, false);
     return ids;
@@ -98,15 +98,15 @@ function favoritesFor(menu: Path): Favorites | null {
     return favorites;
 }
 
-/** Whether the item of the menu is a favorite; null as long as nobody knows. */
+/** Whether the item of the menu is a favorite; null while that is unknown. */
 export function isFavorite(menu: Path): boolean | null {
     const ids = menu === "" ? null : favoritesFor(menu)?.ids.value ?? null;
     return ids && idsOf(menu).some((id) => ids.has(id));
 }
 
 /**
- * Makes the item of a menu a favorite or takes it away, through the menu's own row, and says what
- * came of it. That row does the one or the other, so the favorites are read just before.
+ * Adds the item of a menu to the favorites or removes it, through the menu's own row, and announces
+ * the outcome. That row toggles, so the favorites are read just before it is run.
  */
 export async function setFavorite(menu: Path, title: string, wanted: boolean): Promise<void> {
     const has = (ids: ReadonlySet<string> | null | undefined) =>
@@ -121,7 +121,7 @@ export async function setFavorite(menu: Path, title: string, wanted: boolean): P
     tellFavorite(menu, title, has(await favorites?.read()), wanted);
 }
 
-/** As setFavorite(), after the menu's row was run. */
+/** Announces the outcome as setFavorite() does, after the menu's row was run elsewhere. */
 export async function toldFavorite(menu: Path, title: string, wanted: boolean): Promise<void> {
     const ids = await favoritesFor(menu)?.read();
     tellFavorite(menu, title, ids ? idsOf(menu).some((id) => ids.has(id)) : null, wanted);
@@ -137,7 +137,7 @@ function tellFavorite(menu: Path, title: string, is: boolean | null, wanted: boo
     });
 }
 
-// What was read over another connection may be old.
+// Changes made while there was no connection were not notified.
 host.isOpen.subscribe((isOpen) => {
     if (isOpen)
         known.forEach((favorites) => favorites.refresh());

@@ -14,13 +14,13 @@ export async function getRows(
 ): Promise<RowsAnswer> {
     const params = { path, roles, first, last };
     const answer = readRows(await host.call("getRows", refresh ? { ...params, refresh } : params, signal), roles);
-    // There are no rows because they could not be had: that is no empty list.
+    // The list is not empty: the service could not be reached. See `problem` in docs/rpc.md.
     if (answer.problem !== "")
         throw new RpcError(RpcError.failed, answer.problem);
     return answer;
 }
 
-/** A poll asks again and again until the answer is another one: errors meanwhile are expected. */
+/** Reads \a roles of a path. \a poll tells the host that errors are expected, so that it does not log them. */
 export async function getData(path: Path, roles: readonly string[], poll = false): Promise<unknown[]> {
     const result = (await host.call("getData", poll ? { path, roles, poll } : { path, roles })) as { values?: unknown[] };
     return result.values ?? [];
@@ -34,7 +34,7 @@ export async function setData(path: Path, role: string, value: unknown): Promise
 type Changed = () => void;
 const watchers = new Map<Path, Set<Changed>>();
 
-/** Calls back on each change at the path, also after the connection came back. */
+/** Subscribes to changes at the path, and again after a reconnect. Returns the function that unsubscribes. */
 export function watch(path: Path, changed: Changed): () => void {
     let all = watchers.get(path);
     if (!all) {
@@ -53,7 +53,7 @@ export function watch(path: Path, changed: Changed): () => void {
 }
 
 function subscribe(method: string, path: Path): void {
-    // Without a connection there is nothing to subscribe to yet; it is made up for then.
+    // Without a connection this fails; all subscriptions are made again once there is one.
     host.call(method, { path }).catch(() => {});
 }
 

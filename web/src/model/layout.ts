@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/** How a row stands among others: in a cell of its line, alone in a line, or not at all. */
+/** How a row is laid out: in a cell of a line, alone in a line, or not shown. */
 export type Shape = "cell" | "line" | "none";
 
 interface Place {
@@ -9,18 +9,18 @@ interface Place {
     readonly column: number;
 }
 
-/** From the row \a index on, rows follow one another cell by cell, the first at its place. */
+/** A run of rows, from the row \a index on, that fill cell after cell, beginning at the given place. */
 interface Run extends Place {
     readonly index: number;
 }
 
 /**
- * Where each row of a list stands, and which stand in a line. Rows are cells in so many columns, but
- * for those that are told: what is not known yet is taken for a cell. A pure value.
+ * Maps rows of a list to lines and columns, and back. Rows are cells unless their shape says
+ * otherwise; rows not read yet count as cells. Immutable.
  */
 export class Layout {
     readonly lines: number;
-    /** Rows that are shown. */
+    /** Number of rows shown. */
     readonly shown: number;
     readonly #runs: Run[] = [{ index: 0, line: 0, column: 0 }];
     readonly #shapes: ReadonlyMap<number, Shape>;
@@ -58,16 +58,16 @@ export class Layout {
         return this.#cell(index);
     }
 
-    /** How many rows are shown before this one. */
+    /** Number of rows shown before this one. */
     position(index: number): number {
         return index - lowerBound(this.#hidden, (hidden) => hidden < index);
     }
 
-    /** The first row that is shown in the line or, where none is, after it; `count` for none. */
+    /** The first row shown in the line or after it; `count` if there is none. */
     firstIn(line: number): number {
         if (line >= this.lines)
             return this.count;
-        // The last run that begins at or before the line's start.
+        // The last run that begins at the line's start or before it.
         const after = lowerBound(this.#runs, (run) => run.line < line || (run.line === line && run.column === 0));
         const run = this.#runs[Math.max(0, after - 1)]!;
         let index = run.index + Math.max(0, (line - run.line) * this.columns - run.column);
@@ -76,7 +76,7 @@ export class Layout {
         return Math.min(index, this.count);
     }
 
-    /** The row `lines` below (above) another one, in its column as far as there is one. */
+    /** The row that is `lines` below another one (above it, if negative), in the same column if possible. */
     moved(index: number, lines: number): number {
         const { line, column } = this.place(index);
         const to = Math.max(0, Math.min(this.lines - 1, line + lines));
@@ -89,7 +89,7 @@ export class Layout {
         return Math.min(found, this.count - 1);
     }
 
-    /** The next (previous) row that is shown; the same where there is none. */
+    /** The next (previous) row shown; \a index itself if there is none. */
     stepped(index: number, step: 1 | -1): number {
         for (let next = index + step; next >= 0 && next < this.count; next += step) {
             if (!this.isHidden(next))
@@ -106,7 +106,7 @@ export class Layout {
     }
 }
 
-/** How many elements from the start on fulfil the condition, after which none does. */
+/** Length of the prefix that fulfils the condition; no element after it may. */
 function lowerBound<T>(list: readonly T[], fulfils: (element: T) => boolean): number {
     let low = 0;
     let high = list.length;

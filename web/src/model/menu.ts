@@ -9,13 +9,13 @@ import { openSheets, popSheets, pushSheet } from "./navigation";
 import type { Path } from "./path";
 import type { Row } from "./rows";
 
-/** What is shown above the screen: a menu, which is a screen itself, or one of the page's own. */
+/** What is shown in the dialog above the screen: a menu, which is a screen too, or a sheet of the page's own. */
 export type Sheet =
     | { readonly kind: "menu"; readonly path: Path; readonly title: string }
     | { readonly kind: "playing" }
     | { readonly kind: "keys" };
 
-/** The open sheets, one above the other, the last one shown. */
+/** The stack of open sheets; only the last one is shown. */
 export const sheets = signal<readonly Sheet[]>([]);
 
 export function openSheet(sheet: Sheet): void {
@@ -27,7 +27,7 @@ export function openMenu(path: Path, title: string): void {
     openSheet({ kind: "menu", path, title });
 }
 
-/** One level up; the first one closes. */
+/** Closes the topmost sheet. */
 export function closeSheet(): void {
     leaveSheets(1);
 }
@@ -43,7 +43,7 @@ function leaveSheets(count: number): void {
     popSheets(count);
 }
 
-// The browser's own Back closes sheets, too; its Forward leads to none that is closed.
+// The browser's Back closes sheets too. Its Forward would lead to a closed sheet, so that step is undone.
 effect(() => {
     const count = openSheets.value;
     const open = sheets.peek();
@@ -53,7 +53,7 @@ effect(() => {
         popSheets(count - open.length);
 });
 
-/** How often a service was interrupted over a menu. Twice is no chance: it is not offered again. */
+/** How often opening a menu interrupted its service. After `maxInterruptions` the menu is no longer offered. */
 const interrupted = signal<ReadonlyMap<Path, number>>(new Map());
 const maxInterruptions = 2;
 const maxKnown = 200;
@@ -64,15 +64,16 @@ export function blameMenu(path: Path): void {
         interrupted.value = new Map(known).set(path, (known.get(path) ?? 0) + 1);
 }
 
-/** A menu is that of an item: one whose parameter for an id is empty is that of nothing. */
+/** Whether the path is a menu that can be offered. One with an empty id parameter belongs to no item. */
 export function isMenu(path: Path): boolean {
     return path !== "" && !/[?&]\w*id=(&|$)/i.test(path)
         && (interrupted.value.get(path) ?? 0) < maxInterruptions;
 }
 
 /**
- * Runs the row at the index of a screen. It means what its title says, which may have changed since
- * it was read, here or in another page: then it is not run, and false comes back.
+ * Runs a row of a screen. The row is read again first, because it may do something else by now
+ * ("Remove" where it said "Add"); if its path or title changed, it is not run, and the result is
+ * false.
  */
 export async function activate(screen: Path, index: number, row: Row): Promise<boolean> {
     const { rows } = await getRows(screen, index, index);

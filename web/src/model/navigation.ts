@@ -13,20 +13,20 @@ export interface Crumb {
     readonly title: string;
 }
 
-/** One entry of the browser's history. */
+/** The state kept in one entry of the browser's history. */
 interface Entry {
-    /** How it was reached, itself last. */
+    /** The breadcrumbs, from the first screen to this one. */
     readonly trail: readonly Crumb[];
-    /** Where it stands among this page's entries. */
+    /** Position among this page's entries. */
     readonly index: number;
     readonly scroll: number;
     /** The row that was opened from here, -1 for none. */
     readonly row: number;
-    /** How many sheets are open above the screen; each is an entry of its own, so that Back closes it. */
+    /** Number of sheets open above the screen. Each sheet has an entry of its own, so that Back closes it. */
     readonly sheets?: number;
 }
 
-/** The address holds the path behind "#", as it is: it has no character that may not be there. */
+/** The path in the fragment of an address. It is not escaped: a path has only characters allowed in a fragment. */
 export function pathOfAddress(hash: string): Path {
     const path = hash.replace(/^#/, "");
     return path === "" ? servicesPath : path;
@@ -46,11 +46,11 @@ function entryHere(): Entry {
 }
 
 const indexKey = "vesk.lastIndex";
-/** Where the newest entry stands, and the current one. */
+/** Position of the current entry; `lastIndex` is that of the newest one, kept across reloads. */
 let entryIndex = -1;
 let lastIndex = Number(sessionStorage.getItem(indexKey) ?? -1);
 
-/** The way on which the current entry was reached: what the view restores and where focus goes. */
+/** How the current entry was reached, which decides what the view restores and where the focus goes. */
 export type Arrival = "start" | "forward" | "back";
 
 const entry = signal<Entry>(entryHere());
@@ -69,7 +69,7 @@ function become(next: Entry, how: Arrival): void {
     entry.value = next;
 }
 
-/** Keeps where the reader is, for the way back. */
+/** Saves the scroll position, and the row that is being opened, in the current entry. */
 export function remember(row?: number): void {
     const here = { ...entry.peek(), scroll: window.scrollY, sheets: sheetsHere() };
     if (row !== undefined)
@@ -81,7 +81,7 @@ function sheetsHere(): number {
     return isEntry(history.state) ? history.state.sheets ?? 0 : 0;
 }
 
-/** How many sheets are open according to the history, whichever way it was moved. */
+/** Number of open sheets according to the history, after steps in either direction. */
 export const openSheets = signal(0);
 
 export function pushSheet(): void {
@@ -93,7 +93,7 @@ export function pushSheet(): void {
     openSheets.value = sheetsHere();
 }
 
-/** Goes back so many sheets, or as many as there are. */
+/** Goes back by \a count sheets, or as many as there are. */
 export function popSheets(count: number): void {
     const steps = Math.min(count, sheetsHere());
     if (steps > 0)
@@ -102,7 +102,7 @@ export function popSheets(count: number): void {
 
 let afterSheets: (() => void) | null = null;
 
-/** The step, once no sheet is open any more: it would be the way back to one that is closed. */
+/** Leaves the entries of open sheets before the step, so that Back does not lead to a closed sheet. */
 function withoutSheets(step: () => void): void {
     const count = sheetsHere();
     if (count === 0)
@@ -118,13 +118,13 @@ export function open(path: Path, title: string, row = -1): void {
     });
 }
 
-/** As open(), for somebody who types: focus stays where it is. */
+/** Like open(), but leaves the focus in place, for a search while typing. */
 export function openQuietly(path: Path, title: string): void {
     remember();
     go(path, [...entry.peek().trail, { path, title }], "start");
 }
 
-/** Back to the screen before this one, which may be the only one there is: then to \a home. */
+/** Goes back to the previous screen, or to \a home if there is none. */
 export function leave(home: Path): void {
     if (entry.peek().trail.length > 1 && entry.peek().index > 0)
         back();
@@ -132,7 +132,7 @@ export function leave(home: Path): void {
         replace(home, "");
 }
 
-/** Opens one of the crumbs, which takes the later ones away. */
+/** Opens a screen of the breadcrumbs and drops those after it. */
 export function openCrumb(path: Path, title: string): void {
     if (path === current.peek()) {
         window.scrollTo(0, 0);
@@ -152,7 +152,7 @@ function go(path: Path, crumbs: readonly Crumb[], how: Arrival = "forward"): voi
     become(next, how);
 }
 
-/** Another path in the place of the current one; focus stays where it is. */
+/** Replaces the current path; the focus stays in place. */
 export function replace(path: Path, title: string): void {
     const here = entry.peek();
     const next = { ...here, trail: [...here.trail.slice(0, -1), { path, title }], scroll: 0, row: -1 };
@@ -184,15 +184,15 @@ window.addEventListener("popstate", () => {
     openSheets.value = next.sheets ?? 0;
     const step = afterSheets;
     afterSheets = null;
-    // Only a sheet was opened or closed: the screen is as it was.
+    // Only a sheet was opened or closed: the screen is the same.
     const isSame = next.trail[next.trail.length - 1]!.path === current.peek();
     if (isSame && next.index === entry.peek().index)
         return step?.();
-    // An address that was typed has no state of this page's yet.
+    // An address that was typed has no state yet.
     const isNew = !isEntry(history.state);
     if (isNew) {
-        // Typed, or from a page elsewhere: what lists offered to this page does not count for it. The
-        // host keeps that by connection, so the page begins anew.
+        // Typed, or set by another page: it must not profit from what lists offered to this page.
+        // The host remembers that per connection, so a reload makes a new one.
         sessionStorage.setItem(indexKey, String(next.index));
         history.replaceState(next, "");
         location.reload();

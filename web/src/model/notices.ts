@@ -3,17 +3,17 @@
 
 import { signal } from "@preact/signals";
 
-/** Something short to be said, seen and heard. */
+/** A short message, shown and announced to screen readers. */
 export interface Notice {
-    /** What it says beside the text, which comes from outside; "lost" needs none. */
+    /** Selects the message. `text` is inserted into it and comes from outside; "lost" has none. */
     readonly kind: "done" | "failed" | "added" | "removed" | "lost" | "stale";
     readonly text: string;
-    /** Takes back what was done. */
+    /** Reverts the change. */
     readonly undo?: () => void;
 }
 
 const showTime = 6000;
-/** Somebody has to read it, and to reach the button. */
+/** Longer than `showTime`, so that the button can be reached. */
 const undoTime = 12_000;
 
 export const notice = signal<Notice | null>(null);

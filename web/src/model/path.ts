@@ -4,9 +4,9 @@
 /** A path in its text form, `prefix:base?key=value&key=value`; docs/rpc.md. */
 export type Path = string;
 
-/** As the host writes it: all but RFC 3986's unreserved characters. */
+/** Percent-encodes as the host does: all but the unreserved characters of RFC 3986, section 2.3. */
 function encode(text: string): string {
-    // A lone surrogate has no encoding.
+    // encodeURIComponent() throws for a lone surrogate.
     return encodeURIComponent(text.replace(/\p{Surrogate}/gu, "\ufffd")).replace(
         /[!'()*]/g,
         (c) => "%" + c.charCodeAt(0).toString(16).toUpperCase(),
@@ -26,7 +26,7 @@ export function prefixOf(path: Path): string {
     return end < 0 ? "" : path.slice(0, end);
 }
 
-/** The path with one more parameter, in the order in which the host writes them. */
+/** Adds a parameter, in the order in which the host writes them. */
 export function withParam(path: Path, key: string, value: string): Path {
     const [base = "", query = ""] = split(path);
     const params = new Map<string, string>();
@@ -52,7 +52,7 @@ export function paramOf(path: Path, key: string): string | null {
     return null;
 }
 
-/** All parameters, by key and value. */
+/** All parameters, decoded, as pairs of key and value. */
 export function paramsOf(path: Path): [string, string][] {
     const [, query = ""] = split(path);
     return query.split("&").filter((item) => item.includes("=")).map((item) => {
@@ -61,7 +61,7 @@ export function paramsOf(path: Path): [string, string][] {
     });
 }
 
-/** Whether both are the same but for one parameter. */
+/** Whether both paths are equal apart from the parameter \a key. */
 export function equalsBut(a: Path, b: Path, key: string): boolean {
     return withParam(a, key, "") === withParam(b, key, "");
 }

@@ -12,7 +12,7 @@ import { patience, shown } from "./Screen";
 
 export const PlayState = { stopped: 0, transitioning: 1, playing: 2, paused: 3 } as const;
 
-/** What the host's player tells of itself. Texts come from outside. */
+/** State of the host's player. Texts come from outside. */
 export interface Player {
     readonly state: number;
     readonly playId: string;
@@ -24,10 +24,10 @@ export interface Player {
     readonly path: Path;
     readonly contextPath: Path;
     readonly error: string;
-    /** What is being done about a fault, in words; empty while all is well. */
+    /** What is wrong and what the player does about it, in words; empty without a fault. */
     readonly problem: string;
     readonly codec: string;
-    /** What plays was heard already, and is to be heard again. */
+    /** The stream was audible before and is being reopened. */
     readonly isReconnecting: boolean;
 }
 
@@ -47,7 +47,7 @@ export const silence: Player = {
     isReconnecting: false,
 };
 
-/** What the host says now, after what it said before. */
+/** The state told by the host, which came after \a before. */
 export function nextPlayer(before: Player, told: unknown): Player {
     const roles = isRecord(told) ? told : {};
     const text = (name: string) => (typeof roles[name] === "string" ? (roles[name] as string) : "");
@@ -78,29 +78,29 @@ export const isShown = computed(
     () => player.value.state !== PlayState.stopped || player.value.error !== "",
 );
 
-/** What plays names the row that it came from so, when its own path is another one. */
+/** Parameter with the path of the row that plays, if that differs from the path of what plays. */
 const matchingPath = "veskMatchingPath";
 
-/** Whether the row is what plays. */
+/** Whether the row is the one that plays. */
 export function isPlayed(now: Player, row: Row): boolean {
-    // A path with an empty parameter names nothing in particular.
+    // A path with an empty parameter does not identify a row.
     if (row.path === "" || /=(&|$)/.test(row.path))
         return row.title !== "" && row.title === now.title;
     return row.path === now.path || row.path === paramOf(now.path, matchingPath);
 }
 
-/** A row of a screen, as the reader saw it. */
+/** The row that the reader asked to play. */
 export interface Asked {
     readonly screen: Path;
     readonly row: number;
-    /** Which row that is, wherever it stands by now; empty when it has no path of its own. */
+    /** Identifies the row after the list changed; empty if the row has no path of its own. */
     readonly path: Path;
 }
 
-/** A row that is asked for but not yet confirmed, and why it was not played. */
+/** The row of a pending player.play, and the error of the last one. */
 export const asked = signal<Asked | null>(null);
 export const failure = signal<RpcError | null>(null);
-/** The answer takes long. */
+/** player.play has been pending for longer than `patience`. */
 export const isAskSlow = signal(false);
 let last: Asked | null = null;
 let slowness: ReturnType<typeof setTimeout> | undefined;
@@ -132,7 +132,7 @@ export async function play(screen: Path, row: number, path: Path): Promise<void>
     if (asked.value === now) {
         forget();
     } else if (!error && asked.value === null && last === null) {
-        // Nobody waits for it any more.
+        // Cancelled while the request was pending.
         await stop();
     }
     if (error?.code === RpcError.notInList) {
@@ -150,13 +150,13 @@ function forget(): void {
     asked.value = null;
 }
 
-/** Does not play what was asked for, should it still come. */
+/** Cancels a pending play: if the host has already started it, it is stopped. */
 export function cancelPlay(): void {
     last = null;
     forget();
 }
 
-/** Whether this page knows how to play again what it played last. */
+/** Whether this page played something that repeat() can play again. */
 export const canRepeat = () => last !== null;
 
 export function repeat(): void {
@@ -168,7 +168,7 @@ export const pause = () => ask("player.pause");
 export const resume = () => ask("player.resume");
 export const stop = () => ask("player.stop");
 
-/** Pauses what plays, goes on with what is paused. */
+/** Pauses or resumes. */
 export function toggle(): void {
     const { state } = player.peek();
     if (state === PlayState.paused)
@@ -181,7 +181,7 @@ async function refresh(): Promise<void> {
     try {
         player.value = nextPlayer(player.peek(), await host.call("player.state"));
     } catch {
-        // The next connection asks again.
+        // Read again when the connection is back.
     }
 }
 

@@ -14,14 +14,14 @@ export const RowType = {
     activate: 6,
 } as const;
 
-/** What a row's value is: a code of the SDK's and the value under the type's name. */
+/** A row's value: the SDK's code for its type, and the value under the type's name. */
 export type Value =
     | { type: "bool"; value: boolean }
     | { type: "number"; value: number }
     | { type: "string"; value: string }
     | { type: "other" };
 
-/** A row as a service answered it. Every text in here comes from outside. */
+/** A row of a service's response. All texts come from outside. */
 export interface Row {
     readonly title: string;
     readonly description: string;
@@ -35,13 +35,13 @@ export interface Row {
     readonly searchPath: Path;
     readonly disabled: boolean;
     readonly preferred: boolean;
-    /** The host keeps the value as it is. */
+    /** The value is read-only. */
     readonly pinned: boolean;
-    /** The service answered no role that could be shown. */
+    /** The row has no role that can be shown. */
     readonly isEmpty: boolean;
 }
 
-/** The roles that a list's rows are asked for. */
+/** The roles requested for rows of a list. */
 export const rowRoles = [
     "title",
     "description",
@@ -99,12 +99,12 @@ export function readRow(roles: Roles): Row {
     return { ...row, isEmpty };
 }
 
-/** An answer to getRows. */
+/** A response to getRows. */
 export interface RowsAnswer {
     readonly count: number;
     readonly rows: readonly Row[];
     readonly roles: Roles;
-    /** Why the service could not be asked for rows; empty when it answered. */
+    /** Why the rows could not be read; empty if they could. */
     readonly problem: string;
 }
 

@@ -8,7 +8,7 @@ import { current, replace, servicesPath } from "./navigation";
 import { equalsBut, paramOf, prefixOf, type Path } from "./path";
 import { RowType, type Row } from "./rows";
 
-/** One thing that can be searched: a query row that some service offers. */
+/** A search that a service offers: one of its query rows. */
 export interface Query {
     readonly service: Path;
     readonly serviceTitle: string;
@@ -17,11 +17,11 @@ export interface Query {
     readonly path: Path;
 }
 
-/** The rows of host:services that lead somewhere. */
+/** The rows of host:services; null until they are read. */
 export const services = signal<readonly Row[] | null>(null);
 export const queries = signal<readonly Query[]>([]);
 
-/** The screen behind the page's name: the only service's, or the list of all. */
+/** The home screen: that of the only service, or the list of services. */
 export const homePath = computed<Path>(() => {
     const all = services.value;
     return all?.length === 1 && all[0]!.path !== "" ? all[0]!.path : servicesPath;
@@ -32,7 +32,7 @@ export function serviceOf(path: Path): Row | undefined {
     return services.value?.find((row) => row.path !== "" && prefixOf(row.path) === prefix);
 }
 
-/** The query whose results are shown, with its text. */
+/** The query whose results are on screen, with its text. */
 export const activeQuery = computed(() => {
     for (const query of queries.value) {
         const text = paramOf(current.value, query.key);
@@ -73,7 +73,7 @@ export async function loadServices(): Promise<void> {
         if (mine === run)
             queries.value = found.flatMap((q) => (q.status === "fulfilled" ? q.value : []));
     } catch {
-        // The list of services shows the error when somebody looks; a new connection asks again.
+        // The list of services shows the error, and is read again when the connection is back.
     }
 }
 

@@ -8,7 +8,7 @@ export type Theme = (typeof themes)[number];
 
 const keptKey = "vesk.theme";
 
-/** Bright or dark: this browser's own choice, kept in it. */
+/** The colour theme, stored in this browser. */
 export const theme = signal<Theme>(
     themes.find((each) => each === localStorage.getItem(keptKey)) ?? "system");
 

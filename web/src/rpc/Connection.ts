@@ -3,20 +3,20 @@
 
 import { signal } from "@preact/signals";
 
-/** What the host answered in place of a result, or why there is no answer. */
+/** An error response of the host, or the reason why there is no response. */
 export class RpcError extends Error {
-    /** There was no answer: the connection went first. */
+    /** The connection was lost before the response. Not a code of the host's. */
     static readonly lost = 1;
-    /** The service answered with an error, or could not answer. */
+    /** The service failed, or responded with an error. */
     static readonly failed = -32000;
     static readonly noNode = -32001;
-    /** The row that was to be played is not in the list any more. */
+    /** The row to be played is no longer in the list. */
     static readonly notInList = -32004;
-    /** The address changes something, and no list offered it. */
+    /** Opening the path would change something, and no list offered it to this connection. */
     static readonly notOffered = -32005;
-    /** The caller took the request back. */
+    /** The caller cancelled the request. */
     static readonly cancelled = -32006;
-    /** Name of the error that a service's end gives to what it owed. */
+    /** `name` of the error that ends pending requests when a plug-in process ends. */
     static readonly interrupted = "host:interrupted";
 
     constructor(
@@ -45,16 +45,17 @@ function textOf(value: unknown): string {
     return typeof value === "string" ? value : "";
 }
 
-/** Milliseconds before the next attempt: soon at first, then every few seconds. */
+/** Milliseconds before the next attempt: exponential backoff, up to five seconds. */
 export function reconnectDelay(attempt: number): number {
     return Math.min(5000, 250 * 2 ** Math.min(attempt, 10));
 }
 
+/** Milliseconds after which a request counts as lost; the host ends its requests sooner, after a minute. */
 const silenceLimit = 70_000;
 
-/** JSON-RPC over one WebSocket that comes back by itself. */
+/** JSON-RPC 2.0 over one WebSocket, which reconnects by itself. See docs/rpc.md. */
 export class Connection {
-    /** Whether calls get through; null until the first attempt has ended. */
+    /** Whether the connection is open; null until the first attempt has ended. */
     readonly isOpen = signal<boolean | null>(null);
 
     #socket: WebSocket | null = null;
@@ -78,7 +79,7 @@ export class Connection {
         socket.onclose = () => this.#closed(socket);
     }
 
-    /** Tries again at once, when it waits for its next attempt. */
+    /** Skips the wait before the next attempt. */
     hurry(): void {
         if (this.#socket === null)
             this.open();
@@ -89,7 +90,7 @@ export class Connection {
         this.#heard.set(method, all.add(heard));
     }
 
-    /** With a signal that is aborted the request is taken back, so that the host ends what it does for it. */
+    /** Rejects with an RpcError. Aborting \a signal cancels the request, at the host too. */
     call(method: string, params: Params = {}, signal?: AbortSignal): Promise<unknown> {
         const socket = this.#socket;
         if (socket === null || socket.readyState !== WebSocket.OPEN)
@@ -142,11 +143,12 @@ export class Connection {
             return waiting.resolve(message.result);
         const { code, message: text, data: details } = message.error;
         const { name, title, problem } = isRecord(details) ? details : { name: "", title: "", problem: "" };
-        // What the host knows of the service says more than what the service's plug-in made of it.
+        // The host's own explanation of a failed service is better than the plug-in's message.
         waiting.reject(new RpcError(Number(code), textOf(problem) || textOf(text), textOf(name), textOf(title)));
     }
 
     #closed(socket: WebSocket): void {
+        // open() may have replaced this socket already.
         if (socket !== this.#socket)
             return;
         this.#socket = null;

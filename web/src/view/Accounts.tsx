@@ -13,7 +13,7 @@ import { Icon } from "./icons";
 import { QrCode } from "./QrCode";
 import { errorText } from "./words";
 
-/** The accounts that this device is linked to, for the services that have such a thing. */
+/** The account of each service that has accounts: its state, linking and unlinking. */
 export function Accounts() {
     return (
         <>
@@ -73,7 +73,7 @@ function Status({ account, link, service }: { account: Account; link: Link; serv
     }
 }
 
-/** The code, and where it is to be entered: on another device, or by a camera. */
+/** The claim code and where to enter it, as a link and as a QR code. */
 function Claim({ account, message, code }: { account: Account; message: string; code: string }) {
     const page = pageIn(message);
     const [before = "", ...after] = page ? message.split(page.text) : [message];

@@ -22,7 +22,7 @@ function skip(event: Event): void {
     document.querySelector("h1")?.focus();
 }
 
-/** What plays, and where one is. */
+/** The window title: what plays, and the screen's title. */
 function documentTitle(): string {
     const { state, title } = player.value;
     const heard = state > 0 && title !== "" ? [`${state === 3 ? "⏸" : "▶"} ${title}`] : [];

@@ -5,12 +5,12 @@ import { useEffect, useRef, useState } from "preact/hooks";
 
 import { Icon, shapeNamed, type Shape } from "./icons";
 
-/** After these times a picture that did not come is asked for again: the host may be a new one. */
+/** Milliseconds before a picture that failed to load is requested again: the host may have been restarted. */
 const retryTimes = [2000, 10_000];
 const maxKept = 5000;
 const kept = new Map<string, string>();
 
-/** Where the host serves the picture at a URL; only the host ever asks for the URL itself. */
+/** The host's address for the picture at \a url. Only the host requests the URL itself. */
 async function addressOf(url: string): Promise<string> {
     let address = kept.get(url);
     if (address === undefined) {
@@ -24,7 +24,7 @@ async function addressOf(url: string): Promise<string> {
     return address;
 }
 
-/** A row's picture, or a drawing in its place. Decoration: the title says what it is. */
+/** A row's picture, or a drawing in its place. Decorative: the row's title says what it is. */
 export function Artwork({ icon, fallback }: { icon: string; fallback: Shape }) {
     const isUrl = /^https?:/i.test(icon);
     const [address, setAddress] = useState(kept.get(icon));

@@ -6,7 +6,7 @@ import { openCrumb, servicesPath, trail, type Crumb } from "../model/navigation"
 import { equalsBut, paramOf } from "../model/path";
 import { homePath, queries, serviceOf, services } from "../model/services";
 
-/** The way here; what lies before the first step of the way is filled in. */
+/** The trail, with the home screen added in front if it began elsewhere. */
 function crumbs(): Crumb[] {
     const way = [...trail.value];
     const first = way[0]!.path;

@@ -6,10 +6,10 @@ import { RowType } from "../model/rows";
 import { moveAmong } from "./focus";
 import { RowView } from "./RowView";
 
-/** A longer list is drawn by what is in sight. */
+/** Longer lists are virtual (RowList). */
 const maxRows = 60;
 
-/** A short screen with values: their rows are as high as their texts and errors need. */
+/** Whether the screen is short and has values: then rows are as high as their texts and errors need. */
 export function isFlow(screen: Screen): boolean {
     const count = screen.count.value ?? 0;
     if (count === 0 || count > maxRows)

@@ -17,7 +17,7 @@ import { ConnectionNotice } from "./Notices";
 const typingPause = 350;
 const shortest = 2;
 
-/** What is searched where the reader is, unless another was chosen. */
+/** The query that the search field uses on this screen, unless another one was chosen. */
 function defaultQuery(): Query | undefined {
     const here = prefixOf(current.value);
     return queries.value.find((query) => prefixOf(query.path) === here) ?? queries.value[0];
@@ -28,12 +28,12 @@ function SearchField() {
     const [text, setText] = useState(active?.text ?? "");
     const [chosen, setChosen] = useState(-1);
     const timer = useRef<ReturnType<typeof setTimeout> | undefined>(undefined);
-    /** The results that what stands in the field has led to. */
+    /** Path of the results that the field's text led to. */
     const results = useRef<string | null>(null);
     const all = queries.value;
     const query = all[chosen] ?? active?.query ?? defaultQuery();
 
-    // The screen wins over what stands in the field, unless it came from there.
+    // A new screen sets the field's text, unless the field opened that screen.
     useEffect(() => {
         if (results.current === current.value)
             return;
@@ -117,7 +117,7 @@ function SearchField() {
     );
 }
 
-/** Stays where it is when there is no step to take: a button that is disabled would lose the focus. */
+/** Uses aria-disabled when there is no step to take: a button that becomes disabled loses the focus. */
 function Step({ shape, label, can, step }: { shape: "back" | "forward"; label: string; can: boolean; step(): void }) {
     return (
         <button

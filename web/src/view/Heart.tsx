@@ -11,7 +11,7 @@ import type { Path } from "../model/path";
 import { Icon } from "./icons";
 import { errorText } from "./words";
 
-/** Says whether the item of a menu is a favorite, and changes it. */
+/** A toggle that shows whether the item of a menu is a favorite, and changes it. */
 export function Heart({ menu, title }: { menu: Path; title: string }) {
     const [isBusy, setBusy] = useState(false);
     const is = isMenu(menu) ? isFavorite(menu) : null;

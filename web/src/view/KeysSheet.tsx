@@ -3,7 +3,7 @@
 
 import { t } from "../i18n/i18n";
 
-/** The keys that the page knows. */
+/** The list of keyboard shortcuts. */
 export function KeysSheet() {
     const keys: [string[], string][] = [
         [["/"], t("Search")],

@@ -13,10 +13,10 @@ import { Problem, Slow } from "./Problem";
 import { RowView } from "./RowView";
 import { Skeleton, useScreen } from "./ScreenView";
 
-/** Rows of a menu; longer ones are no menus. */
+/** Rows of a menu that are shown at most. */
 const maxRows = 100;
 
-/** The rows of a menu that are shown, by their index. */
+/** The rows of a menu to show, with their index. */
 function rowsOf(screen: Screen, isShown: (row: Row) => boolean): [number, Row | undefined][] {
     const all = Array.from(
         { length: Math.min(screen.count.value ?? 0, maxRows) },
@@ -26,7 +26,7 @@ function rowsOf(screen: Screen, isShown: (row: Row) => boolean): [number, Row | 
 
 const everyRow = () => true;
 
-/** A menu is a screen: its rows, and the way to leave it that it offers. */
+/** The rows of a menu's screen, and a button that closes the menu, named by the screen's role `cancel`. */
 export function MenuSheet({ path, isShown = everyRow }: { path: Path; isShown?(row: Row): boolean }) {
     const screen = useScreen(path);
     screen.version.value;

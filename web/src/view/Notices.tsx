@@ -12,7 +12,7 @@ import { stateText } from "./PlayerBar";
 
 const patience = 800;
 
-/** Says that the host does not answer; not for a moment's interruption. */
+/** Shown while there is no connection to the host, except during a short interruption. */
 export function ConnectionNotice() {
     const isLost = host.isOpen.value === false;
     const [isSaid, setSaid] = useState(false);
@@ -78,12 +78,12 @@ export function NoticeBar() {
     );
 }
 
-/** What the player does, for those who do not see it. */
+/** Announces the player's state to screen readers. */
 export function Spoken() {
     const now = player.value;
     const isSilent = now.state === PlayState.stopped && now.error === "";
     const text = isSilent ? "" : `${now.title}: ${stateText(now)}`;
-    // Seconds that are counted down are not read out one by one.
+    // A countdown in seconds is not announced second by second.
     const said = useRef("");
     const plain = (words: string) => words.replace(/\d+/g, "");
     if (plain(said.current) !== plain(text))

@@ -7,7 +7,7 @@ import { t } from "../i18n/i18n";
 import { openSheet } from "../model/menu";
 import { theme, themes, type Theme } from "../model/theme";
 
-/** What this browser keeps for itself, and how the page is used. */
+/** The theme, which is kept in this browser, the keys and the licenses. */
 export function PageSettings() {
     const id = useId();
     const names: Record<Theme, string> = {

@@ -31,7 +31,7 @@ export function stateText(now: Player): string {
     }
 }
 
-/** What is heard, in figures; empty while nothing is. */
+/** Codec and bit rate, as far as they are known. */
 export function streamText(now: Player): string {
     const rate = now.bitRate > 0 ? t("%1 kbit/s", Math.round(now.bitRate / 1000)) : "";
     return [now.codec, rate].filter((text) => text !== "").join(" · ");
@@ -66,7 +66,7 @@ function MainButton({ now }: { now: Player }) {
     );
 }
 
-/** What can be done with what plays. */
+/** The player's buttons. */
 export function Controls({ now }: { now: Player }) {
     return (
         <>
@@ -84,7 +84,7 @@ export function Controls({ now }: { now: Player }) {
     );
 }
 
-/** The line about how it does: what went wrong comes before what goes well. */
+/** The player's state in one line; failures take precedence. */
 export function StateLine({ now }: { now: Player }) {
     const failed = failure.value;
     const isBad = now.error !== "" || failed !== null;
@@ -97,7 +97,7 @@ export function StateLine({ now }: { now: Player }) {
     );
 }
 
-/** Nothing plays yet: what was asked for takes long, or did not come to be. */
+/** The player bar while nothing plays, after a play that takes long or failed. */
 function Asking() {
     return (
         <section class="player" aria-label={t("Player")}>
@@ -130,7 +130,7 @@ export function PlayerBar() {
     const now = player.value;
     if (!isShown.value)
         return failure.value || isAskSlow.value ? <Asking /> : null;
-    // What is wrong needs the room that nothing is heard for.
+    // A problem takes the place of the stream's title.
     const onAir = now.problem || now.error ? "" : now.streamTitle || now.description;
     return (
         <section class={host.isOpen.value ? "player" : "player stale"} aria-label={t("Player")}>

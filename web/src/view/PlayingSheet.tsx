@@ -10,7 +10,7 @@ import { Artwork } from "./Artwork";
 import { MenuSheet } from "./MenuSheet";
 import { Controls, StateLine } from "./PlayerBar";
 
-/** Everything about what plays, in full. */
+/** All details of what plays. */
 export function PlayingSheet() {
     const now = player.value;
     const isThere = isShown.value;

@@ -9,7 +9,7 @@ import { RpcError } from "../rpc/Connection";
 import { Icon } from "./icons";
 import { errorText } from "./words";
 
-/** Why there are no rows, or why they are not the newest: then above them, where it moves none. */
+/** The screen's error: in place of rows, or as an overlay above outdated rows, which it does not move. */
 export function Problem({ screen }: { screen: Screen }) {
     const error = screen.error.value;
     if (!error)
@@ -35,7 +35,7 @@ export function Problem({ screen }: { screen: Screen }) {
     );
 }
 
-/** An address from elsewhere that would have changed something. */
+/** Explains that the host refused an address from elsewhere because it would change something. */
 function Refused() {
     return (
         <div class="blank" role="alert">
@@ -47,7 +47,7 @@ function Refused() {
     );
 }
 
-/** The service takes its time; nobody has to wait for it. */
+/** Says that the service is slow and offers to cancel; after that, offers another try. */
 export function Slow({ screen }: { screen: Screen }) {
     if (screen.isCancelled.value) {
         return (

@@ -3,10 +3,10 @@
 
 import { useEffect, useState } from "preact/hooks";
 
-/** Light modules around the code, so that cameras find it. */
+/** Width of the quiet zone, in modules: ISO/IEC 18004 asks for four. */
 const quiet = 4;
 
-/** The dark modules as one shape, row by row. */
+/** The dark modules as one SVG path, and the number of modules per side. */
 async function pathFor(text: string): Promise<{ size: number; shape: string }> {
     const { default: qrcode } = await import("qrcode-generator");
     const code = qrcode(0, "M");
@@ -23,7 +23,7 @@ async function pathFor(text: string): Promise<{ size: number; shape: string }> {
     return { size: size + 2 * quiet, shape };
 }
 
-/** An address for a camera: dark on light whatever the page's colours are. */
+/** A QR code, dark on light in both themes because not all cameras read inverted ones. */
 export function QrCode({ text, label }: { text: string; label: string }) {
     const [drawn, setDrawn] = useState<{ size: number; shape: string } | null>(null);
     useEffect(() => {

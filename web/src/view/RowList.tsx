@@ -8,10 +8,10 @@ import type { Screen } from "../model/Screen";
 import { RowView } from "./RowView";
 import { rowsInSight } from "./window";
 
-/** Rows that are drawn before and after those in sight. */
+/** Rows drawn before and after the visible ones. */
 const spare = 8;
 
-/** All rows are of one height, so that a place in the list is a row without having it read. */
+/** Height of a row in pixels. All rows have the same, so that a scroll position determines a row without reading it. */
 function rowHeight(): number {
     const style = getComputedStyle(document.documentElement);
     return parseFloat(style.fontSize) * parseFloat(style.getPropertyValue("--row-rem"));
@@ -41,8 +41,9 @@ function styleOf(layout: Layout, index: number, height: number) {
 const mainOf = (index: number) => `[data-row="${index}"] [data-main]`;
 
 /**
- * The rows of a screen in the page's own scrolling, side by side where there is room. Only those in
- * sight are elements; one of them is in the tab order, and the arrow keys move to others.
+ * A virtual list that scrolls with the document, in two columns where there is room. Only visible
+ * rows are elements; one of them is in the tab order, and the arrow keys move to others (roving
+ * tabindex).
  */
 export function RowList({ screen, start, label }: { screen: Screen; start: number; label: string }) {
     const list = useRef<HTMLUListElement>(null);
@@ -100,7 +101,7 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
             || (columns === 1 && /Left|Right/.test(event.key)) || target.matches("input, select"))
             return;
         event.preventDefault();
-        // The row in focus, not the one last drawn as such: keys come faster than drawing.
+        // From the element in focus: with key repeat, `here` may be older than that.
         const from = Number(target.closest<HTMLElement>("[data-row]")?.dataset.row ?? here);
         const next = Math.max(0, Math.min(count - 1, step(layout, from)));
         const top = (list.current?.getBoundingClientRect().top ?? 0) + layout.place(next).line * height;
@@ -122,7 +123,7 @@ export function RowList({ screen, start, label }: { screen: Screen; start: numbe
         if (!layout.isHidden(index))
             indices.add(index);
     }
-    // What has the focus stays, wherever the reader scrolls.
+    // The row in focus remains an element when it is scrolled out of view.
     if (here >= 0)
         indices.add(here);
     return (

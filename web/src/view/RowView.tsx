@@ -41,7 +41,7 @@ function fallbackOf(row: Row): Shape {
     return row.type === RowType.query ? "search" : "folder";
 }
 
-/** The row, as what can be done with it. */
+/** A row, drawn by its type: link, play button, action, value or text. */
 export function RowView(props: Props) {
     const { row, isActive, inMenu } = props;
     if (!row)
@@ -116,7 +116,7 @@ function Header({ row, isActive }: Props & { row: Row }) {
     return <h2 class="body header" data-main tabIndex={isActive ? 0 : -1} dir="auto">{row.title}</h2>;
 }
 
-/** How what plays here does, for the eye and the ear. */
+/** The row's mark: whether it was asked for, plays or is paused. */
 function playMark(row: Row, screen: Screen, index: number): "asked" | "playing" | "paused" | null {
     const now = asked.value;
     if (now?.screen === screen.path && now.row === index)
@@ -197,7 +197,7 @@ function QueryForm({ row, index, isActive }: Props & { row: Row }) {
     );
 }
 
-/** What the menu is about. */
+/** The title of the item that the open menu belongs to. */
 function itemTitle(): string {
     const open = sheets.peek();
     const top = open[open.length - 1];

@@ -20,10 +20,10 @@ import { PageSettings } from "./PageSettings";
 import { Problem, Slow } from "./Problem";
 import { RowList } from "./RowList";
 
-/** The title of the screen that is shown; empty until it is known. */
+/** Title of the current screen; empty until it is known. */
 export const screenTitle = signal("");
 
-/** Shows a screen as long as it is mounted. */
+/** The screen at \a path, entered while the component is mounted. */
 export function useScreen(path: Path): Screen {
     const screen = useMemo(() => screenAt(path), [path]);
     useEffect(() => {
@@ -37,7 +37,7 @@ export function useScreen(path: Path): Screen {
     return screen;
 }
 
-/** A screen whose only row is a text says that there is nothing. */
+/** The text of a screen whose only row is a text: the service's message for an empty list. */
 function emptyText(screen: Screen, rows: number): string | null {
     if (rows === 0)
         return screen.error.value ? null : t("There is nothing here.");
@@ -45,7 +45,7 @@ function emptyText(screen: Screen, rows: number): string | null {
     return only && only.type === RowType.text && only.icon === "" && only.path === "" ? only.title : null;
 }
 
-/** Rows that are on their way, or why they are not. */
+/** Placeholders for rows that are being read, or a notice while there is no connection to the host. */
 export function Skeleton({ screen, rows = 8 }: { screen: Screen; rows?: number }) {
     if (screen.isCancelled.value)
         return null;
@@ -65,7 +65,7 @@ export function Skeleton({ screen, rows = 8 }: { screen: Screen; rows?: number }
     );
 }
 
-/** Empty while nobody knows. */
+/** Empty until it is known. */
 function titleOf(screen: Screen): string {
     const searched = activeQuery.value;
     if (searched)

@@ -37,7 +37,7 @@ function Content({ sheet }: { sheet: Sheet }) {
 
 const keyOf = (sheet: Sheet) => (sheet.kind === "menu" ? sheet.path : sheet.kind);
 
-/** The dialog with the sheet that is uppermost. */
+/** The modal dialog with the topmost sheet. */
 export function Sheets() {
     const dialog = useRef<HTMLDialogElement>(null);
     const heading = useRef<HTMLHeadingElement>(null);
@@ -59,7 +59,7 @@ export function Sheets() {
             ref={dialog}
             aria-labelledby="sheet-title"
             onCancel={(event) => {
-                // Escape leaves one sheet, not all.
+                // Escape closes one sheet, not the dialog with all of them.
                 event.preventDefault();
                 closeSheet();
             }}
@@ -86,7 +86,7 @@ export function Sheets() {
                     <Content key={keyOf(top)} sheet={top} />
                 </div>
             )}
-            {/* What is outside a modal dialog can neither be read out nor operated. */}
+            {/* Elements outside a modal dialog are inert: not operable, and not read by screen readers. */}
             {top && <NoticeBar />}
         </dialog>
     );

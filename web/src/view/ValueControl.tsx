@@ -17,7 +17,7 @@ interface Props {
     isActive: boolean;
 }
 
-/** A value and what changes it, by the value's type. */
+/** The control for a row's value, by the value's type. */
 export function ValueControl({ screen, row, isActive }: Props) {
     const id = useId();
     const [problem, setProblem] = useState("");
@@ -50,7 +50,7 @@ export function ValueControl({ screen, row, isActive }: Props) {
 interface ControlProps {
     row: Row;
     common: { id: string; tabIndex: number; "aria-describedby": string };
-    /** False when the value was refused. */
+    /** Resolves to false if the value was refused. */
     write(value: unknown): Promise<boolean>;
 }
 
@@ -95,7 +95,7 @@ function Control({ row, common, write }: ControlProps) {
     return <span {...common} class="fixed">–</span>;
 }
 
-/** Written when the field is left or Enter is pressed. */
+/** A text field that writes its value on Enter and when it loses the focus. */
 function TextField({ row, common, write }: ControlProps) {
     const known = row.value && "value" in row.value ? row.value.value : "";
     const [text, setText] = useState(String(known));

@@ -3,7 +3,7 @@
 
 const operable = "[data-main][tabindex='0'], button:not([disabled]), a[href], input, select";
 
-/** Where to go on when what had the focus is gone: near it, or at the screen's title. */
+/** The element to focus after the one in focus was removed: one in its nearest remaining ancestor, or the title. */
 function nearest(chain: readonly Element[]): HTMLElement | null {
     for (const element of chain) {
         if (!element.isConnected || element.matches("main, #app, body, html"))
@@ -20,7 +20,7 @@ function nearest(chain: readonly Element[]): HTMLElement | null {
     return document.querySelector<HTMLElement>("dialog[open] h2") ?? document.querySelector<HTMLElement>("h1");
 }
 
-/** Whatever is drawn anew, the focus does not fall to the document's body. */
+/** Moves the focus to the nearest operable element when the focused one is removed; browsers would focus the body. */
 export function guardFocus(): void {
     let chain: Element[] = [];
     document.addEventListener("focusin", (event) => {
@@ -40,12 +40,12 @@ export function guardFocus(): void {
     new MutationObserver(look).observe(document.body, { childList: true, subtree: true });
 }
 
-/** From the search field, or from wherever a list is to be entered. */
+/** Enters the list, for example from the search field. */
 export function focusFirstRow(): void {
     document.querySelector<HTMLElement>("main .rows [data-main]")?.focus();
 }
 
-/** Arrow keys among what can be operated in a list that is short enough to be drawn whole. */
+/** Handles arrow keys, Home and End in a list whose rows are all elements. */
 export function moveAmong(list: ParentNode, event: KeyboardEvent): void {
     const target = event.target as Element;
     if (event.ctrlKey || event.altKey || event.metaKey || target.matches("input:not([type=checkbox]), select"))

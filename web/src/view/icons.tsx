@@ -3,7 +3,7 @@
 
 import type { ComponentChildren } from "preact";
 
-/** Drawn on a grid of 24, in the text's colour. */
+/** SVG paths on a grid of 24 by 24, drawn in the text's colour. */
 const shapes = {
     back: <path d="M15 5l-7 7 7 7" />,
     forward: <path d="M9 5l7 7-7 7" />,
@@ -90,7 +90,7 @@ export function Icon({ shape }: { shape: Shape }) {
     );
 }
 
-/** What a service means by "icon:anything/NAME". */
+/** Drawings for a service's "icon:ANYTHING/NAME", by NAME. */
 const named: Readonly<Record<string, Shape>> = {
     presets: "heart",
     favorites: "heart",

@@ -4,9 +4,9 @@
 import { openSheet, sheets } from "../model/menu";
 import { player, PlayState, toggle } from "../model/player";
 
-/** Where keys have a meaning of their own. */
+/** Elements that handle keys themselves. */
 const fields = "input, textarea, select";
-/** What the space bar operates. */
+/** Elements that the space bar operates. */
 const operated = "button, a[href], summary, " + fields;
 
 function key(event: KeyboardEvent): void {
@@ -30,7 +30,7 @@ function key(event: KeyboardEvent): void {
     }
 }
 
-/** The row of what plays: to start that anew is what nobody wants. */
+/** Whether the target is the row that plays, where the space bar should pause instead of playing it again. */
 function isPlayedRow(target: Element): boolean {
     return target.matches("button.audio[aria-current=true]");
 }

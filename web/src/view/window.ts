@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-/** The rows from a little above to a little below what is in sight, `scrolled` pixels into the list. */
+/** The rows visible `scrolled` pixels into the list, with a few spare ones above and below. */
 export function rowsInSight(
     scrolled: number, sight: number, height: number, count: number, spare: number,
 ): { first: number; last: number } {

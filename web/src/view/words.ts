@@ -4,7 +4,7 @@
 import { t } from "../i18n/i18n";
 import { RpcError } from "../rpc/Connection";
 
-/** What went wrong, for the reader. */
+/** The error's text for the reader. */
 export function errorText(error: RpcError): string {
     if (error.code === RpcError.lost)
         return t("There is no connection to the host, so nothing happens.");

@@ -9,18 +9,19 @@
 #include <chrono>
 #include <functional>
 
-/// A circuit breaker: remembers which addresses have just timed out, because asking them again at
-/// once would make each caller wait for the whole time-out again. Bounded. Not thread-safe.
+/// A circuit breaker: remembers which URLs have just timed out, because requesting them again at
+/// once would make each caller wait for the whole timeout again. Remembers at most MaxAddresses
+/// URLs. Not thread-safe.
 class HttpBreaker {
 public:
     using Clock = std::chrono::steady_clock;
     using Now = std::function<Clock::time_point()>;
 
-    /// For how long an address that timed out is not asked again.
+    /// For how long a URL that timed out is not requested again.
     static constexpr std::chrono::seconds OpenTime {30};
     static constexpr int MaxAddresses = 64;
 
-    /// \a now replaces the machine's clock, for tests.
+    /// \a now replaces the system clock, for tests.
     explicit HttpBreaker(Now now = {});
 
     void timedOut(const QByteArray &address);

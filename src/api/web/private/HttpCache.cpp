@@ -8,11 +8,12 @@
 
 namespace {
 
-/// What an entry costs beside its url and body: list and hash nodes, array headers.
+/// Memory of an entry besides its URL and body: list and hash nodes, array headers.
 constexpr qint64 EntryOverhead = 512;
-/// The longest freshness; keeps sums of times in range.
+/// Maximum freshness lifetime; keeps sums of times in range.
 constexpr qint64 LongestSeconds = 365LL * 24 * 3600;
 
+/// Milliseconds since boot, including time suspended.
 qint64 bootClock()
 {
     timespec now {};
@@ -20,7 +21,7 @@ qint64 bootClock()
     return qint64(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
 }
 
-/// RFC 9111's delta-seconds.
+/// Parses delta-seconds (RFC 9111, section 1.2.2), limited to LongestSeconds.
 std::optional<qint64> parseSeconds(const QByteArray &text)
 {
     if (text.isEmpty())
@@ -52,7 +53,7 @@ struct Directives {
                 begin = i + 1;
             }
         }
-        // An unclosed quote may hide any directive.
+        // An unclosed quote may hide any directive: assume no-store.
         noStore = noStore || quoted;
     }
 
@@ -75,7 +76,7 @@ private:
     }
 };
 
-/// For how many seconds a response is fresh on arrival; none when it must not be reused.
+/// For how many seconds a response is fresh on arrival; no value when it must not be reused.
 std::optional<qint64> freshSeconds(const HttpCacheHeaders &headers)
 {
     const Directives directives(headers.cacheControl);
@@ -85,7 +86,7 @@ std::optional<qint64> freshSeconds(const HttpCacheHeaders &headers)
     // matches no request (RFC 9111, section 4.1).
     if (headers.vary.contains('*'))
         return std::nullopt;
-    // An Age that cannot be read may stand for any.
+    // An invalid Age may mean any age: assume the maximum.
     const qint64 age
         = headers.age.isNull() ? 0 : parseSeconds(headers.age).value_or(LongestSeconds);
     const qint64 left = *directives.maxAge - age;
@@ -128,7 +129,7 @@ void HttpCache::store(const QByteArray &url, const HttpCacheHeaders &headers,
     const std::optional<qint64> seconds = freshSeconds(headers);
     if (!seconds)
         return;
-    // A body that was read piece by piece may have a buffer of twice its size.
+    // A body that was received in pieces may have a buffer of twice its size.
     QByteArray exact = body;
     if (exact.capacity() > exact.size() + exact.size() / 8)
         exact.squeeze();

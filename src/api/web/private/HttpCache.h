@@ -10,8 +10,8 @@
 #include <list>
 #include <optional>
 
-/// The fields of a response's head that decide for how long it may be stored. A field that comes
-/// several times is joined with ", ", an absent one is null.
+/// The header fields of a response that decide for how long it may be stored. A field that occurs
+/// several times is joined with ", "; an absent one is null.
 struct HttpCacheHeaders {
     QByteArray cacheControl;
     QByteArray age;
@@ -19,30 +19,31 @@ struct HttpCacheHeaders {
 };
 
 /// A private HTTP cache in memory (RFC 9111) of responses to GET with code 200 whose Cache-Control
-/// has a max-age, which is how directories and picture servers say that an answer may be reused.
-/// What has aged is dropped, not revalidated. The least recently used responses go when the bytes
-/// run out. Not thread-safe; owned by an HttpClientEngine.
+/// has a max-age, with which directories and image servers mark a response as reusable. Stale
+/// responses are dropped, not revalidated; the least recently used ones are dropped when space runs
+/// out. Not thread-safe; owned by an HttpClientEngine.
 class HttpCache {
 public:
-    /// Milliseconds on a clock that never goes back and does not stop while the device sleeps.
+    /// A monotonic clock in milliseconds that does not stop while the device is suspended.
     using Clock = std::function<qint64()>;
 
     explicit HttpCache(Clock clock = {});
 
-    /// In bytes; 0 stores nothing.
+    /// Capacity in bytes; 0 disables the cache.
     void setSize(qint64 bytes);
     bool isEnabled() const { return m_size > 0; }
     qint64 now() const { return m_clock(); }
 
     /// The body stored for \a url, if it is still fresh.
     std::optional<QByteArray> find(const QByteArray &url);
-    /// Stores the response to a request that was sent at \a requestedAt, if that is allowed; what
-    /// was stored for \a url before is dropped in any case.
+    /// Stores the response to a request that was sent at \a requestedAt (see now()), if it may be
+    /// stored; an earlier response for \a url is dropped in any case.
     void store(const QByteArray &url, const HttpCacheHeaders &headers, const QByteArray &body,
         qint64 requestedAt);
     void remove(const QByteArray &url);
 
-    /// Counts calls of remove(), so that a response requested before one is not stored after it.
+    /// The number of calls of remove(). A response whose request was sent before such a call must
+    /// not be stored after it.
     quint64 removals() const { return m_removals; }
 
 private:

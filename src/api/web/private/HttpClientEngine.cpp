@@ -33,7 +33,8 @@ const QEvent::Type DeliverEvent = static_cast<QEvent::Type>(QEvent::registerEven
 const QEvent::Type ShutDownEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 const QEvent::Type AbandonEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
-/// The engines that exist, for shutDownAll(). Never destroyed: engines may outlive static objects.
+/// All existing engines, for shutDownAll() and abandonReading(). Never destroyed, because engines
+/// may outlive static objects.
 struct Registry {
     VeskMutex mutex;
     std::vector<HttpClientEngine *> engines VESK_GUARDED_BY(mutex);
@@ -45,14 +46,14 @@ Registry &registry()
     return theRegistry;
 }
 
-/// Not locked: set before there are engines, constant from then on.
+/// Needs no lock: set before the first engine exists, constant afterwards.
 std::function<void()> &activityListener()
 {
     static auto &listener = *new std::function<void()>;
     return listener;
 }
 
-/// As above.
+/// Needs no lock, like activityListener().
 HttpClient::ExchangeListener &exchangeListener()
 {
     static auto &listener = *new HttpClient::ExchangeListener;
@@ -65,7 +66,7 @@ void tellActivity()
         activityListener()();
 }
 
-/// The URL as it is sent: without its fragment.
+/// The URL as it is sent, without its fragment.
 QByteArray cacheKeyOf(const VeskUrl &url)
 {
     const QByteArray encoded = url.toEncoded();
@@ -103,6 +104,8 @@ void HttpClientEngine::shutDownAll()
     Registry &all = registry();
     const VeskMutexLock lock(all.mutex);
     for (HttpClientEngine *engine : all.engines) {
+        // New exchanges are refused from now on; the event cancels the current ones on the engine's
+        // thread.
         engine->m_closed = true;
         QCoreApplication::postEvent(engine, new QEvent(ShutDownEvent));
     }
@@ -131,11 +134,11 @@ void HttpClientEngine::setExchangeListener(HttpClient::ExchangeListener listener
 
 void HttpClientEngine::requireOwnThread() const
 {
-    // A client that outlived its thread may be destroyed on any other.
+    // A client that outlives its thread may be destroyed on any other.
     VESK_ASSERT(QThread::currentThread() == thread() || !thread() || thread()->isFinished());
 }
 
-/// Ends a request that cannot be sent. Returns whether it did.
+/// Completes a request that cannot be sent; returns whether it did.
 bool HttpClientEngine::refuse(const VeskUrl &url, HttpClient::Function &done)
 {
     HttpClientStatus status = HttpClientStatus::Success;
@@ -231,8 +234,9 @@ void HttpClientEngine::start(
     m_active.push_back(std::move(transfer));
     tellActivity();
     VESK_ASSERT(curl_multi_add_handle(m_multi, easy) == CURLM_OK);
-    // The request leaves now, not when the event loop comes round again.
+    // Send the request now instead of in the event loop's next iteration.
     drive(CURL_SOCKET_TIMEOUT, 0);
+    // Never call a function from within get() or post().
     if (!m_finished.empty())
         postDelivery();
 }
@@ -256,7 +260,7 @@ void HttpClientEngine::loadCurl()
 int HttpClientEngine::onSocketWanted(CURL *, curl_socket_t socket, int what, void *self, void *)
 {
     auto *const engine = static_cast<HttpClientEngine *>(self);
-    // CURL_POLL_IN, _OUT and _INOUT are bits; _REMOVE has others.
+    // CURL_POLL_IN, _OUT and _INOUT are masks; _REMOVE is a value of its own.
     const bool removed = what == CURL_POLL_REMOVE;
     Watch &watch = engine->m_watches[socket];
     engine->watch(watch.read, socket, false, !removed && (what & CURL_POLL_IN));
@@ -264,9 +268,9 @@ int HttpClientEngine::onSocketWanted(CURL *, curl_socket_t socket, int what, voi
     return 0;
 }
 
-/// Switches a notifier off as soon as libcurl no longer wants it, since the descriptor's number may
-/// soon be another socket's. The object is kept for that socket: creating one costs more than the
-/// rest of a short exchange.
+/// Enables or disables a notifier. It is disabled as soon as libcurl no longer needs it, since the
+/// descriptor's number may soon belong to another socket. The object is kept for that socket:
+/// creating one costs more than the rest of a short exchange.
 void HttpClientEngine::watch(QSocketNotifier *&notifier, int socket, bool forWriting, bool wanted)
 {
     if (notifier) {
@@ -290,6 +294,8 @@ int HttpClientEngine::onTimeoutWanted(CURLM *, long milliseconds, void *self)
 
 void HttpClientEngine::setDeadline(long milliseconds)
 {
+    // libcurl must not be called from its own callback, so a timeout of 0 only tells drive() to
+    // call it again. A negative one cancels.
     m_runNow = milliseconds == 0;
     m_deadline = -1;
     if (milliseconds <= 0)
@@ -315,7 +321,7 @@ void HttpClientEngine::timerEvent(QTimerEvent *)
     deliver();
 }
 
-/// Lets libcurl work on \a socket, or on its time-outs, and collects the exchanges that have ended.
+/// Lets libcurl handle events on \a socket, or its timeouts, and collects the finished exchanges.
 void HttpClientEngine::drive(curl_socket_t socket, int mask)
 {
     constexpr int MostRounds = 16;
@@ -324,6 +330,7 @@ void HttpClientEngine::drive(curl_socket_t socket, int mask)
     curl_multi_socket_action(m_multi, socket, mask, &running);
     collect();
     for (int round = 0; m_runNow; ++round) {
+        // Let the event loop run, whatever libcurl wants.
         if (round == MostRounds) {
             setDeadline(1);
             break;
@@ -340,7 +347,7 @@ void HttpClientEngine::collect()
     while (const CURLMsg *message = curl_multi_info_read(m_multi, &left)) {
         if (message->msg != CURLMSG_DONE)
             continue;
-        // The message does not outlive the handle's removal.
+        // The message becomes invalid when the handle is removed.
         const CURLcode code = message->data.result;
         CURL *const easy = message->easy_handle;
         char *pointer = nullptr;
@@ -371,7 +378,7 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
     const auto it = std::find_if(m_active.begin(), m_active.end(),
         [&transfer](const auto &active) { return active.get() == &transfer; });
     tellActivity();
-    // A failed exchange may leave its handle in any state.
+    // Do not reuse the handle of a failed exchange, which may be in any state.
     if (curlCode == CURLE_OK && m_idle.size() < MaxIdle) {
         transfer.clear();
         m_idle.splice(m_idle.end(), m_active, it);
@@ -382,8 +389,8 @@ void HttpClientEngine::finish(HttpTransfer &transfer, CURLcode curlCode)
 
 void HttpClientEngine::updateCache(const HttpTransfer &transfer, HttpClientStatus status, int code)
 {
-    // A POST invalidates its URL (RFC 9111, section 4.4), also when it failed: the server may have
-    // carried it out all the same.
+    // A POST invalidates its URL (RFC 9111, section 4.4), even when it failed: the server may have
+    // processed it. A redirected response belongs to another URL and is not stored.
     if (transfer.isPost)
         m_cache.remove(transfer.cacheKey);
     else if (status == HttpClientStatus::Success && code == 200
@@ -406,11 +413,13 @@ void HttpClientEngine::postDelivery()
     QCoreApplication::postEvent(this, new QEvent(DeliverEvent));
 }
 
-/// Calls the functions of what has ended. Any of them may destroy the client and with it this.
+/// Calls the functions of finished exchanges. Each of them may destroy the client and with it this
+/// engine.
 void HttpClientEngine::deliver()
 {
     const QPointer<HttpClientEngine> self(this);
-    // Exchanges that end because of these functions are delivered in the event loop's next turn.
+    // Exchanges that finish because of these functions are delivered in the event loop's next
+    // iteration.
     for (std::size_t count = m_finished.size(); count > 0 && self && !m_finished.empty(); --count) {
         const Finished finished = std::move(m_finished.front());
         m_finished.pop_front();
@@ -444,7 +453,7 @@ bool HttpClientEngine::event(QEvent *event)
     return QObject::event(event);
 }
 
-/// Ends every exchange that is running, or whose result is not yet delivered, with Cancelled.
+/// Ends every exchange that is in progress or not yet delivered with Cancelled.
 void HttpClientEngine::cancelAll()
 {
     for (Finished &finished : m_finished)

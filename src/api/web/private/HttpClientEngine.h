@@ -22,25 +22,28 @@ class HttpTransfer;
 class QSocketNotifier;
 
 /// The exchanges of one HttpClient: libcurl's multi interface, driven by the event loop of the
-/// engine's thread, and the cache. It and its client live on one thread and are destroyed there;
-/// shutDownAll() alone may be called from any. libcurl is loaded by the first exchange, so that
-/// making an engine costs next to nothing.
+/// engine's thread, and the cache. An engine and its client live on one thread and are destroyed
+/// there; only the static functions may be called from any thread, the setters before the first
+/// engine exists. libcurl is initialised by the first exchange, so that creating an engine is
+/// cheap.
 ///
-/// libcurl calls back only to report sockets, time-outs and bytes, while drive() runs. The callers'
+/// libcurl's callbacks only report sockets, timeouts and data, while drive() runs. The callers'
 /// functions are called afterwards, when libcurl is no longer on the stack, so that they may start
 /// further exchanges or destroy the client.
 class HttpClientEngine : public QObject {
 public:
     HttpClientEngine(QObject *parent, HttpClient::HttpVersion version, bool followRedirects);
-    /// Call close() before.
+    /// Call close() first.
     ~HttpClientEngine() override;
 
     void setCacheSize(qint64 bytes) { m_cache.setSize(bytes); }
+    /// These implement the functions of HttpClient with the same names.
     void get(const VeskUrl &url, const HttpClientOptions &options, HttpClient::Function done);
     void post(const VeskUrl &url, const QByteArray &body, const HttpClientOptions &options,
         HttpClient::Function done);
-    /// Ends every exchange with Cancelled, those started later too.
+    /// Ends every exchange with Cancelled, including those started later.
     void close();
+    /// These implement the static functions of HttpClient with the same names.
     static void shutDownAll();
     static void abandonReading(bool abandon);
     static void setActivityListener(std::function<void()> listener);
@@ -87,22 +90,24 @@ private:
     const bool m_followRedirects;
     HttpCache m_cache;
     HttpBreaker m_breaker;
+    /// Set by shutDownAll() and abandonReading() on any thread.
     std::atomic<bool> m_closed {false};
     std::atomic<bool> m_abandonReading {false};
 
     CURLM *m_multi = nullptr;
     Transfers m_active;
-    /// For reuse, with their handles' memory; at most MaxIdle.
+    /// For reuse of their handles and buffers; at most MaxIdle.
     Transfers m_idle;
     QHash<int, Watch> m_watches;
 
     QElapsedTimer m_clock;
     QBasicTimer m_timer;
-    /// When libcurl wants to be called, on m_clock; -1 for never. The timer may fire earlier and is
-    /// then restarted: libcurl cancels most time-outs long before they are due, and stopping a
-    /// timer each time costs more than a few idle wake-ups.
+    /// When libcurl's timeout is due, in milliseconds on m_clock; -1 for never. The timer may fire
+    /// earlier and is then restarted: libcurl cancels most timeouts long before they are due, and
+    /// stopping a timer each time costs more than a few idle wake-ups.
     qint64 m_deadline = -1;
     qint64 m_timerEnd = 0;
+    /// libcurl has asked to be called again at once.
     bool m_runNow = false;
 
     std::deque<Finished> m_finished;

@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Reserved at most for a body because a Content-Length says so.
+/// Maximum space reserved for a body because of its Content-Length.
 constexpr qint64 MaxReservedBytes = qint64(4) * 1024 * 1024;
 constexpr long ReceiveBufferBytes = 64L * 1024;
 
@@ -57,7 +57,7 @@ HttpTransfer::HttpTransfer(HttpClient::HttpVersion version, bool followRedirects
     setUp();
 }
 
-/// The options that are the same for every exchange.
+/// Sets the options that all exchanges share.
 void HttpTransfer::setUp()
 {
     const auto set = [this](CURLoption option, auto value) {
@@ -69,7 +69,7 @@ void HttpTransfer::setUp()
     set(CURLOPT_HEADERDATA, static_cast<void *>(this));
     set(CURLOPT_WRITEFUNCTION, &HttpTransfer::onBody);
     set(CURLOPT_WRITEDATA, static_cast<void *>(this));
-    // May fail: a handle that still has its buffer refuses another size.
+    // May fail: a handle that still has its buffer rejects another size.
     curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, ReceiveBufferBytes);
     set(CURLOPT_ACCEPT_ENCODING, "");
     set(CURLOPT_HTTP_VERSION,
@@ -114,8 +114,8 @@ void HttpTransfer::setHeaders()
     const auto add
         = [this](const char *header) { m_headers = curl_slist_append(m_headers, header); };
     if (isPost) {
-        // A name without a value removes the field: libcurl must not ask the server for permission
-        // to send the body, which costs a second with servers that do not know "Expect".
+        // A name without a value removes the field. With "Expect: 100-continue" (RFC 9110, section
+        // 10.1.1) libcurl would wait a second for servers that do not support it.
         add("Expect:");
         if (sentBody.isEmpty())
             add("Content-Type:");
@@ -134,7 +134,7 @@ bool HttpTransfer::takeHeadLine(std::string_view line)
     case HttpRedirectRule::TooLong:
         return fail(HttpClientStatus::Broken);
     case HttpRedirectRule::ForbiddenRedirect:
-        // A redirect that is returned as the response is harmless.
+        // A redirect that is not followed but returned as the response is harmless.
         return !m_followRedirects || fail(HttpClientStatus::TooManyRedirects);
     case HttpRedirectRule::Fine:
         break;
@@ -144,7 +144,8 @@ bool HttpTransfer::takeHeadLine(std::string_view line)
 
 std::size_t HttpTransfer::onBody(char *data, std::size_t, std::size_t size, void *self)
 {
-    // libcurl takes a smaller count than it gave for an error; for an empty piece there is none.
+    // A count below size makes libcurl fail the transfer, but there is none for an empty piece;
+    // CURL_WRITEFUNC_ERROR works for both.
     return static_cast<HttpTransfer *>(self)->takeBody(data, size) ? size : CURL_WRITEFUNC_ERROR;
 }
 
@@ -155,7 +156,7 @@ bool HttpTransfer::takeBody(const char *data, std::size_t size)
         curl_off_t announced = -1;
         curl_header *encoding = nullptr;
         curl_easy_getinfo(easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &announced);
-        // The length of an encoded body says little about the decoded one.
+        // Content-Length is the encoded size, which says little about the decoded one.
         if (announced > 0
             && curl_easy_header(easy, "Content-Encoding", 0, CURLH_HEADER, -1, &encoding)
                 != CURLHE_OK) {
@@ -180,7 +181,7 @@ HttpClientStatus HttpTransfer::status(CURLcode code) const
 {
     if (m_failure != HttpClientStatus::Success)
         return m_failure;
-    // The requested URL was checked before, so the malformed one came with a redirect.
+    // The requested URL was valid, so the malformed one came from a redirect.
     if (code == CURLE_URL_MALFORMAT && info(CURLINFO_REDIRECT_COUNT) > 0)
         return HttpClientStatus::Broken;
     return statusOf(code);
@@ -208,8 +209,8 @@ HttpCacheHeaders HttpTransfer::cacheHeaders() const
 
 void HttpTransfer::clear()
 {
-    // libcurl counts per handle how often a kept connection turned out dead, and fails the exchange
-    // at the fifth time, however many went well in between. Only a reset clears that count.
+    // libcurl counts per handle how often a reused connection turned out dead, and fails the
+    // exchange the fifth time, however many succeeded in between. Only a reset clears that count.
     curl_easy_reset(easy);
     setUp();
     m_settings.reset();

@@ -16,19 +16,22 @@
 #include <memory>
 #include <string_view>
 
-/// One exchange and its libcurl handle, which is reused for the next one. Lives on the thread of
-/// the engine that drives it; its callbacks only collect.
+/// An exchange and its libcurl handle, which is reused for the next one. Used on the thread of the
+/// engine that drives it only; its callbacks only store what they receive.
 class HttpTransfer {
 public:
     HttpTransfer(HttpClient::HttpVersion version, bool followRedirects);
     ~HttpTransfer();
     Q_DISABLE_COPY(HttpTransfer)
 
+    /// Sets up the handle for an exchange with the url, isPost and sentBody below.
     void prepare(const HttpClientOptions &options);
+    /// How the exchange ended; \a code is libcurl's result.
     HttpClientStatus status(CURLcode code) const;
+    /// Of the last response.
     HttpCacheHeaders cacheHeaders() const;
     long info(CURLINFO what) const;
-    /// Makes it ready for the next exchange.
+    /// Resets everything for the next exchange.
     void clear();
 
     CURL *const easy = curl_easy_init();
@@ -36,11 +39,11 @@ public:
     QByteArray cacheKey;
     HttpClient::Function function;
     bool isPost = false;
-    bool onlyReads = false; ///< changes nothing at the server
+    bool onlyReads = false; ///< does not change anything on the server
     QByteArray sentBody;
     QByteArray body;
-    qint64 requestedAt = 0;
-    quint64 cacheRemovals = 0;
+    qint64 requestedAt = 0; ///< by HttpCache::now()
+    quint64 cacheRemovals = 0; ///< HttpCache::removals() at the start
     QElapsedTimer clock;
 
 private:
@@ -59,6 +62,6 @@ private:
     int m_sizeLimit = 0;
     HttpRedirectRule m_redirects;
     ConnectionGuard m_guard;
-    /// Why a callback aborted the exchange; Success while none did.
+    /// Why a callback aborted the exchange; Success if none did.
     HttpClientStatus m_failure = HttpClientStatus::Success;
 };

@@ -13,8 +13,8 @@
 
 namespace {
 
-/// Reads a text once, as a state machine over what may come next; copies what simdjson accepts and
-/// rewrites what only this parser accepts.
+/// Reads a text in one pass, with a state machine over the token expected next; copies what
+/// simdjson accepts and rewrites what only VeskJson accepts.
 class Repair {
 public:
     explicit Repair(const QByteArray &data)
@@ -51,7 +51,7 @@ private:
 
     static bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
     static bool isDigit(char c) { return c >= '0' && c <= '9'; }
-    /// NUL behind the end, which is no character of JSON.
+    /// NUL past the end, which is not part of any JSON token.
     char peek(int ahead = 0) const
     {
         return m_at + ahead < m_data.size() ? m_data.at(m_at + ahead) : '\0';
@@ -82,7 +82,7 @@ private:
             m_expected = Expected::Value;
             return c == ':' && (copy(1), true);
         case Expected::CommaOrEnd:
-            if (c == m_open[m_depth - 1] + 2) // "]" and "}" come two after "[" and "{".
+            if (c == m_open[m_depth - 1] + 2) // "]" and "}" come two after "[" and "{" in ASCII.
                 return close();
             m_expected = m_open[m_depth - 1] == '[' ? Expected::Value : Expected::Key;
             return c == ',' && (copy(1), true);
@@ -154,6 +154,7 @@ private:
         return false;
     }
 
+    /// Copies a byte of a string, or escapes it if it is a control character.
     void copyCharacter()
     {
         static constexpr char Digits[] = "0123456789abcdef";
@@ -177,13 +178,14 @@ private:
             return true;
         }
         ++m_at;
+        // An unknown escape stands for its character; only ASCII is accepted.
         if (m_at == m_data.size() || static_cast<uchar>(c) >= 0x80)
             return false;
         copyCharacter();
         return true;
     }
 
-    /// The UTF-16 unit of the "\u" escape \a ahead, -1 when there is none.
+    /// The UTF-16 unit of the "\u" escape \a ahead bytes from here; -1 when there is none.
     int unitAt(int ahead) const
     {
         if (peek(ahead) != '\\' || peek(ahead + 1) != 'u')
@@ -224,12 +226,14 @@ private:
         return count;
     }
 
-    /// "1." and ".5" pass, with a zero added.
+    /// Adds a zero to "1." and ".5". An integer out of the range of qlonglong gets an exponent, so
+    /// that simdjson reads it as a double.
     bool readNumber()
     {
         const int sign = peek() == '-' ? 1 : 0;
         const int whole = digitsAt(sign);
         const int point = sign + whole;
+        // The number of digits after the decimal point; -1 without one.
         const int fraction = peek(point) == '.' ? digitsAt(point + 1) : -1;
         const int power = point + 1 + fraction;
         int size = power;
@@ -266,7 +270,7 @@ private:
     char m_open[VeskJson::MaxDepth];
 };
 
-/// The offset of the first byte that is no UTF-8; -1 when there is none.
+/// The offset of the first sequence that is not valid UTF-8; -1 when there is none.
 int invalidUtf8At(const QByteArray &data)
 {
     int next = 0;

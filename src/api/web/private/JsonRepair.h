@@ -10,10 +10,11 @@
 
 #include <string>
 
-/// Rewrites \a data, which simdjson rejected, as strict JSON, if its only faults are those that
-/// servers in the field send: control characters, unknown escapes and unpaired surrogates within
-/// strings, a decimal point at either end of a number, whole numbers of any length, a byte order
-/// mark. Otherwise tells where the text stops being JSON, which simdjson does not.
+/// Rewrites \a data, which simdjson rejected, as strict JSON, if its only defects are those that
+/// servers in the field produce: control characters, unknown escapes and lone surrogates within
+/// strings, a decimal point at either end of a number, integers of any length, a byte order mark.
+/// Otherwise the error has the offset at which the text stops being JSON, which simdjson does not
+/// report.
 ///
-/// QJsonDocument accepts the same faults, but leaks the first of two equal keys' values.
+/// QJsonDocument accepts the same defects, but leaks the first value of a duplicate key.
 Result<std::string, VeskError> repairJson(const QByteArray &data);

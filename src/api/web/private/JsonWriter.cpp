@@ -80,7 +80,7 @@ private:
         ++m_size;
     }
 
-    /// JSON has neither infinity nor "not a number".
+    /// JSON has neither infinities nor NaN; they become null.
     template <class Real>
     void writeReal(Real value)
     {
@@ -197,11 +197,12 @@ private:
 
     void writeText(const QString &text)
     {
-        // Piece by piece, for the most that one UTF-16 unit grows to is "\u0001".
+        // In pieces, because space is reserved for the longest form of each UTF-16 unit, "\u0001".
         constexpr int PieceSize = 4096;
         append('"');
         for (int begin = 0; begin < text.size();) {
             int end = qMin(text.size(), begin + PieceSize);
+            // Keep the halves of a surrogate pair together.
             if (end < text.size() && text.at(end - 1).isHighSurrogate())
                 --end;
             char *const out = room(6 * (end - begin));

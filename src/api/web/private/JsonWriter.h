@@ -6,5 +6,5 @@
 #include <QByteArray>
 #include <QVariant>
 
-/// \a value as VeskJson::write() promises it.
+/// Implements VeskJson::write().
 QByteArray writeJson(const QVariant &value);

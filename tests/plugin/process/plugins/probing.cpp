@@ -28,11 +28,11 @@
 #include <thread>
 #include <unistd.h>
 
-// A plug-in that tries what a plug-in should not be able to do, and tells with which error it
-// ended. A set-data request's role says what to try, its value on which file.
+// A plug-in that attempts what its confinement forbids. A set-data request's role names the
+// attempt, its value the file to use; the response is the resulting errno, 0 for success.
 namespace {
 
-/// The error of a call that answers -1 when it fails; 0 when it does not.
+/// The errno of a call that returned \a result: -1 on failure; 0 on success.
 int outcome(long result)
 {
     return result == -1 ? errno : 0;
@@ -57,7 +57,7 @@ int tryExec()
     return outcome(::execve(program, arguments, nullptr));
 }
 
-/// A server's socket at a free port.
+/// Listens on a free TCP port.
 int tryListen()
 {
     sockaddr_in address {};
@@ -65,11 +65,12 @@ int tryListen()
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0)
-        return -1; // not what was to be tried
+        return -1; // failed before the attempt itself
     return outcome(::listen(socket, 1));
 }
 
-/// Sends to a socket that has a name, from one that has none.
+/// Sends to the named socket \a file from an unnamed one: socketpair() works where socket() does
+/// not.
 int tryDatagram(const QByteArray &file)
 {
     int sockets[2] = {-1, -1};
@@ -82,7 +83,7 @@ int tryDatagram(const QByteArray &file)
         sockets[0], "x", 1, 0, reinterpret_cast<const sockaddr *>(&address), sizeof address));
 }
 
-/// Has the kernel send the host a signal.
+/// Makes the host the owner of a socket: the kernel would send it the socket's SIGIO and SIGURG.
 int trySignalOfFile()
 {
     int sockets[2] = {-1, -1};
@@ -91,7 +92,7 @@ int trySignalOfFile()
     return outcome(::fcntl(sockets[0], F_SETOWN, ::getppid()));
 }
 
-/// Memory that is \a kind of mmap's.
+/// Maps a gibibyte of memory; \a kind is MAP_PRIVATE or MAP_SHARED.
 int tryMemory(int kind)
 {
     constexpr std::size_t Bytes = 1024UL * 1024 * 1024;
@@ -103,7 +104,7 @@ int tryMemory(int kind)
     return 0;
 }
 
-/// How many files it can have open in all.
+/// The limit on open descriptors, as the highest one that can be opened.
 int countDescriptors()
 {
     constexpr int Enough = 10'000;
@@ -143,7 +144,7 @@ const QMap<QString, Deed> &deeds()
     };
     static const QMap<QString, Deed> all {
         {QStringLiteral("pid"), [](auto &) { return static_cast<int>(::getpid()); }},
-        // what it needs
+        // what plug-ins need
         {QStringLiteral("thread"), [](auto &) { return tryThread(); }},
         {QStringLiteral("internet"), call(SYS_socket, AF_INET, SOCK_STREAM, 0)},
         {QStringLiteral("read"), [](auto &file) { return opened(file, O_RDONLY); }},
@@ -177,7 +178,7 @@ const QMap<QString, Deed> &deeds()
         {QStringLiteral("pidfd"),
             [](auto &) { return outcome(::syscall(SYS_pidfd_open, ::getppid(), 0)); }},
         {QStringLiteral("signaloffile"), [](auto &) { return trySignalOfFile(); }},
-        // newer than what it was built for
+        // system calls newer than the filter
         {QStringLiteral("clone3"), call(SYS_clone3, nullptr, 0)},
         {QStringLiteral("openat2"), call(SYS_openat2, AT_FDCWD, "/", nullptr, 0)},
         {QStringLiteral("landlock"), call(SYS_landlock_create_ruleset, nullptr, 0, 1)},
