@@ -48,13 +48,10 @@ protected:
         const ProcessUsage after = settle();
         EXPECT_EQ(after.threads, before.threads);
         EXPECT_EQ(after.descriptors, before.descriptors);
-#ifdef VESK_SANITIZED
-        // Exact there. A block of 16 bytes lost in each round would show.
+        // A block of 16 bytes lost in each round would show.
         EXPECT_LT(after.allocatedBytes - before.allocatedBytes, 16 * Rounds);
-#else
-        // glibc counts freed blocks in its threads' caches as allocated, some 20 KB more or less
-        // from one moment to the next, so the process's memory is what counts. Looser: free memory
-        // between blocks in use stays with the process.
+#ifndef VESK_SANITIZED
+        // Looser: free memory between blocks in use stays with the process.
         EXPECT_LT(after.residentBytes - before.residentBytes, 2 * 1024 * Rounds);
 #endif
     }
