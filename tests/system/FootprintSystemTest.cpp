@@ -4,6 +4,9 @@
 #include "tests/support/Text.h"
 #include "tests/system/PlayFixture.h"
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 class PlaySystemFootprint : public PlayFixture { };
@@ -18,23 +21,32 @@ TEST_F(PlaySystemFootprint, FiveHundredSwitchesLeaveNothingBehind)
         command("player.stop");
         EXPECT_TRUE(waitForState(0));
     };
+    const auto switchOften = [&] {
+        for (int i = 0; i < 100; ++i)
+            switchTo(i);
+        stop();
+    };
     const qint64 host = product.host().processId();
-    for (int i = 0; i < 100; ++i)
-        switchTo(i);
-    stop();
+    switchOften();
     const Footprint before = Footprint::of(host);
-    for (int i = 0; i < 500; ++i)
-        switchTo(i);
-    stop();
-    const Footprint after = Footprint::settled(host, before);
+    Footprint after = before;
+    std::array<int, 5> growth {};
+    for (int &kilobytes : growth) {
+        const int last = after.kilobytes;
+        switchOften();
+        after = Footprint::settled(host, before);
+        kilobytes = after.kilobytes - last;
+    }
     RecordProperty("kilobytesBefore", before.kilobytes);
     RecordProperty("kilobytesAfter", after.kilobytes);
     EXPECT_LE(after.threads, before.threads);
     EXPECT_LE(after.descriptors, before.descriptors);
 #ifndef __SANITIZE_ADDRESS__
-    // A leak of a kilobyte per switch would show. The sanitizer keeps freed memory for a while, and
-    // looks for leaks itself when the host ends.
-    EXPECT_LE(after.kilobytes, before.kilobytes + 500);
+    // A leak of half a kilobyte per switch would show in most of the hundreds. Without one, the
+    // heap still grows at times, by up to 450 KB at once, when its free blocks do not fit. The
+    // sanitizer keeps freed memory for a while, and looks for leaks itself when the host ends.
+    std::sort(growth.begin(), growth.end());
+    EXPECT_LT(growth[growth.size() / 2], 50) << testing::PrintToString(growth);
 #endif
 }
 
