@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: Apache-2.0
 
 # With VESK_PCH, the headers of libraries that most sources include are compiled once, ahead of them. No
-# source may count on that: each includes what it uses, and the builds without VESK_PCH, such as dev and
-# clang, fail where one does not.
+# source may count on that: each includes what it uses, and what is done without VESK_PCH, such as
+# the builds dev and clang and scripts/tidy, fails where one does not.
 #
 # There are four sets, as flags and libraries differ: with Qt or without (plain), for the product or for
 # tests.
