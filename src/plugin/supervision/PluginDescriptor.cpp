@@ -165,6 +165,22 @@ ExcuseDeclaration readExcuse(const QVariant &value, QString &error)
     return {file, static_cast<ExcuseDeclaration::Meaning>(meaning)};
 }
 
+PluginNeeds readNeeds(MemberReader &reader)
+{
+    PluginNeeds needs;
+    for (const QString &need : reader.texts(QStringLiteral("needs"))) {
+        if (need == QLatin1String("network"))
+            needs.network = true;
+        else if (need == QLatin1String("store"))
+            needs.store = true;
+        else if (need == QLatin1String("folder"))
+            needs.folder = true;
+        else
+            reader.fail(QStringLiteral("\"needs\" holds none of network, store, folder"));
+    }
+    return needs;
+}
+
 /// No escapes, dot segments, empty segments or letters that a server may fold into ASCII.
 bool isPlain(const QString &text)
 {
@@ -246,7 +262,8 @@ Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &j
     QString error;
     MemberReader reader(value, QString(), error);
     reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
-        QStringLiteral("deviceSetting"), QStringLiteral("answers"), QStringLiteral("excuses")});
+        QStringLiteral("deviceSetting"), QStringLiteral("answers"), QStringLiteral("excuses"),
+        QStringLiteral("needs")});
     const QVariant format = reader.value(QStringLiteral("format"));
     if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
         reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
@@ -266,6 +283,7 @@ Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &j
         descriptor.answers = readAnswers(reader.value(QStringLiteral("answers")), error);
     for (const QVariant &entry : reader.list(QStringLiteral("excuses")))
         descriptor.excuses.append(readExcuse(entry, error));
+    descriptor.needs = readNeeds(reader);
     if (!error.isEmpty())
         return failure(error);
     return descriptor;

@@ -35,6 +35,13 @@ struct ExcuseDeclaration {
     Meaning meaning = NoStream;
 };
 
+/// What a plug-in may use; nothing of it unless it says so.
+struct PluginNeeds {
+    bool network = false; ///< sockets to the internet
+    bool store = false; ///< VeskStore
+    bool folder = false; ///< a folder of the host's state folder, which it may read
+};
+
 /// What the host has to know about a plug-in and its service, from a file beside the library:
 /// NAME.json beside NAME.so. docs/host.md describes it.
 struct PluginDescriptor {
@@ -49,6 +56,7 @@ struct PluginDescriptor {
     CMPath deviceSetting;
     ServiceAnswerForm answers;
     QVector<ExcuseDeclaration> excuses;
+    PluginNeeds needs;
 
     /// A pure function. Fails with what is wrong first.
     static Result<PluginDescriptor, QString> fromJson(const QByteArray &json);

@@ -74,6 +74,19 @@ TEST(PluginDescriptorTest, ReadsTheDeviceSettingAndAnswers)
     EXPECT_FALSE(without.answers.isKnown());
 }
 
+TEST(PluginDescriptorTest, ReadsWhatThePluginNeeds)
+{
+    const PluginNeeds all = PluginDescriptor::fromJson(
+        R"({"format": 1, "id": "a", "needs": ["folder", "network", "store"]})")
+                                ->needs;
+    EXPECT_TRUE(all.network && all.store && all.folder);
+    const PluginNeeds one
+        = PluginDescriptor::fromJson(R"({"format": 1, "id": "a", "needs": ["store"]})")->needs;
+    EXPECT_TRUE(one.store && !one.network && !one.folder);
+    const PluginNeeds none = PluginDescriptor::fromJson(Whole)->needs;
+    EXPECT_FALSE(none.network || none.store || none.folder);
+}
+
 TEST(PluginDescriptorTest, ReportsTheFirstError)
 {
     const QByteArray longText(PluginDescriptor::MaxText + 1, 'a');
@@ -102,6 +115,10 @@ TEST(PluginDescriptorTest, ReportsTheFirstError)
             "answers: \"status\" is no list of at most 100"},
         {R"({"format": 1, "id": "a", "answers": {"state": ["a"]}})",
             "answers: there is no \"state\""},
+        {R"({"format": 1, "id": "a", "needs": ["store", "disk"]})",
+            "\"needs\" holds none of network, store, folder"},
+        {R"({"format": 1, "id": "a", "needs": "store"})", "\"needs\" is no list of at most 100"},
+        {R"({"format": 1, "id": "a", "needs": [true]})", "\"needs\" holds what is no text"},
         {R"({"format": 1, "id": "a", "excuses": [{"file": "a", "means": "noStream"}]})",
             "excuses: \"file\" does not begin with \"/\", or has two \"*\""},
         {R"({"format": 1, "id": "a", "excuses": [{"file": "/a*b*", "means": "noStream"}]})",
