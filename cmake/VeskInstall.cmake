@@ -22,7 +22,10 @@ configure_package_config_file(${CMAKE_SOURCE_DIR}/cmake/VeskCoreConfig.cmake.in
     INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
 write_basic_package_version_file(${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
     COMPATIBILITY SameMinorVersion)
-install(FILES ${CMAKE_BINARY_DIR}/VeskCoreConfig.cmake ${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
+install(FILES
+    ${CMAKE_BINARY_DIR}/VeskCoreConfig.cmake
+    ${CMAKE_BINARY_DIR}/VeskCoreConfigVersion.cmake
+    ${CMAKE_SOURCE_DIR}/cmake/VeskPlugin.cmake
     DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/VeskCore)
 
 file(RELATIVE_PATH VESK_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
