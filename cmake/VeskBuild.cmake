@@ -17,6 +17,8 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/archive)
 set(VESK_PLUGIN_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/vesk/plugins)
 set(VESK_PLUGIN_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/vesk/plugins)
+# Of the SDK's interface, for the descriptors of plug-ins; src/api/core/version.h has it for C++.
+set(VESK_API_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 
 # Installed programs and plug-ins find the SDK beside themselves.
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")

@@ -173,7 +173,7 @@ void Plugins::listIn(ServicesWorker *services)
             continue;
         }
         roots.append(plugin->root());
-        services->addService(plugin->root());
+        services->addService(plugin->root(), plugin->descriptor());
         if (!plugin->descriptorError().isEmpty())
             services->addFailed(
                 PluginDescriptor::fileOf(plugin->file()), plugin->descriptorError());

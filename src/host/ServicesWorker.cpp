@@ -8,8 +8,40 @@
 #include "api/nodes/CMListRowsNode.h"
 #include "api/nodes/CMRedirectRowsNode.h"
 #include "api/values/VeskRoles.h"
+#include "plugin/supervision/PluginDescriptor.h"
 
 #include <QFileInfo>
+
+namespace {
+
+/// What the host itself answers of the service at \a root.
+VeskRoles declaredRoles(const CMPath &root, const PluginDescriptor &descriptor)
+{
+    const ServiceScreens &screens = descriptor.screens;
+    VeskRoles roles;
+    if (!descriptor.id.isEmpty())
+        roles.setId(descriptor.id);
+    if (!screens.search.isEmpty())
+        roles.setSearch(pathBelow(root, screens.search));
+    for (const QString &role :
+        {VeskRoles::Favorites(), VeskRoles::Account(), VeskRoles::Import(), VeskRoles::Export()})
+        roles.insert(role, QVariant());
+    if (!screens.favorites.isEmpty()) {
+        QList<CMPath> toggles;
+        for (const QString &toggle : screens.favoriteToggles)
+            toggles.append(pathBelow(root, toggle));
+        roles.setFavorites(pathBelow(root, screens.favorites), toggles, screens.favoriteIds);
+    }
+    if (!screens.account.isEmpty())
+        roles.setAccount(pathBelow(root, screens.account), screens.accountType);
+    if (!screens.importValue.isEmpty())
+        roles.setImport(pathBelow(root, screens.importValue));
+    if (!screens.exportValue.isEmpty())
+        roles.setExport(pathBelow(root, screens.exportValue));
+    return roles;
+}
+
+} // namespace
 
 ServicesWorker::ServicesWorker()
     : CMNodesWorker({}, QStringLiteral("host"))
@@ -23,10 +55,10 @@ ServicesWorker::ServicesWorker()
     CMRedirectRowsNode::create(nodes(), addPrefix(QString()), m_services->path());
 }
 
-void ServicesWorker::addService(const CMPath &root)
+void ServicesWorker::addService(const CMPath &root, const PluginDescriptor &descriptor)
 {
     VESK_ASSERT_OWN_THREAD();
-    m_services->rowsAppend(root);
+    m_services->rowsAppend(root, declaredRoles(root, descriptor));
 }
 
 void ServicesWorker::addSettings(const TrString &heading, const QList<CMPath> &paths)

@@ -7,6 +7,7 @@
 #include "api/nodes/CMNodesWorker.h"
 
 class CMListRowsNode;
+struct PluginDescriptor;
 
 /// The host's own worker, with the prefix "host": `host:services` is the screen from which clients
 /// find what there is, one row per plug-in; `host:` leads there. `host:settings` has one row per
@@ -18,8 +19,8 @@ class ServicesWorker : public CMNodesWorker {
 public:
     ServicesWorker();
 
-    /// A row that opens the plug-in's root.
-    void addService(const CMPath &root);
+    /// A row that opens the plug-in's root, with what \a descriptor says of its screens.
+    void addService(const CMPath &root, const PluginDescriptor &descriptor);
     /// Adds a heading and a row for each of the values to `host:settings`.
     void addSettings(const TrString &heading, const QList<CMPath> &paths);
     /// Adds a row for each of the values to `host:settings/advanced`, and the row that leads there.

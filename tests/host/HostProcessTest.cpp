@@ -352,6 +352,44 @@ TEST(HostProcessTest, ShowsADescriptorThatCannotBeUsedAndGoesOn)
         host->errors().toStdString(), testing::HasSubstr("libvesk_cb_good.json is not used"));
 }
 
+TEST(HostProcessTest, ListsWhatADescriptorSaysOfAService)
+{
+    const QTemporaryDir folder;
+    const QString library = folder.filePath(QStringLiteral("libvesk_cb_good.so"));
+    ASSERT_TRUE(QFile::copy(plugin("good"), library));
+    QFile descriptor(folder.filePath(QStringLiteral("libvesk_cb_good.json")));
+    ASSERT_TRUE(descriptor.open(QIODevice::WriteOnly));
+    descriptor.write(R"({"format": 1, "id": "goodie", "name": "Good", "version": "1", "api": "0.1",
+        "screens": {"search": "found?a=1", "import": "songs",
+            "favorites": {"screen": "songs", "toggle": "menu/keep", "ids": ["id"]},
+            "account": {"value": "account", "type": "tuneInAccount"}}})");
+    descriptor.close();
+    const auto host = start({QStringLiteral("--plugin"), library});
+    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+    const QVariantList service = rows(host->url(), "host:services",
+        {QStringLiteral("title"), QStringLiteral("id"), QStringLiteral("search"),
+            QStringLiteral("favorites"), QStringLiteral("account"), QStringLiteral("import"),
+            QStringLiteral("export")})
+                                     .value(QStringLiteral("rows"))
+                                     .toList()
+                                     .value(0)
+                                     .toList();
+    const auto leading = [](const char *path) {
+        return QVariantHash {{QStringLiteral("path"), QLatin1String(path)}};
+    };
+    QVariantHash favorites = leading("Good:songs");
+    favorites.insert(QStringLiteral("toggle"), QVariantList {QStringLiteral("Good:menu/keep")});
+    favorites.insert(QStringLiteral("ids"), QVariantList {QStringLiteral("id")});
+    QVariantHash account = leading("Good:account");
+    account.insert(QStringLiteral("type"), 115);
+    account.insert(QStringLiteral("key"), QStringLiteral("tuneInAccount"));
+    EXPECT_EQ(service,
+        (QVariantList {QStringLiteral("Good plug-in"), QStringLiteral("goodie"),
+            leading("Good:found?a=1"), favorites, account, leading("Good:songs"), QVariant()}));
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+}
+
 TEST(HostProcessTest, ReadsAConfigurationFile)
 {
     const QTemporaryDir folder;

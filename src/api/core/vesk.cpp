@@ -4,6 +4,7 @@
 #include "api/core/vesk.h"
 
 #include "api/core/log.h"
+#include "api/core/version.h"
 
 #include <QThread>
 
@@ -16,6 +17,9 @@
 #include <mutex>
 
 VESK_LOGGER("Vesk")
+
+static_assert(VESK_API_MAJOR == VESK_PROJECT_MAJOR && VESK_API_MINOR == VESK_PROJECT_MINOR,
+    "the header's version is the project's");
 
 namespace {
 

@@ -26,12 +26,13 @@ QVariantList valuesOf(const VeskRoles &row, const QStringList &roles)
 }
 
 /// The row for what the node at \a path \a answered, whatever that was.
-QVariantList rowOf(const QVariantList &answered, const CMPath &path, const QStringList &roles)
+QVariantList rowOf(const QVariantList &answered, const CMPath &path, const VeskRoles &given,
+    const QStringList &roles)
 {
     QVariantList values;
     values.reserve(roles.size());
     for (int i = 0; i < roles.size(); ++i) {
-        QVariant value = answered.value(i);
+        QVariant value = given.contains(roles.at(i)) ? given.value(roles.at(i)) : answered.value(i);
         if (value.isNull() && roles.at(i) == VeskRoles::Path())
             value = path.toEncoded();
         values.append(value);
@@ -97,12 +98,17 @@ CMListRowsNode *CMListRowsNode::create(CMNodes *nodes, const CMPath &path)
 
 void CMListRowsNode::rowsAppend(const CMPath &path)
 {
-    append(path);
+    append({path, {}});
 }
 
 void CMListRowsNode::rowsAppend(const VeskRoles &roles)
 {
-    append(roles);
+    append({CMPath(), roles});
+}
+
+void CMListRowsNode::rowsAppend(const CMPath &path, const VeskRoles &roles)
+{
+    append({path, roles});
 }
 
 void CMListRowsNode::append(Row row)
@@ -176,17 +182,17 @@ void CMListRowsNode::collect(
     for (int i = first; i <= last; ++i) {
         const int index = i - first;
         const Row &row = m_rows[static_cast<std::size_t>(i)];
-        if (const auto *given = std::get_if<VeskRoles>(&row)) {
-            collector->set(index, valuesOf(*given, roles));
+        if (row.path.isEmpty()) {
+            collector->set(index, valuesOf(row.given, roles));
             continue;
         }
-        const CMPath path = rowPath(std::get<CMPath>(row), opened);
+        const CMPath path = rowPath(row.path, opened);
         const auto answer = std::make_shared<CMReplyData<QVariant>>();
         ask(CMGetDataRequest(path, roles, CMReply<QVariant>(answer)));
-        answer->whenFinished(this, [collector, answer, index, path, roles] {
+        answer->whenFinished(this, [collector, answer, index, path, given = row.given, roles] {
             const QVariantList values
                 = answer->error().isEmpty() ? answer->value().toList() : QVariantList();
-            collector->set(index, rowOf(values, path, roles));
+            collector->set(index, rowOf(values, path, given, roles));
             collector->handOnWhenComplete();
         });
     }
@@ -208,12 +214,12 @@ void CMListRowsNode::rowsPathRemove(const CMPath &path)
 
 void CMListRowsNode::follow(const CMPath &opened, int row)
 {
-    const auto *path = std::get_if<CMPath>(&m_rows[static_cast<std::size_t>(row)]);
+    const CMPath &path = m_rows[static_cast<std::size_t>(row)].path;
     CMRootWorker *root = CMRoot();
-    if (!path || !root)
+    if (path.isEmpty() || !root)
         return;
     m_subscriptions[opened].push_back(root->subscribe(
-        rowPath(*path, opened), this,
+        rowPath(path, opened), this,
         [this, opened, row](const CMChange &change) {
             // A reset that covers the list itself has reached its subscribers already.
             const bool isKnown

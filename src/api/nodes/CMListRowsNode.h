@@ -8,7 +8,6 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <variant>
 #include <vector>
 
 class CMSubscription;
@@ -32,6 +31,8 @@ public:
 
     void rowsAppend(const CMPath &path);
     void rowsAppend(const VeskRoles &roles);
+    /// A row at \a path that has \a roles whatever its node answers for them.
+    void rowsAppend(const CMPath &path, const VeskRoles &roles);
     /// Whether the parameters of the path by which the list is opened are added to the paths of its
     /// rows; a parameter that a row has of its own stays. Rows given as roles stay as they are.
     void setCopyPathParams(bool copy) { m_copyPathParams = copy; }
@@ -45,7 +46,10 @@ protected:
     explicit CMListRowsNode(const CMPath &path);
 
 private:
-    using Row = std::variant<CMPath, VeskRoles>;
+    struct Row {
+        CMPath path; ///< empty: all that there is of the row is given
+        VeskRoles given;
+    };
     using Collected = std::function<void(const QVariantList &rows)>;
     class Collector;
 

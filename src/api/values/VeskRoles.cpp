@@ -24,6 +24,22 @@ VESK_KEY(VeskRoles::Playable, "playable")
 VESK_KEY(VeskRoles::Disabled, "disabled")
 VESK_KEY(VeskRoles::Query, "query")
 VESK_KEY(VeskRoles::QueryPath, "queryPath")
+VESK_KEY(VeskRoles::Favorites, "favorites")
+VESK_KEY(VeskRoles::Account, "account")
+VESK_KEY(VeskRoles::Import, "import")
+VESK_KEY(VeskRoles::Export, "export")
+
+namespace {
+
+/// The roles of an entry that leads to \a path.
+VeskHash leadingTo(const CMPath &path)
+{
+    VeskRoles roles;
+    roles.setPath(path);
+    return roles;
+}
+
+} // namespace
 
 const QStringList &VeskRoles::all()
 {
@@ -161,6 +177,66 @@ void VeskRoles::setQuery(const QString &key)
 void VeskRoles::setQueryPath(const CMPath &path)
 {
     insert(QueryPath(), path.toEncoded());
+}
+
+VeskRoles VeskRoles::search() const
+{
+    return hash(Search());
+}
+
+VeskRoles VeskRoles::favorites() const
+{
+    return hash(Favorites());
+}
+
+VeskRoles VeskRoles::account() const
+{
+    return hash(Account());
+}
+
+VeskRoles VeskRoles::importValue() const
+{
+    return hash(Import());
+}
+
+VeskRoles VeskRoles::exportValue() const
+{
+    return hash(Export());
+}
+
+void VeskRoles::setSearch(const CMPath &searches)
+{
+    insert(Search(), leadingTo(searches));
+}
+
+void VeskRoles::setFavorites(
+    const CMPath &screen, const QList<CMPath> &toggles, const QStringList &ids)
+{
+    QStringList entries;
+    for (const CMPath &toggle : toggles)
+        entries.append(toggle.toEncoded());
+    VeskHash favorites = leadingTo(screen);
+    favorites.insert(QStringLiteral("toggle"), entries);
+    favorites.insert(QStringLiteral("ids"), ids);
+    insert(Favorites(), favorites);
+}
+
+void VeskRoles::setAccount(const CMPath &value, VeskValueType::Enum type)
+{
+    VeskHash account = leadingTo(value);
+    account.insert(Type(), int(type));
+    account.insert(QStringLiteral("key"), VeskValueType::toString(type));
+    insert(Account(), account);
+}
+
+void VeskRoles::setImport(const CMPath &value)
+{
+    insert(Import(), leadingTo(value));
+}
+
+void VeskRoles::setExport(const CMPath &value)
+{
+    insert(Export(), leadingTo(value));
 }
 
 const QStringList &CMAllRoles()

@@ -7,6 +7,7 @@
 #include "api/values/CMPath.h"
 #include "api/values/VeskHash.h"
 #include "api/values/VeskMediaData.h"
+#include "api/values/VeskValue.h"
 
 #include <QStringList>
 
@@ -76,6 +77,20 @@ public:
     /// Every role name above, in that order.
     static const QStringList &all();
 
+    // Of services, that is of the rows of the host's list of services, which answers them from what
+    // the plug-in declares. Each is a hash, or null for a service that has no such thing; "path" is
+    // in text form.
+    /// "path": the screen with the favorites. "toggle": the paths, without parameters, of the
+    /// entries of menus that add an item to the favorites or remove it. "ids": the parameters of
+    /// the path of a menu that tell the item for which it is.
+    static const QString &Favorites();
+    /// "path": the value with the account; "type" and "key": the code and the name of its type.
+    static const QString &Account();
+    /// "path": the value that takes parts of files with a list of stations.
+    static const QString &Import();
+    /// "path": the value that gives such a file; its parameter "format" says which.
+    static const QString &Export();
+
     TrString title() const;
     TrString description() const;
     QString icon() const;
@@ -89,6 +104,12 @@ public:
     int containerType() const;
     QString query() const;
     CMPath queryPath() const;
+    /// Its path() leads to the screen whose query rows are the searches.
+    VeskRoles search() const;
+    VeskRoles favorites() const;
+    VeskRoles account() const;
+    VeskRoles importValue() const;
+    VeskRoles exportValue() const;
 
     void setTitle(const TrString &title);
     void setDescription(const TrString &description);
@@ -103,6 +124,12 @@ public:
     void setContainerType(VeskRolesContainerType type);
     void setQuery(const QString &key);
     void setQueryPath(const CMPath &path);
+    void setSearch(const CMPath &searches);
+    void setFavorites(
+        const CMPath &screen, const QList<CMPath> &toggles = {}, const QStringList &ids = {});
+    void setAccount(const CMPath &value, VeskValueType::Enum type);
+    void setImport(const CMPath &value);
+    void setExport(const CMPath &value);
 };
 
 /// All role names: pass it where a list of role names is expected to mean every role.

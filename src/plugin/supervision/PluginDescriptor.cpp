@@ -5,9 +5,12 @@
 
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
+#include "plugin/runtime/PluginApi.h"
+#include "plugin/supervision/MemberReader.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <cerrno>
@@ -20,104 +23,6 @@ namespace {
 constexpr int Format = 1;
 /// Removing texts can leave new ones. No honest address nests them deeper.
 constexpr int MostRounds = 8;
-
-bool isLetterOrDigit(QChar c)
-{
-    const ushort code = c.unicode();
-    return (code >= 'a' && code <= 'z') || (code >= 'A' && code <= 'Z')
-        || (code >= '0' && code <= '9');
-}
-
-bool isWord(const QString &text)
-{
-    return std::all_of(text.begin(), text.end(), &isLetterOrDigit);
-}
-
-/// Reads the members of one JSON object. The first error is kept.
-class MemberReader {
-public:
-    MemberReader(const QVariant &object, const QString &what, QString &error)
-        : m_members(object.toHash())
-        , m_what(what)
-        , m_error(error)
-    {
-        if (object.userType() != QMetaType::QVariantHash)
-            fail(QStringLiteral("an object is needed"));
-    }
-
-    void knowsOnly(const QStringList &names)
-    {
-        for (auto it = m_members.constBegin(); it != m_members.constEnd(); ++it) {
-            if (!names.contains(it.key()))
-                fail(QStringLiteral("there is no \"%1\"").arg(it.key().left(MaxShown)));
-        }
-    }
-
-    bool has(const QString &name) const { return m_members.contains(name); }
-    QVariant value(const QString &name) const { return m_members.value(name); }
-
-    QString text(const QString &name)
-    {
-        if (!has(name))
-            return {};
-        const QString text = textOf(value(name));
-        if (text.isNull())
-            fail(QStringLiteral("\"%1\" is no text").arg(name));
-        return text;
-    }
-
-    /// A list of texts that are not empty; with \a words of letters and digits only.
-    QStringList texts(const QString &name, bool words = false)
-    {
-        QStringList texts;
-        for (const QVariant &entry : list(name)) {
-            const QString text = textOf(entry);
-            if (text.isEmpty() || (words && !isWord(text)))
-                fail(QStringLiteral("\"%1\" holds what is no %2")
-                         .arg(name, QLatin1String(words ? "word" : "text")));
-            texts.append(text);
-        }
-        return texts;
-    }
-
-    QVariantList list(const QString &name)
-    {
-        if (!has(name))
-            return {};
-        const QVariant value = m_members.value(name);
-        const QVariantList list = value.toList();
-        if (value.userType() != QMetaType::QVariantList
-            || list.size() > PluginDescriptor::MaxEntries) {
-            fail(QStringLiteral("\"%1\" is no list of at most %2")
-                     .arg(name)
-                     .arg(PluginDescriptor::MaxEntries));
-            return {};
-        }
-        return list;
-    }
-
-    void fail(const QString &error)
-    {
-        if (m_error.isEmpty())
-            m_error = m_what.isEmpty() ? error : m_what + QStringLiteral(": ") + error;
-    }
-
-private:
-    static constexpr int MaxShown = 40;
-
-    /// Null for what is no text; an empty one is not.
-    static QString textOf(const QVariant &value)
-    {
-        const QString text = value.toString();
-        if (value.userType() != QMetaType::QString || text.size() > PluginDescriptor::MaxText)
-            return {};
-        return text.isNull() ? QStringLiteral("") : text;
-    }
-
-    const QVariantHash m_members;
-    const QString m_what;
-    QString &m_error;
-};
 
 ChangingAddresses readChanging(const QVariant &value, QString &error)
 {
@@ -181,22 +86,6 @@ PluginNeeds readNeeds(MemberReader &reader)
     return needs;
 }
 
-/// No escapes, dot segments, empty segments or letters that a server may fold into ASCII.
-bool isPlain(const QString &text)
-{
-    const auto isFine = [](QChar c) {
-        return isLetterOrDigit(c) || c == QLatin1Char('/') || c == QLatin1Char('.')
-            || c == QLatin1Char('-') || c == QLatin1Char('_');
-    };
-    if (!std::all_of(text.begin(), text.end(), isFine))
-        return false;
-    const auto segments = text.splitRef(QLatin1Char('/'));
-    return std::none_of(segments.begin(), segments.end(), [](const QStringRef &segment) {
-        return segment.isEmpty() || segment.startsWith(QLatin1Char('.'))
-            || segment.endsWith(QLatin1Char('.'));
-    });
-}
-
 bool holdsWord(const QString &text, const QStringList &words)
 {
     int begin = 0;
@@ -251,6 +140,51 @@ CMPath below(const CMPath &root, const QString &base)
     return CMPath(root.prefix(), root.base()) + (joins ? base : QLatin1Char('/') + base);
 }
 
+/// Before everything else: what is too new has members that are not known here.
+void readApi(MemberReader &reader, PluginDescriptor &descriptor)
+{
+    const QVariant format = reader.value(QStringLiteral("format"));
+    if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
+        reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
+    const QString api = QStringLiteral("api");
+    descriptor.api = reader.text(api);
+    if (descriptor.api.isEmpty())
+        return;
+    static const QRegularExpression form(QStringLiteral("\\A(\\d{1,4})\\.(\\d{1,4})\\z"));
+    const QRegularExpressionMatch match = form.match(descriptor.api);
+    if (!match.hasMatch())
+        return reader.fail(api, QStringLiteral("is no MAJOR.MINOR"));
+    const QString problem = apiProblem(match.captured(1).toInt(), match.captured(2).toInt());
+    if (!problem.isEmpty())
+        reader.fail(problem);
+}
+
+void readTexts(MemberReader &reader, PluginDescriptor &descriptor)
+{
+    descriptor.name = reader.needed(QStringLiteral("name"));
+    descriptor.version = reader.needed(QStringLiteral("version"));
+    reader.needed(QStringLiteral("api"));
+    const QString context = QStringLiteral("context");
+    descriptor.context = reader.has(context) ? reader.needed(context) : descriptor.id;
+    const QString translations = QStringLiteral("translations");
+    descriptor.translations = reader.text(translations);
+    if (reader.has(translations) && !isPlain(descriptor.translations))
+        reader.fail(translations, QStringLiteral("is no folder beside the file"));
+}
+
+void readSettings(MemberReader &reader, PluginDescriptor &descriptor)
+{
+    const QString settings = QStringLiteral("settings");
+    for (const QVariant &entry : reader.list(settings)) {
+        const auto setting = SettingDeclaration::read(entry, descriptor.id, reader.error());
+        for (const SettingDeclaration &other : qAsConst(descriptor.settings)) {
+            if (other.path == setting.path)
+                reader.fail(settings, QStringLiteral("has %1 twice").arg(other.path.toEncoded()));
+        }
+        descriptor.settings.append(setting);
+    }
+}
+
 } // namespace
 
 Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &json)
@@ -261,13 +195,13 @@ Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &j
         return failure(QStringLiteral("this is no JSON"));
     QString error;
     MemberReader reader(value, QString(), error);
-    reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("changing"),
-        QStringLiteral("deviceSetting"), QStringLiteral("answers"), QStringLiteral("excuses"),
-        QStringLiteral("needs")});
-    const QVariant format = reader.value(QStringLiteral("format"));
-    if (format.userType() != QMetaType::LongLong || format.toLongLong() != Format)
-        reader.fail(QStringLiteral("\"format\" is not %1").arg(Format));
     PluginDescriptor descriptor;
+    readApi(reader, descriptor);
+    reader.knowsOnly({QStringLiteral("format"), QStringLiteral("id"), QStringLiteral("name"),
+        QStringLiteral("version"), QStringLiteral("api"), QStringLiteral("context"),
+        QStringLiteral("translations"), QStringLiteral("needs"), QStringLiteral("settings"),
+        QStringLiteral("screens"), QStringLiteral("changing"), QStringLiteral("deviceSetting"),
+        QStringLiteral("answers"), QStringLiteral("excuses")});
     descriptor.id = reader.text(QStringLiteral("id"));
     if (descriptor.id.isEmpty() || !isWord(descriptor.id))
         reader.fail(QStringLiteral("\"id\" is no word"));
@@ -284,6 +218,11 @@ Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &j
     for (const QVariant &entry : reader.list(QStringLiteral("excuses")))
         descriptor.excuses.append(readExcuse(entry, error));
     descriptor.needs = readNeeds(reader);
+    readSettings(reader, descriptor);
+    if (reader.has(QStringLiteral("screens"))) {
+        descriptor.screens = ServiceScreens::read(reader.value(QStringLiteral("screens")), error);
+    }
+    readTexts(reader, descriptor);
     if (!error.isEmpty())
         return failure(error);
     return descriptor;
@@ -315,6 +254,15 @@ Result<PluginDescriptor, QString> PluginDescriptor::read(const QString &file)
     if (json.size() > MaxBytes)
         return failure(QStringLiteral("this is longer than %1 bytes").arg(MaxBytes));
     return fromJson(json);
+}
+
+CMPath pathBelow(const CMPath &root, const QString &path)
+{
+    const CMPath relative = CMPath::fromEncoded(QStringLiteral("x:") + path);
+    CMPath absolute = below(root, relative.base());
+    for (const auto &param : relative.paramList())
+        absolute.addParam(param.first, param.second);
+    return absolute;
 }
 
 bool changesSomething(

@@ -6,6 +6,8 @@
 #include "api/values/CMPath.h"
 #include "api/web/ServiceAnswers.h"
 #include "base/Result.h"
+#include "plugin/supervision/ServiceScreens.h"
+#include "plugin/supervision/SettingDeclaration.h"
 
 #include <QByteArray>
 #include <QString>
@@ -51,6 +53,14 @@ struct PluginDescriptor {
     static constexpr int MaxEntries = 100;
 
     QString id;
+    QString name; ///< to be shown; source text
+    QString version; ///< of the plug-in
+    QString api; ///< "MAJOR.MINOR" of the SDK that it was built with
+    QString context; ///< in which the texts of the descriptor are translated
+    /// The folder with its catalogues, ID_LANGUAGE.qm, beside the file; empty when there is none.
+    QString translations;
+    QVector<SettingDeclaration> settings;
+    ServiceScreens screens;
     QVector<ChangingAddresses> changing;
     /// The setting by which the service knows the device; empty when there is none.
     CMPath deviceSetting;
@@ -65,6 +75,9 @@ struct PluginDescriptor {
     /// Empty when there is no \a file. Blocks on nothing but the disk.
     static Result<PluginDescriptor, QString> read(const QString &file);
 };
+
+/// What a descriptor calls \a path, for the plug-in at \a root. A pure function.
+CMPath pathBelow(const CMPath &root, const QString &path);
 
 /// Whether opening \a path changes or reports something, by what the plug-in at \a root declares.
 /// A pure function.

@@ -44,6 +44,34 @@ void buildFive(ScriptWorker &worker)
         list->rowsAppend(titled(title));
 }
 
+TEST(CMListRowsNode, ARowMayHaveGivenRolesBesideItsNodes)
+{
+    ScriptWorker worker(QStringLiteral("W"));
+    CMListRowsNode *list = CMListRowsNode::create(worker.nodes(), path("W:list"));
+    auto *node = ScriptNode::create(worker.nodes(), path("W:a"));
+    node->setTitle(text("asked"));
+    VeskRoles given;
+    given.setId(QStringLiteral("given"));
+    given.setIcon(QStringLiteral("icon:given"));
+    given.insert(VeskRoles::Search(), QVariant());
+    list->rowsAppend(path("W:a"), given);
+    list->rowsAppend(path("W:missing"), given);
+
+    const QStringList roles {VeskRoles::Title(), VeskRoles::Id(), VeskRoles::Icon(),
+        VeskRoles::Search(), VeskRoles::Path()};
+    const Answer answer = getRows(worker, path("W:list"), roles, 0, 9);
+    ASSERT_TRUE(answer.isThere());
+    const QVariantList first = answer.rows().rows().value(0).toList();
+    EXPECT_EQ(TrString::fromVariant(first.value(0)), text("asked"));
+    EXPECT_EQ(first.mid(1),
+        (QVariantList {QStringLiteral("given"), QStringLiteral("icon:given"), QVariant(),
+            QStringLiteral("W:a")}));
+    EXPECT_EQ(answer.rows().rows().value(1).toList(),
+        (QVariantList {QVariant(), QStringLiteral("given"), QStringLiteral("icon:given"),
+            QVariant(), QStringLiteral("W:missing")}))
+        << "even when the node fails";
+}
+
 TEST(CMListRowsNode, AnswersRowsOfBothKindsInTheirOrder)
 {
     ScriptWorker worker(QStringLiteral("W"));

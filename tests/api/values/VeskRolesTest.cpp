@@ -90,6 +90,38 @@ TEST(VeskRoles, KeepsItsEntriesUnderTheirRolesNames)
     EXPECT_EQ(roles.queryPath(), path);
 }
 
+TEST(VeskRoles, LeadsToWhatServicesHave)
+{
+    const CMPath path = CMPath::fromEncoded(QStringLiteral("Radio:list?c=kept"));
+    VeskRoles roles;
+    roles.setSearch(path);
+    roles.setFavorites(
+        path, {CMPath::fromEncoded(QStringLiteral("Radio:menu/keep"))}, {QStringLiteral("id")});
+    roles.setAccount(path, VeskValueType::tuneInAccount);
+    roles.setImport(path);
+    roles.setExport(path);
+
+    const QVariantHash leading {{QStringLiteral("path"), QStringLiteral("Radio:list?c=kept")}};
+    QVariantHash favorites = leading;
+    favorites.insert(QStringLiteral("toggle"), QStringList {QStringLiteral("Radio:menu/keep")});
+    favorites.insert(QStringLiteral("ids"), QStringList {QStringLiteral("id")});
+    QVariantHash account = leading;
+    account.insert(QStringLiteral("type"), 115);
+    account.insert(QStringLiteral("key"), QStringLiteral("tuneInAccount"));
+    EXPECT_EQ(roles.value(QStringLiteral("search")).toHash(), leading);
+    EXPECT_EQ(roles.value(QStringLiteral("favorites")).toHash(), favorites);
+    EXPECT_EQ(roles.value(QStringLiteral("account")).toHash(), account);
+    EXPECT_EQ(roles.value(QStringLiteral("import")).toHash(), leading);
+    EXPECT_EQ(roles.value(QStringLiteral("export")).toHash(), leading);
+
+    EXPECT_EQ(roles.search().path(), path);
+    EXPECT_EQ(roles.favorites().path(), path);
+    EXPECT_EQ(roles.account().path(), path);
+    EXPECT_EQ(roles.account().type(), 115);
+    EXPECT_EQ(roles.importValue().path(), path);
+    EXPECT_EQ(roles.exportValue().path(), path);
+}
+
 TEST(VeskRoles, ReadsEmptyWhenEmpty)
 {
     const VeskRoles roles;

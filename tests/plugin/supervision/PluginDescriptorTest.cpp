@@ -20,7 +20,10 @@ std::string errorOf(const QByteArray &json)
     return descriptor ? std::string() : descriptor.error().toStdString();
 }
 
-constexpr char Whole[] = R"({"format": 1, "id": "radio", "changing": [
+/// The members that each descriptor has, but for the closing brace.
+#define NEEDED R"({"format": 1, "id": "radio", "name": "Radio 1", "version": "2.0", "api": "0.1")"
+
+constexpr char Whole[] = NEEDED R"(, "changing": [
     {"base": "list", "words": ["Add", "drop"], "leftOut": ["list", "/at"]},
     {"base": "list", "parameter": "do", "values": ["vote", "tell"]},
     {"parameter": "send"}]})";
@@ -56,8 +59,8 @@ TEST(PluginDescriptorTest, ReadsAllMembers)
 
 TEST(PluginDescriptorTest, ReadsTheDeviceSettingAndAnswers)
 {
-    const PluginDescriptor descriptor = *PluginDescriptor::fromJson(
-        R"({"format": 1, "id": "radio", "deviceSetting": "settings:radio/key",
+    const PluginDescriptor descriptor
+        = *PluginDescriptor::fromJson(NEEDED R"(, "deviceSetting": "settings:radio/key",
             "answers": {"status": ["head", "status"], "good": ["200", "ok"]},
             "excuses": [{"file": "/sorry/off.*mp3", "means": "noStream"},
                 {"file": "/sorry/abroad.mp3", "means": "otherCountry"}]})");
@@ -76,15 +79,244 @@ TEST(PluginDescriptorTest, ReadsTheDeviceSettingAndAnswers)
 
 TEST(PluginDescriptorTest, ReadsWhatThePluginNeeds)
 {
-    const PluginNeeds all = PluginDescriptor::fromJson(
-        R"({"format": 1, "id": "a", "needs": ["folder", "network", "store"]})")
-                                ->needs;
+    const PluginNeeds all
+        = PluginDescriptor::fromJson(NEEDED R"(, "needs": ["folder", "network", "store"]})")->needs;
     EXPECT_TRUE(all.network && all.store && all.folder);
-    const PluginNeeds one
-        = PluginDescriptor::fromJson(R"({"format": 1, "id": "a", "needs": ["store"]})")->needs;
+    const PluginNeeds one = PluginDescriptor::fromJson(NEEDED R"(, "needs": ["store"]})")->needs;
     EXPECT_TRUE(one.store && !one.network && !one.folder);
     const PluginNeeds none = PluginDescriptor::fromJson(Whole)->needs;
     EXPECT_FALSE(none.network || none.store || none.folder);
+}
+
+TEST(PluginDescriptorTest, ReadsWhatEachPluginSaysOfItself)
+{
+    const PluginDescriptor least = *PluginDescriptor::fromJson(NEEDED "}");
+    EXPECT_EQ(least.name, QStringLiteral("Radio 1"));
+    EXPECT_EQ(least.version, QStringLiteral("2.0"));
+    EXPECT_EQ(least.api, QStringLiteral("0.1"));
+    EXPECT_EQ(least.context, QStringLiteral("radio")) << "its id, unless it says otherwise";
+    EXPECT_TRUE(least.translations.isEmpty());
+    EXPECT_TRUE(least.settings.isEmpty());
+    EXPECT_TRUE(least.screens.search.isEmpty() && least.screens.favorites.isEmpty()
+        && least.screens.account.isEmpty() && least.screens.importValue.isEmpty()
+        && least.screens.exportValue.isEmpty());
+
+    const PluginDescriptor most = *PluginDescriptor::fromJson(
+        NEEDED R"(, "context": "Words", "translations": "share/words"})");
+    EXPECT_EQ(most.context, QStringLiteral("Words"));
+    EXPECT_EQ(most.translations, QStringLiteral("share/words"));
+}
+
+TEST(PluginDescriptorTest, ReadsTheScreens)
+{
+    const ServiceScreens screens = PluginDescriptor::fromJson(NEEDED R"(, "screens": {
+        "search": "searches", "import": "list/import", "export": "list/export",
+        "favorites": {"screen": "list?c=kept", "toggle": ["menu/keep", "other/keep"], "ids": ["id"]},
+        "account": {"value": "account", "type": "tuneInAccount"}}})")
+                                       ->screens;
+    EXPECT_EQ(screens.search, QStringLiteral("searches"));
+    EXPECT_EQ(screens.importValue, QStringLiteral("list/import"));
+    EXPECT_EQ(screens.exportValue, QStringLiteral("list/export"));
+    EXPECT_EQ(screens.favorites, QStringLiteral("list?c=kept"));
+    EXPECT_EQ(screens.favoriteToggles,
+        QStringList({QStringLiteral("menu/keep"), QStringLiteral("other/keep")}));
+    EXPECT_EQ(screens.favoriteIds, QStringList({QStringLiteral("id")}));
+    EXPECT_EQ(screens.account, QStringLiteral("account"));
+    EXPECT_EQ(screens.accountType, VeskValueType::tuneInAccount);
+
+    const ServiceScreens one = PluginDescriptor::fromJson(NEEDED R"(, "screens": {
+        "favorites": {"screen": "kept", "toggle": "menu/keep", "ids": ["id"]}}})")
+                                   ->screens;
+    EXPECT_EQ(one.favoriteToggles, QStringList({QStringLiteral("menu/keep")}));
+    const ServiceScreens none
+        = PluginDescriptor::fromJson(NEEDED R"(, "screens": {"favorites": {"screen": "kept"}}})")
+              ->screens;
+    EXPECT_EQ(none.favorites, QStringLiteral("kept")) << "without entries of menus";
+}
+
+TEST(PluginDescriptorTest, ReadsSettings)
+{
+    const auto settings = PluginDescriptor::fromJson(NEEDED R"(, "settings": [
+        {"path": "settings:radio/key", "type": "string", "default": "", "title": "Key",
+            "help": "Of you.", "restart": true},
+        {"path": "settings:radio/at/home", "type": "string", "form": "address",
+            "default": "http://a.example/", "title": "Home", "shown": "browsing"},
+        {"path": "settings:radio/formats", "type": "string", "form": "formats",
+            "choices": ["mp3", "ogg"], "default": {"from": "playerFormats"}, "title": "Formats"},
+        {"path": "settings:radio/size", "type": "string", "choices": ["big", "small"],
+            "default": "small", "title": "Size", "shown": "never"},
+        {"path": "settings:radio/count", "type": "int", "default": 5, "min": 1, "max": 9,
+            "title": "Count", "shown": "advanced"},
+        {"path": "settings:radio/gain", "type": "double", "default": 1, "min": 0.5,
+            "title": "Gain"},
+        {"path": "settings:radio/on", "type": "bool", "default": true, "title": "On"}]})")
+                              ->settings;
+    ASSERT_EQ(settings.size(), 7);
+    EXPECT_EQ(settings.at(0).path.toEncoded(), QStringLiteral("settings:radio/key"));
+    EXPECT_EQ(settings.at(0).initial, VeskValue::fromString(QString()));
+    EXPECT_EQ(settings.at(0).title, QStringLiteral("Key"));
+    EXPECT_EQ(settings.at(0).help, QStringLiteral("Of you."));
+    EXPECT_TRUE(settings.at(0).restarts);
+    EXPECT_EQ(settings.at(0).shown, SettingDeclaration::Advanced);
+    EXPECT_EQ(settings.at(1).shown, SettingDeclaration::Browsing);
+    EXPECT_EQ(settings.at(1).form, SettingDeclaration::Address);
+    EXPECT_FALSE(settings.at(1).restarts);
+    EXPECT_TRUE(settings.at(2).isInitiallyPlayerFormats);
+    EXPECT_EQ(settings.at(2).form, SettingDeclaration::Formats);
+    EXPECT_EQ(settings.at(3).shown, SettingDeclaration::Never);
+    EXPECT_EQ(settings.at(4).initial, VeskValue::fromInt(5));
+    EXPECT_EQ(settings.at(5).initial.double_(), 1.0);
+    EXPECT_EQ(settings.at(6).initial, VeskValue::fromBool(true));
+
+    const auto takes = [&settings](int index, const VeskValue &value) {
+        return settings.at(index).takes(value);
+    };
+    const auto text
+        = [](const char *latin1) { return VeskValue::fromString(QString::fromLatin1(latin1)); };
+    for (const char *each : {"", "http://a.example/", "HTTPS://a.example/x?y=z"})
+        EXPECT_TRUE(takes(1, text(each))) << each;
+    for (const char *each : {"a.example", "ftp://a.example/", "http://", "/x"})
+        EXPECT_FALSE(takes(1, text(each))) << each;
+    for (const char *each : {"", "mp3", "ogg,mp3"})
+        EXPECT_TRUE(takes(2, text(each))) << each;
+    for (const char *each : {"mp5", "mp3,", ",", "mp3, ogg", "MP3"})
+        EXPECT_FALSE(takes(2, text(each))) << each;
+    EXPECT_TRUE(takes(3, text("big")));
+    EXPECT_FALSE(takes(3, text("")));
+    for (const int count : {1, 9})
+        EXPECT_TRUE(takes(4, VeskValue::fromInt(count))) << count;
+    for (const int count : {0, 10})
+        EXPECT_FALSE(takes(4, VeskValue::fromInt(count))) << count;
+    VeskValue gain;
+    gain.setDouble(1e9);
+    EXPECT_TRUE(takes(5, gain)) << "no upper bound";
+    gain.setDouble(0.4);
+    EXPECT_FALSE(takes(5, gain));
+}
+
+TEST(PluginDescriptorTest, ReportsWhatIsWrongWithASetting)
+{
+    const struct {
+        const char *setting;
+        const char *error;
+    } rows[] = {
+        {R"(5)", "settings: an object is needed"},
+        {R"({})", "settings: \"path\" is missing"},
+        {R"({"path": "settings:other/key"})",
+            "settings: \"settings:other/key\" is not settings:radio/NAME"},
+        {R"({"path": "settings:radio"})",
+            "settings: \"settings:radio\" is not settings:radio/NAME"},
+        {R"({"path": "settings:radio/"})",
+            "settings: \"settings:radio/\" is not settings:radio/NAME"},
+        {R"({"path": "settings:radio/../ui/language"})",
+            "settings: \"settings:radio/../ui/language\" is not settings:radio/NAME"},
+        {R"({"path": "settings:radio/a?b=c"})",
+            "settings: \"settings:radio/a?b=c\" is not settings:radio/NAME"},
+        {R"({"path": "system:radio/a"})",
+            "settings: \"system:radio/a\" is not settings:radio/NAME"},
+        {R"({"path": "radio"})", "settings: \"radio\" is not settings:radio/NAME"},
+        {R"({"path": "settings:radio/a"})", "settings:radio/a: \"type\" is missing"},
+        {R"({"path": "settings:radio/a", "type": "text"})",
+            "settings:radio/a: \"type\" is none of string, bool, int, double"},
+        {R"({"path": "settings:radio/a", "type": "int"})",
+            "settings:radio/a: \"title\" is missing"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A"})",
+            "settings:radio/a: \"default\" is missing or of another type"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": "5"})",
+            "settings:radio/a: \"default\" is missing or of another type"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": 1.5})",
+            "settings:radio/a: \"default\" is missing or of another type"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": 2147483648})",
+            "settings:radio/a: \"default\" is missing or of another type"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": 5, "max": 4})",
+            "settings:radio/a: \"default\" is what the setting does not take"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": 5, "max": "9"})",
+            "settings:radio/a: \"max\" is no number of the setting's type"},
+        {R"({"path": "settings:radio/a", "type": "int", "title": "A", "default": 5, "max": 1,
+              "min": 9})",
+            "settings:radio/a: \"min\" is more than \"max\""},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "", "min": 1})",
+            "settings:radio/a: \"min\" is no number of the setting's type"},
+        {R"({"path": "settings:radio/a", "type": "bool", "title": "A", "default": true,
+              "choices": ["a"]})",
+            "settings:radio/a: \"form\" and \"choices\" are for texts"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "form": "formats"})",
+            "settings:radio/a: \"choices\" are for formats, which need them, not for addresses"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "form": "address", "choices": ["a"]})",
+            "settings:radio/a: \"choices\" are for formats, which need them, not for addresses"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "form": "number"})",
+            "settings:radio/a: \"form\" is none of address, formats"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "b",
+              "choices": ["a"]})",
+            "settings:radio/a: \"default\" is what the setting does not take"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A",
+              "default": {"from": "playerFormats"}})",
+            "settings:radio/a: \"default\" cannot come from there"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "form": "formats",
+              "choices": ["a"], "default": {"from": "elsewhere"}})",
+            "settings:radio/a: \"default\" cannot come from there"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A\nB", "default": ""})",
+            "settings:radio/a: \"title\" is no text"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "shown": "often"})",
+            "settings:radio/a: \"shown\" is none of never, browsing, advanced"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "restart": 1})",
+            "settings:radio/a: \"restart\" is neither true nor false"},
+        {R"({"path": "settings:radio/a", "type": "string", "title": "A", "default": "",
+              "unit": "s"})",
+            "settings:radio/a: there is no \"unit\""},
+        {R"({"path": "settings:radio/a", "type": "bool", "title": "A", "default": true},
+            {"path": "settings:radio/a", "type": "bool", "title": "A", "default": true})",
+            "\"settings\" has settings:radio/a twice"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(errorOf(QByteArray(NEEDED R"(, "settings": [)") + row.setting + "]}"), row.error)
+            << row.setting;
+    }
+}
+
+TEST(PluginDescriptorTest, ReportsOtherVersionsBeforeAnythingElse)
+{
+    for (const char *api : {"0.1", "0.0"}) {
+        EXPECT_EQ(errorOf(R"({"format": 1, "id": "a", "name": "A", "version": "1", "api": ")"
+                      + QByteArray(api) + "\"}"),
+            "")
+            << api;
+    }
+    for (const char *api : {"0.2", "1.0", "1.1", "9999.9999"}) {
+        EXPECT_EQ(errorOf(R"({"format": 1, "ids": {}, "api": ")" + QByteArray(api) + "\"}"),
+            std::string("it was built with version ") + api + " of the SDK, and this host has 0.1")
+            << api;
+    }
+    for (const char *api : {"0", "0.", ".1", "0.1.0", "-0.1", "0.-1", "0.1 ", "0x0.1", "99999.1"}) {
+        EXPECT_EQ(errorOf(R"({"format": 1, "ids": {}, "api": ")" + QByteArray(api) + "\"}"),
+            "\"api\" is no MAJOR.MINOR")
+            << api;
+    }
+}
+
+TEST(PluginDescriptorTest, PathsAreBelowTheRoot)
+{
+    const struct {
+        const char *root;
+        const char *path;
+        const char *whole;
+    } rows[] = {
+        {"Radio:", "searches", "Radio:searches"},
+        {"Radio:", "list?c=kept", "Radio:list?c=kept"},
+        {"Many:radio", "searches", "Many:radio/searches"},
+        {"Many:radio?x=1", "list?c=kept", "Many:radio/list?c=kept"},
+    };
+    for (const auto &row : rows) {
+        EXPECT_EQ(pathBelow(CMPath::fromEncoded(QString::fromLatin1(row.root)),
+                      QString::fromLatin1(row.path))
+                      .toEncoded(),
+            QString::fromLatin1(row.whole));
+    }
 }
 
 TEST(PluginDescriptorTest, ReportsTheFirstError)
@@ -127,6 +359,39 @@ TEST(PluginDescriptorTest, ReportsTheFirstError)
             "excuses: \"means\" is none of incompatible, noStream, otherCountry, forbidden"},
         {R"({"format": 1, "id": "a", "excuses": [{"file": "/a"}]})",
             "excuses: \"means\" is none of incompatible, noStream, otherCountry, forbidden"},
+        {R"({"format": 1, "id": "a"})", "\"name\" is missing"},
+        {R"({"format": 1, "id": "a", "name": ""})", "\"name\" is missing"},
+        {R"({"format": 1, "id": "a", "name": ["A"]})", "\"name\" is no text"},
+        {R"({"format": 1, "id": "a", "name": "A\u0007"})", "\"name\" is no text"},
+        {R"({"format": 1, "id": "a", "name": "A"})", "\"version\" is missing"},
+        {R"({"format": 1, "id": "a", "name": "A", "version": "1"})", "\"api\" is missing"},
+        {R"({"format": 1, "id": "a", "api": 0.1})", "\"api\" is no text"},
+        {NEEDED R"(, "context": ""})", "\"context\" is missing"},
+        {NEEDED R"(, "translations": "../words"})",
+            "\"translations\" is no folder beside the file"},
+        {NEEDED R"(, "translations": "/words"})", "\"translations\" is no folder beside the file"},
+        {NEEDED R"(, "translations": ""})", "\"translations\" is no folder beside the file"},
+        {NEEDED R"(, "settings": {}})", "\"settings\" is no list of at most 100"},
+        {NEEDED R"(, "screens": []})", "screens: an object is needed"},
+        {NEEDED R"(, "screens": {"home": "a"}})", "screens: there is no \"home\""},
+        {NEEDED R"(, "screens": {"search": ""}})",
+            "screens: \"search\" is no path below the plug-in's root"},
+        {NEEDED R"(, "screens": {"search": "a?b"}})",
+            "screens: \"search\" is no path below the plug-in's root"},
+        {NEEDED R"(, "screens": {"import": 5}})", "screens: \"import\" is no text"},
+        {NEEDED R"(, "screens": {"favorites": "a"}})", "favorites: an object is needed"},
+        {NEEDED R"(, "screens": {"favorites": {}}})", "favorites: \"screen\" is missing"},
+        {NEEDED R"(, "screens": {"favorites": {"screen": "a", "toggle": "b"}}})",
+            "favorites: \"toggle\" and \"ids\" belong together"},
+        {NEEDED R"(, "screens": {"favorites": {"screen": "a", "ids": ["b"]}}})",
+            "favorites: \"toggle\" and \"ids\" belong together"},
+        {NEEDED R"(, "screens": {"favorites": {"screen": "a", "toggle": "b?c=d", "ids": ["e"]}}})",
+            "favorites: \"toggle\" holds what is no path without parameters"},
+        {NEEDED R"(, "screens": {"account": {"value": "a"}}})", "account: \"type\" is missing"},
+        {NEEDED R"(, "screens": {"account": {"type": "account"}}})",
+            "account: \"value\" is missing"},
+        {NEEDED R"(, "screens": {"account": {"value": "a", "type": "bank"}}})",
+            "account: \"type\" is none of tuneInAccount, account"},
         {R"({"format": 1, "id": 5})", "\"id\" is no text"},
         {R"({"format": 1, "id": "../a"})", "\"id\" is no word"},
         {"{\"format\": 1, \"id\": \"" + longText + "\"}", "\"id\" is no text"},
