@@ -276,6 +276,14 @@
         <translation>Nicht gespeichert: Zu viel wartet auf den Datenträger.</translation>
     </message>
     <message>
+        <source>Not saved: these are no keys with values.</source>
+        <translation>Nicht gespeichert: Das sind keine Schlüssel mit Werten.</translation>
+    </message>
+    <message>
+        <source>Not saved: a plug-in may not keep that much.</source>
+        <translation>Nicht gespeichert: So viel darf ein Plug-in nicht behalten.</translation>
+    </message>
+    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>Von allem, was angezeigt wird, und der Listen, mit denen Dienste antworten.</translation>
     </message>

@@ -276,6 +276,14 @@
         <translation>No se ha guardado: hay demasiado esperando al disco.</translation>
     </message>
     <message>
+        <source>Not saved: these are no keys with values.</source>
+        <translation>No se ha guardado: no son claves con valores.</translation>
+    </message>
+    <message>
+        <source>Not saved: a plug-in may not keep that much.</source>
+        <translation>No se ha guardado: un complemento no puede conservar tanto.</translation>
+    </message>
+    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>De todo lo que se muestra y de las listas con que responden los servicios.</translation>
     </message>

@@ -276,6 +276,14 @@
         <translation>Non enregistré : trop de choses attendent le disque.</translation>
     </message>
     <message>
+        <source>Not saved: these are no keys with values.</source>
+        <translation>Non enregistré : ce ne sont pas des clés avec des valeurs.</translation>
+    </message>
+    <message>
+        <source>Not saved: a plug-in may not keep that much.</source>
+        <translation>Non enregistré : un module ne peut pas conserver autant.</translation>
+    </message>
+    <message>
         <source>Of everything that is shown, and of the lists that services answer with.</source>
         <translation>De tout ce qui s’affiche, et des listes que renvoient les services.</translation>
     </message>

@@ -23,10 +23,12 @@
 #include "host/rpc/ServiceFaults.h"
 #include "host/settings/HostValues.h"
 #include "host/settings/SettingsStore.h"
+#include "host/store/PluginStores.h"
 #include "host/web/Artwork.h"
 #include "host/web/WebFiles.h"
 #include "plugin/runtime/HostFolders.h"
 #include "plugin/runtime/UiLanguage.h"
+#include "plugin/supervision/PluginStoreAccess.h"
 
 #include <QTimer>
 
@@ -60,6 +62,9 @@ Host::~Host()
     m_services.reset();
     m_language.reset();
     m_network.reset();
+    if (m_stores)
+        m_root->removeWorker(m_stores.get());
+    m_stores.reset();
     m_settings.reset();
     m_root->removeWorker(m_values.get());
 }
@@ -98,6 +103,8 @@ bool Host::setUpValues()
         Q_EMIT failed(loaded.error());
         return false;
     }
+    m_stores = std::make_unique<PluginStores>(folder, m_settings->held());
+    m_root->addWorker(PluginStoreAccess::prefix(), m_stores.get());
     return true;
 }
 
@@ -150,7 +157,8 @@ void Host::setUpPlayer()
 
 void Host::setUpPlugins()
 {
-    m_plugins = std::make_unique<Plugins>(m_options, m_values.get(), m_playLogic.get());
+    m_plugins
+        = std::make_unique<Plugins>(m_options, m_values.get(), m_playLogic.get(), m_stores.get());
     connect(m_plugins.get(), &Plugins::loaded, this, [this] {
         if (m_stopping)
             return;
@@ -265,7 +273,9 @@ void Host::finishStop()
     if (m_stopped)
         return;
     m_stopped = true;
-    const bool isKept = m_settings->close();
+    const auto deadline = std::chrono::steady_clock::now() + SettingsStore::EndTime;
+    const bool areSettingsKept = m_settings->close();
+    const bool isKept = (!m_stores || m_stores->close(deadline)) && areSettingsKept;
     // A recording is complete once its play has ended.
     const bool hasPlayed = !m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime);
     Q_EMIT stopped(isKept && hasPlayed);

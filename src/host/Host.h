@@ -21,6 +21,7 @@ class NetworkMonitor;
 class PlayLogic;
 class PlayerMethods;
 class Plugins;
+class PluginStores;
 class RpcMethods;
 class ServiceFaults;
 class ServicesWorker;
@@ -83,6 +84,7 @@ private:
     std::unique_ptr<CMRootWorker> m_root;
     std::unique_ptr<CMValuesWorker> m_values;
     std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<PluginStores> m_stores;
     std::unique_ptr<NetworkMonitor> m_network;
     std::unique_ptr<UiLanguage> m_language;
     std::unique_ptr<ServicesWorker> m_services;

@@ -14,6 +14,7 @@
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/ServiceFaults.h"
 #include "host/settings/HostValues.h"
+#include "host/store/PluginStores.h"
 #include "plugin/runtime/HostFolders.h"
 #include "plugin/runtime/PluginWatch.h"
 #include "plugin/supervision/InProcessPlugin.h"
@@ -47,12 +48,13 @@ TrString excuseWords(ExcuseDeclaration::Meaning meaning)
 
 } // namespace
 
-Plugins::Plugins(
-    const HostOptions &options, CMValuesWorker *values, PlayLogic *player, QObject *parent)
+Plugins::Plugins(const HostOptions &options, CMValuesWorker *values, PlayLogic *player,
+    PluginStores *stores, QObject *parent)
     : QObject(parent)
     , m_options(options)
     , m_values(values)
     , m_player(player)
+    , m_stores(stores)
 {
     // Directly, so that the workers have a value before the next request.
     connect(
@@ -103,6 +105,8 @@ std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
     const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
     std::unique_ptr<Plugin> plugin = m_options.inProcess ? makeInProcessPlugin(options, config)
                                                          : makeSupervisedPlugin(options, config);
+    if (plugin->descriptor().needs.store)
+        plugin->setStore(m_stores->open(plugin->descriptor().id));
     const auto isTold
         = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
     connect(plugin.get(), &Plugin::restarting, m_player, [this, isTold] {

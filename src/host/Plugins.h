@@ -15,6 +15,7 @@ class AddressGate;
 class CMValuesWorker;
 class InProcessPlugin;
 class PlayLogic;
+class PluginStores;
 class PluginThread;
 class PluginWatch;
 class ServiceFaults;
@@ -24,13 +25,13 @@ struct StartMessage;
 
 /// All plug-ins of a host, in its process or each in one of its own, as the options say. Keeps the
 /// processes informed of the values and of what plays, and the plug-ins of the settings that they
-/// have read. Main thread, with an event loop; \a values and \a player must outlive it.
+/// have read. Main thread, with an event loop; \a values, \a player and \a stores must outlive it.
 class Plugins : public QObject {
     Q_OBJECT
 
 public:
     Plugins(const HostOptions &options, CMValuesWorker *values, PlayLogic *player,
-        QObject *parent = nullptr);
+        PluginStores *stores, QObject *parent = nullptr);
     ~Plugins() override;
 
     /// Loads those of the options, or without any those that are installed. Emits loaded() when
@@ -69,6 +70,7 @@ private:
     const HostOptions m_options;
     CMValuesWorker *const m_values;
     PlayLogic *const m_player;
+    PluginStores *const m_stores;
     int m_loading = 0;
     bool m_unloading = false;
     std::unique_ptr<PluginWatch> m_watch; ///< null unless plug-ins run in this process

@@ -24,9 +24,7 @@ void VeskStore::write(const Changes &changes, Done done)
     for (auto it = changes.constBegin(); it != changes.constEnd(); ++it)
         sent.insert(it.key(), it->isNull() ? QVariant() : QVariant(*it));
     const auto answer = std::make_shared<CMReplyData<QVariant>>();
-    // The reply's own reference is not needed: the answer ends with an error if it is dropped.
-    CMRoot()->request(
-        CMSetDataRequest(m_path, VeskRoles::Value(), sent, CMReply<QVariant>(answer)));
+    // Before it is sent, so that even an answer that is there at once comes through the event loop.
     answer->whenFinished(this, [this, changes, answer, done = std::move(done)] {
         const CMError error = answer->error();
         for (auto it = changes.constBegin(); error.isEmpty() && it != changes.constEnd(); ++it) {
@@ -37,4 +35,6 @@ void VeskStore::write(const Changes &changes, Done done)
         }
         done(error);
     });
+    CMRoot()->request(
+        CMSetDataRequest(m_path, VeskRoles::Value(), sent, CMReply<QVariant>(answer)));
 }

@@ -43,6 +43,8 @@ public:
     /// cannot be written is no failure, but then nothing is kept until the next start, and changes
     /// are refused.
     Result<void, QString> load();
+    /// Whether this process may write to the folder, after load(); true without a folder.
+    const Result<void, files::Problem> &held() const { return m_held; }
     /// Waits until all requested changes are written and answered; later ones are refused. Returns
     /// false when the disk takes longer than EndTime.
     bool close();

@@ -228,8 +228,11 @@ Result<void, QString> NodeLink::handleRequest(const RequestMessage &message)
         if (const auto completed = weak.lock())
             sendResponse(*sender, id, *completed);
     });
+    const CMRequest request = message.request(reply);
+    if (m_handler.requested && m_handler.requested(request))
+        return {};
     // Queued with its worker rather than handled here, which could block the thread that receives.
-    CMRoot()->post(message.request(reply));
+    CMRoot()->post(request);
     return {};
 }
 

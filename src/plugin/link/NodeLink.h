@@ -46,6 +46,9 @@ public:
         /// The other side cancels a request, whose \a reply is completed right after. May be null.
         /// On the thread that receives.
         std::function<void(const std::shared_ptr<CMReplyAbstractData> &reply)> cancelled;
+        /// Whether the other side's \a request was taken here and so does not go to this process's
+        /// root. May be null. On the thread that receives; it returns soon.
+        std::function<bool(const CMRequest &request)> requested;
         /// A request is about to be sent. May be null. On the thread that makes the request.
         std::function<void()> requesting;
     };

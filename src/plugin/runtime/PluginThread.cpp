@@ -46,6 +46,8 @@ Result<WorkerCreate, QString> loadLibrary(const QString &file)
 PluginThread::PluginThread(const QString &file, const QVariantHash &config)
     : m_file(file)
     , m_config(config)
+    , m_storePath(CMPath::fromVariant(
+          config.value(QStringLiteral("store")).toHash().value(QStringLiteral("path"))))
 {
     setObjectName(QFileInfo(file).baseName());
 }

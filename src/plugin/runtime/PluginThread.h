@@ -28,6 +28,9 @@ public:
     /// that did. Null when there is none. \a thread must be running; any thread may ask.
     static PluginThread *homeOf(QThread *thread);
 
+    /// Of the plug-in's store; empty when its configuration has none. Any thread.
+    const CMPath &storePath() const { return m_storePath; }
+
     /// Calls \a done on the thread of \a context when the worker has handled all requests that were
     /// made before, or when it cannot. Between loaded() and the end of the event loop.
     void whenIdle(QObject *context, std::function<void()> done);
@@ -44,5 +47,6 @@ private:
 
     const QString m_file;
     QVariantHash m_config;
+    const CMPath m_storePath;
     CMNodesWorker *m_worker = nullptr; ///< set before loaded()
 };

@@ -39,7 +39,7 @@ void InProcessPlugin::load()
 
 void InProcessPlugin::startThread()
 {
-    m_thread = std::make_unique<PluginThread>(file(), m_config);
+    m_thread = std::make_unique<PluginThread>(file(), withStore(m_config));
     connect(m_thread.get(), &PluginThread::loaded, this, &InProcessPlugin::onLoaded);
     veskConnect(m_thread.get(), &QThread::finished, this, &InProcessPlugin::onFinished);
     readSettings().begin();
@@ -54,7 +54,10 @@ void InProcessPlugin::replaceThread()
     if (m_watch)
         m_watch->forget(m_thread.get());
     m_thread.release()->deleteLater(); // this may be called by its signal
-    startThread();
+    whenStartable([this] {
+        if (m_phase == Phase::Renewing)
+            startThread();
+    });
 }
 
 void InProcessPlugin::onLoaded(const CMPath &root, const QString &error)

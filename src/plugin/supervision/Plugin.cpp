@@ -6,6 +6,8 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 
+#include <utility>
+
 VESK_LOGGER("Host")
 
 Plugin::Plugin(const QString &file, QObject *parent)
@@ -33,6 +35,21 @@ void Plugin::reject(const QString &reason)
     m_root = CMPath();
     m_error = reason;
     unload();
+}
+
+void Plugin::whenStartable(std::function<void()> start)
+{
+    if (m_store)
+        m_store->whenSettled(this, std::move(start));
+    else
+        start();
+}
+
+QVariantHash Plugin::withStore(QVariantHash config) const
+{
+    if (m_store)
+        config.insert(QStringLiteral("store"), m_store->config());
+    return config;
 }
 
 void Plugin::finishLoading(const CMPath &root, const QString &error)

@@ -5,10 +5,14 @@
 
 #include "api/values/CMPath.h"
 #include "plugin/supervision/PluginDescriptor.h"
+#include "plugin/supervision/PluginStoreAccess.h"
 #include "plugin/supervision/ReadSettings.h"
 
 #include <QObject>
 #include <QString>
+#include <QVariantHash>
+
+#include <functional>
 
 /// One plug-in: a library and the worker that it creates, in this process or in one of its own.
 /// Main thread, with an event loop.
@@ -35,6 +39,9 @@ public:
     virtual bool isRunning() const = 0;
     /// Whether its worker serves \a path.
     virtual bool serves(const CMPath &path) const = 0;
+
+    /// Gives it a store, which must outlive it; before load().
+    void setStore(PluginStoreAccess *store) { m_store = store; }
 
     /// The settings that it has read, as far as they are known.
     ReadSettings &readSettings() { return m_readSettings; }
@@ -68,6 +75,13 @@ protected:
     /// Replaces the worker, if it runs.
     virtual void renew() = 0;
     void finishLoading(const CMPath &root, const QString &error);
+    /// Calls \a start when the plug-in may be started: once what it wrote before is on the disk.
+    /// Directly where there is nothing to wait for.
+    void whenStartable(std::function<void()> start);
+    /// \a config with the store's part.
+    QVariantHash withStore(QVariantHash config) const;
+    /// Null when it has none.
+    PluginStoreAccess *store() const { return m_store; }
 
 private:
     const QString m_file;
@@ -76,4 +90,5 @@ private:
     CMPath m_root;
     QString m_error;
     ReadSettings m_readSettings;
+    PluginStoreAccess *m_store = nullptr;
 };

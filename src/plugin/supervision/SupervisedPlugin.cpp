@@ -114,6 +114,7 @@ void SupervisedPlugin::openLink(int socket)
             this, [=] { onLinkEnded(run, reason); }, Qt::QueuedConnection);
     };
     handler.requesting = [this] { startPatience(); };
+    handler.requested = [this](const CMRequest &request) { return takeStoreRequest(request); };
     handler.received
         = [this, run = m_run, seen = Seen()](MessageKind kind, const QByteArray &payload) mutable {
               return received(kind, payload, run, seen);
@@ -179,13 +180,31 @@ void SupervisedPlugin::onHello(int run)
 {
     if (run != m_run || m_phase != Phase::Loading || !m_remote.link())
         return;
-    readSettings().begin();
-    m_remote.release();
-    m_remote.sendStart([this] {
-        StartMessage start = m_options.start();
-        start.answerForm = descriptor().answers;
-        return start;
+    whenStartable([this, run] {
+        if (run != m_run || m_phase != Phase::Loading || !m_remote.link())
+            return;
+        readSettings().begin();
+        m_remote.release();
+        m_remote.sendStart([this] {
+            StartMessage start = m_options.start();
+            start.config = withStore(std::move(start.config));
+            start.answerForm = descriptor().answers;
+            return start;
+        });
     });
+}
+
+/// A request of the process to the host's tree: whether it is for a store, and so handled here. Any
+/// thread.
+bool SupervisedPlugin::takeStoreRequest(const CMRequest &request) const
+{
+    if (request.path().prefix() != PluginStoreAccess::prefix())
+        return false;
+    if (store() && request.path() == store()->path())
+        store()->request(request);
+    else
+        request.reply().setError(CMNoNodeError());
+    return true;
 }
 
 void SupervisedPlugin::onLoaded(int run, const LoadedMessage &message)

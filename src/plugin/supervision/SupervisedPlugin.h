@@ -85,6 +85,7 @@ private:
     void expectProcess();
     void openLink(int socket);
     void onHello(int run);
+    bool takeStoreRequest(const CMRequest &request) const;
     void onLoaded(int run, const LoadedMessage &message);
     void onLinkEnded(int run, const QString &reason);
     void onProcessFinished(const QString &reason);

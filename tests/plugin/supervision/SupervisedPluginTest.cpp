@@ -292,6 +292,62 @@ TEST_F(SupervisedPluginTest, RequestsGoInBothDirections)
     m_root.removeWorker(&values);
 }
 
+/// A store that only counts what reaches it.
+class CountingStore : public PluginStoreAccess {
+public:
+    const CMPath &path() const override { return m_path; }
+    QVariantHash config() const override { return {}; }
+    void whenSettled(QObject *context, std::function<void()> function) override
+    {
+        QTimer::singleShot(0, context, std::move(function));
+    }
+    void request(const CMRequest &request) override
+    {
+        ++requests;
+        request.reply().setValue(requests);
+    }
+
+    int requests = 0;
+
+private:
+    const CMPath m_path = ::path("store:own");
+};
+
+TEST_F(SupervisedPluginTest, AProcessReachesNoStoreButItsOwn)
+{
+    HoldingWorker held(m_root); // nothing at the root answers either
+    m_root.addWorker(PluginStoreAccess::prefix(), &held);
+    CountingStore store;
+    make("good");
+    m_plugin->setStore(&store);
+    m_plugin->load();
+    ASSERT_TRUE(spinUntil([this] { return m_loadFinished > 0; }));
+    const auto send = [this](const char *what, const QVariant &value) {
+        const Answer answer = setData(m_root, path(what), VeskRoles::Value(), value);
+        EXPECT_TRUE(answer.spin());
+        return answer;
+    };
+    EXPECT_FALSE(send("Fake:ask?path=store%3Aown", 1).isError());
+    EXPECT_FALSE(send("Fake:ask?path=store%3Aown", QByteArray(1 << 20, 'x')).isError())
+        << "on the link's own thread";
+    for (const char *other : {"Fake:ask?path=store%3Aother", "Fake:ask?path=store%3Aown%2Fx",
+             "Fake:ask?path=store%3A", "Fake:ask?path=store%3Aown%3Fa%3Db"})
+        EXPECT_EQ(send(other, 1).errorName(), CMError::NoNodeName()) << other;
+    EXPECT_EQ(store.requests, 2);
+    m_plugin.reset();
+}
+
+TEST_F(SupervisedPluginTest, AProcessWithoutAStoreReachesNone)
+{
+    HoldingWorker held(m_root);
+    m_root.addWorker(PluginStoreAccess::prefix(), &held);
+    loadGood();
+    const Answer answer
+        = setData(m_root, path("Fake:ask?path=store%3Afake"), VeskRoles::Value(), QVariantHash());
+    ASSERT_TRUE(answer.spin());
+    EXPECT_EQ(answer.errorName(), CMError::NoNodeName());
+}
+
 TEST_F(SupervisedPluginTest, SendsValuesToTheProcess)
 {
     loadGood();
