@@ -675,10 +675,6 @@
         <translation>So sieht die Liste jetzt aus:</translation>
     </message>
     <message>
-        <source>there is not one service but several or none: name one with --in</source>
-        <translation>es gibt nicht einen Dienst, sondern mehrere oder keinen: nenne einen mit --in</translation>
-    </message>
-    <message>
         <source>this service has no favorites</source>
         <translation>dieser Dienst hat keine Favoriten</translation>
     </message>
@@ -733,10 +729,6 @@
     <message>
         <source>there are no streams to choose from</source>
         <translation>es gibt keine Streams zur Auswahl</translation>
-    </message>
-    <message>
-        <source>that did not work: the menu offers "%1" now</source>
-        <translation>das hat nicht geklappt: das Menü bietet jetzt "%1"</translation>
     </message>
     <message>
         <source>the menu has no entry for favorites</source>
@@ -837,6 +829,62 @@
     <message>
         <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
         <translation>kein Host unter %1: %2. Starte einen mit "vesk-host", oder sage mit --host oder VESK_HOST, wo er ist.</translation>
+    </message>
+    <message>
+        <source>there are several services for this: name one with --in (%1)</source>
+        <translation>dafür gibt es mehrere Dienste: nenne einen mit --in (%1)</translation>
+    </message>
+    <message>
+        <source>there is no service "%1"; there are: %2</source>
+        <translation>es gibt keinen Dienst "%1"; es gibt: %2</translation>
+    </message>
+    <message>
+        <source>this service has no accounts</source>
+        <translation>dieser Dienst hat keine Konten</translation>
+    </message>
+    <message>
+        <source>that did not work: the favorites are as they were</source>
+        <translation>das hat nicht geklappt: die Favoriten sind wie zuvor</translation>
+    </message>
+    <message>
+        <source>Still waiting for: %1</source>
+        <translation>Es fehlt noch: %1</translation>
+    </message>
+    <message>
+        <source>%1 more with --in %2</source>
+        <translation>%1 weitere mit --in %2</translation>
+    </message>
+    <message>
+        <source>%1 is a folder</source>
+        <translation>%1 ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>%1 is no ordinary file</source>
+        <translation>%1 ist keine gewöhnliche Datei</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB</source>
+        <translation>%1 ist größer als 1 MiB</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped</source>
+        <translation>%1: %2 hinzugefügt, %3 schon bekannt, %4 übersprungen</translation>
+    </message>
+    <message>
+        <source>this service takes no files</source>
+        <translation>dieser Dienst nimmt keine Dateien an</translation>
+    </message>
+    <message>
+        <source>this service gives no files</source>
+        <translation>dieser Dienst gibt keine Dateien heraus</translation>
+    </message>
+    <message>
+        <source>"%1" is no format; there are: %2</source>
+        <translation>"%1" ist kein Format; es gibt: %2</translation>
+    </message>
+    <message>
+        <source>%1: written</source>
+        <translation>%1: geschrieben</translation>
     </message>
 </context>
 <context>

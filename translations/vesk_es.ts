@@ -675,10 +675,6 @@
         <translation>Esta es la lista ahora:</translation>
     </message>
     <message>
-        <source>there is not one service but several or none: name one with --in</source>
-        <translation>no hay un servicio, sino varios o ninguno: nombra uno con --in</translation>
-    </message>
-    <message>
         <source>this service has no favorites</source>
         <translation>este servicio no tiene favoritos</translation>
     </message>
@@ -733,10 +729,6 @@
     <message>
         <source>there are no streams to choose from</source>
         <translation>no hay flujos para elegir</translation>
-    </message>
-    <message>
-        <source>that did not work: the menu offers "%1" now</source>
-        <translation>eso no funcionó: el menú ofrece ahora "%1"</translation>
     </message>
     <message>
         <source>the menu has no entry for favorites</source>
@@ -837,6 +829,62 @@
     <message>
         <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
         <translation>no hay host en %1: %2. Inicia uno con "vesk-host", o di con --host o VESK_HOST dónde está.</translation>
+    </message>
+    <message>
+        <source>there are several services for this: name one with --in (%1)</source>
+        <translation>hay varios servicios para esto: indique uno con --in (%1)</translation>
+    </message>
+    <message>
+        <source>there is no service "%1"; there are: %2</source>
+        <translation>no hay ningún servicio "%1"; hay: %2</translation>
+    </message>
+    <message>
+        <source>this service has no accounts</source>
+        <translation>este servicio no tiene cuentas</translation>
+    </message>
+    <message>
+        <source>that did not work: the favorites are as they were</source>
+        <translation>no ha funcionado: los favoritos siguen como estaban</translation>
+    </message>
+    <message>
+        <source>Still waiting for: %1</source>
+        <translation>Aún se espera a: %1</translation>
+    </message>
+    <message>
+        <source>%1 more with --in %2</source>
+        <translation>%1 más con --in %2</translation>
+    </message>
+    <message>
+        <source>%1 is a folder</source>
+        <translation>%1 es una carpeta</translation>
+    </message>
+    <message>
+        <source>%1 is no ordinary file</source>
+        <translation>%1 no es un archivo normal</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB</source>
+        <translation>%1 ocupa más de 1 MiB</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped</source>
+        <translation>%1: %2 añadidas, %3 ya conocidas, %4 omitidas</translation>
+    </message>
+    <message>
+        <source>this service takes no files</source>
+        <translation>este servicio no acepta archivos</translation>
+    </message>
+    <message>
+        <source>this service gives no files</source>
+        <translation>este servicio no ofrece archivos</translation>
+    </message>
+    <message>
+        <source>"%1" is no format; there are: %2</source>
+        <translation>"%1" no es un formato; hay: %2</translation>
+    </message>
+    <message>
+        <source>%1: written</source>
+        <translation>%1: escrito</translation>
     </message>
 </context>
 <context>

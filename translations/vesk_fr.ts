@@ -675,10 +675,6 @@
         <translation>Voici la liste maintenant :</translation>
     </message>
     <message>
-        <source>there is not one service but several or none: name one with --in</source>
-        <translation>il n'y a pas un service, mais plusieurs ou aucun : nommez-en un avec --in</translation>
-    </message>
-    <message>
         <source>this service has no favorites</source>
         <translation>ce service n'a pas de favoris</translation>
     </message>
@@ -733,10 +729,6 @@
     <message>
         <source>there are no streams to choose from</source>
         <translation>il n'y a pas de flux au choix</translation>
-    </message>
-    <message>
-        <source>that did not work: the menu offers "%1" now</source>
-        <translation>cela n'a pas marché : le menu propose maintenant « %1 »</translation>
     </message>
     <message>
         <source>the menu has no entry for favorites</source>
@@ -837,6 +829,62 @@
     <message>
         <source>no host at %1: %2. Start one with "vesk-host", or say with --host or VESK_HOST where it is.</source>
         <translation>pas d'hôte à %1 : %2. Démarrez-en un avec « vesk-host », ou dites où il est avec --host ou VESK_HOST.</translation>
+    </message>
+    <message>
+        <source>there are several services for this: name one with --in (%1)</source>
+        <translation>plusieurs services conviennent : nommez-en un avec --in (%1)</translation>
+    </message>
+    <message>
+        <source>there is no service "%1"; there are: %2</source>
+        <translation>il n'y a pas de service "%1" ; il y a : %2</translation>
+    </message>
+    <message>
+        <source>this service has no accounts</source>
+        <translation>ce service n'a pas de comptes</translation>
+    </message>
+    <message>
+        <source>that did not work: the favorites are as they were</source>
+        <translation>cela n'a pas marché : les favoris sont comme avant</translation>
+    </message>
+    <message>
+        <source>Still waiting for: %1</source>
+        <translation>Encore en attente de : %1</translation>
+    </message>
+    <message>
+        <source>%1 more with --in %2</source>
+        <translation>%1 de plus avec --in %2</translation>
+    </message>
+    <message>
+        <source>%1 is a folder</source>
+        <translation>%1 est un dossier</translation>
+    </message>
+    <message>
+        <source>%1 is no ordinary file</source>
+        <translation>%1 n'est pas un fichier ordinaire</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB</source>
+        <translation>%1 dépasse 1 Mio</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped</source>
+        <translation>%1 : %2 ajoutées, %3 déjà connues, %4 ignorées</translation>
+    </message>
+    <message>
+        <source>this service takes no files</source>
+        <translation>ce service n'accepte pas de fichiers</translation>
+    </message>
+    <message>
+        <source>this service gives no files</source>
+        <translation>ce service ne fournit pas de fichiers</translation>
+    </message>
+    <message>
+        <source>"%1" is no format; there are: %2</source>
+        <translation>"%1" n'est pas un format ; il y a : %2</translation>
+    </message>
+    <message>
+        <source>%1: written</source>
+        <translation>%1 : écrit</translation>
     </message>
 </context>
 <context>

@@ -3,17 +3,18 @@
 
 #include "ctl/CtlCommandLine.h"
 #include "ctl/PasswordInput.h"
-#include "ctl/Places.h"
+#include "ctl/Services.h"
 
 #include "api/values/VeskRoles.h"
-#include "api/values/VeskTuneInAccount.h"
-#include "api/values/VeskValue.h"
 
 #include <unistd.h>
 
 namespace {
 
-using Operation = VeskTuneInAccountOperation;
+/// The SDK's codes of what is done to an account.
+struct Operation {
+    enum Enum : int { Create = 2, Join, Drop, Query, Remind, Reset, Claim };
+};
 
 /// The link between this device and a service's account.
 class Account {
@@ -26,10 +27,10 @@ public:
     CtlResult<> run(Operation::Enum operation);
 
 private:
-    CtlResult<> query(const CMPath &path);
-    CtlResult<> write(const CMPath &path, const VeskTuneInAccount &account);
+    CtlResult<> query(const Service &service);
+    CtlResult<> write(const Service &service, const QVariantHash &account);
     CtlResult<QString> askPassword(Operation::Enum operation);
-    void tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &result);
+    void tell(const QVariantHash &sent, const QVariantHash &result);
     void tellLink(const QString &userName);
 
     HostSession &m_session;
@@ -37,8 +38,8 @@ private:
 
 bool needsPassword(Operation::Enum operation)
 {
-    return operation == Operation::create || operation == Operation::join
-        || operation == Operation::drop;
+    return operation == Operation::Create || operation == Operation::Join
+        || operation == Operation::Drop;
 }
 
 /// Letters and digits with blanks between them are easier to read aloud and to copy.
@@ -52,39 +53,43 @@ QString spaced(const QString &code)
 
 CtlResult<> Account::run(Operation::Enum operation)
 {
-    const auto service = Places(m_session).service();
+    const auto service
+        = Services(m_session).only(&Service::account, ctlText("this service has no accounts"));
     if (!service)
         return failure(service.error());
-    const CMPath path(service->prefix(), QStringLiteral("account"));
-    if (operation == Operation::query)
-        return query(path);
+    if (operation == Operation::Query)
+        return query(*service);
     const CtlOptions &options = m_session.options();
-    VeskTuneInAccount account;
-    account.setOperation(operation);
-    account.setUserName(options.userName);
-    account.setEmail(options.email);
-    account.setPostalCode(options.postalCode);
-    account.setCity(options.city);
-    account.setCountryId(options.countryId);
+    QVariantHash account {{QStringLiteral("operation"), operation}};
+    const auto add = [&](const char *name, const QString &value) {
+        if (!value.isEmpty())
+            account.insert(QLatin1String(name), value);
+    };
+    add("userName", options.userName);
+    add("email", options.email);
+    add("postalCode", options.postalCode);
+    add("city", options.city);
+    add("countryId", options.countryId);
     if (needsPassword(operation)) {
         const auto password = askPassword(operation);
         if (!password)
             return failure(password.error());
-        account.setPassword(*password);
+        account.insert(QStringLiteral("password"), *password);
     }
-    return write(path, account);
+    return write(*service, account);
 }
 
-CtlResult<> Account::query(const CMPath &path)
+CtlResult<> Account::query(const Service &service)
 {
-    QVariantHash params = pathParams(path);
+    QVariantHash params = pathParams(service.account);
     params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Value()});
     const RpcAnswer answer = m_session.answer(QStringLiteral("getData"), params);
     // A device without an account is no failure here.
     if (answer.kind != RpcAnswer::Result && !isNotLinked(answer))
         return m_session.report(answer);
     const QVariantList values = answer.result.toHash().value(QStringLiteral("values")).toList();
-    tellLink(VeskValue(values.value(0).toHash()).tuneInAccount().userName());
+    const QVariantHash account = values.value(0).toHash().value(service.accountKey).toHash();
+    tellLink(account.value(QStringLiteral("userName")).toString());
     return {};
 }
 
@@ -103,7 +108,7 @@ CtlResult<QString> Account::askPassword(Operation::Enum operation)
     if (!password)
         return m_session.fail(CtlStatus::BadUsage, password.error());
     // A typing error would lock its owner out of the new account.
-    if (operation == Operation::create && ::isatty(input)) {
+    if (operation == Operation::Create && ::isatty(input)) {
         const auto again = readPassword(input, ctlText("Once more: "));
         if (!again)
             return m_session.fail(CtlStatus::BadUsage, again.error());
@@ -115,46 +120,50 @@ CtlResult<QString> Account::askPassword(Operation::Enum operation)
     return *password;
 }
 
-CtlResult<> Account::write(const CMPath &path, const VeskTuneInAccount &account)
+CtlResult<> Account::write(const Service &service, const QVariantHash &account)
 {
-    VeskValue value;
-    value.setTuneInAccount(account);
-    QVariantHash params = pathParams(path);
+    QVariantHash params = pathParams(service.account);
     params.insert(QStringLiteral("role"), VeskRoles::Value());
-    params.insert(QStringLiteral("value"), value.toHash());
+    params.insert(QStringLiteral("value"),
+        QVariantHash {
+            {QStringLiteral("type"), service.accountType}, {service.accountKey, account}});
     const auto result = m_session.call(QStringLiteral("setData"), params);
     if (!result)
         return failure(result.error());
-    tell(account, VeskValue(result->value(QStringLiteral("value")).toHash()).tuneInAccount());
+    tell(account,
+        result->value(QStringLiteral("value")).toHash().value(service.accountKey).toHash());
     return {};
 }
 
-void Account::tell(const VeskTuneInAccount &sent, const VeskTuneInAccount &result)
+void Account::tell(const QVariantHash &sent, const QVariantHash &result)
 {
-    const QString user = sent.userName();
+    const QString user = sent.value(QStringLiteral("userName")).toString();
+    const QString claimKey = result.value(QStringLiteral("claimKey")).toString();
+    const QString claimMessage = result.value(QStringLiteral("claimMessage")).toString();
+    const int operation = sent.value(QStringLiteral("operation")).toInt();
     const QVariantHash linked {{QStringLiteral("userName"), user},
-        {QStringLiteral("linked"), sent.operation() == Operation::join}};
-    switch (sent.operation()) {
-    case Operation::claim:
+        {QStringLiteral("linked"), operation == Operation::Join}};
+    switch (operation) {
+    case Operation::Claim:
         if (m_session.options().json) {
-            m_session.printJson(QVariantHash {{QStringLiteral("claimKey"), result.claimKey()},
-                {QStringLiteral("claimMessage"), result.claimMessage()}});
+            m_session.printJson(QVariantHash {{QStringLiteral("claimKey"), claimKey},
+                {QStringLiteral("claimMessage"), claimMessage}});
             return;
         }
-        m_session.printText(result.claimMessage());
+        m_session.printText(claimMessage);
         m_session.terminal().out << "\n    "
-                                 << m_session.style().bold(printableText(spaced(result.claimKey())))
+                                 << m_session.style().bold(printableText(spaced(claimKey)))
                                  << "\n\n";
         return;
-    case Operation::create:
+    case Operation::Create:
         return m_session.tell(ctlText("%1: made").arg(user), {{QStringLiteral("userName"), user}});
-    case Operation::join:
+    case Operation::Join:
         return m_session.tell(ctlText("%1: linked").arg(user), linked);
-    case Operation::drop:
+    case Operation::Drop:
         return m_session.tell(ctlText("%1: not linked any more").arg(user), linked);
     default:
-        return m_session.tell(
-            ctlText("asked for; it comes by e-mail"), {{QStringLiteral("email"), sent.email()}});
+        return m_session.tell(ctlText("asked for; it comes by e-mail"),
+            {{QStringLiteral("email"), sent.value(QStringLiteral("email"))}});
     }
 }
 
@@ -175,12 +184,12 @@ void addAccountCommands(Command app, CtlCommandLine &line)
     const auto addEmail = [&](Command command) {
         command.addOption("EMAIL", options.email, "The account's e-mail address").required();
     };
-    add("status", "Tell the account of this device", Operation::query);
-    add("claim", "Get a code to link this device with", Operation::claim);
-    addUser(add("join", "Link this device", Operation::join));
-    addUser(add("drop", "Undo the link", Operation::drop));
+    add("status", "Tell the account of this device", Operation::Query);
+    add("claim", "Get a code to link this device with", Operation::Claim);
+    addUser(add("join", "Link this device", Operation::Join));
+    addUser(add("drop", "Undo the link", Operation::Drop));
 
-    Command create = add("create", "Make an account", Operation::create);
+    Command create = add("create", "Make an account", Operation::Create);
     addUser(create);
     create.addOption("--email", options.email, "Its e-mail address").required();
     CommandOption postalCode
@@ -192,7 +201,7 @@ void addAccountCommands(Command app, CtlCommandLine &line)
     city.needs(country);
     country.needs(city);
 
-    addEmail(add("remind", "Have the user name sent", Operation::remind));
+    addEmail(add("remind", "Have the user name sent", Operation::Remind));
     // Services may also accept a user name here, but only together with its password.
-    addEmail(add("reset", "Have a new password sent", Operation::reset));
+    addEmail(add("reset", "Have a new password sent", Operation::Reset));
 }

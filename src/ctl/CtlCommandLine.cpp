@@ -4,6 +4,7 @@
 #include "ctl/CtlCommandLine.h"
 
 #include "api/web/VeskUrl.h"
+#include "ctl/Services.h"
 
 #include <QVector>
 
@@ -18,6 +19,8 @@ constexpr char Help[]
       "was shown last (3, or 3/0/12 for rows behind it), the same from the first list\n"
       "on (/3/0/12), favorites or favorites/2, search:WORDS or search:WORDS/2, a row's\n"
       "path (ls -l) or its id.\n"
+      "\n"
+      "\"veskctl SERVICE COMMAND\" is short for \"veskctl COMMAND --in SERVICE\".\n"
       "\n"
       "Examples:\n"
       "  veskctl ls                     what there is\n"
@@ -79,11 +82,18 @@ QString complaint(const QString &word, const char *kind, const QStringList &know
     return QStringLiteral("%1; there are: %2").arg(text, known.join(QLatin1String(", ")));
 }
 
-/// Names the first argument that is no command or option where one is expected, with the most
-/// similar one, if any is.
-Result<void, QString> checkWords(const Command &program, const QStringList &arguments)
+/// An argument that is no command or option where one is expected, and what to say about it: the
+/// most similar one, if any is.
+struct BadWord {
+    QString complaint;
+    /// Its index, when it is in the place of the first command; else -1.
+    int first = -1;
+};
+
+Result<void, BadWord> checkWords(const Command &program, const QStringList &arguments)
 {
     Command at = program;
+    bool isFirst = true;
     for (int i = 0; i < arguments.size(); ++i) {
         const QString &word = arguments.at(i);
         if (word == QLatin1String("--"))
@@ -92,7 +102,7 @@ Result<void, QString> checkWords(const Command &program, const QStringList &argu
             const QString name = word.section(QLatin1Char('='), 0, 0);
             const std::optional<bool> hasValue = at.takesValue(name);
             if (!hasValue)
-                return failure(complaint(name, "option", at.options()));
+                return failure(BadWord {complaint(name, "option", at.options())});
             if (*hasValue && !word.contains(QLatin1Char('=')))
                 ++i;
             continue;
@@ -102,8 +112,9 @@ Result<void, QString> checkWords(const Command &program, const QStringList &argu
             continue;
         const std::optional<Command> command = at.command(word);
         if (!command)
-            return failure(complaint(word, "command", names));
+            return failure(BadWord {complaint(word, "command", names), isFirst ? i : -1});
         at = *command;
+        isFirst = false;
     }
     return {};
 }
@@ -130,6 +141,25 @@ CtlCommandLine ended(int status, const QString &text, const QStringList &argumen
     return line;
 }
 
+/// A first word that is no command may be the id of a service, which only the host knows.
+CtlCommandLine ofService(QStringList arguments, const QString &environmentHost, const BadWord &bad)
+{
+    if (bad.first < 0)
+        return ended(2, bad.complaint, arguments);
+    const QString id = arguments.takeAt(bad.first);
+    CtlCommandLine line = parseCtlCommandLine(arguments, environmentHost);
+    // Of several such words, the first is the one to complain about.
+    if (!line.run || !line.options.service.isEmpty())
+        return ended(2, bad.complaint, arguments);
+    line.options.service = id;
+    line.run = [run = line.run, id, complaint = bad.complaint](HostSession &session) {
+        if (const auto checked = Services(session).check(id, complaint); !checked)
+            return checked;
+        return run(session);
+    };
+    return line;
+}
+
 } // namespace
 
 Command addCommand(Command parent, const char *name, const char *description, CtlCommandLine &line,
@@ -149,8 +179,8 @@ CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &
     app.setVersion("veskctl " VESK_VERSION);
     app.addOption("--host", host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
     app.addFlag("--json", line.options.json, "Print JSON, errors as well");
-    app.addOption("--in", service, "The service; without it, the only one that there is")
-        .valueName("PATH");
+    app.addOption("--in", service, "One service, by its id or path; without it, all that fit")
+        .valueName("SERVICE");
     app.requireCommand();
     app.allowOptionsAnywhere();
     app.setFooter(Help);
@@ -158,17 +188,17 @@ CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &
     addPlayerCommands(app, line);
     addMenuCommands(app, line);
     addAccountCommands(app, line);
+    addFileCommands(app, line);
 
     // CLI11 would only name the first word that is left over.
     if (const auto checked = checkWords(app, arguments); !checked)
-        return ended(2, checked.error(), arguments);
+        return ofService(arguments, environmentHost, checked.error());
     if (const auto end = app.read(arguments))
         return ended(end->status, end->text, arguments);
     if (service) {
-        const QString path = QString::fromStdString(*service);
-        line.options.service = CMPath::fromEncoded(path);
+        line.options.service = QString::fromStdString(*service);
         if (line.options.service.isEmpty())
-            return ended(2, QStringLiteral("\"%1\" is no path").arg(path), arguments);
+            return ended(2, QStringLiteral("\"\" is no service"), arguments);
     }
     if (host || !environmentHost.isEmpty()) {
         const auto address = hostAddress(host ? QString::fromStdString(*host) : environmentHost);

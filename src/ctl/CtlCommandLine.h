@@ -35,3 +35,4 @@ void addScreenCommands(Command app, CtlCommandLine &line);
 void addPlayerCommands(Command app, CtlCommandLine &line);
 void addMenuCommands(Command app, CtlCommandLine &line);
 void addAccountCommands(Command app, CtlCommandLine &line);
+void addFileCommands(Command app, CtlCommandLine &line);

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "api/values/CMPath.h"
-
 #include <QString>
 #include <QStringList>
 
@@ -13,8 +11,8 @@ struct CtlOptions {
     /// For every command. Ends with "/".
     QString host = QStringLiteral("http://127.0.0.1:8765/");
     bool json = false;
-    /// Empty for the only service that there is.
-    CMPath service;
+    /// The id of a service, or a path below it; empty for all.
+    QString service;
 
     /// The words of a place, of a name or of a search.
     QStringList words;
@@ -31,6 +29,11 @@ struct CtlOptions {
     bool paths = false;
     /// The row to choose; -1 for none.
     int choice = -1;
+    /// What to import, and where to export to; empty for standard output.
+    QStringList files;
+    QString file;
+    /// Empty for what the file's name says.
+    QString format;
     bool wait = false;
     bool watch = false;
 

@@ -13,7 +13,21 @@
 
 namespace {
 
-/// An error as --json prints it.
+/// The host answers with an empty list and a problem when the service could not be asked.
+RpcAnswer withProblem(const QString &method, RpcAnswer answer)
+{
+    const QString problem = method == QLatin1String("getRows")
+        ? answer.result.toHash().value(QStringLiteral("problem")).toString()
+        : QString();
+    if (answer.kind == RpcAnswer::Result && !problem.isEmpty()) {
+        answer.kind = RpcAnswer::Error;
+        answer.message = answer.problem = problem;
+    }
+    return answer;
+}
+
+} // namespace
+
 QVariantHash errorJson(const RpcAnswer &answer)
 {
     QVariantHash error {{QStringLiteral("message"), answer.message}};
@@ -28,11 +42,14 @@ QVariantHash errorJson(const RpcAnswer &answer)
     return {{QStringLiteral("error"), error}};
 }
 
-} // namespace
-
 QString ctlText(const char *source)
 {
     return QCoreApplication::translate("Ctl", source);
+}
+
+QString slowText()
+{
+    return ctlText("The service is slow; waiting for its answer.");
 }
 
 QVariantHash pathParams(const CMPath &path)
@@ -52,11 +69,7 @@ HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
     , m_client(options.host)
     , m_shown(terminal.memory, terminal.name, options.host)
 {
-    m_client.setSlow([this, told = false]() mutable {
-        if (!told)
-            note(ctlText("The service is slow; waiting for its answer."));
-        told = true;
-    });
+    setSlowNote(&slowText);
 }
 
 /// The host's texts stand next to veskctl's own, so both are in one language.
@@ -76,16 +89,26 @@ RpcAnswer HostSession::answer(const QString &method, const QVariantHash &params)
 {
     if (!m_begun)
         adoptHostLanguage();
-    RpcAnswer answer = m_client.call(method, params);
-    // The host answers with an empty list and a problem when the service could not be asked.
-    const QString problem = method == QLatin1String("getRows")
-        ? answer.result.toHash().value(QStringLiteral("problem")).toString()
-        : QString();
-    if (answer.kind == RpcAnswer::Result && !problem.isEmpty()) {
-        answer.kind = RpcAnswer::Error;
-        answer.message = answer.problem = problem;
-    }
-    return answer;
+    return withProblem(method, m_client.call(method, params));
+}
+
+void HostSession::send(
+    const QString &method, const QVariantHash &params, RpcClient::Answered answered)
+{
+    if (!m_begun)
+        adoptHostLanguage();
+    m_client.send(method, params, [method, answered = std::move(answered)](const RpcAnswer &got) {
+        answered(withProblem(method, got));
+    });
+}
+
+void HostSession::setSlowNote(std::function<QString()> slow)
+{
+    m_client.setSlow([this, slow = std::move(slow), told = false]() mutable {
+        if (!told)
+            note(slow());
+        told = true;
+    });
 }
 
 CtlResult<QVariantHash> HostSession::call(const QString &method, const QVariantHash &params)
@@ -98,23 +121,28 @@ CtlResult<QVariantHash> HostSession::call(const QString &method, const QVariantH
 
 Failure<CtlStatus> HostSession::report(const RpcAnswer &answer)
 {
-    if (answer.kind == RpcAnswer::NoHost) {
-        return fail(CtlStatus::NoHost,
-            ctlText("no host at %1: %2. Start one with \"vesk-host\", or say with --host or "
-                    "VESK_HOST where it is.")
-                .arg(m_options.host, answer.message));
-    }
+    if (answer.kind == RpcAnswer::NoHost)
+        return fail(CtlStatus::NoHost, textOf(answer));
     if (m_options.json) {
         printJson(errorJson(answer));
         return failure(CtlStatus::Failed);
     }
+    return fail(CtlStatus::Failed, textOf(answer));
+}
+
+QString HostSession::textOf(const RpcAnswer &answer) const
+{
+    if (answer.kind == RpcAnswer::NoHost) {
+        return ctlText("no host at %1: %2. Start one with \"vesk-host\", or say with --host or "
+                       "VESK_HOST where it is.")
+            .arg(m_options.host, answer.message);
+    }
     if (!answer.problem.isEmpty())
-        return fail(CtlStatus::Failed, answer.problem);
+        return answer.problem;
     // These messages are whole sentences for users, to which the title adds nothing.
     const bool isWhole = answer.title.isEmpty() || answer.code == RpcAnswer::EntryGone
         || answer.code == RpcAnswer::NotOffered;
-    return fail(CtlStatus::Failed,
-        isWhole ? answer.message : QStringLiteral("%1: %2").arg(answer.title, answer.message));
+    return isWhole ? answer.message : QStringLiteral("%1: %2").arg(answer.title, answer.message);
 }
 
 Failure<CtlStatus> HostSession::fail(CtlStatus status, const QString &message)

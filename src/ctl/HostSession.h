@@ -12,6 +12,7 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
 #include <ostream>
 
 /// The exit status of a veskctl that failed.
@@ -64,9 +65,16 @@ public:
     CtlResult<QVariantHash> call(const QString &method, const QVariantHash &params = {});
     /// How a call ended, not reported.
     RpcAnswer answer(const QString &method, const QVariantHash &params = {});
+    /// Sends a call; \a answered is called by the client's waitForAnswers(), with an answer like
+    /// those of answer().
+    void send(const QString &method, const QVariantHash &params, RpcClient::Answered answered);
+    /// Makes \a note what is told on standard error when an answer takes long, once.
+    void setSlowNote(std::function<QString()> note);
 
     /// Report a failure: on standard error, or as JSON with --json.
     Failure<CtlStatus> report(const RpcAnswer &answer);
+    /// What report() says, for users.
+    QString textOf(const RpcAnswer &answer) const;
     Failure<CtlStatus> fail(CtlStatus status, const QString &message);
     /// A line on standard error that is no failure.
     void note(const QString &message);
@@ -88,6 +96,10 @@ private:
     bool m_begun = false;
 };
 
+/// What is told when an answer takes long.
+QString slowText();
+/// A failed answer as --json prints it: an object with the member `error`.
+QVariantHash errorJson(const RpcAnswer &answer);
 /// Whether a service says that this device is linked to no account.
 bool isNotLinked(const RpcAnswer &answer);
 /// The parameters of a call about \a path.

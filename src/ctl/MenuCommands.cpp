@@ -4,10 +4,6 @@
 #include "ctl/CtlCommandLine.h"
 #include "ctl/Player.h"
 
-#include "api/values/VeskMediaData.h"
-
-#include <optional>
-
 namespace {
 
 /// Runs the menu entry \a entry, where it is one that is run.
@@ -94,140 +90,101 @@ CtlResult<> streams(HostSession &session)
     return showOrChoose(session, *screen, words.isEmpty());
 }
 
-/// Makes rows favorites, or removes them, through the entry that their menus have for it.
-///
-/// One entry does both, and only its title, in the user's language, says which. Rows of the
-/// favorites themselves have the title that removes, so that one is looked up there.
+/// Folders among the favorites that are read at most.
+constexpr int MaxFolders = 20;
+
+QString noEntry()
+{
+    return ctlText("the menu has no entry for favorites");
+}
+
+/// Makes rows favorites, or removes them, through the entry that their menus have for it. One entry
+/// does both, so the favorites are read before and after.
 class Favorites {
 public:
     explicit Favorites(HostSession &session)
         : m_session(session)
         , m_screens(session)
-        , m_places(session)
     {
     }
 
     CtlResult<> change(bool add);
 
 private:
-    struct Entry {
-        QString title;
-        CMPath path;
-    };
-    struct Screen {
-        CMPath menu; ///< of its first favorite; empty for none
-        QList<CMPath> folders;
-    };
-
-    CtlResult<> toggle(bool add, const Menu &item, const Entry &entry, QString removing);
-    CtlResult<Entry> findEntry(const CMPath &menu);
-    /// The title of the entry that removes; empty while there is no favorite.
-    CtlResult<QString> findRemoving();
-    CtlResult<Screen> readScreen(const CMPath &screen);
+    CtlResult<> toggle(const Service &service, const CMPath &menu);
+    CtlResult<bool> isFavorite(const Service &service, const QStringList &ids);
     CtlResult<> tell(const Menu &item, bool isFavorite, bool changed);
 
     HostSession &m_session;
     Screens m_screens;
-    Places m_places;
 };
-
-/// A show, or a station. The menu of a favorite that is a bare address, which the directory does
-/// not know, always offers to add it.
-bool hasTellingMenu(const VeskRoles &row)
-{
-    return row.type() == VeskRolesType::container
-        || (row.type() == VeskRolesType::audio && row.mediaData().metaData().live());
-}
 
 CtlResult<> Favorites::change(bool add)
 {
-    const auto item = m_places.menu(m_session.options().words);
+    const auto item = Places(m_session).menu(m_session.options().words);
     if (!item)
         return failure(item.error());
-    const auto removing = findRemoving();
-    if (!removing)
-        return failure(removing.error());
-    // Last of all: an entry does what the title that was requested last said, for whichever row.
-    const auto entry = findEntry(item->path);
-    if (!entry)
-        return failure(entry.error());
-    const bool isFavorite = !removing->isEmpty() && entry->title == *removing;
-    if (isFavorite == add)
-        return tell(*item, isFavorite, false);
-    return toggle(add, *item, *entry, *removing);
+    const auto service = Services(m_session).of(item->path, &Service::favorites, noFavorites());
+    if (!service)
+        return failure(service.error());
+    const QStringList ids = service->idsOf(item->path);
+    if (ids.isEmpty())
+        return m_session.fail(CtlStatus::Failed, noEntry());
+    const auto before = isFavorite(*service, ids);
+    if (!before)
+        return failure(before.error());
+    if (*before == add)
+        return tell(*item, add, false);
+    if (const auto toggled = toggle(*service, item->path); !toggled)
+        return failure(toggled.error());
+    const auto after = isFavorite(*service, ids);
+    if (!after)
+        return failure(after.error());
+    if (*after != add) {
+        return m_session.fail(
+            CtlStatus::Failed, ctlText("that did not work: the favorites are as they were"));
+    }
+    return tell(*item, add, true);
 }
 
-CtlResult<> Favorites::toggle(bool add, const Menu &item, const Entry &entry, QString removing)
+CtlResult<> Favorites::toggle(const Service &service, const CMPath &menu)
 {
-    if (const auto result = activate(m_session, entry.path); !result)
-        return failure(result.error());
-    if (removing.isEmpty()) {
-        const auto found = findRemoving();
-        if (!found)
-            return failure(found.error());
-        removing = *found;
-    }
-    const auto now = findEntry(item.path);
-    if (!now)
-        return failure(now.error());
-    if ((now->title == removing) != add) {
-        return m_session.fail(CtlStatus::Failed,
-            ctlText("that did not work: the menu offers \"%1\" now").arg(now->title));
-    }
-    return tell(item, add, true);
-}
-
-CtlResult<Favorites::Entry> Favorites::findEntry(const CMPath &menu)
-{
-    const auto rows
-        = m_screens.rows(menu, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()});
+    const auto rows = m_screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()});
     if (!rows)
         return failure(rows.error());
     for (const VeskRoles &row : *rows) {
-        if (row.type() == VeskRolesType::activate)
-            return Entry {row[VeskRoles::Title()].toString(), row.path()};
+        const CMPath path = row.path();
+        if (row.type() != VeskRolesType::activate || !service.changesFavorites(path))
+            continue;
+        if (const auto result = activate(m_session, path); !result)
+            return failure(result.error());
+        return {};
     }
-    return m_session.fail(CtlStatus::Failed, ctlText("the menu has no entry for favorites"));
+    return m_session.fail(CtlStatus::Failed, noEntry());
 }
 
-CtlResult<QString> Favorites::findRemoving()
+/// Whether one of \a ids is among the favorites or in one of their folders, which hold no others.
+CtlResult<bool> Favorites::isFavorite(const Service &service, const QStringList &ids)
 {
-    const auto favorites = m_places.resolve(CtlPlace::favorites());
-    if (!favorites)
-        return failure(favorites.error());
-    QList<CMPath> folders {favorites->path};
-    for (int i = 0; i < folders.size(); ++i) {
-        const auto screen = readScreen(folders.at(i));
-        if (!screen)
-            return failure(screen.error());
-        if (!screen->menu.isEmpty()) {
-            const auto entry = findEntry(screen->menu);
-            if (!entry)
-                return failure(entry.error());
-            return entry->title;
+    QList<CMPath> screens {service.favorites};
+    for (int i = 0; i < screens.size(); ++i) {
+        const auto rows = m_screens.allRows(
+            screens.at(i), QStringList {VeskRoles::Type(), VeskRoles::Path()} + menuRoles());
+        if (!rows)
+            return failure(rows.error());
+        for (const VeskRoles &row : *rows) {
+            const CMPath menu = menuOf(row);
+            const QStringList found = service.idsOf(menu);
+            for (const QString &id : found) {
+                if (ids.contains(id))
+                    return true;
+            }
+            const bool isFolder = menu.isEmpty() && row.type() == VeskRolesType::container;
+            if (i == 0 && isFolder && !row.path().isEmpty() && screens.size() <= MaxFolders)
+                screens.append(row.path());
         }
-        // Folders hold no folders.
-        if (i == 0)
-            folders += screen->folders;
     }
-    return QString();
-}
-
-CtlResult<Favorites::Screen> Favorites::readScreen(const CMPath &screen)
-{
-    const auto rows
-        = m_screens.rows(screen, QStringList {VeskRoles::Type(), VeskRoles::Path()} + menuRoles());
-    if (!rows)
-        return failure(rows.error());
-    Screen read;
-    for (const VeskRoles &row : *rows) {
-        const CMPath menu = menuOf(row);
-        if (read.menu.isEmpty() && !menu.isEmpty() && hasTellingMenu(row))
-            read.menu = menu;
-        if (menu.isEmpty() && row.type() == VeskRolesType::container && !row.path().isEmpty())
-            read.folders.append(row.path());
-    }
-    return read;
+    return false;
 }
 
 CtlResult<> Favorites::tell(const Menu &item, bool isFavorite, bool changed)

@@ -4,22 +4,9 @@
 #include "ctl/Places.h"
 
 #include "api/values/VeskMediaData.h"
-
-#include <algorithm>
+#include "ctl/Groups.h"
 
 namespace {
-
-const CMPath &servicesPath()
-{
-    static const CMPath path(QStringLiteral("host"), QStringLiteral("services"));
-    return path;
-}
-
-/// The parameter that links to the favorites have, whatever the language.
-bool leadsToFavorites(const CMPath &path)
-{
-    return path.param(QStringLiteral("c")) == QLatin1String("presets");
-}
 
 CMPath playingMenuOf(const VeskRoles &row)
 {
@@ -39,6 +26,16 @@ CtlResult<Spot> screenSpot(const CtlPlace &place, const CtlResult<CMPath> &scree
 }
 
 } // namespace
+
+QString noSearch()
+{
+    return ctlText("this service offers no search");
+}
+
+QString noFavorites()
+{
+    return ctlText("this service has no favorites");
+}
 
 const QStringList &menuRoles()
 {
@@ -113,7 +110,7 @@ CtlResult<Spot> Places::start(const CtlPlace &place, QVector<int> &rest)
     case CtlPlace::Shown:
         return shown(place, rest);
     case CtlPlace::Root:
-        return screenSpot(place, root());
+        return screenSpot(place, m_services.root());
     case CtlPlace::Favorites:
         return screenSpot(place, favorites());
     case CtlPlace::Search:
@@ -137,7 +134,7 @@ CtlResult<Spot> Places::shown(CtlPlace place, QVector<int> &rest)
         row = m_session.shown().last(rest.first());
     if (row.screen.isEmpty()) {
         place.start = CtlPlace::Root;
-        return screenSpot(place, root());
+        return screenSpot(place, m_services.root());
     }
     CtlPlace behind = CtlPlace::of(row.screen);
     behind.rows = place.rows;
@@ -192,76 +189,33 @@ Failure<CtlStatus> Places::reportGone(const CMPath &screen, const RpcAnswer &ans
     return failed;
 }
 
-CtlResult<CMPath> Places::root()
-{
-    if (!m_session.options().service.isEmpty())
-        return m_session.options().service;
-    auto services = m_screens.rows(servicesPath(), {VeskRoles::Path()});
-    if (!services)
-        return failure(services.error());
-    // A plug-in that could not be loaded is listed without a path.
-    const auto failed = std::remove_if(services->begin(), services->end(),
-        [](const VeskRoles &row) { return row.path().isEmpty(); });
-    services->erase(failed, services->end());
-    return services->size() == 1 ? services->first().path() : servicesPath();
-}
-
-CtlResult<CMPath> Places::service()
-{
-    auto path = root();
-    if (!path || *path != servicesPath())
-        return path;
-    return m_session.fail(CtlStatus::BadUsage,
-        ctlText("there is not one service but several or none: name one with --in"));
-}
-
-/// No role says which row of a service leads to the favorites, so the path has to.
 CtlResult<CMPath> Places::favorites()
 {
-    const auto screen = service();
-    if (!screen)
-        return failure(screen.error());
-    const auto rows = m_screens.rows(*screen, {VeskRoles::Path()});
-    if (!rows)
-        return failure(rows.error());
-    for (const VeskRoles &row : *rows) {
-        if (leadsToFavorites(row.path()))
-            return row.path();
-    }
-    return m_session.fail(CtlStatus::Failed, ctlText("this service has no favorites"));
+    const auto service = m_services.only(&Service::favorites, noFavorites());
+    if (!service)
+        return failure(service.error());
+    return service->favorites;
 }
 
 CtlResult<CMPath> Places::found(const QString &text)
 {
-    const auto searched = service();
-    if (!searched)
-        return failure(searched.error());
-    QVariantHash params = pathParams(*searched);
-    params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Search()});
-    const auto result = m_session.call(QStringLiteral("getData"), params);
-    if (!result)
-        return failure(result.error());
-    const QVariantList values = result->value(QStringLiteral("values")).toList();
-    return query(VeskRoles(values.value(0).toHash()).path(), text);
+    const auto service = m_services.only(&Service::searches, noSearch());
+    if (!service)
+        return failure(service.error());
+    return found(*service, text);
 }
 
-CtlResult<CMPath> Places::query(const CMPath &searches, const QString &text)
+CtlResult<CMPath> Places::found(const Service &service, const QString &text)
 {
-    CtlResult<QList<VeskRoles>> rows = QList<VeskRoles>();
-    if (!searches.isEmpty()) {
-        rows = m_screens.rows(
-            searches, {VeskRoles::Type(), VeskRoles::Query(), VeskRoles::QueryPath()});
-    }
-    if (!rows)
-        return failure(rows.error());
-    for (const VeskRoles &row : qAsConst(*rows)) {
-        CMPath path = row.queryPath();
-        if (row.type() == VeskRolesType::query && !path.isEmpty()) {
-            path.addParam(row.query(), text);
-            return path;
-        }
-    }
-    return m_session.fail(CtlStatus::Failed, ctlText("this service offers no search"));
+    CtlResult<CMPath> path = failure(CtlStatus::Failed);
+    findResults(m_session, service, text, [&](const Result<CMPath, RpcAnswer> &screen) {
+        if (screen)
+            path = *screen;
+        else
+            path = m_session.report(screen.error());
+    });
+    m_session.client().waitForAnswers();
+    return path;
 }
 
 CtlResult<Menu> Places::menu(const QStringList &words)

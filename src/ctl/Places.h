@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ctl/Screens.h"
+#include "ctl/Services.h"
 
 /// What a place names: a screen, or a row of one.
 struct Spot {
@@ -32,6 +33,7 @@ public:
     explicit Places(HostSession &session)
         : m_session(session)
         , m_screens(session)
+        , m_services(session)
     {
     }
 
@@ -50,8 +52,8 @@ public:
     CtlResult<Menu> menu(const QStringList &words);
     /// The menu that it has while it plays, which leads to its streams.
     CtlResult<Menu> playingMenu(const QStringList &words);
-    /// The service that the options name, or the only one.
-    CtlResult<CMPath> service();
+    /// What \a service finds for \a text.
+    CtlResult<CMPath> found(const Service &service, const QString &text);
     /// Reports that the entry of \a screen is gone, and shows the list anew.
     Failure<CtlStatus> reportGone(const CMPath &screen, const RpcAnswer &answer);
 
@@ -63,17 +65,19 @@ private:
     CtlResult<Spot> open(const Spot &spot, int index);
     CtlResult<Spot> shown(CtlPlace place, QVector<int> &rest);
     CtlResult<Spot> withId(const QString &id);
-    /// The service, or the list of services.
-    CtlResult<CMPath> root();
     CtlResult<CMPath> favorites();
     CtlResult<CMPath> found(const QString &text);
-    CtlResult<CMPath> query(const CMPath &searches, const QString &text);
     CtlResult<Menu> menuOfRow(const QStringList &words, MenuOf menuOf);
     CtlResult<Menu> menuOfPlayer();
 
     HostSession &m_session;
     Screens m_screens;
+    Services m_services;
 };
+
+/// Why there are none, where a service was to have them.
+QString noSearch();
+QString noFavorites();
 
 /// The roles that menuOf() reads.
 const QStringList &menuRoles();

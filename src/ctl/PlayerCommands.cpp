@@ -2,8 +2,13 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "ctl/CtlCommandLine.h"
+#include "ctl/Groups.h"
 #include "ctl/Player.h"
 #include "ctl/RowText.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
 
 namespace {
 
@@ -110,20 +115,105 @@ CtlResult<> playSpot(HostSession &session, Spot spot)
     return Player(session).play(hit->spot);
 }
 
+CtlResult<> playHit(HostSession &session, const QString &name, const Hit &hit)
+{
+    if (!session.options().json) {
+        session.printText(ctlText("the best hit for \"%1\": %2").arg(name, hit.title));
+        session.terminal().out.flush();
+    }
+    return Player(session).play(hit.spot);
+}
+
+/// What one service found.
+struct Found {
+    CMPath screen;
+    QList<VeskRoles> rows;
+    std::optional<RpcAnswer> error;
+    int best = -1;
+    /// Of the best row.
+    int likeness = -1;
+};
+
+void takeRows(Found &found, const RpcAnswer &answer, const Wanted &wanted)
+{
+    if (answer.kind != RpcAnswer::Result) {
+        found.error = answer;
+        return;
+    }
+    const QVariantList rows = VeskRowsRoles(answer.result.toHash()).rows();
+    for (const QVariant &values : rows)
+        found.rows.append(namedRoles(hitRoles(), values.toList()));
+    found.best = bestRow(found.rows, VeskRolesType::audio, wanted);
+    if (found.best >= 0)
+        found.likeness
+            = likeness(plainText(found.rows.at(found.best)[VeskRoles::Title()]), wanted.name);
+}
+
+/// Asks all services, until one has a row of exactly that name; of slow services, no more is
+/// expected once another one has found something.
+std::vector<Found> findEverywhere(
+    HostSession &session, const QList<Service> &services, const QString &name, const Wanted &wanted)
+{
+    constexpr int Exact = 3;
+    std::vector<Found> all(static_cast<size_t>(services.size()));
+    bool isSlow = false;
+    for (int i = 0; i < services.size(); ++i) {
+        Found &found = all[static_cast<size_t>(i)];
+        findResults(session, services.at(i), name,
+            [&session, &found, wanted](const Result<CMPath, RpcAnswer> &screen) {
+                if (!screen) {
+                    found.error = screen.error();
+                    return;
+                }
+                found.screen = *screen;
+                QVariantHash params = pathParams(*screen);
+                params.insert(QStringLiteral("roles"), hitRoles());
+                session.send(QStringLiteral("getRows"), params,
+                    [&found, wanted](const RpcAnswer &answer) { takeRows(found, answer, wanted); });
+            });
+    }
+    session.client().setSlow([&isSlow] { isSlow = true; });
+    session.client().waitForAnswers([&] {
+        return std::any_of(all.begin(), all.end(),
+            [&](const Found &found) { return found.likeness >= (isSlow ? 0 : Exact); });
+    });
+    session.setSlowNote(&slowText);
+    return all;
+}
+
+/// Of the services with a row like that the first, else the first with a list that leads to one.
+CtlResult<Hit> bestOf(HostSession &session, const std::vector<Found> &all, const Wanted &wanted)
+{
+    const auto best = std::max_element(all.begin(), all.end(),
+        [](const Found &a, const Found &b) { return a.likeness < b.likeness; });
+    if (best->best >= 0) {
+        const VeskRoles &row = best->rows.at(best->best);
+        return Hit {{CtlPlace::of(best->screen).row(best->best), best->screen, best->best,
+                        row.path(), row.type()},
+            plainText(row[VeskRoles::Title()])};
+    }
+    for (const Found &found : all) {
+        if (bestRow(found.rows, VeskRolesType::container, wanted) >= 0)
+            return findBest(session, found.screen, wanted);
+    }
+    const bool hasFailed = std::all_of(
+        all.begin(), all.end(), [](const Found &found) { return found.error.has_value(); });
+    if (hasFailed)
+        return session.report(*all.front().error);
+    return session.fail(CtlStatus::Failed, ctlText("there is nothing to play"));
+}
+
 /// A name that could be an id must be in the title: the best hit for it would be a random one.
 CtlResult<> playByName(HostSession &session, const QString &name, bool isId)
 {
-    const auto list = Places(session).resolve(CtlPlace::found(name));
-    if (!list)
-        return failure(list.error());
-    const auto hit = findBest(session, list->path, {plain(name), isId ? 1 : 0});
+    const auto services = Services(session).with(&Service::searches, noSearch());
+    if (!services)
+        return failure(services.error());
+    const Wanted wanted {plain(name), isId ? 1 : 0};
+    const auto hit = bestOf(session, findEverywhere(session, *services, name, wanted), wanted);
     if (!hit)
         return failure(hit.error());
-    if (!session.options().json) {
-        session.printText(ctlText("the best hit for \"%1\": %2").arg(name, hit->title));
-        session.terminal().out.flush();
-    }
-    return Player(session).play(hit->spot);
+    return playHit(session, name, *hit);
 }
 
 /// Words that are no place are a name, and so is an id that was not shown.

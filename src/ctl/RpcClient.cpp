@@ -9,6 +9,7 @@
 #include <libsoup/soup.h>
 
 #include <deque>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -164,9 +165,52 @@ struct RpcClient::Private {
         if (!method.isEmpty()) {
             if (news.size() < MaxNews)
                 news.push_back({method, message.value(QStringLiteral("params")).toHash()});
-        } else if (message.value(QStringLiteral("id")).toInt() == awaited) {
+            return;
+        }
+        const int id = message.value(QStringLiteral("id")).toInt();
+        const auto call = sent.find(id);
+        if (call != sent.end()) {
+            arrived.push_back({std::move(call->second), readAnswer(message)});
+            sent.erase(call);
+        } else if (id == awaited) {
             answer = readAnswer(message);
         }
+    }
+
+    /// Returns the call's id, or why there is no connection.
+    Result<int, QString> request(const QString &method, const QVariantHash &params)
+    {
+        if (!connection) {
+            if (const auto connected = connect(); !connected)
+                return failure(connected.error());
+        }
+        const QByteArray text = VeskJson::write(QVariantHash {
+            {QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), ++lastId},
+            {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
+        soup_websocket_connection_send_text(connection, text.constData());
+        return lastId;
+    }
+
+    /// The answers of calls that will get none now.
+    void failSent()
+    {
+        for (auto &[id, answered] : sent)
+            arrived.push_back({std::move(answered), failed(problem)});
+        sent.clear();
+    }
+
+    void cancelSent()
+    {
+        for (const auto &[id, answered] : sent) {
+            const QByteArray text
+                = VeskJson::write(QVariantHash {{QStringLiteral("jsonrpc"), QStringLiteral("2.0")},
+                    {QStringLiteral("method"), QStringLiteral("cancel")},
+                    {QStringLiteral("params"), QVariantHash {{QStringLiteral("id"), id}}}});
+            if (connection)
+                soup_websocket_connection_send_text(connection, text.constData());
+        }
+        sent.clear();
+        arrived.clear();
     }
 
     static void connected(GObject *session, GAsyncResult *result, gpointer data)
@@ -212,8 +256,17 @@ struct RpcClient::Private {
     bool connecting = false;
     /// Why there is no connection.
     QString problem;
+    int lastId = 0;
+    /// The id of the call() that waits.
     int awaited = 0;
     std::optional<RpcAnswer> answer;
+    /// The calls that were sent, by their ids, and the answers that have not been delivered.
+    std::map<int, Answered> sent;
+    struct Arrived {
+        Answered answered;
+        RpcAnswer answer;
+    };
+    std::deque<Arrived> arrived;
     struct News {
         QString method;
         QVariantHash params;
@@ -243,16 +296,12 @@ void RpcClient::setNotified(Notified notified)
 
 RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
 {
-    if (!d->connection) {
-        if (const auto connected = d->connect(); !connected)
-            return failed(connected.error());
-    }
-    const QByteArray request = VeskJson::write(QVariantHash {
-        {QStringLiteral("jsonrpc"), QStringLiteral("2.0")}, {QStringLiteral("id"), ++d->awaited},
-        {QStringLiteral("method"), method}, {QStringLiteral("params"), params}});
     d->answer.reset();
     d->news.clear();
-    soup_websocket_connection_send_text(d->connection, request.constData());
+    const auto id = d->request(method, params);
+    if (!id)
+        return failed(id.error());
+    d->awaited = *id;
     const Timer slow(d->context, SlowMs, [this] {
         if (d->slow)
             d->slow();
@@ -263,6 +312,42 @@ RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
     while (!d->answer && d->connection)
         g_main_context_iteration(d->context, TRUE);
     return d->answer ? *d->answer : failed(d->problem);
+}
+
+void RpcClient::send(const QString &method, const QVariantHash &params, Answered answered)
+{
+    const auto id = d->request(method, params);
+    if (id)
+        d->sent.emplace(*id, std::move(answered));
+    else
+        d->arrived.push_back({std::move(answered), failed(id.error())});
+}
+
+void RpcClient::waitForAnswers(const std::function<bool()> &enough)
+{
+    const Timer slow(d->context, SlowMs, [this] {
+        if (d->slow)
+            d->slow();
+    });
+    std::optional<Timer> tooLate;
+    const auto waitOn = [&] {
+        tooLate.emplace(
+            d->context, AnswerTimeoutMs, [this] { d->fail(QStringLiteral("it does not answer")); });
+    };
+    waitOn();
+    while ((!d->sent.empty() || !d->arrived.empty()) && !(enough && enough())) {
+        if (!d->arrived.empty()) {
+            const Private::Arrived first = std::move(d->arrived.front());
+            d->arrived.pop_front();
+            first.answered(first.answer);
+            waitOn();
+        } else if (d->connection) {
+            g_main_context_iteration(d->context, TRUE);
+        } else {
+            d->failSent();
+        }
+    }
+    d->cancelSent();
 }
 
 bool RpcClient::waitUntil(const std::function<bool()> &done)

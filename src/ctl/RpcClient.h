@@ -45,12 +45,20 @@ public:
     static constexpr int SlowMs = 3000;
 
     using Notified = std::function<void(const QString &method, const QVariantHash &params)>;
+    using Answered = std::function<void(const RpcAnswer &answer)>;
 
     /// \a host is an http address that ends with "/".
     explicit RpcClient(const QString &host);
     ~RpcClient();
 
     RpcAnswer call(const QString &method, const QVariantHash &params);
+
+    /// Sends a call without waiting. \a answered is called by waitForAnswers(), in the order in
+    /// which answers arrive; it may send() more, but not call().
+    void send(const QString &method, const QVariantHash &params, Answered answered);
+    /// Waits until all calls that were sent are answered, or \a enough returns true, which is
+    /// called after each answer and after SlowMs; the calls that are left are then cancelled.
+    void waitForAnswers(const std::function<bool()> &enough = {});
 
     /// \a slow is called when a call has waited for SlowMs. It must not call() itself.
     void setSlow(std::function<void()> slow);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "ctl/CtlCommandLine.h"
+#include "ctl/Groups.h"
 #include "ctl/Places.h"
 #include "ctl/RowText.h"
 
@@ -49,6 +50,36 @@ CtlResult<> show(HostSession &session, const CtlPlace &place)
     return Screens(session).show(spot->path, spot->place, *form);
 }
 
+/// Of one service its whole list, of several one list each.
+CtlResult<> searchFor(HostSession &session, const QString &text)
+{
+    const auto form = listForm(session);
+    if (!form)
+        return failure(form.error());
+    const auto services = Services(session).with(&Service::searches, noSearch());
+    if (!services)
+        return failure(services.error());
+    if (services->size() > 1)
+        return Groups(session, *form).search(*services, text);
+    const auto screen = Places(session).found(services->first(), text);
+    if (!screen)
+        return failure(screen.error());
+    return Screens(session).show(*screen, CtlPlace::found(text), *form);
+}
+
+CtlResult<> favorites(HostSession &session)
+{
+    const auto form = listForm(session);
+    if (!form)
+        return failure(form.error());
+    const auto services = Services(session).with(&Service::favorites, noFavorites());
+    if (!services)
+        return failure(services.error());
+    if (services->size() > 1)
+        return Groups(session, *form).favorites(*services);
+    return Screens(session).show(services->first().favorites, CtlPlace::favorites(), *form);
+}
+
 CtlResult<> list(HostSession &session)
 {
     const QStringList &words = session.options().words;
@@ -57,6 +88,10 @@ CtlResult<> list(HostSession &session)
     const auto place = Places(session).read(words);
     if (!place)
         return failure(place.error());
+    if (place->rows.isEmpty() && place->start == CtlPlace::Search)
+        return searchFor(session, place->text);
+    if (place->rows.isEmpty() && place->start == CtlPlace::Favorites)
+        return favorites(session);
     return show(session, *place);
 }
 
@@ -65,7 +100,7 @@ CtlResult<> search(HostSession &session)
     const QString text = session.options().words.join(QLatin1Char(' ')).trimmed();
     if (text.isEmpty())
         return session.fail(CtlStatus::BadUsage, ctlText("search for what?"));
-    return show(session, CtlPlace::found(text));
+    return searchFor(session, text);
 }
 
 void printValues(HostSession &session, const QStringList &roles, const QVariantList &values)
@@ -144,9 +179,7 @@ void addScreenCommands(Command app, CtlCommandLine &line)
     find.addOption("WORD", options.words, "What to search for").required();
     addListOptions(find, options);
 
-    addListOptions(addCommand(app, "favorites", "Show the favorites", line,
-                       [](HostSession &session) { return show(session, CtlPlace::favorites()); }),
-        options);
+    addListOptions(addCommand(app, "favorites", "Show the favorites", line, &favorites), options);
 
     Command read = addCommand(app, "get", "Print a value", line, &get);
     read.addOption("PLACE", options.place, "The value, row or list").required();

@@ -13,14 +13,6 @@ namespace {
 /// Rows per request.
 constexpr int Range = 100;
 
-/// A row without any of the requested roles is not shown.
-bool isEmpty(const QVariant &row)
-{
-    const QVariantList values = row.toList();
-    return std::all_of(
-        values.begin(), values.end(), [](const QVariant &value) { return value.isNull(); });
-}
-
 QVariantHash rowsParams(const CMPath &path, const QStringList &roles)
 {
     QVariantHash params = pathParams(path);
@@ -28,7 +20,8 @@ QVariantHash rowsParams(const CMPath &path, const QStringList &roles)
     return params;
 }
 
-/// A row's \a values under the names of the \a roles that were requested.
+} // namespace
+
 VeskRoles namedRoles(const QStringList &roles, const QVariantList &values)
 {
     VeskRoles row;
@@ -39,7 +32,17 @@ VeskRoles namedRoles(const QStringList &roles, const QVariantList &values)
     return row;
 }
 
-} // namespace
+bool isEmptyRow(const QVariantList &values)
+{
+    return std::all_of(
+        values.begin(), values.end(), [](const QVariant &value) { return value.isNull(); });
+}
+
+QVariantHash listJson(const CtlPlace &place, const CMPath &path, const VeskRoles &screen)
+{
+    return {{QStringLiteral("title"), screen[VeskRoles::Title()]},
+        {QStringLiteral("path"), path.toEncoded()}, {QStringLiteral("place"), place.toText()}};
+}
 
 CtlResult<> Screens::show(const CMPath &path, const CtlPlace &place, const ListForm &form)
 {
@@ -85,6 +88,20 @@ CtlResult<QList<VeskRoles>> Screens::callRows(const QVariantHash &params, const 
     for (const QVariant &values : list)
         rows.append(namedRoles(roles, values.toList()));
     return rows;
+}
+
+CtlResult<QList<VeskRoles>> Screens::allRows(const CMPath &path, const QStringList &roles)
+{
+    QList<VeskRoles> all;
+    const auto take = [&](int, const VeskRowsRoles &part) {
+        const QVariantList rows = part.rows();
+        for (const QVariant &values : rows)
+            all.append(namedRoles(roles, values.toList()));
+        return true;
+    };
+    if (const auto fetched = fetch(path, roles, {}, take); !fetched)
+        return failure(fetched.error());
+    return all;
 }
 
 CtlResult<std::optional<int>> Screens::find(const CMPath &screen, const CMPath &row)
@@ -135,7 +152,7 @@ CtlResult<> Screens::print(const CMPath &path, const CtlPlace &place, const List
             const VeskRoles row = namedRoles(roles, values.toList());
             shown.append(row.path().toEncoded());
             types.append(row.type());
-            if (!isEmpty(values))
+            if (!isEmptyRow(values.toList()))
                 texts.append(printer.text(index, row));
             ++index;
         }
@@ -161,14 +178,12 @@ CtlResult<> Screens::printAsJson(const CMPath &path, const CtlPlace &place, cons
     QVariantHash list;
     QVariantList rows;
     const auto take = [&](int first, const VeskRowsRoles &screen) {
-        list.insert(QStringLiteral("title"), screen.roles()[VeskRoles::Title()]);
-        list.insert(QStringLiteral("path"), path.toEncoded());
-        list.insert(QStringLiteral("place"), place.toText());
+        list = listJson(place, path, screen.roles());
         list.insert(QStringLiteral("rowsCount"), screen.rowsCount());
         int index = first;
         const QVariantList values = screen.rows();
         for (const QVariant &value : values) {
-            if (!isEmpty(value)) {
+            if (!isEmptyRow(value.toList())) {
                 rows.append(rowJson(
                     place.row(index), index, namedRoles(VeskRoles::all(), value.toList()), state));
             }

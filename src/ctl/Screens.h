@@ -26,6 +26,13 @@ struct ListForm {
     bool streamsOfPlayer = false;
 };
 
+/// A row's \a values under the names of the \a roles that were requested.
+VeskRoles namedRoles(const QStringList &roles, const QVariantList &values);
+/// Whether a row has none of the requested roles; it is not shown.
+bool isEmptyRow(const QVariantList &values);
+/// A list as JSON, without its rows.
+QVariantHash listJson(const CtlPlace &place, const CMPath &path, const VeskRoles &screen);
+
 /// Screens of the host, fetched and printed. One thread; the session must outlive it.
 class Screens {
 public:
@@ -43,6 +50,8 @@ public:
         const CMPath &path, int index, const QStringList &roles);
     /// The first rows, as many as the host returns by default.
     CtlResult<QList<VeskRoles>> rows(const CMPath &path, const QStringList &roles);
+    /// All rows.
+    CtlResult<QList<VeskRoles>> allRows(const CMPath &path, const QStringList &roles);
     /// The index at which the row with the path \a row is now, if it is still there.
     CtlResult<std::optional<int>> find(const CMPath &screen, const CMPath &row);
 

@@ -25,21 +25,31 @@ qint64 nowMs()
     return QDateTime::currentMSecsSinceEpoch();
 }
 
-QVector<int> typesIn(const QVariantHash &entry)
+ShownPart partIn(const QVariantHash &entry)
 {
-    QVector<int> types;
-    const QVariantList all = entry.value(QStringLiteral("types")).toList();
-    for (const QVariant &type : all)
-        types.append(type.toInt());
-    return types;
+    ShownPart part {CMPath::fromVariant(entry.value(QStringLiteral("screen"))),
+        entry.value(QStringLiteral("first")).toInt(),
+        entry.value(QStringLiteral("rows")).toStringList(), {}};
+    const QVariantList types = entry.value(QStringLiteral("types")).toList();
+    for (const QVariant &type : types)
+        part.types.append(type.toInt());
+    return part;
 }
 
-QVariantList toVariants(const QVector<int> &types)
+QVariantHash toVariant(const ShownPart &part)
 {
-    QVariantList all;
-    for (const int type : types)
-        all.append(type);
-    return all;
+    QVariantList types;
+    for (const int type : part.types)
+        types.append(type);
+    return {{QStringLiteral("screen"), part.screen.toEncoded()},
+        {QStringLiteral("first"), part.first}, {QStringLiteral("rows"), part.rows},
+        {QStringLiteral("types"), types}};
+}
+
+ShownRow rowOf(const ShownPart &part, int index)
+{
+    return {part.screen, part.first + index, CMPath::fromEncoded(part.rows.value(index)),
+        part.types.value(index)};
 }
 
 bool hasParamValue(const CMPath &path, const QString &value)
@@ -83,14 +93,33 @@ ShownLists::ShownLists(const QString &folder, const QString &terminal, const QSt
 void ShownLists::add(const CMPath &screen, int first, const QStringList &rows,
     const QVector<int> &types, bool isMenu)
 {
-    if (m_folder.isEmpty() || screen.isEmpty())
+    if (!screen.isEmpty())
+        add(List {m_host, first, {{screen, first, rows, types}}, nowMs(), isMenu});
+}
+
+void ShownLists::add(const QList<ShownPart> &parts)
+{
+    if (!parts.isEmpty())
+        add(List {m_host, 0, parts, nowMs(), false});
+}
+
+void ShownLists::add(const List &list)
+{
+    if (m_folder.isEmpty())
         return;
+    List kept = list;
+    int left = MaxRows;
+    for (ShownPart &part : kept.parts) {
+        part.rows = part.rows.mid(0, left);
+        part.types = part.types.mid(0, left);
+        left -= part.rows.size();
+    }
     QList<List> lists = read(m_file);
-    const auto isOlder
-        = [&](const List &list) { return list.host == m_host && list.screen == screen; };
+    const auto isOlder = [&](const List &other) {
+        return other.host == m_host && other.parts.first().screen == kept.parts.first().screen;
+    };
     lists.erase(std::remove_if(lists.begin(), lists.end(), isOlder), lists.end());
-    lists.prepend(
-        {m_host, screen, first, rows.mid(0, MaxRows), types.mid(0, MaxRows), nowMs(), isMenu});
+    lists.prepend(kept);
     write(lists.mid(0, MaxLists));
     forgetOldOnes();
 }
@@ -102,9 +131,15 @@ ShownRow ShownLists::last(int row) const
     const QList<List> lists = ofThisHost(read(m_file));
     if (lists.isEmpty())
         return {};
-    ShownRow shown = rowOf(lists.first(), row - lists.first().first);
-    shown.row = row;
-    return shown;
+    const List &list = lists.first();
+    int index = row - list.first;
+    for (const ShownPart &part : list.parts) {
+        // A number that was not shown belongs to the last screen.
+        if (index < part.rows.size() || &part == &list.parts.last())
+            return rowOf(part, index);
+        index -= part.rows.size();
+    }
+    return {};
 }
 
 ShownRow ShownLists::find(const CMPath &path) const
@@ -112,9 +147,11 @@ ShownRow ShownLists::find(const CMPath &path) const
     const QString text = path.toEncoded();
     const QList<List> lists = ofAllTerminals();
     for (const List &list : lists) {
-        const int index = list.rows.indexOf(text);
-        if (index >= 0)
-            return rowOf(list, index);
+        for (const ShownPart &part : list.parts) {
+            const int index = part.rows.indexOf(text);
+            if (index >= 0)
+                return rowOf(part, index);
+        }
     }
     return {};
 }
@@ -123,21 +160,15 @@ ShownRow ShownLists::findId(const QString &id) const
 {
     const QList<List> lists = ofAllTerminals();
     for (const List &list : lists) {
-        for (int i = 0; i < list.rows.size() && !list.isMenu; ++i) {
-            if (!list.rows.at(i).contains(id))
-                continue;
-            const CMPath path = CMPath::fromEncoded(list.rows.at(i));
-            if (hasParamValue(path, id))
-                return rowOf(list, i);
+        for (const ShownPart &part : list.parts) {
+            for (int i = 0; i < part.rows.size() && !list.isMenu; ++i) {
+                if (part.rows.at(i).contains(id)
+                    && hasParamValue(CMPath::fromEncoded(part.rows.at(i)), id))
+                    return rowOf(part, i);
+            }
         }
     }
     return {};
-}
-
-ShownRow ShownLists::rowOf(const List &list, int index)
-{
-    return {list.screen, list.first + index, CMPath::fromEncoded(list.rows.value(index)),
-        list.types.value(index)};
 }
 
 QList<ShownLists::List> ShownLists::read(const QString &file) const
@@ -155,13 +186,17 @@ QList<ShownLists::List> ShownLists::read(const QString &file) const
     const QVariantList all = VeskJson::parse(kept.readAll(), error).toList();
     for (const QVariant &value : all) {
         const QVariantHash entry = value.toHash();
-        const List list {entry.value(QStringLiteral("host")).toString(),
-            CMPath::fromVariant(entry.value(QStringLiteral("screen"))),
-            entry.value(QStringLiteral("first")).toInt(),
-            entry.value(QStringLiteral("rows")).toStringList(), typesIn(entry),
+        List list {entry.value(QStringLiteral("host")).toString(),
+            entry.value(QStringLiteral("first")).toInt(), {},
             entry.value(QStringLiteral("time")).toLongLong(),
             entry.value(QStringLiteral("menu")).toBool()};
-        if (!list.screen.isEmpty() && nowMs() - list.time < KeptMs)
+        const QVariantList parts = entry.value(QStringLiteral("parts")).toList();
+        for (const QVariant &part : parts)
+            list.parts.append(partIn(part.toHash()));
+        const bool isWhole = !list.parts.isEmpty()
+            && std::none_of(list.parts.begin(), list.parts.end(),
+                [](const ShownPart &part) { return part.screen.isEmpty(); });
+        if (isWhole && nowMs() - list.time < KeptMs)
             lists.append(list);
     }
     return lists;
@@ -192,11 +227,12 @@ void ShownLists::write(const QList<List> &lists) const
 {
     QVariantList all;
     for (const List &list : lists) {
+        QVariantList parts;
+        for (const ShownPart &part : list.parts)
+            parts.append(toVariant(part));
         all.append(QVariantHash {{QStringLiteral("host"), list.host},
-            {QStringLiteral("screen"), list.screen.toEncoded()},
-            {QStringLiteral("first"), list.first}, {QStringLiteral("rows"), list.rows},
-            {QStringLiteral("types"), toVariants(list.types)}, {QStringLiteral("time"), list.time},
-            {QStringLiteral("menu"), list.isMenu}});
+            {QStringLiteral("first"), list.first}, {QStringLiteral("parts"), parts},
+            {QStringLiteral("time"), list.time}, {QStringLiteral("menu"), list.isMenu}});
     }
     QDir().mkpath(QDir::cleanPath(m_folder + QStringLiteral("/..")));
     ::mkdir(m_folder.toLocal8Bit().constData(), S_IRWXU);

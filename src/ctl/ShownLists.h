@@ -19,6 +19,15 @@ struct ShownRow {
     int type = 0;
 };
 
+/// Rows of one screen, from row \a first on, that were shown.
+struct ShownPart {
+    CMPath screen;
+    int first = 0;
+    /// Their paths, and their VeskRolesTypes.
+    QStringList rows;
+    QVector<int> types;
+};
+
 /// The lists that users were shown lately, in one small file per terminal, so that a row's number,
 /// path or id can be typed afterwards: paths of screens and rows, nothing else. Lists are kept for
 /// half a day, at most MaxLists per terminal, with MaxRows rows each. Errors of reading and writing
@@ -36,6 +45,8 @@ public:
     /// entries of a menu can have the id of what they are about, so they are not found by it.
     void add(const CMPath &screen, int first, const QStringList &rows,
         const QVector<int> &types = {}, bool isMenu = false);
+    /// The same with rows of several screens, which are numbered from 0 on through all of them.
+    void add(const QList<ShownPart> &parts);
     /// Row \a row of the list that this terminal was shown last: without a screen when there was no
     /// list, without a path when the row had none or was not shown.
     ShownRow last(int row) const;
@@ -47,15 +58,14 @@ public:
 private:
     struct List {
         QString host;
-        CMPath screen;
+        /// The number of the first row.
         int first = 0;
-        QStringList rows;
-        QVector<int> types;
+        QList<ShownPart> parts;
         qint64 time = 0;
         bool isMenu = false;
     };
 
-    static ShownRow rowOf(const List &list, int index);
+    void add(const List &list);
     QList<List> read(const QString &file) const;
     QList<List> ofAllTerminals() const;
     QList<List> ofThisHost(QList<List> lists) const;

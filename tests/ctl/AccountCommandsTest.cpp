@@ -3,27 +3,32 @@
 
 #include "tests/ctl/FakeHost.h"
 
-#include "api/values/VeskTuneInAccount.h"
-#include "api/values/VeskValue.h"
-
 #include <gmock/gmock.h>
 
 namespace {
 
-using Operation = VeskTuneInAccountOperation;
 using testing::HasSubstr;
 using testing::Not;
 
-const QString Read = QStringLiteral("getData Good:account");
-const QString Write = QStringLiteral("setData Good:account");
+const QString Read = QStringLiteral("getData Good:me");
+const QString Write = QStringLiteral("setData Good:me");
+
+/// A service whose account is a value of the type 99 under the key "membership".
+VeskRoles withAccount(VeskRoles service)
+{
+    service.insert(QStringLiteral("account"),
+        QVariantHash {{QStringLiteral("path"), QStringLiteral("Good:me")},
+            {QStringLiteral("type"), 99}, {QStringLiteral("key"), QStringLiteral("membership")}});
+    return service;
+}
 
 class AccountCommandsTest : public testing::Test {
 protected:
     AccountCommandsTest()
     {
-        m_host.setScreen(QStringLiteral("host:services"), {row(1, "Good", "Good:")});
-        m_host.setResult(
-            Write, R"("result":{"value":{"type":115,"tuneInAccount":{"operation":3}}})");
+        m_host.setScreen(QStringLiteral("host:services"),
+            {serviceRow("other", "Other"), withAccount(serviceRow("good", "Good"))});
+        m_host.setResult(Write, R"("result":{"value":{"type":99,"membership":{"operation":3}}})");
     }
 
     Outcome account(const char *arguments, const QByteArray &input = {})
@@ -35,11 +40,13 @@ protected:
         return outcome;
     }
 
-    VeskTuneInAccount sent() const
+    QVariant sent(const char *entry) const
     {
         const QVariantHash params = m_host.paramsOf(QStringLiteral("setData"));
         EXPECT_EQ(params.value(QStringLiteral("role")), QStringLiteral("value"));
-        return VeskValue(params.value(QStringLiteral("value")).toHash()).tuneInAccount();
+        const QVariantHash value = params.value(QStringLiteral("value")).toHash();
+        EXPECT_EQ(value.value(QStringLiteral("type")).toInt(), 99);
+        return value.value(QStringLiteral("membership")).toHash().value(QLatin1String(entry));
     }
 
     FakeHost m_host;
@@ -48,7 +55,7 @@ protected:
 TEST_F(AccountCommandsTest, StatusPrintsTheAccount)
 {
     m_host.setResult(Read,
-        R"("result":{"values":[{"type":115,"tuneInAccount":{"operation":5,"userName":"jo\u001be"}}]})");
+        R"("result":{"values":[{"type":99,"membership":{"operation":5,"userName":"jo\u001be"}}]})");
     const Outcome outcome = account("status");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(outcome.out, "jo\ufffde\n");
@@ -66,8 +73,8 @@ TEST_F(AccountCommandsTest, StatusPrintsThatThereIsNone)
     EXPECT_EQ(json.status, 0);
     EXPECT_EQ(json.out, "{\"linked\":false}\n");
     EXPECT_EQ(json.errors, "");
-    m_host.setResult(Read,
-        R"("result":{"values":[{"type":115,"tuneInAccount":{"operation":5,"userName":""}}]})");
+    m_host.setResult(
+        Read, R"("result":{"values":[{"type":99,"membership":{"operation":5,"userName":""}}]})");
     EXPECT_EQ(account("status").out, "not linked\n");
     m_host.setResult(Read, R"("error":{"code":-32000,"message":"Down","data":{"name":"e:0"}})");
     const Outcome down = account("status");
@@ -77,14 +84,14 @@ TEST_F(AccountCommandsTest, StatusPrintsThatThereIsNone)
 
 TEST_F(AccountCommandsTest, ClaimPrintsTheCodeWithSpaces)
 {
-    m_host.setResult(Write, R"("result":{"value":{"type":115,"tuneInAccount":
+    m_host.setResult(Write, R"("result":{"value":{"type":99,"membership":
         {"operation":8,"claimMessage":"Enter K7X","claimKey":"K7X"}}})");
     const Outcome outcome = account("claim");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(outcome.out, "Enter K7X\n\n    K 7 X\n\n");
-    EXPECT_EQ(sent().operation(), Operation::claim);
+    EXPECT_EQ(sent("operation").toInt(), 8);
     EXPECT_THAT(account("claim --json").out, HasSubstr("\"claimKey\":\"K7X\""));
-    m_host.setResult(Write, R"("result":{"value":{"type":115,"tuneInAccount":
+    m_host.setResult(Write, R"("result":{"value":{"type":99,"membership":
         {"claimMessage":"a\u001bb","claimKey":"\u001b\u009b"}}})");
     EXPECT_EQ(account("claim").out, "a\ufffdb\n\n    \ufffd \ufffd\n\n");
 }
@@ -92,12 +99,12 @@ TEST_F(AccountCommandsTest, ClaimPrintsTheCodeWithSpaces)
 TEST_F(AccountCommandsTest, JoinAndDropReadThePasswordFromStandardInput)
 {
     EXPECT_EQ(account("join joe", "top secret \xc3\xa4\nnext line\n").out, "joe: linked\n");
-    EXPECT_EQ(sent().operation(), Operation::join);
-    EXPECT_EQ(sent().userName(), QStringLiteral("joe"));
-    EXPECT_EQ(sent().password(), QStringLiteral("top secret ä"));
+    EXPECT_EQ(sent("operation").toInt(), 3);
+    EXPECT_EQ(sent("userName").toString(), QStringLiteral("joe"));
+    EXPECT_EQ(sent("password").toString(), QStringLiteral("top secret ä"));
     EXPECT_EQ(account("drop joe", "secret").out, "joe: not linked any more\n");
-    EXPECT_EQ(sent().operation(), Operation::drop);
-    EXPECT_EQ(sent().password(), QStringLiteral("secret"));
+    EXPECT_EQ(sent("operation").toInt(), 4);
+    EXPECT_EQ(sent("password").toString(), QStringLiteral("secret"));
 }
 
 TEST_F(AccountCommandsTest, CreateSendsAllArguments)
@@ -105,24 +112,24 @@ TEST_F(AccountCommandsTest, CreateSendsAllArguments)
     const Outcome outcome = account("create joe --email j@x --city Ulm --country-id 7", "secret\n");
     EXPECT_EQ(outcome.status, 0) << outcome.errors;
     EXPECT_EQ(outcome.out, "joe: made\n");
-    EXPECT_EQ(sent().operation(), Operation::create);
-    EXPECT_EQ(sent().userName(), QStringLiteral("joe"));
-    EXPECT_EQ(sent().password(), QStringLiteral("secret"));
-    EXPECT_EQ(sent().email(), QStringLiteral("j@x"));
-    EXPECT_EQ(sent().city(), QStringLiteral("Ulm"));
-    EXPECT_EQ(sent().countryId(), QStringLiteral("7"));
-    EXPECT_EQ(sent().postalCode(), QString());
+    EXPECT_EQ(sent("operation").toInt(), 2);
+    EXPECT_EQ(sent("userName").toString(), QStringLiteral("joe"));
+    EXPECT_EQ(sent("password").toString(), QStringLiteral("secret"));
+    EXPECT_EQ(sent("email").toString(), QStringLiteral("j@x"));
+    EXPECT_EQ(sent("city").toString(), QStringLiteral("Ulm"));
+    EXPECT_EQ(sent("countryId").toString(), QStringLiteral("7"));
+    EXPECT_EQ(sent("postalCode").toString(), QString());
 }
 
 TEST_F(AccountCommandsTest, RemindAndResetNeedNoPassword)
 {
     EXPECT_EQ(account("remind j@x").status, 0);
-    EXPECT_EQ(sent().operation(), Operation::remind);
-    EXPECT_EQ(sent().email(), QStringLiteral("j@x"));
+    EXPECT_EQ(sent("operation").toInt(), 6);
+    EXPECT_EQ(sent("email").toString(), QStringLiteral("j@x"));
     EXPECT_EQ(account("reset j@x").status, 0);
-    EXPECT_EQ(sent().operation(), Operation::reset);
-    EXPECT_EQ(sent().email(), QStringLiteral("j@x"));
-    EXPECT_EQ(sent().password(), QString());
+    EXPECT_EQ(sent("operation").toInt(), 7);
+    EXPECT_EQ(sent("email").toString(), QStringLiteral("j@x"));
+    EXPECT_EQ(sent("password").toString(), QString());
 }
 
 TEST_F(AccountCommandsTest, JoinSendsNothingWithoutAPassword)
@@ -162,12 +169,24 @@ TEST_F(AccountCommandsTest, DropFailsWithoutALink)
     EXPECT_EQ(json.errors, "");
 }
 
-TEST_F(AccountCommandsTest, NeedsAServiceWhenThereAreSeveral)
+TEST_F(AccountCommandsTest, NeedsAServiceWhenSeveralHaveAccounts)
 {
-    m_host.setScreen(QStringLiteral("host:services"), {row(1, "A", "A:"), row(1, "B", "B:")});
+    m_host.setScreen(QStringLiteral("host:services"),
+        {withAccount(serviceRow("a", "A")), withAccount(serviceRow("good", "Good"))});
     EXPECT_EQ(account("status").status, 2);
+    EXPECT_THAT(account("status").errors, HasSubstr("--in (a, good)"));
     m_host.setResult(Read, R"("result":{"values":[null]})");
+    EXPECT_EQ(account("status --in good").out, "not linked\n");
     EXPECT_EQ(account("status --in Good:").out, "not linked\n");
+    EXPECT_EQ(account("status --in bad").status, 2);
+}
+
+TEST_F(AccountCommandsTest, FailsWhenNoServiceHasAccounts)
+{
+    m_host.setScreen(QStringLiteral("host:services"), {serviceRow("good", "Good")});
+    const Outcome outcome = account("status");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "veskctl: this service has no accounts\n");
 }
 
 } // namespace

@@ -31,7 +31,7 @@ TEST(CtlCommandLineTest, ReadsTheOptionsOfEveryCommand)
     EXPECT_FALSE(plain.options.json);
     EXPECT_TRUE(plain.options.service.isEmpty());
     const CtlCommandLine search = parse("search jazz --in TuneIn: --json");
-    EXPECT_EQ(search.options.service.toEncoded(), QStringLiteral("TuneIn:"));
+    EXPECT_EQ(search.options.service, QStringLiteral("TuneIn:"));
     EXPECT_TRUE(search.options.json);
     EXPECT_TRUE(parse("favorite --json add a:b 0").options.json);
 }
@@ -92,15 +92,28 @@ TEST_P(BadCtlCommandLineTest, EndsWithStatusTwoAndAReason)
 
 INSTANTIATE_TEST_SUITE_P(Lines, BadCtlCommandLineTest,
     testing::Values("", "dance", "ls --first -1", "ls --first x", "ls --limit 0",
-        "ls --limit 1 --last 1", "search", "search a --in nopath", "get", "set", "set a:b",
-        "set a:b c d", "--host ls", "--host ftp://a/ ls", "--host http:/// ls", "ls --unknown",
-        "play", "play a:b -1", "pause a:b", "status a", "menu --choose x", "menu --choose -1",
-        "favorite", "favorite toggle a:b 1", "account", "account forget", "account join",
+        "ls --limit 1 --last 1", "search", "get", "set", "set a:b", "set a:b c d", "--host ls",
+        "--host ftp://a/ ls", "--host http:/// ls", "ls --unknown", "play", "play a:b -1",
+        "pause a:b", "status a", "menu --choose x", "menu --choose -1", "favorite",
+        "favorite toggle a:b 1", "account", "account forget", "account join",
         "account join joe secret", "account join joe --password secret",
         "account drop joe --password secret", "account create joe --email e --password secret",
         "account create joe", "account create joe --email e --city c",
         "account create joe --email e --postal-code p --city c --country-id 1", "account remind",
-        "account reset", "account status joe", "--in nopath ls"));
+        "account reset", "account status joe", "--in= ls", "import", "export a b", "dance import",
+        "dance --in a:b ls", "dance fox ls", "dance"));
+
+TEST(CtlCommandLineTest, AFirstWordThatIsNoCommandMayBeAService)
+{
+    const CtlCommandLine line = parse("--json tunes import a.m3u b.pls");
+    EXPECT_TRUE(line.run);
+    EXPECT_EQ(line.options.service, QStringLiteral("tunes"));
+    EXPECT_EQ(line.options.files.join(QLatin1Char(',')), QStringLiteral("a.m3u,b.pls"));
+    EXPECT_TRUE(line.options.json);
+    EXPECT_TRUE(parse("ls").options.service.isEmpty());
+    EXPECT_THAT(complaint("serach jazz"), HasSubstr("\"serach\" is no command; did you mean"));
+    EXPECT_THAT(complaint("a b ls"), HasSubstr("\"a\" is no command"));
+}
 
 TEST(CtlCommandLineTest, BadUsageIsReportedAsJsonWhenAskedFor)
 {

@@ -248,3 +248,17 @@ VeskRoles row(int type, const char *title, const char *path)
     roles.insert(VeskRoles::Path(), QString::fromUtf8(path));
     return roles;
 }
+
+VeskRoles serviceRow(const char *id, const char *title)
+{
+    VeskRoles service = row(1, title, (QByteArray(title) + ":").constData());
+    service.insert(VeskRoles::Id(), QString::fromUtf8(id));
+    return service;
+}
+
+VeskRoles withRole(VeskRoles service, const char *role, const char *path)
+{
+    service.insert(
+        QString::fromUtf8(role), QVariantHash {{QStringLiteral("path"), QString::fromUtf8(path)}});
+    return service;
+}

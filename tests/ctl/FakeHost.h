@@ -92,3 +92,7 @@ QStringList words(const char *text);
 
 /// A row of \a type.
 VeskRoles row(int type, const char *title, const char *path);
+/// The row of a service whose root is "TITLE:", without what it can do.
+VeskRoles serviceRow(const char *id, const char *title);
+/// Adds to \a service that what it does is at \a path.
+VeskRoles withRole(VeskRoles service, const char *role, const char *path);

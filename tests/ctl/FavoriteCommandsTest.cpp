@@ -18,12 +18,18 @@ class FavoritesHost : public FakeHost {
 public:
     FavoritesHost()
     {
-        setScreen(QStringLiteral("host:services"), {row(1, "Good", "Good:")});
-        setScreen(QStringLiteral("Good:"), {row(1, "Lieblinge", "Good:list?c=presets")});
+        VeskRoles service = serviceRow("good", "Good");
+        service.insert(QStringLiteral("favorites"),
+            QVariantHash {{QStringLiteral("path"), QStringLiteral("Good:kept")},
+                {QStringLiteral("toggle"),
+                    QStringList {QStringLiteral("Good:entry"), QStringLiteral("Good:menu/entry")}},
+                {QStringLiteral("ids"),
+                    QStringList {QStringLiteral("id"), QStringLiteral("show")}}});
+        setScreen(QStringLiteral("host:services"), {serviceRow("other", "Other"), service});
         setScreen(QStringLiteral("Good:all"),
             {item(3, "One", "1", true), item(1, "Show", "2", false), item(3, "Three", "3", true),
-                row(1, "Folder", "Good:other"), item(3, "Address", "4", false)});
-        for (const char *id : {"1", "2", "3", "4"})
+                row(1, "Folder", "Good:other"), item(3, "Address", "", false)});
+        for (const char *id : {"1", "2", "3"})
             m_results.insert(activation(id), R"("result":{"value":null})");
     }
 
@@ -48,9 +54,9 @@ protected:
                 favorites.remove(id);
         }
         if (path.base() == QLatin1String("menu")) {
-            m_adds = !favorites.contains(id) || id == QLatin1String("4");
+            m_adds = !favorites.contains(id);
             m_screens.insert(path.toEncoded(),
-                {row(1, "Anderes", "Good:other"),
+                {row(1, "Anderes", "Good:other"), row(6, "Vergessen", "Good:menu/forget?id=1"),
                     row(6, m_adds ? "Hinzu\x1b" : "Hinweg\x1b",
                         ("Good:menu/entry?id=" + id.toUtf8()).constData())});
         }
@@ -74,8 +80,8 @@ private:
 
     void fillFavorites()
     {
-        const QString favoritesPath = QStringLiteral("Good:list?c=presets");
-        const QString folderPath = QStringLiteral("Good:list?c=presets&id=f1");
+        const QString favoritesPath = QStringLiteral("Good:kept");
+        const QString folderPath = QStringLiteral("Good:kept?id=f1");
         QList<VeskRoles> rows;
         for (const VeskRoles &row : m_screens.value(QStringLiteral("Good:all"))) {
             if (favorites.contains(row.context().path().param(QStringLiteral("id"))))
@@ -134,12 +140,21 @@ TEST(FavoriteCommandsTest, LooksIntoTheFoldersOfFavorites)
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).out, "Three: a favorite now\n");
 }
 
-TEST(FavoriteCommandsTest, IgnoresFavoritesWhoseMenuAlwaysAdds)
+TEST(FavoriteCommandsTest, FailsForAnItemThatNothingIdentifies)
 {
     FavoritesHost host;
-    host.favorites = {QStringLiteral("4")};
-    EXPECT_EQ(run(host.url(), words("favorite add Good:all 0")).out, "One: a favorite now\n");
-    EXPECT_EQ(run(host.url(), words("favorite add Good:all 0")).out, "One: a favorite already\n");
+    const Outcome outcome = run(host.url(), words("favorite add Good:all 4"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "veskctl: the menu has no entry for favorites\n");
+}
+
+TEST(FavoriteCommandsTest, FailsForAServiceWithoutFavorites)
+{
+    FavoritesHost host;
+    host.setScreen(QStringLiteral("host:services"), {serviceRow("good", "Good")});
+    const Outcome outcome = run(host.url(), words("favorite add Good:all 0"));
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.errors, "veskctl: this service has no favorites\n");
 }
 
 TEST(FavoriteCommandsTest, PrintsJson)
@@ -158,7 +173,7 @@ TEST(FavoriteCommandsTest, FailsWhenNothingHasChanged)
     host.works = false;
     const Outcome add = run(host.url(), words("favorite add Good:all 2"));
     EXPECT_EQ(add.status, 1);
-    EXPECT_EQ(add.errors, "veskctl: that did not work: the menu offers \"Hinzu\ufffd\" now\n");
+    EXPECT_EQ(add.errors, "veskctl: that did not work: the favorites are as they were\n");
     EXPECT_EQ(run(host.url(), words("favorite remove Good:all 0")).status, 1);
     host.favorites.clear();
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).status, 1);
@@ -175,7 +190,7 @@ TEST(FavoriteCommandsTest, FailsWithTheHost)
     EXPECT_EQ(outcome.out, "");
     EXPECT_EQ(outcome.errors, "veskctl: No\ufffd.\n");
     // Failing to read the favorites does not count as having none.
-    host.setResult(QStringLiteral("getRows Good:list?c=presets"), failure);
+    host.setResult(QStringLiteral("getRows Good:kept"), failure);
     EXPECT_EQ(run(host.url(), words("favorite add Good:all 2")).status, 1);
     EXPECT_EQ(host.timesAsked(FavoritesHost::activation("3")), 0);
 }

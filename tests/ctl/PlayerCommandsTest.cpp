@@ -97,7 +97,8 @@ class FoundHost : public PlayHost {
 public:
     explicit FoundHost(const QList<VeskRoles> &rows)
     {
-        setResult(QStringLiteral("getData Good:"), R"("result":{"values":[{"path":"Good:s"}]})");
+        setScreen(QStringLiteral("host:services"),
+            {withRole(serviceRow("good", "Good"), "search", "Good:s")});
         VeskRoles query = row(5, "Search", "Good:q");
         query.insert(VeskRoles::Query(), QStringLiteral("q"));
         query.insert(VeskRoles::QueryPath(), QStringLiteral("Good:f"));

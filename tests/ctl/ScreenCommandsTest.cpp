@@ -121,13 +121,12 @@ TEST(ScreenCommandsTest, LsIgnoresPlugInsThatWereNotLoaded)
                        R"("result":{"rowsCount":2,"rows":[[null],["Good:"]],"roles":{}})"},
         {QStringLiteral("getRows Good:"), GoodScreen}});
     EXPECT_THAT(runOnTerminal(host.url(), words("ls")).out, testing::StartsWith("Good\n"));
-    const Outcome found = run(host.url(), words("search x"));
-    EXPECT_EQ(found.status, 1) << "this service offers none";
-    EXPECT_EQ(host.timesAsked(QStringLiteral("getData Good:")), 1);
+    EXPECT_EQ(
+        run(host.url(), words("search x")).errors, "veskctl: this service offers no search\n");
     host.setResult(QStringLiteral("getRows host:services"),
         R"("result":{"rowsCount":1,"rows":[[null]],"roles":{"title":"Services"}})");
     EXPECT_THAT(runOnTerminal(host.url(), words("ls")).out, testing::StartsWith("Services\n"));
-    EXPECT_EQ(run(host.url(), words("search x")).status, 2);
+    EXPECT_EQ(run(host.url(), words("search x")).status, 1);
 }
 
 QByteArray page(int first, int count, int rowsCount)
@@ -238,8 +237,9 @@ TEST(ScreenCommandsTest, BadUsageCallsNoHost)
 }
 
 const Results Searchable {
-    {QStringLiteral("getRows host:services"), OneService},
-    {QStringLiteral("getData Good:"), R"("result":{"values":[{"path":"Good:searches"}]})"},
+    {QStringLiteral("getRows host:services"),
+        R"("result":{"rowsCount":2,"roles":{},"rows":[["Good:","good","Good",{"path":"Good:searches"}],
+            ["Other:","other","Other",null]]})"},
     {QStringLiteral("getRows Good:searches"),
         R"("result":{"rowsCount":2,"roles":{},"rows":[[1,null,null],[5,"q","Good:found?m=1"]]})"},
     {QStringLiteral("getRows Good:found?m=1&q=miles%20d%26"), GoodScreen},
@@ -264,23 +264,20 @@ TEST(ScreenCommandsTest, LsShowsTheHitsOfASearch)
         run(host.url(), {QStringLiteral("search"), QStringLiteral("miles d&")}).out);
 }
 
-TEST(ScreenCommandsTest, SearchNeedsAServiceWhenThereAreSeveral)
-{
-    FakeHost host({{QStringLiteral("getRows host:services"),
-        R"("result":{"rowsCount":2,"rows":[["A:"],["B:"]],"roles":{}})"}});
-    const Outcome outcome = run(host.url(), words("search x"));
-    EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.errors, testing::HasSubstr("--in"));
-}
-
 TEST(ScreenCommandsTest, SearchFailsWhenTheServiceHasNone)
 {
-    FakeHost noRole({{QStringLiteral("getData a:"), R"("result":{"values":[null]})"}});
-    EXPECT_EQ(run(noRole.url(), words("search x --in a:")).status, 1);
-    FakeHost noQuery({{QStringLiteral("getData a:"), R"("result":{"values":[{"path":"a:s"}]})"},
-        {QStringLiteral("getRows a:s"),
-            R"("result":{"rowsCount":1,"roles":{},"rows":[[1,null,null]]})"}});
-    EXPECT_EQ(run(noQuery.url(), words("search x --in a:")).status, 1);
+    FakeHost host;
+    host.setScreen(QStringLiteral("host:services"),
+        {serviceRow("a", "A"), withRole(serviceRow("b", "B"), "search", "B:searches")});
+    host.setScreen(QStringLiteral("B:searches"), {row(1, "No query", "B:x")});
+    for (const char *line : {"search x --in a", "search x --in A:", "search x --in b"}) {
+        const Outcome outcome = run(host.url(), words(line));
+        EXPECT_EQ(outcome.status, 1) << line;
+        EXPECT_EQ(outcome.errors, "veskctl: this service offers no search\n") << line;
+    }
+    const Outcome unknown = run(host.url(), words("search x --in c"));
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.errors, "veskctl: there is no service \"c\"; there are: a, b\n");
 }
 
 TEST(ScreenCommandsTest, GetPrintsPlainValues)
@@ -306,14 +303,15 @@ TEST(ScreenCommandsTest, SetSendsTheValue)
 /// Sets up a service with nested folders, and favorites under a title in its own language.
 void furnish(FakeHost &host)
 {
-    host.setScreen(QStringLiteral("host:services"), {row(1, "Good", "Good:")});
+    host.setScreen(QStringLiteral("host:services"),
+        {withRole(serviceRow("good", "Good"), "favorites", "Good:kept?x=1")});
     host.setScreen(QStringLiteral("Good:"),
-        {row(2, "Heading", ""), row(1, "Lieblinge", "Good:list?c=presets&x=1"),
+        {row(2, "Heading", ""), row(1, "Lieblinge", "Good:kept?x=1"),
             row(1, "Music", "Good:music")});
     host.setScreen(
         QStringLiteral("Good:music"), {row(3, "Hits", "a:1"), row(1, "Jazz", "Good:jazz")});
     host.setScreen(QStringLiteral("Good:jazz"), {row(3, "Blue", "a:2")});
-    host.setScreen(QStringLiteral("Good:list?c=presets&x=1"), {row(1, "Folder", "Good:folder")});
+    host.setScreen(QStringLiteral("Good:kept?x=1"), {row(1, "Folder", "Good:folder")});
     host.setScreen(QStringLiteral("Good:folder"), {row(3, "Mine", "a:3")});
 }
 
@@ -403,7 +401,7 @@ TEST(ScreenCommandsTest, LsFailsForAPlaceThatDoesNotExist)
     EXPECT_EQ(host.timesAsked(QStringLiteral("setData")), 0);
 }
 
-TEST(ScreenCommandsTest, FavoritesAreFoundByTheirPath)
+TEST(ScreenCommandsTest, FavoritesAreFoundByTheirRole)
 {
     FakeHost host;
     furnish(host);
@@ -447,8 +445,8 @@ TEST(ScreenCommandsTest, PrintsInTheHostsLanguage)
 TEST(ScreenCommandsTest, FavoritesFailsWhenTheServiceHasNone)
 {
     FakeHost host;
-    host.setScreen(QStringLiteral("a:"), {row(1, "Music", "a:b?c=music")});
-    const Outcome outcome = run(host.url(), words("favorites --in a:"));
+    host.setScreen(QStringLiteral("host:services"), {serviceRow("a", "A")});
+    const Outcome outcome = run(host.url(), words("favorites --in a"));
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(outcome.errors, "veskctl: this service has no favorites\n");
 }

@@ -48,6 +48,25 @@ TEST_F(ShownListsTest, LastFindsTheRowThatWasShownUnderANumber)
     EXPECT_EQ(lists().last(99).screen, path("a:list"));
 }
 
+TEST_F(ShownListsTest, NumbersRunOnThroughListsThatWereShownTogether)
+{
+    const ShownPart first {
+        path("a:list"), 4, {QStringLiteral("a:1"), QStringLiteral("a:2")}, {1, 2}};
+    const ShownPart second {
+        path("b:list"), 0, {QStringLiteral("b:1"), QStringLiteral("b:2")}, {3, 4}};
+    lists().add(QList<ShownPart> {first});
+    lists().add(QList<ShownPart> {first, second});
+    EXPECT_EQ(lists().last(1).row, 5);
+    EXPECT_EQ(lists().last(1).screen, path("a:list"));
+    EXPECT_EQ(lists().last(2).screen, path("b:list"));
+    EXPECT_EQ(lists().last(3).row, 1);
+    EXPECT_EQ(lists().last(3).type, 4);
+    EXPECT_EQ(lists().last(3).path, path("b:2"));
+    EXPECT_TRUE(lists().last(4).path.isEmpty());
+    EXPECT_EQ(lists().find(path("b:1")).screen, path("b:list"));
+    EXPECT_EQ(lists().find(path("a:2")).row, 5);
+}
+
 TEST_F(ShownListsTest, LastKnowsOnlyItsOwnTerminalAndHost)
 {
     lists().add(path("a:one"), 0, m_rows);
