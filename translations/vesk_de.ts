@@ -1307,4 +1307,270 @@
         <translation>Suche</translation>
     </message>
 </context>
+<context>
+    <name>Stations</name>
+    <message>
+        <source>The file cannot be read (%1).</source>
+        <translation>Die Datei kann nicht gelesen werden (%1).</translation>
+    </message>
+    <message>
+        <source>This is no file.</source>
+        <translation>Das ist keine Datei.</translation>
+    </message>
+    <message>
+        <source>The files are larger than 4 MiB together.</source>
+        <translation>Die Dateien sind zusammen größer als 4 MiB.</translation>
+    </message>
+    <message>
+        <source>This is no list of stations.</source>
+        <translation>Das ist keine Senderliste.</translation>
+    </message>
+    <message>
+        <source>This is the playlist of one stream. Add the stream by its address.</source>
+        <translation>Das ist die Wiedergabeliste eines einzelnen Streams. Fügen Sie den Stream mit seiner Adresse hinzu.</translation>
+    </message>
+    <message>
+        <source>The file is larger than 1 MiB.</source>
+        <translation>Die Datei ist größer als 1 MiB.</translation>
+    </message>
+    <message>
+        <source>The part of the file cannot be read.</source>
+        <translation>Der Teil der Datei kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Other files are being imported. Please try again in a minute.</source>
+        <translation>Es werden gerade andere Dateien importiert. Bitte versuchen Sie es in einer Minute noch einmal.</translation>
+    </message>
+    <message>
+        <source>The file did not arrive completely. Please try again.</source>
+        <translation>Die Datei ist nicht vollständig angekommen. Bitte versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>This is not in the list any more.</source>
+        <translation>Das steht nicht mehr in der Liste.</translation>
+    </message>
+    <message>
+        <source>The list is full: it has 5,000 entries.</source>
+        <translation>Die Liste ist voll: Sie hat 5.000 Einträge.</translation>
+    </message>
+    <message>
+        <source>There is a folder of this name already.</source>
+        <translation>Es gibt schon einen Ordner mit diesem Namen.</translation>
+    </message>
+    <message>
+        <source>There are too many folders in each other.</source>
+        <translation>Es sind zu viele Ordner ineinander.</translation>
+    </message>
+    <message>
+        <source>This address is in the list already.</source>
+        <translation>Diese Adresse steht schon in der Liste.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be moved to this place.</source>
+        <translation>Der Ordner kann nicht dorthin verschoben werden.</translation>
+    </message>
+    <message>
+        <source>The folder is not empty.</source>
+        <translation>Der Ordner ist nicht leer.</translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>Der Zeilenbereich ist ungültig.</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Sender</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 Sender</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n Sender</numerusform>
+            <numerusform>%n Sender</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out for several reasons: %n</source>
+        <translation>
+            <numerusform>Aus mehreren Gründen ausgelassen: %n</numerusform>
+            <numerusform>Aus mehreren Gründen ausgelassen: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, links that lead to no station: %n</source>
+        <translation>
+            <numerusform>Ausgelassen, Verweise ohne Sender: %n</numerusform>
+            <numerusform>Ausgelassen, Verweise ohne Sender: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, with too long addresses: %n</source>
+        <translation>
+            <numerusform>Ausgelassen, mit zu langen Adressen: %n</numerusform>
+            <numerusform>Ausgelassen, mit zu langen Adressen: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, in too many folders: %n</source>
+        <translation>
+            <numerusform>Ausgelassen, in zu vielen Ordnern: %n</numerusform>
+            <numerusform>Ausgelassen, in zu vielen Ordnern: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, beyond 5,000 entries: %n</source>
+        <translation>
+            <numerusform>Ausgelassen, mehr als 5.000 Einträge: %n</numerusform>
+            <numerusform>Ausgelassen, mehr als 5.000 Einträge: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, without an http or https address: %n</source>
+        <translation>
+            <numerusform>Ausgelassen, ohne http- oder https-Adresse: %n</numerusform>
+            <numerusform>Ausgelassen, ohne http- oder https-Adresse: %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Add a station by its address</source>
+        <translation>Sender mit seiner Adresse hinzufügen</translation>
+    </message>
+    <message numerus="yes">
+        <source>More files, which are not shown: %n</source>
+        <translation>
+            <numerusform>Weitere Dateien, die nicht gezeigt werden: %n</numerusform>
+            <numerusform>Weitere Dateien, die nicht gezeigt werden: %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change this list</source>
+        <translation>Diese Liste ändern</translation>
+    </message>
+    <message>
+        <source>Change this folder</source>
+        <translation>Diesen Ordner ändern</translation>
+    </message>
+    <message>
+        <source>Stations with "%1"</source>
+        <translation>Sender mit „%1“</translation>
+    </message>
+    <message>
+        <source>Add a station</source>
+        <translation>Sender hinzufügen</translation>
+    </message>
+    <message>
+        <source>This is no address that begins with http or https.</source>
+        <translation>Das ist keine Adresse, die mit http oder https beginnt.</translation>
+    </message>
+    <message>
+        <source>This address is in the list:</source>
+        <translation>Diese Adresse steht in der Liste:</translation>
+    </message>
+    <message>
+        <source>Give it another name</source>
+        <translation>Anders nennen</translation>
+    </message>
+    <message>
+        <source>Keep it without listening</source>
+        <translation>Behalten, ohne zu hören</translation>
+    </message>
+    <message>
+        <source>This address plays. Keep it?</source>
+        <translation>Diese Adresse spielt. Behalten?</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>This address does not play.</source>
+        <translation>Diese Adresse spielt nicht.</translation>
+    </message>
+    <message>
+        <source>Keep it all the same</source>
+        <translation>Trotzdem behalten</translation>
+    </message>
+    <message>
+        <source>Make a folder</source>
+        <translation>Ordner anlegen</translation>
+    </message>
+    <message>
+        <source>Sort by name</source>
+        <translation>Nach Namen sortieren</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Move to a folder</source>
+        <translation>In einen Ordner verschieben</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Keep it in the list</source>
+        <translation>In der Liste behalten</translation>
+    </message>
+    <message>
+        <source>Rename "%1" to "%2"</source>
+        <translation>„%1“ in „%2“ umbenennen</translation>
+    </message>
+    <message>
+        <source>Make the folder "%1"</source>
+        <translation>Ordner „%1“ anlegen</translation>
+    </message>
+    <message>
+        <source>Move "%1" to</source>
+        <translation>„%1“ verschieben nach</translation>
+    </message>
+    <message>
+        <source>No folder</source>
+        <translation>Kein Ordner</translation>
+    </message>
+    <message>
+        <source>Remove "%1"</source>
+        <translation>„%1“ entfernen</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove the folder with everything in it (stations: %n)</source>
+        <translation>
+            <numerusform>Den Ordner mit allem darin entfernen (Sender: %n)</numerusform>
+            <numerusform>Den Ordner mit allem darin entfernen (Sender: %n)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search your stations</source>
+        <translation>Eigene Sender durchsuchen</translation>
+    </message>
+    <message>
+        <source>The name is missing.</source>
+        <translation>Der Name fehlt.</translation>
+    </message>
+    <message>
+        <source>The file defines a document type (DOCTYPE), which is not read.</source>
+        <translation>Die Datei legt einen Dokumenttyp fest (DOCTYPE), was nicht gelesen wird.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: line %1 cannot be read as XML.</source>
+        <translation>Die Datei ist beschädigt: Zeile %1 lässt sich nicht als XML lesen.</translation>
+    </message>
+</context>
 </TS>

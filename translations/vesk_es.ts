@@ -1307,4 +1307,270 @@
         <translation>Buscar</translation>
     </message>
 </context>
+<context>
+    <name>Stations</name>
+    <message>
+        <source>The file cannot be read (%1).</source>
+        <translation>El archivo no se puede leer (%1).</translation>
+    </message>
+    <message>
+        <source>This is no file.</source>
+        <translation>Esto no es un archivo.</translation>
+    </message>
+    <message>
+        <source>The files are larger than 4 MiB together.</source>
+        <translation>Los archivos juntos superan los 4 MiB.</translation>
+    </message>
+    <message>
+        <source>This is no list of stations.</source>
+        <translation>Esto no es una lista de emisoras.</translation>
+    </message>
+    <message>
+        <source>This is the playlist of one stream. Add the stream by its address.</source>
+        <translation>Esta es la lista de reproducción de un solo stream. Añada el stream por su dirección.</translation>
+    </message>
+    <message>
+        <source>The file is larger than 1 MiB.</source>
+        <translation>El archivo supera 1 MiB.</translation>
+    </message>
+    <message>
+        <source>The part of the file cannot be read.</source>
+        <translation>La parte del archivo no se puede leer.</translation>
+    </message>
+    <message>
+        <source>Other files are being imported. Please try again in a minute.</source>
+        <translation>Se están importando otros archivos. Inténtelo de nuevo dentro de un minuto.</translation>
+    </message>
+    <message>
+        <source>The file did not arrive completely. Please try again.</source>
+        <translation>El archivo no ha llegado completo. Inténtelo de nuevo.</translation>
+    </message>
+    <message>
+        <source>This is not in the list any more.</source>
+        <translation>Esto ya no está en la lista.</translation>
+    </message>
+    <message>
+        <source>The list is full: it has 5,000 entries.</source>
+        <translation>La lista está llena: tiene 5.000 entradas.</translation>
+    </message>
+    <message>
+        <source>There is a folder of this name already.</source>
+        <translation>Ya hay una carpeta con este nombre.</translation>
+    </message>
+    <message>
+        <source>There are too many folders in each other.</source>
+        <translation>Hay demasiadas carpetas unas dentro de otras.</translation>
+    </message>
+    <message>
+        <source>This address is in the list already.</source>
+        <translation>Esta dirección ya está en la lista.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be moved to this place.</source>
+        <translation>La carpeta no se puede mover a este lugar.</translation>
+    </message>
+    <message>
+        <source>The folder is not empty.</source>
+        <translation>La carpeta no está vacía.</translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>El intervalo de filas no es válido.</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Emisoras</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 emisora</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n emisoras</numerusform>
+            <numerusform>%n emisoras</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out for several reasons: %n</source>
+        <translation>
+            <numerusform>Omitidas por varios motivos: %n</numerusform>
+            <numerusform>Omitidas por varios motivos: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, links that lead to no station: %n</source>
+        <translation>
+            <numerusform>Omitidos, enlaces que no llevan a una emisora: %n</numerusform>
+            <numerusform>Omitidos, enlaces que no llevan a una emisora: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, with too long addresses: %n</source>
+        <translation>
+            <numerusform>Omitidas, con direcciones demasiado largas: %n</numerusform>
+            <numerusform>Omitidas, con direcciones demasiado largas: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, in too many folders: %n</source>
+        <translation>
+            <numerusform>Omitidas, en demasiadas carpetas: %n</numerusform>
+            <numerusform>Omitidas, en demasiadas carpetas: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, beyond 5,000 entries: %n</source>
+        <translation>
+            <numerusform>Omitidas, más de 5.000 entradas: %n</numerusform>
+            <numerusform>Omitidas, más de 5.000 entradas: %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, without an http or https address: %n</source>
+        <translation>
+            <numerusform>Omitidas, sin dirección http o https: %n</numerusform>
+            <numerusform>Omitidas, sin dirección http o https: %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Buscar</translation>
+    </message>
+    <message>
+        <source>Add a station by its address</source>
+        <translation>Añadir una emisora por su dirección</translation>
+    </message>
+    <message numerus="yes">
+        <source>More files, which are not shown: %n</source>
+        <translation>
+            <numerusform>Otros archivos, que no se muestran: %n</numerusform>
+            <numerusform>Otros archivos, que no se muestran: %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change this list</source>
+        <translation>Cambiar esta lista</translation>
+    </message>
+    <message>
+        <source>Change this folder</source>
+        <translation>Cambiar esta carpeta</translation>
+    </message>
+    <message>
+        <source>Stations with "%1"</source>
+        <translation>Emisoras con «%1»</translation>
+    </message>
+    <message>
+        <source>Add a station</source>
+        <translation>Añadir una emisora</translation>
+    </message>
+    <message>
+        <source>This is no address that begins with http or https.</source>
+        <translation>Esto no es una dirección que empiece por http o https.</translation>
+    </message>
+    <message>
+        <source>This address is in the list:</source>
+        <translation>Esta dirección está en la lista:</translation>
+    </message>
+    <message>
+        <source>Give it another name</source>
+        <translation>Darle otro nombre</translation>
+    </message>
+    <message>
+        <source>Keep it without listening</source>
+        <translation>Guardarla sin escucharla</translation>
+    </message>
+    <message>
+        <source>This address plays. Keep it?</source>
+        <translation>Esta dirección suena. ¿Guardarla?</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>Guardarla</translation>
+    </message>
+    <message>
+        <source>This address does not play.</source>
+        <translation>Esta dirección no suena.</translation>
+    </message>
+    <message>
+        <source>Keep it all the same</source>
+        <translation>Guardarla de todos modos</translation>
+    </message>
+    <message>
+        <source>Make a folder</source>
+        <translation>Crear una carpeta</translation>
+    </message>
+    <message>
+        <source>Sort by name</source>
+        <translation>Ordenar por nombre</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Cambiar el nombre</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Subir</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Bajar</translation>
+    </message>
+    <message>
+        <source>Move to a folder</source>
+        <translation>Mover a una carpeta</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Quitar</translation>
+    </message>
+    <message>
+        <source>Keep it in the list</source>
+        <translation>Guardarla en la lista</translation>
+    </message>
+    <message>
+        <source>Rename "%1" to "%2"</source>
+        <translation>Cambiar el nombre de «%1» a «%2»</translation>
+    </message>
+    <message>
+        <source>Make the folder "%1"</source>
+        <translation>Crear la carpeta «%1»</translation>
+    </message>
+    <message>
+        <source>Move "%1" to</source>
+        <translation>Mover «%1» a</translation>
+    </message>
+    <message>
+        <source>No folder</source>
+        <translation>Ninguna carpeta</translation>
+    </message>
+    <message>
+        <source>Remove "%1"</source>
+        <translation>Quitar «%1»</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove the folder with everything in it (stations: %n)</source>
+        <translation>
+            <numerusform>Quitar la carpeta con todo su contenido (emisoras: %n)</numerusform>
+            <numerusform>Quitar la carpeta con todo su contenido (emisoras: %n)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search your stations</source>
+        <translation>Buscar entre sus emisoras</translation>
+    </message>
+    <message>
+        <source>The name is missing.</source>
+        <translation>Falta el nombre.</translation>
+    </message>
+    <message>
+        <source>The file defines a document type (DOCTYPE), which is not read.</source>
+        <translation>El archivo define un tipo de documento (DOCTYPE), que no se lee.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: line %1 cannot be read as XML.</source>
+        <translation>El archivo está dañado: la línea %1 no se puede leer como XML.</translation>
+    </message>
+</context>
 </TS>

@@ -1307,4 +1307,270 @@
         <translation>Rechercher</translation>
     </message>
 </context>
+<context>
+    <name>Stations</name>
+    <message>
+        <source>The file cannot be read (%1).</source>
+        <translation>Le fichier ne peut pas être lu (%1).</translation>
+    </message>
+    <message>
+        <source>This is no file.</source>
+        <translation>Ce n'est pas un fichier.</translation>
+    </message>
+    <message>
+        <source>The files are larger than 4 MiB together.</source>
+        <translation>Les fichiers dépassent ensemble 4 Mio.</translation>
+    </message>
+    <message>
+        <source>This is no list of stations.</source>
+        <translation>Ce n'est pas une liste de stations.</translation>
+    </message>
+    <message>
+        <source>This is the playlist of one stream. Add the stream by its address.</source>
+        <translation>C'est la liste de lecture d'un seul flux. Ajoutez le flux par son adresse.</translation>
+    </message>
+    <message>
+        <source>The file is larger than 1 MiB.</source>
+        <translation>Le fichier dépasse 1 Mio.</translation>
+    </message>
+    <message>
+        <source>The part of the file cannot be read.</source>
+        <translation>La partie du fichier ne peut pas être lue.</translation>
+    </message>
+    <message>
+        <source>Other files are being imported. Please try again in a minute.</source>
+        <translation>D'autres fichiers sont en cours d'importation. Veuillez réessayer dans une minute.</translation>
+    </message>
+    <message>
+        <source>The file did not arrive completely. Please try again.</source>
+        <translation>Le fichier n'est pas arrivé en entier. Veuillez réessayer.</translation>
+    </message>
+    <message>
+        <source>This is not in the list any more.</source>
+        <translation>Cela n'est plus dans la liste.</translation>
+    </message>
+    <message>
+        <source>The list is full: it has 5,000 entries.</source>
+        <translation>La liste est pleine : elle a 5 000 entrées.</translation>
+    </message>
+    <message>
+        <source>There is a folder of this name already.</source>
+        <translation>Il y a déjà un dossier de ce nom.</translation>
+    </message>
+    <message>
+        <source>There are too many folders in each other.</source>
+        <translation>Trop de dossiers sont imbriqués.</translation>
+    </message>
+    <message>
+        <source>This address is in the list already.</source>
+        <translation>Cette adresse est déjà dans la liste.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be moved to this place.</source>
+        <translation>Le dossier ne peut pas être déplacé à cet endroit.</translation>
+    </message>
+    <message>
+        <source>The folder is not empty.</source>
+        <translation>Le dossier n'est pas vide.</translation>
+    </message>
+    <message>
+        <source>The range of rows is not valid.</source>
+        <translation>La plage de lignes n'est pas valide.</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stations</translation>
+    </message>
+    <message>
+        <source>1 station</source>
+        <translation>1 station</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stations</source>
+        <translation>
+            <numerusform>%n stations</numerusform>
+            <numerusform>%n stations</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out for several reasons: %n</source>
+        <translation>
+            <numerusform>Ignorées pour plusieurs raisons : %n</numerusform>
+            <numerusform>Ignorées pour plusieurs raisons : %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, links that lead to no station: %n</source>
+        <translation>
+            <numerusform>Ignorés, liens qui ne mènent à aucune station : %n</numerusform>
+            <numerusform>Ignorés, liens qui ne mènent à aucune station : %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, with too long addresses: %n</source>
+        <translation>
+            <numerusform>Ignorées, avec des adresses trop longues : %n</numerusform>
+            <numerusform>Ignorées, avec des adresses trop longues : %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, in too many folders: %n</source>
+        <translation>
+            <numerusform>Ignorées, dans trop de dossiers : %n</numerusform>
+            <numerusform>Ignorées, dans trop de dossiers : %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, beyond 5,000 entries: %n</source>
+        <translation>
+            <numerusform>Ignorées, au-delà de 5 000 entrées : %n</numerusform>
+            <numerusform>Ignorées, au-delà de 5 000 entrées : %n</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>Left out, without an http or https address: %n</source>
+        <translation>
+            <numerusform>Ignorées, sans adresse http ou https : %n</numerusform>
+            <numerusform>Ignorées, sans adresse http ou https : %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Recherche</translation>
+    </message>
+    <message>
+        <source>Add a station by its address</source>
+        <translation>Ajouter une station par son adresse</translation>
+    </message>
+    <message numerus="yes">
+        <source>More files, which are not shown: %n</source>
+        <translation>
+            <numerusform>Autres fichiers, qui ne sont pas affichés : %n</numerusform>
+            <numerusform>Autres fichiers, qui ne sont pas affichés : %n</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Change this list</source>
+        <translation>Modifier cette liste</translation>
+    </message>
+    <message>
+        <source>Change this folder</source>
+        <translation>Modifier ce dossier</translation>
+    </message>
+    <message>
+        <source>Stations with "%1"</source>
+        <translation>Stations avec « %1 »</translation>
+    </message>
+    <message>
+        <source>Add a station</source>
+        <translation>Ajouter une station</translation>
+    </message>
+    <message>
+        <source>This is no address that begins with http or https.</source>
+        <translation>Ce n'est pas une adresse qui commence par http ou https.</translation>
+    </message>
+    <message>
+        <source>This address is in the list:</source>
+        <translation>Cette adresse est dans la liste :</translation>
+    </message>
+    <message>
+        <source>Give it another name</source>
+        <translation>Lui donner un autre nom</translation>
+    </message>
+    <message>
+        <source>Keep it without listening</source>
+        <translation>La garder sans l'écouter</translation>
+    </message>
+    <message>
+        <source>This address plays. Keep it?</source>
+        <translation>Cette adresse fonctionne. La garder ?</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>La garder</translation>
+    </message>
+    <message>
+        <source>This address does not play.</source>
+        <translation>Cette adresse ne fonctionne pas.</translation>
+    </message>
+    <message>
+        <source>Keep it all the same</source>
+        <translation>La garder quand même</translation>
+    </message>
+    <message>
+        <source>Make a folder</source>
+        <translation>Créer un dossier</translation>
+    </message>
+    <message>
+        <source>Sort by name</source>
+        <translation>Trier par nom</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Renommer</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Monter</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Descendre</translation>
+    </message>
+    <message>
+        <source>Move to a folder</source>
+        <translation>Déplacer dans un dossier</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>Keep it in the list</source>
+        <translation>La garder dans la liste</translation>
+    </message>
+    <message>
+        <source>Rename "%1" to "%2"</source>
+        <translation>Renommer « %1 » en « %2 »</translation>
+    </message>
+    <message>
+        <source>Make the folder "%1"</source>
+        <translation>Créer le dossier « %1 »</translation>
+    </message>
+    <message>
+        <source>Move "%1" to</source>
+        <translation>Déplacer « %1 » vers</translation>
+    </message>
+    <message>
+        <source>No folder</source>
+        <translation>Aucun dossier</translation>
+    </message>
+    <message>
+        <source>Remove "%1"</source>
+        <translation>Supprimer « %1 »</translation>
+    </message>
+    <message numerus="yes">
+        <source>Remove the folder with everything in it (stations: %n)</source>
+        <translation>
+            <numerusform>Supprimer le dossier avec tout son contenu (stations : %n)</numerusform>
+            <numerusform>Supprimer le dossier avec tout son contenu (stations : %n)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Search your stations</source>
+        <translation>Rechercher parmi vos stations</translation>
+    </message>
+    <message>
+        <source>The name is missing.</source>
+        <translation>Le nom manque.</translation>
+    </message>
+    <message>
+        <source>The file defines a document type (DOCTYPE), which is not read.</source>
+        <translation>Le fichier définit un type de document (DOCTYPE), ce qui n'est pas lu.</translation>
+    </message>
+    <message>
+        <source>The file is damaged: line %1 cannot be read as XML.</source>
+        <translation>Le fichier est endommagé : la ligne %1 ne peut pas être lue comme du XML.</translation>
+    </message>
+</context>
 </TS>
