@@ -174,9 +174,11 @@ StationsFile readStationsM3u(const QByteArray &bytes)
         }
     }
     // Any text is a list of something; without an address it is not one of stations.
-    if (!isMarked && stationsCount(file.entries) == 0)
-        file.error = notAList();
-    return file;
+    if (isMarked || stationsCount(file.entries) > 0)
+        return file;
+    StationsFile refused;
+    refused.error = notAList();
+    return refused;
 }
 
 StationsFile readStationsPls(const QByteArray &bytes)
