@@ -1228,6 +1228,70 @@
             <numerusform>%n Einträge</numerusform>
         </translation>
     </message>
+    <message>
+        <source>All services</source>
+        <translation>Alle Dienste</translation>
+    </message>
+    <message>
+        <source>Search all services</source>
+        <translation>Alle Dienste durchsuchen</translation>
+    </message>
+    <message>
+        <source>There is nothing to search.</source>
+        <translation>Es gibt nichts zu durchsuchen.</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Alle zeigen</translation>
+    </message>
+    <message>
+        <source>Show all of %1</source>
+        <translation>Alle zeigen: %1</translation>
+    </message>
+    <message>
+        <source>Another import is under way.</source>
+        <translation>Es läuft schon ein Import.</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB.</source>
+        <translation>%1 ist größer als 1 MiB.</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped.</source>
+        <translation>%1: %2 hinzugefügt, %3 schon bekannt, %4 übersprungen.</translation>
+    </message>
+    <message>
+        <source>It cannot be read.</source>
+        <translation>Sie kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Only the first %1 files were imported.</source>
+        <translation>Nur die ersten %1 Dateien wurden importiert.</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations to %1</source>
+        <translation>Dateien hier ablegen, um ihre Sender zu %1 hinzuzufügen</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations</source>
+        <translation>Dateien hier ablegen, um ihre Sender hinzuzufügen</translation>
+    </message>
+    <message>
+        <source>Import files …</source>
+        <translation>Dateien importieren …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportieren</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Where to import</source>
+        <translation>Wohin importieren</translation>
+    </message>
 </context>
 <context>
     <name>RadioBrowser</name>

@@ -1228,6 +1228,70 @@
             <numerusform>%n entradas</numerusform>
         </translation>
     </message>
+    <message>
+        <source>All services</source>
+        <translation>Todos los servicios</translation>
+    </message>
+    <message>
+        <source>Search all services</source>
+        <translation>Buscar en todos los servicios</translation>
+    </message>
+    <message>
+        <source>There is nothing to search.</source>
+        <translation>No hay nada donde buscar.</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Mostrar todo</translation>
+    </message>
+    <message>
+        <source>Show all of %1</source>
+        <translation>Mostrar todo: %1</translation>
+    </message>
+    <message>
+        <source>Another import is under way.</source>
+        <translation>Ya hay una importación en curso.</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB.</source>
+        <translation>%1 ocupa más de 1 MiB.</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped.</source>
+        <translation>%1: %2 añadidas, %3 ya conocidas, %4 omitidas.</translation>
+    </message>
+    <message>
+        <source>It cannot be read.</source>
+        <translation>No se puede leer.</translation>
+    </message>
+    <message>
+        <source>Only the first %1 files were imported.</source>
+        <translation>Solo se han importado los primeros %1 archivos.</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations to %1</source>
+        <translation>Suelte archivos para añadir sus emisoras a %1</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations</source>
+        <translation>Suelte archivos para añadir sus emisoras</translation>
+    </message>
+    <message>
+        <source>Import files …</source>
+        <translation>Importar archivos …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exportar</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Formato</translation>
+    </message>
+    <message>
+        <source>Where to import</source>
+        <translation>Dónde importar</translation>
+    </message>
 </context>
 <context>
     <name>RadioBrowser</name>

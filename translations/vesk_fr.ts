@@ -1228,6 +1228,70 @@
             <numerusform>%n entrées</numerusform>
         </translation>
     </message>
+    <message>
+        <source>All services</source>
+        <translation>Tous les services</translation>
+    </message>
+    <message>
+        <source>Search all services</source>
+        <translation>Chercher dans tous les services</translation>
+    </message>
+    <message>
+        <source>There is nothing to search.</source>
+        <translation>Il n'y a rien où chercher.</translation>
+    </message>
+    <message>
+        <source>Show all</source>
+        <translation>Tout afficher</translation>
+    </message>
+    <message>
+        <source>Show all of %1</source>
+        <translation>Tout afficher : %1</translation>
+    </message>
+    <message>
+        <source>Another import is under way.</source>
+        <translation>Un autre import est en cours.</translation>
+    </message>
+    <message>
+        <source>%1 is larger than 1 MiB.</source>
+        <translation>%1 dépasse 1 Mio.</translation>
+    </message>
+    <message>
+        <source>%1: %2 added, %3 known already, %4 skipped.</source>
+        <translation>%1 : %2 ajoutées, %3 déjà connues, %4 ignorées.</translation>
+    </message>
+    <message>
+        <source>It cannot be read.</source>
+        <translation>Il ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <source>Only the first %1 files were imported.</source>
+        <translation>Seuls les %1 premiers fichiers ont été importés.</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations to %1</source>
+        <translation>Déposez des fichiers pour ajouter leurs stations à %1</translation>
+    </message>
+    <message>
+        <source>Drop files to add their stations</source>
+        <translation>Déposez des fichiers pour ajouter leurs stations</translation>
+    </message>
+    <message>
+        <source>Import files …</source>
+        <translation>Importer des fichiers …</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Exporter</translation>
+    </message>
+    <message>
+        <source>Format</source>
+        <translation>Format</translation>
+    </message>
+    <message>
+        <source>Where to import</source>
+        <translation>Où importer</translation>
+    </message>
 </context>
 <context>
     <name>RadioBrowser</name>

@@ -7,9 +7,10 @@ import { isRecord, RpcError } from "../rpc/Connection";
 import { claimLife, keepClaim, keptClaim, lookDelay, type Claim } from "./claim";
 import { getData, setData } from "./host";
 import type { Path } from "./path";
+import { text } from "./rows";
+import type { AccountRole } from "./services";
 
-/** The SDK's code for values of the type account. */
-const accountType = 115;
+/** The SDK's codes of what is done to an account. */
 const Operation = { join: 3, drop: 4, claim: 8 } as const;
 /** Suffix of an error's name that means "not linked to an account". */
 const notLinked = ":7";
@@ -22,26 +23,22 @@ export type Link =
     | { is: "claiming"; code: string; message: string }
     | { is: "linked"; user: string };
 
-function accountIn(value: unknown): Record<string, unknown> | null {
-    const isAccount = isRecord(value) && value.type === accountType;
-    return isAccount && isRecord(value.tuneInAccount) ? value.tuneInAccount : null;
-}
-
-const text = (value: unknown) => (typeof value === "string" ? value : "");
-
-/** The link between this device and an account of one service, whose root is \a service. */
+/** The link between this device and an account of one service. */
 export class Account {
     readonly link = signal<Link>({ is: "unknown" });
     /** Error of the last operation; null after success. */
     readonly error = signal<RpcError | null>(null);
     readonly isBusy = signal(false);
 
-    readonly #path: Path;
     #poll: ReturnType<typeof setTimeout> | undefined;
     #looks = 0;
 
-    constructor(private readonly service: Path) {
-        this.#path = service + "account";
+    /** \a service is its root, \a role where its account is. */
+    constructor(private readonly service: Path, private readonly role: AccountRole) {}
+
+    #accountIn(value: unknown): Record<string, unknown> | null {
+        const account = isRecord(value) && value.type === this.role.type ? value[this.role.key] : null;
+        return isRecord(account) ? account : null;
     }
 
     /** Restores a claim that this tab was waiting for before a reload. */
@@ -129,8 +126,8 @@ export class Account {
 
     async #query(poll = false): Promise<Link | null> {
         try {
-            const [, value] = await getData(this.#path, ["type", "value"], poll);
-            const account = accountIn(value);
+            const [, value] = await getData(this.role.path, ["type", "value"], poll);
+            const account = this.#accountIn(value);
             if (!account)
                 return { is: "none" };
             const user = text(account.userName);
@@ -158,8 +155,8 @@ export class Account {
         this.isBusy.value = true;
         this.error.value = null;
         try {
-            const value = { type: accountType, tuneInAccount: account };
-            done(accountIn(await setData(this.#path, "value", value)) ?? {});
+            const value = { type: this.role.type, [this.role.key]: account };
+            done(this.#accountIn(await setData(this.role.path, "value", value)) ?? {});
         } catch (error) {
             if (!(error instanceof RpcError))
                 throw error;

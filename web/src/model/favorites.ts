@@ -5,13 +5,9 @@ import { signal } from "@preact/signals";
 
 import { getRows, host, setData, watch } from "./host";
 import { announce } from "./notices";
-import { paramsOf, type Path } from "./path";
+import { paramOf, type Path } from "./path";
 import { RowType, type Row } from "./rows";
 import { serviceOf } from "./services";
-
-/** Names of icons that stand for favorites, and last segments of paths that change them. */
-const words = ["presets", "favorites"];
-const lastWord = (text: string) => text.split("?", 1)[0]!.replace(/^.*[/:]/, "");
 
 /** Limits on the favorites read, and on the folders among them. */
 const maxRows = 500;
@@ -20,23 +16,26 @@ const retryTime = 30_000;
 
 /** Whether a row of a menu adds the item to the favorites or removes it. */
 export function changesFavorites(row: Row): boolean {
-    return row.type === RowType.activate && words.includes(lastWord(row.path));
+    const entries = serviceOf(row.path)?.favorites?.toggle ?? [];
+    return row.type === RowType.activate && entries.includes(row.path.split("?", 1)[0]!);
 }
 
-/** The ids of the item that a menu belongs to, from the menu's parameters. */
+/** The ids of the item that a menu belongs to, from the parameters that its service names. */
 export function idsOf(menu: Path): string[] {
-    return paramsOf(menu).filter(([key, value]) => /id$/i.test(key) && value !== "").map(([, value]) => value);
+    const names = serviceOf(menu)?.favorites?.ids ?? [];
+    return names.map((name) => paramOf(menu, name) ?? "").filter((id) => id !== "");
 }
 
 /** The ids of one service's favorites; those without a menu have no ids and are left out. */
 class Favorites {
-    /** Null until they are read, and for a service without favorites. */
+    /** Null until they are read. */
     readonly ids = signal<ReadonlySet<string> | null>(null);
-    #path: Path | null = null;
     #run = 0;
     #later: ReturnType<typeof setTimeout> | undefined;
 
-    constructor(private readonly service: Path) {}
+    constructor(private readonly path: Path) {
+        watch(path, () => this.refresh());
+    }
 
     /** Reads the favorites, and again later after an error. */
     refresh(): void {
@@ -46,19 +45,9 @@ class Favorites {
         });
     }
 
-    /** Reads the favorites; the first call also subscribes to them. */
-    async read(): Promise<ReadonlySet<string> | null> {
+    async read(): Promise<ReadonlySet<string>> {
         const run = ++this.#run;
-        if (this.#path === null) {
-            const { rows } = await getRows(this.service, 0, 99, ["icon", "path"]);
-            const path = rows.find((row) => words.includes(lastWord(row.icon)))?.path ?? "";
-            if (this.#path === null && path !== "")
-                watch(path, () => this.refresh());
-            this.#path = path;
-        }
-        if (this.#path === "")
-            return null;
-        const ids = await readIds(this.#path);
+        const ids = await readIds(this.path);
         if (run === this.#run)
             this.ids.value = ids;
         return ids;
@@ -86,13 +75,13 @@ async function readIds(path: Path): Promise<Set<string>> {
 const known = new Map<Path, Favorites>();
 
 function favoritesFor(menu: Path): Favorites | null {
-    const service = serviceOf(menu)?.path;
-    if (service === undefined || service === "")
+    const path = serviceOf(menu)?.favorites?.path;
+    if (path === undefined)
         return null;
-    let favorites = known.get(service);
+    let favorites = known.get(path);
     if (!favorites) {
-        favorites = new Favorites(service);
-        known.set(service, favorites);
+        favorites = new Favorites(path);
+        known.set(path, favorites);
         favorites.refresh();
     }
     return favorites;

@@ -6,12 +6,14 @@ import { effect, signal } from "@preact/signals";
 import { RpcError } from "../rpc/Connection";
 import { getRows, setData } from "./host";
 import { openSheets, popSheets, pushSheet } from "./navigation";
-import type { Path } from "./path";
+import { paramOf, type Path } from "./path";
 import type { Row } from "./rows";
+import { serviceOf } from "./services";
 
 /** What is shown in the dialog above the screen: a menu, which is a screen too, or a sheet of the page's own. */
 export type Sheet =
     | { readonly kind: "menu"; readonly path: Path; readonly title: string }
+    | { readonly kind: "import"; readonly files: readonly File[] }
     | { readonly kind: "playing" }
     | { readonly kind: "keys" };
 
@@ -64,9 +66,10 @@ export function blameMenu(path: Path): void {
         interrupted.value = new Map(known).set(path, (known.get(path) ?? 0) + 1);
 }
 
-/** Whether the path is a menu that can be offered. One with an empty id parameter belongs to no item. */
+/** Whether the path is a menu that can be offered. One in which a parameter that is to identify its item is empty belongs to none. */
 export function isMenu(path: Path): boolean {
-    return path !== "" && !/[?&]\w*id=(&|$)/i.test(path)
+    const ids = serviceOf(path)?.favorites?.ids ?? [];
+    return path !== "" && ids.every((name) => paramOf(path, name) !== "")
         && (interrupted.value.get(path) ?? 0) < maxInterruptions;
 }
 

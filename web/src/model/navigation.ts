@@ -7,6 +7,8 @@ import type { Path } from "./path";
 
 export const servicesPath: Path = "host:services";
 export const settingsPath: Path = "host:settings";
+/** A screen of the page's own: what all services find. Its parameter is the text. */
+export const searchPath: Path = "page:search";
 
 export interface Crumb {
     readonly path: Path;

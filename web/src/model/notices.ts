@@ -5,8 +5,8 @@ import { signal } from "@preact/signals";
 
 /** A short message, shown and announced to screen readers. */
 export interface Notice {
-    /** Selects the message. `text` is inserted into it and comes from outside; "lost" has none. */
-    readonly kind: "done" | "failed" | "added" | "removed" | "lost" | "stale";
+    /** Selects the message. `text` is inserted into it and comes from outside; it is the message itself for "told", and "lost" has none. */
+    readonly kind: "done" | "told" | "failed" | "added" | "removed" | "lost" | "stale";
     readonly text: string;
     /** Reverts the change. */
     readonly undo?: () => void;

@@ -52,15 +52,6 @@ export function paramOf(path: Path, key: string): string | null {
     return null;
 }
 
-/** All parameters, decoded, as pairs of key and value. */
-export function paramsOf(path: Path): [string, string][] {
-    const [, query = ""] = split(path);
-    return query.split("&").filter((item) => item.includes("=")).map((item) => {
-        const at = item.indexOf("=");
-        return [decode(item.slice(0, at)), decode(item.slice(at + 1))];
-    });
-}
-
 /** Whether both paths are equal apart from the parameter \a key. */
 export function equalsBut(a: Path, b: Path, key: string): boolean {
     return withParam(a, key, "") === withParam(b, key, "");

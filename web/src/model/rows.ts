@@ -59,7 +59,7 @@ export const rowRoles = [
 
 export type Roles = Readonly<Record<string, unknown>>;
 
-function text(value: unknown): string {
+export function text(value: unknown): string {
     return typeof value === "string" ? value : "";
 }
 
@@ -74,7 +74,7 @@ export function readValue(value: unknown): Value | null {
     return typeof number === "number" ? { type: "number", value: number } : { type: "other" };
 }
 
-function pathIn(roles: unknown): Path {
+export function pathIn(roles: unknown): Path {
     return isRecord(roles) ? text(roles.path) : "";
 }
 
@@ -108,13 +108,18 @@ export interface RowsAnswer {
     readonly problem: string;
 }
 
+/** The roles of each row of a result of getRows, by their names. */
+export function rolesIn(result: unknown, names: readonly string[]): Roles[] {
+    const lists = isRecord(result) && Array.isArray(result.rows) ? result.rows : [];
+    return lists.map((list: unknown) => {
+        const values: unknown[] = Array.isArray(list) ? list : [];
+        return Object.fromEntries(names.map((name, i) => [name, values[i]]));
+    });
+}
+
 export function readRows(result: unknown, names: readonly string[]): RowsAnswer {
     const answer = isRecord(result) ? result : {};
-    const lists = Array.isArray(answer.rows) ? answer.rows : [];
-    const rows = lists.map((list: unknown) => {
-        const values: unknown[] = Array.isArray(list) ? list : [];
-        return readRow(Object.fromEntries(names.map((name, i) => [name, values[i]])));
-    });
+    const rows = rolesIn(result, names).map(readRow);
     const count = typeof answer.rowsCount === "number" ? answer.rowsCount : rows.length;
     return {
         count: Math.max(0, count), rows, roles: isRecord(answer.roles) ? answer.roles : {}, problem: text(answer.problem),

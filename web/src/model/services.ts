@@ -1,12 +1,38 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-import { computed, signal } from "@preact/signals";
+import { batch, computed, signal } from "@preact/signals";
 
+import { isRecord, RpcError } from "../rpc/Connection";
 import { getRows, host, watch } from "./host";
-import { current, replace, servicesPath } from "./navigation";
-import { equalsBut, paramOf, prefixOf, type Path } from "./path";
-import { RowType, type Row } from "./rows";
+import { current, replace, searchPath, servicesPath } from "./navigation";
+import { equalsBut, paramOf, prefixOf, withParam, type Path } from "./path";
+import { pathIn, readRow, readRows, rolesIn, RowType, text, type Roles, type Row } from "./rows";
+
+/** A row of host:services, with what the service says of itself. */
+export interface Service extends Row {
+    readonly id: string;
+    readonly favorites: FavoritesRole | null;
+    readonly account: AccountRole | null;
+    /** The values that take and give files; empty for none. */
+    readonly importPath: Path;
+    readonly exportPath: Path;
+}
+
+export interface FavoritesRole {
+    readonly path: Path;
+    /** The menu entries that add an item to the favorites or remove it, without parameters. */
+    readonly toggle: readonly Path[];
+    /** Parameters of a menu's path that identify its item. */
+    readonly ids: readonly string[];
+}
+
+export interface AccountRole {
+    readonly path: Path;
+    /** The type code of the account's value, and its key. */
+    readonly type: number;
+    readonly key: string;
+}
 
 /** A search that a service offers: one of its query rows. */
 export interface Query {
@@ -17,9 +43,18 @@ export interface Query {
     readonly path: Path;
 }
 
+/** The searches of one service: being read, read, or not readable. */
+export interface Searches {
+    readonly service: Service;
+    readonly queries: readonly Query[] | null;
+    readonly error: RpcError | null;
+}
+
 /** The rows of host:services; null until they are read. */
-export const services = signal<readonly Row[] | null>(null);
-export const queries = signal<readonly Query[]>([]);
+export const services = signal<readonly Service[] | null>(null);
+/** Of the services that search, in the order of the services. */
+export const searches = signal<readonly Searches[]>([]);
+export const queries = computed<readonly Query[]>(() => searches.value.flatMap((each) => each.queries ?? []));
 
 /** The home screen: that of the only service, or the list of services. */
 export const homePath = computed<Path>(() => {
@@ -27,24 +62,70 @@ export const homePath = computed<Path>(() => {
     return all?.length === 1 && all[0]!.path !== "" ? all[0]!.path : servicesPath;
 });
 
-export function serviceOf(path: Path): Row | undefined {
+export function serviceOf(path: Path): Service | undefined {
     const prefix = prefixOf(path);
     return services.value?.find((row) => row.path !== "" && prefixOf(row.path) === prefix);
 }
 
-/** The query whose results are on screen, with its text. */
-export const activeQuery = computed(() => {
+/** The services that take files. */
+export const importers = computed(() => (services.value ?? []).filter((service) => service.importPath !== ""));
+
+const textKey = "q";
+
+/** The page's own screen with what all services find. */
+export function searchFor(wanted: string): Path {
+    return withParam(searchPath, textKey, wanted);
+}
+
+/** What is searched for at the path; null for any other screen. */
+export function searchedText(path: Path): string | null {
+    return path.startsWith(searchPath + "?") ? paramOf(path, textKey) : null;
+}
+
+/** What is searched for on a screen, and in which search; null for all of them. */
+export function searchAt(path: Path): { query: Query | null; text: string } | null {
+    const wanted = searchedText(path);
+    if (wanted !== null)
+        return { query: null, text: wanted };
     for (const query of queries.value) {
-        const text = paramOf(current.value, query.key);
-        if (text !== null && equalsBut(query.path, current.value, query.key))
-            return { query, text };
+        const found = paramOf(path, query.key);
+        if (found !== null && equalsBut(query.path, path, query.key))
+            return { query, text: found };
     }
     return null;
-});
+}
 
-async function queriesOf(service: Row): Promise<Query[]> {
-    if (service.searchPath === "")
-        return [];
+export const activeSearch = computed(() => searchAt(current.value));
+
+const serviceRoles = ["title", "description", "icon", "type", "path", "search", "disabled",
+    "id", "favorites", "account", "import", "export"];
+
+function texts(value: unknown): string[] {
+    return Array.isArray(value) ? value.map(text).filter((each) => each !== "") : [];
+}
+
+export function readService(roles: Roles): Service {
+    const { favorites, account } = roles;
+    const row = readRow(roles);
+    return {
+        ...row,
+        id: text(roles.id),
+        favorites: isRecord(favorites) && pathIn(favorites) !== "" ? {
+            path: pathIn(favorites),
+            toggle: texts(favorites.toggle),
+            ids: texts(favorites.ids),
+        } : null,
+        account: isRecord(account) && pathIn(account) !== "" ? {
+            path: pathIn(account),
+            type: typeof account.type === "number" ? account.type : 0,
+            key: text(account.key),
+        } : null,
+        importPath: pathIn(roles.import),
+        exportPath: pathIn(roles.export),
+    };
+}
+
+async function queriesOf(service: Service): Promise<Query[]> {
     const { rows } = await getRows(service.searchPath, 0, 19);
     return rows
         .filter((row) => row.type === RowType.query && row.queryPath !== "" && row.query !== "")
@@ -59,19 +140,46 @@ async function queriesOf(service: Row): Promise<Query[]> {
 
 let run = 0;
 
+/** Reads the searches of a service, again if they could not be read. */
+export async function loadSearches(service: Service): Promise<void> {
+    const mine = run;
+    const set = (queries: readonly Query[] | null, error: RpcError | null) => {
+        if (mine === run)
+            searches.value = searches.peek().map((old) => (
+                old.service.path === service.path ? { service, queries, error } : old));
+    };
+    try {
+        set(await queriesOf(service), null);
+    } catch (error) {
+        if (!(error instanceof RpcError))
+            throw error;
+        // A lost connection has a notice of its own, and all is read again when it is back.
+        if (error.code !== RpcError.lost)
+            set(null, error);
+    }
+}
+
 export async function loadServices(): Promise<void> {
     const mine = ++run;
     try {
-        const names = ["title", "description", "icon", "type", "path", "search", "disabled"];
-        const { rows } = await getRows(servicesPath, 0, 99, names);
-        if (mine !== run)
+        const result = await host.call("getRows", { path: servicesPath, roles: serviceRoles, first: 0, last: 99 });
+        if (mine !== run || readRows(result, serviceRoles).problem !== "")
             return;
-        services.value = rows;
+        const all = rolesIn(result, serviceRoles).map(readService);
+        const known = searches.peek();
+        batch(() => {
+            services.value = all;
+            searches.value = all.filter((service) => service.searchPath !== "").map((service) => ({
+                service,
+                queries: known.find((old) => old.service.path === service.path)?.queries ?? null,
+                error: null,
+            }));
+        });
         if (location.hash === "" && homePath.value !== servicesPath)
-            replace(homePath.value, rows[0]!.title);
-        const found = await Promise.allSettled(rows.map(queriesOf));
-        if (mine === run)
-            queries.value = found.flatMap((q) => (q.status === "fulfilled" ? q.value : []));
+            replace(homePath.value, all[0]!.title);
+        // Each by itself, so that a slow service delays no other one.
+        for (const { service } of searches.peek())
+            void loadSearches(service);
     } catch {
         // The list of services shows the error, and is read again when the connection is back.
     }

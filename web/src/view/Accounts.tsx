@@ -6,9 +6,8 @@ import { useEffect, useMemo, useState } from "preact/hooks";
 import { t } from "../i18n/i18n";
 import { Account, type Link } from "../model/accounts";
 import { pageIn } from "../model/claim";
-import { services } from "../model/services";
 import { host } from "../model/host";
-import type { Row } from "../model/rows";
+import { services, type AccountRole, type Service } from "../model/services";
 import { Icon } from "./icons";
 import { QrCode } from "./QrCode";
 import { errorText } from "./words";
@@ -17,15 +16,15 @@ import { errorText } from "./words";
 export function Accounts() {
     return (
         <>
-            {services.value?.filter((service) => service.path !== "").map((service) => (
-                <AccountPanel key={service.path} service={service} />
+            {services.value?.map((service) => (
+                service.account && <AccountPanel key={service.path} service={service} role={service.account} />
             ))}
         </>
     );
 }
 
-function AccountPanel({ service }: { service: Row }) {
-    const account = useMemo(() => new Account(service.path), [service.path]);
+function AccountPanel({ service, role }: { service: Service; role: AccountRole }) {
+    const account = useMemo(() => new Account(service.path, role), [service.path, role.path, role.type, role.key]);
     const isOpen = host.isOpen.value;
     useEffect(() => {
         if (isOpen)

@@ -9,12 +9,15 @@ import { host } from "../model/host";
 import { sheets } from "../model/menu";
 import { current } from "../model/navigation";
 import { failure, isAskSlow, isShown, player } from "../model/player";
+import { searchedText } from "../model/services";
 import { Breadcrumbs } from "./Breadcrumbs";
+import { DropZone } from "./Files";
 import { Header } from "./Header";
 import { listenToKeys } from "./keys";
 import { NoticeBar, Spoken } from "./Notices";
 import { PlayerBar } from "./PlayerBar";
 import { screenTitle, ScreenView } from "./ScreenView";
+import { SearchView } from "./SearchView";
 import { Sheets } from "./Sheets";
 
 function skip(event: Event): void {
@@ -40,17 +43,21 @@ export function App() {
         document.title = documentTitle();
     });
     useEffect(listenToKeys, []);
+    const searched = searchedText(current.value);
     return (
         <>
             <a class="skip" href="#content" onClick={skip}>{t("Skip to the content")}</a>
             <Header />
             <main id="content">
                 <Breadcrumbs />
-                <ScreenView key={current.value} path={current.value} />
+                {searched === null
+                    ? <ScreenView key={current.value} path={current.value} />
+                    : <SearchView key={current.value} text={searched} />}
             </main>
             <PlayerBar />
             {sheets.value.length === 0 && <NoticeBar />}
             <Spoken />
+            <DropZone />
             <Sheets />
         </>
     );

@@ -3,8 +3,7 @@
 
 import { t } from "../i18n/i18n";
 import { openCrumb, servicesPath, trail, type Crumb } from "../model/navigation";
-import { equalsBut, paramOf } from "../model/path";
-import { homePath, queries, serviceOf, services } from "../model/services";
+import { homePath, searchAt, serviceOf, services } from "../model/services";
 
 /** The trail, with the home screen added in front if it began elsewhere. */
 function crumbs(): Crumb[] {
@@ -19,11 +18,9 @@ function crumbs(): Crumb[] {
 }
 
 function titleOf(crumb: Crumb): string {
-    for (const query of queries.value) {
-        const text = paramOf(crumb.path, query.key);
-        if (text !== null && equalsBut(query.path, crumb.path, query.key))
-            return t("Results for “%1”", text);
-    }
+    const searched = searchAt(crumb.path);
+    if (searched)
+        return t("Results for “%1”", searched.text);
     if (crumb.path === servicesPath)
         return t("Services");
     const service = services.value?.find((row) => row.path === crumb.path);

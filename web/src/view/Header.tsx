@@ -8,8 +8,8 @@ import {
     back, canGoBack, canGoForward, current, forward, leave, open, openCrumb, openQuietly, replace,
     settingsPath,
 } from "../model/navigation";
-import { prefixOf, withParam } from "../model/path";
-import { activeQuery, homePath, queries, type Query } from "../model/services";
+import { withParam } from "../model/path";
+import { activeSearch, homePath, queries, searches, searchFor, type Query } from "../model/services";
 import { focusFirstRow } from "./focus";
 import { Icon } from "./icons";
 import { ConnectionNotice } from "./Notices";
@@ -17,21 +17,21 @@ import { ConnectionNotice } from "./Notices";
 const typingPause = 350;
 const shortest = 2;
 
-/** The query that the search field uses on this screen, unless another one was chosen. */
-function defaultQuery(): Query | undefined {
-    const here = prefixOf(current.value);
-    return queries.value.find((query) => prefixOf(query.path) === here) ?? queries.value[0];
-}
+/** The value of the option that searches everywhere. */
+const everywhere = -1;
 
 function SearchField() {
-    const active = activeQuery.value;
+    const active = activeSearch.value;
     const [text, setText] = useState(active?.text ?? "");
-    const [chosen, setChosen] = useState(-1);
+    /** Null for the search of this screen, or else for all. */
+    const [chosen, setChosen] = useState<number | null>(null);
     const timer = useRef<ReturnType<typeof setTimeout> | undefined>(undefined);
     /** Path of the results that the field's text led to. */
     const results = useRef<string | null>(null);
     const all = queries.value;
-    const query = all[chosen] ?? active?.query ?? defaultQuery();
+    const shown = chosen ?? (active?.query ? all.indexOf(active.query) : everywhere);
+    /** The search that is used, null for all of them. */
+    const query = all.length === 1 ? all[0]! : all[shown] ?? null;
 
     // A new screen sets the field's text, unless the field opened that screen.
     useEffect(() => {
@@ -40,32 +40,35 @@ function SearchField() {
         results.current = null;
         clearTimeout(timer.current);
         setText(active?.text ?? "");
+        setChosen(null);
     }, [current.value, active?.text]);
 
-    const search = (wanted: string, where: Query | undefined) => {
+    const search = (wanted: string, where: Query | null) => {
         clearTimeout(timer.current);
         const trimmed = wanted.trim();
-        if (!where || trimmed === "")
+        if (trimmed === "")
             return;
-        const path = withParam(where.path, where.key, trimmed);
+        const path = where ? withParam(where.path, where.key, trimmed) : searchFor(trimmed);
+        const title = where?.title ?? "";
         results.current = path;
         if (path === current.peek())
             return;
-        if (activeQuery.peek())
-            replace(path, where.title);
+        if (activeSearch.peek())
+            replace(path, title);
         else
-            openQuietly(path, where.title);
+            openQuietly(path, title);
     };
     const typed = (wanted: string) => {
         setText(wanted);
         clearTimeout(timer.current);
         if (wanted.trim().length >= shortest)
             timer.current = setTimeout(() => search(wanted, query), typingPause);
-        else if (wanted.trim() === "" && activeQuery.peek())
+        else if (wanted.trim() === "" && activeSearch.peek())
             leave(homePath.peek());
     };
-    if (!query)
+    if (searches.value.length === 0)
         return <div class="search" />;
+    const label = query?.title || (searches.value.length > 1 ? t("Search all services") : t("Search"));
     return (
         <search class="search" role="search">
             <form
@@ -82,8 +85,8 @@ function SearchField() {
                     autocomplete="off"
                     spellcheck={false}
                     maxLength={200}
-                    aria-label={query.title || t("Search")}
-                    placeholder={query.title || t("Search")}
+                    aria-label={label}
+                    placeholder={label}
                     dir="auto"
                     value={text}
                     onInput={(event) => typed(event.currentTarget.value)}
@@ -100,13 +103,14 @@ function SearchField() {
                 {all.length > 1 && (
                     <select
                         aria-label={t("Where to search")}
-                        value={all.indexOf(query)}
+                        value={shown}
                         onChange={(event) => {
                             const index = Number(event.currentTarget.value);
                             setChosen(index);
-                            search(text, all[index]);
+                            search(text, all[index] ?? null);
                         }}
                     >
+                        <option value={everywhere}>{t("All services")}</option>
                         {all.map((other, index) => (
                             <option key={index} value={index}>{other.serviceTitle || other.title}</option>
                         ))}

@@ -54,7 +54,7 @@ function noticeText({ kind, text }: Notice): string {
 
 export function NoticeBar() {
     const now = notice.value;
-    const isGood = now !== null && ["done", "added", "removed"].includes(now.kind);
+    const isGood = now !== null && ["done", "told", "added", "removed"].includes(now.kind);
     return (
         <div class="notice" role="status">
             {now && (

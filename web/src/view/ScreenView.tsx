@@ -11,9 +11,10 @@ import { arrival, restore, settingsPath, trail } from "../model/navigation";
 import type { Path } from "../model/path";
 import { RowType } from "../model/rows";
 import { Screen, screenAt, shown } from "../model/Screen";
-import { activeQuery, homePath, serviceOf } from "../model/services";
+import { activeSearch, homePath, serviceOf } from "../model/services";
 import { RpcError } from "../rpc/Connection";
 import { Accounts } from "./Accounts";
+import { FileTools } from "./Files";
 import { FlowList, isFlow } from "./FlowList";
 import { Icon } from "./icons";
 import { PageSettings } from "./PageSettings";
@@ -67,7 +68,7 @@ export function Skeleton({ screen, rows = 8 }: { screen: Screen; rows?: number }
 
 /** Empty until it is known. */
 function titleOf(screen: Screen): string {
-    const searched = activeQuery.value;
+    const searched = activeSearch.value;
     if (searched)
         return t("Results for “%1”", searched.text);
     if (screen.error.value?.code === RpcError.notOffered)
@@ -87,6 +88,7 @@ export function ScreenView({ path }: { path: Path }) {
     const rows = count === null ? 0 : new Layout(count, 1, screen.shapes).shown;
     const title = titleOf(screen);
     const empty = count === null ? null : emptyText(screen, rows);
+    const service = serviceOf(path);
     const isSettings = path === settingsPath;
     const isCounted = rows > 0 && empty === null && path !== homePath.value && !isFlow(screen);
     const { scroll, row } = restore.value;
@@ -114,6 +116,7 @@ export function ScreenView({ path }: { path: Path }) {
                     {isCounted && tn("%n entry", "%n entries", rows)}
                 </p>
             </div>
+            {service?.path === path && (service.importPath || service.exportPath) && <FileTools service={service} />}
             {isSettings && <Accounts />}
             <Problem screen={screen} />
             <Slow screen={screen} />

@@ -7,6 +7,7 @@ import { t } from "../i18n/i18n";
 import { closeSheet, closeSheets, sheets, type Sheet } from "../model/menu";
 import { player } from "../model/player";
 import { moveAmong } from "./focus";
+import { ImportSheet } from "./Files";
 import { Icon } from "./icons";
 import { KeysSheet } from "./KeysSheet";
 import { MenuSheet } from "./MenuSheet";
@@ -17,6 +18,8 @@ function titleOf(sheet: Sheet): string {
     switch (sheet.kind) {
         case "menu":
             return sheet.title || t("Menu");
+        case "import":
+            return t("Where to import");
         case "playing":
             return player.value.title || t("Player");
         default:
@@ -28,6 +31,8 @@ function Content({ sheet }: { sheet: Sheet }) {
     switch (sheet.kind) {
         case "menu":
             return <MenuSheet path={sheet.path} />;
+        case "import":
+            return <ImportSheet files={sheet.files} />;
         case "playing":
             return <PlayingSheet />;
         default:

@@ -9,7 +9,7 @@ import { fileURLToPath } from "node:url";
 const here = dirname(fileURLToPath(import.meta.url));
 const names = process.argv.length > 2
     ? process.argv.slice(2)
-    : ["journey", "services", "listener", "unhappy", "access", "hostile", "foreign", "long"];
+    : ["journey", "services", "several", "listener", "unhappy", "access", "hostile", "foreign", "long"];
 for (const name of names) {
     const { status } = spawnSync(process.execPath, [join(here, `${name}.test.mjs`)], { stdio: "inherit" });
     if (status !== 0)

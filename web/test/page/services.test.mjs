@@ -42,9 +42,10 @@ test("browses another service like the first", async () => {
     assert.deepEqual(await crumbs.allTextContents(), ["Services"]);
 });
 
-test("searches the service where the reader is, or another one", async () => {
+test("searches all services, or one", async () => {
     const where = page.getByRole("combobox", { name: "Where to search" });
-    assert.equal(await where.evaluate((select) => select.selectedOptions[0].text), "Good plug-in");
+    assert.equal(await where.evaluate((select) => select.selectedOptions[0].text), "All services");
+    await where.selectOption({ label: "Good plug-in" });
     await page.getByRole("searchbox").fill("a b");
     await page.getByRole("searchbox").press("Enter");
     await heading("Results for “a b”");
