@@ -18,8 +18,8 @@ const CMPath &servicesPath()
 const QStringList &serviceRoles()
 {
     static const QStringList roles {VeskRoles::Path(), VeskRoles::Id(), VeskRoles::Title(),
-        VeskRoles::Search(), QStringLiteral("favorites"), QStringLiteral("account"),
-        QStringLiteral("import"), QStringLiteral("export")};
+        VeskRoles::Search(), VeskRoles::Favorites(), VeskRoles::Account(), VeskRoles::Import(),
+        VeskRoles::Export()};
     return roles;
 }
 
@@ -31,8 +31,8 @@ CMPath pathIn(const QVariantHash &role)
 Service serviceOf(const VeskRoles &row)
 {
     const auto role = [&](const QString &name) { return row[name].toHash(); };
-    const QVariantHash favorites = role(QStringLiteral("favorites"));
-    const QVariantHash account = role(QStringLiteral("account"));
+    const QVariantHash favorites = role(VeskRoles::Favorites());
+    const QVariantHash account = role(VeskRoles::Account());
     Service service;
     service.id = row[VeskRoles::Id()].toString();
     service.title = row[VeskRoles::Title()].toString();
@@ -46,8 +46,8 @@ Service serviceOf(const VeskRoles &row)
     service.account = pathIn(account);
     service.accountType = account.value(QStringLiteral("type")).toInt();
     service.accountKey = account.value(QStringLiteral("key")).toString();
-    service.imports = pathIn(role(QStringLiteral("import")));
-    service.exports = pathIn(role(QStringLiteral("export")));
+    service.imports = pathIn(role(VeskRoles::Import()));
+    service.exports = pathIn(role(VeskRoles::Export()));
     return service;
 }
 
