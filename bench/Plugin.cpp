@@ -114,6 +114,9 @@ PluginInProcess::PluginInProcess()
     : m_plugin(QStringLiteral(VESK_PLUGIN),
         {QStringLiteral(VESK_WORKER), [this] { return startMessage(); }})
 {
+    if (const auto descriptor
+        = PluginDescriptor::read(PluginDescriptor::fileOf(QStringLiteral(VESK_PLUGIN))))
+        m_plugin.setDescriptor(*descriptor);
     bool loaded = false;
     QObject::connect(&m_plugin, &Plugin::loadFinished, [&loaded] { loaded = true; });
     m_plugin.load();

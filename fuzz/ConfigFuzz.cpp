@@ -3,7 +3,6 @@
 
 #include "fuzz/fuzzing.h"
 #include "host/HostCommandLine.h"
-#include "host/settings/HostValues.h"
 
 #include <QByteArray>
 #include <QStringList>
@@ -59,7 +58,7 @@ void requireSound(const HostOptions &options)
     for (const PluginOptions &plugin : options.plugins)
         FUZZ_REQUIRE(!plugin.file.isEmpty());
     for (const auto &entry : options.pinned)
-        FUZZ_REQUIRE(findHostValue(entry.first) && !entry.second.isEmpty());
+        FUZZ_REQUIRE(options.values.find(entry.first) && !entry.second.isEmpty());
     for (const QString &entry : options.connectTo)
         FUZZ_REQUIRE(entry.count(QLatin1Char(':')) >= 3 && !entry.contains(QLatin1Char('\n')));
     FUZZ_REQUIRE((options.audio.kind == AudioOutputSpec::Wav) == !options.audio.file.isEmpty());

@@ -120,6 +120,38 @@
         <comment>Tune cancel title</comment>
         <translation>Fertig</translation>
     </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Anbieten, stumme Sender zu melden</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>Im Menü des laufenden Senders steht dann ein Eintrag, der das Problem meldet.</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>TuneIn-Partnerkennung</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>Daran erkennt TuneIn den Hersteller dieses Geräts. Ohne sie antwortet es womöglich nicht.</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Adresse der TuneIn-Startseite</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Bleibt das Feld leer, ist es die von TuneIn.</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Stream-Formate, um die TuneIn gebeten wird</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Durch Kommas getrennt. Sender werden nur in diesen Formaten angeboten.</translation>
+    </message>
 </context>
 <context>
     <name>CMTuneInWorker::CMTuneInWorker(const QVariantHash&amp;)</name>
@@ -224,22 +256,6 @@
         <translation>Sprache</translation>
     </message>
     <message>
-        <source>TuneIn partner id</source>
-        <translation>TuneIn-Partnerkennung</translation>
-    </message>
-    <message>
-        <source>Address of the TuneIn start page</source>
-        <translation>Adresse der TuneIn-Startseite</translation>
-    </message>
-    <message>
-        <source>Stream formats to ask TuneIn for</source>
-        <translation>Stream-Formate, um die TuneIn gebeten wird</translation>
-    </message>
-    <message>
-        <source>Offer to report stations that do not play</source>
-        <translation>Anbieten, stumme Sender zu melden</translation>
-    </message>
-    <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Die Teile einer Ansicht in einer Liste zeigen</translation>
     </message>
@@ -290,22 +306,6 @@
     <message>
         <source>Otherwise each part is a folder of its own, which is opened first.</source>
         <translation>Sonst ist jeder Teil ein eigener Ordner, der erst geöffnet wird.</translation>
-    </message>
-    <message>
-        <source>The menu of what plays then has an entry that reports the problem.</source>
-        <translation>Im Menü des laufenden Senders steht dann ein Eintrag, der das Problem meldet.</translation>
-    </message>
-    <message>
-        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
-        <translation>Daran erkennt TuneIn den Hersteller dieses Geräts. Ohne sie antwortet es womöglich nicht.</translation>
-    </message>
-    <message>
-        <source>Left empty, it is TuneIn's own.</source>
-        <translation>Bleibt das Feld leer, ist es die von TuneIn.</translation>
-    </message>
-    <message>
-        <source>Separated by commas. Stations are offered in these formats only.</source>
-        <translation>Durch Kommas getrennt. Sender werden nur in diesen Formaten angeboten.</translation>
     </message>
     <message>
         <source>Advanced settings</source>
@@ -386,6 +386,22 @@
     <message>
         <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
         <translation>Der Dienst %1 weist dieses Gerät ab (%2). Prüfen Sie die Einstellung „%3“.</translation>
+    </message>
+    <message>
+        <source>one of: %1</source>
+        <translation>eines von: %1</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>eine Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>a number from %1</source>
+        <translation>eine Zahl ab %1</translation>
+    </message>
+    <message>
+        <source>a number up to %1</source>
+        <translation>eine Zahl bis %1</translation>
     </message>
 </context>
 <context>
@@ -1369,6 +1385,14 @@
     <message>
         <source>Search</source>
         <translation>Suche</translation>
+    </message>
+    <message>
+        <source>Address of a Radio Browser server</source>
+        <translation>Adresse eines Servers von Radio Browser</translation>
+    </message>
+    <message>
+        <source>Left empty, one of the community's servers is chosen by itself.</source>
+        <translation>Bleibt das Feld leer, wird von selbst ein Server der Gemeinschaft gewählt.</translation>
     </message>
 </context>
 <context>

@@ -120,6 +120,38 @@
         <comment>Tune cancel title</comment>
         <translation>Listo</translation>
     </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Ofrecer informar de emisoras que no suenan</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>El menú de lo que suena tiene entonces una entrada que informa del problema.</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>Identificador de socio de TuneIn</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>Por él conoce TuneIn al fabricante de este dispositivo. Sin él puede negarse a responder.</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Dirección de la página de inicio de TuneIn</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Si se deja vacía, es la propia de TuneIn.</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Formatos de emisión que se piden a TuneIn</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Separados por comas. Las emisoras se ofrecen solo en estos formatos.</translation>
+    </message>
 </context>
 <context>
     <name>CMTuneInWorker::CMTuneInWorker(const QVariantHash&amp;)</name>
@@ -224,22 +256,6 @@
         <translation>Idioma</translation>
     </message>
     <message>
-        <source>TuneIn partner id</source>
-        <translation>Identificador de socio de TuneIn</translation>
-    </message>
-    <message>
-        <source>Address of the TuneIn start page</source>
-        <translation>Dirección de la página de inicio de TuneIn</translation>
-    </message>
-    <message>
-        <source>Stream formats to ask TuneIn for</source>
-        <translation>Formatos de emisión que se piden a TuneIn</translation>
-    </message>
-    <message>
-        <source>Offer to report stations that do not play</source>
-        <translation>Ofrecer informar de emisoras que no suenan</translation>
-    </message>
-    <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Mostrar las partes de una pantalla en una lista</translation>
     </message>
@@ -290,22 +306,6 @@
     <message>
         <source>Otherwise each part is a folder of its own, which is opened first.</source>
         <translation>Si no, cada parte es una carpeta propia que primero hay que abrir.</translation>
-    </message>
-    <message>
-        <source>The menu of what plays then has an entry that reports the problem.</source>
-        <translation>El menú de lo que suena tiene entonces una entrada que informa del problema.</translation>
-    </message>
-    <message>
-        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
-        <translation>Por él conoce TuneIn al fabricante de este dispositivo. Sin él puede negarse a responder.</translation>
-    </message>
-    <message>
-        <source>Left empty, it is TuneIn's own.</source>
-        <translation>Si se deja vacía, es la propia de TuneIn.</translation>
-    </message>
-    <message>
-        <source>Separated by commas. Stations are offered in these formats only.</source>
-        <translation>Separados por comas. Las emisoras se ofrecen solo en estos formatos.</translation>
     </message>
     <message>
         <source>Advanced settings</source>
@@ -386,6 +386,22 @@
     <message>
         <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
         <translation>El servicio %1 rechaza este dispositivo (%2). Compruebe el ajuste «%3».</translation>
+    </message>
+    <message>
+        <source>one of: %1</source>
+        <translation>uno de: %1</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>un número de %1 a %2</translation>
+    </message>
+    <message>
+        <source>a number from %1</source>
+        <translation>un número a partir de %1</translation>
+    </message>
+    <message>
+        <source>a number up to %1</source>
+        <translation>un número hasta %1</translation>
     </message>
 </context>
 <context>
@@ -1369,6 +1385,14 @@
     <message>
         <source>Search</source>
         <translation>Buscar</translation>
+    </message>
+    <message>
+        <source>Address of a Radio Browser server</source>
+        <translation>Dirección de un servidor de Radio Browser</translation>
+    </message>
+    <message>
+        <source>Left empty, one of the community's servers is chosen by itself.</source>
+        <translation>Si se deja vacía, se elige por sí solo uno de los servidores de la comunidad.</translation>
     </message>
 </context>
 <context>

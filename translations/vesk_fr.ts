@@ -120,6 +120,38 @@
         <comment>Tune cancel title</comment>
         <translation>Terminé</translation>
     </message>
+    <message>
+        <source>Offer to report stations that do not play</source>
+        <translation>Proposer de signaler les stations muettes</translation>
+    </message>
+    <message>
+        <source>The menu of what plays then has an entry that reports the problem.</source>
+        <translation>Le menu de la station en cours a alors une entrée qui signale le problème.</translation>
+    </message>
+    <message>
+        <source>TuneIn partner id</source>
+        <translation>Identifiant de partenaire TuneIn</translation>
+    </message>
+    <message>
+        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
+        <translation>C’est ainsi que TuneIn connaît le fabricant de cet appareil. Sans lui, il peut refuser de répondre.</translation>
+    </message>
+    <message>
+        <source>Address of the TuneIn start page</source>
+        <translation>Adresse de la page d’accueil TuneIn</translation>
+    </message>
+    <message>
+        <source>Left empty, it is TuneIn's own.</source>
+        <translation>Laissée vide, c’est celle de TuneIn.</translation>
+    </message>
+    <message>
+        <source>Stream formats to ask TuneIn for</source>
+        <translation>Formats de flux à demander à TuneIn</translation>
+    </message>
+    <message>
+        <source>Separated by commas. Stations are offered in these formats only.</source>
+        <translation>Séparés par des virgules. Les stations ne sont proposées que dans ces formats.</translation>
+    </message>
 </context>
 <context>
     <name>CMTuneInWorker::CMTuneInWorker(const QVariantHash&amp;)</name>
@@ -224,22 +256,6 @@
         <translation>Langue</translation>
     </message>
     <message>
-        <source>TuneIn partner id</source>
-        <translation>Identifiant de partenaire TuneIn</translation>
-    </message>
-    <message>
-        <source>Address of the TuneIn start page</source>
-        <translation>Adresse de la page d’accueil TuneIn</translation>
-    </message>
-    <message>
-        <source>Stream formats to ask TuneIn for</source>
-        <translation>Formats de flux à demander à TuneIn</translation>
-    </message>
-    <message>
-        <source>Offer to report stations that do not play</source>
-        <translation>Proposer de signaler les stations muettes</translation>
-    </message>
-    <message>
         <source>Show the parts of a screen in one list</source>
         <translation>Afficher les parties d’un écran en une liste</translation>
     </message>
@@ -290,22 +306,6 @@
     <message>
         <source>Otherwise each part is a folder of its own, which is opened first.</source>
         <translation>Sinon, chaque partie est un dossier à part, qu’il faut d’abord ouvrir.</translation>
-    </message>
-    <message>
-        <source>The menu of what plays then has an entry that reports the problem.</source>
-        <translation>Le menu de la station en cours a alors une entrée qui signale le problème.</translation>
-    </message>
-    <message>
-        <source>By which TuneIn knows the maker of this device. Without one it may refuse to answer.</source>
-        <translation>C’est ainsi que TuneIn connaît le fabricant de cet appareil. Sans lui, il peut refuser de répondre.</translation>
-    </message>
-    <message>
-        <source>Left empty, it is TuneIn's own.</source>
-        <translation>Laissée vide, c’est celle de TuneIn.</translation>
-    </message>
-    <message>
-        <source>Separated by commas. Stations are offered in these formats only.</source>
-        <translation>Séparés par des virgules. Les stations ne sont proposées que dans ces formats.</translation>
     </message>
     <message>
         <source>Advanced settings</source>
@@ -386,6 +386,22 @@
     <message>
         <source>The %1 service refuses this device (%2). Check the setting &quot;%3&quot;.</source>
         <translation>Le service %1 refuse cet appareil (%2). Vérifiez le réglage « %3 ».</translation>
+    </message>
+    <message>
+        <source>one of: %1</source>
+        <translation>l’un de : %1</translation>
+    </message>
+    <message>
+        <source>a number from %1 to %2</source>
+        <translation>un nombre de %1 à %2</translation>
+    </message>
+    <message>
+        <source>a number from %1</source>
+        <translation>un nombre à partir de %1</translation>
+    </message>
+    <message>
+        <source>a number up to %1</source>
+        <translation>un nombre jusqu’à %1</translation>
     </message>
 </context>
 <context>
@@ -1369,6 +1385,14 @@
     <message>
         <source>Search</source>
         <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Address of a Radio Browser server</source>
+        <translation>Adresse d’un serveur de Radio Browser</translation>
+    </message>
+    <message>
+        <source>Left empty, one of the community's servers is chosen by itself.</source>
+        <translation>Si le champ est vide, l’un des serveurs de la communauté est choisi automatiquement.</translation>
     </message>
 </context>
 <context>

@@ -21,7 +21,6 @@
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/rpc/ServiceFaults.h"
-#include "host/settings/HostValues.h"
 #include "host/settings/SettingsStore.h"
 #include "host/store/PluginStores.h"
 #include "host/web/Artwork.h"
@@ -86,7 +85,7 @@ void Host::start()
 
 bool Host::setUpValues()
 {
-    defineHostValues(m_values.get());
+    m_options.values.defineIn(m_values.get());
     // A pinned value stays as it is, so all of them are there before the first is pinned.
     for (const auto &entry : m_options.pinned)
         m_values->setValue(entry.first, entry.second);
@@ -98,7 +97,7 @@ bool Host::setUpValues()
     const QString folder = stateFolder();
     if (folder.isEmpty())
         VESK_WARN("There is no folder for settings: changes last until the host ends.");
-    m_settings = std::make_unique<SettingsStore>(folder, m_values.get());
+    m_settings = std::make_unique<SettingsStore>(folder, m_options.values, m_values.get());
     if (const auto loaded = m_settings->load(); !loaded) {
         Q_EMIT failed(loaded.error());
         return false;
@@ -172,10 +171,10 @@ void Host::setUpPlugins()
 void Host::listSettings()
 {
     m_services->addSettings(TrString("Host", QT_TRANSLATE_NOOP("Host", "General")),
-        hostValuesIn(HostValueGroup::General));
+        m_options.values.in(HostValueGroup::General));
     m_services->addSettings(TrString("Host", QT_TRANSLATE_NOOP("Host", "Browsing")),
-        hostValuesIn(HostValueGroup::Browsing));
-    m_services->addAdvancedSettings(hostValuesIn(HostValueGroup::Advanced));
+        m_options.values.in(HostValueGroup::Browsing));
+    m_services->addAdvancedSettings(m_options.values.in(HostValueGroup::Advanced));
 }
 
 void Host::setUpPage()

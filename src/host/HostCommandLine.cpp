@@ -53,6 +53,26 @@ CommandLineEnd badUsage(const char *option, const QString &problem)
     return {2, QStringLiteral("%1: %2").arg(QLatin1String(option), problem)};
 }
 
+/// Other lists are those of the file and of the command line, but plug-ins are chosen as a whole.
+Result<void, CommandLineEnd> setArguments(
+    HostOptions &options, const std::vector<Argument> &given, HostConfigMembers which)
+{
+    for (std::size_t i = 0; i < given.size(); ++i) {
+        const HostOption &option = hostOptions().at(static_cast<int>(i));
+        const bool isValues = option.kind == HostOption::Assignment;
+        if (isValues != (which == HostConfigMembers::Values))
+            continue;
+        const QVariantList values = valuesOf(given[i]);
+        if (qstrcmp(option.name, "--plugin") == 0 && !values.isEmpty())
+            options.plugins.clear();
+        for (const QVariant &value : values) {
+            if (const auto done = option.set(options, value, {}); !done)
+                return failure(badUsage(option.name, done.error()));
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 Result<HostOptions, CommandLineEnd> parseHostCommandLine(const QStringList &arguments)
@@ -70,22 +90,24 @@ Result<HostOptions, CommandLineEnd> parseHostCommandLine(const QStringList &argu
         return failure(*end);
 
     HostOptions options;
+    const QString file = config ? QString::fromStdString(*config) : QString();
+    QVariantHash members;
     if (config) {
-        const auto done = readHostConfigFile(QString::fromStdString(*config), options);
-        if (!done)
+        const auto content = readHostConfigFile(file);
+        if (!content)
+            return failure(CommandLineEnd {2, content.error()});
+        members = *content;
+    }
+    const auto apply = [&](HostConfigMembers which) -> Result<void, CommandLineEnd> {
+        if (const auto done = applyHostConfig(members, file, which, options); !done)
             return failure(CommandLineEnd {2, done.error()});
-    }
-    for (std::size_t i = 0; i < given.size(); ++i) {
-        const HostOption &option = known.at(static_cast<int>(i));
-        const QVariantList values = valuesOf(given[i]);
-        // Other lists are those of both, but plug-ins are chosen as a whole.
-        if (qstrcmp(option.name, "--plugin") == 0 && !values.isEmpty())
-            options.plugins.clear();
-        for (const QVariant &value : values) {
-            if (const auto done = option.set(options, value, {}); !done)
-                return failure(badUsage(option.name, done.error()));
-        }
-    }
+        return setArguments(options, given, which);
+    };
+    if (const auto done = apply(HostConfigMembers::AllButValues); !done)
+        return failure(done.error());
+    readPlugins(options);
+    if (const auto done = apply(HostConfigMembers::Values); !done)
+        return failure(done.error());
     if (const QString problem = options.audio.problem(); !problem.isEmpty())
         return failure(badUsage("--audio", problem));
     return options;

@@ -55,14 +55,17 @@ Result<QVariantList, QString> valuesOf(HostOption::Kind kind, const QVariant &me
     return values;
 }
 
-Done setMember(
-    const QString &key, const QVariant &member, const QString &folder, HostOptions &options)
+Done setMember(const QString &key, const QVariant &member, const QString &folder,
+    HostConfigMembers which, HostOptions &options)
 {
     const QVector<HostOption> &known = hostOptions();
     const auto option = std::find_if(known.begin(), known.end(),
         [&key](const HostOption &each) { return key == QLatin1String(each.key); });
     if (option == known.end())
         return failure(QStringLiteral("there is no \"%1\"").arg(key));
+    const bool isValues = option->kind == HostOption::Assignment;
+    if (isValues != (which == HostConfigMembers::Values))
+        return {};
     const auto values = valuesOf(option->kind, member);
     if (!values)
         return failure(QStringLiteral("%1: %2").arg(key, values.error()));
@@ -75,14 +78,21 @@ Done setMember(
 
 } // namespace
 
-Done readHostConfigFile(const QString &file, HostOptions &options)
+Result<QVariantHash, QString> readHostConfigFile(const QString &file)
 {
     const auto members = readObject(file);
     if (!members)
         return failure(QStringLiteral("%1: %2").arg(file, members.error()));
+    return *members;
+}
+
+Done applyHostConfig(
+    const QVariantHash &members, const QString &file, HostConfigMembers which, HostOptions &options)
+{
     const QString folder = QFileInfo(file).absolutePath();
-    for (auto it = members->constBegin(); it != members->constEnd(); ++it) {
-        if (const Done done = setMember(it.key(), it.value(), folder, options); !done)
+    for (auto it = members.constBegin(); it != members.constEnd(); ++it) {
+        const Done done = setMember(it.key(), it.value(), folder, which, options);
+        if (!done)
             return failure(QStringLiteral("%1: %2").arg(file, done.error()));
     }
     return {};

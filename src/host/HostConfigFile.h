@@ -6,10 +6,18 @@
 #include "base/Result.h"
 
 #include <QString>
+#include <QVariantHash>
 
 struct HostOptions;
 
-/// Reads a configuration file (JSON; its form is described in docs/host.md) into \a options. Files
-/// that it names are relative to its own folder. An error names the file and the member; a member
-/// that is not known is one, so that a misspelt one is noticed.
-Result<void, QString> readHostConfigFile(const QString &file, HostOptions &options);
+/// The members of a configuration file (JSON; its form is described in docs/host.md).
+Result<QVariantHash, QString> readHostConfigFile(const QString &file);
+
+/// Which members are put into the options: the values, or everything else.
+enum class HostConfigMembers { AllButValues, Values };
+
+/// Puts \a members of \a file into \a options. Files that they name are relative to the folder of
+/// the configuration file. An error names the file and the member; a member that is not known is
+/// one, so that a misspelt one is noticed.
+Result<void, QString> applyHostConfig(const QVariantHash &members, const QString &file,
+    HostConfigMembers which, HostOptions &options);

@@ -4,7 +4,7 @@
 #include "host/HostOptions.h"
 
 #include "api/nodes/CMValuesWorker.h"
-#include "host/settings/HostValues.h"
+#include "plugin/runtime/HostFolders.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -60,7 +60,7 @@ Done setListen(HostOptions &options, const QVariant &value, const QString &)
 Done addPinned(HostOptions &options, const QString &path, const QVariant &value)
 {
     const CMPath valuePath = CMPath::fromEncoded(path);
-    const HostValueDefinition *definition = findHostValue(valuePath);
+    const HostValueDefinition *definition = options.values.find(valuePath);
     if (!definition)
         return failure(QStringLiteral("there is no value \"%1\"").arg(path));
     const VeskValue read = CMValuesWorker::fromPlain(value, definition->initial.type());
@@ -168,6 +168,36 @@ QString PluginOptions::effectiveServiceId() const
     const QString name = QFileInfo(file).baseName();
     const QString prefix = QStringLiteral("libvesk_cb_");
     return name.startsWith(prefix) ? name.mid(prefix.size()) : name;
+}
+
+void readPlugins(HostOptions &options)
+{
+    if (options.plugins.isEmpty()) {
+        for (const QString &file : HostFolders::installedPlugins()) {
+            PluginOptions plugin;
+            plugin.file = file;
+            options.plugins.append(plugin);
+        }
+    }
+    QStringList ids;
+    for (PluginOptions &plugin : options.plugins) {
+        const QString file = PluginDescriptor::fileOf(plugin.file);
+        const auto descriptor = PluginDescriptor::read(file);
+        Done done;
+        if (!descriptor)
+            done = failure(descriptor.error());
+        else if (ids.contains(descriptor->id))
+            done = failure(
+                QStringLiteral("there is a plug-in with the id %1 already").arg(descriptor->id));
+        else
+            done = options.values.add(*descriptor);
+        if (!done) {
+            plugin.problem = QFileInfo(file).fileName() + QStringLiteral(": ") + done.error();
+            continue;
+        }
+        plugin.descriptor = *descriptor;
+        ids.append(descriptor->id);
+    }
 }
 
 const QVector<HostOption> &hostOptions()

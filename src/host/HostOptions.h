@@ -8,6 +8,8 @@
 #include "base/Result.h"
 #include "host/http/HttpServer.h"
 #include "host/player/AudioOutputSpec.h"
+#include "host/settings/HostValues.h"
+#include "plugin/supervision/PluginDescriptor.h"
 
 #include <QPair>
 #include <QString>
@@ -21,6 +23,10 @@ struct PluginOptions {
     QString file;
     /// Under which the host knows the plug-in's service; empty: after the file's name.
     QString serviceId;
+    /// From the file beside it.
+    PluginDescriptor descriptor;
+    /// Why nothing of it is executed; empty when it may be.
+    QString problem;
 
     /// serviceId, or NAME of "libvesk_cb_NAME.so", or a file's name without its ending.
     QString effectiveServiceId() const;
@@ -29,8 +35,10 @@ struct PluginOptions {
 /// What a start of the host was asked for, by command line and configuration file. docs/host.md
 /// describes both.
 struct HostOptions {
-    /// Empty: all of the folder beside the program.
+    /// Those that were asked for, or else all that are installed.
     QVector<PluginOptions> plugins;
+    /// The host's values, with the settings of these plug-ins.
+    HostValues values;
     ListenAddress listen;
     /// Values that are set at start and stay as they are; the last one of a path counts.
     QVector<QPair<CMPath, VeskValue>> pinned;
@@ -58,7 +66,9 @@ struct HostOption {
         Single,
         Flag, ///< true or false in the file
         Repeated, ///< a list in the file
-        Assignment, ///< repeated: PATH=VALUE; an object in the file
+        /// Repeated: PATH=VALUE; an object in the file. Set after all others, when the plug-ins and
+        /// thus the values are known.
+        Assignment,
     };
     /// Puts one value into \a options, or says what is wrong with it. An assignment of the file is
     /// a hash with one entry. Relative file names are taken as relative to \a folder; with an empty
@@ -73,6 +83,10 @@ struct HostOption {
     const char *description; ///< the same
     Set set;
 };
+
+/// Reads what the plug-ins of \a options say of themselves. Without plug-ins, takes those that are
+/// installed.
+void readPlugins(HostOptions &options);
 
 /// All options but --config.
 const QVector<HostOption> &hostOptions();

@@ -13,7 +13,6 @@
 #include "host/player/PlayerText.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/ServiceFaults.h"
-#include "host/settings/HostValues.h"
 #include "host/store/PluginStores.h"
 #include "plugin/runtime/HostFolders.h"
 #include "plugin/runtime/PluginWatch.h"
@@ -79,24 +78,24 @@ Plugins::~Plugins()
 void Plugins::load()
 {
     VESK_ASSERT_OWN_THREAD();
-    QVector<PluginOptions> plugins = m_options.plugins;
-    if (plugins.isEmpty()) {
-        for (const QString &file : HostFolders::installedPlugins())
-            plugins.append({file, {}});
-    }
-    if (plugins.isEmpty())
+    if (m_options.plugins.isEmpty())
         VESK_WARN("There are no plug-ins.");
 
-    for (const PluginOptions &options : qAsConst(plugins)) {
+    for (const PluginOptions &options : m_options.plugins) {
         m_plugins.push_back(makePlugin(options));
         Plugin *const plugin = m_plugins.back().get();
         veskConnect(plugin, &Plugin::loadFinished, this, &Plugins::pluginLoaded);
         veskConnect(plugin, &Plugin::unloaded, this, &Plugins::pluginUnloaded);
     }
     m_loading = static_cast<int>(m_plugins.size());
-    for (const auto &plugin : m_plugins)
-        plugin->load();
-    if (m_loading == 0)
+    for (std::size_t i = 0; i < m_plugins.size(); ++i) {
+        const QString &problem = m_options.plugins.at(static_cast<int>(i)).problem;
+        if (problem.isEmpty())
+            m_plugins[i]->load();
+        else
+            m_plugins[i]->refuse(problem);
+    }
+    if (m_plugins.empty())
         QMetaObject::invokeMethod(this, &Plugins::loaded, Qt::QueuedConnection);
 }
 
@@ -105,8 +104,13 @@ std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
     const QVariantHash config {{VeskService_Id(), options.effectiveServiceId()}};
     std::unique_ptr<Plugin> plugin = m_options.inProcess ? makeInProcessPlugin(options, config)
                                                          : makeSupervisedPlugin(options, config);
-    if (plugin->descriptor().needs.store)
-        plugin->setStore(m_stores->open(plugin->descriptor().id));
+    plugin->setDescriptor(options.descriptor);
+    if (options.descriptor.needs.store)
+        plugin->setStore(m_stores->open(options.descriptor.id));
+    for (const SettingDeclaration &setting : options.descriptor.settings) {
+        if (setting.restarts)
+            plugin->readSettings().restartFor(setting.path, m_values->value(setting.path));
+    }
     const auto isTold
         = [this, made = plugin.get()] { return made->serves(m_player->stateChangePath()); };
     connect(plugin.get(), &Plugin::restarting, m_player, [this, isTold] {
@@ -151,7 +155,7 @@ StartMessage Plugins::startMessage(const QString &file, const QVariantHash &conf
     message.caFile = m_options.caFile;
     message.translations = HostFolders::translations();
     message.valuePrefixes = hostValuePrefixes();
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+    for (const HostValueDefinition &definition : m_options.values.definitions()) {
         message.values.append({definition.path, m_values->value(definition.path).toHash(),
             definition.access == CMValuesWorker::Writable, definition.title});
     }
@@ -178,9 +182,6 @@ void Plugins::listIn(ServicesWorker *services)
         }
         roots.append(plugin->root());
         services->addService(plugin->root(), plugin->descriptor());
-        if (!plugin->descriptorError().isEmpty())
-            services->addFailed(
-                PluginDescriptor::fileOf(plugin->file()), plugin->descriptorError());
     }
 }
 
@@ -197,8 +198,11 @@ void Plugins::declareIn(ServiceFaults *faults) const
 {
     VESK_ASSERT_OWN_THREAD();
     for (const auto &plugin : m_plugins) {
-        if (!plugin->root().isEmpty())
-            faults->declare(plugin->root(), plugin->descriptor().deviceSetting);
+        if (plugin->root().isEmpty())
+            continue;
+        const HostValueDefinition *const setting
+            = m_options.values.find(plugin->descriptor().deviceSetting);
+        faults->declare(plugin->root(), setting ? setting->title : TrString());
     }
 }
 
@@ -232,7 +236,7 @@ void Plugins::pluginUnloaded()
 /// On the thread that changed it.
 void Plugins::valueChanged(const CMPath &path)
 {
-    const HostValueDefinition *const definition = findHostValue(path);
+    const HostValueDefinition *const definition = m_options.values.find(path);
     if (!definition)
         return;
     const ValueMessage message {path, m_values->value(path).toHash(),

@@ -34,8 +34,7 @@ public:
         PluginStores *stores, QObject *parent = nullptr);
     ~Plugins() override;
 
-    /// Loads those of the options, or without any those that are installed. Emits loaded() when
-    /// each of them is loaded or has failed.
+    /// Loads those of the options. Emits loaded() when each of them is loaded or has failed.
     void load();
     /// A row for each.
     void listIn(ServicesWorker *services);

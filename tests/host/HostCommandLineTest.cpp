@@ -5,6 +5,7 @@
 
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskValuePaths.h"
+#include "plugin/runtime/HostFolders.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -29,7 +30,10 @@ TEST(HostCommandLineTest, HasDefaults)
     EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line->logLevel, QStringLiteral("info"));
     EXPECT_EQ(line->logSize, 10 * 1024 * 1024);
-    EXPECT_TRUE(line->plugins.isEmpty());
+    QStringList files;
+    for (const PluginOptions &plugin : line->plugins)
+        files.append(plugin.file);
+    EXPECT_EQ(files, HostFolders::installedPlugins());
     EXPECT_FALSE(line->inProcess);
     EXPECT_EQ(line->restartWait, std::chrono::seconds(30));
     EXPECT_EQ(line->watchdog, std::chrono::seconds(10));
@@ -38,7 +42,7 @@ TEST(HostCommandLineTest, HasDefaults)
 TEST(HostCommandLineTest, ReadsEveryOption)
 {
     const CommandLineResult line = parseHostCommandLine(
-        words("--plugin a/libvesk_cb_tunein.so --plugin b.so --listen [::1]:0 "
+        words("--plugin " TUNEIN_PLUGIN " --plugin b.so --listen [::1]:0 "
               "--set settings:tunein/partnerId=a=b --set network:connected=true "
               "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
               "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
@@ -70,8 +74,9 @@ TEST(HostCommandLineTest, ReadsEveryOption)
 
 TEST(HostCommandLineTest, TakesAnEmptyTextAsAValue)
 {
-    const CommandLineResult line = parseHostCommandLine(
-        {QStringLiteral("--set"), QStringLiteral("settings:tunein/supportedStreams=")});
+    const CommandLineResult line
+        = parseHostCommandLine({QStringLiteral("--plugin"), QStringLiteral(TUNEIN_PLUGIN),
+            QStringLiteral("--set"), QStringLiteral("settings:tunein/supportedStreams=")});
     ASSERT_TRUE(line);
     EXPECT_EQ(line->pinned.first().second.type(), VeskValueType::string_);
 }
@@ -80,7 +85,8 @@ class BadCommandLineTest : public testing::TestWithParam<const char *> { };
 
 TEST_P(BadCommandLineTest, EndsWithStatusTwoAndAReason)
 {
-    const CommandLineResult line = parseHostCommandLine(words(GetParam()));
+    const CommandLineResult line
+        = parseHostCommandLine(words(GetParam()) + words("--plugin " TUNEIN_PLUGIN));
     ASSERT_FALSE(line);
     EXPECT_EQ(line.error().status, 2);
     EXPECT_FALSE(line.error().text.isEmpty());
@@ -111,6 +117,39 @@ TEST(HostCommandLineTest, SaysWhatASettingTakes)
         QStringLiteral(
             "--set: settings:ui/language: The setting \"Language\" cannot be \"xx\": it is "
             "a language tag, such as \"de-DE\" or \"en\"."));
+}
+
+TEST(HostCommandLineTest, ValuesAreThoseOfThePluginsThatAreLoaded)
+{
+    const QString set = QStringLiteral("settings:tunein/partnerId=x");
+    EXPECT_TRUE(parseHostCommandLine(
+        {QStringLiteral("--set"), set, QStringLiteral("--plugin"), QStringLiteral(TUNEIN_PLUGIN)}))
+        << "in any order";
+    const CommandLineResult without = parseHostCommandLine(
+        {QStringLiteral("--plugin"), QStringLiteral("b.so"), QStringLiteral("--set"), set});
+    ASSERT_FALSE(without);
+    EXPECT_EQ(without.error().text,
+        QStringLiteral("--set: there is no value \"settings:tunein/partnerId\""));
+    const CommandLineResult wrong
+        = parseHostCommandLine({QStringLiteral("--plugin"), QStringLiteral(TUNEIN_PLUGIN),
+            QStringLiteral("--set"), QStringLiteral("settings:tunein/browseIndexUrl=a")});
+    ASSERT_FALSE(wrong);
+    EXPECT_EQ(wrong.error().text,
+        QStringLiteral("--set: settings:tunein/browseIndexUrl: The setting \"Address of the TuneIn "
+                       "start page\" cannot be \"a\": it is an address that begins with http:// or "
+                       "https://, or empty."));
+}
+
+TEST(HostCommandLineTest, NotesWhyAPluginIsNotLoaded)
+{
+    const CommandLineResult line = parseHostCommandLine(
+        words("--plugin /nonexistent/b.so --plugin " TUNEIN_PLUGIN " --plugin " TUNEIN_PLUGIN));
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->plugins.at(0).problem, QStringLiteral("b.json: No such file or directory"));
+    EXPECT_EQ(line->plugins.at(1).problem, QString());
+    EXPECT_EQ(line->plugins.at(1).descriptor.id, QStringLiteral("tunein"));
+    EXPECT_EQ(line->plugins.at(2).problem,
+        QStringLiteral("libvesk_cb_tunein.json: there is a plug-in with the id tunein already"));
 }
 
 TEST(HostCommandLineTest, RefusesEmptyArguments)
@@ -145,7 +184,7 @@ protected:
 };
 
 const char WholeConfig[] = R"({
-    "plugins": ["p/libvesk_cb_a.so", {"file": "/b.so", "serviceId": "bee"}],
+    "plugins": ["p/libvesk_cb_a.so", {"file": ")" TUNEIN_PLUGIN R"(", "serviceId": "bee"}],
     "listen": "localhost:1234",
     "values": {"settings:tunein/partnerId": "file", "network:connected": true},
     "connectTo": ["a:80:b:81"],
@@ -160,7 +199,7 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     ASSERT_EQ(options.plugins.size(), 2);
     EXPECT_EQ(options.plugins.at(0).file, m_folder.filePath(QStringLiteral("p/libvesk_cb_a.so")));
     EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("a"));
-    EXPECT_EQ(options.plugins.at(1).file, QStringLiteral("/b.so"));
+    EXPECT_EQ(options.plugins.at(1).file, QStringLiteral(TUNEIN_PLUGIN));
     EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("bee"));
     EXPECT_EQ(options.listen.port, 1234);
     EXPECT_EQ(options.pinned.size(), 2);
@@ -188,10 +227,11 @@ TEST_F(HostConfigFileTest, TakesARecordingsNameAsRelativeToItself)
 TEST_F(HostConfigFileTest, TheCommandLineWins)
 {
     const CommandLineResult line = parseWith(WholeConfig,
-        "--plugin c.so --listen 127.0.0.1:5 --set settings:tunein/partnerId=line --audio auto");
+        "--plugin " TUNEIN_PLUGIN
+        " --listen 127.0.0.1:5 --set settings:tunein/partnerId=line --audio auto");
     ASSERT_TRUE(line);
     ASSERT_EQ(line->plugins.size(), 1);
-    EXPECT_EQ(line->plugins.first().file, QStringLiteral("c.so"));
+    EXPECT_EQ(line->plugins.first().file, QStringLiteral(TUNEIN_PLUGIN));
     EXPECT_EQ(line->listen.port, 5);
     EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line->pinned.last().second.string_(), QStringLiteral("line"));
@@ -229,7 +269,7 @@ TEST_F(HostConfigFileTest, AnErrorNamesTheFileAndTheMember)
     };
     const std::string file = m_folder.filePath(QStringLiteral("host.json: ")).toStdString();
     for (const Case &each : cases) {
-        const CommandLineResult line = parseWith(each.content);
+        const CommandLineResult line = parseWith(each.content, "--plugin " TUNEIN_PLUGIN);
         ASSERT_FALSE(line) << each.content;
         EXPECT_EQ(line.error().status, 2) << each.content;
         EXPECT_THAT(line.error().text.toStdString(),

@@ -236,7 +236,7 @@ auto askBusy(const HostProcess &host)
 TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
 {
     SilentService service;
-    const auto host = start(plugins({"busy", "good"}) + service.setting());
+    const auto host = start(plugins({"busy", "good_too"}) + service.setting());
     ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
     const auto asking = askBusy(*host);
     ASSERT_TRUE(service.waitForRequests(1));
@@ -251,7 +251,7 @@ TEST(HostProcessTest, EndsAtOnceWhileAPlugInWaitsForItsService)
 TEST(HostProcessTest, ASlowServiceDoesNotDelayAnother)
 {
     SilentService service;
-    const auto host = start(plugins({"busy", "good"}) + service.setting());
+    const auto host = start(plugins({"busy", "good_too"}) + service.setting());
     ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
     const auto asking = askBusy(*host);
     ASSERT_TRUE(service.waitForRequests(1));
@@ -323,33 +323,45 @@ TEST(HostProcessTest, LogsToAFile)
     EXPECT_THAT(file.readAll().toStdString(), testing::HasSubstr("serves Good:"));
 }
 
-TEST(HostProcessTest, ShowsADescriptorThatCannotBeUsedAndGoesOn)
+TEST(HostProcessTest, ExecutesNothingOfAPluginWithoutAUsableDescriptor)
 {
-    const QTemporaryDir folder;
-    const QString library = folder.filePath(QStringLiteral("libvesk_cb_good.so"));
-    ASSERT_TRUE(QFile::copy(plugin("good"), library));
-    QFile descriptor(folder.filePath(QStringLiteral("libvesk_cb_good.json")));
-    ASSERT_TRUE(descriptor.open(QIODevice::WriteOnly));
-    descriptor.write("{\"format\": 1, \"id\": \"good\", \"chagning\": []}");
-    descriptor.close();
-    const auto host = start({QStringLiteral("--plugin"), library});
-    ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
-    const QVariantList services = rows(host->url(), "host:services",
-        {QStringLiteral("title"), QStringLiteral("path"), QStringLiteral("description")})
-                                      .value(QStringLiteral("rows"))
-                                      .toList();
-    ASSERT_EQ(services.size(), 2);
-    EXPECT_EQ(services.at(0).toList().value(1), QStringLiteral("Good:"));
-    EXPECT_EQ(services.at(1).toList().value(0),
-        QStringLiteral("libvesk_cb_good.json could not be loaded"));
-    EXPECT_EQ(services.at(1).toList().value(2), QStringLiteral("there is no \"chagning\""));
-    EXPECT_EQ(
-        rows(host->url(), "Good:", {QStringLiteral("title")}).value(QStringLiteral("rowsCount")),
-        1);
-    host->terminate();
-    EXPECT_EQ(host->waitForEnd(), 0);
-    EXPECT_THAT(
-        host->errors().toStdString(), testing::HasSubstr("libvesk_cb_good.json is not used"));
+    const struct {
+        const char *descriptor; ///< null: there is none
+        const char *problem;
+    } cases[] = {
+        {nullptr, "libvesk_cb_busy.json: No such file or directory"},
+        {R"({"format": 1, "id": "a", "chagning": []})",
+            "libvesk_cb_busy.json: there is no \"chagning\""},
+        {R"({"format": 2, "id": "a"})", "libvesk_cb_busy.json: \"format\" is not 1"},
+        {R"({"format": 1, "id": "a", "api": "9.0", "new": 1})",
+            "libvesk_cb_busy.json: it was built with version 9.0 of the SDK, and this host has "
+            "0.1"},
+    };
+    for (const auto &each : cases) {
+        const QTemporaryDir folder;
+        const QString library = folder.filePath(QStringLiteral("libvesk_cb_busy.so"));
+        ASSERT_TRUE(QFile::copy(plugin("busy"), library));
+        if (each.descriptor) {
+            QFile descriptor(folder.filePath(QStringLiteral("libvesk_cb_busy.json")));
+            ASSERT_TRUE(descriptor.open(QIODevice::WriteOnly));
+            descriptor.write(each.descriptor);
+        }
+        const auto host = start(
+            {QStringLiteral("--plugin"), library, QStringLiteral("--plugin"), plugin("good")});
+        ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+        const QVariantList services = rows(host->url(), "host:services",
+            {QStringLiteral("title"), QStringLiteral("path"), QStringLiteral("description")})
+                                          .value(QStringLiteral("rows"))
+                                          .toList();
+        ASSERT_EQ(services.size(), 2);
+        EXPECT_EQ(services.at(0).toList(),
+            (QVariantList {QStringLiteral("libvesk_cb_busy.so could not be loaded"), QVariant(),
+                QString::fromLatin1(each.problem)}));
+        EXPECT_EQ(services.at(1).toList().value(1), QStringLiteral("Good:")) << "the host goes on";
+        host->terminate();
+        EXPECT_EQ(host->waitForEnd(), 0);
+        EXPECT_THAT(host->errors().toStdString(), testing::HasSubstr("cannot be loaded: "));
+    }
 }
 
 TEST(HostProcessTest, ListsWhatADescriptorSaysOfAService)

@@ -5,7 +5,6 @@
 
 #include <QString>
 
-/// The formats that this machine can decode, comma-separated, with TuneIn's names: those of "mp3",
-/// "aac", "ogg", "opus", "flac" and "hls" for which the GStreamer elements are installed. Any
-/// thread.
+/// The formats that this machine can decode, comma-separated: those of "mp3", "aac", "ogg", "opus",
+/// "flac" and "hls" for which the GStreamer elements are installed. Any thread.
 QString decodableFormats();

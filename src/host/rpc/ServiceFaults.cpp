@@ -3,8 +3,6 @@
 
 #include "host/rpc/ServiceFaults.h"
 
-#include "host/settings/HostValues.h"
-
 #include <algorithm>
 
 namespace {
@@ -55,7 +53,7 @@ const char *sourceOf(const VeskServiceFault &fault)
 
 } // namespace
 
-void ServiceFaults::declare(const CMPath &root, const CMPath &deviceSetting)
+void ServiceFaults::declare(const CMPath &root, const TrString &deviceSetting)
 {
     VESK_ASSERT_THREAD(m_thread);
     m_services.push_back({root, deviceSetting});
@@ -68,7 +66,7 @@ TrString ServiceFaults::words(const CMPath &path, const VeskServiceFault &fault)
         return {};
     const auto found = std::find_if(m_services.begin(), m_services.end(),
         [&path](const Service &each) { return each.root.prefix() == path.prefix(); });
-    const Service service = found == m_services.end() ? Service {path, CMPath()} : *found;
+    const Service service = found == m_services.end() ? Service {path, TrString()} : *found;
     if (fault.isRefusal())
         return refusal(service, statusOf(fault));
     return text(sourceOf(fault), {TrArg(service.root.prefix()), TrArg(statusOf(fault))});
@@ -77,12 +75,11 @@ TrString ServiceFaults::words(const CMPath &path, const VeskServiceFault &fault)
 TrString ServiceFaults::refusal(const Service &service, const QString &status) const
 {
     const QString name = service.root.prefix();
-    const HostValueDefinition *setting = findHostValue(service.deviceSetting);
-    if (!setting) {
+    if (service.deviceSetting.isEmpty()) {
         return text(QT_TRANSLATE_NOOP("Host", "The %1 service refuses this device (%2)."),
             {TrArg(name), TrArg(status)});
     }
     return text(QT_TRANSLATE_NOOP(
                     "Host", "The %1 service refuses this device (%2). Check the setting \"%3\"."),
-        {TrArg(name), TrArg(status), TrArg(setting->title.toString())});
+        {TrArg(name), TrArg(status), TrArg(service.deviceSetting.toString())});
 }

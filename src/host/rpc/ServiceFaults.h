@@ -14,9 +14,9 @@
 /// nothing. Main thread.
 class ServiceFaults {
 public:
-    /// There is a service, whose paths lie below \a root, and which knows the device by the value
-    /// of \a deviceSetting, if that is not empty.
-    void declare(const CMPath &root, const CMPath &deviceSetting);
+    /// There is a service, whose paths lie below \a root, and which knows the device by a setting
+    /// with the title \a deviceSetting, if that is not empty.
+    void declare(const CMPath &root, const TrString &deviceSetting);
 
     /// What is wrong with the service that serves \a path, and what can be done about it; empty for
     /// no fault.
@@ -25,7 +25,7 @@ public:
 private:
     struct Service {
         CMPath root;
-        CMPath deviceSetting;
+        TrString deviceSetting;
     };
 
     TrString refusal(const Service &service, const QString &status) const;

@@ -3,10 +3,9 @@
 
 #include "host/settings/HostValues.h"
 
-#include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskValuePaths.h"
-#include "api/web/VeskUrl.h"
 #include "host/player/StreamFormats.h"
+#include "plugin/supervision/PluginDescriptor.h"
 
 #include <QLocale>
 #include <QRegularExpression>
@@ -35,54 +34,74 @@ bool isLanguage(const VeskValue &value)
     return match.hasMatch() && QLocale(match.captured(1)).language() != QLocale::C;
 }
 
-/// Those that TuneIn's documentation lists, and others that it takes all the same.
-const QStringList &formatNames()
-{
-    static const QStringList names
-        = QStringLiteral("aac,am,dab,flac,flash,fm,hd,hls,html,mp3,ogg,opus,qt,real,sat,wma,wmpro,"
-                         "wmvideo,wmvoice,*")
-              .split(QLatin1Char(','));
-    return names;
-}
-
-bool areFormats(const VeskValue &value)
-{
-    const QString text = textOf(value);
-    const QStringList formats = text.split(QLatin1Char(','));
-    return text.isEmpty() || std::all_of(formats.begin(), formats.end(), [](const QString &format) {
-        return formatNames().contains(format);
-    });
-}
-
-bool isWebAddress(const VeskValue &value)
-{
-    const VeskUrl url(textOf(value));
-    const QString scheme = url.scheme().toLower();
-    return textOf(value).isEmpty()
-        || ((scheme == QLatin1String("http") || scheme == QLatin1String("https"))
-            && !url.host().isEmpty());
-}
-
 HostValueRule languageRule()
 {
     return {&isLanguage,
         title(QT_TRANSLATE_NOOP("Host", "a language tag, such as \"de-DE\" or \"en\""))};
 }
 
-HostValueRule formatsRule()
+TrString title(const char *text, const QVector<TrArg> &args)
 {
-    return {&areFormats,
-        TrString(QStringLiteral("Host"),
-            QString::fromLatin1(QT_TRANSLATE_NOOP(
-                "Host", "formats separated by commas, without blanks, out of: %1; or empty")),
-            QString(), -1, {TrArg(formatNames().join(QStringLiteral(", ")))})};
+    return TrString(QStringLiteral("Host"), QString::fromLatin1(text), QString(), -1, args);
 }
 
-HostValueRule addressRule()
+/// What numbers within bounds are.
+TrString whatBoundsTake(const SettingDeclaration &setting)
 {
-    return {&isWebAddress,
-        title(QT_TRANSLATE_NOOP(
-            "Host", "an address that begins with http:// or https://, or empty"))};
+    const auto number = [](double value) { return TrArg(QString::number(value)); };
+    if (setting.least && setting.most) {
+        return title(QT_TRANSLATE_NOOP("Host", "a number from %1 to %2"),
+            {number(*setting.least), number(*setting.most)});
+    }
+    if (setting.least)
+        return title(QT_TRANSLATE_NOOP("Host", "a number from %1"), {number(*setting.least)});
+    return title(QT_TRANSLATE_NOOP("Host", "a number up to %1"), {number(*setting.most)});
+}
+
+/// Without a rule of its own, a setting takes what its type takes.
+HostValueRule ruleOf(const SettingDeclaration &setting)
+{
+    const TrArg choices(setting.choices.join(QStringLiteral(", ")));
+    HostValueRule rule {[setting](const VeskValue &value) { return setting.takes(value); }};
+    if (setting.form == SettingDeclaration::Formats)
+        rule.what = title(QT_TRANSLATE_NOOP("Host",
+                              "formats separated by commas, without blanks, out of: %1; or empty"),
+            {choices});
+    else if (setting.form == SettingDeclaration::Address)
+        rule.what = title(
+            QT_TRANSLATE_NOOP("Host", "an address that begins with http:// or https://, or empty"));
+    else if (!setting.choices.isEmpty())
+        rule.what = title(QT_TRANSLATE_NOOP("Host", "one of: %1"), {choices});
+    else if (setting.least || setting.most)
+        rule.what = whatBoundsTake(setting);
+    else
+        return {};
+    return rule;
+}
+
+HostValueGroup groupOf(SettingDeclaration::Shown shown)
+{
+    switch (shown) {
+    case SettingDeclaration::Browsing:
+        return HostValueGroup::Browsing;
+    case SettingDeclaration::Advanced:
+        return HostValueGroup::Advanced;
+    case SettingDeclaration::Never:
+        break;
+    }
+    return HostValueGroup::None;
+}
+
+HostValueDefinition definitionOf(const SettingDeclaration &setting, const QString &context)
+{
+    const auto text = [&context](const QString &source) {
+        return source.isEmpty() ? TrString() : TrString(context, source);
+    };
+    const VeskValue initial = setting.isInitiallyPlayerFormats
+        ? VeskValue::fromString(decodableFormats())
+        : setting.initial;
+    return {setting.path, initial, CMValuesWorker::Writable, text(setting.title),
+        groupOf(setting.shown), text(setting.help), ruleOf(setting)};
 }
 
 /// What a setting without a rule of its own takes.
@@ -132,9 +151,8 @@ QString shown(const QVariant &given)
 
 } // namespace
 
-const QVector<HostValueDefinition> &hostValueDefinitions()
-{
-    static const QVector<HostValueDefinition> definitions {
+HostValues::HostValues()
+    : m_definitions {
         {VeskUILanguagePath(), VeskValue::fromString(QStringLiteral("en-US")),
             CMValuesWorker::Writable, title(QT_TRANSLATE_NOOP("Host", "Language")),
             HostValueGroup::General,
@@ -146,27 +164,6 @@ const QVector<HostValueDefinition> &hostValueDefinitions()
             HostValueGroup::Browsing,
             title(QT_TRANSLATE_NOOP(
                 "Host", "Otherwise each part is a folder of its own, which is opened first."))},
-        {VeskTuneInEnabledFixItWizardPath(), VeskValue::fromBool(true), CMValuesWorker::Writable,
-            title(QT_TRANSLATE_NOOP("Host", "Offer to report stations that do not play")),
-            HostValueGroup::Browsing,
-            title(QT_TRANSLATE_NOOP(
-                "Host", "The menu of what plays then has an entry that reports the problem."))},
-        {VeskTuneInPartnerIdPath(), VeskValue::fromString(QString()), CMValuesWorker::Writable,
-            title(QT_TRANSLATE_NOOP("Host", "TuneIn partner id")), HostValueGroup::Advanced,
-            title(QT_TRANSLATE_NOOP("Host",
-                "By which TuneIn knows the maker of this device. Without one it may refuse to "
-                "answer."))},
-        {VeskTuneInBrowseIndexUrlPath(), VeskValue::fromString(QString()), CMValuesWorker::Writable,
-            title(QT_TRANSLATE_NOOP("Host", "Address of the TuneIn start page")),
-            HostValueGroup::Advanced,
-            title(QT_TRANSLATE_NOOP("Host", "Left empty, it is TuneIn's own.")), addressRule()},
-        {VeskTuneInSupportedStreamsPath(), VeskValue::fromString(decodableFormats()),
-            CMValuesWorker::Writable,
-            title(QT_TRANSLATE_NOOP("Host", "Stream formats to ask TuneIn for")),
-            HostValueGroup::Advanced,
-            title(QT_TRANSLATE_NOOP(
-                "Host", "Separated by commas. Stations are offered in these formats only.")),
-            formatsRule()},
         {hostLocalAddressesPath(), VeskValue::fromBool(false), CMValuesWorker::Writable,
             title(QT_TRANSLATE_NOOP("Host", "Fetch streams and pictures from the home network")),
             HostValueGroup::Advanced,
@@ -179,13 +176,30 @@ const QVector<HostValueDefinition> &hostValueDefinitions()
             title(QT_TRANSLATE_NOOP("Host", "Address of the network adapter"))},
         {VeskNetworkStateConnected(), VeskValue::fromBool(false), CMValuesWorker::ReadOnly,
             title(QT_TRANSLATE_NOOP("Host", "Connected to the network"))},
-    };
-    return definitions;
+    }
+{
+    const auto isBehind
+        = [](const HostValueDefinition &each) { return each.path == hostLocalAddressesPath(); };
+    m_afterPlugins = static_cast<int>(
+        std::find_if(m_definitions.begin(), m_definitions.end(), isBehind) - m_definitions.begin());
 }
 
-const HostValueDefinition *findHostValue(const CMPath &path)
+Result<void, QString> HostValues::add(const PluginDescriptor &descriptor)
 {
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+    for (const SettingDeclaration &setting : descriptor.settings) {
+        if (find(setting.path)) {
+            return failure(
+                QStringLiteral("there is a setting %1 already").arg(setting.path.toEncoded()));
+        }
+    }
+    for (const SettingDeclaration &setting : descriptor.settings)
+        m_definitions.insert(m_afterPlugins++, definitionOf(setting, descriptor.context));
+    return {};
+}
+
+const HostValueDefinition *HostValues::find(const CMPath &path) const
+{
+    for (const HostValueDefinition &definition : m_definitions) {
         if (definition.path == path)
             return &definition;
     }
@@ -215,10 +229,10 @@ const CMPath &hostLocalAddressesPath()
     return path;
 }
 
-QList<CMPath> hostValuesIn(HostValueGroup group)
+QList<CMPath> HostValues::in(HostValueGroup group) const
 {
     QList<CMPath> paths;
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+    for (const HostValueDefinition &definition : m_definitions) {
         if (definition.group == group)
             paths.append(definition.path);
     }
@@ -232,13 +246,13 @@ const QStringList &hostValuePrefixes()
     return prefixes;
 }
 
-void defineHostValues(CMValuesWorker *values)
+void HostValues::defineIn(CMValuesWorker *values) const
 {
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+    for (const HostValueDefinition &definition : m_definitions) {
         values->define(definition.path, definition.initial, definition.access, definition.title);
         values->describe(definition.path, definition.description);
         values->setCheck(
-            definition.path, [&definition](const QVariant &sent, const VeskValue &value) {
+            definition.path, [definition](const QVariant &sent, const VeskValue &value) {
                 return checkHostValue(definition, givenValue(sent), value);
             });
     }

@@ -7,12 +7,13 @@
 #include "api/nodes/CMValuesWorker.h"
 #include "api/values/CMPath.h"
 #include "api/values/VeskValue.h"
+#include "base/Result.h"
 
 #include <QVector>
 
-/// \file
-/// The settings and states that this host offers to its plug-ins and clients. Pure functions, any
-/// thread.
+#include <functional>
+
+struct PluginDescriptor;
 
 /// Where a setting is shown.
 enum class HostValueGroup {
@@ -25,7 +26,7 @@ enum class HostValueGroup {
 /// Which values of its type a setting takes.
 struct HostValueRule {
     /// Whether it takes a value of its type; null when it takes any.
-    bool (*takes)(const VeskValue &value) = nullptr;
+    std::function<bool(const VeskValue &value)> takes;
     /// What that is, as the end of "The setting cannot be x: it is ...".
     TrString what {};
 };
@@ -44,9 +45,30 @@ struct HostValueDefinition {
 /// The longest text that a value may be, in characters.
 constexpr int MaxHostText = 2000;
 
-const QVector<HostValueDefinition> &hostValueDefinitions();
-/// The definition at \a path; null when there is none.
-const HostValueDefinition *findHostValue(const CMPath &path);
+/// The settings and states that a host offers to its plug-ins and clients: its own, and the
+/// settings that plug-ins declare. A value type; any thread.
+class HostValues {
+public:
+    /// The host's own.
+    HostValues();
+
+    /// Adds the settings of a plug-in. Fails when there is one of them already; then none is added.
+    Result<void, QString> add(const PluginDescriptor &descriptor);
+
+    /// In the order in which they are shown.
+    const QVector<HostValueDefinition> &definitions() const { return m_definitions; }
+    /// The definition at \a path; null when there is none. Valid until the next add().
+    const HostValueDefinition *find(const CMPath &path) const;
+    /// The paths of a group's values, in the order in which they are shown.
+    QList<CMPath> in(HostValueGroup group) const;
+
+    /// Defines all of them in \a values, with their checks.
+    void defineIn(CMValuesWorker *values) const;
+
+private:
+    QVector<HostValueDefinition> m_definitions;
+    int m_afterPlugins = 0; ///< the index behind the settings of plug-ins
+};
 
 /// What is wrong with a value for \a definition: with \a given, which was read as \a value, empty
 /// when it is not of the type. Names the setting and what it takes; empty when nothing is wrong.
@@ -55,13 +77,9 @@ CMError checkHostValue(
 
 /// Whether services may lead the host to addresses in its own network and machine.
 const CMPath &hostLocalAddressesPath();
-/// The paths of a group's values, in the order in which they are shown.
-QList<CMPath> hostValuesIn(HostValueGroup group);
 
 /// The prefixes of these values.
 const QStringList &hostValuePrefixes();
-/// Defines all of them, with their checks.
-void defineHostValues(CMValuesWorker *values);
 
 /// The bare value: a bool, a number, a string.
 QVariant plainValue(const VeskValue &value);

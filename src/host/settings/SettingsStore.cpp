@@ -7,7 +7,6 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/values/VeskValuePaths.h"
-#include "host/settings/HostValues.h"
 
 #include <QFile>
 
@@ -37,9 +36,11 @@ std::string nameOf(const QString &file)
 
 } // namespace
 
-SettingsStore::SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent)
+SettingsStore::SettingsStore(
+    const QString &folder, const HostValues &definitions, CMValuesWorker *values, QObject *parent)
     : QObject(parent)
     , m_folder(folder)
+    , m_definitions(definitions)
     , m_values(values)
     , m_lock(nameOf(folder + QStringLiteral("/lock")))
     , m_file(folder)
@@ -95,9 +96,9 @@ void SettingsStore::applyKept()
 {
     for (auto it = m_kept.values.constBegin(); it != m_kept.values.constEnd(); ++it) {
         const CMPath path = CMPath::fromEncoded(it.key());
-        const HostValueDefinition *definition = findHostValue(path);
+        const HostValueDefinition *definition = m_definitions.find(path);
         if (!definition || definition->access != CMValuesWorker::Writable) {
-            VESK_WARN("A setting that is kept is not known here: " << path);
+            VESK_INFO("A setting that is kept is not known here, and stays kept: " << path);
             continue;
         }
         const VeskValue value = CMValuesWorker::fromPlain(it.value(), definition->initial.type());
@@ -156,7 +157,7 @@ bool SettingsStore::close()
 void SettingsStore::keep(
     const CMPath &path, const VeskValue &value, const CMValuesWorker::Kept &kept)
 {
-    const HostValueDefinition *definition = findHostValue(path);
+    const HostValueDefinition *definition = m_definitions.find(path);
     if (!definition)
         return kept(CMError());
     {
@@ -212,7 +213,7 @@ KeptSettings SettingsStore::changed(const Changes &changes) const
     KeptSettings settings = m_kept;
     for (const Change &change : changes) {
         // Only what differs is kept, so that a better default of a later version counts.
-        if (change.value == findHostValue(change.path)->initial)
+        if (change.value == m_definitions.find(change.path)->initial)
             settings.values.remove(change.path.toEncoded());
         else
             settings.values.insert(change.path.toEncoded(), plainValue(change.value));

@@ -7,6 +7,7 @@
 #include "api/nodes/CMValuesWorker.h"
 #include "base/Result.h"
 #include "base/files/FileLock.h"
+#include "host/settings/HostValues.h"
 #include "host/settings/MemberIdFile.h"
 #include "host/settings/SettingsFile.h"
 
@@ -33,8 +34,10 @@ public:
     /// How long the end waits for the disk.
     static constexpr std::chrono::seconds EndTime {10};
 
-    /// Without a \a folder changes last until the host ends.
-    SettingsStore(const QString &folder, CMValuesWorker *values, QObject *parent = nullptr);
+    /// Keeps those of \a values that \a definitions has. Without a \a folder changes last until the
+    /// host ends.
+    SettingsStore(const QString &folder, const HostValues &definitions, CMValuesWorker *values,
+        QObject *parent = nullptr);
     /// As close(), but waits as long as it takes.
     ~SettingsStore() override;
 
@@ -79,6 +82,7 @@ private:
     void deliver() VESK_EXCLUDES(m_mutex);
 
     const QString m_folder;
+    const HostValues m_definitions;
     CMValuesWorker *const m_values;
 
     /// The writing thread's while there is one, else the main thread's.

@@ -17,17 +17,15 @@ Plugin::Plugin(const QString &file, QObject *parent)
     veskConnect(&m_readSettings, &ReadSettings::outdated, this, &Plugin::holdRequests);
     veskConnect(&m_readSettings, &ReadSettings::upToDate, this, &Plugin::releaseRequests);
     veskConnect(&m_readSettings, &ReadSettings::settled, this, &Plugin::renew);
-    const QString descriptorFile = PluginDescriptor::fileOf(file);
-    if (const auto descriptor = PluginDescriptor::read(descriptorFile)) {
-        m_descriptor = *descriptor;
-    } else {
-        m_descriptorError = descriptor.error();
-        VESK_ERROR(descriptorFile << " is not used, so that no address of the plug-in is guarded: "
-                                  << m_descriptorError);
-    }
 }
 
 Plugin::~Plugin() = default;
+
+void Plugin::refuse(const QString &reason)
+{
+    QMetaObject::invokeMethod(
+        this, [this, reason] { finishLoading(CMPath(), reason); }, Qt::QueuedConnection);
+}
 
 void Plugin::reject(const QString &reason)
 {

@@ -31,8 +31,13 @@ public:
     /// Ends what still runs, and waits for it.
     ~Plugin() override;
 
+    /// What the plug-in says of itself; before load().
+    void setDescriptor(const PluginDescriptor &descriptor) { m_descriptor = descriptor; }
+
     /// Starts loading, once. Ends with loadFinished().
     virtual void load() = 0;
+    /// Instead of load(): nothing of it is executed. Ends with loadFinished(), too.
+    void refuse(const QString &reason);
     /// Ends the worker, after the request that it handles. Ends with unloaded(), at once when
     /// nothing runs.
     virtual void unload() = 0;
@@ -50,10 +55,7 @@ public:
     void reject(const QString &reason);
 
     const QString &file() const { return m_file; }
-    /// From the file beside the library; empty without one.
     const PluginDescriptor &descriptor() const { return m_descriptor; }
-    /// Why that file is not used; empty when it is, or when there is none.
-    const QString &descriptorError() const { return m_descriptorError; }
     /// The root path of the worker; empty unless it is loaded.
     const CMPath &root() const { return m_root; }
     /// Why it could not be loaded; empty otherwise.
@@ -86,7 +88,6 @@ protected:
 private:
     const QString m_file;
     PluginDescriptor m_descriptor;
-    QString m_descriptorError;
     CMPath m_root;
     QString m_error;
     ReadSettings m_readSettings;

@@ -241,9 +241,7 @@ Result<PluginDescriptor, QString> PluginDescriptor::read(const QString &file)
     const int descriptor
         = ::open(QFile::encodeName(file).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) {
-        if (errno != ENOENT)
-            return failure(QString::fromLocal8Bit(std::strerror(errno)));
-        return PluginDescriptor();
+        return failure(QString::fromLocal8Bit(std::strerror(errno)));
     }
     struct stat status { };
     QFile opened;

@@ -72,7 +72,7 @@ struct PluginDescriptor {
     static Result<PluginDescriptor, QString> fromJson(const QByteArray &json);
     /// The file that belongs to \a library.
     static QString fileOf(const QString &library);
-    /// Empty when there is no \a file. Blocks on nothing but the disk.
+    /// Blocks on nothing but the disk.
     static Result<PluginDescriptor, QString> read(const QString &file);
 };
 

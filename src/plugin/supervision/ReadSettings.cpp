@@ -17,10 +17,17 @@ ReadSettings::ReadSettings(QObject *parent)
     veskConnect(&m_settle, &QTimer::timeout, this, &ReadSettings::settled);
 }
 
+void ReadSettings::restartFor(const CMPath &setting, const VeskValue &value)
+{
+    VESK_ASSERT_OWN_THREAD();
+    m_restarting.insert(setting, value);
+    m_kept.insert(setting, value);
+}
+
 void ReadSettings::begin()
 {
     VESK_ASSERT_OWN_THREAD();
-    m_kept.clear();
+    m_kept = m_restarting;
     m_changed.clear();
     m_isOutdated = false;
     m_settle.stop();
@@ -37,7 +44,8 @@ void ReadSettings::noteKept(const CMPath &setting, const VeskValue &value)
 void ReadSettings::noteFollowed(const CMPath &setting)
 {
     VESK_ASSERT_OWN_THREAD();
-    m_kept.remove(setting);
+    if (!m_restarting.contains(setting))
+        m_kept.remove(setting);
     update(false);
 }
 
@@ -45,6 +53,8 @@ void ReadSettings::noteChanged(const CMPath &setting, const VeskValue &value)
 {
     VESK_ASSERT_OWN_THREAD();
     m_changed.insert(setting, value);
+    if (m_restarting.contains(setting))
+        m_restarting.insert(setting, value);
     update(m_kept.contains(setting));
 }
 

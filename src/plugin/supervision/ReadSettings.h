@@ -36,6 +36,9 @@ public:
     void setTimes(const Times &times) { m_times = times; }
     const Times &times() const { return m_times; }
 
+    /// Whatever the plug-in reads, it has to be restarted when \a setting, which has \a value now,
+    /// changes.
+    void restartFor(const CMPath &setting, const VeskValue &value);
     /// A plug-in starts, which has read nothing yet.
     void begin();
     /// The plug-in keeps the setting with this value.
@@ -62,6 +65,7 @@ private:
     void update(bool hasChanged);
 
     Times m_times;
+    QHash<CMPath, VeskValue> m_restarting; ///< the present values of those of restartFor()
     QHash<CMPath, VeskValue> m_kept;
     QHash<CMPath, VeskValue> m_changed; ///< since begin()
     bool m_isOutdated = false;

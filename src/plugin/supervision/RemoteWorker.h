@@ -70,7 +70,7 @@ public:
     Result<void, QString> handleRoute(const RouteMessage &message);
     /// Whether \a path is one of those that the plug-in serves. Any thread.
     bool serves(const CMPath &path) const;
-    /// "The TuneIn service was interrupted. Please try again." Any thread.
+    /// "The %1 service was interrupted. Please try again." Any thread.
     CMError interruptedError() const;
 
     void request(CMRequest request) override;

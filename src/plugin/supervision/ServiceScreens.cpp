@@ -36,8 +36,9 @@ void readAccount(ServiceScreens &screens, const QVariant &member, QString &error
     reader.needed(QStringLiteral("value"));
     screens.account = reader.pathBelowRoot(QStringLiteral("value"));
     reader.needed(type);
-    reader.oneOf(type, {QStringLiteral("tuneInAccount"), QStringLiteral("account")});
     screens.accountType = VeskValueType::fromString(reader.text(type));
+    if (screens.accountType <= VeskValueType::hash)
+        reader.fail(type, QStringLiteral("is no type of accounts"));
 }
 
 } // namespace

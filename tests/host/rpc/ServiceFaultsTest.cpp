@@ -3,8 +3,6 @@
 
 #include "host/rpc/ServiceFaults.h"
 
-#include "api/tunein/VeskTuneInPaths.h"
-
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -15,10 +13,10 @@ using Fault = VeskServiceFault;
 
 const CMPath Opened = CMPath::fromEncoded(QStringLiteral("Radio:list?x=y"));
 
-std::string words(const Fault &fault, const CMPath &deviceSetting = {})
+std::string words(const Fault &fault, const TrString &deviceSetting = {})
 {
     ServiceFaults faults;
-    faults.declare(CMPath::fromEncoded(QStringLiteral("Other:")), VeskTuneInBrowseIndexUrlPath());
+    faults.declare(CMPath::fromEncoded(QStringLiteral("Other:")), TrString("Other", "Other key"));
     faults.declare(CMPath::fromEncoded(QStringLiteral("Radio:")), deviceSetting);
     return faults.words(Opened, fault).toString().toStdString();
 }
@@ -49,13 +47,12 @@ TEST(ServiceFaults, HasWordsForEachFault)
 
 TEST(ServiceFaults, ARefusalNamesTheSettingToCheck)
 {
-    EXPECT_EQ(words({Fault::HttpStatus, 403}, VeskTuneInPartnerIdPath()),
-        "The Radio service refuses this device (HTTP 403). Check the setting \"TuneIn partner "
-        "id\".");
-    EXPECT_EQ(words({Fault::Reported, 401}, VeskTuneInPartnerIdPath()),
-        "The Radio service refuses this device (401). Check the setting \"TuneIn partner id\".");
-    const CMPath unknown = CMPath::fromEncoded(QStringLiteral("settings:nothing"));
-    EXPECT_EQ(words({Fault::HttpStatus, 403}, unknown),
+    const TrString key("Radio", "Radio key");
+    EXPECT_EQ(words({Fault::HttpStatus, 403}, key),
+        "The Radio service refuses this device (HTTP 403). Check the setting \"Radio key\".");
+    EXPECT_EQ(words({Fault::Reported, 401}, key),
+        "The Radio service refuses this device (401). Check the setting \"Radio key\".");
+    EXPECT_EQ(words({Fault::HttpStatus, 403}, TrString()),
         "The Radio service refuses this device (HTTP 403).");
 }
 

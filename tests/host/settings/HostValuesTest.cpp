@@ -6,6 +6,8 @@
 #include "api/tunein/VeskTuneInPaths.h"
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskValuePaths.h"
+#include "host/player/StreamFormats.h"
+#include "plugin/supervision/PluginDescriptor.h"
 
 #include <gmock/gmock.h>
 
@@ -13,11 +15,44 @@ namespace {
 
 using testing::HasSubstr;
 
+/// Of a host with the plug-in.
+const HostValues &known()
+{
+    static const HostValues values = [] {
+        HostValues with;
+        const auto descriptor = PluginDescriptor::read(QStringLiteral(TUNEIN_DESCRIPTOR));
+        EXPECT_TRUE(descriptor) << descriptor.error().toStdString();
+        EXPECT_TRUE(with.add(*descriptor));
+        return with;
+    }();
+    return values;
+}
+
+/// What a descriptor with these settings of "radio" says.
+PluginDescriptor radio(const QByteArray &settings)
+{
+    const auto descriptor = PluginDescriptor::fromJson(
+        R"({"format": 1, "id": "radio", "name": "Radio", "version": "1", "api": "0.1",
+            "context": "Radio", "settings": [)"
+        + settings + "]}");
+    EXPECT_TRUE(descriptor) << descriptor.error().toStdString();
+    return *descriptor;
+}
+
+QStringList texts(const QList<CMPath> &paths)
+{
+    QStringList texts;
+    for (const CMPath &path : paths)
+        texts.append(path.toEncoded());
+    return texts;
+}
+
 /// The error with which the setting at \a path rejects \a sent; empty when it is accepted.
-std::string refusal(const CMPath &path, const QVariant &sent)
+std::string refusal(
+    const CMPath &path, const QVariant &sent, const HostValues &definitions = known())
 {
     CMValuesWorker values;
-    defineHostValues(&values);
+    definitions.defineIn(&values);
     const QVariant before = values.value(path).toHash();
     const auto data = std::make_shared<CMReplyData<QVariant>>();
     values.request(CMSetDataRequest(path, VeskRoles::Value(), sent, CMReply<QVariant>(data)));
@@ -105,10 +140,98 @@ TEST(HostValues, ChecksAValueThatIsSentWithItsType)
 
 TEST(HostValues, DefaultsPassTheirOwnChecks)
 {
-    for (const HostValueDefinition &definition : hostValueDefinitions()) {
+    for (const HostValueDefinition &definition : known().definitions()) {
         EXPECT_TRUE(checkHostValue(definition, plainValue(definition.initial), definition.initial)
                         .isEmpty())
             << definition.path.toEncoded().toStdString();
+    }
+}
+
+TEST(HostValues, OfAPluginStandAmongTheHosts)
+{
+    EXPECT_EQ(texts(known().in(HostValueGroup::General)),
+        QStringList {QStringLiteral("settings:ui/language")});
+    EXPECT_EQ(texts(known().in(HostValueGroup::Browsing)),
+        QStringList({QStringLiteral("settings:browser/childElementsInSingleList"),
+            QStringLiteral("settings:tunein/enabledFixItWizard")}));
+    EXPECT_EQ(texts(known().in(HostValueGroup::Advanced)),
+        QStringList({QStringLiteral("settings:tunein/partnerId"),
+            QStringLiteral("settings:tunein/browseIndexUrl"),
+            QStringLiteral("settings:tunein/supportedStreams"),
+            QStringLiteral("settings:network/localAddresses")}));
+    const HostValueDefinition *const streams = known().find(VeskTuneInSupportedStreamsPath());
+    ASSERT_TRUE(streams);
+    EXPECT_EQ(streams->initial, VeskValue::fromString(decodableFormats()));
+    EXPECT_EQ(streams->access, CMValuesWorker::Writable);
+    EXPECT_EQ(streams->title.toString(), QStringLiteral("Stream formats to ask TuneIn for"));
+    EXPECT_EQ(streams->description.toString(),
+        QStringLiteral("Separated by commas. Stations are offered in these formats only."));
+    EXPECT_FALSE(HostValues().find(VeskTuneInSupportedStreamsPath())) << "without the plug-in";
+}
+
+TEST(HostValues, OfSeveralPluginsKeepTheirOrder)
+{
+    HostValues values;
+    ASSERT_TRUE(values.add(radio(R"(
+        {"path": "settings:radio/b", "type": "int", "default": 1, "title": "B"},
+        {"path": "settings:radio/a", "type": "int", "default": 1, "title": "A"},
+        {"path": "settings:radio/hidden", "type": "int", "default": 1, "title": "H",
+            "shown": "never"})")));
+    ASSERT_TRUE(values.add(
+        radio(R"({"path": "settings:radio/0", "type": "int", "default": 1, "title": "0"})")));
+    EXPECT_EQ(texts(values.in(HostValueGroup::Advanced)),
+        QStringList({QStringLiteral("settings:radio/b"), QStringLiteral("settings:radio/a"),
+            QStringLiteral("settings:radio/0"),
+            QStringLiteral("settings:network/localAddresses")}));
+    EXPECT_TRUE(values.find(CMPath::fromEncoded(QStringLiteral("settings:radio/hidden"))));
+}
+
+TEST(HostValues, ASettingExistsOnce)
+{
+    const PluginDescriptor descriptor = radio(R"(
+        {"path": "settings:radio/new", "type": "int", "default": 1, "title": "New"},
+        {"path": "settings:radio/a", "type": "int", "default": 1, "title": "A"})");
+    HostValues values;
+    ASSERT_TRUE(values.add(
+        radio(R"({"path": "settings:radio/a", "type": "bool", "default": true, "title": "A"})")));
+    const auto added = values.add(descriptor);
+    ASSERT_FALSE(added);
+    EXPECT_EQ(added.error(), QStringLiteral("there is a setting settings:radio/a already"));
+    EXPECT_FALSE(values.find(CMPath::fromEncoded(QStringLiteral("settings:radio/new"))))
+        << "none of them";
+}
+
+TEST(HostValues, SayWhatDeclaredSettingsTake)
+{
+    HostValues values;
+    ASSERT_TRUE(values.add(radio(R"(
+        {"path": "settings:radio/size", "type": "string", "choices": ["big", "small"],
+            "default": "big", "title": "Size"},
+        {"path": "settings:radio/both", "type": "int", "min": 1, "max": 9, "default": 5,
+            "title": "N"},
+        {"path": "settings:radio/least", "type": "double", "min": 0.5, "default": 5, "title": "N"},
+        {"path": "settings:radio/most", "type": "int", "max": 9, "default": 5, "title": "N"},
+        {"path": "settings:radio/any", "type": "double", "default": 5, "title": "N"})")));
+    const struct {
+        const char *path;
+        QVariant good;
+        QVariant bad;
+        const char *error;
+    } rows[] = {
+        {"size", QStringLiteral("small"), QStringLiteral("tiny"),
+            "The setting \"Size\" cannot be \"tiny\": it is one of: big, small."},
+        {"both", 9, 10, "The setting \"N\" cannot be \"10\": it is a number from 1 to 9."},
+        {"both", 1, QStringLiteral("x"),
+            "The setting \"N\" cannot be \"x\": it is a number from 1 to 9."},
+        {"least", 0.5, 0.25, "The setting \"N\" cannot be \"0.25\": it is a number from 0.5."},
+        {"most", -5, 10, "The setting \"N\" cannot be \"10\": it is a number up to 9."},
+        {"any", 1e9, QStringLiteral("x"), "The setting \"N\" cannot be \"x\": it is a number."},
+    };
+    for (const auto &row : rows) {
+        const CMPath path(
+            QStringLiteral("settings"), QStringLiteral("radio/") + QLatin1String(row.path));
+        EXPECT_EQ(refusal(path, row.good, values), "") << row.path;
+        EXPECT_EQ(refusal(path, row.bad, values), row.error) << row.path;
     }
 }
 

@@ -7,6 +7,7 @@
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskValuePaths.h"
 #include "host/settings/HostValues.h"
+#include "plugin/supervision/PluginDescriptor.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SmallDisk.h"
 #include "tests/support/Text.h"
@@ -42,6 +43,17 @@ extern "C" int fsync(int descriptor)
 
 namespace {
 
+/// Of a host with the plug-in whose settings are kept here.
+const HostValues &known()
+{
+    static const HostValues values = [] {
+        HostValues with;
+        EXPECT_TRUE(with.add(*PluginDescriptor::read(QStringLiteral(TUNEIN_DESCRIPTOR))));
+        return with;
+    }();
+    return values;
+}
+
 class SettingsStoreTest : public testing::Test {
 protected:
     SettingsStoreTest()
@@ -52,10 +64,11 @@ protected:
 
     /// The settings of a host from its start to its end.
     struct Run {
-        explicit Run(const QString &folder, const QString &pinnedPartner = QString())
-            : store(folder, &values)
+        explicit Run(const QString &folder, const QString &pinnedPartner = QString(),
+            const HostValues &definitions = known())
+            : store(folder, definitions, &values)
         {
-            defineHostValues(&values);
+            definitions.defineIn(&values);
             if (!pinnedPartner.isNull()) {
                 values.setValue(VeskTuneInPartnerIdPath(), VeskValue::fromString(pinnedPartner));
                 values.pin(VeskTuneInPartnerIdPath());
@@ -395,6 +408,18 @@ TEST_F(SettingsStoreTest, IgnoresAndKeepsUnknownEntries)
     EXPECT_THAT(run.memberId().toStdString(), testing::MatchesRegex("[0-9a-f]{32}"));
     EXPECT_EQ(run.setPartner("better"), "");
     EXPECT_TRUE(content().contains("settings:future"));
+}
+
+TEST_F(SettingsStoreTest, KeepsTheSettingsOfAPluginThatIsNotLoaded)
+{
+    EXPECT_EQ(Run(m_folder).setPartner("abc"), "");
+    {
+        Run without(m_folder, QString(), HostValues());
+        EXPECT_TRUE(without.values.value(VeskTuneInPartnerIdPath()).isEmpty());
+        EXPECT_EQ(Run::outcome(without.ask(hostLocalAddressesPath(), true)), "");
+    }
+    EXPECT_TRUE(content().contains("settings:network/localAddresses"));
+    EXPECT_EQ(Run(m_folder).partner(), text("abc"));
 }
 
 TEST_F(SettingsStoreTest, RefusesChangesWithoutAUsableFolder)

@@ -391,7 +391,9 @@ TEST(PluginDescriptorTest, ReportsTheFirstError)
         {NEEDED R"(, "screens": {"account": {"type": "account"}}})",
             "account: \"value\" is missing"},
         {NEEDED R"(, "screens": {"account": {"value": "a", "type": "bank"}}})",
-            "account: \"type\" is none of tuneInAccount, account"},
+            "account: \"type\" is no type of accounts"},
+        {NEEDED R"(, "screens": {"account": {"value": "a", "type": "string_"}}})",
+            "account: \"type\" is no type of accounts"},
         {R"({"format": 1, "id": 5})", "\"id\" is no text"},
         {R"({"format": 1, "id": "../a"})", "\"id\" is no word"},
         {"{\"format\": 1, \"id\": \"" + longText + "\"}", "\"id\" is no text"},
@@ -443,7 +445,7 @@ TEST(PluginDescriptorTest, ReadsOnlyRegularFilesOfBoundedSize)
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
         file.write(bytes);
     };
-    EXPECT_EQ(read("missing"), "");
+    EXPECT_EQ(read("missing"), "No such file or directory");
     write("fine", Whole);
     EXPECT_EQ(read("fine"), "");
     const QByteArray blanks(PluginDescriptor::MaxBytes - int(sizeof Whole) + 1, ' ');

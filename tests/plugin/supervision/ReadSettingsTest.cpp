@@ -54,6 +54,22 @@ TEST_F(ReadSettingsTest, AChangeOfAKeptSettingSettles)
     EXPECT_EQ(told(), "os");
 }
 
+TEST_F(ReadSettingsTest, ASettingMayCountWithoutBeingRead)
+{
+    m_settings.restartFor(A, number(1));
+    m_settings.begin();
+    m_settings.noteFollowed(A);
+    m_settings.noteChanged(A, number(2));
+    EXPECT_EQ(told(), "os");
+    // The next one starts with the value of now.
+    m_settings.begin();
+    EXPECT_FALSE(m_settings.isOutdated());
+    m_settings.noteChanged(A, number(1));
+    EXPECT_TRUE(m_settings.isOutdated());
+    m_settings.noteChanged(A, number(2));
+    EXPECT_EQ(told(), "osou") << "back before it was restarted";
+}
+
 TEST_F(ReadSettingsTest, ABurstSettlesOnce)
 {
     m_settings.noteKept(A, number(0));

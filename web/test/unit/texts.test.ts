@@ -93,6 +93,31 @@ test("every text that the programs mark is in the catalogues", async () => {
     assert.deepEqual(missing, []);
 });
 
+test("every text of a plug-in's descriptor is in the catalogues", async () => {
+    const modules = join(SOURCE_DIR, "../src/modules");
+    const known = new Set(catalogues.get("de")!.map(({ context, source }) => `${context}: ${source}`));
+    const missing: string[] = [];
+    let count = 0;
+    for (const module of await readdir(modules)) {
+        const files = (await readdir(join(modules, module))).filter((name) => name.endsWith(".json"));
+        for (const file of files) {
+            const descriptor = JSON.parse(await readFile(join(modules, module, file), "utf8")) as {
+                id: string; context?: string; settings?: { title: string; help?: string }[];
+            };
+            for (const { title, help } of descriptor.settings ?? []) {
+                for (const text of help === undefined ? [title] : [title, help]) {
+                    ++count;
+                    const key = `${descriptor.context ?? descriptor.id}: ${text}`;
+                    if (!known.has(key))
+                        missing.push(key);
+                }
+            }
+        }
+    }
+    assert.ok(count >= 8);
+    assert.deepEqual(missing, []);
+});
+
 test("a catalogue is read with its entities and its forms", () => {
     const [message, counted] = readCatalogue(`<TS><context><name>A&amp;B</name>
         <message><source>&lt;x&gt; &quot;y&quot;</source><comment>c</comment><translation>&#xe9;&#233;</translation></message>
