@@ -163,6 +163,7 @@ VeskValue CMValuesWorker::fromPlain(const QVariant &plain, VeskValueType::Enum t
     case VeskValueType::string_:
         return stringFrom(plain);
     case VeskValueType::hash:
+    case VeskValueType::account:
     case VeskValueType::tuneInAccount:
         return hashFrom(plain, type);
     case VeskValueType::none:

@@ -3,7 +3,7 @@
 
 #include "api/values/VeskValue.h"
 
-#include "api/values/VeskTuneInAccount.h"
+#include "api/values/VeskAccount.h"
 
 #include <array>
 
@@ -16,14 +16,15 @@ struct TypeName {
     QString name;
 };
 
-const std::array<TypeName, 6> &typeNames()
+const std::array<TypeName, 7> &typeNames()
 {
-    static const std::array<TypeName, 6> names = {{
+    static const std::array<TypeName, 7> names = {{
         {VeskValueType::bool_, QStringLiteral("bool_")},
         {VeskValueType::int_, QStringLiteral("int_")},
         {VeskValueType::double_, QStringLiteral("double_")},
         {VeskValueType::string_, QStringLiteral("string_")},
         {VeskValueType::hash, QStringLiteral("hash")},
+        {VeskValueType::account, QStringLiteral("account")},
         {VeskValueType::tuneInAccount, QStringLiteral("tuneInAccount")},
     }};
     return names;
@@ -116,6 +117,13 @@ VeskTuneInAccount VeskValue::tuneInAccount() const
     return VeskTuneInAccount(hash(nameOf(VeskValueType::tuneInAccount)));
 }
 
+VeskAccount VeskValue::account() const
+{
+    if (type() != VeskValueType::account)
+        return VeskAccount();
+    return VeskAccount(hash(nameOf(VeskValueType::account)));
+}
+
 void VeskValue::setBool(bool value)
 {
     set(VeskValueType::bool_, value);
@@ -139,6 +147,11 @@ void VeskValue::setString(const QString &value)
 void VeskValue::setTuneInAccount(const VeskTuneInAccount &account)
 {
     set(VeskValueType::tuneInAccount, account);
+}
+
+void VeskValue::setAccount(const VeskAccount &account)
+{
+    set(VeskValueType::account, account);
 }
 
 void VeskValue::set(VeskValueType::Enum type, const QVariant &value)

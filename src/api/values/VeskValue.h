@@ -5,6 +5,7 @@
 
 #include "api/values/VeskHash.h"
 
+class VeskAccount;
 class VeskTuneInAccount;
 
 /// The types of a VeskValue. The codes appear in values, so they are fixed.
@@ -16,6 +17,7 @@ struct VeskValueType {
         double_ = 3,
         string_ = 4,
         hash = 5,
+        account = 6,
         tuneInAccount = 115
     };
 
@@ -48,12 +50,14 @@ public:
     double double_() const;
     QString string_() const;
     VeskTuneInAccount tuneInAccount() const;
+    VeskAccount account() const;
 
     void setBool(bool value);
     void setInt(int value);
     void setDouble(double value);
     void setString(const QString &value);
     void setTuneInAccount(const VeskTuneInAccount &account);
+    void setAccount(const VeskAccount &account);
 
 private:
     void set(VeskValueType::Enum type, const QVariant &value);

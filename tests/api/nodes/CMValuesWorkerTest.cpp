@@ -3,7 +3,7 @@
 
 #include "api/nodes/CMValuesWorker.h"
 
-#include "api/values/VeskTuneInAccount.h"
+#include "api/values/VeskAccount.h"
 #include "tests/api/nodes/TestNodes.h"
 
 #include <QCoreApplication>
@@ -349,6 +349,8 @@ TEST(ValuesFromPlain, ConvertsPlainValuesToTheType)
     account.setUserName(QStringLiteral("me"));
     EXPECT_EQ(read(account, VeskValueType::tuneInAccount).tuneInAccount().userName(),
         QStringLiteral("me"));
+    EXPECT_EQ(read(account, VeskValueType::account).account().userName(), QStringLiteral("me"));
+    EXPECT_TRUE(read(5, VeskValueType::account).isEmpty());
     QVariantMap map;
     map.insert(QStringLiteral("userName"), QStringLiteral("me"));
     EXPECT_EQ(

@@ -3,7 +3,7 @@
 
 #include "api/values/VeskValue.h"
 
-#include "api/values/VeskTuneInAccount.h"
+#include "api/values/VeskAccount.h"
 
 #include <gtest/gtest.h>
 
@@ -24,9 +24,11 @@ TEST(VeskValueType, HasFixedCodesAndNames)
 {
     EXPECT_EQ(int(VeskValueType::bool_), 1);
     EXPECT_EQ(int(VeskValueType::string_), 4);
+    EXPECT_EQ(int(VeskValueType::account), 6);
     EXPECT_EQ(int(VeskValueType::tuneInAccount), 115);
-    for (const auto type : {VeskValueType::bool_, VeskValueType::int_, VeskValueType::double_,
-             VeskValueType::string_, VeskValueType::hash, VeskValueType::tuneInAccount}) {
+    for (const auto type :
+        {VeskValueType::bool_, VeskValueType::int_, VeskValueType::double_, VeskValueType::string_,
+            VeskValueType::hash, VeskValueType::account, VeskValueType::tuneInAccount}) {
         EXPECT_FALSE(VeskValueType::toString(type).isEmpty());
         EXPECT_EQ(VeskValueType::fromString(VeskValueType::toString(type)), type);
     }
@@ -100,6 +102,28 @@ TEST(VeskValue, HoldsAnAccount)
         VeskValue(VeskHash(variant.toHash())).tuneInAccount().userName(), QStringLiteral("me"));
 }
 
+TEST(VeskValue, HoldsAnAccountWithAnyService)
+{
+    VeskAccount account;
+    account.setOperation(VeskAccountOperation::join);
+    account.setUserName(QStringLiteral("me"));
+    account.setPassword(QStringLiteral("hidden"));
+    VeskValue value;
+    value.setAccount(account);
+    EXPECT_EQ(value.type(), VeskValueType::account);
+    EXPECT_EQ(value.account(), account);
+    EXPECT_EQ(value.account().operation(), VeskAccountOperation::join);
+    EXPECT_TRUE(value.tuneInAccount().isEmpty()) << "the two types are not one";
+    EXPECT_EQ(
+        VeskValue(VeskHash(QVariant(value).toHash())).account().userName(), QStringLiteral("me"));
+    std::ostringstream out;
+    out << value;
+    EXPECT_EQ(out.str(), "{account: {operation: 3, password: ***, userName: me}, type: 6}");
+    value.setTuneInAccount(account);
+    EXPECT_TRUE(value.account().isEmpty());
+    EXPECT_EQ(value.size(), 2) << "the other account is gone";
+}
+
 TEST(VeskValue, PrintsAnAccountWithoutItsSecrets)
 {
     VeskTuneInAccount account;
@@ -160,6 +184,7 @@ TEST(VeskValue, ReadsMistypedContentAsEmpty)
     EXPECT_EQ(value({{QStringLiteral("int_"), 1e300}}).int_(), 0);
     EXPECT_EQ(value({{QStringLiteral("double_"), QStringLiteral("x")}}).double_(), 0.0);
     EXPECT_TRUE(value({{QStringLiteral("tuneInAccount"), 1}}).tuneInAccount().isEmpty());
+    EXPECT_TRUE(value({{typeKey, 6}, {QStringLiteral("account"), 1}}).account().isEmpty());
 }
 
 TEST(VeskValue, SurvivesAVariantOfItsOwnType)
