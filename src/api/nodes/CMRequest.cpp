@@ -4,6 +4,7 @@
 #include "api/nodes/CMRequest.h"
 
 #include "api/core/vesk.h"
+#include "api/nodes/CMContextCall.h"
 
 namespace {
 
@@ -39,6 +40,27 @@ const CMPath &CMRequest::path() const
 {
     static const CMPath empty;
     return d ? d->path : empty;
+}
+
+bool CMRequest::isCancelled() const
+{
+    return onlyReads() && reply().error() == CMCancelledError();
+}
+
+void CMRequest::whenCancelled(QObject *context, std::function<void()> function) const
+{
+    const std::shared_ptr<CMReplyAbstractData> data = reply().sharedData();
+    if (!data || !onlyReads())
+        return;
+    const auto call = CMContextCall::create(context, CMContextCall::Once, std::move(function));
+    // The reply owns this function, so the function must not own the reply.
+    data->whenFinished([call, weak = std::weak_ptr<CMReplyAbstractData>(data)] {
+        const auto finished = weak.lock();
+        if (finished && finished->error() == CMCancelledError())
+            call->trigger();
+        else
+            call->close();
+    });
 }
 
 bool CMRequest::mayRedirect() const

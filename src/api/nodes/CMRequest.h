@@ -12,6 +12,8 @@
 #include <QStringList>
 #include <QVariant>
 
+#include <functional>
+
 /// The error of a request to a path that no node serves.
 VESK_API CMError CMNoNodeError();
 
@@ -30,6 +32,19 @@ public:
     /// Null when no answer is wanted.
     CMReply<QVariant> reply() const { return d ? d->reply : CMReply<QVariant>(); }
     CMReplyData<QVariant> *replyData() const { return reply().data(); }
+
+    /// Whether it changes nothing where it is answered.
+    bool onlyReads() const { return kind() == GetRows || kind() == GetData || kind() == MatchRow; }
+    /// Whether its caller has cancelled it, so that the answer is of no use any more and the work
+    /// on it can be left. Always false for a request that does not only read, which is carried out
+    /// all the same. Any thread.
+    bool isCancelled() const;
+    /// Calls \a function when its caller cancels it, through the event loop of \a context's
+    /// thread, unless \a context is destroyed or the request answered before. For a request that
+    /// was cancelled already it is called, too; for one that does not only read it never is. A
+    /// handler that blocks its event loop has to ask isCancelled(). \a context must be alive during
+    /// this call and stay on its thread.
+    void whenCancelled(QObject *context, std::function<void()> function) const;
 
     /// How often it was redirected so far.
     int hops() const { return d ? d->hops : 0; }

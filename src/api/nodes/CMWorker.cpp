@@ -326,7 +326,7 @@ void CMWorker::deliver(const CMRequest &request)
 {
     // Cancelled by the caller while it was queued. A request that writes is carried out all the
     // same: the caller cannot know that it was not.
-    if (request.kind() != CMRequest::SetData && request.reply().isFinished())
+    if (request.onlyReads() && request.reply().isFinished())
         return;
     const Handling handling(request);
     if (request.kind() == CMRequest::SetData && request.path().prefix() == m_name

@@ -17,11 +17,6 @@ CMError tooLongError()
     return error;
 }
 
-bool onlyReads(const CMRequest &request)
-{
-    return request.kind() == CMRequest::GetRows || request.kind() == CMRequest::GetData;
-}
-
 Result<void, QString> undecodable(MessageKind kind)
 {
     return failure(
@@ -113,7 +108,7 @@ void NodeLink::request(const CMRequest &request)
 void NodeLink::cancelWhenFinished(quint64 id, const CMRequest &request)
 {
     CMReplyData<QVariant> *const reply = request.reply().data();
-    if (!reply || !onlyReads(request))
+    if (!reply || !request.onlyReads())
         return;
     reply->whenFinished([id, sender = m_sender, weak = std::weak_ptr<Outgoing>(m_outgoing)] {
         const auto outgoing = weak.lock();
@@ -160,7 +155,7 @@ std::vector<CMRequest> NodeLink::reclaim(const std::function<bool(const CMReques
     {
         const VeskMutexLock lock(m_outgoing->mutex);
         for (auto &entry : m_outgoing->requests) {
-            if (onlyReads(entry.second) && which(entry.second))
+            if (entry.second.onlyReads() && which(entry.second))
                 reclaimed.emplace(entry.first, std::exchange(entry.second, CMRequest()));
         }
     }
