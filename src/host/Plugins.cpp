@@ -107,6 +107,8 @@ std::unique_ptr<Plugin> Plugins::makePlugin(const PluginOptions &options)
     plugin->setDescriptor(options.descriptor);
     if (options.descriptor.needs.store)
         plugin->setStore(m_stores->open(options.descriptor.id));
+    if (options.descriptor.needs.folder)
+        plugin->setFolder(m_stores->makeFolder(options.descriptor.id));
     for (const SettingDeclaration &setting : options.descriptor.settings) {
         if (setting.restarts)
             plugin->readSettings().restartFor(setting.path, m_values->value(setting.path));

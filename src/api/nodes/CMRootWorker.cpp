@@ -112,6 +112,8 @@ public:
 
     /// Whether a prefix is held. Lets every other request do without the look-up in held.
     std::atomic<bool> holds {false};
+    /// Whether foreign paths with somebody else's prefix are refused.
+    std::atomic<bool> protects {false};
 
     /// Serialises the notifications of workers, so that they arrive in the order of events. The
     /// first of the three mutexes to be locked. Recursive, because a worker that is notified may
@@ -381,6 +383,11 @@ void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
 {
     {
         const VeskMutexLock lock(d->routesMutex);
+        const GatePtr owner = d->byPrefix.value(path.prefix());
+        if (d->protects && owner && owner->worker()->thread() != QThread::currentThread()) {
+            VESK_ERROR("The path '" << path << "' belongs to another worker");
+            return;
+        }
         GatePtr &route = d->foreign[path.prefix()][path.base()];
         if (route) {
             VESK_ERROR("There is already a worker for the path '" << path << "'");
@@ -390,6 +397,11 @@ void CMRootWorker::addForeignPath(const CMPath &path, CMAbstractWorker *worker)
     }
     Q_EMIT routeAdded(CMPath(path.prefix(), path.base()));
     d->announceMoved();
+}
+
+void CMRootWorker::protectPrefixes()
+{
+    d->protects = true;
 }
 
 void CMRootWorker::removeForeignPath(const CMPath &path, CMAbstractWorker *worker)

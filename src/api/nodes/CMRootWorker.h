@@ -55,6 +55,9 @@ public:
     /// parameters do not matter. A path that is taken is logged and stays as it is.
     void addForeignPath(const CMPath &path, CMAbstractWorker *worker);
     void removeForeignPath(const CMPath &path, CMAbstractWorker *worker);
+    /// From now on a foreign path is refused, and logged, whose prefix has a worker of another
+    /// thread than the calling one: a plug-in answers for itself, not for the host or another one.
+    void protectPrefixes();
     /// Removes the route of \a prefix, if it leads to \a worker.
     void removePrefix(const QString &prefix, CMAbstractWorker *worker);
     /// Routes to \a worker what no other worker serves, until it is removed.

@@ -5,7 +5,10 @@
 
 #include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
+#include "base/files/KeptFile.h"
 #include "plugin/runtime/PluginThread.h"
+
+#include <QFile>
 
 #include <vector>
 
@@ -32,6 +35,21 @@ PluginStoreAccess *PluginStores::open(const QString &id)
     }
     store = std::make_unique<PluginStore>(id, m_folder, m_held);
     return store.get();
+}
+
+QString PluginStores::makeFolder(const QString &id) const
+{
+    VESK_ASSERT_OWN_THREAD();
+    if (m_folder.isEmpty())
+        return {};
+    const QString folder = m_folder + QLatin1Char('/') + id;
+    auto made = m_held;
+    if (made)
+        made = files::KeptFile::makeFolder(QFile::encodeName(folder).toStdString());
+    if (made)
+        return folder;
+    VESK_ERROR("There is no folder " << folder << " for a plug-in: " << made.error().text);
+    return {};
 }
 
 bool PluginStores::close(std::chrono::steady_clock::time_point deadline)

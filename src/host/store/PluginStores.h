@@ -10,9 +10,9 @@
 #include <map>
 #include <memory>
 
-/// The stores of all plug-ins, in the folder "plugins" of the state folder, and the worker of their
-/// prefix: there a plug-in in this process finds its own store, and everybody else nothing.
-/// Main thread, but for the functions of CMAbstractWorker.
+/// The stores and folders of all plug-ins, in the folder "plugins" of the state folder, and the
+/// worker of their prefix: there a plug-in in this process finds its own store, and everybody else
+/// nothing. Main thread, but for the functions of CMAbstractWorker.
 class PluginStores : public CMAbstractWorker {
     Q_OBJECT
 
@@ -26,6 +26,9 @@ public:
     /// The store of the plug-in with this \a id, which is one word; this owns it. Null, and logged,
     /// when another plug-in has that id.
     PluginStoreAccess *open(const QString &id) VESK_EXCLUDES(m_mutex);
+    /// The folder of the plug-in with this \a id, which is made if there is none. Empty, and
+    /// logged, when it cannot be made.
+    QString makeFolder(const QString &id) const;
     /// Waits until all writes are answered; later ones are refused. Returns false when that takes
     /// beyond \a deadline.
     bool close(std::chrono::steady_clock::time_point deadline) VESK_EXCLUDES(m_mutex);

@@ -49,7 +49,7 @@ enum class MessageKind : quint8 {
 struct HelloMessage {
     static constexpr MessageKind Kind = MessageKind::Hello;
     static constexpr quint32 TheMagic = 0x564b574b;
-    static constexpr quint32 TheVersion = 4;
+    static constexpr quint32 TheVersion = 5;
 
     quint32 magic = TheMagic;
     quint32 version = TheVersion;
@@ -83,6 +83,7 @@ struct StartMessage {
 
     QString file;
     QVariantHash config;
+    bool network = false; ///< whether the plug-in may use the internet
     QString logLevel;
     QStringList connectTo;
     QString caFile;
@@ -95,8 +96,8 @@ struct StartMessage {
     template <class Self, class Visitor>
     static void fields(Self &self, Visitor &visit)
     {
-        visit(self.file, self.config, self.logLevel, self.connectTo, self.caFile, self.translations,
-            self.valuePrefixes, self.values, self.player, self.answerForm.status,
+        visit(self.file, self.config, self.network, self.logLevel, self.connectTo, self.caFile,
+            self.translations, self.valuePrefixes, self.values, self.player, self.answerForm.status,
             self.answerForm.good);
     }
 };

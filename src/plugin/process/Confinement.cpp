@@ -78,7 +78,7 @@ constexpr const char *HarmlessCalls[] = {
     "getegid", "geteuid", "getgid", "getrandom", "getrlimit", "getrusage", "getuid", "sysinfo",
     "uname"};
 
-std::string confineCalls()
+std::string confineCalls(bool network)
 {
     const auto equals = CallFilter::equals;
     const auto masked = CallFilter::masked;
@@ -100,8 +100,10 @@ std::string confineCalls()
     filter.allow("open", masked(1, WritingFlags, 0));
     filter.allow("openat", masked(2, WritingFlags, 0));
     filter.fail(ENOSYS, "openat2");
-    for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
-        filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
+    if (network) {
+        for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
+            filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
+    }
     // Streams only: a datagram socket of a pair could be connected to other sockets.
     filter.allow("socketpair", equals(0, AF_UNIX), masked(1, TypeOfSocket, SOCK_STREAM));
     // Not F_SETOWN and F_SETSIG, by which the kernel would send any signal to any process.
@@ -116,7 +118,7 @@ std::string confineCalls()
 
 } // namespace
 
-QStringList confineProcess(const QList<QByteArray> &readable)
+QStringList confineProcess(const QList<QByteArray> &readable, bool network)
 {
     QStringList missing;
     const auto note = [&missing](const std::string &what) {
@@ -127,6 +129,6 @@ QStringList confineProcess(const QList<QByteArray> &readable)
     note(forbidNewPrivileges());
     note(confineFiles(readableFiles(readable)));
     note(dropCapabilities());
-    note(confineCalls());
+    note(confineCalls(network));
     return missing;
 }

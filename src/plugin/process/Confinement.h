@@ -11,7 +11,8 @@
 /// Drops for good, for this thread and those that it starts, what a plug-in process does not need:
 /// gaining privileges, writing and creating files, reading files other than those under \a readable
 /// and what name look-ups, certificates and the loader need, starting processes, listening, and
-/// more than a fair share of memory and descriptors. To be called while the process has one thread.
+/// more than a fair share of memory and descriptors; and without \a network sockets to the
+/// internet. To be called while the process has one thread.
 ///
 /// Returns what this kernel does not support, a line each.
-QStringList confineProcess(const QList<QByteArray> &readable);
+QStringList confineProcess(const QList<QByteArray> &readable, bool network);

@@ -73,6 +73,9 @@ QList<QByteArray> readableFiles(const StartMessage &start)
         QFile::encodeName(QFileInfo(plugin.canonicalFilePath()).absolutePath())};
     for (const QString &folder : start.translations)
         files.append(QFile::encodeName(folder));
+    const QString folder = start.config.value(QStringLiteral("folder")).toString();
+    if (!folder.isEmpty())
+        files.append(QFile::encodeName(folder));
     const QByteArray certificates = qgetenv("SSL_CERT_DIR");
     if (!certificates.isEmpty())
         files.append(certificates);
@@ -99,6 +102,7 @@ public:
             m_values.apply(value);
         for (const QString &prefix : start.valuePrefixes)
             m_root.addWorker(prefix, &m_values);
+        m_root.protectPrefixes();
         m_root.setDefaultWorker(&m_upstream);
         PlayLogicInterface::setPlayerInstance(&m_player);
         startLink();
@@ -242,7 +246,7 @@ int runPlugin(int argc, char **argv)
         return fail(Failed, "the host did not say what to do");
     const bool trusts = start->caFile.isEmpty() || HttpClient::setCaFile(start->caFile);
     // Before the first byte from outside.
-    const QStringList notConfined = confineProcess(readableFiles(*start));
+    const QStringList notConfined = confineProcess(readableFiles(*start), start->network);
 
     const log4cplus::Initializer logging;
     const QCoreApplication application(argc, argv);

@@ -34,12 +34,13 @@ void InProcessPlugin::load()
 {
     VESK_ASSERT_OWN_THREAD();
     m_phase = Phase::Loading;
+    CMRoot()->protectPrefixes();
     startThread();
 }
 
 void InProcessPlugin::startThread()
 {
-    m_thread = std::make_unique<PluginThread>(file(), withStore(m_config));
+    m_thread = std::make_unique<PluginThread>(file(), completed(m_config));
     connect(m_thread.get(), &PluginThread::loaded, this, &InProcessPlugin::onLoaded);
     veskConnect(m_thread.get(), &QThread::finished, this, &InProcessPlugin::onFinished);
     readSettings().begin();

@@ -43,10 +43,12 @@ void Plugin::whenStartable(std::function<void()> start)
         start();
 }
 
-QVariantHash Plugin::withStore(QVariantHash config) const
+QVariantHash Plugin::completed(QVariantHash config) const
 {
     if (m_store)
         config.insert(QStringLiteral("store"), m_store->config());
+    if (!m_folder.isEmpty())
+        config.insert(QStringLiteral("folder"), m_folder);
     return config;
 }
 

@@ -47,6 +47,8 @@ public:
 
     /// Gives it a store, which must outlive it; before load().
     void setStore(PluginStoreAccess *store) { m_store = store; }
+    /// Gives it a folder, which exists and which it may read; before load().
+    void setFolder(const QString &folder) { m_folder = folder; }
 
     /// The settings that it has read, as far as they are known.
     ReadSettings &readSettings() { return m_readSettings; }
@@ -80,8 +82,8 @@ protected:
     /// Calls \a start when the plug-in may be started: once what it wrote before is on the disk.
     /// Directly where there is nothing to wait for.
     void whenStartable(std::function<void()> start);
-    /// \a config with the store's part.
-    QVariantHash withStore(QVariantHash config) const;
+    /// \a config with the store and the folder, as far as it has them.
+    QVariantHash completed(QVariantHash config) const;
     /// Null when it has none.
     PluginStoreAccess *store() const { return m_store; }
 
@@ -92,4 +94,5 @@ private:
     QString m_error;
     ReadSettings m_readSettings;
     PluginStoreAccess *m_store = nullptr;
+    QString m_folder;
 };

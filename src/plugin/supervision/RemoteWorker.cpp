@@ -4,11 +4,14 @@
 #include "plugin/supervision/RemoteWorker.h"
 
 #include "api/core/ThreadCheck.h"
+#include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
 
 #include <algorithm>
 #include <utility>
+
+VESK_LOGGER("Host")
 
 namespace {
 
@@ -198,8 +201,13 @@ Result<void, QString> RemoteWorker::handleRoute(const RouteMessage &message)
         } else {
             // A plug-in answers for itself, not for the host or another one.
             const bool isOwn = m_routes.count(CMPath(route.prefix(), QString())) != 0;
-            if (!isOwn && root->prefixes().contains(route.prefix()))
-                return pathTaken();
+            if (!isOwn && root->prefixes().contains(route.prefix())) {
+                if (isPrefix)
+                    return pathTaken();
+                if (!std::exchange(m_hasRefused, true))
+                    VESK_ERROR("The path '" << route << "' belongs to another worker");
+                return {};
+            }
             m_routes.insert(route);
         }
     }

@@ -93,4 +93,6 @@ private:
     std::set<CMPath> m_routes VESK_GUARDED_BY(m_heldMutex);
     /// Routes that m_link's process still adds or removes are ignored.
     bool m_isReplaced VESK_GUARDED_BY(m_heldMutex) = false;
+    /// A path was refused, which is logged once.
+    bool m_hasRefused VESK_GUARDED_BY(m_heldMutex) = false;
 };

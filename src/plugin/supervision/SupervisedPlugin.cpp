@@ -187,7 +187,8 @@ void SupervisedPlugin::onHello(int run)
         m_remote.release();
         m_remote.sendStart([this] {
             StartMessage start = m_options.start();
-            start.config = withStore(std::move(start.config));
+            start.config = completed(std::move(start.config));
+            start.network = descriptor().needs.network;
             start.answerForm = descriptor().answers;
             return start;
         });

@@ -51,6 +51,7 @@ StartMessage start()
     StartMessage message;
     message.file = QStringLiteral("/plug-ins/a.so");
     message.config = {{QStringLiteral("id"), QStringLiteral("tunein")}};
+    message.network = true;
     message.logLevel = QStringLiteral("debug");
     message.connectTo = QStringList {QStringLiteral("a:80:b:81"), QStringLiteral("c:1:d:2")};
     message.caFile = QStringLiteral("/ca.pem");
@@ -178,6 +179,7 @@ TEST(Message, StartSurvives)
     ASSERT_TRUE(read);
     EXPECT_EQ(read->file, written.file);
     EXPECT_EQ(read->config, written.config);
+    EXPECT_TRUE(read->network);
     EXPECT_EQ(read->logLevel, written.logLevel);
     EXPECT_EQ(read->connectTo, written.connectTo);
     EXPECT_EQ(read->caFile, written.caFile);
@@ -188,7 +190,7 @@ TEST(Message, StartSurvives)
         expectEqual(read->values.at(i), written.values.at(i));
     EXPECT_EQ(
         read->player.value(QStringLiteral("title")).value<TrString>(), TrString("Player", "Now"));
-    EXPECT_TRUE(decode<StartMessage>(encode(StartMessage())));
+    EXPECT_FALSE(decode<StartMessage>(encode(StartMessage()))->network);
 }
 
 TEST(Message, LoadedSurvives)

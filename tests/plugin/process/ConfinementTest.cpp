@@ -62,7 +62,7 @@ QList<int> workersOf(const QString &plugin)
 /// Runs a plug-in that attempts what is forbidden, confined as the host confines plug-ins.
 class ConfinementTest : public testing::Test {
 protected:
-    ConfinementTest()
+    explicit ConfinementTest(bool network = true)
     {
         PluginProcessOptions options;
         options.program = QStringLiteral(PLUGIN_PROGRAM);
@@ -73,6 +73,13 @@ protected:
             return message;
         };
         m_plugin = std::make_unique<SupervisedPlugin>(QStringLiteral(PROBING_PLUGIN), options);
+        PluginDescriptor descriptor;
+        descriptor.needs.network = network;
+        m_plugin->setDescriptor(descriptor);
+        EXPECT_TRUE(QDir(m_readable.path()).mkdir(QStringLiteral("below")));
+        QFile readable(m_readable.filePath(QStringLiteral("below/file")));
+        EXPECT_TRUE(readable.open(QIODevice::WriteOnly));
+        m_plugin->setFolder(m_readable.path());
         bool finished = false;
         QObject::connect(m_plugin.get(), &Plugin::loadFinished, [&] { finished = true; });
         m_plugin->load();
@@ -106,13 +113,15 @@ protected:
 
     CMRootWorker m_root;
     const QTemporaryDir m_folder;
+    const QTemporaryDir m_readable; ///< the plug-in's folder
     std::unique_ptr<SupervisedPlugin> m_plugin;
 };
 
 TEST_F(ConfinementTest, AllowsWhatAPluginNeeds)
 {
     EXPECT_EQ(attempt("thread"), 0);
-    EXPECT_EQ(attempt("internet"), 0);
+    for (const char *deed : {"internet", "internet6", "datagrams", "netlink"})
+        EXPECT_EQ(attempt(deed), 0) << deed;
     EXPECT_EQ(attempt("read", QStringLiteral("/etc/hosts")), 0);
     EXPECT_EQ(attempt("read", QStringLiteral(PROBING_PLUGIN)), 0);
     EXPECT_EQ(attempt("read", QStringLiteral("/dev/urandom")), 0);
@@ -142,6 +151,39 @@ TEST_F(ConfinementTest, ReadsNoOtherFiles)
     EXPECT_EQ(attempt("read", file()), EACCES);
     EXPECT_EQ(attempt("read", QStringLiteral("/proc/%1/environ").arg(::getpid())), EACCES);
     EXPECT_EQ(attempt("read", QStringLiteral("/proc/self/root/etc/passwd")), EACCES);
+}
+
+TEST_F(ConfinementTest, ReadsItsFolderAndWritesNothingThere)
+{
+    const QString inside = m_readable.filePath(QStringLiteral("below/file"));
+    EXPECT_EQ(attempt("read", m_readable.path()), 0);
+    EXPECT_EQ(attempt("read", inside), 0);
+    for (const char *deed : {"change", "empty", "truncate", "remove", "chmod"})
+        EXPECT_THAT(attempt(deed, inside), AnyOf(EPERM, EACCES)) << deed;
+    EXPECT_THAT(
+        attempt("create", m_readable.filePath(QStringLiteral("new"))), AnyOf(EPERM, EACCES));
+    if (!hasLandlock())
+        GTEST_SKIP() << "this kernel has no Landlock: files can be read";
+    const QString out = m_readable.filePath(QStringLiteral("out"));
+    ASSERT_TRUE(QFile::link(file(), out));
+    EXPECT_EQ(attempt("read", out), EACCES) << "a link leads nowhere else";
+}
+
+/// A plug-in whose descriptor does not say that it needs the network.
+class ConfinementWithoutNetworkTest : public ConfinementTest {
+protected:
+    ConfinementWithoutNetworkTest()
+        : ConfinementTest(false)
+    {
+    }
+};
+
+TEST_F(ConfinementWithoutNetworkTest, OpensNoSocketToTheInternet)
+{
+    for (const char *deed : {"internet", "internet6", "datagrams", "netlink"})
+        EXPECT_EQ(attempt(deed), EPERM) << deed;
+    EXPECT_EQ(attempt("thread"), 0) << "all else is as it was";
+    EXPECT_EQ(attempt("read", QStringLiteral("/etc/hosts")), 0);
 }
 
 TEST_F(ConfinementTest, StartsNoProcesses)

@@ -8,7 +8,7 @@
 #include "api/nodes/CMValuesWorker.h"
 #include "api/values/VeskRowsRoles.h"
 #include "api/values/VeskValuePaths.h"
-#include "tests/support/WorkerThread.h"
+#include "tests/api/nodes/TestNodes.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -131,6 +131,140 @@ TEST_P(PluginTest, CanBeDestroyedWithoutHavingBeenLoaded)
     const std::unique_ptr<Plugin> plugin = make(file("good"));
     EXPECT_FALSE(plugin->isRunning());
 }
+
+/// What the one arrangement does, the other does too.
+class RoamingPluginTest : public PluginTest {
+protected:
+    RoamingPluginTest()
+        : m_plugin(make(file("roaming")))
+    {
+        EXPECT_TRUE(load(*m_plugin));
+        EXPECT_EQ(m_plugin->error(), QString());
+    }
+
+    Answer ask(const char *what) { return getData(m_root, path(what), {VeskRoles::Value()}); }
+    /// The plug-in's answer as text, or "error: " with the error's name.
+    std::string get(const char *what)
+    {
+        const Answer answer = ask(what);
+        EXPECT_TRUE(answer.spin()) << what;
+        return answer.isError() ? "error: " + answer.errorName().toStdString()
+                                : answer.list().value(0).toString().toStdString();
+    }
+    bool becomes(const char *what, const char *wanted)
+    {
+        return spinUntil([&] { return get(what) == wanted; });
+    }
+
+    const std::unique_ptr<Plugin> m_plugin;
+};
+
+const std::string NoNode = "error: " + CMError::NoNodeName().toStdString();
+
+TEST_P(RoamingPluginTest, IsReachedAtForeignPathsAsLongAsItServesThem)
+{
+    const std::string instance = get("Roaming:instance");
+    EXPECT_EQ(get("player:roaming"), instance);
+    EXPECT_EQ(get("player:roaming/deep/down?a=b"), instance);
+    EXPECT_EQ(get("player:roam"), NoNode);
+    EXPECT_TRUE(m_plugin->serves(path("player:roaming/x")));
+    EXPECT_EQ(get("Roaming:add?path=elsewhere%3Ax"), "1");
+    EXPECT_EQ(get("elsewhere:x"), instance);
+    EXPECT_EQ(get("Roaming:remove"), "1");
+    EXPECT_EQ(get("player:roaming"), NoNode);
+    EXPECT_EQ(get("elsewhere:x"), NoNode);
+    EXPECT_FALSE(m_plugin->serves(path("player:roaming/x")));
+    EXPECT_EQ(get("Roaming:add?path=player%3Aroaming"), "1");
+    EXPECT_EQ(get("player:roaming"), instance);
+    bool unloaded = false;
+    QObject::connect(m_plugin.get(), &Plugin::unloaded, [&] { unloaded = true; });
+    m_plugin->unload();
+    ASSERT_TRUE(spinUntil([&] { return unloaded; }));
+    EXPECT_EQ(get("player:roaming"), NoNode);
+}
+
+TEST_P(RoamingPluginTest, DoesNotAnswerForOthers)
+{
+    const std::string instance = get("Roaming:instance");
+    EXPECT_EQ(get("Roaming:add?path=system%3Astolen"), "1");
+    EXPECT_EQ(get("system:stolen"), NoNode);
+    EXPECT_EQ(get("Roaming:instance"), instance) << "it goes on";
+    // A prefix that only the host knows of.
+    CMValuesWorker others;
+    others.define(path("Others:x"), VeskValue::fromInt(7));
+    m_root.addWorker(QStringLiteral("Others"), &others);
+    EXPECT_EQ(get("Roaming:add?path=Others%3Ay"), "1");
+    EXPECT_EQ(get("Others:y"), NoNode);
+    EXPECT_EQ(get("Roaming:instance"), instance);
+    m_root.removeWorker(&others);
+}
+
+TEST_P(RoamingPluginTest, ItsChangesAtForeignPathsReachTheSubscribers)
+{
+    QObject context;
+    std::vector<CMChange> changes;
+    const auto subscription = m_root.subscribe(path("player:roaming/a"), &context,
+        [&](const CMChange &change) { changes.push_back(change); });
+    EXPECT_EQ(get("Roaming:change?path=player%3Aroaming%2Fb"), "1");
+    EXPECT_EQ(get("Roaming:change?path=player%3Aroaming%2Fa"), "1");
+    ASSERT_TRUE(spinUntil([&] { return !changes.empty(); }));
+    EXPECT_EQ(changes.size(), 1U);
+    EXPECT_EQ(changes.front().path, path("player:roaming/a"));
+    EXPECT_EQ(changes.front().kind, CMSubscribe::ValueChanged());
+}
+
+TEST_P(RoamingPluginTest, IsAtItsForeignPathsAgainAfterARestart)
+{
+    const std::string former = get("player:roaming");
+    QObject context;
+    int resets = 0;
+    const auto subscription
+        = m_root.subscribe(path("player:roaming/a"), &context, [&](const CMChange &change) {
+              resets += change.kind == CMSubscribe::RowsChangeReset() ? 1 : 0;
+          });
+    bool restarting = false;
+    bool restarted = false;
+    QObject::connect(m_plugin.get(), &Plugin::restarting, [&] { restarting = true; });
+    QObject::connect(m_plugin.get(), &Plugin::restarted, [&] { restarted = true; });
+    m_plugin->readSettings().noteKept(path("settings:a"), VeskValue::fromInt(1));
+    m_plugin->readSettings().noteChanged(path("settings:a"), VeskValue::fromInt(2));
+    EXPECT_EQ(get("player:roaming"), former) << "its own paths are held alone until the restart";
+    const Answer own = ask("Roaming:instance");
+    ASSERT_TRUE(spinUntil([&] { return restarting; }));
+    const Answer foreign = ask("player:roaming");
+    EXPECT_FALSE(restarted);
+    ASSERT_TRUE(own.spin() && foreign.spin());
+    ASSERT_TRUE(spinUntil([&] { return restarted; }));
+    EXPECT_FALSE(foreign.isError()) << foreign.errorText().toStdString();
+    EXPECT_NE(foreign.list().value(0).toString().toStdString(), former);
+    EXPECT_EQ(foreign.list(), own.list());
+    EXPECT_TRUE(spinUntil([&] { return resets > 0; })) << "subscribers have to read again";
+}
+
+TEST_P(RoamingPluginTest, IsToldWhichRequestsAreCancelled)
+{
+    const Answer read = ask("Roaming:wait");
+    const Answer row = matchRow(m_root, path("Roaming:wait"), VeskRoles::Value(), 1);
+    const Answer change = setData(m_root, path("Roaming:wait"), VeskRoles::Value(), 1);
+    const Answer kept = ask("Roaming:wait");
+    ASSERT_TRUE(becomes("Roaming:waiting", "4"));
+    EXPECT_EQ(get("Roaming:cancelled"), "0");
+    read.data()->setError(CMCancelledError());
+    EXPECT_TRUE(becomes("Roaming:cancelled", "1"));
+    row.data()->setError(CMCancelledError());
+    EXPECT_TRUE(becomes("Roaming:cancelled", "2"));
+    change.data()->setError(CMCancelledError());
+    EXPECT_EQ(get("Roaming:answer"), "1");
+    ASSERT_TRUE(kept.spin());
+    EXPECT_EQ(kept.list(), QVariantList {QStringLiteral("late")});
+    EXPECT_EQ(get("Roaming:cancelled"), "2") << "neither the change nor what was answered";
+}
+
+INSTANTIATE_TEST_SUITE_P(Arrangements, RoamingPluginTest,
+    testing::Values(Arrangement::InProcess, Arrangement::ProcessOfItsOwn),
+    [](const testing::TestParamInfo<Arrangement> &tested) {
+        return tested.param == Arrangement::InProcess ? "inProcess" : "processOfItsOwn";
+    });
 
 TEST_P(PluginTest, ReportsWhyAFileCannotBeLoaded)
 {

@@ -147,6 +147,9 @@ const QMap<QString, Deed> &deeds()
         // what plug-ins need
         {QStringLiteral("thread"), [](auto &) { return tryThread(); }},
         {QStringLiteral("internet"), call(SYS_socket, AF_INET, SOCK_STREAM, 0)},
+        {QStringLiteral("internet6"), call(SYS_socket, AF_INET6, SOCK_STREAM, 0)},
+        {QStringLiteral("datagrams"), call(SYS_socket, AF_INET, SOCK_DGRAM, 0)},
+        {QStringLiteral("netlink"), call(SYS_socket, AF_NETLINK, SOCK_RAW, 0)},
         {QStringLiteral("read"), [](auto &file) { return opened(file, O_RDONLY); }},
         {QStringLiteral("descriptors"), [](auto &) { return countDescriptors(); }},
         // files
