@@ -7,6 +7,8 @@
 
 #include "api/values/CMPath.h"
 #include "ctl/RpcClient.h"
+#include "tests/host/player/Recording.h"
+#include "tests/support/ScriptedServer.h"
 #include "tests/support/Text.h"
 
 #include <QDir>
@@ -26,10 +28,11 @@ namespace {
 
 class StationsHosts : public testing::Test {
 protected:
-    std::unique_ptr<HostProcess> start() const
+    std::unique_ptr<HostProcess> start(const QStringList &more = {}) const
     {
         auto host = std::make_unique<HostProcess>(text(HOST_PROGRAM),
-            QStringList {text("--plugin"), text(STATIONS_PLUGIN), text("--state-dir"), m_state});
+            QStringList {text("--plugin"), text(STATIONS_PLUGIN), text("--state-dir"), m_state}
+                + more);
         EXPECT_TRUE(host->isReady()) << host->errors().toStdString();
         return host;
     }
@@ -116,6 +119,42 @@ TEST_F(StationsHosts, ImportAndExportFiles)
         text("Left out, without an http or https address: 1"));
     EXPECT_EQ(
         exported(client), text("#EXTM3U\n#PLAYLIST:Stations\n#EXTGRP:F\n#EXTINF:-1,A\nhttp://a\n"));
+}
+
+/// Listening to an address before it is kept.
+TEST_F(StationsHosts, AskWhetherToKeepAnAddressOnceItPlays)
+{
+    const QByteArray tone = recordedTone("lamemp3enc", 440, 10);
+    ASSERT_FALSE(tone.isEmpty());
+    const ScriptedServer server([&tone](const ScriptedServer::Request &) {
+        ScriptedServer::Response response;
+        response.headers = {{"Content-Type", "audio/mpeg"}};
+        response.body = tone;
+        return response;
+    });
+    const auto host = start({text("--audio"), text("null"), text("--set"),
+        text("settings:network/localAddresses=true")});
+    RpcClient client(host->url());
+    const QString address = QStringLiteral("http://127.0.0.1:%1/tone").arg(server.port());
+    const QString screen
+        = CMPath(text("Stations"), text("add"), {{text("address"), address}}).toEncoded();
+    EXPECT_EQ(titles(client, screen),
+        QStringList({text("127.0.0.1/tone"), text("Keep it without listening")}));
+    bool isChanged = false;
+    client.setNotified([&](const QString &method, const QVariantHash &params) {
+        isChanged
+            = isChanged || (method == text("changed") && params.value(text("path")) == screen);
+    });
+    ASSERT_EQ(client.call(text("subscribe"), {{text("path"), screen}}).kind, RpcAnswer::Result);
+    const RpcAnswer play
+        = client.call(text("player.play"), {{text("screen"), screen}, {text("row"), 0}});
+    ASSERT_EQ(play.kind, RpcAnswer::Result) << play.message.toStdString();
+    ASSERT_TRUE(client.waitUntil([&isChanged] { return isChanged; }));
+    EXPECT_EQ(titles(client, screen),
+        QStringList(
+            {text("127.0.0.1/tone"), text("This address plays. Keep it?"), text("Keep it")}));
+    EXPECT_EQ(add(client, address).kind, RpcAnswer::Result);
+    EXPECT_EQ(titles(client, text("Stations:")).value(2), text("127.0.0.1/tone"));
 }
 
 /// The host killed at random moments while a thousand stations are added.
