@@ -4,7 +4,6 @@
 #include "modules/stations/StationsScreens.h"
 
 #include "api/core/Language.h"
-#include "api/values/MimeTypes.h"
 #include "api/web/VeskUrl.h"
 #include "modules/stations/StationsGatherer.h"
 
@@ -30,31 +29,12 @@ StationsScreen goneScreen()
     return screen;
 }
 
-VeskRoles headerRow(const TrString &title)
-{
-    VeskRoles row;
-    row.setTitle(title);
-    row.setType(VeskRolesType::Header());
-    return row;
-}
-
-TrString stationCount(int count)
-{
-    return count == 1 ? stationsTr(QT_TRANSLATE_NOOP("Stations", "1 station"))
-                      : stationsCountTr(QT_TRANSLATE_N_NOOP("Stations", "%n stations"), count);
-}
-
 TrString listTitle()
 {
     return stationsTr(QT_TRANSLATE_NOOP("Stations", "Stations"));
 }
 
-StationsEntry entryOf(const StationsItem &item)
-{
-    return {item.title, item.address, item.picture, item.description};
-}
-
-/// What is known of a station that a menu is for, or that is to be kept.
+/// What is known of a station that a menu is for.
 StationsEntry entryOf(const QString &address, const CMUINode::Params &params)
 {
     StationsEntry entry {stationsText(params.value(key("title")), StationsLimits::Title), address,
@@ -118,22 +98,20 @@ TrString stationsSkipped(const StationsFile &file)
 }
 
 StationsScreens::StationsScreens(
-    StationsList *list, StationsFolder *folder, const CMPath &root, const QString &serviceId)
+    StationsList *list, StationsFolder *folder, const StationsRows &rows)
     : m_list(list)
     , m_folder(folder)
-    , m_root(root)
-    , m_serviceId(serviceId)
+    , m_rows(rows)
 {
 }
 
-CMPath StationsScreens::path(const char *base, const Params &params) const
+/// Empty for an entry that there is not.
+VeskRoles StationsScreens::itemRow(const QString &id) const
 {
-    CMPath path(m_root.prefix(), QString::fromLatin1(base));
-    for (auto it = params.begin(); it != params.end(); ++it) {
-        if (!it.value().isEmpty())
-            path.addParam(it.key(), it.value());
-    }
-    return path;
+    const StationsItem *const item = m_list->find(id);
+    if (!item)
+        return {};
+    return item->isFolder() ? m_rows.folder(*item, m_list->stationsIn(id)) : m_rows.station(*item);
 }
 
 QString StationsScreens::entered(const QString &text)
@@ -143,150 +121,29 @@ QString StationsScreens::entered(const QString &text)
         address.contains(QLatin1String("://")) ? address : QStringLiteral("http://") + address);
 }
 
-VeskRoles StationsScreens::containerRow(const TrString &title, const CMPath &path) const
-{
-    VeskRoles row;
-    row.setTitle(title);
-    row.setType(VeskRolesType::Container());
-    row.setPath(path);
-    return row;
-}
-
-VeskRoles StationsScreens::queryRow(const char *title, const char *name, const CMPath &path) const
-{
-    VeskRoles row;
-    row.setTitle(stationsTr(title));
-    row.setType(VeskRolesType::Query());
-    row.setPath(path);
-    row.setQuery(key(name));
-    row.setQueryPath(path);
-    return row;
-}
-
-VeskRoles StationsScreens::actionRow(
-    const TrString &title, const char *action, const Params &params) const
-{
-    VeskRoles row;
-    row.setTitle(title);
-    row.setType(VeskRolesType::Activate());
-    row.setPath(path(action, params));
-    return row;
-}
-
-/// \a path is the one by which clients know the station while it plays.
-VeskRoles StationsScreens::stationRow(
-    const StationsEntry &station, const CMPath &path, const CMPath &menu, bool isReported) const
-{
-    VeskRoles matching;
-    matching.setPath(path);
-    VeskList<VeskRoles> matchingRoles;
-    matchingRoles.append(matching);
-    VeskMetaData metaData;
-    metaData.setServiceID(m_serviceId);
-    metaData.setLive(true);
-    metaData.setMatchingMediaRoles(matchingRoles);
-    if (!menu.isEmpty())
-        metaData.setContentPlayContextPath(menu);
-    if (isReported)
-        metaData.setPlaybackStateChangePath(this->path("playing"));
-    VeskResource resource;
-    resource.setUri(station.address);
-    resource.setMimeType(MimeTypes::Audio::unknown());
-    VeskList<VeskResource> resources;
-    resources.append(resource);
-    VeskMediaData mediaData;
-    mediaData.setMetaData(metaData);
-    mediaData.setResources(resources);
-
-    VeskRoles row;
-    row.setTitle(Language::ntr(station.title));
-    if (!station.description.isEmpty())
-        row.setDescription(Language::ntr(station.description));
-    if (!station.picture.isEmpty())
-        row.setIcon(station.picture);
-    row.setType(VeskRolesType::Audio());
-    row.setAudioType(VeskRolesAudioType::AudioBroadcast());
-    row.setPath(path);
-    row.setMediaData(mediaData);
-    if (!menu.isEmpty()) {
-        VeskRoles context = containerRow(Language::ntr(station.title), menu);
-        context.setContainerType(VeskRolesContainerType::ContextMenu);
-        row.setContext(context);
-    }
-    return row;
-}
-
-/// An entry of the list; empty for one that there is not.
-VeskRoles StationsScreens::itemRow(const QString &id) const
-{
-    const StationsItem *const item = m_list->find(id);
-    if (!item)
-        return {};
-    const CMPath menu = path("menu", {{key("id"), id}});
-    if (!item->isFolder()) {
-        return stationRow(entryOf(*item), path("station", {{key("id"), id}}), menu, false);
-    }
-    VeskRoles row = containerRow(Language::ntr(item->title), path("folder", {{key("id"), id}}));
-    row.setDescription(stationCount(m_list->stationsIn(id)));
-    VeskRoles context = containerRow(Language::ntr(item->title), menu);
-    context.setContainerType(VeskRolesContainerType::ContextMenu);
-    row.setContext(context);
-    return row;
-}
-
-/// A station of a file.
-VeskRoles StationsScreens::entryRow(const StationsEntry &entry) const
-{
-    const CMPath menu = path("menu",
-        {{key("address"), entry.address}, {key("title"), entry.title},
-            {key("picture"), entry.picture}, {key("description"), entry.description}});
-    return stationRow(entry, path("address", {{key("address"), entry.address}}), menu, false);
-}
-
-/// An address on trial.
-VeskRoles StationsScreens::addressRow(const QString &address) const
-{
-    const Params params {{key("address"), address}};
-    return stationRow(entryOf(address, {}), path("address", params), path("menu", params), true);
-}
-
-VeskRoles StationsScreens::fileRow(const QString &name) const
-{
-    const StationsFile &file = *m_folder->find(name);
-    const QString title = file.title.isEmpty() ? name : file.title;
-    VeskRoles row = containerRow(Language::ntr(title), path("file", {{key("name"), name}}));
-    if (file.error.isEmpty()) {
-        row.setDescription(stationCount(stationsCount(file.entries)));
-    } else {
-        row.setDescription(file.error);
-        row.insert(VeskRoles::Disabled(), true);
-    }
-    return row;
-}
-
 StationsScreen StationsScreens::root() const
 {
     StationsScreen screen;
     screen.title = listTitle();
-    VeskRoles search
-        = containerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Search")), path("searches"));
+    VeskRoles search = m_rows.container(
+        stationsTr(QT_TRANSLATE_NOOP("Stations", "Search")), m_rows.path("searches"));
     search.setContainerType(VeskRolesContainerType::SearchList);
     screen.before.append(search);
-    screen.before.append(queryRow(
-        QT_TRANSLATE_NOOP("Stations", "Add a station by its address"), "address", path("add")));
+    screen.before.append(m_rows.query(QT_TRANSLATE_NOOP("Stations", "Add a station by its address"),
+        "address", m_rows.path("add")));
     const QStringList &keys = m_list->keysIn(QString());
     screen.items = keys.size();
     screen.item = [this, &keys](int index) { return itemRow(keys.at(index)); };
     m_folder->refresh();
     for (const QString &name : m_folder->names())
-        screen.after.append(fileRow(name));
+        screen.after.append(m_rows.file(name, *m_folder->find(name)));
     if (m_folder->omitted() > 0) {
-        screen.after.append(headerRow(
+        screen.after.append(StationsRows::header(
             stationsCountTr(QT_TRANSLATE_N_NOOP("Stations", "More files, which are not shown: %n"),
                 m_folder->omitted())));
     }
-    screen.after.append(
-        containerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Change this list")), path("menu")));
+    screen.after.append(m_rows.container(
+        stationsTr(QT_TRANSLATE_NOOP("Stations", "Change this list")), m_rows.path("menu")));
     return screen;
 }
 
@@ -302,8 +159,8 @@ StationsScreen StationsScreens::folder(const Params &params) const
     screen.items = keys.size();
     screen.item = [this, &keys](int index) { return itemRow(keys.at(index)); };
     screen.after.append(
-        containerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Change this folder")),
-            path("menu", {{key("id"), id}})));
+        m_rows.container(stationsTr(QT_TRANSLATE_NOOP("Stations", "Change this folder")),
+            m_rows.path("menu", {{key("id"), id}})));
     return screen;
 }
 
@@ -336,15 +193,15 @@ StationsScreen StationsScreens::file(const Params &params) const
     screen.item = [this, entries, titles, name](int index) {
         const StationsEntry &entry = (*entries)[static_cast<std::size_t>(index)];
         if (!entry.isFolder())
-            return entryRow(entry);
+            return m_rows.entry(entry);
         const QString inside = joinStationsFolders(titles + QStringList(entry.title));
-        VeskRoles row = containerRow(Language::ntr(entry.title),
-            path("file", {{key("name"), name}, {key("folder"), inside}}));
-        row.setDescription(stationCount(stationsCount(entry.entries)));
+        VeskRoles row = m_rows.container(Language::ntr(entry.title),
+            m_rows.path("file", {{key("name"), name}, {key("folder"), inside}}));
+        row.setDescription(StationsRows::count(stationsCount(entry.entries)));
         return row;
     };
     if (titles.isEmpty() && file->skippedCount() > 0)
-        screen.after.append(headerRow(stationsSkipped(*file)));
+        screen.after.append(StationsRows::header(stationsSkipped(*file)));
     return screen;
 }
 
@@ -360,7 +217,7 @@ StationsScreen StationsScreens::results(const Params &params) const
     const QStringList all = m_list->allKeys();
     for (const QString &id : all) {
         const StationsItem &item = *m_list->find(id);
-        if (!item.isFolder() && keys.size() < MaxResults && matches(entryOf(item), words))
+        if (!item.isFolder() && keys.size() < MaxResults && matches(stationsEntryOf(item), words))
             keys.append(id);
     }
     m_folder->refresh();
@@ -371,7 +228,7 @@ StationsScreen StationsScreens::results(const Params &params) const
     screen.item = [this, keys, entries](int index) {
         return index < keys.size()
             ? itemRow(keys.at(index))
-            : entryRow(entries[static_cast<std::size_t>(index - keys.size())]);
+            : m_rows.entry(entries[static_cast<std::size_t>(index - keys.size())]);
     };
     return screen;
 }
@@ -382,33 +239,33 @@ StationsScreen StationsScreens::add(const Params &params) const
     screen.title = stationsTr(QT_TRANSLATE_NOOP("Stations", "Add a station"));
     const QString address = entered(params.value(key("address")));
     if (address.isEmpty()) {
-        screen.before.append(headerRow(stationsTr(
+        screen.before.append(StationsRows::header(stationsTr(
             QT_TRANSLATE_NOOP("Stations", "This is no address that begins with http or https."))));
         return screen;
     }
     if (const StationsItem *const known = m_list->findAddress(address)) {
-        screen.before.append(
-            headerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "This address is in the list:"))));
+        screen.before.append(StationsRows::header(
+            stationsTr(QT_TRANSLATE_NOOP("Stations", "This address is in the list:"))));
         screen.before.append(itemRow(known->key));
-        screen.before.append(queryRow(QT_TRANSLATE_NOOP("Stations", "Give it another name"),
-            "title", path("rename", {{key("id"), known->key}})));
+        screen.before.append(m_rows.query(QT_TRANSLATE_NOOP("Stations", "Give it another name"),
+            "title", m_rows.path("rename", {{key("id"), known->key}})));
         return screen;
     }
-    screen.before.append(addressRow(address));
+    screen.before.append(m_rows.address(address));
     const bool isTried = m_trial.address == address;
     TrString keep = stationsTr(QT_TRANSLATE_NOOP("Stations", "Keep it without listening"));
     if (isTried && m_trial.isHeard) {
-        screen.before.append(
-            headerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "This address plays. Keep it?"))));
+        screen.before.append(StationsRows::header(
+            stationsTr(QT_TRANSLATE_NOOP("Stations", "This address plays. Keep it?"))));
         keep = stationsTr(QT_TRANSLATE_NOOP("Stations", "Keep it"));
     } else if (isTried && !m_trial.error.isEmpty()) {
-        VeskRoles header
-            = headerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "This address does not play.")));
+        VeskRoles header = StationsRows::header(
+            stationsTr(QT_TRANSLATE_NOOP("Stations", "This address does not play.")));
         header.setDescription(Language::ntr(m_trial.error));
         screen.before.append(header);
         keep = stationsTr(QT_TRANSLATE_NOOP("Stations", "Keep it all the same"));
     }
-    screen.before.append(actionRow(
+    screen.before.append(m_rows.action(
         keep, "do/add", {{key("address"), address}, {key("folder"), params.value(key("folder"))}}));
     return screen;
 }
@@ -416,15 +273,15 @@ StationsScreen StationsScreens::add(const Params &params) const
 /// What changes a folder, or the list itself.
 void StationsScreens::appendListRows(const QString &folder, QList<VeskRoles> &rows) const
 {
-    rows.append(queryRow(QT_TRANSLATE_NOOP("Stations", "Add a station by its address"), "address",
-        path("add", {{key("folder"), folder}})));
+    rows.append(m_rows.query(QT_TRANSLATE_NOOP("Stations", "Add a station by its address"),
+        "address", m_rows.path("add", {{key("folder"), folder}})));
     if (m_list->canHoldFolder(folder)) {
-        rows.append(queryRow(QT_TRANSLATE_NOOP("Stations", "Make a folder"), "title",
-            path("newfolder", {{key("folder"), folder}})));
+        rows.append(m_rows.query(QT_TRANSLATE_NOOP("Stations", "Make a folder"), "title",
+            m_rows.path("newfolder", {{key("folder"), folder}})));
     }
     if (m_list->keysIn(folder).size() > 1) {
-        rows.append(actionRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Sort by name")), "do/sort",
-            {{key("folder"), folder}}));
+        rows.append(m_rows.action(stationsTr(QT_TRANSLATE_NOOP("Stations", "Sort by name")),
+            "do/sort", {{key("folder"), folder}}));
     }
 }
 
@@ -432,21 +289,23 @@ void StationsScreens::appendListRows(const QString &folder, QList<VeskRoles> &ro
 void StationsScreens::appendItemRows(const StationsItem &item, QList<VeskRoles> &rows) const
 {
     const Params id {{key("id"), item.key}};
-    rows.append(queryRow(QT_TRANSLATE_NOOP("Stations", "Rename"), "title", path("rename", id)));
+    rows.append(
+        m_rows.query(QT_TRANSLATE_NOOP("Stations", "Rename"), "title", m_rows.path("rename", id)));
     const QStringList &around = m_list->keysIn(item.folder);
     if (around.first() != item.key)
-        rows.append(actionRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Move up")), "do/up", id));
+        rows.append(
+            m_rows.action(stationsTr(QT_TRANSLATE_NOOP("Stations", "Move up")), "do/up", id));
     if (around.last() != item.key)
         rows.append(
-            actionRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Move down")), "do/down", id));
+            m_rows.action(stationsTr(QT_TRANSLATE_NOOP("Stations", "Move down")), "do/down", id));
     if (isMovable(item.key)) {
-        rows.append(containerRow(
-            stationsTr(QT_TRANSLATE_NOOP("Stations", "Move to a folder")), path("move", id)));
+        rows.append(m_rows.container(stationsTr(QT_TRANSLATE_NOOP("Stations", "Move to a folder")),
+            m_rows.path("move", id)));
     }
     const bool isEmpty = m_list->keysIn(item.key).isEmpty();
     const TrString removal = stationsTr(QT_TRANSLATE_NOOP("Stations", "Remove"));
-    rows.append(
-        isEmpty ? actionRow(removal, "do/remove", id) : containerRow(removal, path("remove", id)));
+    rows.append(isEmpty ? m_rows.action(removal, "do/remove", id)
+                        : m_rows.container(removal, m_rows.path("remove", id)));
 }
 
 bool StationsScreens::isMovable(const QString &id) const
@@ -484,13 +343,13 @@ StationsScreen StationsScreens::entryMenu(const Params &params) const
     StationsScreen screen;
     screen.title = Language::ntr(entry.title);
     if (const StationsItem *const known = m_list->findAddress(address)) {
-        screen.before.append(
-            headerRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "This address is in the list:"))));
+        screen.before.append(StationsRows::header(
+            stationsTr(QT_TRANSLATE_NOOP("Stations", "This address is in the list:"))));
         screen.before.append(itemRow(known->key));
         return screen;
     }
     screen.before.append(
-        actionRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Keep it in the list")), "do/add",
+        m_rows.action(stationsTr(QT_TRANSLATE_NOOP("Stations", "Keep it in the list")), "do/add",
             {{key("address"), address}, {key("title"), entry.title},
                 {key("picture"), entry.picture}, {key("description"), entry.description}}));
     return screen;
@@ -508,8 +367,8 @@ StationsScreen StationsScreens::rename(const Params &params) const
     if (title.isEmpty())
         return screen;
     screen.before.append(
-        actionRow(stationsTr(QT_TRANSLATE_NOOP("Stations", "Rename \"%1\" to \"%2\""),
-                      {TrArg(item->title), TrArg(title)}),
+        m_rows.action(stationsTr(QT_TRANSLATE_NOOP("Stations", "Rename \"%1\" to \"%2\""),
+                          {TrArg(item->title), TrArg(title)}),
             "do/rename", {{key("id"), id}, {key("title"), title}}));
     return screen;
 }
@@ -521,7 +380,7 @@ StationsScreen StationsScreens::newFolder(const Params &params) const
     const QString title = stationsText(params.value(key("title")), StationsLimits::Title);
     if (title.isEmpty())
         return screen;
-    screen.before.append(actionRow(
+    screen.before.append(m_rows.action(
         stationsTr(QT_TRANSLATE_NOOP("Stations", "Make the folder \"%1\""), {TrArg(title)}),
         "do/folder", {{key("folder"), params.value(key("folder"))}, {key("title"), title}}));
     return screen;
@@ -539,7 +398,7 @@ StationsScreen StationsScreens::move(const Params &params) const
     const auto append = [&](const QString &folder, const TrString &title) {
         if (m_list->canMoveTo(id, folder)) {
             screen.before.append(
-                actionRow(title, "do/move", {{key("id"), id}, {key("folder"), folder}}));
+                m_rows.action(title, "do/move", {{key("id"), id}, {key("folder"), folder}}));
         }
     };
     append(QString(), stationsTr(QT_TRANSLATE_NOOP("Stations", "No folder")));
@@ -560,9 +419,9 @@ StationsScreen StationsScreens::remove(const Params &params) const
     StationsScreen screen;
     screen.title = stationsTr(QT_TRANSLATE_NOOP("Stations", "Remove \"%1\""), {TrArg(item->title)});
     screen.before.append(
-        actionRow(stationsCountTr(QT_TRANSLATE_N_NOOP("Stations",
-                                      "Remove the folder with everything in it (stations: %n)"),
-                      m_list->stationsIn(id)),
+        m_rows.action(stationsCountTr(QT_TRANSLATE_N_NOOP("Stations",
+                                          "Remove the folder with everything in it (stations: %n)"),
+                          m_list->stationsIn(id)),
             "do/remove", {{key("id"), id}, {key("all"), QStringLiteral("1")}}));
     return screen;
 }
@@ -572,5 +431,5 @@ VeskRoles StationsScreens::station(const CMPath &path) const
     if (path.hasParam(key("id")))
         return itemRow(path.param(key("id")));
     const QString address = stationsAddress(path.param(key("address")));
-    return address.isEmpty() ? VeskRoles() : addressRow(address);
+    return address.isEmpty() ? VeskRoles() : m_rows.address(address);
 }

@@ -3,12 +3,10 @@
 
 #pragma once
 
-#include "api/values/VeskRoles.h"
 #include "modules/stations/StationsFolder.h"
 #include "modules/stations/StationsList.h"
 #include "modules/stations/StationsNodes.h"
-
-#include <QObject>
+#include "modules/stations/StationsRows.h"
 
 /// What the player said of an address that is not in the list.
 struct StationsTrial {
@@ -19,14 +17,12 @@ struct StationsTrial {
 
 /// The plug-in's screens: which rows there are, and where they lead. The worker's thread.
 ///
-/// What rows do is to be found at "do/...", see StationsActions.
+/// What rows do is to be found at "do/...", see StationsWorker.
 class StationsScreens {
 public:
     using Params = CMUINode::Params;
 
-    /// \a root is the path of the first screen.
-    StationsScreens(
-        StationsList *list, StationsFolder *folder, const CMPath &root, const QString &serviceId);
+    StationsScreens(StationsList *list, StationsFolder *folder, const StationsRows &rows);
 
     /// The listener's list with the folder's files.
     StationsScreen root() const;
@@ -53,20 +49,11 @@ public:
     VeskRoles station(const CMPath &path) const;
 
     StationsTrial &trial() { return m_trial; }
-    CMPath path(const char *base, const Params &params = {}) const;
     /// Where \a text that was entered leads: an address without its scheme is one, too.
     static QString entered(const QString &text);
 
 private:
-    VeskRoles itemRow(const QString &key) const;
-    VeskRoles entryRow(const StationsEntry &entry) const;
-    VeskRoles stationRow(const StationsEntry &station, const CMPath &path, const CMPath &menu,
-        bool isReported) const;
-    VeskRoles containerRow(const TrString &title, const CMPath &path) const;
-    VeskRoles addressRow(const QString &address) const;
-    VeskRoles fileRow(const QString &name) const;
-    VeskRoles queryRow(const char *title, const char *key, const CMPath &path) const;
-    VeskRoles actionRow(const TrString &title, const char *action, const Params &params) const;
+    VeskRoles itemRow(const QString &id) const;
     void appendListRows(const QString &folder, QList<VeskRoles> &rows) const;
     void appendItemRows(const StationsItem &item, QList<VeskRoles> &rows) const;
     bool isMovable(const QString &id) const;
@@ -74,8 +61,7 @@ private:
 
     StationsList *const m_list;
     StationsFolder *const m_folder;
-    const CMPath m_root;
-    const QString m_serviceId;
+    const StationsRows m_rows;
     StationsTrial m_trial;
 };
 

@@ -18,7 +18,8 @@ StationsWorker::StationsWorker(const QVariantHash &config)
     : CMNodesWorker(config, QStringLiteral("Stations"))
     , m_list(config)
     , m_folder(config.value(QStringLiteral("folder")).toString())
-    , m_screens(&m_list, &m_folder, addPrefix(QString()), config.value(VeskService_Id()).toString())
+    , m_rows(addPrefix(QString()), config.value(VeskService_Id()).toString())
+    , m_screens(&m_list, &m_folder, m_rows)
     , m_import(&m_list)
 {
     createTree();
@@ -62,7 +63,7 @@ void StationsWorker::createTree()
 StationsScreenNode *StationsWorker::createScreen(const char *base, Build build)
 {
     auto *const node = new StationsScreenNode(
-        m_screens.path(base), [this, build](const StationsScreens::Params &params) {
+        m_rows.path(base), [this, build](const StationsScreens::Params &params) {
             return (m_screens.*build)(params);
         });
     node->setNodes(nodes());
@@ -71,18 +72,18 @@ StationsScreenNode *StationsWorker::createScreen(const char *base, Build build)
 
 StationsNode *StationsWorker::createNode(const char *base)
 {
-    auto *const node = new StationsNode(m_screens.path(base));
+    auto *const node = new StationsNode(m_rows.path(base));
     node->setNodes(nodes());
     return node;
 }
 
 CMContainerNode *StationsWorker::createSearches()
 {
-    CMQueryNode *const search = CMQueryNode::create(nodes(), m_screens.path("search"));
+    CMQueryNode *const search = CMQueryNode::create(nodes(), m_rows.path("search"));
     search->setTitle(stationsTr(QT_TRANSLATE_NOOP("Stations", "Search your stations")));
     search->setQuery(QStringLiteral("text"));
-    search->setQueryPath(m_screens.path("results"));
-    CMListRowsNode *const searches = CMListRowsNode::create(nodes(), m_screens.path("searches"));
+    search->setQueryPath(m_rows.path("results"));
+    CMListRowsNode *const searches = CMListRowsNode::create(nodes(), m_rows.path("searches"));
     searches->setTitle(stationsTr(QT_TRANSLATE_NOOP("Stations", "Search")));
     searches->setContainerType(VeskRolesContainerType::SearchList);
     searches->rowsAppend(search->path());
@@ -156,7 +157,7 @@ void StationsWorker::handleStateChange(const CMSetDataRequest &request)
         trial = {address, true, {}};
     else if (data.state() == VeskPlayLogicState::stopped && !data.error().isEmpty())
         trial.error = stationsText(data.error(), StationsLimits::Description);
-    announce(m_screens.path("add"));
+    announce(m_rows.path("add"));
 }
 
 VeskRoles StationsWorker::exported(const CMPath &path) const

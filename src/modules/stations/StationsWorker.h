@@ -7,6 +7,7 @@
 #include "modules/stations/StationsFolder.h"
 #include "modules/stations/StationsImport.h"
 #include "modules/stations/StationsList.h"
+#include "modules/stations/StationsRows.h"
 #include "modules/stations/StationsScreens.h"
 
 /// The listener's own stations: the tree of nodes under "Stations:". Create and delete it on the
@@ -39,6 +40,7 @@ private:
 
     StationsList m_list;
     StationsFolder m_folder;
+    const StationsRows m_rows;
     StationsScreens m_screens;
     StationsImport m_import;
 };

@@ -57,7 +57,7 @@ TEST_F(StationsChangesTest, Renames)
 {
     addThree();
     const VeskRoles row = itemCalled("B");
-    const StationsRows confirm = rows(asked(menu(row).row("Rename"), text(" Bee \n ")));
+    const StationsShown confirm = rows(asked(menu(row).row("Rename"), text(" Bee \n ")));
     EXPECT_EQ(confirm.titles(), QStringList(text("Rename \"B\" to \"Bee\"")));
     EXPECT_EQ(activate(confirm.rows.value(0)), QString());
     EXPECT_EQ(list(), words("A Bee C"));
@@ -115,7 +115,7 @@ TEST_F(StationsChangesTest, MovesToFolders)
     addThree();
     const QString outer = addFolder("Outer");
     const QString inner = addFolder("Inner", outer);
-    const StationsRows places = rows(menu(itemCalled("A")).row("Move to a folder").path());
+    const StationsShown places = rows(menu(itemCalled("A")).row("Move to a folder").path());
     EXPECT_EQ(places.screen.title().toString(), text("Move \"A\" to"));
     EXPECT_EQ(places.titles(), QStringList({text("Outer"), text("Outer / Inner")}));
     EXPECT_EQ(activate(places.rows.at(1)), QString());
@@ -153,7 +153,7 @@ TEST_F(StationsChangesTest, RemovesAFolderThatIsNotEmptyOnlyWhenToldTwice)
     EXPECT_EQ(activate(text("Stations:do/remove?id=") + outer), text("The folder is not empty."));
     const VeskRoles removal = menu(itemCalled("Outer")).row("Remove");
     EXPECT_EQ(removal.type(), VeskRolesType::Container());
-    const StationsRows confirm = rows(removal.path());
+    const StationsShown confirm = rows(removal.path());
     EXPECT_EQ(confirm.titles(),
         QStringList(text("Remove the folder with everything in it (stations: 1)")));
     EXPECT_EQ(activate(confirm.rows.value(0)), QString());

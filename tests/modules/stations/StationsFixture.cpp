@@ -104,7 +104,7 @@ QHash<QString, QByteArray> StationsStored::values() const
     return m_values;
 }
 
-QStringList StationsRows::titles() const
+QStringList StationsShown::titles() const
 {
     QStringList titles;
     for (const VeskRoles &row : rows)
@@ -112,7 +112,7 @@ QStringList StationsRows::titles() const
     return titles;
 }
 
-VeskRoles StationsRows::row(const char *title) const
+VeskRoles StationsShown::row(const char *title) const
 {
     for (const VeskRoles &row : rows) {
         if (row.title().toString() == text(title))
@@ -144,12 +144,12 @@ void StationsFixture::start(const QString &folder)
         [config]() -> QObject * { return new StationsWorker(config); });
 }
 
-StationsRows StationsFixture::rows(const CMPath &path, int first, int last)
+StationsShown StationsFixture::rows(const CMPath &path, int first, int last)
 {
     const ReplyData data = ask([&](const CMReply<QVariant> &reply) {
         return CMGetRowsRequest(path, VeskRoles::all(), first, last, reply);
     });
-    StationsRows result;
+    StationsShown result;
     result.error = messageOf(data);
     const VeskRowsRoles answer(VeskHash(data->value().toHash()));
     result.count = answer.rowsCount();
@@ -224,7 +224,7 @@ QString StationsFixture::addFolder(const char *title, const QString &folder)
 QStringList StationsFixture::list(const QString &folder)
 {
     QStringList titles;
-    const StationsRows screen = rows(folderPath(folder));
+    const StationsShown screen = rows(folderPath(folder));
     for (const VeskRoles &row : screen.rows) {
         if (row.path().hasParam(text("id")) && row.path().base() != text("menu"))
             titles.append(row.title().toString());

@@ -18,7 +18,7 @@
 #include <mutex>
 
 /// What came back for a request for rows.
-struct StationsRows {
+struct StationsShown {
     QString error; ///< as the user reads it
     int count = 0;
     QList<VeskRoles> rows;
@@ -61,8 +61,8 @@ protected:
     StationsWorker *worker() const { return static_cast<StationsWorker *>(m_thread->object()); }
     void callWorker(const std::function<void()> &function) { m_thread->call(function); }
 
-    static StationsRows rows(const CMPath &path, int first = 0, int last = 9999);
-    static StationsRows rows(const QString &path) { return rows(CMPath::fromEncoded(path)); }
+    static StationsShown rows(const CMPath &path, int first = 0, int last = 9999);
+    static StationsShown rows(const QString &path) { return rows(CMPath::fromEncoded(path)); }
     static VeskRoles data(const CMPath &path);
     /// What a row of type "activate" is for; the error's text, empty for none.
     static QString activate(const VeskRoles &row);
@@ -80,7 +80,7 @@ protected:
     static QStringList list(const QString &folder = {});
     static VeskRoles itemCalled(const char *title, const QString &folder = {});
     /// The menu of a row.
-    static StationsRows menu(const VeskRoles &row) { return rows(row.context().path()); }
+    static StationsShown menu(const VeskRoles &row) { return rows(row.context().path()); }
 
 private:
     CMRootWorker m_root;

@@ -55,19 +55,19 @@ TEST_F(StationsFolderTest, ShowsTheFilesBesideTheList)
     write("notes.txt", "http://no");
     write(".hidden.m3u", "http://no");
     QDir(m_folder.path()).mkdir(text("d.m3u"));
-    const StationsRows root = rows(text("Stations:"));
+    const StationsShown root = rows(text("Stations:"));
     EXPECT_EQ(root.titles(),
         QStringList({text("Search"), text("Add a station by its address"), text("Mine"),
             text("Titled"), text("b.m3u"), text("c.PLS"), text("Change this list")}));
     EXPECT_EQ(root.row("Titled").description().toString(), text("1 station"));
 
-    const StationsRows file = rows(root.row("b.m3u").path());
+    const StationsShown file = rows(root.row("b.m3u").path());
     EXPECT_EQ(file.screen.title().toString(), text("b.m3u"));
     EXPECT_EQ(file.titles(),
         QStringList({text("B"), text("Left out, without an http or https address: 1")}));
     EXPECT_EQ(file.rows.at(0).mediaData().activeResource().uri(), text("http://b"));
 
-    const StationsRows outer = rows(rows(root.row("Titled").path()).row("F").path());
+    const StationsShown outer = rows(rows(root.row("Titled").path()).row("F").path());
     EXPECT_EQ(outer.screen.title().toString(), text("F"));
     EXPECT_EQ(rows(outer.row("G").path()).titles(), QStringList(text("A")));
     EXPECT_EQ(rows(text("Stations:file?name=A.opml&folder=Other")).error,
@@ -141,7 +141,7 @@ TEST_F(StationsFolderTest, BoundsTheNumberOfFiles)
     for (int i = 0; i < StationsFolder::MaxFiles + 2; ++i)
         write(QStringLiteral("%1.m3u").arg(i, 3, 10, QLatin1Char('0')).toUtf8().constData(),
             "http://a");
-    const StationsRows root = rows(text("Stations:"));
+    const StationsShown root = rows(text("Stations:"));
     EXPECT_EQ(root.count, 3 + StationsFolder::MaxFiles + 1);
     EXPECT_THAT(root.titles(), Contains(text("More files, which are not shown: 2")));
 }
@@ -152,7 +152,7 @@ TEST_F(StationsFolderTest, BoundsTheBytesOfAllFiles)
     for (const char *name : {"1.m3u", "2.m3u", "3.m3u", "4.m3u"})
         write(name, file);
     write("5.m3u", "http://a");
-    const StationsRows root = rows(text("Stations:"));
+    const StationsShown root = rows(text("Stations:"));
     EXPECT_EQ(root.row("4.m3u").description().toString(), text("1 station"));
     expectBroken("5.m3u", "The files are larger than 4 MiB together.");
 }

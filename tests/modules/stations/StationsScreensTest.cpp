@@ -34,7 +34,7 @@ protected:
 
 TEST_F(StationsScreensTest, BeginsWithTheListAndWhatChangesIt)
 {
-    const StationsRows empty = rows(text("Stations:"));
+    const StationsShown empty = rows(text("Stations:"));
     EXPECT_EQ(empty.screen.title().toString(), text("Stations"));
     EXPECT_EQ(empty.titles(),
         QStringList(
@@ -72,7 +72,7 @@ TEST_F(StationsScreensTest, ShowsAFolderWithHowManyStationsAreInIt)
     EXPECT_EQ(row.type(), VeskRolesType::Container());
     EXPECT_EQ(row.description().toString(), text("2 stations"));
     EXPECT_EQ(itemCalled("Inner", outer).description().toString(), text("1 station"));
-    const StationsRows screen = rows(row.path());
+    const StationsShown screen = rows(row.path());
     EXPECT_EQ(screen.screen.title().toString(), text("Outer"));
     EXPECT_EQ(screen.titles(), QStringList({text("Inner"), text("A"), text("Change this folder")}));
 }
@@ -90,7 +90,7 @@ TEST_F(StationsScreensTest, AnswersOnlyTheRangeThatIsAskedFor)
     for (const Case &each :
         {Case {3, 4, {text("1"), text("2")}}, Case {6, 99, {text("4"), text("Change this list")}},
             Case {8, 9, {}}, Case {INT_MAX - 1, INT_MAX, {}}}) {
-        const StationsRows screen = rows(root, each.first, each.last);
+        const StationsShown screen = rows(root, each.first, each.last);
         EXPECT_EQ(screen.titles(), each.titles) << each.first;
         EXPECT_EQ(screen.count, 8);
     }
@@ -108,7 +108,7 @@ TEST_F(StationsScreensTest, FindsStationsByAllWordsInAnyFolder)
     set(described, VeskRoles::Activate(), QVariant());
     const VeskRoles searches(
         data(CMPath(text("Stations"), QString())).value(VeskRoles::Search()).toHash());
-    const StationsRows list = rows(searches.path());
+    const StationsShown list = rows(searches.path());
     ASSERT_EQ(list.rows.size(), 1);
     const auto found = [&](const char *words) { return rows(asked(list.rows.at(0), text(words))); };
     EXPECT_EQ(found("jazz").titles(), QStringList({text("Jazz Radio"), text("C")}));
@@ -122,14 +122,14 @@ TEST_F(StationsScreensTest, FindsStationsByAllWordsInAnyFolder)
 TEST_F(StationsScreensTest, KeepsAnAddressWithoutListening)
 {
     const CMPath path = addScreen("http://radio.example/jazz");
-    const StationsRows screen = rows(path);
+    const StationsShown screen = rows(path);
     EXPECT_EQ(screen.titles(),
         QStringList({text("radio.example/jazz"), text("Keep it without listening")}));
     EXPECT_EQ(
         screen.rows.at(0).mediaData().activeResource().uri(), text("http://radio.example/jazz"));
     EXPECT_EQ(activate(screen.rows.at(1)), QString());
     EXPECT_EQ(list(), QStringList(text("radio.example/jazz")));
-    const StationsRows kept = rows(path);
+    const StationsShown kept = rows(path);
     EXPECT_EQ(kept.titles(),
         QStringList({text("This address is in the list:"), text("radio.example/jazz"),
             text("Give it another name")}));
@@ -159,7 +159,7 @@ TEST_F(StationsScreensTest, SaysThatAnAddressDoesNotPlay)
 {
     const CMPath path = addScreen("http://a");
     report(rows(path).rows.value(0), VeskPlayLogicState::stopped, "There is no such server.");
-    const StationsRows screen = rows(path);
+    const StationsShown screen = rows(path);
     EXPECT_EQ(screen.titles(),
         QStringList(
             {text("a"), text("This address does not play."), text("Keep it all the same")}));

@@ -41,7 +41,7 @@ TEST_F(StationsStoreTest, ARefusedWriteChangesNothingAndTellsWhy)
     add("B", "http://b");
     const QString id = itemCalled("A").path().param(text("id"));
     const QHash<QString, QByteArray> before = m_stored.values();
-    const StationsRows screen = rows(text("Stations:"));
+    const StationsShown screen = rows(text("Stations:"));
     m_stored.refuse(text("The disk is full."));
     for (const QString &action : {text("add?address=http%3A%2F%2Fc"), text("folder?title=G"),
              text("rename?title=X&id=") + id, text("down?id=") + id, text("sort"),
