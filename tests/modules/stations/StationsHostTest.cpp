@@ -121,6 +121,28 @@ TEST_F(StationsHosts, ImportAndExportFiles)
         exported(client), text("#EXTM3U\n#PLAYLIST:Stations\n#EXTGRP:F\n#EXTINF:-1,A\nhttp://a\n"));
 }
 
+/// Files that the listener puts into the plug-in's folder, which a process of its own may read.
+TEST_F(StationsHosts, ShowTheFilesInTheirFolder)
+{
+    const auto host = start();
+    RpcClient client(host->url());
+    const QDir folder(m_state + text("/plugins/stations"));
+    ASSERT_TRUE(folder.exists());
+    QFile file(folder.filePath(text("mine.m3u")));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write("http://a\n");
+    file.close();
+    EXPECT_EQ(titles(client, text("Stations:")).value(2), text("mine.m3u"));
+    EXPECT_EQ(titles(client, text("Stations:file?name=mine.m3u")), QStringList(text("a")));
+    ASSERT_TRUE(file.open(QFile::WriteOnly));
+    file.write("http://other\n");
+    file.close();
+    EXPECT_EQ(titles(client, text("Stations:file?name=mine.m3u")), QStringList(text("other")));
+    EXPECT_EQ(titles(client, text("Stations:results?text=other")), QStringList(text("other")));
+    ASSERT_TRUE(file.remove());
+    EXPECT_EQ(rows(client, text("Stations:")).value(text("rowsCount")).toInt(), 3);
+}
+
 /// Listening to an address before it is kept.
 TEST_F(StationsHosts, AskWhetherToKeepAnAddressOnceItPlays)
 {

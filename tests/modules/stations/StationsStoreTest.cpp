@@ -76,6 +76,21 @@ TEST_F(StationsStoreTest, WritesOnlyWhatAChangeConcerns)
     }
 }
 
+TEST_F(StationsStoreTest, WritesFewBytesHoweverLongTheListIs)
+{
+    for (int i = 0; i < 1000; ++i)
+        m_stored.set(QStringLiteral("s%1").arg(i, 10, 10, QLatin1Char('0')),
+            QByteArray::number(i) + "\n\nStation\nhttp://a/" + QByteArray::number(i));
+    start();
+    add("One more", "http://streams.radio.example/station/mp3-128");
+    qint64 bytes = 0;
+    const QVariantHash write = lastWrite();
+    for (auto it = write.constBegin(); it != write.constEnd(); ++it)
+        bytes += it.key().size() + it->toByteArray().size();
+    EXPECT_EQ(write.size(), 1);
+    EXPECT_LT(bytes, 100);
+}
+
 TEST_F(StationsStoreTest, CarriesOutChangesInTheirOrder)
 {
     std::vector<std::shared_ptr<CMReplyData<QVariant>>> replies;
