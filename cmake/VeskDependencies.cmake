@@ -14,6 +14,7 @@ pkg_check_modules(libsoup REQUIRED IMPORTED_TARGET libsoup-3.0)
 pkg_check_modules(gstreamer REQUIRED IMPORTED_TARGET
     gstreamer-1.0 gstreamer-app-1.0 gstreamer-audio-1.0)
 pkg_check_modules(libdw REQUIRED IMPORTED_TARGET libdw)
+pkg_check_modules(libelf REQUIRED IMPORTED_TARGET libelf)
 pkg_check_modules(glib REQUIRED IMPORTED_TARGET glib-2.0)
 pkg_check_modules(giounix REQUIRED IMPORTED_TARGET gio-unix-2.0)
 pkg_check_modules(libbsd REQUIRED IMPORTED_TARGET libbsd)

@@ -364,6 +364,35 @@ TEST(HostProcessTest, ExecutesNothingOfAPluginWithoutAUsableDescriptor)
     }
 }
 
+TEST(HostProcessTest, ExecutesNothingOfALibraryOfAnotherSdk)
+{
+    const struct {
+        const char *plugin;
+        const char *problem;
+        bool isExecuted;
+    } cases[] = {
+        {"tracing", "worker_create made no worker", true},
+        {"tracing_later", "it was built with version 0.9 of the SDK, and this host has 0.1", false},
+        {"tracing_none", "it does not say with which version of the SDK it was built", false},
+    };
+    for (const auto &each : cases) {
+        const auto host = start(plugins({each.plugin}));
+        ASSERT_TRUE(host->isReady()) << host->errors().toStdString();
+        const QVariantList services = rows(
+            host->url(), "host:services", {QStringLiteral("title"), QStringLiteral("description")})
+                                          .value(QStringLiteral("rows"))
+                                          .toList();
+        ASSERT_EQ(services.size(), 1);
+        EXPECT_THAT(services.at(0).toList().at(0).toString().toStdString(),
+            testing::HasSubstr("could not be loaded"));
+        EXPECT_EQ(services.at(0).toList().at(1), QString::fromLatin1(each.problem));
+        host->terminate();
+        EXPECT_EQ(host->waitForEnd(), 0);
+        EXPECT_EQ(host->errors().contains("something of it is executed"), each.isExecuted)
+            << each.plugin;
+    }
+}
+
 TEST(HostProcessTest, ListsWhatADescriptorSaysOfAService)
 {
     const QTemporaryDir folder;

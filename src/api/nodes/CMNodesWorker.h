@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/apinote.h"
 #include "api/nodes/CMNodes.h"
 #include "api/nodes/CMWorker.h"
 

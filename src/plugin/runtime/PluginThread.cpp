@@ -5,6 +5,7 @@
 
 #include "api/core/log.h"
 #include "api/core/vesk.h"
+#include "plugin/runtime/PluginApi.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -78,6 +79,9 @@ void PluginThread::whenIdle(QObject *context, std::function<void()> done)
 
 Result<std::unique_ptr<CMNodesWorker>, QString> PluginThread::createWorker()
 {
+    // A library's own initialization would be executed when it is loaded.
+    if (auto checked = checkPluginApi(m_file); !checked)
+        return failure(checked.error());
     const auto workerCreate = loadLibrary(m_file);
     if (!workerCreate)
         return failure(workerCreate.error());

@@ -272,6 +272,8 @@ TEST_P(PluginTest, ReportsWhyAFileCannotBeLoaded)
     EXPECT_THAT(errorOf(file("noentry")), testing::HasSubstr("worker_create"));
     EXPECT_THAT(errorOf(file("null")), testing::HasSubstr("made no worker"));
     EXPECT_THAT(errorOf(file("throwing")), testing::HasSubstr("no licence"));
+    EXPECT_THAT(errorOf(file("tracing_later")), testing::HasSubstr("0.9 of the SDK"));
+    EXPECT_THAT(errorOf(file("tracing_none")), testing::HasSubstr("does not say"));
 
     QTemporaryDir folder;
     QFile noLibrary(folder.filePath(QStringLiteral("no.so")));
