@@ -1312,6 +1312,26 @@
 <context>
     <name>RadioBrowser</name>
     <message>
+        <source>Add to favorites</source>
+        <translation>Zu Favoriten hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove from favorites</source>
+        <translation>Aus Favoriten entfernen</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoriten</translation>
+    </message>
+    <message>
+        <source>There are too many favorites.</source>
+        <translation>Es sind zu viele Favoriten.</translation>
+    </message>
+    <message>
+        <source>Radio Browser does not know this station.</source>
+        <translation>Radio Browser kennt diesen Sender nicht.</translation>
+    </message>
+    <message>
         <source>The answer of Radio Browser is too long.</source>
         <translation>Die Antwort von Radio Browser ist zu lang.</translation>
     </message>

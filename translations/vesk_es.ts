@@ -1312,6 +1312,26 @@
 <context>
     <name>RadioBrowser</name>
     <message>
+        <source>Add to favorites</source>
+        <translation>Añadir a favoritos</translation>
+    </message>
+    <message>
+        <source>Remove from favorites</source>
+        <translation>Quitar de favoritos</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoritos</translation>
+    </message>
+    <message>
+        <source>There are too many favorites.</source>
+        <translation>Hay demasiados favoritos.</translation>
+    </message>
+    <message>
+        <source>Radio Browser does not know this station.</source>
+        <translation>Radio Browser no conoce esta emisora.</translation>
+    </message>
+    <message>
         <source>The answer of Radio Browser is too long.</source>
         <translation>La respuesta de Radio Browser es demasiado larga.</translation>
     </message>

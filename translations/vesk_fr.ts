@@ -1312,6 +1312,26 @@
 <context>
     <name>RadioBrowser</name>
     <message>
+        <source>Add to favorites</source>
+        <translation>Ajouter aux favoris</translation>
+    </message>
+    <message>
+        <source>Remove from favorites</source>
+        <translation>Retirer des favoris</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoris</translation>
+    </message>
+    <message>
+        <source>There are too many favorites.</source>
+        <translation>Il y a trop de favoris.</translation>
+    </message>
+    <message>
+        <source>Radio Browser does not know this station.</source>
+        <translation>Radio Browser ne connaît pas cette station.</translation>
+    </message>
+    <message>
         <source>The answer of Radio Browser is too long.</source>
         <translation>La réponse de Radio Browser est trop longue.</translation>
     </message>

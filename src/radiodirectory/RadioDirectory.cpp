@@ -197,6 +197,8 @@ Answer RadioDirectory::answer(const std::string &path, const Query &query)
     static const std::string clickPath = "/json/url/";
     if (path == "/json/stations/search")
         return search(query);
+    if (path == "/json/stations/byuuid")
+        return byUuid(query);
     for (const Grouping &grouping : Groupings) {
         if (path == grouping.path)
             return groups(grouping, query);
@@ -218,6 +220,17 @@ Answer RadioDirectory::search(const Query &query) const
             found.push_back(&station);
     }
     return {200, listed(std::move(found), query)};
+}
+
+Answer RadioDirectory::byUuid(const Query &query) const
+{
+    const std::vector<std::string> uuids = split(param(query, "uuids"));
+    Json found = Json::array();
+    for (const Json &station : m_stations) {
+        if (std::find(uuids.begin(), uuids.end(), textOf(station, "stationuuid")) != uuids.end())
+            found.push_back(station);
+    }
+    return {200, found};
 }
 
 Answer RadioDirectory::groups(const Grouping &grouping, const Query &query) const

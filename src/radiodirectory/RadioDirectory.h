@@ -37,6 +37,7 @@ private:
     struct Grouping;
 
     Answer search(const Query &query) const;
+    Answer byUuid(const Query &query) const;
     Answer groups(const Grouping &grouping, const Query &query) const;
     Answer click(const std::string &uuid);
     Answer stats() const;

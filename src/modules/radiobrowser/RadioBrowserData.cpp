@@ -111,6 +111,18 @@ QString RadioBrowserStation::description() const
     return parts.join(QStringLiteral(", "));
 }
 
+QVariantHash RadioBrowserStation::kept() const
+{
+    return {{QStringLiteral("stationuuid"), uuid()}, {QStringLiteral("name"), name()},
+        {QStringLiteral("url_resolved"), streamUrl()},
+        {QStringLiteral("codec"), knownCodec(text(QStringLiteral("codec")))},
+        {QStringLiteral("bitrate"), bitRate() / 1000},
+        {QStringLiteral("hls"), number(QStringLiteral("hls")) == 1 ? 1 : 0},
+        {QStringLiteral("country"), radioBrowserText(text(QStringLiteral("country")), LongestWord)},
+        {QStringLiteral("tags"), tags().join(QLatin1Char(','))},
+        {QStringLiteral("favicon"), icon()}};
+}
+
 QString RadioBrowserCategory::name() const
 {
     return radioBrowserText(text(QStringLiteral("name")), LongestName);

@@ -36,6 +36,9 @@ public:
     /// What a listener would like to know: "MP3, 128 kbit/s, Germany, jazz".
     QString description() const;
 
+    /// The fields that this class reads, as they are kept: with what is not trusted cut off.
+    QVariantHash kept() const;
+
     /// Whether there is an id to tell it by and a stream to play.
     bool isPlayable() const { return !uuid().isEmpty() && !streamUrl().isEmpty(); }
 };

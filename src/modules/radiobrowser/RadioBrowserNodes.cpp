@@ -4,10 +4,7 @@
 #include "modules/radiobrowser/RadioBrowserNodes.h"
 
 #include "api/core/Language.h"
-#include "api/values/VeskRowsRoles.h"
 #include "modules/radiobrowser/RadioBrowserData.h"
-
-#include <QUuid>
 
 #include <algorithm>
 
@@ -18,11 +15,6 @@ using QueryItems = VeskUrl::QueryItems;
 QString latin1(const char *text)
 {
     return QString::fromLatin1(text);
-}
-
-QString stationParameter()
-{
-    return QStringLiteral("station");
 }
 
 QString titleParameter()
@@ -97,41 +89,6 @@ QString withCapital(QString name)
     return name;
 }
 
-QVariant valuesOf(const VeskRoles &row, const QStringList &roles)
-{
-    QVariantList values;
-    values.reserve(roles.size());
-    for (const QString &role : roles)
-        values.append(row.value(role));
-    return values;
-}
-
-/// An invalid range is answered with an error.
-bool isValid(const CMGetRowsRequest &request)
-{
-    if (request.first() >= 0 && request.last() >= request.first())
-        return true;
-    request.reply().setError(CMError(
-        radioBrowserTr(QT_TRANSLATE_NOOP("RadioBrowser", "The range of rows is not valid."))));
-    return false;
-}
-
-/// \a rows of a \a screen that has \a count in all.
-void answer(
-    const CMGetRowsRequest &request, VeskRoles screen, const QList<VeskRoles> &rows, int count)
-{
-    const QStringList roles = request.roles() == CMAllRoles() ? VeskRoles::all() : request.roles();
-    QVariantList values;
-    for (const VeskRoles &row : rows)
-        values.append(valuesOf(row, roles));
-    VeskRowsRoles answer;
-    answer.setRowsCount(count);
-    answer.setRows(values);
-    screen.setPath(request.path());
-    answer.setRoles(screen);
-    request.reply().setValue(answer);
-}
-
 } // namespace
 
 RadioBrowserRootNode::RadioBrowserRootNode(const CMPath &path, CMListRowsNode *searches)
@@ -177,7 +134,7 @@ RadioBrowserCategoriesNode::RadioBrowserCategoriesNode(
 
 bool RadioBrowserCategoriesNode::getRowsRequest(const CMGetRowsRequest &request)
 {
-    if (!isValid(request))
+    if (!isRadioBrowserRange(request))
         return true;
     m_client->list(latin1(m_kind.list), listQuery(m_kind.order, m_kind.reverse, m_kind.most),
         [this, request](const CMError &error, const QVariantList &entries) {
@@ -190,7 +147,7 @@ bool RadioBrowserCategoriesNode::getRowsRequest(const CMGetRowsRequest &request)
                     rows.append(category);
             }
             const int length = std::min(request.last(), rows.size()) - request.first() + 1;
-            answer(request, getDataRoles(request.roles(), request.path().params()),
+            answerRadioBrowserRows(request, getDataRoles(request.roles(), request.path().params()),
                 length > 0 ? rows.mid(request.first(), length) : QList<VeskRoles>(), rows.size());
         });
     return true;
@@ -217,10 +174,10 @@ VeskRoles RadioBrowserCategoriesNode::row(const QVariant &entry) const
 }
 
 RadioBrowserStationsNode::RadioBrowserStationsNode(
-    RadioBrowserClient *client, const CMPath &path, const VeskMetaData &media)
+    RadioBrowserClient *client, const CMPath &path, const RadioBrowserStationRows &rows)
     : CMContainerNode(path)
     , m_client(client)
-    , m_media(media)
+    , m_rows(rows)
 {
     setServesBelow(false);
     setPlayable(true);
@@ -244,7 +201,7 @@ QVariant RadioBrowserStationsNode::getRoleData(const QString &role, const Params
 
 bool RadioBrowserStationsNode::getRowsRequest(const CMGetRowsRequest &request)
 {
-    if (!isValid(request))
+    if (!isRadioBrowserRange(request))
         return true;
     const int first = request.first();
     if (request.last() - first >= MaxRange) {
@@ -279,58 +236,9 @@ void RadioBrowserStationsNode::take(
 {
     QList<VeskRoles> rows;
     for (const QVariant &entry : entries.mid(0, wanted))
-        rows.append(row(entry));
+        rows.append(m_rows.row(path(), RadioBrowserStation(entry.toHash())));
     const bool goesOn = entries.size() > wanted;
     const int known = std::min(request.first(), MaxRows) + rows.size() + (goesOn ? 1 : 0);
-    answer(request, getDataRoles(request.roles(), request.path().params()), rows,
+    answerRadioBrowserRows(request, getDataRoles(request.roles(), request.path().params()), rows,
         std::min(known, MaxRows));
-}
-
-/// Empty, which is shown as no row, for a station that cannot be played: were it left out, the rows
-/// behind it would have other places here than in the directory.
-VeskRoles RadioBrowserStationsNode::row(const QVariant &entry) const
-{
-    const RadioBrowserStation station(entry.toHash());
-    if (!station.isPlayable())
-        return {};
-    // The same in every list, by which a client knows the station that plays.
-    const CMPath path(
-        this->path().prefix(), QStringLiteral("station"), {{stationParameter(), station.uuid()}});
-    VeskRoles matching;
-    matching.setPath(path);
-    VeskList<VeskRoles> matchingRoles;
-    matchingRoles.append(matching);
-    VeskMetaData metaData = m_media;
-    metaData.setGenre(station.tags().value(0));
-    metaData.setMatchingMediaRoles(matchingRoles);
-    metaData.setLive(true);
-    VeskResource resource;
-    resource.setUri(station.streamUrl());
-    resource.setMimeType(station.mimeType());
-    if (station.bitRate() > 0)
-        resource.setBitRate(station.bitRate());
-    VeskList<VeskResource> resources;
-    resources.append(resource);
-    VeskMediaData mediaData;
-    mediaData.setMetaData(metaData);
-    mediaData.setResources(resources);
-
-    VeskRoles row;
-    row.setTitle(Language::ntr(station.name()));
-    row.setDescription(Language::ntr(station.description()));
-    if (!station.icon().isEmpty())
-        row.setIcon(station.icon());
-    row.setType(VeskRolesType::Audio());
-    row.setAudioType(VeskRolesAudioType::AudioBroadcast());
-    row.setPath(path);
-    row.setMediaData(mediaData);
-    return row;
-}
-
-QString RadioBrowserStationsNode::stationOf(const CMPath &path)
-{
-    if (path.base() != QLatin1String("station"))
-        return {};
-    const QUuid uuid(path.param(stationParameter()));
-    return uuid.isNull() ? QString() : uuid.toString(QUuid::WithoutBraces);
 }

@@ -6,6 +6,7 @@
 #include "api/nodes/CMContainerNode.h"
 #include "api/nodes/CMListRowsNode.h"
 #include "modules/radiobrowser/RadioBrowserClient.h"
+#include "modules/radiobrowser/RadioBrowserRows.h"
 
 class CMNodesWorker;
 
@@ -74,20 +75,15 @@ public:
     static constexpr int MaxRows = 10000;
     static constexpr int MaxRange = 500;
 
-    /// \a media is what the media data of all stations begins with.
     RadioBrowserStationsNode(
-        RadioBrowserClient *client, const CMPath &path, const VeskMetaData &media);
+        RadioBrowserClient *client, const CMPath &path, const RadioBrowserStationRows &rows);
 
     bool getRowsRequest(const CMGetRowsRequest &request) override;
     QVariant getRoleData(const QString &role, const Params &params) override;
 
-    /// The id of the station that a row's path stands for; empty for another path.
-    static QString stationOf(const CMPath &path);
-
 private:
-    VeskRoles row(const QVariant &entry) const;
     void take(const CMGetRowsRequest &request, int wanted, const QVariantList &entries);
 
     RadioBrowserClient *const m_client;
-    const VeskMetaData m_media;
+    const RadioBrowserStationRows m_rows;
 };

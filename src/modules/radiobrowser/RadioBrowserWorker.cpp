@@ -21,6 +21,7 @@ RadioBrowserWorker::RadioBrowserWorker(
     const QVariantHash &config, RadioBrowserServers::LookUp lookUp, RadioBrowserServers::Now now)
     : CMNodesWorker(config, QStringLiteral("RadioBrowser"))
     , m_client(std::make_unique<RadioBrowserClient>(std::move(lookUp), std::move(now)))
+    , m_favorites(config)
 {
     useConfiguredServer();
     createTree();
@@ -58,8 +59,10 @@ void RadioBrowserWorker::createTree()
         ->setInvoke(this, &RadioBrowserWorker::handleStateChange, Qt::DirectConnection);
     media.setPlaybackStateChangePath(playing);
 
+    const CMPath menu = m_favorites.areAvailable() ? addPrefix(QStringLiteral("menu")) : CMPath();
+    const RadioBrowserStationRows rows(media, menu);
     const CMPath stations = addPrefix(QStringLiteral("stations"));
-    auto *const stationsNode = new RadioBrowserStationsNode(m_client.get(), stations, media);
+    auto *const stationsNode = new RadioBrowserStationsNode(m_client.get(), stations, rows);
     stationsNode->setMediaData(serviceMedia);
     stationsNode->setNodes(nodes());
 
@@ -79,6 +82,14 @@ void RadioBrowserWorker::createTree()
     root->setMediaData(serviceMedia);
     root->setNodes(nodes());
     root->rowsAppend(searches->path());
+    if (m_favorites.areAvailable()) {
+        auto *const favorites = new RadioBrowserFavoritesNode(
+            &m_favorites, addPrefix(QStringLiteral("favorites")), rows);
+        favorites->setMediaData(serviceMedia);
+        favorites->setNodes(nodes());
+        root->rowsAppend(favorites->path());
+        createMenu(menu, serviceMedia);
+    }
     const int kinds = static_cast<int>(RadioBrowserCategoriesNode::kinds().size());
     for (int kind = 0; kind < kinds; ++kind) {
         const char *const base
@@ -96,6 +107,23 @@ void RadioBrowserWorker::createTree()
     }
 }
 
+/// The menu of a station, which the path's parameter names.
+void RadioBrowserWorker::createMenu(const CMPath &path, const VeskMediaData &media)
+{
+    auto *const favorite = new RadioBrowserFavoriteNode(
+        m_client.get(), &m_favorites, path + QStringLiteral("/favorite"));
+    favorite->setMediaData(media);
+    favorite->setNodes(nodes());
+    CMListRowsNode *const menu = CMListRowsNode::create(nodes(), path);
+    menu->setContainerType(VeskRolesContainerType::ContextMenu);
+    menu->setCopyPathParams(true);
+    menu->setMediaData(media);
+    menu->rowsAppend(favorite->path());
+    connect(&m_favorites, &RadioBrowserFavorites::changed, this, [path](const QString &) {
+        CMSubscribe().changedStartingWith(path, CMSubscribe::RowsChangeReset(), -1, -1);
+    });
+}
+
 /// A play begins once, however often it is paused, breaks off or is tried with another stream. It
 /// counts when it is heard: what was only opened says nothing about the station.
 void RadioBrowserWorker::handleStateChange(const CMSetDataRequest &request)
@@ -105,7 +133,7 @@ void RadioBrowserWorker::handleStateChange(const CMSetDataRequest &request)
     if (data.state() != VeskPlayLogicState::playing || data.playId() == m_countedPlay)
         return;
     m_countedPlay = data.playId();
-    const QString station = RadioBrowserStationsNode::stationOf(data.trackRoles().path());
+    const QString station = RadioBrowserStationRows::stationOf(data.trackRoles().path());
     if (!station.isEmpty())
         m_client->countClick(station);
 }

@@ -7,13 +7,14 @@
 #include "api/values/VeskHash.h"
 #include "modules/radiobrowser/RadioBrowserClient.h"
 #include "modules/radiobrowser/RadioBrowserDns.h"
+#include "modules/radiobrowser/RadioBrowserFavorites.h"
 
 #include <memory>
 
 /// Radio Browser, the community's open directory of radio stations
 /// (https://www.radio-browser.info): the tree of nodes under "RadioBrowser:", and the count of what
-/// is listened to. Create and delete it on the thread that runs its requests, which it never
-/// blocks.
+/// is listened to; and favorites, where the host keeps a store for them. Create and delete it on
+/// the thread that runs its requests, which it never blocks.
 ///
 /// The directory's servers are looked up, unless \a config has a "server", or the host the setting
 /// settings:radiobrowser/server: the address of the one to use. Both are read once.
@@ -30,11 +31,13 @@ public:
 
 private:
     void createTree();
+    void createMenu(const CMPath &path, const VeskMediaData &media);
     void useConfiguredServer();
     /// The player reports what it does with a station.
     void handleStateChange(const CMSetDataRequest &request);
 
     std::unique_ptr<RadioBrowserClient> m_client;
+    RadioBrowserFavorites m_favorites;
     VeskHash m_countedPlay; ///< the play whose click was counted last
 };
 
