@@ -266,6 +266,8 @@ TEST(PluginProcessLife, EndsWithTheHostHoweverThatEnds)
     const QTemporaryDir folder;
     const QString plugin = folder.filePath(QStringLiteral("probing.so"));
     ASSERT_TRUE(QFile::link(QStringLiteral(PROBING_PLUGIN), plugin));
+    ASSERT_TRUE(QFile::link(PluginDescriptor::fileOf(QStringLiteral(PROBING_PLUGIN)),
+        PluginDescriptor::fileOf(plugin)));
     HostProcess host(
         QStringLiteral(HOST_PROGRAM), QStringList {QStringLiteral("--plugin"), plugin});
     ASSERT_TRUE(host.isReady()) << host.errors().toStdString();
