@@ -40,6 +40,14 @@ QVariantList rowOf(const QVariantList &answered, const CMPath &path, const VeskR
     return values;
 }
 
+/// Whether \a given has all of \a roles, but for the path, which is known anyway.
+bool isGiven(const VeskRoles &given, const QStringList &roles)
+{
+    return !given.isEmpty() && std::all_of(roles.begin(), roles.end(), [&](const QString &role) {
+        return role == VeskRoles::Path() || given.contains(role);
+    });
+}
+
 bool isSame(const QVariant &a, const QVariant &b)
 {
     const int text = qMetaTypeId<TrString>();
@@ -187,6 +195,10 @@ void CMListRowsNode::collect(
             continue;
         }
         const CMPath path = rowPath(row.path, opened);
+        if (isGiven(row.given, roles)) {
+            collector->set(index, rowOf({}, path, row.given, roles));
+            continue;
+        }
         const auto answer = std::make_shared<CMReplyData<QVariant>>();
         ask(CMGetDataRequest(path, roles, CMReply<QVariant>(answer)));
         answer->whenFinished(this, [collector, answer, index, path, given = row.given, roles] {

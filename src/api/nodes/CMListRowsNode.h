@@ -31,7 +31,8 @@ public:
 
     void rowsAppend(const CMPath &path);
     void rowsAppend(const VeskRoles &roles);
-    /// A row at \a path that has \a roles whatever its node answers for them.
+    /// A row at \a path that has \a roles whatever its node answers for them. For these alone, and
+    /// its path, the node is not asked.
     void rowsAppend(const CMPath &path, const VeskRoles &roles);
     /// Whether the parameters of the path by which the list is opened are added to the paths of its
     /// rows; a parameter that a row has of its own stays. Rows given as roles stay as they are.

@@ -72,6 +72,35 @@ TEST(CMListRowsNode, ARowMayHaveGivenRolesBesideItsNodes)
         << "even when the node fails";
 }
 
+TEST(CMListRowsNode, AsksNoNodeForGivenRolesAlone)
+{
+    ScriptWorker worker(QStringLiteral("W"));
+    CMListRowsNode *list = CMListRowsNode::create(worker.nodes(), path("W:list"));
+    int asked = 0;
+    ScriptNode::create(worker.nodes(), path("W:a"), [&](const CMRequest &request) {
+        ++asked;
+        request.reply().setValue(QVariantList {QStringLiteral("asked"), QVariant()});
+        return true;
+    });
+    VeskRoles given;
+    given.setId(QStringLiteral("given"));
+    given.insert(VeskRoles::Search(), QVariant());
+    list->rowsAppend(path("W:a"), given);
+    list->rowsAppend(path("W:a"));
+
+    const Answer known = getRows(
+        worker, path("W:list"), {VeskRoles::Id(), VeskRoles::Path(), VeskRoles::Search()}, 0, 0);
+    ASSERT_TRUE(known.isThere());
+    EXPECT_EQ(known.rows().rows().value(0).toList(),
+        (QVariantList {QStringLiteral("given"), QStringLiteral("W:a"), QVariant()}));
+    EXPECT_EQ(asked, 0);
+    ASSERT_TRUE(
+        getRows(worker, path("W:list"), {VeskRoles::Id(), VeskRoles::Icon()}, 0, 0).isThere());
+    EXPECT_EQ(asked, 1) << "one of the roles is not given";
+    ASSERT_TRUE(getRows(worker, path("W:list"), {VeskRoles::Path()}, 1, 1).isThere());
+    EXPECT_EQ(asked, 2) << "nothing is given";
+}
+
 TEST(CMListRowsNode, AnswersRowsOfBothKindsInTheirOrder)
 {
     ScriptWorker worker(QStringLiteral("W"));
