@@ -83,8 +83,11 @@ void Groups::begin(const QList<Service> &services)
     for (const Service &service : services) {
         Group group;
         group.service = service;
+        group.title = service.id;
         m_groups.push_back(group);
     }
+    for (Group &group : m_groups)
+        readTitle(group);
     m_session.setSlowNote([this] { return waitingFor(); });
 }
 
@@ -112,8 +115,8 @@ QString Groups::waitingFor() const
 {
     QStringList names;
     for (const Group &group : m_groups) {
-        if (!group.isDone)
-            names.append(group.service.title);
+        if (!group.isDone())
+            names.append(group.title);
     }
     return ctlText("Still waiting for: %1").arg(names.join(QLatin1String(", ")));
 }
@@ -140,32 +143,62 @@ void Groups::take(Group &group, const RpcAnswer &answer)
     const int next = range().first + group.rows.size();
     if (!rows.isEmpty() && next < group.rowsCount && next <= range().last)
         return read(group);
-    group.isDone = true;
     m_someAnswered = true;
-    if (m_session.options().json)
-        printJson(group);
-    else
-        print(group);
-    remember(group);
-    m_session.terminal().out.flush();
+    group.isRead = true;
+    finish(group);
 }
 
 void Groups::fail(Group &group, const RpcAnswer &answer)
 {
-    group.isDone = true;
     m_hasHost &= answer.kind != RpcAnswer::NoHost;
-    const QString &title = group.service.title;
+    group.error = answer;
+    group.isRead = true;
+    finish(group);
+}
+
+/// By itself, so that a service that is busy delays its own list only.
+void Groups::readTitle(Group &group)
+{
+    QVariantHash params = pathParams(group.service.root);
+    params.insert(QStringLiteral("roles"), QStringList {VeskRoles::Title()});
+    m_session.send(QStringLiteral("getData"), params, [this, &group](const RpcAnswer &answer) {
+        const QVariantList values = answer.result.toHash().value(QStringLiteral("values")).toList();
+        const QString title = values.value(0).toString();
+        if (!title.isEmpty())
+            group.title = title;
+        group.isTitled = true;
+        finish(group);
+    });
+}
+
+void Groups::finish(Group &group)
+{
+    if (!group.isDone())
+        return;
+    if (group.error) {
+        printError(group);
+    } else {
+        if (m_session.options().json)
+            printJson(group);
+        else
+            print(group);
+        remember(group);
+    }
+    m_session.terminal().out.flush();
+}
+
+void Groups::printError(const Group &group)
+{
     if (m_session.options().json) {
-        QVariantHash error = errorJson(answer);
+        QVariantHash error = errorJson(*group.error);
         error.insert(QStringLiteral("service"), group.service.id);
         m_session.printJson(error);
     } else if (m_session.isForTerminal()) {
-        m_session.terminal().out << m_session.style().bold(printableText(title)) << '\n';
-        m_session.printText(QStringLiteral("     - ") + m_session.textOf(answer));
+        m_session.terminal().out << m_session.style().bold(printableText(group.title)) << '\n';
+        m_session.printText(QStringLiteral("     - ") + m_session.textOf(*group.error));
     } else {
-        m_session.note(QStringLiteral("%1: %2").arg(title, m_session.textOf(answer)));
+        m_session.note(QStringLiteral("%1: %2").arg(group.title, m_session.textOf(*group.error)));
     }
-    m_session.terminal().out.flush();
 }
 
 void Groups::print(const Group &group)
@@ -183,7 +216,7 @@ void Groups::print(const Group &group)
             texts.append(printer.text(first + i, namedRoles(roles(), values)));
     }
     if (forTerminal)
-        out << style.bold(printableText(group.service.title)) << '\n';
+        out << style.bold(printableText(group.title)) << '\n';
     out << printer.lines(texts);
     if (!forTerminal)
         return;

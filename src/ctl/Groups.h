@@ -7,6 +7,7 @@
 #include "ctl/Services.h"
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 /// Called with a screen's path, or with why there is none.
@@ -39,19 +40,31 @@ public:
 private:
     struct Group {
         Service service;
+        /// Its id until its title is there.
+        QString title;
         CMPath screen;
         /// The screen's own roles, and its rows so far.
         VeskRoles roles;
         QVariantList rows;
         int rowsCount = 0;
-        bool isDone = false;
+        /// Why there are no rows.
+        std::optional<RpcAnswer> error;
+        /// Both of them, before it is printed: the list, and the title.
+        bool isRead = false;
+        bool isTitled = false;
+
+        bool isDone() const { return isRead && isTitled; }
     };
 
+    void readTitle(Group &group);
+    /// Prints the group when it is done.
+    void finish(Group &group);
     void begin(const QList<Service> &services);
     CtlResult<> wait();
     void read(Group &group);
     void take(Group &group, const RpcAnswer &answer);
     void fail(Group &group, const RpcAnswer &answer);
+    void printError(const Group &group);
     void print(const Group &group);
     void printJson(const Group &group);
     void remember(const Group &group);

@@ -149,7 +149,9 @@ CtlResult<> Favorites::change(bool add)
 
 CtlResult<> Favorites::toggle(const Service &service, const CMPath &menu)
 {
-    const auto rows = m_screens.rows(menu, {VeskRoles::Type(), VeskRoles::Path()});
+    // Right before, and with the titles: an entry does what its title said that was requested last.
+    const auto rows
+        = m_screens.rows(menu, {VeskRoles::Title(), VeskRoles::Type(), VeskRoles::Path()});
     if (!rows)
         return failure(rows.error());
     for (const VeskRoles &row : *rows) {

@@ -17,9 +17,8 @@ const CMPath &servicesPath()
 
 const QStringList &serviceRoles()
 {
-    static const QStringList roles {VeskRoles::Path(), VeskRoles::Id(), VeskRoles::Title(),
-        VeskRoles::Search(), VeskRoles::Favorites(), VeskRoles::Account(), VeskRoles::Import(),
-        VeskRoles::Export()};
+    static const QStringList roles {VeskRoles::Path(), VeskRoles::Id(), VeskRoles::Search(),
+        VeskRoles::Favorites(), VeskRoles::Account(), VeskRoles::Import(), VeskRoles::Export()};
     return roles;
 }
 
@@ -35,7 +34,6 @@ Service serviceOf(const VeskRoles &row)
     const QVariantHash account = role(VeskRoles::Account());
     Service service;
     service.id = row[VeskRoles::Id()].toString();
-    service.title = row[VeskRoles::Title()].toString();
     service.root = row.path();
     service.searches = pathIn(role(VeskRoles::Search()));
     service.favorites = pathIn(favorites);

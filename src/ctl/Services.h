@@ -10,11 +10,11 @@
 #include <QString>
 #include <QStringList>
 
-/// A loaded service and where its screens are, as its row in the list of services has it. A value;
-/// what the service does not have is empty.
+/// A loaded service and where its screens are, as its row in the list of services has it: without
+/// what the service itself would have to be asked for. A value; what the service does not have is
+/// empty.
 struct Service {
     QString id;
-    QString title;
     CMPath root;
     /// The screen with its searches.
     CMPath searches;

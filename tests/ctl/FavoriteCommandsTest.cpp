@@ -12,8 +12,8 @@
 namespace {
 
 /// A service whose favorites change through one menu entry that all items share: it adds or removes
-/// as the menu that was read last offered, for any item, and its titles are in a language unknown
-/// to veskctl.
+/// as the menu whose titles were requested last offered, for any item, and its titles are in a
+/// language unknown to veskctl.
 class FavoritesHost : public FakeHost {
 public:
     FavoritesHost()
@@ -47,13 +47,15 @@ protected:
     {
         const CMPath path = CMPath::fromVariant(params.value(QStringLiteral("path")));
         const QString id = path.param(QStringLiteral("id"));
-        if (method == QLatin1String("setData") && works) {
+        if (method == QLatin1String("setData") && works && m_isOffered) {
             if (m_adds)
                 favorites.insert(id);
             else
                 favorites.remove(id);
         }
         if (path.base() == QLatin1String("menu")) {
+            m_isOffered
+                = params.value(QStringLiteral("roles")).toStringList().contains(VeskRoles::Title());
             m_adds = !favorites.contains(id);
             m_screens.insert(path.toEncoded(),
                 {row(1, "Anderes", "Good:other"), row(6, "Vergessen", "Good:menu/forget?id=1"),
@@ -95,6 +97,7 @@ private:
     }
 
     bool m_adds = false;
+    bool m_isOffered = false;
 };
 
 TEST(FavoriteCommandsTest, AddsAFavorite)

@@ -35,6 +35,8 @@ protected:
             services.append(withRole(withRole(serviceRow(title.toLower().constData(), name),
                                          "search", (root + "searches").constData()),
                 "favorites", (root + "kept").constData()));
+            m_host.setResult(QString::fromUtf8("getData " + root),
+                "\"result\":{\"values\":[\"" + title + "\"]}");
             m_host.setScreen(QString::fromUtf8(root + "searches"),
                 {row(1, "Folder", ""), queryRow((root + "found").constData())});
             m_host.setScreen(QString::fromUtf8(root + "found?q=jazz"),
@@ -82,6 +84,14 @@ TEST_F(GroupsTest, ASlowServiceHoldsNoOtherUp)
     EXPECT_EQ(forPrograms("search jazz").out,
         "B:found?q=jazz#0\taudio\tB one\t\t\nB:found?q=jazz#1\taudio\tB two\t\t\n"
         "A:found?q=jazz#0\taudio\tA one\t\t\nA:found?q=jazz#1\taudio\tA two\t\t\n");
+}
+
+TEST_F(GroupsTest, AServiceThatDoesNotTellItsTitleHoldsNoOtherUp)
+{
+    m_host.setDelay(QStringLiteral("getData A:"), 100);
+    m_host.setResult(QStringLiteral("getData A:"), m_failure);
+    EXPECT_EQ(onTerminal("search jazz").out,
+        "B\n   0 \u266a B one\n   1 \u266a B two\na\n   2 \u266a A one\n   3 \u266a A two\n");
 }
 
 TEST_F(GroupsTest, ANoteNamesTheServicesThatAreSlow)

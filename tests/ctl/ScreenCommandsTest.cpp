@@ -238,8 +238,8 @@ TEST(ScreenCommandsTest, BadUsageCallsNoHost)
 
 const Results Searchable {
     {QStringLiteral("getRows host:services"),
-        R"("result":{"rowsCount":2,"roles":{},"rows":[["Good:","good","Good",{"path":"Good:searches"}],
-            ["Other:","other","Other",null]]})"},
+        R"("result":{"rowsCount":2,"roles":{},"rows":[["Good:","good",{"path":"Good:searches"}],
+            ["Other:","other",null]]})"},
     {QStringLiteral("getRows Good:searches"),
         R"("result":{"rowsCount":2,"roles":{},"rows":[[1,null,null],[5,"q","Good:found?m=1"]]})"},
     {QStringLiteral("getRows Good:found?m=1&q=miles%20d%26"), GoodScreen},
