@@ -5,16 +5,14 @@
 #include "ctl/PasswordInput.h"
 #include "ctl/Services.h"
 
+#include "api/values/VeskAccount.h"
 #include "api/values/VeskRoles.h"
 
 #include <unistd.h>
 
 namespace {
 
-/// The SDK's codes of what is done to an account.
-struct Operation {
-    enum Enum : int { Create = 2, Join, Drop, Query, Remind, Reset, Claim };
-};
+using Operation = VeskAccountOperation;
 
 /// The link between this device and a service's account.
 class Account {
@@ -38,8 +36,8 @@ private:
 
 bool needsPassword(Operation::Enum operation)
 {
-    return operation == Operation::Create || operation == Operation::Join
-        || operation == Operation::Drop;
+    return operation == Operation::create || operation == Operation::join
+        || operation == Operation::drop;
 }
 
 /// Letters and digits with blanks between them are easier to read aloud and to copy.
@@ -57,7 +55,7 @@ CtlResult<> Account::run(Operation::Enum operation)
         = Services(m_session).only(&Service::account, ctlText("this service has no accounts"));
     if (!service)
         return failure(service.error());
-    if (operation == Operation::Query)
+    if (operation == Operation::query)
         return query(*service);
     const CtlOptions &options = m_session.options();
     QVariantHash account {{QStringLiteral("operation"), operation}};
@@ -108,7 +106,7 @@ CtlResult<QString> Account::askPassword(Operation::Enum operation)
     if (!password)
         return m_session.fail(CtlStatus::BadUsage, password.error());
     // A typing error would lock its owner out of the new account.
-    if (operation == Operation::Create && ::isatty(input)) {
+    if (operation == Operation::create && ::isatty(input)) {
         const auto again = readPassword(input, ctlText("Once more: "));
         if (!again)
             return m_session.fail(CtlStatus::BadUsage, again.error());
@@ -142,9 +140,9 @@ void Account::tell(const QVariantHash &sent, const QVariantHash &result)
     const QString claimMessage = result.value(QStringLiteral("claimMessage")).toString();
     const int operation = sent.value(QStringLiteral("operation")).toInt();
     const QVariantHash linked {{QStringLiteral("userName"), user},
-        {QStringLiteral("linked"), operation == Operation::Join}};
+        {QStringLiteral("linked"), operation == Operation::join}};
     switch (operation) {
-    case Operation::Claim:
+    case Operation::claim:
         if (m_session.options().json) {
             m_session.printJson(QVariantHash {{QStringLiteral("claimKey"), claimKey},
                 {QStringLiteral("claimMessage"), claimMessage}});
@@ -155,11 +153,11 @@ void Account::tell(const QVariantHash &sent, const QVariantHash &result)
                                  << m_session.style().bold(printableText(spaced(claimKey)))
                                  << "\n\n";
         return;
-    case Operation::Create:
+    case Operation::create:
         return m_session.tell(ctlText("%1: made").arg(user), {{QStringLiteral("userName"), user}});
-    case Operation::Join:
+    case Operation::join:
         return m_session.tell(ctlText("%1: linked").arg(user), linked);
-    case Operation::Drop:
+    case Operation::drop:
         return m_session.tell(ctlText("%1: not linked any more").arg(user), linked);
     default:
         return m_session.tell(ctlText("asked for; it comes by e-mail"),
@@ -184,12 +182,12 @@ void addAccountCommands(Command app, CtlCommandLine &line)
     const auto addEmail = [&](Command command) {
         command.addOption("EMAIL", options.email, "The account's e-mail address").required();
     };
-    add("status", "Tell the account of this device", Operation::Query);
-    add("claim", "Get a code to link this device with", Operation::Claim);
-    addUser(add("join", "Link this device", Operation::Join));
-    addUser(add("drop", "Undo the link", Operation::Drop));
+    add("status", "Tell the account of this device", Operation::query);
+    add("claim", "Get a code to link this device with", Operation::claim);
+    addUser(add("join", "Link this device", Operation::join));
+    addUser(add("drop", "Undo the link", Operation::drop));
 
-    Command create = add("create", "Make an account", Operation::Create);
+    Command create = add("create", "Make an account", Operation::create);
     addUser(create);
     create.addOption("--email", options.email, "Its e-mail address").required();
     CommandOption postalCode
@@ -201,7 +199,7 @@ void addAccountCommands(Command app, CtlCommandLine &line)
     city.needs(country);
     country.needs(city);
 
-    addEmail(add("remind", "Have the user name sent", Operation::Remind));
+    addEmail(add("remind", "Have the user name sent", Operation::remind));
     // Services may also accept a user name here, but only together with its password.
-    addEmail(add("reset", "Have a new password sent", Operation::Reset));
+    addEmail(add("reset", "Have a new password sent", Operation::reset));
 }
