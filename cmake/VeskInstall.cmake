@@ -31,3 +31,7 @@ install(FILES
 file(RELATIVE_PATH VESK_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_SOURCE_DIR}/cmake/vesk-core.pc.in ${CMAKE_BINARY_DIR}/vesk-core.pc @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/vesk-core.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# The walk-through and the plug-in that it builds.
+install(FILES ${CMAKE_SOURCE_DIR}/docs/sdk.md DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vesk)
+install(DIRECTORY ${CMAKE_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/vesk)
