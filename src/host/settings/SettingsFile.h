@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "base/files/KeptFile.h"
+#include "host/store/CheckedFile.h"
 
 #include <QByteArray>
 #include <QString>
@@ -42,20 +42,14 @@ public:
     Result<void, files::Problem> write(const KeptSettings &settings);
     /// Writes a copy of the file's content, for the case that the file is damaged. Does nothing
     /// when there is one already; logs what goes wrong.
-    void writeLastGood();
+    void writeLastGood() { m_file.writeLastGood(); }
 
-    QString fileName() const { return m_name; }
+    const QString &fileName() const { return m_file.name(); }
 
     /// $XDG_STATE_HOME/vesk, else .local/state/vesk in the home folder, else, for root,
     /// /var/lib/vesk. Empty when there is none of them.
     static QString defaultFolder();
 
 private:
-    KeptSettings readLastGood() const;
-    void moveAside(const QString &reason);
-
-    const QString m_name;
-    files::KeptFile m_file;
-    QByteArray m_written; ///< what the file holds
-    bool m_isCopyFailing = false;
+    CheckedFile m_file;
 };
