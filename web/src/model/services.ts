@@ -97,8 +97,11 @@ export function searchAt(path: Path): { query: Query | null; text: string } | nu
 
 export const activeSearch = computed(() => searchAt(current.value));
 
-const serviceRoles = ["title", "description", "icon", "type", "path", "search", "disabled",
-    "id", "favorites", "account", "import", "export"];
+/** The roles that the host itself knows; for the others, all services are asked. */
+const declaredRoles = ["path", "id", "search", "favorites", "account", "import", "export"];
+const serviceRoles = ["title", "description", "icon", "type", "disabled", ...declaredRoles];
+/** Milliseconds after which the page does with these alone until the others are there. */
+const patience = 1000;
 
 function texts(value: unknown): string[] {
     return Array.isArray(value) ? value.map(text).filter((each) => each !== "") : [];
@@ -159,29 +162,49 @@ export async function loadSearches(service: Service): Promise<void> {
     }
 }
 
+/** Null if the list could not be read. */
+async function readServices(names: readonly string[]): Promise<Service[] | null> {
+    const result = await host.call("getRows", { path: servicesPath, roles: names, first: 0, last: 99 });
+    return readRows(result, names).problem === "" ? rolesIn(result, names).map(readService) : null;
+}
+
+function takeServices(all: readonly Service[]): void {
+    const known = searches.peek();
+    batch(() => {
+        services.value = all;
+        searches.value = all.filter((service) => service.searchPath !== "").map((service) => ({
+            service,
+            queries: known.find((old) => old.service.path === service.path)?.queries ?? null,
+            error: null,
+        }));
+    });
+    if (location.hash === "" && homePath.value !== servicesPath)
+        replace(homePath.value, all[0]!.title);
+    // Each by itself, so that a slow service delays no other one.
+    for (const { service } of searches.peek())
+        void loadSearches(service);
+}
+
 export async function loadServices(): Promise<void> {
     const mine = ++run;
+    let isWhole = false;
+    // A service that is busy would otherwise keep the others from being searched.
+    const hurry = setTimeout(() => {
+        void readServices(declaredRoles).then((all) => {
+            if (mine === run && all && !isWhole && services.peek() === null)
+                takeServices(all.map((service) => ({ ...service, title: service.id })));
+        }, () => {});
+    }, patience);
     try {
-        const result = await host.call("getRows", { path: servicesPath, roles: serviceRoles, first: 0, last: 99 });
-        if (mine !== run || readRows(result, serviceRoles).problem !== "")
+        const all = await readServices(serviceRoles);
+        if (mine !== run || !all)
             return;
-        const all = rolesIn(result, serviceRoles).map(readService);
-        const known = searches.peek();
-        batch(() => {
-            services.value = all;
-            searches.value = all.filter((service) => service.searchPath !== "").map((service) => ({
-                service,
-                queries: known.find((old) => old.service.path === service.path)?.queries ?? null,
-                error: null,
-            }));
-        });
-        if (location.hash === "" && homePath.value !== servicesPath)
-            replace(homePath.value, all[0]!.title);
-        // Each by itself, so that a slow service delays no other one.
-        for (const { service } of searches.peek())
-            void loadSearches(service);
+        isWhole = true;
+        takeServices(all);
     } catch {
         // The list of services shows the error, and is read again when the connection is back.
+    } finally {
+        clearTimeout(hurry);
     }
 }
 

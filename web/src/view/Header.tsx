@@ -31,7 +31,7 @@ function SearchField() {
     const all = queries.value;
     const shown = chosen ?? (active?.query ? all.indexOf(active.query) : everywhere);
     /** The search that is used, null for all of them. */
-    const query = all.length === 1 ? all[0]! : all[shown] ?? null;
+    const query = all.length === 1 && searches.value.length === 1 ? all[0]! : all[shown] ?? null;
 
     // A new screen sets the field's text, unless the field opened that screen.
     useEffect(() => {
@@ -100,7 +100,7 @@ function SearchField() {
                         }
                     }}
                 />
-                {all.length > 1 && (
+                {(all.length > 1 || searches.value.length > 1) && (
                     <select
                         aria-label={t("Where to search")}
                         value={shown}
