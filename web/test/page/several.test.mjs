@@ -110,6 +110,7 @@ test("asks all services at once, and shows what each finds", async () => {
     await search("jazz");
     await group("TuneIn").getByRole("button", { name: /Hafenlicht Jazz/ }).first().waitFor();
     await group("Mine").getByRole("button", { name: "jazz of mine 4" }).waitFor();
+    await group("Good plug-in").getByRole("listitem").first().waitFor();
     assert.equal(await group("Mine").getByRole("listitem").count(), 5, "a group is short");
     await group("Mine").getByText("8 entries").waitFor();
     onlyProblemsOf(page);
@@ -140,6 +141,7 @@ test("a slow service holds no other one up, and what came first moves no more", 
     await search("jazz");
     const first = group("TuneIn").getByRole("button", { name: /Hafenlicht Jazz/ }).first();
     await first.waitFor();
+    await group("Good plug-in").getByRole("listitem").first().waitFor();
     await group("Mine").getByRole("button", { name: "Cancel" }).waitFor();
     const before = await first.boundingBox();
     late();
@@ -193,6 +195,7 @@ test("a service that is busy when the page is opened delays itself only", async 
 test("the arrow keys lead through all groups, from the search field on", async () => {
     await search("jazz");
     await hit("jazz of mine 0").waitFor();
+    await group("Good plug-in").getByRole("listitem").first().waitFor();
     await group("TuneIn").getByRole("button", { name: /Hafenlicht Jazz/ }).first().waitFor();
     await box().focus();
     await page.keyboard.press("ArrowDown");
