@@ -173,7 +173,12 @@ QString PluginOptions::effectiveServiceId() const
 void readPlugins(HostOptions &options)
 {
     if (options.plugins.isEmpty()) {
-        for (const QString &file : HostFolders::installedPlugins()) {
+        const auto found = HostFolders::pluginsIn(HostFolders::pluginFolders());
+        for (int i = 0; i < found.hidden.size(); ++i) {
+            options.pluginNotes.append(QStringLiteral("%1 is not used: %2 has the same name")
+                                           .arg(found.hidden.at(i), found.instead.at(i)));
+        }
+        for (const QString &file : found.used) {
             PluginOptions plugin;
             plugin.file = file;
             options.plugins.append(plugin);

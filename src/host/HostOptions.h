@@ -37,6 +37,8 @@ struct PluginOptions {
 struct HostOptions {
     /// Those that were asked for, or else all that are installed.
     QVector<PluginOptions> plugins;
+    /// What there is to be said in the log of how they were found.
+    QStringList pluginNotes;
     /// The host's values, with the settings of these plug-ins.
     HostValues values;
     ListenAddress listen;

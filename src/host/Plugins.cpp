@@ -78,6 +78,8 @@ Plugins::~Plugins()
 void Plugins::load()
 {
     VESK_ASSERT_OWN_THREAD();
+    for (const QString &note : m_options.pluginNotes)
+        VESK_INFO(note);
     if (m_options.plugins.isEmpty())
         VESK_WARN("There are no plug-ins.");
 

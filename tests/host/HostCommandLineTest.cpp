@@ -33,7 +33,7 @@ TEST(HostCommandLineTest, HasDefaults)
     QStringList files;
     for (const PluginOptions &plugin : line->plugins)
         files.append(plugin.file);
-    EXPECT_EQ(files, HostFolders::installedPlugins());
+    EXPECT_EQ(files, HostFolders::pluginsIn(HostFolders::pluginFolders()).used);
     EXPECT_FALSE(line->inProcess);
     EXPECT_EQ(line->restartWait, std::chrono::seconds(30));
     EXPECT_EQ(line->watchdog, std::chrono::seconds(10));

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QHash>
 
 namespace {
 
@@ -16,21 +17,45 @@ QString besideProgram(const QString &folder)
 
 } // namespace
 
-QStringList HostFolders::installedPlugins()
+QStringList HostFolders::pluginFolders()
 {
+    QStringList folders;
+    const QStringList named
+        = qEnvironmentVariable("VESK_PLUGIN_PATH").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    for (const QString &folder : named)
+        folders.append(QDir(folder).absolutePath());
+    const QString home = qEnvironmentVariable("HOME");
+    // A service that runs as root may have none, or "/".
+    if (QDir::isAbsolutePath(home) && QDir::cleanPath(home) != QLatin1String("/"))
+        folders.append(QDir::cleanPath(home + QStringLiteral("/.local/lib/vesk/plugins")));
     // A build folder's layout, then the distribution's own library folder.
-    const QStringList folders {
-        QStringLiteral("lib/vesk/plugins"), QStringLiteral(VESK_PLUGIN_INSTALL_DIR)};
+    const QString built = besideProgram(QStringLiteral("lib/vesk/plugins"));
+    folders.append(pluginsIn({built}).used.isEmpty()
+            ? besideProgram(QStringLiteral(VESK_PLUGIN_INSTALL_DIR))
+            : built);
+    return folders;
+}
+
+HostFolders::PluginFiles HostFolders::pluginsIn(const QStringList &folders)
+{
+    PluginFiles files;
+    QHash<QString, QString> byName;
     for (const QString &folder : folders) {
-        const QDir dir(besideProgram(folder));
-        QStringList files;
+        const QDir dir(folder);
         const QStringList names = dir.entryList({QStringLiteral("*.so")}, QDir::Files, QDir::Name);
-        for (const QString &name : names)
-            files.append(dir.absoluteFilePath(name));
-        if (!files.isEmpty())
-            return files;
+        for (const QString &name : names) {
+            const QString file = dir.absoluteFilePath(name);
+            const auto first = byName.constFind(name);
+            if (first == byName.constEnd()) {
+                byName.insert(name, file);
+                files.used.append(file);
+            } else if (*first != file) {
+                files.hidden.append(file);
+                files.instead.append(*first);
+            }
+        }
     }
-    return {};
+    return files;
 }
 
 QString HostFolders::pluginProgram()
