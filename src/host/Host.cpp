@@ -3,6 +3,7 @@
 
 #include "host/Host.h"
 
+#include "api/core/Language.h"
 #include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
@@ -75,6 +76,11 @@ void Host::start()
         return;
     setUpNetwork();
     setUpAddressPolicy();
+    for (const PluginOptions &plugin : m_options.plugins) {
+        const QString folder = plugin.descriptor.catalogueFolder(plugin.file);
+        if (plugin.problem.isEmpty() && !folder.isEmpty())
+            Language::addCatalogues(folder, plugin.descriptor.id);
+    }
     m_language = std::make_unique<UiLanguage>(HostFolders::translations());
     m_services = std::make_unique<ServicesWorker>();
     listSettings();

@@ -142,7 +142,12 @@ std::unique_ptr<Plugin> Plugins::makeSupervisedPlugin(
     const QString file = QFileInfo(options.file).absoluteFilePath();
     PluginProcessOptions worker;
     worker.program = HostFolders::pluginProgram();
-    worker.start = [this, file, config] { return startMessage(file, config); };
+    worker.start = [this, file, config, descriptor = options.descriptor] {
+        StartMessage message = startMessage(file, config);
+        message.catalogueFolder = descriptor.catalogueFolder(file);
+        message.catalogueName = descriptor.id;
+        return message;
+    };
     worker.longestWait = m_options.restartWait;
     auto plugin = std::make_unique<SupervisedPlugin>(options.file, worker);
     m_workers.push_back(plugin.get());

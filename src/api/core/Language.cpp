@@ -13,15 +13,25 @@
 #include <QThread>
 #include <QTranslator>
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 namespace {
+
+/// The catalogues of a plug-in.
+struct Catalogues {
+    QString folder;
+    QString name;
+    QPointer<QTranslator> translator {};
+};
 
 struct State {
     VeskMutex mutex;
     QString current VESK_GUARDED_BY(mutex) = QStringLiteral("en");
-    /// Main thread only; owned by the application object.
+    // Main thread only; the translators are owned by the application object.
     QPointer<QTranslator> translator;
+    std::vector<Catalogues> added;
 };
 
 State &state()
@@ -47,12 +57,19 @@ QStringList lookupTags(const QString &language)
     return tags;
 }
 
-std::unique_ptr<QTranslator> loadCatalogue(const QStringList &tags, const QStringList &folders)
+bool isMainThread()
+{
+    QCoreApplication *const application = QCoreApplication::instance();
+    return application && QThread::currentThread() == application->thread();
+}
+
+std::unique_ptr<QTranslator> loadCatalogue(
+    const QString &name, const QStringList &tags, const QStringList &folders)
 {
     auto translator = std::make_unique<QTranslator>();
     for (const QString &folder : folders) {
         for (const QString &tag : tags) {
-            const QString file = QStringLiteral("vesk_") + tag + QStringLiteral(".qm");
+            const QString file = name + QLatin1Char('_') + tag + QStringLiteral(".qm");
             if (QDir(folder).exists(file) && translator->load(QDir(folder).filePath(file)))
                 return translator;
         }
@@ -60,33 +77,51 @@ std::unique_ptr<QTranslator> loadCatalogue(const QStringList &tags, const QStrin
     return nullptr;
 }
 
+/// Installs the new translator before deleting the old one: another thread that translates a text
+/// meanwhile gets the old or the new language, not the source text.
+void replace(QPointer<QTranslator> &translator, std::unique_ptr<QTranslator> next)
+{
+    QTranslator *const former = translator;
+    if (next) {
+        next->setParent(QCoreApplication::instance());
+        QCoreApplication::installTranslator(next.get());
+    }
+    translator = next.release();
+    delete former;
+}
+
 } // namespace
 
 bool Language::setCurrent(const QString &language, const QStringList &folders)
 {
-    QCoreApplication *const application = QCoreApplication::instance();
-    VESK_ASSERT(application && QThread::currentThread() == application->thread());
-
+    VESK_ASSERT(isMainThread());
     const QStringList tags = lookupTags(language);
-    std::unique_ptr<QTranslator> next = loadCatalogue(tags, folders);
+    std::unique_ptr<QTranslator> next = loadCatalogue(QStringLiteral("vesk"), tags, folders);
     const bool isEnglish
         = !tags.isEmpty() && tags.last().compare(QLatin1String("en"), Qt::CaseInsensitive) == 0;
     const bool ok = next || isEnglish;
 
-    // Installs the new translator before deleting the old one: another thread that translates a
-    // text meanwhile gets the old or the new language, not the source text.
-    QTranslator *const former = state().translator;
-    if (next) {
-        next->setParent(application);
-        QCoreApplication::installTranslator(next.get());
+    // The host's last: it is the first to be asked.
+    for (Catalogues &catalogues : state().added) {
+        replace(catalogues.translator,
+            loadCatalogue(catalogues.name, tags, QStringList {catalogues.folder}));
     }
-    state().translator = next.release();
-    delete former;
+    replace(state().translator, std::move(next));
 
     State &shared = state();
     const VeskMutexLock lock(shared.mutex);
     shared.current = language;
     return ok;
+}
+
+void Language::addCatalogues(const QString &folder, const QString &name)
+{
+    VESK_ASSERT(isMainThread());
+    std::vector<Catalogues> &added = state().added;
+    const bool isThere = std::any_of(added.begin(), added.end(),
+        [&](const Catalogues &each) { return each.folder == folder && each.name == name; });
+    if (!isThere)
+        added.push_back({folder, name});
 }
 
 QString Language::current()

@@ -8,8 +8,9 @@
 #include <QString>
 #include <QStringList>
 
-/// The UI language of the process and its translation catalogues (Qt's .qm files, named
-/// "vesk_LANGUAGE.qm"). Switch on the main thread; read from any thread.
+/// The UI language of the process and its translation catalogues (Qt's .qm files): the host's,
+/// named "vesk_LANGUAGE.qm", and those of plug-ins. Switch on the main thread; read from any
+/// thread.
 class VESK_API Language {
 public:
     /// Wraps a text that is not translated, such as a name from an external source.
@@ -20,6 +21,11 @@ public:
     /// needs no catalogue. Returns false, and makes the source texts current, when there is no
     /// catalogue. Main thread only.
     static bool setCurrent(const QString &language, const QStringList &folders);
+
+    /// Adds catalogues for the texts of a plug-in: "NAME_LANGUAGE.qm" in \a folder, looked up like
+    /// the host's. A text that the host's catalogue translates stays as it is there. Before
+    /// setCurrent(), on the main thread; a second time the same does nothing.
+    static void addCatalogues(const QString &folder, const QString &name);
 
     /// The tag last passed to setCurrent(); "en" initially.
     static QString current();

@@ -88,6 +88,9 @@ struct StartMessage {
     QStringList connectTo;
     QString caFile;
     QStringList translations;
+    /// The plug-in's own catalogues; an empty folder when it has none.
+    QString catalogueFolder;
+    QString catalogueName;
     QStringList valuePrefixes;
     QVector<ValueMessage> values;
     QVariantHash player;
@@ -97,8 +100,8 @@ struct StartMessage {
     static void fields(Self &self, Visitor &visit)
     {
         visit(self.file, self.config, self.network, self.logLevel, self.connectTo, self.caFile,
-            self.translations, self.valuePrefixes, self.values, self.player, self.answerForm.status,
-            self.answerForm.good);
+            self.translations, self.catalogueFolder, self.catalogueName, self.valuePrefixes,
+            self.values, self.player, self.answerForm.status, self.answerForm.good);
     }
 };
 

@@ -3,6 +3,7 @@
 
 #include "plugin/process/PluginProgram.h"
 
+#include "api/core/Language.h"
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
@@ -73,6 +74,8 @@ QList<QByteArray> readableFiles(const StartMessage &start)
         QFile::encodeName(QFileInfo(plugin.canonicalFilePath()).absolutePath())};
     for (const QString &folder : start.translations)
         files.append(QFile::encodeName(folder));
+    if (!start.catalogueFolder.isEmpty())
+        files.append(QFile::encodeName(start.catalogueFolder));
     const QString folder = start.config.value(QStringLiteral("folder")).toString();
     if (!folder.isEmpty())
         files.append(QFile::encodeName(folder));
@@ -109,6 +112,8 @@ public:
         // A plug-in that waits for a slow exchange does not hang: exchanges have limits of their
         // own.
         HttpClient::setActivityListener([this] { sendAlive(); });
+        if (!start.catalogueFolder.isEmpty())
+            Language::addCatalogues(start.catalogueFolder, start.catalogueName);
         m_language = std::make_unique<UiLanguage>(start.translations);
         forwardRoutes();
     }

@@ -228,6 +228,13 @@ Result<PluginDescriptor, QString> PluginDescriptor::fromJson(const QByteArray &j
     return descriptor;
 }
 
+QString PluginDescriptor::catalogueFolder(const QString &library) const
+{
+    if (translations.isEmpty())
+        return {};
+    return QFileInfo(library).absolutePath() + QLatin1Char('/') + translations;
+}
+
 QString PluginDescriptor::fileOf(const QString &library)
 {
     const QFileInfo info(library);

@@ -70,6 +70,8 @@ struct PluginDescriptor {
 
     /// A pure function. Fails with what is wrong first.
     static Result<PluginDescriptor, QString> fromJson(const QByteArray &json);
+    /// The folder with the catalogues of a plug-in with this descriptor; empty when it has none.
+    QString catalogueFolder(const QString &library) const;
     /// The file that belongs to \a library.
     static QString fileOf(const QString &library);
     /// Blocks on nothing but the disk.

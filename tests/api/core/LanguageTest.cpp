@@ -205,3 +205,21 @@ TEST(LanguageDeathTest, IsNotSwitchedFromAnotherThread)
     EXPECT_DEATH(std::thread([] { Language::setCurrent(QStringLiteral("en"), {}); }).join(),
         "Assertion failed: application && QThread");
 }
+
+TEST_F(LanguageTest, PluginsHaveCataloguesOfTheirOwn)
+{
+    const QTemporaryDir folder;
+    ASSERT_TRUE(QFile::copy(catalogues + QStringLiteral("/vesk_fr.qm"),
+        folder.filePath(QStringLiteral("radio_de.qm"))));
+    Language::addCatalogues(folder.path(), QStringLiteral("radio"));
+    Language::addCatalogues(folder.path(), QStringLiteral("radio"));
+    EXPECT_EQ(favorites(), QStringLiteral("My Favorites"))
+        << "they count from the next language on";
+
+    EXPECT_FALSE(Language::setCurrent(QStringLiteral("de-CH"), {})) << "the host has no texts";
+    EXPECT_EQ(favorites(), QStringLiteral("Mes favoris"));
+    ASSERT_TRUE(use("de"));
+    EXPECT_EQ(favorites(), QStringLiteral("Meine Favoriten")) << "the host's come first";
+    ASSERT_TRUE(use("en"));
+    EXPECT_EQ(favorites(), QStringLiteral("My Favorites"));
+}

@@ -56,6 +56,8 @@ StartMessage start()
     message.connectTo = QStringList {QStringLiteral("a:80:b:81"), QStringLiteral("c:1:d:2")};
     message.caFile = QStringLiteral("/ca.pem");
     message.translations = QStringList {QStringLiteral("/t")};
+    message.catalogueFolder = QStringLiteral("/p/words");
+    message.catalogueName = QStringLiteral("radio");
     message.valuePrefixes = QStringList {QStringLiteral("settings"), QStringLiteral("system")};
     message.values = {value(), value()};
     message.player = {{QStringLiteral("title"), TrString("Player", "Now")}};
@@ -184,6 +186,8 @@ TEST(Message, StartSurvives)
     EXPECT_EQ(read->connectTo, written.connectTo);
     EXPECT_EQ(read->caFile, written.caFile);
     EXPECT_EQ(read->translations, written.translations);
+    EXPECT_EQ(read->catalogueFolder, written.catalogueFolder);
+    EXPECT_EQ(read->catalogueName, written.catalogueName);
     EXPECT_EQ(read->valuePrefixes, written.valuePrefixes);
     ASSERT_EQ(read->values.size(), written.values.size());
     for (int i = 0; i < written.values.size(); ++i)
