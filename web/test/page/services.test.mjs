@@ -14,7 +14,7 @@ let page;
 
 before(async () => {
     const plugin = (name) => ["--plugin", join(build, `tests/host/plugins/libvesk_cb_${name}.so`)];
-    product = await Product.start({ hostArgs: [...plugin("good"), ...plugin("noentry")] });
+    product = await Product.start({ hostArgs: [...plugin("good_too"), ...plugin("noentry")] });
     browser = await launch();
     page = await newPage(browser, product);
 });

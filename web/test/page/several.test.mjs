@@ -53,7 +53,7 @@ function resultFor({ method, params }) {
 }
 
 before(async () => {
-    product = await Product.start({ hostArgs: ["--plugin", join(build, "tests/host/plugins/libvesk_cb_good.so")] });
+    product = await Product.start({ hostArgs: ["--plugin", join(build, "tests/host/plugins/libvesk_cb_good_too.so")] });
     browser = await launch();
 });
 after(async () => {
