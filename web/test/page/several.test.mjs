@@ -65,7 +65,7 @@ async function newVisit(options) {
     page = await newPage(browser, product, options);
     await between(page, {
         call(message, answer) {
-            if (isBusy && message.params?.path === "host:services" && message.params.roles.includes("title"))
+            if (isBusy && message.params?.path === "host:services" && message.params.roles?.includes("title"))
                 return true;
             if (!String(message.params?.path ?? "").startsWith("Mine:"))
                 return false;
