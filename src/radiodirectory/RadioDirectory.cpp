@@ -8,7 +8,9 @@
 #include <cstdlib>
 #include <fstream>
 #include <glib.h>
+#include <iterator>
 #include <memory>
+#include <numeric>
 #include <sstream>
 #include <stdexcept>
 
@@ -61,43 +63,59 @@ bool isBroken(const Json &station)
     return station.value("lastcheckok", 1) == 0;
 }
 
-/// Whether \a wanted is \a text, or, unless \a exact, a part of it.
-bool matches(const std::string &text, const std::string &wanted, bool exact)
+/// What stations are searched by.
+struct Filter {
+    const char *parameter;
+    const char *field;
+    bool isAlwaysExact;
+    bool isList;
+};
+constexpr Filter Filters[] = {
+    {"name", "name", false, false},
+    {"tag", "tags", false, true},
+    {"language", "language", false, true},
+    {"countrycode", "countrycode", true, false},
+    {"codec", "codec", true, false},
+};
+
+/// A filter with what a query asks of it.
+struct Wanted {
+    std::size_t filter;
+    std::string text; ///< in small letters
+    bool isExact;
+};
+
+std::vector<Wanted> wantedBy(const Query &query)
 {
-    const std::string have = lowered(text);
-    const std::string want = lowered(wanted);
-    return exact ? have == want : have.find(want) != std::string::npos;
+    std::vector<Wanted> all;
+    for (std::size_t i = 0; i < std::size(Filters); ++i) {
+        const std::string text = param(query, Filters[i].parameter);
+        const std::string exact = std::string(Filters[i].parameter) + "Exact";
+        if (!text.empty())
+            all.push_back({i, lowered(text), Filters[i].isAlwaysExact || isOn(query, exact)});
+    }
+    return all;
 }
 
-bool matches(const Json &station, const Query &query)
+/// Whether \a text, in small letters, is what is wanted, or, unless exactly that is, has it as a
+/// part.
+bool matches(const std::string &text, const Wanted &wanted)
 {
-    struct Filter {
-        const char *parameter;
-        const char *field;
-        bool isAlwaysExact;
-        bool isList;
+    const auto isWanted = [&](const std::string &value) {
+        return wanted.isExact ? value == wanted.text : value.find(wanted.text) != std::string::npos;
     };
-    static constexpr Filter Filters[] = {
-        {"name", "name", false, false},
-        {"tag", "tags", false, true},
-        {"language", "language", false, true},
-        {"countrycode", "countrycode", true, false},
-        {"codec", "codec", true, false},
-    };
-    if (isOn(query, "hidebroken") && isBroken(station))
-        return false;
-    return std::all_of(std::begin(Filters), std::end(Filters), [&](const Filter &filter) {
-        const std::string wanted = param(query, filter.parameter);
-        const bool exact
-            = filter.isAlwaysExact || isOn(query, std::string(filter.parameter) + "Exact");
-        const std::string text = textOf(station, filter.field);
-        const auto isWanted
-            = [&](const std::string &value) { return matches(value, wanted, exact); };
-        if (wanted.empty() || !filter.isList)
-            return wanted.empty() || isWanted(text);
-        const std::vector<std::string> values = split(text);
-        return std::any_of(values.begin(), values.end(), isWanted);
-    });
+    if (!Filters[wanted.filter].isList)
+        return isWanted(text);
+    const std::vector<std::string> values = split(text);
+    return std::any_of(values.begin(), values.end(), isWanted);
+}
+
+std::vector<std::string> textsOf(const Json &station)
+{
+    std::vector<std::string> texts;
+    for (const Filter &filter : Filters)
+        texts.push_back(lowered(textOf(station, filter.field)));
+    return texts;
 }
 
 /// Texts are compared without case; what a station lacks comes first.
@@ -115,12 +133,19 @@ bool isLess(const Json &a, const Json &b, const std::string &field)
     return left < right;
 }
 
+/// The field by which a query orders.
+std::string orderIn(const Query &query)
+{
+    const std::string order = param(query, "order");
+    if (order == "changetimestamp")
+        return "lastchangetime";
+    return order.empty() ? "name" : order;
+}
+
 /// Orders and cuts \a entries as the query says.
 Json listed(std::vector<const Json *> entries, const Query &query)
 {
-    std::string order = param(query, "order").empty() ? "name" : param(query, "order");
-    if (order == "changetimestamp")
-        order = "lastchangetime";
+    const std::string order = orderIn(query);
     const bool reverse = isOn(query, "reverse");
     std::stable_sort(entries.begin(), entries.end(), [&](const Json *a, const Json *b) {
         return reverse ? isLess(*b, *a, order) : isLess(*a, *b, order);
@@ -168,6 +193,7 @@ RadioDirectory::RadioDirectory(const std::string &file, const std::string &strea
         }
         if (!station.contains("url_resolved"))
             station["url_resolved"] = station["url"];
+        m_texts.push_back(textsOf(station));
         m_stations.push_back(std::move(station));
     }
 }
@@ -176,11 +202,13 @@ void RadioDirectory::invent(std::size_t count)
 {
     const std::vector<Json> models = std::move(m_stations);
     m_stations.clear();
+    m_texts.clear();
     for (std::size_t i = 0; i < count; ++i) {
         Json station = models[i % models.size()];
         station["name"] = textOf(station, "name") + ' ' + std::to_string(i + 1);
         station["stationuuid"] = uuidOf(i + 1);
         station["clickcount"] = count - i;
+        m_texts.push_back(textsOf(station));
         m_stations.push_back(std::move(station));
     }
 }
@@ -212,14 +240,46 @@ Answer RadioDirectory::answer(const std::string &path, const Query &query)
     return {404, {{"ok", false}, {"message", "there is no such page"}}};
 }
 
-Answer RadioDirectory::search(const Query &query) const
+/// Of tens of thousands of stations only those up to the limit are looked at.
+Answer RadioDirectory::search(const Query &query)
 {
-    std::vector<const Json *> found;
-    for (const Json &station : m_stations) {
-        if (matches(station, query))
-            found.push_back(&station);
+    const std::vector<Wanted> wanted = wantedBy(query);
+    const bool hidesBroken = isOn(query, "hidebroken");
+    std::size_t skipped = numberOf(query, "offset", 0);
+    const std::size_t limit = numberOf(query, "limit", m_stations.size());
+    Json list = Json::array();
+    for (const std::size_t index : orderOf(orderIn(query), isOn(query, "reverse"))) {
+        if (list.size() >= limit)
+            break;
+        const auto isMatch
+            = [&](const Wanted &each) { return matches(m_texts[index][each.filter], each); };
+        if (hidesBroken && isBroken(m_stations[index]))
+            continue;
+        if (!std::all_of(wanted.begin(), wanted.end(), isMatch))
+            continue;
+        if (skipped > 0)
+            --skipped;
+        else
+            list.push_back(m_stations[index]);
     }
-    return {200, listed(std::move(found), query)};
+    return {200, list};
+}
+
+/// Any text may be asked for as a field, so only those that stations have are remembered.
+const RadioDirectory::Order &RadioDirectory::orderOf(const std::string &field, bool reverse)
+{
+    const bool isKnown = !m_stations.empty() && m_stations.front().contains(field);
+    const std::string known = isKnown ? field : std::string();
+    Order &order = m_orders[{known, reverse}];
+    if (!order.empty())
+        return order;
+    order.resize(m_stations.size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+        return reverse ? isLess(m_stations[b], m_stations[a], known)
+                       : isLess(m_stations[a], m_stations[b], known);
+    });
+    return order;
 }
 
 Answer RadioDirectory::byUuid(const Query &query) const
@@ -262,6 +322,8 @@ Answer RadioDirectory::click(const std::string &uuid)
         if (textOf(station, "stationuuid") != uuid)
             continue;
         ++m_clicks;
+        for (const bool reverse : {false, true})
+            m_orders.erase({"clickcount", reverse});
         station["clickcount"] = station.value("clickcount", 0) + 1;
         return {200,
             {{"ok", true}, {"message", "retrieved station url"}, {"stationuuid", uuid},

@@ -9,6 +9,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace radiodirectory {
@@ -35,14 +36,21 @@ public:
 
 private:
     struct Grouping;
+    /// Indices of m_stations.
+    using Order = std::vector<std::size_t>;
 
-    Answer search(const Query &query) const;
+    Answer search(const Query &query);
+    const Order &orderOf(const std::string &field, bool reverse);
     Answer byUuid(const Query &query) const;
     Answer groups(const Grouping &grouping, const Query &query) const;
     Answer click(const std::string &uuid);
     Answer stats() const;
 
     std::vector<Json> m_stations;
+    /// The small letters of what each of them is searched by, by the number of the filter.
+    std::vector<std::vector<std::string>> m_texts;
+    /// As they are asked for; by field, and whether it is reversed.
+    std::map<std::pair<std::string, bool>, Order> m_orders;
     unsigned m_clicks = 0;
 };
 
