@@ -14,6 +14,7 @@ namespace {
 
 constexpr int WarmUpRounds = 10;
 constexpr int Rounds = 1000;
+constexpr int MostRounds = 4 * Rounds;
 
 const QByteArray Root = screen(R"({"element":"outline","type":"link","text":"Music","key":"music",)"
                                R"("URL":"http://opml.radiotime.com/Browse.ashx?c=music"})");
@@ -35,25 +36,37 @@ protected:
         return usage;
     }
 
-    /// Compares the usage after the first rounds with that after all rounds.
-    void expectNothingLeft(const std::function<void()> &round)
+    /// Compares the usage after the first rounds with that after all rounds. What is allocated at
+    /// the moment of a comparison varies by up to 22 KB on a busy machine, however many rounds
+    /// there were; so when there seems to be a leak, there are more rounds, among which a real one
+    /// shows all the more.
+    int expectNothingLeft(const std::function<void()> &round)
     {
         // Log records cost time, and this test does not read them.
         log4cplus::Logger::getInstance("CB_TuneIn").setLogLevel(log4cplus::OFF_LOG_LEVEL);
         for (int i = 0; i < WarmUpRounds; ++i)
             round();
         const ProcessUsage before = settle();
-        for (int i = WarmUpRounds; i < Rounds; ++i)
-            round();
-        const ProcessUsage after = settle();
+        ProcessUsage after = before;
+        int rounds = 0;
+        // A block of 16 bytes lost in each round would show.
+        const auto isMore
+            = [&] { return after.allocatedBytes - before.allocatedBytes >= 16 * rounds; };
+        while (rounds == 0 || (isMore() && rounds < MostRounds)) {
+            for (int i = 0; i < Rounds; ++i)
+                round();
+            rounds += Rounds;
+            after = settle();
+        }
         EXPECT_EQ(after.threads, before.threads);
         EXPECT_EQ(after.descriptors, before.descriptors);
-        // A block of 16 bytes lost in each round would show.
-        EXPECT_LT(after.allocatedBytes - before.allocatedBytes, 16 * Rounds);
+        EXPECT_FALSE(isMore()) << after.allocatedBytes - before.allocatedBytes << " bytes after "
+                               << rounds << " rounds";
 #ifndef VESK_SANITIZED
         // Looser: free memory between blocks in use stays with the process.
-        EXPECT_LT(after.residentBytes - before.residentBytes, 2 * 1024 * Rounds);
+        EXPECT_LT(after.residentBytes - before.residentBytes, 2 * 1024 * rounds);
 #endif
+        return WarmUpRounds + rounds;
     }
 
     static std::unique_ptr<WorkerThread> createWorker()
@@ -97,11 +110,11 @@ TEST_F(WorkerLifecycleTest, LeavesNothingBehindAfterARequest)
 {
     answer("/Browse.ashx", Root);
     int served = 0;
-    expectNothingLeft([&] {
+    const int rounds = expectNothingLeft([&] {
         const std::unique_ptr<WorkerThread> thread = createWorker();
         served += rows("TuneIn:"_s).rows.size();
     });
-    EXPECT_EQ(served, 2 * Rounds);
+    EXPECT_EQ(served, 2 * rounds);
 }
 
 TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithoutARequest)
@@ -115,7 +128,7 @@ TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithAnExchangeUnderWay)
     stall(response);
     answerAll(response);
     int started = 0;
-    expectNothingLeft([&] {
+    const int rounds = expectNothingLeft([&] {
         const std::unique_ptr<WorkerThread> thread = createWorker();
         server().clearRequests();
         ASSERT_TRUE(QMetaObject::invokeMethod(client(*thread), "on_request", Qt::QueuedConnection,
@@ -124,7 +137,7 @@ TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithAnExchangeUnderWay)
         if (server().waitForRequests(1))
             ++started;
     });
-    EXPECT_EQ(started, Rounds);
+    EXPECT_EQ(started, rounds);
 }
 
 TEST_F(WorkerLifecycleTest, LeavesNothingBehindWithQueuedExchanges)
