@@ -47,5 +47,4 @@ private:
 
 /// The plug-in's one entry, by the name that hosts look for. \a config points to a QVariantHash.
 /// The caller owns the worker.
-// NOLINTNEXTLINE(readability-identifier-naming)
 extern "C" Q_DECL_EXPORT void *worker_create(const char *name, void *config);
