@@ -100,7 +100,10 @@ Result<void, QString> checkNotes(Elf *elf)
 
 QString apiProblem(int major, int minor)
 {
-    if (major == VESK_API_MAJOR && minor >= 0 && minor <= VESK_API_MINOR)
+    // Before 1.0 each minor version may break what was built with another one.
+    const bool fits
+        = VESK_API_MAJOR == 0 ? minor == VESK_API_MINOR : minor >= 0 && minor <= VESK_API_MINOR;
+    if (major == VESK_API_MAJOR && fits)
         return {};
     return QStringLiteral("it was built with version %1.%2 of the SDK, and this host has %3.%4")
         .arg(major)
