@@ -98,7 +98,10 @@ test("every text of a plug-in's descriptor is in the catalogues", async () => {
     const known = new Set(catalogues.get("de")!.map(({ context, source }) => `${context}: ${source}`));
     const missing: string[] = [];
     let count = 0;
-    for (const module of await readdir(modules)) {
+    for (const entry of await readdir(modules, { withFileTypes: true })) {
+        if (!entry.isDirectory())
+            continue;
+        const module = entry.name;
         const files = (await readdir(join(modules, module))).filter((name) => name.endsWith(".json"));
         for (const file of files) {
             const descriptor = JSON.parse(await readFile(join(modules, module, file), "utf8")) as {
