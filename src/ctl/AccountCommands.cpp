@@ -189,12 +189,16 @@ void addAccountCommands(Command app, CtlCommandLine &line)
 
     Command create = add("create", "Make an account", Operation::create);
     addUser(create);
-    create.addOption("--email", options.email, "Its e-mail address").required();
+    create.addOption("--email", options.email, "Its e-mail address").valueName("EMAIL").required();
     CommandOption postalCode
-        = create.addOption("--postal-code", options.postalCode, "Where you live");
-    CommandOption city = create.addOption("--city", options.city, "Where you live");
+        = create.addOption("--postal-code", options.postalCode, "The postal code where you live")
+              .valueName("CODE");
+    CommandOption city
+        = create.addOption("--city", options.city, "The city where you live, with --country-id")
+              .valueName("CITY");
     CommandOption country
-        = create.addOption("--country-id", options.countryId, "The city's country");
+        = create.addOption("--country-id", options.countryId, "The city's country, by its id")
+              .valueName("ID");
     postalCode.excludes(city).excludes(country);
     city.needs(country);
     country.needs(city);

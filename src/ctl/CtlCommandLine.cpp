@@ -4,6 +4,7 @@
 #include "ctl/CtlCommandLine.h"
 
 #include "api/web/VeskUrl.h"
+#include "ctl/Completion.h"
 #include "ctl/Services.h"
 
 #include <QVector>
@@ -27,6 +28,11 @@ constexpr char Help[]
       "  veskctl search smooth jazz     then: veskctl play 2\n"
       "  veskctl play hafenlicht jazz   the best hit of a search\n"
       "  veskctl favorite add           what plays\n"
+      "  veskctl preset save 3          the same; then: veskctl preset 3\n"
+      "  veskctl volume +5              and: veskctl volume 40, veskctl mute\n"
+      "  veskctl seek -1:30             in an episode; live: in a station that was paused\n"
+      "  veskctl sleep 30               stops in half an hour, fading out\n"
+      "  veskctl alarm add 7:30 --days mon-fri --preset 3\n"
       "  veskctl status --watch\n"
       "\n"
       "VESK_HOST in the environment says where the host is when --host does not.";
@@ -82,6 +88,13 @@ QString complaint(const QString &word, const char *kind, const QStringList &know
     return QStringLiteral("%1; there are: %2").arg(text, known.join(QLatin1String(", ")));
 }
 
+/// Whether \a word is less of what the command \a name takes, and no option.
+bool isNegative(const QString &word, const QString &name)
+{
+    static const QStringList commands {QStringLiteral("volume"), QStringLiteral("seek")};
+    return commands.contains(name) && word.at(1).isDigit();
+}
+
 /// An argument that is no command or option where one is expected, and what to say about it: the
 /// most similar one, if any is.
 struct BadWord {
@@ -98,7 +111,7 @@ Result<void, BadWord> checkWords(const Command &program, const QStringList &argu
         const QString &word = arguments.at(i);
         if (word == QLatin1String("--"))
             break;
-        if (word.startsWith(QLatin1Char('-')) && word.size() > 1) {
+        if (word.startsWith(QLatin1Char('-')) && word.size() > 1 && !isNegative(word, at.name())) {
             const QString name = word.section(QLatin1Char('='), 0, 0);
             const std::optional<bool> hasValue = at.takesValue(name);
             if (!hasValue)
@@ -108,7 +121,9 @@ Result<void, BadWord> checkWords(const Command &program, const QStringList &argu
             continue;
         }
         const QStringList names = at.commands();
-        if (names.isEmpty())
+        // A command can take an argument instead of a command below it: a number.
+        const bool isArgument = at.takesArguments() && !word.isEmpty() && word.at(0).isDigit();
+        if (names.isEmpty() || isArgument)
             continue;
         const std::optional<Command> command = at.command(word);
         if (!command)
@@ -119,16 +134,47 @@ Result<void, BadWord> checkWords(const Command &program, const QStringList &argu
     return {};
 }
 
+/// Without a scheme, what is said beyond this machine is encrypted.
 Result<QString, QString> hostAddress(const QString &host)
 {
-    const QString address
-        = host.contains(QLatin1String("://")) ? host : QStringLiteral("http://") + host;
-    const VeskUrl url(address);
+    const bool hasScheme = host.contains(QLatin1String("://"));
+    VeskUrl url(hasScheme ? host : QStringLiteral("http://") + host);
+    if (!hasScheme && !isThisMachine(url.host()))
+        url = VeskUrl(QStringLiteral("https://") + host);
     const bool isHttp
         = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
     if (!isHttp || url.host().isEmpty() || host.contains(QLatin1Char(' ')))
         return failure(QStringLiteral("\"%1\" is no address of a host (127.0.0.1:8765)").arg(host));
+    QString address = url.toString();
+    // What is kept for a host is found by its address, however its name is typed.
+    const int authority = address.indexOf(QLatin1String("://")) + 3;
+    address.replace(authority, url.authority().size(), url.authority().toLower());
     return address.endsWith(QLatin1Char('/')) ? address : address + QLatin1Char('/');
+}
+
+/// For the completion of shells: a command that helps do not mention.
+const QStringList &completionWords()
+{
+    static const QStringList words {QStringLiteral("complete"), QStringLiteral("--")};
+    return words;
+}
+
+/// \a words are those of the command line up to the one that is being typed.
+CtlCommandLine completionLine(
+    const Command &program, const QStringList &words, const QString &environmentHost)
+{
+    const Completion completion = completionOf(program, words);
+    CtlCommandLine line;
+    line.options.service = completion.service;
+    const QString host = completion.host.isEmpty() ? environmentHost : completion.host;
+    if (!host.isEmpty()) {
+        const auto address = hostAddress(host);
+        // Of a host that cannot be asked, nothing is offered but what is known anyway.
+        line.options.host = address ? *address : QString();
+        line.options.hostIsGiven = true;
+    }
+    line.run = [completion](HostSession &session) { return complete(session, completion); };
+    return line;
 }
 
 CtlCommandLine ended(int status, const QString &text, const QStringList &arguments)
@@ -160,6 +206,44 @@ CtlCommandLine ofService(QStringList arguments, const QString &environmentHost, 
     return line;
 }
 
+/// The commands, and what is read into.
+struct CtlProgram {
+    CtlProgram();
+
+    CtlCommandLine line;
+    std::optional<std::string> host;
+    std::optional<std::string> service;
+    CommandLine app {"Browses and plays what a vesk-host offers.", "veskctl"};
+};
+
+CtlProgram::CtlProgram()
+{
+    app.setVersion("veskctl " VESK_VERSION);
+    app.addOption("--host", host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
+    app.addFlag("--json", line.options.json, "Print JSON, errors as well");
+    app.addOption("--in", service, "One service, by its id or path; without it, all that fit")
+        .valueName("SERVICE");
+    app.requireCommand();
+    app.allowOptionsAnywhere();
+    app.setFooter(Help);
+    addScreenCommands(app, line);
+    addPlayerCommands(app, line);
+    addVolumeCommands(app, line);
+    addSeekCommand(app, line);
+    addOutputCommands(app, line);
+    addPresetCommands(app, line);
+    addLibraryCommands(app, line);
+    addSleepCommand(app, line);
+    addAlarmCommands(app, line);
+    addConfigCommand(app, line);
+    addMenuCommands(app, line);
+    addAccountCommands(app, line);
+    addFileCommands(app, line);
+    addPairCommand(app, line);
+    addJoinCommand(app, line);
+    addDeviceCommands(app, line);
+}
+
 } // namespace
 
 Command addCommand(Command parent, const char *name, const char *description, CtlCommandLine &line,
@@ -172,39 +256,35 @@ Command addCommand(Command parent, const char *name, const char *description, Ct
 
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost)
 {
-    CtlCommandLine line;
-    std::optional<std::string> host;
-    std::optional<std::string> service;
-    CommandLine app("Browses and plays what a vesk-host offers.", "veskctl");
-    app.setVersion("veskctl " VESK_VERSION);
-    app.addOption("--host", host, "Where the host is (127.0.0.1:8765)").valueName("ADDRESS");
-    app.addFlag("--json", line.options.json, "Print JSON, errors as well");
-    app.addOption("--in", service, "One service, by its id or path; without it, all that fit")
-        .valueName("SERVICE");
-    app.requireCommand();
-    app.allowOptionsAnywhere();
-    app.setFooter(Help);
-    addScreenCommands(app, line);
-    addPlayerCommands(app, line);
-    addMenuCommands(app, line);
-    addAccountCommands(app, line);
-    addFileCommands(app, line);
+    CtlProgram program;
+    CtlCommandLine &line = program.line;
+    CommandLine &app = program.app;
 
+    if (arguments.mid(0, 2) == completionWords())
+        return completionLine(app, arguments.mid(2), environmentHost);
     // CLI11 would only name the first word that is left over.
     if (const auto checked = checkWords(app, arguments); !checked)
         return ofService(arguments, environmentHost, checked.error());
     if (const auto end = app.read(arguments))
         return ended(end->status, end->text, arguments);
-    if (service) {
-        line.options.service = QString::fromStdString(*service);
+    if (program.service) {
+        line.options.service = QString::fromStdString(*program.service);
         if (line.options.service.isEmpty())
             return ended(2, QStringLiteral("\"\" is no service"), arguments);
     }
-    if (host || !environmentHost.isEmpty()) {
-        const auto address = hostAddress(host ? QString::fromStdString(*host) : environmentHost);
+    if (program.host || !environmentHost.isEmpty()) {
+        const auto address
+            = hostAddress(program.host ? QString::fromStdString(*program.host) : environmentHost);
         if (!address)
             return ended(2, address.error(), arguments);
         line.options.host = *address;
+        line.options.hostIsGiven = true;
     }
     return line;
+}
+
+void visitCtlCommands(const std::function<void(const Command &program)> &visit)
+{
+    const CtlProgram program;
+    visit(program.app);
 }

@@ -25,10 +25,16 @@ struct CtlCommandLine {
 /// in for --host. Never throws.
 CtlCommandLine parseCtlCommandLine(const QStringList &arguments, const QString &environmentHost);
 
+/// Calls \a visit with all commands and options, for manual pages.
+void visitCtlCommands(const std::function<void(const Command &program)> &visit);
+
 /// Adds a command below \a parent, which \a run carries out when it is chosen. Its arguments are
 /// read into the options of \a line, which must live as long as \a parent.
 Command addCommand(Command parent, const char *name, const char *description, CtlCommandLine &line,
     CtlCommandLine::Run run);
+
+/// The options of commands that show a list.
+void addListOptions(Command command, CtlOptions &into);
 
 /// The commands by subject: each with its arguments and code in one file.
 void addScreenCommands(Command app, CtlCommandLine &line);
@@ -36,3 +42,14 @@ void addPlayerCommands(Command app, CtlCommandLine &line);
 void addMenuCommands(Command app, CtlCommandLine &line);
 void addAccountCommands(Command app, CtlCommandLine &line);
 void addFileCommands(Command app, CtlCommandLine &line);
+void addPairCommand(Command app, CtlCommandLine &line);
+void addJoinCommand(Command app, CtlCommandLine &line);
+void addDeviceCommands(Command app, CtlCommandLine &line);
+void addVolumeCommands(Command app, CtlCommandLine &line);
+void addOutputCommands(Command app, CtlCommandLine &line);
+void addSeekCommand(Command app, CtlCommandLine &line);
+void addPresetCommands(Command app, CtlCommandLine &line);
+void addLibraryCommands(Command app, CtlCommandLine &line);
+void addSleepCommand(Command app, CtlCommandLine &line);
+void addAlarmCommands(Command app, CtlCommandLine &line);
+void addConfigCommand(Command app, CtlCommandLine &line);

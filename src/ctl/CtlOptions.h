@@ -10,16 +10,37 @@
 struct CtlOptions {
     /// For every command. Ends with "/".
     QString host = QStringLiteral("http://127.0.0.1:8765/");
+    /// Whether it was said which host.
+    bool hostIsGiven = false;
     bool json = false;
     /// The id of a service, or a path below it; empty for all.
     QString service;
 
-    /// The words of a place, of a name or of a search.
+    /// The words of a place, of a name (also of a device) or of a search.
     QStringList words;
     /// The place of `get` and `set`, which is one word.
     QString place;
     QStringList roles;
     QString value;
+
+    /// A key of the host's configuration, or the path of a value; empty for all.
+    QString key;
+    /// A volume, a place in time, an output, a time to sleep for, as they were typed.
+    QString level;
+    QString position;
+    QString output;
+    QString sleep;
+    /// The number of a preset, and what names an alarm, as they were typed; empty for none.
+    QString preset;
+    QString alarm;
+    QString time;
+    QString days;
+    /// A preset, percent, seconds and minutes; -1 where the host is to decide.
+    int number = -1;
+    int volume = -1;
+    int fade = -1;
+    int minutes = -1;
+    bool clear = false;
 
     /// Rows of a list; -1 for no limit.
     int first = 0;
@@ -42,4 +63,15 @@ struct CtlOptions {
     QString postalCode;
     QString city;
     QString countryId;
+
+    /// Pairing: the code, the certificate's fingerprint as it was typed, and whether what is sent
+    /// may be readable for others.
+    QString code;
+    QString fingerprint;
+    bool plainHttp = false;
+    /// Whether the device may do what the owner of the host may.
+    bool owner = false;
+    /// The id or name of a paired device, and its role: "listener" or "owner".
+    QString device;
+    QString role;
 };

@@ -2,52 +2,18 @@
 // SPDX-License-Identifier: Apache-2.0
 
 #include "ctl/CtlCommandLine.h"
+#include "ctl/Files.h"
 #include "ctl/Services.h"
 
 #include "api/values/VeskRoles.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QUuid>
-
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 
-/// Limits of what a service takes: bytes per part, and of a file.
+/// Bytes of a file that a service takes at once.
 constexpr int PartSize = 45000;
-constexpr qint64 MaxSize = 1024 * 1024;
-
-/// Returns a file's content, or why it cannot be imported.
-Result<QByteArray, QString> readFile(const QString &name)
-{
-    // Without O_NONBLOCK, opening a FIFO would wait for its writer.
-    const int descriptor
-        = ::open(QFile::encodeName(name).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0)
-        return failure(QStringLiteral("%1: %2").arg(name, qt_error_string(errno)));
-    QFile file;
-    if (!file.open(descriptor, QFile::ReadOnly, QFile::AutoCloseHandle)) {
-        ::close(descriptor);
-        return failure(QStringLiteral("%1: %2").arg(name, file.errorString()));
-    }
-    struct stat status { };
-    if (::fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
-        return failure(ctlText("%1 is a folder").arg(name));
-    if (!S_ISREG(status.st_mode))
-        return failure(ctlText("%1 is no ordinary file").arg(name));
-    // It may grow while it is read.
-    QByteArray bytes = file.read(MaxSize + 1);
-    if (bytes.size() > MaxSize)
-        return failure(ctlText("%1 is larger than 1 MiB").arg(name));
-    if (file.error() != QFile::NoError)
-        return failure(QStringLiteral("%1: %2").arg(name, file.errorString()));
-    return bytes;
-}
 
 /// Sends a file in parts; returns the answer to the last of them.
 CtlResult<QVariantHash> sendFile(
@@ -126,16 +92,6 @@ CtlResult<QString> formatOf(HostSession &session)
             .arg(options.format, formats().join(QLatin1String(", "))));
 }
 
-CtlResult<> save(HostSession &session, const QString &name, const QByteArray &text)
-{
-    QSaveFile file(name);
-    if (file.open(QFile::WriteOnly) && file.write(text) == text.size() && file.commit()) {
-        session.tell(ctlText("%1: written").arg(name), {{QStringLiteral("file"), name}});
-        return {};
-    }
-    return session.fail(CtlStatus::Failed, QStringLiteral("%1: %2").arg(name, file.errorString()));
-}
-
 CtlResult<> exportFile(HostSession &session)
 {
     const auto format = formatOf(session);
@@ -155,7 +111,7 @@ CtlResult<> exportFile(HostSession &session)
     const QVariantHash file = result->value(QStringLiteral("values")).toList().value(0).toHash();
     const QString text = file.value(QStringLiteral("data")).toString();
     if (!session.options().file.isEmpty())
-        return save(session, session.options().file, text.toUtf8());
+        return saveFile(session, session.options().file, text.toUtf8());
     if (session.options().json) {
         session.printJson(file);
     } else if (session.isForTerminal()) {
@@ -178,5 +134,6 @@ void addFileCommands(Command app, CtlCommandLine &line)
         .required();
     Command write = addCommand(app, "export", "Write the stations of a service", line, &exportFile);
     write.addOption("FILE", options.file, "The file; without it, standard output");
-    write.addOption("--format", options.format, "m3u, pls, xspf or opml").valueName("FORMAT");
+    write.addOption("--format", options.format, "The file's format (what its ending says)")
+        .valueName("m3u|pls|xspf|opml");
 }

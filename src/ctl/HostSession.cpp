@@ -26,6 +26,26 @@ RpcAnswer withProblem(const QString &method, RpcAnswer answer)
     return answer;
 }
 
+/// For programs.
+QString nameOf(HostRefusal refusal)
+{
+    switch (refusal) {
+    case HostRefusal::NotPaired:
+        return QStringLiteral("notPaired");
+    case HostRefusal::Revoked:
+        return QStringLiteral("revoked");
+    case HostRefusal::UnknownCertificate:
+        return QStringLiteral("unknownCertificate");
+    case HostRefusal::ChangedCertificate:
+        return QStringLiteral("certificateChanged");
+    case HostRefusal::WantsTls:
+        return QStringLiteral("wantsTls");
+    case HostRefusal::None:
+        break;
+    }
+    return {};
+}
+
 } // namespace
 
 QVariantHash errorJson(const RpcAnswer &answer)
@@ -66,10 +86,21 @@ HostSession::HostSession(const CtlOptions &options, const CtlTerminal &terminal)
     : m_options(options)
     , m_terminal(terminal)
     , m_style(terminal.colours)
-    , m_client(options.host)
+    , m_access(knownAccess())
+    , m_client(options.host, m_access)
     , m_shown(terminal.memory, terminal.name, options.host)
 {
     setSlowNote(&slowText);
+}
+
+/// A host on this machine can be used without that file.
+HostAccess HostSession::knownAccess()
+{
+    const auto access = KnownHosts(m_terminal.knownHosts).find(m_options.host);
+    if (access)
+        return *access;
+    note(access.error());
+    return {};
 }
 
 /// The host's texts stand next to veskctl's own, so both are in one language.
@@ -124,10 +155,46 @@ Failure<CtlStatus> HostSession::report(const RpcAnswer &answer)
     if (answer.kind == RpcAnswer::NoHost)
         return fail(CtlStatus::NoHost, textOf(answer));
     if (m_options.json) {
-        printJson(errorJson(answer));
+        RpcAnswer told = answer;
+        if (answer.kind == RpcAnswer::Refused) {
+            told.message = textOf(answer);
+            told.name = nameOf(answer.refusal);
+        }
+        printJson(errorJson(told));
         return failure(CtlStatus::Failed);
     }
     return fail(CtlStatus::Failed, textOf(answer));
+}
+
+QString HostSession::refusalText(HostRefusal refusal, const QString &fingerprint) const
+{
+    const QString &host = m_options.host;
+    switch (refusal) {
+    case HostRefusal::NotPaired:
+        return ctlText("this device is not paired with %1. Have a code shown there (\"veskctl "
+                       "pair\"), then: veskctl --host %1 join CODE")
+            .arg(host);
+    case HostRefusal::Revoked:
+        return ctlText("this device is not paired with %1 any more. Have a code shown there "
+                       "(\"veskctl pair\"), then: veskctl --host %1 join CODE")
+            .arg(host);
+    case HostRefusal::UnknownCertificate:
+        return ctlText("the certificate of %1 is of no authority that this system knows: it says "
+                       "nothing about who answers there. If this is your host, pair with it: "
+                       "veskctl --host %1 join CODE. The fingerprint is %2.")
+            .arg(host, fingerprint);
+    case HostRefusal::ChangedCertificate:
+        return ctlText("the certificate of %1 has changed: somebody else may be answering there. "
+                       "Nothing was sent. If the host has a new one, pair again: veskctl --host "
+                       "%1 join CODE. The fingerprint was %2 and is %3.")
+            .arg(host, m_access.fingerprint, fingerprint);
+    case HostRefusal::WantsTls:
+        return ctlText("the host wants an encrypted connection: veskctl --host %1")
+            .arg(QStringLiteral("https") + host.mid(host.indexOf(QLatin1Char(':'))));
+    case HostRefusal::None:
+        break;
+    }
+    return {};
 }
 
 QString HostSession::textOf(const RpcAnswer &answer) const
@@ -137,8 +204,13 @@ QString HostSession::textOf(const RpcAnswer &answer) const
                        "VESK_HOST where it is.")
             .arg(m_options.host, answer.message);
     }
+    if (answer.kind == RpcAnswer::Refused)
+        return refusalText(answer.refusal, answer.fingerprint);
     if (!answer.problem.isEmpty())
         return answer.problem;
+    constexpr int NoSuchMethod = -32601;
+    if (answer.code == NoSuchMethod)
+        return ctlText("this host does not know that: it is older than this veskctl");
     // These messages are whole sentences for users, to which the title adds nothing.
     const bool isWhole = answer.title.isEmpty() || answer.code == RpcAnswer::EntryGone
         || answer.code == RpcAnswer::NotOffered;
@@ -171,6 +243,14 @@ void HostSession::printJson(const QVariant &value)
 void HostSession::printText(const QString &text)
 {
     m_terminal.out << printableText(text).toStdString() << '\n';
+}
+
+void HostSession::printFields(const QStringList &fields)
+{
+    QStringList printable;
+    for (const QString &field : fields)
+        printable.append(printableText(field));
+    m_terminal.out << printable.join(QLatin1Char('\t')).toStdString() << '\n';
 }
 
 void HostSession::tell(const QString &text, const QVariantHash &json)

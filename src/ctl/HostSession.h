@@ -17,7 +17,7 @@
 
 /// The exit status of a veskctl that failed.
 enum class CtlStatus : int {
-    Failed = 1, ///< The host or a plug-in answered with an error.
+    Failed = 1, ///< The host or a plug-in answered with an error, or the host does not let one in.
     BadUsage = 2,
     NoHost = 3, ///< No answer, or not from a host.
 };
@@ -31,6 +31,8 @@ struct CtlTerminal {
     std::ostream &out;
     std::ostream &errors;
     bool colours = false;
+    /// Whether it can show characters beyond ASCII.
+    bool unicode = false;
     /// In columns; 0 when what is printed is not for a terminal.
     int width = 0;
     /// The descriptor of a password's terminal or pipe.
@@ -39,6 +41,8 @@ struct CtlTerminal {
     int output = -1;
     /// The folder that remembers which lists were shown; empty for none.
     QString memory = {};
+    /// The file of the hosts that this user has paired with; empty for none.
+    QString knownHosts = {};
     /// Tells this terminal from others; empty when there is none.
     QString name = {};
     /// Folders with translation catalogues.
@@ -75,6 +79,8 @@ public:
     Failure<CtlStatus> report(const RpcAnswer &answer);
     /// What report() says, for users.
     QString textOf(const RpcAnswer &answer) const;
+    /// The same for a refusal by a host whose certificate has that fingerprint.
+    QString refusalText(HostRefusal refusal, const QString &fingerprint) const;
     Failure<CtlStatus> fail(CtlStatus status, const QString &message);
     /// A line on standard error that is no failure.
     void note(const QString &message);
@@ -82,15 +88,19 @@ public:
     void printJson(const QVariant &value);
     /// Prints a line, without control characters.
     void printText(const QString &text);
+    /// The same with several texts, separated by tabs.
+    void printFields(const QStringList &fields);
     /// Prints \a json with --json, else \a text.
     void tell(const QString &text, const QVariantHash &json);
 
 private:
+    HostAccess knownAccess();
     void adoptHostLanguage();
 
     const CtlOptions &m_options;
     const CtlTerminal &m_terminal;
     const TerminalStyle m_style;
+    const HostAccess m_access;
     RpcClient m_client;
     ShownLists m_shown;
     bool m_begun = false;

@@ -224,6 +224,6 @@ void addMenuCommands(Command app, CtlCommandLine &line)
             return Favorites(session).change(add);
         }).addOption("PLACE", options.words, "The row; without it, what plays");
     };
-    addChange("add", "Make it a favorite", true);
-    addChange("remove", "Make it no favorite any more", false);
+    addChange("add", "Make a row a favorite", true);
+    addChange("remove", "Make a row no favorite any more", false);
 }

@@ -5,8 +5,6 @@
 
 #include "ctl/HostSession.h"
 
-#include <QByteArray>
-
 #include <bsd/readpassphrase.h>
 #include <cerrno>
 #include <cstring>
@@ -16,9 +14,20 @@ namespace {
 
 constexpr int MaxBytes = 1024;
 
-/// Not a byte more than the line, which may be followed by others' input. What is too long is read
-/// to its end, but kept only as far as needed to see that.
-QByteArray readLine(int input)
+QByteArray ask(const QString &prompt)
+{
+    // One byte more than allowed, to see what is too long, and the end of the text.
+    char line[MaxBytes + 2] = {};
+    const char *typed = ::readpassphrase(
+        prompt.toUtf8().constData(), line, sizeof line, RPP_REQUIRE_TTY | RPP_ECHO_OFF);
+    QByteArray password(typed);
+    ::explicit_bzero(line, sizeof line);
+    return password;
+}
+
+} // namespace
+
+QByteArray readInputLine(int input)
 {
     QByteArray line;
     char byte = 0;
@@ -36,22 +45,9 @@ QByteArray readLine(int input)
     return line;
 }
 
-QByteArray ask(const QString &prompt)
-{
-    // One byte more than allowed, to see what is too long, and the end of the text.
-    char line[MaxBytes + 2] = {};
-    const char *typed = ::readpassphrase(
-        prompt.toUtf8().constData(), line, sizeof line, RPP_REQUIRE_TTY | RPP_ECHO_OFF);
-    QByteArray password(typed);
-    ::explicit_bzero(line, sizeof line);
-    return password;
-}
-
-} // namespace
-
 Result<QString, QString> readPassword(int input, const QString &prompt)
 {
-    QByteArray line = ::isatty(input) ? ask(prompt) : readLine(input);
+    QByteArray line = ::isatty(input) ? ask(prompt) : readInputLine(input);
     if (line.isEmpty())
         return failure(ctlText("a password is needed"));
     if (line.size() > MaxBytes)

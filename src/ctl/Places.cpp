@@ -5,6 +5,7 @@
 
 #include "api/values/VeskMediaData.h"
 #include "ctl/Groups.h"
+#include "ctl/RowText.h"
 
 namespace {
 
@@ -48,6 +49,15 @@ CMPath menuOf(const VeskRoles &row)
     const CMPath menu = row.context().path();
     // Some rows have only the menu that they show while they play, which serves as well.
     return menu.isEmpty() ? playingMenuOf(row) : menu;
+}
+
+QVariantHash Spot::params() const
+{
+    QVariantHash params {
+        {QStringLiteral("screen"), screen.toEncoded()}, {QStringLiteral("row"), row}};
+    if (!path.isEmpty())
+        params.insert(QStringLiteral("path"), path.toEncoded());
+    return params;
 }
 
 CtlResult<CtlPlace> Places::read(const QStringList &words)
@@ -228,16 +238,42 @@ CtlResult<Menu> Places::playingMenu(const QStringList &words)
     return words.isEmpty() ? menuOfPlayer() : menuOfRow(words, &playingMenuOf);
 }
 
-CtlResult<Menu> Places::menuOfRow(const QStringList &words, MenuOf menuOf)
+CtlResult<Spot> Places::rowSpot(const QStringList &words)
 {
     auto spot = resolve(words);
+    if (!spot || spot->isRow())
+        return spot;
+    return m_session.fail(CtlStatus::Failed,
+        ctlText("\"%1\" is a list, or a row that was not shown lately").arg(spot->place.toText()));
+}
+
+CtlResult<ItemToKeep> Places::itemToKeep(const QStringList &words)
+{
+    if (words.isEmpty()) {
+        const auto state = m_session.call(QStringLiteral("player.state"));
+        if (!state)
+            return failure(state.error());
+        const QString title = state->value(QStringLiteral("title")).toString();
+        const CMPath path = CMPath::fromVariant(state->value(QStringLiteral("path")));
+        if (title.isEmpty() && path.isEmpty())
+            return m_session.fail(CtlStatus::Failed, ctlText("nothing plays"));
+        return ItemToKeep {{}, title, path};
+    }
+    auto spot = rowSpot(words);
     if (!spot)
         return failure(spot.error());
-    if (!spot->isRow()) {
-        return m_session.fail(CtlStatus::Failed,
-            ctlText("\"%1\" is a list, or a row that was not shown lately")
-                .arg(spot->place.toText()));
-    }
+    const auto found = row(*spot, {VeskRoles::Title()});
+    if (!found)
+        return failure(found.error());
+    spot->path = found->path();
+    return ItemToKeep {spot->params(), plainText((*found)[VeskRoles::Title()]), found->path()};
+}
+
+CtlResult<Menu> Places::menuOfRow(const QStringList &words, MenuOf menuOf)
+{
+    auto spot = rowSpot(words);
+    if (!spot)
+        return failure(spot.error());
     const auto found = row(*spot, QStringList {VeskRoles::Title()} + menuRoles());
     if (!found)
         return failure(found.error());

@@ -19,12 +19,23 @@ struct Spot {
     int type = 0;
 
     bool isRow() const { return row >= 0; }
+    /// As the methods that play or keep a row take it.
+    QVariantHash params() const;
 };
 
 /// The context menu of something, and the title of what it belongs to.
 struct Menu {
     CMPath path;
     QString title;
+};
+
+/// Something to keep: a row, or what plays.
+struct ItemToKeep {
+    /// What the methods that keep something take: the row's screen, index and path; nothing for
+    /// what plays.
+    QVariantHash params;
+    QString title;
+    CMPath path;
 };
 
 /// Finds what users name. One thread; the session must outlive it.
@@ -52,6 +63,8 @@ public:
     CtlResult<Menu> menu(const QStringList &words);
     /// The menu that it has while it plays, which leads to its streams.
     CtlResult<Menu> playingMenu(const QStringList &words);
+    /// The row that \a words name, or without words what plays; a failure when nothing does.
+    CtlResult<ItemToKeep> itemToKeep(const QStringList &words);
     /// What \a service finds for \a text.
     CtlResult<CMPath> found(const Service &service, const QString &text);
     /// Reports that the entry of \a screen is gone, and shows the list anew.
@@ -69,6 +82,7 @@ private:
     CtlResult<CMPath> found(const QString &text);
     CtlResult<Menu> menuOfRow(const QStringList &words, MenuOf menuOf);
     CtlResult<Menu> menuOfPlayer();
+    CtlResult<Spot> rowSpot(const QStringList &words);
 
     HostSession &m_session;
     Screens m_screens;

@@ -6,6 +6,7 @@
 #include "api/values/VeskPlayLogicData.h"
 #include "ctl/PlayerWatch.h"
 #include "ctl/RowText.h"
+#include "ctl/TimeText.h"
 
 namespace {
 
@@ -36,6 +37,68 @@ QString troubleOf(const QVariantHash &state)
     const QString error = textOf(state, "error");
     const QString problem = textOf(state, "problem");
     return error.isEmpty() ? problem : ctlText("error: %1").arg(error);
+}
+
+/// Of a file how far it is; of a station nothing.
+QString positionOf(const QVariantHash &state)
+{
+    const QVariant position = state.value(QStringLiteral("position"));
+    const QVariant duration = state.value(QStringLiteral("duration"));
+    if (position.isNull())
+        return {};
+    const QString now = durationText(wholeSeconds(position));
+    return duration.isNull()
+        ? now
+        : QStringLiteral("%1 / %2").arg(now, durationText(wholeSeconds(duration)));
+}
+
+/// Why nothing is heard though it plays.
+QString mutedText(const QVariantHash &state)
+{
+    return state.value(QStringLiteral("mute")).toBool() ? ctlText("muted") : QString();
+}
+
+QString volumeOf(const QVariantHash &state)
+{
+    const QVariant volume = state.value(QStringLiteral("volume"));
+    return volume.isNull() ? QString() : ctlText("volume %1").arg(QString::number(volume.toInt()));
+}
+
+QString sleepOf(const QVariantHash &state)
+{
+    const QString ends = clockText(
+        state.value(QStringLiteral("sleep")).toHash().value(QStringLiteral("ends")).toString(),
+        false);
+    return ends.isEmpty() ? ends : ctlText("stops at %1").arg(ends);
+}
+
+/// That an alarm rings, which were missed, and when the next one will.
+QStringList alarmsOf(const QVariantHash &state)
+{
+    QStringList texts;
+    if (state.contains(QStringLiteral("ringing")))
+        texts.append(ctlText("the alarm rings"));
+    const QVariantList missed = state.value(QStringLiteral("missed")).toList();
+    if (!missed.isEmpty()) {
+        const QString at = missed.last().toHash().value(QStringLiteral("at")).toString();
+        texts.append(ctlText("missed alarm: %1").arg(clockText(at, true)));
+    }
+    const QString next = clockText(
+        state.value(QStringLiteral("alarm")).toHash().value(QStringLiteral("next")).toString(),
+        true);
+    if (!next.isEmpty())
+        texts.append(ctlText("alarm %1").arg(next));
+    return texts;
+}
+
+/// What there is to tell beside what plays; of a host that does not know it, nothing.
+QStringList detailsOf(const QVariantHash &state)
+{
+    QStringList texts {positionOf(state), behindText(state.value(QStringLiteral("behind"))),
+        volumeOf(state), mutedText(state), sleepOf(state)};
+    texts += alarmsOf(state);
+    texts.append(textOf(state, "outputProblem"));
+    return texts;
 }
 
 struct Part {
@@ -77,7 +140,8 @@ CtlResult<> outcomeOf(const QVariantHash &state)
 
 } // namespace
 
-std::string playerLine(const QVariantHash &state, int width, const TerminalStyle &style)
+std::string playerLine(
+    const QVariantHash &state, Details details, int width, const TerminalStyle &style)
 {
     const QString word = playerWord(stateOf(state));
     QList<Part> parts {{word, style.bold(word)}};
@@ -91,6 +155,10 @@ std::string playerLine(const QVariantHash &state, int width, const TerminalStyle
     const QString bitRate = bitRateOf(state);
     if (!bitRate.isEmpty())
         parts.append({bitRate, style.dim(bitRate)});
+    const QStringList more
+        = details == Details::All ? detailsOf(state) : QStringList {mutedText(state)};
+    for (const QString &text : more)
+        add(text, width - Gap);
     const QString trouble = troubleOf(state);
     if (!trouble.isEmpty())
         parts.append({trouble, trouble.toStdString()});
@@ -99,13 +167,19 @@ std::string playerLine(const QVariantHash &state, int width, const TerminalStyle
 
 CtlResult<> Player::play(const Spot &spot)
 {
-    QVariantHash params {
-        {QStringLiteral("screen"), spot.screen.toEncoded()}, {QStringLiteral("row"), spot.row}};
-    if (!spot.path.isEmpty())
-        params.insert(QStringLiteral("path"), spot.path.toEncoded());
-    const RpcAnswer answer = m_session.answer(QStringLiteral("player.play"), params);
+    const RpcAnswer answer = m_session.answer(QStringLiteral("player.play"), spot.params());
     if (answer.kind == RpcAnswer::Error && answer.code == RpcAnswer::EntryGone)
         return Places(m_session).reportGone(spot.screen, answer);
+    return tellPlay(answer);
+}
+
+CtlResult<> Player::play(const QString &method, const QVariantHash &params)
+{
+    return tellPlay(m_session.answer(method, params));
+}
+
+CtlResult<> Player::tellPlay(const RpcAnswer &answer)
+{
     if (answer.kind != RpcAnswer::Result)
         return m_session.report(answer);
     if (m_session.options().wait)
@@ -113,7 +187,7 @@ CtlResult<> Player::play(const Spot &spot)
     const auto state = m_session.call(QStringLiteral("player.state"));
     if (!state)
         return failure(state.error());
-    print(*state);
+    print(*state, Details::Few);
     return outcomeOf(*state);
 }
 
@@ -123,7 +197,7 @@ CtlResult<> Player::waitUntilHeard(const QVariantHash &playId)
     const auto take = [&](const QVariantHash &state) {
         now = state;
         if (!m_session.options().json)
-            print(state);
+            print(state, Details::Few);
     };
     m_session.client().setNotified([&](const QString &method, const QVariantHash &params) {
         if (method == QLatin1String("player.changed"))
@@ -165,10 +239,11 @@ CtlResult<> Player::act(const QString &method)
 
 CtlResult<> Player::status()
 {
-    const auto state = m_session.call(QStringLiteral("player.state"));
-    if (!state)
-        return failure(state.error());
-    print(*state);
+    HostStatus status(m_session);
+    const RpcAnswer answer = status.read();
+    if (answer.kind != RpcAnswer::Result)
+        return m_session.report(answer);
+    print(status.all(), Details::All);
     return {};
 }
 
@@ -176,19 +251,19 @@ CtlResult<> Player::watch()
 {
     const CtlTerminal &terminal = m_session.terminal();
     PlayerWatch watch(m_session, [&](const QVariantHash &state) {
-        print(state);
+        print(state, Details::All);
         return terminal.out.good();
     });
     return watch.run();
 }
 
-void Player::print(const QVariantHash &state)
+void Player::print(const QVariantHash &state, Details details)
 {
     const CtlTerminal &terminal = m_session.terminal();
     if (m_session.options().json) {
         m_session.printJson(state);
     } else {
-        const std::string line = playerLine(state, terminal.width, m_session.style());
+        const std::string line = playerLine(state, details, terminal.width, m_session.style());
         if (line != m_printed)
             terminal.out << line << '\n';
         m_printed = line;

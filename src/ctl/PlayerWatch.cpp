@@ -3,114 +3,68 @@
 
 #include "ctl/PlayerWatch.h"
 
-#include <csignal>
-#include <glib-unix.h>
-
-#include <vector>
+#include <glib.h>
 
 namespace {
 
 constexpr guint RetrySeconds = 1;
+/// How often a volume that is being turned is told: a slider sends dozens of changes in a second.
+constexpr guint VolumeMs = 500;
 
-/// A write to a pipe without a reader fails instead of ending the process.
-class BrokenPipes {
-public:
-    BrokenPipes()
-    {
-        struct sigaction ignore = {};
-        ignore.sa_handler = SIG_IGN;
-        ::sigaction(SIGPIPE, &ignore, &m_former);
-    }
-    ~BrokenPipes() { ::sigaction(SIGPIPE, &m_former, nullptr); }
+/// Without what alone is told later.
+QVariantHash withoutVolume(QVariantHash state)
+{
+    state.remove(QStringLiteral("volume"));
+    // A change of the volume has the position of that moment.
+    state.remove(QStringLiteral("position"));
+    return state;
+}
 
-    BrokenPipes(const BrokenPipes &) = delete;
-    BrokenPipes &operator=(const BrokenPipes &) = delete;
-
-private:
-    struct sigaction m_former = {};
-};
+gboolean retryNow(gpointer data)
+{
+    *static_cast<bool *>(data) = true;
+    return G_SOURCE_REMOVE;
+}
 
 } // namespace
-
-/// Sources of the main context that end a watch.
-struct PlayerWatch::Sources {
-    explicit Sources(PlayerWatch *watch, int output)
-    {
-        for (const int signal : {SIGINT, SIGTERM, SIGHUP})
-            signals.push_back(g_unix_signal_add(signal, &Sources::signalCame, watch));
-        if (output >= 0) {
-            reader = g_unix_fd_add(output, static_cast<GIOCondition>(G_IO_ERR | G_IO_HUP),
-                &Sources::readerGone, watch);
-        }
-    }
-    ~Sources()
-    {
-        for (const guint source : signals)
-            g_source_remove(source);
-        if (reader)
-            g_source_remove(reader);
-    }
-
-    Sources(const Sources &) = delete;
-    Sources &operator=(const Sources &) = delete;
-
-    static gboolean signalCame(gpointer data)
-    {
-        static_cast<PlayerWatch *>(data)->end();
-        return G_SOURCE_CONTINUE;
-    }
-
-    static gboolean readerGone(gint, GIOCondition, gpointer data)
-    {
-        auto *watch = static_cast<PlayerWatch *>(data);
-        watch->m_sources->reader = 0;
-        watch->end();
-        return G_SOURCE_REMOVE;
-    }
-
-    static gboolean retryNow(gpointer data)
-    {
-        *static_cast<bool *>(data) = true;
-        return G_SOURCE_REMOVE;
-    }
-
-    std::vector<guint> signals;
-    /// 0 for none.
-    guint reader = 0;
-};
 
 PlayerWatch::PlayerWatch(HostSession &session, Show show)
     : m_session(session)
     , m_show(std::move(show))
-    , m_sources(std::make_unique<Sources>(this, session.terminal().output))
+    , m_status(session)
+    , m_interruption(session.terminal().output, [this] { end(); })
 {
     m_session.client().setNotified([this](const QString &method, const QVariantHash &params) {
-        if (method == QLatin1String("player.changed"))
-            take(params);
+        // Changed alarms are read first, which cannot be done from here.
+        if (m_status.take(method, params) && !m_status.isOutdated())
+            takeChange();
     });
 }
 
 PlayerWatch::~PlayerWatch()
 {
     m_session.client().setNotified({});
+    if (m_volumeTimer != 0)
+        g_source_remove(m_volumeTimer);
 }
 
 CtlResult<> PlayerWatch::run()
 {
-    const BrokenPipes broken;
     bool wasThere = false;
     bool isThere = false;
     while (!m_ended) {
-        const RpcAnswer answer = m_session.answer(QStringLiteral("player.state"));
+        const RpcAnswer answer = m_status.read();
         if (m_ended)
             break;
-        if (answer.kind == RpcAnswer::Error || (answer.kind == RpcAnswer::NoHost && !wasThere))
+        // A host that lets this device in no more will not do so by itself again.
+        if (answer.kind == RpcAnswer::Error || answer.kind == RpcAnswer::Refused
+            || (answer.kind == RpcAnswer::NoHost && !wasThere))
             return m_session.report(answer);
         if (answer.kind == RpcAnswer::Result) {
             wasThere = true;
             isThere = true;
-            take(answer.result.toHash());
-            m_session.client().waitUntil([this] { return m_ended; });
+            tell();
+            follow();
         }
         if (!m_ended && isThere)
             m_session.note(ctlText("the host is gone; waiting until it is back"));
@@ -120,9 +74,38 @@ CtlResult<> PlayerWatch::run()
     return {};
 }
 
-void PlayerWatch::take(const QVariantHash &state)
+/// Returns when the connection is lost, or the watch has ended.
+void PlayerWatch::follow()
 {
-    if (!m_ended && !m_show(state))
+    RpcClient &client = m_session.client();
+    // Another connection would have a state of its own.
+    while (client.waitUntil([this] { return m_ended || m_status.isOutdated(); })
+        && client.isConnected()) {
+        m_status.readAlarms();
+        tell();
+    }
+}
+
+void PlayerWatch::takeChange()
+{
+    if (withoutVolume(m_status.all()) != m_told)
+        tell();
+    else if (m_volumeTimer == 0)
+        m_volumeTimer = g_timeout_add(VolumeMs, &PlayerWatch::tellVolume, this);
+}
+
+int PlayerWatch::tellVolume(void *watch)
+{
+    auto *self = static_cast<PlayerWatch *>(watch);
+    self->m_volumeTimer = 0;
+    self->tell();
+    return G_SOURCE_REMOVE;
+}
+
+void PlayerWatch::tell()
+{
+    m_told = withoutVolume(m_status.all());
+    if (!m_ended && !m_show(m_status.all()))
         end();
 }
 
@@ -136,7 +119,7 @@ void PlayerWatch::end()
 void PlayerWatch::waitToRetry()
 {
     bool now = false;
-    const guint timer = g_timeout_add_seconds(RetrySeconds, &Sources::retryNow, &now);
+    const guint timer = g_timeout_add_seconds(RetrySeconds, &retryNow, &now);
     while (!now && !m_ended)
         g_main_context_iteration(nullptr, TRUE);
     if (!now)

@@ -3,17 +3,19 @@
 
 #pragma once
 
-#include "ctl/HostSession.h"
+#include "ctl/HostStatus.h"
+#include "ctl/Interruption.h"
 
 #include <QVariantHash>
 
 #include <functional>
 
-/// Follows a host's player, also through a restart of the host. Main thread; handles SIGINT,
-/// SIGTERM and SIGHUP while it runs.
+/// Follows a host's player, sleep timer and alarms, also through a restart of the host. Main
+/// thread; handles SIGINT, SIGTERM and SIGHUP while it runs.
 class PlayerWatch {
 public:
-    /// Called with the state at first and with each change; false ends the watch.
+    /// Called with HostStatus::all() at first and with each change, of the
+    /// volume at most twice a second; false ends the watch.
     using Show = std::function<bool(const QVariantHash &state)>;
 
     /// \a session must outlive it.
@@ -28,14 +30,20 @@ public:
     CtlResult<> run();
 
 private:
-    struct Sources;
-
-    void take(const QVariantHash &state);
+    void follow();
+    void takeChange();
+    static int tellVolume(void *watch);
+    void tell();
     void end();
     void waitToRetry();
 
     HostSession &m_session;
     const Show m_show;
-    const std::unique_ptr<Sources> m_sources;
+    HostStatus m_status;
+    /// What was told last, without the volume.
+    QVariantHash m_told;
+    /// 0 for none.
+    unsigned m_volumeTimer = 0;
     bool m_ended = false;
+    const Interruption m_interruption;
 };

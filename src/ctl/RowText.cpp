@@ -66,18 +66,6 @@ QString printable(const QVariant &value)
     return printableText(plainText(value));
 }
 
-/// What plays has the path of its row; a stream that was chosen names that path in a parameter.
-int playedState(const VeskRoles &row, const QVariantHash &player)
-{
-    const CMPath path = row.path();
-    const CMPath playing = CMPath::fromVariant(player.value(QStringLiteral("path")));
-    if (path.isEmpty() || playing.isEmpty() || row.type() != VeskRolesType::audio)
-        return 0;
-    const QString named = playing.param(QStringLiteral("veskMatchingPath"));
-    const bool isIt = path == playing || path.toEncoded() == named;
-    return isIt ? player.value(QStringLiteral("state")).toInt() : 0;
-}
-
 /// Not translated.
 QString stateName(int state)
 {
@@ -87,6 +75,17 @@ QString stateName(int state)
 }
 
 } // namespace
+
+int playedState(const CMPath &path, int type, const QVariantHash &player)
+{
+    const CMPath playing = CMPath::fromVariant(player.value(QStringLiteral("path")));
+    if (path.isEmpty() || playing.isEmpty() || type != VeskRolesType::audio)
+        return 0;
+    // A stream that was chosen names the path of its row in a parameter.
+    const QString named = playing.param(QStringLiteral("veskMatchingPath"));
+    const bool isIt = path == playing || path.toEncoded() == named;
+    return isIt ? player.value(QStringLiteral("state")).toInt() : 0;
+}
 
 QString playerWord(int state)
 {
@@ -127,7 +126,7 @@ RowText RowPrinter::text(int index, const VeskRoles &row) const
 {
     RowText text {index, row.type(), printable(row[VeskRoles::Title()]),
         printable(row[VeskRoles::Description()]), printableText(openingPath(row)),
-        playedState(row, m_player), row.mediaData().activeResource().bitRate()};
+        playedState(row.path(), row.type(), m_player), row.mediaData().activeResource().bitRate()};
     if (row.type() == VeskRolesType::value) {
         const QString value = printable(row[VeskRoles::Value()]);
         if (m_width > 0)
@@ -219,13 +218,19 @@ std::string RowPrinter::fields(const RowText &row) const
     return fields.join(QLatin1Char('\t')).toStdString() + '\n';
 }
 
+std::string numberedLines(const HostSession &session, const QList<RowText> &rows)
+{
+    RowPrinter printer({}, {}, false, session.terminal().width, session.style());
+    return printer.lines(rows);
+}
+
 QVariantHash rowJson(
     const CtlPlace &place, int index, const VeskRoles &row, const QVariantHash &player)
 {
     QVariantHash json = row.toHash();
     json.insert(QStringLiteral("row"), index);
     json.insert(QStringLiteral("place"), place.toText());
-    const int played = playedState(row, player);
+    const int played = playedState(row.path(), row.type(), player);
     if (played != 0)
         json.insert(QStringLiteral("player"), stateName(played));
     return json;

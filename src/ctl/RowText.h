@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QVariant>
 
+class HostSession;
+
 /// \file
 /// Rows and values as text, without control characters. One thread.
 
@@ -64,10 +66,15 @@ private:
     int m_descriptionWidth = 0;
 };
 
+/// Rows that are in no screen, for the terminal of \a session.
+std::string numberedLines(const HostSession &session, const QList<RowText> &rows);
+
 /// The row's roles by their names, its index, its place and the player's state.
 QVariantHash rowJson(
     const CtlPlace &place, int index, const VeskRoles &row, const QVariantHash &player);
 
+/// The player's state for a row with that path and type; 0 when it does not play.
+int playedState(const CMPath &path, int type, const QVariantHash &player);
 /// A word for what the player does, in the user's language.
 QString playerWord(int state);
 

@@ -5,6 +5,7 @@
 
 #include "api/web/VeskJson.h"
 #include "base/Result.h"
+#include "ctl/HostTransport.h"
 
 #include <libsoup/soup.h>
 
@@ -15,7 +16,6 @@
 
 namespace {
 
-constexpr guint ConnectTimeoutSeconds = 5;
 /// Longer than the minute after which the host itself gives up a call.
 constexpr guint AnswerTimeoutMs = 90000;
 /// Queued notifications; further ones are dropped.
@@ -30,6 +30,15 @@ RpcAnswer failed(const QString &why)
 {
     RpcAnswer answer;
     answer.message = why;
+    return answer;
+}
+
+RpcAnswer refused(HostRefusal refusal, const QString &fingerprint)
+{
+    RpcAnswer answer;
+    answer.kind = RpcAnswer::Refused;
+    answer.refusal = refusal;
+    answer.fingerprint = fingerprint;
     return answer;
 }
 
@@ -52,47 +61,14 @@ RpcAnswer readAnswer(const QVariantHash &message)
     return answer;
 }
 
-/// Runs an action once, unless it is destroyed before.
-class Timer {
-public:
-    Timer(GMainContext *context, guint milliseconds, std::function<void()> action)
-        : m_action(std::move(action))
-        , m_source(g_timeout_source_new(milliseconds))
-    {
-        g_source_set_callback(m_source, &Timer::fire, this, nullptr);
-        g_source_attach(m_source, context);
-    }
-    ~Timer()
-    {
-        g_source_destroy(m_source);
-        g_source_unref(m_source);
-    }
-
-    Timer(const Timer &) = delete;
-    Timer &operator=(const Timer &) = delete;
-
-private:
-    static gboolean fire(gpointer data)
-    {
-        static_cast<Timer *>(data)->m_action();
-        return G_SOURCE_REMOVE;
-    }
-
-    const std::function<void()> m_action;
-    GSource *const m_source;
-};
-
 } // namespace
 
 struct RpcClient::Private {
-    explicit Private(const QString &host)
-        : url(host.toUtf8() + "ws")
-        , context(g_main_context_ref_thread_default())
-        , session(soup_session_new())
+    Private(const QString &host, const HostAccess &access)
+        : context(g_main_context_ref_thread_default())
+        , transport(host, access)
         , cancellable(g_cancellable_new())
     {
-        soup_session_set_proxy_resolver(session, nullptr);
-        soup_session_set_timeout(session, ConnectTimeoutSeconds);
     }
 
     ~Private()
@@ -100,34 +76,36 @@ struct RpcClient::Private {
         disconnect();
         freeLeft();
         g_object_unref(cancellable);
-        g_object_unref(session);
         g_main_context_unref(context);
     }
 
     Private(const Private &) = delete;
     Private &operator=(const Private &) = delete;
 
-    /// Returns why there is no connection.
-    Result<void, QString> connect()
+    /// Returns an answer that says why there is no connection.
+    Result<void, RpcAnswer> connect()
     {
         freeLeft();
-        SoupMessage *message = soup_message_new(SOUP_METHOD_GET, url.constData());
+        SoupMessage *message = transport.request(SOUP_METHOD_GET, "ws");
         if (!message)
-            return failure(QStringLiteral("that is no address"));
+            return failure(failed(QStringLiteral("that is no address")));
         connecting = true;
         problem.clear();
         g_cancellable_reset(cancellable);
-        soup_session_websocket_connect_async(session, message, nullptr, nullptr, G_PRIORITY_DEFAULT,
-            cancellable, &Private::connected, this);
+        soup_session_websocket_connect_async(transport.session(), message, nullptr, nullptr,
+            G_PRIORITY_DEFAULT, cancellable, &Private::connected, this);
         while (connecting)
             g_main_context_iteration(context, TRUE);
         const guint status = soup_message_get_status(message);
+        const HostRefusal refusal = transport.refusalOf(message);
         g_object_unref(message);
         if (connection)
             return {};
+        if (refusal != HostRefusal::None)
+            return failure(refused(refusal, transport.certificate().fingerprint));
         if (status >= 200)
             problem = QStringLiteral("%1 (HTTP code %2)").arg(noHost(), QString::number(status));
-        return failure(problem);
+        return failure(failed(problem));
     }
 
     void disconnect()
@@ -177,8 +155,8 @@ struct RpcClient::Private {
         }
     }
 
-    /// Returns the call's id, or why there is no connection.
-    Result<int, QString> request(const QString &method, const QVariantHash &params)
+    /// Returns the call's id, or an answer that says why there is no connection.
+    Result<int, RpcAnswer> request(const QString &method, const QVariantHash &params)
     {
         if (!connection) {
             if (const auto connected = connect(); !connected)
@@ -246,9 +224,8 @@ struct RpcClient::Private {
         static_cast<Private *>(data)->fail(QStringLiteral("the connection was closed"));
     }
 
-    const QByteArray url;
     GMainContext *const context;
-    SoupSession *const session;
+    HostTransport transport;
     GCancellable *const cancellable;
     SoupWebsocketConnection *connection = nullptr;
     /// Former connections, kept until no callback can use them.
@@ -277,8 +254,8 @@ struct RpcClient::Private {
     Notified notified;
 };
 
-RpcClient::RpcClient(const QString &host)
-    : d(std::make_unique<Private>(host))
+RpcClient::RpcClient(const QString &host, const HostAccess &access)
+    : d(std::make_unique<Private>(host, access))
 {
 }
 
@@ -300,13 +277,13 @@ RpcAnswer RpcClient::call(const QString &method, const QVariantHash &params)
     d->news.clear();
     const auto id = d->request(method, params);
     if (!id)
-        return failed(id.error());
+        return id.error();
     d->awaited = *id;
-    const Timer slow(d->context, SlowMs, [this] {
+    const ContextTimer slow(d->context, SlowMs, [this] {
         if (d->slow)
             d->slow();
     });
-    const Timer tooLate(
+    const ContextTimer tooLate(
         d->context, AnswerTimeoutMs, [this] { d->fail(QStringLiteral("it does not answer")); });
     // Notifications after the answer are newer, and stay queued for waitUntil().
     while (!d->answer && d->connection)
@@ -320,16 +297,16 @@ void RpcClient::send(const QString &method, const QVariantHash &params, Answered
     if (id)
         d->sent.emplace(*id, std::move(answered));
     else
-        d->arrived.push_back({std::move(answered), failed(id.error())});
+        d->arrived.push_back({std::move(answered), id.error()});
 }
 
 void RpcClient::waitForAnswers(const std::function<bool()> &enough)
 {
-    const Timer slow(d->context, SlowMs, [this] {
+    const ContextTimer slow(d->context, SlowMs, [this] {
         if (d->slow)
             d->slow();
     });
-    std::optional<Timer> tooLate;
+    std::optional<ContextTimer> tooLate;
     const auto waitOn = [&] {
         tooLate.emplace(
             d->context, AnswerTimeoutMs, [this] { d->fail(QStringLiteral("it does not answer")); });
@@ -365,6 +342,11 @@ bool RpcClient::waitUntil(const std::function<bool()> &done)
         }
     }
     return true;
+}
+
+bool RpcClient::isConnected() const
+{
+    return d->connection;
 }
 
 void RpcClient::close()

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "ctl/HostTransport.h"
+
 #include <QString>
 #include <QVariant>
 
@@ -15,12 +17,14 @@ struct RpcAnswer {
         Result, ///< `result` holds it.
         Error, ///< The host answered with an error.
         NoHost, ///< No answer, or not from a host.
+        Refused, ///< A host that `refusal` is about: it has not heard, or not taken, the call.
     };
 
     /// Error codes: the row to play is not in the list any more; an address that changes something
-    /// was not offered by a list.
+    /// was not offered by a list; only owners may do that.
     static constexpr int EntryGone = -32004;
     static constexpr int NotOffered = -32005;
+    static constexpr int NotAllowed = -32007;
 
     Kind kind = NoHost;
     QVariant result;
@@ -32,6 +36,9 @@ struct RpcAnswer {
     QString title;
     /// The host's explanation when the service could not be asked; else empty.
     QString problem;
+    /// Refused: why, and the fingerprint of the host's certificate; empty without TLS.
+    HostRefusal refusal = HostRefusal::None;
+    QString fingerprint;
 };
 
 /// Calls a host's methods over one WebSocket, opened by the first call; each call waits for its
@@ -47,8 +54,8 @@ public:
     using Notified = std::function<void(const QString &method, const QVariantHash &params)>;
     using Answered = std::function<void(const RpcAnswer &answer)>;
 
-    /// \a host is an http address that ends with "/".
-    explicit RpcClient(const QString &host);
+    /// \a host is an http or https address that ends with "/".
+    explicit RpcClient(const QString &host, const HostAccess &access = {});
     ~RpcClient();
 
     RpcAnswer call(const QString &method, const QVariantHash &params);
@@ -68,6 +75,8 @@ public:
     /// Waits until \a done returns true, which is called after each notification; false when the
     /// connection is lost first.
     bool waitUntil(const std::function<bool()> &done);
+    /// Whether the connection of the last call is still there.
+    bool isConnected() const;
     /// Closes the connection; a call() or waitUntil() under way returns.
     void close();
 

@@ -8,17 +8,6 @@
 
 namespace {
 
-CtlResult<ListForm> listForm(HostSession &session)
-{
-    const CtlOptions &options = session.options();
-    ListForm form {{options.first, options.last}, options.paths, false};
-    if (options.limit > 0)
-        form.range.last = form.range.first + options.limit - 1;
-    if (form.range.last >= 0 && form.range.last < form.range.first)
-        return session.fail(CtlStatus::BadUsage, ctlText("--last is before --first"));
-    return form;
-}
-
 /// A row that leads to no list is shown by itself.
 CtlResult<> showRow(HostSession &session, const Spot &spot, ListForm form)
 {
@@ -33,7 +22,7 @@ CtlResult<> showRow(HostSession &session, const Spot &spot, ListForm form)
 
 CtlResult<> show(HostSession &session, const CtlPlace &place)
 {
-    const auto form = listForm(session);
+    const auto form = Screens(session).form();
     if (!form)
         return failure(form.error());
     auto spot = Places(session).resolve(place);
@@ -53,7 +42,7 @@ CtlResult<> show(HostSession &session, const CtlPlace &place)
 /// Of one service its whole list, of several one list each.
 CtlResult<> searchFor(HostSession &session, const QString &text)
 {
-    const auto form = listForm(session);
+    const auto form = Screens(session).form();
     if (!form)
         return failure(form.error());
     const auto services = Services(session).with(&Service::searches, noSearch());
@@ -69,7 +58,7 @@ CtlResult<> searchFor(HostSession &session, const QString &text)
 
 CtlResult<> favorites(HostSession &session)
 {
-    const auto form = listForm(session);
+    const auto form = Screens(session).form();
     if (!form)
         return failure(form.error());
     const auto services = Services(session).with(&Service::favorites, noFavorites());
@@ -154,19 +143,22 @@ CtlResult<> set(HostSession &session)
     return {};
 }
 
+} // namespace
+
 void addListOptions(Command command, CtlOptions &into)
 {
     command.addFlag("-l,--long", into.paths, "With the rows' paths");
     command.addOption("--first", into.first, "The first row to show, from 0")
+        .valueName("ROW")
         .between(0, 1000000000);
-    CommandOption last
-        = command.addOption("--last", into.last, "The last row to show").between(0, 1000000000);
+    CommandOption last = command.addOption("--last", into.last, "The last row to show")
+                             .valueName("ROW")
+                             .between(0, 1000000000);
     command.addOption("--limit", into.limit, "How many rows to show")
+        .valueName("ROWS")
         .between(1, 1000000000)
         .excludes(last);
 }
-
-} // namespace
 
 void addScreenCommands(Command app, CtlCommandLine &line)
 {

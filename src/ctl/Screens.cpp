@@ -44,6 +44,17 @@ QVariantHash listJson(const CtlPlace &place, const CMPath &path, const VeskRoles
         {QStringLiteral("path"), path.toEncoded()}, {QStringLiteral("place"), place.toText()}};
 }
 
+CtlResult<ListForm> Screens::form()
+{
+    const CtlOptions &options = m_session.options();
+    ListForm form {{options.first, options.last}, options.paths, false};
+    if (options.limit > 0)
+        form.range.last = form.range.first + options.limit - 1;
+    if (form.range.last >= 0 && form.range.last < form.range.first)
+        return m_session.fail(CtlStatus::BadUsage, ctlText("--last is before --first"));
+    return form;
+}
+
 CtlResult<> Screens::show(const CMPath &path, const CtlPlace &place, const ListForm &form)
 {
     return m_session.options().json ? printAsJson(path, place, form) : print(path, place, form);

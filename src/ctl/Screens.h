@@ -41,6 +41,8 @@ public:
     {
     }
 
+    /// How the options say that a list is to be shown; a failure when they make no sense.
+    CtlResult<ListForm> form();
     /// Prints rows of the screen at \a path, which users name \a place, as lines or JSON.
     CtlResult<> show(const CMPath &path, const CtlPlace &place, const ListForm &form);
     /// The row at \a index; a failure when there is none.

@@ -10,6 +10,7 @@
 #include <log4cplus/initializer.h>
 
 #include <iostream>
+#include <langinfo.h>
 #include <unistd.h>
 
 namespace {
@@ -38,9 +39,11 @@ int main(int argc, char **argv)
     CtlTerminal terminal {std::cout, std::cerr};
     terminal.width = terminalWidth(STDOUT_FILENO);
     terminal.colours = ::isatty(STDOUT_FILENO) && qEnvironmentVariableIsEmpty("NO_COLOR");
+    terminal.unicode = qstrcmp(::nl_langinfo(CODESET), "UTF-8") == 0;
     terminal.input = STDIN_FILENO;
     terminal.output = STDOUT_FILENO;
     terminal.memory = shownListsFolder();
+    terminal.knownHosts = knownHostsFile();
     terminal.name = terminalName();
     terminal.catalogues = QStringList {
         QCoreApplication::applicationDirPath() + QStringLiteral("/../share/vesk/translations")};

@@ -3,7 +3,6 @@
 
 #include "decoder/DecoderConfinement.h"
 
-#include "base/confinement/CallFilter.h"
 #include "base/confinement/Confining.h"
 
 #include <cerrno>
@@ -25,34 +24,38 @@ constexpr scmp_datum_t NewNamespaces = CLONE_NEWCGROUP | CLONE_NEWIPC | CLONE_NE
 constexpr scmp_datum_t WritingFlags = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
 constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
 
+/// Harmless with any arguments. A name stands for its 32-bit forms, too (CallFilter).
 constexpr const char *HarmlessCalls[] = {
     // memory
-    "brk", "madvise", "mmap", "mmap2", "mprotect", "mremap", "munmap",
+    "brk", "madvise", "mmap", "mprotect", "mremap", "munmap",
     // threads and signals
-    "arch_prctl", "exit", "exit_group", "futex", "futex_time64", "get_robust_list", "getcpu",
-    "getpid", "gettid", "membarrier", "restart_syscall", "rseq", "rt_sigaction", "rt_sigprocmask",
-    "rt_sigreturn", "sched_get_priority_max", "sched_get_priority_min", "sched_getaffinity",
-    "sched_getparam", "sched_getscheduler", "sched_yield", "set_robust_list", "set_tid_address",
-    "sigaltstack",
+    "arch_prctl", "exit", "exit_group", "futex", "get_robust_list", "getcpu", "getpid", "gettid",
+    "membarrier", "restart_syscall", "rseq", "rt_sigaction", "rt_sigprocmask", "rt_sigreturn",
+    "sched_get_priority_max", "sched_get_priority_min", "sched_getaffinity", "sched_getparam",
+    "sched_getscheduler", "sched_yield", "set_robust_list", "set_tid_address", "sigaltstack",
     // time
-    "clock_getres", "clock_getres_time64", "clock_gettime", "clock_gettime64", "clock_nanosleep",
-    "clock_nanosleep_time64", "gettimeofday", "nanosleep", "time", "times",
+    "clock_getres", "clock_gettime", "clock_nanosleep", "gettimeofday", "nanosleep", "time",
+    "times",
     // open descriptors, and the files that Landlock permits
-    "_llseek", "access", "close", "dup", "eventfd2", "faccessat", "faccessat2", "fadvise64",
-    "fcntl64", "fstat", "fstat64", "fstatat64", "fstatfs", "getcwd", "getdents64", "lseek", "lstat",
-    "newfstatat", "pipe2", "poll", "ppoll", "ppoll_time64", "pread64", "read", "readlink",
-    "readlinkat", "readv", "stat", "statx", "write", "writev",
+    "access", "close", "dup", "eventfd2", "faccessat", "faccessat2", "fadvise64", "fstat",
+    "fstatfs", "getcwd", "getdents64", "lseek", "lstat", "newfstatat", "pipe2", "poll", "ppoll",
+    "pread64", "read", "readlink", "readlinkat", "readv", "stat", "statx", "write", "writev",
     // the socket to the host
-    "getsockopt", "recv", "recvfrom", "recvmsg", "send", "sendmsg", "sendto",
+    "getsockopt", "recvfrom", "recvmsg", "sendmsg", "sendto",
+    // the processor's own: the thread's area, and caches after code was written
+    "cacheflush", "get_thread_area", "riscv_flush_icache", "set_thread_area", "set_tls",
     // information about the process and the system
     "getegid", "geteuid", "getgid", "getrandom", "getrusage", "getuid", "sysinfo", "uname"};
 
-void confineCalls()
+} // namespace
+
+std::unique_ptr<CallFilter> callsOfDecoders(std::uint32_t architecture)
 {
     const auto equals = CallFilter::equals;
     const auto masked = CallFilter::masked;
     // ENOSYS, as from a kernel without the call: libraries fall back to another one or do without.
-    CallFilter filter(SCMP_ACT_ERRNO(ENOSYS));
+    auto made = std::make_unique<CallFilter>(SCMP_ACT_ERRNO(ENOSYS), architecture);
+    CallFilter &filter = *made;
     for (const char *call : HarmlessCalls)
         filter.allow(call);
     // Threads only: CLONE_THREAD set, no new namespaces. Without an allowed clone3, whose flags a
@@ -69,10 +72,8 @@ void confineCalls()
     filter.allow("openat", masked(2, WritingFlags, 0));
     for (const int command : {F_GETFD, F_SETFD, F_GETFL, F_SETFL})
         filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
-    filter.load();
+    return made;
 }
-
-} // namespace
 
 void confineDecoder()
 {
@@ -80,5 +81,5 @@ void confineDecoder()
     forbidNewPrivileges();
     confineFiles(loaderFiles());
     dropCapabilities();
-    confineCalls();
+    callsOfDecoders()->load();
 }

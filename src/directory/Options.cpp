@@ -10,9 +10,46 @@ namespace directory {
 
 namespace {
 
+constexpr char Description[] = "A local server that speaks the TuneIn web API.";
+constexpr char Program[] = "tunein-directory";
+
 std::string firstLine(const std::string &text)
 {
     return text.substr(0, text.find('\n'));
+}
+
+void addOptions(CLI::App &app, Options &options, std::vector<std::string> &faults)
+{
+    app.add_option("--listen", options.listen,
+           "Where to serve HTTP (127.0.0.1:8074); port 0 picks a free one")
+        ->type_name("ADDRESS:PORT");
+    auto *tls = app.add_option("--tls-listen", options.tlsListen, "Where to serve HTTPS as well")
+                    ->type_name("ADDRESS:PORT");
+    auto *certificate
+        = app.add_option("--cert", options.certificate, "The certificate for HTTPS, PEM")
+              ->type_name("FILE");
+    auto *key = app.add_option("--key", options.key, "The key of --cert, PEM")->type_name("FILE");
+    tls->needs(certificate)->needs(key);
+    certificate->needs(tls);
+    key->needs(tls);
+    app.add_option("--data", options.data,
+           "What the directory offers, YAML (the file that is installed with it)")
+        ->type_name("FILE");
+    app.add_option("--accounts", options.accounts,
+           "Keeps accounts and favorites there; without it, in memory")
+        ->type_name("FILE");
+    app.add_option("--request-log", options.requestLog, "Appends a line per request")
+        ->type_name("FILE");
+    app.add_option("--title-seconds", options.titleSeconds, "How long a song lasts, and its title")
+        ->type_name("SECONDS")
+        ->check(CLI::Range(1, 86400));
+    app.add_flag("--list-hosts", options.listsHosts,
+        "Prints the hosts of other servers that it stands in for, and ends");
+    app.add_option("--fault", faults, "Does something wrong, for tests of clients")
+        ->type_name("NAME[@PATH][:ARGUMENT][*COUNT]")
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->expected(1)
+        ->take_all();
 }
 
 } // namespace
@@ -21,32 +58,8 @@ Result<Options, std::string> parseOptions(int count, const char *const *argument
 {
     Options options;
     std::vector<std::string> faults;
-    CLI::App app("A local server that speaks the TuneIn web API.", "tunein-directory");
-    app.add_option("--listen", options.listen, "where to serve HTTP; port 0 picks a free one")
-        ->type_name("ADDRESS:PORT");
-    auto *tls = app.add_option("--tls-listen", options.tlsListen, "where to serve HTTPS as well")
-                    ->type_name("ADDRESS:PORT");
-    auto *certificate
-        = app.add_option("--cert", options.certificate, "the certificate, PEM")->type_name("FILE");
-    auto *key = app.add_option("--key", options.key, "its key, PEM")->type_name("FILE");
-    tls->needs(certificate)->needs(key);
-    certificate->needs(tls);
-    key->needs(tls);
-    app.add_option("--data", options.data, "what the directory offers, YAML")->type_name("FILE");
-    app.add_option("--accounts", options.accounts, "keep accounts and favorites there")
-        ->type_name("FILE");
-    app.add_option("--request-log", options.requestLog, "append a line per request")
-        ->type_name("FILE");
-    app.add_option("--title-seconds", options.titleSeconds, "how long a song lasts, and its title")
-        ->type_name("SECONDS")
-        ->check(CLI::Range(1, 86400));
-    app.add_flag("--list-hosts", options.listsHosts,
-        "print the hosts of other servers that it stands in for, and end");
-    app.add_option("--fault", faults, "do something wrong; may be given several times")
-        ->type_name("NAME[@PATH][:ARGUMENT][*COUNT]")
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->expected(1)
-        ->take_all();
+    CLI::App app(Description, Program);
+    addOptions(app, options, faults);
     try {
         app.parse(count, arguments);
     } catch (const CLI::CallForHelp &) {
@@ -64,6 +77,15 @@ Result<Options, std::string> parseOptions(int count, const char *const *argument
     if (options.faults.size() > Faults::MaxFaults)
         return ::failure(std::string("there are too many faults"));
     return options;
+}
+
+void visitOptions(const std::function<void(CLI::App &program)> &visit)
+{
+    Options options;
+    std::vector<std::string> faults;
+    CLI::App app(Description, Program);
+    addOptions(app, options, faults);
+    visit(app);
 }
 
 std::string defaultDataFile()

@@ -7,8 +7,13 @@
 #include "base/Result.h"
 #include "directory/Faults.h"
 
+#include <functional>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+}
 
 namespace directory {
 
@@ -28,6 +33,8 @@ struct Options {
 
 /// The error is one line.
 Result<Options, std::string> parseOptions(int count, const char *const *arguments);
+/// Calls \a visit with all options, for manual pages.
+void visitOptions(const std::function<void(CLI::App &program)> &visit);
 /// ../share/vesk/directory.yaml beside the running program.
 std::string defaultDataFile();
 

@@ -12,31 +12,48 @@
 #include "api/values/VeskValuePaths.h"
 #include "api/web/AddressPolicy.h"
 #include "api/web/HttpClient.h"
+#include "host/DeviceAccess.h"
+#include "host/HostAlarms.h"
+#include "host/HostConfig.h"
+#include "host/HostLibrary.h"
 #include "host/NetworkMonitor.h"
 #include "host/Plugins.h"
+#include "host/RemoteControls.h"
+#include "host/ServiceManager.h"
 #include "host/ServicesWorker.h"
+#include "host/announce/Announcement.h"
 #include "host/player/ChosenStreams.h"
 #include "host/player/PlayLogic.h"
 #include "host/player/StreamPlayer.h"
 #include "host/rpc/AddressGate.h"
+#include "host/rpc/OutputMethods.h"
 #include "host/rpc/PlayerMethods.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/rpc/ServiceFaults.h"
+#include "host/rpc/VolumeMethods.h"
 #include "host/settings/SettingsStore.h"
+#include "host/sound/Outputs.h"
+#include "host/sound/OutputsScreen.h"
+#include "host/sound/PlayerVolume.h"
 #include "host/store/PluginStores.h"
 #include "host/web/Artwork.h"
 #include "host/web/WebFiles.h"
 #include "plugin/runtime/HostFolders.h"
+#include "plugin/runtime/Logging.h"
 #include "plugin/runtime/UiLanguage.h"
 #include "plugin/supervision/PluginStoreAccess.h"
 
+#include <QSysInfo>
 #include <QTimer>
+
+#include <algorithm>
 
 VESK_LOGGER("Host")
 
 Host::Host(const HostOptions &options, QObject *parent)
     : QObject(parent)
     , m_options(options)
+    , m_manager(std::make_unique<ServiceManager>())
     , m_root(std::make_unique<CMRootWorker>())
     , m_values(std::make_unique<CMValuesWorker>())
 {
@@ -44,11 +61,20 @@ Host::Host(const HostOptions &options, QObject *parent)
 
 Host::~Host()
 {
+    m_announcement.reset();
+    m_remoteControls.reset();
     // The server first, so that no request is left when the workers go.
     m_http.reset();
     m_artwork.reset();
+    m_volumeMethods.reset();
     m_playerMethods.reset();
     m_methods.reset();
+    if (m_access)
+        m_access->leave();
+    if (m_library)
+        m_library->leave();
+    if (m_alarms)
+        m_alarms->leave();
     m_rpc.reset();
     m_gate.reset();
     if (m_playLogic)
@@ -56,16 +82,22 @@ Host::~Host()
     m_faults.reset();
     m_plugins.reset();
     PlayLogicInterface::setPlayerInstance(nullptr);
+    m_alarms.reset();
+    m_library.reset();
+    m_outputs.reset();
     m_playLogic.reset();
     m_chosenStreams.reset();
+    m_volume.reset();
     m_streamPlayer.reset();
     m_services.reset();
     m_language.reset();
     m_network.reset();
+    m_access.reset();
     if (m_stores)
         m_root->removeWorker(m_stores.get());
     m_stores.reset();
     m_settings.reset();
+    m_config.reset();
     m_root->removeWorker(m_values.get());
 }
 
@@ -92,11 +124,7 @@ void Host::start()
 bool Host::setUpValues()
 {
     m_options.values.defineIn(m_values.get());
-    // A pinned value stays as it is, so all of them are there before the first is pinned.
-    for (const auto &entry : m_options.pinned)
-        m_values->setValue(entry.first, entry.second);
-    for (const auto &entry : m_options.pinned)
-        m_values->pin(entry.first);
+    m_config = std::make_unique<HostConfig>(m_options, m_values.get());
     for (const QString &prefix : hostValuePrefixes())
         m_root->addWorker(prefix, m_values.get());
 
@@ -108,14 +136,16 @@ bool Host::setUpValues()
         Q_EMIT failed(loaded.error());
         return false;
     }
+    m_config->setUnpinned(m_settings->overruled());
     m_stores = std::make_unique<PluginStores>(folder, m_settings->held());
     m_root->addWorker(PluginStoreAccess::prefix(), m_stores.get());
+    m_access = std::make_unique<DeviceAccess>(m_options, folder, m_settings->held());
     return true;
 }
 
 QString Host::stateFolder() const
 {
-    return m_options.stateFolder.isEmpty() ? SettingsFile::defaultFolder() : m_options.stateFolder;
+    return m_options.stateFolderInUse();
 }
 
 void Host::setUpNetwork()
@@ -149,15 +179,55 @@ void Host::setUpAddressPolicy()
 void Host::setUpPlayer()
 {
     m_streamPlayer = std::make_unique<StreamPlayer>(m_options.audio);
+    setUpSound();
     m_chosenStreams = std::make_unique<ChosenStreams>(stateFolder());
     m_playLogic = std::make_unique<PlayLogic>(m_streamPlayer.get());
     m_playLogic->setChosenStreams(m_chosenStreams.get());
     PlayLogicInterface::setPlayerInstance(m_playLogic.get());
+    const auto followPauseBuffer = [this](const CMPath &path) {
+        if (path == playerPauseBufferPath())
+            m_streamPlayer->setPauseBuffer(std::chrono::minutes(m_values->value(path).int_()));
+    };
+    connect(m_values.get(), &CMValuesWorker::valueChanged, m_streamPlayer.get(), followPauseBuffer);
+    followPauseBuffer(playerPauseBufferPath());
+    m_library = std::make_unique<HostLibrary>(stateFolder(), m_settings->held(), m_playLogic.get());
+    m_library->listIn(m_services->nodes());
+    m_alarms
+        = std::make_unique<HostAlarms>(m_library->database(), m_playLogic.get(), m_volume.get());
+    connect(m_playLogic.get(), &PlayLogic::changed, this, &Host::showStatus);
     connect(m_network.get(), &NetworkMonitor::connectedChanged, m_streamPlayer.get(),
         [player = m_streamPlayer.get()](bool connected) {
             if (connected)
                 player->networkIsBack();
         });
+    setUpOutputs();
+}
+
+void Host::setUpOutputs()
+{
+    m_outputs = std::make_unique<Outputs>(m_streamPlayer->sound(), m_values.get(),
+        m_options.isAudioGiven ? std::optional(m_options.audio) : std::nullopt);
+    new OutputsScreen(m_outputs.get(), m_services->nodes()); // which own it
+    // What played when the device went goes on, if nothing was done about it meanwhile.
+    connect(
+        m_outputs.get(), &Outputs::deviceIsBack, m_playLogic.get(), [logic = m_playLogic.get()] {
+            if (logic->endedByOutput())
+                logic->playRow(logic->row(), [](const CMError &, const VeskHash &) {});
+        });
+}
+
+void Host::setUpSound()
+{
+    m_volume = std::make_unique<PlayerVolume>(m_streamPlayer->sound(), m_values.get());
+    const auto follow = [this](const CMPath &path) {
+        if (path == playerSeamlessPath())
+            m_streamPlayer->setSeamless(m_values->value(path).bool_());
+        else if (path == playerEvennessPath())
+            m_streamPlayer->sound()->setEven(m_values->value(path).bool_());
+    };
+    connect(m_values.get(), &CMValuesWorker::valueChanged, m_streamPlayer.get(), follow);
+    follow(playerSeamlessPath());
+    follow(playerEvennessPath());
 }
 
 void Host::setUpPlugins()
@@ -169,6 +239,7 @@ void Host::setUpPlugins()
             return;
         m_plugins->listIn(m_services.get());
         listen();
+        m_library->goOn(*m_values, m_network.get());
     });
     veskConnect(m_plugins.get(), &Plugins::unloaded, this, &Host::finishStop);
     m_plugins->load();
@@ -202,10 +273,15 @@ void Host::listen()
     if (m_stopping)
         return;
     m_rpc = std::make_unique<JsonRpcDispatcher>();
+    m_config->addTo(m_rpc.get());
     m_methods = std::make_unique<RpcMethods>(m_rpc.get());
     connect(m_values.get(), &CMValuesWorker::valueChanged, m_methods.get(),
         [methods = m_methods.get()] { methods->forgetScreens(); });
     m_playerMethods = std::make_unique<PlayerMethods>(m_rpc.get(), m_playLogic.get());
+    m_playerMethods->setVolume(m_volume.get());
+    m_volumeMethods = std::make_unique<VolumeMethods>(m_rpc.get(), m_volume.get());
+    addOutputMethods(m_rpc.get(), m_outputs.get());
+    m_playerMethods->setOutputs(m_outputs.get());
     m_gate = std::make_unique<AddressGate>();
     m_plugins->declareIn(m_gate.get());
     m_methods->setGate(m_gate.get());
@@ -218,18 +294,99 @@ void Host::listen()
         });
     m_methods->setServiceFaults(m_faults.get());
     m_playerMethods->setGate(m_gate.get());
-    m_http = std::make_unique<HttpServer>(m_rpc.get());
-    setUpPage();
+    m_library->addTo(
+        m_rpc.get(), m_gate.get(), [this](const QString &icon) { m_artwork->remember(icon); },
+        [this](const QString &id) { return m_plugins->prefixOf(id); });
+    if (!setUpServer())
+        return;
+    m_library->addTo(m_http.get());
+    m_alarms->addTo(m_rpc.get(), m_gate.get(), m_library->library(),
+        [this](const QString &icon) { m_artwork->remember(icon); });
+    m_alarms->addTo(m_http.get());
     connect(m_playerMethods.get(), &PlayerMethods::changed, m_http.get(),
         [http = m_http.get()](const QVariant &state) {
             http->sendToAll(jsonRpcNotification(QStringLiteral("player.changed"), state));
         });
-    if (const auto listening = m_http->listen(m_options.listen); !listening) {
-        Q_EMIT failed(listening.error());
-        return;
+    connect(m_outputs.get(), &Outputs::changed, m_http.get(), [http = m_http.get()] {
+        http->sendToAll(jsonRpcNotification(QStringLiteral("outputs.changed"), QVariantHash()));
+    });
+    for (ListenAddress address : m_options.listenAddresses()) {
+        if (address.port == 0) // the same one everywhere
+            address.port = m_http->port();
+        if (const auto listening = m_http->listen(address); !listening) {
+            Q_EMIT failed(
+                QStringLiteral("%1, port %2: %3")
+                    .arg(address.address, QString::number(address.port), listening.error()));
+            return;
+        }
     }
     VESK_INFO("ready at " << m_http->url());
+    const QStringList urls = m_access->urls();
+    for (const QString &url : urls)
+        VESK_INFO("for paired devices at " << url);
+    announce();
+    m_remoteControls = std::make_unique<RemoteControls>(m_playLogic.get());
+    m_remoteControls->useVolume(m_volume.get());
+    m_remoteControls->followPresets(m_library->library());
+    m_remoteControls->offer();
+    showStatus();
+    m_manager->ready();
     Q_EMIT ready(m_http->url());
+}
+
+void Host::announce()
+{
+    const auto addresses = m_http->addresses();
+    const auto served = std::find_if(addresses.begin(), addresses.end(),
+        [](const ListenAddress &address) { return address.isBeyondLoopback(); });
+    if (served == addresses.end())
+        return;
+    AnnouncedHost host;
+    host.name = QStringLiteral("Vesk (%1)").arg(QSysInfo::machineHostName());
+    host.port = served->port;
+    host.isTls = m_access->isTls();
+    host.path = QString::fromLatin1(m_options.names.basePath) + QLatin1Char('/');
+    m_announcement = std::make_unique<Announcement>(host);
+}
+
+bool Host::setUpServer()
+{
+    HttpServerLimits limits;
+    limits.connections = m_options.connections;
+    m_http = std::make_unique<HttpServer>(m_rpc.get(), limits);
+    const auto access = m_access->forServer();
+    if (!access) {
+        Q_EMIT failed(access.error());
+        return false;
+    }
+    m_http->setAccess(*access);
+    m_access->addTo(m_http.get(), m_rpc.get());
+    setUpPage();
+    return true;
+}
+
+void Host::showStatus()
+{
+    const VeskPlayLogicData data = m_playLogic->currentData();
+    const QString title = data.trackRoles().title().toString();
+    setLogStation(data.state() == VeskPlayLogicState::stopped ? QString() : title);
+    switch (data.state()) {
+    case VeskPlayLogicState::playing:
+        return m_manager->setStatus(QStringLiteral("playing %1").arg(title));
+    case VeskPlayLogicState::transitioning:
+        return m_manager->setStatus(QStringLiteral("connecting to %1").arg(title));
+    case VeskPlayLogicState::paused:
+        return m_manager->setStatus(QStringLiteral("paused: %1").arg(title));
+    default:
+        return m_manager->setStatus(QStringLiteral("nothing plays"));
+    }
+}
+
+void Host::reconfigure(const HostOptions &options)
+{
+    VESK_ASSERT_OWN_THREAD();
+    if (m_config && !m_stopping)
+        m_config->reconfigure(options);
 }
 
 void Host::stop()
@@ -239,8 +396,15 @@ void Host::stop()
         return;
     m_stopping = true;
     VESK_INFO("stopping");
+    m_manager->stopping();
+    m_announcement.reset();
+    m_remoteControls.reset();
     if (m_http)
         m_http->close();
+    if (m_library)
+        m_library->endCleanly();
+    if (m_alarms)
+        m_alarms->endCleanly();
     // The plug-ins get to report what played before they are unloaded.
     if (m_playLogic) {
         m_playLogic->stop();
@@ -278,9 +442,14 @@ void Host::finishStop()
     if (m_stopped)
         return;
     m_stopped = true;
+    if (m_volume)
+        m_volume->keep();
     const auto deadline = std::chrono::steady_clock::now() + SettingsStore::EndTime;
     const bool areSettingsKept = m_settings->close();
-    const bool isKept = (!m_stores || m_stores->close(deadline)) && areSettingsKept;
+    const bool areDevicesKept = !m_access || m_access->close(deadline);
+    const bool isLibraryKept = !m_library || m_library->close(deadline);
+    const bool isKept = (!m_stores || m_stores->close(deadline)) && areSettingsKept
+        && areDevicesKept && isLibraryKept;
     // A recording is complete once its play has ended.
     const bool hasPlayed = !m_streamPlayer || m_streamPlayer->waitForEnd(PlayEndTime);
     Q_EMIT stopped(isKept && hasPlayed);

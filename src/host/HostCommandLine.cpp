@@ -18,22 +18,54 @@ struct Argument {
     bool flag = false;
 };
 
+/// With the default, as it is called.
+std::string descriptionOf(const HostOption &option)
+{
+    const std::string description = option.description;
+    const bool isShown = option.fallback && option.kind != HostOption::Flag;
+    return isShown ? description + " (" + option.fallback + ')' : description;
+}
+
 void addOption(CommandLine &app, const HostOption &option, Argument &into)
 {
+    const std::string text = descriptionOf(option);
+    const char *description = text.c_str();
     switch (option.kind) {
     case HostOption::Flag:
-        app.addFlag(option.name, into.flag, option.description).plain();
+        app.addFlag(option.name, into.flag, description).plain();
         return;
     case HostOption::Single:
-        app.addOption(option.name, into.single, option.description).valueName(option.valueName);
+        app.addOption(option.name, into.single, description).valueName(option.valueName);
         return;
     case HostOption::Repeated:
+    case HostOption::OneOrMore:
     case HostOption::Assignment:
-        app.addOption(option.name, into.repeated, option.description)
+        app.addOption(option.name, into.repeated, description)
             .valueName(option.valueName)
             .oneAtATime();
         return;
     }
+}
+
+/// The options, and what is read into.
+struct HostProgram {
+    HostProgram();
+
+    std::optional<std::string> config;
+    std::vector<Argument> given;
+    CommandLine app {
+        "Plays internet radio through plug-ins; browse it with a web browser or veskctl.",
+        "vesk-host"};
+};
+
+HostProgram::HostProgram()
+    : given(static_cast<std::size_t>(hostOptions().size()))
+{
+    app.addOption("--config", config,
+           "A file with these options (~/.config/vesk/vesk.conf, or else /etc/vesk/vesk.conf)")
+        .valueName("FILE");
+    for (std::size_t i = 0; i < given.size(); ++i)
+        addOption(app, hostOptions().at(static_cast<int>(i)), given[i]);
 }
 
 QVariantList valuesOf(const Argument &argument)
@@ -53,7 +85,24 @@ CommandLineEnd badUsage(const char *option, const QString &problem)
     return {2, QStringLiteral("%1: %2").arg(QLatin1String(option), problem)};
 }
 
-/// Other lists are those of the file and of the command line, but plug-ins are chosen as a whole.
+void noteGiven(HostOptions &options, const HostOption &option, const QVariant &value)
+{
+    QString key = QLatin1String(option.key);
+    QVariant said = value;
+    if (option.kind == HostOption::Assignment) {
+        const QString assignment = value.toString();
+        const int equals = assignment.indexOf(QLatin1Char('='));
+        key = CMPath::fromEncoded(assignment.left(equals)).toEncoded();
+        said = assignment.mid(equals + 1);
+    }
+    HostGiven &given = options.given[key];
+    if (option.kind != HostOption::Repeated && option.kind != HostOption::OneOrMore)
+        given.values.clear();
+    given.values.append(said);
+    given.file.clear();
+    given.line = 0;
+}
+
 Result<void, CommandLineEnd> setArguments(
     HostOptions &options, const std::vector<Argument> &given, HostConfigMembers which)
 {
@@ -63,11 +112,14 @@ Result<void, CommandLineEnd> setArguments(
         if (isValues != (which == HostConfigMembers::Values))
             continue;
         const QVariantList values = valuesOf(given[i]);
-        if (qstrcmp(option.name, "--plugin") == 0 && !values.isEmpty())
-            options.plugins.clear();
+        if (option.clear && !values.isEmpty()) {
+            option.clear(options);
+            options.given.remove(QLatin1String(option.key));
+        }
         for (const QVariant &value : values) {
             if (const auto done = option.set(options, value, {}); !done)
                 return failure(badUsage(option.name, done.error()));
+            noteGiven(options, option, value);
         }
     }
     return {};
@@ -77,29 +129,23 @@ Result<void, CommandLineEnd> setArguments(
 
 Result<HostOptions, CommandLineEnd> parseHostCommandLine(const QStringList &arguments)
 {
-    CommandLine app(
-        "Plays internet radio through plug-ins; browse it with a web browser or veskctl.",
-        "vesk-host");
-    std::optional<std::string> config;
-    app.addOption("--config", config, "A file with these options").valueName("FILE");
-    const QVector<HostOption> &known = hostOptions();
-    std::vector<Argument> given(static_cast<std::size_t>(known.size()));
-    for (std::size_t i = 0; i < given.size(); ++i)
-        addOption(app, known.at(static_cast<int>(i)), given[i]);
-    if (const auto end = app.read(arguments))
+    HostProgram program;
+    if (const auto end = program.app.read(arguments))
         return failure(*end);
 
+    const std::optional<std::string> &config = program.config;
+    const std::vector<Argument> &given = program.given;
     HostOptions options;
-    const QString file = config ? QString::fromStdString(*config) : QString();
-    QVariantHash members;
-    if (config) {
-        const auto content = readHostConfigFile(file);
-        if (!content)
-            return failure(CommandLineEnd {2, content.error()});
-        members = *content;
+    options.configFile = config ? QString::fromStdString(*config) : defaultHostConfigFile();
+    HostConfigFile content;
+    if (config || !options.configFile.isEmpty()) {
+        const auto read = readHostConfigFile(options.configFile);
+        if (!read)
+            return failure(CommandLineEnd {2, read.error()});
+        content = *read;
     }
     const auto apply = [&](HostConfigMembers which) -> Result<void, CommandLineEnd> {
-        if (const auto done = applyHostConfig(members, file, which, options); !done)
+        if (const auto done = applyHostConfig(content, which, options); !done)
             return failure(CommandLineEnd {2, done.error()});
         return setArguments(options, given, which);
     };
@@ -110,5 +156,13 @@ Result<HostOptions, CommandLineEnd> parseHostCommandLine(const QStringList &argu
         return failure(done.error());
     if (const QString problem = options.audio.problem(); !problem.isEmpty())
         return failure(badUsage("--audio", problem));
+    if (options.certificateFile.isEmpty() != options.keyFile.isEmpty())
+        return failure(badUsage("--cert", QStringLiteral("it needs --key, and --key needs it")));
     return options;
+}
+
+void visitHostCommandLine(const std::function<void(const Command &program)> &visit)
+{
+    const HostProgram program;
+    visit(program.app);
 }

@@ -5,19 +5,44 @@
 
 #include "base/Result.h"
 
+#include <QPair>
 #include <QString>
-#include <QVariantHash>
+#include <QVariant>
+#include <QVector>
 
 struct HostOptions;
 
-/// The members of a configuration file (JSON; its form is described in docs/host.md).
-Result<QVariantHash, QString> readHostConfigFile(const QString &file);
+/// A member of a configuration file. Lines count from 1; 0 where they are not known.
+struct HostConfigMember {
+    enum Shape { Value, List, Object };
+
+    QString key;
+    int line = 0;
+    Shape shape = Value;
+    /// The value, the list's, or a hash with one entry for each of the object's; with their lines.
+    QVector<QPair<QVariant, int>> values;
+};
+
+/// What a configuration file says; docs/host.md describes its form.
+struct HostConfigFile {
+    QString file;
+    QVector<HostConfigMember> members;
+};
+
+/// The file that is read when none is named: $XDG_CONFIG_HOME/vesk/vesk.conf, or ~/.config's, if it
+/// is there, else /etc/vesk/vesk.conf if it is. Empty without one.
+QString defaultHostConfigFile();
+
+/// Reads \a file: YAML, of which JSON is a part. Of untrusted content: it has at most 1 MiB, a few
+/// levels and no aliases, and nothing but a regular file is opened. An error is one line that names
+/// the file and the line in it. Never throws.
+Result<HostConfigFile, QString> readHostConfigFile(const QString &file);
 
 /// Which members are put into the options: the values, or everything else.
 enum class HostConfigMembers { AllButValues, Values };
 
-/// Puts \a members of \a file into \a options. Files that they name are relative to the folder of
-/// the configuration file. An error names the file and the member; a member that is not known is
+/// Puts the members of \a config into \a options. Files that they name are relative to the folder
+/// of the configuration file. An error names file, line and member; a member that is not known is
 /// one, so that a misspelt one is noticed.
-Result<void, QString> applyHostConfig(const QVariantHash &members, const QString &file,
-    HostConfigMembers which, HostOptions &options);
+Result<void, QString> applyHostConfig(
+    const HostConfigFile &config, HostConfigMembers which, HostOptions &options);

@@ -3,7 +3,6 @@
 
 #include "host/HostConfinement.h"
 
-#include "base/confinement/CallFilter.h"
 #include "base/confinement/Confining.h"
 
 #include <cerrno>
@@ -35,8 +34,8 @@ constexpr const char *RefusedCalls[] = {
     // keys of the system and of its users
     "add_key", "keyctl", "request_key",
     // the machine
-    "acct", "adjtimex", "clock_adjtime", "clock_adjtime64", "clock_settime", "clock_settime64",
-    "ioperm", "iopl", "reboot", "setdomainname", "sethostname", "settimeofday", "stime", "vhangup",
+    "acct", "adjtimex", "clock_adjtime", "clock_settime", "ioperm", "iopl", "reboot",
+    "setdomainname", "sethostname", "settimeofday", "stime", "vhangup",
     // what old programs had
     "_sysctl", "modify_ldt", "sysfs", "uselib", "ustat", "vm86", "vm86old"};
 
@@ -53,9 +52,12 @@ constexpr scmp_datum_t LowerHalf = 0xffffffff;
 /// Makes personality() return the present one and change nothing.
 constexpr scmp_datum_t NoPersonality = 0xffffffff;
 
-std::string refuseCalls()
+} // namespace
+
+std::unique_ptr<CallFilter> callsOfHosts(std::uint32_t architecture)
 {
-    CallFilter filter(SCMP_ACT_ALLOW);
+    auto made = std::make_unique<CallFilter>(SCMP_ACT_ALLOW, architecture);
+    CallFilter &filter = *made;
     for (const char *call : RefusedCalls)
         filter.fail(EPERM, call);
     for (const char *call : MissingCalls)
@@ -66,20 +68,19 @@ std::string refuseCalls()
     }
     filter.fail(EPERM, "personality", CallFilter::isNot(0, NoPersonality));
     // Of the families of sockets those that are for this machine and the internet.
-    filter.fail(EAFNOSUPPORT, "socket", CallFilter::isAbove(0, AF_NETLINK));
+    if (filter.seesArgumentsOfSockets())
+        filter.fail(EAFNOSUPPORT, "socket", CallFilter::isAbove(0, AF_NETLINK));
     // Pushing input into a terminal, as if its user had typed it.
     for (const scmp_datum_t request : {scmp_datum_t(TIOCSTI), scmp_datum_t(TIOCLINUX)})
         filter.fail(EPERM, "ioctl", CallFilter::masked(1, LowerHalf, request));
-    return filter.load();
+    return made;
 }
-
-} // namespace
 
 QStringList confineHost()
 {
     QStringList missing;
     limitResource(RLIMIT_CORE, 0);
-    for (const std::string &what : {forbidNewPrivileges(), refuseCalls()}) {
+    for (const std::string &what : {forbidNewPrivileges(), callsOfHosts()->load()}) {
         if (!what.empty())
             missing.append(QString::fromStdString(what));
     }

@@ -3,7 +3,12 @@
 
 #pragma once
 
+#include "base/confinement/CallFilter.h"
+
 #include <QStringList>
+
+#include <cstdint>
+#include <memory>
 
 /// Gives up, for this process and for all that it starts, what playing radio never needs: new
 /// privileges, core files, and system calls that rule other processes, the machine or the kernel.
@@ -16,3 +21,7 @@
 ///
 /// Returns what this kernel does not offer, a line each.
 QStringList confineHost();
+
+/// The part of it that is about system calls; and for tests that of other architectures. Where the
+/// C library makes the calls for sockets through one (i386), no family of them is refused.
+std::unique_ptr<CallFilter> callsOfHosts(std::uint32_t architecture = SCMP_ARCH_NATIVE);

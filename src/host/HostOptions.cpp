@@ -4,15 +4,20 @@
 #include "host/HostOptions.h"
 
 #include "api/nodes/CMValuesWorker.h"
+#include "host/settings/SettingsFile.h"
 #include "plugin/runtime/HostFolders.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace {
 
 using Done = Result<void, QString>;
+
+constexpr int MaxListeners = 16;
 
 Done setFile(QString &option, const QVariant &value, const QString &folder)
 {
@@ -36,7 +41,7 @@ Done addPlugin(HostOptions &options, const QVariant &value, const QString &folde
     return done;
 }
 
-Done setListen(HostOptions &options, const QVariant &value, const QString &)
+Done addListen(HostOptions &options, const QVariant &value, const QString &)
 {
     const QString address = value.toString();
     const QRegularExpression form(QStringLiteral("^(?:\\[([^\\[\\]]*)\\]|([^:]*)):(\\d{1,5})$"));
@@ -45,15 +50,69 @@ Done setListen(HostOptions &options, const QVariant &value, const QString &)
     if (!match.hasMatch() || port > 65535)
         return failure(QStringLiteral("\"%1\" is no ADDRESS:PORT").arg(address));
     const QString name = match.captured(1) + match.captured(2);
-    const QStringList loopback {
-        QStringLiteral("127.0.0.1"), QStringLiteral("localhost"), QStringLiteral("::1")};
-    if (!loopback.contains(name)) {
-        return failure(
-            QStringLiteral("\"%1\" is not 127.0.0.1, localhost or [::1]: everybody in the "
-                           "network could use this host")
-                .arg(name));
-    }
-    options.listen = {name, static_cast<quint16>(port)};
+    if (name != QLatin1String("localhost")
+        && (name.contains(QLatin1Char('/')) || !AddressRange::parse(name)))
+        return failure(QStringLiteral("\"%1\" is no IP address").arg(name));
+    if (options.listen.size() >= MaxListeners)
+        return failure(QStringLiteral("that are too many addresses"));
+    options.listen.append({name, static_cast<quint16>(port)});
+    return {};
+}
+
+/// A text of at most a host name's length that \a form matches.
+Result<QByteArray, QString> textOf(const QVariant &value, const char *form, const char *what)
+{
+    const QString text = value.toString();
+    const QRegularExpression whole(QRegularExpression::anchoredPattern(QString::fromLatin1(form)));
+    if (value.userType() != QMetaType::QString || text.size() > 300
+        || !whole.match(text).hasMatch())
+        return failure(QStringLiteral("\"%1\" is no %2").arg(text, QLatin1String(what)));
+    return text.toLatin1();
+}
+
+Done addHost(HostOptions &options, const QVariant &value, const QString &)
+{
+    const auto host = textOf(
+        value, "(?:[A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(?::\\d{1,5})?", "NAME or NAME:PORT");
+    if (!host)
+        return failure(host.error());
+    options.names.hosts.append(host->toLower());
+    return {};
+}
+
+Done addOrigin(HostOptions &options, const QVariant &value, const QString &)
+{
+    const auto origin = textOf(value,
+        "https?://(?:[A-Za-z0-9._-]+|\\[[0-9A-Fa-f:.]+\\])(?::\\d{1,5})?", "http(s)://NAME[:PORT]");
+    if (!origin)
+        return failure(origin.error());
+    options.names.origins.append(origin->toLower());
+    return {};
+}
+
+Done setBasePath(HostOptions &options, const QVariant &value, const QString &)
+{
+    const auto path = textOf(value, "(?:/[A-Za-z0-9._~-]+)*/?", "path like /radio");
+    if (!path)
+        return failure(path.error());
+    options.names.basePath = path->endsWith('/') ? path->chopped(1) : *path;
+    return {};
+}
+
+Done addProxy(HostOptions &options, const QVariant &value, const QString &)
+{
+    const auto range = AddressRange::parse(value.toString());
+    if (!range)
+        return failure(range.error());
+    options.names.proxies.append(*range);
+    return {};
+}
+
+Done setFlag(bool &option, const QVariant &value)
+{
+    if (value.userType() != QMetaType::Bool)
+        return failure(QStringLiteral("true or false is needed"));
+    option = value.toBool();
     return {};
 }
 
@@ -64,7 +123,9 @@ Done addPinned(HostOptions &options, const QString &path, const QVariant &value)
     if (!definition)
         return failure(QStringLiteral("there is no value \"%1\"").arg(path));
     const VeskValue read = CMValuesWorker::fromPlain(value, definition->initial.type());
-    const CMError wrong = checkHostValue(*definition, value, read);
+    const bool isSecret = isSecretValue(valuePath);
+    const CMError wrong
+        = checkHostValue(*definition, isSecret ? QVariant(QStringLiteral("***")) : value, read);
     if (!wrong.isEmpty())
         return failure(QStringLiteral("%1: %2").arg(path, wrong.message().toString()));
     options.pinned.append({valuePath, read});
@@ -99,21 +160,15 @@ Done addConnectTo(HostOptions &options, const QVariant &value, const QString &)
 
 Done setAudio(HostOptions &options, const QVariant &value, const QString &folder)
 {
-    const auto spec = AudioOutputSpec::parse(value.toString());
+    // An unquoted null is no text in YAML.
+    const auto spec
+        = AudioOutputSpec::parse(value.isValid() ? value.toString() : QStringLiteral("null"));
     if (!spec)
-        return failure(
-            QStringLiteral("\"%1\" is not auto, null or wav:FILE").arg(value.toString()));
+        return failure(spec.error());
     options.audio = *spec;
-    if (options.audio.kind == AudioOutputSpec::Wav)
+    options.isAudioGiven = true;
+    if (!options.audio.file.isEmpty())
         return setFile(options.audio.file, options.audio.file, folder);
-    return {};
-}
-
-Done setInProcess(HostOptions &options, const QVariant &value, const QString &)
-{
-    if (value.userType() != QMetaType::Bool)
-        return failure(QStringLiteral("true or false is needed"));
-    options.inProcess = value.toBool();
     return {};
 }
 
@@ -134,6 +189,17 @@ Done setSeconds(std::chrono::milliseconds &option, const QVariant &value)
     if (!seconds)
         return failure(seconds.error());
     option = std::chrono::milliseconds(qRound64(*seconds * 1000));
+    return {};
+}
+
+Done setConnections(HostOptions &options, const QVariant &value, const QString &)
+{
+    bool ok = false;
+    const int connections = value.toString().toInt(&ok);
+    if (!ok || connections < 8 || connections > 10000) {
+        return failure(QStringLiteral("\"%1\" is no number from 8 to 10000").arg(value.toString()));
+    }
+    options.connections = connections;
     return {};
 }
 
@@ -168,6 +234,39 @@ QString PluginOptions::effectiveServiceId() const
     const QString name = QFileInfo(file).baseName();
     const QString prefix = QStringLiteral("libvesk_cb_");
     return name.startsWith(prefix) ? name.mid(prefix.size()) : name;
+}
+
+QVector<ListenAddress> HostOptions::listenAddresses() const
+{
+    if (listen.isEmpty())
+        return {ListenAddress()};
+    const auto servesLoopback = [](const ListenAddress &address) {
+        return !address.isBeyondLoopback() || address.isAny();
+    };
+    if (std::any_of(listen.begin(), listen.end(), servesLoopback))
+        return listen;
+    return listen + QVector<ListenAddress> {{ListenAddress().address, listen.first().port}};
+}
+
+bool HostOptions::isBeyondLoopback() const
+{
+    return std::any_of(listen.begin(), listen.end(),
+        [](const ListenAddress &address) { return address.isBeyondLoopback(); });
+}
+
+QString HostOptions::stateFolderInUse() const
+{
+    return stateFolder.isEmpty() ? SettingsFile::defaultFolder() : stateFolder;
+}
+
+bool isSecretValue(const CMPath &path)
+{
+    static const QStringList ends {QStringLiteral("partnerid"), QStringLiteral("password"),
+        QStringLiteral("token"), QStringLiteral("secret"), QStringLiteral("key"),
+        QStringLiteral("session"), QStringLiteral("sessionid")};
+    const QString name = path.toEncoded().toLower();
+    return std::any_of(
+        ends.begin(), ends.end(), [&name](const QString &end) { return name.endsWith(end); });
 }
 
 void readPlugins(HostOptions &options)
@@ -208,44 +307,78 @@ void readPlugins(HostOptions &options)
 const QVector<HostOption> &hostOptions()
 {
     static const QVector<HostOption> options {
-        {HostOption::Repeated, "--plugin", "plugins", "FILE.so", "A plug-in to load", &addPlugin},
-        {HostOption::Single, "--listen", "listen", "ADDRESS:PORT",
-            "Where to serve clients (127.0.0.1:8765)", &setListen},
+        {HostOption::Repeated, "--plugin", "plugins", "FILE.so", "A plug-in to load", nullptr,
+            &addPlugin, [](HostOptions &into) { into.plugins.clear(); }},
+        {HostOption::OneOrMore, "--listen", "listen", "ADDRESS:PORT",
+            "Where to serve clients; devices beyond this one need to be paired", "127.0.0.1:8765",
+            &addListen, [](HostOptions &into) { into.listen.clear(); }},
+        {HostOption::Single, "--cert", "cert", "FILE",
+            "The certificate for other devices (one that the host makes)", nullptr,
+            [](HostOptions &into, const QVariant &value, const QString &folder) {
+                return setFile(into.certificateFile, value, folder);
+            }},
+        {HostOption::Single, "--key", "key", "FILE", "The private key of --cert", nullptr,
+            [](HostOptions &into, const QVariant &value, const QString &folder) {
+                return setFile(into.keyFile, value, folder);
+            }},
+        {HostOption::Flag, "--plain-http", "plainHttp", nullptr,
+            "Serves other devices without TLS, so that everybody in the network can read along",
+            "false",
+            [](HostOptions &into, const QVariant &value, const QString &) {
+                return setFlag(into.plainHttp, value);
+            }},
+        {HostOption::Repeated, "--allow-host", "allowHosts", "NAME[:PORT]",
+            "One more name by which devices may know this host", nullptr, &addHost},
+        {HostOption::Repeated, "--allow-origin", "allowOrigins", "https://NAME",
+            "Where a proxy serves the page", nullptr, &addOrigin},
+        {HostOption::Single, "--base-path", "basePath", "/PATH",
+            "Below which path a proxy serves the page", nullptr, &setBasePath},
+        {HostOption::Repeated, "--trust-proxy", "trustProxies", "ADDRESS[/BITS]",
+            "A proxy that says who its clients are", nullptr, &addProxy},
+        {HostOption::Single, "--connections", "connections", "NUMBER",
+            "How many clients may be connected", "64", &setConnections},
         {HostOption::Assignment, "--set", "values", "PATH=VALUE",
-            "Sets a value and keeps it as it is", &addAssignment},
+            "Sets a value and keeps it as it is", nullptr, &addAssignment},
         {HostOption::Repeated, "--connect-to", "connectTo", "HOST:PORT:ADDRESS:PORT",
-            "Connects elsewhere for HOST:PORT", &addConnectTo},
+            "Connects elsewhere for HOST:PORT", nullptr, &addConnectTo},
         {HostOption::Single, "--ca-file", "caFile", "FILE",
-            "One more certificate authority to trust",
+            "One more certificate authority to trust", nullptr,
             [](HostOptions &into, const QVariant &value, const QString &folder) {
                 return setFile(into.caFile, value, folder);
             }},
-        {HostOption::Single, "--audio", "audio", "auto|null|wav:FILE", "Where sound goes (auto)",
-            &setAudio},
+        {HostOption::Single, "--audio", "audio", "OUTPUT",
+            "Where sound goes: auto, null, wav:FILE, alsa[:DEVICE], pulse[:NAME], pipewire[:NAME], "
+            "jack, pipe:FILE or tcp:HOST:PORT",
+            "auto", &setAudio},
         {HostOption::Flag, "--in-process", "inProcess", nullptr,
-            "Runs plug-ins in this process, where one that crashes ends the host", &setInProcess},
+            "Runs plug-ins in this process, where one that crashes ends the host", "false",
+            [](HostOptions &into, const QVariant &value, const QString &) {
+                return setFlag(into.inProcess, value);
+            }},
         {HostOption::Single, "--restart-wait", "restartWait", "SECONDS",
-            "The longest wait before a plug-in that crashed is started again (30)",
+            "The longest wait before a plug-in that crashed is started again", "30",
             [](HostOptions &into, const QVariant &value, const QString &) {
                 return setSeconds(into.restartWait, value);
             }},
         {HostOption::Single, "--watchdog", "watchdog", "SECONDS",
-            "How long the main loop may stand still before the host aborts, 0 for ever (10)",
+            "How long the main loop may stand still before the host aborts, 0 for ever", "10",
             [](HostOptions &into, const QVariant &value, const QString &) {
                 return setSeconds(into.watchdog, value);
             }},
         {HostOption::Single, "--state-dir", "stateFolder", "DIR", "Where settings are kept",
+            nullptr,
             [](HostOptions &into, const QVariant &value, const QString &folder) {
                 return setFile(into.stateFolder, value, folder);
             }},
         {HostOption::Single, "--log-level", "logLevel", "trace|debug|info|warn|error",
-            "How much is logged (info)", &setLogLevel},
+            "How much is logged", "info", &setLogLevel, nullptr, true},
         {HostOption::Single, "--log-file", "logFile", "FILE", "Where the log goes (standard error)",
+            nullptr,
             [](HostOptions &into, const QVariant &value, const QString &folder) {
                 return setFile(into.logFile, value, folder);
             }},
         {HostOption::Single, "--log-size", "logSize", "MIB",
-            "How large the log's file grows (10), 0: any size", &setLogSize},
+            "How large the log's file grows, 0: to any size", "10", &setLogSize, nullptr, true},
     };
     return options;
 }

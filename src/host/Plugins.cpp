@@ -142,6 +142,7 @@ std::unique_ptr<Plugin> Plugins::makeSupervisedPlugin(
     const QString file = QFileInfo(options.file).absoluteFilePath();
     PluginProcessOptions worker;
     worker.program = HostFolders::pluginProgram();
+    worker.id = options.descriptor.id;
     worker.start = [this, file, config, descriptor = options.descriptor] {
         StartMessage message = startMessage(file, config);
         message.catalogueFolder = descriptor.catalogueFolder(file);
@@ -201,6 +202,16 @@ void Plugins::declareIn(AddressGate *gate) const
         if (!plugin->root().isEmpty())
             gate->declare(plugin->root(), plugin->descriptor().changing);
     }
+}
+
+QString Plugins::prefixOf(const QString &id) const
+{
+    VESK_ASSERT_OWN_THREAD();
+    for (const auto &plugin : m_plugins) {
+        if (plugin->descriptor().id == id)
+            return plugin->root().prefix();
+    }
+    return {};
 }
 
 void Plugins::declareIn(ServiceFaults *faults) const

@@ -40,6 +40,8 @@ public:
     void listIn(ServicesWorker *services);
     /// What each of them says of its addresses.
     void declareIn(AddressGate *gate) const;
+    /// The prefix of the paths of the plug-in with this id; empty when there is none.
+    QString prefixOf(const QString &id) const;
     /// What each of them says of its service.
     void declareIn(ServiceFaults *faults) const;
     /// What each of them says of the messages that its service keeps in the place of streams.

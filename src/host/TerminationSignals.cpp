@@ -32,11 +32,11 @@ void maskSignals(int how)
 
 } // namespace
 
-TerminationSignals::TerminationSignals(bool hangUps, QObject *parent)
+TerminationSignals::TerminationSignals(QObject *parent)
     : QObject(parent)
     , m_sources {g_unix_signal_add(SIGTERM, &signalCame, this),
-          g_unix_signal_add(SIGINT, &signalCame, this)}
-    , m_hangUps(hangUps ? g_unix_signal_add(SIGHUP, &hangUpCame, this) : 0)
+          g_unix_signal_add(SIGINT, &signalCame, this),
+          g_unix_signal_add(SIGHUP, &hangUpCame, this)}
 {
     maskSignals(SIG_UNBLOCK);
 }
@@ -45,8 +45,6 @@ TerminationSignals::~TerminationSignals()
 {
     for (const unsigned source : m_sources)
         g_source_remove(source);
-    if (m_hangUps != 0)
-        g_source_remove(m_hangUps);
 }
 
 void TerminationSignals::hold()

@@ -5,15 +5,14 @@
 
 #include <QObject>
 
-/// Turns SIGTERM and SIGINT into one Qt signal, and, if wanted, SIGHUP into another. Main thread,
-/// in the GLib main loop that Qt runs there; one at a time. While it lives these signals have no
-/// other effect. One that came after hold() is delivered by the main loop.
+/// Turns SIGTERM and SIGINT into one Qt signal, and SIGHUP into another. Main thread, in the GLib
+/// main loop that Qt runs there; one at a time. While it lives these signals have no other effect.
+/// One that came after hold() is delivered by the main loop.
 class TerminationSignals : public QObject {
     Q_OBJECT
 
 public:
-    /// With \a hangUps SIGHUP is caught, too: the log's file is to be reopened.
-    explicit TerminationSignals(bool hangUps, QObject *parent = nullptr);
+    explicit TerminationSignals(QObject *parent = nullptr);
     ~TerminationSignals() override;
 
     /// Blocks the signals until the first of these objects unblocks them. Call it before there are
@@ -22,9 +21,9 @@ public:
 
 Q_SIGNALS:
     void requested();
+    /// The log's file is to be reopened, and the configuration to be read again.
     void hungUp();
 
 private:
-    unsigned m_sources[2];
-    unsigned m_hangUps;
+    unsigned m_sources[3];
 };

@@ -9,6 +9,7 @@
 #include "host/HostConfinement.h"
 #include "host/TerminationSignals.h"
 #include "host/Watchdog.h"
+#include "host/store/StateVersion.h"
 #include "plugin/runtime/Descriptors.h"
 #include "plugin/runtime/Logging.h"
 #include "plugin/runtime/Memory.h"
@@ -35,13 +36,23 @@ int complain(int status, const QString &text)
     return status;
 }
 
-int run(const HostOptions &options)
+/// Opens the log's file anew, and takes over what can change of the configuration.
+void readAgain(Host &host, const QStringList &arguments)
+{
+    reopenLog();
+    if (const auto commandLine = parseHostCommandLine(arguments))
+        host.reconfigure(*commandLine);
+    else
+        VESK_ERROR("The configuration stays as it was: " << commandLine.error().text);
+}
+
+int run(const HostOptions &options, const QStringList &arguments)
 {
     std::optional<Watchdog> watchdog;
     if (options.watchdog.count() > 0)
         watchdog.emplace(options.watchdog);
     Host host(options);
-    TerminationSignals signals(!options.logFile.isEmpty());
+    TerminationSignals signals;
     int status = Success;
     QObject::connect(&host, &Host::ready, [](const QString &url) {
         std::cout << "vesk-host: ready at " << url.toStdString() << std::endl;
@@ -51,7 +62,8 @@ int run(const HostOptions &options)
         host.stop();
     });
     QObject::connect(&signals, &TerminationSignals::requested, &host, &Host::stop);
-    QObject::connect(&signals, &TerminationSignals::hungUp, &reopenLog);
+    QObject::connect(&signals, &TerminationSignals::hungUp, &host,
+        [&host, &arguments] { readAgain(host, arguments); });
     QObject::connect(&host, &Host::stopped, [&](bool complete) {
         if (!complete)
             ::_exit(Failure);
@@ -74,13 +86,17 @@ int main(int argc, char **argv)
     const QStringList notConfined = confineHost();
     // The server and the network monitor live in GLib's main loop, which Qt must therefore run.
     qunsetenv("QT_NO_GLIB");
+    // GLib would ask NetworkManager otherwise, by calls that wait for a system bus that hangs, and
+    // over a connection that ends the process with the bus.
+    qputenv("GIO_USE_NETWORK_MONITOR", "netlink");
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
     const log4cplus::Initializer logging;
     const QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("vesk-host"));
 
-    const auto commandLine = parseHostCommandLine(commandLineArguments(argc, argv));
+    const QStringList arguments = commandLineArguments(argc, argv);
+    const auto commandLine = parseHostCommandLine(arguments);
     if (!commandLine) {
         const CommandLineEnd &end = commandLine.error();
         if (end.status != Success)
@@ -89,6 +105,9 @@ int main(int argc, char **argv)
         return Success;
     }
     const HostOptions &options = *commandLine;
+    // Before anything is opened that may lie in the folder.
+    if (const auto state = StateVersion(options.stateFolderInUse()).check(); !state)
+        return complain(ExitStatus::Failure, state.error());
     const auto logged = setUpLogging(options.logLevel, options.logFile, options.logSize);
     if (!logged)
         return complain(BadUsage, QStringLiteral("--log-file: ") + logged.error());
@@ -100,5 +119,5 @@ int main(int argc, char **argv)
         return complain(BadUsage,
             QStringLiteral("--ca-file: there is no certificate in %1").arg(options.caFile));
     }
-    return run(options);
+    return run(options, arguments);
 }

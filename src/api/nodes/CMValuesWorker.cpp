@@ -216,6 +216,14 @@ void CMValuesWorker::pin(const CMPath &path)
     found->pinned = true;
 }
 
+void CMValuesWorker::unpin(const CMPath &path)
+{
+    const VeskMutexLock lock(m_mutex);
+    const auto found = m_entries.find(keyOf(path));
+    VESK_ASSERT(found != m_entries.end());
+    found->pinned = false;
+}
+
 VeskValue CMValuesWorker::value(const CMPath &path) const
 {
     const VeskMutexLock lock(m_mutex);

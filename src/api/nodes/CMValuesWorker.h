@@ -49,6 +49,8 @@ public:
     void setCheck(const CMPath &path, Check check);
     /// Makes every later change of the value fail.
     void pin(const CMPath &path);
+    /// Ends that; the value stays what it is until it is set.
+    void unpin(const CMPath &path);
 
     /// To be called once, on any thread, with an empty error when the value is persisted; not after
     /// this is destroyed. Destroying it uncalled ends the request with an error.

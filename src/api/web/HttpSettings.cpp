@@ -6,6 +6,7 @@
 #include "api/core/Mutex.h"
 #include "api/core/vesk.h"
 #include "api/web/ConnectionGuard.h"
+#include "api/web/private/SystemCertificates.h"
 
 #include <QtGlobal>
 
@@ -43,13 +44,6 @@ void changeSettings(const Change &change)
     changed->certificates = before.certificates;
     change(*changed);
     shared.settings = changed;
-}
-
-/// SSL_CERT_DIR, as OpenSSL and the curl tool read it, or Debian's folder of hashed certificates.
-QByteArray certificateFolder()
-{
-    const QByteArray folder = qgetenv("SSL_CERT_DIR");
-    return folder.isEmpty() ? QByteArrayLiteral("/etc/ssl/certs") : folder;
 }
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view start)
@@ -118,9 +112,13 @@ void setUpHttpHandle(CURL *easy)
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
     set(CURLOPT_SSLVERSION, long(CURL_SSLVERSION_TLSv1_2));
-    // The hashed folder alone: reading the one big file takes 16 ms for every connection.
-    set(CURLOPT_CAINFO, static_cast<const char *>(nullptr));
-    set(CURLOPT_CAPATH, certificateFolder().constData());
+    // A hashed folder alone, if there is one: reading the one big file takes 16 ms for every
+    // connection.
+    const auto orNone
+        = [](const QByteArray &name) { return name.isEmpty() ? nullptr : name.data(); };
+    const SystemCertificates certificates = SystemCertificates::current();
+    set(CURLOPT_CAINFO, orNone(certificates.file));
+    set(CURLOPT_CAPATH, orNone(certificates.folder));
 }
 
 void HttpRedirectRule::start(bool isHttps)

@@ -32,8 +32,8 @@ struct VESK_API HttpSettings {
 };
 
 /// Sets the options that all exchanges of the system share: User-Agent, http and https only, at
-/// most five redirects, certificates verified against the folder that SSL_CERT_DIR names
-/// (/etc/ssl/certs without it).
+/// most five redirects, certificates verified against what SSL_CERT_DIR and SSL_CERT_FILE
+/// name, or without them the system's.
 VESK_API void setUpHttpHandle(CURL *easy);
 
 /// Checks the response heads of one exchange while libcurl follows its redirects: a redirect must

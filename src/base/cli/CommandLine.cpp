@@ -14,6 +14,40 @@ std::vector<CLI::App *> below(CLI::App *app)
     return app->get_subcommands([](CLI::App *) { return true; });
 }
 
+/// The name of an option's value, without the bounds that CLI11 adds to it.
+QString valueNameOf(CLI::Option *option)
+{
+    std::string name = option->get_type_name();
+    try {
+        const std::string bounds = ':' + option->get_validator(0)->get_description();
+        if (bounds.size() > 1 && name.size() > bounds.size()
+            && name.compare(name.size() - bounds.size(), bounds.size(), bounds) == 0)
+            name.resize(name.size() - bounds.size());
+    } catch (const CLI::OptionNotFound &) {
+        // It takes any value.
+    }
+    return QString::fromStdString(name);
+}
+
+OptionDescription described(CLI::Option *option)
+{
+    OptionDescription description;
+    description.isArgument = option->get_positional();
+    if (description.isArgument)
+        description.names.append(QString::fromStdString(option->get_name(true)));
+    for (const std::string &name : option->get_snames())
+        description.names.append(QStringLiteral("-") + QString::fromStdString(name));
+    for (const std::string &name : option->get_lnames())
+        description.names.append(QStringLiteral("--") + QString::fromStdString(name));
+    if (!description.isArgument && option->get_items_expected_max() > 0)
+        description.valueName = valueNameOf(option);
+    description.description = QString::fromStdString(option->get_description());
+    description.isRequired = option->get_required();
+    description.isRepeated = option->get_items_expected_max() > 1
+        || option->get_multi_option_policy() == CLI::MultiOptionPolicy::TakeAll;
+    return description;
+}
+
 } // namespace
 
 CommandOption &CommandOption::required()
@@ -137,6 +171,38 @@ void Command::onChosen(std::function<void()> chosen)
     m_app->callback(std::move(chosen));
 }
 
+QString Command::description() const
+{
+    return QString::fromStdString(m_app->get_description());
+}
+
+bool Command::requiresCommand() const
+{
+    return m_app->get_require_subcommand_min() > 0;
+}
+
+QVector<OptionDescription> Command::describedOptions() const
+{
+    QVector<OptionDescription> all;
+    for (CLI::Option *option : m_app->get_options()) {
+        if (option != m_app->get_help_ptr())
+            all.append(described(option));
+    }
+    return all;
+}
+
+QString Command::name() const
+{
+    return QString::fromStdString(m_app->get_name());
+}
+
+bool Command::takesArguments() const
+{
+    const auto options = m_app->get_options();
+    return std::any_of(options.begin(), options.end(),
+        [](const CLI::Option *option) { return option->get_positional(); });
+}
+
 QStringList Command::commands() const
 {
     QStringList names;
@@ -185,7 +251,7 @@ CommandLine::~CommandLine() = default;
 
 void CommandLine::setVersion(const char *version)
 {
-    m_app->set_version_flag("--version", version);
+    m_app->set_version_flag("--version", version, "Print the version, and end");
 }
 
 void CommandLine::setFooter(const char *footer)

@@ -5,6 +5,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <functional>
 #include <memory>
@@ -57,6 +58,19 @@ private:
     CLI::Option *m_option;
 };
 
+/// What is known of an option, a flag or an argument, for manual pages and completion.
+struct OptionDescription {
+    /// "-l" and "--long"; of an argument its name.
+    QStringList names;
+    /// Of an option's value; empty for flags and arguments.
+    QString valueName;
+    QString description;
+    bool isArgument = false;
+    bool isRequired = false;
+    /// Takes several values, or can be given several times.
+    bool isRepeated = false;
+};
+
 /// A command with its options, arguments and commands below it. A handle as well.
 ///
 /// Names are those of CLI11: "-l,--long", or "PLACE" for an argument.
@@ -85,6 +99,15 @@ public:
     /// \a chosen is called after reading when this command was given.
     void onChosen(std::function<void()> chosen);
 
+    QString name() const;
+    QString description() const;
+    /// Whether requireCommand() was called.
+    bool requiresCommand() const;
+    /// Its own options and arguments, in the order in which they were added; of those above it
+    /// none, and not --help, which every command has.
+    QVector<OptionDescription> describedOptions() const;
+    /// Whether it takes arguments that are no options.
+    bool takesArguments() const;
     /// The commands below it.
     QStringList commands() const;
     std::optional<Command> command(const QString &name) const;

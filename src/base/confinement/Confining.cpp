@@ -68,8 +68,12 @@ std::string dropCapabilities()
 
 void limitResource(int resource, unsigned long long most)
 {
-    const rlimit limits {most, most};
+    const rlimit limits {static_cast<rlim_t>(most), static_cast<rlim_t>(most)};
+#ifdef __GLIBC__ // where it is an enumeration
     ::setrlimit(static_cast<__rlimit_resource_t>(resource), &limits);
+#else
+    ::setrlimit(resource, &limits);
+#endif
 }
 
 void limitResources(unsigned long long memoryBytes, unsigned long long descriptors)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "host/http/Caller.h"
+
 #include <QByteArray>
 #include <QObject>
 
@@ -27,6 +29,16 @@ private:
     bool m_isSubscribed = false;
 };
 
+/// Where a message comes from.
+struct MessageSender {
+    /// Null for a POST.
+    MessagePeer *peer = nullptr;
+    /// Destroyed when the client leaves without waiting for the reply; it is the peer for a
+    /// WebSocket, and null when there is no way to tell.
+    const QObject *client = nullptr;
+    Caller caller;
+};
+
 /// What the server does with the messages of its clients: the bodies of POST requests, and the text
 /// messages of WebSockets. Main thread.
 class MessageHandler {
@@ -40,10 +52,6 @@ public:
     virtual ~MessageHandler() = default;
 
     /// Calls \a reply once and drops it, maybe before this returns, and also when the client has
-    /// left: a POST's connection stays open until then. \a peer is null for a POST. \a client is
-    /// destroyed when the client leaves without waiting for the reply; it is \a peer for a
-    /// WebSocket, and null when there is no way to tell.
-    virtual void handle(
-        const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply)
-        = 0;
+    /// left: a POST's connection stays open until then.
+    virtual void handle(const QByteArray &message, const MessageSender &sender, Reply reply) = 0;
 };

@@ -26,16 +26,17 @@ RefusalLog::~RefusalLog()
         writeCount(entry.first, entry.second);
 }
 
-void RefusalLog::log(const QByteArray &line)
+void RefusalLog::log(const QByteArray &line, int times)
 {
     VESK_ASSERT_OWN_THREAD();
     const bool isKnown = m_kinds.count(line) > 0 || m_kinds.size() < MaxKinds;
     const QByteArray kindLine = isKnown ? line : QByteArray(OtherKinds);
     Kind &kind = kindOf(kindLine);
     if (kind.second.isActive()) {
-        ++kind.suppressed;
+        kind.suppressed += times;
         return;
     }
+    kind.suppressed += times - 1;
     kind.second.start();
     m_write(kindLine);
 }

@@ -26,8 +26,8 @@ public:
     /// Logs the counts of the current second.
     ~RefusalLog() override;
 
-    /// \a line says what was refused and why; equal lines are of one kind.
-    void log(const QByteArray &line);
+    /// \a line says what was refused and why; equal lines are of one kind. It has been so \a times.
+    void log(const QByteArray &line, int times = 1);
 
 private:
     struct Kind {

@@ -3,24 +3,26 @@
 
 #include "host/http/WebSocketSession.h"
 
-#include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
-#include "host/http/MeteredStream.h"
-#include "host/http/RefusalLog.h"
+#include "host/http/HttpConnection.h"
 
-#include <QPointer>
+#include <boost/asio/buffer.hpp>
 
-#include <libsoup/soup.h>
+#include <algorithm>
 
 VESK_LOGGER("Host.Http")
 
+namespace websocket = boost::beast::websocket;
+
 namespace {
 
-constexpr guint KeepAliveSeconds = 30;
-constexpr quint64 MaskSize = 4;
+constexpr std::size_t MaskSize = 4;
+/// Of a message. Memory for the first piece is kept while a client is idle.
+constexpr std::size_t FirstPiece = 128;
+constexpr std::size_t NextPiece = 16 * 1024;
 
 /// The frame that holds \a payload bytes, without mask (RFC 6455, section 5.2).
-quint64 framedSize(quint64 payload)
+std::size_t framedSize(std::size_t payload)
 {
     if (payload < 126)
         return payload + 2;
@@ -29,127 +31,185 @@ quint64 framedSize(quint64 payload)
 
 } // namespace
 
-/// What libsoup calls; \a data is the session.
-struct WebSocketSession::Handlers {
-    static void message(
-        SoupWebsocketConnection *, SoupWebsocketDataType type, GBytes *message, gpointer data)
-    {
-        auto *self = static_cast<WebSocketSession *>(data);
-        if (type != SOUP_WEBSOCKET_DATA_TEXT)
-            return self->close(SOUP_WEBSOCKET_CLOSE_UNSUPPORTED_DATA);
-        gsize size = 0;
-        const void *bytes = g_bytes_get_data(message, &size);
-        self->receive(QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)));
-    }
-
-    static void pong(SoupWebsocketConnection *, GBytes *message, gpointer data)
-    {
-        static_cast<WebSocketSession *>(data)->allow(g_bytes_get_size(message));
-    }
-
-    static void error(SoupWebsocketConnection *, GError *error, gpointer data)
-    {
-        static_cast<WebSocketSession *>(data)->m_refusals.log(
-            "WebSocket: " + QByteArray(error->message));
-    }
-
-    static void closed(SoupWebsocketConnection *, gpointer data)
-    {
-        static_cast<WebSocketSession *>(data)->ended();
-    }
-};
-
-WebSocketSession::WebSocketSession(GIOStream *stream, GIOStream *metered, MessageHandler *handler,
-    RefusalLog &refusals, QObject *parent)
-    : MessagePeer(parent)
-    , m_handler(handler)
-    , m_refusals(refusals)
-    , m_metered(G_IO_STREAM(g_object_ref(metered)))
-    , m_queued(meteredStreamBytesWritten(metered))
+WebSocketSession::WebSocketSession(
+    ServerThread &server, HttpConnection &connection, ClientStream &stream, ClientId id)
+    : m_server(server)
+    , m_connection(connection)
+    , m_stream(stream)
+    , m_id(id)
+    , m_socket(stream)
+    , m_state(std::make_shared<ServerEvents::SocketState>())
+    , m_allowed(std::chrono::steady_clock::now())
 {
-    meteredStreamSetReadAllowance(m_metered, MaxExtra);
-    GUri *uri
-        = g_uri_parse("ws://localhost/ws", static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), nullptr);
-    m_connection = soup_websocket_connection_new(
-        stream, uri, SOUP_WEBSOCKET_CONNECTION_SERVER, nullptr, nullptr, nullptr);
-    g_uri_unref(uri);
     // A message that is somewhat too long is read all the same: to close a socket with unread bytes
     // resets the connection, and the client would lose the close code.
-    soup_websocket_connection_set_max_incoming_payload_size(m_connection, MaxExtra);
-    soup_websocket_connection_set_keepalive_interval(m_connection, KeepAliveSeconds);
-    g_signal_connect(m_connection, "message", G_CALLBACK(&Handlers::message), this);
-    g_signal_connect(m_connection, "pong", G_CALLBACK(&Handlers::pong), this);
-    g_signal_connect(m_connection, "error", G_CALLBACK(&Handlers::error), this);
-    g_signal_connect(m_connection, "closed", G_CALLBACK(&Handlers::closed), this);
-    m_sinceAllowed.start();
-    VESK_DEBUG("WebSocket opened");
+    m_socket.read_message_max(MaxExtra);
+    m_socket.text(true);
+    m_socket.auto_fragment(false);
+    m_socket.set_option(websocket::stream_base::timeout {CloseTime, Silence, true});
+    m_socket.control_callback(
+        [this](websocket::frame_type type, boost::beast::string_view payload) {
+            if (type == websocket::frame_type::pong)
+                allow(payload.size());
+        });
 }
 
 WebSocketSession::~WebSocketSession()
 {
-    g_signal_handlers_disconnect_by_data(m_connection, this);
-    g_object_unref(m_connection);
-    g_object_unref(m_metered);
+    end();
 }
 
-void WebSocketSession::close(unsigned short code)
+template <class Function>
+auto WebSocketSession::kept(Function function)
 {
-    VESK_ASSERT_OWN_THREAD();
-    if (soup_websocket_connection_get_state(m_connection) == SOUP_WEBSOCKET_STATE_OPEN)
-        soup_websocket_connection_close(m_connection, code, nullptr);
+    return [this, keep = m_connection.shared_from_this(), function](auto &&...arguments) {
+        function(*this, std::forward<decltype(arguments)>(arguments)...);
+    };
 }
 
-void WebSocketSession::receive(const QByteArray &message)
+void WebSocketSession::start(const QByteArray &request)
 {
-    Q_EMIT received();
-    allow(static_cast<quint64>(message.size()));
-    if (message.size() > MaxMessage)
-        return close(SOUP_WEBSOCKET_CLOSE_TOO_BIG);
-    const QPointer<WebSocketSession> guard(this);
-    ++m_unanswered;
-    m_handler->handle(message, this, this, [guard](const QByteArray &reply) {
-        if (!guard)
-            return;
-        --guard->m_unanswered;
-        if (!reply.isEmpty())
-            guard->send(reply);
-    });
+    m_stream.setReadAllowance(MaxExtra);
+    const auto bytes = std::make_shared<QByteArray>(request);
+    m_socket.async_accept(
+        boost::asio::buffer(bytes->constData(), static_cast<std::size_t>(bytes->size())),
+        kept([bytes](WebSocketSession &self, const Error &error) {
+            if (error)
+                return self.m_connection.shutDown();
+            VESK_DEBUG("WebSocket opened");
+            self.m_isAccepted = true;
+            self.m_isOpen = true;
+            self.m_server.events.opened(
+                self.m_id, self.m_connection.caller(), self.m_state, self.m_connection.peer());
+            if (self.m_closeOnceOpen)
+                self.close(*self.m_closeOnceOpen);
+            self.write();
+            self.read();
+        }));
 }
 
-void WebSocketSession::allow(quint64 payload)
+void WebSocketSession::read()
 {
-    const auto elapsed = static_cast<quint64>(m_sinceAllowed.restart());
-    const quint64 allowance = meteredStreamReadAllowance(m_metered) + framedSize(payload) + MaskSize
-        + elapsed * ExtraPerSecond / 1000;
-    meteredStreamSetReadAllowance(m_metered, qMin(allowance, MaxExtra));
+    m_socket.async_read_some(m_incoming, m_incoming.size() == 0 ? FirstPiece : NextPiece,
+        kept([](WebSocketSession &self, const Error &error, std::size_t) {
+            if (!error && !self.m_socket.is_message_done())
+                return self.read();
+            self.receive(error);
+        }));
+}
+
+void WebSocketSession::receive(const Error &error)
+{
+    if (error) {
+        if (error == boost::asio::error::message_size)
+            return drop("the client sends too much beside its messages");
+        if (error.category() == websocket::make_error_code(websocket::error::closed).category()
+            && error != websocket::error::closed)
+            m_server.refuse("WebSocket: " + QByteArray::fromStdString(error.message()));
+        end();
+        return m_connection.linger();
+    }
+    m_connection.touch();
+    const auto size = m_incoming.size();
+    allow(size);
+    if (m_isClosing) {
+        m_incoming.consume(size);
+        return read();
+    }
+    if (!m_socket.got_text())
+        return close(websocket::close_code::unknown_data);
+    if (size > MaxMessage)
+        return close(websocket::close_code::too_big);
+    const QByteArray message(
+        static_cast<const char *>(m_incoming.data().data()), static_cast<int>(size));
+    // An idle client needs no memory for its next message.
+    m_incoming.consume(size);
+    m_incoming.shrink_to_fit();
+    const int untaken = ++m_state->untaken;
+    m_server.events.received(m_id, message);
+    if (untaken < ServerThread::MaxUntaken)
+        read();
+}
+
+void WebSocketSession::readOn()
+{
+    if (m_isOpen)
+        read();
+}
+
+void WebSocketSession::allow(std::size_t payload)
+{
+    const auto now = std::chrono::steady_clock::now();
+    const auto earned = std::chrono::duration_cast<std::chrono::milliseconds>(now - m_allowed);
+    m_allowed = now;
+    const quint64 allowance = m_stream.readAllowance() + framedSize(payload) + MaskSize
+        + static_cast<quint64>(earned.count()) * ExtraPerSecond / 1000;
+    m_stream.setReadAllowance(std::min(allowance, MaxExtra));
 }
 
 void WebSocketSession::send(const QByteArray &message)
 {
-    VESK_ASSERT_OWN_THREAD();
-    if (m_ended || soup_websocket_connection_get_state(m_connection) != SOUP_WEBSOCKET_STATE_OPEN)
+    if (m_isClosing)
         return;
-    m_queued += framedSize(static_cast<quint64>(message.size()));
-    const quint64 written = meteredStreamBytesWritten(m_metered);
-    if (m_queued > written + MaxBacklog)
+    m_outgoing.push_back(message);
+    m_backlog += message.size();
+    if (m_backlog > MaxBacklog + m_outgoing.front().size())
         return drop("the client does not read what it is sent");
-    GBytes *bytes = g_bytes_new(message.constData(), static_cast<gsize>(message.size()));
-    soup_websocket_connection_send_message(m_connection, SOUP_WEBSOCKET_DATA_TEXT, bytes);
-    g_bytes_unref(bytes);
+    if (m_isOpen && m_outgoing.size() == 1)
+        write();
 }
 
-void WebSocketSession::drop(const char *reason)
+void WebSocketSession::write()
 {
-    m_refusals.log("WebSocket dropped: " + QByteArray(reason));
-    ended();
-}
-
-void WebSocketSession::ended()
-{
-    if (m_ended)
+    if (m_outgoing.empty() || m_isClosing)
         return;
-    m_ended = true;
+    const QByteArray &message = m_outgoing.front();
+    m_socket.async_write(
+        boost::asio::buffer(message.constData(), static_cast<std::size_t>(message.size())),
+        kept([](WebSocketSession &self, const Error &error, std::size_t) {
+            if (self.m_outgoing.empty())
+                return;
+            self.m_backlog -= self.m_outgoing.front().size();
+            self.m_outgoing.pop_front();
+            if (error)
+                self.m_connection.shutDown();
+            else
+                self.write();
+        }));
+}
+
+void WebSocketSession::close(websocket::close_code code)
+{
+    if (m_isClosing)
+        return;
+    if (!m_isAccepted) {
+        // The client may have its response to the handshake already.
+        m_closeOnceOpen = code;
+        return m_connection.limit(CloseTime);
+    }
+    if (!m_isOpen)
+        return m_connection.shutDown();
+    m_isClosing = true;
+    end();
+    m_connection.limit(CloseTime);
+    // Waits for a write that is under way, and for the client's close frame.
+    m_socket.async_close(
+        code, kept([](WebSocketSession &self, const Error &) { self.m_connection.linger(); }));
+}
+
+void WebSocketSession::drop(const QByteArray &reason)
+{
+    m_server.refuse("WebSocket dropped: " + reason);
+    m_isClosing = true;
+    end();
+    m_connection.shutDown();
+}
+
+void WebSocketSession::end()
+{
+    if (!m_isOpen)
+        return;
+    m_isOpen = false;
     VESK_DEBUG("WebSocket closed");
-    // Later, because libsoup may be calling this session.
-    deleteLater();
+    m_server.events.ended(m_id);
 }

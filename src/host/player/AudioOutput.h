@@ -4,8 +4,8 @@
 #pragma once
 
 #include "api/core/TrString.h"
-#include "host/player/AudioOutputSpec.h"
 #include "host/player/StreamConsumer.h"
+#include "host/sound/SoundVoice.h"
 #include "media/AudioFormat.h"
 
 #include <QObject>
@@ -16,13 +16,14 @@
 #include <chrono>
 #include <memory>
 
-/// Plays the decoded audio of one play in real time. Buffers it; on an underrun it pauses and
-/// continues once enough is buffered again, so that no audio is skipped and isAudible() matches
-/// what is heard.
+class SoundOutput;
+
+/// Plays the decoded audio of one play in real time, as a voice of the sound output. Buffers it; on
+/// an underrun it pauses and continues once enough is buffered again, so that no audio is skipped
+/// and isAudible() matches what is heard.
 ///
-/// Lives on a thread with an event loop, which it may block: opening, starting and closing a sound
-/// device take as long as the driver does. write(), flush(), refuse() and the const functions may
-/// be called from any thread.
+/// Lives on a thread with an event loop. write(), flush(), refuse() and the const functions may be
+/// called from any thread.
 class AudioOutput : public QObject {
     Q_OBJECT
 
@@ -34,8 +35,8 @@ public:
     static constexpr Milliseconds Start {300};
     static constexpr Milliseconds Restart {1000};
 
-    explicit AudioOutput(const AudioOutputSpec &spec, QObject *parent = nullptr);
-    /// Calls close().
+    explicit AudioOutput(std::shared_ptr<SoundOutput> sound, QObject *parent = nullptr);
+    /// Ends as close() does, without a signal.
     ~AudioOutput() override;
 
     /// Copies \a size bytes of whole frames: interleaved 32-bit floating-point samples in \a
@@ -50,12 +51,13 @@ public:
 
     void pause();
     void resume();
-    /// Drops the audio that was not heard yet, except for the next half second, which is already on
-    /// its way to the device.
+    /// Drops the audio that was not heard yet, except for what is already on its way to the device;
+    /// that ends along a ramp. What is written next begins anew, also after finish().
     void flush();
     /// While true, every write() fails at once, including those that are waiting.
     void refuse(bool refuse);
-    /// Ends every write() for good and closes the device; an output file is complete afterwards.
+    /// Ends every write() for good, and the sound. May block: an output file is complete
+    /// afterwards.
     void close();
 
     /// Duration of the audio that was written and not heard yet.
@@ -74,19 +76,24 @@ Q_SIGNALS:
     void failed(const TrString &problem);
 
 private:
-    class Pipeline;
     using Clock = std::chrono::steady_clock;
 
+    void take(SoundVoice::Event event, const TrString &problem);
     void watch();
+    void watchForSilence();
     void watchLater();
     void setAudible(bool audible);
 
-    const AudioOutputSpec m_spec;
-    const std::unique_ptr<Pipeline> m_pipeline;
+    const std::shared_ptr<SoundOutput> m_sound;
+    std::shared_ptr<SoundVoice> m_voice;
     QTimer m_watch;
     bool m_paused = false;
-    bool m_finished = false;
-    std::atomic<bool> m_running {false}; ///< the pipeline is playing
+    std::atomic<bool> m_finished {false};
+    bool m_broken = false;
+    bool m_closed = false;
+    bool m_drained = false;
+    std::atomic<bool> m_fresh {true}; ///< nothing was heard since the start or flush()
+    std::atomic<bool> m_running {false}; ///< the voice was started, and did not run dry since
     /// write() queued a watch() that has not run yet.
     std::atomic<bool> m_lookPosted {false};
     std::atomic<bool> m_audible {false};

@@ -12,6 +12,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -82,6 +83,12 @@ DecoderProcess::DecoderProcess()
         m_problem = QStringLiteral("%1: %2").arg(
             HostFolders::decoderProgram(), QString::fromLocal8Bit(std::strerror(error)));
     }
+}
+
+bool DecoderProcess::hasEnded() const
+{
+    pollfd end {m_socket, 0, 0};
+    return !isRunning() || (::poll(&end, 1, 0) == 1 && (end.revents & (POLLHUP | POLLERR)) != 0);
 }
 
 DecoderProcess::~DecoderProcess()

@@ -21,6 +21,8 @@ public:
     /// False if it could not be started; problem() says why.
     bool isRunning() const { return m_pid > 0; }
     const QString &problem() const { return m_problem; }
+    /// Whether it could not be started, or has ended by itself.
+    bool hasEnded() const;
     /// The host's end of a stream socket, non-blocking. Owned by this object.
     int socket() const { return m_socket; }
     pid_t pid() const { return m_pid; }

@@ -10,6 +10,7 @@
 #include "host/player/StreamReceivers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -71,6 +72,15 @@ Milliseconds durationFrom(const HlsPlaylist &playlist, qint64 number)
     return sum;
 }
 
+/// The duration of the segments of \a playlist before media sequence number \a number.
+Milliseconds durationBefore(const HlsPlaylist &playlist, qint64 number)
+{
+    Milliseconds sum {0};
+    for (const HlsSegment &segment : playlist.segments)
+        sum += segment.number < number ? segment.duration : Milliseconds(0);
+    return sum;
+}
+
 /// The outcome for a live playlist that has no new segments.
 StreamOutcome nothingNew(const HlsPlaylist &playlist)
 {
@@ -124,6 +134,8 @@ StreamOutcome HlsStream::playVariants(const QVector<HlsVariant> &variants)
 StreamOutcome HlsStream::playMedia(const QUrl &url, HlsPlaylist playlist)
 {
     Milliseconds unchanged {0};
+    if (playlist.ended && !m_manner.live)
+        m_feed.consumer().takeDuration(durationFrom(playlist, 0));
     for (;;) {
         if (playlist.encrypted)
             return refused(QT_TRANSLATE_NOOP("Player", "The stream is encrypted."));
@@ -172,7 +184,30 @@ void HlsStream::join(const HlsPlaylist &playlist)
         = !m_joined && durationFrom(playlist, m_next) > durationFrom(playlist, start) + LongestAgo;
     if (isElsewhere || isLate)
         m_next = start;
+    if (!m_joined && m_manner.start.count() > 0 && playlist.ended) {
+        Milliseconds before {0};
+        for (const HlsSegment &segment : playlist.segments) {
+            if (before > m_manner.start)
+                break;
+            m_next = segment.number;
+            m_skip = m_manner.start - before;
+            before += segment.duration;
+        }
+    }
     m_joined = true;
+}
+
+/// Starts a decoder for the segments from \a segment on.
+void HlsStream::begin(const HlsPlaylist &playlist, const HlsSegment &segment)
+{
+    std::optional<AudioPlace> place;
+    if (playlist.ended && !m_manner.live) {
+        const std::chrono::microseconds skip = std::exchange(m_skip, std::chrono::microseconds(0));
+        place = AudioPlace {durationBefore(playlist, segment.number) + skip, skip};
+    }
+    m_feed.start(place);
+    m_begun = true;
+    m_map = segment.map;
 }
 
 StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
@@ -183,7 +218,7 @@ StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
     for (const HlsSegment &segment : playlist.segments) {
         if (segment.number < m_next)
             continue;
-        const StreamOutcome outcome = playSegment(segment);
+        const StreamOutcome outcome = playSegment(playlist, segment);
         if (outcome.kind == StreamOutcome::Stopped)
             return outcome;
         if (outcome.kind == StreamOutcome::Ended) {
@@ -199,14 +234,12 @@ StreamOutcome HlsStream::playSegments(const HlsPlaylist &playlist)
     return {StreamOutcome::Ended, {}};
 }
 
-StreamOutcome HlsStream::playSegment(const HlsSegment &segment)
+StreamOutcome HlsStream::playSegment(const HlsPlaylist &playlist, const HlsSegment &segment)
 {
     if (m_missed > 0 && !m_manner.pace())
         return {StreamOutcome::Stopped, {}};
     if (!m_begun || segment.discontinuity || segment.map != m_map) {
-        m_feed.start();
-        m_begun = true;
-        m_map = segment.map;
+        begin(playlist, segment);
         if (!m_map.isEmpty()) {
             const StreamOutcome outcome = fetchAudio(m_map);
             if (outcome.kind != StreamOutcome::Ended)

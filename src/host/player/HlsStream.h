@@ -31,6 +31,8 @@ public:
         /// Limits the request rate: sleeps before a request that follows a failure. False when the
         /// play is over.
         std::function<bool()> pace;
+        /// Where to begin in a stream that ends.
+        std::chrono::microseconds start {0};
     };
 
     HlsStream(HttpStream &http, StreamFeed &feed, const Manner &manner);
@@ -44,7 +46,8 @@ private:
     StreamOutcome playVariants(const QVector<HlsVariant> &variants);
     StreamOutcome playMedia(const QUrl &url, HlsPlaylist playlist);
     StreamOutcome playSegments(const HlsPlaylist &playlist);
-    StreamOutcome playSegment(const HlsSegment &segment);
+    StreamOutcome playSegment(const HlsPlaylist &playlist, const HlsSegment &segment);
+    void begin(const HlsPlaylist &playlist, const HlsSegment &segment);
     Result<HlsPlaylist, StreamOutcome> fetchPlaylist(const QUrl &url);
     StreamOutcome fetchAudio(const QUrl &url);
     StreamOutcome refusal(const HttpStreamResult &result, const HttpStreamHead &head);
@@ -58,6 +61,8 @@ private:
     qint64 m_next = -1; ///< media sequence number to play next; -1 at the start
     /// join() has run for this connection.
     bool m_joined = false;
+    /// What is left to skip of the segment in which the stream was to begin.
+    std::chrono::microseconds m_skip {0};
     QUrl m_map;
     /// The decoder was started for the current sequence of segments.
     bool m_begun = false;

@@ -192,8 +192,12 @@ HttpStreamExchange::HttpStreamExchange(
     // minute.
     set(CURLOPT_DNS_CACHE_TIMEOUT, 0L);
     // CURLOPT_RESUME_FROM would fail with servers that do not support ranges and answer with 200.
-    if (request.offset > 0)
-        set(CURLOPT_RANGE, (QByteArray::number(request.offset) + '-').constData());
+    if (request.offset > 0 || request.length > 0) {
+        QByteArray range = QByteArray::number(request.offset) + '-';
+        if (request.length > 0)
+            range += QByteArray::number(request.offset + request.length - 1);
+        set(CURLOPT_RANGE, range.constData());
+    }
     curl_easy_setopt(m_easy, CURLOPT_URL, request.url.toEncoded().constData());
 }
 
@@ -288,6 +292,9 @@ HttpStreamHead HttpStreamExchange::head() const
         // "bytes 1000-1999/2000"
         const QByteArray range = header("Content-Range").simplified();
         head.offset = range.mid(range.indexOf(' ') + 1).split('-').first().toLongLong();
+        bool isNumber = false;
+        const qint64 whole = range.mid(range.indexOf('/') + 1).toLongLong(&isNumber);
+        head.fileSize = isNumber && range.contains('/') ? whole : -1;
     }
     // SHOUTcast and Icecast headers; icy-br may list several bit rates, in kbit/s.
     const int interval = header("icy-metaint").toInt();

@@ -22,6 +22,7 @@ struct HttpStreamHead {
     QUrl url; ///< after redirects
     qint64 length = -1; ///< Content-Length of the body; -1 if unknown
     qint64 offset = 0; ///< position of the body in the resource (Content-Range)
+    qint64 fileSize = -1; ///< of the resource (Content-Range); -1 if unknown
     /// icy-metaint: audio bytes between two metadata blocks; 0 without metadata.
     int icyInterval = 0;
     int icyBitRate = 0; ///< icy-br, in bit/s; 0 if unknown
@@ -81,6 +82,7 @@ public:
         qint64 offset = 0; ///< of the first byte to request (Range)
         /// A shorter limit than Times::connect; zero for none.
         std::chrono::milliseconds patience {0};
+        qint64 length = 0; ///< how many bytes to request; 0: up to the end
     };
 
     explicit HttpStream(const Times &times);

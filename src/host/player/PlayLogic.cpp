@@ -8,6 +8,7 @@
 #include "api/core/vesk.h"
 #include "api/nodes/CMRootWorker.h"
 #include "host/player/ChosenStreams.h"
+#include "host/player/EpisodePlaces.h"
 #include "host/player/MediaPlayer.h"
 #include "host/player/PlayerText.h"
 
@@ -16,6 +17,14 @@
 VESK_LOGGER("Player")
 
 namespace {
+
+/// How much of an episode is heard again at most after the machine lost its power.
+constexpr std::chrono::seconds KeepPlaceEvery {30};
+
+QVariant seconds(const std::optional<std::chrono::milliseconds> &time)
+{
+    return time ? QVariant(static_cast<double>(time->count()) / 1000) : QVariant();
+}
 
 VeskHash newPlayId()
 {
@@ -60,7 +69,9 @@ PlayLogic::PlayLogic(MediaPlayer *player, QObject *parent)
     , m_player(player)
 {
     veskConnect(player, &MediaPlayer::audibleChanged, this, &PlayLogic::onAudible);
-    veskConnect(player, &MediaPlayer::ended, this, &PlayLogic::end);
+    veskConnect(player, &MediaPlayer::ended, this, &PlayLogic::onEnded);
+    veskConnect(player, &MediaPlayer::sought, this, &PlayLogic::onSought);
+    veskConnect(player, &MediaPlayer::placeChanged, this, &PlayLogic::publish);
     veskConnect(player, &MediaPlayer::problemChanged, this, &PlayLogic::onProblem);
     veskConnect(player, &MediaPlayer::gaveUp, this, &PlayLogic::onGaveUp);
     veskConnect(player, &MediaPlayer::outputFailed, this, &PlayLogic::onOutputFailed);
@@ -71,6 +82,8 @@ PlayLogic::PlayLogic(MediaPlayer *player, QObject *parent)
         m_streamTitle = title;
         publish();
     });
+    m_keepPlace.setInterval(KeepPlaceEvery);
+    connect(&m_keepPlace, &QTimer::timeout, this, &PlayLogic::keepPlace);
     connect(player, &MediaPlayer::bitRateChanged, this, [this](int bitRate) {
         if (bitRate == m_bitRate)
             return;
@@ -99,6 +112,13 @@ void PlayLogic::play(const RowAddress &address, Started started)
         });
 }
 
+void PlayLogic::playRow(const VeskRoles &row, const Started &started)
+{
+    VESK_ASSERT_OWN_THREAD();
+    ++m_request;
+    takeRow({}, row, started);
+}
+
 void PlayLogic::takeRow(const CMError &error, const VeskRoles &row, const Started &started)
 {
     if (!error.isEmpty())
@@ -107,7 +127,10 @@ void PlayLogic::takeRow(const CMError &error, const VeskRoles &row, const Starte
         return started(
             playerError(QT_TRANSLATE_NOOP("Player", "There is nothing to play in this row.")), {});
     }
-    end();
+    keepPlace();
+    // The sound of the play before may go on; everything else of it ends here.
+    m_player->leave();
+    conclude();
     m_playId = newPlayId();
     m_row = row;
     m_roles = row;
@@ -139,7 +162,7 @@ TrString PlayLogic::refusalOf(const VeskRoles &row) const
 void PlayLogic::tryStream(const VeskRoles &stream)
 {
     if (m_started)
-        m_player->stop();
+        m_player->leave();
     m_started = false;
     m_playerProblem = TrString();
     m_stream = stream;
@@ -190,8 +213,111 @@ void PlayLogic::startPlayer(const VeskRoles &stream)
     m_bitRate = resource.bitRate();
     m_streamTitle.clear();
     publish();
-    m_player->play({QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode),
-        isStation(m_roles), false, m_excuses});
+    StreamSource source {QUrl::fromEncoded(resource.uri().toUtf8(), QUrl::TolerantMode),
+        isStation(m_roles), false, m_excuses};
+    if (source.live || !m_places || m_row.path().isEmpty())
+        return m_player->play(source);
+    m_places->find(m_row.path(), [this, step = m_step, source](std::chrono::milliseconds place) {
+        if (step != m_step || !m_started)
+            return;
+        StreamSource file = source;
+        file.start.position = place;
+        m_player->play(file);
+        if (m_state == VeskPlayLogicState::paused)
+            m_player->pause();
+    });
+}
+
+PlayPlace PlayLogic::place() const
+{
+    return m_started && m_state != VeskPlayLogicState::stopped ? m_player->place() : PlayPlace();
+}
+
+/// Why no other place can be reached; empty if one can.
+CMError PlayLogic::refusalToSeek() const
+{
+    if (m_state == VeskPlayLogicState::stopped || !m_started)
+        return playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing."));
+    const PlayPlace now = place();
+    if (isStation(m_roles)) {
+        return playerError(QT_TRANSLATE_NOOP("Player",
+            "This is live: there is no other place to go to. It can be paused for a while."));
+    }
+    if (!now.refusal.isEmpty())
+        return CMError(now.refusal);
+    if (!now.isSeekable) {
+        return playerError(
+            QT_TRANSLATE_NOOP("Player", "It is not known yet how long this is. Please try again."));
+    }
+    return {};
+}
+
+void PlayLogic::seek(std::chrono::milliseconds position, Sought sought)
+{
+    VESK_ASSERT_OWN_THREAD();
+    if (const CMError error = refusalToSeek(); !error.isEmpty())
+        return sought(error);
+    finishSeek(
+        playerError(QT_TRANSLATE_NOOP("Player", "Another place was asked for in the meantime.")));
+    m_sought = std::move(sought);
+    m_player->seek(position);
+}
+
+void PlayLogic::seekBy(std::chrono::milliseconds offset, const Sought &sought)
+{
+    const std::chrono::milliseconds now = place().position.value_or(std::chrono::milliseconds(0));
+    seek(std::max(now + offset, std::chrono::milliseconds(0)), sought);
+}
+
+void PlayLogic::rejoinLive(Sought sought)
+{
+    VESK_ASSERT_OWN_THREAD();
+    if (m_state == VeskPlayLogicState::stopped || !m_started)
+        return sought(playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing.")));
+    if (!isStation(m_roles))
+        return sought(playerError(QT_TRANSLATE_NOOP("Player", "This is not live.")));
+    finishSeek(
+        playerError(QT_TRANSLATE_NOOP("Player", "Another place was asked for in the meantime.")));
+    m_sought = std::move(sought);
+    m_player->rejoinLive();
+}
+
+void PlayLogic::finishSeek(const CMError &error)
+{
+    if (const Sought sought = std::exchange(m_sought, nullptr))
+        sought(error);
+}
+
+void PlayLogic::onSought(const TrString &problem)
+{
+    if (problem.isEmpty()) {
+        keepPlace();
+        Q_EMIT moved();
+    }
+    finishSeek(problem.isEmpty() ? CMError() : CMError(problem));
+}
+
+/// Keeps where the episode is, to go on there another time.
+void PlayLogic::keepPlace()
+{
+    const PlayPlace now = place();
+    if (!m_places || !m_heard || !now.position || !now.duration || m_row.path().isEmpty())
+        return;
+    const bool isWorthIt = *now.position >= EpisodePlaces::Beginning
+        && *now.duration - *now.position > EpisodePlaces::End;
+    if (isWorthIt)
+        m_places->keep(m_row.path(), *now.position);
+    else
+        m_places->forget(m_row.path());
+}
+
+/// Everything was heard: next time from the beginning.
+void PlayLogic::onEnded()
+{
+    if (m_places && !m_row.path().isEmpty())
+        m_places->forget(m_row.path());
+    m_started = false;
+    end();
 }
 
 CMError PlayLogic::pause()
@@ -205,6 +331,7 @@ CMError PlayLogic::pause()
     // A pause during a reconnect or right after a resume: "paused" must follow a "playing".
     if (m_posted != VeskPlayLogicState::playing && m_posted != VeskPlayLogicState::paused)
         post(VeskPlayLogicState::playing);
+    keepPlace();
     // Before m_player->pause(), whose audibleChanged(false) would otherwise count as a break.
     setState(VeskPlayLogicState::paused);
     m_trials.pause();
@@ -236,6 +363,7 @@ CMError PlayLogic::stop()
 {
     VESK_ASSERT_OWN_THREAD();
     ++m_request;
+    Q_EMIT stopRequested();
     end();
     m_error = TrString();
     publish();
@@ -244,9 +372,16 @@ CMError PlayLogic::stop()
 
 void PlayLogic::end()
 {
+    keepPlace();
+    m_player->stop();
+    conclude();
+}
+
+/// All of the play but its sound is over.
+void PlayLogic::conclude()
+{
     m_trials.end();
     ++m_step;
-    m_player->stop();
     m_started = false;
     m_playerProblem = TrString();
     if (m_state != VeskPlayLogicState::stopped)
@@ -260,11 +395,15 @@ void PlayLogic::onAudible(bool audible)
     if (m_state != VeskPlayLogicState::transitioning && m_state != VeskPlayLogicState::playing)
         return;
     m_trials.noteAudible(audible);
-    if (!audible)
+    if (!audible) {
+        keepPlace();
         return setState(VeskPlayLogicState::transitioning);
+    }
     m_playerProblem = TrString();
     const bool isFirst = !m_heard;
     setState(VeskPlayLogicState::playing);
+    if (isFirst)
+        Q_EMIT heard(m_row);
     if (isFirst && m_chosen && StreamChoice::isStream(m_row))
         // The user picked this stream of the station, and it works.
         m_chosen->remember(StreamChoice::itemOf(m_row), m_row.path());
@@ -305,6 +444,7 @@ void PlayLogic::onExhausted()
 void PlayLogic::onOutputFailed(const TrString &problem)
 {
     stopWith(problem);
+    m_outputFailedAt = m_step;
     if (m_posted != VeskPlayLogicState::stopped)
         post(VeskPlayLogicState::stopped);
     publish();
@@ -319,6 +459,7 @@ void PlayLogic::fail(const TrString &problem)
 
 void PlayLogic::stopWith(const TrString &problem)
 {
+    keepPlace();
     VESK_WARN("cannot play " << m_roles.title() << ": " << problem);
     m_trials.end();
     ++m_step;
@@ -329,6 +470,8 @@ void PlayLogic::stopWith(const TrString &problem)
     m_streamTitle.clear();
     m_state = VeskPlayLogicState::stopped;
     m_started = false;
+    m_keepPlace.stop();
+    finishSeek(CMError(m_error));
 }
 
 void PlayLogic::setState(State state)
@@ -338,6 +481,13 @@ void PlayLogic::setState(State state)
     m_state = state;
     m_heard |= state == VeskPlayLogicState::playing;
     VESK_INFO(VeskPlayLogicState::toString(state));
+    if (state == VeskPlayLogicState::stopped)
+        finishSeek(playerError(QT_TRANSLATE_NOOP("Player", "Nothing is playing.")));
+    // A station has no place to keep.
+    if (state == VeskPlayLogicState::playing && m_places && !isStation(m_roles))
+        m_keepPlace.start();
+    else
+        m_keepPlace.stop();
     // "transitioning" is posted only for a break while playing, not for the wait before the first
     // sound or after a pause.
     const bool isNews
@@ -421,7 +571,11 @@ QVariantHash PlayLogic::state() const
     const VeskMediaData media = m_roles.mediaData();
     const bool shown = m_state != VeskPlayLogicState::stopped || !m_error.isEmpty();
     const VeskRoles roles = shown ? m_roles : VeskRoles();
-    return {{QStringLiteral("state"), int(m_state)},
+    const PlayPlace now = place();
+    return {{QStringLiteral("position"), seconds(now.position)},
+        {QStringLiteral("duration"), seconds(now.duration)},
+        {QStringLiteral("seekable"), now.isSeekable},
+        {QStringLiteral("behind"), seconds(now.behind)}, {QStringLiteral("state"), int(m_state)},
         {QStringLiteral("playId"), shown ? QVariant(m_playId) : QVariant()},
         {QStringLiteral("title"), roles.title().toString()},
         {QStringLiteral("description"), roles.description().toString()},

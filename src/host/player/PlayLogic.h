@@ -8,17 +8,21 @@
 #include "api/player/PlayLogicInterface.h"
 #include "api/values/CMError.h"
 #include "api/values/CMPath.h"
+#include "host/player/PlayPlace.h"
 #include "host/player/RowSearch.h"
 #include "host/player/SpokenExcuses.h"
 #include "host/player/StreamTrials.h"
 
 #include <QObject>
+#include <QTimer>
 #include <QVariantHash>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
 class ChosenStreams;
+class EpisodePlaces;
 class MediaPlayer;
 
 /// Plays rows: fetches a row, runs its pre-play request (prePlayPath), hands its first resource to
@@ -47,6 +51,8 @@ public:
     /// The streams that users chose for stations; must outlive this object. Null: none are
     /// remembered.
     void setChosenStreams(ChosenStreams *chosen) { m_chosen = chosen; }
+    /// Where episodes were left; must outlive this object. Null: each begins at its beginning.
+    void setEpisodePlaces(EpisodePlaces *places) { m_places = places; }
     /// Texts for services that could not respond; without them the plug-in's own error is shown.
     void setFaultWords(RowSearch::FaultWords words) { m_faultWords = std::move(words); }
     /// Addresses of spoken messages, for which an error text is shown instead.
@@ -57,11 +63,33 @@ public:
     /// later play() or a stop() before the row was fetched supersedes this one, whose \a started
     /// then gets an error.
     void play(const RowAddress &address, Started started);
+    /// Plays a row that was kept from row(), without looking it up; as play() otherwise.
+    void playRow(const VeskRoles &row, const Started &started);
     /// Each returns an error when it is impossible in the current state; an empty one when it was
     /// done or there was nothing to do.
     CMError pause();
     CMError resume();
     CMError stop();
+
+    /// Called once: with an error, whose text is for the user, if the place cannot be reached; the
+    /// play goes on where it was then.
+    using Sought = std::function<void(const CMError &error)>;
+    /// Goes to a place in a file, counted from its beginning or from where it is.
+    void seek(std::chrono::milliseconds position, Sought sought);
+    void seekBy(std::chrono::milliseconds offset, const Sought &sought);
+    /// Rejoins a station live that is behind; nothing to do for one that is not.
+    void rejoinLive(Sought sought);
+    /// Where the play is.
+    PlayPlace place() const;
+
+    /// The row of the current play, or of the last one, as its screen lists it; empty before the
+    /// first.
+    const VeskRoles &row() const { return m_row; }
+    /// Whether the last play ended because the sound output failed, and nothing happened since.
+    bool endedByOutput() const { return m_outputFailedAt == m_step; }
+
+    /// How often something was to be played or stopped so far, by whomever.
+    int requests() const { return m_request; }
 
     /// Where the state changes of the current play are posted; empty if its row has no such path.
     CMPath stateChangePath() const;
@@ -82,7 +110,13 @@ public:
 Q_SIGNALS:
     /// state() or currentData() changed.
     void changed();
+    /// The first sound of a play of \a row.
+    void heard(const VeskRoles &row);
+    /// stop() was called: the listener wants silence, also if nothing played. Before changed().
+    void stopRequested();
     void postsAnswered();
+    /// The place has changed by more than the time that passes, whether or not state() tells.
+    void moved();
 
 private:
     using State = VeskPlayLogicState::Enum;
@@ -100,7 +134,13 @@ private:
     void fail(const TrString &problem);
     void stopWith(const TrString &problem);
     TrString problem() const;
+    CMError refusalToSeek() const;
+    void finishSeek(const CMError &error);
+    void onSought(const TrString &problem);
+    void onEnded();
+    void keepPlace();
     void end();
+    void conclude();
     void setState(State state);
     void post(State state, const QString &error = {});
     void publish();
@@ -122,6 +162,7 @@ private:
     VeskRoles m_roles; ///< m_stream after its pre-play request
     VeskRoles m_firstRoles; ///< m_roles of the first stream, once it is known; else empty
     int m_step = 0; ///< of the latest pre-play request, to drop the responses of earlier ones
+    int m_outputFailedAt = -1; ///< m_step then
     bool m_started = false; ///< the stream was handed to the player
     /// The player's last problemChanged().
     TrString m_playerProblem;
@@ -131,6 +172,9 @@ private:
     TrString m_error;
     QString m_streamTitle;
     int m_bitRate = 0;
+    EpisodePlaces *m_places = nullptr;
+    QTimer m_keepPlace; ///< runs while a file plays
+    Sought m_sought; ///< of the seek() that is under way
 
     mutable VeskMutex m_mutex;
     VeskPlayLogicData m_data VESK_GUARDED_BY(m_mutex);

@@ -23,9 +23,8 @@ bool PlayThread::Ending::wait(std::chrono::milliseconds time)
     return m_ended;
 }
 
-PlayThread::PlayThread(std::unique_ptr<StreamPlay> play, std::shared_ptr<Ending> previous)
+PlayThread::PlayThread(std::unique_ptr<StreamPlay> play)
     : m_play(std::move(play))
-    , m_previous(std::move(previous))
     , m_ending(std::make_shared<Ending>())
 {
     m_play->moveToThread(this);
@@ -36,8 +35,6 @@ PlayThread::~PlayThread() = default;
 void PlayThread::run()
 {
     veskSetThreadName(QStringLiteral("Player"));
-    if (m_previous)
-        m_previous->wait(PatienceWithPrevious);
     m_play->start();
     exec();
     // Here, because the play's objects live on this thread; may block while the output closes.

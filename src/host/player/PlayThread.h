@@ -13,18 +13,14 @@
 
 class StreamPlay;
 
-/// The thread of one play. Before it starts the play, it waits for the previous play to close the
-/// sound output, because both may use the same device or file. That wait is limited, so a hanging
-/// driver or decoder cannot block later plays. Created, started and destroyed on the main thread,
-/// which waits for it only in StreamPlayer::waitForEnd().
+/// The thread of one play. Plays do not wait for each other: the sound output belongs to none of
+/// them. Created, started and destroyed on the main thread, which waits for it only in
+/// StreamPlayer::waitForEnd().
 class PlayThread : public QThread {
     Q_OBJECT
 
 public:
-    /// The longest wait for the previous play to end.
-    static constexpr std::chrono::milliseconds PatienceWithPrevious {3000};
-
-    /// Lets the next play wait for the end of this one. Any thread.
+    /// Tells whether the play has ended. Any thread.
     class Ending {
     public:
         void set();
@@ -37,8 +33,7 @@ public:
         bool m_ended VESK_GUARDED_BY(m_mutex) = false;
     };
 
-    /// \a previous may be null.
-    PlayThread(std::unique_ptr<StreamPlay> play, std::shared_ptr<Ending> previous);
+    explicit PlayThread(std::unique_ptr<StreamPlay> play);
     ~PlayThread() override;
 
     /// Lives on this thread and is destroyed on it after quit(): only queued calls from other
@@ -51,6 +46,5 @@ protected:
 
 private:
     std::unique_ptr<StreamPlay> m_play;
-    const std::shared_ptr<Ending> m_previous;
     const std::shared_ptr<Ending> m_ending;
 };

@@ -5,11 +5,21 @@
 
 StreamConsumer::~StreamConsumer() = default;
 
-void StreamConsumer::startAudio(const GoOn &goOn)
+void StreamConsumer::look() { }
+
+void StreamConsumer::takeFile(const StreamFile &) { }
+
+void StreamConsumer::takeDuration(std::chrono::microseconds) { }
+
+void StreamConsumer::placeAudio(const AudioPlace &) { }
+
+void StreamConsumer::startAudio(const GoOn &goOn, const std::optional<AudioPlace> &place)
 {
     if (m_begun && isUsable())
         finishAudio(goOn);
     beginAudio();
+    if (place)
+        placeAudio(*place);
     m_begun = true;
 }
 

@@ -3,11 +3,20 @@
 
 #pragma once
 
+#include "host/player/MediaHead.h"
+
 #include <QString>
 
 #include <chrono>
 #include <cstddef>
 #include <functional>
+#include <optional>
+
+/// Where audio belongs in its file.
+struct AudioPlace {
+    std::chrono::microseconds position {0}; ///< of the first sample to be heard
+    std::chrono::microseconds skip {0}; ///< of the samples before it, which are not to be heard
+};
 
 /// Takes the encoded audio that a StreamReader receives. Called on the reader thread only. No
 /// virtual function waits for longer than MaxWait; the public functions repeat them while `goOn`
@@ -32,8 +41,8 @@ public:
     virtual ~StreamConsumer();
 
     /// The bytes that follow begin a stream or file. Waits for the previous one to be decoded
-    /// first.
-    void startAudio(const GoOn &goOn);
+    /// first. \a place: that of a file's; none for a station.
+    void startAudio(const GoOn &goOn, const std::optional<AudioPlace> &place = {});
     /// Waits for space while \a goOn returns true. Returns whether the audio was taken.
     bool feedAudio(const char *data, std::size_t size, const GoOn &goOn);
     /// Waits until everything is decoded, while \a goOn returns true.
@@ -45,6 +54,13 @@ public:
     virtual void takeTitle(const QString &title) = 0;
     /// The bit rate according to the server, in bit/s.
     virtual void takeBitRate(int bitRate) = 0;
+    /// The beginning of the file that plays, once that much of it has arrived.
+    virtual void takeFile(const StreamFile &file);
+    /// The duration of the file that plays, where its playlist says it.
+    virtual void takeDuration(std::chrono::microseconds duration);
+
+    /// Called at least twice a second while the reader waits for anything.
+    virtual void look();
 
     /// False once the bytes taken since startAudio() turned out not to be decodable.
     virtual bool isUsable() const = 0;
@@ -60,6 +76,8 @@ public:
 protected:
     /// Starts a new decoder for the bytes that follow.
     virtual void beginAudio() = 0;
+    /// Where these belong, right after beginAudio().
+    virtual void placeAudio(const AudioPlace &place);
     /// Takes all of \a data or nothing.
     virtual Taken takeAudio(const char *data, std::size_t size) = 0;
     /// No more bytes follow. Returns whether everything is decoded; called again until then.

@@ -91,22 +91,22 @@ bool StreamDecoder::flush(Milliseconds wait)
     return true;
 }
 
-Taken StreamDecoder::push(const char *data, std::size_t size)
+Taken StreamDecoder::push(const char *data, std::size_t size, Milliseconds wait)
 {
     if (m_failed || m_aborted)
         return Taken::Refused;
     VESK_ASSERT(size <= DecoderLimits::MaxPayload);
-    if (!flush(StreamConsumer::MaxWait))
+    if (!flush(wait))
         return m_failed || m_aborted ? Taken::Refused : Taken::None;
     queue(DecoderFrame::Audio, data, size);
     flush(Milliseconds(0));
     return Taken::All;
 }
 
-bool StreamDecoder::finish()
+bool StreamDecoder::finish(Milliseconds wait)
 {
     if (!m_failed && !m_aborted) {
-        if (!flush(StreamConsumer::MaxWait))
+        if (!flush(wait))
             return m_failed || m_aborted;
         if (!m_finishing) {
             m_finishing = true;
@@ -114,7 +114,7 @@ bool StreamDecoder::finish()
             flush(Milliseconds(0));
         }
     }
-    const auto deadline = std::chrono::steady_clock::now() + StreamConsumer::MaxWait;
+    const auto deadline = std::chrono::steady_clock::now() + wait;
     VeskMutexLock lock(m_mutex);
     while (!m_ended && lock.waitUntil(m_changed, deadline)) { }
     return m_ended;

@@ -57,11 +57,13 @@ public:
     StreamDecoder(const StreamDecoder &) = delete;
     StreamDecoder &operator=(const StreamDecoder &) = delete;
 
-    /// Takes all \a size bytes or nothing. At most DecoderLimits::MaxPayload.
-    StreamConsumer::Taken push(const char *data, std::size_t size);
+    /// Takes all \a size bytes or nothing. At most DecoderLimits::MaxPayload. Waits for space for
+    /// \a wait.
+    StreamConsumer::Taken push(const char *data, std::size_t size,
+        std::chrono::milliseconds wait = StreamConsumer::MaxWait);
     /// No more bytes follow. Returns whether everything was decoded and taken, or decoding failed;
-    /// call it again until then.
-    bool finish();
+    /// call it again until then. Waits for that for \a wait.
+    bool finish(std::chrono::milliseconds wait = StreamConsumer::MaxWait);
     /// Kills the process and ends every wait. Decoding cannot be continued.
     void abort();
 

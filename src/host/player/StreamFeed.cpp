@@ -33,11 +33,11 @@ void StreamFeed::resume()
     m_before = m_consumer.decoded();
 }
 
-void StreamFeed::start()
+void StreamFeed::start(const std::optional<AudioPlace> &place)
 {
     // Keeps the result of the part that ends here: a connection is good if one part of it was.
     isGood();
-    m_consumer.startAudio(m_goOn);
+    m_consumer.startAudio(m_goOn, place);
     m_started = true;
     m_before = {};
 }

@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <optional>
 
 /// Passes the audio of successive connections to a consumer, and tracks what each connection was
 /// worth: only audio decoded from the current connection's bytes counts. Reader thread only.
@@ -20,8 +21,9 @@ public:
     void open();
     /// A new connection that resumes the file of the last one.
     void resume();
-    /// The bytes that follow begin a stream or file, and get a new decoder.
-    void start();
+    /// The bytes that follow begin a stream or file, and get a new decoder. \a place: where they
+    /// belong in the file.
+    void start(const std::optional<AudioPlace> &place = {});
     /// Waits for space. False when the audio cannot be decoded or the play is over.
     bool take(const char *data, std::size_t size);
     /// The bytes taken were not decodable: drops them together with the decoder.

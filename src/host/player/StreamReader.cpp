@@ -6,6 +6,7 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "host/player/HlsStream.h"
+#include "host/player/PlaceFinder.h"
 #include "host/player/PlayerText.h"
 #include "host/player/Playlist.h"
 #include "host/player/StreamConsumer.h"
@@ -38,6 +39,8 @@ StreamReader::StreamReader(const StreamSource &source, StreamConsumer &consumer,
     , m_feed(consumer, [this] { return goOn(); })
     , m_sleep(times.sleep, times.sinceBoot)
 {
+    if (!source.live && source.start.position.count() > 0)
+        m_startAt = source.start;
     static const int registered = qRegisterMetaType<TrString>("TrString");
     Q_UNUSED(registered)
 }
@@ -99,7 +102,8 @@ StreamOutcome StreamReader::playOnce()
             m_finished.clear();
     }
     m_current.clear();
-    return playAddress(m_source.url, 0, m_source.hasAlternatives);
+    const bool isFound = m_startAt && !m_startAt->url.isEmpty();
+    return playAddress(isFound ? m_startAt->url : m_source.url, 0, m_source.hasAlternatives);
 }
 
 /// Tries each address once per round. A playlist that leads back to itself meets the preliminary
@@ -125,9 +129,16 @@ StreamOutcome StreamReader::openAddress(const QUrl &url, int depth, bool othersF
     m_opened = Clock::now();
     m_feed.open();
     AudioReceiver receiver(m_feed, m_source.excuses);
-    HttpStreamResult result = m_http.get({url, 0, patience(othersFollow)}, receiver);
+    if (m_startAt && m_startAt->url == url)
+        receiver.beginAt(*m_startAt);
+    else if (!m_source.live)
+        receiver.expectFile(url, m_startAt.has_value());
+    HttpStreamResult result
+        = m_http.get({url, receiver.received(), patience(othersFollow)}, receiver);
     if (result.kind == HttpStreamResult::Complete || result.kind == HttpStreamResult::Closed)
         receiver.complete();
+    if (receiver.hasHead())
+        return playFrom(url, receiver, othersFollow);
 
     if (isPlaylist(receiver.content())) {
         if (depth >= PlaylistLimits::MaxDepth)
@@ -145,6 +156,37 @@ StreamOutcome StreamReader::openAddress(const QUrl &url, int depth, bool othersF
         m_current = url;
     }
     return outcome;
+}
+
+/// Plays a file of which only the beginning was received so far, from the place where it is to
+/// begin. From its beginning if that place cannot be found.
+StreamOutcome StreamReader::playFrom(
+    const QUrl &url, const AudioReceiver &receiver, bool othersFollow)
+{
+    m_startAt = findStart(receiver.file());
+    if (isOver())
+        return {StreamOutcome::Stopped, nothingToHear()};
+    return openAddress(url, 0, othersFollow);
+}
+
+/// The place in the file; empty if it cannot be found.
+std::optional<StreamStart> StreamReader::findStart(const StreamFile &file)
+{
+    StreamStart start = *m_startAt;
+    MediaLayout layout = mediaLayout(file.head, file.begin, file.size);
+    const auto goOn = [this] { return !isOver(); };
+    const auto complete = completeLayout(m_http, file.url, layout, goOn);
+    const auto place = complete ? findPlace(m_http, file.url, layout, start.position, goOn)
+                                : Result<MediaPlace, TrString>(failure(complete.error()));
+    if (!place) {
+        VESK_INFO("beginning at the beginning: " << place.error());
+        return {};
+    }
+    start.url = file.url;
+    start.offset = place->offset;
+    start.time = place->time;
+    start.head = layout.head;
+    return start;
 }
 
 StreamOutcome StreamReader::playEntries(const QList<QUrl> &entries, int depth, bool othersFollow)
@@ -185,6 +227,8 @@ StreamOutcome StreamReader::playHls(const QUrl &url, const AudioReceiver &receiv
     manner.patience = patience(true);
     manner.wait = [this](Milliseconds time) { return waitFor(time); };
     manner.pace = [this] { return pace(); };
+    if (m_startAt)
+        manner.start = std::exchange(m_startAt, std::nullopt)->position;
     return HlsStream(m_http, m_feed, manner).play(receiver.head().url, receiver.text(), m_hlsNext);
 }
 
@@ -199,6 +243,8 @@ StreamOutcome StreamReader::playAudio(
     // next request starts from the original address again.
     const QUrl found = receiver.head().url;
     bool viaFound = true;
+    if (m_startAt && m_startAt->url == url && receiver.received() > m_startAt->offset)
+        m_startAt.reset();
     while (isFile && mayGoOn(outcome.kind) && m_feed.isUsable() && m_consumer.wasHeard()) {
         if (!waitBeforeRetry(outcome))
             return {StreamOutcome::Stopped, outcome.problem};
@@ -312,12 +358,16 @@ bool StreamReader::waitBeforeRetry(const StreamOutcome &outcome)
 
 bool StreamReader::waitFor(Milliseconds time)
 {
-    m_wait.wait(time, [this] { return isAsleep() || isTimeUp(); });
+    m_wait.wait(time, [this] {
+        m_consumer.look();
+        return isAsleep() || isTimeUp();
+    });
     return !m_wait.isStopped() && !isAsleep();
 }
 
 bool StreamReader::goOn()
 {
+    m_consumer.look();
     if (m_feed.isGood())
         recover();
     // The output's silence may have begun before this connection.

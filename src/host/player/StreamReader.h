@@ -84,8 +84,10 @@ private:
     StreamOutcome playEntries(const QList<QUrl> &entries, int depth, bool othersFollow);
     StreamOutcome playHls(const QUrl &url, const AudioReceiver &receiver);
     StreamOutcome playAudio(const QUrl &url, AudioReceiver &receiver, HttpStreamResult result);
+    StreamOutcome playFrom(const QUrl &url, const AudioReceiver &receiver, bool othersFollow);
     StreamOutcome finish(StreamOutcome outcome);
     StreamOutcome rejoin();
+    std::optional<StreamStart> findStart(const StreamFile &file);
     bool isGivenUp(const StreamOutcome &outcome) const;
     bool wasGood();
     void recover();
@@ -112,6 +114,8 @@ private:
     ConnectPace m_pace;
     SleepWatch m_sleep;
     bool m_slept = false;
+    /// Where to begin; unset once audio came from there.
+    std::optional<StreamStart> m_startAt;
     int m_round = 0; ///< passes over all addresses of the source since the last audio
     std::optional<Clock::time_point> m_brokenSince; ///< unset while audio arrives
     Clock::time_point m_opened; ///< when the current connection was opened

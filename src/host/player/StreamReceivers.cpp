@@ -9,6 +9,7 @@
 #include "host/player/StreamProblems.h"
 
 #include <algorithm>
+#include <utility>
 
 StreamOutcome streamRefusal(const HttpStreamHead &head)
 {
@@ -45,6 +46,24 @@ AudioReceiver::AudioReceiver(StreamFeed &feed, const SpokenExcuses &excuses)
     : m_feed(feed)
     , m_excuses(excuses)
 {
+}
+
+void AudioReceiver::expectFile(const QUrl &url, bool only)
+{
+    m_file.url = url;
+    m_beginning.emplace();
+    m_headOnly = only;
+}
+
+void AudioReceiver::beginAt(const StreamStart &start)
+{
+    m_beginning.reset();
+    m_headOnly = false;
+    m_start = start;
+    m_text.clear();
+    m_content = StreamContent::Audio;
+    m_icy.emplace(0);
+    m_received = start.offset;
 }
 
 bool AudioReceiver::goOn()
@@ -114,7 +133,8 @@ bool AudioReceiver::decide(bool complete)
     case StreamContent::Undecided:
         return true;
     case StreamContent::Audio: {
-        m_feed.start();
+        if (!m_headOnly)
+            m_feed.start(m_file.url.isEmpty() ? std::optional<AudioPlace>() : AudioPlace());
         const QByteArray begin = std::move(m_text);
         m_text.clear();
         return takeAudio(begin.constData(), static_cast<std::size_t>(begin.size()));
@@ -135,6 +155,8 @@ void AudioReceiver::complete()
 {
     if (m_content == StreamContent::Undecided)
         decide(true);
+    if (m_content == StreamContent::Audio)
+        passHead();
 }
 
 StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) const
@@ -161,7 +183,39 @@ StreamOutcome AudioReceiver::judge(const HttpStreamResult &result, bool live) co
 
 bool AudioReceiver::takeAudio(const char *data, std::size_t size)
 {
+    if (m_beginning)
+        noteHead(data, size);
+    if (m_headOnly)
+        return m_beginning.has_value();
+    if (m_start) {
+        const StreamStart start = *std::exchange(m_start, std::nullopt);
+        m_feed.start(AudioPlace {start.position, start.position - start.time});
+        const QByteArray &head = start.head;
+        if (!head.isEmpty()
+            && !m_feed.take(head.constData(), static_cast<std::size_t>(head.size())))
+            return false;
+    }
     return m_feed.take(data, size);
+}
+
+/// Only of responses that are the bytes of a file from its beginning on.
+void AudioReceiver::noteHead(const char *data, std::size_t size)
+{
+    m_beginning->take(data, size);
+    if (m_beginning->isComplete())
+        passHead();
+}
+
+void AudioReceiver::passHead()
+{
+    if (!m_beginning)
+        return;
+    const bool isKnown = m_head.icyInterval == 0 && m_head.length >= 0;
+    m_file.size = isKnown ? m_head.offset + m_head.length : 0;
+    m_file.begin = m_beginning->begin();
+    m_file.head = m_beginning->bytes();
+    m_beginning.reset();
+    m_feed.consumer().takeFile(m_file);
 }
 
 bool AudioReceiver::refuse(StreamOutcome::Kind kind, const TrString &problem)

@@ -5,8 +5,10 @@
 
 #include "host/player/HttpStream.h"
 #include "host/player/IcyStream.h"
+#include "host/player/MediaHead.h"
 #include "host/player/Playlist.h"
 #include "host/player/StreamOutcome.h"
+#include "host/player/StreamSource.h"
 
 #include <QByteArray>
 
@@ -47,6 +49,16 @@ public:
     /// Both must outlive the receiver.
     AudioReceiver(StreamFeed &feed, const SpokenExcuses &excuses);
 
+    /// What is received is a file and no station: its beginning is passed to the feed's consumer.
+    /// \a only: then the exchange ends, without audio for the feed; see hasHead().
+    void expectFile(const QUrl &url, bool only);
+    /// Nothing was passed on to the feed, because the file's beginning had been asked for only.
+    bool hasHead() const { return m_headOnly && m_content == StreamContent::Audio; }
+    /// The file, as far as it is known.
+    const StreamFile &file() const { return m_file; }
+    /// Takes the file from the place \a start on. Before the next request, which is for received().
+    void beginAt(const StreamStart &start);
+
     bool begin(const HttpStreamHead &head) override;
     bool take(const char *data, std::size_t size) override;
     bool goOn() override;
@@ -67,6 +79,8 @@ private:
     bool takeBody(const char *data, std::size_t size);
     bool decide(bool complete);
     bool takeAudio(const char *data, std::size_t size);
+    void noteHead(const char *data, std::size_t size);
+    void passHead();
     bool refuse(StreamOutcome::Kind kind, const TrString &problem);
 
     StreamFeed &m_feed;
@@ -77,6 +91,10 @@ private:
     std::optional<IcyStream> m_icy;
     qint64 m_received = 0;
     qint64 m_skip = 0; ///< bytes to drop, because an earlier request delivered them
+    StreamFile m_file;
+    std::optional<MediaHead> m_beginning;
+    bool m_headOnly = false;
+    std::optional<StreamStart> m_start; ///< until the feed was started there
     /// Why the response is not playable; Ended if nothing is wrong.
     StreamOutcome m_refusal {StreamOutcome::Ended, {}};
 };

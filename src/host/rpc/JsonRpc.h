@@ -34,6 +34,8 @@ struct JsonRpcError {
         NotOffered = -32005,
         /// The client cancelled the request.
         Cancelled = -32006,
+        /// The client's role does not allow it.
+        NotAllowed = -32007,
     };
 
     int code = InternalError;

@@ -24,11 +24,12 @@ JsonRpcError cancelledError()
 /// together. The dispatcher holds it until then; the reply may destroy the dispatcher.
 class JsonRpcExchange : public QObject, public std::enable_shared_from_this<JsonRpcExchange> {
 public:
-    JsonRpcExchange(JsonRpcDispatcher *dispatcher, const JsonRpcMessage &message, MessagePeer *peer,
-        MessageHandler::Reply reply)
+    JsonRpcExchange(JsonRpcDispatcher *dispatcher, const JsonRpcMessage &message,
+        const MessageSender &sender, MessageHandler::Reply reply)
         : m_dispatcher(dispatcher)
         , m_message(message)
-        , m_peer(peer)
+        , m_peer(sender.peer)
+        , m_caller(sender.caller)
         , m_reply(std::move(reply))
         , m_slots(message.requests.size())
         , m_open(message.requests.size())
@@ -98,6 +99,7 @@ private:
     const QPointer<JsonRpcDispatcher> m_dispatcher;
     const JsonRpcMessage m_message;
     MessagePeer *const m_peer; ///< there as long as a call is open
+    const Caller m_caller;
     MessageHandler::Reply m_reply;
     QVector<Slot> m_slots;
     int m_open;
@@ -111,8 +113,8 @@ void JsonRpcExchange::begin(int index)
         return;
     if (request.isInvalid)
         return fail(index, request.error);
-    const JsonRpcMethod method = m_dispatcher->m_methods.value(request.method);
-    if (!method) {
+    const JsonRpcDispatcher::Method method = m_dispatcher->m_methods.value(request.method);
+    if (!method.run) {
         return fail(index,
             {JsonRpcError::MethodNotFound, QStringLiteral("There is no method of this name."), {}});
     }
@@ -126,7 +128,10 @@ void JsonRpcExchange::begin(int index)
         ++running;
         m_slots[index].counted = true;
     }
-    method(std::make_shared<JsonRpcCall>(weak_from_this(), index, request.params, m_peer));
+    const auto call = std::make_shared<JsonRpcCall>(
+        weak_from_this(), index, request.params, MessageSender {m_peer, nullptr, m_caller});
+    if (call->requireRole(method.role))
+        method.run(call);
 }
 
 void JsonRpcExchange::complete(int index, const QVariantHash &answer)
@@ -181,11 +186,12 @@ void JsonRpcExchange::reply()
 }
 
 JsonRpcCall::JsonRpcCall(std::weak_ptr<JsonRpcExchange> exchange, int index,
-    const QVariantHash &params, MessagePeer *peer)
+    const QVariantHash &params, const MessageSender &sender)
     : m_exchange(std::move(exchange))
     , m_index(index)
     , m_params(params)
-    , m_peer(peer)
+    , m_peer(sender.peer)
+    , m_caller(sender.caller)
 {
 }
 
@@ -204,6 +210,15 @@ void JsonRpcCall::fail(const JsonRpcError &error)
 {
     if (const auto exchange = m_exchange.lock())
         exchange->fail(m_index, error);
+}
+
+bool JsonRpcCall::requireRole(AccessRole role)
+{
+    if (m_caller.role >= role)
+        return true;
+    fail({JsonRpcError::NotAllowed, QStringLiteral("Only an owner of this host may do that."),
+        {{QStringLiteral("name"), QStringLiteral("notAllowed")}}});
+    return false;
 }
 
 void JsonRpcCall::whenAbandoned(std::function<void()> function)
@@ -243,20 +258,19 @@ void JsonRpcDispatcher::cancel(const JsonRpcCallPtr &call)
     call->finish(QVariantHash());
 }
 
-void JsonRpcDispatcher::addMethod(const QString &name, const JsonRpcMethod &method)
+void JsonRpcDispatcher::addMethod(const QString &name, const JsonRpcMethod &method, AccessRole role)
 {
     VESK_ASSERT_OWN_THREAD();
     VESK_ASSERT(method);
     VESK_ASSERT(!m_methods.contains(name));
-    m_methods.insert(name, method);
+    m_methods.insert(name, {method, role});
 }
 
-void JsonRpcDispatcher::handle(
-    const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply)
+void JsonRpcDispatcher::handle(const QByteArray &message, const MessageSender &sender, Reply reply)
 {
     VESK_ASSERT_OWN_THREAD();
     const auto exchange
-        = std::make_shared<JsonRpcExchange>(this, parseJsonRpc(message), peer, std::move(reply));
+        = std::make_shared<JsonRpcExchange>(this, parseJsonRpc(message), sender, std::move(reply));
     m_exchanges.push_back(exchange);
-    exchange->start(client);
+    exchange->start(sender.client);
 }

@@ -22,7 +22,7 @@ class JsonRpcExchange;
 class JsonRpcCall {
 public:
     JsonRpcCall(std::weak_ptr<JsonRpcExchange> exchange, int index, const QVariantHash &params,
-        MessagePeer *peer);
+        const MessageSender &sender);
     JsonRpcCall(const JsonRpcCall &) = delete;
     JsonRpcCall &operator=(const JsonRpcCall &) = delete;
     ~JsonRpcCall();
@@ -30,6 +30,9 @@ public:
     const QVariantHash &params() const { return m_params; }
     /// Null when the client has no WebSocket, or has gone.
     MessagePeer *peer() const { return m_peer; }
+    const Caller &caller() const { return m_caller; }
+    /// Whether the client may do what \a role may; the call has failed otherwise.
+    bool requireRole(AccessRole role);
 
     void finish(const QVariant &result);
     void fail(const JsonRpcError &error);
@@ -42,6 +45,7 @@ private:
     const int m_index;
     const QVariantHash m_params;
     const QPointer<MessagePeer> m_peer;
+    const Caller m_caller;
 };
 
 using JsonRpcCallPtr = std::shared_ptr<JsonRpcCall>;
@@ -62,20 +66,26 @@ public:
     /// Replies to nothing any more.
     ~JsonRpcDispatcher() override;
 
-    void addMethod(const QString &name, const JsonRpcMethod &method);
+    /// Callers below \a role are refused.
+    void addMethod(
+        const QString &name, const JsonRpcMethod &method, AccessRole role = AccessRole::Listener);
     /// 60 seconds unless it is set.
     void setDeadline(int milliseconds) { m_deadlineMs = milliseconds; }
 
-    /// Replies exactly once, with nothing when the message held only notifications. When \a client
-    /// is destroyed, the calls are abandoned.
-    void handle(
-        const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply) override;
+    /// Replies exactly once, with nothing when the message held only notifications. When the
+    /// sender's client is destroyed, the calls are abandoned.
+    void handle(const QByteArray &message, const MessageSender &sender, Reply reply) override;
 
 private:
     friend class JsonRpcExchange;
     void cancel(const JsonRpcCallPtr &call);
 
-    QHash<QString, JsonRpcMethod> m_methods;
+    struct Method {
+        JsonRpcMethod run;
+        AccessRole role = AccessRole::Owner;
+    };
+
+    QHash<QString, Method> m_methods;
     int m_deadlineMs = 60000;
     std::vector<std::shared_ptr<JsonRpcExchange>> m_exchanges; ///< those without a reply yet
     QHash<const MessagePeer *, int> m_running; ///< calls of each peer without an answer yet

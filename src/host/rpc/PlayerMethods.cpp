@@ -10,11 +10,23 @@
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcMethods.h"
 #include "host/rpc/RpcParams.h"
+#include "host/sound/Outputs.h"
+#include "host/sound/PlayerVolume.h"
+
+namespace {
+
+QVariantHash withoutPosition(QVariantHash state)
+{
+    state.remove(QStringLiteral("position"));
+    return state;
+}
+
+} // namespace
 
 PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QObject *parent)
     : QObject(parent)
     , m_logic(logic)
-    , m_sent(logic->state())
+    , m_sent(withoutPosition(logic->state()))
 {
     const auto add = [&](const char *name, CMError (PlayLogic::*action)()) {
         dispatcher->addMethod(
@@ -38,10 +50,24 @@ PlayerMethods::PlayerMethods(JsonRpcDispatcher *dispatcher, PlayLogic *logic, QO
             m_sent.clear();
         call->finish(state());
     });
+    dispatcher->addMethod(
+        QStringLiteral("player.seek"), [this](const JsonRpcCallPtr &call) { seek(call); });
     veskConnect(logic, &PlayLogic::changed, this, &PlayerMethods::announce);
+    connect(logic, &PlayLogic::moved, this, [this] {
+        m_sent.clear();
+        announce();
+    });
 }
 
 PlayerMethods::~PlayerMethods() = default;
+
+void PlayerMethods::setVolume(PlayerVolume *volume)
+{
+    VESK_ASSERT_OWN_THREAD();
+    m_volume = volume;
+    veskConnect(volume, &PlayerVolume::changed, this, &PlayerMethods::announce);
+    m_sent = state();
+}
 
 void PlayerMethods::play(const JsonRpcCallPtr &call)
 {
@@ -63,6 +89,32 @@ void PlayerMethods::play(const JsonRpcCallPtr &call)
     });
 }
 
+void PlayerMethods::seek(const JsonRpcCallPtr &call)
+{
+    RpcParams params(call->params());
+    const std::optional<std::chrono::milliseconds> position = params.seconds("position");
+    const std::optional<std::chrono::milliseconds> offset = params.seconds("offset");
+    const bool live = params.live();
+    if (!params.failed() && int(position.has_value()) + int(offset.has_value()) + int(live) != 1)
+        params.fail(QStringLiteral("One of \"position\", \"offset\" and \"live\" is needed."));
+    if (params.failed())
+        return call->fail(params.error());
+    const auto sought = [this, call](const CMError &error) {
+        if (!error.isEmpty())
+            return call->fail(RpcMethods::toRpcError(error));
+        const QVariantHash now = m_logic->state();
+        call->finish(
+            QVariantHash {{QStringLiteral("position"), now.value(QStringLiteral("position"))},
+                {QStringLiteral("behind"), now.value(QStringLiteral("behind"))}});
+    };
+    if (live)
+        m_logic->rejoinLive(sought);
+    else if (position)
+        m_logic->seek(*position, sought);
+    else
+        m_logic->seekBy(*offset, sought);
+}
+
 void PlayerMethods::announce()
 {
     VESK_ASSERT_OWN_THREAD();
@@ -73,19 +125,35 @@ void PlayerMethods::announce()
         this,
         [this] {
             m_announced = false;
-            const QVariant present = state();
-            if (present == m_sent)
+            const QVariantHash present = state();
+            const QVariantHash lasting = withoutPosition(present);
+            if (lasting == m_sent)
                 return;
-            m_sent = present;
+            m_sent = lasting;
             Q_EMIT changed(present);
         },
         Qt::QueuedConnection);
 }
 
-QVariant PlayerMethods::state() const
+void PlayerMethods::setOutputs(Outputs *outputs)
 {
-    const QVariantHash state = m_logic->state();
+    m_outputs = outputs;
+    m_sent = withoutPosition(state());
+    veskConnect(outputs, &Outputs::changed, this, &PlayerMethods::announce);
+}
+
+QVariantHash PlayerMethods::state() const
+{
+    QVariantHash state = m_logic->state();
+    if (m_volume) {
+        state.insert(QStringLiteral("volume"), m_volume->volume());
+        state.insert(QStringLiteral("mute"), m_volume->isMuted());
+    }
     if (m_iconSeen)
         m_iconSeen(state.value(QStringLiteral("icon")).toString());
+    if (m_outputs) {
+        state.insert(QStringLiteral("output"), m_outputs->current().text());
+        state.insert(QStringLiteral("outputProblem"), m_outputs->problem().toString());
+    }
     return state;
 }

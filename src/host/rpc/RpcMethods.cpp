@@ -147,6 +147,9 @@ void RpcMethods::setData(const JsonRpcCallPtr &call)
     const QVariant value = params.value();
     if (params.failed())
         return call->fail(params.error());
+    // To run a row is what listeners do, favorites among it; values are settings and accounts.
+    if (role != VeskRoles::Activate() && !call->requireRole(AccessRole::Owner))
+        return;
     ask(
         call,
         [&](const CMReply<QVariant> &reply) { return CMSetDataRequest(path, role, value, reply); },

@@ -5,6 +5,7 @@
 
 #include "api/values/VeskRoles.h"
 
+#include <cmath>
 #include <limits>
 
 RpcParams::RpcParams(const QVariantHash &params)
@@ -102,12 +103,55 @@ bool RpcParams::poll()
     return flag(QStringLiteral("poll"));
 }
 
+bool RpcParams::live()
+{
+    return flag(QStringLiteral("live"));
+}
+
+std::optional<std::chrono::milliseconds> RpcParams::seconds(const char *name)
+{
+    const QVariant value = m_params.value(QString::fromLatin1(name));
+    if (value.isNull())
+        return {};
+    const bool isNumber = value.userType() == QMetaType::Double
+        || value.userType() == QMetaType::Int || value.userType() == QMetaType::LongLong;
+    const double number = isNumber ? value.toDouble() : 0;
+    if (!isNumber || !(std::abs(number) <= MaxSeconds)) {
+        fail(QStringLiteral("\"%1\" is a number of seconds.").arg(QString::fromLatin1(name)));
+        return {};
+    }
+    return std::chrono::milliseconds(std::llround(number * 1000));
+}
+
 bool RpcParams::flag(const QString &name)
 {
     const QVariant value = m_params.value(name);
     if (!value.isNull() && value.userType() != QMetaType::Bool)
         fail(QStringLiteral("\"%1\" is true or false.").arg(name));
     return value.toBool();
+}
+
+std::optional<int> RpcParams::number(const QString &name, int least, int most)
+{
+    const QVariant given = m_params.value(name);
+    if (given.isNull())
+        return {};
+    const qlonglong number = given.toLongLong();
+    if (given.userType() != QMetaType::LongLong || number < least || number > most) {
+        fail(QStringLiteral("\"%1\" is a whole number from %2 to %3.")
+                 .arg(name)
+                 .arg(least)
+                 .arg(most));
+        return {};
+    }
+    return static_cast<int>(number);
+}
+
+std::optional<bool> RpcParams::truth(const QString &name)
+{
+    if (m_params.value(name).isNull())
+        return {};
+    return flag(name);
 }
 
 QVariant RpcParams::value()

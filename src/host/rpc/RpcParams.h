@@ -8,6 +8,9 @@
 
 #include <QStringList>
 
+#include <chrono>
+#include <optional>
+
 /// Reads the parameters of one call. The first parameter that is missing or of the wrong type is
 /// the error; reading goes on with empty values. A null parameter counts as missing.
 class RpcParams {
@@ -18,6 +21,8 @@ public:
     /// Rows in one answer, and what is answered when no range is asked for.
     static constexpr int MaxRows = 10000;
     static constexpr int DefaultRows = 100;
+    /// A year.
+    static constexpr int MaxSeconds = 366 * 24 * 3600;
 
     explicit RpcParams(const QVariantHash &params);
 
@@ -41,11 +46,21 @@ public:
     bool refresh();
     /// "poll": whether the client repeats this request regularly; false when it is missing.
     bool poll();
+    /// A number of seconds, at most MaxSeconds and possibly negative; none when it is missing.
+    std::optional<std::chrono::milliseconds> seconds(const char *name);
+    /// "live": false when it is missing.
+    bool live();
+    /// \a name as a whole number from \a least to \a most; nothing when it is missing.
+    std::optional<int> number(const QString &name, int least, int most);
+    /// \a name as true or false; nothing when it is missing.
+    std::optional<bool> truth(const QString &name);
     /// "value": anything, but it must be there.
     QVariant value();
 
-private:
+    /// Something is wrong with the parameters together.
     void fail(const QString &error);
+
+private:
     CMPath path(const QString &name);
     bool flag(const QString &name);
     bool index(const QString &name, int &value);

@@ -5,6 +5,8 @@
 
 #include "api/values/VeskValuePaths.h"
 #include "host/player/StreamFormats.h"
+#include "host/sound/Outputs.h"
+#include "host/sound/PlayerVolume.h"
 #include "plugin/supervision/PluginDescriptor.h"
 
 #include <QLocale>
@@ -40,6 +42,14 @@ HostValueRule languageRule()
         title(QT_TRANSLATE_NOOP("Host", "a language tag, such as \"de-DE\" or \"en\""))};
 }
 
+HostValueRule choiceRule(const QStringList &choices)
+{
+    return {[choices](const VeskValue &value) { return choices.contains(textOf(value)); },
+        TrString(QStringLiteral("Host"),
+            QString::fromLatin1(QT_TRANSLATE_NOOP("Host", "one of: %1")), QString(), -1,
+            {TrArg(choices.join(QStringLiteral(", ")))})};
+}
+
 TrString title(const char *text, const QVector<TrArg> &args)
 {
     return TrString(QStringLiteral("Host"), QString::fromLatin1(text), QString(), -1, args);
@@ -56,6 +66,14 @@ TrString whatBoundsTake(const SettingDeclaration &setting)
     if (setting.least)
         return title(QT_TRANSLATE_NOOP("Host", "a number from %1"), {number(*setting.least)});
     return title(QT_TRANSLATE_NOOP("Host", "a number up to %1"), {number(*setting.most)});
+}
+
+HostValueRule pauseBufferRule()
+{
+    constexpr int Most = 60;
+    return {[](const VeskValue &value) { return value.int_() >= 0 && value.int_() <= Most; },
+        title(QT_TRANSLATE_NOOP("Host", "a number from %1 to %2"),
+            {TrArg(QString::number(0)), TrArg(QString::number(Most))})};
 }
 
 /// Without a rule of its own, a setting takes what its type takes.
@@ -149,6 +167,26 @@ QString shown(const QVariant &given)
     return text.size() <= Longest ? text : text.left(Longest) + QStringLiteral("...");
 }
 
+HostValueRule volumeRule()
+{
+    const auto number = [](int value) { return TrArg(QString::number(value)); };
+    return {[](const VeskValue &value) {
+                return value.int_() >= 0 && value.int_() <= PlayerVolume::Loudest;
+            },
+        title(QT_TRANSLATE_NOOP("Host", "a number from %1 to %2"),
+            {number(0), number(PlayerVolume::Loudest)})};
+}
+
+HostValueRule outputRule()
+{
+    return {[](const VeskValue &value) {
+                const auto spec = AudioOutputSpec::parse(textOf(value));
+                return spec && spec->isForClients();
+            },
+        title(QT_TRANSLATE_NOOP(
+            "Host", "auto, null, jack, or a device: alsa:DEVICE, pulse:NAME, pipewire:NAME"))};
+}
+
 } // namespace
 
 HostValues::HostValues()
@@ -159,6 +197,47 @@ HostValues::HostValues()
             title(QT_TRANSLATE_NOOP("Host",
                 "Of everything that is shown, and of the lists that services answer with.")),
             languageRule()},
+        {playerSeamlessPath(), VeskValue::fromBool(true), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Change stations without a gap")),
+            HostValueGroup::General,
+            title(QT_TRANSLATE_NOOP(
+                "Host", "The station that plays is heard until the next one has sound."))},
+        {playerEvennessPath(), VeskValue::fromBool(true), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Play everything equally loud")),
+            HostValueGroup::General,
+            title(QT_TRANSLATE_NOOP("Host",
+                "Loud stations are turned down and quiet ones up, slowly and without "
+                "distortion."))},
+        {playerVolumePath(), VeskValue::fromInt(PlayerVolume::Loudest), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Volume")), HostValueGroup::None, TrString(),
+            volumeRule()},
+        {playerMutePath(), VeskValue::fromBool(false), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Mute"))},
+        {playerPauseBufferPath(), VeskValue::fromInt(0), CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Keep a paused station for (minutes)")),
+            HostValueGroup::General,
+            title(QT_TRANSLATE_NOOP("Host",
+                "It goes on where it was paused. After that time it is joined live again; with 0 "
+                "at "
+                "once.")),
+            pauseBufferRule()},
+        {hostResumePath(), VeskValue::fromString(QStringLiteral("always")),
+            CMValuesWorker::Writable,
+            title(QT_TRANSLATE_NOOP("Host", "Go on playing after a start")),
+            HostValueGroup::General,
+            title(QT_TRANSLATE_NOOP("Host",
+                "With what played last: \"always\", \"crash\" (only if the device ended by "
+                "surprise), "
+                "or \"never\".")),
+            choiceRule(
+                {QStringLiteral("always"), QStringLiteral("crash"), QStringLiteral("never")})},
+        {playerOutputPath(), VeskValue::fromString(AudioOutputSpec().text()),
+            CMValuesWorker::Writable, title(QT_TRANSLATE_NOOP("Host", "Sound output")),
+            HostValueGroup::General,
+            title(QT_TRANSLATE_NOOP("Host",
+                "auto is the machine's own; what --audio says counts until another one is "
+                "chosen.")),
+            outputRule()},
         {VeskChildElementsInSingleListPath(), VeskValue::fromBool(true), CMValuesWorker::Writable,
             title(QT_TRANSLATE_NOOP("Host", "Show the parts of a screen in one list")),
             HostValueGroup::Browsing,
@@ -223,9 +302,21 @@ CMError checkHostValue(
         {TrArg(definition.title.toString()), TrArg(shown(given)), TrArg(what.toString())}));
 }
 
+const CMPath &playerPauseBufferPath()
+{
+    static const CMPath path(QStringLiteral("settings"), QStringLiteral("player/pauseBuffer"));
+    return path;
+}
+
 const CMPath &hostLocalAddressesPath()
 {
     static const CMPath path(QStringLiteral("settings"), QStringLiteral("network/localAddresses"));
+    return path;
+}
+
+const CMPath &hostResumePath()
+{
+    static const CMPath path(QStringLiteral("settings"), QStringLiteral("player/resume"));
     return path;
 }
 

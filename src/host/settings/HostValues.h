@@ -78,6 +78,12 @@ CMError checkHostValue(
 /// Whether services may lead the host to addresses in its own network and machine.
 const CMPath &hostLocalAddressesPath();
 
+/// For how many minutes a paused station can go on where it was.
+const CMPath &playerPauseBufferPath();
+
+/// Whether the host goes on with what played, after a start: "always", "crash", "never".
+const CMPath &hostResumePath();
+
 /// The prefixes of these values.
 const QStringList &hostValuePrefixes();
 

@@ -7,6 +7,7 @@
 #include "api/core/log.h"
 #include "api/core/vesk.h"
 #include "api/values/VeskValuePaths.h"
+#include "host/store/StateVersion.h"
 
 #include <QFile>
 
@@ -86,10 +87,11 @@ Result<void, QString> SettingsStore::takeFolder()
     m_held = files::KeptFile::makeFolder(nameOf(m_folder));
     if (m_held)
         m_held = m_lock.take();
-    if (m_held || m_held.error().error != files::FileLock::HeldElsewhere)
-        return {};
-    return failure(QStringLiteral("the state folder is in use: %1")
-                       .arg(QString::fromStdString(m_held.error().text)));
+    if (!m_held && m_held.error().error == files::FileLock::HeldElsewhere) {
+        return failure(QStringLiteral("the state folder is in use: %1")
+                           .arg(QString::fromStdString(m_held.error().text)));
+    }
+    return StateVersion(m_folder).bringUpToDate(m_held);
 }
 
 void SettingsStore::applyKept()
@@ -105,8 +107,10 @@ void SettingsStore::applyKept()
         const CMError wrong = checkHostValue(*definition, it.value(), value);
         if (!wrong.isEmpty())
             VESK_WARN("A setting that is kept is not used. " << wrong.message());
-        else if (!m_values->setValue(path, value))
+        else if (!m_values->setValue(path, value)) {
             VESK_INFO("A setting that is kept is overruled at start: " << path);
+            m_overruled.insert(path, value);
+        }
     }
 }
 

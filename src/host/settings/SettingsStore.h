@@ -11,6 +11,7 @@
 #include "host/settings/MemberIdFile.h"
 #include "host/settings/SettingsFile.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <chrono>
@@ -41,11 +42,13 @@ public:
     /// As close(), but waits as long as it takes.
     ~SettingsStore() override;
 
-    /// Locks the folder, sets the kept values, gives the device its id on its first start, and
-    /// keeps what changes from then on. Fails when another process holds the folder. A folder that
-    /// cannot be written is no failure, but then nothing is kept until the next start, and changes
-    /// are refused.
+    /// Locks the folder, brings it to the present version, sets the kept values, gives the device
+    /// its id on its first start, and keeps what changes from then on. Fails when another process
+    /// holds the folder, and as StateVersion does. A folder that cannot be written is no failure,
+    /// but then nothing is kept until the next start, and changes are refused.
     Result<void, QString> load();
+    /// The kept values that had no effect at load(), because others were pinned.
+    const QHash<CMPath, VeskValue> &overruled() const { return m_overruled; }
     /// Whether this process may write to the folder, after load(); true without a folder.
     const Result<void, files::Problem> &held() const { return m_held; }
     /// Waits until all requested changes are written and answered; later ones are refused. Returns
@@ -84,6 +87,7 @@ private:
     const QString m_folder;
     const HostValues m_definitions;
     CMValuesWorker *const m_values;
+    QHash<CMPath, VeskValue> m_overruled;
 
     /// The writing thread's while there is one, else the main thread's.
     files::FileLock m_lock;

@@ -73,18 +73,19 @@ Result<void, files::Problem> CheckedFile::write(const QByteArray &bytes)
     return written;
 }
 
-void CheckedFile::writeLastGood()
+bool CheckedFile::writeLastGood()
 {
     if (m_written.isEmpty())
-        return;
+        return true;
     const std::string bytes = m_written.toStdString();
     const auto copy = m_file.readLastGood();
     if (copy && *copy == bytes)
-        return;
+        return true;
     const auto written = m_file.writeLastGood(bytes);
     if (!written && !m_isCopyFailing) {
         VESK_WARN("There is no copy of the " << m_what << " in " << m_name << ": "
                                              << written.error().text);
     }
     m_isCopyFailing = !written;
+    return !m_isCopyFailing;
 }

@@ -29,8 +29,8 @@ public:
     /// A failure, in words for the log, leaves the file as it was.
     Result<void, files::Problem> write(const QByteArray &bytes);
     /// Writes a copy of the file's content, for the case that the file is damaged. Does nothing
-    /// when there is one already; logs what goes wrong.
-    void writeLastGood();
+    /// when there is one already; logs what goes wrong, and returns false then.
+    bool writeLastGood();
 
     const QString &name() const { return m_name; }
 

@@ -39,15 +39,18 @@ QByteArray typeOf(const QByteArray &path)
     return {};
 }
 
-/// The page runs its own scripts and styles and reaches its own server, nothing else. \a host is
-/// one that the server has checked; it stands here because 'self' means no WebSocket everywhere.
+/// The page runs its own scripts, styles and service worker and reaches its own server, nothing
+/// else. \a host is one that the server has checked; it stands here because 'self' means no
+/// WebSocket everywhere. Whether the browser came over TLS is known to a proxy alone. The only
+/// sound is a silence that the page makes, and the only trusted type the address of its service
+/// worker.
 QByteArray pagePolicy(const QByteArray &host)
 {
     return "default-src 'none'; script-src 'self'; style-src 'self'; img-src 'self'; "
-           "manifest-src 'self'; connect-src 'self' ws://"
-        + host
+           "manifest-src 'self'; worker-src 'self'; media-src blob:; connect-src 'self' ws://"
+        + host + " wss://" + host
         + "; base-uri 'none'; form-action 'none'; frame-ancestors 'none'; "
-          "require-trusted-types-for 'script'; trusted-types 'none'";
+          "require-trusted-types-for 'script'; trusted-types vesk";
 }
 
 bool acceptsGzip(const QByteArray &acceptEncoding)
@@ -60,6 +63,14 @@ bool acceptsGzip(const QByteArray &acceptEncoding)
         return !weight.startsWith("q=") || weight.mid(2).toDouble() > 0;
     }
     return false;
+}
+
+/// The pages stand where no file of theirs is named.
+QByteArray fileOf(const QByteArray &path)
+{
+    if (path == "/")
+        return "/index.html";
+    return path == "/pair" ? QByteArray("/pair/index.html") : path;
 }
 
 bool namesTag(const QByteArray &ifNoneMatch, const QByteArray &tag)
@@ -124,12 +135,12 @@ void WebFiles::read(const QString &folder)
 
 bool WebFiles::owns(const QByteArray &path) const
 {
-    return path == "/" ? !isEmpty() : m_files.contains(path);
+    return m_files.contains(fileOf(path));
 }
 
 void WebFiles::get(const HttpRequest &request, Respond respond)
 {
-    const QByteArray path = request.path == "/" ? QByteArray("/index.html") : request.path;
+    const QByteArray path = fileOf(request.path);
     const File file = m_files.value(path);
     HttpResponse response;
     // One tag for both forms: a client keeps the one that it was sent.

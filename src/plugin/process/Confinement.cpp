@@ -3,7 +3,6 @@
 
 #include "plugin/process/Confinement.h"
 
-#include "base/confinement/CallFilter.h"
 #include "base/confinement/Confining.h"
 
 #include <cerrno>
@@ -26,11 +25,21 @@ constexpr unsigned long long Descriptors = 256;
 /// Needed for name look-ups, certificates and local time, beside the loader's files.
 const QList<QByteArray> &alwaysReadable()
 {
-    static const QList<QByteArray> files {"/etc/hosts", "/etc/resolv.conf", "/etc/nsswitch.conf",
-        "/etc/host.conf", "/etc/gai.conf", "/etc/services", "/run/systemd/resolve", // names
-        "/etc/ssl", "/etc/pki", "/usr/share/ca-certificates",
-        "/usr/local/share/ca-certificates", // certificates
-        "/etc/localtime", "/usr/share/zoneinfo"};
+    // What a link names at this moment is readable, too. A file in it that is replaced later is
+    // only readable if its folder is.
+    static const QList<QByteArray> files {// names
+        "/etc/hosts", "/etc/resolv.conf", "/etc/nsswitch.conf", "/etc/host.conf", "/etc/gai.conf",
+        "/etc/services", "/etc/protocols", "/usr/etc/nsswitch.conf", "/usr/etc/services",
+        "/usr/etc/protocols", // openSUSE
+        "/run/systemd/resolve", "/run/resolvconf", "/run/netconfig", "/run/connman/resolv.conf",
+        "/run/NetworkManager/resolv.conf", // beside it are passwords
+        // certificates, and what links in these folders lead to
+        "/etc/ssl", "/etc/pki", "/usr/share/ca-certificates", "/usr/local/share/ca-certificates",
+        "/etc/ca-certificates", // Arch
+        "/var/lib/ca-certificates", // openSUSE
+        "/usr/share/pki", "/etc/crypto-policies", "/usr/share/crypto-policies", // Fedora
+        // time
+        "/etc/localtime", "/etc/timezone", "/usr/share/zoneinfo", "/etc/zoneinfo"};
     return files;
 }
 
@@ -52,7 +61,7 @@ constexpr scmp_datum_t WritingFlags
 constexpr scmp_datum_t TypeOfSocket = ~(SOCK_CLOEXEC | SOCK_NONBLOCK) & 0xffffffff;
 constexpr scmp_datum_t NameOfMemory = 0x53564d41; // PR_SET_VMA
 
-/// Harmless with any arguments.
+/// Harmless with any arguments. A name stands for its 32-bit forms, too (CallFilter).
 constexpr const char *HarmlessCalls[] = {
     // memory
     "brk", "madvise", "mprotect", "mremap", "munmap",
@@ -74,15 +83,38 @@ constexpr const char *HarmlessCalls[] = {
     // exchanges
     "bind", "connect", "getpeername", "getsockname", "getsockopt", "recvfrom", "recvmmsg",
     "recvmsg", "sendmmsg", "sendmsg", "sendto", "setsockopt", "shutdown",
+    // the processor's own: the thread's area, and caches after code was written
+    "cacheflush", "get_thread_area", "riscv_flush_icache", "set_thread_area", "set_tls",
     // the machine
     "getegid", "geteuid", "getgid", "getrandom", "getrlimit", "getrusage", "getuid", "sysinfo",
     "uname"};
 
-std::string confineCalls(bool network)
+void allowSockets(CallFilter &filter, bool network)
+{
+    if (!filter.seesArgumentsOfSockets()) {
+        // Sockets of any family with network, and without it pairs of any type.
+        if (network)
+            filter.allow("socket");
+        filter.allow("socketpair");
+        return;
+    }
+    if (network) {
+        for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
+            filter.allow("socket", CallFilter::equals(0, static_cast<scmp_datum_t>(family)));
+    }
+    // Streams only: a datagram socket of a pair could be connected to other sockets.
+    filter.allow("socketpair", CallFilter::equals(0, AF_UNIX),
+        CallFilter::masked(1, TypeOfSocket, SOCK_STREAM));
+}
+
+} // namespace
+
+std::unique_ptr<CallFilter> callsOfPluginProcesses(bool network, std::uint32_t architecture)
 {
     const auto equals = CallFilter::equals;
     const auto masked = CallFilter::masked;
-    CallFilter filter(SCMP_ACT_ERRNO(EPERM));
+    auto made = std::make_unique<CallFilter>(SCMP_ACT_ERRNO(EPERM), architecture);
+    CallFilter &filter = *made;
     for (const char *call : HarmlessCalls)
         filter.allow(call);
     // Not MAP_SHARED and MAP_ANONYMOUS together: RLIMIT_DATA does not count such memory.
@@ -100,12 +132,7 @@ std::string confineCalls(bool network)
     filter.allow("open", masked(1, WritingFlags, 0));
     filter.allow("openat", masked(2, WritingFlags, 0));
     filter.fail(ENOSYS, "openat2");
-    if (network) {
-        for (const int family : {AF_INET, AF_INET6, AF_NETLINK})
-            filter.allow("socket", equals(0, static_cast<scmp_datum_t>(family)));
-    }
-    // Streams only: a datagram socket of a pair could be connected to other sockets.
-    filter.allow("socketpair", equals(0, AF_UNIX), masked(1, TypeOfSocket, SOCK_STREAM));
+    allowSockets(filter, network);
     // Not F_SETOWN and F_SETSIG, by which the kernel would send any signal to any process.
     for (const int command : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL, F_SETFL})
         filter.allow("fcntl", equals(1, static_cast<scmp_datum_t>(command)));
@@ -113,10 +140,8 @@ std::string confineCalls(bool network)
         filter.allow("ioctl", equals(1, request));
     // A newer C library tries newer calls first, and does without them on ENOSYS.
     filter.failNewer(ENOSYS);
-    return filter.load();
+    return made;
 }
-
-} // namespace
 
 QStringList confineProcess(const QList<QByteArray> &readable, bool network)
 {
@@ -129,6 +154,6 @@ QStringList confineProcess(const QList<QByteArray> &readable, bool network)
     note(forbidNewPrivileges());
     note(confineFiles(readableFiles(readable)));
     note(dropCapabilities());
-    note(confineCalls(network));
+    note(callsOfPluginProcesses(network)->load());
     return missing;
 }

@@ -79,9 +79,11 @@ QList<QByteArray> readableFiles(const StartMessage &start)
     const QString folder = start.config.value(QStringLiteral("folder")).toString();
     if (!folder.isEmpty())
         files.append(QFile::encodeName(folder));
-    const QByteArray certificates = qgetenv("SSL_CERT_DIR");
-    if (!certificates.isEmpty())
-        files.append(certificates);
+    for (const QByteArray &name :
+        qgetenv("SSL_CERT_DIR").split(':') + QList<QByteArray> {qgetenv("SSL_CERT_FILE")}) {
+        if (!name.isEmpty())
+            files.append(name);
+    }
     return files;
 }
 

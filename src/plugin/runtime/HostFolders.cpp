@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QHash>
 
 namespace {
@@ -65,7 +66,11 @@ QString HostFolders::pluginProgram()
 
 QString HostFolders::decoderProgram()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/vesk-decoder");
+    // A build folder's layout, then where programs lie that nobody starts by hand.
+    const QString built = QCoreApplication::applicationDirPath() + QStringLiteral("/vesk-decoder");
+    return QFileInfo::exists(built)
+        ? built
+        : besideProgram(QStringLiteral(VESK_LIBEXEC_INSTALL_DIR)) + QStringLiteral("/vesk-decoder");
 }
 
 QStringList HostFolders::translations()

@@ -43,6 +43,12 @@ Result<void, files::Problem> LogFile::openIt()
     return {};
 }
 
+void LogFile::setMaxSize(std::uint64_t maxSize)
+{
+    const VeskMutexLock lock(m_mutex);
+    m_maxSize = maxSize;
+}
+
 void LogFile::write(std::string_view record)
 {
     const VeskMutexLock lock(m_mutex);

@@ -24,6 +24,8 @@ public:
     /// Opens the file that has the name now, or creates one: for the start, and after a tool like
     /// logrotate has renamed it. Refuses anything but a regular file, without blocking on a FIFO.
     Result<void, files::Problem> open();
+    /// For the records to come; \a maxSize as above.
+    void setMaxSize(std::uint64_t maxSize);
     /// \a record ends with a line feed.
     void write(std::string_view record);
 
@@ -37,9 +39,9 @@ private:
     void reportDropped() VESK_REQUIRES(m_mutex);
 
     const std::string m_file;
-    const std::uint64_t m_maxSize;
 
     VeskMutex m_mutex;
+    std::uint64_t m_maxSize VESK_GUARDED_BY(m_mutex);
     files::Descriptor m_descriptor VESK_GUARDED_BY(m_mutex);
     Clock::time_point m_nextTry VESK_GUARDED_BY(m_mutex); ///< to open a file that cannot be
     std::uint64_t m_dropped VESK_GUARDED_BY(m_mutex) = 0; ///< records since the last good one

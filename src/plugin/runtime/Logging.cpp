@@ -3,7 +3,9 @@
 
 #include "plugin/runtime/Logging.h"
 
+#include "api/core/Mutex.h"
 #include "api/core/log.h"
+#include "plugin/runtime/Journal.h"
 #include "plugin/runtime/LogFile.h"
 
 #include <QDeadlineTimer>
@@ -42,6 +44,30 @@ std::shared_ptr<LogFile> &logFile()
     return file;
 }
 
+/// Null while the log goes elsewhere.
+std::shared_ptr<Journal> &journal()
+{
+    static std::shared_ptr<Journal> sink;
+    return sink;
+}
+
+struct Station {
+    VeskMutex mutex;
+    std::string title VESK_GUARDED_BY(mutex);
+};
+
+Station &station()
+{
+    static Station present;
+    return present;
+}
+
+std::string stationTitle()
+{
+    const VeskMutexLock lock(station().mutex);
+    return station().title;
+}
+
 /// log4cplus's own file appenders block on a FIFO, leave the mode to the umask, and cannot share
 /// one file, as the two layouts here have to.
 class LogFileAppender : public log4cplus::Appender {
@@ -67,6 +93,8 @@ private:
 log4cplus::SharedAppenderPtr makeAppender(const char *pattern)
 {
     log4cplus::SharedAppenderPtr appender;
+    if (journal())
+        return makeJournalAppender(journal(), &stationTitle);
     if (logFile())
         appender = new LogFileAppender(logFile());
     else
@@ -117,15 +145,27 @@ bool endLoggingThreads()
     return count() == 1;
 }
 
-void logLineOfPlugin(const QByteArray &line)
+void setLogStation(const QString &title)
 {
+    const VeskMutexLock lock(station().mutex);
+    station().title = title.toStdString();
+}
+
+void logLineOfPlugin(const QByteArray &line, const QString &plugin)
+{
+    if (journal())
+        return journal()->send(journalFieldsOfLine(
+            {line.constData(), static_cast<std::size_t>(line.size())}, plugin.toStdString()));
     linesOfPlugins().forcedLog(log4cplus::INFO_LOG_LEVEL, line.toStdString());
 }
 
 Result<void, QString> setUpLogging(const QString &level, const QString &file, qint64 maxSize)
 {
     logFile().reset();
-    if (file.isEmpty()) {
+    journal().reset();
+    if (file.isEmpty() && Journal::isStandardError()) {
+        journal() = std::make_shared<Journal>();
+    } else if (file.isEmpty()) {
         // One write for each record, instead of one for each of its parts.
         std::cerr.unsetf(std::ios::unitbuf);
         ::setvbuf(stderr, nullptr, _IOLBF, 0);
@@ -141,13 +181,21 @@ Result<void, QString> setUpLogging(const QString &level, const QString &file, qi
     log4cplus::Logger root = log4cplus::Logger::getRoot();
     root.removeAllAppenders();
     root.addAppender(makeAppender(Pattern));
-    root.setLogLevel(log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
+    changeLogging(level, maxSize);
     log4cplus::Logger lines = linesOfPlugins();
     lines.setAdditivity(false);
     lines.removeAllAppenders();
     lines.addAppender(makeAppender(LinePattern));
     qInstallMessageHandler(logQtMessage);
     return {};
+}
+
+void changeLogging(const QString &level, qint64 maxSize)
+{
+    log4cplus::Logger::getRoot().setLogLevel(
+        log4cplus::getLogLevelManager().fromString(level.toUpper().toStdString()));
+    if (logFile())
+        logFile()->setMaxSize(static_cast<std::uint64_t>(maxSize));
 }
 
 void reopenLog()

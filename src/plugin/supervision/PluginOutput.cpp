@@ -26,7 +26,8 @@ constexpr std::size_t ReadBytes = 64 * 1024;
 
 } // namespace
 
-PluginOutput::PluginOutput()
+PluginOutput::PluginOutput(const QString &plugin)
+    : m_plugin(plugin)
 {
     if (::pipe2(m_ends, O_CLOEXEC) != 0)
         return;
@@ -113,7 +114,7 @@ void PluginOutput::processLine(QByteArray line)
         ++m_dropped;
     } else {
         m_budget -= line.size();
-        logLineOfPlugin(line);
+        logLineOfPlugin(line, m_plugin);
     }
     m_lastLine = std::move(line);
 }

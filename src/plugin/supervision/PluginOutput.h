@@ -23,7 +23,8 @@ public:
     static constexpr qint64 MaxBurst = 32 * 1024 * 1024;
     static constexpr qint64 MaxPerSecond = 4 * 1024 * 1024;
 
-    PluginOutput();
+    /// \a plugin is the id of the plug-in, for the log.
+    explicit PluginOutput(const QString &plugin = {});
     ~PluginOutput();
 
     /// The descriptor for the process to print to; -1 when there are no more descriptors. The
@@ -43,6 +44,7 @@ private:
     void processLine(QByteArray line);
     void refill();
 
+    const QString m_plugin;
     int m_ends[2] = {-1, -1};
     std::atomic<bool> m_isFinishing {false};
 

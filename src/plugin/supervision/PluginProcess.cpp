@@ -39,8 +39,9 @@ void PluginProcess::Process::setupChildProcess()
     keepDescriptorsFromPrograms(PluginSocket + 1);
 }
 
-PluginProcess::PluginProcess(QObject *parent)
+PluginProcess::PluginProcess(const QString &id, QObject *parent)
     : QObject(parent)
+    , m_output(id)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedChannels);
     m_process.setStandardInputFile(QProcess::nullDevice());

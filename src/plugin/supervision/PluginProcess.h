@@ -16,7 +16,8 @@ class PluginProcess : public QObject {
     Q_OBJECT
 
 public:
-    explicit PluginProcess(QObject *parent = nullptr);
+    /// \a id is the plug-in's, for the log.
+    explicit PluginProcess(const QString &id, QObject *parent = nullptr);
     ~PluginProcess() override;
 
     /// Starts \a program for \a plugin, which it is given as an argument for `ps` to show. Returns

@@ -72,7 +72,7 @@ void SupervisedPlugin::startProcess()
     m_phase = Phase::Loading;
     m_why.clear();
     ++m_run;
-    m_process = std::make_unique<PluginProcess>();
+    m_process = std::make_unique<PluginProcess>(m_options.id);
     veskConnect(
         m_process.get(), &PluginProcess::finished, this, &SupervisedPlugin::onProcessFinished);
     const Result<int, QString> socket = m_process->start(m_options.program, file());

@@ -25,6 +25,8 @@ struct PluginProcessOptions {
     std::chrono::milliseconds longestWait = std::chrono::seconds(30);
     /// A process that owes responses and sends none for so long is killed.
     std::chrono::milliseconds patience = std::chrono::seconds(60);
+    /// The plug-in's, for the log.
+    QString id = {};
 };
 
 /// A plug-in in a process of its own. When the process ends, its requests end with an error and
