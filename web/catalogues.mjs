@@ -78,7 +78,7 @@ export function cataloguesPlugin(folder) {
             build.onLoad({ filter: /^catalogue-/, namespace: "vesk" }, async ({ path }) => {
                 const file = join(folder, `vesk_${path.slice("catalogue-".length)}.ts`);
                 const texts = pageTexts(readCatalogue(await readFile(file, "utf8")));
-                return { contents: JSON.stringify(texts), loader: "json", watchFiles: [file] };
+                return { contents: `export default ${JSON.stringify(texts)};`, watchFiles: [file] };
             });
         },
     };

@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: Apache-2.0
 
 // Bundles the unit tests with what they test, and runs them.
-import { build } from "esbuild";
 import { mkdtemp, readdir, rm } from "node:fs/promises";
 import { dirname, join } from "node:path";
 import { fileURLToPath, pathToFileURL } from "node:url";
 
 import { cataloguesPlugin } from "../catalogues.mjs";
+import { build } from "../esbuild.mjs";
 
 const here = dirname(fileURLToPath(import.meta.url));
 const names = (await readdir(join(here, "unit"))).filter((name) => name.endsWith(".test.ts")).sort();

@@ -4,12 +4,8 @@
 import { signal } from "@preact/signals";
 import { catalogues, type Catalogue } from "vesk:catalogues";
 
-import { getData, host, watch } from "../model/host";
-import { reloadShown } from "../model/Screen";
-import { loadServices } from "../model/services";
 import { bestLanguage, fill, pluralForm } from "./plural";
 
-export const languagePath = "settings:ui/language";
 const sourceLanguage = "en";
 /** Tags of the languages that the page is translated into, English included. */
 export const languages: readonly string[] = [sourceLanguage, ...Object.keys(catalogues)];
@@ -49,7 +45,8 @@ export function languageName(tag: string): string {
 
 let wanted = "";
 
-async function become(tag: string): Promise<void> {
+/** Loads the catalogue for a language tag, and uses it once it is there. */
+export async function speak(tag: string): Promise<void> {
     const language = bestLanguage(tag, languages) ?? sourceLanguage;
     wanted = language;
     const catalogue = (await catalogues[language]?.())?.default ?? {};
@@ -60,28 +57,7 @@ async function become(tag: string): Promise<void> {
     localStorage.setItem(keptKey, language);
 }
 
-async function follow(): Promise<void> {
-    try {
-        const [value] = await getData(languagePath, ["value"]);
-        const tag = (value as { string_?: unknown } | null)?.string_;
-        if (typeof tag === "string")
-            await become(tag);
-    } catch {
-        // Read again when the connection is back.
-    }
-}
-
-/** Follows the language setting. Resolves when the catalogue used last, which this browser remembers, is loaded. */
+/** Resolves when the catalogue used last, which this browser remembers, or the browser's own is loaded. */
 export async function startTexts(): Promise<void> {
-    watch(languagePath, () => {
-        void follow();
-        // What was read from services so far is in the old language.
-        void loadServices();
-        reloadShown();
-    });
-    host.isOpen.subscribe((isOpen) => {
-        if (isOpen)
-            void follow();
-    });
-    await become(localStorage.getItem(keptKey) ?? navigator.language).catch(() => {});
+    await speak(localStorage.getItem(keptKey) ?? navigator.language).catch(() => {});
 }

@@ -5,8 +5,15 @@ import { Connection, RpcError, type Params } from "../rpc/Connection";
 import type { Path } from "./path";
 import { readRows, rowRoles, type RowsAnswer } from "./rows";
 
+/** The WebSocket lies beside the page, which may lie anywhere behind a proxy. */
+function socketUrl(): string {
+    const url = new URL("./ws", location.href);
+    url.protocol = url.protocol === "https:" ? "wss:" : "ws:";
+    return url.href;
+}
+
 /** The host that served this page. */
-export const host = new Connection(`ws://${location.host}/ws`);
+export const host = new Connection(socketUrl());
 
 export async function getRows(
     path: Path, first: number, last: number, roles: readonly string[] = rowRoles, refresh = false,

@@ -8,13 +8,16 @@ import { getRows, setData } from "./host";
 import { openSheets, popSheets, pushSheet } from "./navigation";
 import { paramOf, type Path } from "./path";
 import type { Row } from "./rows";
+import type { Item } from "./presets";
 import { serviceOf } from "./services";
 
 /** What is shown in the dialog above the screen: a menu, which is a screen too, or a sheet of the page's own. */
 export type Sheet =
-    | { readonly kind: "menu"; readonly path: Path; readonly title: string }
+    | { readonly kind: "menu"; readonly path: Path; readonly title: string; /** The row that it belongs to. */ readonly item?: Item }
     | { readonly kind: "import"; readonly files: readonly File[] }
-    | { readonly kind: "playing" }
+    | { readonly kind: "playing" | "sleep" | "outputs" }
+    /** A number is chosen for a row, or for what plays. */
+    | { readonly kind: "presets"; readonly item: Item | null }
     | { readonly kind: "keys" };
 
 /** The stack of open sheets; only the last one is shown. */
@@ -25,8 +28,9 @@ export function openSheet(sheet: Sheet): void {
     pushSheet();
 }
 
-export function openMenu(path: Path, title: string): void {
-    openSheet({ kind: "menu", path, title });
+/** \a path may be empty, for the menu of a row without one of its own. */
+export function openMenu(path: Path, title: string, item?: Item): void {
+    openSheet(item ? { kind: "menu", path, title, item } : { kind: "menu", path, title });
 }
 
 /** Closes the topmost sheet. */

@@ -9,6 +9,11 @@ export const servicesPath: Path = "host:services";
 export const settingsPath: Path = "host:settings";
 /** A screen of the page's own: what all services find. Its parameter is the text. */
 export const searchPath: Path = "page:search";
+/** Screens of the page's own: what this radio keeps, its alarms, the paired devices, and the view for a tablet on the wall. */
+export const radioPath: Path = "page:radio";
+export const alarmsPath: Path = "page:alarms";
+export const devicesPath: Path = "page:devices";
+export const quietPath: Path = "page:quiet";
 
 export interface Crumb {
     readonly path: Path;
@@ -95,11 +100,18 @@ export function pushSheet(): void {
     openSheets.value = sheetsHere();
 }
 
-/** Goes back by \a count sheets, or as many as there are. */
+/** The number of sheets that a step back which is under way is to leave open; null without one. */
+let goal: number | null = null;
+
+/** Goes back by \a count sheets, or as many as there are. Steps are taken one after the other: two at once may lead out of the page. */
 export function popSheets(count: number): void {
-    const steps = Math.min(count, sheetsHere());
-    if (steps > 0)
-        history.go(-steps);
+    const from = goal ?? sheetsHere();
+    const to = Math.max(0, from - count);
+    if (to === from)
+        return;
+    if (goal === null)
+        history.go(to - from);
+    goal = to;
 }
 
 let afterSheets: (() => void) | null = null;
@@ -110,7 +122,7 @@ function withoutSheets(step: () => void): void {
     if (count === 0)
         return step();
     afterSheets = step;
-    history.go(-count);
+    popSheets(count);
 }
 
 export function open(path: Path, title: string, row = -1): void {
@@ -182,6 +194,12 @@ window.addEventListener("scroll", () => {
 }, { passive: true });
 window.addEventListener("popstate", () => {
     clearTimeout(settled);
+    const here = sheetsHere();
+    if (goal !== null && here > goal) {
+        history.go(goal - here);
+        return;
+    }
+    goal = null;
     const next = entryHere();
     openSheets.value = next.sheets ?? 0;
     const step = afterSheets;

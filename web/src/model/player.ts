@@ -29,7 +29,25 @@ export interface Player {
     readonly codec: string;
     /** The stream was audible before and is being reopened. */
     readonly isReconnecting: boolean;
+    /** 0 to 100; null with a host that has none. */
+    readonly volume: number | null;
+    readonly isMuted: boolean;
+    /** Seconds, at the time `toldAt`; null where there is no position. */
+    readonly position: number | null;
+    /** Seconds; null if it is not known, as of what is live. */
+    readonly duration: number | null;
+    readonly isSeekable: boolean;
+    /** Seconds behind what is live; 0 if it is not. */
+    readonly behind: number;
+    /** Where the sound goes; empty with a host that does not say. */
+    readonly output: string;
+    /** What is wrong with it, in words; empty without a fault. */
+    readonly outputProblem: string;
+    /** Milliseconds, by performance.now(); 0 without a position. */
+    readonly toldAt: number;
 }
+
+const clamp = (value: number, least: number, most: number) => Math.max(least, Math.min(most, value));
 
 export const silence: Player = {
     state: PlayState.stopped,
@@ -45,13 +63,23 @@ export const silence: Player = {
     problem: "",
     codec: "",
     isReconnecting: false,
+    volume: null,
+    isMuted: false,
+    position: null,
+    duration: null,
+    isSeekable: false,
+    behind: 0,
+    output: "",
+    outputProblem: "",
+    toldAt: 0,
 };
 
-/** The state told by the host, which came after \a before. */
-export function nextPlayer(before: Player, told: unknown): Player {
+/** The state told by the host at \a time, which came after \a before. */
+export function nextPlayer(before: Player, told: unknown, time = performance.now()): Player {
     const roles = isRecord(told) ? told : {};
     const text = (name: string) => (typeof roles[name] === "string" ? (roles[name] as string) : "");
     const number = (name: string) => (typeof roles[name] === "number" ? (roles[name] as number) : 0);
+    const amount = (name: string) => (Number.isFinite(roles[name]) ? Math.max(0, roles[name] as number) : null);
     const playId = isRecord(roles.playId) ? JSON.stringify(roles.playId) : "";
     const state = number("state");
     const wasHeard = before.state === PlayState.playing || before.isReconnecting;
@@ -70,6 +98,15 @@ export function nextPlayer(before: Player, told: unknown): Player {
         codec: text("codec"),
         isReconnecting:
             state === PlayState.transitioning && playId === before.playId && wasHeard,
+        volume: typeof roles.volume === "number" ? clamp(roles.volume, 0, 100) : null,
+        isMuted: roles.mute === true,
+        position: amount("position"),
+        duration: amount("duration"),
+        isSeekable: roles.seekable === true,
+        behind: amount("behind") ?? 0,
+        output: text("output"),
+        outputProblem: text("outputProblem"),
+        toldAt: amount("position") === null ? 0 : time,
     };
 }
 
@@ -81,8 +118,11 @@ export const isShown = computed(
 /** Parameter with the path of the row that plays, if that differs from the path of what plays. */
 const matchingPath = "veskMatchingPath";
 
+/** The path of the row that plays. */
+export const playedPath = (now: Player): Path => paramOf(now.path, matchingPath) ?? now.path;
+
 /** Whether the row is the one that plays. */
-export function isPlayed(now: Player, row: Row): boolean {
+export function isPlayed(now: Player, row: Pick<Row, "path" | "title">): boolean {
     // A path with an empty parameter does not identify a row.
     if (row.path === "" || /=(&|$)/.test(row.path))
         return row.title !== "" && row.title === now.title;
@@ -102,7 +142,14 @@ export const asked = signal<Asked | null>(null);
 export const failure = signal<RpcError | null>(null);
 /** player.play has been pending for longer than `patience`. */
 export const isAskSlow = signal(false);
-let last: Asked | null = null;
+/** How the last play was asked for, to be asked for again. */
+interface Play {
+    readonly method: string;
+    readonly params: Record<string, unknown>;
+    readonly now: Asked;
+}
+
+let last: Play | null = null;
 let slowness: ReturnType<typeof setTimeout> | undefined;
 
 async function ask(method: string, params: Record<string, unknown> = {}): Promise<RpcError | null> {
@@ -121,14 +168,24 @@ async function ask(method: string, params: Record<string, unknown> = {}): Promis
     }
 }
 
-export async function play(screen: Path, row: number, path: Path): Promise<void> {
+export function play(screen: Path, row: number, path: Path): Promise<void> {
     const now = { screen, row, path };
-    last = now;
+    return start({ method: "player.play", params: path === "" ? { screen, row } : { ...now }, now });
+}
+
+/** Plays what the host knows by a number. */
+export function playPreset(number: number, path: Path): Promise<void> {
+    return start({ method: "presets.play", params: { number }, now: { screen: "", row: number, path } });
+}
+
+async function start(wanted: Play): Promise<void> {
+    const { method, params, now } = wanted;
+    last = wanted;
     asked.value = now;
     clearTimeout(slowness);
     isAskSlow.value = false;
     slowness = setTimeout(() => (isAskSlow.value = asked.value === now), patience);
-    const error = await ask("player.play", path === "" ? { screen, row } : { ...now });
+    const error = await ask(method, params);
     if (asked.value === now) {
         forget();
     } else if (!error && asked.value === null && last === null) {
@@ -138,7 +195,7 @@ export async function play(screen: Path, row: number, path: Path): Promise<void>
     if (error?.code === RpcError.notInList) {
         announce({ kind: "stale", text: "" });
         for (const each of shown) {
-            if (each.path === screen)
+            if (each.path === now.screen)
                 each.changed();
         }
     }
@@ -161,7 +218,7 @@ export const canRepeat = () => last !== null;
 
 export function repeat(): void {
     if (last)
-        void play(last.screen, last.row, last.path);
+        void start(last);
 }
 
 export const pause = () => ask("player.pause");
@@ -175,6 +232,11 @@ export function toggle(): void {
         void resume();
     else if (state === PlayState.playing)
         void pause();
+}
+
+/** What the host answered to a change of its player, before it tells the whole state. */
+export function amend(told: Partial<Player>): void {
+    player.value = { ...player.peek(), ...told };
 }
 
 async function refresh(): Promise<void> {

@@ -4,6 +4,7 @@
 import { batch, computed, signal } from "@preact/signals";
 
 import { isRecord, RpcError } from "../rpc/Connection";
+import { isOwner } from "./access";
 import { getRows, host, watch } from "./host";
 import { current, replace, searchPath, servicesPath } from "./navigation";
 import { equalsBut, paramOf, prefixOf, withParam, type Path } from "./path";
@@ -67,8 +68,9 @@ export function serviceOf(path: Path): Service | undefined {
     return services.value?.find((row) => row.path !== "" && prefixOf(row.path) === prefix);
 }
 
-/** The services that take files. */
-export const importers = computed(() => (services.value ?? []).filter((service) => service.importPath !== ""));
+/** The services that take files from this page. */
+export const importers = computed(() => (
+    isOwner.value ? (services.value ?? []).filter((service) => service.importPath !== "") : []));
 
 const textKey = "q";
 
@@ -165,7 +167,9 @@ export async function loadSearches(service: Service): Promise<void> {
 /** Null if the list could not be read. */
 async function readServices(names: readonly string[]): Promise<Service[] | null> {
     const result = await host.call("getRows", { path: servicesPath, roles: names, first: 0, last: 99 });
-    return readRows(result, names).problem === "" ? rolesIn(result, names).map(readService) : null;
+    // What the host itself keeps is on a screen of the page's own.
+    const isService = ({ path }: Service) => prefixOf(path) !== prefixOf(servicesPath);
+    return readRows(result, names).problem === "" ? rolesIn(result, names).map(readService).filter(isService) : null;
 }
 
 function takeServices(all: readonly Service[]): void {

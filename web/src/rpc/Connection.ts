@@ -7,6 +7,7 @@ import { signal } from "@preact/signals";
 export class RpcError extends Error {
     /** The connection was lost before the response. Not a code of the host's. */
     static readonly lost = 1;
+    static readonly noMethod = -32601;
     /** The service failed, or responded with an error. */
     static readonly failed = -32000;
     static readonly noNode = -32001;
@@ -16,6 +17,8 @@ export class RpcError extends Error {
     static readonly notOffered = -32005;
     /** The caller cancelled the request. */
     static readonly cancelled = -32006;
+    /** Only an owner of the host may do that. */
+    static readonly notAllowed = -32007;
     /** `name` of the error that ends pending requests when a plug-in process ends. */
     static readonly interrupted = "host:interrupted";
 
@@ -57,9 +60,10 @@ const silenceLimit = 70_000;
 export class Connection {
     /** Whether the connection is open; null until the first attempt has ended. */
     readonly isOpen = signal<boolean | null>(null);
+    /** Attempts that failed, and connections that were lost, since the last one was opened. */
+    readonly failures = signal(0);
 
     #socket: WebSocket | null = null;
-    #attempt = 0;
     #retry: ReturnType<typeof setTimeout> | undefined;
     #id = 0;
     readonly #waiting = new Map<number, Waiting>();
@@ -72,8 +76,8 @@ export class Connection {
         const socket = new WebSocket(this.url);
         this.#socket = socket;
         socket.onopen = () => {
-            this.#attempt = 0;
             this.isOpen.value = true;
+            this.failures.value = 0;
         };
         socket.onmessage = (event) => this.#receive(event.data);
         socket.onclose = () => this.#closed(socket);
@@ -157,6 +161,6 @@ export class Connection {
         this.#waiting.clear();
         for (const { reject } of waiting)
             reject(new RpcError(RpcError.lost, ""));
-        this.#retry = setTimeout(() => this.open(), reconnectDelay(this.#attempt++));
+        this.#retry = setTimeout(() => this.open(), reconnectDelay(this.failures.value++));
     }
 }

@@ -5,17 +5,26 @@ import { useSignalEffect } from "@preact/signals";
 import { useEffect } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
+import { access, isOwner } from "../model/access";
 import { host } from "../model/host";
 import { sheets } from "../model/menu";
-import { current } from "../model/navigation";
+import { alarmsPath, current, devicesPath, quietPath, radioPath, settingsPath } from "../model/navigation";
+import type { Path } from "../model/path";
 import { failure, isAskSlow, isShown, player } from "../model/player";
 import { searchedText } from "../model/services";
+import { AlarmsView } from "./Alarms";
 import { Breadcrumbs } from "./Breadcrumbs";
+import { DevicesView } from "./Devices";
 import { DropZone } from "./Files";
 import { Header } from "./Header";
 import { listenToKeys } from "./keys";
 import { NoticeBar, Spoken } from "./Notices";
+import { OwnScreen } from "./OwnScreen";
+import { PageSettings } from "./PageSettings";
 import { PlayerBar } from "./PlayerBar";
+import { QuietView } from "./QuietView";
+import { RadioView } from "./Radio";
+import { Missed, Ringing } from "./Ringing";
 import { screenTitle, ScreenView } from "./ScreenView";
 import { SearchView } from "./SearchView";
 import { Sheets } from "./Sheets";
@@ -32,6 +41,22 @@ function documentTitle(): string {
     return [...heard, ...(screenTitle.value === "" ? [] : [screenTitle.value]), "Vesk"].join(" – ");
 }
 
+function Content({ path }: { path: Path }) {
+    const searched = searchedText(path);
+    if (searched !== null)
+        return <SearchView text={searched} />;
+    if (path === radioPath)
+        return <RadioView />;
+    if (path === alarmsPath)
+        return <AlarmsView />;
+    if (path === devicesPath)
+        return <DevicesView />;
+    // The host's settings are its owners'; what is kept in this browser is everybody's.
+    if ((path === settingsPath || path.startsWith(settingsPath + "/")) && !isOwner.value)
+        return <OwnScreen title={t("Settings")}>{access.value && <PageSettings />}</OwnScreen>;
+    return <ScreenView path={path} />;
+}
+
 export function App() {
     useSignalEffect(() => {
         const root = document.documentElement;
@@ -43,16 +68,17 @@ export function App() {
         document.title = documentTitle();
     });
     useEffect(listenToKeys, []);
-    const searched = searchedText(current.value);
+    if (current.value === quietPath)
+        return <><QuietView /><Spoken /></>;
     return (
         <>
             <a class="skip" href="#content" onClick={skip}>{t("Skip to the content")}</a>
             <Header />
+            {sheets.value.length === 0 && <Ringing />}
             <main id="content">
+                <Missed />
                 <Breadcrumbs />
-                {searched === null
-                    ? <ScreenView key={current.value} path={current.value} />
-                    : <SearchView key={current.value} text={searched} />}
+                <Content key={current.value} path={current.value} />
             </main>
             <PlayerBar />
             {sheets.value.length === 0 && <NoticeBar />}

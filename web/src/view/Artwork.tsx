@@ -3,40 +3,25 @@
 
 import { useEffect, useRef, useState } from "preact/hooks";
 
+import { artworkAddress, isPicture, knownArtwork } from "../model/artwork";
 import { Icon, shapeNamed, type Shape } from "./icons";
 
 /** Milliseconds before a picture that failed to load is requested again: the host may have been restarted. */
 const retryTimes = [2000, 10_000];
-const maxKept = 5000;
-const kept = new Map<string, string>();
-
-/** The host's address for the picture at \a url. Only the host requests the URL itself. */
-async function addressOf(url: string): Promise<string> {
-    let address = kept.get(url);
-    if (address === undefined) {
-        const digest = await crypto.subtle.digest("SHA-256", new TextEncoder().encode(url));
-        const hex = Array.from(new Uint8Array(digest), (byte) => byte.toString(16).padStart(2, "0"));
-        address = "/artwork/" + hex.join("");
-        if (kept.size >= maxKept)
-            kept.clear();
-        kept.set(url, address);
-    }
-    return address;
-}
 
 /** A row's picture, or a drawing in its place. Decorative: the row's title says what it is. */
 export function Artwork({ icon, fallback }: { icon: string; fallback: Shape }) {
-    const isUrl = /^https?:/i.test(icon);
-    const [address, setAddress] = useState(kept.get(icon));
+    const isUrl = isPicture(icon);
+    const [address, setAddress] = useState(knownArtwork(icon));
     const [failed, setFailed] = useState(false);
     const failures = useRef(0);
     useEffect(() => {
         let isCurrent = true;
         failures.current = 0;
         setFailed(false);
-        setAddress(kept.get(icon));
-        if (isUrl && kept.get(icon) === undefined) {
-            addressOf(icon).then(
+        setAddress(knownArtwork(icon));
+        if (isUrl && knownArtwork(icon) === undefined) {
+            artworkAddress(icon).then(
                 (found) => isCurrent && setAddress(found), () => isCurrent && setFailed(true));
         }
         return () => {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { t } from "../i18n/i18n";
-import { openCrumb, servicesPath, trail, type Crumb } from "../model/navigation";
+import { devicesPath, openCrumb, servicesPath, settingsPath, trail, type Crumb } from "../model/navigation";
 import { homePath, searchAt, serviceOf, services } from "../model/services";
 
 /** The trail, with the home screen added in front if it began elsewhere. */
@@ -23,6 +23,10 @@ function titleOf(crumb: Crumb): string {
         return t("Results for “%1”", searched.text);
     if (crumb.path === servicesPath)
         return t("Services");
+    if (crumb.path === settingsPath)
+        return t("Settings");
+    if (crumb.path === devicesPath)
+        return t("Devices");
     const service = services.value?.find((row) => row.path === crumb.path);
     return service?.title || crumb.title || t("Untitled");
 }

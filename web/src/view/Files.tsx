@@ -5,10 +5,12 @@ import { signal } from "@preact/signals";
 import { useEffect, useRef, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
+import { isOwner } from "../model/access";
 import { exported, formats, importFile, maxSize } from "../model/files";
 import { asRpcError, closeSheets, openSheet } from "../model/menu";
 import { announce } from "../model/notices";
 import { importers, type Service } from "../model/services";
+import { download } from "./download";
 import { Icon } from "./icons";
 import { errorText } from "./words";
 
@@ -129,15 +131,6 @@ export function DropZone() {
     );
 }
 
-function download(name: string, data: string): void {
-    const url = URL.createObjectURL(new Blob([data], { type: "application/octet-stream" }));
-    const link = document.createElement("a");
-    link.href = url;
-    link.download = name;
-    link.click();
-    setTimeout(() => URL.revokeObjectURL(url), 60_000);
-}
-
 /** Buttons for what a service does with files, on its first screen. */
 export function FileTools({ service }: { service: Service }) {
     const input = useRef<HTMLInputElement>(null);
@@ -152,7 +145,7 @@ export function FileTools({ service }: { service: Service }) {
     };
     return (
         <div class="buttons files">
-            {service.importPath !== "" && (
+            {service.importPath !== "" && isOwner.value && (
                 <>
                     <button type="button" onClick={() => input.current?.click()}>{t("Import files …")}</button>
                     <input

@@ -4,11 +4,14 @@
 import { useEffect, useRef, useState } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
+import { alarms } from "../model/alarms";
 import {
     back, canGoBack, canGoForward, current, forward, leave, open, openCrumb, openQuietly, replace,
-    settingsPath,
+    radioPath, settingsPath,
 } from "../model/navigation";
 import { withParam } from "../model/path";
+import { presets } from "../model/presets";
+import { openQuiet } from "../model/quiet";
 import { activeSearch, homePath, queries, searches, searchFor, type Query } from "../model/services";
 import { focusFirstRow } from "./focus";
 import { Icon } from "./icons";
@@ -157,6 +160,25 @@ export function Header() {
                     <span>Vesk</span>
                 </a>
                 <SearchField />
+                <button type="button" class="round quietly" aria-label={t("Quiet view")} onClick={openQuiet}>
+                    <Icon shape="clock" />
+                </button>
+                {(presets.value ?? alarms.value) && (
+                    <a
+                        class="round"
+                        href={"#" + radioPath}
+                        aria-label={t("This radio")}
+                        title={t("This radio")}
+                        aria-current={current.value === radioPath ? "page" : undefined}
+                        onClick={(event) => {
+                            event.preventDefault();
+                            if (current.value !== radioPath)
+                                open(radioPath, t("This radio"));
+                        }}
+                    >
+                        <Icon shape="set" />
+                    </a>
+                )}
                 <a
                     class="round"
                     href={"#" + settingsPath}

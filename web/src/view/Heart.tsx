@@ -8,6 +8,7 @@ import { isFavorite, setFavorite } from "../model/favorites";
 import { asRpcError, isMenu } from "../model/menu";
 import { announce } from "../model/notices";
 import type { Path } from "../model/path";
+import { serviceOf } from "../model/services";
 import { Icon } from "./icons";
 import { errorText } from "./words";
 
@@ -29,13 +30,15 @@ export function Heart({ menu, title }: { menu: Path; title: string }) {
             setBusy(false);
         }
     };
+    const label = t("Favorite at %1", serviceOf(menu)?.title ?? "");
     return (
         <button
             type="button"
             class={is ? "round heart on" : "round heart"}
             aria-pressed={is}
             aria-busy={isBusy}
-            aria-label={t("Favorite")}
+            aria-label={label}
+            title={label}
             onClick={() => void change()}
         >
             <Icon shape={is ? "hearted" : "heart"} />

@@ -54,7 +54,7 @@ function noticeText({ kind, text }: Notice): string {
 
 export function NoticeBar() {
     const now = notice.value;
-    const isGood = now !== null && ["done", "told", "added", "removed"].includes(now.kind);
+    const isGood = now !== null && ["done", "told", "asked", "added", "removed"].includes(now.kind);
     return (
         <div class="notice" role="status">
             {now && (
@@ -70,6 +70,17 @@ export function NoticeBar() {
                             }}
                         >
                             {t("Undo")}
+                        </button>
+                    )}
+                    {now.action && (
+                        <button
+                            type="button"
+                            onClick={() => {
+                                dismiss();
+                                now.action?.run();
+                            }}
+                        >
+                            {now.action.label}
                         </button>
                     )}
                 </p>

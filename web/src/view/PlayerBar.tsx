@@ -8,17 +8,25 @@ import {
     cancelPlay, canRepeat, failure, isAskSlow, isShown, pause, player, PlayState, repeat, resume, stop,
     type Player,
 } from "../model/player";
+import { clockText, isBehind } from "../model/position";
 import { Artwork } from "./Artwork";
 import { Heart } from "./Heart";
 import { Icon } from "./icons";
+import { Behind, Progress, SeekBar } from "./SeekBar";
+import { Star } from "./Star";
+import { VolumeControl } from "./VolumeControl";
+
+/** What is wrong with what plays, or with where it is to be heard. */
+const troubleOf = (now: Player) => now.problem || now.outputProblem;
 
 export function stateText(now: Player): string {
     if (!host.isOpen.value)
         return t("Not connected");
     if (now.error !== "")
         return now.error;
-    if (now.problem !== "")
-        return now.problem;
+    const trouble = troubleOf(now);
+    if (trouble !== "")
+        return trouble;
     switch (now.state) {
         case PlayState.transitioning:
             return now.isReconnecting ? t("Reconnecting …") : t("Connecting …");
@@ -80,6 +88,7 @@ export function Controls({ now }: { now: Player }) {
                 <Icon shape={now.state === PlayState.stopped ? "close" : "stop"} />
             </button>
             <Heart menu={now.contextPath} title={now.title} />
+            <Star />
         </>
     );
 }
@@ -88,11 +97,12 @@ export function Controls({ now }: { now: Player }) {
 export function StateLine({ now }: { now: Player }) {
     const failed = failure.value;
     const isBad = now.error !== "" || failed !== null;
-    const figures = now.state === PlayState.playing && now.problem === "" && host.isOpen.value ? streamText(now) : "";
+    const figures = now.state === PlayState.playing && troubleOf(now) === "" && host.isOpen.value ? streamText(now) : "";
+    const rest = isBehind(now) && host.isOpen.value ? t("%1 behind live", clockText(now.behind)) : figures;
     return (
-        <span class={isBad ? "state bad" : now.problem ? "state problem" : "state"} dir="auto">
+        <span class={isBad ? "state bad" : troubleOf(now) ? "state problem" : "state"} dir="auto">
             {failed ? failed.message : stateText(now)}
-            {!failed && figures && <span class="rate"> · {figures}</span>}
+            {!failed && rest && <span class="rate"> · {rest}</span>}
         </span>
     );
 }
@@ -131,9 +141,10 @@ export function PlayerBar() {
     if (!isShown.value)
         return failure.value || isAskSlow.value ? <Asking /> : null;
     // A problem takes the place of the stream's title.
-    const onAir = now.problem || now.error ? "" : now.streamTitle || now.description;
+    const onAir = troubleOf(now) || now.error ? "" : now.streamTitle || now.description;
     return (
         <section class={host.isOpen.value ? "player" : "player stale"} aria-label={t("Player")}>
+            <Progress now={now} />
             <button
                 type="button"
                 class="details"
@@ -148,6 +159,8 @@ export function PlayerBar() {
                     <span class="unseen">{t("Details")}</span>
                 </span>
             </button>
+            <SeekBar now={now} />
+            <Behind now={now} />
             <div class="controls">
                 <Controls now={now} />
                 {isMenu(now.contextPath) && (
@@ -162,6 +175,7 @@ export function PlayerBar() {
                     </button>
                 )}
             </div>
+            <VolumeControl />
         </section>
     );
 }

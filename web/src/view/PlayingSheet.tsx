@@ -3,12 +3,19 @@
 
 import { useEffect } from "preact/hooks";
 
+import { t } from "../i18n/i18n";
 import { changesFavorites } from "../model/favorites";
 import { closeSheets, isMenu } from "../model/menu";
 import { isShown, player } from "../model/player";
+import { openQuiet } from "../model/quiet";
+import { serviceOf } from "../model/services";
 import { Artwork } from "./Artwork";
+import { Icon } from "./icons";
+import { hasPlayingTools, PlayingTools } from "./ItemTools";
 import { MenuSheet } from "./MenuSheet";
 import { Controls, StateLine } from "./PlayerBar";
+import { Behind, SeekBar, SeekSteps } from "./SeekBar";
+import { VolumeControl } from "./VolumeControl";
 
 /** All details of what plays. */
 export function PlayingSheet() {
@@ -28,11 +35,25 @@ export function PlayingSheet() {
                         <p class="about" dir="auto">{now.description}</p>
                     )}
                     <p><StateLine now={now} /></p>
-                    <div class="controls"><Controls now={now} /></div>
+                    <div class="controls">
+                        <Controls now={now} />
+                        <button type="button" class="round" aria-label={t("Quiet view")} onClick={openQuiet}>
+                            <Icon shape="clock" />
+                        </button>
+                    </div>
                 </div>
             </div>
+            <div class="sliders">
+                <SeekSteps now={now}><SeekBar now={now} /></SeekSteps>
+                <Behind now={now} />
+                <VolumeControl />
+            </div>
+            <PlayingTools />
             {isMenu(now.contextPath) && (
-                <MenuSheet key={now.contextPath} path={now.contextPath} isShown={(row) => !changesFavorites(row)} />
+                <>
+                    {hasPlayingTools() && <h3 class="in-sheet" dir="auto">{serviceOf(now.contextPath)?.title ?? ""}</h3>}
+                    <MenuSheet key={now.contextPath} path={now.contextPath} isShown={(row) => !changesFavorites(row)} />
+                </>
             )}
         </>
     );

@@ -11,6 +11,7 @@ import { open } from "../model/navigation";
 import { patience } from "../model/Screen";
 import { withParam } from "../model/path";
 import { asked, isPlayed, play, player, PlayState } from "../model/player";
+import { hasLibrary } from "../model/presets";
 import { RowType, type Row } from "../model/rows";
 import type { Screen } from "../model/Screen";
 import { Artwork } from "./Artwork";
@@ -43,10 +44,12 @@ function fallbackOf(row: Row): Shape {
 
 /** A row, drawn by its type: link, play button, action, value or text. */
 export function RowView(props: Props) {
-    const { row, isActive, inMenu } = props;
+    const { row, screen, index, isActive, inMenu } = props;
     if (!row)
         return <div class="row skeleton"><span class="artwork" /><span class="lines"><i /><i /></span></div>;
-    const more = isMenu(row.contextPath) && !inMenu;
+    const canKeep = row.type === RowType.audio && !row.disabled && row.path !== "" && hasLibrary.value;
+    const more = (isMenu(row.contextPath) || canKeep) && !inMenu;
+    const item = canKeep ? { screen: screen.path, row: index, path: row.path, title: row.title } : undefined;
     return (
         <div class={more ? "row has-more" : "row"}>
             <Body {...props} row={row} />
@@ -57,7 +60,7 @@ export function RowView(props: Props) {
                     tabIndex={isActive ? 0 : -1}
                     aria-haspopup="dialog"
                     aria-label={t("More for %1", row.title)}
-                    onClick={() => openMenu(row.contextPath, row.title)}
+                    onClick={() => openMenu(isMenu(row.contextPath) ? row.contextPath : "", row.title, item)}
                 >
                     <Icon shape="more" />
                 </button>

@@ -5,6 +5,7 @@ import { signal } from "@preact/signals";
 import { useEffect, useLayoutEffect, useMemo, useRef } from "preact/hooks";
 
 import { t, tn } from "../i18n/i18n";
+import { isOwner } from "../model/access";
 import { host } from "../model/host";
 import { Layout } from "../model/layout";
 import { arrival, restore, settingsPath, trail } from "../model/navigation";
@@ -12,6 +13,7 @@ import type { Path } from "../model/path";
 import { RowType } from "../model/rows";
 import { Screen, screenAt, shown } from "../model/Screen";
 import { activeSearch, homePath, serviceOf } from "../model/services";
+import { recentsPath, starsPath } from "../model/stars";
 import { RpcError } from "../rpc/Connection";
 import { Accounts } from "./Accounts";
 import { FileTools } from "./Files";
@@ -20,6 +22,7 @@ import { Icon } from "./icons";
 import { PageSettings } from "./PageSettings";
 import { Problem, Slow } from "./Problem";
 import { RowList } from "./RowList";
+import { ShareButton } from "./ShareButton";
 
 /** Title of the current screen; empty until it is known. */
 export const screenTitle = signal("");
@@ -66,6 +69,13 @@ export function Skeleton({ screen, rows = 8 }: { screen: Screen; rows?: number }
     );
 }
 
+/** The page's own words for screens of the host whose titles could be those of a service's. */
+function ownTitle(path: Path): string {
+    if (path === starsPath)
+        return t("With a star on this radio");
+    return path === recentsPath ? t("Heard lately") : "";
+}
+
 /** Empty until it is known. */
 function titleOf(screen: Screen): string {
     const searched = activeSearch.value;
@@ -74,7 +84,7 @@ function titleOf(screen: Screen): string {
     if (screen.error.value?.code === RpcError.notOffered)
         return t("Not opened");
     const crumbs = trail.value;
-    const known = screen.title || crumbs[crumbs.length - 1]!.title;
+    const known = ownTitle(screen.path) || screen.title || crumbs[crumbs.length - 1]!.title;
     if (known !== "" || screen.count.value !== null)
         return known || serviceOf(screen.path)?.title || t("Untitled");
     return screen.error.value ? screen.error.value.title || t("Untitled") : "";
@@ -115,8 +125,9 @@ export function ScreenView({ path }: { path: Path }) {
                 <p class="count" role="status">
                     {isCounted && tn("%n entry", "%n entries", rows)}
                 </p>
+                {!isSettings && title !== "" && <ShareButton path={path} title={title} />}
             </div>
-            {service?.path === path && (service.importPath || service.exportPath) && <FileTools service={service} />}
+            {service?.path === path && ((service.importPath && isOwner.value) || service.exportPath) && <FileTools service={service} />}
             {isSettings && <Accounts />}
             <Problem screen={screen} />
             <Slow screen={screen} />

@@ -1,23 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-import type { ComponentChildren } from "preact";
-import { useEffect, useId, useLayoutEffect, useRef, useState } from "preact/hooks";
+import { useEffect, useLayoutEffect, useRef, useState } from "preact/hooks";
 
-import { t, tn } from "../i18n/i18n";
-import { Layout } from "../model/layout";
-import { arrival, open, restore } from "../model/navigation";
-import { withParam, type Path } from "../model/path";
-import { loadSearches, searches, services, type Query, type Searches } from "../model/services";
-import { RpcError } from "../rpc/Connection";
+import { t } from "../i18n/i18n";
+import { arrival, restore } from "../model/navigation";
+import { withParam } from "../model/path";
+import { loadSearches, searches, searchFor, services, type Query, type Searches } from "../model/services";
 import { moveAmong } from "./focus";
-import { Problem, Slow } from "./Problem";
-import { RowView } from "./RowView";
-import { screenTitle, Skeleton, useScreen } from "./ScreenView";
+import { GroupFrame, RowsGroup } from "./RowsGroup";
+import { screenTitle } from "./ScreenView";
+import { ShareButton } from "./ShareButton";
 import { errorText } from "./words";
-
-/** Rows of a group; the others are shown on a screen of their own. */
-const maxRows = 5;
 
 /** The row that was in focus last, to go on there after coming back. */
 let left = { text: "", group: "", row: -1 };
@@ -73,7 +67,10 @@ export function SearchView({ text }: { text: string }) {
     const sorted = [...groups].sort((a, b) => place(a.key) - place(b.key));
     return (
         <>
-            <div class="heading"><h1 ref={heading} tabIndex={-1} dir="auto">{title}</h1></div>
+            <div class="heading">
+                <h1 ref={heading} tabIndex={-1} dir="auto">{title}</h1>
+                <ShareButton path={searchFor(text)} title={title} />
+            </div>
             {services.value !== null && groups.length === 0 && <p class="blank">{t("There is nothing to search.")}</p>}
             <div
                 ref={list}
@@ -114,85 +111,15 @@ function GroupView({ group, text, came }: Props) {
             came();
     }, [error]);
     if (query)
-        return <Results group={group} path={withParam(query.path, query.key, text)} came={came} />;
+        return <RowsGroup groupKey={group.key} title={titleOf(group)} path={withParam(query.path, query.key, text)} came={came} />;
     return (
-        <Frame group={group}>
+        <GroupFrame groupKey={group.key} title={titleOf(group)}>
             {error ? (
                 <div class="blank" role="alert">
                     <p dir="auto">{errorText(error)}</p>
                     <button type="button" class="filled" onClick={() => void loadSearches(service)}>{t("Try again")}</button>
                 </div>
             ) : <div class="rows skeleton" role="status" aria-label={t("Loading")} />}
-        </Frame>
-    );
-}
-
-function Frame({ group, head, children }: { group: Group; head?: ComponentChildren; children: ComponentChildren }) {
-    const id = useId();
-    return (
-        <section class="found" data-group={group.key} aria-labelledby={id}>
-            <div class="found-head">
-                <h2 id={id} dir="auto">{titleOf(group)}</h2>
-                {head}
-            </div>
-            {children}
-        </section>
-    );
-}
-
-function Results({ group, path, came }: { group: Group; path: Path; came(): void }) {
-    const screen = useScreen(path);
-    screen.version.value;
-    const count = screen.count.value;
-    const error = screen.error.value;
-    useEffect(() => screen.show(0, maxRows - 1), [screen]);
-    const isThere = count !== null || error !== null;
-    useEffect(() => {
-        if (isThere)
-            came();
-    }, [isThere]);
-    const total = count === null ? 0 : new Layout(count, 1, screen.shapes).shown;
-    const rows = Array.from({ length: count ?? 0 }, (_, index) => index)
-        .filter((index) => screen.row(index) && !screen.row(index)!.isEmpty)
-        .slice(0, maxRows);
-    const title = titleOf(group);
-    const head = (
-        <>
-            <p class="count" role="status">{total > 0 && tn("%n entry", "%n entries", total)}</p>
-            {total > rows.length && (
-                <a
-                    class="plain-button"
-                    href={"#" + path}
-                    aria-label={t("Show all of %1", title)}
-                    onClick={(event) => {
-                        if (event.ctrlKey || event.metaKey || event.shiftKey)
-                            return;
-                        event.preventDefault();
-                        open(path, title);
-                    }}
-                >
-                    {t("Show all")}
-                </a>
-            )}
-        </>
-    );
-    // A lost connection and a service that was left have been told elsewhere.
-    const isCancelled = error?.code === RpcError.cancelled;
-    return (
-        <Frame group={group} head={head}>
-            {!isCancelled && <Problem screen={screen} />}
-            <Slow screen={screen} />
-            {count === null && !error && <Skeleton screen={screen} rows={2} />}
-            {count !== null && total === 0 && !error && <p class="nothing">{t("There is nothing here.")}</p>}
-            {rows.length > 0 && (
-                <ul class="rows flow" role="list" aria-label={title}>
-                    {rows.map((index) => (
-                        <li key={index} data-row={index}>
-                            <RowView screen={screen} index={index} row={screen.row(index)} isActive />
-                        </li>
-                    ))}
-                </ul>
-            )}
-        </Frame>
+        </GroupFrame>
     );
 }

@@ -5,14 +5,22 @@ import { useEffect, useRef } from "preact/hooks";
 
 import { t } from "../i18n/i18n";
 import { closeSheet, closeSheets, sheets, type Sheet } from "../model/menu";
+import type { Path } from "../model/path";
 import { player } from "../model/player";
+import type { Item } from "../model/presets";
+import { serviceOf } from "../model/services";
 import { moveAmong } from "./focus";
 import { ImportSheet } from "./Files";
 import { Icon } from "./icons";
+import { hasItemTools, ItemTools } from "./ItemTools";
 import { KeysSheet } from "./KeysSheet";
 import { MenuSheet } from "./MenuSheet";
 import { NoticeBar } from "./Notices";
+import { OutputsSheet } from "./OutputsSheet";
 import { PlayingSheet } from "./PlayingSheet";
+import { PresetsSheet } from "./PresetsSheet";
+import { Ringing } from "./Ringing";
+import { SleepSheet } from "./SleepSheet";
 
 function titleOf(sheet: Sheet): string {
     switch (sheet.kind) {
@@ -22,6 +30,12 @@ function titleOf(sheet: Sheet): string {
             return t("Where to import");
         case "playing":
             return player.value.title || t("Player");
+        case "presets":
+            return t("Which preset?");
+        case "sleep":
+            return t("Sleep timer");
+        case "outputs":
+            return t("Output");
         default:
             return t("Keys");
     }
@@ -30,17 +44,40 @@ function titleOf(sheet: Sheet): string {
 function Content({ sheet }: { sheet: Sheet }) {
     switch (sheet.kind) {
         case "menu":
-            return <MenuSheet path={sheet.path} />;
+            return <RowMenu path={sheet.path} item={sheet.item} />;
         case "import":
             return <ImportSheet files={sheet.files} />;
         case "playing":
             return <PlayingSheet />;
+        case "presets":
+            return <PresetsSheet item={sheet.item} />;
+        case "sleep":
+            return <SleepSheet />;
+        case "outputs":
+            return <OutputsSheet />;
         default:
             return <KeysSheet />;
     }
 }
 
-const keyOf = (sheet: Sheet) => (sheet.kind === "menu" ? sheet.path : sheet.kind);
+/** A menu of a service's, and before it what this radio does with the row that it belongs to. */
+function RowMenu({ path, item }: { path: Path; item: Item | undefined }) {
+    if (!item)
+        return <MenuSheet path={path} />;
+    return (
+        <>
+            <ItemTools item={item} />
+            {path !== "" && (
+                <>
+                    {hasItemTools() && <h3 class="in-sheet" dir="auto">{serviceOf(path)?.title ?? ""}</h3>}
+                    <MenuSheet path={path} />
+                </>
+            )}
+        </>
+    );
+}
+
+const keyOf = (sheet: Sheet) => (sheet.kind === "menu" ? `${sheet.path} ${sheet.item?.path ?? ""}` : sheet.kind);
 
 /** The modal dialog with the topmost sheet. */
 export function Sheets() {
@@ -92,7 +129,7 @@ export function Sheets() {
                 </div>
             )}
             {/* Elements outside a modal dialog are inert: not operable, and not read by screen readers. */}
-            {top && <NoticeBar />}
+            {top && <><Ringing /><NoticeBar /></>}
         </dialog>
     );
 }

@@ -3,9 +3,10 @@
 
 import { useEffect, useId, useState } from "preact/hooks";
 
-import { fullTag, languageName, languagePath, languages, t } from "../i18n/i18n";
+import { fullTag, languageName, languages, t } from "../i18n/i18n";
 import { bestLanguage } from "../i18n/plural";
 import { setData } from "../model/host";
+import { languagePath } from "../model/language";
 import { asRpcError } from "../model/menu";
 import type { Row } from "../model/rows";
 import type { Screen } from "../model/Screen";

@@ -77,6 +77,53 @@ const shapes = {
             <path d="M6 11.5a6 6 0 0 0 12 0M12 17.5V20" />
         </>
     ),
+    clock: (
+        <>
+            <circle cx="12" cy="12" r="8" />
+            <path d="M12 7.5V12l3 2" />
+        </>
+    ),
+    share: (
+        <>
+            <circle cx="17" cy="6" r="2.2" />
+            <circle cx="7" cy="12" r="2.2" />
+            <circle cx="17" cy="18" r="2.2" />
+            <path d="M9 11l6-3.8M9 13l6 3.8" />
+        </>
+    ),
+    volume: <path d="M4 9.5v5h3.5L12 18.5V5.5L7.5 9.5zM15.5 9a4.2 4.2 0 0 1 0 6M18 6.5a8 8 0 0 1 0 11" />,
+    muted: <path d="M4 9.5v5h3.5L12 18.5V5.5L7.5 9.5zM15.5 9.5l5 5M20.5 9.5l-5 5" />,
+    star: <path d="M12 4l2.4 5.2 5.6.7-4.1 3.9 1.1 5.7-5-2.8-5 2.8 1.1-5.7L4 9.9l5.6-.7z" />,
+    starred: <path d="M12 4l2.4 5.2 5.6.7-4.1 3.9 1.1 5.7-5-2.8-5 2.8 1.1-5.7L4 9.9l5.6-.7z" fill="currentColor" />,
+    rewind: <path d="M5 5v5h5M5.5 10a7.5 7.5 0 1 1-1 4.5" />,
+    skip: <path d="M19 5v5h-5M18.5 10a7.5 7.5 0 1 0 1 4.5" />,
+    moon: <path d="M19.5 14.5A8 8 0 0 1 9.5 4.5a8 8 0 1 0 10 10z" />,
+    alarm: (
+        <>
+            <circle cx="12" cy="13" r="7" />
+            <path d="M12 9v4l2.5 2M4 6.5L7 4M20 6.5L17 4" />
+        </>
+    ),
+    speaker: (
+        <>
+            <rect x="6" y="3.5" width="12" height="17" rx="2" />
+            <circle cx="12" cy="14.5" r="3.2" />
+            <path d="M12 7.5v.1" />
+        </>
+    ),
+    preset: (
+        <>
+            <rect x="4" y="6" width="16" height="12" rx="2.5" />
+            <path d="M10.5 10.5L12.5 9v6" />
+        </>
+    ),
+    set: (
+        <>
+            <rect x="3.5" y="8" width="17" height="11.5" rx="2.2" />
+            <circle cx="8.5" cy="13.8" r="2.6" />
+            <path d="M14 12h3.5M14 15.5h3.5M6.5 8L16 4" />
+        </>
+    ),
     trend: <path d="M4 16l5-5 3.5 3.5L20 7M15 7h5v5" />,
 } satisfies Record<string, ComponentChildren>;
 

@@ -8,5 +8,7 @@ import { RpcError } from "../rpc/Connection";
 export function errorText(error: RpcError): string {
     if (error.code === RpcError.lost)
         return t("There is no connection to the host, so nothing happens.");
+    if (error.code === RpcError.notAllowed)
+        return t("Only an owner of this host may do that.");
     return error.message || t("Something went wrong.");
 }

@@ -7,7 +7,7 @@ import { after, before, test } from "node:test";
 
 import axe from "axe-core";
 
-import { expectEventually, launch, newPage, onlyProblemsOf, Product } from "./support.mjs";
+import { checkTargets, expectEventually, launch, newPage, onlyProblemsOf, Product } from "./support.mjs";
 
 const rules = ["wcag2a", "wcag2aa", "wcag21a", "wcag21aa", "wcag22aa", "best-practice"];
 const phone = { viewport: { width: 375, height: 667 }, isMobile: true, hasTouch: true };
@@ -24,10 +24,9 @@ after(async () => {
     await product?.end();
 });
 
-async function check(page, what) {
+async function check(page, what, runOnly = { type: "tag", values: rules }) {
     await page.evaluate(axe.source);
-    const { violations } = await page.evaluate(
-        (values) => axe.run(document, { runOnly: { type: "tag", values } }), rules);
+    const { violations } = await page.evaluate((only) => axe.run(document, { runOnly: only }), runOnly);
     const found = violations.map(
         ({ id, help, nodes }) => `${what}: ${id}: ${help}: ${nodes.map((n) => n.html).join(" | ")}`);
     assert.deepEqual(found, []);
@@ -114,6 +113,8 @@ for (const [name, options] of Object.entries({
     "wide and dark": { colorScheme: "dark" },
     "narrow and light": phone,
     "narrow and dark": { ...phone, colorScheme: "dark" },
+    "with more contrast, light": { contrast: "more" },
+    "with more contrast, dark": { contrast: "more", colorScheme: "dark" },
 })) {
     test(`every screen passes the checker, ${name}`, async () => {
         const page = await newPage(browser, product, options);
@@ -121,6 +122,10 @@ for (const [name, options] of Object.entries({
             await open(page);
             await check(page, what);
             await checkWidth(page, what);
+            if (options.hasTouch)
+                await checkTargets(page, what);
+            if (options.contrast)
+                await check(page, what, { type: "rule", values: ["color-contrast-enhanced"] });
         }
         onlyProblemsOf(page);
         await product.call("player.stop");
@@ -164,6 +169,8 @@ test("is used by keyboard alone", async () => {
 
     // One row is in the tab order, the arrows lead to the others.
     await page.keyboard.press("Tab");
+    assert.equal(await focused(), "Share");
+    await page.keyboard.press("Tab");
     assert.equal(await focused(), "Favorites");
     await page.keyboard.press("ArrowDown");
     assert.equal(await focused(), "Local Radio");
@@ -183,6 +190,7 @@ test("is used by keyboard alone", async () => {
     await page.keyboard.press("Enter");
     await page.locator("button.audio").first().waitFor();
 
+    await tabTo("Share");
     await page.keyboard.press("Tab");
     await page.keyboard.press("ArrowDown");
     const station = await page.evaluate(() => document.activeElement.querySelector(".title").textContent);
@@ -230,5 +238,23 @@ test("never hides what has the focus behind the player", async () => {
         assert.ok(isSeen, `row ${i + 1} is in sight`);
     }
     await product.call("player.stop");
+    await page.context().close();
+});
+
+test("keeps what is on and off apart in a system's own colours", async () => {
+    const page = await newPage(browser, product, { forcedColors: "active" });
+    await page.goto(`${product.url}#host:settings`);
+    const one = page.getByRole("switch").first();
+    const look = () => one.evaluate((element) => [getComputedStyle(element).backgroundColor, getComputedStyle(element, "::before").transform]);
+    const before = await look();
+    await one.click();
+    await expectEventually(async () => (await look())[0] !== before[0] && (await look())[1] !== before[1], "the other look");
+    await one.click();
+    await page.getByRole("button", { name: "Link with a code" }).click();
+    await page.locator(".qr").waitFor();
+    const qr = await page.locator(".qr").evaluate((element) => [getComputedStyle(element).backgroundColor, getComputedStyle(element).fill]);
+    assert.deepEqual(qr, ["rgb(255, 255, 255)", "rgb(0, 0, 0)"]);
+    await page.getByRole("button", { name: "Cancel" }).click();
+    onlyProblemsOf(page);
     await page.context().close();
 });

@@ -66,7 +66,7 @@ async function checkPage(page) {
     const found = await page.evaluate(() => ({
         pwned: window.pwned,
         injected: [...document.querySelectorAll("#app script, #app iframe, #app object, #app embed, #app svg[onload], #app [onerror]")].map((e) => e.outerHTML),
-        pictures: [...document.images].map((image) => image.getAttribute("src")).filter((src) => !/^\/artwork\/[0-9a-f]{64}$/.test(src)),
+        pictures: [...document.images].map((image) => image.getAttribute("src")).filter((src) => !/^\.\/artwork\/[0-9a-f]{64}$/.test(src)),
         links: [...document.querySelectorAll("a[href]")].map((a) => a.href).filter((href) => !href.startsWith(location.origin + "/")),
         wide: document.scrollingElement.scrollWidth - innerWidth,
         tall: [...document.querySelectorAll(".rows li")].filter((li) => li.scrollHeight > li.clientHeight + 1).length,

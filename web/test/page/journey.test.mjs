@@ -85,7 +85,7 @@ test("shows the artwork that the service named, from the host", async () => {
     const picture = player(page).locator("img");
     await expectEventually(
         () => picture.evaluate((img) => img.complete && img.naturalWidth > 0), "a picture");
-    assert.match(await picture.getAttribute("src"), /^\/artwork\/[0-9a-f]{64}$/);
+    assert.match(await picture.getAttribute("src"), /^\.\/artwork\/[0-9a-f]{64}$/);
 });
 
 test("pauses, goes on and stops", async () => {
@@ -295,5 +295,5 @@ test("shows the licenses of the libraries that are part of it", async () => {
     await page.goto(product.url);
     await page.getByRole("link", { name: "Settings" }).click();
     const link = page.getByRole("link", { name: "Show the licenses" });
-    assert.equal(await link.getAttribute("href"), "/notices.txt");
+    assert.equal(await link.getAttribute("href"), "./notices.txt");
 });

@@ -55,7 +55,7 @@ test("the details of what plays have its names in full, and close with Back", as
     const { title, streamTitle } = await product.call("player.state");
     await player(page).locator("button.details").click();
     await dialog(page).getByRole("heading", { name: title }).waitFor();
-    const isWhole = await dialog(page).getByRole("heading").evaluate((h) => h.scrollWidth <= h.clientWidth);
+    const isWhole = await dialog(page).getByRole("heading", { level: 2 }).evaluate((h) => h.scrollWidth <= h.clientWidth);
     assert.ok(isWhole);
     if (streamTitle)
         await dialog(page).locator(".on-air").waitFor();

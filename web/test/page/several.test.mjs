@@ -96,7 +96,7 @@ const heading = (name) => page.getByRole("heading", { level: 1, name, exact: tru
 const group = (name) => page.getByRole("region", { name, exact: true });
 const box = () => page.getByRole("searchbox");
 const where = () => page.getByRole("combobox", { name: "Where to search" });
-const hit = (name) => page.getByRole("button", { name });
+const hit = (name) => page.getByRole("button", { name, exact: true });
 
 async function search(text) {
     await page.goto(product.url);
@@ -109,7 +109,7 @@ async function search(text) {
 test("asks all services at once, and shows what each finds", async () => {
     await search("jazz");
     await group("TuneIn").getByRole("button", { name: /Hafenlicht Jazz/ }).first().waitFor();
-    await group("Mine").getByRole("button", { name: "jazz of mine 4" }).waitFor();
+    await group("Mine").getByRole("button", { name: "jazz of mine 4", exact: true }).waitFor();
     await group("Good plug-in").getByRole("listitem").first().waitFor();
     assert.equal(await group("Mine").getByRole("listitem").count(), 5, "a group is short");
     await group("Mine").getByText("8 entries").waitFor();
@@ -126,7 +126,7 @@ test("the rest of a group is on a screen of its own, and Back returns to the gro
     await group("TuneIn").waitFor();
     assert.equal(await where().evaluate((select) => select.selectedOptions[0].text), "All services");
     await page.reload();
-    await group("Mine").getByRole("button", { name: "jazz of mine 0" }).waitFor();
+    await group("Mine").getByRole("button", { name: "jazz of mine 0", exact: true }).waitFor();
     onlyProblemsOf(page);
 });
 
@@ -187,7 +187,7 @@ test("a service that is busy when the page is opened delays itself only", async 
     await page.goto(product.url);
     await box().fill("jazz");
     await box().press("Enter");
-    await group("mine").getByRole("button", { name: "jazz of mine 0" }).waitFor();
+    await group("mine").getByRole("button", { name: "jazz of mine 0", exact: true }).waitFor();
     await group("tunein").getByRole("button", { name: /Hafenlicht Jazz/ }).first().waitFor();
     onlyProblemsOf(page);
 });

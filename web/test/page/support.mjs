@@ -212,10 +212,10 @@ export function onlyProblemsOf(page, allowed = /$^/) {
 
 /**
  * Stands between the page and its host. `call` sees each call and may answer it in the host's place,
- * when it returns true, now or later, or let it pass then; `answered` may change an answer. After that
- * `page.tell` sends the page a notification.
+ * when it returns true, now or later, or let it pass then; `answered` may change an answer, and `told` a
+ * notification. After that `page.tell` sends the page a notification.
  */
-export async function between(page, { call = () => false, answered = () => {} }) {
+export async function between(page, { call = () => false, answered = () => {}, told = () => {} }) {
     await page.routeWebSocket(/\/ws$/, (socket) => {
         const server = socket.connectToServer();
         const calls = new Map();
@@ -233,8 +233,62 @@ export async function between(page, { call = () => false, answered = () => {} })
             if (asked) {
                 calls.delete(message.id);
                 answered(asked, message);
+            } else {
+                told(message);
             }
             socket.send(JSON.stringify(message));
         });
     });
+}
+
+/** A finger finds each control: it is 44 pixels large, or as much around its middle is the control, too, or a label of it. */
+export async function checkTargets(page, what) {
+    const small = await page.evaluate(() => {
+        const found = [];
+        const isInText = (element) => element.matches("p > a") && getComputedStyle(element).display === "inline";
+        for (const element of document.querySelectorAll("button, a[href], input, select")) {
+            const isHere = element.checkVisibility({ visibilityProperty: true, opacityProperty: true })
+                && !element.closest("[inert]") && (!document.querySelector("dialog[open]") || element.closest("dialog[open]"));
+            if (!isHere || element.matches(".skip, [type=file]") || isInText(element))
+                continue;
+            element.scrollIntoView({ block: "center", inline: "center" });
+            const { left, top, width, height } = element.getBoundingClientRect();
+            const [x, y] = [left + width / 2, top + height / 2];
+            // One that is drawn large enough is only not to be covered; hits are rounded to whole pixels.
+            const reach = width >= 44 && height >= 44 ? 20 : 21.5;
+            const misses = [[-reach, 0], [reach, 0], [0, -reach], [0, reach]].filter(([dx, dy]) => {
+                const hit = document.elementFromPoint(x + dx, y + dy);
+                const label = hit?.closest("label");
+                return !element.contains(hit) && label?.control !== element;
+            });
+            if (misses.length > 0) {
+                const [dx, dy] = misses[0];
+                const hit = document.elementFromPoint(x + dx, y + dy)?.outerHTML.slice(0, 60);
+                found.push(`${element.outerHTML.slice(0, 160)} (${Math.round(width)} by ${Math.round(height)}): ${hit}`);
+            }
+        }
+        scrollTo(0, 0);
+        return found;
+    });
+    if (small.length > 0)
+        throw new Error(`${what}: too small for a finger: ${small.join("\n")}`);
+}
+
+/** Lets a radio of radio.mjs answer, in the host's place, what it has methods for. */
+export async function withRadio(page, radio) {
+    const join = (state) => {
+        radio.playing = { ...state };
+        Object.assign(state, radio.now);
+    };
+    await between(page, {
+        call: (message, answer) => {
+            const found = radio.answer(message);
+            if (found)
+                answer(found);
+            return found !== null;
+        },
+        answered: ({ method }, { result }) => method === "player.state" && result && join(result),
+        told: ({ method, params }) => method === "player.changed" && join(params),
+    });
+    radio.tell = (message) => page.tell(message);
 }

@@ -10,7 +10,7 @@ const storage = {
     removeItem: (key: string) => void store.delete(key),
 };
 Object.assign(globalThis, {
-    location: { host: "127.0.0.1:1", hash: "" },
+    location: { href: "http://127.0.0.1:1/", host: "127.0.0.1:1", hash: "" },
     history: { state: null, pushState: nothing, replaceState: nothing },
     sessionStorage: storage,
     localStorage: storage,

@@ -131,6 +131,19 @@ test("somebody in a hurry does not wait for the next attempt", () => {
     assert.equal(connection.isOpen.value, true);
 });
 
+test("attempts that fail are counted until one succeeds", () => {
+    const [connection, socket] = opened();
+    assert.equal(connection.failures.value, 0);
+    socket.close();
+    assert.equal(connection.failures.value, 1);
+    connection.hurry();
+    FakeSocket.all[1]!.close();
+    assert.equal(connection.failures.value, 2);
+    connection.hurry();
+    FakeSocket.all[2]!.open();
+    assert.equal(connection.failures.value, 0);
+});
+
 test("it waits longer from time to time, but not for ever", () => {
     assert.equal(reconnectDelay(0), 250);
     assert.equal(reconnectDelay(2), 1000);

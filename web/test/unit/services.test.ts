@@ -6,6 +6,7 @@ import "./browser";
 import assert from "node:assert/strict";
 import { test } from "node:test";
 
+const { access, readAccess } = await import("../../src/model/access");
 const { importers, queries, readService, searchAt, searchedText, searches, searchFor, services } = await import("../../src/model/services");
 
 test("a service says what it can do", () => {
@@ -33,8 +34,10 @@ test("what a service does not say, or says in the wrong type, it cannot do", () 
     }
 });
 
-test("files go to the services that take some", () => {
+test("an owner's files go to the services that take some", () => {
     services.value = [readService({ path: "X:" }), readService({ path: "Y:", import: { path: "Y:in" } })];
+    assert.equal(importers.value.length, 0);
+    access.value = readAccess({ role: "owner" });
     assert.deepEqual(importers.value.map((service) => service.path), ["Y:"]);
 });
 
