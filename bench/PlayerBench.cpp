@@ -3,9 +3,10 @@
 
 /// \file
 /// The player compared with GStreamer's playbin: the time from the request to play until samples
-/// are written, and the memory and CPU usage of playback. Measures whole processes that play the
-/// same stream of the local directory, alternating. The player gets a JSON-RPC call and makes its
-/// request before playback first; gst-launch has to be started as a process.
+/// are written, from silence and while another station plays, and the memory, CPU usage and
+/// wake-ups of playback. Measures whole processes that play the same streams of the local
+/// directory, alternating. The player gets a JSON-RPC call and makes its request before playback
+/// first; gst-launch has to be started as a process.
 #include "tests/support/Text.h"
 #include "tests/system/Product.h"
 
@@ -17,13 +18,14 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <unistd.h>
 #include <vector>
 
 namespace {
 
 constexpr int Rounds = 15;
-constexpr int PlaySeconds = 10;
+constexpr int PlaySeconds = 30;
 constexpr qint64 WavHead = 44;
 
 double median(std::vector<double> values)
@@ -46,16 +48,18 @@ double untilSamples(const QString &file, const QElapsedTimer &clock)
 struct Cost {
     double megabytes = 0;
     double cpuPercent = 0;
+    double wakeUps = 0; ///< of all threads, per second
 };
 
+/// Of the process alone, exactly.
 double cpuSeconds(qint64 pid)
 {
-    QFile file(QStringLiteral("/proc/%1/stat").arg(pid));
-    if (!file.open(QIODevice::ReadOnly))
+    clockid_t clock {};
+    timespec time {};
+    if (::clock_getcpuclockid(static_cast<pid_t>(pid), &clock) != 0
+        || ::clock_gettime(clock, &time) != 0)
         return 0;
-    const QList<QByteArray> fields = file.readAll().split(')').last().trimmed().split(' ');
-    return (fields.value(11).toDouble() + fields.value(12).toDouble())
-        / static_cast<double>(sysconf(_SC_CLK_TCK));
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
 }
 
 double residentMegabytes(qint64 pid)
@@ -67,19 +71,49 @@ double residentMegabytes(qint64 pid)
         * static_cast<double>(sysconf(_SC_PAGESIZE)) / 1e6;
 }
 
-Cost costOf(qint64 pid)
+double voluntarySwitches(qint64 pid)
 {
-    QThread::sleep(2);
-    const double before = cpuSeconds(pid);
-    QThread::sleep(PlaySeconds);
-    return {residentMegabytes(pid), (cpuSeconds(pid) - before) * 100 / PlaySeconds};
+    double sum = 0;
+    const QDir tasks(QStringLiteral("/proc/%1/task").arg(pid));
+    const QStringList ids = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &id : ids) {
+        QFile status(tasks.filePath(id + QStringLiteral("/status")));
+        if (!status.open(QIODevice::ReadOnly))
+            continue;
+        const QList<QByteArray> lines = status.readAll().split('\n');
+        for (const QByteArray &line : lines) {
+            if (line.startsWith("voluntary_ctxt_switches:"))
+                sum += line.split(':').at(1).trimmed().toDouble();
+        }
+    }
+    return sum;
 }
 
-void play(const Product &product)
+Cost costOf(qint64 pid)
+{
+    // The start of a play is over: its buffer is full, and its loudness found.
+    QThread::sleep(12);
+    const double before = cpuSeconds(pid);
+    const double switches = voluntarySwitches(pid);
+    QThread::sleep(PlaySeconds);
+    return {residentMegabytes(pid), (cpuSeconds(pid) - before) * 100 / PlaySeconds,
+        (voluntarySwitches(pid) - switches) / PlaySeconds};
+}
+
+/// Stations 1 and 2 of the directory.
+void play(const Product &product, int station = 1)
 {
     product.rpc(text("player.play"),
-        {{text("screen"), text("TuneIn:browse/uri/Search.ashx?query=trial%2001")},
+        {{text("screen"),
+             text("TuneIn:browse/uri/Search.ashx?query=trial%200") + QString::number(station)},
             {text("row"), 0}});
+}
+
+void setEven(const Product &product, bool even)
+{
+    product.rpc(text("setData"),
+        {{text("path"), text("settings:player/evenness")}, {text("role"), text("value")},
+            {text("value"), even}});
 }
 
 void startGst(QProcess &gst, const QString &url, const QString &sink)
@@ -108,6 +142,7 @@ int main()
     const QString url = text("http://") + product.directoryAddress() + text("/stream/s29001/1.mp3");
 
     std::vector<double> ourTimes;
+    std::vector<double> switchTimes;
     std::vector<double> theirTimes;
     for (int i = 0; i < Rounds; ++i) {
         QFile::remove(ours);
@@ -115,6 +150,12 @@ int main()
         clock.start();
         play(product);
         ourTimes.push_back(untilSamples(ours, clock));
+        // The file of the play that goes on is another one, without a name.
+        QThread::sleep(1);
+        QFile::remove(ours);
+        clock.start();
+        play(product, 2);
+        switchTimes.push_back(untilSamples(ours, clock));
         product.rpc(text("player.stop"), {});
 
         QFile::remove(theirs);
@@ -127,9 +168,14 @@ int main()
     std::printf(
         "| play to first samples, p50 | `gst-launch-1.0 playbin` | %.0f ms | %.0f ms | %.2f |\n",
         median(ourTimes), median(theirTimes), median(ourTimes) / median(theirTimes));
+    std::printf(
+        "| switch of stations to first samples, p50 | the same | %.0f ms | %.0f ms | %.2f |\n",
+        median(switchTimes), median(theirTimes), median(switchTimes) / median(theirTimes));
 
     Product silent({text("--audio"), text("null")});
     play(silent);
+    const Cost evenCost = costOf(silent.host().processId());
+    setEven(silent, false);
     const Cost ourCost = costOf(silent.host().processId());
     QProcess gst;
     startGst(gst, url, text("fakesink sync=true"));
@@ -142,5 +188,10 @@ int main()
     std::printf("| CPU while playing mp3 at 128 kbit/s | the same | %.1f %% | %.1f %% | %.2f |\n",
         ourCost.cpuPercent, theirCost.cpuPercent,
         theirCost.cpuPercent > 0 ? ourCost.cpuPercent / theirCost.cpuPercent : 0);
+    std::printf("| the same, equally loud | without | %.1f %% | %.1f %% | %.2f |\n",
+        evenCost.cpuPercent, ourCost.cpuPercent,
+        ourCost.cpuPercent > 0 ? evenCost.cpuPercent / ourCost.cpuPercent : 0);
+    std::printf("| wake-ups per second while playing | the same | %.1f | %.1f | %.2f |\n",
+        ourCost.wakeUps, theirCost.wakeUps, ourCost.wakeUps / theirCost.wakeUps);
     return 0;
 }

@@ -37,8 +37,8 @@ public:
                         {QStringLiteral("roles"), pageRoles()}, {QStringLiteral("first"), first},
                         {QStringLiteral("last"), last}}}});
         QByteArray answer;
-        m_rpc.handle(
-            message, &m_client, &m_client, [&answer](const QByteArray &bytes) { answer = bytes; });
+        m_rpc.handle(message, {&m_client, &m_client, {}},
+            [&answer](const QByteArray &bytes) { answer = bytes; });
         spinUntil([&answer] { return !answer.isEmpty(); });
         return answer;
     }

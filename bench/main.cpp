@@ -73,6 +73,9 @@ constexpr Ratio Ratios[] = {
         "getRowsOfLongScreenFromPluginProcess:p50_us", "getRowsOfLongScreen:p50_us", 1.5},
     {"10,000 rows by pages of 100, beside all at once", "readScreenByPages:p50_us",
         "readScreenAtOnce:p50_us", 1.3},
+    {"a second of sound, evenness on, beside its copy", "levelSecondOfSound/1", "copySecondOfSound",
+        150},
+    {"the same with evenness off", "levelSecondOfSound/0", "copySecondOfSound", 1.2},
 };
 
 void printRatios(const Collector &collector)

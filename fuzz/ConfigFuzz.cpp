@@ -52,9 +52,18 @@ QStringList argumentsIn(const QByteArray &text)
 
 void requireSound(const HostOptions &options)
 {
-    const QString address = options.listen.address;
-    FUZZ_REQUIRE(address == QLatin1String("127.0.0.1") || address == QLatin1String("localhost")
-        || address == QLatin1String("::1"));
+    bool isLoopbackServed = false;
+    for (const ListenAddress &listen : options.listenAddresses()) {
+        isLoopbackServed = isLoopbackServed || listen.isAny() || !listen.isBeyondLoopback();
+        FUZZ_REQUIRE(listen.address == QLatin1String("localhost")
+            || (AddressRange::parse(listen.address) && !listen.address.contains(QLatin1Char('/'))));
+    }
+    FUZZ_REQUIRE(isLoopbackServed);
+    for (const QByteArray &host : options.names.hosts)
+        FUZZ_REQUIRE(!host.isEmpty() && host == host.toLower() && !host.contains('/'));
+    FUZZ_REQUIRE(options.names.basePath.isEmpty()
+        || (options.names.basePath.startsWith('/') && !options.names.basePath.endsWith('/')));
+    FUZZ_REQUIRE(options.certificateFile.isEmpty() == options.keyFile.isEmpty());
     for (const PluginOptions &plugin : options.plugins)
         FUZZ_REQUIRE(!plugin.file.isEmpty());
     for (const auto &entry : options.pinned)

@@ -40,13 +40,28 @@ struct FakeHost::Server {
         guint source;
     };
 
-    explicit Server(FakeHost *owner)
+    Server(FakeHost *owner, const TestAuthority::Certificate *certificate)
         : host(owner)
         , server(soup_server_new(nullptr, nullptr))
     {
+        soup_server_add_handler(server, "/ws", &Server::checkAccess, this, nullptr);
+        soup_server_add_handler(server, "/pair", &Server::pair, this, nullptr);
         soup_server_add_websocket_handler(
             server, "/ws", nullptr, nullptr, &Server::opened, this, nullptr);
-        EXPECT_TRUE(soup_server_listen_local(server, 0, SOUP_SERVER_LISTEN_IPV4_ONLY, nullptr));
+        if (certificate)
+            useCertificate(*certificate);
+        const auto options = static_cast<SoupServerListenOptions>(
+            SOUP_SERVER_LISTEN_IPV4_ONLY | (certificate ? SOUP_SERVER_LISTEN_HTTPS : 0));
+        EXPECT_TRUE(soup_server_listen_local(server, 0, options, nullptr));
+    }
+
+    void useCertificate(const TestAuthority::Certificate &files)
+    {
+        GTlsCertificate *certificate = g_tls_certificate_new_from_files(
+            files.certificateFile.constData(), files.keyFile.constData(), nullptr);
+        ASSERT_TRUE(certificate);
+        soup_server_set_tls_certificate(server, certificate);
+        g_object_unref(certificate);
     }
 
     ~Server()
@@ -66,6 +81,45 @@ struct FakeHost::Server {
     Server(const Server &) = delete;
     Server &operator=(const Server &) = delete;
 
+    static void checkAccess(
+        SoupServer *, SoupServerMessage *message, const char *path, GHashTable *, gpointer data)
+    {
+        FakeHost *const owner = static_cast<Server *>(data)->host;
+        const QByteArray sent = soup_message_headers_get_one(
+            soup_server_message_get_request_headers(message), "Authorization");
+        owner->m_authorizations.append(sent);
+        const bool isOpen = owner->m_token.isEmpty() || qstrcmp(path, "/pair") == 0;
+        const unsigned refusal
+            = isOpen || sent == "Bearer " + owner->m_token ? 0 : SOUP_STATUS_UNAUTHORIZED;
+        const unsigned status = owner->m_status ? owner->m_status : refusal;
+        if (!owner->m_location.isEmpty()) {
+            soup_message_headers_replace(soup_server_message_get_response_headers(message),
+                "Location", owner->m_location.constData());
+        }
+        if (status)
+            soup_server_message_set_status(message, status, nullptr);
+    }
+
+    static void pair(SoupServer *itself, SoupServerMessage *message, const char *path,
+        GHashTable *query, gpointer data)
+    {
+        FakeHost *const owner = static_cast<Server *>(data)->host;
+        checkAccess(itself, message, path, query, data);
+        if (soup_server_message_get_status(message) != 0)
+            return;
+        const bool isPost = qstrcmp(soup_server_message_get_method(message), SOUP_METHOD_POST) == 0;
+        QByteArray body = "<!DOCTYPE html><title>Pair</title>";
+        if (isPost) {
+            const SoupMessageBody *posted = soup_server_message_get_request_body(message);
+            owner->m_posted.append(QByteArray(posted->data, static_cast<int>(posted->length)));
+            body = owner->m_pairingBody;
+        }
+        soup_server_message_set_status(
+            message, isPost ? owner->m_pairingStatus : owner->m_pageStatus, nullptr);
+        soup_server_message_set_response(message, isPost ? "application/json" : "text/html",
+            SOUP_MEMORY_COPY, body.constData(), static_cast<gsize>(body.size()));
+    }
+
     static void opened(SoupServer *, SoupServerMessage *, const char *,
         SoupWebsocketConnection *connection, gpointer data)
     {
@@ -83,6 +137,13 @@ struct FakeHost::Server {
         QString call;
         const QByteArray answer = self->host->answer(
             QByteArray(static_cast<const char *>(bytes), static_cast<int>(size)), call);
+        if (call == self->host->m_revoking) {
+            self->host->m_token = "nobody's";
+            if (self->host->m_revokingResponds)
+                soup_websocket_connection_send_text(connection, answer.constData());
+            return soup_websocket_connection_close(
+                connection, SOUP_WEBSOCKET_CLOSE_POLICY_VIOLATION, nullptr);
+        }
         if (self->host->m_closing.value(call) > 0) {
             --self->host->m_closing[call];
             return soup_websocket_connection_close(
@@ -118,7 +179,13 @@ struct FakeHost::Server {
 
 FakeHost::FakeHost(const Results &results)
     : m_results(results)
-    , m_server(std::make_unique<Server>(this))
+    , m_server(std::make_unique<Server>(this, nullptr))
+{
+}
+
+FakeHost::FakeHost(const TestAuthority::Certificate &certificate, const Results &results)
+    : m_results(results)
+    , m_server(std::make_unique<Server>(this, &certificate))
 {
 }
 
@@ -129,7 +196,42 @@ QString FakeHost::url() const
     GSList *uris = soup_server_get_uris(m_server->server);
     const int port = g_uri_get_port(static_cast<GUri *>(uris->data));
     g_slist_free_full(uris, reinterpret_cast<GDestroyNotify>(&g_uri_unref));
-    return QStringLiteral("http://127.0.0.1:%1/").arg(port);
+    return (soup_server_is_https(m_server->server) ? QStringLiteral("https://localhost:%1/")
+                                                   : QStringLiteral("http://127.0.0.1:%1/"))
+        .arg(port);
+}
+
+void FakeHost::setCertificate(const TestAuthority::Certificate &certificate)
+{
+    m_server->useCertificate(certificate);
+}
+
+void FakeHost::setToken(const QByteArray &token)
+{
+    m_token = token;
+}
+
+void FakeHost::setRevoking(const QString &call, bool responds)
+{
+    m_revoking = call;
+    m_revokingResponds = responds;
+}
+
+void FakeHost::setStatus(unsigned status, const QByteArray &location)
+{
+    m_status = status;
+    m_location = location;
+}
+
+void FakeHost::setPairing(unsigned status, const QByteArray &body)
+{
+    m_pairingStatus = status;
+    m_pairingBody = body;
+}
+
+void FakeHost::setPageMissing()
+{
+    m_pageStatus = SOUP_STATUS_METHOD_NOT_ALLOWED;
 }
 
 int FakeHost::connections() const
@@ -155,6 +257,12 @@ void FakeHost::setDelay(const QString &call, unsigned milliseconds)
 void FakeHost::setNotifications(const QString &call, const QList<QByteArray> &messages)
 {
     m_notifications.insert(call, messages);
+}
+
+void FakeHost::notify(const QByteArray &message)
+{
+    for (SoupWebsocketConnection *connection : m_server->open)
+        soup_websocket_connection_send_text(connection, message.constData());
 }
 
 void FakeHost::setClosing(const QString &call, int times)
@@ -219,10 +327,13 @@ Outcome run(const QString &url, const QStringList &arguments, const Surroundings
         around.input.size());
     ::close(pipe[1]);
     CtlTerminal terminal {out, errors};
-    terminal.input = pipe[0];
+    terminal.input = around.keyboard >= 0 ? around.keyboard : pipe[0];
     terminal.width = around.width;
     terminal.memory = around.memory;
     terminal.name = around.terminal;
+    terminal.knownHosts = around.knownHosts;
+    terminal.unicode = around.unicode;
+    terminal.colours = around.colours;
     terminal.catalogues = around.catalogues;
     int status = 0;
     {

@@ -293,6 +293,53 @@ TEST(PlayerCommandsTest, StatusPrintsNoControlCharacters)
         EXPECT_THAT(json, testing::Not(testing::HasSubstr(bad)));
 }
 
+TEST(PlayerCommandsTest, StatusTellsWhatThereIsToTell)
+{
+    const struct {
+        const char *state;
+        const char *line;
+    } cases[] {{R"("volume":40,"mute":false)", "volume 40"},
+        {R"("volume":0,"mute":true)", "volume 0  muted"},
+        {R"("position":723.5,"duration":4800)", "12:03 / 1:20:00"},
+        {R"("position":5,"duration":null)", "0:05"}, {R"("position":null,"duration":4800)", ""},
+        {R"("behind":150.2)", "2:30 behind live"}, {R"("behind":0)", ""},
+        {R"("outputProblem":"The headset is gone.")", "The headset is gone."},
+        {R"("outputProblem":"","position":null)", ""}};
+    for (const auto &[state, line] : cases) {
+        const FakeHost host({{StateCall, R"("result":{"state":2,)" + QByteArray(state) + '}'}});
+        EXPECT_EQ(run(host.url(), words("status")).out,
+            "playing" + (*line ? "  " + std::string(line) : "") + "\n");
+    }
+}
+
+TEST(PlayerCommandsTest, StatusTellsTheSleepTimerAndAlarms)
+{
+    FakeHost host({{StateCall, R"("result":{"state":0})"},
+        {QStringLiteral("sleep.state"),
+            R"("result":{"ends":"2026-11-22T23:30:00+01:00","left":60})"},
+        {QStringLiteral("alarms.list"), R"("result":{"alarms":[
+            {"id":1,"next":null},{"id":2,"next":"2026-11-24T07:30:00+01:00"},
+            {"id":3,"next":"2026-11-23T09:00:00+01:00"}],"missed":[],"ringing":null})"}});
+    EXPECT_EQ(run(host.url(), words("status")).out, "stopped  stops at 23:30  alarm Mon 09:00\n");
+    EXPECT_EQ(run(host.url(), words("status --json")).out,
+        R"({"alarm":{"id":3,"next":"2026-11-23T09:00:00+01:00"},)"
+        R"("sleep":{"ends":"2026-11-22T23:30:00+01:00","left":60},"state":0})"
+        "\n");
+    host.setResult(QStringLiteral("sleep.state"), R"("result":{"ends":null,"left":0})");
+    host.setResult(QStringLiteral("alarms.list"), R"("result":{"alarms":[],
+        "missed":[{"id":1,"at":"2026-11-23T07:30:00+01:00"}],"ringing":1})");
+    EXPECT_EQ(run(host.url(), words("status")).out,
+        "stopped  the alarm rings  missed alarm: Mon 07:30\n");
+}
+
+TEST(PlayerCommandsTest, PlayTellsOnlyThatItIsMuted)
+{
+    PlayHost host;
+    host.setResult(StateCall,
+        R"("result":{"state":2,"title":"Jazz FM","volume":40,"mute":true,"position":3})");
+    EXPECT_EQ(run(host.url(), words("play Good:music 3")).out, "playing  Jazz FM  muted\n");
+}
+
 TEST(PlayerCommandsTest, PauseResumeAndStopPrintNothingOnSuccess)
 {
     FakeHost host;

@@ -15,6 +15,8 @@
 namespace {
 
 const QString StateCall = QStringLiteral("player.state");
+const QString SleepCall = QStringLiteral("sleep.state");
+const QString AlarmsCall = QStringLiteral("alarms.list");
 
 QByteArray change(const char *title)
 {
@@ -60,7 +62,70 @@ TEST(PlayerWatchTest, ShowsTheStateAndEachChange)
     EXPECT_FALSE(watched.failure);
     EXPECT_EQ(watched.titles, QStringLiteral("a b c"));
     EXPECT_EQ(watched.errors, "");
-    EXPECT_EQ(host.asked(), QStringList {StateCall});
+    EXPECT_EQ(host.asked(), (QStringList {StateCall, SleepCall, AlarmsCall}));
+}
+
+TEST(PlayerWatchTest, AVolumeThatIsTurnedIsNoFlood)
+{
+    FakeHost host({{StateCall, R"("result":{"title":"a","volume":0})"}});
+    QList<QByteArray> changes;
+    for (int volume = 1; volume <= 100; ++volume) {
+        changes.append(
+            R"({"jsonrpc":"2.0","method":"player.changed","params":{"title":"a","volume":)"
+            + QByteArray::number(volume) + "}}");
+    }
+    host.setNotifications(StateCall, changes);
+    QList<int> volumes;
+    std::ostringstream out;
+    const CtlTerminal terminal {out, out};
+    CtlOptions options;
+    options.host = host.url();
+    HostSession session(options, terminal);
+    PlayerWatch playerWatch(session, [&](const QVariantHash &state) {
+        volumes.append(state.value(QStringLiteral("volume")).toInt());
+        return volumes.last() < 100;
+    });
+    EXPECT_TRUE(playerWatch.run());
+    EXPECT_EQ(volumes.first(), 0);
+    EXPECT_LT(volumes.size(), 10);
+}
+
+TEST(PlayerWatchTest, ShowsTheSleepTimerAndTheAlarms)
+{
+    FakeHost host({{StateCall, R"("result":{"title":"a"})"},
+        {SleepCall, R"("result":{"ends":null,"left":0})"},
+        {AlarmsCall, R"("result":{"alarms":[],"missed":[],"ringing":null})"}});
+    host.setNotifications(StateCall,
+        {R"({"jsonrpc":"2.0","method":"sleep.changed","params":{"ends":"23:30","left":9}})"});
+    QList<QVariantHash> states;
+    std::ostringstream out;
+    const CtlTerminal terminal {out, out};
+    CtlOptions options;
+    options.host = host.url();
+    HostSession session(options, terminal);
+    PlayerWatch playerWatch(session, [&](const QVariantHash &state) {
+        states.append(state);
+        if (states.size() == 2) {
+            host.setResult(AlarmsCall, R"("result":{"alarms":[],"missed":[],"ringing":7})");
+            host.notify(R"({"jsonrpc":"2.0","method":"alarms.changed","params":{}})");
+        }
+        return states.size() < 3;
+    });
+    EXPECT_TRUE(playerWatch.run());
+    ASSERT_EQ(states.size(), 3);
+    EXPECT_FALSE(states.at(0).contains(QStringLiteral("sleep")));
+    const auto ends = [&](int index) {
+        return states.at(index)
+            .value(QStringLiteral("sleep"))
+            .toHash()
+            .value(QStringLiteral("ends"));
+    };
+    EXPECT_EQ(ends(1), QStringLiteral("23:30"));
+    EXPECT_FALSE(states.at(1).contains(QStringLiteral("ringing")));
+    EXPECT_EQ(ends(2), QStringLiteral("23:30"));
+    EXPECT_EQ(states.at(2).value(QStringLiteral("ringing")), 7);
+    EXPECT_EQ(host.timesAsked(AlarmsCall), 2);
+    EXPECT_EQ(host.timesAsked(StateCall), 1);
 }
 
 TEST(PlayerWatchTest, IgnoresOtherMessages)
@@ -75,7 +140,7 @@ TEST(PlayerWatchTest, IgnoresOtherMessages)
 
 TEST(PlayerWatchTest, FailsWithTheHostsError)
 {
-    FakeHost host({{StateCall, R"("error":{"code":-32601,"message":"No."})"}});
+    FakeHost host({{StateCall, R"("error":{"code":-32603,"message":"No."})"}});
     const Watched watched = watch(host.url(), 1);
     EXPECT_EQ(watched.failure, CtlStatus::Failed);
     EXPECT_EQ(watched.errors, "veskctl: No.\n");

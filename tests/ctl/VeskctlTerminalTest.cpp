@@ -90,7 +90,8 @@ TEST_F(VeskctlTerminalTest, PrintsInTheHostsLanguage)
     const Shown shown = show(
         QStringLiteral("@ set settings:ui/language de-DE; @ status; @ ls 99; @ ls host:settings"),
         40);
-    EXPECT_THAT(shown.text, StartsWith("angehalten\nveskctl: es gibt keine Zeile 99\n"));
+    EXPECT_THAT(
+        shown.text, StartsWith("angehalten  Lautstärke 100\nveskctl: es gibt keine Zeile 99\n"));
     EXPECT_THAT(shown.text, HasSubstr("Sprache: de-DE"));
 }
 

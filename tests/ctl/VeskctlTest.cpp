@@ -83,6 +83,43 @@ TEST_F(VeskctlTest, ReadsAndChangesSettings)
     EXPECT_EQ(run(words("get settings:ui/language")).out, "en-US\n");
 }
 
+TEST_F(VeskctlTest, TurnsTheVolume)
+{
+    EXPECT_EQ(run(words("volume 40")).out, "40\n");
+    EXPECT_EQ(run(words("volume +5")).out, "45\n");
+    EXPECT_EQ(run(words("volume -100")).out, "0\n");
+    EXPECT_EQ(run(words("mute")).out, "0, muted\n");
+    EXPECT_EQ(run(words("status")).out, "stopped  volume 0  muted\n");
+    EXPECT_EQ(run(words("unmute")).out, "0\n");
+}
+
+TEST_F(VeskctlTest, SetsAlarmsAndTheSleepTimer)
+{
+    const Outcome added = run(words("alarm add 7:30 --days mon-fri --volume 40 --fade 60"));
+    EXPECT_EQ(added.status, 0) << added.errors;
+    EXPECT_THAT(added.out, testing::MatchesRegex("07:30 Mon-Fri: next [A-Z][a-z]+ 07:30\n"));
+    EXPECT_THAT(run(words("alarm")).out, testing::HasSubstr("\t07:30\t1,2,3,4,5\ton\t40\t60\t"));
+    EXPECT_EQ(run(words("alarm off 7:30")).out, "07:30 Mon-Fri: off\n");
+    EXPECT_THAT(run(words("alarm change 1 --days once --time 8:00")).out, "08:00 once: off\n");
+    EXPECT_EQ(run(words("alarm remove 1")).out, "08:00 once: removed\n");
+    EXPECT_EQ(run(words("alarm snooze")).status, 1);
+    EXPECT_EQ(run(words("alarm dismiss")).status, 0);
+    EXPECT_THAT(run(words("sleep 30")).out, testing::StartsWith("the sound stops at "));
+    EXPECT_THAT(run(words("status")).out, testing::HasSubstr("  stops at "));
+    EXPECT_EQ(run(words("sleep off")).out, "no sleep timer\n");
+}
+
+TEST_F(VeskctlTest, TellsThatNothingIsKeptYet)
+{
+    EXPECT_EQ(run(words("presets")).status, 0);
+    EXPECT_EQ(run(words("recents")).out, "");
+    EXPECT_EQ(run(words("stars")).out, "");
+    for (const char *line : {"preset 3", "preset save 3", "star add", "seek +30"})
+        EXPECT_EQ(run(words(line)).status, 1) << line;
+    EXPECT_EQ(
+        run(words("library export")).out, "{\"favorites\":[],\"presets\":[],\"version\":1}\n");
+}
+
 QByteArray nextLine(QProcess &process)
 {
     while (!process.canReadLine() && process.waitForReadyRead(20000)) { }
@@ -134,13 +171,13 @@ TEST_F(VeskctlTest, WatchEndsWhenItsOutputIsClosed)
             QStringLiteral("{ '" VESKCTL_PROGRAM "' status --watch; echo \"status $?\" >&2; }"
                            " | head -n 1")});
     EXPECT_TRUE(shell.waitForFinished(60000));
-    EXPECT_EQ(shell.readAllStandardOutput(), "stopped\n");
+    EXPECT_EQ(shell.readAllStandardOutput(), "stopped  volume 100\n");
     EXPECT_EQ(shell.readAllStandardError(), "status 0\n");
 }
 
 TEST_F(VeskctlTest, PrintsThePlayersErrors)
 {
-    EXPECT_EQ(run(words("status")).out, "stopped\n");
+    EXPECT_EQ(run(words("status")).out, "stopped  volume 100\n");
     EXPECT_EQ(run(words("stop")).status, 0);
     const Outcome play = run(words("play / 0"));
     EXPECT_EQ(play.status, 1);

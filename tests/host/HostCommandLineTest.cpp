@@ -25,8 +25,12 @@ TEST(HostCommandLineTest, HasDefaults)
 {
     const CommandLineResult line = parseHostCommandLine({});
     ASSERT_TRUE(line);
-    EXPECT_EQ(line->listen.address, QStringLiteral("127.0.0.1"));
-    EXPECT_EQ(line->listen.port, 8765);
+    ASSERT_EQ(line->listenAddresses().size(), 1);
+    EXPECT_EQ(line->listenAddresses().first().address, QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(line->listenAddresses().first().port, 8765);
+    EXPECT_FALSE(line->isBeyondLoopback());
+    EXPECT_FALSE(line->plainHttp);
+    EXPECT_EQ(line->connections, 64);
     EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line->logLevel, QStringLiteral("info"));
     EXPECT_EQ(line->logSize, 10 * 1024 * 1024);
@@ -43,6 +47,9 @@ TEST(HostCommandLineTest, ReadsEveryOption)
 {
     const CommandLineResult line = parseHostCommandLine(
         words("--plugin " TUNEIN_PLUGIN " --plugin b.so --listen [::1]:0 "
+              "--listen 0.0.0.0:8765 --plain-http --cert c.pem --key k.pem --connections 1100 "
+              "--allow-host Radio.example --allow-host b:8443 --base-path /radio/ "
+              "--allow-origin https://radio.example --trust-proxy 10.0.0.0/8 "
               "--set settings:tunein/partnerId=a=b --set network:connected=true "
               "--connect-to opml.radiotime.com:80:127.0.0.1:8080 --connect-to ::[::1]:443 "
               "--ca-file ca.pem --audio wav:out.wav --in-process --restart-wait 0.5 "
@@ -53,8 +60,20 @@ TEST(HostCommandLineTest, ReadsEveryOption)
     ASSERT_EQ(options.plugins.size(), 2);
     EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("tunein"));
     EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("b"));
-    EXPECT_EQ(options.listen.address, QStringLiteral("::1"));
-    EXPECT_EQ(options.listen.port, 0);
+    ASSERT_EQ(options.listen.size(), 2);
+    EXPECT_EQ(options.listen.at(0).address, QStringLiteral("::1"));
+    EXPECT_EQ(options.listen.at(0).port, 0);
+    EXPECT_EQ(options.listen.at(1).address, QStringLiteral("0.0.0.0"));
+    EXPECT_TRUE(options.isBeyondLoopback());
+    EXPECT_TRUE(options.plainHttp);
+    EXPECT_EQ(options.certificateFile, QStringLiteral("c.pem"));
+    EXPECT_EQ(options.keyFile, QStringLiteral("k.pem"));
+    EXPECT_EQ(options.names.hosts, (QVector<QByteArray> {"radio.example", "b:8443"}));
+    EXPECT_EQ(options.names.origins, QVector<QByteArray> {"https://radio.example"});
+    EXPECT_EQ(options.names.basePath, "/radio");
+    ASSERT_EQ(options.names.proxies.size(), 1);
+    EXPECT_TRUE(options.names.proxies.first().contains("10.9.9.9"));
+    EXPECT_EQ(options.connections, 1100);
     ASSERT_EQ(options.pinned.size(), 2);
     EXPECT_EQ(options.pinned.at(0).first, VeskTuneInPartnerIdPath());
     EXPECT_EQ(options.pinned.at(0).second.string_(), QStringLiteral("a=b"));
@@ -95,15 +114,19 @@ TEST_P(BadCommandLineTest, EndsWithStatusTwoAndAReason)
 INSTANTIATE_TEST_SUITE_P(Lines, BadCommandLineTest,
     testing::Values("extra", "--unknown", "--plugin", "--listen", "--listen 8765",
         "--listen 127.0.0.1", "--listen 127.0.0.1:", "--listen 127.0.0.1:x",
-        "--listen 127.0.0.1:65536", "--listen 127.0.0.1:-1", "--listen 0.0.0.0:8765",
-        "--listen 192.168.1.1:80", "--listen [::]:80", "--listen ::1:80", "--listen :80",
-        "--listen example.org:80", "--listen 127.0.0.1:1 --listen 127.0.0.1:2",
-        "--set settings:tunein/partnerId", "--set nothing=1", "--set settings:nothing=1",
-        "--set settings:tunein/enabledFixItWizard=maybe", "--set settings:ui/language=klingon",
+        "--listen 127.0.0.1:65536", "--listen 127.0.0.1:-1", "--listen ::1:80", "--listen :80",
+        "--listen example.org:80", "--listen 10.0.0.0/8:80", "--cert c.pem", "--key k.pem",
+        "--allow-host a/b", "--allow-host a:b", "--allow-host http://a", "--allow-origin radio",
+        "--allow-origin https://a/", "--allow-origin *", "--base-path radio", "--base-path /a//b",
+        "--base-path /../a?", "--trust-proxy nginx", "--trust-proxy 10.0.0.0/99", "--connections 7",
+        "--connections many", "--set settings:tunein/partnerId", "--set nothing=1",
+        "--set settings:nothing=1", "--set settings:tunein/enabledFixItWizard=maybe",
+        "--set settings:ui/language=klingon",
         "--set settings:ui/language=", "--set settings:tunein/supportedStreams=mp3,mp5",
         "--set settings:tunein/browseIndexUrl=somewhere", "--set =x", "--set network:connected=",
         "--connect-to a", "--connect-to a:1:b", "--connect-to a:1:b:2:3", "--connect-to a:x:b:1",
         "--audio loud", "--audio wav:", "--audio wav:/dev/null", "--audio wav:/tmp",
+        "--audio jack:x", "--audio pipe:", "--audio pipe:/dev/null", "--audio tcp:host",
         "--log-size -1", "--log-size much", "--log-size nan", "--log-size 1048577",
         "--log-level verbose", "--log-level INFO", "--restart-wait soon", "--restart-wait -1",
         "--restart-wait nan", "--restart-wait 3601", "--watchdog soon", "--watchdog -1",
@@ -201,7 +224,8 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.plugins.at(0).effectiveServiceId(), QStringLiteral("a"));
     EXPECT_EQ(options.plugins.at(1).file, QStringLiteral(TUNEIN_PLUGIN));
     EXPECT_EQ(options.plugins.at(1).effectiveServiceId(), QStringLiteral("bee"));
-    EXPECT_EQ(options.listen.port, 1234);
+    ASSERT_EQ(options.listen.size(), 1);
+    EXPECT_EQ(options.listen.first().port, 1234);
     EXPECT_EQ(options.pinned.size(), 2);
     EXPECT_EQ(options.connectTo, QStringList {QStringLiteral("a:80:b:81")});
     EXPECT_EQ(options.audio.kind, AudioOutputSpec::Null);
@@ -215,11 +239,23 @@ TEST_F(HostConfigFileTest, GivesTheSameOptions)
     EXPECT_EQ(options.caFile, m_folder.filePath(QStringLiteral("ca")));
 }
 
+TEST_F(HostConfigFileTest, ListensAtOneAddressOrAtSeveral)
+{
+    EXPECT_EQ(parseWith(R"({"listen": ["0.0.0.0:1", "[::]:1"]})")->listen.size(), 2);
+    const auto more = parseWith(R"({"listen": "192.168.1.5:1234"})")->listenAddresses();
+    ASSERT_EQ(more.size(), 2) << "the loopback interface, from where devices are paired, too";
+    EXPECT_EQ(more.at(1).address, QStringLiteral("127.0.0.1"));
+    EXPECT_EQ(more.at(1).port, 1234);
+    EXPECT_EQ(parseWith(R"({"listen": "0.0.0.0:1"})")->listenAddresses().size(), 1);
+}
+
 TEST_F(HostConfigFileTest, TakesARecordingsNameAsRelativeToItself)
 {
     EXPECT_EQ(parseWith(R"({"audio": "wav:a/x.wav"})")->audio.file,
         m_folder.filePath(QStringLiteral("a/x.wav")));
     EXPECT_EQ(parseWith(R"({"audio": "wav:/x.wav"})")->audio.file, QStringLiteral("/x.wav"));
+    EXPECT_EQ(
+        parseWith(R"({"audio": "pipe:x"})")->audio.file, m_folder.filePath(QStringLiteral("x")));
     EXPECT_EQ(parseWith(R"({"audio": "wav:x.wav"})", "--audio wav:y.wav")->audio.file,
         QStringLiteral("y.wav"));
 }
@@ -232,7 +268,8 @@ TEST_F(HostConfigFileTest, TheCommandLineWins)
     ASSERT_TRUE(line);
     ASSERT_EQ(line->plugins.size(), 1);
     EXPECT_EQ(line->plugins.first().file, QStringLiteral(TUNEIN_PLUGIN));
-    EXPECT_EQ(line->listen.port, 5);
+    ASSERT_EQ(line->listen.size(), 1);
+    EXPECT_EQ(line->listen.first().port, 5);
     EXPECT_EQ(line->audio.kind, AudioOutputSpec::Auto);
     EXPECT_EQ(line->pinned.last().second.string_(), QStringLiteral("line"));
     EXPECT_EQ(line->pinned.size(), 3) << "the other value of the file still counts";
@@ -245,8 +282,7 @@ TEST_F(HostConfigFileTest, AnErrorNamesTheFileAndTheMember)
         const char *problem;
     };
     const Case cases[] = {
-        {"", "at byte"},
-        {"{", "at byte"},
+        {"{", "line 1: "},
         {"[]", "an object is needed"},
         {R"({"listne": "localhost:1"})", R"(there is no "listne")"},
         {R"({"listen": 5})", R"(listen: "5" is no ADDRESS:PORT)"},

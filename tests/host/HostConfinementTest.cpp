@@ -192,10 +192,14 @@ TEST(HostConfinementDeathTest, RefusesCallsThatControlTheMachine)
         {"clock", call(SYS_clock_settime, CLOCK_MONOTONIC, nullptr), EPERM},
         {"hostname", call(SYS_sethostname, "x", -1), EPERM},
         {"personality", call(SYS_personality, ADDR_NO_RANDOMIZE), EPERM},
+#ifndef __i386__ // whose C library needs socketcall, with its arguments behind a pointer
         {"packet socket", call(SYS_socket, AF_PACKET, SOCK_RAW, 0), EAFNOSUPPORT},
         {"kernel's ciphers", call(SYS_socket, AF_ALG, SOCK_SEQPACKET, 0), EAFNOSUPPORT},
+#endif
         {"typing", call(SYS_ioctl, -1, TIOCSTI, "x"), EPERM},
+#ifdef __LP64__
         {"typing, upper half", call(SYS_ioctl, -1, 0x100000000UL | TIOCSTI, "x"), EPERM},
+#endif
         {"terminal", call(SYS_ioctl, -1, TCGETS, nullptr), EBADF}});
 }
 

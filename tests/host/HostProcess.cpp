@@ -3,7 +3,9 @@
 
 #include "tests/host/HostProcess.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <csignal>
 
@@ -11,6 +13,11 @@ HostProcess::HostProcess(const QString &program, const QStringList &arguments)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_STATE_HOME"), m_folder.path());
+    // An empty file, so that none of this machine's is read.
+    const QString folder = m_folder.filePath(QStringLiteral("config"));
+    QFile config(folder + QStringLiteral("/vesk/vesk.conf"));
+    if (QDir().mkpath(folder + QStringLiteral("/vesk")) && config.open(QIODevice::WriteOnly))
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), folder);
     m_process.setProcessEnvironment(environment);
     QStringList all = arguments;
     if (!all.contains(QStringLiteral("--listen")))

@@ -4,10 +4,10 @@
 #include "tests/host/HostProcess.h"
 
 #include "ctl/RpcClient.h"
-#include "tests/support/HeldFile.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -73,29 +73,35 @@ TEST(HostProcessTest, SaysThatItIsReadyInOneLineAndEndsCleanly)
     }
 }
 
-/// The exit status of a host that gets the signal while it reads its configuration, or some
-/// milliseconds later; -1 when it is killed.
+/// Whether a host has confined itself, which it does right after it has begun to take signals, and
+/// before it reads its configuration.
+bool isConfined(pid_t host)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(host));
+    return status.open(QIODevice::ReadOnly) && status.readAll().contains("\nNoNewPrivs:\t1\n");
+}
+
+/// The exit status of a host that gets the signal once it is confined, or some milliseconds later;
+/// -1 when it is killed.
 int endOfStartingHost(int number, std::chrono::milliseconds after)
 {
     const QTemporaryDir folder;
-    const QString file = folder.filePath(QStringLiteral("host.json"));
-    HeldFile config(file.toStdString());
     QStringList arguments = plugins({"good"})
-        + QStringList {QStringLiteral("--config"), file, QStringLiteral("--state-dir"),
-            folder.path(), QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0")};
+        + QStringList {QStringLiteral("--state-dir"), folder.path(), QStringLiteral("--listen"),
+            QStringLiteral("127.0.0.1:0")};
     if (qEnvironmentVariableIsSet("VESK_TEST_IN_PROCESS"))
         arguments += QStringLiteral("--in-process");
     QProcess host;
     host.start(QStringLiteral(HOST_PROGRAM), arguments);
     const auto id = static_cast<pid_t>(host.processId());
-    if (!config.waitForReader())
-        return -1;
-    if (after.count() == 0)
-        ::kill(id, number);
-    config.give("{}");
+    const QDeadlineTimer patience(20000);
+    while (!isConfined(id)) {
+        if (patience.hasExpired())
+            return -1;
+        std::this_thread::sleep_for(std::chrono::microseconds(200));
+    }
     std::this_thread::sleep_for(after);
-    if (after.count() > 0)
-        ::kill(id, number);
+    ::kill(id, number);
     if (!host.waitForFinished(20000) || host.exitStatus() != QProcess::NormalExit)
         return -1;
     return host.exitCode();
@@ -281,7 +287,7 @@ TEST(HostProcessTest, ConnectToRedirectsAName)
 TEST(HostProcessTest, BadUsageIsStatusTwoAndOneLine)
 {
     for (const QStringList &arguments :
-        {QStringList {QStringLiteral("--listen"), QStringLiteral("0.0.0.0:1")},
+        {QStringList {QStringLiteral("--listen"), QStringLiteral("radio.example:1")},
             QStringList {QStringLiteral("--nonsense")},
             QStringList {QStringLiteral("--set"), QStringLiteral("settings:nothing=1")},
             QStringList {QStringLiteral("--ca-file"), QStringLiteral("/nonexistent")},

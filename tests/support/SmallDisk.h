@@ -17,17 +17,20 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-/// A file system of 128 KiB in memory, unmounted with this object. Only root may mount one: for
+/// A small file system in memory, unmounted with this object. Only root may mount one: for
 /// others isMounted() is false, and the reason is printed.
 class SmallDisk {
 public:
-    SmallDisk()
+    /// \a kib: its size.
+    explicit SmallDisk(int kib = 128)
+        : m_size("size=" + std::to_string(kib) + "k")
     {
         const char *temporary = std::getenv("TMPDIR");
         m_folder = std::string(temporary ? temporary : "/tmp") + "/small-disk-XXXXXX";
         if (!::mkdtemp(m_folder.data()))
             m_folder.clear();
-        m_mounted = ::mount("none", m_folder.c_str(), "tmpfs", 0, "size=128k,mode=700") == 0;
+        m_mounted
+            = ::mount("none", m_folder.c_str(), "tmpfs", 0, (m_size + ",mode=700").c_str()) == 0;
         if (!m_mounted) {
             std::cerr << "NOT TESTED ON A FULL DISK: no file system can be mounted here ("
                       << std::strerror(errno) << "); run this test as root\n";
@@ -57,12 +60,13 @@ public:
     bool setReadOnly(bool readOnly) const
     {
         const unsigned long flags = MS_REMOUNT | (readOnly ? MS_RDONLY : 0);
-        return ::mount("none", m_folder.c_str(), "tmpfs", flags, "size=128k") == 0;
+        return ::mount("none", m_folder.c_str(), "tmpfs", flags, m_size.c_str()) == 0;
     }
 
 private:
     std::string fillerName() const { return m_folder + "/filler"; }
 
+    const std::string m_size;
     std::string m_folder;
     bool m_mounted = false;
 };

@@ -112,14 +112,28 @@ QByteArray TestAuthority::hashedFolder() const
 TestAuthority::Certificate TestAuthority::issue(const char *host, Validity validity)
 {
     const Key key(EVP_EC_gen("P-256"));
-    const X509Certificate certificate
-        = makeCertificate(host, key.get(), d->certificate.get(), d->key.get(), validity);
-    const QString base = d->folder.filePath(QString::number(++d->issued));
-    const QString certificateFile = base + QStringLiteral(".pem");
-    const QString keyFile = base + QStringLiteral(".key");
-    writeFile(certificateFile, [&](FILE *out) { return PEM_write_X509(out, certificate.get()); });
+    const QByteArray certificateFile = write(host, key.get(), validity);
+    const QString keyFile = d->folder.filePath(QStringLiteral("%1.key").arg(d->issued));
     writeFile(keyFile, [&](FILE *out) {
         return PEM_write_PrivateKey(out, key.get(), nullptr, nullptr, 0, nullptr, nullptr);
     });
-    return {certificateFile.toLocal8Bit(), keyFile.toLocal8Bit()};
+    return {certificateFile, keyFile.toLocal8Bit()};
+}
+
+TestAuthority::Certificate TestAuthority::renew(const Certificate &former, const char *host)
+{
+    FILE *const file = fopen(former.keyFile.constData(), "r");
+    require(file, "key");
+    const Key key(PEM_read_PrivateKey(file, nullptr, nullptr, nullptr));
+    fclose(file);
+    return {write(host, key.get(), Now), former.keyFile};
+}
+
+QByteArray TestAuthority::write(const char *host, EVP_PKEY *key, Validity validity)
+{
+    const X509Certificate certificate
+        = makeCertificate(host, key, d->certificate.get(), d->key.get(), validity);
+    const QString name = d->folder.filePath(QStringLiteral("%1.pem").arg(++d->issued));
+    writeFile(name, [&](FILE *out) { return PEM_write_X509(out, certificate.get()); });
+    return name.toLocal8Bit();
 }

@@ -8,6 +8,8 @@
 
 #include <memory>
 
+struct evp_pkey_st;
+
 /// A certificate authority; its files are deleted with it.
 class TestAuthority {
 public:
@@ -27,8 +29,13 @@ public:
     QByteArray hashedFolder() const;
     /// A certificate for \a host that is valid in the time of \a validity.
     Certificate issue(const char *host, Validity validity = Now);
+    /// A new certificate for \a host with the key of \a former.
+    Certificate renew(const Certificate &former, const char *host);
 
 private:
     struct Private;
+
+    QByteArray write(const char *host, evp_pkey_st *key, Validity validity);
+
     std::unique_ptr<Private> d;
 };

@@ -93,7 +93,8 @@ TEST(HostLifecycle, BadArgumentsAreRefusedInOneLine)
     const QList<QStringList> bad {
         {text("--no-such-option")},
         {text("--listen"), text("nonsense")},
-        {text("--listen"), text("0.0.0.0:0")},
+        {text("--listen"), text("radio.example:0")},
+        {text("--cert"), text("certificate.pem")},
         {text("--set"), text("settings:nowhere=1")},
         {text("--set"), text("network:connected=perhaps")},
         {text("--connect-to"), text("one:two")},

@@ -151,6 +151,16 @@ TEST_F(HttpClientTlsTest, TrustsTheSystemsAuthoritiesAndTheGivenOne)
     EXPECT_EQ(ask(systemServer).data(), "secure");
 }
 
+TEST_F(HttpClientTlsTest, TrustsTheAuthoritiesInOneFile)
+{
+    const ScriptedServer server = serverFor(authority, "opml.example.invalid");
+    qunsetenv("SSL_CERT_DIR");
+    qputenv("SSL_CERT_FILE", QFile::encodeName(authority.file()));
+    EXPECT_EQ(ask(server).data(), "secure");
+    qunsetenv("SSL_CERT_FILE");
+    EXPECT_EQ(ask(server).status(), HttpClientStatus::TlsFailed);
+}
+
 TEST_F(HttpClientTlsTest, AClientInUseTakesANewAuthority)
 {
     const ScriptedServer server = serverFor(authority, "opml.example.invalid");

@@ -47,10 +47,12 @@ class HttpServerTest : public testing::Test {
 protected:
     HttpServerTest() { startServer({}); }
 
-    void startServer(const HttpServerLimits &limits)
+    void startServer(const HttpServerLimits &limits, HttpResource *resource = nullptr)
     {
         m_server.reset();
         m_server = std::make_unique<HttpServer>(&m_handler, limits);
+        if (resource)
+            m_server->addResource(resource);
         ASSERT_TRUE(m_server->listen({QStringLiteral("127.0.0.1"), 0}));
     }
 
@@ -299,7 +301,7 @@ TEST_F(HttpServerTest, HasAPlaceholderForThePage)
 
 TEST_F(HttpServerTest, OffersResourcesForReadingOnly)
 {
-    m_server->addResource(&m_letter);
+    startServer({}, &m_letter);
     const QByteArray response = get("/letter?a=b", "If-None-Match: \"x\"\r\n");
     EXPECT_EQ(statusOf(response), 200);
     EXPECT_EQ(headerOf(response, "Content-Type"), "text/plain");
@@ -320,14 +322,14 @@ TEST_F(HttpServerTest, OffersResourcesForReadingOnly)
 TEST_F(HttpServerTest, WaitsForAResourceThatAnswersLater)
 {
     m_letter.isLate = true;
-    m_server->addResource(&m_letter);
+    startServer({}, &m_letter);
     EXPECT_EQ(bodyOf(get("/letter")), "for /letter, ");
 }
 
 TEST_F(HttpServerTest, DropsTheResponseToAClientThatHasLeft)
 {
     m_letter.isKept = true;
-    m_server->addResource(&m_letter);
+    startServer({}, &m_letter);
     inBackground([this] {
         RawClient client(port());
         return client.send(RawClient::request("GET", "/letter", port()));
@@ -383,6 +385,65 @@ TEST_F(HttpServerTest, BoundsABodyThatComesInChunks)
     };
     EXPECT_EQ(statusOf(exchange(chunked(16))), 200);
     EXPECT_EQ(statusOf(exchange(chunked(17))), 413);
+}
+
+TEST_F(HttpServerTest, RefusesHeadsThatAProxyCouldReadDifferently)
+{
+    const QByteArray begin = "POST /jsonrpc HTTP/1.1\r\nHost: localhost\r\n"
+                             "Content-Type: application/json\r\n";
+    for (const QByteArray &rest : {QByteArray("Content-Length: 5\r\nContent-Length: 6\r\n\r\n"),
+             QByteArray("Content-Length: 5\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("Content-Length: 5, 5\r\n\r\n"), QByteArray("Content-Length: +5\r\n\r\n"),
+             QByteArray("Content-Length: 5\r\nTransfer-Encoding: chunked\r\n\r\n"),
+             QByteArray("Transfer-Encoding: chunked\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("Transfer-Encoding: xchunked\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("Transfer-Encoding: gzip, chunked\r\n\r\n"),
+             QByteArray("Transfer-Encoding : chunked\r\n\r\n"),
+             QByteArray("Transfer-Encoding:\r\n chunked\r\n\r\n"),
+             QByteArray("X: a\r\n b\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("Content-Length: 5\n\r\n"), QByteArray("Content-Length: 5\n\n"),
+             QByteArray("X: a\rb\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("no colon\r\nContent-Length: 5\r\n\r\n"),
+             QByteArray("X: a\0b\r\nContent-Length: 5\r\n\r\n", 30)}) {
+        EXPECT_EQ(statusOf(exchange(begin + rest + Echo)), 400) << rest.toStdString();
+    }
+    const QByteArray wraps
+        = "Transfer-Encoding: chunked\r\n\r\n10000000000000005\r\nhello\r\n0\r\n\r\n";
+    EXPECT_EQ(statusOf(exchange(begin + wraps)), 400);
+    EXPECT_EQ(statusOf(exchange("GET / HTTP/1.2\r\nHost: localhost\r\n\r\n")), 505);
+}
+
+TEST_F(HttpServerTest, ReadsNothingAfterAPost)
+{
+    const QByteArray received = inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::rpc(port(), Echo) + RawClient::rpc(port(), "second"));
+        return client.readAll();
+    });
+    EXPECT_EQ(received.count("HTTP/1.1 "), 1);
+    EXPECT_TRUE(received.endsWith(Echo));
+}
+
+TEST_F(HttpServerTest, BoundsTheHead)
+{
+    const QByteArray large = "GET / HTTP/1.1\r\nHost: localhost\r\n";
+    EXPECT_EQ(statusOf(exchange(large + "X: " + QByteArray(20000, 'x') + "\r\n\r\n")), 431);
+    EXPECT_EQ(statusOf(exchange(large + QByteArray("X: y\r\n").repeated(10000) + "\r\n")), 431);
+    EXPECT_EQ(statusOf(exchange(large + "X: " + QByteArray(8000, 'x') + "\r\n\r\n")), 200);
+}
+
+TEST_F(HttpServerTest, TellsAClientThatWaitsForItToGoOn)
+{
+    const QByteArray received = inBackground([this] {
+        RawClient client(port());
+        client.send(RawClient::request("POST", "/jsonrpc", port(),
+            "Content-Type: application/json\r\nContent-Length: 5\r\nExpect: 100-continue\r\n"));
+        const QByteArray interim = client.read(25);
+        client.send(Echo);
+        return interim + client.readAll();
+    });
+    EXPECT_TRUE(received.startsWith("HTTP/1.1 100 Continue\r\n\r\nHTTP/1.1 200 OK\r\n"));
+    EXPECT_TRUE(received.endsWith(Echo));
 }
 
 TEST_F(HttpServerTest, ShutsDownAClientThatDoesNotFinishItsRequest)

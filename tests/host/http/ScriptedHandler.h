@@ -23,20 +23,19 @@ public:
         Reply reply;
     };
 
-    void handle(
-        const QByteArray &message, MessagePeer *peer, const QObject *client, Reply reply) override
+    void handle(const QByteArray &message, const MessageSender &sender, Reply reply) override
     {
         const QByteArray word = message.split(' ').first();
         if (word == "keep")
-            return kept.append({client, std::move(reply)});
+            return kept.append({sender.client, std::move(reply)});
         if (word == "nothing")
             return reply({});
         if (word == "much")
             return reply(QByteArray(1024 * 1024, 'x'));
         if (word == "subscribe")
-            peer->setSubscribed(true);
+            sender.peer->setSubscribed(true);
         if (word == "tell")
-            peer->send("told");
+            sender.peer->send("told");
         reply(message);
     }
 

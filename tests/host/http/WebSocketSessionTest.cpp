@@ -147,7 +147,8 @@ TEST_F(WebSocketSessionTest, LogsDroppedClientsOnceASecond)
         return 0;
     });
     EXPECT_TRUE(becomesEmpty());
-    const auto seconds = static_cast<int>(clock.elapsed() / 1000);
+    // Qt's timers may be 5 % early.
+    const auto seconds = static_cast<int>(clock.elapsed() / 950);
     EXPECT_GE(log.lines(QStringLiteral("WARN")).size(), 1);
     // One line at once, then at most one in each second that the clients took.
     EXPECT_LE(log.lines(QStringLiteral("WARN")).size(), qMin(1 + seconds, Clients - 1));
@@ -205,13 +206,19 @@ TEST_F(WebSocketSessionTest, DropsTheReplyToAClientThatHasLeft)
     m_handler.kept.first().reply("late");
 }
 
+// A client may have its response to the handshake before the server knows that it was sent.
 TEST_F(WebSocketSessionTest, ClosesAsGoingAwayWhenTheServerCloses)
 {
-    auto socket = inBackground([this] { return std::make_unique<RawWebSocket>(port()); });
-    m_server.close();
-    const auto frame = inBackground([&] { return socket->receive(); });
-    EXPECT_EQ(frame.opcode, RawWebSocket::Close);
-    EXPECT_EQ(frame.closeCode(), 1001);
+    for (int round = 0; round < 30; ++round) {
+        HttpServer server(&m_handler);
+        ASSERT_TRUE(server.listen({QStringLiteral("127.0.0.1"), 0}));
+        const quint16 port = server.port();
+        const auto socket = inBackground([port] { return std::make_unique<RawWebSocket>(port); });
+        server.close();
+        const auto frame = inBackground([&] { return socket->receive(); });
+        ASSERT_EQ(frame.opcode, RawWebSocket::Close) << "in round " << round;
+        EXPECT_EQ(frame.closeCode(), 1001);
+    }
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "host/player/AudioOutput.h"
 
+#include "host/sound/SoundOutput.h"
 #include "media/GstHandles.h"
 #include "tests/support/Ear.h"
 #include "tests/support/WorkerThread.h"
@@ -41,7 +42,8 @@ protected:
 
     void open(AudioOutputSpec::Kind kind)
     {
-        output = std::make_unique<AudioOutput>(AudioOutputSpec {kind, file()});
+        output = std::make_unique<AudioOutput>(
+            std::make_shared<SoundOutput>(AudioOutputSpec {kind, file()}));
         QObject::connect(output.get(), &AudioOutput::audibleChanged,
             [this](bool audible) { changes.append(audible ? 'a' : 's'); });
         QObject::connect(output.get(), &AudioOutput::drained, [this] { drained = true; });
@@ -296,8 +298,8 @@ TEST_F(AudioOutputTest, RefusesAnotherFormatInTheMiddle)
 
 TEST_F(AudioOutputTest, AFolderThatIsNotThereIsAFailure)
 {
-    output = std::make_unique<AudioOutput>(
-        AudioOutputSpec {AudioOutputSpec::Wav, folder.filePath(QStringLiteral("no/out.wav"))});
+    output = std::make_unique<AudioOutput>(std::make_shared<SoundOutput>(
+        AudioOutputSpec {AudioOutputSpec::Wav, folder.filePath(QStringLiteral("no/out.wav"))}));
     QObject::connect(output.get(), &AudioOutput::failed, [this] { failed = true; });
     EXPECT_TRUE(spinUntil([this] { return failed; }));
     EXPECT_FALSE(write(200));

@@ -32,6 +32,7 @@ public:
     {
         calls.append(QStringLiteral("play ") + source.url.toString()
             + (source.live ? QStringLiteral(" live") : QString()));
+        start = std::chrono::duration_cast<std::chrono::milliseconds>(source.start.position);
     }
     void pause() override
     {
@@ -42,7 +43,14 @@ public:
     void resume() override { calls.append(QStringLiteral("resume")); }
     void stop() override { audible = false; }
     void networkIsBack() override { }
+    void seek(std::chrono::milliseconds position) override
+    {
+        calls.append(QStringLiteral("seek %1").arg(position.count()));
+    }
+    PlayPlace place() const override { return where; }
 
+    PlayPlace where;
+    std::chrono::milliseconds start {0}; ///< where the last source was to begin
     QStringList calls;
     bool audible = false;
 };

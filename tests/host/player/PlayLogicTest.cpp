@@ -25,6 +25,30 @@ TEST_F(PlayLogicTest, PlaysARowWithoutAStepBeforePlayingAsItIs)
     EXPECT_EQ(player.calls, QStringList {text("play http://stream/file")});
 }
 
+TEST_F(PlayLogicTest, ARowThatWasKeptIsPlayedThroughItsStepAgain)
+{
+    QList<VeskRoles> heard;
+    QObject::connect(&logic, &PlayLogic::heard, [&](const VeskRoles &each) { heard += each; });
+    EXPECT_TRUE(logic.row().isEmpty());
+    play(0);
+    ASSERT_TRUE(waitForPlayer(1));
+    EXPECT_TRUE(heard.isEmpty());
+    Q_EMIT player.audibleChanged(true);
+    Q_EMIT player.audibleChanged(false);
+    Q_EMIT player.audibleChanged(true);
+    ASSERT_EQ(heard.size(), 1);
+    EXPECT_EQ(heard.first().mediaData().activeResource().uri(), text("http://stream/before"));
+
+    const VeskRoles kept = logic.row();
+    logic.stop();
+    QString error = text("not called");
+    logic.playRow(
+        kept, [&](const CMError &each, const VeskHash &) { error = each.message().toString(); });
+    EXPECT_EQ(error, QString());
+    ASSERT_TRUE(waitForPlayer(2));
+    EXPECT_EQ(player.calls.last(), text("play http://stream/after live"));
+}
+
 TEST_F(PlayLogicTest, ABroadcastThatIsPlayedAsItIsIsAStation)
 {
     CMListRowsNode *list

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "api/core/Mutex.h"
 #include "host/player/StreamConsumer.h"
 #include "host/player/StreamReader.h"
 #include "tests/support/ScriptedServer.h"
@@ -156,17 +157,35 @@ protected:
     {
         answers[path] = [response](const ScriptedServer::Request &) { return response; };
     }
-    /// Responds to the first request for \a path with \a first, to later ones with \a then; returns
-    /// the times of the requests.
-    std::shared_ptr<std::vector<Milliseconds>> serveAndTime(
+    /// When requests came. Any thread.
+    class RequestTimes {
+    public:
+        RequestTimes() { m_clock.start(); }
+        /// How many there are now.
+        std::size_t add()
+        {
+            const VeskMutexLock lock(m_mutex);
+            m_all.emplace_back(m_clock.elapsed());
+            return m_all.size();
+        }
+        std::vector<Milliseconds> all() const
+        {
+            const VeskMutexLock lock(m_mutex);
+            return m_all;
+        }
+
+    private:
+        mutable VeskMutex m_mutex;
+        QElapsedTimer m_clock;
+        std::vector<Milliseconds> m_all VESK_GUARDED_BY(m_mutex);
+    };
+    /// Responds to the first request for \a path with \a first, to later ones with \a then.
+    std::shared_ptr<RequestTimes> serveAndTime(
         const QByteArray &path, const Response &first, const Response &then)
     {
-        auto tries = std::make_shared<std::vector<Milliseconds>>();
-        QElapsedTimer clock;
-        clock.start();
-        answers[path] = [tries, first, then, clock](const ScriptedServer::Request &) {
-            tries->push_back(Milliseconds(clock.elapsed()));
-            return tries->size() == 1 ? first : then;
+        auto tries = std::make_shared<RequestTimes>();
+        answers[path] = [tries, first, then](const ScriptedServer::Request &) {
+            return tries->add() == 1 ? first : then;
         };
         return tries;
     }

@@ -74,7 +74,7 @@ protected:
         QByteArray answer;
         m_rpc.handle(QByteArray("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"") + method
                 + "\",\"params\":{\"path\":\"" + path + "\",\"role\":\"activate\",\"value\":1}}",
-            peer, peer, [&](const QByteArray &bytes) { answer = bytes; });
+            {peer, peer, {}}, [&](const QByteArray &bytes) { answer = bytes; });
         EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
         VeskError error;
         m_error = VeskJson::parse(answer, error).toHash().value(QStringLiteral("error")).toHash();

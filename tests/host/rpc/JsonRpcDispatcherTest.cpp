@@ -29,8 +29,8 @@ protected:
 
     void send(const QByteArray &message, MessagePeer *peer = nullptr)
     {
-        m_dispatcher.handle(
-            message, peer, peer, [this](const QByteArray &answer) { m_answers.append(answer); });
+        m_dispatcher.handle(message, {peer, peer, {}},
+            [this](const QByteArray &answer) { m_answers.append(answer); });
     }
 
     QByteArray answerTo(const QByteArray &message)
@@ -206,12 +206,35 @@ TEST(JsonRpcDispatcherLifeTest, ACallMayOutliveItsDispatcher)
     JsonRpcCallPtr kept;
     dispatcher->addMethod(QStringLiteral("keep"), [&](const JsonRpcCallPtr &call) { kept = call; });
     bool answered = false;
-    dispatcher->handle(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", nullptr, nullptr,
+    dispatcher->handle(R"({"jsonrpc":"2.0","id":1,"method":"keep"})", {},
         [&](const QByteArray &) { answered = true; });
     dispatcher.reset();
     kept->finish({});
     kept.reset();
     EXPECT_FALSE(answered);
+}
+
+TEST_F(JsonRpcDispatcherTest, RefusesACallerWithoutTheRoleThatAMethodNeeds)
+{
+    int called = 0;
+    m_dispatcher.addMethod(
+        QStringLiteral("owners"),
+        [&](const JsonRpcCallPtr &call) {
+            ++called;
+            call->finish(call->caller().deviceId);
+        },
+        AccessRole::Owner);
+    const auto ask = [&](AccessRole role) {
+        QByteArray answer;
+        m_dispatcher.handle(R"({"jsonrpc":"2.0","id":1,"method":"owners"})",
+            {nullptr, nullptr, {role, QStringLiteral("tablet")}},
+            [&](const QByteArray &bytes) { answer = bytes; });
+        return answer;
+    };
+    EXPECT_TRUE(ask(AccessRole::Listener).contains("-32007"));
+    EXPECT_EQ(called, 0);
+    EXPECT_TRUE(ask(AccessRole::Owner).contains("tablet"));
+    EXPECT_EQ(called, 1);
 }
 
 } // namespace

@@ -26,9 +26,28 @@ public:
     void resume() override { }
     void stop() override { }
     void networkIsBack() override { }
+    void seek(std::chrono::milliseconds position) override
+    {
+        seeks.append(static_cast<int>(position.count()));
+        if (refusal.isEmpty())
+            now.position = position;
+        if (!hold)
+            Q_EMIT sought(Language::ntr(refusal));
+    }
+    void rejoinLive() override
+    {
+        now.behind = {};
+        Q_EMIT sought({});
+    }
+    PlayPlace place() const override { return now; }
+
+    PlayPlace now;
+    QList<int> seeks;
+    QString refusal;
+    bool hold = false; ///< sought() is up to the test
 };
 
-/// A screen "Test:list" with one row of audio.
+/// A screen "Test:list" with two rows of audio, a file and a station.
 class PlayerMethodsTest : public testing::Test {
 protected:
     PlayerMethodsTest()
@@ -42,12 +61,20 @@ protected:
         resources.append(resource);
         VeskMediaData media;
         media.setResources(resources);
+        VeskMetaData meta;
+        meta.setLive(true);
+        VeskMediaData live = media;
+        live.setMetaData(meta);
         VeskRoles row;
         row.setType(VeskRolesType::Audio());
         row.setTitle(Language::ntr(text("A \"song\"")));
         row.setMediaData(media);
         row.setPath(worker.addPrefix(text("song?id=1")));
-        CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")))->rowsAppend(row);
+        CMListRowsNode *list
+            = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("list")));
+        list->rowsAppend(row);
+        row.setMediaData(live);
+        list->rowsAppend(row);
         QObject::connect(&methods, &PlayerMethods::changed,
             [this](const QVariant &state) { notified.append(state.toHash()); });
     }
@@ -57,7 +84,7 @@ protected:
         QByteArray answer;
         rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"player." + method
                 + "\",\"params\":" + params + "}",
-            nullptr, nullptr, [&answer](const QByteArray &bytes) { answer = bytes; });
+            {}, [&answer](const QByteArray &bytes) { answer = bytes; });
         EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
         VeskError error;
         return VeskJson::parse(answer, error).toHash();
@@ -113,10 +140,116 @@ TEST_F(PlayerMethodsTest, StateHasAllItsMembersWhenNothingPlays)
     QStringList names = state.keys();
     names.sort();
     EXPECT_EQ(names.join(QLatin1Char(' ')),
-        text("bitrate contextPath description error icon path playId problem state streamTitle "
-             "title uri"));
+        text("behind bitrate contextPath description duration error icon path playId position "
+             "problem seekable state streamTitle title uri"));
+    EXPECT_TRUE(state.value(text("position")).isNull());
+    EXPECT_TRUE(state.value(text("duration")).isNull());
+    EXPECT_FALSE(state.value(text("seekable")).toBool());
+    EXPECT_EQ(state.value(text("behind")).toDouble(), 0);
     EXPECT_EQ(state.value(text("state")).toInt(), 0);
     EXPECT_TRUE(state.value(text("playId")).isNull());
+}
+
+TEST_F(PlayerMethodsTest, AFileCanBeSeeked)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    player.now.position = std::chrono::milliseconds(10000);
+    player.now.duration = std::chrono::milliseconds(600000);
+    player.now.isSeekable = true;
+    Q_EMIT player.audibleChanged(true);
+    const QVariantHash state = call("state").value(text("result")).toHash();
+    EXPECT_EQ(state.value(text("position")).toDouble(), 10);
+    EXPECT_EQ(state.value(text("duration")).toDouble(), 600);
+    EXPECT_TRUE(state.value(text("seekable")).toBool());
+    const QVariantHash result
+        = call("seek", R"({"position":90.25})").value(text("result")).toHash();
+    EXPECT_EQ(result.value(text("position")).toDouble(), 90.25);
+    EXPECT_EQ(result.value(text("behind")).toDouble(), 0);
+    call("seek", R"({"offset":-30})");
+    call("seek", R"({"offset":-300})");
+    EXPECT_EQ(player.seeks, (QList<int> {90250, 60250, 0}));
+    player.refusal = text("No parts.");
+    const QVariantHash refused = call("seek", R"({"position":5})");
+    EXPECT_EQ(code(refused), JsonRpcError::RequestFailed);
+    EXPECT_EQ(
+        refused.value(text("error")).toHash().value(text("message")).toString(), text("No parts."));
+    EXPECT_EQ(code(call("seek", R"({"live":true})")), JsonRpcError::RequestFailed);
+}
+
+TEST_F(PlayerMethodsTest, WhatCannotBeSeekedIsToldInWords)
+{
+    const auto words = [this](const QByteArray &params) {
+        return call("seek", params)
+            .value(text("error"))
+            .toHash()
+            .value(text("message"))
+            .toString()
+            .toStdString();
+    };
+    EXPECT_EQ(words(R"({"position":5})"), "Nothing is playing.");
+    call("play", R"({"screen":"Test:list","row":0})");
+    EXPECT_EQ(
+        words(R"({"position":5})"), "It is not known yet how long this is. Please try again.");
+    call("play", R"({"screen":"Test:list","row":1})");
+    for (const char *params : {R"({"position":5})", R"({"offset":-30})"}) {
+        EXPECT_EQ(words(params),
+            "This is live: there is no other place to go to. It can be paused for a while.");
+    }
+    player.now.behind = std::chrono::milliseconds(4500);
+    EXPECT_EQ(call("state").value(text("result")).toHash().value(text("behind")).toDouble(), 4.5);
+    const QVariantHash result = call("seek", R"({"live":true})").value(text("result")).toHash();
+    EXPECT_TRUE(result.value(text("position")).isNull());
+    EXPECT_EQ(result.value(text("behind")).toDouble(), 0);
+}
+
+TEST_F(PlayerMethodsTest, TheNextSeekAndTheEndAnswerAnUnfinishedOne)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    player.now.isSeekable = true;
+    player.hold = true;
+    QStringList answers;
+    const auto note
+        = [&answers](const CMError &error) { answers.append(error.message().toString()); };
+    logic.seek(std::chrono::seconds(1), note);
+    logic.seek(std::chrono::seconds(2), note);
+    EXPECT_EQ(answers, QStringList {text("Another place was asked for in the meantime.")});
+    logic.stop();
+    EXPECT_EQ(answers.value(1), text("Nothing is playing."));
+    EXPECT_EQ(answers.size(), 2);
+}
+
+TEST_F(PlayerMethodsTest, ThePositionIsNewsOnlyAfterASeek)
+{
+    call("play", R"({"screen":"Test:list","row":0})");
+    player.now.position = std::chrono::milliseconds(10000);
+    player.now.isSeekable = true;
+    Q_EMIT player.audibleChanged(true);
+    EXPECT_TRUE(spinUntil([this] { return !notified.isEmpty(); }));
+    QCoreApplication::processEvents();
+    notified.clear();
+    // The time that passes is none, whatever asks for a new look.
+    player.now.position = std::chrono::milliseconds(11000);
+    Q_EMIT player.placeChanged();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(notified.isEmpty());
+    player.now.duration = std::chrono::milliseconds(600000);
+    Q_EMIT player.placeChanged();
+    EXPECT_TRUE(spinUntil([this] { return notified.size() == 1; }));
+    call("seek", R"({"position":90})");
+    EXPECT_TRUE(spinUntil([this] { return notified.size() == 2; }));
+    EXPECT_EQ(notified.last().value(text("position")).toDouble(), 90);
+    player.refusal = text("No.");
+    call("seek", R"({"position":20})");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(notified.size(), 2);
+}
+
+TEST_F(PlayerMethodsTest, RefusesBadPlaces)
+{
+    for (const char *params : {"{}", R"({"position":"5"})", R"({"position":true})",
+             R"({"position":1e300})", R"({"offset":[]})", R"({"live":1})", R"({"live":false})",
+             R"({"position":5,"offset":5})", R"({"position":5,"live":true})"})
+        EXPECT_EQ(code(call("seek", params)), JsonRpcError::InvalidParams) << params;
 }
 
 TEST_F(PlayerMethodsTest, RefusesBadParameters)
@@ -176,7 +309,7 @@ TEST_F(PlayerMethodsTest, NotifiesOfAnUndoneChangeThatAClientHasRead)
     notified.clear();
     Q_EMIT player.titleChanged(text("On the air"));
     QByteArray answer;
-    rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", nullptr, nullptr,
+    rpc.handle(R"({"jsonrpc":"2.0","id":1,"method":"player.state"})", {},
         [&answer](const QByteArray &bytes) { answer = bytes; });
     Q_EMIT player.titleChanged({});
     EXPECT_THAT(answer.toStdString(), testing::HasSubstr("On the air"));

@@ -99,7 +99,7 @@ protected:
         bool answered = false;
         m_rpc.handle("{\"jsonrpc\":\"2.0\",\"id\":1,\"method\":\"" + method
                 + "\",\"params\":" + params + "}",
-            peer, peer, [&](const QByteArray &bytes) {
+            {peer, peer, {}}, [&](const QByteArray &bytes) {
                 answer = bytes;
                 answered = true;
             });
@@ -348,6 +348,31 @@ TEST_F(RpcMethodsTest, DropsSubscriptionsOfAClientThatHasLeft)
     m_values.setValue(path("settings:name"), VeskValue::fromString(QStringLiteral("b")));
     EXPECT_EQ(resultOf("getData", R"({"path":"settings:name","roles":["title"]})"),
         R"({"values":["Name"]})");
+}
+
+TEST_F(RpcMethodsTest, LetsListenersRunRowsAndChangeNoValues)
+{
+    const auto codeFor = [this](const QByteArray &role) {
+        QByteArray answer;
+        m_rpc.handle(
+            R"({"jsonrpc":"2.0","id":1,"method":"setData","params":{"path":"settings:name",)"
+            R"("value":"new","role":")"
+                + role + "\"}}",
+            {nullptr, nullptr, {AccessRole::Listener, QStringLiteral("tablet")}},
+            [&](const QByteArray &bytes) { answer = bytes; });
+        EXPECT_TRUE(spinUntil([&] { return !answer.isEmpty(); }));
+        VeskError error;
+        return VeskJson::parse(answer, error)
+            .toHash()
+            .value(QStringLiteral("error"))
+            .toHash()
+            .value(QStringLiteral("code"))
+            .toInt();
+    };
+    for (const char *role : {"value", "title", "activatE"})
+        EXPECT_EQ(codeFor(role), -32007) << role;
+    EXPECT_NE(codeFor("activate"), -32007);
+    EXPECT_EQ(m_values.value(path("settings:name")).string_(), QStringLiteral("old"));
 }
 
 } // namespace

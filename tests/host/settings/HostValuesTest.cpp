@@ -150,7 +150,10 @@ TEST(HostValues, DefaultsPassTheirOwnChecks)
 TEST(HostValues, OfAPluginStandAmongTheHosts)
 {
     EXPECT_EQ(texts(known().in(HostValueGroup::General)),
-        QStringList {QStringLiteral("settings:ui/language")});
+        QStringList({QStringLiteral("settings:ui/language"),
+            QStringLiteral("settings:player/seamless"), QStringLiteral("settings:player/evenness"),
+            QStringLiteral("settings:player/pauseBuffer"), QStringLiteral("settings:player/resume"),
+            QStringLiteral("settings:player/output")}));
     EXPECT_EQ(texts(known().in(HostValueGroup::Browsing)),
         QStringList({QStringLiteral("settings:browser/childElementsInSingleList"),
             QStringLiteral("settings:tunein/enabledFixItWizard")}));

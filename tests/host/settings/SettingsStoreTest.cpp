@@ -489,7 +489,7 @@ TEST_F(SettingsStoreTest, ReplacesTheFileAsAWhole)
     run.store.close();
     EXPECT_EQ(QDir(m_folder).entryList(QDir::Files | QDir::Hidden),
         (QStringList {text("lock"), text("member-id"), text("settings.json"),
-            text("settings.json.last-good")}))
+            text("settings.json.last-good"), text("version"), text("version.last-good")}))
         << "no temporary file is left";
 }
 

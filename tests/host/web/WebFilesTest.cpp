@@ -35,8 +35,12 @@ protected:
     {
         WebFiles files(m_folder.path());
         HttpResponse result;
-        files.get({path, "127.0.0.1:8765", acceptEncoding, ifNoneMatch},
-            [&](const HttpResponse &answer) { result = answer; });
+        HttpRequest request;
+        request.path = path;
+        request.host = "127.0.0.1:8765";
+        request.acceptEncoding = acceptEncoding;
+        request.ifNoneMatch = ifNoneMatch;
+        files.get(request, [&](const HttpResponse &answer) { result = answer; });
         return result;
     }
 
@@ -67,9 +71,10 @@ TEST_F(WebFilesTest, LimitsThePageToItsOwnScriptsAndServer)
     writePage();
     const QByteArray policy = headerOf(get("/"), "Content-Security-Policy");
     EXPECT_TRUE(policy.startsWith("default-src 'none'; script-src 'self';"));
-    EXPECT_TRUE(policy.contains("connect-src 'self' ws://127.0.0.1:8765;"));
+    EXPECT_TRUE(policy.contains("connect-src 'self' ws://127.0.0.1:8765 wss://127.0.0.1:8765;"));
+    EXPECT_TRUE(policy.contains("worker-src 'self'; media-src blob:;"));
     EXPECT_TRUE(policy.contains("frame-ancestors 'none'"));
-    EXPECT_TRUE(policy.contains("require-trusted-types-for 'script'"));
+    EXPECT_TRUE(policy.contains("require-trusted-types-for 'script'; trusted-types vesk"));
     EXPECT_FALSE(policy.contains("unsafe"));
 }
 
@@ -153,6 +158,19 @@ TEST_F(WebFilesTest, RefusesAFolderThatIsTooLarge)
     for (int i = 0; i <= WebFiles::MaxFiles; ++i)
         write(QString::number(i) + QStringLiteral(".js"), "x");
     EXPECT_TRUE(WebFiles(m_folder.path()).isEmpty());
+}
+
+TEST_F(WebFilesTest, ThePairingPageStandsAtPair)
+{
+    writePage();
+    EXPECT_FALSE(WebFiles(m_folder.path()).owns("/pair"));
+    write(QStringLiteral("pair/index.html"), "<p>code");
+    const WebFiles files(m_folder.path());
+    EXPECT_TRUE(files.owns("/pair"));
+    EXPECT_FALSE(files.owns("/pair/"));
+    EXPECT_EQ(get("/pair").body, "<p>code");
+    EXPECT_THAT(headerOf(get("/pair"), "Content-Security-Policy").toStdString(),
+        testing::HasSubstr("default-src 'none'"));
 }
 
 } // namespace

@@ -24,6 +24,13 @@ namespace {
 
 using testing::AnyOf;
 
+/// Whether the filter can tell sockets apart: not through i386's socketcall.
+#ifdef __i386__
+constexpr bool FiltersSockets = false;
+#else
+constexpr bool FiltersSockets = true;
+#endif
+
 bool hasLandlock()
 {
     constexpr int VersionFlag = 1;
@@ -227,12 +234,16 @@ TEST_F(ConfinementTest, GainsNoPrivileges)
 
 TEST_F(ConfinementTest, OpensInternetSocketsOnly)
 {
-    for (const char *deed : {"local", "raw", "packet", "listen"})
+    // Without the filter of families, no capabilities still rules out the first two.
+    for (const char *deed : {"raw", "packet", "listen"})
         EXPECT_EQ(attempt(deed), EPERM) << deed;
+    EXPECT_EQ(attempt("local"), FiltersSockets ? EPERM : 0);
 }
 
 TEST_F(ConfinementTest, CannotReachLocalServices)
 {
+    if (!FiltersSockets)
+        GTEST_SKIP() << "this architecture has no filter of sockets";
     const QString name = m_folder.filePath(QStringLiteral("socket"));
     sockaddr_un address {};
     address.sun_family = AF_UNIX;
