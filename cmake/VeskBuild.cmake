@@ -6,7 +6,6 @@
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
-set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_AUTOMOC ON)
@@ -17,10 +16,12 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/archive)
 set(VESK_PLUGIN_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/vesk/plugins)
 set(VESK_PLUGIN_INSTALL_DIR ${CMAKE_INSTALL_LIBDIR}/vesk/plugins)
+set(VESK_LIBEXEC_INSTALL_DIR ${CMAKE_INSTALL_LIBEXECDIR}/vesk)
 # Of the SDK's interface, for the descriptors of plug-ins; src/api/core/version.h has it for C++.
 set(VESK_API_VERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 
-# Installed programs and plug-ins find the SDK beside themselves.
+# Programs and plug-ins find the SDK beside themselves, in the build folder as where they are installed.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
 
 find_program(VESK_CCACHE ccache)
@@ -31,7 +32,7 @@ endif()
 # The flags of the project's own code; a program built against the installed SDK does not inherit them.
 add_library(vesk_build INTERFACE)
 target_compile_options(vesk_build INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual $<$<BOOL:${VESK_WERROR}>:-Werror>
     # What api/core/Mutex.h declares of locks.
     $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>
     -fno-omit-frame-pointer
@@ -40,8 +41,12 @@ target_compile_options(vesk_build INTERFACE
 target_compile_definitions(vesk_build INTERFACE
     QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH
     QT_NO_URL_CAST_FROM_STRING QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files of more than 2 GiB. How wide a time is must be as in the libraries: what the distribution sets.
+    target_compile_definitions(vesk_build INTERFACE _FILE_OFFSET_BITS=64)
+endif()
 target_include_directories(vesk_build INTERFACE ${CMAKE_SOURCE_DIR}/src)
-target_link_options(vesk_build INTERFACE -Wl,-z,relro,-z,now -Wl,--as-needed)
+target_link_options(vesk_build INTERFACE -Wl,--as-needed)
 if(VESK_SANITIZERS)
     add_compile_options(-fsanitize=${VESK_SANITIZERS} -fno-sanitize-recover=all)
     add_link_options(-fsanitize=${VESK_SANITIZERS})

@@ -260,6 +260,30 @@
         <translation>Die Teile einer Ansicht in einer Liste zeigen</translation>
     </message>
     <message>
+        <source>Change stations without a gap</source>
+        <translation>Sender ohne Lücke wechseln</translation>
+    </message>
+    <message>
+        <source>The station that plays is heard until the next one has sound.</source>
+        <translation>Der laufende Sender ist zu hören, bis der nächste Ton hat.</translation>
+    </message>
+    <message>
+        <source>Play everything equally loud</source>
+        <translation>Alles gleich laut wiedergeben</translation>
+    </message>
+    <message>
+        <source>Loud stations are turned down and quiet ones up, slowly and without distortion.</source>
+        <translation>Laute Sender werden leiser und leise lauter gestellt, langsam und ohne Verzerrung.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Stumm</translation>
+    </message>
+    <message>
         <source>Fetch streams and pictures from the home network</source>
         <translation>Streams und Bilder aus dem Heimnetz holen</translation>
     </message>
@@ -280,6 +304,58 @@
         <translation>Mit dem Netzwerk verbunden</translation>
     </message>
     <message>
+        <source>What was kept belongs to a later version of this program, and stays as it is.</source>
+        <translation>Das Gemerkte gehört zu einer späteren Version dieses Programms und bleibt, wie es ist.</translation>
+    </message>
+    <message>
+        <source>The file with recents, favorites and presets was damaged. It is kept as %1, and a new one was begun.</source>
+        <translation>Die Datei mit den zuletzt gehörten Sendern, Favoriten und Stationstasten war beschädigt. Sie ist als %1 aufgehoben, und eine neue wurde begonnen.</translation>
+    </message>
+    <message>
+        <source>This cannot be kept.</source>
+        <translation>Das lässt sich nicht merken.</translation>
+    </message>
+    <message>
+        <source>There are %1 favorites already.</source>
+        <translation>Es gibt bereits %1 Favoriten.</translation>
+    </message>
+    <message>
+        <source>Not imported: entry %1 of &quot;%2&quot; is not valid.</source>
+        <translation>Nicht importiert: Eintrag %1 von „%2“ ist ungültig.</translation>
+    </message>
+    <message>
+        <source>Not imported: this is no library of this program.</source>
+        <translation>Nicht importiert: Das ist keine Bibliothek dieses Programms.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty.</source>
+        <translation>Stationstaste %1 ist nicht belegt.</translation>
+    </message>
+    <message>
+        <source>Something is wrong</source>
+        <translation>Etwas stimmt nicht</translation>
+    </message>
+    <message>
+        <source>Recently played</source>
+        <translation>Zuletzt gehört</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoriten</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>Bibliothek</translation>
+    </message>
+    <message>
+        <source>Go on playing after a start</source>
+        <translation>Nach dem Start weiterspielen</translation>
+    </message>
+    <message>
+        <source>With what played last: &quot;always&quot;, &quot;crash&quot; (only if the device ended by surprise), or &quot;never&quot;.</source>
+        <translation>Was zuletzt lief: „always“ (immer), „crash“ (nur nach einem unerwarteten Ende) oder „never“ (nie).</translation>
+    </message>
+    <message>
         <source>Not saved: the disk is full.</source>
         <translation>Nicht gespeichert: Der Datenträger ist voll.</translation>
     </message>
@@ -290,6 +366,22 @@
     <message>
         <source>Not saved: too much is waiting for the disk.</source>
         <translation>Nicht gespeichert: Zu viel wartet auf den Datenträger.</translation>
+    </message>
+    <message>
+        <source>There is no such device.</source>
+        <translation>Dieses Gerät gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>No more devices can be paired. Remove one that is no longer in use.</source>
+        <translation>Es können keine weiteren Geräte gekoppelt werden. Entfernen Sie eines, das nicht mehr benutzt wird.</translation>
+    </message>
+    <message>
+        <source>In effect, but not saved: the disk cannot be written. It will be tried again; a restart before then undoes it.</source>
+        <translation>Wirksam, aber nicht gespeichert: Der Datenträger ist nicht beschreibbar. Es wird erneut versucht; ein Neustart vorher macht es rückgängig.</translation>
+    </message>
+    <message>
+        <source>Only programs on this machine can reach this host. Start it with --listen to let other devices in.</source>
+        <translation>Nur Programme auf diesem Rechner erreichen diesen Host. Starten Sie ihn mit --listen, um andere Geräte zuzulassen.</translation>
     </message>
     <message>
         <source>Not saved: these are no keys with values.</source>
@@ -403,6 +495,34 @@
         <source>a number up to %1</source>
         <translation>eine Zahl bis %1</translation>
     </message>
+    <message>
+        <source>Keep a paused station for (minutes)</source>
+        <translation>Angehaltenen Sender behalten (Minuten)</translation>
+    </message>
+    <message>
+        <source>It goes on where it was paused. After that time it is joined live again; with 0 at once.</source>
+        <translation>Er läuft weiter, wo er angehalten wurde. Nach dieser Zeit läuft er wieder live; mit 0 sofort.</translation>
+    </message>
+    <message>
+        <source>auto, null, jack, or a device: alsa:DEVICE, pulse:NAME, pipewire:NAME</source>
+        <translation>auto, null, jack oder ein Gerät: alsa:GERÄT, pulse:NAME, pipewire:NAME</translation>
+    </message>
+    <message>
+        <source>Not there at the moment</source>
+        <translation>Gerade nicht da</translation>
+    </message>
+    <message>
+        <source>In use</source>
+        <translation>In Gebrauch</translation>
+    </message>
+    <message>
+        <source>Sound output</source>
+        <translation>Tonausgabe</translation>
+    </message>
+    <message>
+        <source>auto is the machine&apos;s own; what --audio says counts until another one is chosen.</source>
+        <translation>auto ist die des Rechners; was --audio sagt, gilt, bis eine andere gewählt wird.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>
@@ -461,6 +581,14 @@
     <message>
         <source>There is no stream in the playlist.</source>
         <translation>In der Wiedergabeliste steht kein Stream.</translation>
+    </message>
+    <message>
+        <source>The sound output does not answer.</source>
+        <translation>Die Tonausgabe antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>Another output was chosen in the meantime.</source>
+        <translation>Inzwischen wurde eine andere Ausgabe gewählt.</translation>
     </message>
     <message>
         <source>The sound output does not work.</source>
@@ -585,6 +713,106 @@
     <message>
         <source>The stream's server has stopped sending.</source>
         <translation>Der Server des Streams sendet nicht mehr.</translation>
+    </message>
+    <message>
+        <source>The sound server %1 cannot be reached.</source>
+        <translation>Der Tonserver %1 ist nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>Nobody reads the sound from %1.</source>
+        <translation>Niemand liest den Ton aus %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes the sound too slowly; some of it is lost.</source>
+        <translation>%1 nimmt den Ton zu langsam ab; ein Teil geht verloren.</translation>
+    </message>
+    <message>
+        <source>Sound cannot be written to %1: %2</source>
+        <translation>Ton kann nicht nach %1 geschrieben werden: %2</translation>
+    </message>
+    <message>
+        <source>This device cannot play to &quot;%1&quot;: the package %2 is not installed.</source>
+        <translation>Dieses Gerät kann nicht auf „%1“ spielen: Das Paket %2 ist nicht installiert.</translation>
+    </message>
+    <message>
+        <source>The server of this sends no parts of it: it can only be heard from its beginning.</source>
+        <translation>Der Server sendet davon keine Teile: Es lässt sich nur von Anfang an hören.</translation>
+    </message>
+    <message>
+        <source>The file at the server is shorter than it said.</source>
+        <translation>Die Datei auf dem Server ist kürzer als angegeben.</translation>
+    </message>
+    <message>
+        <source>The stream's server is too slow to find the place.</source>
+        <translation>Der Server ist zu langsam, um die Stelle zu finden.</translation>
+    </message>
+    <message>
+        <source>The file does not say how long it is.</source>
+        <translation>Die Datei gibt nicht an, wie lang sie ist.</translation>
+    </message>
+    <message>
+        <source>This place cannot be found in the file.</source>
+        <translation>Diese Stelle ist in der Datei nicht zu finden.</translation>
+    </message>
+    <message>
+        <source>This does not say how long it is: it can only be heard from its beginning.</source>
+        <translation>Hier ist nicht angegeben, wie lang es ist: Es lässt sich nur von Anfang an hören.</translation>
+    </message>
+    <message>
+        <source>This is live: there is no other place to go to. It can be paused for a while.</source>
+        <translation>Das läuft live: Es gibt keine andere Stelle. Es lässt sich eine Weile anhalten.</translation>
+    </message>
+    <message>
+        <source>It is not known yet how long this is. Please try again.</source>
+        <translation>Es ist noch nicht bekannt, wie lang das ist. Bitte noch einmal versuchen.</translation>
+    </message>
+    <message>
+        <source>Another place was asked for in the meantime.</source>
+        <translation>Inzwischen wurde eine andere Stelle gewünscht.</translation>
+    </message>
+    <message>
+        <source>This is not live.</source>
+        <translation>Das läuft nicht live.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Wecker</translation>
+    </message>
+    <message>
+        <source>There is no such alarm.</source>
+        <translation>Diesen Wecker gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>There are as many alarms as there can be. Remove one first.</source>
+        <translation>Mehr Wecker kann es nicht geben. Bitte erst einen entfernen.</translation>
+    </message>
+    <message>
+        <source>An alarm cannot keep this row.</source>
+        <translation>Ein Wecker kann sich diese Zeile nicht merken.</translation>
+    </message>
+    <message>
+        <source>No alarm rings.</source>
+        <translation>Es klingelt kein Wecker.</translation>
+    </message>
+    <message>
+        <source>The machine&apos;s output</source>
+        <translation>Die Ausgabe des Rechners</translation>
+    </message>
+    <message>
+        <source>Nowhere</source>
+        <translation>Nirgendwohin</translation>
+    </message>
+    <message>
+        <source>The output &quot;%1&quot; can only be given when the player is started.</source>
+        <translation>Die Ausgabe „%1“ kann nur beim Start des Spielers angegeben werden.</translation>
+    </message>
+    <message>
+        <source>The sound device &quot;%1&quot; has gone or does not work.</source>
+        <translation>Das Tongerät „%1“ ist nicht mehr da oder funktioniert nicht.</translation>
+    </message>
+    <message>
+        <source>There is no sound device &quot;%1&quot;.</source>
+        <translation>Es gibt kein Tongerät „%1“.</translation>
     </message>
 </context>
 <context>
@@ -902,6 +1130,390 @@
         <source>%1: written</source>
         <translation>%1: geschrieben</translation>
     </message>
+    <message>
+        <source>owner</source>
+        <translation>Besitzer</translation>
+    </message>
+    <message>
+        <source>listener</source>
+        <translation>Hörer</translation>
+    </message>
+    <message>
+        <source>this device</source>
+        <translation>dieses Gerät</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>verbunden</translation>
+    </message>
+    <message>
+        <source>never seen</source>
+        <translation>nie gesehen</translation>
+    </message>
+    <message>
+        <source>seen %1</source>
+        <translation>gesehen %1</translation>
+    </message>
+    <message>
+        <source>no device is paired</source>
+        <translation>kein Gerät ist gekoppelt</translation>
+    </message>
+    <message>
+        <source>there is no device "%1"</source>
+        <translation>es gibt kein Gerät "%1"</translation>
+    </message>
+    <message>
+        <source>several devices are called "%1": name one by its id (%2)</source>
+        <translation>mehrere Geräte heißen "%1": nenne eines mit seiner Kennung (%2)</translation>
+    </message>
+    <message>
+        <source>%1: now called "%2"</source>
+        <translation>%1: heißt jetzt "%2"</translation>
+    </message>
+    <message>
+        <source>"%1" is no role; there are: %2</source>
+        <translation>"%1" ist keine Rolle; es gibt: %2</translation>
+    </message>
+    <message>
+        <source>%1: an owner now</source>
+        <translation>%1: jetzt Besitzer</translation>
+    </message>
+    <message>
+        <source>%1: a listener now</source>
+        <translation>%1: jetzt Hörer</translation>
+    </message>
+    <message>
+        <source>%1: not paired any more</source>
+        <translation>%1: nicht mehr gekoppelt</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>dieses Gerät ist nicht mit %1 gekoppelt. Lass dort einen Code zeigen ("veskctl pair"), dann: veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1 any more. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>dieses Gerät ist nicht mehr mit %1 gekoppelt. Lass dort einen Code zeigen ("veskctl pair"), dann: veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 is of no authority that this system knows: it says nothing about who answers there. If this is your host, pair with it: veskctl --host %1 join CODE. The fingerprint is %2.</source>
+        <translation>das Zertifikat von %1 ist von keiner Stelle, die dieses System kennt: es sagt nichts darüber, wer dort antwortet. Wenn es dein Host ist, kopple dich mit ihm: veskctl --host %1 join CODE. Der Fingerabdruck ist %2.</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 has changed: somebody else may be answering there. Nothing was sent. If the host has a new one, pair again: veskctl --host %1 join CODE. The fingerprint was %2 and is %3.</source>
+        <translation>das Zertifikat von %1 hat sich geändert: vielleicht antwortet dort jemand anderes. Es wurde nichts gesendet. Wenn der Host ein neues hat, kopple dich noch einmal: veskctl --host %1 join CODE. Der Fingerabdruck war %2 und ist %3.</translation>
+    </message>
+    <message>
+        <source>the host wants an encrypted connection: veskctl --host %1</source>
+        <translation>der Host will eine verschlüsselte Verbindung: veskctl --host %1</translation>
+    </message>
+    <message>
+        <source>paired, but that could not be kept: %1. Remove the device "%2" there, and pair again.</source>
+        <translation>gekoppelt, aber das konnte nicht behalten werden: %1. Entferne dort das Gerät "%2" und kopple noch einmal.</translation>
+    </message>
+    <message>
+        <source>paired with %1 as its owner, under the name "%2"</source>
+        <translation>gekoppelt mit %1 als Besitzer, unter dem Namen "%2"</translation>
+    </message>
+    <message>
+        <source>paired with %1 as a listener, under the name "%2"</source>
+        <translation>gekoppelt mit %1 als Hörer, unter dem Namen "%2"</translation>
+    </message>
+    <message>
+        <source>a program on the host's own machine needs no pairing; say with --host or VESK_HOST where another host is</source>
+        <translation>ein Programm auf der Maschine des Hosts braucht keine Kopplung; sage mit --host oder VESK_HOST, wo ein anderer Host ist</translation>
+    </message>
+    <message>
+        <source>a code is six digits</source>
+        <translation>ein Code hat sechs Ziffern</translation>
+    </message>
+    <message>
+        <source>a fingerprint is 64 hexadecimal digits (SHA-256)</source>
+        <translation>ein Fingerabdruck hat 64 hexadezimale Ziffern (SHA-256)</translation>
+    </message>
+    <message>
+        <source>%1 has another certificate, with the fingerprint %2. Nothing was sent.</source>
+        <translation>%1 hat ein anderes Zertifikat, mit dem Fingerabdruck %2. Es wurde nichts gesendet.</translation>
+    </message>
+    <message>
+        <source>The certificate of %1 is of no authority that this system knows. Its fingerprint is:</source>
+        <translation>Das Zertifikat von %1 ist von keiner Stelle, die dieses System kennt. Sein Fingerabdruck ist:</translation>
+    </message>
+    <message>
+        <source>Is that the one that is shown with the code?</source>
+        <translation>Ist es der, der mit dem Code gezeigt wird?</translation>
+    </message>
+    <message>
+        <source>the certificate is of no authority that this system knows; where nobody can be asked, say with --fingerprint which one is the host's</source>
+        <translation>das Zertifikat ist von keiner Stelle, die dieses System kennt; wo niemand gefragt werden kann, sage mit --fingerprint, welches das des Hosts ist</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is not encrypted: others in the network can read what is sent, and come in the same way.</source>
+        <translation>Die Verbindung zu %1 ist nicht verschlüsselt: andere im Netz können lesen, was gesendet wird, und ebenso hereinkommen.</translation>
+    </message>
+    <message>
+        <source>Pair nevertheless?</source>
+        <translation>Trotzdem koppeln?</translation>
+    </message>
+    <message>
+        <source>the connection is not encrypted; where nobody can be asked, --plain-http says that this may be</source>
+        <translation>die Verbindung ist nicht verschlüsselt; wo niemand gefragt werden kann, sagt --plain-http, dass das sein darf</translation>
+    </message>
+    <message>
+        <source>not paired; nothing was sent</source>
+        <translation>nicht gekoppelt; es wurde nichts gesendet</translation>
+    </message>
+    <message>
+        <source>that is not the code; attempts left: %1</source>
+        <translation>das ist nicht der Code; verbleibende Versuche: %1</translation>
+    </message>
+    <message>
+        <source>that is not the code, and it was the last attempt: have a new code shown</source>
+        <translation>das ist nicht der Code, und es war der letzte Versuch: lass einen neuen Code zeigen</translation>
+    </message>
+    <message>
+        <source>%1 shows no code now: have one shown there ("veskctl pair")</source>
+        <translation>%1 zeigt gerade keinen Code: lass dort einen zeigen ("veskctl pair")</translation>
+    </message>
+    <message>
+        <source>the host does not take that name</source>
+        <translation>der Host nimmt diesen Namen nicht an</translation>
+    </message>
+    <message>
+        <source>the host could not save the device; nothing has changed</source>
+        <translation>der Host konnte das Gerät nicht speichern; nichts hat sich geändert</translation>
+    </message>
+    <message>
+        <source>too many attempts; try again later</source>
+        <translation>zu viele Versuche; versuche es später noch einmal</translation>
+    </message>
+    <message>
+        <source>another code was made for this host; this one is worth nothing any more</source>
+        <translation>für diesen Host wurde ein anderer Code gemacht; dieser gilt nicht mehr</translation>
+    </message>
+    <message>
+        <source>the pairing was stopped</source>
+        <translation>die Kopplung wurde beendet</translation>
+    </message>
+    <message>
+        <source>Code: </source>
+        <translation>Code: </translation>
+    </message>
+    <message>
+        <source>For %1 seconds it can be entered at one of these addresses:</source>
+        <translation>%1 Sekunden lang kann er unter einer dieser Adressen eingegeben werden:</translation>
+    </message>
+    <message>
+        <source>or with: veskctl --host %1 join %2</source>
+        <translation>oder mit: veskctl --host %1 join %2</translation>
+    </message>
+    <message>
+        <source>The fingerprint of the certificate is:</source>
+        <translation>Der Fingerabdruck des Zertifikats ist:</translation>
+    </message>
+    <message>
+        <source>%1: paired</source>
+        <translation>%1: gekoppelt</translation>
+    </message>
+    <message>
+        <source>wrong codes were entered too often; the pairing has ended</source>
+        <translation>zu oft wurden falsche Codes eingegeben; die Kopplung ist zu Ende</translation>
+    </message>
+    <message>
+        <source>nobody entered the code in time</source>
+        <translation>niemand hat den Code rechtzeitig eingegeben</translation>
+    </message>
+    <message>
+        <source>volume %1</source>
+        <translation>Lautstärke %1</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
+    </message>
+    <message>
+        <source>a sound of the host's own</source>
+        <translation>ein Ton des Hosts selbst</translation>
+    </message>
+    <message>
+        <source>no alarm is set</source>
+        <translation>es ist kein Wecker gestellt</translation>
+    </message>
+    <message>
+        <source>missed alarm: %1</source>
+        <translation>verpasster Wecker: %1</translation>
+    </message>
+    <message>
+        <source>"veskctl alarm dismiss" forgets the missed ones</source>
+        <translation>"veskctl alarm dismiss" vergisst die verpassten</translation>
+    </message>
+    <message>
+        <source>several alarms are at %1: name one by its number</source>
+        <translation>mehrere Wecker sind auf %1 gestellt: nenne einen mit seiner Nummer</translation>
+    </message>
+    <message>
+        <source>there is no alarm "%1"</source>
+        <translation>es gibt keinen Wecker "%1"</translation>
+    </message>
+    <message>
+        <source>"%1" is no time: that is 7:30 or 19:30</source>
+        <translation>"%1" ist keine Uhrzeit: das ist 7:30 oder 19:30</translation>
+    </message>
+    <message>
+        <source>"%1" are no days: those are mon-fri, sat,sun, daily or once</source>
+        <translation>"%1" sind keine Tage: das sind mon-fri, sat,sun, daily oder once</translation>
+    </message>
+    <message>
+        <source>%1: off</source>
+        <translation>%1: aus</translation>
+    </message>
+    <message>
+        <source>%1: next %2</source>
+        <translation>%1: das nächste Mal %2</translation>
+    </message>
+    <message>
+        <source>%1: removed</source>
+        <translation>%1: entfernt</translation>
+    </message>
+    <message>
+        <source>quiet until %1</source>
+        <translation>still bis %1</translation>
+    </message>
+    <message>
+        <source>this host does not know that: it is older than this veskctl</source>
+        <translation>dieser Host kennt das nicht: er ist älter als dieses veskctl</translation>
+    </message>
+    <message>
+        <source>forgotten: what was played</source>
+        <translation>vergessen: was gespielt wurde</translation>
+    </message>
+    <message>
+        <source>%1: starred now</source>
+        <translation>%1: hat jetzt einen Stern</translation>
+    </message>
+    <message>
+        <source>%1: starred already</source>
+        <translation>%1: hat schon einen Stern</translation>
+    </message>
+    <message>
+        <source>%1: not starred any more</source>
+        <translation>%1: hat keinen Stern mehr</translation>
+    </message>
+    <message>
+        <source>%1: not starred</source>
+        <translation>%1: hat keinen Stern</translation>
+    </message>
+    <message>
+        <source>%1 holds no library</source>
+        <translation>%1 enthält keine Sammlung</translation>
+    </message>
+    <message>
+        <source>%1: favorites added: %2, presets: %3</source>
+        <translation>%1: neue Favoriten: %2, Stationstasten: %3</translation>
+    </message>
+    <message>
+        <source>there is no output</source>
+        <translation>es gibt keinen Ausgang</translation>
+    </message>
+    <message>
+        <source>%1 (not there)</source>
+        <translation>%1 (nicht da)</translation>
+    </message>
+    <message>
+        <source>there is no "%1" in the configuration</source>
+        <translation>in der Konfiguration gibt es kein "%1"</translation>
+    </message>
+    <message>
+        <source>several outputs are called "%1": %2</source>
+        <translation>mehrere Ausgänge heißen "%1": %2</translation>
+    </message>
+    <message>
+        <source>there is no output "%1"</source>
+        <translation>es gibt keinen Ausgang "%1"</translation>
+    </message>
+    <message>
+        <source>the sound goes to: %1</source>
+        <translation>der Ton geht an: %1</translation>
+    </message>
+    <message>
+        <source>nothing plays</source>
+        <translation>es spielt nichts</translation>
+    </message>
+    <message>
+        <source>muted</source>
+        <translation>stumm</translation>
+    </message>
+    <message>
+        <source>stops at %1</source>
+        <translation>endet um %1</translation>
+    </message>
+    <message>
+        <source>the alarm rings</source>
+        <translation>der Wecker klingelt</translation>
+    </message>
+    <message>
+        <source>alarm %1</source>
+        <translation>Wecker %1</translation>
+    </message>
+    <message>
+        <source>"%1" is no preset: they are numbered 1 to %2</source>
+        <translation>"%1" ist keine Stationstaste: sie haben die Nummern 1 bis %2</translation>
+    </message>
+    <message>
+        <source>no preset is taken; "veskctl preset save 1" keeps what plays</source>
+        <translation>keine Stationstaste ist belegt; "veskctl preset save 1" behält, was spielt</translation>
+    </message>
+    <message>
+        <source>preset %1: %2</source>
+        <translation>Stationstaste %1: %2</translation>
+    </message>
+    <message>
+        <source>preset %1: free</source>
+        <translation>Stationstaste %1: frei</translation>
+    </message>
+    <message>
+        <source>"%1" is no place to go to: that is +30, -1:30, 1:20:00, 90s or live</source>
+        <translation>"%1" ist keine Stelle: das ist +30, -1:30, 1:20:00, 90s oder live</translation>
+    </message>
+    <message>
+        <source>live</source>
+        <translation>live</translation>
+    </message>
+    <message>
+        <source>no sleep timer</source>
+        <translation>kein Einschlaftimer</translation>
+    </message>
+    <message>
+        <source>the sound stops at %1</source>
+        <translation>der Ton endet um %1</translation>
+    </message>
+    <message>
+        <source>%1, in %2</source>
+        <translation>%1, in %2</translation>
+    </message>
+    <message>
+        <source>"%1" is no time to sleep for: that is 1 to 1440 minutes, 1h30m or off</source>
+        <translation>"%1" ist keine Zeit zum Einschlafen: das sind 1 bis 1440 Minuten, 1h30m oder off</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 hinter der Sendung</translation>
+    </message>
+    <message>
+        <source>once</source>
+        <translation>einmal</translation>
+    </message>
+    <message>
+        <source>every day</source>
+        <translation>jeden Tag</translation>
+    </message>
+    <message>
+        <source>%1, muted</source>
+        <translation>%1, stumm</translation>
+    </message>
+    <message>
+        <source>"%1" is no volume: that is 0 to 100, +5, -5, mute or unmute</source>
+        <translation>"%1" ist keine Lautstärke: das ist 0 bis 100, +5, -5, mute oder unmute</translation>
+    </message>
 </context>
 <context>
     <name>Web</name>
@@ -924,6 +1536,419 @@
     <message>
         <source>%1: done</source>
         <translation>%1: erledigt</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 %, muted</source>
+        <translation>%1 %, stumm</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 hinter live</translation>
+    </message>
+    <message>
+        <source>%1 has a star on this radio.</source>
+        <translation>%1 hat einen Stern auf diesem Radio.</translation>
+    </message>
+    <message>
+        <source>%1 has no star on this radio any more.</source>
+        <translation>%1 hat keinen Stern mehr auf diesem Radio.</translation>
+    </message>
+    <message>
+        <source>%1 is not a library that was exported here.</source>
+        <translation>%1 ist keine hier exportierte Bibliothek.</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n alarms were missed while this radio was off.</source>
+        <translation>
+            <numerusform>%n Wecker ging nicht los, weil dieses Radio aus war.</numerusform>
+            <numerusform>%n Wecker gingen nicht los, weil dieses Radio aus war.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes left</source>
+        <translation>
+            <numerusform>noch %n Minute</numerusform>
+            <numerusform>noch %n Minuten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n presets were set.</source>
+        <translation>
+            <numerusform>%n Stationstaste wurde belegt.</numerusform>
+            <numerusform>%n Stationstasten wurden belegt.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stars were added.</source>
+        <translation>
+            <numerusform>%n Stern kam dazu.</numerusform>
+            <numerusform>%n Sterne kamen dazu.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add an alarm</source>
+        <translation>Wecker hinzufügen</translation>
+    </message>
+    <message>
+        <source>After that time the sound fades out and stops.</source>
+        <translation>Nach dieser Zeit wird der Ton leiser und hört auf.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Wecker</translation>
+    </message>
+    <message>
+        <source>Alarm at %1</source>
+        <translation>Wecker um %1</translation>
+    </message>
+    <message>
+        <source>Alarm: %1</source>
+        <translation>Wecker: %1</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Wecker</translation>
+    </message>
+    <message>
+        <source>As it is set then</source>
+        <translation>Wie sie dann eingestellt ist</translation>
+    </message>
+    <message>
+        <source>At once</source>
+        <translation>Sofort</translation>
+    </message>
+    <message>
+        <source>Back %1 seconds</source>
+        <translation>%1 Sekunden zurück</translation>
+    </message>
+    <message>
+        <source>Back and forward %1 seconds in an episode</source>
+        <translation>In einer Folge %1 Sekunden zurück und vor</translation>
+    </message>
+    <message>
+        <source>Back to live</source>
+        <translation>Zurück zu live</translation>
+    </message>
+    <message>
+        <source>Becomes as loud as that</source>
+        <translation>Wird so laut</translation>
+    </message>
+    <message>
+        <source>Change the alarm at %1</source>
+        <translation>Wecker um %1 ändern</translation>
+    </message>
+    <message>
+        <source>Choose the output</source>
+        <translation>Ausgang wählen</translation>
+    </message>
+    <message>
+        <source>Clear preset %1</source>
+        <translation>Stationstaste %1 leeren</translation>
+    </message>
+    <message>
+        <source>Clear some</source>
+        <translation>Einzelne leeren</translation>
+    </message>
+    <message>
+        <source>Clear the list</source>
+        <translation>Liste leeren</translation>
+    </message>
+    <message>
+        <source>Clear the list?</source>
+        <translation>Liste leeren?</translation>
+    </message>
+    <message>
+        <source>Clear …</source>
+        <translation>Leeren …</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Tage</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Leer</translation>
+    </message>
+    <message>
+        <source>Every day</source>
+        <translation>Jeden Tag</translation>
+    </message>
+    <message>
+        <source>Favorite at %1</source>
+        <translation>Favorit bei %1</translation>
+    </message>
+    <message>
+        <source>Forward %1 seconds</source>
+        <translation>%1 Sekunden vor</translation>
+    </message>
+    <message>
+        <source>From the beginning</source>
+        <translation>Von vorn</translation>
+    </message>
+    <message>
+        <source>Goes on at %1, where it was left.</source>
+        <translation>Es geht bei %1 weiter, wo Sie aufgehört haben.</translation>
+    </message>
+    <message>
+        <source>Heard lately</source>
+        <translation>Zuletzt gehört</translation>
+    </message>
+    <message>
+        <source>Hold one down to save what plays. On a keyboard the numbers play, and with Shift they save.</source>
+        <translation>Lange drücken speichert, was läuft. Auf einer Tastatur spielen die Zahlen, und mit Umschalt speichern sie.</translation>
+    </message>
+    <message>
+        <source>Import …</source>
+        <translation>Importieren …</translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n minutes</source>
+        <translation>
+            <numerusform>In %n Minute</numerusform>
+            <numerusform>In %n Minuten</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n seconds</source>
+        <translation>
+            <numerusform>In %n Sekunde</numerusform>
+            <numerusform>In %n Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Louder, quieter</source>
+        <translation>Lauter, leiser</translation>
+    </message>
+    <message>
+        <source>Minutes</source>
+        <translation>Minuten</translation>
+    </message>
+    <message>
+        <source>Monday to Friday</source>
+        <translation>Montag bis Freitag</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Stumm</translation>
+    </message>
+    <message>
+        <source>New alarm</source>
+        <translation>Neuer Wecker</translation>
+    </message>
+    <message>
+        <source>Next alarm</source>
+        <translation>Nächster Wecker</translation>
+    </message>
+    <message>
+        <source>Next: %1</source>
+        <translation>Nächstes Mal: %1</translation>
+    </message>
+    <message>
+        <source>None is set.</source>
+        <translation>Keiner ist gestellt.</translation>
+    </message>
+    <message>
+        <source>Nothing has a star yet. The player and the menu of each station have one to press.</source>
+        <translation>Noch hat nichts einen Stern. Der Player und das Menü jedes Senders haben einen zum Drücken.</translation>
+    </message>
+    <message>
+        <source>Nothing plays that could be saved.</source>
+        <translation>Es läuft nichts, was gespeichert werden könnte.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source>Once</source>
+        <translation>Einmal</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>Ausgang</translation>
+    </message>
+    <message>
+        <source>Output …</source>
+        <translation>Ausgang …</translation>
+    </message>
+    <message>
+        <source>Play a preset; 0 is 10</source>
+        <translation>Stationstaste spielen; 0 ist 10</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2 now.</source>
+        <translation>Stationstaste %1 ist jetzt %2.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2. Replace it by %3?</source>
+        <translation>Stationstaste %1 ist %2. Durch %3 ersetzen?</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty. Shift and the number save what plays.</source>
+        <translation>Stationstaste %1 ist leer. Umschalt und die Zahl speichern, was läuft.</translation>
+    </message>
+    <message>
+        <source>Preset %1: %2</source>
+        <translation>Stationstaste %1: %2</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>Stationstasten</translation>
+    </message>
+    <message>
+        <source>Presets 11 and 12</source>
+        <translation>Stationstasten 11 und 12</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1</source>
+        <translation>Wecker um %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1?</source>
+        <translation>Wecker um %1 entfernen?</translation>
+    </message>
+    <message>
+        <source>Replace it</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Saturday and Sunday</source>
+        <translation>Samstag und Sonntag</translation>
+    </message>
+    <message>
+        <source>Save as a preset …</source>
+        <translation>Auf eine Stationstaste legen …</translation>
+    </message>
+    <message>
+        <source>Save what plays as a preset</source>
+        <translation>Was läuft, auf eine Stationstaste legen</translation>
+    </message>
+    <message>
+        <source>Set the timer</source>
+        <translation>Timer stellen</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Umschalt</translation>
+    </message>
+    <message>
+        <source>Show the alarms</source>
+        <translation>Wecker zeigen</translation>
+    </message>
+    <message>
+        <source>Sleep timer</source>
+        <translation>Schlummer-Timer</translation>
+    </message>
+    <message>
+        <source>Sleep timer …</source>
+        <translation>Schlummer-Timer …</translation>
+    </message>
+    <message numerus="yes">
+        <source>Snooze for %n minutes</source>
+        <translation>
+            <numerusform>Noch %n Minute schlafen</numerusform>
+            <numerusform>Noch %n Minuten schlafen</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Star on this radio</source>
+        <translation>Stern auf diesem Radio</translation>
+    </message>
+    <message>
+        <source>Stars and presets as a file</source>
+        <translation>Sterne und Stationstasten als Datei</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Starten</translation>
+    </message>
+    <message>
+        <source>Stop the alarm</source>
+        <translation>Wecker ausschalten</translation>
+    </message>
+    <message>
+        <source>Stop the timer</source>
+        <translation>Timer ausschalten</translation>
+    </message>
+    <message>
+        <source>The radio’s own tone</source>
+        <translation>Der Ton des Radios</translation>
+    </message>
+    <message>
+        <source>This radio</source>
+        <translation>Dieses Radio</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Uhrzeit</translation>
+    </message>
+    <message>
+        <source>To keep them, or to take them to another radio.</source>
+        <translation>Zum Aufheben, oder um sie zu einem anderen Radio mitzunehmen.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Volume: %1</source>
+        <translation>Lautstärke: %1</translation>
+    </message>
+    <message>
+        <source>Wake me with this …</source>
+        <translation>Damit wecken …</translation>
+    </message>
+    <message>
+        <source>What plays: %1</source>
+        <translation>Was läuft: %1</translation>
+    </message>
+    <message>
+        <source>What to play</source>
+        <translation>Was gespielt wird</translation>
+    </message>
+    <message>
+        <source>What you play will be listed here.</source>
+        <translation>Was Sie spielen, wird hier stehen.</translation>
+    </message>
+    <message>
+        <source>Which preset?</source>
+        <translation>Welche Stationstaste?</translation>
+    </message>
+    <message>
+        <source>Will be replaced</source>
+        <translation>Wird ersetzt</translation>
+    </message>
+    <message>
+        <source>With a star on this radio</source>
+        <translation>Mit Stern auf diesem Radio</translation>
+    </message>
+    <message>
+        <source>Without a day it goes off once.</source>
+        <translation>Ohne Tag weckt er einmal.</translation>
+    </message>
+    <message>
+        <source>until %1</source>
+        <translation>bis %1</translation>
     </message>
     <message>
         <source>Appearance</source>
@@ -964,10 +1989,6 @@
     <message>
         <source>Details</source>
         <translation>Einzelheiten</translation>
-    </message>
-    <message>
-        <source>Favorite</source>
-        <translation>Favorit</translation>
     </message>
     <message>
         <source>Fixed when the host was started.</source>
@@ -1307,6 +2328,288 @@
     <message>
         <source>Where to import</source>
         <translation>Wohin importieren</translation>
+    </message>
+    <message>
+        <source>Pair this device</source>
+        <translation>Dieses Gerät koppeln</translation>
+    </message>
+    <message>
+        <source>The host lets in only devices that it knows. A code is shown where somebody chooses “Pair a device” on a paired device, or runs “veskctl pair” on the machine itself.</source>
+        <translation>Der Host lässt nur Geräte herein, die er kennt. Ein Code erscheint dort, wo jemand auf einem gekoppelten Gerät „Ein Gerät koppeln“ wählt oder auf dem Rechner selbst „veskctl pair“ aufruft.</translation>
+    </message>
+    <message>
+        <source>The host does not know this device any more. It can be paired anew.</source>
+        <translation>Der Host kennt dieses Gerät nicht mehr. Es kann neu gekoppelt werden.</translation>
+    </message>
+    <message>
+        <source>This connection is not encrypted</source>
+        <translation>Diese Verbindung ist nicht verschlüsselt</translation>
+    </message>
+    <message>
+        <source>Everybody in the same network can read along, and use what they read. Go on only in a network that you trust.</source>
+        <translation>Jeder im selben Netz kann mitlesen und das Gelesene benutzen. Machen Sie nur in einem Netz weiter, dem Sie vertrauen.</translation>
+    </message>
+    <message>
+        <source>Did your browser warn you?</source>
+        <translation>Hat Ihr Browser gewarnt?</translation>
+    </message>
+    <message>
+        <source>The connection is encrypted. But the host has made its certificate itself, so your browser cannot know whether it talks to your host or to somebody in between.</source>
+        <translation>Die Verbindung ist verschlüsselt. Der Host hat sein Zertifikat aber selbst ausgestellt, deshalb kann Ihr Browser nicht wissen, ob er mit Ihrem Host spricht oder mit jemandem dazwischen.</translation>
+    </message>
+    <message>
+        <source>You can: a fingerprint is shown beside the code. Compare it with the certificate's SHA-256 fingerprint, which your browser shows in the details of the warning or behind the sign beside the address.</source>
+        <translation>Sie können es: Neben dem Code steht ein Fingerabdruck. Vergleichen Sie ihn mit dem SHA-256-Fingerabdruck des Zertifikats, den Ihr Browser in den Einzelheiten der Warnung oder hinter dem Zeichen neben der Adresse zeigt.</translation>
+    </message>
+    <message>
+        <source>If they differ, do not enter the code.</source>
+        <translation>Sind sie verschieden, geben Sie den Code nicht ein.</translation>
+    </message>
+    <message>
+        <source>Without a warning, there is nothing to compare.</source>
+        <translation>Ohne Warnung gibt es nichts zu vergleichen.</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Name of this device</source>
+        <translation>Name dieses Geräts</translation>
+    </message>
+    <message>
+        <source>Pair</source>
+        <translation>Koppeln</translation>
+    </message>
+    <message>
+        <source>This is not the code.</source>
+        <translation>Das ist nicht der Code.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n attempts are left.</source>
+        <translation>
+            <numerusform>Noch %n Versuch.</numerusform>
+            <numerusform>Noch %n Versuche.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The code was wrong too often, so this pairing has ended. Let a new code be shown.</source>
+        <translation>Der Code war zu oft falsch, deshalb ist diese Kopplung beendet. Lassen Sie einen neuen Code anzeigen.</translation>
+    </message>
+    <message>
+        <source>No device can be paired right now: a code is valid for two minutes. Let a new one be shown.</source>
+        <translation>Gerade kann kein Gerät gekoppelt werden: Ein Code gilt zwei Minuten lang. Lassen Sie einen neuen anzeigen.</translation>
+    </message>
+    <message>
+        <source>The host does not take this code or this name.</source>
+        <translation>Der Host nimmt diesen Code oder diesen Namen nicht an.</translation>
+    </message>
+    <message>
+        <source>The host could not write to its disk, so this device is not paired. Its log says why.</source>
+        <translation>Der Host konnte nicht auf seine Platte schreiben, deshalb ist dieses Gerät nicht gekoppelt. Sein Protokoll sagt, warum.</translation>
+    </message>
+    <message>
+        <source>The host cannot be reached.</source>
+        <translation>Der Host ist nicht zu erreichen.</translation>
+    </message>
+    <message>
+        <source>The host refused this (HTTP %1). Wait a moment, and try again.</source>
+        <translation>Der Host hat das abgelehnt (HTTP %1). Warten Sie einen Moment und versuchen Sie es noch einmal.</translation>
+    </message>
+    <message>
+        <source>Only an owner of this host may do that.</source>
+        <translation>Das darf nur ein Besitzer dieses Hosts.</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Other devices</source>
+        <translation>Andere Geräte</translation>
+    </message>
+    <message>
+        <source>Who else may use this host, and what they may do.</source>
+        <translation>Wer diesen Host sonst benutzen darf und was er darf.</translation>
+    </message>
+    <message>
+        <source>Show the devices</source>
+        <translation>Geräte anzeigen</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Besitzer</translation>
+    </message>
+    <message>
+        <source>Listener</source>
+        <translation>Hörer</translation>
+    </message>
+    <message>
+        <source>What it may do</source>
+        <translation>Was es darf</translation>
+    </message>
+    <message>
+        <source>Listen and change favorites</source>
+        <translation>Hören und Favoriten ändern</translation>
+    </message>
+    <message>
+        <source>Everything, settings and devices too</source>
+        <translation>Alles, auch Einstellungen und Geräte</translation>
+    </message>
+    <message>
+        <source>A pairing that was started elsewhere is under way. Its code is shown there.</source>
+        <translation>Es läuft eine Kopplung, die anderswo begonnen wurde. Dort steht ihr Code.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then do everything.</source>
+        <translation>Geben Sie diesen Code auf dem neuen Gerät ein. Es darf danach alles.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then listen.</source>
+        <translation>Geben Sie diesen Code auf dem neuen Gerät ein. Es darf danach hören.</translation>
+    </message>
+    <message>
+        <source>Address for the new device:</source>
+        <translation>Adresse für das neue Gerät:</translation>
+    </message>
+    <message>
+        <source>If its browser warns, the certificate must have this SHA-256 fingerprint:</source>
+        <translation>Wenn sein Browser warnt, muss das Zertifikat diesen SHA-256-Fingerabdruck haben:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds left</source>
+        <translation>
+            <numerusform>Noch %n Sekunde</numerusform>
+            <numerusform>Noch %n Sekunden</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>QR code that opens the pairing page on the new device</source>
+        <translation>QR-Code, der auf dem neuen Gerät die Kopplungsseite öffnet</translation>
+    </message>
+    <message>
+        <source>The device is paired.</source>
+        <translation>Das Gerät ist gekoppelt.</translation>
+    </message>
+    <message>
+        <source>%1 is paired.</source>
+        <translation>%1 ist gekoppelt.</translation>
+    </message>
+    <message>
+        <source>The code was entered wrongly too often, so the pairing has ended.</source>
+        <translation>Der Code wurde zu oft falsch eingegeben, deshalb ist die Kopplung beendet.</translation>
+    </message>
+    <message>
+        <source>The two minutes are over, and no device was paired.</source>
+        <translation>Die zwei Minuten sind um, und kein Gerät wurde gekoppelt.</translation>
+    </message>
+    <message>
+        <source>Pair a device</source>
+        <translation>Ein Gerät koppeln</translation>
+    </message>
+    <message>
+        <source>Show a code</source>
+        <translation>Code anzeigen</translation>
+    </message>
+    <message>
+        <source>Stop the pairing</source>
+        <translation>Kopplung beenden</translation>
+    </message>
+    <message>
+        <source>last here %1</source>
+        <translation>zuletzt da: %1</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>verbunden</translation>
+    </message>
+    <message>
+        <source>Remove this device? It is out at once, and this page with it.</source>
+        <translation>Dieses Gerät entfernen? Es ist sofort draußen, und diese Seite mit ihm.</translation>
+    </message>
+    <message>
+        <source>Remove %1? It is out at once, and has to be paired anew to come back.</source>
+        <translation>%1 entfernen? Es ist sofort draußen und muss neu gekoppelt werden, um wiederzukommen.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Remove …</source>
+        <translation>Entfernen …</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>Behalten</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>This device</source>
+        <translation>Dieses Gerät</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>%1 ändern</translation>
+    </message>
+    <message>
+        <source>No device is paired yet.</source>
+        <translation>Noch ist kein Gerät gekoppelt.</translation>
+    </message>
+    <message>
+        <source>Paired devices</source>
+        <translation>Gekoppelte Geräte</translation>
+    </message>
+    <message>
+        <source>Quiet view</source>
+        <translation>Ruhige Ansicht</translation>
+    </message>
+    <message>
+        <source>Show the quiet view</source>
+        <translation>Ruhige Ansicht zeigen</translation>
+    </message>
+    <message>
+        <source>The time and what plays, for a tablet on the wall. The screen stays on, and dims.</source>
+        <translation>Die Uhrzeit und was läuft, für ein Tablet an der Wand. Der Bildschirm bleibt an und wird dunkler.</translation>
+    </message>
+    <message>
+        <source>Leave the quiet view</source>
+        <translation>Ruhige Ansicht verlassen</translation>
+    </message>
+    <message>
+        <source>This browser lets the screen go off here.</source>
+        <translation>Dieser Browser lässt den Bildschirm hier ausgehen.</translation>
+    </message>
+    <message>
+        <source>On the lock screen</source>
+        <translation>Auf dem Sperrbildschirm</translation>
+    </message>
+    <message>
+        <source>Lock screen and media keys of this device show and control what the host plays.</source>
+        <translation>Sperrbildschirm und Medientasten dieses Geräts zeigen und steuern, was der Host spielt.</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Teilen</translation>
+    </message>
+    <message>
+        <source>No other device can reach this host: it serves its own machine only.</source>
+        <translation>Kein anderes Gerät erreicht diesen Host: Er bedient nur seinen eigenen Rechner.</translation>
+    </message>
+    <message>
+        <source>The link is copied. It opens this on every paired device.</source>
+        <translation>Der Link ist kopiert. Er öffnet dies auf jedem gekoppelten Gerät.</translation>
     </message>
 </context>
 <context>

@@ -260,6 +260,30 @@
         <translation>Mostrar las partes de una pantalla en una lista</translation>
     </message>
     <message>
+        <source>Change stations without a gap</source>
+        <translation>Cambiar de emisora sin cortes</translation>
+    </message>
+    <message>
+        <source>The station that plays is heard until the next one has sound.</source>
+        <translation>La emisora que suena se oye hasta que la siguiente tiene sonido.</translation>
+    </message>
+    <message>
+        <source>Play everything equally loud</source>
+        <translation>Reproducir todo con el mismo volumen</translation>
+    </message>
+    <message>
+        <source>Loud stations are turned down and quiet ones up, slowly and without distortion.</source>
+        <translation>Las emisoras fuertes se bajan y las flojas se suben, despacio y sin distorsión.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Silencio</translation>
+    </message>
+    <message>
         <source>Fetch streams and pictures from the home network</source>
         <translation>Obtener emisiones e imágenes de la red doméstica</translation>
     </message>
@@ -280,6 +304,58 @@
         <translation>Conectado a la red</translation>
     </message>
     <message>
+        <source>What was kept belongs to a later version of this program, and stays as it is.</source>
+        <translation>Lo guardado pertenece a una versión posterior de este programa y se queda como está.</translation>
+    </message>
+    <message>
+        <source>The file with recents, favorites and presets was damaged. It is kept as %1, and a new one was begun.</source>
+        <translation>El archivo con lo reciente, los favoritos y las presintonías estaba dañado. Se conserva como %1 y se ha empezado uno nuevo.</translation>
+    </message>
+    <message>
+        <source>This cannot be kept.</source>
+        <translation>Esto no se puede guardar.</translation>
+    </message>
+    <message>
+        <source>There are %1 favorites already.</source>
+        <translation>Ya hay %1 favoritos.</translation>
+    </message>
+    <message>
+        <source>Not imported: entry %1 of &quot;%2&quot; is not valid.</source>
+        <translation>No importado: la entrada %1 de «%2» no es válida.</translation>
+    </message>
+    <message>
+        <source>Not imported: this is no library of this program.</source>
+        <translation>No importado: esto no es una biblioteca de este programa.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty.</source>
+        <translation>La presintonía %1 está vacía.</translation>
+    </message>
+    <message>
+        <source>Something is wrong</source>
+        <translation>Algo va mal</translation>
+    </message>
+    <message>
+        <source>Recently played</source>
+        <translation>Escuchado recientemente</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoritos</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>Biblioteca</translation>
+    </message>
+    <message>
+        <source>Go on playing after a start</source>
+        <translation>Seguir reproduciendo tras el arranque</translation>
+    </message>
+    <message>
+        <source>With what played last: &quot;always&quot;, &quot;crash&quot; (only if the device ended by surprise), or &quot;never&quot;.</source>
+        <translation>Con lo último que sonaba: «always» (siempre), «crash» (solo si el dispositivo terminó de improviso) o «never» (nunca).</translation>
+    </message>
+    <message>
         <source>Not saved: the disk is full.</source>
         <translation>No se ha guardado: el disco está lleno.</translation>
     </message>
@@ -290,6 +366,22 @@
     <message>
         <source>Not saved: too much is waiting for the disk.</source>
         <translation>No se ha guardado: hay demasiado esperando al disco.</translation>
+    </message>
+    <message>
+        <source>There is no such device.</source>
+        <translation>No existe ese dispositivo.</translation>
+    </message>
+    <message>
+        <source>No more devices can be paired. Remove one that is no longer in use.</source>
+        <translation>No se pueden vincular más dispositivos. Quite uno que ya no se use.</translation>
+    </message>
+    <message>
+        <source>In effect, but not saved: the disk cannot be written. It will be tried again; a restart before then undoes it.</source>
+        <translation>En vigor, pero no guardado: no se puede escribir en el disco. Se intentará de nuevo; si antes se reinicia, se deshace.</translation>
+    </message>
+    <message>
+        <source>Only programs on this machine can reach this host. Start it with --listen to let other devices in.</source>
+        <translation>Solo los programas de este equipo llegan a este host. Inícielo con --listen para admitir otros dispositivos.</translation>
     </message>
     <message>
         <source>Not saved: these are no keys with values.</source>
@@ -403,6 +495,34 @@
         <source>a number up to %1</source>
         <translation>un número hasta %1</translation>
     </message>
+    <message>
+        <source>Keep a paused station for (minutes)</source>
+        <translation>Conservar una emisora en pausa (minutos)</translation>
+    </message>
+    <message>
+        <source>It goes on where it was paused. After that time it is joined live again; with 0 at once.</source>
+        <translation>Continúa donde se pausó. Pasado ese tiempo se vuelve al directo; con 0, enseguida.</translation>
+    </message>
+    <message>
+        <source>auto, null, jack, or a device: alsa:DEVICE, pulse:NAME, pipewire:NAME</source>
+        <translation>auto, null, jack o un dispositivo: alsa:DISPOSITIVO, pulse:NOMBRE, pipewire:NOMBRE</translation>
+    </message>
+    <message>
+        <source>Not there at the moment</source>
+        <translation>No está en este momento</translation>
+    </message>
+    <message>
+        <source>In use</source>
+        <translation>En uso</translation>
+    </message>
+    <message>
+        <source>Sound output</source>
+        <translation>Salida de sonido</translation>
+    </message>
+    <message>
+        <source>auto is the machine&apos;s own; what --audio says counts until another one is chosen.</source>
+        <translation>auto es la del equipo; lo que indica --audio vale hasta que se elija otra.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>
@@ -461,6 +581,14 @@
     <message>
         <source>There is no stream in the playlist.</source>
         <translation>No hay ninguna emisión en la lista de reproducción.</translation>
+    </message>
+    <message>
+        <source>The sound output does not answer.</source>
+        <translation>La salida de sonido no responde.</translation>
+    </message>
+    <message>
+        <source>Another output was chosen in the meantime.</source>
+        <translation>Entretanto se ha elegido otra salida.</translation>
     </message>
     <message>
         <source>The sound output does not work.</source>
@@ -585,6 +713,106 @@
     <message>
         <source>The stream's server has stopped sending.</source>
         <translation>El servidor de la emisión ha dejado de enviar.</translation>
+    </message>
+    <message>
+        <source>The sound server %1 cannot be reached.</source>
+        <translation>No se puede acceder al servidor de sonido %1.</translation>
+    </message>
+    <message>
+        <source>Nobody reads the sound from %1.</source>
+        <translation>Nadie lee el sonido de %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes the sound too slowly; some of it is lost.</source>
+        <translation>%1 recibe el sonido demasiado despacio; una parte se pierde.</translation>
+    </message>
+    <message>
+        <source>Sound cannot be written to %1: %2</source>
+        <translation>No se puede escribir el sonido en %1: %2</translation>
+    </message>
+    <message>
+        <source>This device cannot play to &quot;%1&quot;: the package %2 is not installed.</source>
+        <translation>Este dispositivo no puede reproducir en «%1»: el paquete %2 no está instalado.</translation>
+    </message>
+    <message>
+        <source>The server of this sends no parts of it: it can only be heard from its beginning.</source>
+        <translation>El servidor no envía partes de esto: solo se puede escuchar desde el principio.</translation>
+    </message>
+    <message>
+        <source>The file at the server is shorter than it said.</source>
+        <translation>El archivo del servidor es más corto de lo que indicaba.</translation>
+    </message>
+    <message>
+        <source>The stream's server is too slow to find the place.</source>
+        <translation>El servidor es demasiado lento para encontrar el punto.</translation>
+    </message>
+    <message>
+        <source>The file does not say how long it is.</source>
+        <translation>El archivo no indica su duración.</translation>
+    </message>
+    <message>
+        <source>This place cannot be found in the file.</source>
+        <translation>No se encuentra ese punto en el archivo.</translation>
+    </message>
+    <message>
+        <source>This does not say how long it is: it can only be heard from its beginning.</source>
+        <translation>No se indica cuánto dura: solo se puede escuchar desde el principio.</translation>
+    </message>
+    <message>
+        <source>This is live: there is no other place to go to. It can be paused for a while.</source>
+        <translation>Esto es en directo: no hay otro punto al que ir. Se puede pausar un rato.</translation>
+    </message>
+    <message>
+        <source>It is not known yet how long this is. Please try again.</source>
+        <translation>Todavía no se sabe cuánto dura esto. Inténtalo de nuevo.</translation>
+    </message>
+    <message>
+        <source>Another place was asked for in the meantime.</source>
+        <translation>Entretanto se ha pedido otro punto.</translation>
+    </message>
+    <message>
+        <source>This is not live.</source>
+        <translation>Esto no es en directo.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Alarma</translation>
+    </message>
+    <message>
+        <source>There is no such alarm.</source>
+        <translation>No existe esa alarma.</translation>
+    </message>
+    <message>
+        <source>There are as many alarms as there can be. Remove one first.</source>
+        <translation>No caben más alarmas. Quite primero una.</translation>
+    </message>
+    <message>
+        <source>An alarm cannot keep this row.</source>
+        <translation>Una alarma no puede guardar esta fila.</translation>
+    </message>
+    <message>
+        <source>No alarm rings.</source>
+        <translation>No suena ninguna alarma.</translation>
+    </message>
+    <message>
+        <source>The machine&apos;s output</source>
+        <translation>La salida del equipo</translation>
+    </message>
+    <message>
+        <source>Nowhere</source>
+        <translation>A ninguna parte</translation>
+    </message>
+    <message>
+        <source>The output &quot;%1&quot; can only be given when the player is started.</source>
+        <translation>La salida «%1» solo se puede indicar al iniciar el reproductor.</translation>
+    </message>
+    <message>
+        <source>The sound device &quot;%1&quot; has gone or does not work.</source>
+        <translation>El dispositivo de sonido «%1» ya no está o no funciona.</translation>
+    </message>
+    <message>
+        <source>There is no sound device &quot;%1&quot;.</source>
+        <translation>No hay ningún dispositivo de sonido «%1».</translation>
     </message>
 </context>
 <context>
@@ -902,6 +1130,390 @@
         <source>%1: written</source>
         <translation>%1: escrito</translation>
     </message>
+    <message>
+        <source>owner</source>
+        <translation>propietario</translation>
+    </message>
+    <message>
+        <source>listener</source>
+        <translation>oyente</translation>
+    </message>
+    <message>
+        <source>this device</source>
+        <translation>este dispositivo</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>conectado</translation>
+    </message>
+    <message>
+        <source>never seen</source>
+        <translation>nunca visto</translation>
+    </message>
+    <message>
+        <source>seen %1</source>
+        <translation>visto %1</translation>
+    </message>
+    <message>
+        <source>no device is paired</source>
+        <translation>no hay ningún dispositivo vinculado</translation>
+    </message>
+    <message>
+        <source>there is no device "%1"</source>
+        <translation>no hay ningún dispositivo "%1"</translation>
+    </message>
+    <message>
+        <source>several devices are called "%1": name one by its id (%2)</source>
+        <translation>varios dispositivos se llaman "%1": nombra uno por su identificador (%2)</translation>
+    </message>
+    <message>
+        <source>%1: now called "%2"</source>
+        <translation>%1: ahora se llama "%2"</translation>
+    </message>
+    <message>
+        <source>"%1" is no role; there are: %2</source>
+        <translation>"%1" no es un papel; hay: %2</translation>
+    </message>
+    <message>
+        <source>%1: an owner now</source>
+        <translation>%1: ahora es propietario</translation>
+    </message>
+    <message>
+        <source>%1: a listener now</source>
+        <translation>%1: ahora es oyente</translation>
+    </message>
+    <message>
+        <source>%1: not paired any more</source>
+        <translation>%1: ya no está vinculado</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>este dispositivo no está vinculado con %1. Haz que allí se muestre un código ("veskctl pair"); luego: veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1 any more. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>este dispositivo ya no está vinculado con %1. Haz que allí se muestre un código ("veskctl pair"); luego: veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 is of no authority that this system knows: it says nothing about who answers there. If this is your host, pair with it: veskctl --host %1 join CODE. The fingerprint is %2.</source>
+        <translation>el certificado de %1 no es de ninguna autoridad que conozca este sistema: no dice nada sobre quién responde allí. Si es tu host, vincúlate con él: veskctl --host %1 join CODE. La huella es %2.</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 has changed: somebody else may be answering there. Nothing was sent. If the host has a new one, pair again: veskctl --host %1 join CODE. The fingerprint was %2 and is %3.</source>
+        <translation>el certificado de %1 ha cambiado: puede que allí responda otro. No se envió nada. Si el host tiene uno nuevo, vincúlate otra vez: veskctl --host %1 join CODE. La huella era %2 y es %3.</translation>
+    </message>
+    <message>
+        <source>the host wants an encrypted connection: veskctl --host %1</source>
+        <translation>el host quiere una conexión cifrada: veskctl --host %1</translation>
+    </message>
+    <message>
+        <source>paired, but that could not be kept: %1. Remove the device "%2" there, and pair again.</source>
+        <translation>vinculado, pero no se pudo guardar: %1. Quita allí el dispositivo "%2" y vincúlate otra vez.</translation>
+    </message>
+    <message>
+        <source>paired with %1 as its owner, under the name "%2"</source>
+        <translation>vinculado con %1 como propietario, con el nombre "%2"</translation>
+    </message>
+    <message>
+        <source>paired with %1 as a listener, under the name "%2"</source>
+        <translation>vinculado con %1 como oyente, con el nombre "%2"</translation>
+    </message>
+    <message>
+        <source>a program on the host's own machine needs no pairing; say with --host or VESK_HOST where another host is</source>
+        <translation>un programa en la propia máquina del host no necesita vincularse; di con --host o VESK_HOST dónde hay otro host</translation>
+    </message>
+    <message>
+        <source>a code is six digits</source>
+        <translation>un código tiene seis cifras</translation>
+    </message>
+    <message>
+        <source>a fingerprint is 64 hexadecimal digits (SHA-256)</source>
+        <translation>una huella tiene 64 cifras hexadecimales (SHA-256)</translation>
+    </message>
+    <message>
+        <source>%1 has another certificate, with the fingerprint %2. Nothing was sent.</source>
+        <translation>%1 tiene otro certificado, con la huella %2. No se envió nada.</translation>
+    </message>
+    <message>
+        <source>The certificate of %1 is of no authority that this system knows. Its fingerprint is:</source>
+        <translation>El certificado de %1 no es de ninguna autoridad que conozca este sistema. Su huella es:</translation>
+    </message>
+    <message>
+        <source>Is that the one that is shown with the code?</source>
+        <translation>¿Es la que se muestra con el código?</translation>
+    </message>
+    <message>
+        <source>the certificate is of no authority that this system knows; where nobody can be asked, say with --fingerprint which one is the host's</source>
+        <translation>el certificado no es de ninguna autoridad que conozca este sistema; donde no se puede preguntar a nadie, di con --fingerprint cuál es el del host</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is not encrypted: others in the network can read what is sent, and come in the same way.</source>
+        <translation>La conexión con %1 no está cifrada: otros en la red pueden leer lo que se envía y entrar del mismo modo.</translation>
+    </message>
+    <message>
+        <source>Pair nevertheless?</source>
+        <translation>¿Vincular de todos modos?</translation>
+    </message>
+    <message>
+        <source>the connection is not encrypted; where nobody can be asked, --plain-http says that this may be</source>
+        <translation>la conexión no está cifrada; donde no se puede preguntar a nadie, --plain-http dice que se permite</translation>
+    </message>
+    <message>
+        <source>not paired; nothing was sent</source>
+        <translation>no vinculado; no se envió nada</translation>
+    </message>
+    <message>
+        <source>that is not the code; attempts left: %1</source>
+        <translation>ese no es el código; intentos que quedan: %1</translation>
+    </message>
+    <message>
+        <source>that is not the code, and it was the last attempt: have a new code shown</source>
+        <translation>ese no es el código, y era el último intento: haz que se muestre un código nuevo</translation>
+    </message>
+    <message>
+        <source>%1 shows no code now: have one shown there ("veskctl pair")</source>
+        <translation>%1 no muestra ahora ningún código: haz que allí se muestre uno ("veskctl pair")</translation>
+    </message>
+    <message>
+        <source>the host does not take that name</source>
+        <translation>el host no acepta ese nombre</translation>
+    </message>
+    <message>
+        <source>the host could not save the device; nothing has changed</source>
+        <translation>el host no pudo guardar el dispositivo; nada ha cambiado</translation>
+    </message>
+    <message>
+        <source>too many attempts; try again later</source>
+        <translation>demasiados intentos; prueba más tarde</translation>
+    </message>
+    <message>
+        <source>another code was made for this host; this one is worth nothing any more</source>
+        <translation>se hizo otro código para este host; este ya no vale</translation>
+    </message>
+    <message>
+        <source>the pairing was stopped</source>
+        <translation>la vinculación se detuvo</translation>
+    </message>
+    <message>
+        <source>Code: </source>
+        <translation>Código: </translation>
+    </message>
+    <message>
+        <source>For %1 seconds it can be entered at one of these addresses:</source>
+        <translation>Durante %1 segundos se puede introducir en una de estas direcciones:</translation>
+    </message>
+    <message>
+        <source>or with: veskctl --host %1 join %2</source>
+        <translation>o con: veskctl --host %1 join %2</translation>
+    </message>
+    <message>
+        <source>The fingerprint of the certificate is:</source>
+        <translation>La huella del certificado es:</translation>
+    </message>
+    <message>
+        <source>%1: paired</source>
+        <translation>%1: vinculado</translation>
+    </message>
+    <message>
+        <source>wrong codes were entered too often; the pairing has ended</source>
+        <translation>se introdujeron demasiados códigos erróneos; la vinculación ha terminado</translation>
+    </message>
+    <message>
+        <source>nobody entered the code in time</source>
+        <translation>nadie introdujo el código a tiempo</translation>
+    </message>
+    <message>
+        <source>volume %1</source>
+        <translation>volumen %1</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>desactivada</translation>
+    </message>
+    <message>
+        <source>a sound of the host's own</source>
+        <translation>un sonido del propio host</translation>
+    </message>
+    <message>
+        <source>no alarm is set</source>
+        <translation>no hay ninguna alarma</translation>
+    </message>
+    <message>
+        <source>missed alarm: %1</source>
+        <translation>alarma perdida: %1</translation>
+    </message>
+    <message>
+        <source>"veskctl alarm dismiss" forgets the missed ones</source>
+        <translation>"veskctl alarm dismiss" olvida las perdidas</translation>
+    </message>
+    <message>
+        <source>several alarms are at %1: name one by its number</source>
+        <translation>hay varias alarmas a las %1: indica una por su número</translation>
+    </message>
+    <message>
+        <source>there is no alarm "%1"</source>
+        <translation>no hay ninguna alarma "%1"</translation>
+    </message>
+    <message>
+        <source>"%1" is no time: that is 7:30 or 19:30</source>
+        <translation>"%1" no es una hora: eso es 7:30 o 19:30</translation>
+    </message>
+    <message>
+        <source>"%1" are no days: those are mon-fri, sat,sun, daily or once</source>
+        <translation>"%1" no son días: eso es mon-fri, sat,sun, daily u once</translation>
+    </message>
+    <message>
+        <source>%1: off</source>
+        <translation>%1: desactivada</translation>
+    </message>
+    <message>
+        <source>%1: next %2</source>
+        <translation>%1: la próxima vez %2</translation>
+    </message>
+    <message>
+        <source>%1: removed</source>
+        <translation>%1: eliminada</translation>
+    </message>
+    <message>
+        <source>quiet until %1</source>
+        <translation>en silencio hasta las %1</translation>
+    </message>
+    <message>
+        <source>this host does not know that: it is older than this veskctl</source>
+        <translation>este host no conoce eso: es más antiguo que este veskctl</translation>
+    </message>
+    <message>
+        <source>forgotten: what was played</source>
+        <translation>olvidado: lo que se ha escuchado</translation>
+    </message>
+    <message>
+        <source>%1: starred now</source>
+        <translation>%1: tiene ahora una estrella</translation>
+    </message>
+    <message>
+        <source>%1: starred already</source>
+        <translation>%1: ya tiene una estrella</translation>
+    </message>
+    <message>
+        <source>%1: not starred any more</source>
+        <translation>%1: ya no tiene estrella</translation>
+    </message>
+    <message>
+        <source>%1: not starred</source>
+        <translation>%1: no tiene estrella</translation>
+    </message>
+    <message>
+        <source>%1 holds no library</source>
+        <translation>%1 no contiene ninguna colección</translation>
+    </message>
+    <message>
+        <source>%1: favorites added: %2, presets: %3</source>
+        <translation>%1: favoritos añadidos: %2, presintonías: %3</translation>
+    </message>
+    <message>
+        <source>there is no output</source>
+        <translation>no hay ninguna salida</translation>
+    </message>
+    <message>
+        <source>%1 (not there)</source>
+        <translation>%1 (no está)</translation>
+    </message>
+    <message>
+        <source>there is no "%1" in the configuration</source>
+        <translation>la configuración no tiene "%1"</translation>
+    </message>
+    <message>
+        <source>several outputs are called "%1": %2</source>
+        <translation>varias salidas se llaman "%1": %2</translation>
+    </message>
+    <message>
+        <source>there is no output "%1"</source>
+        <translation>no hay ninguna salida "%1"</translation>
+    </message>
+    <message>
+        <source>the sound goes to: %1</source>
+        <translation>el sonido va a: %1</translation>
+    </message>
+    <message>
+        <source>nothing plays</source>
+        <translation>no suena nada</translation>
+    </message>
+    <message>
+        <source>muted</source>
+        <translation>en silencio</translation>
+    </message>
+    <message>
+        <source>stops at %1</source>
+        <translation>termina a las %1</translation>
+    </message>
+    <message>
+        <source>the alarm rings</source>
+        <translation>suena la alarma</translation>
+    </message>
+    <message>
+        <source>alarm %1</source>
+        <translation>alarma %1</translation>
+    </message>
+    <message>
+        <source>"%1" is no preset: they are numbered 1 to %2</source>
+        <translation>"%1" no es una presintonía: van numeradas del 1 al %2</translation>
+    </message>
+    <message>
+        <source>no preset is taken; "veskctl preset save 1" keeps what plays</source>
+        <translation>ninguna presintonía está ocupada; "veskctl preset save 1" guarda lo que suena</translation>
+    </message>
+    <message>
+        <source>preset %1: %2</source>
+        <translation>presintonía %1: %2</translation>
+    </message>
+    <message>
+        <source>preset %1: free</source>
+        <translation>presintonía %1: libre</translation>
+    </message>
+    <message>
+        <source>"%1" is no place to go to: that is +30, -1:30, 1:20:00, 90s or live</source>
+        <translation>"%1" no es un punto al que ir: eso es +30, -1:30, 1:20:00, 90s o live</translation>
+    </message>
+    <message>
+        <source>live</source>
+        <translation>en directo</translation>
+    </message>
+    <message>
+        <source>no sleep timer</source>
+        <translation>sin temporizador</translation>
+    </message>
+    <message>
+        <source>the sound stops at %1</source>
+        <translation>el sonido termina a las %1</translation>
+    </message>
+    <message>
+        <source>%1, in %2</source>
+        <translation>%1, en %2</translation>
+    </message>
+    <message>
+        <source>"%1" is no time to sleep for: that is 1 to 1440 minutes, 1h30m or off</source>
+        <translation>"%1" no es un tiempo para dormir: eso es de 1 a 1440 minutos, 1h30m u off</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 por detrás del directo</translation>
+    </message>
+    <message>
+        <source>once</source>
+        <translation>una vez</translation>
+    </message>
+    <message>
+        <source>every day</source>
+        <translation>todos los días</translation>
+    </message>
+    <message>
+        <source>%1, muted</source>
+        <translation>%1, en silencio</translation>
+    </message>
+    <message>
+        <source>"%1" is no volume: that is 0 to 100, +5, -5, mute or unmute</source>
+        <translation>"%1" no es un volumen: eso es de 0 a 100, +5, -5, mute o unmute</translation>
+    </message>
 </context>
 <context>
     <name>Web</name>
@@ -924,6 +1536,419 @@
     <message>
         <source>%1: done</source>
         <translation>%1: hecho</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 %, muted</source>
+        <translation>%1 %, en silencio</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 por detrás del directo</translation>
+    </message>
+    <message>
+        <source>%1 has a star on this radio.</source>
+        <translation>%1 tiene una estrella en esta radio.</translation>
+    </message>
+    <message>
+        <source>%1 has no star on this radio any more.</source>
+        <translation>%1 ya no tiene estrella en esta radio.</translation>
+    </message>
+    <message>
+        <source>%1 is not a library that was exported here.</source>
+        <translation>%1 no es una biblioteca exportada aquí.</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 de %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n alarms were missed while this radio was off.</source>
+        <translation>
+            <numerusform>%n alarma no sonó porque esta radio estaba apagada.</numerusform>
+            <numerusform>%n alarmas no sonaron porque esta radio estaba apagada.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes left</source>
+        <translation>
+            <numerusform>queda %n minuto</numerusform>
+            <numerusform>quedan %n minutos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n presets were set.</source>
+        <translation>
+            <numerusform>Se guardó %n presintonía.</numerusform>
+            <numerusform>Se guardaron %n presintonías.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stars were added.</source>
+        <translation>
+            <numerusform>Se añadió %n estrella.</numerusform>
+            <numerusform>Se añadieron %n estrellas.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add an alarm</source>
+        <translation>Añadir una alarma</translation>
+    </message>
+    <message>
+        <source>After that time the sound fades out and stops.</source>
+        <translation>Pasado ese tiempo, el sonido baja y se detiene.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Alarma</translation>
+    </message>
+    <message>
+        <source>Alarm at %1</source>
+        <translation>Alarma de las %1</translation>
+    </message>
+    <message>
+        <source>Alarm: %1</source>
+        <translation>Alarma: %1</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarmas</translation>
+    </message>
+    <message>
+        <source>As it is set then</source>
+        <translation>El que haya entonces</translation>
+    </message>
+    <message>
+        <source>At once</source>
+        <translation>De inmediato</translation>
+    </message>
+    <message>
+        <source>Back %1 seconds</source>
+        <translation>Retroceder %1 segundos</translation>
+    </message>
+    <message>
+        <source>Back and forward %1 seconds in an episode</source>
+        <translation>Retroceder y avanzar %1 segundos en un episodio</translation>
+    </message>
+    <message>
+        <source>Back to live</source>
+        <translation>Volver al directo</translation>
+    </message>
+    <message>
+        <source>Becomes as loud as that</source>
+        <translation>Alcanza ese volumen</translation>
+    </message>
+    <message>
+        <source>Change the alarm at %1</source>
+        <translation>Cambiar la alarma de las %1</translation>
+    </message>
+    <message>
+        <source>Choose the output</source>
+        <translation>Elegir la salida</translation>
+    </message>
+    <message>
+        <source>Clear preset %1</source>
+        <translation>Vaciar la presintonía %1</translation>
+    </message>
+    <message>
+        <source>Clear some</source>
+        <translation>Vaciar algunas</translation>
+    </message>
+    <message>
+        <source>Clear the list</source>
+        <translation>Vaciar la lista</translation>
+    </message>
+    <message>
+        <source>Clear the list?</source>
+        <translation>¿Vaciar la lista?</translation>
+    </message>
+    <message>
+        <source>Clear …</source>
+        <translation>Vaciar …</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Días</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Vacía</translation>
+    </message>
+    <message>
+        <source>Every day</source>
+        <translation>Todos los días</translation>
+    </message>
+    <message>
+        <source>Favorite at %1</source>
+        <translation>Favorito en %1</translation>
+    </message>
+    <message>
+        <source>Forward %1 seconds</source>
+        <translation>Avanzar %1 segundos</translation>
+    </message>
+    <message>
+        <source>From the beginning</source>
+        <translation>Desde el principio</translation>
+    </message>
+    <message>
+        <source>Goes on at %1, where it was left.</source>
+        <translation>Sigue en %1, donde se dejó.</translation>
+    </message>
+    <message>
+        <source>Heard lately</source>
+        <translation>Escuchado hace poco</translation>
+    </message>
+    <message>
+        <source>Hold one down to save what plays. On a keyboard the numbers play, and with Shift they save.</source>
+        <translation>Mantenga pulsada una para guardar lo que suena. En un teclado, los números reproducen y con Mayús guardan.</translation>
+    </message>
+    <message>
+        <source>Import …</source>
+        <translation>Importar …</translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n minutes</source>
+        <translation>
+            <numerusform>En %n minuto</numerusform>
+            <numerusform>En %n minutos</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n seconds</source>
+        <translation>
+            <numerusform>En %n segundo</numerusform>
+            <numerusform>En %n segundos</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Louder, quieter</source>
+        <translation>Más alto, más bajo</translation>
+    </message>
+    <message>
+        <source>Minutes</source>
+        <translation>Minutos</translation>
+    </message>
+    <message>
+        <source>Monday to Friday</source>
+        <translation>De lunes a viernes</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Silenciar</translation>
+    </message>
+    <message>
+        <source>New alarm</source>
+        <translation>Alarma nueva</translation>
+    </message>
+    <message>
+        <source>Next alarm</source>
+        <translation>Próxima alarma</translation>
+    </message>
+    <message>
+        <source>Next: %1</source>
+        <translation>Próxima vez: %1</translation>
+    </message>
+    <message>
+        <source>None is set.</source>
+        <translation>No hay ninguna.</translation>
+    </message>
+    <message>
+        <source>Nothing has a star yet. The player and the menu of each station have one to press.</source>
+        <translation>Aún no hay nada con estrella. El reproductor y el menú de cada emisora tienen una para pulsar.</translation>
+    </message>
+    <message>
+        <source>Nothing plays that could be saved.</source>
+        <translation>No suena nada que se pueda guardar.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Apagado</translation>
+    </message>
+    <message>
+        <source>Once</source>
+        <translation>Una vez</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>Salida</translation>
+    </message>
+    <message>
+        <source>Output …</source>
+        <translation>Salida …</translation>
+    </message>
+    <message>
+        <source>Play a preset; 0 is 10</source>
+        <translation>Reproducir una presintonía; 0 es la 10</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Posición</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2 now.</source>
+        <translation>La presintonía %1 es ahora %2.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2. Replace it by %3?</source>
+        <translation>La presintonía %1 es %2. ¿Sustituirla por %3?</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty. Shift and the number save what plays.</source>
+        <translation>La presintonía %1 está vacía. Mayús y el número guardan lo que suena.</translation>
+    </message>
+    <message>
+        <source>Preset %1: %2</source>
+        <translation>Presintonía %1: %2</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>Presintonías</translation>
+    </message>
+    <message>
+        <source>Presets 11 and 12</source>
+        <translation>Presintonías 11 y 12</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1</source>
+        <translation>Quitar la alarma de las %1</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1?</source>
+        <translation>¿Quitar la alarma de las %1?</translation>
+    </message>
+    <message>
+        <source>Replace it</source>
+        <translation>Sustituir</translation>
+    </message>
+    <message>
+        <source>Saturday and Sunday</source>
+        <translation>Sábado y domingo</translation>
+    </message>
+    <message>
+        <source>Save as a preset …</source>
+        <translation>Guardar como presintonía …</translation>
+    </message>
+    <message>
+        <source>Save what plays as a preset</source>
+        <translation>Guardar lo que suena como presintonía</translation>
+    </message>
+    <message>
+        <source>Set the timer</source>
+        <translation>Poner el temporizador</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Mayús</translation>
+    </message>
+    <message>
+        <source>Show the alarms</source>
+        <translation>Mostrar las alarmas</translation>
+    </message>
+    <message>
+        <source>Sleep timer</source>
+        <translation>Temporizador de apagado</translation>
+    </message>
+    <message>
+        <source>Sleep timer …</source>
+        <translation>Temporizador de apagado …</translation>
+    </message>
+    <message numerus="yes">
+        <source>Snooze for %n minutes</source>
+        <translation>
+            <numerusform>Dormir %n minuto más</numerusform>
+            <numerusform>Dormir %n minutos más</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Star on this radio</source>
+        <translation>Estrella en esta radio</translation>
+    </message>
+    <message>
+        <source>Stars and presets as a file</source>
+        <translation>Estrellas y presintonías en un archivo</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Iniciar</translation>
+    </message>
+    <message>
+        <source>Stop the alarm</source>
+        <translation>Detener la alarma</translation>
+    </message>
+    <message>
+        <source>Stop the timer</source>
+        <translation>Detener el temporizador</translation>
+    </message>
+    <message>
+        <source>The radio’s own tone</source>
+        <translation>El tono de la radio</translation>
+    </message>
+    <message>
+        <source>This radio</source>
+        <translation>Esta radio</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Hora</translation>
+    </message>
+    <message>
+        <source>To keep them, or to take them to another radio.</source>
+        <translation>Para conservarlas o llevarlas a otra radio.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volumen</translation>
+    </message>
+    <message>
+        <source>Volume: %1</source>
+        <translation>Volumen: %1</translation>
+    </message>
+    <message>
+        <source>Wake me with this …</source>
+        <translation>Despertarme con esto …</translation>
+    </message>
+    <message>
+        <source>What plays: %1</source>
+        <translation>Lo que suena: %1</translation>
+    </message>
+    <message>
+        <source>What to play</source>
+        <translation>Qué reproducir</translation>
+    </message>
+    <message>
+        <source>What you play will be listed here.</source>
+        <translation>Lo que reproduzca aparecerá aquí.</translation>
+    </message>
+    <message>
+        <source>Which preset?</source>
+        <translation>¿Qué presintonía?</translation>
+    </message>
+    <message>
+        <source>Will be replaced</source>
+        <translation>Se sustituirá</translation>
+    </message>
+    <message>
+        <source>With a star on this radio</source>
+        <translation>Con estrella en esta radio</translation>
+    </message>
+    <message>
+        <source>Without a day it goes off once.</source>
+        <translation>Sin ningún día, suena una vez.</translation>
+    </message>
+    <message>
+        <source>until %1</source>
+        <translation>hasta las %1</translation>
     </message>
     <message>
         <source>Appearance</source>
@@ -964,10 +1989,6 @@
     <message>
         <source>Details</source>
         <translation>Detalles</translation>
-    </message>
-    <message>
-        <source>Favorite</source>
-        <translation>Favorito</translation>
     </message>
     <message>
         <source>Fixed when the host was started.</source>
@@ -1307,6 +2328,288 @@
     <message>
         <source>Where to import</source>
         <translation>Dónde importar</translation>
+    </message>
+    <message>
+        <source>Pair this device</source>
+        <translation>Emparejar este dispositivo</translation>
+    </message>
+    <message>
+        <source>The host lets in only devices that it knows. A code is shown where somebody chooses “Pair a device” on a paired device, or runs “veskctl pair” on the machine itself.</source>
+        <translation>El host solo deja entrar a los dispositivos que conoce. El código aparece donde alguien elige «Emparejar un dispositivo» en un dispositivo ya emparejado, o ejecuta «veskctl pair» en la propia máquina.</translation>
+    </message>
+    <message>
+        <source>The host does not know this device any more. It can be paired anew.</source>
+        <translation>El host ya no conoce este dispositivo. Se puede emparejar de nuevo.</translation>
+    </message>
+    <message>
+        <source>This connection is not encrypted</source>
+        <translation>Esta conexión no está cifrada</translation>
+    </message>
+    <message>
+        <source>Everybody in the same network can read along, and use what they read. Go on only in a network that you trust.</source>
+        <translation>Cualquiera en la misma red puede leerla y usar lo que lea. Continúe solo en una red de confianza.</translation>
+    </message>
+    <message>
+        <source>Did your browser warn you?</source>
+        <translation>¿Le ha advertido el navegador?</translation>
+    </message>
+    <message>
+        <source>The connection is encrypted. But the host has made its certificate itself, so your browser cannot know whether it talks to your host or to somebody in between.</source>
+        <translation>La conexión está cifrada. Pero el host ha creado él mismo su certificado, así que el navegador no puede saber si habla con su host o con alguien en medio.</translation>
+    </message>
+    <message>
+        <source>You can: a fingerprint is shown beside the code. Compare it with the certificate's SHA-256 fingerprint, which your browser shows in the details of the warning or behind the sign beside the address.</source>
+        <translation>Usted sí puede: junto al código aparece una huella digital. Compárela con la huella SHA-256 del certificado, que el navegador muestra en los detalles de la advertencia o tras el símbolo junto a la dirección.</translation>
+    </message>
+    <message>
+        <source>If they differ, do not enter the code.</source>
+        <translation>Si no coinciden, no introduzca el código.</translation>
+    </message>
+    <message>
+        <source>Without a warning, there is nothing to compare.</source>
+        <translation>Sin advertencia no hay nada que comparar.</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Código</translation>
+    </message>
+    <message>
+        <source>Name of this device</source>
+        <translation>Nombre de este dispositivo</translation>
+    </message>
+    <message>
+        <source>Pair</source>
+        <translation>Emparejar</translation>
+    </message>
+    <message>
+        <source>This is not the code.</source>
+        <translation>Ese no es el código.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n attempts are left.</source>
+        <translation>
+            <numerusform>Queda %n intento.</numerusform>
+            <numerusform>Quedan %n intentos.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The code was wrong too often, so this pairing has ended. Let a new code be shown.</source>
+        <translation>El código ha sido incorrecto demasiadas veces y este emparejamiento ha terminado. Haga que se muestre un código nuevo.</translation>
+    </message>
+    <message>
+        <source>No device can be paired right now: a code is valid for two minutes. Let a new one be shown.</source>
+        <translation>Ahora mismo no se puede emparejar ningún dispositivo: un código vale dos minutos. Haga que se muestre uno nuevo.</translation>
+    </message>
+    <message>
+        <source>The host does not take this code or this name.</source>
+        <translation>El host no acepta este código o este nombre.</translation>
+    </message>
+    <message>
+        <source>The host could not write to its disk, so this device is not paired. Its log says why.</source>
+        <translation>El host no ha podido escribir en su disco, así que este dispositivo no está emparejado. Su registro dice por qué.</translation>
+    </message>
+    <message>
+        <source>The host cannot be reached.</source>
+        <translation>No se puede alcanzar el host.</translation>
+    </message>
+    <message>
+        <source>The host refused this (HTTP %1). Wait a moment, and try again.</source>
+        <translation>El host lo ha rechazado (HTTP %1). Espere un momento y vuelva a intentarlo.</translation>
+    </message>
+    <message>
+        <source>Only an owner of this host may do that.</source>
+        <translation>Solo un propietario de este host puede hacerlo.</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Dispositivos</translation>
+    </message>
+    <message>
+        <source>Other devices</source>
+        <translation>Otros dispositivos</translation>
+    </message>
+    <message>
+        <source>Who else may use this host, and what they may do.</source>
+        <translation>Quién más puede usar este host y qué puede hacer.</translation>
+    </message>
+    <message>
+        <source>Show the devices</source>
+        <translation>Mostrar los dispositivos</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Propietario</translation>
+    </message>
+    <message>
+        <source>Listener</source>
+        <translation>Oyente</translation>
+    </message>
+    <message>
+        <source>What it may do</source>
+        <translation>Qué puede hacer</translation>
+    </message>
+    <message>
+        <source>Listen and change favorites</source>
+        <translation>Escuchar y cambiar favoritos</translation>
+    </message>
+    <message>
+        <source>Everything, settings and devices too</source>
+        <translation>Todo, también ajustes y dispositivos</translation>
+    </message>
+    <message>
+        <source>A pairing that was started elsewhere is under way. Its code is shown there.</source>
+        <translation>Hay un emparejamiento en curso que se inició en otro lugar. Su código aparece allí.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then do everything.</source>
+        <translation>Introduzca este código en el nuevo dispositivo. Después podrá hacerlo todo.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then listen.</source>
+        <translation>Introduzca este código en el nuevo dispositivo. Después podrá escuchar.</translation>
+    </message>
+    <message>
+        <source>Address for the new device:</source>
+        <translation>Dirección para el nuevo dispositivo:</translation>
+    </message>
+    <message>
+        <source>If its browser warns, the certificate must have this SHA-256 fingerprint:</source>
+        <translation>Si el navegador advierte, el certificado debe tener esta huella SHA-256:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds left</source>
+        <translation>
+            <numerusform>Queda %n segundo</numerusform>
+            <numerusform>Quedan %n segundos</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>QR code that opens the pairing page on the new device</source>
+        <translation>Código QR que abre la página de emparejamiento en el nuevo dispositivo</translation>
+    </message>
+    <message>
+        <source>The device is paired.</source>
+        <translation>El dispositivo está emparejado.</translation>
+    </message>
+    <message>
+        <source>%1 is paired.</source>
+        <translation>%1 está emparejado.</translation>
+    </message>
+    <message>
+        <source>The code was entered wrongly too often, so the pairing has ended.</source>
+        <translation>El código se introdujo mal demasiadas veces y el emparejamiento ha terminado.</translation>
+    </message>
+    <message>
+        <source>The two minutes are over, and no device was paired.</source>
+        <translation>Han pasado los dos minutos y no se ha emparejado ningún dispositivo.</translation>
+    </message>
+    <message>
+        <source>Pair a device</source>
+        <translation>Emparejar un dispositivo</translation>
+    </message>
+    <message>
+        <source>Show a code</source>
+        <translation>Mostrar un código</translation>
+    </message>
+    <message>
+        <source>Stop the pairing</source>
+        <translation>Detener el emparejamiento</translation>
+    </message>
+    <message>
+        <source>last here %1</source>
+        <translation>última vez: %1</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>conectado</translation>
+    </message>
+    <message>
+        <source>Remove this device? It is out at once, and this page with it.</source>
+        <translation>¿Quitar este dispositivo? Quedará fuera al instante, y esta página con él.</translation>
+    </message>
+    <message>
+        <source>Remove %1? It is out at once, and has to be paired anew to come back.</source>
+        <translation>¿Quitar %1? Quedará fuera al instante y habrá que emparejarlo de nuevo para que vuelva.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Quitar</translation>
+    </message>
+    <message>
+        <source>Remove …</source>
+        <translation>Quitar…</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>Conservarlo</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nombre</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Guardar</translation>
+    </message>
+    <message>
+        <source>This device</source>
+        <translation>Este dispositivo</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Cambiar</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>Cambiar %1</translation>
+    </message>
+    <message>
+        <source>No device is paired yet.</source>
+        <translation>Aún no hay ningún dispositivo emparejado.</translation>
+    </message>
+    <message>
+        <source>Paired devices</source>
+        <translation>Dispositivos emparejados</translation>
+    </message>
+    <message>
+        <source>Quiet view</source>
+        <translation>Vista tranquila</translation>
+    </message>
+    <message>
+        <source>Show the quiet view</source>
+        <translation>Mostrar la vista tranquila</translation>
+    </message>
+    <message>
+        <source>The time and what plays, for a tablet on the wall. The screen stays on, and dims.</source>
+        <translation>La hora y lo que suena, para una tableta en la pared. La pantalla sigue encendida y se atenúa.</translation>
+    </message>
+    <message>
+        <source>Leave the quiet view</source>
+        <translation>Salir de la vista tranquila</translation>
+    </message>
+    <message>
+        <source>This browser lets the screen go off here.</source>
+        <translation>Este navegador deja que la pantalla se apague aquí.</translation>
+    </message>
+    <message>
+        <source>On the lock screen</source>
+        <translation>En la pantalla de bloqueo</translation>
+    </message>
+    <message>
+        <source>Lock screen and media keys of this device show and control what the host plays.</source>
+        <translation>La pantalla de bloqueo y las teclas multimedia de este dispositivo muestran y controlan lo que reproduce el host.</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Compartir</translation>
+    </message>
+    <message>
+        <source>No other device can reach this host: it serves its own machine only.</source>
+        <translation>Ningún otro dispositivo alcanza este host: solo atiende a su propia máquina.</translation>
+    </message>
+    <message>
+        <source>The link is copied. It opens this on every paired device.</source>
+        <translation>El enlace está copiado. Abre esto en cada dispositivo emparejado.</translation>
     </message>
 </context>
 <context>

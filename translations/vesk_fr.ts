@@ -260,6 +260,30 @@
         <translation>Afficher les parties d’un écran en une liste</translation>
     </message>
     <message>
+        <source>Change stations without a gap</source>
+        <translation>Changer de station sans interruption</translation>
+    </message>
+    <message>
+        <source>The station that plays is heard until the next one has sound.</source>
+        <translation>La station en cours s’entend jusqu’à ce que la suivante ait du son.</translation>
+    </message>
+    <message>
+        <source>Play everything equally loud</source>
+        <translation>Tout lire au même niveau sonore</translation>
+    </message>
+    <message>
+        <source>Loud stations are turned down and quiet ones up, slowly and without distortion.</source>
+        <translation>Les stations fortes sont baissées et les faibles montées, lentement et sans distorsion.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Muet</translation>
+    </message>
+    <message>
         <source>Fetch streams and pictures from the home network</source>
         <translation>Chercher les flux et les images dans le réseau domestique</translation>
     </message>
@@ -280,6 +304,58 @@
         <translation>Connecté au réseau</translation>
     </message>
     <message>
+        <source>What was kept belongs to a later version of this program, and stays as it is.</source>
+        <translation>Ce qui a été gardé appartient à une version ultérieure de ce programme et reste tel quel.</translation>
+    </message>
+    <message>
+        <source>The file with recents, favorites and presets was damaged. It is kept as %1, and a new one was begun.</source>
+        <translation>Le fichier des écoutes récentes, des favoris et des présélections était endommagé. Il est conservé sous %1, et un nouveau a été commencé.</translation>
+    </message>
+    <message>
+        <source>This cannot be kept.</source>
+        <translation>Ceci ne peut pas être gardé.</translation>
+    </message>
+    <message>
+        <source>There are %1 favorites already.</source>
+        <translation>Il y a déjà %1 favoris.</translation>
+    </message>
+    <message>
+        <source>Not imported: entry %1 of &quot;%2&quot; is not valid.</source>
+        <translation>Non importé : l’entrée %1 de « %2 » n’est pas valable.</translation>
+    </message>
+    <message>
+        <source>Not imported: this is no library of this program.</source>
+        <translation>Non importé : ce n’est pas une bibliothèque de ce programme.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty.</source>
+        <translation>La présélection %1 est vide.</translation>
+    </message>
+    <message>
+        <source>Something is wrong</source>
+        <translation>Quelque chose ne va pas</translation>
+    </message>
+    <message>
+        <source>Recently played</source>
+        <translation>Écoutes récentes</translation>
+    </message>
+    <message>
+        <source>Favorites</source>
+        <translation>Favoris</translation>
+    </message>
+    <message>
+        <source>Library</source>
+        <translation>Bibliothèque</translation>
+    </message>
+    <message>
+        <source>Go on playing after a start</source>
+        <translation>Reprendre la lecture au démarrage</translation>
+    </message>
+    <message>
+        <source>With what played last: &quot;always&quot;, &quot;crash&quot; (only if the device ended by surprise), or &quot;never&quot;.</source>
+        <translation>Avec ce qui jouait en dernier : « always » (toujours), « crash » (seulement après un arrêt inattendu) ou « never » (jamais).</translation>
+    </message>
+    <message>
         <source>Not saved: the disk is full.</source>
         <translation>Non enregistré : le disque est plein.</translation>
     </message>
@@ -290,6 +366,22 @@
     <message>
         <source>Not saved: too much is waiting for the disk.</source>
         <translation>Non enregistré : trop de choses attendent le disque.</translation>
+    </message>
+    <message>
+        <source>There is no such device.</source>
+        <translation>Cet appareil n’existe pas.</translation>
+    </message>
+    <message>
+        <source>No more devices can be paired. Remove one that is no longer in use.</source>
+        <translation>Aucun autre appareil ne peut être associé. Retirez-en un qui ne sert plus.</translation>
+    </message>
+    <message>
+        <source>In effect, but not saved: the disk cannot be written. It will be tried again; a restart before then undoes it.</source>
+        <translation>En vigueur, mais non enregistré : impossible d’écrire sur le disque. Un nouvel essai suivra ; un redémarrage d’ici là l’annule.</translation>
+    </message>
+    <message>
+        <source>Only programs on this machine can reach this host. Start it with --listen to let other devices in.</source>
+        <translation>Seuls les programmes de cette machine atteignent cet hôte. Démarrez-le avec --listen pour admettre d’autres appareils.</translation>
     </message>
     <message>
         <source>Not saved: these are no keys with values.</source>
@@ -403,6 +495,34 @@
         <source>a number up to %1</source>
         <translation>un nombre jusqu’à %1</translation>
     </message>
+    <message>
+        <source>Keep a paused station for (minutes)</source>
+        <translation>Garder une station en pause (minutes)</translation>
+    </message>
+    <message>
+        <source>It goes on where it was paused. After that time it is joined live again; with 0 at once.</source>
+        <translation>Elle reprend là où elle a été mise en pause. Passé ce temps, retour au direct ; avec 0, aussitôt.</translation>
+    </message>
+    <message>
+        <source>auto, null, jack, or a device: alsa:DEVICE, pulse:NAME, pipewire:NAME</source>
+        <translation>auto, null, jack ou un périphérique : alsa:PÉRIPHÉRIQUE, pulse:NOM, pipewire:NOM</translation>
+    </message>
+    <message>
+        <source>Not there at the moment</source>
+        <translation>Absente pour le moment</translation>
+    </message>
+    <message>
+        <source>In use</source>
+        <translation>Utilisée</translation>
+    </message>
+    <message>
+        <source>Sound output</source>
+        <translation>Sortie du son</translation>
+    </message>
+    <message>
+        <source>auto is the machine&apos;s own; what --audio says counts until another one is chosen.</source>
+        <translation>auto est celle de la machine ; ce que dit --audio vaut jusqu’à ce qu’une autre soit choisie.</translation>
+    </message>
 </context>
 <context>
     <name>Player</name>
@@ -461,6 +581,14 @@
     <message>
         <source>There is no stream in the playlist.</source>
         <translation>La liste de lecture ne contient aucun flux.</translation>
+    </message>
+    <message>
+        <source>The sound output does not answer.</source>
+        <translation>La sortie audio ne répond pas.</translation>
+    </message>
+    <message>
+        <source>Another output was chosen in the meantime.</source>
+        <translation>Une autre sortie a été choisie entre-temps.</translation>
     </message>
     <message>
         <source>The sound output does not work.</source>
@@ -585,6 +713,106 @@
     <message>
         <source>The stream's server has stopped sending.</source>
         <translation>Le serveur du flux n'envoie plus rien.</translation>
+    </message>
+    <message>
+        <source>The sound server %1 cannot be reached.</source>
+        <translation>Le serveur de son %1 est inaccessible.</translation>
+    </message>
+    <message>
+        <source>Nobody reads the sound from %1.</source>
+        <translation>Personne ne lit le son de %1.</translation>
+    </message>
+    <message>
+        <source>%1 takes the sound too slowly; some of it is lost.</source>
+        <translation>%1 prend le son trop lentement ; une partie est perdue.</translation>
+    </message>
+    <message>
+        <source>Sound cannot be written to %1: %2</source>
+        <translation>Impossible d’écrire le son dans %1 : %2</translation>
+    </message>
+    <message>
+        <source>This device cannot play to &quot;%1&quot;: the package %2 is not installed.</source>
+        <translation>Cet appareil ne peut pas jouer sur « %1 » : le paquet %2 n’est pas installé.</translation>
+    </message>
+    <message>
+        <source>The server of this sends no parts of it: it can only be heard from its beginning.</source>
+        <translation>Le serveur n’en envoie pas de parties : on ne peut l’écouter que depuis le début.</translation>
+    </message>
+    <message>
+        <source>The file at the server is shorter than it said.</source>
+        <translation>Le fichier sur le serveur est plus court qu’annoncé.</translation>
+    </message>
+    <message>
+        <source>The stream's server is too slow to find the place.</source>
+        <translation>Le serveur est trop lent pour trouver l’endroit.</translation>
+    </message>
+    <message>
+        <source>The file does not say how long it is.</source>
+        <translation>Le fichier n’indique pas sa durée.</translation>
+    </message>
+    <message>
+        <source>This place cannot be found in the file.</source>
+        <translation>Cet endroit est introuvable dans le fichier.</translation>
+    </message>
+    <message>
+        <source>This does not say how long it is: it can only be heard from its beginning.</source>
+        <translation>Sa durée n’est pas indiquée : on ne peut l’écouter que depuis le début.</translation>
+    </message>
+    <message>
+        <source>This is live: there is no other place to go to. It can be paused for a while.</source>
+        <translation>C’est en direct : il n’y a pas d’autre endroit où aller. On peut le mettre en pause un moment.</translation>
+    </message>
+    <message>
+        <source>It is not known yet how long this is. Please try again.</source>
+        <translation>On ne sait pas encore combien de temps cela dure. Veuillez réessayer.</translation>
+    </message>
+    <message>
+        <source>Another place was asked for in the meantime.</source>
+        <translation>Un autre endroit a été demandé entre-temps.</translation>
+    </message>
+    <message>
+        <source>This is not live.</source>
+        <translation>Ce n’est pas en direct.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Réveil</translation>
+    </message>
+    <message>
+        <source>There is no such alarm.</source>
+        <translation>Ce réveil n’existe pas.</translation>
+    </message>
+    <message>
+        <source>There are as many alarms as there can be. Remove one first.</source>
+        <translation>Il ne peut pas y avoir plus de réveils. Supprimez-en un d’abord.</translation>
+    </message>
+    <message>
+        <source>An alarm cannot keep this row.</source>
+        <translation>Un réveil ne peut pas garder cette ligne.</translation>
+    </message>
+    <message>
+        <source>No alarm rings.</source>
+        <translation>Aucun réveil ne sonne.</translation>
+    </message>
+    <message>
+        <source>The machine&apos;s output</source>
+        <translation>La sortie de la machine</translation>
+    </message>
+    <message>
+        <source>Nowhere</source>
+        <translation>Nulle part</translation>
+    </message>
+    <message>
+        <source>The output &quot;%1&quot; can only be given when the player is started.</source>
+        <translation>La sortie « %1 » ne peut être indiquée qu’au démarrage du lecteur.</translation>
+    </message>
+    <message>
+        <source>The sound device &quot;%1&quot; has gone or does not work.</source>
+        <translation>Le périphérique de son « %1 » n’est plus là ou ne fonctionne pas.</translation>
+    </message>
+    <message>
+        <source>There is no sound device &quot;%1&quot;.</source>
+        <translation>Il n’y a pas de périphérique de son « %1 ».</translation>
     </message>
 </context>
 <context>
@@ -902,6 +1130,390 @@
         <source>%1: written</source>
         <translation>%1 : écrit</translation>
     </message>
+    <message>
+        <source>owner</source>
+        <translation>propriétaire</translation>
+    </message>
+    <message>
+        <source>listener</source>
+        <translation>auditeur</translation>
+    </message>
+    <message>
+        <source>this device</source>
+        <translation>cet appareil</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>connecté</translation>
+    </message>
+    <message>
+        <source>never seen</source>
+        <translation>jamais vu</translation>
+    </message>
+    <message>
+        <source>seen %1</source>
+        <translation>vu %1</translation>
+    </message>
+    <message>
+        <source>no device is paired</source>
+        <translation>aucun appareil n'est associé</translation>
+    </message>
+    <message>
+        <source>there is no device "%1"</source>
+        <translation>il n'y a pas d'appareil « %1 »</translation>
+    </message>
+    <message>
+        <source>several devices are called "%1": name one by its id (%2)</source>
+        <translation>plusieurs appareils s'appellent « %1 » : désignez-en un par son identifiant (%2)</translation>
+    </message>
+    <message>
+        <source>%1: now called "%2"</source>
+        <translation>%1 : s'appelle maintenant « %2 »</translation>
+    </message>
+    <message>
+        <source>"%1" is no role; there are: %2</source>
+        <translation>« %1 » n'est pas un rôle ; il y a : %2</translation>
+    </message>
+    <message>
+        <source>%1: an owner now</source>
+        <translation>%1 : maintenant propriétaire</translation>
+    </message>
+    <message>
+        <source>%1: a listener now</source>
+        <translation>%1 : maintenant auditeur</translation>
+    </message>
+    <message>
+        <source>%1: not paired any more</source>
+        <translation>%1 : n'est plus associé</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>cet appareil n'est pas associé à %1. Faites-y afficher un code (« veskctl pair »), puis : veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>this device is not paired with %1 any more. Have a code shown there ("veskctl pair"), then: veskctl --host %1 join CODE</source>
+        <translation>cet appareil n'est plus associé à %1. Faites-y afficher un code (« veskctl pair »), puis : veskctl --host %1 join CODE</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 is of no authority that this system knows: it says nothing about who answers there. If this is your host, pair with it: veskctl --host %1 join CODE. The fingerprint is %2.</source>
+        <translation>le certificat de %1 ne vient d'aucune autorité connue de ce système : il ne dit rien de qui répond là. Si c'est votre hôte, associez-vous à lui : veskctl --host %1 join CODE. L'empreinte est %2.</translation>
+    </message>
+    <message>
+        <source>the certificate of %1 has changed: somebody else may be answering there. Nothing was sent. If the host has a new one, pair again: veskctl --host %1 join CODE. The fingerprint was %2 and is %3.</source>
+        <translation>le certificat de %1 a changé : quelqu'un d'autre répond peut-être là. Rien n'a été envoyé. Si l'hôte en a un nouveau, associez-vous de nouveau : veskctl --host %1 join CODE. L'empreinte était %2 et est %3.</translation>
+    </message>
+    <message>
+        <source>the host wants an encrypted connection: veskctl --host %1</source>
+        <translation>l'hôte veut une connexion chiffrée : veskctl --host %1</translation>
+    </message>
+    <message>
+        <source>paired, but that could not be kept: %1. Remove the device "%2" there, and pair again.</source>
+        <translation>associé, mais cela n'a pas pu être conservé : %1. Retirez-y l'appareil « %2 », puis associez-vous de nouveau.</translation>
+    </message>
+    <message>
+        <source>paired with %1 as its owner, under the name "%2"</source>
+        <translation>associé à %1 comme propriétaire, sous le nom « %2 »</translation>
+    </message>
+    <message>
+        <source>paired with %1 as a listener, under the name "%2"</source>
+        <translation>associé à %1 comme auditeur, sous le nom « %2 »</translation>
+    </message>
+    <message>
+        <source>a program on the host's own machine needs no pairing; say with --host or VESK_HOST where another host is</source>
+        <translation>un programme sur la machine même de l'hôte n'a pas besoin d'être associé ; dites avec --host ou VESK_HOST où est un autre hôte</translation>
+    </message>
+    <message>
+        <source>a code is six digits</source>
+        <translation>un code a six chiffres</translation>
+    </message>
+    <message>
+        <source>a fingerprint is 64 hexadecimal digits (SHA-256)</source>
+        <translation>une empreinte a 64 chiffres hexadécimaux (SHA-256)</translation>
+    </message>
+    <message>
+        <source>%1 has another certificate, with the fingerprint %2. Nothing was sent.</source>
+        <translation>%1 a un autre certificat, avec l'empreinte %2. Rien n'a été envoyé.</translation>
+    </message>
+    <message>
+        <source>The certificate of %1 is of no authority that this system knows. Its fingerprint is:</source>
+        <translation>Le certificat de %1 ne vient d'aucune autorité connue de ce système. Son empreinte est :</translation>
+    </message>
+    <message>
+        <source>Is that the one that is shown with the code?</source>
+        <translation>Est-ce celle qui est affichée avec le code ?</translation>
+    </message>
+    <message>
+        <source>the certificate is of no authority that this system knows; where nobody can be asked, say with --fingerprint which one is the host's</source>
+        <translation>le certificat ne vient d'aucune autorité connue de ce système ; là où personne ne peut être interrogé, dites avec --fingerprint lequel est celui de l'hôte</translation>
+    </message>
+    <message>
+        <source>The connection to %1 is not encrypted: others in the network can read what is sent, and come in the same way.</source>
+        <translation>La connexion à %1 n'est pas chiffrée : d'autres dans le réseau peuvent lire ce qui est envoyé, et entrer de la même façon.</translation>
+    </message>
+    <message>
+        <source>Pair nevertheless?</source>
+        <translation>Associer malgré tout ?</translation>
+    </message>
+    <message>
+        <source>the connection is not encrypted; where nobody can be asked, --plain-http says that this may be</source>
+        <translation>la connexion n'est pas chiffrée ; là où personne ne peut être interrogé, --plain-http dit que cela est permis</translation>
+    </message>
+    <message>
+        <source>not paired; nothing was sent</source>
+        <translation>pas associé ; rien n'a été envoyé</translation>
+    </message>
+    <message>
+        <source>that is not the code; attempts left: %1</source>
+        <translation>ce n'est pas le code ; essais restants : %1</translation>
+    </message>
+    <message>
+        <source>that is not the code, and it was the last attempt: have a new code shown</source>
+        <translation>ce n'est pas le code, et c'était le dernier essai : faites afficher un nouveau code</translation>
+    </message>
+    <message>
+        <source>%1 shows no code now: have one shown there ("veskctl pair")</source>
+        <translation>%1 n'affiche pas de code en ce moment : faites-y en afficher un (« veskctl pair »)</translation>
+    </message>
+    <message>
+        <source>the host does not take that name</source>
+        <translation>l'hôte n'accepte pas ce nom</translation>
+    </message>
+    <message>
+        <source>the host could not save the device; nothing has changed</source>
+        <translation>l'hôte n'a pas pu enregistrer l'appareil ; rien n'a changé</translation>
+    </message>
+    <message>
+        <source>too many attempts; try again later</source>
+        <translation>trop d'essais ; réessayez plus tard</translation>
+    </message>
+    <message>
+        <source>another code was made for this host; this one is worth nothing any more</source>
+        <translation>un autre code a été fait pour cet hôte ; celui-ci ne vaut plus rien</translation>
+    </message>
+    <message>
+        <source>the pairing was stopped</source>
+        <translation>l'association a été arrêtée</translation>
+    </message>
+    <message>
+        <source>Code: </source>
+        <translation>Code : </translation>
+    </message>
+    <message>
+        <source>For %1 seconds it can be entered at one of these addresses:</source>
+        <translation>Pendant %1 secondes, il peut être saisi à l'une de ces adresses :</translation>
+    </message>
+    <message>
+        <source>or with: veskctl --host %1 join %2</source>
+        <translation>ou avec : veskctl --host %1 join %2</translation>
+    </message>
+    <message>
+        <source>The fingerprint of the certificate is:</source>
+        <translation>L'empreinte du certificat est :</translation>
+    </message>
+    <message>
+        <source>%1: paired</source>
+        <translation>%1 : associé</translation>
+    </message>
+    <message>
+        <source>wrong codes were entered too often; the pairing has ended</source>
+        <translation>trop de codes faux ont été saisis ; l'association est terminée</translation>
+    </message>
+    <message>
+        <source>nobody entered the code in time</source>
+        <translation>personne n'a saisi le code à temps</translation>
+    </message>
+    <message>
+        <source>volume %1</source>
+        <translation>volume %1</translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>désactivé</translation>
+    </message>
+    <message>
+        <source>a sound of the host's own</source>
+        <translation>un son de l’hôte lui-même</translation>
+    </message>
+    <message>
+        <source>no alarm is set</source>
+        <translation>aucun réveil n’est réglé</translation>
+    </message>
+    <message>
+        <source>missed alarm: %1</source>
+        <translation>réveil manqué : %1</translation>
+    </message>
+    <message>
+        <source>"veskctl alarm dismiss" forgets the missed ones</source>
+        <translation>"veskctl alarm dismiss" oublie ceux qui ont été manqués</translation>
+    </message>
+    <message>
+        <source>several alarms are at %1: name one by its number</source>
+        <translation>plusieurs réveils sont à %1 : indiquez-en un par son numéro</translation>
+    </message>
+    <message>
+        <source>there is no alarm "%1"</source>
+        <translation>il n’y a pas de réveil "%1"</translation>
+    </message>
+    <message>
+        <source>"%1" is no time: that is 7:30 or 19:30</source>
+        <translation>"%1" n’est pas une heure : c’est 7:30 ou 19:30</translation>
+    </message>
+    <message>
+        <source>"%1" are no days: those are mon-fri, sat,sun, daily or once</source>
+        <translation>"%1" ne sont pas des jours : c’est mon-fri, sat,sun, daily ou once</translation>
+    </message>
+    <message>
+        <source>%1: off</source>
+        <translation>%1 : désactivé</translation>
+    </message>
+    <message>
+        <source>%1: next %2</source>
+        <translation>%1 : la prochaine fois %2</translation>
+    </message>
+    <message>
+        <source>%1: removed</source>
+        <translation>%1 : supprimé</translation>
+    </message>
+    <message>
+        <source>quiet until %1</source>
+        <translation>silence jusqu’à %1</translation>
+    </message>
+    <message>
+        <source>this host does not know that: it is older than this veskctl</source>
+        <translation>cet hôte ne connaît pas cela : il est plus ancien que ce veskctl</translation>
+    </message>
+    <message>
+        <source>forgotten: what was played</source>
+        <translation>oublié : ce qui a été écouté</translation>
+    </message>
+    <message>
+        <source>%1: starred now</source>
+        <translation>%1 : a maintenant une étoile</translation>
+    </message>
+    <message>
+        <source>%1: starred already</source>
+        <translation>%1 : a déjà une étoile</translation>
+    </message>
+    <message>
+        <source>%1: not starred any more</source>
+        <translation>%1 : n’a plus d’étoile</translation>
+    </message>
+    <message>
+        <source>%1: not starred</source>
+        <translation>%1 : n’a pas d’étoile</translation>
+    </message>
+    <message>
+        <source>%1 holds no library</source>
+        <translation>%1 ne contient pas de collection</translation>
+    </message>
+    <message>
+        <source>%1: favorites added: %2, presets: %3</source>
+        <translation>%1 : favoris ajoutés : %2, présélections : %3</translation>
+    </message>
+    <message>
+        <source>there is no output</source>
+        <translation>il n’y a pas de sortie</translation>
+    </message>
+    <message>
+        <source>%1 (not there)</source>
+        <translation>%1 (absente)</translation>
+    </message>
+    <message>
+        <source>there is no "%1" in the configuration</source>
+        <translation>la configuration n’a pas de "%1"</translation>
+    </message>
+    <message>
+        <source>several outputs are called "%1": %2</source>
+        <translation>plusieurs sorties s’appellent "%1" : %2</translation>
+    </message>
+    <message>
+        <source>there is no output "%1"</source>
+        <translation>il n’y a pas de sortie "%1"</translation>
+    </message>
+    <message>
+        <source>the sound goes to: %1</source>
+        <translation>le son va vers : %1</translation>
+    </message>
+    <message>
+        <source>nothing plays</source>
+        <translation>rien ne joue</translation>
+    </message>
+    <message>
+        <source>muted</source>
+        <translation>muet</translation>
+    </message>
+    <message>
+        <source>stops at %1</source>
+        <translation>s’arrête à %1</translation>
+    </message>
+    <message>
+        <source>the alarm rings</source>
+        <translation>le réveil sonne</translation>
+    </message>
+    <message>
+        <source>alarm %1</source>
+        <translation>réveil %1</translation>
+    </message>
+    <message>
+        <source>"%1" is no preset: they are numbered 1 to %2</source>
+        <translation>"%1" n’est pas une présélection : elles sont numérotées de 1 à %2</translation>
+    </message>
+    <message>
+        <source>no preset is taken; "veskctl preset save 1" keeps what plays</source>
+        <translation>aucune présélection n’est occupée ; "veskctl preset save 1" garde ce qui joue</translation>
+    </message>
+    <message>
+        <source>preset %1: %2</source>
+        <translation>présélection %1 : %2</translation>
+    </message>
+    <message>
+        <source>preset %1: free</source>
+        <translation>présélection %1 : libre</translation>
+    </message>
+    <message>
+        <source>"%1" is no place to go to: that is +30, -1:30, 1:20:00, 90s or live</source>
+        <translation>"%1" n’est pas un endroit où aller : c’est +30, -1:30, 1:20:00, 90s ou live</translation>
+    </message>
+    <message>
+        <source>live</source>
+        <translation>en direct</translation>
+    </message>
+    <message>
+        <source>no sleep timer</source>
+        <translation>pas de minuterie</translation>
+    </message>
+    <message>
+        <source>the sound stops at %1</source>
+        <translation>le son s’arrête à %1</translation>
+    </message>
+    <message>
+        <source>%1, in %2</source>
+        <translation>%1, dans %2</translation>
+    </message>
+    <message>
+        <source>"%1" is no time to sleep for: that is 1 to 1440 minutes, 1h30m or off</source>
+        <translation>"%1" n’est pas une durée pour s’endormir : c’est 1 à 1440 minutes, 1h30m ou off</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 de retard sur le direct</translation>
+    </message>
+    <message>
+        <source>once</source>
+        <translation>une fois</translation>
+    </message>
+    <message>
+        <source>every day</source>
+        <translation>tous les jours</translation>
+    </message>
+    <message>
+        <source>%1, muted</source>
+        <translation>%1, muet</translation>
+    </message>
+    <message>
+        <source>"%1" is no volume: that is 0 to 100, +5, -5, mute or unmute</source>
+        <translation>"%1" n’est pas un volume : c’est 0 à 100, +5, -5, mute ou unmute</translation>
+    </message>
 </context>
 <context>
     <name>Web</name>
@@ -924,6 +1536,419 @@
     <message>
         <source>%1: done</source>
         <translation>%1 : terminé</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
+        <source>%1 %, muted</source>
+        <translation>%1 %, muet</translation>
+    </message>
+    <message>
+        <source>%1 behind live</source>
+        <translation>%1 de retard sur le direct</translation>
+    </message>
+    <message>
+        <source>%1 has a star on this radio.</source>
+        <translation>%1 a une étoile sur cette radio.</translation>
+    </message>
+    <message>
+        <source>%1 has no star on this radio any more.</source>
+        <translation>%1 n’a plus d’étoile sur cette radio.</translation>
+    </message>
+    <message>
+        <source>%1 is not a library that was exported here.</source>
+        <translation>%1 n’est pas une bibliothèque exportée ici.</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n alarms were missed while this radio was off.</source>
+        <translation>
+            <numerusform>%n réveil n’a pas sonné : cette radio était éteinte.</numerusform>
+            <numerusform>%n réveils n’ont pas sonné : cette radio était éteinte.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n minutes left</source>
+        <translation>
+            <numerusform>encore %n minute</numerusform>
+            <numerusform>encore %n minutes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n presets were set.</source>
+        <translation>
+            <numerusform>%n présélection a été réglée.</numerusform>
+            <numerusform>%n présélections ont été réglées.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stars were added.</source>
+        <translation>
+            <numerusform>%n étoile a été ajoutée.</numerusform>
+            <numerusform>%n étoiles ont été ajoutées.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Add an alarm</source>
+        <translation>Ajouter un réveil</translation>
+    </message>
+    <message>
+        <source>After that time the sound fades out and stops.</source>
+        <translation>Après ce temps, le son baisse puis s’arrête.</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Réveil</translation>
+    </message>
+    <message>
+        <source>Alarm at %1</source>
+        <translation>Réveil de %1</translation>
+    </message>
+    <message>
+        <source>Alarm: %1</source>
+        <translation>Réveil : %1</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Réveils</translation>
+    </message>
+    <message>
+        <source>As it is set then</source>
+        <translation>Celui qui sera réglé alors</translation>
+    </message>
+    <message>
+        <source>At once</source>
+        <translation>Aussitôt</translation>
+    </message>
+    <message>
+        <source>Back %1 seconds</source>
+        <translation>Reculer de %1 secondes</translation>
+    </message>
+    <message>
+        <source>Back and forward %1 seconds in an episode</source>
+        <translation>Reculer et avancer de %1 secondes dans un épisode</translation>
+    </message>
+    <message>
+        <source>Back to live</source>
+        <translation>Revenir au direct</translation>
+    </message>
+    <message>
+        <source>Becomes as loud as that</source>
+        <translation>Atteint ce volume</translation>
+    </message>
+    <message>
+        <source>Change the alarm at %1</source>
+        <translation>Modifier le réveil de %1</translation>
+    </message>
+    <message>
+        <source>Choose the output</source>
+        <translation>Choisir la sortie</translation>
+    </message>
+    <message>
+        <source>Clear preset %1</source>
+        <translation>Vider la présélection %1</translation>
+    </message>
+    <message>
+        <source>Clear some</source>
+        <translation>En vider</translation>
+    </message>
+    <message>
+        <source>Clear the list</source>
+        <translation>Vider la liste</translation>
+    </message>
+    <message>
+        <source>Clear the list?</source>
+        <translation>Vider la liste ?</translation>
+    </message>
+    <message>
+        <source>Clear …</source>
+        <translation>Vider …</translation>
+    </message>
+    <message>
+        <source>Days</source>
+        <translation>Jours</translation>
+    </message>
+    <message>
+        <source>Empty</source>
+        <translation>Vide</translation>
+    </message>
+    <message>
+        <source>Every day</source>
+        <translation>Tous les jours</translation>
+    </message>
+    <message>
+        <source>Favorite at %1</source>
+        <translation>Favori sur %1</translation>
+    </message>
+    <message>
+        <source>Forward %1 seconds</source>
+        <translation>Avancer de %1 secondes</translation>
+    </message>
+    <message>
+        <source>From the beginning</source>
+        <translation>Depuis le début</translation>
+    </message>
+    <message>
+        <source>Goes on at %1, where it was left.</source>
+        <translation>Reprise à %1, là où vous en étiez.</translation>
+    </message>
+    <message>
+        <source>Heard lately</source>
+        <translation>Écouté récemment</translation>
+    </message>
+    <message>
+        <source>Hold one down to save what plays. On a keyboard the numbers play, and with Shift they save.</source>
+        <translation>Un appui long enregistre ce qui joue. Sur un clavier, les chiffres jouent et, avec Maj, ils enregistrent.</translation>
+    </message>
+    <message>
+        <source>Import …</source>
+        <translation>Importer …</translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n minutes</source>
+        <translation>
+            <numerusform>En %n minute</numerusform>
+            <numerusform>En %n minutes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>In %n seconds</source>
+        <translation>
+            <numerusform>En %n seconde</numerusform>
+            <numerusform>En %n secondes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Louder, quieter</source>
+        <translation>Plus fort, moins fort</translation>
+    </message>
+    <message>
+        <source>Minutes</source>
+        <translation>Minutes</translation>
+    </message>
+    <message>
+        <source>Monday to Friday</source>
+        <translation>Du lundi au vendredi</translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation>Muet</translation>
+    </message>
+    <message>
+        <source>New alarm</source>
+        <translation>Nouveau réveil</translation>
+    </message>
+    <message>
+        <source>Next alarm</source>
+        <translation>Prochain réveil</translation>
+    </message>
+    <message>
+        <source>Next: %1</source>
+        <translation>Prochaine fois : %1</translation>
+    </message>
+    <message>
+        <source>None is set.</source>
+        <translation>Aucun n’est réglé.</translation>
+    </message>
+    <message>
+        <source>Nothing has a star yet. The player and the menu of each station have one to press.</source>
+        <translation>Rien n’a encore d’étoile. Le lecteur et le menu de chaque station en ont une.</translation>
+    </message>
+    <message>
+        <source>Nothing plays that could be saved.</source>
+        <translation>Rien ne joue qui puisse être enregistré.</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Arrêt</translation>
+    </message>
+    <message>
+        <source>Once</source>
+        <translation>Une fois</translation>
+    </message>
+    <message>
+        <source>Output</source>
+        <translation>Sortie</translation>
+    </message>
+    <message>
+        <source>Output …</source>
+        <translation>Sortie …</translation>
+    </message>
+    <message>
+        <source>Play a preset; 0 is 10</source>
+        <translation>Jouer une présélection ; 0 est la 10</translation>
+    </message>
+    <message>
+        <source>Position</source>
+        <translation>Position</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2 now.</source>
+        <translation>La présélection %1 est maintenant %2.</translation>
+    </message>
+    <message>
+        <source>Preset %1 is %2. Replace it by %3?</source>
+        <translation>La présélection %1 est %2. La remplacer par %3 ?</translation>
+    </message>
+    <message>
+        <source>Preset %1 is empty. Shift and the number save what plays.</source>
+        <translation>La présélection %1 est vide. Maj et le chiffre enregistrent ce qui joue.</translation>
+    </message>
+    <message>
+        <source>Preset %1: %2</source>
+        <translation>Présélection %1 : %2</translation>
+    </message>
+    <message>
+        <source>Presets</source>
+        <translation>Présélections</translation>
+    </message>
+    <message>
+        <source>Presets 11 and 12</source>
+        <translation>Présélections 11 et 12</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1</source>
+        <translation>Supprimer le réveil de %1</translation>
+    </message>
+    <message>
+        <source>Remove the alarm at %1?</source>
+        <translation>Supprimer le réveil de %1 ?</translation>
+    </message>
+    <message>
+        <source>Replace it</source>
+        <translation>Remplacer</translation>
+    </message>
+    <message>
+        <source>Saturday and Sunday</source>
+        <translation>Samedi et dimanche</translation>
+    </message>
+    <message>
+        <source>Save as a preset …</source>
+        <translation>Enregistrer comme présélection …</translation>
+    </message>
+    <message>
+        <source>Save what plays as a preset</source>
+        <translation>Enregistrer ce qui joue comme présélection</translation>
+    </message>
+    <message>
+        <source>Set the timer</source>
+        <translation>Régler la minuterie</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Maj</translation>
+    </message>
+    <message>
+        <source>Show the alarms</source>
+        <translation>Afficher les réveils</translation>
+    </message>
+    <message>
+        <source>Sleep timer</source>
+        <translation>Minuterie de sommeil</translation>
+    </message>
+    <message>
+        <source>Sleep timer …</source>
+        <translation>Minuterie de sommeil …</translation>
+    </message>
+    <message numerus="yes">
+        <source>Snooze for %n minutes</source>
+        <translation>
+            <numerusform>Dormir encore %n minute</numerusform>
+            <numerusform>Dormir encore %n minutes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>Star on this radio</source>
+        <translation>Étoile sur cette radio</translation>
+    </message>
+    <message>
+        <source>Stars and presets as a file</source>
+        <translation>Étoiles et présélections dans un fichier</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Démarrer</translation>
+    </message>
+    <message>
+        <source>Stop the alarm</source>
+        <translation>Arrêter le réveil</translation>
+    </message>
+    <message>
+        <source>Stop the timer</source>
+        <translation>Arrêter la minuterie</translation>
+    </message>
+    <message>
+        <source>The radio’s own tone</source>
+        <translation>Le son de la radio</translation>
+    </message>
+    <message>
+        <source>This radio</source>
+        <translation>Cette radio</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>To keep them, or to take them to another radio.</source>
+        <translation>Pour les conserver, ou les emporter sur une autre radio.</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
+    </message>
+    <message>
+        <source>Volume: %1</source>
+        <translation>Volume : %1</translation>
+    </message>
+    <message>
+        <source>Wake me with this …</source>
+        <translation>Me réveiller avec ceci …</translation>
+    </message>
+    <message>
+        <source>What plays: %1</source>
+        <translation>Ce qui joue : %1</translation>
+    </message>
+    <message>
+        <source>What to play</source>
+        <translation>Ce qui sera joué</translation>
+    </message>
+    <message>
+        <source>What you play will be listed here.</source>
+        <translation>Ce que vous écoutez figurera ici.</translation>
+    </message>
+    <message>
+        <source>Which preset?</source>
+        <translation>Quelle présélection ?</translation>
+    </message>
+    <message>
+        <source>Will be replaced</source>
+        <translation>Sera remplacée</translation>
+    </message>
+    <message>
+        <source>With a star on this radio</source>
+        <translation>Avec une étoile sur cette radio</translation>
+    </message>
+    <message>
+        <source>Without a day it goes off once.</source>
+        <translation>Sans aucun jour, il sonne une fois.</translation>
+    </message>
+    <message>
+        <source>until %1</source>
+        <translation>jusqu’à %1</translation>
     </message>
     <message>
         <source>Appearance</source>
@@ -964,10 +1989,6 @@
     <message>
         <source>Details</source>
         <translation>Détails</translation>
-    </message>
-    <message>
-        <source>Favorite</source>
-        <translation>Favori</translation>
     </message>
     <message>
         <source>Fixed when the host was started.</source>
@@ -1307,6 +2328,288 @@
     <message>
         <source>Where to import</source>
         <translation>Où importer</translation>
+    </message>
+    <message>
+        <source>Pair this device</source>
+        <translation>Associer cet appareil</translation>
+    </message>
+    <message>
+        <source>The host lets in only devices that it knows. A code is shown where somebody chooses “Pair a device” on a paired device, or runs “veskctl pair” on the machine itself.</source>
+        <translation>L’hôte ne laisse entrer que les appareils qu’il connaît. Un code s’affiche là où quelqu’un choisit « Associer un appareil » sur un appareil déjà associé, ou lance « veskctl pair » sur la machine elle-même.</translation>
+    </message>
+    <message>
+        <source>The host does not know this device any more. It can be paired anew.</source>
+        <translation>L’hôte ne connaît plus cet appareil. Il peut être associé de nouveau.</translation>
+    </message>
+    <message>
+        <source>This connection is not encrypted</source>
+        <translation>Cette connexion n’est pas chiffrée</translation>
+    </message>
+    <message>
+        <source>Everybody in the same network can read along, and use what they read. Go on only in a network that you trust.</source>
+        <translation>Toute personne du même réseau peut la lire et utiliser ce qu’elle lit. Ne continuez que dans un réseau de confiance.</translation>
+    </message>
+    <message>
+        <source>Did your browser warn you?</source>
+        <translation>Votre navigateur vous a-t-il averti ?</translation>
+    </message>
+    <message>
+        <source>The connection is encrypted. But the host has made its certificate itself, so your browser cannot know whether it talks to your host or to somebody in between.</source>
+        <translation>La connexion est chiffrée. Mais l’hôte a établi lui-même son certificat : votre navigateur ne peut donc pas savoir s’il parle à votre hôte ou à quelqu’un entre les deux.</translation>
+    </message>
+    <message>
+        <source>You can: a fingerprint is shown beside the code. Compare it with the certificate's SHA-256 fingerprint, which your browser shows in the details of the warning or behind the sign beside the address.</source>
+        <translation>Vous le pouvez : une empreinte s’affiche à côté du code. Comparez-la à l’empreinte SHA-256 du certificat, que votre navigateur montre dans les détails de l’avertissement ou derrière le symbole à côté de l’adresse.</translation>
+    </message>
+    <message>
+        <source>If they differ, do not enter the code.</source>
+        <translation>Si elles diffèrent, ne saisissez pas le code.</translation>
+    </message>
+    <message>
+        <source>Without a warning, there is nothing to compare.</source>
+        <translation>Sans avertissement, il n’y a rien à comparer.</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Name of this device</source>
+        <translation>Nom de cet appareil</translation>
+    </message>
+    <message>
+        <source>Pair</source>
+        <translation>Associer</translation>
+    </message>
+    <message>
+        <source>This is not the code.</source>
+        <translation>Ce n’est pas le code.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n attempts are left.</source>
+        <translation>
+            <numerusform>Il reste %n essai.</numerusform>
+            <numerusform>Il reste %n essais.</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>The code was wrong too often, so this pairing has ended. Let a new code be shown.</source>
+        <translation>Le code a été faux trop souvent : cette association est terminée. Faites afficher un nouveau code.</translation>
+    </message>
+    <message>
+        <source>No device can be paired right now: a code is valid for two minutes. Let a new one be shown.</source>
+        <translation>Aucun appareil ne peut être associé en ce moment : un code est valable deux minutes. Faites-en afficher un nouveau.</translation>
+    </message>
+    <message>
+        <source>The host does not take this code or this name.</source>
+        <translation>L’hôte n’accepte pas ce code ou ce nom.</translation>
+    </message>
+    <message>
+        <source>The host could not write to its disk, so this device is not paired. Its log says why.</source>
+        <translation>L’hôte n’a pas pu écrire sur son disque : cet appareil n’est donc pas associé. Son journal dit pourquoi.</translation>
+    </message>
+    <message>
+        <source>The host cannot be reached.</source>
+        <translation>L’hôte est injoignable.</translation>
+    </message>
+    <message>
+        <source>The host refused this (HTTP %1). Wait a moment, and try again.</source>
+        <translation>L’hôte a refusé (HTTP %1). Attendez un instant et réessayez.</translation>
+    </message>
+    <message>
+        <source>Only an owner of this host may do that.</source>
+        <translation>Seul un propriétaire de cet hôte peut le faire.</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Appareils</translation>
+    </message>
+    <message>
+        <source>Other devices</source>
+        <translation>Autres appareils</translation>
+    </message>
+    <message>
+        <source>Who else may use this host, and what they may do.</source>
+        <translation>Qui d’autre peut utiliser cet hôte, et pour quoi faire.</translation>
+    </message>
+    <message>
+        <source>Show the devices</source>
+        <translation>Afficher les appareils</translation>
+    </message>
+    <message>
+        <source>Owner</source>
+        <translation>Propriétaire</translation>
+    </message>
+    <message>
+        <source>Listener</source>
+        <translation>Auditeur</translation>
+    </message>
+    <message>
+        <source>What it may do</source>
+        <translation>Ce qu’il peut faire</translation>
+    </message>
+    <message>
+        <source>Listen and change favorites</source>
+        <translation>Écouter et modifier les favoris</translation>
+    </message>
+    <message>
+        <source>Everything, settings and devices too</source>
+        <translation>Tout, y compris les réglages et les appareils</translation>
+    </message>
+    <message>
+        <source>A pairing that was started elsewhere is under way. Its code is shown there.</source>
+        <translation>Une association lancée ailleurs est en cours. Son code s’affiche là-bas.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then do everything.</source>
+        <translation>Saisissez ce code sur le nouvel appareil. Il pourra ensuite tout faire.</translation>
+    </message>
+    <message>
+        <source>Enter this code on the new device. It may then listen.</source>
+        <translation>Saisissez ce code sur le nouvel appareil. Il pourra ensuite écouter.</translation>
+    </message>
+    <message>
+        <source>Address for the new device:</source>
+        <translation>Adresse pour le nouvel appareil :</translation>
+    </message>
+    <message>
+        <source>If its browser warns, the certificate must have this SHA-256 fingerprint:</source>
+        <translation>Si son navigateur avertit, le certificat doit avoir cette empreinte SHA-256 :</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n seconds left</source>
+        <translation>
+            <numerusform>Il reste %n seconde</numerusform>
+            <numerusform>Il reste %n secondes</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>QR code that opens the pairing page on the new device</source>
+        <translation>Code QR qui ouvre la page d’association sur le nouvel appareil</translation>
+    </message>
+    <message>
+        <source>The device is paired.</source>
+        <translation>L’appareil est associé.</translation>
+    </message>
+    <message>
+        <source>%1 is paired.</source>
+        <translation>%1 est associé.</translation>
+    </message>
+    <message>
+        <source>The code was entered wrongly too often, so the pairing has ended.</source>
+        <translation>Le code a été saisi faux trop souvent : l’association est terminée.</translation>
+    </message>
+    <message>
+        <source>The two minutes are over, and no device was paired.</source>
+        <translation>Les deux minutes sont écoulées et aucun appareil n’a été associé.</translation>
+    </message>
+    <message>
+        <source>Pair a device</source>
+        <translation>Associer un appareil</translation>
+    </message>
+    <message>
+        <source>Show a code</source>
+        <translation>Afficher un code</translation>
+    </message>
+    <message>
+        <source>Stop the pairing</source>
+        <translation>Arrêter l’association</translation>
+    </message>
+    <message>
+        <source>last here %1</source>
+        <translation>vu pour la dernière fois : %1</translation>
+    </message>
+    <message>
+        <source>connected</source>
+        <translation>connecté</translation>
+    </message>
+    <message>
+        <source>Remove this device? It is out at once, and this page with it.</source>
+        <translation>Retirer cet appareil ? Il est aussitôt dehors, et cette page avec lui.</translation>
+    </message>
+    <message>
+        <source>Remove %1? It is out at once, and has to be paired anew to come back.</source>
+        <translation>Retirer %1 ? Il est aussitôt dehors et devra être associé de nouveau pour revenir.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Retirer</translation>
+    </message>
+    <message>
+        <source>Remove …</source>
+        <translation>Retirer …</translation>
+    </message>
+    <message>
+        <source>Keep it</source>
+        <translation>Le garder</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Nom</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>This device</source>
+        <translation>Cet appareil</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Modifier</translation>
+    </message>
+    <message>
+        <source>Change %1</source>
+        <translation>Modifier %1</translation>
+    </message>
+    <message>
+        <source>No device is paired yet.</source>
+        <translation>Aucun appareil n’est encore associé.</translation>
+    </message>
+    <message>
+        <source>Paired devices</source>
+        <translation>Appareils associés</translation>
+    </message>
+    <message>
+        <source>Quiet view</source>
+        <translation>Vue calme</translation>
+    </message>
+    <message>
+        <source>Show the quiet view</source>
+        <translation>Afficher la vue calme</translation>
+    </message>
+    <message>
+        <source>The time and what plays, for a tablet on the wall. The screen stays on, and dims.</source>
+        <translation>L’heure et ce qui passe, pour une tablette au mur. L’écran reste allumé et s’assombrit.</translation>
+    </message>
+    <message>
+        <source>Leave the quiet view</source>
+        <translation>Quitter la vue calme</translation>
+    </message>
+    <message>
+        <source>This browser lets the screen go off here.</source>
+        <translation>Ce navigateur laisse l’écran s’éteindre ici.</translation>
+    </message>
+    <message>
+        <source>On the lock screen</source>
+        <translation>Sur l’écran de verrouillage</translation>
+    </message>
+    <message>
+        <source>Lock screen and media keys of this device show and control what the host plays.</source>
+        <translation>L’écran de verrouillage et les touches multimédias de cet appareil montrent et commandent ce que joue l’hôte.</translation>
+    </message>
+    <message>
+        <source>Share</source>
+        <translation>Partager</translation>
+    </message>
+    <message>
+        <source>No other device can reach this host: it serves its own machine only.</source>
+        <translation>Aucun autre appareil n’atteint cet hôte : il ne sert que sa propre machine.</translation>
+    </message>
+    <message>
+        <source>The link is copied. It opens this on every paired device.</source>
+        <translation>Le lien est copié. Il ouvre ceci sur chaque appareil associé.</translation>
     </message>
 </context>
 <context>
