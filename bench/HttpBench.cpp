@@ -10,6 +10,8 @@
 
 #include <curl/curl.h>
 
+#include <QJsonDocument>
+
 namespace {
 
 size_t append(char *data, size_t size, size_t count, void *body)
@@ -63,6 +65,7 @@ void measureGetRows(benchmark::State &state, const char *path, int expected)
 }
 
 constexpr char Root[] = "TuneIn:browse";
+constexpr int LongScreenStations = 1800;
 constexpr char LongScreen[] = "TuneIn:browse/uri/Browse.ashx?id=g1";
 
 void getRowsOfRoot(benchmark::State &state)
@@ -80,13 +83,28 @@ void getRowsOfRootFromPluginProcess(benchmark::State &state)
 void getRowsOfLongScreen(benchmark::State &state)
 {
     PluginOnThread plugin;
-    measureGetRows(state, LongScreen, 1800);
+    measureGetRows(state, LongScreen, LongScreenStations);
+}
+
+/// What a client needs to draw the screen.
+void getFirstRowsOfLongScreen(benchmark::State &state)
+{
+    PluginOnThread plugin;
+    measureGetRows(state, LongScreen, 100);
+}
+
+/// Its floor: Qt's parser, without the exchange.
+void longScreenFloor(benchmark::State &state)
+{
+    const QByteArray data = stationsAnswer(LongScreenStations);
+    measureLatency(
+        state, [&] { benchmark::DoNotOptimize(QJsonDocument::fromJson(data).toVariant()); });
 }
 
 void getRowsOfLongScreenFromPluginProcess(benchmark::State &state)
 {
     PluginInProcess plugin;
-    measureGetRows(state, LongScreen, 1800);
+    measureGetRows(state, LongScreen, LongScreenStations);
 }
 
 BENCHMARK(getFloor)->Unit(benchmark::kMicrosecond)->UseRealTime();
@@ -94,6 +112,8 @@ BENCHMARK(getThroughClient)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfRoot)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfRootFromPluginProcess)->Unit(benchmark::kMicrosecond)->UseRealTime();
 BENCHMARK(getRowsOfLongScreen)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(getFirstRowsOfLongScreen)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(longScreenFloor)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(getRowsOfLongScreenFromPluginProcess)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace

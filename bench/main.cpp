@@ -63,6 +63,9 @@ struct Ratio {
 constexpr Ratio Ratios[] = {
     {"JSON of 2,000 stations into the model", "jsonToModel", "jsonFloor", 0.45},
     {"that model into rows with the page's roles", "rows/2000:cpu_ms", "jsonFloor", 1.0},
+    {"the same, of which 100 are asked for", "pageOfRows/2000:cpu_ms", "jsonFloor", 0.1},
+    {"the first 100 rows of a 1 MB screen, fetched", "getFirstRowsOfLongScreen:p50_us",
+        "longScreenFloor:p50_us", 0.6},
     {"a row at 10,000 rows, beside 100", "shortRows/10000:us_per_row", "shortRows/100:us_per_row",
         1.2},
     {"blocking GET of the root menu, p50", "getThroughClient:p50_us", "getFloor:p50_us", 2.2},

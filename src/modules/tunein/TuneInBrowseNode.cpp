@@ -40,6 +40,20 @@ const char FillRowsSignature[] = "QVariantList TuneInBrowseNode::fillRows(const 
 const char RoleDataSignature[]
     = "virtual QVariant TuneInBrowseNode::getRoleData(const QString&, const Params&)";
 
+/// The rows that a client asks for.
+struct Range {
+    explicit Range(const CMGetRowsRequest &request)
+        : first(qMax(0, request.first()))
+        , count(qMax(qint64(0), qint64(request.last()) - request.first() + 1))
+    {
+    }
+    bool contains(int row) const { return row >= first && row - first < count; }
+
+    int first;
+    qint64 count; ///< 64 bits hold the difference of any two indices; 0 for a range that ends
+                  ///< before it starts
+};
+
 void failWith(const CMGetRowsRequest &request, const char *message)
 {
     request.reply().setError(TuneInApi::error(message));
@@ -58,7 +72,23 @@ struct TuneInBrowseNode::Screen {
     const VeskUrl &url;
     const QString &navigation;
     const int maxLevel;
+    const Range range;
     const TuneInRows makeRow;
+
+    /// Whether the next row is built. In the log at its most detailed each row leaves its traces.
+    bool isAsked(const QVariantList &rows) const
+    {
+        return range.contains(rows.size()) || veskLogger().isEnabledFor(log4cplus::TRACE_LOG_LEVEL);
+    }
+    /// Appends the row that \a build makes of \a outline, or null in its place.
+    void append(QVariantList &rows, const TuneInOutline &outline,
+        QVariantList (TuneInRows::*build)(const TuneInItem &) const) const
+    {
+        if (isAsked(rows))
+            rows.append(QVariant((makeRow.*build)(TuneInItem(outline))));
+        else
+            rows.append(QVariant());
+    }
 };
 
 TuneInBrowseNode *TuneInBrowseNode::create(CMTuneInWorker *tiWorker, const CMPath &path)
@@ -123,14 +153,13 @@ bool TuneInBrowseNode::getRowsRequest(const CMGetRowsRequest &request)
         return true;
 
     const int total = rows.length();
-    if (request.first() > 0)
-        rows = rows.mid(request.first());
-    // 64 bits hold the difference of any two indices. A range that ends before it starts is empty.
-    const qint64 requestedCount = qMax(qint64(0), qint64(request.last()) - request.first() + 1);
-    if (requestedCount < rows.length()) {
+    const Range range(request);
+    if (range.first > 0)
+        rows = rows.mid(range.first);
+    if (range.count < rows.length()) {
         VESK_TRACE(
-            "Truncating: requestedCount: " << requestedCount << "' rows.length: " << rows.length());
-        rows.erase(rows.begin() + static_cast<int>(requestedCount), rows.end());
+            "Truncating: requestedCount: " << range.count << "' rows.length: " << rows.length());
+        rows.erase(rows.begin() + static_cast<int>(range.count), rows.end());
     }
     VeskRowsRoles answer;
     answer.setRowsCount(total);
@@ -198,15 +227,25 @@ QVariantList TuneInBrowseNode::parseData(
 QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
     VeskList<VeskTuneInBodyElement> elements, VeskUrl url, QString navigation, int maxLevel)
 {
+    QVariantList rows;
+    appendRows(request, std::move(elements), url, navigation, maxLevel, rows);
+    return rows;
+}
+
+/// fillRows() for a list whose rows come after \a rows.
+void TuneInBrowseNode::appendRows(const CMGetRowsRequest &request,
+    VeskList<VeskTuneInBodyElement> elements, const VeskUrl &url, const QString &navigation,
+    int maxLevel, QVariantList &rows)
+{
     VESK_TRACE("Enter " << dbglog_scopedFunction(FillRowsSignature, "CB_TuneIn")
                         << ": navigation: '" << navigation << "', maxLevel: " << maxLevel
                         << ", url: '" << url << "'");
     if (!navigation.isEmpty() && !navigate(elements, navigation))
-        return {};
+        return;
 
     // TuneIn's root menu has the favorites only for a partner id and a serial that it knows.
-    const Screen screen {
-        request, url, navigation, maxLevel, TuneInRows(*this, *m_tiWorker, request)};
+    const Screen screen {request, url, navigation, maxLevel, Range(request),
+        TuneInRows(*this, *m_tiWorker, request)};
     const auto isPresets = [](const VeskTuneInBodyElement &element) {
         return element.key() == QLatin1String("presets");
     };
@@ -222,15 +261,13 @@ QVariantList TuneInBrowseNode::fillRows(const CMGetRowsRequest &request,
         elements.insert(0, presets);
     }
 
-    QVariantList rows;
-    rows.reserve(elements.size());
+    rows.reserve(rows.size() + elements.size());
     for (int i = 0; i < elements.size(); ++i) {
-        const TuneInItem item(elements.at(i), i);
-        if (item.showOrTopic && !item.url.hasQueryItem(Param::sid()))
+        const TuneInOutline outline(elements.at(i), i);
+        if (outline.showOrTopic && !getElementUrl(outline.element).hasQueryItem(Param::sid()))
             VESK_WARN("Browsing category with show item in it, but without 'sid' attribute set.");
-        appendElement(screen, item, rows);
+        appendElement(screen, outline, rows);
     }
-    return rows;
 }
 
 /// Replaces \a elements by the children that \a navigation leads to.
@@ -258,71 +295,75 @@ bool TuneInBrowseNode::navigate(
 }
 
 void TuneInBrowseNode::appendElement(
-    const Screen &screen, const TuneInItem &item, QVariantList &rows)
+    const Screen &screen, const TuneInOutline &outline, QVariantList &rows)
 {
-    const VeskTuneInBodyElement &element = item.element;
+    const VeskTuneInBodyElement &element = outline.element;
     const bool isOutline = element.element() == QLatin1String("outline");
-    if (isOutline && item.type == QLatin1String("text")) {
-        VESK_DEBUG("item " << item.index << ": '" << item.text << "' (text)");
-        rows.append(QVariant(screen.makeRow.text(item)));
-    } else if (isOutline && item.type == QLatin1String("link")) {
-        VESK_DEBUG("item " << item.index << ": '" << item.text << "' (link)");
+    if (isOutline && outline.type == QLatin1String("text")) {
+        VESK_DEBUG("item " << outline.index << ": '" << element.text() << "' (text)");
+        screen.append(rows, outline, &TuneInRows::text);
+    } else if (isOutline && outline.type == QLatin1String("link")) {
+        VESK_DEBUG("item " << outline.index << ": '" << element.text() << "' (link)");
         // It leads to a web page, which no screen can show.
         if (element.key() == QLatin1String("settings")
-            && item.url.path().contains(QLatin1String("/Settings.aspx"))) {
+            && getElementUrl(element).path().contains(QLatin1String("/Settings.aspx"))) {
             VESK_DEBUG("Omitting the last root menu item: Settings");
             return;
         }
-        rows.append(QVariant(screen.makeRow.link(item)));
-    } else if (isOutline && item.type.isEmpty()) {
-        appendSeparator(screen, item, rows);
-    } else if (isOutline && item.type == QLatin1String("audio")) {
-        appendAudio(screen, item, rows);
+        screen.append(rows, outline, &TuneInRows::link);
+    } else if (isOutline && outline.type.isEmpty()) {
+        appendSeparator(screen, outline, rows);
+    } else if (isOutline && outline.type == QLatin1String("audio")) {
+        appendAudio(screen, outline, rows);
     } else {
-        VESK_WARN("Browsing: unknown element: '" << element.element() << "', type: '" << item.type
-                                                 << "'");
+        VESK_WARN("Browsing: unknown element: '" << element.element() << "', type: '"
+                                                 << outline.type << "'");
         rows.append(QVariant(screen.makeRow.unknown()));
     }
 }
 
 void TuneInBrowseNode::appendSeparator(
-    const Screen &screen, const TuneInItem &item, QVariantList &rows)
+    const Screen &screen, const TuneInOutline &outline, QVariantList &rows)
 {
-    VESK_DEBUG("item " << item.index << ": '" << item.text << "' SEPARATOR (START)");
+    const VeskTuneInBodyElement &element = outline.element;
+    VESK_DEBUG("item " << outline.index << ": '" << element.text() << "' SEPARATOR (START)");
     const auto isPartOfNavigation
         = [](QChar c) { return c == QLatin1Char('_') || c == QLatin1Char('~'); };
-    const QString elementKey = item.element.key();
+    const QString elementKey = element.key();
     VESK_ASSERT_TEXT(std::none_of(elementKey.begin(), elementKey.end(), isPartOfNavigation),
         "!element.key().contains(QRegExp(\"[_~]\"))");
 
     if (screen.maxLevel < 0 || !m_settings->childElementsInSingleList()) {
         const QString key
-            = elementKey.isEmpty() ? QLatin1Char('~') + QString::number(item.index) : elementKey;
+            = elementKey.isEmpty() ? QLatin1Char('~') + QString::number(outline.index) : elementKey;
         // Joined by ";" although navigate() splits at "_": a folder inside a folder opens an empty
         // screen. Fixed behaviour: keep it.
         const QString navigation
             = screen.navigation.isEmpty() ? key : screen.navigation + QLatin1Char(';') + key;
-        rows.append(QVariant(screen.makeRow.folder(item, screen.url, navigation)));
-        VESK_TRACE("Added child element as folder '" << item.text << "', navigation: '"
+        rows.append(screen.isAsked(rows)
+                ? QVariant(screen.makeRow.folder(TuneInItem(outline), screen.url, navigation))
+                : QVariant());
+        VESK_TRACE("Added child element as folder '" << element.text() << "', navigation: '"
                                                      << navigation << "'");
         return;
     }
-    rows.append(QVariant(screen.makeRow.header(item)));
-    const VeskList<VeskTuneInBodyElement> children = item.element.children();
+    screen.append(rows, outline, &TuneInRows::header);
+    const VeskList<VeskTuneInBodyElement> children = element.children();
     VESK_TRACE("Adding " << children.size() << " child element(s) following separator '"
-                         << item.text << "'");
-    rows += fillRows(screen.request, children, screen.url, screen.navigation, screen.maxLevel - 1);
-    VESK_DEBUG("item " << item.index << ": '" << item.text << "' SEPARATOR (END)");
+                         << element.text() << "'");
+    appendRows(screen.request, children, screen.url, screen.navigation, screen.maxLevel - 1, rows);
+    VESK_DEBUG("item " << outline.index << ": '" << element.text() << "' SEPARATOR (END)");
 }
 
-void TuneInBrowseNode::appendAudio(const Screen &screen, const TuneInItem &item, QVariantList &rows)
+void TuneInBrowseNode::appendAudio(
+    const Screen &screen, const TuneInOutline &outline, QVariantList &rows)
 {
     const CMPath &opened = screen.request.path();
-    const bool onDemand = item.kind == QLatin1String("topic");
-    VESK_DEBUG("item " << item.index << ": '" << item.text << "' (audio - "
-                       << (onDemand ? "On demand" : "Broadcast") << " item: '" << item.kind
+    const bool onDemand = outline.kind == QLatin1String("topic");
+    VESK_DEBUG("item " << outline.index << ": '" << outline.element.text() << "' (audio - "
+                       << (onDemand ? "On demand" : "Broadcast") << " item: '" << outline.kind
                        << "')");
-    VESK_TRACE("element: " << item.element);
+    VESK_TRACE("element: " << outline.element);
     VESK_TRACE("parent URL: " << opened);
     VESK_DEBUG("isAvailableStreamBrowsing: " << screen.makeRow.isStreamChoice()
                                              << ", directStreamBrowsing: "
@@ -331,7 +372,9 @@ void TuneInBrowseNode::appendAudio(const Screen &screen, const TuneInItem &item,
         const QString veskMatchingPath = opened.param(Param::veskMatchingPath());
         VESK_ASSERT(!veskMatchingPath.isEmpty());
     }
-    rows.append(QVariant(screen.makeRow.audio(item)));
+    if (!screen.isAsked(rows))
+        screen.makeRow.omitAudio(outline);
+    screen.append(rows, outline, &TuneInRows::audio);
     setPlayable(true);
 }
 

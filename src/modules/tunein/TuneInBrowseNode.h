@@ -14,6 +14,7 @@
 class CMTuneInWorker;
 class TuneInSettings;
 struct TuneInItem;
+struct TuneInOutline;
 
 /// TuneIn's whole directory: every screen is a path below this node. TuneInScreenUrl turns a path
 /// into a URL of the web API, TuneInRows the answer's elements into rows, whose URLs become paths
@@ -37,14 +38,16 @@ public:
         const VeskUrl &url, const QString &navigation, const QString &displayName) const;
     static VeskUrl getElementUrl(const VeskTuneInBodyElement &element);
 
-    /// The rows of a fetched screen. An answer that cannot be read sets an error on the reply; a
-    /// fault of TuneIn, or a navigation that leads nowhere, is an empty screen.
+    /// The rows of a fetched screen: all of them, those outside the range of \a request as null, so
+    /// that a screen costs what is shown of it. An answer that cannot be read sets an error on the
+    /// reply; a fault of TuneIn, or a navigation that leads nowhere, is an empty screen.
     QVariantList parseData(
         const CMGetRowsRequest &request, const QByteArray &data, VeskUrl url, QString navigation);
 
-    /// The rows of a list of elements, fetched from \a url and shown at \a navigation. If the
-    /// settings want a single list, children are listed below their heading for \a maxLevel + 1
-    /// levels; else, and below that, a folder opens them.
+    /// The rows of a list of elements, fetched from \a url and shown at \a navigation; those
+    /// outside the range of \a request are null. If the settings want a single list, children are
+    /// listed below their heading for \a maxLevel + 1 levels; else, and below that, a folder opens
+    /// them.
     QVariantList fillRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
         VeskUrl url, QString navigation, int maxLevel);
 
@@ -53,6 +56,7 @@ public:
     /// Empty when unknown. The first genre fetches TuneIn's list of genres; while that fails every
     /// name is empty.
     QString getGenreName(const QString &genreId);
+    bool hasGenreNames() const { return !m_genreNames.isEmpty(); }
 
 private:
     TuneInBrowseNode(CMTuneInWorker *worker, const CMPath &path);
@@ -61,9 +65,11 @@ private:
 
     // From an answer to rows.
     bool navigate(VeskList<VeskTuneInBodyElement> &elements, const QString &navigation) const;
-    void appendElement(const Screen &screen, const TuneInItem &item, QVariantList &rows);
-    void appendSeparator(const Screen &screen, const TuneInItem &item, QVariantList &rows);
-    void appendAudio(const Screen &screen, const TuneInItem &item, QVariantList &rows);
+    void appendRows(const CMGetRowsRequest &request, VeskList<VeskTuneInBodyElement> elements,
+        const VeskUrl &url, const QString &navigation, int maxLevel, QVariantList &rows);
+    void appendElement(const Screen &screen, const TuneInOutline &outline, QVariantList &rows);
+    void appendSeparator(const Screen &screen, const TuneInOutline &outline, QVariantList &rows);
+    void appendAudio(const Screen &screen, const TuneInOutline &outline, QVariantList &rows);
 
     // Pre-play.
     bool fetchAvailableStreams(const CMSetDataRequest &request, VeskRoles &roles);

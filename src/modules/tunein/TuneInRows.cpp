@@ -55,15 +55,20 @@ CMPath prePlayPath(const CMPath &nodePath, const QString &command)
 
 } // namespace
 
-TuneInItem::TuneInItem(VeskTuneInBodyElement itsElement, int itsIndex)
+TuneInOutline::TuneInOutline(VeskTuneInBodyElement itsElement, int itsIndex)
     : element(std::move(itsElement))
     , index(itsIndex)
     , type(element.type())
     , kind(element.item())
+    , showOrTopic(kind == QLatin1String("topic") || kind == QLatin1String("show"))
+{
+}
+
+TuneInItem::TuneInItem(const TuneInOutline &outline)
+    : TuneInOutline(outline)
     , text(element.text())
     , guideId(element.guideId())
     , url(TuneInBrowseNode::getElementUrl(element))
-    , showOrTopic(kind == QLatin1String("topic") || kind == QLatin1String("show"))
     , sid(showOrTopic ? url.queryItemValue(Param::sid()) : QString())
 {
 }
@@ -278,6 +283,12 @@ QVariantList TuneInRows::audio(const TuneInItem &item) const
             return QVariant();
         }
     });
+}
+
+void TuneInRows::omitAudio(const TuneInOutline &outline) const
+{
+    if (!m_node.hasGenreNames() && m_roles.contains(Role::MediaData))
+        m_node.getGenreName(outline.element.genreId());
 }
 
 /// The path that identifies an audio row in its list and while it plays.

@@ -16,19 +16,25 @@
 class CMTuneInWorker;
 class TuneInBrowseNode;
 
-/// One element of an outline, with what several of its row's values need.
-struct TuneInItem {
-    TuneInItem(VeskTuneInBodyElement itsElement, int itsIndex);
+/// One element of an outline, with what tells the kind of its row.
+struct TuneInOutline {
+    TuneInOutline(VeskTuneInBodyElement itsElement, int itsIndex);
 
-    const VeskTuneInBodyElement element;
-    const int index; ///< among its siblings
-    const QString type;
-    const QString kind; ///< "station", "show", "topic" or none
-    const QString text;
-    const QString guideId;
-    const VeskUrl url;
-    const bool showOrTopic;
-    const QString sid; ///< of a show or topic
+    VeskTuneInBodyElement element;
+    int index; ///< among its siblings
+    QString type;
+    QString kind; ///< "station", "show", "topic" or none
+    bool showOrTopic;
+};
+
+/// The same with what several of the row's values need.
+struct TuneInItem : TuneInOutline {
+    explicit TuneInItem(const TuneInOutline &outline);
+
+    QString text;
+    QString guideId;
+    VeskUrl url;
+    QString sid; ///< of a show or topic
 };
 
 /// Builds the rows of one screen: a value for each role that \a request asks for, null for roles
@@ -55,6 +61,9 @@ public:
     QVariantList folder(
         const TuneInItem &item, const VeskUrl &url, const QString &navigation) const;
     QVariantList audio(const TuneInItem &item) const;
+    /// What a row of audio has to do that nobody asked for: the names of the genres are fetched,
+    /// and it is told that there are none, as for the rows that are built.
+    void omitAudio(const TuneInOutline &outline) const;
 
 private:
     enum class Role;
