@@ -5,7 +5,6 @@
 
 find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
-find_package(Qt5 5.15 REQUIRED COMPONENTS Core)
 find_package(CLI11 REQUIRED)
 find_package(Boost 1.74 REQUIRED)
 find_package(OpenSSL 3 REQUIRED)

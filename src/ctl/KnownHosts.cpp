@@ -119,7 +119,7 @@ Result<QVariantHash, QString> KnownHosts::read() const
     VeskError error;
     const QVariant hosts
         = VeskJson::parse(QByteArray::fromStdString(**content), error).toHash().value(HostsMember);
-    if (hosts.type() != QVariant::Hash)
+    if (hosts.userType() != QMetaType::QVariantHash)
         return failure(QStringLiteral("%1 is damaged").arg(name));
     return hosts.toHash();
 }

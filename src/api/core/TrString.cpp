@@ -5,6 +5,7 @@
 
 #include "api/core/Language.h"
 #include "api/core/log.h"
+#include "api/core/qtversions.h"
 
 #include <QCoreApplication>
 #include <QDataStream>
@@ -29,8 +30,10 @@ namespace {
 
 [[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<TrString>("TrString");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     qRegisterMetaTypeStreamOperators<TrString>("TrString");
-    QMetaType::registerEqualsComparator<TrString>();
+#endif
+    veskRegisterEquals<TrString>();
     QMetaType::registerConverter<TrString, QString>(&TrString::toString);
     return true;
 }();
@@ -97,11 +100,11 @@ QString fill(const QString &text, const QVector<TrArg> &arguments)
             = int(std::lower_bound(numbers.begin(), numbers.end(), place.number) - numbers.begin());
         if (index >= arguments.size())
             continue;
-        out.append(text.midRef(copied, place.position - copied));
+        out.append(veskMid(text, copied, place.position - copied));
         out.append(padded(arguments.at(index)));
         copied = place.position + place.length;
     }
-    out.append(text.midRef(copied));
+    out.append(veskMid(text, copied));
     return out;
 }
 

@@ -4,6 +4,7 @@
 #include "api/core/log.h"
 
 #include "api/core/TrString.h"
+#include "api/core/qtversions.h"
 
 #include <QLocale>
 #include <QMap>
@@ -103,9 +104,9 @@ void writeOther(std::ostream &out, const QVariant &value)
     const int type = value.userType();
     if (type == qMetaTypeId<TrString>())
         out << value.value<TrString>();
-    else if (QMetaType::hasRegisteredConverterFunction(type, qMetaTypeId<VeskLogText>()))
+    else if (veskHasConverter(type, qMetaTypeId<VeskLogText>()))
         out << value.value<VeskLogText>().text;
-    else if (QMetaType::hasRegisteredConverterFunction(type, QMetaType::QVariantHash))
+    else if (veskHasConverter(type, QMetaType::QVariantHash))
         out << value.toHash();
     else if (value.canConvert<QString>())
         out << value.toString();

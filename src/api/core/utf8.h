@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QChar>
 
 #include <optional>
@@ -54,6 +55,20 @@ std::optional<uint> veskReadUtf8(ReadByte readByte)
         || QChar::isSurrogate(codePoint))
         return std::nullopt;
     return codePoint;
+}
+
+/// Whether all of \a bytes is UTF-8.
+inline bool veskIsUtf8(const QByteArray &bytes)
+{
+    auto next = bytes.begin();
+    const auto readByte = [&] {
+        return next == bytes.end() ? -1 : static_cast<int>(static_cast<unsigned char>(*next++));
+    };
+    while (next != bytes.end()) {
+        if (!veskReadUtf8(readByte))
+            return false;
+    }
+    return true;
 }
 
 /// The value of a hexadecimal digit, -1 for any other character.

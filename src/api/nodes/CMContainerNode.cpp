@@ -44,7 +44,7 @@ void CMContainerNode::answerRows(const CMGetRowsRequest &request, const QVector<
         return;
     }
     const QStringList &roles = named(request.roles());
-    const int last = std::min(request.last(), rows.size() - 1);
+    const int last = std::min<int>(request.last(), rows.size() - 1);
     QVariantList values;
     for (int i = first; i <= last; ++i) {
         QVariantList row;

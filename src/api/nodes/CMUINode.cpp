@@ -58,7 +58,7 @@ VeskRoles CMUINode::getDataRoles(const QStringList &roles, const Params &params)
 {
     const QStringList &names = named(roles);
     QVariantHash values;
-    values.reserve(std::min(names.size() + 1, 8)); // few nodes answer more
+    values.reserve(std::min<int>(names.size() + 1, 8)); // few nodes answer more
     for (const QString &role : names) {
         if (role == VeskRoles::Path())
             continue;

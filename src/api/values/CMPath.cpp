@@ -5,6 +5,7 @@
 
 #include "api/core/log.h"
 #include "api/core/percent.h"
+#include "api/core/qtversions.h"
 
 #include <QHash>
 #include <QStringView>
@@ -22,7 +23,9 @@ constexpr int UsualParams = 8;
 
 [[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<CMPath>("CMPath");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     QMetaType::registerComparators<CMPath>();
+#endif
     QMetaType::registerConverter<CMPath, QString>(&CMPath::toEncoded);
     QMetaType::registerConverter<CMPath, VeskLogText>([](const CMPath &path) {
         std::ostringstream out;
@@ -215,7 +218,7 @@ bool CMPath::startsWith(const CMPath &start) const
 {
     // Not QString::startsWith(), which tells null strings from empty ones.
     const int size = start.m_base.size();
-    if (m_prefix != start.m_prefix || m_base.leftRef(size) != start.m_base)
+    if (m_prefix != start.m_prefix || veskMid(m_base, 0, size) != start.m_base)
         return false;
     const bool below = size == 0 || m_base.size() == size || m_base.at(size) == QLatin1Char('/')
         || start.m_base.endsWith(QLatin1Char('/'));

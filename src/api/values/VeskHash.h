@@ -5,6 +5,7 @@
 
 #include "api/core/export.h"
 #include "api/core/log.h"
+#include "api/core/qtversions.h"
 
 #include <QMetaType>
 #include <QString>
@@ -82,7 +83,7 @@ template <class T>
 bool veskRegisterHashType(const char *name)
 {
     qRegisterMetaType<T>(name);
-    return QMetaType::registerEqualsComparator<T>()
+    return veskRegisterEquals<T>()
         && QMetaType::registerConverter<T, QVariantHash>(
             [](const T &value) { return value.toHash(); })
         && QMetaType::registerConverter<QVariantHash, T>(

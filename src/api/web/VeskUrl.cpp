@@ -78,7 +78,7 @@ int schemeSizeOf(const QString &url)
     return i < url.size() && url.at(i) == QLatin1Char(':') ? i : 0;
 }
 
-QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
+QString decodedSlowly(const VeskStringRef &text, bool plusIsBlank)
 {
     QByteArray bytes;
     bytes.reserve(text.size());
@@ -100,7 +100,7 @@ QString decodedSlowly(const QStringRef &text, bool plusIsBlank)
     return bytes.startsWith("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + decoded : decoded;
 }
 
-bool needsDecoding(const QStringRef &text, bool plusIsBlank)
+bool needsDecoding(const VeskStringRef &text, bool plusIsBlank)
 {
     for (const QChar c : text) {
         if (c == QLatin1Char('%') || (c == QLatin1Char('+') && plusIsBlank))
@@ -109,7 +109,7 @@ bool needsDecoding(const QStringRef &text, bool plusIsBlank)
     return false;
 }
 
-QString decoded(const QStringRef &text, bool plusIsBlank)
+QString decoded(const VeskStringRef &text, bool plusIsBlank)
 {
     return needsDecoding(text, plusIsBlank) ? decodedSlowly(text, plusIsBlank) : text.toString();
 }
@@ -214,7 +214,7 @@ QString VeskUrl::host() const
 
 QString VeskUrl::path() const
 {
-    return decoded(m_url.midRef(m_path, pathEnd() - m_path), false);
+    return decoded(veskMid(m_url, m_path, pathEnd() - m_path), false);
 }
 
 void VeskUrl::setPath(const QString &path)
@@ -265,7 +265,7 @@ bool VeskUrl::nextItem(int &position, Item &item) const
 bool VeskUrl::findItem(const QString &key, Item &item) const
 {
     for (int position = m_query; nextItem(position, item);) {
-        const QStringRef itemKey = m_url.midRef(item.begin, item.equals - item.begin);
+        const VeskStringRef itemKey = veskMid(m_url, item.begin, item.equals - item.begin);
         if (needsDecoding(itemKey, true) ? decodedSlowly(itemKey, true) == key : itemKey == key)
             return true;
     }
@@ -276,7 +276,7 @@ QString VeskUrl::valueOf(const Item &item) const
 {
     if (item.equals == item.end)
         return {};
-    return decoded(m_url.midRef(item.equals + 1, item.end - item.equals - 1), true);
+    return decoded(veskMid(m_url, item.equals + 1, item.end - item.equals - 1), true);
 }
 
 VeskUrl::QueryItems VeskUrl::queryItems() const
@@ -285,7 +285,7 @@ VeskUrl::QueryItems VeskUrl::queryItems() const
     Item item;
     for (int position = m_query; nextItem(position, item);) {
         items.append(
-            {decoded(m_url.midRef(item.begin, item.equals - item.begin), true), valueOf(item)});
+            {decoded(veskMid(m_url, item.begin, item.equals - item.begin), true), valueOf(item)});
     }
     return items;
 }
@@ -362,12 +362,12 @@ QString VeskUrl::displayText(const QString &address)
 }
 
 /// \a items, "key=value&...", with the values of secrets hidden, including secrets in nested URLs.
-QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
+QString VeskUrl::withoutSecrets(const VeskStringRef &items, int nesting)
 {
     QString shown;
     shown.reserve(items.size());
     const char *separator = "";
-    for (const QStringRef &item : items.split(QLatin1Char('&'))) {
+    for (const VeskStringRef &item : items.split(QLatin1Char('&'))) {
         shown += QLatin1String(separator);
         separator = "&";
         const int equals = item.indexOf(QLatin1Char('='));
@@ -386,7 +386,7 @@ QString VeskUrl::withoutSecrets(const QStringRef &items, int nesting)
 }
 
 /// The value of an item, which may itself be a URL, with the secrets in that URL hidden.
-QString VeskUrl::withoutNestedSecrets(const QStringRef &value, int nesting)
+QString VeskUrl::withoutNestedSecrets(const VeskStringRef &value, int nesting)
 {
     const QString address = decoded(value, true);
     if (!address.contains(QLatin1String("://")))
@@ -408,14 +408,14 @@ QString VeskUrl::displayed(int nesting) const
         shown = m_url.left(m_authority);
         if (at >= m_authority)
             shown += QLatin1String("***");
-        shown += m_url.midRef(qMax(at, m_authority), authorityEnd() - qMax(at, m_authority));
+        shown += veskMid(m_url, qMax(at, m_authority), authorityEnd() - qMax(at, m_authority));
     }
-    shown += m_url.midRef(m_path, pathEnd() - m_path);
+    shown += veskMid(m_url, m_path, pathEnd() - m_path);
     if (m_query >= 0)
         shown += QLatin1Char('?')
-            + withoutSecrets(m_url.midRef(m_query, queryEnd() - m_query), nesting);
+            + withoutSecrets(veskMid(m_url, m_query, queryEnd() - m_query), nesting);
     if (m_fragment >= 0)
-        shown += QLatin1Char('#') + withoutSecrets(m_url.midRef(m_fragment), nesting);
+        shown += QLatin1Char('#') + withoutSecrets(veskMid(m_url, m_fragment), nesting);
     return shown;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "api/core/export.h"
+#include "api/core/qtversions.h"
 
 #include <QByteArray>
 #include <QList>
@@ -76,8 +77,8 @@ private:
     };
 
     QString displayed(int nesting) const;
-    static QString withoutSecrets(const QStringRef &items, int nesting);
-    static QString withoutNestedSecrets(const QStringRef &value, int nesting);
+    static QString withoutSecrets(const VeskStringRef &items, int nesting);
+    static QString withoutNestedSecrets(const VeskStringRef &value, int nesting);
     void findParts();
     int authorityEnd() const { return m_path; }
     int pathEnd() const;

@@ -206,7 +206,7 @@ QVector<HlsVariant> HlsPlaylist::orderedVariants() const
 
 int HlsPlaylist::firstSegment() const
 {
-    return ended ? 0 : std::max(0, segments.size() - SegmentsFromEnd);
+    return ended ? 0 : std::max<int>(0, segments.size() - SegmentsFromEnd);
 }
 
 HlsPlaylist parseHlsPlaylist(const QByteArray &text, const QUrl &base)

@@ -110,7 +110,7 @@ StreamOutcome HlsStream::play(const QUrl &url, const QByteArray &text, qint64 &n
 
 StreamOutcome HlsStream::playVariants(const QVector<HlsVariant> &variants)
 {
-    const int count = std::min(variants.size(), MaxVariantsTried);
+    const int count = std::min<int>(variants.size(), MaxVariantsTried);
     StreamOutcome last;
     for (int i = 0; i < count; ++i) {
         m_othersFollow = i + 1 < count;

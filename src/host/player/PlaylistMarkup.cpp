@@ -24,7 +24,7 @@ QByteArray entityValue(const QByteArray &name)
         return named.value(name);
     const bool hexadecimal = name.mid(1, 1).toLower() == "x";
     bool ok = false;
-    const uint code = name.mid(hexadecimal ? 2 : 1).toUInt(&ok, hexadecimal ? 16 : 10);
+    const char32_t code = name.mid(hexadecimal ? 2 : 1).toUInt(&ok, hexadecimal ? 16 : 10);
     return ok && code > 0 && code <= QChar::LastValidCodePoint
         ? QString::fromUcs4(&code, 1).toUtf8()
         : QByteArray();

@@ -3,7 +3,7 @@
 
 #include "host/player/StreamText.h"
 
-#include <QTextCodec>
+#include "api/core/utf8.h"
 
 namespace {
 
@@ -13,11 +13,7 @@ constexpr int MaxLength = 512;
 
 QString streamText(const QByteArray &bytes)
 {
-    static QTextCodec *const utf8 = QTextCodec::codecForName("UTF-8");
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    QString text = utf8->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
-        text = QString::fromLatin1(bytes);
+    QString text = veskIsUtf8(bytes) ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
     for (QChar &character : text) {
         if (character.category() == QChar::Other_Control)
             character = QLatin1Char(' ');

@@ -105,7 +105,7 @@ bool RadioBrowserFavoritesNode::getRowsRequest(const CMGetRowsRequest &request)
     if (!isRadioBrowserRange(request))
         return true;
     const QList<RadioBrowserStation> stations = m_favorites->stations();
-    const int last = std::min(request.last(), stations.size() - 1);
+    const int last = std::min<int>(request.last(), stations.size() - 1);
     QList<VeskRoles> rows;
     for (int i = request.first(); i <= last; ++i)
         rows.append(m_rows.row(path(), stations.at(i)));

@@ -146,7 +146,7 @@ bool RadioBrowserCategoriesNode::getRowsRequest(const CMGetRowsRequest &request)
                 if (!category.isEmpty() && rows.size() < m_kind.most)
                     rows.append(category);
             }
-            const int length = std::min(request.last(), rows.size()) - request.first() + 1;
+            const int length = std::min<int>(request.last(), rows.size()) - request.first() + 1;
             answerRadioBrowserRows(request, getDataRoles(request.roles(), request.path().params()),
                 length > 0 ? rows.mid(request.first(), length) : QList<VeskRoles>(), rows.size());
         });

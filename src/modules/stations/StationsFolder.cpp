@@ -100,7 +100,7 @@ void StationsFolder::list()
         m_names.append(each.fileName());
     }
     m_names.sort(Qt::CaseInsensitive);
-    m_omitted = std::max(0, m_names.size() - MaxFiles);
+    m_omitted = std::max<int>(0, m_names.size() - MaxFiles);
     m_names = m_names.mid(0, MaxFiles);
 }
 

@@ -5,8 +5,9 @@
 #include "modules/stations/StationsGatherer.h"
 #include "modules/stations/StationsParsers.h"
 
+#include "api/core/utf8.h"
+
 #include <QStringList>
-#include <QTextCodec>
 
 #include <map>
 #include <optional>
@@ -16,11 +17,7 @@ namespace {
 /// UTF-8, also with a byte order mark, else Latin-1.
 QString decoded(const QByteArray &bytes)
 {
-    QTextCodec::ConverterState state;
-    const QString text
-        = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    const bool isUtf8 = state.invalidChars == 0 && state.remainingChars == 0;
-    return isUtf8 ? text : QString::fromLatin1(bytes);
+    return veskIsUtf8(bytes) ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
 }
 
 QStringList linesOf(const QByteArray &bytes)

@@ -37,7 +37,7 @@ bool StationsScreenNode::getRowsRequest(const CMGetRowsRequest &request)
     }
     const QStringList &roles = named(request.roles());
     QVariantList rows;
-    for (int i = request.first(); i <= std::min(request.last(), screen.count() - 1); ++i) {
+    for (int i = request.first(); i <= std::min<int>(request.last(), screen.count() - 1); ++i) {
         const VeskRoles row = screen.row(i);
         QVariantList values;
         values.reserve(roles.size());

@@ -4,13 +4,15 @@
 #include "modules/stations/StationsGatherer.h"
 #include "modules/stations/StationsParsers.h"
 
+#include "api/core/qtversions.h"
+#include "api/core/utf8.h"
+
 #include <QStringList>
-#include <QTextCodec>
 #include <QXmlStreamReader>
 
 namespace {
 
-bool isName(const QStringRef &name, const char *expected)
+bool isName(const VeskStringRef &name, const char *expected)
 {
     return name.compare(QLatin1String(expected), Qt::CaseInsensitive) == 0;
 }
@@ -187,7 +189,7 @@ void XmlFile::readTrack()
     StationsEntry entry;
     QStringList folders;
     while (next()) {
-        const QStringRef name = m_reader.name();
+        const VeskStringRef name = m_reader.name();
         if (isName(name, "location")) {
             // A track may have several, of which the first that can be played counts.
             const QString address = text();
@@ -220,9 +222,7 @@ StationsFile readStationsXml(const QByteArray &bytes)
     StationsFile file = XmlFile(bytes).read();
     if (file.error.isEmpty())
         return file;
-    QTextCodec::ConverterState state;
-    QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars == 0)
+    if (veskIsUtf8(bytes))
         return file;
     // It says that it is UTF-8, or nothing, and is not.
     const StationsFile latin1 = XmlFile(QString::fromLatin1(bytes)).read();

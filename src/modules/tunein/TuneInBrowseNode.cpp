@@ -6,6 +6,7 @@
 #include "api/core/Language.h"
 #include "api/core/ThreadCheck.h"
 #include "api/core/log.h"
+#include "api/core/qtversions.h"
 #include "api/core/vesk.h"
 #include "api/nodes/CMListRowsNode.h"
 #include "api/tunein/VeskTuneInIcons.h"
@@ -20,6 +21,8 @@
 #include "modules/tunein/TuneInRows.h"
 #include "modules/tunein/TuneInScreenUrl.h"
 #include "modules/tunein/cb_tunein.h"
+
+#include <QRegularExpression>
 
 #include <algorithm>
 #include <atomic>
@@ -277,8 +280,10 @@ bool TuneInBrowseNode::navigate(
     const QStringList keys = navigation.split(QLatin1Char('_'));
     for (const QString &key : keys) {
         VESK_DEBUG("Looking for key '" << key << "'");
-        bool isIndex = QRegExp(QStringLiteral("^~\\d+$")).exactMatch(key);
-        const int index = isIndex ? key.midRef(1).toInt(&isIndex) : -1;
+        static const QRegularExpression form(
+            QRegularExpression::anchoredPattern(QStringLiteral("~\\d+")));
+        bool isIndex = form.match(key).hasMatch();
+        const int index = isIndex ? veskMid(key, 1).toInt(&isIndex) : -1;
         int found = -1;
         for (int i = 0; i < elements.size() && found < 0; ++i) {
             if ((isIndex && index == i) || elements.at(i).key() == key)

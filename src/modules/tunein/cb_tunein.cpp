@@ -82,10 +82,8 @@ extern "C" void *worker_create(const char *name, void *config)
 
 CMTuneInWorker::CMTuneInWorker(const QVariantHash &config)
     : CMNodesWorker(config, QStringLiteral("TuneIn"))
-    , m_networkMutex(QMutex::Recursive)
     , m_player(PlayLogicInterface::playerInstance())
     , m_listeningDurationTimer(this)
-    , m_stateMutex(QMutex::Recursive)
 {
     VESK_TRACE("Enter " << dbglog_scopedFunction(ConstructorSignature, "CB_TuneIn") << ": ");
     m_settings.load();

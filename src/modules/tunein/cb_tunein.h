@@ -85,7 +85,7 @@ private:
     CMListRowsNode *m_searchesNode = nullptr;
 
     /// Guards m_networkConnected and m_networkStateKnown.
-    mutable QMutex m_networkMutex;
+    mutable QRecursiveMutex m_networkMutex;
     /// Fixed after construction.
     TuneInSettings m_settings;
     PlayLogicInterface *m_player;
@@ -105,7 +105,7 @@ private:
     QString m_guideId; ///< not guarded: worker's thread only
     bool m_paused = false;
     QTimer m_listeningDurationTimer;
-    QMutex m_stateMutex;
+    QRecursiveMutex m_stateMutex;
 
     CMValueItem *m_networkStateConnectedItem = nullptr;
     bool m_networkConnected = false;

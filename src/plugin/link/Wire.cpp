@@ -4,6 +4,7 @@
 #include "plugin/link/Wire.h"
 
 #include "api/core/Language.h"
+#include "api/core/qtversions.h"
 
 #include <QMetaType>
 
@@ -250,8 +251,7 @@ void WireWriter::writeVariant(const QVariant &value)
     } else if (value.userType() == qMetaTypeId<CMPath>()) {
         writeTag(Tag::Path);
         writePath(*static_cast<const CMPath *>(value.constData()));
-    } else if (QMetaType::hasRegisteredConverterFunction(
-                   value.userType(), QMetaType::QVariantHash)) {
+    } else if (veskHasConverter(value.userType(), QMetaType::QVariantHash)) {
         writeTag(Tag::Hash);
         ++m_temporaries;
         writeEntries(value.value<QVariantHash>());

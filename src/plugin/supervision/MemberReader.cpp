@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/MemberReader.h"
 
+#include "api/core/qtversions.h"
 #include "api/values/CMPath.h"
 #include "plugin/supervision/PluginDescriptor.h"
 
@@ -39,8 +40,8 @@ bool isPlain(const QString &text)
     };
     if (!std::all_of(text.begin(), text.end(), isFine))
         return false;
-    const auto segments = text.splitRef(QLatin1Char('/'));
-    return std::none_of(segments.begin(), segments.end(), [](const QStringRef &segment) {
+    const auto segments = veskMid(text, 0).split(QLatin1Char('/'));
+    return std::none_of(segments.begin(), segments.end(), [](const VeskStringRef &segment) {
         return segment.isEmpty() || segment.startsWith(QLatin1Char('.'))
             || segment.endsWith(QLatin1Char('.'));
     });

@@ -3,6 +3,7 @@
 
 #include "plugin/supervision/PluginDescriptor.h"
 
+#include "api/core/qtversions.h"
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
 #include "plugin/runtime/PluginApi.h"
@@ -92,7 +93,7 @@ bool holdsWord(const QString &text, const QStringList &words)
     for (int i = 0; i <= text.size(); ++i) {
         if (i < text.size() && isLetterOrDigit(text.at(i)))
             continue;
-        const QStringRef word = text.midRef(begin, i - begin);
+        const VeskStringRef word = veskMid(text, begin, i - begin);
         if (std::any_of(words.begin(), words.end(),
                 [&](const QString &each) { return word.compare(each, Qt::CaseInsensitive) == 0; }))
             return true;

@@ -23,7 +23,14 @@ constexpr int KillMilliseconds = 5000;
 
 } // namespace
 
-void PluginProcess::Process::setupChildProcess()
+PluginProcess::Process::Process()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    setChildProcessModifier([this] { setUpChild(); });
+#endif
+}
+
+void PluginProcess::Process::setUpChild() const
 {
     // Between fork and exec: async-signal-safe calls only. A process group of its own, because a
     // terminal's Ctrl-C is for the host alone, which ends its plug-in processes in order.

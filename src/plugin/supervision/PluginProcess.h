@@ -37,11 +37,19 @@ private:
     /// Gives the new process its ends of the socket and the pipe.
     class Process : public QProcess {
     public:
+        Process();
+
         int childSocket = -1;
         int childOutput = -1;
 
-    protected:
-        void setupChildProcess() override;
+    private:
+        void setUpChild() const;
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        void setupChildProcess() override
+        {
+            setUpChild();
+        }
+#endif
     };
 
     void onFinished();

@@ -33,9 +33,9 @@ protected:
             int limit = 0;
             for (const QString &item : queryOf(request)) {
                 if (item.startsWith(text("offset=")))
-                    offset = item.midRef(7).toInt();
+                    offset = item.mid(7).toInt();
                 if (item.startsWith(text("limit=")))
-                    limit = item.midRef(6).toInt();
+                    limit = item.mid(6).toInt();
             }
             QVariantList stations;
             for (int i = offset; i < std::min(total, offset + limit); ++i)

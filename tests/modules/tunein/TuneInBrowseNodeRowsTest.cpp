@@ -172,7 +172,7 @@ TEST_F(TuneInRowsTextTest, CarryOnlyTheirText)
     ASSERT_EQ(answer.rows.size(), 1);
     const QVariantList row = answer.rows.constFirst();
     EXPECT_EQ(TrString::fromVariant(row.at(0)).toString(), "No results for x"_s);
-    EXPECT_EQ(row.at(1).type(), QVariant::String);
+    EXPECT_EQ(row.at(1).userType(), int(QMetaType::QString));
     EXPECT_EQ(row.at(1).toString(), QString());
     EXPECT_EQ(row.at(2), QVariant(false));
     for (int i = 3; i < row.size(); ++i)

@@ -4,6 +4,7 @@
 #include "api/web/private/JsonWriter.h"
 
 #include "api/core/TrString.h"
+#include "api/core/qtversions.h"
 #include "api/core/utf8.h"
 #include "api/values/CMPath.h"
 #include "api/web/VeskJson.h"
@@ -130,7 +131,7 @@ private:
             writeText(static_cast<const CMPath *>(data)->toEncoded());
         else if (type == qMetaTypeId<VeskUrl>())
             writeText(static_cast<const VeskUrl *>(data)->toString());
-        else if (QMetaType::hasRegisteredConverterFunction(type, QMetaType::QVariantHash))
+        else if (veskHasConverter(type, QMetaType::QVariantHash))
             writeHash(value.value<QVariantHash>());
         else
             return false;
