@@ -233,7 +233,7 @@ TEST_F(OutputsTest, ASoundSystemThatHangsIsNotWaitedFor)
     EXPECT_EQ(listed(*outputs), words({"auto current", "pulse:kitchen", "pulse:bath"}))
         << "as far as is known";
     EXPECT_LT(time.elapsed(), 5000);
-    EXPECT_GE(time.elapsed(), 2900);
+    EXPECT_GE(time.elapsed(), 2800); // a coarse timer may be early by a twentieth
     // It is not asked again before it has answered.
     listed(*outputs);
     EXPECT_EQ(machine->asked, 2);
