@@ -17,7 +17,8 @@ namespace {
 /// UTF-8, also with a byte order mark, else Latin-1.
 QString decoded(const QByteArray &bytes)
 {
-    return veskIsUtf8(bytes) ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
+    return veskIsUtf8(bytes) ? QString::fromUtf8(bytes.constData(), bytes.size())
+                             : QString::fromLatin1(bytes);
 }
 
 QStringList linesOf(const QByteArray &bytes)
