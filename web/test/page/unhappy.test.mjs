@@ -305,17 +305,19 @@ test("what is being done about a fault is shown and spoken", async () => {
     await player(page).getByText("Playing").waitFor();
     const state = await product.call("player.state");
     await page.context().close();
+    // Whatever the host tells meanwhile, such as another title of the stream.
+    let problem = "Trying again in 8 s.";
+    const withProblem = (members) => Object.assign(members, { state: 1, problem });
     const told = await openLocal({
-        answered: (call, message) => {
-            if (call.method === "player.state")
-                message.result = { ...message.result, state: 1, problem: "Trying again in 8 s." };
-        },
+        answered: ({ method }, { result }) => method === "player.state" && result && withProblem(result),
+        told: ({ method, params }) => method === "player.changed" && withProblem(params),
     });
     await player(told).getByText("Trying again in 8 s.").waitFor();
     const spoken = () => told.locator(".unseen[role=status]").allTextContents();
     assert.ok((await spoken()).some((text) => text.includes("Trying again in 8 s.")));
     // Seconds that run down are seen, not read out.
-    told.tell({ method: "player.changed", params: { ...state, state: 1, problem: "Trying again in 7 s." } });
+    problem = "Trying again in 7 s.";
+    told.tell({ method: "player.changed", params: withProblem({ ...state }) });
     await player(told).getByText("Trying again in 7 s.").waitFor();
     assert.ok((await spoken()).some((text) => text.includes("in 8 s.")));
     await product.call("player.stop");
