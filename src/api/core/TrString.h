@@ -75,7 +75,7 @@ public:
     /// The source text with its arguments, independent of the UI language: for services and logs
     /// that compare texts.
     QString toSourceString() const;
-    operator QVariant() const { return QVariant::fromValue(*this); }
+    operator QVariant() const;
 
     bool operator==(const TrString &other) const;
     bool operator!=(const TrString &other) const { return !(*this == other); }
@@ -88,6 +88,11 @@ private:
 
 Q_DECLARE_TYPEINFO(TrString, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(TrString)
+
+inline TrString::operator QVariant() const
+{
+    return QVariant::fromValue(*this);
+}
 
 VESK_API QDataStream &operator<<(QDataStream &out, const TrString &text);
 VESK_API QDataStream &operator>>(QDataStream &in, TrString &text);

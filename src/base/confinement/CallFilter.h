@@ -6,6 +6,7 @@
 #include <seccomp.h>
 
 #include <array>
+#include <cstdint>
 #include <memory>
 #include <set>
 #include <string>
