@@ -21,7 +21,8 @@ namespace {
 
 constexpr AudioFormat Format {48000, 2};
 
-/// A silence in milliseconds. An output that counts it as time that has played is silent for as long once more.
+/// A silence in milliseconds. An output that counts it as time that has played is silent for as
+/// long once more.
 constexpr int Break = 2000;
 
 using Taken = StreamConsumer::Taken;
@@ -73,8 +74,8 @@ protected:
         }
         return taken == Taken::All;
     }
-    /// Whether the WAV file grows by a fifth of a second of audio in time. An output that is stuck stays so: the limit is that of
-    /// a busy machine.
+    /// Whether the WAV file grows by a fifth of a second of audio in time. An output that is stuck
+    /// stays so: the limit is that of a busy machine.
     bool isHeard(int milliseconds = 10000) const
     {
         constexpr qint64 Fifth = Format.rate * Format.channels * qint64(sizeof(qint16)) / 5;
