@@ -47,7 +47,7 @@ void addOptions(Completion &completion, const Command &program, const Command &c
     QVector<OptionDescription> all = command.describedOptions();
     if (command.name() != program.name())
         all += program.describedOptions();
-    for (const OptionDescription &option : qAsConst(all)) {
+    for (const OptionDescription &option : std::as_const(all)) {
         if (!option.isArgument)
             completion.known.append({option.names.last(), option.description});
     }

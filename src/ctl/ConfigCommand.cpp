@@ -58,7 +58,7 @@ CtlResult<> showConfig(HostSession &session)
         session.printJson(shown);
         return {};
     }
-    for (const QVariant &entry : qAsConst(entries))
+    for (const QVariant &entry : std::as_const(entries))
         print(session, entry.toHash());
     return {};
 }

@@ -94,7 +94,7 @@ CtlResult<Spot> Places::resolve(const CtlPlace &place)
 {
     QVector<int> rest = place.rows;
     CtlResult<Spot> spot = start(place, rest);
-    for (const int index : qAsConst(rest)) {
+    for (const int index : std::as_const(rest)) {
         if (spot)
             spot = open(*spot, index);
     }

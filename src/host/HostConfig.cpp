@@ -63,7 +63,7 @@ void HostConfig::reconfigure(const HostOptions &options)
         if (!m_given.contains(key))
             keys.append(key);
     }
-    for (const QString &key : qAsConst(keys)) {
+    for (const QString &key : std::as_const(keys)) {
         const HostGiven given = options.given.value(key);
         if (m_given.value(key).values != given.values)
             change(key, options);

@@ -373,7 +373,7 @@ void CMRootWorker::removeWorker(CMAbstractWorker *worker)
         if (d->byDefault == gate)
             d->byDefault.reset();
     }
-    for (const CMPath &route : qAsConst(removed))
+    for (const CMPath &route : std::as_const(removed))
         Q_EMIT routeRemoved(route);
     gate->close();
     d->announceMoved();

@@ -90,7 +90,7 @@ PairedDevices::PairedDevices(
         const VeskMutexLock lock(m_mutex);
         m_devices = m_kept;
     }
-    for (const KeptDevice &device : qAsConst(m_kept.devices))
+    for (const KeptDevice &device : std::as_const(m_kept.devices))
         m_seenKept.insert(device.id, device.seen);
     // Where there are no devices there need be no file.
     m_isUnsure = !content.isCurrent && !m_kept.devices.isEmpty();

@@ -380,7 +380,7 @@ void HttpConnection::write(const HttpResponse &response)
 
     m_responseHead
         = "HTTP/1.1 " + QByteArray::number(response.code) + " " + reasonOf(response.code) + "\r\n";
-    for (const auto &entry : qAsConst(headers))
+    for (const auto &entry : std::as_const(headers))
         m_responseHead += entry.first + ": " + entry.second + "\r\n";
     m_responseHead += "\r\n";
     m_responseBody = hasBody && !(m_request && m_request->isHead()) ? response.body : QByteArray();

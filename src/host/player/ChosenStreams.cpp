@@ -95,7 +95,7 @@ void ChosenStreams::read()
 Result<void, files::Problem> ChosenStreams::write()
 {
     QVariantList choices;
-    for (const Choice &choice : qAsConst(m_choices)) {
+    for (const Choice &choice : std::as_const(m_choices)) {
         choices.append(QVariantHash {
             {stationKey(), choice.first.toEncoded()}, {streamKey(), choice.second.toEncoded()}});
     }

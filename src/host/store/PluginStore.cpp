@@ -187,7 +187,7 @@ bool PluginStore::apply(const Change &change, Contents &contents)
     int keys = contents.values.size();
     qint64 bytes = contents.bytes;
     for (auto it = change.values.constBegin(); it != change.values.constEnd(); ++it) {
-        const auto present = qAsConst(contents.values).constFind(it.key());
+        const auto present = std::as_const(contents.values).constFind(it.key());
         if (present != contents.values.constEnd()) {
             --keys;
             bytes -= it.key().size() + present->size();

@@ -111,7 +111,7 @@ void StationsFolder::refresh()
     list();
     std::map<QString, Read> files;
     qint64 bytesLeft = MaxBytes;
-    for (const QString &name : qAsConst(m_names)) {
+    for (const QString &name : std::as_const(m_names)) {
         Read file = read(name, bytesLeft);
         bytesLeft -= std::min<qint64>(file.stamp.size, StationsLimits::Bytes);
         files.emplace(name, std::move(file));

@@ -102,7 +102,7 @@ void StationsList::load()
         if (!reachesRoot(item))
             item.folder.clear();
     }
-    for (const StationsItem &item : qAsConst(m_items)) {
+    for (const StationsItem &item : std::as_const(m_items)) {
         m_folders[item.folder].append(item.key);
         if (!item.isFolder())
             m_addresses.insert(item.address, item.key);
@@ -434,7 +434,7 @@ void StationsList::remove(const QString &key, bool withAll, Done done)
         collect(key, keys);
         if (keys.size() > 1 && !withAll)
             return error(QT_TRANSLATE_NOOP("Stations", "The folder is not empty."));
-        for (const QString &each : qAsConst(keys))
+        for (const QString &each : std::as_const(keys))
             changes.insert(each, QByteArray());
         return CMError();
     };

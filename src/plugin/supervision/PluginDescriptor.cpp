@@ -178,7 +178,7 @@ void readSettings(MemberReader &reader, PluginDescriptor &descriptor)
     const QString settings = QStringLiteral("settings");
     for (const QVariant &entry : reader.list(settings)) {
         const auto setting = SettingDeclaration::read(entry, descriptor.id, reader.error());
-        for (const SettingDeclaration &other : qAsConst(descriptor.settings)) {
+        for (const SettingDeclaration &other : std::as_const(descriptor.settings)) {
             if (other.path == setting.path)
                 reader.fail(settings, QStringLiteral("has %1 twice").arg(other.path.toEncoded()));
         }

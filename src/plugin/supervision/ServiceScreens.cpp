@@ -18,7 +18,7 @@ void readFavorites(ServiceScreens &screens, const QVariant &member, QString &err
     screens.favorites = reader.pathBelowRoot(QStringLiteral("screen"));
     const bool isOne = reader.value(toggle).userType() == QMetaType::QString;
     screens.favoriteToggles = isOne ? QStringList {reader.text(toggle)} : reader.texts(toggle);
-    for (const QString &entry : qAsConst(screens.favoriteToggles)) {
+    for (const QString &entry : std::as_const(screens.favoriteToggles)) {
         const CMPath path = CMPath::fromEncoded(QStringLiteral("x:") + entry);
         if (path.base().isEmpty() || path.hasParams())
             reader.fail(toggle, QStringLiteral("holds what is no path without parameters"));

@@ -62,7 +62,7 @@ protected:
         list->rowsAppend(station(false));
         CMListRowsNode *streams
             = CMListRowsNode::create(worker.nodes(), worker.addPrefix(text("streams")));
-        for (const VeskRoles &row : qAsConst(choice->rows))
+        for (const VeskRoles &row : std::as_const(choice->rows))
             streams->rowsAppend(row);
     }
 

@@ -96,7 +96,7 @@ TEST_F(ArtworkTest, FetchesNothingThatNoServiceNamed)
              QByteArray("/artwork/"), QByteArray("/artwork/../secret")})
         ask(path);
     ASSERT_EQ(m_answers.size(), 4);
-    for (const HttpResponse &answer : qAsConst(m_answers))
+    for (const HttpResponse &answer : std::as_const(m_answers))
         EXPECT_EQ(answer.code, 404u);
     EXPECT_TRUE(m_server.requests().isEmpty());
 }
@@ -132,7 +132,7 @@ TEST_F(ArtworkTest, FetchesOnceForSeveralRequests)
         ask(pathOf(url("/a.png")));
     ASSERT_TRUE(spinUntil([this] { return m_answers.size() == 3; }));
     EXPECT_EQ(m_server.requests().size(), 1);
-    for (const HttpResponse &answer : qAsConst(m_answers))
+    for (const HttpResponse &answer : std::as_const(m_answers))
         EXPECT_EQ(answer.code, 200u);
 }
 

@@ -87,7 +87,7 @@ TEST_F(RadioBrowserServersTest, LeavesAFailedServerAloneForFiveMinutes)
 TEST_F(RadioBrowserServersTest, AsksAllAgainWhenAllHaveFailed)
 {
     find();
-    for (const QString &server : qAsConst(m_found))
+    for (const QString &server : std::as_const(m_found))
         m_servers.noteFailed(server);
     EXPECT_EQ(find().size(), 3);
 }

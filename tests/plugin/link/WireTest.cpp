@@ -275,12 +275,12 @@ TEST(Wire, NumbersOfEverySizeSurvive)
         counts.append((quint64(1) << bit) - 1);
     }
     WireWriter writer;
-    for (const quint64 count : qAsConst(counts)) {
+    for (const quint64 count : std::as_const(counts)) {
         writer.writeCount(count);
         writer.writeInt(static_cast<qint64>(count));
     }
     WireReader reader(writer.bytes());
-    for (const quint64 count : qAsConst(counts)) {
+    for (const quint64 count : std::as_const(counts)) {
         EXPECT_EQ(reader.readCount(), count);
         EXPECT_EQ(reader.readInt(), static_cast<qint64>(count));
     }

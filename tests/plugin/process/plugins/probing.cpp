@@ -117,7 +117,7 @@ int countDescriptors()
         highest = qMax(highest, descriptor);
         descriptors.append(descriptor);
     }
-    for (const int descriptor : qAsConst(descriptors))
+    for (const int descriptor : std::as_const(descriptors))
         ::close(descriptor);
     return highest + 1;
 }
