@@ -105,7 +105,7 @@ void printValues(HostSession &session, const QStringList &roles, const QVariantL
         session.printText(plainText(value));
 }
 
-CtlResult<> get(HostSession &session)
+CtlResult<> getData(HostSession &session)
 {
     const auto path = Places(session).value(session.options().place);
     if (!path)
@@ -173,7 +173,7 @@ void addScreenCommands(Command app, CtlCommandLine &line)
 
     addListOptions(addCommand(app, "favorites", "Show the favorites", line, &favorites), options);
 
-    Command read = addCommand(app, "get", "Print a value", line, &get);
+    Command read = addCommand(app, "get", "Print a value", line, &getData);
     read.addOption("PLACE", options.place, "The value, row or list").required();
     read.addOption("ROLE", options.roles, "What of it (value)");
 

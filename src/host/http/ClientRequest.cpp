@@ -57,7 +57,7 @@ ClientRequest::ClientRequest(ServerThread &server, const Ends &ends, bool isTls)
 
 QByteArray ClientRequest::header(http::field name) const
 {
-    return header(http::to_string(name).to_string().c_str());
+    return header(bytesOf(http::to_string(name)).constData());
 }
 
 /// All headers of that name, joined by commas; null without one. Where one is expected, two match
