@@ -53,8 +53,8 @@ protected:
     /// The next minute of those clocks, unless it is about to begin.
     static QString nextMinute(qint64 offset)
     {
-        return QDateTime::fromSecsSinceEpoch(
-            QDateTime::currentSecsSinceEpoch() + 60 + 3 + offset, Qt::UTC)
+        return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch() + 60 + 3 + offset)
+            .toUTC()
             .toString(text("hh:mm"));
     }
     QVariantHash call(const char *method, const QVariantHash &params = {})

@@ -44,7 +44,7 @@ bool isDeviceFile(const QByteArray &file)
 
 QDateTime nowInSeconds()
 {
-    return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch(), Qt::UTC);
+    return QDateTime::fromSecsSinceEpoch(QDateTime::currentSecsSinceEpoch()).toUTC();
 }
 
 /// Without the zone of a link-local address; empty for what is none.

@@ -109,6 +109,7 @@ std::optional<Moment> nextMoment(const WeeklyTime &time, Moment after, const Utc
 
 QString isoText(Moment moment, const UtcOffset &offset)
 {
-    return QDateTime::fromSecsSinceEpoch(moment, Qt::OffsetFromUTC, offset(moment))
+    return QDateTime::fromSecsSinceEpoch(moment)
+        .toOffsetFromUtc(offset(moment))
         .toString(Qt::ISODate);
 }

@@ -17,7 +17,7 @@ KeptDevice device(int number)
     device.id = QStringLiteral("%1").arg(number, 16, 16, QLatin1Char('0'));
     device.name = QStringLiteral("Tablet %1").arg(number);
     device.role = number % 2 == 0 ? AccessRole::Owner : AccessRole::Listener;
-    device.paired = QDateTime::fromSecsSinceEpoch(1700000000 + number, Qt::UTC);
+    device.paired = QDateTime::fromSecsSinceEpoch(1700000000 + number).toUTC();
     device.digest = accessTokenDigest(QByteArray::number(number));
     return device;
 }
@@ -81,7 +81,7 @@ TEST(DeviceListTest, AFileGivesBackWhatWasWrittenToIt)
 {
     DeviceList list = listOf(3);
     list.devices[1].name = QString::fromUtf8("Ωμέγα \"📻\" \\ </script>");
-    list.devices[1].seen = QDateTime::fromSecsSinceEpoch(1800000000, Qt::UTC);
+    list.devices[1].seen = QDateTime::fromSecsSinceEpoch(1800000000).toUTC();
     list.devices[1].address = QStringLiteral("fe80::1");
     const auto read = DeviceList::fromFile(list.toFile());
     ASSERT_TRUE(read);

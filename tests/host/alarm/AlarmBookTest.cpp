@@ -265,7 +265,7 @@ TEST_F(AlarmBookTest, OverSummerTimeEachDayHasOne)
 {
     const QTimeZone berlin("Europe/Berlin");
     const UtcOffset offset = [berlin](Moment moment) {
-        return berlin.offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, Qt::UTC));
+        return berlin.offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment).toUTC());
     };
     // Five days around the last Sundays of March and of October.
     for (const Moment start : {Moment(1774612800), Moment(1792756800)}) {

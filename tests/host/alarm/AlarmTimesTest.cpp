@@ -17,7 +17,7 @@ UtcOffset zone(const char *name)
     const QTimeZone zone {QByteArray(name)};
     EXPECT_TRUE(zone.isValid()) << name;
     return [zone](Moment moment) {
-        return zone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment, Qt::UTC));
+        return zone.offsetFromUtc(QDateTime::fromSecsSinceEpoch(moment).toUTC());
     };
 }
 
