@@ -30,9 +30,7 @@ namespace {
 
 [[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<TrString>("TrString");
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    qRegisterMetaTypeStreamOperators<TrString>("TrString");
-#endif
+    veskRegisterStreams<TrString>("TrString");
     veskRegisterEquals<TrString>();
     QMetaType::registerConverter<TrString, QString>(&TrString::toString);
     return true;

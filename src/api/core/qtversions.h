@@ -27,6 +27,20 @@ bool veskRegisterEquals()
     return QMetaType::registerEqualsComparator<T>();
 }
 
+/// The same, and in order by its operator<.
+template <class T>
+bool veskRegisterOrder()
+{
+    return QMetaType::registerComparators<T>();
+}
+
+/// Has QVariants that hold a T written to streams by T's operators, as Qt 6 does by itself.
+template <class T>
+void veskRegisterStreams(const char *name)
+{
+    qRegisterMetaTypeStreamOperators<T>(name);
+}
+
 /// Whether values of the meta-type \a from convert to \a to by a function that was registered.
 inline bool veskHasConverter(int from, int to)
 {
@@ -46,6 +60,17 @@ template <class T>
 bool veskRegisterEquals()
 {
     return true;
+}
+
+template <class T>
+bool veskRegisterOrder()
+{
+    return true;
+}
+
+template <class T>
+void veskRegisterStreams(const char * /*name*/)
+{
 }
 
 inline bool veskHasConverter(int from, int to)

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QChar>
+#include <QString>
 
 #include <optional>
 
@@ -69,6 +70,15 @@ inline bool veskIsUtf8(const QByteArray &bytes)
             return false;
     }
     return true;
+}
+
+/// Text from outside whose encoding nobody tells: UTF-8, without a byte order mark at its start, if
+/// all of \a bytes is that, else Latin-1.
+inline QString veskUtf8OrLatin1(const QByteArray &bytes)
+{
+    // With its size: given a QByteArray, Qt 5 stops at a NUL.
+    return veskIsUtf8(bytes) ? QString::fromUtf8(bytes.constData(), bytes.size())
+                             : QString::fromLatin1(bytes);
 }
 
 /// The value of a hexadecimal digit, -1 for any other character.

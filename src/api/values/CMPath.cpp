@@ -23,9 +23,7 @@ constexpr int UsualParams = 8;
 
 [[maybe_unused]] const bool Registered = [] {
     qRegisterMetaType<CMPath>("CMPath");
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    QMetaType::registerComparators<CMPath>();
-#endif
+    veskRegisterOrder<CMPath>();
     QMetaType::registerConverter<CMPath, QString>(&CMPath::toEncoded);
     QMetaType::registerConverter<CMPath, VeskLogText>([](const CMPath &path) {
         std::ostringstream out;

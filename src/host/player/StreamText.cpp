@@ -13,8 +13,7 @@ constexpr int MaxLength = 512;
 
 QString streamText(const QByteArray &bytes)
 {
-    QString text = veskIsUtf8(bytes) ? QString::fromUtf8(bytes.constData(), bytes.size())
-                                     : QString::fromLatin1(bytes);
+    QString text = veskUtf8OrLatin1(bytes);
     for (QChar &character : text) {
         if (character.category() == QChar::Other_Control)
             character = QLatin1Char(' ');

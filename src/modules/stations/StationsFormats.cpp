@@ -14,16 +14,9 @@
 
 namespace {
 
-/// UTF-8, also with a byte order mark, else Latin-1.
-QString decoded(const QByteArray &bytes)
-{
-    return veskIsUtf8(bytes) ? QString::fromUtf8(bytes.constData(), bytes.size())
-                             : QString::fromLatin1(bytes);
-}
-
 QStringList linesOf(const QByteArray &bytes)
 {
-    QString text = decoded(bytes);
+    QString text = veskUtf8OrLatin1(bytes);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
     return text.split(QLatin1Char('\n'));
