@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { t } from "../i18n/i18n";
-import { current, leave, open, quietPath } from "./navigation";
-import { homePath } from "./services";
+import { current, open, quietPath } from "./navigation";
+import { leaveForHome } from "./services";
 
 /** Milliseconds without a touch after which the quiet view dims. */
 export const dimTime = 60_000;
@@ -24,7 +24,7 @@ export function openQuiet(): void {
 
 export function leaveQuiet(): void {
     if (current.peek() === quietPath)
-        leave(homePath.peek());
+        leaveForHome();
 }
 
 /**

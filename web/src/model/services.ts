@@ -6,7 +6,7 @@ import { batch, computed, signal } from "@preact/signals";
 import { isRecord, RpcError } from "../rpc/Connection";
 import { isOwner } from "./access";
 import { getRows, host, watch } from "./host";
-import { current, replace, searchPath, servicesPath } from "./navigation";
+import { current, leave, openCrumb, replace, searchPath, servicesPath } from "./navigation";
 import { equalsBut, paramOf, prefixOf, withParam, type Path } from "./path";
 import { pathIn, readRow, readRows, rolesIn, RowType, text, type Roles, type Row } from "./rows";
 
@@ -62,6 +62,21 @@ export const homePath = computed<Path>(() => {
     const all = services.value;
     return all?.length === 1 && all[0]!.path !== "" ? all[0]!.path : servicesPath;
 });
+
+/** Whether the list of services is shown only because the home screen was asked for before they were known. */
+let isHomeAwaited = false;
+
+/** Opens the home screen. */
+export function openHome(): void {
+    isHomeAwaited = services.peek() === null;
+    openCrumb(homePath.peek(), "");
+}
+
+/** Goes back to where somebody came from, or to the home screen. */
+export function leaveForHome(): void {
+    isHomeAwaited = services.peek() === null;
+    leave(homePath.peek());
+}
 
 export function serviceOf(path: Path): Service | undefined {
     const prefix = prefixOf(path);
@@ -182,7 +197,9 @@ function takeServices(all: readonly Service[]): void {
             error: null,
         }));
     });
-    if (location.hash === "" && homePath.value !== servicesPath)
+    const isAtHome = location.hash === "" || (isHomeAwaited && current.peek() === servicesPath);
+    isHomeAwaited = false;
+    if (isAtHome && homePath.value !== servicesPath)
         replace(homePath.value, all[0]!.title);
     // Each by itself, so that a slow service delays no other one.
     for (const { service } of searches.peek())

@@ -6,13 +6,13 @@ import { useEffect, useRef, useState } from "preact/hooks";
 import { t } from "../i18n/i18n";
 import { alarms } from "../model/alarms";
 import {
-    back, canGoBack, canGoForward, current, forward, leave, open, openCrumb, openQuietly, replace,
+    back, canGoBack, canGoForward, current, forward, open, openQuietly, replace,
     radioPath, settingsPath,
 } from "../model/navigation";
 import { withParam } from "../model/path";
 import { presets } from "../model/presets";
 import { openQuiet } from "../model/quiet";
-import { activeSearch, homePath, queries, searches, searchFor, type Query } from "../model/services";
+import { activeSearch, homePath, leaveForHome, openHome, queries, searches, searchFor, type Query } from "../model/services";
 import { focusFirstRow } from "./focus";
 import { Icon } from "./icons";
 import { ConnectionNotice } from "./Notices";
@@ -67,7 +67,7 @@ function SearchField() {
         if (wanted.trim().length >= shortest)
             timer.current = setTimeout(() => search(wanted, query), typingPause);
         else if (wanted.trim() === "" && activeSearch.peek())
-            leave(homePath.peek());
+            leaveForHome();
     };
     if (searches.value.length === 0)
         return <div class="search" />;
@@ -153,7 +153,7 @@ export function Header() {
                     aria-label={`Vesk – ${t("Start page")}`}
                     onClick={(event) => {
                         event.preventDefault();
-                        openCrumb(homePath.value, "");
+                        openHome();
                     }}
                 >
                     <Icon shape="radio" />

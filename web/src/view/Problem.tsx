@@ -2,9 +2,8 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { t } from "../i18n/i18n";
-import { openCrumb } from "../model/navigation";
 import type { Screen } from "../model/Screen";
-import { homePath } from "../model/services";
+import { openHome } from "../model/services";
 import { RpcError } from "../rpc/Connection";
 import { Icon } from "./icons";
 import { errorText } from "./words";
@@ -42,7 +41,7 @@ function Refused() {
             <Icon shape="alert" />
             <p>{t("This link would change something, so it was not opened.")}</p>
             <p>{t("What changes something is only done from a list or a menu that offers it.")}</p>
-            <button type="button" class="filled" onClick={() => openCrumb(homePath.value, "")}>{t("Start page")}</button>
+            <button type="button" class="filled" onClick={openHome}>{t("Start page")}</button>
         </div>
     );
 }

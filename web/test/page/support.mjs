@@ -18,6 +18,11 @@ export const build = resolve(process.env.VESK_BUILD ?? join(here, "../../../buil
 const readyTime = 30_000;
 /** Milliseconds within which something happens on the busiest machine, if it ever does. */
 const patience = 30_000;
+/**
+ * How many times slower the browser runs, for a search of tests that depend on speed. Each message between the page and its
+ * host is then late, too, by up to that many times 100 milliseconds.
+ */
+const slowness = Number(process.env.VESK_TEST_SLOWNESS ?? 1);
 
 /** What still runs, so that nothing does once this has ended, however that came. */
 const running = new Set();
@@ -177,6 +182,8 @@ export async function newPage(browser, product, options = {}) {
     });
     const page = await context.newPage();
     page.setDefaultTimeout(patience);
+    if (slowness > 1)
+        await slowDown(page);
     page.problems = [];
     page.on("pageerror", (error) => page.problems.push(error.stack));
     page.on("console", (message) => {
@@ -193,6 +200,21 @@ export async function newPage(browser, product, options = {}) {
         void dialog.dismiss();
     });
     return page;
+}
+
+async function slowDown(page) {
+    const devtools = await page.context().newCDPSession(page);
+    await devtools.send("Emulation.setCPUThrottlingRate", { rate: slowness });
+    await between(page, {});
+}
+
+/** Passes messages on in their order, late. */
+function delayed(send) {
+    let before = Promise.resolve();
+    return (message) => {
+        const time = new Promise((over) => setTimeout(over, Math.random() * slowness * 100));
+        before = Promise.all([before, time]).then(() => send(message));
+    };
 }
 
 /** Waits for a condition. */
@@ -232,14 +254,16 @@ export function onlyProblemsOf(page, allowed = /$^/) {
 export async function between(page, { call = () => false, answered = () => {}, told = () => {} }) {
     await page.routeWebSocket(/\/ws$/, (socket) => {
         const server = socket.connectToServer();
+        const [toServer, toPage] = [(text) => server.send(text), (text) => socket.send(text)].map(
+            (send) => (slowness > 1 ? delayed(send) : send));
         const calls = new Map();
-        page.tell = (message) => socket.send(JSON.stringify({ jsonrpc: "2.0", ...message }));
+        page.tell = (message) => toPage(JSON.stringify({ jsonrpc: "2.0", ...message }));
         socket.onMessage((text) => {
             const message = JSON.parse(text);
             calls.set(message.id, message);
-            const answer = (rest) => socket.send(JSON.stringify({ jsonrpc: "2.0", id: message.id, ...rest }));
-            if (!call(message, answer, () => server.send(text)))
-                server.send(text);
+            const answer = (rest) => toPage(JSON.stringify({ jsonrpc: "2.0", id: message.id, ...rest }));
+            if (!call(message, answer, () => toServer(text)))
+                toServer(text);
         });
         server.onMessage((text) => {
             const message = JSON.parse(text);
@@ -250,7 +274,7 @@ export async function between(page, { call = () => false, answered = () => {}, t
             } else {
                 told(message);
             }
-            socket.send(JSON.stringify(message));
+            toPage(JSON.stringify(message));
         });
     });
 }

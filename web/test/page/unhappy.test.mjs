@@ -134,6 +134,29 @@ test("a link that would change something says so, and offers no other try", asyn
     await page.context().close();
 });
 
+test("the start page is that of the only service, however late it is known", async () => {
+    const page = await newPage(browser, product);
+    const held = [];
+    await between(page, {
+        call: (call, answer, pass) => {
+            const isHeld = call.method === "getRows" && call.params.path === "host:services";
+            if (isHeld)
+                held.push(pass);
+            return isHeld;
+        },
+    });
+    await page.goto(`${product.url}#${local}`);
+    await stations(page).first().waitFor();
+    await page.getByRole("link", { name: "Start page" }).click();
+    await expectEventually(() => page.evaluate(() => location.hash === "#host:services"), "the list of services");
+    held.forEach((pass) => pass());
+    await page.getByRole("link", { name: "Local Radio" }).waitFor();
+    await page.goBack();
+    await stations(page).first().waitFor();
+    onlyProblemsOf(page);
+    await page.context().close();
+});
+
 test("an address that is typed into an open page is opened over a connection of its own", async () => {
     const page = await openLocal();
     let connections = 0;
