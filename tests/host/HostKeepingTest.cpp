@@ -26,7 +26,6 @@
 
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 
 QByteArray contentOf(const QString &name)
@@ -211,9 +210,8 @@ TEST_F(HostKeeping, SighupReadsTheConfigurationAgain)
     write("logLevel: debug\nconnections: 99\nvalues:\n  settings:player/volume: 50\n");
     host->signal(SIGHUP);
     EXPECT_TRUE(isLogged("settings:player/volume: changed"));
-    EXPECT_THAT(host->errors().toStdString(),
-        AllOf(
-            HasSubstr("logLevel: changed"), HasSubstr("connections: the change needs a restart")));
+    EXPECT_TRUE(isLogged("logLevel: changed"));
+    EXPECT_TRUE(isLogged("connections: the change needs a restart"));
     RpcClient client(host->url());
     const RpcAnswer answer = client.call(text("host.config"), {});
     ASSERT_EQ(answer.kind, RpcAnswer::Result);

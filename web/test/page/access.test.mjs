@@ -244,7 +244,8 @@ test("never hides what has the focus behind the player", async () => {
 test("keeps what is on and off apart in a system's own colours", async () => {
     const page = await newPage(browser, product, { forcedColors: "active" });
     await page.goto(`${product.url}#host:settings`);
-    const one = page.getByRole("switch").first();
+    // The page's own settings are there before the host's.
+    const one = page.getByRole("listitem").getByRole("switch").first();
     const look = () => one.evaluate((element) => [getComputedStyle(element).backgroundColor, getComputedStyle(element, "::before").transform]);
     const before = await look();
     await one.click();

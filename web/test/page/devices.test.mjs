@@ -52,8 +52,11 @@ async function openHouse({ role = "owner", options = {} } = {}) {
         "access.info": () => ({ role: house.role, device: null, urls, fingerprint }),
         "devices.list": () => ({ devices: house.devices }),
         "pairing.state": () => house.state,
-        "pairing.start": ({ role: wanted }) => ({ code: "012345", role: wanted, seconds: 120, urls, fingerprint }),
-        "pairing.stop": () => ({}),
+        "pairing.start": ({ role: wanted }) => {
+            house.state = { state: "open", seconds: 120, device: null };
+            return { code: "012345", role: wanted, seconds: 120, urls, fingerprint };
+        },
+        "pairing.stop": () => ((house.state = { state: "closed", seconds: 0, device: null }), {}),
         "devices.rename": ({ id, name }) => ((find(id).name = name), {}),
         "devices.setRole": ({ id, role: wanted }) => ((find(id).role = wanted), {}),
         "devices.revoke": ({ id }) => ((house.devices = house.devices.filter((device) => device.id !== id)), {}),
@@ -72,6 +75,10 @@ async function openHouse({ role = "owner", options = {} } = {}) {
             return true;
         },
     });
+    house.tellPairing = (state, seconds = 0, device = null) => {
+        house.state = { state, seconds, device };
+        page.tell({ method: "pairing.changed", params: house.state });
+    };
     return { page, house };
 }
 
@@ -105,16 +112,16 @@ test("pairs a device: code, QR code, address, fingerprint, and what became of it
     await pairing.getByRole("img", { name: /^QR code/ }).waitFor();
     await pairing.getByText(/^1[12]\d seconds left$/).waitFor();
     // The host's own word for the same pairing does not take the code away.
-    page.tell({ method: "pairing.changed", params: { state: "open", seconds: 119, device: null } });
+    house.tellPairing("open", 119);
     page.tell({ method: "devices.changed", params: {} });
     await pairing.getByText("012345").waitFor();
-    page.tell({ method: "pairing.changed", params: { state: "paired", seconds: 0, device: { id: "c", name: "Wall" } } });
+    house.tellPairing("paired", 0, { id: "c", name: "Wall" });
     await pairing.getByText("Wall is paired.").waitFor();
     await pairing.getByText("012345").waitFor({ state: "detached" });
     for (const [state, words] of [["failed", "The code was entered wrongly too often"], ["expired", "The two minutes are over"]]) {
         await pairing.getByRole("button", { name: "Show a code" }).click();
         await pairing.getByText("012345").waitFor();
-        page.tell({ method: "pairing.changed", params: { state, seconds: 0, device: null } });
+        house.tellPairing(state);
         await pairing.getByText(words).waitFor();
     }
     await pairing.getByRole("button", { name: "Show a code" }).click();
@@ -122,7 +129,7 @@ test("pairs a device: code, QR code, address, fingerprint, and what became of it
     await pairing.getByText("012345").waitFor({ state: "detached" });
     assert.equal(house.calls.filter(([method]) => method === "pairing.stop").length, 1);
     // One that somebody else began has no code here.
-    page.tell({ method: "pairing.changed", params: { state: "open", seconds: 60, device: null } });
+    house.tellPairing("open", 60);
     await pairing.getByText("A pairing that was started elsewhere is under way.").waitFor();
     await pairing.getByRole("button", { name: "Stop the pairing" }).click();
     onlyProblemsOf(page);

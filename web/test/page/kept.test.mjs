@@ -154,6 +154,7 @@ testWith("presets.list", "presets are saved and played by keys, and are there af
     await page.getByText(`Preset 2 is ${title} now.`).waitFor();
     assert.deepEqual((await product.call("presets.list")).presets.map(({ number, title: name }) => [number, name]), [[2, title]]);
     await product.call("player.stop");
+    await player(page).waitFor({ state: "detached" });
     await page.keyboard.press("2");
     await expectEventually(async () => {
         const now = await product.call("player.state");
@@ -278,7 +279,7 @@ testWith("alarms.list", "an alarm is kept, changed and removed", async () => {
     await card.getByRole("checkbox", { name: "Saturday" }).check();
     await card.getByRole("combobox", { name: "Volume" }).selectOption("20");
     await card.getByRole("button", { name: "Save" }).click();
-    await card.getByText("10:10 PM").waitFor();
+    await card.getByText("10:10 PM", { exact: true }).waitFor();
     const [changed] = await alarms();
     assert.deepEqual([changed.id, changed.time, changed.days, changed.volume, changed.title],
         [made.id, "22:10", [1, 2, 3, 4, 5, 6], 20, title]);

@@ -115,7 +115,7 @@ test("the volume follows slider, keys and wheel, and the host", async () => {
     await shows(5);
     await page.keyboard.press("m");
     await expectEventually(() => radio.state.mute, "silence");
-    assert.equal(await mute.getAttribute("aria-pressed"), "true");
+    await expectEventually(async () => (await mute.getAttribute("aria-pressed")) === "true", "it on the page");
     assert.equal(await slider.getAttribute("aria-valuetext"), "5 %, muted");
     await mute.click();
     await expectEventually(() => !radio.state.mute, "no silence");
