@@ -268,8 +268,8 @@ test("presets are shown as keys that play, save when they are held, and are clea
     radio.changed("presets");
     await openRadio(page);
     const key = (number) => page.locator(".preset").nth(number - 1).locator("button.body");
+    await page.getByRole("button", { name: "Preset 2: Old", exact: true }).waitFor();
     assert.equal(await page.locator(".preset").count(), 12);
-    assert.equal(await page.getByRole("button", { name: "Preset 2: Old", exact: true }).count(), 1);
     assert.equal(await page.getByRole("button", { name: "Preset 5: Empty", exact: true }).count(), 1);
     await key(2).tap();
     await expectEventually(() => radio.called("presets.play").length === 1, "the preset");
