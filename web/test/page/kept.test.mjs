@@ -153,6 +153,8 @@ testWith("presets.list", "presets are saved and played by keys, and are there af
     await page.keyboard.press("Shift+Digit2");
     await page.getByText(`Preset 2 is ${title} now.`).waitFor();
     assert.deepEqual((await product.call("presets.list")).presets.map(({ number, title: name }) => [number, name]), [[2, title]]);
+    await openRadio(page);
+    await page.getByRole("button", { name: `Preset 2: ${title}` }).waitFor();
     await product.call("player.stop");
     await player(page).waitFor({ state: "detached" });
     await page.keyboard.press("2");
@@ -160,7 +162,6 @@ testWith("presets.list", "presets are saved and played by keys, and are there af
         const now = await product.call("player.state");
         return now.state === 2 && now.title === title;
     }, "the preset");
-    await openRadio(page);
     await page.getByRole("button", { name: `Preset 2: ${title}` }).and(page.locator("[aria-current=true]")).waitFor();
     await product.call("player.stop");
     await product.host.end();
