@@ -376,11 +376,15 @@ QString defaultHostConfigFile()
     QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
     if (folder.isEmpty())
         folder = QDir::homePath() + QStringLiteral("/.config");
-    for (const QString &file : {QString(folder + name), QString(QStringLiteral("/etc") + name)}) {
-        if (QFileInfo::exists(file))
-            return file;
-    }
-    return {};
+    if (const QString file = folder + name; QFileInfo::exists(file))
+        return file;
+    const QFileInfo machines(machineHostConfigFile());
+    return machines.isReadable() ? machines.filePath() : QString();
+}
+
+QString machineHostConfigFile()
+{
+    return QStringLiteral("/etc/vesk/vesk.conf");
 }
 
 Result<HostConfigFile, QString> readHostConfigFile(const QString &file)

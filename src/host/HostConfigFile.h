@@ -30,8 +30,12 @@ struct HostConfigFile {
 };
 
 /// The file that is read when none is named: $XDG_CONFIG_HOME/vesk/vesk.conf, or ~/.config's, if it
-/// is there, else /etc/vesk/vesk.conf if it is. Empty without one.
+/// is there, else machineHostConfigFile() if it is and may be read. Empty without one.
 QString defaultHostConfigFile();
+
+/// That of the machine's own host. It may hold an id or a password, so that packages let only that
+/// host's user read it; the host of anybody else does without.
+QString machineHostConfigFile();
 
 /// Reads \a file: YAML, of which JSON is a part. Of untrusted content: it has at most 1 MiB, a few
 /// levels and no aliases, and nothing but a regular file is opened. An error is one line that names

@@ -6,6 +6,7 @@
 #include "base/cli/CommandLine.h"
 #include "host/Host.h"
 #include "host/HostCommandLine.h"
+#include "host/HostConfigFile.h"
 #include "host/HostConfinement.h"
 #include "host/TerminationSignals.h"
 #include "host/Watchdog.h"
@@ -15,6 +16,7 @@
 #include "plugin/runtime/Memory.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 #include <log4cplus/initializer.h>
 
@@ -115,6 +117,8 @@ int main(int argc, char **argv)
         VESK_WARN("There are threads that are not confined.");
     for (const QString &line : notConfined)
         VESK_INFO(line);
+    if (options.configFile.isEmpty() && QFileInfo::exists(machineHostConfigFile()))
+        VESK_WARN(machineHostConfigFile() << " is left out: this user may not read it.");
     if (!options.caFile.isEmpty() && !HttpClient::setCaFile(options.caFile)) {
         return complain(BadUsage,
             QStringLiteral("--ca-file: there is no certificate in %1").arg(options.caFile));
