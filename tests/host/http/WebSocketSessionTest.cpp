@@ -201,7 +201,7 @@ TEST_F(WebSocketSessionTest, DropsTheReplyToAClientThatHasLeft)
         return socket.ask(Echo);
     });
     ASSERT_EQ(m_handler.kept.size(), 1);
-    // The server's thread counts it out before this one is told.
+    // The server's thread counts a client out before this thread is told.
     ASSERT_TRUE(spinUntil([this] { return m_handler.kept.first().client.isNull(); }));
     m_handler.kept.first().reply("late");
 }

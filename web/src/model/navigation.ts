@@ -158,6 +158,11 @@ export function openCrumb(path: Path, title: string): void {
     go(path, at < 0 ? [{ path, title }] : known.slice(0, at + 1));
 }
 
+/** Takes the path out of the address. An empty one is that of the home screen, whichever that turns out to be. */
+export function emptyAddress(): void {
+    history.replaceState(history.state, "", "#");
+}
+
 function go(path: Path, crumbs: readonly Crumb[], how: Arrival = "forward"): void {
     const next = { trail: crumbs, index: entry.peek().index + 1, scroll: 0, row: -1 };
     history.pushState(next, "", "#" + path);

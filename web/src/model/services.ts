@@ -6,7 +6,7 @@ import { batch, computed, signal } from "@preact/signals";
 import { isRecord, RpcError } from "../rpc/Connection";
 import { isOwner } from "./access";
 import { getRows, host, watch } from "./host";
-import { current, leave, openCrumb, replace, searchPath, servicesPath } from "./navigation";
+import { current, emptyAddress, leave, openCrumb, replace, searchPath, servicesPath } from "./navigation";
 import { equalsBut, paramOf, prefixOf, withParam, type Path } from "./path";
 import { pathIn, readRow, readRows, rolesIn, RowType, text, type Roles, type Row } from "./rows";
 
@@ -63,19 +63,22 @@ export const homePath = computed<Path>(() => {
     return all?.length === 1 && all[0]!.path !== "" ? all[0]!.path : servicesPath;
 });
 
-/** Whether the list of services is shown only because the home screen was asked for before they were known. */
-let isHomeAwaited = false;
-
 /** Opens the home screen. */
 export function openHome(): void {
-    isHomeAwaited = services.peek() === null;
     openCrumb(homePath.peek(), "");
+    awaitHome();
 }
 
 /** Goes back to where somebody came from, or to the home screen. */
 export function leaveForHome(): void {
-    isHomeAwaited = services.peek() === null;
     leave(homePath.peek());
+    awaitHome();
+}
+
+/** Before the services are known, their list stands for the home screen. */
+function awaitHome(): void {
+    if (services.peek() === null && current.peek() === servicesPath)
+        emptyAddress();
 }
 
 export function serviceOf(path: Path): Service | undefined {
@@ -197,9 +200,7 @@ function takeServices(all: readonly Service[]): void {
             error: null,
         }));
     });
-    const isAtHome = location.hash === "" || (isHomeAwaited && current.peek() === servicesPath);
-    isHomeAwaited = false;
-    if (isAtHome && homePath.value !== servicesPath)
+    if (location.hash === "" && homePath.value !== servicesPath)
         replace(homePath.value, all[0]!.title);
     // Each by itself, so that a slow service delays no other one.
     for (const { service } of searches.peek())

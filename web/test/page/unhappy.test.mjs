@@ -148,7 +148,7 @@ test("the start page is that of the only service, however late it is known", asy
     await page.goto(`${product.url}#${local}`);
     await stations(page).first().waitFor();
     await page.getByRole("link", { name: "Start page" }).click();
-    await expectEventually(() => page.evaluate(() => location.hash === "#host:services"), "the list of services");
+    await expectEventually(() => page.evaluate(() => location.hash === ""), "the home screen's address");
     held.forEach((pass) => pass());
     await page.getByRole("link", { name: "Local Radio" }).waitFor();
     await page.goBack();
