@@ -26,7 +26,7 @@ QString randomText(std::mt19937 &random)
     QString text;
     const auto length = random() % 40;
     for (unsigned i = 0; i < length; ++i) {
-        uint c = random() % 0x110000;
+        char32_t c = random() % 0x110000;
         switch (random() % 4) {
         case 0:
             text += favoured.at(int(random() % uint(favoured.size())));

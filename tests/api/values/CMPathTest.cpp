@@ -188,7 +188,7 @@ TEST(CMPathEncoded, TellsDifferentPathsApart)
 
 TEST(CMPathEncoded, ReadsBackEveryCharacter)
 {
-    for (uint c = 0; c < 0x3000; ++c) {
+    for (char32_t c = 0; c < 0x3000; ++c) {
         const QString text = QString::fromUcs4(&c, 1);
         const CMPath p(text, text, {{text, text}});
         ASSERT_EQ(decoded(p.toEncoded()), p) << c;

@@ -44,7 +44,7 @@ std::string quoted(const QString &text)
 {
     const QVector<uint> codePoints = text.toUcs4();
     QString whole;
-    for (const uint c : codePoints)
+    for (const char32_t c : codePoints)
         whole += QChar::isSurrogate(c) ? QString(QChar::ReplacementCharacter)
                                        : QString::fromUcs4(&c, 1);
     return '"' + whole.toStdString() + '"';

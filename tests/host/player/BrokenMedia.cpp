@@ -37,7 +37,7 @@ void flipBits(QByteArray &stream, std::mt19937 &random)
 void changePiece(QByteArray &stream, std::mt19937 &random)
 {
     const int at = pick(random, stream.size());
-    const int size = pick(random, std::min(4000, stream.size() - at));
+    const int size = pick(random, std::min<int>(4000, stream.size() - at));
     switch (pick(random, 5)) {
     case 0:
         std::fill(stream.begin() + at, stream.begin() + at + size, '\0');
@@ -81,7 +81,7 @@ QByteArray scrambledAac(std::mt19937 &random, bool zeros)
 {
     QByteArray stream = soundMedia().at(1);
     for (int at = 0, length = 0; (length = adtsLength(stream, at)) > AdtsHead; at += length) {
-        for (int i = at + AdtsHead; i < std::min(at + length, stream.size()); ++i)
+        for (int i = at + AdtsHead; i < std::min<int>(at + length, stream.size()); ++i)
             stream[i] = zeros ? '\0' : static_cast<char>(random());
     }
     return stream;

@@ -149,7 +149,7 @@ TEST(MediaHead, TagsAreSkippedHoweverTheyArrive)
     for (const int step : {1, 7, 1000, 100000, 1000000}) {
         MediaHead head;
         for (int at = 0; at < file.size() && !head.isComplete(); at += step)
-            head.take(file.constData() + at, std::size_t(std::min(step, file.size() - at)));
+            head.take(file.constData() + at, std::size_t(std::min<int>(step, file.size() - at)));
         EXPECT_EQ(head.begin(), 300010 + 30) << step;
         EXPECT_EQ(head.bytes(), audio.left(MediaLayout::HeadSize)) << step;
     }

@@ -35,7 +35,7 @@ protected:
     }
     static Answer import(const QByteArray &file)
     {
-        const int parts = std::max(1, (file.size() + 44999) / 45000);
+        const int parts = std::max<int>(1, (file.size() + 44999) / 45000);
         Answer answer;
         for (int i = 0; i < parts && answer.error.isEmpty(); ++i)
             answer = send(part(file.mid(i * 45000, 45000), i, parts));
