@@ -16,6 +16,12 @@ QString besideProgram(const QString &folder)
         QCoreApplication::applicationDirPath() + QStringLiteral("/../") + folder);
 }
 
+/// A service that runs as root may have none, or "/".
+bool isHome(const QString &folder)
+{
+    return QDir::isAbsolutePath(folder) && QDir::cleanPath(folder) != QLatin1String("/");
+}
+
 } // namespace
 
 QStringList HostFolders::pluginFolders()
@@ -26,8 +32,7 @@ QStringList HostFolders::pluginFolders()
     for (const QString &folder : named)
         folders.append(QDir(folder).absolutePath());
     const QString home = qEnvironmentVariable("HOME");
-    // A service that runs as root may have none, or "/".
-    if (QDir::isAbsolutePath(home) && QDir::cleanPath(home) != QLatin1String("/"))
+    if (isHome(home))
         folders.append(QDir::cleanPath(home + QStringLiteral("/.local/lib/vesk/plugins")));
     // A build folder's layout, then the distribution's own library folder.
     const QString built = besideProgram(QStringLiteral("lib/vesk/plugins"));
@@ -71,6 +76,16 @@ QString HostFolders::decoderProgram()
     return QFileInfo::exists(built)
         ? built
         : besideProgram(QStringLiteral(VESK_LIBEXEC_INSTALL_DIR)) + QStringLiteral("/vesk-decoder");
+}
+
+QString HostFolders::cache()
+{
+    // As the XDG base directory specification has it.
+    const QString named = qEnvironmentVariable("XDG_CACHE_HOME");
+    if (QDir::isAbsolutePath(named))
+        return QDir::cleanPath(named + QStringLiteral("/vesk"));
+    const QString home = qEnvironmentVariable("HOME");
+    return isHome(home) ? QDir::cleanPath(home + QStringLiteral("/.cache/vesk")) : QString();
 }
 
 QStringList HostFolders::translations()

@@ -25,6 +25,9 @@ PluginFiles pluginsIn(const QStringList &folders);
 QString pluginProgram();
 /// The program that decodes one stream.
 QString decoderProgram();
+/// Where this user's programs keep what can be made again; empty if there is no place for it. It
+/// may not exist.
+QString cache();
 /// Folders with translation catalogues.
 QStringList translations();
 /// The folder with the content browser's page; empty when it is not installed.

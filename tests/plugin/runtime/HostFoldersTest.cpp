@@ -55,6 +55,21 @@ TEST(HostFolders, WithoutAHomeThereIsNoFolderOfTheUsers)
     }
 }
 
+TEST(HostFolders, TheCacheIsTheUsers)
+{
+    {
+        const Variable cache("XDG_CACHE_HOME", "/var/cache/somebody/");
+        EXPECT_EQ(HostFolders::cache(), QStringLiteral("/var/cache/somebody/vesk"));
+    }
+    for (const char *none : {"", "relative"}) {
+        const Variable cache("XDG_CACHE_HOME", none);
+        const Variable home("HOME", "/home/somebody");
+        EXPECT_EQ(HostFolders::cache(), QStringLiteral("/home/somebody/.cache/vesk"));
+        const Variable noHome("HOME", "/");
+        EXPECT_EQ(HostFolders::cache(), QString());
+    }
+}
+
 TEST(HostFolders, TheFirstPluginOfANameCounts)
 {
     const QTemporaryDir folder;
