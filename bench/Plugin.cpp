@@ -7,12 +7,14 @@
 #include "api/values/VeskValuePaths.h"
 #include "api/web/HttpClient.h"
 #include "bench/Answers.h"
+#include "modules/tunein/TuneInClock.h"
 #include "tests/support/ScriptedServer.h"
 
 #include <QAtomicInt>
 #include <QCoreApplication>
 #include <QEventLoop>
 
+#include <atomic>
 #include <cstdio>
 #include <unistd.h>
 
@@ -22,6 +24,8 @@ namespace {
 constexpr int LongScreen = 1800;
 /// The same for stations with the required entries only.
 constexpr int LongestScreen = 10000;
+/// The plug-ins of one process request the names of the genres once in ten seconds.
+constexpr qint64 GenrePauseMs = 60'000;
 
 ScriptedServer::Response serve(const ScriptedServer::Request &request)
 {
@@ -33,6 +37,8 @@ ScriptedServer::Response serve(const ScriptedServer::Request &request)
         response.body = genresAnswer();
     else if (request.target.contains("id=g2"))
         response.body = shortStationsAnswer(LongestScreen, QByteArray::number(++exchanges));
+    else if (request.target.contains("id=g3"))
+        response.body = longAnswer.left(longAnswer.size() - 9); // damaged: it ends too soon
     else
         response.body = request.target.contains("id=g1") ? longAnswer : rootAnswer();
     return response;
@@ -97,6 +103,10 @@ QByteArray Surroundings::rootUrl() const
 
 PluginOnThread::PluginOnThread()
 {
+    // This plug-in requests them, too, however shortly before another one did.
+    static std::atomic<qint64> now {0};
+    now += GenrePauseMs;
+    TuneInClock::instance().monotonicMs = [] { return now.load(); };
     m_thread = std::make_unique<WorkerThread>([] {
         QVariantHash config {{VeskService_Id(), QStringLiteral("tunein")}};
         return static_cast<CMTuneInWorker *>(worker_create("tunein", &config));

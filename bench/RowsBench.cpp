@@ -5,15 +5,12 @@
 #include "bench/Answers.h"
 #include "bench/Plugin.h"
 #include "modules/tunein/TuneInBrowseNode.h"
-#include "modules/tunein/TuneInClock.h"
 
 #include <benchmark/benchmark.h>
 
 #include <ctime>
 
 namespace {
-
-constexpr qint64 GenrePause = 60'000;
 
 /// The CPU time of the calling thread in milliseconds.
 double threadMilliseconds()
@@ -28,17 +25,15 @@ double threadMilliseconds()
 /// the worker's thread, and "us_per_row".
 void measureRows(benchmark::State &state, const QByteArray &answer, int asked)
 {
-    // Lets each plug-in request the names of the genres, which it does once in a while only.
-    static qint64 now = 0;
-    now += GenrePause;
-    TuneInClock::instance().monotonicMs = [] { return now; };
-
     const int count = static_cast<int>(state.range(0));
     VeskError error;
     const VeskTuneInResponse response(VeskJson::parse(answer, error).toHash());
     PluginOnThread plugin;
-    auto *node = static_cast<TuneInBrowseNode *>(
-        plugin.worker()->nodes()->find(CMPath::fromEncoded(QStringLiteral("TuneIn:browse"))));
+    TuneInBrowseNode *node = nullptr;
+    plugin.call([&] {
+        node = static_cast<TuneInBrowseNode *>(
+            plugin.worker()->nodes()->find(CMPath::fromEncoded(QStringLiteral("TuneIn:browse"))));
+    });
     const CMGetRowsRequest request(
         CMPath::fromEncoded(QStringLiteral("TuneIn:browse/uri/Browse.ashx?id=g1")), pageRoles(), 0,
         asked - 1, CMReply<QVariant>(std::make_shared<CMReplyData<QVariant>>()));

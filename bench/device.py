@@ -91,14 +91,16 @@ def cpu_seconds(pid):
 
 
 class Vesk:
-    name = "vesk-host, 3 services"
-
-    def __init__(self, build, folder, directory):
-        plugins = [option for file in sorted((build / "lib/vesk/plugins").glob("*.so")) for option in ("--plugin", file)]
+    def __init__(self, build, folder, directory, services="*"):
+        files = sorted((build / "lib/vesk/plugins").glob(f"libvesk_cb_{services}.so"))
+        self.name = f"vesk-host, services: {len(files)}"
+        plugins = [option for file in files for option in ("--plugin", file)]
         self.command = [
             build / "bin/vesk-host", "--listen", "127.0.0.1:0", "--state-dir", folder / "vesk", "--audio", "null", "--log-level", "error", *plugins,
             "--connect-to", "opml.radiotime.com:80:" + directory.split("/")[2], "--set", "network:connected=true",
-            "--set", "settings:tunein/partnerId=local", "--set", "settings:radiobrowser/server=http://127.0.0.1:1"]
+            "--set", "settings:tunein/partnerId=local"]
+        if len(files) > 1:
+            self.command += ["--set", "settings:radiobrowser/server=http://127.0.0.1:1"]
         self._address = None
 
     def wait_ready(self, process):
