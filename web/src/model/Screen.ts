@@ -16,6 +16,8 @@ export const maxPages = 20;
 const maxRunning = 2;
 /** Milliseconds to wait for further changes before a reload. */
 const settleTime = 40;
+/** Milliseconds within which a view is drawn. */
+export const drawTime = 200;
 /** After so many interruptions of the service in a row, a screen is no longer reloaded automatically. */
 export const maxInterruptions = 3;
 
@@ -89,6 +91,12 @@ export class Screen {
 
     get keptPages(): number {
         return this.#pages.size;
+    }
+
+    /** Enters ahead of the view that is about to be drawn, and leaves it to that. */
+    expect(): void {
+        this.enter();
+        setTimeout(() => this.leave(), drawTime);
     }
 
     /** Subscribes to changes and reloads. Paired with leave(); calls nest. */

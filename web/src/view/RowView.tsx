@@ -8,12 +8,11 @@ import { changesFavorites, isFavorite, toldFavorite } from "../model/favorites";
 import { activate, asRpcError, closeSheets, isMenu, openMenu, sheets } from "../model/menu";
 import { announce } from "../model/notices";
 import { open } from "../model/navigation";
-import { patience } from "../model/Screen";
+import { patience, screenAt, type Screen } from "../model/Screen";
 import { withParam } from "../model/path";
 import { asked, isPlayed, play, player, PlayState } from "../model/player";
 import { hasLibrary } from "../model/presets";
 import { RowType, type Row } from "../model/rows";
-import type { Screen } from "../model/Screen";
 import { Artwork } from "./Artwork";
 import { Icon, type Shape } from "./icons";
 import { ValueControl } from "./ValueControl";
@@ -103,9 +102,9 @@ function Container({ row, index, isActive, inMenu }: Props & { row: Row }) {
                     return;
                 event.preventDefault();
                 if (inMenu)
-                    openMenu(row.path, row.title);
-                else
-                    open(row.path, row.title, index);
+                    return openMenu(row.path, row.title);
+                screenAt(row.path).expect();
+                open(row.path, row.title, index);
             }}
         >
             {!inMenu && <Artwork icon={row.icon} fallback={fallbackOf(row)} />}

@@ -30,7 +30,8 @@ export const screenTitle = signal("");
 /** The screen at \a path, entered while the component is mounted. */
 export function useScreen(path: Path): Screen {
     const screen = useMemo(() => screenAt(path), [path]);
-    useEffect(() => {
+    // Not once the empty screen was painted, so that its rows are asked for a frame earlier.
+    useLayoutEffect(() => {
         shown.add(screen);
         screen.enter();
         return () => {

@@ -10,7 +10,7 @@ import { readRow, type RowsAnswer } from "../../src/model/rows";
 import { RpcError } from "../../src/rpc/Connection";
 import { Clock } from "./clock";
 
-const { healTimes, maxInterruptions, maxPages, pageSize, Screen } = await import("../../src/model/Screen");
+const { drawTime, healTimes, maxInterruptions, maxPages, pageSize, Screen } = await import("../../src/model/Screen");
 
 /** Answers when it is told to. */
 class Reader {
@@ -266,4 +266,23 @@ test("a screen that is left takes its questions back and asks anew when it is en
     await reader.settle();
     assert.equal(screen.count.value, 1000);
     screen.leave();
+});
+
+test("a screen is read once while its view is being drawn, and given up if there is none", (context) => {
+    const clock = new Clock(context);
+    const reader = new Reader();
+    const screen = new Screen("A:b", reader.read);
+    screen.expect();
+    assert.equal(reader.asked.length, 1);
+    screen.enter();
+    assert.equal(reader.asked.length, 1);
+    clock.tick(drawTime);
+    assert.equal(reader.aborted, 0);
+    screen.leave();
+    assert.equal(reader.aborted, 1);
+
+    screen.expect();
+    assert.equal(reader.asked.length, 2);
+    clock.tick(drawTime);
+    assert.equal(reader.aborted, 2);
 });
