@@ -52,6 +52,19 @@ bool isQueued(const QObject *sender, const QObject *receiver, Qt::ConnectionType
         || (kind == Qt::AutoConnection && sender->thread() != receiver->thread());
 }
 
+/// Why Qt cannot queue a parameter of \a signal that is no pointer; null when it can.
+const char *obstacle(const QMetaMethod &signal, int parameter)
+{
+    if (signal.parameterType(parameter) == QMetaType::UnknownType)
+        return "is no registered meta-type";
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    // Qt 5 registers only what can be copied, Qt 6 every complete type by itself.
+    if (!signal.parameterMetaType(parameter).isCopyConstructible())
+        return "cannot be copied";
+#endif
+    return nullptr;
+}
+
 } // namespace
 
 void veskAssertionFailed(const char *condition, const char *file, int line)
@@ -90,11 +103,12 @@ bool verifyConnectionSignalParameters(const QObject *sender, const QMetaMethod &
     bool ok = true;
     const QList<QByteArray> names = signal.parameterTypes();
     for (int i = 0; i < names.size(); ++i) {
-        if (names.at(i).endsWith('*') || signal.parameterType(i) != QMetaType::UnknownType)
+        const char *const reason = names.at(i).endsWith('*') ? nullptr : obstacle(signal, i);
+        if (!reason)
             continue;
         VESK_ERROR("Cannot queue signal " << sender->metaObject()->className()
                                           << "::" << signal.methodSignature() << ": parameter type "
-                                          << names.at(i) << " is no registered meta-type");
+                                          << names.at(i) << ' ' << reason);
         ok = false;
     }
     return ok;

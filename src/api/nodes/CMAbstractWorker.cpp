@@ -4,6 +4,7 @@
 #include "api/nodes/CMAbstractWorker.h"
 
 #include "api/values/VeskRoles.h"
+#include "api/values/variants.h"
 
 #include <utility>
 
@@ -34,6 +35,6 @@ QVariant CMAbstractWorker::getValue(const CMPath &path)
     request(CMGetDataRequest(path, {VeskRoles::Value()}, CMReply<QVariant>(answer)));
     if (!answer->waitForFinished(GetValueMilliseconds) || !answer->error().isEmpty())
         return QVariant();
-    const QVariantList values = answer->value().toList();
+    const QVariantList values = veskListIn(answer->value());
     return values.isEmpty() ? QVariant() : values.first();
 }

@@ -6,6 +6,7 @@
 #include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
 #include "api/values/VeskRowsRoles.h"
+#include "api/values/variants.h"
 
 #include <algorithm>
 
@@ -33,7 +34,7 @@ QVariantList rowOf(const QVariantList &answered, const CMPath &path, const VeskR
     values.reserve(roles.size());
     for (int i = 0; i < roles.size(); ++i) {
         QVariant value = given.contains(roles.at(i)) ? given.value(roles.at(i)) : answered.value(i);
-        if (value.isNull() && roles.at(i) == VeskRoles::Path())
+        if (veskIsNull(value) && roles.at(i) == VeskRoles::Path())
             value = path.toEncoded();
         values.append(value);
     }
@@ -203,7 +204,7 @@ void CMListRowsNode::collect(
         ask(CMGetDataRequest(path, roles, CMReply<QVariant>(answer)));
         answer->whenFinished(this, [collector, answer, index, path, given = row.given, roles] {
             const QVariantList values
-                = answer->error().isEmpty() ? answer->value().toList() : QVariantList();
+                = answer->error().isEmpty() ? veskListIn(answer->value()) : QVariantList();
             collector->set(index, rowOf(values, path, given, roles));
             collector->handOnWhenComplete();
         });

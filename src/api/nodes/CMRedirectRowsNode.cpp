@@ -4,6 +4,7 @@
 #include "api/nodes/CMRedirectRowsNode.h"
 
 #include "api/nodes/CMRootWorker.h"
+#include "api/values/variants.h"
 
 CMRedirectRowsNode::CMRedirectRowsNode(const CMPath &path, const CMPath &target)
     : CMContainerNode(path)
@@ -65,7 +66,7 @@ bool CMRedirectRowsNode::getDataRequest(const CMGetDataRequest &request)
             reply.setError(error);
             return;
         }
-        const QVariantList targets = error.isEmpty() ? answer->value().toList() : QVariantList();
+        const QVariantList targets = error.isEmpty() ? veskListIn(answer->value()) : QVariantList();
         for (int i = 0; i < places.size(); ++i)
             values[places.at(i)] = targets.value(i);
         reply.setValue(values);

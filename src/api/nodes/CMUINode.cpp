@@ -5,6 +5,7 @@
 
 #include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRoleTable.h"
+#include "api/values/variants.h"
 
 #include <algorithm>
 
@@ -63,7 +64,7 @@ VeskRoles CMUINode::getDataRoles(const QStringList &roles, const Params &params)
         if (role == VeskRoles::Path())
             continue;
         const QVariant value = getRoleData(role, params);
-        if (!value.isNull())
+        if (!veskIsNull(value))
             values.insert(role, value);
     }
     values.insert(VeskRoles::Path(), opened(params).toEncoded());

@@ -3,6 +3,8 @@
 
 #include "api/values/VeskRowsRoles.h"
 
+#include "api/values/variants.h"
+
 namespace {
 
 namespace keys {
@@ -26,7 +28,7 @@ bool VeskRowsRoles::isWithoutRows() const
 
 QVariantList VeskRowsRoles::rows() const
 {
-    return value(keys::rows()).toList();
+    return veskListIn(value(keys::rows()));
 }
 
 VeskRoles VeskRowsRoles::roles() const

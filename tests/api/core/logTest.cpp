@@ -35,11 +35,13 @@ QVariantHash hash(std::initializer_list<std::pair<QString, QVariant>> entries)
     return result;
 }
 
-struct Unprintable { };
-
 struct Printable { };
 
 } // namespace
+
+/// In no unnamed namespace, which Qt 6 takes for a part of the type's name.
+struct Unprintable { };
+
 Q_DECLARE_METATYPE(Unprintable)
 Q_DECLARE_METATYPE(Printable)
 

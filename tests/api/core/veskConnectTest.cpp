@@ -12,7 +12,14 @@
 
 namespace {
 
-struct Unregistered { };
+/// Never defined: Qt 6 registers every other type by itself.
+struct Unregistered;
+
+struct Uncopyable {
+    Uncopyable() = default;
+    Uncopyable(const Uncopyable &) = delete;
+    Uncopyable &operator=(const Uncopyable &) = delete;
+};
 
 struct Declared { };
 
@@ -26,6 +33,7 @@ Q_SIGNALS:
     void plain(int number, const QString &text);
     void pointer(Unregistered *value);
     void unregistered(int number, const Unregistered &value);
+    void uncopyable(const Uncopyable &value);
     void declared(const Declared &value);
 };
 
@@ -97,6 +105,14 @@ TEST_F(ConnectionParameters, MustBeRegisteredToBeQueuedOnOneThread)
     EXPECT_FALSE(check(unregisteredSignal, here, Qt::QueuedConnection));
     EXPECT_FALSE(check(
         unregisteredSignal, here, Qt::ConnectionType(Qt::QueuedConnection | Qt::UniqueConnection)));
+}
+
+TEST_F(ConnectionParameters, MustBeCopyableToBeQueued)
+{
+    const QMetaMethod uncopyable = QMetaMethod::fromSignal(&Talker::uncopyable);
+    EXPECT_FALSE(check(uncopyable, there(), Qt::AutoConnection));
+    EXPECT_FALSE(check(uncopyable, here, Qt::QueuedConnection));
+    EXPECT_TRUE(check(uncopyable, here, Qt::AutoConnection));
 }
 
 TEST_F(ConnectionParameters, MayBeAnythingInACallThatIsNotQueued)

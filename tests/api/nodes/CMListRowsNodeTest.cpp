@@ -209,6 +209,19 @@ TEST(CMListRowsNode, AFailedRowHasNullsExceptForItsPath)
     }
 }
 
+TEST(CMListRowsNode, ANullTextIsNoPathOfARow)
+{
+    ScriptWorker worker(QStringLiteral("W"));
+    CMListRowsNode *list = CMListRowsNode::create(worker.nodes(), path("W:list"));
+    ScriptNode::create(worker.nodes(), path("W:a"), [](const CMRequest &request) {
+        request.reply().setValue(QVariantList {text("a"), QString()});
+        return true;
+    });
+    list->rowsAppend(path("W:a"));
+    EXPECT_EQ(paths(getRows(worker, path("W:list"), titleAndPath, 0, 0).rows()),
+        QStringList {QStringLiteral("W:a")});
+}
+
 TEST(CMListRowsNode, AsksRowsOfAnotherWorkerWithoutWaiting)
 {
     CMRootWorker root;

@@ -114,6 +114,18 @@ TEST(CMRedirectRowsNode, KeepsItsOwnValuesWhenTheTargetFails)
     EXPECT_EQ(getRows(worker, path("W:x"), roles, 0, 9).errorName(), CMError::NoNodeName());
 }
 
+TEST(CMRedirectRowsNode, TakesNoValuesFromWhatIsNoList)
+{
+    ScriptWorker worker(QStringLiteral("W"));
+    ScriptNode::create(worker.nodes(), path("W:odd"), [](const CMRequest &request) {
+        request.reply().setValue(QStringLiteral("no list"));
+        return true;
+    });
+    CMRedirectRowsNode::create(worker.nodes(), path("W:x"), path("W:odd"));
+    EXPECT_EQ(getData(worker, path("W:x"), roles).list(),
+        (QVariantList {QVariant(), QVariant(), QStringLiteral("W:x")}));
+}
+
 TEST(CMRedirectRowsNode, EndsACircleWithAnError)
 {
     CMRootWorker root;

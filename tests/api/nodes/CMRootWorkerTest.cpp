@@ -72,6 +72,17 @@ TEST(CMRootWorker, RoutesByPrefix)
     EXPECT_EQ(root.prefixes(), (QStringList {QStringLiteral("A"), QStringLiteral("B")}));
 }
 
+TEST(CMRootWorker, AnAnswerThatIsNoListHasNoValue)
+{
+    CMRootWorker root;
+    ScriptWorker worker(QStringLiteral("W"));
+    ScriptNode::create(worker.nodes(), path("W:odd"), [](const CMRequest &request) {
+        request.reply().setValue(QStringLiteral("no list"));
+        return true;
+    });
+    EXPECT_FALSE(root.getValue(path("W:odd")).isValid());
+}
+
 TEST(CMRootWorker, AWorkerMayHaveSeveralPrefixes)
 {
     CMRootWorker root;

@@ -22,6 +22,14 @@ QVariantList ask(CMNode &node, const CMPath &to, const QStringList &roles)
     return answer.list();
 }
 
+/// A node of others, which has null texts for what it does not have.
+class NullTextNode : public CMUINode {
+public:
+    using CMUINode::CMUINode;
+
+    QVariant getRoleData(const QString &, const Params &) override { return QString(); }
+};
+
 VeskMediaData mediaData()
 {
     VeskMetaData metaData;
@@ -96,6 +104,8 @@ TEST(CMUINode, CollectsItsRolesWithoutNulls)
     EXPECT_EQ(all.title(), text("Title"));
     EXPECT_EQ(all.path(), path("W:x?own=1"));
     EXPECT_EQ(node.getDataRoles({}, {}).size(), 1);
+    EXPECT_EQ(NullTextNode(path("W:x")).getDataRoles(CMAllRoles(), {}).toHash(),
+        (QVariantHash {{VeskRoles::Path(), QStringLiteral("W:x")}}));
 }
 
 TEST(CMUINode, AnswersWhetherItIsDisabledAndNotifiesSubscribers)

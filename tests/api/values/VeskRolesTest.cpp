@@ -164,3 +164,9 @@ TEST(VeskRowsRoles, KeepsRowsCountAndRoles)
     EXPECT_EQ(answer.rows(), rows);
     EXPECT_EQ(answer.roles(), screen);
 }
+
+TEST(VeskRowsRoles, HasNoRowsWhereThereIsNoList)
+{
+    const VeskRowsRoles answer(QVariantHash {{QStringLiteral("rows"), QStringLiteral("no list")}});
+    EXPECT_TRUE(answer.rows().isEmpty());
+}

@@ -18,7 +18,8 @@
 
 TEST(RadioBrowserPluginTest, ExportsItsEntryAndNothingElse)
 {
-    FILE *pipe = popen("nm -D --defined-only --format=posix '" RADIOBROWSER_PLUGIN "'", "r");
+    FILE *pipe
+        = popen("nm -D --defined-only --extern-only --format=posix '" RADIOBROWSER_PLUGIN "'", "r");
     ASSERT_NE(pipe, nullptr);
     QByteArray output;
     std::array<char, 4096> buffer;

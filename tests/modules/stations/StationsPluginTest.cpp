@@ -18,7 +18,8 @@
 
 TEST(StationsPluginTest, ExportsItsEntryAndNothingElse)
 {
-    FILE *pipe = popen("nm -D --defined-only --format=posix '" STATIONS_PLUGIN "'", "r");
+    FILE *pipe
+        = popen("nm -D --defined-only --extern-only --format=posix '" STATIONS_PLUGIN "'", "r");
     ASSERT_NE(pipe, nullptr);
     QByteArray output;
     std::array<char, 4096> buffer;

@@ -7,6 +7,7 @@
 #include "api/web/VeskJson.h"
 
 #include <QChar>
+#include <QString>
 
 #include <cmath>
 #include <string_view>
@@ -247,7 +248,8 @@ private:
         if (!good)
             return false;
         const QByteArray number = m_data.mid(m_at, size);
-        if (std::isinf(number.toDouble()))
+        // QByteArray::toDouble() is 0 for these with Qt 6.
+        if (std::isinf(QString::fromLatin1(number).toDouble()))
             return fail("number out of range");
         m_out += whole > 0 ? number.left(point).constData() : sign ? "-0" : "0";
         if (fraction >= 0)
