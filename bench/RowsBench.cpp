@@ -77,6 +77,12 @@ void shortRows(benchmark::State &state)
 
 BENCHMARK(rows)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(pageOfRows)->Arg(2000)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(shortRows)->Arg(100)->Arg(10000)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(shortRows)
+    ->Arg(100)
+    ->Arg(1000)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 } // namespace
