@@ -24,11 +24,12 @@ inline bool veskIsNull(const QVariant &value)
     }
 }
 
-/// The list of values or of texts that \a value is; empty if it is none. Qt 6's QVariant::toList()
-/// takes a text for a list of its characters.
+/// The list that \a value is, or that its own type converts it to; empty if it is none. Qt 6's
+/// QVariant::toList() takes a text for a list of its characters.
 inline QVariantList veskListIn(const QVariant &value)
 {
     const int type = value.userType();
-    const bool isList = type == QMetaType::QVariantList || type == QMetaType::QStringList;
+    const bool isList = type == QMetaType::QVariantList || type == QMetaType::QStringList
+        || type >= QMetaType::User;
     return isList ? value.toList() : QVariantList();
 }
