@@ -20,6 +20,7 @@
 
 #include <memory>
 #include <optional>
+#include <set>
 
 namespace {
 
@@ -368,8 +369,9 @@ TEST_F(LibraryTest, AnyClientReadsTheScreensAndIsToldOfChanges)
     EXPECT_EQ(titles("host:recents"), "b:1 a:1");
     EXPECT_EQ(titles("host:recents?service=a"), "a:1");
     QCoreApplication::processEvents();
-    EXPECT_THAT(changes,
-        testing::UnorderedElementsAre("host:recents rowsReset", "host:recents?service=a rowsReset",
+    // Twice each, or once where the first one was still to be delivered when the second one came.
+    EXPECT_THAT(std::set<std::string>(changes.begin(), changes.end()),
+        testing::UnorderedElementsAre(
             "host:recents rowsReset", "host:recents?service=a rowsReset"));
     changes.clear();
     EXPECT_EQ(addFavorite("a:1"), "");
