@@ -5,6 +5,7 @@
 
 #include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
+#include "api/values/variants.h"
 #include "host/player/PlayerText.h"
 
 #include <cstdlib>
@@ -28,9 +29,9 @@ CMError noRowError()
 VeskRoles rolesOf(const QVariant &row)
 {
     VeskRoles roles;
-    const QVariantList values = row.toList();
+    const QVariantList values = veskListIn(row);
     for (int i = 0; i < values.size() && i < VeskRoles::all().size(); ++i) {
-        if (!values.at(i).isNull())
+        if (!veskIsNull(values.at(i)))
             roles.insert(VeskRoles::all().at(i), values.at(i));
     }
     return roles;
@@ -43,7 +44,7 @@ int nearest(const QVariantList &rows, const CMPath &path, int wanted)
     int found = -1;
     for (int i = 0; i < rows.size(); ++i) {
         const bool nearer = found < 0 || std::abs(i - wanted) < std::abs(found - wanted);
-        if (nearer && CMPath::fromVariant(rows.at(i).toList().value(role)) == path)
+        if (nearer && CMPath::fromVariant(veskListIn(rows.at(i)).value(role)) == path)
             found = i;
     }
     return found;

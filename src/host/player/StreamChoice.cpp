@@ -5,6 +5,7 @@
 
 #include "api/core/ThreadCheck.h"
 #include "api/nodes/CMRootWorker.h"
+#include "api/values/variants.h"
 
 #include <QHash>
 #include <QSet>
@@ -20,9 +21,9 @@ QList<VeskRoles> rowsOf(const QVariant &answer, const QStringList &roles)
     const QVariantList list = VeskRowsRoles(answer.toHash()).rows();
     for (const QVariant &values : list) {
         VeskRoles row;
-        const QVariantList each = values.toList();
+        const QVariantList each = veskListIn(values);
         for (int i = 0; i < roles.size() && i < each.size(); ++i) {
-            if (!each.at(i).isNull())
+            if (!veskIsNull(each.at(i)))
                 row.insert(roles.at(i), each.at(i));
         }
         rows.append(row);

@@ -7,6 +7,7 @@
 #include "api/core/TrString.h"
 #include "api/core/log.h"
 #include "api/values/VeskRoles.h"
+#include "api/values/variants.h"
 
 #include <algorithm>
 
@@ -73,7 +74,7 @@ void AddressGate::offerRows(const QStringList &roles, const QVariantList &rows, 
     VESK_ASSERT_OWN_THREAD();
     const int path = roles.indexOf(VeskRoles::Path());
     for (const QVariant &row : rows) {
-        const QVariantList values = row.toList();
+        const QVariantList values = veskListIn(row);
         if (path >= 0)
             offer(CMPath::fromVariant(values.value(path)), peer);
         offerData(roles, values, peer);

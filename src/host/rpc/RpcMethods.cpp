@@ -5,6 +5,7 @@
 
 #include "api/values/VeskRoles.h"
 #include "api/values/VeskRowsRoles.h"
+#include "api/values/variants.h"
 #include "host/rpc/AddressGate.h"
 #include "host/rpc/RpcParams.h"
 #include "host/rpc/ServiceFaults.h"
@@ -73,7 +74,7 @@ QVariantHash RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) c
     const QVariantList rows = answer.rows();
     if (iconRole >= 0) {
         for (const QVariant &row : rows)
-            seeIcon(row.toList().value(iconRole));
+            seeIcon(veskListIn(row).value(iconRole));
     }
     seeIcon(answer.roles().value(VeskRoles::Icon()));
     return {{QStringLiteral("rowsCount"), answer.rowsCount()}, {QStringLiteral("rows"), rows},
@@ -82,7 +83,7 @@ QVariantHash RpcMethods::rowsResult(const VeskRowsRoles &answer, int iconRole) c
 
 QVariant RpcMethods::dataResult(const QVariant &value, int iconRole) const
 {
-    const QVariantList values = value.toList();
+    const QVariantList values = veskListIn(value);
     seeIcon(values.value(iconRole));
     return QVariantHash {{QStringLiteral("values"), values}};
 }
@@ -134,7 +135,7 @@ void RpcMethods::getData(const JsonRpcCallPtr &call)
         },
         [this, roles, peer = QPointer<MessagePeer>(call->peer())](const QVariant &value) {
             if (m_gate)
-                m_gate->offerData(roles, value.toList(), peer);
+                m_gate->offerData(roles, veskListIn(value), peer);
             return dataResult(value, roles.indexOf(VeskRoles::Icon()));
         });
 }
