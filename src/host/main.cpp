@@ -10,15 +10,13 @@
 #include "host/HostConfinement.h"
 #include "host/TerminationSignals.h"
 #include "host/Watchdog.h"
+#include "host/player/StreamFormats.h"
 #include "host/store/StateVersion.h"
-#include "media/NeededPlugins.h"
 #include "plugin/runtime/Descriptors.h"
-#include "plugin/runtime/HostFolders.h"
 #include "plugin/runtime/Logging.h"
 #include "plugin/runtime/Memory.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 
 #include <log4cplus/initializer.h>
@@ -39,15 +37,6 @@ int complain(int status, const QString &text)
 {
     std::cerr << "vesk-host: " << text.simplified().toStdString() << std::endl;
     return status;
-}
-
-/// False if GStreamer is left to look at all of its plug-ins.
-bool chooseGStreamerPlugins()
-{
-    const QString cache = HostFolders::cache();
-    return !cache.isEmpty()
-        && useNeededPluginsOnly(
-            QFile::encodeName(cache + QStringLiteral("/gstreamer")).toStdString());
 }
 
 /// Opens the log's file anew, and takes over what can change of the configuration.
@@ -103,7 +92,7 @@ int main(int argc, char **argv)
     // GLib would ask NetworkManager otherwise, by calls that wait for a system bus that hangs, and
     // over a connection that ends the process with the bus.
     qputenv("GIO_USE_NETWORK_MONITOR", "netlink");
-    const bool hasChosenPlugins = chooseGStreamerPlugins();
+    const bool hasChosenPlugins = useRadioPluginsOnly();
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN); // a file that may grow no more is an error of its write
     const log4cplus::Initializer logging;

@@ -5,7 +5,10 @@
 
 #include "media/Decoders.h"
 #include "media/GstHandles.h"
+#include "media/NeededPlugins.h"
+#include "plugin/runtime/HostFolders.h"
 
+#include <QFile>
 #include <QStringList>
 
 namespace {
@@ -35,6 +38,14 @@ bool unpacks(const char *caps)
 }
 
 } // namespace
+
+bool useRadioPluginsOnly()
+{
+    const QString cache = HostFolders::cache();
+    return !cache.isEmpty()
+        && useNeededPluginsOnly(
+            QFile::encodeName(cache + QStringLiteral("/gstreamer")).toStdString());
+}
 
 QString decodableFormats()
 {
