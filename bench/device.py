@@ -22,7 +22,7 @@ import tempfile
 import time
 import urllib.request
 
-from resume import address_of, wait_for
+from resume import address_of, local_directory, wait_for
 
 SETTLE_SECONDS = 10
 PERIOD_US = 100_000
@@ -224,9 +224,7 @@ def main():
     clock = max(float(mhz) for mhz in re.findall(r"^cpu MHz\s*: ([\d.]+)", pathlib.Path("/proc/cpuinfo").read_text(), re.M)) / 1000
     with contextlib.ExitStack() as stack:
         folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
-        directory = subprocess.Popen([build / "bin/tunein-directory", "--listen", "127.0.0.1:0"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        stack.callback(directory.terminate)
-        address = address_of(directory)
+        address = stack.enter_context(local_directory(build))
         quota = Quota(min(1, given.ghz / clock))
         stack.callback(quota.leave)
         print(f"processor 0 of {clock:.2f} GHz, {100 * min(1, given.ghz / clock):.0f} % of it", flush=True)

@@ -15,7 +15,7 @@ import tempfile
 import time
 
 from device import Vesk, megabytes
-from resume import address_of, wait_for
+from resume import local_directory, wait_for
 
 SAMPLE_SECONDS = 30
 SWITCH_SECONDS = 600
@@ -34,10 +34,7 @@ def main():
     with contextlib.ExitStack() as stack:
         folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
         output = stack.enter_context(file.open("w", encoding="ascii"))
-        directory = subprocess.Popen([build / "bin/tunein-directory", "--listen", "127.0.0.1:0"], stdout=subprocess.PIPE,
-                                     stderr=subprocess.DEVNULL, text=True)
-        stack.callback(directory.terminate)
-        host = Vesk(build, folder, address_of(directory), "tunein")
+        host = Vesk(build, folder, stack.enter_context(local_directory(build)), "tunein")
         process = subprocess.Popen(list(map(str, host.command)), stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         stack.callback(process.terminate)
         host.wait_ready(process)

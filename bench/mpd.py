@@ -17,7 +17,7 @@ import tempfile
 import time
 
 from device import Vesk, megabytes, mpd, tree
-from resume import address_of
+from resume import local_directory
 
 SETTLE_SECONDS = 15
 #: The host's spare decoder, for a switch of stations, is gone after a minute.
@@ -73,10 +73,7 @@ def main():
     starts = int(sys.argv[2]) if len(sys.argv) > 2 else 15
     with contextlib.ExitStack() as stack:
         folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
-        directory = subprocess.Popen([build / "bin/tunein-directory", "--listen", "127.0.0.1:0"], stdout=subprocess.PIPE,
-                                     stderr=subprocess.DEVNULL, text=True)
-        stack.callback(directory.terminate)
-        address = address_of(directory)
+        address = stack.enter_context(local_directory(build))
         ours, theirs = Vesk(build, folder, address, "tunein"), mpd(folder)
         times = ready([ours, theirs], starts)
         *figures, uri = measure(ours, None)

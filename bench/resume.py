@@ -52,6 +52,17 @@ def address_of(process):
     return address.group()
 
 
+@contextlib.contextmanager
+def local_directory(build):
+    """The address of a local directory that runs meanwhile."""
+    with subprocess.Popen([build / "bin/tunein-directory", "--listen", "127.0.0.1:0"], stdout=subprocess.PIPE,
+                          stderr=subprocess.DEVNULL, text=True) as process:
+        try:
+            yield address_of(process)
+        finally:
+            process.terminate()
+
+
 class Vesk:
     name = "vesk-host"
 
@@ -147,10 +158,7 @@ def main():
     rounds = int(sys.argv[2]) if len(sys.argv) > 2 else 11
     with contextlib.ExitStack() as stack:
         folder = pathlib.Path(stack.enter_context(tempfile.TemporaryDirectory()))
-        directory = subprocess.Popen([build / "bin/tunein-directory", "--listen", "127.0.0.1:0"], stdout=subprocess.PIPE,
-                                     stderr=subprocess.DEVNULL, text=True)
-        stack.callback(directory.terminate)
-        address = address_of(directory)
+        address = stack.enter_context(local_directory(build))
         vesk, mpd = Vesk(build, folder, address), Mpd(folder)
         vesk.start()
         stack.callback(vesk.kill)

@@ -120,7 +120,7 @@ int main(int argc, char **argv)
     for (const QString &line : notConfined)
         VESK_INFO(line);
     if (!hasChosenPlugins)
-        VESK_INFO("There is no cache folder: GStreamer loads the registry of all of its plug-ins.");
+        VESK_INFO("GStreamer looks at all of its plug-ins: a cache folder has no links to some.");
     if (options.configFile.isEmpty() && QFileInfo::exists(machineHostConfigFile()))
         VESK_WARN(machineHostConfigFile() << " is left out: this user may not read it.");
     if (!options.caFile.isEmpty() && !HttpClient::setCaFile(options.caFile)) {

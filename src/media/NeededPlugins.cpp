@@ -50,15 +50,19 @@ bool useNeededPluginsOnly(const fs::path &folder)
 {
     if (isDecided())
         return true;
+    const fs::path installed = VESK_GSTREAMER_PLUGINS;
     const fs::path links = folder / "plugins";
     std::error_code error;
+    // On a machine that has them elsewhere the links would lead nowhere.
+    if (!fs::exists(installed / "libgstcoreelements.so", error))
+        return false;
     fs::create_directories(links, error);
     if (error)
         return false;
     fs::permissions(folder, fs::perms::owner_all, error);
     for (const char *name : Needed) {
         const std::string file = std::string("libgst") + name + ".so";
-        if (!makeLink(links / file, fs::path(VESK_GSTREAMER_PLUGINS) / file))
+        if (!makeLink(links / file, installed / file))
             return false;
     }
     ::setenv(SystemPath, links.c_str(), 1);

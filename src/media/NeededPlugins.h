@@ -11,6 +11,7 @@
 /// milliseconds of its start.
 ///
 /// Does nothing if the environment says already where plug-ins or their registry are. False, and
-/// GStreamer knows of all that are installed, if \a folder cannot be made. Before
-/// startGStreamer(), while no other thread reads the environment.
+/// GStreamer knows of all that are installed, if \a folder cannot be made or they are not where
+/// they were when this was built. Before startGStreamer(), while no other thread reads the
+/// environment.
 bool useNeededPluginsOnly(const std::filesystem::path &folder);
