@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import type { ComponentChildren } from "preact";
-import { useEffect, useRef } from "preact/hooks";
+import { useEffect, useLayoutEffect, useRef } from "preact/hooks";
 
 import { arrival } from "../model/navigation";
 import { screenTitle } from "./ScreenView";
@@ -13,7 +13,7 @@ export function OwnScreen({ title, children }: { title: string; children: Compon
     useEffect(() => {
         screenTitle.value = title;
     }, [title]);
-    useEffect(() => {
+    useLayoutEffect(() => {
         if (arrival.value === "forward")
             heading.current?.focus({ preventScroll: true });
     }, []);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Vesk authors
 // SPDX-License-Identifier: Apache-2.0
 
-import { useEffect, useState } from "preact/hooks";
+import { useEffect, useLayoutEffect, useState } from "preact/hooks";
 
 import { language, t } from "../i18n/i18n";
 import { nextAlarm, ringing } from "../model/alarms";
@@ -96,7 +96,7 @@ export function QuietView() {
     const isDim = useDim();
     const [isKeptOn, setKeptOn] = useState(true);
     useEffect(() => keepScreenOn(setKeptOn), []);
-    useEffect(() => {
+    useLayoutEffect(() => {
         document.addEventListener("keydown", leaveByKey, { capture: true });
         return () => document.removeEventListener("keydown", leaveByKey, { capture: true });
     }, []);

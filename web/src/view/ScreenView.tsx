@@ -107,7 +107,7 @@ export function ScreenView({ path }: { path: Path }) {
     useEffect(() => {
         screenTitle.value = title;
     }, [title]);
-    useEffect(() => {
+    useLayoutEffect(() => {
         if (arrival.value === "forward")
             heading.current?.focus({ preventScroll: true });
     }, []);

@@ -49,7 +49,7 @@ export function SearchView({ text }: { text: string }) {
     useEffect(() => {
         screenTitle.value = title;
     }, [title]);
-    useEffect(() => {
+    useLayoutEffect(() => {
         if (arrival.value === "forward")
             heading.current?.focus({ preventScroll: true });
     }, []);
