@@ -215,8 +215,10 @@ test("a device that was removed leaves for the pairing page, and says why", asyn
     await page.goto(`${proxy.url}#TuneIn:browse/uri/Browse.ashx?c=local`);
     await page.locator("button.audio").first().waitFor();
     // A connection that breaks off comes back, and the page stays.
+    proxy.isUp = false;
     proxy.breakOff();
     await expectEventually(() => page.evaluate(() => document.documentElement.classList.contains("is-lost")), "the loss");
+    proxy.isUp = true;
     await expectEventually(() => page.evaluate(() => !document.documentElement.classList.contains("is-lost")), "the host again");
     isForgotten = true;
     proxy.isRefusing = true;

@@ -9,7 +9,7 @@ import { tmpdir } from "node:os";
 import { join } from "node:path";
 
 const startTime = 60_000;
-const patience = 10_000;
+const patience = 30_000;
 /** WebDriver's name of the member that identifies an element. */
 const elementKey = "element-6066-11e4-a52e-4f735466cecf";
 
