@@ -14,8 +14,18 @@ const groups = {
 
 const here = dirname(fileURLToPath(import.meta.url));
 const asked = process.argv.length > 2 ? process.argv.slice(2) : Object.keys(groups);
+/** What is told at the end, where it is found: the reporter's own summary of each file that failed. */
+const failures = [];
 for (const name of asked.flatMap((each) => groups[each] ?? [each])) {
-    const { status } = spawnSync(process.execPath, [join(here, `${name}.test.mjs`)], { stdio: "inherit" });
+    const { status, stdout } = spawnSync(
+        process.execPath, ["--test-reporter=spec", join(here, `${name}.test.mjs`)],
+        { stdio: ["inherit", "pipe", "inherit"], encoding: "utf8", maxBuffer: Infinity });
+    const [course, failing] = stdout.split("✖ failing tests:");
+    console.log(`${name}\n${course.trimEnd()}`);
     if (status !== 0)
-        process.exitCode = 1;
+        failures.push(`${name}.test.mjs failed:${failing ?? " it ended early"}`);
+}
+for (const failure of failures) {
+    console.error(failure);
+    process.exitCode = 1;
 }
