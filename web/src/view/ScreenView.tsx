@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: Apache-2.0
 
 import { signal } from "@preact/signals";
+import type { RefObject } from "preact";
 import { useEffect, useLayoutEffect, useMemo, useRef } from "preact/hooks";
 
 import { t, tn } from "../i18n/i18n";
@@ -26,6 +27,19 @@ import { ShareButton } from "./ShareButton";
 
 /** Title of the current screen; empty until it is known. */
 export const screenTitle = signal("");
+
+/** The heading of a screen with this title; who comes by going forward finds the focus there before anything is painted. */
+export function useHeading(title: string): RefObject<HTMLHeadingElement | null> {
+    const heading = useRef<HTMLHeadingElement>(null);
+    useEffect(() => {
+        screenTitle.value = title;
+    }, [title]);
+    useLayoutEffect(() => {
+        if (arrival.value === "forward")
+            heading.current?.focus({ preventScroll: true });
+    }, []);
+    return heading;
+}
 
 /** The screen at \a path, entered while the component is mounted. */
 export function useScreen(path: Path): Screen {
@@ -93,7 +107,6 @@ function titleOf(screen: Screen): string {
 
 export function ScreenView({ path }: { path: Path }) {
     const screen = useScreen(path);
-    const heading = useRef<HTMLHeadingElement>(null);
     screen.version.value;
     const count = screen.count.value;
     const rows = count === null ? 0 : new Layout(count, 1, screen.shapes).shown;
@@ -103,14 +116,8 @@ export function ScreenView({ path }: { path: Path }) {
     const isSettings = path === settingsPath;
     const isCounted = rows > 0 && empty === null && path !== homePath.value && !isFlow(screen);
     const { scroll, row } = restore.value;
+    const heading = useHeading(title);
 
-    useEffect(() => {
-        screenTitle.value = title;
-    }, [title]);
-    useLayoutEffect(() => {
-        if (arrival.value === "forward")
-            heading.current?.focus({ preventScroll: true });
-    }, []);
     const isThere = count !== null;
     useLayoutEffect(() => {
         if (isThere && arrival.value === "back")

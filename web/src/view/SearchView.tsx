@@ -9,7 +9,7 @@ import { withParam } from "../model/path";
 import { loadSearches, searches, searchFor, services, type Query, type Searches } from "../model/services";
 import { moveAmong } from "./focus";
 import { GroupFrame, RowsGroup } from "./RowsGroup";
-import { screenTitle } from "./ScreenView";
+import { useHeading } from "./ScreenView";
 import { ShareButton } from "./ShareButton";
 import { errorText } from "./words";
 
@@ -39,20 +39,13 @@ function titleOf({ searches: { service, queries }, query }: Group): string {
  * those that are awaited at the end, so that nothing that is there already moves.
  */
 export function SearchView({ text }: { text: string }) {
-    const heading = useRef<HTMLHeadingElement>(null);
     const list = useRef<HTMLDivElement>(null);
     const [come, setCome] = useState<readonly string[]>([]);
     const groups = groupsOf(searches.value);
     const title = t("Results for “%1”", text);
+    const heading = useHeading(title);
     const { scroll } = restore.value;
 
-    useEffect(() => {
-        screenTitle.value = title;
-    }, [title]);
-    useLayoutEffect(() => {
-        if (arrival.value === "forward")
-            heading.current?.focus({ preventScroll: true });
-    }, []);
     useLayoutEffect(() => {
         if (arrival.value !== "back")
             return;
