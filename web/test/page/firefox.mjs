@@ -8,8 +8,9 @@ import net from "node:net";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 
+import { patience } from "./support.mjs";
+
 const startTime = 60_000;
-const patience = 30_000;
 /** WebDriver's name of the member that identifies an element. */
 const elementKey = "element-6066-11e4-a52e-4f735466cecf";
 

@@ -80,7 +80,7 @@ test("has a quiet view, which a key enters and leaves", async () => {
     await firefox.find(".quiet-station", (await product.call("player.state")).title);
     await firefox.press("Escape");
     await firefox.find("button.audio");
-    assert.notEqual((await product.call("player.state")).state, 3);
+    assert.ok([1, 2].includes((await product.call("player.state")).state), "plays, or reads on for a moment");
     await product.call("player.stop");
 });
 

@@ -91,7 +91,7 @@ test("is entered and left by keyboard", async () => {
         await page.keyboard.press(key);
         await page.locator("button.audio").first().waitFor();
         // The space bar does not pause what plays as well.
-        assert.notEqual((await product.call("player.state")).state, 3);
+        assert.ok([1, 2].includes((await product.call("player.state")).state), "plays, or reads on for a moment");
     }
     // In a field it is a letter.
     await page.getByRole("searchbox").fill("");

@@ -17,7 +17,7 @@ const here = dirname(fileURLToPath(import.meta.url));
 export const build = resolve(process.env.VESK_BUILD ?? join(here, "../../../build/dev"));
 const readyTime = 30_000;
 /** Milliseconds within which something happens on the busiest machine, if it ever does. */
-const patience = 30_000;
+export const patience = 30_000;
 /**
  * How many times slower the browser runs, for a search of tests that depend on speed. Each message between the page and its
  * host is then late, too, by up to that many times 100 milliseconds.
