@@ -21,7 +21,8 @@ if (process.env.VESK_TEST_NETWORK !== address) {
         console.log("skipped: no network of the test's own can be made here");
         process.exit(0);
     }
-    const { status } = spawnSync("unshare", ["-rn", "sh", "-c", network, "sh", process.execPath, ...process.execArgv, fileURLToPath(import.meta.url)],
+    const again = [process.execPath, ...process.execArgv, fileURLToPath(import.meta.url)];
+    const { status } = spawnSync("unshare", ["-rn", "sh", "-c", network, "sh", ...again],
         { stdio: "inherit", env: { ...process.env, VESK_TEST_NETWORK: address } });
     process.exit(status ?? 1);
 }
