@@ -61,8 +61,7 @@ FakeAvahi::FakeAvahi(int serverState)
         nullptr, nullptr, nullptr);
     if (!m_bus)
         throw std::runtime_error("the test's bus cannot be reached");
-    registerObject("/", ServerInterface);
-    registerObject(GroupPath, GroupInterface);
+    m_objects = {registerObject("/", ServerInterface), registerObject(GroupPath, GroupInterface)};
     g_autoptr(GVariant) owned
         = g_dbus_connection_call_sync(m_bus, "org.freedesktop.DBus", "/org/freedesktop/DBus",
             "org.freedesktop.DBus", "RequestName", g_variant_new("(su)", Name, 0U),
@@ -76,8 +75,10 @@ FakeAvahi::FakeAvahi(int serverState)
 
 FakeAvahi::~FakeAvahi()
 {
-    if (m_clientWatch != 0)
-        g_dbus_connection_signal_unsubscribe(m_bus, m_clientWatch);
+    forgetClient();
+    // A call that has arrived waits in the main loop, and closing does not take it out.
+    for (const guint object : m_objects)
+        g_dbus_connection_unregister_object(m_bus, object);
     for (const Call &call : std::as_const(m_waiting))
         g_object_unref(call.invocation);
     g_dbus_connection_close_sync(m_bus, nullptr, nullptr);
@@ -85,7 +86,7 @@ FakeAvahi::~FakeAvahi()
     g_dbus_node_info_unref(m_info);
 }
 
-void FakeAvahi::registerObject(const char *path, const char *interface)
+guint FakeAvahi::registerObject(const char *path, const char *interface)
 {
     static const GDBusInterfaceVTable table {
         [](GDBusConnection *, const char *, const char *, const char *, const char *method,
@@ -99,7 +100,7 @@ void FakeAvahi::registerObject(const char *path, const char *interface)
                 self->answer(call);
         },
         nullptr, nullptr, {}};
-    g_dbus_connection_register_object(m_bus, path,
+    return g_dbus_connection_register_object(m_bus, path,
         g_dbus_node_info_lookup_interface(m_info, interface), &table, this, nullptr, nullptr);
 }
 
@@ -127,6 +128,7 @@ void FakeAvahi::answer(const Call &call)
     if (call.method == "AddService")
         return addService(call);
     if (call.method == "EntryGroupNew") {
+        forgetClient();
         m_client = g_dbus_method_invocation_get_sender(call.invocation);
         m_clientWatch = g_dbus_connection_signal_subscribe(
             m_bus, "org.freedesktop.DBus", "org.freedesktop.DBus", "NameOwnerChanged",
@@ -184,6 +186,12 @@ void FakeAvahi::commit()
     if (!isTaken)
         m_published = m_added;
     sendGroupState(isTaken ? GroupCollision : Established);
+}
+
+void FakeAvahi::forgetClient()
+{
+    if (const guint watch = std::exchange(m_clientWatch, 0U))
+        g_dbus_connection_signal_unsubscribe(m_bus, watch);
 }
 
 void FakeAvahi::clientLeft()

@@ -7,6 +7,7 @@
 #include <QByteArrayList>
 #include <QVector>
 
+#include <array>
 #include <gio/gio.h>
 
 /// As much of the Avahi daemon as announcing a service needs, on the process's system bus, in the
@@ -62,14 +63,16 @@ private:
         GDBusMethodInvocation *invocation;
     };
 
-    void registerObject(const char *path, const char *interface);
+    guint registerObject(const char *path, const char *interface);
     void answer(const Call &call);
     void addService(const Call &call);
     void commit();
+    void forgetClient();
     void clientLeft();
 
     GDBusConnection *m_bus = nullptr;
     GDBusNodeInfo *m_info = nullptr;
+    std::array<guint, 2> m_objects {};
     guint m_clientWatch = 0;
     int m_serverState;
     bool m_isHanging = false;

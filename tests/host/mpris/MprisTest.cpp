@@ -92,11 +92,13 @@ public:
             static_cast<Client *>(self)->signals_.append(
                 QByteArray(signal) + " " + QByteArray(printed));
         };
-        g_dbus_connection_signal_subscribe(m_bus, nullptr, nullptr, nullptr, Path, nullptr,
-            G_DBUS_SIGNAL_FLAGS_NONE, heard, this, nullptr);
+        m_subscription = g_dbus_connection_signal_subscribe(m_bus, nullptr, nullptr, nullptr, Path,
+            nullptr, G_DBUS_SIGNAL_FLAGS_NONE, heard, this, nullptr);
     }
     ~Client()
     {
+        // A signal that has arrived waits in the main loop, and closing does not take it out.
+        g_dbus_connection_signal_unsubscribe(m_bus, m_subscription);
         g_dbus_connection_close_sync(m_bus, nullptr, nullptr);
         g_object_unref(m_bus);
     }
@@ -147,6 +149,7 @@ public:
 
 private:
     GDBusConnection *m_bus = nullptr;
+    guint m_subscription = 0;
     QByteArrayList signals_;
 };
 
