@@ -37,7 +37,7 @@ public:
     Result<HttpAccess, QString> forServer();
     /// Reads the certificate again, or makes another one when the host's own nears its end, and
     /// gives it to the server if it has changed. A certificate that cannot be used is logged, and
-    /// the earlier one stays. Called once a day from addTo() on.
+    /// the earlier one stays. Called once a day from addTo() on, too.
     void renewIdentity();
     /// Offers the server, which does not listen yet, what pairs devices, and adds the methods.
     void addTo(HttpServer *server, JsonRpcDispatcher *dispatcher);

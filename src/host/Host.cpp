@@ -389,6 +389,13 @@ void Host::reconfigure(const HostOptions &options)
         m_config->reconfigure(options);
 }
 
+void Host::renewIdentity()
+{
+    VESK_ASSERT_OWN_THREAD();
+    if (m_access && !m_stopping)
+        m_access->renewIdentity();
+}
+
 void Host::stop()
 {
     VESK_ASSERT_OWN_THREAD();

@@ -64,6 +64,8 @@ public:
     /// Takes over of \a options, which were read again, what can change while the host runs; the
     /// log tells what did and what cannot.
     void reconfigure(const HostOptions &options);
+    /// The same as DeviceAccess::renewIdentity().
+    void renewIdentity();
     /// Brings everything down, then emits stopped(). May be called at any time after start().
     void stop();
 

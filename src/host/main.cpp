@@ -39,10 +39,12 @@ int complain(int status, const QString &text)
     return status;
 }
 
-/// Opens the log's file anew, and takes over what can change of the configuration.
+/// Opens the log's file anew, reads the certificate again, and takes over what can change of the
+/// configuration.
 void readAgain(Host &host, const QStringList &arguments)
 {
     reopenLog();
+    host.renewIdentity();
     if (const auto commandLine = parseHostCommandLine(arguments))
         host.reconfigure(*commandLine);
     else

@@ -6,6 +6,7 @@
 #include "api/web/VeskJson.h"
 #include "ctl/RpcClient.h"
 #include "tests/support/SmallDisk.h"
+#include "tests/support/TestAuthority.h"
 #include "tests/support/Text.h"
 #include "tests/support/WorkerThread.h"
 
@@ -217,6 +218,37 @@ TEST_F(HostKeeping, SighupReadsTheConfigurationAgain)
     ASSERT_EQ(answer.kind, RpcAnswer::Result);
     EXPECT_THAT(VeskJson::write(answer.result).toStdString(),
         HasSubstr(R"("key":"settings:player/volume","line":4,"origin":"file","value":50)"));
+    host->terminate();
+    EXPECT_EQ(host->waitForEnd(), 0);
+}
+
+TEST_F(HostKeeping, SighupTakesARenewedCertificate)
+{
+    TestAuthority authority("Test");
+    const auto first = authority.issue("radio.example");
+    const auto renewed = authority.renew(first, "radio.example");
+    const QString certificate = m_folder.filePath(text("cert.pem"));
+    const auto install = [&certificate](const TestAuthority::Certificate &files) {
+        QFile file(certificate);
+        return file.open(QIODevice::WriteOnly)
+            && file.write(contentOf(QString::fromLocal8Bit(files.certificateFile))) > 0;
+    };
+    ASSERT_TRUE(install(first));
+    const auto host = start({text("--listen"), text("127.0.0.1:0"), text("--cert"), certificate,
+        text("--key"), QString::fromLocal8Bit(first.keyFile)});
+    ASSERT_TRUE(host->isReady());
+    const auto fingerprint = [&host] {
+        return RpcClient(host->url())
+            .call(text("access.info"), {})
+            .result.toHash()[text("fingerprint")]
+            .toString();
+    };
+    const QString former = fingerprint();
+    ASSERT_FALSE(former.isEmpty());
+    ASSERT_TRUE(install(renewed));
+    EXPECT_EQ(fingerprint(), former);
+    host->signal(SIGHUP);
+    EXPECT_TRUE(spinUntil([&] { return fingerprint() != former; }));
     host->terminate();
     EXPECT_EQ(host->waitForEnd(), 0);
 }
