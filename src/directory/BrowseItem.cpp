@@ -42,7 +42,8 @@ std::int64_t dayOf(const std::string &text, std::int64_t fallback)
     if (number < 0)
         return fallback;
     std::tm parts {};
-    parts.tm_year = number / 10000 - 1900;
+    // Where time_t has 32 bits, it ends in 2038; later is as good as without an end.
+    parts.tm_year = std::min(number / 10000, 2037) - 1900;
     parts.tm_mon = number / 100 % 100 - 1;
     parts.tm_mday = number % 100;
     if (parts.tm_year < 70 || parts.tm_mon < 0 || parts.tm_mon > 11 || parts.tm_mday < 1
