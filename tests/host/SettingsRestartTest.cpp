@@ -24,6 +24,11 @@ using testing::Not;
 
 const char PartnerId[] = "settings:tunein/partnerId";
 
+/// Milliseconds. Changes settle for 300: those that the host may have got further apart, because
+/// the machine stood still, say nothing about changes that come close together.
+constexpr qint64 ShorterThanSettling = 200;
+constexpr int MaxRounds = 20;
+
 class SettingsRestart : public testing::Test {
 protected:
     SettingsRestart()
@@ -125,29 +130,55 @@ TEST_F(SettingsRestart, RequestsAfterAChangeAreAnsweredWithIt)
 
 TEST_F(SettingsRestart, ABurstOfChangesIsOneRestart)
 {
-    const std::string before = get("Reading:instance");
-    for (int i = 0; i < 10; ++i) {
-        ASSERT_EQ(set(PartnerId, QStringLiteral("id%1").arg(i)).kind, RpcAnswer::Result);
-        wait(20);
+    const auto restarts
+        = [this] { return m_host.newErrors().count("a setting that it has read has changed"); };
+    bool isBurst = false;
+    for (int round = 0; round < MaxRounds && !isBurst; ++round) {
+        const std::string before = get("Reading:instance");
+        const int restartsBefore = restarts();
+        isBurst = true;
+        QElapsedTimer clock;
+        clock.start();
+        qint64 previous = 0;
+        for (int i = 0; i < 10; ++i) {
+            const qint64 sent = clock.elapsed();
+            ASSERT_EQ(set(PartnerId, QStringLiteral("id%1 %2").arg(i).arg(round)).kind,
+                RpcAnswer::Result);
+            isBurst = isBurst && clock.elapsed() - previous < ShorterThanSettling;
+            previous = sent;
+            wait(20);
+        }
+        const std::string after = get("Reading:instance");
+        EXPECT_NE(after, before);
+        EXPECT_EQ(get("Reading:kept"), "id9 " + std::to_string(round));
+        wait(700); // more than the time in which changes settle
+        EXPECT_EQ(get("Reading:instance"), after);
+        if (isBurst) {
+            EXPECT_EQ(restarts(), restartsBefore + 1);
+        }
     }
-    const std::string after = get("Reading:instance");
-    EXPECT_NE(after, before);
-    EXPECT_EQ(get("Reading:kept"), "id9");
-    wait(700); // more than the time in which changes settle
-    EXPECT_EQ(get("Reading:instance"), after);
+    EXPECT_TRUE(isBurst) << "the machine stood still in each of them";
     m_host.terminate();
     EXPECT_EQ(m_host.waitForEnd(), 0);
-    EXPECT_EQ(m_host.errors().count("a setting that it has read has changed"), 1);
 }
 
 TEST_F(SettingsRestart, AChangeThatIsUndoneRestartsNothing)
 {
-    const std::string before = get("Reading:instance");
-    ASSERT_EQ(set(PartnerId, QStringLiteral("abc")).kind, RpcAnswer::Result);
-    ASSERT_EQ(set(PartnerId, QString()).kind, RpcAnswer::Result);
-    EXPECT_EQ(get("Reading:instance"), before);
-    wait(700);
-    EXPECT_EQ(get("Reading:instance"), before);
+    bool isAtOnce = false;
+    for (int round = 0; round < MaxRounds && !isAtOnce; ++round) {
+        const std::string before = get("Reading:instance");
+        QElapsedTimer clock;
+        clock.start();
+        ASSERT_EQ(set(PartnerId, QStringLiteral("abc")).kind, RpcAnswer::Result);
+        ASSERT_EQ(set(PartnerId, QString()).kind, RpcAnswer::Result);
+        isAtOnce = clock.elapsed() < ShorterThanSettling;
+        if (!isAtOnce)
+            continue;
+        EXPECT_EQ(get("Reading:instance"), before);
+        wait(700);
+        EXPECT_EQ(get("Reading:instance"), before);
+    }
+    EXPECT_TRUE(isAtOnce) << "the machine stood still in each of them";
 }
 
 TEST_F(SettingsRestart, SettingsThatAreReadWithEachRequestOrSubscribedToRestartNothing)
@@ -211,8 +242,8 @@ TEST_F(SettingsRestart, RequestsUnderWayAreAnswered)
 TEST_F(SettingsRestart, AChangeUnderWayIsFinishedFirst)
 {
     get("Reading:kept");
-    auto writing = setMeanwhile("Reading:kept?ms=1500");
-    wait(300);
+    auto writing = setMeanwhile("Reading:kept?ms=6000");
+    wait(1500);
     QElapsedTimer clock;
     clock.start();
     ASSERT_EQ(set(PartnerId, QStringLiteral("abc")).kind, RpcAnswer::Result);
@@ -238,7 +269,7 @@ TEST_F(SettingsRestart, APlugInThatFailsWithOneSettingIsLoadedWithAnother)
     ASSERT_EQ(set(PartnerId, QStringLiteral("wrong")).kind, RpcAnswer::Result);
     EXPECT_THAT(get("Reading:kept"), HasSubstr("error: "));
     ASSERT_EQ(set(PartnerId, QStringLiteral("right")).kind, RpcAnswer::Result);
-    EXPECT_EQ(getUntil("Reading:kept", "right", 3000), "right");
+    EXPECT_EQ(getUntil("Reading:kept", "right", 20000), "right");
     ASSERT_EQ(set(PartnerId, QStringLiteral("other")).kind, RpcAnswer::Result);
     EXPECT_EQ(get("Reading:kept"), "other");
 }
@@ -289,13 +320,13 @@ TEST_F(SettingsRestartDeath, AChangeEndsTheWaitForTheNextTry)
     QElapsedTimer clock;
     clock.start();
     std::string log;
-    while (log.find("starting again in 8000 ms") == std::string::npos && clock.elapsed() < 60000) {
+    while (log.find("starting again in 16000 ms") == std::string::npos && clock.elapsed() < 60000) {
         wait(50);
         log = m_host.newErrors().toStdString();
     }
-    ASSERT_THAT(log, HasSubstr("starting again in 8000 ms"));
+    ASSERT_THAT(log, HasSubstr("starting again in 16000 ms"));
     ASSERT_EQ(set(PartnerId, QStringLiteral("fine")).kind, RpcAnswer::Result);
-    EXPECT_EQ(getUntil("Reading:kept", "fine", 4000), "fine");
+    EXPECT_EQ(getUntil("Reading:kept", "fine", 11000), "fine");
 }
 
 } // namespace

@@ -53,6 +53,7 @@ TEST_F(HlsStreamTest, ADeadVariantIsReplacedAtTheStart)
 
 TEST_F(HlsStreamTest, AVariantThatSaysNothingIsLeftForTheNext)
 {
+    times.entry = Milliseconds(300);
     times.http.connect = Milliseconds(60000);
     times.giveUp = Milliseconds(5000);
     serveMaster();
@@ -175,6 +176,7 @@ TEST_F(HlsStreamTest, AStationThatWasAwayForLongIsJoinedWhereItIsNow)
 
 TEST_F(HlsStreamTest, AnEmptyPlaylistIsAProblemInWords)
 {
+    times.giveUp = Milliseconds(5000);
     serve("/live.m3u8", file("#EXTM3U\n#EXT-X-TARGETDURATION:10\n"));
     serve("/ended.m3u8", file("#EXTM3U\n#EXT-X-TARGETDURATION:10\n#EXT-X-ENDLIST\n"));
     for (const char *path : {"/live.m3u8", "/ended.m3u8"}) {

@@ -153,16 +153,22 @@ TEST(StreamDecoderTest, TakesInLargePiecesWhatThereIsPlentyOf)
 
 TEST(StreamDecoderTest, IsAbortedAtOnceWhileThereIsPlenty)
 {
-    Listener listener;
-    listener.ahead = StreamConsumer::Plenty;
-    StreamDecoder decoder({}, listener.callbacks());
-    EXPECT_TRUE(pushAll(decoder, recordedTone("lamemp3enc", 440, 2)));
-    EXPECT_TRUE(spinUntil([&] { return listener.frames > 0; }));
-    QElapsedTimer clock;
-    clock.start();
-    decoder.abort();
-    EXPECT_TRUE(decoder.finish());
-    EXPECT_LT(clock.elapsed(), 200);
+    const QByteArray stream = recordedTone("lamemp3enc", 440, 2);
+    // A machine that stands still delays some rounds, what waits for its time all of them.
+    qint64 shortest = INT_MAX;
+    for (int round = 0; round < 5 && shortest >= 200; ++round) {
+        Listener listener;
+        listener.ahead = StreamConsumer::Plenty;
+        StreamDecoder decoder({}, listener.callbacks());
+        EXPECT_TRUE(pushAll(decoder, stream));
+        EXPECT_TRUE(spinUntil([&] { return listener.frames > 0; }));
+        QElapsedTimer clock;
+        clock.start();
+        decoder.abort();
+        EXPECT_TRUE(decoder.finish());
+        shortest = std::min(shortest, clock.elapsed());
+    }
+    EXPECT_LT(shortest, 200);
 }
 
 TEST(StreamDecoderTest, JoinsAStreamInTheMiddleOfAFrame)

@@ -24,8 +24,9 @@ namespace {
 using Response = ScriptedServer::Response;
 using End = ScriptedServer::End;
 
-/// Milliseconds; generous for a busy machine: a wait for a thread would take seconds.
-constexpr int LongestTurn = 700;
+/// Milliseconds; generous for a busy machine, and less than the shortest wait for a thread that
+/// hangs, SoundOutput::LeaveTime.
+constexpr int LongestTurn = 2500;
 
 /// Measures the longest time for which the calling thread's event loop was blocked.
 class LoopWatch {

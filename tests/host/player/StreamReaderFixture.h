@@ -139,11 +139,10 @@ protected:
     StreamReaderFixture()
         : server([this](const ScriptedServer::Request &request) { return answer(request); })
     {
-        times.http.silence = Milliseconds(500);
-        times.http.connect = Milliseconds(1000);
-        times.giveUp = Milliseconds(1500);
+        // Longer than any machine stands still, and than each wait below. Tests of what happens
+        // when one of them is over set it.
+        times.http.silence = times.http.connect = times.giveUp = times.entry = Milliseconds(30000);
         times.lastTry = Milliseconds(300);
-        times.entry = Milliseconds(300);
     }
     ~StreamReaderFixture() override { reader.reset(); }
 

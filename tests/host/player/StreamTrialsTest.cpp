@@ -129,11 +129,11 @@ protected:
     {
         return spinUntil([&] { return tried() == text(names); });
     }
-    /// Whether the player gets no more calls for 400 ms, longer than each of the times set above.
-    bool triesNoMore()
+    /// Whether the player gets no more calls for so long: longer than each of the times set above.
+    bool triesNoMore(int milliseconds = 400)
     {
         const int before = player.calls.size();
-        return !spinUntil([&] { return player.calls.size() > before; }, 400);
+        return !spinUntil([&] { return player.calls.size() > before; }, milliseconds);
     }
 
     ChoiceNode *wizard;
@@ -144,6 +144,7 @@ const char *const goingOn = "Trying another stream ...";
 
 TEST_F(StreamTrialsTest, TriesTheOthersByBitRateAndTheServicesOwnChoiceLast)
 {
+    logic.setTimes({60000, 60000, 60000, 20});
     begin();
     EXPECT_EQ(shown("problem"), QString());
     for (const char *names : {"after c", "after c d", "after c d a", "after c d a b"}) {
@@ -168,6 +169,7 @@ TEST_F(StreamTrialsTest, TriesTheOthersByBitRateAndTheServicesOwnChoiceLast)
 
 TEST_F(StreamTrialsTest, WhenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
 {
+    logic.setTimes({60000, 60000, 60000, 20});
     begin();
     refuse("The first.");
     for (const char *names : {"after c", "after c d", "after c d a", "after c d a b"}) {
@@ -185,6 +187,7 @@ TEST_F(StreamTrialsTest, WhenNoStreamIsHeardTheFailureOfTheFirstIsReportedOnce)
 
 TEST_F(StreamTrialsTest, AStreamWithTroubleMayTryAgainForAMoment)
 {
+    logic.setTimes({40, 60000, 60000, 20});
     begin();
     trouble();
     EXPECT_EQ(shown("problem"), text("Trying again in 1 s."));
@@ -198,15 +201,17 @@ TEST_F(StreamTrialsTest, AStreamWithTroubleMayTryAgainForAMoment)
 
 TEST_F(StreamTrialsTest, ASilentStreamIsLeftByItself)
 {
+    logic.setTimes({60000, 3500, 60000, 20});
     begin();
     EXPECT_TRUE(triesInTheEnd("after c"));
     EXPECT_TRUE(triesInTheEnd("after c d"));
     sound(true);
-    EXPECT_TRUE(triesNoMore());
+    EXPECT_TRUE(triesNoMore(4000));
 }
 
 TEST_F(StreamTrialsTest, TheFirstStreamThatWasLeftIsTheLastResort)
 {
+    logic.setTimes({40, 60000, 60000, 20});
     begin();
     trouble();
     for (const char *names : {"after c", "after c d", "after c d a", "after c d a b"}) {
@@ -246,6 +251,7 @@ TEST_F(StreamTrialsTest, WithoutAChoiceThereIsNothingElse)
 
 TEST_F(StreamTrialsTest, RowsOfOtherItemsAreNoStreams)
 {
+    logic.setTimes({60000, 60000, 60000, 20});
     VeskRoles other = stream("x", 320000);
     VeskMediaData media = other.mediaData();
     VeskMetaData meta = media.metaData();
@@ -272,6 +278,7 @@ TEST_F(StreamTrialsTest, AStreamThatWasChosenByHandIsTheOnlyOneUntilItIsHeard)
 
 TEST_F(StreamTrialsTest, AStationThatIsLostIsLookedForInAllItsStreams)
 {
+    logic.setTimes({60000, 60000, 3500, 20});
     begin();
     sound(true);
     sound(false);
@@ -287,13 +294,14 @@ TEST_F(StreamTrialsTest, AStationThatIsLostIsLookedForInAllItsStreams)
     // The next round follows after a pause.
     EXPECT_TRUE(triesInTheEnd("after c d a b after"));
     sound(true);
-    EXPECT_TRUE(triesNoMore());
+    EXPECT_TRUE(triesNoMore(4000));
     EXPECT_EQ(posts(), text("2 1 2"));
     EXPECT_EQ(choice->asked, 1);
 }
 
 TEST_F(StreamTrialsTest, AListThatWasAwayWithTheStationIsAskedForAgain)
 {
+    logic.setTimes({60000, 60000, 2000, 20});
     const QList<VeskRoles> streams = choice->rows;
     choice->rows.clear();
     begin();
@@ -344,12 +352,13 @@ TEST_F(StreamTrialsTest, AStopEndsTheTrials)
 
 TEST_F(StreamTrialsTest, APauseWhileAStreamIsLookedForIsKept)
 {
+    logic.setTimes({60000, 60000, 2000, 20});
     begin();
     sound(true);
     sound(false);
     ASSERT_TRUE(triesInTheEnd("after c"));
     EXPECT_TRUE(logic.pause().isEmpty());
-    EXPECT_TRUE(triesNoMore());
+    EXPECT_TRUE(triesNoMore(3000));
     EXPECT_EQ(state(), Paused);
     EXPECT_TRUE(logic.resume().isEmpty());
     EXPECT_EQ(player.calls.last(), text("resume"));
@@ -359,6 +368,7 @@ TEST_F(StreamTrialsTest, APauseWhileAStreamIsLookedForIsKept)
 
 TEST_F(StreamTrialsTest, AfterAPauseAStreamThatHadFailedIsBegunAnew)
 {
+    logic.setTimes({60000, 60000, 2000, 20});
     begin();
     sound(true);
     sound(false);
@@ -373,6 +383,7 @@ TEST_F(StreamTrialsTest, AfterAPauseAStreamThatHadFailedIsBegunAnew)
 
 TEST_F(StreamTrialsTest, WhatWasChosenByHandIsTriedFirstTheNextTime)
 {
+    logic.setTimes({60000, 60000, 60000, 20});
     ChosenStreams chosen {QString()};
     logic.setChosenStreams(&chosen);
     play(0, "streams");
@@ -396,6 +407,7 @@ TEST_F(StreamTrialsTest, WhatWasChosenByHandIsTriedFirstTheNextTime)
 
 TEST_F(StreamTrialsTest, AChosenStreamThatIsListedNoMoreLeavesTheChoiceToTheService)
 {
+    logic.setTimes({60000, 60000, 60000, 20});
     ChosenStreams chosen {QString()};
     chosen.remember(worker.addPrefix(text("row")), worker.addPrefix(text("stream/z")));
     logic.setChosenStreams(&chosen);

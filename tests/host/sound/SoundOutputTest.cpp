@@ -125,6 +125,16 @@ protected:
     {
         spinUntil([] { return false; }, milliseconds);
     }
+    /// Until the last tenth of a second that was heard is at that level.
+    bool endsWith(double level, double tolerance) const
+    {
+        return spinUntil([&] {
+            const std::vector<float> heard = sink.left();
+            const auto isThere
+                = [&](float each) { return std::abs(double(each) - level) <= tolerance; };
+            return heard.size() > 4800 && std::all_of(heard.end() - 4800, heard.end(), isThere);
+        });
+    }
     /// The samples when the device has been released, so that all of them are there.
     std::vector<float> recorded()
     {
@@ -210,8 +220,7 @@ TEST_F(SoundOutputTest, TheVolumeIsCubic)
     ASSERT_TRUE(play.isHeard());
     for (const Row &row : rows) {
         sound->setVolume(row.volume, row.muted);
-        wait(400);
-        EXPECT_NEAR(sink.left().back(), 0.8 * row.amplitude, 0.001) << row.volume;
+        EXPECT_TRUE(endsWith(0.8 * row.amplitude, 0.001)) << row.volume;
     }
     play.output->close();
     EXPECT_LE(largestStep(recorded()), 0.8 * RampStep);
@@ -237,11 +246,9 @@ TEST_F(SoundOutputTest, AFadeIsEvenAndStays)
     sound->fade(1, 0, std::chrono::milliseconds(1000));
     wait(500);
     EXPECT_NEAR(sink.left().back(), 0.8 * 0.125, 0.08);
-    wait(1000);
-    EXPECT_EQ(sink.left().back(), 0);
+    EXPECT_TRUE(endsWith(0, 0));
     sound->fade(1, 1, std::chrono::milliseconds(0));
-    wait(300);
-    EXPECT_NEAR(sink.left().back(), 0.8, 1e-6);
+    EXPECT_TRUE(endsWith(0.8, 1e-6));
     play.output->close();
     EXPECT_LE(largestStep(recorded()), 0.8 * RampStep);
 }
@@ -426,7 +433,7 @@ TEST_F(SoundOutputTest, AnOutputThatDoesNotOpenLeavesTheOldOneAsItIs)
     EXPECT_EQ(result.error().sourceText(), QStringLiteral("The sound output does not work."));
     EXPECT_EQ(sound->spec().file, QString());
     const std::size_t size = sink.left().size();
-    EXPECT_TRUE(spinUntil([&] { return sink.left().size() > size + 9600; }, 1000));
+    EXPECT_TRUE(spinUntil([&] { return sink.left().size() > size + 9600; }));
     EXPECT_EQ(play.complaint, QString());
     play.output->close();
     const std::vector<float> heard = recorded();
@@ -444,14 +451,14 @@ TEST_F(SoundOutputTest, AnOutputThatHangsHoldsNothingUp)
     std::atomic<int> answers {0};
     sound->setOutput({AudioOutputSpec::Null, path("fifo")},
         [&answers](const Result<void, TrString> &) { ++answers; });
-    const auto grows = [this] {
+    const auto grows = [this](int milliseconds = 10000) {
         const std::size_t size = sink.left().size();
-        return spinUntil([&] { return sink.left().size() > size + 9600; }, 1000);
+        return spinUntil([&] { return sink.left().size() > size + 9600; }, milliseconds);
     };
     EXPECT_TRUE(grows());
     play.output->pause();
     wait(300);
-    EXPECT_FALSE(grows());
+    EXPECT_FALSE(grows(1000));
     play.output->resume();
     EXPECT_TRUE(grows());
     play.output->close();

@@ -47,17 +47,20 @@ public:
 
     void play() { gst_element_set_state(m_pipeline.get(), GST_STATE_PLAYING); }
     const SoundSink &sink() const { return m_sink; }
-    /// What was told within this time.
+    /// What was told within this time after the first, for which it waits.
     QStringList told(std::chrono::milliseconds time)
     {
         QStringList texts;
         const GstPtr<GstBus> bus(gst_element_get_bus(m_pipeline.get()));
-        const auto end = Clock::now() + time;
+        auto end = Clock::now() + 10s;
         while (Clock::now() < end) {
             GstMessage *message = gst_bus_timed_pop(bus.get(), 10 * GST_MSECOND);
             if (!message)
                 continue;
-            if (const auto health = sinkHealth(message))
+            const auto health = sinkHealth(message);
+            if (health && texts.isEmpty())
+                end = Clock::now() + time;
+            if (health)
                 texts.append(health->isEmpty() ? text("well") : health->toSourceString());
             gst_message_unref(message);
         }
@@ -92,6 +95,8 @@ TEST(SoundSinkTest, AFifoGetsItsFormatInRealTimeAndIsToldOnceWhatIsWrong)
     EXPECT_EQ(pipeline.told(1000ms), QStringList {nobody});
 
     files::Descriptor reader(::open(file.toUtf8().constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    // Holds five seconds: this thread may stand still.
+    ASSERT_GT(::fcntl(reader.number(), F_SETPIPE_SZ, 1 << 20), 0);
     std::string bytes;
     const auto begin = Clock::now();
     std::chrono::duration<double> time {};
@@ -104,7 +109,7 @@ TEST(SoundSinkTest, AFifoGetsItsFormatInRealTimeAndIsToldOnceWhatIsWrong)
             std::this_thread::sleep_for(5ms);
     }
     EXPECT_EQ(pipeline.told(100ms), QStringList {text("well")});
-    EXPECT_NEAR(static_cast<double>(bytes.size()) / 4 / 48000, 2, 0.3);
+    EXPECT_NEAR(static_cast<double>(bytes.size()) / 4 / 48000, time.count(), 0.3);
     // 1 kHz at 48 kHz in both channels: each sample is there again after 48 frames.
     const auto *samples = reinterpret_cast<const std::int16_t *>(bytes.data());
     int loudest = 0;
