@@ -211,6 +211,20 @@ protected:
     {
         return spinUntil([this] { return ended || !problem.isEmpty(); });
     }
+    /// Whether a reader that \a begin has brought to where it waits ends within this time, in one
+    /// of five tries: the machine may stand still during some of them.
+    bool stopsWithin(Milliseconds time, const std::function<void()> &begin)
+    {
+        for (int i = 0; i < 5; ++i) {
+            begin();
+            QElapsedTimer clock;
+            clock.start();
+            reader.reset();
+            if (clock.elapsed() < time.count())
+                return true;
+        }
+        return false;
+    }
     int requests(const QByteArray &path) const
     {
         return server.requestLines().count("GET " + path);
