@@ -147,11 +147,11 @@ TEST_F(WebSocketSessionTest, LogsDroppedClientsOnceASecond)
         return 0;
     });
     EXPECT_TRUE(becomesEmpty());
+    EXPECT_TRUE(spinUntil([&] { return !log.lines(QStringLiteral("WARN")).isEmpty(); }));
     // Qt's timers may be 5 % early.
     const auto seconds = static_cast<int>(clock.elapsed() / 950);
-    EXPECT_GE(log.lines(QStringLiteral("WARN")).size(), 1);
     // One line at once, then at most one in each second that the clients took.
-    EXPECT_LE(log.lines(QStringLiteral("WARN")).size(), qMin(1 + seconds, Clients - 1));
+    EXPECT_LE(log.lines(QStringLiteral("WARN")).size(), 1 + seconds);
 }
 
 TEST_F(WebSocketSessionTest, DropsAClientThatOnlySendsPings)

@@ -279,10 +279,11 @@ TEST_F(ScreenSnapshotsTest, AreDroppedWhenAValueChangesOrTheServiceIsWrittenTo)
 
 TEST_F(ScreenSnapshotsTest, ExpireAfterTheirLastUse)
 {
-    screens.setLifetimes({60000, 2000});
+    screens.setLifetimes({60000, 60000});
     read(0, 99, nullptr);
     read(0, 99, &peer);
     EXPECT_EQ(screens.count(), 2);
+    screens.setLifetimes({60000, 2000});
     EXPECT_TRUE(spinUntil([this] { return screens.count() == 1; }));
     read(100, 199, &peer);
     EXPECT_EQ(list->ranges.size(), 2);
