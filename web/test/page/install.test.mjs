@@ -168,8 +168,11 @@ test("a page that keeps coming back old is reloaded once", async () => {
         : route.fulfill({ contentType: "text/html", body: html.replace(/main-[^"]*\.js/, "main-OTHER.js") })));
     for (let i = 0; i < 3; ++i) {
         const looked = page.waitForRequest((request) => request.url() === proxy.url && !request.isNavigationRequest());
+        // The reload has happened before the connection breaks off again.
+        const loaded = i === 0 ? page.waitForEvent("load") : null;
         proxy.breakOff();
         await looked;
+        await loaded;
         await expectEventually(async () => (await isLost(page).catch(() => true)) === false, "the host again");
         await page.locator(".rows li [data-main]").first().waitFor();
     }

@@ -138,7 +138,7 @@ test("adds a favorite that another open page shows at once", async () => {
     await page.getByText(`${station} is a favorite now`).waitFor();
     await page.getByRole("dialog").waitFor({ state: "hidden" });
     const name = station.replace(/^[\d.]+ \| /, "").replace(/ \(.*\)$/, "");
-    await other.locator("button.audio", { hasText: name }).waitFor({ timeout: 3000 });
+    await other.locator("button.audio", { hasText: name }).waitFor();
 
     // Both pages show one player.
     await player(other).getByText("Playing").waitFor();
@@ -163,7 +163,7 @@ test("searches while somebody types", async () => {
     // One step back leaves the search, however much was typed.
     await page.goBack();
     await heading(page, "Most Popular");
-    assert.equal(await field.inputValue(), "");
+    await expectEventually(async () => (await field.inputValue()) === "", "an empty field");
 });
 
 test("links the account by a code", async () => {
@@ -222,6 +222,8 @@ test("a change of language is told of, and then all is quiet", async () => {
     const settle = async () => {
         for (let i = 0; i < 100; ++i)
             await product.call("getData", { path: "settings:ui/language", roles: ["value"] });
+        // What it has said has reached the browser, and that has told it, when this is answered.
+        await other.evaluate(async () => (await fetch("./")).text());
         return told;
     };
     await settle();

@@ -112,7 +112,7 @@ test("is entered and left by keyboard", async () => {
 
 test("goes with the time, moves each minute, and dims until it is touched", async () => {
     const page = await newPage(browser, product, tablet);
-    await page.clock.install({ time: new Date("2026-11-22T21:58:30") });
+    await page.clock.install({ time: new Date("2026-11-22T21:58:01") });
     await page.goto(`${product.url}#page:quiet`);
     await quiet(page).getByText("9:58 PM").waitFor();
     await quiet(page).getByText("Sunday, November 22").waitFor();
