@@ -107,16 +107,16 @@ function(vesk_test name)
     set(others)
     if(label)
         set(others TEST_FILTER "-${labelled}")
-        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
             TEST_LIST ${name}_LABELLED_TESTS TEST_FILTER "${labelled}"
             PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} LABELS ${label})
         add_dependencies(${label}_tests ${name})
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST ${others}
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60 ${others}
         PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES})
     if(arg_IN_PROCESS)
         list(JOIN arg_NOT_IN_PROCESS ":" without)
-        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+        gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
             TEST_PREFIX InProcess. TEST_LIST ${name}_IN_PROCESS_TESTS TEST_FILTER "-${without}"
             PROPERTIES TIMEOUT ${arg_TIMEOUT} ${arg_PROPERTIES} ENVIRONMENT VESK_TEST_IN_PROCESS=1)
     endif()

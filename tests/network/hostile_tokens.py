@@ -43,10 +43,13 @@ class Tokens(besieged.Siege):
         house.until(lambda: f"wrong token from {address}" in self.log(), "the log tells of guesses")
         # The paired device, at another address, does not wait; nor does it at the same one.
         for other in (None, address):
-            begin = time.monotonic()
-            self.paired(address=other).call("getRows", {"path": "host:services"})
+            took = []
+            for _ in range(3):  # the machine may stand still in one
+                begin = time.monotonic()
+                self.paired(address=other).call("getRows", {"path": "host:services"})
+                took.append(time.monotonic() - begin)
             # The next guess would wait for four.
-            self.assertLess(time.monotonic() - begin, 3)
+            self.assertLess(min(took), 3)
 
     def test_guesses_side_by_side_are_no_faster(self):
         """All that one address can have open at a time; the wait grows with each of them."""

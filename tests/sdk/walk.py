@@ -33,7 +33,7 @@ import termios
 import threading
 import traceback
 
-PATIENCE = 60
+PATIENCE = 400
 FILES = ("cpp", "cmake", "json", "make", "xml")
 
 

@@ -44,7 +44,7 @@ Footprint Footprint::of(qint64 pid)
 Footprint Footprint::settled(qint64 pid, const Footprint &before)
 {
     constexpr int PollMs = 25;
-    const QDeadlineTimer deadline(5000);
+    const QDeadlineTimer deadline(20000);
     Footprint now = of(pid);
     while (!deadline.hasExpired()
         && (now.threads > before.threads || now.descriptors > before.descriptors)) {
@@ -121,7 +121,19 @@ bool PlayFixture::isHeard() const
     QElapsedTimer clock;
     clock.start();
     while (QFileInfo(wav).size() < before + Second) {
-        if (clock.elapsed() > 3000)
+        if (clock.elapsed() > 20000)
+            return false;
+        QThread::msleep(PollMs);
+    }
+    return true;
+}
+
+bool PlayFixture::waitForSound(int seconds) const
+{
+    constexpr qint64 Second = 44100 * 2 * sizeof(qint16);
+    const QDeadlineTimer deadline(60000);
+    while (QFileInfo(wav).size() < seconds * Second) {
+        if (deadline.hasExpired())
             return false;
         QThread::msleep(PollMs);
     }
@@ -147,7 +159,7 @@ ear::Sound PlayFixture::heard() const
         QFile file(wav);
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         bytes = file.readAll();
-    } while (!isComplete(bytes) && clock.elapsed() < 3000);
+    } while (!isComplete(bytes) && clock.elapsed() < 20000);
     EXPECT_TRUE(isComplete(bytes));
     return ear::decoded(bytes.toStdString());
 }

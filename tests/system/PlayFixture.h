@@ -17,7 +17,7 @@ struct Footprint {
     int kilobytes = 0;
 
     static Footprint of(qint64 pid);
-    /// The same once there are no more threads and descriptors than \a before, or after five
+    /// The same once there are no more threads and descriptors than \a before, or after twenty
     /// seconds: closed connections take a moment to disappear.
     static Footprint settled(qint64 pid, const Footprint &before);
 };
@@ -44,8 +44,10 @@ protected:
     bool waitForState(int wanted, int milliseconds = 20000) const;
     void command(const char *method) const;
     Watched watch(int milliseconds) const;
-    /// Whether a second of sound is written within three seconds.
+    /// Whether a second of sound is written within twenty seconds.
     bool isHeard() const;
+    /// Waits until the file has so many seconds of sound.
+    bool waitForSound(int seconds) const;
     /// The sound in the file after a stop.
     ear::Sound heard() const;
     /// The melody of a station's stream.

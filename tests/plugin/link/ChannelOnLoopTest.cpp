@@ -125,6 +125,8 @@ TEST_F(ChannelOnLoopTest, TheLoopReceives)
 TEST_F(ChannelOnLoopTest, TheChannelsThreadSleepsWhileTheLoopReceives)
 {
     exchange();
+    // The thread may not even have its name yet, and all that it sleeps while it starts counts.
+    ASSERT_TRUE(spinUntil([] { return sleepsOf("PluginLink") > 0; }));
     const long before = sleepsOf("PluginLink");
     for (int i = 0; i < 100; ++i)
         exchange();
