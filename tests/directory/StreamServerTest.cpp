@@ -95,15 +95,25 @@ TEST(StreamServer, IsPacedInRealTimeAfterTheBurst)
 {
     constexpr double BytesPerSecond = 128 * 1000 / 8;
     const RunningServer server;
+    const auto start = std::chrono::steady_clock::now();
     StreamClient client(server.port(), "/stream/s29001/1.mp3");
-    client.readFor(1000);
-    const auto burst = static_cast<double>(client.body().size());
-    EXPECT_GT(burst, 3.5 * BytesPerSecond);
-    EXPECT_LT(burst, 6.5 * BytesPerSecond);
-    client.readFor(3000);
-    const double later = static_cast<double>(client.body().size()) - burst;
-    EXPECT_GT(later, 0.5 * 3 * BytesPerSecond);
-    EXPECT_LT(later, 1.5 * 3 * BytesPerSecond);
+    // Seconds of audio ahead of real time; both sides may stand still, which is made up for.
+    const auto ahead = [&] {
+        const std::chrono::duration<double> gone = std::chrono::steady_clock::now() - start;
+        return static_cast<double>(client.body().size()) / BytesPerSecond - gone.count();
+    };
+    double most = 0;
+    for (int i = 0; i < 20 && most <= 2.5; ++i) {
+        client.readFor(500);
+        most = std::max(most, ahead());
+    }
+    EXPECT_GT(most, 2.5);
+    for (int i = 0; i < 20 && client.body().size() < 8 * BytesPerSecond; ++i) {
+        client.readFor(500);
+        most = std::max(most, ahead());
+    }
+    EXPECT_GE(client.body().size(), 8 * BytesPerSecond);
+    EXPECT_LT(most, 5.5);
 }
 
 TEST(StreamServer, AnswersHeadWithHeadersOnly)
@@ -321,15 +331,19 @@ TEST(StreamServer, TheHlsWindowMovesInRealTime)
     const RunningServer server;
     const auto segments
         = [&] { return addresses(fetch(server.url("/stream/s29001/6.m3u8")).body); };
-    const std::vector<std::string> before = segments();
+    // Whoever looks too seldom finds that it has moved by more than one segment, and looks again.
+    const auto isNext = [](const std::vector<std::string> &old,
+                            const std::vector<std::string> &now) {
+        return now != old && std::equal(old.begin() + 1, old.end(), now.begin(), now.end() - 1);
+    };
+    std::vector<std::string> before = segments();
     std::vector<std::string> after = before;
-    for (int i = 0; i < 50 && after == before; ++i) {
+    for (int i = 0; i < 400 && !isNext(before, after); ++i) {
+        before = after;
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         after = segments();
     }
-    ASSERT_NE(after, before);
-    EXPECT_EQ(std::vector<std::string>(before.begin() + 1, before.end()),
-        std::vector<std::string>(after.begin(), after.end() - 1));
+    ASSERT_TRUE(isNext(before, after));
     EXPECT_EQ(fetch(server.url("/stream/s29001/" + before.front())).status, 200);
     EXPECT_EQ(fetch(server.url("/stream/s29001/6/1-5.ts")).status, 404);
 }
