@@ -192,7 +192,7 @@ TEST_F(DescriptorsSystem, AStationsConnectionIsClosedAfterTheProcessWasReplaced)
             play(text("liffey%20lights"));
         else
             command(end);
-        const QDeadlineTimer deadline(20000);
+        const QDeadlineTimer deadline(5000);
         while (directoryConnections().intersects(streams) && !deadline.hasExpired())
             QThread::msleep(PollMs);
         EXPECT_FALSE(directoryConnections().intersects(streams));

@@ -15,6 +15,9 @@
 
 namespace {
 
+/// Bytes of sound in the file.
+constexpr qint64 Second = 44100 * 2 * sizeof(qint16);
+
 QStringList inFolder(QStringList arguments, const QTemporaryDir &folder)
 {
     return arguments.replaceInStrings(text("%1"), folder.path());
@@ -44,7 +47,7 @@ Footprint Footprint::of(qint64 pid)
 Footprint Footprint::settled(qint64 pid, const Footprint &before)
 {
     constexpr int PollMs = 25;
-    const QDeadlineTimer deadline(20000);
+    const QDeadlineTimer deadline(5000);
     Footprint now = of(pid);
     while (!deadline.hasExpired()
         && (now.threads > before.threads || now.descriptors > before.descriptors)) {
@@ -116,23 +119,18 @@ PlayFixture::Watched PlayFixture::watch(int milliseconds) const
 
 bool PlayFixture::isHeard() const
 {
-    constexpr qint64 Second = 44100 * 2 * sizeof(qint16);
-    const qint64 before = QFileInfo(wav).size();
-    QElapsedTimer clock;
-    clock.start();
-    while (QFileInfo(wav).size() < before + Second) {
-        if (clock.elapsed() > 20000)
-            return false;
-        QThread::msleep(PollMs);
-    }
-    return true;
+    return waitForSize(QFileInfo(wav).size() + Second, 3000);
 }
 
 bool PlayFixture::waitForSound(int seconds) const
 {
-    constexpr qint64 Second = 44100 * 2 * sizeof(qint16);
-    const QDeadlineTimer deadline(60000);
-    while (QFileInfo(wav).size() < seconds * Second) {
+    return waitForSize(seconds * Second, 60000);
+}
+
+bool PlayFixture::waitForSize(qint64 bytes, int milliseconds) const
+{
+    const QDeadlineTimer deadline(milliseconds);
+    while (QFileInfo(wav).size() < bytes) {
         if (deadline.hasExpired())
             return false;
         QThread::msleep(PollMs);

@@ -17,7 +17,7 @@ struct Footprint {
     int kilobytes = 0;
 
     static Footprint of(qint64 pid);
-    /// The same once there are no more threads and descriptors than \a before, or after twenty
+    /// The same once there are no more threads and descriptors than \a before, or after five
     /// seconds: closed connections take a moment to disappear.
     static Footprint settled(qint64 pid, const Footprint &before);
 };
@@ -44,7 +44,7 @@ protected:
     bool waitForState(int wanted, int milliseconds = 20000) const;
     void command(const char *method) const;
     Watched watch(int milliseconds) const;
-    /// Whether a second of sound is written within twenty seconds.
+    /// Whether a second of sound is written within three seconds.
     bool isHeard() const;
     /// Waits until the file has so many seconds of sound.
     bool waitForSound(int seconds) const;
@@ -57,4 +57,7 @@ protected:
     QTemporaryDir folder;
     const QString wav;
     Product product;
+
+private:
+    bool waitForSize(qint64 bytes, int milliseconds) const;
 };
